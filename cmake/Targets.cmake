@@ -1,0 +1,53 @@
+# The kinds of target this project has, one function each.
+
+# project_library(NAME SOURCES... [LINK targets...] [PRIVATE_LINK targets...])
+# A DLL with public headers in include/ below its folder. Its sources see NAME_EXPORTS defined (the export header of
+# each library reads it), and nothing is exported that is not marked.
+function(project_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${name} SHARED ${arg_SOURCES})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_compile_definitions(${name} PUBLIC UNICODE _UNICODE)
+  target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:project_settings> ${arg_PRIVATE_LINK})
+  target_link_options(${name} PRIVATE -Wl,--exclude-all-symbols)
+  set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "lib" DEFINE_SYMBOL ${name}_EXPORTS)
+  if(UTILS_STATICS_CHECKED)
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:guardheap>)
+  endif()
+  set_property(GLOBAL APPEND PROPERTY project_libraries ${name})
+endfunction()
+
+# project_test(NAME SOURCES... [LINK targets...] [DATA VAR=value...] [SERIAL])
+# A GoogleTest program, run by CTest through tools/wine. The closing line is asked for, because Wine can end with
+# status 0 without having run a program. SERIAL tests use what the whole session shares (cursor, focus, profile keys).
+function(project_test name)
+  cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE project_settings test_support GTest::gtest ${arg_LINK})
+  target_compile_options(${name} PRIVATE -O1)   # tests are compiled far more often than they are waited for
+  if(UTILS_STATICS_CHECKED)
+    target_link_libraries(${name} PRIVATE guardheap)
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  add_test(NAME ${name}
+    COMMAND ${PROJECT_SOURCE_DIR}/tools/wine --arch ${UTILS_STATICS_ARCH}
+      --closing-line "^\\[  PASSED  \\]" $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT ${arg_TIMEOUT}
+    SKIP_REGULAR_EXPRESSION "^\\[  SKIPPED \\] every test"
+    ENVIRONMENT "${arg_ENVIRONMENT}")
+  if(arg_SERIAL)
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK session)
+  endif()
+endfunction()
+
+# project_benchmark(NAME SOURCES... [LINK targets...])
+function(project_benchmark name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE project_settings benchmark::benchmark benchmark_peers ${arg_LINK})
+endfunction()

@@ -1,0 +1,56 @@
+# Shared by the shell tools: where things are, and how they speak. Sourced, never run.
+
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+
+# What is slow to make and the same for every checkout of a user lives here.
+cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/utils-statics}
+
+# A folder below the cache carries its version in its name; raising it makes every machine rebuild that folder.
+wine_root=$cache/wine-i386-1
+deps_version=1
+
+say()  { printf '%s\n' "$*"; }
+step() { printf '==> %s\n' "$*"; }
+die()  { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
+
+# triplet_of ARCH: the compiler's name for an architecture.
+triplet_of() {
+  case $1 in
+    x86) say i686-w64-mingw32 ;;
+    x64) say x86_64-w64-mingw32 ;;
+    *) die "unknown architecture '$1' (x86 or x64)" ;;
+  esac
+}
+
+# prefix_of ARCH: the Wine prefix; one per architecture, because a 64-bit Wine without its 32-bit half cannot share one.
+prefix_of() { say "$cache/wineprefix-$1-1"; }
+
+deps_of() { say "$cache/deps-$1-$deps_version"; }
+
+# pe_machine FILE: x86 or x64, read from the program itself; fails for anything else.
+pe_machine() {
+  local offset machine
+  [ "$(head -c 2 "$1" 2>/dev/null)" = MZ ] || return 1
+  offset=$(od -An -tu4 -j60 -N4 "$1" | tr -d ' ')
+  machine=$(od -An -tx2 -j$((offset + 4)) -N2 "$1" | tr -d ' ')
+  case $machine in
+    014c) say x86 ;;
+    8664) say x64 ;;
+    *) return 1 ;;
+  esac
+}
+
+# start_screen: a virtual screen of our own, exported as DISPLAY; stop_screen ends it.
+screen_pid=
+start_screen() {
+  local pipe
+  command -v Xvfb >/dev/null || die "Xvfb is missing; run tools/setup"
+  pipe=$(mktemp -u "${TMPDIR:-/tmp}/screen.XXXXXX")
+  mkfifo "$pipe"
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$pipe" >/dev/null 2>&1 &
+  screen_pid=$!
+  read -r -t 20 DISPLAY <"$pipe" || { rm -f "$pipe"; die "the virtual screen did not start within 20 seconds"; }
+  rm -f "$pipe"
+  export DISPLAY=:$DISPLAY
+}
+stop_screen() { [ -z "$screen_pid" ] || kill "$screen_pid" 2>/dev/null || true; screen_pid=; }
