@@ -1,0 +1,8 @@
+#pragma once
+
+/// Marks what clients of Utils_Statics.dll may name: exported while the library itself is built, imported elsewhere.
+#ifdef Utils_Statics_EXPORTS
+#define UTILS_STATICS_API __declspec(dllexport)
+#else
+#define UTILS_STATICS_API __declspec(dllimport)
+#endif
