@@ -1,0 +1,173 @@
+// The only source that sees spdlog: its headers take long to compile.
+#include "LogFile.h"
+
+#include "ApplicationFile.h"
+#include "qor_utils/CriticalSection.h"
+
+#include <windows.h>
+
+#define SPDLOG_WCHAR_FILENAMES // a user's folder may have any characters
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+
+#include <memory>
+
+namespace qor_utils {
+namespace {
+
+constexpr std::size_t largestFile = 5 * 1024 * 1024;
+constexpr std::size_t oldFiles = 5;
+constexpr ULONGLONG retryAfter = 10'000; // milliseconds; opening a file that cannot be takes spdlog 50
+
+std::string toUtf8(const wchar_t* text)
+{
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (size <= 1) return {};
+    std::string utf8(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
+    utf8.pop_back();
+    return utf8;
+}
+
+std::wstring toWide(const char* utf8, int length)
+{
+    const int size = MultiByteToWideChar(CP_UTF8, 0, utf8, length, nullptr, 0);
+    std::wstring text(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, utf8, length, text.data(), size);
+    return text;
+}
+
+// spdlog's own sink for the debugger passes UTF-8 to a function that expects the system's code page.
+class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
+{
+    void sink_it_(const spdlog::details::log_msg& message) override
+    {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        OutputDebugStringW(toWide(line.data(), static_cast<int>(line.size())).c_str());
+    }
+    void flush_() override {}
+};
+
+std::unique_ptr<spdlog::formatter> lineFormatter()
+{
+    return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%d %H:%M:%S.%e [%t] [%l] %g(%#): %v");
+}
+
+std::wstring logFileName()
+{
+    const std::wstring program = applicationFile();
+    const std::wstring name = program.substr(program.find_last_of(L'\\') + 1);
+    return name.substr(0, name.find_last_of(L'.')) + L".log";
+}
+
+class LogFile
+{
+public:
+    void write(const std::wstring& directory, const spdlog::details::log_msg& message)
+    {
+        if (!open(directory)) return;
+        try {
+            m_sink->log(message);
+            m_sink->flush();
+        } catch (...) {
+            fail(); // spdlog's sink is not usable after an error
+        }
+    }
+
+    void close()
+    {
+        m_sink.reset();
+        m_directory.clear();
+    }
+
+private:
+    bool open(const std::wstring& directory)
+    {
+        if (directory == m_directory) {
+            if (m_sink) return true;
+            if (GetTickCount64() < m_retryAt) return false;
+        }
+        m_sink.reset();
+        m_directory = directory;
+        try {
+            m_sink = std::make_unique<spdlog::sinks::rotating_file_sink_st>(directory + logFileName(), largestFile,
+                                                                            oldFiles);
+            m_sink->set_formatter(lineFormatter());
+        } catch (...) {
+            fail();
+        }
+        return m_sink != nullptr;
+    }
+
+    void fail()
+    {
+        m_sink.reset();
+        m_retryAt = GetTickCount64() + retryAfter;
+    }
+
+    std::wstring m_directory; // that the sink is for, or failed for
+    std::unique_ptr<spdlog::sinks::rotating_file_sink_st> m_sink;
+    ULONGLONG m_retryAt = 0;
+};
+
+// What a log is written with, and the lock for it. A critical section, not a slim lock: a crash handler that logs on
+// a thread that crashed while it logged must not wait for itself.
+struct Log
+{
+    CriticalSection section;
+    bool busy = false;
+    LogFile file;
+};
+
+Log& log()
+{
+    static Log object;
+    return object;
+}
+
+spdlog::level::level_enum spdlogLevel(int level)
+{
+    switch (level) {
+    case 1:
+        return spdlog::level::err;
+    case 2:
+        return spdlog::level::warn;
+    case 4:
+        return spdlog::level::info;
+    default:
+        return spdlog::level::debug;
+    }
+}
+
+void writeToFile(const std::wstring& directory, const spdlog::details::log_msg& message)
+{
+    const CriticalSectionLock guard(log().section);
+    if (log().busy) return;
+    log().busy = true;
+    log().file.write(directory, message);
+    log().busy = false;
+}
+
+} // namespace
+
+void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
+try {
+    const std::string text = toUtf8(message.text);
+    const spdlog::source_loc place(message.source, message.line, "");
+    const spdlog::details::log_msg entry(place, spdlog::string_view_t(), spdlogLevel(message.level), text);
+    DebuggerSink debugger;
+    debugger.set_formatter(lineFormatter());
+    debugger.log(entry);
+    writeToFile(directory, entry);
+} catch (...) {
+}
+
+void closeLogFile() noexcept
+{
+    const CriticalSectionLock guard(log().section);
+    if (!log().busy) log().file.close();
+}
+
+} // namespace qor_utils

@@ -1,0 +1,131 @@
+#include "qor_utils/Profile.h"
+
+#include "qor_utils/SlimLock.h"
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <shared_mutex>
+#include <vector>
+
+namespace qor_utils {
+namespace {
+
+constexpr wchar_t defaultRoot[] = L"Software\\Kestrow\\Exam";
+
+constinit SlimLock rootLock;
+
+std::wstring& rootText()
+{
+    static std::wstring text = defaultRoot;
+    return text;
+}
+
+std::wstring root()
+{
+    const std::shared_lock guard(rootLock);
+    return rootText();
+}
+
+class RegistryKey
+{
+public:
+    explicit RegistryKey(const std::wstring& path) noexcept
+    {
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &m_key) != ERROR_SUCCESS)
+            m_key = nullptr;
+    }
+    ~RegistryKey()
+    {
+        if (m_key) RegCloseKey(m_key);
+    }
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+
+    HKEY get() const noexcept { return m_key; }
+
+private:
+    HKEY m_key = nullptr;
+};
+
+struct Value
+{
+    DWORD type = REG_NONE;
+    std::vector<BYTE> bytes;
+};
+
+// Another program may make the value longer between two calls, so the size is asked for until it holds.
+std::optional<Value> queryValue(HKEY key, const wchar_t* name)
+{
+    Value value;
+    value.bytes.resize(512);
+    for (;;) {
+        auto size = static_cast<DWORD>(value.bytes.size());
+        const LSTATUS status = RegQueryValueExW(key, name, nullptr, &value.type, value.bytes.data(), &size);
+        if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA) return std::nullopt;
+        value.bytes.resize(size);
+        if (status == ERROR_SUCCESS) return value;
+    }
+}
+
+std::optional<Value> readValue(const wchar_t* section, const wchar_t* name)
+{
+    if (!section || !name) return std::nullopt;
+    const RegistryKey key(root() + L"\\" + section);
+    if (!key.get()) return std::nullopt;
+    return queryValue(key.get(), name);
+}
+
+// The registry keeps whatever bytes a program wrote: an odd number, no terminator, or something behind it.
+std::wstring toText(const std::vector<BYTE>& bytes)
+{
+    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+    std::copy_n(bytes.begin(), text.size() * sizeof(wchar_t), reinterpret_cast<BYTE*>(text.data()));
+    text.resize(std::min(text.size(), text.find(L'\0')));
+    return text;
+}
+
+std::wstring expandVariables(const std::wstring& text)
+{
+    std::wstring expanded(text.size() + 256, L'\0');
+    for (;;) {
+        const DWORD needed =
+            ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+        if (needed == 0) return text;
+        if (needed <= expanded.size()) {
+            expanded.resize(needed - 1); // the count includes the terminator
+            return expanded;
+        }
+        expanded.resize(needed);
+    }
+}
+
+} // namespace
+
+std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultValue)
+{
+    const auto value = readValue(section, key);
+    if (value && value->type == REG_SZ) return toText(value->bytes);
+    if (value && value->type == REG_EXPAND_SZ) return expandVariables(toText(value->bytes));
+    return defaultValue ? defaultValue : L"";
+}
+
+int ReadProfileInt(const wchar_t* section, const wchar_t* key, int defaultValue)
+{
+    const auto value = readValue(section, key);
+    int number = 0;
+    if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof number) return defaultValue;
+    std::copy_n(value->bytes.begin(), sizeof number, reinterpret_cast<BYTE*>(&number));
+    return number;
+}
+
+void SetProfileRoot(const wchar_t* newRoot)
+{
+    std::wstring text = newRoot && *newRoot ? newRoot : defaultRoot;
+    while (text.size() > 1 && text.back() == L'\\')
+        text.pop_back();
+    const std::scoped_lock guard(rootLock);
+    rootText() = std::move(text);
+}
+
+} // namespace qor_utils

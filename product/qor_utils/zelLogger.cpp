@@ -1,0 +1,124 @@
+#include "qor_utils/zelLogger.h"
+
+#include "LogFile.h"
+#include "LogHook.h"
+#include "PathFault.h"
+#include "qor_utils/SlimLock.h"
+#include "qor_utils/zelPath.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cwchar>
+#include <mutex>
+#include <shared_mutex>
+
+namespace {
+
+constexpr std::size_t longestText = 65536;
+
+constinit qor_utils::SlimLock directoryLock;
+
+// Empty until the host sets one.
+std::wstring& directoryOfHost()
+{
+    static std::wstring directory;
+    return directory;
+}
+
+std::wstring absolutePath(const std::wstring& path)
+{
+    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    std::wstring absolute(size, L'\0');
+    absolute.resize(GetFullPathNameW(path.c_str(), size, absolute.data(), nullptr));
+    return absolute;
+}
+
+// Makes each missing folder on the way; what cannot be made shows when a file is opened in it.
+void makeFolders(const std::wstring& folder)
+{
+    if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES) return;
+    for (auto end = folder.find(L'\\'); end != std::wstring::npos; end = folder.find(L'\\', end + 1))
+        CreateDirectoryW(folder.substr(0, end).c_str(), nullptr);
+}
+
+std::wstring logDirectory()
+{
+    {
+        const std::shared_lock guard(directoryLock);
+        if (!directoryOfHost().empty()) return directoryOfHost();
+    }
+    return zelPath::getPath(28, L"");
+}
+
+// Formats into text, which holds longestText characters at the most.
+void format(std::wstring& text, const wchar_t* pattern, va_list arguments)
+{
+    for (std::size_t size = 512;; size *= 4) {
+        text.assign(size < longestText ? size : longestText, L'\0');
+        va_list copy;
+        va_copy(copy, arguments);
+        const int length = _vsnwprintf(text.data(), text.size(), pattern, copy);
+        va_end(copy);
+        if (length >= 0) return text.resize(static_cast<std::size_t>(length));
+        if (size >= longestText) return text.resize(wcsnlen(text.data(), text.size()));
+    }
+}
+
+void write(const zelLogger::Message& message)
+{
+    const std::wstring directory = logDirectory();
+    makeFolders(directory);
+    qor_utils::writeToLog(directory, message);
+    qor_utils::callLogHook(message);
+}
+
+} // namespace
+
+void zelLogger::setHook(Hook hook, void* userData)
+{
+    qor_utils::exchangeLogHook(hook, userData);
+}
+
+void zelLogger::setDirectory(const std::wstring& directory)
+{
+    std::wstring text = directory.empty() ? std::wstring() : absolutePath(directory);
+    if (!text.empty() && text.back() != L'\\') text += L'\\';
+    {
+        const std::scoped_lock guard(directoryLock);
+        directoryOfHost() = std::move(text);
+    }
+    qor_utils::closeLogFile();
+}
+
+std::wstring zelLogger::getCurrentDirectory()
+{
+    std::wstring directory = logDirectory();
+    makeFolders(directory);
+    return directory;
+}
+
+bool zelLogger::checkPath(const char* source, int line, const wchar_t* path)
+{
+    const wchar_t* fault = qor_utils::pathFault(path);
+    if (!fault) return true;
+    zelLogHelper(source, line, 2)(L"The path '%s' %s.", path ? path : L"", fault);
+    return false;
+}
+
+zelLogger::zelLogHelper::zelLogHelper(const char* source, int line, int level) noexcept
+    : m_source(source ? source : ""), m_line(line), m_level(level)
+{
+}
+
+void zelLogger::zelLogHelper::operator()(const wchar_t* pattern, ...) const noexcept
+{
+    va_list arguments;
+    va_start(arguments, pattern);
+    try {
+        std::wstring text;
+        format(text, pattern ? pattern : L"", arguments);
+        write({m_source, m_line, m_level, text.c_str()});
+    } catch (...) { // out of memory: there is nobody to tell
+    }
+    va_end(arguments);
+}

@@ -1,0 +1,104 @@
+#include "qor_utils/zelPath.h"
+
+#include "ApplicationFile.h"
+#include "qor_utils/SlimLock.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <shared_mutex>
+
+namespace {
+
+struct DefaultFolder
+{
+    int store;
+    const wchar_t* folder;
+};
+
+constexpr DefaultFolder defaultFolders[] = {
+    {0, L""},
+    {1, L"protocols\\fallback"},
+    {2, L"images"},
+    {9, L"layouts"},
+    {21, L"layouts\\fallback"},
+    {22, L"protocols\\saved"},
+    {28, L"log"},
+    {34, L"patients"},
+    {37, L"protocols\\factory\\general"},
+    {38, L"protocols\\base"},
+    {39, L"protocols\\base2"},
+};
+
+constinit qor_utils::SlimLock foldersLock;
+
+std::map<int, std::wstring>& foldersOfHost()
+{
+    static std::map<int, std::wstring> folders;
+    return folders;
+}
+
+bool isSeparator(wchar_t c)
+{
+    return c == L'\\' || c == L'/';
+}
+
+void stripTrailingSeparators(std::wstring& folder)
+{
+    while (!folder.empty() && isSeparator(folder.back()))
+        folder.pop_back();
+}
+
+// Whether it begins at a drive or at a root; "C:name" counts, although it depends on the drive's current folder.
+bool isAbsolute(const std::wstring& folder)
+{
+    return isSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');
+}
+
+std::wstring join(std::wstring folder, const std::wstring& name)
+{
+    stripTrailingSeparators(folder);
+    const auto begin = std::find_if_not(name.begin(), name.end(), isSeparator);
+    return std::move(folder) + L"\\" + std::wstring(begin, name.end());
+}
+
+std::wstring applicationFolder()
+{
+    std::wstring file = qor_utils::applicationFile();
+    file.resize(file.find_last_of(L'\\') + 1); // no backslash at all: npos + 1 is 0
+    return file;
+}
+
+std::optional<std::wstring> folderOf(int store)
+{
+    const std::shared_lock guard(foldersLock);
+    const auto& folders = foldersOfHost();
+    if (const auto set = folders.find(store); set != folders.end()) return set->second;
+    const auto known = std::find_if(std::begin(defaultFolders), std::end(defaultFolders),
+                                    [store](const DefaultFolder& f) { return f.store == store; });
+    if (known == std::end(defaultFolders)) return std::nullopt;
+    return known->folder;
+}
+
+} // namespace
+
+std::wstring zelPath::getPath(int store, const std::wstring& name)
+{
+    std::optional<std::wstring> folder = folderOf(store);
+    if (!folder) return {};
+    if (folder->empty()) return join(applicationFolder(), name);
+    if (!isAbsolute(*folder)) folder = join(applicationFolder(), *folder);
+    return join(*std::move(folder), name);
+}
+
+void zelPath::setPath(int store, const std::wstring& folder)
+{
+    std::wstring text = folder;
+    std::replace(text.begin(), text.end(), L'/', L'\\');
+    const std::scoped_lock guard(foldersLock);
+    if (text.empty())
+        foldersOfHost().erase(store);
+    else
+        foldersOfHost()[store] = std::move(text);
+}

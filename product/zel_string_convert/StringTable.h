@@ -1,0 +1,59 @@
+#pragma once
+
+#include "TextPool.h"
+#include "XliffFile.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace zel_string_convert {
+
+// Texts by key and by base text, in any number of languages; language 0 is the base language. The texts themselves
+// lie in a pool, which has to outlive the table.
+class StringTable
+{
+public:
+    // Adds a file's units; later ones take the place of earlier ones of the same key. False when the base language
+    // differs from the table's. Look-ups by base text do not see them before index() is called.
+    bool add(const std::vector<XliffSection>& sections, TextPool& pool);
+
+    void index();
+
+    // The languages' tags as they were first written.
+    const std::vector<std::wstring>& languages() const { return m_languages; }
+
+    // The number of a language, by its tag ignoring case; -1 when the table does not have it.
+    int languageNumber(const std::wstring& tag) const;
+
+    // In the base language where the other one has none; null for an unknown key or base text.
+    const wchar_t* byKey(std::string_view key, int language) const;
+    const wchar_t* byBase(std::wstring_view base, int language) const;
+
+private:
+    struct Unit
+    {
+        const wchar_t* base = nullptr;
+        std::vector<const wchar_t*> targets; // of language 1 and so on; null or missing where there is none
+    };
+    struct Hash
+    {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view key) const noexcept { return std::hash<std::string_view>()(key); }
+    };
+
+    bool addSection(const XliffSection& section, TextPool& pool);
+    std::size_t numberFor(const std::wstring& tag);
+    Unit& unitFor(const std::string& key);
+    static const wchar_t* textIn(const Unit& unit, int language);
+    static void complete(Unit& unit, const Unit& other);
+
+    std::vector<std::wstring> m_languages;
+    std::vector<Unit> m_units; // in the order of the files
+    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> m_byKey;
+    std::unordered_map<std::wstring_view, Unit> m_byBase;
+};
+
+} // namespace zel_string_convert

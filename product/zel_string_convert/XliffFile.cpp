@@ -1,0 +1,157 @@
+#include "XliffFile.h"
+
+#include <windows.h>
+
+#include <pugixml.hpp>
+
+#include <string_view>
+
+namespace zel_string_convert {
+namespace {
+
+constexpr LONGLONG largestFile = 64 * 1024 * 1024;
+
+// Thrown and caught in this file only.
+struct NotATable
+{
+    std::wstring reason;
+};
+
+class FileHandle
+{
+public:
+    explicit FileHandle(const std::wstring& path) noexcept
+        : m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                             nullptr))
+    {
+    }
+    ~FileHandle()
+    {
+        if (m_file != INVALID_HANDLE_VALUE) CloseHandle(m_file);
+    }
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    HANDLE get() const noexcept { return m_file; }
+
+private:
+    HANDLE m_file;
+};
+
+std::vector<char> readFile(const std::wstring& path)
+{
+    const FileHandle file(path);
+    LARGE_INTEGER size = {};
+    if (file.get() == INVALID_HANDLE_VALUE || !GetFileSizeEx(file.get(), &size)) throw NotATable{L"cannot be opened"};
+    if (size.QuadPart > largestFile) throw NotATable{L"is larger than 64 MB"};
+    std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
+    DWORD read = 0;
+    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) || read != bytes.size())
+        throw NotATable{L"cannot be read"};
+    return bytes;
+}
+
+std::wstring_view localName(const pugi::xml_node& node)
+{
+    const std::wstring_view name = node.name();
+    return name.substr(name.find(L':') + 1); // without a prefix, npos + 1 is 0
+}
+
+pugi::xml_node childNamed(const pugi::xml_node& parent, std::wstring_view name)
+{
+    for (const pugi::xml_node& child : parent.children()) {
+        if (localName(child) == name) return child;
+    }
+    return {};
+}
+
+// The node after this one in the document's order, below root; without what this one holds unless asked for.
+// A loop and not a recursion, because the depth is the file's.
+pugi::xml_node nextNode(pugi::xml_node node, const pugi::xml_node& root, bool descend)
+{
+    if (descend && node.first_child()) return node.first_child();
+    while (node != root && !node.next_sibling())
+        node = node.parent();
+    return node == root ? pugi::xml_node() : node.next_sibling();
+}
+
+// All text in an element; inline elements are looked through, since what they mark or protect belongs to the text.
+std::wstring textOf(const pugi::xml_node& element)
+{
+    std::wstring text;
+    for (pugi::xml_node node = element; node; node = nextNode(node, element, true))
+        text += node.value(); // empty for elements
+    return text;
+}
+
+std::string toUtf8(std::wstring_view text)
+{
+    if (text.empty()) return {};
+    const int length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
+    return utf8;
+}
+
+std::optional<std::wstring> targetOf(const pugi::xml_node& unit)
+{
+    const pugi::xml_node target = childNamed(unit, L"target");
+    const std::wstring_view state = target.attribute(L"state").value();
+    if (!target || state == L"new" || state == L"needs-translation") return std::nullopt;
+    std::wstring text = textOf(target);
+    if (text.empty()) return std::nullopt; // how translators' tools write a text that is still to do
+    return text;
+}
+
+XliffUnit readUnit(const pugi::xml_node& element)
+{
+    const pugi::xml_node source = childNamed(element, L"source");
+    XliffUnit unit{toUtf8(element.attribute(L"id").value()), {}, targetOf(element)};
+    if (unit.key.empty()) throw NotATable{L"has a trans-unit without an id"};
+    if (!source) throw NotATable{L"has a trans-unit without a source"};
+    unit.source = textOf(source);
+    return unit;
+}
+
+XliffSection readSection(const pugi::xml_node& file)
+{
+    XliffSection section{file.attribute(L"source-language").value(), file.attribute(L"target-language").value(), {}};
+    if (section.sourceLanguage.empty()) throw NotATable{L"has a file element without a source-language"};
+    bool isUnit = false;
+    for (pugi::xml_node node = file; node; node = nextNode(node, file, !isUnit)) {
+        isUnit = localName(node) == L"trans-unit"; // alt-trans in it has sources and targets that do not count
+        if (isUnit) section.units.push_back(readUnit(node));
+        if (isUnit && section.units.back().target && section.targetLanguage.empty())
+            throw NotATable{L"has a target in a file element without a target-language"};
+    }
+    return section;
+}
+
+std::vector<XliffSection> readDocument(const std::vector<char>& bytes)
+{
+    pugi::xml_document document;
+    const auto result = document.load_buffer(bytes.data(), bytes.size(), pugi::parse_default | pugi::parse_ws_pcdata);
+    if (!result) throw NotATable{L"is not well-formed XML: " + pugi::as_wide(result.description())};
+    const pugi::xml_node root = document.document_element();
+    if (localName(root) != L"xliff" || std::wstring_view(root.attribute(L"version").value()) != L"1.2")
+        throw NotATable{L"is not XLIFF 1.2"};
+    std::vector<XliffSection> sections;
+    for (const pugi::xml_node& child : root.children()) {
+        if (localName(child) == L"file") sections.push_back(readSection(child));
+    }
+    if (sections.empty()) throw NotATable{L"has no file element"};
+    return sections;
+}
+
+} // namespace
+
+std::optional<std::vector<XliffSection>> readXliffFile(const std::wstring& path, std::wstring& error)
+try {
+    return readDocument(readFile(path));
+} catch (const NotATable& fault) {
+    error = path + L" " + fault.reason;
+    return std::nullopt;
+}
+
+} // namespace zel_string_convert

@@ -1,0 +1,158 @@
+#include "zel_string_convert/ZelTString.h"
+
+#include "StringTable.h"
+#include "TextPool.h"
+#include "XliffFile.h"
+#include "XliffFolder.h"
+#include "qor_utils/SlimLock.h"
+
+#include <algorithm>
+#include <mutex>
+#include <new>
+#include <optional>
+#include <shared_mutex>
+#include <string_view>
+
+using zel_string_convert::StringTable;
+using zel_string_convert::TextPool;
+
+namespace {
+
+constexpr std::size_t longestUnknownKey = 256;
+constexpr std::size_t mostUnknownKeys = 4096;
+
+struct State
+{
+    TextPool pool;
+    StringTable table;
+    int language = 0; // its number in the table
+    TextPool unknownKeys{mostUnknownKeys};
+};
+
+constinit qor_utils::SlimLock changeLock; // held by whoever builds a new table, so that no change is lost
+constinit qor_utils::SlimLock tableLock;  // guards the table and the language
+
+State& state()
+{
+    static State object;
+    return object;
+}
+
+std::optional<StringTable> readInto(StringTable table, const std::wstring& path, std::wstring& error)
+{
+    const auto files = zel_string_convert::xliffFilesAt(path);
+    if (files.empty()) error = path + L" has no string table";
+    for (const std::wstring& file : files) {
+        const auto sections = zel_string_convert::readXliffFile(file, error);
+        if (!sections) return std::nullopt;
+        if (table.add(*sections, state().pool)) continue;
+        error = file + L" has another base language";
+        return std::nullopt;
+    }
+    if (files.empty()) return std::nullopt;
+    table.index();
+    return table;
+}
+
+void exchangeTable(StringTable table)
+{
+    const std::scoped_lock guard(tableLock);
+    State& s = state();
+    const bool hadLanguage = !s.table.languages().empty();
+    const std::wstring language = hadLanguage ? s.table.languages()[static_cast<std::size_t>(s.language)] : L"";
+    s.language = std::max(0, table.languageNumber(language));
+    std::swap(s.table, table);
+}
+
+bool change(StringTable start, const std::wstring& path, std::wstring* error)
+try {
+    std::wstring reason;
+    std::optional<StringTable> table = readInto(std::move(start), path, reason);
+    if (table) exchangeTable(*std::move(table));
+    if (!table && error) *error = reason;
+    return table.has_value();
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+std::wstring toWide(std::string_view key)
+{
+    if (key.empty()) return {};
+    const int length = static_cast<int>(key.size());
+    std::wstring text(key.size(), L'\0'); // no encoding has more wide characters than bytes
+    text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, key.data(), length, text.data(), length)));
+    return text;
+}
+
+const wchar_t* unknownKey(std::string_view key)
+{
+    if (key.size() > longestUnknownKey) return L"";
+    const wchar_t* kept = state().unknownKeys.keep(toWide(key));
+    return kept ? kept : L"";
+}
+
+} // namespace
+
+bool ZelTString::load(const std::wstring& path, std::wstring* error)
+{
+    const std::scoped_lock changing(changeLock);
+    return change({}, path, error);
+}
+
+bool ZelTString::add(const std::wstring& path, std::wstring* error)
+{
+    const std::scoped_lock changing(changeLock);
+    return change(state().table, path, error); // only changes write the table, and this is the one under way
+}
+
+void ZelTString::clear()
+{
+    const std::scoped_lock changing(changeLock);
+    exchangeTable({});
+}
+
+bool ZelTString::setLanguage(const std::wstring& language)
+{
+    const std::scoped_lock guard(tableLock);
+    const int number = state().table.languageNumber(language);
+    if (number < 0) return false;
+    state().language = number;
+    return true;
+}
+
+std::wstring ZelTString::getLanguage()
+{
+    const std::shared_lock guard(tableLock);
+    const auto& languages = state().table.languages();
+    return languages.empty() ? std::wstring() : languages[static_cast<std::size_t>(state().language)];
+}
+
+std::wstring ZelTString::getBaseLanguage()
+{
+    const std::shared_lock guard(tableLock);
+    const auto& languages = state().table.languages();
+    return languages.empty() ? std::wstring() : languages.front();
+}
+
+std::vector<std::wstring> ZelTString::getLanguages()
+{
+    const std::shared_lock guard(tableLock);
+    return state().table.languages();
+}
+
+const wchar_t* ZelTString::get(const char* key, bool translated)
+{
+    if (!key) return L"";
+    {
+        const std::shared_lock guard(tableLock);
+        if (const wchar_t* text = state().table.byKey(key, translated ? state().language : 0)) return text;
+    }
+    return unknownKey(key);
+}
+
+const wchar_t* ZelTString::translate(const wchar_t* text)
+{
+    if (!text) return nullptr;
+    const std::shared_lock guard(tableLock);
+    return state().table.byBase(text, state().language);
+}
