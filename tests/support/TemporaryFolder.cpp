@@ -6,8 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-namespace test_support
-{
+namespace test_support {
 
 namespace fs = std::filesystem;
 

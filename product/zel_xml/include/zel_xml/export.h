@@ -1,0 +1,7 @@
+#pragma once
+
+#ifdef zel_xml_EXPORTS
+#define ZEL_XML_API __declspec(dllexport)
+#else
+#define ZEL_XML_API __declspec(dllimport)
+#endif

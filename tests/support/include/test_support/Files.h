@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace test_support
+{
+
+// Writes a whole file, replacing what was there; throws when it cannot.
+void writeFile(const std::wstring& path, const std::string& bytes);
+
+// Reads a whole file; throws when it cannot.
+std::string readFile(const std::wstring& path);
+
+} // namespace test_support
