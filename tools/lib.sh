@@ -54,3 +54,14 @@ start_screen() {
   export DISPLAY=:$DISPLAY
 }
 stop_screen() { [ -z "$screen_pid" ] || kill "$screen_pid" 2>/dev/null || true; screen_pid=; }
+
+# build_preset PRESET: configures when needed and builds, showing the builder's progress.
+build_preset() {
+  local log=$top/build/$1-configure.log
+  step "building $1"
+  mkdir -p "$top/build"
+  # Checkouts share compiled objects through the compiler cache, whatever folder they lie in.
+  export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 NINJA_STATUS="[%f/%t %es] "
+  cmake --preset "$1" >"$log" 2>&1 || { tail -n 15 "$log" >&2; die "configuring $1 failed; the whole log is $log"; }
+  cmake --build --preset "$1" || die "building $1 failed"
+}

@@ -1,0 +1,68 @@
+#include "Capture.h"
+
+#include <afxwin.h>
+
+#include <objidl.h>
+
+#include <algorithm>
+using std::max; // the GDI+ headers need both as plain names
+using std::min;
+#include <gdiplus.h>
+
+#include <memory>
+
+namespace exam
+{
+
+namespace
+{
+
+// CLSID of the PNG encoder of GDI+.
+constexpr CLSID pngEncoder = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+
+class GdiPlusSession
+{
+public:
+    GdiPlusSession()
+    {
+        const Gdiplus::GdiplusStartupInput input;
+        m_started = Gdiplus::GdiplusStartup(&m_token, &input, nullptr) == Gdiplus::Ok;
+    }
+    ~GdiPlusSession()
+    {
+        if (m_started) Gdiplus::GdiplusShutdown(m_token);
+    }
+    GdiPlusSession(const GdiPlusSession&) = delete;
+    GdiPlusSession& operator=(const GdiPlusSession&) = delete;
+
+    explicit operator bool() const { return m_started; }
+
+private:
+    ULONG_PTR m_token = 0;
+    bool m_started = false;
+};
+
+} // namespace
+
+bool CaptureToPng(HWND window, const std::wstring& path)
+{
+    RECT client{};
+    if (!GetClientRect(window, &client)) return false;
+    CClientDC source(CWnd::FromHandle(window));
+    CDC memory;
+    CBitmap bitmap;
+    if (!memory.CreateCompatibleDC(&source) ||
+        !bitmap.CreateCompatibleBitmap(&source, client.right, client.bottom))
+        return false;
+    CBitmap* const old = memory.SelectObject(&bitmap);
+    memory.BitBlt(0, 0, client.right, client.bottom, &source, 0, 0, SRCCOPY);
+    memory.SelectObject(old);
+
+    const GdiPlusSession session;
+    if (!session) return false;
+    const std::unique_ptr<Gdiplus::Bitmap> image(
+        Gdiplus::Bitmap::FromHBITMAP(static_cast<HBITMAP>(bitmap.GetSafeHandle()), nullptr));
+    return image && image->Save(path.c_str(), &pngEncoder, nullptr) == Gdiplus::Ok;
+}
+
+} // namespace exam

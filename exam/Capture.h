@@ -1,0 +1,13 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace exam
+{
+
+// Saves what a window shows in its client area as a PNG file; false when it could not be written.
+bool CaptureToPng(HWND window, const std::wstring& path);
+
+} // namespace exam

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Utils_Statics/utilsExam.h>
+
+#include <string>
+#include <vector>
+
+namespace exam
+{
+
+// What the user asked for on the command line.
+struct CommandLine
+{
+    std::wstring language = L"en";
+    EConsoleType console = EConsoleType(0);
+    std::wstring tourFolder; // empty: stay open and interactive
+    bool help = false;
+    std::wstring error; // not empty: what is wrong, one sentence
+
+    bool tour() const { return !tourFolder.empty(); }
+};
+
+// Reads the arguments after the program's name. Never fails: what is wrong is told in `error`.
+CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
+
+// The text of --help.
+const wchar_t* UsageText();
+
+} // namespace exam

@@ -1,0 +1,110 @@
+#include "ExamApp.h"
+
+#include "Console.h"
+#include "SampleTree.h"
+#include "Tour.h"
+
+#include <Utils_Statics/utilsExam.h>
+#include <zel_string_convert/ZelTString.h>
+
+#include <shellapi.h>
+
+namespace exam
+{
+
+namespace
+{
+
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+
+std::vector<std::wstring> Arguments()
+{
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::wstring> arguments;
+    for (int i = 1; words && i < count; ++i)
+        arguments.emplace_back(words[i]);
+    LocalFree(words);
+    return arguments;
+}
+
+} // namespace
+
+BOOL ExamApp::InitInstance()
+{
+    SetRegistryKey(L"Kestrow");
+    utilsExam::EnableLowFragmentationHeap();
+    if (!ReadCommandLine()) return FALSE;
+    utilsExam::SetConsoleType(m_options.console);
+    InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
+    if (!LoadTexts() || !LoadImages() || !OpenMainWindow())
+    {
+        m_exitCode = exitFailure;
+        return FALSE;
+    }
+    utilsExam::AppInitDone = true;
+    if (!m_options.tour()) return TRUE;
+    m_exitCode = RunTour();
+    m_window->DestroyWindow();
+    return FALSE;
+}
+
+int ExamApp::ExitInstance()
+{
+    m_window.reset();
+    return m_exitCode;
+}
+
+bool ExamApp::ReadCommandLine()
+{
+    m_options = ParseCommandLine(Arguments());
+    if (m_options.help)
+    {
+        WriteOut(UsageText());
+        return false;
+    }
+    if (m_options.error.empty()) return true;
+    WriteError(L"exam: " + m_options.error + L"; see --help\n");
+    m_exitCode = exitUsage;
+    return false;
+}
+
+bool ExamApp::LoadTexts()
+{
+    if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language)) return true;
+    WriteError(L"exam: the string tables in " + StringTableFolder() + L" cannot be read\n");
+    return false;
+}
+
+bool ExamApp::LoadImages()
+{
+    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
+    {
+        const std::wstring problem = m_session.Add(name);
+        if (problem.empty()) continue;
+        WriteError(L"exam: " + problem + L"\n");
+        return false;
+    }
+    return true;
+}
+
+bool ExamApp::OpenMainWindow()
+{
+    m_window = std::make_unique<MainWindow>(m_session);
+    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
+    m_pMainWnd = m_window.get();
+    if (m_window->Open()) return true;
+    WriteError(L"exam: the main window cannot be created; is there a screen?\n");
+    return false;
+}
+
+int ExamApp::RunTour()
+{
+    TourReport report;
+    TourContext context{report, *m_window, m_session, m_options.tourFolder};
+    TakeTour(context);
+    return report.Close() ? 0 : exitFailure;
+}
+
+} // namespace exam

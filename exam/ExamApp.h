@@ -1,0 +1,34 @@
+#pragma once
+
+#include "CommandLine.h"
+#include "MainWindow.h"
+#include "Session.h"
+
+#include <afxwin.h>
+
+#include <memory>
+
+namespace exam
+{
+
+// The application object of exam.exe.
+class ExamApp : public CWinApp
+{
+public:
+    BOOL InitInstance() override;
+    int ExitInstance() override;
+
+private:
+    bool ReadCommandLine();
+    bool LoadTexts();
+    bool LoadImages();
+    bool OpenMainWindow();
+    int RunTour();
+
+    CommandLine m_options;
+    Session m_session;
+    std::unique_ptr<MainWindow> m_window;
+    int m_exitCode = 0;
+};
+
+} // namespace exam

@@ -1,0 +1,92 @@
+#include "ImagingParameters.h"
+
+#include <qor_utils/PixelCoordinates.h>
+
+#include <algorithm>
+
+namespace exam
+{
+
+namespace
+{
+
+constexpr int margin = 12;
+
+// The scale at which the extent of a frame is measured before the final one is known: fine enough for any probe.
+constexpr int measuringScale = 10; // microns per pixel
+
+// The pixels that the outline of a frame touches at the current scale: its edge lines, and the first and last sample of
+// every line, since the lowest point of a sector lies between its edges.
+CRect Extent(const ImagingParameters& image)
+{
+    CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));
+    for (int line = 0; line < image.lines; ++line)
+    {
+        for (const int sample : {0, image.samples - 1})
+        {
+            const CPoint pixel = image.Pixel(line, sample);
+            extent.left = std::min(extent.left, pixel.x);
+            extent.right = std::max(extent.right, pixel.x);
+            extent.top = std::min(extent.top, pixel.y);
+            extent.bottom = std::max(extent.bottom, pixel.y);
+        }
+    }
+    return extent;
+}
+
+int DivideUp(int dividend, int divisor)
+{
+    return (dividend + divisor - 1) / divisor;
+}
+
+ImagingParameters WithoutScale(const CineFile& cine, CSize size)
+{
+    const uDataDesc& description = cine.description();
+    ImagingParameters image;
+    image.samplingFreq = description.samplingFreq;
+    image.scanA = cine.steering();
+    image.scanB = cine.apex();
+    image.probe = cine.probe();
+    image.soundSpeed = description.soundSpeed;
+    image.scanC = cine.lineOffset();
+    image.width = size.cx;
+    image.height = size.cy;
+    image.ld = cine.lineCount();
+    image.lines = description.lines;
+    image.samples = description.samples;
+    return image;
+}
+
+} // namespace
+
+CPoint ImagingParameters::Pixel(int line, int sample) const
+{
+    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA,
+                                                          scanB, &probe, soundSpeed, ld, scanC, width, height, flip);
+    return {pixel.x, pixel.y};
+}
+
+double ImagingParameters::DepthMillimetres() const
+{
+    return qor_utils::GetSampleSize(samplingFreq, soundSpeed) * samples / 1000.0;
+}
+
+ImagingParameters FitImage(const CineFile& cine, CSize size)
+{
+    ImagingParameters image = WithoutScale(cine, size);
+    image.micronsPerPixel = {measuringScale, measuringScale};
+    const CRect extent = Extent(image);
+
+    const int roomX = std::max(1, image.width - 2 * margin);
+    const int roomY = std::max(1, image.height - 2 * margin);
+    const int microns = std::max(DivideUp(extent.Width() * measuringScale, roomX),
+                                 DivideUp(extent.Height() * measuringScale, roomY));
+    image.micronsPerPixel = {microns, microns};
+
+    const CRect fitted = Extent(image);
+    image.origin.x = (image.width - fitted.Width()) / 2 - fitted.left;
+    image.origin.y = margin - fitted.top;
+    return image;
+}
+
+} // namespace exam

@@ -1,0 +1,72 @@
+#include "InfoPanel.h"
+
+#include "Palette.h"
+
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+
+namespace exam
+{
+
+namespace
+{
+
+constexpr int rowHeight = 44;
+
+const char* ProbeKey(int type)
+{
+    switch (type)
+    {
+    case 0: return "exam.probe.curved";
+    case 1: return "exam.probe.linear";
+    case 2: return "exam.probe.phased";
+    default: return "exam.probe.unknown";
+    }
+}
+
+// Rows of a small label and the value below it, from the top of an area down.
+class Rows
+{
+public:
+    Rows(CDC& dc, const CRect& area) : m_dc(dc), m_row(area) { m_row.bottom = m_row.top + rowHeight; }
+
+    void Add(const char* labelKey, const CString& value)
+    {
+        Write(GetStr(labelKey), palette::label, 0);
+        Write(value, palette::text, 18);
+        m_row.OffsetRect(0, rowHeight);
+    }
+
+private:
+    void Write(const CString& text, COLORREF colour, int down)
+    {
+        CRect box = m_row;
+        box.top += down;
+        m_dc.SetTextColor(colour);
+        m_dc.DrawText(text, &box, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+    }
+
+    CDC& m_dc;
+    CRect m_row;
+};
+
+} // namespace
+
+void DrawInfoPanel(CDC& dc, const CRect& area, const Session& session, const ImagingParameters& image)
+{
+    dc.FillSolidRect(&area, palette::panel);
+    dc.SetBkMode(TRANSPARENT);
+    CRect content = area;
+    content.DeflateRect(18, 16);
+    Rows rows(dc, content);
+    rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
+    rows.Add("exam.label.mode", GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
+    if (session.empty()) return;
+    rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
+    rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
+    rows.Add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
+    rows.Add("exam.label.scale", GetStr("exam.value.scale", image.micronsPerPixel.x));
+    rows.Add("exam.label.frame", GetStr("exam.value.frame", session.frame() + 1, session.cine().frames()));
+}
+
+} // namespace exam

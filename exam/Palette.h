@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+// The colours of the sample application: grey echoes on black, everything else subdued so that the image leads.
+namespace exam::palette
+{
+
+constexpr COLORREF background = RGB(0, 0, 0);
+constexpr COLORREF header = RGB(24, 32, 44);
+constexpr COLORREF panel = RGB(16, 22, 30);
+constexpr COLORREF line = RGB(52, 66, 84);
+constexpr COLORREF text = RGB(214, 222, 232);
+constexpr COLORREF label = RGB(130, 146, 166);
+constexpr COLORREF scale = RGB(170, 184, 200);
+constexpr COLORREF accent = RGB(255, 190, 80);
+
+} // namespace exam::palette

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace exam
+{
+
+// Points the numbered stores at the sample data beside the program; what the user changes goes below `userFolder`.
+void InstallStores(const std::wstring& userFolder);
+
+// The folder of the string tables.
+std::wstring StringTableFolder();
+
+// The folder that a user's own files go to when nothing else is asked for.
+std::wstring DefaultUserFolder();
+
+} // namespace exam

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "CineFile.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace exam
+{
+
+// What is being examined: the recordings of the sample study, the one on display and its frame.
+class Session
+{
+public:
+    // Reads a recording from the images store and adds it. Empty when it worked, else one sentence.
+    std::wstring Add(const std::wstring& name);
+
+    bool empty() const { return m_recordings.empty(); }
+    std::size_t count() const { return m_recordings.size(); }
+    const CineFile& cine() const { return m_recordings[m_current]; }
+    int frame() const { return m_frame; }
+
+    void Select(std::size_t index);
+    void NextImage();
+    void NextFrame();
+
+private:
+    std::vector<CineFile> m_recordings;
+    std::size_t m_current = 0;
+    int m_frame = 0;
+};
+
+} // namespace exam

@@ -1,0 +1,86 @@
+// Station 4: real echoes on the screen, at true proportions.
+#include "Tour.h"
+
+#include <Utils_Statics/utilsExam.h>
+
+#include <cmath>
+
+namespace exam
+{
+
+namespace
+{
+
+void ShowRecording(TourContext& context, std::size_t index)
+{
+    context.session.Select(index);
+    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), static_cast<unsigned>(index), 0);
+}
+
+// Mean grey level of the image along the samples of a patch of scan lines.
+double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSample, int lastSample)
+{
+    double sum = 0;
+    int count = 0;
+    for (int line = firstLine; line <= lastLine; ++line)
+        for (int sample = firstSample; sample <= lastSample; ++sample, ++count)
+            sum += view.Grey(view.parameters().Pixel(line, sample));
+    return sum / count;
+}
+
+// Distance of two image points in millimetres.
+double Millimetres(const ImagingParameters& image, CPoint a, CPoint b)
+{
+    return std::hypot((a.x - b.x) * image.micronsPerPixel.x, (a.y - b.y) * image.micronsPerPixel.y) / 1000.0;
+}
+
+void CurvedFrame(TourContext& context)
+{
+    ShowRecording(context, 0);
+    const ImageView& view = context.window.view();
+    const ImagingParameters& image = view.parameters();
+    context.report.Step(image.probe.type == 0 && image.lines == 241, L"the curved recording is on display");
+    context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) > 2 * MeanGrey(view, 115, 130, 1600, 1680),
+                        L"its back wall is brighter than what lies before it");
+    const CPoint apex = image.Pixel(120, 0);
+    context.report.Step(view.Grey({2, apex.y}) == 0 && view.Grey({apex.x, apex.y - 3}) == 0,
+                        L"nothing is shown outside the sector");
+    // Chord of the probe's face: 2 r sin(half the sector), from the recording's published geometry.
+    const double chord = 2 * 26.4 * std::sin((std::acos(-1.0) / 2 + 0.5) / 2);
+    const double shown = Millimetres(image, image.Pixel(0, 0), image.Pixel(240, 0));
+    context.report.Step(std::abs(shown - chord) < 2 * image.micronsPerPixel.x / 1000.0,
+                        L"the sector is as wide as the probe's geometry says");
+    context.Picture(L"curved");
+}
+
+void LinearFrame(TourContext& context)
+{
+    ShowRecording(context, 1);
+    const ImagingParameters& image = context.window.view().parameters();
+    const double width = Millimetres(image, image.Pixel(0, 0), image.Pixel(127, 0));
+    const double depth = Millimetres(image, image.Pixel(64, 0), image.Pixel(64, 1535));
+    context.report.Step(std::abs(width - 12.7) < 0.1 && std::abs(depth - 19.71) < 0.1,
+                        L"the linear recording is a rectangle of 12.7 x 19.7 mm");
+    context.Picture(L"linear");
+}
+
+void NextFrame(TourContext& context)
+{
+    context.window.SendMessage(WM_KEYDOWN, 'F', 0);
+    context.report.Step(context.session.frame() == 1, L"a key shows the next frame");
+    context.window.NextLanguage();
+    context.Picture(L"linear-next-frame-other-language");
+    context.window.NextLanguage();
+}
+
+} // namespace
+
+void TourImages(TourContext& context)
+{
+    CurvedFrame(context);
+    LinearFrame(context);
+    NextFrame(context);
+    ShowRecording(context, 0);
+}
+
+} // namespace exam

@@ -1,0 +1,14 @@
+// The sample exam application. Its application object is a static object, as the framework expects.
+#include "ExamApp.h"
+
+namespace
+{
+
+exam::ExamApp theApp;
+
+} // namespace
+
+int main()
+{
+    return AfxWinMain(GetModuleHandle(nullptr), nullptr, GetCommandLine(), SW_SHOWDEFAULT);
+}
