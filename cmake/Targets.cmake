@@ -38,7 +38,6 @@ function(project_test name)
       --closing-line "^\\[  PASSED  \\]" $<TARGET_FILE:${name}>)
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${arg_TIMEOUT}
-    SKIP_REGULAR_EXPRESSION "^\\[  SKIPPED \\] every test"
     ENVIRONMENT "${arg_ENVIRONMENT}")
   if(arg_SERIAL)
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK session)
