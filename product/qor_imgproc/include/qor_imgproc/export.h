@@ -1,0 +1,7 @@
+#pragma once
+
+#ifdef qor_imgproc_EXPORTS
+#define QOR_IMGPROC_API __declspec(dllexport)
+#else
+#define QOR_IMGPROC_API __declspec(dllimport)
+#endif

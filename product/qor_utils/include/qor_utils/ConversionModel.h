@@ -1,0 +1,237 @@
+#pragma once
+
+// The geometry of an ultrasound frame, stated once: the forward conversions of this library and the inverse ones of
+// qor_imgproc are both made of it. docs/conversion-model.md has the formulas and a drawing of each probe type.
+
+#include <qor_utils/ZelProbe.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace qor_utils
+{
+
+/// Radians in a thousandth of a degree.
+inline constexpr double RadiansPerMillidegree = 1.7453292519943296e-5;
+
+/// A position in microns relative to the image origin: x to the right, y downwards (away from the probe).
+struct MicronPoint
+{
+    double x = 0;
+    double y = 0;
+};
+
+/// A position on the acquisition grid: line index over the aperture and sample index along the line.
+struct ScanPoint
+{
+    double line = 0;
+    double sample = 0;
+};
+
+/// Microns between two samples of a line (the echo travels twice), formed in double precision.
+/// A sampling frequency of 0 gives 0.
+inline double SampleSize(int samplingFreq, int soundSpeed)
+{
+    return samplingFreq == 0 ? 0.0 : soundSpeed * 1e6 / (2.0 * samplingFreq);
+}
+
+/// The layouts of scan lines that the model knows; None where no position can be computed.
+enum class ScanShape
+{
+    None,
+    Curved,
+    Linear,
+    Phased
+};
+
+/// The arithmetic of the platform. A faster one with the same members may take its place in ConversionModel::ToScan.
+struct PlatformMath
+{
+    /// The angle of (x, y) from the y axis towards x, -pi to pi.
+    static double AngleFromAxis(double x, double y) { return std::atan2(x, y); }
+};
+
+/// Positions of the scan lines of one frame in microns, and back. A value: no allocation, cheap to build, any thread.
+class ConversionModel
+{
+public:
+    /// `lines` scan lines cover the aperture. `scanB` extends a phased sector (thousandths of a degree, 0 = none).
+    /// The sine and cosine are those of the steering angle. Input without a geometry (no probe, unknown type, or
+    /// anything that must be positive and is not) makes a model of the shape None.
+    ConversionModel(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed, int scanB, double sinSteer,
+                    double cosSteer)
+        : m_shape(ShapeOf(probe, lines, samplingFreq, soundSpeed)), m_sin(sinSteer), m_cos(cosSteer)
+    {
+        if (m_shape == ScanShape::None) return;
+        m_centre = (lines - 1.0) / 2;
+        m_sampleSize = SampleSize(samplingFreq, soundSpeed);
+        const double aperture = static_cast<double>(probe->elements) * probe->pitch;
+        if (m_shape == ScanShape::Curved) SetCurved(*probe, aperture / lines);
+        if (m_shape == ScanShape::Linear) SetLinear(aperture / lines);
+        if (m_shape == ScanShape::Phased) SetPhased(*probe, lines, scanB, aperture);
+    }
+
+    ScanShape Shape() const { return m_shape; }
+
+    /// Where (line, sample) lies. A model of the shape None gives the origin.
+    MicronPoint ToMicrons(const ScanPoint& scan) const
+    {
+        const double depth = scan.sample * m_sampleSize;
+        const double offset = (scan.line - m_centre) * m_lineStep;
+        switch (m_shape)
+        {
+        case ScanShape::Linear:
+            return {offset + depth * m_sin, depth * m_cos};
+        case ScanShape::Curved:
+            return Steer({(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
+        case ScanShape::Phased:
+            return Steer({m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
+        default:
+            return {};
+        }
+    }
+
+    /// The inverse of ToMicrons. A model of the shape None gives line and sample -1.
+    ScanPoint ToScan(const MicronPoint& point) const
+    {
+        switch (m_shape)
+        {
+        case ScanShape::Linear:
+            return ToScan<ScanShape::Linear, PlatformMath>(point);
+        case ScanShape::Curved:
+            return ToScan<ScanShape::Curved, PlatformMath>(point);
+        case ScanShape::Phased:
+            return ToScan<ScanShape::Phased, PlatformMath>(point);
+        default:
+            return {-1, -1};
+        }
+    }
+
+    /// ToScan for a shape known beforehand (it must be the model's own) and with a chosen arithmetic.
+    template <ScanShape shape, class Math>
+    ScanPoint ToScan(const MicronPoint& point) const
+    {
+        if constexpr (shape == ScanShape::Linear)
+        {
+            const double depth = point.y * m_perCos;
+            return {(point.x - depth * m_sin) * m_linesPerUnit + m_centre, depth * m_samplesPerMicron};
+        }
+        else
+        {
+            const MicronPoint fan = Unsteer(point);
+            // A concave face looks at its centre from above: there the lines come from the other side.
+            const double side = shape == ScanShape::Curved && m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
+            const double fromApex = fan.y + m_apex;
+            const double range = std::sqrt(fan.x * fan.x + fromApex * fromApex);
+            const double angle = Math::AngleFromAxis(side * fan.x, side * fromApex);
+            return {angle * m_linesPerUnit + m_centre, Depth<shape>(fan, fromApex, side * range) * m_samplesPerMicron};
+        }
+    }
+
+    /// A lower bound of the way in microns from `point` to where the line index passes `line` or jumps.
+    /// `scan` is ToScan(point).
+    double ClearanceToLine(const MicronPoint& point, const ScanPoint& scan, double line) const
+    {
+        const double offset = std::fabs((scan.line - line) * m_lineStep);
+        if (m_shape == ScanShape::Linear) return offset * m_cos;
+        const MicronPoint fan = Unsteer(point);
+        const double range = std::hypot(fan.x, fan.y + m_apex);
+        const double toRay = offset < QuarterTurn ? range * std::sin(offset) : range;
+        return std::min({toRay, Seam(fan)});
+    }
+
+    /// A lower bound of the way in microns from `point` to where the sample index passes `sample` or jumps.
+    double ClearanceToSample(const MicronPoint& point, const ScanPoint& scan, double sample) const
+    {
+        const double depth = std::fabs(scan.sample - sample) * m_sampleSize;
+        if (m_shape == ScanShape::Linear) return depth * m_cos;
+        const MicronPoint fan = Unsteer(point);
+        if (m_apex == 0) return std::min(depth, Seam(fan));
+        // Behind an extended sector depths are not distances from one point; but none is less than the way straight up.
+        return std::max(0.0, fan.y - sample * m_sampleSize);
+    }
+
+private:
+    static constexpr double QuarterTurn = 1.5707963267948966;
+
+    static ScanShape ShapeOf(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed)
+    {
+        if (!probe || lines <= 0 || samplingFreq <= 0 || soundSpeed <= 0 || probe->elements <= 0)
+            return ScanShape::None;
+        if (probe->type == 0 && probe->pitch > 0 && probe->radius != 0) return ScanShape::Curved;
+        if (probe->type == 1 && probe->pitch > 0) return ScanShape::Linear;
+        return probe->type == 2 ? ScanShape::Phased : ScanShape::None;
+    }
+
+    void SetCurved(const ZelProbe& probe, double linePitch)
+    {
+        m_radius = probe.radius;
+        SetSteps(linePitch / probe.radius);
+    }
+
+    void SetLinear(double linePitch)
+    {
+        SetSteps(linePitch);
+        if (m_cos > 0)
+            m_perCos = 1 / m_cos;
+        else
+            m_shape = ScanShape::None; // steered along the face or into the probe
+    }
+
+    void SetPhased(const ZelProbe& probe, int lines, int scanB, double aperture)
+    {
+        const double sector = (static_cast<double>(probe.sectorAngle) + scanB) * RadiansPerMillidegree;
+        if (!(sector > 0))
+        {
+            m_shape = ScanShape::None;
+            return;
+        }
+        // The edge lines of an extended sector leave the face at the ends of the aperture.
+        if (scanB != 0 && sector / 2 < QuarterTurn) m_apex = std::max(0.0, aperture) / 2 / std::tan(sector / 2);
+        SetSteps(sector / lines);
+    }
+
+    void SetSteps(double lineStep)
+    {
+        m_lineStep = lineStep;
+        m_linesPerUnit = 1 / lineStep;
+        m_samplesPerMicron = 1 / m_sampleSize;
+    }
+
+    MicronPoint Steer(const MicronPoint& p) const { return {p.x * m_cos + p.y * m_sin, p.y * m_cos - p.x * m_sin}; }
+    MicronPoint Unsteer(const MicronPoint& p) const { return {p.x * m_cos - p.y * m_sin, p.y * m_cos + p.x * m_sin}; }
+
+    template <ScanShape shape>
+    double Depth(const MicronPoint& fan, double fromApex, double range) const
+    {
+        if constexpr (shape == ScanShape::Curved)
+            return range - m_radius;
+        else if (m_apex == 0)
+            return range;
+        else
+            return fromApex > 0 ? fan.y * range / fromApex : -range; // behind the apex nothing is imaged
+    }
+
+    /// The way to where the conversion jumps: behind the apex the angle changes its sign, and the lines of a concave
+    /// face change sides at its centre.
+    double Seam(const MicronPoint& fan) const
+    {
+        if (m_radius < 0) return std::fabs(fan.y);
+        const double fromApex = fan.y + m_apex;
+        return fromApex < 0 ? std::fabs(fan.x) : std::hypot(fan.x, fromApex);
+    }
+
+    ScanShape m_shape;
+    double m_sin;
+    double m_cos;
+    double m_perCos = 1;
+    double m_centre = 0;
+    double m_lineStep = 0; // radians between lines; microns for the linear shape
+    double m_linesPerUnit = 0;
+    double m_sampleSize = 0;
+    double m_samplesPerMicron = 0;
+    double m_radius = 0; // signed radius of a curved face
+    double m_apex = 0;   // microns from the apex of an extended sector down to the face
+};
+
+} // namespace qor_utils
