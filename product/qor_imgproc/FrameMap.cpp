@@ -11,8 +11,7 @@ using qor_utils::MicronPoint;
 using qor_utils::ScanPoint;
 using qor_utils::ScanShape;
 
-namespace
-{
+namespace {
 
 /// An arc tangent without branches, which the compiler turns into vector instructions. Abramowitz and Stegun,
 /// Handbook of Mathematical Functions, 4.4.49: |error| <= 2e-8 radians, a millionth of a line in any real frame.
@@ -51,7 +50,9 @@ private:
 bool SizesFit(const FrameGeometry& g)
 {
     constexpr long long mostPixels = 1 << 26; // half a gigabyte of map
-    const auto fits = [](int a, int b, long long most) { return a > 0 && b > 0 && static_cast<long long>(a) * b <= most; };
+    const auto fits = [](int a, int b, long long most) {
+        return a > 0 && b > 0 && static_cast<long long>(a) * b <= most;
+    };
     return fits(g.lines, g.samples, INT_MAX) && fits(g.width, g.height, mostPixels);
 }
 
@@ -102,12 +103,9 @@ FrameMap::FrameMap(const FrameGeometry& geometry)
                                 geometry.scanB, std::sin(steer), std::cos(steer));
     const UPoint& scale = geometry.micronsPerPixel;
     if (model.Shape() == ScanShape::None || scale.x == 0 || scale.y == 0 || !SizesFit(geometry)) return;
-    try
-    {
+    try {
         Fill(geometry, model);
-    }
-    catch (const std::bad_alloc&)
-    {
+    } catch (const std::bad_alloc&) {
         m_pixels.clear();
     }
 }
@@ -121,8 +119,7 @@ void FrameMap::Fill(const FrameGeometry& geometry, const ConversionModel& model)
     const UPoint& scale = geometry.micronsPerPixel;
     const double step = geometry.flip & 1 ? -static_cast<double>(scale.x) : scale.x;
     const double left = (Unflip(0, geometry.width, geometry.flip & 1) - origin.x) * scale.x;
-    for (int y = 0; y < geometry.height; ++y)
-    {
+    for (int y = 0; y < geometry.height; ++y) {
         const double down = (Unflip(y, geometry.height, geometry.flip & 2) - origin.y) * scale.y;
         ConvertRow(model, left, step, down, row);
         for (const ScanPoint& scan : row)
@@ -150,8 +147,9 @@ bool FrameMap::Convert(const unsigned char* frame, unsigned char* image, unsigne
 
 unsigned char FrameMap::Interpolate(const unsigned char* first, const Pixel& pixel) const
 {
-    const auto along = [&](const unsigned char* p)
-    { return p[0] * (256u - pixel.sampleWeight) + p[m_nextSample] * static_cast<unsigned int>(pixel.sampleWeight); };
+    const auto along = [&](const unsigned char* p) {
+        return p[0] * (256u - pixel.sampleWeight) + p[m_nextSample] * static_cast<unsigned int>(pixel.sampleWeight);
+    };
     const unsigned int here = along(first);
     const unsigned int next = along(first + m_nextLine);
     return static_cast<unsigned char>((here * (256u - pixel.lineWeight) + next * pixel.lineWeight + 0x8000u) >> 16);

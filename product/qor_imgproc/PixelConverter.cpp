@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace
-{
+namespace {
 
 constexpr double PositionLimit = 1 << 26; // sixteenths still fit into 32 bits
 
@@ -32,20 +31,26 @@ Sixteenths ToSixteenths(double position, int corner)
 }
 
 // The index at which a position starts to count as `end`, once it is rounded to sixteenths.
-double Threshold(int end, int corner) { return static_cast<double>(end) + corner - 1.0 / 32; }
+double Threshold(int end, int corner)
+{
+    return static_cast<double>(end) + corner - 1.0 / 32;
+}
 
 } // namespace
 
-PixelConverter::PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int scanB,
-                               int lines, int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel,
-                               double sinSteer, double cosSteer)
+PixelConverter::PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int scanB, int lines,
+                               int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel, double sinSteer,
+                               double cosSteer)
     : m_model(micronsPerPixel.x != 0 && micronsPerPixel.y != 0 ? probe : nullptr, lines, samplingFreq, soundSpeed,
               scanB, sinSteer, cosSteer),
       m_origin(origin), m_scale(micronsPerPixel), m_corner{lineSampleRect.left, lineSampleRect.top}
 {
 }
 
-ScanPixel PixelConverter::At(int x, int y) const { return Quantise(m_model.ToScan(ToMicrons(x, y))); }
+ScanPixel PixelConverter::At(int x, int y) const
+{
+    return Quantise(m_model.ToScan(ToMicrons(x, y)));
+}
 
 PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, int sampleEnd) const
 {
@@ -57,10 +62,12 @@ PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, i
     result.inside = line > 0 && line < lineEnd && sample > 0 && sample < sampleEnd;
     if (result.inside || m_model.Shape() == qor_utils::ScanShape::None) return result;
 
-    const auto lineClearance = [&](int end)
-    { return PixelsWithin(m_model.ClearanceToLine(point, scan, Threshold(end, m_corner.x))); };
-    const auto sampleClearance = [&](int end)
-    { return PixelsWithin(m_model.ClearanceToSample(point, scan, Threshold(end, m_corner.y))); };
+    const auto lineClearance = [&](int end) {
+        return PixelsWithin(m_model.ClearanceToLine(point, scan, Threshold(end, m_corner.x)));
+    };
+    const auto sampleClearance = [&](int end) {
+        return PixelsWithin(m_model.ClearanceToSample(point, scan, Threshold(end, m_corner.y)));
+    };
     if (line >= lineEnd) result.pixelsPastLines = lineClearance(lineEnd);
     result.pixelsAbove = result.pixelsPastLines;
     if (line <= 0) result.pixelsAbove = std::max(result.pixelsAbove, lineClearance(1));
@@ -75,7 +82,6 @@ qor_utils::MicronPoint PixelConverter::ToMicrons(int x, int y) const
 
 ScanPixel PixelConverter::Quantise(const qor_utils::ScanPoint& scan) const
 {
-    // A position that is no number comes of a steering angle that is none.
     if (m_model.Shape() == qor_utils::ScanShape::None || std::isnan(scan.line) || std::isnan(scan.sample)) return {};
     const Sixteenths line = ToSixteenths(scan.line, m_corner.x);
     const Sixteenths sample = ToSixteenths(scan.sample, m_corner.y);

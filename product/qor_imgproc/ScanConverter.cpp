@@ -3,8 +3,7 @@
 #include <qor_imgproc/FrameMap.h>
 #include <qor_imgproc/PixelConverter.h>
 
-namespace
-{
+namespace {
 
 template <class T>
 void Store(T* destination, T value)

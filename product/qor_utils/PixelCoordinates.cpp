@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace
-{
+namespace {
 
 int Saturate(std::int64_t value)
 {
@@ -29,12 +28,14 @@ UPoint Flip(UPoint pixel, int width, int height, int flip)
     return pixel;
 }
 
-int ScaleEdge(int edge, int lines, int elements) { return Saturate(std::int64_t{edge} * lines / elements); }
+int ScaleEdge(int edge, int lines, int elements)
+{
+    return Saturate(std::int64_t{edge} * lines / elements);
+}
 
 } // namespace
 
-namespace qor_utils
-{
+namespace qor_utils {
 
 UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin, const UPoint& micronsPerPixel, int samplingFreq,
                            int scanA, int scanB, const ZelProbe* probe, int soundSpeed, int scanC, int width,
@@ -56,7 +57,10 @@ UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin, const U
     return Flip(pixel, width, height, flip);
 }
 
-double GetSampleSize(int samplingFreq, int soundSpeed) { return SampleSize(samplingFreq, soundSpeed); }
+double GetSampleSize(int samplingFreq, int soundSpeed)
+{
+    return SampleSize(samplingFreq, soundSpeed);
+}
 
 void ConvertRect(const URect& in, int lines, int elements, URect& out)
 {

@@ -17,8 +17,7 @@
 using qor_utils::ConversionModel;
 using qor_utils::RadiansPerMillidegree;
 
-namespace
-{
+namespace {
 
 constexpr ZelProbe SampleCurved{0, 188, 292, 26400, 0}; // the probe of the committed curved sample
 constexpr int SampleFrequency = 14997059;
@@ -45,8 +44,8 @@ struct Scene
 
 UPoint Forward(const Scene& s, int line, int sample)
 {
-    return qor_utils::GetPixelCoordinatesLD(line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB,
-                                            &s.probe, s.soundSpeed, s.lines, s.scanC, s.width, s.height, s.flip);
+    return qor_utils::GetPixelCoordinatesLD(line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB, &s.probe,
+                                            s.soundSpeed, s.lines, s.scanC, s.width, s.height, s.flip);
 }
 
 UPoint Unflip(const Scene& s, UPoint p)
@@ -66,8 +65,14 @@ ScanPixel Precise(const Scene& s, const UPoint& p, const URect& rect = {})
     return out;
 }
 
-double LineOf(const ScanPixel& p) { return p.line + p.lineFraction / 16.0; }
-double SampleOf(const ScanPixel& p) { return p.sample + p.sampleFraction / 16.0; }
+double LineOf(const ScanPixel& p)
+{
+    return p.line + p.lineFraction / 16.0;
+}
+double SampleOf(const ScanPixel& p)
+{
+    return p.sample + p.sampleFraction / 16.0;
+}
 
 ConversionModel ModelOf(const Scene& s)
 {
@@ -110,15 +115,13 @@ Scene RandomScene(Random& random, int type)
 double Fineness(const Scene& s, double line, double sample)
 {
     const ConversionModel model = ModelOf(s);
-    const auto apart = [&](double dl, double ds)
-    {
+    const auto apart = [&](double dl, double ds) {
         const auto a = model.ToMicrons({line, sample});
         const auto b = model.ToMicrons({line + dl, sample + ds});
         return std::hypot(a.x - b.x, a.y - b.y);
     };
     double skew = std::cos(s.probe.type == 1 ? s.scanA * RadiansPerMillidegree : 0.0);
-    if (s.scanB != 0)
-    {
+    if (s.scanB != 0) {
         const double sector = (s.probe.sectorAngle + s.scanB) * RadiansPerMillidegree;
         skew = std::cos(std::fabs(line - (s.lines - 1) / 2.0) * sector / s.lines);
     }
@@ -141,13 +144,11 @@ TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
     const double sector = 3.14159265358979323846 / 2 + 0.5;
     double worst = 0;
     for (int line = 0; line < SampleLines; ++line)
-        for (int sample = 0; sample < 2048; ++sample)
-        {
+        for (int sample = 0; sample < 2048; ++sample) {
             const double t = (line - 120) * sector / 240;
             const double r = 26400 + sample * 51.343;
-            const UPoint p =
-                qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, SampleFrequency, 0, 0, &SampleCurved,
-                                                 1540, SampleLines, 0, 1280, 1024, 0);
+            const UPoint p = qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, SampleFrequency, 0, 0,
+                                                              &SampleCurved, 1540, SampleLines, 0, 1280, 1024, 0);
             const Scene s{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, origin, scale, 0, 0, 0};
             const auto m = ModelOf(s).ToMicrons({static_cast<double>(line), static_cast<double>(sample)});
             worst = std::max({worst, std::fabs(m.x - r * std::sin(t)), std::fabs(m.y - r * std::cos(t))});
@@ -161,17 +162,15 @@ TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
 TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
 {
     const UPoint scale{100, 100};
-    const auto at = [&](int line, int sample, int steer)
-    {
+    const auto at = [&](int line, int sample, int steer) {
         return qor_utils::GetPixelCoordinates(line, sample, {1000, 10}, scale, 7700000, steer, 0, &Linear, 1540, 0, 0,
                                               0, 0);
     };
     // 100 microns a sample; 3 pixels an element; the middle of 128 elements is between 63 and 64.
-    EXPECT_EQ(at(0, 0, 0), (UPoint{1000 - 191, 10})); // 190.5, away from zero in absolute position
+    EXPECT_EQ(at(0, 0, 0), (UPoint{810, 10})); // 1000 - 63.5 x 3 = 809.5, and halves go away from zero
     EXPECT_EQ(at(127, 400, 0).y, 410);
     EXPECT_EQ(at(64, 0, 0).x - at(63, 0, 0).x, 3);
-    for (int line : {0, 31, 127})
-    {
+    for (int line : {0, 31, 127}) {
         const UPoint top = at(line, 0, 30000);
         const UPoint deep = at(line, 1000, 30000);
         EXPECT_NEAR(deep.x - top.x, 500, 1);
@@ -182,8 +181,7 @@ TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
 TEST(ForwardConversion, PhasedLinesFanOutFromTheOriginOverTheSector)
 {
     // 60 lines over 90 degrees are 1.5 degrees apart; line 0 is at -44.25 degrees; 100 microns a sample.
-    const auto at = [](int line, int sample)
-    {
+    const auto at = [](int line, int sample) {
         return qor_utils::GetPixelCoordinatesLD(line, sample, {500, 20}, {100, 100}, 7700000, 0, 0, &Phased, 1540, 60,
                                                 0, 0, 0, 0);
     };
@@ -210,8 +208,7 @@ TEST(ForwardConversion, SteeringTurnsAFanAboutTheOrigin)
     const Scene straight{SampleCurved, 241, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0};
     Scene steered = straight;
     steered.scanA = 12000;
-    for (int line : {0, 77, 240})
-    {
+    for (int line : {0, 77, 240}) {
         const auto a = ModelOf(straight).ToMicrons({static_cast<double>(line), 500});
         const auto b = ModelOf(steered).ToMicrons({static_cast<double>(line), 500});
         EXPECT_NEAR(std::hypot(a.x, a.y), std::hypot(b.x, b.y), 1e-6);
@@ -224,8 +221,7 @@ TEST(ForwardConversion, ConcaveFaceLiesAboveItsCentre)
     ZelProbe concave = SampleCurved;
     concave.radius = -30000;
     concave.elements = 100;
-    const auto at = [&](int line)
-    {
+    const auto at = [&](int line) {
         return qor_utils::GetPixelCoordinates(line, 0, {500, 500}, {100, 100}, 7700000, 0, 0, &concave, 1540, 0, 0, 0,
                                               0);
     };
@@ -260,8 +256,7 @@ TEST(ForwardConversion, UnusableInputGivesTheOrigin)
 {
     const UPoint origin{123, 45};
     const UPoint scale{100, 100};
-    const auto at = [&](const ZelProbe* probe, int frequency, UPoint micronsPerPixel, int speed = 1540)
-    {
+    const auto at = [&](const ZelProbe* probe, int frequency, UPoint micronsPerPixel, int speed = 1540) {
         return qor_utils::GetPixelCoordinates(10, 100, origin, micronsPerPixel, frequency, 0, 0, probe, speed, 0, 0, 0,
                                               0);
     };
@@ -285,8 +280,8 @@ TEST(ForwardConversion, AbsurdInputStopsAtTheLimits)
     const UPoint p = qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1, INT_MIN, 0,
                                                     &Linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
     EXPECT_TRUE(p == p);
-    const UPoint deep = qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &Linear, INT_MAX, 0, 0, 0,
-                                                       0);
+    const UPoint deep =
+        qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &Linear, INT_MAX, 0, 0, 0, 0);
     EXPECT_EQ(deep.y, INT_MAX);
 }
 
@@ -314,8 +309,7 @@ TEST(InverseConversion, MapsEveryPixelBackWithinOneLineAndOneSample)
 {
     Random random;
     int tried = 0;
-    while (tried < 60000)
-    {
+    while (tried < 60000) {
         Scene s = RandomScene(random, tried % 3);
         const int line = random.Int(0, s.lines - 1) - s.scanC;
         const int sample = random.Int(0, 4000);
@@ -334,8 +328,7 @@ TEST(InverseConversion, MapsEveryPixelBackWithinOneLineAndOneSample)
 TEST(InverseConversion, ReachesASixteenthWherePixelsAreFineEnough)
 {
     Random random;
-    for (int i = 0; i < 3000; ++i)
-    {
+    for (int i = 0; i < 3000; ++i) {
         Scene s = RandomScene(random, i % 3);
         s.scale = {1, 1};
         s.soundSpeed = 1540;
@@ -352,8 +345,7 @@ TEST(InverseConversion, ReachesASixteenthWherePixelsAreFineEnough)
 TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
 {
     Random random;
-    for (int i = 0; i < 30000; ++i)
-    {
+    for (int i = 0; i < 30000; ++i) {
         Scene s = RandomScene(random, i % 3);
         const int scale = random.Int(20, 400);
         s.scale = {scale, scale};
@@ -396,14 +388,12 @@ TEST(InverseConversion, RoundsDownwardsWithPositiveSixteenths)
 TEST(InverseConversion, UnusableInputIsOutside)
 {
     const Scene good{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}, 0, 0, 0};
-    const auto outside = [](const Scene& s)
-    {
+    const auto outside = [](const Scene& s) {
         const ScanPixel p = Precise(s, {640, 500}, {5, 6, 7, 8});
         return p.line == -1 && p.sample == -1 && p.lineFraction == 0 && p.sampleFraction == 0;
     };
     EXPECT_FALSE(outside(good));
-    const auto with = [&](auto change)
-    {
+    const auto with = [&](auto change) {
         Scene s = good;
         change(s);
         return outside(s);
@@ -428,8 +418,7 @@ TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
     const double nan = std::numeric_limits<double>::quiet_NaN();
     int line = 7;
     int sample = 7;
-    const auto call = [&](const ZelProbe* probe, double sinSteer, double cosSteer)
-    {
+    const auto call = [&](const ZelProbe* probe, double sinSteer, double cosSteer) {
         ScanConverter::GetPreciseUSCoordinates(1, 2, &line, &sample, nullptr, nullptr, {}, probe, 1540, 0, 0, 100,
                                                1000000, {0, 0}, {10, 10}, sinSteer, cosSteer, true);
     };
@@ -443,6 +432,7 @@ TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
     line = sample = 7;
     call(&Linear, std::numeric_limits<double>::infinity(), 1);
     EXPECT_EQ(line, -1);
+    EXPECT_EQ(sample, -1);
 }
 
 TEST(InverseConversion, SurvivesAbsurdInput)
@@ -450,8 +440,7 @@ TEST(InverseConversion, SurvivesAbsurdInput)
     const int extremes[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, 1000, INT_MAX - 1, INT_MAX};
     Random random;
     const auto any = [&] { return extremes[random.Int(0, 7)]; };
-    for (int i = 0; i < 100000; ++i)
-    {
+    for (int i = 0; i < 100000; ++i) {
         Scene s;
         s.probe = {random.Int(0, 2), any(), any(), any(), any()};
         s.lines = any();
@@ -470,8 +459,7 @@ TEST(InverseConversion, SurvivesAbsurdInput)
 TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
 {
     Random random;
-    for (int i = 0; i < 3000; ++i)
-    {
+    for (int i = 0; i < 3000; ++i) {
         Scene s = RandomScene(random, i % 3);
         s.scale = {random.Int(20, 400), random.Int(20, 400)};
         const double a = s.scanA * RadiansPerMillidegree;
@@ -483,8 +471,7 @@ TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
         const int x = random.Int(0, s.width);
         const int y = random.Int(0, s.height);
         const auto found = converter.TestUpwards(x, y, lineEnd, sampleEnd);
-        for (int k = 1; k <= std::min(found.pixelsAbove, 2000); ++k)
-        {
+        for (int k = 1; k <= std::min(found.pixelsAbove, 2000); ++k) {
             const ScanPixel p = converter.At(x, y - k);
             ASSERT_FALSE(p.line > 0 && p.line < lineEnd && p.sample > 0 && p.sample < sampleEnd) << Describe(s);
             ASSERT_TRUE(k > found.pixelsPastLines || p.line >= lineEnd) << Describe(s);
@@ -492,20 +479,18 @@ TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
     }
 }
 
-namespace
-{
+namespace {
 
 // Bilinear interpolation pixel by pixel in double precision, for comparison.
 double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int samples, int x, int y)
 {
     const UPoint p = Unflip(s, {x, y});
-    const auto scan = ModelOf(s).ToScan({(static_cast<double>(p.x) - s.origin.x) * s.scale.x,
-                                         (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
+    const auto scan = ModelOf(s).ToScan(
+        {(static_cast<double>(p.x) - s.origin.x) * s.scale.x, (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
     if (!(scan.line >= 0 && scan.line <= s.lines - 1 && scan.sample >= 0 && scan.sample <= samples - 1)) return -1;
     const int l = std::min(static_cast<int>(scan.line), std::max(0, s.lines - 2));
     const int n = std::min(static_cast<int>(scan.sample), std::max(0, samples - 2));
-    const auto grey = [&](int line, int sample)
-    {
+    const auto grey = [&](int line, int sample) {
         line = std::min(line, s.lines - 1);
         sample = std::min(sample, samples - 1);
         return static_cast<double>(frame[static_cast<std::size_t>(line) * static_cast<std::size_t>(samples) +
@@ -519,8 +504,8 @@ double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int s
 
 FrameGeometry GeometryOf(const Scene& s, int samples)
 {
-    return {&s.probe, s.lines, samples, s.samplingFreq, s.soundSpeed, s.scanA,
-            s.scanB,  s.origin, s.scale, s.width,       s.height,     s.flip};
+    return {&s.probe, s.lines,  samples, s.samplingFreq, s.soundSpeed, s.scanA,
+            s.scanB,  s.origin, s.scale, s.width,        s.height,     s.flip};
 }
 
 } // namespace
@@ -528,8 +513,7 @@ FrameGeometry GeometryOf(const Scene& s, int samples)
 TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
 {
     Random random;
-    for (int i = 0; i < 60; ++i)
-    {
+    for (int i = 0; i < 60; ++i) {
         Scene s = RandomScene(random, i % 3);
         s.width = random.Int(1, 200);
         s.height = random.Int(1, 150);
@@ -543,8 +527,7 @@ TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
         ASSERT_TRUE(ScanConverter::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
         int edge = 0;
         for (int y = 0; y < s.height; ++y)
-            for (int x = 0; x < s.width; ++x)
-            {
+            for (int x = 0; x < s.width; ++x) {
                 const int grey = image[static_cast<std::size_t>(y) * static_cast<std::size_t>(s.width) +
                                        static_cast<std::size_t>(x)];
                 const double plain = PlainPixel(s, frame, samples, x, y);
@@ -564,8 +547,7 @@ TEST(FrameConversion, RefusesWhatHasNoImage)
     EXPECT_TRUE(FrameMap(good).Valid());
     EXPECT_FALSE(ScanConverter::ConvertFrame(good, nullptr, image.data()));
     EXPECT_FALSE(ScanConverter::ConvertFrame(good, frame.data(), nullptr));
-    const auto refused = [&](auto change)
-    {
+    const auto refused = [&](auto change) {
         FrameGeometry g = good;
         change(g);
         return !ScanConverter::ConvertFrame(g, frame.data(), image.data());

@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace qor_utils
-{
+namespace qor_utils {
 class ConversionModel;
 }
 

@@ -8,8 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace qor_utils
-{
+namespace qor_utils {
 
 /// Radians in a thousandth of a degree.
 inline constexpr double RadiansPerMillidegree = 1.7453292519943296e-5;
@@ -62,6 +61,7 @@ public:
                     double cosSteer)
         : m_shape(ShapeOf(probe, lines, samplingFreq, soundSpeed)), m_sin(sinSteer), m_cos(cosSteer)
     {
+        if (!std::isfinite(sinSteer) || !std::isfinite(cosSteer)) m_shape = ScanShape::None;
         if (m_shape == ScanShape::None) return;
         m_centre = (lines - 1.0) / 2;
         m_sampleSize = SampleSize(samplingFreq, soundSpeed);
@@ -78,8 +78,7 @@ public:
     {
         const double depth = scan.sample * m_sampleSize;
         const double offset = (scan.line - m_centre) * m_lineStep;
-        switch (m_shape)
-        {
+        switch (m_shape) {
         case ScanShape::Linear:
             return {offset + depth * m_sin, depth * m_cos};
         case ScanShape::Curved:
@@ -94,8 +93,7 @@ public:
     /// The inverse of ToMicrons. A model of the shape None gives line and sample -1.
     ScanPoint ToScan(const MicronPoint& point) const
     {
-        switch (m_shape)
-        {
+        switch (m_shape) {
         case ScanShape::Linear:
             return ToScan<ScanShape::Linear, PlatformMath>(point);
         case ScanShape::Curved:
@@ -111,13 +109,10 @@ public:
     template <ScanShape shape, class Math>
     ScanPoint ToScan(const MicronPoint& point) const
     {
-        if constexpr (shape == ScanShape::Linear)
-        {
+        if constexpr (shape == ScanShape::Linear) {
             const double depth = point.y * m_perCos;
             return {(point.x - depth * m_sin) * m_linesPerUnit + m_centre, depth * m_samplesPerMicron};
-        }
-        else
-        {
+        } else {
             const MicronPoint fan = Unsteer(point);
             // A concave face looks at its centre from above: there the lines come from the other side.
             const double side = shape == ScanShape::Curved && m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
@@ -137,7 +132,7 @@ public:
         const MicronPoint fan = Unsteer(point);
         const double range = std::hypot(fan.x, fan.y + m_apex);
         const double toRay = offset < QuarterTurn ? range * std::sin(offset) : range;
-        return std::min({toRay, Seam(fan)});
+        return std::min(toRay, Seam(fan));
     }
 
     /// A lower bound of the way in microns from `point` to where the sample index passes `sample` or jumps.
@@ -181,8 +176,7 @@ private:
     void SetPhased(const ZelProbe& probe, int lines, int scanB, double aperture)
     {
         const double sector = (static_cast<double>(probe.sectorAngle) + scanB) * RadiansPerMillidegree;
-        if (!(sector > 0))
-        {
+        if (!(sector > 0)) {
             m_shape = ScanShape::None;
             return;
         }

@@ -17,8 +17,7 @@
 ///   of a degree; `scanC`: line offset, added to `line`;
 /// - `width`, `height`: image size in pixels; `flip`: bit 0 mirrors left-right, bit 1 top-bottom. Flipping takes place
 ///   only when both sizes are non-zero, and maps x to width - x and y to height - y.
-namespace qor_utils
-{
+namespace qor_utils {
 
 /// The display pixel of (line, sample), where `line` counts elements. Input without a geometry (no probe, unknown
 /// type, non-positive frequency or sound speed) gives the pixel of the origin, and so does a zero scale on its axis;
