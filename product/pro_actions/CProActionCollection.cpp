@@ -1,0 +1,101 @@
+#include <pro_actions/CProActionCollection.h>
+
+#include "ActionVocabulary.h"
+
+#include <zel_xml/zelXMLFile.h>
+
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace {
+
+using pro_actions::ActionVocabulary;
+
+// The vocabulary in use. Readers take a share of it, so that loading another one never pulls it away below them.
+class CurrentVocabulary
+{
+public:
+    std::shared_ptr<const ActionVocabulary> get() noexcept
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_vocabulary;
+    }
+
+    void set(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_vocabulary.swap(vocabulary);
+    }
+
+private:
+    std::mutex m_mutex;
+    std::shared_ptr<const ActionVocabulary> m_vocabulary; // null: empty
+};
+
+CurrentVocabulary& current() noexcept
+{
+    static CurrentVocabulary vocabulary;
+    return vocabulary;
+}
+
+} // namespace
+
+bool CProActionCollection::LoadVocabulary(const wchar_t* path) noexcept
+{
+    try {
+        zelXMLFile file;
+        auto vocabulary = std::make_shared<ActionVocabulary>();
+        if (!file.open(path, true) || !vocabulary->read(file.getRootElement())) return false;
+        current().set(std::move(vocabulary));
+        return true;
+    } catch (const std::exception&) // out of memory
+    {
+        return false;
+    }
+}
+
+bool CProActionCollection::LoadVocabulary(const std::wstring& path) noexcept
+{
+    return LoadVocabulary(path.c_str());
+}
+
+void CProActionCollection::Clear() noexcept
+{
+    current().set(nullptr);
+}
+
+ActionType CProActionCollection::MapActionType(const wchar_t* name) noexcept
+{
+    const auto vocabulary = current().get();
+    return vocabulary && name ? static_cast<ActionType>(vocabulary->types().numberOf(name)) : ActionTypeNone;
+}
+
+ActionType CProActionCollection::MapActionType(const std::wstring& name) noexcept
+{
+    return MapActionType(name.c_str());
+}
+
+int CProActionCollection::MapAction(ActionType type, const wchar_t* name) noexcept
+{
+    const auto vocabulary = current().get();
+    return vocabulary && name ? vocabulary->actionsOf(type).numberOf(name) : -1;
+}
+
+int CProActionCollection::MapAction(ActionType type, const std::wstring& name) noexcept
+{
+    return MapAction(type, name.c_str());
+}
+
+std::wstring CProActionCollection::GetActionTypeName(ActionType type)
+{
+    const auto vocabulary = current().get();
+    return vocabulary ? vocabulary->types().nameOf(type) : std::wstring();
+}
+
+std::wstring CProActionCollection::GetActionName(ActionType type, int action)
+{
+    const auto vocabulary = current().get();
+    return vocabulary ? vocabulary->actionsOf(type).nameOf(action) : std::wstring();
+}

@@ -1,0 +1,70 @@
+#include "ConsumerRegistry.h"
+
+#include <algorithm>
+
+namespace pro_actions {
+
+ConsumerRegistry& ConsumerRegistry::ofStates() noexcept
+{
+    static ConsumerRegistry registry;
+    return registry;
+}
+
+ConsumerRegistry& ConsumerRegistry::ofNotifications() noexcept
+{
+    static ConsumerRegistry registry;
+    return registry;
+}
+
+void ConsumerRegistry::add(IActionStateConsumer& consumer, const ActionStateInfo& topic)
+{
+    const std::scoped_lock lock(m_mutex);
+    Registrations& registrations = m_topics[topic];
+    const bool known = std::any_of(registrations.begin(), registrations.end(),
+                                   [&](const Registration& each) { return each.consumer == &consumer; });
+    if (!known) registrations.push_back({m_nextSerial++, &consumer});
+}
+
+void ConsumerRegistry::remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
+{
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_topics.find(topic);
+    if (found == m_topics.end()) return;
+    erase(found->second, consumer);
+    if (found->second.empty()) m_topics.erase(found);
+}
+
+void ConsumerRegistry::removeAll(IActionStateConsumer& consumer) noexcept
+{
+    const std::scoped_lock lock(m_mutex);
+    for (auto topic = m_topics.begin(); topic != m_topics.end();) {
+        erase(topic->second, consumer);
+        topic = topic->second.empty() ? m_topics.erase(topic) : std::next(topic);
+    }
+}
+
+ConsumerRegistry::Serial ConsumerRegistry::nextSerial() noexcept
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_nextSerial;
+}
+
+IActionStateConsumer* ConsumerRegistry::next(const ActionStateInfo& topic, Serial& from, Serial end) noexcept
+{
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_topics.find(topic);
+    if (found == m_topics.end()) return nullptr;
+    const Registrations& registrations = found->second;
+    const auto isBefore = [](const Registration& each, Serial serial) { return each.serial < serial; };
+    const auto first = std::lower_bound(registrations.begin(), registrations.end(), from, isBefore);
+    if (first == registrations.end() || first->serial >= end) return nullptr;
+    from = first->serial + 1;
+    return first->consumer;
+}
+
+void ConsumerRegistry::erase(Registrations& registrations, const IActionStateConsumer& consumer) noexcept
+{
+    std::erase_if(registrations, [&](const Registration& each) { return each.consumer == &consumer; });
+}
+
+} // namespace pro_actions

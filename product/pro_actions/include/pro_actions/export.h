@@ -1,0 +1,7 @@
+#pragma once
+
+#ifdef pro_actions_EXPORTS
+#define PRO_ACTIONS_API __declspec(dllexport)
+#else
+#define PRO_ACTIONS_API __declspec(dllimport)
+#endif
