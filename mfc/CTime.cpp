@@ -1,0 +1,84 @@
+#include <atltime.h>
+
+#include <cwchar>
+
+namespace
+{
+
+tm LocalTm(const CTime& time)
+{
+    tm parts = {};
+    // Without a calendar date every part is to read 0, the year and the zero-based ones included.
+    if (!time.GetLocalTm(&parts)) parts.tm_year = -1900, parts.tm_mon = parts.tm_wday = -1;
+    return parts;
+}
+
+} // namespace
+
+CTime::CTime(int year, int month, int day, int hour, int minute, int second, int daylightSaving)
+{
+    tm parts = {};
+    // Through unsigned: an absurd year may wrap around, and is refused by the conversion.
+    parts.tm_year = static_cast<int>(static_cast<unsigned>(year) - 1900u);
+    parts.tm_mon = static_cast<int>(static_cast<unsigned>(month) - 1u);
+    parts.tm_mday = day;
+    parts.tm_hour = hour;
+    parts.tm_min = minute;
+    parts.tm_sec = second;
+    parts.tm_isdst = daylightSaving;
+    m_time = _mktime64(&parts);
+}
+
+CTime WINAPI CTime::GetCurrentTime()
+{
+    return CTime(_time64(nullptr));
+}
+
+tm* CTime::GetLocalTm(tm* result) const
+{
+    return result && m_time >= 0 && _localtime64_s(result, &m_time) == 0 ? result : nullptr;
+}
+
+int CTime::GetYear() const
+{
+    return LocalTm(*this).tm_year + 1900;
+}
+
+int CTime::GetMonth() const
+{
+    return LocalTm(*this).tm_mon + 1;
+}
+
+int CTime::GetDay() const
+{
+    return LocalTm(*this).tm_mday;
+}
+
+int CTime::GetHour() const
+{
+    return LocalTm(*this).tm_hour;
+}
+
+int CTime::GetMinute() const
+{
+    return LocalTm(*this).tm_min;
+}
+
+int CTime::GetSecond() const
+{
+    return LocalTm(*this).tm_sec;
+}
+
+int CTime::GetDayOfWeek() const
+{
+    return LocalTm(*this).tm_wday + 1;
+}
+
+CString CTime::Format(LPCWSTR format) const
+{
+    tm parts = {};
+    if (!format || !GetLocalTm(&parts)) return {};
+    wchar_t text[256];
+    const size_t length = std::wcsftime(text, 256, format, &parts);
+    return CString(text, static_cast<int>(length));
+}

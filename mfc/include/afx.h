@@ -1,0 +1,22 @@
+#pragma once
+
+#include <windows.h>
+
+#include <atlstr.h>
+#include <framework/export.h>
+
+// The root of the classes that are addressed by pointer: never copied, deleted through any base.
+class CObject
+{
+public:
+    virtual ~CObject() = default;
+    CObject(const CObject&) = delete;
+    CObject& operator=(const CObject&) = delete;
+
+protected:
+    CObject() = default;
+};
+
+// An element's place in a list; null for none.
+struct __POSITION;
+using POSITION = __POSITION*;

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <afx.h>
+
+// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the caller (trapped in checked
+// builds) unless a member says otherwise.
+class CStringArray : public CObject
+{
+public:
+    INT_PTR GetSize() const noexcept { return static_cast<INT_PTR>(m_items.size()); }
+    INT_PTR GetCount() const noexcept { return GetSize(); }
+    bool IsEmpty() const noexcept { return m_items.empty(); }
+    // The last index, -1 for an empty array.
+    INT_PTR GetUpperBound() const noexcept { return GetSize() - 1; }
+
+    const CString& GetAt(INT_PTR index) const { return m_items[static_cast<size_t>(index)]; }
+    CString& ElementAt(INT_PTR index) { return m_items[static_cast<size_t>(index)]; }
+    const CString& operator[](INT_PTR index) const { return GetAt(index); }
+    CString& operator[](INT_PTR index) { return ElementAt(index); }
+    const CString* GetData() const noexcept { return m_items.data(); }
+    CString* GetData() noexcept { return m_items.data(); }
+
+    void SetAt(INT_PTR index, LPCWSTR text) { ElementAt(index) = text; }
+    // Grows the array with empty texts up to `index` where needed.
+    MFC_API void SetAtGrow(INT_PTR index, LPCWSTR text);
+    // Answers the index of the new element.
+    MFC_API INT_PTR Add(LPCWSTR text);
+    // Answers the index of the first one.
+    MFC_API INT_PTR Append(const CStringArray& source);
+    MFC_API void Copy(const CStringArray& source);
+    // Beyond the end the array grows with empty texts first.
+    MFC_API void InsertAt(INT_PTR index, LPCWSTR text, INT_PTR count = 1);
+    MFC_API void RemoveAt(INT_PTR index, INT_PTR count = 1);
+    MFC_API void SetSize(INT_PTR size);
+    void RemoveAll() noexcept { m_items.clear(); }
+
+    // For range-based loops.
+    auto begin() const noexcept { return m_items.begin(); }
+    auto end() const noexcept { return m_items.end(); }
+
+private:
+    std::vector<CString> m_items;
+};
+
+// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null positions, and the ends
+// of an empty list, are mistakes of the caller where not said otherwise.
+class MFC_API CStringList : public CObject
+{
+public:
+    // Elements are allocated in blocks of `blockSize`.
+    explicit CStringList(INT_PTR blockSize = 10);
+    ~CStringList() override;
+
+    INT_PTR GetCount() const noexcept { return m_count; }
+    INT_PTR GetSize() const noexcept { return m_count; }
+    bool IsEmpty() const noexcept { return m_count == 0; }
+
+    POSITION GetHeadPosition() const noexcept;
+    POSITION GetTailPosition() const noexcept;
+    // The element at `position`, which moves on (null behind the last).
+    const CString& GetNext(POSITION& position) const;
+    const CString& GetPrev(POSITION& position) const;
+    CString& GetAt(POSITION position);
+    const CString& GetAt(POSITION position) const;
+    void SetAt(POSITION position, LPCWSTR text) { GetAt(position) = text; }
+    const CString& GetHead() const { return GetAt(GetHeadPosition()); }
+    const CString& GetTail() const { return GetAt(GetTailPosition()); }
+
+    POSITION AddHead(LPCWSTR text);
+    POSITION AddTail(LPCWSTR text);
+    // A null position adds at the head, respectively at the tail.
+    POSITION InsertBefore(POSITION position, LPCWSTR text);
+    POSITION InsertAfter(POSITION position, LPCWSTR text);
+    // The removed text; an empty one from an empty list.
+    CString RemoveHead();
+    CString RemoveTail();
+    void RemoveAt(POSITION position);
+    void RemoveAll() noexcept;
+
+    // The first equal element behind `startAfter` (null: from the head), null when there is none.
+    POSITION Find(LPCWSTR text, POSITION startAfter = nullptr) const;
+    // Null when there is no such index.
+    POSITION FindIndex(INT_PTR index) const noexcept;
+
+private:
+    struct Node;
+
+    Node* Insert(Node* previous, Node* next, LPCWSTR text);
+    Node* Allocate();
+    CString Remove(Node* node);
+
+    Node* m_head = nullptr;
+    Node* m_tail = nullptr;
+    Node* m_free = nullptr; // unused nodes of the blocks, linked by `next`
+    INT_PTR m_count = 0;
+    INT_PTR m_blockSize;
+    std::vector<std::unique_ptr<Node[]>> m_blocks;
+};

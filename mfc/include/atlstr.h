@@ -1,0 +1,163 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdarg>
+#include <compare>
+#include <string>
+#include <string_view>
+
+#include <framework/export.h>
+
+// A text of UTF-16 code units that owns its memory. Positions and counts are code units; a null pointer given as a text
+// counts as empty. Not synchronised: one object belongs to one thread at a time. std::bad_alloc and std::length_error
+// are the only exceptions.
+class CString
+{
+public:
+    using XCHAR = wchar_t;
+    using PXSTR = wchar_t*;
+    using PCXSTR = const wchar_t*;
+
+    constexpr CString() noexcept = default;
+    CString(const CString&) = default;
+    CString(CString&&) noexcept = default;
+    CString(LPCWSTR text) : m_text(View(text)) {}
+    // The first `length` characters at `text`, which may hold null characters.
+    CString(LPCWSTR text, int length) : m_text(View(text, length)) {}
+    explicit CString(wchar_t character, int repeat = 1) : m_text(repeat > 0 ? static_cast<size_t>(repeat) : 0, character) {}
+    // Converts from the system's ANSI code page.
+    MFC_API explicit CString(LPCSTR text);
+    ~CString() = default;
+
+    CString& operator=(const CString&) = default;
+    CString& operator=(CString&&) noexcept = default;
+    CString& operator=(LPCWSTR text) { return Assign(View(text)); }
+    CString& operator=(wchar_t character) { return m_text.assign(1, character), *this; }
+
+    int GetLength() const noexcept { return static_cast<int>(m_text.size()); }
+    bool IsEmpty() const noexcept { return m_text.empty(); }
+    void Empty() noexcept { m_text = std::wstring(); }
+    // Null-terminated; valid until the text is changed.
+    LPCWSTR GetString() const noexcept { return m_text.c_str(); }
+    operator LPCWSTR() const noexcept { return m_text.c_str(); }
+
+    // The character at `index`, which may be the length (the terminating null); null as well beyond.
+    wchar_t GetAt(int index) const noexcept { return InRange(index) ? m_text[static_cast<size_t>(index)] : L'\0'; }
+    wchar_t operator[](int index) const noexcept { return GetAt(index); }
+    // An index outside of the text changes nothing.
+    void SetAt(int index, wchar_t character)
+    {
+        if (InRange(index)) m_text[static_cast<size_t>(index)] = character;
+    }
+    void SetString(LPCWSTR text) { Assign(View(text)); }
+    void SetString(LPCWSTR text, int length) { Assign(View(text, length)); }
+
+    CString& operator+=(const CString& text) { return m_text += text.m_text, *this; }
+    CString& operator+=(LPCWSTR text) { return m_text += View(text), *this; }
+    CString& operator+=(wchar_t character) { return m_text += character, *this; }
+    void Append(LPCWSTR text) { m_text += View(text); }
+    void Append(LPCWSTR text, int length) { m_text += View(text, length); }
+    void AppendChar(wchar_t character) { m_text += character; }
+
+    // Formatting with the C library's wide functions: %s and %c are wide, %S, %hs and %hc narrow, %I64d is known. The
+    // arguments may point into this text. A format that the library refuses gives an empty text.
+    MFC_API void Format(LPCWSTR format, ...);
+    MFC_API void FormatV(LPCWSTR format, va_list arguments);
+    MFC_API void AppendFormat(LPCWSTR format, ...);
+    MFC_API void AppendFormatV(LPCWSTR format, va_list arguments);
+    // The string resource `id` of the module that holds it (AfxFindResourceHandle); FALSE, and the text unchanged, when
+    // there is none.
+    MFC_API BOOL LoadString(UINT id);
+
+    // Less than, equal to or greater than zero, by the values of the code units. The second form ignores case by the
+    // operating system's table, independent of the locale.
+    MFC_API int Compare(LPCWSTR other) const noexcept;
+    MFC_API int CompareNoCase(LPCWSTR other) const noexcept;
+
+    // Parts of the text; positions and counts outside of it are cut to fit.
+    MFC_API CString Mid(int first, int count) const;
+    CString Mid(int first) const { return Mid(first, GetLength()); }
+    CString Left(int count) const { return Mid(0, count); }
+    MFC_API CString Right(int count) const;
+    // The leading characters that all are in `characters`, respectively none of which is.
+    MFC_API CString SpanIncluding(LPCWSTR characters) const;
+    MFC_API CString SpanExcluding(LPCWSTR characters) const;
+    // The next piece from `start` on between characters of `delimiters`; runs of delimiters count as one. `start` moves
+    // behind the delimiter that ended the piece, and becomes -1 when there is no further piece (the result is empty).
+    MFC_API CString Tokenize(LPCWSTR delimiters, int& start) const;
+
+    // The position of the first occurrence at or after `start`, -1 when there is none. An empty text is found at once.
+    MFC_API int Find(wchar_t character, int start = 0) const noexcept;
+    MFC_API int Find(LPCWSTR text, int start = 0) const noexcept;
+    MFC_API int ReverseFind(wchar_t character) const noexcept;
+    MFC_API int FindOneOf(LPCWSTR characters) const noexcept;
+
+    // Each answers the object itself, or how many places were changed, or the new length.
+    CString& Trim() { return Trim(WhiteSpace); }
+    CString& TrimLeft() { return TrimLeft(WhiteSpace); }
+    CString& TrimRight() { return TrimRight(WhiteSpace); }
+    CString& Trim(LPCWSTR characters) { return TrimRight(characters).TrimLeft(characters); }
+    CString& Trim(wchar_t character) { return TrimRight(character).TrimLeft(character); }
+    CString& TrimLeft(wchar_t character) { return TrimLeft(std::wstring{character}.c_str()); }
+    CString& TrimRight(wchar_t character) { return TrimRight(std::wstring{character}.c_str()); }
+    MFC_API CString& TrimLeft(LPCWSTR characters);
+    MFC_API CString& TrimRight(LPCWSTR characters);
+    MFC_API CString& MakeUpper();
+    MFC_API CString& MakeLower();
+    MFC_API CString& MakeReverse();
+    MFC_API int Replace(wchar_t from, wchar_t to) noexcept;
+    MFC_API int Replace(LPCWSTR from, LPCWSTR to);
+    MFC_API int Remove(wchar_t character);
+    MFC_API int Insert(int index, LPCWSTR text);
+    int Insert(int index, wchar_t character) { return Insert(index, std::wstring{character}.c_str()); }
+    MFC_API int Delete(int index, int count = 1);
+
+    // Direct access: the buffer holds at least `minimumLength` characters and a null, and starts with the text. It is to
+    // be given back by ReleaseBuffer before any other member is called; -1 measures up to the first null.
+    MFC_API LPWSTR GetBuffer(int minimumLength);
+    LPWSTR GetBuffer() { return m_text.data(); }
+    MFC_API LPWSTR GetBufferSetLength(int length);
+    MFC_API void ReleaseBuffer(int newLength = -1);
+    void ReleaseBufferSetLength(int newLength) { ReleaseBuffer(newLength < 0 ? 0 : newLength); }
+    // Cuts the text; a longer or negative length changes nothing.
+    void Truncate(int length)
+    {
+        if (InRange(length)) m_text.resize(static_cast<size_t>(length));
+    }
+    void Preallocate(int length) { m_text.reserve(length > 0 ? static_cast<size_t>(length) : 0); }
+
+    friend CString operator+(const CString& a, const CString& b) { return Join(a.m_text, b.m_text); }
+    friend CString operator+(const CString& a, LPCWSTR b) { return Join(a.m_text, View(b)); }
+    friend CString operator+(LPCWSTR a, const CString& b) { return Join(View(a), b.m_text); }
+    friend CString operator+(const CString& a, wchar_t b) { return Join(a.m_text, {&b, 1}); }
+    friend CString operator+(wchar_t a, const CString& b) { return Join({&a, 1}, b.m_text); }
+
+    friend bool operator==(const CString& a, const CString& b) noexcept { return a.m_text == b.m_text; }
+    friend bool operator==(const CString& a, LPCWSTR b) noexcept { return a.m_text == View(b); }
+    friend std::strong_ordering operator<=>(const CString& a, const CString& b) noexcept { return a.Compare(b) <=> 0; }
+    friend std::strong_ordering operator<=>(const CString& a, LPCWSTR b) noexcept { return a.Compare(b) <=> 0; }
+
+private:
+    static constexpr LPCWSTR WhiteSpace = L" \t\n\v\f\r";
+
+    static std::wstring_view View(LPCWSTR text) noexcept { return text ? std::wstring_view(text) : std::wstring_view(); }
+    static std::wstring_view View(LPCWSTR text, int length) noexcept
+    {
+        return text && length > 0 ? std::wstring_view(text, static_cast<size_t>(length)) : std::wstring_view();
+    }
+    static CString Join(std::wstring_view a, std::wstring_view b)
+    {
+        CString result;
+        result.m_text.reserve(a.size() + b.size());
+        result.m_text.append(a).append(b);
+        return result;
+    }
+    bool InRange(int index) const noexcept { return index >= 0 && static_cast<size_t>(index) < m_text.size(); }
+    // The source may lie inside this text.
+    CString& Assign(std::wstring_view text) { return m_text.assign(text), *this; }
+
+    std::wstring m_text;
+};
+
+using CStringW = CString;

@@ -1,0 +1,174 @@
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include <framework/wrapping.h>
+
+// A width and a height, in whatever unit the function says that takes it.
+class CSize : public tagSIZE
+{
+public:
+    constexpr CSize() noexcept : tagSIZE{0, 0} {}
+    constexpr CSize(int width, int height) noexcept : tagSIZE{width, height} {}
+    constexpr CSize(SIZE size) noexcept : tagSIZE(size) {}
+    explicit constexpr CSize(POINT point) noexcept : tagSIZE{point.x, point.y} {}
+
+    constexpr void SetSize(int width, int height) noexcept { *this = CSize(width, height); }
+
+    constexpr CSize operator-() const noexcept { return CSize() - *this; }
+    friend constexpr CSize operator+(const CSize& a, const SIZE& b) noexcept
+    {
+        return {framework::WrappingAdd(a.cx, b.cx), framework::WrappingAdd(a.cy, b.cy)};
+    }
+    friend constexpr CSize operator-(const CSize& a, const SIZE& b) noexcept
+    {
+        return {framework::WrappingSubtract(a.cx, b.cx), framework::WrappingSubtract(a.cy, b.cy)};
+    }
+    friend constexpr bool operator==(const CSize& a, const CSize& b) noexcept { return a.cx == b.cx && a.cy == b.cy; }
+    constexpr CSize& operator+=(SIZE size) noexcept { return *this = *this + size; }
+    constexpr CSize& operator-=(SIZE size) noexcept { return *this = *this - size; }
+};
+
+// A position; sums wrap around at the ends of the 32-bit range.
+class CPoint : public tagPOINT
+{
+public:
+    constexpr CPoint() noexcept : tagPOINT{0, 0} {}
+    constexpr CPoint(int x_, int y_) noexcept : tagPOINT{x_, y_} {}
+    constexpr CPoint(POINT point) noexcept : tagPOINT(point) {}
+    explicit constexpr CPoint(SIZE size) noexcept : tagPOINT{size.cx, size.cy} {}
+    // The position packed into the parameter of a mouse message: two signed 16-bit halves.
+    explicit constexpr CPoint(LPARAM packed) noexcept
+        : tagPOINT{static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))}
+    {
+    }
+
+    constexpr void SetPoint(int x_, int y_) noexcept { *this = CPoint(x_, y_); }
+    constexpr void Offset(int dx, int dy) noexcept { *this += CSize(dx, dy); }
+    constexpr void Offset(POINT by) noexcept { *this += CSize(by); }
+    constexpr void Offset(SIZE by) noexcept { *this += by; }
+
+    constexpr CPoint operator-() const noexcept { return CPoint() - CSize(*this); }
+    friend constexpr CPoint operator+(const CPoint& a, const CSize& b) noexcept
+    {
+        return {framework::WrappingAdd(a.x, b.cx), framework::WrappingAdd(a.y, b.cy)};
+    }
+    friend constexpr CPoint operator+(const CPoint& a, const CPoint& b) noexcept { return a + CSize(b); }
+    friend constexpr CPoint operator-(const CPoint& a, const CSize& b) noexcept
+    {
+        return {framework::WrappingSubtract(a.x, b.cx), framework::WrappingSubtract(a.y, b.cy)};
+    }
+    friend constexpr CSize operator-(const CPoint& a, const CPoint& b) noexcept { return CSize(a) - CSize(b); }
+    friend constexpr bool operator==(const CPoint& a, const CPoint& b) noexcept { return a.x == b.x && a.y == b.y; }
+    constexpr CPoint& operator+=(SIZE size) noexcept { return *this = *this + CSize(size); }
+    constexpr CPoint& operator-=(SIZE size) noexcept { return *this = *this - CSize(size); }
+    constexpr CPoint& operator+=(POINT point) noexcept { return *this += CSize(point); }
+    constexpr CPoint& operator-=(POINT point) noexcept { return *this -= CSize(point); }
+};
+
+// A rectangle by its edges; the right and the bottom edge lie outside. Nothing normalises it but NormalizeRect.
+class CRect : public tagRECT
+{
+public:
+    constexpr CRect() noexcept : tagRECT{0, 0, 0, 0} {}
+    constexpr CRect(int l, int t, int r, int b) noexcept : tagRECT{l, t, r, b} {}
+    constexpr CRect(const RECT& rect) noexcept : tagRECT(rect) {}
+    constexpr CRect(LPCRECT rect) noexcept : tagRECT(*rect) {}
+    constexpr CRect(POINT topLeft, SIZE size) noexcept : CRect(CPoint(topLeft), CPoint(topLeft) + CSize(size)) {}
+    constexpr CRect(POINT topLeft, POINT bottomRight) noexcept
+        : tagRECT{topLeft.x, topLeft.y, bottomRight.x, bottomRight.y}
+    {
+    }
+
+    constexpr int Width() const noexcept { return framework::WrappingSubtract(right, left); }
+    constexpr int Height() const noexcept { return framework::WrappingSubtract(bottom, top); }
+    constexpr CSize Size() const noexcept { return {Width(), Height()}; }
+    constexpr CPoint TopLeft() const noexcept { return {left, top}; }
+    constexpr CPoint BottomRight() const noexcept { return {right, bottom}; }
+    // Half-way between the edges, rounded toward the top left one.
+    constexpr CPoint CenterPoint() const noexcept
+    {
+        return {framework::WrappingAdd(left, Width() / 2), framework::WrappingAdd(top, Height() / 2)};
+    }
+    constexpr operator LPRECT() noexcept { return this; }
+    constexpr operator LPCRECT() const noexcept { return this; }
+
+    // Empty: without area. Null: all edges are zero.
+    constexpr BOOL IsRectEmpty() const noexcept { return right <= left || bottom <= top; }
+    constexpr BOOL IsRectNull() const noexcept { return *this == CRect(); }
+    constexpr BOOL PtInRect(POINT point) const noexcept
+    {
+        return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
+    }
+    constexpr BOOL EqualRect(LPCRECT other) const noexcept { return *this == CRect(*other); }
+
+    constexpr void SetRect(int l, int t, int r, int b) noexcept { *this = CRect(l, t, r, b); }
+    constexpr void SetRect(POINT topLeft, POINT bottomRight) noexcept { *this = CRect(topLeft, bottomRight); }
+    constexpr void SetRectEmpty() noexcept { *this = CRect(); }
+    constexpr void CopyRect(LPCRECT source) noexcept { *this = CRect(*source); }
+
+    constexpr void InflateRect(int l, int t, int r, int b) noexcept
+    {
+        left = framework::WrappingSubtract(left, l);
+        top = framework::WrappingSubtract(top, t);
+        right = framework::WrappingAdd(right, r);
+        bottom = framework::WrappingAdd(bottom, b);
+    }
+    constexpr void InflateRect(int x, int y) noexcept { InflateRect(x, y, x, y); }
+    constexpr void InflateRect(SIZE size) noexcept { InflateRect(size.cx, size.cy); }
+    constexpr void InflateRect(LPCRECT by) noexcept { InflateRect(by->left, by->top, by->right, by->bottom); }
+    constexpr void DeflateRect(int l, int t, int r, int b) noexcept
+    {
+        left = framework::WrappingAdd(left, l);
+        top = framework::WrappingAdd(top, t);
+        right = framework::WrappingSubtract(right, r);
+        bottom = framework::WrappingSubtract(bottom, b);
+    }
+    constexpr void DeflateRect(int x, int y) noexcept { DeflateRect(x, y, x, y); }
+    constexpr void DeflateRect(SIZE size) noexcept { DeflateRect(size.cx, size.cy); }
+    constexpr void DeflateRect(LPCRECT by) noexcept { DeflateRect(by->left, by->top, by->right, by->bottom); }
+
+    constexpr void OffsetRect(int dx, int dy) noexcept
+    {
+        left = framework::WrappingAdd(left, dx);
+        top = framework::WrappingAdd(top, dy);
+        right = framework::WrappingAdd(right, dx);
+        bottom = framework::WrappingAdd(bottom, dy);
+    }
+    constexpr void OffsetRect(SIZE by) noexcept { OffsetRect(by.cx, by.cy); }
+    constexpr void OffsetRect(POINT by) noexcept { OffsetRect(by.x, by.y); }
+    constexpr void MoveToX(int x) noexcept { OffsetRect(framework::WrappingSubtract(x, left), 0); }
+    constexpr void MoveToY(int y) noexcept { OffsetRect(0, framework::WrappingSubtract(y, top)); }
+    constexpr void MoveToXY(int x, int y) noexcept { MoveToX(x), MoveToY(y); }
+    constexpr void MoveToXY(POINT to) noexcept { MoveToXY(to.x, to.y); }
+
+    // Exchanges edges so that neither the width nor the height is negative.
+    constexpr void NormalizeRect() noexcept
+    {
+        if (left > right) std::swap(left, right);
+        if (top > bottom) std::swap(top, bottom);
+    }
+    // This becomes the common part of both; empty edges (all zero) and FALSE when they share none.
+    BOOL IntersectRect(LPCRECT a, LPCRECT b) noexcept { return ::IntersectRect(this, a, b); }
+    // This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when both are empty.
+    BOOL UnionRect(LPCRECT a, LPCRECT b) noexcept { return ::UnionRect(this, a, b); }
+
+    friend constexpr bool operator==(const CRect& a, const CRect& b) noexcept
+    {
+        return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+    }
+    constexpr CRect& operator+=(POINT by) noexcept { return OffsetRect(by), *this; }
+    constexpr CRect& operator+=(SIZE by) noexcept { return OffsetRect(by), *this; }
+    constexpr CRect& operator-=(POINT by) noexcept { return OffsetRect(-CPoint(by)), *this; }
+    constexpr CRect& operator-=(SIZE by) noexcept { return OffsetRect(-CSize(by)), *this; }
+    CRect& operator&=(const RECT& other) noexcept { return IntersectRect(this, &other), *this; }
+    CRect& operator|=(const RECT& other) noexcept { return UnionRect(this, &other), *this; }
+    friend constexpr CRect operator+(CRect rect, POINT by) noexcept { return rect += by; }
+    friend constexpr CRect operator+(CRect rect, SIZE by) noexcept { return rect += by; }
+    friend constexpr CRect operator-(CRect rect, POINT by) noexcept { return rect -= by; }
+    friend constexpr CRect operator-(CRect rect, SIZE by) noexcept { return rect -= by; }
+    friend CRect operator&(CRect a, const RECT& b) noexcept { return a &= b; }
+    friend CRect operator|(CRect a, const RECT& b) noexcept { return a |= b; }
+};
