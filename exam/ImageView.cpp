@@ -1,15 +1,86 @@
 #include "ImageView.h"
 
-#include <qor_imgproc/ScanConverter.h>
+#include <algorithm>
 
 namespace exam
 {
 
-void ImageView::Show(const CineFile& cine, int frame, CSize size)
+namespace
+{
+
+// A bitmap header with the grey scale as its colour table, in the layout that GDI reads.
+struct GreyBitmapInfo
+{
+    BITMAPINFOHEADER header{};
+    RGBQUAD colours[256];
+};
+
+GreyBitmapInfo MakeGreyBitmapInfo(int width)
+{
+    GreyBitmapInfo info;
+    info.header.biSize = sizeof info.header;
+    info.header.biWidth = width;
+    info.header.biHeight = -1;
+    info.header.biPlanes = 1;
+    info.header.biBitCount = 8;
+    info.header.biCompression = BI_RGB;
+    for (int i = 0; i < 256; ++i)
+    {
+        const BYTE level = static_cast<BYTE>(i);
+        info.colours[i] = {level, level, level, 0};
+    }
+    return info;
+}
+
+FrameGeometry MakeFrameGeometry(const ImagingParameters& image)
+{
+    FrameGeometry geometry;
+    geometry.probe = &image.probe;
+    geometry.lines = image.lines;
+    geometry.samples = image.samples;
+    geometry.samplingFreq = image.samplingFreq;
+    geometry.soundSpeed = image.soundSpeed;
+    geometry.steerAngle = image.scanA;
+    geometry.scanB = image.scanB;
+    geometry.origin = image.origin;
+    geometry.micronsPerPixel = image.micronsPerPixel;
+    geometry.width = image.width;
+    geometry.height = image.height;
+    geometry.flip = image.flip;
+    return geometry;
+}
+
+} // namespace
+
+void ImageView::SetRecording(const CineFile& cine, CSize size)
 {
     m_parameters = FitImage(cine, size);
-    // TODO ConvertFrame
-    (void)frame;
+    m_map.emplace(MakeFrameGeometry(m_parameters));
+    m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
+}
+
+void ImageView::Show(const CineFile& cine, int frame)
+{
+    const auto bytes = cine.frame(frame);
+    if (m_map && !bytes.empty()) m_map->Convert(bytes.data(), m_grey.data());
+}
+
+void ImageView::Paint(CDC& dc, CPoint at) const
+{
+    // Row by row: the rows are not padded to the four bytes that a bitmap of several rows has to have.
+    const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width);
+    const auto* const bitmap = reinterpret_cast<const BITMAPINFO*>(&info);
+    const std::size_t width = static_cast<std::size_t>(m_parameters.width);
+    for (int y = 0; y < m_parameters.height; ++y)
+        SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y + y, static_cast<DWORD>(width), 1, 0, 0, 0, 1,
+                          m_grey.data() + width * static_cast<std::size_t>(y), bitmap, DIB_RGB_COLORS);
+}
+
+int ImageView::Grey(CPoint pixel) const
+{
+    if (pixel.x < 0 || pixel.y < 0 || pixel.x >= m_parameters.width || pixel.y >= m_parameters.height) return 0;
+    return m_grey[static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_parameters.width) +
+                  static_cast<std::size_t>(pixel.x)];
 }
 
 } // namespace exam

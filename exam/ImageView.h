@@ -3,19 +3,24 @@
 #include "ImagingParameters.h"
 
 #include <afxwin.h>
+#include <qor_imgproc/FrameMap.h>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace exam
 {
 
-// One frame, scan-converted for display.
+// One frame of a recording, scan-converted for display.
 class ImageView
 {
 public:
-    // Converts frame number `frame` of `cine` to an image of `size` pixels.
-    void Show(const CineFile& cine, int frame, CSize size);
+    // Fits the frames of `cine` into an image of `size` pixels. Show() has to follow.
+    void SetRecording(const CineFile& cine, CSize size);
+
+    // Converts frame number `frame` of the recording that was set.
+    void Show(const CineFile& cine, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
 
@@ -26,6 +31,7 @@ public:
 
 private:
     ImagingParameters m_parameters;
+    std::optional<FrameMap> m_map;    // worked out once a recording, applied to each frame
     std::vector<std::uint8_t> m_grey; // rows from the top, without padding
 };
 
