@@ -1,0 +1,43 @@
+#include "CommandLine.h"
+
+#include <gtest/gtest.h>
+
+using exam::ParseCommandLine;
+
+TEST(CommandLine, WithoutArgumentsOpensInEnglishOnTheFirstConsole)
+{
+    const auto options = ParseCommandLine({});
+    EXPECT_TRUE(options.error.empty());
+    EXPECT_FALSE(options.tour());
+    EXPECT_EQ(options.language, L"en");
+    EXPECT_EQ(int(options.console), 0);
+}
+
+TEST(CommandLine, ReadsEveryOption)
+{
+    const auto options = ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});
+    EXPECT_EQ(options.error, L"");
+    EXPECT_EQ(options.language, L"de");
+    EXPECT_EQ(int(options.console), 4);
+    EXPECT_EQ(options.tourFolder, L"out");
+}
+
+TEST(CommandLine, AsksForHelpWithEitherSpelling)
+{
+    EXPECT_TRUE(ParseCommandLine({L"--help"}).help);
+    EXPECT_TRUE(ParseCommandLine({L"-h"}).help);
+}
+
+TEST(CommandLine, TellsWhatIsWrong)
+{
+    EXPECT_EQ(ParseCommandLine({L"--surprise"}).error, L"unknown argument '--surprise'");
+    EXPECT_EQ(ParseCommandLine({L"--tour"}).error, L"--tour needs a value");
+    EXPECT_EQ(ParseCommandLine({L"--tour", L""}).error, L"--tour needs a folder");
+    EXPECT_NE(ParseCommandLine({L"--language", L"fr"}).error, L"");
+    EXPECT_NE(ParseCommandLine({L"--console", L"tavren"}).error, L"");
+}
+
+TEST(CommandLine, KeepsTheFirstError)
+{
+    EXPECT_EQ(ParseCommandLine({L"--one", L"--two"}).error, L"unknown argument '--one'");
+}
