@@ -1,0 +1,105 @@
+#include <Utils_Statics/CCineStore.h>
+
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+#include <io.h>
+
+namespace {
+
+constexpr long long countOffset = 4;
+static_assert(offsetof(CineHeader, frameCount) == countOffset);
+
+void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataDesc& description)
+{
+    static_assert(sizeof description == sizeof words + sizeof(std::uint32_t));
+    std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t), sizeof words);
+}
+
+// Takes a block that was written in part off the file again: the next one has to follow the last complete one.
+void cutBack(std::FILE* file, long long end)
+{
+    std::clearerr(file);
+    if (_fseeki64(file, end, SEEK_SET) == 0) _chsize_s(_fileno(file), end);
+}
+
+} // namespace
+
+CCineStore::~CCineStore()
+{
+    CCineStore::EndStorage();
+}
+
+bool CCineStore::InitStorage(CString fileName, uData dataType, uDataDesc description, int e1, int e2, int e3, int e4,
+                             int e5, int e6)
+{
+    type = dataType;
+    frameCount = 0;
+    copyDescription(desc, description);
+    const std::int32_t values[extraValues] = {e1, e2, e3, e4, e5, e6};
+    std::memcpy(extra, values, sizeof extra);
+
+    if (!createFile(fileName)) return false;
+    const CineHeader& header = *this;
+    if (std::fwrite(&header, sizeof header, 1, file) != 1) return false;
+    path = std::move(fileName);
+    return true;
+}
+
+bool CCineStore::createFile(const CString& fileName)
+{
+    if (file) std::fclose(std::exchange(file, nullptr));
+    file = _wfopen(fileName, L"wb+");
+    if (!file) return false;
+    // Blocks go straight to the operating system, so that a killed process loses none that was accepted. They are
+    // large; a buffer would only add a copy.
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    return true;
+}
+
+bool CCineStore::AddFrame(void* data, int size)
+{
+    if (!appendBlock(data, size)) return false;
+    // Wraps like the 32-bit field that it is.
+    frameCount = static_cast<std::int32_t>(static_cast<std::uint32_t>(frameCount) + 1);
+    return true;
+}
+
+bool CCineStore::AddECGData(void* data, int size)
+{
+    if (!appendBlock(data, size)) return false;
+    frameCount = size; // replaces the count: readers of ECG files expect the size of the last block here
+    return true;
+}
+
+bool CCineStore::appendBlock(const void* data, int size)
+{
+    if (!file || !data || size <= 0) return false;
+    const long long start = _ftelli64(file);
+    const auto bytes = static_cast<std::size_t>(size);
+    if (std::fwrite(data, 1, bytes, file) == bytes) return true;
+    cutBack(file, start);
+    return false;
+}
+
+bool CCineStore::EndStorage()
+{
+    if (!file) return false;
+    const bool patched = patchCount();
+    std::fclose(std::exchange(file, nullptr));
+    if (!patched) return false;
+    if (completeCallback) completeCallback(path, userData);
+    return true;
+}
+
+bool CCineStore::patchCount()
+{
+    return _fseeki64(file, countOffset, SEEK_SET) == 0 && std::fwrite(&frameCount, sizeof frameCount, 1, file) == 1;
+}
+
+void CCineStore::SetCompleteCallback(CompleteCallback callback, void* callbackData)
+{
+    completeCallback = callback;
+    userData = callbackData;
+}

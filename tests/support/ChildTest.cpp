@@ -1,0 +1,48 @@
+#include "test_support/ChildTest.h"
+
+#include <stdexcept>
+
+namespace test_support {
+
+ChildTest::ChildTest(const std::string& fullTestName)
+{
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring command = L"\"" + std::wstring(program) + L"\" --gtest_also_run_disabled_tests --gtest_filter=" +
+                           std::wstring(fullTestName.begin(), fullTestName.end());
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (!CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+        throw std::runtime_error("cannot start the child test " + fullTestName);
+    CloseHandle(info.hThread);
+    m_process = info.hProcess;
+}
+
+ChildTest::~ChildTest()
+{
+    kill();
+    CloseHandle(m_process);
+}
+
+DWORD ChildTest::wait(DWORD milliseconds)
+{
+    DWORD code = STILL_ACTIVE;
+    if (WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0) GetExitCodeProcess(m_process, &code);
+    return code;
+}
+
+void ChildTest::kill()
+{
+    TerminateProcess(m_process, 99);
+    WaitForSingleObject(m_process, 10000);
+}
+
+std::wstring environmentVariable(const wchar_t* name)
+{
+    wchar_t value[1024] = {};
+    const DWORD length = GetEnvironmentVariableW(name, value, 1024);
+    return length < 1024 ? std::wstring(value, length) : std::wstring();
+}
+
+} // namespace test_support
