@@ -1,0 +1,136 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace device_context_form {
+
+// The composition of a movie frame in its plain form: bitmaps selected into memory device contexts, MaskBlt, BitBlt.
+// What the library does must not differ from it, and must be faster.
+
+template <class Handle, auto release>
+class Owner
+{
+public:
+    explicit Owner(Handle handle) : m_handle(handle) {}
+    ~Owner() { release(m_handle); }
+    Owner(const Owner&) = delete;
+    Owner& operator=(const Owner&) = delete;
+    operator Handle() const { return m_handle; }
+
+private:
+    Handle m_handle;
+};
+
+using Bitmap = Owner<HBITMAP, [](HBITMAP bitmap) { DeleteObject(bitmap); }>;
+
+// A memory device context with a bitmap selected into it.
+class BitmapContext
+{
+public:
+    explicit BitmapContext(HBITMAP bitmap)
+        : m_context(CreateCompatibleDC(nullptr)), m_old(SelectObject(m_context, bitmap))
+    {
+    }
+    ~BitmapContext()
+    {
+        SelectObject(m_context, m_old);
+        DeleteDC(m_context);
+    }
+    BitmapContext(const BitmapContext&) = delete;
+    BitmapContext& operator=(const BitmapContext&) = delete;
+    operator HDC() const { return m_context; }
+
+private:
+    HDC m_context;
+    HGDIOBJ m_old;
+};
+
+inline int width(const RECT& rect)
+{
+    return static_cast<int>(rect.right - rect.left);
+}
+inline int height(const RECT& rect)
+{
+    return static_cast<int>(rect.bottom - rect.top);
+}
+
+// There is no bitmap of a reversed rect's size, so such a rect places nothing.
+inline bool hasArea(const RECT& rect)
+{
+    return width(rect) > 0 && height(rect) > 0;
+}
+
+struct Form
+{
+    int frameWidth;
+    int frameHeight;
+    RECT rects[6];
+    const std::uint32_t* image[5];
+    HBITMAP mask[2];
+
+    void placeMasked(HDC frame, const RECT& rect, const std::uint32_t* pixels, HBITMAP bits) const
+    {
+        if (!pixels || !hasArea(rect)) return;
+        const Bitmap bitmap(CreateBitmap(width(rect), height(rect), 1, 32, pixels));
+        const BitmapContext plane(bitmap);
+        constexpr DWORD keepWhereMaskIsOne = 0xCCAA0000;
+        MaskBlt(frame, rect.left, frameHeight - rect.top - height(rect), width(rect), height(rect), plane, 0, 0, bits,
+                0, 0, keepWhereMaskIsOne);
+    }
+
+    void placeRegion(HDC frame, HDC plane2, const RECT& region) const
+    {
+        if (!hasArea(region)) return;
+        BitBlt(frame, rects[2].left + region.left, frameHeight - rects[2].bottom + region.top, width(region),
+               height(region), plane2, region.left, region.top, SRCCOPY);
+    }
+
+    void placeRegions(HDC frame) const
+    {
+        if (!hasArea(rects[2]) || !image[2]) return;
+        const Bitmap bitmap(CreateBitmap(width(rects[2]), height(rects[2]), 1, 32, image[2]));
+        const BitmapContext plane(bitmap);
+        placeRegion(frame, plane, rects[4]);
+        placeRegion(frame, plane, rects[5]);
+    }
+
+    void paint(HDC frame, int x, int y, int w, int h, const std::uint32_t* pixels) const
+    {
+        if (!pixels || w <= 0 || h <= 0) return;
+        const Bitmap bitmap(CreateBitmap(w, h, 1, 32, pixels));
+        const BitmapContext plane(bitmap);
+        BitBlt(frame, x, y, w, h, plane, 0, 0, SRCPAINT);
+    }
+
+    void placeOverlays(HDC frame) const
+    {
+        const int y0 = frameHeight - rects[0].top - height(rects[0]);
+        const int y1 = frameHeight - rects[1].top - height(rects[1]);
+        const int h4 = height(rects[3]);
+        const bool second = image[1] != nullptr;
+        paint(frame, second ? rects[1].left : 0, second ? y1 : 0, width(rects[1]), 5, image[3]);
+        if (second)
+            paint(frame, rects[1].left, y1 + height(rects[1]) - rects[3].top - h4, width(rects[3]), h4, image[4]);
+        else
+            paint(frame, rects[0].left, y0 + height(rects[0]) - rects[3].top - h4, width(rects[3]), h4, image[4]);
+    }
+
+    // Composes onto the frame's pixels in place.
+    void compose(std::uint32_t* pixels) const
+    {
+        const Bitmap bitmap(CreateBitmap(frameWidth, frameHeight, 1, 32, pixels));
+        {
+            const BitmapContext frame(bitmap);
+            placeMasked(frame, rects[0], image[0], mask[0]);
+            placeMasked(frame, rects[1], image[1], mask[1]);
+            placeRegions(frame);
+            placeOverlays(frame);
+        }
+        GetBitmapBits(bitmap, frameWidth * frameHeight * 4, pixels);
+    }
+};
+
+} // namespace device_context_form
