@@ -52,7 +52,7 @@ class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null
 
 std::unique_ptr<spdlog::formatter> lineFormatter()
 {
-    return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%d %H:%M:%S.%e [%t] [%l] %g(%#): %v");
+    return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%d %H:%M:%S.%e [%t] [%l] %v");
 }
 
 std::wstring logFileName()
@@ -154,9 +154,10 @@ void writeToFile(const std::wstring& directory, const spdlog::details::log_msg& 
 
 void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
 try {
-    const std::string text = toUtf8(message.text);
-    const spdlog::source_loc place(message.source, message.line, "");
-    const spdlog::details::log_msg entry(place, spdlog::string_view_t(), spdlogLevel(message.level), text);
+    // The place is part of the text, because spdlog leaves out one of line 0.
+    const std::string place = std::string(message.source) + "(" + std::to_string(message.line) + "): ";
+    const std::string text = place + toUtf8(message.text);
+    const spdlog::details::log_msg entry(spdlog::string_view_t(), spdlogLevel(message.level), text);
     DebuggerSink debugger;
     debugger.set_formatter(lineFormatter());
     debugger.log(entry);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr DWORD startTimeout = 5'000;  // milliseconds
+constexpr DWORD startTimeout = 2'000;  // milliseconds
 constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow disk
 
 using WriteDump = decltype(&MiniDumpWriteDump);

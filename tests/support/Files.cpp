@@ -1,5 +1,7 @@
 #include "test_support/Files.h"
 
+#include <windows.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -20,6 +22,11 @@ std::string readFile(const std::wstring& path)
     std::ifstream file(std::filesystem::path(path), std::ios::binary);
     if (!file) throw std::runtime_error("cannot read a test file");
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+bool fileExists(const std::wstring& path)
+{
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 } // namespace test_support

@@ -15,8 +15,12 @@ TemporaryFolder::TemporaryFolder()
     static std::atomic<unsigned> serial{0};
     wchar_t base[MAX_PATH] = {};
     if (GetTempPathW(MAX_PATH, base) == 0) throw std::runtime_error("GetTempPathW failed");
-    m_path = std::wstring(base) + L"us" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++serial);
-    if (!CreateDirectoryW(m_path.c_str(), nullptr)) throw std::runtime_error("cannot create a temporary folder");
+    const std::wstring prefix = std::wstring(base) + L"us" + std::to_wstring(GetCurrentProcessId()) + L"-";
+    do { // process numbers come again, and a test that was killed left its folder behind
+        m_path = prefix + std::to_wstring(++serial);
+        if (CreateDirectoryW(m_path.c_str(), nullptr)) return;
+    } while (GetLastError() == ERROR_ALREADY_EXISTS);
+    throw std::runtime_error("cannot create a temporary folder");
 }
 
 TemporaryFolder::~TemporaryFolder()

@@ -11,4 +11,7 @@ void writeFile(const std::wstring& path, const std::string& bytes);
 // Reads a whole file; throws when it cannot.
 std::string readFile(const std::wstring& path);
 
+// Whether there is a file or a folder.
+bool fileExists(const std::wstring& path);
+
 } // namespace test_support

@@ -1,0 +1,279 @@
+// Memory dumps, read back by the layout that is published for them.
+#include <qor_utils/MemoryDumper.h>
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <dbghelp.h>
+
+#include <atomic>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using test_support::fileExists;
+using test_support::TemporaryFolder;
+
+// Reads a dump's structures with each offset checked against the file's size.
+class Dump
+{
+public:
+    explicit Dump(const std::wstring& path) : m_bytes(test_support::readFile(path)), m_header(at<MINIDUMP_HEADER>(0)) {}
+
+    const MINIDUMP_HEADER& header() const { return m_header; }
+
+    template <typename T>
+    T at(std::size_t offset) const
+    {
+        if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof(T))
+            throw std::runtime_error("offset beyond file");
+        T value;
+        std::memcpy(&value, m_bytes.data() + offset, sizeof value);
+        return value;
+    }
+
+    std::optional<MINIDUMP_LOCATION_DESCRIPTOR> stream(ULONG32 type) const
+    {
+        for (ULONG32 i = 0; i < m_header.NumberOfStreams; ++i) {
+            const auto entry = at<MINIDUMP_DIRECTORY>(m_header.StreamDirectoryRva + i * sizeof(MINIDUMP_DIRECTORY));
+            if (entry.StreamType == type) return entry.Location;
+        }
+        return std::nullopt;
+    }
+
+    // The entries of a stream that is a count and then an array.
+    template <typename Entry>
+    std::vector<Entry> list(ULONG32 type) const
+    {
+        const auto location = stream(type);
+        if (!location) return {};
+        std::vector<Entry> entries(at<ULONG32>(location->Rva));
+        std::size_t offset = location->Rva + sizeof(ULONG32);
+        for (Entry& entry : entries) {
+            entry = at<Entry>(offset);
+            offset += sizeof(Entry);
+        }
+        return entries;
+    }
+
+    std::string bytes(const MINIDUMP_LOCATION_DESCRIPTOR& location) const
+    {
+        return m_bytes.substr(location.Rva, location.DataSize);
+    }
+
+    std::wstring name(RVA rva) const
+    {
+        std::wstring text(at<ULONG32>(rva) / sizeof(wchar_t), L'\0');
+        for (std::size_t i = 0; i < text.size(); ++i)
+            text[i] = at<wchar_t>(rva + sizeof(ULONG32) + i * sizeof(wchar_t));
+        return text;
+    }
+
+    bool contains(std::string_view bytes) const { return m_bytes.find(bytes) != std::string::npos; }
+
+private:
+    std::string m_bytes;
+    MINIDUMP_HEADER m_header;
+};
+
+struct CapturedException
+{
+    CapturedException()
+    {
+        RtlCaptureContext(&context);
+        record.ExceptionCode = 0xC0000005;
+        record.ExceptionAddress = reinterpret_cast<void*>(&RtlCaptureContext);
+        record.NumberParameters = 2;
+        record.ExceptionInformation[0] = 1;
+        record.ExceptionInformation[1] = 0x1234;
+    }
+
+    CONTEXT context = {};
+    EXCEPTION_RECORD record = {};
+    EXCEPTION_POINTERS pointers = {&record, &context};
+};
+
+MINIDUMP_THREAD threadOf(const Dump& dump, DWORD id)
+{
+    for (const auto& thread : dump.list<MINIDUMP_THREAD>(ThreadListStream)) {
+        if (thread.ThreadId == id) return thread;
+    }
+    throw std::runtime_error("the thread is not in the dump");
+}
+
+TEST(MiniDump, HasTheHeaderOfItsKind)
+{
+    const TemporaryFolder folder;
+    CapturedException exception;
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
+    const Dump dump(folder / L"a.dmp");
+    EXPECT_EQ(dump.header().Signature, 0x504D444Du); // "MDMP"
+    EXPECT_EQ(dump.header().Version & 0xFFFF, 0xA793u);
+    EXPECT_EQ(dump.header().Flags, 0u);
+}
+
+TEST(MiniDump, DescribesTheSystemAndTheModules)
+{
+    const TemporaryFolder folder;
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
+    const Dump dump(folder / L"a.dmp");
+    const auto system = dump.stream(SystemInfoStream);
+    ASSERT_TRUE(system);
+    EXPECT_EQ(dump.at<USHORT>(system->Rva),
+              sizeof(void*) == 8 ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
+    const auto own = reinterpret_cast<ULONG64>(GetModuleHandleW(L"qor_utils.dll"));
+    bool found = false;
+    for (const auto& module : dump.list<MINIDUMP_MODULE>(ModuleListStream))
+        found |= module.BaseOfImage == own && dump.name(module.ModuleNameRva).ends_with(L"qor_utils.dll");
+    EXPECT_TRUE(found);
+}
+
+TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
+{
+    const TemporaryFolder folder;
+    CapturedException exception;
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
+    const Dump dump(folder / L"a.dmp");
+    const auto location = dump.stream(ExceptionStream);
+    ASSERT_TRUE(location);
+    const auto stream = dump.at<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
+    EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
+    EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
+    EXPECT_EQ(stream.ExceptionRecord.NumberParameters, 2u);
+    EXPECT_EQ(stream.ExceptionRecord.ExceptionInformation[1], 0x1234u);
+    const auto context = dump.at<CONTEXT>(stream.ThreadContext.Rva);
+#if defined(_WIN64)
+    EXPECT_EQ(context.Rip, exception.context.Rip);
+    EXPECT_EQ(context.Rsp, exception.context.Rsp);
+#else
+    EXPECT_EQ(context.Eip, exception.context.Eip);
+    EXPECT_EQ(context.Esp, exception.context.Esp);
+#endif
+}
+
+TEST(MiniDump, HasNoExceptionWithoutPointers)
+{
+    const TemporaryFolder folder;
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
+    EXPECT_FALSE(Dump(folder / L"a.dmp").stream(ExceptionStream));
+}
+
+// The reason for the thread of its own: the caller's stack is complete, down to its own frame.
+TEST(MiniDump, HoldsTheCallersStack)
+{
+    const TemporaryFolder folder;
+    char marker[32] = {};
+    std::strcpy(marker, "stack marker of this very");
+    volatile char* const onStack = marker;
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
+    const Dump dump(folder / L"a.dmp");
+    const MINIDUMP_THREAD thread = threadOf(dump, GetCurrentThreadId());
+    const auto address = reinterpret_cast<ULONG64>(onStack);
+    ASSERT_GE(address, thread.Stack.StartOfMemoryRange);
+    const auto offset = static_cast<std::size_t>(address - thread.Stack.StartOfMemoryRange);
+    const std::string stack = dump.bytes(thread.Stack.Memory);
+    ASSERT_LT(offset + sizeof marker, stack.size());
+    EXPECT_STREQ(stack.data() + offset, marker);
+}
+
+TEST(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
+{
+    const TemporaryFolder folder;
+    std::vector<char> marker(100);
+    for (std::size_t i = 0; i < marker.size(); ++i)
+        marker[i] = static_cast<char>(i * 37 + 11);
+    const std::string_view bytes(marker.data(), marker.size());
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr, MiniDumpWithFullMemory));
+    EXPECT_FALSE(Dump(folder / L"small.dmp").contains(bytes));
+    const Dump full(folder / L"full.dmp");
+    EXPECT_EQ(full.header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
+    EXPECT_TRUE(full.contains(bytes));
+}
+
+TEST(MiniDump, IsWrittenWhateverTheTypeSays)
+{
+    const TemporaryFolder folder;
+    for (const int type : {~MiniDumpWithFullMemory, 1 << 30, 1, 4}) {
+        const std::wstring path = folder / L"a.dmp";
+        ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, type)) << type;
+        EXPECT_EQ(Dump(path).header().Signature, 0x504D444Du) << type;
+    }
+}
+
+TEST(MiniDump, ReplacesAFileThatIsThere)
+{
+    const TemporaryFolder folder;
+    test_support::writeFile(folder / L"a.dmp", std::string(20'000'000, 'x'));
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
+    EXPECT_FALSE(Dump(folder / L"a.dmp").contains("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"));
+}
+
+TEST(MiniDump, TakesAPathWithAnyCharacters)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder / L"\x4E2D \xD83D\xDE00.dmp";
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    EXPECT_TRUE(fileExists(path));
+}
+
+TEST(MiniDump, FailsWhereNoFileCanBe)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(nullptr, nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(folder.path().c_str(), nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / L"missing\\a.dmp").c_str(), nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0))
+        << "a failure ends with its call";
+}
+
+TEST(MiniDump, IsOneAtATime)
+{
+    const TemporaryFolder folder;
+    std::atomic<int> written = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&, t] {
+                const std::wstring path = folder / std::to_wstring(t);
+                if (MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0)) {
+                    ++written;
+                    EXPECT_EQ(Dump(path).header().Signature, 0x504D444Du);
+                } else {
+                    EXPECT_FALSE(fileExists(path));
+                }
+            });
+        }
+    }
+    EXPECT_GE(written, 1);
+}
+
+// A crash in a library's entry function holds the loader's lock, and no thread can begin then.
+TEST(MiniDump, IsWrittenUnderTheLoadersLock)
+{
+    using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
+    using Unlock = LONG(WINAPI*)(ULONG, ULONG_PTR);
+    const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
+    const auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrLockLoaderLock")));
+    const auto unlock = reinterpret_cast<Unlock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
+    if (!lock || !unlock) GTEST_SKIP() << "the platform does not offer the loader's lock";
+    const TemporaryFolder folder;
+    ULONG_PTR cookie = 0;
+    ASSERT_EQ(lock(0, nullptr, &cookie), 0);
+    const bool written = MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0);
+    unlock(0, cookie);
+    EXPECT_TRUE(written);
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0)) << "and the next as ever";
+}
+
+} // namespace

@@ -1,0 +1,131 @@
+// Store paths.
+#include <qor_utils/zelPath.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::wstring applicationFolder()
+{
+    wchar_t file[1024] = {};
+    GetModuleFileNameW(nullptr, file, 1024);
+    const std::wstring path = file;
+    return path.substr(0, path.rfind(L'\\') + 1);
+}
+
+// Sets a store's folder and takes it back.
+class StoreFolder
+{
+public:
+    StoreFolder(int store, const std::wstring& folder) : m_store(store) { zelPath::setPath(store, folder); }
+    ~StoreFolder() { zelPath::setPath(m_store, L""); }
+    StoreFolder(const StoreFolder&) = delete;
+    StoreFolder& operator=(const StoreFolder&) = delete;
+
+private:
+    int m_store;
+};
+
+TEST(zelPath, HasADefaultTreeBelowTheApplication)
+{
+    const std::wstring application = applicationFolder();
+    EXPECT_EQ(zelPath::getPath(0, L"exam.exe"), application + L"exam.exe");
+    EXPECT_EQ(zelPath::getPath(1, L"button_states.xml"), application + L"protocols\\fallback\\button_states.xml");
+    EXPECT_EQ(zelPath::getPath(2, L"a.png"), application + L"images\\a.png");
+    EXPECT_EQ(zelPath::getPath(9, L"res/a.png"), application + L"layouts\\res/a.png");
+    EXPECT_EQ(zelPath::getPath(21, L"a"), application + L"layouts\\fallback\\a");
+    EXPECT_EQ(zelPath::getPath(22, L"a"), application + L"protocols\\saved\\a");
+    EXPECT_EQ(zelPath::getPath(34, L"a"), application + L"patients\\a");
+    EXPECT_EQ(zelPath::getPath(37, L"a"), application + L"protocols\\factory\\general\\a");
+    EXPECT_EQ(zelPath::getPath(38, L"a"), application + L"protocols\\base\\a");
+    EXPECT_EQ(zelPath::getPath(39, L"a"), application + L"protocols\\base2\\a");
+}
+
+TEST(zelPath, GivesTheFolderWithABackslashForAnEmptyName)
+{
+    EXPECT_EQ(zelPath::getPath(0, L""), applicationFolder());
+    EXPECT_EQ(zelPath::getPath(28, L""), applicationFolder() + L"log\\");
+}
+
+TEST(zelPath, GivesNothingForAnUnknownNumber)
+{
+    EXPECT_EQ(zelPath::getPath(5, L"name"), L"");
+    EXPECT_EQ(zelPath::getPath(-1, L"name"), L"");
+    EXPECT_EQ(zelPath::getPath(INT_MAX, L""), L"");
+}
+
+TEST(zelPath, JoinsByOneBackslash)
+{
+    for (const wchar_t* folder : {L"D:\\db", L"D:\\db\\", L"D:\\db\\\\", L"D:/db/"}) {
+        const StoreFolder store(34, folder);
+        EXPECT_EQ(zelPath::getPath(34, L"name"), L"D:\\db\\name") << folder;
+        EXPECT_EQ(zelPath::getPath(34, L"\\name"), L"D:\\db\\name") << folder;
+        EXPECT_EQ(zelPath::getPath(34, L"//name"), L"D:\\db\\name") << folder;
+        EXPECT_EQ(zelPath::getPath(34, L""), L"D:\\db\\") << folder;
+        EXPECT_EQ(zelPath::getPath(34, L"\\"), L"D:\\db\\") << folder;
+    }
+}
+
+TEST(zelPath, TakesTheFolderThatTheHostSets)
+{
+    {
+        const StoreFolder images(2, L"E:\\pictures");
+        const StoreFolder own(1000, L"\\\\server\\share");
+        EXPECT_EQ(zelPath::getPath(2, L"a"), L"E:\\pictures\\a");
+        EXPECT_EQ(zelPath::getPath(1000, L"a"), L"\\\\server\\share\\a");
+    }
+    EXPECT_EQ(zelPath::getPath(2, L"a"), applicationFolder() + L"images\\a");
+    EXPECT_EQ(zelPath::getPath(1000, L"a"), L"");
+}
+
+TEST(zelPath, TakesTheRootOfADrive)
+{
+    const StoreFolder store(2, L"E:\\");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), L"E:\\a");
+    EXPECT_EQ(zelPath::getPath(2, L""), L"E:\\");
+}
+
+TEST(zelPath, PutsRelativeFoldersBelowTheApplication)
+{
+    const StoreFolder store(2, L"themes/dark");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), applicationFolder() + L"themes\\dark\\a");
+}
+
+TEST(zelPath, LeavesTheNameAsItIs)
+{
+    const StoreFolder store(2, L"E:\\p");
+    const std::wstring longName(500, L'n');
+    EXPECT_EQ(zelPath::getPath(2, L"..\\x/y .z"), L"E:\\p\\..\\x/y .z");
+    EXPECT_EQ(zelPath::getPath(2, L"\xD83D\xDE00"), L"E:\\p\\\xD83D\xDE00");
+    EXPECT_EQ(zelPath::getPath(2, longName), L"E:\\p\\" + longName);
+}
+
+TEST(zelPath, AnswersWholePathsWhileTheHostChangesThem)
+{
+    const StoreFolder start(34, L"A:\\one");
+    std::atomic<bool> done = false;
+    std::atomic<int> wrong = 0;
+    std::vector<std::jthread> readers;
+    for (int t = 0; t < 3; ++t) {
+        readers.emplace_back([&] {
+            while (!done) {
+                const std::wstring path = zelPath::getPath(34, L"x");
+                if (path != L"A:\\one\\x" && path != L"B:\\another\\folder\\x") ++wrong;
+            }
+        });
+    }
+    for (int i = 0; i < 20000; ++i)
+        zelPath::setPath(34, i % 2 ? L"A:\\one" : L"B:\\another\\folder");
+    done = true;
+    readers.clear();
+    EXPECT_EQ(wrong, 0);
+}
+
+} // namespace

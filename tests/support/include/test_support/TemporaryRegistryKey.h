@@ -1,0 +1,30 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace test_support {
+
+// A new, empty key of the current user, deleted with all it holds when the object goes.
+class TemporaryRegistryKey
+{
+public:
+    TemporaryRegistryKey();
+    ~TemporaryRegistryKey();
+    TemporaryRegistryKey(const TemporaryRegistryKey&) = delete;
+    TemporaryRegistryKey& operator=(const TemporaryRegistryKey&) = delete;
+
+    // Below HKEY_CURRENT_USER, without a backslash at its end.
+    const std::wstring& path() const { return m_path; }
+
+    // Sets a value of a key below, which is made if it is missing, to bytes of any type.
+    void set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes, DWORD size) const;
+    void setText(const std::wstring& subkey, const std::wstring& name, const std::wstring& text) const;
+    void setNumber(const std::wstring& subkey, const std::wstring& name, DWORD number) const;
+
+private:
+    std::wstring m_path;
+};
+
+} // namespace test_support
