@@ -1,0 +1,65 @@
+#pragma once
+
+#include <atlstr.h>
+#include <windows.h>
+
+#include <string>
+
+// Path texts and the bounds of path buffers, shared by the Utils_Statics_*.cpp sources.
+namespace utils_statics {
+
+// What no caller should pass, but a null text then means the empty one.
+inline const wchar_t* OrEmpty(const wchar_t* text)
+{
+    return text ? text : L"";
+}
+
+CString ToCString(const std::wstring& text);
+
+// Every `from` becomes `to`.
+void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to);
+
+// Removes every occurrence of `part`, in one pass from the left.
+void RemoveAll(std::wstring& text, const std::wstring& part);
+
+// Turns each pair of backslashes into one, in one pass from the left without overlap: of three remain two. The two
+// leading backslashes of a network path become one as well; network paths are not supported here.
+void CollapseBackslashes(std::wstring& path);
+
+// `path` (null is empty) with backslashes only, collapsed `passes` times.
+std::wstring NormalisedPath(const wchar_t* path, int passes);
+
+void StripTrailingSeparators(std::wstring& path);
+
+// Ensures a backslash at the end of a text that is not empty.
+void EnsureTrailingBackslash(std::wstring& path);
+
+// One path for a function of the platform that edits it in place: at most MAX_PATH - 1 characters.
+class PathBuffer
+{
+public:
+    // An unusable (too long) path leaves the buffer empty and fits() false.
+    explicit PathBuffer(const std::wstring& path);
+
+    bool fits() const { return m_fits; }
+    wchar_t* data() { return m_text; }
+    std::wstring text() const { return m_text; }
+
+private:
+    wchar_t m_text[MAX_PATH] = {};
+    bool m_fits = false;
+};
+
+// `path` without its last component; empty when it does not fit a path buffer.
+std::wstring WithoutLastComponent(const std::wstring& path);
+
+// `path` without one backslash at its end; the root of a drive keeps its own. Unchanged when it does not fit a buffer.
+std::wstring WithoutTrailingBackslash(const std::wstring& path);
+
+// PathFileExistsW: whether there is a file or folder of this name.
+bool PathExists(const std::wstring& path);
+
+// The process's current directory; empty when it does not fit a path buffer.
+std::wstring CurrentDirectory();
+
+} // namespace utils_statics

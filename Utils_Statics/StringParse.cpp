@@ -1,0 +1,63 @@
+#include <Utils_Statics/StringParse.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+std::wstring_view View(const CString& text)
+{
+    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
+}
+
+CString Copy(std::wstring_view word)
+{
+    return CString(word.data(), static_cast<int>(word.size()));
+}
+
+// Takes the first word and its separator off `rest`; `more` tells whether there was a separator.
+std::wstring_view TakeWord(std::wstring_view& rest, wchar_t sep, bool& more)
+{
+    const std::size_t end = rest.find(sep);
+    more = end != std::wstring_view::npos;
+    const std::wstring_view word = rest.substr(0, end);
+    rest.remove_prefix(more ? end + 1 : rest.size());
+    return word;
+}
+
+} // namespace
+
+namespace StringParse {
+
+void GetAllWords(const CString& text, CStringArray& words, wchar_t sep)
+{
+    const CString kept = text; // `text` may be an element of `words`
+    words.RemoveAll();
+    std::wstring_view rest = View(kept);
+    for (bool more = !rest.empty(); more;)
+        words.Add(Copy(TakeWord(rest, sep, more)));
+}
+
+long GetWordCount(const CString& text, wchar_t sep)
+{
+    const std::wstring_view view = View(text);
+    return static_cast<long>(std::count(view.begin(), view.end(), sep)) + 1;
+}
+
+CString GetWordByPos(const CString& text, int pos, wchar_t sep)
+{
+    std::wstring_view rest = View(text);
+    bool more = pos >= 0;
+    for (; more && pos > 0; --pos)
+        TakeWord(rest, sep, more);
+    return more ? Copy(TakeWord(rest, sep, more)) : CString();
+}
+
+CString GetFirstWord(const CString& text, wchar_t sep)
+{
+    std::wstring_view rest = View(text);
+    bool more = false;
+    return Copy(TakeWord(rest, sep, more));
+}
+
+} // namespace StringParse
