@@ -1,0 +1,65 @@
+#pragma once
+
+#include <test_support/TemporaryFolder.h>
+#include <zel_string_convert/ZelTString.h>
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+// The product's string table with the texts of one test: English is the base language, German the current one.
+class TestStringTable
+{
+public:
+    ~TestStringTable() { ZelTString::clear(); }
+
+    // `translated` null: the key has a text in the base language only. Plain ASCII, any character of it.
+    void add(const std::string& key, const std::string& base, const char* translated = nullptr)
+    {
+        m_units += "<trans-unit id=\"" + key + "\" resname=\"" + key + "\" xml:space=\"preserve\"><source>" +
+                   escaped(base) + "</source>";
+        if (translated) m_units += "<target>" + escaped(translated) + "</target>";
+        m_units += "</trans-unit>\n";
+    }
+
+    // Makes what was added the whole table.
+    void load()
+    {
+        const std::wstring path = m_folder / L"texts.xlf";
+        write(path);
+        std::wstring error;
+        if (!ZelTString::load(path, &error)) throw std::runtime_error("the string table was not loaded");
+        if (!ZelTString::setLanguage(L"de")) throw std::runtime_error("the string table has no German text");
+    }
+
+private:
+    static std::string escaped(const std::string& text)
+    {
+        std::string result;
+        for (const char character : text) {
+            if (character == '<' || character == '&')
+                result += character == '<' ? "&lt;" : "&amp;";
+            else
+                result += character;
+        }
+        return result;
+    }
+
+    void write(const std::wstring& path) const
+    {
+        FILE* const file = _wfopen(path.c_str(), L"wb");
+        if (!file) throw std::runtime_error("cannot write the string table");
+        const std::string text =
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
+            "<file original=\"test\" datatype=\"plaintext\" source-language=\"en\" target-language=\"de\"><body>\n"
+            "<trans-unit id=\"test.language\" resname=\"test.language\"><source>English</source>"
+            "<target>Deutsch</target></trans-unit>\n" +
+            m_units + "</body></file></xliff>\n";
+        std::fwrite(text.data(), 1, text.size(), file);
+        std::fclose(file);
+    }
+
+    test_support::TemporaryFolder m_folder;
+    std::string m_units;
+};

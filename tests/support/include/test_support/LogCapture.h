@@ -1,0 +1,58 @@
+#pragma once
+
+#include <qor_utils/zelLogger.h>
+
+#include <mutex>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace test_support {
+
+struct LoggedMessage
+{
+    std::string source;
+    int line;
+    int level;
+    std::wstring text;
+
+    friend bool operator==(const LoggedMessage&, const LoggedMessage&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const LoggedMessage& message)
+    {
+        out << message.source << '(' << message.line << ") level " << message.level << ": ";
+        for (const wchar_t character : message.text)
+            out << static_cast<char>(character < 0x7f ? character : L'?');
+        return out;
+    }
+};
+
+// Collects what is logged while it lives. One at a time: it takes the logger's only hook.
+class LogCapture
+{
+public:
+    LogCapture() { zelLogger::setHook(&LogCapture::record, this); }
+    ~LogCapture() { zelLogger::setHook(nullptr, nullptr); }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    // The messages since the last call.
+    std::vector<LoggedMessage> take()
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::exchange(m_messages, {});
+    }
+
+private:
+    static void record(const zelLogger::Message& message, void* userData)
+    {
+        auto* const self = static_cast<LogCapture*>(userData);
+        const std::lock_guard lock(self->m_mutex);
+        self->m_messages.push_back({message.source, message.line, message.level, message.text});
+    }
+
+    std::mutex m_mutex;
+    std::vector<LoggedMessage> m_messages;
+};
+
+} // namespace test_support
