@@ -1,12 +1,15 @@
 #include <qor_imgproc/PixelConverter.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <limits>
 
 namespace {
 
 constexpr double PositionLimit = 1 << 26; // sixteenths still fit into 32 bits
+
+constexpr int EveryPixel = INT_MAX - 1; // of a column; can be stepped over without overflow
 
 struct Sixteenths
 {
@@ -60,7 +63,12 @@ PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, i
     result.pixel = Quantise(scan);
     const auto& [line, sample, lineFraction, sampleFraction] = result.pixel;
     result.inside = line > 0 && line < lineEnd && sample > 0 && sample < sampleEnd;
-    if (result.inside || m_model.Shape() == qor_utils::ScanShape::None) return result;
+    if (result.inside) return result;
+    if (m_model.Shape() == qor_utils::ScanShape::None) {
+        result.pixelsAbove = EveryPixel; // all alike
+        result.pixelsPastLines = line >= lineEnd ? EveryPixel : 0;
+        return result;
+    }
 
     const auto lineClearance = [&](int end) {
         return PixelsWithin(m_model.ClearanceToLine(point, scan, Threshold(end, m_corner.x)));
@@ -71,6 +79,7 @@ PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, i
     if (line >= lineEnd) result.pixelsPastLines = lineClearance(lineEnd);
     result.pixelsAbove = result.pixelsPastLines;
     if (line <= 0) result.pixelsAbove = std::max(result.pixelsAbove, lineClearance(1));
+    if (sample <= 0) result.pixelsAbove = std::max(result.pixelsAbove, sampleClearance(1));
     if (sample >= sampleEnd) result.pixelsAbove = std::max(result.pixelsAbove, sampleClearance(sampleEnd));
     return result;
 }

@@ -1,7 +1,11 @@
 #include <qor_imgproc/ScanConverter.h>
 
-#include <qor_imgproc/FrameMap.h>
+#include "FrameRows.h"
+
 #include <qor_imgproc/PixelConverter.h>
+
+#include <new>
+#include <vector>
 
 namespace {
 
@@ -32,5 +36,17 @@ void ScanConverter::GetPreciseUSCoordinates(int x, int y, int* line, int* sample
 bool ScanConverter::ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame, unsigned char* image,
                                  unsigned char background)
 {
-    return frame && image && FrameMap(geometry).Convert(frame, image, background);
+    if (!frame || !image || !FrameRows::HasImage(geometry)) return false;
+    try {
+        const auto width = static_cast<std::size_t>(geometry.width);
+        FrameRows rows(geometry);
+        std::vector<FramePixel> row(width);
+        for (int y = 0; y < geometry.height; ++y, image += width) {
+            rows.Row(y, row.data());
+            InterpolateRun(frame, row.data(), row.data() + width, rows.Steps(), background, image);
+        }
+    } catch (const std::bad_alloc&) {
+        return false; // before anything is written: both rows exist before the loop
+    }
+    return true;
 }

@@ -33,7 +33,7 @@ public:
     /// Scan-converts a whole frame: `frame` holds geometry.lines x geometry.samples bytes, samples running fastest;
     /// `image` receives geometry.width x geometry.height grey bytes, rows from the top. Bilinear interpolation;
     /// `background` outside the first and last line and sample. False, with nothing written, for null pointers or
-    /// a geometry that FrameMap refuses. A FrameMap kept for a row of frames of one geometry is much faster.
+    /// a geometry that FrameMap refuses. For many frames of one geometry a FrameMap is several times faster.
     static bool ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame, unsigned char* image,
                              unsigned char background = 0);
 };

@@ -40,7 +40,8 @@ enum class ScanShape
     None,
     Curved,
     Linear,
-    Phased
+    Phased,
+    Extended // phased, diverging from a virtual apex above the face
 };
 
 /// The arithmetic of the platform. A faster one with the same members may take its place in ConversionModel::ToScan.
@@ -84,6 +85,8 @@ public:
         case ScanShape::Curved:
             return Steer({(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
         case ScanShape::Phased:
+            return Steer({depth * std::sin(offset), depth * std::cos(offset)});
+        case ScanShape::Extended:
             return Steer({m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
         default:
             return {};
@@ -100,6 +103,8 @@ public:
             return ToScan<ScanShape::Curved, PlatformMath>(point);
         case ScanShape::Phased:
             return ToScan<ScanShape::Phased, PlatformMath>(point);
+        case ScanShape::Extended:
+            return ToScan<ScanShape::Extended, PlatformMath>(point);
         default:
             return {-1, -1};
         }
@@ -115,9 +120,9 @@ public:
         } else {
             const MicronPoint fan = Unsteer(point);
             // A concave face looks at its centre from above: there the lines come from the other side.
-            const double side = shape == ScanShape::Curved && m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
+            const double side = m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
             const double fromApex = fan.y + m_apex;
-            const double range = std::sqrt(fan.x * fan.x + fromApex * fromApex);
+            const double range = Length(fan.x, fromApex);
             const double angle = Math::AngleFromAxis(side * fan.x, side * fromApex);
             return {angle * m_linesPerUnit + m_centre, Depth<shape>(fan, fromApex, side * range) * m_samplesPerMicron};
         }
@@ -130,8 +135,9 @@ public:
         const double offset = std::fabs((scan.line - line) * m_lineStep);
         if (m_shape == ScanShape::Linear) return offset * m_cos;
         const MicronPoint fan = Unsteer(point);
-        const double range = std::hypot(fan.x, fan.y + m_apex);
-        const double toRay = offset < QuarterTurn ? range * std::sin(offset) : range;
+        const double range = Length(fan.x, fan.y + m_apex);
+        // The way to the ray is range x sin(offset); the sine's first two terms are less than it, and quick.
+        const double toRay = offset < QuarterTurn ? range * (offset - offset * offset * offset / 6) : range;
         return std::min(toRay, Seam(fan));
     }
 
@@ -141,13 +147,15 @@ public:
         const double depth = std::fabs(scan.sample - sample) * m_sampleSize;
         if (m_shape == ScanShape::Linear) return depth * m_cos;
         const MicronPoint fan = Unsteer(point);
-        if (m_apex == 0) return std::min(depth, Seam(fan));
+        if (m_shape != ScanShape::Extended) return std::min(depth, Seam(fan));
         // Behind an extended sector depths are not distances from one point; but none is less than the way straight up.
         return std::max(0.0, fan.y - sample * m_sampleSize);
     }
 
 private:
     static constexpr double QuarterTurn = 1.5707963267948966;
+
+    static double Length(double x, double y) { return std::sqrt(x * x + y * y); }
 
     static ScanShape ShapeOf(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed)
     {
@@ -181,7 +189,10 @@ private:
             return;
         }
         // The edge lines of an extended sector leave the face at the ends of the aperture.
-        if (scanB != 0 && sector / 2 < QuarterTurn) m_apex = std::max(0.0, aperture) / 2 / std::tan(sector / 2);
+        if (scanB != 0 && sector / 2 < QuarterTurn && aperture > 0) {
+            m_shape = ScanShape::Extended;
+            m_apex = aperture / 2 / std::tan(sector / 2);
+        }
         SetSteps(sector / lines);
     }
 
@@ -200,7 +211,7 @@ private:
     {
         if constexpr (shape == ScanShape::Curved)
             return range - m_radius;
-        else if (m_apex == 0)
+        else if constexpr (shape == ScanShape::Phased)
             return range;
         else
             return fromApex > 0 ? fan.y * range / fromApex : -range; // behind the apex nothing is imaged
@@ -212,7 +223,7 @@ private:
     {
         if (m_radius < 0) return std::fabs(fan.y);
         const double fromApex = fan.y + m_apex;
-        return fromApex < 0 ? std::fabs(fan.x) : std::hypot(fan.x, fromApex);
+        return fromApex < 0 ? std::fabs(fan.x) : Length(fan.x, fromApex);
     }
 
     ScanShape m_shape;

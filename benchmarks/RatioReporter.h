@@ -1,0 +1,52 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+/// Prints results as they come and keeps them, so that ratios of one and the same run can be printed at the end.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    RatioReporter() : ConsoleReporter(OO_Tabular) {}
+
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs)
+            m_seconds[run.benchmark_name()] = run.real_accumulated_time / static_cast<double>(run.iterations);
+    }
+
+    /// One line of the closing table: how many times as long `slow` takes as `fast`. With a goal (0 = none) the line
+    /// says whether it was met; a negative goal is an upper bound, met by a ratio of at most that.
+    void PrintRatio(const std::string& slow, const std::string& fast, double goal = 0) const
+    {
+        const auto s = m_seconds.find(slow);
+        const auto f = m_seconds.find(fast);
+        if (s == m_seconds.end() || f == m_seconds.end()) return; // filtered out
+        const double ratio = s->second / f->second;
+        std::printf("| %-38s | %-38s | %8.2f | %-24s |\n", slow.c_str(), fast.c_str(), ratio,
+                    Verdict(ratio, goal).c_str());
+    }
+
+    static void PrintHeading()
+    {
+        std::printf("\n| %-38s | %-38s | %8s | %-24s |\n", "takes", "times as long as", "ratio", "goal");
+    }
+
+private:
+    static std::string Verdict(double ratio, double goal)
+    {
+        if (goal == 0) return "";
+        char text[64];
+        const bool met = goal > 0 ? ratio >= goal : ratio <= -goal;
+        std::snprintf(text, sizeof text, "%s %g: %s", goal > 0 ? "at least" : "at most", goal > 0 ? goal : -goal,
+                      met ? "met" : "missed");
+        return text;
+    }
+
+    std::map<std::string, double> m_seconds;
+};

@@ -1,0 +1,103 @@
+#include "FrameRows.h"
+
+#include "QuickMath.h"
+
+#include <algorithm>
+#include <climits>
+
+using qor_utils::ConversionModel;
+using qor_utils::ScanPoint;
+using qor_utils::ScanShape;
+
+namespace {
+
+ConversionModel ModelOf(const FrameGeometry& g)
+{
+    const double steer = g.steerAngle * qor_utils::RadiansPerMillidegree;
+    return {g.probe, g.lines, g.samplingFreq, g.soundSpeed, g.scanB, std::sin(steer), std::cos(steer)};
+}
+
+bool Fits(int a, int b, long long most)
+{
+    return a > 0 && b > 0 && static_cast<long long>(a) * b <= most;
+}
+
+// Microns of a pixel row or column, before flipping.
+double Microns(int position, int size, bool flipped, int origin, int scale)
+{
+    const double unflipped = flipped ? static_cast<double>(size) - position : static_cast<double>(position);
+    return (unflipped - origin) * scale;
+}
+
+// Interpolation between indices: the first of the two, and the weight of the second in 256ths.
+struct Between
+{
+    int first;
+    int weight;
+};
+
+Between Split(double position, int count)
+{
+    const int first = std::min(static_cast<int>(position), std::max(0, count - 2));
+    return {first, static_cast<int>((position - first) * 256 + 0.5)};
+}
+
+} // namespace
+
+FrameRows::FrameRows(const FrameGeometry& geometry)
+    : m_geometry(geometry), m_model(ModelOf(geometry)),
+      m_left(Microns(0, geometry.width, (geometry.flip & 1) != 0, geometry.origin.x, geometry.micronsPerPixel.x)),
+      m_step((geometry.flip & 1) != 0 ? -1.0 * geometry.micronsPerPixel.x : 1.0 * geometry.micronsPerPixel.x),
+      m_row(static_cast<std::size_t>(geometry.width))
+{
+}
+
+bool FrameRows::HasImage(const FrameGeometry& g)
+{
+    constexpr long long mostPixels = 1 << 26; // half a gigabyte of map
+    return Fits(g.lines, g.samples, INT_MAX) && Fits(g.width, g.height, mostPixels) && g.micronsPerPixel.x != 0 &&
+           g.micronsPerPixel.y != 0 && ModelOf(g).Shape() != ScanShape::None;
+}
+
+void FrameRows::Row(int y, FramePixel* pixels)
+{
+    const double down =
+        Microns(y, m_geometry.height, (m_geometry.flip & 2) != 0, m_geometry.origin.y, m_geometry.micronsPerPixel.y);
+    if (m_model.Shape() == ScanShape::Curved) ToScan<ScanShape::Curved>(down);
+    if (m_model.Shape() == ScanShape::Linear) ToScan<ScanShape::Linear>(down);
+    if (m_model.Shape() == ScanShape::Phased) ToScan<ScanShape::Phased>(down);
+    if (m_model.Shape() == ScanShape::Extended) ToScan<ScanShape::Extended>(down);
+    for (const ScanPoint& scan : m_row)
+        *pixels++ = MakePixel(scan);
+}
+
+FrameSteps FrameRows::Steps() const
+{
+    return {m_geometry.lines > 1 ? static_cast<std::uint32_t>(m_geometry.samples) : 0u,
+            m_geometry.samples > 1 ? 1u : 0u};
+}
+
+// A copy of the model stays in registers: the compiler knows that the loop does not write to it.
+template <ScanShape shape>
+void FrameRows::ToScan(double y)
+{
+    const ConversionModel model = m_model;
+    const double left = m_left;
+    const double step = m_step;
+    const int width = m_geometry.width;
+    ScanPoint* row = m_row.data();
+    for (int x = 0; x < width; ++x)
+        row[x] = model.ToScan<shape, QuickMath>({left + x * step, y});
+}
+
+FramePixel FrameRows::MakePixel(const ScanPoint& scan) const
+{
+    const bool inside = scan.line >= 0 && scan.line <= m_geometry.lines - 1 && scan.sample >= 0 &&
+                        scan.sample <= m_geometry.samples - 1;
+    if (!inside) return {};
+    const Between lines = Split(scan.line, m_geometry.lines);
+    const Between samples = Split(scan.sample, m_geometry.samples);
+    return {static_cast<std::uint32_t>(lines.first) * static_cast<std::uint32_t>(m_geometry.samples) +
+                static_cast<std::uint32_t>(samples.first),
+            static_cast<std::uint16_t>(lines.weight), static_cast<std::uint16_t>(samples.weight)};
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "FramePixel.h"
+
+#include <qor_imgproc/FrameGeometry.h>
+#include <qor_utils/ConversionModel.h>
+
+#include <vector>
+
+/// The pixels of a scan-converted image, one row after the other.
+class FrameRows
+{
+public:
+    /// Throws std::bad_alloc.
+    explicit FrameRows(const FrameGeometry& geometry);
+
+    /// Whether the geometry has an image (FrameMap has the conditions).
+    static bool HasImage(const FrameGeometry& geometry);
+
+    /// Writes the pixels of row `y`, as many as the image is wide. The geometry must have an image.
+    void Row(int y, FramePixel* pixels);
+
+    FrameSteps Steps() const;
+
+private:
+    template <qor_utils::ScanShape shape>
+    void ToScan(double y);
+    FramePixel MakePixel(const qor_utils::ScanPoint& scan) const;
+
+    FrameGeometry m_geometry;
+    qor_utils::ConversionModel m_model;
+    double m_left; // microns of the first pixel
+    double m_step; // and to the next
+    std::vector<qor_utils::ScanPoint> m_row;
+};
