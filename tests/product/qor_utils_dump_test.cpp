@@ -22,7 +22,8 @@ namespace {
 using test_support::fileExists;
 using test_support::TemporaryFolder;
 
-// Reads a dump's structures with each offset checked against the file's size.
+// Reads a dump's structures with each offset checked against the file's size. They are packed to 4 bytes: an
+// expectation must be given a copy (+member) of a 64-bit member, never a reference to it.
 class Dump
 {
 public:
@@ -117,7 +118,7 @@ TEST(MiniDump, HasTheHeaderOfItsKind)
     const Dump dump(folder / L"a.dmp");
     EXPECT_EQ(dump.header().Signature, 0x504D444Du); // "MDMP"
     EXPECT_EQ(dump.header().Version & 0xFFFF, 0xA793u);
-    EXPECT_EQ(dump.header().Flags, 0u);
+    EXPECT_EQ(+dump.header().Flags, 0u);
 }
 
 TEST(MiniDump, DescribesTheSystemAndTheModules)
@@ -148,7 +149,7 @@ TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
     EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
     EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
     EXPECT_EQ(stream.ExceptionRecord.NumberParameters, 2u);
-    EXPECT_EQ(stream.ExceptionRecord.ExceptionInformation[1], 0x1234u);
+    EXPECT_EQ(+stream.ExceptionRecord.ExceptionInformation[1], 0x1234u);
     const auto context = dump.at<CONTEXT>(stream.ThreadContext.Rva);
 #if defined(_WIN64)
     EXPECT_EQ(context.Rip, exception.context.Rip);
@@ -177,7 +178,7 @@ TEST(MiniDump, HoldsTheCallersStack)
     const Dump dump(folder / L"a.dmp");
     const MINIDUMP_THREAD thread = threadOf(dump, GetCurrentThreadId());
     const auto address = reinterpret_cast<ULONG64>(onStack);
-    ASSERT_GE(address, thread.Stack.StartOfMemoryRange);
+    ASSERT_GE(address, +thread.Stack.StartOfMemoryRange);
     const auto offset = static_cast<std::size_t>(address - thread.Stack.StartOfMemoryRange);
     const std::string stack = dump.bytes(thread.Stack.Memory);
     ASSERT_LT(offset + sizeof marker, stack.size());
@@ -195,7 +196,7 @@ TEST(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr, MiniDumpWithFullMemory));
     EXPECT_FALSE(Dump(folder / L"small.dmp").contains(bytes));
     const Dump full(folder / L"full.dmp");
-    EXPECT_EQ(full.header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
+    EXPECT_EQ(+full.header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
     EXPECT_TRUE(full.contains(bytes));
 }
 
