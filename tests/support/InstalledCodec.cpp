@@ -1,0 +1,47 @@
+#include "test_support/InstalledCodec.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+
+namespace test_support {
+
+namespace {
+
+constexpr wchar_t driversKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Drivers32";
+
+bool setEntry(const std::wstring& entry, const std::wstring& value)
+{
+    const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entry.c_str(), REG_SZ, value.c_str(), size) == ERROR_SUCCESS;
+}
+
+} // namespace
+
+InstalledCodec::InstalledCodec(const std::wstring& fourcc, const std::wstring& dll)
+    : m_entry(L"vidc." + fourcc), m_path(besideProgram(dll))
+{
+    wchar_t before[MAX_PATH] = {};
+    DWORD size = sizeof before;
+    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str(), RRF_RT_REG_SZ, nullptr, before, &size);
+    m_before = before;
+    if (!setEntry(m_entry, m_path)) throw std::runtime_error("cannot install a codec: the registry refuses");
+}
+
+InstalledCodec::~InstalledCodec()
+{
+    if (m_before.empty())
+        RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str());
+    else
+        setEntry(m_entry, m_before);
+}
+
+std::wstring besideProgram(const std::wstring& name)
+{
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program(path);
+    return program.substr(0, program.find_last_of(L'\\') + 1) + name;
+}
+
+} // namespace test_support

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+namespace test_support
+{
+
+// A video codec that is installed while the object lives, by the registry entry that Video for Windows looks up.
+// What was installed under the name before is installed again afterwards.
+class InstalledCodec
+{
+public:
+    // fourcc: the four characters after "vidc."; dll: a file beside the test program, whose full path has no blank.
+    // Throws std::runtime_error when the registry cannot be written.
+    InstalledCodec(const std::wstring& fourcc, const std::wstring& dll);
+    ~InstalledCodec();
+    InstalledCodec(const InstalledCodec&) = delete;
+    InstalledCodec& operator=(const InstalledCodec&) = delete;
+
+    const std::wstring& path() const { return m_path; }
+
+private:
+    std::wstring m_entry;
+    std::wstring m_path;
+    std::wstring m_before;
+};
+
+// The full path of a file beside the test program.
+std::wstring besideProgram(const std::wstring& name);
+
+} // namespace test_support
