@@ -10,6 +10,8 @@ namespace {
 constexpr DWORD startTimeout = 2'000;  // milliseconds
 constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow disk
 
+constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
+
 using WriteDump = decltype(&MiniDumpWriteDump);
 
 // Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on, and the thread that
@@ -96,7 +98,7 @@ bool prepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType
     if (wcsnlen(path, std::size(job.path)) >= std::size(job.path)) return false;
     std::wcscpy(job.path, path);
     job.exception = {GetCurrentThreadId(), exception, FALSE};
-    job.type = static_cast<MINIDUMP_TYPE>(dumpType);
+    job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
     job.written = false;
     job.started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     job.finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
