@@ -1,10 +1,11 @@
 #include <atlstr.h>
 
+#include <framework/CWinApp.h>
+
 #include <algorithm>
 #include <cwchar>
 
-namespace
-{
+namespace {
 
 int ToPosition(size_t position)
 {
@@ -70,8 +71,8 @@ int CString::Compare(LPCWSTR other) const noexcept
 int CString::CompareNoCase(LPCWSTR other) const noexcept
 {
     const auto view = View(other);
-    return CompareStringOrdinal(m_text.data(), GetLength(), view.data() ? view.data() : L"", static_cast<int>(view.size()),
-                                TRUE) -
+    return CompareStringOrdinal(m_text.data(), GetLength(), view.data() ? view.data() : L"",
+                                static_cast<int>(view.size()), TRUE) -
            CSTR_EQUAL;
 }
 
@@ -222,4 +223,16 @@ void CString::ReleaseBuffer(int newLength)
         Truncate(static_cast<int>(std::wcslen(m_text.c_str())));
     else
         Truncate(newLength);
+}
+
+BOOL CString::LoadString(UINT id)
+{
+    // String resources lie in blocks of sixteen; the block is what can be looked for.
+    const HINSTANCE module = AfxFindResourceHandle(MAKEINTRESOURCE(id / 16 + 1), RT_STRING);
+    const wchar_t* text = nullptr;
+    // A buffer size of 0 asks for a pointer to the resource itself, which has no terminating null.
+    const int length = ::LoadStringW(module, id, reinterpret_cast<LPWSTR>(&text), 0);
+    if (length <= 0) return FALSE;
+    SetString(text, length);
+    return TRUE;
 }

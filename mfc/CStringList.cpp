@@ -99,7 +99,8 @@ void CStringList::RemoveAll() noexcept
 POSITION CStringList::Find(LPCWSTR text, POSITION startAfter) const
 {
     Node* node = startAfter ? Node::from(startAfter)->next : m_head;
-    while (node && node->text != text) node = node->next;
+    while (node && node->text != text)
+        node = node->next;
     return reinterpret_cast<POSITION>(node);
 }
 
@@ -107,7 +108,8 @@ POSITION CStringList::FindIndex(INT_PTR index) const noexcept
 {
     if (index < 0 || index >= m_count) return nullptr;
     Node* node = m_head;
-    while (index-- > 0) node = node->next;
+    while (index-- > 0)
+        node = node->next;
     return node->position();
 }
 

@@ -2,8 +2,7 @@
 
 #include <cwchar>
 
-namespace
-{
+namespace {
 
 tm LocalTm(const CTime& time)
 {

@@ -1,0 +1,170 @@
+#include "ThreadState.h"
+
+#include <process.h>
+
+namespace {
+
+// Gives a worker thread an object of its own for the application's main window, as the application's belongs to another
+// thread.
+class InheritedMainWindow
+{
+public:
+    explicit InheritedMainWindow(CWinThread& thread) : m_thread(thread)
+    {
+        CWinApp* const application = AfxGetApp();
+        CWnd* const main = application ? application->m_pMainWnd : nullptr;
+        if (thread.m_pMainWnd || !main) return;
+        m_window.m_hWnd = main->m_hWnd;
+        thread.m_pMainWnd = &m_window;
+    }
+    ~InheritedMainWindow()
+    {
+        m_window.m_hWnd = nullptr; // it is not this object's to destroy
+        if (m_thread.m_pMainWnd == &m_window) m_thread.m_pMainWnd = nullptr;
+    }
+    InheritedMainWindow(const InheritedMainWindow&) = delete;
+    InheritedMainWindow& operator=(const InheritedMainWindow&) = delete;
+
+private:
+    CWinThread& m_thread;
+    CWnd m_window;
+};
+
+} // namespace
+
+CWinThread::CWinThread(AFX_THREADPROC procedure, LPVOID parameter)
+    : m_pfnThreadProc(procedure), m_pThreadParams(parameter)
+{
+}
+
+CWinThread::~CWinThread()
+{
+    if (m_hThread) CloseHandle(m_hThread);
+}
+
+BOOL CWinThread::CreateThread(DWORD flags, UINT stackSize, LPSECURITY_ATTRIBUTES security)
+{
+    if (m_hThread || !m_pfnThreadProc) return FALSE;
+    // Started suspended, so that the thread finds the members below set.
+    unsigned id = 0;
+    const uintptr_t handle = _beginthreadex(security, stackSize, &Entry, this, CREATE_SUSPENDED, &id);
+    if (handle == 0) return FALSE;
+    m_hThread = reinterpret_cast<HANDLE>(handle);
+    m_nThreadID = id;
+    // From here on the object may be gone: the thread deletes it.
+    if (!(flags & CREATE_SUSPENDED)) ::ResumeThread(reinterpret_cast<HANDLE>(handle));
+    return TRUE;
+}
+
+unsigned __stdcall CWinThread::Entry(void* thread)
+{
+    auto* const self = static_cast<CWinThread*>(thread);
+    const UINT code = self->RunProcedure();
+    if (self->m_bAutoDelete) delete self;
+    return code;
+}
+
+UINT CWinThread::RunProcedure()
+{
+    framework::ThreadState::Current().thread = this;
+    UINT code;
+    {
+        const InheritedMainWindow window(*this);
+        code = m_pfnThreadProc(m_pThreadParams);
+    }
+    framework::ThreadState::Current().thread = nullptr;
+    return code;
+}
+
+CWnd* CWinThread::GetMainWnd()
+{
+    return m_pMainWnd;
+}
+
+BOOL CWinThread::InitInstance()
+{
+    return FALSE;
+}
+
+int CWinThread::Run()
+{
+    for (;;) {
+        LONG idleCount = 0;
+        while (!PeekMessageW(&m_msgCur, nullptr, 0, 0, PM_NOREMOVE) && OnIdle(idleCount++)) {
+        }
+        do {
+            if (!PumpMessage()) return ExitInstance();
+        } while (!IsIdleMessage(&m_msgCur) && PeekMessageW(&m_msgCur, nullptr, 0, 0, PM_NOREMOVE));
+    }
+}
+
+int CWinThread::ExitInstance()
+{
+    return static_cast<int>(m_msgCur.wParam);
+}
+
+BOOL CWinThread::OnIdle(LONG)
+{
+    auto& state = framework::ThreadState::Current();
+    if (state.proceduresActive == 0) {
+        CWnd::DeleteTempMap();
+        CDC::DeleteTempMap();
+        CGdiObject::DeleteTempMap();
+    }
+    return FALSE;
+}
+
+BOOL CWinThread::IsIdleMessage(MSG* message)
+{
+    constexpr UINT caretBlinks = 0x0118;
+    return message->message != WM_PAINT && message->message != WM_MOUSEMOVE && message->message != WM_NCMOUSEMOVE &&
+           message->message != caretBlinks;
+}
+
+BOOL CWinThread::PreTranslateMessage(MSG* message)
+{
+    const HWND main = m_pMainWnd ? m_pMainWnd->m_hWnd : nullptr;
+    for (HWND window = message->hwnd; window; window = GetParent(window)) {
+        CWnd* const object = CWnd::FromHandlePermanent(window);
+        if (object && object->PreTranslateMessage(message)) return TRUE;
+        if (window == main) break;
+    }
+    return FALSE;
+}
+
+BOOL CWinThread::PumpMessage()
+{
+    // -1 reports an error, which cannot be waited out.
+    if (GetMessageW(&m_msgCur, nullptr, 0, 0) <= 0) return FALSE;
+    MSG message = m_msgCur; // a nested loop overwrites the member
+    if (!PreTranslateMessage(&message)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return TRUE;
+}
+
+CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter, int priority, UINT stackSize, DWORD flags,
+                           LPSECURITY_ATTRIBUTES security)
+{
+    auto thread = std::make_unique<CWinThread>(procedure, parameter);
+    if (!thread->CreateThread(flags | CREATE_SUSPENDED, stackSize, security)) return nullptr;
+    CWinThread* const started = thread.release(); // deletes itself when the thread ends
+    if (priority != THREAD_PRIORITY_NORMAL) started->SetThreadPriority(priority);
+    if (!(flags & CREATE_SUSPENDED)) started->ResumeThread();
+    return started;
+}
+
+CWinThread* AfxGetThread()
+{
+    const auto* const state = framework::ThreadState::Existing();
+    if (state && state->thread) return state->thread;
+    CWinApp* const application = AfxGetApp();
+    return application && application->m_nThreadID == GetCurrentThreadId() ? application : nullptr;
+}
+
+CWnd* AfxGetMainWnd()
+{
+    CWinThread* const thread = AfxGetThread();
+    return thread ? thread->GetMainWnd() : nullptr;
+}

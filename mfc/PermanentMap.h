@@ -1,0 +1,45 @@
+#pragma once
+
+#include "SlimLock.h"
+
+#include <utility>
+
+#include <mutex>
+#include <shared_mutex>
+#include <unordered_map>
+
+namespace framework {
+
+// Which object a handle is attached to. One map serves all threads, so that an object may be destroyed on another
+// thread than the one that made it without leaving its address behind.
+template <class Handle, class Object>
+class PermanentMap
+{
+public:
+    Object* Find(Handle handle) const
+    {
+        const std::shared_lock lock(m_mutex);
+        const auto found = m_objects.find(handle);
+        return found == m_objects.end() ? nullptr : found->second;
+    }
+
+    // False when the handle has another object already.
+    bool Add(Handle handle, Object* object)
+    {
+        const std::unique_lock lock(m_mutex);
+        return m_objects.try_emplace(handle, object).second;
+    }
+
+    void Remove(Handle handle, const Object* object)
+    {
+        const std::unique_lock lock(m_mutex);
+        const auto found = m_objects.find(handle);
+        if (found != m_objects.end() && found->second == object) m_objects.erase(found);
+    }
+
+private:
+    mutable SlimLock m_mutex;
+    std::unordered_map<Handle, Object*> m_objects;
+};
+
+} // namespace framework

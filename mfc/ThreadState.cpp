@@ -1,0 +1,92 @@
+#include "ThreadState.h"
+
+#include "SlimLock.h"
+
+#include <mutex>
+
+namespace framework {
+
+namespace {
+
+constinit SlimLock chainMutex;
+constinit ThreadState* chain = nullptr;
+
+// A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded until the thread
+// ends.
+DWORD Slot()
+{
+    static const DWORD slot = TlsAlloc();
+    return slot;
+}
+
+} // namespace
+
+ThreadState& ThreadState::Current()
+{
+    if (ThreadState* const existing = Existing()) return *existing;
+    auto* const created = new ThreadState; // released by DeleteCurrent or DeleteAll
+    TlsSetValue(Slot(), created);
+    return *created;
+}
+
+ThreadState* ThreadState::Existing() noexcept
+{
+    return static_cast<ThreadState*>(TlsGetValue(Slot()));
+}
+
+void ThreadState::DeleteCurrent() noexcept
+{
+    delete Existing();
+    TlsSetValue(Slot(), nullptr);
+}
+
+void ThreadState::DeleteAll() noexcept
+{
+    while (chain)
+        delete chain;
+    TlsFree(Slot());
+}
+
+ThreadState::ThreadState()
+{
+    const std::lock_guard lock(chainMutex);
+    m_next = chain;
+    chain = this;
+}
+
+ThreadState::~ThreadState()
+{
+    DeleteTemporaryWindows();
+    DeleteTemporaryContexts();
+    DeleteTemporaryGdiObjects();
+    const std::lock_guard lock(chainMutex);
+    ThreadState** link = &chain;
+    while (*link != this)
+        link = &(*link)->m_next;
+    *link = m_next;
+}
+
+// The objects' handles are not theirs: they are taken away before the objects go, so that nothing is destroyed or
+// deleted.
+void ThreadState::DeleteTemporaryWindows()
+{
+    for (auto& [handle, window] : windows)
+        window->m_hWnd = nullptr;
+    windows.clear();
+}
+
+void ThreadState::DeleteTemporaryContexts()
+{
+    for (auto& [handle, context] : contexts)
+        context->m_hDC = context->m_hAttribDC = nullptr;
+    contexts.clear();
+}
+
+void ThreadState::DeleteTemporaryGdiObjects()
+{
+    for (auto& [handle, object] : gdiObjects)
+        object->m_hObject = nullptr;
+    gdiObjects.clear();
+}
+
+} // namespace framework

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "PermanentMap.h"
+
+#include <afxwin.h>
+
+// The way between the platform's windows and the objects: the map of attached windows, the hook that attaches an object
+// to the window it creates, and the window procedure that routes messages to the object.
+class WindowProcedure
+{
+public:
+    static framework::PermanentMap<HWND, CWnd>& Windows();
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    // Puts the procedure in front of the window's own.
+    static void Install(CWnd& object);
+    // Takes it away, if it is still the foremost one.
+    static void Remove(CWnd& object);
+
+    // While it lives, the first window that the thread creates becomes the object's.
+    class Creation
+    {
+    public:
+        explicit Creation(CWnd& object);
+        ~Creation();
+        Creation(const Creation&) = delete;
+        Creation& operator=(const Creation&) = delete;
+
+        // No window has come.
+        bool waiting() const;
+
+    private:
+        static LRESULT CALLBACK OnHook(int code, WPARAM wParam, LPARAM lParam) noexcept;
+        static void Adopt(HWND window);
+
+        CWnd* m_outer;
+        HHOOK m_hook;
+    };
+
+private:
+    static LRESULT Route(CWnd& object, const MSG& message);
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <windows.h>
+
+#include <afx.h>
+#include <afxcoll.h>
+#include <atlstr.h>
+#include <atltime.h>
+#include <atltypes.h>
+
+#include <framework/CComboBox.h>
+#include <framework/CDC.h>
+#include <framework/CGdiObject.h>
+#include <framework/CWinApp.h>
+#include <framework/CWinThread.h>
+#include <framework/CWnd.h>
