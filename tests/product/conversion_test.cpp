@@ -7,8 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cmath>
+#include <cstdint>
+#include <fstream>
 #include <limits>
 #include <random>
 #include <string>
@@ -137,26 +140,66 @@ std::string Describe(const Scene& s)
 
 } // namespace
 
-TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
+namespace {
+
+// The curved sample's published geometry: first and last sample, sector; line 120 of 241 points straight down.
+constexpr double FirstRadius = 26400; // microns
+constexpr double LastRadius = 131500;
+constexpr double Sector = 3.14159265358979323846 / 2 + 0.5;
+
+qor_utils::MicronPoint Published(int line, int sample)
 {
-    const UPoint origin{640, -100};
-    const UPoint scale{100, 100};
-    const double sector = 3.14159265358979323846 / 2 + 0.5;
+    const double t = (line - 120) * Sector / 240;
+    const double r = FirstRadius + sample * (LastRadius - FirstRadius) / 2047;
+    return {r * std::sin(t), r * std::cos(t)};
+}
+
+// The committed recording's own description of itself.
+Scene CommittedSample()
+{
+    std::ifstream file(SAMPLE_IMAGES "/curved.cine", std::ios::binary);
+    std::array<std::int32_t, 19> header{};
+    file.read(reinterpret_cast<char*>(header.data()), sizeof header);
+    EXPECT_TRUE(file) << SAMPLE_IMAGES "/curved.cine";
+    Scene s;
+    s.samplingFreq = header[5];
+    s.soundSpeed = header[6];
+    s.probe = {header[7], header[8], header[9], header[10], header[11]};
+    s.scanA = header[13];
+    s.scanB = header[14];
+    s.scanC = header[15];
+    s.lines = header[16];
+    return s;
+}
+
+void ExpectPublishedCoordinates(Scene s)
+{
+    s.origin = {640, -100};
+    s.scale = {100, 100};
     double worst = 0;
     for (int line = 0; line < SampleLines; ++line)
         for (int sample = 0; sample < 2048; ++sample) {
-            const double t = (line - 120) * sector / 240;
-            const double r = 26400 + sample * 51.343;
-            const UPoint p = qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, SampleFrequency, 0, 0,
-                                                              &SampleCurved, 1540, SampleLines, 0, 1280, 1024, 0);
-            const Scene s{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, origin, scale, 0, 0, 0};
+            const auto expected = Published(line, sample);
             const auto m = ModelOf(s).ToMicrons({static_cast<double>(line), static_cast<double>(sample)});
-            worst = std::max({worst, std::fabs(m.x - r * std::sin(t)), std::fabs(m.y - r * std::cos(t))});
+            worst = std::max({worst, std::fabs(m.x - expected.x), std::fabs(m.y - expected.y)});
+            const UPoint p = Forward(s, line, sample);
             // Half a pixel of rounding and the difference of the two descriptions.
-            ASSERT_NEAR(p.x, 640 + r * std::sin(t) / 100, 0.55);
-            ASSERT_NEAR(p.y, -100 + r * std::cos(t) / 100, 0.55);
+            ASSERT_NEAR(p.x, 640 + expected.x / 100, 0.55);
+            ASSERT_NEAR(p.y, -100 + expected.y / 100, 0.55);
         }
     EXPECT_LT(worst, 5) << "microns: a twentieth of a pixel";
+}
+
+} // namespace
+
+TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
+{
+    ExpectPublishedCoordinates({SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0});
+}
+
+TEST(ForwardConversion, ReproducesThemFromTheCommittedRecordingsDescription)
+{
+    ExpectPublishedCoordinates(CommittedSample());
 }
 
 TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
