@@ -1,0 +1,125 @@
+#include "MatrixKernels.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace matrix_kernels {
+
+namespace {
+
+// Sums that fit the vector registers together with what feeds them: 8 registers in 32-bit code, 16 in 64-bit code.
+constexpr std::size_t tileRows = sizeof(void*) == 8 ? 4 : 2;
+
+// Doubles of the left operand that are worked through at a time, so that they stay in the first-level cache.
+constexpr std::size_t chunkSize = 1536;
+
+// out(i, j) += sum over k for Rows rows and Pairs pairs of columns. The running sums start from what is in out, so that
+// a long sum can be taken in chunks without changing the order of its terms.
+template <std::size_t Rows, std::size_t Pairs>
+inline void accumulateTile(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
+                           std::size_t outStride) noexcept
+{
+    __m128d sum[Rows][Pairs];
+    for (std::size_t r = 0; r < Rows; ++r)
+        for (std::size_t p = 0; p < Pairs; ++p)
+            sum[r][p] = _mm_loadu_pd(out + r * outStride + 2 * p);
+    for (std::size_t k = 0; k < count; ++k) {
+        __m128d right[Pairs];
+        for (std::size_t p = 0; p < Pairs; ++p)
+            right[p] = _mm_loadu_pd(b + k * bStride + 2 * p);
+        for (std::size_t r = 0; r < Rows; ++r) {
+            const __m128d left = _mm_set1_pd(a.data[r * a.stride + k * a.step]);
+            for (std::size_t p = 0; p < Pairs; ++p)
+                sum[r][p] = _mm_add_pd(sum[r][p], _mm_mul_pd(left, right[p]));
+        }
+    }
+    for (std::size_t r = 0; r < Rows; ++r)
+        for (std::size_t p = 0; p < Pairs; ++p)
+            _mm_storeu_pd(out + r * outStride + 2 * p, sum[r][p]);
+}
+
+template <std::size_t Rows>
+inline void accumulateColumn(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
+                             std::size_t outStride) noexcept
+{
+    double sum[Rows];
+    for (std::size_t r = 0; r < Rows; ++r)
+        sum[r] = out[r * outStride];
+    for (std::size_t k = 0; k < count; ++k)
+        for (std::size_t r = 0; r < Rows; ++r)
+            sum[r] += a.data[r * a.stride + k * a.step] * b[k * bStride];
+    for (std::size_t r = 0; r < Rows; ++r)
+        out[r * outStride] = sum[r];
+}
+
+// Rows rows, all columns from first on.
+template <std::size_t Rows>
+void accumulateRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols,
+                    std::size_t count, double* out, std::size_t outStride) noexcept
+{
+    std::size_t j = first;
+    if constexpr (Rows == 1) // one row alone has too few sums to keep the adder busy
+        for (; j + 8 <= cols; j += 8)
+            accumulateTile<Rows, 4>(a, b + j, bStride, count, out + j, outStride);
+    for (; j + 4 <= cols; j += 4)
+        accumulateTile<Rows, 2>(a, b + j, bStride, count, out + j, outStride);
+    if (j + 2 <= cols) {
+        accumulateTile<Rows, 1>(a, b + j, bStride, count, out + j, outStride);
+        j += 2;
+    }
+    if (j < cols) accumulateColumn<Rows>(a, b + j, bStride, count, out + j, outStride);
+}
+
+// All rows; with upper, the columns from each block of rows on to the right.
+void accumulate(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols, std::size_t count,
+                double* out, std::size_t outStride, bool upper) noexcept
+{
+    std::size_t i = 0;
+    const auto block = [&]<std::size_t Rows>() {
+        for (; i + Rows <= rows; i += Rows)
+            accumulateRows<Rows>({a.data + i * a.stride, a.stride, a.step}, b, bStride, upper ? i : 0, cols, count,
+                                 out + i * outStride, outStride);
+    };
+    block.template operator()<tileRows>();
+    block.template operator()<2>();
+    block.template operator()<1>();
+}
+
+void clear(double* out, std::size_t rows, std::size_t cols, std::size_t outStride) noexcept
+{
+    for (std::size_t i = 0; i < rows; ++i)
+        std::fill_n(out + i * outStride, cols, 0.0);
+}
+
+} // namespace
+
+bool isPossible(int rows, int cols) noexcept
+{
+    if (rows < 1 || cols < 1) return false;
+    return static_cast<std::size_t>(rows) <= PTRDIFF_MAX / sizeof(double) / static_cast<std::size_t>(cols);
+}
+
+void product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols, std::size_t count,
+             double* out, std::size_t outStride) noexcept
+{
+    clear(out, rows, cols, outStride);
+    accumulate(a, b, bStride, rows, cols, count, out, outStride, false);
+}
+
+void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out, std::size_t outStride) noexcept
+{
+    clear(out, n, n, outStride);
+    const std::size_t chunk = std::max<std::size_t>(1, chunkSize / n);
+    for (std::size_t k = 0; k < m; k += chunk) {
+        const double* rows = A + k * n;
+        accumulate({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride, true);
+    }
+    // Both halves are the same sums of the same products.
+    for (std::size_t i = 1; i < n; ++i)
+        for (std::size_t j = 0; j < i; ++j)
+            out[i * outStride + j] = out[j * outStride + i];
+}
+
+} // namespace matrix_kernels

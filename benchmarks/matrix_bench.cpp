@@ -1,0 +1,187 @@
+// The matrix routines against Eigen in double precision doing the same job on the same row-by-row arrays, with sizes
+// that are known at run time only. Ends with a table of the ratios (ours / Eigen; below 1 is faster).
+#include <Utils_Statics/MatrixRoutines.h>
+
+#include <Eigen/Dense>
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Matrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
+using MatrixView = Eigen::Map<Matrix>;
+using VectorView = Eigen::Map<Eigen::VectorXd>;
+
+constexpr int observations = 1000;
+
+class Numbers
+{
+public:
+    std::vector<double> make(int count)
+    {
+        std::vector<double> values(static_cast<std::size_t>(count));
+        for (double& value : values)
+            value = m_distribution(m_random);
+        return values;
+    }
+
+    // A matrix that needs no pivoting.
+    std::vector<double> makeDominant(int n)
+    {
+        std::vector<double> values = make(n * n);
+        for (int i = 0; i < n; ++i)
+            values[static_cast<std::size_t>(i * n + i)] += n;
+        return values;
+    }
+
+private:
+    std::mt19937 m_random{1};
+    std::uniform_real_distribution<double> m_distribution{-1.0, 1.0};
+};
+
+int size(const benchmark::State& state)
+{
+    return static_cast<int>(state.range(0));
+}
+
+void productOurs(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    const auto a = numbers.make(n * n), b = numbers.make(n * n);
+    std::vector<double> out(a.size());
+    for (auto _ : state) {
+        MAT_MatrixProduct(a.data(), b.data(), n, out.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void productEigen(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    auto a = numbers.make(n * n), b = numbers.make(n * n);
+    std::vector<double> out(a.size());
+    MatrixView A(a.data(), n, n), B(b.data(), n, n), C(out.data(), n, n);
+    for (auto _ : state) {
+        C.noalias() = A * B;
+        benchmark::ClobberMemory();
+    }
+}
+
+void invertOurs(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    const auto a = numbers.makeDominant(n);
+    auto b = numbers.make(n);
+    std::vector<double> out(a.size());
+    for (auto _ : state) {
+        MAT_InvertMatrix(a.data(), n, b.data(), out.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void invertEigen(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    auto a = numbers.makeDominant(n), b = numbers.make(n);
+    std::vector<double> out(a.size());
+    MatrixView A(a.data(), n, n), inverse(out.data(), n, n);
+    VectorView right(b.data(), n);
+    for (auto _ : state) {
+        const Eigen::PartialPivLU<Matrix> lu(A);
+        inverse = lu.inverse();
+        right = lu.solve(right).eval();
+        benchmark::ClobberMemory();
+    }
+}
+
+void leastSquaresOurs(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    const auto a = numbers.make(observations * n), y = numbers.make(observations);
+    std::vector<double> x(static_cast<std::size_t>(n));
+    for (auto _ : state) {
+        MAT_LeastSquares(a.data(), observations, n, y.data(), x.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void leastSquaresEigen(benchmark::State& state)
+{
+    const int n = size(state);
+    Numbers numbers;
+    auto a = numbers.make(observations * n), y = numbers.make(observations);
+    std::vector<double> out(static_cast<std::size_t>(n));
+    MatrixView A(a.data(), observations, n);
+    VectorView right(y.data(), observations), x(out.data(), n);
+    for (auto _ : state) {
+        x = (A.transpose() * A).ldlt().solve(A.transpose() * right);
+        benchmark::ClobberMemory();
+    }
+}
+
+#define SIZES Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times come in coarse steps
+BENCHMARK(productOurs)->Name("MatrixProduct/ours")->SIZES;
+BENCHMARK(productEigen)->Name("MatrixProduct/Eigen")->SIZES;
+BENCHMARK(invertOurs)->Name("InvertMatrix/ours")->SIZES;
+BENCHMARK(invertEigen)->Name("InvertMatrix/Eigen")->SIZES;
+BENCHMARK(leastSquaresOurs)->Name("LeastSquares1000/ours")->SIZES;
+BENCHMARK(leastSquaresEigen)->Name("LeastSquares1000/Eigen")->SIZES;
+
+// Keeps the best of the repetitions of each run: the machine's other work can only add to a time.
+class BestTimes : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+            const std::string name = run.run_name.function_name + "/" + run.run_name.args;
+            const double time = run.GetAdjustedRealTime();
+            const auto [found, isNew] = m_times.emplace(name, time);
+            if (!isNew && time < found->second) found->second = time;
+        }
+    }
+
+    void printRatios() const
+    {
+        std::printf("\n%-18s %4s %12s %12s %8s\n", "routine", "n", "ours ns", "Eigen ns", "ratio");
+        for (const char* routine : {"MatrixProduct", "InvertMatrix", "LeastSquares1000"})
+            for (const char* n : {"3", "6", "12", "24", "49"})
+                printRatio(routine, n);
+    }
+
+private:
+    void printRatio(const std::string& routine, const std::string& n) const
+    {
+        const auto ours = m_times.find(routine + "/ours/" + n), eigen = m_times.find(routine + "/Eigen/" + n);
+        if (ours == m_times.end() || eigen == m_times.end()) return;
+        std::printf("%-18s %4s %12.1f %12.1f %8.2f\n", routine.c_str(), n.c_str(), ours->second, eigen->second,
+                    ours->second / eigen->second);
+    }
+
+    std::map<std::string, double> m_times;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    BestTimes reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+    return 0;
+}
