@@ -11,7 +11,8 @@
 class AugmentedMatrix
 {
 public:
-    // Zero-filled. isUsable() is false when there is no memory for it.
+    // Zero-filled, for a square part of n x n. The further columns are to hold a right-hand side in the first one and,
+    // if there are more, the identity in the n following ones. isUsable() is false when there is no memory for it.
     AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noexcept;
 
     bool isUsable() const noexcept { return m_data.data() != nullptr; }
@@ -26,9 +27,17 @@ public:
     double scaleOf(std::size_t i) noexcept { return 1.0 / row(i)[i]; }
 
 private:
-    void subtractPivotRow(std::size_t pivot, std::size_t first, std::size_t end) noexcept;
+    struct Columns;
+
+    void clearBelow(std::size_t pivot) noexcept;
+    void clearAbove(std::size_t pivot) noexcept;
+    Columns columnsBelow(std::size_t pivot, double factor1, double factor2) noexcept;
+    void subtractFromPair(std::size_t i, double factor1, double factor2, const double* pivotRow,
+                          Columns columns) noexcept;
+    void subtractFrom(std::size_t i, double factor, const double* pivotRow, Columns columns) noexcept;
 
     std::size_t m_n;
-    std::size_t m_width;       // even, so that every row starts at a multiple of 16 bytes
-    ScratchArray<1024> m_data; // in place up to n = 21 with the identity beside it
+    bool m_isIdentityTriangular = true; // still zero above its diagonal
+    std::size_t m_width;                // even, so that every row starts at a multiple of 16 bytes
+    ScratchArray<1024> m_data;          // in place up to n = 21 with the identity beside it
 };

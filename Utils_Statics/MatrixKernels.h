@@ -22,6 +22,10 @@ bool isPossible(int rows, int cols) noexcept;
 void product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols, std::size_t count,
              double* out, std::size_t outStride) noexcept;
 
+// The same for A x B with 3 x 3 matrices, the size of plane transforms: at this size finding the way through the
+// general form takes longer than the sums.
+void product3(const double* A, const double* B, double* out) noexcept;
+
 // out (n x n, rows outStride apart) = transpose(A) x A, with A m x n.
 void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out, std::size_t outStride) noexcept;
 

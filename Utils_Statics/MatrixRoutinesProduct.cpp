@@ -60,6 +60,7 @@ void MAT_MatrixVectorProduct(const double* M, int rows, int cols, const double* 
 void MAT_MatrixProduct(const double* A, const double* B, int n, double* out) noexcept
 {
     if (!matrix_kernels::isPossible(n, n) || !A || !B || !out) return;
+    if (n == 3) return matrix_kernels::product3(A, B, out);
     const std::size_t size = static_cast<std::size_t>(n);
     matrix_kernels::product({A, size, 1}, B, size, size, size, size, out, size);
 }
