@@ -1,0 +1,30 @@
+#include <Utils_Statics/IStateChangeConsumer.h>
+
+IStateChangeConsumer::IStateChangeConsumer()
+{
+    m_slot.Bind(this, &IStateChangeConsumer::CallHandler);
+    m_onStateChangeSignal.Connect(m_slot);
+}
+
+IStateChangeConsumer::IStateChangeConsumer(const IStateChangeConsumer& other) : m_slot(other.m_slot)
+{
+    m_slot.Bind(this, &IStateChangeConsumer::CallHandler);
+}
+
+IStateChangeConsumer& IStateChangeConsumer::operator=(IStateChangeConsumer& other)
+{
+    m_slot = other.m_slot;
+    return *this;
+}
+
+IStateChangeConsumer::~IStateChangeConsumer() = default;
+
+void IStateChangeConsumer::StateChangeSignal(StateChangeType type, unsigned int param1, long param2)
+{
+    m_onStateChangeSignal.Call3(type, param1, param2);
+}
+
+void IStateChangeConsumer::CallHandler(StateChangeType type, unsigned int param1, long param2)
+{
+    OnStateChange(type, param1, param2);
+}

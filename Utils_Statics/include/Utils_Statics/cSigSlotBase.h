@@ -1,0 +1,153 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <stdexcept>
+#include <type_traits>
+#include <vector>
+
+#include <sys/timeb.h>
+
+/// What a signal and a slot have in common. A signal calls its slots in the order they were connected; either side may
+/// be destroyed first. Arguments are P1 to P5, of which a slot's method takes the first ones; the places that a
+/// signature does not need are cPreProcessor::unusable pointers.
+///
+/// Every object belongs to one thread, the user-interface thread in the application: nothing here takes a lock.
+template <class Result, class P1, class P2, class P3, class P4, class P5>
+class cSigSlotBase
+{
+public:
+    /// What an invocation gives: a 32-bit value, 0 where the signature has no result.
+    using ResultType = std::conditional_t<std::is_void_v<Result>, std::int32_t, Result>;
+    static_assert(sizeof(ResultType) == 4, "results are 32-bit values");
+
+    cSigSlotBase(const cSigSlotBase&) = delete;
+
+    /// False for an object that cannot take part: a slot without object or method. Such an object is never connected.
+    virtual bool IsValid() const noexcept = 0;
+
+    // One operation for each number of arguments. Nothing but what a called method throws comes out of them; then the
+    // busy flag stays set and the object is never invoked again, which is deliberate.
+    virtual ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) = 0;
+    virtual ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) = 0;
+    virtual ResultType Call3(P1 p1, P2 p2, P3 p3) = 0;
+    virtual ResultType Call2(P1 p1, P2 p2) = 0;
+    virtual ResultType Call1(P1 p1) = 0;
+    virtual ResultType Call0() = 0;
+
+    /// For diagnostics only; a text that outlives this object.
+    const char* GetName() const noexcept { return m_name; }
+    void SetName(const char* name) noexcept { m_name = name; }
+
+    /// Least time between two invocations in milliseconds, 0 for no limit. An attempt that comes earlier after the last
+    /// attempt, whether that one was suppressed or not, is suppressed and gives `result`.
+    void SetMinimumInterval(std::uint32_t milliseconds, ResultType result = {}) noexcept
+    {
+        m_minimumInterval = milliseconds;
+        m_resultWhenThrottled = result;
+    }
+    std::uint32_t GetMinimumInterval() const noexcept { return m_minimumInterval; }
+
+    /// What an invocation gives while another one of this object is under way; 0 by default.
+    void SetResultWhenBusy(ResultType result) noexcept { m_resultWhenBusy = result; }
+    bool IsBusy() const noexcept { return m_busy != 0; }
+
+    std::size_t GetPeerCount() const noexcept { return m_peers.size(); }
+
+    /// Throws std::out_of_range for an index outside of the array.
+    cSigSlotBase& GetPeer(std::size_t index) const
+    {
+        if (index >= m_peers.size()) throw std::out_of_range("invalid vector<T> subscript");
+        return *m_peers[index];
+    }
+
+protected:
+    enum Kind : std::uint32_t
+    {
+        kindSlot = 0,
+        kindSignal = 1
+    };
+
+    cSigSlotBase(Kind kind, const char* name) noexcept : m_kind(kind), m_name(name) {}
+    ~cSigSlotBase() = default;
+
+    /// True for an object of the other kind; those of one kind are never connected to each other.
+    bool IsOtherKind(const cSigSlotBase& other) const noexcept { return m_kind != other.m_kind; }
+
+    /// Appends each to the other's peers, unless it is there already.
+    static void Link(cSigSlotBase& signal, cSigSlotBase& slot)
+    {
+        signal.AddPeer(slot);
+        slot.AddPeer(signal);
+    }
+
+    /// Takes over everything but the kind, the peers' own lists too: no peer learns of it, so `this` is called by none
+    /// that did not know it before. Deliberate.
+    void CopyFields(const cSigSlotBase& other)
+    {
+        m_name = other.m_name;
+        m_peers = other.m_peers;
+        m_minimumInterval = other.m_minimumInterval;
+        m_resultWhenThrottled = other.m_resultWhenThrottled;
+        m_lastAttempt = other.m_lastAttempt;
+        m_busy = other.m_busy;
+        m_resultWhenBusy = other.m_resultWhenBusy;
+    }
+
+    /// Removes this object from the list of every peer that knows it and leaves its own list empty and without memory.
+    void DisconnectAll() noexcept
+    {
+        for (std::size_t i = 0; i < m_peers.size(); ++i)
+            m_peers[i]->RemovePeer(*this);
+        std::vector<cSigSlotBase*>().swap(m_peers);
+    }
+
+    /// True when this attempt comes too early. Every attempt counts for the next one, so that a steady stream of early
+    /// attempts stays suppressed: deliberate.
+    bool IsThrottled()
+    {
+        if (m_minimumInterval == 0) [[likely]]
+            return false;
+        const double now = Now();
+        const double last = m_lastAttempt;
+        m_lastAttempt = now;
+        return now < last + m_minimumInterval;
+    }
+
+    bool HasPeer(std::size_t index) const noexcept { return !m_peers.empty() && index < m_peers.size(); }
+
+    ResultType ResultWhenThrottled() const noexcept { return m_resultWhenThrottled; }
+    ResultType ResultWhenBusy() const noexcept { return m_resultWhenBusy; }
+    void SetBusy(bool busy) noexcept { m_busy = busy; }
+
+private:
+    void AddPeer(cSigSlotBase& peer)
+    {
+        if (std::find(m_peers.begin(), m_peers.end(), &peer) == m_peers.end()) m_peers.push_back(&peer);
+    }
+
+    // The peers behind the removed one move forward, and a walk by index that is under way passes over the next:
+    // deliberate.
+    void RemovePeer(cSigSlotBase& peer) noexcept
+    {
+        const auto found = std::find(m_peers.begin(), m_peers.end(), &peer);
+        if (found != m_peers.end()) m_peers.erase(found);
+    }
+
+    // Milliseconds since 1970-01-01 00:00 UTC.
+    static double Now() noexcept
+    {
+        struct __timeb64 time;
+        _ftime64(&time);
+        return static_cast<double>(time.time) * 1000.0 + time.millitm;
+    }
+
+    Kind m_kind;
+    const char* m_name;
+    std::vector<cSigSlotBase*> m_peers; // a signal's slots in the order they were connected; a slot's signals
+    std::uint32_t m_minimumInterval = 0;
+    ResultType m_resultWhenThrottled = {};
+    double m_lastAttempt = 0; // milliseconds since 1970
+    unsigned char m_busy = 0;
+    ResultType m_resultWhenBusy = {};
+};

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <Utils_Statics/cSigSlotBase.h>
+
+/// Calls every connected slot, in the order they were connected, and combines their results.
+///
+/// The slots are walked by index, and their number is read again at every step: a slot connected by a called method is
+/// called in the same emission, and after the removal of a slot at or before the current place the one that moved into
+/// the next place is passed over. An emission from inside an emission is dropped, not queued.
+template <class Result, class P1, class P2, class P3, class P4, class P5>
+class cSignal final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
+{
+    using Base = cSigSlotBase<Result, P1, P2, P3, P4, P5>;
+
+public:
+    using typename Base::ResultType;
+
+    /// Works one slot's result into the running one; false ends the emission.
+    using Combiner = bool (*)(ResultType* running, ResultType result);
+
+    explicit cSignal(const char* name = "NoName-Signal") noexcept : Base(Base::kindSignal, name) {}
+    ~cSignal() { this->DisconnectAll(); }
+
+    cSignal(const cSignal&) = delete;
+    cSignal& operator=(const cSignal&) = delete;
+
+    /// Appends each to the other's peers, unless it is there already. Nothing happens with another signal or with a
+    /// slot that is not bound.
+    void Connect(Base& slot)
+    {
+        if (this->IsOtherKind(slot) && slot.IsValid()) Base::Link(*this, slot);
+    }
+
+    /// Null gives back the default, which goes on always and leaves the running result alone.
+    void SetCombiner(Combiner combiner) noexcept { m_combiner = combiner ? combiner : &AlwaysGoOn; }
+    /// The running result that an emission starts with; 0 by default.
+    void SetInitialResult(ResultType result) noexcept { m_initialResult = result; }
+
+    bool IsValid() const noexcept override { return true; }
+
+    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override
+    {
+        return Emit([&](Base& slot) { return slot.Call5(p1, p2, p3, p4, p5); });
+    }
+    ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) override
+    {
+        return Emit([&](Base& slot) { return slot.Call4(p1, p2, p3, p4); });
+    }
+    ResultType Call3(P1 p1, P2 p2, P3 p3) override
+    {
+        return Emit([&](Base& slot) { return slot.Call3(p1, p2, p3); });
+    }
+    ResultType Call2(P1 p1, P2 p2) override
+    {
+        return Emit([&](Base& slot) { return slot.Call2(p1, p2); });
+    }
+    ResultType Call1(P1 p1) override
+    {
+        return Emit([&](Base& slot) { return slot.Call1(p1); });
+    }
+    ResultType Call0() override
+    {
+        return Emit([&](Base& slot) { return slot.Call0(); });
+    }
+
+private:
+    template <class CallSlot>
+    ResultType Emit(CallSlot callSlot)
+    {
+        if (this->IsBusy()) return this->ResultWhenBusy();
+        if (this->IsThrottled()) return this->ResultWhenThrottled();
+
+        this->SetBusy(true);
+        ResultType running = m_initialResult;
+        for (std::size_t i = 0; this->HasPeer(i); ++i)
+            if (!Combine(&running, callSlot(this->GetPeer(i)))) break;
+        this->SetBusy(false); // not reached when a method throws: the signal stays silent from then on, deliberately
+        return running;
+    }
+
+    bool Combine(ResultType* running, ResultType result) const
+    {
+        return m_combiner == &AlwaysGoOn || m_combiner(running, result);
+    }
+
+    static bool AlwaysGoOn(ResultType*, ResultType) { return true; }
+
+    ResultType m_initialResult = {};
+    Combiner m_combiner = &AlwaysGoOn;
+};
