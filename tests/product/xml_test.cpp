@@ -603,12 +603,23 @@ TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
-TEST_F(XmlTest, TheOldFileSurvivesWantOfMemoryAndALostHandle)
+TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
 {
     writeFile(path(), "old");
     EXPECT_THROW(zel_xml::replaceFile(path(), [](HANDLE) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
     EXPECT_EQ(readFile(path()), "old");
     EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(XmlTest, AWriteThatFailsIsReported)
+{
+    writeFile(path(), "old");
+    const HANDLE opened = CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(opened, INVALID_HANDLE_VALUE);
+    const zel_xml::FileHandle readable(opened);
+    EXPECT_FALSE(zel_xml::writeBytes(readable.get(), "new"));
+    EXPECT_EQ(readFile(path()), "old");
 }
 
 TEST_F(XmlTest, TheNewFileIsPutInPlaceWhole)
