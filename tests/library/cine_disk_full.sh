@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs the test of a disk that fills up in the middle of a frame, with a real limit on the size of files.
-# usage: cine_disk_full.sh RUNNER ARCH CINE_STORE_TEST.exe
+# Runs the tests of a disk that fills up in the middle of a frame, with a real limit on the size of files.
+# usage: cine_disk_full.sh RUNNER ARCH CINE_STORE_TEST.exe CINE_STORE_AVI_TEST.exe
 set -euo pipefail
-runner=$1 arch=$2 program=$3
+runner=$1 arch=$2 program=$3 movie_program=$4
 limit_kib=64
 
 # Wine's server must not come under the limit, or it could not save its registry. So a first program, running until its
@@ -17,8 +17,10 @@ status=0
   trap '' XFSZ   # the write that crosses the limit fails, instead of ending the process
   ulimit -f "$limit_kib"
   export CINE_FILE_LIMIT=$((limit_kib * 1024))
-  exec "$runner" --arch "$arch" "$program" --gtest_filter='CineStore.DiskFull*' >&4
-) 4> >(cat) || status=$?
+  for test in "$program" "$movie_program"; do
+    "$runner" --arch "$arch" --closing-line '^\[  PASSED  \] 1 test' "$test" --gtest_filter='*.DiskFull*'
+  done
+) || status=$?
 
 eval "exec ${keeper[1]}>&-"
 wait "$keeper_PID" 2>/dev/null || true
