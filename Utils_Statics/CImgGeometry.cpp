@@ -1,0 +1,170 @@
+#include <Utils_Statics/CImgGeometry.h>
+
+#include "WrapArithmetic.h"
+
+#include <afxwin.h>
+#include <qor_utils/PixelCoordinates.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+/// The imaging parameters that the drawing operations pass on.
+struct Imaging
+{
+    const UPoint& origin;
+    const UPoint& micronsPerPixel;
+    int samplingFreq;
+    int scanA;
+    int scanB;
+    const ZelProbe* probe;
+    int soundSpeed;
+    int scanC;
+    int width;
+    int height;
+    int flip;
+    int ld;
+
+    UPoint ToPixel(int line, int sample) const
+    {
+        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA, scanB,
+                                                probe, soundSpeed, ld, scanC, width, height, flip);
+    }
+    int ProbeType() const { return probe ? probe->type : -1; }
+    bool KnownProbe() const { return ProbeType() >= 0 && ProbeType() <= 2; }
+};
+
+URect Bounds(const UPoint& a, const UPoint& b)
+{
+    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+void Stroke(CDC* dc, const UPoint& from, const UPoint& to)
+{
+    if (!dc) return;
+    dc->MoveTo(from.x, from.y);
+    dc->LineTo(to.x, to.y);
+}
+
+URect DrawStraight(CDC* dc, const UPoint& p1, const UPoint& p2)
+{
+    Stroke(dc, p1, p2);
+    return Bounds(p1, p2);
+}
+
+int Depth(const Imaging& imaging, int sample)
+{
+    const int product = wrap::Multiply(imaging.soundSpeed, 1000000);
+    return wrap::Truncate(static_cast<double>(sample) * product / (2.0 * imaging.samplingFreq));
+}
+
+/// The box of the circle of constant depth. Deliberately one pixel larger at the right and the bottom than at the left
+/// and the top, and not put in order again after flipping.
+CRect ArcBox(const Imaging& imaging, int sample)
+{
+    const int radius = wrap::Add(Depth(imaging, sample), imaging.probe->radius);
+    const int rx = wrap::Divide(radius, imaging.micronsPerPixel.x);
+    const int ry = wrap::Divide(radius, imaging.micronsPerPixel.y);
+    CRect box;
+    box.SetRect(wrap::Subtract(-1, rx), wrap::Subtract(-1, ry), wrap::Add(rx, 2), wrap::Add(ry, 2));
+    box.OffsetRect(imaging.origin.x, imaging.origin.y);
+    if (imaging.flip & 1) {
+        box.left = wrap::Subtract(imaging.width, box.left);
+        box.right = wrap::Subtract(imaging.width, box.right);
+    }
+    if (imaging.flip & 2) {
+        box.top = wrap::Subtract(imaging.height, box.top);
+        box.bottom = wrap::Subtract(imaging.height, box.bottom);
+    }
+    return box;
+}
+
+/// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no device, and GDI
+/// implementations have been seen to fail on it.
+bool Drawable(const CRect& box)
+{
+    constexpr long long most = 1 << 19;
+    const auto small = [](long long a, long long b) { return std::abs(a) <= most && std::abs(a - b) <= most; };
+    return small(box.left, box.right) && small(box.top, box.bottom);
+}
+
+/// GDI draws arcs counter-clockwise: below its centre an arc runs from left to right, above it from right to left.
+void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, const UPoint& p2)
+{
+    if (!dc) return;
+    const bool reversed = (imaging.probe->radius < 0) != ((imaging.flip & 2) != 0);
+    const bool fromFirst = (p1.x < p2.x) != reversed; // so a tie starts at p2, or at p1 when reversed
+    const UPoint& start = fromFirst ? p1 : p2;
+    const UPoint& end = fromFirst ? p2 : p1;
+    const CRect box = ArcBox(imaging, sample);
+    if (!Drawable(box)) return;
+    ::Arc(dc->m_hDC, box.left, box.top, box.right, box.bottom, start.x, start.y, end.x, end.y);
+}
+
+/// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where that is due.
+URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2, const ULine& clip1,
+                  const ULine& clip2)
+{
+    if (imaging.ProbeType() == 1) return DrawStraight(dc, p1, p2);
+    const ULine line{p1.x, p1.y, p2.x, p2.y};
+    ULine out = line;
+    // What is left in `out` is drawn even when neither edge clips.
+    if (imaging.scanB == 0 && !CImgGeometry::ClipLines(dc, line, clip1, out, true))
+        CImgGeometry::ClipLines(dc, line, clip2, out, false);
+    return DrawStraight(dc, {out.x1, out.y1}, {out.x2, out.y2});
+}
+
+} // namespace
+
+URect CImgGeometry::DrawVerticalUSLine(CDC* dc, int line, int sample1, int sample2, const UPoint& origin,
+                                       const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                                       const ZelProbe* probe, int soundSpeed, int scanC, int width, int height,
+                                       int flip, int ld)
+{
+    const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
+                          soundSpeed, scanC,           width,        height, flip,  ld};
+    if (!imaging.KnownProbe()) return {};
+    return DrawStraight(dc, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2));
+}
+
+URect CImgGeometry::DrawHorizontalUSLine(CDC* dc, int sample, int line1, int line2, const UPoint& origin,
+                                         const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                                         const ZelProbe* probe, int soundSpeed, int scanC, int width, int height,
+                                         int flip, int ld)
+{
+    const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
+                          soundSpeed, scanC,           width,        height, flip,  ld};
+    if (micronsPerPixel.x == 0 || micronsPerPixel.y == 0 || !imaging.KnownProbe()) return {};
+    const UPoint p1 = imaging.ToPixel(line1, sample);
+    const UPoint p2 = imaging.ToPixel(line2, sample);
+    if (imaging.ProbeType() != 0) return DrawStraight(dc, p1, p2);
+    DrawArc(dc, imaging, sample, p1, p2);
+    return Bounds(p1, p2);
+}
+
+URect CImgGeometry::DrawVerticalUSLineClip(CDC* dc, int line, int sample1, int sample2, const UPoint& origin,
+                                           const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                                           const ZelProbe* probe, int soundSpeed, const ULine& clip1,
+                                           const ULine& clip2, int scanC, int width, int height, int flip, int ld)
+{
+    const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
+                          soundSpeed, scanC,           width,        height, flip,  ld};
+    if (imaging.ProbeType() == 0)
+        return DrawVerticalUSLine(dc, line, sample1, sample2, origin, micronsPerPixel, samplingFreq, scanA, scanB,
+                                  probe, soundSpeed, scanC, width, height, flip, ld);
+    return DrawClipped(dc, imaging, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2), clip1, clip2);
+}
+
+URect CImgGeometry::DrawHorizontalUSLineClip(CDC* dc, int sample, int line1, int line2, const UPoint& origin,
+                                             const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                                             const ZelProbe* probe, int soundSpeed, const ULine& clip1,
+                                             const ULine& clip2, int scanC, int width, int height, int flip, int ld)
+{
+    const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
+                          soundSpeed, scanC,           width,        height, flip,  ld};
+    if (imaging.ProbeType() == 0)
+        return DrawHorizontalUSLine(dc, sample, line1, line2, origin, micronsPerPixel, samplingFreq, scanA, scanB,
+                                    probe, soundSpeed, scanC, width, height, flip, ld);
+    return DrawClipped(dc, imaging, imaging.ToPixel(line1, sample), imaging.ToPixel(line2, sample), clip1, clip2);
+}
