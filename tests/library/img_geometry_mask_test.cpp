@@ -161,7 +161,7 @@ MaskInput RandomInput(Random& random, const ZelProbe& probe)
     in.samplingFreq = random.Int(500000, 20000000);
     in.steerAngle = random.OneIn(2) ? 0 : random.Int(-60000, 60000);
     in.lines = random.Int(1, 300);
-    const int left = random.OneIn(2) ? 0 : random.Int(-5, probe.elements);
+    const int left = random.OneIn(2) ? 0 : random.Int(-5, std::clamp(probe.elements, 0, 300));
     const int top = random.OneIn(2) ? 0 : random.Int(-5, 300);
     in.imageRect = CRect(left, top, random.OneIn(2) ? probe.elements : random.Int(-5, 300), random.Int(1, 3000));
     in.scanB = probe.type == 2 && random.OneIn(2) ? random.Int(-20000, 50000) : 0;

@@ -41,7 +41,8 @@ public:
                                     int ld);
 
     /// Draws the line of constant depth at `sample` between two scan lines: an arc on curved probes, a chord on the
-    /// others (deliberately also on phased ones). Unknown types and a zero scale draw nothing.
+    /// others (deliberately also on phased ones). Unknown types and a zero scale draw nothing. An arc of a circle
+    /// of more than half a million pixels is not drawn; its result is the same.
     static URect DrawHorizontalUSLine(CDC* dc, int sample, int line1, int line2, const UPoint& origin,
                                       const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
                                       const ZelProbe* probe, int soundSpeed, int scanC, int width, int height, int flip,
