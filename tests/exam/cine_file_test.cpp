@@ -1,4 +1,4 @@
-#include "CineFile.h"
+#include "image/CineFile.h"
 
 #include "test_support/TemporaryFolder.h"
 

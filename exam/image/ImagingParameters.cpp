@@ -1,4 +1,4 @@
-#include "ImagingParameters.h"
+#include "image/ImagingParameters.h"
 
 #include <qor_utils/PixelCoordinates.h>
 

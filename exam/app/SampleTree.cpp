@@ -1,4 +1,4 @@
-#include "SampleTree.h"
+#include "app/SampleTree.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/zelPath.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CineFile.h"
+#include "image/CineFile.h"
 
 #include <qor_utils/UPoint.h>
 

@@ -1,5 +1,5 @@
 // Station 4: real echoes on the screen, at true proportions.
-#include "Tour.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
 

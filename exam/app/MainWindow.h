@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ImageView.h"
-#include "Session.h"
+#include "image/ImageView.h"
+#include "app/Session.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 

@@ -1,7 +1,7 @@
-#include "Tour.h"
+#include "tour/Tour.h"
 
-#include "Capture.h"
-#include "Console.h"
+#include "image/Capture.h"
+#include "app/Console.h"
 
 #include <Utils_Statics/utilsExam.h>
 

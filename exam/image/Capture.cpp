@@ -1,4 +1,4 @@
-#include "Capture.h"
+#include "image/Capture.h"
 
 #include <afxwin.h>
 

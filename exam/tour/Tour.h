@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MainWindow.h"
-#include "Session.h"
+#include "app/MainWindow.h"
+#include "app/Session.h"
 
 #include <string>
 

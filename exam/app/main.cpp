@@ -1,5 +1,5 @@
 // The sample exam application. Its application object is a static object, as the framework expects.
-#include "ExamApp.h"
+#include "app/ExamApp.h"
 
 namespace
 {

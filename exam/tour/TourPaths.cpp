@@ -1,5 +1,5 @@
 // Station 2: paths, directories and the layers of protocol files.
-#include "Tour.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/zelPath.h>

@@ -1,8 +1,8 @@
-#include "Screen.h"
+#include "screen/Screen.h"
 
-#include "InfoPanel.h"
-#include "Palette.h"
-#include "Ruler.h"
+#include "screen/InfoPanel.h"
+#include "screen/Palette.h"
+#include "screen/Ruler.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CommandLine.h"
-#include "MainWindow.h"
-#include "Session.h"
+#include "app/CommandLine.h"
+#include "app/MainWindow.h"
+#include "app/Session.h"
 
 #include <afxwin.h>
 

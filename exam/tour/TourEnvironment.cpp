@@ -1,5 +1,5 @@
 // Station 1: the exam environment and the state-change signal.
-#include "Tour.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
 

@@ -1,6 +1,6 @@
-#include "MainWindow.h"
+#include "app/MainWindow.h"
 
-#include "Screen.h"
+#include "screen/Screen.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

@@ -1,8 +1,8 @@
-#include "ExamApp.h"
+#include "app/ExamApp.h"
 
-#include "Console.h"
-#include "SampleTree.h"
-#include "Tour.h"
+#include "app/Console.h"
+#include "app/SampleTree.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/ZelTString.h>

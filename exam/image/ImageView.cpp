@@ -1,4 +1,4 @@
-#include "ImageView.h"
+#include "image/ImageView.h"
 
 #include <algorithm>
 

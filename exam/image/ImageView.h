@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ImagingParameters.h"
+#include "image/ImagingParameters.h"
 
 #include <afxwin.h>
 #include <qor_imgproc/FrameMap.h>

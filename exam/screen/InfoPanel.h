@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ImagingParameters.h"
-#include "Session.h"
+#include "image/ImagingParameters.h"
+#include "app/Session.h"
 
 #include <afxwin.h>
 

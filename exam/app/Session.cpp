@@ -1,4 +1,4 @@
-#include "Session.h"
+#include "app/Session.h"
 
 #include <Utils_Statics/utilsExam.h>
 

@@ -1,5 +1,5 @@
 // Station 3: texts in two languages, and what happens to a wrong translation.
-#include "Tour.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>

@@ -1,6 +1,6 @@
-#include "InfoPanel.h"
+#include "screen/InfoPanel.h"
 
-#include "Palette.h"
+#include "screen/Palette.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

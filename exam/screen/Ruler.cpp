@@ -1,6 +1,6 @@
-#include "Ruler.h"
+#include "screen/Ruler.h"
 
-#include "Palette.h"
+#include "screen/Palette.h"
 
 namespace exam
 {
