@@ -75,7 +75,9 @@ const wchar_t* UsageText()
            L"                 exits 0 only when all steps held\n"
            L"  --help         this text\n"
            L"\n"
-           L"Keys: Space shows the next image, F the next frame, L the other language, Esc leaves.\n";
+           L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 show and hide the\n"
+           L"distance, angle and region tools; P switches between pointer and trackball style, Tab takes up the next\n"
+           L"point; S shows the spectral strip, R turns the outline by 15 degrees; Esc leaves.\n";
 }
 
 } // namespace exam

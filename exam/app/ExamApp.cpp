@@ -3,6 +3,7 @@
 #include "app/Console.h"
 #include "app/SampleTree.h"
 #include "tour/Tour.h"
+#include "app/StateChanges.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/ZelTString.h>

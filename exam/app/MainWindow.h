@@ -1,7 +1,10 @@
 #pragma once
 
-#include "image/ImageView.h"
 #include "app/Session.h"
+#include "image/ImageView.h"
+#include "measure/MeasureTools.h"
+#include "measure/SimulatedFlow.h"
+#include "screen/Screen.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 
@@ -10,15 +13,8 @@
 namespace exam
 {
 
-// The meanings that this application gives to the state-change signal.
-enum ExamStateChange
-{
-    stateImageChanged = 1,   // param1: index of the recording, param2: its frame
-    stateLanguageChanged = 2 // no parameters
-};
-
-// The application's main window, 1024 x 768 pixels of client area. It repaints when the state-change signal tells it
-// that something it shows has changed; nobody calls it to repaint directly.
+// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a console. It repaints when
+// the state-change signal tells it that something it shows has changed; nobody calls it to repaint directly.
 class MainWindow : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -28,25 +24,39 @@ public:
     bool Open();
 
     const ImageView& view() const { return m_view; }
+    MeasureTools& tools() { return m_tools; }
     unsigned changesSeen() const { return m_changesSeen; }
-    void SetStatus(const CString& text);
 
-    // Switches the current language to the next one of the string tables.
+    void SetStatus(const CString& text);
+    void ShowStrip(bool shown);
+
+    // Tenths of a degree; 0 hides the outline.
+    void SetRotation(int angle);
+
+    // Switches the current language to the other one of the string tables.
     void NextLanguage();
 
 protected:
     BOOL OnEraseBkgnd(CDC* dc);
     void OnPaint();
     void OnKeyDown(UINT key, UINT repeat, UINT flags);
+    void OnLButtonDown(UINT flags, CPoint point);
+    void OnLButtonUp(UINT flags, CPoint point);
+    void OnMouseMove(UINT flags, CPoint point);
     void OnDestroy();
     DECLARE_MESSAGE_MAP()
 
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    void ShowFrame();
+    void ToggleTool(ImageTool& tool);
 
     Session& m_session;
     ImageView m_view;
-    CString m_status;
+    const CineFile* m_shown = nullptr; // the recording that the view is fitted to
+    MeasureTools m_tools;
+    SimulatedFlow m_flow;
+    ScreenContent m_content;
     unsigned m_changesSeen = 0;
 };
 

@@ -1,8 +1,10 @@
 #include "image/ImagingParameters.h"
 
+#include <Utils_Statics/CImgGeometry.h>
 #include <qor_utils/PixelCoordinates.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace exam
 {
@@ -64,6 +66,22 @@ CPoint ImagingParameters::Pixel(int line, int sample) const
     const UPoint pixel = qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA,
                                                           scanB, &probe, soundSpeed, ld, scanC, width, height, flip);
     return {pixel.x, pixel.y};
+}
+
+UPoint ImagingParameters::ScanPosition(CPoint pixel) const
+{
+    const UPoint position =
+        CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, scanA, scanB, lines,
+                                       &probe, soundSpeed, scanC, width, height, flip);
+    // The library counts elements across the aperture; the lines of a frame lie closer or wider.
+    const int elements = std::max(1, probe.elements);
+    return {std::clamp(position.x * lines / elements, 0, std::max(0, lines - 1)),
+            std::clamp(position.y, 0, std::max(0, samples - 1))};
+}
+
+double ImagingParameters::Millimetres(CPoint a, CPoint b) const
+{
+    return std::hypot((a.x - b.x) * micronsPerPixel.x, (a.y - b.y) * micronsPerPixel.y) / 1000.0;
 }
 
 double ImagingParameters::DepthMillimetres() const

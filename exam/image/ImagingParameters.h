@@ -31,6 +31,12 @@ struct ImagingParameters
     // The pixel of a sample on a scan line.
     CPoint Pixel(int line, int sample) const;
 
+    // The nearest scan line and sample to a pixel: x is the line, y the sample.
+    UPoint ScanPosition(CPoint pixel) const;
+
+    // The distance of two pixels.
+    double Millimetres(CPoint a, CPoint b) const;
+
     double DepthMillimetres() const;
 };
 

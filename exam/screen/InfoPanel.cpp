@@ -1,6 +1,7 @@
 #include "screen/InfoPanel.h"
 
 #include "screen/Palette.h"
+#include "screen/Screen.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -52,21 +53,25 @@ private:
 
 } // namespace
 
-void DrawInfoPanel(CDC& dc, const CRect& area, const Session& session, const ImagingParameters& image)
+void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content)
 {
     dc.FillSolidRect(&area, palette::panel);
     dc.SetBkMode(TRANSPARENT);
-    CRect content = area;
-    content.DeflateRect(18, 16);
-    Rows rows(dc, content);
+    CRect box = area;
+    box.DeflateRect(18, 16);
+    Rows rows(dc, box);
     rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
     rows.Add("exam.label.mode", GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (session.empty()) return;
+    if (content.session.empty()) return;
+    const ImagingParameters& image = content.view.parameters();
+    const Session& session = content.session;
     rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
     rows.Add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
-    rows.Add("exam.label.scale", GetStr("exam.value.scale", image.micronsPerPixel.x));
+    rows.Add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     rows.Add("exam.label.frame", GetStr("exam.value.frame", session.frame() + 1, session.cine().frames()));
+    for (const ImageTool* const tool : content.tools.all())
+        if (tool->visible()) rows.Add(tool->NameKey(), tool->Readout());
 }
 
 } // namespace exam

@@ -1,8 +1,11 @@
 #include "screen/Screen.h"
 
+#include "measure/RotatedOutline.h"
+#include "measure/SpectralStrip.h"
 #include "screen/InfoPanel.h"
 #include "screen/Palette.h"
 #include "screen/Ruler.h"
+#include "screen/ScreenLayout.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -20,7 +23,7 @@ public:
     ScopedFont(CDC& dc, int pixels, int weight) : m_dc(dc)
     {
         m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                          CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial");
+                          CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial");
         m_old = dc.SelectObject(&m_font);
     }
     ~ScopedFont() { m_dc.SelectObject(m_old); }
@@ -45,20 +48,30 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
-void DrawImageArea(CDC& dc, const Session& session, const ImageView& view)
+void DrawImageArea(CDC& dc, const ScreenContent& content)
 {
-    const CRect area = ScreenLayout::image();
+    const CRect area = ScreenLayout::imageArea();
     dc.FillSolidRect(&area, palette::background);
-    if (session.empty()) return;
-    view.Paint(dc, area.TopLeft());
+    if (content.session.empty()) return;
+    content.view.Paint(dc, area.TopLeft());
+    // Scale and tools draw in pixels of the image.
     dc.SetViewportOrg(area.left, area.top);
-    DrawRuler(dc, view.parameters(), ScreenLayout::imageSize().cx);
+    DrawRuler(dc, content.view.parameters(), ScreenLayout::image().Width());
+    content.tools.Draw(dc);
     dc.SetViewportOrg(0, 0);
+}
+
+void DrawPanel(CDC& dc, const ScreenContent& content)
+{
+    DrawInfoPanel(dc, ScreenLayout::panel(), content);
+    if (content.rotation == 0) return;
+    const CSize size(content.view.parameters().width, content.view.parameters().height);
+    DrawRotatedOutline(dc, ScreenLayout::outline(), RotateImageOutline(size, content.rotation));
 }
 
 } // namespace
 
-void DrawScreen(CDC& dc, const Session& session, const ImageView& view, const CString& status)
+void DrawScreen(CDC& dc, const ScreenContent& content)
 {
     {
         const ScopedFont font(dc, 18, FW_SEMIBOLD);
@@ -66,9 +79,14 @@ void DrawScreen(CDC& dc, const Session& session, const ImageView& view, const CS
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
     const ScopedFont font(dc, 14, FW_NORMAL);
-    DrawImageArea(dc, session, view);
-    DrawInfoPanel(dc, ScreenLayout::panel(), session, view.parameters());
-    DrawBar(dc, ScreenLayout::status(), status, GetStr("exam.keys"));
+    DrawImageArea(dc, content);
+    DrawPanel(dc, content);
+    if (content.stripShown)
+    {
+        spectralTraceData traces = content.flow.traces();
+        DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
+    }
+    DrawBar(dc, ScreenLayout::status(), content.status, GetStr("exam.keys"));
 }
 
 } // namespace exam

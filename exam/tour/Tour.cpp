@@ -49,6 +49,8 @@ void TakeTour(TourContext& context)
     TourPaths(context);
     TourTexts(context);
     TourImages(context);
+    TourMeasurements(context);
+    TourDoppler(context);
 }
 
 } // namespace exam

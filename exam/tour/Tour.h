@@ -42,5 +42,7 @@ void TourEnvironment(TourContext& context);
 void TourPaths(TourContext& context);
 void TourTexts(TourContext& context);
 void TourImages(TourContext& context);
+void TourMeasurements(TourContext& context);
+void TourDoppler(TourContext& context);
 
 } // namespace exam

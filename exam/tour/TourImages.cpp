@@ -1,5 +1,6 @@
 // Station 4: real echoes on the screen, at true proportions.
 #include "tour/Tour.h"
+#include "app/StateChanges.h"
 
 #include <Utils_Statics/utilsExam.h>
 
@@ -28,12 +29,6 @@ double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSam
     return sum / count;
 }
 
-// Distance of two image points in millimetres.
-double Millimetres(const ImagingParameters& image, CPoint a, CPoint b)
-{
-    return std::hypot((a.x - b.x) * image.micronsPerPixel.x, (a.y - b.y) * image.micronsPerPixel.y) / 1000.0;
-}
-
 void CurvedFrame(TourContext& context)
 {
     ShowRecording(context, 0);
@@ -47,7 +42,7 @@ void CurvedFrame(TourContext& context)
                         L"nothing is shown outside the sector");
     // Chord of the probe's face: 2 r sin(half the sector), from the recording's published geometry.
     const double chord = 2 * 26.4 * std::sin((std::acos(-1.0) / 2 + 0.5) / 2);
-    const double shown = Millimetres(image, image.Pixel(0, 0), image.Pixel(240, 0));
+    const double shown = image.Millimetres(image.Pixel(0, 0), image.Pixel(240, 0));
     context.report.Step(std::abs(shown - chord) < 2 * image.micronsPerPixel.x / 1000.0,
                         L"the sector is as wide as the probe's geometry says");
     context.Picture(L"curved");
@@ -57,8 +52,8 @@ void LinearFrame(TourContext& context)
 {
     ShowRecording(context, 1);
     const ImagingParameters& image = context.window.view().parameters();
-    const double width = Millimetres(image, image.Pixel(0, 0), image.Pixel(127, 0));
-    const double depth = Millimetres(image, image.Pixel(64, 0), image.Pixel(64, 1535));
+    const double width = image.Millimetres(image.Pixel(0, 0), image.Pixel(127, 0));
+    const double depth = image.Millimetres(image.Pixel(64, 0), image.Pixel(64, 1535));
     context.report.Step(std::abs(width - 12.7) < 0.1 && std::abs(depth - 19.71) < 0.1,
                         L"the linear recording is a rectangle of 12.7 x 19.7 mm");
     context.Picture(L"linear");

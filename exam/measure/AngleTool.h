@@ -1,0 +1,22 @@
+#pragma once
+
+#include "measure/ImageTool.h"
+
+namespace exam
+{
+
+// Three points; the angle at the second, between the ways to the first and to the third.
+class AngleTool : public ImageTool
+{
+public:
+    using ImageTool::ImageTool;
+
+    // 0 to 180; 0 while two of the points coincide.
+    double Degrees() const;
+
+    void Draw(CDC& dc) const override;
+    CString Readout() const override;
+    const char* NameKey() const override { return "exam.tool.angle"; }
+};
+
+} // namespace exam

@@ -1,0 +1,118 @@
+#include "measure/ImageTool.h"
+
+#include "app/StateChanges.h"
+
+#include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace exam
+{
+
+namespace
+{
+
+void TellMeasurementChanged()
+{
+    utilsExam::StateChangeSignal(StateChangeType(stateMeasurementChanged), 0, 0);
+}
+
+} // namespace
+
+ImageTool::ImageTool(const ImageView& view, CPoint corner, int order, std::vector<CPoint> points)
+    : m_view(view), m_corner(corner), m_order(order), m_points(std::move(points))
+{
+}
+
+void ImageTool::Show(bool visible)
+{
+    m_visible = visible;
+    if (visible)
+        MouseCapture::Register(this);
+    else
+    {
+        if (MouseCapture::GetLock() == this) MouseCapture::Unlock();
+        MouseCapture::Unregister(this);
+    }
+    TellMeasurementChanged();
+}
+
+void ImageTool::SetPoints(const std::vector<CPoint>& points)
+{
+    for (std::size_t i = 0; i < std::min(points.size(), m_points.size()); ++i)
+        MovePoint(i, points[i]);
+    TellMeasurementChanged();
+}
+
+void ImageTool::DrawPoints(CDC& dc) const
+{
+    for (std::size_t i = 0; i < m_points.size(); ++i)
+    {
+        const int arm = static_cast<int>(i) == m_active ? 9 : 6;
+        dc.MoveTo(m_points[i].x - arm, m_points[i].y);
+        dc.LineTo(m_points[i].x + arm + 1, m_points[i].y);
+        dc.MoveTo(m_points[i].x, m_points[i].y - arm);
+        dc.LineTo(m_points[i].x, m_points[i].y + arm + 1);
+    }
+}
+
+void ImageTool::MovePoint(std::size_t index, CPoint to)
+{
+    m_points[index].x = std::clamp<LONG>(to.x, 0, std::max(0, image().width - 1));
+    m_points[index].y = std::clamp<LONG>(to.y, 0, std::max(0, image().height - 1));
+}
+
+bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
+{
+    if (m_active < 0 || m_active >= static_cast<int>(m_points.size())) return false;
+    if (message == WM_MOUSEMOVE)
+    {
+        MovePoint(static_cast<std::size_t>(m_active), CPoint(x, y) - m_corner);
+        TellMeasurementChanged();
+        return true;
+    }
+    if (message == WM_LBUTTONDOWN) // trackball style: the button puts the point down and takes the next one up
+    {
+        MouseCapture::LockNext();
+        return true;
+    }
+    return false;
+}
+
+void ImageTool::OnReleaseMouse()
+{
+    m_active = -1;
+    TellMeasurementChanged();
+}
+
+void ImageTool::GetAutoPoints(std::vector<POINT>& points)
+{
+    for (const CPoint& point : m_points)
+        points.push_back(point + m_corner);
+}
+
+void ImageTool::SetLock(int index)
+{
+    m_active = index;
+    if (MouseCapture::GetInput() == InputTrackball)
+    {
+        // The main window's client area begins at the screen's corner, so client pixels are screen pixels.
+        CRect area(m_corner, CSize(image().width, image().height));
+        MouseCapture::ClipCursor(&area);
+        if (index >= 0 && index < static_cast<int>(m_points.size()))
+        {
+            const CPoint at = m_points[static_cast<std::size_t>(index)] + m_corner;
+            SetCursorPos(at.x, at.y);
+        }
+    }
+    TellMeasurementChanged();
+}
+
+void ImageTool::GetBackgroundRect(CRect& rect)
+{
+    rect = CRect(m_corner, CSize(image().width, image().height));
+}
+
+} // namespace exam

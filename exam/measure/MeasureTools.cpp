@@ -1,0 +1,41 @@
+#include "measure/MeasureTools.h"
+
+#include "screen/Palette.h"
+
+namespace exam
+{
+
+MeasureTools::MeasureTools(const ImageView& view, const CRect& area)
+    : m_area(area), m_distance(view, area.TopLeft(), 1, std::vector<CPoint>(2)),
+      m_angle(view, area.TopLeft(), 2, std::vector<CPoint>(3)), m_region(view, area.TopLeft(), 3, std::vector<CPoint>(2))
+{
+    MouseCapture::Initialize(m_area, InputPointer);
+}
+
+void MeasureTools::Reset(CSize size)
+{
+    const auto at = [size](int x, int y) { return CPoint(size.cx * x / 100, size.cy * y / 100); };
+    m_distance.SetPoints({at(42, 40), at(58, 40)});
+    m_angle.SetPoints({at(36, 50), at(42, 66), at(52, 52)});
+    m_region.SetPoints({at(40, 60), at(62, 76)});
+}
+
+void MeasureTools::SetInput(InputType input)
+{
+    MouseCapture::Unlock();
+    MouseCapture::Initialize(m_area, input);
+}
+
+void MeasureTools::Draw(CDC& dc) const
+{
+    for (const ImageTool* const tool : all())
+    {
+        if (!tool->visible()) continue;
+        CPen pen(PS_SOLID, 1, palette::accent);
+        CPen* const old = dc.SelectObject(&pen);
+        tool->Draw(dc);
+        dc.SelectObject(old);
+    }
+}
+
+} // namespace exam

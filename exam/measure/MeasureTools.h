@@ -1,0 +1,42 @@
+#pragma once
+
+#include "measure/AngleTool.h"
+#include "measure/DistanceCaliper.h"
+#include "measure/RegionBox.h"
+
+#include <Utils_Statics/MouseCapture.h>
+
+#include <array>
+
+namespace exam
+{
+
+// The application's measuring tools, in the order in which the lock steps through them.
+class MeasureTools
+{
+public:
+    // `area`: where the image is in the main window's client area.
+    MeasureTools(const ImageView& view, const CRect& area);
+
+    DistanceCaliper& distance() { return m_distance; }
+    AngleTool& angle() { return m_angle; }
+    RegionBox& region() { return m_region; }
+    std::array<const ImageTool*, 3> all() const { return {&m_distance, &m_angle, &m_region}; }
+
+    // Puts every tool back to its first place on an image of that size.
+    void Reset(CSize size);
+
+    // Trackball or pointer style; lets go of a point that is held.
+    void SetInput(InputType input);
+
+    // Draws the visible tools in pixels of the image.
+    void Draw(CDC& dc) const;
+
+private:
+    CRect m_area;
+    DistanceCaliper m_distance;
+    AngleTool m_angle;
+    RegionBox m_region;
+};
+
+} // namespace exam

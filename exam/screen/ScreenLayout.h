@@ -1,0 +1,51 @@
+#pragma once
+
+#include <atltypes.h>
+
+namespace exam
+{
+
+// The fixed layout of the main window's client area, in pixels.
+struct ScreenLayout
+{
+    static constexpr int width = 1024;
+    static constexpr int height = 768;
+    static constexpr int headerHeight = 44;
+    static constexpr int statusHeight = 32;
+    static constexpr int panelWidth = 248;
+    static constexpr int rulerWidth = 64;
+    static constexpr int stripHeight = 200;
+    static constexpr int outlineHeight = 150;
+
+    static CRect header() { return {0, 0, width, headerHeight}; }
+    static CRect imageArea() { return {0, headerHeight, width - panelWidth, height - statusHeight}; }
+    static CRect panel() { return {width - panelWidth, headerHeight, width, height - statusHeight}; }
+    static CRect status() { return {0, height - statusHeight, width, height}; }
+
+    // The part of imageArea() that the frame is fitted into; the depth scale stands to the right of it.
+    static CRect image()
+    {
+        CRect rect = imageArea();
+        rect.right -= rulerWidth;
+        return rect;
+    }
+
+    // The spectral strip covers the lower end of imageArea() while it is shown.
+    static CRect strip()
+    {
+        CRect rect = imageArea();
+        rect.top = rect.bottom - stripHeight;
+        return rect;
+    }
+
+    // The lower end of the panel.
+    static CRect outline()
+    {
+        CRect rect = panel();
+        rect.top = rect.bottom - outlineHeight;
+        rect.DeflateRect(24, 16);
+        return rect;
+    }
+};
+
+} // namespace exam

@@ -1,0 +1,149 @@
+// Station 5: measuring on the image with the mouse, through the arbitration, with posted messages.
+#include "app/StateChanges.h"
+#include "screen/ScreenLayout.h"
+#include "tour/Tour.h"
+
+#include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <cmath>
+
+namespace exam
+{
+
+namespace
+{
+
+// Posts messages to the main window's queue, as the user's mouse would, and lets the window handle them.
+class Mouse
+{
+public:
+    explicit Mouse(MainWindow& window) : m_window(window.GetSafeHwnd()) {}
+
+    void Press(CPoint at) { Post(WM_LBUTTONDOWN, MK_LBUTTON, at); }
+    void Drag(CPoint to) { Post(WM_MOUSEMOVE, MK_LBUTTON, to); }
+    void Move(CPoint to) { Post(WM_MOUSEMOVE, 0, to); }
+    void Release(CPoint at) { Post(WM_LBUTTONUP, 0, at); }
+    void Key(UINT key) { Send(WM_KEYDOWN, key, 0); }
+
+    void DragPoint(CPoint from, CPoint to)
+    {
+        Press(from);
+        Drag(to);
+        Release(to);
+    }
+
+private:
+    void Post(UINT message, WPARAM flags, CPoint imagePoint)
+    {
+        const CPoint at = imagePoint + ScreenLayout::image().TopLeft();
+        Send(message, flags, MAKELPARAM(at.x, at.y));
+    }
+
+    void Send(UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        ::PostMessage(m_window, message, wParam, lParam);
+        MSG next;
+        while (PeekMessage(&next, m_window, message, message, PM_REMOVE))
+            DispatchMessage(&next);
+    }
+
+    HWND m_window;
+};
+
+bool Near(double value, double expected, double tolerance)
+{
+    return std::abs(value - expected) <= tolerance;
+}
+
+void ShowCurvedRecording(TourContext& context)
+{
+    context.session.Select(0);
+    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
+}
+
+// Two points down one scan line, 40 mm apart by their samples: the caliper has to say so.
+void Distance(TourContext& context, Mouse& mouse)
+{
+    DistanceCaliper& caliper = context.window.tools().distance();
+    const ImagingParameters& image = context.window.view().parameters();
+    mouse.Key('1');
+    const CPoint near = image.Pixel(60, 300);
+    const CPoint far = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
+    mouse.DragPoint(caliper.points()[0], near);
+    mouse.DragPoint(caliper.points()[1], far);
+    context.report.Step(caliper.points()[0] == near && caliper.points()[1] == far,
+                        L"the caliper's points are dragged with the mouse");
+    context.report.Step(Near(caliper.Millimetres(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
+                        L"the caliper measures 40 mm along a slanted scan line");
+    context.report.Step(!MouseCapture::IsLocked(), L"nobody holds the pointer after the button is released");
+}
+
+void Angle(TourContext& context, Mouse& mouse)
+{
+    AngleTool& angle = context.window.tools().angle();
+    mouse.Key('2');
+    const CPoint vertex(330, 400);
+    mouse.DragPoint(angle.points()[1], vertex);
+    mouse.DragPoint(angle.points()[0], vertex + CPoint(100, 0));
+    mouse.DragPoint(angle.points()[2], vertex + CPoint(100, -100));
+    context.report.Step(Near(angle.Degrees(), 45.0, 0.01), L"the angle tool measures 45 degrees");
+}
+
+void Region(TourContext& context, Mouse& mouse)
+{
+    RegionBox& region = context.window.tools().region();
+    const ImagingParameters& image = context.window.view().parameters();
+    mouse.Key('3');
+    mouse.DragPoint(region.points()[0], image.Pixel(120, 1000));
+    mouse.DragPoint(region.points()[1], image.Pixel(170, 1400));
+    context.report.Step(Near(region.DepthMillimetres(), 400 * 0.0513434, 0.3),
+                        L"the region's depth follows the scan lines");
+    // Chord between lines 120 and 170 at the radius of sample 1400.
+    const double radius = 26.4 + 1400 * 0.0513434;
+    const double chord = 2 * radius * std::sin(50 * (std::acos(-1.0) / 2 + 0.5) / 240 / 2);
+    context.report.Step(Near(region.WidthMillimetres(), chord, 1.5), L"its deep side is as long as the geometry says");
+}
+
+void PressBeyondReach(TourContext& context, Mouse& mouse)
+{
+    mouse.Press({5, 5});
+    context.report.Step(!MouseCapture::IsLocked(), L"a press far from every point grabs nothing");
+    mouse.Release({5, 5});
+}
+
+void Trackball(TourContext& context, Mouse& mouse)
+{
+    const DistanceCaliper& caliper = context.window.tools().distance();
+    mouse.Key('P');
+    mouse.Key(VK_TAB);
+    const bool first = MouseCapture::GetLock() == &caliper;
+    const CPoint before = caliper.points()[0];
+    mouse.Move(before + CPoint(7, 5));
+    const bool moved = caliper.points()[0] == before + CPoint(7, 5);
+    mouse.Move(before);
+    mouse.Key(VK_TAB);
+    mouse.Key(VK_TAB);
+    context.report.Step(first && moved && MouseCapture::GetLock() == &context.window.tools().angle(),
+                        L"in trackball style Tab steps from point to point and from tool to tool");
+    mouse.Key('P');
+    context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");
+}
+
+} // namespace
+
+void TourMeasurements(TourContext& context)
+{
+    ShowCurvedRecording(context);
+    Mouse mouse(context.window);
+    Distance(context, mouse);
+    Angle(context, mouse);
+    Region(context, mouse);
+    PressBeyondReach(context, mouse);
+    Trackball(context, mouse);
+    context.Picture(L"measurements");
+    for (const UINT key : {'1', '2', '3'})
+        mouse.Key(key);
+}
+
+} // namespace exam
