@@ -10,12 +10,12 @@ namespace exam
 
 double AngleTool::Degrees() const
 {
-    const CPoint a = points()[0] - points()[1];
-    const CPoint b = points()[2] - points()[1];
+    const CSize a = points()[0] - points()[1];
+    const CSize b = points()[2] - points()[1];
     const double sx = image().micronsPerPixel.x;
     const double sy = image().micronsPerPixel.y;
-    const double dot = a.x * sx * b.x * sx + a.y * sy * b.y * sy;
-    const double cross = (1.0 * a.x * b.y - 1.0 * a.y * b.x) * sx * sy;
+    const double dot = a.cx * sx * b.cx * sx + a.cy * sy * b.cy * sy;
+    const double cross = (1.0 * a.cx * b.cy - 1.0 * a.cy * b.cx) * sx * sy;
     return std::abs(std::atan2(cross, dot)) * 180 / std::numbers::pi;
 }
 

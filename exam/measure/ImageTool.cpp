@@ -69,7 +69,7 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
     if (m_active < 0 || m_active >= static_cast<int>(m_points.size())) return false;
     if (message == WM_MOUSEMOVE)
     {
-        MovePoint(static_cast<std::size_t>(m_active), CPoint(x, y) - m_corner);
+        MovePoint(static_cast<std::size_t>(m_active), CPoint(x - m_corner.x, y - m_corner.y));
         TellMeasurementChanged();
         return true;
     }

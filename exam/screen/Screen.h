@@ -19,7 +19,7 @@ struct ScreenContent
     SimulatedFlow& flow;
     bool stripShown = false;
     int rotation = 0; // tenths of a degree; 0: no rotated outline
-    CString status;
+    CString status{};
 };
 
 // Paints the whole client area: header, image with its scale and tools, facts, status line.
