@@ -1,5 +1,6 @@
 #include "app/SampleTree.h"
 
+#include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/zelPath.h>
 

@@ -68,11 +68,11 @@ void Distance(TourContext& context, Mouse& mouse)
     DistanceCaliper& caliper = context.window.tools().distance();
     const ImagingParameters& image = context.window.view().parameters();
     mouse.Key('1');
-    const CPoint near = image.Pixel(60, 300);
-    const CPoint far = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
-    mouse.DragPoint(caliper.points()[0], near);
-    mouse.DragPoint(caliper.points()[1], far);
-    context.report.Step(caliper.points()[0] == near && caliper.points()[1] == far,
+    const CPoint shallow = image.Pixel(60, 300);
+    const CPoint deep = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
+    mouse.DragPoint(caliper.points()[0], shallow);
+    mouse.DragPoint(caliper.points()[1], deep);
+    context.report.Step(caliper.points()[0] == shallow && caliper.points()[1] == deep,
                         L"the caliper's points are dragged with the mouse");
     context.report.Step(Near(caliper.Millimetres(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
                         L"the caliper measures 40 mm along a slanted scan line");
