@@ -67,7 +67,7 @@ void DrawSpectralStrip(CDC& dc, const CRect& area, spectralTraceData& data)
     DrawScale(dc, plot, baseline);
     DrawTrace(dc, plot, data.getDataSet(eTraceType(1)), data.getSetSize(), palette::label);
     DrawTrace(dc, plot, data.getDataSet(eTraceType(0)), data.getSetSize(), palette::accent);
-    CRect caption(area.left + 16, area.top + 4, area.right, area.top + 24);
+    CRect caption(area.left + 16, area.bottom - 28, area.right, area.bottom - 6);
     dc.SetTextColor(palette::label);
     dc.DrawText(GetStr("exam.doppler.simulated"), &caption, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
 }

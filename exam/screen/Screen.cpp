@@ -78,7 +78,7 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
         DrawBar(dc, ScreenLayout::header(), GetStr("exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
-    const ScopedFont font(dc, 14, FW_NORMAL);
+    const ScopedFont font(dc, 15, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);
     if (content.stripShown)

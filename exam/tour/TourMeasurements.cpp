@@ -40,11 +40,19 @@ private:
         Send(message, flags, MAKELPARAM(at.x, at.y));
     }
 
+    // Everything that is pending is handled before and after: moving the cursor, which the tools do in trackball style,
+    // brings mouse messages of its own.
     void Send(UINT message, WPARAM wParam, LPARAM lParam)
     {
+        HandlePending();
         ::PostMessage(m_window, message, wParam, lParam);
+        HandlePending();
+    }
+
+    void HandlePending()
+    {
         MSG next;
-        while (PeekMessage(&next, m_window, message, message, PM_REMOVE))
+        while (PeekMessage(&next, m_window, 0, 0, PM_REMOVE))
             DispatchMessage(&next);
     }
 
@@ -83,7 +91,7 @@ void Angle(TourContext& context, Mouse& mouse)
 {
     AngleTool& angle = context.window.tools().angle();
     mouse.Key('2');
-    const CPoint vertex(330, 400);
+    const CPoint vertex(300, 320);
     mouse.DragPoint(angle.points()[1], vertex);
     mouse.DragPoint(angle.points()[0], vertex + CPoint(100, 0));
     mouse.DragPoint(angle.points()[2], vertex + CPoint(100, -100));
