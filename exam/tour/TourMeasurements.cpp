@@ -103,12 +103,12 @@ void Region(TourContext& context, Mouse& mouse)
     RegionBox& region = context.window.tools().region();
     const ImagingParameters& image = context.window.view().parameters();
     mouse.Key('3');
-    mouse.DragPoint(region.points()[0], image.Pixel(120, 1000));
-    mouse.DragPoint(region.points()[1], image.Pixel(170, 1400));
+    mouse.DragPoint(region.points()[0], image.Pixel(150, 500));
+    mouse.DragPoint(region.points()[1], image.Pixel(200, 900));
     context.report.Step(Near(region.DepthMillimetres(), 400 * 0.0513434, 0.3),
                         L"the region's depth follows the scan lines");
-    // Chord between lines 120 and 170 at the radius of sample 1400.
-    const double radius = 26.4 + 1400 * 0.0513434;
+    // Chord between lines 150 and 200 at the radius of sample 900.
+    const double radius = 26.4 + 900 * 0.0513434;
     const double chord = 2 * radius * std::sin(50 * (std::acos(-1.0) / 2 + 0.5) / 240 / 2);
     context.report.Step(Near(region.WidthMillimetres(), chord, 1.5), L"its deep side is as long as the geometry says");
 }
