@@ -1,0 +1,34 @@
+#pragma once
+
+class IMouseHandler;
+
+// A pointer to a handler, kept across calls of handlers' operations; it becomes null when the handler is destroyed.
+// For local variables only, which end in the reverse order of their creation; never const, because they change.
+class HandlerWatch
+{
+public:
+    explicit HandlerWatch(IMouseHandler* handler = nullptr) : m_handler(handler), m_older(s_newest) { s_newest = this; }
+    ~HandlerWatch() { s_newest = m_older; }
+    HandlerWatch(const HandlerWatch&) = delete;
+    HandlerWatch& operator=(const HandlerWatch&) = delete;
+
+    HandlerWatch& operator=(IMouseHandler* handler)
+    {
+        m_handler = handler;
+        return *this;
+    }
+
+    IMouseHandler* get() const { return m_handler; }
+
+    static void Destroyed(const IMouseHandler* handler)
+    {
+        for (HandlerWatch* watch = s_newest; watch; watch = watch->m_older)
+            if (watch->m_handler == handler) watch->m_handler = nullptr;
+    }
+
+private:
+    IMouseHandler* m_handler;
+    HandlerWatch* m_older;
+
+    static constinit inline HandlerWatch* s_newest = nullptr;
+};

@@ -1,0 +1,302 @@
+#include <Utils_Statics/MouseCapture.h>
+
+#include <Utils_Statics/utilsExam.h>
+
+#include "HandlerWalk.h"
+#include "HandlerWatch.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+constinit CRect MouseCapture::m_clipRect;
+constinit CRect MouseCapture::m_lockRect;
+constinit int MouseCapture::m_autoMethod = 0;
+constinit IMouseHandler* MouseCapture::m_capture = nullptr;
+constinit InputType MouseCapture::m_input = InputTrackball;
+constinit LockType MouseCapture::m_lockType = LockNormal;
+constinit bool MouseCapture::m_freeze = false;
+constinit bool MouseCapture::m_imaging = true;
+
+namespace {
+
+// Squared pixels: a point is grabbed from less than 100 pixels away.
+constexpr std::int32_t grabDistance = 10000;
+
+// Most handlers have few points; one allocation serves all of them in one press.
+constexpr std::size_t usualPointCount = 64;
+
+// The owner is being told that it loses the lock.
+constinit bool g_releasing = false;
+
+class ReleaseScope
+{
+public:
+    ReleaseScope() { g_releasing = true; }
+    ~ReleaseScope() { g_releasing = false; }
+    ReleaseScope(const ReleaseScope&) = delete;
+    ReleaseScope& operator=(const ReleaseScope&) = delete;
+};
+
+// Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and then counts as near.
+std::int32_t SquaredDistance(POINT a, POINT b)
+{
+    const std::uint32_t dx = static_cast<std::uint32_t>(a.x) - static_cast<std::uint32_t>(b.x);
+    const std::uint32_t dy = static_cast<std::uint32_t>(a.y) - static_cast<std::uint32_t>(b.y);
+    return static_cast<std::int32_t>(dx * dx + dy * dy);
+}
+
+// What LockNearest has found so far.
+struct NearestPoint
+{
+    HandlerWatch best;
+    int bestIndex = 0;
+    std::int32_t bestDistance = grabDistance;
+    bool anyPointSeen = false;
+    HandlerWatch background;
+
+    void Consider(IMouseHandler* handler, const std::vector<POINT>& points, POINT pt)
+    {
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            anyPointSeen = true;
+            const std::int32_t distance = SquaredDistance(points[i], pt);
+            if (distance >= bestDistance) continue; // of equal points the earlier one stays
+            best = handler;
+            bestIndex = static_cast<int>(i);
+            bestDistance = distance;
+        }
+    }
+
+    // Only when no handler offers any point: a point that is too far away deliberately keeps the background out.
+    void ConsiderBackground(POINT pt)
+    {
+        if (best.get() || anyPointSeen || !background.get()) return;
+        CRect area(0, 0, 0, 0);
+        background.get()->GetBackgroundRect(area);
+        if (PtInRect(&area, pt)) best = background.get();
+    }
+};
+
+// The first handler of the walk that has points, or null. The last one without points but with a background point
+// becomes the candidate.
+IMouseHandler* FindHandlerWithPoints(HandlerWalk& walk, HandlerWatch& candidate)
+{
+    while (walk.Next()) {
+        const int count = walk.Visited()->GetAutoCount();
+        if (!walk.Visited()) continue;
+        if (count != 0) return walk.Visited();
+        const bool hasBackground = walk.Visited()->HasBackgroundPoint();
+        if (hasBackground && walk.Visited()) candidate = walk.Visited();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void MouseCapture::Initialize(const CRect& lockRect, InputType input)
+{
+    SetRectEmpty(&m_clipRect);
+    m_lockRect = lockRect;
+    m_input = input;
+}
+
+void MouseCapture::Register(IMouseHandler* h)
+{
+    const auto isRegistered = [h] { return std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end(); };
+    if (!h || isRegistered()) return;
+
+    HandlerWatch inserted(h);
+    const int order = h->GetLockOrder();
+    HandlerWalk walk(m_handlers, 0, HandlerWalk::toTheEnd);
+    bool found = false;
+    while (!found && walk.Next())
+        found = walk.Visited()->GetLockOrder() > order;
+    const std::size_t position = found ? walk.VisitedPosition() : m_handlers.size();
+
+    if (!inserted.get() || isRegistered()) return; // a handler that was asked for its order did something about h
+    m_handlers.insert(m_handlers.begin() + static_cast<std::ptrdiff_t>(position), h);
+    HandlerWalk::Inserted(position);
+}
+
+void MouseCapture::Unregister(IMouseHandler* h)
+{
+    for (auto entry = m_handlers.begin(); (entry = std::find(entry, m_handlers.end(), h)) != m_handlers.end();) {
+        HandlerWalk::Removed(static_cast<std::size_t>(entry - m_handlers.begin()));
+        entry = m_handlers.erase(entry);
+    }
+}
+
+bool MouseCapture::Lock(IMouseHandler* h, int index)
+{
+    if (g_releasing) return false;
+    m_autoMethod = index; // even if the lock is then refused
+    HandlerWatch next(h);
+    const LockType type = h ? h->GetLockType() : LockNormal;
+    if (m_input == InputPointer && type == LockTrackballOnly) return false;
+    m_lockType = type;
+    TellOwnerOfRelease();
+    m_capture = next.get();
+    if (m_capture) m_capture->SetLock(m_autoMethod);
+    return true;
+}
+
+bool MouseCapture::Unlock()
+{
+    TellOwnerOfRelease();
+    m_capture = nullptr;
+    ClipCursor(nullptr);
+    return true;
+}
+
+bool MouseCapture::IsLocked()
+{
+    return m_capture != nullptr;
+}
+
+const IMouseHandler* MouseCapture::GetLock()
+{
+    return m_capture;
+}
+
+InputType MouseCapture::GetInput()
+{
+    return m_input;
+}
+
+CRect MouseCapture::GetLockRect()
+{
+    return m_lockRect;
+}
+
+void MouseCapture::SetFreeze(bool freeze)
+{
+    m_freeze = freeze;
+}
+
+void MouseCapture::SetImaging(bool imaging)
+{
+    m_imaging = imaging;
+}
+
+bool MouseCapture::LockNext()
+{
+    if (m_input == InputPointer) {
+        Unlock();
+        ClipCursor(nullptr);
+        return false;
+    }
+    if (g_releasing) return false;
+    if (LockNextPoint()) return true;
+
+    ClipCursor(nullptr);
+    m_autoMethod = 0;
+    const auto owner = std::find(m_handlers.begin(), m_handlers.end(), m_capture);
+    const bool ownerFound = owner != m_handlers.end();
+    const std::size_t afterOwner = ownerFound ? static_cast<std::size_t>(owner - m_handlers.begin()) + 1 : 0;
+
+    HandlerWatch candidate;
+    HandlerWalk upToOwner(m_handlers, 0, afterOwner);
+    HandlerWalk behindOwner(m_handlers, afterOwner, HandlerWalk::toTheEnd);
+    if (IMouseHandler* handler = FindHandlerWithPoints(behindOwner, candidate)) return Lock(handler, 0);
+    if (!utilsExam::ResearchMode && ownerFound && !(m_freeze && m_imaging))
+        if (IMouseHandler* handler = FindHandlerWithPoints(upToOwner, candidate)) return Lock(handler, 0);
+
+    Lock(candidate.get() == m_capture ? nullptr : candidate.get(), 0);
+    return false;
+}
+
+// Steps to the next point of the owner, if it has one.
+bool MouseCapture::LockNextPoint()
+{
+    m_autoMethod = static_cast<int>(static_cast<unsigned int>(m_autoMethod) + 1u);
+    HandlerWatch owner(m_capture);
+    if (!owner.get()) return false;
+    const int count = owner.get()->GetAutoCount();
+    if (!owner.get() || owner.get() != m_capture || count <= m_autoMethod) return false; // it may have let go meanwhile
+    m_capture->SetLock(m_autoMethod);
+    return true;
+}
+
+void MouseCapture::LockNearest(POINT pt)
+{
+    NearestPoint nearest;
+    std::vector<POINT> points; // local, because a handler's operation may come back here
+    points.reserve(usualPointCount);
+    for (HandlerWalk walk(m_handlers, 0, HandlerWalk::toTheEnd); walk.Next();) {
+        points.clear();
+        walk.Visited()->GetAutoPoints(points);
+        if (!walk.Visited()) continue;
+        nearest.Consider(walk.Visited(), points, pt);
+        const bool hasBackground = walk.Visited()->HasBackgroundPoint();
+        if (hasBackground && walk.Visited()) nearest.background = walk.Visited();
+    }
+    nearest.ConsiderBackground(pt);
+    Lock(nearest.best.get(), nearest.bestIndex); // also null, which releases the owner
+}
+
+bool MouseCapture::HandleMouse(unsigned int message, unsigned int flags, POINT pt)
+{
+    if (!PtInRect(&m_lockRect, pt)) return false;
+    if (m_input == InputPointer)
+        if (const std::optional<bool> consumed = HandlePointerStyle(message, flags, pt)) return *consumed;
+    if (!m_capture) return false;
+    if (m_lockType == LockMoveOnly && message != WM_MOUSEMOVE) return false;
+    HandleClip(pt, m_lockType);
+    return m_capture->OnMouseInput(message, flags, pt.x, pt.y);
+}
+
+// Pressing and letting go; the answer is empty for any other message.
+std::optional<bool> MouseCapture::HandlePointerStyle(unsigned int message, unsigned int flags, POINT pt)
+{
+    if (message == WM_LBUTTONDOWN) {
+        LockNearest(pt);
+        return IsLocked();
+    }
+    // A move without the button means that the button was released where no message came from.
+    if (message == WM_LBUTTONUP || (message == WM_MOUSEMOVE && (flags & MK_LBUTTON) == 0))
+        return IsLocked() && Unlock();
+    return std::nullopt;
+}
+
+// Unlike a rectangle's usual meaning, the right and bottom edges belong to the area.
+void MouseCapture::HandleClip(POINT& pt, LockType)
+{
+    if (IsRectEmpty(&m_clipRect)) return;
+    pt.x = std::clamp(pt.x, m_clipRect.left, m_clipRect.right);
+    pt.y = std::clamp(pt.y, m_clipRect.top, m_clipRect.bottom);
+}
+
+int MouseCapture::ClipCursor(RECT* rect)
+{
+    if (rect)
+        CopyRect(&m_clipRect, rect);
+    else
+        SetRectEmpty(&m_clipRect);
+
+    DEVMODEW mode = {};
+    static_assert(sizeof mode == 220);
+    mode.dmSize = sizeof mode;
+    EnumDisplaySettingsW(nullptr, ENUM_CURRENT_SETTINGS, &mode);
+    const LONG width = static_cast<LONG>(mode.dmPelsWidth);
+    const LONG height = static_cast<LONG>(mode.dmPelsHeight);
+
+    RECT screen = {0, 0, width, height}; // without a rectangle the cursor is kept on the screen, not freed
+    if (rect && GetInput() != InputPointer)
+        screen = {std::max(0L, m_clipRect.left), std::max(0L, m_clipRect.top), std::min(width, m_clipRect.right),
+                  std::min(height, m_clipRect.bottom)};
+    return ::ClipCursor(utilsExam::CursorClippingDisabled ? nullptr : &screen);
+}
+
+void MouseCapture::TellOwnerOfRelease()
+{
+    if (!m_capture || g_releasing) return;
+    const ReleaseScope scope;
+    m_capture->OnReleaseMouse();
+}
+
+// The owner cannot be told any more; the application should have unlocked it.
+void MouseCapture::ForgetDestroyed(IMouseHandler* h)
+{
+    HandlerWatch::Destroyed(h);
+    if (m_capture == h) m_capture = nullptr;
+}

@@ -1,0 +1,325 @@
+#include "mouse_capture_model.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace capture_model {
+
+// --- The world of a side ---
+
+int Side::Play(const Step& step)
+{
+    switch (step.operation) {
+    case Operation::Create:
+    case Operation::Destroy:
+    case Operation::ChangePoints:
+    case Operation::ChangeTraits:
+    case Operation::React:
+        PlayOnWorld(step);
+        return 0;
+    default:
+        return PlayOnArbitration(step);
+    }
+}
+
+void Side::PlayOnWorld(const Step& step)
+{
+    int& tool = m_slots[static_cast<std::size_t>(step.slot)];
+    if (step.operation == Operation::Create) {
+        if (tool != nobody) return;
+        tool = static_cast<int>(m_tools.size());
+        m_tools.push_back({step.traits, step.points, {}});
+        return Created(tool);
+    }
+    if (tool == nobody) return;
+    if (step.operation == Operation::Destroy) return Destroyed(std::exchange(tool, nobody));
+    if (step.operation == Operation::ChangePoints)
+        At(tool).points = step.points;
+    else if (step.operation == Operation::ChangeTraits)
+        At(tool).traits = step.traits;
+    else
+        At(tool).reactions[static_cast<std::size_t>(step.call)].push_back(step.reaction.front());
+}
+
+int Side::PlayOnArbitration(const Step& step)
+{
+    switch (step.operation) {
+    case Operation::Register:
+        Register(ToolIn(step.slot));
+        return 0;
+    case Operation::Unregister:
+        Unregister(ToolIn(step.slot));
+        return 0;
+    case Operation::Lock:
+        return Lock(ToolIn(step.slot), step.index);
+    case Operation::Unlock:
+        return Unlock();
+    case Operation::LockNext:
+        return LockNext();
+    case Operation::Mouse:
+        return HandleMouse(step.message, step.flags, step.point);
+    case Operation::Clip:
+        Clip(step.on ? &step.rect : nullptr);
+        return 0;
+    case Operation::Initialize:
+        Initialize(step.rect, step.index);
+        return 0;
+    case Operation::Freeze:
+        SetFreeze(step.on);
+        return 0;
+    case Operation::Imaging:
+        SetImaging(step.on);
+        return 0;
+    default:
+        SetResearch(step.on);
+        return 0;
+    }
+}
+
+void Side::Called(Call call, int tool, std::array<int, 4> arguments)
+{
+    m_events.push_back({call, tool, arguments});
+    auto& reactions = At(tool).reactions[static_cast<std::size_t>(call)];
+    if (reactions.empty()) return;
+    const Step step = std::move(reactions.front());
+    reactions.pop_front();
+    ++m_reactions;
+    const int answer = Play(step);
+    m_events.push_back({Call::count, tool, {answer}});
+}
+
+bool Side::OnMouseInput(int tool, unsigned int message, unsigned int flags, int x, int y)
+{
+    Called(Call::MouseInput, tool, {static_cast<int>(message), static_cast<int>(flags), x, y});
+    return At(tool).traits.consumes;
+}
+
+void Side::OnRelease(int tool)
+{
+    Called(Call::Release, tool);
+}
+
+std::vector<POINT> Side::GetPoints(int tool)
+{
+    Called(Call::Points, tool);
+    return At(tool).points;
+}
+
+void Side::OnSetLock(int tool, int index)
+{
+    Called(Call::SetLock, tool, {index});
+}
+
+bool Side::HasBackground(int tool)
+{
+    Called(Call::HasBackground, tool);
+    return At(tool).traits.background;
+}
+
+int Side::GetType(int tool)
+{
+    Called(Call::Type, tool);
+    return At(tool).traits.type;
+}
+
+int Side::GetOrder(int tool)
+{
+    Called(Call::Order, tool);
+    return At(tool).traits.order;
+}
+
+RECT Side::GetArea(int tool)
+{
+    Called(Call::Area, tool);
+    return At(tool).traits.area;
+}
+
+// --- The reference ---
+
+void Reference::Tidy()
+{
+    m_entries.remove_if([](const Entry& entry) { return entry.removed; });
+}
+
+void Reference::Created(int tool)
+{
+    m_living.resize(static_cast<std::size_t>(tool) + 1, false);
+    m_living[static_cast<std::size_t>(tool)] = true;
+}
+
+void Reference::Destroyed(int tool)
+{
+    Unregister(tool);
+    m_living[static_cast<std::size_t>(tool)] = false;
+    if (m_owner == tool) m_owner = nobody;
+}
+
+bool Reference::IsRegistered(int tool) const
+{
+    for (const Entry& entry : m_entries)
+        if (!entry.removed && entry.tool == tool) return true;
+    return false;
+}
+
+void Reference::Register(int tool)
+{
+    if (tool == nobody || IsRegistered(tool)) return;
+    const int order = GetOrder(tool);
+    auto place = m_entries.begin();
+    for (; place != m_entries.end(); ++place)
+        if (!place->removed && GetOrder(place->tool) > order) break;
+    if (Lives(tool) && !IsRegistered(tool)) m_entries.insert(place, Entry{tool, false});
+}
+
+void Reference::Unregister(int tool)
+{
+    for (Entry& entry : m_entries)
+        if (entry.tool == tool) entry.removed = true;
+}
+
+void Reference::Release()
+{
+    if (m_owner == nobody || m_releasing) return;
+    m_releasing = true;
+    OnRelease(m_owner);
+    m_releasing = false;
+}
+
+bool Reference::Lock(int tool, int index)
+{
+    if (m_releasing) return false;
+    m_point = index;
+    const int type = tool == nobody ? 0 : GetType(tool);
+    if (m_input == 1 && type == 2) return false;
+    m_ownerType = type;
+    Release();
+    m_owner = Lives(tool) ? tool : nobody;
+    if (m_owner != nobody) OnSetLock(m_owner, m_point);
+    return true;
+}
+
+bool Reference::Unlock()
+{
+    Release();
+    m_owner = nobody;
+    m_clip = RECT{};
+    return true;
+}
+
+// True when the handler of the entry has points; one without, but with a background point, becomes the candidate.
+bool Reference::Consider(const Entry& entry, int& candidate)
+{
+    if (entry.removed) return false;
+    const int tool = entry.tool;
+    const bool hasPoints = !GetPoints(tool).empty();
+    if (!Lives(tool)) return false;
+    if (hasPoints) return true;
+    if (HasBackground(tool) && Lives(tool)) candidate = tool;
+    return false;
+}
+
+bool Reference::LockNext()
+{
+    if (m_input == 1) {
+        Unlock();
+        return false;
+    }
+    if (m_releasing) return false;
+    m_point = static_cast<int>(static_cast<std::int64_t>(m_point) + 1);
+    if (const int owner = m_owner; owner != nobody) {
+        const auto count = static_cast<std::int64_t>(GetPoints(owner).size());
+        if (Lives(owner) && m_owner == owner && count > m_point) {
+            OnSetLock(owner, m_point);
+            return true;
+        }
+    }
+    m_clip = RECT{};
+    m_point = 0;
+    const auto ownerEntry = std::find_if(m_entries.begin(), m_entries.end(), [this](const Entry& entry) {
+        return !entry.removed && entry.tool == m_owner;
+    });
+    const bool ownerFound = ownerEntry != m_entries.end();
+    int candidate = nobody;
+    for (auto entry = ownerFound ? std::next(ownerEntry) : m_entries.begin(); entry != m_entries.end(); ++entry)
+        if (Consider(*entry, candidate)) return Lock(entry->tool, 0);
+    if (!m_research && ownerFound && !(m_freeze && m_imaging))
+        for (auto entry = m_entries.begin(); entry != std::next(ownerEntry); ++entry)
+            if (Consider(*entry, candidate)) return Lock(entry->tool, 0);
+    if (!Lives(candidate) || candidate == m_owner) candidate = nobody;
+    Lock(candidate, 0);
+    return false;
+}
+
+// The distance in exact arithmetic modulo 2 to the 64th, of which the low 32 bits are what counts.
+static std::int32_t Distance(POINT a, POINT b)
+{
+    const std::int64_t dx = std::int64_t{a.x} - b.x;
+    const std::int64_t dy = std::int64_t{a.y} - b.y;
+    const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d) * static_cast<std::uint64_t>(d); };
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>((square(dx) + square(dy)) & 0xFFFFFFFFu));
+}
+
+void Reference::LockNearest(POINT point)
+{
+    int best = nobody, bestIndex = 0, bestDistance = 10000, seen = 0, background = nobody;
+    for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
+        if (entry->removed) continue;
+        const int tool = entry->tool;
+        const std::vector<POINT> points = GetPoints(tool);
+        if (!Lives(tool)) continue;
+        for (int i = 0; i < static_cast<int>(points.size()); ++i, ++seen) {
+            const int distance = Distance(points[static_cast<std::size_t>(i)], point);
+            if (distance >= bestDistance) continue;
+            best = tool;
+            bestIndex = i;
+            bestDistance = distance;
+        }
+        if (HasBackground(tool) && Lives(tool)) background = tool;
+    }
+    if (!Lives(best) && seen == 0 && Lives(background)) {
+        const RECT area = GetArea(background);
+        const bool inside =
+            point.x >= area.left && point.x < area.right && point.y >= area.top && point.y < area.bottom;
+        if (inside) best = background;
+    }
+    Lock(Lives(best) ? best : nobody, bestIndex);
+}
+
+bool Reference::HandleMouse(unsigned int message, unsigned int flags, POINT point)
+{
+    if (point.x < m_area.left || point.x >= m_area.right || point.y < m_area.top || point.y >= m_area.bottom)
+        return false;
+    if (m_input == 1) {
+        if (message == 513) {
+            LockNearest(point);
+            return m_owner != nobody;
+        }
+        if (message == 514 || (message == 512 && !(flags & 1))) {
+            if (m_owner == nobody) return false;
+            Unlock();
+            return true;
+        }
+    }
+    if (m_owner == nobody) return false;
+    if (m_ownerType == 1 && message != 512) return false;
+    if (m_clip.left < m_clip.right && m_clip.top < m_clip.bottom) {
+        if (point.x > m_clip.right)
+            point.x = m_clip.right;
+        else if (point.x < m_clip.left)
+            point.x = m_clip.left;
+        if (point.y > m_clip.bottom)
+            point.y = m_clip.bottom;
+        else if (point.y < m_clip.top)
+            point.y = m_clip.top;
+    }
+    return OnMouseInput(m_owner, message, flags, point.x, point.y);
+}
+
+void Reference::Initialize(const RECT& area, int input)
+{
+    m_clip = RECT{};
+    m_area = area;
+    m_input = input;
+}
+
+} // namespace capture_model
