@@ -4,6 +4,7 @@
 
 #include "HandlerWalk.h"
 #include "HandlerWatch.h"
+#include "WrapArithmetic.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,9 +42,9 @@ public:
 // Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and then counts as near.
 std::int32_t SquaredDistance(POINT a, POINT b)
 {
-    const std::uint32_t dx = static_cast<std::uint32_t>(a.x) - static_cast<std::uint32_t>(b.x);
-    const std::uint32_t dy = static_cast<std::uint32_t>(a.y) - static_cast<std::uint32_t>(b.y);
-    return static_cast<std::int32_t>(dx * dx + dy * dy);
+    const int dx = wrap::Subtract(a.x, b.x);
+    const int dy = wrap::Subtract(a.y, b.y);
+    return wrap::Add(wrap::Multiply(dx, dx), wrap::Multiply(dy, dy));
 }
 
 // What LockNearest has found so far.
@@ -208,7 +209,7 @@ bool MouseCapture::LockNext()
 // Steps to the next point of the owner, if it has one.
 bool MouseCapture::LockNextPoint()
 {
-    m_autoMethod = static_cast<int>(static_cast<unsigned int>(m_autoMethod) + 1u);
+    m_autoMethod = wrap::Add(m_autoMethod, 1);
     HandlerWatch owner(m_capture);
     if (!owner.get()) return false;
     const int count = owner.get()->GetAutoCount();

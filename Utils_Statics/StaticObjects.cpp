@@ -6,7 +6,12 @@
 #include "CUtils_StaticsApp.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
+#include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/PrecisionMouse.h>
+#include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/utilsExam.h>
+
+#include <qor_utils/CriticalSection.h>
 
 IStateChangeConsumer::Signal IStateChangeConsumer::m_onStateChangeSignal;
 
@@ -17,6 +22,11 @@ StringEnumHelper utilsExam::m_consoleTypeMap;
 const bool utilsExam::m_staticInit = utilsExam::StaticInit();
 
 // Objects of other class families come here.
+
+// The pointer's. The list is empty at compile time already; only its end is code.
+constinit std::vector<IMouseHandler*> MouseCapture::m_handlers;
+std::set<IPrecisionControl*> PrecisionMouse::m_controllers;
+CriticalSection ShowCursorHelper::m_criticalSection;
 
 namespace {
 CUtils_StaticsApp moduleObject; // last
