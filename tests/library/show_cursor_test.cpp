@@ -47,8 +47,9 @@ public:
     RecordingWindow()
     {
         static const ATOM windowClass = RegisterWindowClass();
-        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"recording", WS_POPUP | WS_VISIBLE, 100, 100, 300, 200,
-                                   nullptr, nullptr, GetModuleHandleW(nullptr), this);
+        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"recording", WS_POPUP, 100, 100, 300, 200, nullptr,
+                                   nullptr, GetModuleHandleW(nullptr), this);
+        ShowWindow(m_window, SW_SHOWNA); // an activated window would wait for a window manager
     }
     ~RecordingWindow() { DestroyWindow(m_window); }
     RecordingWindow(const RecordingWindow&) = delete;
