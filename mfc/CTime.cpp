@@ -7,8 +7,11 @@ namespace {
 tm LocalTm(const CTime& time)
 {
     tm parts = {};
-    // Without a calendar date every part is to read 0, the year and the zero-based ones included.
-    if (!time.GetLocalTm(&parts)) parts.tm_year = -1900, parts.tm_mon = parts.tm_wday = -1;
+    if (time.GetLocalTm(&parts)) return parts;
+    parts = {}; // the C library has filled it with -1
+    // So that every part reads 0: these are the ones that count from elsewhere.
+    parts.tm_year = -1900;
+    parts.tm_mon = parts.tm_wday = -1;
     return parts;
 }
 

@@ -1,0 +1,110 @@
+// AfxGetApp answers the executable's object, whichever was built first: it, or the module objects of DLLs.
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+extern "C" {
+__declspec(dllimport) CWinApp* ModuleObject();
+__declspec(dllimport) CWinApp* ApplicationNow();
+__declspec(dllimport) CWinApp* ApplicationBeforeModuleObject();
+__declspec(dllimport) CWinApp* ApplicationAfterModuleObject();
+}
+
+namespace {
+
+using Question = CWinApp* (*)();
+
+// A DLL loaded at run time.
+class LoadedModule
+{
+public:
+    explicit LoadedModule(const wchar_t* name) : m_module(LoadLibraryW(name)) {}
+    ~LoadedModule() { Unload(); }
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+
+    bool loaded() const { return m_module != nullptr; }
+    HINSTANCE handle() const { return m_module; }
+    CWinApp* Ask(const char* name) const
+    {
+        const auto function = reinterpret_cast<void*>(GetProcAddress(m_module, name));
+        return function ? reinterpret_cast<Question>(function)() : nullptr;
+    }
+    void Unload()
+    {
+        if (m_module) FreeLibrary(std::exchange(m_module, nullptr));
+    }
+
+private:
+    HMODULE m_module;
+};
+
+// In this order: a module object before the executable's application object, and one after it.
+LoadedModule earlyModule(L"mfc_module_early.dll");
+CWinApp* const applicationBefore = AfxGetApp();
+CWinApp theApplication(L"order");
+
+} // namespace
+
+TEST(AfxGetApp, AnswersNullBeforeTheExecutableHasAnApplication)
+{
+    ASSERT_TRUE(earlyModule.loaded());
+    EXPECT_EQ(applicationBefore, nullptr);
+    EXPECT_EQ(earlyModule.Ask("ApplicationBeforeModuleObject"), nullptr);
+    EXPECT_EQ(earlyModule.Ask("ApplicationAfterModuleObject"), nullptr);
+    EXPECT_EQ(ApplicationBeforeModuleObject(), nullptr);
+    EXPECT_EQ(ApplicationAfterModuleObject(), nullptr);
+}
+
+TEST(AfxGetApp, AnswersTheExecutablesObjectInModulesBuiltBefore)
+{
+    EXPECT_EQ(AfxGetApp(), &theApplication);
+    EXPECT_EQ(ApplicationNow(), &theApplication);
+    EXPECT_EQ(earlyModule.Ask("ApplicationNow"), &theApplication);
+}
+
+TEST(AfxGetApp, AnswersTheExecutablesObjectInModulesBuiltAfter)
+{
+    LoadedModule late(L"mfc_module_late.dll");
+    ASSERT_TRUE(late.loaded());
+    EXPECT_EQ(late.Ask("ApplicationBeforeModuleObject"), &theApplication);
+    EXPECT_EQ(late.Ask("ApplicationAfterModuleObject"), &theApplication);
+    EXPECT_EQ(late.Ask("ApplicationNow"), &theApplication);
+    EXPECT_EQ(AfxGetApp(), &theApplication);
+    late.Unload();
+    EXPECT_EQ(AfxGetApp(), &theApplication);
+}
+
+TEST(ModuleObject, BelongsToItsModule)
+{
+    CWinApp* const object = earlyModule.Ask("ModuleObject");
+    ASSERT_NE(object, nullptr);
+    EXPECT_NE(object, &theApplication);
+    EXPECT_EQ(object->m_hInstance, earlyModule.handle());
+    EXPECT_STREQ(object->m_pszAppName, L"mfc_module_early");
+    EXPECT_EQ(ModuleObject()->m_hInstance, GetModuleHandleW(L"mfc_module_linked.dll"));
+}
+
+TEST(ModuleObject, MakesItsModulesResourcesFound)
+{
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(999), RT_BITMAP), GetModuleHandleW(nullptr));
+    LoadedModule late(L"mfc_module_late.dll");
+    ASSERT_TRUE(late.loaded());
+    // The latest module is asked first.
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), late.handle());
+    late.Unload();
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), earlyModule.handle());
+}
+
+TEST(ModuleObject, LetsTextsAndBitmapsBeLoaded)
+{
+    CString text;
+    EXPECT_TRUE(text.LoadString(4711));
+    EXPECT_EQ(text, L"text of the module");
+    CBitmap bitmap;
+    ASSERT_TRUE(bitmap.LoadBitmap(812));
+    BITMAP description = {};
+    EXPECT_EQ(bitmap.GetBitmap(&description), static_cast<int>(sizeof description));
+    EXPECT_EQ(description.bmWidth, 2);
+    EXPECT_EQ(description.bmHeight, 1);
+}

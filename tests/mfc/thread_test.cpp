@@ -1,0 +1,304 @@
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace {
+
+constexpr DWORD waitLimit = 30000; // milliseconds; far more than is ever needed
+
+// What a worker saw of its own thread.
+struct Observation
+{
+    CWinThread* thread = nullptr;
+    CWnd* mainWindow = nullptr;
+    HWND mainHandle = nullptr;
+    DWORD id = 0;
+};
+
+UINT __cdecl Observe(LPVOID parameter)
+{
+    auto& seen = *static_cast<Observation*>(parameter);
+    seen.thread = AfxGetThread();
+    seen.mainWindow = AfxGetMainWnd();
+    seen.mainHandle = seen.mainWindow ? seen.mainWindow->GetSafeHwnd() : nullptr;
+    seen.id = GetCurrentThreadId();
+    return 42;
+}
+
+UINT __cdecl SetEventOf(LPVOID event)
+{
+    SetEvent(event);
+    return 0;
+}
+
+// Runs Observe on a thread of the framework and answers its exit code.
+DWORD RunObserver(Observation& seen)
+{
+    CWinThread* const thread = AfxBeginThread(&Observe, &seen, THREAD_PRIORITY_NORMAL, 0, CREATE_SUSPENDED);
+    if (!thread) return 0;
+    thread->m_bAutoDelete = FALSE;
+    const std::unique_ptr<CWinThread> owner(thread);
+    thread->ResumeThread();
+    EXPECT_EQ(WaitForSingleObject(thread->m_hThread, waitLimit), WAIT_OBJECT_0);
+    EXPECT_EQ(seen.thread, thread);
+    EXPECT_EQ(seen.id, thread->m_nThreadID);
+    DWORD code = 0;
+    GetExitCodeThread(thread->m_hThread, &code);
+    return code;
+}
+
+} // namespace
+
+TEST(Thread, RunsItsProcedureAndAnswersItsCode)
+{
+    Observation seen;
+    EXPECT_EQ(RunObserver(seen), 42u);
+    EXPECT_NE(seen.id, GetCurrentThreadId());
+    EXPECT_EQ(seen.mainWindow, nullptr); // there is no application
+}
+
+TEST(Thread, HasAnObjectOfItsOwnForTheApplicationsMainWindow)
+{
+    CWinApp application;
+    CWnd main;
+    ASSERT_TRUE(main.CreateEx(0, nullptr, L"main", WS_OVERLAPPED, CRect(0, 0, 10, 10), nullptr, 0));
+    application.m_pMainWnd = &main;
+    EXPECT_EQ(AfxGetMainWnd(), &main);
+    Observation seen;
+    RunObserver(seen);
+    EXPECT_NE(seen.mainWindow, nullptr);
+    EXPECT_NE(seen.mainWindow, &main);
+    EXPECT_EQ(seen.mainHandle, main.m_hWnd);
+    EXPECT_TRUE(IsWindow(main.m_hWnd)); // the worker's end took nothing along
+    application.m_pMainWnd = nullptr;
+}
+
+TEST(Thread, DeletesItselfWhenItEnds)
+{
+    const HANDLE ran = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    CWinThread* const thread = AfxBeginThread(&SetEventOf, ran, THREAD_PRIORITY_BELOW_NORMAL, 0, CREATE_SUSPENDED);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_EQ(thread->GetThreadPriority(), THREAD_PRIORITY_BELOW_NORMAL);
+    HANDLE handle = nullptr;
+    DuplicateHandle(GetCurrentProcess(), thread->m_hThread, GetCurrentProcess(), &handle, SYNCHRONIZE, FALSE, 0);
+    thread->ResumeThread();
+    EXPECT_EQ(WaitForSingleObject(ran, waitLimit), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(handle, waitLimit), WAIT_OBJECT_0);
+    CloseHandle(handle);
+    CloseHandle(ran);
+}
+
+TEST(Thread, LeaksNoHandles)
+{
+    const auto run = [](int count) {
+        for (int i = 0; i < count; ++i) {
+            Observation seen;
+            RunObserver(seen);
+        }
+    };
+    run(5); // what the first ones leave in caches
+    DWORD before = 0, after = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &before);
+    run(50);
+    GetProcessHandleCount(GetCurrentProcess(), &after);
+    EXPECT_LE(after, before + 5);
+}
+
+TEST(Thread, WithoutTheFrameworkHasNoObject)
+{
+    CWinApp application;
+    CWinThread* seen = &application;
+    std::thread([&] { seen = AfxGetThread(); }).join();
+    EXPECT_EQ(seen, nullptr);
+    EXPECT_EQ(AfxGetThread(), &application);
+}
+
+TEST(Thread, EachHasItsOwnTemporaryObjects)
+{
+    const HWND desktop = GetDesktopWindow();
+    CWnd* const here = CWnd::FromHandle(desktop);
+    CWnd* there = nullptr;
+    std::thread([&] { there = CWnd::FromHandle(desktop); }).join();
+    EXPECT_NE(there, nullptr);
+    EXPECT_NE(here, there);
+    EXPECT_EQ(CWnd::FromHandle(desktop), here);
+}
+
+// The message loop of the application.
+namespace {
+
+constexpr UINT quitMessage = WM_APP + 7;
+constexpr UINT nestMessage = WM_APP + 8;
+
+// Marks the thread's temporary object of the desktop window, to see whether it is still the same one later.
+void MarkTemporaryDesktop()
+{
+    CWnd::FromHandle(GetDesktopWindow())->m_hWnd = GetShellWindow();
+}
+
+bool TemporaryDesktopIsMarked()
+{
+    return CWnd::FromHandle(GetDesktopWindow())->m_hWnd != GetDesktopWindow();
+}
+
+class QuittingWindow : public CWnd
+{
+public:
+    std::function<void()> nested = [] {};
+    bool keptInNestedLoop = false;
+
+protected:
+    LRESULT OnNest(WPARAM, LPARAM)
+    {
+        MarkTemporaryDesktop();
+        nested();
+        keptInNestedLoop = TemporaryDesktopIsMarked();
+        CWnd::DeleteTempMap();
+        PostMessage(quitMessage);
+        return 0;
+    }
+    LRESULT OnQuit(WPARAM wParam, LPARAM)
+    {
+        PostQuitMessage(static_cast<int>(wParam));
+        return 0;
+    }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(QuittingWindow, CWnd)
+ON_MESSAGE(nestMessage, OnNest)
+ON_MESSAGE(quitMessage, OnQuit)
+END_MESSAGE_MAP()
+
+class LoopApplication : public CWinApp
+{
+public:
+    // The main window's end asks the thread to quit; the next test is not to see that.
+    ~LoopApplication() override
+    {
+        window.DestroyWindow();
+        MSG message;
+        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    }
+    BOOL InitInstance() override
+    {
+        window.CreateEx(0, nullptr, L"loop", WS_OVERLAPPED, CRect(0, 0, 10, 10), nullptr, 0);
+        m_pMainWnd = &window;
+        if (refuse) return FALSE;
+        start();
+        return TRUE;
+    }
+    BOOL OnIdle(LONG count) override
+    {
+        ++idles;
+        CWinApp::OnIdle(count);
+        if (idles == 1) window.PostMessage(WM_NULL);
+        return count < 2;
+    }
+    BOOL PreTranslateMessage(MSG* message) override
+    {
+        translated += message->message == quitMessage;
+        return CWinApp::PreTranslateMessage(message);
+    }
+    int ExitInstance() override
+    {
+        ++exits;
+        windowAtExit = window.m_hWnd;
+        return CWinApp::ExitInstance();
+    }
+
+    QuittingWindow window;
+    std::function<void()> start = [] {};
+    bool refuse = false;
+    int idles = 0;
+    int exits = 0;
+    int translated = 0;
+    HWND windowAtExit = nullptr;
+};
+
+void CALLBACK QuitByTimer(HWND window, UINT, UINT_PTR, DWORD)
+{
+    PostMessageW(window, quitMessage, 0, 0);
+}
+
+int RunApplication()
+{
+    return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_HIDE);
+}
+
+} // namespace
+
+TEST(MessageLoop, RunsUntilItIsToldToQuit)
+{
+    LoopApplication application;
+    application.start = [&] { application.window.PostMessage(quitMessage, 33); };
+    EXPECT_EQ(RunApplication(), 33);
+    EXPECT_EQ(application.exits, 1);
+    EXPECT_EQ(application.translated, 1);
+    EXPECT_EQ(application.m_nCmdShow, SW_HIDE);
+}
+
+TEST(MessageLoop, EndsWhenTheMainWindowIsDestroyed)
+{
+    LoopApplication application;
+    application.start = [&] { application.window.PostMessage(WM_CLOSE); };
+    EXPECT_EQ(RunApplication(), 0);
+    EXPECT_EQ(application.m_pMainWnd, nullptr);
+    EXPECT_EQ(application.windowAtExit, nullptr);
+}
+
+TEST(MessageLoop, IsIdleWhenTheQueueIsEmpty)
+{
+    LoopApplication application;
+    application.start = [&] { application.window.SetTimer(1, 50, &QuitByTimer); };
+    EXPECT_EQ(RunApplication(), 0);
+    EXPECT_GE(application.idles, 3); // asked for more until it said that it is done
+}
+
+TEST(MessageLoop, FreesTemporaryObjectsWhenItIsIdle)
+{
+    LoopApplication application;
+    application.start = [&] {
+        MarkTemporaryDesktop();
+        application.window.SetTimer(1, 50, &QuitByTimer);
+    };
+    EXPECT_EQ(RunApplication(), 0);
+    EXPECT_FALSE(TemporaryDesktopIsMarked());
+}
+
+TEST(MessageLoop, KeepsTemporaryObjectsOfHandlersInNestedLoops)
+{
+    LoopApplication application;
+    application.window.nested = [&] { application.CWinApp::OnIdle(0); };
+    application.start = [&] { application.window.PostMessage(nestMessage); };
+    EXPECT_EQ(RunApplication(), 0);
+    EXPECT_TRUE(application.window.keptInNestedLoop);
+}
+
+TEST(MessageLoop, IsNotEnteredWhenTheApplicationRefusesToStart)
+{
+    LoopApplication application;
+    application.refuse = true;
+    RunApplication();
+    EXPECT_EQ(application.exits, 1);
+    EXPECT_EQ(application.windowAtExit, nullptr); // the main window was destroyed before
+}
+
+TEST(MessageLoop, EndsAtOnceWithoutAMainWindow)
+{
+    class Windowless : public CWinApp
+    {
+        BOOL InitInstance() override { return TRUE; }
+    };
+    const Windowless application;
+    EXPECT_EQ(RunApplication(), 0);
+}
+
+TEST(MessageLoop, NeedsAnApplication)
+{
+    EXPECT_EQ(RunApplication(), -1);
+}
