@@ -1,0 +1,152 @@
+// utilsExam: creating, measuring, copying and deleting directories.
+#include "CurrentDirectoryScope.h"
+#include "EnvironmentLog.h"
+#include "FindHandle.h"
+#include "PathText.h"
+
+#include <Utils_Statics/utilsExam.h>
+
+#include <direct.h>
+#include <shellapi.h>
+#include <shlwapi.h>
+
+#include <cstdint>
+#include <string_view>
+
+using namespace utils_statics;
+
+namespace {
+
+bool MakeDirectory(const std::wstring& path)
+{
+    return _wmkdir(path.c_str()) == 0;
+}
+
+// Creates every prefix that ends before a backslash after the first, then the whole. The component before the first
+// backslash is never created by itself: it is a drive, or the first folder of a relative path.
+bool MakeDirectoryWithParents(const std::wstring& path)
+{
+    const std::size_t first = path.find(L'\\');
+    if (first == std::wstring::npos) return false;
+    for (auto cut = path.find(L'\\', first + 1); cut != std::wstring::npos; cut = path.find(L'\\', cut + 1))
+        MakeDirectory(path.substr(0, cut));
+    return MakeDirectory(path);
+}
+
+// A path as the shell's list of one: it ends in two zero characters, so at most 258 characters fit.
+class ShellPathList
+{
+public:
+    explicit ShellPathList(const std::wstring& path) : m_fits(path.size() + 2 <= MAX_PATH)
+    {
+        if (m_fits) path.copy(m_text, path.size());
+    }
+
+    bool fits() const { return m_fits; }
+    const wchar_t* data() const { return m_text; }
+
+private:
+    wchar_t m_text[MAX_PATH] = {};
+    bool m_fits;
+};
+
+// Runs a shell operation whose paths may be too long for it. Returns false on failure, with the last error set.
+bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
+{
+    if (pathsFit) return ::SHFileOperationW(&operation) == 0;
+    SetLastError(ERROR_FILENAME_EXCED_RANGE);
+    return false;
+}
+
+void LogLastError(int line)
+{
+    const DWORD error = GetLastError();
+    EnvironmentLog(line, 1)(L"%d", static_cast<int>(error));
+}
+
+bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
+{
+    constexpr DWORD skipped = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT;
+    const std::wstring_view name = entry.cFileName;
+    return (entry.dwFileAttributes & skipped) == 0 && name != L"." && name != L"..";
+}
+
+std::uint64_t DirectorySize(const std::wstring& folder);
+
+std::uint64_t EntrySize(const std::wstring& folder, const WIN32_FIND_DATAW& entry)
+{
+    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        return (static_cast<std::uint64_t>(entry.nFileSizeHigh) << 32) + entry.nFileSizeLow;
+    // Hidden files count, hidden and linked folders do not: deliberate.
+    return IsWalkedFolder(entry) ? DirectorySize(folder + L"\\" + entry.cFileName) : 0;
+}
+
+std::uint64_t DirectorySize(const std::wstring& folder)
+{
+    const std::wstring pattern = folder + L"\\*.*";
+    // A pattern that long cannot be enumerated on Windows; elsewhere the bound ends a walk round links
+    // that the file system does not mark as such.
+    if (pattern.size() >= MAX_PATH) return 0;
+    WIN32_FIND_DATAW entry;
+    const FindHandle entries(pattern.c_str(), entry);
+    if (!entries.started()) return 0;
+    std::uint64_t total = 0;
+    do
+        total += EntrySize(folder, entry);
+    while (entries.next(entry));
+    return total;
+}
+
+} // namespace
+
+int utilsExam::CreateDirectoryW(const wchar_t* path)
+{
+    if (!path || !*path) return 0;
+    const std::wstring whole = NormalisedPath((std::wstring(path) + L"\\").c_str(), 3);
+    if (whole.size() > MAX_PATH) return 0; // 259 characters and the backslash
+    const CurrentDirectoryScope scope;
+    if (MakeDirectory(whole)) return 1;
+    return MakeDirectoryWithParents(WithoutTrailingBackslash(whole)) ? 1 : 0;
+}
+
+void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
+{
+    if (!path) return;
+    const std::wstring current = isAbsolute ? L"" : CurrentDirectory();
+    if (!isAbsolute && current.empty()) return; // too long to compose a path the shell would take
+    const std::wstring asked = isAbsolute ? path : current + L"\\" + path;
+    const std::wstring folder = NormalisedPath(asked.c_str(), 2);
+    if (!PathExists(folder)) return;
+
+    const ShellPathList list(WithoutTrailingBackslash(folder));
+    SHFILEOPSTRUCTW operation = {};
+    operation.wFunc = FO_DELETE;
+    operation.pFrom = list.data();
+    operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
+    if (!RunShellOperation(operation, list.fits())) LogLastError(521);
+}
+
+__int64 utilsExam::GetDirectorySize(const CString& dir)
+{
+    return static_cast<__int64>(DirectorySize(dir.GetString()));
+}
+
+int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to, int silent,
+                                unsigned short flags, HWND owner, const wchar_t* progressTitle, void* nameMappings)
+{
+    constexpr unsigned short silentFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
+    const ShellPathList source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
+    const ShellPathList destination(WithoutTrailingBackslash(NormalisedPath(to, 1)));
+
+    SHFILEOPSTRUCTW record = {};
+    record.hwnd = owner;
+    record.wFunc = operation;
+    record.pFrom = source.data();
+    record.pTo = to ? destination.data() : nullptr;
+    record.fFlags = static_cast<FILEOP_FLAGS>(flags | (silent ? silentFlags : FOF_SIMPLEPROGRESS));
+    record.hNameMappings = nameMappings;
+    record.lpszProgressTitle = progressTitle;
+    if (RunShellOperation(record, source.fits() && destination.fits())) return 1;
+    LogLastError(581);
+    return 0;
+}
