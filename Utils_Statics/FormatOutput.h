@@ -14,7 +14,11 @@ class FormatOutput
 {
 public:
     // Works on a copy of `arguments`.
-    explicit FormatOutput(va_list arguments) { va_copy(m_arguments, arguments); }
+    explicit FormatOutput(va_list arguments)
+    {
+        va_copy(m_arguments, arguments);
+        m_text.reserve(128); // more than most texts need, so that one allocation will do
+    }
     ~FormatOutput() { va_end(m_arguments); }
     FormatOutput(const FormatOutput&) = delete;
     FormatOutput& operator=(const FormatOutput&) = delete;

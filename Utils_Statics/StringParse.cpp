@@ -32,10 +32,13 @@ namespace StringParse {
 void GetAllWords(const CString& text, CStringArray& words, wchar_t sep)
 {
     const CString kept = text; // `text` may be an element of `words`
-    words.RemoveAll();
+    words.SetSize(kept.IsEmpty() ? 0 : GetWordCount(kept, sep));
     std::wstring_view rest = View(kept);
-    for (bool more = !rest.empty(); more;)
-        words.Add(Copy(TakeWord(rest, sep, more)));
+    bool more = false;
+    for (INT_PTR at = 0; at < words.GetSize(); ++at) {
+        const std::wstring_view word = TakeWord(rest, sep, more);
+        words[at].SetString(word.data(), static_cast<int>(word.size()));
+    }
 }
 
 long GetWordCount(const CString& text, wchar_t sep)
