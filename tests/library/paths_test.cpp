@@ -1,0 +1,314 @@
+#include <Utils_Statics/utilsExam.h>
+#include <qor_utils/Profile.h>
+#include <qor_utils/zelPath.h>
+#include <test_support/LogCapture.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <random>
+
+using test_support::LogCapture;
+using test_support::LoggedMessage;
+using test_support::TemporaryFolder;
+
+namespace {
+
+void Touch(const std::wstring& path)
+{
+    FILE* const file = _wfopen(path.c_str(), L"wb");
+    ASSERT_NE(file, nullptr);
+    std::fclose(file);
+}
+
+std::wstring WithForwardSlashes(std::wstring path)
+{
+    for (wchar_t& character : path)
+        if (character == L'\\') character = L'/';
+    return path;
+}
+
+std::wstring ProgramPath()
+{
+    wchar_t buffer[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, buffer, MAX_PATH);
+    return buffer;
+}
+
+TEST(GetApplicationFilePath, IsTheFileOfTheRunningProgram)
+{
+    EXPECT_EQ(utilsExam::GetApplicationFilePath(), ProgramPath().c_str());
+}
+
+TEST(GetApplicationPath, IsTheProgramsFolderWithATrailingBackslash)
+{
+    const std::wstring program = ProgramPath();
+    EXPECT_EQ(utilsExam::GetApplicationPath(), program.substr(0, program.rfind(L'\\') + 1).c_str());
+}
+
+// Values below a root key of this process's own.
+class RegistryPathTest : public testing::Test
+{
+protected:
+    RegistryPathTest() : m_root(L"Software\\Kestrow\\Tests\\paths" + std::to_wstring(GetCurrentProcessId()))
+    {
+        qor_utils::SetProfileRoot(m_root.c_str());
+    }
+    ~RegistryPathTest() override
+    {
+        qor_utils::SetProfileRoot(nullptr);
+        RegDeleteTreeW(HKEY_CURRENT_USER, m_root.c_str());
+        RegDeleteKeyW(HKEY_CURRENT_USER, m_root.c_str());
+    }
+
+    void store(const wchar_t* name, const std::wstring& value) const
+    {
+        const std::wstring key = m_root + L"\\System\\Path";
+        const DWORD size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+        ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), name, REG_SZ, value.c_str(), size), ERROR_SUCCESS);
+    }
+
+private:
+    std::wstring m_root;
+};
+
+TEST_F(RegistryPathTest, GivesTheDefaultAsItIsWhenNothingIsStored)
+{
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"D:\\default"), L"D:\\default");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L""), L"");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", nullptr), L"");
+}
+
+TEST_F(RegistryPathTest, AppendsABackslashToWhatIsStored)
+{
+    store(L"Export", L"D:\\data");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:\\data\\");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"D:\\data"), L"D:\\data\\");
+    store(L"Export", L"D:\\data\\");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:\\data\\");
+    store(L"Export", L"D:/data/");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:/data/\\");
+}
+
+TEST_F(RegistryPathTest, GivesTheDefaultWhenAnEmptyTextIsStored)
+{
+    store(L"Export", L"");
+    EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"E:\\default");
+}
+
+TEST_F(RegistryPathTest, TakesTextsLongerThanAPathBuffer)
+{
+    const std::wstring longPath = L"D:\\" + std::wstring(300, L'x');
+    store(L"Export", longPath);
+    EXPECT_EQ(utilsExam::GetRegistryPath(L"Export", L""), (longPath + L"\\").c_str());
+}
+
+TEST(GetPatientRootPath, IsTheFolderOfThePatientDatabase)
+{
+    zelPath::setPath(34, L"D:\\patients");
+    EXPECT_STREQ(utilsExam::GetPatientRootPath(), L"D:\\patients\\");
+    zelPath::setPath(34, L"");
+}
+
+TEST(GetImage, IsANameInTheImageFolder)
+{
+    zelPath::setPath(2, L"D:\\images");
+    EXPECT_EQ(utilsExam::GetImage(L"status/net.png"), L"D:\\images\\status/net.png");
+    EXPECT_EQ(utilsExam::GetImage(nullptr), L"D:\\images\\");
+    zelPath::setPath(2, L"");
+}
+
+TEST(DatabasePaths, FollowTheFolderOfPatientStudyAndObject)
+{
+    EXPECT_STREQ(utilsExam::GetObjectPath(L"D:\\db\\P1\\S1\\O1"), L"D:\\db\\P1\\S1\\O1.xml");
+    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\db\\P1\\S1\\O1"), L"D:\\db\\P1\\S1\\study.xml");
+    EXPECT_STREQ(utilsExam::GetPatientPath(L"D:\\db\\P1\\S1\\O1"), L"D:\\db\\P1\\patient.xml");
+}
+
+TEST(DatabasePaths, AreNormalisedOnce)
+{
+    EXPECT_STREQ(utilsExam::GetObjectPath(L"D:/db//P1\\\\\\S1/\\O1"), L"D:\\db\\P1\\\\S1\\O1.xml");
+    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:/db//P1/S1/O1"), L"D:\\db\\P1\\S1\\study.xml");
+    EXPECT_STREQ(utilsExam::GetPatientPath(L"D:/db//P1/S1/O1"), L"D:\\db\\P1\\patient.xml");
+    EXPECT_STREQ(utilsExam::GetObjectPath(L"\\\\server\\O1"), L"\\server\\O1.xml"); // deliberate
+}
+
+TEST(DatabasePaths, OfAnEmptyOrNullObjectAreTheNamesAlone)
+{
+    EXPECT_STREQ(utilsExam::GetObjectPath(L""), L".xml");
+    EXPECT_STREQ(utilsExam::GetObjectPath(nullptr), L".xml");
+    EXPECT_STREQ(utilsExam::GetPatientPath(nullptr), L"\\patient.xml");
+}
+
+TEST(DatabasePaths, FitTheirBuffersOrAreEmpty)
+{
+    for (const std::size_t length : {259u, 260u, 300u, 5000u}) {
+        std::wstring object = L"D:\\p\\s\\";
+        object.resize(length, L'x');
+        EXPECT_EQ(utilsExam::GetObjectPath(object.c_str()), (object + L".xml").c_str());
+        EXPECT_STREQ(utilsExam::GetStudyPath(object.c_str()), length < 260 ? L"D:\\p\\s\\study.xml" : L"");
+        EXPECT_STREQ(utilsExam::GetPatientPath(object.c_str()), length < 260 ? L"D:\\p\\patient.xml" : L"");
+    }
+}
+
+TEST(DatabasePaths, KeepCharactersBeyondTheBasicPlane)
+{
+    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\\U0001F600\\S\u00e4\\O1"), L"D:\\\U0001F600\\S\u00e4\\study.xml");
+}
+
+TEST(GetStudyPath, HasTheLoggerCheckTheStudysFolder)
+{
+    LogCapture log;
+    utilsExam::GetStudyPath(L"D:\\db\\P1\\S1\\O1");
+    EXPECT_TRUE(log.take().empty());
+    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\db\\P1\\S|1\\O1"), L"D:\\db\\P1\\S|1\\study.xml");
+    const auto messages = log.take();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].source, "Utils_Statics/Utils_Statics");
+    EXPECT_EQ(messages[0].line, 1029);
+    utilsExam::GetPatientPath(L"D:\\db\\P1\\S|1\\O1");
+    EXPECT_TRUE(log.take().empty());
+}
+
+class ParsePathTest : public testing::Test
+{
+protected:
+    ParsePathTest() : m_reference(m_folder / L"lay\\main.xml")
+    {
+        for (const wchar_t* const name : {L"lay", L"lay\\res", L"layouts", L"layouts\\res", L"fallback"})
+            CreateDirectoryW((m_folder / name).c_str(), nullptr);
+        zelPath::setPath(9, m_folder / L"layouts");
+        zelPath::setPath(21, m_folder / L"fallback");
+    }
+    ~ParsePathTest() override
+    {
+        zelPath::setPath(9, L"");
+        zelPath::setPath(21, L"");
+    }
+
+    CString parse(const wchar_t* path) const { return utilsExam::ParsePath(m_reference.c_str(), path); }
+    std::wstring address(const wchar_t* name) const { return WithForwardSlashes(m_folder / name); }
+
+    TemporaryFolder m_folder;
+    std::wstring m_reference;
+    LogCapture m_log;
+};
+
+TEST_F(ParsePathTest, GivesAnEmptyTextForBlanks)
+{
+    EXPECT_STREQ(parse(L""), L"");
+    EXPECT_STREQ(parse(L" \t\r\n "), L"");
+    EXPECT_STREQ(parse(nullptr), L"");
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(ParsePathTest, GivesAnAbsolutePathTrimmedAndUnchanged)
+{
+    EXPECT_STREQ(parse(L"C:\\no such\\img.png"), L"C:\\no such\\img.png");
+    EXPECT_STREQ(parse(L"  C:/no such/img.png\t"), L"C:/no such/img.png");
+    EXPECT_STREQ(parse(L"\\img.png"), L"\\img.png");
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(ParsePathTest, FindsAFileBesideTheReference)
+{
+    Touch(m_folder / L"lay\\img.png");
+    EXPECT_EQ(parse(L" img.png "), address(L"lay\\img.png").c_str());
+    const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
+    EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"), address(L"lay\\img.png").c_str());
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
+{
+    const std::wstring candidates[] = {address(L"lay\\img.png"), address(L"lay\\res\\img.png"),
+                                       m_folder / L"layouts\\img.png", m_folder / L"layouts\\res/img.png",
+                                       m_folder / L"fallback\\img.png"};
+    for (const std::wstring& candidate : candidates)
+        Touch(candidate);
+    for (const std::wstring& candidate : candidates) {
+        EXPECT_EQ(parse(L"img.png"), candidate.c_str());
+        ASSERT_TRUE(DeleteFileW(candidate.c_str()));
+    }
+    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_STREQ(parse(L"img.png"), L"");
+    const LoggedMessage missing{"Utils_Statics/Utils_Statics", 1332, 2,
+                                L"Layout File - File " + candidates[4] + L" not found."};
+    EXPECT_EQ(m_log.take(), std::vector<LoggedMessage>{missing});
+}
+
+TEST_F(ParsePathTest, TurnsTheBackslashesOfThePathRound)
+{
+    CreateDirectoryW((m_folder / L"lay\\sub").c_str(), nullptr);
+    Touch(m_folder / L"lay\\sub\\img.png");
+    EXPECT_EQ(parse(L"sub\\img.png"), address(L"lay\\sub\\img.png").c_str());
+}
+
+TEST_F(ParsePathTest, ComposesAPathThroughTheParentFolderWithoutLookingForIt)
+{
+    const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
+    EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"..\\other\\none.png"),
+              address(L"lay\\../other/none.png").c_str());
+    EXPECT_EQ(parse(L"..\\none.png"), address(L"lay\\../none.png").c_str());
+    // The second character alone decides.
+    EXPECT_EQ(parse(L"a.png"), address(L"lay\\a.png").c_str());
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(ParsePathTest, LooksForANameOfOneCharacter)
+{
+    Touch(m_folder / L"lay\\x");
+    EXPECT_EQ(parse(L"x"), address(L"lay\\x").c_str());
+}
+
+TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
+{
+    CreateDirectoryW((m_folder / L"my-main.xml-files").c_str(), nullptr);
+    const std::wstring reference = m_folder / L"my-main.xml-files\\main.xml";
+    Touch(m_folder / L"my-img.png");
+    EXPECT_EQ(utilsExam::ParsePath(reference.c_str(), L"img.png"), address(L"my-img.png").c_str());
+}
+
+TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
+{
+    Touch(m_folder / L"layouts\\only-here.png");
+    EXPECT_EQ(utilsExam::ParsePath(nullptr, L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
+    EXPECT_EQ(utilsExam::ParsePath(L"", L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
+}
+
+TEST_F(ParsePathTest, TakesPathsOfAnyLength)
+{
+    for (const std::size_t length : {259u, 260u, 300u, 40000u}) {
+        EXPECT_STREQ(parse(std::wstring(length, L'x').c_str()), L"");
+        const auto messages = m_log.take();
+        ASSERT_EQ(messages.size(), 1u);
+        EXPECT_EQ(messages[0].line, 1332);
+        const std::wstring absolute = L"C:\\" + std::wstring(length - 3, L'x');
+        EXPECT_EQ(parse(absolute.c_str()), absolute.c_str());
+    }
+}
+
+TEST_F(ParsePathTest, FindsNamesBeyondTheBasicPlane)
+{
+    Touch(m_folder / L"lay\\\U0001F600.png");
+    EXPECT_EQ(parse(L"\U0001F600.png"), address(L"lay\\\U0001F600.png").c_str());
+}
+
+TEST_F(ParsePathTest, SurvivesRandomTexts)
+{
+    std::mt19937 random(4);
+    const wchar_t alphabet[] = L"a./\\:~*? \u00e4\xD83Dx|file:///";
+    for (int round = 0; round < 500; ++round) {
+        std::wstring texts[2];
+        for (std::wstring& text : texts)
+            for (auto left = random() % 12; left > 0; --left)
+                text += alphabet[random() % (std::size(alphabet) - 1)];
+        const CString result = utilsExam::ParsePath(texts[0].c_str(), texts[1].c_str());
+        EXPECT_EQ(utilsExam::ParsePath(texts[0].c_str(), texts[1].c_str()), result);
+    }
+}
+
+} // namespace
