@@ -1,0 +1,206 @@
+// Word splitting, text formatting and layout file look-up beside the plainest form that the standard library offers.
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/StringParse.h>
+#include <Utils_Statics/utilsExam.h>
+#include <zel_string_convert/ZelTString.h>
+
+#include <benchmark/benchmark.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+const std::wstring sentence = L"The quick brown fox jumps over the lazy dog and looks for a place to sleep until noon";
+
+void GetAllWords(benchmark::State& state)
+{
+    const CString text(sentence.c_str());
+    CStringArray words;
+    for (auto _ : state) {
+        StringParse::GetAllWords(text, words, L' ');
+        benchmark::DoNotOptimize(words.GetSize());
+    }
+}
+
+void GetlineOfStringStream(benchmark::State& state)
+{
+    std::vector<std::wstring> words;
+    for (auto _ : state) {
+        words.clear();
+        std::wistringstream stream(sentence);
+        for (std::wstring word; std::getline(stream, word, L' ');)
+            words.push_back(word);
+        benchmark::DoNotOptimize(words.size());
+    }
+}
+
+void FindAndSubstr(benchmark::State& state)
+{
+    std::vector<std::wstring> words;
+    for (auto _ : state) {
+        words.clear();
+        std::size_t begin = 0;
+        for (std::size_t end; (end = sentence.find(L' ', begin)) != std::wstring::npos; begin = end + 1)
+            words.push_back(sentence.substr(begin, end - begin));
+        words.push_back(sentence.substr(begin));
+        benchmark::DoNotOptimize(words.size());
+    }
+}
+
+void GetStrFormatted(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetStr("bench.images", 17, L"Meier", 2.5));
+}
+
+// What the call would be without a check: a look-up in a map and the C library's formatter into a buffer.
+void MapAndSwprintf(benchmark::State& state)
+{
+    const std::map<std::string, std::wstring> texts{{"bench.images", L"%d Bilder von %s (%.1f MB)"},
+                                                    {"bench.plain", L"Sichern"}};
+    for (auto _ : state) {
+        wchar_t buffer[256];
+        _snwprintf(buffer, 256, texts.at("bench.images").c_str(), 17, L"Meier", 2.5);
+        std::wstring result = buffer;
+        benchmark::DoNotOptimize(result);
+    }
+}
+
+void GetStrPlain(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetStr("bench.plain"));
+}
+
+void MapAndCopy(benchmark::State& state)
+{
+    const std::map<std::string, std::wstring> texts{{"bench.images", L"%d Bilder von %s (%.1f MB)"},
+                                                    {"bench.plain", L"Sichern"}};
+    for (auto _ : state) {
+        std::wstring result = texts.at("bench.plain");
+        benchmark::DoNotOptimize(result);
+    }
+}
+
+namespace fs = std::filesystem;
+
+fs::path layoutFolder()
+{
+    return fs::temp_directory_path() / L"text_path_bench";
+}
+
+void ParsePathFound(benchmark::State& state)
+{
+    const std::wstring reference = L"file:///" + (layoutFolder() / L"main.xml").generic_wstring();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"img.png"));
+}
+
+void FilesystemExists(benchmark::State& state)
+{
+    const fs::path reference = layoutFolder() / L"main.xml";
+    for (auto _ : state) {
+        fs::path found = reference.parent_path() / L"img.png";
+        if (!fs::exists(found)) state.SkipWithError("the file is gone");
+        benchmark::DoNotOptimize(found);
+    }
+}
+
+void ParsePathRelative(benchmark::State& state)
+{
+    const std::wstring reference = L"file:///" + (layoutFolder() / L"main.xml").generic_wstring();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"..\\img.png"));
+}
+
+void FilesystemCompose(benchmark::State& state)
+{
+    const fs::path reference = layoutFolder() / L"main.xml";
+    for (auto _ : state) {
+        std::wstring composed = (reference.parent_path() / L"..\\img.png").generic_wstring();
+        benchmark::DoNotOptimize(composed);
+    }
+}
+
+BENCHMARK(GetAllWords);
+BENCHMARK(FindAndSubstr);
+BENCHMARK(GetlineOfStringStream);
+BENCHMARK(GetStrFormatted);
+BENCHMARK(MapAndSwprintf);
+BENCHMARK(GetStrPlain);
+BENCHMARK(MapAndCopy);
+BENCHMARK(ParsePathFound);
+BENCHMARK(FilesystemExists);
+BENCHMARK(ParsePathRelative);
+BENCHMARK(FilesystemCompose);
+
+// Keeps the times, to be set against each other at the end.
+class TimeKeeper : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs)
+            if (run.iterations > 0) times[run.benchmark_name()] = run.GetAdjustedRealTime();
+    }
+
+    std::map<std::string, double> times;
+};
+
+void PrintRatio(const TimeKeeper& keeper, const char* ours, const char* plain)
+{
+    const auto our = keeper.times.find(ours);
+    const auto other = keeper.times.find(plain);
+    if (our == keeper.times.end() || other == keeper.times.end()) return;
+    std::printf("%-20s %10.0f ns   %-24s %10.0f ns   %5.2f\n", ours, our->second, plain, other->second,
+                our->second / other->second);
+}
+
+void WriteFile(const fs::path& path, const char* text)
+{
+    FILE* const file = _wfopen(path.c_str(), L"wb");
+    if (!file) return;
+    std::fputs(text, file);
+    std::fclose(file);
+}
+
+constexpr const char* table =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">"
+    "<file original=\"bench\" datatype=\"plaintext\" source-language=\"en\" target-language=\"de\"><body>"
+    "<trans-unit id=\"bench.images\"><source>%d images of %s (%.1f MB)</source>"
+    "<target>%d Bilder von %s (%.1f MB)</target></trans-unit>"
+    "<trans-unit id=\"bench.plain\"><source>Save</source><target>Sichern</target></trans-unit>"
+    "</body></file></xliff>\n";
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    fs::create_directories(layoutFolder());
+    WriteFile(layoutFolder() / L"img.png", "x");
+    WriteFile(layoutFolder() / L"texts.xlf", table);
+    if (!ZelTString::load(layoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de")) return 1;
+
+    TimeKeeper keeper;
+    benchmark::RunSpecifiedBenchmarks(&keeper);
+    std::printf("\n%-20s %13s   %-24s %13s   ratio\n", "Utils_Statics", "", "plain form", "");
+    PrintRatio(keeper, "GetAllWords", "FindAndSubstr");
+    PrintRatio(keeper, "GetAllWords", "GetlineOfStringStream");
+    PrintRatio(keeper, "GetStrFormatted", "MapAndSwprintf");
+    PrintRatio(keeper, "GetStrPlain", "MapAndCopy");
+    PrintRatio(keeper, "ParsePathFound", "FilesystemExists");
+    PrintRatio(keeper, "ParsePathRelative", "FilesystemCompose");
+    std::error_code error;
+    fs::remove_all(layoutFolder(), error);
+    return 0;
+}
