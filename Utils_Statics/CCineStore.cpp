@@ -17,11 +17,13 @@ void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataD
     std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t), sizeof words);
 }
 
-// Takes a block that was written in part off the file again: the next one has to follow the last complete one.
-void cutBack(std::FILE* file, long long end)
+// Takes a block of which `written` bytes were written off the file again: the next one has to follow the last complete
+// one.
+void cutBack(std::FILE* file, std::size_t written)
 {
     std::clearerr(file);
-    if (_fseeki64(file, end, SEEK_SET) == 0) _chsize_s(_fileno(file), end);
+    const long long end = _ftelli64(file) - static_cast<long long>(written);
+    if (end >= 0 && _fseeki64(file, end, SEEK_SET) == 0) _chsize_s(_fileno(file), end);
 }
 
 } // namespace
@@ -76,10 +78,10 @@ bool CCineStore::AddECGData(void* data, int size)
 bool CCineStore::appendBlock(const void* data, int size)
 {
     if (!file || !data || size <= 0) return false;
-    const long long start = _ftelli64(file);
     const auto bytes = static_cast<std::size_t>(size);
-    if (std::fwrite(data, 1, bytes, file) == bytes) return true;
-    cutBack(file, start);
+    const std::size_t written = std::fwrite(data, 1, bytes, file);
+    if (written == bytes) return true;
+    cutBack(file, written);
     return false;
 }
 

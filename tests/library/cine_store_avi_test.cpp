@@ -756,7 +756,38 @@ TEST_F(CineStoreAvi, RecordsMotionJpegAtTheConfiguredQuality)
     EXPECT_LT(sizes[0], sizes[1]);
 }
 
-// Run by cine_two_gib.sh, because it writes 2 GiB.
+// Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that nobody here wrote.
+TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
+{
+    const std::wstring target = test_support::environmentVariable(L"MOVIE_FOLDER");
+    if (target.empty()) GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
+    const InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
+    Settings::set(L"RecordQuality", 100);
+    std::vector<Pixels> frames;
+    for (const wchar_t* codec : {L"Uncompressed", L"MJPG"}) {
+        Settings::set(L"RecordCodec", codec);
+        fileName = target + L"\\" + codec + L".avi";
+        frames.clear();
+        ASSERT_TRUE(start());
+        for (unsigned i = 0; i < 25; ++i) {
+            Pixels frame(frameWidth * frameHeight);
+            for (unsigned at = 0; at < frame.size(); ++at)
+                frame[at] = 0x010101u * (at / frameWidth * 3 + i * 2) + at % frameWidth * 0x000001u;
+            EXPECT_TRUE(addBitmap(frame, false, false));
+            frames.push_back(frame);
+        }
+        EXPECT_TRUE(store.EndStorage());
+    }
+    HANDLE file =
+        CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    for (const Pixels& frame : frames) {
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(file, frame.data(), static_cast<DWORD>(frame.size() * 4), &written, nullptr));
+    }
+    CloseHandle(file);
+}
+
+// Run by the test cine_two_gib, because it writes 2 GiB.
 TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
 {
     if (test_support::environmentVariable(L"CINE_TWO_GIB").empty())
