@@ -6,7 +6,7 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/utils-statics}
 
 # A folder below the cache carries its version in its name; raising it makes every machine rebuild that folder.
-wine_root=$cache/wine-i386-1
+wine_root=$cache/wine-i386-2
 deps_version=1
 
 say()  { printf '%s\n' "$*"; }
