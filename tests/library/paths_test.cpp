@@ -136,6 +136,33 @@ TEST(DatabasePaths, AreNormalisedOnce)
     EXPECT_STREQ(utilsExam::GetObjectPath(L"\\\\server\\O1"), L"\\server\\O1.xml"); // deliberate
 }
 
+// Forward slashes turned round, then each pair of backslashes made one, as one walk over the characters.
+std::wstring PlainlyNormalised(const std::wstring& path)
+{
+    std::wstring result;
+    bool halfOfPair = false;
+    for (wchar_t character : path) {
+        if (character == L'/') character = L'\\';
+        const bool drop = halfOfPair && character == L'\\';
+        halfOfPair = character == L'\\' && !drop;
+        if (!drop) result += character;
+    }
+    return result;
+}
+
+TEST(DatabasePaths, AgreeWithThePlainNormalisationOnRandomTexts)
+{
+    std::mt19937 random(31);
+    for (int round = 0; round < 3000; ++round) {
+        std::wstring object(random() % 20, L'a');
+        for (wchar_t& character : object)
+            character = L"ab\\\\//.: "[random() % 9];
+        ASSERT_EQ(std::wstring(utilsExam::GetObjectPath(object.c_str())), PlainlyNormalised(object) + L".xml");
+        utilsExam::GetStudyPath(object.c_str());
+        utilsExam::GetPatientPath(object.c_str());
+    }
+}
+
 TEST(DatabasePaths, OfAnEmptyOrNullObjectAreTheNamesAlone)
 {
     EXPECT_STREQ(utilsExam::GetObjectPath(L""), L".xml");
