@@ -10,103 +10,101 @@ namespace {
 
 constexpr std::wstring_view delimiters = L" \n";
 
-std::wstring_view View(const CString &text) {
-  return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
+std::wstring_view View(const CString& text)
+{
+    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
 }
 
-int MeasuredWidth(CDC &dc, const CString &text) {
-  CRect bounds(0, 0, 0, 0);
-  dc.DrawText(text, bounds, DT_CALCRECT);
-  return bounds.right - bounds.left;
+int MeasuredWidth(CDC& dc, const CString& text)
+{
+    CRect bounds(0, 0, 0, 0);
+    dc.DrawText(text, bounds, DT_CALCRECT);
+    return bounds.right - bounds.left;
 }
 
 // The next word at or after `position`, which moves behind it; empty when there
 // is none.
-std::wstring_view NextWord(std::wstring_view text, std::size_t &position) {
-  const std::size_t begin = text.find_first_not_of(delimiters, position);
-  if (begin == std::wstring_view::npos)
-    return {};
-  position = std::min(text.find_first_of(delimiters, begin), text.size());
-  return text.substr(begin, position - begin);
+std::wstring_view NextWord(std::wstring_view text, std::size_t& position)
+{
+    const std::size_t begin = text.find_first_not_of(delimiters, position);
+    if (begin == std::wstring_view::npos) return {};
+    position = std::min(text.find_first_of(delimiters, begin), text.size());
+    return text.substr(begin, position - begin);
 }
 
 // Composes lines out of a text's words and counts them.
-class LineCounter {
+class LineCounter
+{
 public:
-  LineCounter(CDC &dc, std::wstring_view text, int width)
-      : m_dc(dc), m_text(text), m_width(width) {}
+    LineCounter(CDC& dc, std::wstring_view text, int width) : m_dc(dc), m_text(text), m_width(width) {}
 
-  void add(std::wstring_view word) {
-    appendWithGap(word);
-    if (MeasuredWidth(m_dc, m_line) <= m_width)
-      return;
-    ++m_count;
-    m_line = CString(word.data(), static_cast<int>(word.size()));
-  }
+    void add(std::wstring_view word)
+    {
+        appendWithGap(word);
+        if (MeasuredWidth(m_dc, m_line) <= m_width) return;
+        ++m_count;
+        m_line = CString(word.data(), static_cast<int>(word.size()));
+    }
 
-  int count() const { return m_count; }
+    int count() const { return m_count; }
 
 private:
-  // A word is looked up from the current position, which then moves to the next
-  // space, and only when there is none to the next line feed. So a word that
-  // ends in a line feed takes the words up to that space out of reach: they are
-  // appended without what stood before them. Deliberate.
-  void appendWithGap(std::wstring_view word) {
-    const std::size_t found = m_text.find(word, m_position);
-    if (found != std::wstring_view::npos) {
-      append(m_text.substr(m_position, found - m_position));
-      std::size_t next = m_text.find(L' ', found + word.size());
-      if (next == std::wstring_view::npos)
-        next = m_text.find(L'\n', found + word.size());
-      m_position = std::min(next, m_text.size());
+    // A word is looked up from the current position, which then moves to the next
+    // space, and only when there is none to the next line feed. So a word that
+    // ends in a line feed takes the words up to that space out of reach: they are
+    // appended without what stood before them. Deliberate.
+    void appendWithGap(std::wstring_view word)
+    {
+        const std::size_t found = m_text.find(word, m_position);
+        if (found != std::wstring_view::npos) {
+            append(m_text.substr(m_position, found - m_position));
+            std::size_t next = m_text.find(L' ', found + word.size());
+            if (next == std::wstring_view::npos) next = m_text.find(L'\n', found + word.size());
+            m_position = std::min(next, m_text.size());
+        }
+        append(word);
     }
-    append(word);
-  }
 
-  void append(std::wstring_view part) {
-    m_line.Append(part.data(), static_cast<int>(part.size()));
-  }
+    void append(std::wstring_view part) { m_line.Append(part.data(), static_cast<int>(part.size())); }
 
-  CDC &m_dc;
-  std::wstring_view m_text;
-  int m_width;
-  CString m_line;
-  std::size_t m_position = 0;
-  int m_count = 1;
+    CDC& m_dc;
+    std::wstring_view m_text;
+    int m_width;
+    CString m_line;
+    std::size_t m_position = 0;
+    int m_count = 1;
 };
 
 } // namespace
 
-void utilsExam::StlListToMfcList(const std::vector<std::wstring> &from,
-                                 CStringArray &to) {
-  for (const std::wstring &text : from)
-    to.Add(CString(text.c_str(), static_cast<int>(text.size())));
+void utilsExam::StlListToMfcList(const std::vector<std::wstring>& from, CStringArray& to)
+{
+    for (const std::wstring& text : from)
+        to.Add(CString(text.c_str(), static_cast<int>(text.size())));
 }
 
-double utilsExam::ui64ToDouble(unsigned __int64 value) {
-  return static_cast<double>(value);
+double utilsExam::ui64ToDouble(unsigned __int64 value)
+{
+    return static_cast<double>(value);
 }
 
-int utilsExam::WrapStr(CDC *dc, CString &text, int width) {
-  if (text.IsEmpty() || !dc)
-    return 0;
-  if (MeasuredWidth(*dc, text) < width)
-    return 1;
+int utilsExam::WrapStr(CDC* dc, CString& text, int width)
+{
+    if (text.IsEmpty() || !dc) return 0;
+    if (MeasuredWidth(*dc, text) < width) return 1;
 
-  const CString copy = text;
-  const std::wstring_view whole = View(copy);
-  std::size_t position = 0;
-  std::wstring_view word = NextWord(whole, position);
-  if (word == whole)
-    return 1;
+    const CString copy = text;
+    const std::wstring_view whole = View(copy);
+    std::size_t position = 0;
+    std::wstring_view word = NextWord(whole, position);
+    if (word == whole) return 1;
 
-  LineCounter lines(*dc, whole, width);
-  std::wstring_view longest = word;
-  for (; !word.empty(); word = NextWord(whole, position)) {
-    lines.add(word);
-    if (word.size() > longest.size())
-      longest = word;
-  }
-  text = CString(longest.data(), static_cast<int>(longest.size()));
-  return lines.count();
+    LineCounter lines(*dc, whole, width);
+    std::wstring_view longest = word;
+    for (; !word.empty(); word = NextWord(whole, position)) {
+        lines.add(word);
+        if (word.size() > longest.size()) longest = word;
+    }
+    text = CString(longest.data(), static_cast<int>(longest.size()));
+    return lines.count();
 }
