@@ -1,5 +1,7 @@
 #include "GdiMap.h"
 
+#include <algorithm>
+
 CBitmap::~CBitmap() = default;
 
 BOOL CBitmap::LoadBitmap(LPCTSTR name)

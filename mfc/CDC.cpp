@@ -65,8 +65,8 @@ void CDC::DeleteTempMap()
 BOOL CDC::Attach(HDC context)
 {
     if (!context || m_hDC) return FALSE;
+    m_hDC = m_hAttribDC = context; // first: should memory be short for the map, the handle has its owner
     Contexts().Add(context, this);
-    m_hDC = m_hAttribDC = context;
     return TRUE;
 }
 

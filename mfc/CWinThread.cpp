@@ -9,12 +9,10 @@ namespace {
 class InheritedMainWindow
 {
 public:
-    explicit InheritedMainWindow(CWinThread& thread) : m_thread(thread)
+    InheritedMainWindow(CWinThread& thread, HWND window) : m_thread(thread)
     {
-        CWinApp* const application = AfxGetApp();
-        CWnd* const main = application ? application->m_pMainWnd : nullptr;
-        if (thread.m_pMainWnd || !main) return;
-        m_window.m_hWnd = main->m_hWnd;
+        if (thread.m_pMainWnd || !window) return;
+        m_window.m_hWnd = window;
         thread.m_pMainWnd = &m_window;
     }
     ~InheritedMainWindow()
@@ -29,6 +27,12 @@ private:
     CWinThread& m_thread;
     CWnd m_window;
 };
+
+HWND ApplicationsMainWindow()
+{
+    const CWinApp* const application = AfxGetApp();
+    return application && application->m_pMainWnd ? application->m_pMainWnd->m_hWnd : nullptr;
+}
 
 } // namespace
 
@@ -45,6 +49,7 @@ CWinThread::~CWinThread()
 BOOL CWinThread::CreateThread(DWORD flags, UINT stackSize, LPSECURITY_ATTRIBUTES security)
 {
     if (m_hThread || !m_pfnThreadProc) return FALSE;
+    m_inheritedWindow = ApplicationsMainWindow(); // read on this thread, not while the new one runs
     // Started suspended, so that the thread finds the members below set.
     unsigned id = 0;
     const uintptr_t handle = _beginthreadex(security, stackSize, &Entry, this, CREATE_SUSPENDED, &id);
@@ -69,7 +74,7 @@ UINT CWinThread::RunProcedure()
     framework::ThreadState::Current().thread = this;
     UINT code;
     {
-        const InheritedMainWindow window(*this);
+        const InheritedMainWindow window(*this, m_inheritedWindow);
         code = m_pfnThreadProc(m_pThreadParams);
     }
     framework::ThreadState::Current().thread = nullptr;

@@ -1,4 +1,5 @@
 #include "ThreadState.h"
+#include "WindowCreation.h"
 #include "WindowProcedure.h"
 
 #include <utility>
@@ -7,9 +8,25 @@
 
 using framework::ThreadState;
 
+namespace {
+
+BOOL ModifyStyleBits(HWND window, int index, DWORD remove, DWORD add, UINT positionFlags)
+{
+    const auto old = static_cast<DWORD>(GetWindowLongW(window, index));
+    const DWORD style = (old & ~remove) | add;
+    if (style == old) return FALSE;
+    SetWindowLongW(window, index, static_cast<LONG>(style));
+    constexpr UINT nothingElse = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    if (positionFlags) SetWindowPos(window, nullptr, 0, 0, 0, 0, positionFlags | nothingElse);
+    return TRUE;
+}
+
+} // namespace
+
 CWnd::~CWnd()
 {
     CWnd::DestroyWindow();
+    UnsubclassWindow(); // another thread's window cannot be destroyed from here, and must not find this object any more
 }
 
 CWnd* CWnd::FromHandle(HWND window)
@@ -85,19 +102,12 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD 
 BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width,
                     int height, HWND parent, HMENU idOrMenu, LPVOID parameter)
 {
-    CREATESTRUCT d = {parameter, AfxGetInstanceHandle(),   idOrMenu,   parent,    height, width, y,
-                      x,         static_cast<LONG>(style), windowName, className, exStyle};
-    bool attached = false;
-    HWND window = nullptr;
-    if (!m_hWnd && PreCreateWindow(d)) {
-        const WindowProcedure::Creation creation(*this);
-        window = CreateWindowExW(d.dwExStyle, d.lpszClass, d.lpszName, static_cast<DWORD>(d.style), d.x, d.y, d.cx,
-                                 d.cy, d.hwndParent, d.hMenu, d.hInstance, d.lpCreateParams);
-        attached = !creation.waiting();
-    }
-    // A window that came and went has been through PostNcDestroy.
-    if (!attached) PostNcDestroy();
-    return window != nullptr;
+    if (m_hWnd) return FALSE;
+    CREATESTRUCT description = {parameter, AfxGetInstanceHandle(),   idOrMenu,   parent,    height, width, y,
+                                x,         static_cast<LONG>(style), windowName, className, exStyle};
+    if (PreCreateWindow(description)) return WindowCreation(*this).Create(description) != nullptr;
+    PostNcDestroy();
+    return FALSE;
 }
 
 BOOL CWnd::PreCreateWindow(CREATESTRUCT& description)
@@ -131,22 +141,12 @@ const MSG* CWnd::GetCurrentMessage()
 
 BOOL CWnd::ModifyStyle(DWORD remove, DWORD add, UINT positionFlags)
 {
-    const DWORD style = (GetStyle() & ~remove) | add;
-    if (style == GetStyle()) return FALSE;
-    ::SetWindowLongW(m_hWnd, GWL_STYLE, static_cast<LONG>(style));
-    if (positionFlags)
-        SetWindowPos(nullptr, 0, 0, 0, 0, positionFlags | SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    return TRUE;
+    return ModifyStyleBits(*this, GWL_STYLE, remove, add, positionFlags);
 }
 
 BOOL CWnd::ModifyStyleEx(DWORD remove, DWORD add, UINT positionFlags)
 {
-    const DWORD style = (GetExStyle() & ~remove) | add;
-    if (style == GetExStyle()) return FALSE;
-    ::SetWindowLongW(m_hWnd, GWL_EXSTYLE, static_cast<LONG>(style));
-    if (positionFlags)
-        SetWindowPos(nullptr, 0, 0, 0, 0, positionFlags | SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    return TRUE;
+    return ModifyStyleBits(*this, GWL_EXSTYLE, remove, add, positionFlags);
 }
 
 void CWnd::GetWindowText(CString& text) const

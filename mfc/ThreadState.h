@@ -7,6 +7,8 @@
 #include <typeindex>
 #include <unordered_map>
 
+class WindowCreation;
+
 namespace framework {
 
 // What the framework keeps for one thread. Made on first use, deleted when the thread ends or the DLL is unloaded.
@@ -25,11 +27,11 @@ public:
     ThreadState(const ThreadState&) = delete;
     ThreadState& operator=(const ThreadState&) = delete;
 
-    CWinThread* thread = nullptr; // set on threads that AfxBeginThread started
-    CWnd* creating = nullptr;     // waits for the first window that the thread creates
-    const MSG* message = nullptr; // being handled
-    int proceduresActive = 0;     // window procedures of the framework on the stack
-    CString className;            // of AfxRegisterWndClass
+    CWinThread* thread = nullptr;       // set on threads that AfxBeginThread started
+    WindowCreation* creation = nullptr; // of the window that is being created
+    const MSG* message = nullptr;       // being handled
+    int proceduresActive = 0;           // window procedures of the framework on the stack
+    CString className;                  // of AfxRegisterWndClass
 
     // Temporary objects, none of which owns its handle. GDI handles of different kinds may share a value over time,
     // hence the type in the key.

@@ -3,7 +3,6 @@
 #include "ThreadState.h"
 
 #include <exception>
-#include <utility>
 
 using framework::ThreadState;
 
@@ -93,45 +92,4 @@ void WindowProcedure::Remove(CWnd& object)
     if (object.m_pfnSuper && GetWindowLongPtrW(object.m_hWnd, GWLP_WNDPROC) == procedure)
         SetWindowLongPtrW(object.m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(object.m_pfnSuper));
     object.m_pfnSuper = nullptr;
-}
-
-WindowProcedure::Creation::Creation(CWnd& object)
-    : m_outer(ThreadState::Current().creating),
-      m_hook(SetWindowsHookExW(WH_CBT, &OnHook, nullptr, GetCurrentThreadId()))
-{
-    ThreadState::Current().creating = &object;
-}
-
-WindowProcedure::Creation::~Creation()
-{
-    if (m_hook) UnhookWindowsHookEx(m_hook);
-    ThreadState::Current().creating = m_outer;
-}
-
-bool WindowProcedure::Creation::waiting() const
-{
-    return ThreadState::Current().creating != nullptr;
-}
-
-LRESULT CALLBACK WindowProcedure::Creation::OnHook(int code, WPARAM wParam, LPARAM lParam) noexcept
-{
-    if (code == HCBT_CREATEWND) {
-        try {
-            Adopt(reinterpret_cast<HWND>(wParam));
-        } catch (...) {
-            return 1; // the window is not created
-        }
-    }
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
-void WindowProcedure::Creation::Adopt(HWND window)
-{
-    auto& state = ThreadState::Current();
-    // The input method's own window may be created in between.
-    if (!state.creating || (GetClassLongW(window, GCL_STYLE) & CS_IME)) return;
-    CWnd& object = *std::exchange(state.creating, nullptr);
-    if (!object.Attach(window)) return;
-    object.PreSubclassWindow();
-    Install(object);
 }

@@ -16,25 +16,8 @@ public:
     // Takes it away, if it is still the foremost one.
     static void Remove(CWnd& object);
 
-    // While it lives, the first window that the thread creates becomes the object's.
-    class Creation
-    {
-    public:
-        explicit Creation(CWnd& object);
-        ~Creation();
-        Creation(const Creation&) = delete;
-        Creation& operator=(const Creation&) = delete;
-
-        // No window has come.
-        bool waiting() const;
-
-    private:
-        static LRESULT CALLBACK OnHook(int code, WPARAM wParam, LPARAM lParam) noexcept;
-        static void Adopt(HWND window);
-
-        CWnd* m_outer;
-        HHOOK m_hook;
-    };
+    // Calls the object's PostNcDestroy.
+    static void TellGone(CWnd& object) { object.PostNcDestroy(); }
 
 private:
     static LRESULT Route(CWnd& object, const MSG& message);

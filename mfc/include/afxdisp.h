@@ -10,8 +10,8 @@
 // What the parts of a moment without a calendar date read as.
 inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 
-// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular time zone; the years 100
-// to 9999.
+// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular time zone; the years
+// 100 to 9999.
 class COleDateTime
 {
 public:
@@ -60,8 +60,8 @@ public:
     // As the C library's wcsftime formats it; empty unless the status is valid.
     MFC_API CString Format(LPCWSTR format) const;
 
-    // By the moment; two moments that are not valid are equal when their status is. Before 1900 the fraction of the value
-    // counts the hours forward although the value is negative, which the comparison minds.
+    // By the moment; two moments that are not valid are equal when their status is. Before 1900 the fraction of the
+    // value counts the hours forward although the value is negative, which the comparison minds.
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) noexcept
     {
         return a.m_status == b.m_status && (a.m_status != valid || Linear(a.m_dt) == Linear(b.m_dt));

@@ -25,7 +25,10 @@ public:
     CString(LPCWSTR text) : m_text(View(text)) {}
     // The first `length` characters at `text`, which may hold null characters.
     CString(LPCWSTR text, int length) : m_text(View(text, length)) {}
-    explicit CString(wchar_t character, int repeat = 1) : m_text(repeat > 0 ? static_cast<size_t>(repeat) : 0, character) {}
+    explicit CString(wchar_t character, int repeat = 1)
+        : m_text(repeat > 0 ? static_cast<size_t>(repeat) : 0, character)
+    {
+    }
     // Converts from the system's ANSI code page.
     MFC_API explicit CString(LPCSTR text);
     ~CString() = default;
@@ -113,8 +116,8 @@ public:
     int Insert(int index, wchar_t character) { return Insert(index, std::wstring{character}.c_str()); }
     MFC_API int Delete(int index, int count = 1);
 
-    // Direct access: the buffer holds at least `minimumLength` characters and a null, and starts with the text. It is to
-    // be given back by ReleaseBuffer before any other member is called; -1 measures up to the first null.
+    // Direct access: the buffer holds at least `minimumLength` characters and a null, and starts with the text. It is
+    // to be given back by ReleaseBuffer before any other member is called; -1 measures up to the first null.
     MFC_API LPWSTR GetBuffer(int minimumLength);
     LPWSTR GetBuffer() { return m_text.data(); }
     MFC_API LPWSTR GetBufferSetLength(int length);
@@ -141,7 +144,10 @@ public:
 private:
     static constexpr LPCWSTR WhiteSpace = L" \t\n\v\f\r";
 
-    static std::wstring_view View(LPCWSTR text) noexcept { return text ? std::wstring_view(text) : std::wstring_view(); }
+    static std::wstring_view View(LPCWSTR text) noexcept
+    {
+        return text ? std::wstring_view(text) : std::wstring_view();
+    }
     static std::wstring_view View(LPCWSTR text, int length) noexcept
     {
         return text && length > 0 ? std::wstring_view(text, static_cast<size_t>(length)) : std::wstring_view();

@@ -121,10 +121,8 @@ public:
     constexpr void InflateRect(LPCRECT by) noexcept { InflateRect(by->left, by->top, by->right, by->bottom); }
     constexpr void DeflateRect(int l, int t, int r, int b) noexcept
     {
-        left = framework::WrappingAdd(left, l);
-        top = framework::WrappingAdd(top, t);
-        right = framework::WrappingSubtract(right, r);
-        bottom = framework::WrappingSubtract(bottom, b);
+        using framework::WrappingSubtract;
+        InflateRect(WrappingSubtract(0, l), WrappingSubtract(0, t), WrappingSubtract(0, r), WrappingSubtract(0, b));
     }
     constexpr void DeflateRect(int x, int y) noexcept { DeflateRect(x, y, x, y); }
     constexpr void DeflateRect(SIZE size) noexcept { DeflateRect(size.cx, size.cy); }

@@ -244,6 +244,60 @@ TEST(Window, OnTheHeapMayDeleteItself)
     EXPECT_TRUE(gone);
 }
 
+TEST(Window, OnTheHeapDeletesItselfAlsoWhenItCannotBeCreated)
+{
+    bool gone = false;
+    auto* const window = new HeapWindow(gone);
+    EXPECT_FALSE(window->CreateEx(0, L"no such class", L"", WS_OVERLAPPED, CRect(0, 0, 1, 1), nullptr, 0));
+    EXPECT_TRUE(gone);
+}
+
+TEST(Window, IsNotCreatedWhenItsObjectFailsBeforeTheFirstMessage)
+{
+    class Throwing : public RecordingWindow
+    {
+    protected:
+        void PreSubclassWindow() override { throw std::runtime_error("before the first message"); }
+        void PostNcDestroy() override { Note(L"gone"); }
+    };
+    Throwing window;
+    EXPECT_FALSE(window.Open());
+    EXPECT_EQ(window.m_hWnd, nullptr);
+    EXPECT_EQ(window.Take(), (Calls{L"gone"}));
+}
+
+TEST(Window, CreatesOthersWhileItIsCreated)
+{
+    class Parent : public RecordingWindow
+    {
+    public:
+        RecordingWindow child;
+
+    protected:
+        LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+        {
+            const LRESULT result = RecordingWindow::WindowProc(message, wParam, lParam);
+            if (message == WM_CREATE) child.Open(WS_CHILD, this);
+            return result;
+        }
+    };
+    Parent window;
+    ASSERT_TRUE(window.Open());
+    EXPECT_EQ(window.child.GetParent(), &window);
+    EXPECT_TRUE(Contains(window.child.Take(), L"create recording"));
+}
+
+TEST(Window, OfAnotherThreadIsForgottenWithItsObject)
+{
+    const HWND handle = GetDesktopWindow();
+    {
+        CWnd window;
+        ASSERT_TRUE(window.Attach(handle));
+    }
+    EXPECT_TRUE(IsWindow(handle));
+    EXPECT_EQ(CWnd::FromHandlePermanent(handle), nullptr);
+}
+
 TEST(Window, TranslatesTheParametersOfMessages)
 {
     RecordingWindow window;

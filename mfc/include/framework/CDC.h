@@ -123,7 +123,8 @@ public:
     BOOL GetTextMetrics(TEXTMETRIC* metrics) const { return ::GetTextMetricsW(m_hAttribDC, metrics); }
 };
 
-// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty when the platform refuses.
+// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty when the platform
+// refuses.
 class MFC_API CPaintDC : public CDC
 {
 public:

@@ -5,12 +5,12 @@
 
 class CDC;
 
-// An owned GDI object: the destructor deletes it. The Create and Load functions answer FALSE, and leave the object empty,
-// when the platform refuses or when a handle is attached already.
+// An owned GDI object: the destructor deletes it. The Create and Load functions answer FALSE, and leave the object
+// empty, when the platform refuses or when a handle is attached already.
 //
-// FromHandle answers the object that a handle is attached to, or a temporary one that does not own the handle. Temporary
-// objects belong to the calling thread and are deleted at idle time of its message loop, by DeleteTempMap, or when
-// the thread ends: never keep a pointer to one.
+// FromHandle answers the object that a handle is attached to, or a temporary one that does not own the handle.
+// Temporary objects belong to the calling thread and are deleted at idle time of its message loop, by DeleteTempMap, or
+// when the thread ends: never keep a pointer to one.
 class MFC_API CGdiObject : public CObject
 {
 public:

@@ -57,17 +57,18 @@ private:
 
     AFX_THREADPROC m_pfnThreadProc = nullptr;
     LPVOID m_pThreadParams = nullptr;
+    HWND m_inheritedWindow = nullptr; // the application's main window when the thread was started
 };
 
-// Starts a worker thread; null when the platform refuses. The object deletes itself when the thread ends, so the pointer
-// may be used only while the thread is known to run: start it suspended to keep it (m_bAutoDelete = FALSE, the caller
-// deletes) or to duplicate its handle. The thread's main window is that of the application.
+// Starts a worker thread; null when the platform refuses. The object deletes itself when the thread ends, so the
+// pointer may be used only while the thread is known to run: start it suspended to keep it (m_bAutoDelete = FALSE, the
+// caller deletes) or to duplicate its handle. The thread's main window is that of the application.
 MFC_API CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter, int priority = THREAD_PRIORITY_NORMAL,
                                    UINT stackSize = 0, DWORD flags = 0, LPSECURITY_ATTRIBUTES security = nullptr);
 
 // The calling thread's object, null on a thread that is not the framework's.
 MFC_API CWinThread* AfxGetThread();
 
-// The main window of the calling thread: on the application's first thread the application's, on one that AfxBeginThread
-// started an object of the thread's own for the same window. Null when there is none.
+// The main window of the calling thread: on the application's first thread the application's, on one that
+// AfxBeginThread started an object of the thread's own for the same window. Null when there is none.
 MFC_API CWnd* AfxGetMainWnd();

@@ -3,9 +3,9 @@
 #include <framework/CCmdTarget.h>
 #include <framework/CDC.h>
 
-// A window with a message map. The object owns its window: the destructor destroys it. Use it on the window's own thread,
-// except for members that only send or post. No exception leaves the window procedure: one that a handler lets out ends
-// the message (the result is 0; a window whose WM_CREATE fails so is not created) and is told to the debugger.
+// A window with a message map. The object owns its window: the destructor destroys it. Use it on the window's own
+// thread, except for members that only send or post. No exception leaves the window procedure: one that a handler lets
+// out ends the message (the result is 0; a window whose WM_CREATE fails so is not created) and is told to the debugger.
 //
 // FromHandle answers the object that a window is attached to, or a temporary one (as of CGdiObject), on any thread.
 class MFC_API CWnd : public CCmdTarget
@@ -39,14 +39,14 @@ public:
     // PostNcDestroy has been called then.
     virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
                           CWnd* parent, UINT id, LPVOID parameter = nullptr);
-    BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width, int height,
-                  HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
+    BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width,
+                  int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
     // May change what the window is created with; FALSE refuses.
     virtual BOOL PreCreateWindow(CREATESTRUCT& description);
     virtual BOOL DestroyWindow();
 
-    // The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and when that does not know
-    // the message, DefWindowProc: the window class's own procedure.
+    // The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and when that does not
+    // know the message, DefWindowProc: the window class's own procedure.
     virtual BOOL PreTranslateMessage(MSG* message);
     static const MSG* GetCurrentMessage();
 

@@ -7,8 +7,7 @@
 class CDC;
 class CWnd;
 
-namespace framework
-{
+namespace framework {
 
 // CWnd::FromHandle and CDC::FromHandle for the message-map templates, which are compiled before those classes.
 MFC_API CWnd* WindowFromHandle(HWND window);

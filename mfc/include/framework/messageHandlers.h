@@ -11,8 +11,7 @@
 // The notification code of a command that does not come from a control.
 inline constexpr int CN_COMMAND = 0;
 
-namespace framework
-{
+namespace framework {
 
 template <class Method>
 struct OwnerOf;

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace framework
-{
+namespace framework {
 
 // Sums and differences of coordinates wrap around, as those of the platform's rectangle functions do; signed overflow
 // would be undefined.
