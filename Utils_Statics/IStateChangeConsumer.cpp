@@ -2,13 +2,13 @@
 
 IStateChangeConsumer::IStateChangeConsumer()
 {
-    m_slot.Bind(this, &IStateChangeConsumer::CallHandler);
+    m_slot.Bind<&IStateChangeConsumer::OnStateChange>(this); // goes through the virtual table
     m_onStateChangeSignal.Connect(m_slot);
 }
 
 IStateChangeConsumer::IStateChangeConsumer(const IStateChangeConsumer& other) : m_slot(other.m_slot)
 {
-    m_slot.Bind(this, &IStateChangeConsumer::CallHandler);
+    m_slot.Bind<&IStateChangeConsumer::OnStateChange>(this);
 }
 
 IStateChangeConsumer& IStateChangeConsumer::operator=(IStateChangeConsumer& other)
@@ -22,9 +22,4 @@ IStateChangeConsumer::~IStateChangeConsumer() = default;
 void IStateChangeConsumer::StateChangeSignal(StateChangeType type, unsigned int param1, long param2)
 {
     m_onStateChangeSignal.Call3(type, param1, param2);
-}
-
-void IStateChangeConsumer::CallHandler(StateChangeType type, unsigned int param1, long param2)
-{
-    OnStateChange(type, param1, param2);
 }

@@ -34,16 +34,14 @@ public:
     static void StateChangeSignal(StateChangeType type, unsigned int param1, long param2);
 
 protected:
-    using Signal =
-        cSignal<void, StateChangeType, unsigned int, long, cPreProcessor::unusable*, cPreProcessor::unusable*>;
     using Slot = cSlot<IStateChangeConsumer, void, StateChangeType, unsigned int, long, cPreProcessor::unusable*,
                        cPreProcessor::unusable*>;
+    using Signal = cSignal<void, StateChangeType, unsigned int, long, cPreProcessor::unusable*,
+                           cPreProcessor::unusable*, &IStateChangeConsumer::OnStateChange>;
 
     /// The signal of the whole process, built and destroyed with the library.
     static Signal m_onStateChangeSignal;
 
 private:
-    void CallHandler(StateChangeType type, unsigned int param1, long param2);
-
     Slot m_slot;
 };

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <algorithm>
+#include <Utils_Statics/cPointerArray.h>
+
 #include <cstdint>
-#include <stdexcept>
 #include <type_traits>
-#include <vector>
 
 #include <sys/timeb.h>
 
@@ -52,14 +51,10 @@ public:
     void SetResultWhenBusy(ResultType result) noexcept { m_resultWhenBusy = result; }
     bool IsBusy() const noexcept { return m_busy != 0; }
 
-    std::size_t GetPeerCount() const noexcept { return m_peers.size(); }
+    std::uint32_t GetPeerCount() const noexcept { return m_peers.Size(); }
 
     /// Throws std::out_of_range for an index outside of the array.
-    cSigSlotBase& GetPeer(std::size_t index) const
-    {
-        if (index >= m_peers.size()) throw std::out_of_range("invalid vector<T> subscript");
-        return *m_peers[index];
-    }
+    cSigSlotBase& GetPeer(std::uint32_t index) const { return *m_peers.At(index); }
 
 protected:
     enum Kind : std::uint32_t
@@ -95,11 +90,12 @@ protected:
     }
 
     /// Removes this object from the list of every peer that knows it and leaves its own list empty and without memory.
+    /// What follows in a peer's list moves forward, and an emission that is under way passes over the next: deliberate.
     void DisconnectAll() noexcept
     {
-        for (std::size_t i = 0; i < m_peers.size(); ++i)
-            m_peers[i]->RemovePeer(*this);
-        std::vector<cSigSlotBase*>().swap(m_peers);
+        for (std::uint32_t i = 0; i < m_peers.Size(); ++i)
+            m_peers.At(i)->m_peers.Remove(this);
+        m_peers.Free();
     }
 
     /// True when this attempt comes too early. Every attempt counts for the next one, so that a steady stream of early
@@ -114,7 +110,17 @@ protected:
         return now < last + m_minimumInterval;
     }
 
-    bool HasPeer(std::size_t index) const noexcept { return !m_peers.empty() && index < m_peers.size(); }
+    bool HasPeer(std::uint32_t index) const noexcept { return index < m_peers.Size(); }
+
+    /// Whether `peer`, which was at `index`, still is among the peers: then it was not destroyed.
+    bool IsStillPeer(const cSigSlotBase& peer, std::uint32_t index) const noexcept
+    {
+        return m_peers.Contains(&peer, index);
+    }
+
+    /// An address that stands for the type of a slot and the method it is bound to; null for any other object.
+    void SetMethodTag(const char* tag) noexcept { m_methodTag = tag; }
+    static const char* MethodTag(const cSigSlotBase& object) noexcept { return object.m_methodTag; }
 
     ResultType ResultWhenThrottled() const noexcept { return m_resultWhenThrottled; }
     ResultType ResultWhenBusy() const noexcept { return m_resultWhenBusy; }
@@ -123,15 +129,7 @@ protected:
 private:
     void AddPeer(cSigSlotBase& peer)
     {
-        if (std::find(m_peers.begin(), m_peers.end(), &peer) == m_peers.end()) m_peers.push_back(&peer);
-    }
-
-    // The peers behind the removed one move forward, and a walk by index that is under way passes over the next:
-    // deliberate.
-    void RemovePeer(cSigSlotBase& peer) noexcept
-    {
-        const auto found = std::find(m_peers.begin(), m_peers.end(), &peer);
-        if (found != m_peers.end()) m_peers.erase(found);
+        if (!m_peers.Contains(&peer)) m_peers.Append(&peer);
     }
 
     // Milliseconds since 1970-01-01 00:00 UTC.
@@ -144,10 +142,11 @@ private:
 
     Kind m_kind;
     const char* m_name;
-    std::vector<cSigSlotBase*> m_peers; // a signal's slots in the order they were connected; a slot's signals
+    cPointerArray<cSigSlotBase> m_peers; // a signal's slots in the order they were connected; a slot's signals
     std::uint32_t m_minimumInterval = 0;
     ResultType m_resultWhenThrottled = {};
     double m_lastAttempt = 0; // milliseconds since 1970
     unsigned char m_busy = 0;
     ResultType m_resultWhenBusy = {};
+    const char* m_methodTag = nullptr;
 };

@@ -2,6 +2,8 @@
 
 #include <Utils_Statics/cSigSlotBase.h>
 
+#include <memory>
+
 /// Calls a method of one object when a signal it is connected to is emitted. Unbound at first; a slot without object or
 /// method is connected to nothing and calls nothing. The object must live as long as the slot is bound to it; usually
 /// the slot is a member of it.
@@ -31,30 +33,37 @@ public:
         return *this;
     }
 
-    ~cSlot()
+    ~cSlot() { this->DisconnectAll(); }
+
+    /// Binds to a method that is known at compile time; the slots of a signal's usual method are called faster.
+    template <auto method>
+    void Bind(Receiver* object) noexcept
     {
-        this->DisconnectAll();
-        if (m_destroyed) *m_destroyed = true;
+        Bind(object, method);
+        if (IsValid()) this->SetMethodTag(&methodTag<method>);
     }
 
     /// Binds to a method that takes the first 0 to 5 arguments.
-    void Bind(Receiver* object, Method0 method) noexcept { Bind(object, &Methods::take0, method, 0); }
-    void Bind(Receiver* object, Method1 method) noexcept { Bind(object, &Methods::take1, method, 1); }
-    void Bind(Receiver* object, Method2 method) noexcept { Bind(object, &Methods::take2, method, 2); }
-    void Bind(Receiver* object, Method3 method) noexcept { Bind(object, &Methods::take3, method, 3); }
-    void Bind(Receiver* object, Method4 method) noexcept { Bind(object, &Methods::take4, method, 4); }
-    void Bind(Receiver* object, Method5 method) noexcept { Bind(object, &Methods::take5, method, 5); }
+    void Bind(Receiver* object, Method0 method) noexcept { BindMethod<0>(object, method); }
+    void Bind(Receiver* object, Method1 method) noexcept { BindMethod<1>(object, method); }
+    void Bind(Receiver* object, Method2 method) noexcept { BindMethod<2>(object, method); }
+    void Bind(Receiver* object, Method3 method) noexcept { BindMethod<3>(object, method); }
+    void Bind(Receiver* object, Method4 method) noexcept { BindMethod<4>(object, method); }
+    void Bind(Receiver* object, Method5 method) noexcept { BindMethod<5>(object, method); }
 
-    bool IsValid() const noexcept override { return m_object && m_hasMethod; }
+    bool IsValid() const noexcept override { return m_argumentCount != notBound; }
 
-    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override { return Invoke(&Methods::take5, p1, p2, p3, p4, p5); }
-    ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) override { return Invoke(&Methods::take4, p1, p2, p3, p4); }
-    ResultType Call3(P1 p1, P2 p2, P3 p3) override { return Invoke(&Methods::take3, p1, p2, p3); }
-    ResultType Call2(P1 p1, P2 p2) override { return Invoke(&Methods::take2, p1, p2); }
-    ResultType Call1(P1 p1) override { return Invoke(&Methods::take1, p1); }
-    ResultType Call0() override { return Invoke(&Methods::take0); }
+    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override { return Invoke(p1, p2, p3, p4, p5); }
+    ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) override { return Invoke(p1, p2, p3, p4); }
+    ResultType Call3(P1 p1, P2 p2, P3 p3) override { return Invoke(p1, p2, p3); }
+    ResultType Call2(P1 p1, P2 p2) override { return Invoke(p1, p2); }
+    ResultType Call1(P1 p1) override { return Invoke(p1); }
+    ResultType Call0() override { return Invoke(); }
 
 private:
+    template <class, class, class, class, class, class, auto>
+    friend class cSignal;
+
     // The one that m_argumentCount tells.
     union Methods {
         Method0 take0 = nullptr;
@@ -65,28 +74,65 @@ private:
         Method5 take5;
     };
 
-    template <class Method>
-    void Bind(Receiver* object, Method Methods::*place, Method method, std::uint32_t argumentCount) noexcept
+    template <std::size_t argumentCount>
+    static constexpr auto Place() noexcept
+    {
+        if constexpr (argumentCount == 0)
+            return &Methods::take0;
+        else if constexpr (argumentCount == 1)
+            return &Methods::take1;
+        else if constexpr (argumentCount == 2)
+            return &Methods::take2;
+        else if constexpr (argumentCount == 3)
+            return &Methods::take3;
+        else if constexpr (argumentCount == 4)
+            return &Methods::take4;
+        else
+            return &Methods::take5;
+    }
+
+    template <std::size_t argumentCount, class Method>
+    void BindMethod(Receiver* object, Method method) noexcept
     {
         m_object = object;
-        m_methods.*place = method;
-        m_hasMethod = method != nullptr;
-        m_argumentCount = argumentCount;
+        m_methods.*Place<argumentCount>() = method;
+        m_argumentCount = object && method ? argumentCount : notBound;
+        this->SetMethodTag(nullptr);
         if (IsValid()) this->SetName("NoName-Slot");
     }
 
-    template <class Method, class... Arguments>
-    ResultType Invoke(Method Methods::*place, Arguments... arguments)
+    template <class... Arguments>
+    ResultType Invoke(Arguments... arguments)
     {
-        if (this->IsBusy()) return this->ResultWhenBusy();
-        if (this->IsThrottled()) return this->ResultWhenThrottled();
-        if (!IsValid() || m_argumentCount != sizeof...(Arguments)) return {};
+        if (!m_life) m_life = std::make_shared<char>();
+        const std::weak_ptr<char> life = m_life;
+        return Guarded([&life] { return !life.expired(); },
+                       [&] {
+                           if (m_argumentCount != sizeof...(Arguments)) return ResultType{};
+                           return CallMethod(m_methods.*Place<sizeof...(Arguments)>(), arguments...);
+                       });
+    }
+
+    // A call from a signal, which sees by its peers whether this slot is alive, to a slot that has the method's tag.
+    template <auto method, class IsAlive, class... Arguments>
+    ResultType InvokeUsual(IsAlive isAlive, Arguments... arguments)
+    {
+        return Guarded(isAlive, [&] { return CallMethod(method, arguments...); });
+    }
+
+    // `isAlive` is asked after the method has run, because the method may destroy this slot.
+    template <class IsAlive, class Call>
+    ResultType Guarded(IsAlive isAlive, Call call)
+    {
+        if (this->IsBusy()) [[unlikely]]
+            return this->ResultWhenBusy();
+        if (this->IsThrottled()) [[unlikely]]
+            return this->ResultWhenThrottled();
 
         this->SetBusy(true);
-        InvocationWatch watch(*this);
-        const ResultType result = CallMethod(m_methods.*place, arguments...);
-        // The method may have destroyed this slot. What it throws leaves the slot busy for good, deliberately.
-        if (!watch.destroyed) this->SetBusy(false);
+        const ResultType result = call();
+        if (isAlive()) [[likely]]
+            this->SetBusy(false); // not reached when the method throws: busy for good, deliberately
         return result;
     }
 
@@ -100,21 +146,13 @@ private:
             return (m_object->*method)(arguments...);
     }
 
-    // Learns of the slot's destruction while its method runs.
-    struct InvocationWatch
-    {
-        explicit InvocationWatch(cSlot& watched) noexcept : slot(watched) { slot.m_destroyed = &destroyed; }
-        ~InvocationWatch()
-        {
-            if (!destroyed) slot.m_destroyed = nullptr;
-        }
-        cSlot& slot;
-        bool destroyed = false;
-    };
+    static constexpr std::size_t notBound = static_cast<std::size_t>(-1);
+
+    template <auto method>
+    static constexpr char methodTag = 0; // its address tells this type of slot and the method
 
     Receiver* m_object = nullptr;
     Methods m_methods;
-    bool m_hasMethod = false;
-    std::uint32_t m_argumentCount = 0;
-    bool* m_destroyed = nullptr; // set by the destructor while the method runs
+    std::size_t m_argumentCount = notBound;
+    std::shared_ptr<char> m_life; // ends with this slot; made when first needed
 };

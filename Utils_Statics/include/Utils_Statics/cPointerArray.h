@@ -1,0 +1,83 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+
+/// A growing array of pointers, in the order they were added. It owns none of what they point to. Its size is a number
+/// of its own, because a walk that reads it again at every step is what this array is made for.
+template <class T>
+class cPointerArray
+{
+public:
+    cPointerArray() noexcept = default;
+    cPointerArray(const cPointerArray& other) { *this = other; }
+    cPointerArray& operator=(const cPointerArray& other)
+    {
+        if (this == &other) return *this;
+        Reserve(other.m_size);
+        std::copy_n(other.m_items.get(), other.m_size, m_items.get());
+        m_size = other.m_size;
+        return *this;
+    }
+
+    std::uint32_t Size() const noexcept { return m_size; }
+
+    /// Throws std::out_of_range for an index outside of the array.
+    T* At(std::uint32_t index) const
+    {
+        if (index >= m_size) [[unlikely]]
+            throw std::out_of_range("invalid vector<T> subscript");
+        return m_items[index];
+    }
+
+    bool Contains(const T* item) const noexcept { return Find(item) != End(); }
+
+    /// Whether `item` is in the array; quick when it still is at `index`.
+    bool Contains(const T* item, std::uint32_t index) const noexcept
+    {
+        if (index < m_size && m_items[index] == item) [[likely]]
+            return true;
+        return Contains(item);
+    }
+
+    void Append(T* item)
+    {
+        if (m_size == m_capacity) Reserve(std::max<std::uint32_t>(1, m_capacity * 2));
+        m_items[m_size++] = item;
+    }
+
+    /// Moves what follows one place forward. Nothing happens when `item` is not in the array.
+    void Remove(const T* item) noexcept
+    {
+        T** const found = Find(item);
+        if (found == End()) return;
+        std::copy(found + 1, End(), found);
+        --m_size;
+    }
+
+    /// Leaves the array empty and without memory.
+    void Free() noexcept
+    {
+        m_items.reset();
+        m_size = m_capacity = 0;
+    }
+
+private:
+    T** End() const noexcept { return m_items.get() + m_size; }
+    T** Find(const T* item) const noexcept { return std::find(m_items.get(), End(), item); }
+
+    void Reserve(std::uint32_t capacity)
+    {
+        if (capacity <= m_capacity) return;
+        std::unique_ptr<T*[]> items(new T*[capacity]);
+        std::copy_n(m_items.get(), m_size, items.get());
+        m_items = std::move(items);
+        m_capacity = capacity;
+    }
+
+    std::unique_ptr<T*[]> m_items;
+    std::uint32_t m_size = 0;
+    std::uint32_t m_capacity = 0;
+};

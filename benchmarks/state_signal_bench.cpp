@@ -1,0 +1,121 @@
+// One emission of the state-change signal to 1 to 1000 consumers, against a plain loop of virtual calls over the same
+// kind of objects (what no signal can beat) and Boost.Signals2, with its default mutex and with none. Ends with the
+// ratios.
+#include "PlainLoop.h"
+#include "RatioReporter.h"
+
+#include <Utils_Statics/IStateChangeConsumer.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/signals2.hpp>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+class Consumer : public IStateChangeConsumer
+{
+public:
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override
+    {
+        m_seen += static_cast<unsigned int>(type) + param1 + static_cast<unsigned int>(param2);
+    }
+
+private:
+    unsigned int m_seen = 0;
+};
+
+Consumers MakeConsumers(std::int64_t count)
+{
+    Consumers consumers;
+    for (std::int64_t i = 0; i < count; ++i)
+        consumers.push_back(std::make_unique<Consumer>());
+    return consumers;
+}
+
+void PlainLoop(benchmark::State& state)
+{
+    const Consumers consumers = MakeConsumers(state.range(0));
+    for (auto _ : state) {
+        CallAll(consumers, StateChangeType{3}, 5, 7);
+        benchmark::ClobberMemory();
+    }
+}
+
+void StateSignal(benchmark::State& state)
+{
+    const Consumers consumers = MakeConsumers(state.range(0));
+    for (auto _ : state) {
+        IStateChangeConsumer::StateChangeSignal(StateChangeType{3}, 5, 7);
+        benchmark::ClobberMemory();
+    }
+}
+
+template <class Signal>
+void EmitBoost(benchmark::State& state)
+{
+    const Consumers consumers = MakeConsumers(state.range(0));
+    Signal signal;
+    for (const auto& consumer : consumers)
+        signal.connect([receiver = consumer.get()](StateChangeType type, unsigned int param1, long param2) {
+            receiver->OnStateChange(type, param1, param2);
+        });
+    for (auto _ : state) {
+        signal(StateChangeType{3}, 5, 7);
+        benchmark::ClobberMemory();
+    }
+}
+
+using BoostSignal = boost::signals2::signal<void(StateChangeType, unsigned int, long)>;
+using UnlockedBoostSignal =
+    boost::signals2::signal_type<void(StateChangeType, unsigned int, long),
+                                 boost::signals2::keywords::mutex_type<boost::signals2::dummy_mutex>>::type;
+
+void Boost(benchmark::State& state)
+{
+    EmitBoost<BoostSignal>(state);
+}
+
+void BoostUnlocked(benchmark::State& state)
+{
+    EmitBoost<UnlockedBoostSignal>(state);
+}
+
+constexpr int counts[] = {1, 10, 100, 1000};
+
+void RegisterAll()
+{
+    for (const int count : counts) {
+        benchmark::RegisterBenchmark("PlainLoop", PlainLoop)->Arg(count)->Repetitions(5)->MinTime(0.05);
+        benchmark::RegisterBenchmark("StateSignal", StateSignal)->Arg(count)->Repetitions(5)->MinTime(0.05);
+        benchmark::RegisterBenchmark("BoostUnlocked", BoostUnlocked)->Arg(count)->Repetitions(5)->MinTime(0.05);
+        benchmark::RegisterBenchmark("Boost", Boost)->Arg(count)->Repetitions(5)->MinTime(0.05);
+    }
+}
+
+void PrintRatios(const RatioReporter& reporter)
+{
+    RatioReporter::PrintHeading();
+    for (const int count : counts) {
+        std::string suffix("/");
+        suffix += std::to_string(count);
+        reporter.PrintRatio("StateSignal" + suffix, "PlainLoop" + suffix, count >= 10 ? -2 : 0);
+        reporter.PrintRatio("Boost" + suffix, "StateSignal" + suffix, 1);
+        reporter.PrintRatio("BoostUnlocked" + suffix, "StateSignal" + suffix, 1);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    RegisterAll();
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    PrintRatios(reporter);
+    return 0;
+}
