@@ -10,11 +10,9 @@
 
 #include <shellapi.h>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
@@ -39,8 +37,7 @@ BOOL ExamApp::InitInstance()
     if (!ReadCommandLine()) return FALSE;
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
-    if (!LoadTexts() || !LoadImages() || !OpenMainWindow())
-    {
+    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) {
         m_exitCode = exitFailure;
         return FALSE;
     }
@@ -60,8 +57,7 @@ int ExamApp::ExitInstance()
 bool ExamApp::ReadCommandLine()
 {
     m_options = ParseCommandLine(Arguments());
-    if (m_options.help)
-    {
+    if (m_options.help) {
         WriteOut(UsageText());
         return false;
     }
@@ -80,8 +76,7 @@ bool ExamApp::LoadTexts()
 
 bool ExamApp::LoadImages()
 {
-    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
-    {
+    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
         const std::wstring problem = m_session.Add(name);
         if (problem.empty()) continue;
         WriteError(L"exam: " + problem + L"\n");

@@ -9,8 +9,7 @@
 #include <optional>
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // One frame of a recording, scan-converted for display.
 class ImageView

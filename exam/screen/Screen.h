@@ -7,8 +7,7 @@
 
 #include <afxwin.h>
 
-namespace exam
-{
+namespace exam {
 
 // What the screen shows, beside the session's recording.
 struct ScreenContent

@@ -43,5 +43,3 @@ protected:
     static const AFX_MSGMAP* GetThisMessageMap();
     virtual const AFX_MSGMAP* GetMessageMap() const;
 };
-
-#include <afxmsg_.h>

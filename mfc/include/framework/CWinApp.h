@@ -1,5 +1,6 @@
 #pragma once
 
+#include <afxmsg_.h>
 #include <framework/CWinThread.h>
 
 // The start of the module that a piece of code is compiled into; its address is the module's instance handle.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <afxmsg_.h>
 #include <framework/CCmdTarget.h>
 #include <framework/CDC.h>
 
