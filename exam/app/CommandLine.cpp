@@ -3,9 +3,11 @@
 #include <functional>
 #include <map>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 using Setter = std::function<void(CommandLine&, const std::wstring& value)>;
 
@@ -42,9 +44,11 @@ const std::map<std::wstring, Setter>& Options()
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
 {
     CommandLine result;
-    for (std::size_t i = 0; i < arguments.size() && result.error.empty(); ++i) {
+    for (std::size_t i = 0; i < arguments.size() && result.error.empty(); ++i)
+    {
         const std::wstring& name = arguments[i];
-        if (name == L"--help" || name == L"-h") {
+        if (name == L"--help" || name == L"-h")
+        {
             result.help = true;
             continue;
         }

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-namespace exam {
+namespace exam
+{
 
 // What the user asked for on the command line.
 struct CommandLine

@@ -4,9 +4,11 @@
 
 #include <cstdio>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 void Write(std::FILE* stream, const std::wstring& text)
 {

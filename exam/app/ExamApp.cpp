@@ -10,9 +10,11 @@
 
 #include <shellapi.h>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
@@ -37,7 +39,8 @@ BOOL ExamApp::InitInstance()
     if (!ReadCommandLine()) return FALSE;
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
-    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) {
+    if (!LoadTexts() || !LoadImages() || !OpenMainWindow())
+    {
         m_exitCode = exitFailure;
         return FALSE;
     }
@@ -57,7 +60,8 @@ int ExamApp::ExitInstance()
 bool ExamApp::ReadCommandLine()
 {
     m_options = ParseCommandLine(Arguments());
-    if (m_options.help) {
+    if (m_options.help)
+    {
         WriteOut(UsageText());
         return false;
     }
@@ -76,7 +80,8 @@ bool ExamApp::LoadTexts()
 
 bool ExamApp::LoadImages()
 {
-    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
+    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
+    {
         const std::wstring problem = m_session.Add(name);
         if (problem.empty()) continue;
         WriteError(L"exam: " + problem + L"\n");

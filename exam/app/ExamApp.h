@@ -8,7 +8,8 @@
 
 #include <memory>
 
-namespace exam {
+namespace exam
+{
 
 // The application object of exam.exe.
 class ExamApp : public CWinApp

@@ -8,9 +8,11 @@
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/ZelTString.h>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 void TellChange(ExamStateChange change)
 {
@@ -20,18 +22,18 @@ void TellChange(ExamStateChange change)
 } // namespace
 
 BEGIN_MESSAGE_MAP(MainWindow, CWnd)
-ON_WM_ERASEBKGND()
-ON_WM_PAINT()
-ON_WM_KEYDOWN()
-ON_WM_LBUTTONDOWN()
-ON_WM_LBUTTONUP()
-ON_WM_MOUSEMOVE()
-ON_WM_DESTROY()
+    ON_WM_ERASEBKGND()
+    ON_WM_PAINT()
+    ON_WM_KEYDOWN()
+    ON_WM_LBUTTONDOWN()
+    ON_WM_LBUTTONUP()
+    ON_WM_MOUSEMOVE()
+    ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
 MainWindow::MainWindow(Session& session)
-    : m_session(session), m_tools(m_view, ScreenLayout::image()),
-      m_flow(ScreenLayout::strip().Width()), m_content{m_session, m_view, m_tools, m_flow}
+    : m_session(session), m_tools(m_view, ScreenLayout::image()), m_flow(ScreenLayout::strip().Width()),
+      m_content{m_session, m_view, m_tools, m_flow}
 {
 }
 
@@ -80,7 +82,8 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 void MainWindow::ShowFrame()
 {
     const CineFile& cine = m_session.cine();
-    if (m_shown != &cine) {
+    if (m_shown != &cine)
+    {
         m_shown = &cine;
         m_view.SetRecording(cine, ScreenLayout::image().Size());
         m_tools.Reset(ScreenLayout::image().Size());
@@ -113,35 +116,20 @@ void MainWindow::ToggleTool(ImageTool& tool)
 
 void MainWindow::OnKeyDown(UINT key, UINT, UINT)
 {
-    switch (key) {
-    case VK_SPACE:
-        m_session.NextImage();
-        return TellChange(stateImageChanged);
-    case 'F':
-        m_session.NextFrame();
-        return TellChange(stateImageChanged);
-    case 'L':
-        return NextLanguage();
-    case '1':
-        return ToggleTool(m_tools.distance());
-    case '2':
-        return ToggleTool(m_tools.angle());
-    case '3':
-        return ToggleTool(m_tools.region());
-    case 'P':
-        return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball : InputPointer);
-    case VK_TAB:
-        MouseCapture::LockNext();
-        return;
-    case 'S':
-        return ShowStrip(!m_content.stripShown);
-    case 'R':
-        return SetRotation((m_content.rotation + 150) % 3600);
-    case VK_ESCAPE:
-        DestroyWindow();
-        return;
-    default:
-        return;
+    switch (key)
+    {
+    case VK_SPACE: m_session.NextImage(); return TellChange(stateImageChanged);
+    case 'F': m_session.NextFrame(); return TellChange(stateImageChanged);
+    case 'L': return NextLanguage();
+    case '1': return ToggleTool(m_tools.distance());
+    case '2': return ToggleTool(m_tools.angle());
+    case '3': return ToggleTool(m_tools.region());
+    case 'P': return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball : InputPointer);
+    case VK_TAB: MouseCapture::LockNext(); return;
+    case 'S': return ShowStrip(!m_content.stripShown);
+    case 'R': return SetRotation((m_content.rotation + 150) % 3600);
+    case VK_ESCAPE: DestroyWindow(); return;
+    default: return;
     }
 }
 

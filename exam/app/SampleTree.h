@@ -2,7 +2,8 @@
 
 #include <string>
 
-namespace exam {
+namespace exam
+{
 
 // Points the numbered stores at the sample data beside the program; what the user changes goes below `userFolder`.
 void InstallStores(const std::wstring& userFolder);

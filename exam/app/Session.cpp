@@ -4,7 +4,8 @@
 
 #include <utility>
 
-namespace exam {
+namespace exam
+{
 
 std::wstring Session::Add(const std::wstring& name)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
-namespace exam {
+namespace exam
+{
 
 // The meanings that this application gives to the state-change signal.
 enum ExamStateChange

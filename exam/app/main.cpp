@@ -1,7 +1,8 @@
 // The sample exam application. Its application object is a static object, as the framework expects.
 #include "app/ExamApp.h"
 
-namespace {
+namespace
+{
 
 exam::ExamApp theApp;
 

@@ -9,7 +9,8 @@
 #include <optional>
 #include <vector>
 
-namespace exam {
+namespace exam
+{
 
 // One frame of a recording, scan-converted for display.
 class ImageView

@@ -6,7 +6,8 @@
 
 #include <atltypes.h>
 
-namespace exam {
+namespace exam
+{
 
 // Everything that the geometry functions want to know about one displayed image, in their order.
 // Coordinates are pixels of the image, (0, 0) its upper left corner.

@@ -5,7 +5,8 @@
 #include <cmath>
 #include <numbers>
 
-namespace exam {
+namespace exam
+{
 
 double AngleTool::Degrees() const
 {

@@ -2,7 +2,8 @@
 
 #include <Utils_Statics/GetStr.h>
 
-namespace exam {
+namespace exam
+{
 
 double DistanceCaliper::Millimetres() const
 {

@@ -2,7 +2,8 @@
 
 #include "measure/ImageTool.h"
 
-namespace exam {
+namespace exam
+{
 
 // Two points and the distance between them in millimetres.
 class DistanceCaliper : public ImageTool

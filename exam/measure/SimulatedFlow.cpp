@@ -6,9 +6,11 @@
 #include <cmath>
 #include <numbers>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
@@ -38,7 +40,8 @@ SimulatedFlow::SimulatedFlow(int columns)
     CDopplerScaling::SetBaselineStartPos(0.0);
     const int count = std::max(columns, 0);
     m_bins.resize(static_cast<std::size_t>(count) * 2);
-    for (int x = 0; x < count; ++x) {
+    for (int x = 0; x < count; ++x)
+    {
         const double share = Pulse(static_cast<double>(x % columnsPerBeat) / columnsPerBeat);
         m_bins[static_cast<std::size_t>(x)] = Bin(share * 0.9);
         m_bins[static_cast<std::size_t>(x + count)] = Bin(share * 0.6);

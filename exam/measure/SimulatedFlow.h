@@ -4,7 +4,8 @@
 
 #include <vector>
 
-namespace exam {
+namespace exam
+{
 
 // Spectral traces of a simulated pulsating flow, for want of a recorded one: the peak and the mean velocity as bins of
 // a spectrum. Building it also sets the acquisition parameters of CDopplerScaling that belong to it.

@@ -10,9 +10,11 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 // Selects a font for the length of a scope.
 class ScopedFont
@@ -79,7 +81,8 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
     const ScopedFont font(dc, 15, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);
-    if (content.stripShown) {
+    if (content.stripShown)
+    {
         spectralTraceData traces = content.flow.traces();
         DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
     }

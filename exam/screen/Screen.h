@@ -7,7 +7,8 @@
 
 #include <afxwin.h>
 
-namespace exam {
+namespace exam
+{
 
 // What the screen shows, beside the session's recording.
 struct ScreenContent

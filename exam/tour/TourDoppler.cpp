@@ -6,7 +6,8 @@
 
 #include <cmath>
 
-namespace exam {
+namespace exam
+{
 
 void TourDoppler(TourContext& context)
 {

@@ -6,9 +6,11 @@
 
 #include <cwchar>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 bool researchMode = false;
 

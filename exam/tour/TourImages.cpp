@@ -6,9 +6,11 @@
 
 #include <cmath>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 void ShowRecording(TourContext& context, std::size_t index)
 {

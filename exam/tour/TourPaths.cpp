@@ -7,9 +7,11 @@
 #include <filesystem>
 #include <fstream>
 
-namespace exam {
+namespace exam
+{
 
-namespace {
+namespace
+{
 
 namespace fs = std::filesystem;
 

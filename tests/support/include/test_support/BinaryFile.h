@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-namespace test_support {
+namespace test_support
+{
 
 // The whole file; empty when it cannot be read. Files that somebody is still writing are read too.
 std::vector<std::uint8_t> readBytes(const std::wstring& path);

@@ -2,7 +2,8 @@
 
 #include <string>
 
-namespace test_support {
+namespace test_support
+{
 
 // A video codec that is installed while the object lives, by the registry entry that Video for Windows looks up.
 // What was installed under the name before is installed again afterwards.
