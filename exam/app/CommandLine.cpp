@@ -9,32 +9,60 @@ namespace exam
 namespace
 {
 
-using Setter = std::function<void(CommandLine&, const std::wstring& value)>;
+// What follows an option's name.
+using Values = const std::wstring*;
 
-void SetLanguage(CommandLine& options, const std::wstring& value)
+struct Option
 {
+    std::size_t values;
+    std::function<void(CommandLine&, Values)> set;
+};
+
+void SetLanguage(CommandLine& options, Values values)
+{
+    const std::wstring& value = *values;
     if (value != L"en" && value != L"de") options.error = L"--language takes en or de, not '" + value + L"'";
     options.language = value;
 }
 
-void SetConsole(CommandLine& options, const std::wstring& value)
+void SetConsole(CommandLine& options, Values values)
 {
+    const std::wstring& value = *values;
     options.console = utilsExam::MapConsoleType(value.c_str());
     if (options.console == EConsoleType(-1)) options.error = L"--console knows no model '" + value + L"'";
 }
 
-void SetTourFolder(CommandLine& options, const std::wstring& value)
+void SetTourFolder(CommandLine& options, Values values)
 {
-    if (value.empty()) options.error = L"--tour needs a folder";
-    options.tourFolder = value;
+    if (values->empty()) options.error = L"--tour needs a folder";
+    options.tourFolder = *values;
 }
 
-const std::map<std::wstring, Setter>& Options()
+void SetProfile(CommandLine& options, Values values)
 {
-    static const std::map<std::wstring, Setter> options{
-        {L"--language", SetLanguage},
-        {L"--console", SetConsole},
-        {L"--tour", SetTourFolder},
+    if (values->empty()) options.error = L"--profile needs a file";
+    options.profile = *values;
+}
+
+void SetCineInfo(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--cine-info needs a file";
+    options.cineInfo = *values;
+}
+
+void SetCineToAvi(CommandLine& options, Values values)
+{
+    if (values[0].empty() || values[1].empty()) options.error = L"--cine-to-avi needs two files";
+    options.cineToPlay = values[0];
+    options.movie = values[1];
+}
+
+const std::map<std::wstring, Option>& Options()
+{
+    static const std::map<std::wstring, Option> options{
+        {L"--language", {1, SetLanguage}}, {L"--console", {1, SetConsole}},
+        {L"--tour", {1, SetTourFolder}},   {L"--profile", {1, SetProfile}},
+        {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
     };
     return options;
 }
@@ -54,11 +82,18 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
         }
         const auto option = Options().find(name);
         if (option == Options().end())
+        {
             result.error = L"unknown argument '" + name + L"'";
-        else if (i + 1 == arguments.size())
-            result.error = name + L" needs a value";
-        else
-            option->second(result, arguments[++i]);
+            continue;
+        }
+        const std::size_t values = option->second.values;
+        if (arguments.size() - i <= values)
+        {
+            result.error = name + (values == 1 ? L" needs a value" : L" needs two values");
+            continue;
+        }
+        option->second.set(result, &arguments[i + 1]);
+        i += values;
     }
     return result;
 }
@@ -73,11 +108,22 @@ const wchar_t* UsageText()
            L"  --console M    console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren\n"
            L"  --tour DIR     run unattended, check every step, leave pictures and files in DIR;\n"
            L"                 exits 0 only when all steps held\n"
+           L"  --profile FILE keep the settings in this INI file instead of the registry; the tour uses\n"
+           L"                 exam.ini in its folder\n"
            L"  --help         this text\n"
+           L"\n"
+           L"Without a window:\n"
+           L"  --cine-info FILE         print the header of a raw cine and check the file's size against it;\n"
+           L"                           exits 0 when it holds, 1 when not\n"
+           L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames are in it\n"
+           L"\n"
+           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' codec (MJPG at first)\n"
+           L"or Uncompressed, RecordQuality its quality in percent.\n"
            L"\n"
            L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 show and hide the\n"
            L"distance, angle and region tools; P switches between pointer and trackball style, Tab takes up the next\n"
-           L"point; S shows the spectral strip, R turns the outline by 15 degrees; Esc leaves.\n";
+           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and ends a recording of raw\n"
+           L"frames, V of a movie; Esc leaves.\n";
 }
 
 } // namespace exam

@@ -14,10 +14,17 @@ struct CommandLine
     std::wstring language = L"en";
     EConsoleType console = EConsoleType(0);
     std::wstring tourFolder; // empty: stay open and interactive
+    std::wstring profile;    // INI file that holds the settings; empty: the registry
+    std::wstring cineInfo;   // raw cine file whose header is to be printed
+    std::wstring cineToPlay; // raw cine file to be replayed into `movie`
+    std::wstring movie;
     bool help = false;
     std::wstring error; // not empty: what is wrong, one sentence
 
     bool tour() const { return !tourFolder.empty(); }
+
+    // Whether a command was given that needs no window.
+    bool command() const { return !cineInfo.empty() || !cineToPlay.empty(); }
 };
 
 // Reads the arguments after the program's name. Never fails: what is wrong is told in `error`.

@@ -2,6 +2,8 @@
 
 #include "app/Console.h"
 #include "app/SampleTree.h"
+#include "record/CineInfo.h"
+#include "record/CineReplay.h"
 #include "tour/Tour.h"
 #include "app/StateChanges.h"
 
@@ -9,6 +11,9 @@
 #include <zel_string_convert/ZelTString.h>
 
 #include <shellapi.h>
+
+#include <cstdlib>
+#include <filesystem>
 
 namespace exam
 {
@@ -34,9 +39,14 @@ std::vector<std::wstring> Arguments()
 
 BOOL ExamApp::InitInstance()
 {
-    SetRegistryKey(L"Kestrow");
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine()) return FALSE;
+    ChooseProfile();
+    if (m_options.command())
+    {
+        m_exitCode = RunCommand() ? 0 : exitFailure;
+        return FALSE;
+    }
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
     if (!LoadTexts() || !LoadImages() || !OpenMainWindow())
@@ -71,6 +81,24 @@ bool ExamApp::ReadCommandLine()
     return false;
 }
 
+// A tour keeps its settings to itself.
+void ExamApp::ChooseProfile()
+{
+    std::wstring profile = m_options.profile;
+    if (profile.empty() && m_options.tour()) profile = m_options.tourFolder + L"\\exam.ini";
+    if (profile.empty()) return SetRegistryKey(L"Kestrow");
+    std::error_code error; // a name without a folder would mean the Windows folder
+    const std::filesystem::path file = std::filesystem::absolute(profile, error);
+    std::free(const_cast<wchar_t*>(m_pszProfileName));
+    m_pszProfileName = _wcsdup(error ? profile.c_str() : file.c_str());
+}
+
+bool ExamApp::RunCommand()
+{
+    return m_options.cineInfo.empty() ? ReplayCine(m_options.cineToPlay, m_options.movie)
+                                      : PrintCineInfo(m_options.cineInfo);
+}
+
 bool ExamApp::LoadTexts()
 {
     if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language)) return true;
@@ -93,6 +121,7 @@ bool ExamApp::LoadImages()
 bool ExamApp::OpenMainWindow()
 {
     m_window = std::make_unique<MainWindow>(m_session);
+    m_window->SetRecordingFolder((m_options.tour() ? m_options.tourFolder : DefaultUserFolder()) + L"\\recordings");
     utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
     m_pMainWnd = m_window.get();
     if (m_window->Open()) return true;

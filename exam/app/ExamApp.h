@@ -20,6 +20,8 @@ public:
 
 private:
     bool ReadCommandLine();
+    void ChooseProfile();
+    bool RunCommand();
     bool LoadTexts();
     bool LoadImages();
     bool OpenMainWindow();

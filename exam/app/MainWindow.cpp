@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/StateChanges.h"
+#include "record/FrameRate.h"
 #include "screen/ScreenLayout.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -8,11 +9,16 @@
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/ZelTString.h>
 
+#include <algorithm>
+
 namespace exam
 {
 
 namespace
 {
+
+constexpr UINT_PTR playTimer = 1;
+constexpr double shortestInterval = 10; // milliseconds
 
 void TellChange(ExamStateChange change)
 {
@@ -28,12 +34,14 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
+    ON_WM_TIMER()
     ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
 MainWindow::MainWindow(Session& session)
     : m_session(session), m_tools(m_view, ScreenLayout::image()), m_flow(ScreenLayout::strip().Width()),
-      m_content{m_session, m_view, m_tools, m_flow}
+      m_content{m_session, m_view, m_tools, m_flow},
+      m_recorder(m_content, [this](const std::wstring& path) { RecordingFinished(path); })
 {
 }
 
@@ -84,6 +92,7 @@ void MainWindow::ShowFrame()
     const CineFile& cine = m_session.cine();
     if (m_shown != &cine)
     {
+        EndRecording(); // a recording holds frames of one size
         m_shown = &cine;
         m_view.SetRecording(cine, ScreenLayout::image().Size());
         m_tools.Reset(ScreenLayout::image().Size());
@@ -128,9 +137,58 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
     case VK_TAB: MouseCapture::LockNext(); return;
     case 'S': return ShowStrip(!m_content.stripShown);
     case 'R': return SetRotation((m_content.rotation + 150) % 3600);
+    case 'C': return ToggleRecording(&Recorder::StartRaw);
+    case 'V': return ToggleRecording(&Recorder::StartMovie);
     case VK_ESCAPE: DestroyWindow(); return;
     default: return;
     }
+}
+
+void MainWindow::ToggleRecording(CString (Recorder::*start)())
+{
+    if (m_recorder.recording()) return EndRecording();
+    m_content.status = (m_recorder.*start)();
+    if (m_recorder.recording())
+        SetTimer(playTimer, static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.cine()))), nullptr);
+    ShowRecordingMark();
+}
+
+void MainWindow::EndRecording()
+{
+    KillTimer(playTimer);
+    m_recorder.Stop();
+    ShowRecordingMark();
+}
+
+void MainWindow::RecordingFinished(const std::wstring& path)
+{
+    m_content.status = GetStr("exam.record.finished", m_recorder.frames(), path.c_str());
+}
+
+void MainWindow::AdvanceRecording()
+{
+    if (!m_recorder.recording()) return;
+    if (!m_recorder.AddFrame())
+    {
+        KillTimer(playTimer);
+        m_content.status = GetStr("exam.record.broken", m_recorder.frames());
+        return ShowRecordingMark();
+    }
+    m_session.NextFrame();
+    TellChange(stateImageChanged);
+    ShowRecordingMark();
+}
+
+void MainWindow::ShowRecordingMark()
+{
+    m_content.recordedFrames.reset();
+    if (m_recorder.recording()) m_content.recordedFrames = m_recorder.frames();
+    TellChange(stateDisplayChanged);
+}
+
+void MainWindow::OnTimer(UINT_PTR)
+{
+    AdvanceRecording();
 }
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
@@ -150,6 +208,7 @@ void MainWindow::OnMouseMove(UINT flags, CPoint point)
 
 void MainWindow::OnDestroy()
 {
+    EndRecording();
     CWnd::OnDestroy();
     utilsExam::AppExiting = true;
     PostQuitMessage(0);

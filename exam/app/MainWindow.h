@@ -4,6 +4,7 @@
 #include "image/ImageView.h"
 #include "measure/MeasureTools.h"
 #include "measure/SimulatedFlow.h"
+#include "record/Recorder.h"
 #include "screen/Screen.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
@@ -27,11 +28,19 @@ public:
     MeasureTools& tools() { return m_tools; }
     unsigned changesSeen() const { return m_changesSeen; }
 
+    const CString& status() const { return m_content.status; }
     void SetStatus(const CString& text);
     void ShowStrip(bool shown);
 
     // Tenths of a degree; 0 hides the outline.
     void SetRotation(int angle);
+
+    // Where recordings go.
+    void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
+    const Recorder& recorder() const { return m_recorder; }
+
+    // Records the frame on display and shows the next one, as the timer does while a recording is under way.
+    void AdvanceRecording();
 
     // Switches the current language to the other one of the string tables.
     void NextLanguage();
@@ -43,6 +52,7 @@ protected:
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
+    void OnTimer(UINT_PTR id);
     void OnDestroy();
     DECLARE_MESSAGE_MAP()
 
@@ -50,6 +60,10 @@ private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void ShowFrame();
     void ToggleTool(ImageTool& tool);
+    void ToggleRecording(CString (Recorder::*start)());
+    void EndRecording();
+    void RecordingFinished(const std::wstring& path);
+    void ShowRecordingMark();
 
     Session& m_session;
     ImageView m_view;
@@ -57,6 +71,7 @@ private:
     MeasureTools m_tools;
     SimulatedFlow m_flow;
     ScreenContent m_content;
+    Recorder m_recorder;
     unsigned m_changesSeen = 0;
 };
 

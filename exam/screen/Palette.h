@@ -14,5 +14,6 @@ constexpr COLORREF text = RGB(214, 222, 232);
 constexpr COLORREF label = RGB(130, 146, 166);
 constexpr COLORREF scale = RGB(170, 184, 200);
 constexpr COLORREF accent = RGB(255, 190, 80);
+constexpr COLORREF recording = RGB(235, 50, 50);
 
 } // namespace exam::palette

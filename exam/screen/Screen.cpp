@@ -4,7 +4,9 @@
 #include "measure/SpectralStrip.h"
 #include "screen/InfoPanel.h"
 #include "screen/Palette.h"
+#include "screen/RecordingMark.h"
 #include "screen/Ruler.h"
+#include "screen/ScopedFont.h"
 #include "screen/ScreenLayout.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -16,26 +18,6 @@ namespace exam
 namespace
 {
 
-// Selects a font for the length of a scope.
-class ScopedFont
-{
-public:
-    ScopedFont(CDC& dc, int pixels, int weight) : m_dc(dc)
-    {
-        m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                          CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial");
-        m_old = dc.SelectObject(&m_font);
-    }
-    ~ScopedFont() { m_dc.SelectObject(m_old); }
-    ScopedFont(const ScopedFont&) = delete;
-    ScopedFont& operator=(const ScopedFont&) = delete;
-
-private:
-    CDC& m_dc;
-    CFont m_font;
-    CFont* m_old = nullptr;
-};
-
 void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& right)
 {
     dc.FillSolidRect(&bar, palette::header);
@@ -43,7 +25,9 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
     CRect box = bar;
     box.DeflateRect(16, 0);
     dc.SetTextColor(palette::text);
-    dc.DrawText(left, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(left, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_PATH_ELLIPSIS);
+    constexpr int gap = 24;
+    if (dc.GetTextExtent(left).cx + gap + dc.GetTextExtent(right).cx > box.Width()) return; // the left one comes first
     dc.SetTextColor(palette::label);
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
@@ -78,7 +62,7 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
         DrawBar(dc, ScreenLayout::header(), GetStr("exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
-    const ScopedFont font(dc, 15, FW_NORMAL);
+    const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);
     if (content.stripShown)
@@ -86,7 +70,8 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
         spectralTraceData traces = content.flow.traces();
         DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
     }
-    DrawBar(dc, ScreenLayout::status(), content.status, GetStr("exam.keys"));
+    if (content.recordedFrames) DrawRecordingMark(dc, ScreenLayout::recordingMark(), *content.recordedFrames);
+    DrawBar(dc, ScreenLayout::status(), content.status, content.keysShown ? GetStr("exam.keys") : CString());
 }
 
 } // namespace exam

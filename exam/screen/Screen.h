@@ -7,6 +7,8 @@
 
 #include <afxwin.h>
 
+#include <optional>
+
 namespace exam
 {
 
@@ -20,9 +22,11 @@ struct ScreenContent
     bool stripShown = false;
     int rotation = 0; // tenths of a degree; 0: no rotated outline
     CString status{};
+    bool keysShown = true; // the list of keys beside the status
+    std::optional<int> recordedFrames{}; // set while a recording is under way
 };
 
-// Paints the whole client area: header, image with its scale and tools, facts, status line.
+// Paints the whole client area: header, image with its scale and tools, recording mark, facts, status line.
 void DrawScreen(CDC& dc, const ScreenContent& content);
 
 } // namespace exam

@@ -38,6 +38,9 @@ struct ScreenLayout
         return rect;
     }
 
+    // In the upper left corner of imageArea(), where a sector leaves room.
+    static CRect recordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
+
     // The lower end of the panel.
     static CRect outline()
     {

@@ -51,6 +51,7 @@ void TakeTour(TourContext& context)
     TourImages(context);
     TourMeasurements(context);
     TourDoppler(context);
+    TourRecording(context);
 }
 
 } // namespace exam

@@ -44,5 +44,6 @@ void TourTexts(TourContext& context);
 void TourImages(TourContext& context);
 void TourMeasurements(TourContext& context);
 void TourDoppler(TourContext& context);
+void TourRecording(TourContext& context);
 
 } // namespace exam

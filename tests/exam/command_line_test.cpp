@@ -37,6 +37,29 @@ TEST(CommandLine, TellsWhatIsWrong)
     EXPECT_NE(ParseCommandLine({L"--console", L"tavren"}).error, L"");
 }
 
+TEST(CommandLine, ReadsTheCommandsOnRawCines)
+{
+    EXPECT_FALSE(ParseCommandLine({}).command());
+    const auto info = ParseCommandLine({L"--cine-info", L"a.cine"});
+    EXPECT_TRUE(info.command());
+    EXPECT_EQ(info.cineInfo, L"a.cine");
+    const auto replay = ParseCommandLine({L"--cine-to-avi", L"a.cine", L"a.avi", L"--profile", L"exam.ini"});
+    EXPECT_EQ(replay.error, L"");
+    EXPECT_TRUE(replay.command());
+    EXPECT_EQ(replay.cineToPlay, L"a.cine");
+    EXPECT_EQ(replay.movie, L"a.avi");
+    EXPECT_EQ(replay.profile, L"exam.ini");
+}
+
+TEST(CommandLine, AsksForAllValuesOfAnOption)
+{
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi"}).error, L"--cine-to-avi needs two values");
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine"}).error, L"--cine-to-avi needs two values");
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine", L""}).error, L"--cine-to-avi needs two files");
+    EXPECT_EQ(ParseCommandLine({L"--cine-info", L""}).error, L"--cine-info needs a file");
+    EXPECT_EQ(ParseCommandLine({L"--profile", L""}).error, L"--profile needs a file");
+}
+
 TEST(CommandLine, KeepsTheFirstError)
 {
     EXPECT_EQ(ParseCommandLine({L"--one", L"--two"}).error, L"unknown argument '--one'");

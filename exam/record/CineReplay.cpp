@@ -1,0 +1,110 @@
+#include "record/CineReplay.h"
+
+#include "app/Console.h"
+#include "image/ImageView.h"
+#include "record/FrameRate.h"
+#include "record/VideoCodec.h"
+#include "screen/ScreenLayout.h"
+
+#include <Utils_Statics/CCineStoreAVI.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <vector>
+
+namespace exam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The image on display as a bitmap of 32-bit pixels; empty when the platform refuses.
+void MakeBitmap(const ImageView& view, CBitmap& bitmap)
+{
+    std::vector<unsigned int> pixels(view.grey().size());
+    std::transform(view.grey().begin(), view.grey().end(), pixels.begin(),
+                   [](std::uint8_t level) { return level * 0x010101u; });
+    bitmap.CreateBitmap(view.parameters().width, view.parameters().height, 1, 32, pixels.data());
+}
+
+void Progress(int frame, int frames)
+{
+    WriteOut(L"\rframe " + std::to_wstring(frame) + L" of " + std::to_wstring(frames) +
+             (frame == frames ? L"\n" : L""));
+}
+
+std::wstring CannotWrite(const std::wstring& movie)
+{
+    return movie + L" cannot be written";
+}
+
+// The movie under way; released whatever happens.
+class Movie
+{
+public:
+    Movie() = default;
+    ~Movie() { m_store.EndStorage(); }
+    Movie(const Movie&) = delete;
+    Movie& operator=(const Movie&) = delete;
+
+    bool Start(const std::wstring& path, CSize size, double rate)
+    {
+        m_store.SetRate(rate);
+        return m_store.InitStorage(path.c_str(), nullptr, size.cx, size.cy, CRect(), 32);
+    }
+
+    bool Add(const ImageView& view)
+    {
+        CBitmap bitmap;
+        MakeBitmap(view, bitmap);
+        return m_store.AddFrame(bitmap, false, false);
+    }
+
+private:
+    CCineStoreAVI m_store;
+};
+
+// What went wrong; empty when the whole movie was written.
+std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
+{
+    const CSize size = ScreenLayout::image().Size();
+    ImageView view;
+    view.SetRecording(cine, size);
+    if (!view.valid()) return L"the header gives no geometry to show the frames by";
+    Movie movie;
+    if (!movie.Start(path, size, FrameRate(cine))) return CannotWrite(path);
+    for (int frame = 0; frame < cine.frames(); ++frame) {
+        view.Show(cine, frame);
+        if (!movie.Add(view))
+            return L"frame " + std::to_wstring(frame + 1) + L" cannot be written to " + path +
+                   L"; the movie ends before it";
+        Progress(frame + 1, cine.frames());
+    }
+    return L"";
+}
+
+std::wstring Replay(const std::wstring& path, const std::wstring& movie)
+{
+    CineFile cine;
+    if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
+    std::error_code error;
+    if (fs::equivalent(path, movie, error)) return L"the movie cannot replace the recording it is made of";
+    const std::wstring codec = MovieCodec();
+    if (!IsUsableCodec(codec))
+        return L"the codec '" + codec +
+               L"' is not installed; install it, or set RecordCodec to the name of another or to Uncompressed";
+    if (std::wstring problem = WriteMovie(cine, movie); !problem.empty()) return problem;
+    WriteOut(movie + L": " + std::to_wstring(cine.frames()) + L" frames, codec " + codec + L"\n");
+    return L"";
+}
+
+} // namespace
+
+bool ReplayCine(const std::wstring& path, const std::wstring& movie)
+{
+    const std::wstring problem = Replay(path, movie);
+    if (!problem.empty()) WriteError(L"exam: " + problem + L"\n");
+    return problem.empty();
+}
+
+} // namespace exam

@@ -1,0 +1,133 @@
+#include "record/MovieRecording.h"
+
+#include "record/FrameRate.h"
+#include "screen/Palette.h"
+#include "screen/ScopedFont.h"
+#include "screen/ScreenLayout.h"
+
+#include <algorithm>
+
+namespace exam {
+
+namespace {
+
+constexpr int sweepHeight = 5;  // rows of plane 3, fixed by the composition
+constexpr int sweepLength = 24; // pixels
+constexpr int sweepStep = 8;    // pixels a frame
+constexpr unsigned int sweepColour = 0x00FFBE50;
+
+CRect ScreenArea()
+{
+    return {0, 0, ScreenLayout::width, ScreenLayout::height};
+}
+
+// Size of the time, and how far below the upper edge of its image it stands: clear of the strip's traces.
+CRect TimeArea()
+{
+    return {0, 112, 160, 136};
+}
+
+// The rects of the composition. The two regions of the panel count rows from its lower edge, because they are taken
+// from the plane after it was turned upside down.
+std::vector<CRect> MovieLayout()
+{
+    const CRect panel = ScreenLayout::panel();
+    const int outline = ScreenLayout::outlineHeight;
+    return {ScreenLayout::imageArea(),
+            ScreenLayout::strip(),
+            panel,
+            TimeArea(),
+            CRect(0, outline, panel.Width(), panel.Height()),
+            CRect(0, 0, panel.Width(), outline)};
+}
+
+// A mask that lets the whole plane through. The image changes beyond the imaged region as well: tools reach out of it.
+void MakeOpenMask(CBitmap& mask, CSize size)
+{
+    const auto rowBytes = static_cast<std::size_t>((size.cx + 15) / 16 * 2);
+    const std::vector<BYTE> bits(rowBytes * static_cast<std::size_t>(size.cy));
+    mask.CreateBitmap(size.cx, size.cy, 1, 1, bits.data());
+}
+
+} // namespace
+
+MovieRecording::MovieRecording(const ScreenContent& content)
+    : m_content(content), m_rate(FrameRate(content.session.cine())), m_screen(ScreenArea().Size()),
+      m_time(TimeArea().Size())
+{
+    MakeOpenMask(m_imageMask, ScreenLayout::imageArea().Size());
+    MakeOpenMask(m_stripMask, ScreenLayout::strip().Size());
+}
+
+bool MovieRecording::Start(const std::wstring& path, const Announcement& announcement)
+{
+    if (!m_screen || !m_time) return false;
+    DrawCurrentScreen();
+    Plane pixels;
+    m_screen.Cut(ScreenArea(), pixels);
+    CBitmap background;
+    if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data())) return false;
+    m_store.SetRate(m_rate);
+    if (!m_store.InitStorage(path.c_str(), &background, ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32)) {
+        m_store.EndStorage(); // releases what was opened
+        return false;
+    }
+    m_store.SetCompleteCallback(announcement.callback, announcement.userData);
+    return true;
+}
+
+bool MovieRecording::AddFrame()
+{
+    DrawCurrentScreen();
+    DrawTime();
+    DrawSweep();
+    m_screen.Cut(ScreenLayout::imageArea(), m_image);
+    m_screen.Cut(ScreenLayout::strip(), m_strip);
+    m_screen.Cut(ScreenLayout::panel(), m_panel);
+    const bool strip = m_content.stripShown;
+    ++m_frames;
+    return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
+                            strip ? m_sweep.data() : nullptr, m_clock.data(), m_imageMask, m_stripMask, false, false,
+                            false, false);
+}
+
+bool MovieRecording::Finish()
+{
+    return m_store.EndStorage();
+}
+
+void MovieRecording::DrawCurrentScreen()
+{
+    ScreenContent shown = m_content;
+    shown.recordedFrames.reset();
+    shown.status.Empty();
+    shown.keysShown = false;
+    DrawScreen(m_screen.dc(), shown);
+}
+
+// Light on black: the composition adds it to the image.
+void MovieRecording::DrawTime()
+{
+    m_time.Clear();
+    CRect box(CPoint(0, 0), TimeArea().Size());
+    CString text;
+    text.Format(L"%.2f s", m_frames / m_rate);
+    box.left = 16;
+    CDC& dc = m_time.dc();
+    const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(palette::scale);
+    dc.DrawText(text, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+    m_time.Cut(CRect(CPoint(0, 0), TimeArea().Size()), m_clock);
+}
+
+void MovieRecording::DrawSweep()
+{
+    const int width = ScreenLayout::strip().Width();
+    const int from = m_frames * sweepStep % (width - sweepLength);
+    m_sweep.assign(static_cast<std::size_t>(width) * sweepHeight, 0);
+    for (int row = 0; row < sweepHeight; ++row)
+        std::fill_n(m_sweep.begin() + row * width + from, sweepLength, sweepColour);
+}
+
+} // namespace exam

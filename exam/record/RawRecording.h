@@ -1,0 +1,23 @@
+#pragma once
+
+#include "app/Session.h"
+#include "record/Recording.h"
+
+namespace exam {
+
+// Records the session's frames byte for byte into a raw cine file, which can be opened again as any other recording.
+class RawRecording : public Recording
+{
+public:
+    explicit RawRecording(const Session& session) : m_session(session) {}
+
+    bool Start(const std::wstring& path, const Announcement& announcement) override;
+    bool AddFrame() override;
+    bool Finish() override;
+
+private:
+    const Session& m_session;
+    CCineStore m_store;
+};
+
+} // namespace exam

@@ -1,0 +1,89 @@
+#include "record/Recorder.h"
+
+#include "record/MovieRecording.h"
+#include "record/RawRecording.h"
+#include "record/VideoCodec.h"
+
+#include <Utils_Statics/GetStr.h>
+
+#include <cwchar>
+#include <filesystem>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+} // namespace
+
+Recorder::Recorder(const ScreenContent& content, Finished finished)
+    : m_content(content), m_finished(std::move(finished))
+{
+}
+
+Recorder::~Recorder()
+{
+    m_finished = nullptr;
+    Stop();
+}
+
+CString Recorder::StartRaw()
+{
+    return Start(std::make_unique<RawRecording>(m_content.session), L"recording-%03d.cine", "exam.record.raw");
+}
+
+CString Recorder::StartMovie()
+{
+    // Asked before, because the library's own answer does not tell a missing codec from a file that cannot be written.
+    const std::wstring codec = MovieCodec();
+    if (!IsUsableCodec(codec)) return GetStr("exam.record.nocodec", codec.c_str());
+    return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi", "exam.record.movie");
+}
+
+CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name, const char* runningKey)
+{
+    std::error_code error; // shows when the file is created
+    fs::create_directories(m_folder, error);
+    const std::wstring path = NextPath(name);
+    if (!recording->Start(path, {OnComplete, this})) return GetStr("exam.record.nofile", path.c_str());
+    m_recording = std::move(recording);
+    m_frames = 0;
+    return GetStr(runningKey);
+}
+
+std::wstring Recorder::NextPath(const wchar_t* name) const
+{
+    for (int number = 1;; ++number) {
+        wchar_t file[32];
+        std::swprintf(file, std::size(file), name, number);
+        std::wstring path = m_folder + L"\\" + file;
+        std::error_code error;
+        if (!fs::exists(path, error)) return path;
+    }
+}
+
+bool Recorder::AddFrame()
+{
+    if (!m_recording) return false;
+    if (m_recording->AddFrame()) {
+        ++m_frames;
+        return true;
+    }
+    Stop();
+    return false;
+}
+
+void Recorder::Stop()
+{
+    if (const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr)) ended->Finish();
+}
+
+void Recorder::OnComplete(const wchar_t* path, void* self) noexcept
+{
+    const Recorder& recorder = *static_cast<Recorder*>(self);
+    if (recorder.m_finished) recorder.m_finished(path);
+}
+
+} // namespace exam

@@ -1,0 +1,37 @@
+#include "screen/RecordingMark.h"
+
+#include "screen/Palette.h"
+
+#include <Utils_Statics/GetStr.h>
+
+namespace exam {
+
+namespace {
+
+constexpr int dotSize = 14;
+constexpr int gap = 8;
+
+void DrawDot(CDC& dc, int x, int y)
+{
+    CBrush brush(palette::recording);
+    CPen pen(PS_SOLID, 1, palette::recording);
+    CBrush* const oldBrush = dc.SelectObject(&brush);
+    CPen* const oldPen = dc.SelectObject(&pen);
+    dc.Ellipse(x, y, x + dotSize, y + dotSize);
+    dc.SelectObject(oldPen);
+    dc.SelectObject(oldBrush);
+}
+
+} // namespace
+
+void DrawRecordingMark(CDC& dc, const CRect& area, int frames)
+{
+    DrawDot(dc, area.left, area.top + (area.Height() - dotSize) / 2);
+    CRect box = area;
+    box.left += dotSize + gap;
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(palette::text);
+    dc.DrawText(GetStr("exam.record.mark", frames), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+} // namespace exam

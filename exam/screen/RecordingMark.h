@@ -1,0 +1,10 @@
+#pragma once
+
+#include <afxwin.h>
+
+namespace exam {
+
+// A red dot and the number of frames that were recorded.
+void DrawRecordingMark(CDC& dc, const CRect& area, int frames);
+
+} // namespace exam
