@@ -7,7 +7,7 @@ cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/utils-statics}
 
 # A folder below the cache carries its version in its name; raising it makes every machine rebuild that folder.
 wine_root=$cache/wine-i386-2
-deps_version=1
+deps_version=2   # cmake/Dependencies.cmake reads it here
 
 say()  { printf '%s\n' "$*"; }
 step() { printf '==> %s\n' "$*"; }

@@ -1,6 +1,5 @@
 #include "MjpgCodec.h"
 
-#include <exception>
 #include <new>
 
 namespace {
@@ -53,9 +52,6 @@ LRESULT handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM se
 /// The entry point that Video for Windows calls for every message.
 extern "C" __declspec(dllexport) LRESULT CALLBACK
     DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
-try {
-    return handle(id, driver, message, first, second);
-} catch (const std::exception&) // no memory; nothing may leave through Video for Windows
 {
-    return ICERR_MEMORY;
+    return handle(id, driver, message, first, second);
 }

@@ -1,13 +1,11 @@
 #include "MjpgCodec.h"
 
-#include "JpegDecoder.h"
-#include "JpegEncoder.h"
+#include "JpegImage.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
-#include <new>
 
 namespace mjpg {
 
@@ -50,28 +48,19 @@ bool haveSameSize(const BITMAPINFOHEADER& a, const BITMAPINFOHEADER& b)
     return a.biWidth == b.biWidth && heightOf(a) == heightOf(b);
 }
 
-std::ptrdiff_t rawStride(const BITMAPINFOHEADER& format)
+int rawStride(const BITMAPINFOHEADER& format)
 {
-    return (static_cast<std::ptrdiff_t>(format.biWidth) * format.biBitCount + 31) / 32 * 4;
+    return (format.biWidth * format.biBitCount + 31) / 32 * 4;
 }
 
 LONG jpegBytes(const BITMAPINFOHEADER& format)
 {
-    return static_cast<LONG>(std::min<std::uint64_t>(jpegBound(format.biWidth, heightOf(format)), INT32_MAX));
+    return static_cast<LONG>(jpegBound(format.biWidth, heightOf(format))); // less than 1 GiB for the largest side
 }
 
-// A frame's rows run from the bottom up, unless its height is negative. The layout of SourceFrame and TargetFrame.
-template <class Frame, class Byte>
-Frame rawFrame(const BITMAPINFOHEADER& format, Byte* pixels)
+FrameShape shapeOf(const BITMAPINFOHEADER& raw)
 {
-    const std::ptrdiff_t stride = rawStride(format);
-    Frame frame;
-    frame.topRow = format.biHeight < 0 ? pixels : pixels + stride * (format.biHeight - 1);
-    frame.stride = format.biHeight < 0 ? stride : -stride;
-    frame.width = format.biWidth;
-    frame.height = heightOf(format);
-    frame.bytesPerPixel = format.biBitCount / 8;
-    return frame;
+    return {raw.biWidth, heightOf(raw), rawStride(raw), raw.biBitCount / 8, raw.biHeight > 0};
 }
 
 LRESULT compressQuery(const BITMAPINFOHEADER* input, const BITMAPINFOHEADER* output)
@@ -214,12 +203,10 @@ LRESULT MjpgCodec::compress(const ICCOMPRESS* frame, LPARAM size) const
     if (!frame || size < static_cast<LPARAM>(sizeof *frame) || !frame->lpInput || !frame->lpOutput)
         return ICERR_BADPARAM;
     if (compressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput) return ICERR_BADFORMAT;
-    const auto source = rawFrame<SourceFrame>(*frame->lpbiInput, static_cast<const std::uint8_t*>(frame->lpInput));
-    const DWORD quality = std::min<DWORD>(frame->dwQuality, bestQuality + 1);
-    const std::size_t bytes =
-        encodeJpeg(source, static_cast<int>(quality > bestQuality ? m_quality : quality),
-                   static_cast<std::uint8_t*>(frame->lpOutput), static_cast<std::size_t>(jpegBytes(*frame->lpbiInput)));
-    if (bytes == 0) return ICERR_BADSIZE;
+    const DWORD quality = frame->dwQuality > bestQuality ? m_quality : frame->dwQuality;
+    const std::size_t bytes = encodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), shapeOf(*frame->lpbiInput),
+                                         static_cast<int>(quality), static_cast<std::uint8_t*>(frame->lpOutput));
+    if (bytes == 0) return ICERR_MEMORY;
     frame->lpbiOutput->biSizeImage = static_cast<DWORD>(bytes);
     if (frame->lpckid) *frame->lpckid = mmioFOURCC('d', 'c', 0, 0);
     if (frame->lpdwFlags) *frame->lpdwFlags = AVIIF_KEYFRAME;
@@ -247,9 +234,9 @@ LRESULT MjpgCodec::decompress(const ICDECOMPRESS* frame, LPARAM size) const
         return ICERR_BADPARAM;
     if (decompressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput) return ICERR_BADFORMAT;
     if (frame->lpbiInput->biSizeImage == 0) return ICERR_OK; // an empty frame repeats the one before
-    const auto target = rawFrame<TargetFrame>(*frame->lpbiOutput, static_cast<std::uint8_t*>(frame->lpOutput));
-    const auto* const data = static_cast<const std::uint8_t*>(frame->lpInput);
-    return decodeJpeg(data, frame->lpbiInput->biSizeImage, target) ? ICERR_OK : ICERR_ERROR;
+    const bool decoded = decodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), frame->lpbiInput->biSizeImage,
+                                    static_cast<std::uint8_t*>(frame->lpOutput), shapeOf(*frame->lpbiOutput));
+    return decoded ? ICERR_OK : ICERR_ERROR;
 }
 
 } // namespace mjpg

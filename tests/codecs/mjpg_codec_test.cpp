@@ -372,16 +372,35 @@ TEST_F(MjpgCodec, UnusedByteOfAPixelDoesNotMatter)
     EXPECT_EQ(first, compress(in, 9000));
 }
 
+TEST_F(MjpgCodec, CompressedFrameStaysWithinTheSizeAskedFor)
+{
+    std::mt19937 random(5);
+    for (const auto& [width, height] : {std::pair{1, 1}, {16, 16}, {17, 33}, {160, 112}}) {
+        Picture noise(rawFormat(width, height, 32));
+        noise.paint([&](std::size_t, std::size_t, int) { return random() % 2 ? 255 : 0; });
+        BITMAPINFOHEADER output = outputFor(noise.format);
+        const auto room = static_cast<std::size_t>(send(ICM_COMPRESS_GET_SIZE, &noise.format, &output));
+        Bytes data(room + 64, 0xA5);
+        ASSERT_EQ(ICCompress(codec, 0, &output, data.data(), &noise.format, noise.bytes.data(), nullptr, nullptr, 0, 0,
+                             10000, nullptr, nullptr),
+                  static_cast<DWORD>(ICERR_OK));
+        EXPECT_LE(output.biSizeImage, room);
+        EXPECT_EQ(Bytes(data.begin() + static_cast<std::ptrdiff_t>(room), data.end()), Bytes(64, 0xA5));
+    }
+}
+
 TEST_F(MjpgCodec, DamagedFramesAreAnErrorOrAPictureButNeverACrash)
 {
     Picture in(rawFormat(64, 48, 24));
     in.paint(smooth);
     const Bytes good = compress(in, 8000);
     Picture out(rawFormat(64, 48, 24));
+    const std::size_t pixels = out.bytes.size();
+    out.bytes.resize(pixels + 4096, 0xA5); // nothing may be written behind the picture
     EXPECT_EQ(decompress(Bytes(good.begin(), good.begin() + 10), out), ICERR_ERROR);
     EXPECT_EQ(decompress(Bytes(500, 0x37), out), ICERR_ERROR);
     std::mt19937 random(9);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 400; ++round) {
         Bytes bad = good;
         for (int i = 0; i < 8; ++i)
             bad[2 + random() % (bad.size() - 2)] = static_cast<std::uint8_t>(random());
@@ -389,6 +408,62 @@ TEST_F(MjpgCodec, DamagedFramesAreAnErrorOrAPictureButNeverACrash)
         const LRESULT result = decompress(bad, out);
         EXPECT_TRUE(result == ICERR_OK || result == ICERR_ERROR) << result;
     }
+    EXPECT_TRUE(std::all_of(out.bytes.begin() + static_cast<std::ptrdiff_t>(pixels), out.bytes.end(),
+                            [](std::uint8_t value) { return value == 0xA5; }));
+    EXPECT_EQ(decompress(good, out), ICERR_OK); // and the next good frame is whole again
+    EXPECT_GT(psnr(in, out), 30);
+}
+
+TEST_F(MjpgCodec, RandomBytesAfterAnImagesFirstMarkersAreAnErrorOrAPicture)
+{
+    Picture in(rawFormat(64, 48, 24));
+    in.paint(smooth);
+    const Bytes good = compress(in, 8000);
+    Picture out(rawFormat(64, 48, 32));
+    std::mt19937 random(10);
+    for (std::size_t kept = 2; kept < good.size(); kept += 7) {
+        Bytes bad = good;
+        for (std::size_t i = kept; i < bad.size(); ++i)
+            bad[i] = static_cast<std::uint8_t>(random());
+        const LRESULT result = decompress(bad, out);
+        EXPECT_TRUE(result == ICERR_OK || result == ICERR_ERROR) << result;
+    }
+}
+
+TEST_F(MjpgCodec, FrameThatEndsEarlyGivesTheRowsItHas)
+{
+    Picture in(rawFormat(64, 96, 24));
+    in.paint(smooth);
+    Bytes data = compress(in, 9500);
+    data.resize(data.size() * 3 / 4);
+    Picture out(rawFormat(64, 96, 24));
+    ASSERT_EQ(decompress(data, out), ICERR_OK);
+    for (std::size_t y = 0; y < 24; ++y)
+        EXPECT_NEAR(out.pixel(10, y)[1], in.pixel(10, y)[1], 12) << y;
+}
+
+// Many cameras leave the Huffman tables out of every frame: those of the format's annex are meant then.
+TEST_F(MjpgCodec, FrameWithoutHuffmanTablesHasTheUsualOnes)
+{
+    Picture in(rawFormat(64, 48, 24));
+    in.paint(smooth);
+    const Bytes whole = compress(in, 9000);
+    Bytes bare(whole.begin(), whole.begin() + 2);
+    for (std::size_t at = 2; at < whole.size();) {
+        const std::uint8_t marker = whole[at + 1];
+        const bool isScan = marker == 0xDA; // the rest of the frame
+        const std::size_t next = isScan ? whole.size() : at + 2 + (whole[at + 2] << 8 | whole[at + 3]);
+        if (marker != 0xC4)
+            bare.insert(bare.end(), whole.begin() + static_cast<std::ptrdiff_t>(at),
+                        whole.begin() + static_cast<std::ptrdiff_t>(next));
+        at = next;
+    }
+    ASSERT_LT(bare.size(), whole.size());
+    Picture expected(rawFormat(64, 48, 24));
+    Picture out(rawFormat(64, 48, 24));
+    ASSERT_EQ(decompress(whole, expected), ICERR_OK);
+    ASSERT_EQ(decompress(bare, out), ICERR_OK);
+    EXPECT_EQ(out.bytes, expected.bytes);
 }
 
 TEST_F(MjpgCodec, FrameOfAnotherSizeThanSaidIsAnError)
