@@ -23,7 +23,8 @@ endif()
 if(UTILS_STATICS_CHECKED)
   target_compile_definitions(project_settings INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(project_settings INTERFACE
-    -O1 -fsanitize=undefined -fsanitize-undefined-trap-on-error -fno-sanitize-recover=all)
+    # A trap tells where it came from by the chain of frame pointers.
+    -O1 -fno-omit-frame-pointer -fsanitize=undefined -fsanitize-undefined-trap-on-error -fno-sanitize-recover=all)
 endif()
 
 # The compiler's own libraries are shared by all modules: C++ objects and exceptions cross the DLL boundary.

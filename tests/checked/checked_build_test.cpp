@@ -1,0 +1,330 @@
+// Children commit one mistake each, and have to end with the status of its kind; a correct child ends with 0.
+#include "damage.h"
+#include "test_support/ChildTest.h"
+
+#include <atlstr.h>
+#include <guardheap/guardheap.h>
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <deque>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr DWORD accessViolation = 0xC0000005u;
+constexpr DWORD illegalInstruction = 0xC000001Du;
+constexpr DWORD heapCorruption = 0xC0000374u;
+constexpr DWORD oneMinute = 60000;
+
+DWORD statusOf(const char* mistake)
+{
+    test_support::ChildTest child(std::string("Mistake.DISABLED_") + mistake);
+    return child.wait(oneMinute);
+}
+
+} // namespace
+
+TEST(GuardHeap, LetsACorrectProgramEndWell)
+{
+    EXPECT_EQ(statusOf("None"), 0u);
+}
+
+TEST(GuardHeap, StopsAReadOrWriteOneByteBehindABlock)
+{
+    EXPECT_EQ(statusOf("WriteBehindMalloc"), accessViolation);
+    EXPECT_EQ(statusOf("ReadBehindNewArray"), accessViolation);
+    EXPECT_EQ(statusOf("WriteBehindReallocated"), accessViolation);
+    EXPECT_EQ(statusOf("WriteBehindCalloc"), accessViolation);
+    EXPECT_EQ(statusOf("WriteBehindLargeBlock"), accessViolation);
+}
+
+TEST(GuardHeap, StopsAnOverrunOfWhatAnotherModuleAllocated)
+{
+    EXPECT_EQ(statusOf("WriteBehindStandardString"), accessViolation);
+    EXPECT_EQ(statusOf("WriteBehindFrameworkString"), accessViolation);
+    EXPECT_EQ(statusOf("WriteBehindDuplicate"), accessViolation);
+}
+
+TEST(GuardHeap, FindsADamagedSlackWhenTheBlockIsFreed)
+{
+    EXPECT_EQ(statusOf("WriteIntoSlackBehind"), heapCorruption);
+    EXPECT_EQ(statusOf("WriteBeforeBlock"), heapCorruption);
+    EXPECT_EQ(statusOf("WriteBeforeReallocatedBlock"), heapCorruption);
+}
+
+TEST(GuardHeap, StopsUseAfterFree)
+{
+    EXPECT_EQ(statusOf("ReadAfterFree"), accessViolation);
+    EXPECT_EQ(statusOf("WriteAfterDelete"), accessViolation);
+    EXPECT_EQ(statusOf("ReadAfterFreeAndManyOthers"), accessViolation);
+    EXPECT_EQ(statusOf("ReadAtOldPlaceAfterRealloc"), accessViolation);
+}
+
+TEST(GuardHeap, StopsAWrongFree)
+{
+    EXPECT_EQ(statusOf("DoubleFree"), heapCorruption);
+    EXPECT_EQ(statusOf("FreeInsideBlock"), heapCorruption);
+    EXPECT_EQ(statusOf("FreeBehindBlock"), heapCorruption);
+    EXPECT_EQ(statusOf("FreeInAnotherThreadAgain"), heapCorruption);
+}
+
+TEST(UndefinedBehaviour, Traps)
+{
+    EXPECT_EQ(statusOf("SignedOverflow"), illegalInstruction);
+    EXPECT_EQ(statusOf("ShiftByTooMuch"), illegalInstruction);
+    EXPECT_EQ(statusOf("DivisionByZero"), illegalInstruction);
+}
+
+TEST(UndefinedBehaviour, AnIndexOutsideAVectorAborts)
+{
+    EXPECT_NE(statusOf("IndexOutsideVector"), 0u);
+}
+
+TEST(GuardHeap, GuardsTheBlocksOfAllModules)
+{
+    const std::unique_ptr<char[]> own(new char[100]);
+    const std::wstring standard(100, L'x');
+    const CString framework(L'x', 100);
+    EXPECT_TRUE(guardheap_is_guarded(own.get()));
+    EXPECT_TRUE(guardheap_is_guarded(standard.data()));
+    EXPECT_TRUE(guardheap_is_guarded(framework.GetString()));
+}
+
+TEST(GuardHeap, KeepsTheAlignmentOfMalloc)
+{
+    for (std::size_t size = 0; size < 5000; ++size) {
+        void* const block = std::malloc(size);
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % (2 * sizeof(void*)), 0u) << size;
+        EXPECT_EQ(_msize(block), size);
+        std::free(block);
+    }
+}
+
+TEST(GuardHeap, FreesWhatTheRuntimeAllocatedItself)
+{
+    wchar_t* const path = _wfullpath(nullptr, L".", 0);
+    ASSERT_NE(path, nullptr);
+    EXPECT_FALSE(guardheap_is_guarded(path));
+    EXPECT_GT(_msize(path), 0u);
+    std::free(path);
+}
+
+TEST(GuardHeap, KeepsTheContractOfTheRunTime)
+{
+    std::free(nullptr);
+    auto* const zeros = static_cast<unsigned char*>(std::calloc(3, 5));
+    ASSERT_NE(zeros, nullptr);
+    for (int i = 0; i < 15; ++i)
+        EXPECT_EQ(zeros[i], 0);
+    std::memcpy(zeros, "0123456789abcd", 15);
+    auto* const grown = static_cast<char*>(std::realloc(zeros, 5000));
+    ASSERT_NE(grown, nullptr);
+    EXPECT_STREQ(grown, "0123456789abcd");
+    auto* const shrunk = static_cast<char*>(std::realloc(grown, 4));
+    ASSERT_NE(shrunk, nullptr);
+    EXPECT_EQ(std::memcmp(shrunk, "0123", 4), 0);
+    EXPECT_EQ(std::realloc(shrunk, 0), nullptr);
+    std::free(std::realloc(nullptr, 10));
+    volatile std::size_t tooMany = SIZE_MAX / 2;
+    EXPECT_EQ(std::calloc(tooMany, 3), nullptr);
+}
+
+TEST(GuardHeap, GoesOnWithoutGuardsBeyondItsLimit)
+{
+    const unsigned many = guardheap_block_limit() + 1000;
+    std::vector<std::unique_ptr<unsigned>> blocks;
+    for (unsigned i = 0; i < many; ++i)
+        blocks.push_back(std::make_unique<unsigned>(i));
+    EXPECT_FALSE(guardheap_is_guarded(blocks.back().get()));
+    for (unsigned i = 0; i < many; ++i)
+        ASSERT_EQ(*blocks[i], i);
+    blocks.clear();
+    EXPECT_TRUE(guardheap_is_guarded(std::make_unique<unsigned>(1u).get()));
+}
+
+TEST(GuardHeap, HoldsUnderRandomUseByManyThreads)
+{
+    const auto work = [](unsigned seed) {
+        std::mt19937 random(seed);
+        std::deque<std::vector<unsigned char>> kept;
+        for (int step = 0; step < 5000; ++step) {
+            const unsigned size = random() % (step % 50 == 0 ? 100000u : 300u);
+            kept.emplace_back(size, static_cast<unsigned char>(size));
+            if (kept.size() < 100) continue;
+            for (const unsigned char value : kept.front())
+                ASSERT_EQ(value, static_cast<unsigned char>(kept.front().size()));
+            kept.pop_front();
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned seed = 1; seed <= 4; ++seed)
+        threads.emplace_back(work, seed);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+// The mistakes: each of these runs alone in a child, and none returns from its last line.
+
+TEST(Mistake, DISABLED_None)
+{
+    std::map<int, std::wstring> texts;
+    for (int i = 0; i < 1000; ++i)
+        texts[i] = std::wstring(static_cast<std::size_t>(i), L'x');
+    std::thread([&texts] { texts.clear(); }).join();
+    CString text(L"abc");
+    text += L"def";
+    EXPECT_EQ(text.GetLength(), 6);
+}
+
+TEST(Mistake, DISABLED_WriteBehindMalloc)
+{
+    damage::write(std::malloc(64), 64);
+}
+
+TEST(Mistake, DISABLED_WriteBehindCalloc)
+{
+    damage::write(std::calloc(8, 8), 64);
+}
+
+TEST(Mistake, DISABLED_ReadBehindNewArray)
+{
+    damage::read(new char[800], 800);
+}
+
+TEST(Mistake, DISABLED_WriteBehindReallocated)
+{
+    damage::write(std::realloc(std::malloc(8), 4096), 4096);
+}
+
+TEST(Mistake, DISABLED_WriteBehindLargeBlock)
+{
+    damage::write(std::malloc(1 << 20), 1 << 20);
+}
+
+TEST(Mistake, DISABLED_WriteBehindStandardString)
+{
+    std::wstring text(31, L'x'); // with its terminator 64 bytes
+    damage::write(text.data(), 64);
+}
+
+TEST(Mistake, DISABLED_WriteBehindFrameworkString)
+{
+    CString text;
+    wchar_t* const buffer = text.GetBuffer(100);
+    // Its block may be larger than what was asked for; no part of it is a page long.
+    for (std::ptrdiff_t i = 0; i < 4096; ++i)
+        damage::write(buffer, 200 + i);
+}
+
+TEST(Mistake, DISABLED_WriteBehindDuplicate)
+{
+    damage::write(_wcsdup(L"abc"), 8);
+}
+
+TEST(Mistake, DISABLED_WriteIntoSlackBehind)
+{
+    void* const block = std::malloc(61);
+    damage::write(block, 61);
+    damage::freeMemory(block);
+}
+
+TEST(Mistake, DISABLED_WriteBeforeBlock)
+{
+    char* const block = new char[64];
+    damage::write(block, -1);
+    delete[] block;
+}
+
+TEST(Mistake, DISABLED_WriteBeforeReallocatedBlock)
+{
+    void* const block = std::malloc(64);
+    damage::write(block, -1);
+    damage::read(std::realloc(block, 128), 0);
+}
+
+TEST(Mistake, DISABLED_ReadAfterFree)
+{
+    void* volatile block = std::malloc(64);
+    damage::freeMemory(block);
+    damage::read(block, 0);
+}
+
+TEST(Mistake, DISABLED_WriteAfterDelete)
+{
+    int* volatile block = new int(1);
+    delete block;
+    damage::write(block, 0);
+}
+
+TEST(Mistake, DISABLED_ReadAfterFreeAndManyOthers)
+{
+    void* volatile block = std::malloc(64);
+    damage::freeMemory(block);
+    for (int i = 0; i < 8000; ++i)
+        damage::freeMemory(std::malloc(64));
+    damage::read(block, 0);
+}
+
+TEST(Mistake, DISABLED_ReadAtOldPlaceAfterRealloc)
+{
+    void* volatile block = std::malloc(64);
+    damage::read(std::realloc(block, 56), 0);
+    damage::read(block, 0);
+}
+
+TEST(Mistake, DISABLED_DoubleFree)
+{
+    void* volatile block = std::malloc(64);
+    damage::freeMemory(block);
+    damage::freeMemory(block);
+}
+
+TEST(Mistake, DISABLED_FreeInsideBlock)
+{
+    damage::freeMemory(static_cast<char*>(std::malloc(64)) + 8);
+}
+
+TEST(Mistake, DISABLED_FreeBehindBlock)
+{
+    damage::freeMemory(static_cast<char*>(std::malloc(64)) + 64);
+}
+
+TEST(Mistake, DISABLED_FreeInAnotherThreadAgain)
+{
+    void* volatile block = std::malloc(64);
+    std::thread([block] { damage::freeMemory(block); }).join();
+    damage::freeMemory(block);
+}
+
+TEST(Mistake, DISABLED_SignedOverflow)
+{
+    EXPECT_NE(damage::add(INT_MAX, 1), 0);
+}
+
+TEST(Mistake, DISABLED_ShiftByTooMuch)
+{
+    EXPECT_NE(damage::shiftLeft(1, 40), 0);
+}
+
+TEST(Mistake, DISABLED_DivisionByZero)
+{
+    EXPECT_NE(damage::divide(1, 0), 0);
+}
+
+TEST(Mistake, DISABLED_IndexOutsideVector)
+{
+    const std::vector<int> numbers(3);
+    volatile std::size_t index = 3;
+    EXPECT_EQ(numbers[index], 0);
+}

@@ -1,0 +1,164 @@
+#include "Failure.h"
+
+#include "GuardedRegion.h"
+#include "Modules.h"
+#include "TheRegion.h"
+
+#include <cstdint>
+#include <cwchar>
+
+namespace guardheap {
+
+namespace {
+
+constexpr int shownFrames = 16;
+
+// A text that grows in place: whoever reports about the heap has none.
+class Line
+{
+public:
+    Line& operator<<(const char* text)
+    {
+        while (*text && m_length < sizeof m_text)
+            m_text[m_length++] = *text++;
+        return *this;
+    }
+    Line& operator<<(const wchar_t* text)
+    {
+        for (; *text && m_length < sizeof m_text; ++text)
+            m_text[m_length++] = *text < 128 ? static_cast<char>(*text) : '?';
+        return *this;
+    }
+    Line& operator<<(std::size_t number) { return digits(number, 10); }
+    Line& operator<<(const void* pointer)
+    {
+        *this << "0x";
+        return digits(reinterpret_cast<std::uintptr_t>(pointer), 16);
+    }
+    void print()
+    {
+        *this << "\n";
+        DWORD written = 0;
+        WriteFile(GetStdHandle(STD_ERROR_HANDLE), m_text, m_length, &written, nullptr);
+        m_length = 0;
+    }
+
+private:
+    Line& digits(std::size_t number, unsigned base)
+    {
+        char reversed[24];
+        int count = 0;
+        do {
+            reversed[count++] = "0123456789abcdef"[number % base];
+            number /= base;
+        } while (number != 0);
+        while (count > 0 && m_length < sizeof m_text)
+            m_text[m_length++] = reversed[--count];
+        return *this;
+    }
+
+    char m_text[512];
+    DWORD m_length = 0;
+};
+
+// As "module+offset": what addr2line takes, with the module's preferred base added.
+void printPlace(const char* word, const void* code)
+{
+    Line line;
+    line << "guardheap:   " << word << " ";
+    HMODULE module = moduleOf(code);
+    wchar_t path[MAX_PATH] = {};
+    if (!module || GetModuleFileNameW(module, path, MAX_PATH) == 0) {
+        (line << code).print();
+        return;
+    }
+    const wchar_t* name = std::wcsrchr(path, L'\\');
+    const auto offset = reinterpret_cast<std::uintptr_t>(code) - reinterpret_cast<std::uintptr_t>(module);
+    (line << (name ? name + 1 : path) << "+" << reinterpret_cast<const void*>(offset)).print();
+}
+
+// Follows the frame pointers, which the checked build keeps. Where a module keeps none the chain ends early.
+void printCallers(const void* frame)
+{
+    MEMORY_BASIC_INFORMATION stack{};
+    if (VirtualQuery(frame, &stack, sizeof stack) == 0 || stack.State != MEM_COMMIT) return;
+    auto at = reinterpret_cast<std::uintptr_t>(frame);
+    const auto low = at;
+    const auto high = reinterpret_cast<std::uintptr_t>(stack.BaseAddress) + stack.RegionSize - 2 * sizeof(void*);
+    for (int shown = 0; shown < shownFrames && at >= low && at <= high && at % sizeof(void*) == 0; ++shown) {
+        const auto* const link = reinterpret_cast<void* const*>(at);
+        if (!moduleOf(link[1])) return;
+        printPlace("called from", link[1]);
+        const auto outer = reinterpret_cast<std::uintptr_t>(link[0]);
+        if (outer <= at) return;
+        at = outer;
+    }
+}
+
+[[noreturn]] void end(DWORD code)
+{
+    if (IsDebuggerPresent()) DebugBreak();
+    TerminateProcess(GetCurrentProcess(), code);
+    __builtin_unreachable();
+}
+
+void printAccess(const EXCEPTION_RECORD& record)
+{
+    const auto* const address = reinterpret_cast<const std::byte*>(record.ExceptionInformation[1]);
+    const GuardedRegion::Block block = theRegion.blockAt(address);
+    Line line;
+    line << "guardheap: " << (record.ExceptionInformation[0] == 1 ? "write to " : "read of ")
+         << static_cast<const void*>(address) << ", ";
+    if (block.state == GuardedRegion::State::Free)
+        line << "where no block is any more";
+    else {
+        const bool behind = address >= block.start + block.size;
+        line << (behind ? static_cast<std::size_t>(address - block.start) - block.size
+                        : static_cast<std::size_t>(address - block.start))
+             << (behind ? " bytes behind the end of a " : " bytes from the beginning of a ")
+             << (block.state == GuardedRegion::State::Quarantined ? "freed " : "") << "block of " << block.size
+             << " bytes";
+    }
+    line.print();
+}
+
+LONG CALLBACK onException(EXCEPTION_POINTERS* exception)
+{
+    const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
+    const bool guarded = record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2 &&
+                         theRegion.contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
+    const bool trap = record.ExceptionCode == static_cast<DWORD>(EXCEPTION_ILLEGAL_INSTRUCTION) &&
+                      isOfProgram(moduleOf(record.ExceptionAddress));
+    if (!guarded && !trap) return EXCEPTION_CONTINUE_SEARCH;
+
+    if (guarded)
+        printAccess(record);
+    else {
+        Line line;
+        (line << "guardheap: undefined behaviour").print();
+    }
+    printPlace("at", record.ExceptionAddress);
+#ifdef _X86_
+    printCallers(reinterpret_cast<const void*>(exception->ContextRecord->Ebp));
+#endif
+    end(record.ExceptionCode);
+}
+
+} // namespace
+
+void stopForBlock(const char* problem, const void* pointer, const void* block, std::size_t size)
+{
+    Line line;
+    line << "guardheap: " << pointer << " " << problem;
+    if (block) line << " (block " << block << " of " << size << " bytes)";
+    line.print();
+    printCallers(__builtin_frame_address(0));
+    end(heapCorruption);
+}
+
+void stopAtFaults()
+{
+    AddVectoredExceptionHandler(1, onException);
+}
+
+} // namespace guardheap

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace guardheap {
+
+constexpr std::size_t pageSize = 4096;
+
+// The part of the address space where blocks have guard pages.
+//
+// A block occupies whole pages: its end touches the end of the last one, as far as the alignment of malloc allows, and
+// one more page that is never accessible follows. What the block does not use of its pages is filled with a pattern and
+// checked when it is freed. A freed block's pages become inaccessible, and stay so until quarantineBlocks others or
+// quarantinePages pages were freed after it.
+//
+// The limits keep a 32-bit process alive: address space, and the number of separate mappings its host allows.
+class GuardedRegion
+{
+public:
+    static constexpr std::size_t alignment = 2 * sizeof(void*); // of malloc
+    static constexpr std::uint32_t pages = 384u * 1024 * 1024 / pageSize;
+    static constexpr std::uint32_t liveBlocks = 16384;
+    static constexpr std::size_t largestBlock = 16u * 1024 * 1024;
+    static constexpr std::uint32_t quarantineBlocks = 8192;
+    static constexpr std::uint32_t quarantinePages = pages / 4;
+
+    enum class State : std::uint32_t
+    {
+        Free,
+        Used,
+        Quarantined
+    };
+
+    // A block as it is now, or as it was before it was freed.
+    struct Block
+    {
+        State state;
+        const std::byte* start;
+        std::size_t size;
+    };
+
+    // Reserves the address space; false when there is not enough. Not thread-safe.
+    bool reserve();
+
+    bool contains(const void* address) const;
+
+    // A block filled with a pattern, or with zeros; null when a limit is reached.
+    void* allocate(std::size_t size, bool zeros);
+
+    // Frees a block. Anything that is wrong with it ends the process.
+    void release(void* block);
+
+    // The size a block in use was asked for. A pointer that is not the start of one ends the process.
+    std::size_t sizeOf(const void* block);
+
+    // The block whose pages, guard page included, hold an address of the region. Takes no lock: it is asked in a fault.
+    Block blockAt(const void* address) const;
+
+private:
+    // A run of pages; what stands at its first page describes it. Inside a run the length is 0.
+    struct Run
+    {
+        std::uint32_t length;
+        State state;
+        std::size_t size;
+    };
+
+    class Guard;
+
+    std::byte* address(std::uint32_t page) const { return m_base + std::size_t{page} * pageSize; }
+    std::byte* start(std::uint32_t page) const;
+    std::uint32_t pageOf(const void* pointer) const;
+    std::uint32_t usedRun(const void* block) const;
+    std::uint32_t claim(std::uint32_t length, std::size_t size);
+    std::uint32_t widen(std::uint32_t page);
+    void split(std::uint32_t page, std::uint32_t length);
+    void quarantine(std::uint32_t page);
+    void abandon(std::uint32_t page);
+    void fill(std::uint32_t page, bool zeros) const;
+    void checkSlack(std::uint32_t page) const;
+
+    static constexpr std::uint32_t none = ~0u;
+
+    std::byte* m_base = nullptr;
+    Run* m_runs = nullptr;
+    std::uint32_t m_next = 0; // where the search for free pages goes on
+    std::uint32_t m_live = 0;
+    std::uint32_t m_quarantine[quarantineBlocks] = {}; // a ring of first pages
+    std::uint32_t m_oldest = 0;
+    std::uint32_t m_quarantined = 0;
+    std::uint32_t m_quarantinedPages = 0;
+    SRWLOCK m_lock = SRWLOCK_INIT;
+};
+
+} // namespace guardheap

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "GuardedRegion.h"
+
+namespace guardheap {
+
+// The process has one.
+extern GuardedRegion theRegion;
+
+} // namespace guardheap
