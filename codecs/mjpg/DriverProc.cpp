@@ -26,21 +26,14 @@ LRESULT handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM se
     case DRV_LOAD:
     case DRV_FREE:
     case DRV_ENABLE:
-    case DRV_DISABLE:
-        return 1;
-    case DRV_OPEN:
-        return openCodec(reinterpret_cast<const ICOPEN*>(second));
-    case DRV_CLOSE:
-        delete codecOf(id);
-        return 1;
-    case DRV_QUERYCONFIGURE:
-        return 0; // there is no dialog
+    case DRV_DISABLE: return 1;
+    case DRV_OPEN: return openCodec(reinterpret_cast<const ICOPEN*>(second));
+    case DRV_CLOSE: delete codecOf(id); return 1;
+    case DRV_QUERYCONFIGURE: return 0; // there is no dialog
     case DRV_CONFIGURE:
     case DRV_INSTALL:
-    case DRV_REMOVE:
-        return DRVCNF_OK;
-    default:
-        break;
+    case DRV_REMOVE: return DRVCNF_OK;
+    default: break;
     }
     if (message < DRV_USER) return DefDriverProc(id, driver, message, first, second);
     mjpg::MjpgCodec* const codec = codecOf(id);

@@ -89,45 +89,28 @@ LRESULT MjpgCodec::handle(UINT message, LPARAM first, LPARAM second)
     const auto input = reinterpret_cast<const BITMAPINFOHEADER*>(first);
     const auto output = reinterpret_cast<BITMAPINFOHEADER*>(second);
     switch (message) {
-    case ICM_GETINFO:
-        return getInfo(reinterpret_cast<ICINFO*>(first), second);
-    case ICM_GETSTATE:
-        return getState(reinterpret_cast<void*>(first), second);
-    case ICM_SETSTATE:
-        return setState(reinterpret_cast<const void*>(first), second);
-    case ICM_GETDEFAULTQUALITY:
-        return storeNumber(first, defaultQuality);
-    case ICM_GETQUALITY:
-        return storeNumber(first, m_quality);
-    case ICM_SETQUALITY:
-        return setQuality(reinterpret_cast<const DWORD*>(first));
-    case ICM_GETDEFAULTKEYFRAMERATE:
-        return storeNumber(first, 1);
+    case ICM_GETINFO: return getInfo(reinterpret_cast<ICINFO*>(first), second);
+    case ICM_GETSTATE: return getState(reinterpret_cast<void*>(first), second);
+    case ICM_SETSTATE: return setState(reinterpret_cast<const void*>(first), second);
+    case ICM_GETDEFAULTQUALITY: return storeNumber(first, defaultQuality);
+    case ICM_GETQUALITY: return storeNumber(first, m_quality);
+    case ICM_SETQUALITY: return setQuality(reinterpret_cast<const DWORD*>(first));
+    case ICM_GETDEFAULTKEYFRAMERATE: return storeNumber(first, 1);
 
     case ICM_COMPRESS_QUERY:
-    case ICM_COMPRESS_BEGIN:
-        return compressQuery(input, output);
-    case ICM_COMPRESS_GET_FORMAT:
-        return compressGetFormat(input, output);
-    case ICM_COMPRESS_GET_SIZE:
-        return compressGetSize(input);
-    case ICM_COMPRESS:
-        return compress(reinterpret_cast<const ICCOMPRESS*>(first), second);
-    case ICM_COMPRESS_END:
-        return ICERR_OK;
+    case ICM_COMPRESS_BEGIN: return compressQuery(input, output);
+    case ICM_COMPRESS_GET_FORMAT: return compressGetFormat(input, output);
+    case ICM_COMPRESS_GET_SIZE: return compressGetSize(input);
+    case ICM_COMPRESS: return compress(reinterpret_cast<const ICCOMPRESS*>(first), second);
+    case ICM_COMPRESS_END: return ICERR_OK;
 
     case ICM_DECOMPRESS_QUERY:
-    case ICM_DECOMPRESS_BEGIN:
-        return decompressQuery(input, output);
-    case ICM_DECOMPRESS_GET_FORMAT:
-        return decompressGetFormat(input, output);
-    case ICM_DECOMPRESS:
-        return decompress(reinterpret_cast<const ICDECOMPRESS*>(first), second);
-    case ICM_DECOMPRESS_END:
-        return ICERR_OK;
+    case ICM_DECOMPRESS_BEGIN: return decompressQuery(input, output);
+    case ICM_DECOMPRESS_GET_FORMAT: return decompressGetFormat(input, output);
+    case ICM_DECOMPRESS: return decompress(reinterpret_cast<const ICDECOMPRESS*>(first), second);
+    case ICM_DECOMPRESS_END: return ICERR_OK;
 
-    default:
-        return ICERR_UNSUPPORTED; // dialogs, palettes and drawing among them
+    default: return ICERR_UNSUPPORTED; // dialogs, palettes and drawing among them
     }
 }
 
