@@ -17,12 +17,11 @@ void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataD
     std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t), sizeof words);
 }
 
-// Takes a block of which `written` bytes were written off the file again: the next one has to follow the last complete
-// one.
-void cutBack(std::FILE* file, std::size_t written)
+// Takes off the file what a failed write has left behind `end`: the next block has to follow the last complete one.
+// Not by the number of bytes that the write reports, because that can be 0 after a part was written.
+void cutBack(std::FILE* file, long long end)
 {
     std::clearerr(file);
-    const long long end = _ftelli64(file) - static_cast<long long>(written);
     if (end >= 0 && _fseeki64(file, end, SEEK_SET) == 0) _chsize_s(_fileno(file), end);
 }
 
@@ -78,10 +77,9 @@ bool CCineStore::AddECGData(void* data, int size)
 bool CCineStore::appendBlock(const void* data, int size)
 {
     if (!file || !data || size <= 0) return false;
-    const auto bytes = static_cast<std::size_t>(size);
-    const std::size_t written = std::fwrite(data, 1, bytes, file);
-    if (written == bytes) return true;
-    cutBack(file, written);
+    const long long end = _ftelli64(file); // negative for what has no positions, a pipe
+    if (std::fwrite(data, static_cast<std::size_t>(size), 1, file) == 1) return true;
+    cutBack(file, end);
     return false;
 }
 
@@ -91,8 +89,14 @@ bool CCineStore::EndStorage()
     const bool patched = patchCount();
     std::fclose(std::exchange(file, nullptr));
     if (!patched) return false;
-    if (completeCallback) completeCallback(path, userData);
+    announce();
     return true;
+}
+
+void CCineStore::announce() const
+{
+    const CString finished = path; // the callback may start the next file, which records its own path
+    if (completeCallback) completeCallback(finished, userData);
 }
 
 bool CCineStore::patchCount()

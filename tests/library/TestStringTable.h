@@ -1,9 +1,9 @@
 #pragma once
 
+#include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
 #include <zel_string_convert/ZelTString.h>
 
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 
@@ -47,17 +47,14 @@ private:
 
     void write(const std::wstring& path) const
     {
-        FILE* const file = _wfopen(path.c_str(), L"wb");
-        if (!file) throw std::runtime_error("cannot write the string table");
-        const std::string text =
+        test_support::writeFile(
+            path,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
             "<file original=\"test\" datatype=\"plaintext\" source-language=\"en\" target-language=\"de\"><body>\n"
             "<trans-unit id=\"test.language\" resname=\"test.language\"><source>English</source>"
             "<target>Deutsch</target></trans-unit>\n" +
-            m_units + "</body></file></xliff>\n";
-        std::fwrite(text.data(), 1, text.size(), file);
-        std::fclose(file);
+                m_units + "</body></file></xliff>\n");
     }
 
     test_support::TemporaryFolder m_folder;

@@ -1,7 +1,7 @@
 #include <Utils_Statics/CCineStore.h>
 
 #include <test_support/ChildTest.h>
-#include <test_support/BinaryFile.h>
+#include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -11,15 +11,15 @@
 #include <cstring>
 #include <memory>
 #include <random>
-#include <vector>
+#include <string>
 
-using test_support::readBytes;
+using test_support::readFile;
 using test_support::TemporaryFolder;
-using test_support::wordAt;
+using test_support::writeFile;
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = std::string;
 
 constexpr std::size_t headerSize = 76;
 
@@ -51,8 +51,8 @@ bool start(CCineStore& store, const std::wstring& path, std::int32_t tag = 99)
 Bytes block(std::size_t size, unsigned seed = 1)
 {
     std::minstd_rand random(seed);
-    Bytes bytes(size);
-    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    Bytes bytes(size, 0);
+    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random() >> 8); });
     return bytes;
 }
 
@@ -64,6 +64,14 @@ bool addFrame(CCineStore& store, Bytes bytes)
 bool addEcg(CCineStore& store, Bytes bytes)
 {
     return store.AddECGData(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+// A little-endian 32-bit number inside bytes.
+std::uint32_t wordAt(const Bytes& bytes, std::size_t offset)
+{
+    std::uint32_t word = 0;
+    std::memcpy(&word, bytes.substr(offset).data(), sizeof word);
+    return word;
 }
 
 // Looks into the members that a derived store reuses.
@@ -94,10 +102,10 @@ TEST_F(CineStore, ThreeFramesOfAThousandBytesMakeAFileOf3076BytesThatCountsThree
 {
     ASSERT_TRUE(start(store, fileName));
     for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(addFrame(store, Bytes(1000)));
+        EXPECT_TRUE(addFrame(store, Bytes(1000, 0)));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), 3076u);
     EXPECT_EQ(wordAt(bytes, 4), 3u);
 }
@@ -107,7 +115,7 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
     ASSERT_TRUE(start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize);
     const std::array<std::int32_t, 19> expected{uDataMMode, 0, 128,   512, 8,   40000000, 1540, 1,  128,      300,
                                                 -60000,     0, 24500, 11,  -12, 13,       -14,  15, INT32_MIN};
@@ -117,7 +125,7 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
 TEST_F(CineStore, HeaderIsOnDiskWithCountZeroBeforeTheFirstFrame)
 {
     ASSERT_TRUE(start(store, fileName));
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize);
     EXPECT_EQ(wordAt(bytes, 4), 0u);
 }
@@ -125,31 +133,31 @@ TEST_F(CineStore, HeaderIsOnDiskWithCountZeroBeforeTheFirstFrame)
 TEST_F(CineStore, CountIsPatchedOnlyAtTheEnd)
 {
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(10)));
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 0u);
+    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 0u);
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 1u);
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 1u);
 }
 
 TEST_F(CineStore, FirstWordOfTheDescriptionNeverReachesTheFile)
 {
     ASSERT_TRUE(start(store, fileName, 1));
     EXPECT_TRUE(store.EndStorage());
-    const Bytes first = readBytes(fileName);
+    const Bytes first = readFile(fileName);
     ASSERT_TRUE(start(store, fileName, -77));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(first, readBytes(fileName));
+    EXPECT_EQ(first, readFile(fileName));
 }
 
 TEST_F(CineStore, EcgDataReplacesTheCountByItsSize)
 {
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(10)));
-    EXPECT_TRUE(addFrame(store, Bytes(10)));
-    EXPECT_TRUE(addEcg(store, Bytes(256)));
+    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
+    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
+    EXPECT_TRUE(addEcg(store, Bytes(256, 0)));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     EXPECT_EQ(wordAt(bytes, 4), 256u);
     EXPECT_EQ(bytes.size(), headerSize + 20 + 256);
 }
@@ -157,11 +165,11 @@ TEST_F(CineStore, EcgDataReplacesTheCountByItsSize)
 TEST_F(CineStore, LastEcgBlockDecidesAndFramesCountOnFromIt)
 {
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addEcg(store, Bytes(256)));
-    EXPECT_TRUE(addEcg(store, Bytes(7)));
-    EXPECT_TRUE(addFrame(store, Bytes(1)));
+    EXPECT_TRUE(addEcg(store, Bytes(256, 0)));
+    EXPECT_TRUE(addEcg(store, Bytes(7, 0)));
+    EXPECT_TRUE(addFrame(store, Bytes(1, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 8u);
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 8u);
 }
 
 TEST_F(CineStore, PayloadIsEveryBlockVerbatimInCallOrder)
@@ -176,7 +184,7 @@ TEST_F(CineStore, PayloadIsEveryBlockVerbatimInCallOrder)
     }
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + expected.size());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), bytes.begin() + headerSize));
 }
@@ -208,7 +216,7 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
             HANDLE exclusive = CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
             EXPECT_NE(exclusive, INVALID_HANDLE_VALUE);
             CloseHandle(exclusive);
-            const Bytes bytes = readBytes(path);
+            const Bytes bytes = readFile(path);
             *static_cast<std::size_t*>(size) = bytes.size();
             EXPECT_EQ(wordAt(bytes, 4), 1u);
         }
@@ -216,9 +224,36 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
     std::size_t size = 0;
     store.SetCompleteCallback(&Reader::notify, &size);
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(5)));
+    EXPECT_TRUE(addFrame(store, Bytes(5, 0)));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(size, headerSize + 5);
+}
+
+TEST_F(CineStore, CallbackMayStartTheNextFile)
+{
+    struct Chain
+    {
+        CCineStore store;
+        std::wstring next;
+        std::wstring announced;
+
+        static void notify(const wchar_t* path, void* self)
+        {
+            auto& chain = *static_cast<Chain*>(self);
+            chain.store.SetCompleteCallback(nullptr, nullptr);
+            EXPECT_TRUE(start(chain.store, chain.next));
+            chain.announced = path; // the path of the file that is finished, still
+        }
+    };
+    Chain chain;
+    chain.next = folder / L"the next file, whose path is longer.raw";
+    chain.store.SetCompleteCallback(&Chain::notify, &chain);
+    ASSERT_TRUE(start(chain.store, fileName));
+    EXPECT_TRUE(chain.store.EndStorage());
+    EXPECT_EQ(chain.announced, fileName);
+    EXPECT_TRUE(addFrame(chain.store, Bytes(3, 0)));
+    EXPECT_TRUE(chain.store.EndStorage());
+    EXPECT_EQ(wordAt(readFile(chain.next), 4), 1u);
 }
 
 TEST_F(CineStore, NullCallbackSwitchesTheNotificationOff)
@@ -236,11 +271,11 @@ TEST_F(CineStore, DestroyingARecordingStoreFinishesTheFileAndFiresTheCallback)
         CCineStore local;
         local.SetCompleteCallback(&Completed::notify, &completed);
         ASSERT_TRUE(start(local, fileName));
-        EXPECT_TRUE(addFrame(local, Bytes(3)));
-        EXPECT_TRUE(addFrame(local, Bytes(3)));
+        EXPECT_TRUE(addFrame(local, Bytes(3, 0)));
+        EXPECT_TRUE(addFrame(local, Bytes(3, 0)));
     }
     EXPECT_EQ(completed.calls, 1);
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 2u);
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 2u);
 }
 
 TEST_F(CineStore, DestroyingThroughABasePointerReachesTheOverride)
@@ -269,12 +304,16 @@ TEST_F(CineStore, MissingFolderGivesFalseAndTheEndIsFalseToo)
 TEST_F(CineStore, FailedStartStillTakesTheNewValues)
 {
     OpenStore open;
+    ASSERT_TRUE(open.InitStorage(fileName.c_str(), uDataEcg, {}, 0, 0, 0, 0, 0, 0));
+    EXPECT_TRUE(addFrame(open, Bytes(1, 0)));
+    EXPECT_TRUE(open.EndStorage());
     EXPECT_FALSE(start(open, folder / L"missing\\cine.raw"));
+    EXPECT_EQ(open.frameCount, 0);
     EXPECT_EQ(open.type, uDataMMode);
     EXPECT_EQ(open.desc[0], 128u);
     EXPECT_EQ(open.desc[10], 24500u);
     EXPECT_EQ(open.extra[5], INT32_MIN);
-    EXPECT_TRUE(open.path.IsEmpty());
+    EXPECT_STREQ(static_cast<const wchar_t*>(open.path), fileName.c_str()); // no new one is recorded
 }
 
 TEST_F(CineStore, NewStoreIsAllZero)
@@ -304,48 +343,61 @@ TEST_F(CineStore, CopyHasEveryMember)
     OpenStore open;
     open.SetCompleteCallback(&Completed::notify, &completed);
     ASSERT_TRUE(start(open, fileName));
-    EXPECT_TRUE(addFrame(open, Bytes(4)));
+    EXPECT_TRUE(addFrame(open, Bytes(4, 0)));
     EXPECT_TRUE(open.EndStorage());
 
-    const OpenStore copy(open);
-    EXPECT_EQ(copy.type, open.type);
-    EXPECT_EQ(copy.frameCount, 1);
-    EXPECT_EQ(std::memcmp(copy.desc, open.desc, sizeof copy.desc), 0);
-    EXPECT_EQ(std::memcmp(copy.extra, open.extra, sizeof copy.extra), 0);
-    EXPECT_STREQ(static_cast<const wchar_t*>(copy.path), fileName.c_str());
-    EXPECT_EQ(copy.completeCallback, open.completeCallback);
-    EXPECT_EQ(copy.userData, &completed);
+    const OpenStore constructed(open);
+    OpenStore assigned;
+    assigned = open;
+    for (const OpenStore* copy : {&constructed, const_cast<const OpenStore*>(&assigned)}) {
+        EXPECT_EQ(copy->type, open.type);
+        EXPECT_EQ(copy->frameCount, 1);
+        EXPECT_EQ(std::memcmp(copy->desc, open.desc, sizeof copy->desc), 0);
+        EXPECT_EQ(std::memcmp(copy->extra, open.extra, sizeof copy->extra), 0);
+        EXPECT_STREQ(static_cast<const wchar_t*>(copy->path), fileName.c_str());
+        EXPECT_EQ(copy->completeCallback, open.completeCallback);
+        EXPECT_EQ(copy->userData, &completed);
+    }
+}
+
+TEST_F(CineStore, CopyHasTheOpenFileToo)
+{
+    OpenStore open;
+    ASSERT_TRUE(start(open, fileName));
+    OpenStore copy(open);
+    EXPECT_EQ(copy.file, open.file);
+    copy.file = nullptr; // one of the two finishes the file
 }
 
 TEST_F(CineStore, StoreIsUsedAgainForTheNextFile)
 {
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(1)));
+    EXPECT_TRUE(addFrame(store, Bytes(1, 0)));
     EXPECT_TRUE(store.EndStorage());
     ASSERT_TRUE(start(store, folder / L"second.raw"));
-    EXPECT_TRUE(addFrame(store, Bytes(2)));
-    EXPECT_TRUE(addFrame(store, Bytes(2)));
+    EXPECT_TRUE(addFrame(store, Bytes(2, 0)));
+    EXPECT_TRUE(addFrame(store, Bytes(2, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 1u);
-    EXPECT_EQ(wordAt(readBytes(folder / L"second.raw"), 4), 2u);
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 1u);
+    EXPECT_EQ(wordAt(readFile(folder / L"second.raw"), 4), 2u);
 }
 
 TEST_F(CineStore, ExistingFileIsTruncated)
 {
-    ASSERT_TRUE(test_support::writeBytes(fileName, Bytes(5000, 0xEE)));
+    writeFile(fileName, Bytes(5000, 'x'));
     ASSERT_TRUE(start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(readBytes(fileName).size(), headerSize);
+    EXPECT_EQ(readFile(fileName).size(), headerSize);
 }
 
 TEST_F(CineStore, StartWhileRecordingLeavesTheFirstFileUnfinishedAndReleased)
 {
     store.SetCompleteCallback(&Completed::notify, &completed);
     ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(8)));
+    EXPECT_TRUE(addFrame(store, Bytes(8, 0)));
     ASSERT_TRUE(start(store, folder / L"second.raw"));
     EXPECT_EQ(completed.calls, 0);
-    EXPECT_EQ(wordAt(readBytes(fileName), 4), 0u);
+    EXPECT_EQ(wordAt(readFile(fileName), 4), 0u);
     EXPECT_TRUE(DeleteFileW(fileName.c_str()));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.path, folder / L"second.raw");
@@ -353,11 +405,11 @@ TEST_F(CineStore, StartWhileRecordingLeavesTheFirstFileUnfinishedAndReleased)
 
 TEST_F(CineStore, BlocksOutsideARecordingAreRefused)
 {
-    EXPECT_FALSE(addFrame(store, Bytes(4)));
-    EXPECT_FALSE(addEcg(store, Bytes(4)));
+    EXPECT_FALSE(addFrame(store, Bytes(4, 0)));
+    EXPECT_FALSE(addEcg(store, Bytes(4, 0)));
     ASSERT_TRUE(start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_FALSE(addFrame(store, Bytes(4)));
+    EXPECT_FALSE(addFrame(store, Bytes(4, 0)));
 }
 
 TEST_F(CineStore, EmptyNegativeAndNullBlocksAreRefusedAndNotCounted)
@@ -372,14 +424,14 @@ TEST_F(CineStore, EmptyNegativeAndNullBlocksAreRefusedAndNotCounted)
     EXPECT_FALSE(store.AddECGData(nullptr, INT_MAX));
     EXPECT_TRUE(store.AddFrame(&value, 4));
     EXPECT_TRUE(store.EndStorage());
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize + 4);
     EXPECT_EQ(wordAt(bytes, 4), 1u);
 }
 
 TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 {
-    ASSERT_TRUE(test_support::writeBytes(fileName, Bytes(9, 0xEE)));
+    writeFile(fileName, Bytes(9, 'x'));
     ASSERT_TRUE(SetFileAttributesW(fileName.c_str(), FILE_ATTRIBUTE_READONLY));
     HANDLE probe = CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (probe != INVALID_HANDLE_VALUE) {
@@ -387,18 +439,18 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
         GTEST_SKIP() << "this user may write to read-only files";
     }
     EXPECT_FALSE(start(store, fileName));
-    EXPECT_EQ(readBytes(fileName), Bytes(9, 0xEE));
+    EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
 }
 
 TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
 {
-    ASSERT_TRUE(test_support::writeBytes(fileName, Bytes(9, 0xEE)));
+    writeFile(fileName, Bytes(9, 'x'));
     HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
     EXPECT_FALSE(start(store, fileName));
     EXPECT_FALSE(store.EndStorage());
     CloseHandle(lock);
-    EXPECT_EQ(readBytes(fileName), Bytes(9, 0xEE));
+    EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
 }
 
 TEST_F(CineStore, FolderAndUnusableNamesAreRefused)
@@ -417,11 +469,11 @@ TEST_F(CineStore, PipeThatNobodyReadsAnyMoreFailsTheFrameAndTheEndCannotPosition
     OpenStore open;
     open.SetCompleteCallback(&Completed::notify, &completed);
     ASSERT_TRUE(start(open, name));
-    EXPECT_TRUE(addFrame(open, Bytes(100)));
+    EXPECT_TRUE(addFrame(open, Bytes(100, 0)));
     CloseHandle(reader);
 
-    EXPECT_FALSE(addFrame(open, Bytes(100)));
-    EXPECT_FALSE(addEcg(open, Bytes(100)));
+    EXPECT_FALSE(addFrame(open, Bytes(100, 0)));
+    EXPECT_FALSE(addEcg(open, Bytes(100, 0)));
     EXPECT_EQ(open.frameCount, 1);
     EXPECT_FALSE(open.EndStorage());
     EXPECT_EQ(open.file, nullptr);
@@ -440,7 +492,7 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
     EXPECT_FALSE(start(open, fullDevice));
     EXPECT_NE(open.file, nullptr); // the store stays in the recording state
     EXPECT_TRUE(open.path.IsEmpty());
-    EXPECT_FALSE(addFrame(open, Bytes(4)));
+    EXPECT_FALSE(addFrame(open, Bytes(4, 0)));
     EXPECT_FALSE(open.EndStorage());
     EXPECT_EQ(open.file, nullptr);
     EXPECT_EQ(completed.calls, 0);
@@ -460,11 +512,11 @@ TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
     for (unsigned i = 0; i < fitting; ++i)
         ASSERT_TRUE(addFrame(store, block(frameSize, i)));
     EXPECT_FALSE(addFrame(store, block(frameSize)));
-    EXPECT_EQ(readBytes(fileName).size(), headerSize + fitting * frameSize);
+    EXPECT_EQ(readFile(fileName).size(), headerSize + fitting * frameSize);
     EXPECT_TRUE(addFrame(store, block(100, 77))); // a smaller block still fits, and follows the last whole one
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + fitting * frameSize + 100);
     EXPECT_EQ(wordAt(bytes, 4), fitting + 1);
     const Bytes last = block(100, 77);
@@ -513,7 +565,7 @@ TEST_F(CineStore, KilledRecorderLeavesEveryAcceptedFrame)
     child.kill();
     CloseHandle(recorded);
 
-    const Bytes bytes = readBytes(fileName);
+    const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + framesBeforeTheKill * killedFrameSize);
     EXPECT_EQ(wordAt(bytes, 4), 0u);
     for (unsigned i = 0; i < framesBeforeTheKill; ++i) {
@@ -528,7 +580,7 @@ TEST_F(CineStore, ThousandRecordingsLeakNoHandle)
     const auto record = [&] {
         CCineStore local;
         ASSERT_TRUE(start(local, fileName));
-        ASSERT_TRUE(addFrame(local, Bytes(16)));
+        ASSERT_TRUE(addFrame(local, Bytes(16, 0)));
     };
     record();
     DWORD before = 0;

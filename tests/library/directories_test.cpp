@@ -1,5 +1,6 @@
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
+#include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
 
@@ -19,39 +20,13 @@
 #include <thread>
 #include <vector>
 
+using test_support::fileExists;
+using test_support::InDirectory;
 using test_support::LogCapture;
 using test_support::TemporaryFolder;
 using test_support::writeFile;
 
 namespace {
-
-bool Exists(const std::wstring& path)
-{
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-std::wstring CurrentDirectory()
-{
-    wchar_t buffer[4096] = {};
-    GetCurrentDirectoryW(4096, buffer);
-    return buffer;
-}
-
-// Goes to a folder and comes back.
-class InDirectory
-{
-public:
-    explicit InDirectory(const std::wstring& folder) : m_before(CurrentDirectory())
-    {
-        SetCurrentDirectoryW(folder.c_str());
-    }
-    ~InDirectory() { SetCurrentDirectoryW(m_before.c_str()); }
-    InDirectory(const InDirectory&) = delete;
-    InDirectory& operator=(const InDirectory&) = delete;
-
-private:
-    std::wstring m_before;
-};
 
 // `folder` with one more component, so that the whole has `length` characters.
 std::wstring PathOfLength(const std::wstring& folder, std::size_t length)
@@ -66,7 +41,7 @@ TEST(CreateDirectory, CreatesTheMissingParents)
     for (wchar_t& character : path)
         if (character == L'\\') character = L'/';
     EXPECT_EQ(utilsExam::CreateDirectoryW(path.c_str()), 1);
-    EXPECT_TRUE(Exists(folder / L"a\\b\\c"));
+    EXPECT_TRUE(fileExists(folder / L"a\\b\\c"));
 }
 
 TEST(CreateDirectory, FailsForAFolderThatExists)
@@ -89,14 +64,14 @@ TEST(CreateDirectory, IsReachedByTheNameWithoutSuffixToo)
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectory((folder / L"a").c_str()), 1);
     utilsExam::RemoveDirectory((folder / L"a").c_str(), 1);
-    EXPECT_FALSE(Exists(folder / L"a"));
+    EXPECT_FALSE(fileExists(folder / L"a"));
 }
 
 TEST(CreateDirectory, CollapsesRunsOfUpToEightBackslashes)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"a\\\\\\\\\\\\\\\\b\\\\\\\\").c_str()), 1);
-    EXPECT_TRUE(Exists(folder / L"a\\b"));
+    EXPECT_TRUE(fileExists(folder / L"a\\b"));
 }
 
 TEST(CreateDirectory, FailsWhereAFileIsInTheWay)
@@ -112,31 +87,31 @@ TEST(CreateDirectory, NeverCreatesTheFirstFolderOfARelativePathByItself)
     const TemporaryFolder folder;
     const InDirectory inside(folder.path());
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p\\q"), 0);
-    EXPECT_FALSE(Exists(L"p"));
+    EXPECT_FALSE(fileExists(L"p"));
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p"), 1);
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p\\q\\r"), 1);
-    EXPECT_TRUE(Exists(folder / L"p\\q\\r"));
+    EXPECT_TRUE(fileExists(folder / L"p\\q\\r"));
 }
 
 TEST(CreateDirectory, LeavesTheCurrentDirectoryAsItIsOnEveryWayOut)
 {
     const TemporaryFolder folder;
     const InDirectory inside(folder.path());
-    const std::wstring before = CurrentDirectory();
+    const std::wstring before = test_support::currentDirectory();
     for (const wchar_t* const path :
          {L"new", L"new", L"none\\below", L"new\\a\\b\\c", L"Q:\\no\\such\\drive", L"", L"?*"}) {
         utilsExam::CreateDirectoryW(path);
-        EXPECT_EQ(CurrentDirectory(), before);
+        EXPECT_EQ(test_support::currentDirectory(), before);
     }
     utilsExam::CreateDirectoryW(std::wstring(400, L'x').c_str());
-    EXPECT_EQ(CurrentDirectory(), before);
+    EXPECT_EQ(test_support::currentDirectory(), before);
 }
 
 TEST(CreateDirectory, TakesNamesBeyondTheBasicPlane)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"\U0001F600\\\u00e4\u4e2d").c_str()), 1);
-    EXPECT_TRUE(Exists(folder / L"\U0001F600\\\u00e4\u4e2d"));
+    EXPECT_TRUE(fileExists(folder / L"\U0001F600\\\u00e4\u4e2d"));
 }
 
 TEST(CreateDirectory, RefusesPathsThatDoNotFitABuffer)
@@ -147,12 +122,12 @@ TEST(CreateDirectory, RefusesPathsThatDoNotFitABuffer)
     for (const std::size_t length : {259u, 260u, 300u}) {
         const std::wstring path = PathOfLength(deep, length);
         const int created = utilsExam::CreateDirectoryW(path.c_str());
-        EXPECT_EQ(created != 0, Exists(path)) << length;
+        EXPECT_EQ(created != 0, fileExists(path)) << length;
         EXPECT_TRUE(length < 260 || created == 0) << length;
         ::RemoveDirectoryW(path.c_str());
     }
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / (L"new\\" + std::wstring(300, L'x'))).c_str()), 0);
-    EXPECT_FALSE(Exists(folder / L"new"));
+    EXPECT_FALSE(fileExists(folder / L"new"));
 }
 
 TEST(RemoveDirectory, DeletesATreeWithReadOnlyAndHiddenFiles)
@@ -167,7 +142,7 @@ TEST(RemoveDirectory, DeletesATreeWithReadOnlyAndHiddenFiles)
     SetFileAttributesW((folder / L"tree\\a").c_str(), FILE_ATTRIBUTE_READONLY);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_FALSE(Exists(folder / L"tree"));
+    EXPECT_FALSE(fileExists(folder / L"tree"));
     EXPECT_TRUE(log.take().empty());
 }
 
@@ -177,7 +152,7 @@ TEST(RemoveDirectory, TakesTheThreeSpellingsOfAPath)
     for (const wchar_t* const spelling : {L"tree\\", L"/tree//", L"\\\\tree\\\\\\\\"}) {
         utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
         utilsExam::RemoveDirectoryW((folder / spelling).c_str(), 1);
-        EXPECT_FALSE(Exists(folder / L"tree")) << testing::PrintToString(spelling);
+        EXPECT_FALSE(fileExists(folder / L"tree")) << testing::PrintToString(spelling);
     }
 }
 
@@ -186,10 +161,10 @@ TEST(RemoveDirectory, TakesARelativePathFromTheCurrentDirectory)
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
     const InDirectory inside(folder.path());
-    const std::wstring before = CurrentDirectory();
+    const std::wstring before = test_support::currentDirectory();
     utilsExam::RemoveDirectoryW(L"tree", 0);
-    EXPECT_FALSE(Exists(folder / L"tree"));
-    EXPECT_EQ(CurrentDirectory(), before);
+    EXPECT_FALSE(fileExists(folder / L"tree"));
+    EXPECT_EQ(test_support::currentDirectory(), before);
 }
 
 TEST(RemoveDirectory, DoesNothingWhereNothingIs)
@@ -202,7 +177,7 @@ TEST(RemoveDirectory, DoesNothingWhereNothingIs)
     utilsExam::RemoveDirectoryW(nullptr, 1);
     utilsExam::RemoveDirectoryW(nullptr, 0);
     EXPECT_TRUE(log.take().empty());
-    EXPECT_TRUE(Exists(folder.path()));
+    EXPECT_TRUE(fileExists(folder.path()));
 }
 
 void ExpectErrorCode(LogCapture& log, int line)
@@ -226,11 +201,11 @@ TEST(RemoveDirectory, LogsWhenAFileOfTheTreeIsHeldOpen)
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_TRUE(Exists(folder / L"tree\\a\\held"));
+    EXPECT_TRUE(fileExists(folder / L"tree\\a\\held"));
     ExpectErrorCode(log, 521);
     CloseHandle(held);
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_FALSE(Exists(folder / L"tree"));
+    EXPECT_FALSE(fileExists(folder / L"tree"));
     EXPECT_TRUE(log.take().empty());
 }
 
@@ -244,10 +219,10 @@ TEST(RemoveDirectory, DeletesNothingWhenThePathDoesNotFitTheShellsBuffer)
         const bool made = ::CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr) != FALSE;
         utilsExam::RemoveDirectoryW(path.c_str(), 1);
         if (made) {
-            EXPECT_TRUE(Exists(L"\\\\?\\" + path)) << length;
+            EXPECT_TRUE(fileExists(L"\\\\?\\" + path)) << length;
             ::RemoveDirectoryW((L"\\\\?\\" + path).c_str());
         }
-        EXPECT_TRUE(Exists(deep));
+        EXPECT_TRUE(fileExists(deep));
     }
 }
 
@@ -322,9 +297,9 @@ bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& pat
 
 bool WaitUntil(bool exists, const std::wstring& path)
 {
-    for (int tries = 0; tries < 500 && Exists(path) != exists; ++tries)
+    for (int tries = 0; tries < 500 && fileExists(path) != exists; ++tries)
         Sleep(10);
-    return Exists(path) == exists;
+    return fileExists(path) == exists;
 }
 
 // A link to a folder, made and removed by the platform's functions or, where these do nothing, by the host's tools.
@@ -334,17 +309,17 @@ public:
     FolderLink(const std::wstring& link, const std::wstring& target) : m_link(link)
     {
         CreateSymbolicLinkW(link.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
-        if (!Exists(link) && StartHostTool("ln -s", {target, link})) WaitUntil(true, link);
+        if (!fileExists(link) && StartHostTool("ln -s", {target, link})) WaitUntil(true, link);
     }
     ~FolderLink()
     {
         ::RemoveDirectoryW(m_link.c_str());
-        if (Exists(m_link) && StartHostTool("rm", {m_link})) WaitUntil(false, m_link);
+        if (fileExists(m_link) && StartHostTool("rm", {m_link})) WaitUntil(false, m_link);
     }
     FolderLink(const FolderLink&) = delete;
     FolderLink& operator=(const FolderLink&) = delete;
 
-    bool exists() const { return Exists(m_link); }
+    bool exists() const { return fileExists(m_link); }
 
 private:
     std::wstring m_link;
@@ -390,7 +365,7 @@ TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
         remover.join();
         utilsExam::RemoveDirectoryW(tree.c_str(), 1);
         EXPECT_EQ(utilsExam::GetDirectorySize(tree.c_str()), 0);
-        EXPECT_FALSE(Exists(tree));
+        EXPECT_FALSE(fileExists(tree));
     }
 }
 
@@ -436,7 +411,7 @@ TEST_F(ShellOperationTest, CopiesAFolder)
     writeFile(folder / L"from\\a\\file", "content");
     EXPECT_EQ(run(FO_COPY, folder / L"from\\", (folder / L"//to").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"to\\a\\file"), "content");
-    EXPECT_TRUE(Exists(folder / L"from\\a\\file"));
+    EXPECT_TRUE(fileExists(folder / L"from\\a\\file"));
     EXPECT_TRUE(log.take().empty());
 }
 
@@ -447,15 +422,15 @@ TEST_F(ShellOperationTest, MovesAndRenamesFiles)
     EXPECT_EQ(run(FO_MOVE, folder / L"one", (folder / L"sub\\two").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"sub\\two"), "1");
     EXPECT_EQ(run(FO_RENAME, folder / L"sub\\two", (folder / L"sub\\three").c_str()), 1);
-    EXPECT_TRUE(Exists(folder / L"sub\\three"));
-    EXPECT_FALSE(Exists(folder / L"sub\\two"));
+    EXPECT_TRUE(fileExists(folder / L"sub\\three"));
+    EXPECT_FALSE(fileExists(folder / L"sub\\two"));
 }
 
 TEST_F(ShellOperationTest, DeletesWithoutADestination)
 {
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
     EXPECT_EQ(run(FO_DELETE, folder / L"tree", nullptr), 1);
-    EXPECT_FALSE(Exists(folder / L"tree"));
+    EXPECT_FALSE(fileExists(folder / L"tree"));
 }
 
 TEST_F(ShellOperationTest, ShowsProgressWhenNotSilent)
@@ -463,7 +438,7 @@ TEST_F(ShellOperationTest, ShowsProgressWhenNotSilent)
     writeFile(folder / L"one", "1");
     const unsigned short noQuestions = FOF_NOCONFIRMATION | FOF_NOERRORUI | FOF_NOCONFIRMMKDIR;
     EXPECT_EQ(run(FO_COPY, folder / L"one", (folder / L"two").c_str(), 0, noQuestions), 1);
-    EXPECT_TRUE(Exists(folder / L"two"));
+    EXPECT_TRUE(fileExists(folder / L"two"));
 }
 
 TEST_F(ShellOperationTest, LogsAFailure)
@@ -484,7 +459,7 @@ TEST_F(ShellOperationTest, RefusesPathsThatDoNotFitTheBufferWithTwoZeros)
         EXPECT_EQ(run(FO_DELETE, path, nullptr), 0);
         ExpectErrorCode(log, 581);
     }
-    EXPECT_TRUE(Exists(folder / L"one"));
+    EXPECT_TRUE(fileExists(folder / L"one"));
 }
 
 TEST_F(ShellOperationTest, RefusesAnAbsentSource)
@@ -493,7 +468,7 @@ TEST_F(ShellOperationTest, RefusesAnAbsentSource)
     writeFile(folder / L"one", "1");
     EXPECT_EQ(run(FO_DELETE, L"", nullptr), 0);
     EXPECT_EQ(utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr), 0);
-    EXPECT_TRUE(Exists(folder / L"one"));
+    EXPECT_TRUE(fileExists(folder / L"one"));
 }
 
 TEST(GetFileData, DescribesTheFirstMatch)

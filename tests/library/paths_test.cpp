@@ -1,28 +1,24 @@
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/Profile.h>
 #include <qor_utils/zelPath.h>
+#include <test_support/Files.h>
 #include <test_support/LogCapture.h>
+#include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
+#include <test_support/TemporaryRegistryKey.h>
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <cstdio>
 #include <random>
 
 using test_support::LogCapture;
 using test_support::LoggedMessage;
 using test_support::TemporaryFolder;
+using test_support::writeFile;
 
 namespace {
-
-void Touch(const std::wstring& path)
-{
-    FILE* const file = _wfopen(path.c_str(), L"wb");
-    ASSERT_NE(file, nullptr);
-    std::fclose(file);
-}
 
 std::wstring WithForwardSlashes(std::wstring path)
 {
@@ -31,48 +27,27 @@ std::wstring WithForwardSlashes(std::wstring path)
     return path;
 }
 
-std::wstring ProgramPath()
-{
-    wchar_t buffer[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, buffer, MAX_PATH);
-    return buffer;
-}
-
 TEST(GetApplicationFilePath, IsTheFileOfTheRunningProgram)
 {
-    EXPECT_EQ(utilsExam::GetApplicationFilePath(), ProgramPath().c_str());
+    EXPECT_EQ(utilsExam::GetApplicationFilePath(), test_support::programPath().c_str());
 }
 
 TEST(GetApplicationPath, IsTheProgramsFolderWithATrailingBackslash)
 {
-    const std::wstring program = ProgramPath();
-    EXPECT_EQ(utilsExam::GetApplicationPath(), program.substr(0, program.rfind(L'\\') + 1).c_str());
+    EXPECT_EQ(utilsExam::GetApplicationPath(), test_support::besideProgram(L"").c_str());
 }
 
 // Values below a root key of this process's own.
 class RegistryPathTest : public testing::Test
 {
 protected:
-    RegistryPathTest() : m_root(L"Software\\Kestrow\\Tests\\paths" + std::to_wstring(GetCurrentProcessId()))
-    {
-        qor_utils::SetProfileRoot(m_root.c_str());
-    }
-    ~RegistryPathTest() override
-    {
-        qor_utils::SetProfileRoot(nullptr);
-        RegDeleteTreeW(HKEY_CURRENT_USER, m_root.c_str());
-        RegDeleteKeyW(HKEY_CURRENT_USER, m_root.c_str());
-    }
+    RegistryPathTest() { qor_utils::SetProfileRoot(m_root.path().c_str()); }
+    ~RegistryPathTest() override { qor_utils::SetProfileRoot(nullptr); }
 
-    void store(const wchar_t* name, const std::wstring& value) const
-    {
-        const std::wstring key = m_root + L"\\System\\Path";
-        const DWORD size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-        ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), name, REG_SZ, value.c_str(), size), ERROR_SUCCESS);
-    }
+    void store(const wchar_t* name, const std::wstring& value) const { m_root.setText(L"System\\Path", name, value); }
 
 private:
-    std::wstring m_root;
+    test_support::TemporaryRegistryKey m_root;
 };
 
 TEST_F(RegistryPathTest, GivesTheDefaultAsItIsWhenNothingIsStored)
@@ -242,7 +217,7 @@ TEST_F(ParsePathTest, GivesAnAbsolutePathTrimmedAndUnchanged)
 
 TEST_F(ParsePathTest, FindsAFileBesideTheReference)
 {
-    Touch(m_folder / L"lay\\img.png");
+    writeFile(m_folder / L"lay\\img.png", "");
     EXPECT_EQ(parse(L" img.png "), address(L"lay\\img.png").c_str());
     const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
     EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"), address(L"lay\\img.png").c_str());
@@ -255,7 +230,7 @@ TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
                                        m_folder / L"layouts\\img.png", m_folder / L"layouts\\res/img.png",
                                        m_folder / L"fallback\\img.png"};
     for (const std::wstring& candidate : candidates)
-        Touch(candidate);
+        writeFile(candidate, "");
     for (const std::wstring& candidate : candidates) {
         EXPECT_EQ(parse(L"img.png"), candidate.c_str());
         ASSERT_TRUE(DeleteFileW(candidate.c_str()));
@@ -270,7 +245,7 @@ TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
 TEST_F(ParsePathTest, TurnsTheBackslashesOfThePathRound)
 {
     CreateDirectoryW((m_folder / L"lay\\sub").c_str(), nullptr);
-    Touch(m_folder / L"lay\\sub\\img.png");
+    writeFile(m_folder / L"lay\\sub\\img.png", "");
     EXPECT_EQ(parse(L"sub\\img.png"), address(L"lay\\sub\\img.png").c_str());
 }
 
@@ -287,7 +262,7 @@ TEST_F(ParsePathTest, ComposesAPathThroughTheParentFolderWithoutLookingForIt)
 
 TEST_F(ParsePathTest, LooksForANameOfOneCharacter)
 {
-    Touch(m_folder / L"lay\\x");
+    writeFile(m_folder / L"lay\\x", "");
     EXPECT_EQ(parse(L"x"), address(L"lay\\x").c_str());
 }
 
@@ -295,13 +270,13 @@ TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
 {
     CreateDirectoryW((m_folder / L"my-main.xml-files").c_str(), nullptr);
     const std::wstring reference = m_folder / L"my-main.xml-files\\main.xml";
-    Touch(m_folder / L"my-img.png");
+    writeFile(m_folder / L"my-img.png", "");
     EXPECT_EQ(utilsExam::ParsePath(reference.c_str(), L"img.png"), address(L"my-img.png").c_str());
 }
 
 TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
 {
-    Touch(m_folder / L"layouts\\only-here.png");
+    writeFile(m_folder / L"layouts\\only-here.png", "");
     EXPECT_EQ(utilsExam::ParsePath(nullptr, L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
     EXPECT_EQ(utilsExam::ParsePath(L"", L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
 }
@@ -320,7 +295,7 @@ TEST_F(ParsePathTest, TakesPathsOfAnyLength)
 
 TEST_F(ParsePathTest, FindsNamesBeyondTheBasicPlane)
 {
-    Touch(m_folder / L"lay\\\U0001F600.png");
+    writeFile(m_folder / L"lay\\\U0001F600.png", "");
     EXPECT_EQ(parse(L"\U0001F600.png"), address(L"lay\\\U0001F600.png").c_str());
 }
 

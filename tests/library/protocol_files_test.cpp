@@ -8,17 +8,13 @@
 
 #include <windows.h>
 
+using test_support::fileExists;
 using test_support::LogCapture;
 using test_support::LoggedMessage;
 using test_support::TemporaryFolder;
 using test_support::writeFile;
 
 namespace {
-
-bool Exists(const std::wstring& path)
-{
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
 
 // The five protocol folders, the current protocol being "P1".
 class ProtocolFilesTest : public testing::Test
@@ -50,9 +46,9 @@ protected:
 
 TEST_F(ProtocolFilesTest, SavePathIsInAFolderNamedLikeTheFactoryFolder)
 {
-    ASSERT_FALSE(Exists(folder / L"saved\\P1"));
+    ASSERT_FALSE(fileExists(folder / L"saved\\P1"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P1\\a.xml").c_str());
-    EXPECT_TRUE(Exists(folder / L"saved\\P1"));
+    EXPECT_TRUE(fileExists(folder / L"saved\\P1"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P1\\a.xml").c_str());
 }
 
@@ -60,7 +56,7 @@ TEST_F(ProtocolFilesTest, SavePathTakesAFolderThatIsNamed)
 {
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"other"), (folder / L"saved\\other\\a.xml").c_str());
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"x\\y\\/\\"), (folder / L"saved\\x\\y\\a.xml").c_str());
-    EXPECT_TRUE(Exists(folder / L"saved\\x\\y"));
+    EXPECT_TRUE(fileExists(folder / L"saved\\x\\y"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L""), (folder / L"saved\\a.xml").c_str());
     EXPECT_EQ(utilsExam::GetProtocolSavePath(nullptr, L"other"), (folder / L"saved\\other\\").c_str());
 }

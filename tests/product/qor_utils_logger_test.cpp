@@ -3,6 +3,7 @@
 #include <qor_utils/zelPath.h>
 
 #include <test_support/Files.h>
+#include <test_support/InDirectory.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -387,11 +388,10 @@ TEST(LogDirectory, IsMadeWithItsParents)
 TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
 {
     const TemporaryFolder base;
-    wchar_t before[MAX_PATH] = {};
-    GetCurrentDirectoryW(MAX_PATH, before);
-    ASSERT_TRUE(SetCurrentDirectoryW(base.path().c_str()));
-    zelLogger::setDirectory(L"logs");
-    SetCurrentDirectoryW(before);
+    {
+        const test_support::InDirectory inside(base.path());
+        zelLogger::setDirectory(L"logs");
+    }
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"logs\\");
     zelLogger::setDirectory(L"");
 }

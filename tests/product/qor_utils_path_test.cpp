@@ -1,6 +1,8 @@
 // Store paths.
 #include <qor_utils/zelPath.h>
 
+#include <test_support/Program.h>
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -10,15 +12,9 @@
 #include <thread>
 #include <vector>
 
-namespace {
+using test_support::besideProgram;
 
-std::wstring applicationFolder()
-{
-    wchar_t file[1024] = {};
-    GetModuleFileNameW(nullptr, file, 1024);
-    const std::wstring path = file;
-    return path.substr(0, path.rfind(L'\\') + 1);
-}
+namespace {
 
 // Sets a store's folder and takes it back.
 class StoreFolder
@@ -35,7 +31,7 @@ private:
 
 TEST(zelPath, HasADefaultTreeBelowTheApplication)
 {
-    const std::wstring application = applicationFolder();
+    const std::wstring application = besideProgram(L"");
     EXPECT_EQ(zelPath::getPath(0, L"exam.exe"), application + L"exam.exe");
     EXPECT_EQ(zelPath::getPath(1, L"button_states.xml"), application + L"protocols\\fallback\\button_states.xml");
     EXPECT_EQ(zelPath::getPath(2, L"a.png"), application + L"images\\a.png");
@@ -50,8 +46,8 @@ TEST(zelPath, HasADefaultTreeBelowTheApplication)
 
 TEST(zelPath, GivesTheFolderWithABackslashForAnEmptyName)
 {
-    EXPECT_EQ(zelPath::getPath(0, L""), applicationFolder());
-    EXPECT_EQ(zelPath::getPath(28, L""), applicationFolder() + L"log\\");
+    EXPECT_EQ(zelPath::getPath(0, L""), besideProgram(L""));
+    EXPECT_EQ(zelPath::getPath(28, L""), besideProgram(L"") + L"log\\");
 }
 
 TEST(zelPath, GivesNothingForAnUnknownNumber)
@@ -81,7 +77,7 @@ TEST(zelPath, TakesTheFolderThatTheHostSets)
         EXPECT_EQ(zelPath::getPath(2, L"a"), L"E:\\pictures\\a");
         EXPECT_EQ(zelPath::getPath(1000, L"a"), L"\\\\server\\share\\a");
     }
-    EXPECT_EQ(zelPath::getPath(2, L"a"), applicationFolder() + L"images\\a");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), besideProgram(L"") + L"images\\a");
     EXPECT_EQ(zelPath::getPath(1000, L"a"), L"");
 }
 
@@ -95,7 +91,7 @@ TEST(zelPath, TakesTheRootOfADrive)
 TEST(zelPath, PutsRelativeFoldersBelowTheApplication)
 {
     const StoreFolder store(2, L"themes/dark");
-    EXPECT_EQ(zelPath::getPath(2, L"a"), applicationFolder() + L"themes\\dark\\a");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), besideProgram(L"") + L"themes\\dark\\a");
 }
 
 TEST(zelPath, LeavesTheNameAsItIs)

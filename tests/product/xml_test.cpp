@@ -6,6 +6,7 @@
 #include "../../product/zel_xml/AtomicFile.h"
 
 #include <test_support/Files.h>
+#include <test_support/InDirectory.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -551,12 +552,11 @@ TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
 
 TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
 {
-    const std::filesystem::path before = std::filesystem::current_path();
     writeFile(path(), "<r/>");
-    std::filesystem::current_path(m_folder.path());
-    const bool opened = m_file.open(L"document.xml", false);
-    std::filesystem::current_path(before);
-    ASSERT_TRUE(opened);
+    {
+        const test_support::InDirectory inside(m_folder.path());
+        ASSERT_TRUE(m_file.open(L"document.xml", false));
+    }
     ASSERT_TRUE(root().setAttributeInt(L"n", 1));
     ASSERT_TRUE(m_file.save());
     EXPECT_NE(readFile(path()).find("n=\"1\""), std::string::npos);

@@ -1,19 +1,20 @@
 #include "test_support/ChildTest.h"
 
+#include "test_support/Program.h"
+
 #include <stdexcept>
 
 namespace test_support {
 
 ChildTest::ChildTest(const std::string& fullTestName)
 {
-    wchar_t program[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring command = L"\"" + std::wstring(program) + L"\" --gtest_also_run_disabled_tests --gtest_filter=" +
+    const std::wstring program = programPath();
+    std::wstring command = L"\"" + program + L"\" --gtest_also_run_disabled_tests --gtest_filter=" +
                            std::wstring(fullTestName.begin(), fullTestName.end());
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
         throw std::runtime_error("cannot start the child test " + fullTestName);
     CloseHandle(info.hThread);
     m_process = info.hProcess;

@@ -1,5 +1,7 @@
 #include "test_support/InstalledCodec.h"
 
+#include "test_support/Program.h"
+
 #include <windows.h>
 
 #include <stdexcept>
@@ -34,14 +36,6 @@ InstalledCodec::~InstalledCodec()
         RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str());
     else
         setEntry(m_entry, m_before);
-}
-
-std::wstring besideProgram(const std::wstring& name)
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program(path);
-    return program.substr(0, program.find_last_of(L'\\') + 1) + name;
 }
 
 } // namespace test_support

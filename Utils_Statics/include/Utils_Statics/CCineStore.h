@@ -16,7 +16,8 @@
 class UTILS_STATICS_API CCineStore : protected CineHeader
 {
 public:
-    /// Receives the path of the finished file and the pointer given to SetCompleteCallback. It must not throw.
+    /// Receives the path of the finished file and the pointer given to SetCompleteCallback. It may start the store's
+    /// next file. It must not throw.
     using CompleteCallback = void (*)(const wchar_t* path, void* userData);
 
     CCineStore() = default;
@@ -51,6 +52,9 @@ public:
     void SetCompleteCallback(CompleteCallback callback, void* callbackData);
 
 protected:
+    /// Calls the callback, if there is one, with the recorded path.
+    void announce() const;
+
     CString path;                                ///< recorded when the header has been written
     std::FILE* file = nullptr;                   ///< open while recording
     CompleteCallback completeCallback = nullptr; ///< may be null

@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace test_support
-{
+namespace test_support {
 
 // A video codec that is installed while the object lives, by the registry entry that Video for Windows looks up.
 // What was installed under the name before is installed again afterwards.
@@ -24,8 +23,5 @@ private:
     std::wstring m_path;
     std::wstring m_before;
 };
-
-// The full path of a file beside the test program.
-std::wstring besideProgram(const std::wstring& name);
 
 } // namespace test_support

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace test_support {
+
+inline std::wstring currentDirectory()
+{
+    wchar_t buffer[4096] = {};
+    GetCurrentDirectoryW(4096, buffer);
+    return buffer;
+}
+
+// Goes to a folder and comes back.
+class InDirectory
+{
+public:
+    explicit InDirectory(const std::wstring& folder) : m_before(currentDirectory())
+    {
+        SetCurrentDirectoryW(folder.c_str());
+    }
+    ~InDirectory() { SetCurrentDirectoryW(m_before.c_str()); }
+    InDirectory(const InDirectory&) = delete;
+    InDirectory& operator=(const InDirectory&) = delete;
+
+private:
+    std::wstring m_before;
+};
+
+} // namespace test_support
