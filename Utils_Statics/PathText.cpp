@@ -72,6 +72,15 @@ std::wstring WithoutTrailingBackslash(const std::wstring& path)
     return buffer.text();
 }
 
+std::wstring FullPath(const wchar_t* path)
+{
+    const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
+    std::wstring full(needed, L'\0');
+    const DWORD length = GetFullPathNameW(path, needed, full.data(), nullptr);
+    full.resize(length < needed ? length : 0); // longer when the current directory was changed in between
+    return full;
+}
+
 bool PathExists(const std::wstring& path)
 {
     return PathFileExistsW(path.c_str()) != FALSE;

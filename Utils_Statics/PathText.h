@@ -56,6 +56,9 @@ std::wstring WithoutLastComponent(const std::wstring& path);
 // `path` without one backslash at its end; the root of a drive keeps its own. Unchanged when it does not fit a buffer.
 std::wstring WithoutTrailingBackslash(const std::wstring& path);
 
+// The absolute form of a path as of now; empty when there is none.
+std::wstring FullPath(const wchar_t* path);
+
 // PathFileExistsW: whether there is a file or folder of this name.
 bool PathExists(const std::wstring& path);
 

@@ -32,6 +32,8 @@ public:
     bool isOpen() const { return m_stream != nullptr; }
     LONG length() const { return m_stream ? AVIStreamLength(m_stream) : -1; }
 
+    bool isKeyFrame(LONG index) const { return AVIStreamFindSample(m_stream, index, FIND_KEY | FIND_PREV) == index; }
+
     // The bytes of one frame; empty for a missing one.
     std::vector<std::uint8_t> frame(LONG index) const
     {

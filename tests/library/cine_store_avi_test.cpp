@@ -5,6 +5,8 @@
 #include "DeviceContextComposition.h"
 
 #include <test_support/ChildTest.h>
+#include <test_support/Files.h>
+#include <test_support/InDirectory.h>
 #include <test_support/InstalledCodec.h>
 #include <test_support/TemporaryFolder.h>
 
@@ -238,6 +240,35 @@ TEST_F(CineStoreAvi, WordUncompressedIsExact)
     }
 }
 
+TEST_F(CineStoreAvi, EveryFrameIsAKeyFrame)
+{
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(store.EndStorage());
+    const AviMovie movie(fileName);
+    for (LONG i = 0; i < 3; ++i)
+        EXPECT_TRUE(movie.isKeyFrame(i)) << i;
+}
+
+TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
+{
+    const TemporaryFolder other;
+    test_support::writeFile(other / L"movie.avi", "another file of this name, and a small one");
+    const test_support::InDirectory first(folder.path());
+    background = bitmapOf(noise(512, 512, 2), 512, 512);
+    ASSERT_TRUE(store.InitStorage(L"movie.avi", background.get(), 512, 512, layout, 32));
+    {
+        const test_support::InDirectory second(other.path());
+        EXPECT_TRUE(addNothing());
+        EXPECT_TRUE(addNothing());
+    }
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(completed.path, L"movie.avi"); // as it was given
+    EXPECT_EQ(AviMovie(fileName).length(), 2);
+}
+
 TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
 {
     Settings::clear();
@@ -262,6 +293,17 @@ TEST_F(CineStoreAvi, BackgroundIsTheFirstContentWithTheBottomRowFirst)
     EXPECT_TRUE(addNothing());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(AviMovie(fileName).frame(0), bytesOf(upsideDown(backgroundPixels, frameWidth)));
+}
+
+TEST_F(CineStoreAvi, LargerBackgroundGivesItsFirstPixelsRowAfterRow)
+{
+    Pixels pixels = noise(67, 50, 3);
+    background = bitmapOf(pixels, 67, 50);
+    ASSERT_TRUE(start(store, 67, 50));
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(store.EndStorage());
+    pixels.resize(64 * 48);
+    EXPECT_EQ(AviMovie(fileName).frame(0), bytesOf(upsideDown(pixels, 64)));
 }
 
 namespace {
@@ -423,6 +465,32 @@ TEST_F(CineStoreAvi, EveryEndFiresTheCallbackWithTheRecordedPath)
     EXPECT_EQ(completed.path, fileName);
 }
 
+TEST_F(CineStoreAvi, CallbackMayStartTheNextMovie)
+{
+    struct Chain
+    {
+        CCineStoreAVI* store;
+        std::wstring next;
+        std::wstring announced;
+
+        static void notify(const wchar_t* path, void* self)
+        {
+            auto& chain = *static_cast<Chain*>(self);
+            chain.store->SetCompleteCallback(nullptr, nullptr);
+            EXPECT_TRUE(chain.store->InitStorage(chain.next.c_str(), nullptr, frameWidth, frameHeight, CRect(), 32));
+            chain.announced = path;
+        }
+    };
+    Chain chain{&store, folder / L"the next movie, whose path is longer.avi", {}};
+    store.SetCompleteCallback(&Chain::notify, &chain);
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(chain.announced, fileName);
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(AviMovie(chain.next).length(), 1);
+}
+
 TEST_F(CineStoreAvi, EndThroughTheBaseClassIsTheMoviesEnd)
 {
     ASSERT_TRUE(start());
@@ -555,6 +623,48 @@ TEST_F(CineStoreCodec, IsFoundByItsExactShortName)
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(AviMovie(fileName).format.biCompression, mmioFOURCC('T', 'S', 'T', '1'));
     expectReleased();
+}
+
+TEST_F(CineStoreCodec, MayBeCalledUncompressedInAnotherSpelling)
+{
+    std::wcscpy(codec->shortName, L"uncompressed");
+    Settings::set(L"RecordCodec", L"uncompressed");
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->frames, 1);
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, IsTheSettingsWhateverSetCompressionSaid)
+{
+    std::wstring name = L"no such codec";
+    store.SetCompression(name.data());
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(store.EndStorage());
+    name = L"test codec";
+    store.SetCompression(name.data());
+    Settings::set(L"RecordCodec", L"no such codec");
+    EXPECT_FALSE(start());
+    EXPECT_TRUE(store.EndStorage());
+}
+
+// The flags of a codec's information record and those of the stream's options have other meanings: the record's
+// "temporal" is the options' "key frames as often as the options say", and these say never.
+TEST_F(CineStoreCodec, GivesTheOptionsTheFlagsOfItsRecord)
+{
+    static_assert(VIDCF_TEMPORAL == AVICOMPRESSF_KEYFRAMES);
+    codec->flags = VIDCF_TEMPORAL | VIDCF_FASTTEMPORALC;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->asked, 0u);
+    EXPECT_TRUE(store.EndStorage());
+    codec->flags = 0;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->asked, static_cast<DWORD>(ICCOMPRESS_KEYFRAME));
+    EXPECT_TRUE(store.EndStorage());
 }
 
 TEST_F(CineStoreCodec, GetsTheQualityInHundredthsOfAPercent)

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 /// Records an AVI movie. Each frame is composed of pixel planes on a background, or taken whole from a bitmap, and goes
@@ -83,6 +84,7 @@ private:
     bool openFile(const wchar_t* fileName);
     bool createStream(bool compressed);
     bool compressStream(const CString& codec);
+    DWORD frameBytes() const;
     bool hasRoomFor(LONG position, LONG size) const;
     LONG writeFrame(LONG position, bool& written);
     void repeatLastFrame();
@@ -103,4 +105,5 @@ private:
     AviStreamOwner rawStream;    ///< below the compressed stream
     AviStreamOwner outStream;    ///< frames are written here
     std::int64_t movieBytes = 0; ///< of all frames written, as the codec made them
+    std::wstring moviePath;      ///< where the file is, whatever folder becomes the current one
 };
