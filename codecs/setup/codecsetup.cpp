@@ -13,7 +13,9 @@ constexpr wchar_t codecFile[] = L"mjpgcodec.dll";
 
 int fail(const char* what, DWORD error)
 {
-    std::fprintf(stderr, "codecsetup: %s (error %lu)\n", what, error);
+    std::fprintf(stderr, "codecsetup: %s", what);
+    if (error != ERROR_SUCCESS) std::fprintf(stderr, " (error %lu)", error);
+    std::fputs("\n", stderr);
     return 1;
 }
 
@@ -31,15 +33,18 @@ public:
 
     DWORD error() const { return static_cast<DWORD>(m_error); }
 
-    // Empty when there is no entry.
+    // Empty when there is no entry, "?" for one that is no text.
     std::wstring entry() const
     {
-        wchar_t value[MAX_PATH] = {};
-        DWORD size = sizeof value - sizeof(wchar_t);
+        DWORD size = 0;
         DWORD type = 0;
+        if (RegQueryValueExW(m_key, entryName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) return {};
+        std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
+        size = static_cast<DWORD>((value.size() - 1) * sizeof(wchar_t));
         const LSTATUS result =
-            RegQueryValueExW(m_key, entryName, nullptr, &type, reinterpret_cast<BYTE*>(value), &size);
-        return result == ERROR_SUCCESS && type == REG_SZ ? value : L"";
+            RegQueryValueExW(m_key, entryName, nullptr, &type, reinterpret_cast<BYTE*>(value.data()), &size);
+        if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return L"?";
+        return value.c_str(); // the registry stores an end of its own, or none
     }
 
     DWORD setEntry(const std::wstring& value)
@@ -56,35 +61,44 @@ private:
     LSTATUS m_error;
 };
 
+// By the file's name; an entry may give it in its short form.
 bool isOurs(const std::wstring& entry)
 {
-    const std::size_t slash = entry.find_last_of(L"\\/");
-    const std::wstring name = slash == std::wstring::npos ? entry : entry.substr(slash + 1);
-    // A short path may spell the name in capitals or as MJPGCO~1.DLL.
-    return _wcsnicmp(name.c_str(), L"mjpgco", 6) == 0;
+    wchar_t longPath[MAX_PATH] = {};
+    const DWORD length = GetLongPathNameW(entry.c_str(), longPath, MAX_PATH);
+    const std::wstring path = length > 0 && length < MAX_PATH ? longPath : entry;
+    const std::size_t slash = path.find_last_of(L"\\/");
+    return _wcsicmp(path.substr(slash == std::wstring::npos ? 0 : slash + 1).c_str(), codecFile) == 0;
 }
 
-// The codec beside this program. What the drivers' key names is cut at the first blank, so a path with blanks is
-// shortened; empty when that is not possible.
-std::wstring codecPath()
+// Empty when the path is too long.
+std::wstring codecBesideProgram()
 {
     wchar_t path[MAX_PATH] = {};
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return {};
     std::wstring codec(path);
-    codec.replace(codec.find_last_of(L'\\') + 1, std::wstring::npos, codecFile);
-    if (codec.find(L' ') == std::wstring::npos) return codec;
-    const DWORD shortLength = GetShortPathNameW(codec.c_str(), path, MAX_PATH);
-    if (shortLength == 0 || shortLength >= MAX_PATH || std::wcschr(path, L' ')) return {};
-    return path;
+    return codec.replace(codec.find_last_of(L'\\') + 1, std::wstring::npos, codecFile);
+}
+
+// What the drivers' key names is cut at the first blank, so a path with blanks is shortened; empty when that is not
+// possible.
+std::wstring withoutBlanks(const std::wstring& path)
+{
+    if (path.find(L' ') == std::wstring::npos) return path;
+    wchar_t shortPath[MAX_PATH] = {};
+    const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH || std::wcschr(shortPath, L' ')) return {};
+    return shortPath;
 }
 
 int install()
 {
-    const std::wstring codec = codecPath();
-    if (codec.empty()) return fail("the codec's folder has a blank in its path and no short name", 0);
-    if (GetFileAttributesW(codec.c_str()) == INVALID_FILE_ATTRIBUTES)
+    const std::wstring beside = codecBesideProgram();
+    if (GetFileAttributesW(beside.c_str()) == INVALID_FILE_ATTRIBUTES)
         return fail("mjpgcodec.dll is not beside this program", GetLastError());
+    const std::wstring codec = withoutBlanks(beside);
+    if (codec.empty()) return fail("the codec's folder has a blank in its path and no short name", 0);
     DriversKey key(KEY_QUERY_VALUE | KEY_SET_VALUE);
     if (key.error()) return fail("cannot open the drivers' registry key; administrators can", key.error());
     const std::wstring present = key.entry();

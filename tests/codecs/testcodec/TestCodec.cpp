@@ -90,6 +90,7 @@ LRESULT compress(const ICCOMPRESS* frame)
 {
     const LONG index = orders.frames++;
     orders.quality = static_cast<LONG>(frame->dwQuality);
+    orders.asked = frame->dwFlags & ICCOMPRESS_KEYFRAME;
     if (orders.failFrom >= 0 && index >= orders.failFrom) return ICERR_ERROR;
     const auto bytes = static_cast<DWORD>(orders.frameBytes[index % TestCodecOrders::scriptedFrames]);
     std::memcpy(frame->lpOutput, frame->lpInput, bytes);

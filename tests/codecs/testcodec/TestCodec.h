@@ -30,6 +30,7 @@ struct TestCodecOrders
     LONG frames;
     LONG messages;
     LONG quality;   // of the last frame
+    DWORD asked;    // ICCOMPRESS_KEYFRAME or 0, for the last frame
     BYTE state[32]; // the last one written
 };
 

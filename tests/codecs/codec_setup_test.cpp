@@ -1,0 +1,164 @@
+// codecsetup.exe, which installs and removes the codec.
+#include <test_support/Files.h>
+#include <test_support/InstalledCodec.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+
+using test_support::besideProgram;
+using test_support::TemporaryFolder;
+
+namespace {
+
+constexpr wchar_t driversKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Drivers32";
+constexpr wchar_t entryName[] = L"vidc.MJPG";
+
+struct Ended
+{
+    DWORD status = STILL_ACTIVE;
+    std::string output; // of both streams
+};
+
+Ended run(const std::wstring& program, const std::wstring& argument)
+{
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    HANDLE reading = nullptr;
+    HANDLE writing = nullptr;
+    CreatePipe(&reading, &writing, &inherited, 0);
+    SetHandleInformation(reading, HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError = writing;
+    PROCESS_INFORMATION process{};
+    std::wstring command = L"\"" + program + L"\" " + argument;
+    EXPECT_TRUE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                               &process));
+    CloseHandle(writing);
+    Ended ended;
+    char part[256];
+    for (DWORD read = 0; ReadFile(reading, part, sizeof part, &read, nullptr) && read > 0;)
+        ended.output.append(part, read);
+    WaitForSingleObject(process.hProcess, 60000);
+    GetExitCodeProcess(process.hProcess, &ended.status);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    CloseHandle(reading);
+    return ended;
+}
+
+// The registry's entry; empty when there is none.
+std::wstring entry()
+{
+    wchar_t value[2048] = {};
+    DWORD size = sizeof value;
+    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, RRF_RT_ANY | RRF_NOEXPAND, nullptr, value, &size);
+    return value;
+}
+
+void setEntry(const std::wstring& value, DWORD type = REG_SZ)
+{
+    const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, type, value.c_str(), size), ERROR_SUCCESS);
+}
+
+class CodecSetup : public testing::Test
+{
+protected:
+    CodecSetup() { RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName); }
+
+    Ended codecsetup(const std::wstring& argument) { return run(program, argument); }
+
+    const test_support::InstalledCodec asBefore{L"MJPG", L"mjpgcodec.dll"}; // restores the entry at the end
+    const std::wstring program = besideProgram(L"codecsetup.exe");
+    const std::wstring codec = besideProgram(L"mjpgcodec.dll");
+};
+
+} // namespace
+
+TEST_F(CodecSetup, InstallsAndRemovesTheCodecBesideIt)
+{
+    EXPECT_EQ(codecsetup(L"status").output, "not installed\r\n");
+    for (int i = 0; i < 2; ++i) { // installed twice is installed
+        const Ended installed = codecsetup(L"install");
+        EXPECT_EQ(installed.status, 0u) << installed.output;
+        EXPECT_EQ(entry(), codec);
+    }
+    const Ended status = codecsetup(L"status");
+    EXPECT_EQ(status.status, 0u);
+    EXPECT_EQ(status.output, std::string(codec.begin(), codec.end()) + "\r\n");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(codecsetup(L"remove").status, 0u);
+        EXPECT_EQ(entry(), L"");
+    }
+}
+
+TEST_F(CodecSetup, LeavesAnotherCodecAlone)
+{
+    struct
+    {
+        std::wstring value;
+        DWORD type;
+    } const others[] = {{L"C:\\other\\codec.dll", REG_SZ},
+                        {L"%ProgramFiles%\\codec.dll", REG_EXPAND_SZ},
+                        {L"C:\\" + std::wstring(900, L'x') + L".dll", REG_SZ},
+                        {L"bytes", REG_BINARY}};
+    for (const auto& other : others) {
+        setEntry(other.value, other.type);
+        EXPECT_EQ(codecsetup(L"install").status, 1u);
+        EXPECT_EQ(entry(), other.value);
+        EXPECT_EQ(codecsetup(L"remove").status, 0u);
+        EXPECT_EQ(entry(), other.value);
+    }
+}
+
+TEST_F(CodecSetup, ReplacesACodecOfItsOwnInAnotherFolder)
+{
+    setEntry(L"C:\\elsewhere\\mjpgcodec.dll");
+    EXPECT_EQ(codecsetup(L"install").status, 0u);
+    EXPECT_EQ(entry(), codec);
+}
+
+TEST_F(CodecSetup, RefusesToInstallACodecThatIsNotThere)
+{
+    const TemporaryFolder folder;
+    ASSERT_TRUE(CopyFileW(program.c_str(), (folder / L"codecsetup.exe").c_str(), TRUE));
+    const Ended ended = run(folder / L"codecsetup.exe", L"install");
+    EXPECT_EQ(ended.status, 1u);
+    EXPECT_NE(ended.output.find("mjpgcodec.dll is not beside this program"), std::string::npos) << ended.output;
+    EXPECT_EQ(entry(), L"");
+}
+
+TEST_F(CodecSetup, GivesAFolderWithABlankByItsShortNameOrNotAtAll)
+{
+    const TemporaryFolder outer;
+    const std::wstring folder = outer / L"a folder";
+    ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
+    ASSERT_TRUE(CopyFileW(program.c_str(), (folder + L"\\codecsetup.exe").c_str(), TRUE));
+    ASSERT_TRUE(CopyFileW(codec.c_str(), (folder + L"\\mjpgcodec.dll").c_str(), TRUE));
+    const Ended ended = run(folder + L"\\codecsetup.exe", L"install");
+    if (ended.status != 0) { // a file system without short names
+        EXPECT_NE(ended.output.find("no short name"), std::string::npos) << ended.output;
+        EXPECT_EQ(entry(), L"");
+        return;
+    }
+    EXPECT_EQ(entry().find(L' '), std::wstring::npos);
+    EXPECT_TRUE(test_support::fileExists(entry()));
+    EXPECT_EQ(run(folder + L"\\codecsetup.exe", L"remove").status, 0u);
+    EXPECT_EQ(entry(), L"");
+}
+
+TEST_F(CodecSetup, TellsItsUsageOtherwise)
+{
+    for (const wchar_t* argument : {L"", L"Install", L"install now", L"--help"}) {
+        const Ended ended = codecsetup(argument);
+        EXPECT_EQ(ended.status, 2u);
+        EXPECT_NE(ended.output.find("usage: codecsetup install|remove|status"), std::string::npos);
+    }
+    EXPECT_EQ(entry(), L"");
+}
