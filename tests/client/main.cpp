@@ -1,9 +1,6 @@
 // Uses a little of everything that crosses the boundary: exported functions, data members, strings, and a class that the
 // library calls back.
-#include <Utils_Statics/IStateChangeConsumer.h>
-#include <Utils_Statics/MatrixRoutines.h>
-#include <Utils_Statics/StringParse.h>
-#include <Utils_Statics/utilsExam.h>
+#include <Utils_Statics/Utils_Statics.h>
 
 #include <cstdio>
 
