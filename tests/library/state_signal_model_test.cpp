@@ -100,16 +100,10 @@ public:
         case Action::destroySelf:
             if (occupied) m_world->Destroy(operation.cell);
             break;
-        case Action::emit:
-            Emit(operation.source);
-            break;
-        case Action::interval:
-            m_world->SetThrottled(operation.source < 3);
-            break;
-        case Action::fail:
-            throw HandlerFailure();
-        case Action::nothing:
-            break;
+        case Action::emit: Emit(operation.source); break;
+        case Action::interval: m_world->SetThrottled(operation.source < 3); break;
+        case Action::fail: throw HandlerFailure();
+        case Action::nothing: break;
         }
     }
 
