@@ -117,13 +117,13 @@ const wchar_t* UsageText()
            L"                           exits 0 when it holds, 1 when not\n"
            L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames are in it\n"
            L"\n"
-           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' codec (MJPG at first)\n"
-           L"or Uncompressed, RecordQuality its quality in percent.\n"
+           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' codec (MJPG at\n"
+           L"first) or Uncompressed, RecordQuality its quality in percent.\n"
            L"\n"
            L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 show and hide the\n"
            L"distance, angle and region tools; P switches between pointer and trackball style, Tab takes up the next\n"
-           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and ends a recording of raw\n"
-           L"frames, V of a movie; Esc leaves.\n";
+           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and ends a recording of\n"
+           L"raw frames, V of a movie; Esc leaves.\n";
 }
 
 } // namespace exam

@@ -2,8 +2,7 @@
 
 #include <afxwin.h>
 
-namespace exam
-{
+namespace exam {
 
 // Selects a font for the length of a scope.
 class ScopedFont

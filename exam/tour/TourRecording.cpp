@@ -72,12 +72,29 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.Picture(L"recording-finished");
 }
 
+// Lets the window handle its messages until the timer has recorded some frames, or a time is over in which it must
+// have.
+bool TimerHasRecorded(TourContext& context, int frames)
+{
+    constexpr ULONGLONG patience = 20000; // milliseconds
+    const ULONGLONG end = GetTickCount64() + patience;
+    MSG next;
+    while (context.window.recorder().frames() < frames && GetTickCount64() < end) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
+        while (PeekMessage(&next, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessage(&next);
+    }
+    return context.window.recorder().frames() >= frames;
+}
+
 void AnotherImageEndsTheRecording(TourContext& context, const std::wstring& folder)
 {
     Key(context, 'C');
-    Advance(context, 1);
+    context.report.Step(TimerHasRecorded(context, 3), L"the timer plays and records frames");
+    const int frames = context.window.recorder().frames();
     Key(context, VK_SPACE);
-    context.report.Step(IsAnnounced(context, 1, folder + L"\\recording-002.cine"), L"another image ends a recording");
+    context.report.Step(IsAnnounced(context, frames, folder + L"\\recording-002.cine"),
+                        L"another image ends a recording");
     ShowLinearRecording(context);
 }
 
