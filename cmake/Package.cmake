@@ -15,6 +15,9 @@ install(TARGETS exam mjpg codecsetup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
 install(DIRECTORY exam/sample DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${UTILS_STATICS_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
+# The codec holds libjpeg-turbo, whose licence wants its text to come along.
+install(FILES ${UTILS_STATICS_DEPENDENCIES_USED}/share/doc/libjpeg-turbo/LICENSE.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics RENAME LICENSE-libjpeg-turbo.md)
 
 set(_package ${CMAKE_INSTALL_LIBDIR}/cmake/Utils_Statics)
 install(EXPORT Utils_StaticsTargets NAMESPACE Utils_Statics:: DESTINATION ${_package})
