@@ -3,11 +3,9 @@
 #include <functional>
 #include <map>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 // What follows an option's name.
 using Values = const std::wstring*;
@@ -60,9 +58,8 @@ void SetCineToAvi(CommandLine& options, Values values)
 const std::map<std::wstring, Option>& Options()
 {
     static const std::map<std::wstring, Option> options{
-        {L"--language", {1, SetLanguage}}, {L"--console", {1, SetConsole}},
-        {L"--tour", {1, SetTourFolder}},   {L"--profile", {1, SetProfile}},
-        {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
+        {L"--language", {1, SetLanguage}}, {L"--console", {1, SetConsole}},    {L"--tour", {1, SetTourFolder}},
+        {L"--profile", {1, SetProfile}},   {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
     };
     return options;
 }
@@ -72,23 +69,19 @@ const std::map<std::wstring, Option>& Options()
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
 {
     CommandLine result;
-    for (std::size_t i = 0; i < arguments.size() && result.error.empty(); ++i)
-    {
+    for (std::size_t i = 0; i < arguments.size() && result.error.empty(); ++i) {
         const std::wstring& name = arguments[i];
-        if (name == L"--help" || name == L"-h")
-        {
+        if (name == L"--help" || name == L"-h") {
             result.help = true;
             continue;
         }
         const auto option = Options().find(name);
-        if (option == Options().end())
-        {
+        if (option == Options().end()) {
             result.error = L"unknown argument '" + name + L"'";
             continue;
         }
         const std::size_t values = option->second.values;
-        if (arguments.size() - i <= values)
-        {
+        if (arguments.size() - i <= values) {
             result.error = name + (values == 1 ? L" needs a value" : L" needs two values");
             continue;
         }

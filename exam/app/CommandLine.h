@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // What the user asked for on the command line.
 struct CommandLine

@@ -4,11 +4,9 @@
 
 #include <cstdio>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 void Write(std::FILE* stream, const std::wstring& text)
 {

@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace exam
-{
+namespace exam {
 
 // Writes a text as UTF-8 to standard output or standard error, at once.
 void WriteOut(const std::wstring& text);

@@ -15,11 +15,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
@@ -42,15 +40,13 @@ BOOL ExamApp::InitInstance()
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine()) return FALSE;
     ChooseProfile();
-    if (m_options.command())
-    {
+    if (m_options.command()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
         return FALSE;
     }
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
-    if (!LoadTexts() || !LoadImages() || !OpenMainWindow())
-    {
+    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) {
         m_exitCode = exitFailure;
         return FALSE;
     }
@@ -70,8 +66,7 @@ int ExamApp::ExitInstance()
 bool ExamApp::ReadCommandLine()
 {
     m_options = ParseCommandLine(Arguments());
-    if (m_options.help)
-    {
+    if (m_options.help) {
         WriteOut(UsageText());
         return false;
     }
@@ -108,8 +103,7 @@ bool ExamApp::LoadTexts()
 
 bool ExamApp::LoadImages()
 {
-    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
-    {
+    for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
         const std::wstring problem = m_session.Add(name);
         if (problem.empty()) continue;
         WriteError(L"exam: " + problem + L"\n");

@@ -8,8 +8,7 @@
 
 #include <memory>
 
-namespace exam
-{
+namespace exam {
 
 // The application object of exam.exe.
 class ExamApp : public CWinApp

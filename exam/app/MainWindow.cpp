@@ -11,11 +11,9 @@
 
 #include <algorithm>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr UINT_PTR playTimer = 1;
 constexpr double shortestInterval = 10; // milliseconds
@@ -39,8 +37,8 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
 END_MESSAGE_MAP()
 
 MainWindow::MainWindow(Session& session)
-    : m_session(session), m_tools(m_view, ScreenLayout::image()), m_flow(ScreenLayout::strip().Width()),
-      m_content{m_session, m_view, m_tools, m_flow},
+    : m_session(session), m_tools(m_view, ScreenLayout::image()),
+      m_flow(ScreenLayout::strip().Width()), m_content{m_session, m_view, m_tools, m_flow},
       m_recorder(m_content, [this](const std::wstring& path) { RecordingFinished(path); })
 {
 }
@@ -90,8 +88,7 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 void MainWindow::ShowFrame()
 {
     const CineFile& cine = m_session.cine();
-    if (m_shown != &cine)
-    {
+    if (m_shown != &cine) {
         EndRecording(); // a recording holds frames of one size
         m_shown = &cine;
         m_view.SetRecording(cine, ScreenLayout::image().Size());
@@ -125,8 +122,7 @@ void MainWindow::ToggleTool(ImageTool& tool)
 
 void MainWindow::OnKeyDown(UINT key, UINT, UINT)
 {
-    switch (key)
-    {
+    switch (key) {
     case VK_SPACE: m_session.NextImage(); return TellChange(stateImageChanged);
     case 'F': m_session.NextFrame(); return TellChange(stateImageChanged);
     case 'L': return NextLanguage();
@@ -168,8 +164,7 @@ void MainWindow::RecordingFinished(const std::wstring& path)
 void MainWindow::AdvanceRecording()
 {
     if (!m_recorder.recording()) return;
-    if (!m_recorder.AddFrame())
-    {
+    if (!m_recorder.AddFrame()) {
         KillTimer(playTimer);
         m_content.status = GetStr("exam.record.broken", m_recorder.frames());
         return ShowRecordingMark();

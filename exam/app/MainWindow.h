@@ -11,11 +11,10 @@
 
 #include <afxwin.h>
 
-namespace exam
-{
+namespace exam {
 
-// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a console. It repaints when
-// the state-change signal tells it that something it shows has changed; nobody calls it to repaint directly.
+// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a console. It repaints
+// when the state-change signal tells it that something it shows has changed; nobody calls it to repaint directly.
 class MainWindow : public CWnd, private IStateChangeConsumer
 {
 public:

@@ -6,11 +6,9 @@
 
 #include <cstdlib>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 // The store numbers that the libraries ask for.
 enum Store

@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace exam
-{
+namespace exam {
 
 // Points the numbered stores at the sample data beside the program; what the user changes goes below `userFolder`.
 void InstallStores(const std::wstring& userFolder);

@@ -4,8 +4,7 @@
 
 #include <utility>
 
-namespace exam
-{
+namespace exam {
 
 std::wstring Session::Add(const std::wstring& name)
 {

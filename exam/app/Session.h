@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // What is being examined: the recordings of the sample study, the one on display and its frame.
 class Session

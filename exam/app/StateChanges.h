@@ -1,7 +1,6 @@
 #pragma once
 
-namespace exam
-{
+namespace exam {
 
 // The meanings that this application gives to the state-change signal.
 enum ExamStateChange

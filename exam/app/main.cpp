@@ -1,8 +1,7 @@
 // The sample exam application. Its application object is a static object, as the framework expects.
 #include "app/ExamApp.h"
 
-namespace
-{
+namespace {
 
 exam::ExamApp theApp;
 

@@ -4,8 +4,7 @@
 
 #include <string>
 
-namespace exam
-{
+namespace exam {
 
 // Saves what a window shows in its client area as a PNG file; false when it could not be written.
 bool CaptureToPng(HWND window, const std::wstring& path);

@@ -4,11 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr std::size_t headerSize = 76;
 constexpr int mostLines = 4096;

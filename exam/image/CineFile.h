@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // A raw cine file of grey levels, read whole. docs/formats/raw-cine.md describes the format.
 class CineFile

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 // A bitmap header with the grey scale as its colour table, in the layout that GDI reads.
 struct GreyBitmapInfo
@@ -24,8 +22,7 @@ GreyBitmapInfo MakeGreyBitmapInfo(int width)
     info.header.biPlanes = 1;
     info.header.biBitCount = 8;
     info.header.biCompression = BI_RGB;
-    for (int i = 0; i < 256; ++i)
-    {
+    for (int i = 0; i < 256; ++i) {
         const BYTE level = static_cast<BYTE>(i);
         info.colours[i] = {level, level, level, 0};
     }

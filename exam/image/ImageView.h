@@ -10,8 +10,7 @@
 #include <span>
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // One frame of a recording, scan-converted for display.
 class ImageView

@@ -6,11 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int margin = 12;
 
@@ -22,10 +20,8 @@ constexpr int measuringScale = 10; // microns per pixel
 CRect Extent(const ImagingParameters& image)
 {
     CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));
-    for (int line = 0; line < image.lines; ++line)
-    {
-        for (const int sample : {0, image.samples - 1})
-        {
+    for (int line = 0; line < image.lines; ++line) {
+        for (const int sample : {0, image.samples - 1}) {
             const CPoint pixel = image.Pixel(line, sample);
             extent.left = std::min(extent.left, pixel.x);
             extent.right = std::max(extent.right, pixel.x);
@@ -97,8 +93,8 @@ ImagingParameters FitImage(const CineFile& cine, CSize size)
 
     const int roomX = std::max(1, image.width - 2 * margin);
     const int roomY = std::max(1, image.height - 2 * margin);
-    const int microns = std::max(DivideUp(extent.Width() * measuringScale, roomX),
-                                 DivideUp(extent.Height() * measuringScale, roomY));
+    const int microns =
+        std::max(DivideUp(extent.Width() * measuringScale, roomX), DivideUp(extent.Height() * measuringScale, roomY));
     image.micronsPerPixel = {microns, microns};
 
     const CRect fitted = Extent(image);

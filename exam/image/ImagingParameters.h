@@ -6,8 +6,7 @@
 
 #include <atltypes.h>
 
-namespace exam
-{
+namespace exam {
 
 // Everything that the geometry functions want to know about one displayed image, in their order.
 // Coordinates are pixels of the image, (0, 0) its upper left corner.

@@ -6,18 +6,15 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int rowHeight = 44;
 
 const char* ProbeKey(int type)
 {
-    switch (type)
-    {
+    switch (type) {
     case 0: return "exam.probe.curved";
     case 1: return "exam.probe.linear";
     case 2: return "exam.probe.phased";

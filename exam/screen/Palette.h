@@ -3,8 +3,7 @@
 #include <windows.h>
 
 // The colours of the sample application: grey echoes on black, everything else subdued so that the image leads.
-namespace exam::palette
-{
+namespace exam::palette {
 
 constexpr COLORREF background = RGB(0, 0, 0);
 constexpr COLORREF header = RGB(24, 32, 44);

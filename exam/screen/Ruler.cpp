@@ -2,11 +2,9 @@
 
 #include "screen/Palette.h"
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int micronsPerHalfCentimetre = 5000;
 constexpr int longTick = 10;
@@ -41,8 +39,7 @@ void DrawRuler(CDC& dc, const ImagingParameters& image, int x)
     const int bottom = image.Pixel(middle, image.samples - 1).y;
     dc.MoveTo(x, top);
     dc.LineTo(x, bottom);
-    for (int half = 0;; ++half)
-    {
+    for (int half = 0;; ++half) {
         const int y = top + half * micronsPerHalfCentimetre / image.micronsPerPixel.y;
         if (y > bottom) break;
         const bool whole = half % 2 == 0;

@@ -4,8 +4,7 @@
 
 #include <afxwin.h>
 
-namespace exam
-{
+namespace exam {
 
 // The depth scale beside the image: a tick every half centimetre from the probe's face down, the whole centimetres
 // longer and numbered. `x` is the column of the scale in pixels of the image.

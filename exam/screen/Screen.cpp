@@ -12,11 +12,9 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& right)
 {
@@ -65,8 +63,7 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
     const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);
-    if (content.stripShown)
-    {
+    if (content.stripShown) {
         spectralTraceData traces = content.flow.traces();
         DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
     }

@@ -9,8 +9,7 @@
 
 #include <optional>
 
-namespace exam
-{
+namespace exam {
 
 // What the screen shows, beside the session's recording.
 struct ScreenContent
@@ -22,7 +21,7 @@ struct ScreenContent
     bool stripShown = false;
     int rotation = 0; // tenths of a degree; 0: no rotated outline
     CString status{};
-    bool keysShown = true; // the list of keys beside the status
+    bool keysShown = true;               // the list of keys beside the status
     std::optional<int> recordedFrames{}; // set while a recording is under way
 };
 

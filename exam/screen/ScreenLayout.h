@@ -2,8 +2,7 @@
 
 #include <atltypes.h>
 
-namespace exam
-{
+namespace exam {
 
 // The fixed layout of the main window's client area, in pixels.
 struct ScreenLayout

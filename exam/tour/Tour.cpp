@@ -7,8 +7,7 @@
 
 #include <filesystem>
 
-namespace exam
-{
+namespace exam {
 
 void TourReport::Step(bool held, const std::wstring& what)
 {
@@ -20,8 +19,7 @@ void TourReport::Step(bool held, const std::wstring& what)
 bool TourReport::Close() const
 {
     const std::wstring steps = std::to_wstring(m_steps);
-    if (m_failed == 0 && m_steps > 0)
-    {
+    if (m_failed == 0 && m_steps > 0) {
         WriteOut(L"tour: all " + steps + L" steps held\n");
         return true;
     }
@@ -40,8 +38,7 @@ void TakeTour(TourContext& context)
 {
     std::error_code error;
     std::filesystem::create_directories(context.folder, error);
-    if (error)
-    {
+    if (error) {
         context.report.Step(false, L"the folder " + context.folder + L" can be made");
         return;
     }

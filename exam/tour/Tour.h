@@ -5,8 +5,7 @@
 
 #include <string>
 
-namespace exam
-{
+namespace exam {
 
 // Counts the steps of a tour and prints a line for each, with a tick or a cross.
 class TourReport

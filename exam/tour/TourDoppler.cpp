@@ -6,8 +6,7 @@
 
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
 void TourDoppler(TourContext& context)
 {

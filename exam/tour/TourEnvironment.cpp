@@ -6,11 +6,9 @@
 
 #include <cwchar>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 bool researchMode = false;
 

@@ -6,11 +6,9 @@
 
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 void ShowRecording(TourContext& context, std::size_t index)
 {

@@ -8,11 +8,9 @@
 
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 // Posts messages to the main window's queue, as the user's mouse would, and lets the window handle them.
 class Mouse

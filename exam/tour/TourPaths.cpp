@@ -7,11 +7,9 @@
 #include <filesystem>
 #include <fstream>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 namespace fs = std::filesystem;
 

@@ -9,11 +9,9 @@
 
 #include <string_view>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 // Counts the error lines of the log while it lives.
 class ErrorLines
