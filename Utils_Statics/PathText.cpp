@@ -3,6 +3,7 @@
 #include <shlwapi.h>
 
 #include <algorithm>
+#include <cwchar>
 
 namespace utils_statics {
 
@@ -64,12 +65,12 @@ std::wstring WithoutLastComponent(const std::wstring& path)
     return buffer.text();
 }
 
-std::wstring WithoutTrailingBackslash(const std::wstring& path)
+std::wstring WithoutTrailingBackslash(std::wstring path)
 {
-    PathBuffer buffer(path);
-    if (!buffer.fits()) return path;
-    PathRemoveBackslashW(buffer.data());
-    return buffer.text();
+    path.resize(std::wcslen(path.c_str()));
+    PathRemoveBackslashW(path.data()); // which looks at what is there, however long it is
+    path.resize(std::wcslen(path.c_str()));
+    return path;
 }
 
 std::wstring FullPath(const wchar_t* path)

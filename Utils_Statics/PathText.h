@@ -53,8 +53,8 @@ private:
 // `path` without its last component; empty when it does not fit a path buffer.
 std::wstring WithoutLastComponent(const std::wstring& path);
 
-// `path` without one backslash at its end; the root of a drive keeps its own. Unchanged when it does not fit a buffer.
-std::wstring WithoutTrailingBackslash(const std::wstring& path);
+// `path` without one backslash at its end; the root of a drive keeps its own. Of any length.
+std::wstring WithoutTrailingBackslash(std::wstring path);
 
 // The absolute form of a path as of now; empty when there is none.
 std::wstring FullPath(const wchar_t* path);
