@@ -84,9 +84,10 @@ std::wstring toWide(std::string_view key)
     return text;
 }
 
+// Texts of the table serve as printf formats, so a key with a percent sign must not pass for one.
 const wchar_t* unknownKey(std::string_view key)
 {
-    if (key.size() > longestUnknownKey) return L"";
+    if (key.size() > longestUnknownKey || key.find('%') != std::string_view::npos) return L"";
     const wchar_t* kept = state().unknownKeys.keep(toWide(key));
     return kept ? kept : L"";
 }

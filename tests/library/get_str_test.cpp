@@ -63,6 +63,14 @@ TEST_F(GetStrTest, GivesAnEmptyTextForANullKey)
     EXPECT_TRUE(GetStr(nullptr).IsEmpty());
 }
 
+TEST_F(GetStrTest, ShowsAnUnknownKeyButNeverFormatsIt)
+{
+    table.load();
+    EXPECT_STREQ(GetStr("no.such.key"), L"no.such.key");
+    EXPECT_STREQ(GetStr("%s.no.such.key"), L"");
+    EXPECT_EQ(log.take(), Messages{});
+}
+
 TEST_F(GetStrTest, FormatsTheTranslationWithTheArguments)
 {
     table.add("images", "%d images of %s", "%d Bilder von %s");

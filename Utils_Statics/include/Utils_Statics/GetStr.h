@@ -5,7 +5,8 @@
 #include <atlstr.h>
 
 // The user-interface text for `key` (a narrow identifier such as "product.description.notset"), formatted printf-style
-// with the further arguments. An unknown or null key, and a text that cannot be formatted, give an empty text.
+// with the further arguments. A key that the string table does not know gives the key itself (see ZelTString::get); a
+// null key, and a text that cannot be formatted, give an empty text.
 //
 // Conversions are read as the platform's wide functions read them: %s and %c are wide, %S, %hs, %C and %hc narrow,
 // %d %i %u %o %x %X take int, with I64, ll or j a 64-bit integer, with I, z or t one of a pointer's size; %e %f %g %a

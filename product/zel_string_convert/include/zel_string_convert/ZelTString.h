@@ -39,7 +39,8 @@ public:
 
     // The text of a key, in the current language or, where that has none or translated is false, in the base language.
     // Never null. An unknown key gives the key itself, so that its absence shows on the screen (up to 256
-    // characters and for the first 4096 such keys, because these too are kept; then, and for null, an empty text).
+    // characters and for the first 4096 such keys, because these too are kept; then, for null, and for a key with a
+    // percent sign, which would be read as a format, an empty text).
     static const wchar_t* get(const char* key, bool translated);
 
     // The text in the current language of which the base language's is the one given; that one itself while it has not
