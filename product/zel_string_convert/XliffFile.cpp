@@ -114,15 +114,20 @@ XliffUnit readUnit(const pugi::xml_node& element)
     return unit;
 }
 
+// Not a header, whose skeleton may be any XML, nor a bin-unit, nor the alt-trans of a unit.
+bool holdsUnits(const pugi::xml_node& node)
+{
+    return localName(node) == L"body" || localName(node) == L"group";
+}
+
 XliffSection readSection(const pugi::xml_node& file)
 {
     XliffSection section{file.attribute(L"source-language").value(), file.attribute(L"target-language").value(), {}};
     if (section.sourceLanguage.empty()) throw NotATable{L"has a file element without a source-language"};
-    bool isUnit = false;
-    for (pugi::xml_node node = file; node; node = nextNode(node, file, !isUnit)) {
-        isUnit = localName(node) == L"trans-unit"; // alt-trans in it has sources and targets that do not count
-        if (isUnit) section.units.push_back(readUnit(node));
-        if (isUnit && section.units.back().target && section.targetLanguage.empty())
+    for (pugi::xml_node node = file; node; node = nextNode(node, file, node == file || holdsUnits(node))) {
+        if (localName(node) != L"trans-unit") continue;
+        section.units.push_back(readUnit(node));
+        if (section.units.back().target && section.targetLanguage.empty())
             throw NotATable{L"has a target in a file element without a target-language"};
     }
     return section;

@@ -4,9 +4,15 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <memory>
 
 namespace zel_string_convert {
 namespace {
+
+struct FindCloser
+{
+    void operator()(HANDLE find) const noexcept { FindClose(find); }
+};
 
 // The pattern "*.xlf" would also find "a.xlf~" on volumes with short names.
 bool isXliffFile(const WIN32_FIND_DATAW& entry)
@@ -22,10 +28,10 @@ std::vector<std::wstring> xliffFilesIn(const std::wstring& folder)
     WIN32_FIND_DATAW entry;
     const HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &entry);
     if (find == INVALID_HANDLE_VALUE) return files;
+    const std::unique_ptr<void, FindCloser> owner(find);
     do {
         if (isXliffFile(entry)) files.push_back(folder + L"\\" + entry.cFileName);
     } while (FindNextFileW(find, &entry));
-    FindClose(find);
     std::sort(files.begin(), files.end());
     return files;
 }

@@ -151,6 +151,14 @@ TEST_F(StringTable, GivesAnUnknownKeyItself)
     EXPECT_STREQ(ZelTString::get(std::string(257, 'k').c_str(), true), L"");
 }
 
+TEST_F(StringTable, GivesNothingForAnUnknownKeyThatCouldPassForAFormat)
+{
+    ASSERT_TRUE(load(document(section("", unit("%d known", "%d texts")))));
+    EXPECT_STREQ(ZelTString::get("%s unknown", true), L"");
+    EXPECT_STREQ(ZelTString::get("100%", false), L"");
+    EXPECT_STREQ(ZelTString::get("%d known", true), L"%d texts");
+}
+
 TEST_F(StringTable, ReadsTextsAsTheyAre)
 {
     ASSERT_TRUE(load(document(section("", unit("space", "  two  spaces ") + unit("blank", " ") + unit("empty", "") +
@@ -196,6 +204,16 @@ TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"Richtig");
     EXPECT_STREQ(ZelTString::get("l", true), L"Left");
+}
+
+TEST_F(StringTable, PassesOverUnitsOutsideOfTheTextsOfTheBody)
+{
+    ASSERT_TRUE(load(document("<file original=\"exam\" datatype=\"plaintext\" source-language=\"en\"><header><skl>"
+                              "<internal-file><group><trans-unit/></group></internal-file></skl></header><body>"
+                              "<bin-unit id=\"b\" mime-type=\"image/png\"><bin-source/>" +
+                              unit("icon", "Icon") + "</bin-unit>" + unit("text", "Text") + "</body></file>")));
+    EXPECT_STREQ(ZelTString::get("icon", true), L"icon");
+    EXPECT_STREQ(ZelTString::get("text", true), L"Text");
 }
 
 TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
