@@ -12,6 +12,8 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 using namespace utils_statics;
 
@@ -64,6 +66,7 @@ void LogLastError(int line)
     EnvironmentLog(line, 1)(L"%d", static_cast<int>(error));
 }
 
+// Hidden files count, hidden and linked folders do not: deliberate.
 bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
 {
     constexpr DWORD skipped = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT;
@@ -71,29 +74,19 @@ bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
     return (entry.dwFileAttributes & skipped) == 0 && name != L"." && name != L"..";
 }
 
-std::uint64_t DirectorySize(const std::wstring& folder);
-
-std::uint64_t EntrySize(const std::wstring& folder, const WIN32_FIND_DATAW& entry)
+// The sizes of the files in `folder`; the folders in it that are walked are added to `pending`.
+std::uint64_t FileSizes(const std::wstring& folder, std::vector<std::wstring>& pending)
 {
-    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
-        return (static_cast<std::uint64_t>(entry.nFileSizeHigh) << 32) + entry.nFileSizeLow;
-    // Hidden files count, hidden and linked folders do not: deliberate.
-    return IsWalkedFolder(entry) ? DirectorySize(folder + L"\\" + entry.cFileName) : 0;
-}
-
-std::uint64_t DirectorySize(const std::wstring& folder)
-{
-    const std::wstring pattern = folder + L"\\*.*";
-    // A pattern that long cannot be enumerated on Windows; elsewhere the bound ends a walk round links
-    // that the file system does not mark as such.
-    if (pattern.size() >= MAX_PATH) return 0;
     WIN32_FIND_DATAW entry;
-    const FindHandle entries(pattern.c_str(), entry);
+    const FindHandle entries((folder + L"\\*.*").c_str(), entry);
     if (!entries.started()) return 0;
     std::uint64_t total = 0;
-    do
-        total += EntrySize(folder, entry);
-    while (entries.next(entry));
+    do {
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+            total += (static_cast<std::uint64_t>(entry.nFileSizeHigh) << 32) + entry.nFileSizeLow;
+        else if (IsWalkedFolder(entry))
+            pending.push_back(folder + L"\\" + entry.cFileName);
+    } while (entries.next(entry));
     return total;
 }
 
@@ -128,7 +121,15 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
 {
-    return static_cast<__int64>(DirectorySize(dir.GetString()));
+    // A list and not a recursion: the tree's depth is the disk's, the stack is the application's.
+    std::vector<std::wstring> pending{dir.GetString()};
+    std::uint64_t total = 0;
+    while (!pending.empty()) {
+        const std::wstring folder = std::move(pending.back());
+        pending.pop_back();
+        total += FileSizes(folder, pending);
+    }
+    return static_cast<__int64>(total);
 }
 
 int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to, int silent,

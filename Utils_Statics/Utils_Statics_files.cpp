@@ -64,9 +64,9 @@ bool utilsExam::FindFirstRemovableDrive(CString& drive)
 
 void utilsExam::BGRtoRGB(unsigned char* pixels, int width, int height)
 {
-    if (!pixels || width <= 0 || height <= 0) return;
     const std::int64_t count = static_cast<std::int64_t>(width) * height;
-    if (count > PTRDIFF_MAX / 3) return; // no buffer can hold so many
+    // The product alone decides, and no buffer can hold more than the upper bound.
+    if (!pixels || count < 1 || count > PTRDIFF_MAX / 3) return;
     for (std::ptrdiff_t at = 0; at < static_cast<std::ptrdiff_t>(count) * 3; at += 3)
         std::swap(pixels[at], pixels[at + 2]);
 }

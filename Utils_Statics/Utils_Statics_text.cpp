@@ -22,8 +22,7 @@ int MeasuredWidth(CDC& dc, const CString& text)
     return bounds.right - bounds.left;
 }
 
-// The next word at or after `position`, which moves behind it; empty when there
-// is none.
+// The next word at or after `position`, which moves behind it; empty when there is none.
 std::wstring_view NextWord(std::wstring_view text, std::size_t& position)
 {
     const std::size_t begin = text.find_first_not_of(delimiters, position);
@@ -49,10 +48,9 @@ public:
     int count() const { return m_count; }
 
 private:
-    // A word is looked up from the current position, which then moves to the next
-    // space, and only when there is none to the next line feed. So a word that
-    // ends in a line feed takes the words up to that space out of reach: they are
-    // appended without what stood before them. Deliberate.
+    // A word is looked up from the current position, which then moves to the next space, and only when there is none
+    // to the next line feed. So a word that ends in a line feed takes the words up to that space out of reach: they
+    // are appended without what stood before them. Deliberate.
     void appendWithGap(std::wstring_view word)
     {
         const std::size_t found = m_text.find(word, m_position);

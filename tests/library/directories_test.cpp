@@ -1,3 +1,4 @@
+// utilsExam: creating, deleting and copying directories.
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
@@ -11,14 +12,7 @@
 #include <shellapi.h>
 #include <shlwapi.h>
 
-#include <algorithm>
-#include <atomic>
-#include <climits>
-#include <cstdint>
-#include <random>
 #include <string>
-#include <thread>
-#include <vector>
 
 using test_support::fileExists;
 using test_support::InDirectory;
@@ -130,6 +124,18 @@ TEST(CreateDirectory, RefusesPathsThatDoNotFitABuffer)
     EXPECT_FALSE(fileExists(folder / L"new"));
 }
 
+TEST(CreateDirectory, CreatesTheMissingParentsOfTheLongestPath)
+{
+    const TemporaryFolder folder;
+    const std::wstring parent = folder / (L"a\\" + std::wstring(100, L'p'));
+    const std::wstring path = PathOfLength(parent, 259);
+    const int created = utilsExam::CreateDirectoryW(path.c_str());
+    EXPECT_EQ(created != 0, fileExists(path));
+    EXPECT_TRUE(fileExists(parent));
+    if (!fileExists(path)) GTEST_SKIP() << "the platform makes no folder of 259 characters";
+    EXPECT_EQ(utilsExam::CreateDirectoryW(path.c_str()), 0);
+}
+
 TEST(RemoveDirectory, DeletesATreeWithReadOnlyAndHiddenFiles)
 {
     const TemporaryFolder folder;
@@ -226,170 +232,26 @@ TEST(RemoveDirectory, DeletesNothingWhenThePathDoesNotFitTheShellsBuffer)
     }
 }
 
-TEST(GetDirectorySize, AddsTheFilesOfTheWholeTree)
+// `path` with the backslash before its last component repeated.
+std::wstring WithRun(std::wstring path, std::size_t count)
+{
+    return path.insert(path.rfind(L'\\'), count - 1, L'\\');
+}
+
+// How often a path is collapsed shows only where it then fits, or not, the 258 characters that the shell takes.
+TEST(RemoveDirectory, CollapsesBackslashesTwice)
 {
     const TemporaryFolder folder;
-    utilsExam::CreateDirectoryW((folder / L"a\\b").c_str());
-    writeFile(folder / L"1", std::string(10, 'x'));
-    writeFile(folder / L"a\\2", std::string(200, 'x'));
-    writeFile(folder / L"a\\b\\\U0001F600", std::string(3000, 'x'));
-    writeFile(folder / L"empty", "");
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 3210);
-}
-
-TEST(GetDirectorySize, IsZeroWhereNothingCanBeEnumerated)
-{
-    const TemporaryFolder folder;
-    writeFile(folder / L"file", "x");
-    EXPECT_EQ(utilsExam::GetDirectorySize((folder / L"none").c_str()), 0);
-    EXPECT_EQ(utilsExam::GetDirectorySize((folder / L"file").c_str()), 0);
-    EXPECT_EQ(utilsExam::GetDirectorySize(PathOfLength(folder.path(), 300).c_str()), 0);
-}
-
-TEST(GetDirectorySize, CountsHiddenFilesButNoHiddenFolders)
-{
-    const TemporaryFolder folder;
-    utilsExam::CreateDirectoryW((folder / L"hidden").c_str());
-    writeFile(folder / L"hidden\\1", std::string(10, 'x'));
-    writeFile(folder / L"2", std::string(200, 'x'));
-    SetFileAttributesW((folder / L"2").c_str(), FILE_ATTRIBUTE_HIDDEN);
-    ASSERT_TRUE(SetFileAttributesW((folder / L"hidden").c_str(), FILE_ATTRIBUTE_HIDDEN));
-    if ((GetFileAttributesW((folder / L"hidden").c_str()) & FILE_ATTRIBUTE_HIDDEN) == 0)
-        GTEST_SKIP() << "this file system keeps no hidden attribute";
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 200);
-}
-
-TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
-{
-    const TemporaryFolder folder;
-    const HANDLE file = CreateFileW((folder / L"large").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    LARGE_INTEGER size = {};
-    size.QuadPart = 5'000'000'000;
-    const bool sized = SetFilePointerEx(file, size, nullptr, FILE_BEGIN) && SetEndOfFile(file);
-    CloseHandle(file);
-    if (!sized) GTEST_SKIP() << "this file system keeps no file of 5 GB";
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 5'000'000'000);
-}
-
-// Starts one of the host's own tools on a folder, where the platform runs on a host that has them. The tool is no
-// process of the platform's, so its end shows in what it did.
-bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& paths)
-{
-    const auto unixName = reinterpret_cast<char*(CDECL*)(const wchar_t*)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    if (!unixName) return false;
-    std::string arguments = tool;
-    for (const std::wstring& path : paths) {
-        char* const name = unixName(path.c_str());
-        if (!name) return false;
-        arguments += " \"" + std::string(name) + "\"";
-        HeapFree(GetProcessHeap(), 0, name);
-    }
-    std::wstring command(arguments.begin(), arguments.end());
-    const std::wstring program = L"\\\\?\\unix\\bin\\" + command.substr(0, command.find(L' '));
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    return CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process) != FALSE;
-}
-
-bool WaitUntil(bool exists, const std::wstring& path)
-{
-    for (int tries = 0; tries < 500 && fileExists(path) != exists; ++tries)
-        Sleep(10);
-    return fileExists(path) == exists;
-}
-
-// A link to a folder, made and removed by the platform's functions or, where these do nothing, by the host's tools.
-class FolderLink
-{
-public:
-    FolderLink(const std::wstring& link, const std::wstring& target) : m_link(link)
-    {
-        CreateSymbolicLinkW(link.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
-        if (!fileExists(link) && StartHostTool("ln -s", {target, link})) WaitUntil(true, link);
-    }
-    ~FolderLink()
-    {
-        ::RemoveDirectoryW(m_link.c_str());
-        if (fileExists(m_link) && StartHostTool("rm", {m_link})) WaitUntil(false, m_link);
-    }
-    FolderLink(const FolderLink&) = delete;
-    FolderLink& operator=(const FolderLink&) = delete;
-
-    bool exists() const { return fileExists(m_link); }
-
-private:
-    std::wstring m_link;
-};
-
-TEST(GetDirectorySize, EndsInALoopOfLinks)
-{
-    const TemporaryFolder folder;
-    utilsExam::CreateDirectoryW((folder / L"a\\b").c_str());
-    writeFile(folder / L"a\\file", std::string(100, 'x'));
-    const FolderLink link(folder / L"a\\b\\loop", folder / L"a");
-    if (!link.exists()) GTEST_SKIP() << "folder links cannot be made here";
-    const DWORD attributes = GetFileAttributesW((folder / L"a\\b\\loop").c_str());
-    const std::int64_t size = utilsExam::GetDirectorySize(folder.path().c_str());
-    const bool marked = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    EXPECT_TRUE(marked ? size == 100 : size >= 100) << size; // linked folders are skipped where they are known as such
-}
-
-TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
-{
-    constexpr std::int64_t whole = 6 * 6 * 10;
-    for (int round = 0; round < 5; ++round) {
-        const TemporaryFolder folder;
-        for (int outer = 0; outer < 6; ++outer) {
-            const std::wstring inner = folder / (L"tree\\" + std::to_wstring(outer) + L"\\deeper");
-            utilsExam::CreateDirectoryW(inner.c_str());
-            for (int file = 0; file < 6; ++file)
-                writeFile(inner + L"\\" + std::to_wstring(file), std::string(10, 'x'));
-        }
-        const std::wstring tree = folder / L"tree";
-        ASSERT_EQ(utilsExam::GetDirectorySize(tree.c_str()), whole);
-        std::atomic<bool> removed = false;
-        std::jthread remover([&] {
-            utilsExam::RemoveDirectoryW(tree.c_str(), 1);
-            removed = true;
-        });
-        while (!removed) {
-            const std::int64_t size = utilsExam::GetDirectorySize(tree.c_str());
-            ASSERT_GE(size, 0);
-            ASSERT_LE(size, whole);
-        }
-        // A folder that is just being walked can keep its parents from being removed.
-        remover.join();
-        utilsExam::RemoveDirectoryW(tree.c_str(), 1);
-        EXPECT_EQ(utilsExam::GetDirectorySize(tree.c_str()), 0);
-        EXPECT_FALSE(fileExists(tree));
-    }
-}
-
-TEST(GetDirectorySize, AgreesWithRandomTrees)
-{
-    std::mt19937 random(8);
-    for (int round = 0; round < 10; ++round) {
-        const TemporaryFolder folder;
-        std::vector<std::wstring> folders{folder.path()};
-        std::int64_t expected = 0;
-        for (int entry = 0; entry < 30; ++entry) {
-            const std::wstring path = folders[random() % folders.size()] + L"\\" + std::to_wstring(entry);
-            if (path.size() > 200) continue;
-            if (random() % 3 == 0) {
-                utilsExam::CreateDirectoryW(path.c_str());
-                folders.push_back(path);
-                continue;
-            }
-            const std::size_t size = random() % 5000;
-            writeFile(path, std::string(size, 'x'));
-            expected += static_cast<std::int64_t>(size);
-        }
-        EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), expected);
-    }
+    const std::wstring path = PathOfLength(folder / std::wstring(100, L'p'), 258);
+    ASSERT_EQ(utilsExam::CreateDirectoryW((folder / std::wstring(100, L'p')).c_str()), 1);
+    writeFile(path, "x");
+    LogCapture log;
+    utilsExam::RemoveDirectoryW(WithRun(path, 8).c_str(), 1);
+    EXPECT_TRUE(fileExists(path));
+    ExpectErrorCode(log, 521);
+    utilsExam::RemoveDirectoryW(WithRun(path, 4).c_str(), 1);
+    EXPECT_FALSE(fileExists(path));
+    EXPECT_TRUE(log.take().empty());
 }
 
 class ShellOperationTest : public testing::Test
@@ -413,6 +275,16 @@ TEST_F(ShellOperationTest, CopiesAFolder)
     EXPECT_EQ(test_support::readFile(folder / L"to\\a\\file"), "content");
     EXPECT_TRUE(fileExists(folder / L"from\\a\\file"));
     EXPECT_TRUE(log.take().empty());
+}
+
+TEST_F(ShellOperationTest, MakesMissingFoldersWithoutAskingWhenSilent)
+{
+    writeFile(folder / L"one", "1");
+    EXPECT_EQ(run(FO_COPY, folder / L"one", (folder / L"new\\deeper\\one").c_str()), 1);
+    EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "1");
+    writeFile(folder / L"two", "2");
+    EXPECT_EQ(run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()), 1); // replaced unasked
+    EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "2");
 }
 
 TEST_F(ShellOperationTest, MovesAndRenamesFiles)
@@ -462,6 +334,32 @@ TEST_F(ShellOperationTest, RefusesPathsThatDoNotFitTheBufferWithTwoZeros)
     EXPECT_TRUE(fileExists(folder / L"one"));
 }
 
+TEST_F(ShellOperationTest, CollapsesBackslashesOnce)
+{
+    const std::wstring parent = folder / std::wstring(100, L'p');
+    const std::wstring from = PathOfLength(parent, 258);
+    const std::wstring to = PathOfLength(parent, 257) + L"e";
+    ASSERT_EQ(utilsExam::CreateDirectoryW(parent.c_str()), 1);
+    writeFile(from, "x");
+    EXPECT_EQ(run(FO_MOVE, WithRun(from, 4), to.c_str()), 0);
+    EXPECT_EQ(run(FO_MOVE, from, WithRun(to, 4).c_str()), 0);
+    EXPECT_TRUE(fileExists(from));
+    log.take();
+    EXPECT_EQ(run(FO_MOVE, WithRun(from, 2), WithRun(to, 2).c_str()), 1);
+    EXPECT_TRUE(fileExists(to));
+    EXPECT_TRUE(log.take().empty());
+}
+
+TEST_F(ShellOperationTest, HandsOverTheCallersFlags)
+{
+    utilsExam::CreateDirectoryW((folder / L"from\\sub").c_str());
+    utilsExam::CreateDirectoryW((folder / L"to").c_str());
+    writeFile(folder / L"from\\file", "x");
+    EXPECT_EQ(run(FO_COPY, folder / L"from\\*.*", (folder / L"to").c_str(), 1, FOF_FILESONLY), 1);
+    EXPECT_TRUE(fileExists(folder / L"to\\file"));
+    EXPECT_FALSE(fileExists(folder / L"to\\sub"));
+}
+
 TEST_F(ShellOperationTest, RefusesAnAbsentSource)
 {
     const InDirectory inside(folder.path());
@@ -469,83 +367,6 @@ TEST_F(ShellOperationTest, RefusesAnAbsentSource)
     EXPECT_EQ(run(FO_DELETE, L"", nullptr), 0);
     EXPECT_EQ(utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr), 0);
     EXPECT_TRUE(fileExists(folder / L"one"));
-}
-
-TEST(GetFileData, DescribesTheFirstMatch)
-{
-    const TemporaryFolder folder;
-    writeFile(folder / L"file\U0001F600.txt", std::string(77, 'x'));
-    WIN32_FIND_DATAW data = {};
-    EXPECT_EQ(utilsExam::GetFileData((folder / L"*.txt").c_str(), &data), 1);
-    EXPECT_STREQ(data.cFileName, L"file\U0001F600.txt");
-    EXPECT_EQ(data.nFileSizeLow, 77u);
-    EXPECT_EQ(utilsExam::GetFileData((folder / L"none").c_str(), &data), 0);
-    EXPECT_EQ(utilsExam::GetFileData(nullptr, &data), 0);
-    EXPECT_EQ(utilsExam::GetFileData((folder / L"*.txt").c_str(), nullptr), 0);
-}
-
-TEST(CheckFileIsWritable, ClearsTheReadOnlyAttribute)
-{
-    const TemporaryFolder folder;
-    const std::wstring path = folder / L"file";
-    writeFile(path, "x");
-    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
-    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
-    EXPECT_EQ(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY, 0u);
-}
-
-TEST(CheckFileIsWritable, AcceptsAFileThatDoesNotExist)
-{
-    const TemporaryFolder folder;
-    EXPECT_TRUE(utilsExam::CheckFileIsWritable((folder / L"none").c_str()));
-    EXPECT_TRUE(utilsExam::CheckFileIsWritable(std::wstring(300, L'x').c_str()));
-    EXPECT_TRUE(utilsExam::CheckFileIsWritable(nullptr));
-}
-
-bool MayBeExportedTo(const std::wstring& root)
-{
-    if (root == L"A:\\" || root == L"B:\\" || root == L"C:\\" || root == L"D:\\") return false;
-    const UINT type = GetDriveTypeW(root.c_str());
-    return type == DRIVE_REMOVABLE || type == DRIVE_FIXED || type == DRIVE_RAMDISK;
-}
-
-TEST(FindFirstRemovableDrive, IsTheFirstDriveOfAFittingType)
-{
-    std::wstring expected;
-    const DWORD drives = GetLogicalDrives();
-    for (int letter = 25; letter >= 0; --letter) {
-        const std::wstring root = std::wstring(1, static_cast<wchar_t>(L'A' + letter)) + L":\\";
-        if ((drives >> letter) & 1u && MayBeExportedTo(root)) expected = root;
-    }
-    CString drive(L"before");
-    EXPECT_EQ(utilsExam::FindFirstRemovableDrive(drive), !expected.empty());
-    EXPECT_EQ(drive, expected.empty() ? L"before" : expected.c_str());
-}
-
-TEST(BGRtoRGB, SwapsTheFirstAndThirdByteOfEachPixel)
-{
-    unsigned char pixels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
-    utilsExam::BGRtoRGB(pixels, 2, 2);
-    const unsigned char expected[] = {3, 2, 1, 6, 5, 4, 9, 8, 7, 12, 11, 10, 13};
-    EXPECT_TRUE(std::equal(std::begin(pixels), std::end(pixels), expected));
-}
-
-TEST(BGRtoRGB, DoesNothingWithoutPixels)
-{
-    unsigned char pixels[] = {1, 2, 3};
-    utilsExam::BGRtoRGB(pixels, 0, 5);
-    utilsExam::BGRtoRGB(pixels, 5, 0);
-    utilsExam::BGRtoRGB(pixels, -1, 5);
-    utilsExam::BGRtoRGB(pixels, INT_MIN, INT_MAX);
-    utilsExam::BGRtoRGB(pixels, -1, -1);
-    utilsExam::BGRtoRGB(nullptr, 5, 5);
-    if (sizeof(void*) == 4) {
-        utilsExam::BGRtoRGB(pixels, 65536, 65536); // no such image fits the address space
-        utilsExam::BGRtoRGB(pixels, INT_MAX, INT_MAX);
-    }
-    EXPECT_EQ(pixels[0], 1);
-    EXPECT_EQ(pixels[2], 3);
 }
 
 } // namespace

@@ -250,6 +250,22 @@ TEST_F(GetStrTest, TruncatesShortAndCharacterSizes)
     EXPECT_STREQ(GetStr("sizes", 0x18001, -1, 0x1ff, 0x1ff), L"-32767 65535 -1 ff");
 }
 
+TEST_F(GetStrTest, KnowsTheSpellingsThatOlderLibrariesDoNot)
+{
+    table.add("real", "%F %.1F");
+    table.add("large", "%jd %jX");
+    table.load();
+    EXPECT_STREQ(GetStr("real", 1.5, -0.25), L"1.500000 -0.3");
+    EXPECT_STREQ(GetStr("large", -(1ll << 40), 1ll << 40), L"-1099511627776 10000000000");
+}
+
+TEST_F(GetStrTest, PadsTextsWithZerosWhereTheFlagAsksForThem)
+{
+    table.add("padded", "%05s|%-05s|%03c");
+    table.load();
+    EXPECT_STREQ(GetStr("padded", L"ab", L"cd", L'e'), L"000ab|cd   |00e");
+}
+
 TEST_F(GetStrTest, KnowsTheSizesThatFollowThePointer)
 {
     table.add("sizes", "%Iu %zu %td");

@@ -160,8 +160,8 @@ public:
     /// so does all when the path has more than 258 characters.
     static void RemoveDirectoryW(const wchar_t* path, int isAbsolute);
     /// The sum of the sizes of all files below `dir`, in bytes; 0 when it cannot be read. Hidden files count; hidden
-    /// folders and links to folders are skipped. Folders whose path does not fit 260 characters with "\*.*" count
-    /// nothing.
+    /// folders and links to folders are skipped. What the platform cannot enumerate, such as a path that is too long
+    /// for it, counts nothing.
     static __int64 GetDirectorySize(const CString& dir);
     /// Describes the first file or folder that `path` (wildcards allowed in the last component) matches. 1 when there
     /// is one, otherwise 0 and `data` is unspecified.
@@ -180,7 +180,8 @@ public:
     /// afterwards or does not exist; false when the attribute could not be cleared.
     static bool CheckFileIsWritable(const wchar_t* path);
     /// Swaps the first and third byte of `width` x `height` pixels of three bytes each, without padding between rows.
-    /// Nothing happens unless both are positive.
+    /// Nothing happens when the product is not positive: it alone decides, so that two negative sizes are as good as
+    /// two positive ones.
     static void BGRtoRGB(unsigned char* pixels, int width, int height);
 
     // ---- Protocol files

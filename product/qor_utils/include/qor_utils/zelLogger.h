@@ -9,9 +9,10 @@
 //
 // Levels: 1 an error, 2 a warning, 4 information; any other number is recorded as detail for developers.
 //
-// Nothing is opened before the first message. No member throws, and a log that cannot be written is no failure: the
-// message still goes to the debugger and the hook, and the file is tried again after some seconds.
-// All members may be called on any thread. Each message is in the file when the call that logged it returns.
+// Nothing is opened before the first message. Logging throws nothing (the other members at most std::bad_alloc), and a
+// log that cannot be written is no failure: the message still goes to the debugger and the hook, and the file is tried
+// again after some seconds. All members may be called on any thread. Each message is in the file when the call that
+// logged it returns.
 class QOR_UTILS_API zelLogger
 {
 public:

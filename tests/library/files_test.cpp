@@ -1,0 +1,153 @@
+// utilsExam: single files, drives and pixel bytes.
+#include <Utils_Statics/utilsExam.h>
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <climits>
+#include <string>
+
+using test_support::TemporaryFolder;
+using test_support::writeFile;
+
+namespace {
+
+TEST(GetFileData, DescribesTheFirstMatch)
+{
+    const TemporaryFolder folder;
+    writeFile(folder / L"file\U0001F600.txt", std::string(77, 'x'));
+    WIN32_FIND_DATAW data = {};
+    EXPECT_EQ(utilsExam::GetFileData((folder / L"*.txt").c_str(), &data), 1);
+    EXPECT_STREQ(data.cFileName, L"file\U0001F600.txt");
+    EXPECT_EQ(data.nFileSizeLow, 77u);
+    EXPECT_EQ(utilsExam::GetFileData((folder / L"none").c_str(), &data), 0);
+    EXPECT_EQ(utilsExam::GetFileData(nullptr, &data), 0);
+    EXPECT_EQ(utilsExam::GetFileData((folder / L"*.txt").c_str(), nullptr), 0);
+}
+
+TEST(CheckFileIsWritable, ClearsTheReadOnlyAttribute)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder / L"file";
+    writeFile(path, "x");
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
+    EXPECT_EQ(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY, 0u);
+}
+
+TEST(CheckFileIsWritable, LeavesNoOtherAttributeOfAReadOnlyFile)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder / L"file";
+    writeFile(path, "x");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
+    if (!(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN))
+        GTEST_SKIP() << "this file system keeps no hidden attribute";
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
+    EXPECT_EQ(GetFileAttributesW(path.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN), 0u);
+}
+
+TEST(CheckFileIsWritable, AcceptsAFileThatDoesNotExist)
+{
+    const TemporaryFolder folder;
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable((folder / L"none").c_str()));
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(std::wstring(300, L'x').c_str()));
+    EXPECT_TRUE(utilsExam::CheckFileIsWritable(nullptr));
+}
+
+bool MayBeExportedTo(const std::wstring& root)
+{
+    if (root == L"A:\\" || root == L"B:\\" || root == L"C:\\" || root == L"D:\\") return false;
+    const UINT type = GetDriveTypeW(root.c_str());
+    return type == DRIVE_REMOVABLE || type == DRIVE_FIXED || type == DRIVE_RAMDISK;
+}
+
+TEST(FindFirstRemovableDrive, IsTheFirstDriveOfAFittingType)
+{
+    std::wstring expected;
+    const DWORD drives = GetLogicalDrives();
+    for (int letter = 25; letter >= 0; --letter) {
+        const std::wstring root = std::wstring(1, static_cast<wchar_t>(L'A' + letter)) + L":\\";
+        if ((drives >> letter) & 1u && MayBeExportedTo(root)) expected = root;
+    }
+    CString drive(L"before");
+    EXPECT_EQ(utilsExam::FindFirstRemovableDrive(drive), !expected.empty());
+    EXPECT_EQ(drive, expected.empty() ? L"before" : expected.c_str());
+}
+
+// A drive letter for a folder, while it lives.
+class FolderDrive
+{
+public:
+    FolderDrive(wchar_t letter, const std::wstring& folder) : m_name{letter, L':'}, m_folder(folder)
+    {
+        const bool isFree = (GetLogicalDrives() >> (letter - L'A') & 1u) == 0;
+        m_made = isFree && DefineDosDeviceW(0, m_name.c_str(), m_folder.c_str());
+    }
+    ~FolderDrive()
+    {
+        if (m_made) DefineDosDeviceW(DDD_REMOVE_DEFINITION, m_name.c_str(), m_folder.c_str());
+    }
+    FolderDrive(const FolderDrive&) = delete;
+    FolderDrive& operator=(const FolderDrive&) = delete;
+
+    // Whether the letter is a drive that could be exported to, whoever made it.
+    bool fits() const { return GetDriveTypeW((m_name + L'\\').c_str()) == DRIVE_FIXED; }
+
+private:
+    std::wstring m_name;
+    std::wstring m_folder;
+    bool m_made = false;
+};
+
+TEST(FindFirstRemovableDrive, PassesOverTheFirstFourLetters)
+{
+    const TemporaryFolder folder;
+    const FolderDrive system(L'D', folder.path());
+    const FolderDrive external(L'E', folder.path());
+    if (!system.fits() || !external.fits()) GTEST_SKIP() << "the letters D and E cannot be made fixed drives here";
+    CString drive;
+    EXPECT_TRUE(utilsExam::FindFirstRemovableDrive(drive));
+    EXPECT_STREQ(drive, L"E:\\");
+}
+
+TEST(BGRtoRGB, SwapsTheFirstAndThirdByteOfEachPixel)
+{
+    unsigned char pixels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
+    utilsExam::BGRtoRGB(pixels, 2, 2);
+    const unsigned char expected[] = {3, 2, 1, 6, 5, 4, 9, 8, 7, 12, 11, 10, 13};
+    EXPECT_TRUE(std::equal(std::begin(pixels), std::end(pixels), expected));
+}
+
+TEST(BGRtoRGB, CountsThePixelsByTheProductAlone)
+{
+    unsigned char pixels[] = {1, 2, 3, 4, 5, 6, 7};
+    utilsExam::BGRtoRGB(pixels, -1, -2);
+    const unsigned char expected[] = {3, 2, 1, 6, 5, 4, 7};
+    EXPECT_TRUE(std::equal(std::begin(pixels), std::end(pixels), expected));
+}
+
+TEST(BGRtoRGB, DoesNothingWithoutPixels)
+{
+    unsigned char pixels[] = {1, 2, 3};
+    utilsExam::BGRtoRGB(pixels, 0, 5);
+    utilsExam::BGRtoRGB(pixels, 5, 0);
+    utilsExam::BGRtoRGB(pixels, -1, 5);
+    utilsExam::BGRtoRGB(pixels, INT_MIN, INT_MAX);
+    utilsExam::BGRtoRGB(nullptr, 5, 5);
+    if (sizeof(void*) == 4) {
+        utilsExam::BGRtoRGB(pixels, 65536, 65536); // no such image fits the address space
+        utilsExam::BGRtoRGB(pixels, INT_MAX, INT_MAX);
+    }
+    EXPECT_EQ(pixels[0], 1);
+    EXPECT_EQ(pixels[2], 3);
+}
+
+} // namespace
