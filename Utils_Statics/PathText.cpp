@@ -53,9 +53,9 @@ void EnsureTrailingBackslash(std::wstring& path)
     if (!path.empty() && path.back() != L'\\') path += L'\\';
 }
 
-PathBuffer::PathBuffer(const std::wstring& path) : m_fits(path.size() < MAX_PATH)
+PathBuffer::PathBuffer(const std::wstring& path)
 {
-    if (m_fits) path.copy(m_text, path.size());
+    if (path.size() < MAX_PATH) path.copy(m_text, path.size());
 }
 
 std::wstring WithoutLastComponent(const std::wstring& path)

@@ -38,16 +38,14 @@ void EnsureTrailingBackslash(std::wstring& path);
 class PathBuffer
 {
 public:
-    // An unusable (too long) path leaves the buffer empty and fits() false.
+    // A longer path leaves the buffer empty.
     explicit PathBuffer(const std::wstring& path);
 
-    bool fits() const { return m_fits; }
     wchar_t* data() { return m_text; }
     std::wstring text() const { return m_text; }
 
 private:
     wchar_t m_text[MAX_PATH] = {};
-    bool m_fits = false;
 };
 
 // `path` without its last component; empty when it does not fit a path buffer.
