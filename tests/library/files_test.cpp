@@ -82,42 +82,6 @@ TEST(FindFirstRemovableDrive, IsTheFirstDriveOfAFittingType)
     EXPECT_EQ(drive, expected.empty() ? L"before" : expected.c_str());
 }
 
-// A drive letter for a folder, while it lives.
-class FolderDrive
-{
-public:
-    FolderDrive(wchar_t letter, const std::wstring& folder) : m_name{letter, L':'}, m_folder(folder)
-    {
-        const bool isFree = (GetLogicalDrives() >> (letter - L'A') & 1u) == 0;
-        m_made = isFree && DefineDosDeviceW(0, m_name.c_str(), m_folder.c_str());
-    }
-    ~FolderDrive()
-    {
-        if (m_made) DefineDosDeviceW(DDD_REMOVE_DEFINITION, m_name.c_str(), m_folder.c_str());
-    }
-    FolderDrive(const FolderDrive&) = delete;
-    FolderDrive& operator=(const FolderDrive&) = delete;
-
-    // Whether the letter is a drive that could be exported to, whoever made it.
-    bool fits() const { return GetDriveTypeW((m_name + L'\\').c_str()) == DRIVE_FIXED; }
-
-private:
-    std::wstring m_name;
-    std::wstring m_folder;
-    bool m_made = false;
-};
-
-TEST(FindFirstRemovableDrive, PassesOverTheFirstFourLetters)
-{
-    const TemporaryFolder folder;
-    const FolderDrive system(L'D', folder.path());
-    const FolderDrive external(L'E', folder.path());
-    if (!system.fits() || !external.fits()) GTEST_SKIP() << "the letters D and E cannot be made fixed drives here";
-    CString drive;
-    EXPECT_TRUE(utilsExam::FindFirstRemovableDrive(drive));
-    EXPECT_STREQ(drive, L"E:\\");
-}
-
 TEST(BGRtoRGB, SwapsTheFirstAndThirdByteOfEachPixel)
 {
     unsigned char pixels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
