@@ -14,6 +14,9 @@ endforeach()
 install(TARGETS exam mjpg codecsetup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY exam/sample DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${UTILS_STATICS_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(UTILS_STATICS_CHECKED)
+  install(TARGETS guardheap_dll RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})   # every module imports it
+endif()
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
 # The codec holds libjpeg-turbo, whose licence wants its text to come along.
 install(FILES ${UTILS_STATICS_DEPENDENCIES_USED}/share/doc/libjpeg-turbo/LICENSE.md

@@ -121,7 +121,10 @@ BOOL CWnd::DestroyWindow()
 {
     if (!m_hWnd) return FALSE;
     const HWND window = m_hWnd;
+    const bool permanent = FromHandlePermanent(window) == this;
     const BOOL destroyed = ::DestroyWindow(window);
+    // Told of its end, an object has left the map and may have deleted itself: then this must not be looked at.
+    if (permanent && FromHandlePermanent(window) != this) return destroyed;
     // Without the procedure in place nobody was told.
     if (m_hWnd == window && !::IsWindow(window)) Detach();
     return destroyed;
