@@ -14,6 +14,7 @@ namespace
 
 constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
+constexpr int traceCount = 4;
 
 // Velocity over one beat as a share of the span above the baseline: a steep systolic peak and a slow diastolic decay.
 double Pulse(double phase)
@@ -39,19 +40,20 @@ SimulatedFlow::SimulatedFlow(int columns)
     CDopplerScaling::SetVecDopScaleFactor(1.0);
     CDopplerScaling::SetBaselineStartPos(0.0);
     const int count = std::max(columns, 0);
-    m_bins.resize(static_cast<std::size_t>(count) * 2);
+    m_bins.resize(static_cast<std::size_t>(count) * traceCount, Bin(0));
+    spectralTraceData view = traces();
     for (int x = 0; x < count; ++x)
     {
         const double share = Pulse(static_cast<double>(x % columnsPerBeat) / columnsPerBeat);
-        m_bins[static_cast<std::size_t>(x)] = Bin(share * 0.9);
-        m_bins[static_cast<std::size_t>(x + count)] = Bin(share * 0.6);
+        view.getDataSet(eTraceEnvelopeForward)[x] = Bin(share * 0.9);
+        view.getDataSet(eTraceMeanForward)[x] = Bin(share * 0.6);
     }
 }
 
 spectralTraceData SimulatedFlow::traces()
 {
     spectralTraceData view;
-    view.setData(m_bins.data(), static_cast<int>(m_bins.size()), 2);
+    view.setData(m_bins.data(), static_cast<int>(m_bins.size()), traceCount);
     return view;
 }
 

@@ -7,14 +7,14 @@
 namespace exam
 {
 
-// Spectral traces of a simulated pulsating flow, for want of a recorded one: the peak and the mean velocity as bins of
-// a spectrum. Building it also sets the acquisition parameters of CDopplerScaling that belong to it.
+// Spectral traces of a simulated pulsating flow, for want of a recorded one: the envelope and the mean of the
+// velocities towards the probe and away from it, as bins of a spectrum. Nothing flows away from the probe. Building it also sets the acquisition parameters of CDopplerScaling that belong to it.
 class SimulatedFlow
 {
 public:
     explicit SimulatedFlow(int columns);
 
-    // A view of the traces: set 0 the peak, set 1 the mean. Valid while this object lives.
+    // A view of the four traces. Valid while this object lives.
     spectralTraceData traces();
 
 private:

@@ -65,8 +65,8 @@ void DrawSpectralStrip(CDC& dc, const CRect& area, spectralTraceData& data)
     const int baseline = plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(
                                            static_cast<int>(CDopplerScaling::GetPWFFT() / 2))));
     DrawScale(dc, plot, baseline);
-    DrawTrace(dc, plot, data.getDataSet(eTraceType(1)), data.getSetSize(), palette::label);
-    DrawTrace(dc, plot, data.getDataSet(eTraceType(0)), data.getSetSize(), palette::accent);
+    DrawTrace(dc, plot, data.getDataSet(eTraceMeanForward), data.getSetSize(), palette::label);
+    DrawTrace(dc, plot, data.getDataSet(eTraceEnvelopeForward), data.getSetSize(), palette::accent);
     CRect caption(area.left + 16, area.bottom - 28, area.right, area.bottom - 6);
     dc.SetTextColor(palette::label);
     dc.DrawText(GetStr("exam.doppler.simulated"), &caption, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
