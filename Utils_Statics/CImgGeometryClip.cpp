@@ -50,11 +50,13 @@ float Slope(const ULine& line)
     return dy / dx;
 }
 
-/// Where the line of the slope `m` through the start of `line` crosses x = 0, and its height at `x`.
+/// The height at x = 0 of the line of the slope `m` through the start of `line`.
 float Intercept(const ULine& line, float m)
 {
     return static_cast<float>(line.y1) - static_cast<float>(line.x1) * m;
 }
+
+/// Its height at `x`.
 float HeightAt(int x, const ULine& line, float m)
 {
     return static_cast<float>(x) * m + Intercept(line, m);
@@ -72,7 +74,8 @@ void Stroke(CDC* dc, const UPoint& from, const UPoint& to)
     dc->LineTo(to.x, to.y);
 }
 
-/// The point of `clip` at the height `y`; (0, 0) when there is none, which nobody asks.
+/// The point of `clip` at the height `y`. A horizontal edge has none, which the caller deliberately does not ask: it
+/// gets (0, 0).
 UPoint PointAtHeight(const ULine& clip, int y)
 {
     UPoint point;

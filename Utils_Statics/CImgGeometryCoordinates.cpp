@@ -9,12 +9,6 @@
 
 #include <cmath>
 
-namespace {
-
-constexpr double RadiansPerMillidegree = 1.7453292519943296e-5;
-
-} // namespace
-
 UPoint CImgGeometry::GetPixelDistanceCoordinates(int line, int startSample, int distanceMicrons, const UPoint& origin,
                                                  const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
                                                  const ZelProbe* probe, int soundSpeed, int scanC, int width,

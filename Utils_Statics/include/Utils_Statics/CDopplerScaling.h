@@ -19,6 +19,7 @@ public:
     static void SetVecDopScaleFactor(double factor) noexcept;  // divides the velocity per pixel
     static void SetBaselineStartPos(double position) noexcept; // pixels
 
+    // What was set last; before that 0, and 1.0 for the scale factor.
     static long GetPWPRP() noexcept;
     static long GetPWFreq() noexcept;
     static long GetPWFFT() noexcept;

@@ -24,8 +24,7 @@ enum InputType : int
 ///
 /// Calls from inside a handler's operations are allowed, and behave so:
 /// - A walk over the handlers visits every handler that is registered when its turn comes, once: one that is removed
-/// ahead
-///   of the walk is not visited, one that is inserted ahead of it is.
+///   ahead of the walk is not visited, one that is inserted ahead of it is.
 /// - A handler that is destroyed is forgotten at once: it cannot win a walk that is under way, is not told anything any
 ///   more, and if it held the lock, nobody holds it. One that is only unregistered can still win, as it can be locked.
 /// - While the owner is told that it loses the lock (OnReleaseMouse), the change that it is told of is under way and
@@ -53,7 +52,11 @@ public:
     UTILS_STATICS_API static bool Unlock();
 
     UTILS_STATICS_API static bool IsLocked();
+
+    /// The handler that holds the lock, or null.
     UTILS_STATICS_API static const IMouseHandler* GetLock();
+
+    /// What Initialize was given last; before that trackball style and no area.
     UTILS_STATICS_API static InputType GetInput();
     UTILS_STATICS_API static CRect GetLockRect();
 
@@ -70,7 +73,8 @@ public:
     /// answer is the one of the system's ClipCursor.
     UTILS_STATICS_API static int ClipCursor(RECT* rect);
 
-    /// Whether the image is frozen, and whether the imaging screen is active: with both, LockNext does not wrap around.
+    /// Whether the image is frozen (at first not), and whether the imaging screen is active (at first it is): with both,
+    /// LockNext does not wrap around.
     UTILS_STATICS_API static void SetFreeze(bool freeze);
     UTILS_STATICS_API static void SetImaging(bool imaging);
 

@@ -13,6 +13,8 @@ class PrecisionMouse
 public:
     /// Null, or a control that is already registered, changes nothing.
     UTILS_STATICS_API static void Register(IPrecisionControl* control);
+
+    /// The control is told nothing any more. One that is not registered changes nothing.
     UTILS_STATICS_API static void Unregister(IPrecisionControl* control);
 
     /// Calls SetHandler(handler) on every registered control, in ascending pointer order. A control may register and

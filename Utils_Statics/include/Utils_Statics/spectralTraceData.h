@@ -28,6 +28,7 @@ public:
     // True when there is no block or its size is 0.
     bool isEmpty() const noexcept;
 
+    // The block and its size in bytes, as they were set.
     unsigned char* getData() const noexcept;
     int getSize() const noexcept;
 
