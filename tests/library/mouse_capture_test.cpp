@@ -15,6 +15,39 @@ public:
     void GetBackgroundRect(CRect& rect) override { rect = CRect(0, 0, 1, 1); }
 };
 
+// The arbitration before anybody used it: read at load, because every test sets it up for itself.
+struct InitialState
+{
+    bool locked = MouseCapture::IsLocked();
+    InputType input = MouseCapture::GetInput();
+    CRect area = MouseCapture::GetLockRect();
+    bool wrapsAround = WrapsAround();
+    bool wrapsAroundFrozen = (MouseCapture::SetFreeze(true), WrapsAround());
+
+    // Whether the next action of the only tool comes back to it.
+    static bool WrapsAround()
+    {
+        Log log;
+        Tool tool(log, "t");
+        tool.points.resize(1);
+        MouseCapture::Register(&tool);
+        MouseCapture::Lock(&tool, 0);
+        const bool wrapped = MouseCapture::LockNext();
+        MouseCapture::Unlock();
+        return wrapped;
+    }
+};
+const InitialState initial;
+
+TEST_F(MouseCaptureTest, StartsUnlockedInTrackballStyleWithoutAnAreaImagingAndNotFrozen)
+{
+    EXPECT_FALSE(initial.locked);
+    EXPECT_EQ(initial.input, InputTrackball);
+    EXPECT_TRUE(initial.area == CRect(0, 0, 0, 0));
+    EXPECT_TRUE(initial.wrapsAround) << "not frozen";
+    EXPECT_FALSE(initial.wrapsAroundFrozen) << "imaging";
+}
+
 // The order in which the handlers stand in the list, read off by stepping through them with one point each.
 TEST_F(MouseCaptureTest, HandlersStandInLockOrderAndEqualOrdersInRegistrationOrder)
 {
@@ -197,144 +230,6 @@ TEST_F(MouseCaptureTest, ATrackballOnlyHandlerIsRefusedInPointerStyle)
     EXPECT_EQ(MouseCapture::GetLock(), &a);
 }
 
-TEST_F(MouseCaptureTest, ARefusedLockStillSetsThePointIndex)
-{
-    Tool a(log, "a"), t(log, "t");
-    a.points.assign(9, POINT{0, 0});
-    t.type = LockTrackballOnly;
-    MouseCapture::Lock(&a, 1);
-    UsePointer();
-    EXPECT_FALSE(MouseCapture::Lock(&t, 6));
-    MouseCapture::Initialize(CRect(0, 0, 1000, 800), InputTrackball);
-    TakeLog();
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(log, (Log{"a lock 7"}));
-}
-
-TEST_F(MouseCaptureTest, NextStepsThroughThePointsOfAToolThenToTheNextTool)
-{
-    Tool a(log, "a", 1), b(log, "b", 2), c(log, "c", 3);
-    a.points.resize(2);
-    c.points.resize(1);
-    for (Tool* tool : {&a, &b, &c})
-        MouseCapture::Register(tool);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(log, (Log{"a lock 0", "a lock 1", "a release", "c lock 0", "c release", "a lock 0"}));
-}
-
-TEST_F(MouseCaptureTest, NextOnTheOnlyToolComesBackToIt)
-{
-    Tool a(log, "a");
-    a.points.resize(1);
-    MouseCapture::Register(&a);
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(log, (Log{"a lock 0", "a release", "a lock 0"}));
-}
-
-TEST_F(MouseCaptureTest, NextDoesNotWrapAroundWhenFrozenAndImaging)
-{
-    Tool a(log, "a", 1), b(log, "b", 2), g(log, "g", 3);
-    a.points = b.points = {{0, 0}};
-    for (Tool* tool : {&a, &b})
-        MouseCapture::Register(tool);
-    MouseCapture::Lock(&b, 0);
-    MouseCapture::SetFreeze(true);
-    TakeLog();
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_FALSE(MouseCapture::IsLocked());
-    EXPECT_EQ(TakeLog(), (Log{"b release"}));
-
-    g.background = true;
-    MouseCapture::Register(&g);
-    MouseCapture::Lock(&b, 0);
-    TakeLog();
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &g);
-    EXPECT_EQ(TakeLog(), (Log{"b release", "g lock 0"}));
-
-    MouseCapture::Lock(&b, 0);
-    MouseCapture::SetImaging(false);
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &a) << "frozen alone does not keep it from wrapping around";
-    MouseCapture::Lock(&b, 0);
-    MouseCapture::SetFreeze(false);
-    MouseCapture::SetImaging(true);
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &a) << "nor does imaging alone";
-}
-
-TEST_F(MouseCaptureTest, NextDoesNotWrapAroundInResearchMode)
-{
-    Tool a(log, "a", 1), b(log, "b", 2);
-    a.points = b.points = {{0, 0}};
-    MouseCapture::Register(&a);
-    MouseCapture::Register(&b);
-    MouseCapture::Lock(&b, 0);
-    utilsExam::ResearchMode = true;
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_FALSE(MouseCapture::IsLocked());
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &a) << "without an owner the walk starts at the first";
-}
-
-TEST_F(MouseCaptureTest, NextFromAnOwnerThatIsNotRegisteredStartsAtTheFirstAndDoesNotWrap)
-{
-    Tool a(log, "a"), stranger(log, "s");
-    a.points.resize(1);
-    MouseCapture::Register(&a);
-    MouseCapture::Lock(&stranger, 0);
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &a);
-    EXPECT_EQ(a.pointQueries, 1);
-
-    a.points.clear();
-    a.pointQueries = 0;
-    MouseCapture::Lock(&stranger, 0);
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_EQ(a.pointQueries, 1) << "no second pass";
-    EXPECT_FALSE(MouseCapture::IsLocked());
-}
-
-TEST_F(MouseCaptureTest, NextTakesTheLastBackgroundHandlerWhenNobodyHasPoints)
-{
-    Tool a(log, "a", 1), b(log, "b", 2), c(log, "c", 3);
-    a.background = b.background = true;
-    for (Tool* tool : {&a, &b, &c})
-        MouseCapture::Register(tool);
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &b);
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), nullptr)
-        << "the owner comes last in the wrap-around and replaces a, then drops out";
-    MouseCapture::Lock(&c, 0);
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_EQ(MouseCapture::GetLock(), &b);
-}
-
-TEST_F(MouseCaptureTest, NextInPointerStyleOnlyUnlocks)
-{
-    Tool a(log, "a");
-    a.points.resize(3);
-    MouseCapture::Register(&a);
-    UsePointer();
-    MouseCapture::Lock(&a, 0);
-    TakeLog();
-    EXPECT_FALSE(MouseCapture::LockNext());
-    EXPECT_FALSE(MouseCapture::IsLocked());
-    EXPECT_EQ(log, (Log{"a release"}));
-}
-
-TEST_F(MouseCaptureTest, ThePointIndexWrapsAroundAtTheEndOfItsRange)
-{
-    Tool a(log, "a");
-    a.points.resize(1);
-    MouseCapture::Lock(&a, INT_MAX);
-    EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(log, (Log{"a lock 2147483647", "a lock -2147483648"}));
-}
-
 TEST_F(MouseCaptureTest, APressGrabsFromNinetyNinePixelsButNotFromAHundred)
 {
     Tool a(log, "a");
@@ -500,24 +395,6 @@ TEST_F(MouseCaptureTest, ForwardedPointsAreConfinedToTheRectangleWithItsRightAnd
     MouseCapture::ClipCursor(&reversed);
     Move(7, 8);
     EXPECT_EQ(TakeLog(), (Log{"a input 512 0 7,8"})) << "a reversed rectangle is an empty one";
-}
-
-TEST_F(MouseCaptureTest, NextEndsTheConfinementOnlyWhenTheToolChanges)
-{
-    Tool a(log, "a");
-    a.points.resize(2);
-    MouseCapture::Register(&a);
-    MouseCapture::Lock(&a, 0);
-    RECT clip = {100, 200, 300, 400};
-    MouseCapture::ClipCursor(&clip);
-    MouseCapture::LockNext();
-    TakeLog();
-    Move(0, 0);
-    EXPECT_EQ(TakeLog(), (Log{"a input 512 0 100,200"}));
-    MouseCapture::LockNext();
-    TakeLog();
-    Move(0, 0);
-    EXPECT_EQ(TakeLog(), (Log{"a input 512 0 0,0"}));
 }
 
 } // namespace

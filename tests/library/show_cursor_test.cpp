@@ -216,6 +216,25 @@ TEST_F(ShowCursorTest, TheConfinementIsRestoredAndTheWindowEnabledBeforeTheLastM
     EXPECT_EQ(window.Take(), switchOn + switchOff);
 }
 
+TEST_F(ShowCursorTest, TheEnabledStateIsReadBeforeTheFirstMessagesAndCaptureAndConfinementAfterThem)
+{
+    const CRect confinement(100, 110, 300, 310);
+    bool honoured = false;
+    window.onMessage = [&](const Message& message) {
+        if (message != switchOn.back()) return;
+        EnableWindow(window.Handle(), FALSE);
+        SetCapture(window.Handle());
+        honoured = Confine(confinement);
+    };
+    {
+        const ShowCursorHelper guard(true);
+        EXPECT_EQ(GetCapture(), nullptr);
+        ::ClipCursor(nullptr);
+    }
+    EXPECT_TRUE(IsWindowEnabled(window.Handle()));
+    EXPECT_TRUE(!honoured || Clip() == confinement);
+}
+
 TEST_F(ShowCursorTest, WithoutAMainWindowOnlyTheCursorIsLookedAfter)
 {
     theApplication.m_pMainWnd = nullptr;
