@@ -1,66 +1,12 @@
 #include <Utils_Statics/CImgGeometry.h>
 
-#include <afxwin.h>
+#include "drawing_recorder.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <ostream>
 #include <random>
-#include <vector>
-
-namespace {
-
-// A device context that records what is drawn on it: every LineTo with where it started.
-class Recorder
-{
-public:
-    Recorder() : m_metafile(CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr)) { m_dc.Attach(m_metafile); }
-    ~Recorder()
-    {
-        m_dc.Detach();
-        DeleteEnhMetaFile(CloseEnhMetaFile(m_metafile));
-    }
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
-
-    CDC* Dc() { return &m_dc; }
-
-    std::vector<ULine> Strokes()
-    {
-        m_dc.Detach();
-        const HENHMETAFILE file = CloseEnhMetaFile(m_metafile);
-        Reader reader;
-        EnumEnhMetaFile(nullptr, file, &Reader::Record, &reader, nullptr);
-        DeleteEnhMetaFile(file);
-        m_metafile = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
-        m_dc.Attach(m_metafile);
-        return reader.strokes;
-    }
-
-private:
-    struct Reader
-    {
-        POINTL at{};
-        std::vector<ULine> strokes;
-
-        static int CALLBACK Record(HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM context)
-        {
-            auto& reader = *reinterpret_cast<Reader*>(context);
-            if (record->iType != EMR_MOVETOEX && record->iType != EMR_LINETO) return 1;
-            const POINTL to = reinterpret_cast<const EMRLINETO*>(record)->ptl;
-            if (record->iType == EMR_LINETO) reader.strokes.push_back({reader.at.x, reader.at.y, to.x, to.y});
-            reader.at = to;
-            return 1;
-        }
-    };
-
-    HDC m_metafile;
-    CDC m_dc;
-};
-
-using Strokes = std::vector<ULine>;
-
-} // namespace
 
 void PrintTo(const ULine& line, std::ostream* out)
 {
@@ -144,7 +90,7 @@ TEST(ClipLines, OrdersByXWhenThereIsNoIntersection)
 
 TEST(ClipLines, ClipsANearlyHorizontalLineInXOnly)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     const ULine edge{100, 0, 40, 300}; // x = 80 at y = 100
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 200, 100}, edge, out, true));
@@ -156,7 +102,9 @@ TEST(ClipLines, ClipsANearlyHorizontalLineInXOnly)
     EXPECT_EQ(out.y2, 109);
     EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {81, 100, 200, 100}, edge, out, true)) << "all inside";
     EXPECT_EQ(out, (ULine{81, 100, 200, 100}));
-    EXPECT_TRUE(recorder.Strokes().empty());
+    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 79, 100}, edge, out, false)) << "all inside";
+    EXPECT_EQ(out, (ULine{0, 100, 79, 100}));
+    EXPECT_TRUE(recorder.TakeStrokes().empty());
 }
 
 TEST(ClipLines, ClipsANearlyHorizontalLineAtAVerticalEdge)
@@ -170,12 +118,12 @@ TEST(ClipLines, ClipsANearlyHorizontalLineAtAVerticalEdge)
 
 TEST(ClipLines, EndsALineAtASlopingEdgeWithAStroke)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     const ULine edge{100, 0, 200, 100}; // x = y + 100
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 200, 150, 0}, edge, out, true));
     EXPECT_EQ(out, (ULine{150, 0, 150, 50})) << "ordered by y, the lower end clipped";
-    EXPECT_EQ(recorder.Strokes(), (Strokes{{150, 50, 300, 50}})) << "to the edge's x at the line's lower end";
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 300, 50}})) << "to the edge's x at the line's lower end";
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, false)) << "at either end";
     EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
 }
@@ -201,6 +149,63 @@ TEST(ClipLines, LeavesALineThatStartsBelowASlopingEdge)
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {101, 60, 101, 90}, edge, out, true)) << "y = 1 does";
 }
 
+TEST(ClipLines, EndsALineAtAHorizontalEdgeWithoutAStroke)
+{
+    DrawingRecorder recorder;
+    const ULine edge{0, 50, 300, 50};
+    ULine out;
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, true));
+    EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
+    EXPECT_TRUE(recorder.TakeStrokes().empty()) << "the edge is nowhere at the height of the line's lower end";
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 60, 150, 200}, edge, out, true));
+    EXPECT_EQ(out, (ULine{0, 0, 0, 0})) << "nor at the heights of a line below it";
+}
+
+TEST(ClipLines, CountsEndsOnTheEdgeAsMeetingIt)
+{
+    DrawingRecorder recorder;
+    const ULine edge{100, 0, 200, 100}; // x = y + 100
+    ULine out;
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 50, 150, 90}, edge, out, true));
+    EXPECT_EQ(out, (ULine{150, 50, 150, 50})) << "the upper end";
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 10, 150, 50}, edge, out, true));
+    EXPECT_EQ(out, (ULine{150, 10, 150, 50})) << "the lower end";
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 190, 50}, {150, 50, 150, 50}}));
+
+    const ULine vertical{100, 0, 100, 50};
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 180, 90}, vertical, out, true));
+    EXPECT_EQ(out, (ULine{100, 10, 180, 90}));
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 180, 90}, vertical, out, false));
+    EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the other edge or on it";
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {20, 10, 100, 90}, vertical, out, true));
+    EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the edge or on it";
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 100, 15}, {100, 12, 300, 13}, out, true));
+    EXPECT_EQ(out, (ULine{100, 12, 100, 15}));
+}
+
+TEST(ClipLines, TakesATenPixelRiseForASlopingLine)
+{
+    const ULine edge{50, 0, 60, 100};
+    ULine out;
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 101}, edge, out, true)) << "nine: clipped in x only";
+    EXPECT_EQ(out, (ULine{61, 107, 200, 101}));
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 100}, edge, out, true)) << "ten: the lower end goes";
+    EXPECT_EQ(out, (ULine{200, 100, 61, 107}));
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {200, 100, 0, 110}, edge, out, true));
+    EXPECT_EQ(out, (ULine{200, 100, 61, 107})) << "in either direction";
+}
+
+TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
+{
+    // They meet at (-40, 19.6): by rounding at the height of the line's upper end, but 40 pixels beside it.
+    const ULine edge{-41, -80, -39, 120};
+    DrawingRecorder recorder;
+    ULine out;
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 20, 1000, 30}, edge, out, true));
+    EXPECT_EQ(out, (ULine{-40, 30, -40, 20}));
+    EXPECT_TRUE(recorder.TakeStrokes().empty());
+}
+
 TEST(ClipLines, LeavesALineWhoseIntersectionIsAboveItsLowerEndOnly)
 {
     // The intersection lies between the heights and not between the x values: not possible for one straight line but
@@ -211,7 +216,7 @@ TEST(ClipLines, LeavesALineWhoseIntersectionIsAboveItsLowerEndOnly)
 
 TEST(ClipLines, MovesALineBesideAVerticalEdgeOntoIt)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     const ULine edge{100, 0, 100, 50};
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {20, 10, 60, 90}, edge, out, true));
@@ -220,20 +225,23 @@ TEST(ClipLines, MovesALineBesideAVerticalEdgeOntoIt)
     EXPECT_EQ(out, (ULine{20, 10, 60, 90}));
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {160, 10, 120, 90}, edge, out, false));
     EXPECT_EQ(out, (ULine{100, 90, 100, 10})) << "ordered by x before";
-    EXPECT_TRUE(recorder.Strokes().empty());
+    EXPECT_TRUE(recorder.TakeStrokes().empty());
 }
 
 TEST(ClipLines, CutsALineAtAVerticalEdgeWithAStrokeAlongIt)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     const ULine edge{100, 0, 100, 50};
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 10, 120, 90}, edge, out, true));
     EXPECT_EQ(out, (ULine{100, 50, 120, 90}));
-    EXPECT_EQ(recorder.Strokes(), (Strokes{{100, 50, 100, 90}}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}));
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 10, 120, 90}, edge, out, false));
     EXPECT_EQ(out, (ULine{80, 10, 100, 50}));
-    EXPECT_EQ(recorder.Strokes(), (Strokes{{100, 50, 100, 90}}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}));
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 90, 120, 10}, edge, out, true));
+    EXPECT_EQ(out, (ULine{100, 50, 120, 10}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}})) << "down to the lower end in any case";
 }
 
 TEST(ClipLines, TakesTheSameObjectForLineAndResult)
@@ -264,9 +272,9 @@ URect Horizontal(CDC* dc, const ZelProbe* probe, int scanB, const ULine& clip1 =
 
 TEST(DrawHorizontalUSLineClip, ClipsAPhasedLineAtTheSectorsEdge)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     const URect drawn = Horizontal(recorder.Dc(), &Phased, 0);
-    const Strokes strokes = recorder.Strokes();
+    const Strokes strokes = recorder.TakeStrokes();
     ASSERT_FALSE(strokes.empty());
     const ULine& last = strokes.back();
     EXPECT_EQ(drawn, (URect{std::min(last.x1, last.x2), std::min(last.y1, last.y2), std::max(last.x1, last.x2),
@@ -278,30 +286,65 @@ TEST(DrawHorizontalUSLineClip, ClipsAPhasedLineAtTheSectorsEdge)
 TEST(DrawHorizontalUSLineClip, DrawsExtendedSectorsAndLinearProbesWhole)
 {
     for (const ZelProbe* probe : {&Linear, &Phased}) {
-        Recorder recorder;
+        DrawingRecorder recorder;
         const int scanB = probe == &Phased ? 10000 : 0;
         Horizontal(recorder.Dc(), probe, scanB);
-        const Strokes clipped = recorder.Strokes();
+        const Strokes clipped = recorder.TakeStrokes();
         CImgGeometry::DrawHorizontalUSLine(recorder.Dc(), 300, -20, 50, Origin, Scale, 7700000, 0, scanB, probe, 1540,
                                            0, 800, 600, 0, 0);
-        EXPECT_EQ(clipped, recorder.Strokes());
+        EXPECT_EQ(clipped, recorder.TakeStrokes());
         EXPECT_EQ(clipped.size(), 1u);
     }
 }
 
+TEST(DrawHorizontalUSLineClip, DrawsLinearProbesAcrossTheEdges)
+{
+    DrawingRecorder recorder;
+    const ULine across{100, 0, 500, 600}; // x = 306 at the line's y = 310
+    const URect drawn = Horizontal(recorder.Dc(), &Linear, 0, across, across);
+    ASSERT_LT(drawn.left, 300);
+    ASSERT_GT(drawn.right, 310);
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{drawn.left, 310, drawn.right, 310}}));
+}
+
 TEST(DrawHorizontalUSLineClip, DrawsUnknownProbesToo)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     // Both ends are the origin, and parallel lines do not clip: a line of no length is drawn.
     const ULine vertical{0, 0, 0, 9};
     EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 1, vertical, vertical), (URect{400, 10, 400, 10}));
-    EXPECT_EQ(recorder.Strokes(), (Strokes{{400, 10, 400, 10}}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 10}}));
     EXPECT_EQ(Horizontal(recorder.Dc(), nullptr, 1), (URect{400, 10, 400, 10})) << "no probe is as an unknown one";
+}
+
+TEST(DrawHorizontalUSLineClip, ClipsUnknownProbesAsPhasedOnes)
+{
+    DrawingRecorder recorder;
+    // Both ends are the origin (400, 10), a line without length; the edge is at y = 30 there.
+    const ULine edge{0, 30, 900, 30};
+    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, edge, edge), (URect{400, 10, 400, 30}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 30, 400, 10}})) << "at the start, by the first edge";
+    const ULine parallel{0, 0, 0, 9};
+    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, parallel, edge), (URect{400, 10, 400, 30}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 30}})) << "at the end, by the second edge";
+}
+
+TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
+{
+    DrawingRecorder recorder;
+    const ULine away{5000, 0, 5001, 900};
+    // Upwards along element 31: the edges only put the ends in order.
+    const URect drawn = CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 400, 10, Origin, Scale, 7700000, 0, 0,
+                                                             &Phased, 1540, away, away, 0, 800, 600, 0, 0);
+    const Strokes strokes = recorder.TakeStrokes();
+    ASSERT_EQ(strokes.size(), 1u);
+    EXPECT_EQ(strokes.front().y1, drawn.top);
+    EXPECT_EQ(strokes.front().y2, drawn.bottom);
 }
 
 TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
 {
-    Recorder recorder;
+    DrawingRecorder recorder;
     // Element 31 runs almost straight down from the origin; the first edge is beside it, the second crosses it.
     const ULine beside{0, 0, 0, 9}; // vertical at 0: the line is to its right, and the start is clipped: not met
     const ULine across{300, 200, 500, 205};
@@ -309,19 +352,19 @@ TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
                                                              &Phased, 1540, beside, across, 0, 800, 600, 0, 0);
     EXPECT_EQ(drawn.top, 10);
     EXPECT_NEAR(drawn.bottom, 202, 1);
-    EXPECT_EQ(recorder.Strokes().size(), 2u) << "the stroke along the edge and the line";
+    EXPECT_EQ(recorder.TakeStrokes().size(), 2u) << "the stroke along the edge and the line";
 }
 
 TEST(DrawVerticalUSLineClip, LeavesCurvedProbesUnclipped)
 {
     const ZelProbe curved{0, 128, 300, 40000, 0};
-    Recorder recorder;
+    DrawingRecorder recorder;
     const ULine edge{0, 450, 800, 450};
     const URect clipped = CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0,
                                                                &curved, 1540, edge, edge, 0, 800, 600, 0, 0);
-    const Strokes first = recorder.Strokes();
+    const Strokes first = recorder.TakeStrokes();
     const URect whole = CImgGeometry::DrawVerticalUSLine(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0,
                                                          &curved, 1540, 0, 800, 600, 0, 0);
     EXPECT_EQ(clipped, whole);
-    EXPECT_EQ(first, recorder.Strokes());
+    EXPECT_EQ(first, recorder.TakeStrokes());
 }

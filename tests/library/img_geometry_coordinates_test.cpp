@@ -150,6 +150,31 @@ TEST(GetUSCoordinates, CountsElementsLessTheLineOffset)
     EXPECT_EQ(Coordinates(&Curved, {400, 10 + 400 + 100}, 64), (UPoint{63, 100}));
 }
 
+TEST(GetUSCoordinates, DividesByTheLinesOfAPhasedFrame)
+{
+    // 128 lines over 64 elements of a sector of 90 degrees: straight below the origin is line 63.5.
+    EXPECT_EQ(Coordinates(&Phased, {400, 110}, 128), (UPoint{32, 100})); // 31.75
+    EXPECT_EQ(Coordinates(&Phased, {400, 110}, 64), (UPoint{32, 100}));  // 31.5
+    EXPECT_EQ(Coordinates(&Phased, {400, 110}, 16), (UPoint{30, 100}));  // 7.5 x 4
+}
+
+TEST(GetUSCoordinates, RoundsTheSixteenths)
+{
+    // 10 pixels an element, the middle between 63 and 64.
+    const ZelProbe wide{1, 128, 1000, 0, 0};
+    EXPECT_EQ(Coordinates(&wide, {400 + 8, 110}, 0).x, 64);  // 63.5 + 0.8
+    EXPECT_EQ(Coordinates(&wide, {400 + 11, 110}, 0).x, 65); // 63.5 + 1.1
+
+    // 10 pixels a sample
+    const auto sampleAt = [](int y) {
+        return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, Frequency / 10, 0, 0, 128, &Linear, 1540, 0, 0, 0,
+                                              0)
+            .y;
+    };
+    EXPECT_EQ(sampleAt(10 + 34), 3);
+    EXPECT_EQ(sampleAt(10 + 36), 4);
+}
+
 TEST(GetUSCoordinates, UndoesTheFlip)
 {
     const UPoint plain = Coordinates(&Linear, {250, 200}, 128);
@@ -157,6 +182,7 @@ TEST(GetUSCoordinates, UndoesTheFlip)
     EXPECT_EQ(Coordinates(&Linear, {250, 600 - 200}, 128, 0, 0, 800, 600, 2), plain);
     EXPECT_EQ(Coordinates(&Linear, {800 - 250, 600 - 200}, 128, 0, 0, 800, 600, 3), plain);
     EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 0, 600, 3), plain) << "an image without width is not flipped";
+    EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 800, 0, 3), plain) << "nor one without height";
 }
 
 TEST(GetUSCoordinates, InvertsTheDrawnPositions)
