@@ -1,6 +1,8 @@
 // Children commit one mistake each, and have to end with the status of its kind; a correct child ends with 0.
 #include "damage.h"
 #include "test_support/ChildTest.h"
+#include "test_support/Files.h"
+#include "test_support/TemporaryFolder.h"
 
 #include <atlstr.h>
 #include <guardheap/guardheap.h>
@@ -25,6 +27,7 @@ constexpr DWORD accessViolation = 0xC0000005u;
 constexpr DWORD illegalInstruction = 0xC000001Du;
 constexpr DWORD heapCorruption = 0xC0000374u;
 constexpr DWORD oneMinute = 60000;
+constexpr const wchar_t* saidVariable = L"CHECKED_BUILD_SAID";
 
 DWORD statusOf(const char* mistake)
 {
@@ -78,6 +81,19 @@ TEST(GuardHeap, StopsAWrongFree)
     EXPECT_EQ(statusOf("FreeInAnotherThreadAgain"), heapCorruption);
 }
 
+TEST(GuardHeap, SaysWhatIsWrongOnStandardError)
+{
+    const test_support::TemporaryFolder folder;
+    const std::wstring file = folder / L"said.txt";
+    SetEnvironmentVariableW(saidVariable, file.c_str());
+    EXPECT_EQ(statusOf("DoubleFreeSaidInFile"), heapCorruption);
+    SetEnvironmentVariableW(saidVariable, nullptr);
+    const std::string said = test_support::readFile(file);
+    EXPECT_NE(said.find("is freed a second time"), std::string::npos) << said;
+    EXPECT_NE(said.find("of 64 bytes"), std::string::npos) << said;
+    EXPECT_NE(said.find("called from checked_build_test.exe+0x"), std::string::npos) << said;
+}
+
 TEST(UndefinedBehaviour, Traps)
 {
     EXPECT_EQ(statusOf("SignedOverflow"), illegalInstruction);
@@ -98,6 +114,21 @@ TEST(GuardHeap, GuardsTheBlocksOfAllModules)
     EXPECT_TRUE(guardheap_is_guarded(own.get()));
     EXPECT_TRUE(guardheap_is_guarded(standard.data()));
     EXPECT_TRUE(guardheap_is_guarded(framework.GetString()));
+}
+
+TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
+{
+    HMODULE const module = LoadLibraryW(L"checked_late_module.dll");
+    ASSERT_NE(module, nullptr);
+    const auto function = [module](const char* name) { return reinterpret_cast<void*>(GetProcAddress(module, name)); };
+    const auto allocate = reinterpret_cast<char* (*)()>(function("allocateInLateModule"));
+    const auto release = reinterpret_cast<void (*)(char*)>(function("freeInLateModule"));
+    ASSERT_TRUE(allocate && release);
+    char* const block = allocate();
+    EXPECT_TRUE(guardheap_is_guarded(block));
+    release(block);
+    EXPECT_FALSE(guardheap_is_guarded(block));
+    FreeLibrary(module);
 }
 
 TEST(GuardHeap, KeepsTheAlignmentOfMalloc)
@@ -285,6 +316,17 @@ TEST(Mistake, DISABLED_ReadAtOldPlaceAfterRealloc)
 
 TEST(Mistake, DISABLED_DoubleFree)
 {
+    void* volatile block = std::malloc(64);
+    damage::freeMemory(block);
+    damage::freeMemory(block);
+}
+
+TEST(Mistake, DISABLED_DoubleFreeSaidInFile)
+{
+    const std::wstring file = test_support::environmentVariable(saidVariable);
+    HANDLE const said = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(said, INVALID_HANDLE_VALUE);
+    ASSERT_TRUE(SetStdHandle(STD_ERROR_HANDLE, said));
     void* volatile block = std::malloc(64);
     damage::freeMemory(block);
     damage::freeMemory(block);
