@@ -2,6 +2,8 @@
 #include <afxcmn.h>
 #include <afxwin.h>
 
+#include <test_support/ResourceCounts.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -15,20 +17,15 @@ constexpr COLORREF green = RGB(0, 255, 0);
 constexpr COLORREF blue = RGB(0, 0, 255);
 constexpr COLORREF white = RGB(255, 255, 255);
 
-DWORD GdiHandles()
-{
-    return GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-}
-
 // Repeats what is to leave no handle behind; the first rounds may fill caches of the platform.
 void ExpectNoLeak(const std::function<void()>& work)
 {
     for (int i = 0; i < 3; ++i)
         work();
-    const DWORD before = GdiHandles();
+    const DWORD before = test_support::drawingObjectCount();
     for (int i = 0; i < 200; ++i)
         work();
-    EXPECT_LE(GdiHandles(), before + 2);
+    EXPECT_LE(test_support::drawingObjectCount(), before + 2);
 }
 
 // A memory context with a white 32-bit bitmap.

@@ -1,5 +1,7 @@
 #include <afxwin.h>
 
+#include <test_support/ResourceCounts.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -101,11 +103,9 @@ TEST(Thread, LeaksNoHandles)
         }
     };
     run(5); // what the first ones leave in caches
-    DWORD before = 0, after = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &before);
+    const DWORD before = test_support::handleCount();
     run(50);
-    GetProcessHandleCount(GetCurrentProcess(), &after);
-    EXPECT_LE(after, before + 5);
+    EXPECT_LE(test_support::handleCount(), before + 5);
 }
 
 TEST(Thread, WithoutTheFrameworkHasNoObject)
@@ -170,8 +170,8 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(QuittingWindow, CWnd)
-ON_MESSAGE(nestMessage, OnNest)
-ON_MESSAGE(quitMessage, OnQuit)
+    ON_MESSAGE(nestMessage, OnNest)
+    ON_MESSAGE(quitMessage, OnQuit)
 END_MESSAGE_MAP()
 
 class LoopApplication : public CWinApp

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+using Bytes = std::vector<std::uint8_t>;
+using Pixels = std::vector<unsigned int>;
+
+// Random colours without their fourth byte.
+Pixels noise(int width, int height, unsigned seed);
+
+// Plain forms of the turns.
+Pixels upsideDown(const Pixels& pixels, int width);
+Pixels mirrored(Pixels pixels, int width);
+
+// The pixels as they lie in memory.
+Bytes bytesOf(const Pixels& pixels);
+
+std::unique_ptr<CBitmap> bitmapOf(const Pixels& pixels, int width, int height);
+
+// A random mask of one bit a pixel.
+std::unique_ptr<CBitmap> maskOf(int width, int height, unsigned seed);
+
+struct Turns
+{
+    bool mirror0, bottomUp0, mirror1, bottomUp1;
+};
+
+// Five planes as an application gives them, and what they are after the turns.
+struct GivenPlanes
+{
+    GivenPlanes(unsigned seed, const Turns& turns);
+
+    Pixels given[5];
+    Pixels turned[5];
+};

@@ -1,0 +1,69 @@
+// Movies that need more than this program: other readers, gibibytes of disk, a disk that is full. Scripts run them.
+#include "cine_store_avi_fixture.h"
+
+#include <test_support/ChildTest.h>
+#include <test_support/InstalledCodec.h>
+
+// Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that nobody here wrote.
+TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
+{
+    const std::wstring target = test_support::environmentVariable(L"MOVIE_FOLDER");
+    if (target.empty()) GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
+    const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
+    capture_settings::set(L"RecordQuality", 100);
+    std::vector<Pixels> frames;
+    for (const wchar_t* codec : {L"Uncompressed", L"MJPG"}) {
+        capture_settings::set(L"RecordCodec", codec);
+        fileName = target + L"\\" + codec + L".avi";
+        frames.clear();
+        ASSERT_TRUE(start());
+        for (unsigned i = 0; i < 25; ++i) {
+            Pixels frame(frameWidth * frameHeight);
+            for (unsigned at = 0; at < frame.size(); ++at)
+                frame[at] = 0x010101u * (at / frameWidth * 3 + i * 2) + at % frameWidth * 0x000001u;
+            EXPECT_TRUE(addBitmap(frame, false, false));
+            frames.push_back(frame);
+        }
+        EXPECT_TRUE(store.EndStorage());
+    }
+    HANDLE file =
+        CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    for (const Pixels& frame : frames) {
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(file, frame.data(), static_cast<DWORD>(frame.size() * 4), &written, nullptr));
+    }
+    CloseHandle(file);
+}
+
+// Run by the test cine_two_gib, because it writes 2 GiB.
+TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
+{
+    if (test_support::environmentVariable(L"CINE_TWO_GIB").empty())
+        GTEST_SKIP() << "writes 2 GiB; run the test cine_two_gib";
+    constexpr int side = 4096;
+    CBitmap frame;
+    frame.CreateBitmap(side, side, 1, 32, Pixels(side * side, 0x336699).data());
+    ASSERT_TRUE(store.InitStorage(fileName.c_str(), nullptr, side, side, CRect(), 32));
+    int written = 0;
+    while (written < 40 && store.AddFrame(frame, false, true))
+        ++written;
+    EXPECT_EQ(written, 31); // of 64 MiB each
+    EXPECT_FALSE(store.AddFrame(frame, false, true));
+    EXPECT_TRUE(store.EndStorage());
+    const AviMovie movie(fileName);
+    ASSERT_EQ(movie.length(), 31);
+    EXPECT_EQ(movie.frame(30).size(), 4u * side * side);
+    EXPECT_EQ(movie.frame(0)[1], 0x66);
+}
+
+// Run by cine_disk_full.sh, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
+{
+    if (test_support::environmentVariable(L"CINE_FILE_LIMIT").empty())
+        GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
+    ASSERT_TRUE(start(store, 1024, 768));
+    EXPECT_FALSE(addNothing()); // 3 MiB
+    EXPECT_FALSE(addNothing());
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(completed.calls, 1);
+}
