@@ -1,0 +1,38 @@
+#pragma once
+
+#include "action_states.h"
+
+#include <pro_actions/IActionStateConsumer.h>
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+using Event = std::pair<ActionStateInfo, int>;
+
+// Keeps what it is told, and then does what the test wants.
+class Consumer : public IActionStateConsumer
+{
+public:
+    using IActionStateConsumer::RegisterActionNotification;
+    using IActionStateConsumer::RegisterActionSignal;
+    using IActionStateConsumer::UnregisterActionNotification;
+    using IActionStateConsumer::UnregisterActionSignal;
+    using IActionStateConsumer::UnregisterAll;
+
+    void ActionStateChanged(const ActionStateInfo& source, int value) override
+    {
+        events.emplace_back(source, value);
+        const auto action = onChange; // a copy: the consumer may be destroyed in it
+        if (action) action(source, value);
+    }
+
+    void ActionNotification(ActionType type, int action, int param) override
+    {
+        notifications.push_back(state(type, action, param));
+    }
+
+    std::vector<Event> events;
+    std::vector<ActionStateInfo> notifications;
+    std::function<void(const ActionStateInfo&, int)> onChange;
+};

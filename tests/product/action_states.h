@@ -1,0 +1,8 @@
+#pragma once
+
+#include <pro_actions/ActionStateInfo.h>
+
+inline ActionStateInfo state(int type, int action, int param = 0)
+{
+    return {static_cast<ActionType>(type), action, param};
+}

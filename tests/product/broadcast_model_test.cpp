@@ -1,0 +1,146 @@
+// The broadcast against a plain model of it.
+#include "action_consumer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <random>
+
+namespace {
+
+// Random registrations, broadcasts and destructions, from inside notifications too, against a plain list of who is
+// registered for what since when.
+class BroadcastModel
+{
+public:
+    explicit BroadcastModel(unsigned seed) : m_random(seed) {}
+
+    void step(int depth)
+    {
+        switch (pick(7)) {
+        case 0: create(); break;
+        case 1: destroy(); break;
+        case 2:
+        case 3: enlist(); break;
+        case 4: delist(); break;
+        default: broadcast(depth);
+        }
+    }
+
+    int delivered() const { return m_delivered; }
+
+private:
+    struct Entry
+    {
+        int id;
+        int topic;
+        int since;
+    };
+
+    int pick(std::size_t count) { return static_cast<int>(m_random() % count); }
+
+    int pickConsumer()
+    {
+        if (m_consumers.empty()) create();
+        return std::next(m_consumers.begin(), pick(m_consumers.size()))->first;
+    }
+
+    void create()
+    {
+        if (m_consumers.size() >= 12) return;
+        const int id = m_nextId++;
+        auto consumer = std::make_unique<Consumer>();
+        consumer->onChange = [this, id](const ActionStateInfo& source, int value) { told(id, source.action, value); };
+        m_consumers.emplace(id, std::move(consumer));
+    }
+
+    void destroy()
+    {
+        if (m_consumers.empty()) return;
+        const int id = pickConsumer();
+        std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
+        m_consumers.erase(id);
+    }
+
+    void enlist()
+    {
+        const int id = pickConsumer(), topic = pick(4);
+        m_consumers[id]->RegisterActionSignal(state(6, topic));
+        const auto same = [&](const Entry& entry) { return entry.id == id && entry.topic == topic; };
+        if (std::none_of(m_entries.begin(), m_entries.end(), same)) m_entries.push_back({id, topic, m_clock++});
+    }
+
+    void delist()
+    {
+        const int id = pickConsumer(), topic = pick(4);
+        m_consumers[id]->UnregisterActionSignal(state(6, topic));
+        std::erase_if(m_entries, [&](const Entry& entry) { return entry.id == id && entry.topic == topic; });
+    }
+
+    // The entry that has to be told next, or null.
+    const Entry* expected(int topic, int after, int before) const
+    {
+        for (const Entry& entry : m_entries)
+            if (entry.topic == topic && entry.since > after && entry.since < before) return &entry;
+        return nullptr;
+    }
+
+    void broadcast(int depth)
+    {
+        if (depth >= 4) return;
+        const int topic = pick(4);
+        m_running.push_back({topic, -1, m_clock, depth});
+        IActionStateConsumer::ActionStateSignal(state(6, topic), depth);
+        const Running ended = m_running.back();
+        m_running.pop_back();
+        EXPECT_EQ(expected(topic, ended.after, ended.before), nullptr) << "somebody was not told";
+    }
+
+    void told(int id, int topic, int value)
+    {
+        ++m_delivered;
+        Running& running = m_running.back();
+        const Entry* entry = expected(running.topic, running.after, running.before);
+        ASSERT_NE(entry, nullptr) << "told though nobody was left";
+        EXPECT_EQ(entry->id, id);
+        EXPECT_EQ(topic, running.topic);
+        EXPECT_EQ(value, running.depth);
+        running.after = entry->since;
+        const int depth = running.depth;
+        for (int i = pick(3); i > 0; --i)
+            step(depth + 1);
+    }
+
+    struct Running
+    {
+        int topic;
+        int after;  // told up to here
+        int before; // registered when the broadcast began
+        int depth;
+    };
+
+    std::mt19937 m_random;
+    std::map<int, std::unique_ptr<Consumer>> m_consumers;
+    std::vector<Entry> m_entries;
+    std::vector<Running> m_running;
+    int m_nextId = 0;
+    int m_clock = 0;
+    int m_delivered = 0;
+};
+
+TEST(BroadcastTest, AgreesWithAPlainModelOverRandomSteps)
+{
+    int delivered = 0;
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        BroadcastModel model(seed);
+        for (int i = 0; i < 2000 && !testing::Test::HasFailure(); ++i)
+            model.step(0);
+        delivered += model.delivered();
+    }
+    EXPECT_GT(delivered, 10000);
+}
+
+} // namespace

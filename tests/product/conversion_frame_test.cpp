@@ -1,0 +1,95 @@
+// Whole frames to images.
+#include "conversion_scene.h"
+
+#include <qor_imgproc/FrameMap.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <vector>
+
+namespace {
+
+// Bilinear interpolation pixel by pixel in double precision, for comparison.
+double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int samples, int x, int y)
+{
+    const UPoint p = Unflip(s, {x, y});
+    const auto scan = ModelOf(s).ToScan(
+        {(static_cast<double>(p.x) - s.origin.x) * s.scale.x, (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
+    if (!(scan.line >= 0 && scan.line <= s.lines - 1 && scan.sample >= 0 && scan.sample <= samples - 1)) return -1;
+    const int l = std::min(static_cast<int>(scan.line), std::max(0, s.lines - 2));
+    const int n = std::min(static_cast<int>(scan.sample), std::max(0, samples - 2));
+    const auto grey = [&](int line, int sample) {
+        line = std::min(line, s.lines - 1);
+        sample = std::min(sample, samples - 1);
+        return static_cast<double>(frame[static_cast<std::size_t>(line) * static_cast<std::size_t>(samples) +
+                                         static_cast<std::size_t>(sample)]);
+    };
+    const double fl = scan.line - l;
+    const double fs = scan.sample - n;
+    return (grey(l, n) * (1 - fs) + grey(l, n + 1) * fs) * (1 - fl) +
+           (grey(l + 1, n) * (1 - fs) + grey(l + 1, n + 1) * fs) * fl;
+}
+
+FrameGeometry GeometryOf(const Scene& s, int samples)
+{
+    return {&s.probe, s.lines,  samples, s.samplingFreq, s.soundSpeed, s.scanA,
+            s.scanB,  s.origin, s.scale, s.width,        s.height,     s.flip};
+}
+
+} // namespace
+
+TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
+{
+    Random random;
+    for (int i = 0; i < 60; ++i) {
+        Scene s = RandomScene(random, i % 3);
+        s.width = random.Int(1, 200);
+        s.height = random.Int(1, 150);
+        s.origin = {s.width / 2, s.height / 8};
+        s.scale = {random.Int(200, 800), random.Int(200, 800)};
+        const int samples = random.Int(1, 600);
+        std::vector<unsigned char> frame(static_cast<std::size_t>(s.lines) * static_cast<std::size_t>(samples));
+        for (auto& byte : frame)
+            byte = static_cast<unsigned char>(random.Int(0, 255));
+        std::vector<unsigned char> image(static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.height), 1);
+        ASSERT_TRUE(ScanConverter::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
+        int edge = 0;
+        for (int y = 0; y < s.height; ++y)
+            for (int x = 0; x < s.width; ++x) {
+                const int grey = image[static_cast<std::size_t>(y) * static_cast<std::size_t>(s.width) +
+                                       static_cast<std::size_t>(x)];
+                const double plain = PlainPixel(s, frame, samples, x, y);
+                if (std::fabs((plain < 0 ? 77 : plain) - grey) > 2) ++edge;
+            }
+        // Only a pixel within a millionth of the frame's very edge may fall on the other side of it.
+        EXPECT_LE(edge, s.height / 50 + 1) << Describe(s);
+    }
+}
+
+TEST(FrameConversion, RefusesWhatHasNoImage)
+{
+    const Scene s{Linear, 10, 7700000, 1540, 0, 0, 0, {5, 0}, {100, 100}, 10, 10, 0};
+    std::vector<unsigned char> frame(1000);
+    std::vector<unsigned char> image(100, 9);
+    const FrameGeometry good = GeometryOf(s, 100);
+    EXPECT_TRUE(FrameMap(good).Valid());
+    EXPECT_FALSE(ScanConverter::ConvertFrame(good, nullptr, image.data()));
+    EXPECT_FALSE(ScanConverter::ConvertFrame(good, frame.data(), nullptr));
+    const auto refused = [&](auto change) {
+        FrameGeometry g = good;
+        change(g);
+        return !ScanConverter::ConvertFrame(g, frame.data(), image.data());
+    };
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.probe = nullptr; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = 0; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.height = -4; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = INT_MAX; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = g.height = 46000; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.lines = 0; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.samples = INT_MAX; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.samplingFreq = 0; }));
+    EXPECT_TRUE(refused([](FrameGeometry& g) { g.micronsPerPixel.y = 0; }));
+    EXPECT_EQ(std::count(image.begin(), image.end(), 9), 100) << "nothing is written";
+}

@@ -1,0 +1,206 @@
+// Pixels to lines and samples: that they come back, what fractions mean, and what lies outside.
+#include "conversion_scene.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <limits>
+
+using qor_utils::ConversionModel;
+using qor_utils::RadiansPerMillidegree;
+
+namespace {
+
+// How far apart neighbouring lines and samples are at a position, in microns: the smaller of the two.
+double Fineness(const Scene& s, double line, double sample)
+{
+    const ConversionModel model = ModelOf(s);
+    const auto apart = [&](double dl, double ds) {
+        const auto a = model.ToMicrons({line, sample});
+        const auto b = model.ToMicrons({line + dl, sample + ds});
+        return std::hypot(a.x - b.x, a.y - b.y);
+    };
+    double skew = std::cos(s.probe.type == 1 ? s.scanA * RadiansPerMillidegree : 0.0);
+    if (s.scanB != 0) {
+        const double sector = (s.probe.sectorAngle + s.scanB) * RadiansPerMillidegree;
+        skew = std::cos(std::fabs(line - (s.lines - 1) / 2.0) * sector / s.lines);
+    }
+    return std::min(apart(1e-3, 0), apart(0, 1e-3)) * 1e3 * skew;
+}
+
+} // namespace
+
+TEST(InverseConversion, MapsEveryPixelBackWithinOneLineAndOneSample)
+{
+    Random random;
+    int tried = 0;
+    while (tried < 60000) {
+        Scene s = RandomScene(random, tried % 3);
+        const int line = random.Int(0, s.lines - 1) - s.scanC;
+        const int sample = random.Int(0, 4000);
+        if (s.probe.radius < 0 && sample * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed) > -s.probe.radius)
+            continue; // behind the centre of a concave face the lines cross
+        const double fine = Fineness(s, line + s.scanC, sample);
+        if (fine < 1) continue;
+        s.scale = {random.Int(1, static_cast<int>(fine)), random.Int(1, static_cast<int>(fine))};
+        const ScanPixel back = Precise(s, Unflip(s, Forward(s, line, sample)));
+        ASSERT_NEAR(LineOf(back), line + s.scanC, 1) << Describe(s) << " line " << line << " sample " << sample;
+        ASSERT_NEAR(SampleOf(back), sample, 1) << Describe(s) << " line " << line << " sample " << sample;
+        ++tried;
+    }
+}
+
+TEST(InverseConversion, ReachesASixteenthWherePixelsAreFineEnough)
+{
+    Random random;
+    for (int i = 0; i < 3000; ++i) {
+        Scene s = RandomScene(random, i % 3);
+        s.scale = {1, 1};
+        s.soundSpeed = 1540;
+        s.samplingFreq = 7700000; // 100 pixels a sample
+        const int line = random.Int(0, s.lines - 1) - s.scanC;
+        const int sample = random.Int(2000, 4000);
+        if (Fineness(s, line + s.scanC, sample) < 50 || s.probe.radius < 0) continue;
+        const ScanPixel back = Precise(s, Unflip(s, Forward(s, line, sample)));
+        ASSERT_NEAR(LineOf(back), line + s.scanC, 1 / 16.0) << Describe(s);
+        ASSERT_NEAR(SampleOf(back), sample, 1 / 16.0) << Describe(s);
+    }
+}
+
+TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
+{
+    Random random;
+    for (int i = 0; i < 30000; ++i) {
+        Scene s = RandomScene(random, i % 3);
+        const int scale = random.Int(20, 400);
+        s.scale = {scale, scale};
+        const int line = random.Int(0, s.lines - 1);
+        const int a = random.Int(0, 4000);
+        const int b = random.Int(0, 4000);
+        const UPoint p = Forward(s, line, a);
+        const UPoint q = Forward(s, line, b);
+        const double pixels = std::hypot(static_cast<double>(p.x) - q.x, static_cast<double>(p.y) - q.y);
+        const double depth = std::abs(a - b) * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed);
+        // A pixel in each direction: both ends are rounded.
+        ASSERT_NEAR(pixels, depth / scale, 1.4143) << Describe(s);
+    }
+}
+
+TEST(InverseConversion, CountsFromTheCornerOfARectangle)
+{
+    const Scene s{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}, 0, 0, 0};
+    const ScanPixel plain = Precise(s, {700, 700});
+    const ScanPixel relative = Precise(s, {700, 700}, {40, 100, 200, 900});
+    EXPECT_EQ(relative.line, plain.line - 40);
+    EXPECT_EQ(relative.sample, plain.sample - 100);
+    EXPECT_EQ(relative.lineFraction, plain.lineFraction);
+    EXPECT_EQ(relative.sampleFraction, plain.sampleFraction);
+}
+
+TEST(InverseConversion, RoundsDownwardsWithPositiveSixteenths)
+{
+    // 10 pixels a line and a sample.
+    const ZelProbe probe{1, 101, 100, 0, 0};
+    const Scene s{probe, 101, 7700000, 1540, 0, 0, 0, {500, 0}, {10, 10}, 0, 0, 0};
+    EXPECT_EQ(LineOf(Precise(s, {500, 0})), 50);
+    const ScanPixel left = Precise(s, {-5, -5});
+    EXPECT_EQ(left.line, -1);
+    EXPECT_EQ(left.lineFraction, 8u);
+    EXPECT_EQ(left.sample, -1);
+    EXPECT_EQ(left.sampleFraction, 8u);
+}
+
+TEST(InverseConversion, UnusableInputIsOutside)
+{
+    const Scene good{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}, 0, 0, 0};
+    const auto outside = [](const Scene& s) {
+        const ScanPixel p = Precise(s, {640, 500}, {5, 6, 7, 8});
+        return p.line == -1 && p.sample == -1 && p.lineFraction == 0 && p.sampleFraction == 0;
+    };
+    EXPECT_FALSE(outside(good));
+    const auto with = [&](auto change) {
+        Scene s = good;
+        change(s);
+        return outside(s);
+    };
+    EXPECT_TRUE(with([](Scene& s) { s.probe.type = 7; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe.radius = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe.elements = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe.pitch = -1; }));
+    EXPECT_TRUE(with([](Scene& s) { s.samplingFreq = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.samplingFreq = -1; }));
+    EXPECT_TRUE(with([](Scene& s) { s.soundSpeed = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.lines = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.scale.x = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.scale.y = 0; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe = {2, 64, 220, 0, 0}; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe = {2, 64, 220, 0, 50000}, s.scanB = -50000; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe = Linear, s.scanA = 120000; }));
+}
+
+TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    int line = 7;
+    int sample = 7;
+    const auto call = [&](const ZelProbe* probe, double sinSteer, double cosSteer) {
+        ScanConverter::GetPreciseUSCoordinates(1, 2, &line, &sample, nullptr, nullptr, {}, probe, 1540, 0, 0, 100,
+                                               1000000, {0, 0}, {10, 10}, sinSteer, cosSteer, true);
+    };
+    call(nullptr, 0, 1);
+    EXPECT_EQ(line, -1);
+    EXPECT_EQ(sample, -1);
+    line = sample = 7;
+    call(&SampleCurved, nan, nan);
+    EXPECT_EQ(line, -1);
+    EXPECT_EQ(sample, -1);
+    line = sample = 7;
+    call(&Linear, std::numeric_limits<double>::infinity(), 1);
+    EXPECT_EQ(line, -1);
+    EXPECT_EQ(sample, -1);
+}
+
+TEST(InverseConversion, SurvivesAbsurdInput)
+{
+    const int extremes[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, 1000, INT_MAX - 1, INT_MAX};
+    Random random;
+    const auto any = [&] { return extremes[random.Int(0, 7)]; };
+    for (int i = 0; i < 100000; ++i) {
+        Scene s;
+        s.probe = {random.Int(0, 2), any(), any(), any(), any()};
+        s.lines = any();
+        s.samplingFreq = any();
+        s.soundSpeed = any();
+        s.scanA = any();
+        s.scanB = any();
+        s.origin = {any(), any()};
+        s.scale = {any(), any()};
+        const ScanPixel p = Precise(s, {any(), any()}, {any(), any(), any(), any()});
+        ASSERT_LT(p.lineFraction, 16u);
+        ASSERT_LT(p.sampleFraction, 16u);
+    }
+}
+
+TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
+{
+    Random random;
+    for (int i = 0; i < 3000; ++i) {
+        Scene s = RandomScene(random, i % 3);
+        s.scale = {random.Int(20, 400), random.Int(20, 400)};
+        const double a = s.scanA * RadiansPerMillidegree;
+        const URect corner{random.Int(0, 1) * random.Int(0, 50), random.Int(0, 1) * random.Int(0, 500), 0, 0};
+        const PixelConverter converter(corner, &s.probe, s.soundSpeed, s.scanB, s.lines, s.samplingFreq, s.origin,
+                                       s.scale, std::sin(a), std::cos(a));
+        const int lineEnd = random.Int(1, s.lines);
+        const int sampleEnd = random.Int(1, 3000);
+        const int x = random.Int(0, s.width);
+        const int y = random.Int(0, s.height);
+        const auto found = converter.TestUpwards(x, y, lineEnd, sampleEnd);
+        for (int k = 1; k <= std::min(found.pixelsAbove, 2000); ++k) {
+            const ScanPixel p = converter.At(x, y - k);
+            ASSERT_FALSE(p.line > 0 && p.line < lineEnd && p.sample > 0 && p.sample < sampleEnd) << Describe(s);
+            ASSERT_TRUE(k > found.pixelsPastLines || p.line >= lineEnd) << Describe(s);
+        }
+    }
+}

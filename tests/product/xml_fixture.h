@@ -1,0 +1,47 @@
+#pragma once
+
+#include <zel_xml/zelXMLFile.h>
+#include <zel_xml/zelXMLNode.h>
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <vector>
+
+// A document of its own in a folder of its own.
+class XmlTest : public testing::Test
+{
+protected:
+    std::wstring path() const { return m_folder / L"document.xml"; }
+
+    bool open(const std::string& bytes, bool readOnly = true)
+    {
+        test_support::writeFile(path(), bytes);
+        return m_file.open(path(), readOnly);
+    }
+
+    zelXMLNode root() const { return m_file.getRootElement(); }
+
+    std::size_t filesInFolder() const
+    {
+        const std::filesystem::directory_iterator files(m_folder.path());
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    test_support::TemporaryFolder m_folder;
+    zelXMLFile m_file;
+};
+
+// The names of the child elements in their order.
+inline std::vector<std::wstring> childNames(const zelXMLNode& parent)
+{
+    std::vector<std::wstring> names;
+    for (zelXMLNode child = parent.getFirstChild(); child.isValid(); ++child)
+        names.push_back(child.getName());
+    return names;
+}

@@ -1,0 +1,111 @@
+// Handles of XML elements: invalid ones, ones that outlive the file object, and ones of removed elements.
+#include "xml_fixture.h"
+
+#include <algorithm>
+#include <random>
+
+namespace {
+
+using test_support::readFile;
+using test_support::writeFile;
+
+TEST_F(XmlTest, AnInvalidHandleAnswersWithNothing)
+{
+    zelXMLNode none;
+    EXPECT_FALSE(none.isValid());
+    EXPECT_FALSE((++none).isValid());
+    EXPECT_FALSE(none++.isValid());
+    EXPECT_FALSE(none.getFirstChild().isValid());
+    EXPECT_FALSE(none.getChildByName(L"a", true).isValid());
+    EXPECT_FALSE(none.appendChild(L"a").isValid());
+    EXPECT_FALSE(none.removeChildByName(L"a"));
+    EXPECT_FALSE(none.removeAttribute(L"a"));
+    EXPECT_FALSE(none.hasAttribute(L"a"));
+    EXPECT_FALSE(none.setAttribute(L"a", L"b"));
+    EXPECT_FALSE(none.setAttributeInt(L"a", 1));
+    EXPECT_FALSE(none.setAttributeDouble(L"a", 1.0, -1));
+    EXPECT_FALSE(none.setText(L"a"));
+    EXPECT_EQ(none.getAttribute(L"a", L"d"), L"d");
+    EXPECT_EQ(none.getAttributeInt(L"a", 5), 5);
+    EXPECT_EQ(none.getAttributeDouble(L"a", 5.0), 5.0);
+    EXPECT_EQ(none.getText(), L"");
+    EXPECT_EQ(none.getName(), L"");
+    EXPECT_EQ(none, zelXMLNode());
+}
+
+TEST_F(XmlTest, HandlesOutliveTheFileObject)
+{
+    zelXMLNode child;
+    {
+        zelXMLFile file;
+        writeFile(path(), "<r><a n='1'/><b/></r>");
+        ASSERT_TRUE(file.open(path(), true));
+        child = file.getRootElement().getFirstChild();
+        file.close();
+        EXPECT_FALSE(file.getRootElement().isValid());
+    }
+    EXPECT_EQ(child.getAttributeInt(L"n", 0), 1);
+    EXPECT_TRUE(child.setAttribute(L"m", L"2"));
+    EXPECT_EQ((++child).getName(), L"b");
+    EXPECT_FALSE((++child).isValid());
+}
+
+TEST_F(XmlTest, CopiesMeanTheSameElementAndDocument)
+{
+    ASSERT_TRUE(open("<r><a/></r>", false));
+    const zelXMLFile sameFile = m_file;
+    const zelXMLNode one = root().getFirstChild(), two = sameFile.getRootElement().getFirstChild();
+    EXPECT_EQ(one, two);
+    ASSERT_TRUE(one.setAttributeInt(L"n", 3));
+    EXPECT_EQ(two.getAttributeInt(L"n", 0), 3);
+}
+
+TEST_F(XmlTest, AHandleToARemovedElementStaysUsableAndIsNotSaved)
+{
+    ASSERT_TRUE(open("<r><a><b/></a><c/><a n='2'/></r>", false));
+    zelXMLNode removed = root().getFirstChild();
+    zelXMLNode inside = removed.getFirstChild();
+    ASSERT_TRUE(root().removeChildByName(L"a"));
+    ASSERT_TRUE(root().removeChildByName(L"c"));
+    EXPECT_TRUE(removed.setAttribute(L"x", L"y"));
+    EXPECT_TRUE(inside.appendChild(L"d").isValid());
+    EXPECT_TRUE(removed.removeChildByName(L"b"));
+    EXPECT_EQ(inside.getName(), L"b");
+    EXPECT_FALSE((++removed).isValid());
+    EXPECT_EQ(childNames(root()), std::vector<std::wstring>{L"a"});
+    ASSERT_TRUE(m_file.save());
+    EXPECT_EQ(readFile(path()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <a n=\"2\" />\n</r>\n");
+    EXPECT_FALSE(root().removeChildByName(L"c"));
+}
+
+TEST_F(XmlTest, RandomEditsAgreeWithAPlainListOfNames)
+{
+    ASSERT_TRUE(open("<r/>", false));
+    std::mt19937 random(2);
+    std::vector<std::wstring> model;
+    std::vector<zelXMLNode> kept;
+    for (int step = 0; step < 5000; ++step) {
+        const std::wstring name(1, static_cast<wchar_t>(L'a' + random() % 6));
+        const auto found = std::find(model.begin(), model.end(), name);
+        switch (random() % 3) {
+        case 0:
+            kept.push_back(root().appendChild(name.c_str()));
+            model.push_back(name);
+            break;
+        case 1:
+            kept.push_back(root().getChildByName(name.c_str(), true));
+            if (found == model.end()) model.push_back(name);
+            break;
+        default:
+            EXPECT_EQ(root().removeChildByName(name.c_str()), found != model.end());
+            if (found != model.end()) model.erase(found);
+        }
+        if (step % 50 == 0) {
+            ASSERT_EQ(childNames(root()), model);
+        }
+    }
+    for (const zelXMLNode& node : kept)
+        EXPECT_TRUE(node.setAttributeInt(L"seen", 1));
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+// Saving XML documents: what the file holds then, and that the old one cannot be lost.
+#include "xml_fixture.h"
+
+#include "../../product/zel_xml/AtomicFile.h"
+
+#include <test_support/InDirectory.h>
+
+#include <new>
+
+namespace {
+
+using test_support::readFile;
+using test_support::writeFile;
+
+TEST_F(XmlTest, SavesBackOnlyWhenNotOpenedForReadingOnly)
+{
+    ASSERT_TRUE(open("<r/>", true));
+    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    EXPECT_FALSE(m_file.save());
+    EXPECT_EQ(readFile(path()), "<r/>");
+    EXPECT_TRUE(m_file.saveAs((m_folder / L"copy.xml").c_str()));
+    ASSERT_TRUE(m_file.open(path(), false));
+    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    EXPECT_TRUE(m_file.save());
+    EXPECT_EQ(readFile(path()), readFile(m_folder / L"copy.xml"));
+    EXPECT_EQ(filesInFolder(), 2u);
+}
+
+TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
+{
+    ASSERT_TRUE(open("<?xml version='1.0' encoding='ISO-8859-1'?><?style x?><!DOCTYPE r><!-- \xE4 --><r><!-- b "
+                     "--><a/></r><!-- c -->",
+                     false));
+    ASSERT_TRUE(m_file.save());
+    EXPECT_EQ(readFile(path()),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style x?>\n<!DOCTYPE r>\n<!-- \xC3\xA4 -->\n"
+              "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
+}
+
+TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
+{
+    const std::wstring fresh = m_folder / L"new.xml";
+    ASSERT_TRUE(m_file.create(fresh.c_str(), L"layout"));
+    EXPECT_FALSE(std::filesystem::exists(fresh));
+    ASSERT_TRUE(m_file.save());
+    EXPECT_EQ(readFile(fresh), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<layout />\n");
+    EXPECT_FALSE(m_file.create(fresh.c_str(), L"not a name"));
+    EXPECT_FALSE(m_file.isOpen());
+    EXPECT_FALSE(m_file.create(L"", L"r"));
+    EXPECT_FALSE(m_file.create(nullptr, L"r"));
+    EXPECT_FALSE(m_file.create(fresh.c_str(), nullptr));
+}
+
+TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
+{
+    writeFile(path(), "<r/>");
+    {
+        const test_support::InDirectory inside(m_folder.path());
+        ASSERT_TRUE(m_file.open(L"document.xml", false));
+    }
+    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    ASSERT_TRUE(m_file.save());
+    EXPECT_NE(readFile(path()).find("n=\"1\""), std::string::npos);
+}
+
+TEST_F(XmlTest, AFileThatAnotherProgramHoldsSurvivesAFailedSave)
+{
+    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    const zel_xml::FileHandle held(CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                               FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(m_file.save());
+    EXPECT_EQ(readFile(path()), "<r/>");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(XmlTest, AReadOnlyFileSurvivesAFailedSave)
+{
+    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_FALSE(m_file.save());
+    EXPECT_EQ(readFile(path()), "<r/>");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(XmlTest, SavingIntoAFolderThatIsGoneFails)
+{
+    ASSERT_TRUE(open("<r/>", false));
+    EXPECT_FALSE(m_file.saveAs((m_folder / L"gone\\x.xml").c_str()));
+    EXPECT_FALSE(m_file.saveAs(m_folder.path().c_str()));
+    EXPECT_FALSE(m_file.saveAs(L""));
+    EXPECT_FALSE(m_file.saveAs(nullptr));
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+// The way a disk that fills up half-way looks to the writer: the first bytes go in, then the write fails.
+TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
+{
+    writeFile(path(), "old");
+    const auto fillsUp = [](HANDLE file) { return zel_xml::writeBytes(file, "half of the n") && false; };
+    EXPECT_FALSE(zel_xml::replaceFile(path(), fillsUp));
+    EXPECT_EQ(readFile(path()), "old");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
+{
+    writeFile(path(), "old");
+    EXPECT_THROW(zel_xml::replaceFile(path(), [](HANDLE) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_EQ(readFile(path()), "old");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(XmlTest, AWriteThatFailsIsReported)
+{
+    writeFile(path(), "old");
+    const HANDLE opened = CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(opened, INVALID_HANDLE_VALUE);
+    const zel_xml::FileHandle readable(opened);
+    EXPECT_FALSE(zel_xml::writeBytes(readable.get(), "new"));
+    EXPECT_EQ(readFile(path()), "old");
+}
+
+TEST_F(XmlTest, TheNewFileIsPutInPlaceWhole)
+{
+    writeFile(path(), "old");
+    EXPECT_TRUE(zel_xml::replaceFile(path(), [](HANDLE file) { return zel_xml::writeBytes(file, "new"); }));
+    EXPECT_EQ(readFile(path()), "new");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+} // namespace
