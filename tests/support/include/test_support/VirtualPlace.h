@@ -1,0 +1,23 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace test_support {
+
+// The place of a virtual member in the virtual table: in this compiler's binary interface a pointer to it holds the
+// place's offset in bytes, plus one.
+template <class Member>
+std::size_t virtualPlace(Member member)
+{
+    std::uintptr_t words[2];
+    static_assert(sizeof words == sizeof member);
+    std::memcpy(words, &member, sizeof words);
+    EXPECT_EQ(words[0] % sizeof(void*), 1u) << "the member is not virtual";
+    return words[0] / sizeof(void*);
+}
+
+} // namespace test_support
