@@ -5,8 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace exam
-{
+namespace exam {
 
 double AngleTool::Degrees() const
 {

@@ -2,8 +2,7 @@
 
 #include "measure/ImageTool.h"
 
-namespace exam
-{
+namespace exam {
 
 // Three points; the angle at the second, between the ways to the first and to the third.
 class AngleTool : public ImageTool

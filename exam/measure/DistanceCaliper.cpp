@@ -2,8 +2,7 @@
 
 #include <Utils_Statics/GetStr.h>
 
-namespace exam
-{
+namespace exam {
 
 double DistanceCaliper::Millimetres() const
 {

@@ -2,8 +2,7 @@
 
 #include "measure/ImageTool.h"
 
-namespace exam
-{
+namespace exam {
 
 // Two points and the distance between them in millimetres.
 class DistanceCaliper : public ImageTool

@@ -8,11 +8,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 void TellMeasurementChanged()
 {
@@ -31,8 +29,7 @@ void ImageTool::Show(bool visible)
     m_visible = visible;
     if (visible)
         MouseCapture::Register(this);
-    else
-    {
+    else {
         if (MouseCapture::GetLock() == this) MouseCapture::Unlock();
         MouseCapture::Unregister(this);
     }
@@ -48,8 +45,7 @@ void ImageTool::SetPoints(const std::vector<CPoint>& points)
 
 void ImageTool::DrawPoints(CDC& dc) const
 {
-    for (std::size_t i = 0; i < m_points.size(); ++i)
-    {
+    for (std::size_t i = 0; i < m_points.size(); ++i) {
         const int arm = static_cast<int>(i) == m_active ? 9 : 6;
         dc.MoveTo(m_points[i].x - arm, m_points[i].y);
         dc.LineTo(m_points[i].x + arm + 1, m_points[i].y);
@@ -67,8 +63,7 @@ void ImageTool::MovePoint(std::size_t index, CPoint to)
 bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
 {
     if (m_active < 0 || m_active >= static_cast<int>(m_points.size())) return false;
-    if (message == WM_MOUSEMOVE)
-    {
+    if (message == WM_MOUSEMOVE) {
         MovePoint(static_cast<std::size_t>(m_active), CPoint(x - m_corner.x, y - m_corner.y));
         TellMeasurementChanged();
         return true;
@@ -96,13 +91,11 @@ void ImageTool::GetAutoPoints(std::vector<POINT>& points)
 void ImageTool::SetLock(int index)
 {
     m_active = index;
-    if (MouseCapture::GetInput() == InputTrackball)
-    {
+    if (MouseCapture::GetInput() == InputTrackball) {
         // The main window's client area begins at the screen's corner, so client pixels are screen pixels.
         CRect area(m_corner, CSize(image().width, image().height));
         MouseCapture::ClipCursor(&area);
-        if (index >= 0 && index < static_cast<int>(m_points.size()))
-        {
+        if (index >= 0 && index < static_cast<int>(m_points.size())) {
             const CPoint at = m_points[static_cast<std::size_t>(index)] + m_corner;
             SetCursorPos(at.x, at.y);
         }

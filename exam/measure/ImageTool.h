@@ -8,8 +8,7 @@
 
 #include <vector>
 
-namespace exam
-{
+namespace exam {
 
 // A measuring tool on the image: a few points that the pointer drags, arbitrated by MouseCapture. Points are pixels of
 // the image; the arbitration works in client pixels, from which `corner`, the image's upper left corner, is taken off.

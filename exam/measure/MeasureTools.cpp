@@ -2,12 +2,12 @@
 
 #include "screen/Palette.h"
 
-namespace exam
-{
+namespace exam {
 
 MeasureTools::MeasureTools(const ImageView& view, const CRect& area)
     : m_area(area), m_distance(view, area.TopLeft(), 1, std::vector<CPoint>(2)),
-      m_angle(view, area.TopLeft(), 2, std::vector<CPoint>(3)), m_region(view, area.TopLeft(), 3, std::vector<CPoint>(2))
+      m_angle(view, area.TopLeft(), 2, std::vector<CPoint>(3)),
+      m_region(view, area.TopLeft(), 3, std::vector<CPoint>(2))
 {
     MouseCapture::Initialize(m_area, InputPointer);
 }
@@ -28,8 +28,7 @@ void MeasureTools::SetInput(InputType input)
 
 void MeasureTools::Draw(CDC& dc) const
 {
-    for (const ImageTool* const tool : all())
-    {
+    for (const ImageTool* const tool : all()) {
         if (!tool->visible()) continue;
         CPen pen(PS_SOLID, 1, palette::accent);
         CPen* const old = dc.SelectObject(&pen);

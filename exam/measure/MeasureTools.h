@@ -8,8 +8,7 @@
 
 #include <array>
 
-namespace exam
-{
+namespace exam {
 
 // The application's measuring tools, in the order in which the lock steps through them.
 class MeasureTools

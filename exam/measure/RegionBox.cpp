@@ -5,8 +5,7 @@
 
 #include <algorithm>
 
-namespace exam
-{
+namespace exam {
 
 RegionBox::Extent RegionBox::ScanExtent() const
 {
@@ -18,13 +17,15 @@ RegionBox::Extent RegionBox::ScanExtent() const
 double RegionBox::DepthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, image().samplingFreq, image().soundSpeed) / 1000.0;
+    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, image().samplingFreq, image().soundSpeed) /
+           1000.0;
 }
 
 double RegionBox::WidthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return image().Millimetres(image().Pixel(extent.line1, extent.sample2), image().Pixel(extent.line2, extent.sample2));
+    return image().Millimetres(image().Pixel(extent.line1, extent.sample2),
+                               image().Pixel(extent.line2, extent.sample2));
 }
 
 void RegionBox::Draw(CDC& dc) const

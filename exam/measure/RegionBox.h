@@ -2,8 +2,7 @@
 
 #include "measure/ImageTool.h"
 
-namespace exam
-{
+namespace exam {
 
 // A region of interest between two scan lines and two depths, so its sides follow the probe's geometry: two opposite
 // corners that the pointer drags. It can also be grabbed anywhere on the image while no tool offers a point.

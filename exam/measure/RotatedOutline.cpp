@@ -7,11 +7,9 @@
 #include <algorithm>
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 int Rounded(double value)
 {
@@ -43,8 +41,7 @@ RotatedOutline RotateImageOutline(CSize size, int angle)
 
     RotatedOutline outline;
     outline.bounds = CRect(Rounded(minX), Rounded(minY), Rounded(maxX), Rounded(maxY));
-    for (std::size_t i = 0; i < corners.size(); ++i)
-    {
+    for (std::size_t i = 0; i < corners.size(); ++i) {
         std::array<double, 3> turned{};
         MAT_MatrixVectorProduct(transform.data(), 3, 3, corners[i].data(), 3, turned.data());
         outline.corners[i] = CPoint(Rounded(turned[0]), Rounded(turned[1]));
@@ -57,7 +54,9 @@ void DrawRotatedOutline(CDC& dc, const CRect& area, const RotatedOutline& outlin
     const double scale = std::min(1.0 * area.Width() / std::max(1, outline.bounds.Width()),
                                   1.0 * area.Height() / std::max(1, outline.bounds.Height()));
     const CPoint centre = area.CenterPoint();
-    const auto place = [&](int x, int y) { return CPoint(centre.x + Rounded(x * scale), centre.y + Rounded(y * scale)); };
+    const auto place = [&](int x, int y) {
+        return CPoint(centre.x + Rounded(x * scale), centre.y + Rounded(y * scale));
+    };
 
     CPen boxPen(PS_DOT, 1, palette::label);
     CPen* const old = dc.SelectObject(&boxPen);

@@ -4,8 +4,7 @@
 
 #include <array>
 
-namespace exam
-{
+namespace exam {
 
 // An image of `size` turned about its centre, and the smallest upright rectangle that holds it; coordinates relative to
 // the centre, y downwards.

@@ -6,11 +6,9 @@
 #include <cmath>
 #include <numbers>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
@@ -42,8 +40,7 @@ SimulatedFlow::SimulatedFlow(int columns)
     const int count = std::max(columns, 0);
     m_bins.resize(static_cast<std::size_t>(count) * traceCount, Bin(0));
     spectralTraceData view = traces();
-    for (int x = 0; x < count; ++x)
-    {
+    for (int x = 0; x < count; ++x) {
         const double share = Pulse(static_cast<double>(x % columnsPerBeat) / columnsPerBeat);
         view.getDataSet(eTraceEnvelopeForward)[x] = Bin(share * 0.9);
         view.getDataSet(eTraceMeanForward)[x] = Bin(share * 0.6);

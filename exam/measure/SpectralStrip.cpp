@@ -7,11 +7,9 @@
 
 #include <cmath>
 
-namespace exam
-{
+namespace exam {
 
-namespace
-{
+namespace {
 
 constexpr int scaleWidth = 72;
 constexpr double metresPerTick = 0.25;
@@ -22,8 +20,7 @@ void DrawTrace(CDC& dc, const CRect& plot, const unsigned char* trace, int lengt
     if (!trace) return;
     CPen pen(PS_SOLID, 1, colour);
     CPen* const old = dc.SelectObject(&pen);
-    for (int x = 0; x < length && x < plot.Width(); ++x)
-    {
+    for (int x = 0; x < length && x < plot.Width(); ++x) {
         const int y = plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(trace[x])));
         x == 0 ? static_cast<void>(dc.MoveTo(plot.left, y)) : static_cast<void>(dc.LineTo(plot.left + x, y));
     }

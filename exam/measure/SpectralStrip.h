@@ -4,8 +4,7 @@
 
 #include <afxwin.h>
 
-namespace exam
-{
+namespace exam {
 
 // Draws a spectral Doppler strip: the velocity scale, the baseline and the traces of `data`, whose bytes are spectral
 // bins. The scale comes from the current parameters of CDopplerScaling; the strip's height becomes one of them.

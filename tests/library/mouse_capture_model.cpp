@@ -14,11 +14,8 @@ int Side::Play(const Step& step)
     case Operation::Destroy:
     case Operation::ChangePoints:
     case Operation::ChangeTraits:
-    case Operation::React:
-        PlayOnWorld(step);
-        return 0;
-    default:
-        return PlayOnArbitration(step);
+    case Operation::React: PlayOnWorld(step); return 0;
+    default: return PlayOnArbitration(step);
     }
 }
 
@@ -44,35 +41,17 @@ void Side::PlayOnWorld(const Step& step)
 int Side::PlayOnArbitration(const Step& step)
 {
     switch (step.operation) {
-    case Operation::Register:
-        Register(ToolIn(step.slot));
-        return 0;
-    case Operation::Unregister:
-        Unregister(ToolIn(step.slot));
-        return 0;
-    case Operation::Lock:
-        return Lock(ToolIn(step.slot), step.index);
-    case Operation::Unlock:
-        return Unlock();
-    case Operation::LockNext:
-        return LockNext();
-    case Operation::Mouse:
-        return HandleMouse(step.message, step.flags, step.point);
-    case Operation::Clip:
-        Clip(step.on ? &step.rect : nullptr);
-        return 0;
-    case Operation::Initialize:
-        Initialize(step.rect, step.index);
-        return 0;
-    case Operation::Freeze:
-        SetFreeze(step.on);
-        return 0;
-    case Operation::Imaging:
-        SetImaging(step.on);
-        return 0;
-    default:
-        SetResearch(step.on);
-        return 0;
+    case Operation::Register: Register(ToolIn(step.slot)); return 0;
+    case Operation::Unregister: Unregister(ToolIn(step.slot)); return 0;
+    case Operation::Lock: return Lock(ToolIn(step.slot), step.index);
+    case Operation::Unlock: return Unlock();
+    case Operation::LockNext: return LockNext();
+    case Operation::Mouse: return HandleMouse(step.message, step.flags, step.point);
+    case Operation::Clip: Clip(step.on ? &step.rect : nullptr); return 0;
+    case Operation::Initialize: Initialize(step.rect, step.index); return 0;
+    case Operation::Freeze: SetFreeze(step.on); return 0;
+    case Operation::Imaging: SetImaging(step.on); return 0;
+    default: SetResearch(step.on); return 0;
     }
 }
 

@@ -23,8 +23,8 @@ enum InputType : int
 /// from Register to Unregister and never owned. Nothing here reports errors: a refused lock answers false.
 ///
 /// Calls from inside a handler's operations are allowed, and behave so:
-/// - A walk over the handlers visits every handler that is registered when its turn comes, once: one that is removed
-///   ahead of the walk is not visited, one that is inserted ahead of it is.
+/// - A walk over the handlers visits every handler that is registered when its turn comes, once: one removed ahead of
+///   the walk is not visited, one inserted ahead of it is.
 /// - A handler that is destroyed is forgotten at once: it cannot win a walk that is under way, is not told anything any
 ///   more, and if it held the lock, nobody holds it. One that is only unregistered can still win, as it can be locked.
 /// - While the owner is told that it loses the lock (OnReleaseMouse), the change that it is told of is under way and
@@ -73,8 +73,8 @@ public:
     /// answer is the one of the system's ClipCursor.
     UTILS_STATICS_API static int ClipCursor(RECT* rect);
 
-    /// Whether the image is frozen (at first not), and whether the imaging screen is active (at first it is): with both,
-    /// LockNext does not wrap around.
+    /// Whether the image is frozen (at first not), and whether the imaging screen is active (at first it is): with
+    /// both, LockNext does not wrap around.
     UTILS_STATICS_API static void SetFreeze(bool freeze);
     UTILS_STATICS_API static void SetImaging(bool imaging);
 

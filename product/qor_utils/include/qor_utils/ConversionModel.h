@@ -80,16 +80,13 @@ public:
         const double depth = scan.sample * m_sampleSize;
         const double offset = (scan.line - m_centre) * m_lineStep;
         switch (m_shape) {
-        case ScanShape::Linear:
-            return {offset + depth * m_sin, depth * m_cos};
+        case ScanShape::Linear: return {offset + depth * m_sin, depth * m_cos};
         case ScanShape::Curved:
             return Steer({(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
-        case ScanShape::Phased:
-            return Steer({depth * std::sin(offset), depth * std::cos(offset)});
+        case ScanShape::Phased: return Steer({depth * std::sin(offset), depth * std::cos(offset)});
         case ScanShape::Extended:
             return Steer({m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
-        default:
-            return {};
+        default: return {};
         }
     }
 
@@ -97,16 +94,11 @@ public:
     ScanPoint ToScan(const MicronPoint& point) const
     {
         switch (m_shape) {
-        case ScanShape::Linear:
-            return ToScan<ScanShape::Linear, PlatformMath>(point);
-        case ScanShape::Curved:
-            return ToScan<ScanShape::Curved, PlatformMath>(point);
-        case ScanShape::Phased:
-            return ToScan<ScanShape::Phased, PlatformMath>(point);
-        case ScanShape::Extended:
-            return ToScan<ScanShape::Extended, PlatformMath>(point);
-        default:
-            return {-1, -1};
+        case ScanShape::Linear: return ToScan<ScanShape::Linear, PlatformMath>(point);
+        case ScanShape::Curved: return ToScan<ScanShape::Curved, PlatformMath>(point);
+        case ScanShape::Phased: return ToScan<ScanShape::Phased, PlatformMath>(point);
+        case ScanShape::Extended: return ToScan<ScanShape::Extended, PlatformMath>(point);
+        default: return {-1, -1};
         }
     }
 
