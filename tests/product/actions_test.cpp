@@ -5,13 +5,12 @@
 #include <zel_xml/zelXMLFile.h>
 
 #include <test_support/Files.h>
+#include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -114,22 +113,15 @@ TEST_F(VocabularyTest, AnotherFileReplacesTheWholeVocabulary)
 TEST_F(VocabularyTest, CanBeReplacedWhileOtherThreadsRead)
 {
     ASSERT_TRUE(load(sample));
-    std::atomic<bool> stop{false};
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> readers;
-    for (int i = 0; i < 3; ++i)
-        readers.emplace_back([&] {
-            while (!stop)
-                if (const int type = CProActionCollection::MapActionType(L"Imaging"); type != 1 && type != -1) ++wrong;
-        });
+    test_support::Readers readers([] {
+        const int type = CProActionCollection::MapActionType(L"Imaging");
+        return type == 1 || type == -1;
+    });
     for (int i = 0; i < 200; ++i) {
         EXPECT_TRUE(CProActionCollection::LoadVocabulary(m_folder / L"actions.xml"));
         if (i % 3 == 0) CProActionCollection::Clear();
     }
-    stop = true;
-    for (std::thread& reader : readers)
-        reader.join();
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readers.finish(), 0);
 }
 
 TEST_F(VocabularyTest, AStateIsLoadedFromAnElement)

@@ -2,15 +2,13 @@
 #include <qor_utils/zelPath.h>
 
 #include <test_support/Program.h>
+#include <test_support/Readers.h>
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
-#include <vector>
 
 using test_support::besideProgram;
 
@@ -106,22 +104,13 @@ TEST(zelPath, LeavesTheNameAsItIs)
 TEST(zelPath, AnswersWholePathsWhileTheHostChangesThem)
 {
     const StoreFolder start(34, L"A:\\one");
-    std::atomic<bool> done = false;
-    std::atomic<int> wrong = 0;
-    std::vector<std::jthread> readers;
-    for (int t = 0; t < 3; ++t) {
-        readers.emplace_back([&] {
-            while (!done) {
-                const std::wstring path = zelPath::getPath(34, L"x");
-                if (path != L"A:\\one\\x" && path != L"B:\\another\\folder\\x") ++wrong;
-            }
-        });
-    }
+    test_support::Readers readers([] {
+        const std::wstring path = zelPath::getPath(34, L"x");
+        return path == L"A:\\one\\x" || path == L"B:\\another\\folder\\x";
+    });
     for (int i = 0; i < 20000; ++i)
         zelPath::setPath(34, i % 2 ? L"A:\\one" : L"B:\\another\\folder");
-    done = true;
-    readers.clear();
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readers.finish(), 0);
 }
 
 } // namespace

@@ -1,14 +1,12 @@
 // The profile reader, on the real registry.
 #include <qor_utils/Profile.h>
 
+#include <test_support/Readers.h>
 #include <test_support/TemporaryRegistryKey.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -154,22 +152,13 @@ TEST_F(Profile, StandsAChangeOfRootWhileOthersRead)
     const test_support::TemporaryRegistryKey otherKey;
     key.setNumber(section, L"Count", 1);
     otherKey.setNumber(section, L"Count", 2);
-    std::atomic<bool> done = false;
-    std::atomic<int> wrong = 0;
-    std::vector<std::jthread> readers;
-    for (int t = 0; t < 3; ++t) {
-        readers.emplace_back([&] {
-            while (!done) {
-                const int value = ReadProfileInt(section, L"Count", 7);
-                if (value != 1 && value != 2) ++wrong;
-            }
-        });
-    }
+    test_support::Readers readers([] {
+        const int value = ReadProfileInt(section, L"Count", 7);
+        return value == 1 || value == 2;
+    });
     for (int i = 0; i < 2000; ++i)
         qor_utils::SetProfileRoot((i % 2 ? key : otherKey).path().c_str());
-    done = true;
-    readers.clear();
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readers.finish(), 0);
 }
 
 } // namespace

@@ -2,16 +2,15 @@
 #include <zel_string_convert/ZelTString.h>
 
 #include <test_support/Files.h>
+#include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <atomic>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -407,26 +406,17 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
     test_support::writeFile(
         three / L"x.xlf", document(section("de", unit("yes", "Yes", "Ja")) + section("fr", unit("yes", "Yes", "Oui"))));
     ASSERT_TRUE(ZelTString::load(three.path()));
-    std::atomic<bool> done = false;
-    std::atomic<int> wrong = 0;
-    std::vector<std::jthread> readers;
-    for (int t = 0; t < 3; ++t) {
-        readers.emplace_back([&] {
-            while (!done) {
-                const std::wstring text = ZelTString::get("yes", true);
-                const std::wstring word = text.substr(0, text.find(L'!'));
-                if (word != L"Yes" && word != L"Ja" && word != L"Oui") ++wrong;
-                ZelTString::translate(L"Yes");
-            }
-        });
-    }
+    test_support::Readers readers([] {
+        const std::wstring text = ZelTString::get("yes", true);
+        const std::wstring word = text.substr(0, text.find(L'!'));
+        ZelTString::translate(L"Yes");
+        return word == L"Yes" || word == L"Ja" || word == L"Oui";
+    });
     for (int i = 0; i < 150; ++i) {
         EXPECT_TRUE(ZelTString::load(i % 2 ? three.path() : other));
         EXPECT_TRUE(ZelTString::setLanguage(i % 3 ? L"de" : L"fr"));
     }
-    done = true;
-    readers.clear();
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readers.finish(), 0);
 }
 
 // The last test: it uses up the places for unknown keys.

@@ -43,6 +43,13 @@ public:
         return std::exchange(m_messages, {});
     }
 
+    // The same without taking them.
+    std::vector<LoggedMessage> messages() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_messages;
+    }
+
 private:
     static void record(const zelLogger::Message& message, void* userData)
     {
@@ -51,7 +58,7 @@ private:
         self->m_messages.push_back({message.source, message.line, message.level, message.text});
     }
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::vector<LoggedMessage> m_messages;
 };
 

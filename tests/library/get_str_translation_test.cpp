@@ -1,0 +1,122 @@
+// Translations that do not keep to the base text's conversions: which are taken, and what is logged.
+#include "get_str_fixture.h"
+
+using test_support::LogCapture;
+
+namespace {
+
+struct WrongTranslation
+{
+    const char* name;
+    const char* text;
+};
+
+class WrongTranslationTest : public testing::TestWithParam<WrongTranslation>
+{
+};
+
+TEST_P(WrongTranslationTest, FallsBackToTheBaseTextAndSaysSo)
+{
+    TestStringTable table;
+    table.add("key", "[%d]", GetParam().text);
+    table.load();
+    LogCapture log;
+    EXPECT_STREQ(GetStr("key", 42), L"[42]");
+    EXPECT_EQ(log.take(), Messages{DoesNotMatch("key", GetParam().text, "[%d]")});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, WrongTranslationTest,
+    testing::Values(WrongTranslation{"TextForNumber", "[%s]"}, WrongTranslation{"NarrowTextForNumber", "[%S]"},
+                    WrongTranslation{"RealForNumber", "[%f]"}, WrongTranslation{"WiderNumber", "[%I64d]"},
+                    WrongTranslation{"WiderNumberByLl", "[%lld]"}, WrongTranslation{"PointerForNumber", "[%p]"},
+                    WrongTranslation{"MoreThanGiven", "[%d %d]"}, WrongTranslation{"TextAfterNumber", "[%d %s]"},
+                    WrongTranslation{"WritingToMemory", "[%n]"}, WrongTranslation{"WritingToMemoryLater", "[%d %n]"},
+                    WrongTranslation{"WritingWide", "[%lln]"}, WrongTranslation{"HugeWidth", "[%999999999d]"},
+                    WrongTranslation{"EndlessWidth", "[%99999999999999999999999999999d]"},
+                    WrongTranslation{"WidthJustAbove", "[%1025d]"}, WrongTranslation{"HugePrecision", "[%.999999999d]"},
+                    WrongTranslation{"WidthArgument", "[%*d]"}, WrongTranslation{"PrecisionArgument", "[%.*d]"},
+                    WrongTranslation{"Positional", "[%1$d]"}, WrongTranslation{"PositionalText", "[%1$s]"},
+                    WrongTranslation{"UnknownConversion", "[%q]"}, WrongTranslation{"UnknownSize", "[%I16d]"},
+                    WrongTranslation{"LongDouble", "[%Lf]"}, WrongTranslation{"Lonely", "[%d] 100 %"},
+                    WrongTranslation{"SizeOnly", "[%l"}, WrongTranslation{"FlagsOnly", "[%-+ #0"},
+                    WrongTranslation{"WidthOnly", "[%12"}, WrongTranslation{"PointOnly", "[%."},
+                    WrongTranslation{"PercentWithWidth", "[%5%]"}, WrongTranslation{"Bracket", "[%[a-z]]"}),
+    [](const auto& each) { return each.param.name; });
+
+TEST_F(GetStrTest, RefusesKindsThatAreNotTheContracts)
+{
+    table.add("text", "%s", "%d");
+    table.add("wide", "%s", "%hs");
+    table.add("narrow", "%S", "%s");
+    table.add("real", "%f", "%d");
+    table.add("large", "%I64d", "%d");
+    table.add("pointer", "%p", "%x");
+    table.add("order", "%d %s", "%s %d");
+    table.load();
+    EXPECT_STREQ(GetStr("text", L"abc"), L"abc");
+    EXPECT_STREQ(GetStr("wide", L"abc"), L"abc");
+    EXPECT_STREQ(GetStr("narrow", "abc"), L"abc");
+    EXPECT_STREQ(GetStr("real", 1.5), L"1.500000");
+    EXPECT_STREQ(GetStr("large", 1ll << 40), L"1099511627776");
+    GetStr("pointer", static_cast<void*>(this));
+    EXPECT_STREQ(GetStr("order", 1, L"x"), L"1 x");
+    EXPECT_EQ(log.take().size(), 7u);
+}
+
+TEST_F(GetStrTest, TakesAnotherSpellingOfTheSameKind)
+{
+    table.add("hex", "%d", "0x%08lX");
+    table.add("long", "%ld", "%I32i");
+    table.add("large", "%lld", "%I64x");
+    table.add("text", "%s", "%10.2ls|");
+    table.add("narrow", "%S", "%hs");
+    table.add("letter", "%d", "%c");
+    table.add("real", "%f", "%.2le");
+    table.load();
+    EXPECT_STREQ(GetStr("hex", 255), L"0x000000FF");
+    EXPECT_STREQ(GetStr("long", -5l), L"-5");
+    EXPECT_STREQ(GetStr("large", 255ll), L"ff");
+    EXPECT_STREQ(GetStr("text", L"abc"), L"        ab|");
+    EXPECT_STREQ(GetStr("narrow", "abc"), L"abc");
+    EXPECT_STREQ(GetStr("letter", 'A'), L"A");
+    EXPECT_STREQ(GetStr("real", 1234.5), L"1.23e+003");
+    EXPECT_EQ(log.take(), Messages{});
+}
+
+TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
+{
+    table.add("both", "base %n", "text %s");
+    table.load();
+    int written = 5;
+    EXPECT_TRUE(GetStr("both", &written).IsEmpty());
+    EXPECT_EQ(written, 5);
+    EXPECT_EQ(log.take(),
+              (Messages{DoesNotMatch("both", "text %s", "base %n"), NotSatisfied(1180, "both", "base %n")}));
+}
+
+TEST_F(GetStrTest, LogsOnceWhenTheTextIsTheBaseText)
+{
+    table.add("same", "never %n", "never %n");
+    table.add("untranslated", "wide %*d");
+    table.add("bomb", "%999999999d");
+    table.load();
+    EXPECT_TRUE(GetStr("same").IsEmpty());
+    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "same", "never %n")});
+    EXPECT_TRUE(GetStr("untranslated", 3, 4).IsEmpty());
+    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "untranslated", "wide %*d")});
+    EXPECT_TRUE(GetStr("bomb", 1).IsEmpty());
+    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "bomb", "%999999999d")});
+}
+
+TEST_F(GetStrTest, ReadsTheContractUpToItsFirstUnusableConversion)
+{
+    table.add("prefix", "%d then %n", "nur %d");
+    table.add("plain", "%q", "ohne");
+    table.load();
+    EXPECT_STREQ(GetStr("prefix", 3), L"nur 3");
+    EXPECT_STREQ(GetStr("plain"), L"ohne");
+    EXPECT_EQ(log.take(), Messages{});
+}
+
+} // namespace

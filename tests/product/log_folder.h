@@ -1,0 +1,51 @@
+#pragma once
+
+#include <qor_utils/zelLogger.h>
+
+#include <test_support/LogCapture.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+// A folder that is the log's for a while.
+class LogFolder
+{
+public:
+    LogFolder() { zelLogger::setDirectory(m_folder.path()); }
+    ~LogFolder() { zelLogger::setDirectory(L""); }
+    LogFolder(const LogFolder&) = delete;
+    LogFolder& operator=(const LogFolder&) = delete;
+
+    const std::wstring& path() const { return m_folder.path(); }
+    std::wstring file(const std::wstring& ending = L".log") const
+    {
+        return m_folder / (L"qor_utils_logger_test" + ending);
+    }
+
+private:
+    test_support::TemporaryFolder m_folder;
+};
+
+// Logs from a source, a line and a level that do not matter.
+template <typename... Arguments>
+void log(const wchar_t* format, Arguments... arguments)
+{
+    zelLogger::zelLogHelper("Utils_Statics/Test", 123, 4)(format, arguments...);
+}
+
+// How often a part stands in a text.
+inline std::size_t count(const std::string& text, const std::string& part)
+{
+    std::size_t found = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
+        ++found;
+    return found;
+}
+
+inline std::wstring lastText(const test_support::LogCapture& capture)
+{
+    const std::vector<test_support::LoggedMessage> messages = capture.messages();
+    return messages.empty() ? L"(no message)" : messages.back().text;
+}

@@ -1,0 +1,186 @@
+// The logger's file: what it holds, when it is opened and renamed, in which folder, and what it survives.
+#include "log_folder.h"
+
+#include <qor_utils/zelPath.h>
+
+#include <test_support/Files.h>
+#include <test_support/InDirectory.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <thread>
+
+namespace {
+
+using test_support::fileExists;
+using test_support::LogCapture;
+using test_support::readFile;
+using test_support::TemporaryFolder;
+
+TEST(LogFile, HoldsEachMessageWhenTheCallReturns)
+{
+    const LogFolder folder;
+    zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32, 1)(L"Could not load actions from file");
+    const std::string file = readFile(folder.file());
+    EXPECT_NE(file.find("[error] Utils_Statics/ActionRepository(32): Could not load actions from file\r\n"),
+              std::string::npos)
+        << file;
+}
+
+TEST(LogFile, NamesTheLevels)
+{
+    const LogFolder folder;
+    for (const int level : {1, 2, 4, 8, 0, -1})
+        zelLogger::zelLogHelper("s", level, level)(L"x");
+    const std::string file = readFile(folder.file());
+    EXPECT_EQ(count(file, "[error] s(1)"), 1u);
+    EXPECT_EQ(count(file, "[warning] s(2)"), 1u);
+    EXPECT_EQ(count(file, "[info] s(4)"), 1u);
+    EXPECT_EQ(count(file, "[debug] s("), 3u) << file;
+}
+
+TEST(LogFile, IsUtf8)
+{
+    const LogFolder folder;
+    log(L"\x00E4\x4E2D\xD83D\xDE00 {} %%n");
+    EXPECT_NE(readFile(folder.file()).find("\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80 {} %n"), std::string::npos);
+}
+
+TEST(LogFile, IsOpenedByTheFirstMessageOnly)
+{
+    const LogFolder folder;
+    EXPECT_FALSE(fileExists(folder.file()));
+    log(L"x");
+    EXPECT_TRUE(fileExists(folder.file()));
+}
+
+TEST(LogFile, IsAppendedTo)
+{
+    const LogFolder folder;
+    log(L"first");
+    {
+        const LogFolder other;
+        log(L"elsewhere");
+    }
+    zelLogger::setDirectory(folder.path());
+    log(L"second");
+    const std::string file = readFile(folder.file());
+    EXPECT_NE(file.find("first"), std::string::npos);
+    EXPECT_NE(file.find("second"), std::string::npos);
+    EXPECT_EQ(file.find("elsewhere"), std::string::npos);
+}
+
+TEST(LogFile, IsRenamedWhenItIsFullAndNothingIsLost)
+{
+    const LogFolder folder;
+    const std::wstring text(60'000, L'x');
+    for (int i = 0; i < 100; ++i)
+        log(L"<%d>%s", i, text.c_str());
+    ASSERT_TRUE(fileExists(folder.file(L".1.log")));
+    EXPECT_FALSE(fileExists(folder.file(L".2.log")));
+    const std::string old = readFile(folder.file(L".1.log"));
+    const std::string now = readFile(folder.file());
+    EXPECT_LE(old.size(), 5u * 1024 * 1024);
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(count(old + now, "<" + std::to_string(i) + ">x"), 1u) << i;
+}
+
+TEST(LogFile, HoldsEveryMessageOfManyThreadsOnALineOfItsOwn)
+{
+    const LogFolder folder;
+    const LogCapture capture;
+    constexpr int perThread = 300;
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < 6; ++t) {
+            threads.emplace_back([t] {
+                for (int i = 0; i < perThread; ++i)
+                    log(L"<%d/%d>", t, i);
+            });
+        }
+    }
+    const std::string file = readFile(folder.file());
+    EXPECT_EQ(capture.messages().size(), 6u * perThread);
+    for (int t = 0; t < 6; ++t) {
+        for (int i = 0; i < perThread; ++i)
+            ASSERT_EQ(count(file, ": <" + std::to_string(t) + "/" + std::to_string(i) + ">\r\n"), 1u);
+    }
+}
+
+TEST(LogFile, IsNotMissedByTheCallerWhenTheFolderCannotBe)
+{
+    const TemporaryFolder base;
+    test_support::writeFile(base / L"file", "x");
+    zelLogger::setDirectory(base / L"file\\below");
+    const LogCapture capture;
+    for (int i = 0; i < 50; ++i)
+        log(L"message %d", i);
+    EXPECT_EQ(capture.messages().size(), 50u);
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"file\\below\\");
+    const LogFolder good;
+    log(L"back");
+    EXPECT_NE(readFile(good.file()).find("back"), std::string::npos);
+}
+
+TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
+{
+    const LogFolder folder;
+    const LogCapture capture;
+    const HANDLE held = CreateFileW(folder.file().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    log(L"held");
+    CloseHandle(held);
+    EXPECT_EQ(lastText(capture), L"held");
+    zelLogger::setDirectory(folder.path()); // does not wait for the time after which the file is tried again
+    log(L"free");
+    EXPECT_NE(readFile(folder.file()).find("free"), std::string::npos);
+}
+
+TEST(LogDirectory, EndsInABackslashHoweverItIsSet)
+{
+    const TemporaryFolder base;
+    for (const std::wstring& directory : {base.path(), base / L"", base.path() + L"/"}) {
+        zelLogger::setDirectory(directory);
+        EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"");
+    }
+    zelLogger::setDirectory(L"");
+}
+
+TEST(LogDirectory, IsMadeWithItsParents)
+{
+    const TemporaryFolder base;
+    zelLogger::setDirectory(base / L"a\\\x4E2D\\c");
+    EXPECT_FALSE(fileExists(base / L"a"));
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"a\\\x4E2D\\c\\");
+    EXPECT_TRUE(fileExists(base / L"a\\\x4E2D\\c"));
+    log(L"x");
+    EXPECT_TRUE(fileExists(base / L"a\\\x4E2D\\c\\qor_utils_logger_test.log"));
+    zelLogger::setDirectory(L"");
+}
+
+TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
+{
+    const TemporaryFolder base;
+    {
+        const test_support::InDirectory inside(base.path());
+        zelLogger::setDirectory(L"logs");
+    }
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"logs\\");
+    zelLogger::setDirectory(L"");
+}
+
+TEST(LogDirectory, IsTheLogStoreUntilOneIsSet)
+{
+    const TemporaryFolder base;
+    zelPath::setPath(28, base / L"store");
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"store\\");
+    log(L"x");
+    EXPECT_TRUE(fileExists(base / L"store\\qor_utils_logger_test.log"));
+    const LogFolder other; // closes the file, so that the folder can go
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), other.path() + L"\\");
+    zelPath::setPath(28, L"");
+}
+
+} // namespace
