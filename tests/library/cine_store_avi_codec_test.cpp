@@ -232,6 +232,23 @@ TEST_F(CineStoreCodec, DroppedFramesOfOneRecordingAreCarriedToTheNext)
     EXPECT_EQ(AviMovie(fileName).length(), 3);
 }
 
+TEST_F(CineStoreCodec, RepeatedFramesFollowTheLastOneInAnUncompressedMovieToo)
+{
+    codec->frameBytes[0] = codec->frameBytes[1] = 0;
+    ASSERT_TRUE(start());
+    addNothing();
+    addNothing();
+    EXPECT_TRUE(store.EndStorage());
+    capture_settings::set(L"RecordCodec", L"Uncompressed");
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(store.EndStorage());
+    const AviMovie movie(fileName);
+    ASSERT_EQ(movie.length(), 3);
+    for (LONG i = 0; i < 3; ++i)
+        EXPECT_EQ(movie.frame(i), bytesOf(upsideDown(backgroundPixels, frameWidth))) << i;
+}
+
 TEST_F(CineStoreCodec, WholeBitmapsAreNotCountedAsDropped)
 {
     codec->frameBytes[0] = 0;

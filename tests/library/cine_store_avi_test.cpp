@@ -18,6 +18,8 @@ TEST_F(CineStoreAvi, SizesAreRoundedDownToMultiplesOfFour)
     EXPECT_TRUE(addNothing());
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
+    EXPECT_EQ(movie.format.biSize, 40u);
+    EXPECT_EQ(movie.format.biPlanes, 1);
     EXPECT_EQ(movie.format.biWidth, 1020);
     EXPECT_EQ(movie.format.biHeight, 764);
     EXPECT_EQ(movie.info.rcFrame.right, 1020);
