@@ -20,14 +20,10 @@ long long Narrowed(long long value, const FormatConversion& conversion)
 {
     const bool isSigned = IsSigned(conversion);
     switch (conversion.size) {
-    case Size::bits64:
-        return value;
-    case Size::half:
-        return isSigned ? static_cast<short>(value) : static_cast<unsigned short>(value);
-    case Size::character:
-        return isSigned ? static_cast<signed char>(value) : static_cast<unsigned char>(value);
-    default:
-        return isSigned ? static_cast<int>(value) : static_cast<long long>(static_cast<unsigned int>(value));
+    case Size::bits64: return value;
+    case Size::half: return isSigned ? static_cast<short>(value) : static_cast<unsigned short>(value);
+    case Size::character: return isSigned ? static_cast<signed char>(value) : static_cast<unsigned char>(value);
+    default: return isSigned ? static_cast<int>(value) : static_cast<long long>(static_cast<unsigned int>(value));
     }
 }
 

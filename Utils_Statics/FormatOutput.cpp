@@ -43,23 +43,12 @@ std::wstring Widened(const char* text, std::size_t length)
 bool FormatOutput::appendConversion(const FormatConversion& conversion)
 {
     switch (conversion.argument) {
-    case FormatArgument::real:
-        return appendReal(conversion);
-    case FormatArgument::wideText:
-        appendWideText(conversion);
-        break;
-    case FormatArgument::narrowText:
-        appendNarrowText(conversion);
-        break;
-    case FormatArgument::address:
-        m_text += AddressText(conversion, va_arg(m_arguments, void*));
-        break;
-    case FormatArgument::integer64:
-        m_text += IntegerText(conversion, va_arg(m_arguments, long long));
-        break;
-    case FormatArgument::integer32:
-        appendInteger32(conversion, va_arg(m_arguments, int));
-        break;
+    case FormatArgument::real: return appendReal(conversion);
+    case FormatArgument::wideText: appendWideText(conversion); break;
+    case FormatArgument::narrowText: appendNarrowText(conversion); break;
+    case FormatArgument::address: m_text += AddressText(conversion, va_arg(m_arguments, void*)); break;
+    case FormatArgument::integer64: m_text += IntegerText(conversion, va_arg(m_arguments, long long)); break;
+    case FormatArgument::integer32: appendInteger32(conversion, va_arg(m_arguments, int)); break;
     }
     return true;
 }

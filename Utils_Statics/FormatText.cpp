@@ -57,23 +57,12 @@ void FormatReader::readFlags()
 {
     for (;; ++m_next) {
         switch (*m_next) {
-        case L'-':
-            m_conversion.leftAlign = true;
-            break;
-        case L'+':
-            m_conversion.sign = true;
-            break;
-        case L' ':
-            m_conversion.space = true;
-            break;
-        case L'#':
-            m_conversion.alternate = true;
-            break;
-        case L'0':
-            m_conversion.zeroPad = true;
-            break;
-        default:
-            return;
+        case L'-': m_conversion.leftAlign = true; break;
+        case L'+': m_conversion.sign = true; break;
+        case L' ': m_conversion.space = true; break;
+        case L'#': m_conversion.alternate = true; break;
+        case L'0': m_conversion.zeroPad = true; break;
+        default: return;
         }
     }
 }
@@ -124,8 +113,7 @@ bool FormatReader::readType()
     case L'u':
     case L'o':
     case L'x':
-    case L'X':
-        return classifyInteger();
+    case L'X': return classifyInteger();
     case L'e':
     case L'E':
     case L'f':
@@ -133,18 +121,13 @@ bool FormatReader::readType()
     case L'g':
     case L'G':
     case L'a':
-    case L'A':
-        return classifyReal();
+    case L'A': return classifyReal();
     case L's':
     case L'S':
     case L'c':
-    case L'C':
-        return classifyText();
-    case L'p':
-        m_conversion.argument = FormatArgument::address;
-        return m_conversion.size == Size::standard;
-    default:
-        return false;
+    case L'C': return classifyText();
+    case L'p': m_conversion.argument = FormatArgument::address; return m_conversion.size == Size::standard;
+    default: return false;
     }
 }
 

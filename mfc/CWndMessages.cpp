@@ -3,7 +3,7 @@
 #include "WindowProcedure.h"
 
 BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
-ON_WM_NCDESTROY()
+    ON_WM_NCDESTROY()
 END_MESSAGE_MAP()
 
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)

@@ -130,14 +130,10 @@ Log& log()
 spdlog::level::level_enum spdlogLevel(int level)
 {
     switch (level) {
-    case 1:
-        return spdlog::level::err;
-    case 2:
-        return spdlog::level::warn;
-    case 4:
-        return spdlog::level::info;
-    default:
-        return spdlog::level::debug;
+    case 1: return spdlog::level::err;
+    case 2: return spdlog::level::warn;
+    case 4: return spdlog::level::info;
+    default: return spdlog::level::debug;
     }
 }
 

@@ -12,8 +12,7 @@
 using exam::CineFile;
 using test_support::TemporaryFolder;
 
-namespace
-{
+namespace {
 
 constexpr int lines = 3;
 constexpr int samples = 5;
@@ -21,7 +20,7 @@ constexpr int samples = 5;
 // The 19 words of a header of `count` frames of 3 lines x 5 samples from a curved probe.
 std::vector<std::int32_t> HeaderWords(int count)
 {
-    return {uDataBMode, count, lines, samples, 8,     15000000, 1540, 0, 188, 292,
+    return {uDataBMode, count, lines, samples, 8,    15000000, 1540, 0, 188, 292,
             26400,      0,     30000, 1000,    2000, 1,        241,  0, 0};
 }
 
@@ -100,9 +99,9 @@ TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
     {
         std::size_t word;
         std::int32_t value;
-    } broken[] = {{0, 3}, {1, -1}, {2, 0}, {2, -5}, {2, 1 << 30}, {3, 1}, {3, 1 << 30}, {4, 16}, {5, 0}, {5, -1}, {6, 0}};
-    for (const auto& [word, value] : broken)
-    {
+    } broken[] = {{0, 3},       {1, -1}, {2, 0}, {2, -5}, {2, 1 << 30}, {3, 1},
+                  {3, 1 << 30}, {4, 16}, {5, 0}, {5, -1}, {6, 0}};
+    for (const auto& [word, value] : broken) {
         auto words = HeaderWords(1);
         words[word] = value;
         EXPECT_NE(Read(words, 15), L"") << "word " << word << " = " << value;
@@ -112,8 +111,7 @@ TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
 TEST_F(CineFileTest, SurvivesRandomBytes)
 {
     std::mt19937 random(20);
-    for (int round = 0; round < 200; ++round)
-    {
+    for (int round = 0; round < 200; ++round) {
         std::vector<std::int32_t> words(random() % 40);
         for (auto& word : words)
             word = random() % 3 == 0 ? static_cast<std::int32_t>(random()) : static_cast<std::int32_t>(random() % 64);

@@ -178,13 +178,9 @@ TEST(CStringList, AgreesWithAReferenceUnderRandomOperations)
         for (int step = 0; step < 5000; ++step) {
             const std::wstring text = std::to_wstring(step);
             switch (random() % 6) {
-            case 0:
-                list.AddHead(text.c_str()), reference.push_front(text);
-                break;
+            case 0: list.AddHead(text.c_str()), reference.push_front(text); break;
             case 1:
-            case 2:
-                list.AddTail(text.c_str()), reference.push_back(text);
-                break;
+            case 2: list.AddTail(text.c_str()), reference.push_back(text); break;
             case 3:
                 if (!reference.empty()) reference.pop_front();
                 list.RemoveHead();

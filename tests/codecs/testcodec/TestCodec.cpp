@@ -103,26 +103,16 @@ LRESULT handle(UINT message, LPARAM first, LPARAM second)
 {
     const auto input = reinterpret_cast<const BITMAPINFOHEADER*>(first);
     switch (message) {
-    case ICM_GETINFO:
-        return getInfo(reinterpret_cast<ICINFO*>(first));
-    case ICM_GETSTATE:
-        return getState(reinterpret_cast<BYTE*>(first), second);
-    case ICM_SETSTATE:
-        return setState(reinterpret_cast<const BYTE*>(first), second);
-    case ICM_COMPRESS_QUERY:
-        return query(input);
-    case ICM_COMPRESS_GET_FORMAT:
-        return getFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
-    case ICM_COMPRESS_GET_SIZE:
-        return input->biWidth * input->biHeight * 4 + 64;
-    case ICM_COMPRESS_BEGIN:
-        return begin(query(input));
-    case ICM_COMPRESS:
-        return compress(reinterpret_cast<const ICCOMPRESS*>(first));
-    case ICM_COMPRESS_END:
-        return end();
-    default:
-        return ICERR_UNSUPPORTED;
+    case ICM_GETINFO: return getInfo(reinterpret_cast<ICINFO*>(first));
+    case ICM_GETSTATE: return getState(reinterpret_cast<BYTE*>(first), second);
+    case ICM_SETSTATE: return setState(reinterpret_cast<const BYTE*>(first), second);
+    case ICM_COMPRESS_QUERY: return query(input);
+    case ICM_COMPRESS_GET_FORMAT: return getFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
+    case ICM_COMPRESS_GET_SIZE: return input->biWidth * input->biHeight * 4 + 64;
+    case ICM_COMPRESS_BEGIN: return begin(query(input));
+    case ICM_COMPRESS: return compress(reinterpret_cast<const ICCOMPRESS*>(first));
+    case ICM_COMPRESS_END: return end();
+    default: return ICERR_UNSUPPORTED;
     }
 }
 
@@ -141,14 +131,12 @@ extern "C" __declspec(dllexport) LRESULT CALLBACK
     case DRV_LOAD:
     case DRV_FREE:
     case DRV_ENABLE:
-    case DRV_DISABLE:
-        return 1;
+    case DRV_DISABLE: return 1;
     case DRV_OPEN:
         if (orders.refuseOpen) return 0;
         ++orders.opened;
         return 1;
-    case DRV_CLOSE:
-        return close();
+    case DRV_CLOSE: return close();
     default:
         return message < DRV_USER ? DefDriverProc(id, driver, message, first, second) : handle(message, first, second);
     }

@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace test_support
-{
+namespace test_support {
 
 // Writes a whole file, replacing what was there; throws when it cannot.
 void writeFile(const std::wstring& path, const std::string& bytes);

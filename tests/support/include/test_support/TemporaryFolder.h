@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace test_support
-{
+namespace test_support {
 
 // A new, empty folder that is deleted with all it holds, read-only files included, when the object goes.
 class TemporaryFolder
