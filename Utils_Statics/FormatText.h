@@ -16,7 +16,7 @@ enum class FormatArgument
     address,
 };
 
-// One conversion specification such as "%-8.3f", in the reading of the platform's wide printf family: %s and %c
+// One conversion such as "%-8.3f", in the reading of the platform's wide printf family: %s and %c
 // are wide, %S and %C narrow, h and l prefixes override that, I64 and I32 are sizes.
 struct FormatConversion
 {

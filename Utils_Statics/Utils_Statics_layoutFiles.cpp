@@ -1,9 +1,9 @@
 // utilsExam: files named in layout documents.
 #include "EnvironmentLog.h"
 #include "PathText.h"
-#include "StoreNumbers.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
 #include <shlwapi.h>
@@ -35,11 +35,11 @@ bool FindLayoutFile(const std::wstring& folder, const std::wstring& path, std::w
     if (PathExists(candidate)) return true;
     candidate = folder + L"res/" + path;
     if (PathExists(candidate)) return true;
-    candidate = zelPath::getPath(layoutStore, path);
+    candidate = zelPath::getPath(qor_utils::layoutStore, path);
     if (PathExists(candidate)) return true;
-    candidate = zelPath::getPath(layoutStore, L"res/" + path);
+    candidate = zelPath::getPath(qor_utils::layoutStore, L"res/" + path);
     if (PathExists(candidate)) return true;
-    candidate = zelPath::getPath(fallbackLayoutStore, path);
+    candidate = zelPath::getPath(qor_utils::fallbackLayoutStore, path);
     return PathExists(candidate);
 }
 

@@ -1,10 +1,10 @@
 // utilsExam: where the application's own files, its patients, studies, images and layout resources lie.
 #include "EnvironmentLog.h"
 #include "PathText.h"
-#include "StoreNumbers.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/Profile.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
 #include <shlwapi.h>
@@ -21,7 +21,8 @@ PathBuffer ProgramFile(const wchar_t* fallbackName)
     PathBuffer buffer(std::wstring{});
     const DWORD count = GetModuleFileNameW(nullptr, buffer.data(), MAX_PATH);
     // Deliberately the sign and not the zero of a failure: a failure yields an empty text.
-    if (static_cast<std::int32_t>(count) < 0) return PathBuffer(zelPath::getPath(applicationStore, fallbackName));
+    if (static_cast<std::int32_t>(count) < 0)
+        return PathBuffer(zelPath::getPath(qor_utils::applicationStore, fallbackName));
     // A name of 260 characters or more is cut by the platform, on old systems without the closing zero.
     buffer.data()[MAX_PATH - 1] = L'\0';
     return buffer;
@@ -54,7 +55,7 @@ CString utilsExam::GetRegistryPath(const wchar_t* key, const wchar_t* defaultPat
 
 CString utilsExam::GetPatientRootPath()
 {
-    return ToCString(zelPath::getPath(patientDatabaseStore, L""));
+    return ToCString(zelPath::getPath(qor_utils::patientDatabaseStore, L""));
 }
 
 CString utilsExam::GetObjectPath(const wchar_t* objectPath)
@@ -80,5 +81,5 @@ CString utilsExam::GetPatientPath(const wchar_t* objectPath)
 
 std::wstring utilsExam::GetImage(const wchar_t* name)
 {
-    return zelPath::getPath(imagesStore, OrEmpty(name));
+    return zelPath::getPath(qor_utils::imagesStore, OrEmpty(name));
 }

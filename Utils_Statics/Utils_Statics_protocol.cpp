@@ -1,9 +1,9 @@
 // utilsExam: the copy of a protocol file that is in force, and where a changed copy is saved.
 #include "EnvironmentLog.h"
 #include "PathText.h"
-#include "StoreNumbers.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
 #include <shlwapi.h>
@@ -23,7 +23,7 @@ bool IsOptional(const wchar_t* file)
 // The name of the current protocol: saved files lie in a folder named like the factory folder.
 std::wstring CurrentProtocolFolder()
 {
-    std::wstring factory = zelPath::getPath(currentFactoryStore, L"");
+    std::wstring factory = zelPath::getPath(qor_utils::currentFactoryStore, L"");
     StripTrailingSeparators(factory);
     return PathFindFileNameW(factory.c_str());
 }
@@ -38,7 +38,7 @@ CString utilsExam::GetProtocolFile(const wchar_t* file)
 
 CString utilsExam::GetFactoryProtocolFile(const wchar_t* file)
 {
-    const std::wstring factory = zelPath::getPath(currentFactoryStore, OrEmpty(file));
+    const std::wstring factory = zelPath::getPath(qor_utils::currentFactoryStore, OrEmpty(file));
     return PathExists(factory) ? ToCString(factory) : GetBaseProtocolFile(file);
 }
 
@@ -46,20 +46,21 @@ CString utilsExam::GetBaseProtocolFile(const wchar_t* file)
 {
     const std::wstring name = OrEmpty(file);
     std::wstring candidate;
-    for (const Store store : {baseSuiteStore, secondBaseStore, fallbackFactoryStore}) {
+    for (const qor_utils::Store store :
+         {qor_utils::baseSuiteStore, qor_utils::secondBaseStore, qor_utils::fallbackFactoryStore}) {
         candidate = zelPath::getPath(store, name);
         if (PathExists(candidate)) return ToCString(candidate);
     }
     if (!IsOptional(name.c_str()))
         EnvironmentLog(1497, 1)(L"Neither the Base Protocol Suite (%s) nor Factory Settings Folder (%s) contain %s.",
-                                zelPath::getPath(baseSuiteStore, L"").c_str(),
-                                zelPath::getPath(fallbackFactoryStore, L"").c_str(), name.c_str());
+                                zelPath::getPath(qor_utils::baseSuiteStore, L"").c_str(),
+                                zelPath::getPath(qor_utils::fallbackFactoryStore, L"").c_str(), name.c_str());
     return ToCString(candidate); // the last one tried: callers test for existence themselves
 }
 
 CString utilsExam::GetProtocolSavePath(const wchar_t* file, const wchar_t* folder)
 {
-    std::wstring saved = zelPath::getPath(savedProtocolsStore, folder ? folder : CurrentProtocolFolder());
+    std::wstring saved = zelPath::getPath(qor_utils::savedProtocolsStore, folder ? folder : CurrentProtocolFolder());
     if (!PathExists(saved)) CreateDirectoryW(saved.c_str());
     StripTrailingSeparators(saved);
     return ToCString(saved + L"\\" + OrEmpty(file));

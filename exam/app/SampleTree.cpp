@@ -2,6 +2,7 @@
 
 #include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
 #include <cstdlib>
@@ -9,21 +10,6 @@
 namespace exam {
 
 namespace {
-
-// The store numbers that the libraries ask for.
-enum Store
-{
-    storeApplication = 0,
-    storeBaseProtocol = 1,
-    storeImages = 2,
-    storeLayout = 9,
-    storeLayoutFallBack = 21,
-    storeSavedProtocols = 22,
-    storePatients = 34,
-    storeFactory = 37,
-    storeSuite = 38,
-    storeSuiteSecond = 39
-};
 
 std::wstring ApplicationFolder()
 {
@@ -35,16 +21,16 @@ std::wstring ApplicationFolder()
 void InstallStores(const std::wstring& userFolder)
 {
     const std::wstring sample = ApplicationFolder() + L"sample\\";
-    zelPath::setPath(storeApplication, ApplicationFolder());
-    zelPath::setPath(storeImages, sample + L"images");
-    zelPath::setPath(storePatients, sample + L"patients");
-    zelPath::setPath(storeLayout, sample + L"layout");
-    zelPath::setPath(storeLayoutFallBack, sample + L"layout-fallback");
-    zelPath::setPath(storeSuite, sample + L"protocols\\suite");
-    zelPath::setPath(storeSuiteSecond, sample + L"protocols\\second");
-    zelPath::setPath(storeBaseProtocol, sample + L"protocols\\base");
-    zelPath::setPath(storeFactory, sample + L"protocols\\factory\\Abdomen");
-    zelPath::setPath(storeSavedProtocols, userFolder + L"\\protocols");
+    zelPath::setPath(qor_utils::applicationStore, ApplicationFolder());
+    zelPath::setPath(qor_utils::imagesStore, sample + L"images");
+    zelPath::setPath(qor_utils::patientDatabaseStore, sample + L"patients");
+    zelPath::setPath(qor_utils::layoutStore, sample + L"layout");
+    zelPath::setPath(qor_utils::fallbackLayoutStore, sample + L"layout-fallback");
+    zelPath::setPath(qor_utils::baseSuiteStore, sample + L"protocols\\suite");
+    zelPath::setPath(qor_utils::secondBaseStore, sample + L"protocols\\second");
+    zelPath::setPath(qor_utils::fallbackFactoryStore, sample + L"protocols\\base");
+    zelPath::setPath(qor_utils::currentFactoryStore, sample + L"protocols\\factory\\Abdomen");
+    zelPath::setPath(qor_utils::savedProtocolsStore, userFolder + L"\\protocols");
 }
 
 std::wstring StringTableFolder()

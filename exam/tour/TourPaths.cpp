@@ -2,6 +2,7 @@
 #include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
 #include <filesystem>
@@ -28,7 +29,7 @@ void PatientDatabase(TourReport& report)
 
 void Layout(TourReport& report)
 {
-    const std::wstring document = L"file:///" + zelPath::getPath(9, L"main.xml");
+    const std::wstring document = L"file:///" + zelPath::getPath(qor_utils::layoutStore, L"main.xml");
     report.Step(Exists(utilsExam::ParsePath(document.c_str(), L"mark.txt")) &&
                     Exists(utilsExam::ParsePath(document.c_str(), L"caption.txt")) &&
                     Exists(utilsExam::ParsePath(document.c_str(), L"fallback.txt")),
@@ -37,14 +38,17 @@ void Layout(TourReport& report)
 
 void ProtocolLayers(TourReport& report)
 {
-    report.Step(utilsExam::GetProtocolFile(L"measurements.xml") == zelPath::getPath(37, L"measurements.xml").c_str(),
+    report.Step(utilsExam::GetProtocolFile(L"measurements.xml") ==
+                    zelPath::getPath(qor_utils::currentFactoryStore, L"measurements.xml").c_str(),
                 L"a protocol file comes from the factory settings");
     const CString saved = utilsExam::GetProtocolSavePath(L"measurements.xml", nullptr);
     std::ofstream(fs::path(saved.GetString())) << "<measurements layer=\"saved\"/>\n";
     report.Step(utilsExam::GetProtocolFile(L"measurements.xml") == saved, L"the user's copy comes before it");
     fs::remove(fs::path(saved.GetString()));
-    report.Step(utilsExam::GetProtocolFile(L"annotations.xml") == zelPath::getPath(38, L"annotations.xml").c_str() &&
-                    utilsExam::GetProtocolFile(L"bodymarks.xml") == zelPath::getPath(39, L"bodymarks.xml").c_str(),
+    report.Step(utilsExam::GetProtocolFile(L"annotations.xml") ==
+                        zelPath::getPath(qor_utils::baseSuiteStore, L"annotations.xml").c_str() &&
+                    utilsExam::GetProtocolFile(L"bodymarks.xml") ==
+                        zelPath::getPath(qor_utils::secondBaseStore, L"bodymarks.xml").c_str(),
                 L"files that it lacks come from the two base folders");
 }
 

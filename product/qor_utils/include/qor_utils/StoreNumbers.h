@@ -1,8 +1,8 @@
 #pragma once
 
-namespace utils_statics {
+namespace qor_utils {
 
-// The numbered folders of zelPath that the exam environment asks for.
+// The numbers of zelPath's folders that the libraries ask for. A host may set others besides.
 enum Store : int
 {
     applicationStore = 0,
@@ -17,4 +17,4 @@ enum Store : int
     secondBaseStore = 39,
 };
 
-} // namespace utils_statics
+} // namespace qor_utils
