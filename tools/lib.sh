@@ -40,20 +40,35 @@ pe_machine() {
   esac
 }
 
-# start_screen: a virtual screen of our own, exported as DISPLAY; stop_screen ends it.
+# start_screen: a virtual screen of our own, exported as DISPLAY; stop_screen ends it. One at a time for a user: the
+# programs of a Wine prefix share one desktop, which cannot be on two screens.
 screen_pid=
 start_screen() {
   local pipe
   command -v Xvfb >/dev/null || die "Xvfb is missing; run tools/setup"
+  exec 8>"$cache/screen.lock"
+  flock -n 8 || { step "waiting for another run on this machine"; flock 8; }
   pipe=$(mktemp -u "${TMPDIR:-/tmp}/screen.XXXXXX")
   mkfifo "$pipe"
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$pipe" >/dev/null 2>&1 &
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$pipe" 8>&- >/dev/null 2>&1 &
   screen_pid=$!
   read -r -t 20 DISPLAY <"$pipe" || { rm -f "$pipe"; die "the virtual screen did not start within 20 seconds"; }
   rm -f "$pipe"
   export DISPLAY=:$DISPLAY
 }
-stop_screen() { [ -z "$screen_pid" ] || kill "$screen_pid" 2>/dev/null || true; screen_pid=; }
+
+stop_screen() {
+  local arch
+  [ -n "$screen_pid" ] || return 0
+  # Wine's desktop lives some seconds longer than the last program. It has to be gone before its screen is, or the next
+  # program would find a desktop that cannot open windows.
+  for arch in x86 x64; do
+    WINEPREFIX=$(prefix_of "$arch") timeout 20 /usr/lib/wine/wineserver64 -w 8>&- 2>/dev/null || true
+  done
+  kill "$screen_pid" 2>/dev/null || true
+  screen_pid=
+  exec 8>&-
+}
 
 # build_preset PRESET: configures when needed and builds, showing the builder's progress.
 build_preset() {
