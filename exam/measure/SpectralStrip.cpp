@@ -11,7 +11,7 @@ namespace exam {
 
 namespace {
 
-constexpr int scaleWidth = 72;
+constexpr int scaleWidth = 82;
 constexpr double metresPerTick = 0.25;
 
 // Draws one trace, a byte a column, from the left of the area.
