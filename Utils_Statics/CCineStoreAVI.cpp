@@ -1,7 +1,7 @@
 #include <Utils_Statics/CCineStoreAVI.h>
 
-#include "CaptureSettings.h"
-#include "PathText.h"
+#include "recording/CaptureSettings.h"
+#include "environment/PathText.h"
 
 #include <qor_utils/PixelArrays.h>
 

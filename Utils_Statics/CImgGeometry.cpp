@@ -1,6 +1,6 @@
 #include <Utils_Statics/CImgGeometry.h>
 
-#include "WrapArithmetic.h"
+#include <base/WrapArithmetic.h>
 
 #include <afxwin.h>
 #include <qor_utils/PixelCoordinates.h>
@@ -55,27 +55,27 @@ URect DrawStraight(CDC* dc, const UPoint& p1, const UPoint& p2)
 
 int Depth(const Imaging& imaging, int sample)
 {
-    const int product = wrap::Multiply(imaging.soundSpeed, 1000000);
-    return wrap::Truncate(static_cast<double>(sample) * product / (2.0 * imaging.samplingFreq));
+    const int product = base::wrap::Multiply(imaging.soundSpeed, 1000000);
+    return base::wrap::Truncate(static_cast<double>(sample) * product / (2.0 * imaging.samplingFreq));
 }
 
 /// The box of the circle of constant depth. Deliberately one pixel larger at the right and the bottom than at the left
 /// and the top, and not put in order again after flipping.
 CRect ArcBox(const Imaging& imaging, int sample)
 {
-    const int radius = wrap::Add(Depth(imaging, sample), imaging.probe->radius);
-    const int rx = wrap::Divide(radius, imaging.micronsPerPixel.x);
-    const int ry = wrap::Divide(radius, imaging.micronsPerPixel.y);
+    const int radius = base::wrap::Add(Depth(imaging, sample), imaging.probe->radius);
+    const int rx = base::wrap::Divide(radius, imaging.micronsPerPixel.x);
+    const int ry = base::wrap::Divide(radius, imaging.micronsPerPixel.y);
     CRect box;
-    box.SetRect(wrap::Subtract(-1, rx), wrap::Subtract(-1, ry), wrap::Add(rx, 2), wrap::Add(ry, 2));
+    box.SetRect(base::wrap::Subtract(-1, rx), base::wrap::Subtract(-1, ry), base::wrap::Add(rx, 2), base::wrap::Add(ry, 2));
     box.OffsetRect(imaging.origin.x, imaging.origin.y);
     if (imaging.flip & 1) {
-        box.left = wrap::Subtract(imaging.width, box.left);
-        box.right = wrap::Subtract(imaging.width, box.right);
+        box.left = base::wrap::Subtract(imaging.width, box.left);
+        box.right = base::wrap::Subtract(imaging.width, box.right);
     }
     if (imaging.flip & 2) {
-        box.top = wrap::Subtract(imaging.height, box.top);
-        box.bottom = wrap::Subtract(imaging.height, box.bottom);
+        box.top = base::wrap::Subtract(imaging.height, box.top);
+        box.bottom = base::wrap::Subtract(imaging.height, box.bottom);
     }
     return box;
 }

@@ -1,8 +1,8 @@
 #include <Utils_Statics/GetStr.h>
 
-#include "EnvironmentLog.h"
-#include "FormatContract.h"
-#include "PathText.h"
+#include "environment/EnvironmentLog.h"
+#include "text/FormatContract.h"
+#include "environment/PathText.h"
 
 #include <zel_string_convert/ZelTString.h>
 

@@ -1,6 +1,6 @@
 #include <Utils_Statics/MatrixRoutines.h>
 
-#include "MatrixKernels.h"
+#include "measurement/MatrixKernels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,9 +2,9 @@
 
 #include <Utils_Statics/utilsExam.h>
 
-#include "HandlerWalk.h"
-#include "HandlerWatch.h"
-#include "WrapArithmetic.h"
+#include "pointer/HandlerWalk.h"
+#include "pointer/HandlerWatch.h"
+#include <base/WrapArithmetic.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -42,9 +42,9 @@ public:
 // Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and then counts as near.
 std::int32_t SquaredDistance(POINT a, POINT b)
 {
-    const int dx = wrap::Subtract(a.x, b.x);
-    const int dy = wrap::Subtract(a.y, b.y);
-    return wrap::Add(wrap::Multiply(dx, dx), wrap::Multiply(dy, dy));
+    const int dx = base::wrap::Subtract(a.x, b.x);
+    const int dy = base::wrap::Subtract(a.y, b.y);
+    return base::wrap::Add(base::wrap::Multiply(dx, dx), base::wrap::Multiply(dy, dy));
 }
 
 // What LockNearest has found so far.
@@ -209,7 +209,7 @@ bool MouseCapture::LockNext()
 // Steps to the next point of the owner, if it has one.
 bool MouseCapture::LockNextPoint()
 {
-    m_autoMethod = wrap::Add(m_autoMethod, 1);
+    m_autoMethod = base::wrap::Add(m_autoMethod, 1);
     HandlerWatch owner(m_capture);
     if (!owner.get()) return false;
     const int count = owner.get()->GetAutoCount();

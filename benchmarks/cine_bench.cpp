@@ -1,7 +1,7 @@
 // Cine recording at the size of the imaging screen: composing a frame, writing raw frames, and the whole chain to a
 // movie.
-#include "../Utils_Statics/CineComposition.h"
-#include "../tests/library/DeviceContextComposition.h"
+#include "recording/CineComposition.h"
+#include "../tests/library/recording/DeviceContextComposition.h"
 #include "RatioReporter.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>

@@ -1,0 +1,98 @@
+#include "environment/PathText.h"
+
+#include <shlwapi.h>
+
+#include <algorithm>
+#include <cwchar>
+
+namespace utils_statics {
+
+CString ToCString(const std::wstring& text)
+{
+    return CString(text.c_str(), static_cast<int>(text.size()));
+}
+
+void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to)
+{
+    std::replace(text.begin(), text.end(), from, to);
+}
+
+void RemoveAll(std::wstring& text, const std::wstring& part)
+{
+    for (auto found = text.find(part); found != std::wstring::npos; found = text.find(part, found))
+        text.erase(found, part.size());
+}
+
+void CollapseBackslashes(std::wstring& path)
+{
+    std::size_t kept = 0;
+    for (std::size_t next = 0; next < path.size(); ++next) {
+        path[kept++] = path[next];
+        if (path[next] == L'\\' && next + 1 < path.size() && path[next + 1] == L'\\') ++next;
+    }
+    path.resize(kept);
+}
+
+std::wstring NormalisedPath(const wchar_t* path, int passes)
+{
+    std::wstring normalised = OrEmpty(path);
+    ReplaceAll(normalised, L'/', L'\\');
+    for (int pass = 0; pass < passes; ++pass)
+        CollapseBackslashes(normalised);
+    return normalised;
+}
+
+void StripTrailingSeparators(std::wstring& path)
+{
+    while (!path.empty() && (path.back() == L'\\' || path.back() == L'/'))
+        path.pop_back();
+}
+
+void EnsureTrailingBackslash(std::wstring& path)
+{
+    if (!path.empty() && path.back() != L'\\') path += L'\\';
+}
+
+PathBuffer::PathBuffer(const std::wstring& path)
+{
+    if (path.size() < MAX_PATH) path.copy(m_text, path.size());
+}
+
+std::wstring WithoutLastComponent(const std::wstring& path)
+{
+    PathBuffer buffer(path);
+    PathRemoveFileSpecW(buffer.data());
+    return buffer.text();
+}
+
+std::wstring WithoutTrailingBackslash(std::wstring path)
+{
+    path.resize(std::wcslen(path.c_str()));
+    PathRemoveBackslashW(path.data()); // which looks at what is there, however long it is
+    path.resize(std::wcslen(path.c_str()));
+    return path;
+}
+
+std::wstring FullPath(const wchar_t* path)
+{
+    const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
+    std::wstring full(needed, L'\0');
+    const DWORD length = GetFullPathNameW(path, needed, full.data(), nullptr);
+    full.resize(length < needed ? length : 0); // longer when the current directory was changed in between
+    return full;
+}
+
+bool PathExists(const std::wstring& path)
+{
+    return PathFileExistsW(path.c_str()) != FALSE;
+}
+
+std::wstring CurrentDirectory()
+{
+    wchar_t buffer[MAX_PATH] = {};
+    const DWORD length = GetCurrentDirectoryW(MAX_PATH, buffer);
+    // A longer directory leaves the buffer undefined and returns the size it would have needed.
+    return length < MAX_PATH ? std::wstring(buffer, length) : std::wstring();
+}
+
+} // namespace utils_statics

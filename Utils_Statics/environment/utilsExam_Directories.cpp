@@ -1,0 +1,153 @@
+// utilsExam: creating, measuring, copying and deleting directories.
+#include "environment/CurrentDirectoryScope.h"
+#include "environment/EnvironmentLog.h"
+#include "environment/FindHandle.h"
+#include "environment/PathText.h"
+
+#include <Utils_Statics/utilsExam.h>
+
+#include <direct.h>
+#include <shellapi.h>
+#include <shlwapi.h>
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+using namespace utils_statics;
+
+namespace {
+
+bool MakeDirectory(const std::wstring& path)
+{
+    return _wmkdir(path.c_str()) == 0;
+}
+
+// Creates every prefix that ends before a backslash after the first, then the whole. The component before the first
+// backslash is never created by itself: it is a drive, or the first folder of a relative path.
+bool MakeDirectoryWithParents(const std::wstring& path)
+{
+    const std::size_t first = path.find(L'\\');
+    if (first == std::wstring::npos) return false;
+    for (auto cut = path.find(L'\\', first + 1); cut != std::wstring::npos; cut = path.find(L'\\', cut + 1))
+        MakeDirectory(path.substr(0, cut));
+    return MakeDirectory(path);
+}
+
+// A path as the shell's list of one: it ends in two zero characters, so at most 258 characters fit.
+class ShellPathList
+{
+public:
+    explicit ShellPathList(const std::wstring& path) : m_fits(path.size() + 2 <= MAX_PATH)
+    {
+        if (m_fits) path.copy(m_text, path.size());
+    }
+
+    bool fits() const { return m_fits; }
+    const wchar_t* data() const { return m_text; }
+
+private:
+    wchar_t m_text[MAX_PATH] = {};
+    bool m_fits;
+};
+
+// Runs a shell operation whose paths may be too long for it. Returns false on failure, with the last error set.
+bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
+{
+    if (pathsFit) return ::SHFileOperationW(&operation) == 0;
+    SetLastError(ERROR_FILENAME_EXCED_RANGE);
+    return false;
+}
+
+void LogLastError(int line)
+{
+    const DWORD error = GetLastError();
+    EnvironmentLog(line, 1)(L"%d", static_cast<int>(error));
+}
+
+// Hidden files count, hidden and linked folders do not: deliberate.
+bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
+{
+    constexpr DWORD skipped = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT;
+    const std::wstring_view name = entry.cFileName;
+    return (entry.dwFileAttributes & skipped) == 0 && name != L"." && name != L"..";
+}
+
+// The sizes of the files in `folder`; the folders in it that are walked are added to `pending`.
+std::uint64_t FileSizes(const std::wstring& folder, std::vector<std::wstring>& pending)
+{
+    WIN32_FIND_DATAW entry;
+    const FindHandle entries((folder + L"\\*.*").c_str(), entry);
+    if (!entries.started()) return 0;
+    std::uint64_t total = 0;
+    do {
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+            total += (static_cast<std::uint64_t>(entry.nFileSizeHigh) << 32) + entry.nFileSizeLow;
+        else if (IsWalkedFolder(entry))
+            pending.push_back(folder + L"\\" + entry.cFileName);
+    } while (entries.next(entry));
+    return total;
+}
+
+} // namespace
+
+int utilsExam::CreateDirectoryW(const wchar_t* path)
+{
+    if (!path || !*path) return 0;
+    const std::wstring whole = NormalisedPath((std::wstring(path) + L"\\").c_str(), 3);
+    if (whole.size() > MAX_PATH) return 0; // 259 characters and the backslash
+    const CurrentDirectoryScope scope;
+    if (MakeDirectory(whole)) return 1;
+    return MakeDirectoryWithParents(WithoutTrailingBackslash(whole)) ? 1 : 0;
+}
+
+void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
+{
+    if (!path) return;
+    const std::wstring current = isAbsolute ? L"" : CurrentDirectory();
+    if (!isAbsolute && current.empty()) return; // too long to compose a path the shell would take
+    const std::wstring asked = isAbsolute ? path : current + L"\\" + path;
+    const std::wstring folder = NormalisedPath(asked.c_str(), 2);
+    if (!PathExists(folder)) return;
+
+    const ShellPathList list(WithoutTrailingBackslash(folder));
+    SHFILEOPSTRUCTW operation = {};
+    operation.wFunc = FO_DELETE;
+    operation.pFrom = list.data();
+    operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
+    if (!RunShellOperation(operation, list.fits())) LogLastError(521);
+}
+
+__int64 utilsExam::GetDirectorySize(const CString& dir)
+{
+    // A list and not a recursion: the tree's depth is the disk's, the stack is the application's.
+    std::vector<std::wstring> pending{dir.GetString()};
+    std::uint64_t total = 0;
+    while (!pending.empty()) {
+        const std::wstring folder = std::move(pending.back());
+        pending.pop_back();
+        total += FileSizes(folder, pending);
+    }
+    return static_cast<__int64>(total);
+}
+
+int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to, int silent,
+                                unsigned short flags, HWND owner, const wchar_t* progressTitle, void* nameMappings)
+{
+    constexpr unsigned short silentFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
+    const ShellPathList source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
+    const ShellPathList destination(WithoutTrailingBackslash(NormalisedPath(to, 1)));
+
+    SHFILEOPSTRUCTW record = {};
+    record.hwnd = owner;
+    record.wFunc = operation;
+    record.pFrom = source.data();
+    record.pTo = to ? destination.data() : nullptr;
+    record.fFlags = static_cast<FILEOP_FLAGS>(flags | (silent ? silentFlags : FOF_SIMPLEPROGRESS));
+    record.hNameMappings = nameMappings;
+    record.lpszProgressTitle = progressTitle;
+    if (RunShellOperation(record, source.fits() && destination.fits())) return 1;
+    LogLastError(581);
+    return 0;
+}

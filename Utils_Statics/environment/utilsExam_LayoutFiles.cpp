@@ -1,0 +1,64 @@
+// utilsExam: files named in layout documents.
+#include "environment/EnvironmentLog.h"
+#include "environment/PathText.h"
+
+#include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreNumbers.h>
+#include <qor_utils/zelPath.h>
+
+#include <shlwapi.h>
+
+using namespace utils_statics;
+
+namespace {
+
+// What stands before the first occurrence of the file's name. The first, deliberately: a folder whose name
+// contains the file's name cuts early.
+std::wstring FolderOfReference(const wchar_t* referenceFile)
+{
+    const std::wstring reference = OrEmpty(referenceFile);
+    return reference.substr(0, reference.find(PathFindFileNameW(reference.c_str())));
+}
+
+// As addresses are written: forward slashes only, without the scheme.
+std::wstring AsPlainAddress(std::wstring text)
+{
+    ReplaceAll(text, L'\\', L'/');
+    RemoveAll(text, L"file:///");
+    return text;
+}
+
+// The first candidate that exists; otherwise the last one, and false.
+bool FindLayoutFile(const std::wstring& folder, const std::wstring& path, std::wstring& candidate)
+{
+    candidate = folder + path;
+    if (PathExists(candidate)) return true;
+    candidate = folder + L"res/" + path;
+    if (PathExists(candidate)) return true;
+    candidate = zelPath::getPath(qor_utils::layoutStore, path);
+    if (PathExists(candidate)) return true;
+    candidate = zelPath::getPath(qor_utils::layoutStore, L"res/" + path);
+    if (PathExists(candidate)) return true;
+    candidate = zelPath::getPath(qor_utils::fallbackLayoutStore, path);
+    return PathExists(candidate);
+}
+
+} // namespace
+
+CString utilsExam::ParsePath(const wchar_t* referenceFile, const wchar_t* path)
+{
+    CString trimmedText(OrEmpty(path));
+    trimmedText.Trim();
+    std::wstring trimmed = trimmedText.GetString();
+    if (trimmed.empty() || !PathIsRelativeW(trimmed.c_str())) return trimmedText;
+
+    const std::wstring folder = FolderOfReference(referenceFile);
+    // Meant for "..", but the second character alone decides: so does "a.png".
+    if (trimmed.size() > 1 && trimmed[1] == L'.') return ToCString(AsPlainAddress(folder + trimmed));
+
+    ReplaceAll(trimmed, L'\\', L'/');
+    std::wstring candidate;
+    if (FindLayoutFile(AsPlainAddress(folder), trimmed, candidate)) return ToCString(candidate);
+    EnvironmentLog(1332, 2)(L"Layout File - File %s not found.", candidate.c_str());
+    return CString();
+}

@@ -1,0 +1,85 @@
+// utilsExam: where the application's own files, its patients, studies, images and layout resources lie.
+#include "environment/EnvironmentLog.h"
+#include "environment/PathText.h"
+
+#include <Utils_Statics/utilsExam.h>
+#include <qor_utils/Profile.h>
+#include <qor_utils/StoreNumbers.h>
+#include <qor_utils/zelPath.h>
+
+#include <shlwapi.h>
+
+#include <cstdint>
+
+using namespace utils_statics;
+
+namespace {
+
+// The program's file name as the platform reports it, or `fallbackName` in the application folder.
+PathBuffer ProgramFile(const wchar_t* fallbackName)
+{
+    PathBuffer buffer(std::wstring{});
+    const DWORD count = GetModuleFileNameW(nullptr, buffer.data(), MAX_PATH);
+    // Deliberately the sign and not the zero of a failure: a failure yields an empty text.
+    if (static_cast<std::int32_t>(count) < 0)
+        return PathBuffer(zelPath::getPath(qor_utils::applicationStore, fallbackName));
+    // A name of 260 characters or more is cut by the platform, on old systems without the closing zero.
+    buffer.data()[MAX_PATH - 1] = L'\0';
+    return buffer;
+}
+
+} // namespace
+
+CString utilsExam::GetApplicationFilePath()
+{
+    return ToCString(ProgramFile(L"exam.exe").text());
+}
+
+CString utilsExam::GetApplicationPath()
+{
+    PathBuffer buffer = ProgramFile(L"");
+    PathRemoveFileSpecW(buffer.data());
+    PathAddBackslashW(buffer.data());
+    return ToCString(buffer.text());
+}
+
+CString utilsExam::GetRegistryPath(const wchar_t* key, const wchar_t* defaultPath)
+{
+    // Asked without a default, so that a value that equals the default is still told from one that is not set:
+    // only what was stored gets the backslash.
+    std::wstring stored = qor_utils::ReadProfileString(L"System\\Path", OrEmpty(key), L"");
+    if (stored.empty()) return CString(OrEmpty(defaultPath));
+    EnsureTrailingBackslash(stored);
+    return ToCString(stored);
+}
+
+CString utilsExam::GetPatientRootPath()
+{
+    return ToCString(zelPath::getPath(qor_utils::patientDatabaseStore, L""));
+}
+
+CString utilsExam::GetObjectPath(const wchar_t* objectPath)
+{
+    return ToCString(NormalisedPath(objectPath, 1) + L".xml");
+}
+
+CString utilsExam::GetStudyPath(const wchar_t* objectPath)
+{
+    const std::wstring object = NormalisedPath(objectPath, 1);
+    if (object.size() >= MAX_PATH) return CString();
+    const std::wstring study = WithoutLastComponent(object);
+    zelLogger::checkPath(environmentSource, 1029, study.c_str());
+    return ToCString(study + L"\\study.xml");
+}
+
+CString utilsExam::GetPatientPath(const wchar_t* objectPath)
+{
+    const std::wstring object = NormalisedPath(objectPath, 1);
+    if (object.size() >= MAX_PATH) return CString();
+    return ToCString(WithoutLastComponent(WithoutLastComponent(object)) + L"\\patient.xml");
+}
+
+std::wstring utilsExam::GetImage(const wchar_t* name)
+{
+    return zelPath::getPath(qor_utils::imagesStore, OrEmpty(name));
+}

@@ -1,0 +1,28 @@
+#include "recording/CaptureSettings.h"
+
+#include <afxwin.h>
+
+#include <cstdint>
+
+namespace capture_settings {
+
+namespace {
+
+constexpr wchar_t section[] = L"Settings\\Capture";
+
+} // namespace
+
+CString recordCodec()
+{
+    CWinApp* const app = AfxGetApp();
+    return app ? app->GetProfileString(section, L"RecordCodec", L"XVID") : CString(L"XVID");
+}
+
+DWORD recordQuality()
+{
+    CWinApp* const app = AfxGetApp();
+    const std::uint32_t percent = app ? app->GetProfileInt(section, L"RecordQuality", 100) : 100;
+    return percent * 100;
+}
+
+} // namespace capture_settings

@@ -1,0 +1,48 @@
+#include "text/FormatContract.h"
+
+#include "text/FormatOutput.h"
+#include "text/FormatText.h"
+
+namespace utils_statics {
+
+using Piece = FormatReader::Piece;
+
+namespace {
+
+Piece NextConversion(FormatReader& reader)
+{
+    Piece piece = reader.next();
+    while (piece == Piece::literal)
+        piece = reader.next();
+    return piece;
+}
+
+} // namespace
+
+bool SatisfiesContract(const wchar_t* text, const wchar_t* contract)
+{
+    FormatReader texts(text);
+    FormatReader contracts(contract);
+    for (;;) {
+        const Piece piece = NextConversion(texts);
+        if (piece == Piece::end) return true;
+        if (piece != Piece::conversion || NextConversion(contracts) != Piece::conversion) return false;
+        if (texts.conversion().argument != contracts.conversion().argument) return false;
+    }
+}
+
+std::optional<std::wstring> FormatByContract(const wchar_t* text, const wchar_t* contract, va_list arguments)
+{
+    if (!SatisfiesContract(text, contract)) return std::nullopt;
+    FormatOutput output(arguments);
+    FormatReader reader(text);
+    for (Piece piece = reader.next(); piece != Piece::end; piece = reader.next()) {
+        if (piece == Piece::literal)
+            output.appendLiteral(reader.literalBegin(), reader.literalLength());
+        else if (!output.appendConversion(reader.conversion()))
+            return std::nullopt;
+    }
+    return output.take();
+}
+
+} // namespace utils_statics

@@ -1,0 +1,115 @@
+#include "text/FormatOutput.h"
+
+#include "text/FormatInteger.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+
+namespace utils_statics {
+
+namespace {
+
+// The largest finite real has 309 digits before its point.
+constexpr std::size_t realCapacity = maximumFormatField + 512;
+
+// "%<flags>*[.*]<type>", the conversion in the one form that is handed to the platform.
+std::wstring PlatformForm(const FormatConversion& conversion)
+{
+    std::wstring form = L"%";
+    if (conversion.leftAlign) form += L'-';
+    if (conversion.sign) form += L'+';
+    if (conversion.space) form += L' ';
+    if (conversion.alternate) form += L'#';
+    if (conversion.zeroPad) form += L'0';
+    form += conversion.precision >= 0 ? L"*.*" : L"*";
+    form += conversion.type == L'F' ? L'f' : conversion.type; // %F is not known everywhere
+    return form;
+}
+
+std::wstring Widened(const char* text, std::size_t length)
+{
+    const int count = static_cast<int>(length);
+    std::wstring wide(length, L'\0'); // one wide character a byte at most
+    if (count > 0)
+        wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text, count, wide.data(), count)));
+    return wide;
+}
+
+} // namespace
+
+bool FormatOutput::appendConversion(const FormatConversion& conversion)
+{
+    switch (conversion.argument) {
+    case FormatArgument::real: return appendReal(conversion);
+    case FormatArgument::wideText: appendWideText(conversion); break;
+    case FormatArgument::narrowText: appendNarrowText(conversion); break;
+    case FormatArgument::address: m_text += AddressText(conversion, va_arg(m_arguments, void*)); break;
+    case FormatArgument::integer64: m_text += IntegerText(conversion, va_arg(m_arguments, long long)); break;
+    case FormatArgument::integer32: appendInteger32(conversion, va_arg(m_arguments, int)); break;
+    }
+    return true;
+}
+
+void FormatOutput::appendInteger32(const FormatConversion& conversion, int value)
+{
+    if (conversion.type == L'c' || conversion.type == L'C')
+        appendCharacter(conversion, value);
+    else
+        m_text += IntegerText(conversion, value);
+}
+
+void FormatOutput::appendCharacter(const FormatConversion& conversion, int value)
+{
+    const char narrow = static_cast<char>(value);
+    const std::wstring text =
+        conversion.type == L'C' ? Widened(&narrow, 1) : std::wstring(1, static_cast<wchar_t>(value));
+    appendPadded(conversion, text.data(), text.size());
+}
+
+void FormatOutput::appendWideText(const FormatConversion& conversion)
+{
+    const wchar_t* text = va_arg(m_arguments, const wchar_t*);
+    if (!text) text = L"(null)";
+    // With a precision the text need not end in a zero, so no more of it is looked at.
+    const bool bounded = conversion.precision >= 0;
+    appendPadded(conversion, text,
+                 bounded ? wcsnlen(text, static_cast<std::size_t>(conversion.precision)) : std::wcslen(text));
+}
+
+void FormatOutput::appendNarrowText(const FormatConversion& conversion)
+{
+    const char* text = va_arg(m_arguments, const char*);
+    if (!text) text = "(null)";
+    const bool bounded = conversion.precision >= 0;
+    const std::wstring wide =
+        Widened(text, bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision)) : std::strlen(text));
+    appendPadded(conversion, wide.data(), wide.size());
+}
+
+void FormatOutput::appendPadded(const FormatConversion& conversion, const wchar_t* begin, std::size_t length)
+{
+    const std::size_t width = static_cast<std::size_t>(conversion.width);
+    const std::size_t padding = width > length ? width - length : 0;
+    if (!conversion.leftAlign) m_text.append(padding, conversion.zeroPad ? L'0' : L' ');
+    m_text.append(begin, length);
+    if (conversion.leftAlign) m_text.append(padding, L' ');
+}
+
+bool FormatOutput::appendReal(const FormatConversion& conversion)
+{
+    const double value = va_arg(m_arguments, double);
+    wchar_t number[realCapacity];
+    const std::wstring form = PlatformForm(conversion);
+    const int length =
+        conversion.precision >= 0
+            ? _snwprintf(number, realCapacity, form.c_str(), conversion.width, conversion.precision, value)
+            : _snwprintf(number, realCapacity, form.c_str(), conversion.width, value);
+    if (length < 0) return false; // did not fit, or the platform refused
+    m_text.append(number, static_cast<std::size_t>(length));
+    return true;
+}
+
+} // namespace utils_statics

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "text/FormatText.h"
+
+#include <cstdarg>
+#include <string>
+#include <utility>
+
+namespace utils_statics {
+
+// Appends literal pieces and converted arguments to one text. Every argument is fetched with the type that its
+// conversion states, in order.
+class FormatOutput
+{
+public:
+    // Works on a copy of `arguments`.
+    explicit FormatOutput(va_list arguments)
+    {
+        va_copy(m_arguments, arguments);
+        m_text.reserve(128); // more than most texts need, so that one allocation will do
+    }
+    ~FormatOutput() { va_end(m_arguments); }
+    FormatOutput(const FormatOutput&) = delete;
+    FormatOutput& operator=(const FormatOutput&) = delete;
+
+    void appendLiteral(const wchar_t* begin, std::size_t length) { m_text.append(begin, length); }
+
+    // False when the platform could not convert a number.
+    bool appendConversion(const FormatConversion& conversion);
+
+    std::wstring take() { return std::move(m_text); }
+
+private:
+    bool appendReal(const FormatConversion& conversion);
+    void appendInteger32(const FormatConversion& conversion, int value);
+    void appendCharacter(const FormatConversion& conversion, int value);
+    void appendWideText(const FormatConversion& conversion);
+    void appendNarrowText(const FormatConversion& conversion);
+    void appendPadded(const FormatConversion& conversion, const wchar_t* begin, std::size_t length);
+
+    va_list m_arguments;
+    std::wstring m_text;
+};
+
+} // namespace utils_statics

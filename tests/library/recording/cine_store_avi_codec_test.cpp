@@ -1,0 +1,363 @@
+// Recording through codecs: how one is found, what it is told, what it gets back, how it fails and when it is released.
+#include "cine_store_avi_fixture.h"
+
+#include "../../codecs/testcodec/TestCodec.h"
+
+#include <test_support/InstalledCodec.h>
+#include <test_support/ResourceCounts.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <iterator>
+#include <thread>
+#include <utility>
+
+using test_support::InstalledCodec;
+
+namespace {
+
+// Records through the test codec.
+class CineStoreCodec : public CineStoreAvi
+{
+protected:
+    CineStoreCodec()
+    {
+        const auto function = reinterpret_cast<TestCodecOrdersFunction>(
+            reinterpret_cast<void*>(GetProcAddress(dll, "TestCodecOrdersOfThisProcess")));
+        codec = function();
+        *codec = {};
+        std::wcscpy(codec->shortName, L"test codec");
+        codec->failFrom = -1;
+        std::fill(std::begin(codec->frameBytes), std::end(codec->frameBytes), 16);
+        capture_settings::set(L"RecordCodec", L"test codec");
+    }
+    ~CineStoreCodec() override { FreeLibrary(dll); }
+
+    // Every codec that was begun is ended, and every one that was opened is closed as far as the platform does that:
+    // the compressed stream of Wine 8.0 never closes its codec.
+    void expectReleased()
+    {
+        EXPECT_GE(codec->ended, codec->begun);
+        const LONG open = codec->opened - codec->closed;
+        EXPECT_TRUE(open == 0 || !streamClosesCodec()) << open << " codecs are open";
+    }
+
+    InstalledCodec installed{L"TST1", L"testcodec.dll"};
+    HMODULE dll = LoadLibraryW(installed.path().c_str());
+    TestCodecOrders* codec;
+
+private:
+    // Tries it with a compressed stream that no library of ours has touched.
+    bool streamClosesCodec()
+    {
+        const LONG openBefore = codec->opened - codec->closed;
+        const std::wstring name = folder / L"probe.avi";
+        PAVIFILE file = nullptr;
+        PAVISTREAM raw = nullptr;
+        PAVISTREAM compressed = nullptr;
+        AVISTREAMINFOW info{};
+        info.fccType = streamtypeVIDEO;
+        info.dwScale = 1;
+        info.dwRate = 25;
+        AVICOMPRESSOPTIONS options{};
+        options.fccType = streamtypeVIDEO;
+        options.fccHandler = mmioFOURCC('T', 'S', 'T', '1');
+        AVIFileInit();
+        EXPECT_EQ(AVIFileOpenW(&file, name.c_str(), OF_WRITE | OF_CREATE, nullptr), AVIERR_OK);
+        EXPECT_EQ(AVIFileCreateStreamW(file, &raw, &info), AVIERR_OK);
+        EXPECT_EQ(AVIMakeCompressedStream(&compressed, raw, &options, nullptr), AVIERR_OK);
+        AVIStreamRelease(compressed);
+        AVIStreamRelease(raw);
+        AVIFileRelease(file);
+        AVIFileExit();
+        return codec->opened - codec->closed == openBefore;
+    }
+};
+
+} // namespace
+
+TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
+{
+    capture_settings::clear();
+    InstalledCodec installed(L"TST1", L"testcodec.dll");
+    HMODULE dll = LoadLibraryW(installed.path().c_str());
+    ASSERT_NE(dll, nullptr);
+    const auto function = reinterpret_cast<TestCodecOrdersFunction>(
+        reinterpret_cast<void*>(GetProcAddress(dll, "TestCodecOrdersOfThisProcess")));
+    std::wcscpy(function()->shortName, L"XVID");
+    std::fill(std::begin(function()->frameBytes), std::end(function()->frameBytes), 16);
+    function()->failFrom = -1;
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(function()->quality, 10000); // 100 percent
+    EXPECT_TRUE(store.EndStorage());
+    FreeLibrary(dll);
+}
+
+TEST_F(CineStoreCodec, IsFoundByItsExactShortName)
+{
+    for (const wchar_t* name : {L"Test codec", L"test", L"test codec 2", L"TST1"}) {
+        capture_settings::set(L"RecordCodec", name);
+        EXPECT_FALSE(start()) << name;
+        EXPECT_TRUE(store.EndStorage());
+    }
+    capture_settings::set(L"RecordCodec", L"test codec");
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(AviMovie(fileName).format.biCompression, mmioFOURCC('T', 'S', 'T', '1'));
+    expectReleased();
+}
+
+TEST_F(CineStoreCodec, MayBeCalledUncompressedInAnotherSpelling)
+{
+    std::wcscpy(codec->shortName, L"uncompressed");
+    capture_settings::set(L"RecordCodec", L"uncompressed");
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->frames, 1);
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, IsTheSettingsWhateverSetCompressionSaid)
+{
+    std::wstring name = L"no such codec";
+    store.SetCompression(name.data());
+    EXPECT_TRUE(start());
+    EXPECT_TRUE(store.EndStorage());
+    name = L"test codec";
+    store.SetCompression(name.data());
+    capture_settings::set(L"RecordCodec", L"no such codec");
+    EXPECT_FALSE(start());
+    EXPECT_TRUE(store.EndStorage());
+}
+
+// The flags of a codec's information record and those of the stream's options have other meanings: the record's
+// "temporal" is the options' "key frames as often as the options say", and these say never.
+TEST_F(CineStoreCodec, GivesTheOptionsTheFlagsOfItsRecord)
+{
+    static_assert(VIDCF_TEMPORAL == AVICOMPRESSF_KEYFRAMES);
+    codec->flags = VIDCF_TEMPORAL | VIDCF_FASTTEMPORALC;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->asked, 0u);
+    EXPECT_TRUE(store.EndStorage());
+    codec->flags = 0;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->asked, static_cast<DWORD>(ICCOMPRESS_KEYFRAME));
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, GetsTheQualityInHundredthsOfAPercent)
+{
+    capture_settings::set(L"RecordQuality", 73);
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    EXPECT_EQ(codec->quality, 7300);
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, GetsItsOwnStateBack)
+{
+    codec->stateSize = 20;
+    ASSERT_TRUE(start());
+    EXPECT_GE(codec->statesWritten, 1);
+    for (unsigned i = 0; i < 32; ++i)
+        EXPECT_EQ(codec->state[i], i < 20 ? testCodecStateStart + i : 0u) << i;
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, NeedsNoState)
+{
+    for (const LONG size : {0L, -1L, -100L}) {
+        codec->stateSize = size;
+        codec->statesWritten = 0;
+        EXPECT_TRUE(start()) << size;
+        EXPECT_TRUE(addBlank());
+        EXPECT_EQ(codec->statesWritten, 0) << size;
+        EXPECT_TRUE(store.EndStorage());
+    }
+}
+
+TEST_F(CineStoreCodec, RefusedFormatFailsTheStartAndIsReleasedAtTheEnd)
+{
+    codec->refuseFormat = TRUE;
+    EXPECT_FALSE(start());
+    EXPECT_TRUE(store.EndStorage());
+    expectReleased();
+    EXPECT_EQ(completed.calls, 1);
+    EXPECT_TRUE(DeleteFileW(fileName.c_str()));
+}
+
+TEST_F(CineStoreCodec, RefusedOpeningIsAnUnknownCodec)
+{
+    codec->refuseOpen = TRUE;
+    EXPECT_FALSE(start());
+    EXPECT_TRUE(store.EndStorage());
+}
+
+TEST_F(CineStoreCodec, FramesWithoutBytesAreRepeatedAtTheEnd)
+{
+    codec->frameBytes[1] = 0;
+    codec->frameBytes[2] = 1;
+    codec->frameBytes[3] = 2;
+    ASSERT_TRUE(start());
+    for (int i = 0; i < 5; ++i)
+        addNothing();
+    EXPECT_EQ(codec->frames, 5);
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(codec->frames, 7); // two more, of the last composed frame
+    const AviMovie movie(fileName);
+    EXPECT_EQ(movie.length(), 7);
+    Bytes last = bytesOf(upsideDown(backgroundPixels, frameWidth));
+    last.resize(16);
+    EXPECT_EQ(movie.frame(5), last);
+    EXPECT_EQ(movie.frame(6), last);
+}
+
+TEST_F(CineStoreCodec, DroppedFramesOfOneRecordingAreCarriedToTheNext)
+{
+    codec->frameBytes[0] = 0;
+    ASSERT_TRUE(start());
+    addNothing();
+    EXPECT_TRUE(store.EndStorage());
+    codec->frameBytes[0] = 16;
+    ASSERT_TRUE(start());
+    addNothing();
+    addNothing();
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(AviMovie(fileName).length(), 3);
+}
+
+TEST_F(CineStoreCodec, RepeatedFramesFollowTheLastOneInAnUncompressedMovieToo)
+{
+    codec->frameBytes[0] = codec->frameBytes[1] = 0;
+    ASSERT_TRUE(start());
+    addNothing();
+    addNothing();
+    EXPECT_TRUE(store.EndStorage());
+    capture_settings::set(L"RecordCodec", L"Uncompressed");
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(store.EndStorage());
+    const AviMovie movie(fileName);
+    ASSERT_EQ(movie.length(), 3);
+    for (LONG i = 0; i < 3; ++i)
+        EXPECT_EQ(movie.frame(i), bytesOf(upsideDown(backgroundPixels, frameWidth))) << i;
+}
+
+TEST_F(CineStoreCodec, WholeBitmapsAreNotCountedAsDropped)
+{
+    codec->frameBytes[0] = 0;
+    ASSERT_TRUE(start());
+    addBlank();
+    addBlank();
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(codec->frames, 2);
+}
+
+TEST_F(CineStoreCodec, DestroyingRepeatsNothing)
+{
+    codec->frameBytes[1] = 0;
+    {
+        CCineStoreAVI local;
+        CBitmap none;
+        ASSERT_TRUE(start(local));
+        for (int i = 0; i < 3; ++i)
+            local.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false, false, false);
+    }
+    EXPECT_EQ(codec->frames, 3);
+    expectReleased();
+}
+
+TEST_F(CineStoreCodec, FailureInTheMiddleIsFalseAndTheRecordingGoesOn)
+{
+    codec->failFrom = 2;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addNothing());
+    EXPECT_TRUE(addNothing());
+    EXPECT_FALSE(addNothing());
+    codec->failFrom = -1;
+    EXPECT_TRUE(addNothing()); // at index 3
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(codec->frames, 5); // the failed one produced no bytes, so the last is repeated
+    EXPECT_EQ(AviMovie(fileName).length(), 5);
+    expectReleased();
+}
+
+TEST_F(CineStoreCodec, CodecThatIsSlowToCloseIsWaitedForAndTheMovieIsWhole)
+{
+    codec->closing = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HANDLE mayClose = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(addBlank());
+    ResetEvent(codec->closing);
+    codec->mayClose = mayClose;
+    int callsWhileClosing = -1;
+    std::thread other([&] {
+        EXPECT_EQ(WaitForSingleObject(codec->closing, 30000), WAIT_OBJECT_0);
+        callsWhileClosing = completed.calls;
+        SetEvent(mayClose);
+    });
+    EXPECT_TRUE(store.EndStorage());
+    other.join();
+    EXPECT_EQ(callsWhileClosing, 0); // nobody is told before the movie is closed
+    EXPECT_EQ(completed.calls, 1);
+    EXPECT_EQ(AviMovie(fileName).length(), 1);
+    codec->mayClose = nullptr;
+    CloseHandle(std::exchange(codec->closing, nullptr));
+    CloseHandle(mayClose);
+}
+
+TEST_F(CineStoreCodec, ThousandRecordingsLeakNeitherHandlesNorDrawingObjectsNorCodecs)
+{
+    codec->stateSize = 8;
+    const auto mask0 = maskOf(30, 30, 1);
+    const auto record = [&](int i) {
+        capture_settings::set(L"RecordCodec", i % 2 ? L"test codec" : L"Uncompressed");
+        capture_settings::set(L"RecordQuality", i % 100);
+        CCineStoreAVI local;
+        GivenPlanes planes(1, {});
+        ASSERT_TRUE(start(local));
+        for (int frame = 0; frame < 2; ++frame)
+            ASSERT_TRUE(local.AddFrame(planes.given[0].data(), planes.given[1].data(), planes.given[2].data(),
+                                       planes.given[3].data(), planes.given[4].data(), *mask0, *mask0, true, false,
+                                       true, false));
+        if (i % 3) local.EndStorage();
+    };
+    for (int i = 0; i < 6; ++i)
+        record(i);
+    const DWORD handlesBefore = test_support::handleCount();
+    const DWORD objectsBefore = test_support::drawingObjectCount();
+    for (int i = 0; i < 1000; ++i)
+        record(i);
+    EXPECT_EQ(test_support::handleCount(), handlesBefore);
+    EXPECT_EQ(test_support::drawingObjectCount(), objectsBefore);
+    expectReleased();
+}
+
+TEST_F(CineStoreAvi, RecordsMotionJpegAtTheConfiguredQuality)
+{
+    InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
+    capture_settings::set(L"RecordCodec", L"MJPG");
+    std::size_t sizes[2] = {};
+    for (const int i : {0, 1}) {
+        capture_settings::set(L"RecordQuality", i ? 95 : 20);
+        ASSERT_TRUE(start());
+        EXPECT_TRUE(addNothing());
+        EXPECT_TRUE(addBitmap(noise(frameWidth, frameHeight, 3)));
+        EXPECT_TRUE(store.EndStorage());
+        const AviMovie movie(fileName);
+        EXPECT_EQ(movie.length(), 2);
+        EXPECT_EQ(movie.format.biCompression, mmioFOURCC('M', 'J', 'P', 'G'));
+        const Bytes frame = movie.frame(1);
+        ASSERT_GT(frame.size(), 4u);
+        EXPECT_EQ(frame[0], 0xFF);
+        EXPECT_EQ(frame[1], 0xD8);
+        sizes[i] = frame.size();
+    }
+    EXPECT_LT(sizes[0], sizes[1]);
+}
