@@ -14,11 +14,13 @@ static_assert(offsetof(CineHeader, frameCount) == countOffset);
 void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataDesc& description)
 {
     static_assert(sizeof description == sizeof words + sizeof(std::uint32_t));
-    std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t), sizeof words);
+    std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t),
+                sizeof words);
 }
 
-// Takes off the file what a failed write has left behind `end`: the next block has to follow the last complete one.
-// Not by the number of bytes that the write reports, because that can be 0 after a part was written.
+// Takes off the file what a failed write has left behind `end`: the next block has to follow the
+// last complete one. Not by the number of bytes that the write reports, because that can be 0 after
+// a part was written.
 void cutBack(std::FILE* file, long long end)
 {
     std::clearerr(file);
@@ -32,8 +34,8 @@ CCineStore::~CCineStore()
     CCineStore::EndStorage();
 }
 
-bool CCineStore::InitStorage(CString fileName, uData dataType, uDataDesc description, int e1, int e2, int e3, int e4,
-                             int e5, int e6)
+bool CCineStore::InitStorage(CString fileName, uData dataType, uDataDesc description, int e1,
+                             int e2, int e3, int e4, int e5, int e6)
 {
     type = dataType;
     frameCount = 0;
@@ -53,8 +55,8 @@ bool CCineStore::createFile(const CString& fileName)
     if (file) std::fclose(std::exchange(file, nullptr));
     file = _wfopen(fileName, L"wb+");
     if (!file) return false;
-    // Blocks go straight to the operating system, so that a killed process loses none that was accepted. They are
-    // large; a buffer would only add a copy.
+    // Blocks go straight to the operating system, so that a killed process loses none that was
+    // accepted. They are large; a buffer would only add a copy.
     std::setvbuf(file, nullptr, _IONBF, 0);
     return true;
 }
@@ -70,7 +72,8 @@ bool CCineStore::AddFrame(void* data, int size)
 bool CCineStore::AddECGData(void* data, int size)
 {
     if (!appendBlock(data, size)) return false;
-    frameCount = size; // replaces the count: readers of ECG files expect the size of the last block here
+    frameCount =
+        size; // replaces the count: readers of ECG files expect the size of the last block here
     return true;
 }
 
@@ -95,13 +98,15 @@ bool CCineStore::EndStorage()
 
 void CCineStore::announce() const
 {
-    const CString finished = path; // the callback may start the next file, which records its own path
+    const CString finished =
+        path; // the callback may start the next file, which records its own path
     if (completeCallback) completeCallback(finished, userData);
 }
 
 bool CCineStore::patchCount()
 {
-    return _fseeki64(file, countOffset, SEEK_SET) == 0 && std::fwrite(&frameCount, sizeof frameCount, 1, file) == 1;
+    return _fseeki64(file, countOffset, SEEK_SET) == 0 &&
+           std::fwrite(&frameCount, sizeof frameCount, 1, file) == 1;
 }
 
 void CCineStore::SetCompleteCallback(CompleteCallback callback, void* callbackData)

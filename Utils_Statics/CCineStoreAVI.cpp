@@ -26,7 +26,8 @@ DWORD streamRate(double fps)
 
 bool isFrameSize(int width, int height)
 {
-    return width > 0 && height > 0 && std::int64_t{width} * height <= INT32_MAX / std::int64_t{sizeof(unsigned int)};
+    return width > 0 && height > 0 &&
+           std::int64_t{width} * height <= INT32_MAX / std::int64_t{sizeof(unsigned int)};
 }
 
 BITMAPINFOHEADER frameFormat(int width, int height, unsigned short bitCount)
@@ -68,8 +69,8 @@ void CCineStoreAVI::SetRate(double fps)
     rate = fps;
 }
 
-bool CCineStoreAVI::InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height, const CRect& rect,
-                                unsigned short bitCount)
+bool CCineStoreAVI::InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
+                                const CRect& rect, unsigned short bitCount)
 try {
     return InitStorage(fileName, background, width, height, std::vector<CRect>(1, rect), bitCount);
 } catch (const std::bad_alloc&) {
@@ -95,18 +96,21 @@ try {
 
 DWORD CCineStoreAVI::frameBytes() const
 {
-    return static_cast<DWORD>(format.biWidth) * static_cast<DWORD>(format.biHeight) * sizeof(unsigned int);
+    return static_cast<DWORD>(format.biWidth) * static_cast<DWORD>(format.biHeight) *
+           sizeof(unsigned int);
 }
 
-bool CCineStoreAVI::prepareFrame(CBitmap* background, int width, int height, const std::vector<CRect>& layout,
-                                 unsigned short bitCount)
+bool CCineStoreAVI::prepareFrame(CBitmap* background, int width, int height,
+                                 const std::vector<CRect>& layout, unsigned short bitCount)
 {
     const int frameWidth = roundedDownToFour(width);
     const int frameHeight = roundedDownToFour(height);
-    if (!isFrameSize(frameWidth, frameHeight) || bitCount == 0 || bitCount > 32 || streamRate(rate) == 0) return false;
+    if (!isFrameSize(frameWidth, frameHeight) || bitCount == 0 || bitCount > 32 ||
+        streamRate(rate) == 0)
+        return false;
 
-    frameBuffer =
-        std::make_unique<unsigned int[]>(static_cast<std::size_t>(frameWidth) * static_cast<std::size_t>(frameHeight));
+    frameBuffer = std::make_unique<unsigned int[]>(static_cast<std::size_t>(frameWidth) *
+                                                   static_cast<std::size_t>(frameHeight));
     format = frameFormat(frameWidth, frameHeight, bitCount);
     if (!background) return true; // deliberate: the rects are taken only together with a background
     background->GetBitmapBits(frameBytes(), frameBuffer.get());

@@ -98,10 +98,11 @@ double CDopplerScaling::GetBaselineStartPos() noexcept
     return m_pw_baselinestartpos;
 }
 
-// Velocity span of the spectrum: PRF x c / (2 f), see C. Kasai et al., IEEE Trans. Sonics Ultrason. SU-32 (1985) 458.
-// The order of the operations is part of the contract: measurements are compared bit by bit with stored ones.
-double CDopplerScaling::GetVelPerPixel(double prp, double freq, double displayHeight, double vesselAngle,
-                                       double scaleFactor) noexcept
+// Velocity span of the spectrum: PRF x c / (2 f), see C. Kasai et al., IEEE Trans. Sonics Ultrason.
+// SU-32 (1985) 458. The order of the operations is part of the contract: measurements are compared
+// bit by bit with stored ones.
+double CDopplerScaling::GetVelPerPixel(double prp, double freq, double displayHeight,
+                                       double vesselAngle, double scaleFactor) noexcept
 {
     if (prp == 0.0 || freq == 0.0 || displayHeight == 0.0 || scaleFactor == 0.0) return 0.0;
     const double range = (1000000.0 / prp) * speedOfSound / (2.0 * freq);

@@ -28,8 +28,9 @@ struct Imaging
 
     UPoint ToPixel(int line, int sample) const
     {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA, scanB,
-                                                probe, soundSpeed, ld, scanC, width, height, flip);
+        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq,
+                                                scanA, scanB, probe, soundSpeed, ld, scanC, width,
+                                                height, flip);
     }
     int ProbeType() const { return probe ? probe->type : -1; }
     bool KnownProbe() const { return ProbeType() >= 0 && ProbeType() <= 2; }
@@ -56,18 +57,20 @@ URect DrawStraight(CDC* dc, const UPoint& p1, const UPoint& p2)
 int Depth(const Imaging& imaging, int sample)
 {
     const int product = base::wrap::Multiply(imaging.soundSpeed, 1000000);
-    return base::wrap::Truncate(static_cast<double>(sample) * product / (2.0 * imaging.samplingFreq));
+    return base::wrap::Truncate(static_cast<double>(sample) * product /
+                                (2.0 * imaging.samplingFreq));
 }
 
-/// The box of the circle of constant depth. Deliberately one pixel larger at the right and the bottom than at the left
-/// and the top, and not put in order again after flipping.
+/// The box of the circle of constant depth. Deliberately one pixel larger at the right and the
+/// bottom than at the left and the top, and not put in order again after flipping.
 CRect ArcBox(const Imaging& imaging, int sample)
 {
     const int radius = base::wrap::Add(Depth(imaging, sample), imaging.probe->radius);
     const int rx = base::wrap::Divide(radius, imaging.micronsPerPixel.x);
     const int ry = base::wrap::Divide(radius, imaging.micronsPerPixel.y);
     CRect box;
-    box.SetRect(base::wrap::Subtract(-1, rx), base::wrap::Subtract(-1, ry), base::wrap::Add(rx, 2), base::wrap::Add(ry, 2));
+    box.SetRect(base::wrap::Subtract(-1, rx), base::wrap::Subtract(-1, ry), base::wrap::Add(rx, 2),
+                base::wrap::Add(ry, 2));
     box.OffsetRect(imaging.origin.x, imaging.origin.y);
     if (imaging.flip & 1) {
         box.left = base::wrap::Subtract(imaging.width, box.left);
@@ -80,21 +83,25 @@ CRect ArcBox(const Imaging& imaging, int sample)
     return box;
 }
 
-/// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no device, and GDI
-/// implementations have been seen to fail on it.
+/// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no
+/// device, and GDI implementations have been seen to fail on it.
 bool Drawable(const CRect& box)
 {
     constexpr long long most = 1 << 19;
-    const auto small = [](long long a, long long b) { return std::abs(a) <= most && std::abs(a - b) <= most; };
+    const auto small = [](long long a, long long b) {
+        return std::abs(a) <= most && std::abs(a - b) <= most;
+    };
     return small(box.left, box.right) && small(box.top, box.bottom);
 }
 
-/// GDI draws arcs counter-clockwise: below its centre an arc runs from left to right, above it from right to left.
+/// GDI draws arcs counter-clockwise: below its centre an arc runs from left to right, above it from
+/// right to left.
 void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, const UPoint& p2)
 {
     if (!dc) return;
     const bool reversed = (imaging.probe->radius < 0) != ((imaging.flip & 2) != 0);
-    const bool fromFirst = (p1.x < p2.x) != reversed; // so a tie starts at p2, or at p1 when reversed
+    const bool fromFirst =
+        (p1.x < p2.x) != reversed; // so a tie starts at p2, or at p1 when reversed
     const UPoint& start = fromFirst ? p1 : p2;
     const UPoint& end = fromFirst ? p2 : p1;
     const CRect box = ArcBox(imaging, sample);
@@ -102,9 +109,10 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
     ::Arc(dc->m_hDC, box.left, box.top, box.right, box.bottom, start.x, start.y, end.x, end.y);
 }
 
-/// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where that is due.
-URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2, const ULine& clip1,
-                  const ULine& clip2)
+/// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where
+/// that is due.
+URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2,
+                  const ULine& clip1, const ULine& clip2)
 {
     if (imaging.ProbeType() == 1) return DrawStraight(dc, p1, p2);
     const ULine line{p1.x, p1.y, p2.x, p2.y};
@@ -117,10 +125,11 @@ URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoin
 
 } // namespace
 
-URect CImgGeometry::DrawVerticalUSLine(CDC* dc, int line, int sample1, int sample2, const UPoint& origin,
-                                       const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
-                                       const ZelProbe* probe, int soundSpeed, int scanC, int width, int height,
-                                       int flip, int ld)
+URect CImgGeometry::DrawVerticalUSLine(CDC* dc, int line, int sample1, int sample2,
+                                       const UPoint& origin, const UPoint& micronsPerPixel,
+                                       int samplingFreq, int scanA, int scanB,
+                                       const ZelProbe* probe, int soundSpeed, int scanC, int width,
+                                       int height, int flip, int ld)
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
@@ -128,10 +137,11 @@ URect CImgGeometry::DrawVerticalUSLine(CDC* dc, int line, int sample1, int sampl
     return DrawStraight(dc, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2));
 }
 
-URect CImgGeometry::DrawHorizontalUSLine(CDC* dc, int sample, int line1, int line2, const UPoint& origin,
-                                         const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
-                                         const ZelProbe* probe, int soundSpeed, int scanC, int width, int height,
-                                         int flip, int ld)
+URect CImgGeometry::DrawHorizontalUSLine(CDC* dc, int sample, int line1, int line2,
+                                         const UPoint& origin, const UPoint& micronsPerPixel,
+                                         int samplingFreq, int scanA, int scanB,
+                                         const ZelProbe* probe, int soundSpeed, int scanC,
+                                         int width, int height, int flip, int ld)
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
@@ -143,28 +153,35 @@ URect CImgGeometry::DrawHorizontalUSLine(CDC* dc, int sample, int line1, int lin
     return Bounds(p1, p2);
 }
 
-URect CImgGeometry::DrawVerticalUSLineClip(CDC* dc, int line, int sample1, int sample2, const UPoint& origin,
-                                           const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
-                                           const ZelProbe* probe, int soundSpeed, const ULine& clip1,
-                                           const ULine& clip2, int scanC, int width, int height, int flip, int ld)
+URect CImgGeometry::DrawVerticalUSLineClip(CDC* dc, int line, int sample1, int sample2,
+                                           const UPoint& origin, const UPoint& micronsPerPixel,
+                                           int samplingFreq, int scanA, int scanB,
+                                           const ZelProbe* probe, int soundSpeed,
+                                           const ULine& clip1, const ULine& clip2, int scanC,
+                                           int width, int height, int flip, int ld)
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
     if (imaging.ProbeType() == 0)
-        return DrawVerticalUSLine(dc, line, sample1, sample2, origin, micronsPerPixel, samplingFreq, scanA, scanB,
-                                  probe, soundSpeed, scanC, width, height, flip, ld);
-    return DrawClipped(dc, imaging, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2), clip1, clip2);
+        return DrawVerticalUSLine(dc, line, sample1, sample2, origin, micronsPerPixel, samplingFreq,
+                                  scanA, scanB, probe, soundSpeed, scanC, width, height, flip, ld);
+    return DrawClipped(dc, imaging, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2),
+                       clip1, clip2);
 }
 
-URect CImgGeometry::DrawHorizontalUSLineClip(CDC* dc, int sample, int line1, int line2, const UPoint& origin,
-                                             const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
-                                             const ZelProbe* probe, int soundSpeed, const ULine& clip1,
-                                             const ULine& clip2, int scanC, int width, int height, int flip, int ld)
+URect CImgGeometry::DrawHorizontalUSLineClip(CDC* dc, int sample, int line1, int line2,
+                                             const UPoint& origin, const UPoint& micronsPerPixel,
+                                             int samplingFreq, int scanA, int scanB,
+                                             const ZelProbe* probe, int soundSpeed,
+                                             const ULine& clip1, const ULine& clip2, int scanC,
+                                             int width, int height, int flip, int ld)
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
     if (imaging.ProbeType() == 0)
-        return DrawHorizontalUSLine(dc, sample, line1, line2, origin, micronsPerPixel, samplingFreq, scanA, scanB,
-                                    probe, soundSpeed, scanC, width, height, flip, ld);
-    return DrawClipped(dc, imaging, imaging.ToPixel(line1, sample), imaging.ToPixel(line2, sample), clip1, clip2);
+        return DrawHorizontalUSLine(dc, sample, line1, line2, origin, micronsPerPixel, samplingFreq,
+                                    scanA, scanB, probe, soundSpeed, scanC, width, height, flip,
+                                    ld);
+    return DrawClipped(dc, imaging, imaging.ToPixel(line1, sample), imaging.ToPixel(line2, sample),
+                       clip1, clip2);
 }

@@ -2,8 +2,8 @@
 
 #include <afxwin.h>
 
-// The module object that the framework expects of a library. It has no initialisation of its own, and the application
-// object of the program stays the one that AfxGetApp answers.
+// The module object that the framework expects of a library. It has no initialisation of its own,
+// and the application object of the program stays the one that AfxGetApp answers.
 class CUtils_StaticsApp : public CWinApp
 {
 public:

@@ -14,10 +14,12 @@ using namespace utils_statics;
 namespace {
 
 // The two spaces after each full stop are deliberate, in both messages.
-constexpr const wchar_t* doesNotMatch = L"[%s] - The string '%s' could not be formated.  It probably doesn't match the "
-                                        L"format specifier(s) found in '%s'.";
-constexpr const wchar_t* notSatisfied = L"[%s] - The string '%s' could not be formated.  It's likely that the expected "
-                                        L"format specifier(s) were not satisfied.";
+constexpr const wchar_t* doesNotMatch =
+    L"[%s] - The string '%s' could not be formated.  It probably doesn't match the "
+    L"format specifier(s) found in '%s'.";
+constexpr const wchar_t* notSatisfied =
+    L"[%s] - The string '%s' could not be formated.  It's likely that the expected "
+    L"format specifier(s) were not satisfied.";
 
 // Keys are plain ASCII identifiers.
 std::wstring WideKey(const char* key)
@@ -29,7 +31,8 @@ std::wstring WideKey(const char* key)
 }
 
 // The text in the table's base language, after the translation could not be formatted.
-std::wstring FormatBase(const char* key, const wchar_t* text, const wchar_t* base, va_list arguments)
+std::wstring FormatBase(const char* key, const wchar_t* text, const wchar_t* base,
+                        va_list arguments)
 {
     const std::wstring wideKey = WideKey(key);
     if (std::wcscmp(base, text) == 0) {

@@ -46,8 +46,9 @@ void MAT_MakeIdentity(double* M, int n) noexcept
         M[i * size + i] = 1.0;
 }
 
-void MAT_Transform(double* maxX, double* minX, double* maxY, double* minY, const double* p1, const double* p2,
-                   const double* p3, const double* p4, const double* M1, const double* M2, double* M) noexcept
+void MAT_Transform(double* maxX, double* minX, double* maxY, double* minY, const double* p1,
+                   const double* p2, const double* p3, const double* p4, const double* M1,
+                   const double* M2, double* M) noexcept
 {
     if (!maxX || !minX || !maxY || !minY || !p1 || !p2 || !p3 || !p4 || !M1 || !M2 || !M) return;
     MAT_MatrixProduct(M1, M2, 3, M);

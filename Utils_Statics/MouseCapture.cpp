@@ -39,7 +39,8 @@ public:
     ReleaseScope& operator=(const ReleaseScope&) = delete;
 };
 
-// Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and then counts as near.
+// Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and
+// then counts as near.
 std::int32_t SquaredDistance(POINT a, POINT b)
 {
     const int dx = base::wrap::Subtract(a.x, b.x);
@@ -68,7 +69,8 @@ struct NearestPoint
         }
     }
 
-    // Only when no handler offers any point: a point that is too far away deliberately keeps the background out.
+    // Only when no handler offers any point: a point that is too far away deliberately keeps the
+    // background out.
     void ConsiderBackground(POINT pt)
     {
         if (best.get() || anyPointSeen || !background.get()) return;
@@ -78,8 +80,8 @@ struct NearestPoint
     }
 };
 
-// The first handler of the walk that has points, or null. The last one without points but with a background point
-// becomes the candidate.
+// The first handler of the walk that has points, or null. The last one without points but with a
+// background point becomes the candidate.
 IMouseHandler* FindHandlerWithPoints(HandlerWalk& walk, HandlerWatch& candidate)
 {
     while (walk.Next()) {
@@ -103,7 +105,9 @@ void MouseCapture::Initialize(const CRect& lockRect, InputType input)
 
 void MouseCapture::Register(IMouseHandler* h)
 {
-    const auto isRegistered = [h] { return std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end(); };
+    const auto isRegistered = [h] {
+        return std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end();
+    };
     if (!h || isRegistered()) return;
 
     HandlerWatch inserted(h);
@@ -114,14 +118,16 @@ void MouseCapture::Register(IMouseHandler* h)
         found = walk.Visited()->GetLockOrder() > order;
     const std::size_t position = found ? walk.VisitedPosition() : m_handlers.size();
 
-    if (!inserted.get() || isRegistered()) return; // a handler that was asked for its order did something about h
+    if (!inserted.get() || isRegistered())
+        return; // a handler that was asked for its order did something about h
     m_handlers.insert(m_handlers.begin() + static_cast<std::ptrdiff_t>(position), h);
     HandlerWalk::Inserted(position);
 }
 
 void MouseCapture::Unregister(IMouseHandler* h)
 {
-    for (auto entry = m_handlers.begin(); (entry = std::find(entry, m_handlers.end(), h)) != m_handlers.end();) {
+    for (auto entry = m_handlers.begin();
+         (entry = std::find(entry, m_handlers.end(), h)) != m_handlers.end();) {
         HandlerWalk::Removed(static_cast<std::size_t>(entry - m_handlers.begin()));
         entry = m_handlers.erase(entry);
     }
@@ -193,14 +199,17 @@ bool MouseCapture::LockNext()
     m_autoMethod = 0;
     const auto owner = std::find(m_handlers.begin(), m_handlers.end(), m_capture);
     const bool ownerFound = owner != m_handlers.end();
-    const std::size_t afterOwner = ownerFound ? static_cast<std::size_t>(owner - m_handlers.begin()) + 1 : 0;
+    const std::size_t afterOwner =
+        ownerFound ? static_cast<std::size_t>(owner - m_handlers.begin()) + 1 : 0;
 
     HandlerWatch candidate;
     HandlerWalk upToOwner(m_handlers, 0, afterOwner);
     HandlerWalk behindOwner(m_handlers, afterOwner, HandlerWalk::toTheEnd);
-    if (IMouseHandler* handler = FindHandlerWithPoints(behindOwner, candidate)) return Lock(handler, 0);
+    if (IMouseHandler* handler = FindHandlerWithPoints(behindOwner, candidate))
+        return Lock(handler, 0);
     if (!utilsExam::ResearchMode && ownerFound && !(m_freeze && m_imaging))
-        if (IMouseHandler* handler = FindHandlerWithPoints(upToOwner, candidate)) return Lock(handler, 0);
+        if (IMouseHandler* handler = FindHandlerWithPoints(upToOwner, candidate))
+            return Lock(handler, 0);
 
     Lock(candidate.get() == m_capture ? nullptr : candidate.get(), 0);
     return false;
@@ -213,7 +222,8 @@ bool MouseCapture::LockNextPoint()
     HandlerWatch owner(m_capture);
     if (!owner.get()) return false;
     const int count = owner.get()->GetAutoCount();
-    if (!owner.get() || owner.get() != m_capture || count <= m_autoMethod) return false; // it may have let go meanwhile
+    if (!owner.get() || owner.get() != m_capture || count <= m_autoMethod)
+        return false; // it may have let go meanwhile
     m_capture->SetLock(m_autoMethod);
     return true;
 }
@@ -239,7 +249,8 @@ bool MouseCapture::HandleMouse(unsigned int message, unsigned int flags, POINT p
 {
     if (!PtInRect(&m_lockRect, pt)) return false;
     if (m_input == InputPointer)
-        if (const std::optional<bool> consumed = HandlePointerStyle(message, flags, pt)) return *consumed;
+        if (const std::optional<bool> consumed = HandlePointerStyle(message, flags, pt))
+            return *consumed;
     if (!m_capture) return false;
     if (m_lockType == LockMoveOnly && message != WM_MOUSEMOVE) return false;
     HandleClip(pt, m_lockType);
@@ -247,7 +258,8 @@ bool MouseCapture::HandleMouse(unsigned int message, unsigned int flags, POINT p
 }
 
 // Pressing and letting go; the answer is empty for any other message.
-std::optional<bool> MouseCapture::HandlePointerStyle(unsigned int message, unsigned int flags, POINT pt)
+std::optional<bool> MouseCapture::HandlePointerStyle(unsigned int message, unsigned int flags,
+                                                     POINT pt)
 {
     if (message == WM_LBUTTONDOWN) {
         LockNearest(pt);
@@ -281,10 +293,11 @@ int MouseCapture::ClipCursor(RECT* rect)
     const LONG width = static_cast<LONG>(mode.dmPelsWidth);
     const LONG height = static_cast<LONG>(mode.dmPelsHeight);
 
-    RECT screen = {0, 0, width, height}; // without a rectangle the cursor is kept on the screen, not freed
+    RECT screen = {0, 0, width,
+                   height}; // without a rectangle the cursor is kept on the screen, not freed
     if (rect && GetInput() != InputPointer)
-        screen = {std::max(0L, m_clipRect.left), std::max(0L, m_clipRect.top), std::min(width, m_clipRect.right),
-                  std::min(height, m_clipRect.bottom)};
+        screen = {std::max(0L, m_clipRect.left), std::max(0L, m_clipRect.top),
+                  std::min(width, m_clipRect.right), std::min(height, m_clipRect.bottom)};
     return ::ClipCursor(utilsExam::CursorClippingDisabled ? nullptr : &screen);
 }
 

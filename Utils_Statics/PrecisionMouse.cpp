@@ -24,7 +24,8 @@ void PrecisionMouse::UpdateHandler(IPrecisionHandler* handler)
     while (next != m_controllers.end() && broadcast == g_broadcast) {
         IPrecisionControl* const control = *next;
         control->SetHandler(handler);
-        next = m_controllers.upper_bound(control); // it may have changed the set, or not be in it any more
+        next = m_controllers.upper_bound(
+            control); // it may have changed the set, or not be in it any more
     }
 }
 

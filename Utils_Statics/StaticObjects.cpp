@@ -1,8 +1,8 @@
-// Every object of the library that is constructed when the library is loaded. Clients rely on the order, and the
-// language orders construction only within one source; between sources it would be the linker's. So all of them stand
-// here, are built from top to bottom, and are destroyed from bottom to top when the library is unloaded. Every other
-// static object of the library is initialised at compile time or on first use; the test static_constructors_check sees
-// to it.
+// Every object of the library that is constructed when the library is loaded. Clients rely on the
+// order, and the language orders construction only within one source; between sources it would be
+// the linker's. So all of them stand here, are built from top to bottom, and are destroyed from
+// bottom to top when the library is unloaded. Every other static object of the library is
+// initialised at compile time or on first use; the test static_constructors_check sees to it.
 #include "CUtils_StaticsApp.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>

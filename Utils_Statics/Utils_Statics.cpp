@@ -1,5 +1,5 @@
-// utilsExam: the application's mode flags and console model, start-up, and the environment's log lines. What needs
-// construction at run time is in StaticObjects.cpp.
+// utilsExam: the application's mode flags and console model, start-up, and the environment's log
+// lines. What needs construction at run time is in StaticObjects.cpp.
 #include "environment/EnvironmentLog.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
@@ -117,7 +117,8 @@ void utilsExam::SetLayoutLeft(bool left) noexcept
 void utilsExam::EnableLowFragmentationHeap() noexcept
 {
     ULONG compatibility = lowFragmentationHeap;
-    HeapSetInformation(GetProcessHeap(), HeapCompatibilityInformation, &compatibility, sizeof compatibility);
+    HeapSetInformation(GetProcessHeap(), HeapCompatibilityInformation, &compatibility,
+                       sizeof compatibility);
 }
 
 void utilsExam::StateChangeSignal(StateChangeType type, unsigned int param1, long param2)

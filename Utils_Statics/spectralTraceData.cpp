@@ -45,7 +45,8 @@ unsigned char* spectralTraceData::getDataSet(eTraceType type) const noexcept
 {
     if (isEmpty()) return nullptr;
     if (type < eTraceEnvelopeReverse || type > eTraceMeanReverse) return m_data;
-    // Through integers, so that an address outside the block, which nobody will use, is still a defined result.
+    // Through integers, so that an address outside the block, which nobody will use, is still a
+    // defined result.
     const std::int64_t offset = std::int64_t{type} * getSetSize();
     return reinterpret_cast<unsigned char*>(reinterpret_cast<std::uintptr_t>(m_data) +
                                             static_cast<std::uintptr_t>(offset));

@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Prints results as they come and keeps them, so that ratios of one and the same run can be printed at the end.
+/// Prints results as they come and keeps them, so that ratios of one and the same run can be
+/// printed at the end.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -21,8 +22,9 @@ public:
             if (run.run_type == Run::RT_Iteration) Keep(run);
     }
 
-    /// One line of the closing table: how many times as long `slow` takes as `fast`. With a goal (0 = none) the line
-    /// says whether it was met; a negative goal is an upper bound, met by a ratio of at most that.
+    /// One line of the closing table: how many times as long `slow` takes as `fast`. With a goal (0
+    /// = none) the line says whether it was met; a negative goal is an upper bound, met by a ratio
+    /// of at most that.
     void PrintRatio(const std::string& slow, const std::string& fast, double goal = 0) const
     {
         const auto s = m_seconds.find(slow);
@@ -35,11 +37,13 @@ public:
 
     static void PrintHeading()
     {
-        std::printf("\n| %-38s | %-38s | %8s | %-24s |\n", "takes", "times as long as", "ratio", "goal");
+        std::printf("\n| %-38s | %-38s | %8s | %-24s |\n", "takes", "times as long as", "ratio",
+                    "goal");
     }
 
 private:
-    // Of a benchmark's repetitions the quickest counts: whatever else the machine does only ever adds time.
+    // Of a benchmark's repetitions the quickest counts: whatever else the machine does only ever
+    // adds time.
     void Keep(const Run& run)
     {
         benchmark::BenchmarkName name = run.run_name;
@@ -55,8 +59,8 @@ private:
         if (goal == 0) return "";
         char text[64];
         const bool met = goal > 0 ? ratio >= goal : ratio <= -goal;
-        std::snprintf(text, sizeof text, "%s %g: %s", goal > 0 ? "at least" : "at most", goal > 0 ? goal : -goal,
-                      met ? "met" : "missed");
+        std::snprintf(text, sizeof text, "%s %g: %s", goal > 0 ? "at least" : "at most",
+                      goal > 0 ? goal : -goal, met ? "met" : "missed");
         return text;
     }
 

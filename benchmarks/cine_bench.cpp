@@ -1,5 +1,5 @@
-// Cine recording at the size of the imaging screen: composing a frame, writing raw frames, and the whole chain to a
-// movie.
+// Cine recording at the size of the imaging screen: composing a frame, writing raw frames, and the
+// whole chain to a movie.
 #include "recording/CineComposition.h"
 #include "../tests/library/recording/DeviceContextComposition.h"
 #include "RatioReporter.h"
@@ -33,7 +33,8 @@ Pixels echoes(SIZE size)
     Pixels pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         const auto depth = static_cast<double>(i) / static_cast<double>(pixels.size());
-        const auto grey = static_cast<std::uint32_t>(static_cast<double>(random() & 0xFF) * (1.0 - depth));
+        const auto grey =
+            static_cast<std::uint32_t>(static_cast<double>(random() & 0xFF) * (1.0 - depth));
         pixels[i] = grey * 0x010101u;
     }
     return pixels;
@@ -54,9 +55,11 @@ std::vector<std::uint8_t> sectorMask(SIZE size)
 
 struct Scene
 {
-    SIZE size[5] = {cine::planeSize(layout[0]), cine::planeSize(layout[1]), cine::planeSize(layout[2]),
-                    cine::stripSize(layout[1]), cine::planeSize(layout[3])};
-    Pixels image[5] = {echoes(size[0]), echoes(size[1]), echoes(size[2]), echoes(size[3]), echoes(size[4])};
+    SIZE size[5] = {cine::planeSize(layout[0]), cine::planeSize(layout[1]),
+                    cine::planeSize(layout[2]), cine::stripSize(layout[1]),
+                    cine::planeSize(layout[3])};
+    Pixels image[5] = {echoes(size[0]), echoes(size[1]), echoes(size[2]), echoes(size[3]),
+                       echoes(size[4])};
     std::vector<std::uint8_t> bits[2] = {sectorMask(size[0]), sectorMask(size[1])};
     CBitmap mask[2];
     Pixels frame = Pixels(width * height, 0x101010);
@@ -84,8 +87,8 @@ struct Scene
 
     std::size_t touchedBytes() const
     {
-        const std::size_t pixels =
-            letThrough(0) + letThrough(1) + area(layout[4]) + area(layout[5]) + image[3].size() + image[4].size();
+        const std::size_t pixels = letThrough(0) + letThrough(1) + area(layout[4]) +
+                                   area(layout[5]) + image[3].size() + image[4].size();
         return pixels * sizeof(std::uint32_t);
     }
 };
@@ -97,7 +100,8 @@ void composeInMemory(benchmark::State& state)
     for (int i = 0; i < 5; ++i)
         planes.image[i] = scene.image[i].data();
     for (auto _ : state) {
-        const cine::Mask masks[2] = {cine::Mask(scene.mask[0]), cine::Mask(scene.mask[1])}; // read for every frame
+        const cine::Mask masks[2] = {cine::Mask(scene.mask[0]),
+                                     cine::Mask(scene.mask[1])}; // read for every frame
         planes.mask[0] = &masks[0];
         planes.mask[1] = &masks[1];
         cine::compose({scene.frame.data(), {width, height}}, layout, planes);
@@ -151,11 +155,14 @@ void writeRawFrames(benchmark::State& state)
     const test_support::TemporaryFolder folder;
     std::vector<char> frame(rawFrame, 'x');
     for (auto _ : state) {
-        HANDLE file = CreateFileW((folder / L"cine.raw").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        HANDLE file = CreateFileW((folder / L"cine.raw").c_str(), GENERIC_WRITE, 0, nullptr,
+                                  CREATE_ALWAYS, 0, nullptr);
         DWORD written = 0;
-        WriteFile(file, frame.data(), sizeof(CineHeader), &written, nullptr); // frames lie behind it, off the page grid
+        WriteFile(file, frame.data(), sizeof(CineHeader), &written,
+                  nullptr); // frames lie behind it, off the page grid
         for (int i = 0; i < rawFramesOfFile; ++i)
-            if (!WriteFile(file, frame.data(), rawFrame, &written, nullptr)) state.SkipWithError("WriteFile failed");
+            if (!WriteFile(file, frame.data(), rawFrame, &written, nullptr))
+                state.SkipWithError("WriteFile failed");
         CloseHandle(file);
     }
     state.SetBytesProcessed(state.iterations() * rawFramesOfFile * rawFrame);
@@ -163,7 +170,8 @@ void writeRawFrames(benchmark::State& state)
 
 constexpr int framesOfMovie = 90;
 
-// The whole chain: planes are turned and composed, the frame is compressed and written, the movie is finished.
+// The whole chain: planes are turned and composed, the frame is compressed and written, the movie
+// is finished.
 void recordMovie(benchmark::State& state, const wchar_t* codec, int quality)
 {
     application.WriteProfileString(L"Settings\\Capture", L"RecordCodec", codec);
@@ -182,13 +190,13 @@ void recordMovie(benchmark::State& state, const wchar_t* codec, int quality)
         if (!store.InitStorage(fileName.c_str(), &background, width, height, rects, 32))
             state.SkipWithError("InitStorage failed");
         for (int i = 0; i < framesOfMovie; ++i)
-            if (!store.AddFrame(image[0], image[1], image[2], image[3], image[4], scene.mask[0], scene.mask[1], true,
-                                false, false, false))
+            if (!store.AddFrame(image[0], image[1], image[2], image[3], image[4], scene.mask[0],
+                                scene.mask[1], true, false, false, false))
                 state.SkipWithError("AddFrame failed");
         store.EndStorage();
     }
-    state.counters["fps"] =
-        benchmark::Counter(static_cast<double>(state.iterations() * framesOfMovie), benchmark::Counter::kIsRate);
+    state.counters["fps"] = benchmark::Counter(
+        static_cast<double>(state.iterations() * framesOfMovie), benchmark::Counter::kIsRate);
 }
 
 } // namespace
@@ -200,10 +208,16 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("Compose/memory", composeInMemory);
     benchmark::RegisterBenchmark("Compose/device contexts", composeThroughDeviceContexts);
     benchmark::RegisterBenchmark("Compose/memcpy", copyTouchedBytes);
-    benchmark::RegisterBenchmark("Raw/AddFrame", addRawFrames)->Unit(benchmark::kMillisecond)->UseRealTime();
-    benchmark::RegisterBenchmark("Raw/WriteFile", writeRawFrames)->Unit(benchmark::kMillisecond)->UseRealTime();
+    benchmark::RegisterBenchmark("Raw/AddFrame", addRawFrames)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
+    benchmark::RegisterBenchmark("Raw/WriteFile", writeRawFrames)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime();
     const auto movie = [](const char* name, const wchar_t* codec, int quality) {
-        benchmark::RegisterBenchmark(name, recordMovie, codec, quality)->Unit(benchmark::kMillisecond)->UseRealTime();
+        benchmark::RegisterBenchmark(name, recordMovie, codec, quality)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
     };
     movie("Movie/uncompressed", L"Uncompressed", 100);
     movie("Movie/MJPG 75", L"MJPG", 75);

@@ -1,4 +1,5 @@
-// The mask of the imaged region and scan conversion, against their plain forms and against memset, the limit.
+// The mask of the imaged region and scan conversion, against their plain forms and against memset,
+// the limit.
 
 #include "RatioReporter.h"
 
@@ -59,8 +60,9 @@ struct Position
 Position Precise(const Scene& s, int x, int y, const URect& rect)
 {
     Position p;
-    ScanConverter::GetPreciseUSCoordinates(x, y, &p.line, &p.sample, &p.lineFraction, &p.sampleFraction, rect, &s.probe,
-                                           1540, 0, 0, s.lines, Frequency, s.origin, s.scale, 0.0, 1.0, false);
+    ScanConverter::GetPreciseUSCoordinates(x, y, &p.line, &p.sample, &p.lineFraction,
+                                           &p.sampleFraction, rect, &s.probe, 1540, 0, 0, s.lines,
+                                           Frequency, s.origin, s.scale, 0.0, 1.0, false);
     return p;
 }
 
@@ -123,8 +125,8 @@ void MaskLibrary(benchmark::State& state, const Scene& s)
     std::vector<unsigned char> mask(ImageSize);
     for (auto _ : state) {
         CImgGeometry::CreateImageMask(mask.data(), Width, Height, Frequency, 0, s.lines,
-                                      CRect(0, 0, s.probe.elements, Samples), 0, &s.probe, 1540, s.origin, s.scale,
-                                      255);
+                                      CRect(0, 0, s.probe.elements, Samples), 0, &s.probe, 1540,
+                                      s.origin, s.scale, 255);
         benchmark::DoNotOptimize(mask.data());
     }
 }
@@ -144,7 +146,8 @@ struct PlainInverse
 {
     explicit PlainInverse(const Scene& s)
         : scene(s),
-          step(s.probe.type == 0   ? static_cast<double>(s.probe.elements) * s.probe.pitch / s.probe.radius / s.lines
+          step(s.probe.type == 0 ? static_cast<double>(s.probe.elements) * s.probe.pitch /
+                                       s.probe.radius / s.lines
                : s.probe.type == 1 ? static_cast<double>(s.probe.elements) * s.probe.pitch / s.lines
                                    : s.probe.sectorAngle * 1.7453292519943296e-5 / s.lines),
           face(s.probe.type == 0 ? s.probe.radius : 0)
@@ -200,16 +203,20 @@ void FramePlain(benchmark::State& state, const Scene& s)
                 double line = 0;
                 double sample = 0;
                 plain.At(x, y, line, sample);
-                unsigned char& pixel = image[static_cast<std::size_t>(y) * Width + static_cast<std::size_t>(x)];
+                unsigned char& pixel =
+                    image[static_cast<std::size_t>(y) * Width + static_cast<std::size_t>(x)];
                 pixel = 0;
-                if (!(line >= 0 && line < s.lines - 1 && sample >= 0 && sample < Samples - 1)) continue;
+                if (!(line >= 0 && line < s.lines - 1 && sample >= 0 && sample < Samples - 1))
+                    continue;
                 const int l = static_cast<int>(line);
                 const int n = static_cast<int>(sample);
-                const unsigned char* p = &frame[static_cast<std::size_t>(l) * Samples + static_cast<std::size_t>(n)];
+                const unsigned char* p =
+                    &frame[static_cast<std::size_t>(l) * Samples + static_cast<std::size_t>(n)];
                 const double fl = line - l;
                 const double fs = sample - n;
-                pixel = static_cast<unsigned char>((p[0] * (1 - fs) + p[1] * fs) * (1 - fl) +
-                                                   (p[Samples] * (1 - fs) + p[Samples + 1] * fs) * fl + 0.5);
+                pixel = static_cast<unsigned char>(
+                    (p[0] * (1 - fs) + p[1] * fs) * (1 - fl) +
+                    (p[Samples] * (1 - fs) + p[Samples + 1] * fs) * fl + 0.5);
             }
         benchmark::DoNotOptimize(image.data());
     }
@@ -253,8 +260,9 @@ void FrameMapped(benchmark::State& state, const Scene& s)
 void Register()
 {
     const auto add = [](const std::string& name, const Scene& scene, auto function) {
-        benchmark::RegisterBenchmark((name + "/" + scene.name).c_str(),
-                                     [&scene, function](benchmark::State& state) { function(state, scene); });
+        benchmark::RegisterBenchmark(
+            (name + "/" + scene.name).c_str(),
+            [&scene, function](benchmark::State& state) { function(state, scene); });
     };
     for (const Scene& scene : Scenes) {
         add("mask: every pixel", scene, MaskEveryPixel);

@@ -1,5 +1,6 @@
-// The matrix routines against Eigen in double precision doing the same job on the same row-by-row arrays, with sizes
-// that are known at run time only. Ends with a table of the ratios (ours / Eigen; below 1 is faster).
+// The matrix routines against Eigen in double precision doing the same job on the same row-by-row
+// arrays, with sizes that are known at run time only. Ends with a table of the ratios (ours /
+// Eigen; below 1 is faster).
 #include <Utils_Statics/MatrixRoutines.h>
 
 #include <Eigen/Dense>
@@ -130,7 +131,8 @@ void leastSquaresEigen(benchmark::State& state)
     }
 }
 
-#define SIZES Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times come in coarse steps
+#define SIZES                                                                                      \
+    Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times come in coarse steps
 BENCHMARK(productOurs)->Name("MatrixProduct/ours")->SIZES;
 BENCHMARK(productEigen)->Name("MatrixProduct/Eigen")->SIZES;
 BENCHMARK(invertOurs)->Name("InvertMatrix/ours")->SIZES;
@@ -165,10 +167,11 @@ public:
 private:
     void printRatio(const std::string& routine, const std::string& n) const
     {
-        const auto ours = m_times.find(routine + "/ours/" + n), eigen = m_times.find(routine + "/Eigen/" + n);
+        const auto ours = m_times.find(routine + "/ours/" + n),
+                   eigen = m_times.find(routine + "/Eigen/" + n);
         if (ours == m_times.end() || eigen == m_times.end()) return;
-        std::printf("%-18s %4s %12.1f %12.1f %8.2f\n", routine.c_str(), n.c_str(), ours->second, eigen->second,
-                    ours->second / eigen->second);
+        std::printf("%-18s %4s %12.1f %12.1f %8.2f\n", routine.c_str(), n.c_str(), ours->second,
+                    eigen->second, ours->second / eigen->second);
     }
 
     std::map<std::string, double> m_times;

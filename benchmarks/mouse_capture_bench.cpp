@@ -1,12 +1,13 @@
-// The arbitration of the pointer with many handlers of four points, against a plain loop over the same points.
+// The arbitration of the pointer with many handlers of four points, against a plain loop over the
+// same points.
 //
-//   Press/N      HandleMouse with a button press that grabs the nearest of N handlers' points (LockNearest)
-//   PlainLoop/N  the nearest of the same 4 N points, in one array and without handlers
-//   Forward/N    HandleMouse with a move while one of N handlers holds the lock
-//   Next/N       LockNext from handler to handler
+//   Press/N      HandleMouse with a button press that grabs the nearest of N handlers' points
+//   (LockNearest) PlainLoop/N  the nearest of the same 4 N points, in one array and without
+//   handlers Forward/N    HandleMouse with a move while one of N handlers holds the lock Next/N
+//   LockNext from handler to handler
 //
-// "ns_per_10_handlers" is the time of one message divided by N / 10; "ratio" is Press against the plain loop, measured
-// right before it in the same run.
+// "ns_per_10_handlers" is the time of one message divided by N / 10; "ratio" is Press against the
+// plain loop, measured right before it in the same run.
 #include <Utils_Statics/MouseCapture.h>
 
 #include <benchmark/benchmark.h>
@@ -117,7 +118,8 @@ double Measure(benchmark::State& state, Message message)
     const Clock::time_point start = Clock::now();
     for ([[maybe_unused]] auto _ : state)
         message(i++);
-    const double nanoseconds = std::chrono::duration<double, std::nano>(Clock::now() - start).count() / i;
+    const double nanoseconds =
+        std::chrono::duration<double, std::nano>(Clock::now() - start).count() / i;
     Report(state, nanoseconds);
     return nanoseconds;
 }
@@ -135,15 +137,17 @@ void Press(benchmark::State& state)
 void PlainLoop(benchmark::State& state)
 {
     const Scene scene(static_cast<std::size_t>(state.range(0)), InputPointer);
-    Measure(state, [&](unsigned int i) { benchmark::DoNotOptimize(NearestOf(scene.all, PressAt(i))); });
+    Measure(state,
+            [&](unsigned int i) { benchmark::DoNotOptimize(NearestOf(scene.all, PressAt(i))); });
 }
 
 void Forward(benchmark::State& state)
 {
     Scene scene(static_cast<std::size_t>(state.range(0)), InputTrackball);
     MouseCapture::Lock(scene.First(), 0);
-    Measure(state,
-            [](unsigned int i) { benchmark::DoNotOptimize(MouseCapture::HandleMouse(WM_MOUSEMOVE, 0, PressAt(i))); });
+    Measure(state, [](unsigned int i) {
+        benchmark::DoNotOptimize(MouseCapture::HandleMouse(WM_MOUSEMOVE, 0, PressAt(i)));
+    });
 }
 
 void Next(benchmark::State& state)

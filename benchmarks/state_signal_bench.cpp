@@ -1,6 +1,6 @@
-// One emission of the state-change signal to 1 to 1000 consumers, against a plain loop of virtual calls over the same
-// kind of objects (what no signal can beat) and Boost.Signals2, with its default mutex and with none. Ends with the
-// ratios.
+// One emission of the state-change signal to 1 to 1000 consumers, against a plain loop of virtual
+// calls over the same kind of objects (what no signal can beat) and Boost.Signals2, with its
+// default mutex and with none. Ends with the ratios.
 #include "PlainLoop.h"
 #include "RatioReporter.h"
 
@@ -59,9 +59,10 @@ void EmitBoost(benchmark::State& state)
     const Consumers consumers = MakeConsumers(state.range(0));
     Signal signal;
     for (const auto& consumer : consumers)
-        signal.connect([receiver = consumer.get()](StateChangeType type, unsigned int param1, long param2) {
-            receiver->OnStateChange(type, param1, param2);
-        });
+        signal.connect(
+            [receiver = consumer.get()](StateChangeType type, unsigned int param1, long param2) {
+                receiver->OnStateChange(type, param1, param2);
+            });
     for (auto _ : state) {
         signal(StateChangeType{3}, 5, 7);
         benchmark::ClobberMemory();
@@ -69,9 +70,9 @@ void EmitBoost(benchmark::State& state)
 }
 
 using BoostSignal = boost::signals2::signal<void(StateChangeType, unsigned int, long)>;
-using UnlockedBoostSignal =
-    boost::signals2::signal_type<void(StateChangeType, unsigned int, long),
-                                 boost::signals2::keywords::mutex_type<boost::signals2::dummy_mutex>>::type;
+using UnlockedBoostSignal = boost::signals2::signal_type<
+    void(StateChangeType, unsigned int, long),
+    boost::signals2::keywords::mutex_type<boost::signals2::dummy_mutex>>::type;
 
 void Boost(benchmark::State& state)
 {
@@ -88,9 +89,18 @@ constexpr int counts[] = {1, 10, 100, 1000};
 void RegisterAll()
 {
     for (const int count : counts) {
-        benchmark::RegisterBenchmark("PlainLoop", PlainLoop)->Arg(count)->Repetitions(5)->MinTime(0.05);
-        benchmark::RegisterBenchmark("StateSignal", StateSignal)->Arg(count)->Repetitions(5)->MinTime(0.05);
-        benchmark::RegisterBenchmark("BoostUnlocked", BoostUnlocked)->Arg(count)->Repetitions(5)->MinTime(0.05);
+        benchmark::RegisterBenchmark("PlainLoop", PlainLoop)
+            ->Arg(count)
+            ->Repetitions(5)
+            ->MinTime(0.05);
+        benchmark::RegisterBenchmark("StateSignal", StateSignal)
+            ->Arg(count)
+            ->Repetitions(5)
+            ->MinTime(0.05);
+        benchmark::RegisterBenchmark("BoostUnlocked", BoostUnlocked)
+            ->Arg(count)
+            ->Repetitions(5)
+            ->MinTime(0.05);
         benchmark::RegisterBenchmark("Boost", Boost)->Arg(count)->Repetitions(5)->MinTime(0.05);
     }
 }

@@ -1,4 +1,5 @@
-// Word splitting, text formatting and layout file look-up beside the plainest form that the standard library offers.
+// Word splitting, text formatting and layout file look-up beside the plainest form that the
+// standard library offers.
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
@@ -17,7 +18,8 @@
 
 namespace {
 
-const std::wstring sentence = L"The quick brown fox jumps over the lazy dog and looks for a place to sleep until noon";
+const std::wstring sentence =
+    L"The quick brown fox jumps over the lazy dog and looks for a place to sleep until noon";
 
 void GetAllWords(benchmark::State& state)
 {
@@ -47,7 +49,8 @@ void FindAndSubstr(benchmark::State& state)
     for (auto _ : state) {
         words.clear();
         std::size_t begin = 0;
-        for (std::size_t end; (end = sentence.find(L' ', begin)) != std::wstring::npos; begin = end + 1)
+        for (std::size_t end; (end = sentence.find(L' ', begin)) != std::wstring::npos;
+             begin = end + 1)
             words.push_back(sentence.substr(begin, end - begin));
         words.push_back(sentence.substr(begin));
         benchmark::DoNotOptimize(words.size());
@@ -60,7 +63,8 @@ void GetStrFormatted(benchmark::State& state)
         benchmark::DoNotOptimize(GetStr("bench.images", 17, L"Meier", 2.5));
 }
 
-// What the call would be without a check: a look-up in a map and the C library's formatter into a buffer.
+// What the call would be without a check: a look-up in a map and the C library's formatter into a
+// buffer.
 void MapAndSwprintf(benchmark::State& state)
 {
     const std::map<std::string, std::wstring> texts{{"bench.images", L"%d Bilder von %s (%.1f MB)"},
@@ -160,8 +164,8 @@ void PrintRatio(const TimeKeeper& keeper, const char* ours, const char* plain)
     const auto our = keeper.times.find(ours);
     const auto other = keeper.times.find(plain);
     if (our == keeper.times.end() || other == keeper.times.end()) return;
-    std::printf("%-20s %10.0f ns   %-24s %10.0f ns   %5.2f\n", ours, our->second, plain, other->second,
-                our->second / other->second);
+    std::printf("%-20s %10.0f ns   %-24s %10.0f ns   %5.2f\n", ours, our->second, plain,
+                other->second, our->second / other->second);
 }
 
 void WriteFile(const fs::path& path, const char* text)
@@ -175,7 +179,8 @@ void WriteFile(const fs::path& path, const char* text)
 constexpr const char* table =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">"
-    "<file original=\"bench\" datatype=\"plaintext\" source-language=\"en\" target-language=\"de\"><body>"
+    "<file original=\"bench\" datatype=\"plaintext\" source-language=\"en\" "
+    "target-language=\"de\"><body>"
     "<trans-unit id=\"bench.images\"><source>%d images of %s (%.1f MB)</source>"
     "<target>%d Bilder von %s (%.1f MB)</target></trans-unit>"
     "<trans-unit id=\"bench.plain\"><source>Save</source><target>Sichern</target></trans-unit>"
@@ -189,7 +194,8 @@ int main(int argc, char** argv)
     fs::create_directories(layoutFolder());
     WriteFile(layoutFolder() / L"img.png", "x");
     WriteFile(layoutFolder() / L"texts.xlf", table);
-    if (!ZelTString::load(layoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de")) return 1;
+    if (!ZelTString::load(layoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de"))
+        return 1;
 
     TimeKeeper keeper;
     benchmark::RunSpecifiedBenchmarks(&keeper);

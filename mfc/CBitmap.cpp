@@ -17,7 +17,8 @@ BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int width, int height)
 // The platform's counts are signed; a larger buffer than that can say is never filled.
 DWORD CBitmap::GetBitmapBits(DWORD size, LPVOID bits) const
 {
-    return static_cast<DWORD>(::GetBitmapBits(*this, static_cast<LONG>(std::min<DWORD>(size, MAXLONG)), bits));
+    return static_cast<DWORD>(
+        ::GetBitmapBits(*this, static_cast<LONG>(std::min<DWORD>(size, MAXLONG)), bits));
 }
 
 DWORD CBitmap::SetBitmapBits(DWORD size, const void* bits)

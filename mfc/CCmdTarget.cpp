@@ -16,9 +16,11 @@ const AFX_MSGMAP* CCmdTarget::GetMessageMap() const
 
 const AFX_MSGMAP_ENTRY* CCmdTarget::FindMessageEntry(UINT message, UINT code, UINT id) const
 {
-    for (const AFX_MSGMAP* map = GetMessageMap(); map; map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr)
+    for (const AFX_MSGMAP* map = GetMessageMap(); map;
+         map = map->pfnGetBaseMap ? map->pfnGetBaseMap() : nullptr)
         for (const AFX_MSGMAP_ENTRY* entry = map->lpEntries; entry->handler; ++entry)
-            if (entry->nMessage == message && entry->nCode == code && id >= entry->nID && id <= entry->nLastID)
+            if (entry->nMessage == message && entry->nCode == code && id >= entry->nID &&
+                id <= entry->nLastID)
                 return entry;
     return nullptr;
 }

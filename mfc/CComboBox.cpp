@@ -14,6 +14,7 @@ void CComboBox::GetLBText(int index, CString& text) const
 {
     const int length = GetLBTextLen(index);
     if (length < 0) return;
-    SendMessage(CB_GETLBTEXT, Index(index), reinterpret_cast<LPARAM>(text.GetBufferSetLength(length)));
+    SendMessage(CB_GETLBTEXT, Index(index),
+                reinterpret_cast<LPARAM>(text.GetBufferSetLength(length)));
     text.ReleaseBuffer();
 }

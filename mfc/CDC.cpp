@@ -65,7 +65,8 @@ void CDC::DeleteTempMap()
 BOOL CDC::Attach(HDC context)
 {
     if (!context || m_hDC) return FALSE;
-    m_hDC = m_hAttribDC = context; // first: should memory be short for the map, the handle has its owner
+    m_hDC = m_hAttribDC =
+        context; // first: should memory be short for the map, the handle has its owner
     Contexts().Add(context, this);
     return TRUE;
 }
@@ -200,27 +201,30 @@ void CDC::FillSolidRect(int x, int y, int width, int height, COLORREF colour)
     FillSolidRect(&rect, colour);
 }
 
-BOOL CDC::GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount, DWORD mode)
+BOOL CDC::GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount,
+                       DWORD mode)
 {
     return ::GradientFill(m_hDC, vertices, vertexCount, elements, elementCount, mode);
 }
 
-BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, DWORD operation)
+BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                 DWORD operation)
 {
     return ::BitBlt(m_hDC, x, y, width, height, HandleOf(source), xSource, ySource, operation);
 }
 
-BOOL CDC::StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, int widthSource,
-                     int heightSource, DWORD operation)
+BOOL CDC::StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                     int widthSource, int heightSource, DWORD operation)
 {
-    return ::StretchBlt(m_hDC, x, y, width, height, HandleOf(source), xSource, ySource, widthSource, heightSource,
-                        operation);
+    return ::StretchBlt(m_hDC, x, y, width, height, HandleOf(source), xSource, ySource, widthSource,
+                        heightSource, operation);
 }
 
-BOOL CDC::MaskBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, CBitmap& mask, int xMask,
-                  int yMask, DWORD operation)
+BOOL CDC::MaskBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                  CBitmap& mask, int xMask, int yMask, DWORD operation)
 {
-    return ::MaskBlt(m_hDC, x, y, width, height, HandleOf(source), xSource, ySource, mask, xMask, yMask, operation);
+    return ::MaskBlt(m_hDC, x, y, width, height, HandleOf(source), xSource, ySource, mask, xMask,
+                     yMask, operation);
 }
 
 CSize CDC::GetTextExtent(LPCTSTR text, int length) const

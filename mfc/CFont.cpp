@@ -3,12 +3,13 @@
 
 CFont::~CFont() = default;
 
-BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, int weight, BYTE italic, BYTE underline,
-                       BYTE strikeOut, BYTE charSet, BYTE outPrecision, BYTE clipPrecision, BYTE quality,
-                       BYTE pitchAndFamily, LPCTSTR faceName)
+BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, int weight,
+                       BYTE italic, BYTE underline, BYTE strikeOut, BYTE charSet, BYTE outPrecision,
+                       BYTE clipPrecision, BYTE quality, BYTE pitchAndFamily, LPCTSTR faceName)
 {
-    return Own(::CreateFontW(height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
-                             outPrecision, clipPrecision, quality, pitchAndFamily, faceName));
+    return Own(::CreateFontW(height, width, escapement, orientation, weight, italic, underline,
+                             strikeOut, charSet, outPrecision, clipPrecision, quality,
+                             pitchAndFamily, faceName));
 }
 
 BOOL CFont::CreatePointFont(int tenths, LPCTSTR faceName, CDC* dc)

@@ -22,7 +22,8 @@ BOOL CGdiObject::Attach(HGDIOBJ object)
 {
     if (!object || m_hObject) return FALSE;
     m_hObject = object; // first: should memory be short for the map, the handle has its owner
-    // A handle with an object already (a stock object, say) is attached all the same; FromHandle answers the first.
+    // A handle with an object already (a stock object, say) is attached all the same; FromHandle
+    // answers the first.
     framework::GdiMap().Add(object, this);
     return TRUE;
 }

@@ -54,7 +54,8 @@ COleDateTime::COleDateTime(const SYSTEMTIME& time)
 }
 
 COleDateTime::COleDateTime(const CTime& time)
-    : COleDateTime(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(), time.GetMinute(), time.GetSecond())
+    : COleDateTime(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(), time.GetMinute(),
+                   time.GetSecond())
 {
 }
 
@@ -116,10 +117,12 @@ int COleDateTime::GetDayOfYear() const
 
 int COleDateTime::SetDateTime(int year, int month, int day, int hour, int minute, int second)
 {
-    SYSTEMTIME time = {ToWord(year), ToWord(month), 0, ToWord(day), ToWord(hour), ToWord(minute), ToWord(second), 0};
+    SYSTEMTIME time = {ToWord(year),   ToWord(month),  0, ToWord(day), ToWord(hour),
+                       ToWord(minute), ToWord(second), 0};
     m_dt = 0;
     // The platform's conversion would carry a 30 February over into March.
-    const bool converted = IsCalendarDate(time) && IsTimeOfDay(time) && SystemTimeToVariantTime(&time, &m_dt);
+    const bool converted =
+        IsCalendarDate(time) && IsTimeOfDay(time) && SystemTimeToVariantTime(&time, &m_dt);
     m_status = converted ? valid : invalid;
     return converted ? 0 : 1;
 }

@@ -103,7 +103,8 @@ CString CString::SpanExcluding(LPCWSTR characters) const
 CString CString::Tokenize(LPCWSTR delimiters, int& start) const
 {
     const auto separators = View(delimiters);
-    const size_t first = start < 0 ? m_text.npos : m_text.find_first_not_of(separators, static_cast<size_t>(start));
+    const size_t first =
+        start < 0 ? m_text.npos : m_text.find_first_not_of(separators, static_cast<size_t>(start));
     if (first == m_text.npos) {
         start = -1;
         return {};
@@ -179,7 +180,8 @@ int CString::Replace(LPCWSTR from, LPCWSTR to)
     std::wstring result;
     int count = 0;
     size_t done = 0;
-    for (size_t hit; (hit = m_text.find(wanted, done)) != m_text.npos; done = hit + wanted.size(), ++count)
+    for (size_t hit; (hit = m_text.find(wanted, done)) != m_text.npos;
+         done = hit + wanted.size(), ++count)
         result.append(m_text, done, hit - done).append(View(to));
     if (count == 0) return 0;
     m_text = result.append(m_text, done);
@@ -201,7 +203,8 @@ int CString::Insert(int index, LPCWSTR text)
 int CString::Delete(int index, int count)
 {
     const int start = std::max(index, 0);
-    if (start < GetLength() && count > 0) m_text.erase(static_cast<size_t>(start), static_cast<size_t>(count));
+    if (start < GetLength() && count > 0)
+        m_text.erase(static_cast<size_t>(start), static_cast<size_t>(count));
     return GetLength();
 }
 

@@ -9,7 +9,8 @@
 
 namespace {
 
-// Constant-initialised, so that application objects may be built before and after this DLL's other objects.
+// Constant-initialised, so that application objects may be built before and after this DLL's other
+// objects.
 constinit std::atomic<CWinApp*> theApplication = nullptr;
 constinit framework::SlimLock modulesMutex;
 constinit CWinApp* modules = nullptr;
@@ -54,7 +55,8 @@ CWinApp::CWinApp(LPCTSTR appName, HINSTANCE module) : m_hInstance(module)
     m_nThreadID = GetCurrentThreadId();
     if (IsExecutable(module)) {
         CWinApp* none = nullptr;
-        theApplication.compare_exchange_strong(none, this); // the first one, should there be several
+        theApplication.compare_exchange_strong(none,
+                                               this); // the first one, should there be several
         return;
     }
     const std::lock_guard lock(modulesMutex);

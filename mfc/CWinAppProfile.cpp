@@ -19,8 +19,8 @@ framework::RegistryKey OpenKey(const CString& path, REGSAM access)
 framework::RegistryKey CreateKey(const CString& path)
 {
     framework::RegistryKey key;
-    RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, key.put(),
-                    nullptr);
+    RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
+                    nullptr, key.put(), nullptr);
     return key;
 }
 
@@ -32,8 +32,8 @@ BOOL SucceededOrAbsent(LSTATUS status)
 BOOL WriteValue(const CString& path, LPCTSTR entry, DWORD type, const void* data, size_t size)
 {
     const framework::RegistryKey key = CreateKey(path);
-    return key && RegSetValueExW(key.get(), entry, 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size)) ==
-                      ERROR_SUCCESS;
+    return key && RegSetValueExW(key.get(), entry, 0, type, static_cast<const BYTE*>(data),
+                                 static_cast<DWORD>(size)) == ERROR_SUCCESS;
 }
 
 BOOL DeleteEntry(const CString& path, LPCTSTR entry)
@@ -42,15 +42,16 @@ BOOL DeleteEntry(const CString& path, LPCTSTR entry)
     return !key || SucceededOrAbsent(RegDeleteValueW(key.get(), entry));
 }
 
-// The text of a value of type REG_SZ. It may grow between the question for its size and the answer, hence the loop.
+// The text of a value of type REG_SZ. It may grow between the question for its size and the answer,
+// hence the loop.
 bool ReadText(HKEY key, LPCTSTR entry, CString& text)
 {
     std::vector<wchar_t> buffer(128);
     for (;;) {
         DWORD type = REG_NONE;
         DWORD size = static_cast<DWORD>(buffer.size() * sizeof(wchar_t));
-        const LSTATUS status =
-            RegQueryValueExW(key, entry, nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()), &size);
+        const LSTATUS status = RegQueryValueExW(key, entry, nullptr, &type,
+                                                reinterpret_cast<BYTE*>(buffer.data()), &size);
         if (status == ERROR_SUCCESS && type == REG_SZ) {
             // The terminating null may be missing.
             const size_t length = size / sizeof(wchar_t);
@@ -67,8 +68,8 @@ CString ReadIniText(LPCTSTR file, LPCTSTR section, LPCTSTR entry, LPCTSTR defaul
     constexpr DWORD largest = 1u << 20;
     for (DWORD size = 256;; size *= 4) {
         std::vector<wchar_t> buffer(size);
-        const DWORD length =
-            GetPrivateProfileStringW(section, entry, defaultValue ? defaultValue : L"", buffer.data(), size, file);
+        const DWORD length = GetPrivateProfileStringW(
+            section, entry, defaultValue ? defaultValue : L"", buffer.data(), size, file);
         // A text that was cut fills the buffer but for its last place.
         if (length + 1 < size || size >= largest) return {buffer.data(), static_cast<int>(length)};
     }
@@ -92,14 +93,17 @@ void CWinApp::SetRegistryKey(LPCTSTR registryKey)
 UINT CWinApp::GetProfileInt(LPCTSTR section, LPCTSTR entry, int defaultValue)
 {
     if (!section || !entry) return static_cast<UINT>(defaultValue);
-    if (!m_pszRegistryKey) return GetPrivateProfileIntW(section, entry, defaultValue, m_pszProfileName);
+    if (!m_pszRegistryKey)
+        return GetPrivateProfileIntW(section, entry, defaultValue, m_pszProfileName);
     const framework::RegistryKey key = OpenKey(SectionKey(section), KEY_QUERY_VALUE);
     DWORD type = REG_NONE;
     DWORD value = 0;
     DWORD size = sizeof value;
-    const bool found = key && RegQueryValueExW(key.get(), entry, nullptr, &type, reinterpret_cast<BYTE*>(&value),
-                                               &size) == ERROR_SUCCESS;
-    return found && type == REG_DWORD && size == sizeof value ? value : static_cast<UINT>(defaultValue);
+    const bool found =
+        key && RegQueryValueExW(key.get(), entry, nullptr, &type, reinterpret_cast<BYTE*>(&value),
+                                &size) == ERROR_SUCCESS;
+    return found && type == REG_DWORD && size == sizeof value ? value
+                                                              : static_cast<UINT>(defaultValue);
 }
 
 CString CWinApp::GetProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR defaultValue)
@@ -114,7 +118,8 @@ CString CWinApp::GetProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR defaul
 BOOL CWinApp::WriteProfileInt(LPCTSTR section, LPCTSTR entry, int value)
 {
     if (!section || !entry) return FALSE;
-    if (m_pszRegistryKey) return WriteValue(SectionKey(section), entry, REG_DWORD, &value, sizeof value);
+    if (m_pszRegistryKey)
+        return WriteValue(SectionKey(section), entry, REG_DWORD, &value, sizeof value);
     CString text;
     text.Format(L"%d", value);
     return WritePrivateProfileStringW(section, entry, text, m_pszProfileName);
@@ -123,7 +128,8 @@ BOOL CWinApp::WriteProfileInt(LPCTSTR section, LPCTSTR entry, int value)
 BOOL CWinApp::WriteProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR value)
 {
     if (!section) return FALSE;
-    if (!m_pszRegistryKey) return WritePrivateProfileStringW(section, entry, value, m_pszProfileName);
+    if (!m_pszRegistryKey)
+        return WritePrivateProfileStringW(section, entry, value, m_pszProfileName);
     const CString path = SectionKey(section);
     if (!entry) return SucceededOrAbsent(RegDeleteTreeW(HKEY_CURRENT_USER, path));
     if (!value) return DeleteEntry(path, entry);

@@ -4,8 +4,8 @@
 
 namespace {
 
-// Gives a worker thread an object of its own for the application's main window, as the application's belongs to another
-// thread.
+// Gives a worker thread an object of its own for the application's main window, as the
+// application's belongs to another thread.
 class InheritedMainWindow
 {
 public:
@@ -52,7 +52,8 @@ BOOL CWinThread::CreateThread(DWORD flags, UINT stackSize, LPSECURITY_ATTRIBUTES
     m_inheritedWindow = ApplicationsMainWindow(); // read on this thread, not while the new one runs
     // Started suspended, so that the thread finds the members below set.
     unsigned id = 0;
-    const uintptr_t handle = _beginthreadex(security, stackSize, &Entry, this, CREATE_SUSPENDED, &id);
+    const uintptr_t handle =
+        _beginthreadex(security, stackSize, &Entry, this, CREATE_SUSPENDED, &id);
     if (handle == 0) return FALSE;
     m_hThread = reinterpret_cast<HANDLE>(handle);
     m_nThreadID = id;
@@ -122,8 +123,8 @@ BOOL CWinThread::OnIdle(LONG)
 BOOL CWinThread::IsIdleMessage(MSG* message)
 {
     constexpr UINT caretBlinks = 0x0118;
-    return message->message != WM_PAINT && message->message != WM_MOUSEMOVE && message->message != WM_NCMOUSEMOVE &&
-           message->message != caretBlinks;
+    return message->message != WM_PAINT && message->message != WM_MOUSEMOVE &&
+           message->message != WM_NCMOUSEMOVE && message->message != caretBlinks;
 }
 
 BOOL CWinThread::PreTranslateMessage(MSG* message)
@@ -149,8 +150,8 @@ BOOL CWinThread::PumpMessage()
     return TRUE;
 }
 
-CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter, int priority, UINT stackSize, DWORD flags,
-                           LPSECURITY_ATTRIBUTES security)
+CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter, int priority, UINT stackSize,
+                           DWORD flags, LPSECURITY_ATTRIBUTES security)
 {
     auto thread = std::make_unique<CWinThread>(procedure, parameter);
     if (!thread->CreateThread(flags | CREATE_SUSPENDED, stackSize, security)) return nullptr;

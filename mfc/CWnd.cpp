@@ -26,7 +26,8 @@ BOOL ModifyStyleBits(HWND window, int index, DWORD remove, DWORD add, UINT posit
 CWnd::~CWnd()
 {
     CWnd::DestroyWindow();
-    UnsubclassWindow(); // another thread's window cannot be destroyed from here, and must not find this object any more
+    UnsubclassWindow(); // another thread's window cannot be destroyed from here, and must not find
+                        // this object any more
 }
 
 CWnd* CWnd::FromHandle(HWND window)
@@ -85,26 +86,28 @@ HWND CWnd::UnsubclassWindow()
 
 void CWnd::PreSubclassWindow() {}
 
-BOOL CWnd::Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent, UINT id,
-                  void* context)
+BOOL CWnd::Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
+                  CWnd* parent, UINT id, void* context)
 {
     return CreateEx(0, className, windowName, style | WS_CHILD, rect, parent, id, context);
 }
 
-BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent,
-                    UINT id, LPVOID parameter)
+BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
+                    const RECT& rect, CWnd* parent, UINT id, LPVOID parameter)
 {
     const CRect area(rect);
-    return CreateEx(exStyle, className, windowName, style, area.left, area.top, area.Width(), area.Height(),
-                    parent ? parent->m_hWnd : nullptr, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), parameter);
+    return CreateEx(exStyle, className, windowName, style, area.left, area.top, area.Width(),
+                    area.Height(), parent ? parent->m_hWnd : nullptr,
+                    reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), parameter);
 }
 
-BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width,
-                    int height, HWND parent, HMENU idOrMenu, LPVOID parameter)
+BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
+                    int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter)
 {
     if (m_hWnd) return FALSE;
-    CREATESTRUCT description = {parameter, AfxGetInstanceHandle(),   idOrMenu,   parent,    height, width, y,
-                                x,         static_cast<LONG>(style), windowName, className, exStyle};
+    CREATESTRUCT description = {
+        parameter, AfxGetInstanceHandle(),   idOrMenu,   parent,    height, width, y,
+        x,         static_cast<LONG>(style), windowName, className, exStyle};
     if (PreCreateWindow(description)) return WindowCreation(*this).Create(description) != nullptr;
     PostNcDestroy();
     return FALSE;
@@ -123,7 +126,8 @@ BOOL CWnd::DestroyWindow()
     const HWND window = m_hWnd;
     const bool permanent = FromHandlePermanent(window) == this;
     const BOOL destroyed = ::DestroyWindow(window);
-    // Told of its end, an object has left the map and may have deleted itself: then this must not be looked at.
+    // Told of its end, an object has left the map and may have deleted itself: then this must not
+    // be looked at.
     if (permanent && FromHandlePermanent(window) != this) return destroyed;
     // Without the procedure in place nobody was told.
     if (m_hWnd == window && !::IsWindow(window)) Detach();
@@ -174,18 +178,20 @@ LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor, HBRUSH background, HICON
 {
     WNDCLASS description = {};
     description.style = style;
-    description.lpfnWndProc = ::DefWindowProcW; // the objects' procedure is put in front when a window is created
+    description.lpfnWndProc =
+        ::DefWindowProcW; // the objects' procedure is put in front when a window is created
     description.hInstance = AfxGetInstanceHandle();
     description.hCursor = cursor;
     description.hbrBackground = background;
     description.hIcon = icon;
     CString& name = ThreadState::Current().className;
-    name.Format(L"Afx:%p:%x:%p:%p:%p", static_cast<void*>(description.hInstance), style, static_cast<void*>(cursor),
-                static_cast<void*>(background), static_cast<void*>(icon));
+    name.Format(L"Afx:%p:%x:%p:%p:%p", static_cast<void*>(description.hInstance), style,
+                static_cast<void*>(cursor), static_cast<void*>(background),
+                static_cast<void*>(icon));
     description.lpszClassName = name;
     WNDCLASS existing = {};
-    const bool known = GetClassInfoW(description.hInstance, name, &existing) || RegisterClassW(&description) ||
-                       GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+    const bool known = GetClassInfoW(description.hInstance, name, &existing) ||
+                       RegisterClassW(&description) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
     if (!known) name.Empty();
     return name;
 }

@@ -9,7 +9,8 @@ END_MESSAGE_MAP()
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
     LRESULT result = 0;
-    return OnWndMsg(message, wParam, lParam, &result) ? result : DefWindowProc(message, wParam, lParam);
+    return OnWndMsg(message, wParam, lParam, &result) ? result
+                                                      : DefWindowProc(message, wParam, lParam);
 }
 
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result)
@@ -34,7 +35,8 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 
 BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
 {
-    // Menus and accelerators send no control; their "notification codes" 0 and 1 both mean the command.
+    // Menus and accelerators send no control; their "notification codes" 0 and 1 both mean the
+    // command.
     const int code = lParam ? static_cast<int>(HIWORD(wParam)) : CN_COMMAND;
     return OnCmdMsg(LOWORD(wParam), code, nullptr, nullptr);
 }

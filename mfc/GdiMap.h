@@ -10,7 +10,8 @@ namespace framework {
 // Objects with an attached GDI handle.
 PermanentMap<HGDIOBJ, CGdiObject>& GdiMap();
 
-// The object of the handle: the one it is attached to if it is of this type, else the thread's temporary one.
+// The object of the handle: the one it is attached to if it is of this type, else the thread's
+// temporary one.
 template <class Object>
 Object* GdiFromHandle(HGDIOBJ handle)
 {

@@ -4,7 +4,8 @@
 
 namespace framework {
 
-// The one owner of handles that are no public object: `Traits` names the handle's type and how it is released.
+// The one owner of handles that are no public object: `Traits` names the handle's type and how it
+// is released.
 template <class Traits>
 class HandleOwner
 {

@@ -10,8 +10,8 @@
 
 namespace framework {
 
-// Which object a handle is attached to. One map serves all threads, so that an object may be destroyed on another
-// thread than the one that made it without leaving its address behind.
+// Which object a handle is attached to. One map serves all threads, so that an object may be
+// destroyed on another thread than the one that made it without leaving its address behind.
 template <class Handle, class Object>
 class PermanentMap
 {

@@ -4,8 +4,9 @@
 
 namespace framework {
 
-// The platform's slim lock for std::lock_guard and std::shared_lock. Constant-initialised, other than std::mutex here,
-// so that objects of other modules may use it before and after this DLL's own ones live.
+// The platform's slim lock for std::lock_guard and std::shared_lock. Constant-initialised, other
+// than std::mutex here, so that objects of other modules may use it before and after this DLL's own
+// ones live.
 class SlimLock
 {
 public:

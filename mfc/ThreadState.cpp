@@ -11,8 +11,8 @@ namespace {
 constinit SlimLock chainMutex;
 constinit ThreadState* chain = nullptr;
 
-// A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded until the thread
-// ends.
+// A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded
+// until the thread ends.
 DWORD Slot()
 {
     static const DWORD slot = TlsAlloc();
@@ -66,8 +66,8 @@ ThreadState::~ThreadState()
     *link = m_next;
 }
 
-// The objects' handles are not theirs: they are taken away before the objects go, so that nothing is destroyed or
-// deleted.
+// The objects' handles are not theirs: they are taken away before the objects go, so that nothing
+// is destroyed or deleted.
 void ThreadState::DeleteTemporaryWindows()
 {
     for (auto& [handle, window] : windows)

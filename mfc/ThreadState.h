@@ -11,7 +11,8 @@ class WindowCreation;
 
 namespace framework {
 
-// What the framework keeps for one thread. Made on first use, deleted when the thread ends or the DLL is unloaded.
+// What the framework keeps for one thread. Made on first use, deleted when the thread ends or the
+// DLL is unloaded.
 class ThreadState
 {
 public:
@@ -33,8 +34,8 @@ public:
     int proceduresActive = 0;           // window procedures of the framework on the stack
     CString className;                  // of AfxRegisterWndClass
 
-    // Temporary objects, none of which owns its handle. GDI handles of different kinds may share a value over time,
-    // hence the type in the key.
+    // Temporary objects, none of which owns its handle. GDI handles of different kinds may share a
+    // value over time, hence the type in the key.
     std::unordered_map<HWND, std::unique_ptr<CWnd>> windows;
     std::unordered_map<HDC, std::unique_ptr<CDC>> contexts;
     std::map<std::pair<HGDIOBJ, std::type_index>, std::unique_ptr<CGdiObject>> gdiObjects;

@@ -19,14 +19,15 @@ WindowCreation::~WindowCreation()
 
 HWND WindowCreation::Create(const CREATESTRUCT& d)
 {
-    const HWND window = CreateWindowExW(d.dwExStyle, d.lpszClass, d.lpszName, static_cast<DWORD>(d.style), d.x, d.y,
-                                        d.cx, d.cy, d.hwndParent, d.hMenu, d.hInstance, d.lpCreateParams);
+    const HWND window =
+        CreateWindowExW(d.dwExStyle, d.lpszClass, d.lpszName, static_cast<DWORD>(d.style), d.x, d.y,
+                        d.cx, d.cy, d.hwndParent, d.hMenu, d.hInstance, d.lpCreateParams);
     if (!window) CleanUp();
     return window;
 }
 
-// A window that was destroyed in the middle of its creation has told the object so (WM_NCDESTROY), and the object may
-// have deleted itself: it must not be touched unless the map still knows it.
+// A window that was destroyed in the middle of its creation has told the object so (WM_NCDESTROY),
+// and the object may have deleted itself: it must not be touched unless the map still knows it.
 void WindowCreation::CleanUp()
 {
     const bool attached = m_window && CWnd::FromHandlePermanent(m_window) == &m_object;
@@ -40,7 +41,8 @@ LRESULT CALLBACK WindowCreation::OnHook(int code, WPARAM wParam, LPARAM lParam) 
     WindowCreation* const creation = ThreadState::Current().creation;
     const auto window = reinterpret_cast<HWND>(wParam);
     // The input method's own window may be created in between.
-    if (code == HCBT_CREATEWND && creation && !creation->m_window && !(GetClassLongW(window, GCL_STYLE) & CS_IME)) {
+    if (code == HCBT_CREATEWND && creation && !creation->m_window &&
+        !(GetClassLongW(window, GCL_STYLE) & CS_IME)) {
         try {
             creation->Adopt(window);
         } catch (...) {

@@ -4,8 +4,8 @@
 
 #include <afxwin.h>
 
-// The creation of one window: while it lives, the first window that the thread creates becomes the object's, with the
-// message map in force from the window's first message on.
+// The creation of one window: while it lives, the first window that the thread creates becomes the
+// object's, with the message map in force from the window's first message on.
 class WindowCreation
 {
 public:

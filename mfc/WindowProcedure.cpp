@@ -8,11 +8,13 @@ using framework::ThreadState;
 
 namespace {
 
-// Marks the message that is being handled, for Default() and for the idle time of nested message loops.
+// Marks the message that is being handled, for Default() and for the idle time of nested message
+// loops.
 class ActiveMessage
 {
 public:
-    explicit ActiveMessage(const MSG& message) : m_state(ThreadState::Current()), m_outer(m_state.message)
+    explicit ActiveMessage(const MSG& message)
+        : m_state(ThreadState::Current()), m_outer(m_state.message)
     {
         m_state.message = &message;
         ++m_state.proceduresActive;
@@ -37,7 +39,8 @@ void ReportException(UINT message) noexcept
     try {
         throw;
     } catch (const std::exception& exception) {
-        wsprintfA(text, "An exception left the handler of message 0x%04x: %.150s\n", message, exception.what());
+        wsprintfA(text, "An exception left the handler of message 0x%04x: %.150s\n", message,
+                  exception.what());
     } catch (...) {
         wsprintfA(text, "An exception left the handler of message 0x%04x\n", message);
     }
@@ -47,8 +50,9 @@ void ReportException(UINT message) noexcept
 LRESULT ResultAfterException(const MSG& message) noexcept
 {
     if (message.message == WM_CREATE || message.message == WM_NCCREATE)
-        return message.message == WM_CREATE ? -1 : FALSE;                 // the window is not created
-    if (message.message == WM_PAINT) ValidateRect(message.hwnd, nullptr); // or it would be sent for ever
+        return message.message == WM_CREATE ? -1 : FALSE; // the window is not created
+    if (message.message == WM_PAINT)
+        ValidateRect(message.hwnd, nullptr); // or it would be sent for ever
     return 0;
 }
 
@@ -61,7 +65,8 @@ framework::PermanentMap<HWND, CWnd>& WindowProcedure::Windows()
     return map;
 }
 
-LRESULT CALLBACK WindowProcedure::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
+LRESULT CALLBACK WindowProcedure::Procedure(HWND window, UINT message, WPARAM wParam,
+                                            LPARAM lParam) noexcept
 {
     const MSG current = {window, message, wParam, lParam, 0, {0, 0}};
     try {
@@ -90,6 +95,7 @@ void WindowProcedure::Remove(CWnd& object)
 {
     const auto procedure = reinterpret_cast<LONG_PTR>(&Procedure);
     if (object.m_pfnSuper && GetWindowLongPtrW(object.m_hWnd, GWLP_WNDPROC) == procedure)
-        SetWindowLongPtrW(object.m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(object.m_pfnSuper));
+        SetWindowLongPtrW(object.m_hWnd, GWLP_WNDPROC,
+                          reinterpret_cast<LONG_PTR>(object.m_pfnSuper));
     object.m_pfnSuper = nullptr;
 }

@@ -8,7 +8,10 @@ namespace utils_statics {
 class FindHandle
 {
 public:
-    FindHandle(const wchar_t* pattern, WIN32_FIND_DATAW& first) : m_handle(FindFirstFileW(pattern, &first)) {}
+    FindHandle(const wchar_t* pattern, WIN32_FIND_DATAW& first)
+        : m_handle(FindFirstFileW(pattern, &first))
+    {
+    }
     ~FindHandle()
     {
         if (started()) FindClose(m_handle);

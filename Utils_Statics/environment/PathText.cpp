@@ -78,7 +78,8 @@ std::wstring FullPath(const wchar_t* path)
     const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
     std::wstring full(needed, L'\0');
     const DWORD length = GetFullPathNameW(path, needed, full.data(), nullptr);
-    full.resize(length < needed ? length : 0); // longer when the current directory was changed in between
+    full.resize(length < needed ? length
+                                : 0); // longer when the current directory was changed in between
     return full;
 }
 

@@ -22,8 +22,9 @@ void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to);
 // Removes every occurrence of `part`, in one pass from the left.
 void RemoveAll(std::wstring& text, const std::wstring& part);
 
-// Turns each pair of backslashes into one, in one pass from the left without overlap: of three remain two. The two
-// leading backslashes of a network path become one as well; network paths are not supported here.
+// Turns each pair of backslashes into one, in one pass from the left without overlap: of three
+// remain two. The two leading backslashes of a network path become one as well; network paths are
+// not supported here.
 void CollapseBackslashes(std::wstring& path);
 
 // `path` (null is empty) with backslashes only, collapsed `passes` times.

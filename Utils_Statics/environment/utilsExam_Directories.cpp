@@ -24,13 +24,15 @@ bool MakeDirectory(const std::wstring& path)
     return _wmkdir(path.c_str()) == 0;
 }
 
-// Creates every prefix that ends before a backslash after the first, then the whole. The component before the first
-// backslash is never created by itself: it is a drive, or the first folder of a relative path.
+// Creates every prefix that ends before a backslash after the first, then the whole. The component
+// before the first backslash is never created by itself: it is a drive, or the first folder of a
+// relative path.
 bool MakeDirectoryWithParents(const std::wstring& path)
 {
     const std::size_t first = path.find(L'\\');
     if (first == std::wstring::npos) return false;
-    for (auto cut = path.find(L'\\', first + 1); cut != std::wstring::npos; cut = path.find(L'\\', cut + 1))
+    for (auto cut = path.find(L'\\', first + 1); cut != std::wstring::npos;
+         cut = path.find(L'\\', cut + 1))
         MakeDirectory(path.substr(0, cut));
     return MakeDirectory(path);
 }
@@ -52,7 +54,8 @@ private:
     bool m_fits;
 };
 
-// Runs a shell operation whose paths may be too long for it. Returns false on failure, with the last error set.
+// Runs a shell operation whose paths may be too long for it. Returns false on failure, with the
+// last error set.
 bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
 {
     if (pathsFit) return ::SHFileOperationW(&operation) == 0;
@@ -132,10 +135,12 @@ __int64 utilsExam::GetDirectorySize(const CString& dir)
     return static_cast<__int64>(total);
 }
 
-int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to, int silent,
-                                unsigned short flags, HWND owner, const wchar_t* progressTitle, void* nameMappings)
+int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to,
+                                int silent, unsigned short flags, HWND owner,
+                                const wchar_t* progressTitle, void* nameMappings)
 {
-    constexpr unsigned short silentFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
+    constexpr unsigned short silentFlags =
+        FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
     const ShellPathList source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
     const ShellPathList destination(WithoutTrailingBackslash(NormalisedPath(to, 1)));
 

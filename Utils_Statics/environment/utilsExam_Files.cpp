@@ -18,7 +18,8 @@ namespace {
 std::vector<wchar_t> LogicalDriveRoots()
 {
     std::vector<wchar_t> roots(GetLogicalDriveStringsW(0, nullptr) + 1);
-    const DWORD length = GetLogicalDriveStringsW(static_cast<DWORD>(roots.size() - 1), roots.data());
+    const DWORD length =
+        GetLogicalDriveStringsW(static_cast<DWORD>(roots.size() - 1), roots.data());
     if (length >= roots.size()) roots.assign(1, L'\0'); // a drive came in between the two questions
     return roots;
 }
@@ -45,7 +46,8 @@ int utilsExam::GetFileData(const wchar_t* path, WIN32_FIND_DATAW* data)
 bool utilsExam::CheckFileIsWritable(const wchar_t* path)
 {
     const DWORD attributes = GetFileAttributesW(OrEmpty(path));
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return true;
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0)
+        return true;
     return SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL) != FALSE;
 }
 

@@ -12,8 +12,8 @@ using namespace utils_statics;
 
 namespace {
 
-// What stands before the first occurrence of the file's name. The first, deliberately: a folder whose name
-// contains the file's name cuts early.
+// What stands before the first occurrence of the file's name. The first, deliberately: a folder
+// whose name contains the file's name cuts early.
 std::wstring FolderOfReference(const wchar_t* referenceFile)
 {
     const std::wstring reference = OrEmpty(referenceFile);
@@ -54,7 +54,8 @@ CString utilsExam::ParsePath(const wchar_t* referenceFile, const wchar_t* path)
 
     const std::wstring folder = FolderOfReference(referenceFile);
     // Meant for "..", but the second character alone decides: so does "a.png".
-    if (trimmed.size() > 1 && trimmed[1] == L'.') return ToCString(AsPlainAddress(folder + trimmed));
+    if (trimmed.size() > 1 && trimmed[1] == L'.')
+        return ToCString(AsPlainAddress(folder + trimmed));
 
     ReplaceAll(trimmed, L'\\', L'/');
     std::wstring candidate;

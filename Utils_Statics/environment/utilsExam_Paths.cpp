@@ -1,4 +1,5 @@
-// utilsExam: where the application's own files, its patients, studies, images and layout resources lie.
+// utilsExam: where the application's own files, its patients, studies, images and layout resources
+// lie.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 
@@ -23,7 +24,8 @@ PathBuffer ProgramFile(const wchar_t* fallbackName)
     // Deliberately the sign and not the zero of a failure: a failure yields an empty text.
     if (static_cast<std::int32_t>(count) < 0)
         return PathBuffer(zelPath::getPath(qor_utils::applicationStore, fallbackName));
-    // A name of 260 characters or more is cut by the platform, on old systems without the closing zero.
+    // A name of 260 characters or more is cut by the platform, on old systems without the closing
+    // zero.
     buffer.data()[MAX_PATH - 1] = L'\0';
     return buffer;
 }
@@ -45,8 +47,8 @@ CString utilsExam::GetApplicationPath()
 
 CString utilsExam::GetRegistryPath(const wchar_t* key, const wchar_t* defaultPath)
 {
-    // Asked without a default, so that a value that equals the default is still told from one that is not set:
-    // only what was stored gets the backslash.
+    // Asked without a default, so that a value that equals the default is still told from one that
+    // is not set: only what was stored gets the backslash.
     std::wstring stored = qor_utils::ReadProfileString(L"System\\Path", OrEmpty(key), L"");
     if (stored.empty()) return CString(OrEmpty(defaultPath));
     EnsureTrailingBackslash(stored);

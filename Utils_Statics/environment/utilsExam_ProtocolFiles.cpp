@@ -52,15 +52,17 @@ CString utilsExam::GetBaseProtocolFile(const wchar_t* file)
         if (PathExists(candidate)) return ToCString(candidate);
     }
     if (!IsOptional(name.c_str()))
-        EnvironmentLog(1497, 1)(L"Neither the Base Protocol Suite (%s) nor Factory Settings Folder (%s) contain %s.",
-                                zelPath::getPath(qor_utils::baseSuiteStore, L"").c_str(),
-                                zelPath::getPath(qor_utils::fallbackFactoryStore, L"").c_str(), name.c_str());
+        EnvironmentLog(1497, 1)(
+            L"Neither the Base Protocol Suite (%s) nor Factory Settings Folder (%s) contain %s.",
+            zelPath::getPath(qor_utils::baseSuiteStore, L"").c_str(),
+            zelPath::getPath(qor_utils::fallbackFactoryStore, L"").c_str(), name.c_str());
     return ToCString(candidate); // the last one tried: callers test for existence themselves
 }
 
 CString utilsExam::GetProtocolSavePath(const wchar_t* file, const wchar_t* folder)
 {
-    std::wstring saved = zelPath::getPath(qor_utils::savedProtocolsStore, folder ? folder : CurrentProtocolFolder());
+    std::wstring saved =
+        zelPath::getPath(qor_utils::savedProtocolsStore, folder ? folder : CurrentProtocolFolder());
     if (!PathExists(saved)) CreateDirectoryW(saved.c_str());
     StripTrailingSeparators(saved);
     return ToCString(saved + L"\\" + OrEmpty(file));

@@ -35,7 +35,9 @@ std::wstring_view NextWord(std::wstring_view text, std::size_t& position)
 class LineCounter
 {
 public:
-    LineCounter(CDC& dc, std::wstring_view text, int width) : m_dc(dc), m_text(text), m_width(width) {}
+    LineCounter(CDC& dc, std::wstring_view text, int width) : m_dc(dc), m_text(text), m_width(width)
+    {
+    }
 
     void add(std::wstring_view word)
     {
@@ -48,9 +50,9 @@ public:
     int count() const { return m_count; }
 
 private:
-    // A word is looked up from the current position, which then moves to the next space, and only when there is none
-    // to the next line feed. So a word that ends in a line feed takes the words up to that space out of reach: they
-    // are appended without what stood before them. Deliberate.
+    // A word is looked up from the current position, which then moves to the next space, and only
+    // when there is none to the next line feed. So a word that ends in a line feed takes the words
+    // up to that space out of reach: they are appended without what stood before them. Deliberate.
     void appendWithGap(std::wstring_view word)
     {
         const std::size_t found = m_text.find(word, m_position);
@@ -63,7 +65,10 @@ private:
         append(word);
     }
 
-    void append(std::wstring_view part) { m_line.Append(part.data(), static_cast<int>(part.size())); }
+    void append(std::wstring_view part)
+    {
+        m_line.Append(part.data(), static_cast<int>(part.size()));
+    }
 
     CDC& m_dc;
     std::wstring_view m_text;

@@ -32,7 +32,8 @@ bool FirstTranslation(const std::vector<std::byte>& information, LanguageAndCode
 {
     void* found = nullptr;
     UINT size = 0;
-    if (!VerQueryValueW(information.data(), L"\\VarFileInfo\\Translation", &found, &size) || size < sizeof first)
+    if (!VerQueryValueW(information.data(), L"\\VarFileInfo\\Translation", &found, &size) ||
+        size < sizeof first)
         return false;
     first = *static_cast<const LanguageAndCodePage*>(found);
     return true;
@@ -41,7 +42,8 @@ bool FirstTranslation(const std::vector<std::byte>& information, LanguageAndCode
 std::wstring ValueQuery(const LanguageAndCodePage& translation, const wchar_t* name)
 {
     wchar_t block[32];
-    std::swprintf(block, std::size(block), L"\\StringFileInfo\\%04x%04x\\", translation.language, translation.codePage);
+    std::swprintf(block, std::size(block), L"\\StringFileInfo\\%04x%04x\\", translation.language,
+                  translation.codePage);
     return std::wstring(block) + OrEmpty(name);
 }
 
@@ -64,7 +66,8 @@ CString utilsExam::GetStringTableEntry(const wchar_t* name)
     void* value = nullptr;
     UINT length = 0; // in characters
     const std::wstring query = ValueQuery(translation, name);
-    if (!VerQueryValueW(information.data(), query.c_str(), &value, &length) || !value) return CString();
+    if (!VerQueryValueW(information.data(), query.c_str(), &value, &length) || !value)
+        return CString();
     const wchar_t* const text = static_cast<const wchar_t*>(value);
     return CString(text, static_cast<int>(wcsnlen(text, length)));
 }

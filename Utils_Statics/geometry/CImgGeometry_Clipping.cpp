@@ -74,8 +74,8 @@ void Stroke(CDC* dc, const UPoint& from, const UPoint& to)
     dc->LineTo(to.x, to.y);
 }
 
-/// The point of `clip` at the height `y`. A horizontal edge has none, which the caller deliberately does not ask: it
-/// gets (0, 0).
+/// The point of `clip` at the height `y`. A horizontal edge has none, which the caller deliberately
+/// does not ask: it gets (0, 0).
 UPoint PointAtHeight(const ULine& clip, int y)
 {
     UPoint point;
@@ -86,10 +86,13 @@ UPoint PointAtHeight(const ULine& clip, int y)
 bool ClipAgainstSloping(CDC* dc, const ULine& line, const ULine& clip, const UPoint& ip, ULine& out)
 {
     out = line.y1 > line.y2 ? Reversed(line) : line;
-    if (Between(ip.y, out.y1, out.y2) && Between(ip.x, std::min(out.x1, out.x2), std::max(out.x1, out.x2))) {
+    if (Between(ip.y, out.y1, out.y2) &&
+        Between(ip.x, std::min(out.x1, out.x2), std::max(out.x1, out.x2))) {
         UPoint edge;
-        // A horizontal stroke at the height of the intersection, to where the edge is at the line's lower end.
-        if (CImgGeometry::GetIntersectPt(HorizontalAt(out.y2), clip, edge)) Stroke(dc, ip, {edge.x, ip.y});
+        // A horizontal stroke at the height of the intersection, to where the edge is at the line's
+        // lower end.
+        if (CImgGeometry::GetIntersectPt(HorizontalAt(out.y2), clip, edge))
+            Stroke(dc, ip, {edge.x, ip.y});
         SetEnd(out, ip);
         return true;
     }
@@ -105,21 +108,24 @@ bool ClipAgainstSloping(CDC* dc, const ULine& line, const ULine& clip, const UPo
 bool ClipAgainstVertical(CDC* dc, const ULine& clip, const UPoint& ip, ULine& out, bool clipStart)
 {
     const int edge = clip.x1;
-    const bool outside = clipStart ? out.x1 <= edge && out.x2 <= edge : out.x1 >= edge && out.x2 >= edge;
+    const bool outside =
+        clipStart ? out.x1 <= edge && out.x2 <= edge : out.x1 >= edge && out.x2 >= edge;
     if (outside) {
         out.x1 = out.x2 = ip.x; // the heights stay
         return true;
     }
     if (!Between(ip.x, out.x1, out.x2)) return false;
     UPoint foot;
-    if (CImgGeometry::GetIntersectPt(HorizontalAt(std::max(out.y1, out.y2)), clip, foot)) Stroke(dc, ip, foot);
+    if (CImgGeometry::GetIntersectPt(HorizontalAt(std::max(out.y1, out.y2)), clip, foot))
+        Stroke(dc, ip, foot);
     Replace(out, clipStart, ip);
     return true;
 }
 
 } // namespace
 
-bool CImgGeometry::ClipLines(CDC* dc, const ULine& line, const ULine& clip, ULine& out, bool clipStart)
+bool CImgGeometry::ClipLines(CDC* dc, const ULine& line, const ULine& clip, ULine& out,
+                             bool clipStart)
 {
     const ULine whole = line; // `out` may be the same object
     const std::int64_t rise = std::int64_t{whole.y1} - whole.y2;
@@ -142,7 +148,8 @@ bool CImgGeometry::GetIntersectPt(const ULine& a, const ULine& b, UPoint& pt)
     const float mb = Slope(b);
     if (ma == mb) return false;
     if (ma == VerticalSlope) {
-        pt = {a.x1, base::wrap::Truncate(HeightAt(a.x1, b, mb))}; // truncated, deliberately unlike the next
+        pt = {a.x1, base::wrap::Truncate(
+                        HeightAt(a.x1, b, mb))}; // truncated, deliberately unlike the next
     } else if (mb == VerticalSlope) {
         pt = {b.x1, qor_utils::round(HeightAt(b.x1, a, ma))};
     } else {

@@ -9,25 +9,32 @@
 
 #include <cmath>
 
-UPoint CImgGeometry::GetPixelDistanceCoordinates(int line, int startSample, int distanceMicrons, const UPoint& origin,
-                                                 const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
-                                                 const ZelProbe* probe, int soundSpeed, int scanC, int width,
-                                                 int height, int flip)
+UPoint CImgGeometry::GetPixelDistanceCoordinates(int line, int startSample, int distanceMicrons,
+                                                 const UPoint& origin,
+                                                 const UPoint& micronsPerPixel, int samplingFreq,
+                                                 int scanA, int scanB, const ZelProbe* probe,
+                                                 int soundSpeed, int scanC, int width, int height,
+                                                 int flip)
 {
-    const double micronsPerSample = base::wrap::Multiply(soundSpeed, 1000000) / (2.0 * samplingFreq);
+    const double micronsPerSample =
+        base::wrap::Multiply(soundSpeed, 1000000) / (2.0 * samplingFreq);
     const int samples = base::wrap::Truncate(distanceMicrons / micronsPerSample);
-    return qor_utils::GetPixelCoordinates(line, base::wrap::Add(startSample, samples), origin, micronsPerPixel, samplingFreq,
-                                          scanA, scanB, probe, soundSpeed, scanC, width, height, flip);
+    return qor_utils::GetPixelCoordinates(line, base::wrap::Add(startSample, samples), origin,
+                                          micronsPerPixel, samplingFreq, scanA, scanB, probe,
+                                          soundSpeed, scanC, width, height, flip);
 }
 
 int CImgGeometry::GetUSDistance(int sample1, int sample2, int samplingFreq, int soundSpeed)
 {
-    return base::wrap::Truncate(qor_utils::GetSampleSize(samplingFreq, soundSpeed) * base::wrap::Subtract(sample2, sample1));
+    return base::wrap::Truncate(qor_utils::GetSampleSize(samplingFreq, soundSpeed) *
+                                base::wrap::Subtract(sample2, sample1));
 }
 
-UPoint CImgGeometry::GetUSCoordinates(int x, int y, const UPoint& origin, const UPoint& micronsPerPixel,
-                                      int samplingFreq, int steerAngle, int scanB, int lines, const ZelProbe* probe,
-                                      int soundSpeed, int lineOffset, int width, int height, int flip)
+UPoint CImgGeometry::GetUSCoordinates(int x, int y, const UPoint& origin,
+                                      const UPoint& micronsPerPixel, int samplingFreq,
+                                      int steerAngle, int scanB, int lines, const ZelProbe* probe,
+                                      int soundSpeed, int lineOffset, int width, int height,
+                                      int flip)
 {
     if (!probe) return {};
     if (width != 0 && height != 0) {
@@ -40,11 +47,13 @@ UPoint CImgGeometry::GetUSCoordinates(int x, int y, const UPoint& origin, const 
     int sample = 0;
     unsigned int lineFraction = 0;
     unsigned int sampleFraction = 0;
-    ScanConverter::GetPreciseUSCoordinates(x, y, &line, &sample, &lineFraction, &sampleFraction, URect{}, probe,
-                                           soundSpeed, steerAngle, scanB, divisor, samplingFreq, origin,
-                                           micronsPerPixel, std::sin(steer), std::cos(steer), false);
+    ScanConverter::GetPreciseUSCoordinates(x, y, &line, &sample, &lineFraction, &sampleFraction,
+                                           URect{}, probe, soundSpeed, steerAngle, scanB, divisor,
+                                           samplingFreq, origin, micronsPerPixel, std::sin(steer),
+                                           std::cos(steer), false);
     const double element = (lineFraction * 0.0625 + line) * probe->elements / divisor;
-    return {base::wrap::Subtract(qor_utils::round(element), lineOffset), qor_utils::round(sampleFraction * 0.0625 + sample)};
+    return {base::wrap::Subtract(qor_utils::round(element), lineOffset),
+            qor_utils::round(sampleFraction * 0.0625 + sample)};
 }
 
 void CImgGeometry::CenterImageRect(CRect& rect, int width)

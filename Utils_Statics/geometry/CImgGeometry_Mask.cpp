@@ -15,9 +15,10 @@ namespace {
 
 /// The imaged region of one frame, column by column.
 ///
-/// The plain way tests pixel after pixel from the bottom of a column; most of the time goes into pixels that are far
-/// outside. Here each test also says how many pixels above are certainly outside too, and those are stepped over. Every
-/// decision is still made by the exact conversion, so the mask is the same to the byte.
+/// The plain way tests pixel after pixel from the bottom of a column; most of the time goes into
+/// pixels that are far outside. Here each test also says how many pixels above are certainly
+/// outside too, and those are stepped over. Every decision is still made by the exact conversion,
+/// so the mask is the same to the byte.
 class Region
 {
 public:
@@ -42,13 +43,15 @@ public:
     }
 
 private:
-    // The lowest inside pixel of a column, or -1. False when no line below the last was seen on the way up.
+    // The lowest inside pixel of a column, or -1. False when no line below the last was seen on the
+    // way up.
     bool FindBottom(int x, int height, int& bottom) const
     {
         bool seen = false;
         int y = height - 1;
         while (y >= 0) {
-            const PixelConverter::Outside test = m_converter.TestUpwards(x, y, m_lineEnd, m_sampleEnd);
+            const PixelConverter::Outside test =
+                m_converter.TestUpwards(x, y, m_lineEnd, m_sampleEnd);
             seen = seen || test.pixel.line < m_lineEnd;
             if (test.inside) break;
             y -= 1 + (seen ? test.pixelsAbove : test.pixelsPastLines);
@@ -78,8 +81,8 @@ private:
     int m_sampleEnd;
 };
 
-/// Some neighbouring columns of the mask, filled row by row: writing down single columns would touch a new cache line
-/// for every byte.
+/// Some neighbouring columns of the mask, filled row by row: writing down single columns would
+/// touch a new cache line for every byte.
 class Strip
 {
 public:
@@ -100,7 +103,8 @@ public:
         const int wholeFirst = *std::max_element(m_top.begin(), m_top.begin() + m_count);
         const int wholeLast = *std::min_element(m_bottom.begin(), m_bottom.begin() + m_count);
         for (int y = first; y <= last; ++y) {
-            unsigned char* row = firstColumn + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+            unsigned char* row =
+                firstColumn + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
             if (y >= wholeFirst && y <= wholeLast)
                 std::memset(row, value, static_cast<std::size_t>(m_count));
             else
@@ -114,7 +118,8 @@ private:
     {
         for (int i = 0; i < m_count; ++i) {
             const auto column = static_cast<std::size_t>(i);
-            row[i] = y >= m_top[column] && y <= m_bottom[column] ? value : static_cast<unsigned char>(0);
+            row[i] =
+                y >= m_top[column] && y <= m_bottom[column] ? value : static_cast<unsigned char>(0);
         }
     }
 
@@ -125,19 +130,21 @@ private:
 
 } // namespace
 
-bool CImgGeometry::CreateImageMask(unsigned char* mask, int width, int height, int samplingFreq, int steerAngle,
-                                   int lines, CRect imageRect, int scanB, const ZelProbe* probe, int soundSpeed,
-                                   const UPoint& origin, const UPoint& micronsPerPixel, unsigned char value)
+bool CImgGeometry::CreateImageMask(unsigned char* mask, int width, int height, int samplingFreq,
+                                   int steerAngle, int lines, CRect imageRect, int scanB,
+                                   const ZelProbe* probe, int soundSpeed, const UPoint& origin,
+                                   const UPoint& micronsPerPixel, unsigned char value)
 {
     if (width < 1 || height < 1) return true;
     if (!mask) return false;
     const double steer = steerAngle * qor_utils::RadiansPerMillidegree;
     URect rect;
-    qor_utils::ConvertRect({imageRect.left, imageRect.top, imageRect.right, imageRect.bottom}, lines,
-                           probe ? probe->elements : 0, rect);
-    const PixelConverter converter(rect, probe, soundSpeed, scanB, lines, samplingFreq, origin, micronsPerPixel,
-                                   std::sin(steer), std::cos(steer));
-    const Region region(converter, base::wrap::Subtract(rect.right, rect.left), base::wrap::Subtract(rect.bottom, rect.top));
+    qor_utils::ConvertRect({imageRect.left, imageRect.top, imageRect.right, imageRect.bottom},
+                           lines, probe ? probe->elements : 0, rect);
+    const PixelConverter converter(rect, probe, soundSpeed, scanB, lines, samplingFreq, origin,
+                                   micronsPerPixel, std::sin(steer), std::cos(steer));
+    const Region region(converter, base::wrap::Subtract(rect.right, rect.left),
+                        base::wrap::Subtract(rect.bottom, rect.top));
 
     std::memset(mask, 0, static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     Strip strip;

@@ -12,12 +12,13 @@ inline void subtractMultiple(double* row, double factor, const double* pivotRow,
 {
     const __m128d f = _mm_set1_pd(factor);
     for (std::size_t c = begin; c < end; c += 2)
-        _mm_store_pd(row + c, _mm_sub_pd(_mm_load_pd(row + c), _mm_mul_pd(f, _mm_load_pd(pivotRow + c))));
+        _mm_store_pd(row + c,
+                     _mm_sub_pd(_mm_load_pd(row + c), _mm_mul_pd(f, _mm_load_pd(pivotRow + c))));
 }
 
 // Two rows at a time: the pivot row is loaded once for both.
-inline void subtractMultiples(double* row1, double factor1, double* row2, double factor2, const double* pivotRow,
-                              std::size_t begin, std::size_t end) noexcept
+inline void subtractMultiples(double* row1, double factor1, double* row2, double factor2,
+                              const double* pivotRow, std::size_t begin, std::size_t end) noexcept
 {
     const __m128d f1 = _mm_set1_pd(factor1);
     const __m128d f2 = _mm_set1_pd(factor2);
@@ -45,7 +46,8 @@ AugmentedMatrix::AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noex
 {
 }
 
-// The columns that a step has to work through: those before end1 and those from begin2 to end2, all in whole pairs.
+// The columns that a step has to work through: those before end1 and those from begin2 to end2, all
+// in whole pairs.
 struct AugmentedMatrix::Columns
 {
     std::size_t end1, begin2, end2;
@@ -82,28 +84,34 @@ void AugmentedMatrix::clearAbove(std::size_t pivot) noexcept
     const Columns columns{end, std::max(end, evenBelow(m_n)), m_width};
     std::size_t i = 0;
     for (; i + 2 <= pivot; i += 2)
-        subtractFromPair(i, row(i)[pivot] / divisor, row(i + 1)[pivot] / divisor, pivotRow, columns);
+        subtractFromPair(i, row(i)[pivot] / divisor, row(i + 1)[pivot] / divisor, pivotRow,
+                         columns);
     if (i < pivot) subtractFrom(i, row(i)[pivot] / divisor, pivotRow, columns);
 }
 
-// The columns left of the pivot take part too: rounding leaves residues there, which the backward pass carries to the
-// result. The pivot row's part of the identity is zero right of its diagonal, and a multiple of zero changes nothing,
-// unless a factor that is infinite or not a number has turned or turns the zeros into something else.
-AugmentedMatrix::Columns AugmentedMatrix::columnsBelow(std::size_t pivot, double factor1, double factor2) noexcept
+// The columns left of the pivot take part too: rounding leaves residues there, which the backward
+// pass carries to the result. The pivot row's part of the identity is zero right of its diagonal,
+// and a multiple of zero changes nothing, unless a factor that is infinite or not a number has
+// turned or turns the zeros into something else.
+AugmentedMatrix::Columns AugmentedMatrix::columnsBelow(std::size_t pivot, double factor1,
+                                                       double factor2) noexcept
 {
-    m_isIdentityTriangular = m_isIdentityTriangular && std::isfinite(factor1) && std::isfinite(factor2);
-    const std::size_t end = m_isIdentityTriangular ? std::min(m_width, evenAbove(m_n + 2 + pivot)) : m_width;
+    m_isIdentityTriangular =
+        m_isIdentityTriangular && std::isfinite(factor1) && std::isfinite(factor2);
+    const std::size_t end =
+        m_isIdentityTriangular ? std::min(m_width, evenAbove(m_n + 2 + pivot)) : m_width;
     return {end, end, end};
 }
 
-void AugmentedMatrix::subtractFromPair(std::size_t i, double factor1, double factor2, const double* pivotRow,
-                                       Columns columns) noexcept
+void AugmentedMatrix::subtractFromPair(std::size_t i, double factor1, double factor2,
+                                       const double* pivotRow, Columns columns) noexcept
 {
     subtractMultiples(row(i), factor1, row(i + 1), factor2, pivotRow, 0, columns.end1);
     subtractMultiples(row(i), factor1, row(i + 1), factor2, pivotRow, columns.begin2, columns.end2);
 }
 
-void AugmentedMatrix::subtractFrom(std::size_t i, double factor, const double* pivotRow, Columns columns) noexcept
+void AugmentedMatrix::subtractFrom(std::size_t i, double factor, const double* pivotRow,
+                                   Columns columns) noexcept
 {
     subtractMultiple(row(i), factor, pivotRow, 0, columns.end1);
     subtractMultiple(row(i), factor, pivotRow, columns.begin2, columns.end2);

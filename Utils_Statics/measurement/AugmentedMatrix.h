@@ -4,15 +4,17 @@
 
 #include <cstddef>
 
-// A square matrix with further columns to its right, and its Gauss-Jordan elimination without pivoting.
+// A square matrix with further columns to its right, and its Gauss-Jordan elimination without
+// pivoting.
 //
-// No column depends on another one to the right of the square part: the solution of one right-hand side has the same
-// bits with and without the identity beside it.
+// No column depends on another one to the right of the square part: the solution of one right-hand
+// side has the same bits with and without the identity beside it.
 class AugmentedMatrix
 {
 public:
-    // Zero-filled, for a square part of n x n. The further columns are to hold a right-hand side in the first one and,
-    // if there are more, the identity in the n following ones. isUsable() is false when there is no memory for it.
+    // Zero-filled, for a square part of n x n. The further columns are to hold a right-hand side in
+    // the first one and, if there are more, the identity in the n following ones. isUsable() is
+    // false when there is no memory for it.
     AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noexcept;
 
     bool isUsable() const noexcept { return m_data.data() != nullptr; }
@@ -20,7 +22,8 @@ public:
     double* row(std::size_t i) noexcept { return m_data.data() + i * m_width; }
     std::size_t width() const noexcept { return m_width; } // doubles from one row to the next
 
-    // Clears below and above the diagonal of the square part. The diagonal keeps its values; see scaleOf.
+    // Clears below and above the diagonal of the square part. The diagonal keeps its values; see
+    // scaleOf.
     void eliminate() noexcept;
 
     // What the further columns of row i are still to be multiplied by.
@@ -34,7 +37,8 @@ private:
     Columns columnsBelow(std::size_t pivot, double factor1, double factor2) noexcept;
     void subtractFromPair(std::size_t i, double factor1, double factor2, const double* pivotRow,
                           Columns columns) noexcept;
-    void subtractFrom(std::size_t i, double factor, const double* pivotRow, Columns columns) noexcept;
+    void subtractFrom(std::size_t i, double factor, const double* pivotRow,
+                      Columns columns) noexcept;
 
     std::size_t m_n;
     bool m_isIdentityTriangular = true; // still zero above its diagonal

@@ -9,14 +9,16 @@ namespace matrix_kernels {
 
 namespace {
 
-// Sums that fit the vector registers together with what feeds them: 8 registers in 32-bit code, 16 in 64-bit code.
+// Sums that fit the vector registers together with what feeds them: 8 registers in 32-bit code, 16
+// in 64-bit code.
 constexpr std::size_t tileRows = sizeof(void*) == 8 ? 4 : 2;
 
-// Doubles of the left operand that are worked through at a time, so that they stay in the first-level cache.
+// Doubles of the left operand that are worked through at a time, so that they stay in the
+// first-level cache.
 constexpr std::size_t chunkSize = 1536;
 
-// Whether a sum starts anew or from what is in out. The latter lets a long sum be taken in chunks without changing the
-// order of its terms.
+// Whether a sum starts anew or from what is in out. The latter lets a long sum be taken in chunks
+// without changing the order of its terms.
 enum class Start
 {
     zero,
@@ -31,7 +33,8 @@ inline void sumTile(Operand a, const double* b, std::size_t bStride, std::size_t
     __m128d sum[Rows][Pairs];
     for (std::size_t r = 0; r < Rows; ++r)
         for (std::size_t p = 0; p < Pairs; ++p)
-            sum[r][p] = start == Start::zero ? _mm_setzero_pd() : _mm_loadu_pd(out + r * outStride + p * second);
+            sum[r][p] = start == Start::zero ? _mm_setzero_pd()
+                                             : _mm_loadu_pd(out + r * outStride + p * second);
     for (std::size_t k = 0; k < count; ++k) {
         __m128d right[Pairs];
         for (std::size_t p = 0; p < Pairs; ++p)
@@ -48,8 +51,8 @@ inline void sumTile(Operand a, const double* b, std::size_t bStride, std::size_t
 }
 
 template <Start start, std::size_t Rows>
-inline void sumColumn(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
-                      std::size_t outStride) noexcept
+inline void sumColumn(Operand a, const double* b, std::size_t bStride, std::size_t count,
+                      double* out, std::size_t outStride) noexcept
 {
     double sum[Rows];
     for (std::size_t r = 0; r < Rows; ++r)
@@ -63,12 +66,15 @@ inline void sumColumn(Operand a, const double* b, std::size_t bStride, std::size
 
 // What is left after the tiles of four columns, from column j on.
 template <Start start, std::size_t Rows>
-inline void sumLastColumns(Operand a, const double* b, std::size_t bStride, std::size_t j, std::size_t cols,
-                           std::size_t count, double* out, std::size_t outStride) noexcept
+inline void sumLastColumns(Operand a, const double* b, std::size_t bStride, std::size_t j,
+                           std::size_t cols, std::size_t count, double* out,
+                           std::size_t outStride) noexcept
 {
-    // A sum that starts anew may be taken twice, so that an odd column goes in a pair with its neighbour.
+    // A sum that starts anew may be taken twice, so that an odd column goes in a pair with its
+    // neighbour.
     constexpr bool mayOverlap = start == Start::zero;
-    if (mayOverlap && cols - j == 3) return sumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride, 1);
+    if (mayOverlap && cols - j == 3)
+        return sumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride, 1);
     if (cols - j >= 2) {
         sumTile<start, Rows, 1>(a, b + j, bStride, count, out + j, outStride);
         j += 2;
@@ -81,8 +87,8 @@ inline void sumLastColumns(Operand a, const double* b, std::size_t bStride, std:
 
 // Rows rows, all columns from first on.
 template <Start start, std::size_t Rows>
-void sumRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols, std::size_t count,
-             double* out, std::size_t outStride) noexcept
+void sumRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols,
+             std::size_t count, double* out, std::size_t outStride) noexcept
 {
     std::size_t j = first;
     if constexpr (Rows == 1) // one row alone has too few sums to keep the adder busy
@@ -95,14 +101,14 @@ void sumRows(Operand a, const double* b, std::size_t bStride, std::size_t first,
 
 // All rows; with upper, only the columns from each block of rows on to the right.
 template <Start start>
-void sumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols, std::size_t count,
-            double* out, std::size_t outStride, bool upper) noexcept
+void sumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
+            std::size_t count, double* out, std::size_t outStride, bool upper) noexcept
 {
     std::size_t i = 0;
     const auto block = [&]<std::size_t Rows>() {
         for (; i + Rows <= rows; i += Rows)
-            sumRows<start, Rows>({a.data + i * a.stride, a.stride, a.step}, b, bStride, upper ? i : 0, cols, count,
-                                 out + i * outStride, outStride);
+            sumRows<start, Rows>({a.data + i * a.stride, a.stride, a.step}, b, bStride,
+                                 upper ? i : 0, cols, count, out + i * outStride, outStride);
     };
     block.template operator()<tileRows>();
     if constexpr (tileRows > 3) block.template operator()<3>();
@@ -115,11 +121,12 @@ void sumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, s
 bool isPossible(int rows, int cols) noexcept
 {
     if (rows < 1 || cols < 1) return false;
-    return static_cast<std::size_t>(rows) <= PTRDIFF_MAX / sizeof(double) / static_cast<std::size_t>(cols);
+    return static_cast<std::size_t>(rows) <=
+           PTRDIFF_MAX / sizeof(double) / static_cast<std::size_t>(cols);
 }
 
-void product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols, std::size_t count,
-             double* out, std::size_t outStride) noexcept
+void product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
+             std::size_t count, double* out, std::size_t outStride) noexcept
 {
     sumAll<Start::zero>(a, b, bStride, rows, cols, count, out, outStride, false);
 }
@@ -130,14 +137,16 @@ void product3(const double* A, const double* B, double* out) noexcept
     sumTile<Start::zero, 1, 2>({A + 6, 3, 1}, B, 3, 3, out + 6, 3, 1);
 }
 
-void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out, std::size_t outStride) noexcept
+void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out,
+                         std::size_t outStride) noexcept
 {
     for (std::size_t i = 0; i < n; ++i)
         std::fill_n(out + i * outStride, n, 0.0);
     const std::size_t chunk = std::max<std::size_t>(1, chunkSize / n);
     for (std::size_t k = 0; k < m; k += chunk) {
         const double* rows = A + k * n;
-        sumAll<Start::out>({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride, true);
+        sumAll<Start::out>({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride,
+                           true);
     }
     // Both halves are the same sums of the same products.
     for (std::size_t i = 1; i < n; ++i)

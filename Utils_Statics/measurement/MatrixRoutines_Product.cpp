@@ -40,10 +40,12 @@ void MAT_AT_Times_A(const double* A, int m, int n, double* out, int* outSize) no
     const bool hasRows = A && matrix_kernels::isPossible(m, n);
     if (m > 0 && !hasRows) return;
     const std::size_t size = static_cast<std::size_t>(n);
-    matrix_kernels::transposedTimesSelf(A, hasRows ? static_cast<std::size_t>(m) : 0, size, out, size);
+    matrix_kernels::transposedTimesSelf(A, hasRows ? static_cast<std::size_t>(m) : 0, size, out,
+                                        size);
 }
 
-void MAT_MatrixVectorProduct(const double* M, int rows, int cols, const double* v, int vLength, double* out) noexcept
+void MAT_MatrixVectorProduct(const double* M, int rows, int cols, const double* v, int vLength,
+                             double* out) noexcept
 {
     if (vLength != cols) std::wprintf(L"\nMatrix vector product incorrect sizes\n");
     if (rows < 1 || !out) return;

@@ -29,8 +29,8 @@ void MAT_InvertMatrix(const double* A, int n, double* b, double* out) noexcept
     }
 }
 
-// The inverse of transpose(A) x A is not wanted, so the identity is left out: no column depends on another one to the
-// right of the square part.
+// The inverse of transpose(A) x A is not wanted, so the identity is left out: no column depends on
+// another one to the right of the square part.
 void MAT_LeastSquares(const double* A, int m, int n, const double* y, double* x) noexcept
 {
     if (!matrix_kernels::isPossible(n, n) || !x) return;

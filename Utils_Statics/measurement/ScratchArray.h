@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <new>
 
-// Zero-filled doubles for a while: up to InlineSize of them inside the object, more from the heap. Aligned to 16 bytes.
+// Zero-filled doubles for a while: up to InlineSize of them inside the object, more from the heap.
+// Aligned to 16 bytes.
 template <std::size_t InlineSize>
 class ScratchArray
 {
@@ -15,9 +16,9 @@ public:
     {
         if (rows > PTRDIFF_MAX / sizeof(double) / cols) return;
         const std::size_t size = rows * cols;
-        m_data = size <= InlineSize
-                     ? m_inline
-                     : static_cast<double*>(::operator new(size * sizeof(double), alignment, std::nothrow));
+        m_data = size <= InlineSize ? m_inline
+                                    : static_cast<double*>(::operator new(size * sizeof(double),
+                                                                          alignment, std::nothrow));
         if (m_data) std::fill_n(m_data, size, 0.0);
     }
 

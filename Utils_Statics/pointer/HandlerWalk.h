@@ -5,10 +5,11 @@
 #include <cstddef>
 #include <vector>
 
-// A walk over the list of handlers that stays valid, without a copy of the list, while the handlers that it visits
-// change the list: the list's owner announces every insertion and removal, and the walks that are under way move their
-// positions along. A handler inserted ahead of the walk is visited, one removed ahead of it is not, and none is visited
-// twice. For local variables only: walks end in the reverse order of their creation.
+// A walk over the list of handlers that stays valid, without a copy of the list, while the handlers
+// that it visits change the list: the list's owner announces every insertion and removal, and the
+// walks that are under way move their positions along. A handler inserted ahead of the walk is
+// visited, one removed ahead of it is not, and none is visited twice. For local variables only:
+// walks end in the reverse order of their creation.
 class HandlerWalk
 {
 public:
@@ -38,7 +39,8 @@ public:
     // The position of the handler stepped to, or the one that it had when it was removed since.
     std::size_t VisitedPosition() const
     {
-        const bool stillThere = m_next > 0 && m_visited.get() && m_handlers[m_next - 1] == m_visited.get();
+        const bool stillThere =
+            m_next > 0 && m_visited.get() && m_handlers[m_next - 1] == m_visited.get();
         return stillThere ? m_next - 1 : m_next;
     }
 

@@ -2,12 +2,16 @@
 
 class IMouseHandler;
 
-// A pointer to a handler, kept across calls of handlers' operations; it becomes null when the handler is destroyed.
-// For local variables only, which end in the reverse order of their creation; never const, because they change.
+// A pointer to a handler, kept across calls of handlers' operations; it becomes null when the
+// handler is destroyed. For local variables only, which end in the reverse order of their creation;
+// never const, because they change.
 class HandlerWatch
 {
 public:
-    explicit HandlerWatch(IMouseHandler* handler = nullptr) : m_handler(handler), m_older(s_newest) { s_newest = this; }
+    explicit HandlerWatch(IMouseHandler* handler = nullptr) : m_handler(handler), m_older(s_newest)
+    {
+        s_newest = this;
+    }
     ~HandlerWatch() { s_newest = m_older; }
     HandlerWatch(const HandlerWatch&) = delete;
     HandlerWatch& operator=(const HandlerWatch&) = delete;

@@ -30,17 +30,21 @@ public:
 
     bool isNamed(const wchar_t* name, ICINFO& info) const
     {
-        return m_codec && ICGetInfo(m_codec, &info, sizeof info) != 0 && std::wcscmp(info.szName, name) == 0;
+        return m_codec && ICGetInfo(m_codec, &info, sizeof info) != 0 &&
+               std::wcscmp(info.szName, name) == 0;
     }
 
-    // Fetches the state into a block that the options point to and the caller owns. The state's size; 0 without one.
+    // Fetches the state into a block that the options point to and the caller owns. The state's
+    // size; 0 without one.
     int fetchState(AVICOMPRESSOPTIONS& options) const
     {
         const auto size = static_cast<LONG>(ICSendMessage(m_codec, ICM_GETSTATE, 0, 0));
         if (size <= 0) return 0; // negative: the codec does not know the message
-        std::unique_ptr<std::byte[]> state(new (std::nothrow) std::byte[static_cast<std::size_t>(size)]());
+        std::unique_ptr<std::byte[]> state(new (std::nothrow)
+                                               std::byte[static_cast<std::size_t>(size)]());
         if (!state) return 0;
-        ICSendMessage(m_codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.get()), static_cast<DWORD_PTR>(size));
+        ICSendMessage(m_codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.get()),
+                      static_cast<DWORD_PTR>(size));
         options.cbParms = static_cast<DWORD>(size);
         options.lpParms = state.release();
         return size;
@@ -66,13 +70,14 @@ bool CCineStoreAVI::compressStream(const CString& codec)
     if (found == -1) return false;
     options.dwQuality = capture_settings::recordQuality();
     PAVISTREAM stream = nullptr;
-    if (FAILED(AVIMakeCompressedStream(&stream, rawStream.get(), &options, nullptr)) || !stream) return false;
+    if (FAILED(AVIMakeCompressedStream(&stream, rawStream.get(), &options, nullptr)) || !stream)
+        return false;
     outStream.reset(stream);
     return true;
 }
 
-// The size of the codec's state (0 when it has none), or -1 when no installed codec has the name. The options'
-// lpParms is then an array of std::byte that the caller deletes.
+// The size of the codec's state (0 when it has none), or -1 when no installed codec has the name.
+// The options' lpParms is then an array of std::byte that the caller deletes.
 int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options)
 {
     ICINFO info{};
@@ -81,7 +86,8 @@ int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* option
         if (!codec.isNamed(name, info)) continue;
         options->fccType = info.fccType;
         options->fccHandler = info.fccHandler;
-        options->dwFlags = info.dwFlags; // as they stand, although these flags mean something else there
+        options->dwFlags =
+            info.dwFlags; // as they stand, although these flags mean something else there
         return codec.fetchState(*options);
     }
     return -1;

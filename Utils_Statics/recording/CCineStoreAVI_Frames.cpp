@@ -11,17 +11,19 @@ namespace {
 
 constexpr std::size_t composedRects = 6;
 
-// Video for Windows keeps file offsets in 31 bits and overwrites the start of a longer movie, reporting success. So a
-// movie ends before: header, index (16 bytes a frame) and chunk headers included.
+// Video for Windows keeps file offsets in 31 bits and overwrites the start of a longer movie,
+// reporting success. So a movie ends before: header, index (16 bytes a frame) and chunk headers
+// included.
 constexpr std::int64_t movieLimit = 0x7FFFFFFF;
-constexpr std::int64_t movieReserve = 1 << 20; // headers, and what a codec may exceed a raw frame by
+constexpr std::int64_t movieReserve = 1
+                                      << 20; // headers, and what a codec may exceed a raw frame by
 constexpr std::int64_t bytesAroundFrame = 8 + 1 + 16;
 
 // What may wait in buffers below us; see hasReachedDisk.
 constexpr std::int64_t buffered = 512 * 1024;
 
-// Some implementations of Video for Windows report success on a full disk. The file's own size tells; when it cannot be
-// asked, the report is believed.
+// Some implementations of Video for Windows report success on a full disk. The file's own size
+// tells; when it cannot be asked, the report is believed.
 bool hasReachedDisk(const std::wstring& fileName, std::int64_t bytes)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -42,8 +44,9 @@ void mirror(unsigned int* pixels, SIZE size)
 
 } // namespace
 
-void CCineStoreAVI::turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2, unsigned int* image3,
-                               unsigned int* image4, bool mirror0, bool bottomUp0, bool mirror1, bool bottomUp1) const
+void CCineStoreAVI::turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+                               unsigned int* image3, unsigned int* image4, bool mirror0,
+                               bool bottomUp0, bool mirror1, bool bottomUp1) const
 {
     invert(image2, cine::planeSize(rects[2]));
     invert(image3, cine::stripSize(rects[1]));
@@ -54,9 +57,10 @@ void CCineStoreAVI::turnPlanes(unsigned int* image0, unsigned int* image1, unsig
     if (mirror1) mirror(image1, cine::planeSize(rects[1]));
 }
 
-bool CCineStoreAVI::AddFrame(unsigned int* image0, unsigned int* image1, unsigned int* image2, unsigned int* image3,
-                             unsigned int* image4, CBitmap& mask0, CBitmap& mask1, bool mirror0, bool bottomUp0,
-                             bool mirror1, bool bottomUp1)
+bool CCineStoreAVI::AddFrame(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+                             unsigned int* image3, unsigned int* image4, CBitmap& mask0,
+                             CBitmap& mask1, bool mirror0, bool bottomUp0, bool mirror1,
+                             bool bottomUp1)
 {
     if (!outStream || rects.size() < composedRects) return false;
     turnPlanes(image0, image1, image2, image3, image4, mirror0, bottomUp0, mirror1, bottomUp1);
@@ -80,8 +84,9 @@ bool CCineStoreAVI::AddFrame(const CBitmap& bitmap, bool mirrored, bool bottomUp
     return written;
 }
 
-bool CCineStoreAVI::PlaceImageOnScreen(unsigned int* image0, unsigned int* image1, unsigned int* image2,
-                                       unsigned int* image3, unsigned int* image4, CBitmap& mask0, CBitmap& mask1)
+bool CCineStoreAVI::PlaceImageOnScreen(unsigned int* image0, unsigned int* image1,
+                                       unsigned int* image2, unsigned int* image3,
+                                       unsigned int* image4, CBitmap& mask0, CBitmap& mask1)
 try {
     static_assert(sizeof(unsigned int) == sizeof(std::uint32_t));
     if (!frameBuffer || rects.size() < composedRects) return false;
@@ -109,10 +114,10 @@ LONG CCineStoreAVI::writeFrame(LONG position, bool& written)
     if (!hasRoomFor(position, size)) return 0;
     LONG samples = 0;
     LONG bytes = 0;
-    const HRESULT result =
-        AVIStreamWrite(outStream.get(), position, 1, frameBuffer.get(), size, AVIIF_KEYFRAME, &samples, &bytes);
-    // Some implementations exchange the two counts of a compressed stream. With one sample asked for, the larger one is
-    // the number of bytes either way.
+    const HRESULT result = AVIStreamWrite(outStream.get(), position, 1, frameBuffer.get(), size,
+                                          AVIIF_KEYFRAME, &samples, &bytes);
+    // Some implementations exchange the two counts of a compressed stream. With one sample asked
+    // for, the larger one is the number of bytes either way.
     const LONG counted = std::max(samples, bytes);
     movieBytes += std::max<LONG>(counted, 0);
     if (FAILED(result) || !hasReachedDisk(moviePath, movieBytes)) return 0;
@@ -120,7 +125,8 @@ LONG CCineStoreAVI::writeFrame(LONG position, bool& written)
     return counted;
 }
 
-// As often as frames were dropped, so that the movie keeps its length. Deliberate: frameIndex stays.
+// As often as frames were dropped, so that the movie keeps its length. Deliberate: frameIndex
+// stays.
 void CCineStoreAVI::repeatLastFrame()
 {
     bool written = false;

@@ -17,12 +17,14 @@ struct Span
     int length = 0;
 };
 
-Span clip(std::int64_t source, std::int64_t sourceEnd, std::int64_t target, std::int64_t targetEnd, std::int64_t length)
+Span clip(std::int64_t source, std::int64_t sourceEnd, std::int64_t target, std::int64_t targetEnd,
+          std::int64_t length)
 {
     const std::int64_t first = std::max({std::int64_t{0}, -source, -target});
     const std::int64_t last = std::min({length, sourceEnd - source, targetEnd - target});
     if (last <= first) return {};
-    return {static_cast<int>(source + first), static_cast<int>(target + first), static_cast<int>(last - first)};
+    return {static_cast<int>(source + first), static_cast<int>(target + first),
+            static_cast<int>(last - first)};
 }
 
 std::uint32_t* rowOf(const Plane& plane, int y)
@@ -30,17 +32,19 @@ std::uint32_t* rowOf(const Plane& plane, int y)
     return plane.pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(plane.size.cx);
 }
 
-// Calls forRow(target, source, first source column, source row, length) for every row of the region inside both planes.
+// Calls forRow(target, source, first source column, source row, length) for every row of the region
+// inside both planes.
 template <class ForRow>
-void forEachRow(const Plane& frame, const Plane& plane, POINT origin, SIZE size, Position at, ForRow forRow)
+void forEachRow(const Plane& frame, const Plane& plane, POINT origin, SIZE size, Position at,
+                ForRow forRow)
 {
     if (!frame.pixels || !plane.pixels) return;
     const Span x = clip(origin.x, plane.size.cx, at.x, frame.size.cx, size.cx);
     const Span y = clip(origin.y, plane.size.cy, at.y, frame.size.cy, size.cy);
     if (x.length == 0) return;
     for (int row = 0; row < y.length; ++row)
-        forRow(rowOf(frame, y.target + row) + x.target, rowOf(plane, y.source + row) + x.source, x.source,
-               y.source + row, x.length);
+        forRow(rowOf(frame, y.target + row) + x.target, rowOf(plane, y.source + row) + x.source,
+               x.source, y.source + row, x.length);
 }
 
 bool isKept(const std::uint8_t* mask, int column)
@@ -52,12 +56,14 @@ bool isKept(const std::uint8_t* mask, int column)
 void copyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t mask)
 {
     const __m128i bits = _mm_set1_epi32(mask);
-    const __m128i weights[2] = {_mm_set_epi32(0x10, 0x20, 0x40, 0x80), _mm_set_epi32(0x01, 0x02, 0x04, 0x08)};
+    const __m128i weights[2] = {_mm_set_epi32(0x10, 0x20, 0x40, 0x80),
+                                _mm_set_epi32(0x01, 0x02, 0x04, 0x08)};
     for (int half = 0; half < 2; ++half) {
         auto* const to = reinterpret_cast<__m128i*>(target + 4 * half);
         const __m128i from = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + 4 * half));
         const __m128i kept = _mm_cmpeq_epi32(_mm_and_si128(bits, weights[half]), weights[half]);
-        _mm_storeu_si128(to, _mm_or_si128(_mm_and_si128(kept, _mm_loadu_si128(to)), _mm_andnot_si128(kept, from)));
+        _mm_storeu_si128(to, _mm_or_si128(_mm_and_si128(kept, _mm_loadu_si128(to)),
+                                          _mm_andnot_si128(kept, from)));
     }
 }
 
@@ -76,12 +82,14 @@ int runLength(const std::uint8_t* mask, int limit, std::uint8_t value)
 }
 
 // Whole mask bytes: real masks are long runs of one value, which are copied or skipped at once.
-void copyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask, int bytes)
+void copyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+                     int bytes)
 {
     for (int i = 0; i < bytes;) {
         if (mask[i] == 0x00) {
             const int run = runLength(mask + i, bytes - i, 0x00);
-            std::memcpy(target + 8 * i, source + 8 * i, static_cast<std::size_t>(run) * 8 * sizeof *target);
+            std::memcpy(target + 8 * i, source + 8 * i,
+                        static_cast<std::size_t>(run) * 8 * sizeof *target);
             i += run;
         } else if (mask[i] == 0xFF)
             i += runLength(mask + i, bytes - i, 0xFF);
@@ -92,14 +100,15 @@ void copyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const s
     }
 }
 
-void copyMaskedBits(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask, int column,
-                    int length)
+void copyMaskedBits(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+                    int column, int length)
 {
     for (int i = 0; i < length; ++i)
         if (!isKept(mask, column + i)) target[i] = source[i];
 }
 
-void copyMaskedRow(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask, int column, int length)
+void copyMaskedRow(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+                   int column, int length)
 {
     const int head = std::min(length, (8 - column % 8) % 8);
     copyMaskedBits(target, source, mask, column, head);
@@ -137,11 +146,11 @@ SIZE stripSize(const RECT& rect1)
 
 void copyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at)
 {
-    const SIZE covered{std::min(plane.size.cx, mask.size().cx), std::min(plane.size.cy, mask.size().cy)};
+    const SIZE covered{std::min(plane.size.cx, mask.size().cx),
+                       std::min(plane.size.cy, mask.size().cy)};
     forEachRow(frame, plane, {0, 0}, covered, at,
-               [&](std::uint32_t* target, const std::uint32_t* source, int column, int row, int length) {
-                   copyMaskedRow(target, source, mask.row(row), column, length);
-               });
+               [&](std::uint32_t* target, const std::uint32_t* source, int column, int row,
+                   int length) { copyMaskedRow(target, source, mask.row(row), column, length); });
 }
 
 void copyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at)
@@ -162,7 +171,8 @@ void paint(const Plane& frame, const Plane& plane, Position at)
 
 namespace {
 
-// The top row that a screen rect has in the frame, whose rows run from the bottom of the screen upwards.
+// The top row that a screen rect has in the frame, whose rows run from the bottom of the screen
+// upwards.
 std::int64_t frameRow(const Plane& frame, const RECT& rect)
 {
     return std::int64_t{frame.size.cy} - rect.bottom;
@@ -170,7 +180,8 @@ std::int64_t frameRow(const Plane& frame, const RECT& rect)
 
 void placeMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const Mask* mask)
 {
-    if (pixels && mask) copyMasked(frame, {pixels, planeSize(rect)}, *mask, {rect.left, frameRow(frame, rect)});
+    if (pixels && mask)
+        copyMasked(frame, {pixels, planeSize(rect)}, *mask, {rect.left, frameRow(frame, rect)});
 }
 
 // A region of plane 2 keeps its place within the plane, measured from the plane's first row.
@@ -195,7 +206,8 @@ void compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes)
     const Position strip = hasPlane1 ? Position{r[1].left, frameRow(frame, r[1])} : Position{};
     paint(frame, {planes.image[3], stripSize(r[1])}, strip);
 
-    // Hangs from the upper edge of plane 1, or of plane 0 without it. Deliberate: rect 3's left edge is not used.
+    // Hangs from the upper edge of plane 1, or of plane 0 without it. Deliberate: rect 3's left
+    // edge is not used.
     const RECT& anchor = hasPlane1 ? r[1] : r[0];
     const std::int64_t upperEdge = std::int64_t{frame.size.cy} - anchor.top;
     const Position overlay{anchor.left, upperEdge - r[3].top - planeSize(r[3]).cy};

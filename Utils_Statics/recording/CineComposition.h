@@ -5,14 +5,15 @@
 #include <cstdint>
 #include <vector>
 
-// Puts pixel planes onto a frame of 32-bit pixels, with the results of the device-context operations MaskBlt
-// (0xCCAA0000), BitBlt SRCCOPY and BitBlt SRCPAINT on bitmaps of the same pixels, but without making bitmaps and device
-// contexts for every frame. Whatever lies outside the frame, the plane or the mask is left out. Row 0 is the first row
-// in memory.
+// Puts pixel planes onto a frame of 32-bit pixels, with the results of the device-context
+// operations MaskBlt (0xCCAA0000), BitBlt SRCCOPY and BitBlt SRCPAINT on bitmaps of the same
+// pixels, but without making bitmaps and device contexts for every frame. Whatever lies outside the
+// frame, the plane or the mask is left out. Row 0 is the first row in memory.
 
 namespace cine {
 
-/// Width and height of a rect, as a plane has them: 0 x 0 when the rect is empty, reversed or larger than 31 bits.
+/// Width and height of a rect, as a plane has them: 0 x 0 when the rect is empty, reversed or
+/// larger than 31 bits.
 SIZE planeSize(const RECT& rect);
 
 /// Size of plane 3, from rect 1: only its width counts.
@@ -25,7 +26,8 @@ struct Plane
     SIZE size{};
 };
 
-/// The bits of a monochrome bitmap, read once. 0 lets a plane's pixel through; 1, and all outside the bitmap, does not.
+/// The bits of a monochrome bitmap, read once. 0 lets a plane's pixel through; 1, and all outside
+/// the bitmap, does not.
 class Mask
 {
 public:
@@ -52,7 +54,8 @@ struct Position
 /// Copies the plane to `at` where the mask's bit is 0; the mask's origin lies on the plane's.
 void copyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at);
 
-/// Copies the region of the plane to `at`; nothing of it changes when the region is empty or reversed.
+/// Copies the region of the plane to `at`; nothing of it changes when the region is empty or
+/// reversed.
 void copyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at);
 
 /// ORs the plane, all 32 bits, onto the frame at `at`.
@@ -66,8 +69,9 @@ struct Planes
 };
 
 /// Composes a frame from its planes, laid out by six rects in top-down screen coordinates:
-/// 0, 1 destinations of planes 0 and 1; 2 place and size of plane 2; 3 size of plane 4 and, with its top, its vertical
-/// offset; 4, 5 the regions taken from plane 2, in its own coordinates. Row 0 of the frame is the bottom of the screen.
+/// 0, 1 destinations of planes 0 and 1; 2 place and size of plane 2; 3 size of plane 4 and, with
+/// its top, its vertical offset; 4, 5 the regions taken from plane 2, in its own coordinates. Row 0
+/// of the frame is the bottom of the screen.
 void compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes);
 
 } // namespace cine

@@ -23,10 +23,13 @@ bool isMonochrome(const BITMAP& description)
 Mask::Mask(HBITMAP bitmap)
 {
     BITMAP description{};
-    if (!bitmap || GetObjectW(bitmap, sizeof description, &description) == 0 || !isMonochrome(description)) return;
+    if (!bitmap || GetObjectW(bitmap, sizeof description, &description) == 0 ||
+        !isMonochrome(description))
+        return;
     m_bits.resize(maskStride(description.bmWidth) * static_cast<std::size_t>(description.bmHeight));
     const auto bytes = static_cast<LONG>(m_bits.size());
-    if (GetBitmapBits(bitmap, bytes, m_bits.data()) == bytes) m_size = {description.bmWidth, description.bmHeight};
+    if (GetBitmapBits(bitmap, bytes, m_bits.data()) == bytes)
+        m_size = {description.bmWidth, description.bmHeight};
 }
 
 Mask::Mask(std::vector<std::uint8_t> bits, SIZE size) : m_size(size), m_bits(std::move(bits)) {}

@@ -26,12 +26,14 @@ bool SatisfiesContract(const wchar_t* text, const wchar_t* contract)
     for (;;) {
         const Piece piece = NextConversion(texts);
         if (piece == Piece::end) return true;
-        if (piece != Piece::conversion || NextConversion(contracts) != Piece::conversion) return false;
+        if (piece != Piece::conversion || NextConversion(contracts) != Piece::conversion)
+            return false;
         if (texts.conversion().argument != contracts.conversion().argument) return false;
     }
 }
 
-std::optional<std::wstring> FormatByContract(const wchar_t* text, const wchar_t* contract, va_list arguments)
+std::optional<std::wstring> FormatByContract(const wchar_t* text, const wchar_t* contract,
+                                             va_list arguments)
 {
     if (!SatisfiesContract(text, contract)) return std::nullopt;
     FormatOutput output(arguments);

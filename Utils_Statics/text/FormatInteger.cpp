@@ -1,5 +1,5 @@
-// Integers are written here and not by the platform, whose functions go wrong over some combinations of '#', width and
-// precision.
+// Integers are written here and not by the platform, whose functions go wrong over some
+// combinations of '#', width and precision.
 #include "text/FormatInteger.h"
 
 #include <cstdint>
@@ -21,9 +21,13 @@ long long Narrowed(long long value, const FormatConversion& conversion)
     const bool isSigned = IsSigned(conversion);
     switch (conversion.size) {
     case Size::bits64: return value;
-    case Size::half: return isSigned ? static_cast<short>(value) : static_cast<unsigned short>(value);
-    case Size::character: return isSigned ? static_cast<signed char>(value) : static_cast<unsigned char>(value);
-    default: return isSigned ? static_cast<int>(value) : static_cast<long long>(static_cast<unsigned int>(value));
+    case Size::half:
+        return isSigned ? static_cast<short>(value) : static_cast<unsigned short>(value);
+    case Size::character:
+        return isSigned ? static_cast<signed char>(value) : static_cast<unsigned char>(value);
+    default:
+        return isSigned ? static_cast<int>(value)
+                        : static_cast<long long>(static_cast<unsigned int>(value));
     }
 }
 
@@ -51,14 +55,16 @@ std::wstring SignOf(const FormatConversion& conversion, bool negative)
     return conversion.space ? L" " : L"";
 }
 
-std::wstring Padded(const FormatConversion& conversion, const std::wstring& prefix, const std::wstring& digits)
+std::wstring Padded(const FormatConversion& conversion, const std::wstring& prefix,
+                    const std::wstring& digits)
 {
     const std::size_t length = prefix.size() + digits.size();
     const std::size_t width = static_cast<std::size_t>(conversion.width);
     const std::size_t padding = width > length ? width - length : 0;
     if (conversion.leftAlign) return prefix + digits + std::wstring(padding, L' ');
     // A precision says how many zeros there are, so the zero flag then has no meaning.
-    if (conversion.zeroPad && conversion.precision < 0) return prefix + std::wstring(padding, L'0') + digits;
+    if (conversion.zeroPad && conversion.precision < 0)
+        return prefix + std::wstring(padding, L'0') + digits;
     return std::wstring(padding, L' ') + prefix + digits;
 }
 
@@ -72,11 +78,14 @@ std::wstring IntegerText(const FormatConversion& conversion, long long argument)
     const bool upperCase = conversion.type == L'X';
     std::wstring digits = Digits(negative ? 0 - bits : bits, BaseOf(conversion.type), upperCase);
 
-    const std::size_t least = conversion.precision < 0 ? 1 : static_cast<std::size_t>(conversion.precision);
+    const std::size_t least =
+        conversion.precision < 0 ? 1 : static_cast<std::size_t>(conversion.precision);
     if (digits.size() < least) digits.insert(0, least - digits.size(), L'0');
     std::wstring prefix = SignOf(conversion, negative);
-    if (conversion.alternate && conversion.type == L'o' && !digits.starts_with(L'0')) digits.insert(0, 1, L'0');
-    if (conversion.alternate && BaseOf(conversion.type) == 16 && bits != 0) prefix += upperCase ? L"0X" : L"0x";
+    if (conversion.alternate && conversion.type == L'o' && !digits.starts_with(L'0'))
+        digits.insert(0, 1, L'0');
+    if (conversion.alternate && BaseOf(conversion.type) == 16 && bits != 0)
+        prefix += upperCase ? L"0X" : L"0x";
     return Padded(conversion, prefix, digits);
 }
 
@@ -86,7 +95,8 @@ std::wstring AddressText(const FormatConversion& conversion, const void* address
     hexadecimal.type = L'X';
     hexadecimal.size = Size::bits64;
     hexadecimal.precision = 2 * sizeof address;
-    return IntegerText(hexadecimal, static_cast<long long>(reinterpret_cast<std::uintptr_t>(address)));
+    return IntegerText(hexadecimal,
+                       static_cast<long long>(reinterpret_cast<std::uintptr_t>(address)));
 }
 
 } // namespace utils_statics

@@ -34,7 +34,8 @@ std::wstring Widened(const char* text, std::size_t length)
     const int count = static_cast<int>(length);
     std::wstring wide(length, L'\0'); // one wide character a byte at most
     if (count > 0)
-        wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text, count, wide.data(), count)));
+        wide.resize(static_cast<std::size_t>(
+            MultiByteToWideChar(CP_ACP, 0, text, count, wide.data(), count)));
     return wide;
 }
 
@@ -46,8 +47,12 @@ bool FormatOutput::appendConversion(const FormatConversion& conversion)
     case FormatArgument::real: return appendReal(conversion);
     case FormatArgument::wideText: appendWideText(conversion); break;
     case FormatArgument::narrowText: appendNarrowText(conversion); break;
-    case FormatArgument::address: m_text += AddressText(conversion, va_arg(m_arguments, void*)); break;
-    case FormatArgument::integer64: m_text += IntegerText(conversion, va_arg(m_arguments, long long)); break;
+    case FormatArgument::address:
+        m_text += AddressText(conversion, va_arg(m_arguments, void*));
+        break;
+    case FormatArgument::integer64:
+        m_text += IntegerText(conversion, va_arg(m_arguments, long long));
+        break;
     case FormatArgument::integer32: appendInteger32(conversion, va_arg(m_arguments, int)); break;
     }
     return true;
@@ -64,8 +69,9 @@ void FormatOutput::appendInteger32(const FormatConversion& conversion, int value
 void FormatOutput::appendCharacter(const FormatConversion& conversion, int value)
 {
     const char narrow = static_cast<char>(value);
-    const std::wstring text =
-        conversion.type == L'C' ? Widened(&narrow, 1) : std::wstring(1, static_cast<wchar_t>(value));
+    const std::wstring text = conversion.type == L'C'
+                                  ? Widened(&narrow, 1)
+                                  : std::wstring(1, static_cast<wchar_t>(value));
     appendPadded(conversion, text.data(), text.size());
 }
 
@@ -76,7 +82,8 @@ void FormatOutput::appendWideText(const FormatConversion& conversion)
     // With a precision the text need not end in a zero, so no more of it is looked at.
     const bool bounded = conversion.precision >= 0;
     appendPadded(conversion, text,
-                 bounded ? wcsnlen(text, static_cast<std::size_t>(conversion.precision)) : std::wcslen(text));
+                 bounded ? wcsnlen(text, static_cast<std::size_t>(conversion.precision))
+                         : std::wcslen(text));
 }
 
 void FormatOutput::appendNarrowText(const FormatConversion& conversion)
@@ -85,11 +92,13 @@ void FormatOutput::appendNarrowText(const FormatConversion& conversion)
     if (!text) text = "(null)";
     const bool bounded = conversion.precision >= 0;
     const std::wstring wide =
-        Widened(text, bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision)) : std::strlen(text));
+        Widened(text, bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision))
+                              : std::strlen(text));
     appendPadded(conversion, wide.data(), wide.size());
 }
 
-void FormatOutput::appendPadded(const FormatConversion& conversion, const wchar_t* begin, std::size_t length)
+void FormatOutput::appendPadded(const FormatConversion& conversion, const wchar_t* begin,
+                                std::size_t length)
 {
     const std::size_t width = static_cast<std::size_t>(conversion.width);
     const std::size_t padding = width > length ? width - length : 0;
@@ -105,7 +114,8 @@ bool FormatOutput::appendReal(const FormatConversion& conversion)
     const std::wstring form = PlatformForm(conversion);
     const int length =
         conversion.precision >= 0
-            ? _snwprintf(number, realCapacity, form.c_str(), conversion.width, conversion.precision, value)
+            ? _snwprintf(number, realCapacity, form.c_str(), conversion.width, conversion.precision,
+                         value)
             : _snwprintf(number, realCapacity, form.c_str(), conversion.width, value);
     if (length < 0) return false; // did not fit, or the platform refused
     m_text.append(number, static_cast<std::size_t>(length));

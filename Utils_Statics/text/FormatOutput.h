@@ -8,8 +8,8 @@
 
 namespace utils_statics {
 
-// Appends literal pieces and converted arguments to one text. Every argument is fetched with the type that its
-// conversion states, in order.
+// Appends literal pieces and converted arguments to one text. Every argument is fetched with the
+// type that its conversion states, in order.
 class FormatOutput
 {
 public:

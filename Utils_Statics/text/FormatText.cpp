@@ -126,7 +126,9 @@ bool FormatReader::readType()
     case L'S':
     case L'c':
     case L'C': return classifyText();
-    case L'p': m_conversion.argument = FormatArgument::address; return m_conversion.size == Size::standard;
+    case L'p':
+        m_conversion.argument = FormatArgument::address;
+        return m_conversion.size == Size::standard;
     default: return false;
     }
 }
@@ -148,7 +150,8 @@ bool FormatReader::classifyReal()
 bool FormatReader::classifyText()
 {
     const Size size = m_conversion.size;
-    if (size != Size::standard && size != Size::half && size != Size::lower && size != Size::wide) return false;
+    if (size != Size::standard && size != Size::half && size != Size::lower && size != Size::wide)
+        return false;
     const bool capital = m_conversion.type == L'S' || m_conversion.type == L'C';
     const bool narrow = size == Size::half || (size == Size::standard && capital);
     // From here on the type says what the argument is, whatever it was written like.

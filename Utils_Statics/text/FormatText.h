@@ -41,8 +41,8 @@ struct FormatConversion
     FormatArgument argument = FormatArgument::integer32;
 };
 
-// Widths and precisions above this are refused: no text on a screen needs them, and a translation must not be able to
-// ask for a gigabyte of blanks.
+// Widths and precisions above this are refused: no text on a screen needs them, and a translation
+// must not be able to ask for a gigabyte of blanks.
 inline constexpr int maximumFormatField = 1024;
 
 // Reads a format text piece by piece.
@@ -54,7 +54,8 @@ public:
         literal,    // literalBegin(), literalLength()
         conversion, // conversion()
         end,
-        refused, // an unknown or unfinished conversion, %n, a * or positional argument, or a field that is too wide
+        refused, // an unknown or unfinished conversion, %n, a * or positional argument, or a field
+                 // that is too wide
     };
 
     // `text` is not null and outlives the reader.

@@ -33,13 +33,15 @@ bool wentOn(const Instance& decoder, int result)
     return result == 0 || tjGetErrorCode(decoder.get()) == TJERR_WARNING;
 }
 
-bool hasSize(const Instance& decoder, const std::uint8_t* data, unsigned long size, const FrameShape& shape)
+bool hasSize(const Instance& decoder, const std::uint8_t* data, unsigned long size,
+             const FrameShape& shape)
 {
     int width = 0;
     int height = 0;
     int subsampling = 0;
     int colours = 0;
-    const int result = tjDecompressHeader3(decoder.get(), data, size, &width, &height, &subsampling, &colours);
+    const int result =
+        tjDecompressHeader3(decoder.get(), data, size, &width, &height, &subsampling, &colours);
     return wentOn(decoder, result) && width == shape.width && height == shape.height;
 }
 
@@ -50,18 +52,21 @@ std::size_t jpegBound(int width, int height)
     return tjBufSize(width, height, TJSAMP_420);
 }
 
-std::size_t encodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality, std::uint8_t* output)
+std::size_t encodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality,
+                       std::uint8_t* output)
 {
     const Instance encoder(tjInitCompress());
     unsigned long size = 0;
     // Without the accurate transform lower qualities take a coarser one.
     const int flags = directionOf(shape) | TJFLAG_NOREALLOC | TJFLAG_ACCURATEDCT;
-    const int result = tjCompress2(encoder.get(), pixels, shape.width, shape.stride, shape.height, pixelFormatOf(shape),
-                                   &output, &size, TJSAMP_420, (quality + 50) / 100, flags);
+    const int result =
+        tjCompress2(encoder.get(), pixels, shape.width, shape.stride, shape.height,
+                    pixelFormatOf(shape), &output, &size, TJSAMP_420, (quality + 50) / 100, flags);
     return result == 0 ? size : 0;
 }
 
-bool decodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels, const FrameShape& shape)
+bool decodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
+                const FrameShape& shape)
 {
     if (size > ULONG_MAX) return false;
     const auto bytes = static_cast<unsigned long>(size);
@@ -69,8 +74,8 @@ bool decodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels
     if (!decoder || !hasSize(decoder, data, bytes, shape)) return false;
     // A few bytes can ask for millions of scans over the whole image; no camera does.
     const int flags = directionOf(shape) | TJFLAG_LIMITSCANS;
-    return wentOn(decoder, tjDecompress2(decoder.get(), data, bytes, pixels, shape.width, shape.stride, shape.height,
-                                         pixelFormatOf(shape), flags));
+    return wentOn(decoder, tjDecompress2(decoder.get(), data, bytes, pixels, shape.width,
+                                         shape.stride, shape.height, pixelFormatOf(shape), flags));
 }
 
 } // namespace mjpg

@@ -23,8 +23,9 @@ constexpr LONG largestSide = 16384;
 
 bool hasPlausibleSize(const BITMAPINFOHEADER& format)
 {
-    return format.biSize >= sizeof(BITMAPINFOHEADER) && format.biWidth > 0 && format.biWidth <= largestSide &&
-           format.biHeight != 0 && format.biHeight >= -largestSide && format.biHeight <= largestSide;
+    return format.biSize >= sizeof(BITMAPINFOHEADER) && format.biWidth > 0 &&
+           format.biWidth <= largestSide && format.biHeight != 0 &&
+           format.biHeight >= -largestSide && format.biHeight <= largestSide;
 }
 
 int heightOf(const BITMAPINFOHEADER& format)
@@ -40,7 +41,8 @@ bool isRaw(const BITMAPINFOHEADER* format)
 
 bool isJpeg(const BITMAPINFOHEADER* format)
 {
-    return format && hasPlausibleSize(*format) && format->biHeight > 0 && format->biCompression == fourcc;
+    return format && hasPlausibleSize(*format) && format->biHeight > 0 &&
+           format->biCompression == fourcc;
 }
 
 bool haveSameSize(const BITMAPINFOHEADER& a, const BITMAPINFOHEADER& b)
@@ -55,7 +57,8 @@ int rawStride(const BITMAPINFOHEADER& format)
 
 LONG jpegBytes(const BITMAPINFOHEADER& format)
 {
-    return static_cast<LONG>(jpegBound(format.biWidth, heightOf(format))); // less than 1 GiB for the largest side
+    return static_cast<LONG>(
+        jpegBound(format.biWidth, heightOf(format))); // less than 1 GiB for the largest side
 }
 
 FrameShape shapeOf(const BITMAPINFOHEADER& raw)
@@ -66,7 +69,8 @@ FrameShape shapeOf(const BITMAPINFOHEADER& raw)
 LRESULT compressQuery(const BITMAPINFOHEADER* input, const BITMAPINFOHEADER* output)
 {
     if (!isRaw(input)) return ICERR_BADFORMAT;
-    return !output || (isJpeg(output) && haveSameSize(*input, *output)) ? ICERR_OK : ICERR_BADFORMAT;
+    return !output || (isJpeg(output) && haveSameSize(*input, *output)) ? ICERR_OK
+                                                                        : ICERR_BADFORMAT;
 }
 
 LRESULT decompressQuery(const BITMAPINFOHEADER* input, const BITMAPINFOHEADER* output)
@@ -156,8 +160,9 @@ LRESULT MjpgCodec::setState(const void* state, LPARAM size)
 LRESULT MjpgCodec::setQuality(const DWORD* quality)
 {
     if (!quality) return ICERR_BADPARAM;
-    m_quality =
-        *quality == static_cast<DWORD>(ICQUALITY_DEFAULT) ? defaultQuality : std::min<DWORD>(*quality, bestQuality);
+    m_quality = *quality == static_cast<DWORD>(ICQUALITY_DEFAULT)
+                    ? defaultQuality
+                    : std::min<DWORD>(*quality, bestQuality);
     return ICERR_OK;
 }
 
@@ -185,10 +190,12 @@ LRESULT MjpgCodec::compress(const ICCOMPRESS* frame, LPARAM size) const
 {
     if (!frame || size < static_cast<LPARAM>(sizeof *frame) || !frame->lpInput || !frame->lpOutput)
         return ICERR_BADPARAM;
-    if (compressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput) return ICERR_BADFORMAT;
+    if (compressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput)
+        return ICERR_BADFORMAT;
     const DWORD quality = frame->dwQuality > bestQuality ? m_quality : frame->dwQuality;
-    const std::size_t bytes = encodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), shapeOf(*frame->lpbiInput),
-                                         static_cast<int>(quality), static_cast<std::uint8_t*>(frame->lpOutput));
+    const std::size_t bytes =
+        encodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), shapeOf(*frame->lpbiInput),
+                   static_cast<int>(quality), static_cast<std::uint8_t*>(frame->lpOutput));
     if (bytes == 0) return ICERR_MEMORY;
     frame->lpbiOutput->biSizeImage = static_cast<DWORD>(bytes);
     if (frame->lpckid) *frame->lpckid = mmioFOURCC('d', 'c', 0, 0);
@@ -196,7 +203,8 @@ LRESULT MjpgCodec::compress(const ICCOMPRESS* frame, LPARAM size) const
     return ICERR_OK;
 }
 
-LRESULT MjpgCodec::decompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const
+LRESULT MjpgCodec::decompressGetFormat(const BITMAPINFOHEADER* input,
+                                       BITMAPINFOHEADER* output) const
 {
     if (!isJpeg(input)) return ICERR_BADFORMAT;
     if (!output) return sizeof *output;
@@ -215,10 +223,13 @@ LRESULT MjpgCodec::decompress(const ICDECOMPRESS* frame, LPARAM size) const
 {
     if (!frame || size < static_cast<LPARAM>(sizeof *frame) || !frame->lpInput || !frame->lpOutput)
         return ICERR_BADPARAM;
-    if (decompressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput) return ICERR_BADFORMAT;
-    if (frame->lpbiInput->biSizeImage == 0) return ICERR_OK; // an empty frame repeats the one before
-    const bool decoded = decodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), frame->lpbiInput->biSizeImage,
-                                    static_cast<std::uint8_t*>(frame->lpOutput), shapeOf(*frame->lpbiOutput));
+    if (decompressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput)
+        return ICERR_BADFORMAT;
+    if (frame->lpbiInput->biSizeImage == 0)
+        return ICERR_OK; // an empty frame repeats the one before
+    const bool decoded =
+        decodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), frame->lpbiInput->biSizeImage,
+                   static_cast<std::uint8_t*>(frame->lpOutput), shapeOf(*frame->lpbiOutput));
     return decoded ? ICERR_OK : ICERR_ERROR;
 }
 

@@ -7,8 +7,8 @@ namespace mjpg {
 
 constexpr DWORD fourcc = mmioFOURCC('M', 'J', 'P', 'G');
 
-/// One opened instance of the codec. Every member answers the installable-compressor message of its name, with that
-/// message's return values.
+/// One opened instance of the codec. Every member answers the installable-compressor message of its
+/// name, with that message's return values.
 class MjpgCodec
 {
 public:

@@ -23,7 +23,10 @@ int fail(const char* what, DWORD error)
 class DriversKey
 {
 public:
-    explicit DriversKey(REGSAM access) { m_error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, driversKey, 0, access, &m_key); }
+    explicit DriversKey(REGSAM access)
+    {
+        m_error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, driversKey, 0, access, &m_key);
+    }
     ~DriversKey()
     {
         if (m_key) RegCloseKey(m_key);
@@ -38,11 +41,12 @@ public:
     {
         DWORD size = 0;
         DWORD type = 0;
-        if (RegQueryValueExW(m_key, entryName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) return {};
+        if (RegQueryValueExW(m_key, entryName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
+            return {};
         std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
         size = static_cast<DWORD>((value.size() - 1) * sizeof(wchar_t));
-        const LSTATUS result =
-            RegQueryValueExW(m_key, entryName, nullptr, &type, reinterpret_cast<BYTE*>(value.data()), &size);
+        const LSTATUS result = RegQueryValueExW(m_key, entryName, nullptr, &type,
+                                                reinterpret_cast<BYTE*>(value.data()), &size);
         if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return L"?";
         return value.c_str(); // the registry stores an end of its own, or none
     }
@@ -50,8 +54,8 @@ public:
     DWORD setEntry(const std::wstring& value)
     {
         const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-        return static_cast<DWORD>(
-            RegSetValueExW(m_key, entryName, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), size));
+        return static_cast<DWORD>(RegSetValueExW(
+            m_key, entryName, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), size));
     }
 
     DWORD removeEntry() { return static_cast<DWORD>(RegDeleteValueW(m_key, entryName)); }
@@ -68,7 +72,8 @@ bool isOurs(const std::wstring& entry)
     const DWORD length = GetLongPathNameW(entry.c_str(), longPath, MAX_PATH);
     const std::wstring path = length > 0 && length < MAX_PATH ? longPath : entry;
     const std::size_t slash = path.find_last_of(L"\\/");
-    return _wcsicmp(path.substr(slash == std::wstring::npos ? 0 : slash + 1).c_str(), codecFile) == 0;
+    return _wcsicmp(path.substr(slash == std::wstring::npos ? 0 : slash + 1).c_str(), codecFile) ==
+           0;
 }
 
 // Empty when the path is too long.
@@ -81,8 +86,8 @@ std::wstring codecBesideProgram()
     return codec.replace(codec.find_last_of(L'\\') + 1, std::wstring::npos, codecFile);
 }
 
-// What the drivers' key names is cut at the first blank, so a path with blanks is shortened; empty when that is not
-// possible.
+// What the drivers' key names is cut at the first blank, so a path with blanks is shortened; empty
+// when that is not possible.
 std::wstring withoutBlanks(const std::wstring& path)
 {
     if (path.find(L' ') == std::wstring::npos) return path;
@@ -98,12 +103,15 @@ int install()
     if (GetFileAttributesW(beside.c_str()) == INVALID_FILE_ATTRIBUTES)
         return fail("mjpgcodec.dll is not beside this program", GetLastError());
     const std::wstring codec = withoutBlanks(beside);
-    if (codec.empty()) return fail("the codec's folder has a blank in its path and no short name", 0);
+    if (codec.empty())
+        return fail("the codec's folder has a blank in its path and no short name", 0);
     DriversKey key(KEY_QUERY_VALUE | KEY_SET_VALUE);
-    if (key.error()) return fail("cannot open the drivers' registry key; administrators can", key.error());
+    if (key.error())
+        return fail("cannot open the drivers' registry key; administrators can", key.error());
     const std::wstring present = key.entry();
     if (!present.empty() && !isOurs(present)) {
-        std::fprintf(stderr, "codecsetup: another codec is installed as %ls: %ls\n", entryName, present.c_str());
+        std::fprintf(stderr, "codecsetup: another codec is installed as %ls: %ls\n", entryName,
+                     present.c_str());
         return 1;
     }
     if (const DWORD error = key.setEntry(codec)) return fail("cannot write the registry", error);
@@ -114,10 +122,12 @@ int install()
 int uninstall()
 {
     DriversKey key(KEY_QUERY_VALUE | KEY_SET_VALUE);
-    if (key.error()) return fail("cannot open the drivers' registry key; administrators can", key.error());
+    if (key.error())
+        return fail("cannot open the drivers' registry key; administrators can", key.error());
     const std::wstring present = key.entry();
     if (!isOurs(present)) {
-        std::puts(present.empty() ? "not installed" : "another codec is installed under this name; left alone");
+        std::puts(present.empty() ? "not installed"
+                                  : "another codec is installed under this name; left alone");
         return 0;
     }
     if (const DWORD error = key.removeEntry()) return fail("cannot write the registry", error);

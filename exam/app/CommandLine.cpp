@@ -19,7 +19,8 @@ struct Option
 void SetLanguage(CommandLine& options, Values values)
 {
     const std::wstring& value = *values;
-    if (value != L"en" && value != L"de") options.error = L"--language takes en or de, not '" + value + L"'";
+    if (value != L"en" && value != L"de")
+        options.error = L"--language takes en or de, not '" + value + L"'";
     options.language = value;
 }
 
@@ -27,7 +28,8 @@ void SetConsole(CommandLine& options, Values values)
 {
     const std::wstring& value = *values;
     options.console = utilsExam::MapConsoleType(value.c_str());
-    if (options.console == EConsoleType(-1)) options.error = L"--console knows no model '" + value + L"'";
+    if (options.console == EConsoleType(-1))
+        options.error = L"--console knows no model '" + value + L"'";
 }
 
 void SetTourFolder(CommandLine& options, Values values)
@@ -58,8 +60,9 @@ void SetCineToAvi(CommandLine& options, Values values)
 const std::map<std::wstring, Option>& Options()
 {
     static const std::map<std::wstring, Option> options{
-        {L"--language", {1, SetLanguage}}, {L"--console", {1, SetConsole}},    {L"--tour", {1, SetTourFolder}},
-        {L"--profile", {1, SetProfile}},   {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
+        {L"--language", {1, SetLanguage}},  {L"--console", {1, SetConsole}},
+        {L"--tour", {1, SetTourFolder}},    {L"--profile", {1, SetProfile}},
+        {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
     };
     return options;
 }
@@ -101,21 +104,28 @@ const wchar_t* UsageText()
            L"  --console M    console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren\n"
            L"  --tour DIR     run unattended, check every step, leave pictures and files in DIR;\n"
            L"                 exits 0 only when all steps held\n"
-           L"  --profile FILE keep the settings in this INI file instead of the registry; the tour uses\n"
+           L"  --profile FILE keep the settings in this INI file instead of the registry; the tour "
+           L"uses\n"
            L"                 exam.ini in its folder\n"
            L"  --help         this text\n"
            L"\n"
            L"Without a window:\n"
-           L"  --cine-info FILE         print the header of a raw cine and check the file's size against it;\n"
+           L"  --cine-info FILE         print the header of a raw cine and check the file's size "
+           L"against it;\n"
            L"                           exits 0 when it holds, 1 when not\n"
-           L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames are in it\n"
+           L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames "
+           L"are in it\n"
            L"\n"
-           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' codec (MJPG at\n"
+           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
+           L"codec (MJPG at\n"
            L"first) or Uncompressed, RecordQuality its quality in percent.\n"
            L"\n"
-           L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 show and hide the\n"
-           L"distance, angle and region tools; P switches between pointer and trackball style, Tab takes up the next\n"
-           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and ends a recording of\n"
+           L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 "
+           L"show and hide the\n"
+           L"distance, angle and region tools; P switches between pointer and trackball style, Tab "
+           L"takes up the next\n"
+           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and "
+           L"ends a recording of\n"
            L"raw frames, V of a movie; Esc leaves.\n";
 }
 

@@ -96,7 +96,8 @@ bool ExamApp::RunCommand()
 
 bool ExamApp::LoadTexts()
 {
-    if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language)) return true;
+    if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language))
+        return true;
     WriteError(L"exam: the string tables in " + StringTableFolder() + L" cannot be read\n");
     return false;
 }
@@ -115,7 +116,8 @@ bool ExamApp::LoadImages()
 bool ExamApp::OpenMainWindow()
 {
     m_window = std::make_unique<MainWindow>(m_session);
-    m_window->SetRecordingFolder((m_options.tour() ? m_options.tourFolder : DefaultUserFolder()) + L"\\recordings");
+    m_window->SetRecordingFolder((m_options.tour() ? m_options.tourFolder : DefaultUserFolder()) +
+                                 L"\\recordings");
     utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
     m_pMainWnd = m_window.get();
     if (m_window->Open()) return true;

@@ -45,9 +45,11 @@ MainWindow::MainWindow(Session& session)
 
 bool MainWindow::Open()
 {
-    const CString windowClass = AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr);
+    const CString windowClass =
+        AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr);
     const CRect frame(0, 0, ScreenLayout::width, ScreenLayout::height);
-    if (!CreateEx(0, windowClass, GetStr("exam.title"), WS_POPUP | WS_SYSMENU, frame, nullptr, 0)) return false;
+    if (!CreateEx(0, windowClass, GetStr("exam.title"), WS_POPUP | WS_SYSMENU, frame, nullptr, 0))
+        return false;
     ShowWindow(SW_SHOW);
     return true;
 }
@@ -129,7 +131,9 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
     case '1': return ToggleTool(m_tools.distance());
     case '2': return ToggleTool(m_tools.angle());
     case '3': return ToggleTool(m_tools.region());
-    case 'P': return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball : InputPointer);
+    case 'P':
+        return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball
+                                                                         : InputPointer);
     case VK_TAB: MouseCapture::LockNext(); return;
     case 'S': return ShowStrip(!m_content.stripShown);
     case 'R': return SetRotation((m_content.rotation + 150) % 3600);
@@ -145,7 +149,9 @@ void MainWindow::ToggleRecording(CString (Recorder::*start)())
     if (m_recorder.recording()) return EndRecording();
     m_content.status = (m_recorder.*start)();
     if (m_recorder.recording())
-        SetTimer(playTimer, static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.cine()))), nullptr);
+        SetTimer(playTimer,
+                 static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.cine()))),
+                 nullptr);
     ShowRecordingMark();
 }
 

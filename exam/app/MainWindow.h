@@ -13,8 +13,9 @@
 
 namespace exam {
 
-// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a console. It repaints
-// when the state-change signal tells it that something it shows has changed; nobody calls it to repaint directly.
+// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a
+// console. It repaints when the state-change signal tells it that something it shows has changed;
+// nobody calls it to repaint directly.
 class MainWindow : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -38,7 +39,8 @@ public:
     void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
     const Recorder& recorder() const { return m_recorder; }
 
-    // Records the frame on display and shows the next one, as the timer does while a recording is under way.
+    // Records the frame on display and shows the next one, as the timer does while a recording is
+    // under way.
     void AdvanceRecording();
 
     // Switches the current language to the other one of the string tables.

@@ -16,7 +16,8 @@ namespace exam {
 namespace {
 
 // CLSID of the PNG encoder of GDI+.
-constexpr CLSID pngEncoder = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+constexpr CLSID pngEncoder = {
+    0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
 
 class GdiPlusSession
 {
@@ -49,7 +50,8 @@ bool CaptureToPng(HWND window, const std::wstring& path)
     CClientDC source(CWnd::FromHandle(window));
     CDC memory;
     CBitmap bitmap;
-    if (!memory.CreateCompatibleDC(&source) || !bitmap.CreateCompatibleBitmap(&source, client.right, client.bottom))
+    if (!memory.CreateCompatibleDC(&source) ||
+        !bitmap.CreateCompatibleBitmap(&source, client.right, client.bottom))
         return false;
     CBitmap* const old = memory.SelectObject(&bitmap);
     memory.BitBlt(0, 0, client.right, client.bottom, &source, 0, 0, SRCCOPY);

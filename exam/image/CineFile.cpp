@@ -40,8 +40,10 @@ std::wstring CineFile::Open(const std::wstring& path)
 
     m_payload.assign(bytes.begin() + headerSize, bytes.end());
     const std::size_t held = m_payload.size() / frameSize();
-    m_complete = m_frames > 0 && m_payload.size() == frameSize() * static_cast<std::size_t>(m_frames);
-    if (m_frames == 0 || static_cast<std::size_t>(m_frames) > held) m_frames = static_cast<int>(held);
+    m_complete =
+        m_frames > 0 && m_payload.size() == frameSize() * static_cast<std::size_t>(m_frames);
+    if (m_frames == 0 || static_cast<std::size_t>(m_frames) > held)
+        m_frames = static_cast<int>(held);
     return m_frames > 0 ? L"" : L"the file holds no whole frame";
 }
 

@@ -15,8 +15,9 @@ namespace exam {
 class CineFile
 {
 public:
-    // Reads `path`; an empty result text means success, else it is one sentence that says what is wrong with the file.
-    // A file whose count field is 0 (the recording was cut off) holds as many frames as its size gives.
+    // Reads `path`; an empty result text means success, else it is one sentence that says what is
+    // wrong with the file. A file whose count field is 0 (the recording was cut off) holds as many
+    // frames as its size gives.
     std::wstring Open(const std::wstring& path);
 
     uData type() const { return m_type; }
@@ -32,9 +33,13 @@ public:
     int steering() const { return m_extra[0]; }   // thousandths of a degree
     int apex() const { return m_extra[1]; }       // thousandths of a degree, 0 = none
     int lineOffset() const { return m_extra[2]; } // lines
-    int lineCount() const { return m_extra[3]; }  // scan lines over the aperture, 0 = one per element
+    int lineCount() const
+    {
+        return m_extra[3];
+    } // scan lines over the aperture, 0 = one per element
 
-    // lines() x samples() bytes, line by line; `frame` from 0 to frames() - 1. Valid while the object is not changed.
+    // lines() x samples() bytes, line by line; `frame` from 0 to frames() - 1. Valid while the
+    // object is not changed.
     std::span<const std::uint8_t> frame(int frame) const;
 
 private:

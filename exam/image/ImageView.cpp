@@ -64,18 +64,22 @@ void ImageView::Show(const CineFile& cine, int frame)
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    // Row by row: the rows are not padded to the four bytes that a bitmap of several rows has to have.
+    // Row by row: the rows are not padded to the four bytes that a bitmap of several rows has to
+    // have.
     const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width);
     const auto* const bitmap = reinterpret_cast<const BITMAPINFO*>(&info);
     const std::size_t width = static_cast<std::size_t>(m_parameters.width);
     for (int y = 0; y < m_parameters.height; ++y)
         SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y + y, static_cast<DWORD>(width), 1, 0, 0, 0, 1,
-                          m_grey.data() + width * static_cast<std::size_t>(y), bitmap, DIB_RGB_COLORS);
+                          m_grey.data() + width * static_cast<std::size_t>(y), bitmap,
+                          DIB_RGB_COLORS);
 }
 
 int ImageView::Grey(CPoint pixel) const
 {
-    if (pixel.x < 0 || pixel.y < 0 || pixel.x >= m_parameters.width || pixel.y >= m_parameters.height) return 0;
+    if (pixel.x < 0 || pixel.y < 0 || pixel.x >= m_parameters.width ||
+        pixel.y >= m_parameters.height)
+        return 0;
     return m_grey[static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_parameters.width) +
                   static_cast<std::size_t>(pixel.x)];
 }

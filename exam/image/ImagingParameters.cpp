@@ -12,11 +12,12 @@ namespace {
 
 constexpr int margin = 12;
 
-// The scale at which the extent of a frame is measured before the final one is known: fine enough for any probe.
+// The scale at which the extent of a frame is measured before the final one is known: fine enough
+// for any probe.
 constexpr int measuringScale = 10; // microns per pixel
 
-// The pixels that the outline of a frame touches at the current scale: its edge lines, and the first and last sample of
-// every line, since the lowest point of a sector lies between its edges.
+// The pixels that the outline of a frame touches at the current scale: its edge lines, and the
+// first and last sample of every line, since the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
 {
     CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));
@@ -59,16 +60,17 @@ ImagingParameters WithoutScale(const CineFile& cine, CSize size)
 
 CPoint ImagingParameters::Pixel(int line, int sample) const
 {
-    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA,
-                                                          scanB, &probe, soundSpeed, ld, scanC, width, height, flip);
+    const UPoint pixel =
+        qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA,
+                                         scanB, &probe, soundSpeed, ld, scanC, width, height, flip);
     return {pixel.x, pixel.y};
 }
 
 UPoint ImagingParameters::ScanPosition(CPoint pixel) const
 {
-    const UPoint position =
-        CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, scanA, scanB, lines,
-                                       &probe, soundSpeed, scanC, width, height, flip);
+    const UPoint position = CImgGeometry::GetUSCoordinates(
+        pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, scanA, scanB, lines, &probe,
+        soundSpeed, scanC, width, height, flip);
     // The library counts elements across the aperture; the lines of a frame lie closer or wider.
     const int elements = std::max(1, probe.elements);
     return {std::clamp(position.x * lines / elements, 0, std::max(0, lines - 1)),
@@ -93,8 +95,8 @@ ImagingParameters FitImage(const CineFile& cine, CSize size)
 
     const int roomX = std::max(1, image.width - 2 * margin);
     const int roomY = std::max(1, image.height - 2 * margin);
-    const int microns =
-        std::max(DivideUp(extent.Width() * measuringScale, roomX), DivideUp(extent.Height() * measuringScale, roomY));
+    const int microns = std::max(DivideUp(extent.Width() * measuringScale, roomX),
+                                 DivideUp(extent.Height() * measuringScale, roomY));
     image.micronsPerPixel = {microns, microns};
 
     const CRect fitted = Extent(image);

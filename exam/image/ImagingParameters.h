@@ -39,8 +39,8 @@ struct ImagingParameters
     double DepthMillimetres() const;
 };
 
-// The parameters with which the whole frame of `cine` fills an image of `size` pixels as large as it can, centred
-// sideways, with a margin all round.
+// The parameters with which the whole frame of `cine` fills an image of `size` pixels as large as
+// it can, centred sideways, with a margin all round.
 ImagingParameters FitImage(const CineFile& cine, CSize size);
 
 } // namespace exam

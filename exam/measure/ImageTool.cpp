@@ -68,7 +68,8 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
         TellMeasurementChanged();
         return true;
     }
-    if (message == WM_LBUTTONDOWN) // trackball style: the button puts the point down and takes the next one up
+    if (message ==
+        WM_LBUTTONDOWN) // trackball style: the button puts the point down and takes the next one up
     {
         MouseCapture::LockNext();
         return true;
@@ -92,7 +93,8 @@ void ImageTool::SetLock(int index)
 {
     m_active = index;
     if (MouseCapture::GetInput() == InputTrackball) {
-        // The main window's client area begins at the screen's corner, so client pixels are screen pixels.
+        // The main window's client area begins at the screen's corner, so client pixels are screen
+        // pixels.
         CRect area(m_corner, CSize(image().width, image().height));
         MouseCapture::ClipCursor(&area);
         if (index >= 0 && index < static_cast<int>(m_points.size())) {

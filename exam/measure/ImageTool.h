@@ -10,9 +10,9 @@
 
 namespace exam {
 
-// A measuring tool on the image: a few points that the pointer drags, arbitrated by MouseCapture. Points are pixels of
-// the image; the arbitration works in client pixels, from which `corner`, the image's upper left corner, is taken off.
-// Every change is told through the state-change signal.
+// A measuring tool on the image: a few points that the pointer drags, arbitrated by MouseCapture.
+// Points are pixels of the image; the arbitration works in client pixels, from which `corner`, the
+// image's upper left corner, is taken off. Every change is told through the state-change signal.
 class ImageTool : public IMouseHandler
 {
 public:
@@ -20,7 +20,8 @@ public:
 
     bool visible() const { return m_visible; }
 
-    // Shows the tool and lets it take part in the arbitration, or hides it and lets go of the pointer.
+    // Shows the tool and lets it take part in the arbitration, or hides it and lets go of the
+    // pointer.
     void Show(bool visible);
 
     const std::vector<CPoint>& points() const { return m_points; }

@@ -17,7 +17,8 @@ RegionBox::Extent RegionBox::ScanExtent() const
 double RegionBox::DepthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, image().samplingFreq, image().soundSpeed) /
+    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, image().samplingFreq,
+                                       image().soundSpeed) /
            1000.0;
 }
 
@@ -33,13 +34,13 @@ void RegionBox::Draw(CDC& dc) const
     const Extent extent = ScanExtent();
     const ImagingParameters& p = image();
     for (const int line : {extent.line1, extent.line2})
-        CImgGeometry::DrawVerticalUSLine(&dc, line, extent.sample1, extent.sample2, p.origin, p.micronsPerPixel,
-                                         p.samplingFreq, p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width,
-                                         p.height, p.flip, p.ld);
+        CImgGeometry::DrawVerticalUSLine(
+            &dc, line, extent.sample1, extent.sample2, p.origin, p.micronsPerPixel, p.samplingFreq,
+            p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width, p.height, p.flip, p.ld);
     for (const int sample : {extent.sample1, extent.sample2})
-        CImgGeometry::DrawHorizontalUSLine(&dc, sample, extent.line1, extent.line2, p.origin, p.micronsPerPixel,
-                                           p.samplingFreq, p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width,
-                                           p.height, p.flip, p.ld);
+        CImgGeometry::DrawHorizontalUSLine(
+            &dc, sample, extent.line1, extent.line2, p.origin, p.micronsPerPixel, p.samplingFreq,
+            p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width, p.height, p.flip, p.ld);
     DrawPoints(dc);
 }
 

@@ -4,8 +4,9 @@
 
 namespace exam {
 
-// A region of interest between two scan lines and two depths, so its sides follow the probe's geometry: two opposite
-// corners that the pointer drags. It can also be grabbed anywhere on the image while no tool offers a point.
+// A region of interest between two scan lines and two depths, so its sides follow the probe's
+// geometry: two opposite corners that the pointer drags. It can also be grabbed anywhere on the
+// image while no tool offers a point.
 class RegionBox : public ImageTool
 {
 public:

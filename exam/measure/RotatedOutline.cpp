@@ -36,8 +36,9 @@ RotatedOutline RotateImageOutline(CSize size, int angle)
 
     auto corners = Corners(size);
     double maxX = 0, minX = 0, maxY = 0, minY = 0;
-    MAT_Transform(&maxX, &minX, &maxY, &minY, corners[0].data(), corners[1].data(), corners[2].data(),
-                  corners[3].data(), rotation.data(), nothing.data(), transform.data());
+    MAT_Transform(&maxX, &minX, &maxY, &minY, corners[0].data(), corners[1].data(),
+                  corners[2].data(), corners[3].data(), rotation.data(), nothing.data(),
+                  transform.data());
 
     RotatedOutline outline;
     outline.bounds = CRect(Rounded(minX), Rounded(minY), Rounded(maxX), Rounded(maxY));
@@ -62,8 +63,9 @@ void DrawRotatedOutline(CDC& dc, const CRect& area, const RotatedOutline& outlin
     CPen* const old = dc.SelectObject(&boxPen);
     const CRect& bounds = outline.bounds;
     dc.MoveTo(place(bounds.left, bounds.top));
-    for (const CPoint& corner : {CPoint(bounds.right, bounds.top), CPoint(bounds.right, bounds.bottom),
-                                 CPoint(bounds.left, bounds.bottom), CPoint(bounds.left, bounds.top)})
+    for (const CPoint& corner :
+         {CPoint(bounds.right, bounds.top), CPoint(bounds.right, bounds.bottom),
+          CPoint(bounds.left, bounds.bottom), CPoint(bounds.left, bounds.top)})
         dc.LineTo(place(corner.x, corner.y));
 
     CPen outlinePen(PS_SOLID, 1, palette::accent);

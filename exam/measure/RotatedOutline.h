@@ -6,8 +6,8 @@
 
 namespace exam {
 
-// An image of `size` turned about its centre, and the smallest upright rectangle that holds it; coordinates relative to
-// the centre, y downwards.
+// An image of `size` turned about its centre, and the smallest upright rectangle that holds it;
+// coordinates relative to the centre, y downwards.
 struct RotatedOutline
 {
     std::array<CPoint, 4> corners;

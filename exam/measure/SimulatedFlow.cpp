@@ -14,7 +14,8 @@ constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
 constexpr int traceCount = 4;
 
-// Velocity over one beat as a share of the span above the baseline: a steep systolic peak and a slow diastolic decay.
+// Velocity over one beat as a share of the span above the baseline: a steep systolic peak and a
+// slow diastolic decay.
 double Pulse(double phase)
 {
     const double systole = std::exp(-std::pow((phase - 0.18) / 0.09, 2));
@@ -24,7 +25,8 @@ double Pulse(double phase)
 
 unsigned char Bin(double share)
 {
-    return static_cast<unsigned char>(std::clamp(std::lround(bins / 2 + share * bins / 2), 0L, bins - 1L));
+    return static_cast<unsigned char>(
+        std::clamp(std::lround(bins / 2 + share * bins / 2), 0L, bins - 1L));
 }
 
 } // namespace

@@ -6,9 +6,10 @@
 
 namespace exam {
 
-// Spectral traces of a simulated pulsating flow, for want of a recorded one: the envelope and the mean of the
-// velocities towards the probe and away from it, as bins of a spectrum. Nothing flows away from the probe. Building it
-// also sets the acquisition parameters of CDopplerScaling that belong to it.
+// Spectral traces of a simulated pulsating flow, for want of a recorded one: the envelope and the
+// mean of the velocities towards the probe and away from it, as bins of a spectrum. Nothing flows
+// away from the probe. Building it also sets the acquisition parameters of CDopplerScaling that
+// belong to it.
 class SimulatedFlow
 {
 public:

@@ -21,8 +21,10 @@ void DrawTrace(CDC& dc, const CRect& plot, const unsigned char* trace, int lengt
     CPen pen(PS_SOLID, 1, colour);
     CPen* const old = dc.SelectObject(&pen);
     for (int x = 0; x < length && x < plot.Width(); ++x) {
-        const int y = plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(trace[x])));
-        x == 0 ? static_cast<void>(dc.MoveTo(plot.left, y)) : static_cast<void>(dc.LineTo(plot.left + x, y));
+        const int y = plot.bottom -
+                      static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(trace[x])));
+        x == 0 ? static_cast<void>(dc.MoveTo(plot.left, y))
+               : static_cast<void>(dc.LineTo(plot.left + x, y));
     }
     dc.SelectObject(old);
 }
@@ -34,7 +36,8 @@ void DrawVelocityTick(CDC& dc, const CRect& plot, int baseline, double velocity,
     dc.MoveTo(plot.right, y);
     dc.LineTo(plot.right + 6, y);
     CRect box(plot.right + 10, y - 8, plot.right + scaleWidth, y + 8);
-    dc.DrawText(GetStr("exam.value.velocity", velocity), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(GetStr("exam.value.velocity", velocity), &box,
+                DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
 void DrawScale(CDC& dc, const CRect& plot, int baseline)
@@ -59,14 +62,16 @@ void DrawSpectralStrip(CDC& dc, const CRect& area, spectralTraceData& data)
     CRect plot = area;
     plot.right -= scaleWidth;
     CDopplerScaling::SetPWDisplayHeight(plot.Height());
-    const int baseline = plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(
-                                           static_cast<int>(CDopplerScaling::GetPWFFT() / 2))));
+    const int baseline =
+        plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(
+                          static_cast<int>(CDopplerScaling::GetPWFFT() / 2))));
     DrawScale(dc, plot, baseline);
     DrawTrace(dc, plot, data.getDataSet(eTraceMeanForward), data.getSetSize(), palette::label);
     DrawTrace(dc, plot, data.getDataSet(eTraceEnvelopeForward), data.getSetSize(), palette::accent);
     CRect caption(area.left + 16, area.bottom - 28, area.right, area.bottom - 6);
     dc.SetTextColor(palette::label);
-    dc.DrawText(GetStr("exam.doppler.simulated"), &caption, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(GetStr("exam.doppler.simulated"), &caption,
+                DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
 }
 
 } // namespace exam

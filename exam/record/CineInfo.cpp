@@ -34,7 +34,9 @@ std::wstring Read(const std::wstring& path, OpenedCine& cine)
     std::ifstream file(fs::path(path), std::ios::binary);
     if (error || !file) return L"the file cannot be read";
     if (cine.payload() < 0) return L"the file is shorter than the 76 bytes of a header";
-    return file.read(reinterpret_cast<char*>(&cine.header), sizeof cine.header) ? L"" : L"the file cannot be read";
+    return file.read(reinterpret_cast<char*>(&cine.header), sizeof cine.header)
+               ? L""
+               : L"the file cannot be read";
 }
 
 template <std::size_t count>
@@ -65,14 +67,16 @@ void Number(const wchar_t* name, std::int64_t value, const wchar_t* unit = L"")
 
 void PrintHeader(const CineHeader& header)
 {
-    static constexpr const wchar_t* types[] = {L"B-mode", L"colour", L"spectral", L"M-mode", L"ECG"};
+    static constexpr const wchar_t* types[] = {L"B-mode", L"colour", L"spectral", L"M-mode",
+                                               L"ECG"};
     static constexpr const wchar_t* probes[] = {L"curved", L"linear", L"phased"};
     std::int32_t desc[CineHeader::descWords];
     std::memcpy(desc, header.desc, sizeof desc);
     const std::int32_t type = header.type;
 
     Field(L"type", std::to_wstring(type) + L" (" + NameOf(type, types) + L")");
-    Number(L"count", header.frameCount, type == uDataEcg ? L" bytes in the last block" : L" frames");
+    Number(L"count", header.frameCount,
+           type == uDataEcg ? L" bytes in the last block" : L" frames");
     Number(L"lines", desc[0], L" per frame");
     Number(L"samples", desc[1], L" per line");
     Number(L"sample size", desc[2], L" bits");
@@ -91,15 +95,19 @@ void PrintHeader(const CineHeader& header)
     Field(L"unused", std::to_wstring(header.extra[4]) + L", " + std::to_wstring(header.extra[5]));
 }
 
-// Bytes of a frame; nothing when the header's numbers make none. Only B-mode frames have their size in the header.
+// Bytes of a frame; nothing when the header's numbers make none. Only B-mode frames have their size
+// in the header.
 std::optional<std::int64_t> FrameSize(const CineHeader& header)
 {
     const auto lines = static_cast<std::int32_t>(header.desc[0]);
     const auto samples = static_cast<std::int32_t>(header.desc[1]);
     const auto bits = static_cast<std::int32_t>(header.desc[2]);
-    if (header.type != uDataBMode || lines < 1 || samples < 1 || bits < 8 || bits > 64 || bits % 8 != 0) return {};
+    if (header.type != uDataBMode || lines < 1 || samples < 1 || bits < 8 || bits > 64 ||
+        bits % 8 != 0)
+        return {};
     std::int64_t size = 0;
-    if (__builtin_mul_overflow(std::int64_t{lines} * samples, std::int64_t{bits} / 8, &size)) return {};
+    if (__builtin_mul_overflow(std::int64_t{lines} * samples, std::int64_t{bits} / 8, &size))
+        return {};
     return size;
 }
 
@@ -108,23 +116,26 @@ std::wstring Bytes(std::int64_t count)
     return std::to_wstring(count) + L" bytes";
 }
 
-// What does not hold of the file's size, in one sentence; empty when all holds. Prints the sizes it goes by.
+// What does not hold of the file's size, in one sentence; empty when all holds. Prints the sizes it
+// goes by.
 std::wstring CheckSize(const OpenedCine& cine)
 {
     Number(L"payload", cine.payload(), L" bytes");
     const auto frameSize = FrameSize(cine.header);
-    if (!frameSize) return L"the size cannot be checked, because the header does not give the size of a frame";
+    if (!frameSize)
+        return L"the size cannot be checked, because the header does not give the size of a frame";
     Number(L"frame size", *frameSize, L" bytes");
 
     const std::int32_t count = cine.header.frameCount;
     const std::int64_t whole = cine.payload() / *frameSize;
     if (count < 0) return L"the header gives a negative count";
     if (count == 0 && cine.payload() > 0)
-        return L"the recording was not finished: its count is 0, and it holds " + std::to_wstring(whole) +
-               L" whole frames";
+        return L"the recording was not finished: its count is 0, and it holds " +
+               std::to_wstring(whole) + L" whole frames";
     if (whole == count && cine.payload() % *frameSize == 0) return L"";
-    return L"the header counts " + std::to_wstring(count) + L" frames of " + Bytes(*frameSize) + L", but there are " +
-           Bytes(cine.payload()) + L" behind it (" + std::to_wstring(whole) + L" whole frames)";
+    return L"the header counts " + std::to_wstring(count) + L" frames of " + Bytes(*frameSize) +
+           L", but there are " + Bytes(cine.payload()) + L" behind it (" + std::to_wstring(whole) +
+           L" whole frames)";
 }
 
 } // namespace

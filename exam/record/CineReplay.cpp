@@ -88,11 +88,13 @@ std::wstring Replay(const std::wstring& path, const std::wstring& movie)
     CineFile cine;
     if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
     std::error_code error;
-    if (fs::equivalent(path, movie, error)) return L"the movie cannot replace the recording it is made of";
+    if (fs::equivalent(path, movie, error))
+        return L"the movie cannot replace the recording it is made of";
     const std::wstring codec = MovieCodec();
     if (!IsUsableCodec(codec))
         return L"the codec '" + codec +
-               L"' is not installed; install it, or set RecordCodec to the name of another or to Uncompressed";
+               L"' is not installed; install it, or set RecordCodec to the name of another or to "
+               L"Uncompressed";
     if (std::wstring problem = WriteMovie(cine, movie); !problem.empty()) return problem;
     WriteOut(movie + L": " + std::to_wstring(cine.frames()) + L" frames, codec " + codec + L"\n");
     return L"";

@@ -21,14 +21,15 @@ CRect ScreenArea()
     return {0, 0, ScreenLayout::width, ScreenLayout::height};
 }
 
-// Size of the time, and how far below the upper edge of its image it stands: clear of the strip's traces.
+// Size of the time, and how far below the upper edge of its image it stands: clear of the strip's
+// traces.
 CRect TimeArea()
 {
     return {0, 112, 160, 136};
 }
 
-// The rects of the composition. The two regions of the panel count rows from its lower edge, because they are taken
-// from the plane after it was turned upside down.
+// The rects of the composition. The two regions of the panel count rows from its lower edge,
+// because they are taken from the plane after it was turned upside down.
 std::vector<CRect> MovieLayout()
 {
     const CRect panel = ScreenLayout::panel();
@@ -41,7 +42,8 @@ std::vector<CRect> MovieLayout()
             CRect(0, 0, panel.Width(), outline)};
 }
 
-// A mask that lets the whole plane through. The image changes beyond the imaged region as well: tools reach out of it.
+// A mask that lets the whole plane through. The image changes beyond the imaged region as well:
+// tools reach out of it.
 void MakeOpenMask(CBitmap& mask, CSize size)
 {
     const auto rowBytes = static_cast<std::size_t>((size.cx + 15) / 16 * 2);
@@ -66,9 +68,11 @@ bool MovieRecording::Start(const std::wstring& path, const Announcement& announc
     Plane pixels;
     m_screen.Cut(ScreenArea(), pixels);
     CBitmap background;
-    if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data())) return false;
+    if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data()))
+        return false;
     m_store.SetRate(m_rate);
-    if (!m_store.InitStorage(path.c_str(), &background, ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32)) {
+    if (!m_store.InitStorage(path.c_str(), &background, ScreenLayout::width, ScreenLayout::height,
+                             MovieLayout(), 32)) {
         m_store.EndStorage(); // releases what was opened
         return false;
     }
@@ -87,8 +91,8 @@ bool MovieRecording::AddFrame()
     const bool strip = m_content.stripShown;
     ++m_frames;
     return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
-                            strip ? m_sweep.data() : nullptr, m_clock.data(), m_imageMask, m_stripMask, false, false,
-                            false, false);
+                            strip ? m_sweep.data() : nullptr, m_clock.data(), m_imageMask,
+                            m_stripMask, false, false, false, false);
 }
 
 bool MovieRecording::Finish()

@@ -10,11 +10,14 @@
 
 namespace exam {
 
-// Records what the screen shows as a movie: the screen at the start is the background, and every frame places on it
+// Records what the screen shows as a movie: the screen at the start is the background, and every
+// frame places on it
 //  - the image with its scale and tools (plane 0),
-//  - the spectral strip while it is shown (plane 1), with a mark that moves along its lower edge (plane 3),
+//  - the spectral strip while it is shown (plane 1), with a mark that moves along its lower edge
+//  (plane 3),
 //  - the facts and the turned outline beside the image (the two regions of plane 2),
-//  - the movie's own time (plane 4), in the upper left corner of the image, or of the strip while that is shown.
+//  - the movie's own time (plane 4), in the upper left corner of the image, or of the strip while
+//  that is shown.
 // Recording mark, status text and keys are not in the movie.
 class MovieRecording : public Recording
 {

@@ -25,7 +25,8 @@ PixelCanvas::PixelCanvas(CSize size) : m_size(size)
     const BITMAPINFO info = MakeBitmapInfo(size);
     void* pixels = nullptr;
     if (!m_dc.CreateCompatibleDC(nullptr)) return;
-    if (!m_bitmap.Attach(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0))) return;
+    if (!m_bitmap.Attach(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0)))
+        return;
     m_before = ::SelectObject(m_dc.GetSafeHdc(), m_bitmap.GetSafeHandle());
     if (m_before) m_pixels = static_cast<unsigned int*>(pixels);
 }
@@ -48,7 +49,8 @@ void PixelCanvas::Cut(const CRect& part, std::vector<unsigned int>& plane) const
     GdiFlush(); // drawing may still be under way
     auto out = plane.begin();
     for (int y = part.top; y < part.bottom; ++y)
-        out = std::copy_n(m_pixels + static_cast<std::ptrdiff_t>(y) * m_size.cx + part.left, width, out);
+        out = std::copy_n(m_pixels + static_cast<std::ptrdiff_t>(y) * m_size.cx + part.left, width,
+                          out);
 }
 
 } // namespace exam

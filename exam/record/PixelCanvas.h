@@ -6,11 +6,13 @@
 
 namespace exam {
 
-// A picture in memory that can be drawn on and read: 32-bit pixels (blue in the lowest byte), rows from the top.
+// A picture in memory that can be drawn on and read: 32-bit pixels (blue in the lowest byte), rows
+// from the top.
 class PixelCanvas
 {
 public:
-    // Black. Empty when the platform refuses; drawing then does nothing and all pixels read as black.
+    // Black. Empty when the platform refuses; drawing then does nothing and all pixels read as
+    // black.
     explicit PixelCanvas(CSize size);
     ~PixelCanvas();
     PixelCanvas(const PixelCanvas&) = delete;

@@ -31,23 +31,28 @@ Recorder::~Recorder()
 
 CString Recorder::StartRaw()
 {
-    return Start(std::make_unique<RawRecording>(m_content.session), L"recording-%03d.cine", "exam.record.raw");
+    return Start(std::make_unique<RawRecording>(m_content.session), L"recording-%03d.cine",
+                 "exam.record.raw");
 }
 
 CString Recorder::StartMovie()
 {
-    // Asked before, because the library's own answer does not tell a missing codec from a file that cannot be written.
+    // Asked before, because the library's own answer does not tell a missing codec from a file that
+    // cannot be written.
     const std::wstring codec = MovieCodec();
     if (!IsUsableCodec(codec)) return GetStr("exam.record.nocodec", codec.c_str());
-    return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi", "exam.record.movie");
+    return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi",
+                 "exam.record.movie");
 }
 
-CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name, const char* runningKey)
+CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name,
+                        const char* runningKey)
 {
     std::error_code error; // shows when the file is created
     fs::create_directories(m_folder, error);
     const std::wstring path = NextPath(name);
-    if (!recording->Start(path, {OnComplete, this})) return GetStr("exam.record.nofile", path.c_str());
+    if (!recording->Start(path, {OnComplete, this}))
+        return GetStr("exam.record.nofile", path.c_str());
     m_recording = std::move(recording);
     m_frames = 0;
     return GetStr(runningKey);
@@ -77,7 +82,8 @@ bool Recorder::AddFrame()
 
 void Recorder::Stop()
 {
-    if (const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr)) ended->Finish();
+    if (const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr))
+        ended->Finish();
 }
 
 void Recorder::OnComplete(const wchar_t* path, void* self) noexcept

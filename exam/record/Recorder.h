@@ -22,23 +22,27 @@ public:
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    // Where recordings go: recording-001.cine, movie-001.avi and so on, the next number that is free.
+    // Where recordings go: recording-001.cine, movie-001.avi and so on, the next number that is
+    // free.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    // Start a recording; the result is a sentence in the current language: what is being recorded, or why nothing is.
+    // Start a recording; the result is a sentence in the current language: what is being recorded,
+    // or why nothing is.
     CString StartRaw();
     CString StartMovie();
 
     bool recording() const { return m_recording != nullptr; }
     int frames() const { return m_frames; }
 
-    // Keeps what is on display as the next frame; false when it could not be written, and the recording has ended.
+    // Keeps what is on display as the next frame; false when it could not be written, and the
+    // recording has ended.
     bool AddFrame();
 
     void Stop();
 
 private:
-    CString Start(std::unique_ptr<Recording> recording, const wchar_t* name, const char* runningKey);
+    CString Start(std::unique_ptr<Recording> recording, const wchar_t* name,
+                  const char* runningKey);
     std::wstring NextPath(const wchar_t* name) const;
     static void OnComplete(const wchar_t* path, void* self) noexcept;
 

@@ -26,7 +26,10 @@ const char* ProbeKey(int type)
 class Rows
 {
 public:
-    Rows(CDC& dc, const CRect& area) : m_dc(dc), m_row(area) { m_row.bottom = m_row.top + rowHeight; }
+    Rows(CDC& dc, const CRect& area) : m_dc(dc), m_row(area)
+    {
+        m_row.bottom = m_row.top + rowHeight;
+    }
 
     void Add(const char* labelKey, const CString& value)
     {
@@ -58,15 +61,18 @@ void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content)
     box.DeflateRect(18, 16);
     Rows rows(dc, box);
     rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
-    rows.Add("exam.label.mode", GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
+    rows.Add("exam.label.mode",
+             GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
     if (content.session.empty()) return;
     const ImagingParameters& image = content.view.parameters();
     const Session& session = content.session;
     rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
     rows.Add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
-    rows.Add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
-    rows.Add("exam.label.frame", GetStr("exam.value.frame", session.frame() + 1, session.cine().frames()));
+    rows.Add("exam.label.scale",
+             GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
+    rows.Add("exam.label.frame",
+             GetStr("exam.value.frame", session.frame() + 1, session.cine().frames()));
     for (const ImageTool* const tool : content.tools.all())
         if (tool->visible()) rows.Add(tool->NameKey(), tool->Readout());
 }

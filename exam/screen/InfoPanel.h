@@ -6,8 +6,8 @@ namespace exam {
 
 struct ScreenContent;
 
-// The column of facts beside the image: console, modes, probe, depth and what the tools measure, in the current
-// language.
+// The column of facts beside the image: console, modes, probe, depth and what the tools measure, in
+// the current language.
 void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content);
 
 } // namespace exam

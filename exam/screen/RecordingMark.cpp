@@ -31,7 +31,8 @@ void DrawRecordingMark(CDC& dc, const CRect& area, int frames)
     box.left += dotSize + gap;
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::text);
-    dc.DrawText(GetStr("exam.record.mark", frames), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(GetStr("exam.record.mark", frames), &box,
+                DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
 } // namespace exam

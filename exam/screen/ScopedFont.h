@@ -12,8 +12,9 @@ public:
 
     ScopedFont(CDC& dc, int pixels, int weight) : m_dc(dc)
     {
-        m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                          CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Arial");
+        m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                          OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                          DEFAULT_PITCH | FF_SWISS, L"Arial");
         m_old = dc.SelectObject(&m_font);
     }
     ~ScopedFont() { m_dc.SelectObject(m_old); }

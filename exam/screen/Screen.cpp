@@ -25,7 +25,8 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
     dc.SetTextColor(palette::text);
     dc.DrawText(left, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_PATH_ELLIPSIS);
     constexpr int gap = 24;
-    if (dc.GetTextExtent(left).cx + gap + dc.GetTextExtent(right).cx > box.Width()) return; // the left one comes first
+    if (dc.GetTextExtent(left).cx + gap + dc.GetTextExtent(right).cx > box.Width())
+        return; // the left one comes first
     dc.SetTextColor(palette::label);
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
@@ -67,8 +68,10 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
         spectralTraceData traces = content.flow.traces();
         DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
     }
-    if (content.recordedFrames) DrawRecordingMark(dc, ScreenLayout::recordingMark(), *content.recordedFrames);
-    DrawBar(dc, ScreenLayout::status(), content.status, content.keysShown ? GetStr("exam.keys") : CString());
+    if (content.recordedFrames)
+        DrawRecordingMark(dc, ScreenLayout::recordingMark(), *content.recordedFrames);
+    DrawBar(dc, ScreenLayout::status(), content.status,
+            content.keysShown ? GetStr("exam.keys") : CString());
 }
 
 } // namespace exam

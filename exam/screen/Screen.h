@@ -25,7 +25,8 @@ struct ScreenContent
     std::optional<int> recordedFrames{}; // set while a recording is under way
 };
 
-// Paints the whole client area: header, image with its scale and tools, recording mark, facts, status line.
+// Paints the whole client area: header, image with its scale and tools, recording mark, facts,
+// status line.
 void DrawScreen(CDC& dc, const ScreenContent& content);
 
 } // namespace exam

@@ -17,11 +17,18 @@ struct ScreenLayout
     static constexpr int outlineHeight = 150;
 
     static CRect header() { return {0, 0, width, headerHeight}; }
-    static CRect imageArea() { return {0, headerHeight, width - panelWidth, height - statusHeight}; }
-    static CRect panel() { return {width - panelWidth, headerHeight, width, height - statusHeight}; }
+    static CRect imageArea()
+    {
+        return {0, headerHeight, width - panelWidth, height - statusHeight};
+    }
+    static CRect panel()
+    {
+        return {width - panelWidth, headerHeight, width, height - statusHeight};
+    }
     static CRect status() { return {0, height - statusHeight, width, height}; }
 
-    // The part of imageArea() that the frame is fitted into; the depth scale stands to the right of it.
+    // The part of imageArea() that the frame is fitted into; the depth scale stands to the right of
+    // it.
     static CRect image()
     {
         CRect rect = imageArea();

@@ -25,14 +25,16 @@ void Modes(TourReport& report)
 {
     utilsExam::SetFullscreen(true);
     utilsExam::SetLayoutLeft(true);
-    report.Step(utilsExam::IsFullscreen() && utilsExam::IsLayoutLeft(), L"full screen and left layout are kept");
+    report.Step(utilsExam::IsFullscreen() && utilsExam::IsLayoutLeft(),
+                L"full screen and left layout are kept");
     utilsExam::SetFullscreen(false);
     utilsExam::SetLayoutLeft(false);
 
     utilsExam::SetIsResearchModeActiveCallback([] { return researchMode; });
     const bool before = utilsExam::IsResearchModeActive();
     researchMode = true;
-    report.Step(!before && utilsExam::IsResearchModeActive(), L"research mode is asked of the application");
+    report.Step(!before && utilsExam::IsResearchModeActive(),
+                L"research mode is asked of the application");
     researchMode = false;
     utilsExam::SetIsResearchModeActiveCallback(nullptr);
 }
@@ -41,7 +43,8 @@ void Signal(TourContext& context)
 {
     const unsigned before = context.window.changesSeen();
     utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
-    context.report.Step(context.window.changesSeen() == before + 1, L"the main window hears of a state change");
+    context.report.Step(context.window.changesSeen() == before + 1,
+                        L"the main window hears of a state change");
 }
 
 } // namespace
@@ -52,7 +55,8 @@ void TourEnvironment(TourContext& context)
                         L"the framework knows the application and its main window");
     CRect client;
     context.window.GetClientRect(&client);
-    context.report.Step(client.Width() == 1024 && client.Height() == 768, L"the main window shows 1024 x 768 pixels");
+    context.report.Step(client.Width() == 1024 && client.Height() == 768,
+                        L"the main window shows 1024 x 768 pixels");
     ConsoleModel(context.report);
     Modes(context.report);
     Signal(context);

@@ -13,7 +13,8 @@ namespace {
 void ShowRecording(TourContext& context, std::size_t index)
 {
     context.session.Select(index);
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), static_cast<unsigned>(index), 0);
+    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), static_cast<unsigned>(index),
+                                 0);
 }
 
 // Mean grey level of the image along the samples of a patch of scan lines.
@@ -32,8 +33,10 @@ void CurvedFrame(TourContext& context)
     ShowRecording(context, 0);
     const ImageView& view = context.window.view();
     const ImagingParameters& image = view.parameters();
-    context.report.Step(image.probe.type == 0 && image.lines == 241, L"the curved recording is on display");
-    context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) > 2 * MeanGrey(view, 115, 130, 1600, 1680),
+    context.report.Step(image.probe.type == 0 && image.lines == 241,
+                        L"the curved recording is on display");
+    context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) >
+                            2 * MeanGrey(view, 115, 130, 1600, 1680),
                         L"its back wall is brighter than what lies before it");
     const CPoint apex = image.Pixel(120, 0);
     context.report.Step(view.Grey({2, apex.y}) == 0 && view.Grey({apex.x, apex.y - 3}) == 0,

@@ -12,7 +12,8 @@ namespace exam {
 
 namespace {
 
-// Posts messages to the main window's queue, as the user's mouse would, and lets the window handle them.
+// Posts messages to the main window's queue, as the user's mouse would, and lets the window handle
+// them.
 class Mouse
 {
 public:
@@ -38,8 +39,8 @@ private:
         Send(message, flags, MAKELPARAM(at.x, at.y));
     }
 
-    // Everything that is pending is handled before and after: moving the cursor, which the tools do in trackball style,
-    // brings mouse messages of its own.
+    // Everything that is pending is handled before and after: moving the cursor, which the tools do
+    // in trackball style, brings mouse messages of its own.
     void Send(UINT message, WPARAM wParam, LPARAM lParam)
     {
         HandlePending();
@@ -82,7 +83,8 @@ void Distance(TourContext& context, Mouse& mouse)
                         L"the caliper's points are dragged with the mouse");
     context.report.Step(Near(caliper.Millimetres(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
                         L"the caliper measures 40 mm along a slanted scan line");
-    context.report.Step(!MouseCapture::IsLocked(), L"nobody holds the pointer after the button is released");
+    context.report.Step(!MouseCapture::IsLocked(),
+                        L"nobody holds the pointer after the button is released");
 }
 
 void Angle(TourContext& context, Mouse& mouse)
@@ -108,7 +110,8 @@ void Region(TourContext& context, Mouse& mouse)
     // Chord between lines 150 and 200 at the radius of sample 900.
     const double radius = 26.4 + 900 * 0.0513434;
     const double chord = 2 * radius * std::sin(50 * (std::acos(-1.0) / 2 + 0.5) / 240 / 2);
-    context.report.Step(Near(region.WidthMillimetres(), chord, 1.5), L"its deep side is as long as the geometry says");
+    context.report.Step(Near(region.WidthMillimetres(), chord, 1.5),
+                        L"its deep side is as long as the geometry says");
 }
 
 void PressBeyondReach(TourContext& context, Mouse& mouse)
@@ -130,7 +133,8 @@ void Trackball(TourContext& context, Mouse& mouse)
     mouse.Move(before);
     mouse.Key(VK_TAB);
     mouse.Key(VK_TAB);
-    context.report.Step(first && moved && MouseCapture::GetLock() == &context.window.tools().angle(),
+    context.report.Step(first && moved &&
+                            MouseCapture::GetLock() == &context.window.tools().angle(),
                         L"in trackball style Tab steps from point to point and from tool to tool");
     mouse.Key('P');
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");

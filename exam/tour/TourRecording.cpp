@@ -62,18 +62,20 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     Advance(context, 2);
     const bool counted = context.window.recorder().frames() == 4;
     Key(context, 'C');
-    context.report.Step(counted && IsAnnounced(context, 4, path), L"the file of four raw frames is announced");
+    context.report.Step(counted && IsAnnounced(context, 4, path),
+                        L"the file of four raw frames is announced");
     const std::string original = ReadWhole(utilsExam::GetImage(L"linear.cine"));
     context.report.Step(!original.empty() && ReadWhole(path) == original,
                         L"the raw recording is the original file byte for byte");
     CineFile reopened;
-    context.report.Step(reopened.Open(path).empty() && reopened.complete() && reopened.frames() == 4,
+    context.report.Step(reopened.Open(path).empty() && reopened.complete() &&
+                            reopened.frames() == 4,
                         L"it can be opened again");
     context.Picture(L"recording-finished");
 }
 
-// Lets the window handle its messages until the timer has recorded some frames, or a time is over in which it must
-// have.
+// Lets the window handle its messages until the timer has recorded some frames, or a time is over
+// in which it must have.
 bool TimerHasRecorded(TourContext& context, int frames)
 {
     constexpr ULONGLONG patience = 20000; // milliseconds
@@ -103,7 +105,8 @@ void MissingCodec(TourContext& context)
     SetCodec(L"no such codec");
     Key(context, 'V');
     context.report.Step(!context.window.recorder().recording() &&
-                            context.window.status() == GetStr("exam.record.nocodec", L"no such codec"),
+                            context.window.status() ==
+                                GetStr("exam.record.nocodec", L"no such codec"),
                         L"a codec that is missing is told, and nothing is recorded");
 }
 

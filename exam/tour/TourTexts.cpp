@@ -41,7 +41,8 @@ void Languages(TourReport& report)
     ZelTString::setLanguage(L"de");
     const CString german = GetStr("exam.value.frame", 3, 12);
     ZelTString::setLanguage(given);
-    report.Step(english == L"3 of 12" && german == L"3 von 12", L"a text is formatted in English and in German");
+    report.Step(english == L"3 of 12" && german == L"3 von 12",
+                L"a text is formatted in English and in German");
 }
 
 void WrongTranslation(TourReport& report)
@@ -63,8 +64,10 @@ void TourTexts(TourContext& context)
     WrongTranslation(context.report);
     CStringArray words;
     StringParse::GetAllWords(L"depth,gain,,focus", words, L',');
-    context.report.Step(words.GetSize() == 4 && words[3] == L"focus", L"a list is split into its words");
-    context.report.Step(utilsExam::GetProductName() == L"Sample exam" && !utilsExam::GetProductVersion().IsEmpty(),
+    context.report.Step(words.GetSize() == 4 && words[3] == L"focus",
+                        L"a list is split into its words");
+    context.report.Step(utilsExam::GetProductName() == L"Sample exam" &&
+                            !utilsExam::GetProductVersion().IsEmpty(),
                         L"name and version are read from the program's own resource");
 }
 

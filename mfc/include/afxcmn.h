@@ -4,8 +4,8 @@
 
 #include <commctrl.h>
 
-// An owned image list: the destructor destroys it. Functions answer FALSE or -1 when the platform refuses, or on an
-// empty object.
+// An owned image list: the destructor destroys it. Functions answer FALSE or -1 when the platform
+// refuses, or on an empty object.
 class MFC_API CImageList : public CObject
 {
 public:
@@ -24,9 +24,12 @@ public:
     BOOL Create(int width, int height, UINT flags, int initial, int grow);
 
     int GetImageCount() const { return ::ImageList_GetImageCount(m_hImageList); }
-    BOOL GetImageInfo(int index, IMAGEINFO* info) const { return ::ImageList_GetImageInfo(m_hImageList, index, info); }
-    // Copy the bitmap's images; answer the index of the first, -1 on failure. With a colour, its pixels are
-    // transparent.
+    BOOL GetImageInfo(int index, IMAGEINFO* info) const
+    {
+        return ::ImageList_GetImageInfo(m_hImageList, index, info);
+    }
+    // Copy the bitmap's images; answer the index of the first, -1 on failure. With a colour, its
+    // pixels are transparent.
     int Add(CBitmap* bitmap, CBitmap* mask);
     int Add(CBitmap* bitmap, COLORREF mask);
     int Add(HICON icon) { return ::ImageList_AddIcon(m_hImageList, icon); }

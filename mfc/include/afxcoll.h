@@ -5,8 +5,8 @@
 
 #include <afx.h>
 
-// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the caller (trapped in checked
-// builds) unless a member says otherwise.
+// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the caller
+// (trapped in checked builds) unless a member says otherwise.
 class CStringArray : public CObject
 {
 public:
@@ -45,8 +45,8 @@ private:
     std::vector<CString> m_items;
 };
 
-// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null positions, and the ends
-// of an empty list, are mistakes of the caller where not said otherwise.
+// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null
+// positions, and the ends of an empty list, are mistakes of the caller where not said otherwise.
 class MFC_API CStringList : public CObject
 {
 public:

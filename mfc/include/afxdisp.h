@@ -10,8 +10,8 @@
 // What the parts of a moment without a calendar date read as.
 inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 
-// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular time zone; the years
-// 100 to 9999.
+// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular
+// time zone; the years 100 to 9999.
 class COleDateTime
 {
 public:
@@ -23,7 +23,8 @@ public:
         null = 2     // deliberately none
     };
 
-    // Status first, value second, as the other way round the value could be read without a look at the status.
+    // Status first, value second, as the other way round the value could be read without a look at
+    // the status.
     DateTimeStatus m_status = valid;
     DATE m_dt = 0;
 
@@ -42,7 +43,8 @@ public:
     // False unless the status is valid.
     MFC_API bool GetAsSystemTime(SYSTEMTIME& time) const;
 
-    // AFX_OLE_DATETIME_ERROR unless the status is valid. Days of the week count from 1, which is Sunday.
+    // AFX_OLE_DATETIME_ERROR unless the status is valid. Days of the week count from 1, which is
+    // Sunday.
     MFC_API int GetYear() const;
     MFC_API int GetMonth() const;
     MFC_API int GetDay() const;
@@ -56,15 +58,20 @@ public:
     MFC_API int SetDateTime(int year, int month, int day, int hour, int minute, int second);
     int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
     // On 30 December 1899.
-    int SetTime(int hour, int minute, int second) { return SetDateTime(1899, 12, 30, hour, minute, second); }
+    int SetTime(int hour, int minute, int second)
+    {
+        return SetDateTime(1899, 12, 30, hour, minute, second);
+    }
     // As the C library's wcsftime formats it; empty unless the status is valid.
     MFC_API CString Format(LPCWSTR format) const;
 
-    // By the moment; two moments that are not valid are equal when their status is. Before 1900 the fraction of the
-    // value counts the hours forward although the value is negative, which the comparison minds.
+    // By the moment; two moments that are not valid are equal when their status is. Before 1900 the
+    // fraction of the value counts the hours forward although the value is negative, which the
+    // comparison minds.
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) noexcept
     {
-        return a.m_status == b.m_status && (a.m_status != valid || Linear(a.m_dt) == Linear(b.m_dt));
+        return a.m_status == b.m_status &&
+               (a.m_status != valid || Linear(a.m_dt) == Linear(b.m_dt));
     }
     friend std::partial_ordering operator<=>(const COleDateTime& a, const COleDateTime& b) noexcept
     {

@@ -12,42 +12,46 @@
 
 #define afx_msg
 
-#define DECLARE_MESSAGE_MAP()                                                                                          \
-protected:                                                                                                             \
-    static const AFX_MSGMAP* GetThisMessageMap();                                                                      \
+#define DECLARE_MESSAGE_MAP()                                                                      \
+protected:                                                                                         \
+    static const AFX_MSGMAP* GetThisMessageMap();                                                  \
     const AFX_MSGMAP* GetMessageMap() const override;
 
-#define BEGIN_MESSAGE_MAP(theClass, baseClass)                                                                         \
-    const AFX_MSGMAP* theClass::GetMessageMap() const                                                                  \
-    {                                                                                                                  \
-        return GetThisMessageMap();                                                                                    \
-    }                                                                                                                  \
-    const AFX_MSGMAP* theClass::GetThisMessageMap()                                                                    \
-    {                                                                                                                  \
-        using ThisClass [[maybe_unused]] = theClass;                                                                   \
-        using BaseClass = baseClass;                                                                                   \
+#define BEGIN_MESSAGE_MAP(theClass, baseClass)                                                     \
+    const AFX_MSGMAP* theClass::GetMessageMap() const                                              \
+    {                                                                                              \
+        return GetThisMessageMap();                                                                \
+    }                                                                                              \
+    const AFX_MSGMAP* theClass::GetThisMessageMap()                                                \
+    {                                                                                              \
+        using ThisClass [[maybe_unused]] = theClass;                                               \
+        using BaseClass = baseClass;                                                               \
         static constexpr AFX_MSGMAP_ENTRY entries[] = {
 
-#define END_MESSAGE_MAP()                                                                                              \
-    {                                                                                                                  \
-        0, 0, 0, 0, nullptr                                                                                            \
-    }                                                                                                                  \
-    }                                                                                                                  \
-    ;                                                                                                                  \
-    static constexpr AFX_MSGMAP map = {[] { return BaseClass::GetThisMessageMap(); }, entries};                        \
-    return &map;                                                                                                       \
+#define END_MESSAGE_MAP()                                                                          \
+    {                                                                                              \
+        0, 0, 0, 0, nullptr                                                                        \
+    }                                                                                              \
+    }                                                                                              \
+    ;                                                                                              \
+    static constexpr AFX_MSGMAP map = {[] { return BaseClass::GetThisMessageMap(); }, entries};    \
+    return &map;                                                                                   \
     }
 
 // LRESULT member(WPARAM, LPARAM), for any message
 #define ON_MESSAGE(message, member) {message, 0, 0, 0, &framework::OnMessage<&ThisClass::member>},
 // void member()
-#define ON_COMMAND(id, member) {WM_COMMAND, CN_COMMAND, id, id, &framework::OnNothing<&ThisClass::member>},
-#define ON_CONTROL(code, id, member) {WM_COMMAND, code, id, id, &framework::OnNothing<&ThisClass::member>},
+#define ON_COMMAND(id, member)                                                                     \
+    {WM_COMMAND, CN_COMMAND, id, id, &framework::OnNothing<&ThisClass::member>},
+#define ON_CONTROL(code, id, member)                                                               \
+    {WM_COMMAND, code, id, id, &framework::OnNothing<&ThisClass::member>},
 #define ON_BN_CLICKED(id, member) ON_CONTROL(BN_CLICKED, id, member)
 #define ON_CBN_SELCHANGE(id, member) ON_CONTROL(CBN_SELCHANGE, id, member)
 
-// The handler of each of these has a fixed name, that of the member function of CWnd which is the default.
-#define FRAMEWORK_ON_WM(message, kind, member) {message, 0, 0, 0, &framework::kind<&ThisClass::member>},
+// The handler of each of these has a fixed name, that of the member function of CWnd which is the
+// default.
+#define FRAMEWORK_ON_WM(message, kind, member)                                                     \
+    {message, 0, 0, 0, &framework::kind<&ThisClass::member>},
 #define ON_WM_CREATE() FRAMEWORK_ON_WM(WM_CREATE, OnCreateStruct, OnCreate)
 #define ON_WM_DESTROY() FRAMEWORK_ON_WM(WM_DESTROY, OnNothing, OnDestroy)
 #define ON_WM_NCDESTROY() FRAMEWORK_ON_WM(WM_NCDESTROY, OnNothing, OnNcDestroy)
@@ -62,7 +66,8 @@ protected:                                                                      
 #define ON_WM_SETFOCUS() FRAMEWORK_ON_WM(WM_SETFOCUS, OnOtherWindow, OnSetFocus)
 #define ON_WM_KILLFOCUS() FRAMEWORK_ON_WM(WM_KILLFOCUS, OnOtherWindow, OnKillFocus)
 #define ON_WM_SETCURSOR() FRAMEWORK_ON_WM(WM_SETCURSOR, OnHit, OnSetCursor)
-#define ON_WM_CAPTURECHANGED() FRAMEWORK_ON_WM(WM_CAPTURECHANGED, OnOtherWindowInLParam, OnCaptureChanged)
+#define ON_WM_CAPTURECHANGED()                                                                     \
+    FRAMEWORK_ON_WM(WM_CAPTURECHANGED, OnOtherWindowInLParam, OnCaptureChanged)
 #define ON_WM_KEYDOWN() FRAMEWORK_ON_WM(WM_KEYDOWN, OnKey, OnKeyDown)
 #define ON_WM_KEYUP() FRAMEWORK_ON_WM(WM_KEYUP, OnKey, OnKeyUp)
 #define ON_WM_CHAR() FRAMEWORK_ON_WM(WM_CHAR, OnKey, OnChar)

@@ -9,9 +9,9 @@
 
 #include <framework/export.h>
 
-// A text of UTF-16 code units that owns its memory. Positions and counts are code units; a null pointer given as a text
-// counts as empty. Not synchronised: one object belongs to one thread at a time. std::bad_alloc and std::length_error
-// are the only exceptions.
+// A text of UTF-16 code units that owns its memory. Positions and counts are code units; a null
+// pointer given as a text counts as empty. Not synchronised: one object belongs to one thread at a
+// time. std::bad_alloc and std::length_error are the only exceptions.
 class CString
 {
 public:
@@ -45,8 +45,12 @@ public:
     LPCWSTR GetString() const noexcept { return m_text.c_str(); }
     operator LPCWSTR() const noexcept { return m_text.c_str(); }
 
-    // The character at `index`, which may be the length (the terminating null); null as well beyond.
-    wchar_t GetAt(int index) const noexcept { return InRange(index) ? m_text[static_cast<size_t>(index)] : L'\0'; }
+    // The character at `index`, which may be the length (the terminating null); null as well
+    // beyond.
+    wchar_t GetAt(int index) const noexcept
+    {
+        return InRange(index) ? m_text[static_cast<size_t>(index)] : L'\0';
+    }
     wchar_t operator[](int index) const noexcept { return GetAt(index); }
     // An index outside of the text changes nothing.
     void SetAt(int index, wchar_t character)
@@ -63,18 +67,19 @@ public:
     void Append(LPCWSTR text, int length) { m_text += View(text, length); }
     void AppendChar(wchar_t character) { m_text += character; }
 
-    // Formatting with the C library's wide functions: %s and %c are wide, %S, %hs and %hc narrow, %I64d is known. The
-    // arguments may point into this text. A format that the library refuses gives an empty text.
+    // Formatting with the C library's wide functions: %s and %c are wide, %S, %hs and %hc narrow,
+    // %I64d is known. The arguments may point into this text. A format that the library refuses
+    // gives an empty text.
     MFC_API void Format(LPCWSTR format, ...);
     MFC_API void FormatV(LPCWSTR format, va_list arguments);
     MFC_API void AppendFormat(LPCWSTR format, ...);
     MFC_API void AppendFormatV(LPCWSTR format, va_list arguments);
-    // The string resource `id` of the module that holds it (AfxFindResourceHandle); FALSE, and the text unchanged, when
-    // there is none.
+    // The string resource `id` of the module that holds it (AfxFindResourceHandle); FALSE, and the
+    // text unchanged, when there is none.
     MFC_API BOOL LoadString(UINT id);
 
-    // Less than, equal to or greater than zero, by the values of the code units. The second form ignores case by the
-    // operating system's table, independent of the locale.
+    // Less than, equal to or greater than zero, by the values of the code units. The second form
+    // ignores case by the operating system's table, independent of the locale.
     MFC_API int Compare(LPCWSTR other) const noexcept;
     MFC_API int CompareNoCase(LPCWSTR other) const noexcept;
 
@@ -86,11 +91,13 @@ public:
     // The leading characters that all are in `characters`, respectively none of which is.
     MFC_API CString SpanIncluding(LPCWSTR characters) const;
     MFC_API CString SpanExcluding(LPCWSTR characters) const;
-    // The next piece from `start` on between characters of `delimiters`; runs of delimiters count as one. `start` moves
-    // behind the delimiter that ended the piece, and becomes -1 when there is no further piece (the result is empty).
+    // The next piece from `start` on between characters of `delimiters`; runs of delimiters count
+    // as one. `start` moves behind the delimiter that ended the piece, and becomes -1 when there is
+    // no further piece (the result is empty).
     MFC_API CString Tokenize(LPCWSTR delimiters, int& start) const;
 
-    // The position of the first occurrence at or after `start`, -1 when there is none. An empty text is found at once.
+    // The position of the first occurrence at or after `start`, -1 when there is none. An empty
+    // text is found at once.
     MFC_API int Find(wchar_t character, int start = 0) const noexcept;
     MFC_API int Find(LPCWSTR text, int start = 0) const noexcept;
     MFC_API int ReverseFind(wchar_t character) const noexcept;
@@ -113,11 +120,15 @@ public:
     MFC_API int Replace(LPCWSTR from, LPCWSTR to);
     MFC_API int Remove(wchar_t character);
     MFC_API int Insert(int index, LPCWSTR text);
-    int Insert(int index, wchar_t character) { return Insert(index, std::wstring{character}.c_str()); }
+    int Insert(int index, wchar_t character)
+    {
+        return Insert(index, std::wstring{character}.c_str());
+    }
     MFC_API int Delete(int index, int count = 1);
 
-    // Direct access: the buffer holds at least `minimumLength` characters and a null, and starts with the text. It is
-    // to be given back by ReleaseBuffer before any other member is called; -1 measures up to the first null.
+    // Direct access: the buffer holds at least `minimumLength` characters and a null, and starts
+    // with the text. It is to be given back by ReleaseBuffer before any other member is called; -1
+    // measures up to the first null.
     MFC_API LPWSTR GetBuffer(int minimumLength);
     LPWSTR GetBuffer() { return m_text.data(); }
     MFC_API LPWSTR GetBufferSetLength(int length);
@@ -130,16 +141,28 @@ public:
     }
     void Preallocate(int length) { m_text.reserve(length > 0 ? static_cast<size_t>(length) : 0); }
 
-    friend CString operator+(const CString& a, const CString& b) { return Join(a.m_text, b.m_text); }
+    friend CString operator+(const CString& a, const CString& b)
+    {
+        return Join(a.m_text, b.m_text);
+    }
     friend CString operator+(const CString& a, LPCWSTR b) { return Join(a.m_text, View(b)); }
     friend CString operator+(LPCWSTR a, const CString& b) { return Join(View(a), b.m_text); }
     friend CString operator+(const CString& a, wchar_t b) { return Join(a.m_text, {&b, 1}); }
     friend CString operator+(wchar_t a, const CString& b) { return Join({&a, 1}, b.m_text); }
 
-    friend bool operator==(const CString& a, const CString& b) noexcept { return a.m_text == b.m_text; }
+    friend bool operator==(const CString& a, const CString& b) noexcept
+    {
+        return a.m_text == b.m_text;
+    }
     friend bool operator==(const CString& a, LPCWSTR b) noexcept { return a.m_text == View(b); }
-    friend std::strong_ordering operator<=>(const CString& a, const CString& b) noexcept { return a.Compare(b) <=> 0; }
-    friend std::strong_ordering operator<=>(const CString& a, LPCWSTR b) noexcept { return a.Compare(b) <=> 0; }
+    friend std::strong_ordering operator<=>(const CString& a, const CString& b) noexcept
+    {
+        return a.Compare(b) <=> 0;
+    }
+    friend std::strong_ordering operator<=>(const CString& a, LPCWSTR b) noexcept
+    {
+        return a.Compare(b) <=> 0;
+    }
 
 private:
     static constexpr LPCWSTR WhiteSpace = L" \t\n\v\f\r";
@@ -150,7 +173,8 @@ private:
     }
     static std::wstring_view View(LPCWSTR text, int length) noexcept
     {
-        return text && length > 0 ? std::wstring_view(text, static_cast<size_t>(length)) : std::wstring_view();
+        return text && length > 0 ? std::wstring_view(text, static_cast<size_t>(length))
+                                  : std::wstring_view();
     }
     static CString Join(std::wstring_view a, std::wstring_view b)
     {
@@ -159,7 +183,10 @@ private:
         result.m_text.append(a).append(b);
         return result;
     }
-    bool InRange(int index) const noexcept { return index >= 0 && static_cast<size_t>(index) < m_text.size(); }
+    bool InRange(int index) const noexcept
+    {
+        return index >= 0 && static_cast<size_t>(index) < m_text.size();
+    }
     // The source may lie inside this text.
     CString& Assign(std::wstring_view text) { return m_text.assign(text), *this; }
 

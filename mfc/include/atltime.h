@@ -18,7 +18,8 @@ public:
     constexpr CTime() noexcept = default;
     constexpr CTime(__time64_t time) noexcept : m_time(time) {}
     // Local time; month and day count from 1. Parts that do not make up a moment give -1 (GetTime).
-    MFC_API CTime(int year, int month, int day, int hour, int minute, int second, int daylightSaving = -1);
+    MFC_API CTime(int year, int month, int day, int hour, int minute, int second,
+                  int daylightSaving = -1);
 
     MFC_API static CTime WINAPI GetCurrentTime();
 

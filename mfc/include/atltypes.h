@@ -26,7 +26,10 @@ public:
     {
         return {framework::WrappingSubtract(a.cx, b.cx), framework::WrappingSubtract(a.cy, b.cy)};
     }
-    friend constexpr bool operator==(const CSize& a, const CSize& b) noexcept { return a.cx == b.cx && a.cy == b.cy; }
+    friend constexpr bool operator==(const CSize& a, const CSize& b) noexcept
+    {
+        return a.cx == b.cx && a.cy == b.cy;
+    }
     constexpr CSize& operator+=(SIZE size) noexcept { return *this = *this + size; }
     constexpr CSize& operator-=(SIZE size) noexcept { return *this = *this - size; }
 };
@@ -55,20 +58,30 @@ public:
     {
         return {framework::WrappingAdd(a.x, b.cx), framework::WrappingAdd(a.y, b.cy)};
     }
-    friend constexpr CPoint operator+(const CPoint& a, const CPoint& b) noexcept { return a + CSize(b); }
+    friend constexpr CPoint operator+(const CPoint& a, const CPoint& b) noexcept
+    {
+        return a + CSize(b);
+    }
     friend constexpr CPoint operator-(const CPoint& a, const CSize& b) noexcept
     {
         return {framework::WrappingSubtract(a.x, b.cx), framework::WrappingSubtract(a.y, b.cy)};
     }
-    friend constexpr CSize operator-(const CPoint& a, const CPoint& b) noexcept { return CSize(a) - CSize(b); }
-    friend constexpr bool operator==(const CPoint& a, const CPoint& b) noexcept { return a.x == b.x && a.y == b.y; }
+    friend constexpr CSize operator-(const CPoint& a, const CPoint& b) noexcept
+    {
+        return CSize(a) - CSize(b);
+    }
+    friend constexpr bool operator==(const CPoint& a, const CPoint& b) noexcept
+    {
+        return a.x == b.x && a.y == b.y;
+    }
     constexpr CPoint& operator+=(SIZE size) noexcept { return *this = *this + CSize(size); }
     constexpr CPoint& operator-=(SIZE size) noexcept { return *this = *this - CSize(size); }
     constexpr CPoint& operator+=(POINT point) noexcept { return *this += CSize(point); }
     constexpr CPoint& operator-=(POINT point) noexcept { return *this -= CSize(point); }
 };
 
-// A rectangle by its edges; the right and the bottom edge lie outside. Nothing normalises it but NormalizeRect.
+// A rectangle by its edges; the right and the bottom edge lie outside. Nothing normalises it but
+// NormalizeRect.
 class CRect : public tagRECT
 {
 public:
@@ -76,7 +89,10 @@ public:
     constexpr CRect(int l, int t, int r, int b) noexcept : tagRECT{l, t, r, b} {}
     constexpr CRect(const RECT& rect) noexcept : tagRECT(rect) {}
     constexpr CRect(LPCRECT rect) noexcept : tagRECT(*rect) {}
-    constexpr CRect(POINT topLeft, SIZE size) noexcept : CRect(CPoint(topLeft), CPoint(topLeft) + CSize(size)) {}
+    constexpr CRect(POINT topLeft, SIZE size) noexcept
+        : CRect(CPoint(topLeft), CPoint(topLeft) + CSize(size))
+    {
+    }
     constexpr CRect(POINT topLeft, POINT bottomRight) noexcept
         : tagRECT{topLeft.x, topLeft.y, bottomRight.x, bottomRight.y}
     {
@@ -90,7 +106,8 @@ public:
     // Half-way between the edges, rounded toward the top left one.
     constexpr CPoint CenterPoint() const noexcept
     {
-        return {framework::WrappingAdd(left, Width() / 2), framework::WrappingAdd(top, Height() / 2)};
+        return {framework::WrappingAdd(left, Width() / 2),
+                framework::WrappingAdd(top, Height() / 2)};
     }
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }
@@ -105,7 +122,10 @@ public:
     constexpr BOOL EqualRect(LPCRECT other) const noexcept { return *this == CRect(*other); }
 
     constexpr void SetRect(int l, int t, int r, int b) noexcept { *this = CRect(l, t, r, b); }
-    constexpr void SetRect(POINT topLeft, POINT bottomRight) noexcept { *this = CRect(topLeft, bottomRight); }
+    constexpr void SetRect(POINT topLeft, POINT bottomRight) noexcept
+    {
+        *this = CRect(topLeft, bottomRight);
+    }
     constexpr void SetRectEmpty() noexcept { *this = CRect(); }
     constexpr void CopyRect(LPCRECT source) noexcept { *this = CRect(*source); }
 
@@ -118,15 +138,22 @@ public:
     }
     constexpr void InflateRect(int x, int y) noexcept { InflateRect(x, y, x, y); }
     constexpr void InflateRect(SIZE size) noexcept { InflateRect(size.cx, size.cy); }
-    constexpr void InflateRect(LPCRECT by) noexcept { InflateRect(by->left, by->top, by->right, by->bottom); }
+    constexpr void InflateRect(LPCRECT by) noexcept
+    {
+        InflateRect(by->left, by->top, by->right, by->bottom);
+    }
     constexpr void DeflateRect(int l, int t, int r, int b) noexcept
     {
         using framework::WrappingSubtract;
-        InflateRect(WrappingSubtract(0, l), WrappingSubtract(0, t), WrappingSubtract(0, r), WrappingSubtract(0, b));
+        InflateRect(WrappingSubtract(0, l), WrappingSubtract(0, t), WrappingSubtract(0, r),
+                    WrappingSubtract(0, b));
     }
     constexpr void DeflateRect(int x, int y) noexcept { DeflateRect(x, y, x, y); }
     constexpr void DeflateRect(SIZE size) noexcept { DeflateRect(size.cx, size.cy); }
-    constexpr void DeflateRect(LPCRECT by) noexcept { DeflateRect(by->left, by->top, by->right, by->bottom); }
+    constexpr void DeflateRect(LPCRECT by) noexcept
+    {
+        DeflateRect(by->left, by->top, by->right, by->bottom);
+    }
 
     constexpr void OffsetRect(int dx, int dy) noexcept
     {
@@ -150,7 +177,8 @@ public:
     }
     // This becomes the common part of both; empty edges (all zero) and FALSE when they share none.
     BOOL IntersectRect(LPCRECT a, LPCRECT b) noexcept { return ::IntersectRect(this, a, b); }
-    // This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when both are empty.
+    // This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when
+    // both are empty.
     BOOL UnionRect(LPCRECT a, LPCRECT b) noexcept { return ::UnionRect(this, a, b); }
 
     friend constexpr bool operator==(const CRect& a, const CRect& b) noexcept

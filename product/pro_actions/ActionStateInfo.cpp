@@ -15,8 +15,10 @@ void ActionStateInfo::Reset() noexcept
 bool ActionStateInfo::Load(const zelXMLNode& node) noexcept
 {
     try {
-        const ActionType newType = CProActionCollection::MapActionType(node.getAttribute(L"actionType"));
-        const int newAction = CProActionCollection::MapAction(newType, node.getAttribute(L"action"));
+        const ActionType newType =
+            CProActionCollection::MapActionType(node.getAttribute(L"actionType"));
+        const int newAction =
+            CProActionCollection::MapAction(newType, node.getAttribute(L"action"));
         if (newType == ActionTypeNone || newAction == -1) return false;
         *this = {newType, newAction, node.getAttributeInt(L"actionParam", 0)};
         return true;

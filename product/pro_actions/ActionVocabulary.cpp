@@ -15,7 +15,8 @@ bool addEntry(NumberedNames& names, const zelXMLNode& element, const wchar_t* nu
 
 bool NumberedNames::add(const std::wstring& name, int number)
 {
-    if (name.empty() || number == -1 || m_numbers.contains(name) || m_names.contains(number)) return false;
+    if (name.empty() || number == -1 || m_numbers.contains(name) || m_names.contains(number))
+        return false;
     m_numbers.emplace(name, number);
     m_names.emplace(number, name);
     return true;

@@ -14,7 +14,8 @@ namespace pro_actions {
 class NumberedNames
 {
 public:
-    // False, and nothing is added, when the name is empty, the number is -1 or either is already there.
+    // False, and nothing is added, when the name is empty, the number is -1 or either is already
+    // there.
     bool add(const std::wstring& name, int number);
 
     int numberOf(std::wstring_view name) const noexcept; // -1 when unknown

@@ -13,7 +13,8 @@ namespace {
 
 using pro_actions::ActionVocabulary;
 
-// The vocabulary in use. Readers take a share of it, so that loading another one never pulls it away below them.
+// The vocabulary in use. Readers take a share of it, so that loading another one never pulls it
+// away below them.
 class CurrentVocabulary
 {
 public:
@@ -69,7 +70,8 @@ void CProActionCollection::Clear() noexcept
 ActionType CProActionCollection::MapActionType(const wchar_t* name) noexcept
 {
     const auto vocabulary = current().get();
-    return vocabulary && name ? static_cast<ActionType>(vocabulary->types().numberOf(name)) : ActionTypeNone;
+    return vocabulary && name ? static_cast<ActionType>(vocabulary->types().numberOf(name))
+                              : ActionTypeNone;
 }
 
 ActionType CProActionCollection::MapActionType(const std::wstring& name) noexcept

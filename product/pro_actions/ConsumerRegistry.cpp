@@ -20,8 +20,9 @@ void ConsumerRegistry::add(IActionStateConsumer& consumer, const ActionStateInfo
 {
     const std::scoped_lock lock(m_mutex);
     Registrations& registrations = m_topics[topic];
-    const bool known = std::any_of(registrations.begin(), registrations.end(),
-                                   [&](const Registration& each) { return each.consumer == &consumer; });
+    const bool known =
+        std::any_of(registrations.begin(), registrations.end(),
+                    [&](const Registration& each) { return each.consumer == &consumer; });
     if (!known) registrations.push_back({m_nextSerial++, &consumer});
 }
 
@@ -49,22 +50,27 @@ ConsumerRegistry::Serial ConsumerRegistry::nextSerial() noexcept
     return m_nextSerial;
 }
 
-IActionStateConsumer* ConsumerRegistry::next(const ActionStateInfo& topic, Serial& from, Serial end) noexcept
+IActionStateConsumer* ConsumerRegistry::next(const ActionStateInfo& topic, Serial& from,
+                                             Serial end) noexcept
 {
     const std::scoped_lock lock(m_mutex);
     const auto found = m_topics.find(topic);
     if (found == m_topics.end()) return nullptr;
     const Registrations& registrations = found->second;
-    const auto isBefore = [](const Registration& each, Serial serial) { return each.serial < serial; };
+    const auto isBefore = [](const Registration& each, Serial serial) {
+        return each.serial < serial;
+    };
     const auto first = std::lower_bound(registrations.begin(), registrations.end(), from, isBefore);
     if (first == registrations.end() || first->serial >= end) return nullptr;
     from = first->serial + 1;
     return first->consumer;
 }
 
-void ConsumerRegistry::erase(Registrations& registrations, const IActionStateConsumer& consumer) noexcept
+void ConsumerRegistry::erase(Registrations& registrations,
+                             const IActionStateConsumer& consumer) noexcept
 {
-    std::erase_if(registrations, [&](const Registration& each) { return each.consumer == &consumer; });
+    std::erase_if(registrations,
+                  [&](const Registration& each) { return each.consumer == &consumer; });
 }
 
 } // namespace pro_actions

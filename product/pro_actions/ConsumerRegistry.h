@@ -13,15 +13,17 @@ namespace pro_actions {
 
 // Who is registered for what.
 //
-// Each registration gets a serial number, greater than all before it. A broadcast walks the numbers that were given
-// out before it began, looking the next one up each time, so that nothing is copied, nothing can be left dangling by
-// what a consumer does, and a new consumer at the address of a destroyed one is not taken for it.
+// Each registration gets a serial number, greater than all before it. A broadcast walks the numbers
+// that were given out before it began, looking the next one up each time, so that nothing is
+// copied, nothing can be left dangling by what a consumer does, and a new consumer at the address
+// of a destroyed one is not taken for it.
 class ConsumerRegistry
 {
 public:
     using Serial = std::uint64_t;
 
-    // The process's two registries: of consumers of states, and (all under the default topic) of notifications.
+    // The process's two registries: of consumers of states, and (all under the default topic) of
+    // notifications.
     static ConsumerRegistry& ofStates() noexcept;
     static ConsumerRegistry& ofNotifications() noexcept;
 
@@ -33,8 +35,8 @@ public:
     // The serial number that the next registration will get.
     Serial nextSerial() noexcept;
 
-    // The first consumer of the topic whose serial number is at least from and less than end; null when there is
-    // none. from moves on behind it.
+    // The first consumer of the topic whose serial number is at least from and less than end; null
+    // when there is none. from moves on behind it.
     IActionStateConsumer* next(const ActionStateInfo& topic, Serial& from, Serial end) noexcept;
 
 private:

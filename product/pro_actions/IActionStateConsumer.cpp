@@ -32,7 +32,10 @@ public:
     NestingScope(const NestingScope&) = delete;
     NestingScope& operator=(const NestingScope&) = delete;
 
-    static bool isRunaway() noexcept { return nesting.depth > maxNesting || nesting.broadcasts > maxBroadcasts; }
+    static bool isRunaway() noexcept
+    {
+        return nesting.depth > maxNesting || nesting.broadcasts > maxBroadcasts;
+    }
 };
 
 template <typename Tell>
@@ -54,7 +57,8 @@ bool broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const T
     return true;
 }
 
-bool addRegistration(ConsumerRegistry& registry, IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
+bool addRegistration(ConsumerRegistry& registry, IActionStateConsumer& consumer,
+                     const ActionStateInfo& topic) noexcept
 {
     try {
         registry.add(consumer, topic);
@@ -77,14 +81,16 @@ bool IActionStateConsumer::ActionStateSignal(const ActionStateInfo& state, int v
 {
     // A copy: the caller's state may be a member of a consumer that is destroyed on the way.
     const ActionStateInfo topic = state;
-    return broadcast(ConsumerRegistry::ofStates(), topic,
-                     [&](IActionStateConsumer& consumer) { consumer.ActionStateChanged(topic, value); });
+    return broadcast(ConsumerRegistry::ofStates(), topic, [&](IActionStateConsumer& consumer) {
+        consumer.ActionStateChanged(topic, value);
+    });
 }
 
 bool IActionStateConsumer::ActionNotificationSignal(ActionType type, int action, int param)
 {
-    return broadcast(ConsumerRegistry::ofNotifications(), ActionStateInfo(),
-                     [=](IActionStateConsumer& consumer) { consumer.ActionNotification(type, action, param); });
+    return broadcast(
+        ConsumerRegistry::ofNotifications(), ActionStateInfo(),
+        [=](IActionStateConsumer& consumer) { consumer.ActionNotification(type, action, param); });
 }
 
 bool IActionStateConsumer::RegisterActionSignal(const ActionStateInfo& state) noexcept

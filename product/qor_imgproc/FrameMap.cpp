@@ -8,7 +8,8 @@
 struct FrameMap::Pixels
 {
     explicit Pixels(const FrameGeometry& geometry)
-        : count(static_cast<std::size_t>(geometry.width) * static_cast<std::size_t>(geometry.height)),
+        : count(static_cast<std::size_t>(geometry.width) *
+                static_cast<std::size_t>(geometry.height)),
           pixels(std::make_unique_for_overwrite<FramePixel[]>(count))
     {
         FrameRows rows(geometry);
@@ -38,7 +39,8 @@ bool FrameMap::Valid() const
     return m_pixels != nullptr;
 }
 
-bool FrameMap::Convert(const unsigned char* frame, unsigned char* image, unsigned char background) const
+bool FrameMap::Convert(const unsigned char* frame, unsigned char* image,
+                       unsigned char background) const
 {
     if (!Valid() || !frame || !image) return false;
     const FramePixel* pixels = m_pixels->pixels.get();

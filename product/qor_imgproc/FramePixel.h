@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-/// Where the grey level of one image pixel comes from: four neighbouring bytes of a frame and their weights.
+/// Where the grey level of one image pixel comes from: four neighbouring bytes of a frame and their
+/// weights.
 struct FramePixel
 {
     static constexpr std::uint32_t Outside = 0xFFFFFFFF;
@@ -12,15 +13,16 @@ struct FramePixel
     std::uint16_t sampleWeight = 0; // of the second sample, 0 to 256
 };
 
-/// How the four bytes lie in the frame: from a byte to the one on the next line, and to the next sample. Each is 0
-/// when there is no other line or sample.
+/// How the four bytes lie in the frame: from a byte to the one on the next line, and to the next
+/// sample. Each is 0 when there is no other line or sample.
 struct FrameSteps
 {
     std::uint32_t line = 0;
     std::uint32_t sample = 0;
 };
 
-inline unsigned char Interpolate(const unsigned char* frame, const FramePixel& pixel, const FrameSteps& steps)
+inline unsigned char Interpolate(const unsigned char* frame, const FramePixel& pixel,
+                                 const FrameSteps& steps)
 {
     const unsigned char* here = frame + pixel.offset;
     const unsigned char* next = here + steps.line;
@@ -28,12 +30,15 @@ inline unsigned char Interpolate(const unsigned char* frame, const FramePixel& p
     const unsigned int first = 256u - second;
     const unsigned int onThis = here[0] * first + here[steps.sample] * second;
     const unsigned int onNext = next[0] * first + next[steps.sample] * second;
-    return static_cast<unsigned char>((onThis * (256u - pixel.lineWeight) + onNext * pixel.lineWeight + 0x8000u) >> 16);
+    return static_cast<unsigned char>(
+        (onThis * (256u - pixel.lineWeight) + onNext * pixel.lineWeight + 0x8000u) >> 16);
 }
 
-inline void InterpolateRun(const unsigned char* frame, const FramePixel* begin, const FramePixel* end,
-                           const FrameSteps& steps, unsigned char background, unsigned char* image)
+inline void InterpolateRun(const unsigned char* frame, const FramePixel* begin,
+                           const FramePixel* end, const FrameSteps& steps, unsigned char background,
+                           unsigned char* image)
 {
     for (const FramePixel* pixel = begin; pixel != end; ++pixel)
-        *image++ = pixel->offset == FramePixel::Outside ? background : Interpolate(frame, *pixel, steps);
+        *image++ =
+            pixel->offset == FramePixel::Outside ? background : Interpolate(frame, *pixel, steps);
 }

@@ -14,7 +14,8 @@ namespace {
 ConversionModel ModelOf(const FrameGeometry& g)
 {
     const double steer = g.steerAngle * qor_utils::RadiansPerMillidegree;
-    return {g.probe, g.lines, g.samplingFreq, g.soundSpeed, g.scanB, std::sin(steer), std::cos(steer)};
+    return {g.probe, g.lines,         g.samplingFreq, g.soundSpeed,
+            g.scanB, std::sin(steer), std::cos(steer)};
 }
 
 bool Fits(int a, int b, long long most)
@@ -25,7 +26,8 @@ bool Fits(int a, int b, long long most)
 // Microns of a pixel row or column, before flipping.
 double Microns(int position, int size, bool flipped, int origin, int scale)
 {
-    const double unflipped = flipped ? static_cast<double>(size) - position : static_cast<double>(position);
+    const double unflipped =
+        flipped ? static_cast<double>(size) - position : static_cast<double>(position);
     return (unflipped - origin) * scale;
 }
 
@@ -46,8 +48,10 @@ Between Split(double position, int count)
 
 FrameRows::FrameRows(const FrameGeometry& geometry)
     : m_geometry(geometry), m_model(ModelOf(geometry)),
-      m_left(Microns(0, geometry.width, (geometry.flip & 1) != 0, geometry.origin.x, geometry.micronsPerPixel.x)),
-      m_step((geometry.flip & 1) != 0 ? -1.0 * geometry.micronsPerPixel.x : 1.0 * geometry.micronsPerPixel.x),
+      m_left(Microns(0, geometry.width, (geometry.flip & 1) != 0, geometry.origin.x,
+                     geometry.micronsPerPixel.x)),
+      m_step((geometry.flip & 1) != 0 ? -1.0 * geometry.micronsPerPixel.x
+                                      : 1.0 * geometry.micronsPerPixel.x),
       m_row(static_cast<std::size_t>(geometry.width))
 {
 }
@@ -55,14 +59,15 @@ FrameRows::FrameRows(const FrameGeometry& geometry)
 bool FrameRows::HasImage(const FrameGeometry& g)
 {
     constexpr long long mostPixels = 1 << 26; // half a gigabyte of map
-    return Fits(g.lines, g.samples, INT_MAX) && Fits(g.width, g.height, mostPixels) && g.micronsPerPixel.x != 0 &&
-           g.micronsPerPixel.y != 0 && ModelOf(g).Shape() != ScanShape::None;
+    return Fits(g.lines, g.samples, INT_MAX) && Fits(g.width, g.height, mostPixels) &&
+           g.micronsPerPixel.x != 0 && g.micronsPerPixel.y != 0 &&
+           ModelOf(g).Shape() != ScanShape::None;
 }
 
 void FrameRows::Row(int y, FramePixel* pixels)
 {
-    const double down =
-        Microns(y, m_geometry.height, (m_geometry.flip & 2) != 0, m_geometry.origin.y, m_geometry.micronsPerPixel.y);
+    const double down = Microns(y, m_geometry.height, (m_geometry.flip & 2) != 0,
+                                m_geometry.origin.y, m_geometry.micronsPerPixel.y);
     if (m_model.Shape() == ScanShape::Curved) ToScan<ScanShape::Curved>(down);
     if (m_model.Shape() == ScanShape::Linear) ToScan<ScanShape::Linear>(down);
     if (m_model.Shape() == ScanShape::Phased) ToScan<ScanShape::Phased>(down);
@@ -97,7 +102,8 @@ FramePixel FrameRows::MakePixel(const ScanPoint& scan) const
     if (!inside) return {};
     const Between lines = Split(scan.line, m_geometry.lines);
     const Between samples = Split(scan.sample, m_geometry.samples);
-    return {static_cast<std::uint32_t>(lines.first) * static_cast<std::uint32_t>(m_geometry.samples) +
+    return {static_cast<std::uint32_t>(lines.first) *
+                    static_cast<std::uint32_t>(m_geometry.samples) +
                 static_cast<std::uint32_t>(samples.first),
             static_cast<std::uint16_t>(lines.weight), static_cast<std::uint16_t>(samples.weight)};
 }

@@ -41,11 +41,11 @@ double Threshold(int end, int corner)
 
 } // namespace
 
-PixelConverter::PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int scanB, int lines,
-                               int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel, double sinSteer,
-                               double cosSteer)
-    : m_model(micronsPerPixel.x != 0 && micronsPerPixel.y != 0 ? probe : nullptr, lines, samplingFreq, soundSpeed,
-              scanB, sinSteer, cosSteer),
+PixelConverter::PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed,
+                               int scanB, int lines, int samplingFreq, const UPoint& origin,
+                               const UPoint& micronsPerPixel, double sinSteer, double cosSteer)
+    : m_model(micronsPerPixel.x != 0 && micronsPerPixel.y != 0 ? probe : nullptr, lines,
+              samplingFreq, soundSpeed, scanB, sinSteer, cosSteer),
       m_origin(origin), m_scale(micronsPerPixel), m_corner{lineSampleRect.left, lineSampleRect.top}
 {
 }
@@ -80,18 +80,22 @@ PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, i
     result.pixelsAbove = result.pixelsPastLines;
     if (line <= 0) result.pixelsAbove = std::max(result.pixelsAbove, lineClearance(1));
     if (sample <= 0) result.pixelsAbove = std::max(result.pixelsAbove, sampleClearance(1));
-    if (sample >= sampleEnd) result.pixelsAbove = std::max(result.pixelsAbove, sampleClearance(sampleEnd));
+    if (sample >= sampleEnd)
+        result.pixelsAbove = std::max(result.pixelsAbove, sampleClearance(sampleEnd));
     return result;
 }
 
 qor_utils::MicronPoint PixelConverter::ToMicrons(int x, int y) const
 {
-    return {(static_cast<double>(x) - m_origin.x) * m_scale.x, (static_cast<double>(y) - m_origin.y) * m_scale.y};
+    return {(static_cast<double>(x) - m_origin.x) * m_scale.x,
+            (static_cast<double>(y) - m_origin.y) * m_scale.y};
 }
 
 ScanPixel PixelConverter::Quantise(const qor_utils::ScanPoint& scan) const
 {
-    if (m_model.Shape() == qor_utils::ScanShape::None || std::isnan(scan.line) || std::isnan(scan.sample)) return {};
+    if (m_model.Shape() == qor_utils::ScanShape::None || std::isnan(scan.line) ||
+        std::isnan(scan.sample))
+        return {};
     const Sixteenths line = ToSixteenths(scan.line, m_corner.x);
     const Sixteenths sample = ToSixteenths(scan.sample, m_corner.y);
     return {line.whole, sample.whole, line.fraction, sample.fraction};
@@ -99,9 +103,11 @@ ScanPixel PixelConverter::Quantise(const qor_utils::ScanPoint& scan) const
 
 int PixelConverter::PixelsWithin(double microns) const
 {
-    // Far from the probe the rounding errors of positions are no longer small against a pixel: no promise is made.
+    // Far from the probe the rounding errors of positions are no longer small against a pixel: no
+    // promise is made.
     constexpr double largest = 1e9;
     if (!(microns < largest)) return 0;
     // The hundredth of a pixel is far above the rounding errors of a bound.
-    return std::max(0, static_cast<int>(microns / std::fabs(static_cast<double>(m_scale.y)) - 0.01));
+    return std::max(0,
+                    static_cast<int>(microns / std::fabs(static_cast<double>(m_scale.y)) - 0.01));
 }

@@ -2,8 +2,9 @@
 
 #include <cmath>
 
-/// An arc tangent several times as fast as the platform's. Abramowitz and Stegun, Handbook of Mathematical Functions,
-/// 4.4.49: |error| <= 2e-8 radians, a millionth of a line in any real frame.
+/// An arc tangent several times as fast as the platform's. Abramowitz and Stegun, Handbook of
+/// Mathematical Functions, 4.4.49: |error| <= 2e-8 radians, a millionth of a line in any real
+/// frame.
 struct QuickMath
 {
     static double AngleFromAxis(double x, double y)
@@ -27,12 +28,13 @@ private:
     {
         const double s = t * t;
         const double series =
-            1 +
-            s * (-0.3333314528 +
-                 s * (0.1999355085 +
-                      s * (-0.1420889944 +
-                           s * (0.1065626393 +
-                                s * (-0.0752896400 + s * (0.0429096138 + s * (-0.0161657367 + s * 0.0028662257)))))));
+            1 + s * (-0.3333314528 +
+                     s * (0.1999355085 +
+                          s * (-0.1420889944 +
+                               s * (0.1065626393 +
+                                    s * (-0.0752896400 +
+                                         s * (0.0429096138 +
+                                              s * (-0.0161657367 + s * 0.0028662257)))))));
         return t * series;
     }
 };

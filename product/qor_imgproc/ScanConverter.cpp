@@ -17,15 +17,14 @@ void Store(T* destination, T value)
 
 } // namespace
 
-void ScanConverter::GetPreciseUSCoordinates(int x, int y, int* line, int* sample, unsigned int* lineFraction,
-                                            unsigned int* sampleFraction, const URect& lineSampleRect,
-                                            const ZelProbe* probe, int soundSpeed, int /*steerAngle*/, int scanB,
-                                            int lines, int samplingFreq, const UPoint& origin,
-                                            const UPoint& micronsPerPixel, double sinSteer, double cosSteer,
-                                            bool /*fine*/)
+void ScanConverter::GetPreciseUSCoordinates(
+    int x, int y, int* line, int* sample, unsigned int* lineFraction, unsigned int* sampleFraction,
+    const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int /*steerAngle*/,
+    int scanB, int lines, int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel,
+    double sinSteer, double cosSteer, bool /*fine*/)
 {
-    const PixelConverter converter(lineSampleRect, probe, soundSpeed, scanB, lines, samplingFreq, origin,
-                                   micronsPerPixel, sinSteer, cosSteer);
+    const PixelConverter converter(lineSampleRect, probe, soundSpeed, scanB, lines, samplingFreq,
+                                   origin, micronsPerPixel, sinSteer, cosSteer);
     const ScanPixel pixel = converter.At(x, y);
     Store(line, pixel.line);
     Store(sample, pixel.sample);
@@ -33,8 +32,8 @@ void ScanConverter::GetPreciseUSCoordinates(int x, int y, int* line, int* sample
     Store(sampleFraction, pixel.sampleFraction);
 }
 
-bool ScanConverter::ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame, unsigned char* image,
-                                 unsigned char background)
+bool ScanConverter::ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame,
+                                 unsigned char* image, unsigned char background)
 {
     if (!frame || !image || !FrameRows::HasImage(geometry)) return false;
     try {

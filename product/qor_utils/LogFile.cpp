@@ -18,7 +18,8 @@ namespace {
 
 constexpr std::size_t largestFile = 5 * 1024 * 1024;
 constexpr std::size_t oldFiles = 5;
-constexpr ULONGLONG retryAfter = 10'000; // milliseconds; opening a file that cannot be takes spdlog 50
+constexpr ULONGLONG retryAfter =
+    10'000; // milliseconds; opening a file that cannot be takes spdlog 50
 
 std::string toUtf8(const wchar_t* text)
 {
@@ -38,7 +39,8 @@ std::wstring toWide(const char* utf8, int length)
     return text;
 }
 
-// spdlog's own sink for the debugger passes UTF-8 to a function that expects the system's code page.
+// spdlog's own sink for the debugger passes UTF-8 to a function that expects the system's code
+// page.
 class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
 {
     void sink_it_(const spdlog::details::log_msg& message) override
@@ -92,8 +94,8 @@ private:
         m_sink.reset();
         m_directory = directory;
         try {
-            m_sink = std::make_unique<spdlog::sinks::rotating_file_sink_st>(directory + logFileName(), largestFile,
-                                                                            oldFiles);
+            m_sink = std::make_unique<spdlog::sinks::rotating_file_sink_st>(
+                directory + logFileName(), largestFile, oldFiles);
             m_sink->set_formatter(lineFormatter());
         } catch (...) {
             fail();
@@ -112,8 +114,8 @@ private:
     ULONGLONG m_retryAt = 0;
 };
 
-// What a log is written with, and the lock for it. A critical section, not a slim lock: a crash handler that logs on
-// a thread that crashed while it logged must not wait for itself.
+// What a log is written with, and the lock for it. A critical section, not a slim lock: a crash
+// handler that logs on a thread that crashed while it logged must not wait for itself.
 struct Log
 {
     CriticalSection section;
@@ -151,7 +153,8 @@ void writeToFile(const std::wstring& directory, const spdlog::details::log_msg& 
 void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
 try {
     // The place is part of the text, because spdlog leaves out one of line 0.
-    const std::string place = std::string(message.source) + "(" + std::to_string(message.line) + "): ";
+    const std::string place =
+        std::string(message.source) + "(" + std::to_string(message.line) + "): ";
     const std::string text = place + toUtf8(message.text);
     const spdlog::details::log_msg entry(spdlog::string_view_t(), spdlogLevel(message.level), text);
     DebuggerSink debugger;

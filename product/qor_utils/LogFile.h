@@ -4,7 +4,8 @@
 
 namespace qor_utils {
 
-// Writes a message to the log file in a folder (with a backslash at its end) and to the debugger's output.
+// Writes a message to the log file in a folder (with a backslash at its end) and to the debugger's
+// output.
 void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept;
 
 // Closes the log file; the next message opens it again.

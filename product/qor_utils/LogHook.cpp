@@ -25,7 +25,8 @@ std::shared_ptr<Entry>& entryInForce()
     return entry;
 }
 
-// One call of the hook under way: counted, so that the hook can be waited for, and marked for its thread.
+// One call of the hook under way: counted, so that the hook can be waited for, and marked for its
+// thread.
 class Call
 {
 public:

@@ -4,7 +4,8 @@
 
 namespace qor_utils {
 
-// Exchanges the hook and waits until no other thread is inside the former one; a call from inside a hook does not wait.
+// Exchanges the hook and waits until no other thread is inside the former one; a call from inside a
+// hook does not wait.
 void exchangeLogHook(zelLogger::Hook hook, void* userData);
 
 // Hands a message to the hook, if there is one and this thread is not inside one already.

@@ -14,8 +14,8 @@ constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumera
 
 using WriteDump = decltype(&MiniDumpWriteDump);
 
-// Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on, and the thread that
-// hangs must not be left with pointers into a stack that has moved on.
+// Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on,
+// and the thread that hangs must not be left with pointers into a stack that has moved on.
 struct Job
 {
     volatile LONG inUse;
@@ -39,7 +39,8 @@ WriteDump loadWriteDump()
     std::wcscpy(path + length, L"\\dbghelp.dll");
     const HMODULE library = LoadLibraryW(path); // stays loaded: the process is about to end anyway
     if (!library) return nullptr;
-    return reinterpret_cast<WriteDump>(reinterpret_cast<void*>(GetProcAddress(library, "MiniDumpWriteDump")));
+    return reinterpret_cast<WriteDump>(
+        reinterpret_cast<void*>(GetProcAddress(library, "MiniDumpWriteDump")));
 }
 
 bool writeDump(WriteDump function, HANDLE file, MINIDUMP_TYPE type)
@@ -47,15 +48,16 @@ bool writeDump(WriteDump function, HANDLE file, MINIDUMP_TYPE type)
     auto* const exception = job.exception.ExceptionPointers ? &job.exception : nullptr;
     SetFilePointer(file, 0, nullptr, FILE_BEGIN);
     SetEndOfFile(file);
-    return function(GetCurrentProcess(), GetCurrentProcessId(), file, type, exception, nullptr, nullptr) != FALSE;
+    return function(GetCurrentProcess(), GetCurrentProcessId(), file, type, exception, nullptr,
+                    nullptr) != FALSE;
 }
 
 void runJob()
 {
     const WriteDump function = loadWriteDump();
     if (!function) return;
-    const HANDLE file =
-        CreateFileW(job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return;
     job.written = writeDump(function, file, job.type) ||
                   (job.type != MiniDumpNormal && writeDump(function, file, MiniDumpNormal));
@@ -79,8 +81,8 @@ DWORD WINAPI dumpThread(void*)
     return 0;
 }
 
-// False when the thread still runs after its time. A thread cannot begin while the crashed one holds the loader's lock;
-// the caller then does the work itself.
+// False when the thread still runs after its time. A thread cannot begin while the crashed one
+// holds the loader's lock; the caller then does the work itself.
 bool runJobOnThread()
 {
     const HANDLE thread = CreateThread(nullptr, 0, dumpThread, nullptr, 0, nullptr);
@@ -102,7 +104,9 @@ bool prepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType
     job.written = false;
     job.started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     job.finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    InterlockedExchange(&job.claimed, 0); // last: a thread of an earlier job that only now begins may claim this one
+    InterlockedExchange(
+        &job.claimed,
+        0); // last: a thread of an earlier job that only now begins may claim this one
     return job.started && job.finished;
 }
 
@@ -115,12 +119,14 @@ void closeEvents()
 
 } // namespace
 
-bool MemoryDumper::GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType) noexcept
+bool MemoryDumper::GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exception,
+                                    int dumpType) noexcept
 {
     if (!path || !*path) return false;
     if (InterlockedExchange(&job.inUse, 1) != 0) return false;
     const bool prepared = prepareJob(path, exception, dumpType);
-    if (prepared && !runJobOnThread()) return false; // the job stays in use, for the thread that hangs
+    if (prepared && !runJobOnThread())
+        return false; // the job stays in use, for the thread that hangs
     const bool written = prepared && job.written;
     closeEvents();
     InterlockedExchange(&job.inUse, 0);

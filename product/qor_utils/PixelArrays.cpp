@@ -29,7 +29,8 @@ void store(unsigned int* pixels, __m128i four)
     _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), four);
 }
 
-// Exchanges four pixels from either end while they do not meet; the middle is left to the plain form.
+// Exchanges four pixels from either end while they do not meet; the middle is left to the plain
+// form.
 void reverseRow(unsigned int* begin, unsigned int* end)
 {
     while (end - begin >= 8) {

@@ -37,23 +37,28 @@ int ScaleEdge(int edge, int lines, int elements)
 
 namespace qor_utils {
 
-UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin, const UPoint& micronsPerPixel, int samplingFreq,
-                           int scanA, int scanB, const ZelProbe* probe, int soundSpeed, int scanC, int width,
-                           int height, int flip)
+UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin,
+                           const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                           const ZelProbe* probe, int soundSpeed, int scanC, int width, int height,
+                           int flip)
 {
-    return GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA, scanB, probe, soundSpeed,
-                                 0, scanC, width, height, flip);
+    return GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA, scanB,
+                                 probe, soundSpeed, 0, scanC, width, height, flip);
 }
 
-UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin, const UPoint& micronsPerPixel,
-                             int samplingFreq, int scanA, int scanB, const ZelProbe* probe, int soundSpeed, int ld,
-                             int scanC, int width, int height, int flip)
+UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
+                             const UPoint& micronsPerPixel, int samplingFreq, int scanA, int scanB,
+                             const ZelProbe* probe, int soundSpeed, int ld, int scanC, int width,
+                             int height, int flip)
 {
     const int lines = ld > 0 || !probe ? ld : probe->elements;
     const double steer = scanA * RadiansPerMillidegree;
-    const ConversionModel model(probe, lines, samplingFreq, soundSpeed, scanB, std::sin(steer), std::cos(steer));
-    const MicronPoint point = model.ToMicrons({static_cast<double>(line) + scanC, static_cast<double>(sample)});
-    const UPoint pixel{ToPixel(origin.x, point.x, micronsPerPixel.x), ToPixel(origin.y, point.y, micronsPerPixel.y)};
+    const ConversionModel model(probe, lines, samplingFreq, soundSpeed, scanB, std::sin(steer),
+                                std::cos(steer));
+    const MicronPoint point =
+        model.ToMicrons({static_cast<double>(line) + scanC, static_cast<double>(sample)});
+    const UPoint pixel{ToPixel(origin.x, point.x, micronsPerPixel.x),
+                       ToPixel(origin.y, point.y, micronsPerPixel.y)};
     return Flip(pixel, width, height, flip);
 }
 
@@ -67,7 +72,8 @@ void ConvertRect(const URect& in, int lines, int elements, URect& out)
     if (elements <= 0)
         out = URect{};
     else
-        out = URect{ScaleEdge(in.left, lines, elements), in.top, ScaleEdge(in.right, lines, elements), in.bottom};
+        out = URect{ScaleEdge(in.left, lines, elements), in.top,
+                    ScaleEdge(in.right, lines, elements), in.bottom};
 }
 
 } // namespace qor_utils

@@ -32,7 +32,8 @@ class RegistryKey
 public:
     explicit RegistryKey(const std::wstring& path) noexcept
     {
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &m_key) != ERROR_SUCCESS)
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &m_key) !=
+            ERROR_SUCCESS)
             m_key = nullptr;
     }
     ~RegistryKey()
@@ -54,14 +55,16 @@ struct Value
     std::vector<BYTE> bytes;
 };
 
-// Another program may make the value longer between two calls, so the size is asked for until it holds.
+// Another program may make the value longer between two calls, so the size is asked for until it
+// holds.
 std::optional<Value> queryValue(HKEY key, const wchar_t* name)
 {
     Value value;
     value.bytes.resize(512);
     for (;;) {
         auto size = static_cast<DWORD>(value.bytes.size());
-        const LSTATUS status = RegQueryValueExW(key, name, nullptr, &value.type, value.bytes.data(), &size);
+        const LSTATUS status =
+            RegQueryValueExW(key, name, nullptr, &value.type, value.bytes.data(), &size);
         if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA) return std::nullopt;
         value.bytes.resize(size);
         if (status == ERROR_SUCCESS) return value;
@@ -76,7 +79,8 @@ std::optional<Value> readValue(const wchar_t* section, const wchar_t* name)
     return queryValue(key.get(), name);
 }
 
-// The registry keeps whatever bytes a program wrote: an odd number, no terminator, or something behind it.
+// The registry keeps whatever bytes a program wrote: an odd number, no terminator, or something
+// behind it.
 std::wstring toText(const std::vector<BYTE>& bytes)
 {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
@@ -89,8 +93,8 @@ std::wstring expandVariables(const std::wstring& text)
 {
     std::wstring expanded(text.size() + 256, L'\0');
     for (;;) {
-        const DWORD needed =
-            ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+        const DWORD needed = ExpandEnvironmentStringsW(text.c_str(), expanded.data(),
+                                                       static_cast<DWORD>(expanded.size()));
         if (needed == 0) return text;
         if (needed <= expanded.size()) {
             expanded.resize(needed - 1); // the count includes the terminator
@@ -102,7 +106,8 @@ std::wstring expandVariables(const std::wstring& text)
 
 } // namespace
 
-std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultValue)
+std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key,
+                               const wchar_t* defaultValue)
 {
     const auto value = readValue(section, key);
     if (value && value->type == REG_SZ) return toText(value->bytes);
@@ -114,7 +119,8 @@ int ReadProfileInt(const wchar_t* section, const wchar_t* key, int defaultValue)
 {
     const auto value = readValue(section, key);
     int number = 0;
-    if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof number) return defaultValue;
+    if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof number)
+        return defaultValue;
     std::copy_n(value->bytes.begin(), sizeof number, reinterpret_cast<BYTE*>(&number));
     return number;
 }

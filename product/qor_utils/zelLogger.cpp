@@ -37,7 +37,8 @@ std::wstring absolutePath(const std::wstring& path)
 void makeFolders(const std::wstring& folder)
 {
     if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES) return;
-    for (auto end = folder.find(L'\\'); end != std::wstring::npos; end = folder.find(L'\\', end + 1))
+    for (auto end = folder.find(L'\\'); end != std::wstring::npos;
+         end = folder.find(L'\\', end + 1))
         CreateDirectoryW(folder.substr(0, end).c_str(), nullptr);
 }
 

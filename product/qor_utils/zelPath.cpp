@@ -50,7 +50,8 @@ void stripTrailingSeparators(std::wstring& folder)
         folder.pop_back();
 }
 
-// Whether it begins at a drive or at a root; "C:name" counts, although it depends on the drive's current folder.
+// Whether it begins at a drive or at a root; "C:name" counts, although it depends on the drive's
+// current folder.
 bool isAbsolute(const std::wstring& folder)
 {
     return isSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');

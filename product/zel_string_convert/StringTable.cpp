@@ -22,11 +22,13 @@ bool StringTable::addSection(const XliffSection& section, TextPool& pool)
 {
     if (m_languages.empty()) m_languages.push_back(section.sourceLanguage);
     if (!isSameLanguage(m_languages.front(), section.sourceLanguage)) return false;
-    const std::size_t language = section.targetLanguage.empty() ? 0 : numberFor(section.targetLanguage);
+    const std::size_t language =
+        section.targetLanguage.empty() ? 0 : numberFor(section.targetLanguage);
     for (const XliffUnit& entry : section.units) {
         Unit& unit = unitFor(entry.key);
         unit.base = pool.keep(entry.source);
-        if (!entry.target || language == 0) continue; // a target in the base language says nothing new
+        if (!entry.target || language == 0)
+            continue; // a target in the base language says nothing new
         if (unit.targets.size() < language) unit.targets.resize(language);
         unit.targets[language - 1] = pool.keep(*entry.target);
     }
@@ -55,7 +57,8 @@ void StringTable::index()
         complete(m_byBase.try_emplace(unit.base, unit).first->second, unit);
 }
 
-// Several keys may share a base text, and a later one may be translated to a language where the first is not.
+// Several keys may share a base text, and a later one may be translated to a language where the
+// first is not.
 void StringTable::complete(Unit& unit, const Unit& other)
 {
     if (unit.targets.size() < other.targets.size()) unit.targets.resize(other.targets.size());
@@ -66,15 +69,17 @@ void StringTable::complete(Unit& unit, const Unit& other)
 
 int StringTable::languageNumber(const std::wstring& tag) const
 {
-    const auto found = std::find_if(m_languages.begin(), m_languages.end(),
-                                    [&](const std::wstring& known) { return isSameLanguage(known, tag); });
+    const auto found =
+        std::find_if(m_languages.begin(), m_languages.end(),
+                     [&](const std::wstring& known) { return isSameLanguage(known, tag); });
     return found == m_languages.end() ? -1 : static_cast<int>(found - m_languages.begin());
 }
 
 const wchar_t* StringTable::textIn(const Unit& unit, int language)
 {
     const auto index = static_cast<std::size_t>(language);
-    const bool isTranslated = language > 0 && index <= unit.targets.size() && unit.targets[index - 1];
+    const bool isTranslated =
+        language > 0 && index <= unit.targets.size() && unit.targets[index - 1];
     return isTranslated ? unit.targets[index - 1] : unit.base;
 }
 

@@ -11,13 +11,14 @@
 
 namespace zel_string_convert {
 
-// Texts by key and by base text, in any number of languages; language 0 is the base language. The texts themselves
-// lie in a pool, which has to outlive the table.
+// Texts by key and by base text, in any number of languages; language 0 is the base language. The
+// texts themselves lie in a pool, which has to outlive the table.
 class StringTable
 {
 public:
-    // Adds a file's units; later ones take the place of earlier ones of the same key. False when the base language
-    // differs from the table's. Look-ups by base text do not see them before index() is called.
+    // Adds a file's units; later ones take the place of earlier ones of the same key. False when
+    // the base language differs from the table's. Look-ups by base text do not see them before
+    // index() is called.
     bool add(const std::vector<XliffSection>& sections, TextPool& pool);
 
     void index();
@@ -36,12 +37,16 @@ private:
     struct Unit
     {
         const wchar_t* base = nullptr;
-        std::vector<const wchar_t*> targets; // of language 1 and so on; null or missing where there is none
+        std::vector<const wchar_t*>
+            targets; // of language 1 and so on; null or missing where there is none
     };
     struct Hash
     {
         using is_transparent = void;
-        std::size_t operator()(std::string_view key) const noexcept { return std::hash<std::string_view>()(key); }
+        std::size_t operator()(std::string_view key) const noexcept
+        {
+            return std::hash<std::string_view>()(key);
+        }
     };
 
     bool addSection(const XliffSection& section, TextPool& pool);

@@ -9,11 +9,14 @@
 
 namespace zel_string_convert {
 
-// Keeps one copy of each text it is given, where it is, for as long as the pool lives. Any thread may use it.
+// Keeps one copy of each text it is given, where it is, for as long as the pool lives. Any thread
+// may use it.
 class TextPool
 {
 public:
-    explicit TextPool(std::size_t mostTexts = static_cast<std::size_t>(-1)) : m_mostTexts(mostTexts) {}
+    explicit TextPool(std::size_t mostTexts = static_cast<std::size_t>(-1)) : m_mostTexts(mostTexts)
+    {
+    }
 
     // The pool's copy; null for a new text when the pool is full.
     const wchar_t* keep(std::wstring_view text);
@@ -22,12 +25,16 @@ private:
     struct Hash
     {
         using is_transparent = void;
-        std::size_t operator()(std::wstring_view text) const noexcept { return std::hash<std::wstring_view>()(text); }
+        std::size_t operator()(std::wstring_view text) const noexcept
+        {
+            return std::hash<std::wstring_view>()(text);
+        }
     };
 
     const std::size_t m_mostTexts;
     qor_utils::SlimLock m_lock;
-    std::unordered_set<std::wstring, Hash, std::equal_to<>> m_texts; // its nodes stay in place when it grows
+    std::unordered_set<std::wstring, Hash, std::equal_to<>>
+        m_texts; // its nodes stay in place when it grows
 };
 
 } // namespace zel_string_convert

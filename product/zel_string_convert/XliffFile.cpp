@@ -21,8 +21,8 @@ class FileHandle
 {
 public:
     explicit FileHandle(const std::wstring& path) noexcept
-        : m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                             nullptr))
+        : m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                             FILE_ATTRIBUTE_NORMAL, nullptr))
     {
     }
     ~FileHandle()
@@ -42,11 +42,13 @@ std::vector<char> readFile(const std::wstring& path)
 {
     const FileHandle file(path);
     LARGE_INTEGER size = {};
-    if (file.get() == INVALID_HANDLE_VALUE || !GetFileSizeEx(file.get(), &size)) throw NotATable{L"cannot be opened"};
+    if (file.get() == INVALID_HANDLE_VALUE || !GetFileSizeEx(file.get(), &size))
+        throw NotATable{L"cannot be opened"};
     if (size.QuadPart > largestFile) throw NotATable{L"is larger than 64 MB"};
     std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
-    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) || read != bytes.size())
+    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) ||
+        read != bytes.size())
         throw NotATable{L"cannot be read"};
     return bytes;
 }
@@ -65,8 +67,8 @@ pugi::xml_node childNamed(const pugi::xml_node& parent, std::wstring_view name)
     return {};
 }
 
-// The node after this one in the document's order, below root; without what this one holds unless asked for.
-// A loop and not a recursion, because the depth is the file's.
+// The node after this one in the document's order, below root; without what this one holds unless
+// asked for. A loop and not a recursion, because the depth is the file's.
 pugi::xml_node nextNode(pugi::xml_node node, const pugi::xml_node& root, bool descend)
 {
     if (descend && node.first_child()) return node.first_child();
@@ -75,7 +77,8 @@ pugi::xml_node nextNode(pugi::xml_node node, const pugi::xml_node& root, bool de
     return node == root ? pugi::xml_node() : node.next_sibling();
 }
 
-// All text in an element; inline elements are looked through, since what they mark or protect belongs to the text.
+// All text in an element; inline elements are looked through, since what they mark or protect
+// belongs to the text.
 std::wstring textOf(const pugi::xml_node& element)
 {
     std::wstring text;
@@ -88,7 +91,8 @@ std::string toUtf8(std::wstring_view text)
 {
     if (text.empty()) return {};
     const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     std::string utf8(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
     return utf8;
@@ -100,7 +104,8 @@ std::optional<std::wstring> targetOf(const pugi::xml_node& unit)
     const std::wstring_view state = target.attribute(L"state").value();
     if (!target || state == L"new" || state == L"needs-translation") return std::nullopt;
     std::wstring text = textOf(target);
-    if (text.empty()) return std::nullopt; // how translators' tools write a text that is still to do
+    if (text.empty())
+        return std::nullopt; // how translators' tools write a text that is still to do
     return text;
 }
 
@@ -122,9 +127,12 @@ bool holdsUnits(const pugi::xml_node& node)
 
 XliffSection readSection(const pugi::xml_node& file)
 {
-    XliffSection section{file.attribute(L"source-language").value(), file.attribute(L"target-language").value(), {}};
-    if (section.sourceLanguage.empty()) throw NotATable{L"has a file element without a source-language"};
-    for (pugi::xml_node node = file; node; node = nextNode(node, file, node == file || holdsUnits(node))) {
+    XliffSection section{
+        file.attribute(L"source-language").value(), file.attribute(L"target-language").value(), {}};
+    if (section.sourceLanguage.empty())
+        throw NotATable{L"has a file element without a source-language"};
+    for (pugi::xml_node node = file; node;
+         node = nextNode(node, file, node == file || holdsUnits(node))) {
         if (localName(node) != L"trans-unit") continue;
         section.units.push_back(readUnit(node));
         if (section.units.back().target && section.targetLanguage.empty())
@@ -136,10 +144,12 @@ XliffSection readSection(const pugi::xml_node& file)
 std::vector<XliffSection> readDocument(const std::vector<char>& bytes)
 {
     pugi::xml_document document;
-    const auto result = document.load_buffer(bytes.data(), bytes.size(), pugi::parse_default | pugi::parse_ws_pcdata);
+    const auto result = document.load_buffer(bytes.data(), bytes.size(),
+                                             pugi::parse_default | pugi::parse_ws_pcdata);
     if (!result) throw NotATable{L"is not well-formed XML: " + pugi::as_wide(result.description())};
     const pugi::xml_node root = document.document_element();
-    if (localName(root) != L"xliff" || std::wstring_view(root.attribute(L"version").value()) != L"1.2")
+    if (localName(root) != L"xliff" ||
+        std::wstring_view(root.attribute(L"version").value()) != L"1.2")
         throw NotATable{L"is not XLIFF 1.2"};
     std::vector<XliffSection> sections;
     for (const pugi::xml_node& child : root.children()) {
@@ -151,7 +161,8 @@ std::vector<XliffSection> readDocument(const std::vector<char>& bytes)
 
 } // namespace
 
-std::optional<std::vector<XliffSection>> readXliffFile(const std::wstring& path, std::wstring& error)
+std::optional<std::vector<XliffSection>> readXliffFile(const std::wstring& path,
+                                                       std::wstring& error)
 try {
     return readDocument(readFile(path));
 } catch (const NotATable& fault) {

@@ -29,8 +29,9 @@ struct State
     TextPool unknownKeys{mostUnknownKeys};
 };
 
-constinit qor_utils::SlimLock changeLock; // held by whoever builds a new table, so that no change is lost
-constinit qor_utils::SlimLock tableLock;  // guards the table and the language
+constinit qor_utils::SlimLock
+    changeLock; // held by whoever builds a new table, so that no change is lost
+constinit qor_utils::SlimLock tableLock; // guards the table and the language
 
 State& state()
 {
@@ -38,7 +39,8 @@ State& state()
     return object;
 }
 
-std::optional<StringTable> readInto(StringTable table, const std::wstring& path, std::wstring& error)
+std::optional<StringTable> readInto(StringTable table, const std::wstring& path,
+                                    std::wstring& error)
 {
     const auto files = zel_string_convert::xliffFilesAt(path);
     if (files.empty()) error = path + L" has no string table";
@@ -59,7 +61,8 @@ void exchangeTable(StringTable table)
     const std::scoped_lock guard(tableLock);
     State& s = state();
     const bool hadLanguage = !s.table.languages().empty();
-    const std::wstring language = hadLanguage ? s.table.languages()[static_cast<std::size_t>(s.language)] : L"";
+    const std::wstring language =
+        hadLanguage ? s.table.languages()[static_cast<std::size_t>(s.language)] : L"";
     s.language = std::max(0, table.languageNumber(language));
     std::swap(s.table, table);
 }
@@ -80,7 +83,8 @@ std::wstring toWide(std::string_view key)
     if (key.empty()) return {};
     const int length = static_cast<int>(key.size());
     std::wstring text(key.size(), L'\0'); // no encoding has more wide characters than bytes
-    text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, key.data(), length, text.data(), length)));
+    text.resize(static_cast<std::size_t>(
+        MultiByteToWideChar(CP_UTF8, 0, key.data(), length, text.data(), length)));
     return text;
 }
 
@@ -103,7 +107,8 @@ bool ZelTString::load(const std::wstring& path, std::wstring* error)
 bool ZelTString::add(const std::wstring& path, std::wstring* error)
 {
     const std::scoped_lock changing(changeLock);
-    return change(state().table, path, error); // only changes write the table, and this is the one under way
+    return change(state().table, path,
+                  error); // only changes write the table, and this is the one under way
 }
 
 void ZelTString::clear()
@@ -125,7 +130,8 @@ std::wstring ZelTString::getLanguage()
 {
     const std::shared_lock guard(tableLock);
     const auto& languages = state().table.languages();
-    return languages.empty() ? std::wstring() : languages[static_cast<std::size_t>(state().language)];
+    return languages.empty() ? std::wstring()
+                             : languages[static_cast<std::size_t>(state().language)];
 }
 
 std::wstring ZelTString::getBaseLanguage()
@@ -146,7 +152,8 @@ const wchar_t* ZelTString::get(const char* key, bool translated)
     if (!key) return L"";
     {
         const std::shared_lock guard(tableLock);
-        if (const wchar_t* text = state().table.byKey(key, translated ? state().language : 0)) return text;
+        if (const wchar_t* text = state().table.byKey(key, translated ? state().language : 0))
+            return text;
     }
     return unknownKey(key);
 }

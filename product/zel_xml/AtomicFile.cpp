@@ -7,7 +7,8 @@ namespace zel_xml {
 
 namespace {
 
-// A new file of a name nobody uses, open for writing; deleted with the object unless it was moved away.
+// A new file of a name nobody uses, open for writing; deleted with the object unless it was moved
+// away.
 class NewFile
 {
 public:
@@ -17,7 +18,8 @@ public:
         const std::wstring stem = folder + L"~xml" + std::to_wstring(GetCurrentProcessId()) + L"-";
         do {
             m_path = stem + std::to_wstring(++serial) + L".tmp";
-            m_file = CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+            m_file = CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr);
         } while (m_file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS);
         m_exists = m_file != INVALID_HANDLE_VALUE;
     }
@@ -38,7 +40,8 @@ public:
     {
         // Without the flush a power cut could leave the new name on a file that was never written.
         if (!FlushFileBuffers(m_file) || !close()) return false;
-        if (!MoveFileExW(m_path.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        if (!MoveFileExW(m_path.c_str(), path.c_str(),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             return false;
         m_exists = false;
         return true;

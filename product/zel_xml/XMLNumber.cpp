@@ -12,7 +12,8 @@ namespace {
 constexpr int maxPrecision = 30;
 constexpr std::size_t maxNumberText = 512; // the largest double has 309 digits before the point
 
-// The number without the white space round it and without a plus sign, as the narrow text that <charconv> reads.
+// The number without the white space round it and without a plus sign, as the narrow text that
+// <charconv> reads.
 class NumberText
 {
 public:
@@ -75,9 +76,9 @@ std::wstring formatDouble(double value, int precision)
     std::array<char, maxNumberText> text;
     char* const begin = text.data();
     char* const end = begin + text.size();
-    const auto result =
-        precision < 0 ? std::to_chars(begin, end, value)
-                      : std::to_chars(begin, end, value, std::chars_format::fixed, std::min(precision, maxPrecision));
+    const auto result = precision < 0 ? std::to_chars(begin, end, value)
+                                      : std::to_chars(begin, end, value, std::chars_format::fixed,
+                                                      std::min(precision, maxPrecision));
     return widen(begin, result.ptr);
 }
 

@@ -22,11 +22,13 @@ std::string lowerCase(std::string_view text)
     return lower;
 }
 
-// The encoding that an XML declaration at the start of the bytes names, in lower case; empty when it names none.
+// The encoding that an XML declaration at the start of the bytes names, in lower case; empty when
+// it names none.
 std::string declaredEncoding(std::string_view bytes)
 {
     if (!bytes.starts_with("<?xml"sv)) return {};
-    const std::string_view declaration = bytes.substr(0, std::min<std::size_t>(bytes.find("?>"sv), 256));
+    const std::string_view declaration =
+        bytes.substr(0, std::min<std::size_t>(bytes.find("?>"sv), 256));
     const std::size_t key = declaration.find("encoding"sv);
     if (key == std::string_view::npos) return {};
     const std::size_t open = declaration.find_first_of("\"'"sv, key);
@@ -39,7 +41,8 @@ std::string declaredEncoding(std::string_view bytes)
 // The code page of a byte encoding; 0 when it is not one that is read.
 unsigned codePageOf(const std::string& encoding)
 {
-    if (encoding.empty() || encoding == "utf-8" || encoding == "utf8" || encoding == "us-ascii") return CP_UTF8;
+    if (encoding.empty() || encoding == "utf-8" || encoding == "utf8" || encoding == "us-ascii")
+        return CP_UTF8;
     if (encoding == "iso-8859-1" || encoding == "latin1") return codePageLatin1;
     if (encoding == "windows-1252") return codePageWindows1252;
     return 0;
@@ -47,12 +50,15 @@ unsigned codePageOf(const std::string& encoding)
 
 bool decodeBytes(std::string_view bytes, unsigned codePage, std::wstring& text)
 {
-    if (bytes.empty() || bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) return false;
+    if (bytes.empty() || bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        return false;
     const int size = static_cast<int>(bytes.size());
-    const int length = MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
+    const int length =
+        MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
     if (length <= 0) return false;
     text.resize(static_cast<std::size_t>(length));
-    return MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), length) == length;
+    return MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(),
+                               length) == length;
 }
 
 bool decodeUtf16(std::string_view bytes, bool bigEndian, std::wstring& text)
@@ -98,7 +104,8 @@ bool isPlainCharacter(wchar_t c) noexcept
 
 bool isNameStart(wchar_t c) noexcept
 {
-    return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_' || c == L':' || c >= 0xC0;
+    return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_' || c == L':' ||
+           c >= 0xC0;
 }
 
 bool isNameCharacter(wchar_t c) noexcept
@@ -117,7 +124,8 @@ bool isXmlText(std::wstring_view text) noexcept
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (isPlainCharacter(text[i])) continue;
-        if (!isHighSurrogate(text[i]) || i + 1 == text.size() || !isLowSurrogate(text[i + 1])) return false;
+        if (!isHighSurrogate(text[i]) || i + 1 == text.size() || !isLowSurrogate(text[i + 1]))
+            return false;
         ++i;
     }
     return true;
@@ -127,8 +135,8 @@ bool isXmlName(const wchar_t* name) noexcept
 {
     if (!name) return false;
     const std::wstring_view text(name);
-    return !text.empty() && isNameStart(text[0]) && std::all_of(text.begin(), text.end(), isNameCharacter) &&
-           isXmlText(text);
+    return !text.empty() && isNameStart(text[0]) &&
+           std::all_of(text.begin(), text.end(), isNameCharacter) && isXmlText(text);
 }
 
 } // namespace zel_xml

@@ -43,7 +43,10 @@ class ByteWriter : public pugi::xml_writer
 {
 public:
     explicit ByteWriter(std::string& bytes) : m_bytes(bytes) {}
-    void write(const void* data, size_t size) override { m_bytes.append(static_cast<const char*>(data), size); }
+    void write(const void* data, size_t size) override
+    {
+        m_bytes.append(static_cast<const char*>(data), size);
+    }
 
 private:
     std::string& m_bytes;
@@ -56,9 +59,11 @@ std::shared_ptr<zelXMLDocument> zelXMLDocument::parse(std::string_view bytes)
     auto document = std::make_shared<zelXMLDocument>();
     std::wstring& text = document->m_text;
     if (!zel_xml::decodeXml(bytes, text)) return nullptr;
-    // parse_fragment keeps texts outside the root, so that the check below finds them instead of losing them.
+    // parse_fragment keeps texts outside the root, so that the check below finds them instead of
+    // losing them.
     const pugi::xml_parse_result result = document->m_tree.load_buffer_inplace(
-        text.data(), text.size() * sizeof(wchar_t), pugi::parse_full | pugi::parse_fragment, pugi::encoding_wchar);
+        text.data(), text.size() * sizeof(wchar_t), pugi::parse_full | pugi::parse_fragment,
+        pugi::encoding_wchar);
     return result && document->isWellShaped() ? document : nullptr;
 }
 

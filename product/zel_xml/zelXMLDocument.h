@@ -8,8 +8,8 @@
 
 // The tree behind the handles: shared by a zelXMLFile and every zelXMLNode into it.
 //
-// Removed elements are not freed but kept below an element of their own after the root, out of sight and out of what
-// is saved: a handle that still means one of them stays sound.
+// Removed elements are not freed but kept below an element of their own after the root, out of
+// sight and out of what is saved: a handle that still means one of them stays sound.
 class zelXMLDocument
 {
 public:
@@ -28,7 +28,10 @@ public:
 
     pugi::xml_node root() const;
     bool remove(pugi::xml_node element);
-    bool isRemoved(const pugi::xml_node& element) const { return m_removed && element.parent() == m_removed; }
+    bool isRemoved(const pugi::xml_node& element) const
+    {
+        return m_removed && element.parent() == m_removed;
+    }
 
     // The whole document in UTF-8 with its declaration.
     std::string toBytes() const;

@@ -13,8 +13,8 @@ namespace {
 bool readBytes(const std::wstring& path, std::string& bytes)
 {
     constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE opened =
-        CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE opened = CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
     if (opened == INVALID_HANDLE_VALUE) return false;
     const zel_xml::FileHandle file(opened);
     LARGE_INTEGER size{};
@@ -22,14 +22,16 @@ bool readBytes(const std::wstring& path, std::string& bytes)
     if (size.QuadPart > static_cast<LONGLONG>(zelXMLDocument::maxFileSize)) return false;
     bytes.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
-    return ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) && read == bytes.size();
+    return ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) &&
+           read == bytes.size();
 }
 
 bool writeDocument(const zelXMLDocument& document, const std::wstring& path) noexcept
 {
     try {
         const std::string bytes = document.toBytes();
-        return zel_xml::replaceFile(path, [&bytes](HANDLE file) { return zel_xml::writeBytes(file, bytes); });
+        return zel_xml::replaceFile(
+            path, [&bytes](HANDLE file) { return zel_xml::writeBytes(file, bytes); });
     } catch (const std::exception&) {
         return false;
     }

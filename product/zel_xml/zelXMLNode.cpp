@@ -69,7 +69,8 @@ bool guarded(const Write& write) noexcept
 
 zelXMLNode::zelXMLNode() noexcept = default;
 
-zelXMLNode::zelXMLNode(std::shared_ptr<zelXMLDocument> document, pugi::xml_node_struct* element) noexcept
+zelXMLNode::zelXMLNode(std::shared_ptr<zelXMLDocument> document,
+                       pugi::xml_node_struct* element) noexcept
     : m_document(std::move(document)), m_element(element)
 {
 }
@@ -91,7 +92,8 @@ std::wstring zelXMLNode::getName() const
 
 zelXMLNode zelXMLNode::getFirstChild() const noexcept
 {
-    return {m_document, firstElementFrom(pugi::xml_node(m_element).first_child()).internal_object()};
+    return {m_document,
+            firstElementFrom(pugi::xml_node(m_element).first_child()).internal_object()};
 }
 
 zelXMLNode& zelXMLNode::operator++() noexcept
@@ -119,7 +121,8 @@ zelXMLNode zelXMLNode::getChildByName(const wchar_t* name, bool create) const no
 zelXMLNode zelXMLNode::appendChild(const wchar_t* name) const noexcept
 {
     pugi::xml_node element(m_element);
-    if (!element || !zel_xml::isXmlName(name) || depthOf(element) >= zelXMLDocument::maxDepth) return {};
+    if (!element || !zel_xml::isXmlName(name) || depthOf(element) >= zelXMLDocument::maxDepth)
+        return {};
     return {m_document, element.append_child(name).internal_object()};
 }
 

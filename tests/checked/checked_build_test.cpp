@@ -1,4 +1,5 @@
-// Children commit one mistake each, and have to end with the status of its kind; a correct child ends with 0.
+// Children commit one mistake each, and have to end with the status of its kind; a correct child
+// ends with 0.
 #include "damage.h"
 #include "test_support/ChildTest.h"
 #include "test_support/Files.h"
@@ -120,7 +121,9 @@ TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
 {
     HMODULE const module = LoadLibraryW(L"checked_late_module.dll");
     ASSERT_NE(module, nullptr);
-    const auto function = [module](const char* name) { return reinterpret_cast<void*>(GetProcAddress(module, name)); };
+    const auto function = [module](const char* name) {
+        return reinterpret_cast<void*>(GetProcAddress(module, name));
+    };
     const auto allocate = reinterpret_cast<char* (*)()>(function("allocateInLateModule"));
     const auto release = reinterpret_cast<void (*)(char*)>(function("freeInLateModule"));
     ASSERT_TRUE(allocate && release);
@@ -324,7 +327,8 @@ TEST(Mistake, DISABLED_DoubleFree)
 TEST(Mistake, DISABLED_DoubleFreeSaidInFile)
 {
     const std::wstring file = test_support::environmentVariable(saidVariable);
-    HANDLE const said = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    HANDLE const said =
+        CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(said, INVALID_HANDLE_VALUE);
     ASSERT_TRUE(SetStdHandle(STD_ERROR_HANDLE, said));
     void* volatile block = std::malloc(64);

@@ -1,5 +1,5 @@
-// Uses a little of everything that crosses the boundary: exported functions, data members, strings, and a class that
-// the library calls back.
+// Uses a little of everything that crosses the boundary: exported functions, data members, strings,
+// and a class that the library calls back.
 #include <Utils_Statics/Utils_Statics.h>
 
 #include <cstdio>

@@ -37,8 +37,8 @@ Ended run(const std::wstring& program, const std::wstring& argument)
     startup.hStdOutput = startup.hStdError = writing;
     PROCESS_INFORMATION process{};
     std::wstring command = L"\"" + program + L"\" " + argument;
-    EXPECT_TRUE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                               &process));
+    EXPECT_TRUE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                               nullptr, &startup, &process));
     CloseHandle(writing);
     Ended ended;
     char part[256];
@@ -57,14 +57,16 @@ std::wstring entry()
 {
     wchar_t value[2048] = {};
     DWORD size = sizeof value;
-    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, RRF_RT_ANY | RRF_NOEXPAND, nullptr, value, &size);
+    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, RRF_RT_ANY | RRF_NOEXPAND, nullptr,
+                 value, &size);
     return value;
 }
 
 void setEntry(const std::wstring& value, DWORD type = REG_SZ)
 {
     const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, type, value.c_str(), size), ERROR_SUCCESS);
+    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, type, value.c_str(), size),
+              ERROR_SUCCESS);
 }
 
 class CodecSetup : public testing::Test
@@ -74,7 +76,8 @@ protected:
 
     Ended codecsetup(const std::wstring& argument) { return run(program, argument); }
 
-    const test_support::InstalledCodec asBefore{L"MJPG", L"mjpgcodec.dll"}; // restores the entry at the end
+    const test_support::InstalledCodec asBefore{L"MJPG",
+                                                L"mjpgcodec.dll"}; // restores the entry at the end
     const std::wstring program = besideProgram(L"codecsetup.exe");
     const std::wstring codec = besideProgram(L"mjpgcodec.dll");
 };
@@ -130,7 +133,8 @@ TEST_F(CodecSetup, RefusesToInstallACodecThatIsNotThere)
     ASSERT_TRUE(CopyFileW(program.c_str(), (folder / L"codecsetup.exe").c_str(), TRUE));
     const Ended ended = run(folder / L"codecsetup.exe", L"install");
     EXPECT_EQ(ended.status, 1u);
-    EXPECT_NE(ended.output.find("mjpgcodec.dll is not beside this program"), std::string::npos) << ended.output;
+    EXPECT_NE(ended.output.find("mjpgcodec.dll is not beside this program"), std::string::npos)
+        << ended.output;
     EXPECT_EQ(entry(), L"");
 }
 

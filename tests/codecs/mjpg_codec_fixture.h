@@ -38,7 +38,8 @@ inline std::size_t rowsOf(const BITMAPINFOHEADER& format)
     return static_cast<std::size_t>(std::abs(format.biHeight));
 }
 
-// Pixels by screen coordinates, whatever the direction of the rows. The byte after a pixel's colours is 0xA5.
+// Pixels by screen coordinates, whatever the direction of the rows. The byte after a pixel's
+// colours is 0xA5.
 class Picture
 {
 public:
@@ -99,7 +100,8 @@ protected:
 
     LRESULT send(UINT message, const void* first = nullptr, const void* second = nullptr)
     {
-        return ICSendMessage(codec, message, reinterpret_cast<DWORD_PTR>(first), reinterpret_cast<DWORD_PTR>(second));
+        return ICSendMessage(codec, message, reinterpret_cast<DWORD_PTR>(first),
+                             reinterpret_cast<DWORD_PTR>(second));
     }
 
     LRESULT query(const BITMAPINFOHEADER& input) { return send(ICM_COMPRESS_QUERY, &input); }
@@ -119,8 +121,9 @@ protected:
         EXPECT_EQ(send(ICM_COMPRESS_BEGIN, &picture.format, &output), ICERR_OK);
         DWORD chunk = 0;
         DWORD flags = 0;
-        const DWORD result = ICCompress(codec, 0, &output, data.data(), &picture.format, picture.bytes.data(), &chunk,
-                                        &flags, 0, 0, quality, nullptr, nullptr);
+        const DWORD result =
+            ICCompress(codec, 0, &output, data.data(), &picture.format, picture.bytes.data(),
+                       &chunk, &flags, 0, 0, quality, nullptr, nullptr);
         EXPECT_EQ(send(ICM_COMPRESS_END), ICERR_OK);
         if (result != ICERR_OK) return {};
         EXPECT_EQ(flags, static_cast<DWORD>(AVIIF_KEYFRAME));
@@ -131,12 +134,14 @@ protected:
 
     LRESULT decompress(const Bytes& data, Picture& picture)
     {
-        BITMAPINFOHEADER input = outputFor(rawFormat(picture.format.biWidth, std::abs(picture.format.biHeight), 24));
+        BITMAPINFOHEADER input =
+            outputFor(rawFormat(picture.format.biWidth, std::abs(picture.format.biHeight), 24));
         input.biSizeImage = static_cast<DWORD>(data.size());
         EXPECT_EQ(send(ICM_DECOMPRESS_BEGIN, &input, &picture.format), ICERR_OK);
         Bytes copy = data;
         copy.push_back(0); // never null
-        const DWORD result = ICDecompress(codec, 0, &input, copy.data(), &picture.format, picture.bytes.data());
+        const DWORD result =
+            ICDecompress(codec, 0, &input, copy.data(), &picture.format, picture.bytes.data());
         EXPECT_EQ(send(ICM_DECOMPRESS_END), ICERR_OK);
         return static_cast<LRESULT>(static_cast<LONG>(result));
     }

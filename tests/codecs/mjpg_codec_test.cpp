@@ -1,4 +1,5 @@
-// The codec as the platform sees it: how it is found, which formats it takes, its quality, state and messages.
+// The codec as the platform sees it: how it is found, which formats it takes, its quality, state
+// and messages.
 #include "mjpg_codec_fixture.h"
 
 #include <utility>
@@ -21,7 +22,8 @@ TEST_F(MjpgCodec, IsListedWithItsShortName)
 TEST_F(MjpgCodec, InformationOfTheWrongSizeIsRefused)
 {
     ICINFO info{};
-    EXPECT_EQ(ICSendMessage(codec, ICM_GETINFO, reinterpret_cast<DWORD_PTR>(&info), sizeof info - 1), 0);
+    EXPECT_EQ(
+        ICSendMessage(codec, ICM_GETINFO, reinterpret_cast<DWORD_PTR>(&info), sizeof info - 1), 0);
     EXPECT_EQ(send(ICM_GETINFO), 0);
 }
 
@@ -39,7 +41,8 @@ TEST_F(MjpgCodec, Takes32And24BitFramesOfAnyDirectionOnly)
 
 TEST_F(MjpgCodec, ImpossibleSizesAreRefused)
 {
-    const LONG sizes[][2] = {{0, 8}, {8, 0}, {-8, 8}, {LONG_MIN, 8}, {8, LONG_MIN}, {LONG_MAX, LONG_MAX}, {20000, 8}};
+    const LONG sizes[][2] = {
+        {0, 8}, {8, 0}, {-8, 8}, {LONG_MIN, 8}, {8, LONG_MIN}, {LONG_MAX, LONG_MAX}, {20000, 8}};
     for (const auto& size : sizes) {
         const BITMAPINFOHEADER format = rawFormat(size[0], size[1], 32);
         EXPECT_EQ(query(format), ICERR_BADFORMAT) << size[0] << " x " << size[1];
@@ -53,7 +56,8 @@ TEST_F(MjpgCodec, ImpossibleSizesAreRefused)
 TEST_F(MjpgCodec, OutputHasTheFramesSizeAndTheCodecsCode)
 {
     const BITMAPINFOHEADER input = rawFormat(100, -60, 32);
-    EXPECT_EQ(send(ICM_COMPRESS_GET_FORMAT, &input), static_cast<LRESULT>(sizeof(BITMAPINFOHEADER)));
+    EXPECT_EQ(send(ICM_COMPRESS_GET_FORMAT, &input),
+              static_cast<LRESULT>(sizeof(BITMAPINFOHEADER)));
     const BITMAPINFOHEADER output = outputFor(input);
     EXPECT_EQ(output.biWidth, 100);
     EXPECT_EQ(output.biHeight, 60);
@@ -69,7 +73,8 @@ TEST_F(MjpgCodec, DecompressionIsAskedForLikeCompression)
 {
     const BITMAPINFOHEADER input = outputFor(rawFormat(50, 40, 24));
     BITMAPINFOHEADER output{};
-    EXPECT_EQ(send(ICM_DECOMPRESS_GET_FORMAT, &input), static_cast<LRESULT>(sizeof(BITMAPINFOHEADER)));
+    EXPECT_EQ(send(ICM_DECOMPRESS_GET_FORMAT, &input),
+              static_cast<LRESULT>(sizeof(BITMAPINFOHEADER)));
     ASSERT_EQ(send(ICM_DECOMPRESS_GET_FORMAT, &input, &output), ICERR_OK);
     EXPECT_EQ(output.biBitCount, 24);
     EXPECT_EQ(output.biSizeImage, 152u * 40u);
@@ -101,7 +106,8 @@ TEST_F(MjpgCodec, StateCarriesTheQualityToAnotherInstance)
     Bytes state(size);
     const DWORD quality = 4321;
     send(ICM_SETQUALITY, &quality);
-    ASSERT_EQ(ICSendMessage(codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.data()), size), ICERR_OK);
+    ASSERT_EQ(ICSendMessage(codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.data()), size),
+              ICERR_OK);
 
     HIC other = ICOpen(ICTYPE_VIDEO, mjpg, ICMODE_COMPRESS);
     DWORD taken = 0;
@@ -123,7 +129,8 @@ TEST_F(MjpgCodec, ForeignAndShortStatesChangeNothing)
     EXPECT_EQ(set(Bytes(8, 0xFF), 8), 0);
     EXPECT_EQ(set(Bytes(8, 0), 4), 0);
     Bytes room(4);
-    EXPECT_EQ(ICSendMessage(codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(room.data()), 4), ICERR_BADSIZE);
+    EXPECT_EQ(ICSendMessage(codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(room.data()), 4),
+              ICERR_BADSIZE);
     DWORD quality = 0;
     send(ICM_GETQUALITY, &quality);
     EXPECT_EQ(quality, 7500u);
@@ -134,8 +141,10 @@ TEST_F(MjpgCodec, UnknownMessagesAreUnsupported)
     EXPECT_EQ(send(ICM_USER + 0x700), ICERR_UNSUPPORTED);
     EXPECT_EQ(send(ICM_DECOMPRESS_GET_PALETTE), ICERR_UNSUPPORTED);
     EXPECT_EQ(send(ICM_DRAW_BEGIN), ICERR_UNSUPPORTED);
-    EXPECT_EQ(ICSendMessage(codec, ICM_CONFIGURE, static_cast<DWORD_PTR>(-1), ICMF_CONFIGURE_QUERY), ICERR_UNSUPPORTED);
-    EXPECT_EQ(ICSendMessage(codec, ICM_ABOUT, static_cast<DWORD_PTR>(-1), ICMF_ABOUT_QUERY), ICERR_UNSUPPORTED);
+    EXPECT_EQ(ICSendMessage(codec, ICM_CONFIGURE, static_cast<DWORD_PTR>(-1), ICMF_CONFIGURE_QUERY),
+              ICERR_UNSUPPORTED);
+    EXPECT_EQ(ICSendMessage(codec, ICM_ABOUT, static_cast<DWORD_PTR>(-1), ICMF_ABOUT_QUERY),
+              ICERR_UNSUPPORTED);
 }
 
 TEST_F(MjpgCodec, EntryPointIsUndecoratedAndOpensVideoOnly)
@@ -143,7 +152,8 @@ TEST_F(MjpgCodec, EntryPointIsUndecoratedAndOpensVideoOnly)
     HMODULE dll = LoadLibraryW(installed.path().c_str());
     ASSERT_NE(dll, nullptr);
     using Entry = LRESULT(CALLBACK*)(DWORD_PTR, HDRVR, UINT, LPARAM, LPARAM);
-    const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll, "DriverProc")));
+    const auto entry =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll, "DriverProc")));
     ASSERT_NE(entry, nullptr);
     ICOPEN open{};
     open.dwSize = sizeof open;
@@ -152,7 +162,8 @@ TEST_F(MjpgCodec, EntryPointIsUndecoratedAndOpensVideoOnly)
     EXPECT_EQ(entry(0, nullptr, DRV_OPEN, 0, reinterpret_cast<LPARAM>(&open)), 0);
     const LRESULT configured = entry(0, nullptr, DRV_OPEN, 0, 0);
     EXPECT_NE(configured, 0);
-    EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, ICM_GETSTATE, 0, 0), ICERR_UNSUPPORTED);
+    EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, ICM_GETSTATE, 0, 0),
+              ICERR_UNSUPPORTED);
     EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, DRV_QUERYCONFIGURE, 0, 0), 0);
     EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, DRV_CLOSE, 0, 0), 1);
     EXPECT_EQ(entry(0, nullptr, DRV_FREE, 0, 0), 1);
@@ -164,9 +175,12 @@ TEST_F(MjpgCodec, IncompleteRequestsAreRefused)
     ICCOMPRESS compression{};
     ICDECOMPRESS decompression{};
     EXPECT_EQ(ICSendMessage(codec, ICM_COMPRESS, 0, 0), ICERR_BADPARAM);
-    EXPECT_EQ(ICSendMessage(codec, ICM_COMPRESS, reinterpret_cast<DWORD_PTR>(&compression), sizeof compression),
+    EXPECT_EQ(ICSendMessage(codec, ICM_COMPRESS, reinterpret_cast<DWORD_PTR>(&compression),
+                            sizeof compression),
               ICERR_BADPARAM);
-    EXPECT_EQ(ICSendMessage(codec, ICM_COMPRESS, reinterpret_cast<DWORD_PTR>(&compression), 4), ICERR_BADPARAM);
-    EXPECT_EQ(ICSendMessage(codec, ICM_DECOMPRESS, reinterpret_cast<DWORD_PTR>(&decompression), sizeof decompression),
+    EXPECT_EQ(ICSendMessage(codec, ICM_COMPRESS, reinterpret_cast<DWORD_PTR>(&compression), 4),
+              ICERR_BADPARAM);
+    EXPECT_EQ(ICSendMessage(codec, ICM_DECOMPRESS, reinterpret_cast<DWORD_PTR>(&decompression),
+                            sizeof decompression),
               ICERR_BADPARAM);
 }

@@ -1,4 +1,5 @@
-// Frames through the codec: how close they come back, and frames that are damaged, incomplete or of others.
+// Frames through the codec: how close they come back, and frames that are damaged, incomplete or of
+// others.
 #include "mjpg_codec_fixture.h"
 
 #include <test_support/ChildTest.h>
@@ -12,7 +13,8 @@
 
 TEST_F(MjpgCodec, FramesOfAllSizesAndDirectionsComeBackWithinTheError)
 {
-    for (const auto& [width, height] : {std::pair{1, 1}, {2, 3}, {15, 17}, {16, 16}, {33, 7}, {200, 120}})
+    for (const auto& [width, height] :
+         {std::pair{1, 1}, {2, 3}, {15, 17}, {16, 16}, {33, 7}, {200, 120}})
         for (const int bits : {24, 32})
             for (const int direction : {1, -1}) {
                 Picture in(rawFormat(width, direction * height, bits));
@@ -21,7 +23,8 @@ TEST_F(MjpgCodec, FramesOfAllSizesAndDirectionsComeBackWithinTheError)
                 ASSERT_FALSE(data.empty());
                 Picture out(rawFormat(width, height, 56 - bits)); // the other depth, bottom-up
                 ASSERT_EQ(decompress(data, out), ICERR_OK);
-                EXPECT_GT(psnr(in, out), 40) << width << " x " << height << " x " << bits << " " << direction;
+                EXPECT_GT(psnr(in, out), 40)
+                    << width << " x " << height << " x " << bits << " " << direction;
             }
 }
 
@@ -29,7 +32,9 @@ TEST_F(MjpgCodec, HigherQualityIsLargerAndCloser)
 {
     std::mt19937 random(3);
     Picture in(rawFormat(160, 112, 32));
-    in.paint([&](std::size_t x, std::size_t y, int) { return smooth(x, y, 0) / 2 + static_cast<int>(random() % 60); });
+    in.paint([&](std::size_t x, std::size_t y, int) {
+        return smooth(x, y, 0) / 2 + static_cast<int>(random() % 60);
+    });
     std::size_t lastSize = 0;
     double lastPsnr = 0;
     for (const DWORD quality : {0u, 1000u, 5000u, 8000u, 9500u, 10000u}) {
@@ -85,13 +90,15 @@ TEST_F(MjpgCodec, CompressedFrameStaysWithinTheSizeAskedFor)
         Picture noise(rawFormat(width, height, 32));
         noise.paint([&](std::size_t, std::size_t, int) { return random() % 2 ? 255 : 0; });
         BITMAPINFOHEADER output = outputFor(noise.format);
-        const auto room = static_cast<std::size_t>(send(ICM_COMPRESS_GET_SIZE, &noise.format, &output));
+        const auto room =
+            static_cast<std::size_t>(send(ICM_COMPRESS_GET_SIZE, &noise.format, &output));
         Bytes data(room + 64, 0xA5);
-        ASSERT_EQ(ICCompress(codec, 0, &output, data.data(), &noise.format, noise.bytes.data(), nullptr, nullptr, 0, 0,
-                             10000, nullptr, nullptr),
+        ASSERT_EQ(ICCompress(codec, 0, &output, data.data(), &noise.format, noise.bytes.data(),
+                             nullptr, nullptr, 0, 0, 10000, nullptr, nullptr),
                   static_cast<DWORD>(ICERR_OK));
         EXPECT_LE(output.biSizeImage, room);
-        EXPECT_EQ(Bytes(data.begin() + static_cast<std::ptrdiff_t>(room), data.end()), Bytes(64, 0xA5));
+        EXPECT_EQ(Bytes(data.begin() + static_cast<std::ptrdiff_t>(room), data.end()),
+                  Bytes(64, 0xA5));
     }
 }
 
@@ -114,8 +121,8 @@ TEST_F(MjpgCodec, DamagedFramesAreAnErrorOrAPictureButNeverACrash)
         const LRESULT result = decompress(bad, out);
         EXPECT_TRUE(result == ICERR_OK || result == ICERR_ERROR) << result;
     }
-    EXPECT_TRUE(std::all_of(out.bytes.begin() + static_cast<std::ptrdiff_t>(pixels), out.bytes.end(),
-                            [](std::uint8_t value) { return value == 0xA5; }));
+    EXPECT_TRUE(std::all_of(out.bytes.begin() + static_cast<std::ptrdiff_t>(pixels),
+                            out.bytes.end(), [](std::uint8_t value) { return value == 0xA5; }));
     EXPECT_EQ(decompress(good, out), ICERR_OK); // and the next good frame is whole again
     EXPECT_GT(psnr(in, out), 30);
 }
@@ -148,7 +155,8 @@ TEST_F(MjpgCodec, FrameThatEndsEarlyGivesTheRowsItHas)
         EXPECT_NEAR(out.pixel(10, y)[1], in.pixel(10, y)[1], 12) << y;
 }
 
-// Many cameras leave the Huffman tables out of every frame: those of the format's annex are meant then.
+// Many cameras leave the Huffman tables out of every frame: those of the format's annex are meant
+// then.
 TEST_F(MjpgCodec, FrameWithoutHuffmanTablesHasTheUsualOnes)
 {
     Picture in(rawFormat(64, 48, 24));
@@ -158,7 +166,8 @@ TEST_F(MjpgCodec, FrameWithoutHuffmanTablesHasTheUsualOnes)
     for (std::size_t at = 2; at < whole.size();) {
         const std::uint8_t marker = whole[at + 1];
         const bool isScan = marker == 0xDA; // the rest of the frame
-        const std::size_t next = isScan ? whole.size() : at + 2 + (whole[at + 2] << 8 | whole[at + 3]);
+        const std::size_t next =
+            isScan ? whole.size() : at + 2 + (whole[at + 2] << 8 | whole[at + 3]);
         if (marker != 0xC4)
             bare.insert(bare.end(), whole.begin() + static_cast<std::ptrdiff_t>(at),
                         whole.begin() + static_cast<std::ptrdiff_t>(next));
@@ -188,7 +197,8 @@ TEST_F(MjpgCodec, EmptyFrameLeavesThePictureBefore)
     EXPECT_EQ(out.bytes, before);
 }
 
-// Run by movie_readers.sh: leaves a movie and the frames that went into it, for readers that nobody here wrote.
+// Run by movie_readers.sh: leaves a movie and the frames that went into it, for readers that nobody
+// here wrote.
 TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
 {
     const std::wstring folder = test_support::environmentVariable(L"MOVIE_FOLDER");
@@ -198,7 +208,8 @@ TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
     PAVIFILE file = nullptr;
     PAVISTREAM raw = nullptr;
     PAVISTREAM stream = nullptr;
-    ASSERT_EQ(AVIFileOpenW(&file, (folder + L"\\movie.avi").c_str(), OF_WRITE | OF_CREATE, nullptr), AVIERR_OK);
+    ASSERT_EQ(AVIFileOpenW(&file, (folder + L"\\movie.avi").c_str(), OF_WRITE | OF_CREATE, nullptr),
+              AVIERR_OK);
     AVISTREAMINFOW info{};
     info.fccType = streamtypeVIDEO;
     info.dwScale = 1000;
@@ -213,13 +224,15 @@ TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
     Picture picture(rawFormat(320, 200, 32));
     picture.format.biSizeImage = static_cast<DWORD>(picture.bytes.size());
     ASSERT_EQ(AVIStreamSetFormat(stream, 0, &picture.format, sizeof picture.format), AVIERR_OK);
-    std::ofstream expected(std::string(folder.begin(), folder.end()) + "\\frames.bgr0", std::ios::binary);
+    std::ofstream expected(std::string(folder.begin(), folder.end()) + "\\frames.bgr0",
+                           std::ios::binary);
     for (int frame = 0; frame < frames; ++frame) {
         picture.paint([&](std::size_t x, std::size_t y, int channel) {
             return smooth(x + 7u * static_cast<unsigned>(frame), y, channel);
         });
-        EXPECT_EQ(AVIStreamWrite(stream, frame, 1, picture.bytes.data(), static_cast<LONG>(picture.bytes.size()),
-                                 AVIIF_KEYFRAME, nullptr, nullptr),
+        EXPECT_EQ(AVIStreamWrite(stream, frame, 1, picture.bytes.data(),
+                                 static_cast<LONG>(picture.bytes.size()), AVIIF_KEYFRAME, nullptr,
+                                 nullptr),
                   AVIERR_OK);
         for (std::size_t y = 0; y < 200; ++y)
             expected.write(reinterpret_cast<const char*>(picture.pixel(0, y)), 320 * 4);

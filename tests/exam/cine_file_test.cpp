@@ -31,7 +31,8 @@ protected:
     std::wstring Read(const std::vector<std::int32_t>& words, std::size_t payload)
     {
         std::ofstream file(std::filesystem::path(m_path), std::ios::binary);
-        file.write(reinterpret_cast<const char*>(words.data()), static_cast<std::streamsize>(words.size() * 4));
+        file.write(reinterpret_cast<const char*>(words.data()),
+                   static_cast<std::streamsize>(words.size() * 4));
         for (std::size_t i = 0; i < payload; ++i)
             file.put(static_cast<char>(i));
         file.close();
@@ -114,10 +115,11 @@ TEST_F(CineFileTest, SurvivesRandomBytes)
     for (int round = 0; round < 200; ++round) {
         std::vector<std::int32_t> words(random() % 40);
         for (auto& word : words)
-            word = random() % 3 == 0 ? static_cast<std::int32_t>(random()) : static_cast<std::int32_t>(random() % 64);
+            word = random() % 3 == 0 ? static_cast<std::int32_t>(random())
+                                     : static_cast<std::int32_t>(random() % 64);
         if (!Read(words, random() % 300).empty()) continue;
         for (int frame = 0; frame < m_cine.frames(); ++frame)
-            EXPECT_EQ(m_cine.frame(frame).size(),
-                      static_cast<std::size_t>(m_cine.lines()) * static_cast<std::size_t>(m_cine.samples()));
+            EXPECT_EQ(m_cine.frame(frame).size(), static_cast<std::size_t>(m_cine.lines()) *
+                                                      static_cast<std::size_t>(m_cine.samples()));
     }
 }

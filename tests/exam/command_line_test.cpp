@@ -15,7 +15,8 @@ TEST(CommandLine, WithoutArgumentsOpensInEnglishOnTheFirstConsole)
 
 TEST(CommandLine, ReadsEveryOption)
 {
-    const auto options = ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});
+    const auto options =
+        ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});
     EXPECT_EQ(options.error, L"");
     EXPECT_EQ(options.language, L"de");
     EXPECT_EQ(int(options.console), 4);
@@ -43,7 +44,8 @@ TEST(CommandLine, ReadsTheCommandsOnRawCines)
     const auto info = ParseCommandLine({L"--cine-info", L"a.cine"});
     EXPECT_TRUE(info.command());
     EXPECT_EQ(info.cineInfo, L"a.cine");
-    const auto replay = ParseCommandLine({L"--cine-to-avi", L"a.cine", L"a.avi", L"--profile", L"exam.ini"});
+    const auto replay =
+        ParseCommandLine({L"--cine-to-avi", L"a.cine", L"a.avi", L"--profile", L"exam.ini"});
     EXPECT_EQ(replay.error, L"");
     EXPECT_TRUE(replay.command());
     EXPECT_EQ(replay.cineToPlay, L"a.cine");
@@ -54,8 +56,10 @@ TEST(CommandLine, ReadsTheCommandsOnRawCines)
 TEST(CommandLine, AsksForAllValuesOfAnOption)
 {
     EXPECT_EQ(ParseCommandLine({L"--cine-to-avi"}).error, L"--cine-to-avi needs two values");
-    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine"}).error, L"--cine-to-avi needs two values");
-    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine", L""}).error, L"--cine-to-avi needs two files");
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine"}).error,
+              L"--cine-to-avi needs two values");
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a.cine", L""}).error,
+              L"--cine-to-avi needs two files");
     EXPECT_EQ(ParseCommandLine({L"--cine-info", L""}).error, L"--cine-info needs a file");
     EXPECT_EQ(ParseCommandLine({L"--profile", L""}).error, L"--profile needs a file");
 }

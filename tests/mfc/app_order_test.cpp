@@ -1,4 +1,5 @@
-// AfxGetApp answers the executable's object, whichever was built first: it, or the module objects of DLLs.
+// AfxGetApp answers the executable's object, whichever was built first: it, or the module objects
+// of DLLs.
 #include <afxwin.h>
 
 #include <gtest/gtest.h>

@@ -8,7 +8,8 @@
 #include <type_traits>
 #include <vector>
 
-static_assert(!std::is_copy_constructible_v<CStringArray> && !std::is_copy_assignable_v<CStringList>);
+static_assert(!std::is_copy_constructible_v<CStringArray> &&
+              !std::is_copy_assignable_v<CStringList>);
 static_assert(std::has_virtual_destructor_v<CStringList>);
 
 namespace {
@@ -188,7 +189,8 @@ TEST(CStringList, AgreesWithAReferenceUnderRandomOperations)
             case 4:
                 if (!reference.empty()) {
                     const size_t index = random() % reference.size();
-                    reference.erase(std::next(reference.begin(), static_cast<std::ptrdiff_t>(index)));
+                    reference.erase(
+                        std::next(reference.begin(), static_cast<std::ptrdiff_t>(index)));
                     list.RemoveAt(list.FindIndex(static_cast<INT_PTR>(index)));
                 }
                 break;

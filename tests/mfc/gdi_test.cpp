@@ -124,8 +124,9 @@ TEST(GdiObject, DescribesItself)
     EXPECT_EQ(logPen.lopnWidth.x, 3);
     EXPECT_EQ(logPen.lopnColor, blue);
     CFont font;
-    EXPECT_TRUE(font.CreateFont(-20, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                                CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, L"Arial"));
+    EXPECT_TRUE(font.CreateFont(-20, 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                                OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                                DEFAULT_PITCH, L"Arial"));
     LOGFONT logFont = {};
     EXPECT_TRUE(font.GetLogFont(&logFont));
     EXPECT_EQ(logFont.lfHeight, -20);
@@ -198,7 +199,8 @@ TEST(FromHandle, ForgetsObjectsThatAnotherThreadDestroys)
     auto pen = std::make_unique<CPen>(PS_SOLID, 1, red);
     const HPEN handle = *pen;
     std::thread([&] { pen.reset(); }).join();
-    // The handle's value may come back for another object; the map must not answer the destroyed one.
+    // The handle's value may come back for another object; the map must not answer the destroyed
+    // one.
     EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle);
     CGdiObject::DeleteTempMap();
 }

@@ -19,7 +19,8 @@ std::vector<int> CountedTraits::released;
 using Owner = framework::HandleOwner<CountedTraits>;
 
 static_assert(!std::is_copy_constructible_v<Owner> && !std::is_copy_assignable_v<Owner>);
-static_assert(std::is_nothrow_move_constructible_v<Owner> && std::is_nothrow_move_assignable_v<Owner>);
+static_assert(std::is_nothrow_move_constructible_v<Owner> &&
+              std::is_nothrow_move_assignable_v<Owner>);
 
 constexpr int one = 1;
 constexpr int two = 2;

@@ -1,4 +1,5 @@
-// The application's profile, in the real registry below a key of this process only, and in a real INI file.
+// The application's profile, in the real registry below a key of this process only, and in a real
+// INI file.
 #include <afxwin.h>
 
 #include <test_support/TemporaryFolder.h>
@@ -16,15 +17,18 @@ const std::wstring companyKey = L"Software\\" + company;
 bool KeyExists(const std::wstring& path)
 {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        return false;
     RegCloseKey(key);
     return true;
 }
 
-void SetRaw(const std::wstring& section, const wchar_t* entry, DWORD type, const void* data, DWORD size)
+void SetRaw(const std::wstring& section, const wchar_t* entry, DWORD type, const void* data,
+            DWORD size)
 {
     const std::wstring path = companyKey + L"\\Exam\\" + section;
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, path.c_str(), entry, type, data, size), ERROR_SUCCESS);
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, path.c_str(), entry, type, data, size),
+              ERROR_SUCCESS);
 }
 
 class RegistryProfile : public testing::Test

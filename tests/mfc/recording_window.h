@@ -78,9 +78,18 @@ protected:
         return TRUE;
     }
     afx_msg void OnCaptureChanged(CWnd* next) { Note(L"capture %d", next == this); }
-    afx_msg void OnKeyDown(UINT key, UINT repeat, UINT flags) { Note(L"down %u %u %u", key, repeat, flags); }
-    afx_msg void OnKeyUp(UINT key, UINT repeat, UINT flags) { Note(L"up %u %u %u", key, repeat, flags); }
-    afx_msg void OnChar(UINT key, UINT repeat, UINT flags) { Note(L"char %u %u %u", key, repeat, flags); }
+    afx_msg void OnKeyDown(UINT key, UINT repeat, UINT flags)
+    {
+        Note(L"down %u %u %u", key, repeat, flags);
+    }
+    afx_msg void OnKeyUp(UINT key, UINT repeat, UINT flags)
+    {
+        Note(L"up %u %u %u", key, repeat, flags);
+    }
+    afx_msg void OnChar(UINT key, UINT repeat, UINT flags)
+    {
+        Note(L"char %u %u %u", key, repeat, flags);
+    }
     afx_msg void OnMouseMove(UINT flags, CPoint at) { Note(L"mouse %u %d %d", flags, at.x, at.y); }
     afx_msg BOOL OnMouseWheel(UINT flags, short delta, CPoint at)
     {
@@ -88,8 +97,14 @@ protected:
         return TRUE;
     }
     afx_msg void OnLButtonDown(UINT flags, CPoint at) { Note(L"left %u %d %d", flags, at.x, at.y); }
-    afx_msg void OnLButtonUp(UINT flags, CPoint at) { Note(L"left up %u %d %d", flags, at.x, at.y); }
-    afx_msg LRESULT OnAsk(WPARAM wParam, LPARAM lParam) { return static_cast<LRESULT>(wParam) + lParam; }
+    afx_msg void OnLButtonUp(UINT flags, CPoint at)
+    {
+        Note(L"left up %u %d %d", flags, at.x, at.y);
+    }
+    afx_msg LRESULT OnAsk(WPARAM wParam, LPARAM lParam)
+    {
+        return static_cast<LRESULT>(wParam) + lParam;
+    }
     afx_msg LRESULT OnThrow(WPARAM, LPARAM) { throw std::runtime_error("thrown by a handler"); }
     afx_msg void OnBaseCommand() { Note(L"command of the base"); }
     afx_msg void OnChosen() { Note(L"chosen"); }

@@ -266,7 +266,8 @@ TEST(CString, FormatsWithWideSemantics)
     EXPECT_EQ(Formatted(L"%s|%S|%hs|%ls|%c", L"wide", "narrow", "short", L"long", L'\x20ac'),
               L"wide|narrow|short|long|\x20ac");
     EXPECT_EQ(Formatted(L"%d %05d %x %#x %u", -1, 42, 255, 255, 7u), L"-1 00042 ff 0xff 7");
-    EXPECT_EQ(Formatted(L"%I64d %I64x", 1234567890123ll, 0xfedcba9876543210ull), L"1234567890123 fedcba9876543210");
+    EXPECT_EQ(Formatted(L"%I64d %I64x", 1234567890123ll, 0xfedcba9876543210ull),
+              L"1234567890123 fedcba9876543210");
     EXPECT_EQ(Formatted(L"%.2f %g", 3.14159, 0.5), L"3.14 0.5");
     EXPECT_EQ(Formatted(L"100%%"), L"100%");
     EXPECT_EQ(Formatted(L"%-5s|%5s|%.2s", L"a", L"b", L"cde"), L"a    |    b|cd");
@@ -302,7 +303,9 @@ TEST(CString, ReportsAMissingStringResource)
 TEST(CString, AgreesWithAReferenceOnRandomTexts)
 {
     std::mt19937 random(7);
-    const auto next = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+    const auto next = [&](int below) {
+        return static_cast<int>(random() % static_cast<unsigned>(below));
+    };
     const auto word = [&] {
         std::wstring text;
         for (int i = next(8); i > 0; --i)
@@ -316,14 +319,17 @@ TEST(CString, AgreesWithAReferenceOnRandomTexts)
         const int start = next(10);
         const size_t from = static_cast<size_t>(start);
         const size_t hit = reference.find(piece, from);
-        ASSERT_EQ(text.Find(piece.c_str(), start), hit == std::wstring::npos ? -1 : static_cast<int>(hit));
-        const std::wstring part = from < reference.size() ? reference.substr(from, 3) : std::wstring();
+        ASSERT_EQ(text.Find(piece.c_str(), start),
+                  hit == std::wstring::npos ? -1 : static_cast<int>(hit));
+        const std::wstring part =
+            from < reference.size() ? reference.substr(from, 3) : std::wstring();
         ASSERT_EQ(text.Mid(start, 3), part.c_str());
         ASSERT_EQ(text.Compare(piece.c_str()) < 0, reference < piece);
         if (piece.empty()) continue;
         std::wstring replaced;
         size_t done = 0;
-        for (size_t at; (at = reference.find(piece, done)) != std::wstring::npos; done = at + piece.size())
+        for (size_t at; (at = reference.find(piece, done)) != std::wstring::npos;
+             done = at + piece.size())
             replaced += reference.substr(done, at - done) + L"-";
         replaced += reference.substr(done);
         CString changed = text;

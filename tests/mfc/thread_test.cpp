@@ -40,7 +40,8 @@ UINT __cdecl SetEventOf(LPVOID event)
 // Runs Observe on a thread of the framework and answers its exit code.
 DWORD RunObserver(Observation& seen)
 {
-    CWinThread* const thread = AfxBeginThread(&Observe, &seen, THREAD_PRIORITY_NORMAL, 0, CREATE_SUSPENDED);
+    CWinThread* const thread =
+        AfxBeginThread(&Observe, &seen, THREAD_PRIORITY_NORMAL, 0, CREATE_SUSPENDED);
     if (!thread) return 0;
     thread->m_bAutoDelete = FALSE;
     const std::unique_ptr<CWinThread> owner(thread);
@@ -82,11 +83,13 @@ TEST(Thread, HasAnObjectOfItsOwnForTheApplicationsMainWindow)
 TEST(Thread, DeletesItselfWhenItEnds)
 {
     const HANDLE ran = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    CWinThread* const thread = AfxBeginThread(&SetEventOf, ran, THREAD_PRIORITY_BELOW_NORMAL, 0, CREATE_SUSPENDED);
+    CWinThread* const thread =
+        AfxBeginThread(&SetEventOf, ran, THREAD_PRIORITY_BELOW_NORMAL, 0, CREATE_SUSPENDED);
     ASSERT_NE(thread, nullptr);
     EXPECT_EQ(thread->GetThreadPriority(), THREAD_PRIORITY_BELOW_NORMAL);
     HANDLE handle = nullptr;
-    DuplicateHandle(GetCurrentProcess(), thread->m_hThread, GetCurrentProcess(), &handle, SYNCHRONIZE, FALSE, 0);
+    DuplicateHandle(GetCurrentProcess(), thread->m_hThread, GetCurrentProcess(), &handle,
+                    SYNCHRONIZE, FALSE, 0);
     thread->ResumeThread();
     EXPECT_EQ(WaitForSingleObject(ran, waitLimit), WAIT_OBJECT_0);
     EXPECT_EQ(WaitForSingleObject(handle, waitLimit), WAIT_OBJECT_0);
@@ -134,7 +137,8 @@ namespace {
 constexpr UINT quitMessage = WM_APP + 7;
 constexpr UINT nestMessage = WM_APP + 8;
 
-// Marks the thread's temporary object of the desktop window, to see whether it is still the same one later.
+// Marks the thread's temporary object of the desktop window, to see whether it is still the same
+// one later.
 void MarkTemporaryDesktop()
 {
     CWnd::FromHandle(GetDesktopWindow())->m_hWnd = GetShellWindow();

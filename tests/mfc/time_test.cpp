@@ -44,7 +44,8 @@ TEST(CTime, KeepsItsPartsOfLocalTime)
 TEST(CTime, OrdersByMoment)
 {
     EXPECT_LT(CTime(2011, 1, 1, 0, 0, 0), CTime(2011, 1, 1, 0, 0, 1));
-    EXPECT_EQ(CTime(2012, 3, 1, 0, 0, 0).GetTime() - CTime(2012, 2, 28, 0, 0, 0).GetTime(), 2 * 86400);
+    EXPECT_EQ(CTime(2012, 3, 1, 0, 0, 0).GetTime() - CTime(2012, 2, 28, 0, 0, 0).GetTime(),
+              2 * 86400);
 }
 
 TEST(CTime, IsTheSystemsTimeNow)
@@ -95,11 +96,12 @@ TEST(COleDateTime, KeepsItsParts)
 TEST(COleDateTime, RefusesMomentsThatDoNotExist)
 {
     for (const COleDateTime& time :
-         {COleDateTime(2001, 2, 29, 0, 0, 0), COleDateTime(1900, 2, 29, 0, 0, 0), COleDateTime(2000, 13, 1, 0, 0, 0),
-          COleDateTime(2000, 0, 1, 0, 0, 0), COleDateTime(2000, 1, 0, 0, 0, 0), COleDateTime(2000, 1, 1, 24, 0, 0),
-          COleDateTime(2000, 1, 1, 0, 60, 0), COleDateTime(99, 1, 1, 0, 0, 0), COleDateTime(10000, 1, 1, 0, 0, 0),
-          COleDateTime(-1, INT_MIN, INT_MAX, 0, 0, 0), COleDateTime(std::nan("")), COleDateTime(1e300),
-          COleDateTime(-1e9)}) {
+         {COleDateTime(2001, 2, 29, 0, 0, 0), COleDateTime(1900, 2, 29, 0, 0, 0),
+          COleDateTime(2000, 13, 1, 0, 0, 0), COleDateTime(2000, 0, 1, 0, 0, 0),
+          COleDateTime(2000, 1, 0, 0, 0, 0), COleDateTime(2000, 1, 1, 24, 0, 0),
+          COleDateTime(2000, 1, 1, 0, 60, 0), COleDateTime(99, 1, 1, 0, 0, 0),
+          COleDateTime(10000, 1, 1, 0, 0, 0), COleDateTime(-1, INT_MIN, INT_MAX, 0, 0, 0),
+          COleDateTime(std::nan("")), COleDateTime(1e300), COleDateTime(-1e9)}) {
         EXPECT_EQ(time.GetStatus(), COleDateTime::invalid);
         EXPECT_EQ(time.GetYear(), AFX_OLE_DATETIME_ERROR);
         EXPECT_EQ(time.GetDay(), AFX_OLE_DATETIME_ERROR);
@@ -129,7 +131,8 @@ TEST(COleDateTime, HasNoPartsWhenItIsNull)
 TEST(COleDateTime, OrdersMomentsAlsoBeforeItsEpoch)
 {
     EXPECT_LT(COleDateTime(2000, 5, 10, 0, 0, 0), COleDateTime(2000, 5, 10, 0, 0, 1));
-    // Before the epoch the fraction counts forward: 18:00 has the smaller value, and is later all the same.
+    // Before the epoch the fraction counts forward: 18:00 has the smaller value, and is later all
+    // the same.
     EXPECT_LT(COleDateTime(1850, 1, 1, 6, 0, 0), COleDateTime(1850, 1, 1, 18, 0, 0));
     EXPECT_LT(COleDateTime(1850, 1, 1, 18, 0, 0), COleDateTime(1850, 1, 2, 6, 0, 0));
     EXPECT_EQ(COleDateTime(1850, 1, 1, 6, 0, 0), COleDateTime(1850, 1, 1, 6, 0, 0));

@@ -5,7 +5,8 @@
 #include <climits>
 #include <random>
 
-static_assert(sizeof(CPoint) == sizeof(POINT) && sizeof(CSize) == sizeof(SIZE) && sizeof(CRect) == sizeof(RECT));
+static_assert(sizeof(CPoint) == sizeof(POINT) && sizeof(CSize) == sizeof(SIZE) &&
+              sizeof(CRect) == sizeof(RECT));
 
 namespace {
 

@@ -41,11 +41,13 @@ TEST(Window, TranslatesTheParametersOfMessages)
     window.SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(MK_SHIFT, 0xFF88), MAKELPARAM(3, 4));
     window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 2));
     window.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(1, 2));
-    window.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(window.m_hWnd), MAKELPARAM(HTERROR, WM_MOUSEMOVE));
+    window.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(window.m_hWnd),
+                       MAKELPARAM(HTERROR, WM_MOUSEMOVE));
     window.SendMessage(WM_CLOSE);
-    EXPECT_EQ(window.Take(), (Calls{L"size 2 40000 5", L"move -1 7", L"timer 8345", L"down 27 1 1", L"up 27 1 49153",
-                                    L"char 120 2 0", L"mouse 1 -2 12", L"wheel 4 -120 3 4", L"left 1 1 2",
-                                    L"left up 0 1 2", L"cursor 1 -2 512", L"close"}));
+    EXPECT_EQ(window.Take(),
+              (Calls{L"size 2 40000 5", L"move -1 7", L"timer 8345", L"down 27 1 1",
+                     L"up 27 1 49153", L"char 120 2 0", L"mouse 1 -2 12", L"wheel 4 -120 3 4",
+                     L"left 1 1 2", L"left up 0 1 2", L"cursor 1 -2 512", L"close"}));
     EXPECT_TRUE(IsWindow(window)); // the handler of WM_CLOSE did not pass it on
 }
 
@@ -120,7 +122,8 @@ TEST(Window, MayBeOfAControlsClassFromItsFirstMessageOn)
     {
     };
     Hidden window;
-    ASSERT_TRUE(window.CWnd::CreateEx(0, L"Static", L"message only", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr));
+    ASSERT_TRUE(
+        window.CWnd::CreateEx(0, L"Static", L"message only", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr));
     EXPECT_EQ(window.Take(), (Calls{L"create message only"}));
     EXPECT_EQ(window.SendMessage(askMessage, 1, 1), 2);
     CString text;

@@ -87,7 +87,8 @@ TEST(ComboBox, KeepsItems)
     EXPECT_GT(box.GetItemHeight(-1), 0);
     EXPECT_EQ(box.DeleteString(0), 2);
     parent.Take();
-    parent.SendMessage(WM_COMMAND, MAKEWPARAM(7, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box.m_hWnd));
+    parent.SendMessage(WM_COMMAND, MAKEWPARAM(7, CBN_SELCHANGE),
+                       reinterpret_cast<LPARAM>(box.m_hWnd));
     EXPECT_EQ(parent.Take(), (Calls{L"selection"}));
     box.ResetContent();
     EXPECT_EQ(box.GetCount(), 0);

@@ -61,11 +61,12 @@ TEST(Window, LetsTheHandlerOfTheFirstMessageRefuse)
 TEST(Window, ReportsAClassThatDoesNotExist)
 {
     CWnd window;
-    EXPECT_FALSE(window.CreateEx(0, L"no such class", L"", WS_OVERLAPPED, CRect(0, 0, 1, 1), nullptr, 0));
+    EXPECT_FALSE(
+        window.CreateEx(0, L"no such class", L"", WS_OVERLAPPED, CRect(0, 0, 1, 1), nullptr, 0));
     EXPECT_EQ(window.GetSafeHwnd(), nullptr);
     // The refused window must not take the next one that the thread creates.
-    const HWND other =
-        CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr,
+                                       nullptr, nullptr, nullptr);
     EXPECT_EQ(CWnd::FromHandlePermanent(other), nullptr);
     ::DestroyWindow(other);
 }
@@ -105,7 +106,8 @@ TEST(Window, OnTheHeapDeletesItselfAlsoWhenItCannotBeCreated)
 {
     bool gone = false;
     auto* const window = new HeapWindow(gone);
-    EXPECT_FALSE(window->CreateEx(0, L"no such class", L"", WS_OVERLAPPED, CRect(0, 0, 1, 1), nullptr, 0));
+    EXPECT_FALSE(
+        window->CreateEx(0, L"no such class", L"", WS_OVERLAPPED, CRect(0, 0, 1, 1), nullptr, 0));
     EXPECT_TRUE(gone);
 }
 
@@ -157,8 +159,8 @@ TEST(Window, OfAnotherThreadIsForgottenWithItsObject)
 
 TEST(Window, SubclassesAnExistingOneAndGivesItBack)
 {
-    const HWND handle =
-        CreateWindowExW(0, L"STATIC", L"text", WS_OVERLAPPED, 0, 0, 5, 5, nullptr, nullptr, nullptr, nullptr);
+    const HWND handle = CreateWindowExW(0, L"STATIC", L"text", WS_OVERLAPPED, 0, 0, 5, 5, nullptr,
+                                        nullptr, nullptr, nullptr);
     const LONG_PTR procedure = GetWindowLongPtrW(handle, GWLP_WNDPROC);
     RecordingWindow window;
     ASSERT_TRUE(window.SubclassWindow(handle));
@@ -173,8 +175,8 @@ TEST(Window, SubclassesAnExistingOneAndGivesItBack)
 
 TEST(Window, AttachesWithoutRouting)
 {
-    const HWND handle =
-        CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 5, 5, nullptr, nullptr, nullptr, nullptr);
+    const HWND handle = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 5, 5, nullptr,
+                                        nullptr, nullptr, nullptr);
     {
         RecordingWindow window;
         EXPECT_FALSE(window.Attach(nullptr));
@@ -193,8 +195,8 @@ TEST(Window, AttachesWithoutRouting)
 
 TEST(Window, HasTemporaryObjectsThatOwnNothing)
 {
-    const HWND handle =
-        CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 5, 5, nullptr, nullptr, nullptr, nullptr);
+    const HWND handle = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 5, 5, nullptr,
+                                        nullptr, nullptr, nullptr);
     CWnd* const temporary = CWnd::FromHandle(handle);
     EXPECT_EQ(CWnd::FromHandle(handle), temporary);
     EXPECT_EQ(CWnd::FromHandlePermanent(handle), nullptr);

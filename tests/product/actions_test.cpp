@@ -39,8 +39,10 @@ protected:
     }
 
     static constexpr const char* sample =
-        "<actions><type name='Imaging' value='1'><a name='Freeze' code='0'/><a name='Depth' code='7'/></type>"
-        "<type name='Report' value='-5'><a name='Freeze' code='3'/></type><type name='Empty' value='0'/></actions>";
+        "<actions><type name='Imaging' value='1'><a name='Freeze' code='0'/><a name='Depth' "
+        "code='7'/></type>"
+        "<type name='Report' value='-5'><a name='Freeze' code='3'/></type><type name='Empty' "
+        "value='0'/></actions>";
 
     TemporaryFolder m_folder;
     zelXMLFile m_file;
@@ -72,8 +74,11 @@ TEST_F(VocabularyTest, AnswersMinusOneForWhatItDoesNotKnow)
     ASSERT_TRUE(load(sample));
     for (const wchar_t* name : {L"", L"imaging", L"Imaging ", L"Other"})
         EXPECT_EQ(CProActionCollection::MapActionType(name), ActionTypeNone);
-    EXPECT_EQ(CProActionCollection::MapActionType(static_cast<const wchar_t*>(nullptr)), ActionTypeNone);
-    EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(1), static_cast<const wchar_t*>(nullptr)), -1);
+    EXPECT_EQ(CProActionCollection::MapActionType(static_cast<const wchar_t*>(nullptr)),
+              ActionTypeNone);
+    EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(1),
+                                              static_cast<const wchar_t*>(nullptr)),
+              -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(1), L"freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(0), L"Freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(99), L"Freeze"), -1);
@@ -89,10 +94,13 @@ TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
           "<actions><type name='A' value='1'/><type name='B' value='1'/></actions>",
           "<actions><type name='' value='1'/></actions>", "<actions><type value='1'/></actions>",
           "<actions><type name='A'/></actions>", "<actions><type name='A' value='-1'/></actions>",
-          "<actions><type name='A' value='x'/></actions>", "<actions><type name='A' value='99999999999'/></actions>",
+          "<actions><type name='A' value='x'/></actions>",
+          "<actions><type name='A' value='99999999999'/></actions>",
           "<actions><type name='A' value='1'><a name='x'/></type></actions>",
-          "<actions><type name='A' value='1'><a name='x' code='1'/><a name='x' code='2'/></type></actions>",
-          "<actions><type name='A' value='1'><a name='x' code='1'/><a name='y' code='1'/></type></actions>",
+          "<actions><type name='A' value='1'><a name='x' code='1'/><a name='x' "
+          "code='2'/></type></actions>",
+          "<actions><type name='A' value='1'><a name='x' code='1'/><a name='y' "
+          "code='1'/></type></actions>",
           "<actions>", ""})
         EXPECT_FALSE(load(text)) << text;
     EXPECT_FALSE(CProActionCollection::LoadVocabulary(m_folder / L"missing.xml"));
@@ -143,16 +151,17 @@ TEST_F(VocabularyTest, AnElementThatNamesNoStateChangesNothing)
     ActionStateInfo info = state(8, 8, 8);
     EXPECT_FALSE(info.Load(zelXMLNode()));
     for (const char* text :
-         {"<s/>", "<s actionType='Imaging'/>", "<s action='Depth'/>", "<s actionType='Other' action='Depth'/>",
-          "<s actionType='Imaging' action='depth'/>", "<s actionType='Empty' action='Freeze'/>"})
+         {"<s/>", "<s actionType='Imaging'/>", "<s action='Depth'/>",
+          "<s actionType='Other' action='Depth'/>", "<s actionType='Imaging' action='depth'/>",
+          "<s actionType='Empty' action='Freeze'/>"})
         EXPECT_FALSE(info.Load(element(text))) << text;
     EXPECT_EQ(info, state(8, 8, 8));
 }
 
 TEST(ActionStateInfoTest, OrdersByTypeActionAndParameter)
 {
-    const std::vector<ActionStateInfo> ascending{state(-1, 5, 5), state(0, -1, 9), state(0, 3, -2), state(0, 3, 0),
-                                                 state(1, -1, 0)};
+    const std::vector<ActionStateInfo> ascending{state(-1, 5, 5), state(0, -1, 9), state(0, 3, -2),
+                                                 state(0, 3, 0), state(1, -1, 0)};
     for (std::size_t i = 0; i < ascending.size(); ++i)
         for (std::size_t j = 0; j < ascending.size(); ++j)
             EXPECT_EQ(ascending[i] < ascending[j], i < j);

@@ -11,8 +11,8 @@
 
 namespace {
 
-// Random registrations, broadcasts and destructions, from inside notifications too, against a plain list of who is
-// registered for what since when.
+// Random registrations, broadcasts and destructions, from inside notifications too, against a plain
+// list of who is registered for what since when.
 class BroadcastModel
 {
 public:
@@ -53,7 +53,9 @@ private:
         if (m_consumers.size() >= 12) return;
         const int id = m_nextId++;
         auto consumer = std::make_unique<Consumer>();
-        consumer->onChange = [this, id](const ActionStateInfo& source, int value) { told(id, source.action, value); };
+        consumer->onChange = [this, id](const ActionStateInfo& source, int value) {
+            told(id, source.action, value);
+        };
         m_consumers.emplace(id, std::move(consumer));
     }
 
@@ -69,15 +71,19 @@ private:
     {
         const int id = pickConsumer(), topic = pick(4);
         m_consumers[id]->RegisterActionSignal(state(6, topic));
-        const auto same = [&](const Entry& entry) { return entry.id == id && entry.topic == topic; };
-        if (std::none_of(m_entries.begin(), m_entries.end(), same)) m_entries.push_back({id, topic, m_clock++});
+        const auto same = [&](const Entry& entry) {
+            return entry.id == id && entry.topic == topic;
+        };
+        if (std::none_of(m_entries.begin(), m_entries.end(), same))
+            m_entries.push_back({id, topic, m_clock++});
     }
 
     void delist()
     {
         const int id = pickConsumer(), topic = pick(4);
         m_consumers[id]->UnregisterActionSignal(state(6, topic));
-        std::erase_if(m_entries, [&](const Entry& entry) { return entry.id == id && entry.topic == topic; });
+        std::erase_if(m_entries,
+                      [&](const Entry& entry) { return entry.id == id && entry.topic == topic; });
     }
 
     // The entry that has to be told next, or null.

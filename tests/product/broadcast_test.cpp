@@ -69,7 +69,8 @@ TEST(BroadcastTest, ADestroyedConsumerIsNotTold)
 
 TEST(BroadcastTest, AConsumerMayDestroyItselfAndOthersWhileItIsTold)
 {
-    auto one = std::make_unique<Consumer>(), two = std::make_unique<Consumer>(), three = std::make_unique<Consumer>();
+    auto one = std::make_unique<Consumer>(), two = std::make_unique<Consumer>(),
+         three = std::make_unique<Consumer>();
     for (auto* each : {one.get(), two.get(), three.get()})
         each->RegisterActionSignal(a);
     two->onChange = [&](const ActionStateInfo&, int) {

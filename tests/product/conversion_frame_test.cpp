@@ -12,19 +12,23 @@
 namespace {
 
 // Bilinear interpolation pixel by pixel in double precision, for comparison.
-double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int samples, int x, int y)
+double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int samples, int x,
+                  int y)
 {
     const UPoint p = Unflip(s, {x, y});
-    const auto scan = ModelOf(s).ToScan(
-        {(static_cast<double>(p.x) - s.origin.x) * s.scale.x, (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
-    if (!(scan.line >= 0 && scan.line <= s.lines - 1 && scan.sample >= 0 && scan.sample <= samples - 1)) return -1;
+    const auto scan = ModelOf(s).ToScan({(static_cast<double>(p.x) - s.origin.x) * s.scale.x,
+                                         (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
+    if (!(scan.line >= 0 && scan.line <= s.lines - 1 && scan.sample >= 0 &&
+          scan.sample <= samples - 1))
+        return -1;
     const int l = std::min(static_cast<int>(scan.line), std::max(0, s.lines - 2));
     const int n = std::min(static_cast<int>(scan.sample), std::max(0, samples - 2));
     const auto grey = [&](int line, int sample) {
         line = std::min(line, s.lines - 1);
         sample = std::min(sample, samples - 1);
-        return static_cast<double>(frame[static_cast<std::size_t>(line) * static_cast<std::size_t>(samples) +
-                                         static_cast<std::size_t>(sample)]);
+        return static_cast<double>(
+            frame[static_cast<std::size_t>(line) * static_cast<std::size_t>(samples) +
+                  static_cast<std::size_t>(sample)]);
     };
     const double fl = scan.line - l;
     const double fs = scan.sample - n;
@@ -50,20 +54,25 @@ TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
         s.origin = {s.width / 2, s.height / 8};
         s.scale = {random.Int(200, 800), random.Int(200, 800)};
         const int samples = random.Int(1, 600);
-        std::vector<unsigned char> frame(static_cast<std::size_t>(s.lines) * static_cast<std::size_t>(samples));
+        std::vector<unsigned char> frame(static_cast<std::size_t>(s.lines) *
+                                         static_cast<std::size_t>(samples));
         for (auto& byte : frame)
             byte = static_cast<unsigned char>(random.Int(0, 255));
-        std::vector<unsigned char> image(static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.height), 1);
-        ASSERT_TRUE(ScanConverter::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
+        std::vector<unsigned char> image(
+            static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.height), 1);
+        ASSERT_TRUE(
+            ScanConverter::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
         int edge = 0;
         for (int y = 0; y < s.height; ++y)
             for (int x = 0; x < s.width; ++x) {
-                const int grey = image[static_cast<std::size_t>(y) * static_cast<std::size_t>(s.width) +
-                                       static_cast<std::size_t>(x)];
+                const int grey =
+                    image[static_cast<std::size_t>(y) * static_cast<std::size_t>(s.width) +
+                          static_cast<std::size_t>(x)];
                 const double plain = PlainPixel(s, frame, samples, x, y);
                 if (std::fabs((plain < 0 ? 77 : plain) - grey) > 2) ++edge;
             }
-        // Only a pixel within a millionth of the frame's very edge may fall on the other side of it.
+        // Only a pixel within a millionth of the frame's very edge may fall on the other side of
+        // it.
         EXPECT_LE(edge, s.height / 50 + 1) << Describe(s);
     }
 }

@@ -12,7 +12,8 @@ using qor_utils::RadiansPerMillidegree;
 
 namespace {
 
-// How far apart neighbouring lines and samples are at a position, in microns: the smaller of the two.
+// How far apart neighbouring lines and samples are at a position, in microns: the smaller of the
+// two.
 double Fineness(const Scene& s, double line, double sample)
 {
     const ConversionModel model = ModelOf(s);
@@ -39,14 +40,17 @@ TEST(InverseConversion, MapsEveryPixelBackWithinOneLineAndOneSample)
         Scene s = RandomScene(random, tried % 3);
         const int line = random.Int(0, s.lines - 1) - s.scanC;
         const int sample = random.Int(0, 4000);
-        if (s.probe.radius < 0 && sample * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed) > -s.probe.radius)
+        if (s.probe.radius < 0 &&
+            sample * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed) > -s.probe.radius)
             continue; // behind the centre of a concave face the lines cross
         const double fine = Fineness(s, line + s.scanC, sample);
         if (fine < 1) continue;
         s.scale = {random.Int(1, static_cast<int>(fine)), random.Int(1, static_cast<int>(fine))};
         const ScanPixel back = Precise(s, Unflip(s, Forward(s, line, sample)));
-        ASSERT_NEAR(LineOf(back), line + s.scanC, 1) << Describe(s) << " line " << line << " sample " << sample;
-        ASSERT_NEAR(SampleOf(back), sample, 1) << Describe(s) << " line " << line << " sample " << sample;
+        ASSERT_NEAR(LineOf(back), line + s.scanC, 1)
+            << Describe(s) << " line " << line << " sample " << sample;
+        ASSERT_NEAR(SampleOf(back), sample, 1)
+            << Describe(s) << " line " << line << " sample " << sample;
         ++tried;
     }
 }
@@ -80,8 +84,10 @@ TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
         const int b = random.Int(0, 4000);
         const UPoint p = Forward(s, line, a);
         const UPoint q = Forward(s, line, b);
-        const double pixels = std::hypot(static_cast<double>(p.x) - q.x, static_cast<double>(p.y) - q.y);
-        const double depth = std::abs(a - b) * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed);
+        const double pixels =
+            std::hypot(static_cast<double>(p.x) - q.x, static_cast<double>(p.y) - q.y);
+        const double depth =
+            std::abs(a - b) * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed);
         // A pixel in each direction: both ends are rounded.
         ASSERT_NEAR(pixels, depth / scale, 1.4143) << Describe(s);
     }
@@ -89,7 +95,18 @@ TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
 
 TEST(InverseConversion, CountsFromTheCornerOfARectangle)
 {
-    const Scene s{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}, 0, 0, 0};
+    const Scene s{SampleCurved,
+                  SampleLines,
+                  SampleFrequency,
+                  1540,
+                  0,
+                  0,
+                  0,
+                  {640, -100},
+                  {100, 100},
+                  0,
+                  0,
+                  0};
     const ScanPixel plain = Precise(s, {700, 700});
     const ScanPixel relative = Precise(s, {700, 700}, {40, 100, 200, 900});
     EXPECT_EQ(relative.line, plain.line - 40);
@@ -113,7 +130,18 @@ TEST(InverseConversion, RoundsDownwardsWithPositiveSixteenths)
 
 TEST(InverseConversion, UnusableInputIsOutside)
 {
-    const Scene good{SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}, 0, 0, 0};
+    const Scene good{SampleCurved,
+                     SampleLines,
+                     SampleFrequency,
+                     1540,
+                     0,
+                     0,
+                     0,
+                     {640, -100},
+                     {100, 100},
+                     0,
+                     0,
+                     0};
     const auto outside = [](const Scene& s) {
         const ScanPixel p = Precise(s, {640, 500}, {5, 6, 7, 8});
         return p.line == -1 && p.sample == -1 && p.lineFraction == 0 && p.sampleFraction == 0;
@@ -145,8 +173,9 @@ TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
     int line = 7;
     int sample = 7;
     const auto call = [&](const ZelProbe* probe, double sinSteer, double cosSteer) {
-        ScanConverter::GetPreciseUSCoordinates(1, 2, &line, &sample, nullptr, nullptr, {}, probe, 1540, 0, 0, 100,
-                                               1000000, {0, 0}, {10, 10}, sinSteer, cosSteer, true);
+        ScanConverter::GetPreciseUSCoordinates(1, 2, &line, &sample, nullptr, nullptr, {}, probe,
+                                               1540, 0, 0, 100, 1000000, {0, 0}, {10, 10}, sinSteer,
+                                               cosSteer, true);
     };
     call(nullptr, 0, 1);
     EXPECT_EQ(line, -1);
@@ -189,9 +218,10 @@ TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
         Scene s = RandomScene(random, i % 3);
         s.scale = {random.Int(20, 400), random.Int(20, 400)};
         const double a = s.scanA * RadiansPerMillidegree;
-        const URect corner{random.Int(0, 1) * random.Int(0, 50), random.Int(0, 1) * random.Int(0, 500), 0, 0};
-        const PixelConverter converter(corner, &s.probe, s.soundSpeed, s.scanB, s.lines, s.samplingFreq, s.origin,
-                                       s.scale, std::sin(a), std::cos(a));
+        const URect corner{random.Int(0, 1) * random.Int(0, 50),
+                           random.Int(0, 1) * random.Int(0, 500), 0, 0};
+        const PixelConverter converter(corner, &s.probe, s.soundSpeed, s.scanB, s.lines,
+                                       s.samplingFreq, s.origin, s.scale, std::sin(a), std::cos(a));
         const int lineEnd = random.Int(1, s.lines);
         const int sampleEnd = random.Int(1, 3000);
         const int x = random.Int(0, s.width);
@@ -199,7 +229,8 @@ TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
         const auto found = converter.TestUpwards(x, y, lineEnd, sampleEnd);
         for (int k = 1; k <= std::min(found.pixelsAbove, 2000); ++k) {
             const ScanPixel p = converter.At(x, y - k);
-            ASSERT_FALSE(p.line > 0 && p.line < lineEnd && p.sample > 0 && p.sample < sampleEnd) << Describe(s);
+            ASSERT_FALSE(p.line > 0 && p.line < lineEnd && p.sample > 0 && p.sample < sampleEnd)
+                << Describe(s);
             ASSERT_TRUE(k > found.pixelsPastLines || p.line >= lineEnd) << Describe(s);
         }
     }

@@ -5,7 +5,8 @@
 Scene RandomScene(Random& random, int type)
 {
     Scene s;
-    s.probe = {type, random.Int(2, 300), random.Int(100, 600), random.Int(8000, 80000), random.Int(10000, 120000)};
+    s.probe = {type, random.Int(2, 300), random.Int(100, 600), random.Int(8000, 80000),
+               random.Int(10000, 120000)};
     // A fan of less than a full turn, and of less than half a turn for a concave face.
     const double turn = static_cast<double>(s.probe.elements) * s.probe.pitch / s.probe.radius;
     if (type == 0 && turn > 6) s.probe.elements = std::max(1, s.probe.elements / 4);
@@ -25,7 +26,8 @@ Scene RandomScene(Random& random, int type)
 
 std::string Describe(const Scene& s)
 {
-    return "type " + std::to_string(s.probe.type) + " elements " + std::to_string(s.probe.elements) + " radius " +
-           std::to_string(s.probe.radius) + " lines " + std::to_string(s.lines) + " scanA " + std::to_string(s.scanA) +
-           " scanB " + std::to_string(s.scanB) + " flip " + std::to_string(s.flip);
+    return "type " + std::to_string(s.probe.type) + " elements " +
+           std::to_string(s.probe.elements) + " radius " + std::to_string(s.probe.radius) +
+           " lines " + std::to_string(s.lines) + " scanA " + std::to_string(s.scanA) + " scanB " +
+           std::to_string(s.scanB) + " flip " + std::to_string(s.flip);
 }

@@ -35,8 +35,9 @@ struct Scene
 
 inline UPoint Forward(const Scene& s, int line, int sample)
 {
-    return qor_utils::GetPixelCoordinatesLD(line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB, &s.probe,
-                                            s.soundSpeed, s.lines, s.scanC, s.width, s.height, s.flip);
+    return qor_utils::GetPixelCoordinatesLD(line, sample, s.origin, s.scale, s.samplingFreq,
+                                            s.scanA, s.scanB, &s.probe, s.soundSpeed, s.lines,
+                                            s.scanC, s.width, s.height, s.flip);
 }
 
 inline UPoint Unflip(const Scene& s, UPoint p)
@@ -50,9 +51,10 @@ inline ScanPixel Precise(const Scene& s, const UPoint& p, const URect& rect = {}
 {
     ScanPixel out;
     const double a = s.scanA * qor_utils::RadiansPerMillidegree;
-    ScanConverter::GetPreciseUSCoordinates(p.x, p.y, &out.line, &out.sample, &out.lineFraction, &out.sampleFraction,
-                                           rect, &s.probe, s.soundSpeed, s.scanA, s.scanB, s.lines, s.samplingFreq,
-                                           s.origin, s.scale, std::sin(a), std::cos(a), false);
+    ScanConverter::GetPreciseUSCoordinates(p.x, p.y, &out.line, &out.sample, &out.lineFraction,
+                                           &out.sampleFraction, rect, &s.probe, s.soundSpeed,
+                                           s.scanA, s.scanB, s.lines, s.samplingFreq, s.origin,
+                                           s.scale, std::sin(a), std::cos(a), false);
     return out;
 }
 
@@ -76,13 +78,17 @@ class Random
 {
 public:
     int Int(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_engine); }
-    double Real(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_engine); }
+    double Real(double low, double high)
+    {
+        return std::uniform_real_distribution<double>(low, high)(m_engine);
+    }
 
 private:
     std::mt19937 m_engine{20240917};
 };
 
-// A probe of the type with random settings, and an image of random place; the scale is left to the test.
+// A probe of the type with random settings, and an image of random place; the scale is left to the
+// test.
 Scene RandomScene(Random& random, int type);
 
 // What tells one random scene from another, for messages.

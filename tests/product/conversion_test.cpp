@@ -1,4 +1,5 @@
-// Lines and samples to pixels: the published coordinates, each kind of probe, steering, flips and unusable input.
+// Lines and samples to pixels: the published coordinates, each kind of probe, steering, flips and
+// unusable input.
 #include "conversion_scene.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +15,8 @@ using qor_utils::RadiansPerMillidegree;
 
 namespace {
 
-// The curved sample's published geometry: first and last sample, sector; line 120 of 241 points straight down.
+// The curved sample's published geometry: first and last sample, sector; line 120 of 241 points
+// straight down.
 constexpr double FirstRadius = 26400; // microns
 constexpr double LastRadius = 131500;
 constexpr double Sector = 3.14159265358979323846 / 2 + 0.5;
@@ -52,7 +54,8 @@ void ExpectPublishedCoordinates(Scene s)
     for (int line = 0; line < SampleLines; ++line)
         for (int sample = 0; sample < 2048; ++sample) {
             const auto expected = Published(line, sample);
-            const auto m = ModelOf(s).ToMicrons({static_cast<double>(line), static_cast<double>(sample)});
+            const auto m =
+                ModelOf(s).ToMicrons({static_cast<double>(line), static_cast<double>(sample)});
             worst = std::max({worst, std::fabs(m.x - expected.x), std::fabs(m.y - expected.y)});
             const UPoint p = Forward(s, line, sample);
             // Half a pixel of rounding and the difference of the two descriptions.
@@ -66,7 +69,8 @@ void ExpectPublishedCoordinates(Scene s)
 
 TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
 {
-    ExpectPublishedCoordinates({SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0});
+    ExpectPublishedCoordinates(
+        {SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0});
 }
 
 TEST(ForwardConversion, ReproducesThemFromTheCommittedRecordingsDescription)
@@ -78,11 +82,12 @@ TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
 {
     const UPoint scale{100, 100};
     const auto at = [&](int line, int sample, int steer) {
-        return qor_utils::GetPixelCoordinates(line, sample, {1000, 10}, scale, 7700000, steer, 0, &Linear, 1540, 0, 0,
-                                              0, 0);
+        return qor_utils::GetPixelCoordinates(line, sample, {1000, 10}, scale, 7700000, steer, 0,
+                                              &Linear, 1540, 0, 0, 0, 0);
     };
     // 100 microns a sample; 3 pixels an element; the middle of 128 elements is between 63 and 64.
-    EXPECT_EQ(at(0, 0, 0), (UPoint{810, 10})); // 1000 - 63.5 x 3 = 809.5, and halves go away from zero
+    EXPECT_EQ(at(0, 0, 0),
+              (UPoint{810, 10})); // 1000 - 63.5 x 3 = 809.5, and halves go away from zero
     EXPECT_EQ(at(127, 400, 0).y, 410);
     EXPECT_EQ(at(64, 0, 0).x - at(63, 0, 0).x, 3);
     for (int line : {0, 31, 127}) {
@@ -95,10 +100,11 @@ TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
 
 TEST(ForwardConversion, PhasedLinesFanOutFromTheOriginOverTheSector)
 {
-    // 60 lines over 90 degrees are 1.5 degrees apart; line 0 is at -44.25 degrees; 100 microns a sample.
+    // 60 lines over 90 degrees are 1.5 degrees apart; line 0 is at -44.25 degrees; 100 microns a
+    // sample.
     const auto at = [](int line, int sample) {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, {500, 20}, {100, 100}, 7700000, 0, 0, &Phased, 1540, 60,
-                                                0, 0, 0, 0);
+        return qor_utils::GetPixelCoordinatesLD(line, sample, {500, 20}, {100, 100}, 7700000, 0, 0,
+                                                &Phased, 1540, 60, 0, 0, 0, 0);
     };
     EXPECT_EQ(at(0, 0), (UPoint{500, 20}));
     EXPECT_EQ(at(0, 1000), (UPoint{500 - 698, 20 + 716}));
@@ -109,7 +115,8 @@ TEST(ForwardConversion, ExtendedSectorLeavesTheFaceAcrossTheAperture)
 {
     const Scene s{Phased, 1, 7700000, 1540, 0, 20000, 0, {}, {}, 0, 0, 0};
     const ConversionModel model = ModelOf(s);
-    // The edges of the sector of 90 + 20 degrees lie half a line beyond the first and the last line.
+    // The edges of the sector of 90 + 20 degrees lie half a line beyond the first and the last
+    // line.
     const auto face = model.ToMicrons({0.5, 0});
     EXPECT_NEAR(face.x, 64 * 220 / 2.0, 1e-6);
     EXPECT_NEAR(face.y, 0, 1e-6);
@@ -127,7 +134,8 @@ TEST(ForwardConversion, SteeringTurnsAFanAboutTheOrigin)
         const auto a = ModelOf(straight).ToMicrons({static_cast<double>(line), 500});
         const auto b = ModelOf(steered).ToMicrons({static_cast<double>(line), 500});
         EXPECT_NEAR(std::hypot(a.x, a.y), std::hypot(b.x, b.y), 1e-6);
-        EXPECT_NEAR(std::atan2(b.x, b.y) - std::atan2(a.x, a.y), 12000 * RadiansPerMillidegree, 1e-12);
+        EXPECT_NEAR(std::atan2(b.x, b.y) - std::atan2(a.x, a.y), 12000 * RadiansPerMillidegree,
+                    1e-12);
     }
 }
 
@@ -137,8 +145,8 @@ TEST(ForwardConversion, ConcaveFaceLiesAboveItsCentre)
     concave.radius = -30000;
     concave.elements = 100;
     const auto at = [&](int line) {
-        return qor_utils::GetPixelCoordinates(line, 0, {500, 500}, {100, 100}, 7700000, 0, 0, &concave, 1540, 0, 0, 0,
-                                              0);
+        return qor_utils::GetPixelCoordinates(line, 0, {500, 500}, {100, 100}, 7700000, 0, 0,
+                                              &concave, 1540, 0, 0, 0, 0);
     };
     EXPECT_LT(at(0).x, at(99).x) << "line 0 is at the left";
     EXPECT_LT(at(0).x, 500);
@@ -171,9 +179,10 @@ TEST(ForwardConversion, UnusableInputGivesTheOrigin)
 {
     const UPoint origin{123, 45};
     const UPoint scale{100, 100};
-    const auto at = [&](const ZelProbe* probe, int frequency, UPoint micronsPerPixel, int speed = 1540) {
-        return qor_utils::GetPixelCoordinates(10, 100, origin, micronsPerPixel, frequency, 0, 0, probe, speed, 0, 0, 0,
-                                              0);
+    const auto at = [&](const ZelProbe* probe, int frequency, UPoint micronsPerPixel,
+                        int speed = 1540) {
+        return qor_utils::GetPixelCoordinates(10, 100, origin, micronsPerPixel, frequency, 0, 0,
+                                              probe, speed, 0, 0, 0, 0);
     };
     ZelProbe unknown = Linear;
     unknown.type = 3;
@@ -192,11 +201,12 @@ TEST(ForwardConversion, UnusableInputGivesTheOrigin)
 
 TEST(ForwardConversion, AbsurdInputStopsAtTheLimits)
 {
-    const UPoint p = qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1, INT_MIN, 0,
-                                                    &Linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
+    const UPoint p =
+        qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1, INT_MIN, 0,
+                                       &Linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
     EXPECT_TRUE(p == p);
-    const UPoint deep =
-        qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &Linear, INT_MAX, 0, 0, 0, 0);
+    const UPoint deep = qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &Linear,
+                                                       INT_MAX, 0, 0, 0, 0);
     EXPECT_EQ(deep.y, INT_MAX);
 }
 

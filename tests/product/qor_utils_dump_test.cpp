@@ -22,12 +22,15 @@ namespace {
 using test_support::fileExists;
 using test_support::TemporaryFolder;
 
-// Reads a dump's structures with each offset checked against the file's size. They are packed to 4 bytes: an
-// expectation must be given a copy (+member) of a 64-bit member, never a reference to it.
+// Reads a dump's structures with each offset checked against the file's size. They are packed to 4
+// bytes: an expectation must be given a copy (+member) of a 64-bit member, never a reference to it.
 class Dump
 {
 public:
-    explicit Dump(const std::wstring& path) : m_bytes(test_support::readFile(path)), m_header(at<MINIDUMP_HEADER>(0)) {}
+    explicit Dump(const std::wstring& path)
+        : m_bytes(test_support::readFile(path)), m_header(at<MINIDUMP_HEADER>(0))
+    {
+    }
 
     const MINIDUMP_HEADER& header() const { return m_header; }
 
@@ -44,7 +47,8 @@ public:
     std::optional<MINIDUMP_LOCATION_DESCRIPTOR> stream(ULONG32 type) const
     {
         for (ULONG32 i = 0; i < m_header.NumberOfStreams; ++i) {
-            const auto entry = at<MINIDUMP_DIRECTORY>(m_header.StreamDirectoryRva + i * sizeof(MINIDUMP_DIRECTORY));
+            const auto entry = at<MINIDUMP_DIRECTORY>(m_header.StreamDirectoryRva +
+                                                      i * sizeof(MINIDUMP_DIRECTORY));
             if (entry.StreamType == type) return entry.Location;
         }
         return std::nullopt;
@@ -114,7 +118,8 @@ TEST(MiniDump, HasTheHeaderOfItsKind)
 {
     const TemporaryFolder folder;
     CapturedException exception;
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
+    ASSERT_TRUE(
+        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
     const Dump dump(folder / L"a.dmp");
     EXPECT_EQ(dump.header().Signature, 0x504D444Du); // "MDMP"
     EXPECT_EQ(dump.header().Version & 0xFFFF, 0xA793u);
@@ -133,7 +138,8 @@ TEST(MiniDump, DescribesTheSystemAndTheModules)
     const auto own = reinterpret_cast<ULONG64>(GetModuleHandleW(L"qor_utils.dll"));
     bool found = false;
     for (const auto& module : dump.list<MINIDUMP_MODULE>(ModuleListStream))
-        found |= module.BaseOfImage == own && dump.name(module.ModuleNameRva).ends_with(L"qor_utils.dll");
+        found |= module.BaseOfImage == own &&
+                 dump.name(module.ModuleNameRva).ends_with(L"qor_utils.dll");
     EXPECT_TRUE(found);
 }
 
@@ -141,7 +147,8 @@ TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
 {
     const TemporaryFolder folder;
     CapturedException exception;
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
+    ASSERT_TRUE(
+        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
     const Dump dump(folder / L"a.dmp");
     const auto location = dump.stream(ExceptionStream);
     ASSERT_TRUE(location);
@@ -192,8 +199,10 @@ TEST(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
     for (std::size_t i = 0; i < marker.size(); ++i)
         marker[i] = static_cast<char>(i * 37 + 11);
     const std::string_view bytes(marker.data(), marker.size());
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr, MiniDumpWithFullMemory));
+    ASSERT_TRUE(
+        MemoryDumper::GenerateMiniDump((folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr,
+                                               MiniDumpWithFullMemory));
     EXPECT_FALSE(Dump(folder / L"small.dmp").contains(bytes));
     const Dump full(folder / L"full.dmp");
     EXPECT_EQ(+full.header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
@@ -233,7 +242,8 @@ TEST(MiniDump, FailsWhereNoFileCanBe)
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0));
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(folder.path().c_str(), nullptr, 0));
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / L"missing\\a.dmp").c_str(), nullptr, 0));
-    EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
+    EXPECT_FALSE(
+        MemoryDumper::GenerateMiniDump((folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
     EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0))
         << "a failure ends with its call";
 }
@@ -265,8 +275,10 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
     using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
     using Unlock = LONG(WINAPI*)(ULONG, ULONG_PTR);
     const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
-    const auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrLockLoaderLock")));
-    const auto unlock = reinterpret_cast<Unlock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
+    const auto lock =
+        reinterpret_cast<Lock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrLockLoaderLock")));
+    const auto unlock = reinterpret_cast<Unlock>(
+        reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
     if (!lock || !unlock) GTEST_SKIP() << "the platform does not offer the loader's lock";
     const TemporaryFolder folder;
     ULONG_PTR cookie = 0;
@@ -274,7 +286,8 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
     const bool written = MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0);
     unlock(0, cookie);
     EXPECT_TRUE(written);
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0)) << "and the next as ever";
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
+        << "and the next as ever";
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// The logger's file: what it holds, when it is opened and renamed, in which folder, and what it survives.
+// The logger's file: what it holds, when it is opened and renamed, in which folder, and what it
+// survives.
 #include "log_folder.h"
 
 #include <qor_utils/zelPath.h>
@@ -22,10 +23,13 @@ using test_support::TemporaryFolder;
 TEST(LogFile, HoldsEachMessageWhenTheCallReturns)
 {
     const LogFolder folder;
-    zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32, 1)(L"Could not load actions from file");
+    zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32,
+                            1)(L"Could not load actions from file");
     const std::string file = readFile(folder.file());
-    EXPECT_NE(file.find("[error] Utils_Statics/ActionRepository(32): Could not load actions from file\r\n"),
-              std::string::npos)
+    EXPECT_NE(
+        file.find(
+            "[error] Utils_Statics/ActionRepository(32): Could not load actions from file\r\n"),
+        std::string::npos)
         << file;
 }
 
@@ -45,7 +49,8 @@ TEST(LogFile, IsUtf8)
 {
     const LogFolder folder;
     log(L"\x00E4\x4E2D\xD83D\xDE00 {} %%n");
-    EXPECT_NE(readFile(folder.file()).find("\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80 {} %n"), std::string::npos);
+    EXPECT_NE(readFile(folder.file()).find("\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80 {} %n"),
+              std::string::npos);
 }
 
 TEST(LogFile, IsOpenedByTheFirstMessageOnly)
@@ -105,7 +110,8 @@ TEST(LogFile, HoldsEveryMessageOfManyThreadsOnALineOfItsOwn)
     EXPECT_EQ(capture.messages().size(), 6u * perThread);
     for (int t = 0; t < 6; ++t) {
         for (int i = 0; i < perThread; ++i)
-            ASSERT_EQ(count(file, ": <" + std::to_string(t) + "/" + std::to_string(i) + ">\r\n"), 1u);
+            ASSERT_EQ(count(file, ": <" + std::to_string(t) + "/" + std::to_string(i) + ">\r\n"),
+                      1u);
     }
 }
 
@@ -128,12 +134,14 @@ TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
 {
     const LogFolder folder;
     const LogCapture capture;
-    const HANDLE held = CreateFileW(folder.file().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    const HANDLE held =
+        CreateFileW(folder.file().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     log(L"held");
     CloseHandle(held);
     EXPECT_EQ(lastText(capture), L"held");
-    zelLogger::setDirectory(folder.path()); // does not wait for the time after which the file is tried again
+    zelLogger::setDirectory(
+        folder.path()); // does not wait for the time after which the file is tried again
     log(L"free");
     EXPECT_NE(readFile(folder.file()).find("free"), std::string::npos);
 }

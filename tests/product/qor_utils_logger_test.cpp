@@ -1,4 +1,5 @@
-// The logger: what reaches the hook and the debugger, how texts are formatted, and which paths it warns of.
+// The logger: what reaches the hook and the debugger, how texts are formatted, and which paths it
+// warns of.
 #include "log_folder.h"
 
 #include <test_support/Files.h>
@@ -22,7 +23,8 @@ TEST(LogHook, IsHandedSourceLineLevelAndText)
 {
     const LogFolder folder;
     const LogCapture capture;
-    zelLogger::zelLogHelper("Utils_Statics/Utils_Statics", 1332, 2)(L"Layout File - File %s not found.", L"a.xml");
+    zelLogger::zelLogHelper("Utils_Statics/Utils_Statics", 1332,
+                            2)(L"Layout File - File %s not found.", L"a.xml");
     ASSERT_EQ(capture.messages().size(), 1u);
     EXPECT_EQ(capture.messages()[0].source, "Utils_Statics/Utils_Statics");
     EXPECT_EQ(capture.messages()[0].line, 1332);
@@ -124,7 +126,8 @@ TEST(LogText, IsFormattedAsThePlatformFormatsWideText)
 {
     const LogFolder folder;
     const LogCapture capture;
-    log(L"%s|%S|%hs|%ls|%c|%d|%5.2f|%08x|%%", L"wide", "narrow", "narrow", L"wide", L'c', -5, 3.14159, 0xBEEFu);
+    log(L"%s|%S|%hs|%ls|%c|%d|%5.2f|%08x|%%", L"wide", "narrow", "narrow", L"wide", L'c', -5,
+        3.14159, 0xBEEFu);
     EXPECT_EQ(lastText(capture), L"wide|narrow|narrow|wide|c|-5| 3.14|0000beef|%");
     log(L"%I64u", 18446744073709551615ull);
     EXPECT_EQ(lastText(capture), L"18446744073709551615");
@@ -147,7 +150,8 @@ TEST(LogText, IsWholeUpToItsLimitAndCutThere)
 {
     const LogFolder folder;
     const LogCapture capture;
-    for (const std::size_t length : {511u, 512u, 513u, 2047u, 2048u, 32768u, 65535u, 65536u, 65537u, 200000u}) {
+    for (const std::size_t length :
+         {511u, 512u, 513u, 2047u, 2048u, 32768u, 65535u, 65536u, 65537u, 200000u}) {
         const std::wstring text(length, L'x');
         log(L"%s", text.c_str());
         EXPECT_EQ(lastText(capture), text.substr(0, longestText)) << length;
@@ -172,7 +176,8 @@ TEST(LogText, TakesANullSourceForEmpty)
     EXPECT_EQ(capture.messages()[0].source, "");
 }
 
-// The system announces a text for the debugger by an exception, wide or narrow by its version, that a handler can see.
+// The system announces a text for the debugger by an exception, wide or narrow by its version, that
+// a handler can see.
 std::wstring* debuggerText = nullptr;
 
 LONG CALLBACK seeDebuggerText(EXCEPTION_POINTERS* pointers)
@@ -209,9 +214,11 @@ TEST(CheckPath, AcceptsWhatAFileSystemCanHold)
     const LogCapture capture;
     const std::wstring long259 = L"C:\\" + std::wstring(256, L'x');
     const std::wstring prefixed = L"\\\\?\\C:\\" + std::wstring(400, L'x');
-    for (const wchar_t* path : {L"C:\\db\\P1", L"c:relative", L"relative/x", L"\\\\server\\share\\x", L"..", L"a b.c",
-                                L"\xD83D\xDE00", long259.c_str(), prefixed.c_str()})
-        EXPECT_TRUE(zelLogger::checkPath("s", 1, path)) << testing::PrintToString(std::wstring(path));
+    for (const wchar_t* path :
+         {L"C:\\db\\P1", L"c:relative", L"relative/x", L"\\\\server\\share\\x", L"..", L"a b.c",
+          L"\xD83D\xDE00", long259.c_str(), prefixed.c_str()})
+        EXPECT_TRUE(zelLogger::checkPath("s", 1, path))
+            << testing::PrintToString(std::wstring(path));
     EXPECT_TRUE(capture.messages().empty());
 }
 
@@ -220,13 +227,24 @@ TEST(CheckPath, WarnsOfWhatItCannot)
     const LogFolder folder;
     const LogCapture capture;
     const std::wstring long260 = L"C:\\" + std::wstring(257, L'x');
-    const wchar_t* const faulty[] = {
-        L"",     L"C:\\a<b", L"C:\\a>b", L"C:\\a\"b",       L"C:\\a|b",      L"C:\\a?b",     L"C:\\a*b",
-        L"a\tb", L"a\nb",    L"C:\\a:b", L"\\\\?\\C:\\a*b", L"file:///C:/a", long260.c_str()};
+    const wchar_t* const faulty[] = {L"",
+                                     L"C:\\a<b",
+                                     L"C:\\a>b",
+                                     L"C:\\a\"b",
+                                     L"C:\\a|b",
+                                     L"C:\\a?b",
+                                     L"C:\\a*b",
+                                     L"a\tb",
+                                     L"a\nb",
+                                     L"C:\\a:b",
+                                     L"\\\\?\\C:\\a*b",
+                                     L"file:///C:/a",
+                                     long260.c_str()};
     std::size_t warnings = 0;
     for (const wchar_t* path : faulty) {
         EXPECT_FALSE(zelLogger::checkPath("Utils_Statics/Utils_Statics", 1029, path));
-        ASSERT_EQ(capture.messages().size(), ++warnings) << testing::PrintToString(std::wstring(path));
+        ASSERT_EQ(capture.messages().size(), ++warnings)
+            << testing::PrintToString(std::wstring(path));
         EXPECT_EQ(capture.messages().back().source, "Utils_Statics/Utils_Statics");
         EXPECT_EQ(capture.messages().back().line, 1029);
         EXPECT_EQ(capture.messages().back().level, 2);

@@ -18,7 +18,10 @@ namespace {
 class StoreFolder
 {
 public:
-    StoreFolder(int store, const std::wstring& folder) : m_store(store) { zelPath::setPath(store, folder); }
+    StoreFolder(int store, const std::wstring& folder) : m_store(store)
+    {
+        zelPath::setPath(store, folder);
+    }
     ~StoreFolder() { zelPath::setPath(m_store, L""); }
     StoreFolder(const StoreFolder&) = delete;
     StoreFolder& operator=(const StoreFolder&) = delete;
@@ -31,7 +34,8 @@ TEST(zelPath, HasADefaultTreeBelowTheApplication)
 {
     const std::wstring application = besideProgram(L"");
     EXPECT_EQ(zelPath::getPath(0, L"exam.exe"), application + L"exam.exe");
-    EXPECT_EQ(zelPath::getPath(1, L"button_states.xml"), application + L"protocols\\fallback\\button_states.xml");
+    EXPECT_EQ(zelPath::getPath(1, L"button_states.xml"),
+              application + L"protocols\\fallback\\button_states.xml");
     EXPECT_EQ(zelPath::getPath(2, L"a.png"), application + L"images\\a.png");
     EXPECT_EQ(zelPath::getPath(9, L"res/a.png"), application + L"layouts\\res/a.png");
     EXPECT_EQ(zelPath::getPath(21, L"a"), application + L"layouts\\fallback\\a");

@@ -13,7 +13,8 @@ using Pixels = std::vector<unsigned int>;
 
 std::size_t at(int x, int y, int width)
 {
-    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+           static_cast<std::size_t>(x);
 }
 
 Pixels plainInvert(const Pixels& in, int width, int height)
@@ -84,7 +85,8 @@ TEST(PixelArrays, AgreeWithThePlainFormForRandomSizes)
         Pixels both = in;
         qor_utils::InvertImage(both.data(), width, height);
         qor_utils::MirrorImage(both.data(), width, height);
-        ASSERT_EQ(both, plainMirror(plainInvert(in, width, height), width, height)) << width << " x " << height;
+        ASSERT_EQ(both, plainMirror(plainInvert(in, width, height), width, height))
+            << width << " x " << height;
     }
 }
 
@@ -107,7 +109,8 @@ TEST(PixelArrays, DoNothingWithoutPixels)
     qor_utils::MirrorImage(nullptr, 4, 4);
     const Pixels in = {1, 2, 3, 4};
     Pixels pixels = in;
-    for (const auto& [width, height] : {std::pair{0, 4}, {4, 0}, {-1, 4}, {4, -1}, {-2, -2}, {INT_MIN, INT_MIN}}) {
+    for (const auto& [width, height] :
+         {std::pair{0, 4}, {4, 0}, {-1, 4}, {4, -1}, {-2, -2}, {INT_MIN, INT_MIN}}) {
         qor_utils::InvertImage(pixels.data(), width, height);
         qor_utils::MirrorImage(pixels.data(), width, height);
     }
@@ -120,7 +123,8 @@ TEST(PixelArrays, DoNothingForSizesThatNoMemoryHolds)
     if (sizeof(void*) > 4) GTEST_SKIP() << "the sizes below fit a 64-bit address space";
     const Pixels in = {1, 2, 3, 4};
     Pixels pixels = in;
-    for (const auto& [width, height] : {std::pair{65536, 65536}, {32768, 32768}, {INT_MAX, INT_MAX}, {2, INT_MAX}}) {
+    for (const auto& [width, height] :
+         {std::pair{65536, 65536}, {32768, 32768}, {INT_MAX, INT_MAX}, {2, INT_MAX}}) {
         qor_utils::InvertImage(pixels.data(), width, height);
         qor_utils::MirrorImage(pixels.data(), width, height);
     }

@@ -126,8 +126,10 @@ TEST_F(Profile, ReplacesVariablesInAnExpandableText)
 {
     ASSERT_TRUE(SetEnvironmentVariableW(L"QOR_PROFILE_TEST", std::wstring(3000, L'v').c_str()));
     const std::wstring text = L"<%QOR_PROFILE_TEST%>%NO_SUCH_VARIABLE_HERE%";
-    key.set(section, L"Data", REG_EXPAND_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-    EXPECT_EQ(ReadProfileString(section, L"Data", L"d"), L"<" + std::wstring(3000, L'v') + L">%NO_SUCH_VARIABLE_HERE%");
+    key.set(section, L"Data", REG_EXPAND_SZ, text.c_str(),
+            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    EXPECT_EQ(ReadProfileString(section, L"Data", L"d"),
+              L"<" + std::wstring(3000, L'v') + L">%NO_SUCH_VARIABLE_HERE%");
     key.setText(section, L"Data", text);
     EXPECT_EQ(ReadProfileString(section, L"Data", L"d"), text) << "a plain text is left as it is";
 }

@@ -23,11 +23,12 @@ std::string unit(const std::string& key, const std::string& source, const std::s
            (target.empty() ? "" : "<target>" + target + "</target>") + "</trans-unit>";
 }
 
-std::string section(const std::string& language, const std::string& units, const std::string& base = "en")
+std::string section(const std::string& language, const std::string& units,
+                    const std::string& base = "en")
 {
     const std::string target = language.empty() ? "" : " target-language=\"" + language + "\"";
-    return "<file original=\"exam\" datatype=\"plaintext\" source-language=\"" + base + "\"" + target + "><body>" +
-           units + "</body></file>";
+    return "<file original=\"exam\" datatype=\"plaintext\" source-language=\"" + base + "\"" +
+           target + "><body>" + units + "</body></file>";
 }
 
 std::string document(const std::string& sections)
@@ -53,7 +54,8 @@ protected:
     // English with German and French, the way three files of a folder hold them.
     void loadThreeLanguages()
     {
-        write(L"de.xlf", document(section("de", unit("yes", "Yes", "Ja") + unit("no", "No", "Nein"))));
+        write(L"de.xlf",
+              document(section("de", unit("yes", "Yes", "Ja") + unit("no", "No", "Nein"))));
         write(L"fr.xlf", document(section("fr", unit("yes", "Yes", "Oui") + unit("no", "No"))));
         ASSERT_TRUE(ZelTString::load(folder.path()));
     }
@@ -146,7 +148,8 @@ TEST_F(StringTable, GivesAnUnknownKeyItself)
     EXPECT_STREQ(ZelTString::get("", true), L"");
     EXPECT_STREQ(ZelTString::get(nullptr, true), L"");
     EXPECT_STREQ(ZelTString::get(nullptr, false), L"");
-    EXPECT_STREQ(ZelTString::get(std::string(256, 'k').c_str(), true), std::wstring(256, L'k').c_str());
+    EXPECT_STREQ(ZelTString::get(std::string(256, 'k').c_str(), true),
+                 std::wstring(256, L'k').c_str());
     EXPECT_STREQ(ZelTString::get(std::string(257, 'k').c_str(), true), L"");
 }
 
@@ -160,10 +163,11 @@ TEST_F(StringTable, GivesNothingForAnUnknownKeyThatCouldPassForAFormat)
 
 TEST_F(StringTable, ReadsTextsAsTheyAre)
 {
-    ASSERT_TRUE(load(document(section("", unit("space", "  two  spaces ") + unit("blank", " ") + unit("empty", "") +
-                                              unit("entity", "a &lt; b &amp; c &#x4E2D;&#128512;") +
-                                              unit("cdata", "<![CDATA[<b>%s</b>]]>") + unit("lines", "a\r\nb\nc") +
-                                              unit("format", "%s \xC3\xA4 %d%%")))));
+    ASSERT_TRUE(load(document(
+        section("", unit("space", "  two  spaces ") + unit("blank", " ") + unit("empty", "") +
+                        unit("entity", "a &lt; b &amp; c &#x4E2D;&#128512;") +
+                        unit("cdata", "<![CDATA[<b>%s</b>]]>") + unit("lines", "a\r\nb\nc") +
+                        unit("format", "%s \xC3\xA4 %d%%")))));
     EXPECT_STREQ(ZelTString::get("space", true), L"  two  spaces ");
     EXPECT_STREQ(ZelTString::get("blank", true), L" ");
     EXPECT_STREQ(ZelTString::get("empty", true), L"");
@@ -175,9 +179,9 @@ TEST_F(StringTable, ReadsTextsAsTheyAre)
 
 TEST_F(StringTable, LooksThroughInlineElements)
 {
-    ASSERT_TRUE(load(
-        document(section("de", unit("k", "a <g id=\"1\">b<g id=\"2\"> c</g></g> <ph id=\"3\">%s</ph><x id=\"4\"/>!",
-                                    "<mrk mtype=\"seg\">A</mrk> <mrk mtype=\"seg\">B</mrk>")))));
+    ASSERT_TRUE(load(document(section(
+        "de", unit("k", "a <g id=\"1\">b<g id=\"2\"> c</g></g> <ph id=\"3\">%s</ph><x id=\"4\"/>!",
+                   "<mrk mtype=\"seg\">A</mrk> <mrk mtype=\"seg\">B</mrk>")))));
     EXPECT_STREQ(ZelTString::get("k", false), L"a b c %s!");
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"A B");
@@ -185,8 +189,9 @@ TEST_F(StringTable, LooksThroughInlineElements)
 
 TEST_F(StringTable, FindsUnitsInGroups)
 {
-    ASSERT_TRUE(load(document(section("", "<group><group>" + unit("deep", "Deep") + "</group>" + unit("mid", "Mid") +
-                                              "</group>" + unit("top", "Top")))));
+    ASSERT_TRUE(
+        load(document(section("", "<group><group>" + unit("deep", "Deep") + "</group>" +
+                                      unit("mid", "Mid") + "</group>" + unit("top", "Top")))));
     EXPECT_STREQ(ZelTString::get("deep", true), L"Deep");
     EXPECT_STREQ(ZelTString::get("mid", true), L"Mid");
     EXPECT_STREQ(ZelTString::get("top", true), L"Top");
@@ -195,11 +200,11 @@ TEST_F(StringTable, FindsUnitsInGroups)
 TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
 {
     const std::string proposal = "<alt-trans><source>x</source><target>Falsch</target></alt-trans>";
-    ASSERT_TRUE(
-        load(document(section("de", "<trans-unit id=\"k\">" + proposal +
-                                        "<source>Right</source><target>Richtig</target><note>n</note></trans-unit>"
-                                        "<trans-unit id=\"l\"><source>Left</source>" +
-                                        proposal + "</trans-unit>"))));
+    ASSERT_TRUE(load(document(section(
+        "de", "<trans-unit id=\"k\">" + proposal +
+                  "<source>Right</source><target>Richtig</target><note>n</note></trans-unit>"
+                  "<trans-unit id=\"l\"><source>Left</source>" +
+                  proposal + "</trans-unit>"))));
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"Richtig");
     EXPECT_STREQ(ZelTString::get("l", true), L"Left");
@@ -207,10 +212,11 @@ TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
 
 TEST_F(StringTable, PassesOverUnitsOutsideOfTheTextsOfTheBody)
 {
-    ASSERT_TRUE(load(document("<file original=\"exam\" datatype=\"plaintext\" source-language=\"en\"><header><skl>"
-                              "<internal-file><group><trans-unit/></group></internal-file></skl></header><body>"
-                              "<bin-unit id=\"b\" mime-type=\"image/png\"><bin-source/>" +
-                              unit("icon", "Icon") + "</bin-unit>" + unit("text", "Text") + "</body></file>")));
+    ASSERT_TRUE(load(document(
+        "<file original=\"exam\" datatype=\"plaintext\" source-language=\"en\"><header><skl>"
+        "<internal-file><group><trans-unit/></group></internal-file></skl></header><body>"
+        "<bin-unit id=\"b\" mime-type=\"image/png\"><bin-source/>" +
+        unit("icon", "Icon") + "</bin-unit>" + unit("text", "Text") + "</body></file>")));
     EXPECT_STREQ(ZelTString::get("icon", true), L"icon");
     EXPECT_STREQ(ZelTString::get("text", true), L"Text");
 }
@@ -220,10 +226,10 @@ TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
     const auto withTarget = [](const std::string& key, const std::string& target) {
         return "<trans-unit id=\"" + key + "\"><source>Base</source>" + target + "</trans-unit>";
     };
-    ASSERT_TRUE(
-        load(document(section("de", withTarget("a", "<target/>") + withTarget("b", "<target state=\"new\">x</target>") +
-                                        withTarget("c", "<target state=\"needs-translation\">x</target>") +
-                                        withTarget("d", "<target state=\"translated\">Gut</target>")))));
+    ASSERT_TRUE(load(document(section(
+        "de", withTarget("a", "<target/>") + withTarget("b", "<target state=\"new\">x</target>") +
+                  withTarget("c", "<target state=\"needs-translation\">x</target>") +
+                  withTarget("d", "<target state=\"translated\">Gut</target>")))));
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("a", true), L"Base");
     EXPECT_STREQ(ZelTString::get("b", true), L"Base");
@@ -233,11 +239,13 @@ TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
 
 TEST_F(StringTable, ReadsAPrefixedDocumentAndUtf16)
 {
-    ASSERT_TRUE(load("<x:xliff version=\"1.2\" xmlns:x=\"urn:oasis:names:tc:xliff:document:1.2\"><x:file "
-                     "source-language=\"en\"><x:body><x:trans-unit id=\"k\"><x:source>Prefixed</x:source>"
-                     "</x:trans-unit></x:body></x:file></x:xliff>"));
+    ASSERT_TRUE(
+        load("<x:xliff version=\"1.2\" xmlns:x=\"urn:oasis:names:tc:xliff:document:1.2\"><x:file "
+             "source-language=\"en\"><x:body><x:trans-unit id=\"k\"><x:source>Prefixed</x:source>"
+             "</x:trans-unit></x:body></x:file></x:xliff>"));
     EXPECT_STREQ(ZelTString::get("k", true), L"Prefixed");
-    const std::string narrow = "<xliff version=\"1.2\">" + section("", unit("k", "Wide")) + "</xliff>";
+    const std::string narrow =
+        "<xliff version=\"1.2\">" + section("", unit("k", "Wide")) + "</xliff>";
     std::string wide = "\xFF\xFE";
     for (const char c : narrow)
         wide += {c, '\0'};
@@ -263,7 +271,8 @@ TEST_F(StringTable, ReadsAFolderInTheOrderOfNames)
 
 TEST_F(StringTable, ReadsSeveralLanguagesFromOneFile)
 {
-    ASSERT_TRUE(load(document(section("de", unit("k", "Yes", "Ja")) + section("fr", unit("k", "Yes", "Oui")) +
+    ASSERT_TRUE(load(document(section("de", unit("k", "Yes", "Ja")) +
+                              section("fr", unit("k", "Yes", "Oui")) +
                               section("", unit("l", "Base only")))));
     ZelTString::setLanguage(L"fr");
     EXPECT_STREQ(ZelTString::get("k", true), L"Oui");
@@ -274,8 +283,8 @@ TEST_F(StringTable, IsReplacedByLoadAndExtendedByAdd)
 {
     ASSERT_TRUE(load(document(section("de", unit("a", "A", "Ah") + unit("b", "B", "Beh")))));
     ASSERT_TRUE(ZelTString::setLanguage(L"de"));
-    ASSERT_TRUE(
-        ZelTString::add(write(L"more.xlf", document(section("de", unit("b", "B", "Neu") + unit("c", "C", "Zeh"))))));
+    ASSERT_TRUE(ZelTString::add(write(
+        L"more.xlf", document(section("de", unit("b", "B", "Neu") + unit("c", "C", "Zeh"))))));
     EXPECT_STREQ(ZelTString::get("a", true), L"Ah");
     EXPECT_STREQ(ZelTString::get("b", true), L"Neu");
     EXPECT_STREQ(ZelTString::get("c", true), L"Zeh");
@@ -300,11 +309,13 @@ TEST_F(StringTable, StaysAsItIsWhenAFileIsNoTable)
         "<xliff version=\"2.0\">" + section("de", unit("yes", "Yes", "X")) + "</xliff>",
         "<xliff>" + section("de", unit("yes", "Yes", "X")) + "</xliff>",
         "<tmx version=\"1.2\">" + section("de", unit("yes", "Yes", "X")) + "</tmx>",
-        document("<file target-language=\"de\"><body>" + unit("yes", "Yes", "X") + "</body></file>"),
+        document("<file target-language=\"de\"><body>" + unit("yes", "Yes", "X") +
+                 "</body></file>"),
         document(section("", unit("yes", "Yes", "X"))),
         document(section("de", "<trans-unit><source>x</source></trans-unit>")),
         document(section("de", "<trans-unit id=\"\"><source>x</source></trans-unit>")),
-        document(section("de", unit("yes", "Yes", "X") + "<trans-unit id=\"k\"><target>x</target></trans-unit>")),
+        document(section("de", unit("yes", "Yes", "X") +
+                                   "<trans-unit id=\"k\"><target>x</target></trans-unit>")),
         document(section("de", unit("yes", "Yes", "X")) + section("de", unit("k", "K", "Q"), "it")),
         document(section("de", unit("yes", "Yes", "X"))).substr(0, 250),
     };
@@ -335,7 +346,8 @@ TEST_F(StringTable, StaysAsItIsWhenThereIsNoFile)
 TEST_F(StringTable, RefusesToAddAnotherBaseLanguage)
 {
     loadThreeLanguages();
-    const std::wstring other = write(L"other.xlf", document(section("de", unit("k", "Si", "Ja"), "it")));
+    const std::wstring other =
+        write(L"other.xlf", document(section("de", unit("k", "Si", "Ja"), "it")));
     EXPECT_FALSE(ZelTString::add(other));
     EXPECT_STREQ(ZelTString::get("k", false), L"k");
     EXPECT_TRUE(ZelTString::load(other));
@@ -382,8 +394,8 @@ TEST_F(StringTable, StandsDeeplyNestedElements)
 // Damaged files are either refused or read; they never bring anything down.
 TEST_F(StringTable, StandsDamagedFiles)
 {
-    const std::string good =
-        document(section("de", unit("yes", "Yes &amp; <g id=\"1\">so</g>", "Ja") + unit("no", "No", "Nein")));
+    const std::string good = document(section(
+        "de", unit("yes", "Yes &amp; <g id=\"1\">so</g>", "Ja") + unit("no", "No", "Nein")));
     std::mt19937 random(5);
     int accepted = 0;
     for (int i = 0; i < 400; ++i) {
@@ -400,11 +412,12 @@ TEST_F(StringTable, StandsDamagedFiles)
 TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
 {
     loadThreeLanguages();
-    const std::wstring other = write(
-        L"other.xlf", document(section("de", unit("yes", "Yes!", "Ja!")) + section("fr", unit("yes", "Yes!", "Oui!"))));
+    const std::wstring other =
+        write(L"other.xlf", document(section("de", unit("yes", "Yes!", "Ja!")) +
+                                     section("fr", unit("yes", "Yes!", "Oui!"))));
     const TemporaryFolder three;
-    test_support::writeFile(
-        three / L"x.xlf", document(section("de", unit("yes", "Yes", "Ja")) + section("fr", unit("yes", "Yes", "Oui"))));
+    test_support::writeFile(three / L"x.xlf", document(section("de", unit("yes", "Yes", "Ja")) +
+                                                       section("fr", unit("yes", "Yes", "Oui"))));
     ASSERT_TRUE(ZelTString::load(three.path()));
     test_support::Readers readers([] {
         const std::wstring text = ZelTString::get("yes", true);

@@ -1,4 +1,5 @@
-// Handles of XML elements: invalid ones, ones that outlive the file object, and ones of removed elements.
+// Handles of XML elements: invalid ones, ones that outlive the file object, and ones of removed
+// elements.
 #include "xml_fixture.h"
 
 #include <algorithm>
@@ -74,7 +75,8 @@ TEST_F(XmlTest, AHandleToARemovedElementStaysUsableAndIsNotSaved)
     EXPECT_FALSE((++removed).isValid());
     EXPECT_EQ(childNames(root()), std::vector<std::wstring>{L"a"});
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <a n=\"2\" />\n</r>\n");
+    EXPECT_EQ(readFile(path()),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <a n=\"2\" />\n</r>\n");
     EXPECT_FALSE(root().removeChildByName(L"c"));
 }
 

@@ -28,13 +28,15 @@ TEST_F(XmlTest, SavesBackOnlyWhenNotOpenedForReadingOnly)
 
 TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
 {
-    ASSERT_TRUE(open("<?xml version='1.0' encoding='ISO-8859-1'?><?style x?><!DOCTYPE r><!-- \xE4 --><r><!-- b "
-                     "--><a/></r><!-- c -->",
-                     false));
+    ASSERT_TRUE(open(
+        "<?xml version='1.0' encoding='ISO-8859-1'?><?style x?><!DOCTYPE r><!-- \xE4 --><r><!-- b "
+        "--><a/></r><!-- c -->",
+        false));
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()),
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style x?>\n<!DOCTYPE r>\n<!-- \xC3\xA4 -->\n"
-              "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
+    EXPECT_EQ(
+        readFile(path()),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style x?>\n<!DOCTYPE r>\n<!-- \xC3\xA4 -->\n"
+        "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
 }
 
 TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
@@ -67,8 +69,9 @@ TEST_F(XmlTest, AFileThatAnotherProgramHoldsSurvivesAFailedSave)
 {
     ASSERT_TRUE(open("<r/>", false));
     ASSERT_TRUE(root().setAttributeInt(L"n", 1));
-    const zel_xml::FileHandle held(CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                               FILE_ATTRIBUTE_NORMAL, nullptr));
+    const zel_xml::FileHandle held(CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                                               nullptr));
     ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
     EXPECT_FALSE(m_file.save());
     EXPECT_EQ(readFile(path()), "<r/>");
@@ -94,11 +97,14 @@ TEST_F(XmlTest, SavingIntoAFolderThatIsGoneFails)
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
-// The way a disk that fills up half-way looks to the writer: the first bytes go in, then the write fails.
+// The way a disk that fills up half-way looks to the writer: the first bytes go in, then the write
+// fails.
 TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
 {
     writeFile(path(), "old");
-    const auto fillsUp = [](HANDLE file) { return zel_xml::writeBytes(file, "half of the n") && false; };
+    const auto fillsUp = [](HANDLE file) {
+        return zel_xml::writeBytes(file, "half of the n") && false;
+    };
     EXPECT_FALSE(zel_xml::replaceFile(path(), fillsUp));
     EXPECT_EQ(readFile(path()), "old");
     EXPECT_EQ(filesInFolder(), 1u);
@@ -107,7 +113,8 @@ TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
 TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
 {
     writeFile(path(), "old");
-    EXPECT_THROW(zel_xml::replaceFile(path(), [](HANDLE) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_THROW(zel_xml::replaceFile(path(), [](HANDLE) -> bool { throw std::bad_alloc(); }),
+                 std::bad_alloc);
     EXPECT_EQ(readFile(path()), "old");
     EXPECT_EQ(filesInFolder(), 1u);
 }
@@ -115,8 +122,8 @@ TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
 TEST_F(XmlTest, AWriteThatFailsIsReported)
 {
     writeFile(path(), "old");
-    const HANDLE opened = CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE opened = CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(opened, INVALID_HANDLE_VALUE);
     const zel_xml::FileHandle readable(opened);
     EXPECT_FALSE(zel_xml::writeBytes(readable.get(), "new"));
@@ -126,7 +133,8 @@ TEST_F(XmlTest, AWriteThatFailsIsReported)
 TEST_F(XmlTest, TheNewFileIsPutInPlaceWhole)
 {
     writeFile(path(), "old");
-    EXPECT_TRUE(zel_xml::replaceFile(path(), [](HANDLE file) { return zel_xml::writeBytes(file, "new"); }));
+    EXPECT_TRUE(
+        zel_xml::replaceFile(path(), [](HANDLE file) { return zel_xml::writeBytes(file, "new"); }));
     EXPECT_EQ(readFile(path()), "new");
     EXPECT_EQ(filesInFolder(), 1u);
 }

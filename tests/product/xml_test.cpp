@@ -32,8 +32,8 @@ std::string utf16(const std::wstring& text, bool bigEndian)
 
 TEST_F(XmlTest, WalksChildElementsInDocumentOrderAndPassesOverEverythingElse)
 {
-    ASSERT_TRUE(
-        open("<?xml version='1.0'?><!-- c --><r> text <One/><!-- c --><Two/><?pi x?><![CDATA[<no/>]]><Three/></r>"));
+    ASSERT_TRUE(open("<?xml version='1.0'?><!-- c --><r> text <One/><!-- c --><Two/><?pi "
+                     "x?><![CDATA[<no/>]]><Three/></r>"));
     EXPECT_EQ(root().getName(), L"r");
     EXPECT_EQ(childNames(root()), (std::vector<std::wstring>{L"One", L"Two", L"Three"}));
     EXPECT_EQ(root().getText(), L" text <no/>");
@@ -70,12 +70,14 @@ TEST_F(XmlTest, ReadsAttributesWithTheirDefaults)
 TEST_F(XmlTest, TakesTheDefaultForATextThatIsNoNumberOrDoesNotFit)
 {
     ASSERT_TRUE(open("<r/>", false));
-    for (const wchar_t* text : {L"", L" ", L"x", L"1x", L"1 2", L"+-1", L"--1", L"0x10", L"2147483648", L"-2147483649",
-                                L"99999999999999999999", L"1.5", L"\u0661", L"+", L"-"}) {
+    for (const wchar_t* text :
+         {L"", L" ", L"x", L"1x", L"1 2", L"+-1", L"--1", L"0x10", L"2147483648", L"-2147483649",
+          L"99999999999999999999", L"1.5", L"\u0661", L"+", L"-"}) {
         ASSERT_TRUE(root().setAttribute(L"n", text));
         EXPECT_EQ(root().getAttributeInt(L"n", 42), 42) << testing::PrintToString(text);
     }
-    for (const wchar_t* text : {L"", L"x", L"1,5", L"1.5m", L"1e999", L"-1e999", L"1e", L"\uFF11", L"..1"}) {
+    for (const wchar_t* text :
+         {L"", L"x", L"1,5", L"1.5m", L"1e999", L"-1e999", L"1e", L"\uFF11", L"..1"}) {
         ASSERT_TRUE(root().setAttribute(L"n", text));
         EXPECT_EQ(root().getAttributeDouble(L"n", 42.0), 42.0) << testing::PrintToString(text);
     }
@@ -109,15 +111,16 @@ TEST_F(XmlTest, ReadsEveryDocumentedEncoding)
 
 TEST_F(XmlTest, RefusesWronglyEncodedFiles)
 {
-    EXPECT_FALSE(open("<r name='\xE4'/>"));                                        // Latin-1 without saying so
-    EXPECT_FALSE(open("<r name='\xC0\x80'/>"));                                    // overlong
-    EXPECT_FALSE(open("<r name='\xED\xA0\x80'/>"));                                // a surrogate in UTF-8
-    EXPECT_FALSE(open("<r name='\xF4\x90\x80\x80'/>"));                            // above U+10FFFF
-    EXPECT_FALSE(open("<r name='a\0b'/>"s));                                       // a zero
-    EXPECT_FALSE(open("<r name='\x01'/>"));                                        // a control code
-    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r n='\xD800'/>", false)));             // a lone surrogate
-    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r/>", false) + "x"));                  // half a code unit
-    EXPECT_FALSE(open("<?xml version='1.0' encoding='UTF-16'?><r/>"));             // bytes that claim to be wide
+    EXPECT_FALSE(open("<r name='\xE4'/>"));                            // Latin-1 without saying so
+    EXPECT_FALSE(open("<r name='\xC0\x80'/>"));                        // overlong
+    EXPECT_FALSE(open("<r name='\xED\xA0\x80'/>"));                    // a surrogate in UTF-8
+    EXPECT_FALSE(open("<r name='\xF4\x90\x80\x80'/>"));                // above U+10FFFF
+    EXPECT_FALSE(open("<r name='a\0b'/>"s));                           // a zero
+    EXPECT_FALSE(open("<r name='\x01'/>"));                            // a control code
+    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r n='\xD800'/>", false))); // a lone surrogate
+    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r/>", false) + "x"));      // half a code unit
+    EXPECT_FALSE(
+        open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // bytes that claim to be wide
     EXPECT_FALSE(open("<?xml version='1.0' encoding='EBCDIC'?><r/>"));             // unknown
     EXPECT_FALSE(open("\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><r/>")); // two answers
     EXPECT_FALSE(m_file.isOpen());
@@ -208,7 +211,8 @@ TEST_F(XmlTest, AFailedOpenLeavesNothingOfThePreviousDocument)
 TEST_F(XmlTest, RandomDamageNeverDoesMoreThanFail)
 {
     const std::string sound =
-        "<?xml version='1.0' encoding='UTF-8'?><!DOCTYPE r [<!ENTITY a 'x'>]>\n<r a='1' b=\"&lt;&#65;\">"
+        "<?xml version='1.0' encoding='UTF-8'?><!DOCTYPE r [<!ENTITY a 'x'>]>\n<r a='1' "
+        "b=\"&lt;&#65;\">"
         "<!-- c --><one n='\xC3\xA4'/>text<![CDATA[ ]]><two><three/></two><?pi x?></r>\n";
     std::mt19937 random(1);
     int opened = 0;

@@ -31,7 +31,8 @@ TEST_F(XmlTest, AttributesAreReplacedAddedAndRemoved)
     EXPECT_FALSE(root().removeAttribute(L"b"));
     EXPECT_FALSE(root().removeAttribute(nullptr));
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r a=\"3\" c=\"4\" d=\"\" />\n");
+    EXPECT_EQ(readFile(path()),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r a=\"3\" c=\"4\" d=\"\" />\n");
 }
 
 TEST_F(XmlTest, RefusesToWriteWhatXmlCannotHold)
@@ -76,7 +77,8 @@ TEST_F(XmlTest, WillNotBuildWhatItWouldNotRead)
     ASSERT_TRUE(m_file.create(path().c_str(), L"r"));
     zelXMLNode node = root();
     int levels = 1;
-    for (zelXMLNode child = node; child.isValid() && levels < 1000; child = node.appendChild(L"a")) {
+    for (zelXMLNode child = node; child.isValid() && levels < 1000;
+         child = node.appendChild(L"a")) {
         node = child;
         ++levels;
     }
@@ -94,12 +96,14 @@ TEST_F(XmlTest, EveryRealNumberComesBackTheSame)
         EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value)) << value;
     };
     using limits = std::numeric_limits<double>;
-    for (const double value : {0.0, -0.0, 1.0, -0.5, 0.1, 1.0 / 3.0, 1e300, limits::max(), limits::min(),
-                               limits::denorm_min(), -limits::denorm_min(), limits::infinity(), -limits::infinity()})
+    for (const double value :
+         {0.0, -0.0, 1.0, -0.5, 0.1, 1.0 / 3.0, 1e300, limits::max(), limits::min(),
+          limits::denorm_min(), -limits::denorm_min(), limits::infinity(), -limits::infinity()})
         expectSame(value);
     std::mt19937_64 random(3);
     for (int i = 0; i < 20000; ++i)
-        if (const double value = std::bit_cast<double>(random()); std::isfinite(value)) expectSame(value);
+        if (const double value = std::bit_cast<double>(random()); std::isfinite(value))
+            expectSame(value);
     ASSERT_TRUE(root().setAttributeDouble(L"x", limits::quiet_NaN(), -1));
     EXPECT_TRUE(std::isnan(root().getAttributeDouble(L"x", 1.0)));
 }
@@ -123,7 +127,8 @@ TEST_F(XmlTest, PrecisionCountsDigitsAfterThePoint)
 TEST_F(XmlTest, IntegersAreWrittenInFull)
 {
     ASSERT_TRUE(open("<r/>", false));
-    for (const int value : {0, -1, 1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    for (const int value :
+         {0, -1, 1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         ASSERT_TRUE(root().setAttributeInt(L"n", value));
         EXPECT_EQ(root().getAttributeInt(L"n", 5), value);
     }

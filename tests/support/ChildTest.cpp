@@ -14,7 +14,8 @@ ChildTest::ChildTest(const std::string& fullTestName)
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &startup, &info))
         throw std::runtime_error("cannot start the child test " + fullTestName);
     CloseHandle(info.hThread);
     m_process = info.hProcess;
@@ -29,7 +30,8 @@ ChildTest::~ChildTest()
 DWORD ChildTest::wait(DWORD milliseconds)
 {
     DWORD code = STILL_ACTIVE;
-    if (WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0) GetExitCodeProcess(m_process, &code);
+    if (WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0)
+        GetExitCodeProcess(m_process, &code);
     return code;
 }
 

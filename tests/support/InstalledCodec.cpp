@@ -15,7 +15,8 @@ constexpr wchar_t driversKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersi
 bool setEntry(const std::wstring& entry, const std::wstring& value)
 {
     const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entry.c_str(), REG_SZ, value.c_str(), size) == ERROR_SUCCESS;
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entry.c_str(), REG_SZ, value.c_str(),
+                           size) == ERROR_SUCCESS;
 }
 
 } // namespace
@@ -25,9 +26,11 @@ InstalledCodec::InstalledCodec(const std::wstring& fourcc, const std::wstring& d
 {
     wchar_t before[MAX_PATH] = {};
     DWORD size = sizeof before;
-    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str(), RRF_RT_REG_SZ, nullptr, before, &size);
+    RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str(), RRF_RT_REG_SZ, nullptr, before,
+                 &size);
     m_before = before;
-    if (!setEntry(m_entry, m_path)) throw std::runtime_error("cannot install a codec: the registry refuses");
+    if (!setEntry(m_entry, m_path))
+        throw std::runtime_error("cannot install a codec: the registry refuses");
 }
 
 InstalledCodec::~InstalledCodec()

@@ -15,7 +15,8 @@ TemporaryFolder::TemporaryFolder()
     static std::atomic<unsigned> serial{0};
     wchar_t base[MAX_PATH] = {};
     if (GetTempPathW(MAX_PATH, base) == 0) throw std::runtime_error("GetTempPathW failed");
-    const std::wstring prefix = std::wstring(base) + L"us" + std::to_wstring(GetCurrentProcessId()) + L"-";
+    const std::wstring prefix =
+        std::wstring(base) + L"us" + std::to_wstring(GetCurrentProcessId()) + L"-";
     do { // process numbers come again, and a test that was killed left its folder behind
         m_path = prefix + std::to_wstring(++serial);
         if (CreateDirectoryW(m_path.c_str(), nullptr)) return;

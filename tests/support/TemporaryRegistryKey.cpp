@@ -8,9 +8,11 @@ namespace test_support {
 TemporaryRegistryKey::TemporaryRegistryKey()
 {
     static std::atomic<unsigned> serial{0};
-    m_path = L"Software\\test" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++serial);
+    m_path = L"Software\\test" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+             std::to_wstring(++serial);
     HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) != 0)
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                        nullptr) != 0)
         throw std::runtime_error("cannot create a temporary registry key");
     RegCloseKey(key);
 }
@@ -20,24 +22,29 @@ TemporaryRegistryKey::~TemporaryRegistryKey()
     RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
 }
 
-void TemporaryRegistryKey::set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes,
-                               DWORD size) const
+void TemporaryRegistryKey::set(const std::wstring& subkey, const std::wstring& name, DWORD type,
+                               const void* bytes, DWORD size) const
 {
     const std::wstring path = subkey.empty() ? m_path : m_path + L"\\" + subkey;
     HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) != 0)
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                        nullptr) != 0)
         throw std::runtime_error("cannot create a registry key");
-    const LSTATUS status = RegSetValueExW(key, name.c_str(), 0, type, static_cast<const BYTE*>(bytes), size);
+    const LSTATUS status =
+        RegSetValueExW(key, name.c_str(), 0, type, static_cast<const BYTE*>(bytes), size);
     RegCloseKey(key);
     if (status != 0) throw std::runtime_error("cannot set a registry value");
 }
 
-void TemporaryRegistryKey::setText(const std::wstring& subkey, const std::wstring& name, const std::wstring& text) const
+void TemporaryRegistryKey::setText(const std::wstring& subkey, const std::wstring& name,
+                                   const std::wstring& text) const
 {
-    set(subkey, name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    set(subkey, name, REG_SZ, text.c_str(),
+        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-void TemporaryRegistryKey::setNumber(const std::wstring& subkey, const std::wstring& name, DWORD number) const
+void TemporaryRegistryKey::setNumber(const std::wstring& subkey, const std::wstring& name,
+                                     DWORD number) const
 {
     set(subkey, name, REG_DWORD, &number, sizeof number);
 }

@@ -7,7 +7,8 @@
 
 int main(int argc, char** argv)
 {
-    // A crash ends the program at once with its code, instead of waiting for somebody to close a dialog.
+    // A crash ends the program at once with its code, instead of waiting for somebody to close a
+    // dialog.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     testing::InitGoogleTest(&argc, argv);

@@ -11,14 +11,16 @@
 #include <string>
 #include <vector>
 
-/// Records an AVI movie. Each frame is composed of pixel planes on a background, or taken whole from a bitmap, and goes
-/// to a video stream: uncompressed, or through the installed codec that the application's settings name.
+/// Records an AVI movie. Each frame is composed of pixel planes on a background, or taken whole
+/// from a bitmap, and goes to a video stream: uncompressed, or through the installed codec that the
+/// application's settings name.
 ///
-/// Settings, section "Settings\Capture": "RecordCodec" (the codec's short name, or exactly "Uncompressed"; default
-/// "XVID") and "RecordQuality" (percent, default 100).
+/// Settings, section "Settings\Capture": "RecordCodec" (the codec's short name, or exactly
+/// "Uncompressed"; default "XVID") and "RecordQuality" (percent, default 100).
 ///
-/// One thread records. Failures are false results; nothing is logged or thrown. EndStorage is called after a failed
-/// InitStorage as after a good one. A codec that does not return makes the call wait that is inside it.
+/// One thread records. Failures are false results; nothing is logged or thrown. EndStorage is
+/// called after a failed InitStorage as after a good one. A codec that does not return makes the
+/// call wait that is inside it.
 class UTILS_STATICS_API CCineStoreAVI : public CCineStore
 {
 public:
@@ -26,58 +28,62 @@ public:
     CCineStoreAVI(const CCineStoreAVI&) = delete;
     CCineStoreAVI& operator=(const CCineStoreAVI&) = delete;
 
-    /// Does not finish a recording: dropped frames are not repeated and the callback is not called. Movie and codec are
-    /// released nevertheless.
+    /// Does not finish a recording: dropped frames are not repeated and the callback is not called.
+    /// Movie and codec are released nevertheless.
     ~CCineStoreAVI() override;
 
-    /// Writes the last frame once more for every dropped frame, closes the movie and calls the callback with the
-    /// recorded path. Always true; the callback is called every time, also when nothing was recorded.
+    /// Writes the last frame once more for every dropped frame, closes the movie and calls the
+    /// callback with the recorded path. Always true; the callback is called every time, also when
+    /// nothing was recorded.
     bool EndStorage() override;
 
     /// Frames per second, from the next InitStorage on; 30 before.
     void SetRate(double fps);
 
-    /// The codec's short name, of which 79 characters are kept. "RecordCodec" decides nevertheless: InitStorage
-    /// overwrites this.
+    /// The codec's short name, of which 79 characters are kept. "RecordCodec" decides nevertheless:
+    /// InitStorage overwrites this.
     void SetCompression(wchar_t* name);
 
     /// The list form with one rect.
-    bool InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height, const CRect& rect,
-                     unsigned short bitCount);
+    bool InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
+                     const CRect& rect, unsigned short bitCount);
 
-    /// Creates the movie and its stream. Width and height are rounded down to multiples of 4. `background` (32-bit
-    /// pixels of exactly that rounded size) becomes the first content of the frame; the rects are taken only together
-    /// with one, otherwise the earlier ones stay. `bitCount` is 32 in practice; each frame writes the first width x
-    /// height x bitCount / 8 bytes of its 32-bit pixels.
+    /// Creates the movie and its stream. Width and height are rounded down to multiples of 4.
+    /// `background` (32-bit pixels of exactly that rounded size) becomes the first content of the
+    /// frame; the rects are taken only together with one, otherwise the earlier ones stay.
+    /// `bitCount` is 32 in practice; each frame writes the first width x height x bitCount / 8
+    /// bytes of its 32-bit pixels.
     ///
-    /// False when a size is not positive or its frame exceeds 2 GiB, `bitCount` is not 1 to 32, the rate is not at
-    /// least a thousandth, the file cannot be created, no installed codec has the name, or the codec refuses the
-    /// format.
+    /// False when a size is not positive or its frame exceeds 2 GiB, `bitCount` is not 1 to 32, the
+    /// rate is not at least a thousandth, the file cannot be created, no installed codec has the
+    /// name, or the codec refuses the format.
     bool InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                      const std::vector<CRect>& layout, unsigned short bitCount);
 
-    /// Composes one frame and writes it. Planes are rows of 32-bit pixels, top row first, of the size of their rects
-    /// (planes 0, 1, 2, 4: rects 0, 1, 2, 3; plane 3: width of rect 1, 5 rows); any may be null. They are changed:
-    /// turned upside down (planes 0 and 1 unless their `bottomUp`) and mirrored as asked. Where a mask's bit is 0,
-    /// plane 0 (mask0) or plane 1 (mask1) shows; where it is 1 or missing the frame keeps its pixel.
+    /// Composes one frame and writes it. Planes are rows of 32-bit pixels, top row first, of the
+    /// size of their rects (planes 0, 1, 2, 4: rects 0, 1, 2, 3; plane 3: width of rect 1, 5 rows);
+    /// any may be null. They are changed: turned upside down (planes 0 and 1 unless their
+    /// `bottomUp`) and mirrored as asked. Where a mask's bit is 0, plane 0 (mask0) or plane 1
+    /// (mask1) shows; where it is 1 or missing the frame keeps its pixel.
     ///
-    /// False when no recording is open, six rects are not set, the frame cannot be written, or the movie has reached
-    /// the 2 GiB that Video for Windows can hold (it plays up to there).
-    bool AddFrame(unsigned int* image0, unsigned int* image1, unsigned int* image2, unsigned int* image3,
-                  unsigned int* image4, CBitmap& mask0, CBitmap& mask1, bool mirror0, bool bottomUp0, bool mirror1,
-                  bool bottomUp1);
+    /// False when no recording is open, six rects are not set, the frame cannot be written, or the
+    /// movie has reached the 2 GiB that Video for Windows can hold (it plays up to there).
+    bool AddFrame(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+                  unsigned int* image3, unsigned int* image4, CBitmap& mask0, CBitmap& mask1,
+                  bool mirror0, bool bottomUp0, bool mirror1, bool bottomUp1);
 
-    /// Writes one frame taken whole from a bitmap of the frame's size with 32-bit pixels, turned upside down unless
-    /// `bottomUp`, mirrored if asked. Dropped frames are not counted here. False as above, and for a bitmap
-    /// without pixels.
+    /// Writes one frame taken whole from a bitmap of the frame's size with 32-bit pixels, turned
+    /// upside down unless `bottomUp`, mirrored if asked. Dropped frames are not counted here. False
+    /// as above, and for a bitmap without pixels.
     bool AddFrame(const CBitmap& bitmap, bool mirror, bool bottomUp);
 
 private:
     static constexpr int compressionNameSize = 80;
 
     int FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options);
-    bool PlaceImageOnScreen(unsigned int* image0, unsigned int* image1, unsigned int* image2, unsigned int* image3,
-                            unsigned int* image4, CBitmap& mask0, CBitmap& mask1);
+    bool PlaceImageOnScreen(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+                            unsigned int* image3, unsigned int* image4, CBitmap& mask0,
+                            CBitmap& mask1);
 
     bool prepareFrame(CBitmap* background, int width, int height, const std::vector<CRect>& layout,
                       unsigned short bitCount);
@@ -89,18 +95,19 @@ private:
     LONG writeFrame(LONG position, bool& written);
     void repeatLastFrame();
     void closeMovie();
-    void turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2, unsigned int* image3,
-                    unsigned int* image4, bool mirror0, bool bottomUp0, bool mirror1, bool bottomUp1) const;
+    void turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+                    unsigned int* image3, unsigned int* image4, bool mirror0, bool bottomUp0,
+                    bool mirror1, bool bottomUp1) const;
 
     wchar_t compressionName[compressionNameSize] = {}; ///< the codec's short name
     double rate = 30.0;                                ///< frames per second
     std::int32_t frameIndex = 0;                       ///< the next frame's place in the stream
-    /// Frames whose write produced fewer than 2 bytes. Deliberately not reset by InitStorage: the next recording of
-    /// this object carries it on.
+    /// Frames whose write produced fewer than 2 bytes. Deliberately not reset by InitStorage: the
+    /// next recording of this object carries it on.
     std::int32_t droppedFrames = 0;
     std::unique_ptr<unsigned int[]> frameBuffer; ///< the composed frame, bottom row first
-    std::vector<CRect> rects;                    ///< layout of the composed frame, in screen coordinates
-    BITMAPINFOHEADER format{};                   ///< of the stream
+    std::vector<CRect> rects;  ///< layout of the composed frame, in screen coordinates
+    BITMAPINFOHEADER format{}; ///< of the stream
     AviFileOwner aviFile;
     AviStreamOwner rawStream;    ///< below the compressed stream
     AviStreamOwner outStream;    ///< frames are written here

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-/// The console models the application runs on. utilsExam::MapConsoleName gives the names used in configuration.
+/// The console models the application runs on. utilsExam::MapConsoleName gives the names used in
+/// configuration.
 enum EConsoleType : std::int32_t
 {
     eConsolePemmit = 0,

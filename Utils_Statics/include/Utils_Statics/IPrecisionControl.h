@@ -2,7 +2,8 @@
 
 class IPrecisionHandler;
 
-/// An on-screen control that offers fine pointer control, a fine-adjust panel say. Owned by the application.
+/// An on-screen control that offers fine pointer control, a fine-adjust panel say. Owned by the
+/// application.
 class IPrecisionControl
 {
 public:
@@ -10,6 +11,7 @@ public:
     virtual void SetHandler(IPrecisionHandler* handler) = 0;
 
 protected:
-    /// Not for deleting through: the application owns its controls. Not virtual, so that the one operation is all.
+    /// Not for deleting through: the application owns its controls. Not virtual, so that the one
+    /// operation is all.
     ~IPrecisionControl() = default;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-/// A tool that wants fine (precision) control of the pointer. It is passed to the controls that offer it, which call
-/// it; PrecisionMouse never does. Owned by the application.
+/// A tool that wants fine (precision) control of the pointer. It is passed to the controls that
+/// offer it, which call it; PrecisionMouse never does. Owned by the application.
 class IPrecisionHandler
 {
 public:
@@ -12,6 +12,7 @@ public:
     virtual void OnPrecisionAccept() = 0;
 
 protected:
-    /// Not for deleting through: the application owns its handlers. Not virtual, so that the two operations are all.
+    /// Not for deleting through: the application owns its handlers. Not virtual, so that the two
+    /// operations are all.
     ~IPrecisionHandler() = default;
 };

@@ -4,8 +4,9 @@
 
 #include <afxcoll.h>
 
-/// Base of the application's single agent object, which is a list of texts, reachable from anywhere.
-/// The derived agent stores itself into m_agent; the library calls nothing of it. User-interface thread only.
+/// Base of the application's single agent object, which is a list of texts, reachable from
+/// anywhere. The derived agent stores itself into m_agent; the library calls nothing of it.
+/// User-interface thread only.
 class UTILS_STATICS_API IProAgent : public CStringList
 {
 public:

@@ -10,8 +10,8 @@
 
 #include <string>
 
-// Between the platform's value types and those of the product's utility library. Each conversion comes in two forms:
-// one returns the converted value, the other fills its second argument.
+// Between the platform's value types and those of the product's utility library. Each conversion
+// comes in two forms: one returns the converted value, the other fills its second argument.
 namespace QOR_MFC_CONVERSIONS {
 
 UTILS_STATICS_API CPoint QOR_2_MFC(const UPoint& point);

@@ -6,8 +6,9 @@
 
 #include <set>
 
-/// Tells the controls that offer fine pointer control which handler wants it. For the user-interface thread only.
-/// Controls are kept by pointer from Register to Unregister and never owned; unregister one before destroying it.
+/// Tells the controls that offer fine pointer control which handler wants it. For the
+/// user-interface thread only. Controls are kept by pointer from Register to Unregister and never
+/// owned; unregister one before destroying it.
 class PrecisionMouse
 {
 public:
@@ -17,9 +18,10 @@ public:
     /// The control is told nothing any more. One that is not registered changes nothing.
     UTILS_STATICS_API static void Unregister(IPrecisionControl* control);
 
-    /// Calls SetHandler(handler) on every registered control, in ascending pointer order. A control may register and
-    /// unregister controls meanwhile, itself included: those that are registered when their turn comes are told.
-    /// When a control calls UpdateHandler meanwhile, the newer handler reaches all, and the older no further control.
+    /// Calls SetHandler(handler) on every registered control, in ascending pointer order. A control
+    /// may register and unregister controls meanwhile, itself included: those that are registered
+    /// when their turn comes are told. When a control calls UpdateHandler meanwhile, the newer
+    /// handler reaches all, and the older no further control.
     UTILS_STATICS_API static void UpdateHandler(IPrecisionHandler* handler);
 
     /// Tells every control that nobody wants fine control.

@@ -5,8 +5,9 @@
 #include <memory>
 #include <stdexcept>
 
-/// A growing array of pointers, in the order they were added. It owns none of what they point to. Its size is a number
-/// of its own, because a walk that reads it again at every step is what this array is made for.
+/// A growing array of pointers, in the order they were added. It owns none of what they point to.
+/// Its size is a number of its own, because a walk that reads it again at every step is what this
+/// array is made for.
 template <class T>
 class cPointerArray
 {

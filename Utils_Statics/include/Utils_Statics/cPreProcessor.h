@@ -3,6 +3,7 @@
 /// Names that the signal and slot templates share.
 struct cPreProcessor
 {
-    /// A type without values. A signature with fewer than five arguments fills its last places with pointers to it.
+    /// A type without values. A signature with fewer than five arguments fills its last places with
+    /// pointers to it.
     struct unusable;
 };

@@ -7,11 +7,13 @@
 
 #include <sys/timeb.h>
 
-/// What a signal and a slot have in common. A signal calls its slots in the order they were connected; either side may
-/// be destroyed first. Arguments are P1 to P5, of which a slot's method takes the first ones; the places that a
-/// signature does not need are cPreProcessor::unusable pointers.
+/// What a signal and a slot have in common. A signal calls its slots in the order they were
+/// connected; either side may be destroyed first. Arguments are P1 to P5, of which a slot's method
+/// takes the first ones; the places that a signature does not need are cPreProcessor::unusable
+/// pointers.
 ///
-/// Every object belongs to one thread, the user-interface thread in the application: nothing here takes a lock.
+/// Every object belongs to one thread, the user-interface thread in the application: nothing here
+/// takes a lock.
 template <class Result, class P1, class P2, class P3, class P4, class P5>
 class cSigSlotBase
 {
@@ -22,11 +24,13 @@ public:
 
     cSigSlotBase(const cSigSlotBase&) = delete;
 
-    /// False for an object that cannot take part: a slot without object or method. Such an object is never connected.
+    /// False for an object that cannot take part: a slot without object or method. Such an object
+    /// is never connected.
     virtual bool IsValid() const noexcept = 0;
 
-    // One operation for each number of arguments. Nothing but what a called method throws comes out of them; then the
-    // busy flag stays set and the object is never invoked again, which is deliberate.
+    // One operation for each number of arguments. Nothing but what a called method throws comes out
+    // of them; then the busy flag stays set and the object is never invoked again, which is
+    // deliberate.
     virtual ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) = 0;
     virtual ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) = 0;
     virtual ResultType Call3(P1 p1, P2 p2, P3 p3) = 0;
@@ -38,8 +42,9 @@ public:
     const char* GetName() const noexcept { return m_name; }
     void SetName(const char* name) noexcept { m_name = name; }
 
-    /// Least time between two invocations in milliseconds, 0 for no limit. An attempt that comes earlier after the last
-    /// attempt, whether that one was suppressed or not, is suppressed and gives `result`.
+    /// Least time between two invocations in milliseconds, 0 for no limit. An attempt that comes
+    /// earlier after the last attempt, whether that one was suppressed or not, is suppressed and
+    /// gives `result`.
     void SetMinimumInterval(std::uint32_t milliseconds, ResultType result = {}) noexcept
     {
         m_minimumInterval = milliseconds;
@@ -76,8 +81,8 @@ protected:
         slot.AddPeer(signal);
     }
 
-    /// Takes over everything but the kind, the peers' own lists too: no peer learns of it, so `this` is called by none
-    /// that did not know it before. Deliberate.
+    /// Takes over everything but the kind, the peers' own lists too: no peer learns of it, so
+    /// `this` is called by none that did not know it before. Deliberate.
     void CopyFields(const cSigSlotBase& other)
     {
         m_name = other.m_name;
@@ -89,8 +94,9 @@ protected:
         m_resultWhenBusy = other.m_resultWhenBusy;
     }
 
-    /// Removes this object from the list of every peer that knows it and leaves its own list empty and without memory.
-    /// What follows in a peer's list moves forward, and an emission that is under way passes over the next: deliberate.
+    /// Removes this object from the list of every peer that knows it and leaves its own list empty
+    /// and without memory. What follows in a peer's list moves forward, and an emission that is
+    /// under way passes over the next: deliberate.
     void DisconnectAll() noexcept
     {
         for (std::uint32_t i = 0; i < m_peers.Size(); ++i)
@@ -98,8 +104,8 @@ protected:
         m_peers.Free();
     }
 
-    /// True when this attempt comes too early. Every attempt counts for the next one, so that a steady stream of early
-    /// attempts stays suppressed: deliberate.
+    /// True when this attempt comes too early. Every attempt counts for the next one, so that a
+    /// steady stream of early attempts stays suppressed: deliberate.
     bool IsThrottled()
     {
         if (m_minimumInterval == 0) [[likely]]
@@ -118,7 +124,8 @@ protected:
         return m_peers.Contains(&peer, index);
     }
 
-    /// An address that stands for the type of a slot and the method it is bound to; null for any other object.
+    /// An address that stands for the type of a slot and the method it is bound to; null for any
+    /// other object.
     void SetMethodTag(const char* tag) noexcept { m_methodTag = tag; }
     static const char* MethodTag(const cSigSlotBase& object) noexcept { return object.m_methodTag; }
 
@@ -142,7 +149,8 @@ private:
 
     Kind m_kind;
     const char* m_name;
-    cPointerArray<cSigSlotBase> m_peers; // a signal's slots in the order they were connected; a slot's signals
+    cPointerArray<cSigSlotBase>
+        m_peers; // a signal's slots in the order they were connected; a slot's signals
     std::uint32_t m_minimumInterval = 0;
     ResultType m_resultWhenThrottled = {};
     double m_lastAttempt = 0; // milliseconds since 1970

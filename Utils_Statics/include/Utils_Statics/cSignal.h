@@ -5,13 +5,15 @@
 
 /// Calls every connected slot, in the order they were connected, and combines their results.
 ///
-/// The slots are walked by index, and their number is read again at every step: a slot connected by a called method is
-/// called in the same emission, and after the removal of a slot at or before the current place the one that moved into
-/// the next place is passed over. An emission from inside an emission is dropped, not queued.
+/// The slots are walked by index, and their number is read again at every step: a slot connected by
+/// a called method is called in the same emission, and after the removal of a slot at or before the
+/// current place the one that moved into the next place is passed over. An emission from inside an
+/// emission is dropped, not queued.
 ///
-/// UsualMethod is the method that most slots are bound to (by cSlot::Bind<method>), or null. It changes nothing but the
-/// speed: such slots are called without going through their virtual table.
-template <class Result, class P1, class P2, class P3, class P4, class P5, auto UsualMethod = nullptr>
+/// UsualMethod is the method that most slots are bound to (by cSlot::Bind<method>), or null. It
+/// changes nothing but the speed: such slots are called without going through their virtual table.
+template <class Result, class P1, class P2, class P3, class P4, class P5,
+          auto UsualMethod = nullptr>
 class cSignal final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 {
     using Base = cSigSlotBase<Result, P1, P2, P3, P4, P5>;
@@ -28,8 +30,8 @@ public:
     cSignal(const cSignal&) = delete;
     cSignal& operator=(const cSignal&) = delete;
 
-    /// Appends each to the other's peers, unless it is there already. Nothing happens with another signal or with a
-    /// slot that is not bound.
+    /// Appends each to the other's peers, unless it is there already. Nothing happens with another
+    /// signal or with a slot that is not bound.
     void Connect(Base& slot)
     {
         if (this->IsOtherKind(slot) && slot.IsValid()) Base::Link(*this, slot);
@@ -42,7 +44,10 @@ public:
 
     bool IsValid() const noexcept override { return true; }
 
-    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override { return Emit(p1, p2, p3, p4, p5); }
+    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override
+    {
+        return Emit(p1, p2, p3, p4, p5);
+    }
     ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) override { return Emit(p1, p2, p3, p4); }
     ResultType Call3(P1 p1, P2 p2, P3 p3) override { return Emit(p1, p2, p3); }
     ResultType Call2(P1 p1, P2 p2) override { return Emit(p1, p2); }
@@ -60,7 +65,8 @@ private:
         ResultType running = m_initialResult;
         for (std::uint32_t i = 0; this->HasPeer(i); ++i)
             if (!Combine(&running, CallSlot(i, arguments...))) break;
-        this->SetBusy(false); // not reached when a method throws: the signal stays silent from then on, deliberately
+        this->SetBusy(false); // not reached when a method throws: the signal stays silent from then
+                              // on, deliberately
         return running;
     }
 
@@ -81,8 +87,14 @@ private:
     {
         return slot.Call5(p1, p2, p3, p4, p5);
     }
-    static ResultType CallVirtually(Base& slot, P1 p1, P2 p2, P3 p3, P4 p4) { return slot.Call4(p1, p2, p3, p4); }
-    static ResultType CallVirtually(Base& slot, P1 p1, P2 p2, P3 p3) { return slot.Call3(p1, p2, p3); }
+    static ResultType CallVirtually(Base& slot, P1 p1, P2 p2, P3 p3, P4 p4)
+    {
+        return slot.Call4(p1, p2, p3, p4);
+    }
+    static ResultType CallVirtually(Base& slot, P1 p1, P2 p2, P3 p3)
+    {
+        return slot.Call3(p1, p2, p3);
+    }
     static ResultType CallVirtually(Base& slot, P1 p1, P2 p2) { return slot.Call2(p1, p2); }
     static ResultType CallVirtually(Base& slot, P1 p1) { return slot.Call1(p1); }
     static ResultType CallVirtually(Base& slot) { return slot.Call0(); }
@@ -107,7 +119,8 @@ private:
     };
 
     template <std::size_t argumentCount>
-    static constexpr bool hasUsualMethod = MethodTraits<decltype(UsualMethod)>::argumentCount == argumentCount;
+    static constexpr bool hasUsualMethod =
+        MethodTraits<decltype(UsualMethod)>::argumentCount == argumentCount;
 
     ResultType m_initialResult = {};
     Combiner m_combiner = nullptr; // null: the default one, which goes on always

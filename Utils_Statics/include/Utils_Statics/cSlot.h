@@ -4,9 +4,9 @@
 
 #include <memory>
 
-/// Calls a method of one object when a signal it is connected to is emitted. Unbound at first; a slot without object or
-/// method is connected to nothing and calls nothing. The object must live as long as the slot is bound to it; usually
-/// the slot is a member of it.
+/// Calls a method of one object when a signal it is connected to is emitted. Unbound at first; a
+/// slot without object or method is connected to nothing and calls nothing. The object must live as
+/// long as the slot is bound to it; usually the slot is a member of it.
 template <class Receiver, class Result, class P1, class P2, class P3, class P4, class P5>
 class cSlot final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 {
@@ -24,8 +24,9 @@ public:
 
     cSlot() noexcept : Base(Base::kindSlot, "Uninitialized-Slot") {}
 
-    /// Copies everything but the binding: a slot calls the object it was bound to, never another one's. No signal
-    /// learns of the copy: it is called by a signal only if it was connected to it itself. Deliberate.
+    /// Copies everything but the binding: a slot calls the object it was bound to, never another
+    /// one's. No signal learns of the copy: it is called by a signal only if it was connected to it
+    /// itself. Deliberate.
     cSlot(const cSlot& other) : cSlot() { this->CopyFields(other); }
     cSlot& operator=(const cSlot& other)
     {
@@ -35,7 +36,8 @@ public:
 
     ~cSlot() { this->DisconnectAll(); }
 
-    /// Binds to a method that is known at compile time; the slots of a signal's usual method are called faster.
+    /// Binds to a method that is known at compile time; the slots of a signal's usual method are
+    /// called faster.
     template <auto method>
     void Bind(Receiver* object) noexcept
     {
@@ -53,7 +55,10 @@ public:
 
     bool IsValid() const noexcept override { return m_argumentCount != notBound; }
 
-    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override { return Invoke(p1, p2, p3, p4, p5); }
+    ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) override
+    {
+        return Invoke(p1, p2, p3, p4, p5);
+    }
     ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) override { return Invoke(p1, p2, p3, p4); }
     ResultType Call3(P1 p1, P2 p2, P3 p3) override { return Invoke(p1, p2, p3); }
     ResultType Call2(P1 p1, P2 p2) override { return Invoke(p1, p2); }
@@ -109,11 +114,13 @@ private:
         return Guarded([&life] { return !life.expired(); },
                        [&] {
                            if (m_argumentCount != sizeof...(Arguments)) return ResultType{};
-                           return CallMethod(m_methods.*Place<sizeof...(Arguments)>(), arguments...);
+                           return CallMethod(m_methods.*Place<sizeof...(Arguments)>(),
+                                             arguments...);
                        });
     }
 
-    // A call from a signal, which sees by its peers whether this slot is alive, to a slot that has the method's tag.
+    // A call from a signal, which sees by its peers whether this slot is alive, to a slot that has
+    // the method's tag.
     template <auto method, class IsAlive, class... Arguments>
     ResultType InvokeUsual(IsAlive isAlive, Arguments... arguments)
     {

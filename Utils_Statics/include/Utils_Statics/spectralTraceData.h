@@ -11,8 +11,9 @@ enum eTraceType : int
     eTraceMeanReverse = 3
 };
 
-// A view of one block of spectral trace bytes that holds several traces of equal length back to back. The block stays
-// its owner's, who keeps it alive while it is looked at; copies view the same block.
+// A view of one block of spectral trace bytes that holds several traces of equal length back to
+// back. The block stays its owner's, who keeps it alive while it is looked at; copies view the same
+// block.
 class UTILS_STATICS_API spectralTraceData
 {
 public:
@@ -35,8 +36,8 @@ public:
     // Bytes of one trace, rounded toward zero; 0 when there are no traces.
     int getSetSize() const noexcept;
 
-    // The start of a trace, or null for an empty view. A type outside the enumeration means the first trace. Whether
-    // the block has that many traces is the caller's to know.
+    // The start of a trace, or null for an empty view. A type outside the enumeration means the
+    // first trace. Whether the block has that many traces is the caller's to know.
     unsigned char* getDataSet(eTraceType type) const noexcept;
 
 private:

@@ -14,16 +14,18 @@
 
 class CDC;
 
-/// The exam environment: process-wide facts about how the application runs, and the helpers that all of it shares.
-/// Static members only, no instance is ever made. Unless a member says otherwise it is called on the user-interface
-/// thread, takes no lock and throws nothing but std::bad_alloc.
+/// The exam environment: process-wide facts about how the application runs, and the helpers that
+/// all of it shares. Static members only, no instance is ever made. Unless a member says otherwise
+/// it is called on the user-interface thread, takes no lock and throws nothing but std::bad_alloc.
 class UTILS_STATICS_API utilsExam
 {
 public:
-    // ---- Facts. The application sets them after loading the library and may change them at any time; the library
-    // stores them, keeps none beyond the process, and reads only those marked so. Another thread may read stale values.
+    // ---- Facts. The application sets them after loading the library and may change them at any
+    // time; the library stores them, keeps none beyond the process, and reads only those marked so.
+    // Another thread may read stale values.
 
-    /// Changes where dialogs (and balloon messages) appear on eConsoleTavren. Set through SetConsoleType.
+    /// Changes where dialogs (and balloon messages) appear on eConsoleTavren. Set through
+    /// SetConsoleType.
     static EConsoleType m_consoleType;
     /// Names and values of EConsoleType, filled when the library is loaded.
     static StringEnumHelper m_consoleTypeMap;
@@ -47,7 +49,8 @@ public:
     static bool Pharma;
     /// Fusion imaging mode.
     static bool FusionMode;
-    /// Research mode; read by the mouse capture when it chooses the next holder. Independent of IsResearchModeActive.
+    /// Research mode; read by the mouse capture when it chooses the next holder. Independent of
+    /// IsResearchModeActive.
     static bool ResearchMode;
     /// Full-screen display; changes the imaging area.
     static bool m_bFullscreen;
@@ -63,14 +66,17 @@ public:
     static void SetConsoleType(EConsoleType type) noexcept;
     /// The model of a name, compared exactly; eConsoleUnknown for an unknown or null name.
     static EConsoleType MapConsoleType(const wchar_t* name);
-    /// The name of a model, "Unknown" for a value without one. The text lives as long as the library is loaded.
+    /// The name of a model, "Unknown" for a value without one. The text lives as long as the
+    /// library is loaded.
     static const wchar_t* MapConsoleName(EConsoleType type);
     /// Fills m_consoleTypeMap; called once, by the library's start-up. Always true.
     static bool StaticInit();
 
-    /// `callback` answers IsResearchModeActive from now on; null clears it. It must stay callable until replaced.
+    /// `callback` answers IsResearchModeActive from now on; null clears it. It must stay callable
+    /// until replaced.
     static void SetIsResearchModeActiveCallback(bool (*callback)()) noexcept;
-    /// True only when a callback is set and answers true. Does not read ResearchMode: deliberately independent.
+    /// True only when a callback is set and answers true. Does not read ResearchMode: deliberately
+    /// independent.
     static bool IsResearchModeActive();
 
     /// Build variants; this build is neither.
@@ -87,17 +93,18 @@ public:
     /// Asks the platform for the low-fragmentation heap as process heap; a refusal is ignored.
     static void EnableLowFragmentationHeap() noexcept;
 
-    /// Emits the process-wide state-change signal; the same as IStateChangeConsumer::StateChangeSignal. What a consumer
-    /// throws comes out here.
+    /// Emits the process-wide state-change signal; the same as
+    /// IStateChangeConsumer::StateChangeSignal. What a consumer throws comes out here.
     static void StateChangeSignal(StateChangeType type, unsigned int param1, long param2);
 
     // ---- Texts (see also GetStr.h, StringParse.h and MfcConversions.h)
 
-    /// The text of `name` in the version resource of the running program's file (not the library's), in the resource's
-    /// first language; empty when there is no such text.
+    /// The text of `name` in the version resource of the running program's file (not the
+    /// library's), in the resource's first language; empty when there is no such text.
     static CString GetStringTableEntry(const wchar_t* name);
-    /// The texts "ProductVersion", "ProductName", "CompanyName" and "BuildDate" of the program's version resource. Each
-    /// is read once and kept; where the resource has none, it is the translated text "product.description.notset".
+    /// The texts "ProductVersion", "ProductName", "CompanyName" and "BuildDate" of the program's
+    /// version resource. Each is read once and kept; where the resource has none, it is the
+    /// translated text "product.description.notset".
     static CString GetProductVersion();
     static CString GetProductName();
     static CString GetProductPublisher();
@@ -106,97 +113,111 @@ public:
     static void StlListToMfcList(const std::vector<std::wstring>& from, CStringArray& to);
     /// Correctly rounded over the whole unsigned range.
     static double ui64ToDouble(unsigned __int64 value);
-    /// The number of lines that `text` needs at `width` (in the units of `dc`) in the font selected into `dc`; 0 for an
-    /// empty text or a null `dc`. A text narrower than `width`, and one of a single word without spaces and line feeds,
-    /// gives 1 and stays as it is. Otherwise `text` is replaced, deliberately, by its longest word (the first of
-    /// equally long ones): the word that has to fit on a line by itself.
+    /// The number of lines that `text` needs at `width` (in the units of `dc`) in the font selected
+    /// into `dc`; 0 for an empty text or a null `dc`. A text narrower than `width`, and one of a
+    /// single word without spaces and line feeds, gives 1 and stays as it is. Otherwise `text` is
+    /// replaced, deliberately, by its longest word (the first of equally long ones): the word that
+    /// has to fit on a line by itself.
     ///
-    /// Measuring is DrawText with DT_CALCRECT alone, so ampersands are prefixes. Words are looked up again from the
-    /// space, and only when there is none from the line feed, behind the word before: after a line feed the words up to
-    /// the next space are therefore measured without what stands before them.
+    /// Measuring is DrawText with DT_CALCRECT alone, so ampersands are prefixes. Words are looked
+    /// up again from the space, and only when there is none from the line feed, behind the word
+    /// before: after a line feed the words up to the next space are therefore measured without what
+    /// stands before them.
     static int WrapStr(CDC* dc, CString& text, int width);
 
     // ---- Paths, directories and files
 
-    /// The full file name of the running program, at most 259 characters of it; empty when the platform cannot tell.
+    /// The full file name of the running program, at most 259 characters of it; empty when the
+    /// platform cannot tell.
     static CString GetApplicationFilePath();
     /// The folder of the running program with a backslash at its end.
     static CString GetApplicationPath();
-    /// The text stored as `key` in the profile section "System\Path", with a backslash appended unless it ends in one.
-    /// Nothing or an empty text stored gives `defaultPath` exactly as it is (null: empty).
+    /// The text stored as `key` in the profile section "System\Path", with a backslash appended
+    /// unless it ends in one. Nothing or an empty text stored gives `defaultPath` exactly as it is
+    /// (null: empty).
     static CString GetRegistryPath(const wchar_t* key, const wchar_t* defaultPath);
     /// The root folder of the patient database with a backslash at its end.
     static CString GetPatientRootPath();
-    /// Files of the patient database, which is patient folder, study folder, objects: for D:\db\P1\S1\O1 the object
-    /// file is D:\db\P1\S1\O1.xml, the study file D:\db\P1\S1\study.xml and the patient file D:\db\P1\patient.xml.
-    /// Forward slashes become backslashes and doubled backslashes one, also the two that begin a network path: those
-    /// are not supported. An object path of 260 characters or more has no study and no patient file: the text is empty.
+    /// Files of the patient database, which is patient folder, study folder, objects: for
+    /// D:\db\P1\S1\O1 the object file is D:\db\P1\S1\O1.xml, the study file D:\db\P1\S1\study.xml
+    /// and the patient file D:\db\P1\patient.xml. Forward slashes become backslashes and doubled
+    /// backslashes one, also the two that begin a network path: those are not supported. An object
+    /// path of 260 characters or more has no study and no patient file: the text is empty.
     /// GetStudyPath has the logger check the study's folder.
     static CString GetObjectPath(const wchar_t* objectPath);
     static CString GetStudyPath(const wchar_t* objectPath);
     static CString GetPatientPath(const wchar_t* objectPath);
     /// The path of a name in the image folder, such as "status/network.png".
     static std::wstring GetImage(const wchar_t* name);
-    /// Resolves `path`, a file named in the layout document `referenceFile` (a path or a "file:///" address).
+    /// Resolves `path`, a file named in the layout document `referenceFile` (a path or a "file:///"
+    /// address).
     ///
-    /// White space round `path` is dropped. An empty or an absolute path is then the result. A path whose second
-    /// character is "." (meant for "..") is put behind the document's folder, with forward slashes and without
-    /// "file:///", whether it exists or not. Any other is looked for in the document's folder, in "res/" below it, in
-    /// the layout store, in "res/" below that and in the fall-back layout store; when it is nowhere, the last place is
-    /// logged and the result is empty. The document's folder ends where the document's name first occurs in
-    /// `referenceFile`.
+    /// White space round `path` is dropped. An empty or an absolute path is then the result. A path
+    /// whose second character is "." (meant for "..") is put behind the document's folder, with
+    /// forward slashes and without "file:///", whether it exists or not. Any other is looked for in
+    /// the document's folder, in "res/" below it, in the layout store, in "res/" below that and in
+    /// the fall-back layout store; when it is nowhere, the last place is logged and the result is
+    /// empty. The document's folder ends where the document's name first occurs in `referenceFile`.
     static CString ParsePath(const wchar_t* referenceFile, const wchar_t* path);
-    /// Creates a directory and its missing parents; forward slashes and runs of up to eight backslashes are allowed. 1
-    /// on success; 0 for a directory that exists already, for a null or empty path and for one of 260 characters or
-    /// more. The first component is never created by itself: of a relative path with two or more, the first folder must
-    /// exist. The current directory is left as it was; no other thread may change it meanwhile.
+    /// Creates a directory and its missing parents; forward slashes and runs of up to eight
+    /// backslashes are allowed. 1 on success; 0 for a directory that exists already, for a null or
+    /// empty path and for one of 260 characters or more. The first component is never created by
+    /// itself: of a relative path with two or more, the first folder must exist. The current
+    /// directory is left as it was; no other thread may change it meanwhile.
     ///
-    /// The W of this and the other such names is part of them. In Unicode programs <windows.h> turns the names without
-    /// it into these, before or after this header, so both spellings reach the member.
+    /// The W of this and the other such names is part of them. In Unicode programs <windows.h>
+    /// turns the names without it into these, before or after this header, so both spellings reach
+    /// the member.
     static int CreateDirectoryW(const wchar_t* path);
-    /// Deletes a directory, or a file, with all it holds, without asking and past the recycle bin. With `isAbsolute`
-    /// zero the path is taken from the current directory, which an empty path names itself. Nothing happens when there
-    /// is no such path. A failure is logged with the platform's last error code, and what could not be deleted stays;
-    /// so does all when the path has more than 258 characters.
+    /// Deletes a directory, or a file, with all it holds, without asking and past the recycle bin.
+    /// With `isAbsolute` zero the path is taken from the current directory, which an empty path
+    /// names itself. Nothing happens when there is no such path. A failure is logged with the
+    /// platform's last error code, and what could not be deleted stays; so does all when the path
+    /// has more than 258 characters.
     static void RemoveDirectoryW(const wchar_t* path, int isAbsolute);
-    /// The sum of the sizes of all files below `dir`, in bytes; 0 when it cannot be read. Hidden files count; hidden
-    /// folders and links to folders are skipped. What the platform cannot enumerate, such as a path that is too long
-    /// for it, counts nothing.
+    /// The sum of the sizes of all files below `dir`, in bytes; 0 when it cannot be read. Hidden
+    /// files count; hidden folders and links to folders are skipped. What the platform cannot
+    /// enumerate, such as a path that is too long for it, counts nothing.
     static __int64 GetDirectorySize(const CString& dir);
-    /// Describes the first file or folder that `path` (wildcards allowed in the last component) matches. 1 when there
-    /// is one, otherwise 0 and `data` is unspecified.
+    /// Describes the first file or folder that `path` (wildcards allowed in the last component)
+    /// matches. 1 when there is one, otherwise 0 and `data` is unspecified.
     static int GetFileData(const wchar_t* path, WIN32_FIND_DATAW* data);
-    /// Copies, moves, renames or deletes (FO_...) one path through the shell; `to` is null when the operation has no
-    /// destination. A non-zero `silent` shows nothing, asks nothing and makes missing folders; otherwise simple
-    /// progress is shown under `progressTitle` in front of `owner`. `flags` are further FOF_... flags, `nameMappings`
-    /// goes to the shell as it is. 1 on success. On failure, which a path of more than 258 characters is, the last
-    /// error code is logged and the result is 0.
-    static int SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to, int silent,
-                                unsigned short flags, HWND owner, const wchar_t* progressTitle, void* nameMappings);
-    /// The root of the first drive to export to, such as "E:\": removable, fixed (external disks report as such) or RAM
-    /// disk, but not A:, B:, C: and D:. False, and `drive` unchanged, when there is none.
+    /// Copies, moves, renames or deletes (FO_...) one path through the shell; `to` is null when the
+    /// operation has no destination. A non-zero `silent` shows nothing, asks nothing and makes
+    /// missing folders; otherwise simple progress is shown under `progressTitle` in front of
+    /// `owner`. `flags` are further FOF_... flags, `nameMappings` goes to the shell as it is. 1 on
+    /// success. On failure, which a path of more than 258 characters is, the last error code is
+    /// logged and the result is 0.
+    static int SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to,
+                                int silent, unsigned short flags, HWND owner,
+                                const wchar_t* progressTitle, void* nameMappings);
+    /// The root of the first drive to export to, such as "E:\": removable, fixed (external disks
+    /// report as such) or RAM disk, but not A:, B:, C: and D:. False, and `drive` unchanged, when
+    /// there is none.
     static bool FindFirstRemovableDrive(CString& drive);
-    /// Makes a read-only file or folder writable by setting its attributes to normal. True when it is not read-only
-    /// afterwards or does not exist; false when the attribute could not be cleared.
+    /// Makes a read-only file or folder writable by setting its attributes to normal. True when it
+    /// is not read-only afterwards or does not exist; false when the attribute could not be
+    /// cleared.
     static bool CheckFileIsWritable(const wchar_t* path);
-    /// Swaps the first and third byte of `width` x `height` pixels of three bytes each, without padding between rows.
-    /// Nothing happens when the product is not positive: it alone decides, so that two negative sizes are as good as
-    /// two positive ones.
+    /// Swaps the first and third byte of `width` x `height` pixels of three bytes each, without
+    /// padding between rows. Nothing happens when the product is not positive: it alone decides, so
+    /// that two negative sizes are as good as two positive ones.
     static void BGRtoRGB(unsigned char* pixels, int width, int height);
 
     // ---- Protocol files
 
-    /// The copy of a protocol file that is in force: the user's saved one, else the current protocol's factory
-    /// settings, else GetBaseProtocolFile.
+    /// The copy of a protocol file that is in force: the user's saved one, else the current
+    /// protocol's factory settings, else GetBaseProtocolFile.
     static CString GetProtocolFile(const wchar_t* file);
     /// The same without the user's copies.
     static CString GetFactoryProtocolFile(const wchar_t* file);
-    /// The copy in the base protocol suite, else in the second base folder, else in the fall-back factory settings.
-    /// When there is none, that is logged (not for the optional "worksheet.xml" and "measurements-custom.xml", in any
-    /// case of letters) and the last path is given all the same: callers test for existence.
+    /// The copy in the base protocol suite, else in the second base folder, else in the fall-back
+    /// factory settings. When there is none, that is logged (not for the optional "worksheet.xml"
+    /// and "measurements-custom.xml", in any case of letters) and the last path is given all the
+    /// same: callers test for existence.
     static CString GetBaseProtocolFile(const wchar_t* file);
-    /// Where the user's copy of `file` lies: in the store of saved protocols, in `folder` or, when that is null, in a
-    /// folder named like the current protocol's factory folder. The folder is created when it is missing; that it
-    /// cannot be is not reported.
+    /// Where the user's copy of `file` lies: in the store of saved protocols, in `folder` or, when
+    /// that is null, in a folder named like the current protocol's factory folder. The folder is
+    /// created when it is missing; that it cannot be is not reported.
     static CString GetProtocolSavePath(const wchar_t* file, const wchar_t* folder);
 };

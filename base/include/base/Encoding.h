@@ -9,9 +9,9 @@
 
 namespace base {
 
-/// `bytes` read in a code page of the platform. With MB_ERR_INVALID_CHARS in `flags`, bytes that are
-/// not of that encoding give nothing; without, they become replacement characters. So does a text of
-/// 2 GiB or more.
+/// `bytes` read in a code page of the platform. With MB_ERR_INVALID_CHARS in `flags`, bytes that
+/// are not of that encoding give nothing; without, they become replacement characters. So does a
+/// text of 2 GiB or more.
 inline std::optional<std::wstring> WideFromBytes(UINT codePage, std::string_view bytes,
                                                  DWORD flags = 0)
 {

@@ -6,8 +6,9 @@
 
 namespace base {
 
-/// The absolute form of `path` as of now, of any length. Empty for a null or empty path, for one that
-/// has no absolute form, and when another thread changes the current directory during the call.
+/// The absolute form of `path` as of now, of any length. Empty for a null or empty path, for one
+/// that has no absolute form, and when another thread changes the current directory during the
+/// call.
 inline std::wstring FullPath(const wchar_t* path)
 {
     if (!path || !*path) return {};

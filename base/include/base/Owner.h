@@ -11,7 +11,8 @@ namespace base {
 /// - `static Handle Empty() noexcept`: the value that stands for none;
 /// - `static void Release(Handle) noexcept`: how one is released, never called for the empty value.
 ///
-/// An owner belongs to one thread at a time. Releasing leaves the thread's last error code to the platform.
+/// An owner belongs to one thread at a time. Releasing leaves the thread's last error code to the
+/// platform.
 template <class Traits>
 class Owner
 {

@@ -6,8 +6,9 @@ namespace base {
 
 /// The platform's reader-writer lock, for std::lock_guard and std::shared_lock.
 ///
-/// It is constant-initialised and has no destructor, so a static one may be used before its module's
-/// other objects live and after they are gone. The thread that holds it must not lock it again.
+/// It is constant-initialised and has no destructor, so a static one may be used before its
+/// module's other objects live and after they are gone. The thread that holds it must not lock it
+/// again.
 class SlimLock
 {
 public:

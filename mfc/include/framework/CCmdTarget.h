@@ -7,7 +7,8 @@ class CCmdTarget;
 // Calls the method that a message-map entry names. The message's result is the method's, or 0.
 using AFX_MSG_HANDLER = LRESULT (*)(CCmdTarget* target, WPARAM wParam, LPARAM lParam);
 
-// One entry of a message map: a message, for WM_COMMAND also a notification code and a range of identifiers.
+// One entry of a message map: a message, for WM_COMMAND also a notification code and a range of
+// identifiers.
 struct AFX_MSGMAP_ENTRY
 {
     UINT nMessage;
@@ -32,10 +33,12 @@ class MFC_API CCmdTarget : public CObject
 public:
     ~CCmdTarget() override;
 
-    // Hands a command (`code` CN_COMMAND) or a control's notification to the map's handler; FALSE when there is none.
+    // Hands a command (`code` CN_COMMAND) or a control's notification to the map's handler; FALSE
+    // when there is none.
     virtual BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info);
 
-    // The most derived class's first entry for the message, null when no class of the object has one.
+    // The most derived class's first entry for the message, null when no class of the object has
+    // one.
     const AFX_MSGMAP_ENTRY* FindMessageEntry(UINT message, UINT code, UINT id) const;
 
 protected:

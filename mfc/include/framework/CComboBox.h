@@ -2,7 +2,8 @@
 
 #include <framework/CWnd.h>
 
-// A combo box. Indexes count from 0; CB_ERR (-1) reports a failure, CB_ERRSPACE (-2) that memory is short.
+// A combo box. Indexes count from 0; CB_ERR (-1) reports a failure, CB_ERRSPACE (-2) that memory is
+// short.
 class MFC_API CComboBox : public CWnd
 {
 public:
@@ -17,14 +18,20 @@ public:
     // -1 clears the selection (and answers CB_ERR).
     int SetCurSel(int index) { return static_cast<int>(SendMessage(CB_SETCURSEL, Index(index))); }
     // The index of the new item. -1 inserts at the end.
-    int AddString(LPCTSTR text) { return static_cast<int>(SendMessage(CB_ADDSTRING, 0, Text(text))); }
+    int AddString(LPCTSTR text)
+    {
+        return static_cast<int>(SendMessage(CB_ADDSTRING, 0, Text(text)));
+    }
     int InsertString(int index, LPCTSTR text)
     {
         return static_cast<int>(SendMessage(CB_INSERTSTRING, Index(index), Text(text)));
     }
     int DeleteString(UINT index) { return static_cast<int>(SendMessage(CB_DELETESTRING, index)); }
     void ResetContent() { SendMessage(CB_RESETCONTENT); }
-    int GetLBTextLen(int index) const { return static_cast<int>(SendMessage(CB_GETLBTEXTLEN, Index(index))); }
+    int GetLBTextLen(int index) const
+    {
+        return static_cast<int>(SendMessage(CB_GETLBTEXTLEN, Index(index)));
+    }
     // Unchanged for an index that is not there.
     void GetLBText(int index, CString& text) const;
     int FindStringExact(int startAfter, LPCTSTR text) const
@@ -32,10 +39,14 @@ public:
         return static_cast<int>(SendMessage(CB_FINDSTRINGEXACT, Index(startAfter), Text(text)));
     }
     // -1: the selection field.
-    int GetItemHeight(int index) const { return static_cast<int>(SendMessage(CB_GETITEMHEIGHT, Index(index))); }
+    int GetItemHeight(int index) const
+    {
+        return static_cast<int>(SendMessage(CB_GETITEMHEIGHT, Index(index)));
+    }
     int SetItemHeight(int index, UINT height)
     {
-        return static_cast<int>(SendMessage(CB_SETITEMHEIGHT, Index(index), static_cast<LPARAM>(height)));
+        return static_cast<int>(
+            SendMessage(CB_SETITEMHEIGHT, Index(index), static_cast<LPARAM>(height)));
     }
     void ShowDropDown(BOOL show = TRUE) { SendMessage(CB_SHOWDROPDOWN, static_cast<WPARAM>(show)); }
     BOOL GetDroppedState() const { return static_cast<BOOL>(SendMessage(CB_GETDROPPEDSTATE)); }

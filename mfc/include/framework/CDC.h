@@ -4,9 +4,10 @@
 
 class CWnd;
 
-// A device context: drawing goes to m_hDC, questions to m_hAttribDC, usually the same. The destructor deletes the
-// context (DeleteDC). Coordinates are logical units; the functions' results are those of the GDI functions of the same
-// names, on an empty object those of a failure. Temporary objects: as of CGdiObject.
+// A device context: drawing goes to m_hDC, questions to m_hAttribDC, usually the same. The
+// destructor deletes the context (DeleteDC). Coordinates are logical units; the functions' results
+// are those of the GDI functions of the same names, on an empty object those of a failure.
+// Temporary objects: as of CGdiObject.
 class MFC_API CDC : public CObject
 {
 public:
@@ -59,9 +60,18 @@ public:
     CPoint SetViewportOrg(POINT point) { return SetViewportOrg(point.x, point.y); }
 
     int GetClipBox(LPRECT rect) const { return ::GetClipBox(m_hAttribDC, rect); }
-    int IntersectClipRect(int x1, int y1, int x2, int y2) { return ::IntersectClipRect(m_hDC, x1, y1, x2, y2); }
-    int IntersectClipRect(LPCRECT r) { return IntersectClipRect(r->left, r->top, r->right, r->bottom); }
-    int ExcludeClipRect(int x1, int y1, int x2, int y2) { return ::ExcludeClipRect(m_hDC, x1, y1, x2, y2); }
+    int IntersectClipRect(int x1, int y1, int x2, int y2)
+    {
+        return ::IntersectClipRect(m_hDC, x1, y1, x2, y2);
+    }
+    int IntersectClipRect(LPCRECT r)
+    {
+        return IntersectClipRect(r->left, r->top, r->right, r->bottom);
+    }
+    int ExcludeClipRect(int x1, int y1, int x2, int y2)
+    {
+        return ::ExcludeClipRect(m_hDC, x1, y1, x2, y2);
+    }
 
     CPoint GetCurrentPosition() const;
     // Answers the position before.
@@ -90,7 +100,8 @@ public:
     // Leaves the background colour as it was.
     void FillSolidRect(LPCRECT rect, COLORREF colour);
     void FillSolidRect(int x, int y, int width, int height, COLORREF colour);
-    BOOL GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount, DWORD mode);
+    BOOL GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount,
+                      DWORD mode);
 
     COLORREF GetPixel(int x, int y) const { return ::GetPixel(m_hDC, x, y); }
     COLORREF GetPixel(POINT point) const { return GetPixel(point.x, point.y); }
@@ -101,14 +112,21 @@ public:
         return ::PatBlt(m_hDC, x, y, width, height, operation);
     }
     // A null source is one without a handle.
-    BOOL BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, DWORD operation);
-    BOOL StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, int widthSource,
-                    int heightSource, DWORD operation);
-    BOOL MaskBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource, CBitmap& mask, int xMask,
-                 int yMask, DWORD operation);
+    BOOL BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                DWORD operation);
+    BOOL StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                    int widthSource, int heightSource, DWORD operation);
+    BOOL MaskBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
+                 CBitmap& mask, int xMask, int yMask, DWORD operation);
 
-    virtual BOOL TextOut(int x, int y, LPCTSTR text, int length) { return ::TextOutW(m_hDC, x, y, text, length); }
-    BOOL TextOut(int x, int y, const CString& text) { return TextOut(x, y, text.GetString(), text.GetLength()); }
+    virtual BOOL TextOut(int x, int y, LPCTSTR text, int length)
+    {
+        return ::TextOutW(m_hDC, x, y, text, length);
+    }
+    BOOL TextOut(int x, int y, const CString& text)
+    {
+        return TextOut(x, y, text.GetString(), text.GetLength());
+    }
     // `length` -1: up to the terminating null. Answers the height of the text.
     virtual int DrawText(LPCTSTR text, int length, LPRECT rect, UINT format)
     {
@@ -119,12 +137,18 @@ public:
         return DrawText(text.GetString(), text.GetLength(), rect, format);
     }
     CSize GetTextExtent(LPCTSTR text, int length) const;
-    CSize GetTextExtent(const CString& text) const { return GetTextExtent(text.GetString(), text.GetLength()); }
-    BOOL GetTextMetrics(TEXTMETRIC* metrics) const { return ::GetTextMetricsW(m_hAttribDC, metrics); }
+    CSize GetTextExtent(const CString& text) const
+    {
+        return GetTextExtent(text.GetString(), text.GetLength());
+    }
+    BOOL GetTextMetrics(TEXTMETRIC* metrics) const
+    {
+        return ::GetTextMetricsW(m_hAttribDC, metrics);
+    }
 };
 
-// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty when the platform
-// refuses.
+// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty when
+// the platform refuses.
 class MFC_API CPaintDC : public CDC
 {
 public:
@@ -137,7 +161,8 @@ protected:
     HWND m_hWnd;
 };
 
-// The context of a window's client area (null: of the screen), released when it goes. Empty when the platform refuses.
+// The context of a window's client area (null: of the screen), released when it goes. Empty when
+// the platform refuses.
 class MFC_API CClientDC : public CDC
 {
 public:

@@ -5,12 +5,12 @@
 
 class CDC;
 
-// An owned GDI object: the destructor deletes it. The Create and Load functions answer FALSE, and leave the object
-// empty, when the platform refuses or when a handle is attached already.
+// An owned GDI object: the destructor deletes it. The Create and Load functions answer FALSE, and
+// leave the object empty, when the platform refuses or when a handle is attached already.
 //
-// FromHandle answers the object that a handle is attached to, or a temporary one that does not own the handle.
-// Temporary objects belong to the calling thread and are deleted at idle time of its message loop, by DeleteTempMap, or
-// when the thread ends: never keep a pointer to one.
+// FromHandle answers the object that a handle is attached to, or a temporary one that does not own
+// the handle. Temporary objects belong to the calling thread and are deleted at idle time of its
+// message loop, by DeleteTempMap, or when the thread ends: never keep a pointer to one.
 class MFC_API CGdiObject : public CObject
 {
 public:
@@ -48,7 +48,10 @@ public:
     ~CPen() override;
 
     operator HPEN() const noexcept { return static_cast<HPEN>(m_hObject); }
-    BOOL CreatePen(int style, int width, COLORREF colour) { return Own(::CreatePen(style, width, colour)); }
+    BOOL CreatePen(int style, int width, COLORREF colour)
+    {
+        return Own(::CreatePen(style, width, colour));
+    }
     int GetLogPen(LOGPEN* description) { return GetObject(sizeof *description, description); }
     static CPen* FromHandle(HPEN pen);
 };
@@ -62,7 +65,10 @@ public:
 
     operator HBRUSH() const noexcept { return static_cast<HBRUSH>(m_hObject); }
     BOOL CreateSolidBrush(COLORREF colour) { return Own(::CreateSolidBrush(colour)); }
-    BOOL CreateHatchBrush(int style, COLORREF colour) { return Own(::CreateHatchBrush(style, colour)); }
+    BOOL CreateHatchBrush(int style, COLORREF colour)
+    {
+        return Own(::CreateHatchBrush(style, colour));
+    }
     BOOL CreateSysColorBrush(int index) { return Own(::CreateSolidBrush(::GetSysColor(index))); }
     int GetLogBrush(LOGBRUSH* description) { return GetObject(sizeof *description, description); }
     static CBrush* FromHandle(HBRUSH brush);
@@ -75,10 +81,13 @@ public:
     ~CFont() override;
 
     operator HFONT() const noexcept { return static_cast<HFONT>(m_hObject); }
-    BOOL CreateFontIndirect(const LOGFONT* description) { return Own(::CreateFontIndirectW(description)); }
-    BOOL CreateFont(int height, int width, int escapement, int orientation, int weight, BYTE italic, BYTE underline,
-                    BYTE strikeOut, BYTE charSet, BYTE outPrecision, BYTE clipPrecision, BYTE quality,
-                    BYTE pitchAndFamily, LPCTSTR faceName);
+    BOOL CreateFontIndirect(const LOGFONT* description)
+    {
+        return Own(::CreateFontIndirectW(description));
+    }
+    BOOL CreateFont(int height, int width, int escapement, int orientation, int weight, BYTE italic,
+                    BYTE underline, BYTE strikeOut, BYTE charSet, BYTE outPrecision,
+                    BYTE clipPrecision, BYTE quality, BYTE pitchAndFamily, LPCTSTR faceName);
     // `tenths`: height in tenths of a point, at the resolution of `dc` (null: of the screen).
     BOOL CreatePointFont(int tenths, LPCTSTR faceName, CDC* dc = nullptr);
     int GetLogFont(LOGFONT* description) { return GetObject(sizeof *description, description); }
@@ -99,7 +108,10 @@ public:
     {
         return Own(::CreateBitmap(width, height, planes, bitsPerPixel, bits));
     }
-    BOOL CreateBitmapIndirect(LPBITMAP description) { return Own(::CreateBitmapIndirect(description)); }
+    BOOL CreateBitmapIndirect(LPBITMAP description)
+    {
+        return Own(::CreateBitmapIndirect(description));
+    }
     BOOL CreateCompatibleBitmap(CDC* dc, int width, int height);
     // How many bytes the description is long, 0 on failure.
     int GetBitmap(BITMAP* description) const { return GetObject(sizeof *description, description); }

@@ -4,11 +4,13 @@
 #include <framework/CCmdTarget.h>
 #include <framework/CDC.h>
 
-// A window with a message map. The object owns its window: the destructor destroys it. Use it on the window's own
-// thread, except for members that only send or post. No exception leaves the window procedure: one that a handler lets
-// out ends the message (the result is 0; a window whose WM_CREATE fails so is not created) and is told to the debugger.
+// A window with a message map. The object owns its window: the destructor destroys it. Use it on
+// the window's own thread, except for members that only send or post. No exception leaves the
+// window procedure: one that a handler lets out ends the message (the result is 0; a window whose
+// WM_CREATE fails so is not created) and is told to the debugger.
 //
-// FromHandle answers the object that a window is attached to, or a temporary one (as of CGdiObject), on any thread.
+// FromHandle answers the object that a window is attached to, or a temporary one (as of
+// CGdiObject), on any thread.
 class MFC_API CWnd : public CCmdTarget
 {
 public:
@@ -23,8 +25,8 @@ public:
     // Null when no object is attached.
     static CWnd* FromHandlePermanent(HWND window);
     static void DeleteTempMap();
-    // FALSE for a null handle, when one is attached already, or when the window has another object. Messages are not
-    // routed to the object: SubclassWindow does that.
+    // FALSE for a null handle, when one is attached already, or when the window has another object.
+    // Messages are not routed to the object: SubclassWindow does that.
     BOOL Attach(HWND window);
     HWND Detach();
     BOOL SubclassWindow(HWND window);
@@ -34,20 +36,20 @@ public:
     virtual void PreSubclassWindow();
 
     // A child window. The message map is in force from the window's first message on.
-    virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent, UINT id,
-                        void* context = nullptr);
-    // Any window; a null class name stands for a plain class of the framework. FALSE when it cannot be created:
-    // PostNcDestroy has been called then.
-    virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
-                          CWnd* parent, UINT id, LPVOID parameter = nullptr);
-    BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width,
-                  int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
+    virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
+                        CWnd* parent, UINT id, void* context = nullptr);
+    // Any window; a null class name stands for a plain class of the framework. FALSE when it cannot
+    // be created: PostNcDestroy has been called then.
+    virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
+                          const RECT& rect, CWnd* parent, UINT id, LPVOID parameter = nullptr);
+    BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
+                  int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
     // May change what the window is created with; FALSE refuses.
     virtual BOOL PreCreateWindow(CREATESTRUCT& description);
     virtual BOOL DestroyWindow();
 
-    // The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and when that does not
-    // know the message, DefWindowProc: the window class's own procedure.
+    // The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and
+    // when that does not know the message, DefWindowProc: the window class's own procedure.
     virtual BOOL PreTranslateMessage(MSG* message);
     static const MSG* GetCurrentMessage();
 
@@ -70,7 +72,10 @@ public:
     CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
     CWnd* GetOwner() const { return FromHandle(::GetWindow(m_hWnd, GW_OWNER)); }
     CWnd* GetWindow(UINT command) const { return FromHandle(::GetWindow(m_hWnd, command)); }
-    BOOL IsChild(const CWnd* window) const { return ::IsChild(m_hWnd, window ? window->m_hWnd : nullptr); }
+    BOOL IsChild(const CWnd* window) const
+    {
+        return ::IsChild(m_hWnd, window ? window->m_hWnd : nullptr);
+    }
     static CWnd* GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
     static CWnd* GetActiveWindow() { return FromHandle(::GetActiveWindow()); }
     static CWnd* GetForegroundWindow() { return FromHandle(::GetForegroundWindow()); }
@@ -81,7 +86,10 @@ public:
     void GetWindowText(CString& text) const;
     int GetWindowTextLength() const { return ::GetWindowTextLengthW(m_hWnd); }
     void SetFont(CFont* font, BOOL redraw = TRUE);
-    CFont* GetFont() const { return CFont::FromHandle(reinterpret_cast<HFONT>(SendMessage(WM_GETFONT))); }
+    CFont* GetFont() const
+    {
+        return CFont::FromHandle(reinterpret_cast<HFONT>(SendMessage(WM_GETFONT)));
+    }
 
     BOOL ShowWindow(int command) { return ::ShowWindow(m_hWnd, command); }
     BOOL IsWindowVisible() const { return ::IsWindowVisible(m_hWnd); }
@@ -101,8 +109,14 @@ public:
     void GetClientRect(LPRECT rect) const { ::GetClientRect(m_hWnd, rect); }
     void ClientToScreen(LPPOINT point) const { ::ClientToScreen(m_hWnd, point); }
     void ScreenToClient(LPPOINT point) const { ::ScreenToClient(m_hWnd, point); }
-    void ClientToScreen(LPRECT rect) const { ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<LPPOINT>(rect), 2); }
-    void ScreenToClient(LPRECT rect) const { ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<LPPOINT>(rect), 2); }
+    void ClientToScreen(LPRECT rect) const
+    {
+        ::MapWindowPoints(m_hWnd, nullptr, reinterpret_cast<LPPOINT>(rect), 2);
+    }
+    void ScreenToClient(LPRECT rect) const
+    {
+        ::MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<LPPOINT>(rect), 2);
+    }
     void MoveWindow(int x, int y, int width, int height, BOOL repaint = TRUE)
     {
         ::MoveWindow(m_hWnd, x, y, width, height, repaint);
@@ -118,7 +132,8 @@ public:
     void InvalidateRect(LPCRECT rect, BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, rect, erase); }
     void ValidateRect(LPCRECT rect) { ::ValidateRect(m_hWnd, rect); }
     void UpdateWindow() { ::UpdateWindow(m_hWnd); }
-    BOOL RedrawWindow(LPCRECT rect = nullptr, UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE)
+    BOOL RedrawWindow(LPCRECT rect = nullptr,
+                      UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE)
     {
         return ::RedrawWindow(m_hWnd, rect, nullptr, flags);
     }
@@ -140,14 +155,16 @@ protected:
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    // WM_COMMAND; TRUE when handled. The default looks for the command or notification in the message map.
+    // WM_COMMAND; TRUE when handled. The default looks for the command or notification in the
+    // message map.
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     // Called last, when the window is gone; an object on the heap may delete itself here.
     virtual void PostNcDestroy();
     // DefWindowProc with the message that is being handled.
     LRESULT Default();
 
-    // The default handlers; each calls Default(). Handlers of a derived class name them in its message map.
+    // The default handlers; each calls Default(). Handlers of a derived class name them in its
+    // message map.
     afx_msg int OnCreate(LPCREATESTRUCT description);
     afx_msg void OnDestroy();
     afx_msg void OnNcDestroy();
@@ -183,7 +200,7 @@ private:
     WNDPROC m_pfnSuper = nullptr; // the window class's procedure, once the window is subclassed
 };
 
-// The name of a window class with these properties, registered when it is new; valid until the thread asks for another.
-// Empty when the platform refuses.
-MFC_API LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor = nullptr, HBRUSH background = nullptr,
-                                    HICON icon = nullptr);
+// The name of a window class with these properties, registered when it is new; valid until the
+// thread asks for another. Empty when the platform refuses.
+MFC_API LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor = nullptr,
+                                    HBRUSH background = nullptr, HICON icon = nullptr);

@@ -1,6 +1,7 @@
 #pragma once
 
-// How a message's two parameters become the arguments of a handler. Used by the macros of afxmsg_.h only.
+// How a message's two parameters become the arguments of a handler. Used by the macros of afxmsg_.h
+// only.
 
 #include <type_traits>
 
@@ -116,13 +117,15 @@ LRESULT OnHit(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 {
     // The hit-test code may be negative (HTERROR); as an unsigned 32-bit value it keeps its sign.
     return Call<Method>(target, WindowFromHandle(reinterpret_cast<HWND>(wParam)),
-                        static_cast<UINT>(static_cast<short>(LOWORD(lParam))), HighUnsigned(lParam));
+                        static_cast<UINT>(static_cast<short>(LOWORD(lParam))),
+                        HighUnsigned(lParam));
 }
 
 template <auto Method>
 LRESULT OnKey(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 {
-    return Call<Method>(target, static_cast<UINT>(wParam), LowUnsigned(lParam), HighUnsigned(lParam));
+    return Call<Method>(target, static_cast<UINT>(wParam), LowUnsigned(lParam),
+                        HighUnsigned(lParam));
 }
 
 template <auto Method>
@@ -134,7 +137,8 @@ LRESULT OnMouse(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 template <auto Method>
 LRESULT OnWheel(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 {
-    return Call<Method>(target, static_cast<UINT>(LOWORD(wParam)), static_cast<short>(HIWORD(wParam)), CPoint(lParam));
+    return Call<Method>(target, static_cast<UINT>(LOWORD(wParam)),
+                        static_cast<short>(HIWORD(wParam)), CPoint(lParam));
 }
 
 } // namespace framework

@@ -65,7 +65,8 @@ LRESULT setState(const BYTE* state, LPARAM size)
     ++orders.statesWritten;
     std::memset(orders.state, 0, sizeof orders.state);
     if (state)
-        std::memcpy(orders.state, state, std::min<std::size_t>(static_cast<std::size_t>(size), sizeof orders.state));
+        std::memcpy(orders.state, state,
+                    std::min<std::size_t>(static_cast<std::size_t>(size), sizeof orders.state));
     return size;
 }
 
@@ -92,7 +93,8 @@ LRESULT compress(const ICCOMPRESS* frame)
     orders.quality = static_cast<LONG>(frame->dwQuality);
     orders.asked = frame->dwFlags & ICCOMPRESS_KEYFRAME;
     if (orders.failFrom >= 0 && index >= orders.failFrom) return ICERR_ERROR;
-    const auto bytes = static_cast<DWORD>(orders.frameBytes[index % TestCodecOrders::scriptedFrames]);
+    const auto bytes =
+        static_cast<DWORD>(orders.frameBytes[index % TestCodecOrders::scriptedFrames]);
     std::memcpy(frame->lpOutput, frame->lpInput, bytes);
     frame->lpbiOutput->biSizeImage = bytes;
     if (frame->lpdwFlags) *frame->lpdwFlags = AVIIF_KEYFRAME;
@@ -107,7 +109,8 @@ LRESULT handle(UINT message, LPARAM first, LPARAM second)
     case ICM_GETSTATE: return getState(reinterpret_cast<BYTE*>(first), second);
     case ICM_SETSTATE: return setState(reinterpret_cast<const BYTE*>(first), second);
     case ICM_COMPRESS_QUERY: return query(input);
-    case ICM_COMPRESS_GET_FORMAT: return getFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
+    case ICM_COMPRESS_GET_FORMAT:
+        return getFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
     case ICM_COMPRESS_GET_SIZE: return input->biWidth * input->biHeight * 4 + 64;
     case ICM_COMPRESS_BEGIN: return begin(query(input));
     case ICM_COMPRESS: return compress(reinterpret_cast<const ICCOMPRESS*>(first));
@@ -138,6 +141,7 @@ extern "C" __declspec(dllexport) LRESULT CALLBACK
         return 1;
     case DRV_CLOSE: return close();
     default:
-        return message < DRV_USER ? DefDriverProc(id, driver, message, first, second) : handle(message, first, second);
+        return message < DRV_USER ? DefDriverProc(id, driver, message, first, second)
+                                  : handle(message, first, second);
     }
 }

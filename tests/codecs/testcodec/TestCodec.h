@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-// A video codec for tests: it counts what it is asked, and does what it is told. The test program loads the same DLL as
-// Video for Windows does, gets its orders through TestCodecOrdersOfThisProcess, and so talks to every instance in its
-// process.
+// A video codec for tests: it counts what it is asked, and does what it is told. The test program
+// loads the same DLL as Video for Windows does, gets its orders through
+// TestCodecOrdersOfThisProcess, and so talks to every instance in its process.
 struct TestCodecOrders
 {
     static constexpr int scriptedFrames = 64;
@@ -16,9 +16,10 @@ struct TestCodecOrders
     BOOL refuseFormat;
     LONG stateSize;                  // bytes; 0: has no state; negative: does not know the message
     LONG failFrom;                   // the first frame that fails; negative: none
-    LONG frameBytes[scriptedFrames]; // size of each compressed frame, which starts with the raw frame's bytes
-    HANDLE closing;                  // set when an instance is about to end or to close; null: not told
-    HANDLE mayClose;                 // waited for before it does; null: not waited
+    LONG frameBytes[scriptedFrames]; // size of each compressed frame, which starts with the raw
+                                     // frame's bytes
+    HANDLE closing;  // set when an instance is about to end or to close; null: not told
+    HANDLE mayClose; // waited for before it does; null: not waited
 
     // What it was asked
     LONG opened;

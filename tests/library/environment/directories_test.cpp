@@ -120,7 +120,8 @@ TEST(CreateDirectory, RefusesPathsThatDoNotFitABuffer)
         EXPECT_TRUE(length < 260 || created == 0) << length;
         ::RemoveDirectoryW(path.c_str());
     }
-    EXPECT_EQ(utilsExam::CreateDirectoryW((folder / (L"new\\" + std::wstring(300, L'x'))).c_str()), 0);
+    EXPECT_EQ(utilsExam::CreateDirectoryW((folder / (L"new\\" + std::wstring(300, L'x'))).c_str()),
+              0);
     EXPECT_FALSE(fileExists(folder / L"new"));
 }
 
@@ -202,8 +203,8 @@ TEST(RemoveDirectory, LogsWhenAFileOfTheTreeIsHeldOpen)
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
     writeFile(folder / L"tree\\a\\held", "x");
-    const HANDLE held =
-        CreateFileW((folder / L"tree\\a\\held").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE held = CreateFileW((folder / L"tree\\a\\held").c_str(), GENERIC_READ, 0, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
@@ -238,7 +239,8 @@ std::wstring WithRun(std::wstring path, std::size_t count)
     return path.insert(path.rfind(L'\\'), count - 1, L'\\');
 }
 
-// How often a path is collapsed shows only where it then fits, or not, the 258 characters that the shell takes.
+// How often a path is collapsed shows only where it then fits, or not, the 258 characters that the
+// shell takes.
 TEST(RemoveDirectory, CollapsesBackslashesTwice)
 {
     const TemporaryFolder folder;
@@ -260,7 +262,8 @@ protected:
     int run(unsigned int operation, const std::wstring& from, const wchar_t* to, int silent = 1,
             unsigned short flags = 0)
     {
-        return utilsExam::SHFileOperationW(operation, from.c_str(), to, silent, flags, nullptr, nullptr, nullptr);
+        return utilsExam::SHFileOperationW(operation, from.c_str(), to, silent, flags, nullptr,
+                                           nullptr, nullptr);
     }
 
     TemporaryFolder folder;
@@ -283,7 +286,8 @@ TEST_F(ShellOperationTest, MakesMissingFoldersWithoutAskingWhenSilent)
     EXPECT_EQ(run(FO_COPY, folder / L"one", (folder / L"new\\deeper\\one").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "1");
     writeFile(folder / L"two", "2");
-    EXPECT_EQ(run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()), 1); // replaced unasked
+    EXPECT_EQ(run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()),
+              1); // replaced unasked
     EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "2");
 }
 
@@ -365,7 +369,9 @@ TEST_F(ShellOperationTest, RefusesAnAbsentSource)
     const InDirectory inside(folder.path());
     writeFile(folder / L"one", "1");
     EXPECT_EQ(run(FO_DELETE, L"", nullptr), 0);
-    EXPECT_EQ(utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(
+        utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr),
+        0);
     EXPECT_TRUE(fileExists(folder / L"one"));
 }
 

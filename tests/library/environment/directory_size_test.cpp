@@ -56,7 +56,8 @@ TEST(GetDirectorySize, CountsHiddenFilesButNoHiddenFolders)
 TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
 {
     const TemporaryFolder folder;
-    const HANDLE file = CreateFileW((folder / L"large").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    const HANDLE file =
+        CreateFileW((folder / L"large").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
     LARGE_INTEGER size = {};
     size.QuadPart = 5'000'000'000;
@@ -77,16 +78,18 @@ std::int64_t PlainSize(const std::wstring& folder)
         const std::wstring name = entry.cFileName;
         const DWORD attributes = entry.dwFileAttributes;
         if (!(attributes & FILE_ATTRIBUTE_DIRECTORY))
-            total += static_cast<std::int64_t>(entry.nFileSizeHigh) * 0x100000000 + entry.nFileSizeLow;
-        else if (!(attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT)) && name != L"." &&
-                 name != L"..")
+            total +=
+                static_cast<std::int64_t>(entry.nFileSizeHigh) * 0x100000000 + entry.nFileSizeLow;
+        else if (!(attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT)) &&
+                 name != L"." && name != L"..")
             total += PlainSize(folder + L"\\" + name);
     } while (FindNextFileW(find, &entry));
     FindClose(find);
     return total;
 }
 
-// Folders within one another, made past the limit of the usual path functions, with a file of a byte in each.
+// Folders within one another, made past the limit of the usual path functions, with a file of a
+// byte in each.
 class DeepTree
 {
 public:
@@ -125,12 +128,12 @@ TEST(GetDirectorySize, CountsLongPathsWhereThePlatformEnumeratesThem)
     EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.path()).c_str()), tree.depth());
 }
 
-// Starts one of the host's own tools on a folder, where the platform runs on a host that has them. The tool is no
-// process of the platform's, so its end shows in what it did.
+// Starts one of the host's own tools on a folder, where the platform runs on a host that has them.
+// The tool is no process of the platform's, so its end shows in what it did.
 bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& paths)
 {
-    const auto unixName = reinterpret_cast<char*(CDECL*)(const wchar_t*)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    const auto unixName = reinterpret_cast<char*(CDECL*)(const wchar_t*)>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
     if (!unixName) return false;
     std::string arguments = tool;
     for (const std::wstring& path : paths) {
@@ -144,8 +147,8 @@ bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& pat
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    return CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process) != FALSE;
+    return CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                          nullptr, &startup, &process) != FALSE;
 }
 
 bool WaitUntil(bool exists, const std::wstring& path)
@@ -155,7 +158,8 @@ bool WaitUntil(bool exists, const std::wstring& path)
     return fileExists(path) == exists;
 }
 
-// A link to a folder, made and removed by the platform's functions or, where these do nothing, by the host's tools.
+// A link to a folder, made and removed by the platform's functions or, where these do nothing, by
+// the host's tools.
 class FolderLink
 {
 public:
@@ -188,7 +192,8 @@ TEST(GetDirectorySize, EndsInALoopOfLinks)
     const DWORD attributes = GetFileAttributesW((folder / L"a\\b\\loop").c_str());
     const std::int64_t size = utilsExam::GetDirectorySize(folder.path().c_str());
     const bool marked = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    EXPECT_TRUE(marked ? size == 100 : size >= 100) << size; // linked folders are skipped where they are known as such
+    EXPECT_TRUE(marked ? size == 100 : size >= 100)
+        << size; // linked folders are skipped where they are known as such
 }
 
 TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
@@ -230,7 +235,8 @@ TEST(GetDirectorySize, AgreesWithRandomTrees)
         std::vector<std::wstring> folders{folder.path()};
         std::int64_t expected = 0;
         for (int entry = 0; entry < 30; ++entry) {
-            const std::wstring path = folders[random() % folders.size()] + L"\\" + std::to_wstring(entry);
+            const std::wstring path =
+                folders[random() % folders.size()] + L"\\" + std::to_wstring(entry);
             if (path.size() > 200) continue;
             if (random() % 3 == 0) {
                 utilsExam::CreateDirectoryW(path.c_str());

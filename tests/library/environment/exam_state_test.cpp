@@ -17,9 +17,10 @@ TEST(ExamState, DefaultsAreThoseOfAFreshProcess)
     EXPECT_TRUE(utilsExam::m_staticInit);
     EXPECT_TRUE(utilsExam::ThumbnailImagePath.IsEmpty());
     EXPECT_EQ(utilsExam::PharmaStart.GetTime(), 0);
-    for (const bool flag : {utilsExam::DevMode, utilsExam::ServiceMode, utilsExam::AppExiting, utilsExam::AppInitDone,
-                            utilsExam::CursorClippingDisabled, utilsExam::Pharma, utilsExam::FusionMode,
-                            utilsExam::ResearchMode, utilsExam::m_bFullscreen, utilsExam::m_bLayoutLeft})
+    for (const bool flag :
+         {utilsExam::DevMode, utilsExam::ServiceMode, utilsExam::AppExiting, utilsExam::AppInitDone,
+          utilsExam::CursorClippingDisabled, utilsExam::Pharma, utilsExam::FusionMode,
+          utilsExam::ResearchMode, utilsExam::m_bFullscreen, utilsExam::m_bLayoutLeft})
         EXPECT_FALSE(flag);
     EXPECT_EQ(utilsExam::m_hwndTutorial, nullptr);
 }
@@ -41,7 +42,8 @@ TEST(ExamState, ConsoleNamesAndValuesMapBothWays)
     {
         const wchar_t* name;
         int value;
-    } rows[] = {{L"Pemmit", 0}, {L"Olkesh", 1}, {L"Vollet", 2}, {L"Saquin", 3}, {L"Tavren", 4}, {L"Unknown", -1}};
+    } rows[] = {{L"Pemmit", 0}, {L"Olkesh", 1}, {L"Vollet", 2},
+                {L"Saquin", 3}, {L"Tavren", 4}, {L"Unknown", -1}};
     for (const auto& row : rows) {
         EXPECT_EQ(utilsExam::MapConsoleType(row.name), row.value);
         EXPECT_STREQ(utilsExam::MapConsoleName(static_cast<EConsoleType>(row.value)), row.name);
@@ -93,7 +95,8 @@ TEST(ExamState, FullscreenAndLayoutAreStored)
 
 TEST(ExamState, TextsAndTimesOfTheApplicationAreKept)
 {
-    utilsExam::ThumbnailImagePath = L"D:\\thumbnails\\of\\a\\long\\enough\\name\\to\\be\\on\\the\\heap";
+    utilsExam::ThumbnailImagePath =
+        L"D:\\thumbnails\\of\\a\\long\\enough\\name\\to\\be\\on\\the\\heap";
     utilsExam::PharmaStart = CTime(86400);
     EXPECT_EQ(utilsExam::ThumbnailImagePath.Left(2), CString(L"D:"));
     EXPECT_EQ(utilsExam::PharmaStart, CTime(86400));
@@ -112,7 +115,8 @@ TEST(ExamState, LowFragmentationHeapIsAskedForWithoutHarm)
 
 TEST(ExamState, ApplicationObjectIsTheExecutables)
 {
-    EXPECT_EQ(AfxGetApp(), &application) << "not the library's module object, which was constructed earlier";
+    EXPECT_EQ(AfxGetApp(), &application)
+        << "not the library's module object, which was constructed earlier";
 }
 
 } // namespace

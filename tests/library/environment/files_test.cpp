@@ -51,7 +51,8 @@ TEST(CheckFileIsWritable, LeavesNoOtherAttributeOfAReadOnlyFile)
         GTEST_SKIP() << "this file system keeps no hidden attribute";
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
-    EXPECT_EQ(GetFileAttributesW(path.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN), 0u);
+    EXPECT_EQ(GetFileAttributesW(path.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
+              0u);
 }
 
 TEST(CheckFileIsWritable, AcceptsAFileThatDoesNotExist)

@@ -44,7 +44,10 @@ protected:
     RegistryPathTest() { qor_utils::SetProfileRoot(m_root.path().c_str()); }
     ~RegistryPathTest() override { qor_utils::SetProfileRoot(nullptr); }
 
-    void store(const wchar_t* name, const std::wstring& value) const { m_root.setText(L"System\\Path", name, value); }
+    void store(const wchar_t* name, const std::wstring& value) const
+    {
+        m_root.setText(L"System\\Path", name, value);
+    }
 
 private:
     test_support::TemporaryRegistryKey m_root;
@@ -111,7 +114,8 @@ TEST(DatabasePaths, AreNormalisedOnce)
     EXPECT_STREQ(utilsExam::GetObjectPath(L"\\\\server\\O1"), L"\\server\\O1.xml"); // deliberate
 }
 
-// Forward slashes turned round, then each pair of backslashes made one, as one walk over the characters.
+// Forward slashes turned round, then each pair of backslashes made one, as one walk over the
+// characters.
 std::wstring PlainlyNormalised(const std::wstring& path)
 {
     std::wstring result;
@@ -132,7 +136,8 @@ TEST(DatabasePaths, AgreeWithThePlainNormalisationOnRandomTexts)
         std::wstring object(random() % 20, L'a');
         for (wchar_t& character : object)
             character = L"ab\\\\//.: "[random() % 9];
-        ASSERT_EQ(std::wstring(utilsExam::GetObjectPath(object.c_str())), PlainlyNormalised(object) + L".xml");
+        ASSERT_EQ(std::wstring(utilsExam::GetObjectPath(object.c_str())),
+                  PlainlyNormalised(object) + L".xml");
         utilsExam::GetStudyPath(object.c_str());
         utilsExam::GetPatientPath(object.c_str());
     }
@@ -151,14 +156,17 @@ TEST(DatabasePaths, FitTheirBuffersOrAreEmpty)
         std::wstring object = L"D:\\p\\s\\";
         object.resize(length, L'x');
         EXPECT_EQ(utilsExam::GetObjectPath(object.c_str()), (object + L".xml").c_str());
-        EXPECT_STREQ(utilsExam::GetStudyPath(object.c_str()), length < 260 ? L"D:\\p\\s\\study.xml" : L"");
-        EXPECT_STREQ(utilsExam::GetPatientPath(object.c_str()), length < 260 ? L"D:\\p\\patient.xml" : L"");
+        EXPECT_STREQ(utilsExam::GetStudyPath(object.c_str()),
+                     length < 260 ? L"D:\\p\\s\\study.xml" : L"");
+        EXPECT_STREQ(utilsExam::GetPatientPath(object.c_str()),
+                     length < 260 ? L"D:\\p\\patient.xml" : L"");
     }
 }
 
 TEST(DatabasePaths, KeepCharactersBeyondTheBasicPlane)
 {
-    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\\U0001F600\\S\u00e4\\O1"), L"D:\\\U0001F600\\S\u00e4\\study.xml");
+    EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\\U0001F600\\S\u00e4\\O1"),
+                 L"D:\\\U0001F600\\S\u00e4\\study.xml");
 }
 
 TEST(GetStudyPath, HasTheLoggerCheckTheStudysFolder)
@@ -180,7 +188,8 @@ class ParsePathTest : public testing::Test
 protected:
     ParsePathTest() : m_reference(m_folder / L"lay\\main.xml")
     {
-        for (const wchar_t* const name : {L"lay", L"lay\\res", L"layouts", L"layouts\\res", L"fallback"})
+        for (const wchar_t* const name :
+             {L"lay", L"lay\\res", L"layouts", L"layouts\\res", L"fallback"})
             CreateDirectoryW((m_folder / name).c_str(), nullptr);
         zelPath::setPath(9, m_folder / L"layouts");
         zelPath::setPath(21, m_folder / L"fallback");
@@ -191,7 +200,10 @@ protected:
         zelPath::setPath(21, L"");
     }
 
-    CString parse(const wchar_t* path) const { return utilsExam::ParsePath(m_reference.c_str(), path); }
+    CString parse(const wchar_t* path) const
+    {
+        return utilsExam::ParsePath(m_reference.c_str(), path);
+    }
     std::wstring address(const wchar_t* name) const { return WithForwardSlashes(m_folder / name); }
 
     TemporaryFolder m_folder;
@@ -220,15 +232,16 @@ TEST_F(ParsePathTest, FindsAFileBesideTheReference)
     writeFile(m_folder / L"lay\\img.png", "");
     EXPECT_EQ(parse(L" img.png "), address(L"lay\\img.png").c_str());
     const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
-    EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"), address(L"lay\\img.png").c_str());
+    EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"),
+              address(L"lay\\img.png").c_str());
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
 {
-    const std::wstring candidates[] = {address(L"lay\\img.png"), address(L"lay\\res\\img.png"),
-                                       m_folder / L"layouts\\img.png", m_folder / L"layouts\\res/img.png",
-                                       m_folder / L"fallback\\img.png"};
+    const std::wstring candidates[] = {
+        address(L"lay\\img.png"), address(L"lay\\res\\img.png"), m_folder / L"layouts\\img.png",
+        m_folder / L"layouts\\res/img.png", m_folder / L"fallback\\img.png"};
     for (const std::wstring& candidate : candidates)
         writeFile(candidate, "");
     for (const std::wstring& candidate : candidates) {
@@ -277,8 +290,10 @@ TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
 TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
 {
     writeFile(m_folder / L"layouts\\only-here.png", "");
-    EXPECT_EQ(utilsExam::ParsePath(nullptr, L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
-    EXPECT_EQ(utilsExam::ParsePath(L"", L"only-here.png"), (m_folder / L"layouts\\only-here.png").c_str());
+    EXPECT_EQ(utilsExam::ParsePath(nullptr, L"only-here.png"),
+              (m_folder / L"layouts\\only-here.png").c_str());
+    EXPECT_EQ(utilsExam::ParsePath(L"", L"only-here.png"),
+              (m_folder / L"layouts\\only-here.png").c_str());
 }
 
 TEST_F(ParsePathTest, TakesPathsOfAnyLength)

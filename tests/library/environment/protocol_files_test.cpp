@@ -47,39 +47,47 @@ protected:
 TEST_F(ProtocolFilesTest, SavePathIsInAFolderNamedLikeTheFactoryFolder)
 {
     ASSERT_FALSE(fileExists(folder / L"saved\\P1"));
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P1\\a.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
+              (folder / L"saved\\P1\\a.xml").c_str());
     EXPECT_TRUE(fileExists(folder / L"saved\\P1"));
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P1\\a.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
+              (folder / L"saved\\P1\\a.xml").c_str());
 }
 
 TEST_F(ProtocolFilesTest, SavePathTakesAFolderThatIsNamed)
 {
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"other"), (folder / L"saved\\other\\a.xml").c_str());
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"x\\y\\/\\"), (folder / L"saved\\x\\y\\a.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"other"),
+              (folder / L"saved\\other\\a.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"x\\y\\/\\"),
+              (folder / L"saved\\x\\y\\a.xml").c_str());
     EXPECT_TRUE(fileExists(folder / L"saved\\x\\y"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L""), (folder / L"saved\\a.xml").c_str());
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(nullptr, L"other"), (folder / L"saved\\other\\").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(nullptr, L"other"),
+              (folder / L"saved\\other\\").c_str());
 }
 
 TEST_F(ProtocolFilesTest, SavePathTakesFoldersWithoutAndWithSeveralTrailingSlashes)
 {
     for (const wchar_t* const factory : {L"factory\\P2", L"factory\\P2\\\\", L"factory\\P2/"}) {
         zelPath::setPath(37, folder / factory);
-        EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P2\\a.xml").c_str());
+        EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
+                  (folder / L"saved\\P2\\a.xml").c_str());
     }
 }
 
 TEST_F(ProtocolFilesTest, SavePathIsGivenWhereTheFolderCannotBeCreated)
 {
     writeFile(folder / L"saved\\P1", "a file in the way");
-    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr), (folder / L"saved\\P1\\a.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
+              (folder / L"saved\\P1\\a.xml").c_str());
     EXPECT_TRUE(log.take().empty());
 }
 
 TEST_F(ProtocolFilesTest, EachLayerShadowsTheNextOnes)
 {
     const std::wstring layers[] = {folder / L"saved\\P1\\m.xml", folder / L"factory\\P1\\m.xml",
-                                   folder / L"base\\m.xml", folder / L"second\\m.xml", folder / L"fallback\\m.xml"};
+                                   folder / L"base\\m.xml", folder / L"second\\m.xml",
+                                   folder / L"fallback\\m.xml"};
     utilsExam::CreateDirectoryW((folder / L"saved\\P1").c_str());
     for (const std::wstring& layer : layers)
         writeFile(layer, "x");
@@ -96,7 +104,8 @@ TEST_F(ProtocolFilesTest, FactoryAndBaseFilesIgnoreTheLayersAbove)
     writeFile(folder / L"saved\\P1\\m.xml", "x");
     writeFile(folder / L"factory\\P1\\m.xml", "x");
     writeFile(folder / L"second\\m.xml", "x");
-    EXPECT_EQ(utilsExam::GetFactoryProtocolFile(L"m.xml"), (folder / L"factory\\P1\\m.xml").c_str());
+    EXPECT_EQ(utilsExam::GetFactoryProtocolFile(L"m.xml"),
+              (folder / L"factory\\P1\\m.xml").c_str());
     EXPECT_EQ(utilsExam::GetBaseProtocolFile(L"m.xml"), (folder / L"second\\m.xml").c_str());
 }
 
@@ -108,14 +117,15 @@ TEST_F(ProtocolFilesTest, AMissingFileIsLoggedAndItsLastCandidateGiven)
                                     L") contain none.xml."};
     EXPECT_EQ(utilsExam::GetProtocolFile(L"none.xml"), (folder / L"fallback\\none.xml").c_str());
     EXPECT_EQ(log.take(), std::vector<LoggedMessage>{missing});
-    EXPECT_EQ(utilsExam::GetBaseProtocolFile(L"none.xml"), (folder / L"fallback\\none.xml").c_str());
+    EXPECT_EQ(utilsExam::GetBaseProtocolFile(L"none.xml"),
+              (folder / L"fallback\\none.xml").c_str());
     EXPECT_EQ(log.take(), std::vector<LoggedMessage>{missing});
 }
 
 TEST_F(ProtocolFilesTest, TheTwoOptionalFilesAreNotLoggedInAnySpelling)
 {
-    for (const wchar_t* const name :
-         {L"worksheet.xml", L"Worksheet.XML", L"measurements-custom.xml", L"MEASUREMENTS-Custom.xml"}) {
+    for (const wchar_t* const name : {L"worksheet.xml", L"Worksheet.XML",
+                                      L"measurements-custom.xml", L"MEASUREMENTS-Custom.xml"}) {
         EXPECT_EQ(utilsExam::GetProtocolFile(name), (folder / L"fallback" + L"\\" + name).c_str());
         EXPECT_TRUE(log.take().empty());
     }
@@ -126,9 +136,11 @@ TEST_F(ProtocolFilesTest, TheTwoOptionalFilesAreNotLoggedInAnySpelling)
 TEST_F(ProtocolFilesTest, NamesMayBeLongOrBeyondTheBasicPlane)
 {
     writeFile(folder / L"base\\\U0001F600.xml", "x");
-    EXPECT_EQ(utilsExam::GetProtocolFile(L"\U0001F600.xml"), (folder / L"base\\\U0001F600.xml").c_str());
+    EXPECT_EQ(utilsExam::GetProtocolFile(L"\U0001F600.xml"),
+              (folder / L"base\\\U0001F600.xml").c_str());
     const std::wstring name(300, L'x');
-    EXPECT_EQ(utilsExam::GetProtocolFile(name.c_str()), (folder / L"fallback" + L"\\" + name).c_str());
+    EXPECT_EQ(utilsExam::GetProtocolFile(name.c_str()),
+              (folder / L"fallback" + L"\\" + name).c_str());
 }
 
 } // namespace

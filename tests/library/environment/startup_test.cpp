@@ -1,6 +1,7 @@
-// The order in which the library's objects are constructed when it is loaded and destroyed when it is unloaded.
-// This program does not link the library: it loads it, learns of it before any code of it has run, and watches every
-// access to the library's writable memory by guarding the pages and running each access as a single step.
+// The order in which the library's objects are constructed when it is loaded and destroyed when it
+// is unloaded. This program does not link the library: it loads it, learns of it before any code of
+// it has run, and watches every access to the library's writable memory by guarding the pages and
+// running each access as a single step.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -48,8 +49,8 @@ std::vector<Range> WritableSections(const std::byte* module)
     return ranges;
 }
 
-// Watches memory: while it is on, every access from code of this process is recorded in order. One at a time, one
-// thread.
+// Watches memory: while it is on, every access from code of this process is recorded in order. One
+// at a time, one thread.
 class MemoryWatch
 {
 public:
@@ -70,19 +71,24 @@ public:
         RemoveVectoredExceptionHandler(handler);
     }
 
-    static std::vector<Access> Recorded() { return {log.begin(), log.begin() + static_cast<std::ptrdiff_t>(count)}; }
+    static std::vector<Access> Recorded()
+    {
+        return {log.begin(), log.begin() + static_cast<std::ptrdiff_t>(count)};
+    }
 
 private:
     static void Protect(DWORD protection)
     {
         DWORD old;
         for (const Range& range : sections)
-            VirtualProtect(reinterpret_cast<void*>(range.begin), range.end - range.begin, protection, &old);
+            VirtualProtect(reinterpret_cast<void*>(range.begin), range.end - range.begin,
+                           protection, &old);
     }
 
     static bool IsWatched(std::uintptr_t address)
     {
-        constexpr std::uintptr_t pageMask = 0xFFF; // an access may also hit the rest of a section's last page
+        constexpr std::uintptr_t pageMask =
+            0xFFF; // an access may also hit the rest of a section's last page
         return std::any_of(sections.begin(), sections.end(), [address](const Range& range) {
             return address >= range.begin && address < ((range.end + pageMask) & ~pageMask);
         });
@@ -92,8 +98,11 @@ private:
     {
         constexpr DWORD trapFlag = 0x100;
         const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
-        if (record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && IsWatched(record.ExceptionInformation[1])) {
-            if (count < capacity) log[count++] = {record.ExceptionInformation[1], record.ExceptionInformation[0] == 1};
+        if (record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION &&
+            IsWatched(record.ExceptionInformation[1])) {
+            if (count < capacity)
+                log[count++] = {record.ExceptionInformation[1],
+                                record.ExceptionInformation[0] == 1};
             Protect(PAGE_READWRITE);
             exception->ContextRecord->EFlags |= trapFlag;
             isStepping = true;
@@ -114,7 +123,8 @@ private:
     static inline bool isStepping = false;
 };
 
-// ---- The loader's notification, which comes when a library is mapped and before any of its code runs
+// ---- The loader's notification, which comes when a library is mapped and before any of its code
+// runs
 
 struct UnicodeText
 {
@@ -131,21 +141,25 @@ struct LoadedNotification
     ULONG size;
 };
 
-using NotificationFunction = void(CALLBACK*)(ULONG reason, const LoadedNotification* data, void* context);
-using RegisterNotification = LONG(NTAPI*)(ULONG flags, NotificationFunction function, void* context, void** cookie);
+using NotificationFunction = void(CALLBACK*)(ULONG reason, const LoadedNotification* data,
+                                             void* context);
+using RegisterNotification = LONG(NTAPI*)(ULONG flags, NotificationFunction function, void* context,
+                                          void** cookie);
 using UnregisterNotification = LONG(NTAPI*)(void* cookie);
 
 template <class Function>
 Function NtFunction(const char* name)
 {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
 }
 
 void CALLBACK OnLibrary(ULONG reason, const LoadedNotification* data, void*)
 {
     constexpr ULONG loaded = 1;
     const std::wstring_view name(data->baseName->text, data->baseName->bytes / sizeof(wchar_t));
-    if (reason == loaded && name == libraryName) MemoryWatch::Start(static_cast<std::byte*>(data->base));
+    if (reason == loaded && name == libraryName)
+        MemoryWatch::Start(static_cast<std::byte*>(data->base));
 }
 
 // ---- What is watched
@@ -169,8 +183,10 @@ public:
     Object ModuleObject() const
     {
         for (const Range& range : WritableSections(reinterpret_cast<const std::byte*>(m_module)))
-            for (std::uintptr_t word = range.begin; word + sizeof word <= range.end; word += sizeof word)
-                if (TypeName(*reinterpret_cast<const std::uintptr_t*>(word)) == "17CUtils_StaticsApp")
+            for (std::uintptr_t word = range.begin; word + sizeof word <= range.end;
+                 word += sizeof word)
+                if (TypeName(*reinterpret_cast<const std::uintptr_t*>(word)) ==
+                    "17CUtils_StaticsApp")
                     return {word, word + sizeof word};
         return {};
     }
@@ -180,7 +196,8 @@ private:
     {
         const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(m_module);
         const auto* const base = reinterpret_cast<const std::byte*>(m_module);
-        return reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew)->OptionalHeader.SizeOfImage;
+        return reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew)
+            ->OptionalHeader.SizeOfImage;
     }
 
     bool Contains(std::uintptr_t address) const
@@ -197,7 +214,8 @@ private:
         if (!Contains(type) || type % sizeof(void*) != 0) return {};
         const auto name = reinterpret_cast<const std::uintptr_t*>(type)[1];
         if (!Contains(name)) return {};
-        return {reinterpret_cast<const char*>(name), strnlen(reinterpret_cast<const char*>(name), 64)};
+        return {reinterpret_cast<const char*>(name),
+                strnlen(reinterpret_cast<const char*>(name), 64)};
     }
 
     HMODULE m_module;
@@ -208,7 +226,8 @@ struct Span
     std::size_t first, last; // places in the record
 };
 
-std::optional<Span> AccessesOf(const Object& object, const std::vector<Access>& record, bool onlyWrites)
+std::optional<Span> AccessesOf(const Object& object, const std::vector<Access>& record,
+                               bool onlyWrites)
 {
     std::optional<Span> span;
     for (std::size_t i = 0; i < record.size(); ++i) {
@@ -226,7 +245,8 @@ protected:
     void SetUp() override
     {
         if (GetModuleHandleW(libraryName)) GTEST_FAIL() << "the library is loaded already";
-        const auto registerFunction = NtFunction<RegisterNotification>("LdrRegisterDllNotification");
+        const auto registerFunction =
+            NtFunction<RegisterNotification>("LdrRegisterDllNotification");
         ASSERT_NE(registerFunction, nullptr);
         ASSERT_EQ(registerFunction(0, &OnLibrary, nullptr, &m_cookie), 0);
         m_module = LoadLibraryW(libraryName);
@@ -235,8 +255,10 @@ protected:
         m_construction = MemoryWatch::Recorded();
 
         const Library library(m_module);
-        m_signal = library.Exported("_ZN20IStateChangeConsumer21m_onStateChangeSignalE", 4 * sizeof(void*));
-        m_thumbnailPath = library.Exported("_ZN9utilsExam18ThumbnailImagePathE", sizeof(std::wstring));
+        m_signal = library.Exported("_ZN20IStateChangeConsumer21m_onStateChangeSignalE",
+                                    4 * sizeof(void*));
+        m_thumbnailPath =
+            library.Exported("_ZN9utilsExam18ThumbnailImagePathE", sizeof(std::wstring));
         m_map = library.Exported("_ZN9utilsExam16m_consoleTypeMapE", 8 * sizeof(void*));
         m_staticInit = library.Exported("_ZN9utilsExam12m_staticInitE", 1);
         m_moduleObject = library.ModuleObject();

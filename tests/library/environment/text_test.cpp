@@ -81,8 +81,8 @@ protected:
     WrapStrTest()
     {
         dc.CreateCompatibleDC(nullptr);
-        font = CreateFontW(-20, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, 0, 0, NONANTIALIASED_QUALITY, 0,
-                           L"Arial");
+        font = CreateFontW(-20, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, 0, 0,
+                           NONANTIALIASED_QUALITY, 0, L"Arial");
         before = ::SelectObject(dc.m_hDC, font);
     }
     ~WrapStrTest() override
@@ -176,7 +176,8 @@ TEST_F(WrapStrTest, AppendsTheWordsAfterALineFeedWithoutTheirDelimiter)
     CString text(L"aa\nbb cc");
     EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"aabb")), 2);
     CString narrower(L"aa\nbb cc");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, narrower, width(L"aabb") - 1), width(L"bb cc") > width(L"aabb") - 1 ? 3 : 2);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, narrower, width(L"aabb") - 1),
+              width(L"bb cc") > width(L"aabb") - 1 ? 3 : 2);
 }
 
 // The steps written down one by one with the framework's own string operations.
@@ -189,7 +190,8 @@ int WrapStrTest::plainWrap(std::wstring& text, int maximum)
     int count = 1;
     int position = 0;
     int token = 0;
-    for (CString word = copy.Tokenize(L" \n", token); token != -1; word = copy.Tokenize(L" \n", token)) {
+    for (CString word = copy.Tokenize(L" \n", token); token != -1;
+         word = copy.Tokenize(L" \n", token)) {
         if (word == copy) return 1;
         const int found = copy.Find(word, position);
         if (found >= 0) {
@@ -220,7 +222,8 @@ TEST_F(WrapStrTest, AgreesWithThePlainStepsOnRandomTexts)
         CString asked(text.c_str());
         const int lines = utilsExam::WrapStr(&dc, asked, maximum);
         std::wstring expected = text;
-        EXPECT_EQ(lines, plainWrap(expected, maximum)) << testing::PrintToString(text) << " at " << maximum;
+        EXPECT_EQ(lines, plainWrap(expected, maximum))
+            << testing::PrintToString(text) << " at " << maximum;
         EXPECT_EQ(asked, expected.c_str()) << testing::PrintToString(text) << " at " << maximum;
     }
 }

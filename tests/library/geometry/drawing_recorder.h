@@ -11,7 +11,8 @@
 // A line drawn with MoveTo and LineTo.
 using Strokes = std::vector<ULine>;
 
-// An arc as the device got it. The box is in order and without its right and bottom edge, which GDI leaves out.
+// An arc as the device got it. The box is in order and without its right and bottom edge, which GDI
+// leaves out.
 struct RecordedArc
 {
     URect box;
@@ -47,12 +48,14 @@ private:
         Strokes strokes;
         std::vector<RecordedArc> arcs;
 
-        static int CALLBACK Record(HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM context)
+        static int CALLBACK Record(HDC, HANDLETABLE*, const ENHMETARECORD* record, int,
+                                   LPARAM context)
         {
             auto& reader = *reinterpret_cast<Reader*>(context);
             if (record->iType == EMR_ARC) reader.AddArc(*reinterpret_cast<const EMRARC*>(record));
             if (record->iType == EMR_MOVETOEX || record->iType == EMR_LINETO)
-                reader.Go(reinterpret_cast<const EMRLINETO*>(record)->ptl, record->iType == EMR_LINETO);
+                reader.Go(reinterpret_cast<const EMRLINETO*>(record)->ptl,
+                          record->iType == EMR_LINETO);
             return 1;
         }
 

@@ -1,4 +1,5 @@
-// Arcs of constant depth as the device gets them, to the pixel, and the parameters that reach the conversion routines.
+// Arcs of constant depth as the device gets them, to the pixel, and the parameters that reach the
+// conversion routines.
 #include <Utils_Statics/CImgGeometry.h>
 
 #include "drawing_recorder.h"
@@ -30,31 +31,34 @@ struct Scene
 
     UPoint At(int line, int sample) const
     {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA, scanB, &probe,
-                                                soundSpeed, ld, scanC, width, height, flip);
+        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA,
+                                                scanB, &probe, soundSpeed, ld, scanC, width, height,
+                                                flip);
     }
 
     URect Vertical(CDC* dc, int line, int sample1, int sample2) const
     {
-        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale, samplingFreq, scanA, scanB,
-                                                &probe, soundSpeed, scanC, width, height, flip, ld);
+        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale,
+                                                samplingFreq, scanA, scanB, &probe, soundSpeed,
+                                                scanC, width, height, flip, ld);
     }
     URect Horizontal(CDC* dc, int sample, int line1, int line2) const
     {
-        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale, samplingFreq, scanA, scanB,
-                                                  &probe, soundSpeed, scanC, width, height, flip, ld);
+        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale,
+                                                  samplingFreq, scanA, scanB, &probe, soundSpeed,
+                                                  scanC, width, height, flip, ld);
     }
     URect VerticalClip(CDC* dc, int line, int sample1, int sample2, const ULine& clip) const
     {
-        return CImgGeometry::DrawVerticalUSLineClip(dc, line, sample1, sample2, origin, scale, samplingFreq, scanA,
-                                                    scanB, &probe, soundSpeed, clip, clip, scanC, width, height, flip,
-                                                    ld);
+        return CImgGeometry::DrawVerticalUSLineClip(dc, line, sample1, sample2, origin, scale,
+                                                    samplingFreq, scanA, scanB, &probe, soundSpeed,
+                                                    clip, clip, scanC, width, height, flip, ld);
     }
     URect HorizontalClip(CDC* dc, int sample, int line1, int line2, const ULine& clip) const
     {
-        return CImgGeometry::DrawHorizontalUSLineClip(dc, sample, line1, line2, origin, scale, samplingFreq, scanA,
-                                                      scanB, &probe, soundSpeed, clip, clip, scanC, width, height, flip,
-                                                      ld);
+        return CImgGeometry::DrawHorizontalUSLineClip(
+            dc, sample, line1, line2, origin, scale, samplingFreq, scanA, scanB, &probe, soundSpeed,
+            clip, clip, scanC, width, height, flip, ld);
     }
 
     // The one arc that is drawn at a depth from line to line.
@@ -85,7 +89,8 @@ private:
 Scene RandomScene(Random& random, int type)
 {
     Scene s;
-    s.probe = {type, random.Int(16, 256), random.Int(200, 400), random.Int(30000, 60000), random.Int(60000, 100000)};
+    s.probe = {type, random.Int(16, 256), random.Int(200, 400), random.Int(30000, 60000),
+               random.Int(60000, 100000)};
     s.origin = {random.Int(-100, 500), random.Int(-100, 500)};
     s.scale = {random.Int(50, 400), random.Int(50, 400)};
     s.samplingFreq = random.Int(2000000, 20000000);
@@ -102,7 +107,8 @@ Scene RandomScene(Random& random, int type)
 
 } // namespace
 
-// 300 samples of 100 microns before a face of 40 mm: 70 mm, that is 318.18 pixels of 220 microns and 350 of 200.
+// 300 samples of 100 microns before a face of 40 mm: 70 mm, that is 318.18 pixels of 220 microns
+// and 350 of 200.
 TEST(Arc, LiesInABoxOnePixelLargerAtTheRightAndTheBottom)
 {
     Scene s;
@@ -115,7 +121,8 @@ TEST(Arc, LiesInABoxOnePixelLargerAtTheRightAndTheBottom)
     EXPECT_EQ(s.Arc(300, 5, 90).box, (URect{0, 188, 638, 890}));
 }
 
-// 300 samples before a concave face of 40 mm: 10 mm on the other side of its centre, -45.45 pixels and -50.
+// 300 samples before a concave face of 40 mm: 10 mm on the other side of its centre, -45.45 pixels
+// and -50.
 TEST(Arc, LiesInAReversedBoxBeforeTheCentreOfAConcaveFace)
 {
     Scene s;
@@ -129,9 +136,11 @@ TEST(Arc, TruncatesDepthAndPixels)
     Scene s;
     s.samplingFreq = 15000000;
     s.scale = {55503, 27752}; // one more than the radius, and than its half
-    EXPECT_EQ(s.Arc(302, 5, 90).box, (URect{320 - 1, -60 - 2, 320 + 2 - 1, -60 + 3 - 1})) << "0 and 1 pixels";
+    EXPECT_EQ(s.Arc(302, 5, 90).box, (URect{320 - 1, -60 - 2, 320 + 2 - 1, -60 + 3 - 1}))
+        << "0 and 1 pixels";
     s.scale = {24498, 24499};
-    EXPECT_EQ(s.Arc(-302, 5, 90).box, (URect{320 - 2, -60 - 1, 320 + 3 - 1, -60 + 2 - 1})) << "towards zero";
+    EXPECT_EQ(s.Arc(-302, 5, 90).box, (URect{320 - 2, -60 - 1, 320 + 3 - 1, -60 + 2 - 1}))
+        << "towards zero";
 }
 
 TEST(Arc, StartsAtTheEndWithTheSmallerXUnlessItIsReversed)
@@ -197,10 +206,10 @@ TEST(Drawing, PassesEveryParameterOn)
         ASSERT_EQ(s.VerticalClip(nullptr, line, sample, sample2, clip), along);
         ASSERT_EQ(s.HorizontalClip(nullptr, sample, line, line2, clip), across);
         const UPoint deeper = CImgGeometry::GetPixelDistanceCoordinates(
-            line, sample, 0, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB, &s.probe, s.soundSpeed, s.scanC,
-            s.width, s.height, s.flip);
-        ASSERT_EQ(deeper,
-                  qor_utils::GetPixelCoordinates(line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB,
-                                                 &s.probe, s.soundSpeed, s.scanC, s.width, s.height, s.flip));
+            line, sample, 0, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB, &s.probe,
+            s.soundSpeed, s.scanC, s.width, s.height, s.flip);
+        ASSERT_EQ(deeper, qor_utils::GetPixelCoordinates(
+                              line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB,
+                              &s.probe, s.soundSpeed, s.scanC, s.width, s.height, s.flip));
     }
 }

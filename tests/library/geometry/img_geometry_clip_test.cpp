@@ -20,10 +20,14 @@ void PrintTo(const UPoint& p, std::ostream* out)
 TEST(GetIntersectPt, FindsNoneForParallelLines)
 {
     UPoint pt{-7, -8};
-    EXPECT_FALSE(CImgGeometry::GetIntersectPt({5, 0, 5, 10}, {9, 3, 9, 4}, pt)) << "two vertical ones";
-    EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 0, 10, 20}, {3, 0, 8, 10}, pt)) << "the same slope";
-    EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 4, 10, 4}, {3, 9, 8, 9}, pt)) << "two horizontal ones";
-    EXPECT_FALSE(CImgGeometry::GetIntersectPt({5, 5, 5, 5}, {9, 3, 9, 4}, pt)) << "a point counts as vertical";
+    EXPECT_FALSE(CImgGeometry::GetIntersectPt({5, 0, 5, 10}, {9, 3, 9, 4}, pt))
+        << "two vertical ones";
+    EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 0, 10, 20}, {3, 0, 8, 10}, pt))
+        << "the same slope";
+    EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 4, 10, 4}, {3, 9, 8, 9}, pt))
+        << "two horizontal ones";
+    EXPECT_FALSE(CImgGeometry::GetIntersectPt({5, 5, 5, 5}, {9, 3, 9, 4}, pt))
+        << "a point counts as vertical";
     EXPECT_EQ(pt, (UPoint{-7, -8})) << "left as it was";
 }
 
@@ -53,7 +57,8 @@ TEST(GetIntersectPt, TakesTheLinesAsInfinite)
 
 TEST(GetIntersectPt, WorksInSinglePrecision)
 {
-    // In double precision the slopes 1/3 and 0.333333343... differ; as single-precision values they are one.
+    // In double precision the slopes 1/3 and 0.333333343... differ; as single-precision values they
+    // are one.
     UPoint pt;
     EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 0, 3, 1}, {0, 5, 33554433, 11184816}, pt));
     // 16777217 is not a single-precision number.
@@ -64,7 +69,8 @@ TEST(GetIntersectPt, WorksInSinglePrecision)
 TEST(GetIntersectPt, StopsAtTheLimitsForAbsurdLines)
 {
     UPoint pt;
-    EXPECT_TRUE(CImgGeometry::GetIntersectPt({INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {0, INT_MAX, 1, INT_MIN}, pt));
+    EXPECT_TRUE(CImgGeometry::GetIntersectPt({INT_MIN, INT_MIN, INT_MAX, INT_MAX},
+                                             {0, INT_MAX, 1, INT_MIN}, pt));
     EXPECT_TRUE(CImgGeometry::GetIntersectPt({INT_MAX, 0, INT_MAX, 1}, {0, 0, 1, INT_MAX}, pt));
     EXPECT_EQ(pt, (UPoint{INT_MAX, INT_MAX}));
     std::mt19937 engine(3);
@@ -97,12 +103,15 @@ TEST(ClipLines, ClipsANearlyHorizontalLineInXOnly)
     EXPECT_EQ(out, (ULine{80, 100, 200, 100}));
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {200, 100, 0, 100}, edge, out, false));
     EXPECT_EQ(out, (ULine{0, 100, 80, 100}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 200, 109}, edge, out, true)) << "nine pixels of rise";
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 200, 109}, edge, out, true))
+        << "nine pixels of rise";
     EXPECT_EQ(out.x2, 200);
     EXPECT_EQ(out.y2, 109);
-    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {81, 100, 200, 100}, edge, out, true)) << "all inside";
+    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {81, 100, 200, 100}, edge, out, true))
+        << "all inside";
     EXPECT_EQ(out, (ULine{81, 100, 200, 100}));
-    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 79, 100}, edge, out, false)) << "all inside";
+    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 79, 100}, edge, out, false))
+        << "all inside";
     EXPECT_EQ(out, (ULine{0, 100, 79, 100}));
     EXPECT_TRUE(recorder.TakeStrokes().empty());
 }
@@ -123,8 +132,10 @@ TEST(ClipLines, EndsALineAtASlopingEdgeWithAStroke)
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 200, 150, 0}, edge, out, true));
     EXPECT_EQ(out, (ULine{150, 0, 150, 50})) << "ordered by y, the lower end clipped";
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 300, 50}})) << "to the edge's x at the line's lower end";
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, false)) << "at either end";
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 300, 50}}))
+        << "to the edge's x at the line's lower end";
+    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, false))
+        << "at either end";
     EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
 }
 
@@ -132,7 +143,8 @@ TEST(ClipLines, LeavesALineThatEndsAboveASlopingEdge)
 {
     ULine out;
     // They would meet at (150, 50), below both ends.
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {150, 40, 150, 10}, {100, 0, 200, 100}, out, true));
+    EXPECT_FALSE(
+        CImgGeometry::ClipLines(nullptr, {150, 40, 150, 10}, {100, 0, 200, 100}, out, true));
     EXPECT_EQ(out, (ULine{150, 10, 150, 40})) << "ordered by y";
 }
 
@@ -140,13 +152,15 @@ TEST(ClipLines, LeavesALineThatStartsBelowASlopingEdge)
 {
     ULine out;
     const ULine edge{100, 0, 200, 100};
-    // They meet at (150, 50), above the line: it is replaced by the edge between the line's heights.
+    // They meet at (150, 50), above the line: it is replaced by the edge between the line's
+    // heights.
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {150, 60, 150, 90}, edge, out, true));
     EXPECT_EQ(out, (ULine{190, 90, 160, 60})) << "the lower point first";
     // Above the image the intersection does not count: y = 0, so false.
     EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {100, 60, 100, 90}, edge, out, true));
     EXPECT_EQ(out, (ULine{100, 60, 100, 90}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {101, 60, 101, 90}, edge, out, true)) << "y = 1 does";
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {101, 60, 101, 90}, edge, out, true))
+        << "y = 1 does";
 }
 
 TEST(ClipLines, EndsALineAtAHorizontalEdgeWithoutAStroke)
@@ -156,7 +170,8 @@ TEST(ClipLines, EndsALineAtAHorizontalEdgeWithoutAStroke)
     ULine out;
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, true));
     EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
-    EXPECT_TRUE(recorder.TakeStrokes().empty()) << "the edge is nowhere at the height of the line's lower end";
+    EXPECT_TRUE(recorder.TakeStrokes().empty())
+        << "the edge is nowhere at the height of the line's lower end";
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 60, 150, 200}, edge, out, true));
     EXPECT_EQ(out, (ULine{0, 0, 0, 0})) << "nor at the heights of a line below it";
 }
@@ -179,7 +194,8 @@ TEST(ClipLines, CountsEndsOnTheEdgeAsMeetingIt)
     EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the other edge or on it";
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {20, 10, 100, 90}, vertical, out, true));
     EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the edge or on it";
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 100, 15}, {100, 12, 300, 13}, out, true));
+    EXPECT_TRUE(
+        CImgGeometry::ClipLines(nullptr, {100, 10, 100, 15}, {100, 12, 300, 13}, out, true));
     EXPECT_EQ(out, (ULine{100, 12, 100, 15}));
 }
 
@@ -187,9 +203,11 @@ TEST(ClipLines, TakesATenPixelRiseForASlopingLine)
 {
     const ULine edge{50, 0, 60, 100};
     ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 101}, edge, out, true)) << "nine: clipped in x only";
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 101}, edge, out, true))
+        << "nine: clipped in x only";
     EXPECT_EQ(out, (ULine{61, 107, 200, 101}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 100}, edge, out, true)) << "ten: the lower end goes";
+    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 100}, edge, out, true))
+        << "ten: the lower end goes";
     EXPECT_EQ(out, (ULine{200, 100, 61, 107}));
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {200, 100, 0, 110}, edge, out, true));
     EXPECT_EQ(out, (ULine{200, 100, 61, 107})) << "in either direction";
@@ -197,7 +215,8 @@ TEST(ClipLines, TakesATenPixelRiseForASlopingLine)
 
 TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
 {
-    // They meet at (-40, 19.6): by rounding at the height of the line's upper end, but 40 pixels beside it.
+    // They meet at (-40, 19.6): by rounding at the height of the line's upper end, but 40 pixels
+    // beside it.
     const ULine edge{-41, -80, -39, 120};
     DrawingRecorder recorder;
     ULine out;
@@ -208,8 +227,8 @@ TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
 
 TEST(ClipLines, LeavesALineWhoseIntersectionIsAboveItsLowerEndOnly)
 {
-    // The intersection lies between the heights and not between the x values: not possible for one straight line but
-    // for rounding; so all that is left is an edge below the start.
+    // The intersection lies between the heights and not between the x values: not possible for one
+    // straight line but for rounding; so all that is left is an edge below the start.
     ULine out;
     EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {0, 0, 10, 100}, {0, 500, 100, 501}, out, true));
 }
@@ -241,7 +260,8 @@ TEST(ClipLines, CutsALineAtAVerticalEdgeWithAStrokeAlongIt)
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}));
     EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 90, 120, 10}, edge, out, true));
     EXPECT_EQ(out, (ULine{100, 50, 120, 10}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}})) << "down to the lower end in any case";
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}))
+        << "down to the lower end in any case";
 }
 
 TEST(ClipLines, TakesTheSameObjectForLineAndResult)
@@ -264,8 +284,9 @@ constexpr ULine RightEdge{400, 10, 800, 410};
 URect Horizontal(CDC* dc, const ZelProbe* probe, int scanB, const ULine& clip1 = LeftEdge,
                  const ULine& clip2 = RightEdge)
 {
-    return CImgGeometry::DrawHorizontalUSLineClip(dc, 300, -20, 50, Origin, Scale, 7700000, 0, scanB, probe, 1540,
-                                                  clip1, clip2, 0, 800, 600, 0, 0);
+    return CImgGeometry::DrawHorizontalUSLineClip(dc, 300, -20, 50, Origin, Scale, 7700000, 0,
+                                                  scanB, probe, 1540, clip1, clip2, 0, 800, 600, 0,
+                                                  0);
 }
 
 } // namespace
@@ -277,8 +298,8 @@ TEST(DrawHorizontalUSLineClip, ClipsAPhasedLineAtTheSectorsEdge)
     const Strokes strokes = recorder.TakeStrokes();
     ASSERT_FALSE(strokes.empty());
     const ULine& last = strokes.back();
-    EXPECT_EQ(drawn, (URect{std::min(last.x1, last.x2), std::min(last.y1, last.y2), std::max(last.x1, last.x2),
-                            std::max(last.y1, last.y2)}));
+    EXPECT_EQ(drawn, (URect{std::min(last.x1, last.x2), std::min(last.y1, last.y2),
+                            std::max(last.x1, last.x2), std::max(last.y1, last.y2)}));
     // The left edge is x + y = 410.
     EXPECT_TRUE(std::abs(last.x1 + last.y1 - 410) <= 1 || std::abs(last.x2 + last.y2 - 410) <= 1);
 }
@@ -290,8 +311,8 @@ TEST(DrawHorizontalUSLineClip, DrawsExtendedSectorsAndLinearProbesWhole)
         const int scanB = probe == &Phased ? 10000 : 0;
         Horizontal(recorder.Dc(), probe, scanB);
         const Strokes clipped = recorder.TakeStrokes();
-        CImgGeometry::DrawHorizontalUSLine(recorder.Dc(), 300, -20, 50, Origin, Scale, 7700000, 0, scanB, probe, 1540,
-                                           0, 800, 600, 0, 0);
+        CImgGeometry::DrawHorizontalUSLine(recorder.Dc(), 300, -20, 50, Origin, Scale, 7700000, 0,
+                                           scanB, probe, 1540, 0, 800, 600, 0, 0);
         EXPECT_EQ(clipped, recorder.TakeStrokes());
         EXPECT_EQ(clipped.size(), 1u);
     }
@@ -312,9 +333,11 @@ TEST(DrawHorizontalUSLineClip, DrawsUnknownProbesToo)
     DrawingRecorder recorder;
     // Both ends are the origin, and parallel lines do not clip: a line of no length is drawn.
     const ULine vertical{0, 0, 0, 9};
-    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 1, vertical, vertical), (URect{400, 10, 400, 10}));
+    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 1, vertical, vertical),
+              (URect{400, 10, 400, 10}));
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 10}}));
-    EXPECT_EQ(Horizontal(recorder.Dc(), nullptr, 1), (URect{400, 10, 400, 10})) << "no probe is as an unknown one";
+    EXPECT_EQ(Horizontal(recorder.Dc(), nullptr, 1), (URect{400, 10, 400, 10}))
+        << "no probe is as an unknown one";
 }
 
 TEST(DrawHorizontalUSLineClip, ClipsUnknownProbesAsPhasedOnes)
@@ -323,10 +346,13 @@ TEST(DrawHorizontalUSLineClip, ClipsUnknownProbesAsPhasedOnes)
     // Both ends are the origin (400, 10), a line without length; the edge is at y = 30 there.
     const ULine edge{0, 30, 900, 30};
     EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, edge, edge), (URect{400, 10, 400, 30}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 30, 400, 10}})) << "at the start, by the first edge";
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 30, 400, 10}}))
+        << "at the start, by the first edge";
     const ULine parallel{0, 0, 0, 9};
-    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, parallel, edge), (URect{400, 10, 400, 30}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 30}})) << "at the end, by the second edge";
+    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, parallel, edge),
+              (URect{400, 10, 400, 30}));
+    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 30}}))
+        << "at the end, by the second edge";
 }
 
 TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
@@ -334,8 +360,9 @@ TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
     DrawingRecorder recorder;
     const ULine away{5000, 0, 5001, 900};
     // Upwards along element 31: the edges only put the ends in order.
-    const URect drawn = CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 400, 10, Origin, Scale, 7700000, 0, 0,
-                                                             &Phased, 1540, away, away, 0, 800, 600, 0, 0);
+    const URect drawn =
+        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 400, 10, Origin, Scale, 7700000, 0,
+                                             0, &Phased, 1540, away, away, 0, 800, 600, 0, 0);
     const Strokes strokes = recorder.TakeStrokes();
     ASSERT_EQ(strokes.size(), 1u);
     EXPECT_EQ(strokes.front().y1, drawn.top);
@@ -345,11 +372,14 @@ TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
 TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
 {
     DrawingRecorder recorder;
-    // Element 31 runs almost straight down from the origin; the first edge is beside it, the second crosses it.
-    const ULine beside{0, 0, 0, 9}; // vertical at 0: the line is to its right, and the start is clipped: not met
+    // Element 31 runs almost straight down from the origin; the first edge is beside it, the second
+    // crosses it.
+    const ULine beside{
+        0, 0, 0, 9}; // vertical at 0: the line is to its right, and the start is clipped: not met
     const ULine across{300, 200, 500, 205};
-    const URect drawn = CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 0, 400, Origin, Scale, 7700000, 0, 0,
-                                                             &Phased, 1540, beside, across, 0, 800, 600, 0, 0);
+    const URect drawn =
+        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 0, 400, Origin, Scale, 7700000, 0,
+                                             0, &Phased, 1540, beside, across, 0, 800, 600, 0, 0);
     EXPECT_EQ(drawn.top, 10);
     EXPECT_NEAR(drawn.bottom, 202, 1);
     EXPECT_EQ(recorder.TakeStrokes().size(), 2u) << "the stroke along the edge and the line";
@@ -360,11 +390,12 @@ TEST(DrawVerticalUSLineClip, LeavesCurvedProbesUnclipped)
     const ZelProbe curved{0, 128, 300, 40000, 0};
     DrawingRecorder recorder;
     const ULine edge{0, 450, 800, 450};
-    const URect clipped = CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0,
-                                                               &curved, 1540, edge, edge, 0, 800, 600, 0, 0);
+    const URect clipped =
+        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0,
+                                             0, &curved, 1540, edge, edge, 0, 800, 600, 0, 0);
     const Strokes first = recorder.TakeStrokes();
-    const URect whole = CImgGeometry::DrawVerticalUSLine(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0,
-                                                         &curved, 1540, 0, 800, 600, 0, 0);
+    const URect whole = CImgGeometry::DrawVerticalUSLine(
+        recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0, &curved, 1540, 0, 800, 600, 0, 0);
     EXPECT_EQ(clipped, whole);
     EXPECT_EQ(first, recorder.TakeStrokes());
 }

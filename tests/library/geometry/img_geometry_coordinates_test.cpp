@@ -18,11 +18,11 @@ constexpr UPoint Origin{400, 10};
 constexpr UPoint Scale{100, 100};
 constexpr int Frequency = 7700000; // 100 microns a sample at 1540 m/s
 
-UPoint Coordinates(const ZelProbe* probe, UPoint pixel, int lines, int steer = 0, int offset = 0, int width = 0,
-                   int height = 0, int flip = 0)
+UPoint Coordinates(const ZelProbe* probe, UPoint pixel, int lines, int steer = 0, int offset = 0,
+                   int width = 0, int height = 0, int flip = 0)
 {
-    return CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, Origin, Scale, Frequency, steer, 0, lines, probe, 1540,
-                                          offset, width, height, flip);
+    return CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, Origin, Scale, Frequency, steer, 0,
+                                          lines, probe, 1540, offset, width, height, flip);
 }
 
 } // namespace
@@ -71,14 +71,15 @@ TEST(GetUSDistance, TakesTheDifferenceIn32Bits)
 {
     EXPECT_EQ(CImgGeometry::GetUSDistance(INT_MIN, INT_MAX, Frequency, 1540), -100);
     EXPECT_EQ(CImgGeometry::GetUSDistance(0, INT_MAX, 1, 1540), INT_MAX);
-    EXPECT_EQ(CImgGeometry::GetUSDistance(0, 10, 0, 1540), 0) << "no sampling frequency, no distance";
+    EXPECT_EQ(CImgGeometry::GetUSDistance(0, 10, 0, 1540), 0)
+        << "no sampling frequency, no distance";
 }
 
 TEST(GetPixelDistanceCoordinates, GoesWholeSamplesDeeper)
 {
     const auto at = [](int startSample, int distance) {
-        return CImgGeometry::GetPixelDistanceCoordinates(20, startSample, distance, Origin, Scale, Frequency, 0, 0,
-                                                         &Linear, 1540, 0, 0, 0, 0);
+        return CImgGeometry::GetPixelDistanceCoordinates(
+            20, startSample, distance, Origin, Scale, Frequency, 0, 0, &Linear, 1540, 0, 0, 0, 0);
     };
     EXPECT_EQ(at(50, 2000).y, 10 + 70);
     EXPECT_EQ(at(50, 2099).y, 10 + 70) << "truncated to whole samples";
@@ -91,27 +92,31 @@ TEST(GetPixelDistanceCoordinates, FormsTheSoundSpeedProductIn32Bits)
     // 2200 x 1,000,000 wraps around to -2094967296.
     const int n = static_cast<int>(5000 / (-2094967296.0 / (2.0 * Frequency)));
     ASSERT_LT(n, 0);
-    const UPoint p = CImgGeometry::GetPixelDistanceCoordinates(20, 500, 5000, Origin, Scale, Frequency, 0, 0, &Linear,
-                                                               2200, 0, 0, 0, 0);
-    EXPECT_EQ(p,
-              qor_utils::GetPixelCoordinates(20, 500 + n, Origin, Scale, Frequency, 0, 0, &Linear, 2200, 0, 0, 0, 0));
+    const UPoint p = CImgGeometry::GetPixelDistanceCoordinates(
+        20, 500, 5000, Origin, Scale, Frequency, 0, 0, &Linear, 2200, 0, 0, 0, 0);
+    EXPECT_EQ(p, qor_utils::GetPixelCoordinates(20, 500 + n, Origin, Scale, Frequency, 0, 0,
+                                                &Linear, 2200, 0, 0, 0, 0));
 }
 
 TEST(GetPixelDistanceCoordinates, GivesDefinedResultsWithoutAFrequency)
 {
-    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, 0, 0, 0, &Linear, 1540, 0, 0, 0, 0),
+    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, 0, 0, 0,
+                                                        &Linear, 1540, 0, 0, 0, 0),
               Origin);
-    EXPECT_EQ(
-        CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, Frequency, 0, 0, &Linear, 0, 0, 0, 0, 0),
-        Origin);
-    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 0, Origin, Scale, 0, 0, 0, nullptr, 0, 0, 0, 0, 0),
+    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, Frequency, 0, 0,
+                                                        &Linear, 0, 0, 0, 0, 0),
+              Origin);
+    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 0, Origin, Scale, 0, 0, 0, nullptr,
+                                                        0, 0, 0, 0, 0),
               Origin);
 }
 
 TEST(GetPixelDistanceCoordinates, MovesByThePhysicalDistance)
 {
     std::mt19937 engine(7);
-    const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine); };
+    const auto pick = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(engine);
+    };
     const ZelProbe* probes[] = {&Curved, &Linear, &Phased};
     for (int i = 0; i < 20000; ++i) {
         const ZelProbe* probe = probes[i % 3];
@@ -122,12 +127,14 @@ TEST(GetPixelDistanceCoordinates, MovesByThePhysicalDistance)
         const int frequency = pick(2000000, 20000000);
         const int steer = pick(-20000, 20000);
         const auto at = [&](int microns) {
-            return CImgGeometry::GetPixelDistanceCoordinates(line, start, microns, Origin, {scale, scale}, frequency,
-                                                             steer, 0, probe, 1540, 0, 800, 600, i & 3);
+            return CImgGeometry::GetPixelDistanceCoordinates(line, start, microns, Origin,
+                                                             {scale, scale}, frequency, steer, 0,
+                                                             probe, 1540, 0, 800, 600, i & 3);
         };
         const UPoint a = at(0);
         const UPoint b = at(distance);
-        const double pixels = std::hypot(static_cast<double>(a.x) - b.x, static_cast<double>(a.y) - b.y);
+        const double pixels =
+            std::hypot(static_cast<double>(a.x) - b.x, static_cast<double>(a.y) - b.y);
         // Up to a sample is truncated; both ends are rounded to pixels in two directions.
         const double sample = qor_utils::GetSampleSize(frequency, 1540);
         ASSERT_LE(pixels * scale, distance + 1.4143 * scale);
@@ -143,7 +150,8 @@ TEST(GetUSCoordinates, IsZeroWithoutAProbe)
 TEST(GetUSCoordinates, CountsElementsLessTheLineOffset)
 {
     // 3 pixels an element, the middle between 63 and 64.
-    EXPECT_EQ(Coordinates(&Linear, {400 - 190, 110}, 999), (UPoint{0, 100})) << "a linear probe ignores the lines";
+    EXPECT_EQ(Coordinates(&Linear, {400 - 190, 110}, 999), (UPoint{0, 100}))
+        << "a linear probe ignores the lines";
     EXPECT_EQ(Coordinates(&Linear, {400 + 191, 110}, 999), (UPoint{127, 100}));
     EXPECT_EQ(Coordinates(&Linear, {400 + 191, 110}, 999, 0, 27), (UPoint{100, 100}));
     // 64 lines over 128 elements: the line straight below is between 31 and 32, so twice that.
@@ -167,8 +175,8 @@ TEST(GetUSCoordinates, RoundsTheSixteenths)
 
     // 10 pixels a sample
     const auto sampleAt = [](int y) {
-        return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, Frequency / 10, 0, 0, 128, &Linear, 1540, 0, 0, 0,
-                                              0)
+        return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, Frequency / 10, 0, 0, 128,
+                                              &Linear, 1540, 0, 0, 0, 0)
             .y;
     };
     EXPECT_EQ(sampleAt(10 + 34), 3);
@@ -181,27 +189,35 @@ TEST(GetUSCoordinates, UndoesTheFlip)
     EXPECT_EQ(Coordinates(&Linear, {800 - 250, 200}, 128, 0, 0, 800, 600, 1), plain);
     EXPECT_EQ(Coordinates(&Linear, {250, 600 - 200}, 128, 0, 0, 800, 600, 2), plain);
     EXPECT_EQ(Coordinates(&Linear, {800 - 250, 600 - 200}, 128, 0, 0, 800, 600, 3), plain);
-    EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 0, 600, 3), plain) << "an image without width is not flipped";
-    EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 800, 0, 3), plain) << "nor one without height";
+    EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 0, 600, 3), plain)
+        << "an image without width is not flipped";
+    EXPECT_EQ(Coordinates(&Linear, {250, 200}, 128, 0, 0, 800, 0, 3), plain)
+        << "nor one without height";
 }
 
 TEST(GetUSCoordinates, InvertsTheDrawnPositions)
 {
     std::mt19937 engine(11);
-    const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine); };
+    const auto pick = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(engine);
+    };
     for (int i = 0; i < 30000; ++i) {
-        ZelProbe probe{i % 3, pick(16, 256), pick(200, 400), pick(30000, 60000), pick(60000, 100000)};
+        ZelProbe probe{i % 3, pick(16, 256), pick(200, 400), pick(30000, 60000),
+                       pick(60000, 100000)};
         const int steer = pick(-15000, 15000);
         const int scanB = probe.type == 2 ? pick(0, 1) * pick(1, 20000) : 0;
         const int offset = pick(-10, 10);
         const int flip = pick(0, 3);
         const int line = pick(0, probe.elements - 1) - offset;
-        const int sample = pick(1500, 3000); // deep enough for fans to be spread out: 25 microns a pixel
+        const int sample =
+            pick(1500, 3000); // deep enough for fans to be spread out: 25 microns a pixel
         const UPoint scale{25, 25};
-        const UPoint p = qor_utils::GetPixelCoordinates(line, sample, Origin, scale, Frequency, steer, scanB, &probe,
-                                                        1540, offset, 900, 700, flip);
-        const UPoint back = CImgGeometry::GetUSCoordinates(p.x, p.y, Origin, scale, Frequency, steer, scanB,
-                                                           probe.elements, &probe, 1540, offset, 900, 700, flip);
+        const UPoint p =
+            qor_utils::GetPixelCoordinates(line, sample, Origin, scale, Frequency, steer, scanB,
+                                           &probe, 1540, offset, 900, 700, flip);
+        const UPoint back =
+            CImgGeometry::GetUSCoordinates(p.x, p.y, Origin, scale, Frequency, steer, scanB,
+                                           probe.elements, &probe, 1540, offset, 900, 700, flip);
         ASSERT_NEAR(back.x, line, 1) << "type " << probe.type;
         ASSERT_NEAR(back.y, sample, 1) << "type " << probe.type;
     }
@@ -211,10 +227,12 @@ TEST(GetUSCoordinates, GivesDefinedResultsForUnusableInput)
 {
     const ZelProbe none{1, 0, 300, 0, 0};
     EXPECT_EQ(Coordinates(&none, {400, 300}, 128), (UPoint{0, -1})) << "0 / 0 elements";
-    EXPECT_EQ(Coordinates(&Curved, {400, 300}, 0), (UPoint{INT_MIN, -1})) << "no lines to divide by";
+    EXPECT_EQ(Coordinates(&Curved, {400, 300}, 0), (UPoint{INT_MIN, -1}))
+        << "no lines to divide by";
     const ZelProbe unknown{9, 128, 300, 0, 0};
     EXPECT_EQ(Coordinates(&unknown, {400, 300}, 128), (UPoint{-1, -1}));
-    EXPECT_EQ(CImgGeometry::GetUSCoordinates(INT_MIN, INT_MAX, {INT_MAX, INT_MIN}, {0, 0}, 0, INT_MIN, INT_MAX, 0,
-                                             &Linear, 0, 1, INT_MIN, INT_MAX, 3),
+    EXPECT_EQ(CImgGeometry::GetUSCoordinates(INT_MIN, INT_MAX, {INT_MAX, INT_MIN}, {0, 0}, 0,
+                                             INT_MIN, INT_MAX, 0, &Linear, 0, 1, INT_MIN, INT_MAX,
+                                             3),
               (UPoint{-2, -1}));
 }

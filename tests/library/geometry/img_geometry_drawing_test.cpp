@@ -77,18 +77,21 @@ struct Scene
 
     UPoint At(int line, int sample) const
     {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA, scanB, &probe,
-                                                soundSpeed, ld, 0, Width, Height, flip);
+        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA,
+                                                scanB, &probe, soundSpeed, ld, 0, Width, Height,
+                                                flip);
     }
     URect Vertical(CDC* dc, int line, int sample1, int sample2) const
     {
-        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale, samplingFreq, scanA, scanB,
-                                                &probe, soundSpeed, 0, Width, Height, flip, ld);
+        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale,
+                                                samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
+                                                Width, Height, flip, ld);
     }
     URect Horizontal(CDC* dc, int sample, int line1, int line2) const
     {
-        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale, samplingFreq, scanA, scanB,
-                                                  &probe, soundSpeed, 0, Width, Height, flip, ld);
+        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale,
+                                                  samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
+                                                  Width, Height, flip, ld);
     }
 };
 
@@ -103,13 +106,15 @@ double Distance(const UPoint& p, const UPoint& a, const UPoint& b)
     const double dx = b.x - a.x;
     const double dy = b.y - a.y;
     const double length = dx * dx + dy * dy;
-    const double t = length == 0 ? 0 : std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / length, 0.0, 1.0);
+    const double t =
+        length == 0 ? 0 : std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / length, 0.0, 1.0);
     return Distance(p.x, p.y, a.x + t * dx, a.y + t * dy);
 }
 
 bool AnyNear(const std::vector<UPoint>& drawn, double x, double y, double reach)
 {
-    return std::any_of(drawn.begin(), drawn.end(), [&](const UPoint& p) { return Distance(p.x, p.y, x, y) <= reach; });
+    return std::any_of(drawn.begin(), drawn.end(),
+                       [&](const UPoint& p) { return Distance(p.x, p.y, x, y) <= reach; });
 }
 
 // Compares what was drawn with the segment from a to b: nothing beside it and no gap.
@@ -207,7 +212,8 @@ Oval OvalOf(const Scene& s, int sample)
     if (s.flip & 2) top = Height - top, bottom = Height - bottom;
     if (left > right) std::swap(left, right);
     if (top > bottom) std::swap(top, bottom);
-    return {(left + right - 1) / 2.0, (top + bottom - 1) / 2.0, (right - 1 - left) / 2.0, (bottom - 1 - top) / 2.0};
+    return {(left + right - 1) / 2.0, (top + bottom - 1) / 2.0, (right - 1 - left) / 2.0,
+            (bottom - 1 - top) / 2.0};
 }
 
 struct Position
@@ -267,7 +273,8 @@ TEST_P(ArcOnCurvedProbe, RunsAlongTheDepthFromLineToLine)
         // No gap: the oval's point at every line between is drawn.
         for (int line = std::min(line1, line2); line <= std::max(line1, line2); ++line) {
             const Position p = OnOval(oval, s.At(line, sample));
-            ASSERT_TRUE(AnyNear(drawn, p.x, p.y, 2.5)) << line; // GDI leaves out the last pixel or two
+            ASSERT_TRUE(AnyNear(drawn, p.x, p.y, 2.5))
+                << line; // GDI leaves out the last pixel or two
         }
     }
 }
@@ -277,13 +284,15 @@ TEST_P(ArcOnCurvedProbe, MapsBackToItsDepth)
     const Scene s = ArcScene();
     Canvas canvas;
     s.Horizontal(canvas.Dc(), 300, 5, 90);
-    // The box of an arc has deliberate oddities: it grows by a pixel more on one side than on the other, so mirrored it
-    // lies a pixel off its place; and around a negative radius what should make it larger makes it smaller.
+    // The box of an arc has deliberate oddities: it grows by a pixel more on one side than on the
+    // other, so mirrored it lies a pixel off its place; and around a negative radius what should
+    // make it larger makes it smaller.
     const double reach = 1.5 + (s.flip != 0 ? 1 : 0) + (s.probe.radius < 0 ? 2 : 0);
     const double samplesPerPixel = std::max(s.scale.x, s.scale.y) / 100.0;
     for (const UPoint& p : canvas.Drawn()) {
-        const UPoint back = CImgGeometry::GetUSCoordinates(p.x, p.y, s.origin, s.scale, s.samplingFreq, s.scanA, 0, 96,
-                                                           &s.probe, s.soundSpeed, 0, Width, Height, s.flip);
+        const UPoint back =
+            CImgGeometry::GetUSCoordinates(p.x, p.y, s.origin, s.scale, s.samplingFreq, s.scanA, 0,
+                                           96, &s.probe, s.soundSpeed, 0, Width, Height, s.flip);
         ASSERT_NEAR(back.y, 300, reach * samplesPerPixel + 0.5) << p.x << "," << p.y;
         ASSERT_GE(back.x, 3);
         ASSERT_LE(back.x, 92);
@@ -291,7 +300,8 @@ TEST_P(ArcOnCurvedProbe, MapsBackToItsDepth)
 }
 
 INSTANTIATE_TEST_SUITE_P(FlipsRadiusSignsAndSteering, ArcOnCurvedProbe,
-                         testing::Combine(testing::Values(0, 1, 2, 3), testing::Bool(), testing::Values(0, 6000)));
+                         testing::Combine(testing::Values(0, 1, 2, 3), testing::Bool(),
+                                          testing::Values(0, 6000)));
 
 TEST(DrawHorizontalUSLine, StartsAtTheRightPointWhenBothHaveTheSameX)
 {
@@ -306,7 +316,8 @@ TEST(DrawHorizontalUSLine, StartsAtTheRightPointWhenBothHaveTheSameX)
 
 TEST(DrawHorizontalUSLine, WrapsTheSoundSpeedProductAround)
 {
-    // 4296 x 1,000,000 is 1,032,704 more than 2^32: a speed of about one metre a second, so the arc is the face's.
+    // 4296 x 1,000,000 is 1,032,704 more than 2^32: a speed of about one metre a second, so the arc
+    // is the face's.
     Scene fast = SceneOf(0, 0);
     fast.soundSpeed = 4296;
     Canvas canvas;
@@ -335,11 +346,11 @@ TEST(Drawing, DrawsNothingForUnknownProbesAndZeroScales)
         s.scale = {100, 0};
         EXPECT_EQ(s.Horizontal(canvas.Dc(), 10, 0, 90), URect{});
     }
-    EXPECT_EQ(CImgGeometry::DrawVerticalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000, 0, 0, nullptr, 1540,
-                                               0, Width, Height, 0, 0),
+    EXPECT_EQ(CImgGeometry::DrawVerticalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000, 0,
+                                               0, nullptr, 1540, 0, Width, Height, 0, 0),
               URect{});
-    EXPECT_EQ(CImgGeometry::DrawHorizontalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000, 0, 0, nullptr, 1540,
-                                                 0, Width, Height, 0, 0),
+    EXPECT_EQ(CImgGeometry::DrawHorizontalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000,
+                                                 0, 0, nullptr, 1540, 0, Width, Height, 0, 0),
               URect{});
     EXPECT_TRUE(canvas.Drawn().empty());
 }
@@ -370,9 +381,9 @@ TEST(Drawing, SurvivesAbsurdInput)
         const ULine clip{any(), any(), any(), any()};
         s.Vertical(nullptr, any(), any(), any());
         s.Horizontal(nullptr, any(), any(), any());
-        CImgGeometry::DrawHorizontalUSLineClip(nullptr, any(), any(), any(), s.origin, s.scale, s.samplingFreq, any(),
-                                               0, &s.probe, s.soundSpeed, clip, clip, any(), any(), any(), any(),
-                                               any());
+        CImgGeometry::DrawHorizontalUSLineClip(nullptr, any(), any(), any(), s.origin, s.scale,
+                                               s.samplingFreq, any(), 0, &s.probe, s.soundSpeed,
+                                               clip, clip, any(), any(), any(), any(), any());
     }
     Canvas canvas; // the same with real drawing, where GDI has to cope with the numbers
     for (int i = 0; i < 50; ++i) {

@@ -34,15 +34,16 @@ using Bytes = std::vector<unsigned char>;
 
 std::size_t Size(const MaskInput& in)
 {
-    return static_cast<std::size_t>(std::max(0, in.width)) * static_cast<std::size_t>(std::max(0, in.height));
+    return static_cast<std::size_t>(std::max(0, in.width)) *
+           static_cast<std::size_t>(std::max(0, in.height));
 }
 
 Bytes Mask(const MaskInput& in, unsigned char before = 0x55)
 {
     Bytes mask(Size(in), before);
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(mask.data(), in.width, in.height, in.samplingFreq, in.steerAngle,
-                                              in.lines, in.imageRect, in.scanB, in.probe, in.soundSpeed, in.origin,
-                                              in.scale, in.value));
+    EXPECT_TRUE(CImgGeometry::CreateImageMask(
+        mask.data(), in.width, in.height, in.samplingFreq, in.steerAngle, in.lines, in.imageRect,
+        in.scanB, in.probe, in.soundSpeed, in.origin, in.scale, in.value));
     return mask;
 }
 
@@ -55,8 +56,9 @@ public:
         const double a = in.steerAngle * 1.7453292519943296e-5;
         m_sin = std::sin(a);
         m_cos = std::cos(a);
-        qor_utils::ConvertRect({in.imageRect.left, in.imageRect.top, in.imageRect.right, in.imageRect.bottom}, in.lines,
-                               in.probe ? in.probe->elements : 0, m_rect);
+        qor_utils::ConvertRect(
+            {in.imageRect.left, in.imageRect.top, in.imageRect.right, in.imageRect.bottom},
+            in.lines, in.probe ? in.probe->elements : 0, m_rect);
         m_lineEnd = Difference(m_rect.right, m_rect.left);
         m_sampleEnd = Difference(m_rect.bottom, m_rect.top);
     }
@@ -70,8 +72,8 @@ public:
             if (smallest >= m_lineEnd) break;
             if (bottom < 0) continue;
             for (int y = FindTop(x, bottom); y <= bottom; ++y)
-                mask[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_in.width) + static_cast<std::size_t>(x)] =
-                    m_in.value;
+                mask[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_in.width) +
+                     static_cast<std::size_t>(x)] = m_in.value;
         }
         return mask;
     }
@@ -108,9 +110,10 @@ private:
         int sample = 0;
         unsigned int lineFraction = 0;
         unsigned int sampleFraction = 0;
-        ScanConverter::GetPreciseUSCoordinates(x, y, &m_line, &sample, &lineFraction, &sampleFraction, m_rect,
-                                               m_in.probe, m_in.soundSpeed, m_in.steerAngle, m_in.scanB, m_in.lines,
-                                               m_in.samplingFreq, m_in.origin, m_in.scale, m_sin, m_cos, fine);
+        ScanConverter::GetPreciseUSCoordinates(
+            x, y, &m_line, &sample, &lineFraction, &sampleFraction, m_rect, m_in.probe,
+            m_in.soundSpeed, m_in.steerAngle, m_in.scanB, m_in.lines, m_in.samplingFreq,
+            m_in.origin, m_in.scale, m_sin, m_cos, fine);
         return m_line > 0 && m_line < m_lineEnd && sample > 0 && sample < m_sampleEnd;
     }
 
@@ -138,16 +141,17 @@ std::string Describe(const MaskInput& in)
 {
     const ZelProbe& p = *in.probe;
     std::string text = "probe";
-    for (int n : {p.type, p.elements, p.pitch, p.radius, p.sectorAngle, in.width, in.height, in.samplingFreq,
-                  in.steerAngle, in.lines, in.scanB, in.soundSpeed, in.origin.x, in.origin.y, in.scale.x, in.scale.y})
+    for (int n : {p.type, p.elements, p.pitch, p.radius, p.sectorAngle, in.width, in.height,
+                  in.samplingFreq, in.steerAngle, in.lines, in.scanB, in.soundSpeed, in.origin.x,
+                  in.origin.y, in.scale.x, in.scale.y})
         text += " " + std::to_string(n);
     return text;
 }
 
 ZelProbe RandomProbe(Random& random)
 {
-    ZelProbe probe{random.Int(0, 2), random.Int(1, 256), random.Int(50, 600), random.Int(5000, 60000),
-                   random.Int(5000, 179000)};
+    ZelProbe probe{random.Int(0, 2), random.Int(1, 256), random.Int(50, 600),
+                   random.Int(5000, 60000), random.Int(5000, 179000)};
     if (random.OneIn(4)) probe.radius = -probe.radius;
     return probe;
 }
@@ -163,7 +167,8 @@ MaskInput RandomInput(Random& random, const ZelProbe& probe)
     in.lines = random.Int(1, 300);
     const int left = random.OneIn(2) ? 0 : random.Int(-5, std::clamp(probe.elements, 0, 300));
     const int top = random.OneIn(2) ? 0 : random.Int(-5, 300);
-    in.imageRect = CRect(left, top, random.OneIn(2) ? probe.elements : random.Int(-5, 300), random.Int(1, 3000));
+    in.imageRect = CRect(left, top, random.OneIn(2) ? probe.elements : random.Int(-5, 300),
+                         random.Int(1, 3000));
     in.scanB = probe.type == 2 && random.OneIn(2) ? random.Int(-20000, 50000) : 0;
     in.soundSpeed = random.Int(1000, 2100);
     in.origin = {random.Int(-100, 400), random.Int(-200, 200)};
@@ -195,19 +200,22 @@ constexpr ZelProbe Curved{0, 128, 400, 40000, 0};
 TEST(CreateImageMask, WritesNothingWithoutWidth)
 {
     unsigned char pixel = 7;
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 0, 10, 7700000, 0, 128, CRect(0, 0, 128, 500), 0, &Curved, 1540,
-                                              {0, 0}, {100, 100}, 1));
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(nullptr, -1, 10, 7700000, 0, 128, CRect(0, 0, 128, 500), 0, &Curved, 1540,
-                                              {0, 0}, {100, 100}, 1));
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 10, -10, 7700000, 0, 128, CRect(0, 0, 128, 500), 0, &Curved, 1540,
-                                              {0, 0}, {100, 100}, 1));
+    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 0, 10, 7700000, 0, 128, CRect(0, 0, 128, 500),
+                                              0, &Curved, 1540, {0, 0}, {100, 100}, 1));
+    EXPECT_TRUE(CImgGeometry::CreateImageMask(nullptr, -1, 10, 7700000, 0, 128,
+                                              CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
+                                              {100, 100}, 1));
+    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 10, -10, 7700000, 0, 128,
+                                              CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
+                                              {100, 100}, 1));
     EXPECT_EQ(pixel, 7);
 }
 
 TEST(CreateImageMask, RefusesANullMask)
 {
-    EXPECT_FALSE(CImgGeometry::CreateImageMask(nullptr, 10, 10, 7700000, 0, 128, CRect(0, 0, 128, 500), 0, &Curved,
-                                               1540, {0, 0}, {100, 100}, 1));
+    EXPECT_FALSE(CImgGeometry::CreateImageMask(nullptr, 10, 10, 7700000, 0, 128,
+                                               CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
+                                               {100, 100}, 1));
 }
 
 TEST(CreateImageMask, MarksTheSectorAndNothingElse)
@@ -237,7 +245,8 @@ TEST(CreateImageMask, MarksTheSectorAndNothingElse)
 
 TEST(CreateImageMask, EndsAtTheFirstColumnPastTheRegion)
 {
-    // Pixels 3 wide: lines 0 to 127 are at columns 9.5 and up; line 64 would be the end of the region.
+    // Pixels 3 wide: lines 0 to 127 are at columns 9.5 and up; line 64 would be the end of the
+    // region.
     const ZelProbe linear{1, 128, 300, 0, 0};
     MaskInput in;
     in.probe = &linear;
@@ -249,7 +258,9 @@ TEST(CreateImageMask, EndsAtTheFirstColumnPastTheRegion)
     in.origin = {200, 0};
     in.scale = {100, 100};
     const Bytes mask = Mask(in);
-    const auto columnMarked = [&](int x) { return mask[static_cast<std::size_t>(10 * in.width + x)] == 255; };
+    const auto columnMarked = [&](int x) {
+        return mask[static_cast<std::size_t>(10 * in.width + x)] == 255;
+    };
     EXPECT_TRUE(columnMarked(150));
     EXPECT_TRUE(columnMarked(200));
     for (int x = 203; x < in.width; ++x)
@@ -262,7 +273,8 @@ TEST(CreateImageMask, MarksNothingWithoutAGeometry)
     MaskInput in = CurvedInput(Curved);
     const auto nothing = [](const MaskInput& input) {
         const Bytes mask = Mask(input);
-        return std::count(mask.begin(), mask.end(), 0) == static_cast<std::ptrdiff_t>(mask.size()) &&
+        return std::count(mask.begin(), mask.end(), 0) ==
+                   static_cast<std::ptrdiff_t>(mask.size()) &&
                mask == PlainMask(input).Make();
     };
     EXPECT_FALSE(nothing(in));
@@ -299,7 +311,8 @@ TEST(CreateImageMask, IsTheStepByStepMaskOnRandomInput)
 TEST(CreateImageMask, IsTheStepByStepMaskOnAdversarialInput)
 {
     Random random(815);
-    const int extremes[] = {INT_MIN, -1000000, -1, 0, 1, 2, 100, 30000, 1000000, 100000000, INT_MAX};
+    const int extremes[] = {INT_MIN, -1000000, -1,      0,         1,      2,
+                            100,     30000,    1000000, 100000000, INT_MAX};
     const auto any = [&] { return extremes[random.Int(0, 10)]; };
     const auto sometimes = [&](int& value) {
         if (random.OneIn(4)) value = any();

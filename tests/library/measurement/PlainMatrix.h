@@ -13,7 +13,10 @@ class View
 {
 public:
     View(const Array& data, int cols) : m_data(data), m_cols(cols) {}
-    double operator()(int row, int col) const { return m_data[static_cast<std::size_t>(row * m_cols + col)]; }
+    double operator()(int row, int col) const
+    {
+        return m_data[static_cast<std::size_t>(row * m_cols + col)];
+    }
 
 private:
     const Array& m_data;

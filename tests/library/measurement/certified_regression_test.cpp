@@ -1,5 +1,5 @@
-// The least-squares routine on published problems with certified solutions. docs/least-squares-accuracy.md has the
-// table; the digits here and there are the same.
+// The least-squares routine on published problems with certified solutions.
+// docs/least-squares-accuracy.md has the table; the digits here and there are the same.
 #include <Utils_Statics/MatrixRoutines.h>
 
 #include "CertifiedRegression.h"
@@ -18,7 +18,8 @@ using certified_regression::Problem;
 // The certified values are given to 15 digits.
 constexpr double mostDigits = 15.0;
 
-// Correct decimal digits: the negative logarithm of the relative error (none of the certified values is 0).
+// Correct decimal digits: the negative logarithm of the relative error (none of the certified
+// values is 0).
 double digits(double value, double certified)
 {
     const double error = std::fabs(value - certified) / std::fabs(certified);
@@ -30,8 +31,8 @@ double digits(double value, double certified)
 double worstDigits(const Problem& problem)
 {
     std::vector<double> x(problem.coefficients);
-    MAT_LeastSquares(problem.design.data(), static_cast<int>(problem.y.size()), static_cast<int>(problem.coefficients),
-                     problem.y.data(), x.data());
+    MAT_LeastSquares(problem.design.data(), static_cast<int>(problem.y.size()),
+                     static_cast<int>(problem.coefficients), problem.y.data(), x.data());
     double worst = mostDigits;
     for (std::size_t i = 0; i < x.size(); ++i)
         worst = std::min(worst, digits(x[i], problem.certified[i]));
@@ -53,7 +54,8 @@ class CertifiedRegressionTest : public testing::TestWithParam<Expectation>
 {
 };
 
-// The arithmetic is the same on every machine, so the digits are too: more of them would be as much of a surprise.
+// The arithmetic is the same on every machine, so the digits are too: more of them would be as much
+// of a surprise.
 TEST_P(CertifiedRegressionTest, ReachesTheDocumentedDigits)
 {
     const Problem problem = GetParam().problem();
@@ -62,14 +64,18 @@ TEST_P(CertifiedRegressionTest, ReachesTheDocumentedDigits)
     EXPECT_DOUBLE_EQ(worstDigits(problem), GetParam().digits);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Problems, CertifiedRegressionTest,
-    testing::Values(Expectation{certified_regression::norris, 12.2}, Expectation{certified_regression::pontius, 11.3},
-                    Expectation{certified_regression::noInt1, 14.7}, Expectation{certified_regression::noInt2, 15.0},
-                    Expectation{certified_regression::filip, 0.0}, Expectation{certified_regression::longley, 8.4},
-                    Expectation{certified_regression::wampler1, 6.6}, Expectation{certified_regression::wampler2, 9.3},
-                    Expectation{certified_regression::wampler3, 6.6}, Expectation{certified_regression::wampler4, 6.6},
-                    Expectation{certified_regression::wampler5, 6.6}),
-    [](const auto& test) { return test.param.problem().name; });
+INSTANTIATE_TEST_SUITE_P(Problems, CertifiedRegressionTest,
+                         testing::Values(Expectation{certified_regression::norris, 12.2},
+                                         Expectation{certified_regression::pontius, 11.3},
+                                         Expectation{certified_regression::noInt1, 14.7},
+                                         Expectation{certified_regression::noInt2, 15.0},
+                                         Expectation{certified_regression::filip, 0.0},
+                                         Expectation{certified_regression::longley, 8.4},
+                                         Expectation{certified_regression::wampler1, 6.6},
+                                         Expectation{certified_regression::wampler2, 9.3},
+                                         Expectation{certified_regression::wampler3, 6.6},
+                                         Expectation{certified_regression::wampler4, 6.6},
+                                         Expectation{certified_regression::wampler5, 6.6}),
+                         [](const auto& test) { return test.param.problem().name; });
 
 } // namespace

@@ -94,8 +94,8 @@ TEST_F(DopplerScalingTest, NotANumberPassesThrough)
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_TRUE(std::isnan(CDopplerScaling::GetVelPerPixel(nan, 1.0, 1.0, 0.0, 1.0)));
     EXPECT_TRUE(std::isnan(CDopplerScaling::GetVelPerPixel(1.0, 1.0, 1.0, nan, 1.0)));
-    EXPECT_TRUE(
-        std::isnan(CDopplerScaling::GetVelPerPixel(1.0, 1.0, 1.0, std::numeric_limits<double>::infinity(), 1.0)));
+    EXPECT_TRUE(std::isnan(CDopplerScaling::GetVelPerPixel(
+        1.0, 1.0, 1.0, std::numeric_limits<double>::infinity(), 1.0)));
 }
 
 TEST_F(DopplerScalingTest, TheOrderOfTheOperationsIsFixed)
@@ -103,10 +103,12 @@ TEST_F(DopplerScalingTest, TheOrderOfTheOperationsIsFixed)
     std::mt19937 random(1);
     std::uniform_real_distribution<double> positive(1.0, 1e4), angle(-85000.0, 85000.0);
     for (int i = 0; i < 10000; ++i) {
-        const volatile double prp = positive(random), freq = positive(random) * 1000.0, height = positive(random);
+        const volatile double prp = positive(random), freq = positive(random) * 1000.0,
+                              height = positive(random);
         const volatile double vessel = angle(random), scale = positive(random);
         const double range = (1000000.0 / prp) * 1540.0 / (2.0 * freq);
-        const double expected = range / height / std::cos(vessel * 0.001 * 0.017453292519943295) / scale;
+        const double expected =
+            range / height / std::cos(vessel * 0.001 * 0.017453292519943295) / scale;
         ASSERT_EQ(CDopplerScaling::GetVelPerPixel(prp, freq, height, vessel, scale), expected);
     }
 }

@@ -20,7 +20,8 @@
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-// The same bits, where any NaN stands for every other: which of two NaNs a sum keeps is the processor's choice.
+// The same bits, where any NaN stands for every other: which of two NaNs a sum keeps is the
+// processor's choice.
 inline bool isSame(double a, double b)
 {
     if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
@@ -29,10 +30,12 @@ inline bool isSame(double a, double b)
 
 inline testing::AssertionResult isSame(const plain::Array& a, const plain::Array& b)
 {
-    if (a.size() != b.size()) return testing::AssertionFailure() << "sizes " << a.size() << " and " << b.size();
+    if (a.size() != b.size())
+        return testing::AssertionFailure() << "sizes " << a.size() << " and " << b.size();
     for (std::size_t i = 0; i < a.size(); ++i)
         if (!isSame(a[i], b[i]))
-            return testing::AssertionFailure() << "element " << i << ": " << a[i] << " and " << b[i];
+            return testing::AssertionFailure()
+                   << "element " << i << ": " << a[i] << " and " << b[i];
     return testing::AssertionSuccess();
 }
 
@@ -46,19 +49,28 @@ public:
 
     double plainNumber() { return std::uniform_real_distribution<double>(-10.0, 10.0)(m_random); }
     double smallInteger() { return static_cast<double>(static_cast<int>(m_random() % 7) - 3); }
-    double anyBits() { return std::bit_cast<double>((std::uint64_t{m_random()} << 32) | m_random()); }
-    double denormal() { return std::bit_cast<double>(std::uint64_t{m_random()} | std::uint64_t{m_random() % 2} << 63); }
+    double anyBits()
+    {
+        return std::bit_cast<double>((std::uint64_t{m_random()} << 32) | m_random());
+    }
+    double denormal()
+    {
+        return std::bit_cast<double>(std::uint64_t{m_random()} | std::uint64_t{m_random() % 2}
+                                                                     << 63);
+    }
 
     double oftenSpecial()
     {
-        static constexpr double special[] = {0.0, -0.0, infinity, -infinity, notANumber, 1e308, -1e-308, 5e-324, 1.0};
+        static constexpr double special[] = {0.0,   -0.0,    infinity, -infinity, notANumber,
+                                             1e308, -1e-308, 5e-324,   1.0};
         return m_random() % 4 == 0 ? special[m_random() % std::size(special)] : plainNumber();
     }
 
     std::vector<Source> all()
     {
-        return {[this] { return plainNumber(); }, [this] { return smallInteger(); }, [this] { return anyBits(); },
-                [this] { return denormal(); }, [this] { return oftenSpecial(); }};
+        return {[this] { return plainNumber(); }, [this] { return smallInteger(); },
+                [this] { return anyBits(); }, [this] { return denormal(); },
+                [this] { return oftenSpecial(); }};
     }
 
 private:
@@ -77,7 +89,8 @@ class Fenced
 {
 public:
     explicit Fenced(int rows, int cols = 1)
-        : m_size(static_cast<std::size_t>(std::max(rows, 0)) * static_cast<std::size_t>(std::max(cols, 0))),
+        : m_size(static_cast<std::size_t>(std::max(rows, 0)) *
+                 static_cast<std::size_t>(std::max(cols, 0))),
           m_all(m_size + 2 * fence, mark)
     {
     }

@@ -14,9 +14,9 @@ TEST(MatrixExportTest, TheRoutinesHaveTheirPlainNames)
 {
     const HMODULE library = GetModuleHandleW(L"Utils_Statics.dll");
     ASSERT_NE(library, nullptr);
-    for (const char* name :
-         {"MAT_AT_Times_A", "MAT_SetMatrixElement", "MAT_MatrixVectorProduct", "MAT_MakeIdentity", "MAT_MatrixProduct",
-          "MAT_InvertMatrix", "MAT_LeastSquares", "MAT_Transform", "MAT_GenerateRotationMatrix"})
+    for (const char* name : {"MAT_AT_Times_A", "MAT_SetMatrixElement", "MAT_MatrixVectorProduct",
+                             "MAT_MakeIdentity", "MAT_MatrixProduct", "MAT_InvertMatrix",
+                             "MAT_LeastSquares", "MAT_Transform", "MAT_GenerateRotationMatrix"})
         EXPECT_NE(GetProcAddress(library, name), nullptr) << name;
     EXPECT_EQ(GetProcAddress(library, "_MAT_MakeIdentity"), nullptr);
 }
@@ -109,7 +109,8 @@ TEST(RotationMatrixTest, RotatesAndTranslates)
     Fenced m(3, 3);
     MAT_GenerateRotationMatrix(5, -6, 300, m.data());
     const double a = 300 * 0.1 * 0.017453292519444;
-    EXPECT_TRUE(isSame(m.values(), {std::cos(a), -std::sin(a), 5.0, std::sin(a), std::cos(a), -6.0, 0.0, 0.0, 1.0}));
+    EXPECT_TRUE(isSame(m.values(), {std::cos(a), -std::sin(a), 5.0, std::sin(a), std::cos(a), -6.0,
+                                    0.0, 0.0, 1.0}));
     EXPECT_TRUE(m.isFenceWhole());
 }
 
@@ -119,7 +120,8 @@ TEST(RotationMatrixTest, AQuarterTurnIsNotExact)
     MAT_GenerateRotationMatrix(0, 0, 900, m);
     EXPECT_NEAR(m[0], 4.5e-11, 0.05e-11);
     EXPECT_EQ(m[3], 1.0);
-    constexpr int largest = std::numeric_limits<int>::max(), least = std::numeric_limits<int>::min();
+    constexpr int largest = std::numeric_limits<int>::max(),
+                  least = std::numeric_limits<int>::min();
     MAT_GenerateRotationMatrix(largest, least, least, m);
     EXPECT_EQ(m[2], largest);
     EXPECT_EQ(m[5], least);
@@ -150,7 +152,8 @@ TEST_F(TransformTest, GivesTheBoxOfARotatedImage)
     EXPECT_NEAR(minX, -maxX, 1e-6);
     EXPECT_NEAR(maxY, 100 * s + 50 * c, 1e-6);
     EXPECT_NEAR(minY, -maxY, 1e-6);
-    const Array expected = plain::product(Array(m_first, m_first + 9), Array(m_second, m_second + 9), 3);
+    const Array expected =
+        plain::product(Array(m_first, m_first + 9), Array(m_second, m_second + 9), 3);
     EXPECT_TRUE(isSame(Array(m_product, m_product + 9), expected));
 }
 

@@ -55,7 +55,8 @@ TEST_F(SpectralTraceTest, TheSetSizeIsRoundedTowardZero)
 TEST_F(SpectralTraceTest, AnotherTypeIsTheFirstTrace)
 {
     m_view.setData(m_bytes.data(), 1000, 4);
-    for (const int other : {-1, 4, 100, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+    for (const int other :
+         {-1, 4, 100, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
         EXPECT_EQ(m_view.getDataSet(type(other)), m_bytes.data());
 }
 

@@ -11,8 +11,8 @@ protected:
         MouseCaptureTest::SetUp();
         // Twice, because a session that cannot confine may find that out after the first time only.
         if (!Confines(CRect(40, 50, 260, 270)) || !Confines(CRect(50, 60, 160, 170)))
-            GTEST_SKIP()
-                << "this session does not honour ClipCursor (under Wine it needs the X input extension library)";
+            GTEST_SKIP() << "this session does not honour ClipCursor (under Wine it needs the X "
+                            "input extension library)";
     }
 
     static bool Confines(const CRect& rect) { return ::ClipCursor(&rect) && CRect(Now()) == rect; }
@@ -23,7 +23,10 @@ protected:
         GetClipCursor(&rect);
         return rect;
     }
-    static CRect Screen() { return CRect(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)); }
+    static CRect Screen()
+    {
+        return CRect(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    }
 };
 
 TEST_F(SystemCursorTest, TrackballStyleConfinesToTheRectangleWithinTheScreen)

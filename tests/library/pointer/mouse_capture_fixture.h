@@ -16,7 +16,10 @@ using Log = std::vector<std::string>;
 class Tool : public IMouseHandler
 {
 public:
-    Tool(Log& log, std::string name, int order = 0) : m_log(log), m_name(std::move(name)), m_order(order) {}
+    Tool(Log& log, std::string name, int order = 0)
+        : m_log(log), m_name(std::move(name)), m_order(order)
+    {
+    }
     ~Tool() override = default;
 
     std::vector<POINT> points;
@@ -24,7 +27,8 @@ public:
     bool background = false;
     CRect area;
     bool consumes = true;
-    std::function<void()> onInput, onRelease, onPoints, onLock, onBackground, onType, onOrder, onArea;
+    std::function<void()> onInput, onRelease, onPoints, onLock, onBackground, onType, onOrder,
+        onArea;
     int pointQueries = 0;
 
     void SetOrder(int order) { m_order = order; }
@@ -32,8 +36,8 @@ public:
     bool OnMouseInput(unsigned int message, unsigned int flags, int x, int y) override
     {
         const bool answer = consumes;
-        m_log.push_back(m_name + " input " + std::to_string(message) + " " + std::to_string(flags) + " " +
-                        std::to_string(x) + "," + std::to_string(y));
+        m_log.push_back(m_name + " input " + std::to_string(message) + " " + std::to_string(flags) +
+                        " " + std::to_string(x) + "," + std::to_string(y));
         Run(onInput);
         return answer;
     }
@@ -116,8 +120,14 @@ protected:
 
     static void UsePointer() { MouseCapture::Initialize(CRect(0, 0, 1000, 800), InputPointer); }
 
-    static bool Press(int x, int y) { return MouseCapture::HandleMouse(WM_LBUTTONDOWN, MK_LBUTTON, POINT{x, y}); }
-    static bool Let(int x, int y) { return MouseCapture::HandleMouse(WM_LBUTTONUP, 0, POINT{x, y}); }
+    static bool Press(int x, int y)
+    {
+        return MouseCapture::HandleMouse(WM_LBUTTONDOWN, MK_LBUTTON, POINT{x, y});
+    }
+    static bool Let(int x, int y)
+    {
+        return MouseCapture::HandleMouse(WM_LBUTTONUP, 0, POINT{x, y});
+    }
     static bool Move(int x, int y, unsigned int flags = 0)
     {
         return MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, POINT{x, y});

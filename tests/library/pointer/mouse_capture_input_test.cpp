@@ -11,7 +11,8 @@ TEST_F(MouseCaptureTest, APressGrabsFromNinetyNinePixelsButNotFromAHundred)
     a.points = {{300, 300}};
     MouseCapture::Register(&a);
     UsePointer();
-    for (const POINT nearby : {POINT{399, 300}, POINT{201, 300}, POINT{300, 399}, POINT{370, 371}}) {
+    for (const POINT nearby :
+         {POINT{399, 300}, POINT{201, 300}, POINT{300, 399}, POINT{370, 371}}) {
         EXPECT_TRUE(Press(nearby.x, nearby.y));
         EXPECT_TRUE(Let(nearby.x, nearby.y));
     }
@@ -57,7 +58,8 @@ TEST_F(MouseCaptureTest, APressOnTheBackgroundGrabsTheLastBackgroundHandler)
     UsePointer();
     EXPECT_TRUE(Press(100, 199));
     EXPECT_EQ(TakeLog(), (Log{"b area", "b lock 0"}));
-    EXPECT_FALSE(Press(200, 150)) << "the right edge lies outside, and the earlier handler is not asked";
+    EXPECT_FALSE(Press(200, 150))
+        << "the right edge lies outside, and the earlier handler is not asked";
     EXPECT_EQ(TakeLog(), (Log{"b area", "b release"}));
 }
 
@@ -74,7 +76,8 @@ TEST_F(MouseCaptureTest, AnyPointAnywhereKeepsTheBackgroundOut)
     EXPECT_TRUE(log.empty());
 }
 
-// 65536 squared is a multiple of 2 to the 32nd: the distance wraps to 0. 50000 squared wraps below zero.
+// 65536 squared is a multiple of 2 to the 32nd: the distance wraps to 0. 50000 squared wraps below
+// zero.
 TEST_F(MouseCaptureTest, DistancesWrapAroundAt32Bits)
 {
     Tool a(log, "a"), b(log, "b");
@@ -110,8 +113,8 @@ TEST_F(MouseCaptureTest, InPointerStyleReleasingAndMovingWithoutTheButtonLetGo)
     EXPECT_TRUE(Move(120, 130, MK_RBUTTON));
     EXPECT_FALSE(MouseCapture::IsLocked());
     EXPECT_FALSE(Move(120, 130, MK_LBUTTON)) << "a drag without an owner is not consumed";
-    EXPECT_EQ(log,
-              (Log{"a lock 0", "a input 512 1 120,130", "a input 516 3 1,2", "a release", "a lock 0", "a release"}));
+    EXPECT_EQ(log, (Log{"a lock 0", "a input 512 1 120,130", "a input 516 3 1,2", "a release",
+                        "a lock 0", "a release"}));
 }
 
 TEST_F(MouseCaptureTest, InTrackballStyleTheButtonsAreForwarded)
@@ -124,7 +127,8 @@ TEST_F(MouseCaptureTest, InTrackballStyleTheButtonsAreForwarded)
     EXPECT_FALSE(Let(3, 4));
     EXPECT_FALSE(Move(5, 6));
     EXPECT_EQ(MouseCapture::GetLock(), &a);
-    EXPECT_EQ(log, (Log{"a lock 0", "a input 513 1 1,2", "a input 514 0 3,4", "a input 512 0 5,6"}));
+    EXPECT_EQ(log,
+              (Log{"a lock 0", "a input 513 1 1,2", "a input 514 0 3,4", "a input 512 0 5,6"}));
 }
 
 TEST_F(MouseCaptureTest, AMessageOutsideTheAreaIsNeverForwarded)
@@ -164,8 +168,8 @@ TEST_F(MouseCaptureTest, ForwardedPointsAreConfinedToTheRectangleWithItsRightAnd
     Move(999, 799);
     Move(300, 400);
     Move(150, 250);
-    EXPECT_EQ(TakeLog(), (Log{"a input 512 0 100,200", "a input 512 0 300,400", "a input 512 0 300,400",
-                              "a input 512 0 150,250"}));
+    EXPECT_EQ(TakeLog(), (Log{"a input 512 0 100,200", "a input 512 0 300,400",
+                              "a input 512 0 300,400", "a input 512 0 150,250"}));
     RECT reversed = {300, 200, 100, 400};
     MouseCapture::ClipCursor(&reversed);
     Move(7, 8);

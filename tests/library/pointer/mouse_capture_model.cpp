@@ -185,7 +185,8 @@ bool Reference::Unlock()
     return true;
 }
 
-// True when the handler of the entry has points; one without, but with a background point, becomes the candidate.
+// True when the handler of the entry has points; one without, but with a background point, becomes
+// the candidate.
 bool Reference::Consider(const Entry& entry, int& candidate)
 {
     if (entry.removed) return false;
@@ -214,12 +215,14 @@ bool Reference::LockNext()
     }
     m_clip = RECT{};
     m_point = 0;
-    const auto ownerEntry = std::find_if(m_entries.begin(), m_entries.end(), [this](const Entry& entry) {
-        return !entry.removed && entry.tool == m_owner;
-    });
+    const auto ownerEntry =
+        std::find_if(m_entries.begin(), m_entries.end(), [this](const Entry& entry) {
+            return !entry.removed && entry.tool == m_owner;
+        });
     const bool ownerFound = ownerEntry != m_entries.end();
     int candidate = nobody;
-    for (auto entry = ownerFound ? std::next(ownerEntry) : m_entries.begin(); entry != m_entries.end(); ++entry)
+    for (auto entry = ownerFound ? std::next(ownerEntry) : m_entries.begin();
+         entry != m_entries.end(); ++entry)
         if (Consider(*entry, candidate)) return Lock(entry->tool, 0);
     if (!m_research && ownerFound && !(m_freeze && m_imaging))
         for (auto entry = m_entries.begin(); entry != std::next(ownerEntry); ++entry)
@@ -234,8 +237,11 @@ static std::int32_t Distance(POINT a, POINT b)
 {
     const std::int64_t dx = std::int64_t{a.x} - b.x;
     const std::int64_t dy = std::int64_t{a.y} - b.y;
-    const auto square = [](std::int64_t d) { return static_cast<std::uint64_t>(d) * static_cast<std::uint64_t>(d); };
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>((square(dx) + square(dy)) & 0xFFFFFFFFu));
+    const auto square = [](std::int64_t d) {
+        return static_cast<std::uint64_t>(d) * static_cast<std::uint64_t>(d);
+    };
+    return static_cast<std::int32_t>(
+        static_cast<std::uint32_t>((square(dx) + square(dy)) & 0xFFFFFFFFu));
 }
 
 void Reference::LockNearest(POINT point)
@@ -257,8 +263,8 @@ void Reference::LockNearest(POINT point)
     }
     if (!Lives(best) && seen == 0 && Lives(background)) {
         const RECT area = GetArea(background);
-        const bool inside =
-            point.x >= area.left && point.x < area.right && point.y >= area.top && point.y < area.bottom;
+        const bool inside = point.x >= area.left && point.x < area.right && point.y >= area.top &&
+                            point.y < area.bottom;
         if (inside) best = background;
     }
     Lock(Lives(best) ? best : nobody, bestIndex);
@@ -266,7 +272,8 @@ void Reference::LockNearest(POINT point)
 
 bool Reference::HandleMouse(unsigned int message, unsigned int flags, POINT point)
 {
-    if (point.x < m_area.left || point.x >= m_area.right || point.y < m_area.top || point.y >= m_area.bottom)
+    if (point.x < m_area.left || point.x >= m_area.right || point.y < m_area.top ||
+        point.y >= m_area.bottom)
         return false;
     if (m_input == 1) {
         if (message == 513) {

@@ -8,9 +8,9 @@
 #include <list>
 #include <vector>
 
-// The two sides that the model check compares: the arbitration itself and a plain reference of it. Both play the same
-// steps; each keeps its own world of tools, whose operations answer from it, write down that they were called, and may
-// themselves play a step.
+// The two sides that the model check compares: the arbitration itself and a plain reference of it.
+// Both play the same steps; each keeps its own world of tools, whose operations answer from it,
+// write down that they were called, and may themselves play a step.
 namespace capture_model {
 
 constexpr int nobody = -1;
@@ -89,7 +89,8 @@ struct State
     RECT area = {};
 };
 
-// One side. Tools are numbered in the order of their creation; a slot holds the number of the tool living in it.
+// One side. Tools are numbered in the order of their creation; a slot holds the number of the tool
+// living in it.
 class Side
 {
 public:
@@ -138,7 +139,10 @@ private:
         std::array<std::deque<Step>, static_cast<std::size_t>(Call::count)> reactions;
     };
 
-    int ToolIn(int slot) const { return slot == slotCount ? nobody : m_slots[static_cast<std::size_t>(slot)]; }
+    int ToolIn(int slot) const
+    {
+        return slot == slotCount ? nobody : m_slots[static_cast<std::size_t>(slot)];
+    }
     int PlayOnArbitration(const Step& step);
     void PlayOnWorld(const Step& step);
     void Called(Call call, int tool, std::array<int, 4> arguments = {});
@@ -150,7 +154,8 @@ private:
     int m_reactions = 0;
 };
 
-// The reference: a list whose entries are only marked while a walk may stand on them, and numbers for pointers.
+// The reference: a list whose entries are only marked while a walk may stand on them, and numbers
+// for pointers.
 class Reference : public Side
 {
 public:
@@ -180,7 +185,10 @@ private:
     };
     using Entries = std::list<Entry>;
 
-    bool Lives(int tool) const { return tool != nobody && m_living[static_cast<std::size_t>(tool)]; }
+    bool Lives(int tool) const
+    {
+        return tool != nobody && m_living[static_cast<std::size_t>(tool)];
+    }
     bool IsRegistered(int tool) const;
     void Release();
     bool Consider(const Entry& entry, int& candidate);

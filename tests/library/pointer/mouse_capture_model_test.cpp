@@ -1,5 +1,5 @@
-// The arbitration of the pointer against a plain reference of it, over random steps; the handlers answer from inside
-// their operations with steps of their own.
+// The arbitration of the pointer against a plain reference of it, over random steps; the handlers
+// answer from inside their operations with steps of their own.
 #include "mouse_capture_model.h"
 
 #include <Utils_Statics/MouseCapture.h>
@@ -15,7 +15,8 @@ namespace capture_model {
 
 namespace {
 
-// A handler that lives in the world of a side. The side outlives it, also when it is destroyed in its own operation.
+// A handler that lives in the world of a side. The side outlives it, also when it is destroyed in
+// its own operation.
 class ModelTool : public IMouseHandler
 {
 public:
@@ -32,7 +33,10 @@ public:
     void GetAutoPoints(std::vector<POINT>& points) override { points = m_side.GetPoints(m_number); }
     void SetLock(int index) override { m_side.OnSetLock(m_number, index); }
     bool HasBackgroundPoint() const override { return m_side.HasBackground(m_number); }
-    LockType GetLockType() const override { return static_cast<LockType>(m_side.GetType(m_number)); }
+    LockType GetLockType() const override
+    {
+        return static_cast<LockType>(m_side.GetType(m_number));
+    }
     int GetLockOrder() const override { return m_side.GetOrder(m_number); }
     void GetBackgroundRect(CRect& rect) override { rect = m_side.GetArea(m_number); }
 
@@ -48,7 +52,8 @@ public:
     State GetState() const override
     {
         const auto* owner = static_cast<const ModelTool*>(MouseCapture::GetLock());
-        return {owner ? owner->Number() : nobody, MouseCapture::GetInput(), MouseCapture::GetLockRect()};
+        return {owner ? owner->Number() : nobody, MouseCapture::GetInput(),
+                MouseCapture::GetLockRect()};
     }
 
 protected:
@@ -105,7 +110,8 @@ public:
     }
 
 private:
-    // In turn, tools have points and, for a while, none has, so that the background comes into play.
+    // In turn, tools have points and, for a while, none has, so that the background comes into
+    // play.
     void ChangePhase()
     {
         m_pointless = !m_pointless;
@@ -140,15 +146,19 @@ private:
         }};
         Step step;
         step.operation = Pick(weights);
-        step.slot = Below(20) == 0 && IsPointerTaking(step.operation) ? slotCount : Below(slotCount);
-        step.index = step.operation == Operation::Initialize ? Below(2) : Below(30) == 0 ? Extreme() : Below(4);
+        step.slot =
+            Below(20) == 0 && IsPointerTaking(step.operation) ? slotCount : Below(slotCount);
+        step.index = step.operation == Operation::Initialize ? Below(2)
+                     : Below(30) == 0                        ? Extreme()
+                                                             : Below(4);
         step.message = 512u + static_cast<unsigned int>(Below(4));
         step.flags = static_cast<unsigned int>(Below(4));
         step.point = Point();
         step.rect = Rect();
         step.on = Below(2) == 0;
         step.points = Points();
-        step.traits = {Below(6), Below(4) == 0 ? 1 + Below(2) : 0, Below(4) == 0, Below(2) == 0, Rect()};
+        step.traits = {Below(6), Below(4) == 0 ? 1 + Below(2) : 0, Below(4) == 0, Below(2) == 0,
+                       Rect()};
         step.call = static_cast<Call>(Below(static_cast<int>(Call::count)));
         if (step.operation == Operation::React) {
             if (depth == 3)
@@ -161,7 +171,8 @@ private:
 
     static bool IsPointerTaking(Operation operation)
     {
-        return operation == Operation::Register || operation == Operation::Unregister || operation == Operation::Lock;
+        return operation == Operation::Register || operation == Operation::Unregister ||
+               operation == Operation::Lock;
     }
 
     template <typename Weights>
@@ -179,7 +190,8 @@ private:
     int Below(int end) { return static_cast<int>(m_random() % static_cast<unsigned int>(end)); }
     int Extreme()
     {
-        static constexpr std::array<int, 8> values = {-2147483647 - 1, 2147483647, 65536, 46341, 50000, -50000, -1, 0};
+        static constexpr std::array<int, 8> values = {-2147483647 - 1, 2147483647, 65536, 46341,
+                                                      50000,           -50000,     -1,    0};
         return values[static_cast<std::size_t>(Below(8))];
     }
     LONG Coordinate() { return Below(40) == 0 ? Extreme() : Below(450) - 20; }
@@ -191,7 +203,8 @@ private:
     }
     std::vector<POINT> Points()
     {
-        std::vector<POINT> points(static_cast<std::size_t>(m_pointless || Below(3) == 0 ? 0 : Below(5)));
+        std::vector<POINT> points(
+            static_cast<std::size_t>(m_pointless || Below(3) == 0 ? 0 : Below(5)));
         for (POINT& point : points)
             point = Point();
         return points;
@@ -263,7 +276,8 @@ TEST_P(MouseCaptureModelTest, BehavesAsTheReferenceOnRandomSteps)
         actual.ClearEvents();
         reference.ClearEvents();
         const int answer = actual.Play(step);
-        ASSERT_EQ(answer, reference.Play(step)) << "step " << i << "\n" << Describe(actual.Events());
+        ASSERT_EQ(answer, reference.Play(step)) << "step " << i << "\n"
+                                                << Describe(actual.Events());
         ASSERT_TRUE(actual.Events() == reference.Events())
             << "step " << i << ", operation " << static_cast<int>(step.operation) << "\nactual\n"
             << Describe(actual.Events()) << "reference\n"
@@ -286,7 +300,8 @@ TEST_P(MouseCaptureModelTest, BehavesAsTheReferenceOnRandomSteps)
     RecordProperty("reactions", actual.Reactions());
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, MouseCaptureModelTest, testing::Range(1u, 9u)); // 400,000 steps in all
+INSTANTIATE_TEST_SUITE_P(Seeds, MouseCaptureModelTest,
+                         testing::Range(1u, 9u)); // 400,000 steps in all
 
 } // namespace
 

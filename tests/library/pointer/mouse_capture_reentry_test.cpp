@@ -44,7 +44,8 @@ TEST_F(MouseCaptureReentryTest, TheChangeUnderWayDecidesWhoComesNext)
     MouseCapture::Lock(a.get(), 0);
     EXPECT_TRUE(MouseCapture::Unlock());
     EXPECT_FALSE(MouseCapture::IsLocked());
-    EXPECT_EQ(log, (Log{"a lock 0", "a release", "c lock 7", "c release", "a lock 0", "a release"}));
+    EXPECT_EQ(log,
+              (Log{"a lock 0", "a release", "c lock 7", "c release", "a lock 0", "a release"}));
     EXPECT_TRUE(MouseCapture::Lock(b.get(), 0)) << "afterwards everything is as usual";
 }
 
@@ -134,8 +135,8 @@ TEST_F(MouseCaptureReentryTest, AHandlerMayDestroyItselfInEveryOperation)
 
 TEST_F(MouseCaptureReentryTest, AHandlerMayRemoveOthersWhileThePointsAreCollected)
 {
-    auto a = Make("a", 0, {{500, 500}}), b = Make("b", 1, {{300, 300}}), c = Make("c", 2, {{100, 100}}),
-         d = Make("d", 3, {{101, 100}});
+    auto a = Make("a", 0, {{500, 500}}), b = Make("b", 1, {{300, 300}}),
+         c = Make("c", 2, {{100, 100}}), d = Make("d", 3, {{101, 100}});
     UsePointer();
     c->onPoints = [&] { // one behind the walk, the one visited, one ahead of it
         a.reset();
@@ -201,7 +202,8 @@ TEST_F(MouseCaptureReentryTest, RegisteringSurvivesHandlersThatAnswerTheirOrderW
     MouseCapture::Register(&x); // belongs before b, which goes when it is asked
     for (int i = 0; i < 4; ++i)
         EXPECT_TRUE(MouseCapture::LockNext());
-    EXPECT_EQ(TakeLog(), (Log{"a lock 0", "a release", "x lock 0", "x release", "c lock 0", "c release", "a lock 0"}));
+    EXPECT_EQ(TakeLog(), (Log{"a lock 0", "a release", "x lock 0", "x release", "c lock 0",
+                              "c release", "a lock 0"}));
 
     Tool y(log, "y", 9);
     y.points = {{1, 1}};

@@ -1,4 +1,5 @@
-// The handlers of the pointer and its lock: registration, defaults, and who is told when the lock changes hands.
+// The handlers of the pointer and its lock: registration, defaults, and who is told when the lock
+// changes hands.
 #include "mouse_capture_fixture.h"
 
 #include <test_support/VirtualPlace.h>
@@ -46,7 +47,8 @@ TEST_F(MouseCaptureTest, StartsUnlockedInTrackballStyleWithoutAnAreaImagingAndNo
     EXPECT_FALSE(initial.wrapsAroundFrozen) << "imaging";
 }
 
-// The order in which the handlers stand in the list, read off by stepping through them with one point each.
+// The order in which the handlers stand in the list, read off by stepping through them with one
+// point each.
 TEST_F(MouseCaptureTest, HandlersStandInLockOrderAndEqualOrdersInRegistrationOrder)
 {
     Tool a(log, "a", 5), b(log, "b", -1), c(log, "c", 5), d(log, "d", 2), e(log, "e", -1);
@@ -174,7 +176,8 @@ TEST_F(MouseCaptureTest, LockTellsTheOldOwnerFirst)
     EXPECT_TRUE(MouseCapture::Lock(nullptr, 0));
     EXPECT_FALSE(MouseCapture::IsLocked());
     EXPECT_EQ(MouseCapture::GetLock(), nullptr);
-    EXPECT_EQ(log, (Log{"a lock 2", "a release", "b lock -7", "b release", "b lock 4", "b release"}));
+    EXPECT_EQ(log,
+              (Log{"a lock 2", "a release", "b lock -7", "b release", "b lock 4", "b release"}));
 }
 
 TEST_F(MouseCaptureTest, LockOfNullKeepsTheConfinementAndUnlockEndsIt)

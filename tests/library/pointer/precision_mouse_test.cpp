@@ -72,7 +72,9 @@ TEST_F(PrecisionMouseTest, EveryControlIsToldInAscendingPointerOrderAndTheHandle
 {
     RegisterAll();
     PrecisionMouse::UpdateHandler(&handler);
-    EXPECT_EQ(deliveries, (Deliveries{{At(0), &handler}, {At(1), &handler}, {At(2), &handler}, {At(3), &handler}}));
+    EXPECT_EQ(
+        deliveries,
+        (Deliveries{{At(0), &handler}, {At(1), &handler}, {At(2), &handler}, {At(3), &handler}}));
     EXPECT_EQ(handler.calls, 0);
 }
 
@@ -80,7 +82,8 @@ TEST_F(PrecisionMouseTest, ClearPositionDeliversNullToAll)
 {
     RegisterAll();
     PrecisionMouse::ClearPosition();
-    EXPECT_EQ(deliveries, (Deliveries{{At(0), nullptr}, {At(1), nullptr}, {At(2), nullptr}, {At(3), nullptr}}));
+    EXPECT_EQ(deliveries,
+              (Deliveries{{At(0), nullptr}, {At(1), nullptr}, {At(2), nullptr}, {At(3), nullptr}}));
 }
 
 TEST_F(PrecisionMouseTest, RegisteringTwiceDeliversOnceAndNullIsIgnored)
@@ -136,10 +139,12 @@ TEST_F(PrecisionMouseTest, ANewerHandlerReachesAllAndTheOlderNoFurtherControl)
     RegisterAll();
     At(1)->onSet = [&] { PrecisionMouse::UpdateHandler(&other); };
     PrecisionMouse::UpdateHandler(&handler);
-    EXPECT_EQ(
-        deliveries,
-        (Deliveries{
-            {At(0), &handler}, {At(1), &handler}, {At(0), &other}, {At(1), &other}, {At(2), &other}, {At(3), &other}}));
+    EXPECT_EQ(deliveries, (Deliveries{{At(0), &handler},
+                                      {At(1), &handler},
+                                      {At(0), &other},
+                                      {At(1), &other},
+                                      {At(2), &other},
+                                      {At(3), &other}}));
 }
 
 } // namespace

@@ -13,7 +13,8 @@
 #include <vector>
 
 static_assert(sizeof(ShowCursorHelper) == sizeof(RECT) + sizeof(BOOL) + 4);
-static_assert(std::is_copy_assignable_v<ShowCursorHelper> && !std::is_copy_constructible_v<ShowCursorHelper>);
+static_assert(std::is_copy_assignable_v<ShowCursorHelper> &&
+              !std::is_copy_constructible_v<ShowCursorHelper>);
 static_assert(!std::has_virtual_destructor_v<ShowCursorHelper>);
 
 namespace {
@@ -47,8 +48,8 @@ public:
     RecordingWindow()
     {
         static const ATOM windowClass = RegisterWindowClass();
-        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"recording", WS_POPUP, 100, 100, 300, 200, nullptr,
-                                   nullptr, GetModuleHandleW(nullptr), this);
+        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"recording", WS_POPUP, 100, 100,
+                                   300, 200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
         ShowWindow(m_window, SW_SHOWNA); // an activated window would wait for a window manager
     }
     ~RecordingWindow() { DestroyWindow(m_window); }
@@ -75,8 +76,10 @@ private:
     {
         if (message == WM_NCCREATE)
             SetWindowLongPtrW(window, GWLP_USERDATA,
-                              reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-        if (auto* self = reinterpret_cast<RecordingWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA)))
+                              reinterpret_cast<LONG_PTR>(
+                                  reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+        if (auto* self =
+                reinterpret_cast<RecordingWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA)))
             self->Received({message, wParam, lParam});
         return DefWindowProcW(window, message, wParam, lParam);
     }
@@ -173,7 +176,8 @@ TEST_F(ShowCursorTest, EachGuardRestoresTheConfinementThatItFound)
 {
     const CRect first(100, 110, 300, 310), second(150, 160, 250, 260);
     if (!Confine(first))
-        GTEST_SKIP() << "this session does not honour ClipCursor (under Wine it needs the X input extension library)";
+        GTEST_SKIP() << "this session does not honour ClipCursor (under Wine it needs the X input "
+                        "extension library)";
     {
         const ShowCursorHelper outer(false);
         EXPECT_TRUE(Clip() == first) << "a guard does not change the confinement itself";
@@ -260,7 +264,8 @@ TEST_F(ShowCursorTest, AMainWindowThatComesLaterIsSwitchedOffOnly)
     theApplication.m_pMainWnd = &mainWindow;
     guard.reset();
     EXPECT_EQ(window.Take(), switchOff);
-    EXPECT_TRUE(IsWindowEnabled(window.Handle())) << "enabled is what a guard assumes that found no window";
+    EXPECT_TRUE(IsWindowEnabled(window.Handle()))
+        << "enabled is what a guard assumes that found no window";
 }
 
 TEST_F(ShowCursorTest, AssignmentCopiesWhatTheOtherGuardFound)
@@ -294,7 +299,8 @@ bool DispatchUntil(HANDLE handle)
 {
     const ULONGLONG deadline = GetTickCount64() + 60'000;
     while (GetTickCount64() < deadline) {
-        if (MsgWaitForMultipleObjects(1, &handle, FALSE, 1000, QS_ALLINPUT) == WAIT_OBJECT_0) return true;
+        if (MsgWaitForMultipleObjects(1, &handle, FALSE, 1000, QS_ALLINPUT) == WAIT_OBJECT_0)
+            return true;
         for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
             DispatchMessageW(&message);
     }

@@ -14,7 +14,8 @@ public:
     explicit AviMovie(const std::wstring& path)
     {
         AVIFileInit();
-        if (AVIFileOpenW(&m_file, path.c_str(), OF_READ | OF_SHARE_DENY_NONE, nullptr) != AVIERR_OK) return;
+        if (AVIFileOpenW(&m_file, path.c_str(), OF_READ | OF_SHARE_DENY_NONE, nullptr) != AVIERR_OK)
+            return;
         if (AVIFileGetStream(m_file, &m_stream, streamtypeVIDEO, 0) != AVIERR_OK) return;
         AVIStreamInfoW(m_stream, &info, sizeof info);
         LONG size = sizeof format;
@@ -32,16 +33,22 @@ public:
     bool isOpen() const { return m_stream != nullptr; }
     LONG length() const { return m_stream ? AVIStreamLength(m_stream) : -1; }
 
-    bool isKeyFrame(LONG index) const { return AVIStreamFindSample(m_stream, index, FIND_KEY | FIND_PREV) == index; }
+    bool isKeyFrame(LONG index) const
+    {
+        return AVIStreamFindSample(m_stream, index, FIND_KEY | FIND_PREV) == index;
+    }
 
     // The bytes of one frame; empty for a missing one.
     std::vector<std::uint8_t> frame(LONG index) const
     {
         LONG bytes = 0;
         LONG samples = 0;
-        if (AVIStreamRead(m_stream, index, 1, nullptr, 0, &bytes, &samples) != AVIERR_OK || bytes <= 0) return {};
+        if (AVIStreamRead(m_stream, index, 1, nullptr, 0, &bytes, &samples) != AVIERR_OK ||
+            bytes <= 0)
+            return {};
         std::vector<std::uint8_t> data(static_cast<std::size_t>(bytes));
-        if (AVIStreamRead(m_stream, index, 1, data.data(), bytes, &bytes, &samples) != AVIERR_OK) return {};
+        if (AVIStreamRead(m_stream, index, 1, data.data(), bytes, &bytes, &samples) != AVIERR_OK)
+            return {};
         data.resize(static_cast<std::size_t>(bytes));
         return data;
     }

@@ -7,8 +7,8 @@
 
 namespace device_context_form {
 
-// The composition of a movie frame in its plain form: bitmaps selected into memory device contexts, MaskBlt, BitBlt.
-// What the library does must not differ from it, and must be faster.
+// The composition of a movie frame in its plain form: bitmaps selected into memory device contexts,
+// MaskBlt, BitBlt. What the library does must not differ from it, and must be faster.
 
 template <class Handle, auto release>
 class Owner
@@ -77,15 +77,15 @@ struct Form
         const Bitmap bitmap(CreateBitmap(width(rect), height(rect), 1, 32, pixels));
         const BitmapContext plane(bitmap);
         constexpr DWORD keepWhereMaskIsOne = 0xCCAA0000;
-        MaskBlt(frame, rect.left, frameHeight - rect.top - height(rect), width(rect), height(rect), plane, 0, 0, bits,
-                0, 0, keepWhereMaskIsOne);
+        MaskBlt(frame, rect.left, frameHeight - rect.top - height(rect), width(rect), height(rect),
+                plane, 0, 0, bits, 0, 0, keepWhereMaskIsOne);
     }
 
     void placeRegion(HDC frame, HDC plane2, const RECT& region) const
     {
         if (!hasArea(region)) return;
-        BitBlt(frame, rects[2].left + region.left, frameHeight - rects[2].bottom + region.top, width(region),
-               height(region), plane2, region.left, region.top, SRCCOPY);
+        BitBlt(frame, rects[2].left + region.left, frameHeight - rects[2].bottom + region.top,
+               width(region), height(region), plane2, region.left, region.top, SRCCOPY);
     }
 
     void placeRegions(HDC frame) const
@@ -113,9 +113,11 @@ struct Form
         const bool second = image[1] != nullptr;
         paint(frame, second ? rects[1].left : 0, second ? y1 : 0, width(rects[1]), 5, image[3]);
         if (second)
-            paint(frame, rects[1].left, y1 + height(rects[1]) - rects[3].top - h4, width(rects[3]), h4, image[4]);
+            paint(frame, rects[1].left, y1 + height(rects[1]) - rects[3].top - h4, width(rects[3]),
+                  h4, image[4]);
         else
-            paint(frame, rects[0].left, y0 + height(rects[0]) - rects[3].top - h4, width(rects[3]), h4, image[4]);
+            paint(frame, rects[0].left, y0 + height(rects[0]) - rects[3].top - h4, width(rects[3]),
+                  h4, image[4]);
     }
 
     // Composes onto the frame's pixels in place.

@@ -22,11 +22,13 @@ int pick(Random& random, int low, int high)
 Pixels pixels(Random& random, SIZE size)
 {
     Pixels values(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
-    std::generate(values.begin(), values.end(), [&] { return static_cast<std::uint32_t>(random()); });
+    std::generate(values.begin(), values.end(),
+                  [&] { return static_cast<std::uint32_t>(random()); });
     return values;
 }
 
-// A mask of at least the plane's size, because how the device context continues a smaller one is not defined.
+// A mask of at least the plane's size, because how the device context continues a smaller one is
+// not defined.
 struct MaskBits
 {
     SIZE size{};
@@ -36,7 +38,8 @@ struct MaskBits
 
     bool isOne(int x, int y) const
     {
-        const std::uint8_t byte = bytes[static_cast<std::size_t>(y) * stride() + static_cast<std::size_t>(x) / 8];
+        const std::uint8_t byte =
+            bytes[static_cast<std::size_t>(y) * stride() + static_cast<std::size_t>(x) / 8];
         return (byte >> (7 - x % 8) & 1) != 0;
     }
 };
@@ -48,8 +51,12 @@ MaskBits maskFor(Random& random, SIZE plane)
     const int kind = pick(random, 0, 3); // all let through, all kept, noise, runs
     std::uint8_t value = 0;
     for (auto& byte : mask.bytes) {
-        if (kind == 3 && pick(random, 0, 5) == 0) value = static_cast<std::uint8_t>(pick(random, 0, 2) * 0x7F);
-        byte = kind == 0 ? 0 : kind == 1 ? 0xFF : kind == 2 ? static_cast<std::uint8_t>(random()) : value;
+        if (kind == 3 && pick(random, 0, 5) == 0)
+            value = static_cast<std::uint8_t>(pick(random, 0, 2) * 0x7F);
+        byte = kind == 0   ? 0
+               : kind == 1 ? 0xFF
+               : kind == 2 ? static_cast<std::uint8_t>(random())
+                           : value;
     }
     return mask;
 }
@@ -77,7 +84,8 @@ struct PixelForm
         return inside ? &frame[static_cast<std::size_t>(y * form.frameWidth + x)] : nullptr;
     }
 
-    void forEach(int w, int h, int x, int y, const std::function<void(std::uint32_t&, int, int)>& change)
+    void forEach(int w, int h, int x, int y,
+                 const std::function<void(std::uint32_t&, int, int)>& change)
     {
         for (int row = 0; row < h; ++row)
             for (int column = 0; column < w; ++column)
@@ -100,8 +108,9 @@ struct PixelForm
         if (!form.image[2] || !device_context_form::hasArea(r)) return;
         const int w = device_context_form::width(r);
         const int h = device_context_form::height(r);
-        forEach(device_context_form::width(part), device_context_form::height(part), r.left + part.left,
-                form.frameHeight - r.bottom + part.top, [&](std::uint32_t& pixel, int x, int y) {
+        forEach(device_context_form::width(part), device_context_form::height(part),
+                r.left + part.left, form.frameHeight - r.bottom + part.top,
+                [&](std::uint32_t& pixel, int x, int y) {
                     const int sx = part.left + x;
                     const int sy = part.top + y;
                     if (sx >= 0 && sy >= 0 && sx < w && sy < h) pixel = form.image[2][sy * w + sx];
@@ -111,7 +120,9 @@ struct PixelForm
     void paint(int w, int h, int x, int y, const std::uint32_t* image)
     {
         if (!image || w <= 0) return;
-        forEach(w, h, x, y, [&](std::uint32_t& pixel, int column, int row) { pixel |= image[row * w + column]; });
+        forEach(w, h, x, y, [&](std::uint32_t& pixel, int column, int row) {
+            pixel |= image[row * w + column];
+        });
     }
 
     Pixels compose(const MaskBits& mask0, const MaskBits& mask1)
@@ -122,11 +133,12 @@ struct PixelForm
         masked(r[1], form.image[1], mask1);
         region(r[4]);
         region(r[5]);
-        paint(device_context_form::width(r[1]), 5, second ? r[1].left : 0, second ? form.frameHeight - r[1].bottom : 0,
-              form.image[3]);
+        paint(device_context_form::width(r[1]), 5, second ? r[1].left : 0,
+              second ? form.frameHeight - r[1].bottom : 0, form.image[3]);
         const RECT& anchor = r[second ? 1 : 0];
         paint(device_context_form::width(r[3]), device_context_form::height(r[3]), anchor.left,
-              form.frameHeight - anchor.top - r[3].top - device_context_form::height(r[3]), form.image[4]);
+              form.frameHeight - anchor.top - r[3].top - device_context_form::height(r[3]),
+              form.image[4]);
         return frame;
     }
 };
@@ -170,14 +182,16 @@ public:
     Pixels composed()
     {
         const device_context_form::Bitmap bitmap0(bitmapOf(m_mask[0]));
-        const cine::Mask masks[2] = {cine::Mask(bitmap0), cine::Mask(m_mask[1].bytes, m_mask[1].size)};
+        const cine::Mask masks[2] = {cine::Mask(bitmap0),
+                                     cine::Mask(m_mask[1].bytes, m_mask[1].size)};
         cine::Planes planes;
         for (int i = 0; i < 5; ++i)
             planes.image[i] = const_cast<std::uint32_t*>(m_form.image[i]);
         planes.mask[0] = &masks[0];
         planes.mask[1] = &masks[1];
         Pixels frame = m_frame;
-        cine::compose({frame.data(), {m_form.frameWidth, m_form.frameHeight}}, m_form.rects, planes);
+        cine::compose({frame.data(), {m_form.frameWidth, m_form.frameHeight}}, m_form.rects,
+                      planes);
         return frame;
     }
 
@@ -217,10 +231,13 @@ Pixels withoutUnusedByte(Pixels frame)
 
 TEST(CineComposition, HasTheColoursOfTheDeviceContextFormOnRandomScenes)
 {
-    // MaskBlt of Wine takes the fourth byte, which is no colour, from the plane also where the mask keeps the frame.
+    // MaskBlt of Wine takes the fourth byte, which is no colour, from the plane also where the mask
+    // keeps the frame.
     for (unsigned seed = 0; seed < scenes; ++seed) {
         Scene scene(seed);
-        ASSERT_EQ(withoutUnusedByte(scene.composed()), withoutUnusedByte(scene.throughDeviceContexts())) << seed;
+        ASSERT_EQ(withoutUnusedByte(scene.composed()),
+                  withoutUnusedByte(scene.throughDeviceContexts()))
+            << seed;
     }
 }
 
@@ -292,11 +309,15 @@ TEST(CineComposition, FarAwayPositionsAndExtremeRectsTouchNothing)
 {
     Small small;
     const cine::Mask mask(letThrough, {16, 8});
-    for (const std::int64_t farAway : {INT64_C(-4294967296), INT64_C(4294967296), INT64_C(-8), INT64_C(8)})
+    for (const std::int64_t farAway :
+         {INT64_C(-4294967296), INT64_C(4294967296), INT64_C(-8), INT64_C(8)})
         cine::copyMasked(small.target(), small.plane({8, 4}), mask, {farAway, 0});
-    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MIN, LONG_MIN, LONG_MAX, LONG_MAX}, {});
-    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MAX, LONG_MAX, LONG_MIN, LONG_MIN}, {});
-    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MAX - 1, 0, LONG_MAX, 1}, {LONG_MAX - 1, 0});
+    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MIN, LONG_MIN, LONG_MAX, LONG_MAX},
+                     {});
+    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MAX, LONG_MAX, LONG_MIN, LONG_MIN},
+                     {});
+    cine::copyRegion(small.target(), small.plane({8, 4}), {LONG_MAX - 1, 0, LONG_MAX, 1},
+                     {LONG_MAX - 1, 0});
     EXPECT_EQ(small.picture(), "......../......../......../........");
 }
 
@@ -309,7 +330,8 @@ TEST(CineComposition, ExtremeLayoutIsHarmless)
     for (int round = 0; round < 2000; ++round) {
         RECT rects[6];
         for (RECT& rect : rects)
-            rect = {extremes[random() % 7], extremes[random() % 7], extremes[random() % 7], extremes[random() % 7]};
+            rect = {extremes[random() % 7], extremes[random() % 7], extremes[random() % 7],
+                    extremes[random() % 7]};
         const cine::Planes planes{{nullptr, nullptr, nullptr, nullptr, nullptr}, {&mask, &mask}};
         cine::compose(small.target(), rects, planes);
     }
@@ -320,7 +342,8 @@ TEST(CineComposition, WithoutPlane1TheStripLandsAtTheFrameOrigin)
 {
     Small small;
     const RECT rects[6] = {{0, 0, 1, 1}, {5, 0, 8, 2}, {}, {}, {}, {}};
-    cine::compose(small.target(), rects, {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
+    cine::compose(small.target(), rects,
+                  {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
     EXPECT_EQ(small.picture(), "###...../###...../###...../###.....");
 }
 
@@ -329,8 +352,9 @@ TEST(CineComposition, WithPlane1TheStripLandsAtItsFirstRow)
     Small small;
     const RECT rects[6] = {{0, 0, 1, 1}, {5, 0, 8, 2}, {}, {}, {}, {}};
     const cine::Mask keepAll(std::vector<std::uint8_t>(64, 0xFF), {16, 8});
-    cine::compose(small.target(), rects,
-                  {{nullptr, small.ones.data(), nullptr, small.ones.data(), nullptr}, {nullptr, &keepAll}});
+    cine::compose(
+        small.target(), rects,
+        {{nullptr, small.ones.data(), nullptr, small.ones.data(), nullptr}, {nullptr, &keepAll}});
     EXPECT_EQ(small.picture(), "......../......../.....###/.....###");
 }
 
@@ -338,7 +362,8 @@ TEST(CineComposition, StripKeepsItsWidthOverARectWithoutHeight)
 {
     Small small;
     const RECT rects[6] = {{}, {2, 9, 4, 9}, {}, {}, {}, {}};
-    cine::compose(small.target(), rects, {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
+    cine::compose(small.target(), rects,
+                  {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
     EXPECT_EQ(small.picture(), "##....../##....../##....../##......");
 }
 
@@ -347,7 +372,8 @@ TEST(CineComposition, OverlayIgnoresTheLeftEdgeOfItsRect)
     Small small;
     // Hangs one row below the top of rect 0, at rect 0's left edge.
     const RECT rects[6] = {{2, 0, 6, 4}, {}, {}, {100, 1, 102, 2}, {}, {}};
-    cine::compose(small.target(), rects, {{nullptr, nullptr, nullptr, nullptr, small.ones.data()}, {}});
+    cine::compose(small.target(), rects,
+                  {{nullptr, nullptr, nullptr, nullptr, small.ones.data()}, {}});
     EXPECT_EQ(small.picture(), "......../......../..##..../........");
 }
 

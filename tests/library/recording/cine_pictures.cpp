@@ -7,7 +7,8 @@ Pixels noise(int width, int height, unsigned seed)
 {
     std::minstd_rand random(seed + 1);
     Pixels pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    std::generate(pixels.begin(), pixels.end(), [&] { return static_cast<unsigned int>(random()) & 0xFFFFFF; });
+    std::generate(pixels.begin(), pixels.end(),
+                  [&] { return static_cast<unsigned int>(random()) & 0xFFFFFF; });
     return pixels;
 }
 
@@ -44,7 +45,8 @@ std::unique_ptr<CBitmap> maskOf(int width, int height, unsigned seed)
 {
     std::minstd_rand random(seed + 1);
     Bytes bits(static_cast<std::size_t>((width + 15) / 16 * 2 * height));
-    std::generate(bits.begin(), bits.end(), [&] { return static_cast<std::uint8_t>(random() >> 9); });
+    std::generate(bits.begin(), bits.end(),
+                  [&] { return static_cast<std::uint8_t>(random() >> 9); });
     auto mask = std::make_unique<CBitmap>();
     mask->CreateBitmap(width, height, 1, 1, bits.data());
     return mask;
@@ -57,6 +59,7 @@ GivenPlanes::GivenPlanes(unsigned seed, const Turns& turns)
         given[i] = noise(sizes[i][0], sizes[i][1], 10 * seed + i);
         const bool turn = !((i == 0 && turns.bottomUp0) || (i == 1 && turns.bottomUp1));
         turned[i] = turn ? upsideDown(given[i], sizes[i][0]) : given[i];
-        if ((i == 0 && turns.mirror0) || (i == 1 && turns.mirror1)) turned[i] = mirrored(turned[i], sizes[i][0]);
+        if ((i == 0 && turns.mirror0) || (i == 1 && turns.mirror1))
+            turned[i] = mirrored(turned[i], sizes[i][0]);
     }
 }

@@ -1,4 +1,5 @@
-// Recording through codecs: how one is found, what it is told, what it gets back, how it fails and when it is released.
+// Recording through codecs: how one is found, what it is told, what it gets back, how it fails and
+// when it is released.
 #include "cine_store_avi_fixture.h"
 
 #include "../../codecs/testcodec/TestCodec.h"
@@ -33,8 +34,8 @@ protected:
     }
     ~CineStoreCodec() override { FreeLibrary(dll); }
 
-    // Every codec that was begun is ended, and every one that was opened is closed as far as the platform does that:
-    // the compressed stream of Wine 8.0 never closes its codec.
+    // Every codec that was begun is ended, and every one that was opened is closed as far as the
+    // platform does that: the compressed stream of Wine 8.0 never closes its codec.
     void expectReleased()
     {
         EXPECT_GE(codec->ended, codec->begun);
@@ -132,8 +133,9 @@ TEST_F(CineStoreCodec, IsTheSettingsWhateverSetCompressionSaid)
     EXPECT_TRUE(store.EndStorage());
 }
 
-// The flags of a codec's information record and those of the stream's options have other meanings: the record's
-// "temporal" is the options' "key frames as often as the options say", and these say never.
+// The flags of a codec's information record and those of the stream's options have other meanings:
+// the record's "temporal" is the options' "key frames as often as the options say", and these say
+// never.
 TEST_F(CineStoreCodec, GivesTheOptionsTheFlagsOfItsRecord)
 {
     static_assert(VIDCF_TEMPORAL == AVICOMPRESSF_KEYFRAMES);
@@ -267,7 +269,8 @@ TEST_F(CineStoreCodec, DestroyingRepeatsNothing)
         CBitmap none;
         ASSERT_TRUE(start(local));
         for (int i = 0; i < 3; ++i)
-            local.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false, false, false);
+            local.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false,
+                           false, false);
     }
     EXPECT_EQ(codec->frames, 3);
     expectReleased();
@@ -323,9 +326,10 @@ TEST_F(CineStoreCodec, ThousandRecordingsLeakNeitherHandlesNorDrawingObjectsNorC
         GivenPlanes planes(1, {});
         ASSERT_TRUE(start(local));
         for (int frame = 0; frame < 2; ++frame)
-            ASSERT_TRUE(local.AddFrame(planes.given[0].data(), planes.given[1].data(), planes.given[2].data(),
-                                       planes.given[3].data(), planes.given[4].data(), *mask0, *mask0, true, false,
-                                       true, false));
+            ASSERT_TRUE(local.AddFrame(planes.given[0].data(), planes.given[1].data(),
+                                       planes.given[2].data(), planes.given[3].data(),
+                                       planes.given[4].data(), *mask0, *mask0, true, false, true,
+                                       false));
         if (i % 3) local.EndStorage();
     };
     for (int i = 0; i < 6; ++i)

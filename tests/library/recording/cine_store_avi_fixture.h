@@ -55,7 +55,8 @@ protected:
     bool addNothing()
     {
         CBitmap none;
-        return store.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false, false, false);
+        return store.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false,
+                              false, false);
     }
 
     test_support::TemporaryFolder folder;

@@ -44,10 +44,11 @@ TEST_F(CineStoreAvi, ComposedFramesAreThoseOfTheDeviceContextForm)
         std::copy(layout.begin(), layout.end(), form.rects);
         form.compose(expected.data()); // onto the frame before: nothing clears it
         frames.push_back(bytesOf(expected));
-        EXPECT_TRUE(store.AddFrame(image[0], image[1], image[2], image[3], image[4], *mask0, *mask1, turns.mirror0,
-                                   turns.bottomUp0, turns.mirror1, turns.bottomUp1));
+        EXPECT_TRUE(store.AddFrame(image[0], image[1], image[2], image[3], image[4], *mask0, *mask1,
+                                   turns.mirror0, turns.bottomUp0, turns.mirror1, turns.bottomUp1));
         for (unsigned plane = 0; plane < 5; ++plane)
-            EXPECT_TRUE(!image[plane] || planes.given[plane] == planes.turned[plane]) << "plane " << plane;
+            EXPECT_TRUE(!image[plane] || planes.given[plane] == planes.turned[plane])
+                << "plane " << plane;
     }
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
@@ -61,8 +62,8 @@ TEST_F(CineStoreAvi, WithoutPlane1TheStripLandsAtTheFrameOrigin)
     ASSERT_TRUE(start());
     CBitmap none;
     Pixels strip(28 * 5, 0xFFFFFF);
-    EXPECT_TRUE(
-        store.AddFrame(nullptr, nullptr, nullptr, strip.data(), nullptr, none, none, false, false, false, false));
+    EXPECT_TRUE(store.AddFrame(nullptr, nullptr, nullptr, strip.data(), nullptr, none, none, false,
+                               false, false, false));
     EXPECT_TRUE(store.EndStorage());
     Pixels expected = upsideDown(backgroundPixels, frameWidth);
     for (std::size_t y = 0; y < 5; ++y)
@@ -75,7 +76,8 @@ TEST_F(CineStoreAvi, RectsAreTakenOnlyTogetherWithABackground)
     CCineStoreAVI fresh;
     CBitmap none;
     const auto add = [&] {
-        return fresh.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false, false, false);
+        return fresh.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false,
+                              false, false);
     };
     ASSERT_TRUE(fresh.InitStorage(fileName.c_str(), nullptr, 64, 48, layout, 32));
     EXPECT_FALSE(add()); // there are no rects yet
@@ -90,7 +92,8 @@ TEST_F(CineStoreAvi, RectsAreTakenOnlyTogetherWithABackground)
 
 TEST_F(CineStoreAvi, OneRectIsEnoughForWholeBitmapsOnly)
 {
-    ASSERT_TRUE(store.InitStorage(fileName.c_str(), background.get(), 64, 48, CRect(0, 0, 64, 48), 32));
+    ASSERT_TRUE(
+        store.InitStorage(fileName.c_str(), background.get(), 64, 48, CRect(0, 0, 64, 48), 32));
     EXPECT_FALSE(addNothing());
     EXPECT_TRUE(addBlank());
     EXPECT_TRUE(store.EndStorage());

@@ -1,14 +1,17 @@
-// Movies that need more than this program: other readers, gibibytes of disk, a disk that is full. Scripts run them.
+// Movies that need more than this program: other readers, gibibytes of disk, a disk that is full.
+// Scripts run them.
 #include "cine_store_avi_fixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/InstalledCodec.h>
 
-// Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that nobody here wrote.
+// Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that
+// nobody here wrote.
 TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
 {
     const std::wstring target = test_support::environmentVariable(L"MOVIE_FOLDER");
-    if (target.empty()) GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
+    if (target.empty())
+        GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
     const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
     capture_settings::set(L"RecordQuality", 100);
     std::vector<Pixels> frames;
@@ -26,11 +29,12 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
         }
         EXPECT_TRUE(store.EndStorage());
     }
-    HANDLE file =
-        CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    HANDLE file = CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr,
+                              CREATE_ALWAYS, 0, nullptr);
     for (const Pixels& frame : frames) {
         DWORD written = 0;
-        EXPECT_TRUE(WriteFile(file, frame.data(), static_cast<DWORD>(frame.size() * 4), &written, nullptr));
+        EXPECT_TRUE(
+            WriteFile(file, frame.data(), static_cast<DWORD>(frame.size() * 4), &written, nullptr));
     }
     CloseHandle(file);
 }

@@ -1,4 +1,5 @@
-// The movie as a whole: its form, its rate, starting and ending it, and what is told when it is complete.
+// The movie as a whole: its form, its rate, starting and ending it, and what is told when it is
+// complete.
 #include "cine_store_avi_fixture.h"
 
 #include <test_support/Files.h>
@@ -32,7 +33,8 @@ TEST_F(CineStoreAvi, SizesAreRoundedDownToMultiplesOfFour)
 
 TEST_F(CineStoreAvi, RateIsFramesInAThousandSecondsTruncated)
 {
-    for (const auto& [fps, rate] : {std::pair{30.0, 30000u}, {25.0, 25000u}, {29.97, 29970u}, {12.3459, 12345u}}) {
+    for (const auto& [fps, rate] :
+         {std::pair{30.0, 30000u}, {25.0, 25000u}, {29.97, 29970u}, {12.3459, 12345u}}) {
         if (fps != 30.0) store.SetRate(fps); // 30 is what a new store has
         ASSERT_TRUE(start());
         EXPECT_TRUE(addBlank());
@@ -55,7 +57,8 @@ TEST_F(CineStoreAvi, RateTakesEffectAtTheNextStart)
 
 TEST_F(CineStoreAvi, WhatIsNoRateIsRefused)
 {
-    for (const double fps : {0.0, -25.0, 0.0009, 1e300, std::nan(""), std::numeric_limits<double>::infinity()}) {
+    for (const double fps :
+         {0.0, -25.0, 0.0009, 1e300, std::nan(""), std::numeric_limits<double>::infinity()}) {
         store.SetRate(fps);
         EXPECT_FALSE(start()) << fps;
     }
@@ -63,19 +66,28 @@ TEST_F(CineStoreAvi, WhatIsNoRateIsRefused)
 
 TEST_F(CineStoreAvi, ImpossibleSizesAreRefused)
 {
-    const int sizes[][2] = {
-        {0, 48},        {64, 0},       {3, 48}, {64, 3}, {-64, 48}, {64, -48}, {INT_MIN, INT_MIN}, {INT_MAX, INT_MAX},
-        {65536, 65536}, {32768, 16384}};
+    const int sizes[][2] = {{0, 48},
+                            {64, 0},
+                            {3, 48},
+                            {64, 3},
+                            {-64, 48},
+                            {64, -48},
+                            {INT_MIN, INT_MIN},
+                            {INT_MAX, INT_MAX},
+                            {65536, 65536},
+                            {32768, 16384}};
     for (const auto& size : sizes)
         EXPECT_FALSE(start(store, size[0], size[1])) << size[0] << " x " << size[1];
     for (const unsigned short bits : std::initializer_list<unsigned short>{0, 33, 64, 65535})
-        EXPECT_FALSE(store.InitStorage(fileName.c_str(), background.get(), 64, 48, layout, bits)) << bits;
+        EXPECT_FALSE(store.InitStorage(fileName.c_str(), background.get(), 64, 48, layout, bits))
+            << bits;
     EXPECT_TRUE(store.EndStorage());
 }
 
 TEST_F(CineStoreAvi, FewerBitsWriteThatMuchOfTheBuffer)
 {
-    ASSERT_TRUE(store.InitStorage(fileName.c_str(), background.get(), frameWidth, frameHeight, layout, 24));
+    ASSERT_TRUE(
+        store.InitStorage(fileName.c_str(), background.get(), frameWidth, frameHeight, layout, 24));
     const Pixels pixels = noise(frameWidth, frameHeight, 4);
     EXPECT_TRUE(addBitmap(pixels));
     EXPECT_TRUE(store.EndStorage());
@@ -88,7 +100,8 @@ TEST_F(CineStoreAvi, FewerBitsWriteThatMuchOfTheBuffer)
 
 TEST_F(CineStoreAvi, WordUncompressedIsExact)
 {
-    for (const wchar_t* name : {L"uncompressed", L"UNCOMPRESSED", L"Uncompressed ", L"", L"no such codec"}) {
+    for (const wchar_t* name :
+         {L"uncompressed", L"UNCOMPRESSED", L"Uncompressed ", L"", L"no such codec"}) {
         capture_settings::set(L"RecordCodec", name);
         EXPECT_FALSE(start()) << name;
         EXPECT_FALSE(addNothing());
@@ -160,7 +173,8 @@ TEST_F(CineStoreAvi, CallbackMayStartTheNextMovie)
         {
             auto& chain = *static_cast<Chain*>(self);
             chain.store->SetCompleteCallback(nullptr, nullptr);
-            EXPECT_TRUE(chain.store->InitStorage(chain.next.c_str(), nullptr, frameWidth, frameHeight, CRect(), 32));
+            EXPECT_TRUE(chain.store->InitStorage(chain.next.c_str(), nullptr, frameWidth,
+                                                 frameHeight, CRect(), 32));
             chain.announced = path;
         }
     };
@@ -196,10 +210,12 @@ TEST_F(CineStoreAvi, DestroyingDoesNotFireTheCallback)
 
 TEST_F(CineStoreAvi, MissingFolderLockedFileAndNullPathAreRefused)
 {
-    EXPECT_FALSE(store.InitStorage((folder / L"missing\\movie.avi").c_str(), background.get(), 64, 48, layout, 32));
+    EXPECT_FALSE(store.InitStorage((folder / L"missing\\movie.avi").c_str(), background.get(), 64,
+                                   48, layout, 32));
     EXPECT_FALSE(store.InitStorage(nullptr, background.get(), 64, 48, layout, 32));
     EXPECT_FALSE(store.InitStorage(L"", background.get(), 64, 48, layout, 32));
-    HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    HANDLE lock =
+        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
     EXPECT_FALSE(start());
     CloseHandle(lock);

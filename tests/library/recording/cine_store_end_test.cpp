@@ -30,7 +30,8 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
     {
         static void notify(const wchar_t* path, void* size)
         {
-            HANDLE exclusive = CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+            HANDLE exclusive =
+                CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
             EXPECT_NE(exclusive, INVALID_HANDLE_VALUE);
             CloseHandle(exclusive);
             const Bytes bytes = readFile(path);

@@ -47,7 +47,8 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 {
     writeFile(fileName, Bytes(9, 'x'));
     ASSERT_TRUE(SetFileAttributesW(fileName.c_str(), FILE_ATTRIBUTE_READONLY));
-    HANDLE probe = CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    HANDLE probe =
+        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     if (probe != INVALID_HANDLE_VALUE) {
         CloseHandle(probe);
         GTEST_SKIP() << "this user may write to read-only files";
@@ -59,7 +60,8 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
 {
     writeFile(fileName, Bytes(9, 'x'));
-    HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                              OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
     EXPECT_FALSE(start(store, fileName));
     EXPECT_FALSE(store.EndStorage());
@@ -78,7 +80,8 @@ TEST_F(CineStore, FolderAndUnusableNamesAreRefused)
 TEST_F(CineStore, PipeThatNobodyReadsAnyMoreFailsTheFrameAndTheEndCannotPositionIt)
 {
     const std::wstring name = L"\\\\.\\pipe\\cine" + std::to_wstring(GetCurrentProcessId());
-    HANDLE reader = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 65536, 65536, 0, nullptr);
+    HANDLE reader = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 65536,
+                                     65536, 0, nullptr);
     ASSERT_NE(reader, INVALID_HANDLE_VALUE);
     OpenStore open;
     open.SetCompleteCallback(&Completed::notify, &completed);
@@ -99,7 +102,8 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
 {
     const wchar_t* const fullDevice = L"\\\\?\\unix\\dev\\full";
     HANDLE probe = CreateFileW(fullDevice, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (probe == INVALID_HANDLE_VALUE) GTEST_SKIP() << "this platform has no device that is always full";
+    if (probe == INVALID_HANDLE_VALUE)
+        GTEST_SKIP() << "this platform has no device that is always full";
     CloseHandle(probe);
     OpenStore open;
     open.SetCompleteCallback(&Completed::notify, &completed);
@@ -116,7 +120,8 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
 TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
 {
     const std::wstring limitText = test_support::environmentVariable(L"CINE_FILE_LIMIT");
-    if (limitText.empty()) GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
+    if (limitText.empty())
+        GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
     const std::size_t limit = std::stoul(limitText);
     constexpr std::size_t frameSize = 10000;
     const std::size_t fitting = (limit - headerSize) / frameSize;
@@ -127,7 +132,8 @@ TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
         ASSERT_TRUE(addFrame(store, block(frameSize, i)));
     EXPECT_FALSE(addFrame(store, block(frameSize)));
     EXPECT_EQ(readFile(fileName).size(), headerSize + fitting * frameSize);
-    EXPECT_TRUE(addFrame(store, block(100, 77))); // a smaller block still fits, and follows the last whole one
+    EXPECT_TRUE(addFrame(
+        store, block(100, 77))); // a smaller block still fits, and follows the last whole one
     EXPECT_TRUE(store.EndStorage());
 
     const Bytes bytes = readFile(fileName);
@@ -160,8 +166,8 @@ TEST(CineStoreChild, DISABLED_RecordsUntilItIsKilled)
     ASSERT_TRUE(start(store, test_support::environmentVariable(L"CINE_CHILD_FILE")));
     for (unsigned i = 0; i < framesBeforeTheKill; ++i)
         ASSERT_TRUE(addFrame(store, block(killedFrameSize, i)));
-    HANDLE recorded =
-        OpenEventW(EVENT_MODIFY_STATE, FALSE, test_support::environmentVariable(L"CINE_CHILD_EVENT").c_str());
+    HANDLE recorded = OpenEventW(EVENT_MODIFY_STATE, FALSE,
+                                 test_support::environmentVariable(L"CINE_CHILD_EVENT").c_str());
     ASSERT_NE(recorded, nullptr);
     SetEvent(recorded);
     WaitForSingleObject(GetCurrentProcess(), INFINITE);
@@ -184,7 +190,8 @@ TEST_F(CineStore, KilledRecorderLeavesEveryAcceptedFrame)
     EXPECT_EQ(wordAt(bytes, 4), 0u);
     for (unsigned i = 0; i < framesBeforeTheKill; ++i) {
         const Bytes expected = block(killedFrameSize, i);
-        const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(headerSize + i * killedFrameSize);
+        const auto at =
+            bytes.begin() + static_cast<std::ptrdiff_t>(headerSize + i * killedFrameSize);
         EXPECT_TRUE(std::equal(expected.begin(), expected.end(), at)) << "frame " << i;
     }
 }

@@ -26,7 +26,8 @@ inline uDataDesc description(std::int32_t tag = 99)
 
 inline bool start(CCineStore& store, const std::wstring& path, std::int32_t tag = 99)
 {
-    return store.InitStorage(path.c_str(), uDataMMode, description(tag), 11, -12, 13, -14, 15, INT32_MIN);
+    return store.InitStorage(path.c_str(), uDataMMode, description(tag), 11, -12, 13, -14, 15,
+                             INT32_MIN);
 }
 
 inline Bytes block(std::size_t size, unsigned seed = 1)

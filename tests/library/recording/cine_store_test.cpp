@@ -27,8 +27,9 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
 
     const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize);
-    const std::array<std::int32_t, 19> expected{uDataMMode, 0, 128,   512, 8,   40000000, 1540, 1,  128,      300,
-                                                -60000,     0, 24500, 11,  -12, 13,       -14,  15, INT32_MIN};
+    const std::array<std::int32_t, 19> expected{
+        uDataMMode, 0, 128,   512, 8,   40000000, 1540, 1,  128,      300,
+        -60000,     0, 24500, 11,  -12, 13,       -14,  15, INT32_MIN};
     EXPECT_EQ(std::memcmp(bytes.data(), expected.data(), headerSize), 0);
 }
 
@@ -111,7 +112,8 @@ TEST_F(CineStore, FailedStartStillTakesTheNewValues)
     EXPECT_EQ(open.desc[0], 128u);
     EXPECT_EQ(open.desc[10], 24500u);
     EXPECT_EQ(open.extra[5], INT32_MIN);
-    EXPECT_STREQ(static_cast<const wchar_t*>(open.path), fileName.c_str()); // no new one is recorded
+    EXPECT_STREQ(static_cast<const wchar_t*>(open.path),
+                 fileName.c_str()); // no new one is recorded
 }
 
 TEST_F(CineStore, NewStoreIsAllZero)
@@ -119,8 +121,10 @@ TEST_F(CineStore, NewStoreIsAllZero)
     OpenStore open;
     EXPECT_EQ(open.type, 0);
     EXPECT_EQ(open.frameCount, 0);
-    EXPECT_TRUE(std::all_of(std::begin(open.desc), std::end(open.desc), [](auto word) { return word == 0; }));
-    EXPECT_TRUE(std::all_of(std::begin(open.extra), std::end(open.extra), [](auto word) { return word == 0; }));
+    EXPECT_TRUE(std::all_of(std::begin(open.desc), std::end(open.desc),
+                            [](auto word) { return word == 0; }));
+    EXPECT_TRUE(std::all_of(std::begin(open.extra), std::end(open.extra),
+                            [](auto word) { return word == 0; }));
     EXPECT_TRUE(open.path.IsEmpty());
     EXPECT_EQ(open.file, nullptr);
     EXPECT_EQ(open.completeCallback, nullptr);

@@ -77,8 +77,9 @@ TEST(SignalAndSlot, SlotTakesOnlyTheNumberOfArgumentsOfItsMethod)
     Receiver receiver;
     IntSlot slot;
     const auto results = [&slot] {
-        return std::vector<int>{slot.Call0(),        slot.Call1(1),          slot.Call2(1, 2),
-                                slot.Call3(1, 2, 3), slot.Call4(1, 2, 3, 4), slot.Call5(1, 2, 3, 4, 5)};
+        return std::vector<int>{slot.Call0(),           slot.Call1(1),
+                                slot.Call2(1, 2),       slot.Call3(1, 2, 3),
+                                slot.Call4(1, 2, 3, 4), slot.Call5(1, 2, 3, 4, 5)};
     };
     EXPECT_EQ(results(), (std::vector<int>{0, 0, 0, 0, 0, 0}));
     slot.Bind(&receiver, &Receiver::None);

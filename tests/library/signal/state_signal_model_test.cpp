@@ -1,5 +1,6 @@
-// The state-change signal against a plain model of its rules, step by step over random sequences of construct, copy,
-// assign, destroy and emit, the same operations also from inside handlers, with throttling and handlers that throw.
+// The state-change signal against a plain model of its rules, step by step over random sequences of
+// construct, copy, assign, destroy and emit, the same operations also from inside handlers, with
+// throttling and handlers that throw.
 #include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <gtest/gtest.h>
@@ -54,8 +55,9 @@ public:
     virtual void SetThrottled(bool throttled) = 0;
 };
 
-// Plays operations in one world and writes down who was called. What a handler does follows from a sequence of random
-// numbers that is the same for both worlds as long as they call the same handlers in the same order.
+// Plays operations in one world and writes down who was called. What a handler does follows from a
+// sequence of random numbers that is the same for both worlds as long as they call the same
+// handlers in the same order.
 class Player
 {
 public:
@@ -65,17 +67,19 @@ public:
 
     Operation NextOperation(bool isInHandler)
     {
-        static constexpr Action outside[] = {Action::construct, Action::construct, Action::copy,
-                                             Action::assign,    Action::destroy,   Action::emit,
-                                             Action::emit,      Action::emit,      Action::interval};
-        static constexpr Action inside[] = {Action::nothing, Action::nothing,     Action::nothing, Action::construct,
-                                            Action::copy,    Action::assign,      Action::destroy, Action::destroy,
-                                            Action::emit,    Action::destroySelf, Action::interval};
+        static constexpr Action outside[] = {
+            Action::construct, Action::construct, Action::copy, Action::assign,  Action::destroy,
+            Action::emit,      Action::emit,      Action::emit, Action::interval};
+        static constexpr Action inside[] = {Action::nothing,     Action::nothing, Action::nothing,
+                                            Action::construct,   Action::copy,    Action::assign,
+                                            Action::destroy,     Action::destroy, Action::emit,
+                                            Action::destroySelf, Action::interval};
         Operation operation;
         if (isInHandler && m_mayFail && Draw(400) == 0)
             operation.action = Action::fail;
         else
-            operation.action = isInHandler ? inside[Draw(std::size(inside))] : outside[Draw(std::size(outside))];
+            operation.action =
+                isInHandler ? inside[Draw(std::size(inside))] : outside[Draw(std::size(outside))];
         operation.cell = static_cast<int>(Draw(cellCount));
         operation.source = static_cast<int>(Draw(cellCount));
         return operation;
@@ -150,7 +154,10 @@ class Model : public World
 {
 public:
     // With results, an emission sums them up and stops when the sum exceeds `limit`.
-    Model(Player& player, bool hasResults, int limit) : m_player(player), m_hasResults(hasResults), m_limit(limit) {}
+    Model(Player& player, bool hasResults, int limit)
+        : m_player(player), m_hasResults(hasResults), m_limit(limit)
+    {
+    }
 
     bool IsOccupied(int cell) const override { return At(cell).isAlive; }
 
@@ -159,7 +166,10 @@ public:
         At(cell) = {true, false, ++m_generations};
         m_listed.push_back(cell);
     }
-    void Copy(int cell, int source) override { At(cell) = {true, At(source).isBusy, ++m_generations}; }
+    void Copy(int cell, int source) override
+    {
+        At(cell) = {true, At(source).isBusy, ++m_generations};
+    }
     void Assign(int cell, int source) override { At(cell).isBusy = At(source).isBusy; }
     void Destroy(int cell) override
     {
@@ -264,7 +274,10 @@ private:
 class ConsumerWorld : public World
 {
 public:
-    explicit ConsumerWorld(Player& player) : m_player(player) { Consumer::TheSignal().SetMinimumInterval(0); }
+    explicit ConsumerWorld(Player& player) : m_player(player)
+    {
+        Consumer::TheSignal().SetMinimumInterval(0);
+    }
     ~ConsumerWorld() override { Consumer::TheSignal().SetMinimumInterval(0); }
 
     bool IsOccupied(int cell) const override { return m_cells.At(cell); }
@@ -281,7 +294,10 @@ public:
         IStateChangeConsumer::StateChangeSignal(StateChangeType{value}, 0, 0);
         return 0;
     }
-    void SetThrottled(bool throttled) override { Consumer::TheSignal().SetMinimumInterval(throttled ? oneDay : 0); }
+    void SetThrottled(bool throttled) override
+    {
+        Consumer::TheSignal().SetMinimumInterval(throttled ? oneDay : 0);
+    }
 
     static std::uint32_t ListedCount() { return Consumer::TheSignal().GetPeerCount(); }
 
@@ -290,7 +306,8 @@ private:
     {
     public:
         Consumer(Player& player, int cell) : m_player(&player), m_cell(cell) {}
-        Consumer(const Consumer& other, int cell) : IStateChangeConsumer(other), m_player(other.m_player), m_cell(cell)
+        Consumer(const Consumer& other, int cell)
+            : IStateChangeConsumer(other), m_player(other.m_player), m_cell(cell)
         {
         }
         void OnStateChange(StateChangeType type, unsigned int, long) override
@@ -308,7 +325,8 @@ private:
     Cells<Consumer> m_cells;
 };
 
-// A signal of its own with results and a combiner. Two kinds of slots: those of the usual method and others.
+// A signal of its own with results and a combiner. Two kinds of slots: those of the usual method
+// and others.
 class SlotWorld : public World
 {
     class Consumer
@@ -317,7 +335,11 @@ class SlotWorld : public World
         using Slot = cSlot<Consumer, int, int, int, int, int, int>;
 
         Consumer(Player& player, int cell) : m_player(&player), m_cell(cell) { Bind(); }
-        Consumer(const Consumer& other, int cell) : m_player(other.m_player), m_cell(cell), slot(other.slot) { Bind(); }
+        Consumer(const Consumer& other, int cell)
+            : m_player(other.m_player), m_cell(cell), slot(other.slot)
+        {
+            Bind();
+        }
 
         int Usual(int value) { return m_player->Called(m_cell, value); } // may destroy this object
         int Other(int value) { return Usual(value); }
@@ -341,10 +363,12 @@ class SlotWorld : public World
     using Signal = cSignal<int, int, int, int, int, int, &Consumer::Usual>;
 
 public:
-    explicit SlotWorld(Player& player, int limit) : m_player(player), m_signal(std::make_unique<Signal>("model"))
+    explicit SlotWorld(Player& player, int limit)
+        : m_player(player), m_signal(std::make_unique<Signal>("model"))
     {
         s_limit = limit;
-        m_signal->SetCombiner([](int* running, int result) { return (*running += result) <= s_limit; });
+        m_signal->SetCombiner(
+            [](int* running, int result) { return (*running += result) <= s_limit; });
     }
 
     bool IsOccupied(int cell) const override { return m_cells.At(cell); }
@@ -354,10 +378,16 @@ public:
         m_signal->Connect(m_cells.At(cell)->slot);
     }
     void Copy(int cell, int source) override { m_cells.Construct(cell, *m_cells.At(source), cell); }
-    void Assign(int cell, int source) override { m_cells.At(cell)->slot = m_cells.At(source)->slot; }
+    void Assign(int cell, int source) override
+    {
+        m_cells.At(cell)->slot = m_cells.At(source)->slot;
+    }
     void Destroy(int cell) override { m_cells.Destroy(cell); }
     int Emit(int value) override { return m_signal->Call1(value); }
-    void SetThrottled(bool throttled) override { m_signal->SetMinimumInterval(throttled ? oneDay : 0); }
+    void SetThrottled(bool throttled) override
+    {
+        m_signal->SetMinimumInterval(throttled ? oneDay : 0);
+    }
 
     // The cells that the signal lists, in order.
     std::vector<int> Listed() const
@@ -381,7 +411,8 @@ private:
 
     Player& m_player;
     std::unique_ptr<Signal> m_signal;
-    Cells<Consumer> m_cells; // goes first: a copy keeps a pointer to the signal that the signal does not know of
+    Cells<Consumer> m_cells; // goes first: a copy keeps a pointer to the signal that the signal
+                             // does not know of
 };
 
 constexpr int stepCount = 120000;
@@ -405,10 +436,12 @@ TEST(StateSignalModel, ConsumersBehaveAsTheModelDoes)
         realPlayer.trace.clear();
         modelPlayer.trace.clear();
     }
-    EXPECT_GT(callCount, static_cast<std::size_t>(stepCount)) << "the sequences hardly called anybody";
+    EXPECT_GT(callCount, static_cast<std::size_t>(stepCount))
+        << "the sequences hardly called anybody";
 }
 
-// Plays one signal's life in both worlds until a handler throws (the signal is silent then) or `steps` are done.
+// Plays one signal's life in both worlds until a handler throws (the signal is silent then) or
+// `steps` are done.
 int PlaySignal(std::uint32_t seed, int steps)
 {
     const int limit = seed % 4 == 0 ? 8 : INT_MAX / 2;

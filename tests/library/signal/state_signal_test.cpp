@@ -33,7 +33,8 @@ public:
         lastType = type;
         lastParam1 = param1;
         lastParam2 = param2;
-        if (const auto action = m_action) action(); // a copy, because the action may destroy this object
+        if (const auto action = m_action)
+            action(); // a copy, because the action may destroy this object
     }
 
     // What only derived consumers reach.
@@ -232,8 +233,8 @@ TEST_F(StateSignal, SuppressedAttemptCountsAsTheLastOne)
     Consumer::TheSignal().SetMinimumInterval(interval);
     const ULONGLONG start = GetTickCount64();
     Emit();
-    // For longer than the interval, attempts that are much closer than it: only a delay of the whole machine lets one
-    // pass.
+    // For longer than the interval, attempts that are much closer than it: only a delay of the
+    // whole machine lets one pass.
     ULONGLONG last = GetTickCount64(), longestGap = 0;
     trace.clear();
     while (last - start < 2 * interval) {
@@ -244,7 +245,8 @@ TEST_F(StateSignal, SuppressedAttemptCountsAsTheLastOne)
         Sleep(5);
     }
     Consumer::TheSignal().SetMinimumInterval(0);
-    if (longestGap + 50 >= interval) GTEST_SKIP() << "the machine stopped this program for longer than the interval";
+    if (longestGap + 50 >= interval)
+        GTEST_SKIP() << "the machine stopped this program for longer than the interval";
     EXPECT_EQ(trace, "");
 }
 
@@ -271,7 +273,8 @@ TEST_F(StateSignal, SignalIsNamedAndListsItsSlotsInOrder)
 TEST(StateSignalChild, DISABLED_HandlerThatThrows)
 {
     std::string trace;
-    Consumer a('a', trace), b('b', trace, [] { throw std::runtime_error("from a handler"); }), c('c', trace);
+    Consumer a('a', trace), b('b', trace, [] { throw std::runtime_error("from a handler"); }),
+        c('c', trace);
     EXPECT_THROW(Emit(), std::runtime_error);
     EXPECT_EQ(trace, "ab");
     EXPECT_TRUE(Consumer::TheSignal().IsBusy());

@@ -7,17 +7,19 @@
 #include <stdexcept>
 #include <string>
 
-// The product's string table with the texts of one test: English is the base language, German the current one.
+// The product's string table with the texts of one test: English is the base language, German the
+// current one.
 class TestStringTable
 {
 public:
     ~TestStringTable() { ZelTString::clear(); }
 
-    // `translated` null: the key has a text in the base language only. Plain ASCII, any character of it.
+    // `translated` null: the key has a text in the base language only. Plain ASCII, any character
+    // of it.
     void add(const std::string& key, const std::string& base, const char* translated = nullptr)
     {
-        m_units += "<trans-unit id=\"" + key + "\" resname=\"" + key + "\" xml:space=\"preserve\"><source>" +
-                   escaped(base) + "</source>";
+        m_units += "<trans-unit id=\"" + key + "\" resname=\"" + key +
+                   "\" xml:space=\"preserve\"><source>" + escaped(base) + "</source>";
         if (translated) m_units += "<target>" + escaped(translated) + "</target>";
         m_units += "</trans-unit>\n";
     }
@@ -28,8 +30,10 @@ public:
         const std::wstring path = m_folder / L"texts.xlf";
         write(path);
         std::wstring error;
-        if (!ZelTString::load(path, &error)) throw std::runtime_error("the string table was not loaded");
-        if (!ZelTString::setLanguage(L"de")) throw std::runtime_error("the string table has no German text");
+        if (!ZelTString::load(path, &error))
+            throw std::runtime_error("the string table was not loaded");
+        if (!ZelTString::setLanguage(L"de"))
+            throw std::runtime_error("the string table has no German text");
     }
 
 private:
@@ -51,7 +55,8 @@ private:
             path,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
-            "<file original=\"test\" datatype=\"plaintext\" source-language=\"en\" target-language=\"de\"><body>\n"
+            "<file original=\"test\" datatype=\"plaintext\" source-language=\"en\" "
+            "target-language=\"de\"><body>\n"
             "<trans-unit id=\"test.language\" resname=\"test.language\"><source>English</source>"
             "<target>Deutsch</target></trans-unit>\n" +
                 m_units + "</body></file></xliff>\n");

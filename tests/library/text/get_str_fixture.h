@@ -23,16 +23,19 @@ inline test_support::LoggedMessage DoesNotMatch(const std::string& key, const st
 {
     return {"Utils_Statics/Utils_Statics", 1170, 1,
             L"[" + Wide(key) + L"] - The string '" + Wide(text) +
-                L"' could not be formated.  It probably doesn't match the format specifier(s) found in '" + Wide(base) +
-                L"'."};
+                L"' could not be formated.  It probably doesn't match the format specifier(s) "
+                L"found in '" +
+                Wide(base) + L"'."};
 }
 
 // What is logged when no text is usable.
-inline test_support::LoggedMessage NotSatisfied(int line, const std::string& key, const std::string& text)
+inline test_support::LoggedMessage NotSatisfied(int line, const std::string& key,
+                                                const std::string& text)
 {
     return {"Utils_Statics/Utils_Statics", line, 1,
             L"[" + Wide(key) + L"] - The string '" + Wide(text) +
-                L"' could not be formated.  It's likely that the expected format specifier(s) were not satisfied."};
+                L"' could not be formated.  It's likely that the expected format specifier(s) were "
+                L"not satisfied."};
 }
 
 using Messages = std::vector<test_support::LoggedMessage>;

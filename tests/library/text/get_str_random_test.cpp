@@ -35,7 +35,8 @@ void ExpectLikeThePlatform(const std::string& key, const std::string& format, Va
     EXPECT_EQ(std::wstring(GetStr(key.c_str(), value)), expected) << format;
 }
 
-// The compiler's C library: the platform's own writes out of bounds for some integer formats with '#' and a precision.
+// The compiler's C library: the platform's own writes out of bounds for some integer formats with
+// '#' and a precision.
 template <class Value>
 void ExpectLikeTheStandard(const std::string& key, const std::string& format, Value value)
 {
@@ -61,7 +62,8 @@ TEST_F(GetStrTest, FormatsLikeTheCLibrary)
     for (std::size_t at = 0; at < formats.size(); ++at) {
         const auto& [type, format] = formats[at];
         const std::string key = "k" + std::to_string(at);
-        const long long bits = static_cast<long long>((static_cast<unsigned long long>(random()) << 32) | random());
+        const long long bits =
+            static_cast<long long>((static_cast<unsigned long long>(random()) << 32) | random());
         if (type[0] == 'I')
             ExpectLikeTheStandard(key, format, bits >> (random() % 64));
         else if (type == "s")
@@ -106,10 +108,12 @@ std::optional<std::string> KindsOf(const std::string& text)
             at += *at == '%' ? 2 : 1;
             continue;
         }
-        if (!std::regex_search(at, text.end(), match, conversion, std::regex_constants::match_continuous))
+        if (!std::regex_search(at, text.end(), match, conversion,
+                               std::regex_constants::match_continuous))
             return std::nullopt;
         const char kind = KindOf(match.str(3), match.str(4)[0]);
-        if (std::atof(match.str(1).c_str()) > 1024 || std::atof(match.str(2).c_str()) > 1024 || kind == 0)
+        if (std::atof(match.str(1).c_str()) > 1024 || std::atof(match.str(2).c_str()) > 1024 ||
+            kind == 0)
             return std::nullopt;
         kinds += kind;
         at = match[0].second;

@@ -59,9 +59,9 @@ TEST_F(GetStrTest, PrintsNullTextsAsSuch)
 {
     table.add("null", "[%s|%S|%.2s]");
     table.load();
-    EXPECT_STREQ(
-        GetStr("null", static_cast<wchar_t*>(nullptr), static_cast<char*>(nullptr), static_cast<wchar_t*>(nullptr)),
-        L"[(null)|(null)|(n]");
+    EXPECT_STREQ(GetStr("null", static_cast<wchar_t*>(nullptr), static_cast<char*>(nullptr),
+                        static_cast<wchar_t*>(nullptr)),
+                 L"[(null)|(null)|(n]");
 }
 
 TEST_F(GetStrTest, LooksAtNoMoreOfATextThanThePrecisionAsksFor)
@@ -143,8 +143,9 @@ TEST_F(GetStrTest, HasNoLimitOnTheNumberOfConversions)
 {
     table.add("many", "%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d%d");
     table.load();
-    EXPECT_STREQ(GetStr("many", 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 1, 2, 3, 4),
-                 L"123456789012345678901234");
+    EXPECT_STREQ(
+        GetStr("many", 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 1, 2, 3, 4),
+        L"123456789012345678901234");
 }
 
 TEST(TranslateStr, GivesTheTranslationOrAnEmptyText)

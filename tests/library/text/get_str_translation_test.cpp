@@ -1,4 +1,5 @@
-// Translations that do not keep to the base text's conversions: which are taken, and what is logged.
+// Translations that do not keep to the base text's conversions: which are taken, and what is
+// logged.
 #include "get_str_fixture.h"
 
 using test_support::LogCapture;
@@ -27,21 +28,24 @@ TEST_P(WrongTranslationTest, FallsBackToTheBaseTextAndSaysSo)
 
 INSTANTIATE_TEST_SUITE_P(
     All, WrongTranslationTest,
-    testing::Values(WrongTranslation{"TextForNumber", "[%s]"}, WrongTranslation{"NarrowTextForNumber", "[%S]"},
-                    WrongTranslation{"RealForNumber", "[%f]"}, WrongTranslation{"WiderNumber", "[%I64d]"},
-                    WrongTranslation{"WiderNumberByLl", "[%lld]"}, WrongTranslation{"PointerForNumber", "[%p]"},
-                    WrongTranslation{"MoreThanGiven", "[%d %d]"}, WrongTranslation{"TextAfterNumber", "[%d %s]"},
-                    WrongTranslation{"WritingToMemory", "[%n]"}, WrongTranslation{"WritingToMemoryLater", "[%d %n]"},
-                    WrongTranslation{"WritingWide", "[%lln]"}, WrongTranslation{"HugeWidth", "[%999999999d]"},
-                    WrongTranslation{"EndlessWidth", "[%99999999999999999999999999999d]"},
-                    WrongTranslation{"WidthJustAbove", "[%1025d]"}, WrongTranslation{"HugePrecision", "[%.999999999d]"},
-                    WrongTranslation{"WidthArgument", "[%*d]"}, WrongTranslation{"PrecisionArgument", "[%.*d]"},
-                    WrongTranslation{"Positional", "[%1$d]"}, WrongTranslation{"PositionalText", "[%1$s]"},
-                    WrongTranslation{"UnknownConversion", "[%q]"}, WrongTranslation{"UnknownSize", "[%I16d]"},
-                    WrongTranslation{"LongDouble", "[%Lf]"}, WrongTranslation{"Lonely", "[%d] 100 %"},
-                    WrongTranslation{"SizeOnly", "[%l"}, WrongTranslation{"FlagsOnly", "[%-+ #0"},
-                    WrongTranslation{"WidthOnly", "[%12"}, WrongTranslation{"PointOnly", "[%."},
-                    WrongTranslation{"PercentWithWidth", "[%5%]"}, WrongTranslation{"Bracket", "[%[a-z]]"}),
+    testing::Values(
+        WrongTranslation{"TextForNumber", "[%s]"}, WrongTranslation{"NarrowTextForNumber", "[%S]"},
+        WrongTranslation{"RealForNumber", "[%f]"}, WrongTranslation{"WiderNumber", "[%I64d]"},
+        WrongTranslation{"WiderNumberByLl", "[%lld]"}, WrongTranslation{"PointerForNumber", "[%p]"},
+        WrongTranslation{"MoreThanGiven", "[%d %d]"},
+        WrongTranslation{"TextAfterNumber", "[%d %s]"}, WrongTranslation{"WritingToMemory", "[%n]"},
+        WrongTranslation{"WritingToMemoryLater", "[%d %n]"},
+        WrongTranslation{"WritingWide", "[%lln]"}, WrongTranslation{"HugeWidth", "[%999999999d]"},
+        WrongTranslation{"EndlessWidth", "[%99999999999999999999999999999d]"},
+        WrongTranslation{"WidthJustAbove", "[%1025d]"},
+        WrongTranslation{"HugePrecision", "[%.999999999d]"},
+        WrongTranslation{"WidthArgument", "[%*d]"}, WrongTranslation{"PrecisionArgument", "[%.*d]"},
+        WrongTranslation{"Positional", "[%1$d]"}, WrongTranslation{"PositionalText", "[%1$s]"},
+        WrongTranslation{"UnknownConversion", "[%q]"}, WrongTranslation{"UnknownSize", "[%I16d]"},
+        WrongTranslation{"LongDouble", "[%Lf]"}, WrongTranslation{"Lonely", "[%d] 100 %"},
+        WrongTranslation{"SizeOnly", "[%l"}, WrongTranslation{"FlagsOnly", "[%-+ #0"},
+        WrongTranslation{"WidthOnly", "[%12"}, WrongTranslation{"PointOnly", "[%."},
+        WrongTranslation{"PercentWithWidth", "[%5%]"}, WrongTranslation{"Bracket", "[%[a-z]]"}),
     [](const auto& each) { return each.param.name; });
 
 TEST_F(GetStrTest, RefusesKindsThatAreNotTheContracts)
@@ -91,8 +95,8 @@ TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
     int written = 5;
     EXPECT_TRUE(GetStr("both", &written).IsEmpty());
     EXPECT_EQ(written, 5);
-    EXPECT_EQ(log.take(),
-              (Messages{DoesNotMatch("both", "text %s", "base %n"), NotSatisfied(1180, "both", "base %n")}));
+    EXPECT_EQ(log.take(), (Messages{DoesNotMatch("both", "text %s", "base %n"),
+                                    NotSatisfied(1180, "both", "base %n")}));
 }
 
 TEST_F(GetStrTest, LogsOnceWhenTheTextIsTheBaseText)

@@ -1,4 +1,5 @@
-// This program has no version resource. What the product texts are with one is tested in text_test.cpp.
+// This program has no version resource. What the product texts are with one is tested in
+// text_test.cpp.
 #include "TestStringTable.h"
 
 #include <Utils_Statics/utilsExam.h>

@@ -111,12 +111,14 @@ TEST(StringParse, AgreesWithThePlainDefinitionOnRandomTexts)
         const Words expected = PlainWords(text, L',');
         const CString asked(text.c_str());
         ASSERT_EQ(AllWords(asked, L','), expected);
-        ASSERT_EQ(StringParse::GetWordCount(asked, L','), static_cast<long>(text.empty() ? 1 : expected.size()));
+        ASSERT_EQ(StringParse::GetWordCount(asked, L','),
+                  static_cast<long>(text.empty() ? 1 : expected.size()));
         const int pos = static_cast<int>(random() % 14) - 1;
         const bool inside = pos >= 0 && static_cast<std::size_t>(pos) < expected.size();
         ASSERT_EQ(StringParse::GetWordByPos(asked, pos, L','),
                   inside ? expected[static_cast<std::size_t>(pos)].c_str() : L"");
-        ASSERT_EQ(StringParse::GetFirstWord(asked, L','), expected.empty() ? L"" : expected[0].c_str());
+        ASSERT_EQ(StringParse::GetFirstWord(asked, L','),
+                  expected.empty() ? L"" : expected[0].c_str());
     }
 }
 

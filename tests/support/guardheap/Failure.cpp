@@ -73,19 +73,23 @@ void printPlace(const char* word, const void* code)
         return;
     }
     const wchar_t* name = std::wcsrchr(path, L'\\');
-    const auto offset = reinterpret_cast<std::uintptr_t>(code) - reinterpret_cast<std::uintptr_t>(module);
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(code) - reinterpret_cast<std::uintptr_t>(module);
     (line << (name ? name + 1 : path) << "+" << reinterpret_cast<const void*>(offset)).print();
 }
 
-// Follows the frame pointers, which the checked build keeps. Where a module keeps none the chain ends early.
+// Follows the frame pointers, which the checked build keeps. Where a module keeps none the chain
+// ends early.
 void printCallers(const void* frame)
 {
     MEMORY_BASIC_INFORMATION stack{};
     if (VirtualQuery(frame, &stack, sizeof stack) == 0 || stack.State != MEM_COMMIT) return;
     auto at = reinterpret_cast<std::uintptr_t>(frame);
     const auto low = at;
-    const auto high = reinterpret_cast<std::uintptr_t>(stack.BaseAddress) + stack.RegionSize - 2 * sizeof(void*);
-    for (int shown = 0; shown < shownFrames && at >= low && at <= high && at % sizeof(void*) == 0; ++shown) {
+    const auto high =
+        reinterpret_cast<std::uintptr_t>(stack.BaseAddress) + stack.RegionSize - 2 * sizeof(void*);
+    for (int shown = 0; shown < shownFrames && at >= low && at <= high && at % sizeof(void*) == 0;
+         ++shown) {
         const auto* const link = reinterpret_cast<void* const*>(at);
         if (!moduleOf(link[1])) return;
         printPlace("called from", link[1]);
@@ -116,8 +120,8 @@ void printAccess(const EXCEPTION_RECORD& record)
         line << (behind ? static_cast<std::size_t>(address - block.start) - block.size
                         : static_cast<std::size_t>(address - block.start))
              << (behind ? " bytes behind the end of a " : " bytes from the beginning of a ")
-             << (block.state == GuardedRegion::State::Quarantined ? "freed " : "") << "block of " << block.size
-             << " bytes";
+             << (block.state == GuardedRegion::State::Quarantined ? "freed " : "") << "block of "
+             << block.size << " bytes";
     }
     line.print();
 }
@@ -125,8 +129,9 @@ void printAccess(const EXCEPTION_RECORD& record)
 LONG CALLBACK onException(EXCEPTION_POINTERS* exception)
 {
     const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
-    const bool guarded = record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2 &&
-                         theRegion.contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
+    const bool guarded =
+        record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2 &&
+        theRegion.contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
     const bool trap = record.ExceptionCode == static_cast<DWORD>(EXCEPTION_ILLEGAL_INSTRUCTION) &&
                       isOfProgram(moduleOf(record.ExceptionAddress));
     if (!guarded && !trap) return EXCEPTION_CONTINUE_SEARCH;

@@ -26,13 +26,15 @@ bool holdsPattern(const std::byte* first, const std::byte* last)
     return true;
 }
 
-// Whether the process is ending: its other threads are gone, and may have gone while they held a lock.
+// Whether the process is ending: its other threads are gone, and may have gone while they held a
+// lock.
 bool isEnding()
 {
     using Query = BOOLEAN(WINAPI*)();
     static constinit Query query = nullptr;
     if (!query) {
-        const auto found = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress");
+        const auto found =
+            GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress");
         query = reinterpret_cast<Query>(reinterpret_cast<void*>(found));
     }
     return query && query();
@@ -44,7 +46,8 @@ bool isEnding()
 class GuardedRegion::Guard
 {
 public:
-    explicit Guard(GuardedRegion& region) : m_lock(region.m_lock), m_held(TryAcquireSRWLockExclusive(&m_lock) != 0)
+    explicit Guard(GuardedRegion& region)
+        : m_lock(region.m_lock), m_held(TryAcquireSRWLockExclusive(&m_lock) != 0)
     {
         if (m_held || isEnding()) return;
         AcquireSRWLockExclusive(&m_lock);
@@ -65,23 +68,26 @@ private:
 
 bool GuardedRegion::reserve()
 {
-    m_runs = static_cast<Run*>(VirtualAlloc(nullptr, pages * sizeof(Run), MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+    m_runs = static_cast<Run*>(
+        VirtualAlloc(nullptr, pages * sizeof(Run), MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
     if (!m_runs) return false;
     m_runs[0] = {pages, State::Free, 0};
-    m_base = static_cast<std::byte*>(VirtualAlloc(nullptr, std::size_t{pages} * pageSize, MEM_RESERVE, PAGE_NOACCESS));
+    m_base = static_cast<std::byte*>(
+        VirtualAlloc(nullptr, std::size_t{pages} * pageSize, MEM_RESERVE, PAGE_NOACCESS));
     return m_base != nullptr;
 }
 
 bool GuardedRegion::contains(const void* pointer) const
 {
-    const auto offset = reinterpret_cast<std::uintptr_t>(pointer) - reinterpret_cast<std::uintptr_t>(m_base);
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(pointer) - reinterpret_cast<std::uintptr_t>(m_base);
     return m_base && offset < std::size_t{pages} * pageSize;
 }
 
 std::uint32_t GuardedRegion::pageOf(const void* pointer) const
 {
-    return static_cast<std::uint32_t>(static_cast<std::size_t>(static_cast<const std::byte*>(pointer) - m_base) /
-                                      pageSize);
+    return static_cast<std::uint32_t>(
+        static_cast<std::size_t>(static_cast<const std::byte*>(pointer) - m_base) / pageSize);
 }
 
 std::byte* GuardedRegion::start(std::uint32_t page) const
@@ -109,7 +115,8 @@ void* GuardedRegion::allocate(std::size_t size, bool zeros)
     return start(page);
 }
 
-// The next run of free pages that is long enough, in the order of addresses: reuse is as late as it can be.
+// The next run of free pages that is long enough, in the order of addresses: reuse is as late as it
+// can be.
 std::uint32_t GuardedRegion::claim(std::uint32_t length, std::size_t size)
 {
     if (m_live >= liveBlocks) return none;
@@ -132,8 +139,8 @@ std::uint32_t GuardedRegion::claim(std::uint32_t length, std::size_t size)
 std::uint32_t GuardedRegion::widen(std::uint32_t page)
 {
     Run& run = m_runs[page];
-    for (std::uint32_t behind = page + run.length; behind < pages && m_runs[behind].state == State::Free;
-         behind = page + run.length) {
+    for (std::uint32_t behind = page + run.length;
+         behind < pages && m_runs[behind].state == State::Free; behind = page + run.length) {
         run.length += m_runs[behind].length;
         m_runs[behind].length = 0;
     }
@@ -200,7 +207,8 @@ void GuardedRegion::checkSlack(std::uint32_t page) const
 {
     const std::byte* const block = start(page);
     const std::size_t size = m_runs[page].size;
-    if (!holdsPattern(address(page), block)) stopForBlock("was written to before its beginning", block, block, size);
+    if (!holdsPattern(address(page), block))
+        stopForBlock("was written to before its beginning", block, block, size);
     if (!holdsPattern(block + size, block + footprint(size)))
         stopForBlock("was written to past its end", block, block, size);
 }

@@ -11,12 +11,14 @@ constexpr std::size_t pageSize = 4096;
 
 // The part of the address space where blocks have guard pages.
 //
-// A block occupies whole pages: its end touches the end of the last one, as far as the alignment of malloc allows, and
-// one more page that is never accessible follows. What the block does not use of its pages is filled with a pattern and
-// checked when it is freed. A freed block's pages become inaccessible, and stay so until quarantineBlocks others or
-// quarantinePages pages were freed after it.
+// A block occupies whole pages: its end touches the end of the last one, as far as the alignment of
+// malloc allows, and one more page that is never accessible follows. What the block does not use of
+// its pages is filled with a pattern and checked when it is freed. A freed block's pages become
+// inaccessible, and stay so until quarantineBlocks others or quarantinePages pages were freed after
+// it.
 //
-// The limits keep a 32-bit process alive: address space, and the number of separate mappings its host allows.
+// The limits keep a 32-bit process alive: address space, and the number of separate mappings its
+// host allows.
 class GuardedRegion
 {
 public:
@@ -53,10 +55,12 @@ public:
     // Frees a block. Anything that is wrong with it ends the process.
     void release(void* block);
 
-    // The size a block in use was asked for. A pointer that is not the start of one ends the process.
+    // The size a block in use was asked for. A pointer that is not the start of one ends the
+    // process.
     std::size_t sizeOf(const void* block);
 
-    // The block whose pages, guard page included, hold an address of the region. Takes no lock: it is asked in a fault.
+    // The block whose pages, guard page included, hold an address of the region. Takes no lock: it
+    // is asked in a fault.
     Block blockAt(const void* address) const;
 
 private:

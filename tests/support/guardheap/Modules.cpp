@@ -22,8 +22,10 @@ const IMAGE_IMPORT_DESCRIPTOR* importsOf(HMODULE module)
 {
     const auto* const dos = inImage<const IMAGE_DOS_HEADER>(module, 0);
     if (dos->e_magic != IMAGE_DOS_SIGNATURE) return nullptr;
-    const auto* const headers = inImage<const IMAGE_NT_HEADERS>(module, static_cast<std::uintptr_t>(dos->e_lfanew));
-    const DWORD offset = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    const auto* const headers =
+        inImage<const IMAGE_NT_HEADERS>(module, static_cast<std::uintptr_t>(dos->e_lfanew));
+    const DWORD offset =
+        headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     return offset == 0 ? nullptr : inImage<const IMAGE_IMPORT_DESCRIPTOR>(module, offset);
 }
 
@@ -35,23 +37,26 @@ void setPointer(std::uintptr_t* slot, std::uintptr_t value)
     VirtualProtect(slot, sizeof *slot, protection, &protection);
 }
 
-void redirectImport(const char* name, std::uintptr_t* slot, const Redirection* redirections, int count)
+void redirectImport(const char* name, std::uintptr_t* slot, const Redirection* redirections,
+                    int count)
 {
     for (int i = 0; i < count; ++i) {
         const auto target = reinterpret_cast<std::uintptr_t>(redirections[i].function);
-        if (*slot != target && std::strcmp(name, redirections[i].name) == 0) setPointer(slot, target);
+        if (*slot != target && std::strcmp(name, redirections[i].name) == 0)
+            setPointer(slot, target);
     }
 }
 
-void redirectDescriptor(HMODULE module, const IMAGE_IMPORT_DESCRIPTOR& imports, const Redirection* redirections,
-                        int count)
+void redirectDescriptor(HMODULE module, const IMAGE_IMPORT_DESCRIPTOR& imports,
+                        const Redirection* redirections, int count)
 {
     if (imports.OriginalFirstThunk == 0) return; // without the names nothing can be told apart
     const auto* name = inImage<const IMAGE_THUNK_DATA>(module, imports.OriginalFirstThunk);
     auto* slot = inImage<std::uintptr_t>(module, imports.FirstThunk);
     for (; name->u1.AddressOfData != 0; ++name, ++slot) {
         if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-        const auto* const import = inImage<const IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData);
+        const auto* const import =
+            inImage<const IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData);
         redirectImport(reinterpret_cast<const char*>(import->Name), slot, redirections, count);
     }
 }
@@ -61,7 +66,8 @@ void redirectDescriptor(HMODULE module, const IMAGE_IMPORT_DESCRIPTOR& imports, 
 HMODULE moduleOf(const void* code)
 {
     HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        static_cast<const wchar_t*>(code), &module);
     return module;
 }
@@ -73,7 +79,8 @@ bool isOfProgram(HMODULE module)
     wchar_t windows[MAX_PATH] = {};
     wchar_t path[MAX_PATH] = {};
     const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH || GetModuleFileNameW(module, path, MAX_PATH) == 0) return false;
+    if (length == 0 || length >= MAX_PATH || GetModuleFileNameW(module, path, MAX_PATH) == 0)
+        return false;
     return _wcsnicmp(path, windows, length) != 0 || path[length] != L'\\';
 }
 

@@ -7,8 +7,8 @@ namespace guardheap {
 // The module an address belongs to; null when to none.
 HMODULE moduleOf(const void* code);
 
-// Whether a module came with the program: everything outside the Windows directory but this DLL itself. What belongs
-// to the system keeps its own heap.
+// Whether a module came with the program: everything outside the Windows directory but this DLL
+// itself. What belongs to the system keeps its own heap.
 bool isOfProgram(HMODULE module);
 
 // Leads one import of a module from msvcrt.dll to a function of this DLL.
@@ -18,7 +18,8 @@ struct Redirection
     void* function;
 };
 
-// Redirects the imports of a module of the program; of another module nothing changes. May be repeated.
+// Redirects the imports of a module of the program; of another module nothing changes. May be
+// repeated.
 void redirectImports(HMODULE module, const Redirection* redirections, int count);
 
 // The same for all modules that are loaded now.

@@ -1,6 +1,7 @@
-// The guard-page heap of the checked build: it stands in for the heap functions that the modules of the program import
-// from msvcrt.dll. operator new and delete of libstdc++ call them too, so its blocks are guarded with the others.
-// A pointer from anywhere else (the C run-time's own, or from before this DLL was there) goes to the real function.
+// The guard-page heap of the checked build: it stands in for the heap functions that the modules of
+// the program import from msvcrt.dll. operator new and delete of libstdc++ call them too, so its
+// blocks are guarded with the others. A pointer from anywhere else (the C run-time's own, or from
+// before this DLL was there) goes to the real function.
 #include "guardheap/guardheap.h"
 
 #include "Failure.h"
@@ -100,9 +101,10 @@ void* plain(Function* function)
 }
 
 const Redirection redirections[] = {
-    {"malloc", plain(guardedMalloc)},  {"calloc", plain(guardedCalloc)},  {"realloc", plain(guardedRealloc)},
-    {"free", plain(guardedFree)},      {"_expand", plain(guardedExpand)}, {"_msize", plain(guardedMsize)},
-    {"_strdup", plain(guardedStrdup)}, {"_wcsdup", plain(guardedWcsdup)},
+    {"malloc", plain(guardedMalloc)},   {"calloc", plain(guardedCalloc)},
+    {"realloc", plain(guardedRealloc)}, {"free", plain(guardedFree)},
+    {"_expand", plain(guardedExpand)},  {"_msize", plain(guardedMsize)},
+    {"_strdup", plain(guardedStrdup)},  {"_wcsdup", plain(guardedWcsdup)},
 };
 constexpr int redirectionCount = static_cast<int>(std::size(redirections));
 
@@ -116,9 +118,10 @@ bool find(Function*& function, HMODULE module, const char* name)
 bool findRealHeap()
 {
     HMODULE const runtime = GetModuleHandleW(L"msvcrt.dll");
-    return runtime && find(real.malloc, runtime, "malloc") && find(real.calloc, runtime, "calloc") &&
-           find(real.realloc, runtime, "realloc") && find(real.expand, runtime, "_expand") &&
-           find(real.free, runtime, "free") && find(real.msize, runtime, "_msize");
+    return runtime && find(real.malloc, runtime, "malloc") &&
+           find(real.calloc, runtime, "calloc") && find(real.realloc, runtime, "realloc") &&
+           find(real.expand, runtime, "_expand") && find(real.free, runtime, "free") &&
+           find(real.msize, runtime, "_msize");
 }
 
 // What the loader hands to its observers; documented as LDR_DLL_NOTIFICATION_DATA.
@@ -141,7 +144,8 @@ using LoaderObserver = void(CALLBACK*)(ULONG reason, const LoaderEvent*, void* c
 void CALLBACK onLoader(ULONG reason, const LoaderEvent* event, void*)
 {
     constexpr ULONG loaded = 1;
-    if (reason == loaded) redirectImports(static_cast<HMODULE>(event->base), redirections, redirectionCount);
+    if (reason == loaded)
+        redirectImports(static_cast<HMODULE>(event->base), redirections, redirectionCount);
 }
 
 // Modules that are loaded later are redirected before their first code runs.
@@ -167,7 +171,8 @@ bool start()
 bool guardheap_is_guarded(const void* address)
 {
     using namespace guardheap;
-    return theRegion.contains(address) && theRegion.blockAt(address).state == GuardedRegion::State::Used;
+    return theRegion.contains(address) &&
+           theRegion.blockAt(address).state == GuardedRegion::State::Used;
 }
 
 unsigned guardheap_block_limit()

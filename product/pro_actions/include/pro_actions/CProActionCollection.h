@@ -5,21 +5,24 @@
 
 #include <string>
 
-// The process-wide action vocabulary: the names of action types and, for each type, of its action codes, read from an
-// XML file (docs/formats/actions.md). It is empty until a file was loaded.
-// Threads: every function may be called on any thread. Nothing throws but for want of memory for a returned text.
+// The process-wide action vocabulary: the names of action types and, for each type, of its action
+// codes, read from an XML file (docs/formats/actions.md). It is empty until a file was loaded.
+// Threads: every function may be called on any thread. Nothing throws but for want of memory for a
+// returned text.
 class PRO_ACTIONS_API CProActionCollection
 {
 public:
-    // Replaces the vocabulary by the file's. False, and the present vocabulary stays, when the file cannot be read,
-    // an entry lacks its name or its number, or a name or number occurs twice where it has to be the only one.
+    // Replaces the vocabulary by the file's. False, and the present vocabulary stays, when the file
+    // cannot be read, an entry lacks its name or its number, or a name or number occurs twice where
+    // it has to be the only one.
     static bool LoadVocabulary(const wchar_t* path) noexcept;
     static bool LoadVocabulary(const std::wstring& path) noexcept;
 
     // Empties the vocabulary.
     static void Clear() noexcept;
 
-    // The type of that name (exact, case-sensitive); ActionTypeNone when there is none, for null and for "".
+    // The type of that name (exact, case-sensitive); ActionTypeNone when there is none, for null
+    // and for "".
     static ActionType MapActionType(const wchar_t* name) noexcept;
     static ActionType MapActionType(const std::wstring& name) noexcept;
 

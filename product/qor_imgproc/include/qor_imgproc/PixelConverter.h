@@ -5,8 +5,8 @@
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
 
-/// A position on the acquisition grid as ScanConverter::GetPreciseUSCoordinates reports it: whole numbers, rounded
-/// downwards, and sixteenths above them.
+/// A position on the acquisition grid as ScanConverter::GetPreciseUSCoordinates reports it: whole
+/// numbers, rounded downwards, and sixteenths above them.
 struct ScanPixel
 {
     int line = -1;
@@ -15,16 +15,16 @@ struct ScanPixel
     unsigned int sampleFraction = 0;
 };
 
-/// Pixels to (line, sample) for the pixels of one image: what does not change from pixel to pixel is worked out once.
-/// Its results are those of ScanConverter::GetPreciseUSCoordinates to the last bit (which is one use of this class).
-/// A value; any thread; nothing thrown.
+/// Pixels to (line, sample) for the pixels of one image: what does not change from pixel to pixel
+/// is worked out once. Its results are those of ScanConverter::GetPreciseUSCoordinates to the last
+/// bit (which is one use of this class). A value; any thread; nothing thrown.
 class QOR_IMGPROC_API PixelConverter
 {
 public:
     /// Parameters as of ScanConverter::GetPreciseUSCoordinates.
-    PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int scanB, int lines,
-                   int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel, double sinSteer,
-                   double cosSteer);
+    PixelConverter(const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int scanB,
+                   int lines, int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel,
+                   double sinSteer, double cosSteer);
 
     /// The position under pixel (x, y) of the image before flipping.
     ScanPixel At(int x, int y) const;
@@ -38,8 +38,9 @@ public:
         int pixelsPastLines = 0; ///< ... and so many have certainly a line at or past lineEnd
     };
 
-    /// Tests pixel (x, y) against the region of lines and samples between 0 and the ends (both exclusive) and says how
-    /// many pixels above it need no test: a lower bound from the distance to the region's nearest edge.
+    /// Tests pixel (x, y) against the region of lines and samples between 0 and the ends (both
+    /// exclusive) and says how many pixels above it need no test: a lower bound from the distance
+    /// to the region's nearest edge.
     Outside TestUpwards(int x, int y, int lineEnd, int sampleEnd) const;
 
 private:

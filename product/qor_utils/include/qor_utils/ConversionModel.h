@@ -1,7 +1,8 @@
 #pragma once
 
-// The geometry of an ultrasound frame, stated once: the forward conversions of this library and the inverse ones of
-// qor_imgproc are both made of it. docs/conversion-model.md has the formulas and a drawing of each probe type.
+// The geometry of an ultrasound frame, stated once: the forward conversions of this library and the
+// inverse ones of qor_imgproc are both made of it. docs/conversion-model.md has the formulas and a
+// drawing of each probe type.
 
 #include <qor_utils/ZelProbe.h>
 
@@ -13,14 +14,16 @@ namespace qor_utils {
 /// Radians in a thousandth of a degree.
 inline constexpr double RadiansPerMillidegree = 1.7453292519943296e-5;
 
-/// A position in microns relative to the image origin: x to the right, y downwards (away from the probe).
+/// A position in microns relative to the image origin: x to the right, y downwards (away from the
+/// probe).
 struct MicronPoint
 {
     double x = 0;
     double y = 0;
 };
 
-/// A position on the acquisition grid: line index over the aperture and sample index along the line.
+/// A position on the acquisition grid: line index over the aperture and sample index along the
+/// line.
 struct ScanPoint
 {
     double line = 0;
@@ -44,22 +47,25 @@ enum class ScanShape
     Extended // phased, diverging from a virtual apex above the face
 };
 
-/// The arithmetic of the platform. A faster one with the same members may take its place in ConversionModel::ToScan.
+/// The arithmetic of the platform. A faster one with the same members may take its place in
+/// ConversionModel::ToScan.
 struct PlatformMath
 {
     /// The angle of (x, y) from the y axis towards x, -pi to pi.
     static double AngleFromAxis(double x, double y) { return std::atan2(x, y); }
 };
 
-/// Positions of the scan lines of one frame in microns, and back. A value: no allocation, cheap to build, any thread.
+/// Positions of the scan lines of one frame in microns, and back. A value: no allocation, cheap to
+/// build, any thread.
 class ConversionModel
 {
 public:
-    /// `lines` scan lines cover the aperture. `scanB` extends a phased sector (thousandths of a degree, 0 = none).
-    /// The sine and cosine are those of the steering angle. Input without a geometry (no probe, unknown type, or
-    /// anything that must be positive and is not) makes a model of the shape None.
-    ConversionModel(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed, int scanB, double sinSteer,
-                    double cosSteer)
+    /// `lines` scan lines cover the aperture. `scanB` extends a phased sector (thousandths of a
+    /// degree, 0 = none). The sine and cosine are those of the steering angle. Input without a
+    /// geometry (no probe, unknown type, or anything that must be positive and is not) makes a
+    /// model of the shape None.
+    ConversionModel(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed, int scanB,
+                    double sinSteer, double cosSteer)
         : m_shape(ShapeOf(probe, lines, samplingFreq, soundSpeed)), m_sin(sinSteer), m_cos(cosSteer)
     {
         if (!std::isfinite(sinSteer) || !std::isfinite(cosSteer)) m_shape = ScanShape::None;
@@ -82,10 +88,12 @@ public:
         switch (m_shape) {
         case ScanShape::Linear: return {offset + depth * m_sin, depth * m_cos};
         case ScanShape::Curved:
-            return Steer({(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
+            return Steer(
+                {(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
         case ScanShape::Phased: return Steer({depth * std::sin(offset), depth * std::cos(offset)});
         case ScanShape::Extended:
-            return Steer({m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
+            return Steer(
+                {m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
         default: return {};
         }
     }
@@ -102,45 +110,53 @@ public:
         }
     }
 
-    /// ToScan for a shape known beforehand (it must be the model's own) and with a chosen arithmetic.
+    /// ToScan for a shape known beforehand (it must be the model's own) and with a chosen
+    /// arithmetic.
     template <ScanShape shape, class Math>
     ScanPoint ToScan(const MicronPoint& point) const
     {
         if constexpr (shape == ScanShape::Linear) {
             const double depth = point.y * m_perCos;
-            return {(point.x - depth * m_sin) * m_linesPerUnit + m_centre, depth * m_samplesPerMicron};
+            return {(point.x - depth * m_sin) * m_linesPerUnit + m_centre,
+                    depth * m_samplesPerMicron};
         } else {
             const MicronPoint fan = Unsteer(point);
-            // A concave face looks at its centre from above: there the lines come from the other side.
+            // A concave face looks at its centre from above: there the lines come from the other
+            // side.
             const double side = m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
             const double fromApex = fan.y + m_apex;
             const double range = Length(fan.x, fromApex);
             const double angle = Math::AngleFromAxis(side * fan.x, side * fromApex);
-            return {angle * m_linesPerUnit + m_centre, Depth<shape>(fan, fromApex, side * range) * m_samplesPerMicron};
+            return {angle * m_linesPerUnit + m_centre,
+                    Depth<shape>(fan, fromApex, side * range) * m_samplesPerMicron};
         }
     }
 
-    /// A lower bound of the way in microns from `point` to where the line index passes `line` or jumps.
-    /// `scan` is ToScan(point).
+    /// A lower bound of the way in microns from `point` to where the line index passes `line` or
+    /// jumps. `scan` is ToScan(point).
     double ClearanceToLine(const MicronPoint& point, const ScanPoint& scan, double line) const
     {
         const double offset = std::fabs((scan.line - line) * m_lineStep);
         if (m_shape == ScanShape::Linear) return offset * m_cos;
         const MicronPoint fan = Unsteer(point);
         const double range = Length(fan.x, fan.y + m_apex);
-        // The way to the ray is range x sin(offset); the sine's first two terms are less than it, and quick.
-        const double toRay = offset < QuarterTurn ? range * (offset - offset * offset * offset / 6) : range;
+        // The way to the ray is range x sin(offset); the sine's first two terms are less than it,
+        // and quick.
+        const double toRay =
+            offset < QuarterTurn ? range * (offset - offset * offset * offset / 6) : range;
         return std::min(toRay, Seam(fan));
     }
 
-    /// A lower bound of the way in microns from `point` to where the sample index passes `sample` or jumps.
+    /// A lower bound of the way in microns from `point` to where the sample index passes `sample`
+    /// or jumps.
     double ClearanceToSample(const MicronPoint& point, const ScanPoint& scan, double sample) const
     {
         const double depth = std::fabs(scan.sample - sample) * m_sampleSize;
         if (m_shape == ScanShape::Linear) return depth * m_cos;
         const MicronPoint fan = Unsteer(point);
         if (m_shape != ScanShape::Extended) return std::min(depth, Seam(fan));
-        // Behind an extended sector depths are not distances from one point; but none is less than the way straight up.
+        // Behind an extended sector depths are not distances from one point; but none is less than
+        // the way straight up.
         return std::max(0.0, fan.y - sample * m_sampleSize);
     }
 
@@ -175,7 +191,8 @@ private:
 
     void SetPhased(const ZelProbe& probe, int lines, int scanB, double aperture)
     {
-        const double sector = (static_cast<double>(probe.sectorAngle) + scanB) * RadiansPerMillidegree;
+        const double sector =
+            (static_cast<double>(probe.sectorAngle) + scanB) * RadiansPerMillidegree;
         if (!(sector > 0)) {
             m_shape = ScanShape::None;
             return;
@@ -195,8 +212,14 @@ private:
         m_samplesPerMicron = 1 / m_sampleSize;
     }
 
-    MicronPoint Steer(const MicronPoint& p) const { return {p.x * m_cos + p.y * m_sin, p.y * m_cos - p.x * m_sin}; }
-    MicronPoint Unsteer(const MicronPoint& p) const { return {p.x * m_cos - p.y * m_sin, p.y * m_cos + p.x * m_sin}; }
+    MicronPoint Steer(const MicronPoint& p) const
+    {
+        return {p.x * m_cos + p.y * m_sin, p.y * m_cos - p.x * m_sin};
+    }
+    MicronPoint Unsteer(const MicronPoint& p) const
+    {
+        return {p.x * m_cos - p.y * m_sin, p.y * m_cos + p.x * m_sin};
+    }
 
     template <ScanShape shape>
     double Depth(const MicronPoint& fan, double fromApex, double range) const
@@ -206,11 +229,12 @@ private:
         else if constexpr (shape == ScanShape::Phased)
             return range;
         else
-            return fromApex > 0 ? fan.y * range / fromApex : -range; // behind the apex nothing is imaged
+            return fromApex > 0 ? fan.y * range / fromApex
+                                : -range; // behind the apex nothing is imaged
     }
 
-    /// The way to where the conversion jumps: behind the apex the angle changes its sign, and the lines of a concave
-    /// face change sides at its centre.
+    /// The way to where the conversion jumps: behind the apex the angle changes its sign, and the
+    /// lines of a concave face change sides at its centre.
     double Seam(const MicronPoint& fan) const
     {
         if (m_radius < 0) return std::fabs(fan.y);

@@ -4,7 +4,8 @@
 
 #include <windows.h>
 
-// A lock among the threads of the process; the thread that holds it may enter it again, and leaves as often.
+// A lock among the threads of the process; the thread that holds it may enter it again, and leaves
+// as often.
 class QOR_UTILS_API CriticalSection
 {
 public:
@@ -24,7 +25,10 @@ private:
 class CriticalSectionLock
 {
 public:
-    explicit CriticalSectionLock(CriticalSection& section) noexcept : m_section(section) { m_section.Enter(); }
+    explicit CriticalSectionLock(CriticalSection& section) noexcept : m_section(section)
+    {
+        m_section.Enter();
+    }
     ~CriticalSectionLock() { m_section.Leave(); }
     CriticalSectionLock(const CriticalSectionLock&) = delete;
     CriticalSectionLock& operator=(const CriticalSectionLock&) = delete;

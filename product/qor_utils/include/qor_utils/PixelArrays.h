@@ -3,7 +3,8 @@
 #include "qor_utils/export.h"
 
 // Operations on packed arrays of 32-bit pixels, row by row without padding, in place.
-// Nothing happens when the array is null, or when a size is not positive or describes more than memory can hold.
+// Nothing happens when the array is null, or when a size is not positive or describes more than
+// memory can hold.
 namespace qor_utils {
 
 // Reverses the order of the rows: turns the image upside down.

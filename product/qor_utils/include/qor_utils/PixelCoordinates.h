@@ -5,37 +5,46 @@
 #include <qor_utils/ZelProbe.h>
 #include <qor_utils/export.h>
 
-/// From the acquisition grid (scan line, sample) to the pixels of the displayed image; docs/conversion-model.md has
-/// the geometry. Pure functions: any thread, nothing thrown.
+/// From the acquisition grid (scan line, sample) to the pixels of the displayed image;
+/// docs/conversion-model.md has the geometry. Pure functions: any thread, nothing thrown.
 ///
 /// Common parameters:
-/// - `origin`: pixel of the image origin before flipping: the centre of curvature of a curved face, the centre of the
+/// - `origin`: pixel of the image origin before flipping: the centre of curvature of a curved face,
+/// the centre of the
 ///   face of the other probes;
 /// - `micronsPerPixel`: horizontal and vertical scale;
 /// - `samplingFreq` in Hz, `soundSpeed` in m/s;
-/// - `scanA`: steering angle, `scanB`: extension of a phased sector by a virtual apex (0 = none), both in thousandths
+/// - `scanA`: steering angle, `scanB`: extension of a phased sector by a virtual apex (0 = none),
+/// both in thousandths
 ///   of a degree; `scanC`: line offset, added to `line`;
-/// - `width`, `height`: image size in pixels; `flip`: bit 0 mirrors left-right, bit 1 top-bottom. Flipping takes place
+/// - `width`, `height`: image size in pixels; `flip`: bit 0 mirrors left-right, bit 1 top-bottom.
+/// Flipping takes place
 ///   only when both sizes are non-zero, and maps x to width - x and y to height - y.
 namespace qor_utils {
 
-/// The display pixel of (line, sample), where `line` counts elements. Input without a geometry (no probe, unknown
-/// type, non-positive frequency or sound speed) gives the pixel of the origin, and so does a zero scale on its axis;
-/// results beyond 32 bits stop at the nearest value.
-QOR_UTILS_API UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin, const UPoint& micronsPerPixel,
-                                         int samplingFreq, int scanA, int scanB, const ZelProbe* probe, int soundSpeed,
+/// The display pixel of (line, sample), where `line` counts elements. Input without a geometry (no
+/// probe, unknown type, non-positive frequency or sound speed) gives the pixel of the origin, and
+/// so does a zero scale on its axis; results beyond 32 bits stop at the nearest value.
+QOR_UTILS_API UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin,
+                                         const UPoint& micronsPerPixel, int samplingFreq, int scanA,
+                                         int scanB, const ZelProbe* probe, int soundSpeed,
                                          int scanC, int width, int height, int flip);
 
-/// As GetPixelCoordinates, with `ld` scan lines over the aperture; 0 or less means one line an element.
-QOR_UTILS_API UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin, const UPoint& micronsPerPixel,
-                                           int samplingFreq, int scanA, int scanB, const ZelProbe* probe,
-                                           int soundSpeed, int ld, int scanC, int width, int height, int flip);
+/// As GetPixelCoordinates, with `ld` scan lines over the aperture; 0 or less means one line an
+/// element.
+QOR_UTILS_API UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
+                                           const UPoint& micronsPerPixel, int samplingFreq,
+                                           int scanA, int scanB, const ZelProbe* probe,
+                                           int soundSpeed, int ld, int scanC, int width, int height,
+                                           int flip);
 
-/// Microns per sample: soundSpeed x 1,000,000 / (2 x samplingFreq), in double precision. 0 for a zero frequency.
+/// Microns per sample: soundSpeed x 1,000,000 / (2 x samplingFreq), in double precision. 0 for a
+/// zero frequency.
 QOR_UTILS_API double GetSampleSize(int samplingFreq, int soundSpeed);
 
-/// Converts an image rectangle (elements x samples) to the line/sample rectangle of the scan converter: the horizontal
-/// edges are multiplied by lines / elements and truncated, the samples are kept. Without elements `out` is all zero.
+/// Converts an image rectangle (elements x samples) to the line/sample rectangle of the scan
+/// converter: the horizontal edges are multiplied by lines / elements and truncated, the samples
+/// are kept. Without elements `out` is all zero.
 QOR_UTILS_API void ConvertRect(const URect& in, int lines, int elements, URect& out);
 
 } // namespace qor_utils

@@ -4,7 +4,8 @@
 
 namespace qor_utils {
 
-// The nearest integer; halves go away from zero. Values beyond an int give its nearest limit, and NaN gives 0.
+// The nearest integer; halves go away from zero. Values beyond an int give its nearest limit, and
+// NaN gives 0.
 constexpr int round(double value) noexcept
 {
     using Limits = std::numeric_limits<int>;
@@ -12,7 +13,8 @@ constexpr int round(double value) noexcept
     if (value >= Limits::max()) return Limits::max();
     if (value <= Limits::min()) return Limits::min();
     const int whole = static_cast<int>(value);
-    const double rest = value - whole; // exact: adding 0.5 before truncating would round 0.49999999999999994 up
+    const double rest =
+        value - whole; // exact: adding 0.5 before truncating would round 0.49999999999999994 up
     if (rest >= 0.5) return whole + 1;
     if (rest <= -0.5) return whole - 1;
     return whole;

@@ -12,7 +12,8 @@ enum uData : std::int32_t
     uDataEcg = 4
 };
 
-// The description of one data stream: twelve 32-bit integers, stored in files as they lie in memory.
+// The description of one data stream: twelve 32-bit integers, stored in files as they lie in
+// memory.
 struct uDataDesc
 {
     std::int32_t tag = 0; // for the owner's use; never stored

@@ -8,18 +8,19 @@
 
 // An XML document and the file it came from. Copies mean the same document in memory.
 //
-// Read are UTF-8 (with or without a byte order mark), UTF-16 of both byte orders, ISO-8859-1 and windows-1252 as the
-// declaration says; written is UTF-8. Documents of up to 16 MiB and 256 levels of elements are accepted. Entities of a
-// document type are not expanded. Threads: one document belongs to one thread at a time. Nothing here throws.
+// Read are UTF-8 (with or without a byte order mark), UTF-16 of both byte orders, ISO-8859-1 and
+// windows-1252 as the declaration says; written is UTF-8. Documents of up to 16 MiB and 256 levels
+// of elements are accepted. Entities of a document type are not expanded. Threads: one document
+// belongs to one thread at a time. Nothing here throws.
 class ZEL_XML_API zelXMLFile
 {
 public:
     zelXMLFile() noexcept;
 
-    // Reads the whole file and holds no handle on it afterwards. What was open before is closed first.
-    // readOnly: true opens for reading only, and save() is refused; false allows save() back to the same path.
-    // False, with nothing open, when the file is missing, unreadable, empty, too large, too deeply nested, wrongly
-    // encoded or not well-formed.
+    // Reads the whole file and holds no handle on it afterwards. What was open before is closed
+    // first. readOnly: true opens for reading only, and save() is refused; false allows save() back
+    // to the same path. False, with nothing open, when the file is missing, unreadable, empty, too
+    // large, too deeply nested, wrongly encoded or not well-formed.
     bool open(const wchar_t* path, bool readOnly) noexcept;
     bool open(const std::wstring& path, bool readOnly) noexcept;
 
@@ -27,12 +28,14 @@ public:
     // False, with nothing open, when rootName is no XML name or the path is empty.
     bool create(const wchar_t* path, const wchar_t* rootName) noexcept;
 
-    // Writes the document beside its file and then puts it in the file's place, so that whatever fails (a full disk, a
-    // lost network drive, a file that another program holds) the old file is still there, whole.
-    // False when nothing is open, it was opened read-only or the file could not be replaced.
+    // Writes the document beside its file and then puts it in the file's place, so that whatever
+    // fails (a full disk, a lost network drive, a file that another program holds) the old file is
+    // still there, whole. False when nothing is open, it was opened read-only or the file could not
+    // be replaced.
     bool save() const noexcept;
 
-    // The same to another path, also for a document opened read-only. The document keeps its own path.
+    // The same to another path, also for a document opened read-only. The document keeps its own
+    // path.
     bool saveAs(const wchar_t* path) const noexcept;
 
     // Lets go of the document; element handles that are still about keep it alive for themselves.
@@ -45,6 +48,7 @@ public:
 
 private:
     std::shared_ptr<zelXMLDocument> m_document;
-    std::wstring m_path; // absolute, so that a change of the current directory does not move the file
+    std::wstring
+        m_path; // absolute, so that a change of the current directory does not move the file
     bool m_readOnly = true;
 };

@@ -6,8 +6,9 @@
 
 namespace test_support {
 
-// Runs one test of this same program in a process of its own, for what ends a process or must not touch this one.
-// The child test is named "...DISABLED_..." so that it never runs by itself; it reads its input from the environment.
+// Runs one test of this same program in a process of its own, for what ends a process or must not
+// touch this one. The child test is named "...DISABLED_..." so that it never runs by itself; it
+// reads its input from the environment.
 class ChildTest
 {
 public:

@@ -4,13 +4,13 @@
 
 namespace test_support {
 
-// A video codec that is installed while the object lives, by the registry entry that Video for Windows looks up.
-// What was installed under the name before is installed again afterwards.
+// A video codec that is installed while the object lives, by the registry entry that Video for
+// Windows looks up. What was installed under the name before is installed again afterwards.
 class InstalledCodec
 {
 public:
-    // fourcc: the four characters after "vidc."; dll: a file beside the test program, whose full path has no blank.
-    // Throws std::runtime_error when the registry cannot be written.
+    // fourcc: the four characters after "vidc."; dll: a file beside the test program, whose full
+    // path has no blank. Throws std::runtime_error when the registry cannot be written.
     InstalledCodec(const std::wstring& fourcc, const std::wstring& dll);
     ~InstalledCodec();
     InstalledCodec(const InstalledCodec&) = delete;

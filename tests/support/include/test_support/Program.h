@@ -7,7 +7,8 @@ namespace test_support {
 // The full path of the running test program.
 std::wstring programPath();
 
-// The full path of a file in the program's folder; of the folder itself, with a backslash at its end, for no name.
+// The full path of a file in the program's folder; of the folder itself, with a backslash at its
+// end, for no name.
 std::wstring besideProgram(const std::wstring& name);
 
 } // namespace test_support

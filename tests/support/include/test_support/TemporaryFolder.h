@@ -4,7 +4,8 @@
 
 namespace test_support {
 
-// A new, empty folder that is deleted with all it holds, read-only files included, when the object goes.
+// A new, empty folder that is deleted with all it holds, read-only files included, when the object
+// goes.
 class TemporaryFolder
 {
 public:

@@ -19,8 +19,10 @@ public:
     const std::wstring& path() const { return m_path; }
 
     // Sets a value of a key below, which is made if it is missing, to bytes of any type.
-    void set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes, DWORD size) const;
-    void setText(const std::wstring& subkey, const std::wstring& name, const std::wstring& text) const;
+    void set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes,
+             DWORD size) const;
+    void setText(const std::wstring& subkey, const std::wstring& name,
+                 const std::wstring& text) const;
     void setNumber(const std::wstring& subkey, const std::wstring& name, DWORD number) const;
 
 private:

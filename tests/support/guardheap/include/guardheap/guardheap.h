@@ -1,6 +1,7 @@
 #pragma once
 
-// What the tests of the guard-page heap ask it. Programs never need to call it: linking it is enough.
+// What the tests of the guard-page heap ask it. Programs never need to call it: linking it is
+// enough.
 #ifdef guardheap_dll_EXPORTS
 #define GUARDHEAP_API extern "C" __declspec(dllexport)
 #else
