@@ -11,7 +11,7 @@ namespace {
 constexpr long long countOffset = 4;
 static_assert(offsetof(CineHeader, frameCount) == countOffset);
 
-void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataDesc& description)
+void CopyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataDesc& description)
 {
     static_assert(sizeof description == sizeof words + sizeof(std::uint32_t));
     std::memcpy(words, reinterpret_cast<const char*>(&description) + sizeof(std::uint32_t),
@@ -21,7 +21,7 @@ void copyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataD
 // Takes off the file what a failed write has left behind `end`: the next block has to follow the
 // last complete one. Not by the number of bytes that the write reports, because that can be 0 after
 // a part was written.
-void cutBack(std::FILE* file, long long end)
+void CutBack(std::FILE* file, long long end)
 {
     std::clearerr(file);
     if (end >= 0 && _fseeki64(file, end, SEEK_SET) == 0) _chsize_s(_fileno(file), end);
@@ -39,18 +39,18 @@ bool CCineStore::InitStorage(CString fileName, uData dataType, uDataDesc descrip
 {
     type = dataType;
     frameCount = 0;
-    copyDescription(desc, description);
+    CopyDescription(desc, description);
     const std::int32_t values[extraValues] = {e1, e2, e3, e4, e5, e6};
     std::memcpy(extra, values, sizeof extra);
 
-    if (!createFile(fileName)) return false;
+    if (!CreateFile(fileName)) return false;
     const CineHeader& header = *this;
     if (std::fwrite(&header, sizeof header, 1, file) != 1) return false;
     path = std::move(fileName);
     return true;
 }
 
-bool CCineStore::createFile(const CString& fileName)
+bool CCineStore::CreateFile(const CString& fileName)
 {
     if (file) std::fclose(std::exchange(file, nullptr));
     file = _wfopen(fileName, L"wb+");
@@ -63,7 +63,7 @@ bool CCineStore::createFile(const CString& fileName)
 
 bool CCineStore::AddFrame(void* data, int size)
 {
-    if (!appendBlock(data, size)) return false;
+    if (!AppendBlock(data, size)) return false;
     // Wraps like the 32-bit field that it is.
     frameCount = static_cast<std::int32_t>(static_cast<std::uint32_t>(frameCount) + 1);
     return true;
@@ -71,39 +71,39 @@ bool CCineStore::AddFrame(void* data, int size)
 
 bool CCineStore::AddECGData(void* data, int size)
 {
-    if (!appendBlock(data, size)) return false;
+    if (!AppendBlock(data, size)) return false;
     frameCount =
         size; // replaces the count: readers of ECG files expect the size of the last block here
     return true;
 }
 
-bool CCineStore::appendBlock(const void* data, int size)
+bool CCineStore::AppendBlock(const void* data, int size)
 {
     if (!file || !data || size <= 0) return false;
     const long long end = _ftelli64(file); // negative for what has no positions, a pipe
     if (std::fwrite(data, static_cast<std::size_t>(size), 1, file) == 1) return true;
-    cutBack(file, end);
+    CutBack(file, end);
     return false;
 }
 
 bool CCineStore::EndStorage()
 {
     if (!file) return false;
-    const bool patched = patchCount();
+    const bool patched = PatchCount();
     std::fclose(std::exchange(file, nullptr));
     if (!patched) return false;
-    announce();
+    Announce();
     return true;
 }
 
-void CCineStore::announce() const
+void CCineStore::Announce() const
 {
     const CString finished =
         path; // the callback may start the next file, which records its own path
     if (completeCallback) completeCallback(finished, userData);
 }
 
-bool CCineStore::patchCount()
+bool CCineStore::PatchCount()
 {
     return _fseeki64(file, countOffset, SEEK_SET) == 0 &&
            std::fwrite(&frameCount, sizeof frameCount, 1, file) == 1;

@@ -7,30 +7,32 @@
 
 #include <new>
 
+using namespace utils_statics;
+
 namespace {
 
 constexpr wchar_t uncompressed[] = L"Uncompressed";
 constexpr DWORD rateScale = 1000;
 
-constexpr int roundedDownToFour(int size)
+constexpr int RoundedDownToFour(int size)
 {
     return size & ~3;
 }
 
 // The stream's rate over rateScale, truncated toward zero; 0 for what is no rate.
-DWORD streamRate(double fps)
+DWORD StreamRate(double fps)
 {
     const double scaled = fps * rateScale;
     return scaled >= 1.0 && scaled <= INT32_MAX ? static_cast<DWORD>(scaled) : 0;
 }
 
-bool isFrameSize(int width, int height)
+bool IsFrameSize(int width, int height)
 {
     return width > 0 && height > 0 &&
            std::int64_t{width} * height <= INT32_MAX / std::int64_t{sizeof(unsigned int)};
 }
 
-BITMAPINFOHEADER frameFormat(int width, int height, unsigned short bitCount)
+BITMAPINFOHEADER FrameFormat(int width, int height, unsigned short bitCount)
 {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;
@@ -44,12 +46,12 @@ BITMAPINFOHEADER frameFormat(int width, int height, unsigned short bitCount)
     return header;
 }
 
-AVISTREAMINFOW streamInfo(const BITMAPINFOHEADER& format, double fps)
+AVISTREAMINFOW StreamInfo(const BITMAPINFOHEADER& format, double fps)
 {
     AVISTREAMINFOW info{};
     info.fccType = streamtypeVIDEO;
     info.dwScale = rateScale;
-    info.dwRate = streamRate(fps);
+    info.dwRate = StreamRate(fps);
     info.dwSuggestedBufferSize = format.biSizeImage;
     info.rcFrame = {0, 0, format.biWidth, format.biHeight};
     return info;
@@ -61,7 +63,7 @@ CCineStoreAVI::CCineStoreAVI() = default;
 
 CCineStoreAVI::~CCineStoreAVI()
 {
-    closeMovie();
+    CloseMovie();
 }
 
 void CCineStoreAVI::SetRate(double fps)
@@ -80,11 +82,11 @@ try {
 bool CCineStoreAVI::InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                                 const std::vector<CRect>& layout, unsigned short bitCount)
 try {
-    const CString codec = capture_settings::recordCodec();
+    const CString codec = RecordCodec();
     const bool compressed = codec != uncompressed;
-    if (!fileName || !prepareFrame(background, width, height, layout, bitCount)) return false;
-    if (!openFile(fileName) || !createStream(compressed)) return false;
-    if (compressed && !compressStream(codec)) return false;
+    if (!fileName || !PrepareFrame(background, width, height, layout, bitCount)) return false;
+    if (!OpenFile(fileName) || !CreateStream(compressed)) return false;
+    if (compressed && !CompressStream(codec)) return false;
     const LONG formatSize = static_cast<LONG>(format.biSize + format.biClrUsed * sizeof(RGBQUAD));
     if (FAILED(AVIStreamSetFormat(outStream.get(), 0, &format, formatSize))) return false;
     frameIndex = 0;
@@ -94,36 +96,36 @@ try {
     return false;
 }
 
-DWORD CCineStoreAVI::frameBytes() const
+DWORD CCineStoreAVI::FrameBytes() const
 {
     return static_cast<DWORD>(format.biWidth) * static_cast<DWORD>(format.biHeight) *
            sizeof(unsigned int);
 }
 
-bool CCineStoreAVI::prepareFrame(CBitmap* background, int width, int height,
+bool CCineStoreAVI::PrepareFrame(CBitmap* background, int width, int height,
                                  const std::vector<CRect>& layout, unsigned short bitCount)
 {
-    const int frameWidth = roundedDownToFour(width);
-    const int frameHeight = roundedDownToFour(height);
-    if (!isFrameSize(frameWidth, frameHeight) || bitCount == 0 || bitCount > 32 ||
-        streamRate(rate) == 0)
+    const int frameWidth = RoundedDownToFour(width);
+    const int frameHeight = RoundedDownToFour(height);
+    if (!IsFrameSize(frameWidth, frameHeight) || bitCount == 0 || bitCount > 32 ||
+        StreamRate(rate) == 0)
         return false;
 
     frameBuffer = std::make_unique<unsigned int[]>(static_cast<std::size_t>(frameWidth) *
                                                    static_cast<std::size_t>(frameHeight));
-    format = frameFormat(frameWidth, frameHeight, bitCount);
+    format = FrameFormat(frameWidth, frameHeight, bitCount);
     if (!background) return true; // deliberate: the rects are taken only together with a background
-    background->GetBitmapBits(frameBytes(), frameBuffer.get());
+    background->GetBitmapBits(FrameBytes(), frameBuffer.get());
     qor_utils::InvertImage(frameBuffer.get(), frameWidth, frameHeight);
     rects = layout;
     return true;
 }
 
-bool CCineStoreAVI::openFile(const wchar_t* fileName)
+bool CCineStoreAVI::OpenFile(const wchar_t* fileName)
 {
-    closeMovie(); // of a recording that was not ended
+    CloseMovie(); // of a recording that was not ended
     movieBytes = 0;
-    moviePath = utils_statics::FullPath(fileName);
+    moviePath = FullPath(fileName);
     AVIFileInit();
     PAVIFILE opened = nullptr;
     if (FAILED(AVIFileOpenW(&opened, fileName, OF_WRITE | OF_CREATE, nullptr)) || !opened) {
@@ -134,9 +136,9 @@ bool CCineStoreAVI::openFile(const wchar_t* fileName)
     return true;
 }
 
-bool CCineStoreAVI::createStream(bool compressed)
+bool CCineStoreAVI::CreateStream(bool compressed)
 {
-    AVISTREAMINFOW info = streamInfo(format, rate);
+    AVISTREAMINFOW info = StreamInfo(format, rate);
     PAVISTREAM stream = nullptr;
     if (FAILED(AVIFileCreateStreamW(aviFile.get(), &stream, &info)) || !stream) return false;
     (compressed ? rawStream : outStream).reset(stream);
@@ -145,13 +147,13 @@ bool CCineStoreAVI::createStream(bool compressed)
 
 bool CCineStoreAVI::EndStorage()
 {
-    if (outStream && frameBuffer) repeatLastFrame();
-    closeMovie();
-    announce();
+    if (outStream && frameBuffer) RepeatLastFrame();
+    CloseMovie();
+    Announce();
     return true;
 }
 
-void CCineStoreAVI::closeMovie()
+void CCineStoreAVI::CloseMovie()
 {
     outStream.reset();
     rawStream.reset();

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cwchar>
 
+using namespace utils_statics;
+
 namespace {
 
 // The running extremes of one coordinate, from the values that no image coordinate reaches.
@@ -16,7 +18,7 @@ struct Extremes
     double max = -1e8;
     double min = 1e8;
 
-    void take(double value) noexcept
+    void Take(double value) noexcept
     {
         if (value > max) max = value;
         if (value < min) min = value;
@@ -39,7 +41,7 @@ void MAT_SetMatrixElement(int row, int col, int rows, int cols, double* M, doubl
 
 void MAT_MakeIdentity(double* M, int n) noexcept
 {
-    if (!matrix_kernels::isPossible(n, n) || !M) return;
+    if (!IsPossible(n, n) || !M) return;
     const std::size_t size = static_cast<std::size_t>(n);
     std::fill_n(M, size * size, 0.0);
     for (std::size_t i = 0; i < size; ++i)
@@ -56,8 +58,8 @@ void MAT_Transform(double* maxX, double* minX, double* maxY, double* minY, const
     for (const double* point : {p1, p2, p3, p4}) {
         double moved[3];
         MAT_MatrixVectorProduct(M, 3, 3, point, 3, moved);
-        x.take(moved[0]);
-        y.take(moved[1]);
+        x.Take(moved[0]);
+        y.Take(moved[1]);
     }
     *maxX = x.max;
     *minX = x.min;

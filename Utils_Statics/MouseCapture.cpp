@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <optional>
 
+using namespace utils_statics;
+
 constinit CRect MouseCapture::m_clipRect;
 constinit CRect MouseCapture::m_lockRect;
 constinit int MouseCapture::m_autoMethod = 0;
@@ -28,13 +30,13 @@ constexpr std::int32_t grabDistance = 10000;
 constexpr std::size_t usualPointCount = 64;
 
 // The owner is being told that it loses the lock.
-constinit bool g_releasing = false;
+constinit bool s_releasing = false;
 
 class ReleaseScope
 {
 public:
-    ReleaseScope() { g_releasing = true; }
-    ~ReleaseScope() { g_releasing = false; }
+    ReleaseScope() { s_releasing = true; }
+    ~ReleaseScope() { s_releasing = false; }
     ReleaseScope(const ReleaseScope&) = delete;
     ReleaseScope& operator=(const ReleaseScope&) = delete;
 };
@@ -135,7 +137,7 @@ void MouseCapture::Unregister(IMouseHandler* h)
 
 bool MouseCapture::Lock(IMouseHandler* h, int index)
 {
-    if (g_releasing) return false;
+    if (s_releasing) return false;
     m_autoMethod = index; // even if the lock is then refused
     HandlerWatch next(h);
     const LockType type = h ? h->GetLockType() : LockNormal;
@@ -192,7 +194,7 @@ bool MouseCapture::LockNext()
         ClipCursor(nullptr);
         return false;
     }
-    if (g_releasing) return false;
+    if (s_releasing) return false;
     if (LockNextPoint()) return true;
 
     ClipCursor(nullptr);
@@ -303,7 +305,7 @@ int MouseCapture::ClipCursor(RECT* rect)
 
 void MouseCapture::TellOwnerOfRelease()
 {
-    if (!m_capture || g_releasing) return;
+    if (!m_capture || s_releasing) return;
     const ReleaseScope scope;
     m_capture->OnReleaseMouse();
 }

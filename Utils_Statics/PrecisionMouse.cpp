@@ -3,7 +3,7 @@
 namespace {
 
 // Counts the broadcasts, so that one can tell that a newer one overtook it.
-constinit unsigned int g_broadcast = 0;
+constinit unsigned int s_broadcast = 0;
 
 } // namespace
 
@@ -19,9 +19,9 @@ void PrecisionMouse::Unregister(IPrecisionControl* control)
 
 void PrecisionMouse::UpdateHandler(IPrecisionHandler* handler)
 {
-    const unsigned int broadcast = ++g_broadcast;
+    const unsigned int broadcast = ++s_broadcast;
     auto next = m_controllers.begin();
-    while (next != m_controllers.end() && broadcast == g_broadcast) {
+    while (next != m_controllers.end() && broadcast == s_broadcast) {
         IPrecisionControl* const control = *next;
         control->SetHandler(handler);
         next = m_controllers.upper_bound(

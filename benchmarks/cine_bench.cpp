@@ -27,7 +27,7 @@ constexpr RECT layout[6] = {{0, 0, 640, 640},  {640, 0, 1024, 640}, {0, 640, 102
 using Pixels = std::vector<std::uint32_t>;
 
 // Echoes: speckle that fades with depth.
-Pixels echoes(SIZE size)
+Pixels Echoes(SIZE size)
 {
     std::minstd_rand random(7);
     Pixels pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy));
@@ -41,7 +41,7 @@ Pixels echoes(SIZE size)
 }
 
 // A sector: pixels outside it keep the frame.
-std::vector<std::uint8_t> sectorMask(SIZE size)
+std::vector<std::uint8_t> SectorMask(SIZE size)
 {
     const std::size_t stride = static_cast<std::size_t>(size.cx + 15) / 16 * 2;
     std::vector<std::uint8_t> bits(stride * static_cast<std::size_t>(size.cy));
@@ -55,12 +55,12 @@ std::vector<std::uint8_t> sectorMask(SIZE size)
 
 struct Scene
 {
-    SIZE size[5] = {cine::planeSize(layout[0]), cine::planeSize(layout[1]),
-                    cine::planeSize(layout[2]), cine::stripSize(layout[1]),
-                    cine::planeSize(layout[3])};
-    Pixels image[5] = {echoes(size[0]), echoes(size[1]), echoes(size[2]), echoes(size[3]),
-                       echoes(size[4])};
-    std::vector<std::uint8_t> bits[2] = {sectorMask(size[0]), sectorMask(size[1])};
+    SIZE size[5] = {utils_statics::PlaneSize(layout[0]), utils_statics::PlaneSize(layout[1]),
+                    utils_statics::PlaneSize(layout[2]), utils_statics::StripSize(layout[1]),
+                    utils_statics::PlaneSize(layout[3])};
+    Pixels image[5] = {Echoes(size[0]), Echoes(size[1]), Echoes(size[2]), Echoes(size[3]),
+                       Echoes(size[4])};
+    std::vector<std::uint8_t> bits[2] = {SectorMask(size[0]), SectorMask(size[1])};
     CBitmap mask[2];
     Pixels frame = Pixels(width * height, 0x101010);
 
@@ -70,7 +70,7 @@ struct Scene
             mask[i].CreateBitmap(size[i].cx, size[i].cy, 1, 1, bits[i].data());
     }
 
-    std::size_t letThrough(int i) const
+    std::size_t LetThrough(int i) const
     {
         std::size_t kept = 0;
         for (const std::uint8_t byte : bits[i])
@@ -79,37 +79,38 @@ struct Scene
         return image[i].size() - kept;
     }
 
-    static std::size_t area(const RECT& rect)
+    static std::size_t Area(const RECT& rect)
     {
-        const SIZE s = cine::planeSize(rect);
+        const SIZE s = utils_statics::PlaneSize(rect);
         return static_cast<std::size_t>(s.cx) * static_cast<std::size_t>(s.cy);
     }
 
-    std::size_t touchedBytes() const
+    std::size_t TouchedBytes() const
     {
-        const std::size_t pixels = letThrough(0) + letThrough(1) + area(layout[4]) +
-                                   area(layout[5]) + image[3].size() + image[4].size();
+        const std::size_t pixels = LetThrough(0) + LetThrough(1) + Area(layout[4]) +
+                                   Area(layout[5]) + image[3].size() + image[4].size();
         return pixels * sizeof(std::uint32_t);
     }
 };
 
-void composeInMemory(benchmark::State& state)
+void ComposeInMemory(benchmark::State& state)
 {
     Scene scene;
-    cine::Planes planes;
+    utils_statics::Planes planes;
     for (int i = 0; i < 5; ++i)
         planes.image[i] = scene.image[i].data();
     for (auto _ : state) {
-        const cine::Mask masks[2] = {cine::Mask(scene.mask[0]),
-                                     cine::Mask(scene.mask[1])}; // read for every frame
+        const utils_statics::Mask masks[2] = {
+            utils_statics::Mask(scene.mask[0]),
+            utils_statics::Mask(scene.mask[1])}; // read for every frame
         planes.mask[0] = &masks[0];
         planes.mask[1] = &masks[1];
-        cine::compose({scene.frame.data(), {width, height}}, layout, planes);
+        utils_statics::Compose({scene.frame.data(), {width, height}}, layout, planes);
         benchmark::ClobberMemory();
     }
 }
 
-void composeThroughDeviceContexts(benchmark::State& state)
+void ComposeThroughDeviceContexts(benchmark::State& state)
 {
     Scene scene;
     device_context_form::Form form{width, height, {}, {}, {scene.mask[0], scene.mask[1]}};
@@ -117,13 +118,13 @@ void composeThroughDeviceContexts(benchmark::State& state)
     for (int i = 0; i < 5; ++i)
         form.image[i] = scene.image[i].data();
     for (auto _ : state)
-        form.compose(scene.frame.data());
+        form.Compose(scene.frame.data());
 }
 
-void copyTouchedBytes(benchmark::State& state)
+void CopyTouchedBytes(benchmark::State& state)
 {
     Scene scene;
-    const std::size_t bytes = scene.touchedBytes();
+    const std::size_t bytes = scene.TouchedBytes();
     const Pixels source(bytes / sizeof(std::uint32_t) + 1, 0x123456);
     Pixels target(source.size());
     for (auto _ : state) {
@@ -136,7 +137,7 @@ void copyTouchedBytes(benchmark::State& state)
 constexpr int rawFrame = 1 << 20;
 constexpr int rawFramesOfFile = 128;
 
-void addRawFrames(benchmark::State& state)
+void AddRawFrames(benchmark::State& state)
 {
     const test_support::TemporaryFolder folder;
     std::vector<char> frame(rawFrame, 'x');
@@ -150,7 +151,7 @@ void addRawFrames(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * rawFramesOfFile * rawFrame);
 }
 
-void writeRawFrames(benchmark::State& state)
+void WriteRawFrames(benchmark::State& state)
 {
     const test_support::TemporaryFolder folder;
     std::vector<char> frame(rawFrame, 'x');
@@ -172,7 +173,7 @@ constexpr int framesOfMovie = 90;
 
 // The whole chain: planes are turned and composed, the frame is compressed and written, the movie
 // is finished.
-void recordMovie(benchmark::State& state, const wchar_t* codec, int quality)
+void RecordMovie(benchmark::State& state, const wchar_t* codec, int quality)
 {
     application.WriteProfileString(L"Settings\\Capture", L"RecordCodec", codec);
     application.WriteProfileInt(L"Settings\\Capture", L"RecordQuality", quality);
@@ -205,17 +206,17 @@ int main(int argc, char** argv)
 {
     application.SetRegistryKey(L"CineBench");
     const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
-    benchmark::RegisterBenchmark("Compose/memory", composeInMemory);
-    benchmark::RegisterBenchmark("Compose/device contexts", composeThroughDeviceContexts);
-    benchmark::RegisterBenchmark("Compose/memcpy", copyTouchedBytes);
-    benchmark::RegisterBenchmark("Raw/AddFrame", addRawFrames)
+    benchmark::RegisterBenchmark("Compose/memory", ComposeInMemory);
+    benchmark::RegisterBenchmark("Compose/device contexts", ComposeThroughDeviceContexts);
+    benchmark::RegisterBenchmark("Compose/memcpy", CopyTouchedBytes);
+    benchmark::RegisterBenchmark("Raw/AddFrame", AddRawFrames)
         ->Unit(benchmark::kMillisecond)
         ->UseRealTime();
-    benchmark::RegisterBenchmark("Raw/WriteFile", writeRawFrames)
+    benchmark::RegisterBenchmark("Raw/WriteFile", WriteRawFrames)
         ->Unit(benchmark::kMillisecond)
         ->UseRealTime();
     const auto movie = [](const char* name, const wchar_t* codec, int quality) {
-        benchmark::RegisterBenchmark(name, recordMovie, codec, quality)
+        benchmark::RegisterBenchmark(name, RecordMovie, codec, quality)
             ->Unit(benchmark::kMillisecond)
             ->UseRealTime();
     };

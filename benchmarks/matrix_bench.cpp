@@ -24,7 +24,7 @@ constexpr int observations = 1000;
 class Numbers
 {
 public:
-    std::vector<double> make(int count)
+    std::vector<double> Make(int count)
     {
         std::vector<double> values(static_cast<std::size_t>(count));
         for (double& value : values)
@@ -33,9 +33,9 @@ public:
     }
 
     // A matrix that needs no pivoting.
-    std::vector<double> makeDominant(int n)
+    std::vector<double> MakeDominant(int n)
     {
-        std::vector<double> values = make(n * n);
+        std::vector<double> values = Make(n * n);
         for (int i = 0; i < n; ++i)
             values[static_cast<std::size_t>(i * n + i)] += n;
         return values;
@@ -46,16 +46,16 @@ private:
     std::uniform_real_distribution<double> m_distribution{-1.0, 1.0};
 };
 
-int size(const benchmark::State& state)
+int Size(const benchmark::State& state)
 {
     return static_cast<int>(state.range(0));
 }
 
-void productOurs(benchmark::State& state)
+void ProductOurs(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    const auto a = numbers.make(n * n), b = numbers.make(n * n);
+    const auto a = numbers.Make(n * n), b = numbers.Make(n * n);
     std::vector<double> out(a.size());
     for (auto _ : state) {
         MAT_MatrixProduct(a.data(), b.data(), n, out.data());
@@ -63,11 +63,11 @@ void productOurs(benchmark::State& state)
     }
 }
 
-void productEigen(benchmark::State& state)
+void ProductEigen(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    auto a = numbers.make(n * n), b = numbers.make(n * n);
+    auto a = numbers.Make(n * n), b = numbers.Make(n * n);
     std::vector<double> out(a.size());
     MatrixView A(a.data(), n, n), B(b.data(), n, n), C(out.data(), n, n);
     for (auto _ : state) {
@@ -76,12 +76,12 @@ void productEigen(benchmark::State& state)
     }
 }
 
-void invertOurs(benchmark::State& state)
+void InvertOurs(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    const auto a = numbers.makeDominant(n);
-    auto b = numbers.make(n);
+    const auto a = numbers.MakeDominant(n);
+    auto b = numbers.Make(n);
     std::vector<double> out(a.size());
     for (auto _ : state) {
         MAT_InvertMatrix(a.data(), n, b.data(), out.data());
@@ -89,11 +89,11 @@ void invertOurs(benchmark::State& state)
     }
 }
 
-void invertEigen(benchmark::State& state)
+void InvertEigen(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    auto a = numbers.makeDominant(n), b = numbers.make(n);
+    auto a = numbers.MakeDominant(n), b = numbers.Make(n);
     std::vector<double> out(a.size());
     MatrixView A(a.data(), n, n), inverse(out.data(), n, n);
     VectorView right(b.data(), n);
@@ -105,11 +105,11 @@ void invertEigen(benchmark::State& state)
     }
 }
 
-void leastSquaresOurs(benchmark::State& state)
+void LeastSquaresOurs(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    const auto a = numbers.make(observations * n), y = numbers.make(observations);
+    const auto a = numbers.Make(observations * n), y = numbers.Make(observations);
     std::vector<double> x(static_cast<std::size_t>(n));
     for (auto _ : state) {
         MAT_LeastSquares(a.data(), observations, n, y.data(), x.data());
@@ -117,11 +117,11 @@ void leastSquaresOurs(benchmark::State& state)
     }
 }
 
-void leastSquaresEigen(benchmark::State& state)
+void LeastSquaresEigen(benchmark::State& state)
 {
-    const int n = size(state);
+    const int n = Size(state);
     Numbers numbers;
-    auto a = numbers.make(observations * n), y = numbers.make(observations);
+    auto a = numbers.Make(observations * n), y = numbers.Make(observations);
     std::vector<double> out(static_cast<std::size_t>(n));
     MatrixView A(a.data(), observations, n);
     VectorView right(y.data(), observations), x(out.data(), n);
@@ -133,12 +133,12 @@ void leastSquaresEigen(benchmark::State& state)
 
 #define SIZES                                                                                      \
     Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times come in coarse steps
-BENCHMARK(productOurs)->Name("MatrixProduct/ours")->SIZES;
-BENCHMARK(productEigen)->Name("MatrixProduct/Eigen")->SIZES;
-BENCHMARK(invertOurs)->Name("InvertMatrix/ours")->SIZES;
-BENCHMARK(invertEigen)->Name("InvertMatrix/Eigen")->SIZES;
-BENCHMARK(leastSquaresOurs)->Name("LeastSquares1000/ours")->SIZES;
-BENCHMARK(leastSquaresEigen)->Name("LeastSquares1000/Eigen")->SIZES;
+BENCHMARK(ProductOurs)->Name("MatrixProduct/ours")->SIZES;
+BENCHMARK(ProductEigen)->Name("MatrixProduct/Eigen")->SIZES;
+BENCHMARK(InvertOurs)->Name("InvertMatrix/ours")->SIZES;
+BENCHMARK(InvertEigen)->Name("InvertMatrix/Eigen")->SIZES;
+BENCHMARK(LeastSquaresOurs)->Name("LeastSquares1000/ours")->SIZES;
+BENCHMARK(LeastSquaresEigen)->Name("LeastSquares1000/Eigen")->SIZES;
 
 // Keeps the best of the repetitions of each run: the machine's other work can only add to a time.
 class BestTimes : public benchmark::ConsoleReporter
@@ -156,16 +156,16 @@ public:
         }
     }
 
-    void printRatios() const
+    void PrintRatios() const
     {
         std::printf("\n%-18s %4s %12s %12s %8s\n", "routine", "n", "ours ns", "Eigen ns", "ratio");
         for (const char* routine : {"MatrixProduct", "InvertMatrix", "LeastSquares1000"})
             for (const char* n : {"3", "6", "12", "24", "49"})
-                printRatio(routine, n);
+                PrintRatio(routine, n);
     }
 
 private:
-    void printRatio(const std::string& routine, const std::string& n) const
+    void PrintRatio(const std::string& routine, const std::string& n) const
     {
         const auto ours = m_times.find(routine + "/ours/" + n),
                    eigen = m_times.find(routine + "/Eigen/" + n);
@@ -185,6 +185,6 @@ int main(int argc, char** argv)
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     BestTimes reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
+    reporter.PrintRatios();
     return 0;
 }

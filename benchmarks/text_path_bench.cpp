@@ -95,21 +95,21 @@ void MapAndCopy(benchmark::State& state)
 
 namespace fs = std::filesystem;
 
-fs::path layoutFolder()
+fs::path LayoutFolder()
 {
     return fs::temp_directory_path() / L"text_path_bench";
 }
 
 void ParsePathFound(benchmark::State& state)
 {
-    const std::wstring reference = L"file:///" + (layoutFolder() / L"main.xml").generic_wstring();
+    const std::wstring reference = L"file:///" + (LayoutFolder() / L"main.xml").generic_wstring();
     for (auto _ : state)
         benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"img.png"));
 }
 
 void FilesystemExists(benchmark::State& state)
 {
-    const fs::path reference = layoutFolder() / L"main.xml";
+    const fs::path reference = LayoutFolder() / L"main.xml";
     for (auto _ : state) {
         fs::path found = reference.parent_path() / L"img.png";
         if (!fs::exists(found)) state.SkipWithError("the file is gone");
@@ -119,14 +119,14 @@ void FilesystemExists(benchmark::State& state)
 
 void ParsePathRelative(benchmark::State& state)
 {
-    const std::wstring reference = L"file:///" + (layoutFolder() / L"main.xml").generic_wstring();
+    const std::wstring reference = L"file:///" + (LayoutFolder() / L"main.xml").generic_wstring();
     for (auto _ : state)
         benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"..\\img.png"));
 }
 
 void FilesystemCompose(benchmark::State& state)
 {
-    const fs::path reference = layoutFolder() / L"main.xml";
+    const fs::path reference = LayoutFolder() / L"main.xml";
     for (auto _ : state) {
         std::wstring composed = (reference.parent_path() / L"..\\img.png").generic_wstring();
         benchmark::DoNotOptimize(composed);
@@ -191,10 +191,10 @@ constexpr const char* table =
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    fs::create_directories(layoutFolder());
-    WriteFile(layoutFolder() / L"img.png", "x");
-    WriteFile(layoutFolder() / L"texts.xlf", table);
-    if (!ZelTString::load(layoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de"))
+    fs::create_directories(LayoutFolder());
+    WriteFile(LayoutFolder() / L"img.png", "x");
+    WriteFile(LayoutFolder() / L"texts.xlf", table);
+    if (!ZelTString::load(LayoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de"))
         return 1;
 
     TimeKeeper keeper;
@@ -207,6 +207,6 @@ int main(int argc, char** argv)
     PrintRatio(keeper, "ParsePathFound", "FilesystemExists");
     PrintRatio(keeper, "ParsePathRelative", "FilesystemCompose");
     std::error_code error;
-    fs::remove_all(layoutFolder(), error);
+    fs::remove_all(LayoutFolder(), error);
     return 0;
 }

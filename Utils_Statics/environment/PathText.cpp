@@ -62,7 +62,7 @@ std::wstring WithoutLastComponent(const std::wstring& path)
 {
     PathBuffer buffer(path);
     PathRemoveFileSpecW(buffer.data());
-    return buffer.text();
+    return buffer.Text();
 }
 
 std::wstring WithoutTrailingBackslash(std::wstring path)

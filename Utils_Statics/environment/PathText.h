@@ -43,7 +43,7 @@ public:
     explicit PathBuffer(const std::wstring& path);
 
     wchar_t* data() { return m_text; }
-    std::wstring text() const { return m_text; }
+    std::wstring Text() const { return m_text; }
 
 private:
     wchar_t m_text[MAX_PATH] = {};

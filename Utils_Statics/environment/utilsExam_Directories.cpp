@@ -46,7 +46,7 @@ public:
         if (m_fits) path.copy(m_text, path.size());
     }
 
-    bool fits() const { return m_fits; }
+    bool Fits() const { return m_fits; }
     const wchar_t* data() const { return m_text; }
 
 private:
@@ -119,7 +119,7 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
     operation.wFunc = FO_DELETE;
     operation.pFrom = list.data();
     operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
-    if (!RunShellOperation(operation, list.fits())) LogLastError(521);
+    if (!RunShellOperation(operation, list.Fits())) LogLastError(521);
 }
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
@@ -152,7 +152,7 @@ int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, con
     record.fFlags = static_cast<FILEOP_FLAGS>(flags | (silent ? silentFlags : FOF_SIMPLEPROGRESS));
     record.hNameMappings = nameMappings;
     record.lpszProgressTitle = progressTitle;
-    if (RunShellOperation(record, source.fits() && destination.fits())) return 1;
+    if (RunShellOperation(record, source.Fits() && destination.Fits())) return 1;
     LogLastError(581);
     return 0;
 }

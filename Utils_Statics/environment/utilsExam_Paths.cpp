@@ -34,7 +34,7 @@ PathBuffer ProgramFile(const wchar_t* fallbackName)
 
 CString utilsExam::GetApplicationFilePath()
 {
-    return ToCString(ProgramFile(L"exam.exe").text());
+    return ToCString(ProgramFile(L"exam.exe").Text());
 }
 
 CString utilsExam::GetApplicationPath()
@@ -42,7 +42,7 @@ CString utilsExam::GetApplicationPath()
     PathBuffer buffer = ProgramFile(L"");
     PathRemoveFileSpecW(buffer.data());
     PathAddBackslashW(buffer.data());
-    return ToCString(buffer.text());
+    return ToCString(buffer.Text());
 }
 
 CString utilsExam::GetRegistryPath(const wchar_t* key, const wchar_t* defaultPath)

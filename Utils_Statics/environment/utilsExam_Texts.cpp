@@ -39,33 +39,33 @@ public:
     {
     }
 
-    void add(std::wstring_view word)
+    void Add(std::wstring_view word)
     {
-        appendWithGap(word);
+        AppendWithGap(word);
         if (MeasuredWidth(m_dc, m_line) <= m_width) return;
         ++m_count;
         m_line = CString(word.data(), static_cast<int>(word.size()));
     }
 
-    int count() const { return m_count; }
+    int Count() const { return m_count; }
 
 private:
     // A word is looked up from the current position, which then moves to the next space, and only
     // when there is none to the next line feed. So a word that ends in a line feed takes the words
     // up to that space out of reach: they are appended without what stood before them. Deliberate.
-    void appendWithGap(std::wstring_view word)
+    void AppendWithGap(std::wstring_view word)
     {
         const std::size_t found = m_text.find(word, m_position);
         if (found != std::wstring_view::npos) {
-            append(m_text.substr(m_position, found - m_position));
+            Append(m_text.substr(m_position, found - m_position));
             std::size_t next = m_text.find(L' ', found + word.size());
             if (next == std::wstring_view::npos) next = m_text.find(L'\n', found + word.size());
             m_position = std::min(next, m_text.size());
         }
-        append(word);
+        Append(word);
     }
 
-    void append(std::wstring_view part)
+    void Append(std::wstring_view part)
     {
         m_line.Append(part.data(), static_cast<int>(part.size()));
     }
@@ -105,9 +105,9 @@ int utilsExam::WrapStr(CDC* dc, CString& text, int width)
     LineCounter lines(*dc, whole, width);
     std::wstring_view longest = word;
     for (; !word.empty(); word = NextWord(whole, position)) {
-        lines.add(word);
+        lines.Add(word);
         if (word.size() > longest.size()) longest = word;
     }
     text = CString(longest.data(), static_cast<int>(longest.size()));
-    return lines.count();
+    return lines.Count();
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr float VerticalSlope = 1e10F; // steeper than any line between two 32-bit points
+constexpr float verticalSlope = 1e10F; // steeper than any line between two 32-bit points
 
 ULine Reversed(const ULine& line)
 {
@@ -44,7 +44,7 @@ bool Between(int value, int low, int high)
 
 float Slope(const ULine& line)
 {
-    if (line.x1 == line.x2) return VerticalSlope;
+    if (line.x1 == line.x2) return verticalSlope;
     const auto dy = static_cast<float>(std::int64_t{line.y2} - line.y1);
     const auto dx = static_cast<float>(std::int64_t{line.x2} - line.x1);
     return dy / dx;
@@ -147,10 +147,10 @@ bool CImgGeometry::GetIntersectPt(const ULine& a, const ULine& b, UPoint& pt)
     const float ma = Slope(a);
     const float mb = Slope(b);
     if (ma == mb) return false;
-    if (ma == VerticalSlope) {
+    if (ma == verticalSlope) {
         pt = {a.x1, base::wrap::Truncate(
                         HeightAt(a.x1, b, mb))}; // truncated, deliberately unlike the next
-    } else if (mb == VerticalSlope) {
+    } else if (mb == verticalSlope) {
         pt = {b.x1, qor_utils::round(HeightAt(b.x1, a, ma))};
     } else {
         const float ca = Intercept(a, ma);

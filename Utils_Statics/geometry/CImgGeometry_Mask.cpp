@@ -86,7 +86,7 @@ private:
 class Strip
 {
 public:
-    static constexpr int Width = 128;
+    static constexpr int stripWidth = 128;
 
     void Add(const Region::Run& run)
     {
@@ -94,7 +94,7 @@ public:
         m_top[i] = run.top;
         m_bottom[i] = run.bottom;
     }
-    bool Full() const { return m_count == Width; }
+    bool Full() const { return m_count == stripWidth; }
 
     void Fill(unsigned char* firstColumn, int width, unsigned char value)
     {
@@ -123,8 +123,8 @@ private:
         }
     }
 
-    std::array<int, Width> m_top{};
-    std::array<int, Width> m_bottom{};
+    std::array<int, stripWidth> m_top{};
+    std::array<int, stripWidth> m_bottom{};
     int m_count = 0;
 };
 

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cmath>
 
+namespace utils_statics {
+
 namespace {
 
-inline void subtractMultiple(double* row, double factor, const double* pivotRow, std::size_t begin,
+inline void SubtractMultiple(double* row, double factor, const double* pivotRow, std::size_t begin,
                              std::size_t end) noexcept
 {
     const __m128d f = _mm_set1_pd(factor);
@@ -17,7 +19,7 @@ inline void subtractMultiple(double* row, double factor, const double* pivotRow,
 }
 
 // Two rows at a time: the pivot row is loaded once for both.
-inline void subtractMultiples(double* row1, double factor1, double* row2, double factor2,
+inline void SubtractMultiples(double* row1, double factor1, double* row2, double factor2,
                               const double* pivotRow, std::size_t begin, std::size_t end) noexcept
 {
     const __m128d f1 = _mm_set1_pd(factor1);
@@ -29,12 +31,12 @@ inline void subtractMultiples(double* row1, double factor1, double* row2, double
     }
 }
 
-constexpr std::size_t evenBelow(std::size_t c) noexcept
+constexpr std::size_t EvenBelow(std::size_t c) noexcept
 {
     return c / 2 * 2;
 }
 
-constexpr std::size_t evenAbove(std::size_t c) noexcept
+constexpr std::size_t EvenAbove(std::size_t c) noexcept
 {
     return (c + 1) / 2 * 2;
 }
@@ -42,7 +44,7 @@ constexpr std::size_t evenAbove(std::size_t c) noexcept
 } // namespace
 
 AugmentedMatrix::AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noexcept
-    : m_n(n), m_width(evenAbove(n + furtherColumns)), m_data(n, m_width)
+    : m_n(n), m_width(EvenAbove(n + furtherColumns)), m_data(n, m_width)
 {
 }
 
@@ -53,66 +55,68 @@ struct AugmentedMatrix::Columns
     std::size_t end1, begin2, end2;
 };
 
-void AugmentedMatrix::eliminate() noexcept
+void AugmentedMatrix::Eliminate() noexcept
 {
     for (std::size_t k = 0; k < m_n; ++k)
-        clearBelow(k);
+        ClearBelow(k);
     for (std::size_t k = m_n; k-- > 1;)
-        clearAbove(k);
+        ClearAbove(k);
 }
 
-void AugmentedMatrix::clearBelow(std::size_t pivot) noexcept
+void AugmentedMatrix::ClearBelow(std::size_t pivot) noexcept
 {
-    const double* pivotRow = row(pivot);
+    const double* pivotRow = Row(pivot);
     const double divisor = pivotRow[pivot];
     std::size_t i = pivot + 1;
     for (; i + 2 <= m_n; i += 2) {
-        const double factor1 = row(i)[pivot] / divisor, factor2 = row(i + 1)[pivot] / divisor;
-        subtractFromPair(i, factor1, factor2, pivotRow, columnsBelow(pivot, factor1, factor2));
+        const double factor1 = Row(i)[pivot] / divisor, factor2 = Row(i + 1)[pivot] / divisor;
+        SubtractFromPair(i, factor1, factor2, pivotRow, ColumnsBelow(pivot, factor1, factor2));
     }
     if (i == m_n) return;
-    const double factor = row(i)[pivot] / divisor;
-    subtractFrom(i, factor, pivotRow, columnsBelow(pivot, factor, factor));
+    const double factor = Row(i)[pivot] / divisor;
+    SubtractFrom(i, factor, pivotRow, ColumnsBelow(pivot, factor, factor));
 }
 
-void AugmentedMatrix::clearAbove(std::size_t pivot) noexcept
+void AugmentedMatrix::ClearAbove(std::size_t pivot) noexcept
 {
-    const double* pivotRow = row(pivot);
+    const double* pivotRow = Row(pivot);
     const double divisor = pivotRow[pivot];
     // Nothing reads the square part from the pivot's column on any more.
-    const std::size_t end = evenAbove(pivot);
-    const Columns columns{end, std::max(end, evenBelow(m_n)), m_width};
+    const std::size_t end = EvenAbove(pivot);
+    const Columns columns{end, std::max(end, EvenBelow(m_n)), m_width};
     std::size_t i = 0;
     for (; i + 2 <= pivot; i += 2)
-        subtractFromPair(i, row(i)[pivot] / divisor, row(i + 1)[pivot] / divisor, pivotRow,
+        SubtractFromPair(i, Row(i)[pivot] / divisor, Row(i + 1)[pivot] / divisor, pivotRow,
                          columns);
-    if (i < pivot) subtractFrom(i, row(i)[pivot] / divisor, pivotRow, columns);
+    if (i < pivot) SubtractFrom(i, Row(i)[pivot] / divisor, pivotRow, columns);
 }
 
 // The columns left of the pivot take part too: rounding leaves residues there, which the backward
 // pass carries to the result. The pivot row's part of the identity is zero right of its diagonal,
 // and a multiple of zero changes nothing, unless a factor that is infinite or not a number has
 // turned or turns the zeros into something else.
-AugmentedMatrix::Columns AugmentedMatrix::columnsBelow(std::size_t pivot, double factor1,
+AugmentedMatrix::Columns AugmentedMatrix::ColumnsBelow(std::size_t pivot, double factor1,
                                                        double factor2) noexcept
 {
     m_isIdentityTriangular =
         m_isIdentityTriangular && std::isfinite(factor1) && std::isfinite(factor2);
     const std::size_t end =
-        m_isIdentityTriangular ? std::min(m_width, evenAbove(m_n + 2 + pivot)) : m_width;
+        m_isIdentityTriangular ? std::min(m_width, EvenAbove(m_n + 2 + pivot)) : m_width;
     return {end, end, end};
 }
 
-void AugmentedMatrix::subtractFromPair(std::size_t i, double factor1, double factor2,
+void AugmentedMatrix::SubtractFromPair(std::size_t i, double factor1, double factor2,
                                        const double* pivotRow, Columns columns) noexcept
 {
-    subtractMultiples(row(i), factor1, row(i + 1), factor2, pivotRow, 0, columns.end1);
-    subtractMultiples(row(i), factor1, row(i + 1), factor2, pivotRow, columns.begin2, columns.end2);
+    SubtractMultiples(Row(i), factor1, Row(i + 1), factor2, pivotRow, 0, columns.end1);
+    SubtractMultiples(Row(i), factor1, Row(i + 1), factor2, pivotRow, columns.begin2, columns.end2);
 }
 
-void AugmentedMatrix::subtractFrom(std::size_t i, double factor, const double* pivotRow,
+void AugmentedMatrix::SubtractFrom(std::size_t i, double factor, const double* pivotRow,
                                    Columns columns) noexcept
 {
-    subtractMultiple(row(i), factor, pivotRow, 0, columns.end1);
-    subtractMultiple(row(i), factor, pivotRow, columns.begin2, columns.end2);
+    SubtractMultiple(Row(i), factor, pivotRow, 0, columns.end1);
+    SubtractMultiple(Row(i), factor, pivotRow, columns.begin2, columns.end2);
 }
+
+} // namespace utils_statics

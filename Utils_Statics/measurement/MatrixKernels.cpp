@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace matrix_kernels {
+namespace utils_statics {
 
 namespace {
 
@@ -27,7 +27,7 @@ enum class Start
 
 // Rows rows of one pair of columns, or of two pairs of which the second begins at column second.
 template <Start start, std::size_t Rows, std::size_t Pairs>
-inline void sumTile(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
+inline void SumTile(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
                     std::size_t outStride, std::size_t second = 2) noexcept
 {
     __m128d sum[Rows][Pairs];
@@ -51,7 +51,7 @@ inline void sumTile(Operand a, const double* b, std::size_t bStride, std::size_t
 }
 
 template <Start start, std::size_t Rows>
-inline void sumColumn(Operand a, const double* b, std::size_t bStride, std::size_t count,
+inline void SumColumn(Operand a, const double* b, std::size_t bStride, std::size_t count,
                       double* out, std::size_t outStride) noexcept
 {
     double sum[Rows];
@@ -66,7 +66,7 @@ inline void sumColumn(Operand a, const double* b, std::size_t bStride, std::size
 
 // What is left after the tiles of four columns, from column j on.
 template <Start start, std::size_t Rows>
-inline void sumLastColumns(Operand a, const double* b, std::size_t bStride, std::size_t j,
+inline void SumLastColumns(Operand a, const double* b, std::size_t bStride, std::size_t j,
                            std::size_t cols, std::size_t count, double* out,
                            std::size_t outStride) noexcept
 {
@@ -74,40 +74,40 @@ inline void sumLastColumns(Operand a, const double* b, std::size_t bStride, std:
     // neighbour.
     constexpr bool mayOverlap = start == Start::zero;
     if (mayOverlap && cols - j == 3)
-        return sumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride, 1);
+        return SumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride, 1);
     if (cols - j >= 2) {
-        sumTile<start, Rows, 1>(a, b + j, bStride, count, out + j, outStride);
+        SumTile<start, Rows, 1>(a, b + j, bStride, count, out + j, outStride);
         j += 2;
     }
     if (j == cols) return;
     if (mayOverlap && cols >= 2)
-        return sumTile<start, Rows, 1>(a, b + cols - 2, bStride, count, out + cols - 2, outStride);
-    sumColumn<start, Rows>(a, b + j, bStride, count, out + j, outStride);
+        return SumTile<start, Rows, 1>(a, b + cols - 2, bStride, count, out + cols - 2, outStride);
+    SumColumn<start, Rows>(a, b + j, bStride, count, out + j, outStride);
 }
 
 // Rows rows, all columns from first on.
 template <Start start, std::size_t Rows>
-void sumRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols,
+void SumRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols,
              std::size_t count, double* out, std::size_t outStride) noexcept
 {
     std::size_t j = first;
     if constexpr (Rows == 1) // one row alone has too few sums to keep the adder busy
         for (; j + 8 <= cols; j += 8)
-            sumTile<start, Rows, 4>(a, b + j, bStride, count, out + j, outStride);
+            SumTile<start, Rows, 4>(a, b + j, bStride, count, out + j, outStride);
     for (; j + 4 <= cols; j += 4)
-        sumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride);
-    sumLastColumns<start, Rows>(a, b, bStride, j, cols, count, out, outStride);
+        SumTile<start, Rows, 2>(a, b + j, bStride, count, out + j, outStride);
+    SumLastColumns<start, Rows>(a, b, bStride, j, cols, count, out, outStride);
 }
 
 // All rows; with upper, only the columns from each block of rows on to the right.
 template <Start start>
-void sumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
+void SumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
             std::size_t count, double* out, std::size_t outStride, bool upper) noexcept
 {
     std::size_t i = 0;
     const auto block = [&]<std::size_t Rows>() {
         for (; i + Rows <= rows; i += Rows)
-            sumRows<start, Rows>({a.data + i * a.stride, a.stride, a.step}, b, bStride,
+            SumRows<start, Rows>({a.data + i * a.stride, a.stride, a.step}, b, bStride,
                                  upper ? i : 0, cols, count, out + i * outStride, outStride);
     };
     block.template operator()<tileRows>();
@@ -118,26 +118,26 @@ void sumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, s
 
 } // namespace
 
-bool isPossible(int rows, int cols) noexcept
+bool IsPossible(int rows, int cols) noexcept
 {
     if (rows < 1 || cols < 1) return false;
     return static_cast<std::size_t>(rows) <=
            PTRDIFF_MAX / sizeof(double) / static_cast<std::size_t>(cols);
 }
 
-void product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
+void Product(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
              std::size_t count, double* out, std::size_t outStride) noexcept
 {
-    sumAll<Start::zero>(a, b, bStride, rows, cols, count, out, outStride, false);
+    SumAll<Start::zero>(a, b, bStride, rows, cols, count, out, outStride, false);
 }
 
-void product3(const double* A, const double* B, double* out) noexcept
+void Product3(const double* A, const double* B, double* out) noexcept
 {
-    sumTile<Start::zero, 2, 2>({A, 3, 1}, B, 3, 3, out, 3, 1);
-    sumTile<Start::zero, 1, 2>({A + 6, 3, 1}, B, 3, 3, out + 6, 3, 1);
+    SumTile<Start::zero, 2, 2>({A, 3, 1}, B, 3, 3, out, 3, 1);
+    SumTile<Start::zero, 1, 2>({A + 6, 3, 1}, B, 3, 3, out + 6, 3, 1);
 }
 
-void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out,
+void TransposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* out,
                          std::size_t outStride) noexcept
 {
     for (std::size_t i = 0; i < n; ++i)
@@ -145,7 +145,7 @@ void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* 
     const std::size_t chunk = std::max<std::size_t>(1, chunkSize / n);
     for (std::size_t k = 0; k < m; k += chunk) {
         const double* rows = A + k * n;
-        sumAll<Start::out>({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride,
+        SumAll<Start::out>({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride,
                            true);
     }
     // Both halves are the same sums of the same products.
@@ -154,4 +154,4 @@ void transposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* 
             out[i * outStride + j] = out[j * outStride + i];
 }
 
-} // namespace matrix_kernels
+} // namespace utils_statics

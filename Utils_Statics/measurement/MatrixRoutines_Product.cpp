@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <cwchar>
 
+using namespace utils_statics;
+
 namespace {
 
 // Four rows at a time, their sums side by side.
-void fourRowsTimesVector(const double* M, std::size_t cols, const double* v, double* out) noexcept
+void FourRowsTimesVector(const double* M, std::size_t cols, const double* v, double* out) noexcept
 {
     __m128d sum01 = _mm_setzero_pd();
     __m128d sum23 = _mm_setzero_pd();
@@ -23,7 +25,7 @@ void fourRowsTimesVector(const double* M, std::size_t cols, const double* v, dou
     _mm_storeu_pd(out + 2, sum23);
 }
 
-double rowTimesVector(const double* row, std::size_t cols, const double* v) noexcept
+double RowTimesVector(const double* row, std::size_t cols, const double* v) noexcept
 {
     double sum = 0.0;
     for (std::size_t j = 0; j < cols; ++j)
@@ -36,12 +38,11 @@ double rowTimesVector(const double* row, std::size_t cols, const double* v) noex
 void MAT_AT_Times_A(const double* A, int m, int n, double* out, int* outSize) noexcept
 {
     if (outSize) *outSize = n;
-    if (!matrix_kernels::isPossible(n, n) || !out) return;
-    const bool hasRows = A && matrix_kernels::isPossible(m, n);
+    if (!IsPossible(n, n) || !out) return;
+    const bool hasRows = A && IsPossible(m, n);
     if (m > 0 && !hasRows) return;
     const std::size_t size = static_cast<std::size_t>(n);
-    matrix_kernels::transposedTimesSelf(A, hasRows ? static_cast<std::size_t>(m) : 0, size, out,
-                                        size);
+    TransposedTimesSelf(A, hasRows ? static_cast<std::size_t>(m) : 0, size, out, size);
 }
 
 void MAT_MatrixVectorProduct(const double* M, int rows, int cols, const double* v, int vLength,
@@ -50,19 +51,19 @@ void MAT_MatrixVectorProduct(const double* M, int rows, int cols, const double* 
     if (vLength != cols) std::wprintf(L"\nMatrix vector product incorrect sizes\n");
     if (rows < 1 || !out) return;
     const std::size_t width = cols > 0 ? static_cast<std::size_t>(cols) : 0;
-    if (width > 0 && (!M || !v || !matrix_kernels::isPossible(rows, cols))) return;
+    if (width > 0 && (!M || !v || !IsPossible(rows, cols))) return;
     const std::size_t height = static_cast<std::size_t>(rows);
     std::size_t i = 0;
     for (; i + 4 <= height; i += 4)
-        fourRowsTimesVector(M + i * width, width, v, out + i);
+        FourRowsTimesVector(M + i * width, width, v, out + i);
     for (; i < height; ++i)
-        out[i] = rowTimesVector(M + i * width, width, v);
+        out[i] = RowTimesVector(M + i * width, width, v);
 }
 
 void MAT_MatrixProduct(const double* A, const double* B, int n, double* out) noexcept
 {
-    if (!matrix_kernels::isPossible(n, n) || !A || !B || !out) return;
-    if (n == 3) return matrix_kernels::product3(A, B, out);
+    if (!IsPossible(n, n) || !A || !B || !out) return;
+    if (n == 3) return Product3(A, B, out);
     const std::size_t size = static_cast<std::size_t>(n);
-    matrix_kernels::product({A, size, 1}, B, size, size, size, size, out, size);
+    Product({A, size, 1}, B, size, size, size, size, out, size);
 }

@@ -7,22 +7,24 @@
 #include <algorithm>
 #include <cstddef>
 
+using namespace utils_statics;
+
 void MAT_InvertMatrix(const double* A, int n, double* b, double* out) noexcept
 {
-    if (!matrix_kernels::isPossible(n, n) || !A || !b || !out) return;
+    if (!IsPossible(n, n) || !A || !b || !out) return;
     const std::size_t size = static_cast<std::size_t>(n);
     AugmentedMatrix matrix(size, size + 1); // A, b, identity
-    if (!matrix.isUsable()) return;
+    if (!matrix.IsUsable()) return;
     for (std::size_t i = 0; i < size; ++i) {
-        double* row = matrix.row(i);
+        double* row = matrix.Row(i);
         std::copy_n(A + i * size, size, row);
         row[size] = b[i];
         row[size + 1 + i] = 1.0;
     }
-    matrix.eliminate();
+    matrix.Eliminate();
     for (std::size_t i = 0; i < size; ++i) {
-        const double* row = matrix.row(i);
-        const double scale = matrix.scaleOf(i);
+        const double* row = matrix.Row(i);
+        const double scale = matrix.ScaleOf(i);
         b[i] = row[size] * scale;
         for (std::size_t j = 0; j < size; ++j)
             out[i * size + j] = row[size + 1 + j] * scale;
@@ -33,19 +35,19 @@ void MAT_InvertMatrix(const double* A, int n, double* b, double* out) noexcept
 // another one to the right of the square part.
 void MAT_LeastSquares(const double* A, int m, int n, const double* y, double* x) noexcept
 {
-    if (!matrix_kernels::isPossible(n, n) || !x) return;
-    const bool hasRows = A && y && matrix_kernels::isPossible(m, n);
+    if (!IsPossible(n, n) || !x) return;
+    const bool hasRows = A && y && IsPossible(m, n);
     if (m > 0 && !hasRows) return;
     const std::size_t rows = hasRows ? static_cast<std::size_t>(m) : 0;
     const std::size_t size = static_cast<std::size_t>(n);
     AugmentedMatrix matrix(size, 1);
     const ScratchArray<64> rightSide(1, size); // not in x, which may be y
-    if (!matrix.isUsable() || !rightSide.data()) return;
-    matrix_kernels::transposedTimesSelf(A, rows, size, matrix.row(0), matrix.width());
-    matrix_kernels::product({y, 0, 1}, A, size, 1, size, rows, rightSide.data(), size);
+    if (!matrix.IsUsable() || !rightSide.data()) return;
+    TransposedTimesSelf(A, rows, size, matrix.Row(0), matrix.Width());
+    Product({y, 0, 1}, A, size, 1, size, rows, rightSide.data(), size);
     for (std::size_t i = 0; i < size; ++i)
-        matrix.row(i)[size] = rightSide.data()[i];
-    matrix.eliminate();
+        matrix.Row(i)[size] = rightSide.data()[i];
+    matrix.Eliminate();
     for (std::size_t i = 0; i < size; ++i)
-        x[i] = matrix.row(i)[size] * matrix.scaleOf(i);
+        x[i] = matrix.Row(i)[size] * matrix.ScaleOf(i);
 }

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <new>
 
+namespace utils_statics {
+
 // Zero-filled doubles for a while: up to InlineSize of them inside the object, more from the heap.
 // Aligned to 16 bytes.
 template <std::size_t InlineSize>
@@ -38,3 +40,5 @@ private:
     alignas(16) double m_inline[InlineSize];
     double* m_data = nullptr;
 };
+
+} // namespace utils_statics

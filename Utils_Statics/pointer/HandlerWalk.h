@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace utils_statics {
+
 // A walk over the list of handlers that stays valid, without a copy of the list, while the handlers
 // that it visits change the list: the list's owner announces every insertion and removal, and the
 // walks that are under way move their positions along. A handler inserted ahead of the walk is
@@ -69,3 +71,5 @@ private:
 
     static constinit inline HandlerWalk* s_newest = nullptr;
 };
+
+} // namespace utils_statics

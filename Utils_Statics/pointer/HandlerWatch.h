@@ -2,6 +2,8 @@
 
 class IMouseHandler;
 
+namespace utils_statics {
+
 // A pointer to a handler, kept across calls of handlers' operations; it becomes null when the
 // handler is destroyed. For local variables only, which end in the reverse order of their creation;
 // never const, because they change.
@@ -36,3 +38,5 @@ private:
 
     static constinit inline HandlerWatch* s_newest = nullptr;
 };
+
+} // namespace utils_statics

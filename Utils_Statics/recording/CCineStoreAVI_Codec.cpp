@@ -7,9 +7,11 @@
 #include <cwchar>
 #include <new>
 
+using namespace utils_statics;
+
 namespace {
 
-void copyName(wchar_t* target, std::size_t size, const wchar_t* name)
+void CopyName(wchar_t* target, std::size_t size, const wchar_t* name)
 {
     const std::size_t length = std::min(std::wcslen(name), size - 1);
     std::wmemcpy(target, name, length);
@@ -28,7 +30,7 @@ public:
     QueriedCodec(const QueriedCodec&) = delete;
     QueriedCodec& operator=(const QueriedCodec&) = delete;
 
-    bool isNamed(const wchar_t* name, ICINFO& info) const
+    bool IsNamed(const wchar_t* name, ICINFO& info) const
     {
         return m_codec && ICGetInfo(m_codec, &info, sizeof info) != 0 &&
                std::wcscmp(info.szName, name) == 0;
@@ -36,7 +38,7 @@ public:
 
     // Fetches the state into a block that the options point to and the caller owns. The state's
     // size; 0 without one.
-    int fetchState(AVICOMPRESSOPTIONS& options) const
+    int FetchState(AVICOMPRESSOPTIONS& options) const
     {
         const auto size = static_cast<LONG>(ICSendMessage(m_codec, ICM_GETSTATE, 0, 0));
         if (size <= 0) return 0; // negative: the codec does not know the message
@@ -58,17 +60,17 @@ private:
 
 void CCineStoreAVI::SetCompression(wchar_t* name)
 {
-    if (name) copyName(compressionName, compressionNameSize, name);
+    if (name) CopyName(compressionName, compressionNameSize, name);
 }
 
-bool CCineStoreAVI::compressStream(const CString& codec)
+bool CCineStoreAVI::CompressStream(const CString& codec)
 {
-    copyName(compressionName, compressionNameSize, codec);
+    CopyName(compressionName, compressionNameSize, codec);
     AVICOMPRESSOPTIONS options{};
     const int found = FindCompressorOption(compressionName, &options);
     const std::unique_ptr<std::byte[]> state(static_cast<std::byte*>(options.lpParms));
     if (found == -1) return false;
-    options.dwQuality = capture_settings::recordQuality();
+    options.dwQuality = RecordQuality();
     PAVISTREAM stream = nullptr;
     if (FAILED(AVIMakeCompressedStream(&stream, rawStream.get(), &options, nullptr)) || !stream)
         return false;
@@ -83,12 +85,12 @@ int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* option
     ICINFO info{};
     for (DWORD i = 0; info = {}, info.dwSize = sizeof info, ICInfo(ICTYPE_VIDEO, i, &info); ++i) {
         const QueriedCodec codec(ICTYPE_VIDEO, info.fccHandler);
-        if (!codec.isNamed(name, info)) continue;
+        if (!codec.IsNamed(name, info)) continue;
         options->fccType = info.fccType;
         options->fccHandler = info.fccHandler;
         options->dwFlags =
             info.dwFlags; // as they stand, although these flags mean something else there
-        return codec.fetchState(*options);
+        return codec.FetchState(*options);
     }
     return -1;
 }

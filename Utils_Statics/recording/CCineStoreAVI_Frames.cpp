@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <new>
 
+using namespace utils_statics;
+
 namespace {
 
 constexpr std::size_t composedRects = 6;
@@ -24,7 +26,7 @@ constexpr std::int64_t buffered = 512 * 1024;
 
 // Some implementations of Video for Windows report success on a full disk. The file's own size
 // tells; when it cannot be asked, the report is believed.
-bool hasReachedDisk(const std::wstring& fileName, std::int64_t bytes)
+bool HasReachedDisk(const std::wstring& fileName, std::int64_t bytes)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!GetFileAttributesExW(fileName.c_str(), GetFileExInfoStandard, &data)) return true;
@@ -32,29 +34,29 @@ bool hasReachedDisk(const std::wstring& fileName, std::int64_t bytes)
     return size + buffered >= bytes;
 }
 
-void invert(unsigned int* pixels, SIZE size)
+void Invert(unsigned int* pixels, SIZE size)
 {
     qor_utils::InvertImage(pixels, size.cx, size.cy);
 }
 
-void mirror(unsigned int* pixels, SIZE size)
+void Mirror(unsigned int* pixels, SIZE size)
 {
     qor_utils::MirrorImage(pixels, size.cx, size.cy);
 }
 
 } // namespace
 
-void CCineStoreAVI::turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+void CCineStoreAVI::TurnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
                                unsigned int* image3, unsigned int* image4, bool mirror0,
                                bool bottomUp0, bool mirror1, bool bottomUp1) const
 {
-    invert(image2, cine::planeSize(rects[2]));
-    invert(image3, cine::stripSize(rects[1]));
-    invert(image4, cine::planeSize(rects[3]));
-    if (!bottomUp0) invert(image0, cine::planeSize(rects[0]));
-    if (mirror0) mirror(image0, cine::planeSize(rects[0]));
-    if (!bottomUp1) invert(image1, cine::planeSize(rects[1]));
-    if (mirror1) mirror(image1, cine::planeSize(rects[1]));
+    Invert(image2, PlaneSize(rects[2]));
+    Invert(image3, StripSize(rects[1]));
+    Invert(image4, PlaneSize(rects[3]));
+    if (!bottomUp0) Invert(image0, PlaneSize(rects[0]));
+    if (mirror0) Mirror(image0, PlaneSize(rects[0]));
+    if (!bottomUp1) Invert(image1, PlaneSize(rects[1]));
+    if (mirror1) Mirror(image1, PlaneSize(rects[1]));
 }
 
 bool CCineStoreAVI::AddFrame(unsigned int* image0, unsigned int* image1, unsigned int* image2,
@@ -63,10 +65,10 @@ bool CCineStoreAVI::AddFrame(unsigned int* image0, unsigned int* image1, unsigne
                              bool bottomUp1)
 {
     if (!outStream || rects.size() < composedRects) return false;
-    turnPlanes(image0, image1, image2, image3, image4, mirror0, bottomUp0, mirror1, bottomUp1);
+    TurnPlanes(image0, image1, image2, image3, image4, mirror0, bottomUp0, mirror1, bottomUp1);
     if (!PlaceImageOnScreen(image0, image1, image2, image3, image4, mask0, mask1)) return false;
     bool written = false;
-    if (writeFrame(frameIndex, written) < 2) ++droppedFrames;
+    if (WriteFrame(frameIndex, written) < 2) ++droppedFrames;
     ++frameIndex;
     return written;
 }
@@ -75,11 +77,11 @@ bool CCineStoreAVI::AddFrame(const CBitmap& bitmap, bool mirrored, bool bottomUp
 {
     if (!outStream || !frameBuffer) return false;
     unsigned int* const pixels = frameBuffer.get();
-    if (bitmap.GetBitmapBits(frameBytes(), pixels) == 0) return false;
+    if (bitmap.GetBitmapBits(FrameBytes(), pixels) == 0) return false;
     if (!bottomUp) qor_utils::InvertImage(pixels, format.biWidth, format.biHeight);
     if (mirrored) qor_utils::MirrorImage(pixels, format.biWidth, format.biHeight);
     bool written = false;
-    writeFrame(frameIndex, written); // deliberate: dropped frames are not counted here
+    WriteFrame(frameIndex, written); // deliberate: dropped frames are not counted here
     ++frameIndex;
     return written;
 }
@@ -92,26 +94,26 @@ try {
     if (!frameBuffer || rects.size() < composedRects) return false;
     RECT layout[composedRects];
     std::copy_n(rects.begin(), composedRects, layout);
-    const cine::Mask masks[2] = {cine::Mask(mask0), cine::Mask(mask1)};
-    const cine::Planes planes{{image0, image1, image2, image3, image4}, {&masks[0], &masks[1]}};
-    cine::compose({frameBuffer.get(), {format.biWidth, format.biHeight}}, layout, planes);
+    const Mask masks[2] = {Mask(mask0), Mask(mask1)};
+    const Planes planes{{image0, image1, image2, image3, image4}, {&masks[0], &masks[1]}};
+    Compose({frameBuffer.get(), {format.biWidth, format.biHeight}}, layout, planes);
     return true;
 } catch (const std::bad_alloc&) {
     return false;
 }
 
-bool CCineStoreAVI::hasRoomFor(LONG position, LONG size) const
+bool CCineStoreAVI::HasRoomFor(LONG position, LONG size) const
 {
     const std::int64_t around = (std::int64_t{position} + 1) * bytesAroundFrame;
     return movieBytes + size + around + movieReserve <= movieLimit;
 }
 
 // The number of bytes that the stream made of the frame; 0 or less when it was not written.
-LONG CCineStoreAVI::writeFrame(LONG position, bool& written)
+LONG CCineStoreAVI::WriteFrame(LONG position, bool& written)
 {
     written = false;
     const auto size = static_cast<LONG>(format.biSizeImage);
-    if (!hasRoomFor(position, size)) return 0;
+    if (!HasRoomFor(position, size)) return 0;
     LONG samples = 0;
     LONG bytes = 0;
     const HRESULT result = AVIStreamWrite(outStream.get(), position, 1, frameBuffer.get(), size,
@@ -120,16 +122,16 @@ LONG CCineStoreAVI::writeFrame(LONG position, bool& written)
     // for, the larger one is the number of bytes either way.
     const LONG counted = std::max(samples, bytes);
     movieBytes += std::max<LONG>(counted, 0);
-    if (FAILED(result) || !hasReachedDisk(moviePath, movieBytes)) return 0;
+    if (FAILED(result) || !HasReachedDisk(moviePath, movieBytes)) return 0;
     written = true;
     return counted;
 }
 
 // As often as frames were dropped, so that the movie keeps its length. Deliberate: frameIndex
 // stays.
-void CCineStoreAVI::repeatLastFrame()
+void CCineStoreAVI::RepeatLastFrame()
 {
     bool written = false;
     for (std::int32_t i = 0; i < droppedFrames; ++i)
-        writeFrame(frameIndex + i, written);
+        WriteFrame(frameIndex + i, written);
 }

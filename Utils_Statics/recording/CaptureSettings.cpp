@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace capture_settings {
+namespace utils_statics {
 
 namespace {
 
@@ -12,17 +12,17 @@ constexpr wchar_t section[] = L"Settings\\Capture";
 
 } // namespace
 
-CString recordCodec()
+CString RecordCodec()
 {
     CWinApp* const app = AfxGetApp();
     return app ? app->GetProfileString(section, L"RecordCodec", L"XVID") : CString(L"XVID");
 }
 
-DWORD recordQuality()
+DWORD RecordQuality()
 {
     CWinApp* const app = AfxGetApp();
     const std::uint32_t percent = app ? app->GetProfileInt(section, L"RecordQuality", 100) : 100;
     return percent * 100;
 }
 
-} // namespace capture_settings
+} // namespace utils_statics

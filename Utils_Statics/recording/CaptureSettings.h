@@ -6,13 +6,13 @@
 
 /// The application's settings for recording movies, section "Settings\Capture" of its profile.
 /// Without an application object every setting has its default.
-namespace capture_settings {
+namespace utils_statics {
 
 /// "RecordCodec": the codec's short name, or exactly "Uncompressed"; "XVID" by default.
-CString recordCodec();
+CString RecordCodec();
 
 /// "RecordQuality", a percentage (100 by default), in the hundredths of a percent that codecs count
 /// in.
-DWORD recordQuality();
+DWORD RecordQuality();
 
-} // namespace capture_settings
+} // namespace utils_statics

@@ -5,7 +5,7 @@
 
 #include <emmintrin.h>
 
-namespace cine {
+namespace utils_statics {
 
 namespace {
 
@@ -17,7 +17,7 @@ struct Span
     int length = 0;
 };
 
-Span clip(std::int64_t source, std::int64_t sourceEnd, std::int64_t target, std::int64_t targetEnd,
+Span Clip(std::int64_t source, std::int64_t sourceEnd, std::int64_t target, std::int64_t targetEnd,
           std::int64_t length)
 {
     const std::int64_t first = std::max({std::int64_t{0}, -source, -target});
@@ -27,7 +27,7 @@ Span clip(std::int64_t source, std::int64_t sourceEnd, std::int64_t target, std:
             static_cast<int>(last - first)};
 }
 
-std::uint32_t* rowOf(const Plane& plane, int y)
+std::uint32_t* RowOf(const Plane& plane, int y)
 {
     return plane.pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(plane.size.cx);
 }
@@ -35,25 +35,25 @@ std::uint32_t* rowOf(const Plane& plane, int y)
 // Calls forRow(target, source, first source column, source row, length) for every row of the region
 // inside both planes.
 template <class ForRow>
-void forEachRow(const Plane& frame, const Plane& plane, POINT origin, SIZE size, Position at,
+void ForEachRow(const Plane& frame, const Plane& plane, POINT origin, SIZE size, Position at,
                 ForRow forRow)
 {
     if (!frame.pixels || !plane.pixels) return;
-    const Span x = clip(origin.x, plane.size.cx, at.x, frame.size.cx, size.cx);
-    const Span y = clip(origin.y, plane.size.cy, at.y, frame.size.cy, size.cy);
+    const Span x = Clip(origin.x, plane.size.cx, at.x, frame.size.cx, size.cx);
+    const Span y = Clip(origin.y, plane.size.cy, at.y, frame.size.cy, size.cy);
     if (x.length == 0) return;
     for (int row = 0; row < y.length; ++row)
-        forRow(rowOf(frame, y.target + row) + x.target, rowOf(plane, y.source + row) + x.source,
+        forRow(RowOf(frame, y.target + row) + x.target, RowOf(plane, y.source + row) + x.source,
                x.source, y.source + row, x.length);
 }
 
-bool isKept(const std::uint8_t* mask, int column)
+bool IsKept(const std::uint8_t* mask, int column)
 {
     return (mask[column / 8] >> (7 - column % 8) & 1) != 0;
 }
 
 // Eight pixels under the eight bits of one mask byte.
-void copyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t mask)
+void CopyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t mask)
 {
     const __m128i bits = _mm_set1_epi32(mask);
     const __m128i weights[2] = {_mm_set_epi32(0x10, 0x20, 0x40, 0x80),
@@ -68,7 +68,7 @@ void copyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t 
 }
 
 // Number of bytes from `mask` on that equal `value`, at most `limit`.
-int runLength(const std::uint8_t* mask, int limit, std::uint8_t value)
+int RunLength(const std::uint8_t* mask, int limit, std::uint8_t value)
 {
     const std::uint64_t eight = 0x0101010101010101u * value;
     int length = 0;
@@ -82,49 +82,49 @@ int runLength(const std::uint8_t* mask, int limit, std::uint8_t value)
 }
 
 // Whole mask bytes: real masks are long runs of one value, which are copied or skipped at once.
-void copyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+void CopyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
                      int bytes)
 {
     for (int i = 0; i < bytes;) {
         if (mask[i] == 0x00) {
-            const int run = runLength(mask + i, bytes - i, 0x00);
+            const int run = RunLength(mask + i, bytes - i, 0x00);
             std::memcpy(target + 8 * i, source + 8 * i,
                         static_cast<std::size_t>(run) * 8 * sizeof *target);
             i += run;
         } else if (mask[i] == 0xFF)
-            i += runLength(mask + i, bytes - i, 0xFF);
+            i += RunLength(mask + i, bytes - i, 0xFF);
         else {
-            copyEight(target + 8 * i, source + 8 * i, mask[i]);
+            CopyEight(target + 8 * i, source + 8 * i, mask[i]);
             ++i;
         }
     }
 }
 
-void copyMaskedBits(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+void CopyMaskedBits(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
                     int column, int length)
 {
     for (int i = 0; i < length; ++i)
-        if (!isKept(mask, column + i)) target[i] = source[i];
+        if (!IsKept(mask, column + i)) target[i] = source[i];
 }
 
-void copyMaskedRow(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
+void CopyMaskedRow(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
                    int column, int length)
 {
     const int head = std::min(length, (8 - column % 8) % 8);
-    copyMaskedBits(target, source, mask, column, head);
+    CopyMaskedBits(target, source, mask, column, head);
     const int bytes = (length - head) / 8;
-    copyMaskedBytes(target + head, source + head, mask + (column + head) / 8, bytes);
+    CopyMaskedBytes(target + head, source + head, mask + (column + head) / 8, bytes);
     const int done = head + 8 * bytes;
-    copyMaskedBits(target + done, source + done, mask, column + done, length - done);
+    CopyMaskedBits(target + done, source + done, mask, column + done, length - done);
 }
 
-void paintRow(std::uint32_t* target, const std::uint32_t* source, int length)
+void PaintRow(std::uint32_t* target, const std::uint32_t* source, int length)
 {
     for (int i = 0; i < length; ++i)
         target[i] |= source[i];
 }
 
-LONG extent(LONG first, LONG end)
+LONG Extent(LONG first, LONG end)
 {
     const std::int64_t length = std::int64_t{end} - first;
     return length > 0 && length <= INT32_MAX ? static_cast<LONG>(length) : 0;
@@ -132,40 +132,40 @@ LONG extent(LONG first, LONG end)
 
 } // namespace
 
-SIZE planeSize(const RECT& rect)
+SIZE PlaneSize(const RECT& rect)
 {
-    const SIZE size{extent(rect.left, rect.right), extent(rect.top, rect.bottom)};
+    const SIZE size{Extent(rect.left, rect.right), Extent(rect.top, rect.bottom)};
     return size.cx > 0 && size.cy > 0 ? size : SIZE{};
 }
 
-SIZE stripSize(const RECT& rect1)
+SIZE StripSize(const RECT& rect1)
 {
     constexpr LONG stripHeight = 5;
-    return {extent(rect1.left, rect1.right), stripHeight};
+    return {Extent(rect1.left, rect1.right), stripHeight};
 }
 
-void copyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at)
+void CopyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at)
 {
     const SIZE covered{std::min(plane.size.cx, mask.size().cx),
                        std::min(plane.size.cy, mask.size().cy)};
-    forEachRow(frame, plane, {0, 0}, covered, at,
+    ForEachRow(frame, plane, {0, 0}, covered, at,
                [&](std::uint32_t* target, const std::uint32_t* source, int column, int row,
-                   int length) { copyMaskedRow(target, source, mask.row(row), column, length); });
+                   int length) { CopyMaskedRow(target, source, mask.row(row), column, length); });
 }
 
-void copyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at)
+void CopyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at)
 {
-    forEachRow(frame, plane, {region.left, region.top}, planeSize(region), at,
+    ForEachRow(frame, plane, {region.left, region.top}, PlaneSize(region), at,
                [](std::uint32_t* target, const std::uint32_t* source, int, int, int length) {
                    std::memcpy(target, source, static_cast<std::size_t>(length) * sizeof *target);
                });
 }
 
-void paint(const Plane& frame, const Plane& plane, Position at)
+void Paint(const Plane& frame, const Plane& plane, Position at)
 {
-    forEachRow(frame, plane, {0, 0}, plane.size, at,
+    ForEachRow(frame, plane, {0, 0}, plane.size, at,
                [](std::uint32_t* target, const std::uint32_t* source, int, int, int length) {
-                   paintRow(target, source, length);
+                   PaintRow(target, source, length);
                });
 }
 
@@ -173,45 +173,45 @@ namespace {
 
 // The top row that a screen rect has in the frame, whose rows run from the bottom of the screen
 // upwards.
-std::int64_t frameRow(const Plane& frame, const RECT& rect)
+std::int64_t FrameRow(const Plane& frame, const RECT& rect)
 {
     return std::int64_t{frame.size.cy} - rect.bottom;
 }
 
-void placeMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const Mask* mask)
+void PlaceMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const Mask* mask)
 {
     if (pixels && mask)
-        copyMasked(frame, {pixels, planeSize(rect)}, *mask, {rect.left, frameRow(frame, rect)});
+        CopyMasked(frame, {pixels, PlaneSize(rect)}, *mask, {rect.left, FrameRow(frame, rect)});
 }
 
 // A region of plane 2 keeps its place within the plane, measured from the plane's first row.
-void placeRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const RECT& region)
+void PlaceRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const RECT& region)
 {
-    const Position at{std::int64_t{rect.left} + region.left, frameRow(frame, rect) + region.top};
-    copyRegion(frame, {pixels, planeSize(rect)}, region, at);
+    const Position at{std::int64_t{rect.left} + region.left, FrameRow(frame, rect) + region.top};
+    CopyRegion(frame, {pixels, PlaneSize(rect)}, region, at);
 }
 
 } // namespace
 
-void compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes)
+void Compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes)
 {
     const RECT* const r = rects;
     const bool hasPlane1 = planes.image[1] != nullptr;
-    placeMasked(frame, r[0], planes.image[0], planes.mask[0]);
-    placeMasked(frame, r[1], planes.image[1], planes.mask[1]);
-    placeRegion(frame, r[2], planes.image[2], r[4]);
-    placeRegion(frame, r[2], planes.image[2], r[5]);
+    PlaceMasked(frame, r[0], planes.image[0], planes.mask[0]);
+    PlaceMasked(frame, r[1], planes.image[1], planes.mask[1]);
+    PlaceRegion(frame, r[2], planes.image[2], r[4]);
+    PlaceRegion(frame, r[2], planes.image[2], r[5]);
 
     // Deliberate: without plane 1 the strip lands at the frame's origin.
-    const Position strip = hasPlane1 ? Position{r[1].left, frameRow(frame, r[1])} : Position{};
-    paint(frame, {planes.image[3], stripSize(r[1])}, strip);
+    const Position strip = hasPlane1 ? Position{r[1].left, FrameRow(frame, r[1])} : Position{};
+    Paint(frame, {planes.image[3], StripSize(r[1])}, strip);
 
     // Hangs from the upper edge of plane 1, or of plane 0 without it. Deliberate: rect 3's left
     // edge is not used.
     const RECT& anchor = hasPlane1 ? r[1] : r[0];
     const std::int64_t upperEdge = std::int64_t{frame.size.cy} - anchor.top;
-    const Position overlay{anchor.left, upperEdge - r[3].top - planeSize(r[3]).cy};
-    paint(frame, {planes.image[4], planeSize(r[3])}, overlay);
+    const Position overlay{anchor.left, upperEdge - r[3].top - PlaneSize(r[3]).cy};
+    Paint(frame, {planes.image[4], PlaneSize(r[3])}, overlay);
 }
 
-} // namespace cine
+} // namespace utils_statics

@@ -10,14 +10,14 @@
 // pixels, but without making bitmaps and device contexts for every frame. Whatever lies outside the
 // frame, the plane or the mask is left out. Row 0 is the first row in memory.
 
-namespace cine {
+namespace utils_statics {
 
 /// Width and height of a rect, as a plane has them: 0 x 0 when the rect is empty, reversed or
 /// larger than 31 bits.
-SIZE planeSize(const RECT& rect);
+SIZE PlaneSize(const RECT& rect);
 
 /// Size of plane 3, from rect 1: only its width counts.
-SIZE stripSize(const RECT& rect1);
+SIZE StripSize(const RECT& rect1);
 
 /// Pixels that somebody else owns; null pixels are an empty plane.
 struct Plane
@@ -52,14 +52,14 @@ struct Position
 };
 
 /// Copies the plane to `at` where the mask's bit is 0; the mask's origin lies on the plane's.
-void copyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at);
+void CopyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at);
 
 /// Copies the region of the plane to `at`; nothing of it changes when the region is empty or
 /// reversed.
-void copyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at);
+void CopyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at);
 
 /// ORs the plane, all 32 bits, onto the frame at `at`.
-void paint(const Plane& frame, const Plane& plane, Position at);
+void Paint(const Plane& frame, const Plane& plane, Position at);
 
 /// The five planes and two masks of one frame; a plane not given has null pixels.
 struct Planes
@@ -72,6 +72,6 @@ struct Planes
 /// 0, 1 destinations of planes 0 and 1; 2 place and size of plane 2; 3 size of plane 4 and, with
 /// its top, its vertical offset; 4, 5 the regions taken from plane 2, in its own coordinates. Row 0
 /// of the frame is the bottom of the screen.
-void compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes);
+void Compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes);
 
-} // namespace cine
+} // namespace utils_statics

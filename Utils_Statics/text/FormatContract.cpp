@@ -28,7 +28,7 @@ bool SatisfiesContract(const wchar_t* text, const wchar_t* contract)
         if (piece == Piece::end) return true;
         if (piece != Piece::conversion || NextConversion(contracts) != Piece::conversion)
             return false;
-        if (texts.conversion().argument != contracts.conversion().argument) return false;
+        if (texts.Conversion().argument != contracts.Conversion().argument) return false;
     }
 }
 
@@ -40,11 +40,11 @@ std::optional<std::wstring> FormatByContract(const wchar_t* text, const wchar_t*
     FormatReader reader(text);
     for (Piece piece = reader.next(); piece != Piece::end; piece = reader.next()) {
         if (piece == Piece::literal)
-            output.appendLiteral(reader.literalBegin(), reader.literalLength());
-        else if (!output.appendConversion(reader.conversion()))
+            output.AppendLiteral(reader.LiteralBegin(), reader.LiteralLength());
+        else if (!output.AppendConversion(reader.Conversion()))
             return std::nullopt;
     }
-    return output.take();
+    return output.Take();
 }
 
 } // namespace utils_statics

@@ -41,52 +41,52 @@ std::wstring Widened(const char* text, std::size_t length)
 
 } // namespace
 
-bool FormatOutput::appendConversion(const FormatConversion& conversion)
+bool FormatOutput::AppendConversion(const FormatConversion& conversion)
 {
     switch (conversion.argument) {
-    case FormatArgument::real: return appendReal(conversion);
-    case FormatArgument::wideText: appendWideText(conversion); break;
-    case FormatArgument::narrowText: appendNarrowText(conversion); break;
+    case FormatArgument::real: return AppendReal(conversion);
+    case FormatArgument::wideText: AppendWideText(conversion); break;
+    case FormatArgument::narrowText: AppendNarrowText(conversion); break;
     case FormatArgument::address:
         m_text += AddressText(conversion, va_arg(m_arguments, void*));
         break;
     case FormatArgument::integer64:
         m_text += IntegerText(conversion, va_arg(m_arguments, long long));
         break;
-    case FormatArgument::integer32: appendInteger32(conversion, va_arg(m_arguments, int)); break;
+    case FormatArgument::integer32: AppendInteger32(conversion, va_arg(m_arguments, int)); break;
     }
     return true;
 }
 
-void FormatOutput::appendInteger32(const FormatConversion& conversion, int value)
+void FormatOutput::AppendInteger32(const FormatConversion& conversion, int value)
 {
     if (conversion.type == L'c' || conversion.type == L'C')
-        appendCharacter(conversion, value);
+        AppendCharacter(conversion, value);
     else
         m_text += IntegerText(conversion, value);
 }
 
-void FormatOutput::appendCharacter(const FormatConversion& conversion, int value)
+void FormatOutput::AppendCharacter(const FormatConversion& conversion, int value)
 {
     const char narrow = static_cast<char>(value);
     const std::wstring text = conversion.type == L'C'
                                   ? Widened(&narrow, 1)
                                   : std::wstring(1, static_cast<wchar_t>(value));
-    appendPadded(conversion, text.data(), text.size());
+    AppendPadded(conversion, text.data(), text.size());
 }
 
-void FormatOutput::appendWideText(const FormatConversion& conversion)
+void FormatOutput::AppendWideText(const FormatConversion& conversion)
 {
     const wchar_t* text = va_arg(m_arguments, const wchar_t*);
     if (!text) text = L"(null)";
     // With a precision the text need not end in a zero, so no more of it is looked at.
     const bool bounded = conversion.precision >= 0;
-    appendPadded(conversion, text,
+    AppendPadded(conversion, text,
                  bounded ? wcsnlen(text, static_cast<std::size_t>(conversion.precision))
                          : std::wcslen(text));
 }
 
-void FormatOutput::appendNarrowText(const FormatConversion& conversion)
+void FormatOutput::AppendNarrowText(const FormatConversion& conversion)
 {
     const char* text = va_arg(m_arguments, const char*);
     if (!text) text = "(null)";
@@ -94,10 +94,10 @@ void FormatOutput::appendNarrowText(const FormatConversion& conversion)
     const std::wstring wide =
         Widened(text, bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision))
                               : std::strlen(text));
-    appendPadded(conversion, wide.data(), wide.size());
+    AppendPadded(conversion, wide.data(), wide.size());
 }
 
-void FormatOutput::appendPadded(const FormatConversion& conversion, const wchar_t* begin,
+void FormatOutput::AppendPadded(const FormatConversion& conversion, const wchar_t* begin,
                                 std::size_t length)
 {
     const std::size_t width = static_cast<std::size_t>(conversion.width);
@@ -107,7 +107,7 @@ void FormatOutput::appendPadded(const FormatConversion& conversion, const wchar_
     if (conversion.leftAlign) m_text.append(padding, L' ');
 }
 
-bool FormatOutput::appendReal(const FormatConversion& conversion)
+bool FormatOutput::AppendReal(const FormatConversion& conversion)
 {
     const double value = va_arg(m_arguments, double);
     wchar_t number[realCapacity];

@@ -23,20 +23,20 @@ public:
     FormatOutput(const FormatOutput&) = delete;
     FormatOutput& operator=(const FormatOutput&) = delete;
 
-    void appendLiteral(const wchar_t* begin, std::size_t length) { m_text.append(begin, length); }
+    void AppendLiteral(const wchar_t* begin, std::size_t length) { m_text.append(begin, length); }
 
     // False when the platform could not convert a number.
-    bool appendConversion(const FormatConversion& conversion);
+    bool AppendConversion(const FormatConversion& conversion);
 
-    std::wstring take() { return std::move(m_text); }
+    std::wstring Take() { return std::move(m_text); }
 
 private:
-    bool appendReal(const FormatConversion& conversion);
-    void appendInteger32(const FormatConversion& conversion, int value);
-    void appendCharacter(const FormatConversion& conversion, int value);
-    void appendWideText(const FormatConversion& conversion);
-    void appendNarrowText(const FormatConversion& conversion);
-    void appendPadded(const FormatConversion& conversion, const wchar_t* begin, std::size_t length);
+    bool AppendReal(const FormatConversion& conversion);
+    void AppendInteger32(const FormatConversion& conversion, int value);
+    void AppendCharacter(const FormatConversion& conversion, int value);
+    void AppendWideText(const FormatConversion& conversion);
+    void AppendNarrowText(const FormatConversion& conversion);
+    void AppendPadded(const FormatConversion& conversion, const wchar_t* begin, std::size_t length);
 
     va_list m_arguments;
     std::wstring m_text;

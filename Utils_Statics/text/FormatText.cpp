@@ -20,18 +20,18 @@ bool IsDigit(wchar_t character)
 FormatReader::Piece FormatReader::next()
 {
     if (*m_next == L'\0') return Piece::end;
-    if (*m_next != L'%') return readLiteral(std::wcscspn(m_next, L"%"));
+    if (*m_next != L'%') return ReadLiteral(std::wcscspn(m_next, L"%"));
     if (m_next[1] == L'%') {
         ++m_next;
-        return readLiteral(1);
+        return ReadLiteral(1);
     }
     const wchar_t* const begin = m_next;
-    if (readConversion()) return Piece::conversion;
+    if (ReadConversion()) return Piece::conversion;
     m_next = begin;
     return Piece::refused;
 }
 
-FormatReader::Piece FormatReader::readLiteral(std::size_t length)
+FormatReader::Piece FormatReader::ReadLiteral(std::size_t length)
 {
     m_literal = m_next;
     m_literalLength = length;
@@ -39,21 +39,21 @@ FormatReader::Piece FormatReader::readLiteral(std::size_t length)
     return Piece::literal;
 }
 
-bool FormatReader::readConversion()
+bool FormatReader::ReadConversion()
 {
     ++m_next; // the percent sign
     m_conversion = FormatConversion();
-    readFlags();
-    if (!readNumber(m_conversion.width)) return false;
-    if (takeIf(L'.')) {
+    ReadFlags();
+    if (!ReadNumber(m_conversion.width)) return false;
+    if (TakeIf(L'.')) {
         m_conversion.precision = 0; // a point alone means zero
-        if (!readNumber(m_conversion.precision)) return false;
+        if (!ReadNumber(m_conversion.precision)) return false;
     }
-    readSize();
-    return readType();
+    ReadSize();
+    return ReadType();
 }
 
-void FormatReader::readFlags()
+void FormatReader::ReadFlags()
 {
     for (;; ++m_next) {
         switch (*m_next) {
@@ -68,7 +68,7 @@ void FormatReader::readFlags()
 }
 
 // Leaves `number` when there are no digits; false when it is too large, however many digits it has.
-bool FormatReader::readNumber(int& number)
+bool FormatReader::ReadNumber(int& number)
 {
     if (!IsDigit(*m_next)) return true;
     number = 0;
@@ -79,20 +79,20 @@ bool FormatReader::readNumber(int& number)
     return true;
 }
 
-void FormatReader::readSize()
+void FormatReader::ReadSize()
 {
     Size& size = m_conversion.size;
-    if (takeIf(L'h'))
-        size = takeIf(L'h') ? Size::character : Size::half;
-    else if (takeIf(L'l'))
-        size = takeIf(L'l') ? Size::bits64 : Size::lower;
-    else if (takeIf(L'w'))
+    if (TakeIf(L'h'))
+        size = TakeIf(L'h') ? Size::character : Size::half;
+    else if (TakeIf(L'l'))
+        size = TakeIf(L'l') ? Size::bits64 : Size::lower;
+    else if (TakeIf(L'w'))
         size = Size::wide;
-    else if (takeIf(L'j'))
+    else if (TakeIf(L'j'))
         size = Size::bits64;
-    else if (takeIf(L'z') || takeIf(L't'))
+    else if (TakeIf(L'z') || TakeIf(L't'))
         size = pointerSize;
-    else if (takeIf(L'I')) {
+    else if (TakeIf(L'I')) {
         size = pointerSize;
         if (m_next[0] == L'6' && m_next[1] == L'4')
             size = Size::bits64, m_next += 2;
@@ -102,7 +102,7 @@ void FormatReader::readSize()
 }
 
 // Whatever is not listed is refused: %n writes to memory, '*' and '$' take arguments of their own.
-bool FormatReader::readType()
+bool FormatReader::ReadType()
 {
     m_conversion.type = *m_next;
     if (*m_next == L'\0') return false;
@@ -113,7 +113,7 @@ bool FormatReader::readType()
     case L'u':
     case L'o':
     case L'x':
-    case L'X': return classifyInteger();
+    case L'X': return ClassifyInteger();
     case L'e':
     case L'E':
     case L'f':
@@ -121,11 +121,11 @@ bool FormatReader::readType()
     case L'g':
     case L'G':
     case L'a':
-    case L'A': return classifyReal();
+    case L'A': return ClassifyReal();
     case L's':
     case L'S':
     case L'c':
-    case L'C': return classifyText();
+    case L'C': return ClassifyText();
     case L'p':
         m_conversion.argument = FormatArgument::address;
         return m_conversion.size == Size::standard;
@@ -133,7 +133,7 @@ bool FormatReader::readType()
     }
 }
 
-bool FormatReader::classifyInteger()
+bool FormatReader::ClassifyInteger()
 {
     const bool is64 = m_conversion.size == Size::bits64;
     m_conversion.argument = is64 ? FormatArgument::integer64 : FormatArgument::integer32;
@@ -141,13 +141,13 @@ bool FormatReader::classifyInteger()
 }
 
 // A long double is no argument of these texts: compilers disagree about its size.
-bool FormatReader::classifyReal()
+bool FormatReader::ClassifyReal()
 {
     m_conversion.argument = FormatArgument::real;
     return m_conversion.size == Size::standard || m_conversion.size == Size::lower;
 }
 
-bool FormatReader::classifyText()
+bool FormatReader::ClassifyText()
 {
     const Size size = m_conversion.size;
     if (size != Size::standard && size != Size::half && size != Size::lower && size != Size::wide)
@@ -165,7 +165,7 @@ bool FormatReader::classifyText()
     return true;
 }
 
-bool FormatReader::takeIf(wchar_t character)
+bool FormatReader::TakeIf(wchar_t character)
 {
     if (*m_next != character) return false;
     ++m_next;

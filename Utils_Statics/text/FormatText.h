@@ -51,8 +51,8 @@ class FormatReader
 public:
     enum class Piece
     {
-        literal,    // literalBegin(), literalLength()
-        conversion, // conversion()
+        literal,    // LiteralBegin(), LiteralLength()
+        conversion, // Conversion()
         end,
         refused, // an unknown or unfinished conversion, %n, a * or positional argument, or a field
                  // that is too wide
@@ -64,21 +64,21 @@ public:
     // After `refused` every further call gives `refused`.
     Piece next();
 
-    const wchar_t* literalBegin() const { return m_literal; }
-    std::size_t literalLength() const { return m_literalLength; }
-    const FormatConversion& conversion() const { return m_conversion; }
+    const wchar_t* LiteralBegin() const { return m_literal; }
+    std::size_t LiteralLength() const { return m_literalLength; }
+    const FormatConversion& Conversion() const { return m_conversion; }
 
 private:
-    Piece readLiteral(std::size_t length);
-    bool readConversion();
-    void readFlags();
-    bool readNumber(int& number);
-    void readSize();
-    bool readType();
-    bool classifyInteger();
-    bool classifyReal();
-    bool classifyText();
-    bool takeIf(wchar_t character);
+    Piece ReadLiteral(std::size_t length);
+    bool ReadConversion();
+    void ReadFlags();
+    bool ReadNumber(int& number);
+    void ReadSize();
+    bool ReadType();
+    bool ClassifyInteger();
+    bool ClassifyReal();
+    bool ClassifyText();
+    bool TakeIf(wchar_t character);
 
     const wchar_t* m_next;
     const wchar_t* m_literal = nullptr;

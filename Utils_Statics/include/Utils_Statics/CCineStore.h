@@ -55,7 +55,7 @@ public:
 
 protected:
     /// Calls the callback, if there is one, with the recorded path.
-    void announce() const;
+    void Announce() const;
 
     CString path;                                ///< recorded when the header has been written
     std::FILE* file = nullptr;                   ///< open while recording
@@ -63,7 +63,7 @@ protected:
     void* userData = nullptr;                    ///< handed back to the callback, never used
 
 private:
-    bool createFile(const CString& fileName);
-    bool appendBlock(const void* data, int size);
-    bool patchCount();
+    bool CreateFile(const CString& fileName);
+    bool AppendBlock(const void* data, int size);
+    bool PatchCount();
 };

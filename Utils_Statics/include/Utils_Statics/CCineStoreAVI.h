@@ -85,17 +85,17 @@ private:
                             unsigned int* image3, unsigned int* image4, CBitmap& mask0,
                             CBitmap& mask1);
 
-    bool prepareFrame(CBitmap* background, int width, int height, const std::vector<CRect>& layout,
+    bool PrepareFrame(CBitmap* background, int width, int height, const std::vector<CRect>& layout,
                       unsigned short bitCount);
-    bool openFile(const wchar_t* fileName);
-    bool createStream(bool compressed);
-    bool compressStream(const CString& codec);
-    DWORD frameBytes() const;
-    bool hasRoomFor(LONG position, LONG size) const;
-    LONG writeFrame(LONG position, bool& written);
-    void repeatLastFrame();
-    void closeMovie();
-    void turnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
+    bool OpenFile(const wchar_t* fileName);
+    bool CreateStream(bool compressed);
+    bool CompressStream(const CString& codec);
+    DWORD FrameBytes() const;
+    bool HasRoomFor(LONG position, LONG size) const;
+    LONG WriteFrame(LONG position, bool& written);
+    void RepeatLastFrame();
+    void CloseMovie();
+    void TurnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
                     unsigned int* image3, unsigned int* image4, bool mirror0, bool bottomUp0,
                     bool mirror1, bool bottomUp1) const;
 

@@ -259,7 +259,7 @@ TEST(RemoveDirectory, CollapsesBackslashesTwice)
 class ShellOperationTest : public testing::Test
 {
 protected:
-    int run(unsigned int operation, const std::wstring& from, const wchar_t* to, int silent = 1,
+    int Run(unsigned int operation, const std::wstring& from, const wchar_t* to, int silent = 1,
             unsigned short flags = 0)
     {
         return utilsExam::SHFileOperationW(operation, from.c_str(), to, silent, flags, nullptr,
@@ -274,7 +274,7 @@ TEST_F(ShellOperationTest, CopiesAFolder)
 {
     utilsExam::CreateDirectoryW((folder / L"from\\a").c_str());
     writeFile(folder / L"from\\a\\file", "content");
-    EXPECT_EQ(run(FO_COPY, folder / L"from\\", (folder / L"//to").c_str()), 1);
+    EXPECT_EQ(Run(FO_COPY, folder / L"from\\", (folder / L"//to").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"to\\a\\file"), "content");
     EXPECT_TRUE(fileExists(folder / L"from\\a\\file"));
     EXPECT_TRUE(log.take().empty());
@@ -283,10 +283,10 @@ TEST_F(ShellOperationTest, CopiesAFolder)
 TEST_F(ShellOperationTest, MakesMissingFoldersWithoutAskingWhenSilent)
 {
     writeFile(folder / L"one", "1");
-    EXPECT_EQ(run(FO_COPY, folder / L"one", (folder / L"new\\deeper\\one").c_str()), 1);
+    EXPECT_EQ(Run(FO_COPY, folder / L"one", (folder / L"new\\deeper\\one").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "1");
     writeFile(folder / L"two", "2");
-    EXPECT_EQ(run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()),
+    EXPECT_EQ(Run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()),
               1); // replaced unasked
     EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "2");
 }
@@ -295,9 +295,9 @@ TEST_F(ShellOperationTest, MovesAndRenamesFiles)
 {
     writeFile(folder / L"one", "1");
     utilsExam::CreateDirectoryW((folder / L"sub").c_str());
-    EXPECT_EQ(run(FO_MOVE, folder / L"one", (folder / L"sub\\two").c_str()), 1);
+    EXPECT_EQ(Run(FO_MOVE, folder / L"one", (folder / L"sub\\two").c_str()), 1);
     EXPECT_EQ(test_support::readFile(folder / L"sub\\two"), "1");
-    EXPECT_EQ(run(FO_RENAME, folder / L"sub\\two", (folder / L"sub\\three").c_str()), 1);
+    EXPECT_EQ(Run(FO_RENAME, folder / L"sub\\two", (folder / L"sub\\three").c_str()), 1);
     EXPECT_TRUE(fileExists(folder / L"sub\\three"));
     EXPECT_FALSE(fileExists(folder / L"sub\\two"));
 }
@@ -305,7 +305,7 @@ TEST_F(ShellOperationTest, MovesAndRenamesFiles)
 TEST_F(ShellOperationTest, DeletesWithoutADestination)
 {
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
-    EXPECT_EQ(run(FO_DELETE, folder / L"tree", nullptr), 1);
+    EXPECT_EQ(Run(FO_DELETE, folder / L"tree", nullptr), 1);
     EXPECT_FALSE(fileExists(folder / L"tree"));
 }
 
@@ -313,15 +313,15 @@ TEST_F(ShellOperationTest, ShowsProgressWhenNotSilent)
 {
     writeFile(folder / L"one", "1");
     const unsigned short noQuestions = FOF_NOCONFIRMATION | FOF_NOERRORUI | FOF_NOCONFIRMMKDIR;
-    EXPECT_EQ(run(FO_COPY, folder / L"one", (folder / L"two").c_str(), 0, noQuestions), 1);
+    EXPECT_EQ(Run(FO_COPY, folder / L"one", (folder / L"two").c_str(), 0, noQuestions), 1);
     EXPECT_TRUE(fileExists(folder / L"two"));
 }
 
 TEST_F(ShellOperationTest, LogsAFailure)
 {
-    EXPECT_EQ(run(FO_COPY, folder / L"none\\none", (folder / L"two").c_str()), 0);
+    EXPECT_EQ(Run(FO_COPY, folder / L"none\\none", (folder / L"two").c_str()), 0);
     ExpectErrorCode(log, 581);
-    EXPECT_EQ(run(99, folder.path(), nullptr), 0);
+    EXPECT_EQ(Run(99, folder.path(), nullptr), 0);
     ExpectErrorCode(log, 581);
 }
 
@@ -330,9 +330,9 @@ TEST_F(ShellOperationTest, RefusesPathsThatDoNotFitTheBufferWithTwoZeros)
     writeFile(folder / L"one", "1");
     for (const std::size_t length : {259u, 260u, 300u}) {
         const std::wstring path = PathOfLength(folder.path(), length);
-        EXPECT_EQ(run(FO_COPY, folder / L"one", path.c_str()), 0);
+        EXPECT_EQ(Run(FO_COPY, folder / L"one", path.c_str()), 0);
         ExpectErrorCode(log, 581);
-        EXPECT_EQ(run(FO_DELETE, path, nullptr), 0);
+        EXPECT_EQ(Run(FO_DELETE, path, nullptr), 0);
         ExpectErrorCode(log, 581);
     }
     EXPECT_TRUE(fileExists(folder / L"one"));
@@ -345,11 +345,11 @@ TEST_F(ShellOperationTest, CollapsesBackslashesOnce)
     const std::wstring to = PathOfLength(parent, 257) + L"e";
     ASSERT_EQ(utilsExam::CreateDirectoryW(parent.c_str()), 1);
     writeFile(from, "x");
-    EXPECT_EQ(run(FO_MOVE, WithRun(from, 4), to.c_str()), 0);
-    EXPECT_EQ(run(FO_MOVE, from, WithRun(to, 4).c_str()), 0);
+    EXPECT_EQ(Run(FO_MOVE, WithRun(from, 4), to.c_str()), 0);
+    EXPECT_EQ(Run(FO_MOVE, from, WithRun(to, 4).c_str()), 0);
     EXPECT_TRUE(fileExists(from));
     log.take();
-    EXPECT_EQ(run(FO_MOVE, WithRun(from, 2), WithRun(to, 2).c_str()), 1);
+    EXPECT_EQ(Run(FO_MOVE, WithRun(from, 2), WithRun(to, 2).c_str()), 1);
     EXPECT_TRUE(fileExists(to));
     EXPECT_TRUE(log.take().empty());
 }
@@ -359,7 +359,7 @@ TEST_F(ShellOperationTest, HandsOverTheCallersFlags)
     utilsExam::CreateDirectoryW((folder / L"from\\sub").c_str());
     utilsExam::CreateDirectoryW((folder / L"to").c_str());
     writeFile(folder / L"from\\file", "x");
-    EXPECT_EQ(run(FO_COPY, folder / L"from\\*.*", (folder / L"to").c_str(), 1, FOF_FILESONLY), 1);
+    EXPECT_EQ(Run(FO_COPY, folder / L"from\\*.*", (folder / L"to").c_str(), 1, FOF_FILESONLY), 1);
     EXPECT_TRUE(fileExists(folder / L"to\\file"));
     EXPECT_FALSE(fileExists(folder / L"to\\sub"));
 }
@@ -368,7 +368,7 @@ TEST_F(ShellOperationTest, RefusesAnAbsentSource)
 {
     const InDirectory inside(folder.path());
     writeFile(folder / L"one", "1");
-    EXPECT_EQ(run(FO_DELETE, L"", nullptr), 0);
+    EXPECT_EQ(Run(FO_DELETE, L"", nullptr), 0);
     EXPECT_EQ(
         utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr),
         0);

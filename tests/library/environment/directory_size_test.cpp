@@ -113,7 +113,7 @@ public:
     DeepTree(const DeepTree&) = delete;
     DeepTree& operator=(const DeepTree&) = delete;
 
-    std::int64_t depth() const { return static_cast<std::int64_t>(m_folders.size()); }
+    std::int64_t Depth() const { return static_cast<std::int64_t>(m_folders.size()); }
 
 private:
     std::vector<std::wstring> m_folders;
@@ -123,9 +123,9 @@ TEST(GetDirectorySize, CountsLongPathsWhereThePlatformEnumeratesThem)
 {
     const TemporaryFolder folder;
     const DeepTree tree(folder.path(), 60); // over 400 characters
-    if (tree.depth() < 60) GTEST_SKIP() << "this file system holds no such depth";
+    if (tree.Depth() < 60) GTEST_SKIP() << "this file system holds no such depth";
     EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), PlainSize(folder.path()));
-    EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.path()).c_str()), tree.depth());
+    EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.path()).c_str()), tree.Depth());
 }
 
 // Starts one of the host's own tools on a folder, where the platform runs on a host that has them.
@@ -176,7 +176,7 @@ public:
     FolderLink(const FolderLink&) = delete;
     FolderLink& operator=(const FolderLink&) = delete;
 
-    bool exists() const { return fileExists(m_link); }
+    bool Exists() const { return fileExists(m_link); }
 
 private:
     std::wstring m_link;
@@ -188,7 +188,7 @@ TEST(GetDirectorySize, EndsInALoopOfLinks)
     utilsExam::CreateDirectoryW((folder / L"a\\b").c_str());
     writeFile(folder / L"a\\file", std::string(100, 'x'));
     const FolderLink link(folder / L"a\\b\\loop", folder / L"a");
-    if (!link.exists()) GTEST_SKIP() << "folder links cannot be made here";
+    if (!link.Exists()) GTEST_SKIP() << "folder links cannot be made here";
     const DWORD attributes = GetFileAttributesW((folder / L"a\\b\\loop").c_str());
     const std::int64_t size = utilsExam::GetDirectorySize(folder.path().c_str());
     const bool marked = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;

@@ -44,7 +44,7 @@ protected:
     RegistryPathTest() { qor_utils::SetProfileRoot(m_root.path().c_str()); }
     ~RegistryPathTest() override { qor_utils::SetProfileRoot(nullptr); }
 
-    void store(const wchar_t* name, const std::wstring& value) const
+    void Store(const wchar_t* name, const std::wstring& value) const
     {
         m_root.setText(L"System\\Path", name, value);
     }
@@ -62,25 +62,25 @@ TEST_F(RegistryPathTest, GivesTheDefaultAsItIsWhenNothingIsStored)
 
 TEST_F(RegistryPathTest, AppendsABackslashToWhatIsStored)
 {
-    store(L"Export", L"D:\\data");
+    Store(L"Export", L"D:\\data");
     EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:\\data\\");
     EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"D:\\data"), L"D:\\data\\");
-    store(L"Export", L"D:\\data\\");
+    Store(L"Export", L"D:\\data\\");
     EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:\\data\\");
-    store(L"Export", L"D:/data/");
+    Store(L"Export", L"D:/data/");
     EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"D:/data/\\");
 }
 
 TEST_F(RegistryPathTest, GivesTheDefaultWhenAnEmptyTextIsStored)
 {
-    store(L"Export", L"");
+    Store(L"Export", L"");
     EXPECT_STREQ(utilsExam::GetRegistryPath(L"Export", L"E:\\default"), L"E:\\default");
 }
 
 TEST_F(RegistryPathTest, TakesTextsLongerThanAPathBuffer)
 {
     const std::wstring longPath = L"D:\\" + std::wstring(300, L'x');
-    store(L"Export", longPath);
+    Store(L"Export", longPath);
     EXPECT_EQ(utilsExam::GetRegistryPath(L"Export", L""), (longPath + L"\\").c_str());
 }
 
@@ -200,11 +200,11 @@ protected:
         zelPath::setPath(21, L"");
     }
 
-    CString parse(const wchar_t* path) const
+    CString Parse(const wchar_t* path) const
     {
         return utilsExam::ParsePath(m_reference.c_str(), path);
     }
-    std::wstring address(const wchar_t* name) const { return WithForwardSlashes(m_folder / name); }
+    std::wstring Address(const wchar_t* name) const { return WithForwardSlashes(m_folder / name); }
 
     TemporaryFolder m_folder;
     std::wstring m_reference;
@@ -213,43 +213,43 @@ protected:
 
 TEST_F(ParsePathTest, GivesAnEmptyTextForBlanks)
 {
-    EXPECT_STREQ(parse(L""), L"");
-    EXPECT_STREQ(parse(L" \t\r\n "), L"");
-    EXPECT_STREQ(parse(nullptr), L"");
+    EXPECT_STREQ(Parse(L""), L"");
+    EXPECT_STREQ(Parse(L" \t\r\n "), L"");
+    EXPECT_STREQ(Parse(nullptr), L"");
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(ParsePathTest, GivesAnAbsolutePathTrimmedAndUnchanged)
 {
-    EXPECT_STREQ(parse(L"C:\\no such\\img.png"), L"C:\\no such\\img.png");
-    EXPECT_STREQ(parse(L"  C:/no such/img.png\t"), L"C:/no such/img.png");
-    EXPECT_STREQ(parse(L"\\img.png"), L"\\img.png");
+    EXPECT_STREQ(Parse(L"C:\\no such\\img.png"), L"C:\\no such\\img.png");
+    EXPECT_STREQ(Parse(L"  C:/no such/img.png\t"), L"C:/no such/img.png");
+    EXPECT_STREQ(Parse(L"\\img.png"), L"\\img.png");
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(ParsePathTest, FindsAFileBesideTheReference)
 {
     writeFile(m_folder / L"lay\\img.png", "");
-    EXPECT_EQ(parse(L" img.png "), address(L"lay\\img.png").c_str());
+    EXPECT_EQ(Parse(L" img.png "), Address(L"lay\\img.png").c_str());
     const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
     EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"),
-              address(L"lay\\img.png").c_str());
+              Address(L"lay\\img.png").c_str());
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
 {
     const std::wstring candidates[] = {
-        address(L"lay\\img.png"), address(L"lay\\res\\img.png"), m_folder / L"layouts\\img.png",
+        Address(L"lay\\img.png"), Address(L"lay\\res\\img.png"), m_folder / L"layouts\\img.png",
         m_folder / L"layouts\\res/img.png", m_folder / L"fallback\\img.png"};
     for (const std::wstring& candidate : candidates)
         writeFile(candidate, "");
     for (const std::wstring& candidate : candidates) {
-        EXPECT_EQ(parse(L"img.png"), candidate.c_str());
+        EXPECT_EQ(Parse(L"img.png"), candidate.c_str());
         ASSERT_TRUE(DeleteFileW(candidate.c_str()));
     }
     EXPECT_TRUE(m_log.take().empty());
-    EXPECT_STREQ(parse(L"img.png"), L"");
+    EXPECT_STREQ(Parse(L"img.png"), L"");
     const LoggedMessage missing{"Utils_Statics/Utils_Statics", 1332, 2,
                                 L"Layout File - File " + candidates[4] + L" not found."};
     EXPECT_EQ(m_log.take(), std::vector<LoggedMessage>{missing});
@@ -259,24 +259,24 @@ TEST_F(ParsePathTest, TurnsTheBackslashesOfThePathRound)
 {
     CreateDirectoryW((m_folder / L"lay\\sub").c_str(), nullptr);
     writeFile(m_folder / L"lay\\sub\\img.png", "");
-    EXPECT_EQ(parse(L"sub\\img.png"), address(L"lay\\sub\\img.png").c_str());
+    EXPECT_EQ(Parse(L"sub\\img.png"), Address(L"lay\\sub\\img.png").c_str());
 }
 
 TEST_F(ParsePathTest, ComposesAPathThroughTheParentFolderWithoutLookingForIt)
 {
     const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
     EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"..\\other\\none.png"),
-              address(L"lay\\../other/none.png").c_str());
-    EXPECT_EQ(parse(L"..\\none.png"), address(L"lay\\../none.png").c_str());
+              Address(L"lay\\../other/none.png").c_str());
+    EXPECT_EQ(Parse(L"..\\none.png"), Address(L"lay\\../none.png").c_str());
     // The second character alone decides.
-    EXPECT_EQ(parse(L"a.png"), address(L"lay\\a.png").c_str());
+    EXPECT_EQ(Parse(L"a.png"), Address(L"lay\\a.png").c_str());
     EXPECT_TRUE(m_log.take().empty());
 }
 
 TEST_F(ParsePathTest, LooksForANameOfOneCharacter)
 {
     writeFile(m_folder / L"lay\\x", "");
-    EXPECT_EQ(parse(L"x"), address(L"lay\\x").c_str());
+    EXPECT_EQ(Parse(L"x"), Address(L"lay\\x").c_str());
 }
 
 TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
@@ -284,7 +284,7 @@ TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
     CreateDirectoryW((m_folder / L"my-main.xml-files").c_str(), nullptr);
     const std::wstring reference = m_folder / L"my-main.xml-files\\main.xml";
     writeFile(m_folder / L"my-img.png", "");
-    EXPECT_EQ(utilsExam::ParsePath(reference.c_str(), L"img.png"), address(L"my-img.png").c_str());
+    EXPECT_EQ(utilsExam::ParsePath(reference.c_str(), L"img.png"), Address(L"my-img.png").c_str());
 }
 
 TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
@@ -299,19 +299,19 @@ TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
 TEST_F(ParsePathTest, TakesPathsOfAnyLength)
 {
     for (const std::size_t length : {259u, 260u, 300u, 40000u}) {
-        EXPECT_STREQ(parse(std::wstring(length, L'x').c_str()), L"");
+        EXPECT_STREQ(Parse(std::wstring(length, L'x').c_str()), L"");
         const auto messages = m_log.take();
         ASSERT_EQ(messages.size(), 1u);
         EXPECT_EQ(messages[0].line, 1332);
         const std::wstring absolute = L"C:\\" + std::wstring(length - 3, L'x');
-        EXPECT_EQ(parse(absolute.c_str()), absolute.c_str());
+        EXPECT_EQ(Parse(absolute.c_str()), absolute.c_str());
     }
 }
 
 TEST_F(ParsePathTest, FindsNamesBeyondTheBasicPlane)
 {
     writeFile(m_folder / L"lay\\\U0001F600.png", "");
-    EXPECT_EQ(parse(L"\U0001F600.png"), address(L"lay\\\U0001F600.png").c_str());
+    EXPECT_EQ(Parse(L"\U0001F600.png"), Address(L"lay\\\U0001F600.png").c_str());
 }
 
 TEST_F(ParsePathTest, SurvivesRandomTexts)

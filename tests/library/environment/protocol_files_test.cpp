@@ -22,11 +22,11 @@ class ProtocolFilesTest : public testing::Test
 protected:
     ProtocolFilesTest()
     {
-        setStore(1, L"fallback");
-        setStore(22, L"saved");
-        setStore(37, L"factory\\P1\\");
-        setStore(38, L"base");
-        setStore(39, L"second");
+        SetStore(1, L"fallback");
+        SetStore(22, L"saved");
+        SetStore(37, L"factory\\P1\\");
+        SetStore(38, L"base");
+        SetStore(39, L"second");
     }
     ~ProtocolFilesTest() override
     {
@@ -34,7 +34,7 @@ protected:
             zelPath::setPath(store, L"");
     }
 
-    void setStore(int store, const wchar_t* name)
+    void SetStore(int store, const wchar_t* name)
     {
         zelPath::setPath(store, folder / name);
         utilsExam::CreateDirectoryW((folder / name).c_str());

@@ -91,14 +91,14 @@ protected:
         ::DeleteObject(font);
     }
 
-    int width(const std::wstring& text)
+    int Width(const std::wstring& text)
     {
         RECT bounds = {};
         ::DrawTextW(dc.m_hDC, text.c_str(), static_cast<int>(text.size()), &bounds, DT_CALCRECT);
         return bounds.right - bounds.left;
     }
 
-    int plainWrap(std::wstring& text, int maximum);
+    int PlainWrap(std::wstring& text, int maximum);
 
     CDC dc;
     HFONT font = nullptr;
@@ -117,21 +117,21 @@ TEST_F(WrapStrTest, IsZeroWithoutTextOrDeviceContext)
 TEST_F(WrapStrTest, LeavesATextThatFits)
 {
     CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"aa bbbb c") + 1), 1);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"aa bbbb c") + 1), 1);
     EXPECT_STREQ(text, L"aa bbbb c");
 }
 
 TEST_F(WrapStrTest, ReplacesATextOfExactlyTheWidthByItsLongestWord)
 {
     CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"aa bbbb c")), 1);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"aa bbbb c")), 1);
     EXPECT_STREQ(text, L"bbbb");
 }
 
 TEST_F(WrapStrTest, CountsOneLineForEachWordThatFillsIt)
 {
     CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"bbbb")), 3);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"bbbb")), 3);
     EXPECT_STREQ(text, L"bbbb");
 }
 
@@ -145,7 +145,7 @@ TEST_F(WrapStrTest, LeavesASingleWordHoweverWide)
 TEST_F(WrapStrTest, CountsALineMoreForAFirstWordThatIsTooWide)
 {
     CString text(L"abcdef g");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"abc")), 3);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"abc")), 3);
     EXPECT_STREQ(text, L"abcdef");
 }
 
@@ -159,7 +159,7 @@ TEST_F(WrapStrTest, TakesTheFirstOfEquallyLongWords)
 TEST_F(WrapStrTest, SkipsLeadingDelimitersButMeasuresThem)
 {
     CString text(L"    aa b");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"    aa") - 1), 2);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"    aa") - 1), 2);
     EXPECT_STREQ(text, L"aa");
 }
 
@@ -174,16 +174,16 @@ TEST_F(WrapStrTest, AppendsTheWordsAfterALineFeedWithoutTheirDelimiter)
 {
     // After "aa" the position moves to the space behind "bb", so that "bb" is not found.
     CString text(L"aa\nbb cc");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, width(L"aabb")), 2);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"aabb")), 2);
     CString narrower(L"aa\nbb cc");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, narrower, width(L"aabb") - 1),
-              width(L"bb cc") > width(L"aabb") - 1 ? 3 : 2);
+    EXPECT_EQ(utilsExam::WrapStr(&dc, narrower, Width(L"aabb") - 1),
+              Width(L"bb cc") > Width(L"aabb") - 1 ? 3 : 2);
 }
 
 // The steps written down one by one with the framework's own string operations.
-int WrapStrTest::plainWrap(std::wstring& text, int maximum)
+int WrapStrTest::PlainWrap(std::wstring& text, int maximum)
 {
-    if (width(text) < maximum) return 1;
+    if (Width(text) < maximum) return 1;
     const CString copy(text.c_str());
     CString line;
     CString longest;
@@ -201,7 +201,7 @@ int WrapStrTest::plainWrap(std::wstring& text, int maximum)
             if (position < 0) position = copy.GetLength();
         }
         line += word;
-        if (width(line.GetString()) > maximum) {
+        if (Width(line.GetString()) > maximum) {
             ++count;
             line = word;
         }
@@ -222,7 +222,7 @@ TEST_F(WrapStrTest, AgreesWithThePlainStepsOnRandomTexts)
         CString asked(text.c_str());
         const int lines = utilsExam::WrapStr(&dc, asked, maximum);
         std::wstring expected = text;
-        EXPECT_EQ(lines, plainWrap(expected, maximum))
+        EXPECT_EQ(lines, PlainWrap(expected, maximum))
             << testing::PrintToString(text) << " at " << maximum;
         EXPECT_EQ(asked, expected.c_str()) << testing::PrintToString(text) << " at " << maximum;
     }

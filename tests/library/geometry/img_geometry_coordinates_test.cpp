@@ -16,12 +16,12 @@ constexpr ZelProbe Phased{2, 64, 220, 0, 90000};
 
 constexpr UPoint Origin{400, 10};
 constexpr UPoint Scale{100, 100};
-constexpr int Frequency = 7700000; // 100 microns a sample at 1540 m/s
+constexpr int frequency = 7700000; // 100 microns a sample at 1540 m/s
 
 UPoint Coordinates(const ZelProbe* probe, UPoint pixel, int lines, int steer = 0, int offset = 0,
                    int width = 0, int height = 0, int flip = 0)
 {
-    return CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, Origin, Scale, Frequency, steer, 0,
+    return CImgGeometry::GetUSCoordinates(pixel.x, pixel.y, Origin, Scale, frequency, steer, 0,
                                           lines, probe, 1540, offset, width, height, flip);
 }
 
@@ -60,8 +60,8 @@ TEST(CenterImageRect, WrapsAroundAtTheEndsOfTheRange)
 
 TEST(GetUSDistance, IsTruncatedAndSigned)
 {
-    EXPECT_EQ(CImgGeometry::GetUSDistance(10, 35, Frequency, 1540), 2500);
-    EXPECT_EQ(CImgGeometry::GetUSDistance(35, 10, Frequency, 1540), -2500);
+    EXPECT_EQ(CImgGeometry::GetUSDistance(10, 35, frequency, 1540), 2500);
+    EXPECT_EQ(CImgGeometry::GetUSDistance(35, 10, frequency, 1540), -2500);
     // 1540e6 / 30e6 = 51.33 microns a sample
     EXPECT_EQ(CImgGeometry::GetUSDistance(0, 2, 15000000, 1540), 102);
     EXPECT_EQ(CImgGeometry::GetUSDistance(2, 0, 15000000, 1540), -102);
@@ -69,7 +69,7 @@ TEST(GetUSDistance, IsTruncatedAndSigned)
 
 TEST(GetUSDistance, TakesTheDifferenceIn32Bits)
 {
-    EXPECT_EQ(CImgGeometry::GetUSDistance(INT_MIN, INT_MAX, Frequency, 1540), -100);
+    EXPECT_EQ(CImgGeometry::GetUSDistance(INT_MIN, INT_MAX, frequency, 1540), -100);
     EXPECT_EQ(CImgGeometry::GetUSDistance(0, INT_MAX, 1, 1540), INT_MAX);
     EXPECT_EQ(CImgGeometry::GetUSDistance(0, 10, 0, 1540), 0)
         << "no sampling frequency, no distance";
@@ -79,7 +79,7 @@ TEST(GetPixelDistanceCoordinates, GoesWholeSamplesDeeper)
 {
     const auto at = [](int startSample, int distance) {
         return CImgGeometry::GetPixelDistanceCoordinates(
-            20, startSample, distance, Origin, Scale, Frequency, 0, 0, &Linear, 1540, 0, 0, 0, 0);
+            20, startSample, distance, Origin, Scale, frequency, 0, 0, &Linear, 1540, 0, 0, 0, 0);
     };
     EXPECT_EQ(at(50, 2000).y, 10 + 70);
     EXPECT_EQ(at(50, 2099).y, 10 + 70) << "truncated to whole samples";
@@ -90,11 +90,11 @@ TEST(GetPixelDistanceCoordinates, GoesWholeSamplesDeeper)
 TEST(GetPixelDistanceCoordinates, FormsTheSoundSpeedProductIn32Bits)
 {
     // 2200 x 1,000,000 wraps around to -2094967296.
-    const int n = static_cast<int>(5000 / (-2094967296.0 / (2.0 * Frequency)));
+    const int n = static_cast<int>(5000 / (-2094967296.0 / (2.0 * frequency)));
     ASSERT_LT(n, 0);
     const UPoint p = CImgGeometry::GetPixelDistanceCoordinates(
-        20, 500, 5000, Origin, Scale, Frequency, 0, 0, &Linear, 2200, 0, 0, 0, 0);
-    EXPECT_EQ(p, qor_utils::GetPixelCoordinates(20, 500 + n, Origin, Scale, Frequency, 0, 0,
+        20, 500, 5000, Origin, Scale, frequency, 0, 0, &Linear, 2200, 0, 0, 0, 0);
+    EXPECT_EQ(p, qor_utils::GetPixelCoordinates(20, 500 + n, Origin, Scale, frequency, 0, 0,
                                                 &Linear, 2200, 0, 0, 0, 0));
 }
 
@@ -103,7 +103,7 @@ TEST(GetPixelDistanceCoordinates, GivesDefinedResultsWithoutAFrequency)
     EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, 0, 0, 0,
                                                         &Linear, 1540, 0, 0, 0, 0),
               Origin);
-    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, Frequency, 0, 0,
+    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, frequency, 0, 0,
                                                         &Linear, 0, 0, 0, 0, 0),
               Origin);
     EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 0, Origin, Scale, 0, 0, 0, nullptr,
@@ -175,7 +175,7 @@ TEST(GetUSCoordinates, RoundsTheSixteenths)
 
     // 10 pixels a sample
     const auto sampleAt = [](int y) {
-        return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, Frequency / 10, 0, 0, 128,
+        return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, frequency / 10, 0, 0, 128,
                                               &Linear, 1540, 0, 0, 0, 0)
             .y;
     };
@@ -213,10 +213,10 @@ TEST(GetUSCoordinates, InvertsTheDrawnPositions)
             pick(1500, 3000); // deep enough for fans to be spread out: 25 microns a pixel
         const UPoint scale{25, 25};
         const UPoint p =
-            qor_utils::GetPixelCoordinates(line, sample, Origin, scale, Frequency, steer, scanB,
+            qor_utils::GetPixelCoordinates(line, sample, Origin, scale, frequency, steer, scanB,
                                            &probe, 1540, offset, 900, 700, flip);
         const UPoint back =
-            CImgGeometry::GetUSCoordinates(p.x, p.y, Origin, scale, Frequency, steer, scanB,
+            CImgGeometry::GetUSCoordinates(p.x, p.y, Origin, scale, frequency, steer, scanB,
                                            probe.elements, &probe, 1540, offset, 900, 700, flip);
         ASSERT_NEAR(back.x, line, 1) << "type " << probe.type;
         ASSERT_NEAR(back.y, sample, 1) << "type " << probe.type;

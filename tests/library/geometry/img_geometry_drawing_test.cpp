@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr int Width = 640;
-constexpr int Height = 480;
+constexpr int imageWidth = 640;
+constexpr int imageHeight = 480;
 
 // A real device context over pixels that can be read.
 class Canvas
@@ -25,7 +25,8 @@ public:
     Canvas() : m_memory(CreateCompatibleDC(nullptr))
     {
         BITMAPINFO info{};
-        info.bmiHeader = {sizeof info.bmiHeader, Width, -Height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+        info.bmiHeader = {
+            sizeof info.bmiHeader, imageWidth, -imageHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
         void* bits = nullptr;
         m_bitmap = CreateDIBSection(m_memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
         m_bits = static_cast<const unsigned int*>(bits);
@@ -49,9 +50,9 @@ public:
     {
         GdiFlush();
         std::vector<UPoint> points;
-        for (int y = 0; y < Height; ++y)
-            for (int x = 0; x < Width; ++x)
-                if ((m_bits[y * Width + x] & 0xFFFFFF) != 0) points.push_back({x, y});
+        for (int y = 0; y < imageHeight; ++y)
+            for (int x = 0; x < imageWidth; ++x)
+                if ((m_bits[y * imageWidth + x] & 0xFFFFFF) != 0) points.push_back({x, y});
         return points;
     }
 
@@ -78,20 +79,20 @@ struct Scene
     UPoint At(int line, int sample) const
     {
         return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA,
-                                                scanB, &probe, soundSpeed, ld, 0, Width, Height,
-                                                flip);
+                                                scanB, &probe, soundSpeed, ld, 0, imageWidth,
+                                                imageHeight, flip);
     }
     URect Vertical(CDC* dc, int line, int sample1, int sample2) const
     {
         return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale,
                                                 samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
-                                                Width, Height, flip, ld);
+                                                imageWidth, imageHeight, flip, ld);
     }
     URect Horizontal(CDC* dc, int sample, int line1, int line2) const
     {
         return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale,
                                                   samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
-                                                  Width, Height, flip, ld);
+                                                  imageWidth, imageHeight, flip, ld);
     }
 };
 
@@ -129,7 +130,8 @@ void ExpectSegment(const std::vector<UPoint>& drawn, const UPoint& a, const UPoi
         const double t = static_cast<double>(i) / steps;
         const double x = a.x + t * (b.x - a.x);
         const double y = a.y + t * (b.y - a.y);
-        if (x < 1 || y < 1 || x > Width - 2 || y > Height - 2) continue; // beyond the canvas
+        if (x < 1 || y < 1 || x > imageWidth - 2 || y > imageHeight - 2)
+            continue; // beyond the canvas
         ASSERT_TRUE(AnyNear(drawn, x, y, 0.75)) << x << "," << y;
     }
 }
@@ -208,8 +210,8 @@ Oval OvalOf(const Scene& s, int sample)
     int right = s.origin.x + rx + 2;
     int top = s.origin.y - (ry + 1);
     int bottom = s.origin.y + ry + 2;
-    if (s.flip & 1) left = Width - left, right = Width - right;
-    if (s.flip & 2) top = Height - top, bottom = Height - bottom;
+    if (s.flip & 1) left = imageWidth - left, right = imageWidth - right;
+    if (s.flip & 2) top = imageHeight - top, bottom = imageHeight - bottom;
     if (left > right) std::swap(left, right);
     if (top > bottom) std::swap(top, bottom);
     return {(left + right - 1) / 2.0, (top + bottom - 1) / 2.0, (right - 1 - left) / 2.0,
@@ -290,9 +292,9 @@ TEST_P(ArcOnCurvedProbe, MapsBackToItsDepth)
     const double reach = 1.5 + (s.flip != 0 ? 1 : 0) + (s.probe.radius < 0 ? 2 : 0);
     const double samplesPerPixel = std::max(s.scale.x, s.scale.y) / 100.0;
     for (const UPoint& p : canvas.Drawn()) {
-        const UPoint back =
-            CImgGeometry::GetUSCoordinates(p.x, p.y, s.origin, s.scale, s.samplingFreq, s.scanA, 0,
-                                           96, &s.probe, s.soundSpeed, 0, Width, Height, s.flip);
+        const UPoint back = CImgGeometry::GetUSCoordinates(
+            p.x, p.y, s.origin, s.scale, s.samplingFreq, s.scanA, 0, 96, &s.probe, s.soundSpeed, 0,
+            imageWidth, imageHeight, s.flip);
         ASSERT_NEAR(back.y, 300, reach * samplesPerPixel + 0.5) << p.x << "," << p.y;
         ASSERT_GE(back.x, 3);
         ASSERT_LE(back.x, 92);
@@ -347,10 +349,11 @@ TEST(Drawing, DrawsNothingForUnknownProbesAndZeroScales)
         EXPECT_EQ(s.Horizontal(canvas.Dc(), 10, 0, 90), URect{});
     }
     EXPECT_EQ(CImgGeometry::DrawVerticalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000, 0,
-                                               0, nullptr, 1540, 0, Width, Height, 0, 0),
+                                               0, nullptr, 1540, 0, imageWidth, imageHeight, 0, 0),
               URect{});
     EXPECT_EQ(CImgGeometry::DrawHorizontalUSLine(canvas.Dc(), 1, 2, 3, {9, 9}, {100, 100}, 7700000,
-                                                 0, 0, nullptr, 1540, 0, Width, Height, 0, 0),
+                                                 0, 0, nullptr, 1540, 0, imageWidth, imageHeight, 0,
+                                                 0),
               URect{});
     EXPECT_TRUE(canvas.Drawn().empty());
 }

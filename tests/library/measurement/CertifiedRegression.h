@@ -19,7 +19,7 @@ struct Problem
 };
 
 // The powers 0 to degree of each x.
-inline std::vector<double> polynomial(const std::vector<double>& x, int degree)
+inline std::vector<double> Polynomial(const std::vector<double>& x, int degree)
 {
     std::vector<double> design;
     for (const double value : x) {
@@ -31,7 +31,7 @@ inline std::vector<double> polynomial(const std::vector<double>& x, int degree)
 }
 
 // first, first + step, ... : count values.
-inline std::vector<double> steps(double first, double step, int count)
+inline std::vector<double> Steps(double first, double step, int count)
 {
     std::vector<double> values;
     for (int i = 0; i < count; ++i)
@@ -39,7 +39,7 @@ inline std::vector<double> steps(double first, double step, int count)
     return values;
 }
 
-inline Problem norris()
+inline Problem Norris()
 {
     const std::vector<double> x = {0.2,   337.4, 118.2, 884.6, 10.1,  226.5, 666.3, 996.3, 448.6,
                                    777.0, 558.2, 0.4,   0.6,   775.5, 666.9, 338.0, 447.5, 11.6,
@@ -49,12 +49,12 @@ inline Problem norris()
                                    778.9, 559.2, 0.3,   0.1,   778.1, 668.8, 339.3, 448.9, 10.8,
                                    557.7, 228.3, 998.0, 888.8, 119.6, 0.3,   0.6,   557.6, 339.3,
                                    888.0, 998.5, 778.9, 10.2,  117.6, 228.9, 668.4, 449.2, 0.2};
-    return {"Norris", 2, polynomial(x, 1), y, {-0.262323073774029, 1.00211681802045}};
+    return {"Norris", 2, Polynomial(x, 1), y, {-0.262323073774029, 1.00211681802045}};
 }
 
-inline Problem pontius()
+inline Problem Pontius()
 {
-    std::vector<double> x = steps(150000.0, 150000.0, 20);
+    std::vector<double> x = Steps(150000.0, 150000.0, 20);
     for (int i = 0; i < 20; ++i)
         x.push_back(x[static_cast<std::size_t>(i)]);
     const std::vector<double> y = {
@@ -64,24 +64,24 @@ inline Problem pontius()
         1.20004, 1.30818, 1.41613, 1.52408, 1.63159, 1.73965, 1.84696, 1.95445, 2.06177, 2.16829};
     return {"Pontius",
             3,
-            polynomial(x, 2),
+            Polynomial(x, 2),
             y,
             {0.673565789473684e-3, 0.732059160401003e-6, -0.316081871345029e-14}};
 }
 
 // Lines through the origin.
-inline Problem noInt1()
+inline Problem NoInt1()
 {
-    return {"NoInt1", 1, steps(60.0, 1.0, 11), steps(130.0, 1.0, 11), {2.07438016528926}};
+    return {"NoInt1", 1, Steps(60.0, 1.0, 11), Steps(130.0, 1.0, 11), {2.07438016528926}};
 }
 
-inline Problem noInt2()
+inline Problem NoInt2()
 {
     return {"NoInt2", 1, {4.0, 5.0, 6.0}, {3.0, 4.0, 4.0}, {0.727272727272727}};
 }
 
 // A polynomial of degree 10 over x from -8.8 to -3.1.
-inline Problem filip()
+inline Problem Filip()
 {
     const std::vector<double> x = {
         -6.860120914, -4.324130045, -4.358625055, -4.358426747, -6.955852379, -6.661145254,
@@ -109,7 +109,7 @@ inline Problem filip()
         0.8964, 0.8963, 0.9074, 0.9119, 0.9228};
     return {"Filip",
             11,
-            polynomial(x, 10),
+            Polynomial(x, 10),
             y,
             {-1467.48961422980, -2772.17959193342, -2316.37108160893, -1127.97394098372,
              -354.478233703349, -75.1242017393757, -10.8753180355343, -1.06221498588947,
@@ -118,7 +118,7 @@ inline Problem filip()
 
 // Employment over price index, gross national product, unemployed, armed forces, population and
 // year.
-inline Problem longley()
+inline Problem Longley()
 {
     const std::vector<double> design = {
         1.0,      83.0,     234289.0, 2356.0,   1590.0,   107608.0, 1947.0,   1.0,      88.5,
@@ -145,16 +145,16 @@ inline Problem longley()
              -1.03322686717359, -0.511041056535807e-1, 1829.15146461355}};
 }
 
-inline Problem wampler(const std::string& name, const std::vector<double>& y,
+inline Problem Wampler(const std::string& name, const std::vector<double>& y,
                        const std::vector<double>& certified)
 {
-    return {name, 6, polynomial(steps(0.0, 1.0, 21), 5), y, certified};
+    return {name, 6, Polynomial(Steps(0.0, 1.0, 21), 5), y, certified};
 }
 
 // The values of the polynomial whose coefficients are all 1.
-inline Problem wampler1()
+inline Problem Wampler1()
 {
-    return wampler("Wampler1",
+    return Wampler("Wampler1",
                    {1.0,      6.0,      63.0,      364.0,     1365.0,    3906.0,    9331.0,
                     19608.0,  37449.0,  66430.0,   111111.0,  177156.0,  271453.0,  402234.0,
                     579195.0, 813616.0, 1118481.0, 1508598.0, 2000719.0, 2613660.0, 3368421.0},
@@ -162,9 +162,9 @@ inline Problem wampler1()
 }
 
 // The values of the polynomial whose coefficients are the powers of one tenth.
-inline Problem wampler2()
+inline Problem Wampler2()
 {
-    return wampler("Wampler2",
+    return Wampler("Wampler2",
                    {1.00000,  1.11111,  1.24992,  1.42753,  1.65984,  1.96875,  2.38336,
                     2.94117,  3.68928,  4.68559,  6.00000,  7.71561,  9.92992,  12.75603,
                     16.32384, 20.78125, 26.29536, 33.05367, 41.26528, 51.16209, 63.00000},
@@ -172,27 +172,27 @@ inline Problem wampler2()
 }
 
 // Wampler1 with a growing disturbance that leaves the solution as it is.
-inline Problem wampler3()
+inline Problem Wampler3()
 {
-    return wampler("Wampler3",
+    return Wampler("Wampler3",
                    {760.0,    -2042.0,  2111.0,    -1684.0,   3888.0,    1858.0,    11379.0,
                     17560.0,  39287.0,  64382.0,   113159.0,  175108.0,  273291.0,  400186.0,
                     581243.0, 811568.0, 1121004.0, 1506550.0, 2002767.0, 2611612.0, 3369180.0},
                    std::vector<double>(6, 1.0));
 }
 
-inline Problem wampler4()
+inline Problem Wampler4()
 {
-    return wampler("Wampler4",
+    return Wampler("Wampler4",
                    {75901.0,   -204794.0, 204863.0,  -204436.0, 253665.0,  -200894.0, 214131.0,
                     -185192.0, 221249.0,  -138370.0, 315911.0,  -27644.0,  455253.0,  197434.0,
                     783995.0,  608816.0,  1370781.0, 1303798.0, 2205519.0, 2408860.0, 3444321.0},
                    std::vector<double>(6, 1.0));
 }
 
-inline Problem wampler5()
+inline Problem Wampler5()
 {
-    return wampler("Wampler5",
+    return Wampler("Wampler5",
                    {7590001.0,  -20479994.0, 20480063.0, -20479636.0, 25231365.0, -20476094.0,
                     20489331.0, -20460392.0, 18417449.0, -20413570.0, 20591111.0, -20302844.0,
                     18651453.0, -20077766.0, 21059195.0, -19666384.0, 26348481.0, -18971402.0,

@@ -23,7 +23,7 @@ private:
     int m_cols;
 };
 
-inline Array matrix(int rows, int cols)
+inline Array Matrix(int rows, int cols)
 {
     return Array(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), 0.0);
 }
@@ -33,10 +33,10 @@ inline double& at(Array& data, int cols, int row, int col)
     return data[static_cast<std::size_t>(row * cols + col)];
 }
 
-inline Array transposedTimesSelf(const Array& a, int m, int n)
+inline Array TransposedTimesSelf(const Array& a, int m, int n)
 {
     const View A(a, n);
-    Array out = matrix(n, n);
+    Array out = Matrix(n, n);
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j) {
             double sum = 0.0;
@@ -47,7 +47,7 @@ inline Array transposedTimesSelf(const Array& a, int m, int n)
     return out;
 }
 
-inline Array matrixVector(const Array& a, int rows, int cols, const Array& v)
+inline Array MatrixVector(const Array& a, int rows, int cols, const Array& v)
 {
     const View M(a, cols);
     Array out(static_cast<std::size_t>(rows));
@@ -60,10 +60,10 @@ inline Array matrixVector(const Array& a, int rows, int cols, const Array& v)
     return out;
 }
 
-inline Array product(const Array& a, const Array& b, int n)
+inline Array Product(const Array& a, const Array& b, int n)
 {
     const View A(a, n), B(b, n);
-    Array out = matrix(n, n);
+    Array out = Matrix(n, n);
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j) {
             double sum = 0.0;
@@ -75,7 +75,7 @@ inline Array product(const Array& a, const Array& b, int n)
 }
 
 // row i -= f x row k over all columns, with f taken before the row changes.
-inline void subtractRow(Array& g, int width, int i, int k)
+inline void SubtractRow(Array& g, int width, int i, int k)
 {
     const double f = at(g, width, i, k) / at(g, width, k, k);
     for (int c = 0; c < width; ++c)
@@ -83,11 +83,11 @@ inline void subtractRow(Array& g, int width, int i, int k)
 }
 
 // The inverse; b becomes the solution.
-inline Array invert(const Array& a, int n, Array& b)
+inline Array Invert(const Array& a, int n, Array& b)
 {
     const View A(a, n);
     const int width = 2 * n + 1;
-    Array g = matrix(n, width);
+    Array g = Matrix(n, width);
     for (int i = 0; i < n; ++i) {
         for (int j = 0; j < n; ++j)
             at(g, width, i, j) = A(i, j);
@@ -96,11 +96,11 @@ inline Array invert(const Array& a, int n, Array& b)
     }
     for (int k = 0; k < n; ++k)
         for (int i = k + 1; i < n; ++i)
-            subtractRow(g, width, i, k);
+            SubtractRow(g, width, i, k);
     for (int k = n - 1; k >= 1; --k)
         for (int i = k - 1; i >= 0; --i)
-            subtractRow(g, width, i, k);
-    Array out = matrix(n, n);
+            SubtractRow(g, width, i, k);
+    Array out = Matrix(n, n);
     for (int k = 0; k < n; ++k) {
         const double scale = 1.0 / at(g, width, k, k);
         for (int c = 0; c < width; ++c)
@@ -112,16 +112,16 @@ inline Array invert(const Array& a, int n, Array& b)
     return out;
 }
 
-inline Array leastSquares(const Array& a, int m, int n, const Array& y)
+inline Array LeastSquares(const Array& a, int m, int n, const Array& y)
 {
     const View A(a, n);
-    const Array normal = transposedTimesSelf(a, m, n);
-    Array transposed = matrix(n, m);
+    const Array normal = TransposedTimesSelf(a, m, n);
+    Array transposed = Matrix(n, m);
     for (int i = 0; i < m; ++i)
         for (int j = 0; j < n; ++j)
             at(transposed, m, j, i) = A(i, j);
-    Array t = matrixVector(transposed, n, m, y);
-    invert(normal, n, t);
+    Array t = MatrixVector(transposed, n, m, y);
+    Invert(normal, n, t);
     return t;
 }
 

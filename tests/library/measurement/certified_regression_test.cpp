@@ -20,7 +20,7 @@ constexpr double mostDigits = 15.0;
 
 // Correct decimal digits: the negative logarithm of the relative error (none of the certified
 // values is 0).
-double digits(double value, double certified)
+double Digits(double value, double certified)
 {
     const double error = std::fabs(value - certified) / std::fabs(certified);
     if (!std::isfinite(error)) return 0.0;
@@ -28,14 +28,14 @@ double digits(double value, double certified)
 }
 
 // The digits of the worst coefficient, cut after one decimal.
-double worstDigits(const Problem& problem)
+double WorstDigits(const Problem& problem)
 {
     std::vector<double> x(problem.coefficients);
     MAT_LeastSquares(problem.design.data(), static_cast<int>(problem.y.size()),
                      static_cast<int>(problem.coefficients), problem.y.data(), x.data());
     double worst = mostDigits;
     for (std::size_t i = 0; i < x.size(); ++i)
-        worst = std::min(worst, digits(x[i], problem.certified[i]));
+        worst = std::min(worst, Digits(x[i], problem.certified[i]));
     return std::floor(worst * 10.0) / 10.0;
 }
 
@@ -61,21 +61,21 @@ TEST_P(CertifiedRegressionTest, ReachesTheDocumentedDigits)
     const Problem problem = GetParam().problem();
     ASSERT_EQ(problem.design.size(), problem.y.size() * problem.coefficients);
     ASSERT_EQ(problem.certified.size(), problem.coefficients);
-    EXPECT_DOUBLE_EQ(worstDigits(problem), GetParam().digits);
+    EXPECT_DOUBLE_EQ(WorstDigits(problem), GetParam().digits);
 }
 
 INSTANTIATE_TEST_SUITE_P(Problems, CertifiedRegressionTest,
-                         testing::Values(Expectation{certified_regression::norris, 12.2},
-                                         Expectation{certified_regression::pontius, 11.3},
-                                         Expectation{certified_regression::noInt1, 14.7},
-                                         Expectation{certified_regression::noInt2, 15.0},
-                                         Expectation{certified_regression::filip, 0.0},
-                                         Expectation{certified_regression::longley, 8.4},
-                                         Expectation{certified_regression::wampler1, 6.6},
-                                         Expectation{certified_regression::wampler2, 9.3},
-                                         Expectation{certified_regression::wampler3, 6.6},
-                                         Expectation{certified_regression::wampler4, 6.6},
-                                         Expectation{certified_regression::wampler5, 6.6}),
+                         testing::Values(Expectation{certified_regression::Norris, 12.2},
+                                         Expectation{certified_regression::Pontius, 11.3},
+                                         Expectation{certified_regression::NoInt1, 14.7},
+                                         Expectation{certified_regression::NoInt2, 15.0},
+                                         Expectation{certified_regression::Filip, 0.0},
+                                         Expectation{certified_regression::Longley, 8.4},
+                                         Expectation{certified_regression::Wampler1, 6.6},
+                                         Expectation{certified_regression::Wampler2, 9.3},
+                                         Expectation{certified_regression::Wampler3, 6.6},
+                                         Expectation{certified_regression::Wampler4, 6.6},
+                                         Expectation{certified_regression::Wampler5, 6.6}),
                          [](const auto& test) { return test.param.problem().name; });
 
 } // namespace

@@ -14,13 +14,13 @@ class DopplerScalingTest : public testing::Test
 protected:
     ~DopplerScalingTest() override
     {
-        set(0, 0, 0, 0, 0);
+        Set(0, 0, 0, 0, 0);
         CDopplerScaling::SetPWLRP(0);
         CDopplerScaling::SetVecDopScaleFactor(1.0);
         CDopplerScaling::SetBaselineStartPos(0.0);
     }
 
-    static void set(long prp, long freq, long nfft, long angle, long height)
+    static void Set(long prp, long freq, long nfft, long angle, long height)
     {
         CDopplerScaling::SetPWPRP(prp);
         CDopplerScaling::SetPWFreq(freq);
@@ -47,7 +47,7 @@ TEST_F(DopplerScalingTest, EverythingStartsAtNothing)
 TEST_F(DopplerScalingTest, SettersStoreWhatTheyAreGiven)
 {
     constexpr long least = std::numeric_limits<long>::min();
-    set(least, -2, 3, -4, 5);
+    Set(least, -2, 3, -4, 5);
     CDopplerScaling::SetPWLRP(-6);
     CDopplerScaling::SetVecDopScaleFactor(-7.5);
     CDopplerScaling::SetBaselineStartPos(8.25);
@@ -63,7 +63,7 @@ TEST_F(DopplerScalingTest, SettersStoreWhatTheyAreGiven)
 
 TEST_F(DopplerScalingTest, VelocityPerPixelOfAKnownSetting)
 {
-    set(200, 5000000, 128, 0, 256);
+    Set(200, 5000000, 128, 0, 256);
     EXPECT_DOUBLE_EQ(CDopplerScaling::GetVelPerPixel(), 0.77 / 256);
     const double straight = CDopplerScaling::GetVelPerPixel();
     CDopplerScaling::SetPWVesselAngle(60000);
@@ -115,7 +115,7 @@ TEST_F(DopplerScalingTest, TheOrderOfTheOperationsIsFixed)
 
 TEST_F(DopplerScalingTest, BaselineMapsBinsToPixels)
 {
-    set(0, 0, 128, 0, 256);
+    Set(0, 0, 128, 0, 256);
     CDopplerScaling::SetBaselineStartPos(10.5);
     EXPECT_EQ(CDopplerScaling::GetPixelBaseline(0), 10.5);
     EXPECT_EQ(CDopplerScaling::GetPixelBaseline(64), 138.5);
@@ -129,13 +129,13 @@ TEST_F(DopplerScalingTest, BaselineMapsBinsToPixels)
 TEST_F(DopplerScalingTest, BaselineDoesNotOverflow)
 {
     constexpr int largest = std::numeric_limits<int>::max();
-    set(0, 0, 1, 0, largest);
+    Set(0, 0, 1, 0, largest);
     EXPECT_EQ(CDopplerScaling::GetPixelBaseline(largest), static_cast<double>(largest) * largest);
 }
 
 TEST_F(DopplerScalingTest, AnglePerPixelIsNotGuarded)
 {
-    set(0, 0, 0, 0, 180);
+    Set(0, 0, 0, 0, 180);
     EXPECT_EQ(CDopplerScaling::GetVecAnglePerPixel(), 2.0);
     CDopplerScaling::SetPWDisplayHeight(0);
     EXPECT_EQ(CDopplerScaling::GetVecAnglePerPixel(), std::numeric_limits<double>::infinity());

@@ -22,18 +22,18 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 // The same bits, where any NaN stands for every other: which of two NaNs a sum keeps is the
 // processor's choice.
-inline bool isSame(double a, double b)
+inline bool IsSame(double a, double b)
 {
     if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-inline testing::AssertionResult isSame(const plain::Array& a, const plain::Array& b)
+inline testing::AssertionResult IsSame(const plain::Array& a, const plain::Array& b)
 {
     if (a.size() != b.size())
         return testing::AssertionFailure() << "sizes " << a.size() << " and " << b.size();
     for (std::size_t i = 0; i < a.size(); ++i)
-        if (!isSame(a[i], b[i]))
+        if (!IsSame(a[i], b[i]))
             return testing::AssertionFailure()
                    << "element " << i << ": " << a[i] << " and " << b[i];
     return testing::AssertionSuccess();
@@ -47,39 +47,39 @@ class Sources
 public:
     explicit Sources(unsigned seed) : m_random(seed) {}
 
-    double plainNumber() { return std::uniform_real_distribution<double>(-10.0, 10.0)(m_random); }
-    double smallInteger() { return static_cast<double>(static_cast<int>(m_random() % 7) - 3); }
-    double anyBits()
+    double PlainNumber() { return std::uniform_real_distribution<double>(-10.0, 10.0)(m_random); }
+    double SmallInteger() { return static_cast<double>(static_cast<int>(m_random() % 7) - 3); }
+    double AnyBits()
     {
         return std::bit_cast<double>((std::uint64_t{m_random()} << 32) | m_random());
     }
-    double denormal()
+    double Denormal()
     {
         return std::bit_cast<double>(std::uint64_t{m_random()} | std::uint64_t{m_random() % 2}
                                                                      << 63);
     }
 
-    double oftenSpecial()
+    double OftenSpecial()
     {
         static constexpr double special[] = {0.0,   -0.0,    infinity, -infinity, notANumber,
                                              1e308, -1e-308, 5e-324,   1.0};
-        return m_random() % 4 == 0 ? special[m_random() % std::size(special)] : plainNumber();
+        return m_random() % 4 == 0 ? special[m_random() % std::size(special)] : PlainNumber();
     }
 
-    std::vector<Source> all()
+    std::vector<Source> All()
     {
-        return {[this] { return plainNumber(); }, [this] { return smallInteger(); },
-                [this] { return anyBits(); }, [this] { return denormal(); },
-                [this] { return oftenSpecial(); }};
+        return {[this] { return PlainNumber(); }, [this] { return SmallInteger(); },
+                [this] { return AnyBits(); }, [this] { return Denormal(); },
+                [this] { return OftenSpecial(); }};
     }
 
 private:
     std::mt19937 m_random;
 };
 
-inline plain::Array filled(int rows, int cols, const Source& source)
+inline plain::Array Filled(int rows, int cols, const Source& source)
 {
-    plain::Array array = plain::matrix(rows, cols);
+    plain::Array array = plain::Matrix(rows, cols);
     std::generate(array.begin(), array.end(), source);
     return array;
 }
@@ -96,16 +96,16 @@ public:
     }
 
     double* data() { return m_all.data() + fence; }
-    plain::Array values() const { return plain::Array(m_all.begin() + fence, m_all.end() - fence); }
+    plain::Array Values() const { return plain::Array(m_all.begin() + fence, m_all.end() - fence); }
 
-    bool isFenceWhole() const
+    bool IsFenceWhole() const
     {
         const auto isMark = [](double value) { return value == mark; };
         return std::all_of(m_all.begin(), m_all.begin() + fence, isMark) &&
                std::all_of(m_all.end() - fence, m_all.end(), isMark);
     }
 
-    bool isUntouched() const
+    bool IsUntouched() const
     {
         return std::all_of(m_all.begin(), m_all.end(), [](double value) { return value == mark; });
     }

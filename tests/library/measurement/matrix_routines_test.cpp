@@ -46,22 +46,22 @@ TEST(MatrixInverseTest, DoesNotPivot)
 TEST(MatrixInverseTest, MayOverwriteItsArgument)
 {
     Sources sources(5);
-    const Array a = filled(7, 7, [&] { return sources.plainNumber(); });
+    const Array a = Filled(7, 7, [&] { return sources.PlainNumber(); });
     Array inPlace = a, b(7, 1.0), sameB = b;
     MAT_InvertMatrix(inPlace.data(), 7, b.data(), inPlace.data());
-    EXPECT_TRUE(isSame(inPlace, plain::invert(a, 7, sameB)));
-    EXPECT_TRUE(isSame(b, sameB));
+    EXPECT_TRUE(IsSame(inPlace, plain::Invert(a, 7, sameB)));
+    EXPECT_TRUE(IsSame(b, sameB));
 }
 
 TEST(LeastSquaresTest, MayOverwriteTheRightSide)
 {
     Sources sources(6);
-    const Array a = filled(20, 5, [&] { return sources.plainNumber(); });
-    Array y = filled(20, 1, [&] { return sources.plainNumber(); });
-    const Array expected = plain::leastSquares(a, 20, 5, y);
+    const Array a = Filled(20, 5, [&] { return sources.PlainNumber(); });
+    Array y = Filled(20, 1, [&] { return sources.PlainNumber(); });
+    const Array expected = plain::LeastSquares(a, 20, 5, y);
     MAT_LeastSquares(a.data(), 20, 5, y.data(), y.data());
     y.resize(5);
-    EXPECT_TRUE(isSame(y, expected));
+    EXPECT_TRUE(IsSame(y, expected));
 }
 
 TEST(MatrixElementTest, StoresInsideAndReportsOutside)
@@ -70,7 +70,7 @@ TEST(MatrixElementTest, StoresInsideAndReportsOutside)
     testing::internal::CaptureStdout();
     MAT_SetMatrixElement(1, 2, 2, 3, m.data(), 5.0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    EXPECT_EQ(m.values()[5], 5.0);
+    EXPECT_EQ(m.Values()[5], 5.0);
     Fenced untouched(2, 3);
     for (const auto& [row, col] : {std::pair(2, 0), std::pair(0, 3), std::pair(7, 7)}) {
         testing::internal::CaptureStdout();
@@ -79,7 +79,7 @@ TEST(MatrixElementTest, StoresInsideAndReportsOutside)
         std::erase(text, '\r');
         EXPECT_EQ(text, "\nERROR in SetMatrixElement() !\n");
     }
-    EXPECT_TRUE(untouched.isUntouched());
+    EXPECT_TRUE(untouched.IsUntouched());
 }
 
 TEST(MatrixElementTest, NegativeIndicesAreNotRejected)
@@ -109,9 +109,9 @@ TEST(RotationMatrixTest, RotatesAndTranslates)
     Fenced m(3, 3);
     MAT_GenerateRotationMatrix(5, -6, 300, m.data());
     const double a = 300 * 0.1 * 0.017453292519444;
-    EXPECT_TRUE(isSame(m.values(), {std::cos(a), -std::sin(a), 5.0, std::sin(a), std::cos(a), -6.0,
+    EXPECT_TRUE(IsSame(m.Values(), {std::cos(a), -std::sin(a), 5.0, std::sin(a), std::cos(a), -6.0,
                                     0.0, 0.0, 1.0}));
-    EXPECT_TRUE(m.isFenceWhole());
+    EXPECT_TRUE(m.IsFenceWhole());
 }
 
 TEST(RotationMatrixTest, AQuarterTurnIsNotExact)
@@ -130,7 +130,7 @@ TEST(RotationMatrixTest, AQuarterTurnIsNotExact)
 class TransformTest : public testing::Test
 {
 protected:
-    void transform(const double* p1, const double* p2, const double* p3, const double* p4)
+    void Transform(const double* p1, const double* p2, const double* p3, const double* p4)
     {
         MAT_Transform(&maxX, &minX, &maxY, &minY, p1, p2, p3, p4, m_first, m_second, m_product);
     }
@@ -146,37 +146,37 @@ TEST_F(TransformTest, GivesTheBoxOfARotatedImage)
     const double p1[] = {0, 0, 1}, p2[] = {200, 0, 1}, p3[] = {200, 100, 1}, p4[] = {0, 100, 1};
     MAT_GenerateRotationMatrix(0, 0, 300, m_first);
     MAT_GenerateRotationMatrix(-100, -50, 0, m_second);
-    transform(p1, p2, p3, p4);
+    Transform(p1, p2, p3, p4);
     const double c = std::sqrt(0.75), s = 0.5;
     EXPECT_NEAR(maxX, 100 * c + 50 * s, 1e-6);
     EXPECT_NEAR(minX, -maxX, 1e-6);
     EXPECT_NEAR(maxY, 100 * s + 50 * c, 1e-6);
     EXPECT_NEAR(minY, -maxY, 1e-6);
     const Array expected =
-        plain::product(Array(m_first, m_first + 9), Array(m_second, m_second + 9), 3);
-    EXPECT_TRUE(isSame(Array(m_product, m_product + 9), expected));
+        plain::Product(Array(m_first, m_first + 9), Array(m_second, m_second + 9), 3);
+    EXPECT_TRUE(IsSame(Array(m_product, m_product + 9), expected));
 }
 
 TEST_F(TransformTest, ABoxBeyondTheStartingValuesIsCutThere)
 {
     const double left[] = {-2e8, 5, 1}, top[] = {-3e8, 2e8, 1};
-    transform(left, left, left, left);
+    Transform(left, left, left, left);
     EXPECT_EQ(maxX, -1e8);
     EXPECT_EQ(minX, -2e8);
     EXPECT_EQ(maxY, 5.0);
     EXPECT_EQ(minY, 5.0);
-    transform(top, top, top, top);
+    Transform(top, top, top, top);
     EXPECT_EQ(minY, 1e8);
 }
 
 TEST_F(TransformTest, NotANumberIsPassedOver)
 {
     const double bad[] = {notANumber, notANumber, 1}, good[] = {3, 4, 1};
-    transform(bad, bad, bad, bad);
+    Transform(bad, bad, bad, bad);
     EXPECT_EQ(maxX, -1e8);
     EXPECT_EQ(minY, 1e8);
     m_first[1] = m_first[3] = 0.0;
-    transform(bad, good, bad, bad);
+    Transform(bad, good, bad, bad);
     EXPECT_EQ(maxX, 3.0);
     EXPECT_EQ(minY, 4.0);
 }

@@ -15,7 +15,7 @@ TEST(MatrixSizeTest, NoSizeWritesOutsideItsArrays)
             int size = 0;
             MAT_LeastSquares(a.data(), m, n, y.data(), x.data());
             MAT_AT_Times_A(a.data(), m, n, normal.data(), &size);
-            ASSERT_TRUE(x.isFenceWhole() && normal.isFenceWhole()) << n << " " << m;
+            ASSERT_TRUE(x.IsFenceWhole() && normal.IsFenceWhole()) << n << " " << m;
             ASSERT_EQ(size, n);
         }
 }
@@ -33,7 +33,7 @@ TEST(MatrixSizeTest, NothingIsDoneForSizesBelowOne)
         MAT_InvertMatrix(a.data(), n, b.data(), out.data());
         MAT_LeastSquares(a.data(), 4, n, a.data(), b.data());
         MAT_MatrixVectorProduct(a.data(), n, 4, a.data(), 4, out.data());
-        EXPECT_TRUE(out.isUntouched() && b.isUntouched()) << n;
+        EXPECT_TRUE(out.IsUntouched() && b.IsUntouched()) << n;
     }
 }
 
@@ -44,12 +44,12 @@ TEST(MatrixSizeTest, EmptySumsAreZeroAndTheirSolutionIsNotANumber)
         int size = 0;
         MAT_AT_Times_A(nullptr, m, 3, out.data(), &size);
         MAT_LeastSquares(nullptr, m, 3, nullptr, x.data());
-        EXPECT_TRUE(isSame(out.values(), Array(9, 0.0)));
-        EXPECT_TRUE(isSame(x.values(), Array(3, notANumber)));
+        EXPECT_TRUE(IsSame(out.Values(), Array(9, 0.0)));
+        EXPECT_TRUE(IsSame(x.Values(), Array(3, notANumber)));
     }
     Fenced product(5);
     MAT_MatrixVectorProduct(nullptr, 5, 0, nullptr, 0, product.data());
-    EXPECT_TRUE(isSame(product.values(), Array(5, 0.0)));
+    EXPECT_TRUE(IsSame(product.Values(), Array(5, 0.0)));
 }
 
 TEST(MatrixSizeTest, SizesThatCannotExistAreLeftAlone)
@@ -68,12 +68,12 @@ TEST(MatrixSizeTest, SizesThatCannotExistAreLeftAlone)
             MAT_InvertMatrix(a.data(), n, b.data(), out.data());
             MAT_LeastSquares(a.data(), 4, n, a.data(), b.data());
         }
-        EXPECT_TRUE(out.isUntouched() && b.isUntouched()) << n;
+        EXPECT_TRUE(out.IsUntouched() && b.IsUntouched()) << n;
     }
     Fenced x(4);
     if (sizeof(void*) == 4) {
         MAT_LeastSquares(a.data(), std::numeric_limits<int>::max(), 4, a.data(), x.data());
-        EXPECT_TRUE(x.isUntouched());
+        EXPECT_TRUE(x.IsUntouched());
     }
 }
 
@@ -84,7 +84,7 @@ TEST(MatrixSizeTest, WantOfScratchMemoryLeavesTheResultsAlone)
     const Array a(16, 1.0);
     Fenced out(4, 4), b(4);
     MAT_InvertMatrix(a.data(), n, b.data(), out.data());
-    EXPECT_TRUE(out.isUntouched() && b.isUntouched());
+    EXPECT_TRUE(out.IsUntouched() && b.IsUntouched());
 }
 
 TEST(MatrixSizeTest, NullArraysAreLeftAlone)
@@ -109,9 +109,9 @@ TEST(MatrixSizeTest, NullArraysAreLeftAlone)
     MAT_MatrixVectorProduct(a.data(), 3, 3, a.data(), 3, nullptr);
     MAT_SetMatrixElement(0, 0, 3, 3, nullptr, 1.0);
     MAT_GenerateRotationMatrix(0, 0, 0, nullptr);
-    EXPECT_TRUE(out.isUntouched() && b.isUntouched());
+    EXPECT_TRUE(out.IsUntouched() && b.IsUntouched());
     MAT_AT_Times_A(a.data(), 3, 3, out.data(), nullptr);
-    EXPECT_TRUE(isSame(out.values(), Array(9, 3.0)));
+    EXPECT_TRUE(IsSame(out.Values(), Array(9, 3.0)));
 }
 
 } // namespace

@@ -30,16 +30,16 @@ public:
     AviMovie(const AviMovie&) = delete;
     AviMovie& operator=(const AviMovie&) = delete;
 
-    bool isOpen() const { return m_stream != nullptr; }
-    LONG length() const { return m_stream ? AVIStreamLength(m_stream) : -1; }
+    bool IsOpen() const { return m_stream != nullptr; }
+    LONG Length() const { return m_stream ? AVIStreamLength(m_stream) : -1; }
 
-    bool isKeyFrame(LONG index) const
+    bool IsKeyFrame(LONG index) const
     {
         return AVIStreamFindSample(m_stream, index, FIND_KEY | FIND_PREV) == index;
     }
 
     // The bytes of one frame; empty for a missing one.
-    std::vector<std::uint8_t> frame(LONG index) const
+    std::vector<std::uint8_t> Frame(LONG index) const
     {
         LONG bytes = 0;
         LONG samples = 0;

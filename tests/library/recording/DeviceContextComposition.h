@@ -48,19 +48,19 @@ private:
     HGDIOBJ m_old;
 };
 
-inline int width(const RECT& rect)
+inline int Width(const RECT& rect)
 {
     return static_cast<int>(rect.right - rect.left);
 }
-inline int height(const RECT& rect)
+inline int Height(const RECT& rect)
 {
     return static_cast<int>(rect.bottom - rect.top);
 }
 
 // There is no bitmap of a reversed rect's size, so such a rect places nothing.
-inline bool hasArea(const RECT& rect)
+inline bool HasArea(const RECT& rect)
 {
-    return width(rect) > 0 && height(rect) > 0;
+    return Width(rect) > 0 && Height(rect) > 0;
 }
 
 struct Form
@@ -71,33 +71,33 @@ struct Form
     const std::uint32_t* image[5];
     HBITMAP mask[2];
 
-    void placeMasked(HDC frame, const RECT& rect, const std::uint32_t* pixels, HBITMAP bits) const
+    void PlaceMasked(HDC frame, const RECT& rect, const std::uint32_t* pixels, HBITMAP bits) const
     {
-        if (!pixels || !hasArea(rect)) return;
-        const Bitmap bitmap(CreateBitmap(width(rect), height(rect), 1, 32, pixels));
+        if (!pixels || !HasArea(rect)) return;
+        const Bitmap bitmap(CreateBitmap(Width(rect), Height(rect), 1, 32, pixels));
         const BitmapContext plane(bitmap);
         constexpr DWORD keepWhereMaskIsOne = 0xCCAA0000;
-        MaskBlt(frame, rect.left, frameHeight - rect.top - height(rect), width(rect), height(rect),
+        MaskBlt(frame, rect.left, frameHeight - rect.top - Height(rect), Width(rect), Height(rect),
                 plane, 0, 0, bits, 0, 0, keepWhereMaskIsOne);
     }
 
-    void placeRegion(HDC frame, HDC plane2, const RECT& region) const
+    void PlaceRegion(HDC frame, HDC plane2, const RECT& region) const
     {
-        if (!hasArea(region)) return;
+        if (!HasArea(region)) return;
         BitBlt(frame, rects[2].left + region.left, frameHeight - rects[2].bottom + region.top,
-               width(region), height(region), plane2, region.left, region.top, SRCCOPY);
+               Width(region), Height(region), plane2, region.left, region.top, SRCCOPY);
     }
 
-    void placeRegions(HDC frame) const
+    void PlaceRegions(HDC frame) const
     {
-        if (!hasArea(rects[2]) || !image[2]) return;
-        const Bitmap bitmap(CreateBitmap(width(rects[2]), height(rects[2]), 1, 32, image[2]));
+        if (!HasArea(rects[2]) || !image[2]) return;
+        const Bitmap bitmap(CreateBitmap(Width(rects[2]), Height(rects[2]), 1, 32, image[2]));
         const BitmapContext plane(bitmap);
-        placeRegion(frame, plane, rects[4]);
-        placeRegion(frame, plane, rects[5]);
+        PlaceRegion(frame, plane, rects[4]);
+        PlaceRegion(frame, plane, rects[5]);
     }
 
-    void paint(HDC frame, int x, int y, int w, int h, const std::uint32_t* pixels) const
+    void Paint(HDC frame, int x, int y, int w, int h, const std::uint32_t* pixels) const
     {
         if (!pixels || w <= 0 || h <= 0) return;
         const Bitmap bitmap(CreateBitmap(w, h, 1, 32, pixels));
@@ -105,31 +105,31 @@ struct Form
         BitBlt(frame, x, y, w, h, plane, 0, 0, SRCPAINT);
     }
 
-    void placeOverlays(HDC frame) const
+    void PlaceOverlays(HDC frame) const
     {
-        const int y0 = frameHeight - rects[0].top - height(rects[0]);
-        const int y1 = frameHeight - rects[1].top - height(rects[1]);
-        const int h4 = height(rects[3]);
+        const int y0 = frameHeight - rects[0].top - Height(rects[0]);
+        const int y1 = frameHeight - rects[1].top - Height(rects[1]);
+        const int h4 = Height(rects[3]);
         const bool second = image[1] != nullptr;
-        paint(frame, second ? rects[1].left : 0, second ? y1 : 0, width(rects[1]), 5, image[3]);
+        Paint(frame, second ? rects[1].left : 0, second ? y1 : 0, Width(rects[1]), 5, image[3]);
         if (second)
-            paint(frame, rects[1].left, y1 + height(rects[1]) - rects[3].top - h4, width(rects[3]),
+            Paint(frame, rects[1].left, y1 + Height(rects[1]) - rects[3].top - h4, Width(rects[3]),
                   h4, image[4]);
         else
-            paint(frame, rects[0].left, y0 + height(rects[0]) - rects[3].top - h4, width(rects[3]),
+            Paint(frame, rects[0].left, y0 + Height(rects[0]) - rects[3].top - h4, Width(rects[3]),
                   h4, image[4]);
     }
 
     // Composes onto the frame's pixels in place.
-    void compose(std::uint32_t* pixels) const
+    void Compose(std::uint32_t* pixels) const
     {
         const Bitmap bitmap(CreateBitmap(frameWidth, frameHeight, 1, 32, pixels));
         {
             const BitmapContext frame(bitmap);
-            placeMasked(frame, rects[0], image[0], mask[0]);
-            placeMasked(frame, rects[1], image[1], mask[1]);
-            placeRegions(frame);
-            placeOverlays(frame);
+            PlaceMasked(frame, rects[0], image[0], mask[0]);
+            PlaceMasked(frame, rects[1], image[1], mask[1]);
+            PlaceRegions(frame);
+            PlaceOverlays(frame);
         }
         GetBitmapBits(bitmap, frameWidth * frameHeight * 4, pixels);
     }

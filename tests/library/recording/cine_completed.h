@@ -11,7 +11,7 @@ struct Completed
     std::wstring path;
     DWORD thread = 0;
 
-    static void notify(const wchar_t* path, void* self)
+    static void Notify(const wchar_t* path, void* self)
     {
         auto& completed = *static_cast<Completed*>(self);
         ++completed.calls;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <random>
 
-Pixels noise(int width, int height, unsigned seed)
+Pixels Noise(int width, int height, unsigned seed)
 {
     std::minstd_rand random(seed + 1);
     Pixels pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
@@ -12,7 +12,7 @@ Pixels noise(int width, int height, unsigned seed)
     return pixels;
 }
 
-Pixels upsideDown(const Pixels& pixels, int width)
+Pixels UpsideDown(const Pixels& pixels, int width)
 {
     Pixels turned;
     for (std::size_t row = pixels.size() / static_cast<std::size_t>(width); row-- > 0;)
@@ -21,27 +21,27 @@ Pixels upsideDown(const Pixels& pixels, int width)
     return turned;
 }
 
-Pixels mirrored(Pixels pixels, int width)
+Pixels Mirrored(Pixels pixels, int width)
 {
     for (auto row = pixels.begin(); row != pixels.end(); row += width)
         std::reverse(row, row + width);
     return pixels;
 }
 
-Bytes bytesOf(const Pixels& pixels)
+Bytes BytesOf(const Pixels& pixels)
 {
     const auto* const first = reinterpret_cast<const std::uint8_t*>(pixels.data());
     return {first, first + pixels.size() * sizeof(unsigned int)};
 }
 
-std::unique_ptr<CBitmap> bitmapOf(const Pixels& pixels, int width, int height)
+std::unique_ptr<CBitmap> BitmapOf(const Pixels& pixels, int width, int height)
 {
     auto bitmap = std::make_unique<CBitmap>();
     bitmap->CreateBitmap(width, height, 1, 32, pixels.data());
     return bitmap;
 }
 
-std::unique_ptr<CBitmap> maskOf(int width, int height, unsigned seed)
+std::unique_ptr<CBitmap> MaskOf(int width, int height, unsigned seed)
 {
     std::minstd_rand random(seed + 1);
     Bytes bits(static_cast<std::size_t>((width + 15) / 16 * 2 * height));
@@ -56,10 +56,10 @@ GivenPlanes::GivenPlanes(unsigned seed, const Turns& turns)
 {
     const int sizes[5][2] = {{30, 30}, {28, 30}, {64, 12}, {28, 5}, {14, 4}};
     for (unsigned i = 0; i < 5; ++i) {
-        given[i] = noise(sizes[i][0], sizes[i][1], 10 * seed + i);
+        given[i] = Noise(sizes[i][0], sizes[i][1], 10 * seed + i);
         const bool turn = !((i == 0 && turns.bottomUp0) || (i == 1 && turns.bottomUp1));
-        turned[i] = turn ? upsideDown(given[i], sizes[i][0]) : given[i];
+        turned[i] = turn ? UpsideDown(given[i], sizes[i][0]) : given[i];
         if ((i == 0 && turns.mirror0) || (i == 1 && turns.mirror1))
-            turned[i] = mirrored(turned[i], sizes[i][0]);
+            turned[i] = Mirrored(turned[i], sizes[i][0]);
     }
 }

@@ -10,19 +10,19 @@ using Bytes = std::vector<std::uint8_t>;
 using Pixels = std::vector<unsigned int>;
 
 // Random colours without their fourth byte.
-Pixels noise(int width, int height, unsigned seed);
+Pixels Noise(int width, int height, unsigned seed);
 
 // Plain forms of the turns.
-Pixels upsideDown(const Pixels& pixels, int width);
-Pixels mirrored(Pixels pixels, int width);
+Pixels UpsideDown(const Pixels& pixels, int width);
+Pixels Mirrored(Pixels pixels, int width);
 
 // The pixels as they lie in memory.
-Bytes bytesOf(const Pixels& pixels);
+Bytes BytesOf(const Pixels& pixels);
 
-std::unique_ptr<CBitmap> bitmapOf(const Pixels& pixels, int width, int height);
+std::unique_ptr<CBitmap> BitmapOf(const Pixels& pixels, int width, int height);
 
 // A random mask of one bit a pixel.
-std::unique_ptr<CBitmap> maskOf(int width, int height, unsigned seed);
+std::unique_ptr<CBitmap> MaskOf(int width, int height, unsigned seed);
 
 struct Turns
 {

@@ -30,17 +30,17 @@ protected:
         std::wcscpy(codec->shortName, L"test codec");
         codec->failFrom = -1;
         std::fill(std::begin(codec->frameBytes), std::end(codec->frameBytes), 16);
-        capture_settings::set(L"RecordCodec", L"test codec");
+        capture_settings::Set(L"RecordCodec", L"test codec");
     }
     ~CineStoreCodec() override { FreeLibrary(dll); }
 
     // Every codec that was begun is ended, and every one that was opened is closed as far as the
     // platform does that: the compressed stream of Wine 8.0 never closes its codec.
-    void expectReleased()
+    void ExpectReleased()
     {
         EXPECT_GE(codec->ended, codec->begun);
         const LONG open = codec->opened - codec->closed;
-        EXPECT_TRUE(open == 0 || !streamClosesCodec()) << open << " codecs are open";
+        EXPECT_TRUE(open == 0 || !StreamClosesCodec()) << open << " codecs are open";
     }
 
     InstalledCodec installed{L"TST1", L"testcodec.dll"};
@@ -49,7 +49,7 @@ protected:
 
 private:
     // Tries it with a compressed stream that no library of ours has touched.
-    bool streamClosesCodec()
+    bool StreamClosesCodec()
     {
         const LONG openBefore = codec->opened - codec->closed;
         const std::wstring name = folder / L"probe.avi";
@@ -79,7 +79,7 @@ private:
 
 TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
 {
-    capture_settings::clear();
+    capture_settings::Clear();
     InstalledCodec installed(L"TST1", L"testcodec.dll");
     HMODULE dll = LoadLibraryW(installed.path().c_str());
     ASSERT_NE(dll, nullptr);
@@ -88,8 +88,8 @@ TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
     std::wcscpy(function()->shortName, L"XVID");
     std::fill(std::begin(function()->frameBytes), std::end(function()->frameBytes), 16);
     function()->failFrom = -1;
-    EXPECT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     EXPECT_EQ(function()->quality, 10000); // 100 percent
     EXPECT_TRUE(store.EndStorage());
     FreeLibrary(dll);
@@ -98,24 +98,24 @@ TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
 TEST_F(CineStoreCodec, IsFoundByItsExactShortName)
 {
     for (const wchar_t* name : {L"Test codec", L"test", L"test codec 2", L"TST1"}) {
-        capture_settings::set(L"RecordCodec", name);
-        EXPECT_FALSE(start()) << name;
+        capture_settings::Set(L"RecordCodec", name);
+        EXPECT_FALSE(Start()) << name;
         EXPECT_TRUE(store.EndStorage());
     }
-    capture_settings::set(L"RecordCodec", L"test codec");
-    EXPECT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    capture_settings::Set(L"RecordCodec", L"test codec");
+    EXPECT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(AviMovie(fileName).format.biCompression, mmioFOURCC('T', 'S', 'T', '1'));
-    expectReleased();
+    ExpectReleased();
 }
 
 TEST_F(CineStoreCodec, MayBeCalledUncompressedInAnotherSpelling)
 {
     std::wcscpy(codec->shortName, L"uncompressed");
-    capture_settings::set(L"RecordCodec", L"uncompressed");
-    EXPECT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    capture_settings::Set(L"RecordCodec", L"uncompressed");
+    EXPECT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     EXPECT_EQ(codec->frames, 1);
     EXPECT_TRUE(store.EndStorage());
 }
@@ -124,12 +124,12 @@ TEST_F(CineStoreCodec, IsTheSettingsWhateverSetCompressionSaid)
 {
     std::wstring name = L"no such codec";
     store.SetCompression(name.data());
-    EXPECT_TRUE(start());
+    EXPECT_TRUE(Start());
     EXPECT_TRUE(store.EndStorage());
     name = L"test codec";
     store.SetCompression(name.data());
-    capture_settings::set(L"RecordCodec", L"no such codec");
-    EXPECT_FALSE(start());
+    capture_settings::Set(L"RecordCodec", L"no such codec");
+    EXPECT_FALSE(Start());
     EXPECT_TRUE(store.EndStorage());
 }
 
@@ -140,24 +140,24 @@ TEST_F(CineStoreCodec, GivesTheOptionsTheFlagsOfItsRecord)
 {
     static_assert(VIDCF_TEMPORAL == AVICOMPRESSF_KEYFRAMES);
     codec->flags = VIDCF_TEMPORAL | VIDCF_FASTTEMPORALC;
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
+    EXPECT_TRUE(AddBlank());
     EXPECT_EQ(codec->asked, 0u);
     EXPECT_TRUE(store.EndStorage());
     codec->flags = 0;
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
+    EXPECT_TRUE(AddBlank());
     EXPECT_EQ(codec->asked, static_cast<DWORD>(ICCOMPRESS_KEYFRAME));
     EXPECT_TRUE(store.EndStorage());
 }
 
 TEST_F(CineStoreCodec, GetsTheQualityInHundredthsOfAPercent)
 {
-    capture_settings::set(L"RecordQuality", 73);
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    capture_settings::Set(L"RecordQuality", 73);
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     EXPECT_EQ(codec->quality, 7300);
     EXPECT_TRUE(store.EndStorage());
 }
@@ -165,7 +165,7 @@ TEST_F(CineStoreCodec, GetsTheQualityInHundredthsOfAPercent)
 TEST_F(CineStoreCodec, GetsItsOwnStateBack)
 {
     codec->stateSize = 20;
-    ASSERT_TRUE(start());
+    ASSERT_TRUE(Start());
     EXPECT_GE(codec->statesWritten, 1);
     for (unsigned i = 0; i < 32; ++i)
         EXPECT_EQ(codec->state[i], i < 20 ? testCodecStateStart + i : 0u) << i;
@@ -177,8 +177,8 @@ TEST_F(CineStoreCodec, NeedsNoState)
     for (const LONG size : {0L, -1L, -100L}) {
         codec->stateSize = size;
         codec->statesWritten = 0;
-        EXPECT_TRUE(start()) << size;
-        EXPECT_TRUE(addBlank());
+        EXPECT_TRUE(Start()) << size;
+        EXPECT_TRUE(AddBlank());
         EXPECT_EQ(codec->statesWritten, 0) << size;
         EXPECT_TRUE(store.EndStorage());
     }
@@ -187,9 +187,9 @@ TEST_F(CineStoreCodec, NeedsNoState)
 TEST_F(CineStoreCodec, RefusedFormatFailsTheStartAndIsReleasedAtTheEnd)
 {
     codec->refuseFormat = TRUE;
-    EXPECT_FALSE(start());
+    EXPECT_FALSE(Start());
     EXPECT_TRUE(store.EndStorage());
-    expectReleased();
+    ExpectReleased();
     EXPECT_EQ(completed.calls, 1);
     EXPECT_TRUE(DeleteFileW(fileName.c_str()));
 }
@@ -197,7 +197,7 @@ TEST_F(CineStoreCodec, RefusedFormatFailsTheStartAndIsReleasedAtTheEnd)
 TEST_F(CineStoreCodec, RefusedOpeningIsAnUnknownCodec)
 {
     codec->refuseOpen = TRUE;
-    EXPECT_FALSE(start());
+    EXPECT_FALSE(Start());
     EXPECT_TRUE(store.EndStorage());
 }
 
@@ -206,57 +206,57 @@ TEST_F(CineStoreCodec, FramesWithoutBytesAreRepeatedAtTheEnd)
     codec->frameBytes[1] = 0;
     codec->frameBytes[2] = 1;
     codec->frameBytes[3] = 2;
-    ASSERT_TRUE(start());
+    ASSERT_TRUE(Start());
     for (int i = 0; i < 5; ++i)
-        addNothing();
+        AddNothing();
     EXPECT_EQ(codec->frames, 5);
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(codec->frames, 7); // two more, of the last composed frame
     const AviMovie movie(fileName);
-    EXPECT_EQ(movie.length(), 7);
-    Bytes last = bytesOf(upsideDown(backgroundPixels, frameWidth));
+    EXPECT_EQ(movie.Length(), 7);
+    Bytes last = BytesOf(UpsideDown(backgroundPixels, frameWidth));
     last.resize(16);
-    EXPECT_EQ(movie.frame(5), last);
-    EXPECT_EQ(movie.frame(6), last);
+    EXPECT_EQ(movie.Frame(5), last);
+    EXPECT_EQ(movie.Frame(6), last);
 }
 
 TEST_F(CineStoreCodec, DroppedFramesOfOneRecordingAreCarriedToTheNext)
 {
     codec->frameBytes[0] = 0;
-    ASSERT_TRUE(start());
-    addNothing();
+    ASSERT_TRUE(Start());
+    AddNothing();
     EXPECT_TRUE(store.EndStorage());
     codec->frameBytes[0] = 16;
-    ASSERT_TRUE(start());
-    addNothing();
-    addNothing();
+    ASSERT_TRUE(Start());
+    AddNothing();
+    AddNothing();
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(AviMovie(fileName).length(), 3);
+    EXPECT_EQ(AviMovie(fileName).Length(), 3);
 }
 
 TEST_F(CineStoreCodec, RepeatedFramesFollowTheLastOneInAnUncompressedMovieToo)
 {
     codec->frameBytes[0] = codec->frameBytes[1] = 0;
-    ASSERT_TRUE(start());
-    addNothing();
-    addNothing();
+    ASSERT_TRUE(Start());
+    AddNothing();
+    AddNothing();
     EXPECT_TRUE(store.EndStorage());
-    capture_settings::set(L"RecordCodec", L"Uncompressed");
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addNothing());
+    capture_settings::Set(L"RecordCodec", L"Uncompressed");
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddNothing());
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
-    ASSERT_EQ(movie.length(), 3);
+    ASSERT_EQ(movie.Length(), 3);
     for (LONG i = 0; i < 3; ++i)
-        EXPECT_EQ(movie.frame(i), bytesOf(upsideDown(backgroundPixels, frameWidth))) << i;
+        EXPECT_EQ(movie.Frame(i), BytesOf(UpsideDown(backgroundPixels, frameWidth))) << i;
 }
 
 TEST_F(CineStoreCodec, WholeBitmapsAreNotCountedAsDropped)
 {
     codec->frameBytes[0] = 0;
-    ASSERT_TRUE(start());
-    addBlank();
-    addBlank();
+    ASSERT_TRUE(Start());
+    AddBlank();
+    AddBlank();
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(codec->frames, 2);
 }
@@ -267,36 +267,36 @@ TEST_F(CineStoreCodec, DestroyingRepeatsNothing)
     {
         CCineStoreAVI local;
         CBitmap none;
-        ASSERT_TRUE(start(local));
+        ASSERT_TRUE(Start(local));
         for (int i = 0; i < 3; ++i)
             local.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false,
                            false, false);
     }
     EXPECT_EQ(codec->frames, 3);
-    expectReleased();
+    ExpectReleased();
 }
 
 TEST_F(CineStoreCodec, FailureInTheMiddleIsFalseAndTheRecordingGoesOn)
 {
     codec->failFrom = 2;
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addNothing());
-    EXPECT_TRUE(addNothing());
-    EXPECT_FALSE(addNothing());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddNothing());
+    EXPECT_TRUE(AddNothing());
+    EXPECT_FALSE(AddNothing());
     codec->failFrom = -1;
-    EXPECT_TRUE(addNothing()); // at index 3
+    EXPECT_TRUE(AddNothing()); // at index 3
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(codec->frames, 5); // the failed one produced no bytes, so the last is repeated
-    EXPECT_EQ(AviMovie(fileName).length(), 5);
-    expectReleased();
+    EXPECT_EQ(AviMovie(fileName).Length(), 5);
+    ExpectReleased();
 }
 
 TEST_F(CineStoreCodec, CodecThatIsSlowToCloseIsWaitedForAndTheMovieIsWhole)
 {
     codec->closing = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     HANDLE mayClose = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     ResetEvent(codec->closing);
     codec->mayClose = mayClose;
     int callsWhileClosing = -1;
@@ -309,7 +309,7 @@ TEST_F(CineStoreCodec, CodecThatIsSlowToCloseIsWaitedForAndTheMovieIsWhole)
     other.join();
     EXPECT_EQ(callsWhileClosing, 0); // nobody is told before the movie is closed
     EXPECT_EQ(completed.calls, 1);
-    EXPECT_EQ(AviMovie(fileName).length(), 1);
+    EXPECT_EQ(AviMovie(fileName).Length(), 1);
     codec->mayClose = nullptr;
     CloseHandle(std::exchange(codec->closing, nullptr));
     CloseHandle(mayClose);
@@ -318,13 +318,13 @@ TEST_F(CineStoreCodec, CodecThatIsSlowToCloseIsWaitedForAndTheMovieIsWhole)
 TEST_F(CineStoreCodec, ThousandRecordingsLeakNeitherHandlesNorDrawingObjectsNorCodecs)
 {
     codec->stateSize = 8;
-    const auto mask0 = maskOf(30, 30, 1);
+    const auto mask0 = MaskOf(30, 30, 1);
     const auto record = [&](int i) {
-        capture_settings::set(L"RecordCodec", i % 2 ? L"test codec" : L"Uncompressed");
-        capture_settings::set(L"RecordQuality", i % 100);
+        capture_settings::Set(L"RecordCodec", i % 2 ? L"test codec" : L"Uncompressed");
+        capture_settings::Set(L"RecordQuality", i % 100);
         CCineStoreAVI local;
         GivenPlanes planes(1, {});
-        ASSERT_TRUE(start(local));
+        ASSERT_TRUE(Start(local));
         for (int frame = 0; frame < 2; ++frame)
             ASSERT_TRUE(local.AddFrame(planes.given[0].data(), planes.given[1].data(),
                                        planes.given[2].data(), planes.given[3].data(),
@@ -340,24 +340,24 @@ TEST_F(CineStoreCodec, ThousandRecordingsLeakNeitherHandlesNorDrawingObjectsNorC
         record(i);
     EXPECT_EQ(test_support::handleCount(), handlesBefore);
     EXPECT_EQ(test_support::drawingObjectCount(), objectsBefore);
-    expectReleased();
+    ExpectReleased();
 }
 
 TEST_F(CineStoreAvi, RecordsMotionJpegAtTheConfiguredQuality)
 {
     InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
-    capture_settings::set(L"RecordCodec", L"MJPG");
+    capture_settings::Set(L"RecordCodec", L"MJPG");
     std::size_t sizes[2] = {};
     for (const int i : {0, 1}) {
-        capture_settings::set(L"RecordQuality", i ? 95 : 20);
-        ASSERT_TRUE(start());
-        EXPECT_TRUE(addNothing());
-        EXPECT_TRUE(addBitmap(noise(frameWidth, frameHeight, 3)));
+        capture_settings::Set(L"RecordQuality", i ? 95 : 20);
+        ASSERT_TRUE(Start());
+        EXPECT_TRUE(AddNothing());
+        EXPECT_TRUE(AddBitmap(Noise(frameWidth, frameHeight, 3)));
         EXPECT_TRUE(store.EndStorage());
         const AviMovie movie(fileName);
-        EXPECT_EQ(movie.length(), 2);
+        EXPECT_EQ(movie.Length(), 2);
         EXPECT_EQ(movie.format.biCompression, mmioFOURCC('M', 'J', 'P', 'G'));
-        const Bytes frame = movie.frame(1);
+        const Bytes frame = movie.Frame(1);
         ASSERT_GT(frame.size(), 4u);
         EXPECT_EQ(frame[0], 0xFF);
         EXPECT_EQ(frame[1], 0xD8);

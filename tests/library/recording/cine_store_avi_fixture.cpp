@@ -4,7 +4,7 @@ namespace {
 
 CWinApp application(L"cine_store_avi_test");
 
-std::wstring key()
+std::wstring Key()
 {
     return L"CineStoreAviTest" + std::to_wstring(GetCurrentProcessId());
 }
@@ -12,8 +12,8 @@ std::wstring key()
 class Settings : public testing::Environment
 {
 public:
-    void SetUp() override { application.SetRegistryKey(key().c_str()); }
-    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + key()).c_str()); }
+    void SetUp() override { application.SetRegistryKey(Key().c_str()); }
+    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, (L"Software\\" + Key()).c_str()); }
 };
 
 [[maybe_unused]] const auto* const settings = testing::AddGlobalTestEnvironment(new Settings);
@@ -24,17 +24,17 @@ constexpr wchar_t section[] = L"Settings\\Capture";
 
 namespace capture_settings {
 
-void set(const wchar_t* entry, const wchar_t* value)
+void Set(const wchar_t* entry, const wchar_t* value)
 {
     application.WriteProfileString(section, entry, value);
 }
 
-void set(const wchar_t* entry, int value)
+void Set(const wchar_t* entry, int value)
 {
     application.WriteProfileInt(section, entry, value);
 }
 
-void clear()
+void Clear()
 {
     application.WriteProfileString(section, nullptr, nullptr);
 }

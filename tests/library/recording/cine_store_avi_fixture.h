@@ -17,9 +17,9 @@
 // The application's settings, in a registry key of this process that goes with it.
 namespace capture_settings {
 
-void set(const wchar_t* entry, const wchar_t* value);
-void set(const wchar_t* entry, int value);
-void clear();
+void Set(const wchar_t* entry, const wchar_t* value);
+void Set(const wchar_t* entry, int value);
+void Clear();
 
 } // namespace capture_settings
 
@@ -35,24 +35,24 @@ class CineStoreAvi : public testing::Test
 protected:
     CineStoreAvi()
     {
-        capture_settings::clear();
-        capture_settings::set(L"RecordCodec", L"Uncompressed");
-        store.SetCompleteCallback(&Completed::notify, &completed);
+        capture_settings::Clear();
+        capture_settings::Set(L"RecordCodec", L"Uncompressed");
+        store.SetCompleteCallback(&Completed::Notify, &completed);
     }
 
-    bool start(CCineStoreAVI& recorder, int width = frameWidth, int height = frameHeight)
+    bool Start(CCineStoreAVI& recorder, int width = frameWidth, int height = frameHeight)
     {
         return recorder.InitStorage(fileName.c_str(), background.get(), width, height, layout, 32);
     }
-    bool start() { return start(store); }
+    bool Start() { return Start(store); }
 
-    bool addBitmap(const Pixels& pixels, bool mirror = false, bool bottomUp = true)
+    bool AddBitmap(const Pixels& pixels, bool mirror = false, bool bottomUp = true)
     {
-        return store.AddFrame(*bitmapOf(pixels, frameWidth, frameHeight), mirror, bottomUp);
+        return store.AddFrame(*BitmapOf(pixels, frameWidth, frameHeight), mirror, bottomUp);
     }
-    bool addBlank() { return addBitmap(Pixels(frameWidth * frameHeight, 0x123456)); }
+    bool AddBlank() { return AddBitmap(Pixels(frameWidth * frameHeight, 0x123456)); }
 
-    bool addNothing()
+    bool AddNothing()
     {
         CBitmap none;
         return store.AddFrame(nullptr, nullptr, nullptr, nullptr, nullptr, none, none, false, false,
@@ -61,8 +61,8 @@ protected:
 
     test_support::TemporaryFolder folder;
     std::wstring fileName = folder / L"movie.avi";
-    Pixels backgroundPixels = noise(frameWidth, frameHeight, 100);
-    std::unique_ptr<CBitmap> background = bitmapOf(backgroundPixels, frameWidth, frameHeight);
+    Pixels backgroundPixels = Noise(frameWidth, frameHeight, 100);
+    std::unique_ptr<CBitmap> background = BitmapOf(backgroundPixels, frameWidth, frameHeight);
     Completed completed;
     CCineStoreAVI store;
 };

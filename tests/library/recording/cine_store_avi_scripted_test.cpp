@@ -13,18 +13,18 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
     if (target.empty())
         GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
     const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
-    capture_settings::set(L"RecordQuality", 100);
+    capture_settings::Set(L"RecordQuality", 100);
     std::vector<Pixels> frames;
     for (const wchar_t* codec : {L"Uncompressed", L"MJPG"}) {
-        capture_settings::set(L"RecordCodec", codec);
+        capture_settings::Set(L"RecordCodec", codec);
         fileName = target + L"\\" + codec + L".avi";
         frames.clear();
-        ASSERT_TRUE(start());
+        ASSERT_TRUE(Start());
         for (unsigned i = 0; i < 25; ++i) {
             Pixels frame(frameWidth * frameHeight);
             for (unsigned at = 0; at < frame.size(); ++at)
                 frame[at] = 0x010101u * (at / frameWidth * 3 + i * 2) + at % frameWidth * 0x000001u;
-            EXPECT_TRUE(addBitmap(frame, false, false));
+            EXPECT_TRUE(AddBitmap(frame, false, false));
             frames.push_back(frame);
         }
         EXPECT_TRUE(store.EndStorage());
@@ -55,9 +55,9 @@ TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
     EXPECT_FALSE(store.AddFrame(frame, false, true));
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
-    ASSERT_EQ(movie.length(), 31);
-    EXPECT_EQ(movie.frame(30).size(), 4u * side * side);
-    EXPECT_EQ(movie.frame(0)[1], 0x66);
+    ASSERT_EQ(movie.Length(), 31);
+    EXPECT_EQ(movie.Frame(30).size(), 4u * side * side);
+    EXPECT_EQ(movie.Frame(0)[1], 0x66);
 }
 
 // Run by cine_disk_full.sh, which lets this process write CINE_FILE_LIMIT bytes to any one file.
@@ -65,9 +65,9 @@ TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::environmentVariable(L"CINE_FILE_LIMIT").empty())
         GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
-    ASSERT_TRUE(start(store, 1024, 768));
-    EXPECT_FALSE(addNothing()); // 3 MiB
-    EXPECT_FALSE(addNothing());
+    ASSERT_TRUE(Start(store, 1024, 768));
+    EXPECT_FALSE(AddNothing()); // 3 MiB
+    EXPECT_FALSE(AddNothing());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.calls, 1);
 }

@@ -15,8 +15,8 @@ using test_support::TemporaryFolder;
 
 TEST_F(CineStoreAvi, SizesAreRoundedDownToMultiplesOfFour)
 {
-    ASSERT_TRUE(start(store, 1023, 767));
-    EXPECT_TRUE(addNothing());
+    ASSERT_TRUE(Start(store, 1023, 767));
+    EXPECT_TRUE(AddNothing());
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
     EXPECT_EQ(movie.format.biSize, 40u);
@@ -36,8 +36,8 @@ TEST_F(CineStoreAvi, RateIsFramesInAThousandSecondsTruncated)
     for (const auto& [fps, rate] :
          {std::pair{30.0, 30000u}, {25.0, 25000u}, {29.97, 29970u}, {12.3459, 12345u}}) {
         if (fps != 30.0) store.SetRate(fps); // 30 is what a new store has
-        ASSERT_TRUE(start());
-        EXPECT_TRUE(addBlank());
+        ASSERT_TRUE(Start());
+        EXPECT_TRUE(AddBlank());
         EXPECT_TRUE(store.EndStorage());
         const AviMovie movie(fileName);
         EXPECT_EQ(movie.info.dwScale, 1000u);
@@ -48,9 +48,9 @@ TEST_F(CineStoreAvi, RateIsFramesInAThousandSecondsTruncated)
 
 TEST_F(CineStoreAvi, RateTakesEffectAtTheNextStart)
 {
-    ASSERT_TRUE(start());
+    ASSERT_TRUE(Start());
     store.SetRate(10.0);
-    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(AviMovie(fileName).info.dwRate, 30000u);
 }
@@ -60,7 +60,7 @@ TEST_F(CineStoreAvi, WhatIsNoRateIsRefused)
     for (const double fps :
          {0.0, -25.0, 0.0009, 1e300, std::nan(""), std::numeric_limits<double>::infinity()}) {
         store.SetRate(fps);
-        EXPECT_FALSE(start()) << fps;
+        EXPECT_FALSE(Start()) << fps;
     }
 }
 
@@ -77,7 +77,7 @@ TEST_F(CineStoreAvi, ImpossibleSizesAreRefused)
                             {65536, 65536},
                             {32768, 16384}};
     for (const auto& size : sizes)
-        EXPECT_FALSE(start(store, size[0], size[1])) << size[0] << " x " << size[1];
+        EXPECT_FALSE(Start(store, size[0], size[1])) << size[0] << " x " << size[1];
     for (const unsigned short bits : std::initializer_list<unsigned short>{0, 33, 64, 65535})
         EXPECT_FALSE(store.InitStorage(fileName.c_str(), background.get(), 64, 48, layout, bits))
             << bits;
@@ -88,37 +88,37 @@ TEST_F(CineStoreAvi, FewerBitsWriteThatMuchOfTheBuffer)
 {
     ASSERT_TRUE(
         store.InitStorage(fileName.c_str(), background.get(), frameWidth, frameHeight, layout, 24));
-    const Pixels pixels = noise(frameWidth, frameHeight, 4);
-    EXPECT_TRUE(addBitmap(pixels));
+    const Pixels pixels = Noise(frameWidth, frameHeight, 4);
+    EXPECT_TRUE(AddBitmap(pixels));
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
     EXPECT_EQ(movie.format.biSizeImage, 64u * 3 * 48);
-    Bytes expected = bytesOf(pixels);
+    Bytes expected = BytesOf(pixels);
     expected.resize(64 * 3 * 48);
-    EXPECT_EQ(movie.frame(0), expected);
+    EXPECT_EQ(movie.Frame(0), expected);
 }
 
 TEST_F(CineStoreAvi, WordUncompressedIsExact)
 {
     for (const wchar_t* name :
          {L"uncompressed", L"UNCOMPRESSED", L"Uncompressed ", L"", L"no such codec"}) {
-        capture_settings::set(L"RecordCodec", name);
-        EXPECT_FALSE(start()) << name;
-        EXPECT_FALSE(addNothing());
+        capture_settings::Set(L"RecordCodec", name);
+        EXPECT_FALSE(Start()) << name;
+        EXPECT_FALSE(AddNothing());
         EXPECT_TRUE(store.EndStorage());
     }
 }
 
 TEST_F(CineStoreAvi, EveryFrameIsAKeyFrame)
 {
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addNothing());
-    EXPECT_TRUE(addNothing());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddNothing());
+    EXPECT_TRUE(AddNothing());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);
     for (LONG i = 0; i < 3; ++i)
-        EXPECT_TRUE(movie.isKeyFrame(i)) << i;
+        EXPECT_TRUE(movie.IsKeyFrame(i)) << i;
 }
 
 TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
@@ -126,26 +126,26 @@ TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
     const TemporaryFolder other;
     test_support::writeFile(other / L"movie.avi", "another file of this name, and a small one");
     const test_support::InDirectory first(folder.path());
-    background = bitmapOf(noise(512, 512, 2), 512, 512);
+    background = BitmapOf(Noise(512, 512, 2), 512, 512);
     ASSERT_TRUE(store.InitStorage(L"movie.avi", background.get(), 512, 512, layout, 32));
     {
         const test_support::InDirectory second(other.path());
-        EXPECT_TRUE(addNothing());
-        EXPECT_TRUE(addNothing());
+        EXPECT_TRUE(AddNothing());
+        EXPECT_TRUE(AddNothing());
     }
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.path, L"movie.avi"); // as it was given
-    EXPECT_EQ(AviMovie(fileName).length(), 2);
+    EXPECT_EQ(AviMovie(fileName).Length(), 2);
 }
 
 TEST_F(CineStoreAvi, FramesOutsideARecordingAreRefused)
 {
-    EXPECT_FALSE(addBlank());
-    EXPECT_FALSE(addNothing());
-    ASSERT_TRUE(start());
+    EXPECT_FALSE(AddBlank());
+    EXPECT_FALSE(AddNothing());
+    ASSERT_TRUE(Start());
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_FALSE(addBlank());
-    EXPECT_FALSE(addNothing());
+    EXPECT_FALSE(AddBlank());
+    EXPECT_FALSE(AddNothing());
 }
 
 TEST_F(CineStoreAvi, EveryEndFiresTheCallbackWithTheRecordedPath)
@@ -153,8 +153,8 @@ TEST_F(CineStoreAvi, EveryEndFiresTheCallbackWithTheRecordedPath)
     EXPECT_TRUE(store.EndStorage()); // nothing recorded yet
     EXPECT_EQ(completed.calls, 1);
     EXPECT_EQ(completed.path, L"");
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.calls, 3);
@@ -169,7 +169,7 @@ TEST_F(CineStoreAvi, CallbackMayStartTheNextMovie)
         std::wstring next;
         std::wstring announced;
 
-        static void notify(const wchar_t* path, void* self)
+        static void Notify(const wchar_t* path, void* self)
         {
             auto& chain = *static_cast<Chain*>(self);
             chain.store->SetCompleteCallback(nullptr, nullptr);
@@ -179,30 +179,30 @@ TEST_F(CineStoreAvi, CallbackMayStartTheNextMovie)
         }
     };
     Chain chain{&store, folder / L"the next movie, whose path is longer.avi", {}};
-    store.SetCompleteCallback(&Chain::notify, &chain);
-    ASSERT_TRUE(start());
+    store.SetCompleteCallback(&Chain::Notify, &chain);
+    ASSERT_TRUE(Start());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(chain.announced, fileName);
-    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(AviMovie(chain.next).length(), 1);
+    EXPECT_EQ(AviMovie(chain.next).Length(), 1);
 }
 
 TEST_F(CineStoreAvi, EndThroughTheBaseClassIsTheMoviesEnd)
 {
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     CCineStore& base = store;
     EXPECT_TRUE(base.EndStorage());
-    EXPECT_EQ(AviMovie(fileName).length(), 1);
+    EXPECT_EQ(AviMovie(fileName).Length(), 1);
 }
 
 TEST_F(CineStoreAvi, DestroyingDoesNotFireTheCallback)
 {
     {
         CCineStoreAVI local;
-        local.SetCompleteCallback(&Completed::notify, &completed);
-        ASSERT_TRUE(start(local));
+        local.SetCompleteCallback(&Completed::Notify, &completed);
+        ASSERT_TRUE(Start(local));
     }
     EXPECT_EQ(completed.calls, 0);
     EXPECT_TRUE(DeleteFileW(fileName.c_str())); // the file is released
@@ -217,9 +217,9 @@ TEST_F(CineStoreAvi, MissingFolderLockedFileAndNullPathAreRefused)
     HANDLE lock =
         CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(start());
+    EXPECT_FALSE(Start());
     CloseHandle(lock);
-    EXPECT_FALSE(addBlank());
+    EXPECT_FALSE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.calls, 1);
     EXPECT_EQ(completed.path, L""); // a failed start records no path
@@ -227,14 +227,14 @@ TEST_F(CineStoreAvi, MissingFolderLockedFileAndNullPathAreRefused)
 
 TEST_F(CineStoreAvi, SecondStartReleasesTheFirstMovie)
 {
-    ASSERT_TRUE(start());
-    EXPECT_TRUE(addBlank());
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
     ASSERT_TRUE(store.InitStorage((folder / L"second.avi").c_str(), nullptr, 64, 48, layout, 32));
     EXPECT_EQ(completed.calls, 0);
-    EXPECT_TRUE(addBlank());
+    EXPECT_TRUE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_TRUE(DeleteFileW(fileName.c_str()));
-    EXPECT_EQ(AviMovie(folder / L"second.avi").length(), 1);
+    EXPECT_EQ(AviMovie(folder / L"second.avi").Length(), 1);
 }
 
 TEST_F(CineStoreAvi, LongAndMissingCodecNamesAreHarmless)
@@ -242,7 +242,7 @@ TEST_F(CineStoreAvi, LongAndMissingCodecNamesAreHarmless)
     std::wstring name(500, L'x');
     store.SetCompression(name.data());
     store.SetCompression(nullptr);
-    capture_settings::set(L"RecordCodec", name.c_str());
-    EXPECT_FALSE(start());
+    capture_settings::Set(L"RecordCodec", name.c_str());
+    EXPECT_FALSE(Start());
     EXPECT_TRUE(store.EndStorage());
 }

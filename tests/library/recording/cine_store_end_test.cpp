@@ -8,15 +8,15 @@ using test_support::readFile;
 
 TEST_F(CineStore, EndOfAnIdleStoreIsFalseAndFiresNothing)
 {
-    store.SetCompleteCallback(&Completed::notify, &completed);
+    store.SetCompleteCallback(&Completed::Notify, &completed);
     EXPECT_FALSE(store.EndStorage());
     EXPECT_EQ(completed.calls, 0);
 }
 
 TEST_F(CineStore, CallbackFiresOnceWithThePathOnTheEndingThread)
 {
-    store.SetCompleteCallback(&Completed::notify, &completed);
-    ASSERT_TRUE(start(store, fileName));
+    store.SetCompleteCallback(&Completed::Notify, &completed);
+    ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_FALSE(store.EndStorage());
     EXPECT_EQ(completed.calls, 1);
@@ -28,7 +28,7 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
 {
     struct Reader
     {
-        static void notify(const wchar_t* path, void* size)
+        static void Notify(const wchar_t* path, void* size)
         {
             HANDLE exclusive =
                 CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -36,13 +36,13 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
             CloseHandle(exclusive);
             const Bytes bytes = readFile(path);
             *static_cast<std::size_t*>(size) = bytes.size();
-            EXPECT_EQ(wordAt(bytes, 4), 1u);
+            EXPECT_EQ(WordAt(bytes, 4), 1u);
         }
     };
     std::size_t size = 0;
-    store.SetCompleteCallback(&Reader::notify, &size);
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(5, 0)));
+    store.SetCompleteCallback(&Reader::Notify, &size);
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddFrame(store, Bytes(5, 0)));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(size, headerSize + 5);
 }
@@ -55,30 +55,30 @@ TEST_F(CineStore, CallbackMayStartTheNextFile)
         std::wstring next;
         std::wstring announced;
 
-        static void notify(const wchar_t* path, void* self)
+        static void Notify(const wchar_t* path, void* self)
         {
             auto& chain = *static_cast<Chain*>(self);
             chain.store.SetCompleteCallback(nullptr, nullptr);
-            EXPECT_TRUE(start(chain.store, chain.next));
+            EXPECT_TRUE(Start(chain.store, chain.next));
             chain.announced = path; // the path of the file that is finished, still
         }
     };
     Chain chain;
     chain.next = folder / L"the next file, whose path is longer.raw";
-    chain.store.SetCompleteCallback(&Chain::notify, &chain);
-    ASSERT_TRUE(start(chain.store, fileName));
+    chain.store.SetCompleteCallback(&Chain::Notify, &chain);
+    ASSERT_TRUE(Start(chain.store, fileName));
     EXPECT_TRUE(chain.store.EndStorage());
     EXPECT_EQ(chain.announced, fileName);
-    EXPECT_TRUE(addFrame(chain.store, Bytes(3, 0)));
+    EXPECT_TRUE(AddFrame(chain.store, Bytes(3, 0)));
     EXPECT_TRUE(chain.store.EndStorage());
-    EXPECT_EQ(wordAt(readFile(chain.next), 4), 1u);
+    EXPECT_EQ(WordAt(readFile(chain.next), 4), 1u);
 }
 
 TEST_F(CineStore, NullCallbackSwitchesTheNotificationOff)
 {
-    store.SetCompleteCallback(&Completed::notify, &completed);
+    store.SetCompleteCallback(&Completed::Notify, &completed);
     store.SetCompleteCallback(nullptr, &completed);
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.calls, 0);
 }
@@ -87,13 +87,13 @@ TEST_F(CineStore, DestroyingARecordingStoreFinishesTheFileAndFiresTheCallback)
 {
     {
         CCineStore local;
-        local.SetCompleteCallback(&Completed::notify, &completed);
-        ASSERT_TRUE(start(local, fileName));
-        EXPECT_TRUE(addFrame(local, Bytes(3, 0)));
-        EXPECT_TRUE(addFrame(local, Bytes(3, 0)));
+        local.SetCompleteCallback(&Completed::Notify, &completed);
+        ASSERT_TRUE(Start(local, fileName));
+        EXPECT_TRUE(AddFrame(local, Bytes(3, 0)));
+        EXPECT_TRUE(AddFrame(local, Bytes(3, 0)));
     }
     EXPECT_EQ(completed.calls, 1);
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 2u);
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 2u);
 }
 
 TEST_F(CineStore, DestroyingThroughABasePointerReachesTheOverride)

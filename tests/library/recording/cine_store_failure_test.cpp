@@ -11,24 +11,24 @@ using test_support::writeFile;
 
 TEST_F(CineStore, MissingFolderGivesFalseAndTheEndIsFalseToo)
 {
-    store.SetCompleteCallback(&Completed::notify, &completed);
-    EXPECT_FALSE(start(store, folder / L"missing\\cine.raw"));
+    store.SetCompleteCallback(&Completed::Notify, &completed);
+    EXPECT_FALSE(Start(store, folder / L"missing\\cine.raw"));
     EXPECT_FALSE(store.EndStorage());
     EXPECT_EQ(completed.calls, 0);
 }
 
 TEST_F(CineStore, BlocksOutsideARecordingAreRefused)
 {
-    EXPECT_FALSE(addFrame(store, Bytes(4, 0)));
-    EXPECT_FALSE(addEcg(store, Bytes(4, 0)));
-    ASSERT_TRUE(start(store, fileName));
+    EXPECT_FALSE(AddFrame(store, Bytes(4, 0)));
+    EXPECT_FALSE(AddEcg(store, Bytes(4, 0)));
+    ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_FALSE(addFrame(store, Bytes(4, 0)));
+    EXPECT_FALSE(AddFrame(store, Bytes(4, 0)));
 }
 
 TEST_F(CineStore, EmptyNegativeAndNullBlocksAreRefusedAndNotCounted)
 {
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     int value = 0;
     for (const int size : {0, -1, INT_MIN}) {
         EXPECT_FALSE(store.AddFrame(&value, size));
@@ -40,7 +40,7 @@ TEST_F(CineStore, EmptyNegativeAndNullBlocksAreRefusedAndNotCounted)
     EXPECT_TRUE(store.EndStorage());
     const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize + 4);
-    EXPECT_EQ(wordAt(bytes, 4), 1u);
+    EXPECT_EQ(WordAt(bytes, 4), 1u);
 }
 
 TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
@@ -53,7 +53,7 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
         CloseHandle(probe);
         GTEST_SKIP() << "this user may write to read-only files";
     }
-    EXPECT_FALSE(start(store, fileName));
+    EXPECT_FALSE(Start(store, fileName));
     EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
 }
 
@@ -63,7 +63,7 @@ TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
     HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                               OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(start(store, fileName));
+    EXPECT_FALSE(Start(store, fileName));
     EXPECT_FALSE(store.EndStorage());
     CloseHandle(lock);
     EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
@@ -71,10 +71,10 @@ TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
 
 TEST_F(CineStore, FolderAndUnusableNamesAreRefused)
 {
-    EXPECT_FALSE(start(store, folder.path()));
-    EXPECT_FALSE(start(store, L""));
-    EXPECT_FALSE(start(store, folder / L"a<b>:c|?.raw"));
-    EXPECT_FALSE(start(store, folder / std::wstring(40000, L'x')));
+    EXPECT_FALSE(Start(store, folder.path()));
+    EXPECT_FALSE(Start(store, L""));
+    EXPECT_FALSE(Start(store, folder / L"a<b>:c|?.raw"));
+    EXPECT_FALSE(Start(store, folder / std::wstring(40000, L'x')));
 }
 
 TEST_F(CineStore, PipeThatNobodyReadsAnyMoreFailsTheFrameAndTheEndCannotPositionIt)
@@ -84,13 +84,13 @@ TEST_F(CineStore, PipeThatNobodyReadsAnyMoreFailsTheFrameAndTheEndCannotPosition
                                      65536, 0, nullptr);
     ASSERT_NE(reader, INVALID_HANDLE_VALUE);
     OpenStore open;
-    open.SetCompleteCallback(&Completed::notify, &completed);
-    ASSERT_TRUE(start(open, name));
-    EXPECT_TRUE(addFrame(open, Bytes(100, 0)));
+    open.SetCompleteCallback(&Completed::Notify, &completed);
+    ASSERT_TRUE(Start(open, name));
+    EXPECT_TRUE(AddFrame(open, Bytes(100, 0)));
     CloseHandle(reader);
 
-    EXPECT_FALSE(addFrame(open, Bytes(100, 0)));
-    EXPECT_FALSE(addEcg(open, Bytes(100, 0)));
+    EXPECT_FALSE(AddFrame(open, Bytes(100, 0)));
+    EXPECT_FALSE(AddEcg(open, Bytes(100, 0)));
     EXPECT_EQ(open.frameCount, 1);
     EXPECT_FALSE(open.EndStorage());
     EXPECT_EQ(open.file, nullptr);
@@ -106,11 +106,11 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
         GTEST_SKIP() << "this platform has no device that is always full";
     CloseHandle(probe);
     OpenStore open;
-    open.SetCompleteCallback(&Completed::notify, &completed);
-    EXPECT_FALSE(start(open, fullDevice));
+    open.SetCompleteCallback(&Completed::Notify, &completed);
+    EXPECT_FALSE(Start(open, fullDevice));
     EXPECT_NE(open.file, nullptr); // the store stays in the recording state
     EXPECT_TRUE(open.path.IsEmpty());
-    EXPECT_FALSE(addFrame(open, Bytes(4, 0)));
+    EXPECT_FALSE(AddFrame(open, Bytes(4, 0)));
     EXPECT_FALSE(open.EndStorage());
     EXPECT_EQ(open.file, nullptr);
     EXPECT_EQ(completed.calls, 0);
@@ -126,20 +126,20 @@ TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
     constexpr std::size_t frameSize = 10000;
     const std::size_t fitting = (limit - headerSize) / frameSize;
 
-    store.SetCompleteCallback(&Completed::notify, &completed);
-    ASSERT_TRUE(start(store, fileName));
+    store.SetCompleteCallback(&Completed::Notify, &completed);
+    ASSERT_TRUE(Start(store, fileName));
     for (unsigned i = 0; i < fitting; ++i)
-        ASSERT_TRUE(addFrame(store, block(frameSize, i)));
-    EXPECT_FALSE(addFrame(store, block(frameSize)));
+        ASSERT_TRUE(AddFrame(store, Block(frameSize, i)));
+    EXPECT_FALSE(AddFrame(store, Block(frameSize)));
     EXPECT_EQ(readFile(fileName).size(), headerSize + fitting * frameSize);
-    EXPECT_TRUE(addFrame(
-        store, block(100, 77))); // a smaller block still fits, and follows the last whole one
+    EXPECT_TRUE(AddFrame(
+        store, Block(100, 77))); // a smaller block still fits, and follows the last whole one
     EXPECT_TRUE(store.EndStorage());
 
     const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + fitting * frameSize + 100);
-    EXPECT_EQ(wordAt(bytes, 4), fitting + 1);
-    const Bytes last = block(100, 77);
+    EXPECT_EQ(WordAt(bytes, 4), fitting + 1);
+    const Bytes last = Block(100, 77);
     EXPECT_TRUE(std::equal(last.begin(), last.end(), bytes.end() - 100));
     EXPECT_EQ(completed.calls, 1);
 }
@@ -163,9 +163,9 @@ TEST(CineStoreChild, DISABLED_RunsUntilItsInputEnds)
 TEST(CineStoreChild, DISABLED_RecordsUntilItIsKilled)
 {
     CCineStore store;
-    ASSERT_TRUE(start(store, test_support::environmentVariable(L"CINE_CHILD_FILE")));
+    ASSERT_TRUE(Start(store, test_support::environmentVariable(L"CINE_CHILD_FILE")));
     for (unsigned i = 0; i < framesBeforeTheKill; ++i)
-        ASSERT_TRUE(addFrame(store, block(killedFrameSize, i)));
+        ASSERT_TRUE(AddFrame(store, Block(killedFrameSize, i)));
     HANDLE recorded = OpenEventW(EVENT_MODIFY_STATE, FALSE,
                                  test_support::environmentVariable(L"CINE_CHILD_EVENT").c_str());
     ASSERT_NE(recorded, nullptr);
@@ -187,9 +187,9 @@ TEST_F(CineStore, KilledRecorderLeavesEveryAcceptedFrame)
 
     const Bytes bytes = readFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + framesBeforeTheKill * killedFrameSize);
-    EXPECT_EQ(wordAt(bytes, 4), 0u);
+    EXPECT_EQ(WordAt(bytes, 4), 0u);
     for (unsigned i = 0; i < framesBeforeTheKill; ++i) {
-        const Bytes expected = block(killedFrameSize, i);
+        const Bytes expected = Block(killedFrameSize, i);
         const auto at =
             bytes.begin() + static_cast<std::ptrdiff_t>(headerSize + i * killedFrameSize);
         EXPECT_TRUE(std::equal(expected.begin(), expected.end(), at)) << "frame " << i;

@@ -19,18 +19,18 @@ using Bytes = std::string;
 
 constexpr std::size_t headerSize = 76;
 
-inline uDataDesc description(std::int32_t tag = 99)
+inline uDataDesc Description(std::int32_t tag = 99)
 {
     return {tag, 128, 512, 8, 40000000, 1540, 1, 128, 300, -60000, 0, 24500};
 }
 
-inline bool start(CCineStore& store, const std::wstring& path, std::int32_t tag = 99)
+inline bool Start(CCineStore& store, const std::wstring& path, std::int32_t tag = 99)
 {
-    return store.InitStorage(path.c_str(), uDataMMode, description(tag), 11, -12, 13, -14, 15,
+    return store.InitStorage(path.c_str(), uDataMMode, Description(tag), 11, -12, 13, -14, 15,
                              INT32_MIN);
 }
 
-inline Bytes block(std::size_t size, unsigned seed = 1)
+inline Bytes Block(std::size_t size, unsigned seed = 1)
 {
     std::minstd_rand random(seed);
     Bytes bytes(size, 0);
@@ -38,18 +38,18 @@ inline Bytes block(std::size_t size, unsigned seed = 1)
     return bytes;
 }
 
-inline bool addFrame(CCineStore& store, Bytes bytes)
+inline bool AddFrame(CCineStore& store, Bytes bytes)
 {
     return store.AddFrame(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-inline bool addEcg(CCineStore& store, Bytes bytes)
+inline bool AddEcg(CCineStore& store, Bytes bytes)
 {
     return store.AddECGData(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 // A little-endian 32-bit number inside bytes.
-inline std::uint32_t wordAt(const Bytes& bytes, std::size_t offset)
+inline std::uint32_t WordAt(const Bytes& bytes, std::size_t offset)
 {
     std::uint32_t word = 0;
     std::memcpy(&word, bytes.substr(offset).data(), sizeof word);

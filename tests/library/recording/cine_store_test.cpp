@@ -10,19 +10,19 @@ using test_support::writeFile;
 
 TEST_F(CineStore, ThreeFramesOfAThousandBytesMakeAFileOf3076BytesThatCountsThree)
 {
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(addFrame(store, Bytes(1000, 0)));
+        EXPECT_TRUE(AddFrame(store, Bytes(1000, 0)));
     EXPECT_TRUE(store.EndStorage());
 
     const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), 3076u);
-    EXPECT_EQ(wordAt(bytes, 4), 3u);
+    EXPECT_EQ(WordAt(bytes, 4), 3u);
 }
 
 TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
 {
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
 
     const Bytes bytes = readFile(fileName);
@@ -35,62 +35,62 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
 
 TEST_F(CineStore, HeaderIsOnDiskWithCountZeroBeforeTheFirstFrame)
 {
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     const Bytes bytes = readFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize);
-    EXPECT_EQ(wordAt(bytes, 4), 0u);
+    EXPECT_EQ(WordAt(bytes, 4), 0u);
 }
 
 TEST_F(CineStore, CountIsPatchedOnlyAtTheEnd)
 {
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 0u);
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddFrame(store, Bytes(10, 0)));
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 0u);
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 1u);
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 1u);
 }
 
 TEST_F(CineStore, FirstWordOfTheDescriptionNeverReachesTheFile)
 {
-    ASSERT_TRUE(start(store, fileName, 1));
+    ASSERT_TRUE(Start(store, fileName, 1));
     EXPECT_TRUE(store.EndStorage());
     const Bytes first = readFile(fileName);
-    ASSERT_TRUE(start(store, fileName, -77));
+    ASSERT_TRUE(Start(store, fileName, -77));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(first, readFile(fileName));
 }
 
 TEST_F(CineStore, EcgDataReplacesTheCountByItsSize)
 {
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
-    EXPECT_TRUE(addFrame(store, Bytes(10, 0)));
-    EXPECT_TRUE(addEcg(store, Bytes(256, 0)));
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddFrame(store, Bytes(10, 0)));
+    EXPECT_TRUE(AddFrame(store, Bytes(10, 0)));
+    EXPECT_TRUE(AddEcg(store, Bytes(256, 0)));
     EXPECT_TRUE(store.EndStorage());
 
     const Bytes bytes = readFile(fileName);
-    EXPECT_EQ(wordAt(bytes, 4), 256u);
+    EXPECT_EQ(WordAt(bytes, 4), 256u);
     EXPECT_EQ(bytes.size(), headerSize + 20 + 256);
 }
 
 TEST_F(CineStore, LastEcgBlockDecidesAndFramesCountOnFromIt)
 {
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addEcg(store, Bytes(256, 0)));
-    EXPECT_TRUE(addEcg(store, Bytes(7, 0)));
-    EXPECT_TRUE(addFrame(store, Bytes(1, 0)));
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddEcg(store, Bytes(256, 0)));
+    EXPECT_TRUE(AddEcg(store, Bytes(7, 0)));
+    EXPECT_TRUE(AddFrame(store, Bytes(1, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 8u);
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 8u);
 }
 
 TEST_F(CineStore, PayloadIsEveryBlockVerbatimInCallOrder)
 {
     std::mt19937 random(20);
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     Bytes expected;
     for (unsigned i = 0; i < 60; ++i) {
-        const Bytes next = block(1 + random() % 9000, i);
-        EXPECT_TRUE(i % 3 == 2 ? addEcg(store, next) : addFrame(store, next));
+        const Bytes next = Block(1 + random() % 9000, i);
+        EXPECT_TRUE(i % 3 == 2 ? AddEcg(store, next) : AddFrame(store, next));
         expected.insert(expected.end(), next.begin(), next.end());
     }
     EXPECT_TRUE(store.EndStorage());
@@ -104,9 +104,9 @@ TEST_F(CineStore, FailedStartStillTakesTheNewValues)
 {
     OpenStore open;
     ASSERT_TRUE(open.InitStorage(fileName.c_str(), uDataEcg, {}, 0, 0, 0, 0, 0, 0));
-    EXPECT_TRUE(addFrame(open, Bytes(1, 0)));
+    EXPECT_TRUE(AddFrame(open, Bytes(1, 0)));
     EXPECT_TRUE(open.EndStorage());
-    EXPECT_FALSE(start(open, folder / L"missing\\cine.raw"));
+    EXPECT_FALSE(Start(open, folder / L"missing\\cine.raw"));
     EXPECT_EQ(open.frameCount, 0);
     EXPECT_EQ(open.type, uDataMMode);
     EXPECT_EQ(open.desc[0], 128u);
@@ -143,9 +143,9 @@ TEST_F(CineStore, MembersOneToFourLieInTheFormOfTheHeader)
 TEST_F(CineStore, CopyHasEveryMember)
 {
     OpenStore open;
-    open.SetCompleteCallback(&Completed::notify, &completed);
-    ASSERT_TRUE(start(open, fileName));
-    EXPECT_TRUE(addFrame(open, Bytes(4, 0)));
+    open.SetCompleteCallback(&Completed::Notify, &completed);
+    ASSERT_TRUE(Start(open, fileName));
+    EXPECT_TRUE(AddFrame(open, Bytes(4, 0)));
     EXPECT_TRUE(open.EndStorage());
 
     const OpenStore constructed(open);
@@ -165,7 +165,7 @@ TEST_F(CineStore, CopyHasEveryMember)
 TEST_F(CineStore, CopyHasTheOpenFileToo)
 {
     OpenStore open;
-    ASSERT_TRUE(start(open, fileName));
+    ASSERT_TRUE(Start(open, fileName));
     OpenStore copy(open);
     EXPECT_EQ(copy.file, open.file);
     copy.file = nullptr; // one of the two finishes the file
@@ -173,33 +173,33 @@ TEST_F(CineStore, CopyHasTheOpenFileToo)
 
 TEST_F(CineStore, StoreIsUsedAgainForTheNextFile)
 {
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(1, 0)));
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddFrame(store, Bytes(1, 0)));
     EXPECT_TRUE(store.EndStorage());
-    ASSERT_TRUE(start(store, folder / L"second.raw"));
-    EXPECT_TRUE(addFrame(store, Bytes(2, 0)));
-    EXPECT_TRUE(addFrame(store, Bytes(2, 0)));
+    ASSERT_TRUE(Start(store, folder / L"second.raw"));
+    EXPECT_TRUE(AddFrame(store, Bytes(2, 0)));
+    EXPECT_TRUE(AddFrame(store, Bytes(2, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 1u);
-    EXPECT_EQ(wordAt(readFile(folder / L"second.raw"), 4), 2u);
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 1u);
+    EXPECT_EQ(WordAt(readFile(folder / L"second.raw"), 4), 2u);
 }
 
 TEST_F(CineStore, ExistingFileIsTruncated)
 {
     writeFile(fileName, Bytes(5000, 'x'));
-    ASSERT_TRUE(start(store, fileName));
+    ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(readFile(fileName).size(), headerSize);
 }
 
 TEST_F(CineStore, StartWhileRecordingLeavesTheFirstFileUnfinishedAndReleased)
 {
-    store.SetCompleteCallback(&Completed::notify, &completed);
-    ASSERT_TRUE(start(store, fileName));
-    EXPECT_TRUE(addFrame(store, Bytes(8, 0)));
-    ASSERT_TRUE(start(store, folder / L"second.raw"));
+    store.SetCompleteCallback(&Completed::Notify, &completed);
+    ASSERT_TRUE(Start(store, fileName));
+    EXPECT_TRUE(AddFrame(store, Bytes(8, 0)));
+    ASSERT_TRUE(Start(store, folder / L"second.raw"));
     EXPECT_EQ(completed.calls, 0);
-    EXPECT_EQ(wordAt(readFile(fileName), 4), 0u);
+    EXPECT_EQ(WordAt(readFile(fileName), 4), 0u);
     EXPECT_TRUE(DeleteFileW(fileName.c_str()));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.path, folder / L"second.raw");
@@ -209,8 +209,8 @@ TEST_F(CineStore, ThousandRecordingsLeakNoHandle)
 {
     const auto record = [&] {
         CCineStore local;
-        ASSERT_TRUE(start(local, fileName));
-        ASSERT_TRUE(addFrame(local, Bytes(16, 0)));
+        ASSERT_TRUE(Start(local, fileName));
+        ASSERT_TRUE(AddFrame(local, Bytes(16, 0)));
     };
     record();
     const DWORD before = test_support::handleCount();

@@ -16,19 +16,19 @@ public:
 
     // `translated` null: the key has a text in the base language only. Plain ASCII, any character
     // of it.
-    void add(const std::string& key, const std::string& base, const char* translated = nullptr)
+    void Add(const std::string& key, const std::string& base, const char* translated = nullptr)
     {
         m_units += "<trans-unit id=\"" + key + "\" resname=\"" + key +
-                   "\" xml:space=\"preserve\"><source>" + escaped(base) + "</source>";
-        if (translated) m_units += "<target>" + escaped(translated) + "</target>";
+                   "\" xml:space=\"preserve\"><source>" + Escaped(base) + "</source>";
+        if (translated) m_units += "<target>" + Escaped(translated) + "</target>";
         m_units += "</trans-unit>\n";
     }
 
     // Makes what was added the whole table.
-    void load()
+    void Load()
     {
         const std::wstring path = m_folder / L"texts.xlf";
-        write(path);
+        Write(path);
         std::wstring error;
         if (!ZelTString::load(path, &error))
             throw std::runtime_error("the string table was not loaded");
@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    static std::string escaped(const std::string& text)
+    static std::string Escaped(const std::string& text)
     {
         std::string result;
         for (const char character : text) {
@@ -49,7 +49,7 @@ private:
         return result;
     }
 
-    void write(const std::wstring& path) const
+    void Write(const std::wstring& path) const
     {
         test_support::writeFile(
             path,

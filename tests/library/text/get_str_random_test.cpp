@@ -55,10 +55,10 @@ TEST_F(GetStrTest, FormatsLikeTheCLibrary)
     for (const std::string& type : types) {
         for (int round = 0; round < rounds; ++round) {
             formats.emplace_back(type, "<" + RandomConversion(random, type) + ">");
-            table.add("k" + std::to_string(formats.size() - 1), formats.back().second);
+            table.Add("k" + std::to_string(formats.size() - 1), formats.back().second);
         }
     }
-    table.load();
+    table.Load();
     for (std::size_t at = 0; at < formats.size(); ++at) {
         const auto& [type, format] = formats[at];
         const std::string key = "k" + std::to_string(at);
@@ -133,9 +133,9 @@ TEST_F(GetStrTest, TakesOfGarbledTranslationsThoseThatKeepToTheContract)
         for (auto left = 1 + random() % 14; left > 0; --left)
             text += alphabet[random() % alphabet.size()];
         texts.push_back(text + "]");
-        table.add("k" + std::to_string(at), base, texts.back().c_str());
+        table.Add("k" + std::to_string(at), base, texts.back().c_str());
     }
-    table.load();
+    table.Load();
     int formatted = 0;
     for (int at = 0; at < count; ++at) {
         const std::string key = "k" + std::to_string(at);

@@ -19,8 +19,8 @@ class WrongTranslationTest : public testing::TestWithParam<WrongTranslation>
 TEST_P(WrongTranslationTest, FallsBackToTheBaseTextAndSaysSo)
 {
     TestStringTable table;
-    table.add("key", "[%d]", GetParam().text);
-    table.load();
+    table.Add("key", "[%d]", GetParam().text);
+    table.Load();
     LogCapture log;
     EXPECT_STREQ(GetStr("key", 42), L"[42]");
     EXPECT_EQ(log.take(), Messages{DoesNotMatch("key", GetParam().text, "[%d]")});
@@ -50,14 +50,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(GetStrTest, RefusesKindsThatAreNotTheContracts)
 {
-    table.add("text", "%s", "%d");
-    table.add("wide", "%s", "%hs");
-    table.add("narrow", "%S", "%s");
-    table.add("real", "%f", "%d");
-    table.add("large", "%I64d", "%d");
-    table.add("pointer", "%p", "%x");
-    table.add("order", "%d %s", "%s %d");
-    table.load();
+    table.Add("text", "%s", "%d");
+    table.Add("wide", "%s", "%hs");
+    table.Add("narrow", "%S", "%s");
+    table.Add("real", "%f", "%d");
+    table.Add("large", "%I64d", "%d");
+    table.Add("pointer", "%p", "%x");
+    table.Add("order", "%d %s", "%s %d");
+    table.Load();
     EXPECT_STREQ(GetStr("text", L"abc"), L"abc");
     EXPECT_STREQ(GetStr("wide", L"abc"), L"abc");
     EXPECT_STREQ(GetStr("narrow", "abc"), L"abc");
@@ -70,14 +70,14 @@ TEST_F(GetStrTest, RefusesKindsThatAreNotTheContracts)
 
 TEST_F(GetStrTest, TakesAnotherSpellingOfTheSameKind)
 {
-    table.add("hex", "%d", "0x%08lX");
-    table.add("long", "%ld", "%I32i");
-    table.add("large", "%lld", "%I64x");
-    table.add("text", "%s", "%10.2ls|");
-    table.add("narrow", "%S", "%hs");
-    table.add("letter", "%d", "%c");
-    table.add("real", "%f", "%.2le");
-    table.load();
+    table.Add("hex", "%d", "0x%08lX");
+    table.Add("long", "%ld", "%I32i");
+    table.Add("large", "%lld", "%I64x");
+    table.Add("text", "%s", "%10.2ls|");
+    table.Add("narrow", "%S", "%hs");
+    table.Add("letter", "%d", "%c");
+    table.Add("real", "%f", "%.2le");
+    table.Load();
     EXPECT_STREQ(GetStr("hex", 255), L"0x000000FF");
     EXPECT_STREQ(GetStr("long", -5l), L"-5");
     EXPECT_STREQ(GetStr("large", 255ll), L"ff");
@@ -90,8 +90,8 @@ TEST_F(GetStrTest, TakesAnotherSpellingOfTheSameKind)
 
 TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
 {
-    table.add("both", "base %n", "text %s");
-    table.load();
+    table.Add("both", "base %n", "text %s");
+    table.Load();
     int written = 5;
     EXPECT_TRUE(GetStr("both", &written).IsEmpty());
     EXPECT_EQ(written, 5);
@@ -101,10 +101,10 @@ TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
 
 TEST_F(GetStrTest, LogsOnceWhenTheTextIsTheBaseText)
 {
-    table.add("same", "never %n", "never %n");
-    table.add("untranslated", "wide %*d");
-    table.add("bomb", "%999999999d");
-    table.load();
+    table.Add("same", "never %n", "never %n");
+    table.Add("untranslated", "wide %*d");
+    table.Add("bomb", "%999999999d");
+    table.Load();
     EXPECT_TRUE(GetStr("same").IsEmpty());
     EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "same", "never %n")});
     EXPECT_TRUE(GetStr("untranslated", 3, 4).IsEmpty());
@@ -115,9 +115,9 @@ TEST_F(GetStrTest, LogsOnceWhenTheTextIsTheBaseText)
 
 TEST_F(GetStrTest, ReadsTheContractUpToItsFirstUnusableConversion)
 {
-    table.add("prefix", "%d then %n", "nur %d");
-    table.add("plain", "%q", "ohne");
-    table.load();
+    table.Add("prefix", "%d then %n", "nur %d");
+    table.Add("plain", "%q", "ohne");
+    table.Load();
     EXPECT_STREQ(GetStr("prefix", 3), L"nur 3");
     EXPECT_STREQ(GetStr("plain"), L"ohne");
     EXPECT_EQ(log.take(), Messages{});

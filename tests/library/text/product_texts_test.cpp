@@ -14,8 +14,8 @@ TEST(VersionTexts, SayThatTheyAreNotSetWithoutAVersionResource)
     EXPECT_TRUE(utilsExam::GetStringTableEntry(L"ProductVersion").IsEmpty());
     {
         TestStringTable table;
-        table.add("product.description.notset", "not set", "nicht gesetzt");
-        table.load();
+        table.Add("product.description.notset", "not set", "nicht gesetzt");
+        table.Load();
         EXPECT_STREQ(utilsExam::GetProductVersion(), L"nicht gesetzt");
         EXPECT_STREQ(utilsExam::GetProductName(), L"nicht gesetzt");
         EXPECT_STREQ(utilsExam::GetProductPublisher(), L"nicht gesetzt");
