@@ -3,6 +3,7 @@
 #include "environment/EnvironmentLog.h"
 #include "text/FormatContract.h"
 #include "environment/PathText.h"
+#include "text/TextView.h"
 
 #include <zel_string_convert/ZelTString.h>
 

@@ -1,5 +1,7 @@
 #include <Utils_Statics/MfcConversions.h>
 
+#include "text/TextView.h"
+
 namespace QOR_MFC_CONVERSIONS {
 
 CPoint QOR_2_MFC(const UPoint& point)
@@ -44,7 +46,7 @@ void MFC_2_QOR(const CRect& rect, URect& converted)
 
 CString QOR_2_MFC(const std::wstring& text)
 {
-    return CString(text.c_str(), static_cast<int>(text.size()));
+    return utils_statics::ToCString(text);
 }
 
 void QOR_2_MFC(const std::wstring& text, CString& converted)
@@ -54,7 +56,7 @@ void QOR_2_MFC(const std::wstring& text, CString& converted)
 
 std::wstring MFC_2_QOR(const CString& text)
 {
-    return std::wstring(text.GetString(), static_cast<std::size_t>(text.GetLength()));
+    return std::wstring(utils_statics::View(text));
 }
 
 void MFC_2_QOR(const CString& text, std::wstring& converted)

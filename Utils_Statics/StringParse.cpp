@@ -1,19 +1,13 @@
 #include <Utils_Statics/StringParse.h>
 
+#include "text/TextView.h"
+
 #include <algorithm>
 #include <string_view>
 
+using namespace utils_statics;
+
 namespace {
-
-std::wstring_view View(const CString& text)
-{
-    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
-}
-
-CString Copy(std::wstring_view word)
-{
-    return CString(word.data(), static_cast<int>(word.size()));
-}
 
 // Takes the first word and its separator off `rest`; `more` tells whether there was a separator.
 std::wstring_view TakeWord(std::wstring_view& rest, wchar_t sep, bool& more)
@@ -53,14 +47,14 @@ CString GetWordByPos(const CString& text, int pos, wchar_t sep)
     bool more = pos >= 0;
     for (; more && pos > 0; --pos)
         TakeWord(rest, sep, more);
-    return more ? Copy(TakeWord(rest, sep, more)) : CString();
+    return more ? ToCString(TakeWord(rest, sep, more)) : CString();
 }
 
 CString GetFirstWord(const CString& text, wchar_t sep)
 {
     std::wstring_view rest = View(text);
     bool more = false;
-    return Copy(TakeWord(rest, sep, more));
+    return ToCString(TakeWord(rest, sep, more));
 }
 
 } // namespace StringParse

@@ -7,11 +7,6 @@
 
 namespace utils_statics {
 
-CString ToCString(const std::wstring& text)
-{
-    return CString(text.c_str(), static_cast<int>(text.size()));
-}
-
 void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to)
 {
     std::replace(text.begin(), text.end(), from, to);
@@ -71,16 +66,6 @@ std::wstring WithoutTrailingBackslash(std::wstring path)
     PathRemoveBackslashW(path.data()); // which looks at what is there, however long it is
     path.resize(std::wcslen(path.c_str()));
     return path;
-}
-
-std::wstring FullPath(const wchar_t* path)
-{
-    const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
-    std::wstring full(needed, L'\0');
-    const DWORD length = GetFullPathNameW(path, needed, full.data(), nullptr);
-    full.resize(length < needed ? length
-                                : 0); // longer when the current directory was changed in between
-    return full;
 }
 
 bool PathExists(const std::wstring& path)

@@ -1,20 +1,17 @@
 #pragma once
 
-#include <atlstr.h>
 #include <windows.h>
 
 #include <string>
 
-// Path texts and the bounds of path buffers, shared by the Utils_Statics_*.cpp sources.
+// Path texts and the bounds of path buffers.
 namespace utils_statics {
 
-// What no caller should pass, but a null text then means the empty one.
+// `text`, or an empty text for null.
 inline const wchar_t* OrEmpty(const wchar_t* text)
 {
     return text ? text : L"";
 }
-
-CString ToCString(const std::wstring& text);
 
 // Every `from` becomes `to`.
 void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to);
@@ -54,9 +51,6 @@ std::wstring WithoutLastComponent(const std::wstring& path);
 
 // `path` without one backslash at its end; the root of a drive keeps its own. Of any length.
 std::wstring WithoutTrailingBackslash(std::wstring path);
-
-// The absolute form of a path as of now; empty when there is none.
-std::wstring FullPath(const wchar_t* path);
 
 // PathFileExistsW: whether there is a file or folder of this name.
 bool PathExists(const std::wstring& path);

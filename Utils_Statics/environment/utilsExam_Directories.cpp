@@ -1,10 +1,10 @@
 // utilsExam: creating, measuring, copying and deleting directories.
 #include "environment/CurrentDirectoryScope.h"
 #include "environment/EnvironmentLog.h"
-#include "environment/FindHandle.h"
 #include "environment/PathText.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <base/Handles.h>
 
 #include <direct.h>
 #include <shellapi.h>
@@ -81,15 +81,15 @@ bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
 std::uint64_t FileSizes(const std::wstring& folder, std::vector<std::wstring>& pending)
 {
     WIN32_FIND_DATAW entry;
-    const FindHandle entries((folder + L"\\*.*").c_str(), entry);
-    if (!entries.started()) return 0;
+    const base::Find entries(FindFirstFileW((folder + L"\\*.*").c_str(), &entry));
+    if (!entries) return 0;
     std::uint64_t total = 0;
     do {
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
             total += (static_cast<std::uint64_t>(entry.nFileSizeHigh) << 32) + entry.nFileSizeLow;
         else if (IsWalkedFolder(entry))
             pending.push_back(folder + L"\\" + entry.cFileName);
-    } while (entries.next(entry));
+    } while (FindNextFileW(entries.get(), &entry));
     return total;
 }
 

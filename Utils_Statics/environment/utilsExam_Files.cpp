@@ -1,8 +1,8 @@
 // utilsExam: single files, drives and pixel bytes.
-#include "environment/FindHandle.h"
 #include "environment/PathText.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <base/Handles.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -40,7 +40,7 @@ bool IsExportDriveType(UINT type)
 int utilsExam::GetFileData(const wchar_t* path, WIN32_FIND_DATAW* data)
 {
     if (!path || !data) return 0;
-    return FindHandle(path, *data).started() ? 1 : 0;
+    return base::Find(FindFirstFileW(path, data)) ? 1 : 0;
 }
 
 bool utilsExam::CheckFileIsWritable(const wchar_t* path)

@@ -1,6 +1,7 @@
 // utilsExam: files named in layout documents.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
+#include "text/TextView.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreNumbers.h>

@@ -2,6 +2,7 @@
 // lie.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
+#include "text/TextView.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/Profile.h>

@@ -1,6 +1,7 @@
 // utilsExam: the copy of a protocol file that is in force, and where a changed copy is saved.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
+#include "text/TextView.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreNumbers.h>

@@ -1,19 +1,18 @@
 // utilsExam: small text helpers, and fitting a text into a width.
 #include <Utils_Statics/utilsExam.h>
 
+#include "text/TextView.h"
+
 #include <afxwin.h>
 
 #include <algorithm>
 #include <string_view>
 
+using namespace utils_statics;
+
 namespace {
 
 constexpr std::wstring_view delimiters = L" \n";
-
-std::wstring_view View(const CString& text)
-{
-    return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
-}
 
 int MeasuredWidth(CDC& dc, const CString& text)
 {
@@ -44,7 +43,7 @@ public:
         AppendWithGap(word);
         if (MeasuredWidth(m_dc, m_line) <= m_width) return;
         ++m_count;
-        m_line = CString(word.data(), static_cast<int>(word.size()));
+        m_line = ToCString(word);
     }
 
     int Count() const { return m_count; }
@@ -83,7 +82,7 @@ private:
 void utilsExam::StlListToMfcList(const std::vector<std::wstring>& from, CStringArray& to)
 {
     for (const std::wstring& text : from)
-        to.Add(CString(text.c_str(), static_cast<int>(text.size())));
+        to.Add(ToCString(text));
 }
 
 double utilsExam::ui64ToDouble(unsigned __int64 value)
@@ -108,6 +107,6 @@ int utilsExam::WrapStr(CDC* dc, CString& text, int width)
         lines.Add(word);
         if (word.size() > longest.size()) longest = word;
     }
-    text = CString(longest.data(), static_cast<int>(longest.size()));
+    text = ToCString(longest);
     return lines.Count();
 }

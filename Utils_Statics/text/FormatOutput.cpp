@@ -2,6 +2,7 @@
 
 #include "text/FormatInteger.h"
 
+#include <base/Encoding.h>
 #include <windows.h>
 
 #include <cstdio>
@@ -27,16 +28,6 @@ std::wstring PlatformForm(const FormatConversion& conversion)
     form += conversion.precision >= 0 ? L"*.*" : L"*";
     form += conversion.type == L'F' ? L'f' : conversion.type; // %F is not known everywhere
     return form;
-}
-
-std::wstring Widened(const char* text, std::size_t length)
-{
-    const int count = static_cast<int>(length);
-    std::wstring wide(length, L'\0'); // one wide character a byte at most
-    if (count > 0)
-        wide.resize(static_cast<std::size_t>(
-            MultiByteToWideChar(CP_ACP, 0, text, count, wide.data(), count)));
-    return wide;
 }
 
 } // namespace
@@ -70,7 +61,7 @@ void FormatOutput::AppendCharacter(const FormatConversion& conversion, int value
 {
     const char narrow = static_cast<char>(value);
     const std::wstring text = conversion.type == L'C'
-                                  ? Widened(&narrow, 1)
+                                  ? base::WideFromBytes(CP_ACP, {&narrow, 1}).value_or(L"")
                                   : std::wstring(1, static_cast<wchar_t>(value));
     AppendPadded(conversion, text.data(), text.size());
 }
@@ -91,9 +82,10 @@ void FormatOutput::AppendNarrowText(const FormatConversion& conversion)
     const char* text = va_arg(m_arguments, const char*);
     if (!text) text = "(null)";
     const bool bounded = conversion.precision >= 0;
-    const std::wstring wide =
-        Widened(text, bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision))
-                              : std::strlen(text));
+    const std::size_t length = bounded
+                                   ? strnlen(text, static_cast<std::size_t>(conversion.precision))
+                                   : std::strlen(text);
+    const std::wstring wide = base::WideFromBytes(CP_ACP, {text, length}).value_or(L"");
     AppendPadded(conversion, wide.data(), wide.size());
 }
 
