@@ -1,7 +1,8 @@
 #include <Utils_Statics/CCineStoreAVI.h>
 
 #include "recording/CaptureSettings.h"
-#include "environment/PathText.h"
+#include "recording/CodecOptions.h"
+#include "recording/MovieStream.h"
 
 #include <qor_utils/PixelArrays.h>
 
@@ -28,8 +29,8 @@ DWORD StreamRate(double fps)
 
 bool IsFrameSize(int width, int height)
 {
-    return width > 0 && height > 0 &&
-           std::int64_t{width} * height <= INT32_MAX / std::int64_t{sizeof(unsigned int)};
+    constexpr std::int64_t mostPixels = INT32_MAX / sizeof(unsigned int);
+    return width > 0 && height > 0 && std::int64_t{width} * height <= mostPixels;
 }
 
 BITMAPINFOHEADER FrameFormat(int width, int height, unsigned short bitCount)
@@ -59,12 +60,9 @@ AVISTREAMINFOW StreamInfo(const BITMAPINFOHEADER& format, double fps)
 
 } // namespace
 
-CCineStoreAVI::CCineStoreAVI() = default;
+CCineStoreAVI::CCineStoreAVI() : stream(std::make_unique<MovieStream>()) {}
 
-CCineStoreAVI::~CCineStoreAVI()
-{
-    CloseMovie();
-}
+CCineStoreAVI::~CCineStoreAVI() = default;
 
 void CCineStoreAVI::SetRate(double fps)
 {
@@ -85,10 +83,12 @@ try {
     const CString codec = RecordCodec();
     const bool compressed = codec != uncompressed;
     if (!fileName || !PrepareFrame(background, width, height, layout, bitCount)) return false;
-    if (!OpenFile(fileName) || !CreateStream(compressed)) return false;
-    if (compressed && !CompressStream(codec)) return false;
-    const LONG formatSize = static_cast<LONG>(format.biSize + format.biClrUsed * sizeof(RGBQUAD));
-    if (FAILED(AVIStreamSetFormat(outStream.get(), 0, &format, formatSize))) return false;
+    if (!stream->Create(fileName) || !stream->AddStream(StreamInfo(format, rate), compressed))
+        return false;
+    CodecOptions options; // lives until the format is set: the codec may look at its state then
+    if (compressed && !(ChooseCodec(codec, options) && stream->Compress(options.Get())))
+        return false;
+    if (!stream->SetFormat(format)) return false;
     frameIndex = 0;
     path = fileName;
     return true;
@@ -121,41 +121,10 @@ bool CCineStoreAVI::PrepareFrame(CBitmap* background, int width, int height,
     return true;
 }
 
-bool CCineStoreAVI::OpenFile(const wchar_t* fileName)
-{
-    CloseMovie(); // of a recording that was not ended
-    movieBytes = 0;
-    moviePath = FullPath(fileName);
-    AVIFileInit();
-    PAVIFILE opened = nullptr;
-    if (FAILED(AVIFileOpenW(&opened, fileName, OF_WRITE | OF_CREATE, nullptr)) || !opened) {
-        AVIFileExit();
-        return false;
-    }
-    aviFile.reset(opened);
-    return true;
-}
-
-bool CCineStoreAVI::CreateStream(bool compressed)
-{
-    AVISTREAMINFOW info = StreamInfo(format, rate);
-    PAVISTREAM stream = nullptr;
-    if (FAILED(AVIFileCreateStreamW(aviFile.get(), &stream, &info)) || !stream) return false;
-    (compressed ? rawStream : outStream).reset(stream);
-    return true;
-}
-
 bool CCineStoreAVI::EndStorage()
 {
-    if (outStream && frameBuffer) RepeatLastFrame();
-    CloseMovie();
+    if (stream->TakesFrames() && frameBuffer) RepeatLastFrame();
+    stream->Close();
     Announce();
     return true;
-}
-
-void CCineStoreAVI::CloseMovie()
-{
-    outStream.reset();
-    rawStream.reset();
-    aviFile.reset();
 }

@@ -1,15 +1,28 @@
+// CCineStoreAVI: the codec that compresses the movie.
 #include <Utils_Statics/CCineStoreAVI.h>
 
 #include "recording/CaptureSettings.h"
+#include "recording/CodecOptions.h"
+
+#include <base/Owner.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cwchar>
+#include <memory>
 #include <new>
 
 using namespace utils_statics;
 
 namespace {
+
+struct CodecTraits
+{
+    using Handle = HIC;
+    static HIC Empty() noexcept { return nullptr; }
+    static void Release(HIC codec) noexcept { ICClose(codec); }
+};
+using Codec = base::Owner<CodecTraits>;
 
 void CopyName(wchar_t* target, std::size_t size, const wchar_t* name)
 {
@@ -18,43 +31,35 @@ void CopyName(wchar_t* target, std::size_t size, const wchar_t* name)
     target[length] = L'\0';
 }
 
-// An installed codec, opened only to be asked.
-class QueriedCodec
+// Information on the installed video codec of that index; false when there are no more.
+bool InstalledCodec(DWORD index, ICINFO& info)
 {
-public:
-    QueriedCodec(DWORD type, DWORD handler) : m_codec(ICOpen(type, handler, ICMODE_QUERY)) {}
-    ~QueriedCodec()
-    {
-        if (m_codec) ICClose(m_codec);
-    }
-    QueriedCodec(const QueriedCodec&) = delete;
-    QueriedCodec& operator=(const QueriedCodec&) = delete;
+    info = {};
+    info.dwSize = sizeof info;
+    return ICInfo(ICTYPE_VIDEO, index, &info) != FALSE;
+}
 
-    bool IsNamed(const wchar_t* name, ICINFO& info) const
-    {
-        return m_codec && ICGetInfo(m_codec, &info, sizeof info) != 0 &&
-               std::wcscmp(info.szName, name) == 0;
-    }
+bool IsNamed(const Codec& codec, const wchar_t* name, ICINFO& info)
+{
+    return codec && ICGetInfo(codec.get(), &info, sizeof info) != 0 &&
+           std::wcscmp(info.szName, name) == 0;
+}
 
-    // Fetches the state into a block that the options point to and the caller owns. The state's
-    // size; 0 without one.
-    int FetchState(AVICOMPRESSOPTIONS& options) const
-    {
-        const auto size = static_cast<LONG>(ICSendMessage(m_codec, ICM_GETSTATE, 0, 0));
-        if (size <= 0) return 0; // negative: the codec does not know the message
-        std::unique_ptr<std::byte[]> state(new (std::nothrow)
-                                               std::byte[static_cast<std::size_t>(size)]());
-        if (!state) return 0;
-        ICSendMessage(m_codec, ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.get()),
-                      static_cast<DWORD_PTR>(size));
-        options.cbParms = static_cast<DWORD>(size);
-        options.lpParms = state.release();
-        return size;
-    }
-
-private:
-    HIC m_codec;
-};
+// Fetches the codec's state into a new block that the options point to. The block's size, or 0 when
+// there is no state.
+int FetchState(const Codec& codec, AVICOMPRESSOPTIONS& options)
+{
+    const auto size = static_cast<LONG>(ICSendMessage(codec.get(), ICM_GETSTATE, 0, 0));
+    if (size <= 0) return 0; // negative: the codec does not know the message
+    std::unique_ptr<std::byte[]> state(new (std::nothrow)
+                                           std::byte[static_cast<std::size_t>(size)]());
+    if (!state) return 0;
+    ICSendMessage(codec.get(), ICM_GETSTATE, reinterpret_cast<DWORD_PTR>(state.get()),
+                  static_cast<DWORD_PTR>(size));
+    options.cbParms = static_cast<DWORD>(size);
+    options.lpParms = state.release();
+    return size;
+}
 
 } // namespace
 
@@ -63,18 +68,11 @@ void CCineStoreAVI::SetCompression(wchar_t* name)
     if (name) CopyName(compressionName, compressionNameSize, name);
 }
 
-bool CCineStoreAVI::CompressStream(const CString& codec)
+bool CCineStoreAVI::ChooseCodec(const CString& codec, CodecOptions& options)
 {
     CopyName(compressionName, compressionNameSize, codec);
-    AVICOMPRESSOPTIONS options{};
-    const int found = FindCompressorOption(compressionName, &options);
-    const std::unique_ptr<std::byte[]> state(static_cast<std::byte*>(options.lpParms));
-    if (found == -1) return false;
-    options.dwQuality = RecordQuality();
-    PAVISTREAM stream = nullptr;
-    if (FAILED(AVIMakeCompressedStream(&stream, rawStream.get(), &options, nullptr)) || !stream)
-        return false;
-    outStream.reset(stream);
+    if (FindCompressorOption(compressionName, &options.Get()) == -1) return false;
+    options.Get().dwQuality = RecordQuality();
     return true;
 }
 
@@ -82,15 +80,15 @@ bool CCineStoreAVI::CompressStream(const CString& codec)
 // The options' lpParms is then an array of std::byte that the caller deletes.
 int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options)
 {
-    ICINFO info{};
-    for (DWORD i = 0; info = {}, info.dwSize = sizeof info, ICInfo(ICTYPE_VIDEO, i, &info); ++i) {
-        const QueriedCodec codec(ICTYPE_VIDEO, info.fccHandler);
-        if (!codec.IsNamed(name, info)) continue;
+    ICINFO info;
+    for (DWORD i = 0; InstalledCodec(i, info); ++i) {
+        const Codec codec(ICOpen(ICTYPE_VIDEO, info.fccHandler, ICMODE_QUERY));
+        if (!IsNamed(codec, name, info)) continue;
         options->fccType = info.fccType;
         options->fccHandler = info.fccHandler;
-        options->dwFlags =
-            info.dwFlags; // as they stand, although these flags mean something else there
-        return codec.FetchState(*options);
+        // As they stand, although these flags mean something else there.
+        options->dwFlags = info.dwFlags;
+        return FetchState(codec, *options);
     }
     return -1;
 }

@@ -1,5 +1,7 @@
 #include "recording/CineComposition.h"
 
+#include <qor_utils/PixelArrays.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -146,11 +148,11 @@ SIZE StripSize(const RECT& rect1)
 
 void CopyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at)
 {
-    const SIZE covered{std::min(plane.size.cx, mask.size().cx),
-                       std::min(plane.size.cy, mask.size().cy)};
+    const SIZE covered{std::min(plane.size.cx, mask.Size().cx),
+                       std::min(plane.size.cy, mask.Size().cy)};
     ForEachRow(frame, plane, {0, 0}, covered, at,
                [&](std::uint32_t* target, const std::uint32_t* source, int column, int row,
-                   int length) { CopyMaskedRow(target, source, mask.row(row), column, length); });
+                   int length) { CopyMaskedRow(target, source, mask.Row(row), column, length); });
 }
 
 void CopyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at)
@@ -184,6 +186,16 @@ void PlaceMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, co
         CopyMasked(frame, {pixels, PlaneSize(rect)}, *mask, {rect.left, FrameRow(frame, rect)});
 }
 
+void Invert(std::uint32_t* pixels, SIZE size)
+{
+    qor_utils::InvertImage(pixels, size.cx, size.cy);
+}
+
+void Mirror(std::uint32_t* pixels, SIZE size)
+{
+    qor_utils::MirrorImage(pixels, size.cx, size.cy);
+}
+
 // A region of plane 2 keeps its place within the plane, measured from the plane's first row.
 void PlaceRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const RECT& region)
 {
@@ -193,9 +205,20 @@ void PlaceRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, co
 
 } // namespace
 
-void Compose(const Plane& frame, const RECT (&rects)[6], const Planes& planes)
+void TurnPlanes(const Layout& layout, const Planes& planes)
 {
-    const RECT* const r = rects;
+    Invert(planes.image[2], PlaneSize(layout[2]));
+    Invert(planes.image[3], StripSize(layout[1]));
+    Invert(planes.image[4], PlaneSize(layout[3]));
+    for (int i = 0; i < 2; ++i) {
+        if (!planes.orientation[i].bottomUp) Invert(planes.image[i], PlaneSize(layout[i]));
+        if (planes.orientation[i].mirrored) Mirror(planes.image[i], PlaneSize(layout[i]));
+    }
+}
+
+void Compose(const Plane& frame, const Layout& layout, const Planes& planes)
+{
+    const RECT* const r = layout;
     const bool hasPlane1 = planes.image[1] != nullptr;
     PlaceMasked(frame, r[0], planes.image[0], planes.mask[0]);
     PlaceMasked(frame, r[1], planes.image[1], planes.mask[1]);

@@ -82,9 +82,8 @@ void FormatOutput::AppendNarrowText(const FormatConversion& conversion)
     const char* text = va_arg(m_arguments, const char*);
     if (!text) text = "(null)";
     const bool bounded = conversion.precision >= 0;
-    const std::size_t length = bounded
-                                   ? strnlen(text, static_cast<std::size_t>(conversion.precision))
-                                   : std::strlen(text);
+    const std::size_t length =
+        bounded ? strnlen(text, static_cast<std::size_t>(conversion.precision)) : std::strlen(text);
     const std::wstring wide = base::WideFromBytes(CP_ACP, {text, length}).value_or(L"");
     AppendPadded(conversion, wide.data(), wide.size());
 }

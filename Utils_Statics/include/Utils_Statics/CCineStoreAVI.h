@@ -1,15 +1,21 @@
 #pragma once
 
-#include <Utils_Statics/AviOwners.h>
 #include <Utils_Statics/CCineStore.h>
 #include <Utils_Statics/export.h>
 
 #include <afxwin.h>
+#include <vfw.h>
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
+
+namespace utils_statics {
+class CodecOptions;
+class MovieStream;
+struct Planes;
+struct WrittenFrame;
+} // namespace utils_statics
 
 /// Records an AVI movie. Each frame is composed of pixel planes on a background, or taken whole
 /// from a bitmap, and goes to a video stream: uncompressed, or through the installed codec that the
@@ -81,23 +87,14 @@ private:
     static constexpr int compressionNameSize = 80;
 
     int FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options);
-    bool PlaceImageOnScreen(unsigned int* image0, unsigned int* image1, unsigned int* image2,
-                            unsigned int* image3, unsigned int* image4, CBitmap& mask0,
-                            CBitmap& mask1);
+    bool PlaceImageOnScreen(const RECT (&layout)[6], const utils_statics::Planes& planes);
 
     bool PrepareFrame(CBitmap* background, int width, int height, const std::vector<CRect>& layout,
                       unsigned short bitCount);
-    bool OpenFile(const wchar_t* fileName);
-    bool CreateStream(bool compressed);
-    bool CompressStream(const CString& codec);
+    bool ChooseCodec(const CString& codec, utils_statics::CodecOptions& options);
     DWORD FrameBytes() const;
-    bool HasRoomFor(LONG position, LONG size) const;
-    LONG WriteFrame(LONG position, bool& written);
+    utils_statics::WrittenFrame WriteFrame(LONG position);
     void RepeatLastFrame();
-    void CloseMovie();
-    void TurnPlanes(unsigned int* image0, unsigned int* image1, unsigned int* image2,
-                    unsigned int* image3, unsigned int* image4, bool mirror0, bool bottomUp0,
-                    bool mirror1, bool bottomUp1) const;
 
     wchar_t compressionName[compressionNameSize] = {}; ///< the codec's short name
     double rate = 30.0;                                ///< frames per second
@@ -108,9 +105,5 @@ private:
     std::unique_ptr<unsigned int[]> frameBuffer; ///< the composed frame, bottom row first
     std::vector<CRect> rects;  ///< layout of the composed frame, in screen coordinates
     BITMAPINFOHEADER format{}; ///< of the stream
-    AviFileOwner aviFile;
-    AviStreamOwner rawStream;    ///< below the compressed stream
-    AviStreamOwner outStream;    ///< frames are written here
-    std::int64_t movieBytes = 0; ///< of all frames written, as the codec made them
-    std::wstring moviePath;      ///< where the file is, whatever folder becomes the current one
+    std::unique_ptr<utils_statics::MovieStream> stream; ///< file and streams of the movie
 };

@@ -23,7 +23,6 @@
 ///    Nothing throws but std::bad_alloc, and what a callback of the application throws, which
 ///    passes through.
 
-#include <Utils_Statics/AviOwners.h>
 #include <Utils_Statics/CCineStore.h>
 #include <Utils_Statics/CCineStoreAVI.h>
 #include <Utils_Statics/CDopplerScaling.h>

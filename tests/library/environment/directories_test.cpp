@@ -1,4 +1,5 @@
 // utilsExam: creating, deleting and copying directories.
+#include <base/Handles.h>
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
@@ -203,14 +204,14 @@ TEST(RemoveDirectory, LogsWhenAFileOfTheTreeIsHeldOpen)
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
     writeFile(folder / L"tree\\a\\held", "x");
-    const HANDLE held = CreateFileW((folder / L"tree\\a\\held").c_str(), GENERIC_READ, 0, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    base::File held(CreateFileW((folder / L"tree\\a\\held").c_str(), GENERIC_READ, 0, nullptr,
+                                OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(held);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
     EXPECT_TRUE(fileExists(folder / L"tree\\a\\held"));
     ExpectErrorCode(log, 521);
-    CloseHandle(held);
+    held.reset();
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
     EXPECT_FALSE(fileExists(folder / L"tree"));
     EXPECT_TRUE(log.take().empty());

@@ -1,4 +1,5 @@
 // utilsExam::GetDirectorySize.
+#include <base/Handles.h>
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
@@ -56,13 +57,14 @@ TEST(GetDirectorySize, CountsHiddenFilesButNoHiddenFolders)
 TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
 {
     const TemporaryFolder folder;
-    const HANDLE file =
-        CreateFileW((folder / L"large").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    base::File file(CreateFileW((folder / L"large").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                0, nullptr));
+    ASSERT_TRUE(file);
     LARGE_INTEGER size = {};
     size.QuadPart = 5'000'000'000;
-    const bool sized = SetFilePointerEx(file, size, nullptr, FILE_BEGIN) && SetEndOfFile(file);
-    CloseHandle(file);
+    const bool sized =
+        SetFilePointerEx(file.get(), size, nullptr, FILE_BEGIN) && SetEndOfFile(file.get());
+    file.reset();
     if (!sized) GTEST_SKIP() << "this file system keeps no file of 5 GB";
     EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 5'000'000'000);
 }

@@ -1,4 +1,5 @@
 // The texts of the version resource are those of version_strings.rc.
+#include <base/GdiHandles.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 
 #include <climits>
 #include <cmath>
+#include <optional>
 #include <random>
 
 namespace {
@@ -81,14 +83,9 @@ protected:
     WrapStrTest()
     {
         dc.CreateCompatibleDC(nullptr);
-        font = CreateFontW(-20, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, 0, 0,
-                           NONANTIALIASED_QUALITY, 0, L"Arial");
-        before = ::SelectObject(dc.m_hDC, font);
-    }
-    ~WrapStrTest() override
-    {
-        ::SelectObject(dc.m_hDC, before);
-        ::DeleteObject(font);
+        font.reset(CreateFontW(-20, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, 0, 0,
+                               NONANTIALIASED_QUALITY, 0, L"Arial"));
+        selected.emplace(dc.m_hDC, font.get());
     }
 
     int Width(const std::wstring& text)
@@ -101,8 +98,8 @@ protected:
     int PlainWrap(std::wstring& text, int maximum);
 
     CDC dc;
-    HFONT font = nullptr;
-    HGDIOBJ before = nullptr;
+    base::Font font;
+    std::optional<base::Selection> selected;
 };
 
 TEST_F(WrapStrTest, IsZeroWithoutTextOrDeviceContext)

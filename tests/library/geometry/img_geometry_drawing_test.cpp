@@ -1,3 +1,4 @@
+#include <base/GdiHandles.h>
 #include <Utils_Statics/CImgGeometry.h>
 
 #include <afxwin.h>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <string>
 #include <tuple>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -22,25 +24,19 @@ constexpr int imageHeight = 480;
 class Canvas
 {
 public:
-    Canvas() : m_memory(CreateCompatibleDC(nullptr))
+    Canvas()
     {
         BITMAPINFO info{};
         info.bmiHeader = {
             sizeof info.bmiHeader, imageWidth, -imageHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
         void* bits = nullptr;
-        m_bitmap = CreateDIBSection(m_memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+        m_bitmap.reset(CreateDIBSection(m_memory.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
         m_bits = static_cast<const unsigned int*>(bits);
-        m_before = SelectObject(m_memory, m_bitmap);
-        SelectObject(m_memory, GetStockObject(WHITE_PEN));
-        m_dc.Attach(m_memory);
+        m_selectedBitmap.emplace(m_memory.get(), m_bitmap.get());
+        m_selectedPen.emplace(m_memory.get(), GetStockObject(WHITE_PEN));
+        m_dc.Attach(m_memory.get());
     }
-    ~Canvas()
-    {
-        m_dc.Detach();
-        SelectObject(m_memory, m_before);
-        DeleteDC(m_memory);
-        DeleteObject(m_bitmap);
-    }
+    ~Canvas() { m_dc.Detach(); }
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
 
@@ -57,9 +53,10 @@ public:
     }
 
 private:
-    HDC m_memory;
-    HBITMAP m_bitmap = nullptr;
-    HGDIOBJ m_before = nullptr;
+    base::Bitmap m_bitmap;
+    base::MemoryContext m_memory{CreateCompatibleDC(nullptr)};
+    std::optional<base::Selection> m_selectedBitmap;
+    std::optional<base::Selection> m_selectedPen;
     const unsigned int* m_bits = nullptr;
     CDC m_dc;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <base/GdiHandles.h>
 #include <windows.h>
 
 #include <cstdint>
@@ -10,42 +11,19 @@ namespace device_context_form {
 // The composition of a movie frame in its plain form: bitmaps selected into memory device contexts,
 // MaskBlt, BitBlt. What the library does must not differ from it, and must be faster.
 
-template <class Handle, auto release>
-class Owner
-{
-public:
-    explicit Owner(Handle handle) : m_handle(handle) {}
-    ~Owner() { release(m_handle); }
-    Owner(const Owner&) = delete;
-    Owner& operator=(const Owner&) = delete;
-    operator Handle() const { return m_handle; }
-
-private:
-    Handle m_handle;
-};
-
-using Bitmap = Owner<HBITMAP, [](HBITMAP bitmap) { DeleteObject(bitmap); }>;
-
 // A memory device context with a bitmap selected into it.
 class BitmapContext
 {
 public:
-    explicit BitmapContext(HBITMAP bitmap)
-        : m_context(CreateCompatibleDC(nullptr)), m_old(SelectObject(m_context, bitmap))
+    explicit BitmapContext(const base::Bitmap& bitmap)
+        : m_context(CreateCompatibleDC(nullptr)), m_selection(m_context.get(), bitmap.get())
     {
     }
-    ~BitmapContext()
-    {
-        SelectObject(m_context, m_old);
-        DeleteDC(m_context);
-    }
-    BitmapContext(const BitmapContext&) = delete;
-    BitmapContext& operator=(const BitmapContext&) = delete;
-    operator HDC() const { return m_context; }
+    operator HDC() const { return m_context.get(); }
 
 private:
-    HDC m_context;
-    HGDIOBJ m_old;
+    base::MemoryContext m_context;
+    base::Selection m_selection;
 };
 
 inline int Width(const RECT& rect)
@@ -74,7 +52,7 @@ struct Form
     void PlaceMasked(HDC frame, const RECT& rect, const std::uint32_t* pixels, HBITMAP bits) const
     {
         if (!pixels || !HasArea(rect)) return;
-        const Bitmap bitmap(CreateBitmap(Width(rect), Height(rect), 1, 32, pixels));
+        const base::Bitmap bitmap(CreateBitmap(Width(rect), Height(rect), 1, 32, pixels));
         const BitmapContext plane(bitmap);
         constexpr DWORD keepWhereMaskIsOne = 0xCCAA0000;
         MaskBlt(frame, rect.left, frameHeight - rect.top - Height(rect), Width(rect), Height(rect),
@@ -91,7 +69,7 @@ struct Form
     void PlaceRegions(HDC frame) const
     {
         if (!HasArea(rects[2]) || !image[2]) return;
-        const Bitmap bitmap(CreateBitmap(Width(rects[2]), Height(rects[2]), 1, 32, image[2]));
+        const base::Bitmap bitmap(CreateBitmap(Width(rects[2]), Height(rects[2]), 1, 32, image[2]));
         const BitmapContext plane(bitmap);
         PlaceRegion(frame, plane, rects[4]);
         PlaceRegion(frame, plane, rects[5]);
@@ -100,7 +78,7 @@ struct Form
     void Paint(HDC frame, int x, int y, int w, int h, const std::uint32_t* pixels) const
     {
         if (!pixels || w <= 0 || h <= 0) return;
-        const Bitmap bitmap(CreateBitmap(w, h, 1, 32, pixels));
+        const base::Bitmap bitmap(CreateBitmap(w, h, 1, 32, pixels));
         const BitmapContext plane(bitmap);
         BitBlt(frame, x, y, w, h, plane, 0, 0, SRCPAINT);
     }
@@ -123,7 +101,7 @@ struct Form
     // Composes onto the frame's pixels in place.
     void Compose(std::uint32_t* pixels) const
     {
-        const Bitmap bitmap(CreateBitmap(frameWidth, frameHeight, 1, 32, pixels));
+        const base::Bitmap bitmap(CreateBitmap(frameWidth, frameHeight, 1, 32, pixels));
         {
             const BitmapContext frame(bitmap);
             PlaceMasked(frame, rects[0], image[0], mask[0]);
@@ -131,7 +109,7 @@ struct Form
             PlaceRegions(frame);
             PlaceOverlays(frame);
         }
-        GetBitmapBits(bitmap, frameWidth * frameHeight * 4, pixels);
+        GetBitmapBits(bitmap.get(), frameWidth * frameHeight * 4, pixels);
     }
 };
 

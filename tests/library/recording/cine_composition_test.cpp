@@ -169,10 +169,10 @@ public:
 
     Pixels ThroughDeviceContexts()
     {
-        const device_context_form::Bitmap mask0(BitmapOf(m_mask[0]));
-        const device_context_form::Bitmap mask1(BitmapOf(m_mask[1]));
-        m_form.mask[0] = mask0;
-        m_form.mask[1] = mask1;
+        const base::Bitmap mask0(BitmapOf(m_mask[0]));
+        const base::Bitmap mask1(BitmapOf(m_mask[1]));
+        m_form.mask[0] = mask0.get();
+        m_form.mask[1] = mask1.get();
         Pixels frame = m_frame;
         m_form.Compose(frame.data());
         return frame;
@@ -182,8 +182,8 @@ public:
 
     Pixels Composed()
     {
-        const device_context_form::Bitmap bitmap0(BitmapOf(m_mask[0]));
-        const utils_statics::Mask masks[2] = {utils_statics::Mask(bitmap0),
+        const base::Bitmap bitmap0(BitmapOf(m_mask[0]));
+        const utils_statics::Mask masks[2] = {utils_statics::Mask(bitmap0.get()),
                                               utils_statics::Mask(m_mask[1].bytes, m_mask[1].size)};
         utils_statics::Planes planes;
         for (int i = 0; i < 5; ++i)
@@ -295,8 +295,9 @@ TEST(CineComposition, MissingMaskLetsNothingThrough)
 TEST(CineComposition, ColourBitmapIsNoMask)
 {
     Small small;
-    const device_context_form::Bitmap colour(CreateBitmap(8, 4, 1, 32, nullptr));
-    utils_statics::CopyMasked(small.Target(), small.Plane({8, 4}), utils_statics::Mask(colour), {});
+    const base::Bitmap colour(CreateBitmap(8, 4, 1, 32, nullptr));
+    utils_statics::CopyMasked(small.Target(), small.Plane({8, 4}),
+                              utils_statics::Mask(colour.get()), {});
     EXPECT_EQ(small.Picture(), "......../......../......../........");
 }
 
@@ -335,8 +336,7 @@ TEST(CineComposition, ExtremeLayoutIsHarmless)
         for (RECT& rect : rects)
             rect = {extremes[random() % 7], extremes[random() % 7], extremes[random() % 7],
                     extremes[random() % 7]};
-        const utils_statics::Planes planes{{nullptr, nullptr, nullptr, nullptr, nullptr},
-                                           {&mask, &mask}};
+        const utils_statics::Planes planes{.mask = {&mask, &mask}};
         utils_statics::Compose(small.Target(), rects, planes);
     }
     EXPECT_EQ(small.Picture(), "......../......../......../........");
@@ -347,7 +347,7 @@ TEST(CineComposition, WithoutPlane1TheStripLandsAtTheFrameOrigin)
     Small small;
     const RECT rects[6] = {{0, 0, 1, 1}, {5, 0, 8, 2}, {}, {}, {}, {}};
     utils_statics::Compose(small.Target(), rects,
-                           {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
+                           {.image = {nullptr, nullptr, nullptr, small.ones.data(), nullptr}});
     EXPECT_EQ(small.Picture(), "###...../###...../###...../###.....");
 }
 
@@ -358,7 +358,8 @@ TEST(CineComposition, WithPlane1TheStripLandsAtItsFirstRow)
     const utils_statics::Mask keepAll(std::vector<std::uint8_t>(64, 0xFF), {16, 8});
     utils_statics::Compose(
         small.Target(), rects,
-        {{nullptr, small.ones.data(), nullptr, small.ones.data(), nullptr}, {nullptr, &keepAll}});
+        {.image = {nullptr, small.ones.data(), nullptr, small.ones.data(), nullptr},
+         .mask = {nullptr, &keepAll}});
     EXPECT_EQ(small.Picture(), "......../......../.....###/.....###");
 }
 
@@ -367,7 +368,7 @@ TEST(CineComposition, StripKeepsItsWidthOverARectWithoutHeight)
     Small small;
     const RECT rects[6] = {{}, {2, 9, 4, 9}, {}, {}, {}, {}};
     utils_statics::Compose(small.Target(), rects,
-                           {{nullptr, nullptr, nullptr, small.ones.data(), nullptr}, {}});
+                           {.image = {nullptr, nullptr, nullptr, small.ones.data(), nullptr}});
     EXPECT_EQ(small.Picture(), "##....../##....../##....../##......");
 }
 
@@ -377,7 +378,7 @@ TEST(CineComposition, OverlayIgnoresTheLeftEdgeOfItsRect)
     // Hangs one row below the top of rect 0, at rect 0's left edge.
     const RECT rects[6] = {{2, 0, 6, 4}, {}, {}, {100, 1, 102, 2}, {}, {}};
     utils_statics::Compose(small.Target(), rects,
-                           {{nullptr, nullptr, nullptr, nullptr, small.ones.data()}, {}});
+                           {.image = {nullptr, nullptr, nullptr, nullptr, small.ones.data()}});
     EXPECT_EQ(small.Picture(), "......../......../..##..../........");
 }
 
@@ -392,11 +393,11 @@ TEST(CineComposition, PaintingOrsAllBits)
 TEST(CineComposition, MaskIsReadFromItsBitmap)
 {
     const std::uint8_t bits[] = {0x80, 0x01, 0xFF, 0xFF, 0x00, 0x40, 0x00, 0x00};
-    const device_context_form::Bitmap bitmap(CreateBitmap(18, 2, 1, 1, bits));
-    const utils_statics::Mask mask(bitmap);
-    ASSERT_EQ(mask.size().cx, 18);
-    ASSERT_EQ(mask.size().cy, 2);
-    EXPECT_EQ(mask.row(0)[0], 0x80);
-    EXPECT_EQ(mask.row(0)[1], 0x01);
-    EXPECT_EQ(mask.row(1)[1], 0x40);
+    const base::Bitmap bitmap(CreateBitmap(18, 2, 1, 1, bits));
+    const utils_statics::Mask mask(bitmap.get());
+    ASSERT_EQ(mask.Size().cx, 18);
+    ASSERT_EQ(mask.Size().cy, 2);
+    EXPECT_EQ(mask.Row(0)[0], 0x80);
+    EXPECT_EQ(mask.Row(0)[1], 0x01);
+    EXPECT_EQ(mask.Row(1)[1], 0x40);
 }

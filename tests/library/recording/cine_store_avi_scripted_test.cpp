@@ -2,6 +2,7 @@
 // Scripts run them.
 #include "cine_store_avi_fixture.h"
 
+#include <base/Handles.h>
 #include <test_support/ChildTest.h>
 #include <test_support/InstalledCodec.h>
 
@@ -29,14 +30,14 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
         }
         EXPECT_TRUE(store.EndStorage());
     }
-    HANDLE file = CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr,
-                              CREATE_ALWAYS, 0, nullptr);
+    base::File file(CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr,
+                                CREATE_ALWAYS, 0, nullptr));
     for (const Pixels& frame : frames) {
         DWORD written = 0;
-        EXPECT_TRUE(
-            WriteFile(file, frame.data(), static_cast<DWORD>(frame.size() * 4), &written, nullptr));
+        EXPECT_TRUE(WriteFile(file.get(), frame.data(), static_cast<DWORD>(frame.size() * 4),
+                              &written, nullptr));
     }
-    CloseHandle(file);
+    file.reset();
 }
 
 // Run by the test cine_two_gib, because it writes 2 GiB.

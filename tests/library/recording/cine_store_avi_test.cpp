@@ -2,6 +2,7 @@
 // complete.
 #include "cine_store_avi_fixture.h"
 
+#include <base/Handles.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
 
@@ -214,11 +215,11 @@ TEST_F(CineStoreAvi, MissingFolderLockedFileAndNullPathAreRefused)
                                    48, layout, 32));
     EXPECT_FALSE(store.InitStorage(nullptr, background.get(), 64, 48, layout, 32));
     EXPECT_FALSE(store.InitStorage(L"", background.get(), 64, 48, layout, 32));
-    HANDLE lock =
-        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+    base::File lock(
+        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ASSERT_TRUE(lock);
     EXPECT_FALSE(Start());
-    CloseHandle(lock);
+    lock.reset();
     EXPECT_FALSE(AddBlank());
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.calls, 1);

@@ -1,6 +1,7 @@
 // The end of a recording: what it finishes, and what it tells to whom.
 #include "cine_store_fixture.h"
 
+#include <base/Handles.h>
 #include <memory>
 #include <utility>
 
@@ -30,10 +31,10 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
     {
         static void Notify(const wchar_t* path, void* size)
         {
-            HANDLE exclusive =
-                CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-            EXPECT_NE(exclusive, INVALID_HANDLE_VALUE);
-            CloseHandle(exclusive);
+            base::File exclusive(
+                CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+            EXPECT_TRUE(exclusive);
+            exclusive.reset();
             const Bytes bytes = readFile(path);
             *static_cast<std::size_t*>(size) = bytes.size();
             EXPECT_EQ(WordAt(bytes, 4), 1u);

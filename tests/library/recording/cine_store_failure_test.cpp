@@ -1,6 +1,7 @@
 // What is refused, what fails in the middle, and what a recorder that is killed leaves behind.
 #include "cine_store_fixture.h"
 
+#include <base/Handles.h>
 #include <test_support/ChildTest.h>
 
 #include <climits>
@@ -47,10 +48,10 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 {
     writeFile(fileName, Bytes(9, 'x'));
     ASSERT_TRUE(SetFileAttributesW(fileName.c_str(), FILE_ATTRIBUTE_READONLY));
-    HANDLE probe =
-        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (probe != INVALID_HANDLE_VALUE) {
-        CloseHandle(probe);
+    base::File probe(
+        CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (probe) {
+        probe.reset();
         GTEST_SKIP() << "this user may write to read-only files";
     }
     EXPECT_FALSE(Start(store, fileName));
@@ -60,12 +61,12 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
 {
     writeFile(fileName, Bytes(9, 'x'));
-    HANDLE lock = CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                              OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+    base::File lock(CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(lock);
     EXPECT_FALSE(Start(store, fileName));
     EXPECT_FALSE(store.EndStorage());
-    CloseHandle(lock);
+    lock.reset();
     EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
 }
 
@@ -101,10 +102,9 @@ TEST_F(CineStore, PipeThatNobodyReadsAnyMoreFailsTheFrameAndTheEndCannotPosition
 TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
 {
     const wchar_t* const fullDevice = L"\\\\?\\unix\\dev\\full";
-    HANDLE probe = CreateFileW(fullDevice, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (probe == INVALID_HANDLE_VALUE)
-        GTEST_SKIP() << "this platform has no device that is always full";
-    CloseHandle(probe);
+    base::File probe(CreateFileW(fullDevice, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!probe) GTEST_SKIP() << "this platform has no device that is always full";
+    probe.reset();
     OpenStore open;
     open.SetCompleteCallback(&Completed::Notify, &completed);
     EXPECT_FALSE(Start(open, fullDevice));

@@ -1,4 +1,4 @@
-#include "recording/CineComposition.h"
+#include "recording/Mask.h"
 
 #include <utility>
 
@@ -34,7 +34,7 @@ Mask::Mask(HBITMAP bitmap)
 
 Mask::Mask(std::vector<std::uint8_t> bits, SIZE size) : m_size(size), m_bits(std::move(bits)) {}
 
-const std::uint8_t* Mask::row(int y) const
+const std::uint8_t* Mask::Row(int y) const
 {
     return m_bits.data() + MaskStride(m_size.cx) * static_cast<std::size_t>(y);
 }

@@ -1,0 +1,112 @@
+#include "recording/MovieStream.h"
+
+#include <base/FilePath.h>
+
+#include <algorithm>
+
+namespace utils_statics {
+
+namespace {
+
+// Video for Windows keeps file offsets in 31 bits. Some implementations overwrite the start of a
+// longer movie and report success, so a movie ends before that.
+constexpr std::int64_t movieLimit = 0x7FFFFFFF;
+// Headers, and what a codec may exceed a raw frame by.
+constexpr std::int64_t movieReserve = 1 << 20;
+// The header of a frame's chunk, its padding and its entry in the index.
+constexpr std::int64_t bytesAroundFrame = 8 + 1 + 16;
+
+// What may wait in buffers below us; see HasReachedDisk.
+constexpr std::int64_t buffered = 512 * 1024;
+
+} // namespace
+
+void AviFileTraits::Release(PAVIFILE file) noexcept
+{
+    AVIFileRelease(file);
+    AVIFileExit();
+}
+
+void AviStreamTraits::Release(PAVISTREAM stream) noexcept
+{
+    AVIStreamRelease(stream);
+}
+
+bool MovieStream::Create(const wchar_t* fileName)
+{
+    Close();
+    m_bytes = 0;
+    m_path = base::FullPath(fileName);
+    AVIFileInit();
+    PAVIFILE opened = nullptr;
+    if (FAILED(AVIFileOpenW(&opened, fileName, OF_WRITE | OF_CREATE, nullptr)) || !opened) {
+        AVIFileExit();
+        return false;
+    }
+    m_file.reset(opened);
+    return true;
+}
+
+bool MovieStream::AddStream(AVISTREAMINFOW info, bool compressed)
+{
+    PAVISTREAM stream = nullptr;
+    if (FAILED(AVIFileCreateStreamW(m_file.get(), &stream, &info)) || !stream) return false;
+    (compressed ? m_rawStream : m_outStream).reset(stream);
+    return true;
+}
+
+bool MovieStream::Compress(AVICOMPRESSOPTIONS& options)
+{
+    PAVISTREAM stream = nullptr;
+    if (FAILED(AVIMakeCompressedStream(&stream, m_rawStream.get(), &options, nullptr)) || !stream)
+        return false;
+    m_outStream.reset(stream);
+    return true;
+}
+
+bool MovieStream::SetFormat(const BITMAPINFOHEADER& format)
+{
+    BITMAPINFOHEADER copy = format;
+    const auto size = static_cast<LONG>(format.biSize + format.biClrUsed * sizeof(RGBQUAD));
+    return SUCCEEDED(AVIStreamSetFormat(m_outStream.get(), 0, &copy, size));
+}
+
+WrittenFrame MovieStream::Write(LONG position, void* pixels, LONG size)
+{
+    if (!HasRoomFor(position, size)) return {};
+    LONG samples = 0;
+    LONG bytes = 0;
+    const HRESULT result = AVIStreamWrite(m_outStream.get(), position, 1, pixels, size,
+                                          AVIIF_KEYFRAME, &samples, &bytes);
+    // Some implementations exchange the two counts of a compressed stream. With one sample asked
+    // for, the larger one is the number of bytes either way.
+    const LONG counted = std::max(samples, bytes);
+    m_bytes += std::max<LONG>(counted, 0);
+    if (FAILED(result) || !HasReachedDisk()) return {};
+    return {counted, true};
+}
+
+void MovieStream::Close()
+{
+    m_outStream.reset();
+    m_rawStream.reset();
+    m_file.reset();
+}
+
+bool MovieStream::HasRoomFor(LONG position, LONG size) const
+{
+    const std::int64_t around = (std::int64_t{position} + 1) * bytesAroundFrame;
+    return m_bytes + size + around + movieReserve <= movieLimit;
+}
+
+// Some implementations of Video for Windows report success on a full disk. The file's own size
+// tells; when it cannot be asked, the report is believed.
+bool MovieStream::HasReachedDisk() const
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(m_path.c_str(), GetFileExInfoStandard, &data)) return true;
+    const auto size = static_cast<std::int64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+    return size + buffered >= m_bytes;
+}
+
+} // namespace utils_statics

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <base/Owner.h>
+#include <windows.h>
+#include <vfw.h>
+
+#include <cstdint>
+#include <string>
+
+namespace utils_statics {
+
+// An AVI file and the use of the AVI library that goes with every open file.
+struct AviFileTraits
+{
+    using Handle = PAVIFILE;
+    static PAVIFILE Empty() noexcept { return nullptr; }
+    static void Release(PAVIFILE file) noexcept;
+};
+using AviFile = base::Owner<AviFileTraits>;
+
+struct AviStreamTraits
+{
+    using Handle = PAVISTREAM;
+    static PAVISTREAM Empty() noexcept { return nullptr; }
+    static void Release(PAVISTREAM stream) noexcept;
+};
+using AviStream = base::Owner<AviStreamTraits>;
+
+// What became of one frame.
+struct WrittenFrame
+{
+    LONG bytes = 0; // that the stream made of it; 0 or less when it was not written
+    bool succeeded = false;
+};
+
+// A movie being written: its file, its one video stream and, for a compressed one, the codec's
+// stream on top. The steps are taken in the order in which they stand here. What a failed step has
+// opened stays open until Close.
+class MovieStream
+{
+public:
+    // Creates or truncates the file. A movie that is still open is closed first, as it stands.
+    bool Create(const wchar_t* fileName);
+
+    // Adds the stream. One that is to be compressed takes no frames before Compress.
+    bool AddStream(AVISTREAMINFOW info, bool compressed);
+
+    // Puts a codec on top of the stream.
+    bool Compress(AVICOMPRESSOPTIONS& options);
+
+    // The format of all frames; the palette that a format may announce is empty.
+    bool SetFormat(const BITMAPINFOHEADER& format);
+
+    // Whether there is a stream that takes frames.
+    bool TakesFrames() const { return static_cast<bool>(m_outStream); }
+
+    // Writes a frame of `size` bytes at its place in the stream. It fails once the movie has no
+    // room left, and when the disk is full.
+    WrittenFrame Write(LONG position, void* pixels, LONG size);
+
+    void Close();
+
+private:
+    bool HasRoomFor(LONG position, LONG size) const;
+    bool HasReachedDisk() const;
+
+    AviFile m_file;
+    AviStream m_rawStream; // below the compressed stream
+    AviStream m_outStream; // frames are written here
+    std::int64_t m_bytes = 0; // of all frames written, as the codec made them
+    std::wstring m_path;      // absolute: the current folder may change
+};
+
+} // namespace utils_statics
