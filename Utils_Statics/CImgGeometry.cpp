@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The imaging parameters that the drawing operations pass on.
+// The imaging parameters that the drawing operations pass on.
 struct Imaging
 {
     const UPoint& origin;
@@ -61,8 +61,8 @@ int Depth(const Imaging& imaging, int sample)
                                 (2.0 * imaging.samplingFreq));
 }
 
-/// The box of the circle of constant depth. Deliberately one pixel larger at the right and the
-/// bottom than at the left and the top, and not put in order again after flipping.
+// The box of the circle of constant depth. Deliberately one pixel larger at the right and the
+// bottom than at the left and the top, and not put in order again after flipping.
 CRect ArcBox(const Imaging& imaging, int sample)
 {
     const int radius = base::wrap::Add(Depth(imaging, sample), imaging.probe->radius);
@@ -83,8 +83,8 @@ CRect ArcBox(const Imaging& imaging, int sample)
     return box;
 }
 
-/// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no
-/// device, and GDI implementations have been seen to fail on it.
+// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no
+// device, and GDI implementations have been seen to fail on it.
 bool Drawable(const CRect& box)
 {
     constexpr long long most = 1 << 19;
@@ -94,14 +94,14 @@ bool Drawable(const CRect& box)
     return small(box.left, box.right) && small(box.top, box.bottom);
 }
 
-/// GDI draws arcs counter-clockwise: below its centre an arc runs from left to right, above it from
-/// right to left.
+// GDI draws arcs counter-clockwise: below its centre an arc runs from left to right, above it from
+// right to left.
 void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, const UPoint& p2)
 {
     if (!dc) return;
     const bool reversed = (imaging.probe->radius < 0) != ((imaging.flip & 2) != 0);
-    const bool fromFirst =
-        (p1.x < p2.x) != reversed; // so a tie starts at p2, or at p1 when reversed
+    // A tie starts at p2, or at p1 when reversed.
+    const bool fromFirst = (p1.x < p2.x) != reversed;
     const UPoint& start = fromFirst ? p1 : p2;
     const UPoint& end = fromFirst ? p2 : p1;
     const CRect box = ArcBox(imaging, sample);
@@ -109,8 +109,8 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
     ::Arc(dc->m_hDC, box.left, box.top, box.right, box.bottom, start.x, start.y, end.x, end.y);
 }
 
-/// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where
-/// that is due.
+// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where
+// that is due.
 URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2,
                   const ULine& clip1, const ULine& clip2)
 {

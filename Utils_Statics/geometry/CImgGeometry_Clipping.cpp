@@ -50,13 +50,13 @@ float Slope(const ULine& line)
     return dy / dx;
 }
 
-/// The height at x = 0 of the line of the slope `m` through the start of `line`.
+// The height at x = 0 of the line of the slope `m` through the start of `line`.
 float Intercept(const ULine& line, float m)
 {
     return static_cast<float>(line.y1) - static_cast<float>(line.x1) * m;
 }
 
-/// Its height at `x`.
+// The height at `x` of the line of the slope `m` through the start of `line`.
 float HeightAt(int x, const ULine& line, float m)
 {
     return static_cast<float>(x) * m + Intercept(line, m);
@@ -74,8 +74,8 @@ void Stroke(CDC* dc, const UPoint& from, const UPoint& to)
     dc->LineTo(to.x, to.y);
 }
 
-/// The point of `clip` at the height `y`. A horizontal edge has none, which the caller deliberately
-/// does not ask: it gets (0, 0).
+// The point of `clip` at the height `y`. A horizontal edge has no such point: the result is (0, 0),
+// deliberately unchecked by the callers.
 UPoint PointAtHeight(const ULine& clip, int y)
 {
     UPoint point;
@@ -89,8 +89,8 @@ bool ClipAgainstSloping(CDC* dc, const ULine& line, const ULine& clip, const UPo
     if (Between(ip.y, out.y1, out.y2) &&
         Between(ip.x, std::min(out.x1, out.x2), std::max(out.x1, out.x2))) {
         UPoint edge;
-        // A horizontal stroke at the height of the intersection, to where the edge is at the line's
-        // lower end.
+        // Deliberate: the stroke is horizontal, at the height of the intersection. It ends at the x
+        // that the edge has at the line's lower end.
         if (CImgGeometry::GetIntersectPt(HorizontalAt(out.y2), clip, edge))
             Stroke(dc, ip, {edge.x, ip.y});
         SetEnd(out, ip);
@@ -148,8 +148,8 @@ bool CImgGeometry::GetIntersectPt(const ULine& a, const ULine& b, UPoint& pt)
     const float mb = Slope(b);
     if (ma == mb) return false;
     if (ma == verticalSlope) {
-        pt = {a.x1, base::wrap::Truncate(
-                        HeightAt(a.x1, b, mb))}; // truncated, deliberately unlike the next
+        // Deliberate: truncated here, rounded in the next case.
+        pt = {a.x1, base::wrap::Truncate(HeightAt(a.x1, b, mb))};
     } else if (mb == verticalSlope) {
         pt = {b.x1, qor_utils::round(HeightAt(b.x1, a, ma))};
     } else {

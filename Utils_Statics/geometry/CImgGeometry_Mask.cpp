@@ -13,12 +13,12 @@
 
 namespace {
 
-/// The imaged region of one frame, column by column.
-///
-/// The plain way tests pixel after pixel from the bottom of a column; most of the time goes into
-/// pixels that are far outside. Here each test also says how many pixels above are certainly
-/// outside too, and those are stepped over. Every decision is still made by the exact conversion,
-/// so the mask is the same to the byte.
+// The imaged region of one frame, column by column.
+//
+// The plain way tests pixel after pixel from the bottom of a column; most of the time goes into
+// pixels that are far outside. Here each test also says how many pixels above are certainly
+// outside too, and those are stepped over. Every decision is still made by the exact conversion,
+// so the mask is the same to the byte.
 class Region
 {
 public:
@@ -66,7 +66,10 @@ private:
         int inside = bottom;
         while (outside < inside - 1) {
             const int middle = (outside + inside) / 2;
-            (Inside(m_converter.At(x, middle)) ? inside : outside) = middle;
+            if (Inside(m_converter.At(x, middle)))
+                inside = middle;
+            else
+                outside = middle;
         }
         return inside;
     }
@@ -81,8 +84,8 @@ private:
     int m_sampleEnd;
 };
 
-/// Some neighbouring columns of the mask, filled row by row: writing down single columns would
-/// touch a new cache line for every byte.
+// Some neighbouring columns of the mask, filled row by row: writing down single columns would
+// touch a new cache line for every byte.
 class Strip
 {
 public:

@@ -4,15 +4,15 @@
 
 #include <windows.h>
 
-/// The application's settings for recording movies, section "Settings\Capture" of its profile.
-/// Without an application object every setting has its default.
+// The application's settings for recording movies, section "Settings\Capture" of its profile.
+// Without an application object every setting has its default.
 namespace utils_statics {
 
-/// "RecordCodec": the codec's short name, or exactly "Uncompressed"; "XVID" by default.
+// "RecordCodec": the codec's short name, or exactly "Uncompressed"; "XVID" by default.
 CString RecordCodec();
 
-/// "RecordQuality", a percentage (100 by default), in the hundredths of a percent that codecs count
-/// in.
+// "RecordQuality", a percentage (100 by default), in the hundredths of a percent that codecs count
+// in.
 DWORD RecordQuality();
 
 } // namespace utils_statics

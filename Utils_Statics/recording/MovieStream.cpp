@@ -51,7 +51,10 @@ bool MovieStream::AddStream(AVISTREAMINFOW info, bool compressed)
 {
     PAVISTREAM stream = nullptr;
     if (FAILED(AVIFileCreateStreamW(m_file.get(), &stream, &info)) || !stream) return false;
-    (compressed ? m_rawStream : m_outStream).reset(stream);
+    if (compressed)
+        m_rawStream.reset(stream);
+    else
+        m_outStream.reset(stream);
     return true;
 }
 

@@ -65,8 +65,8 @@ private:
     bool HasReachedDisk() const;
 
     AviFile m_file;
-    AviStream m_rawStream; // below the compressed stream
-    AviStream m_outStream; // frames are written here
+    AviStream m_rawStream;    // below the compressed stream
+    AviStream m_outStream;    // frames are written here
     std::int64_t m_bytes = 0; // of all frames written, as the codec made them
     std::wstring m_path;      // absolute: the current folder may change
 };

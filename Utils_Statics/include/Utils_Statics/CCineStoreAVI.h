@@ -25,8 +25,8 @@ struct WrittenFrame;
 /// "Uncompressed"; default "XVID") and "RecordQuality" (percent, default 100).
 ///
 /// One thread records. Failures are false results; nothing is logged or thrown. EndStorage is
-/// called after a failed InitStorage as after a good one. A codec that does not return makes the
-/// call wait that is inside it.
+/// called after a failed InitStorage as after a good one. If a codec hangs, the call that uses it
+/// hangs too.
 class UTILS_STATICS_API CCineStoreAVI : public CCineStore
 {
 public:

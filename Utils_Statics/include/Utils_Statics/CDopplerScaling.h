@@ -2,26 +2,26 @@
 
 #include <Utils_Statics/export.h>
 
-// The scale of the spectral (pulsed-wave) Doppler display, process-wide: the imaging side sets the
-// acquisition and display parameters whenever they change, measurement and drawing read the scales
-// that follow from them. Nothing is checked when it is set. Threads: the user-interface thread
-// only.
+/// The scale of the spectral (pulsed-wave) Doppler display of the process. The imaging side sets
+/// the acquisition and display parameters whenever they change. Measurement and drawing read the
+/// scales that follow from them. Nothing is checked when it is set. User-interface thread only.
 class UTILS_STATICS_API CDopplerScaling
 {
 public:
     CDopplerScaling() = delete;
 
-    static void SetPWPRP(long prp) noexcept;   // pulse repetition period, microseconds
-    static void SetPWFreq(long freq) noexcept; // transmit frequency, Hz
-    static void SetPWFFT(long nfft) noexcept;  // FFT length, spectral bins per line
+    static void SetPWPRP(long prp) noexcept;   ///< pulse repetition period, microseconds
+    static void SetPWFreq(long freq) noexcept; ///< transmit frequency, Hz
+    static void SetPWFFT(long nfft) noexcept;  ///< FFT length, spectral bins per line
+    /// Angle correction, thousandths of a degree.
+    static void SetPWVesselAngle(long vesselAngle) noexcept;
     static void
-    SetPWVesselAngle(long vesselAngle) noexcept; // angle correction, thousandths of a degree
-    static void SetPWDisplayHeight(long height) noexcept; // height of the spectral display, pixels
-    static void SetPWLRP(long lrp) noexcept;              // kept for callers; nothing here uses it
-    static void SetVecDopScaleFactor(double factor) noexcept;  // divides the velocity per pixel
-    static void SetBaselineStartPos(double position) noexcept; // pixels
+    SetPWDisplayHeight(long height) noexcept; ///< height of the spectral display, pixels
+    static void SetPWLRP(long lrp) noexcept;  ///< kept for callers; nothing here uses it
+    static void SetVecDopScaleFactor(double factor) noexcept;  ///< divides the velocity per pixel
+    static void SetBaselineStartPos(double position) noexcept; ///< pixels
 
-    // What was set last; before that 0, and 1.0 for the scale factor.
+    /// What was set last; before that 0, and 1.0 for the scale factor.
     static long GetPWPRP() noexcept;
     static long GetPWFreq() noexcept;
     static long GetPWFFT() noexcept;
@@ -31,21 +31,22 @@ public:
     static double GetVecDopScaleFactor() noexcept;
     static double GetBaselineStartPos() noexcept;
 
-    // Velocity per pixel in metres per second, by the Doppler equation with 1540 m/s for the speed
-    // of sound: units as of the setters. 0.0 when prp, freq, displayHeight or scaleFactor is 0.0.
-    // At a vessel angle of 90 degrees the result is as large as the rounded cosine makes it; that
-    // is not limited.
+    /// Velocity per pixel in metres per second, by the Doppler equation with 1540 m/s for the speed
+    /// of sound: units as of the setters. 0.0 when prp, freq, displayHeight or scaleFactor is 0.0.
+    /// At a vessel angle of 90 degrees the result is as large as the rounded cosine makes it; that
+    /// is not limited.
     static double GetVelPerPixel(double prp, double freq, double displayHeight, double vesselAngle,
                                  double scaleFactor) noexcept;
 
-    // The same from the parameters that were set. The FFT length takes no part.
+    /// The same from the parameters that were set. The FFT length takes no part.
     static double GetVelPerPixel() noexcept;
 
-    // The display position, in pixels, of a position in FFT bins, offset by the baseline start; 0.0
-    // when the FFT length is 0.
+    /// The display position, in pixels, of a position in FFT bins, offset by the baseline start;
+    /// 0.0 when the FFT length is 0.
     static double GetPixelBaseline(int pixel) noexcept;
 
-    // Degrees per pixel of the vector-Doppler angle display; infinite when the display height is 0.
+    /// Degrees per pixel of the vector-Doppler angle display; infinite when the display height is
+    /// 0.
     static double GetVecAnglePerPixel() noexcept;
 
 private:

@@ -16,14 +16,13 @@ class CDC;
 ///
 /// Parameters that most operations take:
 /// - `origin`: pixel of the image origin, the centre of curvature of a curved probe;
-/// `micronsPerPixel`: scale;
-/// - `samplingFreq` in Hz, `soundSpeed` in m/s. The depth of sample s in microns is
-///   trunc(s x (soundSpeed x 1,000,000) / (2.0 x samplingFreq)); the product in parentheses is 32
-///   bits wide and wraps around above 2147 m/s;
-/// - `scanA`, `scanB`, `scanC`, `ld`: passed on to the conversion routines
-/// (qor_utils/PixelCoordinates.h); angles are
-///   thousandths of a degree;
-/// - `width`, `height`: image size; `flip`: bit 0 mirrors left-right, bit 1 top-bottom.
+/// - `micronsPerPixel`: scale, in x and in y;
+/// - `samplingFreq`: sampling frequency in Hz; `soundSpeed`: in m/s. The depth of sample s in
+///   microns is trunc(s x (soundSpeed x 1,000,000) / (2.0 x samplingFreq)). The product in
+///   parentheses is 32 bits wide and wraps around above 2147 m/s;
+/// - `scanA`, `scanB`, `scanC`, `ld`: passed on to the conversion routines, whose header
+///   qor_utils/PixelCoordinates.h explains them; angles are thousandths of a degree;
+/// - `width`, `height`: image size in pixels; `flip`: bit 0 mirrors left-right, bit 1 top-bottom.
 ///
 /// Drawing uses the pen selected into `dc`; with a null `dc` the same is computed and nothing
 /// drawn. Results are the bounding rectangle of the two end points drawn (also of an arc), or all
@@ -73,9 +72,13 @@ public:
                                           const ULine& clip2, int scanC, int width, int height,
                                           int flip, int ld);
 
-    /// Clips `line` against the edge line `clip`, at its start or its end, into `out`, and may draw
-    /// a short stroke along the edge. False when nothing was clipped; `out` is then `line` with its
-    /// end points in order.
+    /// Clips `line` against the edge line `clip`, at its start or its end, into `out`. False when
+    /// nothing was clipped; `out` is then `line` with its end points in order.
+    ///
+    /// Where line and edge cross, a stroke is drawn from the intersection. On a vertical edge it
+    /// runs along the edge down to the line's lower end. On any other edge it runs horizontally, to
+    /// the x that the edge has at the height of the line's lower end. A line that is nearly
+    /// horizontal (less than 10 pixels) draws none.
     static bool ClipLines(CDC* dc, const ULine& line, const ULine& clip, ULine& out,
                           bool clipStart);
 

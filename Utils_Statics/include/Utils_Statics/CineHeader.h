@@ -14,8 +14,8 @@ struct CineHeader
     static constexpr int extraValues = 6;
 
     uData type{}; ///< kind of data in the file
-    std::int32_t
-        frameCount{}; ///< frames, or the byte size of the last ECG block (CCineStore::AddECGData)
+    /// Frames, or the byte size of the last ECG block (CCineStore::AddECGData).
+    std::int32_t frameCount{};
     std::uint32_t desc[descWords]{};   ///< words two to twelve of the data description, verbatim
     std::int32_t extra[extraValues]{}; ///< the caller's six integers, stored without interpretation
 };

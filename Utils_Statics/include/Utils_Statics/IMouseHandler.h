@@ -10,10 +10,9 @@
 /// What a handler accepts while it holds the lock.
 enum LockType : int
 {
-    LockNormal = 0,   // every pointer message
-    LockMoveOnly = 1, // move messages only
-    LockTrackballOnly =
-        2 // every message, but cannot be locked while the input type is InputPointer
+    LockNormal = 0,       // every pointer message
+    LockMoveOnly = 1,     // move messages only
+    LockTrackballOnly = 2 // every message; cannot be locked while the input is InputPointer
 };
 
 /// A tool that takes part in the arbitration of the pointer (see MouseCapture).

@@ -8,21 +8,23 @@
 
 /// Base of everything that wants to learn of changes of application state. A consumer hears every
 /// emission from its construction until its destruction; there is no other way to subscribe or to
-/// unsubscribe.
+/// unsubscribe. The application owns its consumers. User-interface thread only.
 ///
-/// Consumers are called in the order they were constructed. A consumer constructed during an
-/// emission is called in it; one destroyed during an emission (also by its own handler) makes the
-/// emission pass over the consumer that followed it if it had been reached already. A handler that
-/// throws ends the emission and silences the signal for good. User-interface thread only. The
-/// application owns its consumers.
+/// Consumers are called in the order of their construction. During an emission
+/// - a consumer that is constructed is called in the same emission;
+/// - a consumer that is destroyed is not called any more;
+/// - when a consumer that was already called, or is being called, is destroyed, the next one to be
+///   called is passed over in this emission.
+///
+/// A handler that throws ends the emission and silences the signal for good.
 class UTILS_STATICS_API IStateChangeConsumer
 {
 public:
     /// Subscribes.
     IStateChangeConsumer();
 
-    /// A copy is not subscribed: it hears of emissions only if it was constructed without a source
-    /// and then assigned to. Deliberate.
+    /// A copy is not subscribed. Deliberate: only an object that was constructed without a source
+    /// hears emissions, and it goes on doing so when another one is assigned to it.
     IStateChangeConsumer(const IStateChangeConsumer& other);
     IStateChangeConsumer& operator=(IStateChangeConsumer& other);
 
@@ -31,9 +33,9 @@ public:
     /// Called for every emission with what the emitter passed. An emission from here is dropped.
     virtual void OnStateChange(StateChangeType type, unsigned int param1, long param2) = 0;
 
-    /// Calls the handler of every living consumer. Dropped during another emission, and while the
-    /// signal's minimum interval since the last attempt has not passed. What a handler throws comes
-    /// out here.
+    /// Calls the handler of every living consumer. An emission during another one is dropped, and
+    /// so is one that comes before the signal's minimum interval since the last attempt has passed.
+    /// What a handler throws comes out here.
     static void StateChangeSignal(StateChangeType type, unsigned int param1, long param2);
 
 protected:

@@ -10,8 +10,8 @@
 
 #include <string>
 
-// Between the platform's value types and those of the product's utility library. Each conversion
-// comes in two forms: one returns the converted value, the other fills its second argument.
+/// Between the platform's value types and those of the product's utility library. Each conversion
+/// comes in two forms: one returns the converted value, the other fills its second argument.
 namespace QOR_MFC_CONVERSIONS {
 
 UTILS_STATICS_API CPoint QOR_2_MFC(const UPoint& point);
@@ -19,13 +19,13 @@ UTILS_STATICS_API void QOR_2_MFC(const UPoint& point, CPoint& converted);
 UTILS_STATICS_API UPoint MFC_2_QOR(const CPoint& point);
 UTILS_STATICS_API void MFC_2_QOR(const CPoint& point, UPoint& converted);
 
-// The four edges are copied as they are, without normalisation.
+/// The four edges are copied as they are, without normalisation.
 UTILS_STATICS_API CRect QOR_2_MFC(const URect& rect);
 UTILS_STATICS_API void QOR_2_MFC(const URect& rect, CRect& converted);
 UTILS_STATICS_API URect MFC_2_QOR(const CRect& rect);
 UTILS_STATICS_API void MFC_2_QOR(const CRect& rect, URect& converted);
 
-// All characters are copied, zero characters within the text too.
+/// All characters are copied, zero characters within the text too.
 UTILS_STATICS_API CString QOR_2_MFC(const std::wstring& text);
 UTILS_STATICS_API void QOR_2_MFC(const std::wstring& text, CString& converted);
 UTILS_STATICS_API std::wstring MFC_2_QOR(const CString& text);

@@ -12,9 +12,8 @@
 /// How the user points.
 enum InputType : int
 {
-    InputTrackball = 0, // the cursor stays confined, a next action steps through the tools' points
-    InputPointer =
-        1 // pressing grabs the nearest point, releasing lets go; no confinement, no stepping
+    InputTrackball = 0, // the cursor stays confined; a next action steps through the points
+    InputPointer = 1    // pressing grabs the nearest point, releasing lets go; nothing else
 };
 
 /// The arbitration of the pointer: which of the registered handlers owns it (the lock), how the
@@ -26,17 +25,16 @@ enum InputType : int
 /// refused lock answers false.
 ///
 /// Calls from inside a handler's operations are allowed, and behave so:
-/// - A walk over the handlers visits every handler that is registered when its turn comes, once:
-/// one removed ahead of
-///   the walk is not visited, one inserted ahead of it is.
-/// - A handler that is destroyed is forgotten at once: it cannot win a walk that is under way, is
-/// not told anything any
-///   more, and if it held the lock, nobody holds it. One that is only unregistered can still win,
-///   as it can be locked.
+/// - A walk over the handlers visits the handlers that are registered when their turn comes. One
+///   that is removed ahead of the walk is not visited; one that is inserted ahead of it is. One
+///   that is removed and registered again is a new registration, and is visited again.
+/// - A handler that is destroyed is forgotten at once. It cannot win a walk that is under way and
+/// is
+///   told nothing any more. If it held the lock, nobody holds it. One that is only unregistered can
+///   still win, as it can be locked.
 /// - While the owner is told that it loses the lock (OnReleaseMouse), the change that it is told of
-/// is under way and
-///   decides who comes next: Lock and LockNext are refused and change nothing, and Unlock does not
-///   tell it again.
+///   decides who comes next. Lock and LockNext are refused then and change nothing. Unlock does not
+///   tell the owner again.
 class MouseCapture
 {
 public:

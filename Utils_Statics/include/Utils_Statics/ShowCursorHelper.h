@@ -8,18 +8,18 @@
 
 class CriticalSection;
 
-/// Create one while the ordinary system cursor is needed, for a dialog or pop-up over the imaging
-/// screen.
+/// A guard for the time in which the ordinary system cursor is needed: a dialog, say, or a pop-up
+/// over the imaging screen.
 ///
-/// The first live guard of the process tells the application's main window to show the cursor, the
-/// last one that goes tells it to hide it; every guard releases the mouse capture of its thread,
-/// and restores in its destructor the cursor's confinement and the enabled state of the main window
-/// that it found. End guards in the reverse order of their creation.
+/// The first live guard of the process tells the application's main window to show the cursor; the
+/// last one tells it to hide it. Every guard releases the mouse capture of its thread. Its
+/// destructor restores the cursor's confinement and the enabled state of the main window that it
+/// found. Guards end in the reverse order of their creation.
 ///
-/// Guards may be created on any thread. The messages are sent, and answered, while the other
-/// threads' guards wait: while guards are created elsewhere, the thread of the main window must go
-/// on dispatching, and must not create guards itself. Without an application or main window only
-/// the cursor is looked after.
+/// Guards may be created on any thread. The guards of other threads wait until the messages are
+/// answered. So while guards are created elsewhere, the main window's thread has to go on
+/// dispatching and must not create guards itself. Without an application or main window only the
+/// cursor is looked after.
 class ShowCursorHelper
 {
 public:
@@ -39,6 +39,6 @@ private:
     bool m_notify;
 
     static std::uint32_t m_count; // live guards
-    static CriticalSection
-        m_criticalSection; // of m_count and the messages; defined among the static objects
+    // Guards m_count and the messages. Defined among the static objects.
+    static CriticalSection m_criticalSection;
 };

@@ -1,27 +1,27 @@
 #pragma once
 
-/// Everything that Utils_Statics.dll offers. Its conventions, which hold wherever a declaration
-/// says nothing else:
+/// Everything that Utils_Statics.dll offers. These conventions hold wherever a declaration says
+/// nothing else:
 ///
-/// 1. Ownership. A pointer or handle that is passed in stays the caller's; the library keeps it
-/// only where the
-///    declaration says so, and then until it is taken back (unregistered, replaced by null, or the
-///    registering object destroyed). Objects that are passed to a registry, and objects that are
-///    answered by value or as a new handle, change hands.
+/// 1. Ownership. A pointer or handle that is passed in stays the caller's. The library keeps it
+/// only
+///    where the declaration says so, until it is taken back: unregistered, replaced by null, or the
+///    registering object destroyed. Objects passed to a registry change hands. So do objects
+///    answered by value or as a new handle.
 /// 2. Allocator. The library, the application and the libraries between them share one C++ run-time
-/// library, hence one
-///    heap: strings, containers and objects may be created on one side and destroyed on the other.
-/// 3. Strings. Texts are UTF-16 and null-terminated; paths have backslashes. Narrow texts are ASCII
-/// keys. A text that
-///    is answered as a pointer lives as long as the library is loaded.
-/// 4. Threads. Everything is called on the user-interface thread, and no lock is taken.
-/// 5. Null. A null text counts as an empty one, a null interface pointer is ignored, and a null
-/// output pointer is
-///    allowed only where the declaration names it.
-/// 6. Failures and exceptions. Failures are answered by the result: false, zero, an empty text, an
-/// invalid handle.
-///    Nothing throws but std::bad_alloc, and what a callback of the application throws, which
-///    passes through.
+///    library and therefore one heap. Strings, containers and objects may be created on one side
+///    and destroyed on the other.
+/// 3. Strings. Texts are UTF-16 and null-terminated. Paths have backslashes. Narrow texts are ASCII
+///    keys. A text that is answered as a pointer lives as long as the library is loaded.
+/// 4. Threads. Everything is called on the user-interface thread. The library guards none of its
+///    state by a lock, except the count of ShowCursorHelper; the logger and the string table, which
+///    it calls, have locks of their own.
+/// 5. Null. A null text counts as an empty one. A null interface pointer is ignored. A null output
+///    pointer is allowed only where the declaration names it.
+/// 6. Failures and exceptions. A failure is answered by the result: false, zero, an empty text, an
+///    invalid handle. An operation that makes a text, a list or an object can throw std::bad_alloc.
+///    What a handler of the application throws passes through the operation that called it. Nothing
+///    else throws.
 
 #include <Utils_Statics/CCineStore.h>
 #include <Utils_Statics/CCineStoreAVI.h>

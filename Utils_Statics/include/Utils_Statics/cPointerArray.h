@@ -6,8 +6,7 @@
 #include <stdexcept>
 
 /// A growing array of pointers, in the order they were added. It owns none of what they point to.
-/// Its size is a number of its own, because a walk that reads it again at every step is what this
-/// array is made for.
+/// Its size is a member of its own, because its users read the size again at every step of a walk.
 template <class T>
 class cPointerArray
 {

@@ -28,9 +28,9 @@ public:
     /// is never connected.
     virtual bool IsValid() const noexcept = 0;
 
-    // One operation for each number of arguments. Nothing but what a called method throws comes out
-    // of them; then the busy flag stays set and the object is never invoked again, which is
-    // deliberate.
+    /// One operation for each number of arguments. What a called method throws comes out of them,
+    /// and nothing else does. The busy flag then stays set, so that the object is never invoked
+    /// again. Deliberate.
     virtual ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) = 0;
     virtual ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) = 0;
     virtual ResultType Call3(P1 p1, P2 p2, P3 p3) = 0;
@@ -42,9 +42,8 @@ public:
     const char* GetName() const noexcept { return m_name; }
     void SetName(const char* name) noexcept { m_name = name; }
 
-    /// Least time between two invocations in milliseconds, 0 for no limit. An attempt that comes
-    /// earlier after the last attempt, whether that one was suppressed or not, is suppressed and
-    /// gives `result`.
+    /// Least time between two invocations in milliseconds; 0 means no limit. An attempt made sooner
+    /// than this after the previous attempt, suppressed or not, is suppressed and gives `result`.
     void SetMinimumInterval(std::uint32_t milliseconds, ResultType result = {}) noexcept
     {
         m_minimumInterval = milliseconds;
@@ -81,8 +80,8 @@ protected:
         slot.AddPeer(signal);
     }
 
-    /// Takes over everything but the kind, the peers' own lists too: no peer learns of it, so
-    /// `this` is called by none that did not know it before. Deliberate.
+    /// Takes over every field but the kind. The peers' own lists stay as they are. Deliberate: no
+    /// signal calls this object that did not know it before.
     void CopyFields(const cSigSlotBase& other)
     {
         m_name = other.m_name;
@@ -94,9 +93,9 @@ protected:
         m_resultWhenBusy = other.m_resultWhenBusy;
     }
 
-    /// Removes this object from the list of every peer that knows it and leaves its own list empty
-    /// and without memory. What follows in a peer's list moves forward, and an emission that is
-    /// under way passes over the next: deliberate.
+    /// Removes this object from the list of every peer that knows it, and frees its own list. What
+    /// follows it in a peer's list moves one place forward. Deliberate: an emission under way that
+    /// has reached or passed this object therefore passes over the next one.
     void DisconnectAll() noexcept
     {
         for (std::uint32_t i = 0; i < m_peers.Size(); ++i)
@@ -104,8 +103,8 @@ protected:
         m_peers.Free();
     }
 
-    /// True when this attempt comes too early. Every attempt counts for the next one, so that a
-    /// steady stream of early attempts stays suppressed: deliberate.
+    /// True when this attempt comes too early. Every attempt starts the interval anew. Deliberate:
+    /// a steady stream of early attempts stays suppressed.
     bool IsThrottled()
     {
         if (m_minimumInterval == 0) [[likely]]
@@ -124,8 +123,8 @@ protected:
         return m_peers.Contains(&peer, index);
     }
 
-    /// An address that stands for the type of a slot and the method it is bound to; null for any
-    /// other object.
+    /// Sets the address that stands for a slot's type and the method it is bound to. It is null for
+    /// any other object.
     void SetMethodTag(const char* tag) noexcept { m_methodTag = tag; }
     static const char* MethodTag(const cSigSlotBase& object) noexcept { return object.m_methodTag; }
 
@@ -149,8 +148,8 @@ private:
 
     Kind m_kind;
     const char* m_name;
-    cPointerArray<cSigSlotBase>
-        m_peers; // a signal's slots in the order they were connected; a slot's signals
+    // A signal's slots in the order they were connected, or a slot's signals.
+    cPointerArray<cSigSlotBase> m_peers;
     std::uint32_t m_minimumInterval = 0;
     ResultType m_resultWhenThrottled = {};
     double m_lastAttempt = 0; // milliseconds since 1970

@@ -5,10 +5,10 @@
 
 /// Calls every connected slot, in the order they were connected, and combines their results.
 ///
-/// The slots are walked by index, and their number is read again at every step: a slot connected by
-/// a called method is called in the same emission, and after the removal of a slot at or before the
-/// current place the one that moved into the next place is passed over. An emission from inside an
-/// emission is dropped, not queued.
+/// The slots are walked by index, and their number is read again at every step. A slot that a
+/// called method connects is called in the same emission. When a slot at or before the current
+/// place is removed, the one that follows the current slot is passed over. An emission from inside
+/// an emission is dropped, not queued.
 ///
 /// UsualMethod is the method that most slots are bound to (by cSlot::Bind<method>), or null. It
 /// changes nothing but the speed: such slots are called without going through their virtual table.
@@ -65,8 +65,8 @@ private:
         ResultType running = m_initialResult;
         for (std::uint32_t i = 0; this->HasPeer(i); ++i)
             if (!Combine(&running, CallSlot(i, arguments...))) break;
-        this->SetBusy(false); // not reached when a method throws: the signal stays silent from then
-                              // on, deliberately
+        // Not reached when a method throws. Deliberate: the signal then stays silent.
+        this->SetBusy(false);
         return running;
     }
 

@@ -24,9 +24,8 @@ public:
 
     cSlot() noexcept : Base(Base::kindSlot, "Uninitialized-Slot") {}
 
-    /// Copies everything but the binding: a slot calls the object it was bound to, never another
-    /// one's. No signal learns of the copy: it is called by a signal only if it was connected to it
-    /// itself. Deliberate.
+    /// Copies everything but the binding, so that a slot calls only the object it was bound to. No
+    /// signal learns of the copy. Deliberate: a signal calls only what was connected to it.
     cSlot(const cSlot& other) : cSlot() { this->CopyFields(other); }
     cSlot& operator=(const cSlot& other)
     {
@@ -69,7 +68,7 @@ private:
     template <class, class, class, class, class, class, auto>
     friend class cSignal;
 
-    // The one that m_argumentCount tells.
+    // m_argumentCount tells which one is set.
     union Methods {
         Method0 take0 = nullptr;
         Method1 take1;
@@ -119,8 +118,8 @@ private:
                        });
     }
 
-    // A call from a signal, which sees by its peers whether this slot is alive, to a slot that has
-    // the method's tag.
+    // A call from a signal to a slot that has the method's tag. The signal knows from its peers
+    // whether this slot is still alive.
     template <auto method, class IsAlive, class... Arguments>
     ResultType InvokeUsual(IsAlive isAlive, Arguments... arguments)
     {

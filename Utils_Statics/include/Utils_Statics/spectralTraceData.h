@@ -2,7 +2,7 @@
 
 #include <Utils_Statics/export.h>
 
-// Which trace of a block, in the order in which they lie there.
+/// Which trace of a block, in the order in which they lie there.
 enum eTraceType : int
 {
     eTraceEnvelopeForward = 0,
@@ -11,33 +11,33 @@ enum eTraceType : int
     eTraceMeanReverse = 3
 };
 
-// A view of one block of spectral trace bytes that holds several traces of equal length back to
-// back. The block stays its owner's, who keeps it alive while it is looked at; copies view the same
-// block.
+/// A view of one block of spectral trace bytes that holds several traces of equal length back to
+/// back. The block stays its owner's, who keeps it alive while it is looked at; copies view the
+/// same block.
 class UTILS_STATICS_API spectralTraceData
 {
 public:
-    // An empty view.
+    /// An empty view.
     spectralTraceData() noexcept;
 
-    // Views size bytes at data, which hold sets traces. Nothing is checked or copied.
+    /// Views size bytes at data, which hold sets traces. Nothing is checked or copied.
     void setData(unsigned char* data, int size, int sets) noexcept;
 
-    // Empties the view; frees nothing.
+    /// Empties the view; frees nothing.
     void close() noexcept;
 
-    // True when there is no block or its size is 0.
+    /// True when there is no block or its size is 0.
     bool isEmpty() const noexcept;
 
-    // The block and its size in bytes, as they were set.
+    /// The block and its size in bytes, as they were set.
     unsigned char* getData() const noexcept;
     int getSize() const noexcept;
 
-    // Bytes of one trace, rounded toward zero; 0 when there are no traces.
+    /// Bytes of one trace, rounded toward zero; 0 when there are no traces.
     int getSetSize() const noexcept;
 
-    // The start of a trace, or null for an empty view. A type outside the enumeration means the
-    // first trace. Whether the block has that many traces is the caller's to know.
+    /// The start of a trace, or null for an empty view. A type outside the enumeration means the
+    /// first trace. Whether the block has that many traces is the caller's to know.
     unsigned char* getDataSet(eTraceType type) const noexcept;
 
 private:

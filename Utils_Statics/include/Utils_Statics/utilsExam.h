@@ -15,14 +15,17 @@
 class CDC;
 
 /// The exam environment: process-wide facts about how the application runs, and the helpers that
-/// all of it shares. Static members only, no instance is ever made. Unless a member says otherwise
-/// it is called on the user-interface thread, takes no lock and throws nothing but std::bad_alloc.
+/// all of it shares. It has static members only; no instance is ever made.
+///
+/// Unless a member says otherwise it is called on the user-interface thread. The facts are not
+/// guarded by a lock. A member that makes a text can throw std::bad_alloc; one that calls handlers
+/// of the application lets through what they throw.
 class UTILS_STATICS_API utilsExam
 {
 public:
     // ---- Facts. The application sets them after loading the library and may change them at any
-    // time; the library stores them, keeps none beyond the process, and reads only those marked so.
-    // Another thread may read stale values.
+    // time. The library stores them and reads only those marked so. Another thread may read stale
+    // values.
 
     /// Changes where dialogs (and balloon messages) appear on eConsoleTavren. Set through
     /// SetConsoleType.
@@ -119,10 +122,9 @@ public:
     /// replaced, deliberately, by its longest word (the first of equally long ones): the word that
     /// has to fit on a line by itself.
     ///
-    /// Measuring is DrawText with DT_CALCRECT alone, so ampersands are prefixes. Words are looked
-    /// up again from the space, and only when there is none from the line feed, behind the word
-    /// before: after a line feed the words up to the next space are therefore measured without what
-    /// stands before them.
+    /// Measuring is DrawText with DT_CALCRECT alone, so ampersands are prefixes. After each word
+    /// the search resumes at the next space, or at the next line feed if no space is left. Of the
+    /// words between a line feed and the next space, what stands before them is not measured.
     static int WrapStr(CDC* dc, CString& text, int width);
 
     // ---- Paths, directories and files
