@@ -37,12 +37,12 @@ std::wstring FormatBase(const char* key, const wchar_t* text, const wchar_t* bas
 {
     const std::wstring wideKey = WideKey(key);
     if (std::wcscmp(base, text) == 0) {
-        EnvironmentLog(1187, 1)(notSatisfied, wideKey.c_str(), text);
+        EnvironmentLog(messageTextUnusable, 1)(notSatisfied, wideKey.c_str(), text);
         return std::wstring();
     }
-    EnvironmentLog(1170, 1)(doesNotMatch, wideKey.c_str(), text, base);
+    EnvironmentLog(messageTranslationDoesNotMatch, 1)(doesNotMatch, wideKey.c_str(), text, base);
     if (auto formatted = FormatByContract(base, base, arguments)) return *formatted;
-    EnvironmentLog(1180, 1)(notSatisfied, wideKey.c_str(), base);
+    EnvironmentLog(messageBaseTextUnusable, 1)(notSatisfied, wideKey.c_str(), base);
     return std::wstring();
 }
 

@@ -17,9 +17,9 @@ constexpr ULONG lowFragmentationHeap = 2;
 
 namespace utils_statics {
 
-zelLogger::zelLogHelper EnvironmentLog(int line, int level)
+zelLogger::zelLogHelper EnvironmentLog(EnvironmentMessage message, int level)
 {
-    return zelLogger::zelLogHelper(environmentSource, line, level);
+    return zelLogger::zelLogHelper(environmentSource, message, level);
 }
 
 } // namespace utils_statics

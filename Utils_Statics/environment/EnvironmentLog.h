@@ -4,11 +4,24 @@
 
 namespace utils_statics {
 
-// The source name of every message of the exam environment, whichever file it comes from. With it
-// goes a line number that stands for the message. Whoever searches logs relies on both.
+// The source name of every message of the exam environment, whichever file it comes from.
 inline constexpr const char* environmentSource = "Utils_Statics/Utils_Statics";
 
+// The messages of the exam environment, each with the line number that stands for it in the log.
+// Whoever searches logs relies on the numbers.
+enum EnvironmentMessage : int
+{
+    messageDeleteFailed = 521,
+    messageShellOperationFailed = 581,
+    messageStudyPathFault = 1029,
+    messageTranslationDoesNotMatch = 1170,
+    messageBaseTextUnusable = 1180,
+    messageTextUnusable = 1187,
+    messageLayoutFileMissing = 1332,
+    messageProtocolFileMissing = 1497,
+};
+
 // A helper for one message of the exam environment.
-zelLogger::zelLogHelper EnvironmentLog(int line, int level);
+zelLogger::zelLogHelper EnvironmentLog(EnvironmentMessage message, int level);
 
 } // namespace utils_statics

@@ -63,10 +63,10 @@ bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
     return false;
 }
 
-void LogLastError(int line)
+void LogLastError(EnvironmentMessage message)
 {
     const DWORD error = GetLastError();
-    EnvironmentLog(line, 1)(L"%d", static_cast<int>(error));
+    EnvironmentLog(message, 1)(L"%d", static_cast<int>(error));
 }
 
 // Hidden files count, hidden and linked folders do not: deliberate.
@@ -119,7 +119,7 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
     operation.wFunc = FO_DELETE;
     operation.pFrom = list.data();
     operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
-    if (!RunShellOperation(operation, list.Fits())) LogLastError(521);
+    if (!RunShellOperation(operation, list.Fits())) LogLastError(messageDeleteFailed);
 }
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
@@ -153,6 +153,6 @@ int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, con
     record.hNameMappings = nameMappings;
     record.lpszProgressTitle = progressTitle;
     if (RunShellOperation(record, source.Fits() && destination.Fits())) return 1;
-    LogLastError(581);
+    LogLastError(messageShellOperationFailed);
     return 0;
 }

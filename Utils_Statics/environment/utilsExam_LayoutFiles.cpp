@@ -61,6 +61,7 @@ CString utilsExam::ParsePath(const wchar_t* referenceFile, const wchar_t* path)
     ReplaceAll(trimmed, L'\\', L'/');
     std::wstring candidate;
     if (FindLayoutFile(AsPlainAddress(folder), trimmed, candidate)) return ToCString(candidate);
-    EnvironmentLog(1332, 2)(L"Layout File - File %s not found.", candidate.c_str());
+    EnvironmentLog(messageLayoutFileMissing, 2)(L"Layout File - File %s not found.",
+                                                candidate.c_str());
     return CString();
 }

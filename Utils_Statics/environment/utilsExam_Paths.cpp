@@ -71,7 +71,7 @@ CString utilsExam::GetStudyPath(const wchar_t* objectPath)
     const std::wstring object = NormalisedPath(objectPath, 1);
     if (object.size() >= MAX_PATH) return CString();
     const std::wstring study = WithoutLastComponent(object);
-    zelLogger::checkPath(environmentSource, 1029, study.c_str());
+    zelLogger::checkPath(environmentSource, messageStudyPathFault, study.c_str());
     return ToCString(study + L"\\study.xml");
 }
 

@@ -53,7 +53,7 @@ CString utilsExam::GetBaseProtocolFile(const wchar_t* file)
         if (PathExists(candidate)) return ToCString(candidate);
     }
     if (!IsOptional(name.c_str()))
-        EnvironmentLog(1497, 1)(
+        EnvironmentLog(messageProtocolFileMissing, 1)(
             L"Neither the Base Protocol Suite (%s) nor Factory Settings Folder (%s) contain %s.",
             zelPath::getPath(qor_utils::baseSuiteStore, L"").c_str(),
             zelPath::getPath(qor_utils::fallbackFactoryStore, L"").c_str(), name.c_str());
