@@ -114,25 +114,22 @@ void MouseCapture::Register(IMouseHandler* h)
 
     HandlerWatch inserted(h);
     const int order = h->GetLockOrder();
-    HandlerWalk walk(m_handlers, 0, HandlerWalk::toTheEnd);
+    HandlerWalk walk(m_handlers);
     bool found = false;
     while (!found && walk.Next())
         found = walk.Visited()->GetLockOrder() > order;
-    const std::size_t position = found ? walk.VisitedPosition() : m_handlers.size();
 
-    if (!inserted.get() || isRegistered())
-        return; // a handler that was asked for its order did something about h
-    m_handlers.insert(m_handlers.begin() + static_cast<std::ptrdiff_t>(position), h);
-    HandlerWalk::Inserted(position);
+    // A handler that was asked for its order may have registered or destroyed h, or be gone itself.
+    if (!inserted.get() || isRegistered()) return;
+    auto successor = m_handlers.end();
+    for (; found && successor == m_handlers.end(); found = walk.Next())
+        successor = std::find(m_handlers.begin(), m_handlers.end(), walk.Visited());
+    m_handlers.insert(successor, h);
 }
 
 void MouseCapture::Unregister(IMouseHandler* h)
 {
-    for (auto entry = m_handlers.begin();
-         (entry = std::find(entry, m_handlers.end(), h)) != m_handlers.end();) {
-        HandlerWalk::Removed(static_cast<std::size_t>(entry - m_handlers.begin()));
-        entry = m_handlers.erase(entry);
-    }
+    std::erase(m_handlers, h);
 }
 
 bool MouseCapture::Lock(IMouseHandler* h, int index)
@@ -206,7 +203,7 @@ bool MouseCapture::LockNext()
 
     HandlerWatch candidate;
     HandlerWalk upToOwner(m_handlers, 0, afterOwner);
-    HandlerWalk behindOwner(m_handlers, afterOwner, HandlerWalk::toTheEnd);
+    HandlerWalk behindOwner(m_handlers, afterOwner);
     if (IMouseHandler* handler = FindHandlerWithPoints(behindOwner, candidate))
         return Lock(handler, 0);
     if (!utilsExam::ResearchMode && ownerFound && !(m_freeze && m_imaging))
@@ -235,7 +232,7 @@ void MouseCapture::LockNearest(POINT pt)
     NearestPoint nearest;
     std::vector<POINT> points; // local, because a handler's operation may come back here
     points.reserve(usualPointCount);
-    for (HandlerWalk walk(m_handlers, 0, HandlerWalk::toTheEnd); walk.Next();) {
+    for (HandlerWalk walk(m_handlers); walk.Next();) {
         points.clear();
         walk.Visited()->GetAutoPoints(points);
         if (!walk.Visited()) continue;
@@ -314,5 +311,6 @@ void MouseCapture::TellOwnerOfRelease()
 void MouseCapture::ForgetDestroyed(IMouseHandler* h)
 {
     HandlerWatch::Destroyed(h);
+    HandlerWalk::Destroyed(h);
     if (m_capture == h) m_capture = nullptr;
 }

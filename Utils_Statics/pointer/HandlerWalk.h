@@ -1,25 +1,30 @@
 #pragma once
 
-#include "pointer/HandlerWatch.h"
-
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
+class IMouseHandler;
+
 namespace utils_statics {
 
-// A walk over the list of handlers that stays valid, without a copy of the list, while the handlers
-// that it visits change the list: the list's owner announces every insertion and removal, and the
-// walks that are under way move their positions along. A handler inserted ahead of the walk is
-// visited, one removed ahead of it is not, and none is visited twice. For local variables only:
-// walks end in the reverse order of their creation.
+// A walk over the handlers that are registered when it begins. It visits each of them once, in
+// order, unless it is no longer registered when its turn comes. So it ends, whatever the visited
+// handlers do to the list. For local variables only: walks end in the reverse order of their
+// creation.
 class HandlerWalk
 {
 public:
     static constexpr std::size_t toTheEnd = static_cast<std::size_t>(-1);
 
-    // From position first up to, not including, position end.
-    HandlerWalk(const std::vector<IMouseHandler*>& handlers, std::size_t first, std::size_t end)
-        : m_handlers(handlers), m_next(first), m_end(end), m_older(s_newest)
+    // From position `first` up to, not including, position `end`. `registered` outlives the walk.
+    explicit HandlerWalk(const std::vector<IMouseHandler*>& registered, std::size_t first = 0,
+                         std::size_t end = toTheEnd)
+        : m_registered(registered),
+          m_handlers(registered.begin() + static_cast<std::ptrdiff_t>(first),
+                     registered.begin() +
+                         static_cast<std::ptrdiff_t>(std::min(end, registered.size()))),
+          m_older(s_newest)
     {
         s_newest = this;
     }
@@ -30,43 +35,32 @@ public:
     // Steps to the next handler; false when there is none.
     bool Next()
     {
-        if (m_next >= m_end || m_next >= m_handlers.size()) return false;
-        m_visited = m_handlers[m_next++];
-        return true;
+        while (m_next < m_handlers.size())
+            if (IsRegistered(m_handlers[m_next++])) return true;
+        return false;
     }
 
     // The handler stepped to, or null when it was destroyed since.
-    IMouseHandler* Visited() const { return m_visited.get(); }
+    IMouseHandler* Visited() const { return m_handlers[m_next - 1]; }
 
-    // The position of the handler stepped to, or the one that it had when it was removed since.
-    std::size_t VisitedPosition() const
+    // To be called when a handler is destroyed: another one may get its address.
+    static void Destroyed(const IMouseHandler* handler)
     {
-        const bool stillThere =
-            m_next > 0 && m_visited.get() && m_handlers[m_next - 1] == m_visited.get();
-        return stillThere ? m_next - 1 : m_next;
-    }
-
-    static void Inserted(std::size_t position)
-    {
-        for (HandlerWalk* walk = s_newest; walk; walk = walk->m_older) {
-            if (position < walk->m_next) ++walk->m_next;
-            if (walk->m_end != toTheEnd && position < walk->m_end) ++walk->m_end;
-        }
-    }
-
-    static void Removed(std::size_t position)
-    {
-        for (HandlerWalk* walk = s_newest; walk; walk = walk->m_older) {
-            if (position < walk->m_next) --walk->m_next;
-            if (walk->m_end != toTheEnd && position < walk->m_end) --walk->m_end;
-        }
+        for (HandlerWalk* walk = s_newest; walk; walk = walk->m_older)
+            std::replace(walk->m_handlers.begin(), walk->m_handlers.end(),
+                         const_cast<IMouseHandler*>(handler), static_cast<IMouseHandler*>(nullptr));
     }
 
 private:
-    const std::vector<IMouseHandler*>& m_handlers;
-    std::size_t m_next;
-    std::size_t m_end;
-    HandlerWatch m_visited;
+    bool IsRegistered(const IMouseHandler* handler) const
+    {
+        return handler &&
+               std::find(m_registered.begin(), m_registered.end(), handler) != m_registered.end();
+    }
+
+    const std::vector<IMouseHandler*>& m_registered;
+    std::vector<IMouseHandler*> m_handlers; // null: destroyed
+    std::size_t m_next = 0;
     HandlerWalk* m_older;
 
     static constinit inline HandlerWalk* s_newest = nullptr;

@@ -25,13 +25,11 @@ enum InputType : int
 /// refused lock answers false.
 ///
 /// Calls from inside a handler's operations are allowed, and behave so:
-/// - A walk over the handlers visits the handlers that are registered when their turn comes. One
-///   that is removed ahead of the walk is not visited; one that is inserted ahead of it is. One
-///   that is removed and registered again is a new registration, and is visited again.
-/// - A handler that is destroyed is forgotten at once. It cannot win a walk that is under way and
-/// is
-///   told nothing any more. If it held the lock, nobody holds it. One that is only unregistered can
-///   still win, as it can be locked.
+/// - A walk over the handlers visits those that were registered when it began, each once, as far as
+///   they still are when their turn comes. One that is registered meanwhile is not visited.
+/// - A handler that is destroyed is forgotten at once. It cannot win a walk that is under way, and
+///   it is told nothing any more. If it held the lock, nobody holds it. One that is only
+///   unregistered can still win, as it can be locked.
 /// - While the owner is told that it loses the lock (OnReleaseMouse), the change that it is told of
 ///   decides who comes next. Lock and LockNext are refused then and change nothing. Unlock does not
 ///   tell the owner again.

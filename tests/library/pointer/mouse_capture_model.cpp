@@ -115,11 +115,6 @@ RECT Side::GetArea(int tool)
 
 // --- The reference ---
 
-void Reference::Tidy()
-{
-    m_entries.remove_if([](const Entry& entry) { return entry.removed; });
-}
-
 void Reference::Created(int tool)
 {
     m_living.resize(static_cast<std::size_t>(tool) + 1, false);
@@ -135,25 +130,27 @@ void Reference::Destroyed(int tool)
 
 bool Reference::IsRegistered(int tool) const
 {
-    for (const Entry& entry : m_entries)
-        if (!entry.removed && entry.tool == tool) return true;
-    return false;
+    return std::find(m_registered.begin(), m_registered.end(), tool) != m_registered.end();
 }
 
 void Reference::Register(int tool)
 {
     if (tool == nobody || IsRegistered(tool)) return;
     const int order = GetOrder(tool);
-    auto place = m_entries.begin();
-    for (; place != m_entries.end(); ++place)
-        if (!place->removed && GetOrder(place->tool) > order) break;
-    if (Lives(tool) && !IsRegistered(tool)) m_entries.insert(place, Entry{tool, false});
+    const std::vector<int> walked = m_registered;
+    auto place = std::find_if(walked.begin(), walked.end(), [&](int other) {
+        return IsRegistered(other) && GetOrder(other) > order;
+    });
+    if (!Lives(tool) || IsRegistered(tool)) return;
+    while (place != walked.end() && !IsRegistered(*place))
+        ++place;
+    const int successor = place == walked.end() ? nobody : *place;
+    m_registered.insert(std::find(m_registered.begin(), m_registered.end(), successor), tool);
 }
 
 void Reference::Unregister(int tool)
 {
-    for (Entry& entry : m_entries)
-        if (entry.tool == tool) entry.removed = true;
+    std::erase(m_registered, tool);
 }
 
 void Reference::Release()
@@ -185,12 +182,11 @@ bool Reference::Unlock()
     return true;
 }
 
-// True when the handler of the entry has points; one without, but with a background point, becomes
-// the candidate.
-bool Reference::Consider(const Entry& entry, int& candidate)
+// True when the handler has points. One without, but with a background point, becomes the
+// candidate.
+bool Reference::Consider(int tool, int& candidate)
 {
-    if (entry.removed) return false;
-    const int tool = entry.tool;
+    if (!IsRegistered(tool)) return false;
     const bool hasPoints = !GetPoints(tool).empty();
     if (!Lives(tool)) return false;
     if (hasPoints) return true;
@@ -215,18 +211,16 @@ bool Reference::LockNext()
     }
     m_clip = RECT{};
     m_point = 0;
-    const auto ownerEntry =
-        std::find_if(m_entries.begin(), m_entries.end(), [this](const Entry& entry) {
-            return !entry.removed && entry.tool == m_owner;
-        });
-    const bool ownerFound = ownerEntry != m_entries.end();
+    const std::vector<int> walked = m_registered;
+    const auto owner = std::find(walked.begin(), walked.end(), m_owner);
+    const bool ownerFound = owner != walked.end();
+    const auto behindOwner = ownerFound ? std::next(owner) : walked.begin();
     int candidate = nobody;
-    for (auto entry = ownerFound ? std::next(ownerEntry) : m_entries.begin();
-         entry != m_entries.end(); ++entry)
-        if (Consider(*entry, candidate)) return Lock(entry->tool, 0);
+    for (auto tool = behindOwner; tool != walked.end(); ++tool)
+        if (Consider(*tool, candidate)) return Lock(*tool, 0);
     if (!m_research && ownerFound && !(m_freeze && m_imaging))
-        for (auto entry = m_entries.begin(); entry != std::next(ownerEntry); ++entry)
-            if (Consider(*entry, candidate)) return Lock(entry->tool, 0);
+        for (auto tool = walked.begin(); tool != behindOwner; ++tool)
+            if (Consider(*tool, candidate)) return Lock(*tool, 0);
     if (!Lives(candidate) || candidate == m_owner) candidate = nobody;
     Lock(candidate, 0);
     return false;
@@ -247,9 +241,8 @@ static std::int32_t Distance(POINT a, POINT b)
 void Reference::LockNearest(POINT point)
 {
     int best = nobody, bestIndex = 0, bestDistance = 10000, seen = 0, background = nobody;
-    for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
-        if (entry->removed) continue;
-        const int tool = entry->tool;
+    for (const int tool : std::vector<int>(m_registered)) {
+        if (!IsRegistered(tool)) continue;
         const std::vector<POINT> points = GetPoints(tool);
         if (!Lives(tool)) continue;
         for (int i = 0; i < static_cast<int>(points.size()); ++i, ++seen) {

@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdint>
 #include <deque>
-#include <list>
 #include <vector>
 
 // The two sides that the model check compares: the arbitration itself and a plain reference of it.
@@ -154,13 +153,11 @@ private:
     int m_reactions = 0;
 };
 
-// The reference: a list whose entries are only marked while a walk may stand on them, and numbers
-// for pointers.
+// The reference: numbers for pointers, and a copy of their list for every walk.
 class Reference : public Side
 {
 public:
     State GetState() const override { return {m_owner, m_input, m_area}; }
-    void Tidy(); // between steps
 
 protected:
     void Created(int tool) override;
@@ -178,23 +175,16 @@ protected:
     void SetResearch(bool on) override { m_research = on; }
 
 private:
-    struct Entry
-    {
-        int tool;
-        bool removed;
-    };
-    using Entries = std::list<Entry>;
-
     bool Lives(int tool) const
     {
         return tool != nobody && m_living[static_cast<std::size_t>(tool)];
     }
     bool IsRegistered(int tool) const;
     void Release();
-    bool Consider(const Entry& entry, int& candidate);
+    bool Consider(int tool, int& candidate);
     void LockNearest(POINT point);
 
-    Entries m_entries;
+    std::vector<int> m_registered; // in order
     std::vector<bool> m_living;
     RECT m_clip = {};
     RECT m_area = {};
