@@ -12,6 +12,12 @@ int ToPosition(size_t position)
     return position == std::wstring_view::npos ? -1 : static_cast<int>(position);
 }
 
+bool IsWhiteSpace(wchar_t character)
+{
+    WORD classes = 0;
+    return GetStringTypeW(CT_CTYPE1, &character, 1, &classes) && (classes & C1_SPACE) != 0;
+}
+
 std::wstring Formatted(LPCWSTR format, va_list arguments)
 {
     if (!format) return {};
@@ -132,6 +138,19 @@ int CString::ReverseFind(wchar_t character) const noexcept
 int CString::FindOneOf(LPCWSTR characters) const noexcept
 {
     return ToPosition(m_text.find_first_of(View(characters)));
+}
+
+CString& CString::TrimLeft()
+{
+    m_text.erase(m_text.begin(), std::find_if_not(m_text.begin(), m_text.end(), IsWhiteSpace));
+    return *this;
+}
+
+CString& CString::TrimRight()
+{
+    m_text.erase(std::find_if_not(m_text.rbegin(), m_text.rend(), IsWhiteSpace).base(),
+                 m_text.end());
+    return *this;
 }
 
 CString& CString::TrimLeft(LPCWSTR characters)

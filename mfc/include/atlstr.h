@@ -104,9 +104,10 @@ public:
     MFC_API int FindOneOf(LPCWSTR characters) const noexcept;
 
     // Each answers the object itself, or how many places were changed, or the new length.
-    CString& Trim() { return Trim(WhiteSpace); }
-    CString& TrimLeft() { return TrimLeft(WhiteSpace); }
-    CString& TrimRight() { return TrimRight(WhiteSpace); }
+    // Without an argument, all that the platform classes as white space goes.
+    CString& Trim() { return TrimRight().TrimLeft(); }
+    MFC_API CString& TrimLeft();
+    MFC_API CString& TrimRight();
     CString& Trim(LPCWSTR characters) { return TrimRight(characters).TrimLeft(characters); }
     CString& Trim(wchar_t character) { return TrimRight(character).TrimLeft(character); }
     CString& TrimLeft(wchar_t character) { return TrimLeft(std::wstring{character}.c_str()); }
@@ -165,8 +166,6 @@ public:
     }
 
 private:
-    static constexpr LPCWSTR WhiteSpace = L" \t\n\v\f\r";
-
     static std::wstring_view View(LPCWSTR text) noexcept
     {
         return text ? std::wstring_view(text) : std::wstring_view();

@@ -181,6 +181,7 @@ TEST(CString, Trims)
 {
     EXPECT_EQ(CString(L" \t\r\n a b \n").Trim(), L"a b");
     EXPECT_EQ(CString(L"  ").Trim(), L"");
+    EXPECT_EQ(CString(L"\v\f\x00A0\x2003 a\x3000 b\x2028").Trim(), L"a\x3000 b");
     EXPECT_EQ(CString(L" a ").TrimLeft(), L"a ");
     EXPECT_EQ(CString(L" a ").TrimRight(), L" a");
     EXPECT_EQ(CString(L"xyaxy").Trim(L"xy"), L"a");

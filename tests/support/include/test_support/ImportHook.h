@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+namespace test_support {
+
+// Replaces one function that a loaded module imports, as that module sees it, until the end of its
+// life: a test then sees what the module hands to the platform. Other modules are not affected.
+class ImportHook
+{
+public:
+    // `module` is a file name such as L"Utils_Statics.dll". `replacement` has the function's own
+    // type. Fails the test when the module does not import a function of that name.
+    ImportHook(const wchar_t* module, const char* function, void* replacement);
+    ~ImportHook();
+    ImportHook(const ImportHook&) = delete;
+    ImportHook& operator=(const ImportHook&) = delete;
+
+    // The platform's own function.
+    template <class Function>
+    Function* Original() const
+    {
+        return reinterpret_cast<Function*>(m_original);
+    }
+
+private:
+    void Set(void* function);
+
+    void** m_entry = nullptr;
+    void* m_original = nullptr;
+};
+
+} // namespace test_support
