@@ -53,11 +53,11 @@ PathBuffer::PathBuffer(const std::wstring& path)
     if (path.size() < MAX_PATH) path.copy(m_text, path.size());
 }
 
-std::wstring WithoutLastComponent(const std::wstring& path)
+std::wstring WithoutLastComponent(std::wstring path)
 {
-    PathBuffer buffer(path);
-    PathRemoveFileSpecW(buffer.data());
-    return buffer.Text();
+    PathRemoveFileSpecW(path.data()); // which only shortens what is there, however long it is
+    path.resize(std::wcslen(path.c_str()));
+    return path;
 }
 
 std::wstring WithoutTrailingBackslash(std::wstring path)

@@ -46,8 +46,8 @@ private:
     wchar_t m_text[MAX_PATH] = {};
 };
 
-// `path` without its last component; empty when it does not fit a path buffer.
-std::wstring WithoutLastComponent(const std::wstring& path);
+// `path` without its last component. Of any length.
+std::wstring WithoutLastComponent(std::wstring path);
 
 // `path` without one backslash at its end; the root of a drive keeps its own. Of any length.
 std::wstring WithoutTrailingBackslash(std::wstring path);

@@ -37,11 +37,12 @@ bool MakeDirectoryWithParents(const std::wstring& path)
     return MakeDirectory(path);
 }
 
-// A path as the shell's list of one: it ends in two zero characters, so at most 258 characters fit.
-class ShellPathList
+// A path in the fixed buffer that SHFileOperationW has for it: the shell's list of one path, which
+// ends in two zero characters. So at most 258 characters fit.
+class ShellPathBuffer
 {
 public:
-    explicit ShellPathList(const std::wstring& path) : m_fits(path.size() + 2 <= MAX_PATH)
+    explicit ShellPathBuffer(const std::wstring& path) : m_fits(path.size() + 2 <= MAX_PATH)
     {
         if (m_fits) path.copy(m_text, path.size());
     }
@@ -54,8 +55,8 @@ private:
     bool m_fits;
 };
 
-// Runs a shell operation whose paths may be too long for it. Returns false on failure, with the
-// last error set.
+// Runs a shell operation whose paths may be too long for their buffers. Returns false on failure,
+// with the last error set.
 bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
 {
     if (pathsFit) return ::SHFileOperationW(&operation) == 0;
@@ -99,7 +100,6 @@ int utilsExam::CreateDirectoryW(const wchar_t* path)
 {
     if (!path || !*path) return 0;
     const std::wstring whole = NormalisedPath((std::wstring(path) + L"\\").c_str(), 3);
-    if (whole.size() > MAX_PATH) return 0; // 259 characters and the backslash
     const CurrentDirectoryScope scope;
     if (MakeDirectory(whole)) return 1;
     return MakeDirectoryWithParents(WithoutTrailingBackslash(whole)) ? 1 : 0;
@@ -114,12 +114,12 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
     const std::wstring folder = NormalisedPath(asked.c_str(), 2);
     if (!PathExists(folder)) return;
 
-    const ShellPathList list(WithoutTrailingBackslash(folder));
+    const std::wstring list = WithoutTrailingBackslash(folder) + L'\0'; // c_str() adds the second
     SHFILEOPSTRUCTW operation = {};
     operation.wFunc = FO_DELETE;
-    operation.pFrom = list.data();
+    operation.pFrom = list.c_str();
     operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
-    if (!RunShellOperation(operation, list.Fits())) LogLastError(messageDeleteFailed);
+    if (!RunShellOperation(operation, true)) LogLastError(messageDeleteFailed);
 }
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
@@ -141,8 +141,8 @@ int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, con
 {
     constexpr unsigned short silentFlags =
         FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
-    const ShellPathList source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
-    const ShellPathList destination(WithoutTrailingBackslash(NormalisedPath(to, 1)));
+    const ShellPathBuffer source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
+    const ShellPathBuffer destination(WithoutTrailingBackslash(NormalisedPath(to, 1)));
 
     SHFILEOPSTRUCTW record = {};
     record.hwnd = owner;

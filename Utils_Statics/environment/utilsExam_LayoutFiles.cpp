@@ -25,7 +25,7 @@ std::wstring FolderOfReference(const wchar_t* referenceFile)
 std::wstring AsPlainAddress(std::wstring text)
 {
     ReplaceAll(text, L'\\', L'/');
-    RemoveAll(text, L"file://");
+    RemoveAll(text, L"file:///");
     return text;
 }
 

@@ -68,18 +68,15 @@ CString utilsExam::GetObjectPath(const wchar_t* objectPath)
 
 CString utilsExam::GetStudyPath(const wchar_t* objectPath)
 {
-    const std::wstring object = NormalisedPath(objectPath, 1);
-    if (object.size() >= MAX_PATH) return CString();
-    const std::wstring study = WithoutLastComponent(object);
+    const std::wstring study = WithoutLastComponent(NormalisedPath(objectPath, 1));
     zelLogger::checkPath(environmentSource, messageStudyPathFault, study.c_str());
     return ToCString(study + L"\\study.xml");
 }
 
 CString utilsExam::GetPatientPath(const wchar_t* objectPath)
 {
-    const std::wstring object = NormalisedPath(objectPath, 1);
-    if (object.size() >= MAX_PATH) return CString();
-    return ToCString(WithoutLastComponent(WithoutLastComponent(object)) + L"\\patient.xml");
+    const std::wstring study = WithoutLastComponent(NormalisedPath(objectPath, 1));
+    return ToCString(WithoutLastComponent(study) + L"\\patient.xml");
 }
 
 std::wstring utilsExam::GetImage(const wchar_t* name)

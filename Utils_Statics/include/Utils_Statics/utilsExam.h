@@ -141,11 +141,11 @@ public:
     /// The root folder of the patient database with a backslash at its end.
     static CString GetPatientRootPath();
     /// Files of the patient database, which is patient folder, study folder, objects: for
-    /// D:\db\P1\S1\O1 the object file is D:\db\P1\S1\O1.xml, the study file D:\db\P1\S1\study.xml
-    /// and the patient file D:\db\P1\patient.xml. Forward slashes become backslashes and doubled
-    /// backslashes one, also the two that begin a network path: those are not supported. An object
-    /// path of 260 characters or more has no study and no patient file: the text is empty.
-    /// GetStudyPath has the logger check the study's folder.
+    /// D:\db\P1\S1\O1 the object file is D:\db\P1\S1\O1.xml, the study file is
+    /// D:\db\P1\S1\study.xml and the patient file is D:\db\P1\patient.xml. Paths may have any
+    /// length. Forward slashes become backslashes and doubled backslashes become one, also the two
+    /// that begin a network path: network paths are not supported. GetStudyPath has the logger
+    /// check the study's folder.
     static CString GetObjectPath(const wchar_t* objectPath);
     static CString GetStudyPath(const wchar_t* objectPath);
     static CString GetPatientPath(const wchar_t* objectPath);
@@ -161,11 +161,12 @@ public:
     /// the fall-back layout store; when it is nowhere, the last place is logged and the result is
     /// empty. The document's folder ends where the document's name first occurs in `referenceFile`.
     static CString ParsePath(const wchar_t* referenceFile, const wchar_t* path);
-    /// Creates a directory and its missing parents; forward slashes and runs of up to eight
+    /// Creates a directory and its missing parents. Forward slashes and runs of up to eight
     /// backslashes are allowed. 1 on success; 0 for a directory that exists already, for a null or
-    /// empty path and for one of 260 characters or more. The first component is never created by
-    /// itself: of a relative path with two or more, the first folder must exist. The current
-    /// directory is left as it was; no other thread may change it meanwhile.
+    /// empty path, and where the platform refuses, which it may do for a long path. The first
+    /// component is never created by itself: of a relative path with two or more, the first folder
+    /// must exist. The current directory is left as it was; no other thread may change it
+    /// meanwhile.
     ///
     /// The W of this and the other such names is part of them. In Unicode programs <windows.h>
     /// turns the names without it into these, before or after this header, so both spellings reach
@@ -173,9 +174,8 @@ public:
     static int CreateDirectoryW(const wchar_t* path);
     /// Deletes a directory, or a file, with all it holds, without asking and past the recycle bin.
     /// With `isAbsolute` zero the path is taken from the current directory, which an empty path
-    /// names itself. Nothing happens when there is no such path. A failure is logged with the
-    /// platform's last error code, and what could not be deleted stays; so does all when the path
-    /// has more than 258 characters.
+    /// names itself. Nothing happens when there is no such path. When the shell fails, the
+    /// platform's last error code is logged, and what could not be deleted stays.
     static void RemoveDirectoryW(const wchar_t* path, int isAbsolute);
     /// The sum of the sizes of all files below `dir`, in bytes; 0 when it cannot be read. Hidden
     /// files count; hidden folders and links to folders are skipped. What the platform cannot

@@ -2,6 +2,7 @@
 #include <base/Handles.h>
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
@@ -13,9 +14,11 @@
 #include <shellapi.h>
 #include <shlwapi.h>
 
+#include <cwchar>
 #include <string>
 
 using test_support::fileExists;
+using test_support::ImportHook;
 using test_support::InDirectory;
 using test_support::LogCapture;
 using test_support::TemporaryFolder;
@@ -88,18 +91,25 @@ TEST(CreateDirectory, NeverCreatesTheFirstFolderOfARelativePathByItself)
     EXPECT_TRUE(fileExists(folder / L"p\\q\\r"));
 }
 
+// A run-time library that leaves the process somewhere else after every attempt.
+int __cdecl MakeNothingAndGoElsewhere(const wchar_t*)
+{
+    SetCurrentDirectoryW(L"C:\\");
+    return -1;
+}
+
 TEST(CreateDirectory, LeavesTheCurrentDirectoryAsItIsOnEveryWayOut)
 {
     const TemporaryFolder folder;
     const InDirectory inside(folder.path());
     const std::wstring before = test_support::currentDirectory();
+    const ImportHook hook(L"Utils_Statics.dll", "_wmkdir",
+                          reinterpret_cast<void*>(&MakeNothingAndGoElsewhere));
     for (const wchar_t* const path :
-         {L"new", L"new", L"none\\below", L"new\\a\\b\\c", L"Q:\\no\\such\\drive", L"", L"?*"}) {
-        utilsExam::CreateDirectoryW(path);
+         {L"new", L"none\\below", L"new\\a\\b\\c", L"Q:\\no\\such\\drive", L"", L"?*"}) {
+        EXPECT_EQ(utilsExam::CreateDirectoryW(path), 0);
         EXPECT_EQ(test_support::currentDirectory(), before);
     }
-    utilsExam::CreateDirectoryW(std::wstring(400, L'x').c_str());
-    EXPECT_EQ(test_support::currentDirectory(), before);
 }
 
 TEST(CreateDirectory, TakesNamesBeyondTheBasicPlane)
@@ -109,21 +119,17 @@ TEST(CreateDirectory, TakesNamesBeyondTheBasicPlane)
     EXPECT_TRUE(fileExists(folder / L"\U0001F600\\\u00e4\u4e2d"));
 }
 
-TEST(CreateDirectory, RefusesPathsThatDoNotFitABuffer)
+TEST(CreateDirectory, AttemptsEveryPrefixWhateverTheLength)
 {
     const TemporaryFolder folder;
-    const std::wstring deep = folder / std::wstring(100, L'p');
-    ASSERT_EQ(utilsExam::CreateDirectoryW(deep.c_str()), 1);
-    for (const std::size_t length : {259u, 260u, 300u}) {
-        const std::wstring path = PathOfLength(deep, length);
+    for (const std::size_t length : {259u, 260u, 300u, 1000u}) {
+        const std::wstring parent = folder / (L"new" + std::to_wstring(length));
+        const std::wstring path = PathOfLength(parent, length);
         const int created = utilsExam::CreateDirectoryW(path.c_str());
+        EXPECT_TRUE(fileExists(parent)) << length;
         EXPECT_EQ(created != 0, fileExists(path)) << length;
-        EXPECT_TRUE(length < 260 || created == 0) << length;
         ::RemoveDirectoryW(path.c_str());
     }
-    EXPECT_EQ(utilsExam::CreateDirectoryW((folder / (L"new\\" + std::wstring(300, L'x'))).c_str()),
-              0);
-    EXPECT_FALSE(fileExists(folder / L"new"));
 }
 
 TEST(CreateDirectory, CreatesTheMissingParentsOfTheLongestPath)
@@ -217,21 +223,73 @@ TEST(RemoveDirectory, LogsWhenAFileOfTheTreeIsHeldOpen)
     EXPECT_TRUE(log.take().empty());
 }
 
-TEST(RemoveDirectory, DeletesNothingWhenThePathDoesNotFitTheShellsBuffer)
+TEST(RemoveDirectory, DeletesAPathOf259Characters)
 {
     const TemporaryFolder folder;
-    const std::wstring deep = folder / std::wstring(150, L'p');
+    const std::wstring deep = folder / std::wstring(100, L'p');
     ASSERT_TRUE(::CreateDirectoryW(deep.c_str(), nullptr));
-    for (const std::size_t length : {259u, 260u, 300u}) {
-        const std::wstring path = PathOfLength(deep, length);
-        const bool made = ::CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr) != FALSE;
-        utilsExam::RemoveDirectoryW(path.c_str(), 1);
-        if (made) {
-            EXPECT_TRUE(fileExists(L"\\\\?\\" + path)) << length;
-            ::RemoveDirectoryW((L"\\\\?\\" + path).c_str());
-        }
-        EXPECT_TRUE(fileExists(deep));
+    const std::wstring path = PathOfLength(deep, 259);
+    writeFile(path, "x");
+    LogCapture log;
+    utilsExam::RemoveDirectoryW(path.c_str(), 1);
+    EXPECT_FALSE(fileExists(path));
+    EXPECT_TRUE(fileExists(deep));
+    EXPECT_TRUE(log.take().empty());
+}
+
+// What the library hands to the shell.
+struct ShellRequest
+{
+    static int WINAPI Record(SHFILEOPSTRUCTW* request)
+    {
+        ++s_calls;
+        s_request = *request;
+        const auto list = [](const wchar_t* text) {
+            return text ? std::wstring(text, std::wcslen(text) + 2) : L"none";
+        };
+        s_from = list(request->pFrom);
+        s_to = list(request->pTo);
+        return s_result;
     }
+    static ImportHook Hook()
+    {
+        s_calls = s_result = 0;
+        return ImportHook(L"Utils_Statics.dll", "SHFileOperationW",
+                          reinterpret_cast<void*>(&Record));
+    }
+
+    static inline SHFILEOPSTRUCTW s_request;
+    static inline std::wstring s_from, s_to;
+    static inline int s_calls = 0;
+    static inline int s_result = 0;
+};
+
+// A list of one path, as the shell reads it.
+std::wstring ListOf(const std::wstring& path)
+{
+    return path + std::wstring(2, L'\0');
+}
+
+TEST(RemoveDirectory, HandsTheShellAListOfOnePathOfAnyLength)
+{
+    const TemporaryFolder folder;
+    const std::wstring deep = folder / std::wstring(100, L'p');
+    ASSERT_TRUE(::CreateDirectoryW(deep.c_str(), nullptr));
+    const ImportHook hook = ShellRequest::Hook();
+    int made = 0;
+    for (const std::size_t length : {200u, 258u, 259u, 300u}) {
+        const std::wstring path = PathOfLength(deep, length);
+        ::CreateDirectoryW(path.c_str(), nullptr);
+        if (!PathFileExistsW(path.c_str())) continue; // too long for this platform
+        utilsExam::RemoveDirectoryW((path + L"\\").c_str(), 1);
+        EXPECT_EQ(ShellRequest::s_calls, ++made);
+        EXPECT_EQ(ShellRequest::s_request.wFunc, UINT{FO_DELETE});
+        EXPECT_EQ(ShellRequest::s_from, ListOf(path));
+        EXPECT_EQ(ShellRequest::s_to, L"none");
+        EXPECT_EQ(ShellRequest::s_request.fFlags, 0x0414);
+        ::RemoveDirectoryW(path.c_str());
+    }
+    EXPECT_GE(made, 2);
 }
 
 // `path` with the backslash before its last component repeated.
@@ -240,21 +298,16 @@ std::wstring WithRun(std::wstring path, std::size_t count)
     return path.insert(path.rfind(L'\\'), count - 1, L'\\');
 }
 
-// How often a path is collapsed shows only where it then fits, or not, the 258 characters that the
-// shell takes.
 TEST(RemoveDirectory, CollapsesBackslashesTwice)
 {
     const TemporaryFolder folder;
-    const std::wstring path = PathOfLength(folder / std::wstring(100, L'p'), 258);
-    ASSERT_EQ(utilsExam::CreateDirectoryW((folder / std::wstring(100, L'p')).c_str()), 1);
+    const std::wstring path = folder / L"file";
     writeFile(path, "x");
-    LogCapture log;
-    utilsExam::RemoveDirectoryW(WithRun(path, 8).c_str(), 1);
-    EXPECT_TRUE(fileExists(path));
-    ExpectErrorCode(log, 521);
+    const ImportHook hook = ShellRequest::Hook();
     utilsExam::RemoveDirectoryW(WithRun(path, 4).c_str(), 1);
-    EXPECT_FALSE(fileExists(path));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_EQ(ShellRequest::s_from, ListOf(path));
+    utilsExam::RemoveDirectoryW(WithRun(path, 8).c_str(), 1);
+    EXPECT_EQ(ShellRequest::s_from, ListOf(WithRun(path, 2)));
 }
 
 class ShellOperationTest : public testing::Test
@@ -310,12 +363,30 @@ TEST_F(ShellOperationTest, DeletesWithoutADestination)
     EXPECT_FALSE(fileExists(folder / L"tree"));
 }
 
-TEST_F(ShellOperationTest, ShowsProgressWhenNotSilent)
+TEST_F(ShellOperationTest, HandsTheShellWhatTheCallerGaveAndTheFlagsOfItsMode)
 {
-    writeFile(folder / L"one", "1");
-    const unsigned short noQuestions = FOF_NOCONFIRMATION | FOF_NOERRORUI | FOF_NOCONFIRMMKDIR;
-    EXPECT_EQ(Run(FO_COPY, folder / L"one", (folder / L"two").c_str(), 0, noQuestions), 1);
-    EXPECT_TRUE(fileExists(folder / L"two"));
+    const ImportHook hook = ShellRequest::Hook();
+    int mappings = 0;
+    const HWND owner = GetDesktopWindow();
+    const wchar_t* const title = L"copying";
+    EXPECT_EQ(utilsExam::SHFileOperationW(FO_COPY, L"C:/a//b\\", L"C:/c/", 0, FOF_FILESONLY, owner,
+                                          title, &mappings),
+              1);
+    EXPECT_EQ(ShellRequest::s_request.hwnd, owner);
+    EXPECT_EQ(ShellRequest::s_request.wFunc, UINT{FO_COPY});
+    EXPECT_EQ(ShellRequest::s_from, ListOf(L"C:\\a\\b"));
+    EXPECT_EQ(ShellRequest::s_to, ListOf(L"C:\\c"));
+    EXPECT_EQ(ShellRequest::s_request.fFlags, FOF_FILESONLY | FOF_SIMPLEPROGRESS);
+    EXPECT_EQ(ShellRequest::s_request.hNameMappings, &mappings);
+    EXPECT_EQ(ShellRequest::s_request.lpszProgressTitle, title);
+
+    EXPECT_EQ(Run(FO_DELETE, L"C:\\a", nullptr, 1, FOF_ALLOWUNDO), 1);
+    EXPECT_EQ(ShellRequest::s_to, L"none");
+    EXPECT_EQ(ShellRequest::s_request.fFlags, FOF_ALLOWUNDO | 0x614);
+
+    ShellRequest::s_result = 5;
+    EXPECT_EQ(Run(FO_DELETE, L"C:\\a", nullptr), 0);
+    ExpectErrorCode(log, 581);
 }
 
 TEST_F(ShellOperationTest, LogsAFailure)

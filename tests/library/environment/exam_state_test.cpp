@@ -3,6 +3,7 @@
 
 #include <afxwin.h>
 
+#include <test_support/ImportHook.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -104,13 +105,30 @@ TEST(ExamState, TextsAndTimesOfTheApplicationAreKept)
     utilsExam::PharmaStart = CTime();
 }
 
-TEST(ExamState, LowFragmentationHeapIsAskedForWithoutHarm)
+// What the library asks of the process heap.
+struct HeapRequest
 {
+    static BOOL WINAPI Record(HANDLE heap, HEAP_INFORMATION_CLASS what, void* value, SIZE_T size)
+    {
+        ++s_calls;
+        EXPECT_EQ(heap, GetProcessHeap());
+        EXPECT_EQ(what, HeapCompatibilityInformation);
+        EXPECT_EQ(size, sizeof(ULONG));
+        s_value = *static_cast<const ULONG*>(value);
+        return FALSE; // a refusal is ignored
+    }
+
+    static inline int s_calls = 0;
+    static inline ULONG s_value = 0;
+};
+
+TEST(ExamState, LowFragmentationHeapIsAskedFor)
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "HeapSetInformation",
+                                        reinterpret_cast<void*>(&HeapRequest::Record));
     utilsExam::EnableLowFragmentationHeap();
-    utilsExam::EnableLowFragmentationHeap();
-    void* const block = HeapAlloc(GetProcessHeap(), 0, 100);
-    ASSERT_NE(block, nullptr);
-    EXPECT_TRUE(HeapFree(GetProcessHeap(), 0, block));
+    EXPECT_EQ(HeapRequest::s_calls, 1);
+    EXPECT_EQ(HeapRequest::s_value, 2u); // the low-fragmentation heap
 }
 
 TEST(ExamState, ApplicationObjectIsTheExecutables)

@@ -11,6 +11,8 @@
 
 #include <windows.h>
 
+#include <shlwapi.h>
+
 #include <random>
 
 using test_support::LogCapture;
@@ -129,6 +131,16 @@ std::wstring PlainlyNormalised(const std::wstring& path)
     return result;
 }
 
+// The normalised path without its last components, by the platform's own function.
+std::wstring PlainAncestor(const std::wstring& path, int generations)
+{
+    wchar_t buffer[MAX_PATH] = {};
+    PlainlyNormalised(path).copy(buffer, MAX_PATH - 1);
+    for (int i = 0; i < generations; ++i)
+        PathRemoveFileSpecW(buffer);
+    return buffer;
+}
+
 TEST(DatabasePaths, AgreeWithThePlainNormalisationOnRandomTexts)
 {
     std::mt19937 random(31);
@@ -138,8 +150,10 @@ TEST(DatabasePaths, AgreeWithThePlainNormalisationOnRandomTexts)
             character = L"ab\\\\//.: "[random() % 9];
         ASSERT_EQ(std::wstring(utilsExam::GetObjectPath(object.c_str())),
                   PlainlyNormalised(object) + L".xml");
-        utilsExam::GetStudyPath(object.c_str());
-        utilsExam::GetPatientPath(object.c_str());
+        ASSERT_EQ(std::wstring(utilsExam::GetStudyPath(object.c_str())),
+                  PlainAncestor(object, 1) + L"\\study.xml");
+        ASSERT_EQ(std::wstring(utilsExam::GetPatientPath(object.c_str())),
+                  PlainAncestor(object, 2) + L"\\patient.xml");
     }
 }
 
@@ -150,17 +164,24 @@ TEST(DatabasePaths, OfAnEmptyOrNullObjectAreTheNamesAlone)
     EXPECT_STREQ(utilsExam::GetPatientPath(nullptr), L"\\patient.xml");
 }
 
-TEST(DatabasePaths, FitTheirBuffersOrAreEmpty)
+TEST(DatabasePaths, LoseNothingToTheLengthOfTheObjectsName)
 {
     for (const std::size_t length : {259u, 260u, 300u, 5000u}) {
         std::wstring object = L"D:\\p\\s\\";
         object.resize(length, L'x');
         EXPECT_EQ(utilsExam::GetObjectPath(object.c_str()), (object + L".xml").c_str());
-        EXPECT_STREQ(utilsExam::GetStudyPath(object.c_str()),
-                     length < 260 ? L"D:\\p\\s\\study.xml" : L"");
-        EXPECT_STREQ(utilsExam::GetPatientPath(object.c_str()),
-                     length < 260 ? L"D:\\p\\patient.xml" : L"");
+        EXPECT_STREQ(utilsExam::GetStudyPath(object.c_str()), L"D:\\p\\s\\study.xml");
+        EXPECT_STREQ(utilsExam::GetPatientPath(object.c_str()), L"D:\\p\\patient.xml");
     }
+}
+
+TEST(DatabasePaths, MayHaveFoldersOfAnyLength)
+{
+    const std::wstring patient = L"D:\\" + std::wstring(300, L'p');
+    const std::wstring study = patient + L"\\" + std::wstring(300, L's');
+    const std::wstring object = study + L"\\O1";
+    EXPECT_EQ(utilsExam::GetStudyPath(object.c_str()), (study + L"\\study.xml").c_str());
+    EXPECT_EQ(utilsExam::GetPatientPath(object.c_str()), (patient + L"\\patient.xml").c_str());
 }
 
 TEST(DatabasePaths, KeepCharactersBeyondTheBasicPlane)
@@ -217,6 +238,17 @@ TEST_F(ParsePathTest, GivesAnEmptyTextForBlanks)
     EXPECT_STREQ(Parse(L" \t\r\n "), L"");
     EXPECT_STREQ(Parse(nullptr), L"");
     EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(ParsePathTest, TrimsAllWhiteSpace)
+{
+    writeFile(m_folder / L"lay\\img.png", "");
+    for (const wchar_t* const blank :
+         {L" ", L"\t", L"\r\n", L"\v", L"\f", L"\x00A0", L"\x2003", L"\x3000", L" \x2028\t"}) {
+        EXPECT_STREQ(Parse(blank), L"");
+        EXPECT_EQ(Parse((std::wstring(blank) + L"img.png" + blank).c_str()),
+                  Address(L"lay\\img.png").c_str());
+    }
 }
 
 TEST_F(ParsePathTest, GivesAnAbsolutePathTrimmedAndUnchanged)
