@@ -80,6 +80,7 @@ try {
 bool CCineStoreAVI::InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                                 const std::vector<CRect>& layout, unsigned short bitCount)
 try {
+    stream->Close(); // of a recording that was not ended, whatever becomes of this one
     const CString codec = RecordCodec();
     const bool compressed = codec != uncompressed;
     if (!fileName || !PrepareFrame(background, width, height, layout, bitCount)) return false;

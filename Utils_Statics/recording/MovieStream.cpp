@@ -16,7 +16,7 @@ constexpr std::int64_t movieReserve = 1 << 20;
 // The header of a frame's chunk, its padding and its entry in the index.
 constexpr std::int64_t bytesAroundFrame = 8 + 1 + 16;
 
-// What may wait in buffers below us; see HasReachedDisk.
+// What may wait in the buffers of Video for Windows.
 constexpr std::int64_t buffered = 512 * 1024;
 
 } // namespace
@@ -85,7 +85,7 @@ WrittenFrame MovieStream::Write(LONG position, void* pixels, LONG size)
     // for, the larger one is the number of bytes either way.
     const LONG counted = std::max(samples, bytes);
     m_bytes += std::max<LONG>(counted, 0);
-    if (FAILED(result) || !HasReachedDisk()) return {};
+    if (FAILED(result) || !HasReachedDisk(size)) return {};
     return {counted, true};
 }
 
@@ -102,14 +102,27 @@ bool MovieStream::HasRoomFor(LONG position, LONG size) const
     return m_bytes + size + around + movieReserve <= movieLimit;
 }
 
-// Some implementations of Video for Windows report success on a full disk. The file's own size
-// tells; when it cannot be asked, the report is believed.
-bool MovieStream::HasReachedDisk() const
+// Whether the frame of `size` bytes that was just written may have found no room. A volume that
+// cannot be asked has room.
+bool MovieStream::IsVolumeNearlyFull(LONG size) const
+{
+    const std::wstring folder = m_path.substr(0, m_path.find_last_of(L'\\') + 1);
+    ULARGE_INTEGER available{};
+    if (!GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return false;
+    return available.QuadPart < static_cast<std::uint64_t>(size + buffered);
+}
+
+// Some implementations of Video for Windows report success on a full disk. There the file's own
+// size tells. Where the volume has room the report is believed: the size may lag behind in network
+// folders and write caches. It is believed too when the size cannot be asked.
+bool MovieStream::HasReachedDisk(LONG size) const
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!GetFileAttributesExW(m_path.c_str(), GetFileExInfoStandard, &data)) return true;
-    const auto size = static_cast<std::int64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
-    return size + buffered >= m_bytes;
+    if (!IsVolumeNearlyFull(size) ||
+        !GetFileAttributesExW(m_path.c_str(), GetFileExInfoStandard, &data))
+        return true;
+    const auto stored = static_cast<std::int64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+    return stored + buffered >= m_bytes;
 }
 
 } // namespace utils_statics

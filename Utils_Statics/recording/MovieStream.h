@@ -62,7 +62,8 @@ public:
 
 private:
     bool HasRoomFor(LONG position, LONG size) const;
-    bool HasReachedDisk() const;
+    bool HasReachedDisk(LONG size) const;
+    bool IsVolumeNearlyFull(LONG size) const;
 
     AviFile m_file;
     AviStream m_rawStream;    // below the compressed stream

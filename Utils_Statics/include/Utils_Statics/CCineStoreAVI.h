@@ -54,9 +54,10 @@ public:
     bool InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                      const CRect& rect, unsigned short bitCount);
 
-    /// Creates the movie and its stream. Width and height are rounded down to multiples of 4.
-    /// `background` (32-bit pixels of exactly that rounded size) becomes the first content of the
-    /// frame; the rects are taken only together with one, otherwise the earlier ones stay.
+    /// Creates the movie and its stream. A movie still open is released first, without being
+    /// finished, even when this one is then refused. Width and height are rounded down to multiples
+    /// of 4. `background` (32-bit pixels of exactly that rounded size) becomes the first content of
+    /// the frame; the rects are taken only together with one, otherwise the earlier ones stay.
     /// `bitCount` is 32 in practice; each frame writes the first width x height x bitCount / 8
     /// bytes of its 32-bit pixels.
     ///

@@ -4,6 +4,7 @@
 
 #include <base/Handles.h>
 #include <test_support/ChildTest.h>
+#include <test_support/ImportHook.h>
 #include <test_support/InstalledCodec.h>
 
 // Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that
@@ -61,11 +62,21 @@ TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
     EXPECT_EQ(movie.Frame(0)[1], 0x66);
 }
 
+BOOL WINAPI NoSpaceLeft(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PULARGE_INTEGER)
+{
+    available->QuadPart = 0;
+    return TRUE;
+}
+
 // Run by cine_disk_full.sh, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+// The limit fails the writes as a full volume does; what a full volume answers when it is asked for
+// its space is played.
 TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::environmentVariable(L"CINE_FILE_LIMIT").empty())
         GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW",
+                                        reinterpret_cast<void*>(&NoSpaceLeft));
     ASSERT_TRUE(Start(store, 1024, 768));
     EXPECT_FALSE(AddNothing()); // 3 MiB
     EXPECT_FALSE(AddNothing());

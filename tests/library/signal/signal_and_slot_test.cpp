@@ -147,6 +147,65 @@ TEST(SignalAndSlot, SlotHasItsOwnIntervalAndResult)
     EXPECT_EQ(slot.Call0(), 55);
 }
 
+TEST(SignalAndSlot, ThrottledSignalGivesItsOwnResultAndCallsNobody)
+{
+    Receiver receiver;
+    IntSlot slot;
+    slot.Bind(&receiver, &Receiver::None);
+    IntSignal signal;
+    signal.SetCombiner(&Sum);
+    signal.Connect(slot);
+    signal.SetMinimumInterval(3600 * 1000, 66);
+    EXPECT_EQ(signal.Call0(), 10);
+    EXPECT_EQ(signal.Call0(), 66);
+    signal.SetMinimumInterval(0);
+    EXPECT_EQ(signal.Call0(), 10);
+}
+
+TEST(SignalAndSlot, SlotsOwnIntervalHoldsInsideAnEmission)
+{
+    Receiver receiver;
+    IntSlot often, seldom;
+    often.Bind(&receiver, &Receiver::None);
+    seldom.Bind(&receiver, &Receiver::None);
+    seldom.SetMinimumInterval(3600 * 1000, 5);
+    IntSignal signal;
+    signal.SetCombiner(&Sum);
+    signal.Connect(often);
+    signal.Connect(seldom);
+    EXPECT_EQ(signal.Call0(), 20);
+    EXPECT_EQ(signal.Call0(), 15); // the suppressed call's result is combined too
+}
+
+// Emits its signal again from inside.
+struct Emitter
+{
+    using Slot = cSlot<Emitter, int, int, int, int, int, int>;
+    Emitter()
+    {
+        slot.Bind(this, &Emitter::Run);
+        signal.SetCombiner(&Sum);
+        signal.SetResultWhenBusy(88);
+        signal.Connect(slot);
+    }
+    int Run()
+    {
+        inner = signal.Call0();
+        return 1;
+    }
+    IntSignal signal;
+    Slot slot;
+    int inner = 0;
+};
+
+TEST(SignalAndSlot, BusySignalGivesItsOwnResult)
+{
+    Emitter emitter;
+    EXPECT_EQ(emitter.signal.Call0(), 1);
+    EXPECT_EQ(emitter.inner, 88);
+    EXPECT_FALSE(emitter.signal.IsBusy());
+}
+
 // Calls its own slot again from inside.
 class Reentrant
 {

@@ -1,0 +1,168 @@
+// What a movie recorder hands to Video for Windows, and what it makes of a refusal.
+#include "cine_store_avi_fixture.h"
+
+#include "../../codecs/testcodec/TestCodec.h"
+
+#include <base/Handles.h>
+#include <test_support/ImportHook.h>
+#include <test_support/InstalledCodec.h>
+#include <test_support/VirtualPlace.h>
+
+#include <cstring>
+#include <cwchar>
+#include <functional>
+
+using test_support::ImportHook;
+
+namespace {
+
+constexpr wchar_t library[] = L"Utils_Statics.dll";
+
+// The stream header as the platform gets it.
+struct StreamHeader
+{
+    static HRESULT WINAPI Record(PAVIFILE, PAVISTREAM*, AVISTREAMINFOW* info)
+    {
+        s_info = *info;
+        return E_FAIL;
+    }
+    static inline AVISTREAMINFOW s_info;
+};
+
+TEST_F(CineStoreAvi, StreamHeaderIsZeroButForWhatItHasToSay)
+{
+    std::memset(&StreamHeader::s_info, 0xCC, sizeof StreamHeader::s_info);
+    const ImportHook hook(library, "AVIFileCreateStreamW",
+                          reinterpret_cast<void*>(&StreamHeader::Record));
+    store.SetRate(25.0);
+    EXPECT_FALSE(Start());
+    AVISTREAMINFOW expected;
+    std::memset(&expected, 0, sizeof expected);
+    expected.fccType = streamtypeVIDEO;
+    expected.dwScale = 1000;
+    expected.dwRate = 25000;
+    expected.dwSuggestedBufferSize = frameWidth * frameHeight * 4;
+    expected.rcFrame = {0, 0, frameWidth, frameHeight};
+    EXPECT_EQ(std::memcmp(&StreamHeader::s_info, &expected, sizeof expected), 0);
+}
+
+// The codec's state as the options name it, looked at when the format of the stream is set.
+struct CodecState
+{
+    static HRESULT WINAPI Compress(PAVISTREAM* compressed, PAVISTREAM source,
+                                   AVICOMPRESSOPTIONS* options, CLSID* handler)
+    {
+        s_block = static_cast<const unsigned char*>(options->lpParms);
+        s_size = options->cbParms;
+        return s_compress->Original<decltype(Compress)>()(compressed, source, options, handler);
+    }
+    static HRESULT WINAPI SetFormat(PAVISTREAM stream, LONG position, void* format, LONG size)
+    {
+        s_seen.assign(s_block, s_block + s_size);
+        return s_setFormat->Original<decltype(SetFormat)>()(stream, position, format, size);
+    }
+
+    static inline const unsigned char* s_block = nullptr;
+    static inline DWORD s_size = 0;
+    static inline Bytes s_seen;
+    static inline const ImportHook* s_compress = nullptr;
+    static inline const ImportHook* s_setFormat = nullptr;
+};
+
+TEST_F(CineStoreAvi, StateOfTheCodecLivesUntilTheFormatIsSet)
+{
+    const test_support::InstalledCodec installed(L"TST1", L"testcodec.dll");
+    const base::Module dll(LoadLibraryW(installed.path().c_str()));
+    TestCodecOrders* const codec = reinterpret_cast<TestCodecOrdersFunction>(reinterpret_cast<void*>(
+        GetProcAddress(dll.get(), "TestCodecOrdersOfThisProcess")))();
+    *codec = {};
+    std::wcscpy(codec->shortName, L"test codec");
+    codec->failFrom = -1;
+    codec->stateSize = 20;
+    capture_settings::Set(L"RecordCodec", L"test codec");
+    const ImportHook compress(library, "AVIMakeCompressedStream",
+                              reinterpret_cast<void*>(&CodecState::Compress));
+    const ImportHook setFormat(library, "AVIStreamSetFormat",
+                               reinterpret_cast<void*>(&CodecState::SetFormat));
+    CodecState::s_compress = &compress;
+    CodecState::s_setFormat = &setFormat;
+    ASSERT_TRUE(Start());
+    ASSERT_EQ(CodecState::s_seen.size(), 20u);
+    for (unsigned i = 0; i < 20; ++i)
+        EXPECT_EQ(CodecState::s_seen[i], testCodecStateStart + i) << i;
+    EXPECT_TRUE(store.EndStorage());
+}
+
+// Whatever refuses a start, the movie before it is released, unfinished, and nothing is recorded.
+TEST_F(CineStoreAvi, RefusedStartReleasesTheMovieBefore)
+{
+    const std::wstring held = folder / L"held.avi";
+    const base::File lock(
+        CreateFileW(held.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    const auto refusals = std::vector<std::function<bool()>>{
+        [&] { return store.InitStorage(nullptr, background.get(), 64, 48, layout, 32); },
+        [&] { return store.InitStorage(held.c_str(), background.get(), 64, 48, layout, 32); },
+        [&] { return store.InitStorage(fileName.c_str(), background.get(), 0, 48, layout, 32); },
+        [&] { return store.InitStorage(fileName.c_str(), background.get(), 64, 48, layout, 0); },
+        [&] {
+            store.SetRate(0);
+            const bool started =
+                store.InitStorage((folder / L"next.avi").c_str(), nullptr, 64, 48, layout, 32);
+            store.SetRate(30);
+            return started;
+        },
+    };
+    for (const auto& refused : refusals) {
+        ASSERT_TRUE(Start());
+        ASSERT_TRUE(AddBlank());
+        EXPECT_FALSE(refused());
+        EXPECT_FALSE(AddBlank());
+        EXPECT_FALSE(AddNothing());
+        EXPECT_TRUE(DeleteFileW(fileName.c_str())) << "the movie before is still open";
+        completed.calls = 0;
+        EXPECT_TRUE(store.EndStorage());
+        EXPECT_EQ(completed.calls, 1);
+    }
+}
+
+// A volume that has room, on which what was written is not yet to be seen in the file's size.
+BOOL WINAPI SizeThatLagsBehind(LPCWSTR, GET_FILEEX_INFO_LEVELS, void* data)
+{
+    *static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data) = {};
+    return TRUE;
+}
+
+TEST_F(CineStoreAvi, SizeThatLagsBehindIsNoFailureWhereTheVolumeHasRoom)
+{
+    ASSERT_TRUE(Start(store, 1024, 768));
+    {
+        const ImportHook hook(library, "GetFileAttributesExW",
+                              reinterpret_cast<void*>(&SizeThatLagsBehind));
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(AddNothing());
+    }
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(AviMovie(fileName).Length(), 3);
+}
+
+// The places of the overridden operations; the base's come first.
+struct CineSlots : CCineStore
+{
+    static std::size_t End() { return test_support::virtualPlace(&CineSlots::EndStorage); }
+};
+
+struct MovieSlots : CCineStoreAVI
+{
+    static std::size_t End() { return test_support::virtualPlace(&MovieSlots::EndStorage); }
+    virtual void Next() {}
+};
+
+TEST(CineStoreSlots, AreTheDestructorAndTheEnd)
+{
+    constexpr std::size_t destructors = 2; // this compiler's destructor has two entries
+    EXPECT_EQ(CineSlots::End(), destructors);
+    EXPECT_EQ(MovieSlots::End(), destructors);
+    EXPECT_EQ(test_support::virtualPlace(&MovieSlots::Next), destructors + 1);
+}
+
+} // namespace
