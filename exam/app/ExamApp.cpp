@@ -1,11 +1,11 @@
 #include "app/ExamApp.h"
 
-#include "app/Console.h"
 #include "app/SampleTree.h"
+#include "base/Console.h"
+#include "base/StateChanges.h"
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
 #include "tour/Tour.h"
-#include "app/StateChanges.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/ZelTString.h>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/CommandLine.h"
-#include "app/MainWindow.h"
-#include "app/Session.h"
+#include "image/Session.h"
+#include "window/MainWindow.h"
 
 #include <afxwin.h>
 

@@ -1,6 +1,6 @@
 #include "measure/ImageTool.h"
 
-#include "app/StateChanges.h"
+#include "base/StateChanges.h"
 
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>

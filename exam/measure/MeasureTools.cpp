@@ -1,6 +1,6 @@
 #include "measure/MeasureTools.h"
 
-#include "screen/Palette.h"
+#include "base/Palette.h"
 
 namespace exam {
 

@@ -1,6 +1,6 @@
 #include "measure/RotatedOutline.h"
 
-#include "screen/Palette.h"
+#include "base/Palette.h"
 
 #include <Utils_Statics/MatrixRoutines.h>
 

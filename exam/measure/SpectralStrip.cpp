@@ -1,6 +1,6 @@
 #include "measure/SpectralStrip.h"
 
-#include "screen/Palette.h"
+#include "base/Palette.h"
 
 #include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/GetStr.h>

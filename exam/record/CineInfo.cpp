@@ -1,6 +1,6 @@
 #include "record/CineInfo.h"
 
-#include "app/Console.h"
+#include "base/Console.h"
 
 #include <Utils_Statics/CineHeader.h>
 #include <qor_utils/ZelProbe.h>

@@ -1,10 +1,10 @@
 #include "record/CineReplay.h"
 
-#include "app/Console.h"
+#include "base/Console.h"
+#include "base/ScreenLayout.h"
+#include "image/FrameRate.h"
 #include "image/ImageView.h"
-#include "record/FrameRate.h"
 #include "record/VideoCodec.h"
-#include "screen/ScreenLayout.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
 

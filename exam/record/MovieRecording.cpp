@@ -1,9 +1,10 @@
 #include "record/MovieRecording.h"
 
-#include "record/FrameRate.h"
-#include "screen/Palette.h"
-#include "screen/ScopedFont.h"
-#include "screen/ScreenLayout.h"
+#include "base/Palette.h"
+#include "base/ScopedFont.h"
+#include "base/ScreenLayout.h"
+#include "image/FrameRate.h"
+#include "screen/Screen.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "record/PixelCanvas.h"
 #include "record/Recording.h"
-#include "screen/Screen.h"
+#include "screen/ScreenContent.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
 

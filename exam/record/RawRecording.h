@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Session.h"
+#include "image/Session.h"
 #include "record/Recording.h"
 
 namespace exam {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "record/Recording.h"
-#include "screen/Screen.h"
+#include "screen/ScreenContent.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "screen/InfoPanel.h"
 
-#include "screen/Palette.h"
-#include "screen/Screen.h"
+#include "base/Palette.h"
+#include "screen/ScreenContent.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

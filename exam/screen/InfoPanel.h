@@ -1,10 +1,10 @@
 #pragma once
 
+#include "screen/ScreenContent.h"
+
 #include <afxwin.h>
 
 namespace exam {
-
-struct ScreenContent;
 
 // The column of facts beside the image: console, modes, probe, depth and what the tools measure, in
 // the current language.

@@ -1,6 +1,6 @@
 #include "screen/RecordingMark.h"
 
-#include "screen/Palette.h"
+#include "base/Palette.h"
 
 #include <Utils_Statics/GetStr.h>
 

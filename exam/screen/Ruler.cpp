@@ -1,6 +1,6 @@
 #include "screen/Ruler.h"
 
-#include "screen/Palette.h"
+#include "base/Palette.h"
 
 namespace exam {
 

@@ -1,13 +1,13 @@
 #include "screen/Screen.h"
 
+#include "base/Palette.h"
+#include "base/ScopedFont.h"
+#include "base/ScreenLayout.h"
 #include "measure/RotatedOutline.h"
 #include "measure/SpectralStrip.h"
 #include "screen/InfoPanel.h"
-#include "screen/Palette.h"
 #include "screen/RecordingMark.h"
 #include "screen/Ruler.h"
-#include "screen/ScopedFont.h"
-#include "screen/ScreenLayout.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

@@ -1,29 +1,10 @@
 #pragma once
 
-#include "app/Session.h"
-#include "image/ImageView.h"
-#include "measure/MeasureTools.h"
-#include "measure/SimulatedFlow.h"
+#include "screen/ScreenContent.h"
 
 #include <afxwin.h>
 
-#include <optional>
-
 namespace exam {
-
-// What the screen shows, beside the session's recording.
-struct ScreenContent
-{
-    const Session& session;
-    const ImageView& view;
-    const MeasureTools& tools;
-    SimulatedFlow& flow;
-    bool stripShown = false;
-    int rotation = 0; // tenths of a degree; 0: no rotated outline
-    CString status{};
-    bool keysShown = true;               // the list of keys beside the status
-    std::optional<int> recordedFrames{}; // set while a recording is under way
-};
 
 // Paints the whole client area: header, image with its scale and tools, recording mark, facts,
 // status line.

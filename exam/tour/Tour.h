@@ -1,25 +1,12 @@
 #pragma once
 
-#include "app/MainWindow.h"
-#include "app/Session.h"
+#include "image/Session.h"
+#include "tour/TourReport.h"
+#include "window/MainWindow.h"
 
 #include <string>
 
 namespace exam {
-
-// Counts the steps of a tour and prints a line for each, with a tick or a cross.
-class TourReport
-{
-public:
-    void Step(bool held, const std::wstring& what);
-
-    // Prints the verdict; true when all steps held and there was one.
-    bool Close() const;
-
-private:
-    int m_steps = 0;
-    int m_failed = 0;
-};
 
 // What the steps of a tour work on.
 struct TourContext

@@ -1,6 +1,6 @@
 // Station 1: the exam environment and the state-change signal.
+#include "base/StateChanges.h"
 #include "tour/Tour.h"
-#include "app/StateChanges.h"
 
 #include <Utils_Statics/utilsExam.h>
 

@@ -1,6 +1,6 @@
 // Station 4: real echoes on the screen, at true proportions.
+#include "base/StateChanges.h"
 #include "tour/Tour.h"
-#include "app/StateChanges.h"
 
 #include <Utils_Statics/utilsExam.h>
 

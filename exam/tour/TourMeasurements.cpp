@@ -1,6 +1,6 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages.
-#include "app/StateChanges.h"
-#include "screen/ScreenLayout.h"
+#include "base/ScreenLayout.h"
+#include "base/StateChanges.h"
 #include "tour/Tour.h"
 
 #include <Utils_Statics/MouseCapture.h>

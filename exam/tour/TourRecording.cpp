@@ -1,6 +1,6 @@
 // Station 7: what the exam shows is kept, as raw frames byte for byte and as movies.
-#include "app/Console.h"
-#include "app/StateChanges.h"
+#include "base/Console.h"
+#include "base/StateChanges.h"
 #include "record/VideoCodec.h"
 #include "tour/Tour.h"
 

@@ -1,8 +1,9 @@
-#include "app/MainWindow.h"
+#include "window/MainWindow.h"
 
-#include "app/StateChanges.h"
-#include "record/FrameRate.h"
-#include "screen/ScreenLayout.h"
+#include "base/ScreenLayout.h"
+#include "base/StateChanges.h"
+#include "image/FrameRate.h"
+#include "screen/Screen.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>

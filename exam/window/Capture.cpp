@@ -1,4 +1,4 @@
-#include "image/Capture.h"
+#include "window/Capture.h"
 
 #include <afxwin.h>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/Session.h"
 #include "image/ImageView.h"
+#include "image/Session.h"
 #include "measure/MeasureTools.h"
 #include "measure/SimulatedFlow.h"
 #include "record/Recorder.h"
-#include "screen/Screen.h"
+#include "screen/ScreenContent.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 

@@ -1,4 +1,4 @@
-#include "app/Session.h"
+#include "image/Session.h"
 
 #include <Utils_Statics/utilsExam.h>
 

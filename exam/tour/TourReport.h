@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace exam {
+
+// Counts the steps of a tour and prints a line for each, with a tick or a cross.
+class TourReport
+{
+public:
+    void Step(bool held, const std::wstring& what);
+
+    // Prints the verdict; true when all steps held and there was one.
+    bool Close() const;
+
+private:
+    int m_steps = 0;
+    int m_failed = 0;
+};
+
+} // namespace exam
