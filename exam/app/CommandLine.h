@@ -20,10 +20,10 @@ struct CommandLine
     bool help = false;
     std::wstring error; // not empty: what is wrong, one sentence
 
-    bool tour() const { return !tourFolder.empty(); }
+    bool IsTour() const { return !tourFolder.empty(); }
 
     // Whether a command was given that needs no window.
-    bool command() const { return !cineInfo.empty() || !cineToPlay.empty(); }
+    bool IsCommand() const { return !cineInfo.empty() || !cineToPlay.empty(); }
 };
 
 // Reads the arguments after the program's name. Never fails: what is wrong is told in `error`.

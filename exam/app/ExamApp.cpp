@@ -40,18 +40,18 @@ BOOL ExamApp::InitInstance()
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine()) return FALSE;
     ChooseProfile();
-    if (m_options.command()) {
+    if (m_options.IsCommand()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
         return FALSE;
     }
     utilsExam::SetConsoleType(m_options.console);
-    InstallStores(m_options.tour() ? m_options.tourFolder : DefaultUserFolder());
+    InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
     if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) {
         m_exitCode = exitFailure;
         return FALSE;
     }
     utilsExam::AppInitDone = true;
-    if (!m_options.tour()) return TRUE;
+    if (!m_options.IsTour()) return TRUE;
     m_exitCode = RunTour();
     m_window->DestroyWindow();
     return FALSE;
@@ -80,7 +80,7 @@ bool ExamApp::ReadCommandLine()
 void ExamApp::ChooseProfile()
 {
     std::wstring profile = m_options.profile;
-    if (profile.empty() && m_options.tour()) profile = m_options.tourFolder + L"\\exam.ini";
+    if (profile.empty() && m_options.IsTour()) profile = m_options.tourFolder + L"\\exam.ini";
     if (profile.empty()) return SetRegistryKey(L"Kestrow");
     std::error_code error; // a name without a folder would mean the Windows folder
     const std::filesystem::path file = std::filesystem::absolute(profile, error);
@@ -116,7 +116,7 @@ bool ExamApp::LoadImages()
 bool ExamApp::OpenMainWindow()
 {
     m_window = std::make_unique<MainWindow>(m_session);
-    m_window->SetRecordingFolder((m_options.tour() ? m_options.tourFolder : DefaultUserFolder()) +
+    m_window->SetRecordingFolder((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()) +
                                  L"\\recordings");
     utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
     m_pMainWnd = m_window.get();

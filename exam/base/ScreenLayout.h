@@ -16,41 +16,41 @@ struct ScreenLayout
     static constexpr int stripHeight = 200;
     static constexpr int outlineHeight = 150;
 
-    static CRect header() { return {0, 0, width, headerHeight}; }
-    static CRect imageArea()
+    static CRect Header() { return {0, 0, width, headerHeight}; }
+    static CRect ImageArea()
     {
         return {0, headerHeight, width - panelWidth, height - statusHeight};
     }
-    static CRect panel()
+    static CRect Panel()
     {
         return {width - panelWidth, headerHeight, width, height - statusHeight};
     }
-    static CRect status() { return {0, height - statusHeight, width, height}; }
+    static CRect Status() { return {0, height - statusHeight, width, height}; }
 
-    // The part of imageArea() that the frame is fitted into; the depth scale stands to the right of
+    // The part of ImageArea() that the frame is fitted into; the depth scale stands to the right of
     // it.
-    static CRect image()
+    static CRect Image()
     {
-        CRect rect = imageArea();
+        CRect rect = ImageArea();
         rect.right -= rulerWidth;
         return rect;
     }
 
-    // The spectral strip covers the lower end of imageArea() while it is shown.
-    static CRect strip()
+    // The spectral strip covers the lower end of ImageArea() while it is shown.
+    static CRect Strip()
     {
-        CRect rect = imageArea();
+        CRect rect = ImageArea();
         rect.top = rect.bottom - stripHeight;
         return rect;
     }
 
-    // In the upper left corner of imageArea(), where a sector leaves room.
-    static CRect recordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
+    // In the upper left corner of ImageArea(), where a sector leaves room.
+    static CRect RecordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
 
     // The lower end of the panel.
-    static CRect outline()
+    static CRect Outline()
     {
-        CRect rect = panel();
+        CRect rect = Panel();
         rect.top = rect.bottom - outlineHeight;
         rect.DeflateRect(24, 16);
         return rect;

@@ -39,9 +39,9 @@ std::wstring CineFile::Open(const std::wstring& path)
     if (std::wstring problem = ReadHeader(bytes); !problem.empty()) return problem;
 
     m_payload.assign(bytes.begin() + headerSize, bytes.end());
-    const std::size_t held = m_payload.size() / frameSize();
+    const std::size_t held = m_payload.size() / FrameSize();
     m_complete =
-        m_frames > 0 && m_payload.size() == frameSize() * static_cast<std::size_t>(m_frames);
+        m_frames > 0 && m_payload.size() == FrameSize() * static_cast<std::size_t>(m_frames);
     if (m_frames == 0 || static_cast<std::size_t>(m_frames) > held)
         m_frames = static_cast<int>(held);
     return m_frames > 0 ? L"" : L"the file holds no whole frame";
@@ -69,7 +69,7 @@ std::wstring CineFile::ReadHeader(std::span<const std::uint8_t> bytes)
     return L"";
 }
 
-ZelProbe CineFile::probe() const
+ZelProbe CineFile::Probe() const
 {
     ZelProbe probe{};
     probe.type = m_description.probeType;
@@ -80,15 +80,15 @@ ZelProbe CineFile::probe() const
     return probe;
 }
 
-std::size_t CineFile::frameSize() const
+std::size_t CineFile::FrameSize() const
 {
-    return static_cast<std::size_t>(lines()) * static_cast<std::size_t>(samples());
+    return static_cast<std::size_t>(Lines()) * static_cast<std::size_t>(Samples());
 }
 
-std::span<const std::uint8_t> CineFile::frame(int frame) const
+std::span<const std::uint8_t> CineFile::Frame(int frame) const
 {
     if (frame < 0 || frame >= m_frames) return {};
-    return std::span(m_payload).subspan(frameSize() * static_cast<std::size_t>(frame), frameSize());
+    return std::span(m_payload).subspan(FrameSize() * static_cast<std::size_t>(frame), FrameSize());
 }
 
 } // namespace exam

@@ -20,31 +20,31 @@ public:
     // frames as its size gives.
     std::wstring Open(const std::wstring& path);
 
-    uData type() const { return m_type; }
-    const uDataDesc& description() const { return m_description; }
-    int frames() const { return m_frames; }
-    int lines() const { return m_description.lines; }
-    int samples() const { return m_description.samples; }
+    uData Type() const { return m_type; }
+    const uDataDesc& Description() const { return m_description; }
+    int Frames() const { return m_frames; }
+    int Lines() const { return m_description.lines; }
+    int Samples() const { return m_description.samples; }
 
     // Whether the header's own count agrees with the size of the file.
-    bool complete() const { return m_complete; }
+    bool IsComplete() const { return m_complete; }
 
-    ZelProbe probe() const;
-    int steering() const { return m_extra[0]; }   // thousandths of a degree
-    int apex() const { return m_extra[1]; }       // thousandths of a degree, 0 = none
-    int lineOffset() const { return m_extra[2]; } // lines
-    int lineCount() const
+    ZelProbe Probe() const;
+    int Steering() const { return m_extra[0]; }   // thousandths of a degree
+    int Apex() const { return m_extra[1]; }       // thousandths of a degree, 0 = none
+    int LineOffset() const { return m_extra[2]; } // lines
+    int LineCount() const
     {
         return m_extra[3];
     } // scan lines over the aperture, 0 = one per element
 
-    // lines() x samples() bytes, line by line; `frame` from 0 to frames() - 1. Valid while the
+    // Lines() x Samples() bytes, line by line; `frame` from 0 to Frames() - 1. Valid while the
     // object is not changed.
-    std::span<const std::uint8_t> frame(int frame) const;
+    std::span<const std::uint8_t> Frame(int frame) const;
 
 private:
     std::wstring ReadHeader(std::span<const std::uint8_t> bytes);
-    std::size_t frameSize() const;
+    std::size_t FrameSize() const;
 
     uData m_type = uDataBMode;
     uDataDesc m_description{};

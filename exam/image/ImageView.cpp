@@ -58,7 +58,7 @@ void ImageView::SetRecording(const CineFile& cine, CSize size)
 
 void ImageView::Show(const CineFile& cine, int frame)
 {
-    const auto bytes = cine.frame(frame);
+    const auto bytes = cine.Frame(frame);
     if (m_map && !bytes.empty()) m_map->Convert(bytes.data(), m_grey.data());
 }
 

@@ -25,12 +25,12 @@ public:
     void Paint(CDC& dc, CPoint at) const;
 
     // Whether the recording that was set has a geometry to be shown by.
-    bool valid() const { return m_map && m_map->Valid(); }
+    bool IsValid() const { return m_map && m_map->Valid(); }
 
-    const ImagingParameters& parameters() const { return m_parameters; }
+    const ImagingParameters& Parameters() const { return m_parameters; }
 
     // The image's grey levels, rows from the top; 0 outside the imaged region.
-    std::span<const std::uint8_t> grey() const { return m_grey; }
+    std::span<const std::uint8_t> GreyLevels() const { return m_grey; }
 
     // Grey level of a pixel; 0 outside the imaged region and outside the image.
     int Grey(CPoint pixel) const;

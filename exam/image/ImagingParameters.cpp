@@ -40,17 +40,17 @@ int DivideUp(int dividend, int divisor)
 
 ImagingParameters WithoutScale(const CineFile& cine, CSize size)
 {
-    const uDataDesc& description = cine.description();
+    const uDataDesc& description = cine.Description();
     ImagingParameters image;
     image.samplingFreq = description.samplingFreq;
-    image.scanA = cine.steering();
-    image.scanB = cine.apex();
-    image.probe = cine.probe();
+    image.scanA = cine.Steering();
+    image.scanB = cine.Apex();
+    image.probe = cine.Probe();
     image.soundSpeed = description.soundSpeed;
-    image.scanC = cine.lineOffset();
+    image.scanC = cine.LineOffset();
     image.width = size.cx;
     image.height = size.cy;
-    image.ld = cine.lineCount();
+    image.ld = cine.LineCount();
     image.lines = description.lines;
     image.samples = description.samples;
     return image;

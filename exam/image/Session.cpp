@@ -24,12 +24,12 @@ void Session::Select(std::size_t index)
 
 void Session::NextImage()
 {
-    if (!empty()) Select((m_current + 1) % m_recordings.size());
+    if (!IsEmpty()) Select((m_current + 1) % m_recordings.size());
 }
 
 void Session::NextFrame()
 {
-    if (!empty()) m_frame = (m_frame + 1) % cine().frames();
+    if (!IsEmpty()) m_frame = (m_frame + 1) % Cine().Frames();
 }
 
 } // namespace exam

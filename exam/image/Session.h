@@ -15,10 +15,10 @@ public:
     // Reads a recording from the images store and adds it. Empty when it worked, else one sentence.
     std::wstring Add(const std::wstring& name);
 
-    bool empty() const { return m_recordings.empty(); }
-    std::size_t count() const { return m_recordings.size(); }
-    const CineFile& cine() const { return m_recordings[m_current]; }
-    int frame() const { return m_frame; }
+    bool IsEmpty() const { return m_recordings.empty(); }
+    std::size_t Count() const { return m_recordings.size(); }
+    const CineFile& Cine() const { return m_recordings[m_current]; }
+    int Frame() const { return m_frame; }
 
     void Select(std::size_t index);
     void NextImage();

@@ -9,10 +9,10 @@ namespace exam {
 
 double AngleTool::Degrees() const
 {
-    const CSize a = points()[0] - points()[1];
-    const CSize b = points()[2] - points()[1];
-    const double sx = image().micronsPerPixel.x;
-    const double sy = image().micronsPerPixel.y;
+    const CSize a = Points()[0] - Points()[1];
+    const CSize b = Points()[2] - Points()[1];
+    const double sx = Image().micronsPerPixel.x;
+    const double sy = Image().micronsPerPixel.y;
     const double dot = a.cx * sx * b.cx * sx + a.cy * sy * b.cy * sy;
     const double cross = (1.0 * a.cx * b.cy - 1.0 * a.cy * b.cx) * sx * sy;
     return std::abs(std::atan2(cross, dot)) * 180 / std::numbers::pi;
@@ -20,9 +20,9 @@ double AngleTool::Degrees() const
 
 void AngleTool::Draw(CDC& dc) const
 {
-    dc.MoveTo(points()[0]);
-    dc.LineTo(points()[1]);
-    dc.LineTo(points()[2]);
+    dc.MoveTo(Points()[0]);
+    dc.LineTo(Points()[1]);
+    dc.LineTo(Points()[2]);
     DrawPoints(dc);
 }
 

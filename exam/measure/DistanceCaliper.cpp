@@ -6,13 +6,13 @@ namespace exam {
 
 double DistanceCaliper::Millimetres() const
 {
-    return image().Millimetres(points()[0], points()[1]);
+    return Image().Millimetres(Points()[0], Points()[1]);
 }
 
 void DistanceCaliper::Draw(CDC& dc) const
 {
-    dc.MoveTo(points()[0]);
-    dc.LineTo(points()[1]);
+    dc.MoveTo(Points()[0]);
+    dc.LineTo(Points()[1]);
     DrawPoints(dc);
 }
 

@@ -56,8 +56,8 @@ void ImageTool::DrawPoints(CDC& dc) const
 
 void ImageTool::MovePoint(std::size_t index, CPoint to)
 {
-    m_points[index].x = std::clamp<LONG>(to.x, 0, std::max(0, image().width - 1));
-    m_points[index].y = std::clamp<LONG>(to.y, 0, std::max(0, image().height - 1));
+    m_points[index].x = std::clamp<LONG>(to.x, 0, std::max(0, Image().width - 1));
+    m_points[index].y = std::clamp<LONG>(to.y, 0, std::max(0, Image().height - 1));
 }
 
 bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
@@ -95,7 +95,7 @@ void ImageTool::SetLock(int index)
     if (MouseCapture::GetInput() == InputTrackball) {
         // The main window's client area begins at the screen's corner, so client pixels are screen
         // pixels.
-        CRect area(m_corner, CSize(image().width, image().height));
+        CRect area(m_corner, CSize(Image().width, Image().height));
         MouseCapture::ClipCursor(&area);
         if (index >= 0 && index < static_cast<int>(m_points.size())) {
             const CPoint at = m_points[static_cast<std::size_t>(index)] + m_corner;
@@ -107,7 +107,7 @@ void ImageTool::SetLock(int index)
 
 void ImageTool::GetBackgroundRect(CRect& rect)
 {
-    rect = CRect(m_corner, CSize(image().width, image().height));
+    rect = CRect(m_corner, CSize(Image().width, Image().height));
 }
 
 } // namespace exam

@@ -18,13 +18,13 @@ class ImageTool : public IMouseHandler
 public:
     ImageTool(const ImageView& view, CPoint corner, int order, std::vector<CPoint> points);
 
-    bool visible() const { return m_visible; }
+    bool IsVisible() const { return m_visible; }
 
     // Shows the tool and lets it take part in the arbitration, or hides it and lets go of the
     // pointer.
     void Show(bool visible);
 
-    const std::vector<CPoint>& points() const { return m_points; }
+    const std::vector<CPoint>& Points() const { return m_points; }
     void SetPoints(const std::vector<CPoint>& points);
 
     // In pixels of the image, with the pen and text settings of the caller.
@@ -37,7 +37,7 @@ public:
     virtual const char* NameKey() const = 0;
 
 protected:
-    const ImagingParameters& image() const { return m_view.parameters(); }
+    const ImagingParameters& Image() const { return m_view.Parameters(); }
 
     // The cross of each point; that of the point in the user's hand is larger.
     void DrawPoints(CDC& dc) const;

@@ -28,8 +28,8 @@ void MeasureTools::SetInput(InputType input)
 
 void MeasureTools::Draw(CDC& dc) const
 {
-    for (const ImageTool* const tool : all()) {
-        if (!tool->visible()) continue;
+    for (const ImageTool* const tool : All()) {
+        if (!tool->IsVisible()) continue;
         CPen pen(PS_SOLID, 1, palette::accent);
         CPen* const old = dc.SelectObject(&pen);
         tool->Draw(dc);

@@ -17,10 +17,10 @@ public:
     // `area`: where the image is in the main window's client area.
     MeasureTools(const ImageView& view, const CRect& area);
 
-    DistanceCaliper& distance() { return m_distance; }
-    AngleTool& angle() { return m_angle; }
-    RegionBox& region() { return m_region; }
-    std::array<const ImageTool*, 3> all() const { return {&m_distance, &m_angle, &m_region}; }
+    DistanceCaliper& Distance() { return m_distance; }
+    AngleTool& Angle() { return m_angle; }
+    RegionBox& Region() { return m_region; }
+    std::array<const ImageTool*, 3> All() const { return {&m_distance, &m_angle, &m_region}; }
 
     // Puts every tool back to its first place on an image of that size.
     void Reset(CSize size);

@@ -9,30 +9,30 @@ namespace exam {
 
 RegionBox::Extent RegionBox::ScanExtent() const
 {
-    const UPoint a = image().ScanPosition(points()[0]);
-    const UPoint b = image().ScanPosition(points()[1]);
+    const UPoint a = Image().ScanPosition(Points()[0]);
+    const UPoint b = Image().ScanPosition(Points()[1]);
     return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
 }
 
 double RegionBox::DepthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, image().samplingFreq,
-                                       image().soundSpeed) /
+    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, Image().samplingFreq,
+                                       Image().soundSpeed) /
            1000.0;
 }
 
 double RegionBox::WidthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return image().Millimetres(image().Pixel(extent.line1, extent.sample2),
-                               image().Pixel(extent.line2, extent.sample2));
+    return Image().Millimetres(Image().Pixel(extent.line1, extent.sample2),
+                               Image().Pixel(extent.line2, extent.sample2));
 }
 
 void RegionBox::Draw(CDC& dc) const
 {
     const Extent extent = ScanExtent();
-    const ImagingParameters& p = image();
+    const ImagingParameters& p = Image();
     for (const int line : {extent.line1, extent.line2})
         CImgGeometry::DrawVerticalUSLine(
             &dc, line, extent.sample1, extent.sample2, p.origin, p.micronsPerPixel, p.samplingFreq,

@@ -41,7 +41,7 @@ SimulatedFlow::SimulatedFlow(int columns)
     CDopplerScaling::SetBaselineStartPos(0.0);
     const int count = std::max(columns, 0);
     m_bins.resize(static_cast<std::size_t>(count) * traceCount, Bin(0));
-    spectralTraceData view = traces();
+    spectralTraceData view = Traces();
     for (int x = 0; x < count; ++x) {
         const double share = Pulse(static_cast<double>(x % columnsPerBeat) / columnsPerBeat);
         view.getDataSet(eTraceEnvelopeForward)[x] = Bin(share * 0.9);
@@ -49,7 +49,7 @@ SimulatedFlow::SimulatedFlow(int columns)
     }
 }
 
-spectralTraceData SimulatedFlow::traces()
+spectralTraceData SimulatedFlow::Traces()
 {
     spectralTraceData view;
     view.setData(m_bins.data(), static_cast<int>(m_bins.size()), traceCount);

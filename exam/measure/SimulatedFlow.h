@@ -16,7 +16,7 @@ public:
     explicit SimulatedFlow(int columns);
 
     // A view of the four traces. Valid while this object lives.
-    spectralTraceData traces();
+    spectralTraceData Traces();
 
 private:
     std::vector<unsigned char> m_bins;

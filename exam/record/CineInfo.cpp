@@ -23,7 +23,7 @@ struct OpenedCine
     CineHeader header;
     std::int64_t fileSize = 0;
 
-    std::int64_t payload() const { return fileSize - static_cast<std::int64_t>(sizeof header); }
+    std::int64_t Payload() const { return fileSize - static_cast<std::int64_t>(sizeof header); }
 };
 
 std::wstring Read(const std::wstring& path, OpenedCine& cine)
@@ -33,7 +33,7 @@ std::wstring Read(const std::wstring& path, OpenedCine& cine)
     cine.fileSize = static_cast<std::int64_t>(fs::file_size(path, error));
     std::ifstream file(fs::path(path), std::ios::binary);
     if (error || !file) return L"the file cannot be read";
-    if (cine.payload() < 0) return L"the file is shorter than the 76 bytes of a header";
+    if (cine.Payload() < 0) return L"the file is shorter than the 76 bytes of a header";
     return file.read(reinterpret_cast<char*>(&cine.header), sizeof cine.header)
                ? L""
                : L"the file cannot be read";
@@ -120,21 +120,21 @@ std::wstring Bytes(std::int64_t count)
 // goes by.
 std::wstring CheckSize(const OpenedCine& cine)
 {
-    Number(L"payload", cine.payload(), L" bytes");
+    Number(L"payload", cine.Payload(), L" bytes");
     const auto frameSize = FrameSize(cine.header);
     if (!frameSize)
         return L"the size cannot be checked, because the header does not give the size of a frame";
     Number(L"frame size", *frameSize, L" bytes");
 
     const std::int32_t count = cine.header.frameCount;
-    const std::int64_t whole = cine.payload() / *frameSize;
+    const std::int64_t whole = cine.Payload() / *frameSize;
     if (count < 0) return L"the header gives a negative count";
-    if (count == 0 && cine.payload() > 0)
+    if (count == 0 && cine.Payload() > 0)
         return L"the recording was not finished: its count is 0, and it holds " +
                std::to_wstring(whole) + L" whole frames";
-    if (whole == count && cine.payload() % *frameSize == 0) return L"";
+    if (whole == count && cine.Payload() % *frameSize == 0) return L"";
     return L"the header counts " + std::to_wstring(count) + L" frames of " + Bytes(*frameSize) +
-           L", but there are " + Bytes(cine.payload()) + L" behind it (" + std::to_wstring(whole) +
+           L", but there are " + Bytes(cine.Payload()) + L" behind it (" + std::to_wstring(whole) +
            L" whole frames)";
 }
 

@@ -21,10 +21,10 @@ namespace fs = std::filesystem;
 // The image on display as a bitmap of 32-bit pixels; empty when the platform refuses.
 void MakeBitmap(const ImageView& view, CBitmap& bitmap)
 {
-    std::vector<unsigned int> pixels(view.grey().size());
-    std::transform(view.grey().begin(), view.grey().end(), pixels.begin(),
+    std::vector<unsigned int> pixels(view.GreyLevels().size());
+    std::transform(view.GreyLevels().begin(), view.GreyLevels().end(), pixels.begin(),
                    [](std::uint8_t level) { return level * 0x010101u; });
-    bitmap.CreateBitmap(view.parameters().width, view.parameters().height, 1, 32, pixels.data());
+    bitmap.CreateBitmap(view.Parameters().width, view.Parameters().height, 1, 32, pixels.data());
 }
 
 void Progress(int frame, int frames)
@@ -67,18 +67,18 @@ private:
 // What went wrong; empty when the whole movie was written.
 std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
 {
-    const CSize size = ScreenLayout::image().Size();
+    const CSize size = ScreenLayout::Image().Size();
     ImageView view;
     view.SetRecording(cine, size);
-    if (!view.valid()) return L"the header gives no geometry to show the frames by";
+    if (!view.IsValid()) return L"the header gives no geometry to show the frames by";
     Movie movie;
     if (!movie.Start(path, size, FrameRate(cine))) return CannotWrite(path);
-    for (int frame = 0; frame < cine.frames(); ++frame) {
+    for (int frame = 0; frame < cine.Frames(); ++frame) {
         view.Show(cine, frame);
         if (!movie.Add(view))
             return L"frame " + std::to_wstring(frame + 1) + L" cannot be written to " + path +
                    L"; the movie ends before it";
-        Progress(frame + 1, cine.frames());
+        Progress(frame + 1, cine.Frames());
     }
     return L"";
 }
@@ -96,7 +96,7 @@ std::wstring Replay(const std::wstring& path, const std::wstring& movie)
                L"' is not installed; install it, or set RecordCodec to the name of another or to "
                L"Uncompressed";
     if (std::wstring problem = WriteMovie(cine, movie); !problem.empty()) return problem;
-    WriteOut(movie + L": " + std::to_wstring(cine.frames()) + L" frames, codec " + codec + L"\n");
+    WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + codec + L"\n");
     return L"";
 }
 

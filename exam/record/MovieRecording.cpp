@@ -33,10 +33,10 @@ CRect TimeArea()
 // because they are taken from the plane after it was turned upside down.
 std::vector<CRect> MovieLayout()
 {
-    const CRect panel = ScreenLayout::panel();
+    const CRect panel = ScreenLayout::Panel();
     const int outline = ScreenLayout::outlineHeight;
-    return {ScreenLayout::imageArea(),
-            ScreenLayout::strip(),
+    return {ScreenLayout::ImageArea(),
+            ScreenLayout::Strip(),
             panel,
             TimeArea(),
             CRect(0, outline, panel.Width(), panel.Height()),
@@ -55,11 +55,11 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 } // namespace
 
 MovieRecording::MovieRecording(const ScreenContent& content)
-    : m_content(content), m_rate(FrameRate(content.session.cine())), m_screen(ScreenArea().Size()),
+    : m_content(content), m_rate(FrameRate(content.session.Cine())), m_screen(ScreenArea().Size()),
       m_time(TimeArea().Size())
 {
-    MakeOpenMask(m_imageMask, ScreenLayout::imageArea().Size());
-    MakeOpenMask(m_stripMask, ScreenLayout::strip().Size());
+    MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());
+    MakeOpenMask(m_stripMask, ScreenLayout::Strip().Size());
 }
 
 bool MovieRecording::Start(const std::wstring& path, const Announcement& announcement)
@@ -86,9 +86,9 @@ bool MovieRecording::AddFrame()
     DrawCurrentScreen();
     DrawTime();
     DrawSweep();
-    m_screen.Cut(ScreenLayout::imageArea(), m_image);
-    m_screen.Cut(ScreenLayout::strip(), m_strip);
-    m_screen.Cut(ScreenLayout::panel(), m_panel);
+    m_screen.Cut(ScreenLayout::ImageArea(), m_image);
+    m_screen.Cut(ScreenLayout::Strip(), m_strip);
+    m_screen.Cut(ScreenLayout::Panel(), m_panel);
     const bool strip = m_content.stripShown;
     ++m_frames;
     return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
@@ -107,7 +107,7 @@ void MovieRecording::DrawCurrentScreen()
     shown.recordedFrames.reset();
     shown.status.Empty();
     shown.keysShown = false;
-    DrawScreen(m_screen.dc(), shown);
+    DrawScreen(m_screen.Context(), shown);
 }
 
 // Light on black: the composition adds it to the image.
@@ -118,7 +118,7 @@ void MovieRecording::DrawTime()
     CString text;
     text.Format(L"%.2f s", m_frames / m_rate);
     box.left = 16;
-    CDC& dc = m_time.dc();
+    CDC& dc = m_time.Context();
     const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::scale);
@@ -128,7 +128,7 @@ void MovieRecording::DrawTime()
 
 void MovieRecording::DrawSweep()
 {
-    const int width = ScreenLayout::strip().Width();
+    const int width = ScreenLayout::Strip().Width();
     const int from = m_frames * sweepStep % (width - sweepLength);
     m_sweep.assign(static_cast<std::size_t>(width) * sweepHeight, 0);
     for (int row = 0; row < sweepHeight; ++row)

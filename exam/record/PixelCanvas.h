@@ -20,7 +20,7 @@ public:
 
     explicit operator bool() const { return m_pixels != nullptr; }
 
-    CDC& dc() { return m_dc; }
+    CDC& Context() { return m_dc; }
     void Clear();
 
     // Copies a part, which lies within the picture, into `plane`: rows from the top.

@@ -4,9 +4,9 @@ namespace exam {
 
 bool RawRecording::Start(const std::wstring& path, const Announcement& announcement)
 {
-    const CineFile& cine = m_session.cine();
-    if (!m_store.InitStorage(path.c_str(), cine.type(), cine.description(), cine.steering(),
-                             cine.apex(), cine.lineOffset(), cine.lineCount(), 0, 0))
+    const CineFile& cine = m_session.Cine();
+    if (!m_store.InitStorage(path.c_str(), cine.Type(), cine.Description(), cine.Steering(),
+                             cine.Apex(), cine.LineOffset(), cine.LineCount(), 0, 0))
         return false;
     m_store.SetCompleteCallback(announcement.callback, announcement.userData);
     return true;
@@ -14,7 +14,7 @@ bool RawRecording::Start(const std::wstring& path, const Announcement& announcem
 
 bool RawRecording::AddFrame()
 {
-    const auto frame = m_session.cine().frame(m_session.frame());
+    const auto frame = m_session.Cine().Frame(m_session.Frame());
     // The store only reads; its signature is older than const.
     return m_store.AddFrame(const_cast<std::uint8_t*>(frame.data()),
                             static_cast<int>(frame.size()));

@@ -31,8 +31,8 @@ public:
     CString StartRaw();
     CString StartMovie();
 
-    bool recording() const { return m_recording != nullptr; }
-    int frames() const { return m_frames; }
+    bool IsRecording() const { return m_recording != nullptr; }
+    int Frames() const { return m_frames; }
 
     // Keeps what is on display as the next frame; false when it could not be written, and the
     // recording has ended.

@@ -63,8 +63,8 @@ void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content)
     rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
     rows.Add("exam.label.mode",
              GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (content.session.empty()) return;
-    const ImagingParameters& image = content.view.parameters();
+    if (content.session.IsEmpty()) return;
+    const ImagingParameters& image = content.view.Parameters();
     const Session& session = content.session;
     rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
@@ -72,9 +72,9 @@ void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content)
     rows.Add("exam.label.scale",
              GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     rows.Add("exam.label.frame",
-             GetStr("exam.value.frame", session.frame() + 1, session.cine().frames()));
-    for (const ImageTool* const tool : content.tools.all())
-        if (tool->visible()) rows.Add(tool->NameKey(), tool->Readout());
+             GetStr("exam.value.frame", session.Frame() + 1, session.Cine().Frames()));
+    for (const ImageTool* const tool : content.tools.All())
+        if (tool->IsVisible()) rows.Add(tool->NameKey(), tool->Readout());
 }
 
 } // namespace exam

@@ -33,23 +33,23 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
 
 void DrawImageArea(CDC& dc, const ScreenContent& content)
 {
-    const CRect area = ScreenLayout::imageArea();
+    const CRect area = ScreenLayout::ImageArea();
     dc.FillSolidRect(&area, palette::background);
-    if (content.session.empty()) return;
+    if (content.session.IsEmpty()) return;
     content.view.Paint(dc, area.TopLeft());
     // Scale and tools draw in pixels of the image.
     dc.SetViewportOrg(area.left, area.top);
-    DrawRuler(dc, content.view.parameters(), ScreenLayout::image().Width());
+    DrawRuler(dc, content.view.Parameters(), ScreenLayout::Image().Width());
     content.tools.Draw(dc);
     dc.SetViewportOrg(0, 0);
 }
 
 void DrawPanel(CDC& dc, const ScreenContent& content)
 {
-    DrawInfoPanel(dc, ScreenLayout::panel(), content);
+    DrawInfoPanel(dc, ScreenLayout::Panel(), content);
     if (content.rotation == 0) return;
-    const CSize size(content.view.parameters().width, content.view.parameters().height);
-    DrawRotatedOutline(dc, ScreenLayout::outline(), RotateImageOutline(size, content.rotation));
+    const CSize size(content.view.Parameters().width, content.view.Parameters().height);
+    DrawRotatedOutline(dc, ScreenLayout::Outline(), RotateImageOutline(size, content.rotation));
 }
 
 } // namespace
@@ -58,19 +58,19 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
 {
     {
         const ScopedFont font(dc, 18, FW_SEMIBOLD);
-        DrawBar(dc, ScreenLayout::header(), GetStr("exam.title"),
+        DrawBar(dc, ScreenLayout::Header(), GetStr("exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
     const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);
     if (content.stripShown) {
-        spectralTraceData traces = content.flow.traces();
-        DrawSpectralStrip(dc, ScreenLayout::strip(), traces);
+        spectralTraceData traces = content.flow.Traces();
+        DrawSpectralStrip(dc, ScreenLayout::Strip(), traces);
     }
     if (content.recordedFrames)
-        DrawRecordingMark(dc, ScreenLayout::recordingMark(), *content.recordedFrames);
-    DrawBar(dc, ScreenLayout::status(), content.status,
+        DrawRecordingMark(dc, ScreenLayout::RecordingMark(), *content.recordedFrames);
+    DrawBar(dc, ScreenLayout::Status(), content.status,
             content.keysShown ? GetStr("exam.keys") : CString());
 }
 

@@ -10,7 +10,7 @@ namespace exam {
 
 namespace {
 
-bool researchMode = false;
+bool s_researchMode = false;
 
 void ConsoleModel(TourReport& report)
 {
@@ -30,20 +30,20 @@ void Modes(TourReport& report)
     utilsExam::SetFullscreen(false);
     utilsExam::SetLayoutLeft(false);
 
-    utilsExam::SetIsResearchModeActiveCallback([] { return researchMode; });
+    utilsExam::SetIsResearchModeActiveCallback([] { return s_researchMode; });
     const bool before = utilsExam::IsResearchModeActive();
-    researchMode = true;
+    s_researchMode = true;
     report.Step(!before && utilsExam::IsResearchModeActive(),
                 L"research mode is asked of the application");
-    researchMode = false;
+    s_researchMode = false;
     utilsExam::SetIsResearchModeActiveCallback(nullptr);
 }
 
 void Signal(TourContext& context)
 {
-    const unsigned before = context.window.changesSeen();
+    const unsigned before = context.window.ChangesSeen();
     utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
-    context.report.Step(context.window.changesSeen() == before + 1,
+    context.report.Step(context.window.ChangesSeen() == before + 1,
                         L"the main window hears of a state change");
 }
 

@@ -24,15 +24,15 @@ double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSam
     int count = 0;
     for (int line = firstLine; line <= lastLine; ++line)
         for (int sample = firstSample; sample <= lastSample; ++sample, ++count)
-            sum += view.Grey(view.parameters().Pixel(line, sample));
+            sum += view.Grey(view.Parameters().Pixel(line, sample));
     return sum / count;
 }
 
 void CurvedFrame(TourContext& context)
 {
     ShowRecording(context, 0);
-    const ImageView& view = context.window.view();
-    const ImagingParameters& image = view.parameters();
+    const ImageView& view = context.window.View();
+    const ImagingParameters& image = view.Parameters();
     context.report.Step(image.probe.type == 0 && image.lines == 241,
                         L"the curved recording is on display");
     context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) >
@@ -52,7 +52,7 @@ void CurvedFrame(TourContext& context)
 void LinearFrame(TourContext& context)
 {
     ShowRecording(context, 1);
-    const ImagingParameters& image = context.window.view().parameters();
+    const ImagingParameters& image = context.window.View().Parameters();
     const double width = image.Millimetres(image.Pixel(0, 0), image.Pixel(127, 0));
     const double depth = image.Millimetres(image.Pixel(64, 0), image.Pixel(64, 1535));
     context.report.Step(std::abs(width - 12.7) < 0.1 && std::abs(depth - 19.71) < 0.1,
@@ -63,7 +63,7 @@ void LinearFrame(TourContext& context)
 void NextFrame(TourContext& context)
 {
     context.window.SendMessage(WM_KEYDOWN, 'F', 0);
-    context.report.Step(context.session.frame() == 1, L"a key shows the next frame");
+    context.report.Step(context.session.Frame() == 1, L"a key shows the next frame");
     context.window.NextLanguage();
     context.Picture(L"linear-next-frame-other-language");
     context.window.NextLanguage();

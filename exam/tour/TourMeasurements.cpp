@@ -35,7 +35,7 @@ public:
 private:
     void Post(UINT message, WPARAM flags, CPoint imagePoint)
     {
-        const CPoint at = imagePoint + ScreenLayout::image().TopLeft();
+        const CPoint at = imagePoint + ScreenLayout::Image().TopLeft();
         Send(message, flags, MAKELPARAM(at.x, at.y));
     }
 
@@ -72,14 +72,14 @@ void ShowCurvedRecording(TourContext& context)
 // Two points down one scan line, 40 mm apart by their samples: the caliper has to say so.
 void Distance(TourContext& context, Mouse& mouse)
 {
-    DistanceCaliper& caliper = context.window.tools().distance();
-    const ImagingParameters& image = context.window.view().parameters();
+    DistanceCaliper& caliper = context.window.Tools().Distance();
+    const ImagingParameters& image = context.window.View().Parameters();
     mouse.Key('1');
     const CPoint shallow = image.Pixel(60, 300);
     const CPoint deep = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
-    mouse.DragPoint(caliper.points()[0], shallow);
-    mouse.DragPoint(caliper.points()[1], deep);
-    context.report.Step(caliper.points()[0] == shallow && caliper.points()[1] == deep,
+    mouse.DragPoint(caliper.Points()[0], shallow);
+    mouse.DragPoint(caliper.Points()[1], deep);
+    context.report.Step(caliper.Points()[0] == shallow && caliper.Points()[1] == deep,
                         L"the caliper's points are dragged with the mouse");
     context.report.Step(Near(caliper.Millimetres(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
                         L"the caliper measures 40 mm along a slanted scan line");
@@ -89,22 +89,22 @@ void Distance(TourContext& context, Mouse& mouse)
 
 void Angle(TourContext& context, Mouse& mouse)
 {
-    AngleTool& angle = context.window.tools().angle();
+    AngleTool& angle = context.window.Tools().Angle();
     mouse.Key('2');
     const CPoint vertex(300, 320);
-    mouse.DragPoint(angle.points()[1], vertex);
-    mouse.DragPoint(angle.points()[0], vertex + CPoint(100, 0));
-    mouse.DragPoint(angle.points()[2], vertex + CPoint(100, -100));
+    mouse.DragPoint(angle.Points()[1], vertex);
+    mouse.DragPoint(angle.Points()[0], vertex + CPoint(100, 0));
+    mouse.DragPoint(angle.Points()[2], vertex + CPoint(100, -100));
     context.report.Step(Near(angle.Degrees(), 45.0, 0.01), L"the angle tool measures 45 degrees");
 }
 
 void Region(TourContext& context, Mouse& mouse)
 {
-    RegionBox& region = context.window.tools().region();
-    const ImagingParameters& image = context.window.view().parameters();
+    RegionBox& region = context.window.Tools().Region();
+    const ImagingParameters& image = context.window.View().Parameters();
     mouse.Key('3');
-    mouse.DragPoint(region.points()[0], image.Pixel(150, 500));
-    mouse.DragPoint(region.points()[1], image.Pixel(200, 900));
+    mouse.DragPoint(region.Points()[0], image.Pixel(150, 500));
+    mouse.DragPoint(region.Points()[1], image.Pixel(200, 900));
     context.report.Step(Near(region.DepthMillimetres(), 400 * 0.0513434, 0.3),
                         L"the region's depth follows the scan lines");
     // Chord between lines 150 and 200 at the radius of sample 900.
@@ -123,18 +123,18 @@ void PressBeyondReach(TourContext& context, Mouse& mouse)
 
 void Trackball(TourContext& context, Mouse& mouse)
 {
-    const DistanceCaliper& caliper = context.window.tools().distance();
+    const DistanceCaliper& caliper = context.window.Tools().Distance();
     mouse.Key('P');
     mouse.Key(VK_TAB);
     const bool first = MouseCapture::GetLock() == &caliper;
-    const CPoint before = caliper.points()[0];
+    const CPoint before = caliper.Points()[0];
     mouse.Move(before + CPoint(7, 5));
-    const bool moved = caliper.points()[0] == before + CPoint(7, 5);
+    const bool moved = caliper.Points()[0] == before + CPoint(7, 5);
     mouse.Move(before);
     mouse.Key(VK_TAB);
     mouse.Key(VK_TAB);
     context.report.Step(first && moved &&
-                            MouseCapture::GetLock() == &context.window.tools().angle(),
+                            MouseCapture::GetLock() == &context.window.Tools().Angle(),
                         L"in trackball style Tab steps from point to point and from tool to tool");
     mouse.Key('P');
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");

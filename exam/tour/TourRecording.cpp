@@ -49,8 +49,8 @@ void SetCodec(const wchar_t* name)
 
 bool IsAnnounced(TourContext& context, int frames, const std::wstring& path)
 {
-    return !context.window.recorder().recording() &&
-           context.window.status() == GetStr("exam.record.finished", frames, path.c_str());
+    return !context.window.IsRecording() &&
+           context.window.Status() == GetStr("exam.record.finished", frames, path.c_str());
 }
 
 void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
@@ -60,7 +60,7 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     Advance(context, 2);
     context.Picture(L"recording");
     Advance(context, 2);
-    const bool counted = context.window.recorder().frames() == 4;
+    const bool counted = context.window.RecordedFrames() == 4;
     Key(context, 'C');
     context.report.Step(counted && IsAnnounced(context, 4, path),
                         L"the file of four raw frames is announced");
@@ -68,8 +68,8 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.report.Step(!original.empty() && ReadWhole(path) == original,
                         L"the raw recording is the original file byte for byte");
     CineFile reopened;
-    context.report.Step(reopened.Open(path).empty() && reopened.complete() &&
-                            reopened.frames() == 4,
+    context.report.Step(reopened.Open(path).empty() && reopened.IsComplete() &&
+                            reopened.Frames() == 4,
                         L"it can be opened again");
     context.Picture(L"recording-finished");
 }
@@ -81,19 +81,19 @@ bool TimerHasRecorded(TourContext& context, int frames)
     constexpr ULONGLONG patience = 20000; // milliseconds
     const ULONGLONG end = GetTickCount64() + patience;
     MSG next;
-    while (context.window.recorder().frames() < frames && GetTickCount64() < end) {
+    while (context.window.RecordedFrames() < frames && GetTickCount64() < end) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
         while (PeekMessage(&next, nullptr, 0, 0, PM_REMOVE))
             DispatchMessage(&next);
     }
-    return context.window.recorder().frames() >= frames;
+    return context.window.RecordedFrames() >= frames;
 }
 
 void AnotherImageEndsTheRecording(TourContext& context, const std::wstring& folder)
 {
     Key(context, 'C');
     context.report.Step(TimerHasRecorded(context, 3), L"the timer plays and records frames");
-    const int frames = context.window.recorder().frames();
+    const int frames = context.window.RecordedFrames();
     Key(context, VK_SPACE);
     context.report.Step(IsAnnounced(context, frames, folder + L"\\recording-002.cine"),
                         L"another image ends a recording");
@@ -104,8 +104,8 @@ void MissingCodec(TourContext& context)
 {
     SetCodec(L"no such codec");
     Key(context, 'V');
-    context.report.Step(!context.window.recorder().recording() &&
-                            context.window.status() ==
+    context.report.Step(!context.window.IsRecording() &&
+                            context.window.Status() ==
                                 GetStr("exam.record.nocodec", L"no such codec"),
                         L"a codec that is missing is told, and nothing is recorded");
 }

@@ -17,15 +17,15 @@ namespace {
 class ErrorLines
 {
 public:
-    ErrorLines() { zelLogger::setHook(Count, this); }
+    ErrorLines() { zelLogger::setHook(OnMessage, this); }
     ~ErrorLines() { zelLogger::setHook(nullptr, nullptr); }
     ErrorLines(const ErrorLines&) = delete;
     ErrorLines& operator=(const ErrorLines&) = delete;
 
-    int count() const { return m_count; }
+    int Count() const { return m_count; }
 
 private:
-    static void Count(const zelLogger::Message& message, void* self)
+    static void OnMessage(const zelLogger::Message& message, void* self)
     {
         if (message.level == 1) ++static_cast<ErrorLines*>(self)->m_count;
     }
@@ -52,7 +52,7 @@ void WrongTranslation(TourReport& report)
     const ErrorLines errors;
     const CString text = GetStr("exam.sample.mismatch", 7);
     ZelTString::setLanguage(given);
-    report.Step(text == L"7 measurements" && errors.count() == 1,
+    report.Step(text == L"7 measurements" && errors.Count() == 1,
                 L"a translation that does not fit falls back to the base text, with one log line");
 }
 

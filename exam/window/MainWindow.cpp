@@ -38,8 +38,8 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
 END_MESSAGE_MAP()
 
 MainWindow::MainWindow(Session& session)
-    : m_session(session), m_tools(m_view, ScreenLayout::image()),
-      m_flow(ScreenLayout::strip().Width()), m_content{m_session, m_view, m_tools, m_flow},
+    : m_session(session), m_tools(m_view, ScreenLayout::Image()),
+      m_flow(ScreenLayout::Strip().Width()), m_content{m_session, m_view, m_tools, m_flow},
       m_recorder(m_content, [this](const std::wstring& path) { RecordingFinished(path); })
 {
 }
@@ -82,7 +82,7 @@ void MainWindow::NextLanguage()
 void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 {
     ++m_changesSeen;
-    if (type == StateChangeType(stateImageChanged) && !m_session.empty()) ShowFrame();
+    if (type == StateChangeType(stateImageChanged) && !m_session.IsEmpty()) ShowFrame();
     if (!GetSafeHwnd()) return;
     if (type == StateChangeType(stateLanguageChanged)) SetWindowText(GetStr("exam.title"));
     Invalidate(FALSE);
@@ -90,14 +90,14 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 
 void MainWindow::ShowFrame()
 {
-    const CineFile& cine = m_session.cine();
+    const CineFile& cine = m_session.Cine();
     if (m_shown != &cine) {
         EndRecording(); // a recording holds frames of one size
         m_shown = &cine;
-        m_view.SetRecording(cine, ScreenLayout::image().Size());
-        m_tools.Reset(ScreenLayout::image().Size());
+        m_view.SetRecording(cine, ScreenLayout::Image().Size());
+        m_tools.Reset(ScreenLayout::Image().Size());
     }
-    m_view.Show(cine, m_session.frame());
+    m_view.Show(cine, m_session.Frame());
 }
 
 BOOL MainWindow::OnEraseBkgnd(CDC*)
@@ -120,7 +120,7 @@ void MainWindow::OnPaint()
 
 void MainWindow::ToggleTool(ImageTool& tool)
 {
-    tool.Show(!tool.visible());
+    tool.Show(!tool.IsVisible());
 }
 
 void MainWindow::OnKeyDown(UINT key, UINT, UINT)
@@ -129,9 +129,9 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
     case VK_SPACE: m_session.NextImage(); return TellChange(stateImageChanged);
     case 'F': m_session.NextFrame(); return TellChange(stateImageChanged);
     case 'L': return NextLanguage();
-    case '1': return ToggleTool(m_tools.distance());
-    case '2': return ToggleTool(m_tools.angle());
-    case '3': return ToggleTool(m_tools.region());
+    case '1': return ToggleTool(m_tools.Distance());
+    case '2': return ToggleTool(m_tools.Angle());
+    case '3': return ToggleTool(m_tools.Region());
     case 'P':
         return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball
                                                                          : InputPointer);
@@ -147,11 +147,11 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
 
 void MainWindow::ToggleRecording(CString (Recorder::*start)())
 {
-    if (m_recorder.recording()) return EndRecording();
+    if (m_recorder.IsRecording()) return EndRecording();
     m_content.status = (m_recorder.*start)();
-    if (m_recorder.recording())
+    if (m_recorder.IsRecording())
         SetTimer(playTimer,
-                 static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.cine()))),
+                 static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.Cine()))),
                  nullptr);
     ShowRecordingMark();
 }
@@ -165,15 +165,15 @@ void MainWindow::EndRecording()
 
 void MainWindow::RecordingFinished(const std::wstring& path)
 {
-    m_content.status = GetStr("exam.record.finished", m_recorder.frames(), path.c_str());
+    m_content.status = GetStr("exam.record.finished", m_recorder.Frames(), path.c_str());
 }
 
 void MainWindow::AdvanceRecording()
 {
-    if (!m_recorder.recording()) return;
+    if (!m_recorder.IsRecording()) return;
     if (!m_recorder.AddFrame()) {
         KillTimer(playTimer);
-        m_content.status = GetStr("exam.record.broken", m_recorder.frames());
+        m_content.status = GetStr("exam.record.broken", m_recorder.Frames());
         return ShowRecordingMark();
     }
     m_session.NextFrame();
@@ -184,7 +184,7 @@ void MainWindow::AdvanceRecording()
 void MainWindow::ShowRecordingMark()
 {
     m_content.recordedFrames.reset();
-    if (m_recorder.recording()) m_content.recordedFrames = m_recorder.frames();
+    if (m_recorder.IsRecording()) m_content.recordedFrames = m_recorder.Frames();
     TellChange(stateDisplayChanged);
 }
 

@@ -24,11 +24,11 @@ public:
     // Creates and shows the window; false when the platform refuses.
     bool Open();
 
-    const ImageView& view() const { return m_view; }
-    MeasureTools& tools() { return m_tools; }
-    unsigned changesSeen() const { return m_changesSeen; }
+    const ImageView& View() const { return m_view; }
+    MeasureTools& Tools() { return m_tools; }
+    unsigned ChangesSeen() const { return m_changesSeen; }
 
-    const CString& status() const { return m_content.status; }
+    const CString& Status() const { return m_content.status; }
     void SetStatus(const CString& text);
     void ShowStrip(bool shown);
 
@@ -37,7 +37,8 @@ public:
 
     // Where recordings go.
     void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
-    const Recorder& recorder() const { return m_recorder; }
+    bool IsRecording() const { return m_recorder.IsRecording(); }
+    int RecordedFrames() const { return m_recorder.Frames(); }
 
     // Records the frame on display and shows the next one, as the timer does while a recording is
     // under way.

@@ -49,41 +49,41 @@ protected:
 TEST_F(CineFileTest, ReadsTheHeaderAndEveryFrame)
 {
     ASSERT_EQ(Read(HeaderWords(2), 30), L"");
-    EXPECT_EQ(m_cine.frames(), 2);
-    EXPECT_TRUE(m_cine.complete());
-    EXPECT_EQ(m_cine.lines(), lines);
-    EXPECT_EQ(m_cine.samples(), samples);
-    EXPECT_EQ(m_cine.description().samplingFreq, 15000000);
-    EXPECT_EQ(m_cine.description().frameRate, 30000);
-    EXPECT_EQ(m_cine.probe().radius, 26400);
-    EXPECT_EQ(m_cine.steering(), 1000);
-    EXPECT_EQ(m_cine.apex(), 2000);
-    EXPECT_EQ(m_cine.lineOffset(), 1);
-    EXPECT_EQ(m_cine.lineCount(), 241);
-    ASSERT_EQ(m_cine.frame(1).size(), 15u);
-    EXPECT_EQ(m_cine.frame(1)[0], 15);
-    EXPECT_EQ(m_cine.frame(1)[14], 29);
+    EXPECT_EQ(m_cine.Frames(), 2);
+    EXPECT_TRUE(m_cine.IsComplete());
+    EXPECT_EQ(m_cine.Lines(), lines);
+    EXPECT_EQ(m_cine.Samples(), samples);
+    EXPECT_EQ(m_cine.Description().samplingFreq, 15000000);
+    EXPECT_EQ(m_cine.Description().frameRate, 30000);
+    EXPECT_EQ(m_cine.Probe().radius, 26400);
+    EXPECT_EQ(m_cine.Steering(), 1000);
+    EXPECT_EQ(m_cine.Apex(), 2000);
+    EXPECT_EQ(m_cine.LineOffset(), 1);
+    EXPECT_EQ(m_cine.LineCount(), 241);
+    ASSERT_EQ(m_cine.Frame(1).size(), 15u);
+    EXPECT_EQ(m_cine.Frame(1)[0], 15);
+    EXPECT_EQ(m_cine.Frame(1)[14], 29);
 }
 
 TEST_F(CineFileTest, HasNoFrameOutsideItsCount)
 {
     ASSERT_EQ(Read(HeaderWords(2), 30), L"");
-    EXPECT_TRUE(m_cine.frame(-1).empty());
-    EXPECT_TRUE(m_cine.frame(2).empty());
+    EXPECT_TRUE(m_cine.Frame(-1).empty());
+    EXPECT_TRUE(m_cine.Frame(2).empty());
 }
 
 TEST_F(CineFileTest, CountsTheFramesOfARecordingThatWasCutOff)
 {
     ASSERT_EQ(Read(HeaderWords(0), 37), L"");
-    EXPECT_EQ(m_cine.frames(), 2);
-    EXPECT_FALSE(m_cine.complete());
+    EXPECT_EQ(m_cine.Frames(), 2);
+    EXPECT_FALSE(m_cine.IsComplete());
 }
 
 TEST_F(CineFileTest, BelievesTheSizeWhenTheCountPromisesMore)
 {
     ASSERT_EQ(Read(HeaderWords(2000000000), 30), L"");
-    EXPECT_EQ(m_cine.frames(), 2);
-    EXPECT_FALSE(m_cine.complete());
+    EXPECT_EQ(m_cine.Frames(), 2);
+    EXPECT_FALSE(m_cine.IsComplete());
 }
 
 TEST_F(CineFileTest, TellsWhatIsWrongWithAFile)
@@ -118,8 +118,8 @@ TEST_F(CineFileTest, SurvivesRandomBytes)
             word = random() % 3 == 0 ? static_cast<std::int32_t>(random())
                                      : static_cast<std::int32_t>(random() % 64);
         if (!Read(words, random() % 300).empty()) continue;
-        for (int frame = 0; frame < m_cine.frames(); ++frame)
-            EXPECT_EQ(m_cine.frame(frame).size(), static_cast<std::size_t>(m_cine.lines()) *
-                                                      static_cast<std::size_t>(m_cine.samples()));
+        for (int frame = 0; frame < m_cine.Frames(); ++frame)
+            EXPECT_EQ(m_cine.Frame(frame).size(), static_cast<std::size_t>(m_cine.Lines()) *
+                                                      static_cast<std::size_t>(m_cine.Samples()));
     }
 }

@@ -8,7 +8,7 @@ TEST(CommandLine, WithoutArgumentsOpensInEnglishOnTheFirstConsole)
 {
     const auto options = ParseCommandLine({});
     EXPECT_TRUE(options.error.empty());
-    EXPECT_FALSE(options.tour());
+    EXPECT_FALSE(options.IsTour());
     EXPECT_EQ(options.language, L"en");
     EXPECT_EQ(int(options.console), 0);
 }
@@ -40,14 +40,14 @@ TEST(CommandLine, TellsWhatIsWrong)
 
 TEST(CommandLine, ReadsTheCommandsOnRawCines)
 {
-    EXPECT_FALSE(ParseCommandLine({}).command());
+    EXPECT_FALSE(ParseCommandLine({}).IsCommand());
     const auto info = ParseCommandLine({L"--cine-info", L"a.cine"});
-    EXPECT_TRUE(info.command());
+    EXPECT_TRUE(info.IsCommand());
     EXPECT_EQ(info.cineInfo, L"a.cine");
     const auto replay =
         ParseCommandLine({L"--cine-to-avi", L"a.cine", L"a.avi", L"--profile", L"exam.ini"});
     EXPECT_EQ(replay.error, L"");
-    EXPECT_TRUE(replay.command());
+    EXPECT_TRUE(replay.IsCommand());
     EXPECT_EQ(replay.cineToPlay, L"a.cine");
     EXPECT_EQ(replay.movie, L"a.avi");
     EXPECT_EQ(replay.profile, L"exam.ini");

@@ -3,7 +3,7 @@
 
 namespace {
 
-exam::ExamApp theApp;
+exam::ExamApp s_app;
 
 } // namespace
 
