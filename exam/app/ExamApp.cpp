@@ -8,12 +8,13 @@
 #include "tour/Tour.h"
 
 #include <Utils_Statics/utilsExam.h>
+#include <base/FilePath.h>
+#include <base/Owner.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <shellapi.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace exam {
 
@@ -22,14 +23,20 @@ namespace {
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 
+struct ArgumentListTraits
+{
+    using Handle = wchar_t**;
+    static Handle Empty() noexcept { return nullptr; }
+    static void Release(Handle list) noexcept { LocalFree(list); }
+};
+
 std::vector<std::wstring> Arguments()
 {
     int count = 0;
-    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    const base::Owner<ArgumentListTraits> list(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::wstring> arguments;
-    for (int i = 1; words && i < count; ++i)
-        arguments.emplace_back(words[i]);
-    LocalFree(words);
+    for (int i = 1; list && i < count; ++i)
+        arguments.emplace_back(list.get()[i]);
     return arguments;
 }
 
@@ -82,10 +89,10 @@ void ExamApp::ChooseProfile()
     std::wstring profile = m_options.profile;
     if (profile.empty() && m_options.IsTour()) profile = m_options.tourFolder + L"\\exam.ini";
     if (profile.empty()) return SetRegistryKey(L"Kestrow");
-    std::error_code error; // a name without a folder would mean the Windows folder
-    const std::filesystem::path file = std::filesystem::absolute(profile, error);
+    // A name without a folder would mean the Windows folder.
+    const std::wstring file = base::FullPath(profile.c_str());
     std::free(const_cast<wchar_t*>(m_pszProfileName));
-    m_pszProfileName = _wcsdup(error ? profile.c_str() : file.c_str());
+    m_pszProfileName = _wcsdup(file.empty() ? profile.c_str() : file.c_str());
 }
 
 bool ExamApp::RunCommand()

@@ -1,6 +1,6 @@
 #include "base/Console.h"
 
-#include <windows.h>
+#include <base/Encoding.h>
 
 #include <cstdio>
 
@@ -10,12 +10,8 @@ namespace {
 
 void Write(std::FILE* stream, const std::wstring& text)
 {
-    const int length = static_cast<int>(text.size());
-    const int bytes =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string narrow(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(), bytes, nullptr, nullptr);
-    std::fwrite(narrow.data(), 1, narrow.size(), stream);
+    const std::string bytes = base::Utf8FromWide(text);
+    std::fwrite(bytes.data(), 1, bytes.size(), stream);
     std::fflush(stream);
 }
 

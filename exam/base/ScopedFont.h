@@ -2,6 +2,8 @@
 
 #include <afxwin.h>
 
+#include <base/GdiHandles.h>
+
 namespace exam {
 
 // Selects a font for the length of a scope.
@@ -10,21 +12,22 @@ class ScopedFont
 public:
     static constexpr int textSize = 15; // pixels; of everything but the title
 
-    ScopedFont(CDC& dc, int pixels, int weight) : m_dc(dc)
+    ScopedFont(CDC& dc, int pixels, int weight)
+        : m_selection(dc.GetSafeHdc(), Create(pixels, weight))
+    {
+    }
+
+private:
+    HGDIOBJ Create(int pixels, int weight)
     {
         m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                           OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
                           DEFAULT_PITCH | FF_SWISS, L"Arial");
-        m_old = dc.SelectObject(&m_font);
+        return m_font.GetSafeHandle();
     }
-    ~ScopedFont() { m_dc.SelectObject(m_old); }
-    ScopedFont(const ScopedFont&) = delete;
-    ScopedFont& operator=(const ScopedFont&) = delete;
 
-private:
-    CDC& m_dc;
-    CFont m_font;
-    CFont* m_old = nullptr;
+    CFont m_font; // made by the selection's argument, so it stands before it
+    base::Selection m_selection;
 };
 
 } // namespace exam

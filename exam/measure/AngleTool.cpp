@@ -1,5 +1,7 @@
 #include "measure/AngleTool.h"
 
+#include "base/Strokes.h"
+
 #include <Utils_Statics/GetStr.h>
 
 #include <cmath>
@@ -20,9 +22,7 @@ double AngleTool::Degrees() const
 
 void AngleTool::Draw(CDC& dc) const
 {
-    dc.MoveTo(Points()[0]);
-    dc.LineTo(Points()[1]);
-    dc.LineTo(Points()[2]);
+    DrawLines(dc, Points());
     DrawPoints(dc);
 }
 

@@ -1,5 +1,7 @@
 #include "measure/DistanceCaliper.h"
 
+#include "base/Strokes.h"
+
 #include <Utils_Statics/GetStr.h>
 
 namespace exam {
@@ -11,8 +13,7 @@ double DistanceCaliper::Millimetres() const
 
 void DistanceCaliper::Draw(CDC& dc) const
 {
-    dc.MoveTo(Points()[0]);
-    dc.LineTo(Points()[1]);
+    DrawLines(dc, Points());
     DrawPoints(dc);
 }
 

@@ -1,6 +1,7 @@
 #include "measure/ImageTool.h"
 
 #include "base/StateChanges.h"
+#include "base/Strokes.h"
 
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
@@ -46,11 +47,10 @@ void ImageTool::SetPoints(const std::vector<CPoint>& points)
 void ImageTool::DrawPoints(CDC& dc) const
 {
     for (std::size_t i = 0; i < m_points.size(); ++i) {
+        const CPoint& at = m_points[i];
         const int arm = static_cast<int>(i) == m_active ? 9 : 6;
-        dc.MoveTo(m_points[i].x - arm, m_points[i].y);
-        dc.LineTo(m_points[i].x + arm + 1, m_points[i].y);
-        dc.MoveTo(m_points[i].x, m_points[i].y - arm);
-        dc.LineTo(m_points[i].x, m_points[i].y + arm + 1);
+        DrawLines(dc, {CPoint(at.x - arm, at.y), CPoint(at.x + arm + 1, at.y)});
+        DrawLines(dc, {CPoint(at.x, at.y - arm), CPoint(at.x, at.y + arm + 1)});
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "base/Palette.h"
 
+#include <base/GdiHandles.h>
+
 namespace exam {
 
 MeasureTools::MeasureTools(const ImageView& view, const CRect& area)
@@ -31,9 +33,8 @@ void MeasureTools::Draw(CDC& dc) const
     for (const ImageTool* const tool : All()) {
         if (!tool->IsVisible()) continue;
         CPen pen(PS_SOLID, 1, palette::accent);
-        CPen* const old = dc.SelectObject(&pen);
+        const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
         tool->Draw(dc);
-        dc.SelectObject(old);
     }
 }
 

@@ -1,8 +1,10 @@
 #include "measure/RotatedOutline.h"
 
 #include "base/Palette.h"
+#include "base/Strokes.h"
 
 #include <Utils_Statics/MatrixRoutines.h>
+#include <base/GdiHandles.h>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +24,15 @@ std::array<std::array<double, 3>, 4> Corners(CSize size)
     const double x = size.cx / 2.0;
     const double y = size.cy / 2.0;
     return {{{-x, -y, 1}, {x, -y, 1}, {x, y, 1}, {-x, y, 1}}};
+}
+
+// Draws a quadrilateral, beginning and ending at its first corner.
+void DrawClosed(CDC& dc, int style, COLORREF colour, const std::array<CPoint, 4>& corners)
+{
+    CPen pen(style, 1, colour);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    DrawLines(dc, corners);
+    DrawLines(dc, {corners.back(), corners.front()});
 }
 
 } // namespace
@@ -59,21 +70,13 @@ void DrawRotatedOutline(CDC& dc, const CRect& area, const RotatedOutline& outlin
         return CPoint(centre.x + Rounded(x * scale), centre.y + Rounded(y * scale));
     };
 
-    CPen boxPen(PS_DOT, 1, palette::label);
-    CPen* const old = dc.SelectObject(&boxPen);
-    const CRect& bounds = outline.bounds;
-    dc.MoveTo(place(bounds.left, bounds.top));
-    for (const CPoint& corner :
-         {CPoint(bounds.right, bounds.top), CPoint(bounds.right, bounds.bottom),
-          CPoint(bounds.left, bounds.bottom), CPoint(bounds.left, bounds.top)})
-        dc.LineTo(place(corner.x, corner.y));
-
-    CPen outlinePen(PS_SOLID, 1, palette::accent);
-    dc.SelectObject(&outlinePen);
-    dc.MoveTo(place(outline.corners[3].x, outline.corners[3].y));
-    for (const CPoint& corner : outline.corners)
-        dc.LineTo(place(corner.x, corner.y));
-    dc.SelectObject(old);
+    const CRect& box = outline.bounds;
+    DrawClosed(dc, PS_DOT, palette::label,
+               {place(box.left, box.top), place(box.right, box.top), place(box.right, box.bottom),
+                place(box.left, box.bottom)});
+    const auto& [a, b, c, d] = outline.corners;
+    DrawClosed(dc, PS_SOLID, palette::accent,
+               {place(d.x, d.y), place(a.x, a.y), place(b.x, b.y), place(c.x, c.y)});
 }
 
 } // namespace exam

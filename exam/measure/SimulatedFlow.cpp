@@ -31,7 +31,7 @@ unsigned char Bin(double share)
 
 } // namespace
 
-SimulatedFlow::SimulatedFlow(int columns)
+SimulatedFlow::SimulatedFlow(CSize plot)
 {
     CDopplerScaling::SetPWPRP(250);
     CDopplerScaling::SetPWFreq(2500000);
@@ -39,7 +39,8 @@ SimulatedFlow::SimulatedFlow(int columns)
     CDopplerScaling::SetPWVesselAngle(0);
     CDopplerScaling::SetVecDopScaleFactor(1.0);
     CDopplerScaling::SetBaselineStartPos(0.0);
-    const int count = std::max(columns, 0);
+    CDopplerScaling::SetPWDisplayHeight(plot.cy);
+    const int count = std::max<int>(plot.cx, 0);
     m_bins.resize(static_cast<std::size_t>(count) * traceCount, Bin(0));
     spectralTraceData view = Traces();
     for (int x = 0; x < count; ++x) {

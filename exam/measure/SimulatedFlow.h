@@ -2,6 +2,8 @@
 
 #include <Utils_Statics/spectralTraceData.h>
 
+#include <atltypes.h>
+
 #include <vector>
 
 namespace exam {
@@ -13,7 +15,8 @@ namespace exam {
 class SimulatedFlow
 {
 public:
-    explicit SimulatedFlow(int columns);
+    // `plot`: a column a value of the traces, and the pixels over which the spectrum is spread.
+    explicit SimulatedFlow(CSize plot);
 
     // A view of the four traces. Valid while this object lives.
     spectralTraceData Traces();

@@ -7,8 +7,8 @@
 namespace exam {
 
 // Draws a spectral Doppler strip: the velocity scale, the baseline and the traces of `data`, whose
-// bytes are spectral bins. The scale comes from the current parameters of CDopplerScaling; the
-// strip's height becomes one of them.
+// bytes are spectral bins. The scale comes from the current parameters of CDopplerScaling, whose
+// display height has to be that of the area.
 void DrawSpectralStrip(CDC& dc, const CRect& area, spectralTraceData& data);
 
 } // namespace exam

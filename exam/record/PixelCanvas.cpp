@@ -20,20 +20,21 @@ BITMAPINFO MakeBitmapInfo(CSize size)
 
 } // namespace
 
-PixelCanvas::PixelCanvas(CSize size) : m_size(size)
+PixelCanvas::PixelCanvas(CSize size) : m_size(size), m_selection(MakeContext(), MakeBitmap()) {}
+
+HDC PixelCanvas::MakeContext()
 {
-    const BITMAPINFO info = MakeBitmapInfo(size);
-    void* pixels = nullptr;
-    if (!m_dc.CreateCompatibleDC(nullptr)) return;
-    if (!m_bitmap.Attach(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0)))
-        return;
-    m_before = ::SelectObject(m_dc.GetSafeHdc(), m_bitmap.GetSafeHandle());
-    if (m_before) m_pixels = static_cast<unsigned int*>(pixels);
+    m_dc.CreateCompatibleDC(nullptr);
+    return m_dc.GetSafeHdc();
 }
 
-PixelCanvas::~PixelCanvas()
+HGDIOBJ PixelCanvas::MakeBitmap()
 {
-    if (m_before) ::SelectObject(m_dc.GetSafeHdc(), m_before);
+    const BITMAPINFO info = MakeBitmapInfo(m_size);
+    void* pixels = nullptr;
+    m_bitmap.Attach(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    m_pixels = static_cast<unsigned int*>(pixels);
+    return m_bitmap.GetSafeHandle();
 }
 
 void PixelCanvas::Clear()
@@ -45,7 +46,7 @@ void PixelCanvas::Cut(const CRect& part, std::vector<unsigned int>& plane) const
 {
     const auto width = static_cast<std::size_t>(part.Width());
     plane.assign(width * static_cast<std::size_t>(part.Height()), 0);
-    if (!m_pixels) return;
+    if (!m_selection) return;
     GdiFlush(); // drawing may still be under way
     auto out = plane.begin();
     for (int y = part.top; y < part.bottom; ++y)

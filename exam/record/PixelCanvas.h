@@ -1,6 +1,7 @@
 #pragma once
 
 #include <afxwin.h>
+#include <base/GdiHandles.h>
 
 #include <vector>
 
@@ -14,11 +15,8 @@ public:
     // Black. Empty when the platform refuses; drawing then does nothing and all pixels read as
     // black.
     explicit PixelCanvas(CSize size);
-    ~PixelCanvas();
-    PixelCanvas(const PixelCanvas&) = delete;
-    PixelCanvas& operator=(const PixelCanvas&) = delete;
 
-    explicit operator bool() const { return m_pixels != nullptr; }
+    explicit operator bool() const { return static_cast<bool>(m_selection); }
 
     CDC& Context() { return m_dc; }
     void Clear();
@@ -27,11 +25,15 @@ public:
     void Cut(const CRect& part, std::vector<unsigned int>& plane) const;
 
 private:
+    // Both make what they are named after and give its handle; null when the platform refuses.
+    HDC MakeContext();
+    HGDIOBJ MakeBitmap();
+
     CSize m_size;
     CDC m_dc;
     CBitmap m_bitmap;
-    HGDIOBJ m_before = nullptr;       // what was selected into the context
     unsigned int* m_pixels = nullptr; // owned by the bitmap
+    base::Selection m_selection;      // made of the members above
 };
 
 } // namespace exam

@@ -1,6 +1,7 @@
 #include "record/VideoCodec.h"
 
 #include <afxwin.h>
+#include <base/Owner.h>
 
 #include <vfw.h>
 
@@ -13,16 +14,26 @@ constexpr wchar_t entry[] = L"RecordCodec";
 constexpr wchar_t uncompressed[] = L"Uncompressed";
 constexpr wchar_t firstChoice[] = L"MJPG";
 
-// Asks one installed codec for its short name; empty when it cannot be opened.
-std::wstring ShortName(const ICINFO& listed)
+struct CodecTraits
+{
+    using Handle = HIC;
+    static HIC Empty() noexcept { return nullptr; }
+    static void Release(HIC codec) noexcept { ICClose(codec); }
+};
+
+ICINFO EmptyInfo()
 {
     ICINFO info{};
     info.dwSize = sizeof info;
-    const HIC codec = ICOpen(ICTYPE_VIDEO, listed.fccHandler, ICMODE_QUERY);
-    if (!codec) return {};
-    const bool answered = ICGetInfo(codec, &info, sizeof info) != 0;
-    ICClose(codec);
-    return answered ? info.szName : L"";
+    return info;
+}
+
+// Asks one installed codec for its short name; empty when it cannot be opened.
+std::wstring ShortName(const ICINFO& listed)
+{
+    const base::Owner<CodecTraits> codec(ICOpen(ICTYPE_VIDEO, listed.fccHandler, ICMODE_QUERY));
+    ICINFO info = EmptyInfo();
+    return codec && ICGetInfo(codec.get(), &info, sizeof info) != 0 ? info.szName : L"";
 }
 
 } // namespace
@@ -39,10 +50,11 @@ std::wstring MovieCodec()
 bool IsUsableCodec(const std::wstring& name)
 {
     if (name == uncompressed) return true;
-    ICINFO info{};
-    for (DWORD i = 0; info = {}, info.dwSize = sizeof info, ICInfo(ICTYPE_VIDEO, i, &info); ++i)
-        if (ShortName(info) == name) return true;
-    return false;
+    for (DWORD i = 0;; ++i) {
+        ICINFO listed = EmptyInfo();
+        if (!ICInfo(ICTYPE_VIDEO, i, &listed)) return false;
+        if (ShortName(listed) == name) return true;
+    }
 }
 
 } // namespace exam

@@ -3,6 +3,7 @@
 #include "base/Palette.h"
 
 #include <Utils_Statics/GetStr.h>
+#include <base/GdiHandles.h>
 
 namespace exam {
 
@@ -15,11 +16,9 @@ void DrawDot(CDC& dc, int x, int y)
 {
     CBrush brush(palette::recording);
     CPen pen(PS_SOLID, 1, palette::recording);
-    CBrush* const oldBrush = dc.SelectObject(&brush);
-    CPen* const oldPen = dc.SelectObject(&pen);
+    const base::Selection fill(dc.GetSafeHdc(), brush.GetSafeHandle());
+    const base::Selection edge(dc.GetSafeHdc(), pen.GetSafeHandle());
     dc.Ellipse(x, y, x + dotSize, y + dotSize);
-    dc.SelectObject(oldPen);
-    dc.SelectObject(oldBrush);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "window/Capture.h"
 
-#include <afxwin.h>
+#include <base/GdiHandles.h>
 
 #include <objidl.h>
 
@@ -47,20 +47,18 @@ bool CaptureToPng(HWND window, const std::wstring& path)
 {
     RECT client{};
     if (!GetClientRect(window, &client)) return false;
-    CClientDC source(CWnd::FromHandle(window));
-    CDC memory;
-    CBitmap bitmap;
-    if (!memory.CreateCompatibleDC(&source) ||
-        !bitmap.CreateCompatibleBitmap(&source, client.right, client.bottom))
-        return false;
-    CBitmap* const old = memory.SelectObject(&bitmap);
-    memory.BitBlt(0, 0, client.right, client.bottom, &source, 0, 0, SRCCOPY);
-    memory.SelectObject(old);
-
+    const base::WindowContext source(window);
+    const base::MemoryContext memory(CreateCompatibleDC(source.get()));
+    const base::Bitmap bitmap(CreateCompatibleBitmap(source.get(), client.right, client.bottom));
+    {
+        const base::Selection selection(memory.get(), bitmap.get());
+        if (!selection) return false;
+        BitBlt(memory.get(), 0, 0, client.right, client.bottom, source.get(), 0, 0, SRCCOPY);
+    }
     const GdiPlusSession session;
     if (!session) return false;
     const std::unique_ptr<Gdiplus::Bitmap> image(
-        Gdiplus::Bitmap::FromHBITMAP(static_cast<HBITMAP>(bitmap.GetSafeHandle()), nullptr));
+        Gdiplus::Bitmap::FromHBITMAP(bitmap.get(), nullptr));
     return image && image->Save(path.c_str(), &pngEncoder, nullptr) == Gdiplus::Ok;
 }
 

@@ -8,6 +8,7 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
+#include <base/GdiHandles.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <algorithm>
@@ -39,7 +40,7 @@ END_MESSAGE_MAP()
 
 MainWindow::MainWindow(Session& session)
     : m_session(session), m_tools(m_view, ScreenLayout::Image()),
-      m_flow(ScreenLayout::Strip().Width()), m_content{m_session, m_view, m_tools, m_flow},
+      m_flow(ScreenLayout::Strip().Size()), m_content{m_session, m_view, m_tools, m_flow},
       m_recorder(m_content, [this](const std::wstring& path) { RecordingFinished(path); })
 {
 }
@@ -112,10 +113,9 @@ void MainWindow::OnPaint()
     CBitmap bitmap;
     memory.CreateCompatibleDC(&window);
     bitmap.CreateCompatibleBitmap(&window, ScreenLayout::width, ScreenLayout::height);
-    CBitmap* const old = memory.SelectObject(&bitmap);
+    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
     DrawScreen(memory, m_content);
     window.BitBlt(0, 0, ScreenLayout::width, ScreenLayout::height, &memory, 0, 0, SRCCOPY);
-    memory.SelectObject(old);
 }
 
 void MainWindow::ToggleTool(ImageTool& tool)
