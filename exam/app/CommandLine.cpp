@@ -28,7 +28,7 @@ void SetConsole(CommandLine& options, Values values)
 {
     const std::wstring& value = *values;
     options.console = utilsExam::MapConsoleType(value.c_str());
-    if (options.console == EConsoleType(-1))
+    if (options.console == eConsoleUnknown)
         options.error = L"--console knows no model '" + value + L"'";
 }
 

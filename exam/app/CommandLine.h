@@ -11,7 +11,7 @@ namespace exam {
 struct CommandLine
 {
     std::wstring language = L"en";
-    EConsoleType console = EConsoleType(0);
+    EConsoleType console = eConsolePemmit;
     std::wstring tourFolder; // empty: stay open and interactive
     std::wstring profile;    // INI file that holds the settings; empty: the registry
     std::wstring cineInfo;   // raw cine file whose header is to be printed

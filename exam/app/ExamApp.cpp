@@ -125,7 +125,7 @@ bool ExamApp::OpenMainWindow()
     m_window = std::make_unique<MainWindow>(m_session);
     m_window->SetRecordingFolder((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()) +
                                  L"\\recordings");
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
+    TellChange(stateImageChanged);
     m_pMainWnd = m_window.get();
     if (m_window->Open()) return true;
     WriteError(L"exam: the main window cannot be created; is there a screen?\n");

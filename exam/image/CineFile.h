@@ -1,7 +1,8 @@
 #pragma once
 
+#include "image/RawCine.h"
+
 #include <qor_utils/ZelProbe.h>
-#include <qor_utils/uData.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +12,7 @@
 
 namespace exam {
 
-// A raw cine file of grey levels, read whole. docs/formats/raw-cine.md describes the format.
+// A raw cine file of grey levels, read whole.
 class CineFile
 {
 public:
@@ -20,35 +21,27 @@ public:
     // frames as its size gives.
     std::wstring Open(const std::wstring& path);
 
-    uData Type() const { return m_type; }
-    const uDataDesc& Description() const { return m_description; }
+    const CineDescription& Description() const { return m_description; }
+    int Lines() const { return m_description.stream.lines; }
+    int Samples() const { return m_description.stream.samples; }
+    ZelProbe Probe() const;
+
+    // The rate at which the recording is played: its own, or 30 when it has none.
+    double FramesPerSecond() const;
+
     int Frames() const { return m_frames; }
-    int Lines() const { return m_description.lines; }
-    int Samples() const { return m_description.samples; }
 
     // Whether the header's own count agrees with the size of the file.
     bool IsComplete() const { return m_complete; }
-
-    ZelProbe Probe() const;
-    int Steering() const { return m_extra[0]; }   // thousandths of a degree
-    int Apex() const { return m_extra[1]; }       // thousandths of a degree, 0 = none
-    int LineOffset() const { return m_extra[2]; } // lines
-    int LineCount() const
-    {
-        return m_extra[3];
-    } // scan lines over the aperture, 0 = one per element
 
     // Lines() x Samples() bytes, line by line; `frame` from 0 to Frames() - 1. Valid while the
     // object is not changed.
     std::span<const std::uint8_t> Frame(int frame) const;
 
 private:
-    std::wstring ReadHeader(std::span<const std::uint8_t> bytes);
     std::size_t FrameSize() const;
 
-    uData m_type = uDataBMode;
-    uDataDesc m_description{};
-    std::int32_t m_extra[6] = {};
+    CineDescription m_description;
     int m_frames = 0;
     bool m_complete = false;
     std::vector<std::uint8_t> m_payload;

@@ -29,30 +29,12 @@ GreyBitmapInfo MakeGreyBitmapInfo(int width)
     return info;
 }
 
-FrameGeometry MakeFrameGeometry(const ImagingParameters& image)
-{
-    FrameGeometry geometry;
-    geometry.probe = &image.probe;
-    geometry.lines = image.lines;
-    geometry.samples = image.samples;
-    geometry.samplingFreq = image.samplingFreq;
-    geometry.soundSpeed = image.soundSpeed;
-    geometry.steerAngle = image.scanA;
-    geometry.scanB = image.scanB;
-    geometry.origin = image.origin;
-    geometry.micronsPerPixel = image.micronsPerPixel;
-    geometry.width = image.width;
-    geometry.height = image.height;
-    geometry.flip = image.flip;
-    return geometry;
-}
-
 } // namespace
 
 void ImageView::SetRecording(const CineFile& cine, CSize size)
 {
     m_parameters = FitImage(cine, size);
-    m_map.emplace(MakeFrameGeometry(m_parameters));
+    m_map.emplace(m_parameters.ToFrameGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
 }
 

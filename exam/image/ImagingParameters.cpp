@@ -40,19 +40,19 @@ int DivideUp(int dividend, int divisor)
 
 ImagingParameters WithoutScale(const CineFile& cine, CSize size)
 {
-    const uDataDesc& description = cine.Description();
+    const CineDescription& description = cine.Description();
     ImagingParameters image;
-    image.samplingFreq = description.samplingFreq;
-    image.scanA = cine.Steering();
-    image.scanB = cine.Apex();
     image.probe = cine.Probe();
-    image.soundSpeed = description.soundSpeed;
-    image.scanC = cine.LineOffset();
+    image.samplingFreq = description.stream.samplingFreq;
+    image.soundSpeed = description.stream.soundSpeed;
+    image.steerAngle = description.steerAngle;
+    image.apexAngle = description.apexAngle;
+    image.lineOffset = description.lineOffset;
+    image.apertureLines = description.apertureLines;
+    image.lines = description.stream.lines;
+    image.samples = description.stream.samples;
     image.width = size.cx;
     image.height = size.cy;
-    image.ld = cine.LineCount();
-    image.lines = description.lines;
-    image.samples = description.samples;
     return image;
 }
 
@@ -60,21 +60,35 @@ ImagingParameters WithoutScale(const CineFile& cine, CSize size)
 
 CPoint ImagingParameters::Pixel(int line, int sample) const
 {
-    const UPoint pixel =
-        qor_utils::GetPixelCoordinatesLD(line, sample, origin, micronsPerPixel, samplingFreq, scanA,
-                                         scanB, &probe, soundSpeed, ld, scanC, width, height, flip);
+    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
+        line, sample, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, &probe,
+        soundSpeed, apertureLines, lineOffset, width, height, flip);
     return {pixel.x, pixel.y};
 }
 
 UPoint ImagingParameters::ScanPosition(CPoint pixel) const
 {
     const UPoint position = CImgGeometry::GetUSCoordinates(
-        pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, scanA, scanB, lines, &probe,
-        soundSpeed, scanC, width, height, flip);
+        pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, lines,
+        &probe, soundSpeed, lineOffset, width, height, flip);
     // The library counts elements across the aperture; the lines of a frame lie closer or wider.
     const int elements = std::max(1, probe.elements);
     return {std::clamp(position.x * lines / elements, 0, std::max(0, lines - 1)),
             std::clamp(position.y, 0, std::max(0, samples - 1))};
+}
+
+void ImagingParameters::DrawScanLine(CDC& dc, int line, int sample1, int sample2) const
+{
+    CImgGeometry::DrawVerticalUSLine(&dc, line, sample1, sample2, origin, micronsPerPixel,
+                                     samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
+                                     lineOffset, width, height, flip, apertureLines);
+}
+
+void ImagingParameters::DrawDepthLine(CDC& dc, int sample, int line1, int line2) const
+{
+    CImgGeometry::DrawHorizontalUSLine(&dc, sample, line1, line2, origin, micronsPerPixel,
+                                       samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
+                                       lineOffset, width, height, flip, apertureLines);
 }
 
 double ImagingParameters::Millimetres(CPoint a, CPoint b) const
@@ -82,9 +96,32 @@ double ImagingParameters::Millimetres(CPoint a, CPoint b) const
     return std::hypot((a.x - b.x) * micronsPerPixel.x, (a.y - b.y) * micronsPerPixel.y) / 1000.0;
 }
 
+double ImagingParameters::DepthMillimetres(int sample1, int sample2) const
+{
+    return CImgGeometry::GetUSDistance(sample1, sample2, samplingFreq, soundSpeed) / 1000.0;
+}
+
 double ImagingParameters::DepthMillimetres() const
 {
     return qor_utils::GetSampleSize(samplingFreq, soundSpeed) * samples / 1000.0;
+}
+
+FrameGeometry ImagingParameters::ToFrameGeometry() const
+{
+    FrameGeometry geometry;
+    geometry.probe = &probe;
+    geometry.lines = lines;
+    geometry.samples = samples;
+    geometry.samplingFreq = samplingFreq;
+    geometry.soundSpeed = soundSpeed;
+    geometry.steerAngle = steerAngle;
+    geometry.scanB = apexAngle;
+    geometry.origin = origin;
+    geometry.micronsPerPixel = micronsPerPixel;
+    geometry.width = width;
+    geometry.height = height;
+    geometry.flip = flip;
+    return geometry;
 }
 
 ImagingParameters FitImage(const CineFile& cine, CSize size)

@@ -4,7 +4,6 @@
 #include "base/Strokes.h"
 
 #include <Utils_Statics/MouseCapture.h>
-#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
 #include <utility>
@@ -13,10 +12,9 @@ namespace exam {
 
 namespace {
 
-void TellMeasurementChanged()
-{
-    utilsExam::StateChangeSignal(StateChangeType(stateMeasurementChanged), 0, 0);
-}
+// Half the size of a point's cross, in pixels.
+constexpr int restingArm = 6;
+constexpr int grabbedArm = 9;
 
 } // namespace
 
@@ -34,21 +32,21 @@ void ImageTool::Show(bool visible)
         if (MouseCapture::GetLock() == this) MouseCapture::Unlock();
         MouseCapture::Unregister(this);
     }
-    TellMeasurementChanged();
+    TellChange(stateMeasurementChanged);
 }
 
 void ImageTool::SetPoints(const std::vector<CPoint>& points)
 {
     for (std::size_t i = 0; i < std::min(points.size(), m_points.size()); ++i)
         MovePoint(i, points[i]);
-    TellMeasurementChanged();
+    TellChange(stateMeasurementChanged);
 }
 
 void ImageTool::DrawPoints(CDC& dc) const
 {
     for (std::size_t i = 0; i < m_points.size(); ++i) {
         const CPoint& at = m_points[i];
-        const int arm = static_cast<int>(i) == m_active ? 9 : 6;
+        const int arm = static_cast<int>(i) == m_active ? grabbedArm : restingArm;
         DrawLines(dc, {CPoint(at.x - arm, at.y), CPoint(at.x + arm + 1, at.y)});
         DrawLines(dc, {CPoint(at.x, at.y - arm), CPoint(at.x, at.y + arm + 1)});
     }
@@ -65,7 +63,7 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
     if (m_active < 0 || m_active >= static_cast<int>(m_points.size())) return false;
     if (message == WM_MOUSEMOVE) {
         MovePoint(static_cast<std::size_t>(m_active), CPoint(x - m_corner.x, y - m_corner.y));
-        TellMeasurementChanged();
+        TellChange(stateMeasurementChanged);
         return true;
     }
     if (message ==
@@ -80,7 +78,7 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
 void ImageTool::OnReleaseMouse()
 {
     m_active = -1;
-    TellMeasurementChanged();
+    TellChange(stateMeasurementChanged);
 }
 
 void ImageTool::GetAutoPoints(std::vector<POINT>& points)
@@ -102,7 +100,7 @@ void ImageTool::SetLock(int index)
             SetCursorPos(at.x, at.y);
         }
     }
-    TellMeasurementChanged();
+    TellChange(stateMeasurementChanged);
 }
 
 void ImageTool::GetBackgroundRect(CRect& rect)

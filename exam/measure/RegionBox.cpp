@@ -1,6 +1,5 @@
 #include "measure/RegionBox.h"
 
-#include <Utils_Statics/CImgGeometry.h>
 #include <Utils_Statics/GetStr.h>
 
 #include <algorithm>
@@ -17,9 +16,7 @@ RegionBox::Extent RegionBox::ScanExtent() const
 double RegionBox::DepthMillimetres() const
 {
     const Extent extent = ScanExtent();
-    return CImgGeometry::GetUSDistance(extent.sample1, extent.sample2, Image().samplingFreq,
-                                       Image().soundSpeed) /
-           1000.0;
+    return Image().DepthMillimetres(extent.sample1, extent.sample2);
 }
 
 double RegionBox::WidthMillimetres() const
@@ -32,15 +29,10 @@ double RegionBox::WidthMillimetres() const
 void RegionBox::Draw(CDC& dc) const
 {
     const Extent extent = ScanExtent();
-    const ImagingParameters& p = Image();
     for (const int line : {extent.line1, extent.line2})
-        CImgGeometry::DrawVerticalUSLine(
-            &dc, line, extent.sample1, extent.sample2, p.origin, p.micronsPerPixel, p.samplingFreq,
-            p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width, p.height, p.flip, p.ld);
+        Image().DrawScanLine(dc, line, extent.sample1, extent.sample2);
     for (const int sample : {extent.sample1, extent.sample2})
-        CImgGeometry::DrawHorizontalUSLine(
-            &dc, sample, extent.line1, extent.line2, p.origin, p.micronsPerPixel, p.samplingFreq,
-            p.scanA, p.scanB, &p.probe, p.soundSpeed, p.scanC, p.width, p.height, p.flip, p.ld);
+        Image().DrawDepthLine(dc, sample, extent.line1, extent.line2);
     DrawPoints(dc);
 }
 

@@ -2,7 +2,6 @@
 
 #include "base/Console.h"
 #include "base/ScreenLayout.h"
-#include "image/FrameRate.h"
 #include "image/ImageView.h"
 #include "record/VideoCodec.h"
 
@@ -72,7 +71,7 @@ std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
     view.SetRecording(cine, size);
     if (!view.IsValid()) return L"the header gives no geometry to show the frames by";
     Movie movie;
-    if (!movie.Start(path, size, FrameRate(cine))) return CannotWrite(path);
+    if (!movie.Start(path, size, cine.FramesPerSecond())) return CannotWrite(path);
     for (int frame = 0; frame < cine.Frames(); ++frame) {
         view.Show(cine, frame);
         if (!movie.Add(view))

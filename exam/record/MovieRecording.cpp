@@ -3,7 +3,6 @@
 #include "base/Palette.h"
 #include "base/ScopedFont.h"
 #include "base/ScreenLayout.h"
-#include "image/FrameRate.h"
 #include "screen/Screen.h"
 
 #include <algorithm>
@@ -55,8 +54,8 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 } // namespace
 
 MovieRecording::MovieRecording(const ScreenContent& content)
-    : m_content(content), m_rate(FrameRate(content.session.Cine())), m_screen(ScreenArea().Size()),
-      m_time(TimeArea().Size())
+    : m_content(content), m_rate(content.session.Cine().FramesPerSecond()),
+      m_screen(ScreenArea().Size()), m_time(TimeArea().Size())
 {
     MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());
     MakeOpenMask(m_stripMask, ScreenLayout::Strip().Size());

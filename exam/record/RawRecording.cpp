@@ -4,9 +4,9 @@ namespace exam {
 
 bool RawRecording::Start(const std::wstring& path, const Announcement& announcement)
 {
-    const CineFile& cine = m_session.Cine();
-    if (!m_store.InitStorage(path.c_str(), cine.Type(), cine.Description(), cine.Steering(),
-                             cine.Apex(), cine.LineOffset(), cine.LineCount(), 0, 0))
+    const CineDescription& cine = m_session.Cine().Description();
+    if (!m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle, cine.apexAngle,
+                             cine.lineOffset, cine.apertureLines, 0, 0))
         return false;
     m_store.SetCompleteCallback(announcement.callback, announcement.userData);
     return true;

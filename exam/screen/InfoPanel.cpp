@@ -1,6 +1,7 @@
 #include "screen/InfoPanel.h"
 
 #include "base/Palette.h"
+#include "image/ProbeType.h"
 #include "screen/ScreenContent.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -11,13 +12,14 @@ namespace exam {
 namespace {
 
 constexpr int rowHeight = 44;
+constexpr int valueBelowLabel = 18;
 
 const char* ProbeKey(int type)
 {
     switch (type) {
-    case 0: return "exam.probe.curved";
-    case 1: return "exam.probe.linear";
-    case 2: return "exam.probe.phased";
+    case curvedProbe: return "exam.probe.curved";
+    case linearProbe: return "exam.probe.linear";
+    case phasedProbe: return "exam.probe.phased";
     default: return "exam.probe.unknown";
     }
 }
@@ -34,7 +36,7 @@ public:
     void Add(const char* labelKey, const CString& value)
     {
         Write(GetStr(labelKey), palette::label, 0);
-        Write(value, palette::text, 18);
+        Write(value, palette::text, valueBelowLabel);
         m_row.OffsetRect(0, rowHeight);
     }
 

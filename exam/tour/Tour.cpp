@@ -1,5 +1,6 @@
 #include "tour/Tour.h"
 
+#include "base/StateChanges.h"
 #include "window/Capture.h"
 
 #include <Utils_Statics/utilsExam.h>
@@ -13,6 +14,12 @@ void TourContext::Picture(const std::wstring& name)
     window.UpdateWindow();
     const std::wstring path = folder + L"\\" + name + L".png";
     report.Step(CaptureToPng(window.GetSafeHwnd(), path), L"picture " + name + L".png");
+}
+
+void TourContext::ShowRecording(SampleRecording recording)
+{
+    session.Select(recording);
+    TellChange(stateImageChanged);
 }
 
 void TakeTour(TourContext& context)

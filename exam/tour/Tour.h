@@ -4,9 +4,17 @@
 #include "tour/TourReport.h"
 #include "window/MainWindow.h"
 
+#include <cstddef>
 #include <string>
 
 namespace exam {
+
+// The recordings of the sample study, in the order in which the session holds them.
+enum SampleRecording : std::size_t
+{
+    curvedRecording,
+    linearRecording
+};
 
 // What the steps of a tour work on.
 struct TourContext
@@ -18,6 +26,8 @@ struct TourContext
 
     // Lets the window paint what has changed and saves it as NAME.png; a step of its own.
     void Picture(const std::wstring& name);
+
+    void ShowRecording(SampleRecording recording);
 };
 
 // Walks through every subsystem the application uses.

@@ -42,7 +42,7 @@ void Modes(TourReport& report)
 void Signal(TourContext& context)
 {
     const unsigned before = context.window.ChangesSeen();
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
+    TellChange(stateImageChanged);
     context.report.Step(context.window.ChangesSeen() == before + 1,
                         L"the main window hears of a state change");
 }

@@ -1,21 +1,12 @@
 // Station 4: real echoes on the screen, at true proportions.
-#include "base/StateChanges.h"
+#include "image/ProbeType.h"
 #include "tour/Tour.h"
-
-#include <Utils_Statics/utilsExam.h>
 
 #include <cmath>
 
 namespace exam {
 
 namespace {
-
-void ShowRecording(TourContext& context, std::size_t index)
-{
-    context.session.Select(index);
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), static_cast<unsigned>(index),
-                                 0);
-}
 
 // Mean grey level of the image along the samples of a patch of scan lines.
 double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSample, int lastSample)
@@ -30,10 +21,10 @@ double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSam
 
 void CurvedFrame(TourContext& context)
 {
-    ShowRecording(context, 0);
+    context.ShowRecording(curvedRecording);
     const ImageView& view = context.window.View();
     const ImagingParameters& image = view.Parameters();
-    context.report.Step(image.probe.type == 0 && image.lines == 241,
+    context.report.Step(image.probe.type == curvedProbe && image.lines == 241,
                         L"the curved recording is on display");
     context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) >
                             2 * MeanGrey(view, 115, 130, 1600, 1680),
@@ -51,7 +42,7 @@ void CurvedFrame(TourContext& context)
 
 void LinearFrame(TourContext& context)
 {
-    ShowRecording(context, 1);
+    context.ShowRecording(linearRecording);
     const ImagingParameters& image = context.window.View().Parameters();
     const double width = image.Millimetres(image.Pixel(0, 0), image.Pixel(127, 0));
     const double depth = image.Millimetres(image.Pixel(64, 0), image.Pixel(64, 1535));
@@ -76,7 +67,7 @@ void TourImages(TourContext& context)
     CurvedFrame(context);
     LinearFrame(context);
     NextFrame(context);
-    ShowRecording(context, 0);
+    context.ShowRecording(curvedRecording);
 }
 
 } // namespace exam

@@ -1,10 +1,8 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages.
 #include "base/ScreenLayout.h"
-#include "base/StateChanges.h"
 #include "tour/Tour.h"
 
 #include <Utils_Statics/MouseCapture.h>
-#include <Utils_Statics/utilsExam.h>
 
 #include <cmath>
 
@@ -61,12 +59,6 @@ private:
 bool Near(double value, double expected, double tolerance)
 {
     return std::abs(value - expected) <= tolerance;
-}
-
-void ShowCurvedRecording(TourContext& context)
-{
-    context.session.Select(0);
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 0, 0);
 }
 
 // Two points down one scan line, 40 mm apart by their samples: the caliper has to say so.
@@ -144,7 +136,7 @@ void Trackball(TourContext& context, Mouse& mouse)
 
 void TourMeasurements(TourContext& context)
 {
-    ShowCurvedRecording(context);
+    context.ShowRecording(curvedRecording);
     Mouse mouse(context.window);
     Distance(context, mouse);
     Angle(context, mouse);

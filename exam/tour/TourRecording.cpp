@@ -1,6 +1,5 @@
 // Station 7: what the exam shows is kept, as raw frames byte for byte and as movies.
 #include "base/Console.h"
-#include "base/StateChanges.h"
 #include "record/VideoCodec.h"
 #include "tour/Tour.h"
 
@@ -23,12 +22,6 @@ std::string ReadWhole(const std::wstring& path)
 {
     std::ifstream file(fs::path(path), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-void ShowLinearRecording(TourContext& context)
-{
-    context.session.Select(1);
-    utilsExam::StateChangeSignal(StateChangeType(stateImageChanged), 1, 0);
 }
 
 void Key(TourContext& context, UINT key)
@@ -97,7 +90,7 @@ void AnotherImageEndsTheRecording(TourContext& context, const std::wstring& fold
     Key(context, VK_SPACE);
     context.report.Step(IsAnnounced(context, frames, folder + L"\\recording-002.cine"),
                         L"another image ends a recording");
-    ShowLinearRecording(context);
+    context.ShowRecording(linearRecording);
 }
 
 void MissingCodec(TourContext& context)
@@ -131,7 +124,7 @@ void TourRecording(TourContext& context)
     const std::wstring folder = context.folder + L"\\recordings";
     std::error_code error;
     fs::remove_all(folder, error); // of an earlier tour
-    ShowLinearRecording(context);
+    context.ShowRecording(linearRecording);
     RawRecordingOfAllFrames(context, folder);
     AnotherImageEndsTheRecording(context, folder);
     MissingCodec(context);

@@ -2,7 +2,6 @@
 
 #include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
-#include "image/FrameRate.h"
 #include "screen/Screen.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -20,10 +19,9 @@ namespace {
 constexpr UINT_PTR playTimer = 1;
 constexpr double shortestInterval = 10; // milliseconds
 
-void TellChange(ExamStateChange change)
-{
-    utilsExam::StateChangeSignal(StateChangeType(change), 0, 0);
-}
+// Tenths of a degree.
+constexpr int rotationStep = 150;
+constexpr int fullTurn = 3600;
 
 } // namespace
 
@@ -83,9 +81,9 @@ void MainWindow::NextLanguage()
 void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 {
     ++m_changesSeen;
-    if (type == StateChangeType(stateImageChanged) && !m_session.IsEmpty()) ShowFrame();
+    if (type == stateImageChanged && !m_session.IsEmpty()) ShowFrame();
     if (!GetSafeHwnd()) return;
-    if (type == StateChangeType(stateLanguageChanged)) SetWindowText(GetStr("exam.title"));
+    if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
     Invalidate(FALSE);
 }
 
@@ -137,7 +135,7 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
                                                                          : InputPointer);
     case VK_TAB: MouseCapture::LockNext(); return;
     case 'S': return ShowStrip(!m_content.stripShown);
-    case 'R': return SetRotation((m_content.rotation + 150) % 3600);
+    case 'R': return SetRotation((m_content.rotation + rotationStep) % fullTurn);
     case 'C': return ToggleRecording(&Recorder::StartRaw);
     case 'V': return ToggleRecording(&Recorder::StartMovie);
     case VK_ESCAPE: DestroyWindow(); return;
@@ -151,7 +149,8 @@ void MainWindow::ToggleRecording(CString (Recorder::*start)())
     m_content.status = (m_recorder.*start)();
     if (m_recorder.IsRecording())
         SetTimer(playTimer,
-                 static_cast<UINT>(std::max(shortestInterval, 1000 / FrameRate(m_session.Cine()))),
+                 static_cast<UINT>(
+                     std::max(shortestInterval, 1000 / m_session.Cine().FramesPerSecond())),
                  nullptr);
     ShowRecordingMark();
 }

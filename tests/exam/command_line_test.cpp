@@ -10,7 +10,7 @@ TEST(CommandLine, WithoutArgumentsOpensInEnglishOnTheFirstConsole)
     EXPECT_TRUE(options.error.empty());
     EXPECT_FALSE(options.IsTour());
     EXPECT_EQ(options.language, L"en");
-    EXPECT_EQ(int(options.console), 0);
+    EXPECT_EQ(options.console, eConsolePemmit);
 }
 
 TEST(CommandLine, ReadsEveryOption)
@@ -19,7 +19,7 @@ TEST(CommandLine, ReadsEveryOption)
         ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});
     EXPECT_EQ(options.error, L"");
     EXPECT_EQ(options.language, L"de");
-    EXPECT_EQ(int(options.console), 4);
+    EXPECT_EQ(options.console, eConsoleTavren);
     EXPECT_EQ(options.tourFolder, L"out");
 }
 

@@ -1,0 +1,97 @@
+#include "image/RawCine.h"
+
+#include <Utils_Statics/CineHeader.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <filesystem>
+
+namespace exam {
+
+namespace {
+
+constexpr std::int64_t headerSize = sizeof(CineHeader);
+
+// The places of the writer's six integers that this application gives a meaning to.
+enum Extra
+{
+    steerAngleExtra,
+    apexAngleExtra,
+    lineOffsetExtra,
+    apertureLinesExtra,
+    firstUnusedExtra
+};
+
+base::File OpenToRead(const std::wstring& path)
+{
+    return base::File(CreateFileW(path.c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+uDataDesc ToStream(const std::uint32_t (&words)[CineHeader::descWords])
+{
+    std::array<std::uint32_t, CineHeader::descWords + 1> all{}; // the tag comes first
+    std::copy(std::begin(words), std::end(words), all.begin() + 1);
+    return std::bit_cast<uDataDesc>(all);
+}
+
+CineDescription ToDescription(const CineHeader& header)
+{
+    return {header.type,
+            header.frameCount,
+            ToStream(header.desc),
+            header.extra[steerAngleExtra],
+            header.extra[apexAngleExtra],
+            header.extra[lineOffsetExtra],
+            header.extra[apertureLinesExtra],
+            {header.extra[firstUnusedExtra], header.extra[firstUnusedExtra + 1]}};
+}
+
+} // namespace
+
+std::optional<std::int64_t> CineDescription::FrameSize() const
+{
+    const std::int32_t bits = stream.bitsPerSample;
+    if (type != uDataBMode || stream.lines < 1 || stream.samples < 1 || bits < 8 || bits > 64 ||
+        bits % 8 != 0)
+        return {};
+    std::int64_t size = 0;
+    if (__builtin_mul_overflow(std::int64_t{stream.lines} * stream.samples, std::int64_t{bits} / 8,
+                               &size))
+        return {};
+    return size;
+}
+
+std::wstring RawCine::Open(const std::wstring& path)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return L"there is no such file";
+    m_file = OpenToRead(path);
+    LARGE_INTEGER size{};
+    if (!m_file || !GetFileSizeEx(m_file.get(), &size)) return L"the file cannot be read";
+    m_payloadSize = size.QuadPart - headerSize;
+    if (m_payloadSize < 0) return L"the file is shorter than the 76 bytes of a header";
+    CineHeader header;
+    if (!ReadAt(0, &header, sizeof header)) return L"the file cannot be read";
+    m_description = ToDescription(header);
+    return L"";
+}
+
+bool RawCine::Read(std::int64_t offset, std::span<std::uint8_t> bytes) const
+{
+    if (offset < 0) return false;
+    return ReadAt(headerSize + offset, bytes.data(), bytes.size());
+}
+
+bool RawCine::ReadAt(std::int64_t position, void* bytes, std::size_t size) const
+{
+    LARGE_INTEGER place{};
+    place.QuadPart = position;
+    DWORD read = 0;
+    return SetFilePointerEx(m_file.get(), place, nullptr, FILE_BEGIN) &&
+           ReadFile(m_file.get(), bytes, static_cast<DWORD>(size), &read, nullptr) && read == size;
+}
+
+} // namespace exam

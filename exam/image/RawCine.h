@@ -1,0 +1,57 @@
+#pragma once
+
+#include <base/Handles.h>
+#include <qor_utils/uData.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace exam {
+
+/// What the header of a raw cine file says, in the terms of this application.
+/// docs/formats/raw-cine.md describes the format.
+struct CineDescription
+{
+    uData type = uDataBMode;
+    std::int32_t count = 0;         ///< frames; 0 when the recording was not finished
+    uDataDesc stream;               ///< sizes, sampling, probe and frame rate; its tag is 0
+    std::int32_t steerAngle = 0;    ///< thousandths of a degree
+    std::int32_t apexAngle = 0;     ///< of a virtual apex, thousandths of a degree; 0: none
+    std::int32_t lineOffset = 0;    ///< lines
+    std::int32_t apertureLines = 0; ///< scan lines over the aperture; 0: one per element
+    std::int32_t unused[2] = {};
+
+    /// Bytes of a frame; nothing when the numbers make none. Only B-mode frames have their size in
+    /// the header.
+    std::optional<std::int64_t> FrameSize() const;
+};
+
+/// A raw cine file of any kind of data, open for reading.
+class RawCine
+{
+public:
+    /// Opens `path` and reads its header. An empty text means success, else it is one sentence that
+    /// says what is wrong with the file.
+    std::wstring Open(const std::wstring& path);
+
+    const CineDescription& Description() const { return m_description; }
+
+    /// Bytes behind the header.
+    std::int64_t PayloadSize() const { return m_payloadSize; }
+
+    /// Fills `bytes` from the payload, from `offset` on; false when it does not hold them all, or
+    /// cannot be read.
+    bool Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;
+
+private:
+    bool ReadAt(std::int64_t position, void* bytes, std::size_t size) const;
+
+    base::File m_file;
+    CineDescription m_description;
+    std::int64_t m_payloadSize = 0;
+};
+
+} // namespace exam
