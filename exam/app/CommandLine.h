@@ -7,29 +7,29 @@
 
 namespace exam {
 
-// What the user asked for on the command line.
+/// What the user asked for on the command line.
 struct CommandLine
 {
     std::wstring language = L"en";
     EConsoleType console = eConsolePemmit;
-    std::wstring tourFolder; // empty: stay open and interactive
-    std::wstring profile;    // INI file that holds the settings; empty: the registry
-    std::wstring cineInfo;   // raw cine file whose header is to be printed
-    std::wstring cineToPlay; // raw cine file to be replayed into `movie`
+    std::wstring tourFolder; ///< empty: stay open and interactive
+    std::wstring profile;    ///< INI file that holds the settings; empty: the registry
+    std::wstring cineInfo;   ///< raw cine file whose header is to be printed
+    std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
     bool help = false;
-    std::wstring error; // not empty: what is wrong, one sentence
+    std::wstring error; ///< one sentence that says what is wrong; empty: nothing
 
     bool IsTour() const { return !tourFolder.empty(); }
 
-    // Whether a command was given that needs no window.
+    /// Whether a command was given that needs no window.
     bool IsCommand() const { return !cineInfo.empty() || !cineToPlay.empty(); }
 };
 
-// Reads the arguments after the program's name. Never fails: what is wrong is told in `error`.
+/// Reads the arguments after the program's name. Nothing is thrown; `error` says what is wrong.
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
 
-// The text of --help.
+/// The text of --help.
 const wchar_t* UsageText();
 
 } // namespace exam

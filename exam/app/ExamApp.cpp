@@ -83,13 +83,14 @@ bool ExamApp::ReadCommandLine()
     return false;
 }
 
-// A tour keeps its settings to itself.
+// Sets where settings are kept. A tour keeps its own, so that it neither reads nor changes the
+// user's.
 void ExamApp::ChooseProfile()
 {
     std::wstring profile = m_options.profile;
     if (profile.empty() && m_options.IsTour()) profile = m_options.tourFolder + L"\\exam.ini";
     if (profile.empty()) return SetRegistryKey(L"Kestrow");
-    // A name without a folder would mean the Windows folder.
+    // The profile functions would look for a name without a folder in the Windows folder.
     const std::wstring file = base::FullPath(profile.c_str());
     std::free(const_cast<wchar_t*>(m_pszProfileName));
     m_pszProfileName = _wcsdup(file.empty() ? profile.c_str() : file.c_str());

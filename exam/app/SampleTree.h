@@ -4,8 +4,8 @@
 
 namespace exam {
 
-// Points the numbered stores at the sample data beside the program; what the user changes goes
-// below `userFolder`.
+// Points the numbered stores at the sample data beside the program, and the store of what the user
+// changes below `userFolder`.
 void InstallStores(const std::wstring& userFolder);
 
 // The folder of the string tables.

@@ -6,11 +6,11 @@
 
 namespace exam {
 
-// Selects a font for the length of a scope.
+/// Selects a font for the length of a scope.
 class ScopedFont
 {
 public:
-    static constexpr int textSize = 15; // pixels; of everything but the title
+    static constexpr int textSize = 15; ///< pixels; of everything but the title
 
     ScopedFont(CDC& dc, int pixels, int weight)
         : m_selection(dc.GetSafeHdc(), Create(pixels, weight))
@@ -26,7 +26,7 @@ private:
         return m_font.GetSafeHandle();
     }
 
-    CFont m_font; // made by the selection's argument, so it stands before it
+    CFont m_font; // initialised before the selection, whose argument creates it
     base::Selection m_selection;
 };
 

@@ -4,7 +4,7 @@
 
 namespace exam {
 
-// The fixed layout of the main window's client area, in pixels.
+/// The fixed layout of the main window's client area, in pixels.
 struct ScreenLayout
 {
     static constexpr int width = 1024;
@@ -27,8 +27,7 @@ struct ScreenLayout
     }
     static CRect Status() { return {0, height - statusHeight, width, height}; }
 
-    // The part of ImageArea() that the frame is fitted into; the depth scale stands to the right of
-    // it.
+    /// The part of ImageArea() that shows the frame. The depth scale stands to the right of it.
     static CRect Image()
     {
         CRect rect = ImageArea();
@@ -36,7 +35,7 @@ struct ScreenLayout
         return rect;
     }
 
-    // The spectral strip covers the lower end of ImageArea() while it is shown.
+    /// The spectral strip covers the lower end of ImageArea() while it is shown.
     static CRect Strip()
     {
         CRect rect = ImageArea();
@@ -44,10 +43,10 @@ struct ScreenLayout
         return rect;
     }
 
-    // In the upper left corner of ImageArea(), where a sector leaves room.
+    /// In the upper left corner of ImageArea(), where a sector leaves room.
     static CRect RecordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
 
-    // The lower end of the panel.
+    /// The lower end of the panel.
     static CRect Outline()
     {
         CRect rect = Panel();

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-/// The meanings that this application gives to the state-change signal. The type is the library's;
-/// its values are the application's to define.
+/// The values of the state-change signal. The library declares their type, and the application
+/// defines them.
 enum StateChangeType : std::int32_t
 {
     stateImageChanged = 1,       ///< another recording or frame is on display

@@ -7,8 +7,8 @@
 
 namespace exam {
 
-/// Draws straight lines from point to point with the pen that is selected. As the platform's lines,
-/// they end before the last point.
+/// Draws straight lines from point to point with the selected pen. The last point itself is not
+/// drawn.
 void DrawLines(CDC& dc, std::span<const CPoint> points);
 void DrawLines(CDC& dc, std::initializer_list<CPoint> points);
 

@@ -12,13 +12,13 @@
 
 namespace exam {
 
-// A raw cine file of grey levels, read whole.
+/// A raw cine file of grey levels, read whole.
 class CineFile
 {
 public:
-    // Reads `path`; an empty result text means success, else it is one sentence that says what is
-    // wrong with the file. A file whose count field is 0 (the recording was cut off) holds as many
-    // frames as its size gives.
+    /// Reads `path`. The result is empty, or one sentence that says what is wrong with the file.
+    /// The size of the file decides how many frames there are when the header's count is 0, because
+    /// the recording was not finished, or larger.
     std::wstring Open(const std::wstring& path);
 
     const CineDescription& Description() const { return m_description; }
@@ -26,16 +26,16 @@ public:
     int Samples() const { return m_description.stream.samples; }
     ZelProbe Probe() const;
 
-    // The rate at which the recording is played: its own, or 30 when it has none.
+    /// The rate at which the recording is played: its own, or 30 if it has none.
     double FramesPerSecond() const;
 
     int Frames() const { return m_frames; }
 
-    // Whether the header's own count agrees with the size of the file.
+    /// Whether the header's own count agrees with the size of the file.
     bool IsComplete() const { return m_complete; }
 
-    // Lines() x Samples() bytes, line by line; `frame` from 0 to Frames() - 1. Valid while the
-    // object is not changed.
+    /// Lines() x Samples() bytes, line by line; `frame` from 0 to Frames() - 1. Valid while the
+    /// object is not changed.
     std::span<const std::uint8_t> Frame(int frame) const;
 
 private:

@@ -6,7 +6,7 @@ namespace exam {
 
 namespace {
 
-// A bitmap header with the grey scale as its colour table, in the layout that GDI reads.
+// A bitmap header followed by a grey scale as its colour table: the layout of a BITMAPINFO.
 struct GreyBitmapInfo
 {
     BITMAPINFOHEADER header{};
@@ -46,8 +46,8 @@ void ImageView::Show(const CineFile& cine, int frame)
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    // Row by row: the rows are not padded to the four bytes that a bitmap of several rows has to
-    // have.
+    // GDI expects the rows of a bitmap to be padded to four bytes. These are not, so each row is
+    // drawn as a bitmap of its own.
     const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width);
     const auto* const bitmap = reinterpret_cast<const BITMAPINFO*>(&info);
     const std::size_t width = static_cast<std::size_t>(m_parameters.width);

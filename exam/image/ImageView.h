@@ -12,27 +12,27 @@
 
 namespace exam {
 
-// One frame of a recording, scan-converted for display.
+/// One frame of a recording, scan-converted for display.
 class ImageView
 {
 public:
-    // Fits the frames of `cine` into an image of `size` pixels. Show() has to follow.
+    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show().
     void SetRecording(const CineFile& cine, CSize size);
 
-    // Converts frame number `frame` of the recording that was set.
+    /// Converts frame number `frame` of `cine`, which is the recording that was set.
     void Show(const CineFile& cine, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
 
-    // Whether the recording that was set has a geometry to be shown by.
+    /// Whether the header of the recording describes a geometry. Without one the image stays black.
     bool IsValid() const { return m_map && m_map->Valid(); }
 
     const ImagingParameters& Parameters() const { return m_parameters; }
 
-    // The image's grey levels, rows from the top; 0 outside the imaged region.
+    /// The image's grey levels, rows from the top; 0 outside the imaged region.
     std::span<const std::uint8_t> GreyLevels() const { return m_grey; }
 
-    // Grey level of a pixel; 0 outside the imaged region and outside the image.
+    /// Grey level of a pixel; 0 outside the imaged region and outside the image.
     int Grey(CPoint pixel) const;
 
 private:

@@ -12,12 +12,12 @@ namespace {
 
 constexpr int margin = 12;
 
-// The scale at which the extent of a frame is measured before the final one is known: fine enough
-// for any probe.
-constexpr int measuringScale = 10; // microns per pixel
+// Microns per pixel at which the extent of a frame is measured before its scale is known. It is
+// fine enough for any probe.
+constexpr int measuringScale = 10;
 
-// The pixels that the outline of a frame touches at the current scale: its edge lines, and the
-// first and last sample of every line, since the lowest point of a sector lies between its edges.
+// The smallest rectangle that holds the first and the last sample of every line. All lines are
+// looked at, because the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
 {
     CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));
@@ -71,7 +71,7 @@ UPoint ImagingParameters::ScanPosition(CPoint pixel) const
     const UPoint position = CImgGeometry::GetUSCoordinates(
         pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, lines,
         &probe, soundSpeed, lineOffset, width, height, flip);
-    // The library counts elements across the aperture; the lines of a frame lie closer or wider.
+    // The library's result counts elements across the aperture, not the lines of the frame.
     const int elements = std::max(1, probe.elements);
     return {std::clamp(position.x * lines / elements, 0, std::max(0, lines - 1)),
             std::clamp(position.y, 0, std::max(0, samples - 1))};

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int64_t headerSize = sizeof(CineHeader);
 
-// The places of the writer's six integers that this application gives a meaning to.
+// Which of the header's six free integers holds what.
 enum Extra
 {
     steerAngleExtra,

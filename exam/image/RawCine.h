@@ -24,8 +24,8 @@ struct CineDescription
     std::int32_t apertureLines = 0; ///< scan lines over the aperture; 0: one per element
     std::int32_t unused[2] = {};
 
-    /// Bytes of a frame; nothing when the numbers make none. Only B-mode frames have their size in
-    /// the header.
+    /// Bytes of a frame. Only B-mode frames have their size in the header, so other types give
+    /// nothing; so do numbers that no frame has.
     std::optional<std::int64_t> FrameSize() const;
 };
 
@@ -33,8 +33,8 @@ struct CineDescription
 class RawCine
 {
 public:
-    /// Opens `path` and reads its header. An empty text means success, else it is one sentence that
-    /// says what is wrong with the file.
+    /// Opens `path` and reads its header. The result is empty, or one sentence that says what is
+    /// wrong with the file.
     std::wstring Open(const std::wstring& path);
 
     const CineDescription& Description() const { return m_description; }
@@ -42,7 +42,7 @@ public:
     /// Bytes behind the header.
     std::int64_t PayloadSize() const { return m_payloadSize; }
 
-    /// Fills `bytes` from the payload, from `offset` on; false when it does not hold them all, or
+    /// Fills `bytes` with the payload from `offset` on. False when the payload ends before, or
     /// cannot be read.
     bool Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;
 

@@ -8,11 +8,13 @@
 
 namespace exam {
 
-// What is being examined: the recordings of the sample study, the one on display and its frame.
+/// What is being examined: the recordings of the sample study, which of them is on display, and
+/// which of its frames.
 class Session
 {
 public:
-    // Reads a recording from the images store and adds it. Empty when it worked, else one sentence.
+    /// Reads a recording from the images store and adds it. The result is empty, or one sentence
+    /// that says what is wrong.
     std::wstring Add(const std::wstring& name);
 
     bool IsEmpty() const { return m_recordings.empty(); }

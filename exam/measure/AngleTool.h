@@ -4,13 +4,13 @@
 
 namespace exam {
 
-// Three points; the angle at the second, between the ways to the first and to the third.
+/// Three points, and the angle at the second one between the other two.
 class AngleTool : public ImageTool
 {
 public:
     using ImageTool::ImageTool;
 
-    // 0 to 180; 0 while two of the points coincide.
+    /// 0 to 180; 0 while two of the points coincide.
     double Degrees() const;
 
     void Draw(CDC& dc) const override;

@@ -4,7 +4,7 @@
 
 namespace exam {
 
-// Two points and the distance between them in millimetres.
+/// Two points and the distance between them in millimetres.
 class DistanceCaliper : public ImageTool
 {
 public:

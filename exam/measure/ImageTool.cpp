@@ -66,9 +66,8 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
         TellChange(stateMeasurementChanged);
         return true;
     }
-    if (message ==
-        WM_LBUTTONDOWN) // trackball style: the button puts the point down and takes the next one up
-    {
+    // In trackball style the button puts the point down and takes up the next one.
+    if (message == WM_LBUTTONDOWN) {
         MouseCapture::LockNext();
         return true;
     }
@@ -91,8 +90,8 @@ void ImageTool::SetLock(int index)
 {
     m_active = index;
     if (MouseCapture::GetInput() == InputTrackball) {
-        // The main window's client area begins at the screen's corner, so client pixels are screen
-        // pixels.
+        // Client pixels are screen pixels, because the main window's client area begins at the
+        // screen's corner.
         CRect area(m_corner, CSize(Image().width, Image().height));
         MouseCapture::ClipCursor(&area);
         if (index >= 0 && index < static_cast<int>(m_points.size())) {

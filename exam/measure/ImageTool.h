@@ -10,36 +10,38 @@
 
 namespace exam {
 
-// A measuring tool on the image: a few points that the pointer drags, arbitrated by MouseCapture.
-// Points are pixels of the image; the arbitration works in client pixels, from which `corner`, the
-// image's upper left corner, is taken off. Every change is told through the state-change signal.
+/// A measuring tool on the image: a few points that the pointer drags, as MouseCapture allows.
+/// The points are pixels of the image, while MouseCapture works in pixels of the client area. The
+/// state-change signal tells of every change.
 class ImageTool : public IMouseHandler
 {
 public:
+    /// `corner`: the image's upper left corner in the client area; `order`: the tool's place among
+    /// those that the lock steps through; `points`: as many as the tool has.
     ImageTool(const ImageView& view, CPoint corner, int order, std::vector<CPoint> points);
 
     bool IsVisible() const { return m_visible; }
 
-    // Shows the tool and lets it take part in the arbitration, or hides it and lets go of the
-    // pointer.
+    /// Shows the tool and registers it with MouseCapture, or hides it, lets go of the pointer and
+    /// unregisters it.
     void Show(bool visible);
 
     const std::vector<CPoint>& Points() const { return m_points; }
     void SetPoints(const std::vector<CPoint>& points);
 
-    // In pixels of the image, with the pen and text settings of the caller.
+    /// Draws in pixels of the image, with the pen and text settings of the caller.
     virtual void Draw(CDC& dc) const = 0;
 
-    // What the tool measures now, in the current language.
+    /// What the tool measures now, in the current language.
     virtual CString Readout() const = 0;
 
-    // The key of the tool's name in the string table.
+    /// The key of the tool's name in the string table.
     virtual const char* NameKey() const = 0;
 
 protected:
     const ImagingParameters& Image() const { return m_view.Parameters(); }
 
-    // The cross of each point; that of the point in the user's hand is larger.
+    /// Draws a cross at each point. The cross of the point that the user holds is larger.
     void DrawPoints(CDC& dc) const;
 
     virtual void MovePoint(std::size_t index, CPoint to);
@@ -56,7 +58,7 @@ private:
     CPoint m_corner;
     int m_order;
     std::vector<CPoint> m_points;
-    int m_active = -1; // the point in the user's hand, or none
+    int m_active = -1; // the point that the user holds; -1: none
     bool m_visible = false;
 };
 

@@ -10,11 +10,11 @@
 
 namespace exam {
 
-// The application's measuring tools, in the order in which the lock steps through them.
+/// The application's measuring tools, in the order in which the lock steps through them.
 class MeasureTools
 {
 public:
-    // `area`: where the image is in the main window's client area.
+    /// `area`: where the image is in the main window's client area.
     MeasureTools(const ImageView& view, const CRect& area);
 
     DistanceCaliper& Distance() { return m_distance; }
@@ -22,13 +22,13 @@ public:
     RegionBox& Region() { return m_region; }
     std::array<const ImageTool*, 3> All() const { return {&m_distance, &m_angle, &m_region}; }
 
-    // Puts every tool back to its first place on an image of that size.
+    /// Puts every tool back to its first place on an image of that size.
     void Reset(CSize size);
 
-    // Trackball or pointer style; lets go of a point that is held.
+    /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
 
-    // Draws the visible tools in pixels of the image.
+    /// Draws the visible tools in pixels of the image.
     void Draw(CDC& dc) const;
 
 private:

@@ -4,18 +4,18 @@
 
 namespace exam {
 
-// A region of interest between two scan lines and two depths, so its sides follow the probe's
-// geometry: two opposite corners that the pointer drags. It can also be grabbed anywhere on the
-// image while no tool offers a point.
+/// A region of interest between two scan lines and two depths, so that its sides follow the probe's
+/// geometry. The pointer drags two opposite corners. A press anywhere on the image grabs the region
+/// if no tool has a point near.
 class RegionBox : public ImageTool
 {
 public:
     using ImageTool::ImageTool;
 
-    // Depth from the shallow to the deep side, in millimetres along the scan line.
+    /// Depth from the shallow to the deep side, in millimetres along the scan line.
     double DepthMillimetres() const;
 
-    // Length of the chord along the deep side, in millimetres.
+    /// Length of the chord along the deep side, in millimetres.
     double WidthMillimetres() const;
 
     void Draw(CDC& dc) const override;

@@ -18,7 +18,7 @@ int Rounded(double value)
     return static_cast<int>(std::lround(value));
 }
 
-// Corners of an upright image about its centre, as homogeneous points.
+// The corners of an upright image relative to its centre, as homogeneous points.
 std::array<std::array<double, 3>, 4> Corners(CSize size)
 {
     const double x = size.cx / 2.0;

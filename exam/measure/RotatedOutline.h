@@ -6,18 +6,18 @@
 
 namespace exam {
 
-// An image of `size` turned about its centre, and the smallest upright rectangle that holds it;
-// coordinates relative to the centre, y downwards.
+/// The corners of an image that is turned about its centre, and the smallest upright rectangle that
+/// holds them. Coordinates are relative to the centre; y points downwards.
 struct RotatedOutline
 {
     std::array<CPoint, 4> corners;
     CRect bounds;
 };
 
-// `angle` in tenths of a degree.
+/// Turns the outline of an image of `size`; `angle` in tenths of a degree.
 RotatedOutline RotateImageOutline(CSize size, int angle);
 
-// Draws the outline and its bounding box, scaled down into `area`.
+/// Draws the outline and its bounding box, scaled down into `area`.
 void DrawRotatedOutline(CDC& dc, const CRect& area, const RotatedOutline& outline);
 
 } // namespace exam

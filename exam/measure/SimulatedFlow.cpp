@@ -14,8 +14,8 @@ constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
 constexpr int traceCount = 4;
 
-// Velocity over one beat as a share of the span above the baseline: a steep systolic peak and a
-// slow diastolic decay.
+// The velocity over one beat as a share of the span above the baseline. A steep systolic peak goes
+// before a slow diastolic decay.
 double Pulse(double phase)
 {
     const double systole = std::exp(-std::pow((phase - 0.18) / 0.09, 2));

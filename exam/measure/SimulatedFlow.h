@@ -8,17 +8,17 @@
 
 namespace exam {
 
-// Spectral traces of a simulated pulsating flow, for want of a recorded one: the envelope and the
-// mean of the velocities towards the probe and away from it, as bins of a spectrum. Nothing flows
-// away from the probe. Building it also sets the acquisition parameters of CDopplerScaling that
-// belong to it.
+/// Spectral traces of a simulated pulsating flow, because the sample study has no recorded one. The
+/// traces are the envelope and the mean of the velocities towards the probe and away from it, as
+/// bins of a spectrum. Nothing flows away from the probe.
 class SimulatedFlow
 {
 public:
-    // `plot`: a column a value of the traces, and the pixels over which the spectrum is spread.
+    /// Fills the traces, one value for each column of `plot`, and sets the acquisition parameters
+    /// of CDopplerScaling that belong to them. The height of `plot` becomes the display height.
     explicit SimulatedFlow(CSize plot);
 
-    // A view of the four traces. Valid while this object lives.
+    /// A view of the four traces. Valid while this object lives.
     spectralTraceData Traces();
 
 private:

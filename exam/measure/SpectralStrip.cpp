@@ -23,7 +23,7 @@ int RowOfBin(const CRect& plot, int bin)
     return plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(bin)));
 }
 
-// Draws one trace, a byte a column, from the left of the area.
+// Draws one trace from the left of the window. Each byte is the bin of one column.
 void DrawTrace(CDC& dc, const CRect& plot, const unsigned char* trace, int length, COLORREF colour)
 {
     if (!trace) return;

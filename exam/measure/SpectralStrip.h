@@ -6,9 +6,9 @@
 
 namespace exam {
 
-// Draws a spectral Doppler strip: the velocity scale, the baseline and the traces of `data`, whose
-// bytes are spectral bins. The scale comes from the current parameters of CDopplerScaling, whose
-// display height has to be that of the area.
+/// Draws a spectral Doppler strip: the velocity scale, the baseline and the traces of `data`, whose
+/// bytes are spectral bins. The scale comes from CDopplerScaling, whose display height must be the
+/// height of `area`.
 void DrawSpectralStrip(CDC& dc, const CRect& area, spectralTraceData& data);
 
 } // namespace exam

@@ -69,8 +69,7 @@ std::wstring Bytes(std::int64_t count)
     return std::to_wstring(count) + L" bytes";
 }
 
-// What does not hold of the file's size, in one sentence; empty when all holds. Prints the sizes it
-// goes by.
+// Prints the sizes and compares them. The result is empty, or one sentence that says what is wrong.
 std::wstring CheckSize(const RawCine& cine)
 {
     Number(L"payload", cine.PayloadSize(), L" bytes");

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The image on display as a bitmap of 32-bit pixels; empty when the platform refuses.
+// Makes a bitmap of 32-bit pixels of the image on display. It is empty when the platform refuses.
 void MakeBitmap(const ImageView& view, CBitmap& bitmap)
 {
     std::vector<unsigned int> pixels(view.GreyLevels().size());
@@ -37,7 +37,7 @@ std::wstring CannotWrite(const std::wstring& movie)
     return movie + L" cannot be written";
 }
 
-// The movie under way; released whatever happens.
+// The movie under way. Its end releases the file, also when not all frames were written.
 class Movie
 {
 public:
@@ -63,7 +63,7 @@ private:
     CCineStoreAVI m_store;
 };
 
-// What went wrong; empty when the whole movie was written.
+// Writes the whole movie. The result is empty, or one sentence that says what went wrong.
 std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
 {
     const CSize size = ScreenLayout::Image().Size();

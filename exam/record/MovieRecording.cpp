@@ -21,15 +21,15 @@ CRect ScreenArea()
     return {0, 0, ScreenLayout::width, ScreenLayout::height};
 }
 
-// Size of the time, and how far below the upper edge of its image it stands: clear of the strip's
-// traces.
+// The place of the time in the image, or in the strip while that is shown. It is clear of the
+// strip's traces.
 CRect TimeArea()
 {
     return {0, 112, 160, 136};
 }
 
-// The rects of the composition. The two regions of the panel count rows from its lower edge,
-// because they are taken from the plane after it was turned upside down.
+// The rects of the composition. The last two are regions of the panel and count rows from its lower
+// edge, because the composition takes them after it has turned the plane upside down.
 std::vector<CRect> MovieLayout()
 {
     const CRect panel = ScreenLayout::Panel();
@@ -42,8 +42,7 @@ std::vector<CRect> MovieLayout()
             CRect(0, 0, panel.Width(), outline)};
 }
 
-// A mask that lets the whole plane through. The image changes beyond the imaged region as well:
-// tools reach out of it.
+// Makes a mask that lets the whole plane through. Tools are drawn outside the imaged region too.
 void MakeOpenMask(CBitmap& mask, CSize size)
 {
     const auto rowBytes = static_cast<std::size_t>((size.cx + 15) / 16 * 2);
@@ -109,7 +108,7 @@ void MovieRecording::DrawCurrentScreen()
     DrawScreen(m_screen.Context(), shown);
 }
 
-// Light on black: the composition adds it to the image.
+// The time is light on black, because the composition adds this plane to the image.
 void MovieRecording::DrawTime()
 {
     m_time.Clear();

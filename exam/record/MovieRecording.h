@@ -10,14 +10,13 @@
 
 namespace exam {
 
-// Records what the screen shows as a movie: the screen at the start is the background, and every
-// frame places on it
-//  - the image with its scale and tools (plane 0),
-//  - the spectral strip while it is shown (plane 1), with a mark that moves along its lower edge
-//  (plane 3),
-//  - the facts and the turned outline beside the image (the two regions of plane 2),
-//  - the movie's own time (plane 4), in the upper left corner of the image, or of the strip while
-//  that is shown.
+// Records what the screen shows as a movie. The screen at the start is the background. Each frame
+// places these on it:
+// - plane 0: the image with its scale and tools;
+// - plane 1: the spectral strip, while it is shown;
+// - plane 2, in two regions: the facts and the turned outline beside the image;
+// - plane 3: a mark that moves along the lower edge of the strip;
+// - plane 4: the movie's own time, in the upper left corner of the image or of the strip.
 // Recording mark, status text and keys are not in the movie.
 class MovieRecording : public Recording
 {

@@ -7,12 +7,12 @@
 
 namespace exam {
 
-// A picture in memory that can be drawn on and read: 32-bit pixels (blue in the lowest byte), rows
-// from the top.
+// A picture in memory that can be drawn on and read. Pixels have 32 bits with blue in the lowest
+// byte; rows go from the top.
 class PixelCanvas
 {
 public:
-    // Black. Empty when the platform refuses; drawing then does nothing and all pixels read as
+    // Makes a black picture. When the platform refuses, drawing does nothing and all pixels read as
     // black.
     explicit PixelCanvas(CSize size);
 
@@ -21,11 +21,11 @@ public:
     CDC& Context() { return m_dc; }
     void Clear();
 
-    // Copies a part, which lies within the picture, into `plane`: rows from the top.
+    // Copies `part`, which lies within the picture, into `plane`.
     void Cut(const CRect& part, std::vector<unsigned int>& plane) const;
 
 private:
-    // Both make what they are named after and give its handle; null when the platform refuses.
+    // Each makes a member and gives its handle, which is null when the platform refuses.
     HDC MakeContext();
     HGDIOBJ MakeBitmap();
 

@@ -15,7 +15,7 @@ bool RawRecording::Start(const std::wstring& path, const Announcement& announcem
 bool RawRecording::AddFrame()
 {
     const auto frame = m_session.Cine().Frame(m_session.Frame());
-    // The store only reads; its signature is older than const.
+    // The store only reads the frame, though its parameter is not const.
     return m_store.AddFrame(const_cast<std::uint8_t*>(frame.data()),
                             static_cast<int>(frame.size()));
 }

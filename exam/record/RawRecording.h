@@ -5,8 +5,7 @@
 
 namespace exam {
 
-// Records the session's frames byte for byte into a raw cine file, which can be opened again as any
-// other recording.
+// Records the session's frames byte for byte into a raw cine file.
 class RawRecording : public Recording
 {
 public:

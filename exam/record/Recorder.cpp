@@ -37,8 +37,8 @@ CString Recorder::StartRaw()
 
 CString Recorder::StartMovie()
 {
-    // Asked before, because the library's own answer does not tell a missing codec from a file that
-    // cannot be written.
+    // The library refuses a missing codec and an unwritable file alike, so the codec is looked up
+    // before.
     const std::wstring codec = MovieCodec();
     if (!IsUsableCodec(codec)) return GetStr("exam.record.nocodec", codec.c_str());
     return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi",
@@ -48,7 +48,7 @@ CString Recorder::StartMovie()
 CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name,
                         const char* runningKey)
 {
-    std::error_code error; // shows when the file is created
+    std::error_code error; // a missing folder shows when the file is created
     fs::create_directories(m_folder, error);
     const std::wstring path = NextPath(name);
     if (!recording->Start(path, {OnComplete, this}))

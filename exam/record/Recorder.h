@@ -9,33 +9,33 @@
 
 namespace exam {
 
-// Starts, feeds and ends recordings of what is on display; one at a time.
+/// Starts, feeds and ends recordings of what is on display, one at a time.
 class Recorder
 {
 public:
-    // Called with the path of each file that was finished, before Stop() returns.
+    /// Is called with the path of each file that was finished, before Stop() returns.
     using Finished = std::function<void(const std::wstring& path)>;
 
     Recorder(const ScreenContent& content, Finished finished);
-    // Finishes the recording without telling anybody.
+    /// Finishes the recording without telling anybody.
     ~Recorder();
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    // Where recordings go: recording-001.cine, movie-001.avi and so on, the next number that is
-    // free.
+    /// Sets the folder of the recordings. They are named recording-001.cine, movie-001.avi and so
+    /// on, with the next number that is free.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    // Start a recording; the result is a sentence in the current language: what is being recorded,
-    // or why nothing is.
+    /// Start a recording. The result is a sentence in the current language that says what is being
+    /// recorded, or why nothing is.
     CString StartRaw();
     CString StartMovie();
 
     bool IsRecording() const { return m_recording != nullptr; }
     int Frames() const { return m_frames; }
 
-    // Keeps what is on display as the next frame; false when it could not be written, and the
-    // recording has ended.
+    /// Keeps what is on display as the next frame. False when it could not be written; the
+    /// recording has ended then.
     bool AddFrame();
 
     void Stop();

@@ -6,7 +6,7 @@
 
 namespace exam {
 
-// Whom a finished file is announced to.
+// The function that is told of a finished file.
 struct Announcement
 {
     CCineStore::CompleteCallback callback = nullptr;
@@ -19,13 +19,13 @@ class Recording
 public:
     virtual ~Recording() = default;
 
-    // Creates the file; false when it cannot be written. Its end is announced only after success.
+    // Creates the file. False when it cannot be written; its end is not announced then.
     virtual bool Start(const std::wstring& path, const Announcement& announcement) = 0;
 
-    // Keeps what is on display now as the next frame; false when it cannot be written.
+    // Keeps what is on display now as the next frame. False when it cannot be written.
     virtual bool AddFrame() = 0;
 
-    // Finishes the file and announces it; false when it could not be finished.
+    // Finishes the file and announces it. False when it could not be finished.
     virtual bool Finish() = 0;
 };
 

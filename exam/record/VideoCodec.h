@@ -4,12 +4,12 @@
 
 namespace exam {
 
-// The codec that movies are written with: the setting "RecordCodec", which is set to "MJPG" when
-// there is none yet, so that the library does not fall back to its own default.
+/// The short name of the codec that movies are written with, from the setting "RecordCodec". A
+/// missing setting becomes "MJPG", so that the library does not fall back to its own default.
 std::wstring MovieCodec();
 
-// Whether movies can be written with a codec: it is "Uncompressed", or installed under this short
-// name.
+/// Whether movies can be written with the codec `name`: it is "Uncompressed", or the short name of
+/// an installed one.
 bool IsUsableCodec(const std::wstring& name);
 
 } // namespace exam

@@ -24,7 +24,7 @@ const char* ProbeKey(int type)
     }
 }
 
-// Rows of a small label and the value below it, from the top of an area down.
+// Writes rows, each a label with its value below, from the top of an area down.
 class Rows
 {
 public:

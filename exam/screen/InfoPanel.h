@@ -6,8 +6,8 @@
 
 namespace exam {
 
-// The column of facts beside the image: console, modes, probe, depth and what the tools measure, in
-// the current language.
+// Draws the column of facts beside the image in the current language: console, modes, probe, depth
+// and what the tools measure.
 void DrawInfoPanel(CDC& dc, const CRect& area, const ScreenContent& content);
 
 } // namespace exam

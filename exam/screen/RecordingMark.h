@@ -4,7 +4,7 @@
 
 namespace exam {
 
-// A red dot and the number of frames that were recorded.
+// Draws a red dot and the number of frames that were recorded.
 void DrawRecordingMark(CDC& dc, const CRect& area, int frames);
 
 } // namespace exam

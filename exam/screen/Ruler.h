@@ -6,8 +6,9 @@
 
 namespace exam {
 
-// The depth scale beside the image: a tick every half centimetre from the probe's face down, the
-// whole centimetres longer and numbered. `x` is the column of the scale in pixels of the image.
+// Draws the depth scale beside the image: a tick every half centimetre from the probe's face down.
+// The ticks of whole centimetres are longer and numbered. `x` is the column of the scale in pixels
+// of the image.
 void DrawRuler(CDC& dc, const ImagingParameters& image, int x);
 
 } // namespace exam

@@ -26,7 +26,7 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
     dc.DrawText(left, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_PATH_ELLIPSIS);
     constexpr int gap = 24;
     if (dc.GetTextExtent(left).cx + gap + dc.GetTextExtent(right).cx > box.Width())
-        return; // the left one comes first
+        return; // there is no room for both, and the left one is more important
     dc.SetTextColor(palette::label);
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }

@@ -6,8 +6,8 @@
 
 namespace exam {
 
-// Paints the whole client area: header, image with its scale and tools, recording mark, facts,
-// status line.
+/// Paints the whole client area: header, image with its scale and tools, recording mark, facts and
+/// status line.
 void DrawScreen(CDC& dc, const ScreenContent& content);
 
 } // namespace exam

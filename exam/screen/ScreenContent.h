@@ -11,7 +11,7 @@
 
 namespace exam {
 
-// What the screen shows, beside the session's recording.
+/// What the screen shows. The referenced objects outlive it.
 struct ScreenContent
 {
     const Session& session;
@@ -19,10 +19,10 @@ struct ScreenContent
     const MeasureTools& tools;
     SimulatedFlow& flow;
     bool stripShown = false;
-    int rotation = 0; // tenths of a degree; 0: no rotated outline
+    int rotation = 0; ///< tenths of a degree; 0: no rotated outline
     CString status{};
-    bool keysShown = true;               // the list of keys beside the status
-    std::optional<int> recordedFrames{}; // set while a recording is under way
+    bool keysShown = true;               ///< the list of keys beside the status
+    std::optional<int> recordedFrames{}; ///< set while a recording is under way
 };
 
 } // namespace exam

@@ -9,31 +9,31 @@
 
 namespace exam {
 
-// The recordings of the sample study, in the order in which the session holds them.
+/// The recordings of the sample study, in the order in which the session holds them.
 enum SampleRecording : std::size_t
 {
     curvedRecording,
     linearRecording
 };
 
-// What the steps of a tour work on.
+/// What the steps of a tour work on.
 struct TourContext
 {
     TourReport& report;
     MainWindow& window;
     Session& session;
-    std::wstring folder; // receives pictures and files
+    std::wstring folder; ///< of the pictures and files that the tour leaves
 
-    // Lets the window paint what has changed and saves it as NAME.png; a step of its own.
+    /// Lets the window paint what has changed and saves the picture as NAME.png. This is a step.
     void Picture(const std::wstring& name);
 
     void ShowRecording(SampleRecording recording);
 };
 
-// Walks through every subsystem the application uses.
+/// Walks through every subsystem the application uses.
 void TakeTour(TourContext& context);
 
-// The stations, one source file each.
+/// The stations, one source file each.
 void TourEnvironment(TourContext& context);
 void TourPaths(TourContext& context);
 void TourTexts(TourContext& context);

@@ -37,8 +37,8 @@ private:
         Send(message, flags, MAKELPARAM(at.x, at.y));
     }
 
-    // Everything that is pending is handled before and after: moving the cursor, which the tools do
-    // in trackball style, brings mouse messages of its own.
+    // In trackball style the tools move the cursor, which brings mouse messages of its own. So
+    // everything that is pending is handled before and after.
     void Send(UINT message, WPARAM wParam, LPARAM lParam)
     {
         HandlePending();
@@ -61,7 +61,7 @@ bool Near(double value, double expected, double tolerance)
     return std::abs(value - expected) <= tolerance;
 }
 
-// Two points down one scan line, 40 mm apart by their samples: the caliper has to say so.
+// Two points on one scan line are 40 mm apart by their samples. The caliper has to measure that.
 void Distance(TourContext& context, Mouse& mouse)
 {
     DistanceCaliper& caliper = context.window.Tools().Distance();

@@ -67,8 +67,8 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.Picture(L"recording-finished");
 }
 
-// Lets the window handle its messages until the timer has recorded some frames, or a time is over
-// in which it must have.
+// Lets the window handle its messages until the timer has recorded some frames. False when it has
+// not within a time that is more than enough.
 bool TimerHasRecorded(TourContext& context, int frames)
 {
     constexpr ULONGLONG patience = 20000; // milliseconds

@@ -4,13 +4,13 @@
 
 namespace exam {
 
-// Counts the steps of a tour and prints a line for each, with a tick or a cross.
+/// Counts the steps of a tour and prints a line for each, with a tick or a cross.
 class TourReport
 {
 public:
     void Step(bool held, const std::wstring& what);
 
-    // Prints the verdict; true when all steps held and there was one.
+    /// Prints the verdict. True when there were steps and all of them held.
     bool Close() const;
 
 private:

@@ -5,7 +5,7 @@
 #include <objidl.h>
 
 #include <algorithm>
-using std::max; // the GDI+ headers need both as plain names
+using std::max; // the headers of GDI+ use both without a namespace
 using std::min;
 #include <gdiplus.h>
 

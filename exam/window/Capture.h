@@ -6,7 +6,7 @@
 
 namespace exam {
 
-// Saves what a window shows in its client area as a PNG file; false when it could not be written.
+/// Saves what a window shows in its client area as a PNG file. False when it could not be written.
 bool CaptureToPng(HWND window, const std::wstring& path);
 
 } // namespace exam

@@ -13,15 +13,14 @@
 
 namespace exam {
 
-// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a
-// console. It repaints when the state-change signal tells it that something it shows has changed;
-// nobody calls it to repaint directly.
+/// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a
+/// console. It repaints when the state-change signal tells of a change, and only then.
 class MainWindow : public CWnd, private IStateChangeConsumer
 {
 public:
     explicit MainWindow(Session& session);
 
-    // Creates and shows the window; false when the platform refuses.
+    /// Creates and shows the window; false when the platform refuses.
     bool Open();
 
     const ImageView& View() const { return m_view; }
@@ -32,19 +31,19 @@ public:
     void SetStatus(const CString& text);
     void ShowStrip(bool shown);
 
-    // Tenths of a degree; 0 hides the outline.
+    /// Sets the angle of the turned outline in tenths of a degree. 0 hides it.
     void SetRotation(int angle);
 
-    // Where recordings go.
+    /// Sets the folder of the recordings.
     void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
     bool IsRecording() const { return m_recorder.IsRecording(); }
     int RecordedFrames() const { return m_recorder.Frames(); }
 
-    // Records the frame on display and shows the next one, as the timer does while a recording is
-    // under way.
+    /// Records the frame on display and shows the next one. The timer calls this during a
+    /// recording.
     void AdvanceRecording();
 
-    // Switches the current language to the other one of the string tables.
+    /// Switches to the other language of the string tables.
     void NextLanguage();
 
 protected:
