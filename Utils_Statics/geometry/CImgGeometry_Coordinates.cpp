@@ -1,9 +1,10 @@
 #include <Utils_Statics/CImgGeometry.h>
 
+#include "geometry/Angle.h"
+
 #include <base/WrapArithmetic.h>
 
 #include <qor_imgproc/ScanConverter.h>
-#include <qor_utils/ConversionModel.h>
 #include <qor_utils/PixelCoordinates.h>
 #include <qor_utils/Rounding.h>
 
@@ -42,7 +43,7 @@ UPoint CImgGeometry::GetUSCoordinates(int x, int y, const UPoint& origin,
         if (flip & 1) x = base::wrap::Subtract(width, x);
     }
     const int divisor = probe->type == 0 || probe->type == 2 ? lines : probe->elements;
-    const double steer = steerAngle * qor_utils::RadiansPerMillidegree;
+    const double steer = utils_statics::ToRadians(steerAngle);
     int line = 0;
     int sample = 0;
     unsigned int lineFraction = 0;

@@ -141,9 +141,26 @@ std::string Describe(const MaskInput& in)
 {
     const ZelProbe& p = *in.probe;
     std::string text = "probe";
-    for (int n : {p.type, p.elements, p.pitch, p.radius, p.sectorAngle, in.width, in.height,
-                  in.samplingFreq, in.steerAngle, in.lines, in.scanB, in.soundSpeed, in.origin.x,
-                  in.origin.y, in.scale.x, in.scale.y})
+    for (int n : {p.type,
+                  p.elements,
+                  p.pitch,
+                  p.radius,
+                  p.sectorAngle,
+                  in.width,
+                  in.height,
+                  in.samplingFreq,
+                  in.steerAngle,
+                  in.lines,
+                  in.scanB,
+                  in.soundSpeed,
+                  in.origin.x,
+                  in.origin.y,
+                  in.scale.x,
+                  in.scale.y,
+                  static_cast<int>(in.imageRect.left),
+                  static_cast<int>(in.imageRect.top),
+                  static_cast<int>(in.imageRect.right),
+                  static_cast<int>(in.imageRect.bottom)})
         text += " " + std::to_string(n);
     return text;
 }
@@ -165,8 +182,8 @@ MaskInput RandomInput(Random& random, const ZelProbe& probe)
     in.samplingFreq = random.Int(500000, 20000000);
     in.steerAngle = random.OneIn(2) ? 0 : random.Int(-60000, 60000);
     in.lines = random.Int(1, 300);
-    const int left = random.OneIn(2) ? 0 : random.Int(-5, std::clamp(probe.elements, 0, 300));
-    const int top = random.OneIn(2) ? 0 : random.Int(-5, 300);
+    const int left = random.OneIn(2) ? 0 : random.Int(-300, std::clamp(probe.elements, 0, 300));
+    const int top = random.OneIn(2) ? 0 : random.Int(-1000, 300);
     in.imageRect = CRect(left, top, random.OneIn(2) ? probe.elements : random.Int(-5, 300),
                          random.Int(1, 3000));
     in.scanB = probe.type == 2 && random.OneIn(2) ? random.Int(-20000, 50000) : 0;
@@ -306,6 +323,51 @@ TEST(CreateImageMask, IsTheStepByStepMaskOnRandomInput)
         marked += std::count(expected.begin(), expected.end(), in.value) > 0;
     }
     EXPECT_GT(marked, 400) << "the random input is not all empty";
+}
+
+// A region that begins before the probe's face, behind an extended sector.
+TEST(CreateImageMask, ReachesBeforeTheFaceOfAnExtendedSector)
+{
+    const ZelProbe probe{2, 80, 185, 64188, 52658};
+    MaskInput in;
+    in.probe = &probe;
+    in.width = 7;
+    in.height = 19;
+    in.samplingFreq = 5193262;
+    in.steerAngle = -23527;
+    in.lines = 80;
+    in.imageRect = CRect(-277, -818, 80, 243);
+    in.scanB = 40796;
+    in.soundSpeed = 1629;
+    in.origin = {7, 8};
+    in.scale = {12158, 12158};
+    const Bytes mask = Mask(in);
+    EXPECT_EQ(mask[1], in.value); // pixel (1, 0)
+    EXPECT_EQ(mask, PlainMask(in).Make());
+}
+
+TEST(CreateImageMask, IsTheStepByStepMaskOnLargeImages)
+{
+    Random random(2718);
+    int marked = 0;
+    for (int i = 0; i < 400; ++i) {
+        const ZelProbe probe = RandomProbe(random);
+        MaskInput in = RandomInput(random, probe);
+        in.width = random.Int(150, 700);
+        in.height = random.Int(150, 500);
+        in.origin = {random.Int(-100, 800), random.Int(-400, 600)};
+        in.scale = {random.Int(20, 700), random.Int(20, 700)};
+        if (!random.OneIn(4)) {
+            const int left = random.Int(0, probe.elements - 1);
+            const int top = random.OneIn(2) ? 0 : random.Int(0, 300);
+            in.imageRect =
+                CRect(left, top, random.Int(left + 1, probe.elements), top + random.Int(1, 3000));
+        }
+        const Bytes expected = PlainMask(in).Make();
+        ASSERT_EQ(Mask(in), expected) << Describe(in);
+        marked += std::count(expected.begin(), expected.end(), in.value) > 0;
+    }
+    EXPECT_GT(marked, 100) << "the random input is not all empty";
 }
 
 TEST(CreateImageMask, IsTheStepByStepMaskOnAdversarialInput)

@@ -73,8 +73,8 @@ TEST_F(CineStoreAvi, StateOfTheCodecLivesUntilTheFormatIsSet)
 {
     const test_support::InstalledCodec installed(L"TST1", L"testcodec.dll");
     const base::Module dll(LoadLibraryW(installed.path().c_str()));
-    TestCodecOrders* const codec = reinterpret_cast<TestCodecOrdersFunction>(reinterpret_cast<void*>(
-        GetProcAddress(dll.get(), "TestCodecOrdersOfThisProcess")))();
+    TestCodecOrders* const codec = reinterpret_cast<TestCodecOrdersFunction>(
+        reinterpret_cast<void*>(GetProcAddress(dll.get(), "TestCodecOrdersOfThisProcess")))();
     *codec = {};
     std::wcscpy(codec->shortName, L"test codec");
     codec->failFrom = -1;
