@@ -7,13 +7,13 @@
 #include <test_support/ImportHook.h>
 #include <test_support/InstalledCodec.h>
 
-// Run by cine_movie_readers.sh: leaves movies and the frames that went into them, for readers that
+// Run by cine-movie-readers: leaves movies and the frames that went into them, for readers that
 // nobody here wrote.
 TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
 {
     const std::wstring target = test_support::environmentVariable(L"MOVIE_FOLDER");
     if (target.empty())
-        GTEST_SKIP() << "needs a folder for its movies; cine_movie_readers.sh names one";
+        GTEST_SKIP() << "needs a folder for its movies; cine-movie-readers names one";
     const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
     capture_settings::Set(L"RecordQuality", 100);
     std::vector<Pixels> frames;
@@ -68,13 +68,13 @@ BOOL WINAPI NoSpaceLeft(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PUL
     return TRUE;
 }
 
-// Run by cine_disk_full.sh, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+// Run by cine-disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
 // The limit fails the writes as a full volume does; what a full volume answers when it is asked for
 // its space is played.
 TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::environmentVariable(L"CINE_FILE_LIMIT").empty())
-        GTEST_SKIP() << "needs a limit on the size of files; cine_disk_full.sh sets one";
+        GTEST_SKIP() << "needs a limit on the size of files; cine-disk-full sets one";
     const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW",
                                         reinterpret_cast<void*>(&NoSpaceLeft));
     ASSERT_TRUE(Start(store, 1024, 768));
