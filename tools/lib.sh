@@ -5,13 +5,36 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 # What is slow to make and the same for every checkout of a user lives here.
 cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/utils-statics}
 
-# A folder below the cache carries its version in its name; raising it makes every machine rebuild that folder.
-wine_root=$cache/wine-i386-2
+# A folder below the cache carries its version in its name; raising it makes every machine rebuild
+# that folder.
 deps_version=2   # cmake/Dependencies.cmake reads it here
 
 say()  { printf '%s\n' "$*"; }
 step() { printf '==> %s\n' "$*"; }
 die()  { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
+
+# misuse WHAT: for a wrong option; its line stands alone and the status is 2.
+misuse() { printf '%s: %s; see --help\n' "${0##*/}" "$*" >&2; exit 2; }
+
+# The Wine of x86 programs: 8 is that of this Debian release, 10 that of the next. Every tool that
+# a tool starts inherits the choice.
+export UTILS_STATICS_WINE=${UTILS_STATICS_WINE:-8}
+
+choose_wine() { # choose_wine VERSION: for the option --wine
+  case ${1:-} in
+    8|10) UTILS_STATICS_WINE=$1 ;;
+    *) misuse "--wine takes 8 or 10" ;;
+  esac
+}
+
+# The folder of the 32-bit root with the chosen Wine.
+wine_root() {
+  case $UTILS_STATICS_WINE in
+    8) say "$cache/wine-i386-2" ;;
+    10) say "$cache/wine10-i386-1" ;;
+    *) die "UTILS_STATICS_WINE is '$UTILS_STATICS_WINE' and has to be 8 or 10" ;;
+  esac
+}
 
 # triplet_of ARCH: the compiler's name for an architecture.
 triplet_of() {
@@ -22,8 +45,14 @@ triplet_of() {
   esac
 }
 
-# prefix_of ARCH: the Wine prefix; one per architecture, because a 64-bit Wine without its 32-bit half cannot share one.
-prefix_of() { say "$cache/wineprefix-$1-1"; }
+# prefix_of ARCH: the prefix of the chosen Wine. Each Wine has one of its own for an architecture: a
+# 64-bit Wine without its 32-bit half cannot share one, and a later Wine changes an earlier one's.
+prefix_of() {
+  case $UTILS_STATICS_WINE in
+    8) say "$cache/wineprefix-$1-1" ;;
+    *) say "$cache/wineprefix$UTILS_STATICS_WINE-$1-1" ;;
+  esac
+}
 
 deps_of() { say "$cache/deps-$1-$deps_version"; }
 
