@@ -138,10 +138,10 @@ constexpr UINT quitMessage = WM_APP + 7;
 constexpr UINT nestMessage = WM_APP + 8;
 
 // Marks the thread's temporary object of the desktop window, to see whether it is still the same
-// one later.
+// one later. The mark is a handle that no window has: the shell's may be the desktop itself.
 void MarkTemporaryDesktop()
 {
-    CWnd::FromHandle(GetDesktopWindow())->m_hWnd = GetShellWindow();
+    CWnd::FromHandle(GetDesktopWindow())->m_hWnd = HWND_MESSAGE;
 }
 
 bool TemporaryDesktopIsMarked()
