@@ -1,6 +1,7 @@
 #include "qor_utils/MemoryDumper.h"
 
-#include <dbghelp.h>
+#include "DumpFunction.h"
+#include "DumpProcess.h"
 
 #include <cwchar>
 #include <iterator>
@@ -12,7 +13,7 @@ constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow di
 
 constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
 
-using WriteDump = decltype(&MiniDumpWriteDump);
+using qor_utils::WriteDump;
 
 // Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on,
 // and the thread that hangs must not be left with pointers into a stack that has moved on.
@@ -30,19 +31,6 @@ struct Job
 
 constinit Job job{};
 
-// From the system's folder only: a crash must not run what lies about in the program's.
-WriteDump loadWriteDump()
-{
-    wchar_t path[MAX_PATH + 16];
-    const UINT length = GetSystemDirectoryW(path, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return nullptr;
-    std::wcscpy(path + length, L"\\dbghelp.dll");
-    const HMODULE library = LoadLibraryW(path); // stays loaded: the process is about to end anyway
-    if (!library) return nullptr;
-    return reinterpret_cast<WriteDump>(
-        reinterpret_cast<void*>(GetProcAddress(library, "MiniDumpWriteDump")));
-}
-
 bool writeDump(WriteDump function, HANDLE file, MINIDUMP_TYPE type)
 {
     auto* const exception = job.exception.ExceptionPointers ? &job.exception : nullptr;
@@ -52,9 +40,8 @@ bool writeDump(WriteDump function, HANDLE file, MINIDUMP_TYPE type)
                     nullptr) != FALSE;
 }
 
-void runJob()
+void runJob(WriteDump function)
 {
-    const WriteDump function = loadWriteDump();
     if (!function) return;
     const HANDLE file = CreateFileW(job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                     CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -71,25 +58,30 @@ bool claimJob()
     return InterlockedExchange(&job.claimed, 1) == 0;
 }
 
+// Loads before it claims: whoever gets through has seen that the loader's lock is free, which the
+// dump needs as well.
 DWORD WINAPI dumpThread(void*)
 {
+    const WriteDump function = qor_utils::LoadWriteDump();
     if (claimJob()) {
         SetEvent(job.started);
-        runJob();
+        runJob(function);
         SetEvent(job.finished);
     }
     return 0;
 }
 
-// False when the thread still runs after its time. A thread cannot begin while the crashed one
-// holds the loader's lock; the caller then does the work itself.
+// False when the thread still runs after its time. While the crashed thread holds the loader's lock
+// another cannot begin, or cannot load, and DbgHelp itself may wait for one: then a process of its
+// own does the work.
 bool runJobOnThread()
 {
     const HANDLE thread = CreateThread(nullptr, 0, dumpThread, nullptr, 0, nullptr);
     const bool begun = thread && WaitForSingleObject(job.started, startTimeout) == WAIT_OBJECT_0;
     if (thread) CloseHandle(thread);
     if (!begun && claimJob()) {
-        runJob();
+        job.written =
+            qor_utils::WriteDumpFromOutside(job.path, job.exception, job.type, dumpTimeout);
         return true;
     }
     return WaitForSingleObject(job.finished, dumpTimeout) == WAIT_OBJECT_0;

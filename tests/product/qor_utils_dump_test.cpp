@@ -281,11 +281,20 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
         reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
     if (!lock || !unlock) GTEST_SKIP() << "the platform does not offer the loader's lock";
     const TemporaryFolder folder;
+    CapturedException exception;
     ULONG_PTR cookie = 0;
     ASSERT_EQ(lock(0, nullptr, &cookie), 0);
-    const bool written = MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0);
+    const bool written =
+        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0);
     unlock(0, cookie);
-    EXPECT_TRUE(written);
+    ASSERT_TRUE(written);
+    const Dump dump(folder / L"a.dmp");
+    const auto location = dump.stream(ExceptionStream);
+    ASSERT_TRUE(location);
+    const auto stream = dump.at<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
+    EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
+    EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
+    EXPECT_FALSE(dump.list<MINIDUMP_MODULE>(ModuleListStream).empty());
     EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
         << "and the next as ever";
 }
