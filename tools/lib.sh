@@ -2,14 +2,18 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 
-# What is slow to make and the same for every checkout of a user lives here.
-cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/utils-statics}
+# What is slow to make and the same for every checkout of a user lives here; cmake/Dependencies.cmake
+# looks for it in the environment.
+cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-${HOME:+$HOME/.cache}}}
+[ -z "$cache" ] || [ -n "${UTILS_STATICS_CACHE:-}" ] || cache=$cache/utils-statics
+export UTILS_STATICS_CACHE=$cache
 
 # A folder below the cache carries its version in its name; raising it makes every machine rebuild
 # that folder.
 deps_version=2   # cmake/Dependencies.cmake reads it here
 
 say()  { printf '%s\n' "$*"; }
+note() { printf '%s\n' "$*" >&2; }
 step() { printf '==> %s\n' "$*"; }
 die()  { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
 
@@ -34,6 +38,22 @@ wine_root() {
     10) say "$cache/wine10-i386-1" ;;
     *) die "UTILS_STATICS_WINE is '$UTILS_STATICS_WINE' and has to be 8 or 10" ;;
   esac
+}
+
+# need_commands NAME...: ends with one sentence when the machine lacks one of them.
+need_commands() {
+  local name missing=()
+  for name; do command -v "$name" >/dev/null || missing+=("$name"); done
+  [ ${#missing[@]} = 0 ] ||
+    die "missing on this machine: ${missing[*]} (tools/setup brings what Debian itself does not)"
+}
+
+# Ends with one sentence when the cache cannot be used; called once the options are understood.
+check_cache() {
+  [ -n "$cache" ] || die "HOME is not set; set it, or UTILS_STATICS_CACHE to a folder of yours"
+  [[ $cache = /* ]] || die "the cache folder '$cache' has to be a full path, beginning with /"
+  mkdir -p "$cache" 2>/dev/null && (: >>"$cache/setup.lock") 2>/dev/null ||
+    die "cannot write to $cache; set UTILS_STATICS_CACHE to a folder of yours"
 }
 
 # triplet_of ARCH: the compiler's name for an architecture.
@@ -69,37 +89,20 @@ pe_machine() {
   esac
 }
 
-# start_screen: a virtual screen of our own, exported as DISPLAY; stop_screen ends it. One at a time for a user: the
-# programs of a Wine prefix share one desktop, which cannot be on two screens.
-screen_pid=
-start_screen() {
-  local pipe
-  command -v Xvfb >/dev/null || die "Xvfb is missing; run tools/setup"
-  exec 8>"$cache/screen.lock"
-  flock -n 8 || { step "waiting for another run on this machine"; flock 8; }
-  pipe=$(mktemp -u "${TMPDIR:-/tmp}/screen.XXXXXX")
-  mkfifo "$pipe"
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$pipe" 8>&- >/dev/null 2>&1 &
-  screen_pid=$!
-  read -r -t 20 DISPLAY <"$pipe" || { rm -f "$pipe"; die "the virtual screen did not start within 20 seconds"; }
-  rm -f "$pipe"
-  export DISPLAY=:$DISPLAY
+# take_screen alone|beside: exports as DISPLAY a virtual screen that the user has to himself until
+# this tool ends, as a whole run needs it, or beside other programs that are run by hand. A user has
+# one at a time: the programs of a Wine prefix share one desktop, which cannot be on two screens.
+take_screen() {
+  local how=--exclusive
+  [ "$1" = alone ] || how=--shared
+  need_commands Xvfb flock setsid
+  exec 8>>"$cache/screen.lock"
+  flock -w 1 "$how" 8 || { note "==> waiting for another run on this machine"; flock "$how" 8; }
+  DISPLAY=$("$top/tools/screen" 8>&-) || exit
+  export DISPLAY
 }
 
-stop_screen() {
-  local arch
-  [ -n "$screen_pid" ] || return 0
-  # Wine's desktop lives some seconds longer than the last program. It has to be gone before its screen is, or the next
-  # program would find a desktop that cannot open windows.
-  for arch in x86 x64; do
-    WINEPREFIX=$(prefix_of "$arch") timeout 20 /usr/lib/wine/wineserver64 -w 8>&- 2>/dev/null || true
-  done
-  kill "$screen_pid" 2>/dev/null || true
-  screen_pid=
-  exec 8>&-
-}
-
-# build_preset PRESET: configures when needed and builds, showing the builder's progress.
+# build_preset PRESET [TARGET]: configures when needed and builds, showing the builder's progress.
 build_preset() {
   local log=$top/build/$1-configure.log
   step "building $1"
@@ -107,5 +110,5 @@ build_preset() {
   # Checkouts share compiled objects through the compiler cache, whatever folder they lie in.
   export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 NINJA_STATUS="[%f/%t %es] "
   cmake --preset "$1" >"$log" 2>&1 || { tail -n 15 "$log" >&2; die "configuring $1 failed; the whole log is $log"; }
-  cmake --build --preset "$1" || die "building $1 failed"
+  cmake --build --preset "$1" ${2:+--target "$2"} || die "building $1 failed"
 }
