@@ -1,4 +1,6 @@
 // Installs and removes the Motion-JPEG codec for programs of this program's own architecture.
+#include <base/Encoding.h>
+
 #include <windows.h>
 
 #include <cstdio>
@@ -17,6 +19,12 @@ int fail(const char* what, DWORD error)
     if (error != ERROR_SUCCESS) std::fprintf(stderr, " (error %lu)", error);
     std::fputs("\n", stderr);
     return 1;
+}
+
+// As UTF-8: a path may hold any letters.
+void Print(std::FILE* stream, const std::wstring& text)
+{
+    std::fputs(base::Utf8FromWide(text + L"\n").c_str(), stream);
 }
 
 // The registry key of the installed drivers; null with the error set when it cannot be opened.
@@ -65,12 +73,18 @@ private:
     LSTATUS m_error;
 };
 
-// By the file's name; an entry may give it in its short form.
-bool isOurs(const std::wstring& entry)
+// An entry in its long form; as it is when no file lies there.
+std::wstring LongPath(const std::wstring& entry)
 {
     wchar_t longPath[MAX_PATH] = {};
     const DWORD length = GetLongPathNameW(entry.c_str(), longPath, MAX_PATH);
-    const std::wstring path = length > 0 && length < MAX_PATH ? longPath : entry;
+    return length > 0 && length < MAX_PATH ? longPath : entry;
+}
+
+// By the file's name; an entry may give it in its short form.
+bool isOurs(const std::wstring& entry)
+{
+    const std::wstring path = LongPath(entry);
     const std::size_t slash = path.find_last_of(L"\\/");
     return _wcsicmp(path.substr(slash == std::wstring::npos ? 0 : slash + 1).c_str(), codecFile) ==
            0;
@@ -86,15 +100,17 @@ std::wstring codecBesideProgram()
     return codec.replace(codec.find_last_of(L'\\') + 1, std::wstring::npos, codecFile);
 }
 
-// What the drivers' key names is cut at the first blank, so a path with blanks is shortened; empty
-// when that is not possible.
+// What the drivers' key names is cut at the first blank, so a folder with blanks is shortened;
+// empty when that is not possible. The file keeps its name, by which it is known even when it is
+// gone.
 std::wstring withoutBlanks(const std::wstring& path)
 {
     if (path.find(L' ') == std::wstring::npos) return path;
-    wchar_t shortPath[MAX_PATH] = {};
-    const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH || std::wcschr(shortPath, L' ')) return {};
-    return shortPath;
+    const std::size_t slash = path.find_last_of(L'\\');
+    wchar_t folder[MAX_PATH] = {};
+    const DWORD length = GetShortPathNameW(path.substr(0, slash).c_str(), folder, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH || std::wcschr(folder, L' ')) return {};
+    return folder + path.substr(slash);
 }
 
 int install()
@@ -110,12 +126,12 @@ int install()
         return fail("cannot open the drivers' registry key; administrators can", key.error());
     const std::wstring present = key.entry();
     if (!present.empty() && !isOurs(present)) {
-        std::fprintf(stderr, "codecsetup: another codec is installed as %ls: %ls\n", entryName,
-                     present.c_str());
+        Print(stderr, L"codecsetup: another codec is installed as " + std::wstring(entryName) +
+                          L": " + present);
         return 1;
     }
     if (const DWORD error = key.setEntry(codec)) return fail("cannot write the registry", error);
-    std::printf("installed %ls = %ls\n", entryName, codec.c_str());
+    Print(stdout, L"installed " + std::wstring(entryName) + L" = " + codec);
     return 0;
 }
 
@@ -140,7 +156,11 @@ int status()
     const DriversKey key(KEY_QUERY_VALUE);
     if (key.error()) return fail("cannot open the drivers' registry key", key.error());
     const std::wstring present = key.entry();
-    std::printf("%ls\n", present.empty() ? L"not installed" : present.c_str());
+    const bool gone = GetFileAttributesW(present.c_str()) == INVALID_FILE_ATTRIBUTES;
+    if (present.empty())
+        Print(stdout, L"not installed");
+    else
+        Print(stdout, gone ? present + L" (the file is gone)" : LongPath(present));
     return 0;
 }
 

@@ -4,6 +4,8 @@
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 
+#include <base/Encoding.h>
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -69,6 +71,14 @@ void setEntry(const std::wstring& value, DWORD type = REG_SZ)
               ERROR_SUCCESS);
 }
 
+// In full, whatever form the registry has; empty when no file lies there.
+std::wstring LongPath(const std::wstring& path)
+{
+    wchar_t longPath[MAX_PATH] = {};
+    GetLongPathNameW(path.c_str(), longPath, MAX_PATH);
+    return longPath;
+}
+
 class CodecSetup : public testing::Test
 {
 protected:
@@ -90,11 +100,11 @@ TEST_F(CodecSetup, InstallsAndRemovesTheCodecBesideIt)
     for (int i = 0; i < 2; ++i) { // installed twice is installed
         const Ended installed = codecsetup(L"install");
         EXPECT_EQ(installed.status, 0u) << installed.output;
-        EXPECT_EQ(entry(), codec);
+        EXPECT_EQ(LongPath(entry()), codec);
     }
     const Ended status = codecsetup(L"status");
     EXPECT_EQ(status.status, 0u);
-    EXPECT_EQ(status.output, std::string(codec.begin(), codec.end()) + "\r\n");
+    EXPECT_EQ(status.output, base::Utf8FromWide(codec) + "\r\n");
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(codecsetup(L"remove").status, 0u);
         EXPECT_EQ(entry(), L"");
@@ -124,7 +134,15 @@ TEST_F(CodecSetup, ReplacesACodecOfItsOwnInAnotherFolder)
 {
     setEntry(L"C:\\elsewhere\\mjpgcodec.dll");
     EXPECT_EQ(codecsetup(L"install").status, 0u);
-    EXPECT_EQ(entry(), codec);
+    EXPECT_EQ(LongPath(entry()), codec);
+}
+
+TEST_F(CodecSetup, TellsWhenTheInstalledFileIsGone)
+{
+    setEntry(L"C:\\elsewhere\\mjpgcodec.dll");
+    const Ended status = codecsetup(L"status");
+    EXPECT_EQ(status.status, 0u);
+    EXPECT_EQ(status.output, "C:\\elsewhere\\mjpgcodec.dll (the file is gone)\r\n");
 }
 
 TEST_F(CodecSetup, RefusesToInstallACodecThatIsNotThere)
@@ -141,7 +159,7 @@ TEST_F(CodecSetup, RefusesToInstallACodecThatIsNotThere)
 TEST_F(CodecSetup, GivesAFolderWithABlankByItsShortNameOrNotAtAll)
 {
     const TemporaryFolder outer;
-    const std::wstring folder = outer / L"a folder";
+    const std::wstring folder = outer / L"ein Ordner \u00FC\u4E2D";
     ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
     ASSERT_TRUE(CopyFileW(program.c_str(), (folder + L"\\codecsetup.exe").c_str(), TRUE));
     ASSERT_TRUE(CopyFileW(codec.c_str(), (folder + L"\\mjpgcodec.dll").c_str(), TRUE));
@@ -152,7 +170,10 @@ TEST_F(CodecSetup, GivesAFolderWithABlankByItsShortNameOrNotAtAll)
         return;
     }
     EXPECT_EQ(entry().find(L' '), std::wstring::npos);
-    EXPECT_TRUE(test_support::fileExists(entry()));
+    EXPECT_EQ(LongPath(entry()), folder + L"\\mjpgcodec.dll");
+    EXPECT_EQ(codecsetup(L"status").output, base::Utf8FromWide(folder) + "\\mjpgcodec.dll\r\n");
+    DeleteFileW((folder + L"\\mjpgcodec.dll").c_str());
+    EXPECT_TRUE(entry().ends_with(L"\\mjpgcodec.dll")) << "so it is known as ours when it is gone";
     EXPECT_EQ(run(folder + L"\\codecsetup.exe", L"remove").status, 0u);
     EXPECT_EQ(entry(), L"");
 }
