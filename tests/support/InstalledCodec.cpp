@@ -19,10 +19,20 @@ bool setEntry(const std::wstring& entry, const std::wstring& value)
                            size) == ERROR_SUCCESS;
 }
 
+// What the registry names is cut at the first blank, so a folder with one has its short form.
+std::wstring WithoutBlanks(const std::wstring& path)
+{
+    if (path.find(L' ') == std::wstring::npos) return path;
+    const std::size_t slash = path.find_last_of(L'\\');
+    wchar_t folder[MAX_PATH] = {};
+    GetShortPathNameW(path.substr(0, slash).c_str(), folder, MAX_PATH);
+    return folder + path.substr(slash);
+}
+
 } // namespace
 
 InstalledCodec::InstalledCodec(const std::wstring& fourcc, const std::wstring& dll)
-    : m_entry(L"vidc." + fourcc), m_path(besideProgram(dll))
+    : m_entry(L"vidc." + fourcc), m_path(WithoutBlanks(besideProgram(dll)))
 {
     wchar_t before[MAX_PATH] = {};
     DWORD size = sizeof before;
