@@ -8,6 +8,7 @@
 #include <array>
 #include <climits>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 
 using qor_utils::ConversionModel;
@@ -31,10 +32,11 @@ qor_utils::MicronPoint Published(int line, int sample)
 // The committed recording's own description of itself.
 Scene CommittedSample()
 {
-    std::ifstream file(SAMPLE_IMAGES "/curved.cine", std::ios::binary);
+    const std::filesystem::path path(u8"" SAMPLE_IMAGES "/curved.cine"); // any letters
+    std::ifstream file(path, std::ios::binary);
     std::array<std::int32_t, 19> header{};
     file.read(reinterpret_cast<char*>(header.data()), sizeof header);
-    EXPECT_TRUE(file) << SAMPLE_IMAGES "/curved.cine";
+    EXPECT_TRUE(file) << path;
     Scene s;
     s.samplingFreq = header[5];
     s.soundSpeed = header[6];
