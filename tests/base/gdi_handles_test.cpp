@@ -1,0 +1,108 @@
+#include <base/GdiHandles.h>
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+namespace {
+
+static_assert(!std::is_copy_constructible_v<base::Selection> &&
+              !std::is_move_constructible_v<base::Selection>);
+static_assert(!std::is_copy_constructible_v<base::WindowContext> &&
+              !std::is_move_constructible_v<base::WindowContext>);
+
+class GdiHandles : public testing::Test
+{
+protected:
+    HGDIOBJ Selected() const { return GetCurrentObject(context.get(), OBJ_BITMAP); }
+
+    base::MemoryContext context{CreateCompatibleDC(nullptr)};
+    base::Bitmap bitmap{CreateBitmap(4, 4, 1, 32, nullptr)};
+    HGDIOBJ original = Selected();
+};
+
+} // namespace
+
+TEST_F(GdiHandles, ObjectIsDeleted)
+{
+    const HBITMAP handle = bitmap.get();
+    EXPECT_EQ(GetObjectType(handle), static_cast<DWORD>(OBJ_BITMAP));
+    bitmap.reset();
+    EXPECT_EQ(GetObjectType(handle), 0u);
+}
+
+TEST_F(GdiHandles, MemoryContextIsDeleted)
+{
+    const HDC handle = context.get();
+    EXPECT_EQ(GetObjectType(handle), static_cast<DWORD>(OBJ_MEMDC));
+    context.reset();
+    EXPECT_EQ(GetObjectType(handle), 0u);
+}
+
+TEST_F(GdiHandles, WindowContextIsReleased)
+{
+    HDC handle = nullptr;
+    {
+        const base::WindowContext screen(nullptr);
+        ASSERT_TRUE(screen);
+        handle = screen.get();
+        EXPECT_GT(GetDeviceCaps(handle, HORZRES), 0);
+    }
+    EXPECT_FALSE(ReleaseDC(nullptr, handle)) << "it was still held";
+}
+
+TEST_F(GdiHandles, WindowContextOfNoWindowIsEmpty)
+{
+    const base::WindowContext none(reinterpret_cast<HWND>(1));
+    EXPECT_FALSE(none);
+    EXPECT_EQ(none.get(), nullptr);
+}
+
+TEST_F(GdiHandles, SelectionPutsBackWhatWasSelected)
+{
+    {
+        const base::Selection selection(context.get(), bitmap.get());
+        EXPECT_TRUE(selection);
+        EXPECT_EQ(Selected(), bitmap.get());
+    }
+    EXPECT_EQ(Selected(), original);
+}
+
+TEST_F(GdiHandles, SelectionsWithinEachOtherEndInTurn)
+{
+    const base::Bitmap other(CreateBitmap(2, 2, 1, 32, nullptr));
+    {
+        const base::Selection outer(context.get(), bitmap.get());
+        {
+            const base::Selection inner(context.get(), other.get());
+            EXPECT_EQ(Selected(), other.get());
+        }
+        EXPECT_EQ(Selected(), bitmap.get());
+    }
+    EXPECT_EQ(Selected(), original);
+}
+
+TEST_F(GdiHandles, SelectionOfNothingSelectsNothing)
+{
+    {
+        const base::Selection noObject(context.get(), nullptr);
+        EXPECT_FALSE(noObject);
+        const base::Selection noContext(nullptr, bitmap.get());
+        EXPECT_FALSE(noContext);
+        EXPECT_EQ(Selected(), original);
+    }
+    EXPECT_EQ(Selected(), original);
+}
+
+TEST_F(GdiHandles, RefusedSelectionSaysSoAndChangesNothing)
+{
+    const base::MemoryContext second(CreateCompatibleDC(nullptr));
+    const base::Selection first(context.get(), bitmap.get());
+    const HGDIOBJ before = GetCurrentObject(second.get(), OBJ_BITMAP);
+    {
+        const base::Selection refused(second.get(), bitmap.get());
+        EXPECT_FALSE(refused) << "one bitmap, two contexts";
+    }
+    EXPECT_EQ(GetCurrentObject(second.get(), OBJ_BITMAP), before);
+    EXPECT_EQ(Selected(), bitmap.get());
+}

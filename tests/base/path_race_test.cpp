@@ -1,0 +1,58 @@
+// What FullPath answers when another thread changes the current directory between its two
+// questions. The change is made here, right behind the first answer, so that it never comes too
+// late.
+#include <windows.h>
+
+#include <string>
+#include <utility>
+
+namespace {
+
+std::wstring s_nextDirectory; // to change to behind the next answer; empty for no change
+
+DWORD AnswerAndChange(const wchar_t* path, DWORD size, wchar_t* buffer, wchar_t** name)
+{
+    const DWORD answer = GetFullPathNameW(path, size, buffer, name);
+    const std::wstring next = std::exchange(s_nextDirectory, L"");
+    if (!next.empty()) SetCurrentDirectoryW(next.c_str());
+    return answer;
+}
+
+} // namespace
+
+#define GetFullPathNameW AnswerAndChange
+#include <base/FilePath.h>
+#undef GetFullPathNameW
+
+#include "test_support/InDirectory.h"
+#include "test_support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class FullPathRace : public testing::Test
+{
+protected:
+    FullPathRace() { CreateDirectoryW(longer.c_str(), nullptr); }
+
+    const test_support::TemporaryFolder folder;
+    const std::wstring longer = folder / L"longer";
+};
+
+} // namespace
+
+TEST_F(FullPathRace, LongerDirectoryGivesNoPath)
+{
+    const test_support::InDirectory inside(folder.path());
+    s_nextDirectory = longer;
+    EXPECT_EQ(base::FullPath(L"name"), L"");
+    EXPECT_EQ(base::FullPath(L"name"), longer + L"\\name") << "the next time it is there";
+}
+
+TEST_F(FullPathRace, ShorterDirectoryGivesItsWholePath)
+{
+    const test_support::InDirectory inside(longer);
+    s_nextDirectory = folder.path();
+    EXPECT_EQ(base::FullPath(L"name"), folder / L"name");
+}
