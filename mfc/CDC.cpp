@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <framework/fromHandle.h>
+#include <framework/FromHandle.h>
 
 namespace {
 

@@ -8,8 +8,8 @@ struct CStringList::Node
     Node* previous = nullptr;
     CString text;
 
-    POSITION position() { return reinterpret_cast<POSITION>(this); }
-    static Node* from(POSITION position) { return reinterpret_cast<Node*>(position); }
+    POSITION Position() { return reinterpret_cast<POSITION>(this); }
+    static Node* From(POSITION position) { return reinterpret_cast<Node*>(position); }
 };
 
 CStringList::CStringList(INT_PTR blockSize) : m_blockSize(std::max<INT_PTR>(blockSize, 1)) {}
@@ -28,50 +28,50 @@ POSITION CStringList::GetTailPosition() const noexcept
 
 const CString& CStringList::GetNext(POSITION& position) const
 {
-    const Node* node = Node::from(position);
+    const Node* node = Node::From(position);
     position = reinterpret_cast<POSITION>(node->next);
     return node->text;
 }
 
 const CString& CStringList::GetPrev(POSITION& position) const
 {
-    const Node* node = Node::from(position);
+    const Node* node = Node::From(position);
     position = reinterpret_cast<POSITION>(node->previous);
     return node->text;
 }
 
 CString& CStringList::GetAt(POSITION position)
 {
-    return Node::from(position)->text;
+    return Node::From(position)->text;
 }
 
 const CString& CStringList::GetAt(POSITION position) const
 {
-    return Node::from(position)->text;
+    return Node::From(position)->text;
 }
 
 POSITION CStringList::AddHead(LPCWSTR text)
 {
-    return Insert(nullptr, m_head, text)->position();
+    return Insert(nullptr, m_head, text)->Position();
 }
 
 POSITION CStringList::AddTail(LPCWSTR text)
 {
-    return Insert(m_tail, nullptr, text)->position();
+    return Insert(m_tail, nullptr, text)->Position();
 }
 
 POSITION CStringList::InsertBefore(POSITION position, LPCWSTR text)
 {
     if (!position) return AddHead(text);
-    Node* const node = Node::from(position);
-    return Insert(node->previous, node, text)->position();
+    Node* const node = Node::From(position);
+    return Insert(node->previous, node, text)->Position();
 }
 
 POSITION CStringList::InsertAfter(POSITION position, LPCWSTR text)
 {
     if (!position) return AddTail(text);
-    Node* const node = Node::from(position);
-    return Insert(node, node->next, text)->position();
+    Node* const node = Node::From(position);
+    return Insert(node, node->next, text)->Position();
 }
 
 CString CStringList::RemoveHead()
@@ -86,7 +86,7 @@ CString CStringList::RemoveTail()
 
 void CStringList::RemoveAt(POSITION position)
 {
-    if (position) Remove(Node::from(position));
+    if (position) Remove(Node::From(position));
 }
 
 void CStringList::RemoveAll() noexcept
@@ -98,7 +98,7 @@ void CStringList::RemoveAll() noexcept
 
 POSITION CStringList::Find(LPCWSTR text, POSITION startAfter) const
 {
-    Node* node = startAfter ? Node::from(startAfter)->next : m_head;
+    Node* node = startAfter ? Node::From(startAfter)->next : m_head;
     while (node && node->text != text)
         node = node->next;
     return reinterpret_cast<POSITION>(node);
@@ -110,7 +110,7 @@ POSITION CStringList::FindIndex(INT_PTR index) const noexcept
     Node* node = m_head;
     while (index-- > 0)
         node = node->next;
-    return node->position();
+    return node->Position();
 }
 
 CStringList::Node* CStringList::Insert(Node* previous, Node* next, LPCWSTR text)

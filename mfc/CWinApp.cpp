@@ -11,9 +11,9 @@ namespace {
 
 // Constant-initialised, so that application objects may be built before and after this DLL's other
 // objects.
-constinit std::atomic<CWinApp*> theApplication = nullptr;
-constinit framework::SlimLock modulesMutex;
-constinit CWinApp* modules = nullptr;
+constinit std::atomic<CWinApp*> s_theApplication = nullptr;
+constinit framework::SlimLock s_modulesMutex;
+constinit CWinApp* s_modules = nullptr;
 
 bool IsExecutable(HINSTANCE module)
 {
@@ -55,22 +55,22 @@ CWinApp::CWinApp(LPCTSTR appName, HINSTANCE module) : m_hInstance(module)
     m_nThreadID = GetCurrentThreadId();
     if (IsExecutable(module)) {
         CWinApp* none = nullptr;
-        theApplication.compare_exchange_strong(none,
-                                               this); // the first one, should there be several
+        s_theApplication.compare_exchange_strong(none,
+                                                 this); // the first one, should there be several
         return;
     }
-    const std::lock_guard lock(modulesMutex);
-    m_nextModule = modules;
-    modules = this;
+    const std::lock_guard lock(s_modulesMutex);
+    m_nextModule = s_modules;
+    s_modules = this;
 }
 
 CWinApp::~CWinApp()
 {
     CWinApp* self = this;
-    theApplication.compare_exchange_strong(self, nullptr);
+    s_theApplication.compare_exchange_strong(self, nullptr);
     {
-        const std::lock_guard lock(modulesMutex);
-        for (CWinApp** link = &modules; *link; link = &(*link)->m_nextModule) {
+        const std::lock_guard lock(s_modulesMutex);
+        for (CWinApp** link = &s_modules; *link; link = &(*link)->m_nextModule) {
             if (*link != this) continue;
             *link = m_nextModule;
             break;
@@ -95,7 +95,7 @@ int CWinApp::Run()
 
 CWinApp* AfxGetApp()
 {
-    return theApplication;
+    return s_theApplication;
 }
 
 HINSTANCE AfxGetInstanceHandle()
@@ -118,8 +118,8 @@ HINSTANCE AfxFindResourceHandle(LPCTSTR name, LPCTSTR type)
 {
     const HINSTANCE executable = AfxGetResourceHandle();
     if (FindResourceW(executable, name, type)) return executable;
-    const std::lock_guard lock(modulesMutex);
-    for (const CWinApp* module = modules; module; module = module->m_nextModule)
+    const std::lock_guard lock(s_modulesMutex);
+    for (const CWinApp* module = s_modules; module; module = module->m_nextModule)
         if (FindResourceW(module->m_hInstance, name, type)) return module->m_hInstance;
     return executable;
 }

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include <framework/fromHandle.h>
+#include <framework/FromHandle.h>
 
 using framework::ThreadState;
 

@@ -8,8 +8,8 @@ namespace framework {
 
 namespace {
 
-constinit SlimLock chainMutex;
-constinit ThreadState* chain = nullptr;
+constinit SlimLock s_chainMutex;
+constinit ThreadState* s_chain = nullptr;
 
 // A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded
 // until the thread ends.
@@ -42,16 +42,16 @@ void ThreadState::DeleteCurrent() noexcept
 
 void ThreadState::DeleteAll() noexcept
 {
-    while (chain)
-        delete chain;
+    while (s_chain)
+        delete s_chain;
     TlsFree(Slot());
 }
 
 ThreadState::ThreadState()
 {
-    const std::lock_guard lock(chainMutex);
-    m_next = chain;
-    chain = this;
+    const std::lock_guard lock(s_chainMutex);
+    m_next = s_chain;
+    s_chain = this;
 }
 
 ThreadState::~ThreadState()
@@ -59,8 +59,8 @@ ThreadState::~ThreadState()
     DeleteTemporaryWindows();
     DeleteTemporaryContexts();
     DeleteTemporaryGdiObjects();
-    const std::lock_guard lock(chainMutex);
-    ThreadState** link = &chain;
+    const std::lock_guard lock(s_chainMutex);
+    ThreadState** link = &s_chain;
     while (*link != this)
         link = &(*link)->m_next;
     *link = m_next;

@@ -9,9 +9,9 @@ namespace utils_statics {
 
 // Tells a search of the imaged region which rows of a column are worth a look.
 //
-// The image is covered by cells of 16 x 8 pixels. A cell is taken to be uniform when its four corners
-// agree and the region's outline, as the forward conversion gives it, does not come near. Every
-// other cell is to be searched pixel by pixel.
+// The image is covered by cells of 16 x 8 pixels. A cell is taken to be uniform when its four
+// corners agree and the region's outline, as the forward conversion gives it, does not come near.
+// Every other cell is to be searched pixel by pixel.
 class RegionGrid
 {
 public:

@@ -7,28 +7,28 @@ namespace {
 // Given to those who open the codec only to configure it, without a description of what to open.
 constexpr LRESULT openedForConfiguration = -65536;
 
-LRESULT openCodec(const ICOPEN* open)
+LRESULT OpenCodec(const ICOPEN* open)
 {
     if (!open) return openedForConfiguration;
     if (open->fccType != ICTYPE_VIDEO) return 0;
     return reinterpret_cast<LRESULT>(new (std::nothrow) mjpg::MjpgCodec);
 }
 
-mjpg::MjpgCodec* codecOf(DWORD_PTR id)
+mjpg::MjpgCodec* CodecOf(DWORD_PTR id)
 {
     const bool isCodec = id != 0 && static_cast<LRESULT>(id) != openedForConfiguration;
     return isCodec ? reinterpret_cast<mjpg::MjpgCodec*>(id) : nullptr;
 }
 
-LRESULT handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
+LRESULT Handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
 {
     switch (message) {
     case DRV_LOAD:
     case DRV_FREE:
     case DRV_ENABLE:
     case DRV_DISABLE: return 1;
-    case DRV_OPEN: return openCodec(reinterpret_cast<const ICOPEN*>(second));
-    case DRV_CLOSE: delete codecOf(id); return 1;
+    case DRV_OPEN: return OpenCodec(reinterpret_cast<const ICOPEN*>(second));
+    case DRV_CLOSE: delete CodecOf(id); return 1;
     case DRV_QUERYCONFIGURE: return 0; // there is no dialog
     case DRV_CONFIGURE:
     case DRV_INSTALL:
@@ -36,8 +36,8 @@ LRESULT handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM se
     default: break;
     }
     if (message < DRV_USER) return DefDriverProc(id, driver, message, first, second);
-    mjpg::MjpgCodec* const codec = codecOf(id);
-    return codec ? codec->handle(message, first, second) : ICERR_UNSUPPORTED;
+    mjpg::MjpgCodec* const codec = CodecOf(id);
+    return codec ? codec->Handle(message, first, second) : ICERR_UNSUPPORTED;
 }
 
 } // namespace
@@ -46,5 +46,5 @@ LRESULT handle(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM se
 extern "C" __declspec(dllexport) LRESULT CALLBACK
     DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
 {
-    return handle(id, driver, message, first, second);
+    return Handle(id, driver, message, first, second);
 }

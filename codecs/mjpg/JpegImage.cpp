@@ -18,22 +18,22 @@ struct Destroy
 // The library reports every failure by a result; none of its jumps leaves it.
 using Instance = std::unique_ptr<std::remove_pointer_t<tjhandle>, Destroy>;
 
-int pixelFormatOf(const FrameShape& shape)
+int PixelFormatOf(const FrameShape& shape)
 {
     return shape.bytesPerPixel == 4 ? TJPF_BGRX : TJPF_BGR;
 }
 
-int directionOf(const FrameShape& shape)
+int DirectionOf(const FrameShape& shape)
 {
     return shape.bottomUp ? TJFLAG_BOTTOMUP : 0;
 }
 
-bool wentOn(const Instance& decoder, int result)
+bool WentOn(const Instance& decoder, int result)
 {
     return result == 0 || tjGetErrorCode(decoder.get()) == TJERR_WARNING;
 }
 
-bool hasSize(const Instance& decoder, const std::uint8_t* data, unsigned long size,
+bool HasSize(const Instance& decoder, const std::uint8_t* data, unsigned long size,
              const FrameShape& shape)
 {
     int width = 0;
@@ -42,40 +42,40 @@ bool hasSize(const Instance& decoder, const std::uint8_t* data, unsigned long si
     int colours = 0;
     const int result =
         tjDecompressHeader3(decoder.get(), data, size, &width, &height, &subsampling, &colours);
-    return wentOn(decoder, result) && width == shape.width && height == shape.height;
+    return WentOn(decoder, result) && width == shape.width && height == shape.height;
 }
 
 } // namespace
 
-std::size_t jpegBound(int width, int height)
+std::size_t JpegBound(int width, int height)
 {
     return tjBufSize(width, height, TJSAMP_420);
 }
 
-std::size_t encodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality,
+std::size_t EncodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality,
                        std::uint8_t* output)
 {
     const Instance encoder(tjInitCompress());
     unsigned long size = 0;
     // Without the accurate transform lower qualities take a coarser one.
-    const int flags = directionOf(shape) | TJFLAG_NOREALLOC | TJFLAG_ACCURATEDCT;
+    const int flags = DirectionOf(shape) | TJFLAG_NOREALLOC | TJFLAG_ACCURATEDCT;
     const int result =
         tjCompress2(encoder.get(), pixels, shape.width, shape.stride, shape.height,
-                    pixelFormatOf(shape), &output, &size, TJSAMP_420, (quality + 50) / 100, flags);
+                    PixelFormatOf(shape), &output, &size, TJSAMP_420, (quality + 50) / 100, flags);
     return result == 0 ? size : 0;
 }
 
-bool decodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
+bool DecodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
                 const FrameShape& shape)
 {
     if (size > ULONG_MAX) return false;
     const auto bytes = static_cast<unsigned long>(size);
     const Instance decoder(tjInitDecompress());
-    if (!decoder || !hasSize(decoder, data, bytes, shape)) return false;
+    if (!decoder || !HasSize(decoder, data, bytes, shape)) return false;
     // A few bytes can ask for millions of scans over the whole image; no camera does.
-    const int flags = directionOf(shape) | TJFLAG_LIMITSCANS;
-    return wentOn(decoder, tjDecompress2(decoder.get(), data, bytes, pixels, shape.width,
-                                         shape.stride, shape.height, pixelFormatOf(shape), flags));
+    const int flags = DirectionOf(shape) | TJFLAG_LIMITSCANS;
+    return WentOn(decoder, tjDecompress2(decoder.get(), data, bytes, pixels, shape.width,
+                                         shape.stride, shape.height, PixelFormatOf(shape), flags));
 }
 
 } // namespace mjpg

@@ -18,18 +18,18 @@ struct FrameShape
 constexpr int bestQuality = 10000;
 
 /// Bytes that hold any JPEG image of this size, whatever its quality.
-std::size_t jpegBound(int width, int height);
+std::size_t JpegBound(int width, int height);
 
 /// Encodes a baseline JPEG image with chroma halved in both directions. `quality` is 0 (smallest)
-/// to 10000 (best), in effect a whole percentage. `output` takes jpegBound(width, height) bytes.
+/// to 10000 (best), in effect a whole percentage. `output` takes JpegBound(width, height) bytes.
 /// The number of bytes written, 0 when there is no memory.
-std::size_t encodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality,
+std::size_t EncodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int quality,
                        std::uint8_t* output);
 
 /// Decodes a JPEG image. Of a damaged one whatever can be read is taken, as players of movies do.
 /// False, with the pixels in any state, when it is no image, one of another size than `shape`, or
 /// broken before its first row.
-bool decodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
+bool DecodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
                 const FrameShape& shape);
 
 } // namespace mjpg

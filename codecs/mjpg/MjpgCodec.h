@@ -12,20 +12,20 @@ constexpr DWORD fourcc = mmioFOURCC('M', 'J', 'P', 'G');
 class MjpgCodec
 {
 public:
-    LRESULT handle(UINT message, LPARAM first, LPARAM second);
+    LRESULT Handle(UINT message, LPARAM first, LPARAM second);
 
 private:
-    LRESULT getInfo(ICINFO* info, LPARAM size) const;
-    LRESULT getState(void* state, LPARAM size) const;
-    LRESULT setState(const void* state, LPARAM size);
-    LRESULT setQuality(const DWORD* quality);
+    LRESULT GetInfo(ICINFO* info, LPARAM size) const;
+    LRESULT GetState(void* state, LPARAM size) const;
+    LRESULT SetState(const void* state, LPARAM size);
+    LRESULT SetQuality(const DWORD* quality);
 
-    LRESULT compressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
-    LRESULT compressGetSize(const BITMAPINFOHEADER* input) const;
-    LRESULT compress(const ICCOMPRESS* frame, LPARAM size) const;
+    LRESULT CompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
+    LRESULT CompressGetSize(const BITMAPINFOHEADER* input) const;
+    LRESULT Compress(const ICCOMPRESS* frame, LPARAM size) const;
 
-    LRESULT decompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
-    LRESULT decompress(const ICDECOMPRESS* frame, LPARAM size) const;
+    LRESULT DecompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
+    LRESULT Decompress(const ICDECOMPRESS* frame, LPARAM size) const;
 
     static constexpr DWORD defaultQuality = 7500;
     DWORD m_quality = defaultQuality; ///< for frames that come without one

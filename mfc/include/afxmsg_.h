@@ -8,7 +8,7 @@
 // A map is constant data; the handlers' types are checked when it is compiled.
 
 #include <framework/CCmdTarget.h>
-#include <framework/messageHandlers.h>
+#include <framework/MessageHandlers.h>
 
 #define afx_msg
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include <framework/wrapping.h>
+#include <framework/Wrapping.h>
 
 // A width and a height, in whatever unit the function says that takes it.
 class CSize : public tagSIZE
@@ -39,7 +39,7 @@ class CPoint : public tagPOINT
 {
 public:
     constexpr CPoint() noexcept : tagPOINT{0, 0} {}
-    constexpr CPoint(int x_, int y_) noexcept : tagPOINT{x_, y_} {}
+    constexpr CPoint(int pointX, int pointY) noexcept : tagPOINT{pointX, pointY} {}
     constexpr CPoint(POINT point) noexcept : tagPOINT(point) {}
     explicit constexpr CPoint(SIZE size) noexcept : tagPOINT{size.cx, size.cy} {}
     // The position packed into the parameter of a mouse message: two signed 16-bit halves.
@@ -48,7 +48,7 @@ public:
     {
     }
 
-    constexpr void SetPoint(int x_, int y_) noexcept { *this = CPoint(x_, y_); }
+    constexpr void SetPoint(int pointX, int pointY) noexcept { *this = CPoint(pointX, pointY); }
     constexpr void Offset(int dx, int dy) noexcept { *this += CSize(dx, dy); }
     constexpr void Offset(POINT by) noexcept { *this += CSize(by); }
     constexpr void Offset(SIZE by) noexcept { *this += by; }

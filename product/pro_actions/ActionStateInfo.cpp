@@ -19,7 +19,7 @@ bool ActionStateInfo::Load(const zelXMLNode& node) noexcept
             CProActionCollection::MapActionType(node.getAttribute(L"actionType"));
         const int newAction =
             CProActionCollection::MapAction(newType, node.getAttribute(L"action"));
-        if (newType == ActionTypeNone || newAction == -1) return false;
+        if (newType == actionTypeNone || newAction == -1) return false;
         *this = {newType, newAction, node.getAttributeInt(L"actionParam", 0)};
         return true;
     } catch (const std::exception&) // out of memory

@@ -6,14 +6,14 @@ namespace pro_actions {
 
 namespace {
 
-bool addEntry(NumberedNames& names, const zelXMLNode& element, const wchar_t* numberAttribute)
+bool AddEntry(NumberedNames& names, const zelXMLNode& element, const wchar_t* numberAttribute)
 {
-    return names.add(element.getAttribute(L"name"), element.getAttributeInt(numberAttribute, -1));
+    return names.Add(element.getAttribute(L"name"), element.getAttributeInt(numberAttribute, -1));
 }
 
 } // namespace
 
-bool NumberedNames::add(const std::wstring& name, int number)
+bool NumberedNames::Add(const std::wstring& name, int number)
 {
     if (name.empty() || number == -1 || m_numbers.contains(name) || m_names.contains(number))
         return false;
@@ -22,35 +22,35 @@ bool NumberedNames::add(const std::wstring& name, int number)
     return true;
 }
 
-int NumberedNames::numberOf(std::wstring_view name) const noexcept
+int NumberedNames::NumberOf(std::wstring_view name) const noexcept
 {
     const auto found = m_numbers.find(name);
     return found == m_numbers.end() ? -1 : found->second;
 }
 
-std::wstring NumberedNames::nameOf(int number) const
+std::wstring NumberedNames::NameOf(int number) const
 {
     const auto found = m_names.find(number);
     return found == m_names.end() ? std::wstring() : found->second;
 }
 
-bool ActionVocabulary::read(const zelXMLNode& root)
+bool ActionVocabulary::Read(const zelXMLNode& root)
 {
     for (zelXMLNode element = root.getFirstChild(); element.isValid(); ++element)
-        if (!readType(element)) return false;
+        if (!ReadType(element)) return false;
     return true;
 }
 
-bool ActionVocabulary::readType(const zelXMLNode& element)
+bool ActionVocabulary::ReadType(const zelXMLNode& element)
 {
-    if (!addEntry(m_types, element, L"value")) return false;
+    if (!AddEntry(m_types, element, L"value")) return false;
     NumberedNames& actions = m_actions[element.getAttributeInt(L"value", -1)];
     for (zelXMLNode action = element.getFirstChild(); action.isValid(); ++action)
-        if (!addEntry(actions, action, L"code")) return false;
+        if (!AddEntry(actions, action, L"code")) return false;
     return true;
 }
 
-const NumberedNames& ActionVocabulary::actionsOf(ActionType type) const noexcept
+const NumberedNames& ActionVocabulary::ActionsOf(ActionType type) const noexcept
 {
     static const NumberedNames none;
     const auto found = m_actions.find(type);

@@ -16,10 +16,10 @@ class NumberedNames
 public:
     // False, and nothing is added, when the name is empty, the number is -1 or either is already
     // there.
-    bool add(const std::wstring& name, int number);
+    bool Add(const std::wstring& name, int number);
 
-    int numberOf(std::wstring_view name) const noexcept; // -1 when unknown
-    std::wstring nameOf(int number) const;               // empty when unknown
+    int NumberOf(std::wstring_view name) const noexcept; // -1 when unknown
+    std::wstring NameOf(int number) const;               // empty when unknown
 
 private:
     std::map<std::wstring, int, std::less<>> m_numbers;
@@ -31,13 +31,13 @@ class ActionVocabulary
 {
 public:
     // Adds what the file's document element lists; false at the first entry that is no good.
-    bool read(const zelXMLNode& root);
+    bool Read(const zelXMLNode& root);
 
-    const NumberedNames& types() const noexcept { return m_types; }
-    const NumberedNames& actionsOf(ActionType type) const noexcept;
+    const NumberedNames& Types() const noexcept { return m_types; }
+    const NumberedNames& ActionsOf(ActionType type) const noexcept;
 
 private:
-    bool readType(const zelXMLNode& element);
+    bool ReadType(const zelXMLNode& element);
 
     NumberedNames m_types;
     std::map<int, NumberedNames> m_actions;

@@ -24,7 +24,7 @@ public:
         return m_vocabulary;
     }
 
-    void set(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept
+    void Set(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept
     {
         const std::scoped_lock lock(m_mutex);
         m_vocabulary.swap(vocabulary);
@@ -35,7 +35,7 @@ private:
     std::shared_ptr<const ActionVocabulary> m_vocabulary; // null: empty
 };
 
-CurrentVocabulary& current() noexcept
+CurrentVocabulary& Current() noexcept
 {
     static CurrentVocabulary vocabulary;
     return vocabulary;
@@ -48,8 +48,8 @@ bool CProActionCollection::LoadVocabulary(const wchar_t* path) noexcept
     try {
         zelXMLFile file;
         auto vocabulary = std::make_shared<ActionVocabulary>();
-        if (!file.open(path, true) || !vocabulary->read(file.getRootElement())) return false;
-        current().set(std::move(vocabulary));
+        if (!file.open(path, true) || !vocabulary->Read(file.getRootElement())) return false;
+        Current().Set(std::move(vocabulary));
         return true;
     } catch (const std::exception&) // out of memory
     {
@@ -64,14 +64,14 @@ bool CProActionCollection::LoadVocabulary(const std::wstring& path) noexcept
 
 void CProActionCollection::Clear() noexcept
 {
-    current().set(nullptr);
+    Current().Set(nullptr);
 }
 
 ActionType CProActionCollection::MapActionType(const wchar_t* name) noexcept
 {
-    const auto vocabulary = current().get();
-    return vocabulary && name ? static_cast<ActionType>(vocabulary->types().numberOf(name))
-                              : ActionTypeNone;
+    const auto vocabulary = Current().get();
+    return vocabulary && name ? static_cast<ActionType>(vocabulary->Types().NumberOf(name))
+                              : actionTypeNone;
 }
 
 ActionType CProActionCollection::MapActionType(const std::wstring& name) noexcept
@@ -81,8 +81,8 @@ ActionType CProActionCollection::MapActionType(const std::wstring& name) noexcep
 
 int CProActionCollection::MapAction(ActionType type, const wchar_t* name) noexcept
 {
-    const auto vocabulary = current().get();
-    return vocabulary && name ? vocabulary->actionsOf(type).numberOf(name) : -1;
+    const auto vocabulary = Current().get();
+    return vocabulary && name ? vocabulary->ActionsOf(type).NumberOf(name) : -1;
 }
 
 int CProActionCollection::MapAction(ActionType type, const std::wstring& name) noexcept
@@ -92,12 +92,12 @@ int CProActionCollection::MapAction(ActionType type, const std::wstring& name) n
 
 std::wstring CProActionCollection::GetActionTypeName(ActionType type)
 {
-    const auto vocabulary = current().get();
-    return vocabulary ? vocabulary->types().nameOf(type) : std::wstring();
+    const auto vocabulary = Current().get();
+    return vocabulary ? vocabulary->Types().NameOf(type) : std::wstring();
 }
 
 std::wstring CProActionCollection::GetActionName(ActionType type, int action)
 {
-    const auto vocabulary = current().get();
-    return vocabulary ? vocabulary->actionsOf(type).nameOf(action) : std::wstring();
+    const auto vocabulary = Current().get();
+    return vocabulary ? vocabulary->ActionsOf(type).NameOf(action) : std::wstring();
 }

@@ -4,19 +4,19 @@
 
 namespace pro_actions {
 
-ConsumerRegistry& ConsumerRegistry::ofStates() noexcept
+ConsumerRegistry& ConsumerRegistry::OfStates() noexcept
 {
     static ConsumerRegistry registry;
     return registry;
 }
 
-ConsumerRegistry& ConsumerRegistry::ofNotifications() noexcept
+ConsumerRegistry& ConsumerRegistry::OfNotifications() noexcept
 {
     static ConsumerRegistry registry;
     return registry;
 }
 
-void ConsumerRegistry::add(IActionStateConsumer& consumer, const ActionStateInfo& topic)
+void ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic)
 {
     const std::scoped_lock lock(m_mutex);
     Registrations& registrations = m_topics[topic];
@@ -26,31 +26,31 @@ void ConsumerRegistry::add(IActionStateConsumer& consumer, const ActionStateInfo
     if (!known) registrations.push_back({m_nextSerial++, &consumer});
 }
 
-void ConsumerRegistry::remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
+void ConsumerRegistry::Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
 {
     const std::scoped_lock lock(m_mutex);
     const auto found = m_topics.find(topic);
     if (found == m_topics.end()) return;
-    erase(found->second, consumer);
+    Erase(found->second, consumer);
     if (found->second.empty()) m_topics.erase(found);
 }
 
-void ConsumerRegistry::removeAll(IActionStateConsumer& consumer) noexcept
+void ConsumerRegistry::RemoveAll(IActionStateConsumer& consumer) noexcept
 {
     const std::scoped_lock lock(m_mutex);
     for (auto topic = m_topics.begin(); topic != m_topics.end();) {
-        erase(topic->second, consumer);
+        Erase(topic->second, consumer);
         topic = topic->second.empty() ? m_topics.erase(topic) : std::next(topic);
     }
 }
 
-ConsumerRegistry::Serial ConsumerRegistry::nextSerial() noexcept
+ConsumerRegistry::Serial ConsumerRegistry::NextSerial() noexcept
 {
     const std::scoped_lock lock(m_mutex);
     return m_nextSerial;
 }
 
-IActionStateConsumer* ConsumerRegistry::next(const ActionStateInfo& topic, Serial& from,
+IActionStateConsumer* ConsumerRegistry::Next(const ActionStateInfo& topic, Serial& from,
                                              Serial end) noexcept
 {
     const std::scoped_lock lock(m_mutex);
@@ -66,7 +66,7 @@ IActionStateConsumer* ConsumerRegistry::next(const ActionStateInfo& topic, Seria
     return first->consumer;
 }
 
-void ConsumerRegistry::erase(Registrations& registrations,
+void ConsumerRegistry::Erase(Registrations& registrations,
                              const IActionStateConsumer& consumer) noexcept
 {
     std::erase_if(registrations,

@@ -24,20 +24,20 @@ public:
 
     // The process's two registries: of consumers of states, and (all under the default topic) of
     // notifications.
-    static ConsumerRegistry& ofStates() noexcept;
-    static ConsumerRegistry& ofNotifications() noexcept;
+    static ConsumerRegistry& OfStates() noexcept;
+    static ConsumerRegistry& OfNotifications() noexcept;
 
     // Both are no-ops when there is nothing to do. add throws std::bad_alloc.
-    void add(IActionStateConsumer& consumer, const ActionStateInfo& topic);
-    void remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
-    void removeAll(IActionStateConsumer& consumer) noexcept;
+    void Add(IActionStateConsumer& consumer, const ActionStateInfo& topic);
+    void Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
+    void RemoveAll(IActionStateConsumer& consumer) noexcept;
 
     // The serial number that the next registration will get.
-    Serial nextSerial() noexcept;
+    Serial NextSerial() noexcept;
 
     // The first consumer of the topic whose serial number is at least from and less than end; null
     // when there is none. from moves on behind it.
-    IActionStateConsumer* next(const ActionStateInfo& topic, Serial& from, Serial end) noexcept;
+    IActionStateConsumer* Next(const ActionStateInfo& topic, Serial& from, Serial end) noexcept;
 
 private:
     struct Registration
@@ -47,7 +47,7 @@ private:
     };
     using Registrations = std::vector<Registration>; // by ascending serial number
 
-    static void erase(Registrations& registrations, const IActionStateConsumer& consumer) noexcept;
+    static void Erase(Registrations& registrations, const IActionStateConsumer& consumer) noexcept;
 
     std::mutex m_mutex;
     std::map<ActionStateInfo, Registrations> m_topics;

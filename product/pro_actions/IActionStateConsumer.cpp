@@ -18,35 +18,35 @@ struct Nesting
     int broadcasts = 0;
 };
 
-constinit thread_local Nesting nesting;
+constinit thread_local Nesting s_nesting;
 
 class NestingScope
 {
 public:
     NestingScope() noexcept
     {
-        if (nesting.depth++ == 0) nesting.broadcasts = 0;
-        ++nesting.broadcasts;
+        if (s_nesting.depth++ == 0) s_nesting.broadcasts = 0;
+        ++s_nesting.broadcasts;
     }
-    ~NestingScope() { --nesting.depth; }
+    ~NestingScope() { --s_nesting.depth; }
     NestingScope(const NestingScope&) = delete;
     NestingScope& operator=(const NestingScope&) = delete;
 
-    static bool isRunaway() noexcept
+    static bool IsRunaway() noexcept
     {
-        return nesting.depth > maxNesting || nesting.broadcasts > maxBroadcasts;
+        return s_nesting.depth > maxNesting || s_nesting.broadcasts > maxBroadcasts;
     }
 };
 
 template <typename Tell>
-bool broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const Tell& tell)
+bool Broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const Tell& tell)
 {
     const NestingScope scope;
-    if (NestingScope::isRunaway()) return false;
-    const ConsumerRegistry::Serial end = registry.nextSerial();
+    if (NestingScope::IsRunaway()) return false;
+    const ConsumerRegistry::Serial end = registry.NextSerial();
     ConsumerRegistry::Serial from = 0;
     std::exception_ptr failure;
-    while (IActionStateConsumer* const consumer = registry.next(topic, from, end)) {
+    while (IActionStateConsumer* const consumer = registry.Next(topic, from, end)) {
         try {
             tell(*consumer);
         } catch (...) {
@@ -57,11 +57,11 @@ bool broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const T
     return true;
 }
 
-bool addRegistration(ConsumerRegistry& registry, IActionStateConsumer& consumer,
+bool AddRegistration(ConsumerRegistry& registry, IActionStateConsumer& consumer,
                      const ActionStateInfo& topic) noexcept
 {
     try {
-        registry.add(consumer, topic);
+        registry.Add(consumer, topic);
         return true;
     } catch (const std::exception&) {
         return false;
@@ -81,40 +81,40 @@ bool IActionStateConsumer::ActionStateSignal(const ActionStateInfo& state, int v
 {
     // A copy: the caller's state may be a member of a consumer that is destroyed on the way.
     const ActionStateInfo topic = state;
-    return broadcast(ConsumerRegistry::ofStates(), topic, [&](IActionStateConsumer& consumer) {
+    return Broadcast(ConsumerRegistry::OfStates(), topic, [&](IActionStateConsumer& consumer) {
         consumer.ActionStateChanged(topic, value);
     });
 }
 
 bool IActionStateConsumer::ActionNotificationSignal(ActionType type, int action, int param)
 {
-    return broadcast(
-        ConsumerRegistry::ofNotifications(), ActionStateInfo(),
+    return Broadcast(
+        ConsumerRegistry::OfNotifications(), ActionStateInfo(),
         [=](IActionStateConsumer& consumer) { consumer.ActionNotification(type, action, param); });
 }
 
 bool IActionStateConsumer::RegisterActionSignal(const ActionStateInfo& state) noexcept
 {
-    return addRegistration(ConsumerRegistry::ofStates(), *this, state);
+    return AddRegistration(ConsumerRegistry::OfStates(), *this, state);
 }
 
 void IActionStateConsumer::UnregisterActionSignal(const ActionStateInfo& state) noexcept
 {
-    ConsumerRegistry::ofStates().remove(*this, state);
+    ConsumerRegistry::OfStates().Remove(*this, state);
 }
 
 bool IActionStateConsumer::RegisterActionNotification() noexcept
 {
-    return addRegistration(ConsumerRegistry::ofNotifications(), *this, ActionStateInfo());
+    return AddRegistration(ConsumerRegistry::OfNotifications(), *this, ActionStateInfo());
 }
 
 void IActionStateConsumer::UnregisterActionNotification() noexcept
 {
-    ConsumerRegistry::ofNotifications().removeAll(*this);
+    ConsumerRegistry::OfNotifications().RemoveAll(*this);
 }
 
 void IActionStateConsumer::UnregisterAll() noexcept
 {
-    ConsumerRegistry::ofStates().removeAll(*this);
-    ConsumerRegistry::ofNotifications().removeAll(*this);
+    ConsumerRegistry::OfStates().RemoveAll(*this);
+    ConsumerRegistry::OfNotifications().RemoveAll(*this);
 }

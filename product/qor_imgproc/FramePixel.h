@@ -6,9 +6,9 @@
 /// weights.
 struct FramePixel
 {
-    static constexpr std::uint32_t Outside = 0xFFFFFFFF;
+    static constexpr std::uint32_t outside = 0xFFFFFFFF;
 
-    std::uint32_t offset = Outside; // of the four bytes' first
+    std::uint32_t offset = outside; // of the four bytes' first
     std::uint16_t lineWeight = 0;   // of the second line, 0 to 256
     std::uint16_t sampleWeight = 0; // of the second sample, 0 to 256
 };
@@ -40,5 +40,5 @@ inline void InterpolateRun(const unsigned char* frame, const FramePixel* begin,
 {
     for (const FramePixel* pixel = begin; pixel != end; ++pixel)
         *image++ =
-            pixel->offset == FramePixel::Outside ? background : Interpolate(frame, *pixel, steps);
+            pixel->offset == FramePixel::outside ? background : Interpolate(frame, *pixel, steps);
 }

@@ -13,7 +13,7 @@ namespace {
 
 ConversionModel ModelOf(const FrameGeometry& g)
 {
-    const double steer = g.steerAngle * qor_utils::RadiansPerMillidegree;
+    const double steer = g.steerAngle * qor_utils::radiansPerMillidegree;
     return {g.probe, g.lines,         g.samplingFreq, g.soundSpeed,
             g.scanB, std::sin(steer), std::cos(steer)};
 }
@@ -61,17 +61,17 @@ bool FrameRows::HasImage(const FrameGeometry& g)
     constexpr long long mostPixels = 1 << 26; // half a gigabyte of map
     return Fits(g.lines, g.samples, INT_MAX) && Fits(g.width, g.height, mostPixels) &&
            g.micronsPerPixel.x != 0 && g.micronsPerPixel.y != 0 &&
-           ModelOf(g).Shape() != ScanShape::None;
+           ModelOf(g).Shape() != ScanShape::none;
 }
 
 void FrameRows::Row(int y, FramePixel* pixels)
 {
     const double down = Microns(y, m_geometry.height, (m_geometry.flip & 2) != 0,
                                 m_geometry.origin.y, m_geometry.micronsPerPixel.y);
-    if (m_model.Shape() == ScanShape::Curved) ToScan<ScanShape::Curved>(down);
-    if (m_model.Shape() == ScanShape::Linear) ToScan<ScanShape::Linear>(down);
-    if (m_model.Shape() == ScanShape::Phased) ToScan<ScanShape::Phased>(down);
-    if (m_model.Shape() == ScanShape::Extended) ToScan<ScanShape::Extended>(down);
+    if (m_model.Shape() == ScanShape::curved) ToScan<ScanShape::curved>(down);
+    if (m_model.Shape() == ScanShape::linear) ToScan<ScanShape::linear>(down);
+    if (m_model.Shape() == ScanShape::phased) ToScan<ScanShape::phased>(down);
+    if (m_model.Shape() == ScanShape::extended) ToScan<ScanShape::extended>(down);
     for (const ScanPoint& scan : m_row)
         *pixels++ = MakePixel(scan);
 }

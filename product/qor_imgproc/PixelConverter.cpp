@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr double PositionLimit = 1 << 26; // sixteenths still fit into 32 bits
+constexpr double positionLimit = 1 << 26; // sixteenths still fit into 32 bits
 
-constexpr int EveryPixel = INT_MAX - 1; // of a column; can be stepped over without overflow
+constexpr int everyPixel = INT_MAX - 1; // of a column; can be stepped over without overflow
 
 struct Sixteenths
 {
@@ -25,7 +25,7 @@ int Floor(double value)
 
 Sixteenths ToSixteenths(double position, int corner)
 {
-    const double bounded = std::clamp(position, -PositionLimit, PositionLimit);
+    const double bounded = std::clamp(position, -positionLimit, positionLimit);
     const int sixteenths = Floor(bounded * 16 + 0.5);
     using Limits = std::numeric_limits<std::int32_t>;
     const std::int64_t whole = std::int64_t{sixteenths >> 4} - corner;
@@ -64,9 +64,9 @@ PixelConverter::Outside PixelConverter::TestUpwards(int x, int y, int lineEnd, i
     const auto& [line, sample, lineFraction, sampleFraction] = result.pixel;
     result.inside = line > 0 && line < lineEnd && sample > 0 && sample < sampleEnd;
     if (result.inside) return result;
-    if (m_model.Shape() == qor_utils::ScanShape::None) {
-        result.pixelsAbove = EveryPixel; // all alike
-        result.pixelsPastLines = line >= lineEnd ? EveryPixel : 0;
+    if (m_model.Shape() == qor_utils::ScanShape::none) {
+        result.pixelsAbove = everyPixel; // all alike
+        result.pixelsPastLines = line >= lineEnd ? everyPixel : 0;
         return result;
     }
 
@@ -93,7 +93,7 @@ qor_utils::MicronPoint PixelConverter::ToMicrons(int x, int y) const
 
 ScanPixel PixelConverter::Quantise(const qor_utils::ScanPoint& scan) const
 {
-    if (m_model.Shape() == qor_utils::ScanShape::None || std::isnan(scan.line) ||
+    if (m_model.Shape() == qor_utils::ScanShape::none || std::isnan(scan.line) ||
         std::isnan(scan.sample))
         return {};
     const Sixteenths line = ToSixteenths(scan.line, m_corner.x);

@@ -13,16 +13,16 @@ struct QuickMath
         const double ay = std::fabs(y);
         const double smaller = ax < ay ? ax : ay;
         const double larger = ax < ay ? ay : ax;
-        const double octant = ArcTangent(smaller / (larger > Tiny ? larger : Tiny));
+        const double octant = ArcTangent(smaller / (larger > tiny ? larger : tiny));
         // Choices between constants only: no jumps that could be guessed wrong.
-        const double quadrant = (ax < ay ? 0.0 : HalfPi) + (ax < ay ? 1.0 : -1.0) * octant;
-        const double half = (y < 0 ? 2 * HalfPi : 0.0) + (y < 0 ? -1.0 : 1.0) * quadrant;
+        const double quadrant = (ax < ay ? 0.0 : halfPi) + (ax < ay ? 1.0 : -1.0) * octant;
+        const double half = (y < 0 ? 2 * halfPi : 0.0) + (y < 0 ? -1.0 : 1.0) * quadrant;
         return (x < 0 ? -1.0 : 1.0) * half;
     }
 
 private:
-    static constexpr double Tiny = 1e-300;
-    static constexpr double HalfPi = 1.5707963267948966;
+    static constexpr double tiny = 1e-300;
+    static constexpr double halfPi = 1.5707963267948966;
 
     static double ArcTangent(double t)
     {

@@ -4,7 +4,7 @@
 
 namespace qor_utils {
 
-std::wstring applicationFile()
+std::wstring ApplicationFile()
 {
     constexpr std::size_t longestPath = 32768;
     std::wstring path(MAX_PATH, L'\0');

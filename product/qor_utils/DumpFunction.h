@@ -8,11 +8,11 @@
 
 namespace qor_utils {
 
-using WriteDump = decltype(&MiniDumpWriteDump);
+using DumpFunction = decltype(&MiniDumpWriteDump);
 
 // From the system's folder only: a crash must not run what lies about in the program's. Null when
 // it is not there. The library stays loaded: the process is about to end anyway.
-inline WriteDump LoadWriteDump()
+inline DumpFunction LoadDumpFunction()
 {
     wchar_t path[MAX_PATH + 16];
     const UINT length = GetSystemDirectoryW(path, MAX_PATH);
@@ -20,7 +20,7 @@ inline WriteDump LoadWriteDump()
     std::wcscpy(path + length, L"\\dbghelp.dll");
     const HMODULE library = LoadLibraryW(path);
     if (!library) return nullptr;
-    return reinterpret_cast<WriteDump>(
+    return reinterpret_cast<DumpFunction>(
         reinterpret_cast<void*>(GetProcAddress(library, "MiniDumpWriteDump")));
 }
 

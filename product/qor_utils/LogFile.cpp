@@ -21,7 +21,7 @@ constexpr std::size_t oldFiles = 5;
 constexpr ULONGLONG retryAfter =
     10'000; // milliseconds; opening a file that cannot be takes spdlog 50
 
-std::string toUtf8(const wchar_t* text)
+std::string ToUtf8(const wchar_t* text)
 {
     const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
     if (size <= 1) return {};
@@ -31,7 +31,7 @@ std::string toUtf8(const wchar_t* text)
     return utf8;
 }
 
-std::wstring toWide(const char* utf8, int length)
+std::wstring ToWide(const char* utf8, int length)
 {
     const int size = MultiByteToWideChar(CP_UTF8, 0, utf8, length, nullptr, 0);
     std::wstring text(static_cast<std::size_t>(size), L'\0');
@@ -47,19 +47,19 @@ class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null
     {
         spdlog::memory_buf_t line;
         formatter_->format(message, line);
-        OutputDebugStringW(toWide(line.data(), static_cast<int>(line.size())).c_str());
+        OutputDebugStringW(ToWide(line.data(), static_cast<int>(line.size())).c_str());
     }
     void flush_() override {}
 };
 
-std::unique_ptr<spdlog::formatter> lineFormatter()
+std::unique_ptr<spdlog::formatter> LineFormatter()
 {
     return std::make_unique<spdlog::pattern_formatter>("%Y-%m-%d %H:%M:%S.%e [%t] [%l] %v");
 }
 
-std::wstring logFileName()
+std::wstring LogFileName()
 {
-    const std::wstring program = applicationFile();
+    const std::wstring program = ApplicationFile();
     const std::wstring name = program.substr(program.find_last_of(L'\\') + 1);
     return name.substr(0, name.find_last_of(L'.')) + L".log";
 }
@@ -67,25 +67,25 @@ std::wstring logFileName()
 class LogFile
 {
 public:
-    void write(const std::wstring& directory, const spdlog::details::log_msg& message)
+    void Write(const std::wstring& directory, const spdlog::details::log_msg& message)
     {
-        if (!open(directory)) return;
+        if (!Open(directory)) return;
         try {
             m_sink->log(message);
             m_sink->flush();
         } catch (...) {
-            fail(); // spdlog's sink is not usable after an error
+            Fail(); // spdlog's sink is not usable after an error
         }
     }
 
-    void close()
+    void Close()
     {
         m_sink.reset();
         m_directory.clear();
     }
 
 private:
-    bool open(const std::wstring& directory)
+    bool Open(const std::wstring& directory)
     {
         if (directory == m_directory) {
             if (m_sink) return true;
@@ -95,15 +95,15 @@ private:
         m_directory = directory;
         try {
             m_sink = std::make_unique<spdlog::sinks::rotating_file_sink_st>(
-                directory + logFileName(), largestFile, oldFiles);
-            m_sink->set_formatter(lineFormatter());
+                directory + LogFileName(), largestFile, oldFiles);
+            m_sink->set_formatter(LineFormatter());
         } catch (...) {
-            fail();
+            Fail();
         }
         return m_sink != nullptr;
     }
 
-    void fail()
+    void Fail()
     {
         m_sink.reset();
         m_retryAt = GetTickCount64() + retryAfter;
@@ -123,13 +123,13 @@ struct Log
     LogFile file;
 };
 
-Log& log()
+Log& TheLog()
 {
     static Log object;
     return object;
 }
 
-spdlog::level::level_enum spdlogLevel(int level)
+spdlog::level::level_enum SpdlogLevel(int level)
 {
     switch (level) {
     case 1: return spdlog::level::err;
@@ -139,35 +139,35 @@ spdlog::level::level_enum spdlogLevel(int level)
     }
 }
 
-void writeToFile(const std::wstring& directory, const spdlog::details::log_msg& message)
+void WriteToFile(const std::wstring& directory, const spdlog::details::log_msg& message)
 {
-    const CriticalSectionLock guard(log().section);
-    if (log().busy) return;
-    log().busy = true;
-    log().file.write(directory, message);
-    log().busy = false;
+    const CriticalSectionLock guard(TheLog().section);
+    if (TheLog().busy) return;
+    TheLog().busy = true;
+    TheLog().file.Write(directory, message);
+    TheLog().busy = false;
 }
 
 } // namespace
 
-void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
+void WriteToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
 try {
     // The place is part of the text, because spdlog leaves out one of line 0.
     const std::string place =
         std::string(message.source) + "(" + std::to_string(message.line) + "): ";
-    const std::string text = place + toUtf8(message.text);
-    const spdlog::details::log_msg entry(spdlog::string_view_t(), spdlogLevel(message.level), text);
+    const std::string text = place + ToUtf8(message.text);
+    const spdlog::details::log_msg entry(spdlog::string_view_t(), SpdlogLevel(message.level), text);
     DebuggerSink debugger;
-    debugger.set_formatter(lineFormatter());
+    debugger.set_formatter(LineFormatter());
     debugger.log(entry);
-    writeToFile(directory, entry);
+    WriteToFile(directory, entry);
 } catch (...) {
 }
 
-void closeLogFile() noexcept
+void CloseLogFile() noexcept
 {
-    const CriticalSectionLock guard(log().section);
-    if (!log().busy) log().file.close();
+    const CriticalSectionLock guard(TheLog().section);
+    if (!TheLog().busy) TheLog().file.Close();
 }
 
 } // namespace qor_utils

@@ -6,9 +6,9 @@ namespace qor_utils {
 
 // Writes a message to the log file in a folder (with a backslash at its end) and to the debugger's
 // output.
-void writeToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept;
+void WriteToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept;
 
 // Closes the log file; the next message opens it again.
-void closeLogFile() noexcept;
+void CloseLogFile() noexcept;
 
 } // namespace qor_utils

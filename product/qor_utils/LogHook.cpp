@@ -15,11 +15,11 @@ struct Entry
     int running = 0; // calls under way
 };
 
-constinit SlimLock lock; // guards the entry in force and the running count of every entry
-constinit CONDITION_VARIABLE callEnded = CONDITION_VARIABLE_INIT;
-constinit thread_local bool insideHook = false;
+constinit SlimLock s_lock; // guards the entry in force and the running count of every entry
+constinit CONDITION_VARIABLE s_callEnded = CONDITION_VARIABLE_INIT;
+constinit thread_local bool s_insideHook = false;
 
-std::shared_ptr<Entry>& entryInForce()
+std::shared_ptr<Entry>& EntryInForce()
 {
     static std::shared_ptr<Entry> entry;
     return entry;
@@ -32,18 +32,18 @@ class Call
 public:
     Call()
     {
-        const std::scoped_lock guard(lock);
-        m_entry = entryInForce();
+        const std::scoped_lock guard(s_lock);
+        m_entry = EntryInForce();
         if (m_entry) ++m_entry->running;
-        insideHook = true;
+        s_insideHook = true;
     }
     ~Call()
     {
-        insideHook = false;
+        s_insideHook = false;
         if (!m_entry) return;
-        const std::scoped_lock guard(lock);
+        const std::scoped_lock guard(s_lock);
         --m_entry->running;
-        WakeAllConditionVariable(&callEnded);
+        WakeAllConditionVariable(&s_callEnded);
     }
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
@@ -59,18 +59,18 @@ private:
 
 } // namespace
 
-void exchangeLogHook(zelLogger::Hook hook, void* userData)
+void ExchangeLogHook(zelLogger::Hook hook, void* userData)
 {
     auto entry = hook ? std::make_shared<Entry>(hook, userData) : nullptr;
-    const std::scoped_lock guard(lock);
-    entryInForce().swap(entry);
-    while (entry && entry->running > 0 && !insideHook)
-        SleepConditionVariableSRW(&callEnded, lock.native(), INFINITE, 0);
+    const std::scoped_lock guard(s_lock);
+    EntryInForce().swap(entry);
+    while (entry && entry->running > 0 && !s_insideHook)
+        SleepConditionVariableSRW(&s_callEnded, s_lock.Native(), INFINITE, 0);
 }
 
-void callLogHook(const zelLogger::Message& message) noexcept
+void CallLogHook(const zelLogger::Message& message) noexcept
 {
-    if (insideHook) return;
+    if (s_insideHook) return;
     try {
         const Call call;
         call(message);

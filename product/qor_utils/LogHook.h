@@ -6,9 +6,9 @@ namespace qor_utils {
 
 // Exchanges the hook and waits until no other thread is inside the former one; a call from inside a
 // hook does not wait.
-void exchangeLogHook(zelLogger::Hook hook, void* userData);
+void ExchangeLogHook(zelLogger::Hook hook, void* userData);
 
 // Hands a message to the hook, if there is one and this thread is not inside one already.
-void callLogHook(const zelLogger::Message& message) noexcept;
+void CallLogHook(const zelLogger::Message& message) noexcept;
 
 } // namespace qor_utils

@@ -13,7 +13,7 @@ constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow di
 
 constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
 
-using qor_utils::WriteDump;
+using qor_utils::DumpFunction;
 
 // Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on,
 // and the thread that hangs must not be left with pointers into a stack that has moved on.
@@ -29,44 +29,44 @@ struct Job
     bool written;
 };
 
-constinit Job job{};
+constinit Job s_job{};
 
-bool writeDump(WriteDump function, HANDLE file, MINIDUMP_TYPE type)
+bool WriteDump(DumpFunction function, HANDLE file, MINIDUMP_TYPE type)
 {
-    auto* const exception = job.exception.ExceptionPointers ? &job.exception : nullptr;
+    auto* const exception = s_job.exception.ExceptionPointers ? &s_job.exception : nullptr;
     SetFilePointer(file, 0, nullptr, FILE_BEGIN);
     SetEndOfFile(file);
     return function(GetCurrentProcess(), GetCurrentProcessId(), file, type, exception, nullptr,
                     nullptr) != FALSE;
 }
 
-void runJob(WriteDump function)
+void RunJob(DumpFunction function)
 {
     if (!function) return;
-    const HANDLE file = CreateFileW(job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+    const HANDLE file = CreateFileW(s_job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                     CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return;
-    job.written = writeDump(function, file, job.type) ||
-                  (job.type != MiniDumpNormal && writeDump(function, file, MiniDumpNormal));
+    s_job.written = WriteDump(function, file, s_job.type) ||
+                    (s_job.type != MiniDumpNormal && WriteDump(function, file, MiniDumpNormal));
     CloseHandle(file);
-    if (!job.written) DeleteFileW(job.path);
+    if (!s_job.written) DeleteFileW(s_job.path);
 }
 
 // True for one of the threads that ask.
-bool claimJob()
+bool ClaimJob()
 {
-    return InterlockedExchange(&job.claimed, 1) == 0;
+    return InterlockedExchange(&s_job.claimed, 1) == 0;
 }
 
 // Loads before it claims: whoever gets through has seen that the loader's lock is free, which the
 // dump needs as well.
-DWORD WINAPI dumpThread(void*)
+DWORD WINAPI DumpThread(void*)
 {
-    const WriteDump function = qor_utils::LoadWriteDump();
-    if (claimJob()) {
-        SetEvent(job.started);
-        runJob(function);
-        SetEvent(job.finished);
+    const DumpFunction function = qor_utils::LoadDumpFunction();
+    if (ClaimJob()) {
+        SetEvent(s_job.started);
+        RunJob(function);
+        SetEvent(s_job.finished);
     }
     return 0;
 }
@@ -74,39 +74,39 @@ DWORD WINAPI dumpThread(void*)
 // False when the thread still runs after its time. While the crashed thread holds the loader's lock
 // another cannot begin, or cannot load, and DbgHelp itself may wait for one: then a process of its
 // own does the work.
-bool runJobOnThread()
+bool RunJobOnThread()
 {
-    const HANDLE thread = CreateThread(nullptr, 0, dumpThread, nullptr, 0, nullptr);
-    const bool begun = thread && WaitForSingleObject(job.started, startTimeout) == WAIT_OBJECT_0;
+    const HANDLE thread = CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr);
+    const bool begun = thread && WaitForSingleObject(s_job.started, startTimeout) == WAIT_OBJECT_0;
     if (thread) CloseHandle(thread);
-    if (!begun && claimJob()) {
-        job.written =
-            qor_utils::WriteDumpFromOutside(job.path, job.exception, job.type, dumpTimeout);
+    if (!begun && ClaimJob()) {
+        s_job.written =
+            qor_utils::WriteDumpFromOutside(s_job.path, s_job.exception, s_job.type, dumpTimeout);
         return true;
     }
-    return WaitForSingleObject(job.finished, dumpTimeout) == WAIT_OBJECT_0;
+    return WaitForSingleObject(s_job.finished, dumpTimeout) == WAIT_OBJECT_0;
 }
 
-bool prepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType)
+bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType)
 {
-    if (wcsnlen(path, std::size(job.path)) >= std::size(job.path)) return false;
-    std::wcscpy(job.path, path);
-    job.exception = {GetCurrentThreadId(), exception, FALSE};
-    job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
-    job.written = false;
-    job.started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    job.finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    if (wcsnlen(path, std::size(s_job.path)) >= std::size(s_job.path)) return false;
+    std::wcscpy(s_job.path, path);
+    s_job.exception = {GetCurrentThreadId(), exception, FALSE};
+    s_job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
+    s_job.written = false;
+    s_job.started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    s_job.finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     InterlockedExchange(
-        &job.claimed,
+        &s_job.claimed,
         0); // last: a thread of an earlier job that only now begins may claim this one
-    return job.started && job.finished;
+    return s_job.started && s_job.finished;
 }
 
-void closeEvents()
+void CloseEvents()
 {
-    if (job.started) CloseHandle(job.started);
-    if (job.finished) CloseHandle(job.finished);
-    job.started = job.finished = nullptr;
+    if (s_job.started) CloseHandle(s_job.started);
+    if (s_job.finished) CloseHandle(s_job.finished);
+    s_job.started = s_job.finished = nullptr;
 }
 
 } // namespace
@@ -115,12 +115,12 @@ bool MemoryDumper::GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exc
                                     int dumpType) noexcept
 {
     if (!path || !*path) return false;
-    if (InterlockedExchange(&job.inUse, 1) != 0) return false;
-    const bool prepared = prepareJob(path, exception, dumpType);
-    if (prepared && !runJobOnThread())
+    if (InterlockedExchange(&s_job.inUse, 1) != 0) return false;
+    const bool prepared = PrepareJob(path, exception, dumpType);
+    if (prepared && !RunJobOnThread())
         return false; // the job stays in use, for the thread that hangs
-    const bool written = prepared && job.written;
-    closeEvents();
-    InterlockedExchange(&job.inUse, 0);
+    const bool written = prepared && s_job.written;
+    CloseEvents();
+    InterlockedExchange(&s_job.inUse, 0);
     return written;
 }

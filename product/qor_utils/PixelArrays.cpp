@@ -11,33 +11,33 @@
 namespace qor_utils {
 namespace {
 
-bool isUsable(const unsigned int* pixels, int width, int height)
+bool IsUsable(const unsigned int* pixels, int width, int height)
 {
     if (!pixels || width <= 0 || height <= 0) return false;
     const auto most = std::numeric_limits<std::size_t>::max() / sizeof(unsigned int);
     return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) <= most;
 }
 
-__m128i loadReversed(const unsigned int* pixels)
+__m128i LoadReversed(const unsigned int* pixels)
 {
     const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
     return _mm_shuffle_epi32(four, _MM_SHUFFLE(0, 1, 2, 3));
 }
 
-void store(unsigned int* pixels, __m128i four)
+void Store(unsigned int* pixels, __m128i four)
 {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), four);
 }
 
 // Exchanges four pixels from either end while they do not meet; the middle is left to the plain
 // form.
-void reverseRow(unsigned int* begin, unsigned int* end)
+void ReverseRow(unsigned int* begin, unsigned int* end)
 {
     while (end - begin >= 8) {
         end -= 4;
-        const __m128i front = loadReversed(begin);
-        store(begin, loadReversed(end));
-        store(end, front);
+        const __m128i front = LoadReversed(begin);
+        Store(begin, LoadReversed(end));
+        Store(end, front);
         begin += 4;
     }
     std::reverse(begin, end);
@@ -47,7 +47,7 @@ void reverseRow(unsigned int* begin, unsigned int* end)
 
 void InvertImage(unsigned int* pixels, int width, int height)
 {
-    if (!isUsable(pixels, width, height)) return;
+    if (!IsUsable(pixels, width, height)) return;
     const auto rowSize = static_cast<std::size_t>(width);
     unsigned int* top = pixels;
     unsigned int* bottom = pixels + rowSize * (static_cast<std::size_t>(height) - 1);
@@ -57,10 +57,10 @@ void InvertImage(unsigned int* pixels, int width, int height)
 
 void MirrorImage(unsigned int* pixels, int width, int height)
 {
-    if (!isUsable(pixels, width, height)) return;
+    if (!IsUsable(pixels, width, height)) return;
     const auto rowSize = static_cast<std::size_t>(width);
     for (int y = 0; y < height; ++y, pixels += rowSize)
-        reverseRow(pixels, pixels + rowSize);
+        ReverseRow(pixels, pixels + rowSize);
 }
 
 } // namespace qor_utils

@@ -52,7 +52,7 @@ UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
                              int height, int flip)
 {
     const int lines = ld > 0 || !probe ? ld : probe->elements;
-    const double steer = scanA * RadiansPerMillidegree;
+    const double steer = scanA * radiansPerMillidegree;
     const ConversionModel model(probe, lines, samplingFreq, soundSpeed, scanB, std::sin(steer),
                                 std::cos(steer));
     const MicronPoint point =

@@ -13,18 +13,18 @@ namespace {
 
 constexpr wchar_t defaultRoot[] = L"Software\\Kestrow\\Exam";
 
-constinit SlimLock rootLock;
+constinit SlimLock s_rootLock;
 
-std::wstring& rootText()
+std::wstring& RootText()
 {
     static std::wstring text = defaultRoot;
     return text;
 }
 
-std::wstring root()
+std::wstring Root()
 {
-    const std::shared_lock guard(rootLock);
-    return rootText();
+    const std::shared_lock guard(s_rootLock);
+    return RootText();
 }
 
 class RegistryKey
@@ -57,7 +57,7 @@ struct Value
 
 // Another program may make the value longer between two calls, so the size is asked for until it
 // holds.
-std::optional<Value> queryValue(HKEY key, const wchar_t* name)
+std::optional<Value> QueryValue(HKEY key, const wchar_t* name)
 {
     Value value;
     value.bytes.resize(512);
@@ -71,17 +71,17 @@ std::optional<Value> queryValue(HKEY key, const wchar_t* name)
     }
 }
 
-std::optional<Value> readValue(const wchar_t* section, const wchar_t* name)
+std::optional<Value> ReadValue(const wchar_t* section, const wchar_t* name)
 {
     if (!section || !name) return std::nullopt;
-    const RegistryKey key(root() + L"\\" + section);
+    const RegistryKey key(Root() + L"\\" + section);
     if (!key.get()) return std::nullopt;
-    return queryValue(key.get(), name);
+    return QueryValue(key.get(), name);
 }
 
 // The registry keeps whatever bytes a program wrote: an odd number, no terminator, or something
 // behind it.
-std::wstring toText(const std::vector<BYTE>& bytes)
+std::wstring ToText(const std::vector<BYTE>& bytes)
 {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
     std::copy_n(bytes.begin(), text.size() * sizeof(wchar_t), reinterpret_cast<BYTE*>(text.data()));
@@ -89,7 +89,7 @@ std::wstring toText(const std::vector<BYTE>& bytes)
     return text;
 }
 
-std::wstring expandVariables(const std::wstring& text)
+std::wstring ExpandVariables(const std::wstring& text)
 {
     std::wstring expanded(text.size() + 256, L'\0');
     for (;;) {
@@ -109,15 +109,15 @@ std::wstring expandVariables(const std::wstring& text)
 std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key,
                                const wchar_t* defaultValue)
 {
-    const auto value = readValue(section, key);
-    if (value && value->type == REG_SZ) return toText(value->bytes);
-    if (value && value->type == REG_EXPAND_SZ) return expandVariables(toText(value->bytes));
+    const auto value = ReadValue(section, key);
+    if (value && value->type == REG_SZ) return ToText(value->bytes);
+    if (value && value->type == REG_EXPAND_SZ) return ExpandVariables(ToText(value->bytes));
     return defaultValue ? defaultValue : L"";
 }
 
 int ReadProfileInt(const wchar_t* section, const wchar_t* key, int defaultValue)
 {
-    const auto value = readValue(section, key);
+    const auto value = ReadValue(section, key);
     int number = 0;
     if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof number)
         return defaultValue;
@@ -130,8 +130,8 @@ void SetProfileRoot(const wchar_t* newRoot)
     std::wstring text = newRoot && *newRoot ? newRoot : defaultRoot;
     while (text.size() > 1 && text.back() == L'\\')
         text.pop_back();
-    const std::scoped_lock guard(rootLock);
-    rootText() = std::move(text);
+    const std::scoped_lock guard(s_rootLock);
+    RootText() = std::move(text);
 }
 
 } // namespace qor_utils

@@ -16,16 +16,16 @@ namespace {
 
 constexpr std::size_t longestText = 65536;
 
-constinit qor_utils::SlimLock directoryLock;
+constinit qor_utils::SlimLock s_directoryLock;
 
 // Empty until the host sets one.
-std::wstring& directoryOfHost()
+std::wstring& DirectoryOfHost()
 {
     static std::wstring directory;
     return directory;
 }
 
-std::wstring absolutePath(const std::wstring& path)
+std::wstring AbsolutePath(const std::wstring& path)
 {
     const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
     std::wstring absolute(size, L'\0');
@@ -34,7 +34,7 @@ std::wstring absolutePath(const std::wstring& path)
 }
 
 // Makes each missing folder on the way; what cannot be made shows when a file is opened in it.
-void makeFolders(const std::wstring& folder)
+void MakeFolders(const std::wstring& folder)
 {
     if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES) return;
     for (auto end = folder.find(L'\\'); end != std::wstring::npos;
@@ -42,17 +42,17 @@ void makeFolders(const std::wstring& folder)
         CreateDirectoryW(folder.substr(0, end).c_str(), nullptr);
 }
 
-std::wstring logDirectory()
+std::wstring LogDirectory()
 {
     {
-        const std::shared_lock guard(directoryLock);
-        if (!directoryOfHost().empty()) return directoryOfHost();
+        const std::shared_lock guard(s_directoryLock);
+        if (!DirectoryOfHost().empty()) return DirectoryOfHost();
     }
     return zelPath::getPath(28, L"");
 }
 
 // Formats into text, which holds longestText characters at the most.
-void format(std::wstring& text, const wchar_t* pattern, va_list arguments)
+void Format(std::wstring& text, const wchar_t* pattern, va_list arguments)
 {
     for (std::size_t size = 512;; size *= 4) {
         text.assign(size < longestText ? size : longestText, L'\0');
@@ -65,42 +65,42 @@ void format(std::wstring& text, const wchar_t* pattern, va_list arguments)
     }
 }
 
-void write(const zelLogger::Message& message)
+void Write(const zelLogger::Message& message)
 {
-    const std::wstring directory = logDirectory();
-    makeFolders(directory);
-    qor_utils::writeToLog(directory, message);
-    qor_utils::callLogHook(message);
+    const std::wstring directory = LogDirectory();
+    MakeFolders(directory);
+    qor_utils::WriteToLog(directory, message);
+    qor_utils::CallLogHook(message);
 }
 
 } // namespace
 
 void zelLogger::setHook(Hook hook, void* userData)
 {
-    qor_utils::exchangeLogHook(hook, userData);
+    qor_utils::ExchangeLogHook(hook, userData);
 }
 
 void zelLogger::setDirectory(const std::wstring& directory)
 {
-    std::wstring text = directory.empty() ? std::wstring() : absolutePath(directory);
+    std::wstring text = directory.empty() ? std::wstring() : AbsolutePath(directory);
     if (!text.empty() && text.back() != L'\\') text += L'\\';
     {
-        const std::scoped_lock guard(directoryLock);
-        directoryOfHost() = std::move(text);
+        const std::scoped_lock guard(s_directoryLock);
+        DirectoryOfHost() = std::move(text);
     }
-    qor_utils::closeLogFile();
+    qor_utils::CloseLogFile();
 }
 
 std::wstring zelLogger::getCurrentDirectory()
 {
-    std::wstring directory = logDirectory();
-    makeFolders(directory);
+    std::wstring directory = LogDirectory();
+    MakeFolders(directory);
     return directory;
 }
 
 bool zelLogger::checkPath(const char* source, int line, const wchar_t* path)
 {
-    const wchar_t* fault = qor_utils::pathFault(path);
+    const wchar_t* fault = qor_utils::PathFault(path);
     if (!fault) return true;
     zelLogHelper(source, line, 2)(L"The path '%s' %s.", path ? path : L"", fault);
     return false;
@@ -117,8 +117,8 @@ void zelLogger::zelLogHelper::operator()(const wchar_t* pattern, ...) const noex
     va_start(arguments, pattern);
     try {
         std::wstring text;
-        format(text, pattern ? pattern : L"", arguments);
-        write({m_source, m_line, m_level, text.c_str()});
+        Format(text, pattern ? pattern : L"", arguments);
+        Write({m_source, m_line, m_level, text.c_str()});
     } catch (...) { // out of memory: there is nobody to tell
     }
     va_end(arguments);

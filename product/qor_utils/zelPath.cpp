@@ -31,50 +31,50 @@ constexpr DefaultFolder defaultFolders[] = {
     {39, L"protocols\\base2"},
 };
 
-constinit qor_utils::SlimLock foldersLock;
+constinit qor_utils::SlimLock s_foldersLock;
 
-std::map<int, std::wstring>& foldersOfHost()
+std::map<int, std::wstring>& FoldersOfHost()
 {
     static std::map<int, std::wstring> folders;
     return folders;
 }
 
-bool isSeparator(wchar_t c)
+bool IsSeparator(wchar_t c)
 {
     return c == L'\\' || c == L'/';
 }
 
-void stripTrailingSeparators(std::wstring& folder)
+void StripTrailingSeparators(std::wstring& folder)
 {
-    while (!folder.empty() && isSeparator(folder.back()))
+    while (!folder.empty() && IsSeparator(folder.back()))
         folder.pop_back();
 }
 
 // Whether it begins at a drive or at a root; "C:name" counts, although it depends on the drive's
 // current folder.
-bool isAbsolute(const std::wstring& folder)
+bool IsAbsolute(const std::wstring& folder)
 {
-    return isSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');
+    return IsSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');
 }
 
-std::wstring join(std::wstring folder, const std::wstring& name)
+std::wstring Join(std::wstring folder, const std::wstring& name)
 {
-    stripTrailingSeparators(folder);
-    const auto begin = std::find_if_not(name.begin(), name.end(), isSeparator);
+    StripTrailingSeparators(folder);
+    const auto begin = std::find_if_not(name.begin(), name.end(), IsSeparator);
     return std::move(folder) + L"\\" + std::wstring(begin, name.end());
 }
 
-std::wstring applicationFolder()
+std::wstring ApplicationFolder()
 {
-    std::wstring file = qor_utils::applicationFile();
+    std::wstring file = qor_utils::ApplicationFile();
     file.resize(file.find_last_of(L'\\') + 1); // no backslash at all: npos + 1 is 0
     return file;
 }
 
-std::optional<std::wstring> folderOf(int store)
+std::optional<std::wstring> FolderOf(int store)
 {
-    const std::shared_lock guard(foldersLock);
-    const auto& folders = foldersOfHost();
+    const std::shared_lock guard(s_foldersLock);
+    const auto& folders = FoldersOfHost();
     if (const auto set = folders.find(store); set != folders.end()) return set->second;
     const auto known = std::find_if(std::begin(defaultFolders), std::end(defaultFolders),
                                     [store](const DefaultFolder& f) { return f.store == store; });
@@ -86,20 +86,20 @@ std::optional<std::wstring> folderOf(int store)
 
 std::wstring zelPath::getPath(int store, const std::wstring& name)
 {
-    std::optional<std::wstring> folder = folderOf(store);
+    std::optional<std::wstring> folder = FolderOf(store);
     if (!folder) return {};
-    if (folder->empty()) return join(applicationFolder(), name);
-    if (!isAbsolute(*folder)) folder = join(applicationFolder(), *folder);
-    return join(*std::move(folder), name);
+    if (folder->empty()) return Join(ApplicationFolder(), name);
+    if (!IsAbsolute(*folder)) folder = Join(ApplicationFolder(), *folder);
+    return Join(*std::move(folder), name);
 }
 
 void zelPath::setPath(int store, const std::wstring& folder)
 {
     std::wstring text = folder;
     std::replace(text.begin(), text.end(), L'/', L'\\');
-    const std::scoped_lock guard(foldersLock);
+    const std::scoped_lock guard(s_foldersLock);
     if (text.empty())
-        foldersOfHost().erase(store);
+        FoldersOfHost().erase(store);
     else
-        foldersOfHost()[store] = std::move(text);
+        FoldersOfHost()[store] = std::move(text);
 }

@@ -19,19 +19,19 @@ public:
     // Adds a file's units; later ones take the place of earlier ones of the same key. False when
     // the base language differs from the table's. Look-ups by base text do not see them before
     // index() is called.
-    bool add(const std::vector<XliffSection>& sections, TextPool& pool);
+    bool Add(const std::vector<XliffSection>& sections, TextPool& pool);
 
-    void index();
+    void Index();
 
     // The languages' tags as they were first written.
-    const std::vector<std::wstring>& languages() const { return m_languages; }
+    const std::vector<std::wstring>& Languages() const { return m_languages; }
 
     // The number of a language, by its tag ignoring case; -1 when the table does not have it.
-    int languageNumber(const std::wstring& tag) const;
+    int LanguageNumber(const std::wstring& tag) const;
 
     // In the base language where the other one has none; null for an unknown key or base text.
-    const wchar_t* byKey(std::string_view key, int language) const;
-    const wchar_t* byBase(std::wstring_view base, int language) const;
+    const wchar_t* ByKey(std::string_view key, int language) const;
+    const wchar_t* ByBase(std::wstring_view base, int language) const;
 
 private:
     struct Unit
@@ -49,11 +49,11 @@ private:
         }
     };
 
-    bool addSection(const XliffSection& section, TextPool& pool);
-    std::size_t numberFor(const std::wstring& tag);
-    Unit& unitFor(const std::string& key);
-    static const wchar_t* textIn(const Unit& unit, int language);
-    static void complete(Unit& unit, const Unit& other);
+    bool AddSection(const XliffSection& section, TextPool& pool);
+    std::size_t NumberFor(const std::wstring& tag);
+    Unit& UnitFor(const std::string& key);
+    static const wchar_t* TextIn(const Unit& unit, int language);
+    static void Complete(Unit& unit, const Unit& other);
 
     std::vector<std::wstring> m_languages;
     std::vector<Unit> m_units; // in the order of the files

@@ -4,7 +4,7 @@
 
 namespace zel_string_convert {
 
-const wchar_t* TextPool::keep(std::wstring_view text)
+const wchar_t* TextPool::Keep(std::wstring_view text)
 {
     const std::scoped_lock guard(m_lock);
     const auto known = m_texts.find(text);

@@ -19,7 +19,7 @@ public:
     }
 
     // The pool's copy; null for a new text when the pool is full.
-    const wchar_t* keep(std::wstring_view text);
+    const wchar_t* Keep(std::wstring_view text);
 
 private:
     struct Hash

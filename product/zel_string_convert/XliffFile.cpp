@@ -38,7 +38,7 @@ private:
     HANDLE m_file;
 };
 
-std::vector<char> readFile(const std::wstring& path)
+std::vector<char> ReadBytes(const std::wstring& path)
 {
     const FileHandle file(path);
     LARGE_INTEGER size = {};
@@ -53,23 +53,23 @@ std::vector<char> readFile(const std::wstring& path)
     return bytes;
 }
 
-std::wstring_view localName(const pugi::xml_node& node)
+std::wstring_view LocalName(const pugi::xml_node& node)
 {
     const std::wstring_view name = node.name();
     return name.substr(name.find(L':') + 1); // without a prefix, npos + 1 is 0
 }
 
-pugi::xml_node childNamed(const pugi::xml_node& parent, std::wstring_view name)
+pugi::xml_node ChildNamed(const pugi::xml_node& parent, std::wstring_view name)
 {
     for (const pugi::xml_node& child : parent.children()) {
-        if (localName(child) == name) return child;
+        if (LocalName(child) == name) return child;
     }
     return {};
 }
 
 // The node after this one in the document's order, below root; without what this one holds unless
 // asked for. A loop and not a recursion, because the depth is the file's.
-pugi::xml_node nextNode(pugi::xml_node node, const pugi::xml_node& root, bool descend)
+pugi::xml_node NextNode(pugi::xml_node node, const pugi::xml_node& root, bool descend)
 {
     if (descend && node.first_child()) return node.first_child();
     while (node != root && !node.next_sibling())
@@ -79,15 +79,15 @@ pugi::xml_node nextNode(pugi::xml_node node, const pugi::xml_node& root, bool de
 
 // All text in an element; inline elements are looked through, since what they mark or protect
 // belongs to the text.
-std::wstring textOf(const pugi::xml_node& element)
+std::wstring TextOf(const pugi::xml_node& element)
 {
     std::wstring text;
-    for (pugi::xml_node node = element; node; node = nextNode(node, element, true))
+    for (pugi::xml_node node = element; node; node = NextNode(node, element, true))
         text += node.value(); // empty for elements
     return text;
 }
 
-std::string toUtf8(std::wstring_view text)
+std::string ToUtf8(std::wstring_view text)
 {
     if (text.empty()) return {};
     const int length = static_cast<int>(text.size());
@@ -98,62 +98,62 @@ std::string toUtf8(std::wstring_view text)
     return utf8;
 }
 
-std::optional<std::wstring> targetOf(const pugi::xml_node& unit)
+std::optional<std::wstring> TargetOf(const pugi::xml_node& unit)
 {
-    const pugi::xml_node target = childNamed(unit, L"target");
+    const pugi::xml_node target = ChildNamed(unit, L"target");
     const std::wstring_view state = target.attribute(L"state").value();
     if (!target || state == L"new" || state == L"needs-translation") return std::nullopt;
-    std::wstring text = textOf(target);
+    std::wstring text = TextOf(target);
     if (text.empty())
         return std::nullopt; // how translators' tools write a text that is still to do
     return text;
 }
 
-XliffUnit readUnit(const pugi::xml_node& element)
+XliffUnit ReadUnit(const pugi::xml_node& element)
 {
-    const pugi::xml_node source = childNamed(element, L"source");
-    XliffUnit unit{toUtf8(element.attribute(L"id").value()), {}, targetOf(element)};
+    const pugi::xml_node source = ChildNamed(element, L"source");
+    XliffUnit unit{ToUtf8(element.attribute(L"id").value()), {}, TargetOf(element)};
     if (unit.key.empty()) throw NotATable{L"has a trans-unit without an id"};
     if (!source) throw NotATable{L"has a trans-unit without a source"};
-    unit.source = textOf(source);
+    unit.source = TextOf(source);
     return unit;
 }
 
 // Not a header, whose skeleton may be any XML, nor a bin-unit, nor the alt-trans of a unit.
-bool holdsUnits(const pugi::xml_node& node)
+bool HoldsUnits(const pugi::xml_node& node)
 {
-    return localName(node) == L"body" || localName(node) == L"group";
+    return LocalName(node) == L"body" || LocalName(node) == L"group";
 }
 
-XliffSection readSection(const pugi::xml_node& file)
+XliffSection ReadSection(const pugi::xml_node& file)
 {
     XliffSection section{
         file.attribute(L"source-language").value(), file.attribute(L"target-language").value(), {}};
     if (section.sourceLanguage.empty())
         throw NotATable{L"has a file element without a source-language"};
     for (pugi::xml_node node = file; node;
-         node = nextNode(node, file, node == file || holdsUnits(node))) {
-        if (localName(node) != L"trans-unit") continue;
-        section.units.push_back(readUnit(node));
+         node = NextNode(node, file, node == file || HoldsUnits(node))) {
+        if (LocalName(node) != L"trans-unit") continue;
+        section.units.push_back(ReadUnit(node));
         if (section.units.back().target && section.targetLanguage.empty())
             throw NotATable{L"has a target in a file element without a target-language"};
     }
     return section;
 }
 
-std::vector<XliffSection> readDocument(const std::vector<char>& bytes)
+std::vector<XliffSection> ReadDocument(const std::vector<char>& bytes)
 {
     pugi::xml_document document;
     const auto result = document.load_buffer(bytes.data(), bytes.size(),
                                              pugi::parse_default | pugi::parse_ws_pcdata);
     if (!result) throw NotATable{L"is not well-formed XML: " + pugi::as_wide(result.description())};
     const pugi::xml_node root = document.document_element();
-    if (localName(root) != L"xliff" ||
+    if (LocalName(root) != L"xliff" ||
         std::wstring_view(root.attribute(L"version").value()) != L"1.2")
         throw NotATable{L"is not XLIFF 1.2"};
     std::vector<XliffSection> sections;
     for (const pugi::xml_node& child : root.children()) {
-        if (localName(child) == L"file") sections.push_back(readSection(child));
+        if (LocalName(child) == L"file") sections.push_back(ReadSection(child));
     }
     if (sections.empty()) throw NotATable{L"has no file element"};
     return sections;
@@ -161,10 +161,10 @@ std::vector<XliffSection> readDocument(const std::vector<char>& bytes)
 
 } // namespace
 
-std::optional<std::vector<XliffSection>> readXliffFile(const std::wstring& path,
+std::optional<std::vector<XliffSection>> ReadXliffFile(const std::wstring& path,
                                                        std::wstring& error)
 try {
-    return readDocument(readFile(path));
+    return ReadDocument(ReadBytes(path));
 } catch (const NotATable& fault) {
     error = path + L" " + fault.reason;
     return std::nullopt;

@@ -23,7 +23,7 @@ struct XliffSection
 
 // Reads an XLIFF 1.2 file. Nothing, and error says why, when it cannot be read or is no string
 // table.
-std::optional<std::vector<XliffSection>> readXliffFile(const std::wstring& path,
+std::optional<std::vector<XliffSection>> ReadXliffFile(const std::wstring& path,
                                                        std::wstring& error);
 
 } // namespace zel_string_convert

@@ -15,14 +15,14 @@ struct FindCloser
 };
 
 // The pattern "*.xlf" would also find "a.xlf~" on volumes with short names.
-bool isXliffFile(const WIN32_FIND_DATAW& entry)
+bool IsXliffFile(const WIN32_FIND_DATAW& entry)
 {
     const wchar_t* extension = std::wcsrchr(entry.cFileName, L'.');
     if (!extension || (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) return false;
     return _wcsicmp(extension, L".xlf") == 0 || _wcsicmp(extension, L".xliff") == 0;
 }
 
-std::vector<std::wstring> xliffFilesIn(const std::wstring& folder)
+std::vector<std::wstring> XliffFilesIn(const std::wstring& folder)
 {
     std::vector<std::wstring> files;
     WIN32_FIND_DATAW entry;
@@ -30,7 +30,7 @@ std::vector<std::wstring> xliffFilesIn(const std::wstring& folder)
     if (find == INVALID_HANDLE_VALUE) return files;
     const std::unique_ptr<void, FindCloser> owner(find);
     do {
-        if (isXliffFile(entry)) files.push_back(folder + L"\\" + entry.cFileName);
+        if (IsXliffFile(entry)) files.push_back(folder + L"\\" + entry.cFileName);
     } while (FindNextFileW(find, &entry));
     std::sort(files.begin(), files.end());
     return files;
@@ -38,12 +38,12 @@ std::vector<std::wstring> xliffFilesIn(const std::wstring& folder)
 
 } // namespace
 
-std::vector<std::wstring> xliffFilesAt(const std::wstring& path)
+std::vector<std::wstring> XliffFilesAt(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return {};
     if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) return {path};
-    return xliffFilesIn(path);
+    return XliffFilesIn(path);
 }
 
 } // namespace zel_string_convert

@@ -30,55 +30,55 @@ struct State
 };
 
 constinit qor_utils::SlimLock
-    changeLock; // held by whoever builds a new table, so that no change is lost
-constinit qor_utils::SlimLock tableLock; // guards the table and the language
+    s_changeLock; // held by whoever builds a new table, so that no change is lost
+constinit qor_utils::SlimLock s_tableLock; // guards the table and the language
 
-State& state()
+State& CurrentState()
 {
     static State object;
     return object;
 }
 
-std::optional<StringTable> readInto(StringTable table, const std::wstring& path,
+std::optional<StringTable> ReadInto(StringTable table, const std::wstring& path,
                                     std::wstring& error)
 {
-    const auto files = zel_string_convert::xliffFilesAt(path);
+    const auto files = zel_string_convert::XliffFilesAt(path);
     if (files.empty()) error = path + L" has no string table";
     for (const std::wstring& file : files) {
-        const auto sections = zel_string_convert::readXliffFile(file, error);
+        const auto sections = zel_string_convert::ReadXliffFile(file, error);
         if (!sections) return std::nullopt;
-        if (table.add(*sections, state().pool)) continue;
+        if (table.Add(*sections, CurrentState().pool)) continue;
         error = file + L" has another base language";
         return std::nullopt;
     }
     if (files.empty()) return std::nullopt;
-    table.index();
+    table.Index();
     return table;
 }
 
-void exchangeTable(StringTable table)
+void ExchangeTable(StringTable table)
 {
-    const std::scoped_lock guard(tableLock);
-    State& s = state();
-    const bool hadLanguage = !s.table.languages().empty();
+    const std::scoped_lock guard(s_tableLock);
+    State& s = CurrentState();
+    const bool hadLanguage = !s.table.Languages().empty();
     const std::wstring language =
-        hadLanguage ? s.table.languages()[static_cast<std::size_t>(s.language)] : L"";
-    s.language = std::max(0, table.languageNumber(language));
+        hadLanguage ? s.table.Languages()[static_cast<std::size_t>(s.language)] : L"";
+    s.language = std::max(0, table.LanguageNumber(language));
     std::swap(s.table, table);
 }
 
-bool change(StringTable start, const std::wstring& path, std::wstring* error)
+bool Change(StringTable start, const std::wstring& path, std::wstring* error)
 try {
     std::wstring reason;
-    std::optional<StringTable> table = readInto(std::move(start), path, reason);
-    if (table) exchangeTable(*std::move(table));
+    std::optional<StringTable> table = ReadInto(std::move(start), path, reason);
+    if (table) ExchangeTable(*std::move(table));
     if (!table && error) *error = reason;
     return table.has_value();
 } catch (const std::bad_alloc&) {
     return false;
 }
 
-std::wstring toWide(std::string_view key)
+std::wstring ToWide(std::string_view key)
 {
     if (key.empty()) return {};
     const int length = static_cast<int>(key.size());
@@ -89,10 +89,10 @@ std::wstring toWide(std::string_view key)
 }
 
 // Texts of the table serve as printf formats, so a key with a percent sign must not pass for one.
-const wchar_t* unknownKey(std::string_view key)
+const wchar_t* UnknownKey(std::string_view key)
 {
     if (key.size() > longestUnknownKey || key.find('%') != std::string_view::npos) return L"";
-    const wchar_t* kept = state().unknownKeys.keep(toWide(key));
+    const wchar_t* kept = CurrentState().unknownKeys.Keep(ToWide(key));
     return kept ? kept : L"";
 }
 
@@ -100,67 +100,68 @@ const wchar_t* unknownKey(std::string_view key)
 
 bool ZelTString::load(const std::wstring& path, std::wstring* error)
 {
-    const std::scoped_lock changing(changeLock);
-    return change({}, path, error);
+    const std::scoped_lock changing(s_changeLock);
+    return Change({}, path, error);
 }
 
 bool ZelTString::add(const std::wstring& path, std::wstring* error)
 {
-    const std::scoped_lock changing(changeLock);
-    return change(state().table, path,
+    const std::scoped_lock changing(s_changeLock);
+    return Change(CurrentState().table, path,
                   error); // only changes write the table, and this is the one under way
 }
 
 void ZelTString::clear()
 {
-    const std::scoped_lock changing(changeLock);
-    exchangeTable({});
+    const std::scoped_lock changing(s_changeLock);
+    ExchangeTable({});
 }
 
 bool ZelTString::setLanguage(const std::wstring& language)
 {
-    const std::scoped_lock guard(tableLock);
-    const int number = state().table.languageNumber(language);
+    const std::scoped_lock guard(s_tableLock);
+    const int number = CurrentState().table.LanguageNumber(language);
     if (number < 0) return false;
-    state().language = number;
+    CurrentState().language = number;
     return true;
 }
 
 std::wstring ZelTString::getLanguage()
 {
-    const std::shared_lock guard(tableLock);
-    const auto& languages = state().table.languages();
+    const std::shared_lock guard(s_tableLock);
+    const auto& languages = CurrentState().table.Languages();
     return languages.empty() ? std::wstring()
-                             : languages[static_cast<std::size_t>(state().language)];
+                             : languages[static_cast<std::size_t>(CurrentState().language)];
 }
 
 std::wstring ZelTString::getBaseLanguage()
 {
-    const std::shared_lock guard(tableLock);
-    const auto& languages = state().table.languages();
+    const std::shared_lock guard(s_tableLock);
+    const auto& languages = CurrentState().table.Languages();
     return languages.empty() ? std::wstring() : languages.front();
 }
 
 std::vector<std::wstring> ZelTString::getLanguages()
 {
-    const std::shared_lock guard(tableLock);
-    return state().table.languages();
+    const std::shared_lock guard(s_tableLock);
+    return CurrentState().table.Languages();
 }
 
 const wchar_t* ZelTString::get(const char* key, bool translated)
 {
     if (!key) return L"";
     {
-        const std::shared_lock guard(tableLock);
-        if (const wchar_t* text = state().table.byKey(key, translated ? state().language : 0))
+        const std::shared_lock guard(s_tableLock);
+        if (const wchar_t* text =
+                CurrentState().table.ByKey(key, translated ? CurrentState().language : 0))
             return text;
     }
-    return unknownKey(key);
+    return UnknownKey(key);
 }
 
 const wchar_t* ZelTString::translate(const wchar_t* text)
 {
     if (!text) return nullptr;
-    const std::shared_lock guard(tableLock);
-    return state().table.byBase(text, state().language);
+    const std::shared_lock guard(s_tableLock);
+    return CurrentState().table.ByBase(text, CurrentState().language);
 }

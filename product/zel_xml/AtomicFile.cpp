@@ -26,20 +26,20 @@ public:
 
     ~NewFile()
     {
-        close();
+        Close();
         if (m_exists) DeleteFileW(m_path.c_str());
     }
 
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    bool isOpen() const { return m_file != INVALID_HANDLE_VALUE; }
-    HANDLE handle() const { return m_file; }
+    bool IsOpen() const { return m_file != INVALID_HANDLE_VALUE; }
+    HANDLE Handle() const { return m_file; }
 
-    bool moveOver(const std::wstring& path)
+    bool MoveOver(const std::wstring& path)
     {
         // Without the flush a power cut could leave the new name on a file that was never written.
-        if (!FlushFileBuffers(m_file) || !close()) return false;
+        if (!FlushFileBuffers(m_file) || !Close()) return false;
         if (!MoveFileExW(m_path.c_str(), path.c_str(),
                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             return false;
@@ -48,9 +48,9 @@ public:
     }
 
 private:
-    bool close()
+    bool Close()
     {
-        if (!isOpen()) return true;
+        if (!IsOpen()) return true;
         const HANDLE file = m_file;
         m_file = INVALID_HANDLE_VALUE;
         return CloseHandle(file) != FALSE;
@@ -62,7 +62,7 @@ private:
 };
 
 // Said outright, because not every file system lets this decide over a file's replacement.
-bool isWriteProtected(const std::wstring& path)
+bool IsWriteProtected(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
@@ -70,7 +70,7 @@ bool isWriteProtected(const std::wstring& path)
 
 } // namespace
 
-bool writeBytes(HANDLE file, const std::string& bytes)
+bool WriteBytes(HANDLE file, const std::string& bytes)
 {
     if (bytes.size() > std::numeric_limits<DWORD>::max()) return false;
     const DWORD size = static_cast<DWORD>(bytes.size());
@@ -78,7 +78,7 @@ bool writeBytes(HANDLE file, const std::string& bytes)
     return WriteFile(file, bytes.data(), size, &written, nullptr) && written == size;
 }
 
-std::wstring absolutePath(const wchar_t* path)
+std::wstring AbsolutePath(const wchar_t* path)
 {
     if (!path || !*path) return {};
     const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
@@ -90,11 +90,11 @@ std::wstring absolutePath(const wchar_t* path)
     return full;
 }
 
-bool replaceFile(const std::wstring& path, const FileFiller& fill)
+bool ReplaceAtomically(const std::wstring& path, const FileFiller& fill)
 {
-    if (isWriteProtected(path)) return false;
+    if (IsWriteProtected(path)) return false;
     NewFile file(path.substr(0, path.find_last_of(L"\\/") + 1));
-    return file.isOpen() && fill(file.handle()) && file.moveOver(path);
+    return file.IsOpen() && fill(file.Handle()) && file.MoveOver(path);
 }
 
 } // namespace zel_xml

@@ -21,13 +21,13 @@ using FileHandle = std::unique_ptr<HANDLE, FileCloser>;
 using FileFiller = std::function<bool(HANDLE file)>;
 
 // Writes all bytes at the file's current position.
-bool writeBytes(HANDLE file, const std::string& bytes);
+bool WriteBytes(HANDLE file, const std::string& bytes);
 
 // The absolute form of a path as of now; empty when there is none.
-std::wstring absolutePath(const wchar_t* path);
+std::wstring AbsolutePath(const wchar_t* path);
 
 // Lets fill write a new file beside path (absolute) and puts it in path's place in one step. On any
 // failure, an exception out of fill included, path is as it was and nothing is left beside it.
-bool replaceFile(const std::wstring& path, const FileFiller& fill);
+bool ReplaceAtomically(const std::wstring& path, const FileFiller& fill);
 
 } // namespace zel_xml

@@ -33,7 +33,7 @@ public:
     }
 
     template <typename Number>
-    bool read(Number& value) const noexcept
+    bool Read(Number& value) const noexcept
     {
         Number number{};
         const char* end = m_text.data() + m_length;
@@ -49,29 +49,29 @@ private:
     bool m_usable = false;
 };
 
-std::wstring widen(const char* begin, const char* end)
+std::wstring Widen(const char* begin, const char* end)
 {
     return std::wstring(begin, end);
 }
 
 } // namespace
 
-bool parseInt(std::wstring_view text, int& value) noexcept
+bool ParseInt(std::wstring_view text, int& value) noexcept
 {
-    return NumberText(text).read(value);
+    return NumberText(text).Read(value);
 }
 
-bool parseDouble(std::wstring_view text, double& value) noexcept
+bool ParseDouble(std::wstring_view text, double& value) noexcept
 {
-    return NumberText(text).read(value);
+    return NumberText(text).Read(value);
 }
 
-std::wstring formatInt(int value)
+std::wstring FormatInt(int value)
 {
     return std::to_wstring(value);
 }
 
-std::wstring formatDouble(double value, int precision)
+std::wstring FormatDouble(double value, int precision)
 {
     std::array<char, maxNumberText> text;
     char* const begin = text.data();
@@ -79,7 +79,7 @@ std::wstring formatDouble(double value, int precision)
     const auto result = precision < 0 ? std::to_chars(begin, end, value)
                                       : std::to_chars(begin, end, value, std::chars_format::fixed,
                                                       std::min(precision, maxPrecision));
-    return widen(begin, result.ptr);
+    return Widen(begin, result.ptr);
 }
 
 } // namespace zel_xml

@@ -14,7 +14,7 @@ using namespace std::string_view_literals;
 constexpr unsigned codePageLatin1 = 28591;
 constexpr unsigned codePageWindows1252 = 1252;
 
-std::string lowerCase(std::string_view text)
+std::string LowerCase(std::string_view text)
 {
     std::string lower(text);
     for (char& c : lower)
@@ -24,7 +24,7 @@ std::string lowerCase(std::string_view text)
 
 // The encoding that an XML declaration at the start of the bytes names, in lower case; empty when
 // it names none.
-std::string declaredEncoding(std::string_view bytes)
+std::string DeclaredEncoding(std::string_view bytes)
 {
     if (!bytes.starts_with("<?xml"sv)) return {};
     const std::string_view declaration =
@@ -35,11 +35,11 @@ std::string declaredEncoding(std::string_view bytes)
     if (open == std::string_view::npos) return {};
     const std::size_t close = declaration.find(declaration[open], open + 1);
     if (close == std::string_view::npos) return {};
-    return lowerCase(declaration.substr(open + 1, close - open - 1));
+    return LowerCase(declaration.substr(open + 1, close - open - 1));
 }
 
 // The code page of a byte encoding; 0 when it is not one that is read.
-unsigned codePageOf(const std::string& encoding)
+unsigned CodePageOf(const std::string& encoding)
 {
     if (encoding.empty() || encoding == "utf-8" || encoding == "utf8" || encoding == "us-ascii")
         return CP_UTF8;
@@ -48,7 +48,7 @@ unsigned codePageOf(const std::string& encoding)
     return 0;
 }
 
-bool decodeBytes(std::string_view bytes, unsigned codePage, std::wstring& text)
+bool DecodeBytes(std::string_view bytes, unsigned codePage, std::wstring& text)
 {
     if (bytes.empty() || bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         return false;
@@ -61,7 +61,7 @@ bool decodeBytes(std::string_view bytes, unsigned codePage, std::wstring& text)
                                length) == length;
 }
 
-bool decodeUtf16(std::string_view bytes, bool bigEndian, std::wstring& text)
+bool DecodeUtf16(std::string_view bytes, bool bigEndian, std::wstring& text)
 {
     if (bytes.size() % 2 != 0) return false;
     text.resize(bytes.size() / 2);
@@ -73,70 +73,70 @@ bool decodeUtf16(std::string_view bytes, bool bigEndian, std::wstring& text)
     return true;
 }
 
-bool decodeByMark(std::string_view bytes, std::wstring& text)
+bool DecodeByMark(std::string_view bytes, std::wstring& text)
 {
-    if (bytes.starts_with("\xFF\xFE"sv)) return decodeUtf16(bytes.substr(2), false, text);
-    if (bytes.starts_with("\xFE\xFF"sv)) return decodeUtf16(bytes.substr(2), true, text);
-    if (bytes.starts_with("<\0"sv)) return decodeUtf16(bytes, false, text);
-    if (bytes.starts_with("\0<"sv)) return decodeUtf16(bytes, true, text);
+    if (bytes.starts_with("\xFF\xFE"sv)) return DecodeUtf16(bytes.substr(2), false, text);
+    if (bytes.starts_with("\xFE\xFF"sv)) return DecodeUtf16(bytes.substr(2), true, text);
+    if (bytes.starts_with("<\0"sv)) return DecodeUtf16(bytes, false, text);
+    if (bytes.starts_with("\0<"sv)) return DecodeUtf16(bytes, true, text);
     const bool marked = bytes.starts_with("\xEF\xBB\xBF"sv);
     if (marked) bytes.remove_prefix(3);
-    const unsigned codePage = codePageOf(declaredEncoding(bytes));
+    const unsigned codePage = CodePageOf(DeclaredEncoding(bytes));
     if (codePage == 0 || (marked && codePage != CP_UTF8)) return false;
-    return decodeBytes(bytes, codePage, text);
+    return DecodeBytes(bytes, codePage, text);
 }
 
-bool isHighSurrogate(wchar_t c) noexcept
+bool IsHighSurrogate(wchar_t c) noexcept
 {
     return c >= 0xD800 && c <= 0xDBFF;
 }
 
-bool isLowSurrogate(wchar_t c) noexcept
+bool IsLowSurrogate(wchar_t c) noexcept
 {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
 
-bool isPlainCharacter(wchar_t c) noexcept
+bool IsPlainCharacter(wchar_t c) noexcept
 {
     if (c < 0x20) return c == L'\t' || c == L'\n' || c == L'\r';
     return c < 0xD800 || (c > 0xDFFF && c < 0xFFFE);
 }
 
-bool isNameStart(wchar_t c) noexcept
+bool IsNameStart(wchar_t c) noexcept
 {
     return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_' || c == L':' ||
            c >= 0xC0;
 }
 
-bool isNameCharacter(wchar_t c) noexcept
+bool IsNameCharacter(wchar_t c) noexcept
 {
-    return isNameStart(c) || (c >= L'0' && c <= L'9') || c == L'-' || c == L'.' || c == 0xB7;
+    return IsNameStart(c) || (c >= L'0' && c <= L'9') || c == L'-' || c == L'.' || c == 0xB7;
 }
 
 } // namespace
 
-bool decodeXml(std::string_view bytes, std::wstring& text)
+bool DecodeXml(std::string_view bytes, std::wstring& text)
 {
-    return decodeByMark(bytes, text) && isXmlText(text);
+    return DecodeByMark(bytes, text) && IsXmlText(text);
 }
 
-bool isXmlText(std::wstring_view text) noexcept
+bool IsXmlText(std::wstring_view text) noexcept
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isPlainCharacter(text[i])) continue;
-        if (!isHighSurrogate(text[i]) || i + 1 == text.size() || !isLowSurrogate(text[i + 1]))
+        if (IsPlainCharacter(text[i])) continue;
+        if (!IsHighSurrogate(text[i]) || i + 1 == text.size() || !IsLowSurrogate(text[i + 1]))
             return false;
         ++i;
     }
     return true;
 }
 
-bool isXmlName(const wchar_t* name) noexcept
+bool IsXmlName(const wchar_t* name) noexcept
 {
     if (!name) return false;
     const std::wstring_view text(name);
-    return !text.empty() && isNameStart(text[0]) &&
-           std::all_of(text.begin(), text.end(), isNameCharacter) && isXmlText(text);
+    return !text.empty() && IsNameStart(text[0]) &&
+           std::all_of(text.begin(), text.end(), IsNameCharacter) && IsXmlText(text);
 }
 
 } // namespace zel_xml

@@ -1,8 +1,8 @@
 #include <zel_xml/zelXMLFile.h>
 
 #include "AtomicFile.h"
+#include "XMLDocument.h"
 #include "XMLText.h"
-#include "zelXMLDocument.h"
 
 #include <exception>
 #include <utility>
@@ -10,7 +10,7 @@
 namespace {
 
 // The whole file; false when it cannot be read, is empty or larger than a document may be.
-bool readBytes(const std::wstring& path, std::string& bytes)
+bool ReadBytes(const std::wstring& path, std::string& bytes)
 {
     constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE opened = CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
@@ -19,19 +19,19 @@ bool readBytes(const std::wstring& path, std::string& bytes)
     const zel_xml::FileHandle file(opened);
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart <= 0) return false;
-    if (size.QuadPart > static_cast<LONGLONG>(zelXMLDocument::maxFileSize)) return false;
+    if (size.QuadPart > static_cast<LONGLONG>(zel_xml::XMLDocument::maxFileSize)) return false;
     bytes.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
     return ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) &&
            read == bytes.size();
 }
 
-bool writeDocument(const zelXMLDocument& document, const std::wstring& path) noexcept
+bool WriteDocument(const zel_xml::XMLDocument& document, const std::wstring& path) noexcept
 {
     try {
-        const std::string bytes = document.toBytes();
-        return zel_xml::replaceFile(
-            path, [&bytes](HANDLE file) { return zel_xml::writeBytes(file, bytes); });
+        const std::string bytes = document.ToBytes();
+        return zel_xml::ReplaceAtomically(
+            path, [&bytes](HANDLE file) { return zel_xml::WriteBytes(file, bytes); });
     } catch (const std::exception&) {
         return false;
     }
@@ -45,10 +45,10 @@ bool zelXMLFile::open(const wchar_t* path, bool readOnly) noexcept
 {
     close();
     try {
-        std::wstring full = zel_xml::absolutePath(path);
+        std::wstring full = zel_xml::AbsolutePath(path);
         std::string bytes;
-        if (full.empty() || !readBytes(full, bytes)) return false;
-        m_document = zelXMLDocument::parse(bytes);
+        if (full.empty() || !ReadBytes(full, bytes)) return false;
+        m_document = zel_xml::XMLDocument::Parse(bytes);
         m_path = std::move(full);
         m_readOnly = readOnly;
     } catch (const std::exception&) // out of memory
@@ -67,9 +67,9 @@ bool zelXMLFile::create(const wchar_t* path, const wchar_t* rootName) noexcept
 {
     close();
     try {
-        std::wstring full = zel_xml::absolutePath(path);
-        if (full.empty() || !zel_xml::isXmlName(rootName)) return false;
-        m_document = zelXMLDocument::create(rootName);
+        std::wstring full = zel_xml::AbsolutePath(path);
+        if (full.empty() || !zel_xml::IsXmlName(rootName)) return false;
+        m_document = zel_xml::XMLDocument::Create(rootName);
         m_path = std::move(full);
         m_readOnly = false;
     } catch (const std::exception&) {
@@ -80,14 +80,14 @@ bool zelXMLFile::create(const wchar_t* path, const wchar_t* rootName) noexcept
 
 bool zelXMLFile::save() const noexcept
 {
-    return isOpen() && !m_readOnly && writeDocument(*m_document, m_path);
+    return isOpen() && !m_readOnly && WriteDocument(*m_document, m_path);
 }
 
 bool zelXMLFile::saveAs(const wchar_t* path) const noexcept
 {
     try {
-        const std::wstring full = zel_xml::absolutePath(path);
-        return isOpen() && !full.empty() && writeDocument(*m_document, full);
+        const std::wstring full = zel_xml::AbsolutePath(path);
+        return isOpen() && !full.empty() && WriteDocument(*m_document, full);
     } catch (const std::exception&) {
         return false;
     }
@@ -107,5 +107,5 @@ bool zelXMLFile::isOpen() const noexcept
 
 zelXMLNode zelXMLFile::getRootElement() const noexcept
 {
-    return isOpen() ? zelXMLNode(m_document, m_document->root().internal_object()) : zelXMLNode();
+    return isOpen() ? zelXMLNode(m_document, m_document->Root().internal_object()) : zelXMLNode();
 }

@@ -1,15 +1,15 @@
 #include <zel_xml/zelXMLNode.h>
 
+#include "XMLDocument.h"
 #include "XMLNumber.h"
 #include "XMLText.h"
-#include "zelXMLDocument.h"
 
 #include <exception>
 #include <utility>
 
 namespace {
 
-pugi::xml_node firstElementFrom(pugi::xml_node node) noexcept
+pugi::xml_node FirstElementFrom(pugi::xml_node node) noexcept
 {
     while (node && node.type() != pugi::node_element)
         node = node.next_sibling();
@@ -17,22 +17,22 @@ pugi::xml_node firstElementFrom(pugi::xml_node node) noexcept
 }
 
 // pugixml's own look-up by name would also find processing instructions.
-pugi::xml_node childElement(const pugi::xml_node& parent, const wchar_t* name) noexcept
+pugi::xml_node ChildElement(const pugi::xml_node& parent, const wchar_t* name) noexcept
 {
     if (!name) return {};
     const std::wstring_view wanted(name);
-    pugi::xml_node child = firstElementFrom(parent.first_child());
+    pugi::xml_node child = FirstElementFrom(parent.first_child());
     while (child && wanted != child.name())
-        child = firstElementFrom(child.next_sibling());
+        child = FirstElementFrom(child.next_sibling());
     return child;
 }
 
-pugi::xml_attribute attributeOf(pugi::xml_node_struct* element, const wchar_t* name) noexcept
+pugi::xml_attribute AttributeOf(pugi::xml_node_struct* element, const wchar_t* name) noexcept
 {
     return name ? pugi::xml_node(element).attribute(name) : pugi::xml_attribute();
 }
 
-int depthOf(pugi::xml_node element) noexcept
+int DepthOf(pugi::xml_node element) noexcept
 {
     int depth = 0;
     for (; element.type() == pugi::node_element; element = element.parent())
@@ -40,23 +40,23 @@ int depthOf(pugi::xml_node element) noexcept
     return depth;
 }
 
-bool isOwnText(const pugi::xml_node& node) noexcept
+bool IsOwnText(const pugi::xml_node& node) noexcept
 {
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-void removeOwnText(pugi::xml_node element) noexcept
+void RemoveOwnText(pugi::xml_node element) noexcept
 {
     for (pugi::xml_node child = element.first_child(); child;) {
         const pugi::xml_node next = child.next_sibling();
-        if (isOwnText(child)) element.remove_child(child); // nobody holds a handle to a text
+        if (IsOwnText(child)) element.remove_child(child); // nobody holds a handle to a text
         child = next;
     }
 }
 
 // Runs a write that needs memory and answers false when there was none.
 template <typename Write>
-bool guarded(const Write& write) noexcept
+bool Guarded(const Write& write) noexcept
 {
     try {
         return write();
@@ -69,7 +69,7 @@ bool guarded(const Write& write) noexcept
 
 zelXMLNode::zelXMLNode() noexcept = default;
 
-zelXMLNode::zelXMLNode(std::shared_ptr<zelXMLDocument> document,
+zelXMLNode::zelXMLNode(std::shared_ptr<zel_xml::XMLDocument> document,
                        pugi::xml_node_struct* element) noexcept
     : m_document(std::move(document)), m_element(element)
 {
@@ -93,14 +93,14 @@ std::wstring zelXMLNode::getName() const
 zelXMLNode zelXMLNode::getFirstChild() const noexcept
 {
     return {m_document,
-            firstElementFrom(pugi::xml_node(m_element).first_child()).internal_object()};
+            FirstElementFrom(pugi::xml_node(m_element).first_child()).internal_object()};
 }
 
 zelXMLNode& zelXMLNode::operator++() noexcept
 {
     const pugi::xml_node element(m_element);
-    const bool last = !element || m_document->isRemoved(element);
-    m_element = last ? nullptr : firstElementFrom(element.next_sibling()).internal_object();
+    const bool last = !element || m_document->IsRemoved(element);
+    m_element = last ? nullptr : FirstElementFrom(element.next_sibling()).internal_object();
     return *this;
 }
 
@@ -113,7 +113,7 @@ zelXMLNode zelXMLNode::operator++(int) noexcept
 
 zelXMLNode zelXMLNode::getChildByName(const wchar_t* name, bool create) const noexcept
 {
-    const pugi::xml_node child = childElement(pugi::xml_node(m_element), name);
+    const pugi::xml_node child = ChildElement(pugi::xml_node(m_element), name);
     if (!child && create) return appendChild(name);
     return {m_document, child.internal_object()};
 }
@@ -121,43 +121,43 @@ zelXMLNode zelXMLNode::getChildByName(const wchar_t* name, bool create) const no
 zelXMLNode zelXMLNode::appendChild(const wchar_t* name) const noexcept
 {
     pugi::xml_node element(m_element);
-    if (!element || !zel_xml::isXmlName(name) || depthOf(element) >= zelXMLDocument::maxDepth)
+    if (!element || !zel_xml::IsXmlName(name) || DepthOf(element) >= zel_xml::XMLDocument::maxDepth)
         return {};
     return {m_document, element.append_child(name).internal_object()};
 }
 
 bool zelXMLNode::removeChildByName(const wchar_t* name) const noexcept
 {
-    const pugi::xml_node child = childElement(pugi::xml_node(m_element), name);
-    return child && m_document->remove(child);
+    const pugi::xml_node child = ChildElement(pugi::xml_node(m_element), name);
+    return child && m_document->Remove(child);
 }
 
 bool zelXMLNode::hasAttribute(const wchar_t* name) const noexcept
 {
-    return !attributeOf(m_element, name).empty();
+    return !AttributeOf(m_element, name).empty();
 }
 
 bool zelXMLNode::removeAttribute(const wchar_t* name) const noexcept
 {
-    return pugi::xml_node(m_element).remove_attribute(attributeOf(m_element, name));
+    return pugi::xml_node(m_element).remove_attribute(AttributeOf(m_element, name));
 }
 
 std::wstring zelXMLNode::getAttribute(const wchar_t* name, const wchar_t* defaultValue) const
 {
-    return attributeOf(m_element, name).as_string(defaultValue ? defaultValue : L"");
+    return AttributeOf(m_element, name).as_string(defaultValue ? defaultValue : L"");
 }
 
 int zelXMLNode::getAttributeInt(const wchar_t* name, int defaultValue) const noexcept
 {
     int value = defaultValue;
-    zel_xml::parseInt(attributeOf(m_element, name).value(), value);
+    zel_xml::ParseInt(AttributeOf(m_element, name).value(), value);
     return value;
 }
 
 double zelXMLNode::getAttributeDouble(const wchar_t* name, double defaultValue) const noexcept
 {
     double value = defaultValue;
-    zel_xml::parseDouble(attributeOf(m_element, name).value(), value);
+    zel_xml::ParseDouble(AttributeOf(m_element, name).value(), value);
     return value;
 }
 
@@ -165,7 +165,7 @@ bool zelXMLNode::setAttribute(const wchar_t* name, const wchar_t* value) const n
 {
     if (!value) value = L"";
     pugi::xml_node element(m_element);
-    if (!element || !zel_xml::isXmlName(name) || !zel_xml::isXmlText(value)) return false;
+    if (!element || !zel_xml::IsXmlName(name) || !zel_xml::IsXmlText(value)) return false;
     pugi::xml_attribute attribute = element.attribute(name);
     if (!attribute) attribute = element.append_attribute(name);
     return attribute.set_value(value);
@@ -179,27 +179,27 @@ bool zelXMLNode::setAttribute(const wchar_t* name, const std::wstring& value) co
 
 bool zelXMLNode::setAttributeInt(const wchar_t* name, int value) const noexcept
 {
-    return guarded([&] { return setAttribute(name, zel_xml::formatInt(value)); });
+    return Guarded([&] { return setAttribute(name, zel_xml::FormatInt(value)); });
 }
 
 bool zelXMLNode::setAttributeDouble(const wchar_t* name, double value, int precision) const noexcept
 {
-    return guarded([&] { return setAttribute(name, zel_xml::formatDouble(value, precision)); });
+    return Guarded([&] { return setAttribute(name, zel_xml::FormatDouble(value, precision)); });
 }
 
 std::wstring zelXMLNode::getText() const
 {
     std::wstring text;
     for (const pugi::xml_node& child : pugi::xml_node(m_element).children())
-        if (isOwnText(child)) text += child.value();
+        if (IsOwnText(child)) text += child.value();
     return text;
 }
 
 bool zelXMLNode::setText(const std::wstring& text) const noexcept
 {
     pugi::xml_node element(m_element);
-    if (!element || !zel_xml::isXmlText(text)) return false;
-    removeOwnText(element);
+    if (!element || !zel_xml::IsXmlText(text)) return false;
+    RemoveOwnText(element);
     if (text.empty()) return true;
     pugi::xml_node child = element.prepend_child(pugi::node_pcdata);
     return child && child.set_value(text.c_str());

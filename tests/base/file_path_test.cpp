@@ -49,7 +49,7 @@ TEST(FullPath, NothingHasNone)
 TEST(FullPath, RelativePathsLieInTheCurrentDirectory)
 {
     const test_support::TemporaryFolder folder;
-    const test_support::InDirectory inside(folder.path());
+    const test_support::InDirectory inside(folder.Path());
     EXPECT_EQ(base::FullPath(L"name"), folder / L"name");
     EXPECT_EQ(base::FullPath(L"a/../b\\.\\c"), folder / L"b\\c");
 }
@@ -86,9 +86,9 @@ TEST(ModuleFile, IsEmptyForWhatIsNoModule)
 TEST(ModuleFile, IsWholeForALongPath)
 {
     const test_support::TemporaryFolder folder;
-    const DeepFolder deep(folder.path());
+    const DeepFolder deep(folder.Path());
     const std::wstring copy = deep / L"base_module.dll";
-    const std::wstring original = test_support::besideProgram(L"base_module.dll");
+    const std::wstring original = test_support::BesideProgram(L"base_module.dll");
     ASSERT_TRUE(CopyFileW(original.c_str(), copy.c_str(), TRUE));
     base::Module module(LoadLibraryW(copy.c_str()));
     const bool loaded = static_cast<bool>(module);

@@ -14,28 +14,28 @@ static_assert(!std::is_copy_constructible_v<base::WindowContext> &&
 class GdiHandles : public testing::Test
 {
 protected:
-    HGDIOBJ Selected() const { return GetCurrentObject(context.get(), OBJ_BITMAP); }
+    HGDIOBJ Selected() const { return GetCurrentObject(m_context.get(), OBJ_BITMAP); }
 
-    base::MemoryContext context{CreateCompatibleDC(nullptr)};
-    base::Bitmap bitmap{CreateBitmap(4, 4, 1, 32, nullptr)};
-    HGDIOBJ original = Selected();
+    base::MemoryContext m_context{CreateCompatibleDC(nullptr)};
+    base::Bitmap m_bitmap{CreateBitmap(4, 4, 1, 32, nullptr)};
+    HGDIOBJ m_original = Selected();
 };
 
 } // namespace
 
 TEST_F(GdiHandles, ObjectIsDeleted)
 {
-    const HBITMAP handle = bitmap.get();
+    const HBITMAP handle = m_bitmap.get();
     EXPECT_EQ(GetObjectType(handle), static_cast<DWORD>(OBJ_BITMAP));
-    bitmap.reset();
+    m_bitmap.reset();
     EXPECT_EQ(GetObjectType(handle), 0u);
 }
 
 TEST_F(GdiHandles, MemoryContextIsDeleted)
 {
-    const HDC handle = context.get();
+    const HDC handle = m_context.get();
     EXPECT_EQ(GetObjectType(handle), static_cast<DWORD>(OBJ_MEMDC));
-    context.reset();
+    m_context.reset();
     EXPECT_EQ(GetObjectType(handle), 0u);
 }
 
@@ -61,48 +61,48 @@ TEST_F(GdiHandles, WindowContextOfNoWindowIsEmpty)
 TEST_F(GdiHandles, SelectionPutsBackWhatWasSelected)
 {
     {
-        const base::Selection selection(context.get(), bitmap.get());
+        const base::Selection selection(m_context.get(), m_bitmap.get());
         EXPECT_TRUE(selection);
-        EXPECT_EQ(Selected(), bitmap.get());
+        EXPECT_EQ(Selected(), m_bitmap.get());
     }
-    EXPECT_EQ(Selected(), original);
+    EXPECT_EQ(Selected(), m_original);
 }
 
 TEST_F(GdiHandles, SelectionsWithinEachOtherEndInTurn)
 {
     const base::Bitmap other(CreateBitmap(2, 2, 1, 32, nullptr));
     {
-        const base::Selection outer(context.get(), bitmap.get());
+        const base::Selection outer(m_context.get(), m_bitmap.get());
         {
-            const base::Selection inner(context.get(), other.get());
+            const base::Selection inner(m_context.get(), other.get());
             EXPECT_EQ(Selected(), other.get());
         }
-        EXPECT_EQ(Selected(), bitmap.get());
+        EXPECT_EQ(Selected(), m_bitmap.get());
     }
-    EXPECT_EQ(Selected(), original);
+    EXPECT_EQ(Selected(), m_original);
 }
 
 TEST_F(GdiHandles, SelectionOfNothingSelectsNothing)
 {
     {
-        const base::Selection noObject(context.get(), nullptr);
+        const base::Selection noObject(m_context.get(), nullptr);
         EXPECT_FALSE(noObject);
-        const base::Selection noContext(nullptr, bitmap.get());
+        const base::Selection noContext(nullptr, m_bitmap.get());
         EXPECT_FALSE(noContext);
-        EXPECT_EQ(Selected(), original);
+        EXPECT_EQ(Selected(), m_original);
     }
-    EXPECT_EQ(Selected(), original);
+    EXPECT_EQ(Selected(), m_original);
 }
 
 TEST_F(GdiHandles, RefusedSelectionSaysSoAndChangesNothing)
 {
     const base::MemoryContext second(CreateCompatibleDC(nullptr));
-    const base::Selection first(context.get(), bitmap.get());
+    const base::Selection first(m_context.get(), m_bitmap.get());
     const HGDIOBJ before = GetCurrentObject(second.get(), OBJ_BITMAP);
     {
-        const base::Selection refused(second.get(), bitmap.get());
+        const base::Selection refused(second.get(), m_bitmap.get());
         EXPECT_FALSE(refused) << "one bitmap, two contexts";
     }
     EXPECT_EQ(GetCurrentObject(second.get(), OBJ_BITMAP), before);
-    EXPECT_EQ(Selected(), bitmap.get());
+    EXPECT_EQ(Selected(), m_bitmap.get());
 }

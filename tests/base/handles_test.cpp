@@ -81,21 +81,21 @@ TEST(Handles, FindIsEmptyWhereNothingIsFound)
 TEST(Handles, FindIsClosed)
 {
     const test_support::TemporaryFolder folder;
-    test_support::writeFile(folder / L"one", "");
+    test_support::WriteFile(folder / L"one", "");
     WIN32_FIND_DATAW entry;
     base::Find find(FindFirstFileW((folder / L"*").c_str(), &entry));
     ASSERT_TRUE(find);
     find.reset();
-    EXPECT_TRUE(RemoveDirectoryW(folder.path().c_str()) == FALSE) << "the folder is not empty";
+    EXPECT_TRUE(RemoveDirectoryW(folder.Path().c_str()) == FALSE) << "the folder is not empty";
     EXPECT_TRUE(DeleteFileW((folder / L"one").c_str()));
-    EXPECT_TRUE(RemoveDirectoryW(folder.path().c_str())) << "the enumeration still holds it";
+    EXPECT_TRUE(RemoveDirectoryW(folder.Path().c_str())) << "the enumeration still holds it";
 }
 
 TEST(Handles, RegistryKeyIsClosed)
 {
     const test_support::TemporaryRegistryKey place;
     base::RegistryKey key;
-    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, place.path().c_str(), 0, KEY_READ, key.put()),
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, place.Path().c_str(), 0, KEY_READ, key.put()),
               ERROR_SUCCESS);
     ASSERT_TRUE(key);
     const HKEY handle = key.get();

@@ -34,25 +34,25 @@ namespace {
 class FullPathRace : public testing::Test
 {
 protected:
-    FullPathRace() { CreateDirectoryW(longer.c_str(), nullptr); }
+    FullPathRace() { CreateDirectoryW(m_longer.c_str(), nullptr); }
 
-    const test_support::TemporaryFolder folder;
-    const std::wstring longer = folder / L"longer";
+    const test_support::TemporaryFolder m_folder;
+    const std::wstring m_longer = m_folder / L"longer";
 };
 
 } // namespace
 
 TEST_F(FullPathRace, LongerDirectoryGivesNoPath)
 {
-    const test_support::InDirectory inside(folder.path());
-    s_nextDirectory = longer;
+    const test_support::InDirectory inside(m_folder.Path());
+    s_nextDirectory = m_longer;
     EXPECT_EQ(base::FullPath(L"name"), L"");
-    EXPECT_EQ(base::FullPath(L"name"), longer + L"\\name") << "the next time it is there";
+    EXPECT_EQ(base::FullPath(L"name"), m_longer + L"\\name") << "the next time it is there";
 }
 
 TEST_F(FullPathRace, ShorterDirectoryGivesItsWholePath)
 {
-    const test_support::InDirectory inside(longer);
-    s_nextDirectory = folder.path();
-    EXPECT_EQ(base::FullPath(L"name"), folder / L"name");
+    const test_support::InDirectory inside(m_longer);
+    s_nextDirectory = m_folder.Path();
+    EXPECT_EQ(base::FullPath(L"name"), m_folder / L"name");
 }

@@ -28,7 +28,7 @@ bool IsFreeForReading(base::SlimLock& lock)
 {
     bool taken = false;
     std::thread([&] {
-        if (!TryAcquireSRWLockShared(lock.native())) return;
+        if (!TryAcquireSRWLockShared(lock.Native())) return;
         taken = true;
         lock.unlock_shared();
     }).join();
@@ -86,7 +86,7 @@ TEST(SlimLock, ServesThePlatformsWaits)
     {
         const std::scoped_lock guard(lock);
         while (!done)
-            ASSERT_TRUE(SleepConditionVariableSRW(&changed, lock.native(), 10000, 0));
+            ASSERT_TRUE(SleepConditionVariableSRW(&changed, lock.Native(), 10000, 0));
     }
     worker.join();
     EXPECT_TRUE(done);

@@ -1,12 +1,12 @@
 // Children commit one mistake each, and have to end with the status of its kind; a correct child
 // ends with 0.
-#include "damage.h"
+#include "Damage.h"
 #include "test_support/ChildTest.h"
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 
 #include <atlstr.h>
-#include <guardheap/guardheap.h>
+#include <guardheap/GuardHeap.h>
 
 #include <gtest/gtest.h>
 
@@ -30,56 +30,56 @@ constexpr DWORD heapCorruption = 0xC0000374u;
 constexpr DWORD oneMinute = 60000;
 constexpr const wchar_t* saidVariable = L"CHECKED_BUILD_SAID";
 
-DWORD statusOf(const char* mistake)
+DWORD StatusOf(const char* mistake)
 {
     test_support::ChildTest child(std::string("Mistake.DISABLED_") + mistake);
-    return child.wait(oneMinute);
+    return child.Wait(oneMinute);
 }
 
 } // namespace
 
 TEST(GuardHeap, LetsACorrectProgramEndWell)
 {
-    EXPECT_EQ(statusOf("None"), 0u);
+    EXPECT_EQ(StatusOf("None"), 0u);
 }
 
 TEST(GuardHeap, StopsAReadOrWriteOneByteBehindABlock)
 {
-    EXPECT_EQ(statusOf("WriteBehindMalloc"), accessViolation);
-    EXPECT_EQ(statusOf("ReadBehindNewArray"), accessViolation);
-    EXPECT_EQ(statusOf("WriteBehindReallocated"), accessViolation);
-    EXPECT_EQ(statusOf("WriteBehindCalloc"), accessViolation);
-    EXPECT_EQ(statusOf("WriteBehindLargeBlock"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindMalloc"), accessViolation);
+    EXPECT_EQ(StatusOf("ReadBehindNewArray"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindReallocated"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindCalloc"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindLargeBlock"), accessViolation);
 }
 
 TEST(GuardHeap, StopsAnOverrunOfWhatAnotherModuleAllocated)
 {
-    EXPECT_EQ(statusOf("WriteBehindStandardString"), accessViolation);
-    EXPECT_EQ(statusOf("WriteBehindFrameworkString"), accessViolation);
-    EXPECT_EQ(statusOf("WriteBehindDuplicate"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindStandardString"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindFrameworkString"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteBehindDuplicate"), accessViolation);
 }
 
 TEST(GuardHeap, FindsADamagedSlackWhenTheBlockIsFreed)
 {
-    EXPECT_EQ(statusOf("WriteIntoSlackBehind"), heapCorruption);
-    EXPECT_EQ(statusOf("WriteBeforeBlock"), heapCorruption);
-    EXPECT_EQ(statusOf("WriteBeforeReallocatedBlock"), heapCorruption);
+    EXPECT_EQ(StatusOf("WriteIntoSlackBehind"), heapCorruption);
+    EXPECT_EQ(StatusOf("WriteBeforeBlock"), heapCorruption);
+    EXPECT_EQ(StatusOf("WriteBeforeReallocatedBlock"), heapCorruption);
 }
 
 TEST(GuardHeap, StopsUseAfterFree)
 {
-    EXPECT_EQ(statusOf("ReadAfterFree"), accessViolation);
-    EXPECT_EQ(statusOf("WriteAfterDelete"), accessViolation);
-    EXPECT_EQ(statusOf("ReadAfterFreeAndManyOthers"), accessViolation);
-    EXPECT_EQ(statusOf("ReadAtOldPlaceAfterRealloc"), accessViolation);
+    EXPECT_EQ(StatusOf("ReadAfterFree"), accessViolation);
+    EXPECT_EQ(StatusOf("WriteAfterDelete"), accessViolation);
+    EXPECT_EQ(StatusOf("ReadAfterFreeAndManyOthers"), accessViolation);
+    EXPECT_EQ(StatusOf("ReadAtOldPlaceAfterRealloc"), accessViolation);
 }
 
 TEST(GuardHeap, StopsAWrongFree)
 {
-    EXPECT_EQ(statusOf("DoubleFree"), heapCorruption);
-    EXPECT_EQ(statusOf("FreeInsideBlock"), heapCorruption);
-    EXPECT_EQ(statusOf("FreeBehindBlock"), heapCorruption);
-    EXPECT_EQ(statusOf("FreeInAnotherThreadAgain"), heapCorruption);
+    EXPECT_EQ(StatusOf("DoubleFree"), heapCorruption);
+    EXPECT_EQ(StatusOf("FreeInsideBlock"), heapCorruption);
+    EXPECT_EQ(StatusOf("FreeBehindBlock"), heapCorruption);
+    EXPECT_EQ(StatusOf("FreeInAnotherThreadAgain"), heapCorruption);
 }
 
 TEST(GuardHeap, SaysWhatIsWrongOnStandardError)
@@ -87,9 +87,9 @@ TEST(GuardHeap, SaysWhatIsWrongOnStandardError)
     const test_support::TemporaryFolder folder;
     const std::wstring file = folder / L"said.txt";
     SetEnvironmentVariableW(saidVariable, file.c_str());
-    EXPECT_EQ(statusOf("DoubleFreeSaidInFile"), heapCorruption);
+    EXPECT_EQ(StatusOf("DoubleFreeSaidInFile"), heapCorruption);
     SetEnvironmentVariableW(saidVariable, nullptr);
-    const std::string said = test_support::readFile(file);
+    const std::string said = test_support::ReadFile(file);
     EXPECT_NE(said.find("is freed a second time"), std::string::npos) << said;
     EXPECT_NE(said.find("of 64 bytes"), std::string::npos) << said;
     EXPECT_NE(said.find("called from checked_build_test.exe+0x"), std::string::npos) << said;
@@ -97,14 +97,14 @@ TEST(GuardHeap, SaysWhatIsWrongOnStandardError)
 
 TEST(UndefinedBehaviour, Traps)
 {
-    EXPECT_EQ(statusOf("SignedOverflow"), illegalInstruction);
-    EXPECT_EQ(statusOf("ShiftByTooMuch"), illegalInstruction);
-    EXPECT_EQ(statusOf("DivisionByZero"), illegalInstruction);
+    EXPECT_EQ(StatusOf("SignedOverflow"), illegalInstruction);
+    EXPECT_EQ(StatusOf("ShiftByTooMuch"), illegalInstruction);
+    EXPECT_EQ(StatusOf("DivisionByZero"), illegalInstruction);
 }
 
 TEST(UndefinedBehaviour, AnIndexOutsideAVectorAborts)
 {
-    EXPECT_NE(statusOf("IndexOutsideVector"), 0u);
+    EXPECT_NE(StatusOf("IndexOutsideVector"), 0u);
 }
 
 TEST(GuardHeap, GuardsTheBlocksOfAllModules)
@@ -112,9 +112,9 @@ TEST(GuardHeap, GuardsTheBlocksOfAllModules)
     const std::unique_ptr<char[]> own(new char[100]);
     const std::wstring standard(100, L'x');
     const CString framework(L'x', 100);
-    EXPECT_TRUE(guardheap_is_guarded(own.get()));
-    EXPECT_TRUE(guardheap_is_guarded(standard.data()));
-    EXPECT_TRUE(guardheap_is_guarded(framework.GetString()));
+    EXPECT_TRUE(GuardheapIsGuarded(own.get()));
+    EXPECT_TRUE(GuardheapIsGuarded(standard.data()));
+    EXPECT_TRUE(GuardheapIsGuarded(framework.GetString()));
 }
 
 TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
@@ -124,13 +124,13 @@ TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
     const auto function = [module](const char* name) {
         return reinterpret_cast<void*>(GetProcAddress(module, name));
     };
-    const auto allocate = reinterpret_cast<char* (*)()>(function("allocateInLateModule"));
-    const auto release = reinterpret_cast<void (*)(char*)>(function("freeInLateModule"));
+    const auto allocate = reinterpret_cast<char* (*)()>(function("AllocateInLateModule"));
+    const auto release = reinterpret_cast<void (*)(char*)>(function("FreeInLateModule"));
     ASSERT_TRUE(allocate && release);
     char* const block = allocate();
-    EXPECT_TRUE(guardheap_is_guarded(block));
+    EXPECT_TRUE(GuardheapIsGuarded(block));
     release(block);
-    EXPECT_FALSE(guardheap_is_guarded(block));
+    EXPECT_FALSE(GuardheapIsGuarded(block));
     FreeLibrary(module);
 }
 
@@ -149,7 +149,7 @@ TEST(GuardHeap, FreesWhatTheRuntimeAllocatedItself)
 {
     wchar_t* const path = _wfullpath(nullptr, L".", 0);
     ASSERT_NE(path, nullptr);
-    EXPECT_FALSE(guardheap_is_guarded(path));
+    EXPECT_FALSE(GuardheapIsGuarded(path));
     EXPECT_GT(_msize(path), 0u);
     std::free(path);
 }
@@ -176,15 +176,15 @@ TEST(GuardHeap, KeepsTheContractOfTheRunTime)
 
 TEST(GuardHeap, GoesOnWithoutGuardsBeyondItsLimit)
 {
-    const unsigned many = guardheap_block_limit() + 1000;
+    const unsigned many = GuardheapBlockLimit() + 1000;
     std::vector<std::unique_ptr<unsigned>> blocks;
     for (unsigned i = 0; i < many; ++i)
         blocks.push_back(std::make_unique<unsigned>(i));
-    EXPECT_FALSE(guardheap_is_guarded(blocks.back().get()));
+    EXPECT_FALSE(GuardheapIsGuarded(blocks.back().get()));
     for (unsigned i = 0; i < many; ++i)
         ASSERT_EQ(*blocks[i], i);
     blocks.clear();
-    EXPECT_TRUE(guardheap_is_guarded(std::make_unique<unsigned>(1u).get()));
+    EXPECT_TRUE(GuardheapIsGuarded(std::make_unique<unsigned>(1u).get()));
 }
 
 TEST(GuardHeap, HoldsUnderRandomUseByManyThreads)
@@ -223,33 +223,33 @@ TEST(Mistake, DISABLED_None)
 
 TEST(Mistake, DISABLED_WriteBehindMalloc)
 {
-    damage::write(std::malloc(64), 64);
+    damage::Write(std::malloc(64), 64);
 }
 
 TEST(Mistake, DISABLED_WriteBehindCalloc)
 {
-    damage::write(std::calloc(8, 8), 64);
+    damage::Write(std::calloc(8, 8), 64);
 }
 
 TEST(Mistake, DISABLED_ReadBehindNewArray)
 {
-    damage::read(new char[800], 800);
+    damage::Read(new char[800], 800);
 }
 
 TEST(Mistake, DISABLED_WriteBehindReallocated)
 {
-    damage::write(std::realloc(std::malloc(8), 4096), 4096);
+    damage::Write(std::realloc(std::malloc(8), 4096), 4096);
 }
 
 TEST(Mistake, DISABLED_WriteBehindLargeBlock)
 {
-    damage::write(std::malloc(1 << 20), 1 << 20);
+    damage::Write(std::malloc(1 << 20), 1 << 20);
 }
 
 TEST(Mistake, DISABLED_WriteBehindStandardString)
 {
     std::wstring text(31, L'x'); // with its terminator 64 bytes
-    damage::write(text.data(), 64);
+    damage::Write(text.data(), 64);
 }
 
 TEST(Mistake, DISABLED_WriteBehindFrameworkString)
@@ -258,114 +258,114 @@ TEST(Mistake, DISABLED_WriteBehindFrameworkString)
     wchar_t* const buffer = text.GetBuffer(100);
     // Its block may be larger than what was asked for; no part of it is a page long.
     for (std::ptrdiff_t i = 0; i < 4096; ++i)
-        damage::write(buffer, 200 + i);
+        damage::Write(buffer, 200 + i);
 }
 
 TEST(Mistake, DISABLED_WriteBehindDuplicate)
 {
-    damage::write(_wcsdup(L"abc"), 8);
+    damage::Write(_wcsdup(L"abc"), 8);
 }
 
 TEST(Mistake, DISABLED_WriteIntoSlackBehind)
 {
     void* const block = std::malloc(61);
-    damage::write(block, 61);
-    damage::freeMemory(block);
+    damage::Write(block, 61);
+    damage::FreeMemory(block);
 }
 
 TEST(Mistake, DISABLED_WriteBeforeBlock)
 {
     char* const block = new char[64];
-    damage::write(block, -1);
+    damage::Write(block, -1);
     delete[] block;
 }
 
 TEST(Mistake, DISABLED_WriteBeforeReallocatedBlock)
 {
     void* const block = std::malloc(64);
-    damage::write(block, -1);
-    damage::read(std::realloc(block, 128), 0);
+    damage::Write(block, -1);
+    damage::Read(std::realloc(block, 128), 0);
 }
 
 TEST(Mistake, DISABLED_ReadAfterFree)
 {
     void* volatile block = std::malloc(64);
-    damage::freeMemory(block);
-    damage::read(block, 0);
+    damage::FreeMemory(block);
+    damage::Read(block, 0);
 }
 
 TEST(Mistake, DISABLED_WriteAfterDelete)
 {
     int* volatile block = new int(1);
     delete block;
-    damage::write(block, 0);
+    damage::Write(block, 0);
 }
 
 TEST(Mistake, DISABLED_ReadAfterFreeAndManyOthers)
 {
     void* volatile block = std::malloc(64);
-    damage::freeMemory(block);
+    damage::FreeMemory(block);
     for (int i = 0; i < 8000; ++i)
-        damage::freeMemory(std::malloc(64));
-    damage::read(block, 0);
+        damage::FreeMemory(std::malloc(64));
+    damage::Read(block, 0);
 }
 
 TEST(Mistake, DISABLED_ReadAtOldPlaceAfterRealloc)
 {
     void* volatile block = std::malloc(64);
-    damage::read(std::realloc(block, 56), 0);
-    damage::read(block, 0);
+    damage::Read(std::realloc(block, 56), 0);
+    damage::Read(block, 0);
 }
 
 TEST(Mistake, DISABLED_DoubleFree)
 {
     void* volatile block = std::malloc(64);
-    damage::freeMemory(block);
-    damage::freeMemory(block);
+    damage::FreeMemory(block);
+    damage::FreeMemory(block);
 }
 
 TEST(Mistake, DISABLED_DoubleFreeSaidInFile)
 {
-    const std::wstring file = test_support::environmentVariable(saidVariable);
+    const std::wstring file = test_support::EnvironmentVariable(saidVariable);
     HANDLE const said =
         CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(said, INVALID_HANDLE_VALUE);
     ASSERT_TRUE(SetStdHandle(STD_ERROR_HANDLE, said));
     void* volatile block = std::malloc(64);
-    damage::freeMemory(block);
-    damage::freeMemory(block);
+    damage::FreeMemory(block);
+    damage::FreeMemory(block);
 }
 
 TEST(Mistake, DISABLED_FreeInsideBlock)
 {
-    damage::freeMemory(static_cast<char*>(std::malloc(64)) + 8);
+    damage::FreeMemory(static_cast<char*>(std::malloc(64)) + 8);
 }
 
 TEST(Mistake, DISABLED_FreeBehindBlock)
 {
-    damage::freeMemory(static_cast<char*>(std::malloc(64)) + 64);
+    damage::FreeMemory(static_cast<char*>(std::malloc(64)) + 64);
 }
 
 TEST(Mistake, DISABLED_FreeInAnotherThreadAgain)
 {
     void* volatile block = std::malloc(64);
-    std::thread([block] { damage::freeMemory(block); }).join();
-    damage::freeMemory(block);
+    std::thread([block] { damage::FreeMemory(block); }).join();
+    damage::FreeMemory(block);
 }
 
 TEST(Mistake, DISABLED_SignedOverflow)
 {
-    EXPECT_NE(damage::add(INT_MAX, 1), 0);
+    EXPECT_NE(damage::Add(INT_MAX, 1), 0);
 }
 
 TEST(Mistake, DISABLED_ShiftByTooMuch)
 {
-    EXPECT_NE(damage::shiftLeft(1, 40), 0);
+    EXPECT_NE(damage::ShiftLeft(1, 40), 0);
 }
 
 TEST(Mistake, DISABLED_DivisionByZero)
 {
-    EXPECT_NE(damage::divide(1, 0), 0);
+    EXPECT_NE(damage::Divide(1, 0), 0);
 }
 
 TEST(Mistake, DISABLED_IndexOutsideVector)

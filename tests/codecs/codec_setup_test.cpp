@@ -12,7 +12,7 @@
 
 #include <string>
 
-using test_support::besideProgram;
+using test_support::BesideProgram;
 using test_support::TemporaryFolder;
 
 namespace {
@@ -26,7 +26,7 @@ struct Ended
     std::string output; // of both streams
 };
 
-Ended run(const std::wstring& program, const std::wstring& argument)
+Ended RunProgram(const std::wstring& program, const std::wstring& argument)
 {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     HANDLE reading = nullptr;
@@ -55,7 +55,7 @@ Ended run(const std::wstring& program, const std::wstring& argument)
 }
 
 // The registry's entry; empty when there is none.
-std::wstring entry()
+std::wstring Entry()
 {
     wchar_t value[2048] = {};
     DWORD size = sizeof value;
@@ -64,7 +64,7 @@ std::wstring entry()
     return value;
 }
 
-void setEntry(const std::wstring& value, DWORD type = REG_SZ)
+void SetEntry(const std::wstring& value, DWORD type = REG_SZ)
 {
     const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
     ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName, type, value.c_str(), size),
@@ -84,30 +84,30 @@ class CodecSetup : public testing::Test
 protected:
     CodecSetup() { RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entryName); }
 
-    Ended codecsetup(const std::wstring& argument) { return run(program, argument); }
+    Ended RunSetup(const std::wstring& argument) { return RunProgram(m_program, argument); }
 
-    const test_support::InstalledCodec asBefore{L"MJPG",
-                                                L"mjpgcodec.dll"}; // restores the entry at the end
-    const std::wstring program = besideProgram(L"codecsetup.exe");
-    const std::wstring codec = besideProgram(L"mjpgcodec.dll");
+    const test_support::InstalledCodec m_asBefore{
+        L"MJPG", L"mjpgcodec.dll"}; // restores the entry at the end
+    const std::wstring m_program = BesideProgram(L"codecsetup.exe");
+    const std::wstring m_codec = BesideProgram(L"mjpgcodec.dll");
 };
 
 } // namespace
 
 TEST_F(CodecSetup, InstallsAndRemovesTheCodecBesideIt)
 {
-    EXPECT_EQ(codecsetup(L"status").output, "not installed\r\n");
+    EXPECT_EQ(RunSetup(L"status").output, "not installed\r\n");
     for (int i = 0; i < 2; ++i) { // installed twice is installed
-        const Ended installed = codecsetup(L"install");
+        const Ended installed = RunSetup(L"install");
         EXPECT_EQ(installed.status, 0u) << installed.output;
-        EXPECT_EQ(LongPath(entry()), codec);
+        EXPECT_EQ(LongPath(Entry()), m_codec);
     }
-    const Ended status = codecsetup(L"status");
+    const Ended status = RunSetup(L"status");
     EXPECT_EQ(status.status, 0u);
-    EXPECT_EQ(status.output, base::Utf8FromWide(codec) + "\r\n");
+    EXPECT_EQ(status.output, base::Utf8FromWide(m_codec) + "\r\n");
     for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(codecsetup(L"remove").status, 0u);
-        EXPECT_EQ(entry(), L"");
+        EXPECT_EQ(RunSetup(L"remove").status, 0u);
+        EXPECT_EQ(Entry(), L"");
     }
 }
 
@@ -122,25 +122,25 @@ TEST_F(CodecSetup, LeavesAnotherCodecAlone)
                         {L"C:\\" + std::wstring(900, L'x') + L".dll", REG_SZ},
                         {L"bytes", REG_BINARY}};
     for (const auto& other : others) {
-        setEntry(other.value, other.type);
-        EXPECT_EQ(codecsetup(L"install").status, 1u);
-        EXPECT_EQ(entry(), other.value);
-        EXPECT_EQ(codecsetup(L"remove").status, 0u);
-        EXPECT_EQ(entry(), other.value);
+        SetEntry(other.value, other.type);
+        EXPECT_EQ(RunSetup(L"install").status, 1u);
+        EXPECT_EQ(Entry(), other.value);
+        EXPECT_EQ(RunSetup(L"remove").status, 0u);
+        EXPECT_EQ(Entry(), other.value);
     }
 }
 
 TEST_F(CodecSetup, ReplacesACodecOfItsOwnInAnotherFolder)
 {
-    setEntry(L"C:\\elsewhere\\mjpgcodec.dll");
-    EXPECT_EQ(codecsetup(L"install").status, 0u);
-    EXPECT_EQ(LongPath(entry()), codec);
+    SetEntry(L"C:\\elsewhere\\mjpgcodec.dll");
+    EXPECT_EQ(RunSetup(L"install").status, 0u);
+    EXPECT_EQ(LongPath(Entry()), m_codec);
 }
 
 TEST_F(CodecSetup, TellsWhenTheInstalledFileIsGone)
 {
-    setEntry(L"C:\\elsewhere\\mjpgcodec.dll");
-    const Ended status = codecsetup(L"status");
+    SetEntry(L"C:\\elsewhere\\mjpgcodec.dll");
+    const Ended status = RunSetup(L"status");
     EXPECT_EQ(status.status, 0u);
     EXPECT_EQ(status.output, "C:\\elsewhere\\mjpgcodec.dll (the file is gone)\r\n");
 }
@@ -148,12 +148,12 @@ TEST_F(CodecSetup, TellsWhenTheInstalledFileIsGone)
 TEST_F(CodecSetup, RefusesToInstallACodecThatIsNotThere)
 {
     const TemporaryFolder folder;
-    ASSERT_TRUE(CopyFileW(program.c_str(), (folder / L"codecsetup.exe").c_str(), TRUE));
-    const Ended ended = run(folder / L"codecsetup.exe", L"install");
+    ASSERT_TRUE(CopyFileW(m_program.c_str(), (folder / L"codecsetup.exe").c_str(), TRUE));
+    const Ended ended = RunProgram(folder / L"codecsetup.exe", L"install");
     EXPECT_EQ(ended.status, 1u);
     EXPECT_NE(ended.output.find("mjpgcodec.dll is not beside this program"), std::string::npos)
         << ended.output;
-    EXPECT_EQ(entry(), L"");
+    EXPECT_EQ(Entry(), L"");
 }
 
 TEST_F(CodecSetup, GivesAFolderWithABlankByItsShortNameOrNotAtAll)
@@ -161,29 +161,29 @@ TEST_F(CodecSetup, GivesAFolderWithABlankByItsShortNameOrNotAtAll)
     const TemporaryFolder outer;
     const std::wstring folder = outer / L"ein Ordner \u00FC\u4E2D";
     ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
-    ASSERT_TRUE(CopyFileW(program.c_str(), (folder + L"\\codecsetup.exe").c_str(), TRUE));
-    ASSERT_TRUE(CopyFileW(codec.c_str(), (folder + L"\\mjpgcodec.dll").c_str(), TRUE));
-    const Ended ended = run(folder + L"\\codecsetup.exe", L"install");
+    ASSERT_TRUE(CopyFileW(m_program.c_str(), (folder + L"\\codecsetup.exe").c_str(), TRUE));
+    ASSERT_TRUE(CopyFileW(m_codec.c_str(), (folder + L"\\mjpgcodec.dll").c_str(), TRUE));
+    const Ended ended = RunProgram(folder + L"\\codecsetup.exe", L"install");
     if (ended.status != 0) { // a file system without short names
         EXPECT_NE(ended.output.find("no short name"), std::string::npos) << ended.output;
-        EXPECT_EQ(entry(), L"");
+        EXPECT_EQ(Entry(), L"");
         return;
     }
-    EXPECT_EQ(entry().find(L' '), std::wstring::npos);
-    EXPECT_EQ(LongPath(entry()), folder + L"\\mjpgcodec.dll");
-    EXPECT_EQ(codecsetup(L"status").output, base::Utf8FromWide(folder) + "\\mjpgcodec.dll\r\n");
+    EXPECT_EQ(Entry().find(L' '), std::wstring::npos);
+    EXPECT_EQ(LongPath(Entry()), folder + L"\\mjpgcodec.dll");
+    EXPECT_EQ(RunSetup(L"status").output, base::Utf8FromWide(folder) + "\\mjpgcodec.dll\r\n");
     DeleteFileW((folder + L"\\mjpgcodec.dll").c_str());
-    EXPECT_TRUE(entry().ends_with(L"\\mjpgcodec.dll")) << "so it is known as ours when it is gone";
-    EXPECT_EQ(run(folder + L"\\codecsetup.exe", L"remove").status, 0u);
-    EXPECT_EQ(entry(), L"");
+    EXPECT_TRUE(Entry().ends_with(L"\\mjpgcodec.dll")) << "so it is known as ours when it is gone";
+    EXPECT_EQ(RunProgram(folder + L"\\codecsetup.exe", L"remove").status, 0u);
+    EXPECT_EQ(Entry(), L"");
 }
 
 TEST_F(CodecSetup, TellsItsUsageOtherwise)
 {
     for (const wchar_t* argument : {L"", L"Install", L"install now", L"--help"}) {
-        const Ended ended = codecsetup(argument);
+        const Ended ended = RunSetup(argument);
         EXPECT_EQ(ended.status, 2u);
         EXPECT_NE(ended.output.find("usage: codecsetup install|remove|status"), std::string::npos);
     }
-    EXPECT_EQ(entry(), L"");
+    EXPECT_EQ(Entry(), L"");
 }

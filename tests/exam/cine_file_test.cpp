@@ -91,7 +91,7 @@ TEST_F(CineFileTest, TellsWhatIsWrongWithAFile)
     EXPECT_EQ(m_cine.Open(m_folder / L"missing.cine"), L"there is no such file");
     EXPECT_NE(Read({1, 2, 3}, 0), L"");
     EXPECT_NE(Read(HeaderWords(1), 14), L"") << "not one whole frame";
-    EXPECT_NE(m_cine.Open(m_folder.path()), L"") << "a folder";
+    EXPECT_NE(m_cine.Open(m_folder.Path()), L"") << "a folder";
 }
 
 TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)

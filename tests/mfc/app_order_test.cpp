@@ -24,8 +24,8 @@ public:
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
 
-    bool loaded() const { return m_module != nullptr; }
-    HINSTANCE handle() const { return m_module; }
+    bool Loaded() const { return m_module != nullptr; }
+    HINSTANCE Handle() const { return m_module; }
     CWinApp* Ask(const char* name) const
     {
         const auto function = reinterpret_cast<void*>(GetProcAddress(m_module, name));
@@ -41,47 +41,47 @@ private:
 };
 
 // In this order: a module object before the executable's application object, and one after it.
-LoadedModule earlyModule(L"mfc_module_early.dll");
+LoadedModule s_earlyModule(L"mfc_module_early.dll");
 CWinApp* const applicationBefore = AfxGetApp();
-CWinApp theApplication(L"order");
+CWinApp s_theApplication(L"order");
 
 } // namespace
 
 TEST(AfxGetApp, AnswersNullBeforeTheExecutableHasAnApplication)
 {
-    ASSERT_TRUE(earlyModule.loaded());
+    ASSERT_TRUE(s_earlyModule.Loaded());
     EXPECT_EQ(applicationBefore, nullptr);
-    EXPECT_EQ(earlyModule.Ask("ApplicationBeforeModuleObject"), nullptr);
-    EXPECT_EQ(earlyModule.Ask("ApplicationAfterModuleObject"), nullptr);
+    EXPECT_EQ(s_earlyModule.Ask("ApplicationBeforeModuleObject"), nullptr);
+    EXPECT_EQ(s_earlyModule.Ask("ApplicationAfterModuleObject"), nullptr);
     EXPECT_EQ(ApplicationBeforeModuleObject(), nullptr);
     EXPECT_EQ(ApplicationAfterModuleObject(), nullptr);
 }
 
 TEST(AfxGetApp, AnswersTheExecutablesObjectInModulesBuiltBefore)
 {
-    EXPECT_EQ(AfxGetApp(), &theApplication);
-    EXPECT_EQ(ApplicationNow(), &theApplication);
-    EXPECT_EQ(earlyModule.Ask("ApplicationNow"), &theApplication);
+    EXPECT_EQ(AfxGetApp(), &s_theApplication);
+    EXPECT_EQ(ApplicationNow(), &s_theApplication);
+    EXPECT_EQ(s_earlyModule.Ask("ApplicationNow"), &s_theApplication);
 }
 
 TEST(AfxGetApp, AnswersTheExecutablesObjectInModulesBuiltAfter)
 {
     LoadedModule late(L"mfc_module_late.dll");
-    ASSERT_TRUE(late.loaded());
-    EXPECT_EQ(late.Ask("ApplicationBeforeModuleObject"), &theApplication);
-    EXPECT_EQ(late.Ask("ApplicationAfterModuleObject"), &theApplication);
-    EXPECT_EQ(late.Ask("ApplicationNow"), &theApplication);
-    EXPECT_EQ(AfxGetApp(), &theApplication);
+    ASSERT_TRUE(late.Loaded());
+    EXPECT_EQ(late.Ask("ApplicationBeforeModuleObject"), &s_theApplication);
+    EXPECT_EQ(late.Ask("ApplicationAfterModuleObject"), &s_theApplication);
+    EXPECT_EQ(late.Ask("ApplicationNow"), &s_theApplication);
+    EXPECT_EQ(AfxGetApp(), &s_theApplication);
     late.Unload();
-    EXPECT_EQ(AfxGetApp(), &theApplication);
+    EXPECT_EQ(AfxGetApp(), &s_theApplication);
 }
 
 TEST(ModuleObject, BelongsToItsModule)
 {
-    CWinApp* const object = earlyModule.Ask("ModuleObject");
+    CWinApp* const object = s_earlyModule.Ask("ModuleObject");
     ASSERT_NE(object, nullptr);
-    EXPECT_NE(object, &theApplication);
-    EXPECT_EQ(object->m_hInstance, earlyModule.handle());
+    EXPECT_NE(object, &s_theApplication);
+    EXPECT_EQ(object->m_hInstance, s_earlyModule.Handle());
     EXPECT_STREQ(object->m_pszAppName, L"mfc_module_early");
     EXPECT_EQ(ModuleObject()->m_hInstance, GetModuleHandleW(L"mfc_module_linked.dll"));
 }
@@ -90,11 +90,11 @@ TEST(ModuleObject, MakesItsModulesResourcesFound)
 {
     EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(999), RT_BITMAP), GetModuleHandleW(nullptr));
     LoadedModule late(L"mfc_module_late.dll");
-    ASSERT_TRUE(late.loaded());
+    ASSERT_TRUE(late.Loaded());
     // The latest module is asked first.
-    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), late.handle());
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), late.Handle());
     late.Unload();
-    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), earlyModule.handle());
+    EXPECT_EQ(AfxFindResourceHandle(MAKEINTRESOURCE(812), RT_BITMAP), s_earlyModule.Handle());
 }
 
 TEST(ModuleObject, LetsTextsAndBitmapsBeLoaded)

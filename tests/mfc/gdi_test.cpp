@@ -22,10 +22,10 @@ void ExpectNoLeak(const std::function<void()>& work)
 {
     for (int i = 0; i < 3; ++i)
         work();
-    const DWORD before = test_support::drawingObjectCount();
+    const DWORD before = test_support::DrawingObjectCount();
     for (int i = 0; i < 200; ++i)
         work();
-    EXPECT_LE(test_support::drawingObjectCount(), before + 2);
+    EXPECT_LE(test_support::DrawingObjectCount(), before + 2);
 }
 
 // A memory context with a white 32-bit bitmap.
@@ -35,16 +35,16 @@ protected:
     Canvas()
     {
         CClientDC screen(nullptr);
-        dc.CreateCompatibleDC(&screen);
-        bitmap.CreateCompatibleBitmap(&screen, 40, 30);
-        old = dc.SelectObject(&bitmap);
-        dc.FillSolidRect(CRect(0, 0, 40, 30), white);
+        m_dc.CreateCompatibleDC(&screen);
+        m_bitmap.CreateCompatibleBitmap(&screen, 40, 30);
+        m_old = m_dc.SelectObject(&m_bitmap);
+        m_dc.FillSolidRect(CRect(0, 0, 40, 30), white);
     }
-    ~Canvas() override { dc.SelectObject(old); }
+    ~Canvas() override { m_dc.SelectObject(m_old); }
 
-    CDC dc;
-    CBitmap bitmap;
-    CBitmap* old;
+    CDC m_dc;
+    CBitmap m_bitmap;
+    CBitmap* m_old;
 };
 
 bool IsGdiObject(HGDIOBJ object)
@@ -209,86 +209,86 @@ TEST_F(Canvas, KnowsWhatIsSelected)
 {
     CPen first(PS_SOLID, 1, red);
     CPen second(PS_SOLID, 1, blue);
-    CPen* const original = dc.SelectObject(&first);
-    EXPECT_EQ(dc.SelectObject(&second), &first);
-    EXPECT_EQ(dc.SelectObject(original), &second);
-    EXPECT_EQ(dc.GetCurrentBitmap(), &bitmap);
-    EXPECT_EQ(dc.SelectStockObject(BLACK_PEN)->GetSafeHandle(), original->GetSafeHandle());
-    EXPECT_EQ(dc.SelectObject(static_cast<CPen*>(nullptr)), nullptr);
+    CPen* const original = m_dc.SelectObject(&first);
+    EXPECT_EQ(m_dc.SelectObject(&second), &first);
+    EXPECT_EQ(m_dc.SelectObject(original), &second);
+    EXPECT_EQ(m_dc.GetCurrentBitmap(), &m_bitmap);
+    EXPECT_EQ(m_dc.SelectStockObject(BLACK_PEN)->GetSafeHandle(), original->GetSafeHandle());
+    EXPECT_EQ(m_dc.SelectObject(static_cast<CPen*>(nullptr)), nullptr);
 }
 
 TEST_F(Canvas, DrawsLinesWithoutTheirLastPoint)
 {
     CPen pen(PS_SOLID, 1, red);
-    CPen* const oldPen = dc.SelectObject(&pen);
-    dc.MoveTo(2, 5);
-    EXPECT_TRUE(dc.LineTo(10, 5));
-    EXPECT_EQ(dc.GetCurrentPosition(), CPoint(10, 5));
-    EXPECT_EQ(dc.MoveTo(0, 0), CPoint(10, 5));
-    EXPECT_EQ(dc.GetPixel(2, 5), red);
-    EXPECT_EQ(dc.GetPixel(9, 5), red);
-    EXPECT_EQ(dc.GetPixel(10, 5), white);
+    CPen* const oldPen = m_dc.SelectObject(&pen);
+    m_dc.MoveTo(2, 5);
+    EXPECT_TRUE(m_dc.LineTo(10, 5));
+    EXPECT_EQ(m_dc.GetCurrentPosition(), CPoint(10, 5));
+    EXPECT_EQ(m_dc.MoveTo(0, 0), CPoint(10, 5));
+    EXPECT_EQ(m_dc.GetPixel(2, 5), red);
+    EXPECT_EQ(m_dc.GetPixel(9, 5), red);
+    EXPECT_EQ(m_dc.GetPixel(10, 5), white);
     const POINT corner[] = {{20, 1}, {30, 1}, {30, 10}};
-    EXPECT_TRUE(dc.Polyline(corner, 3));
-    EXPECT_EQ(dc.GetPixel(25, 1), red);
-    EXPECT_EQ(dc.GetPixel(30, 8), red);
-    dc.SelectObject(oldPen);
+    EXPECT_TRUE(m_dc.Polyline(corner, 3));
+    EXPECT_EQ(m_dc.GetPixel(25, 1), red);
+    EXPECT_EQ(m_dc.GetPixel(30, 8), red);
+    m_dc.SelectObject(oldPen);
 }
 
 TEST_F(Canvas, DrawsShapes)
 {
     CBrush brush(green);
-    CBrush* const oldBrush = dc.SelectObject(&brush);
-    EXPECT_TRUE(dc.Rectangle(1, 1, 6, 6));
-    EXPECT_EQ(dc.GetPixel(3, 3), green);
-    EXPECT_EQ(dc.GetPixel(1, 1), RGB(0, 0, 0));
-    EXPECT_TRUE(dc.Ellipse(CRect(10, 10, 30, 28)));
-    EXPECT_EQ(dc.GetPixel(20, 19), green);
-    EXPECT_EQ(dc.GetPixel(10, 10), white);
-    dc.SelectObject(oldBrush);
-    EXPECT_TRUE(dc.Arc(0, 0, 40, 30, 40, 15, 0, 15)); // the upper half, counter-clockwise
-    EXPECT_EQ(dc.GetPixel(20, 0), RGB(0, 0, 0));
-    EXPECT_EQ(dc.GetPixel(20, 29), white);
+    CBrush* const oldBrush = m_dc.SelectObject(&brush);
+    EXPECT_TRUE(m_dc.Rectangle(1, 1, 6, 6));
+    EXPECT_EQ(m_dc.GetPixel(3, 3), green);
+    EXPECT_EQ(m_dc.GetPixel(1, 1), RGB(0, 0, 0));
+    EXPECT_TRUE(m_dc.Ellipse(CRect(10, 10, 30, 28)));
+    EXPECT_EQ(m_dc.GetPixel(20, 19), green);
+    EXPECT_EQ(m_dc.GetPixel(10, 10), white);
+    m_dc.SelectObject(oldBrush);
+    EXPECT_TRUE(m_dc.Arc(0, 0, 40, 30, 40, 15, 0, 15)); // the upper half, counter-clockwise
+    EXPECT_EQ(m_dc.GetPixel(20, 0), RGB(0, 0, 0));
+    EXPECT_EQ(m_dc.GetPixel(20, 29), white);
 }
 
 TEST_F(Canvas, FillsRectangles)
 {
-    const COLORREF background = dc.SetBkColor(blue);
-    dc.FillSolidRect(1, 1, 4, 4, red);
-    EXPECT_EQ(dc.GetBkColor(), blue);
-    dc.SetBkColor(background);
-    EXPECT_EQ(dc.GetPixel(1, 1), red);
-    EXPECT_EQ(dc.GetPixel(4, 4), red);
-    EXPECT_EQ(dc.GetPixel(5, 5), white);
+    const COLORREF background = m_dc.SetBkColor(blue);
+    m_dc.FillSolidRect(1, 1, 4, 4, red);
+    EXPECT_EQ(m_dc.GetBkColor(), blue);
+    m_dc.SetBkColor(background);
+    EXPECT_EQ(m_dc.GetPixel(1, 1), red);
+    EXPECT_EQ(m_dc.GetPixel(4, 4), red);
+    EXPECT_EQ(m_dc.GetPixel(5, 5), white);
     CBrush brush(green);
-    dc.FillRect(CRect(10, 0, 20, 10), &brush);
-    EXPECT_EQ(dc.GetPixel(CPoint(19, 9)), green);
-    dc.InvertRect(CRect(10, 0, 20, 10));
-    EXPECT_EQ(dc.GetPixel(15, 5), RGB(255, 0, 255));
-    EXPECT_EQ(dc.SetPixel(0, 29, red), red);
-    EXPECT_EQ(dc.GetPixel(0, 29), red);
+    m_dc.FillRect(CRect(10, 0, 20, 10), &brush);
+    EXPECT_EQ(m_dc.GetPixel(CPoint(19, 9)), green);
+    m_dc.InvertRect(CRect(10, 0, 20, 10));
+    EXPECT_EQ(m_dc.GetPixel(15, 5), RGB(255, 0, 255));
+    EXPECT_EQ(m_dc.SetPixel(0, 29, red), red);
+    EXPECT_EQ(m_dc.GetPixel(0, 29), red);
 }
 
 TEST_F(Canvas, FillsGradients)
 {
     TRIVERTEX corners[] = {{0, 0, 0, 0, 0, 0}, {40, 30, 0xFF00, 0, 0, 0}};
     GRADIENT_RECT rect = {0, 1};
-    EXPECT_TRUE(dc.GradientFill(corners, 2, &rect, 1, GRADIENT_FILL_RECT_V));
-    EXPECT_LT(GetRValue(dc.GetPixel(5, 2)), GetRValue(dc.GetPixel(5, 27)));
+    EXPECT_TRUE(m_dc.GradientFill(corners, 2, &rect, 1, GRADIENT_FILL_RECT_V));
+    EXPECT_LT(GetRValue(m_dc.GetPixel(5, 2)), GetRValue(m_dc.GetPixel(5, 27)));
 }
 
 TEST_F(Canvas, CopiesBetweenContexts)
 {
     CDC other;
     CBitmap target;
-    ASSERT_TRUE(other.CreateCompatibleDC(&dc));
-    ASSERT_TRUE(target.CreateCompatibleBitmap(&dc, 80, 60));
+    ASSERT_TRUE(other.CreateCompatibleDC(&m_dc));
+    ASSERT_TRUE(target.CreateCompatibleBitmap(&m_dc, 80, 60));
     CBitmap* const otherOld = other.SelectObject(&target);
-    dc.SetPixel(3, 4, red);
-    EXPECT_TRUE(other.BitBlt(0, 0, 40, 30, &dc, 0, 0, SRCCOPY));
+    m_dc.SetPixel(3, 4, red);
+    EXPECT_TRUE(other.BitBlt(0, 0, 40, 30, &m_dc, 0, 0, SRCCOPY));
     EXPECT_EQ(other.GetPixel(3, 4), red);
     other.SetStretchBltMode(COLORONCOLOR);
-    EXPECT_TRUE(other.StretchBlt(0, 0, 80, 60, &dc, 0, 0, 40, 30, SRCCOPY));
+    EXPECT_TRUE(other.StretchBlt(0, 0, 80, 60, &m_dc, 0, 0, 40, 30, SRCCOPY));
     EXPECT_EQ(other.GetPixel(7, 9), red);
     EXPECT_FALSE(other.BitBlt(0, 0, 10, 10, nullptr, 0, 0, SRCCOPY));
     EXPECT_TRUE(other.PatBlt(0, 0, 80, 60, BLACKNESS));
@@ -305,52 +305,52 @@ TEST_F(Canvas, CopiesThroughAMask)
     ASSERT_TRUE(mask.CreateBitmap(8, 2, 1, 1, bits));
     CDC other;
     CBitmap source;
-    other.CreateCompatibleDC(&dc);
-    source.CreateCompatibleBitmap(&dc, 8, 2);
+    other.CreateCompatibleDC(&m_dc);
+    source.CreateCompatibleBitmap(&m_dc, 8, 2);
     CBitmap* const otherOld = other.SelectObject(&source);
     other.FillSolidRect(0, 0, 8, 2, red);
-    EXPECT_TRUE(dc.MaskBlt(0, 0, 8, 2, &other, 0, 0, mask, 0, 0, copyWhereSet));
-    EXPECT_EQ(dc.GetPixel(3, 1), red);
-    EXPECT_EQ(dc.GetPixel(4, 1), white);
+    EXPECT_TRUE(m_dc.MaskBlt(0, 0, 8, 2, &other, 0, 0, mask, 0, 0, copyWhereSet));
+    EXPECT_EQ(m_dc.GetPixel(3, 1), red);
+    EXPECT_EQ(m_dc.GetPixel(4, 1), white);
     other.SelectObject(otherOld);
 }
 
 TEST_F(Canvas, MeasuresAndDrawsText)
 {
     CFont font;
-    ASSERT_TRUE(font.CreatePointFont(80, L"Arial", &dc));
-    CFont* const oldFont = dc.SelectObject(&font);
-    EXPECT_EQ(dc.GetCurrentFont(), &font);
+    ASSERT_TRUE(font.CreatePointFont(80, L"Arial", &m_dc));
+    CFont* const oldFont = m_dc.SelectObject(&font);
+    EXPECT_EQ(m_dc.GetCurrentFont(), &font);
     CRect one, two;
-    EXPECT_GT(dc.DrawText(L"W", -1, &one, DT_CALCRECT), 0);
-    dc.DrawText(CString(L"WW"), &two, DT_CALCRECT);
+    EXPECT_GT(m_dc.DrawText(L"W", -1, &one, DT_CALCRECT), 0);
+    m_dc.DrawText(CString(L"WW"), &two, DT_CALCRECT);
     EXPECT_GT(two.Width(), one.Width());
-    EXPECT_EQ(dc.GetTextExtent(L"W").cx, one.Width());
+    EXPECT_EQ(m_dc.GetTextExtent(L"W").cx, one.Width());
     TEXTMETRIC metrics = {};
-    EXPECT_TRUE(dc.GetTextMetrics(&metrics));
-    EXPECT_EQ(dc.SetBkMode(TRANSPARENT), OPAQUE);
-    dc.SetTextColor(red);
-    EXPECT_EQ(dc.GetTextColor(), red);
-    EXPECT_TRUE(dc.TextOut(0, 0, L"W"));
+    EXPECT_TRUE(m_dc.GetTextMetrics(&metrics));
+    EXPECT_EQ(m_dc.SetBkMode(TRANSPARENT), OPAQUE);
+    m_dc.SetTextColor(red);
+    EXPECT_EQ(m_dc.GetTextColor(), red);
+    EXPECT_TRUE(m_dc.TextOut(0, 0, L"W"));
     bool drawn = false;
     for (int x = 0; x < one.Width(); ++x)
-        drawn |= dc.GetPixel(x, one.Height() / 2) != white;
+        drawn |= m_dc.GetPixel(x, one.Height() / 2) != white;
     EXPECT_TRUE(drawn);
-    dc.SelectObject(oldFont);
+    m_dc.SelectObject(oldFont);
 }
 
 TEST_F(Canvas, SavesAndRestores)
 {
-    const int saved = dc.SaveDC();
-    dc.SetTextColor(blue);
-    EXPECT_EQ(dc.SetViewportOrg(5, 6), CPoint(0, 0));
-    EXPECT_EQ(dc.GetViewportOrg(), CPoint(5, 6));
-    EXPECT_TRUE(dc.RestoreDC(saved));
-    EXPECT_EQ(dc.GetTextColor(), RGB(0, 0, 0));
-    EXPECT_EQ(dc.GetViewportOrg(), CPoint(0, 0));
-    dc.IntersectClipRect(CRect(1, 2, 3, 4));
+    const int saved = m_dc.SaveDC();
+    m_dc.SetTextColor(blue);
+    EXPECT_EQ(m_dc.SetViewportOrg(5, 6), CPoint(0, 0));
+    EXPECT_EQ(m_dc.GetViewportOrg(), CPoint(5, 6));
+    EXPECT_TRUE(m_dc.RestoreDC(saved));
+    EXPECT_EQ(m_dc.GetTextColor(), RGB(0, 0, 0));
+    EXPECT_EQ(m_dc.GetViewportOrg(), CPoint(0, 0));
+    m_dc.IntersectClipRect(CRect(1, 2, 3, 4));
     CRect clip;
-    dc.GetClipBox(&clip);
+    m_dc.GetClipBox(&clip);
     EXPECT_EQ(clip, CRect(1, 2, 3, 4));
 }
 

@@ -34,23 +34,23 @@ void SetRaw(const std::wstring& section, const wchar_t* entry, DWORD type, const
 class RegistryProfile : public testing::Test
 {
 protected:
-    RegistryProfile() : application(L"Exam") { application.SetRegistryKey(company.c_str()); }
+    RegistryProfile() : m_application(L"Exam") { m_application.SetRegistryKey(company.c_str()); }
     ~RegistryProfile() override { RegDeleteTreeW(HKEY_CURRENT_USER, companyKey.c_str()); }
 
-    CWinApp application;
+    CWinApp m_application;
 };
 
 class IniProfile : public testing::Test
 {
 protected:
-    IniProfile() : application(L"Exam")
+    IniProfile() : m_application(L"Exam")
     {
-        free(const_cast<LPTSTR>(application.m_pszProfileName));
-        application.m_pszProfileName = _wcsdup((folder / L"exam.ini").c_str());
+        free(const_cast<LPTSTR>(m_application.m_pszProfileName));
+        m_application.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
     }
 
-    test_support::TemporaryFolder folder;
-    CWinApp application;
+    test_support::TemporaryFolder m_folder;
+    CWinApp m_application;
 };
 
 } // namespace
@@ -101,25 +101,25 @@ TEST(Application, MayBeDeletedThroughAnyBase)
 
 TEST_F(RegistryProfile, NamesItsKeyAfterTheApplication)
 {
-    EXPECT_STREQ(application.m_pszRegistryKey, company.c_str());
-    EXPECT_STREQ(application.m_pszProfileName, L"Exam");
-    EXPECT_TRUE(application.WriteProfileInt(L"Settings\\Capture", L"PrintButton0", 7));
+    EXPECT_STREQ(m_application.m_pszRegistryKey, company.c_str());
+    EXPECT_STREQ(m_application.m_pszProfileName, L"Exam");
+    EXPECT_TRUE(m_application.WriteProfileInt(L"Settings\\Capture", L"PrintButton0", 7));
     EXPECT_TRUE(KeyExists(companyKey + L"\\Exam\\Settings\\Capture"));
 }
 
 TEST_F(RegistryProfile, GivesDefaultsAndCreatesNothing)
 {
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"absent", -3), static_cast<UINT>(-3));
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"absent", L"default"), L"default");
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"absent"), L"");
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"absent", -3), static_cast<UINT>(-3));
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"absent", L"default"), L"default");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"absent"), L"");
     EXPECT_FALSE(KeyExists(companyKey));
 }
 
 TEST_F(RegistryProfile, KeepsIntegers)
 {
     for (const int value : {0, 1, -1, INT_MAX, INT_MIN}) {
-        EXPECT_TRUE(application.WriteProfileInt(L"Settings", L"value", value));
-        EXPECT_EQ(application.GetProfileInt(L"Settings", L"value", 5), static_cast<UINT>(value));
+        EXPECT_TRUE(m_application.WriteProfileInt(L"Settings", L"value", value));
+        EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"value", 5), static_cast<UINT>(value));
     }
 }
 
@@ -127,8 +127,8 @@ TEST_F(RegistryProfile, KeepsTexts)
 {
     const std::wstring longText(5000, L'\x20ac');
     for (const wchar_t* value : {L"", L"XVID", L" with spaces ", longText.c_str()}) {
-        EXPECT_TRUE(application.WriteProfileString(L"Settings", L"value", value));
-        EXPECT_EQ(application.GetProfileString(L"Settings", L"value", L"default"), value);
+        EXPECT_TRUE(m_application.WriteProfileString(L"Settings", L"value", value));
+        EXPECT_EQ(m_application.GetProfileString(L"Settings", L"value", L"default"), value);
     }
 }
 
@@ -138,73 +138,74 @@ TEST_F(RegistryProfile, IgnoresValuesOfAnotherType)
     SetRaw(L"Settings", L"number", REG_DWORD, &number, sizeof number);
     SetRaw(L"Settings", L"text", REG_SZ, L"5", 4);
     SetRaw(L"Settings", L"binary", REG_BINARY, &number, sizeof number);
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"number", L"default"), L"default");
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"text", 9), 9u);
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"binary", 9), 9u);
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"binary", L"default"), L"default");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"number", L"default"), L"default");
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"text", 9), 9u);
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"binary", 9), 9u);
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"binary", L"default"), L"default");
 }
 
 TEST_F(RegistryProfile, ReadsTextsWithoutATerminatingNull)
 {
     SetRaw(L"Settings", L"bare", REG_SZ, L"bare", 4 * sizeof(wchar_t));
     SetRaw(L"Settings", L"inner", REG_SZ, L"in\0ner", 7 * sizeof(wchar_t));
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"bare"), L"bare");
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"inner"), L"in");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"bare"), L"bare");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"inner"), L"in");
 }
 
 TEST_F(RegistryProfile, DeletesEntriesAndSections)
 {
-    application.WriteProfileString(L"Settings\\Status", L"a", L"1");
-    application.WriteProfileString(L"Settings\\Status", L"b", L"2");
-    EXPECT_TRUE(application.WriteProfileString(L"Settings\\Status", L"a", nullptr));
-    EXPECT_EQ(application.GetProfileString(L"Settings\\Status", L"a", L"gone"), L"gone");
-    EXPECT_EQ(application.GetProfileString(L"Settings\\Status", L"b", L"gone"), L"2");
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", nullptr, nullptr));
+    m_application.WriteProfileString(L"Settings\\Status", L"a", L"1");
+    m_application.WriteProfileString(L"Settings\\Status", L"b", L"2");
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings\\Status", L"a", nullptr));
+    EXPECT_EQ(m_application.GetProfileString(L"Settings\\Status", L"a", L"gone"), L"gone");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings\\Status", L"b", L"gone"), L"2");
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", nullptr, nullptr));
     EXPECT_FALSE(KeyExists(companyKey + L"\\Exam\\Settings"));
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", nullptr, nullptr));
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", L"a", nullptr));
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", nullptr, nullptr));
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", L"a", nullptr));
 }
 
 TEST_F(RegistryProfile, RefusesNullNames)
 {
-    EXPECT_EQ(application.GetProfileInt(nullptr, L"a", 1), 1u);
-    EXPECT_EQ(application.GetProfileInt(L"a", nullptr, 1), 1u);
-    EXPECT_EQ(application.GetProfileString(nullptr, L"a", L"d"), L"d");
-    EXPECT_FALSE(application.WriteProfileInt(nullptr, L"a", 1));
-    EXPECT_FALSE(application.WriteProfileString(nullptr, L"a", L"b"));
+    EXPECT_EQ(m_application.GetProfileInt(nullptr, L"a", 1), 1u);
+    EXPECT_EQ(m_application.GetProfileInt(L"a", nullptr, 1), 1u);
+    EXPECT_EQ(m_application.GetProfileString(nullptr, L"a", L"d"), L"d");
+    EXPECT_FALSE(m_application.WriteProfileInt(nullptr, L"a", 1));
+    EXPECT_FALSE(m_application.WriteProfileString(nullptr, L"a", L"b"));
 }
 
 TEST_F(IniProfile, KeepsIntegersAndTexts)
 {
-    EXPECT_TRUE(application.WriteProfileInt(L"Settings\\Capture", L"number", -7));
-    EXPECT_TRUE(application.WriteProfileString(L"Settings\\Capture", L"text", L"Uncompressed"));
-    EXPECT_EQ(application.GetProfileInt(L"Settings\\Capture", L"number", 1), static_cast<UINT>(-7));
-    EXPECT_EQ(application.GetProfileString(L"Settings\\Capture", L"text"), L"Uncompressed");
-    EXPECT_NE(GetFileAttributesW((folder / L"exam.ini").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(m_application.WriteProfileInt(L"Settings\\Capture", L"number", -7));
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings\\Capture", L"text", L"Uncompressed"));
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings\\Capture", L"number", 1),
+              static_cast<UINT>(-7));
+    EXPECT_EQ(m_application.GetProfileString(L"Settings\\Capture", L"text"), L"Uncompressed");
+    EXPECT_NE(GetFileAttributesW((m_folder / L"exam.ini").c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(IniProfile, GivesDefaultsAndCreatesNothing)
 {
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"absent", 13), 13u);
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"absent", L"default"), L"default");
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"absent"), L"");
-    EXPECT_EQ(GetFileAttributesW((folder / L"exam.ini").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"absent", 13), 13u);
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"absent", L"default"), L"default");
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"absent"), L"");
+    EXPECT_EQ(GetFileAttributesW((m_folder / L"exam.ini").c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(IniProfile, ReadsLongTexts)
 {
     const std::wstring longText(3000, L'x');
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", L"long", longText.c_str()));
-    EXPECT_EQ(application.GetProfileString(L"Settings", L"long"), longText.c_str());
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", L"long", longText.c_str()));
+    EXPECT_EQ(m_application.GetProfileString(L"Settings", L"long"), longText.c_str());
 }
 
 TEST_F(IniProfile, DeletesEntriesAndSections)
 {
-    application.WriteProfileInt(L"Settings", L"a", 1);
-    application.WriteProfileInt(L"Settings", L"b", 2);
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", L"a", nullptr));
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"a", 0), 0u);
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"b", 0), 2u);
-    EXPECT_TRUE(application.WriteProfileString(L"Settings", nullptr, nullptr));
-    EXPECT_EQ(application.GetProfileInt(L"Settings", L"b", 0), 0u);
+    m_application.WriteProfileInt(L"Settings", L"a", 1);
+    m_application.WriteProfileInt(L"Settings", L"b", 2);
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", L"a", nullptr));
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"a", 0), 0u);
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"b", 0), 2u);
+    EXPECT_TRUE(m_application.WriteProfileString(L"Settings", nullptr, nullptr));
+    EXPECT_EQ(m_application.GetProfileInt(L"Settings", L"b", 0), 0u);
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-constinit CString constantInitialised; // a static text needs no run-time construction
+constinit CString s_constantInitialised; // a static text needs no run-time construction
 
 CString Formatted(LPCWSTR format, ...)
 {
@@ -24,9 +24,9 @@ CString Formatted(LPCWSTR format, ...)
 
 TEST(CString, StartsEmptyAndTerminated)
 {
-    EXPECT_TRUE(constantInitialised.IsEmpty());
-    EXPECT_EQ(constantInitialised.GetLength(), 0);
-    EXPECT_STREQ(constantInitialised.GetString(), L"");
+    EXPECT_TRUE(s_constantInitialised.IsEmpty());
+    EXPECT_EQ(s_constantInitialised.GetLength(), 0);
+    EXPECT_STREQ(s_constantInitialised.GetString(), L"");
 }
 
 TEST(CString, TreatsNullAsEmpty)

@@ -106,9 +106,9 @@ TEST(Thread, LeaksNoHandles)
         }
     };
     run(5); // what the first ones leave in caches
-    const DWORD before = test_support::handleCount();
+    const DWORD before = test_support::HandleCount();
     run(50);
-    EXPECT_LE(test_support::handleCount(), before + 5);
+    EXPECT_LE(test_support::HandleCount(), before + 5);
 }
 
 TEST(Thread, WithoutTheFrameworkHasNoObject)

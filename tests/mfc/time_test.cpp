@@ -11,7 +11,7 @@
 
 namespace {
 
-constinit CTime constantInitialised;
+constinit CTime s_constantInitialised;
 
 int DaysInMonth(int year, int month)
 {
@@ -24,7 +24,7 @@ int DaysInMonth(int year, int month)
 
 TEST(CTime, IsZeroByDefault)
 {
-    EXPECT_EQ(constantInitialised.GetTime(), 0);
+    EXPECT_EQ(s_constantInitialised.GetTime(), 0);
     EXPECT_EQ(CTime(), CTime(0));
 }
 

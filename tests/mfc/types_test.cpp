@@ -11,7 +11,7 @@ static_assert(sizeof(CPoint) == sizeof(POINT) && sizeof(CSize) == sizeof(SIZE) &
 namespace {
 
 // Static objects need no run-time construction.
-constinit CRect constantInitialised(1, 2, 3, 4);
+constinit CRect s_constantInitialised(1, 2, 3, 4);
 
 } // namespace
 
@@ -44,8 +44,8 @@ TEST(CPoint, WrapsAroundInsteadOfOverflowing)
 
 TEST(CRect, KnowsItsSizeAndCorners)
 {
-    EXPECT_EQ(constantInitialised.Width(), 2);
-    EXPECT_EQ(constantInitialised.Height(), 2);
+    EXPECT_EQ(s_constantInitialised.Width(), 2);
+    EXPECT_EQ(s_constantInitialised.Height(), 2);
     const CRect rect(CPoint(10, 20), CSize(31, 41));
     EXPECT_EQ(rect, CRect(10, 20, 41, 61));
     EXPECT_EQ(rect.TopLeft(), CPoint(10, 20));
@@ -115,7 +115,7 @@ TEST(CRect, PassesToThePlatform)
 {
     CRect rect;
     EXPECT_TRUE(::SetRect(rect, 1, 2, 3, 4));
-    EXPECT_TRUE(::EqualRect(rect, constantInitialised));
+    EXPECT_TRUE(::EqualRect(rect, s_constantInitialised));
 }
 
 TEST(CRect, AgreesWithThePlatformOnRandomValues)

@@ -1,5 +1,5 @@
 // The message maps of windows: which handler is called, with what, and what it may not let out.
-#include "recording_window.h"
+#include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What windows are asked and told: family, place, state, and the items of a combo box.
-#include "recording_window.h"
+#include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The life of windows: creation, destruction, and which object belongs to which window.
-#include "recording_window.h"
+#include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -229,10 +229,10 @@ TEST(Window, LeaksNoUserHandles)
     };
     for (int i = 0; i < 3; ++i)
         work();
-    const DWORD before = test_support::userObjectCount();
+    const DWORD before = test_support::UserObjectCount();
     for (int i = 0; i < 100; ++i)
         work();
-    EXPECT_LE(test_support::userObjectCount(), before + 2);
+    EXPECT_LE(test_support::UserObjectCount(), before + 2);
 }
 
 TEST(WindowClass, IsRegisteredOnce)

@@ -1,5 +1,5 @@
 // The action vocabulary, and action states by their names in it.
-#include "action_states.h"
+#include "ActionStates.h"
 
 #include <pro_actions/CProActionCollection.h>
 #include <zel_xml/zelXMLFile.h>
@@ -16,24 +16,24 @@
 namespace {
 
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 class VocabularyTest : public testing::Test
 {
 protected:
     ~VocabularyTest() override { CProActionCollection::Clear(); }
 
-    bool load(const std::string& text)
+    bool Load(const std::string& text)
     {
         const std::wstring path = m_folder / L"actions.xml";
-        writeFile(path, text);
+        WriteFile(path, text);
         return CProActionCollection::LoadVocabulary(path);
     }
 
-    zelXMLNode element(const std::string& text)
+    zelXMLNode Element(const std::string& text)
     {
         const std::wstring path = m_folder / L"element.xml";
-        writeFile(path, text);
+        WriteFile(path, text);
         m_file.open(path, true);
         return m_file.getRootElement();
     }
@@ -50,14 +50,14 @@ protected:
 
 TEST_F(VocabularyTest, IsEmptyBeforeAFileWasLoaded)
 {
-    EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), ActionTypeNone);
-    EXPECT_EQ(CProActionCollection::MapAction(ActionTypeNone, L"Freeze"), -1);
-    EXPECT_EQ(CProActionCollection::GetActionTypeName(ActionTypeNone), L"");
+    EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), actionTypeNone);
+    EXPECT_EQ(CProActionCollection::MapAction(actionTypeNone, L"Freeze"), -1);
+    EXPECT_EQ(CProActionCollection::GetActionTypeName(actionTypeNone), L"");
 }
 
 TEST_F(VocabularyTest, MapsNamesToNumbersAndBack)
 {
-    ASSERT_TRUE(load(sample));
+    ASSERT_TRUE(Load(sample));
     const ActionType imaging = CProActionCollection::MapActionType(L"Imaging");
     const ActionType report = CProActionCollection::MapActionType(std::wstring(L"Report"));
     EXPECT_EQ(imaging, 1);
@@ -71,24 +71,24 @@ TEST_F(VocabularyTest, MapsNamesToNumbersAndBack)
 
 TEST_F(VocabularyTest, AnswersMinusOneForWhatItDoesNotKnow)
 {
-    ASSERT_TRUE(load(sample));
+    ASSERT_TRUE(Load(sample));
     for (const wchar_t* name : {L"", L"imaging", L"Imaging ", L"Other"})
-        EXPECT_EQ(CProActionCollection::MapActionType(name), ActionTypeNone);
+        EXPECT_EQ(CProActionCollection::MapActionType(name), actionTypeNone);
     EXPECT_EQ(CProActionCollection::MapActionType(static_cast<const wchar_t*>(nullptr)),
-              ActionTypeNone);
+              actionTypeNone);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(1),
                                               static_cast<const wchar_t*>(nullptr)),
               -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(1), L"freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(0), L"Freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(99), L"Freeze"), -1);
-    EXPECT_EQ(CProActionCollection::MapAction(ActionTypeNone, L"Freeze"), -1);
+    EXPECT_EQ(CProActionCollection::MapAction(actionTypeNone, L"Freeze"), -1);
     EXPECT_EQ(CProActionCollection::GetActionName(static_cast<ActionType>(99), 0), L"");
 }
 
 TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
 {
-    ASSERT_TRUE(load(sample));
+    ASSERT_TRUE(Load(sample));
     for (const char* text :
          {"<actions><type name='A' value='1'/><type name='A' value='2'/></actions>",
           "<actions><type name='A' value='1'/><type name='B' value='1'/></actions>",
@@ -102,7 +102,7 @@ TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
           "<actions><type name='A' value='1'><a name='x' code='1'/><a name='y' "
           "code='1'/></type></actions>",
           "<actions>", ""})
-        EXPECT_FALSE(load(text)) << text;
+        EXPECT_FALSE(Load(text)) << text;
     EXPECT_FALSE(CProActionCollection::LoadVocabulary(m_folder / L"missing.xml"));
     EXPECT_FALSE(CProActionCollection::LoadVocabulary(static_cast<const wchar_t*>(nullptr)));
     EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), 1);
@@ -110,17 +110,17 @@ TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
 
 TEST_F(VocabularyTest, AnotherFileReplacesTheWholeVocabulary)
 {
-    ASSERT_TRUE(load(sample));
-    ASSERT_TRUE(load("<actions><type name='Other' value='4'/></actions>"));
-    EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), ActionTypeNone);
+    ASSERT_TRUE(Load(sample));
+    ASSERT_TRUE(Load("<actions><type name='Other' value='4'/></actions>"));
+    EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), actionTypeNone);
     EXPECT_EQ(CProActionCollection::MapActionType(L"Other"), 4);
-    ASSERT_TRUE(load("<actions/>"));
-    EXPECT_EQ(CProActionCollection::MapActionType(L"Other"), ActionTypeNone);
+    ASSERT_TRUE(Load("<actions/>"));
+    EXPECT_EQ(CProActionCollection::MapActionType(L"Other"), actionTypeNone);
 }
 
 TEST_F(VocabularyTest, CanBeReplacedWhileOtherThreadsRead)
 {
-    ASSERT_TRUE(load(sample));
+    ASSERT_TRUE(Load(sample));
     test_support::Readers readers([] {
         const int type = CProActionCollection::MapActionType(L"Imaging");
         return type == 1 || type == -1;
@@ -129,39 +129,39 @@ TEST_F(VocabularyTest, CanBeReplacedWhileOtherThreadsRead)
         EXPECT_TRUE(CProActionCollection::LoadVocabulary(m_folder / L"actions.xml"));
         if (i % 3 == 0) CProActionCollection::Clear();
     }
-    EXPECT_EQ(readers.finish(), 0);
+    EXPECT_EQ(readers.Finish(), 0);
 }
 
 TEST_F(VocabularyTest, AStateIsLoadedFromAnElement)
 {
-    ASSERT_TRUE(load(sample));
+    ASSERT_TRUE(Load(sample));
     ActionStateInfo info;
-    ASSERT_TRUE(info.Load(element("<s actionType='Imaging' action='Depth' actionParam='-3'/>")));
-    EXPECT_EQ(info, state(1, 7, -3));
-    ASSERT_TRUE(info.Load(element("<s actionType='Imaging' action='Freeze'/>")));
-    EXPECT_EQ(info, state(1, 0, 0));
+    ASSERT_TRUE(info.Load(Element("<s actionType='Imaging' action='Depth' actionParam='-3'/>")));
+    EXPECT_EQ(info, State(1, 7, -3));
+    ASSERT_TRUE(info.Load(Element("<s actionType='Imaging' action='Freeze'/>")));
+    EXPECT_EQ(info, State(1, 0, 0));
     info.Reset();
     EXPECT_EQ(info, ActionStateInfo());
-    EXPECT_EQ(info, state(-1, -1, 0));
+    EXPECT_EQ(info, State(-1, -1, 0));
 }
 
 TEST_F(VocabularyTest, AnElementThatNamesNoStateChangesNothing)
 {
-    ASSERT_TRUE(load(sample));
-    ActionStateInfo info = state(8, 8, 8);
+    ASSERT_TRUE(Load(sample));
+    ActionStateInfo info = State(8, 8, 8);
     EXPECT_FALSE(info.Load(zelXMLNode()));
     for (const char* text :
          {"<s/>", "<s actionType='Imaging'/>", "<s action='Depth'/>",
           "<s actionType='Other' action='Depth'/>", "<s actionType='Imaging' action='depth'/>",
           "<s actionType='Empty' action='Freeze'/>"})
-        EXPECT_FALSE(info.Load(element(text))) << text;
-    EXPECT_EQ(info, state(8, 8, 8));
+        EXPECT_FALSE(info.Load(Element(text))) << text;
+    EXPECT_EQ(info, State(8, 8, 8));
 }
 
 TEST(ActionStateInfoTest, OrdersByTypeActionAndParameter)
 {
-    const std::vector<ActionStateInfo> ascending{state(-1, 5, 5), state(0, -1, 9), state(0, 3, -2),
-                                                 state(0, 3, 0), state(1, -1, 0)};
+    const std::vector<ActionStateInfo> ascending{State(-1, 5, 5), State(0, -1, 9), State(0, 3, -2),
+                                                 State(0, 3, 0), State(1, -1, 0)};
     for (std::size_t i = 0; i < ascending.size(); ++i)
         for (std::size_t j = 0; j < ascending.size(); ++j)
             EXPECT_EQ(ascending[i] < ascending[j], i < j);

@@ -1,5 +1,5 @@
 // The broadcast against a plain model of it.
-#include "action_consumer.h"
+#include "Consumer.h"
 
 #include <gtest/gtest.h>
 
@@ -18,19 +18,19 @@ class BroadcastModel
 public:
     explicit BroadcastModel(unsigned seed) : m_random(seed) {}
 
-    void step(int depth)
+    void Step(int depth)
     {
-        switch (pick(7)) {
-        case 0: create(); break;
-        case 1: destroy(); break;
+        switch (Pick(7)) {
+        case 0: Create(); break;
+        case 1: Destroy(); break;
         case 2:
-        case 3: enlist(); break;
-        case 4: delist(); break;
-        default: broadcast(depth);
+        case 3: Enlist(); break;
+        case 4: Delist(); break;
+        default: Broadcast(depth);
         }
     }
 
-    int delivered() const { return m_delivered; }
+    int Delivered() const { return m_delivered; }
 
 private:
     struct Entry
@@ -40,37 +40,37 @@ private:
         int since;
     };
 
-    int pick(std::size_t count) { return static_cast<int>(m_random() % count); }
+    int Pick(std::size_t count) { return static_cast<int>(m_random() % count); }
 
-    int pickConsumer()
+    int PickConsumer()
     {
-        if (m_consumers.empty()) create();
-        return std::next(m_consumers.begin(), pick(m_consumers.size()))->first;
+        if (m_consumers.empty()) Create();
+        return std::next(m_consumers.begin(), Pick(m_consumers.size()))->first;
     }
 
-    void create()
+    void Create()
     {
         if (m_consumers.size() >= 12) return;
         const int id = m_nextId++;
         auto consumer = std::make_unique<Consumer>();
         consumer->onChange = [this, id](const ActionStateInfo& source, int value) {
-            told(id, source.action, value);
+            Told(id, source.action, value);
         };
         m_consumers.emplace(id, std::move(consumer));
     }
 
-    void destroy()
+    void Destroy()
     {
         if (m_consumers.empty()) return;
-        const int id = pickConsumer();
+        const int id = PickConsumer();
         std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
         m_consumers.erase(id);
     }
 
-    void enlist()
+    void Enlist()
     {
-        const int id = pickConsumer(), topic = pick(4);
-        m_consumers[id]->RegisterActionSignal(state(6, topic));
+        const int id = PickConsumer(), topic = Pick(4);
+        m_consumers[id]->RegisterActionSignal(State(6, topic));
         const auto same = [&](const Entry& entry) {
             return entry.id == id && entry.topic == topic;
         };
@@ -78,46 +78,46 @@ private:
             m_entries.push_back({id, topic, m_clock++});
     }
 
-    void delist()
+    void Delist()
     {
-        const int id = pickConsumer(), topic = pick(4);
-        m_consumers[id]->UnregisterActionSignal(state(6, topic));
+        const int id = PickConsumer(), topic = Pick(4);
+        m_consumers[id]->UnregisterActionSignal(State(6, topic));
         std::erase_if(m_entries,
                       [&](const Entry& entry) { return entry.id == id && entry.topic == topic; });
     }
 
     // The entry that has to be told next, or null.
-    const Entry* expected(int topic, int after, int before) const
+    const Entry* Expected(int topic, int after, int before) const
     {
         for (const Entry& entry : m_entries)
             if (entry.topic == topic && entry.since > after && entry.since < before) return &entry;
         return nullptr;
     }
 
-    void broadcast(int depth)
+    void Broadcast(int depth)
     {
         if (depth >= 4) return;
-        const int topic = pick(4);
+        const int topic = Pick(4);
         m_running.push_back({topic, -1, m_clock, depth});
-        IActionStateConsumer::ActionStateSignal(state(6, topic), depth);
+        IActionStateConsumer::ActionStateSignal(State(6, topic), depth);
         const Running ended = m_running.back();
         m_running.pop_back();
-        EXPECT_EQ(expected(topic, ended.after, ended.before), nullptr) << "somebody was not told";
+        EXPECT_EQ(Expected(topic, ended.after, ended.before), nullptr) << "somebody was not told";
     }
 
-    void told(int id, int topic, int value)
+    void Told(int id, int topic, int value)
     {
         ++m_delivered;
         Running& running = m_running.back();
-        const Entry* entry = expected(running.topic, running.after, running.before);
+        const Entry* entry = Expected(running.topic, running.after, running.before);
         ASSERT_NE(entry, nullptr) << "told though nobody was left";
         EXPECT_EQ(entry->id, id);
         EXPECT_EQ(topic, running.topic);
         EXPECT_EQ(value, running.depth);
         running.after = entry->since;
         const int depth = running.depth;
-        for (int i = pick(3); i > 0; --i)
-            step(depth + 1);
+        for (int i = Pick(3); i > 0; --i)
+            Step(depth + 1);
     }
 
     struct Running
@@ -143,8 +143,8 @@ TEST(BroadcastTest, AgreesWithAPlainModelOverRandomSteps)
     for (unsigned seed = 0; seed < 20; ++seed) {
         BroadcastModel model(seed);
         for (int i = 0; i < 2000 && !testing::Test::HasFailure(); ++i)
-            model.step(0);
-        delivered += model.delivered();
+            model.Step(0);
+        delivered += model.Delivered();
     }
     EXPECT_GT(delivered, 10000);
 }

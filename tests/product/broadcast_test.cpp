@@ -1,5 +1,5 @@
 // The broadcast of action states: who is told, and what consumers may do meanwhile.
-#include "action_consumer.h"
+#include "Consumer.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-const ActionStateInfo a = state(1, 1), b = state(1, 2);
+const ActionStateInfo a = State(1, 1), b = State(1, 2);
 
 TEST(BroadcastTest, ReachesExactlyTheConsumersOfTheState)
 {
@@ -22,7 +22,7 @@ TEST(BroadcastTest, ReachesExactlyTheConsumersOfTheState)
     EXPECT_TRUE(two.RegisterActionSignal(b));
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(a, 5));
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(b, 0));
-    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(state(1, 1, 1), 7));
+    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(State(1, 1, 1), 7));
     EXPECT_EQ(one.events, (std::vector<Event>{{a, 5}}));
     EXPECT_EQ(two.events, (std::vector<Event>{{a, 5}, {b, 0}}));
 }
@@ -50,7 +50,7 @@ TEST(BroadcastTest, NotificationsHaveConsumersOfTheirOwn)
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(ActionStateInfo(), 2));
     EXPECT_TRUE(one.notifications.empty());
     EXPECT_EQ(one.events.size(), 1u);
-    EXPECT_EQ(two.notifications, std::vector<ActionStateInfo>{state(4, 5, 6)});
+    EXPECT_EQ(two.notifications, std::vector<ActionStateInfo>{State(4, 5, 6)});
     EXPECT_TRUE(two.events.empty());
     two.UnregisterActionNotification();
     IActionStateConsumer::ActionNotificationSignal(static_cast<ActionType>(4), 5, 6);
@@ -64,7 +64,7 @@ TEST(BroadcastTest, ADestroyedConsumerIsNotTold)
     one->RegisterActionNotification();
     one.reset();
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(a, 1));
-    EXPECT_TRUE(IActionStateConsumer::ActionNotificationSignal(ActionTypeNone, 0, 0));
+    EXPECT_TRUE(IActionStateConsumer::ActionNotificationSignal(actionTypeNone, 0, 0));
 }
 
 TEST(BroadcastTest, AConsumerMayDestroyItselfAndOthersWhileItIsTold)
@@ -154,19 +154,19 @@ TEST(BroadcastTest, StatesThatAllFollowFromEachOtherEndInReasonableTime)
     for (int i = 0; i < 8; ++i) {
         Consumer& consumer = *consumers.emplace_back(std::make_unique<Consumer>());
         for (int source = 0; source < 8; ++source)
-            if (source != i) consumer.RegisterActionSignal(state(2, source));
+            if (source != i) consumer.RegisterActionSignal(State(2, source));
         consumer.onChange = [i](const ActionStateInfo&, int value) {
-            IActionStateConsumer::ActionStateSignal(state(2, i), value);
+            IActionStateConsumer::ActionStateSignal(State(2, i), value);
         };
     }
-    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(state(2, 0), 1));
+    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(State(2, 0), 1));
     std::size_t told = 0;
     for (const auto& consumer : consumers)
         told += consumer->events.size();
     EXPECT_LE(told, 7u * 10000u);
     for (const auto& consumer : consumers)
         consumer->onChange = nullptr;
-    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(state(2, 0), 1));
+    EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(State(2, 0), 1));
 }
 
 TEST(BroadcastTest, AThrowingConsumerDoesNotKeepTheOthersFromBeingTold)
@@ -194,8 +194,8 @@ TEST(BroadcastTest, ThreadsMayRegisterAndBroadcastAtOnce)
             for (int i = 0; i < 500; ++i) {
                 // States of its own: a consumer must not go while another thread is telling it.
                 Consumer consumer;
-                consumer.RegisterActionSignal(state(3, t));
-                IActionStateConsumer::ActionStateSignal(state(3, t), i);
+                consumer.RegisterActionSignal(State(3, t));
+                IActionStateConsumer::ActionStateSignal(State(3, t), i);
                 seen += consumer.events.size();
             }
         });

@@ -1,5 +1,5 @@
 // Whole frames to images.
-#include "conversion_scene.h"
+#include "ConversionScene.h"
 
 #include <qor_imgproc/FrameMap.h>
 
@@ -79,7 +79,7 @@ TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
 
 TEST(FrameConversion, RefusesWhatHasNoImage)
 {
-    const Scene s{Linear, 10, 7700000, 1540, 0, 0, 0, {5, 0}, {100, 100}, 10, 10, 0};
+    const Scene s{linear, 10, 7700000, 1540, 0, 0, 0, {5, 0}, {100, 100}, 10, 10, 0};
     std::vector<unsigned char> frame(1000);
     std::vector<unsigned char> image(100, 9);
     const FrameGeometry good = GeometryOf(s, 100);

@@ -1,5 +1,5 @@
 // Pixels to lines and samples: that they come back, what fractions mean, and what lies outside.
-#include "conversion_scene.h"
+#include "ConversionScene.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <limits>
 
 using qor_utils::ConversionModel;
-using qor_utils::RadiansPerMillidegree;
+using qor_utils::radiansPerMillidegree;
 
 namespace {
 
@@ -22,9 +22,9 @@ double Fineness(const Scene& s, double line, double sample)
         const auto b = model.ToMicrons({line + dl, sample + ds});
         return std::hypot(a.x - b.x, a.y - b.y);
     };
-    double skew = std::cos(s.probe.type == 1 ? s.scanA * RadiansPerMillidegree : 0.0);
+    double skew = std::cos(s.probe.type == 1 ? s.scanA * radiansPerMillidegree : 0.0);
     if (s.scanB != 0) {
-        const double sector = (s.probe.sectorAngle + s.scanB) * RadiansPerMillidegree;
+        const double sector = (s.probe.sectorAngle + s.scanB) * radiansPerMillidegree;
         skew = std::cos(std::fabs(line - (s.lines - 1) / 2.0) * sector / s.lines);
     }
     return std::min(apart(1e-3, 0), apart(0, 1e-3)) * 1e3 * skew;
@@ -95,9 +95,9 @@ TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
 
 TEST(InverseConversion, CountsFromTheCornerOfARectangle)
 {
-    const Scene s{SampleCurved,
-                  SampleLines,
-                  SampleFrequency,
+    const Scene s{sampleCurved,
+                  sampleLines,
+                  sampleFrequency,
                   1540,
                   0,
                   0,
@@ -130,9 +130,9 @@ TEST(InverseConversion, RoundsDownwardsWithPositiveSixteenths)
 
 TEST(InverseConversion, UnusableInputIsOutside)
 {
-    const Scene good{SampleCurved,
-                     SampleLines,
-                     SampleFrequency,
+    const Scene good{sampleCurved,
+                     sampleLines,
+                     sampleFrequency,
                      1540,
                      0,
                      0,
@@ -164,7 +164,7 @@ TEST(InverseConversion, UnusableInputIsOutside)
     EXPECT_TRUE(with([](Scene& s) { s.scale.y = 0; }));
     EXPECT_TRUE(with([](Scene& s) { s.probe = {2, 64, 220, 0, 0}; }));
     EXPECT_TRUE(with([](Scene& s) { s.probe = {2, 64, 220, 0, 50000}, s.scanB = -50000; }));
-    EXPECT_TRUE(with([](Scene& s) { s.probe = Linear, s.scanA = 120000; }));
+    EXPECT_TRUE(with([](Scene& s) { s.probe = linear, s.scanA = 120000; }));
 }
 
 TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
@@ -181,11 +181,11 @@ TEST(InverseConversion, TakesNoProbeNoDestinationsAndNoNumbers)
     EXPECT_EQ(line, -1);
     EXPECT_EQ(sample, -1);
     line = sample = 7;
-    call(&SampleCurved, nan, nan);
+    call(&sampleCurved, nan, nan);
     EXPECT_EQ(line, -1);
     EXPECT_EQ(sample, -1);
     line = sample = 7;
-    call(&Linear, std::numeric_limits<double>::infinity(), 1);
+    call(&linear, std::numeric_limits<double>::infinity(), 1);
     EXPECT_EQ(line, -1);
     EXPECT_EQ(sample, -1);
 }
@@ -217,7 +217,7 @@ TEST(PixelConverter, NeverPromisesMoreOutsidePixelsThanThereAre)
     for (int i = 0; i < 3000; ++i) {
         Scene s = RandomScene(random, i % 3);
         s.scale = {random.Int(20, 400), random.Int(20, 400)};
-        const double a = s.scanA * RadiansPerMillidegree;
+        const double a = s.scanA * radiansPerMillidegree;
         const URect corner{random.Int(0, 1) * random.Int(0, 50),
                            random.Int(0, 1) * random.Int(0, 500), 0, 0};
         const PixelConverter converter(corner, &s.probe, s.soundSpeed, s.scanB, s.lines,

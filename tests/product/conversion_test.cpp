@@ -1,6 +1,6 @@
 // Lines and samples to pixels: the published coordinates, each kind of probe, steering, flips and
 // unusable input.
-#include "conversion_scene.h"
+#include "ConversionScene.h"
 
 #include <gtest/gtest.h>
 
@@ -12,20 +12,20 @@
 #include <fstream>
 
 using qor_utils::ConversionModel;
-using qor_utils::RadiansPerMillidegree;
+using qor_utils::radiansPerMillidegree;
 
 namespace {
 
 // The curved sample's published geometry: first and last sample, sector; line 120 of 241 points
 // straight down.
-constexpr double FirstRadius = 26400; // microns
-constexpr double LastRadius = 131500;
-constexpr double Sector = 3.14159265358979323846 / 2 + 0.5;
+constexpr double firstRadius = 26400; // microns
+constexpr double lastRadius = 131500;
+constexpr double sector = 3.14159265358979323846 / 2 + 0.5;
 
 qor_utils::MicronPoint Published(int line, int sample)
 {
-    const double t = (line - 120) * Sector / 240;
-    const double r = FirstRadius + sample * (LastRadius - FirstRadius) / 2047;
+    const double t = (line - 120) * sector / 240;
+    const double r = firstRadius + sample * (lastRadius - firstRadius) / 2047;
     return {r * std::sin(t), r * std::cos(t)};
 }
 
@@ -53,7 +53,7 @@ void ExpectPublishedCoordinates(Scene s)
     s.origin = {640, -100};
     s.scale = {100, 100};
     double worst = 0;
-    for (int line = 0; line < SampleLines; ++line)
+    for (int line = 0; line < sampleLines; ++line)
         for (int sample = 0; sample < 2048; ++sample) {
             const auto expected = Published(line, sample);
             const auto m =
@@ -72,7 +72,7 @@ void ExpectPublishedCoordinates(Scene s)
 TEST(ForwardConversion, ReproducesThePublishedCoordinatesOfTheCurvedSample)
 {
     ExpectPublishedCoordinates(
-        {SampleCurved, SampleLines, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0});
+        {sampleCurved, sampleLines, sampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0});
 }
 
 TEST(ForwardConversion, ReproducesThemFromTheCommittedRecordingsDescription)
@@ -85,7 +85,7 @@ TEST(ForwardConversion, LinearLinesAreParallelAndShearedBySteering)
     const UPoint scale{100, 100};
     const auto at = [&](int line, int sample, int steer) {
         return qor_utils::GetPixelCoordinates(line, sample, {1000, 10}, scale, 7700000, steer, 0,
-                                              &Linear, 1540, 0, 0, 0, 0);
+                                              &linear, 1540, 0, 0, 0, 0);
     };
     // 100 microns a sample; 3 pixels an element; the middle of 128 elements is between 63 and 64.
     EXPECT_EQ(at(0, 0, 0),
@@ -106,7 +106,7 @@ TEST(ForwardConversion, PhasedLinesFanOutFromTheOriginOverTheSector)
     // sample.
     const auto at = [](int line, int sample) {
         return qor_utils::GetPixelCoordinatesLD(line, sample, {500, 20}, {100, 100}, 7700000, 0, 0,
-                                                &Phased, 1540, 60, 0, 0, 0, 0);
+                                                &phased, 1540, 60, 0, 0, 0, 0);
     };
     EXPECT_EQ(at(0, 0), (UPoint{500, 20}));
     EXPECT_EQ(at(0, 1000), (UPoint{500 - 698, 20 + 716}));
@@ -115,7 +115,7 @@ TEST(ForwardConversion, PhasedLinesFanOutFromTheOriginOverTheSector)
 
 TEST(ForwardConversion, ExtendedSectorLeavesTheFaceAcrossTheAperture)
 {
-    const Scene s{Phased, 1, 7700000, 1540, 0, 20000, 0, {}, {}, 0, 0, 0};
+    const Scene s{phased, 1, 7700000, 1540, 0, 20000, 0, {}, {}, 0, 0, 0};
     const ConversionModel model = ModelOf(s);
     // The edges of the sector of 90 + 20 degrees lie half a line beyond the first and the last
     // line.
@@ -123,27 +123,27 @@ TEST(ForwardConversion, ExtendedSectorLeavesTheFaceAcrossTheAperture)
     EXPECT_NEAR(face.x, 64 * 220 / 2.0, 1e-6);
     EXPECT_NEAR(face.y, 0, 1e-6);
     const auto deep = model.ToMicrons({0.5, 100});
-    EXPECT_NEAR(std::atan2(deep.x - face.x, deep.y) / RadiansPerMillidegree, 55000, 1e-6);
+    EXPECT_NEAR(std::atan2(deep.x - face.x, deep.y) / radiansPerMillidegree, 55000, 1e-6);
     EXPECT_NEAR(std::hypot(deep.x - face.x, deep.y), 100 * 100, 1e-6);
 }
 
 TEST(ForwardConversion, SteeringTurnsAFanAboutTheOrigin)
 {
-    const Scene straight{SampleCurved, 241, SampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0};
+    const Scene straight{sampleCurved, 241, sampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0};
     Scene steered = straight;
     steered.scanA = 12000;
     for (int line : {0, 77, 240}) {
         const auto a = ModelOf(straight).ToMicrons({static_cast<double>(line), 500});
         const auto b = ModelOf(steered).ToMicrons({static_cast<double>(line), 500});
         EXPECT_NEAR(std::hypot(a.x, a.y), std::hypot(b.x, b.y), 1e-6);
-        EXPECT_NEAR(std::atan2(b.x, b.y) - std::atan2(a.x, a.y), 12000 * RadiansPerMillidegree,
+        EXPECT_NEAR(std::atan2(b.x, b.y) - std::atan2(a.x, a.y), 12000 * radiansPerMillidegree,
                     1e-12);
     }
 }
 
 TEST(ForwardConversion, ConcaveFaceLiesAboveItsCentre)
 {
-    ZelProbe concave = SampleCurved;
+    ZelProbe concave = sampleCurved;
     concave.radius = -30000;
     concave.elements = 100;
     const auto at = [&](int line) {
@@ -157,7 +157,7 @@ TEST(ForwardConversion, ConcaveFaceLiesAboveItsCentre)
 
 TEST(ForwardConversion, LineOffsetIsAddedToTheLine)
 {
-    Scene s{Linear, 100, 7700000, 1540, 0, 0, 0, {300, 0}, {50, 50}, 0, 0, 0};
+    Scene s{linear, 100, 7700000, 1540, 0, 0, 0, {300, 0}, {50, 50}, 0, 0, 0};
     const UPoint expected = Forward(s, 30, 200);
     s.scanC = 12;
     EXPECT_EQ(Forward(s, 18, 200), expected);
@@ -165,7 +165,7 @@ TEST(ForwardConversion, LineOffsetIsAddedToTheLine)
 
 TEST(ForwardConversion, FlipsLastAndOnlyInAnImageWithBothSizes)
 {
-    Scene s{Linear, 100, 7700000, 1540, 10000, 0, 0, {300, 0}, {50, 50}, 640, 480, 0};
+    Scene s{linear, 100, 7700000, 1540, 10000, 0, 0, {300, 0}, {50, 50}, 640, 480, 0};
     const UPoint plain = Forward(s, 20, 200);
     s.flip = 1;
     EXPECT_EQ(Forward(s, 20, 200), (UPoint{640 - plain.x, plain.y}));
@@ -186,28 +186,28 @@ TEST(ForwardConversion, UnusableInputGivesTheOrigin)
         return qor_utils::GetPixelCoordinates(10, 100, origin, micronsPerPixel, frequency, 0, 0,
                                               probe, speed, 0, 0, 0, 0);
     };
-    ZelProbe unknown = Linear;
+    ZelProbe unknown = linear;
     unknown.type = 3;
-    ZelProbe flat = SampleCurved;
+    ZelProbe flat = sampleCurved;
     flat.radius = 0;
     EXPECT_EQ(at(nullptr, 1000000, scale), origin);
     EXPECT_EQ(at(&unknown, 1000000, scale), origin);
     EXPECT_EQ(at(&flat, 1000000, scale), origin);
-    EXPECT_EQ(at(&Linear, 0, scale), origin);
-    EXPECT_EQ(at(&Linear, -5, scale), origin);
-    EXPECT_EQ(at(&Linear, 1000000, scale, 0), origin);
-    EXPECT_EQ(at(&Linear, 1000000, {0, 0}), origin);
-    EXPECT_EQ(at(&Linear, 1000000, {0, 100}).x, origin.x);
-    EXPECT_NE(at(&Linear, 1000000, {0, 100}).y, origin.y);
+    EXPECT_EQ(at(&linear, 0, scale), origin);
+    EXPECT_EQ(at(&linear, -5, scale), origin);
+    EXPECT_EQ(at(&linear, 1000000, scale, 0), origin);
+    EXPECT_EQ(at(&linear, 1000000, {0, 0}), origin);
+    EXPECT_EQ(at(&linear, 1000000, {0, 100}).x, origin.x);
+    EXPECT_NE(at(&linear, 1000000, {0, 100}).y, origin.y);
 }
 
 TEST(ForwardConversion, AbsurdInputStopsAtTheLimits)
 {
     const UPoint p =
         qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1, INT_MIN, 0,
-                                       &Linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
+                                       &linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
     EXPECT_TRUE(p == p);
-    const UPoint deep = qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &Linear,
+    const UPoint deep = qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &linear,
                                                        INT_MAX, 0, 0, 0, 0);
     EXPECT_EQ(deep.y, INT_MAX);
 }

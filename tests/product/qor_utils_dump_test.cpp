@@ -19,7 +19,7 @@
 
 namespace {
 
-using test_support::fileExists;
+using test_support::FileExists;
 using test_support::TemporaryFolder;
 
 // Reads a dump's structures with each offset checked against the file's size. They are packed to 4
@@ -28,14 +28,14 @@ class Dump
 {
 public:
     explicit Dump(const std::wstring& path)
-        : m_bytes(test_support::readFile(path)), m_header(at<MINIDUMP_HEADER>(0))
+        : m_bytes(test_support::ReadFile(path)), m_header(At<MINIDUMP_HEADER>(0))
     {
     }
 
-    const MINIDUMP_HEADER& header() const { return m_header; }
+    const MINIDUMP_HEADER& Header() const { return m_header; }
 
     template <typename T>
-    T at(std::size_t offset) const
+    T At(std::size_t offset) const
     {
         if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof(T))
             throw std::runtime_error("offset beyond file");
@@ -44,10 +44,10 @@ public:
         return value;
     }
 
-    std::optional<MINIDUMP_LOCATION_DESCRIPTOR> stream(ULONG32 type) const
+    std::optional<MINIDUMP_LOCATION_DESCRIPTOR> Stream(ULONG32 type) const
     {
         for (ULONG32 i = 0; i < m_header.NumberOfStreams; ++i) {
-            const auto entry = at<MINIDUMP_DIRECTORY>(m_header.StreamDirectoryRva +
+            const auto entry = At<MINIDUMP_DIRECTORY>(m_header.StreamDirectoryRva +
                                                       i * sizeof(MINIDUMP_DIRECTORY));
             if (entry.StreamType == type) return entry.Location;
         }
@@ -56,33 +56,33 @@ public:
 
     // The entries of a stream that is a count and then an array.
     template <typename Entry>
-    std::vector<Entry> list(ULONG32 type) const
+    std::vector<Entry> List(ULONG32 type) const
     {
-        const auto location = stream(type);
+        const auto location = Stream(type);
         if (!location) return {};
-        std::vector<Entry> entries(at<ULONG32>(location->Rva));
+        std::vector<Entry> entries(At<ULONG32>(location->Rva));
         std::size_t offset = location->Rva + sizeof(ULONG32);
         for (Entry& entry : entries) {
-            entry = at<Entry>(offset);
+            entry = At<Entry>(offset);
             offset += sizeof(Entry);
         }
         return entries;
     }
 
-    std::string bytes(const MINIDUMP_LOCATION_DESCRIPTOR& location) const
+    std::string Bytes(const MINIDUMP_LOCATION_DESCRIPTOR& location) const
     {
         return m_bytes.substr(location.Rva, location.DataSize);
     }
 
-    std::wstring name(RVA rva) const
+    std::wstring Name(RVA rva) const
     {
-        std::wstring text(at<ULONG32>(rva) / sizeof(wchar_t), L'\0');
+        std::wstring text(At<ULONG32>(rva) / sizeof(wchar_t), L'\0');
         for (std::size_t i = 0; i < text.size(); ++i)
-            text[i] = at<wchar_t>(rva + sizeof(ULONG32) + i * sizeof(wchar_t));
+            text[i] = At<wchar_t>(rva + sizeof(ULONG32) + i * sizeof(wchar_t));
         return text;
     }
 
-    bool contains(std::string_view bytes) const { return m_bytes.find(bytes) != std::string::npos; }
+    bool Contains(std::string_view bytes) const { return m_bytes.find(bytes) != std::string::npos; }
 
 private:
     std::string m_bytes;
@@ -106,9 +106,9 @@ struct CapturedException
     EXCEPTION_POINTERS pointers = {&record, &context};
 };
 
-MINIDUMP_THREAD threadOf(const Dump& dump, DWORD id)
+MINIDUMP_THREAD ThreadOf(const Dump& dump, DWORD id)
 {
-    for (const auto& thread : dump.list<MINIDUMP_THREAD>(ThreadListStream)) {
+    for (const auto& thread : dump.List<MINIDUMP_THREAD>(ThreadListStream)) {
         if (thread.ThreadId == id) return thread;
     }
     throw std::runtime_error("the thread is not in the dump");
@@ -121,9 +121,9 @@ TEST(MiniDump, HasTheHeaderOfItsKind)
     ASSERT_TRUE(
         MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
     const Dump dump(folder / L"a.dmp");
-    EXPECT_EQ(dump.header().Signature, 0x504D444Du); // "MDMP"
-    EXPECT_EQ(dump.header().Version & 0xFFFF, 0xA793u);
-    EXPECT_EQ(+dump.header().Flags, 0u);
+    EXPECT_EQ(dump.Header().Signature, 0x504D444Du); // "MDMP"
+    EXPECT_EQ(dump.Header().Version & 0xFFFF, 0xA793u);
+    EXPECT_EQ(+dump.Header().Flags, 0u);
 }
 
 TEST(MiniDump, DescribesTheSystemAndTheModules)
@@ -131,15 +131,15 @@ TEST(MiniDump, DescribesTheSystemAndTheModules)
     const TemporaryFolder folder;
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
     const Dump dump(folder / L"a.dmp");
-    const auto system = dump.stream(SystemInfoStream);
+    const auto system = dump.Stream(SystemInfoStream);
     ASSERT_TRUE(system);
-    EXPECT_EQ(dump.at<USHORT>(system->Rva),
+    EXPECT_EQ(dump.At<USHORT>(system->Rva),
               sizeof(void*) == 8 ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
     const auto own = reinterpret_cast<ULONG64>(GetModuleHandleW(L"qor_utils.dll"));
     bool found = false;
-    for (const auto& module : dump.list<MINIDUMP_MODULE>(ModuleListStream))
+    for (const auto& module : dump.List<MINIDUMP_MODULE>(ModuleListStream))
         found |= module.BaseOfImage == own &&
-                 dump.name(module.ModuleNameRva).ends_with(L"qor_utils.dll");
+                 dump.Name(module.ModuleNameRva).ends_with(L"qor_utils.dll");
     EXPECT_TRUE(found);
 }
 
@@ -150,14 +150,14 @@ TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
     ASSERT_TRUE(
         MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
     const Dump dump(folder / L"a.dmp");
-    const auto location = dump.stream(ExceptionStream);
+    const auto location = dump.Stream(ExceptionStream);
     ASSERT_TRUE(location);
-    const auto stream = dump.at<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
+    const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
     EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
     EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
     EXPECT_EQ(stream.ExceptionRecord.NumberParameters, 2u);
     EXPECT_EQ(+stream.ExceptionRecord.ExceptionInformation[1], 0x1234u);
-    const auto context = dump.at<CONTEXT>(stream.ThreadContext.Rva);
+    const auto context = dump.At<CONTEXT>(stream.ThreadContext.Rva);
 #if defined(_WIN64)
     EXPECT_EQ(context.Rip, exception.context.Rip);
     EXPECT_EQ(context.Rsp, exception.context.Rsp);
@@ -171,7 +171,7 @@ TEST(MiniDump, HasNoExceptionWithoutPointers)
 {
     const TemporaryFolder folder;
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    EXPECT_FALSE(Dump(folder / L"a.dmp").stream(ExceptionStream));
+    EXPECT_FALSE(Dump(folder / L"a.dmp").Stream(ExceptionStream));
 }
 
 // The reason for the thread of its own: the caller's stack is complete, down to its own frame.
@@ -183,11 +183,11 @@ TEST(MiniDump, HoldsTheCallersStack)
     volatile char* const onStack = marker;
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
     const Dump dump(folder / L"a.dmp");
-    const MINIDUMP_THREAD thread = threadOf(dump, GetCurrentThreadId());
+    const MINIDUMP_THREAD thread = ThreadOf(dump, GetCurrentThreadId());
     const auto address = reinterpret_cast<ULONG64>(onStack);
     ASSERT_GE(address, +thread.Stack.StartOfMemoryRange);
     const auto offset = static_cast<std::size_t>(address - thread.Stack.StartOfMemoryRange);
-    const std::string stack = dump.bytes(thread.Stack.Memory);
+    const std::string stack = dump.Bytes(thread.Stack.Memory);
     ASSERT_LT(offset + sizeof marker, stack.size());
     EXPECT_STREQ(stack.data() + offset, marker);
 }
@@ -203,10 +203,10 @@ TEST(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
         MemoryDumper::GenerateMiniDump((folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr,
                                                MiniDumpWithFullMemory));
-    EXPECT_FALSE(Dump(folder / L"small.dmp").contains(bytes));
+    EXPECT_FALSE(Dump(folder / L"small.dmp").Contains(bytes));
     const Dump full(folder / L"full.dmp");
-    EXPECT_EQ(+full.header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
-    EXPECT_TRUE(full.contains(bytes));
+    EXPECT_EQ(+full.Header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
+    EXPECT_TRUE(full.Contains(bytes));
 }
 
 TEST(MiniDump, IsWrittenWhateverTheTypeSays)
@@ -215,16 +215,16 @@ TEST(MiniDump, IsWrittenWhateverTheTypeSays)
     for (const int type : {~MiniDumpWithFullMemory, 1 << 30, 1, 4}) {
         const std::wstring path = folder / L"a.dmp";
         ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, type)) << type;
-        EXPECT_EQ(Dump(path).header().Signature, 0x504D444Du) << type;
+        EXPECT_EQ(Dump(path).Header().Signature, 0x504D444Du) << type;
     }
 }
 
 TEST(MiniDump, ReplacesAFileThatIsThere)
 {
     const TemporaryFolder folder;
-    test_support::writeFile(folder / L"a.dmp", std::string(20'000'000, 'x'));
+    test_support::WriteFile(folder / L"a.dmp", std::string(20'000'000, 'x'));
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    EXPECT_FALSE(Dump(folder / L"a.dmp").contains("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"));
+    EXPECT_FALSE(Dump(folder / L"a.dmp").Contains("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"));
 }
 
 TEST(MiniDump, TakesAPathWithAnyCharacters)
@@ -232,7 +232,7 @@ TEST(MiniDump, TakesAPathWithAnyCharacters)
     const TemporaryFolder folder;
     const std::wstring path = folder / L"\x4E2D \xD83D\xDE00.dmp";
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
-    EXPECT_TRUE(fileExists(path));
+    EXPECT_TRUE(FileExists(path));
 }
 
 TEST(MiniDump, FailsWhereNoFileCanBe)
@@ -240,7 +240,7 @@ TEST(MiniDump, FailsWhereNoFileCanBe)
     const TemporaryFolder folder;
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(nullptr, nullptr, 0));
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0));
-    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(folder.path().c_str(), nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(folder.Path().c_str(), nullptr, 0));
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / L"missing\\a.dmp").c_str(), nullptr, 0));
     EXPECT_FALSE(
         MemoryDumper::GenerateMiniDump((folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
@@ -259,9 +259,9 @@ TEST(MiniDump, IsOneAtATime)
                 const std::wstring path = folder / std::to_wstring(t);
                 if (MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0)) {
                     ++written;
-                    EXPECT_EQ(Dump(path).header().Signature, 0x504D444Du);
+                    EXPECT_EQ(Dump(path).Header().Signature, 0x504D444Du);
                 } else {
-                    EXPECT_FALSE(fileExists(path));
+                    EXPECT_FALSE(FileExists(path));
                 }
             });
         }

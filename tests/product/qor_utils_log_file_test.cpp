@@ -1,6 +1,6 @@
 // The logger's file: what it holds, when it is opened and renamed, in which folder, and what it
 // survives.
-#include "log_folder.h"
+#include "LogFolder.h"
 
 #include <qor_utils/zelPath.h>
 
@@ -15,9 +15,9 @@
 
 namespace {
 
-using test_support::fileExists;
+using test_support::FileExists;
 using test_support::LogCapture;
-using test_support::readFile;
+using test_support::ReadFile;
 using test_support::TemporaryFolder;
 
 TEST(LogFile, HoldsEachMessageWhenTheCallReturns)
@@ -25,7 +25,7 @@ TEST(LogFile, HoldsEachMessageWhenTheCallReturns)
     const LogFolder folder;
     zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32,
                             1)(L"Could not load actions from file");
-    const std::string file = readFile(folder.file());
+    const std::string file = ReadFile(folder.File());
     EXPECT_NE(
         file.find(
             "[error] Utils_Statics/ActionRepository(32): Could not load actions from file\r\n"),
@@ -38,40 +38,40 @@ TEST(LogFile, NamesTheLevels)
     const LogFolder folder;
     for (const int level : {1, 2, 4, 8, 0, -1})
         zelLogger::zelLogHelper("s", level, level)(L"x");
-    const std::string file = readFile(folder.file());
-    EXPECT_EQ(count(file, "[error] s(1)"), 1u);
-    EXPECT_EQ(count(file, "[warning] s(2)"), 1u);
-    EXPECT_EQ(count(file, "[info] s(4)"), 1u);
-    EXPECT_EQ(count(file, "[debug] s("), 3u) << file;
+    const std::string file = ReadFile(folder.File());
+    EXPECT_EQ(Count(file, "[error] s(1)"), 1u);
+    EXPECT_EQ(Count(file, "[warning] s(2)"), 1u);
+    EXPECT_EQ(Count(file, "[info] s(4)"), 1u);
+    EXPECT_EQ(Count(file, "[debug] s("), 3u) << file;
 }
 
 TEST(LogFile, IsUtf8)
 {
     const LogFolder folder;
-    log(L"\x00E4\x4E2D\xD83D\xDE00 {} %%n");
-    EXPECT_NE(readFile(folder.file()).find("\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80 {} %n"),
+    Log(L"\x00E4\x4E2D\xD83D\xDE00 {} %%n");
+    EXPECT_NE(ReadFile(folder.File()).find("\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80 {} %n"),
               std::string::npos);
 }
 
 TEST(LogFile, IsOpenedByTheFirstMessageOnly)
 {
     const LogFolder folder;
-    EXPECT_FALSE(fileExists(folder.file()));
-    log(L"x");
-    EXPECT_TRUE(fileExists(folder.file()));
+    EXPECT_FALSE(FileExists(folder.File()));
+    Log(L"x");
+    EXPECT_TRUE(FileExists(folder.File()));
 }
 
 TEST(LogFile, IsAppendedTo)
 {
     const LogFolder folder;
-    log(L"first");
+    Log(L"first");
     {
         const LogFolder other;
-        log(L"elsewhere");
+        Log(L"elsewhere");
     }
-    zelLogger::setDirectory(folder.path());
-    log(L"second");
-    const std::string file = readFile(folder.file());
+    zelLogger::setDirectory(folder.Path());
+    Log(L"second");
+    const std::string file = ReadFile(folder.File());
     EXPECT_NE(file.find("first"), std::string::npos);
     EXPECT_NE(file.find("second"), std::string::npos);
     EXPECT_EQ(file.find("elsewhere"), std::string::npos);
@@ -82,14 +82,14 @@ TEST(LogFile, IsRenamedWhenItIsFullAndNothingIsLost)
     const LogFolder folder;
     const std::wstring text(60'000, L'x');
     for (int i = 0; i < 100; ++i)
-        log(L"<%d>%s", i, text.c_str());
-    ASSERT_TRUE(fileExists(folder.file(L".1.log")));
-    EXPECT_FALSE(fileExists(folder.file(L".2.log")));
-    const std::string old = readFile(folder.file(L".1.log"));
-    const std::string now = readFile(folder.file());
+        Log(L"<%d>%s", i, text.c_str());
+    ASSERT_TRUE(FileExists(folder.File(L".1.log")));
+    EXPECT_FALSE(FileExists(folder.File(L".2.log")));
+    const std::string old = ReadFile(folder.File(L".1.log"));
+    const std::string now = ReadFile(folder.File());
     EXPECT_LE(old.size(), 5u * 1024 * 1024);
     for (int i = 0; i < 100; ++i)
-        ASSERT_EQ(count(old + now, "<" + std::to_string(i) + ">x"), 1u) << i;
+        ASSERT_EQ(Count(old + now, "<" + std::to_string(i) + ">x"), 1u) << i;
 }
 
 TEST(LogFile, HoldsEveryMessageOfManyThreadsOnALineOfItsOwn)
@@ -102,15 +102,15 @@ TEST(LogFile, HoldsEveryMessageOfManyThreadsOnALineOfItsOwn)
         for (int t = 0; t < 6; ++t) {
             threads.emplace_back([t] {
                 for (int i = 0; i < perThread; ++i)
-                    log(L"<%d/%d>", t, i);
+                    Log(L"<%d/%d>", t, i);
             });
         }
     }
-    const std::string file = readFile(folder.file());
-    EXPECT_EQ(capture.messages().size(), 6u * perThread);
+    const std::string file = ReadFile(folder.File());
+    EXPECT_EQ(capture.Messages().size(), 6u * perThread);
     for (int t = 0; t < 6; ++t) {
         for (int i = 0; i < perThread; ++i)
-            ASSERT_EQ(count(file, ": <" + std::to_string(t) + "/" + std::to_string(i) + ">\r\n"),
+            ASSERT_EQ(Count(file, ": <" + std::to_string(t) + "/" + std::to_string(i) + ">\r\n"),
                       1u);
     }
 }
@@ -118,16 +118,16 @@ TEST(LogFile, HoldsEveryMessageOfManyThreadsOnALineOfItsOwn)
 TEST(LogFile, IsNotMissedByTheCallerWhenTheFolderCannotBe)
 {
     const TemporaryFolder base;
-    test_support::writeFile(base / L"file", "x");
+    test_support::WriteFile(base / L"file", "x");
     zelLogger::setDirectory(base / L"file\\below");
     const LogCapture capture;
     for (int i = 0; i < 50; ++i)
-        log(L"message %d", i);
-    EXPECT_EQ(capture.messages().size(), 50u);
+        Log(L"message %d", i);
+    EXPECT_EQ(capture.Messages().size(), 50u);
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"file\\below\\");
     const LogFolder good;
-    log(L"back");
-    EXPECT_NE(readFile(good.file()).find("back"), std::string::npos);
+    Log(L"back");
+    EXPECT_NE(ReadFile(good.File()).find("back"), std::string::npos);
 }
 
 TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
@@ -135,21 +135,21 @@ TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
     const LogFolder folder;
     const LogCapture capture;
     const HANDLE held =
-        CreateFileW(folder.file().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        CreateFileW(folder.File().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    log(L"held");
+    Log(L"held");
     CloseHandle(held);
-    EXPECT_EQ(lastText(capture), L"held");
+    EXPECT_EQ(LastText(capture), L"held");
     zelLogger::setDirectory(
-        folder.path()); // does not wait for the time after which the file is tried again
-    log(L"free");
-    EXPECT_NE(readFile(folder.file()).find("free"), std::string::npos);
+        folder.Path()); // does not wait for the time after which the file is tried again
+    Log(L"free");
+    EXPECT_NE(ReadFile(folder.File()).find("free"), std::string::npos);
 }
 
 TEST(LogDirectory, EndsInABackslashHoweverItIsSet)
 {
     const TemporaryFolder base;
-    for (const std::wstring& directory : {base.path(), base / L"", base.path() + L"/"}) {
+    for (const std::wstring& directory : {base.Path(), base / L"", base.Path() + L"/"}) {
         zelLogger::setDirectory(directory);
         EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"");
     }
@@ -160,11 +160,11 @@ TEST(LogDirectory, IsMadeWithItsParents)
 {
     const TemporaryFolder base;
     zelLogger::setDirectory(base / L"a\\\x4E2D\\c");
-    EXPECT_FALSE(fileExists(base / L"a"));
+    EXPECT_FALSE(FileExists(base / L"a"));
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"a\\\x4E2D\\c\\");
-    EXPECT_TRUE(fileExists(base / L"a\\\x4E2D\\c"));
-    log(L"x");
-    EXPECT_TRUE(fileExists(base / L"a\\\x4E2D\\c\\qor_utils_logger_test.log"));
+    EXPECT_TRUE(FileExists(base / L"a\\\x4E2D\\c"));
+    Log(L"x");
+    EXPECT_TRUE(FileExists(base / L"a\\\x4E2D\\c\\qor_utils_logger_test.log"));
     zelLogger::setDirectory(L"");
 }
 
@@ -172,7 +172,7 @@ TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
 {
     const TemporaryFolder base;
     {
-        const test_support::InDirectory inside(base.path());
+        const test_support::InDirectory inside(base.Path());
         zelLogger::setDirectory(L"logs");
     }
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"logs\\");
@@ -184,10 +184,10 @@ TEST(LogDirectory, IsTheLogStoreUntilOneIsSet)
     const TemporaryFolder base;
     zelPath::setPath(28, base / L"store");
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"store\\");
-    log(L"x");
-    EXPECT_TRUE(fileExists(base / L"store\\qor_utils_logger_test.log"));
+    Log(L"x");
+    EXPECT_TRUE(FileExists(base / L"store\\qor_utils_logger_test.log"));
     const LogFolder other; // closes the file, so that the folder can go
-    EXPECT_EQ(zelLogger::getCurrentDirectory(), other.path() + L"\\");
+    EXPECT_EQ(zelLogger::getCurrentDirectory(), other.Path() + L"\\");
     zelPath::setPath(28, L"");
 }
 

@@ -1,6 +1,6 @@
 // The logger: what reaches the hook and the debugger, how texts are formatted, and which paths it
 // warns of.
-#include "log_folder.h"
+#include "LogFolder.h"
 
 #include <test_support/Files.h>
 
@@ -15,7 +15,7 @@
 namespace {
 
 using test_support::LogCapture;
-using test_support::readFile;
+using test_support::ReadFile;
 
 constexpr std::size_t longestText = 65536;
 
@@ -25,11 +25,11 @@ TEST(LogHook, IsHandedSourceLineLevelAndText)
     const LogCapture capture;
     zelLogger::zelLogHelper("Utils_Statics/Utils_Statics", 1332,
                             2)(L"Layout File - File %s not found.", L"a.xml");
-    ASSERT_EQ(capture.messages().size(), 1u);
-    EXPECT_EQ(capture.messages()[0].source, "Utils_Statics/Utils_Statics");
-    EXPECT_EQ(capture.messages()[0].line, 1332);
-    EXPECT_EQ(capture.messages()[0].level, 2);
-    EXPECT_EQ(capture.messages()[0].text, L"Layout File - File a.xml not found.");
+    ASSERT_EQ(capture.Messages().size(), 1u);
+    EXPECT_EQ(capture.Messages()[0].source, "Utils_Statics/Utils_Statics");
+    EXPECT_EQ(capture.Messages()[0].line, 1332);
+    EXPECT_EQ(capture.Messages()[0].level, 2);
+    EXPECT_EQ(capture.Messages()[0].text, L"Layout File - File a.xml not found.");
 }
 
 TEST(LogHook, IsNotCalledOnceItIsTakenAway)
@@ -37,8 +37,8 @@ TEST(LogHook, IsNotCalledOnceItIsTakenAway)
     const LogFolder folder;
     const LogCapture capture;
     zelLogger::setHook(nullptr, nullptr);
-    log(L"x");
-    EXPECT_TRUE(capture.messages().empty());
+    Log(L"x");
+    EXPECT_TRUE(capture.Messages().empty());
 }
 
 TEST(LogHook, MayLogItself)
@@ -50,11 +50,11 @@ TEST(LogHook, MayLogItself)
         zelLogger::zelLogHelper("hook", 1, 4)(L"from the hook");
     };
     zelLogger::setHook(hook, &calls);
-    log(L"from the caller");
-    log(L"again");
+    Log(L"from the caller");
+    Log(L"again");
     zelLogger::setHook(nullptr, nullptr);
     EXPECT_EQ(calls, 2);
-    EXPECT_EQ(count(readFile(folder.file()), "from the hook"), 2u);
+    EXPECT_EQ(Count(ReadFile(folder.File()), "from the hook"), 2u);
 }
 
 TEST(LogHook, MayThrow)
@@ -66,8 +66,8 @@ TEST(LogHook, MayThrow)
     };
     int calls = 0;
     zelLogger::setHook(hook, &calls);
-    log(L"x");
-    log(L"y");
+    Log(L"x");
+    Log(L"y");
     zelLogger::setHook(nullptr, nullptr);
     EXPECT_EQ(calls, 2);
 }
@@ -81,8 +81,8 @@ TEST(LogHook, MayTakeItselfAway)
         zelLogger::setHook(nullptr, nullptr);
     };
     zelLogger::setHook(hook, &calls);
-    log(L"x");
-    log(L"y");
+    Log(L"x");
+    Log(L"y");
     EXPECT_EQ(calls, 1);
 }
 
@@ -109,14 +109,14 @@ TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
         g.left = true;
     };
     zelLogger::setHook(hook, &gate);
-    std::jthread logging([] { log(L"x"); });
+    std::jthread logging([] { Log(L"x"); });
     ASSERT_EQ(WaitForSingleObject(gate.entered, 20'000), WAIT_OBJECT_0);
     std::atomic<bool> leftAtReturn = false;
     std::jthread removing([&] {
         zelLogger::setHook(nullptr, nullptr);
         leftAtReturn = gate.left.load();
     });
-    log(L"while it waits, other messages are not held up");
+    Log(L"while it waits, other messages are not held up");
     SetEvent(gate.leave);
     removing.join();
     EXPECT_TRUE(leftAtReturn);
@@ -126,24 +126,24 @@ TEST(LogText, IsFormattedAsThePlatformFormatsWideText)
 {
     const LogFolder folder;
     const LogCapture capture;
-    log(L"%s|%S|%hs|%ls|%c|%d|%5.2f|%08x|%%", L"wide", "narrow", "narrow", L"wide", L'c', -5,
+    Log(L"%s|%S|%hs|%ls|%c|%d|%5.2f|%08x|%%", L"wide", "narrow", "narrow", L"wide", L'c', -5,
         3.14159, 0xBEEFu);
-    EXPECT_EQ(lastText(capture), L"wide|narrow|narrow|wide|c|-5| 3.14|0000beef|%");
-    log(L"%I64u", 18446744073709551615ull);
-    EXPECT_EQ(lastText(capture), L"18446744073709551615");
-    log(L"%s", static_cast<const wchar_t*>(nullptr));
-    EXPECT_EQ(lastText(capture), L"(null)");
+    EXPECT_EQ(LastText(capture), L"wide|narrow|narrow|wide|c|-5| 3.14|0000beef|%");
+    Log(L"%I64u", 18446744073709551615ull);
+    EXPECT_EQ(LastText(capture), L"18446744073709551615");
+    Log(L"%s", static_cast<const wchar_t*>(nullptr));
+    EXPECT_EQ(LastText(capture), L"(null)");
 }
 
 TEST(LogText, IsEmptyForANullOrEmptyFormat)
 {
     const LogFolder folder;
     const LogCapture capture;
-    log(nullptr);
-    EXPECT_EQ(lastText(capture), L"");
-    log(L"");
-    EXPECT_EQ(lastText(capture), L"");
-    EXPECT_EQ(capture.messages().size(), 2u);
+    Log(nullptr);
+    EXPECT_EQ(LastText(capture), L"");
+    Log(L"");
+    EXPECT_EQ(LastText(capture), L"");
+    EXPECT_EQ(capture.Messages().size(), 2u);
 }
 
 TEST(LogText, IsWholeUpToItsLimitAndCutThere)
@@ -153,8 +153,8 @@ TEST(LogText, IsWholeUpToItsLimitAndCutThere)
     for (const std::size_t length :
          {511u, 512u, 513u, 2047u, 2048u, 32768u, 65535u, 65536u, 65537u, 200000u}) {
         const std::wstring text(length, L'x');
-        log(L"%s", text.c_str());
-        EXPECT_EQ(lastText(capture), text.substr(0, longestText)) << length;
+        Log(L"%s", text.c_str());
+        EXPECT_EQ(LastText(capture), text.substr(0, longestText)) << length;
     }
 }
 
@@ -162,9 +162,9 @@ TEST(LogText, IsBoundedHoweverWideAFieldIs)
 {
     const LogFolder folder;
     const LogCapture capture;
-    log(L"%99999999d", 1);
-    EXPECT_LE(lastText(capture).size(), longestText);
-    EXPECT_EQ(capture.messages().size(), 1u);
+    Log(L"%99999999d", 1);
+    EXPECT_LE(LastText(capture).size(), longestText);
+    EXPECT_EQ(capture.Messages().size(), 1u);
 }
 
 TEST(LogText, TakesANullSourceForEmpty)
@@ -172,25 +172,25 @@ TEST(LogText, TakesANullSourceForEmpty)
     const LogFolder folder;
     const LogCapture capture;
     zelLogger::zelLogHelper(nullptr, 0, 1)(L"x");
-    ASSERT_EQ(capture.messages().size(), 1u);
-    EXPECT_EQ(capture.messages()[0].source, "");
+    ASSERT_EQ(capture.Messages().size(), 1u);
+    EXPECT_EQ(capture.Messages()[0].source, "");
 }
 
 // The system announces a text for the debugger by an exception, wide or narrow by its version, that
 // a handler can see.
-std::wstring* debuggerText = nullptr;
+std::wstring* s_debuggerText = nullptr;
 
-LONG CALLBACK seeDebuggerText(EXCEPTION_POINTERS* pointers)
+LONG CALLBACK SeeDebuggerText(EXCEPTION_POINTERS* pointers)
 {
     constexpr DWORD wideText = 0x4001000A;
     constexpr DWORD narrowText = 0x40010006;
     const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-    if (!debuggerText || record.NumberParameters < 2) return EXCEPTION_CONTINUE_SEARCH;
+    if (!s_debuggerText || record.NumberParameters < 2) return EXCEPTION_CONTINUE_SEARCH;
     if (record.ExceptionCode == wideText)
-        *debuggerText += reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]);
+        *s_debuggerText += reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]);
     if (record.ExceptionCode == narrowText) {
         const std::string text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-        debuggerText->append(text.begin(), text.end());
+        s_debuggerText->append(text.begin(), text.end());
     }
     return EXCEPTION_CONTINUE_SEARCH;
 }
@@ -199,11 +199,11 @@ TEST(LogOutput, GoesToTheDebuggerToo)
 {
     const LogFolder folder;
     std::wstring text;
-    debuggerText = &text;
-    void* const handler = AddVectoredExceptionHandler(1, &seeDebuggerText);
-    log(L"probe %d", 7);
+    s_debuggerText = &text;
+    void* const handler = AddVectoredExceptionHandler(1, &SeeDebuggerText);
+    Log(L"probe %d", 7);
     RemoveVectoredExceptionHandler(handler);
-    debuggerText = nullptr;
+    s_debuggerText = nullptr;
     EXPECT_NE(text.find(L"[info] Utils_Statics/Test(123): probe 7"), std::wstring::npos)
         << testing::PrintToString(text);
 }
@@ -219,7 +219,7 @@ TEST(CheckPath, AcceptsWhatAFileSystemCanHold)
           L"\xD83D\xDE00", long259.c_str(), prefixed.c_str()})
         EXPECT_TRUE(zelLogger::checkPath("s", 1, path))
             << testing::PrintToString(std::wstring(path));
-    EXPECT_TRUE(capture.messages().empty());
+    EXPECT_TRUE(capture.Messages().empty());
 }
 
 TEST(CheckPath, WarnsOfWhatItCannot)
@@ -243,14 +243,14 @@ TEST(CheckPath, WarnsOfWhatItCannot)
     std::size_t warnings = 0;
     for (const wchar_t* path : faulty) {
         EXPECT_FALSE(zelLogger::checkPath("Utils_Statics/Utils_Statics", 1029, path));
-        ASSERT_EQ(capture.messages().size(), ++warnings)
+        ASSERT_EQ(capture.Messages().size(), ++warnings)
             << testing::PrintToString(std::wstring(path));
-        EXPECT_EQ(capture.messages().back().source, "Utils_Statics/Utils_Statics");
-        EXPECT_EQ(capture.messages().back().line, 1029);
-        EXPECT_EQ(capture.messages().back().level, 2);
+        EXPECT_EQ(capture.Messages().back().source, "Utils_Statics/Utils_Statics");
+        EXPECT_EQ(capture.Messages().back().line, 1029);
+        EXPECT_EQ(capture.Messages().back().level, 2);
     }
     EXPECT_FALSE(zelLogger::checkPath("s", 1, nullptr));
-    EXPECT_EQ(lastText(capture), L"The path '' is empty.");
+    EXPECT_EQ(LastText(capture), L"The path '' is empty.");
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 
 #include <string>
 
-using test_support::besideProgram;
+using test_support::BesideProgram;
 
 namespace {
 
@@ -32,7 +32,7 @@ private:
 
 TEST(zelPath, HasADefaultTreeBelowTheApplication)
 {
-    const std::wstring application = besideProgram(L"");
+    const std::wstring application = BesideProgram(L"");
     EXPECT_EQ(zelPath::getPath(0, L"exam.exe"), application + L"exam.exe");
     EXPECT_EQ(zelPath::getPath(1, L"button_states.xml"),
               application + L"protocols\\fallback\\button_states.xml");
@@ -48,8 +48,8 @@ TEST(zelPath, HasADefaultTreeBelowTheApplication)
 
 TEST(zelPath, GivesTheFolderWithABackslashForAnEmptyName)
 {
-    EXPECT_EQ(zelPath::getPath(0, L""), besideProgram(L""));
-    EXPECT_EQ(zelPath::getPath(28, L""), besideProgram(L"") + L"log\\");
+    EXPECT_EQ(zelPath::getPath(0, L""), BesideProgram(L""));
+    EXPECT_EQ(zelPath::getPath(28, L""), BesideProgram(L"") + L"log\\");
 }
 
 TEST(zelPath, GivesNothingForAnUnknownNumber)
@@ -79,7 +79,7 @@ TEST(zelPath, TakesTheFolderThatTheHostSets)
         EXPECT_EQ(zelPath::getPath(2, L"a"), L"E:\\pictures\\a");
         EXPECT_EQ(zelPath::getPath(1000, L"a"), L"\\\\server\\share\\a");
     }
-    EXPECT_EQ(zelPath::getPath(2, L"a"), besideProgram(L"") + L"images\\a");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), BesideProgram(L"") + L"images\\a");
     EXPECT_EQ(zelPath::getPath(1000, L"a"), L"");
 }
 
@@ -93,7 +93,7 @@ TEST(zelPath, TakesTheRootOfADrive)
 TEST(zelPath, PutsRelativeFoldersBelowTheApplication)
 {
     const StoreFolder store(2, L"themes/dark");
-    EXPECT_EQ(zelPath::getPath(2, L"a"), besideProgram(L"") + L"themes\\dark\\a");
+    EXPECT_EQ(zelPath::getPath(2, L"a"), BesideProgram(L"") + L"themes\\dark\\a");
 }
 
 TEST(zelPath, LeavesTheNameAsItIs)
@@ -114,7 +114,7 @@ TEST(zelPath, AnswersWholePathsWhileTheHostChangesThem)
     });
     for (int i = 0; i < 20000; ++i)
         zelPath::setPath(34, i % 2 ? L"A:\\one" : L"B:\\another\\folder");
-    EXPECT_EQ(readers.finish(), 0);
+    EXPECT_EQ(readers.Finish(), 0);
 }
 
 } // namespace

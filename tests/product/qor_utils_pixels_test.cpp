@@ -11,31 +11,31 @@ namespace {
 
 using Pixels = std::vector<unsigned int>;
 
-std::size_t at(int x, int y, int width)
+std::size_t At(int x, int y, int width)
 {
     return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
            static_cast<std::size_t>(x);
 }
 
-Pixels plainInvert(const Pixels& in, int width, int height)
+Pixels PlainInvert(const Pixels& in, int width, int height)
 {
     Pixels out = in;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
-            out[at(x, y, width)] = in[at(x, height - 1 - y, width)];
+            out[At(x, y, width)] = in[At(x, height - 1 - y, width)];
     return out;
 }
 
-Pixels plainMirror(const Pixels& in, int width, int height)
+Pixels PlainMirror(const Pixels& in, int width, int height)
 {
     Pixels out = in;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
-            out[at(x, y, width)] = in[at(width - 1 - x, y, width)];
+            out[At(x, y, width)] = in[At(width - 1 - x, y, width)];
     return out;
 }
 
-Pixels randomPixels(std::mt19937& random, std::size_t count)
+Pixels RandomPixels(std::mt19937& random, std::size_t count)
 {
     Pixels pixels(count);
     for (auto& pixel : pixels)
@@ -63,13 +63,13 @@ TEST(PixelArrays, AgreeWithThePlainFormForEverySmallSize)
     std::mt19937 random(2);
     for (int width = 1; width <= 40; ++width) {
         for (int height = 1; height <= 9; ++height) {
-            const Pixels in = randomPixels(random, at(0, height, width));
+            const Pixels in = RandomPixels(random, At(0, height, width));
             Pixels inverted = in;
             qor_utils::InvertImage(inverted.data(), width, height);
-            ASSERT_EQ(inverted, plainInvert(in, width, height)) << width << " x " << height;
+            ASSERT_EQ(inverted, PlainInvert(in, width, height)) << width << " x " << height;
             Pixels mirrored = in;
             qor_utils::MirrorImage(mirrored.data(), width, height);
-            ASSERT_EQ(mirrored, plainMirror(in, width, height)) << width << " x " << height;
+            ASSERT_EQ(mirrored, PlainMirror(in, width, height)) << width << " x " << height;
         }
     }
 }
@@ -81,11 +81,11 @@ TEST(PixelArrays, AgreeWithThePlainFormForRandomSizes)
     for (int i = 0; i < 50; ++i) {
         const int width = size(random);
         const int height = size(random);
-        const Pixels in = randomPixels(random, at(0, height, width));
+        const Pixels in = RandomPixels(random, At(0, height, width));
         Pixels both = in;
         qor_utils::InvertImage(both.data(), width, height);
         qor_utils::MirrorImage(both.data(), width, height);
-        ASSERT_EQ(both, plainMirror(plainInvert(in, width, height), width, height))
+        ASSERT_EQ(both, PlainMirror(PlainInvert(in, width, height), width, height))
             << width << " x " << height;
     }
 }
@@ -93,7 +93,7 @@ TEST(PixelArrays, AgreeWithThePlainFormForRandomSizes)
 TEST(PixelArrays, TouchNothingOutsideTheImage)
 {
     std::mt19937 random(4);
-    const Pixels in = randomPixels(random, 7 * 5 + 16);
+    const Pixels in = RandomPixels(random, 7 * 5 + 16);
     Pixels out = in;
     qor_utils::InvertImage(out.data() + 8, 7, 5);
     qor_utils::MirrorImage(out.data() + 8, 7, 5);

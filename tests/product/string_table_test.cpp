@@ -17,13 +17,13 @@ namespace {
 
 using test_support::TemporaryFolder;
 
-std::string unit(const std::string& key, const std::string& source, const std::string& target = "")
+std::string Unit(const std::string& key, const std::string& source, const std::string& target = "")
 {
     return "<trans-unit id=\"" + key + "\"><source>" + source + "</source>" +
            (target.empty() ? "" : "<target>" + target + "</target>") + "</trans-unit>";
 }
 
-std::string section(const std::string& language, const std::string& units,
+std::string Section(const std::string& language, const std::string& units,
                     const std::string& base = "en")
 {
     const std::string target = language.empty() ? "" : " target-language=\"" + language + "\"";
@@ -31,7 +31,7 @@ std::string section(const std::string& language, const std::string& units,
            target + "><body>" + units + "</body></file>";
 }
 
-std::string document(const std::string& sections)
+std::string Document(const std::string& sections)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">" +
@@ -43,24 +43,24 @@ class StringTable : public testing::Test
 protected:
     ~StringTable() override { ZelTString::clear(); }
 
-    std::wstring write(const std::wstring& name, const std::string& text)
+    std::wstring Write(const std::wstring& name, const std::string& text)
     {
-        test_support::writeFile(folder / name, text);
-        return folder / name;
+        test_support::WriteFile(m_folder / name, text);
+        return m_folder / name;
     }
 
-    bool load(const std::string& text) { return ZelTString::load(write(L"table.xlf", text)); }
+    bool Load(const std::string& text) { return ZelTString::load(Write(L"table.xlf", text)); }
 
     // English with German and French, the way three files of a folder hold them.
-    void loadThreeLanguages()
+    void LoadThreeLanguages()
     {
-        write(L"de.xlf",
-              document(section("de", unit("yes", "Yes", "Ja") + unit("no", "No", "Nein"))));
-        write(L"fr.xlf", document(section("fr", unit("yes", "Yes", "Oui") + unit("no", "No"))));
-        ASSERT_TRUE(ZelTString::load(folder.path()));
+        Write(L"de.xlf",
+              Document(Section("de", Unit("yes", "Yes", "Ja") + Unit("no", "No", "Nein"))));
+        Write(L"fr.xlf", Document(Section("fr", Unit("yes", "Yes", "Oui") + Unit("no", "No"))));
+        ASSERT_TRUE(ZelTString::load(m_folder.Path()));
     }
 
-    TemporaryFolder folder;
+    TemporaryFolder m_folder;
 };
 
 TEST_F(StringTable, IsEmptyFromTheStart)
@@ -76,7 +76,7 @@ TEST_F(StringTable, IsEmptyFromTheStart)
 
 TEST_F(StringTable, SpeaksTheBaseLanguageUntilAnotherIsChosen)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     EXPECT_EQ(ZelTString::getLanguage(), L"en");
     EXPECT_EQ(ZelTString::getBaseLanguage(), L"en");
     EXPECT_EQ(ZelTString::getLanguages(), (std::vector<std::wstring>{L"en", L"de", L"fr"}));
@@ -85,7 +85,7 @@ TEST_F(StringTable, SpeaksTheBaseLanguageUntilAnotherIsChosen)
 
 TEST_F(StringTable, GivesTheTextOfTheCurrentOrOfTheBaseLanguage)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     ASSERT_TRUE(ZelTString::setLanguage(L"de"));
     EXPECT_EQ(ZelTString::getLanguage(), L"de");
     EXPECT_STREQ(ZelTString::get("yes", true), L"Ja");
@@ -97,7 +97,7 @@ TEST_F(StringTable, GivesTheTextOfTheCurrentOrOfTheBaseLanguage)
 
 TEST_F(StringTable, GivesTheBaseTextWhereThereIsNoTranslation)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     ASSERT_TRUE(ZelTString::setLanguage(L"fr"));
     EXPECT_STREQ(ZelTString::get("no", true), L"No");
     EXPECT_STREQ(ZelTString::translate(L"No"), L"No");
@@ -105,7 +105,7 @@ TEST_F(StringTable, GivesTheBaseTextWhereThereIsNoTranslation)
 
 TEST_F(StringTable, KeepsTheLanguageWhenTheOneAskedForIsNotThere)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     ASSERT_TRUE(ZelTString::setLanguage(L"de"));
     EXPECT_FALSE(ZelTString::setLanguage(L"it"));
     EXPECT_FALSE(ZelTString::setLanguage(L"d"));
@@ -116,7 +116,7 @@ TEST_F(StringTable, KeepsTheLanguageWhenTheOneAskedForIsNotThere)
 
 TEST_F(StringTable, TranslatesByTheBaseText)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     EXPECT_STREQ(ZelTString::translate(L"Yes"), L"Yes");
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::translate(L"Yes"), L"Ja");
@@ -128,11 +128,11 @@ TEST_F(StringTable, TranslatesByTheBaseText)
 
 TEST_F(StringTable, TranslatesBaseTextsOfSeveralKeysByTheFirstThatIsTranslated)
 {
-    ASSERT_TRUE(load(document(section("de", unit("a", "Close") +
-                                                unit("b", "Close",
+    ASSERT_TRUE(Load(Document(Section("de", Unit("a", "Close") +
+                                                Unit("b", "Close",
                                                      "Schlie\xC3\x9F"
                                                      "en") +
-                                                unit("c", "Close", "Nah")))));
+                                                Unit("c", "Close", "Nah")))));
     ZelTString::setLanguage(L"de");
     EXPECT_STREQ(ZelTString::translate(L"Close"), L"Schlie\x00DF"
                                                   L"en");
@@ -142,7 +142,7 @@ TEST_F(StringTable, TranslatesBaseTextsOfSeveralKeysByTheFirstThatIsTranslated)
 
 TEST_F(StringTable, GivesAnUnknownKeyItself)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     EXPECT_STREQ(ZelTString::get("streaming.noipaddress", true), L"streaming.noipaddress");
     EXPECT_STREQ(ZelTString::get("YES", true), L"YES");
     EXPECT_STREQ(ZelTString::get("", true), L"");
@@ -155,7 +155,7 @@ TEST_F(StringTable, GivesAnUnknownKeyItself)
 
 TEST_F(StringTable, GivesNothingForAnUnknownKeyThatCouldPassForAFormat)
 {
-    ASSERT_TRUE(load(document(section("", unit("%d known", "%d texts")))));
+    ASSERT_TRUE(Load(Document(Section("", Unit("%d known", "%d texts")))));
     EXPECT_STREQ(ZelTString::get("%s unknown", true), L"");
     EXPECT_STREQ(ZelTString::get("100%", false), L"");
     EXPECT_STREQ(ZelTString::get("%d known", true), L"%d texts");
@@ -163,11 +163,11 @@ TEST_F(StringTable, GivesNothingForAnUnknownKeyThatCouldPassForAFormat)
 
 TEST_F(StringTable, ReadsTextsAsTheyAre)
 {
-    ASSERT_TRUE(load(document(
-        section("", unit("space", "  two  spaces ") + unit("blank", " ") + unit("empty", "") +
-                        unit("entity", "a &lt; b &amp; c &#x4E2D;&#128512;") +
-                        unit("cdata", "<![CDATA[<b>%s</b>]]>") + unit("lines", "a\r\nb\nc") +
-                        unit("format", "%s \xC3\xA4 %d%%")))));
+    ASSERT_TRUE(Load(Document(
+        Section("", Unit("space", "  two  spaces ") + Unit("blank", " ") + Unit("empty", "") +
+                        Unit("entity", "a &lt; b &amp; c &#x4E2D;&#128512;") +
+                        Unit("cdata", "<![CDATA[<b>%s</b>]]>") + Unit("lines", "a\r\nb\nc") +
+                        Unit("format", "%s \xC3\xA4 %d%%")))));
     EXPECT_STREQ(ZelTString::get("space", true), L"  two  spaces ");
     EXPECT_STREQ(ZelTString::get("blank", true), L" ");
     EXPECT_STREQ(ZelTString::get("empty", true), L"");
@@ -179,8 +179,8 @@ TEST_F(StringTable, ReadsTextsAsTheyAre)
 
 TEST_F(StringTable, LooksThroughInlineElements)
 {
-    ASSERT_TRUE(load(document(section(
-        "de", unit("k", "a <g id=\"1\">b<g id=\"2\"> c</g></g> <ph id=\"3\">%s</ph><x id=\"4\"/>!",
+    ASSERT_TRUE(Load(Document(Section(
+        "de", Unit("k", "a <g id=\"1\">b<g id=\"2\"> c</g></g> <ph id=\"3\">%s</ph><x id=\"4\"/>!",
                    "<mrk mtype=\"seg\">A</mrk> <mrk mtype=\"seg\">B</mrk>")))));
     EXPECT_STREQ(ZelTString::get("k", false), L"a b c %s!");
     ZelTString::setLanguage(L"de");
@@ -190,8 +190,8 @@ TEST_F(StringTable, LooksThroughInlineElements)
 TEST_F(StringTable, FindsUnitsInGroups)
 {
     ASSERT_TRUE(
-        load(document(section("", "<group><group>" + unit("deep", "Deep") + "</group>" +
-                                      unit("mid", "Mid") + "</group>" + unit("top", "Top")))));
+        Load(Document(Section("", "<group><group>" + Unit("deep", "Deep") + "</group>" +
+                                      Unit("mid", "Mid") + "</group>" + Unit("top", "Top")))));
     EXPECT_STREQ(ZelTString::get("deep", true), L"Deep");
     EXPECT_STREQ(ZelTString::get("mid", true), L"Mid");
     EXPECT_STREQ(ZelTString::get("top", true), L"Top");
@@ -200,7 +200,7 @@ TEST_F(StringTable, FindsUnitsInGroups)
 TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
 {
     const std::string proposal = "<alt-trans><source>x</source><target>Falsch</target></alt-trans>";
-    ASSERT_TRUE(load(document(section(
+    ASSERT_TRUE(Load(Document(Section(
         "de", "<trans-unit id=\"k\">" + proposal +
                   "<source>Right</source><target>Richtig</target><note>n</note></trans-unit>"
                   "<trans-unit id=\"l\"><source>Left</source>" +
@@ -212,11 +212,11 @@ TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
 
 TEST_F(StringTable, PassesOverUnitsOutsideOfTheTextsOfTheBody)
 {
-    ASSERT_TRUE(load(document(
+    ASSERT_TRUE(Load(Document(
         "<file original=\"exam\" datatype=\"plaintext\" source-language=\"en\"><header><skl>"
         "<internal-file><group><trans-unit/></group></internal-file></skl></header><body>"
         "<bin-unit id=\"b\" mime-type=\"image/png\"><bin-source/>" +
-        unit("icon", "Icon") + "</bin-unit>" + unit("text", "Text") + "</body></file>")));
+        Unit("icon", "Icon") + "</bin-unit>" + Unit("text", "Text") + "</body></file>")));
     EXPECT_STREQ(ZelTString::get("icon", true), L"icon");
     EXPECT_STREQ(ZelTString::get("text", true), L"Text");
 }
@@ -226,7 +226,7 @@ TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
     const auto withTarget = [](const std::string& key, const std::string& target) {
         return "<trans-unit id=\"" + key + "\"><source>Base</source>" + target + "</trans-unit>";
     };
-    ASSERT_TRUE(load(document(section(
+    ASSERT_TRUE(Load(Document(Section(
         "de", withTarget("a", "<target/>") + withTarget("b", "<target state=\"new\">x</target>") +
                   withTarget("c", "<target state=\"needs-translation\">x</target>") +
                   withTarget("d", "<target state=\"translated\">Gut</target>")))));
@@ -240,28 +240,28 @@ TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
 TEST_F(StringTable, ReadsAPrefixedDocumentAndUtf16)
 {
     ASSERT_TRUE(
-        load("<x:xliff version=\"1.2\" xmlns:x=\"urn:oasis:names:tc:xliff:document:1.2\"><x:file "
+        Load("<x:xliff version=\"1.2\" xmlns:x=\"urn:oasis:names:tc:xliff:document:1.2\"><x:file "
              "source-language=\"en\"><x:body><x:trans-unit id=\"k\"><x:source>Prefixed</x:source>"
              "</x:trans-unit></x:body></x:file></x:xliff>"));
     EXPECT_STREQ(ZelTString::get("k", true), L"Prefixed");
     const std::string narrow =
-        "<xliff version=\"1.2\">" + section("", unit("k", "Wide")) + "</xliff>";
+        "<xliff version=\"1.2\">" + Section("", Unit("k", "Wide")) + "</xliff>";
     std::string wide = "\xFF\xFE";
     for (const char c : narrow)
         wide += {c, '\0'};
-    ASSERT_TRUE(load(wide));
+    ASSERT_TRUE(Load(wide));
     EXPECT_STREQ(ZelTString::get("k", true), L"Wide");
 }
 
 TEST_F(StringTable, ReadsAFolderInTheOrderOfNames)
 {
-    write(L"a.xlf", document(section("de", unit("k", "First", "Erst") + unit("only.a", "A"))));
-    write(L"b.XLIFF", document(section("de", unit("k", "Second", "Zweit"))));
-    write(L"c.xlf~", "not read");
-    write(L"d.xml", "not read");
-    write(L"e.txt", "not read");
-    CreateDirectoryW((folder / L"f.xlf").c_str(), nullptr);
-    ASSERT_TRUE(ZelTString::load(folder.path()));
+    Write(L"a.xlf", Document(Section("de", Unit("k", "First", "Erst") + Unit("only.a", "A"))));
+    Write(L"b.XLIFF", Document(Section("de", Unit("k", "Second", "Zweit"))));
+    Write(L"c.xlf~", "not read");
+    Write(L"d.xml", "not read");
+    Write(L"e.txt", "not read");
+    CreateDirectoryW((m_folder / L"f.xlf").c_str(), nullptr);
+    ASSERT_TRUE(ZelTString::load(m_folder.Path()));
     EXPECT_STREQ(ZelTString::get("k", false), L"Second");
     EXPECT_STREQ(ZelTString::get("only.a", false), L"A");
     EXPECT_EQ(ZelTString::translate(L"First"), nullptr);
@@ -271,9 +271,9 @@ TEST_F(StringTable, ReadsAFolderInTheOrderOfNames)
 
 TEST_F(StringTable, ReadsSeveralLanguagesFromOneFile)
 {
-    ASSERT_TRUE(load(document(section("de", unit("k", "Yes", "Ja")) +
-                              section("fr", unit("k", "Yes", "Oui")) +
-                              section("", unit("l", "Base only")))));
+    ASSERT_TRUE(Load(Document(Section("de", Unit("k", "Yes", "Ja")) +
+                              Section("fr", Unit("k", "Yes", "Oui")) +
+                              Section("", Unit("l", "Base only")))));
     ZelTString::setLanguage(L"fr");
     EXPECT_STREQ(ZelTString::get("k", true), L"Oui");
     EXPECT_STREQ(ZelTString::get("l", true), L"Base only");
@@ -281,23 +281,23 @@ TEST_F(StringTable, ReadsSeveralLanguagesFromOneFile)
 
 TEST_F(StringTable, IsReplacedByLoadAndExtendedByAdd)
 {
-    ASSERT_TRUE(load(document(section("de", unit("a", "A", "Ah") + unit("b", "B", "Beh")))));
+    ASSERT_TRUE(Load(Document(Section("de", Unit("a", "A", "Ah") + Unit("b", "B", "Beh")))));
     ASSERT_TRUE(ZelTString::setLanguage(L"de"));
-    ASSERT_TRUE(ZelTString::add(write(
-        L"more.xlf", document(section("de", unit("b", "B", "Neu") + unit("c", "C", "Zeh"))))));
+    ASSERT_TRUE(ZelTString::add(Write(
+        L"more.xlf", Document(Section("de", Unit("b", "B", "Neu") + Unit("c", "C", "Zeh"))))));
     EXPECT_STREQ(ZelTString::get("a", true), L"Ah");
     EXPECT_STREQ(ZelTString::get("b", true), L"Neu");
     EXPECT_STREQ(ZelTString::get("c", true), L"Zeh");
-    ASSERT_TRUE(ZelTString::load(folder / L"more.xlf"));
+    ASSERT_TRUE(ZelTString::load(m_folder / L"more.xlf"));
     EXPECT_EQ(ZelTString::getLanguage(), L"de");
     EXPECT_STREQ(ZelTString::get("a", true), L"a");
-    ASSERT_TRUE(load(document(section("fr", unit("a", "A", "Ah")))));
+    ASSERT_TRUE(Load(Document(Section("fr", Unit("a", "A", "Ah")))));
     EXPECT_EQ(ZelTString::getLanguage(), L"en") << "German is gone";
 }
 
 TEST_F(StringTable, StaysAsItIsWhenAFileIsNoTable)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     ZelTString::setLanguage(L"de");
     const std::string bad[] = {
         "",
@@ -306,37 +306,37 @@ TEST_F(StringTable, StaysAsItIsWhenAFileIsNoTable)
         std::string("\0\0\0\0", 4),
         "<xliff version=\"1.2\">",
         "<xliff version=\"1.2\"/>",
-        "<xliff version=\"2.0\">" + section("de", unit("yes", "Yes", "X")) + "</xliff>",
-        "<xliff>" + section("de", unit("yes", "Yes", "X")) + "</xliff>",
-        "<tmx version=\"1.2\">" + section("de", unit("yes", "Yes", "X")) + "</tmx>",
-        document("<file target-language=\"de\"><body>" + unit("yes", "Yes", "X") +
+        "<xliff version=\"2.0\">" + Section("de", Unit("yes", "Yes", "X")) + "</xliff>",
+        "<xliff>" + Section("de", Unit("yes", "Yes", "X")) + "</xliff>",
+        "<tmx version=\"1.2\">" + Section("de", Unit("yes", "Yes", "X")) + "</tmx>",
+        Document("<file target-language=\"de\"><body>" + Unit("yes", "Yes", "X") +
                  "</body></file>"),
-        document(section("", unit("yes", "Yes", "X"))),
-        document(section("de", "<trans-unit><source>x</source></trans-unit>")),
-        document(section("de", "<trans-unit id=\"\"><source>x</source></trans-unit>")),
-        document(section("de", unit("yes", "Yes", "X") +
+        Document(Section("", Unit("yes", "Yes", "X"))),
+        Document(Section("de", "<trans-unit><source>x</source></trans-unit>")),
+        Document(Section("de", "<trans-unit id=\"\"><source>x</source></trans-unit>")),
+        Document(Section("de", Unit("yes", "Yes", "X") +
                                    "<trans-unit id=\"k\"><target>x</target></trans-unit>")),
-        document(section("de", unit("yes", "Yes", "X")) + section("de", unit("k", "K", "Q"), "it")),
-        document(section("de", unit("yes", "Yes", "X"))).substr(0, 250),
+        Document(Section("de", Unit("yes", "Yes", "X")) + Section("de", Unit("k", "K", "Q"), "it")),
+        Document(Section("de", Unit("yes", "Yes", "X"))).substr(0, 250),
     };
     for (const std::string& text : bad) {
         std::wstring error;
-        EXPECT_FALSE(ZelTString::load(write(L"bad.xlf", text), &error)) << text;
+        EXPECT_FALSE(ZelTString::load(Write(L"bad.xlf", text), &error)) << text;
         EXPECT_NE(error.find(L"bad.xlf "), std::wstring::npos) << testing::PrintToString(error);
-        EXPECT_FALSE(ZelTString::add(folder / L"bad.xlf")) << text;
+        EXPECT_FALSE(ZelTString::add(m_folder / L"bad.xlf")) << text;
         EXPECT_EQ(ZelTString::getLanguage(), L"de");
         EXPECT_STREQ(ZelTString::get("yes", true), L"Ja");
     }
-    EXPECT_FALSE(ZelTString::load(folder.path())) << "one bad file among good ones";
+    EXPECT_FALSE(ZelTString::load(m_folder.Path())) << "one bad file among good ones";
     EXPECT_STREQ(ZelTString::get("no", true), L"Nein");
 }
 
 TEST_F(StringTable, StaysAsItIsWhenThereIsNoFile)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     const TemporaryFolder empty;
     std::wstring error;
-    EXPECT_FALSE(ZelTString::load(empty.path(), &error));
+    EXPECT_FALSE(ZelTString::load(empty.Path(), &error));
     EXPECT_FALSE(error.empty());
     EXPECT_FALSE(ZelTString::load(empty / L"missing.xlf"));
     EXPECT_FALSE(ZelTString::load(L""));
@@ -345,9 +345,9 @@ TEST_F(StringTable, StaysAsItIsWhenThereIsNoFile)
 
 TEST_F(StringTable, RefusesToAddAnotherBaseLanguage)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     const std::wstring other =
-        write(L"other.xlf", document(section("de", unit("k", "Si", "Ja"), "it")));
+        Write(L"other.xlf", Document(Section("de", Unit("k", "Si", "Ja"), "it")));
     EXPECT_FALSE(ZelTString::add(other));
     EXPECT_STREQ(ZelTString::get("k", false), L"k");
     EXPECT_TRUE(ZelTString::load(other));
@@ -356,26 +356,26 @@ TEST_F(StringTable, RefusesToAddAnotherBaseLanguage)
 
 TEST_F(StringTable, LeavesTextsWhereTheyAre)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     ZelTString::setLanguage(L"de");
     const wchar_t* const yes = ZelTString::get("yes", true);
     const wchar_t* const base = ZelTString::get("yes", false);
     const wchar_t* const unknown = ZelTString::get("no.such.key", true);
-    ASSERT_TRUE(load(document(section("de", unit("yes", "Yes", "Jawohl")))));
+    ASSERT_TRUE(Load(Document(Section("de", Unit("yes", "Yes", "Jawohl")))));
     ZelTString::clear();
     EXPECT_STREQ(yes, L"Ja");
     EXPECT_STREQ(base, L"Yes");
     EXPECT_STREQ(unknown, L"no.such.key");
-    loadThreeLanguages();
+    LoadThreeLanguages();
 }
 
 TEST_F(StringTable, KeepsOneCopyOfATextThatIsLoadedAgain)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     const wchar_t* const yes = ZelTString::get("yes", false);
     const wchar_t* const unknown = ZelTString::get("no.such.key", true);
     for (int i = 0; i < 20; ++i)
-        loadThreeLanguages();
+        LoadThreeLanguages();
     EXPECT_EQ(ZelTString::get("yes", false), yes);
     EXPECT_EQ(ZelTString::get("no.such.key", true), unknown);
 }
@@ -387,15 +387,15 @@ TEST_F(StringTable, StandsDeeplyNestedElements)
         open += "<g>";
         close += "</g>";
     }
-    ASSERT_TRUE(load(document(section("", unit("k", open + "deep" + close)))));
+    ASSERT_TRUE(Load(Document(Section("", Unit("k", open + "deep" + close)))));
     EXPECT_STREQ(ZelTString::get("k", true), L"deep");
 }
 
 // Damaged files are either refused or read; they never bring anything down.
 TEST_F(StringTable, StandsDamagedFiles)
 {
-    const std::string good = document(section(
-        "de", unit("yes", "Yes &amp; <g id=\"1\">so</g>", "Ja") + unit("no", "No", "Nein")));
+    const std::string good = Document(Section(
+        "de", Unit("yes", "Yes &amp; <g id=\"1\">so</g>", "Ja") + Unit("no", "No", "Nein")));
     std::mt19937 random(5);
     int accepted = 0;
     for (int i = 0; i < 400; ++i) {
@@ -403,7 +403,7 @@ TEST_F(StringTable, StandsDamagedFiles)
         for (unsigned flips = 1 + random() % 4; flips > 0; --flips)
             damaged[random() % damaged.size()] = static_cast<char>(random());
         if (random() % 3 == 0) damaged.resize(random() % damaged.size());
-        if (load(damaged)) ++accepted;
+        if (Load(damaged)) ++accepted;
         ASSERT_NE(ZelTString::get("yes", true), nullptr);
     }
     EXPECT_LT(accepted, 400);
@@ -411,14 +411,14 @@ TEST_F(StringTable, StandsDamagedFiles)
 
 TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
 {
-    loadThreeLanguages();
+    LoadThreeLanguages();
     const std::wstring other =
-        write(L"other.xlf", document(section("de", unit("yes", "Yes!", "Ja!")) +
-                                     section("fr", unit("yes", "Yes!", "Oui!"))));
+        Write(L"other.xlf", Document(Section("de", Unit("yes", "Yes!", "Ja!")) +
+                                     Section("fr", Unit("yes", "Yes!", "Oui!"))));
     const TemporaryFolder three;
-    test_support::writeFile(three / L"x.xlf", document(section("de", unit("yes", "Yes", "Ja")) +
-                                                       section("fr", unit("yes", "Yes", "Oui"))));
-    ASSERT_TRUE(ZelTString::load(three.path()));
+    test_support::WriteFile(three / L"x.xlf", Document(Section("de", Unit("yes", "Yes", "Ja")) +
+                                                       Section("fr", Unit("yes", "Yes", "Oui"))));
+    ASSERT_TRUE(ZelTString::load(three.Path()));
     test_support::Readers readers([] {
         const std::wstring text = ZelTString::get("yes", true);
         const std::wstring word = text.substr(0, text.find(L'!'));
@@ -426,10 +426,10 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
         return word == L"Yes" || word == L"Ja" || word == L"Oui";
     });
     for (int i = 0; i < 150; ++i) {
-        EXPECT_TRUE(ZelTString::load(i % 2 ? three.path() : other));
+        EXPECT_TRUE(ZelTString::load(i % 2 ? three.Path() : other));
         EXPECT_TRUE(ZelTString::setLanguage(i % 3 ? L"de" : L"fr"));
     }
-    EXPECT_EQ(readers.finish(), 0);
+    EXPECT_EQ(readers.Finish(), 0);
 }
 
 // The last test: it uses up the places for unknown keys.

@@ -1,14 +1,14 @@
 // Handles of XML elements: invalid ones, ones that outlive the file object, and ones of removed
 // elements.
-#include "xml_fixture.h"
+#include "XmlTest.h"
 
 #include <algorithm>
 #include <random>
 
 namespace {
 
-using test_support::readFile;
-using test_support::writeFile;
+using test_support::ReadFile;
+using test_support::WriteFile;
 
 TEST_F(XmlTest, AnInvalidHandleAnswersWithNothing)
 {
@@ -39,8 +39,8 @@ TEST_F(XmlTest, HandlesOutliveTheFileObject)
     zelXMLNode child;
     {
         zelXMLFile file;
-        writeFile(path(), "<r><a n='1'/><b/></r>");
-        ASSERT_TRUE(file.open(path(), true));
+        WriteFile(Path(), "<r><a n='1'/><b/></r>");
+        ASSERT_TRUE(file.open(Path(), true));
         child = file.getRootElement().getFirstChild();
         file.close();
         EXPECT_FALSE(file.getRootElement().isValid());
@@ -53,9 +53,9 @@ TEST_F(XmlTest, HandlesOutliveTheFileObject)
 
 TEST_F(XmlTest, CopiesMeanTheSameElementAndDocument)
 {
-    ASSERT_TRUE(open("<r><a/></r>", false));
+    ASSERT_TRUE(Open("<r><a/></r>", false));
     const zelXMLFile sameFile = m_file;
-    const zelXMLNode one = root().getFirstChild(), two = sameFile.getRootElement().getFirstChild();
+    const zelXMLNode one = Root().getFirstChild(), two = sameFile.getRootElement().getFirstChild();
     EXPECT_EQ(one, two);
     ASSERT_TRUE(one.setAttributeInt(L"n", 3));
     EXPECT_EQ(two.getAttributeInt(L"n", 0), 3);
@@ -63,26 +63,26 @@ TEST_F(XmlTest, CopiesMeanTheSameElementAndDocument)
 
 TEST_F(XmlTest, AHandleToARemovedElementStaysUsableAndIsNotSaved)
 {
-    ASSERT_TRUE(open("<r><a><b/></a><c/><a n='2'/></r>", false));
-    zelXMLNode removed = root().getFirstChild();
+    ASSERT_TRUE(Open("<r><a><b/></a><c/><a n='2'/></r>", false));
+    zelXMLNode removed = Root().getFirstChild();
     zelXMLNode inside = removed.getFirstChild();
-    ASSERT_TRUE(root().removeChildByName(L"a"));
-    ASSERT_TRUE(root().removeChildByName(L"c"));
+    ASSERT_TRUE(Root().removeChildByName(L"a"));
+    ASSERT_TRUE(Root().removeChildByName(L"c"));
     EXPECT_TRUE(removed.setAttribute(L"x", L"y"));
     EXPECT_TRUE(inside.appendChild(L"d").isValid());
     EXPECT_TRUE(removed.removeChildByName(L"b"));
     EXPECT_EQ(inside.getName(), L"b");
     EXPECT_FALSE((++removed).isValid());
-    EXPECT_EQ(childNames(root()), std::vector<std::wstring>{L"a"});
+    EXPECT_EQ(ChildNames(Root()), std::vector<std::wstring>{L"a"});
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()),
+    EXPECT_EQ(ReadFile(Path()),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <a n=\"2\" />\n</r>\n");
-    EXPECT_FALSE(root().removeChildByName(L"c"));
+    EXPECT_FALSE(Root().removeChildByName(L"c"));
 }
 
 TEST_F(XmlTest, RandomEditsAgreeWithAPlainListOfNames)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     std::mt19937 random(2);
     std::vector<std::wstring> model;
     std::vector<zelXMLNode> kept;
@@ -91,19 +91,19 @@ TEST_F(XmlTest, RandomEditsAgreeWithAPlainListOfNames)
         const auto found = std::find(model.begin(), model.end(), name);
         switch (random() % 3) {
         case 0:
-            kept.push_back(root().appendChild(name.c_str()));
+            kept.push_back(Root().appendChild(name.c_str()));
             model.push_back(name);
             break;
         case 1:
-            kept.push_back(root().getChildByName(name.c_str(), true));
+            kept.push_back(Root().getChildByName(name.c_str(), true));
             if (found == model.end()) model.push_back(name);
             break;
         default:
-            EXPECT_EQ(root().removeChildByName(name.c_str()), found != model.end());
+            EXPECT_EQ(Root().removeChildByName(name.c_str()), found != model.end());
             if (found != model.end()) model.erase(found);
         }
         if (step % 50 == 0) {
-            ASSERT_EQ(childNames(root()), model);
+            ASSERT_EQ(ChildNames(Root()), model);
         }
     }
     for (const zelXMLNode& node : kept)

@@ -1,5 +1,5 @@
 // Saving XML documents: what the file holds then, and that the old one cannot be lost.
-#include "xml_fixture.h"
+#include "XmlTest.h"
 
 #include "../../product/zel_xml/AtomicFile.h"
 
@@ -9,32 +9,32 @@
 
 namespace {
 
-using test_support::readFile;
-using test_support::writeFile;
+using test_support::ReadFile;
+using test_support::WriteFile;
 
 TEST_F(XmlTest, SavesBackOnlyWhenNotOpenedForReadingOnly)
 {
-    ASSERT_TRUE(open("<r/>", true));
-    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    ASSERT_TRUE(Open("<r/>", true));
+    ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
     EXPECT_FALSE(m_file.save());
-    EXPECT_EQ(readFile(path()), "<r/>");
+    EXPECT_EQ(ReadFile(Path()), "<r/>");
     EXPECT_TRUE(m_file.saveAs((m_folder / L"copy.xml").c_str()));
-    ASSERT_TRUE(m_file.open(path(), false));
-    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    ASSERT_TRUE(m_file.open(Path(), false));
+    ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
     EXPECT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()), readFile(m_folder / L"copy.xml"));
-    EXPECT_EQ(filesInFolder(), 2u);
+    EXPECT_EQ(ReadFile(Path()), ReadFile(m_folder / L"copy.xml"));
+    EXPECT_EQ(FilesInFolder(), 2u);
 }
 
 TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
 {
-    ASSERT_TRUE(open(
+    ASSERT_TRUE(Open(
         "<?xml version='1.0' encoding='ISO-8859-1'?><?style x?><!DOCTYPE r><!-- \xE4 --><r><!-- b "
         "--><a/></r><!-- c -->",
         false));
     ASSERT_TRUE(m_file.save());
     EXPECT_EQ(
-        readFile(path()),
+        ReadFile(Path()),
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style x?>\n<!DOCTYPE r>\n<!-- \xC3\xA4 -->\n"
         "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
 }
@@ -45,7 +45,7 @@ TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
     ASSERT_TRUE(m_file.create(fresh.c_str(), L"layout"));
     EXPECT_FALSE(std::filesystem::exists(fresh));
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(fresh), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<layout />\n");
+    EXPECT_EQ(ReadFile(fresh), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<layout />\n");
     EXPECT_FALSE(m_file.create(fresh.c_str(), L"not a name"));
     EXPECT_FALSE(m_file.isOpen());
     EXPECT_FALSE(m_file.create(L"", L"r"));
@@ -55,88 +55,88 @@ TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
 
 TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
 {
-    writeFile(path(), "<r/>");
+    WriteFile(Path(), "<r/>");
     {
-        const test_support::InDirectory inside(m_folder.path());
+        const test_support::InDirectory inside(m_folder.Path());
         ASSERT_TRUE(m_file.open(L"document.xml", false));
     }
-    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
+    ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
     ASSERT_TRUE(m_file.save());
-    EXPECT_NE(readFile(path()).find("n=\"1\""), std::string::npos);
+    EXPECT_NE(ReadFile(Path()).find("n=\"1\""), std::string::npos);
 }
 
 TEST_F(XmlTest, AFileThatAnotherProgramHoldsSurvivesAFailedSave)
 {
-    ASSERT_TRUE(open("<r/>", false));
-    ASSERT_TRUE(root().setAttributeInt(L"n", 1));
-    const zel_xml::FileHandle held(CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ,
+    ASSERT_TRUE(Open("<r/>", false));
+    ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
+    const zel_xml::FileHandle held(CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ,
                                                nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
                                                nullptr));
     ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
     EXPECT_FALSE(m_file.save());
-    EXPECT_EQ(readFile(path()), "<r/>");
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(ReadFile(Path()), "<r/>");
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(XmlTest, AReadOnlyFileSurvivesAFailedSave)
 {
-    ASSERT_TRUE(open("<r/>", false));
-    ASSERT_TRUE(SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_READONLY));
+    ASSERT_TRUE(Open("<r/>", false));
+    ASSERT_TRUE(SetFileAttributesW(Path().c_str(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(m_file.save());
-    EXPECT_EQ(readFile(path()), "<r/>");
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(ReadFile(Path()), "<r/>");
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(XmlTest, SavingIntoAFolderThatIsGoneFails)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     EXPECT_FALSE(m_file.saveAs((m_folder / L"gone\\x.xml").c_str()));
-    EXPECT_FALSE(m_file.saveAs(m_folder.path().c_str()));
+    EXPECT_FALSE(m_file.saveAs(m_folder.Path().c_str()));
     EXPECT_FALSE(m_file.saveAs(L""));
     EXPECT_FALSE(m_file.saveAs(nullptr));
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 // The way a disk that fills up half-way looks to the writer: the first bytes go in, then the write
 // fails.
 TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
 {
-    writeFile(path(), "old");
+    WriteFile(Path(), "old");
     const auto fillsUp = [](HANDLE file) {
-        return zel_xml::writeBytes(file, "half of the n") && false;
+        return zel_xml::WriteBytes(file, "half of the n") && false;
     };
-    EXPECT_FALSE(zel_xml::replaceFile(path(), fillsUp));
-    EXPECT_EQ(readFile(path()), "old");
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_FALSE(zel_xml::ReplaceAtomically(Path(), fillsUp));
+    EXPECT_EQ(ReadFile(Path()), "old");
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
 {
-    writeFile(path(), "old");
-    EXPECT_THROW(zel_xml::replaceFile(path(), [](HANDLE) -> bool { throw std::bad_alloc(); }),
+    WriteFile(Path(), "old");
+    EXPECT_THROW(zel_xml::ReplaceAtomically(Path(), [](HANDLE) -> bool { throw std::bad_alloc(); }),
                  std::bad_alloc);
-    EXPECT_EQ(readFile(path()), "old");
-    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(ReadFile(Path()), "old");
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 TEST_F(XmlTest, AWriteThatFailsIsReported)
 {
-    writeFile(path(), "old");
-    const HANDLE opened = CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+    WriteFile(Path(), "old");
+    const HANDLE opened = CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(opened, INVALID_HANDLE_VALUE);
     const zel_xml::FileHandle readable(opened);
-    EXPECT_FALSE(zel_xml::writeBytes(readable.get(), "new"));
-    EXPECT_EQ(readFile(path()), "old");
+    EXPECT_FALSE(zel_xml::WriteBytes(readable.get(), "new"));
+    EXPECT_EQ(ReadFile(Path()), "old");
 }
 
 TEST_F(XmlTest, TheNewFileIsPutInPlaceWhole)
 {
-    writeFile(path(), "old");
-    EXPECT_TRUE(
-        zel_xml::replaceFile(path(), [](HANDLE file) { return zel_xml::writeBytes(file, "new"); }));
-    EXPECT_EQ(readFile(path()), "new");
-    EXPECT_EQ(filesInFolder(), 1u);
+    WriteFile(Path(), "old");
+    EXPECT_TRUE(zel_xml::ReplaceAtomically(
+        Path(), [](HANDLE file) { return zel_xml::WriteBytes(file, "new"); }));
+    EXPECT_EQ(ReadFile(Path()), "new");
+    EXPECT_EQ(FilesInFolder(), 1u);
 }
 
 } // namespace

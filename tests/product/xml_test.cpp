@@ -1,5 +1,5 @@
 // Reading XML documents: what is read, what is refused, and that no file does more than fail.
-#include "xml_fixture.h"
+#include "XmlTest.h"
 
 #include <limits>
 #include <random>
@@ -7,9 +7,9 @@
 namespace {
 
 using namespace std::string_literals;
-using test_support::readFile;
+using test_support::ReadFile;
 
-std::string nested(int levels)
+std::string Nested(int levels)
 {
     std::string text;
     for (int i = 0; i < levels; ++i)
@@ -19,7 +19,7 @@ std::string nested(int levels)
     return text;
 }
 
-std::string utf16(const std::wstring& text, bool bigEndian)
+std::string Utf16(const std::wstring& text, bool bigEndian)
 {
     std::string bytes;
     for (const wchar_t c : text) {
@@ -32,59 +32,59 @@ std::string utf16(const std::wstring& text, bool bigEndian)
 
 TEST_F(XmlTest, WalksChildElementsInDocumentOrderAndPassesOverEverythingElse)
 {
-    ASSERT_TRUE(open("<?xml version='1.0'?><!-- c --><r> text <One/><!-- c --><Two/><?pi "
+    ASSERT_TRUE(Open("<?xml version='1.0'?><!-- c --><r> text <One/><!-- c --><Two/><?pi "
                      "x?><![CDATA[<no/>]]><Three/></r>"));
-    EXPECT_EQ(root().getName(), L"r");
-    EXPECT_EQ(childNames(root()), (std::vector<std::wstring>{L"One", L"Two", L"Three"}));
-    EXPECT_EQ(root().getText(), L" text <no/>");
+    EXPECT_EQ(Root().getName(), L"r");
+    EXPECT_EQ(ChildNames(Root()), (std::vector<std::wstring>{L"One", L"Two", L"Three"}));
+    EXPECT_EQ(Root().getText(), L" text <no/>");
 }
 
 TEST_F(XmlTest, FindsTheFirstChildOfANameAndTellsCasesApart)
 {
-    ASSERT_TRUE(open("<r><?a x?><a n='1'/><A n='2'/><a n='3'/></r>"));
-    EXPECT_EQ(root().getChildByName(L"a", false).getAttributeInt(L"n", 0), 1);
-    EXPECT_EQ(root().getChildByName(L"A", false).getAttributeInt(L"n", 0), 2);
-    EXPECT_FALSE(root().getChildByName(L"b", false).isValid());
-    EXPECT_FALSE(root().getChildByName(nullptr, false).isValid());
-    EXPECT_FALSE(root().getChildByName(nullptr, true).isValid());
+    ASSERT_TRUE(Open("<r><?a x?><a n='1'/><A n='2'/><a n='3'/></r>"));
+    EXPECT_EQ(Root().getChildByName(L"a", false).getAttributeInt(L"n", 0), 1);
+    EXPECT_EQ(Root().getChildByName(L"A", false).getAttributeInt(L"n", 0), 2);
+    EXPECT_FALSE(Root().getChildByName(L"b", false).isValid());
+    EXPECT_FALSE(Root().getChildByName(nullptr, false).isValid());
+    EXPECT_FALSE(Root().getChildByName(nullptr, true).isValid());
 }
 
 TEST_F(XmlTest, ReadsAttributesWithTheirDefaults)
 {
-    ASSERT_TRUE(open("<r name='b &amp; &#x42;' empty='' n=' -12 ' real='+2.5e-1' />"));
-    EXPECT_EQ(root().getAttribute(L"name"), L"b & B");
-    EXPECT_EQ(root().getAttribute(L"empty", L"default"), L"");
-    EXPECT_EQ(root().getAttribute(L"missing"), L"");
-    EXPECT_EQ(root().getAttribute(L"missing", L"default"), L"default");
-    EXPECT_EQ(root().getAttribute(L"missing", nullptr), L"");
-    EXPECT_EQ(root().getAttribute(nullptr), L"");
-    EXPECT_TRUE(root().hasAttribute(L"empty"));
-    EXPECT_FALSE(root().hasAttribute(L"missing"));
-    EXPECT_EQ(root().getAttributeInt(L"n", 7), -12);
-    EXPECT_EQ(root().getAttributeInt(L"missing", 7), 7);
-    EXPECT_EQ(root().getAttributeDouble(L"real", 7.0), 0.25);
-    EXPECT_EQ(root().getAttributeDouble(L"n", 7.0), -12.0);
-    EXPECT_EQ(root().getAttributeDouble(L"missing", 7.0), 7.0);
+    ASSERT_TRUE(Open("<r name='b &amp; &#x42;' empty='' n=' -12 ' real='+2.5e-1' />"));
+    EXPECT_EQ(Root().getAttribute(L"name"), L"b & B");
+    EXPECT_EQ(Root().getAttribute(L"empty", L"default"), L"");
+    EXPECT_EQ(Root().getAttribute(L"missing"), L"");
+    EXPECT_EQ(Root().getAttribute(L"missing", L"default"), L"default");
+    EXPECT_EQ(Root().getAttribute(L"missing", nullptr), L"");
+    EXPECT_EQ(Root().getAttribute(nullptr), L"");
+    EXPECT_TRUE(Root().hasAttribute(L"empty"));
+    EXPECT_FALSE(Root().hasAttribute(L"missing"));
+    EXPECT_EQ(Root().getAttributeInt(L"n", 7), -12);
+    EXPECT_EQ(Root().getAttributeInt(L"missing", 7), 7);
+    EXPECT_EQ(Root().getAttributeDouble(L"real", 7.0), 0.25);
+    EXPECT_EQ(Root().getAttributeDouble(L"n", 7.0), -12.0);
+    EXPECT_EQ(Root().getAttributeDouble(L"missing", 7.0), 7.0);
 }
 
 TEST_F(XmlTest, TakesTheDefaultForATextThatIsNoNumberOrDoesNotFit)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     for (const wchar_t* text :
          {L"", L" ", L"x", L"1x", L"1 2", L"+-1", L"--1", L"0x10", L"2147483648", L"-2147483649",
           L"99999999999999999999", L"1.5", L"\u0661", L"+", L"-"}) {
-        ASSERT_TRUE(root().setAttribute(L"n", text));
-        EXPECT_EQ(root().getAttributeInt(L"n", 42), 42) << testing::PrintToString(text);
+        ASSERT_TRUE(Root().setAttribute(L"n", text));
+        EXPECT_EQ(Root().getAttributeInt(L"n", 42), 42) << testing::PrintToString(text);
     }
     for (const wchar_t* text :
          {L"", L"x", L"1,5", L"1.5m", L"1e999", L"-1e999", L"1e", L"\uFF11", L"..1"}) {
-        ASSERT_TRUE(root().setAttribute(L"n", text));
-        EXPECT_EQ(root().getAttributeDouble(L"n", 42.0), 42.0) << testing::PrintToString(text);
+        ASSERT_TRUE(Root().setAttribute(L"n", text));
+        EXPECT_EQ(Root().getAttributeDouble(L"n", 42.0), 42.0) << testing::PrintToString(text);
     }
-    ASSERT_TRUE(root().setAttribute(L"n", std::wstring(5000, L'1')));
-    EXPECT_EQ(root().getAttributeDouble(L"n", 42.0), 42.0);
-    ASSERT_TRUE(root().setAttribute(L"n", L"-2147483648"));
-    EXPECT_EQ(root().getAttributeInt(L"n", 0), std::numeric_limits<int>::min());
+    ASSERT_TRUE(Root().setAttribute(L"n", std::wstring(5000, L'1')));
+    EXPECT_EQ(Root().getAttributeDouble(L"n", 42.0), 42.0);
+    ASSERT_TRUE(Root().setAttribute(L"n", L"-2147483648"));
+    EXPECT_EQ(Root().getAttributeInt(L"n", 0), std::numeric_limits<int>::min());
 }
 
 TEST_F(XmlTest, ReadsEveryDocumentedEncoding)
@@ -95,34 +95,34 @@ TEST_F(XmlTest, ReadsEveryDocumentedEncoding)
     const std::vector<std::string> forms{utf8,
                                          "\xEF\xBB\xBF" + utf8,
                                          "<?xml version='1.0' encoding='UTF-8'?>" + utf8,
-                                         "\xFF\xFE" + utf16(text, false),
-                                         "\xFE\xFF" + utf16(text, true),
-                                         utf16(text, false),
-                                         utf16(text, true)};
+                                         "\xFF\xFE" + Utf16(text, false),
+                                         "\xFE\xFF" + Utf16(text, true),
+                                         Utf16(text, false),
+                                         Utf16(text, true)};
     for (const std::string& form : forms) {
-        ASSERT_TRUE(open(form)) << testing::PrintToString(form);
-        EXPECT_EQ(root().getAttribute(L"name"), expected) << testing::PrintToString(form);
+        ASSERT_TRUE(Open(form)) << testing::PrintToString(form);
+        EXPECT_EQ(Root().getAttribute(L"name"), expected) << testing::PrintToString(form);
     }
-    ASSERT_TRUE(open("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><r name='\xE4'/>"));
-    EXPECT_EQ(root().getAttribute(L"name"), L"\u00E4");
-    ASSERT_TRUE(open("<?xml version='1.0' encoding='windows-1252'?><r name='\x80'/>"));
-    EXPECT_EQ(root().getAttribute(L"name"), L"\u20AC");
+    ASSERT_TRUE(Open("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><r name='\xE4'/>"));
+    EXPECT_EQ(Root().getAttribute(L"name"), L"\u00E4");
+    ASSERT_TRUE(Open("<?xml version='1.0' encoding='windows-1252'?><r name='\x80'/>"));
+    EXPECT_EQ(Root().getAttribute(L"name"), L"\u20AC");
 }
 
 TEST_F(XmlTest, RefusesWronglyEncodedFiles)
 {
-    EXPECT_FALSE(open("<r name='\xE4'/>"));                            // Latin-1 without saying so
-    EXPECT_FALSE(open("<r name='\xC0\x80'/>"));                        // overlong
-    EXPECT_FALSE(open("<r name='\xED\xA0\x80'/>"));                    // a surrogate in UTF-8
-    EXPECT_FALSE(open("<r name='\xF4\x90\x80\x80'/>"));                // above U+10FFFF
-    EXPECT_FALSE(open("<r name='a\0b'/>"s));                           // a zero
-    EXPECT_FALSE(open("<r name='\x01'/>"));                            // a control code
-    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r n='\xD800'/>", false))); // a lone surrogate
-    EXPECT_FALSE(open("\xFF\xFE" + utf16(L"<r/>", false) + "x"));      // half a code unit
+    EXPECT_FALSE(Open("<r name='\xE4'/>"));                            // Latin-1 without saying so
+    EXPECT_FALSE(Open("<r name='\xC0\x80'/>"));                        // overlong
+    EXPECT_FALSE(Open("<r name='\xED\xA0\x80'/>"));                    // a surrogate in UTF-8
+    EXPECT_FALSE(Open("<r name='\xF4\x90\x80\x80'/>"));                // above U+10FFFF
+    EXPECT_FALSE(Open("<r name='a\0b'/>"s));                           // a zero
+    EXPECT_FALSE(Open("<r name='\x01'/>"));                            // a control code
+    EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r n='\xD800'/>", false))); // a lone surrogate
+    EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r/>", false) + "x"));      // half a code unit
     EXPECT_FALSE(
-        open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // bytes that claim to be wide
-    EXPECT_FALSE(open("<?xml version='1.0' encoding='EBCDIC'?><r/>"));             // unknown
-    EXPECT_FALSE(open("\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><r/>")); // two answers
+        Open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // bytes that claim to be wide
+    EXPECT_FALSE(Open("<?xml version='1.0' encoding='EBCDIC'?><r/>"));             // unknown
+    EXPECT_FALSE(Open("\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><r/>")); // two answers
     EXPECT_FALSE(m_file.isOpen());
 }
 
@@ -152,14 +152,14 @@ TEST_F(XmlTest, RefusesWhatIsNotWellFormed)
                              "<!DOCTYPE r [<!ELEMENT",
                              "<r/><![CDATA[x]]>",
                              "<1/>"})
-        EXPECT_FALSE(open(text)) << text;
-    EXPECT_FALSE(root().isValid());
+        EXPECT_FALSE(Open(text)) << text;
+    EXPECT_FALSE(Root().isValid());
 }
 
 TEST_F(XmlTest, RefusesMissingFilesFoldersAndEmptyPaths)
 {
     EXPECT_FALSE(m_file.open(m_folder / L"missing.xml", true));
-    EXPECT_FALSE(m_file.open(m_folder.path(), true));
+    EXPECT_FALSE(m_file.open(m_folder.Path(), true));
     EXPECT_FALSE(m_file.open(L"", true));
     EXPECT_FALSE(m_file.open(static_cast<const wchar_t*>(nullptr), true));
     EXPECT_FALSE(m_file.open(m_folder / std::wstring(5000, L'x'), true));
@@ -168,11 +168,11 @@ TEST_F(XmlTest, RefusesMissingFilesFoldersAndEmptyPaths)
 
 TEST_F(XmlTest, AcceptsTheDeepestDocumentAndRefusesOneLevelMore)
 {
-    EXPECT_TRUE(open(nested(256)));
-    EXPECT_FALSE(open(nested(257)));
-    EXPECT_FALSE(open(nested(500000)));
-    EXPECT_FALSE(open(std::string(3000000, '<')));
-    EXPECT_FALSE(open("<!DOCTYPE r " + std::string(1000000, '[')));
+    EXPECT_TRUE(Open(Nested(256)));
+    EXPECT_FALSE(Open(Nested(257)));
+    EXPECT_FALSE(Open(Nested(500000)));
+    EXPECT_FALSE(Open(std::string(3000000, '<')));
+    EXPECT_FALSE(Open("<!DOCTYPE r " + std::string(1000000, '[')));
 }
 
 TEST_F(XmlTest, AcceptsAFileOfTheLargestSizeAndRefusesOneByteMore)
@@ -180,14 +180,14 @@ TEST_F(XmlTest, AcceptsAFileOfTheLargestSizeAndRefusesOneByteMore)
     const std::size_t limit = 16u << 20;
     const std::string start = "<r name='", end = "'/>";
     const std::string largest = start + std::string(limit - start.size() - end.size(), 'x') + end;
-    EXPECT_TRUE(open(largest));
-    EXPECT_FALSE(open(largest + "\n"));
+    EXPECT_TRUE(Open(largest));
+    EXPECT_FALSE(Open(largest + "\n"));
 }
 
 TEST_F(XmlTest, DoesNotExpandEntities)
 {
-    ASSERT_TRUE(open("<!DOCTYPE r [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]><r name='&b;'/>"));
-    EXPECT_EQ(root().getAttribute(L"name"), L"&b;");
+    ASSERT_TRUE(Open("<!DOCTYPE r [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]><r name='&b;'/>"));
+    EXPECT_EQ(Root().getAttribute(L"name"), L"&b;");
 }
 
 TEST_F(XmlTest, ManyAttributesAreCheckedInReasonableTime)
@@ -195,16 +195,16 @@ TEST_F(XmlTest, ManyAttributesAreCheckedInReasonableTime)
     std::string text = "<r";
     for (int i = 0; i < 200000; ++i)
         text += " a" + std::to_string(i) + "='1'";
-    EXPECT_TRUE(open(text + "/>"));
-    EXPECT_FALSE(open(text + " a7='2'/>"));
+    EXPECT_TRUE(Open(text + "/>"));
+    EXPECT_FALSE(Open(text + " a7='2'/>"));
 }
 
 TEST_F(XmlTest, AFailedOpenLeavesNothingOfThePreviousDocument)
 {
-    ASSERT_TRUE(open("<r/>"));
-    EXPECT_FALSE(open("<r>"));
+    ASSERT_TRUE(Open("<r/>"));
+    EXPECT_FALSE(Open("<r>"));
     EXPECT_FALSE(m_file.isOpen());
-    EXPECT_FALSE(root().isValid());
+    EXPECT_FALSE(Root().isValid());
     EXPECT_FALSE(m_file.save());
 }
 
@@ -228,14 +228,14 @@ TEST_F(XmlTest, RandomDamageNeverDoesMoreThanFail)
                 bytes[at] = static_cast<char>(random());
             if (bytes.empty()) bytes = "<";
         }
-        if (!open(bytes, false)) continue;
+        if (!Open(bytes, false)) continue;
         ++opened;
         // What was taken must be written so that it is taken again.
         const std::wstring copy = m_folder / L"copy.xml";
         ASSERT_TRUE(m_file.saveAs(copy.c_str()));
         zelXMLFile again;
-        EXPECT_TRUE(again.open(copy, true)) << bytes << "\n---\n" << readFile(copy);
-        EXPECT_EQ(childNames(again.getRootElement()), childNames(root()));
+        EXPECT_TRUE(again.open(copy, true)) << bytes << "\n---\n" << ReadFile(copy);
+        EXPECT_EQ(ChildNames(again.getRootElement()), ChildNames(Root()));
     }
     EXPECT_GT(opened, 500);
 }

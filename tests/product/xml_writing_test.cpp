@@ -1,5 +1,5 @@
 // Changing XML documents: names, texts and numbers that come back as they were written.
-#include "xml_fixture.h"
+#include "XmlTest.h"
 
 #include <bit>
 #include <cmath>
@@ -10,72 +10,72 @@
 namespace {
 
 using namespace std::string_literals;
-using test_support::readFile;
+using test_support::ReadFile;
 
 TEST_F(XmlTest, CreatesAMissingChildOnlyWhenAsked)
 {
-    ASSERT_TRUE(open("<r/>", false));
-    EXPECT_FALSE(root().getChildByName(L"Grid", false).isValid());
-    EXPECT_TRUE(root().getChildByName(L"Grid", true).setAttributeInt(L"row", -1));
-    EXPECT_EQ(root().getChildByName(L"Grid", true).getAttributeInt(L"row", 0), -1);
-    EXPECT_EQ(childNames(root()).size(), 1u);
+    ASSERT_TRUE(Open("<r/>", false));
+    EXPECT_FALSE(Root().getChildByName(L"Grid", false).isValid());
+    EXPECT_TRUE(Root().getChildByName(L"Grid", true).setAttributeInt(L"row", -1));
+    EXPECT_EQ(Root().getChildByName(L"Grid", true).getAttributeInt(L"row", 0), -1);
+    EXPECT_EQ(ChildNames(Root()).size(), 1u);
 }
 
 TEST_F(XmlTest, AttributesAreReplacedAddedAndRemoved)
 {
-    ASSERT_TRUE(open("<r a='1' b='2'/>", false));
-    EXPECT_TRUE(root().setAttribute(L"a", L"3"));
-    EXPECT_TRUE(root().setAttribute(L"c", std::wstring(L"4")));
-    EXPECT_TRUE(root().setAttribute(L"d", static_cast<const wchar_t*>(nullptr)));
-    EXPECT_TRUE(root().removeAttribute(L"b"));
-    EXPECT_FALSE(root().removeAttribute(L"b"));
-    EXPECT_FALSE(root().removeAttribute(nullptr));
+    ASSERT_TRUE(Open("<r a='1' b='2'/>", false));
+    EXPECT_TRUE(Root().setAttribute(L"a", L"3"));
+    EXPECT_TRUE(Root().setAttribute(L"c", std::wstring(L"4")));
+    EXPECT_TRUE(Root().setAttribute(L"d", static_cast<const wchar_t*>(nullptr)));
+    EXPECT_TRUE(Root().removeAttribute(L"b"));
+    EXPECT_FALSE(Root().removeAttribute(L"b"));
+    EXPECT_FALSE(Root().removeAttribute(nullptr));
     ASSERT_TRUE(m_file.save());
-    EXPECT_EQ(readFile(path()),
+    EXPECT_EQ(ReadFile(Path()),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r a=\"3\" c=\"4\" d=\"\" />\n");
 }
 
 TEST_F(XmlTest, RefusesToWriteWhatXmlCannotHold)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     for (const wchar_t* name : {L"", L"1a", L"a b", L"a=", L"<", L"a\"", L"-a", L"\xD800"}) {
-        EXPECT_FALSE(root().setAttribute(name, L"x"));
-        EXPECT_FALSE(root().appendChild(name).isValid());
+        EXPECT_FALSE(Root().setAttribute(name, L"x"));
+        EXPECT_FALSE(Root().appendChild(name).isValid());
     }
-    EXPECT_FALSE(root().setAttribute(nullptr, L"x"));
+    EXPECT_FALSE(Root().setAttribute(nullptr, L"x"));
     for (const std::wstring& text : {L"\x01"s, L"\xDC00"s, L"a\xD83D"s, L"\xFFFF"s, L"a\0b"s}) {
-        EXPECT_FALSE(root().setAttribute(L"a", text));
-        EXPECT_FALSE(root().setText(text));
+        EXPECT_FALSE(Root().setAttribute(L"a", text));
+        EXPECT_FALSE(Root().setText(text));
     }
-    EXPECT_FALSE(root().hasAttribute(L"a"));
+    EXPECT_FALSE(Root().hasAttribute(L"a"));
 }
 
 TEST_F(XmlTest, TextsComeBackAsTheyWereWritten)
 {
     const std::wstring text = L"<&>\"' \t\r\n ]]> \u00E4\u20AC\U0001F600 &amp; \u0085\u2028";
-    ASSERT_TRUE(open("<r/>", false));
-    ASSERT_TRUE(root().setAttribute(L"\u00E4", text));
-    ASSERT_TRUE(root().appendChild(L"t").setText(L"x <&>]]> \u20AC"));
+    ASSERT_TRUE(Open("<r/>", false));
+    ASSERT_TRUE(Root().setAttribute(L"\u00E4", text));
+    ASSERT_TRUE(Root().appendChild(L"t").setText(L"x <&>]]> \u20AC"));
     ASSERT_TRUE(m_file.save());
-    ASSERT_TRUE(m_file.open(path(), true)) << readFile(path());
-    EXPECT_EQ(root().getAttribute(L"\u00E4"), text);
-    EXPECT_EQ(root().getChildByName(L"t", false).getText(), L"x <&>]]> \u20AC");
+    ASSERT_TRUE(m_file.open(Path(), true)) << ReadFile(Path());
+    EXPECT_EQ(Root().getAttribute(L"\u00E4"), text);
+    EXPECT_EQ(Root().getChildByName(L"t", false).getText(), L"x <&>]]> \u20AC");
 }
 
 TEST_F(XmlTest, SetTextKeepsChildElements)
 {
-    ASSERT_TRUE(open("<r>one<a/>two<![CDATA[three]]></r>", false));
-    ASSERT_TRUE(root().setText(L"four"));
-    EXPECT_EQ(root().getText(), L"four");
-    EXPECT_EQ(childNames(root()), std::vector<std::wstring>{L"a"});
-    ASSERT_TRUE(root().setText(L""));
-    EXPECT_EQ(root().getText(), L"");
+    ASSERT_TRUE(Open("<r>one<a/>two<![CDATA[three]]></r>", false));
+    ASSERT_TRUE(Root().setText(L"four"));
+    EXPECT_EQ(Root().getText(), L"four");
+    EXPECT_EQ(ChildNames(Root()), std::vector<std::wstring>{L"a"});
+    ASSERT_TRUE(Root().setText(L""));
+    EXPECT_EQ(Root().getText(), L"");
 }
 
 TEST_F(XmlTest, WillNotBuildWhatItWouldNotRead)
 {
-    ASSERT_TRUE(m_file.create(path().c_str(), L"r"));
-    zelXMLNode node = root();
+    ASSERT_TRUE(m_file.create(Path().c_str(), L"r"));
+    zelXMLNode node = Root();
     int levels = 1;
     for (zelXMLNode child = node; child.isValid() && levels < 1000;
          child = node.appendChild(L"a")) {
@@ -84,36 +84,36 @@ TEST_F(XmlTest, WillNotBuildWhatItWouldNotRead)
     }
     EXPECT_EQ(levels - 1, 256);
     ASSERT_TRUE(m_file.save());
-    EXPECT_TRUE(m_file.open(path(), true));
+    EXPECT_TRUE(m_file.open(Path(), true));
 }
 
 TEST_F(XmlTest, EveryRealNumberComesBackTheSame)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     const auto expectSame = [this](double value) {
-        ASSERT_TRUE(root().setAttributeDouble(L"x", value, -1));
-        const double read = root().getAttributeDouble(L"x", 12345.0);
+        ASSERT_TRUE(Root().setAttributeDouble(L"x", value, -1));
+        const double read = Root().getAttributeDouble(L"x", 12345.0);
         EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value)) << value;
     };
-    using limits = std::numeric_limits<double>;
+    using Limits = std::numeric_limits<double>;
     for (const double value :
-         {0.0, -0.0, 1.0, -0.5, 0.1, 1.0 / 3.0, 1e300, limits::max(), limits::min(),
-          limits::denorm_min(), -limits::denorm_min(), limits::infinity(), -limits::infinity()})
+         {0.0, -0.0, 1.0, -0.5, 0.1, 1.0 / 3.0, 1e300, Limits::max(), Limits::min(),
+          Limits::denorm_min(), -Limits::denorm_min(), Limits::infinity(), -Limits::infinity()})
         expectSame(value);
     std::mt19937_64 random(3);
     for (int i = 0; i < 20000; ++i)
         if (const double value = std::bit_cast<double>(random()); std::isfinite(value))
             expectSame(value);
-    ASSERT_TRUE(root().setAttributeDouble(L"x", limits::quiet_NaN(), -1));
-    EXPECT_TRUE(std::isnan(root().getAttributeDouble(L"x", 1.0)));
+    ASSERT_TRUE(Root().setAttributeDouble(L"x", Limits::quiet_NaN(), -1));
+    EXPECT_TRUE(std::isnan(Root().getAttributeDouble(L"x", 1.0)));
 }
 
 TEST_F(XmlTest, PrecisionCountsDigitsAfterThePoint)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     const auto written = [this](double value, int precision) {
-        EXPECT_TRUE(root().setAttributeDouble(L"x", value, precision));
-        return root().getAttribute(L"x");
+        EXPECT_TRUE(Root().setAttributeDouble(L"x", value, precision));
+        return Root().getAttribute(L"x");
     };
     EXPECT_EQ(written(-0.5, -1), L"-0.5");
     EXPECT_EQ(written(2.0, -1), L"2");
@@ -126,11 +126,11 @@ TEST_F(XmlTest, PrecisionCountsDigitsAfterThePoint)
 
 TEST_F(XmlTest, IntegersAreWrittenInFull)
 {
-    ASSERT_TRUE(open("<r/>", false));
+    ASSERT_TRUE(Open("<r/>", false));
     for (const int value :
          {0, -1, 1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
-        ASSERT_TRUE(root().setAttributeInt(L"n", value));
-        EXPECT_EQ(root().getAttributeInt(L"n", 5), value);
+        ASSERT_TRUE(Root().setAttributeInt(L"n", value));
+        EXPECT_EQ(Root().getAttributeInt(L"n", 5), value);
     }
 }
 

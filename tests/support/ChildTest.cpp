@@ -8,7 +8,7 @@ namespace test_support {
 
 ChildTest::ChildTest(const std::string& fullTestName)
 {
-    const std::wstring program = programPath();
+    const std::wstring program = ProgramPath();
     std::wstring command = L"\"" + program + L"\" --gtest_also_run_disabled_tests --gtest_filter=" +
                            std::wstring(fullTestName.begin(), fullTestName.end());
     STARTUPINFOW startup{};
@@ -23,11 +23,11 @@ ChildTest::ChildTest(const std::string& fullTestName)
 
 ChildTest::~ChildTest()
 {
-    kill();
+    Kill();
     CloseHandle(m_process);
 }
 
-DWORD ChildTest::wait(DWORD milliseconds)
+DWORD ChildTest::Wait(DWORD milliseconds)
 {
     DWORD code = STILL_ACTIVE;
     if (WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0)
@@ -35,13 +35,13 @@ DWORD ChildTest::wait(DWORD milliseconds)
     return code;
 }
 
-void ChildTest::kill()
+void ChildTest::Kill()
 {
     TerminateProcess(m_process, 99);
     WaitForSingleObject(m_process, 10000);
 }
 
-std::wstring environmentVariable(const wchar_t* name)
+std::wstring EnvironmentVariable(const wchar_t* name)
 {
     wchar_t value[1024] = {};
     const DWORD length = GetEnvironmentVariableW(name, value, 1024);

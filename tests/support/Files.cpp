@@ -9,7 +9,7 @@
 
 namespace test_support {
 
-void writeFile(const std::wstring& path, const std::string& bytes)
+void WriteFile(const std::wstring& path, const std::string& bytes)
 {
     std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -17,14 +17,14 @@ void writeFile(const std::wstring& path, const std::string& bytes)
     if (!file) throw std::runtime_error("cannot write a test file");
 }
 
-std::string readFile(const std::wstring& path)
+std::string ReadFile(const std::wstring& path)
 {
     std::ifstream file(std::filesystem::path(path), std::ios::binary);
     if (!file) throw std::runtime_error("cannot read a test file");
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-bool fileExists(const std::wstring& path)
+bool FileExists(const std::wstring& path)
 {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr wchar_t driversKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Drivers32";
 
-bool setEntry(const std::wstring& entry, const std::wstring& value)
+bool SetEntry(const std::wstring& entry, const std::wstring& value)
 {
     const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
     return RegSetKeyValueW(HKEY_LOCAL_MACHINE, driversKey, entry.c_str(), REG_SZ, value.c_str(),
@@ -39,7 +39,7 @@ InstalledCodec::InstalledCodec(const std::wstring& fourcc, const std::wstring& d
     RegGetValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str(), RRF_RT_REG_SZ, nullptr, before,
                  &size);
     m_before = before;
-    if (!setEntry(m_entry, m_path))
+    if (!SetEntry(m_entry, m_path))
         throw std::runtime_error("cannot install a codec: the registry refuses");
 }
 
@@ -48,7 +48,7 @@ InstalledCodec::~InstalledCodec()
     if (m_before.empty())
         RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, driversKey, m_entry.c_str());
     else
-        setEntry(m_entry, m_before);
+        SetEntry(m_entry, m_before);
 }
 
 } // namespace test_support

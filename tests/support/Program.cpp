@@ -4,16 +4,16 @@
 
 namespace test_support {
 
-std::wstring programPath()
+std::wstring ProgramPath()
 {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     return path;
 }
 
-std::wstring besideProgram(const std::wstring& name)
+std::wstring BesideProgram(const std::wstring& name)
 {
-    const std::wstring program = programPath();
+    const std::wstring program = ProgramPath();
     return program.substr(0, program.find_last_of(L'\\') + 1) + name;
 }
 

@@ -22,7 +22,7 @@ TemporaryRegistryKey::~TemporaryRegistryKey()
     RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
 }
 
-void TemporaryRegistryKey::set(const std::wstring& subkey, const std::wstring& name, DWORD type,
+void TemporaryRegistryKey::Set(const std::wstring& subkey, const std::wstring& name, DWORD type,
                                const void* bytes, DWORD size) const
 {
     const std::wstring path = subkey.empty() ? m_path : m_path + L"\\" + subkey;
@@ -36,17 +36,17 @@ void TemporaryRegistryKey::set(const std::wstring& subkey, const std::wstring& n
     if (status != 0) throw std::runtime_error("cannot set a registry value");
 }
 
-void TemporaryRegistryKey::setText(const std::wstring& subkey, const std::wstring& name,
+void TemporaryRegistryKey::SetText(const std::wstring& subkey, const std::wstring& name,
                                    const std::wstring& text) const
 {
-    set(subkey, name, REG_SZ, text.c_str(),
+    Set(subkey, name, REG_SZ, text.c_str(),
         static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-void TemporaryRegistryKey::setNumber(const std::wstring& subkey, const std::wstring& name,
+void TemporaryRegistryKey::SetNumber(const std::wstring& subkey, const std::wstring& name,
                                      DWORD number) const
 {
-    set(subkey, name, REG_DWORD, &number, sizeof number);
+    Set(subkey, name, REG_DWORD, &number, sizeof number);
 }
 
 } // namespace test_support

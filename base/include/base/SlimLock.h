@@ -23,7 +23,7 @@ public:
     void unlock_shared() noexcept { ReleaseSRWLockShared(&m_lock); }
 
     /// For the functions of the platform that wait on a lock.
-    SRWLOCK* native() noexcept { return &m_lock; }
+    SRWLOCK* Native() noexcept { return &m_lock; }
 
 private:
     SRWLOCK m_lock = SRWLOCK_INIT;

@@ -39,7 +39,8 @@ Request Read(wchar_t** arguments)
     return request;
 }
 
-bool Write(qor_utils::WriteDump function, HANDLE file, const Request& request, MINIDUMP_TYPE type)
+bool Write(qor_utils::DumpFunction function, HANDLE file, const Request& request,
+           MINIDUMP_TYPE type)
 {
     auto exception = request.exception;
     SetFilePointer(file, 0, nullptr, FILE_BEGIN);
@@ -50,7 +51,7 @@ bool Write(qor_utils::WriteDump function, HANDLE file, const Request& request, M
 
 bool WriteFile(const Request& request)
 {
-    const qor_utils::WriteDump function = qor_utils::LoadWriteDump();
+    const qor_utils::DumpFunction function = qor_utils::LoadDumpFunction();
     const base::File file(CreateFileW(request.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!function || !file) return false;

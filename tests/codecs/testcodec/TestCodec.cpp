@@ -10,72 +10,72 @@ namespace {
 
 constexpr DWORD fourcc = mmioFOURCC('T', 'S', 'T', '1');
 
-constinit TestCodecOrders orders{};
+constinit TestCodecOrders s_orders{};
 
-void passGate()
+void PassGate()
 {
-    if (orders.closing) SetEvent(orders.closing);
-    if (orders.mayClose) WaitForSingleObject(orders.mayClose, INFINITE);
+    if (s_orders.closing) SetEvent(s_orders.closing);
+    if (s_orders.mayClose) WaitForSingleObject(s_orders.mayClose, INFINITE);
 }
 
-LRESULT close()
+LRESULT Close()
 {
-    passGate();
-    ++orders.closed;
+    PassGate();
+    ++s_orders.closed;
     return 1;
 }
 
-LRESULT end()
+LRESULT End()
 {
-    passGate();
-    ++orders.ended;
+    PassGate();
+    ++s_orders.ended;
     return ICERR_OK;
 }
 
-LRESULT begin(LRESULT answer)
+LRESULT Begin(LRESULT answer)
 {
-    if (answer == ICERR_OK) ++orders.begun;
+    if (answer == ICERR_OK) ++s_orders.begun;
     return answer;
 }
 
-LRESULT getInfo(ICINFO* info)
+LRESULT GetInfo(ICINFO* info)
 {
     *info = {};
     info->dwSize = sizeof *info;
     info->fccType = ICTYPE_VIDEO;
     info->fccHandler = fourcc;
-    info->dwFlags = orders.flags;
+    info->dwFlags = s_orders.flags;
     info->dwVersionICM = ICVERSION;
-    std::wcscpy(info->szName, orders.shortName);
+    std::wcscpy(info->szName, s_orders.shortName);
     return sizeof *info;
 }
 
-LRESULT getState(BYTE* state, LPARAM size)
+LRESULT GetState(BYTE* state, LPARAM size)
 {
-    ++orders.statesRead;
-    if (orders.stateSize < 0) return ICERR_UNSUPPORTED;
-    if (!state) return orders.stateSize;
+    ++s_orders.statesRead;
+    if (s_orders.stateSize < 0) return ICERR_UNSUPPORTED;
+    if (!state) return s_orders.stateSize;
     for (LPARAM i = 0; i < size; ++i)
         state[i] = static_cast<BYTE>(testCodecStateStart + i);
     return ICERR_OK;
 }
 
-LRESULT setState(const BYTE* state, LPARAM size)
+LRESULT SetState(const BYTE* state, LPARAM size)
 {
-    ++orders.statesWritten;
-    std::memset(orders.state, 0, sizeof orders.state);
+    ++s_orders.statesWritten;
+    std::memset(s_orders.state, 0, sizeof s_orders.state);
     if (state)
-        std::memcpy(orders.state, state,
-                    std::min<std::size_t>(static_cast<std::size_t>(size), sizeof orders.state));
+        std::memcpy(s_orders.state, state,
+                    std::min<std::size_t>(static_cast<std::size_t>(size), sizeof s_orders.state));
     return size;
 }
 
-LRESULT query(const BITMAPINFOHEADER* input)
+LRESULT Query(const BITMAPINFOHEADER* input)
 {
-    return orders.refuseFormat || input->biCompression != BI_RGB ? ICERR_BADFORMAT : ICERR_OK;
+    return s_orders.refuseFormat || input->biCompression != BI_RGB ? ICERR_BADFORMAT : ICERR_OK;
 }
 
-LRESULT getFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output)
+LRESULT GetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output)
 {
     if (output) {
         *output = *input;
@@ -87,34 +87,34 @@ LRESULT getFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output)
     return sizeof(BITMAPINFOHEADER);
 }
 
-LRESULT compress(const ICCOMPRESS* frame)
+LRESULT Compress(const ICCOMPRESS* frame)
 {
-    const LONG index = orders.frames++;
-    orders.quality = static_cast<LONG>(frame->dwQuality);
-    orders.asked = frame->dwFlags & ICCOMPRESS_KEYFRAME;
-    if (orders.failFrom >= 0 && index >= orders.failFrom) return ICERR_ERROR;
+    const LONG index = s_orders.frames++;
+    s_orders.quality = static_cast<LONG>(frame->dwQuality);
+    s_orders.asked = frame->dwFlags & ICCOMPRESS_KEYFRAME;
+    if (s_orders.failFrom >= 0 && index >= s_orders.failFrom) return ICERR_ERROR;
     const auto bytes =
-        static_cast<DWORD>(orders.frameBytes[index % TestCodecOrders::scriptedFrames]);
+        static_cast<DWORD>(s_orders.frameBytes[index % TestCodecOrders::scriptedFrames]);
     std::memcpy(frame->lpOutput, frame->lpInput, bytes);
     frame->lpbiOutput->biSizeImage = bytes;
     if (frame->lpdwFlags) *frame->lpdwFlags = AVIIF_KEYFRAME;
     return ICERR_OK;
 }
 
-LRESULT handle(UINT message, LPARAM first, LPARAM second)
+LRESULT Handle(UINT message, LPARAM first, LPARAM second)
 {
     const auto input = reinterpret_cast<const BITMAPINFOHEADER*>(first);
     switch (message) {
-    case ICM_GETINFO: return getInfo(reinterpret_cast<ICINFO*>(first));
-    case ICM_GETSTATE: return getState(reinterpret_cast<BYTE*>(first), second);
-    case ICM_SETSTATE: return setState(reinterpret_cast<const BYTE*>(first), second);
-    case ICM_COMPRESS_QUERY: return query(input);
+    case ICM_GETINFO: return GetInfo(reinterpret_cast<ICINFO*>(first));
+    case ICM_GETSTATE: return GetState(reinterpret_cast<BYTE*>(first), second);
+    case ICM_SETSTATE: return SetState(reinterpret_cast<const BYTE*>(first), second);
+    case ICM_COMPRESS_QUERY: return Query(input);
     case ICM_COMPRESS_GET_FORMAT:
-        return getFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
+        return GetFormat(input, reinterpret_cast<BITMAPINFOHEADER*>(second));
     case ICM_COMPRESS_GET_SIZE: return input->biWidth * input->biHeight * 4 + 64;
-    case ICM_COMPRESS_BEGIN: return begin(query(input));
-    case ICM_COMPRESS: return compress(reinterpret_cast<const ICCOMPRESS*>(first));
-    case ICM_COMPRESS_END: return end();
+    case ICM_COMPRESS_BEGIN: return Begin(Query(input));
+    case ICM_COMPRESS: return Compress(reinterpret_cast<const ICCOMPRESS*>(first));
+    case ICM_COMPRESS_END: return End();
     default: return ICERR_UNSUPPORTED;
     }
 }
@@ -123,25 +123,25 @@ LRESULT handle(UINT message, LPARAM first, LPARAM second)
 
 extern "C" __declspec(dllexport) TestCodecOrders* TestCodecOrdersOfThisProcess()
 {
-    return &orders;
+    return &s_orders;
 }
 
 extern "C" __declspec(dllexport) LRESULT CALLBACK
     DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
 {
-    ++orders.messages;
+    ++s_orders.messages;
     switch (message) {
     case DRV_LOAD:
     case DRV_FREE:
     case DRV_ENABLE:
     case DRV_DISABLE: return 1;
     case DRV_OPEN:
-        if (orders.refuseOpen) return 0;
-        ++orders.opened;
+        if (s_orders.refuseOpen) return 0;
+        ++s_orders.opened;
         return 1;
-    case DRV_CLOSE: return close();
+    case DRV_CLOSE: return Close();
     default:
         return message < DRV_USER ? DefDriverProc(id, driver, message, first, second)
-                                  : handle(message, first, second);
+                                  : Handle(message, first, second);
     }
 }

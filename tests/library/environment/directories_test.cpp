@@ -17,12 +17,12 @@
 #include <cwchar>
 #include <string>
 
-using test_support::fileExists;
+using test_support::FileExists;
 using test_support::ImportHook;
 using test_support::InDirectory;
 using test_support::LogCapture;
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 namespace {
 
@@ -39,7 +39,7 @@ TEST(CreateDirectory, CreatesTheMissingParents)
     for (wchar_t& character : path)
         if (character == L'\\') character = L'/';
     EXPECT_EQ(utilsExam::CreateDirectoryW(path.c_str()), 1);
-    EXPECT_TRUE(fileExists(folder / L"a\\b\\c"));
+    EXPECT_TRUE(FileExists(folder / L"a\\b\\c"));
 }
 
 TEST(CreateDirectory, FailsForAFolderThatExists)
@@ -62,20 +62,20 @@ TEST(CreateDirectory, IsReachedByTheNameWithoutSuffixToo)
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectory((folder / L"a").c_str()), 1);
     utilsExam::RemoveDirectory((folder / L"a").c_str(), 1);
-    EXPECT_FALSE(fileExists(folder / L"a"));
+    EXPECT_FALSE(FileExists(folder / L"a"));
 }
 
 TEST(CreateDirectory, CollapsesRunsOfUpToEightBackslashes)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"a\\\\\\\\\\\\\\\\b\\\\\\\\").c_str()), 1);
-    EXPECT_TRUE(fileExists(folder / L"a\\b"));
+    EXPECT_TRUE(FileExists(folder / L"a\\b"));
 }
 
 TEST(CreateDirectory, FailsWhereAFileIsInTheWay)
 {
     const TemporaryFolder folder;
-    writeFile(folder / L"file", "x");
+    WriteFile(folder / L"file", "x");
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"file").c_str()), 0);
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"file\\below").c_str()), 0);
 }
@@ -83,12 +83,12 @@ TEST(CreateDirectory, FailsWhereAFileIsInTheWay)
 TEST(CreateDirectory, NeverCreatesTheFirstFolderOfARelativePathByItself)
 {
     const TemporaryFolder folder;
-    const InDirectory inside(folder.path());
+    const InDirectory inside(folder.Path());
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p\\q"), 0);
-    EXPECT_FALSE(fileExists(L"p"));
+    EXPECT_FALSE(FileExists(L"p"));
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p"), 1);
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p\\q\\r"), 1);
-    EXPECT_TRUE(fileExists(folder / L"p\\q\\r"));
+    EXPECT_TRUE(FileExists(folder / L"p\\q\\r"));
 }
 
 // A run-time library that leaves the process somewhere else after every attempt.
@@ -102,13 +102,13 @@ TEST(CreateDirectory, LeavesTheCurrentDirectoryAsItIsOnEveryWayOut)
 {
     const TemporaryFolder folder;
     const InDirectory inside(folder.path());
-    const std::wstring before = test_support::currentDirectory();
+    const std::wstring before = test_support::CurrentDirectory();
     const ImportHook hook(L"Utils_Statics.dll", "_wmkdir",
                           reinterpret_cast<void*>(&MakeNothingAndGoElsewhere));
     for (const wchar_t* const path :
          {L"new", L"none\\below", L"new\\a\\b\\c", L"Q:\\no\\such\\drive", L"", L"?*"}) {
         EXPECT_EQ(utilsExam::CreateDirectoryW(path), 0);
-        EXPECT_EQ(test_support::currentDirectory(), before);
+        EXPECT_EQ(test_support::CurrentDirectory(), before);
     }
 }
 
@@ -116,7 +116,7 @@ TEST(CreateDirectory, TakesNamesBeyondTheBasicPlane)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(utilsExam::CreateDirectoryW((folder / L"\U0001F600\\\u00e4\u4e2d").c_str()), 1);
-    EXPECT_TRUE(fileExists(folder / L"\U0001F600\\\u00e4\u4e2d"));
+    EXPECT_TRUE(FileExists(folder / L"\U0001F600\\\u00e4\u4e2d"));
 }
 
 TEST(CreateDirectory, AttemptsEveryPrefixWhateverTheLength)
@@ -126,8 +126,8 @@ TEST(CreateDirectory, AttemptsEveryPrefixWhateverTheLength)
         const std::wstring parent = folder / (L"new" + std::to_wstring(length));
         const std::wstring path = PathOfLength(parent, length);
         const int created = utilsExam::CreateDirectoryW(path.c_str());
-        EXPECT_TRUE(fileExists(parent)) << length;
-        EXPECT_EQ(created != 0, fileExists(path)) << length;
+        EXPECT_TRUE(FileExists(parent)) << length;
+        EXPECT_EQ(created != 0, FileExists(path)) << length;
         ::RemoveDirectoryW(path.c_str());
     }
 }
@@ -138,9 +138,9 @@ TEST(CreateDirectory, CreatesTheMissingParentsOfTheLongestPath)
     const std::wstring parent = folder / (L"a\\" + std::wstring(100, L'p'));
     const std::wstring path = PathOfLength(parent, 259);
     const int created = utilsExam::CreateDirectoryW(path.c_str());
-    EXPECT_EQ(created != 0, fileExists(path));
-    EXPECT_TRUE(fileExists(parent));
-    if (!fileExists(path)) GTEST_SKIP() << "the platform makes no folder of 259 characters";
+    EXPECT_EQ(created != 0, FileExists(path));
+    EXPECT_TRUE(FileExists(parent));
+    if (!FileExists(path)) GTEST_SKIP() << "the platform makes no folder of 259 characters";
     EXPECT_EQ(utilsExam::CreateDirectoryW(path.c_str()), 0);
 }
 
@@ -148,16 +148,16 @@ TEST(RemoveDirectory, DeletesATreeWithReadOnlyAndHiddenFiles)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a\\b").c_str());
-    writeFile(folder / L"tree\\plain", "x");
-    writeFile(folder / L"tree\\a\\readonly", "x");
-    writeFile(folder / L"tree\\a\\b\\hidden\U0001F600", "x");
+    WriteFile(folder / L"tree\\plain", "x");
+    WriteFile(folder / L"tree\\a\\readonly", "x");
+    WriteFile(folder / L"tree\\a\\b\\hidden\U0001F600", "x");
     SetFileAttributesW((folder / L"tree\\a\\readonly").c_str(), FILE_ATTRIBUTE_READONLY);
     SetFileAttributesW((folder / L"tree\\a\\b\\hidden\U0001F600").c_str(), FILE_ATTRIBUTE_HIDDEN);
     SetFileAttributesW((folder / L"tree\\a").c_str(), FILE_ATTRIBUTE_READONLY);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_FALSE(fileExists(folder / L"tree"));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_FALSE(FileExists(folder / L"tree"));
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST(RemoveDirectory, TakesTheThreeSpellingsOfAPath)
@@ -166,7 +166,7 @@ TEST(RemoveDirectory, TakesTheThreeSpellingsOfAPath)
     for (const wchar_t* const spelling : {L"tree\\", L"/tree//", L"\\\\tree\\\\\\\\"}) {
         utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
         utilsExam::RemoveDirectoryW((folder / spelling).c_str(), 1);
-        EXPECT_FALSE(fileExists(folder / L"tree")) << testing::PrintToString(spelling);
+        EXPECT_FALSE(FileExists(folder / L"tree")) << testing::PrintToString(spelling);
     }
 }
 
@@ -174,11 +174,11 @@ TEST(RemoveDirectory, TakesARelativePathFromTheCurrentDirectory)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
-    const InDirectory inside(folder.path());
-    const std::wstring before = test_support::currentDirectory();
+    const InDirectory inside(folder.Path());
+    const std::wstring before = test_support::CurrentDirectory();
     utilsExam::RemoveDirectoryW(L"tree", 0);
-    EXPECT_FALSE(fileExists(folder / L"tree"));
-    EXPECT_EQ(test_support::currentDirectory(), before);
+    EXPECT_FALSE(FileExists(folder / L"tree"));
+    EXPECT_EQ(test_support::CurrentDirectory(), before);
 }
 
 TEST(RemoveDirectory, DoesNothingWhereNothingIs)
@@ -190,13 +190,13 @@ TEST(RemoveDirectory, DoesNothingWhereNothingIs)
     utilsExam::RemoveDirectoryW(L"", 1);
     utilsExam::RemoveDirectoryW(nullptr, 1);
     utilsExam::RemoveDirectoryW(nullptr, 0);
-    EXPECT_TRUE(log.take().empty());
-    EXPECT_TRUE(fileExists(folder.path()));
+    EXPECT_TRUE(log.Take().empty());
+    EXPECT_TRUE(FileExists(folder.Path()));
 }
 
 void ExpectErrorCode(LogCapture& log, int line)
 {
-    const auto messages = log.take();
+    const auto messages = log.Take();
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].source, "Utils_Statics/Utils_Statics");
     EXPECT_EQ(messages[0].line, line);
@@ -209,18 +209,18 @@ TEST(RemoveDirectory, LogsWhenAFileOfTheTreeIsHeldOpen)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
-    writeFile(folder / L"tree\\a\\held", "x");
+    WriteFile(folder / L"tree\\a\\held", "x");
     base::File held(CreateFileW((folder / L"tree\\a\\held").c_str(), GENERIC_READ, 0, nullptr,
                                 OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(held);
     LogCapture log;
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_TRUE(fileExists(folder / L"tree\\a\\held"));
+    EXPECT_TRUE(FileExists(folder / L"tree\\a\\held"));
     ExpectErrorCode(log, 521);
     held.reset();
     utilsExam::RemoveDirectoryW((folder / L"tree").c_str(), 1);
-    EXPECT_FALSE(fileExists(folder / L"tree"));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_FALSE(FileExists(folder / L"tree"));
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST(RemoveDirectory, DeletesAPathOf259Characters)
@@ -229,12 +229,12 @@ TEST(RemoveDirectory, DeletesAPathOf259Characters)
     const std::wstring deep = folder / std::wstring(100, L'p');
     ASSERT_TRUE(::CreateDirectoryW(deep.c_str(), nullptr));
     const std::wstring path = PathOfLength(deep, 259);
-    writeFile(path, "x");
+    WriteFile(path, "x");
     LogCapture log;
     utilsExam::RemoveDirectoryW(path.c_str(), 1);
-    EXPECT_FALSE(fileExists(path));
-    EXPECT_TRUE(fileExists(deep));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_FALSE(FileExists(path));
+    EXPECT_TRUE(FileExists(deep));
+    EXPECT_TRUE(log.Take().empty());
 }
 
 // What the library hands to the shell.
@@ -302,7 +302,7 @@ TEST(RemoveDirectory, CollapsesBackslashesTwice)
 {
     const TemporaryFolder folder;
     const std::wstring path = folder / L"file";
-    writeFile(path, "x");
+    WriteFile(path, "x");
     const ImportHook hook = ShellRequest::Hook();
     utilsExam::RemoveDirectoryW(WithRun(path, 4).c_str(), 1);
     EXPECT_EQ(ShellRequest::s_from, ListOf(path));
@@ -327,40 +327,40 @@ protected:
 TEST_F(ShellOperationTest, CopiesAFolder)
 {
     utilsExam::CreateDirectoryW((folder / L"from\\a").c_str());
-    writeFile(folder / L"from\\a\\file", "content");
+    WriteFile(folder / L"from\\a\\file", "content");
     EXPECT_EQ(Run(FO_COPY, folder / L"from\\", (folder / L"//to").c_str()), 1);
-    EXPECT_EQ(test_support::readFile(folder / L"to\\a\\file"), "content");
-    EXPECT_TRUE(fileExists(folder / L"from\\a\\file"));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_EQ(test_support::ReadFile(folder / L"to\\a\\file"), "content");
+    EXPECT_TRUE(FileExists(folder / L"from\\a\\file"));
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST_F(ShellOperationTest, MakesMissingFoldersWithoutAskingWhenSilent)
 {
-    writeFile(folder / L"one", "1");
+    WriteFile(folder / L"one", "1");
     EXPECT_EQ(Run(FO_COPY, folder / L"one", (folder / L"new\\deeper\\one").c_str()), 1);
-    EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "1");
-    writeFile(folder / L"two", "2");
+    EXPECT_EQ(test_support::ReadFile(folder / L"new\\deeper\\one"), "1");
+    WriteFile(folder / L"two", "2");
     EXPECT_EQ(Run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()),
               1); // replaced unasked
-    EXPECT_EQ(test_support::readFile(folder / L"new\\deeper\\one"), "2");
+    EXPECT_EQ(test_support::ReadFile(folder / L"new\\deeper\\one"), "2");
 }
 
 TEST_F(ShellOperationTest, MovesAndRenamesFiles)
 {
-    writeFile(folder / L"one", "1");
+    WriteFile(folder / L"one", "1");
     utilsExam::CreateDirectoryW((folder / L"sub").c_str());
     EXPECT_EQ(Run(FO_MOVE, folder / L"one", (folder / L"sub\\two").c_str()), 1);
-    EXPECT_EQ(test_support::readFile(folder / L"sub\\two"), "1");
+    EXPECT_EQ(test_support::ReadFile(folder / L"sub\\two"), "1");
     EXPECT_EQ(Run(FO_RENAME, folder / L"sub\\two", (folder / L"sub\\three").c_str()), 1);
-    EXPECT_TRUE(fileExists(folder / L"sub\\three"));
-    EXPECT_FALSE(fileExists(folder / L"sub\\two"));
+    EXPECT_TRUE(FileExists(folder / L"sub\\three"));
+    EXPECT_FALSE(FileExists(folder / L"sub\\two"));
 }
 
 TEST_F(ShellOperationTest, DeletesWithoutADestination)
 {
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
     EXPECT_EQ(Run(FO_DELETE, folder / L"tree", nullptr), 1);
-    EXPECT_FALSE(fileExists(folder / L"tree"));
+    EXPECT_FALSE(FileExists(folder / L"tree"));
 }
 
 TEST_F(ShellOperationTest, HandsTheShellWhatTheCallerGaveAndTheFlagsOfItsMode)
@@ -393,21 +393,21 @@ TEST_F(ShellOperationTest, LogsAFailure)
 {
     EXPECT_EQ(Run(FO_COPY, folder / L"none\\none", (folder / L"two").c_str()), 0);
     ExpectErrorCode(log, 581);
-    EXPECT_EQ(Run(99, folder.path(), nullptr), 0);
+    EXPECT_EQ(Run(99, folder.Path(), nullptr), 0);
     ExpectErrorCode(log, 581);
 }
 
 TEST_F(ShellOperationTest, RefusesPathsThatDoNotFitTheBufferWithTwoZeros)
 {
-    writeFile(folder / L"one", "1");
+    WriteFile(folder / L"one", "1");
     for (const std::size_t length : {259u, 260u, 300u}) {
-        const std::wstring path = PathOfLength(folder.path(), length);
+        const std::wstring path = PathOfLength(folder.Path(), length);
         EXPECT_EQ(Run(FO_COPY, folder / L"one", path.c_str()), 0);
         ExpectErrorCode(log, 581);
         EXPECT_EQ(Run(FO_DELETE, path, nullptr), 0);
         ExpectErrorCode(log, 581);
     }
-    EXPECT_TRUE(fileExists(folder / L"one"));
+    EXPECT_TRUE(FileExists(folder / L"one"));
 }
 
 TEST_F(ShellOperationTest, CollapsesBackslashesOnce)
@@ -416,35 +416,35 @@ TEST_F(ShellOperationTest, CollapsesBackslashesOnce)
     const std::wstring from = PathOfLength(parent, 258);
     const std::wstring to = PathOfLength(parent, 257) + L"e";
     ASSERT_EQ(utilsExam::CreateDirectoryW(parent.c_str()), 1);
-    writeFile(from, "x");
+    WriteFile(from, "x");
     EXPECT_EQ(Run(FO_MOVE, WithRun(from, 4), to.c_str()), 0);
     EXPECT_EQ(Run(FO_MOVE, from, WithRun(to, 4).c_str()), 0);
-    EXPECT_TRUE(fileExists(from));
-    log.take();
+    EXPECT_TRUE(FileExists(from));
+    log.Take();
     EXPECT_EQ(Run(FO_MOVE, WithRun(from, 2), WithRun(to, 2).c_str()), 1);
-    EXPECT_TRUE(fileExists(to));
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_TRUE(FileExists(to));
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST_F(ShellOperationTest, HandsOverTheCallersFlags)
 {
     utilsExam::CreateDirectoryW((folder / L"from\\sub").c_str());
     utilsExam::CreateDirectoryW((folder / L"to").c_str());
-    writeFile(folder / L"from\\file", "x");
+    WriteFile(folder / L"from\\file", "x");
     EXPECT_EQ(Run(FO_COPY, folder / L"from\\*.*", (folder / L"to").c_str(), 1, FOF_FILESONLY), 1);
-    EXPECT_TRUE(fileExists(folder / L"to\\file"));
-    EXPECT_FALSE(fileExists(folder / L"to\\sub"));
+    EXPECT_TRUE(FileExists(folder / L"to\\file"));
+    EXPECT_FALSE(FileExists(folder / L"to\\sub"));
 }
 
 TEST_F(ShellOperationTest, RefusesAnAbsentSource)
 {
-    const InDirectory inside(folder.path());
-    writeFile(folder / L"one", "1");
+    const InDirectory inside(folder.Path());
+    WriteFile(folder / L"one", "1");
     EXPECT_EQ(Run(FO_DELETE, L"", nullptr), 0);
     EXPECT_EQ(
         utilsExam::SHFileOperationW(FO_DELETE, nullptr, nullptr, 1, 0, nullptr, nullptr, nullptr),
         0);
-    EXPECT_TRUE(fileExists(folder / L"one"));
+    EXPECT_TRUE(FileExists(folder / L"one"));
 }
 
 } // namespace

@@ -15,9 +15,9 @@
 #include <thread>
 #include <vector>
 
-using test_support::fileExists;
+using test_support::FileExists;
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 namespace {
 
@@ -25,17 +25,17 @@ TEST(GetDirectorySize, AddsTheFilesOfTheWholeTree)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"a\\b").c_str());
-    writeFile(folder / L"1", std::string(10, 'x'));
-    writeFile(folder / L"a\\2", std::string(200, 'x'));
-    writeFile(folder / L"a\\b\\\U0001F600", std::string(3000, 'x'));
-    writeFile(folder / L"empty", "");
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 3210);
+    WriteFile(folder / L"1", std::string(10, 'x'));
+    WriteFile(folder / L"a\\2", std::string(200, 'x'));
+    WriteFile(folder / L"a\\b\\\U0001F600", std::string(3000, 'x'));
+    WriteFile(folder / L"empty", "");
+    EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), 3210);
 }
 
 TEST(GetDirectorySize, IsZeroWhereNothingCanBeEnumerated)
 {
     const TemporaryFolder folder;
-    writeFile(folder / L"file", "x");
+    WriteFile(folder / L"file", "x");
     EXPECT_EQ(utilsExam::GetDirectorySize((folder / L"none").c_str()), 0);
     EXPECT_EQ(utilsExam::GetDirectorySize((folder / L"file").c_str()), 0);
     EXPECT_EQ(utilsExam::GetDirectorySize((folder / std::wstring(300, L'd')).c_str()), 0);
@@ -45,13 +45,13 @@ TEST(GetDirectorySize, CountsHiddenFilesButNoHiddenFolders)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"hidden").c_str());
-    writeFile(folder / L"hidden\\1", std::string(10, 'x'));
-    writeFile(folder / L"2", std::string(200, 'x'));
+    WriteFile(folder / L"hidden\\1", std::string(10, 'x'));
+    WriteFile(folder / L"2", std::string(200, 'x'));
     SetFileAttributesW((folder / L"2").c_str(), FILE_ATTRIBUTE_HIDDEN);
     ASSERT_TRUE(SetFileAttributesW((folder / L"hidden").c_str(), FILE_ATTRIBUTE_HIDDEN));
     if ((GetFileAttributesW((folder / L"hidden").c_str()) & FILE_ATTRIBUTE_HIDDEN) == 0)
         GTEST_SKIP() << "this file system keeps no hidden attribute";
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 200);
+    EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), 200);
 }
 
 TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
@@ -66,7 +66,7 @@ TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
         SetFilePointerEx(file.get(), size, nullptr, FILE_BEGIN) && SetEndOfFile(file.get());
     file.reset();
     if (!sized) GTEST_SKIP() << "this file system keeps no file of 5 GB";
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), 5'000'000'000);
+    EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), 5'000'000'000);
 }
 
 // The sum as it is defined, folder by folder.
@@ -102,7 +102,7 @@ public:
             path += L"\\folder";
             if (!::CreateDirectoryW(path.c_str(), nullptr)) return;
             m_folders.push_back(path);
-            writeFile(path + L"\\f", "x");
+            WriteFile(path + L"\\f", "x");
         }
     }
     ~DeepTree()
@@ -124,10 +124,10 @@ private:
 TEST(GetDirectorySize, CountsLongPathsWhereThePlatformEnumeratesThem)
 {
     const TemporaryFolder folder;
-    const DeepTree tree(folder.path(), 60); // over 400 characters
+    const DeepTree tree(folder.Path(), 60); // over 400 characters
     if (tree.Depth() < 60) GTEST_SKIP() << "this file system holds no such depth";
-    EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), PlainSize(folder.path()));
-    EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.path()).c_str()), tree.Depth());
+    EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), PlainSize(folder.Path()));
+    EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.Path()).c_str()), tree.Depth());
 }
 
 // Starts one of the host's own tools on a folder, where the platform runs on a host that has them.
@@ -155,9 +155,9 @@ bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& pat
 
 bool WaitUntil(bool exists, const std::wstring& path)
 {
-    for (int tries = 0; tries < 500 && fileExists(path) != exists; ++tries)
+    for (int tries = 0; tries < 500 && FileExists(path) != exists; ++tries)
         Sleep(10);
-    return fileExists(path) == exists;
+    return FileExists(path) == exists;
 }
 
 // A link to a folder, made and removed by the platform's functions or, where these do nothing, by
@@ -168,17 +168,17 @@ public:
     FolderLink(const std::wstring& link, const std::wstring& target) : m_link(link)
     {
         CreateSymbolicLinkW(link.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
-        if (!fileExists(link) && StartHostTool("ln -s", {target, link})) WaitUntil(true, link);
+        if (!FileExists(link) && StartHostTool("ln -s", {target, link})) WaitUntil(true, link);
     }
     ~FolderLink()
     {
         ::RemoveDirectoryW(m_link.c_str());
-        if (fileExists(m_link) && StartHostTool("rm", {m_link})) WaitUntil(false, m_link);
+        if (FileExists(m_link) && StartHostTool("rm", {m_link})) WaitUntil(false, m_link);
     }
     FolderLink(const FolderLink&) = delete;
     FolderLink& operator=(const FolderLink&) = delete;
 
-    bool Exists() const { return fileExists(m_link); }
+    bool Exists() const { return FileExists(m_link); }
 
 private:
     std::wstring m_link;
@@ -188,11 +188,11 @@ TEST(GetDirectorySize, EndsInALoopOfLinks)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"a\\b").c_str());
-    writeFile(folder / L"a\\file", std::string(100, 'x'));
+    WriteFile(folder / L"a\\file", std::string(100, 'x'));
     const FolderLink link(folder / L"a\\b\\loop", folder / L"a");
     if (!link.Exists()) GTEST_SKIP() << "folder links cannot be made here";
     const DWORD attributes = GetFileAttributesW((folder / L"a\\b\\loop").c_str());
-    const std::int64_t size = utilsExam::GetDirectorySize(folder.path().c_str());
+    const std::int64_t size = utilsExam::GetDirectorySize(folder.Path().c_str());
     const bool marked = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     EXPECT_TRUE(marked ? size == 100 : size >= 100)
         << size; // linked folders are skipped where they are known as such
@@ -207,7 +207,7 @@ TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
             const std::wstring inner = folder / (L"tree\\" + std::to_wstring(outer) + L"\\deeper");
             utilsExam::CreateDirectoryW(inner.c_str());
             for (int file = 0; file < 6; ++file)
-                writeFile(inner + L"\\" + std::to_wstring(file), std::string(10, 'x'));
+                WriteFile(inner + L"\\" + std::to_wstring(file), std::string(10, 'x'));
         }
         const std::wstring tree = folder / L"tree";
         ASSERT_EQ(utilsExam::GetDirectorySize(tree.c_str()), whole);
@@ -225,7 +225,7 @@ TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
         remover.join();
         utilsExam::RemoveDirectoryW(tree.c_str(), 1);
         EXPECT_EQ(utilsExam::GetDirectorySize(tree.c_str()), 0);
-        EXPECT_FALSE(fileExists(tree));
+        EXPECT_FALSE(FileExists(tree));
     }
 }
 
@@ -234,7 +234,7 @@ TEST(GetDirectorySize, AgreesWithRandomTrees)
     std::mt19937 random(8);
     for (int round = 0; round < 10; ++round) {
         const TemporaryFolder folder;
-        std::vector<std::wstring> folders{folder.path()};
+        std::vector<std::wstring> folders{folder.Path()};
         std::int64_t expected = 0;
         for (int entry = 0; entry < 30; ++entry) {
             const std::wstring path =
@@ -246,10 +246,10 @@ TEST(GetDirectorySize, AgreesWithRandomTrees)
                 continue;
             }
             const std::size_t size = random() % 5000;
-            writeFile(path, std::string(size, 'x'));
+            WriteFile(path, std::string(size, 'x'));
             expected += static_cast<std::int64_t>(size);
         }
-        EXPECT_EQ(utilsExam::GetDirectorySize(folder.path().c_str()), expected);
+        EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), expected);
     }
 }
 

@@ -12,14 +12,14 @@
 #include <string>
 
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 namespace {
 
 TEST(GetFileData, DescribesTheFirstMatch)
 {
     const TemporaryFolder folder;
-    writeFile(folder / L"file\U0001F600.txt", std::string(77, 'x'));
+    WriteFile(folder / L"file\U0001F600.txt", std::string(77, 'x'));
     WIN32_FIND_DATAW data = {};
     EXPECT_EQ(utilsExam::GetFileData((folder / L"*.txt").c_str(), &data), 1);
     EXPECT_STREQ(data.cFileName, L"file\U0001F600.txt");
@@ -33,7 +33,7 @@ TEST(CheckFileIsWritable, ClearsTheReadOnlyAttribute)
 {
     const TemporaryFolder folder;
     const std::wstring path = folder / L"file";
-    writeFile(path, "x");
+    WriteFile(path, "x");
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
@@ -44,7 +44,7 @@ TEST(CheckFileIsWritable, LeavesNoOtherAttributeOfAReadOnlyFile)
 {
     const TemporaryFolder folder;
     const std::wstring path = folder / L"file";
-    writeFile(path, "x");
+    WriteFile(path, "x");
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(path.c_str()));
     if (!(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN))

@@ -18,7 +18,7 @@
 using test_support::LogCapture;
 using test_support::LoggedMessage;
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 namespace {
 
@@ -31,24 +31,24 @@ std::wstring WithForwardSlashes(std::wstring path)
 
 TEST(GetApplicationFilePath, IsTheFileOfTheRunningProgram)
 {
-    EXPECT_EQ(utilsExam::GetApplicationFilePath(), test_support::programPath().c_str());
+    EXPECT_EQ(utilsExam::GetApplicationFilePath(), test_support::ProgramPath().c_str());
 }
 
 TEST(GetApplicationPath, IsTheProgramsFolderWithATrailingBackslash)
 {
-    EXPECT_EQ(utilsExam::GetApplicationPath(), test_support::besideProgram(L"").c_str());
+    EXPECT_EQ(utilsExam::GetApplicationPath(), test_support::BesideProgram(L"").c_str());
 }
 
 // Values below a root key of this process's own.
 class RegistryPathTest : public testing::Test
 {
 protected:
-    RegistryPathTest() { qor_utils::SetProfileRoot(m_root.path().c_str()); }
+    RegistryPathTest() { qor_utils::SetProfileRoot(m_root.Path().c_str()); }
     ~RegistryPathTest() override { qor_utils::SetProfileRoot(nullptr); }
 
     void Store(const wchar_t* name, const std::wstring& value) const
     {
-        m_root.setText(L"System\\Path", name, value);
+        m_root.SetText(L"System\\Path", name, value);
     }
 
 private:
@@ -194,14 +194,14 @@ TEST(GetStudyPath, HasTheLoggerCheckTheStudysFolder)
 {
     LogCapture log;
     utilsExam::GetStudyPath(L"D:\\db\\P1\\S1\\O1");
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_TRUE(log.Take().empty());
     EXPECT_STREQ(utilsExam::GetStudyPath(L"D:\\db\\P1\\S|1\\O1"), L"D:\\db\\P1\\S|1\\study.xml");
-    const auto messages = log.take();
+    const auto messages = log.Take();
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].source, "Utils_Statics/Utils_Statics");
     EXPECT_EQ(messages[0].line, 1029);
     utilsExam::GetPatientPath(L"D:\\db\\P1\\S|1\\O1");
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_TRUE(log.Take().empty());
 }
 
 class ParsePathTest : public testing::Test
@@ -237,12 +237,12 @@ TEST_F(ParsePathTest, GivesAnEmptyTextForBlanks)
     EXPECT_STREQ(Parse(L""), L"");
     EXPECT_STREQ(Parse(L" \t\r\n "), L"");
     EXPECT_STREQ(Parse(nullptr), L"");
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(ParsePathTest, TrimsAllWhiteSpace)
 {
-    writeFile(m_folder / L"lay\\img.png", "");
+    WriteFile(m_folder / L"lay\\img.png", "");
     for (const wchar_t* const blank :
          {L" ", L"\t", L"\r\n", L"\v", L"\f", L"\x00A0", L"\x2003", L"\x3000", L" \x2028\t"}) {
         EXPECT_STREQ(Parse(blank), L"");
@@ -256,17 +256,17 @@ TEST_F(ParsePathTest, GivesAnAbsolutePathTrimmedAndUnchanged)
     EXPECT_STREQ(Parse(L"C:\\no such\\img.png"), L"C:\\no such\\img.png");
     EXPECT_STREQ(Parse(L"  C:/no such/img.png\t"), L"C:/no such/img.png");
     EXPECT_STREQ(Parse(L"\\img.png"), L"\\img.png");
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(ParsePathTest, FindsAFileBesideTheReference)
 {
-    writeFile(m_folder / L"lay\\img.png", "");
+    WriteFile(m_folder / L"lay\\img.png", "");
     EXPECT_EQ(Parse(L" img.png "), Address(L"lay\\img.png").c_str());
     const std::wstring asAddress = L"file:///" + WithForwardSlashes(m_reference);
     EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"img.png"),
               Address(L"lay\\img.png").c_str());
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
@@ -275,22 +275,22 @@ TEST_F(ParsePathTest, TriesTheFiveCandidatesInOrder)
         Address(L"lay\\img.png"), Address(L"lay\\res\\img.png"), m_folder / L"layouts\\img.png",
         m_folder / L"layouts\\res/img.png", m_folder / L"fallback\\img.png"};
     for (const std::wstring& candidate : candidates)
-        writeFile(candidate, "");
+        WriteFile(candidate, "");
     for (const std::wstring& candidate : candidates) {
         EXPECT_EQ(Parse(L"img.png"), candidate.c_str());
         ASSERT_TRUE(DeleteFileW(candidate.c_str()));
     }
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
     EXPECT_STREQ(Parse(L"img.png"), L"");
     const LoggedMessage missing{"Utils_Statics/Utils_Statics", 1332, 2,
                                 L"Layout File - File " + candidates[4] + L" not found."};
-    EXPECT_EQ(m_log.take(), std::vector<LoggedMessage>{missing});
+    EXPECT_EQ(m_log.Take(), std::vector<LoggedMessage>{missing});
 }
 
 TEST_F(ParsePathTest, TurnsTheBackslashesOfThePathRound)
 {
     CreateDirectoryW((m_folder / L"lay\\sub").c_str(), nullptr);
-    writeFile(m_folder / L"lay\\sub\\img.png", "");
+    WriteFile(m_folder / L"lay\\sub\\img.png", "");
     EXPECT_EQ(Parse(L"sub\\img.png"), Address(L"lay\\sub\\img.png").c_str());
 }
 
@@ -302,12 +302,12 @@ TEST_F(ParsePathTest, ComposesAPathThroughTheParentFolderWithoutLookingForIt)
     EXPECT_EQ(Parse(L"..\\none.png"), Address(L"lay\\../none.png").c_str());
     // The second character alone decides.
     EXPECT_EQ(Parse(L"a.png"), Address(L"lay\\a.png").c_str());
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(ParsePathTest, LooksForANameOfOneCharacter)
 {
-    writeFile(m_folder / L"lay\\x", "");
+    WriteFile(m_folder / L"lay\\x", "");
     EXPECT_EQ(Parse(L"x"), Address(L"lay\\x").c_str());
 }
 
@@ -315,13 +315,13 @@ TEST_F(ParsePathTest, CutsTheReferenceAtTheFirstOccurrenceOfItsFileName)
 {
     CreateDirectoryW((m_folder / L"my-main.xml-files").c_str(), nullptr);
     const std::wstring reference = m_folder / L"my-main.xml-files\\main.xml";
-    writeFile(m_folder / L"my-img.png", "");
+    WriteFile(m_folder / L"my-img.png", "");
     EXPECT_EQ(utilsExam::ParsePath(reference.c_str(), L"img.png"), Address(L"my-img.png").c_str());
 }
 
 TEST_F(ParsePathTest, LooksInTheCurrentDirectoryAndTheStoresWithoutAReference)
 {
-    writeFile(m_folder / L"layouts\\only-here.png", "");
+    WriteFile(m_folder / L"layouts\\only-here.png", "");
     EXPECT_EQ(utilsExam::ParsePath(nullptr, L"only-here.png"),
               (m_folder / L"layouts\\only-here.png").c_str());
     EXPECT_EQ(utilsExam::ParsePath(L"", L"only-here.png"),
@@ -332,7 +332,7 @@ TEST_F(ParsePathTest, TakesPathsOfAnyLength)
 {
     for (const std::size_t length : {259u, 260u, 300u, 40000u}) {
         EXPECT_STREQ(Parse(std::wstring(length, L'x').c_str()), L"");
-        const auto messages = m_log.take();
+        const auto messages = m_log.Take();
         ASSERT_EQ(messages.size(), 1u);
         EXPECT_EQ(messages[0].line, 1332);
         const std::wstring absolute = L"C:\\" + std::wstring(length - 3, L'x');
@@ -342,7 +342,7 @@ TEST_F(ParsePathTest, TakesPathsOfAnyLength)
 
 TEST_F(ParsePathTest, FindsNamesBeyondTheBasicPlane)
 {
-    writeFile(m_folder / L"lay\\\U0001F600.png", "");
+    WriteFile(m_folder / L"lay\\\U0001F600.png", "");
     EXPECT_EQ(Parse(L"\U0001F600.png"), Address(L"lay\\\U0001F600.png").c_str());
 }
 

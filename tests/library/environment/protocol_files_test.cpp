@@ -8,11 +8,11 @@
 
 #include <windows.h>
 
-using test_support::fileExists;
+using test_support::FileExists;
 using test_support::LogCapture;
 using test_support::LoggedMessage;
 using test_support::TemporaryFolder;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 namespace {
 
@@ -46,10 +46,10 @@ protected:
 
 TEST_F(ProtocolFilesTest, SavePathIsInAFolderNamedLikeTheFactoryFolder)
 {
-    ASSERT_FALSE(fileExists(folder / L"saved\\P1"));
+    ASSERT_FALSE(FileExists(folder / L"saved\\P1"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
               (folder / L"saved\\P1\\a.xml").c_str());
-    EXPECT_TRUE(fileExists(folder / L"saved\\P1"));
+    EXPECT_TRUE(FileExists(folder / L"saved\\P1"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
               (folder / L"saved\\P1\\a.xml").c_str());
 }
@@ -60,7 +60,7 @@ TEST_F(ProtocolFilesTest, SavePathTakesAFolderThatIsNamed)
               (folder / L"saved\\other\\a.xml").c_str());
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L"x\\y\\/\\"),
               (folder / L"saved\\x\\y\\a.xml").c_str());
-    EXPECT_TRUE(fileExists(folder / L"saved\\x\\y"));
+    EXPECT_TRUE(FileExists(folder / L"saved\\x\\y"));
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", L""), (folder / L"saved\\a.xml").c_str());
     EXPECT_EQ(utilsExam::GetProtocolSavePath(nullptr, L"other"),
               (folder / L"saved\\other\\").c_str());
@@ -77,10 +77,10 @@ TEST_F(ProtocolFilesTest, SavePathTakesFoldersWithoutAndWithSeveralTrailingSlash
 
 TEST_F(ProtocolFilesTest, SavePathIsGivenWhereTheFolderCannotBeCreated)
 {
-    writeFile(folder / L"saved\\P1", "a file in the way");
+    WriteFile(folder / L"saved\\P1", "a file in the way");
     EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
               (folder / L"saved\\P1\\a.xml").c_str());
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST_F(ProtocolFilesTest, EachLayerShadowsTheNextOnes)
@@ -90,20 +90,20 @@ TEST_F(ProtocolFilesTest, EachLayerShadowsTheNextOnes)
                                    folder / L"fallback\\m.xml"};
     utilsExam::CreateDirectoryW((folder / L"saved\\P1").c_str());
     for (const std::wstring& layer : layers)
-        writeFile(layer, "x");
+        WriteFile(layer, "x");
     for (const std::wstring& layer : layers) {
         EXPECT_EQ(utilsExam::GetProtocolFile(L"m.xml"), layer.c_str());
         ASSERT_TRUE(DeleteFileW(layer.c_str()));
     }
-    EXPECT_TRUE(log.take().empty());
+    EXPECT_TRUE(log.Take().empty());
 }
 
 TEST_F(ProtocolFilesTest, FactoryAndBaseFilesIgnoreTheLayersAbove)
 {
     utilsExam::CreateDirectoryW((folder / L"saved\\P1").c_str());
-    writeFile(folder / L"saved\\P1\\m.xml", "x");
-    writeFile(folder / L"factory\\P1\\m.xml", "x");
-    writeFile(folder / L"second\\m.xml", "x");
+    WriteFile(folder / L"saved\\P1\\m.xml", "x");
+    WriteFile(folder / L"factory\\P1\\m.xml", "x");
+    WriteFile(folder / L"second\\m.xml", "x");
     EXPECT_EQ(utilsExam::GetFactoryProtocolFile(L"m.xml"),
               (folder / L"factory\\P1\\m.xml").c_str());
     EXPECT_EQ(utilsExam::GetBaseProtocolFile(L"m.xml"), (folder / L"second\\m.xml").c_str());
@@ -116,10 +116,10 @@ TEST_F(ProtocolFilesTest, AMissingFileIsLoggedAndItsLastCandidateGiven)
                                     L") nor Factory Settings Folder (" + folder / L"fallback\\" +
                                     L") contain none.xml."};
     EXPECT_EQ(utilsExam::GetProtocolFile(L"none.xml"), (folder / L"fallback\\none.xml").c_str());
-    EXPECT_EQ(log.take(), std::vector<LoggedMessage>{missing});
+    EXPECT_EQ(log.Take(), std::vector<LoggedMessage>{missing});
     EXPECT_EQ(utilsExam::GetBaseProtocolFile(L"none.xml"),
               (folder / L"fallback\\none.xml").c_str());
-    EXPECT_EQ(log.take(), std::vector<LoggedMessage>{missing});
+    EXPECT_EQ(log.Take(), std::vector<LoggedMessage>{missing});
 }
 
 TEST_F(ProtocolFilesTest, TheTwoOptionalFilesAreNotLoggedInAnySpelling)
@@ -127,15 +127,15 @@ TEST_F(ProtocolFilesTest, TheTwoOptionalFilesAreNotLoggedInAnySpelling)
     for (const wchar_t* const name : {L"worksheet.xml", L"Worksheet.XML",
                                       L"measurements-custom.xml", L"MEASUREMENTS-Custom.xml"}) {
         EXPECT_EQ(utilsExam::GetProtocolFile(name), (folder / L"fallback" + L"\\" + name).c_str());
-        EXPECT_TRUE(log.take().empty());
+        EXPECT_TRUE(log.Take().empty());
     }
     utilsExam::GetProtocolFile(L"worksheet.xml2");
-    EXPECT_EQ(log.take().size(), 1u);
+    EXPECT_EQ(log.Take().size(), 1u);
 }
 
 TEST_F(ProtocolFilesTest, NamesMayBeLongOrBeyondTheBasicPlane)
 {
-    writeFile(folder / L"base\\\U0001F600.xml", "x");
+    WriteFile(folder / L"base\\\U0001F600.xml", "x");
     EXPECT_EQ(utilsExam::GetProtocolFile(L"\U0001F600.xml"),
               (folder / L"base\\\U0001F600.xml").c_str());
     const std::wstring name(300, L'x');

@@ -136,14 +136,14 @@ TEST_F(MouseCaptureTest, DefaultsOfAHandler)
 
 TEST_F(MouseCaptureTest, TheTableOfAHandlerKeepsItsOrder)
 {
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::OnMouseInput), 0u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::OnReleaseMouse), 1u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::GetAutoPoints), 2u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::SetLock), 3u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::HasBackgroundPoint), 4u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::GetLockType), 5u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::GetLockOrder), 6u);
-    EXPECT_EQ(test_support::virtualPlace(&IMouseHandler::GetBackgroundRect), 7u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::OnMouseInput), 0u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::OnReleaseMouse), 1u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::GetAutoPoints), 2u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::SetLock), 3u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::HasBackgroundPoint), 4u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::GetLockType), 5u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::GetLockOrder), 6u);
+    EXPECT_EQ(test_support::VirtualPlace(&IMouseHandler::GetBackgroundRect), 7u);
     EXPECT_EQ(sizeof(BareTool), sizeof(void*)) << "a handler has no data of its own";
 }
 

@@ -44,7 +44,7 @@ protected:
     }
 
     InstalledCodec installed{L"TST1", L"testcodec.dll"};
-    HMODULE dll = LoadLibraryW(installed.path().c_str());
+    HMODULE dll = LoadLibraryW(installed.Path().c_str());
     TestCodecOrders* codec;
 
 private:
@@ -81,7 +81,7 @@ TEST_F(CineStoreAvi, WithoutASettingTheCodecIsTheDefaultOne)
 {
     capture_settings::Clear();
     InstalledCodec installed(L"TST1", L"testcodec.dll");
-    HMODULE dll = LoadLibraryW(installed.path().c_str());
+    HMODULE dll = LoadLibraryW(installed.Path().c_str());
     ASSERT_NE(dll, nullptr);
     const auto function = reinterpret_cast<TestCodecOrdersFunction>(
         reinterpret_cast<void*>(GetProcAddress(dll, "TestCodecOrdersOfThisProcess")));
@@ -334,12 +334,12 @@ TEST_F(CineStoreCodec, ThousandRecordingsLeakNeitherHandlesNorDrawingObjectsNorC
     };
     for (int i = 0; i < 6; ++i)
         record(i);
-    const DWORD handlesBefore = test_support::handleCount();
-    const DWORD objectsBefore = test_support::drawingObjectCount();
+    const DWORD handlesBefore = test_support::HandleCount();
+    const DWORD objectsBefore = test_support::DrawingObjectCount();
     for (int i = 0; i < 1000; ++i)
         record(i);
-    EXPECT_EQ(test_support::handleCount(), handlesBefore);
-    EXPECT_EQ(test_support::drawingObjectCount(), objectsBefore);
+    EXPECT_EQ(test_support::HandleCount(), handlesBefore);
+    EXPECT_EQ(test_support::DrawingObjectCount(), objectsBefore);
     ExpectReleased();
 }
 

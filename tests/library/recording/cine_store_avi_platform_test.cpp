@@ -148,12 +148,12 @@ TEST_F(CineStoreAvi, SizeThatLagsBehindIsNoFailureWhereTheVolumeHasRoom)
 // The places of the overridden operations; the base's come first.
 struct CineSlots : CCineStore
 {
-    static std::size_t End() { return test_support::virtualPlace(&CineSlots::EndStorage); }
+    static std::size_t End() { return test_support::VirtualPlace(&CineSlots::EndStorage); }
 };
 
 struct MovieSlots : CCineStoreAVI
 {
-    static std::size_t End() { return test_support::virtualPlace(&MovieSlots::EndStorage); }
+    static std::size_t End() { return test_support::VirtualPlace(&MovieSlots::EndStorage); }
     virtual void Next() {}
 };
 
@@ -162,7 +162,7 @@ TEST(CineStoreSlots, AreTheDestructorAndTheEnd)
     constexpr std::size_t destructors = 2; // this compiler's destructor has two entries
     EXPECT_EQ(CineSlots::End(), destructors);
     EXPECT_EQ(MovieSlots::End(), destructors);
-    EXPECT_EQ(test_support::virtualPlace(&MovieSlots::Next), destructors + 1);
+    EXPECT_EQ(test_support::VirtualPlace(&MovieSlots::Next), destructors + 1);
 }
 
 } // namespace

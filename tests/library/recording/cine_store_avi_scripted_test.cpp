@@ -11,7 +11,7 @@
 // nobody here wrote.
 TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
 {
-    const std::wstring target = test_support::environmentVariable(L"MOVIE_FOLDER");
+    const std::wstring target = test_support::EnvironmentVariable(L"MOVIE_FOLDER");
     if (target.empty())
         GTEST_SKIP() << "needs a folder for its movies; cine-movie-readers names one";
     const test_support::InstalledCodec installed(L"MJPG", L"mjpgcodec.dll");
@@ -44,7 +44,7 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
 // Run by the test cine_two_gib, because it writes 2 GiB.
 TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
 {
-    if (test_support::environmentVariable(L"CINE_TWO_GIB").empty())
+    if (test_support::EnvironmentVariable(L"CINE_TWO_GIB").empty())
         GTEST_SKIP() << "writes 2 GiB; run the test cine_two_gib";
     constexpr int side = 4096;
     CBitmap frame;
@@ -73,7 +73,7 @@ BOOL WINAPI NoSpaceLeft(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PUL
 // its space is played.
 TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
-    if (test_support::environmentVariable(L"CINE_FILE_LIMIT").empty())
+    if (test_support::EnvironmentVariable(L"CINE_FILE_LIMIT").empty())
         GTEST_SKIP() << "needs a limit on the size of files; cine-disk-full sets one";
     const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW",
                                         reinterpret_cast<void*>(&NoSpaceLeft));

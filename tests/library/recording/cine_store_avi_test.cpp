@@ -125,12 +125,12 @@ TEST_F(CineStoreAvi, EveryFrameIsAKeyFrame)
 TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
 {
     const TemporaryFolder other;
-    test_support::writeFile(other / L"movie.avi", "another file of this name, and a small one");
-    const test_support::InDirectory first(folder.path());
+    test_support::WriteFile(other / L"movie.avi", "another file of this name, and a small one");
+    const test_support::InDirectory first(folder.Path());
     background = BitmapOf(Noise(512, 512, 2), 512, 512);
     ASSERT_TRUE(store.InitStorage(L"movie.avi", background.get(), 512, 512, layout, 32));
     {
-        const test_support::InDirectory second(other.path());
+        const test_support::InDirectory second(other.Path());
         EXPECT_TRUE(AddNothing());
         EXPECT_TRUE(AddNothing());
     }

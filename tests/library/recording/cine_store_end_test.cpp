@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-using test_support::readFile;
+using test_support::ReadFile;
 
 TEST_F(CineStore, EndOfAnIdleStoreIsFalseAndFiresNothing)
 {
@@ -35,7 +35,7 @@ TEST_F(CineStore, FileIsClosedAndCompleteWhenTheCallbackRuns)
                 CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
             EXPECT_TRUE(exclusive);
             exclusive.reset();
-            const Bytes bytes = readFile(path);
+            const Bytes bytes = ReadFile(path);
             *static_cast<std::size_t*>(size) = bytes.size();
             EXPECT_EQ(WordAt(bytes, 4), 1u);
         }
@@ -72,7 +72,7 @@ TEST_F(CineStore, CallbackMayStartTheNextFile)
     EXPECT_EQ(chain.announced, fileName);
     EXPECT_TRUE(AddFrame(chain.store, Bytes(3, 0)));
     EXPECT_TRUE(chain.store.EndStorage());
-    EXPECT_EQ(WordAt(readFile(chain.next), 4), 1u);
+    EXPECT_EQ(WordAt(ReadFile(chain.next), 4), 1u);
 }
 
 TEST_F(CineStore, NullCallbackSwitchesTheNotificationOff)
@@ -94,7 +94,7 @@ TEST_F(CineStore, DestroyingARecordingStoreFinishesTheFileAndFiresTheCallback)
         EXPECT_TRUE(AddFrame(local, Bytes(3, 0)));
     }
     EXPECT_EQ(completed.calls, 1);
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 2u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 2u);
 }
 
 TEST_F(CineStore, DestroyingThroughABasePointerReachesTheOverride)

@@ -7,8 +7,8 @@
 #include <climits>
 #include <cstdio>
 
-using test_support::readFile;
-using test_support::writeFile;
+using test_support::ReadFile;
+using test_support::WriteFile;
 
 TEST_F(CineStore, MissingFolderGivesFalseAndTheEndIsFalseToo)
 {
@@ -39,14 +39,14 @@ TEST_F(CineStore, EmptyNegativeAndNullBlocksAreRefusedAndNotCounted)
     EXPECT_FALSE(store.AddECGData(nullptr, INT_MAX));
     EXPECT_TRUE(store.AddFrame(&value, 4));
     EXPECT_TRUE(store.EndStorage());
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize + 4);
     EXPECT_EQ(WordAt(bytes, 4), 1u);
 }
 
 TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
 {
-    writeFile(fileName, Bytes(9, 'x'));
+    WriteFile(fileName, Bytes(9, 'x'));
     ASSERT_TRUE(SetFileAttributesW(fileName.c_str(), FILE_ATTRIBUTE_READONLY));
     base::File probe(
         CreateFileW(fileName.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -55,24 +55,24 @@ TEST_F(CineStore, ReadOnlyFileIsNotReplaced)
         GTEST_SKIP() << "this user may write to read-only files";
     }
     EXPECT_FALSE(Start(store, fileName));
-    EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
+    EXPECT_EQ(ReadFile(fileName), Bytes(9, 'x'));
 }
 
 TEST_F(CineStore, FileLockedBySomebodyElseIsNotReplaced)
 {
-    writeFile(fileName, Bytes(9, 'x'));
+    WriteFile(fileName, Bytes(9, 'x'));
     base::File lock(CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                 OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(lock);
     EXPECT_FALSE(Start(store, fileName));
     EXPECT_FALSE(store.EndStorage());
     lock.reset();
-    EXPECT_EQ(readFile(fileName), Bytes(9, 'x'));
+    EXPECT_EQ(ReadFile(fileName), Bytes(9, 'x'));
 }
 
 TEST_F(CineStore, FolderAndUnusableNamesAreRefused)
 {
-    EXPECT_FALSE(Start(store, folder.path()));
+    EXPECT_FALSE(Start(store, folder.Path()));
     EXPECT_FALSE(Start(store, L""));
     EXPECT_FALSE(Start(store, folder / L"a<b>:c|?.raw"));
     EXPECT_FALSE(Start(store, folder / std::wstring(40000, L'x')));
@@ -119,7 +119,7 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
 // Run by cine-disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
 TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
 {
-    const std::wstring limitText = test_support::environmentVariable(L"CINE_FILE_LIMIT");
+    const std::wstring limitText = test_support::EnvironmentVariable(L"CINE_FILE_LIMIT");
     if (limitText.empty())
         GTEST_SKIP() << "needs a limit on the size of files; cine-disk-full sets one";
     const std::size_t limit = std::stoul(limitText);
@@ -131,12 +131,12 @@ TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
     for (unsigned i = 0; i < fitting; ++i)
         ASSERT_TRUE(AddFrame(store, Block(frameSize, i)));
     EXPECT_FALSE(AddFrame(store, Block(frameSize)));
-    EXPECT_EQ(readFile(fileName).size(), headerSize + fitting * frameSize);
+    EXPECT_EQ(ReadFile(fileName).size(), headerSize + fitting * frameSize);
     EXPECT_TRUE(AddFrame(
         store, Block(100, 77))); // a smaller block still fits, and follows the last whole one
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + fitting * frameSize + 100);
     EXPECT_EQ(WordAt(bytes, 4), fitting + 1);
     const Bytes last = Block(100, 77);
@@ -163,11 +163,11 @@ TEST(CineStoreChild, DISABLED_RunsUntilItsInputEnds)
 TEST(CineStoreChild, DISABLED_RecordsUntilItIsKilled)
 {
     CCineStore store;
-    ASSERT_TRUE(Start(store, test_support::environmentVariable(L"CINE_CHILD_FILE")));
+    ASSERT_TRUE(Start(store, test_support::EnvironmentVariable(L"CINE_CHILD_FILE")));
     for (unsigned i = 0; i < framesBeforeTheKill; ++i)
         ASSERT_TRUE(AddFrame(store, Block(killedFrameSize, i)));
     HANDLE recorded = OpenEventW(EVENT_MODIFY_STATE, FALSE,
-                                 test_support::environmentVariable(L"CINE_CHILD_EVENT").c_str());
+                                 test_support::EnvironmentVariable(L"CINE_CHILD_EVENT").c_str());
     ASSERT_NE(recorded, nullptr);
     SetEvent(recorded);
     WaitForSingleObject(GetCurrentProcess(), INFINITE);
@@ -180,12 +180,12 @@ TEST_F(CineStore, KilledRecorderLeavesEveryAcceptedFrame)
     SetEnvironmentVariableW(L"CINE_CHILD_FILE", fileName.c_str());
     SetEnvironmentVariableW(L"CINE_CHILD_EVENT", eventName.c_str());
     test_support::ChildTest child("CineStoreChild.DISABLED_RecordsUntilItIsKilled");
-    const HANDLE either[] = {recorded, child.process()};
+    const HANDLE either[] = {recorded, child.Process()};
     ASSERT_EQ(WaitForMultipleObjects(2, either, FALSE, 60000), WAIT_OBJECT_0);
-    child.kill();
+    child.Kill();
     CloseHandle(recorded);
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + framesBeforeTheKill * killedFrameSize);
     EXPECT_EQ(WordAt(bytes, 4), 0u);
     for (unsigned i = 0; i < framesBeforeTheKill; ++i) {

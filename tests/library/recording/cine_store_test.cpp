@@ -5,8 +5,8 @@
 
 #include <array>
 
-using test_support::readFile;
-using test_support::writeFile;
+using test_support::ReadFile;
+using test_support::WriteFile;
 
 TEST_F(CineStore, ThreeFramesOfAThousandBytesMakeAFileOf3076BytesThatCountsThree)
 {
@@ -15,7 +15,7 @@ TEST_F(CineStore, ThreeFramesOfAThousandBytesMakeAFileOf3076BytesThatCountsThree
         EXPECT_TRUE(AddFrame(store, Bytes(1000, 0)));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     EXPECT_EQ(bytes.size(), 3076u);
     EXPECT_EQ(WordAt(bytes, 4), 3u);
 }
@@ -25,7 +25,7 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
     ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize);
     const std::array<std::int32_t, 19> expected{
         uDataMMode, 0, 128,   512, 8,   40000000, 1540, 1,  128,      300,
@@ -36,7 +36,7 @@ TEST_F(CineStore, HeaderHoldsTypeCountDescriptionAndTheSixIntegersInOrder)
 TEST_F(CineStore, HeaderIsOnDiskWithCountZeroBeforeTheFirstFrame)
 {
     ASSERT_TRUE(Start(store, fileName));
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     EXPECT_EQ(bytes.size(), headerSize);
     EXPECT_EQ(WordAt(bytes, 4), 0u);
 }
@@ -45,19 +45,19 @@ TEST_F(CineStore, CountIsPatchedOnlyAtTheEnd)
 {
     ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(AddFrame(store, Bytes(10, 0)));
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 0u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 0u);
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 1u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 1u);
 }
 
 TEST_F(CineStore, FirstWordOfTheDescriptionNeverReachesTheFile)
 {
     ASSERT_TRUE(Start(store, fileName, 1));
     EXPECT_TRUE(store.EndStorage());
-    const Bytes first = readFile(fileName);
+    const Bytes first = ReadFile(fileName);
     ASSERT_TRUE(Start(store, fileName, -77));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(first, readFile(fileName));
+    EXPECT_EQ(first, ReadFile(fileName));
 }
 
 TEST_F(CineStore, EcgDataReplacesTheCountByItsSize)
@@ -68,7 +68,7 @@ TEST_F(CineStore, EcgDataReplacesTheCountByItsSize)
     EXPECT_TRUE(AddEcg(store, Bytes(256, 0)));
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     EXPECT_EQ(WordAt(bytes, 4), 256u);
     EXPECT_EQ(bytes.size(), headerSize + 20 + 256);
 }
@@ -80,7 +80,7 @@ TEST_F(CineStore, LastEcgBlockDecidesAndFramesCountOnFromIt)
     EXPECT_TRUE(AddEcg(store, Bytes(7, 0)));
     EXPECT_TRUE(AddFrame(store, Bytes(1, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 8u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 8u);
 }
 
 TEST_F(CineStore, PayloadIsEveryBlockVerbatimInCallOrder)
@@ -95,7 +95,7 @@ TEST_F(CineStore, PayloadIsEveryBlockVerbatimInCallOrder)
     }
     EXPECT_TRUE(store.EndStorage());
 
-    const Bytes bytes = readFile(fileName);
+    const Bytes bytes = ReadFile(fileName);
     ASSERT_EQ(bytes.size(), headerSize + expected.size());
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), bytes.begin() + headerSize));
 }
@@ -180,16 +180,16 @@ TEST_F(CineStore, StoreIsUsedAgainForTheNextFile)
     EXPECT_TRUE(AddFrame(store, Bytes(2, 0)));
     EXPECT_TRUE(AddFrame(store, Bytes(2, 0)));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 1u);
-    EXPECT_EQ(WordAt(readFile(folder / L"second.raw"), 4), 2u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 1u);
+    EXPECT_EQ(WordAt(ReadFile(folder / L"second.raw"), 4), 2u);
 }
 
 TEST_F(CineStore, ExistingFileIsTruncated)
 {
-    writeFile(fileName, Bytes(5000, 'x'));
+    WriteFile(fileName, Bytes(5000, 'x'));
     ASSERT_TRUE(Start(store, fileName));
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(readFile(fileName).size(), headerSize);
+    EXPECT_EQ(ReadFile(fileName).size(), headerSize);
 }
 
 TEST_F(CineStore, StartWhileRecordingLeavesTheFirstFileUnfinishedAndReleased)
@@ -199,7 +199,7 @@ TEST_F(CineStore, StartWhileRecordingLeavesTheFirstFileUnfinishedAndReleased)
     EXPECT_TRUE(AddFrame(store, Bytes(8, 0)));
     ASSERT_TRUE(Start(store, folder / L"second.raw"));
     EXPECT_EQ(completed.calls, 0);
-    EXPECT_EQ(WordAt(readFile(fileName), 4), 0u);
+    EXPECT_EQ(WordAt(ReadFile(fileName), 4), 0u);
     EXPECT_TRUE(DeleteFileW(fileName.c_str()));
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(completed.path, folder / L"second.raw");
@@ -213,8 +213,8 @@ TEST_F(CineStore, ThousandRecordingsLeakNoHandle)
         ASSERT_TRUE(AddFrame(local, Bytes(16, 0)));
     };
     record();
-    const DWORD before = test_support::handleCount();
+    const DWORD before = test_support::HandleCount();
     for (int i = 0; i < 1000; ++i)
         record();
-    EXPECT_EQ(test_support::handleCount(), before);
+    EXPECT_EQ(test_support::HandleCount(), before);
 }

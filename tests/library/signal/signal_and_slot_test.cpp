@@ -249,13 +249,13 @@ TEST(SignalAndSlot, SlotCalledDirectlyMayBeDestroyedByItsMethod)
 
 TEST(SignalAndSlot, VirtualOperationsStandInTheAgreedOrder)
 {
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::IsValid), 0u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call5), 1u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call4), 2u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call3), 3u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call2), 4u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call1), 5u);
-    EXPECT_EQ(test_support::virtualPlace(&IntBase::Call0), 6u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::IsValid), 0u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call5), 1u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call4), 2u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call3), 3u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call2), 4u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call1), 5u);
+    EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call0), 6u);
 }
 
 } // namespace

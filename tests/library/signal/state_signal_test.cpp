@@ -287,7 +287,7 @@ TEST(StateSignalChild, DISABLED_HandlerThatThrows)
 TEST_F(StateSignal, HandlerThatThrowsSilencesTheSignalForGood)
 {
     test_support::ChildTest child("StateSignalChild.DISABLED_HandlerThatThrows");
-    EXPECT_EQ(child.wait(60000), 0u);
+    EXPECT_EQ(child.Wait(60000), 0u);
 }
 
 } // namespace

@@ -51,7 +51,7 @@ private:
 
     void Write(const std::wstring& path) const
     {
-        test_support::writeFile(
+        test_support::WriteFile(
             path,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"

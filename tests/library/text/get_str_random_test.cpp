@@ -77,7 +77,7 @@ TEST_F(GetStrTest, FormatsLikeTheCLibrary)
         else
             ExpectLikeTheStandard(key, format, static_cast<int>(bits >> (random() % 32)));
     }
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 // The argument kind of one conversion as a letter, 0 when it is unusable.
@@ -144,12 +144,12 @@ TEST_F(GetStrTest, TakesOfGarbledTranslationsThoseThatKeepToTheContract)
         const std::optional<std::string> kinds = KindsOf(text);
         if (kinds && std::string("iWLfN").starts_with(*kinds)) {
             ++formatted;
-            EXPECT_EQ(log.take(), Messages{}) << text;
+            EXPECT_EQ(log.Take(), Messages{}) << text;
             EXPECT_TRUE(result.starts_with(L'[') && result.ends_with(L']')) << text;
             continue;
         }
         EXPECT_EQ(result, L"[11|wide|1099511627776|2.500000|narrow]") << text;
-        EXPECT_EQ(log.take(), Messages{DoesNotMatch(key, text, base)});
+        EXPECT_EQ(log.Take(), Messages{DoesNotMatch(key, text, base)});
     }
     EXPECT_GT(formatted, count / 50);
     EXPECT_LT(formatted, count * 49 / 50);

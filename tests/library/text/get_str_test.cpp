@@ -13,7 +13,7 @@ TEST_F(GetStrTest, GivesTheTextInTheCurrentLanguage)
     table.Load();
     EXPECT_STREQ(GetStr("plain"), L"Sichern");
     EXPECT_STREQ(GetStr("untranslated"), L"Open");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 TEST_F(GetStrTest, GivesAnEmptyTextForANullKey)
@@ -27,7 +27,7 @@ TEST_F(GetStrTest, ShowsAnUnknownKeyButNeverFormatsIt)
     table.Load();
     EXPECT_STREQ(GetStr("no.such.key"), L"no.such.key");
     EXPECT_STREQ(GetStr("%s.no.such.key"), L"");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 TEST_F(GetStrTest, FormatsTheTranslationWithTheArguments)
@@ -35,7 +35,7 @@ TEST_F(GetStrTest, FormatsTheTranslationWithTheArguments)
     table.Add("images", "%d images of %s", "%d Bilder von %s");
     table.Load();
     EXPECT_STREQ(GetStr("images", 7, L"Meier"), L"7 Bilder von Meier");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 TEST_F(GetStrTest, AllowsATranslationThatUsesFewerOfTheArguments)
@@ -45,7 +45,7 @@ TEST_F(GetStrTest, AllowsATranslationThatUsesFewerOfTheArguments)
     table.Load();
     EXPECT_STREQ(GetStr("images", 7, L"Meier"), L"7 Bilder");
     EXPECT_STREQ(GetStr("none", 7), L"Bilder");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 TEST_F(GetStrTest, PrintsPercentSigns)

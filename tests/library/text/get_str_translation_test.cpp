@@ -23,7 +23,7 @@ TEST_P(WrongTranslationTest, FallsBackToTheBaseTextAndSaysSo)
     table.Load();
     LogCapture log;
     EXPECT_STREQ(GetStr("key", 42), L"[42]");
-    EXPECT_EQ(log.take(), Messages{DoesNotMatch("key", GetParam().text, "[%d]")});
+    EXPECT_EQ(log.Take(), Messages{DoesNotMatch("key", GetParam().text, "[%d]")});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -65,7 +65,7 @@ TEST_F(GetStrTest, RefusesKindsThatAreNotTheContracts)
     EXPECT_STREQ(GetStr("large", 1ll << 40), L"1099511627776");
     GetStr("pointer", static_cast<void*>(this));
     EXPECT_STREQ(GetStr("order", 1, L"x"), L"1 x");
-    EXPECT_EQ(log.take().size(), 7u);
+    EXPECT_EQ(log.Take().size(), 7u);
 }
 
 TEST_F(GetStrTest, TakesAnotherSpellingOfTheSameKind)
@@ -85,7 +85,7 @@ TEST_F(GetStrTest, TakesAnotherSpellingOfTheSameKind)
     EXPECT_STREQ(GetStr("narrow", "abc"), L"abc");
     EXPECT_STREQ(GetStr("letter", 'A'), L"A");
     EXPECT_STREQ(GetStr("real", 1234.5), L"1.23e+003");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
@@ -95,7 +95,7 @@ TEST_F(GetStrTest, LogsTwiceWhenTheBaseTextIsUnusableAsWell)
     int written = 5;
     EXPECT_TRUE(GetStr("both", &written).IsEmpty());
     EXPECT_EQ(written, 5);
-    EXPECT_EQ(log.take(), (Messages{DoesNotMatch("both", "text %s", "base %n"),
+    EXPECT_EQ(log.Take(), (Messages{DoesNotMatch("both", "text %s", "base %n"),
                                     NotSatisfied(1180, "both", "base %n")}));
 }
 
@@ -106,11 +106,11 @@ TEST_F(GetStrTest, LogsOnceWhenTheTextIsTheBaseText)
     table.Add("bomb", "%999999999d");
     table.Load();
     EXPECT_TRUE(GetStr("same").IsEmpty());
-    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "same", "never %n")});
+    EXPECT_EQ(log.Take(), Messages{NotSatisfied(1187, "same", "never %n")});
     EXPECT_TRUE(GetStr("untranslated", 3, 4).IsEmpty());
-    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "untranslated", "wide %*d")});
+    EXPECT_EQ(log.Take(), Messages{NotSatisfied(1187, "untranslated", "wide %*d")});
     EXPECT_TRUE(GetStr("bomb", 1).IsEmpty());
-    EXPECT_EQ(log.take(), Messages{NotSatisfied(1187, "bomb", "%999999999d")});
+    EXPECT_EQ(log.Take(), Messages{NotSatisfied(1187, "bomb", "%999999999d")});
 }
 
 TEST_F(GetStrTest, ReadsTheContractUpToItsFirstUnusableConversion)
@@ -120,7 +120,7 @@ TEST_F(GetStrTest, ReadsTheContractUpToItsFirstUnusableConversion)
     table.Load();
     EXPECT_STREQ(GetStr("prefix", 3), L"nur 3");
     EXPECT_STREQ(GetStr("plain"), L"ohne");
-    EXPECT_EQ(log.take(), Messages{});
+    EXPECT_EQ(log.Take(), Messages{});
 }
 
 } // namespace

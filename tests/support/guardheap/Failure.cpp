@@ -29,13 +29,13 @@ public:
             m_text[m_length++] = *text < 128 ? static_cast<char>(*text) : '?';
         return *this;
     }
-    Line& operator<<(std::size_t number) { return digits(number, 10); }
+    Line& operator<<(std::size_t number) { return Digits(number, 10); }
     Line& operator<<(const void* pointer)
     {
         *this << "0x";
-        return digits(reinterpret_cast<std::uintptr_t>(pointer), 16);
+        return Digits(reinterpret_cast<std::uintptr_t>(pointer), 16);
     }
-    void print()
+    void Print()
     {
         *this << "\n";
         DWORD written = 0;
@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    Line& digits(std::size_t number, unsigned base)
+    Line& Digits(std::size_t number, unsigned base)
     {
         char reversed[24];
         int count = 0;
@@ -62,25 +62,25 @@ private:
 };
 
 // As "module+offset": what addr2line takes, with the module's preferred base added.
-void printPlace(const char* word, const void* code)
+void PrintPlace(const char* word, const void* code)
 {
     Line line;
     line << "guardheap:   " << word << " ";
-    HMODULE module = moduleOf(code);
+    HMODULE module = ModuleOf(code);
     wchar_t path[MAX_PATH] = {};
     if (!module || GetModuleFileNameW(module, path, MAX_PATH) == 0) {
-        (line << code).print();
+        (line << code).Print();
         return;
     }
     const wchar_t* name = std::wcsrchr(path, L'\\');
     const auto offset =
         reinterpret_cast<std::uintptr_t>(code) - reinterpret_cast<std::uintptr_t>(module);
-    (line << (name ? name + 1 : path) << "+" << reinterpret_cast<const void*>(offset)).print();
+    (line << (name ? name + 1 : path) << "+" << reinterpret_cast<const void*>(offset)).Print();
 }
 
 // Follows the frame pointers, which the checked build keeps. Where a module keeps none the chain
 // ends early.
-void printCallers(const void* frame)
+void PrintCallers(const void* frame)
 {
     MEMORY_BASIC_INFORMATION stack{};
     if (VirtualQuery(frame, &stack, sizeof stack) == 0 || stack.State != MEM_COMMIT) return;
@@ -91,79 +91,79 @@ void printCallers(const void* frame)
     for (int shown = 0; shown < shownFrames && at >= low && at <= high && at % sizeof(void*) == 0;
          ++shown) {
         const auto* const link = reinterpret_cast<void* const*>(at);
-        if (!moduleOf(link[1])) return;
-        printPlace("called from", link[1]);
+        if (!ModuleOf(link[1])) return;
+        PrintPlace("called from", link[1]);
         const auto outer = reinterpret_cast<std::uintptr_t>(link[0]);
         if (outer <= at) return;
         at = outer;
     }
 }
 
-[[noreturn]] void end(DWORD code)
+[[noreturn]] void End(DWORD code)
 {
     if (IsDebuggerPresent()) DebugBreak();
     TerminateProcess(GetCurrentProcess(), code);
     __builtin_unreachable();
 }
 
-void printAccess(const EXCEPTION_RECORD& record)
+void PrintAccess(const EXCEPTION_RECORD& record)
 {
     const auto* const address = reinterpret_cast<const std::byte*>(record.ExceptionInformation[1]);
-    const GuardedRegion::Block block = theRegion.blockAt(address);
+    const GuardedRegion::Block block = s_region.BlockAt(address);
     Line line;
     line << "guardheap: " << (record.ExceptionInformation[0] == 1 ? "write to " : "read of ")
          << static_cast<const void*>(address) << ", ";
-    if (block.state == GuardedRegion::State::Free)
+    if (block.state == GuardedRegion::State::free)
         line << "where no block is any more";
     else {
         const bool behind = address >= block.start + block.size;
         line << (behind ? static_cast<std::size_t>(address - block.start) - block.size
                         : static_cast<std::size_t>(address - block.start))
              << (behind ? " bytes behind the end of a " : " bytes from the beginning of a ")
-             << (block.state == GuardedRegion::State::Quarantined ? "freed " : "") << "block of "
+             << (block.state == GuardedRegion::State::quarantined ? "freed " : "") << "block of "
              << block.size << " bytes";
     }
-    line.print();
+    line.Print();
 }
 
-LONG CALLBACK onException(EXCEPTION_POINTERS* exception)
+LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
 {
     const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
     const bool guarded =
         record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2 &&
-        theRegion.contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
+        s_region.Contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
     const bool trap = record.ExceptionCode == static_cast<DWORD>(EXCEPTION_ILLEGAL_INSTRUCTION) &&
-                      isOfProgram(moduleOf(record.ExceptionAddress));
+                      IsOfProgram(ModuleOf(record.ExceptionAddress));
     if (!guarded && !trap) return EXCEPTION_CONTINUE_SEARCH;
 
     if (guarded)
-        printAccess(record);
+        PrintAccess(record);
     else {
         Line line;
-        (line << "guardheap: undefined behaviour").print();
+        (line << "guardheap: undefined behaviour").Print();
     }
-    printPlace("at", record.ExceptionAddress);
+    PrintPlace("at", record.ExceptionAddress);
 #ifdef _X86_
-    printCallers(reinterpret_cast<const void*>(exception->ContextRecord->Ebp));
+    PrintCallers(reinterpret_cast<const void*>(exception->ContextRecord->Ebp));
 #endif
-    end(record.ExceptionCode);
+    End(record.ExceptionCode);
 }
 
 } // namespace
 
-void stopForBlock(const char* problem, const void* pointer, const void* block, std::size_t size)
+void StopForBlock(const char* problem, const void* pointer, const void* block, std::size_t size)
 {
     Line line;
     line << "guardheap: " << pointer << " " << problem;
     if (block) line << " (block " << block << " of " << size << " bytes)";
-    line.print();
-    printCallers(__builtin_frame_address(0));
-    end(heapCorruption);
+    line.Print();
+    PrintCallers(__builtin_frame_address(0));
+    End(heapCorruption);
 }
 
-void stopAtFaults()
+void StopAtFaults()
 {
-    AddVectoredExceptionHandler(1, onException);
+    AddVectoredExceptionHandler(1, OnException);
 }
 
 } // namespace guardheap

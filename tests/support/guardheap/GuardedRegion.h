@@ -31,9 +31,9 @@ public:
 
     enum class State : std::uint32_t
     {
-        Free,
-        Used,
-        Quarantined
+        free,
+        used,
+        quarantined
     };
 
     // A block as it is now, or as it was before it was freed.
@@ -45,23 +45,23 @@ public:
     };
 
     // Reserves the address space; false when there is not enough. Not thread-safe.
-    bool reserve();
+    bool Reserve();
 
-    bool contains(const void* address) const;
+    bool Contains(const void* address) const;
 
     // A block filled with a pattern, or with zeros; null when a limit is reached.
-    void* allocate(std::size_t size, bool zeros);
+    void* Allocate(std::size_t size, bool zeros);
 
     // Frees a block. Anything that is wrong with it ends the process.
-    void release(void* block);
+    void Release(void* block);
 
     // The size a block in use was asked for. A pointer that is not the start of one ends the
     // process.
-    std::size_t sizeOf(const void* block);
+    std::size_t SizeOf(const void* block);
 
     // The block whose pages, guard page included, hold an address of the region. Takes no lock: it
     // is asked in a fault.
-    Block blockAt(const void* address) const;
+    Block BlockAt(const void* address) const;
 
 private:
     // A run of pages; what stands at its first page describes it. Inside a run the length is 0.
@@ -74,17 +74,17 @@ private:
 
     class Guard;
 
-    std::byte* address(std::uint32_t page) const { return m_base + std::size_t{page} * pageSize; }
-    std::byte* start(std::uint32_t page) const;
-    std::uint32_t pageOf(const void* pointer) const;
-    std::uint32_t usedRun(const void* block) const;
-    std::uint32_t claim(std::uint32_t length, std::size_t size);
-    std::uint32_t widen(std::uint32_t page);
-    void split(std::uint32_t page, std::uint32_t length);
-    void quarantine(std::uint32_t page);
-    void abandon(std::uint32_t page);
-    void fill(std::uint32_t page, bool zeros) const;
-    void checkSlack(std::uint32_t page) const;
+    std::byte* Address(std::uint32_t page) const { return m_base + std::size_t{page} * pageSize; }
+    std::byte* Start(std::uint32_t page) const;
+    std::uint32_t PageOf(const void* pointer) const;
+    std::uint32_t UsedRun(const void* block) const;
+    std::uint32_t Claim(std::uint32_t length, std::size_t size);
+    std::uint32_t Widen(std::uint32_t page);
+    void Split(std::uint32_t page, std::uint32_t length);
+    void Quarantine(std::uint32_t page);
+    void Abandon(std::uint32_t page);
+    void Fill(std::uint32_t page, bool zeros) const;
+    void CheckSlack(std::uint32_t page) const;
 
     static constexpr std::uint32_t none = ~0u;
 

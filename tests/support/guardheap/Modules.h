@@ -5,11 +5,11 @@
 namespace guardheap {
 
 // The module an address belongs to; null when to none.
-HMODULE moduleOf(const void* code);
+HMODULE ModuleOf(const void* code);
 
 // Whether a module came with the program: everything outside the Windows directory but this DLL
 // itself. What belongs to the system keeps its own heap.
-bool isOfProgram(HMODULE module);
+bool IsOfProgram(HMODULE module);
 
 // Leads one import of a module from msvcrt.dll to a function of this DLL.
 struct Redirection
@@ -20,9 +20,9 @@ struct Redirection
 
 // Redirects the imports of a module of the program; of another module nothing changes. May be
 // repeated.
-void redirectImports(HMODULE module, const Redirection* redirections, int count);
+void RedirectImports(HMODULE module, const Redirection* redirections, int count);
 
 // The same for all modules that are loaded now.
-void redirectAllImports(const Redirection* redirections, int count);
+void RedirectAllImports(const Redirection* redirections, int count);
 
 } // namespace guardheap

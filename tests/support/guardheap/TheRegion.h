@@ -5,6 +5,6 @@
 namespace guardheap {
 
 // The process has one.
-extern GuardedRegion theRegion;
+extern GuardedRegion s_region;
 
 } // namespace guardheap

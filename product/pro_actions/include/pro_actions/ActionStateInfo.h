@@ -10,7 +10,7 @@ class zelXMLNode;
 // (IActionStateConsumer::ActionStateSignal).
 struct PRO_ACTIONS_API ActionStateInfo
 {
-    ActionType type = ActionTypeNone;
+    ActionType type = actionTypeNone;
     int action = -1;
     int param = 0;
 

@@ -6,5 +6,5 @@
 // (CProActionCollection): it is data, so that a family can be added without building anything anew.
 enum ActionType : std::int32_t
 {
-    ActionTypeNone = -1
+    actionTypeNone = -1
 };

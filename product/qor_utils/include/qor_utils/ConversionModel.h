@@ -12,7 +12,7 @@
 namespace qor_utils {
 
 /// Radians in a thousandth of a degree.
-inline constexpr double RadiansPerMillidegree = 1.7453292519943296e-5;
+inline constexpr double radiansPerMillidegree = 1.7453292519943296e-5;
 
 /// A position in microns relative to the image origin: x to the right, y downwards (away from the
 /// probe).
@@ -40,11 +40,11 @@ inline double SampleSize(int samplingFreq, int soundSpeed)
 /// The layouts of scan lines that the model knows; None where no position can be computed.
 enum class ScanShape
 {
-    None,
-    Curved,
-    Linear,
-    Phased,
-    Extended // phased, diverging from a virtual apex above the face
+    none,
+    curved,
+    linear,
+    phased,
+    extended // phased, diverging from a virtual apex above the face
 };
 
 /// The arithmetic of the platform. A faster one with the same members may take its place in
@@ -68,14 +68,14 @@ public:
                     double sinSteer, double cosSteer)
         : m_shape(ShapeOf(probe, lines, samplingFreq, soundSpeed)), m_sin(sinSteer), m_cos(cosSteer)
     {
-        if (!std::isfinite(sinSteer) || !std::isfinite(cosSteer)) m_shape = ScanShape::None;
-        if (m_shape == ScanShape::None) return;
+        if (!std::isfinite(sinSteer) || !std::isfinite(cosSteer)) m_shape = ScanShape::none;
+        if (m_shape == ScanShape::none) return;
         m_centre = (lines - 1.0) / 2;
         m_sampleSize = SampleSize(samplingFreq, soundSpeed);
         const double aperture = static_cast<double>(probe->elements) * probe->pitch;
-        if (m_shape == ScanShape::Curved) SetCurved(*probe, aperture / lines);
-        if (m_shape == ScanShape::Linear) SetLinear(aperture / lines);
-        if (m_shape == ScanShape::Phased) SetPhased(*probe, lines, scanB, aperture);
+        if (m_shape == ScanShape::curved) SetCurved(*probe, aperture / lines);
+        if (m_shape == ScanShape::linear) SetLinear(aperture / lines);
+        if (m_shape == ScanShape::phased) SetPhased(*probe, lines, scanB, aperture);
     }
 
     ScanShape Shape() const { return m_shape; }
@@ -86,12 +86,12 @@ public:
         const double depth = scan.sample * m_sampleSize;
         const double offset = (scan.line - m_centre) * m_lineStep;
         switch (m_shape) {
-        case ScanShape::Linear: return {offset + depth * m_sin, depth * m_cos};
-        case ScanShape::Curved:
+        case ScanShape::linear: return {offset + depth * m_sin, depth * m_cos};
+        case ScanShape::curved:
             return Steer(
                 {(m_radius + depth) * std::sin(offset), (m_radius + depth) * std::cos(offset)});
-        case ScanShape::Phased: return Steer({depth * std::sin(offset), depth * std::cos(offset)});
-        case ScanShape::Extended:
+        case ScanShape::phased: return Steer({depth * std::sin(offset), depth * std::cos(offset)});
+        case ScanShape::extended:
             return Steer(
                 {m_apex * std::tan(offset) + depth * std::sin(offset), depth * std::cos(offset)});
         default: return {};
@@ -102,10 +102,10 @@ public:
     ScanPoint ToScan(const MicronPoint& point) const
     {
         switch (m_shape) {
-        case ScanShape::Linear: return ToScan<ScanShape::Linear, PlatformMath>(point);
-        case ScanShape::Curved: return ToScan<ScanShape::Curved, PlatformMath>(point);
-        case ScanShape::Phased: return ToScan<ScanShape::Phased, PlatformMath>(point);
-        case ScanShape::Extended: return ToScan<ScanShape::Extended, PlatformMath>(point);
+        case ScanShape::linear: return ToScan<ScanShape::linear, PlatformMath>(point);
+        case ScanShape::curved: return ToScan<ScanShape::curved, PlatformMath>(point);
+        case ScanShape::phased: return ToScan<ScanShape::phased, PlatformMath>(point);
+        case ScanShape::extended: return ToScan<ScanShape::extended, PlatformMath>(point);
         default: return {-1, -1};
         }
     }
@@ -115,7 +115,7 @@ public:
     template <ScanShape shape, class Math>
     ScanPoint ToScan(const MicronPoint& point) const
     {
-        if constexpr (shape == ScanShape::Linear) {
+        if constexpr (shape == ScanShape::linear) {
             const double depth = point.y * m_perCos;
             return {(point.x - depth * m_sin) * m_linesPerUnit + m_centre,
                     depth * m_samplesPerMicron};
@@ -137,13 +137,13 @@ public:
     double ClearanceToLine(const MicronPoint& point, const ScanPoint& scan, double line) const
     {
         const double offset = std::fabs((scan.line - line) * m_lineStep);
-        if (m_shape == ScanShape::Linear) return offset * m_cos;
+        if (m_shape == ScanShape::linear) return offset * m_cos;
         const MicronPoint fan = Unsteer(point);
         const double range = Length(fan.x, fan.y + m_apex);
         // The way to the ray is range x sin(offset); the sine's first two terms are less than it,
         // and quick.
         const double toRay =
-            offset < QuarterTurn ? range * (offset - offset * offset * offset / 6) : range;
+            offset < quarterTurn ? range * (offset - offset * offset * offset / 6) : range;
         return std::min(toRay, Seam(fan));
     }
 
@@ -152,26 +152,26 @@ public:
     double ClearanceToSample(const MicronPoint& point, const ScanPoint& scan, double sample) const
     {
         const double depth = std::fabs(scan.sample - sample) * m_sampleSize;
-        if (m_shape == ScanShape::Linear) return depth * m_cos;
+        if (m_shape == ScanShape::linear) return depth * m_cos;
         const MicronPoint fan = Unsteer(point);
-        if (m_shape != ScanShape::Extended) return std::min(depth, Seam(fan));
+        if (m_shape != ScanShape::extended) return std::min(depth, Seam(fan));
         // Behind an extended sector depths are not distances from one point; but none is less than
         // the way straight up.
         return std::max(0.0, fan.y - sample * m_sampleSize);
     }
 
 private:
-    static constexpr double QuarterTurn = 1.5707963267948966;
+    static constexpr double quarterTurn = 1.5707963267948966;
 
     static double Length(double x, double y) { return std::sqrt(x * x + y * y); }
 
     static ScanShape ShapeOf(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed)
     {
         if (!probe || lines <= 0 || samplingFreq <= 0 || soundSpeed <= 0 || probe->elements <= 0)
-            return ScanShape::None;
-        if (probe->type == 0 && probe->pitch > 0 && probe->radius != 0) return ScanShape::Curved;
-        if (probe->type == 1 && probe->pitch > 0) return ScanShape::Linear;
-        return probe->type == 2 ? ScanShape::Phased : ScanShape::None;
+            return ScanShape::none;
+        if (probe->type == 0 && probe->pitch > 0 && probe->radius != 0) return ScanShape::curved;
+        if (probe->type == 1 && probe->pitch > 0) return ScanShape::linear;
+        return probe->type == 2 ? ScanShape::phased : ScanShape::none;
     }
 
     void SetCurved(const ZelProbe& probe, double linePitch)
@@ -186,20 +186,20 @@ private:
         if (m_cos > 0)
             m_perCos = 1 / m_cos;
         else
-            m_shape = ScanShape::None; // steered along the face or into the probe
+            m_shape = ScanShape::none; // steered along the face or into the probe
     }
 
     void SetPhased(const ZelProbe& probe, int lines, int scanB, double aperture)
     {
         const double sector =
-            (static_cast<double>(probe.sectorAngle) + scanB) * RadiansPerMillidegree;
+            (static_cast<double>(probe.sectorAngle) + scanB) * radiansPerMillidegree;
         if (!(sector > 0)) {
-            m_shape = ScanShape::None;
+            m_shape = ScanShape::none;
             return;
         }
         // The edge lines of an extended sector leave the face at the ends of the aperture.
-        if (scanB != 0 && sector / 2 < QuarterTurn && aperture > 0) {
-            m_shape = ScanShape::Extended;
+        if (scanB != 0 && sector / 2 < quarterTurn && aperture > 0) {
+            m_shape = ScanShape::extended;
             m_apex = aperture / 2 / std::tan(sector / 2);
         }
         SetSteps(sector / lines);
@@ -224,9 +224,9 @@ private:
     template <ScanShape shape>
     double Depth(const MicronPoint& fan, double fromApex, double range) const
     {
-        if constexpr (shape == ScanShape::Curved)
+        if constexpr (shape == ScanShape::curved)
             return range - m_radius;
-        else if constexpr (shape == ScanShape::Phased)
+        else if constexpr (shape == ScanShape::phased)
             return range;
         else
             return fromApex > 0 ? fan.y * range / fromApex

@@ -17,7 +17,7 @@ public:
     void lock_shared() noexcept { AcquireSRWLockShared(&m_lock); }
     void unlock_shared() noexcept { ReleaseSRWLockShared(&m_lock); }
 
-    SRWLOCK* native() noexcept { return &m_lock; }
+    SRWLOCK* Native() noexcept { return &m_lock; }
 
 private:
     SRWLOCK m_lock = SRWLOCK_INIT;

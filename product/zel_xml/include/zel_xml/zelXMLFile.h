@@ -47,7 +47,7 @@ public:
     zelXMLNode getRootElement() const noexcept;
 
 private:
-    std::shared_ptr<zelXMLDocument> m_document;
+    std::shared_ptr<zel_xml::XMLDocument> m_document;
     std::wstring
         m_path; // absolute, so that a change of the current directory does not move the file
     bool m_readOnly = true;

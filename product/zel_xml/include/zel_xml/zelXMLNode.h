@@ -9,7 +9,9 @@ namespace pugi {
 struct xml_node_struct;
 }
 
-class zelXMLDocument;
+namespace zel_xml {
+class XMLDocument;
+}
 
 // A handle to one element of an XML document: two pointers, returned and passed by value. Copies
 // mean the same element.
@@ -26,7 +28,8 @@ class ZEL_XML_API zelXMLNode
 {
 public:
     zelXMLNode() noexcept;
-    zelXMLNode(std::shared_ptr<zelXMLDocument> document, pugi::xml_node_struct* element) noexcept;
+    zelXMLNode(std::shared_ptr<zel_xml::XMLDocument> document,
+               pugi::xml_node_struct* element) noexcept;
 
     bool isValid() const noexcept;
 
@@ -92,6 +95,6 @@ public:
     bool setText(const std::wstring& text) const noexcept;
 
 private:
-    std::shared_ptr<zelXMLDocument> m_document;
+    std::shared_ptr<zel_xml::XMLDocument> m_document;
     pugi::xml_node_struct* m_element = nullptr; // null: invalid
 };

@@ -19,19 +19,19 @@ public:
     ChildTest(const ChildTest&) = delete;
     ChildTest& operator=(const ChildTest&) = delete;
 
-    HANDLE process() const { return m_process; }
+    HANDLE Process() const { return m_process; }
 
     // The exit code, or STILL_ACTIVE when the child has not ended in time.
-    DWORD wait(DWORD milliseconds);
+    DWORD Wait(DWORD milliseconds);
 
     // Ends the child at once, as a crash or the task manager would, and waits until it is gone.
-    void kill();
+    void Kill();
 
 private:
     HANDLE m_process;
 };
 
 // The value of an environment variable; empty when it is not set.
-std::wstring environmentVariable(const wchar_t* name);
+std::wstring EnvironmentVariable(const wchar_t* name);
 
 } // namespace test_support

@@ -5,12 +5,12 @@
 namespace test_support {
 
 // Writes a whole file, replacing what was there; throws when it cannot.
-void writeFile(const std::wstring& path, const std::string& bytes);
+void WriteFile(const std::wstring& path, const std::string& bytes);
 
 // Reads a whole file; throws when it cannot.
-std::string readFile(const std::wstring& path);
+std::string ReadFile(const std::wstring& path);
 
 // Whether there is a file or a folder.
-bool fileExists(const std::wstring& path);
+bool FileExists(const std::wstring& path);
 
 } // namespace test_support

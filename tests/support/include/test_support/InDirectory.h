@@ -6,7 +6,7 @@
 
 namespace test_support {
 
-inline std::wstring currentDirectory()
+inline std::wstring CurrentDirectory()
 {
     wchar_t buffer[4096] = {};
     GetCurrentDirectoryW(4096, buffer);
@@ -17,7 +17,7 @@ inline std::wstring currentDirectory()
 class InDirectory
 {
 public:
-    explicit InDirectory(const std::wstring& folder) : m_before(currentDirectory())
+    explicit InDirectory(const std::wstring& folder) : m_before(CurrentDirectory())
     {
         SetCurrentDirectoryW(folder.c_str());
     }

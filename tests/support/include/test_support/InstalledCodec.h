@@ -16,7 +16,7 @@ public:
     InstalledCodec(const InstalledCodec&) = delete;
     InstalledCodec& operator=(const InstalledCodec&) = delete;
 
-    const std::wstring& path() const { return m_path; }
+    const std::wstring& Path() const { return m_path; }
 
 private:
     std::wstring m_entry;

@@ -31,27 +31,27 @@ struct LoggedMessage
 class LogCapture
 {
 public:
-    LogCapture() { zelLogger::setHook(&LogCapture::record, this); }
+    LogCapture() { zelLogger::setHook(&LogCapture::Record, this); }
     ~LogCapture() { zelLogger::setHook(nullptr, nullptr); }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
     // The messages since the last call.
-    std::vector<LoggedMessage> take()
+    std::vector<LoggedMessage> Take()
     {
         const std::lock_guard lock(m_mutex);
         return std::exchange(m_messages, {});
     }
 
     // The same without taking them.
-    std::vector<LoggedMessage> messages() const
+    std::vector<LoggedMessage> Messages() const
     {
         const std::lock_guard lock(m_mutex);
         return m_messages;
     }
 
 private:
-    static void record(const zelLogger::Message& message, void* userData)
+    static void Record(const zelLogger::Message& message, void* userData)
     {
         auto* const self = static_cast<LogCapture*>(userData);
         const std::lock_guard lock(self->m_mutex);

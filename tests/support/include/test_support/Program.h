@@ -5,10 +5,10 @@
 namespace test_support {
 
 // The full path of the running test program.
-std::wstring programPath();
+std::wstring ProgramPath();
 
 // The full path of a file in the program's folder; of the folder itself, with a backslash at its
 // end, for no name.
-std::wstring besideProgram(const std::wstring& name);
+std::wstring BesideProgram(const std::wstring& name);
 
 } // namespace test_support

@@ -16,14 +16,14 @@ public:
     explicit Readers(std::function<bool()> isRight) : m_isRight(std::move(isRight))
     {
         for (int i = 0; i < 3; ++i)
-            m_threads.emplace_back([this] { read(); });
+            m_threads.emplace_back([this] { Read(); });
     }
-    ~Readers() { finish(); }
+    ~Readers() { Finish(); }
     Readers(const Readers&) = delete;
     Readers& operator=(const Readers&) = delete;
 
     // Ends the reading and gives how often something wrong was read.
-    int finish()
+    int Finish()
     {
         m_done = true;
         m_threads.clear();
@@ -31,7 +31,7 @@ public:
     }
 
 private:
-    void read()
+    void Read()
     {
         while (!m_done)
             if (!m_isRight()) ++m_wrong;

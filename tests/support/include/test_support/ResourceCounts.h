@@ -5,7 +5,7 @@
 namespace test_support {
 
 // The kernel handles that this process has open.
-inline DWORD handleCount()
+inline DWORD HandleCount()
 {
     DWORD count = 0;
     GetProcessHandleCount(GetCurrentProcess(), &count);
@@ -13,13 +13,13 @@ inline DWORD handleCount()
 }
 
 // The drawing objects of this process.
-inline DWORD drawingObjectCount()
+inline DWORD DrawingObjectCount()
 {
     return GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
 }
 
 // The windows, menus and other user objects of this process.
-inline DWORD userObjectCount()
+inline DWORD UserObjectCount()
 {
     return GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
 }

@@ -15,7 +15,7 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     // Absolute, with backslashes and without one at the end.
-    const std::wstring& path() const { return m_path; }
+    const std::wstring& Path() const { return m_path; }
 
     // path() + "\" + name
     std::wstring operator/(const std::wstring& name) const { return m_path + L"\\" + name; }

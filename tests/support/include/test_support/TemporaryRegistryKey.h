@@ -16,14 +16,14 @@ public:
     TemporaryRegistryKey& operator=(const TemporaryRegistryKey&) = delete;
 
     // Below HKEY_CURRENT_USER, without a backslash at its end.
-    const std::wstring& path() const { return m_path; }
+    const std::wstring& Path() const { return m_path; }
 
     // Sets a value of a key below, which is made if it is missing, to bytes of any type.
-    void set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes,
+    void Set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes,
              DWORD size) const;
-    void setText(const std::wstring& subkey, const std::wstring& name,
+    void SetText(const std::wstring& subkey, const std::wstring& name,
                  const std::wstring& text) const;
-    void setNumber(const std::wstring& subkey, const std::wstring& name, DWORD number) const;
+    void SetNumber(const std::wstring& subkey, const std::wstring& name, DWORD number) const;
 
 private:
     std::wstring m_path;

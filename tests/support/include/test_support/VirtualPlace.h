@@ -11,7 +11,7 @@ namespace test_support {
 // The place of a virtual member in the virtual table: in this compiler's binary interface a pointer
 // to it holds the place's offset in bytes, plus one.
 template <class Member>
-std::size_t virtualPlace(Member member)
+std::size_t VirtualPlace(Member member)
 {
     std::uintptr_t words[2];
     static_assert(sizeof words == sizeof member);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "action_states.h"
+#include "ActionStates.h"
 
 #include <pro_actions/IActionStateConsumer.h>
 
@@ -29,7 +29,7 @@ public:
 
     void ActionNotification(ActionType type, int action, int param) override
     {
-        notifications.push_back(state(type, action, param));
+        notifications.push_back(State(type, action, param));
     }
 
     std::vector<Event> events;

@@ -7,7 +7,7 @@
 
 #include <atltypes.h>
 #include <framework/CCmdTarget.h>
-#include <framework/fromHandle.h>
+#include <framework/FromHandle.h>
 
 // The notification code of a command that does not come from a control.
 inline constexpr int CN_COMMAND = 0;

@@ -1,35 +1,35 @@
-#include "damage.h"
+#include "Damage.h"
 
 #include <cstdlib>
 
 namespace damage {
 
-void write(void* block, std::ptrdiff_t offset)
+void Write(void* block, std::ptrdiff_t offset)
 {
     static_cast<volatile char*>(block)[offset] = 1;
 }
 
-char read(const void* block, std::ptrdiff_t offset)
+char Read(const void* block, std::ptrdiff_t offset)
 {
     return static_cast<const volatile char*>(block)[offset];
 }
 
-void freeMemory(void* block)
+void FreeMemory(void* block)
 {
     std::free(block);
 }
 
-int add(int left, int right)
+int Add(int left, int right)
 {
     return left + right;
 }
 
-int shiftLeft(int value, int bits)
+int ShiftLeft(int value, int bits)
 {
     return value << bits;
 }
 
-int divide(int left, int right)
+int Divide(int left, int right)
 {
     return left / right;
 }

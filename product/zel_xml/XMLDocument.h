@@ -6,40 +6,44 @@
 #include <string>
 #include <string_view>
 
+namespace zel_xml {
+
 // The tree behind the handles: shared by a zelXMLFile and every zelXMLNode into it.
 //
 // Removed elements are not freed but kept below an element of their own after the root, out of
 // sight and out of what is saved: a handle that still means one of them stays sound.
-class zelXMLDocument
+class XMLDocument
 {
 public:
     static constexpr std::size_t maxFileSize = 16u << 20;
     static constexpr int maxDepth = 256;
 
-    zelXMLDocument() = default;
-    zelXMLDocument(const zelXMLDocument&) = delete;
-    zelXMLDocument& operator=(const zelXMLDocument&) = delete;
+    XMLDocument() = default;
+    XMLDocument(const XMLDocument&) = delete;
+    XMLDocument& operator=(const XMLDocument&) = delete;
 
     // The document in an XML file's bytes, or null when they are none.
-    static std::shared_ptr<zelXMLDocument> parse(std::string_view bytes);
+    static std::shared_ptr<XMLDocument> Parse(std::string_view bytes);
 
     // A document with an empty root element.
-    static std::shared_ptr<zelXMLDocument> create(const wchar_t* rootName);
+    static std::shared_ptr<XMLDocument> Create(const wchar_t* rootName);
 
-    pugi::xml_node root() const;
-    bool remove(pugi::xml_node element);
-    bool isRemoved(const pugi::xml_node& element) const
+    pugi::xml_node Root() const;
+    bool Remove(pugi::xml_node element);
+    bool IsRemoved(const pugi::xml_node& element) const
     {
         return m_removed && element.parent() == m_removed;
     }
 
     // The whole document in UTF-8 with its declaration.
-    std::string toBytes() const;
+    std::string ToBytes() const;
 
 private:
-    bool isWellShaped() const;
+    bool IsWellShaped() const;
 
     std::wstring m_text; // the parser works in place: names and values of m_tree point into it
     pugi::xml_document m_tree;
     pugi::xml_node m_removed;
 };
+
+} // namespace zel_xml

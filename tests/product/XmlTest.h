@@ -17,19 +17,19 @@
 class XmlTest : public testing::Test
 {
 protected:
-    std::wstring path() const { return m_folder / L"document.xml"; }
+    std::wstring Path() const { return m_folder / L"document.xml"; }
 
-    bool open(const std::string& bytes, bool readOnly = true)
+    bool Open(const std::string& bytes, bool readOnly = true)
     {
-        test_support::writeFile(path(), bytes);
-        return m_file.open(path(), readOnly);
+        test_support::WriteFile(Path(), bytes);
+        return m_file.open(Path(), readOnly);
     }
 
-    zelXMLNode root() const { return m_file.getRootElement(); }
+    zelXMLNode Root() const { return m_file.getRootElement(); }
 
-    std::size_t filesInFolder() const
+    std::size_t FilesInFolder() const
     {
-        const std::filesystem::directory_iterator files(m_folder.path());
+        const std::filesystem::directory_iterator files(m_folder.Path());
         return static_cast<std::size_t>(std::distance(begin(files), end(files)));
     }
 
@@ -38,7 +38,7 @@ protected:
 };
 
 // The names of the child elements in their order.
-inline std::vector<std::wstring> childNames(const zelXMLNode& parent)
+inline std::vector<std::wstring> ChildNames(const zelXMLNode& parent)
 {
     std::vector<std::wstring> names;
     for (zelXMLNode child = parent.getFirstChild(); child.isValid(); ++child)

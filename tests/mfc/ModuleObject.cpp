@@ -16,7 +16,7 @@ BEGIN_MESSAGE_MAP(ModuleApplication, CWinApp)
 END_MESSAGE_MAP()
 
 CWinApp* const applicationBefore = AfxGetApp();
-ModuleApplication theModule;
+ModuleApplication s_theModule;
 CWinApp* const applicationAfter = AfxGetApp();
 
 } // namespace
@@ -25,7 +25,7 @@ extern "C" {
 
 __declspec(dllexport) CWinApp* ModuleObject()
 {
-    return &theModule;
+    return &s_theModule;
 }
 
 __declspec(dllexport) CWinApp* ApplicationNow()

@@ -13,13 +13,13 @@
 class LogFolder
 {
 public:
-    LogFolder() { zelLogger::setDirectory(m_folder.path()); }
+    LogFolder() { zelLogger::setDirectory(m_folder.Path()); }
     ~LogFolder() { zelLogger::setDirectory(L""); }
     LogFolder(const LogFolder&) = delete;
     LogFolder& operator=(const LogFolder&) = delete;
 
-    const std::wstring& path() const { return m_folder.path(); }
-    std::wstring file(const std::wstring& ending = L".log") const
+    const std::wstring& Path() const { return m_folder.Path(); }
+    std::wstring File(const std::wstring& ending = L".log") const
     {
         return m_folder / (L"qor_utils_logger_test" + ending);
     }
@@ -30,13 +30,13 @@ private:
 
 // Logs from a source, a line and a level that do not matter.
 template <typename... Arguments>
-void log(const wchar_t* format, Arguments... arguments)
+void Log(const wchar_t* format, Arguments... arguments)
 {
     zelLogger::zelLogHelper("Utils_Statics/Test", 123, 4)(format, arguments...);
 }
 
 // How often a part stands in a text.
-inline std::size_t count(const std::string& text, const std::string& part)
+inline std::size_t Count(const std::string& text, const std::string& part)
 {
     std::size_t found = 0;
     for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size()))
@@ -44,8 +44,8 @@ inline std::size_t count(const std::string& text, const std::string& part)
     return found;
 }
 
-inline std::wstring lastText(const test_support::LogCapture& capture)
+inline std::wstring LastText(const test_support::LogCapture& capture)
 {
-    const std::vector<test_support::LoggedMessage> messages = capture.messages();
+    const std::vector<test_support::LoggedMessage> messages = capture.Messages();
     return messages.empty() ? L"(no message)" : messages.back().text;
 }

@@ -16,7 +16,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr DWORD mjpg = mmioFOURCC('M', 'J', 'P', 'G');
 
-inline BITMAPINFOHEADER rawFormat(int width, int height, int bits)
+inline BITMAPINFOHEADER RawFormat(int width, int height, int bits)
 {
     BITMAPINFOHEADER format{};
     format.biSize = sizeof format;
@@ -28,12 +28,12 @@ inline BITMAPINFOHEADER rawFormat(int width, int height, int bits)
     return format;
 }
 
-inline std::size_t strideOf(const BITMAPINFOHEADER& format)
+inline std::size_t StrideOf(const BITMAPINFOHEADER& format)
 {
     return (static_cast<std::size_t>(format.biWidth) * format.biBitCount + 31) / 32 * 4;
 }
 
-inline std::size_t rowsOf(const BITMAPINFOHEADER& format)
+inline std::size_t RowsOf(const BITMAPINFOHEADER& format)
 {
     return static_cast<std::size_t>(std::abs(format.biHeight));
 }
@@ -44,23 +44,23 @@ class Picture
 {
 public:
     explicit Picture(const BITMAPINFOHEADER& pictureFormat)
-        : format(pictureFormat), bytes(strideOf(format) * rowsOf(format), 0xA5)
+        : format(pictureFormat), bytes(StrideOf(format) * RowsOf(format), 0xA5)
     {
     }
 
-    std::uint8_t* pixel(std::size_t x, std::size_t y)
+    std::uint8_t* Pixel(std::size_t x, std::size_t y)
     {
-        const std::size_t row = format.biHeight > 0 ? rowsOf(format) - 1 - y : y;
-        return bytes.data() + row * strideOf(format) + x * format.biBitCount / 8;
+        const std::size_t row = format.biHeight > 0 ? RowsOf(format) - 1 - y : y;
+        return bytes.data() + row * StrideOf(format) + x * format.biBitCount / 8;
     }
 
     template <class Colour>
-    void paint(Colour colour)
+    void Paint(Colour colour)
     {
-        for (std::size_t y = 0; y < rowsOf(format); ++y)
+        for (std::size_t y = 0; y < RowsOf(format); ++y)
             for (std::size_t x = 0; x < static_cast<std::size_t>(format.biWidth); ++x)
                 for (int channel = 0; channel < 3; ++channel)
-                    pixel(x, y)[channel] = static_cast<std::uint8_t>(colour(x, y, channel));
+                    Pixel(x, y)[channel] = static_cast<std::uint8_t>(colour(x, y, channel));
     }
 
     BITMAPINFOHEADER format;
@@ -68,22 +68,22 @@ public:
 };
 
 // Smooth enough that what the codec loses is small.
-inline int smooth(std::size_t x, std::size_t y, int channel)
+inline int Smooth(std::size_t x, std::size_t y, int channel)
 {
     const double phase = 0.021 * static_cast<double>(x) + 0.9 * channel;
     return static_cast<int>(128 + 90 * std::sin(phase) * std::cos(0.017 * static_cast<double>(y)));
 }
 
 // How close two pictures are, in dB.
-inline double psnr(Picture& a, Picture& b)
+inline double Psnr(Picture& a, Picture& b)
 {
     double sum = 0;
     const auto width = static_cast<std::size_t>(a.format.biWidth);
-    for (std::size_t y = 0; y < rowsOf(a.format); ++y)
+    for (std::size_t y = 0; y < RowsOf(a.format); ++y)
         for (std::size_t x = 0; x < width; ++x)
             for (int channel = 0; channel < 3; ++channel)
-                sum += std::pow(a.pixel(x, y)[channel] - b.pixel(x, y)[channel], 2);
-    const double mean = sum / static_cast<double>(3 * width * rowsOf(a.format));
+                sum += std::pow(a.Pixel(x, y)[channel] - b.Pixel(x, y)[channel], 2);
+    const double mean = sum / static_cast<double>(3 * width * RowsOf(a.format));
     return mean == 0 ? 99.0 : 10 * std::log10(255.0 * 255.0 / mean);
 }
 
@@ -91,40 +91,40 @@ inline double psnr(Picture& a, Picture& b)
 class MjpgCodec : public testing::Test
 {
 protected:
-    MjpgCodec() : codec(ICOpen(ICTYPE_VIDEO, mjpg, ICMODE_COMPRESS)) {}
+    MjpgCodec() : m_codec(ICOpen(ICTYPE_VIDEO, mjpg, ICMODE_COMPRESS)) {}
     ~MjpgCodec() override
     {
-        if (codec) ICClose(codec);
+        if (m_codec) ICClose(m_codec);
     }
-    void SetUp() override { ASSERT_NE(codec, nullptr); }
+    void SetUp() override { ASSERT_NE(m_codec, nullptr); }
 
-    LRESULT send(UINT message, const void* first = nullptr, const void* second = nullptr)
+    LRESULT Send(UINT message, const void* first = nullptr, const void* second = nullptr)
     {
-        return ICSendMessage(codec, message, reinterpret_cast<DWORD_PTR>(first),
+        return ICSendMessage(m_codec, message, reinterpret_cast<DWORD_PTR>(first),
                              reinterpret_cast<DWORD_PTR>(second));
     }
 
-    LRESULT query(const BITMAPINFOHEADER& input) { return send(ICM_COMPRESS_QUERY, &input); }
+    LRESULT Query(const BITMAPINFOHEADER& input) { return Send(ICM_COMPRESS_QUERY, &input); }
 
-    BITMAPINFOHEADER outputFor(const BITMAPINFOHEADER& input)
+    BITMAPINFOHEADER OutputFor(const BITMAPINFOHEADER& input)
     {
         BITMAPINFOHEADER output{};
-        EXPECT_EQ(send(ICM_COMPRESS_GET_FORMAT, &input, &output), ICERR_OK);
+        EXPECT_EQ(Send(ICM_COMPRESS_GET_FORMAT, &input, &output), ICERR_OK);
         return output;
     }
 
     // The compressed frame; empty when the codec fails.
-    Bytes compress(Picture& picture, DWORD quality)
+    Bytes Compress(Picture& picture, DWORD quality)
     {
-        BITMAPINFOHEADER output = outputFor(picture.format);
-        Bytes data(static_cast<std::size_t>(send(ICM_COMPRESS_GET_SIZE, &picture.format, &output)));
-        EXPECT_EQ(send(ICM_COMPRESS_BEGIN, &picture.format, &output), ICERR_OK);
+        BITMAPINFOHEADER output = OutputFor(picture.format);
+        Bytes data(static_cast<std::size_t>(Send(ICM_COMPRESS_GET_SIZE, &picture.format, &output)));
+        EXPECT_EQ(Send(ICM_COMPRESS_BEGIN, &picture.format, &output), ICERR_OK);
         DWORD chunk = 0;
         DWORD flags = 0;
         const DWORD result =
-            ICCompress(codec, 0, &output, data.data(), &picture.format, picture.bytes.data(),
+            ICCompress(m_codec, 0, &output, data.data(), &picture.format, picture.bytes.data(),
                        &chunk, &flags, 0, 0, quality, nullptr, nullptr);
-        EXPECT_EQ(send(ICM_COMPRESS_END), ICERR_OK);
+        EXPECT_EQ(Send(ICM_COMPRESS_END), ICERR_OK);
         if (result != ICERR_OK) return {};
         EXPECT_EQ(flags, static_cast<DWORD>(AVIIF_KEYFRAME));
         EXPECT_EQ(chunk, mmioFOURCC('d', 'c', 0, 0));
@@ -132,20 +132,20 @@ protected:
         return data;
     }
 
-    LRESULT decompress(const Bytes& data, Picture& picture)
+    LRESULT Decompress(const Bytes& data, Picture& picture)
     {
         BITMAPINFOHEADER input =
-            outputFor(rawFormat(picture.format.biWidth, std::abs(picture.format.biHeight), 24));
+            OutputFor(RawFormat(picture.format.biWidth, std::abs(picture.format.biHeight), 24));
         input.biSizeImage = static_cast<DWORD>(data.size());
-        EXPECT_EQ(send(ICM_DECOMPRESS_BEGIN, &input, &picture.format), ICERR_OK);
+        EXPECT_EQ(Send(ICM_DECOMPRESS_BEGIN, &input, &picture.format), ICERR_OK);
         Bytes copy = data;
         copy.push_back(0); // never null
         const DWORD result =
-            ICDecompress(codec, 0, &input, copy.data(), &picture.format, picture.bytes.data());
-        EXPECT_EQ(send(ICM_DECOMPRESS_END), ICERR_OK);
+            ICDecompress(m_codec, 0, &input, copy.data(), &picture.format, picture.bytes.data());
+        EXPECT_EQ(Send(ICM_DECOMPRESS_END), ICERR_OK);
         return static_cast<LRESULT>(static_cast<LONG>(result));
     }
 
-    test_support::InstalledCodec installed{L"MJPG", L"mjpgcodec.dll"};
-    HIC codec;
+    test_support::InstalledCodec m_installed{L"MJPG", L"mjpgcodec.dll"};
+    HIC m_codec;
 };

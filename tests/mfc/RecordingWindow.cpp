@@ -1,4 +1,4 @@
-#include "recording_window.h"
+#include "RecordingWindow.h"
 
 #include <algorithm>
 

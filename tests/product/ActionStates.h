@@ -2,7 +2,7 @@
 
 #include <pro_actions/ActionStateInfo.h>
 
-inline ActionStateInfo state(int type, int action, int param = 0)
+inline ActionStateInfo State(int type, int action, int param = 0)
 {
     return {static_cast<ActionType>(type), action, param};
 }

@@ -9,12 +9,12 @@
 #include <random>
 #include <string>
 
-constexpr ZelProbe SampleCurved{0, 188, 292, 26400, 0}; // the probe of the committed curved sample
-constexpr int SampleFrequency = 14997059;
-constexpr int SampleLines = 241;
+constexpr ZelProbe sampleCurved{0, 188, 292, 26400, 0}; // the probe of the committed curved sample
+constexpr int sampleFrequency = 14997059;
+constexpr int sampleLines = 241;
 
-constexpr ZelProbe Linear{1, 128, 300, 0, 0};
-constexpr ZelProbe Phased{2, 64, 220, 0, 90000};
+constexpr ZelProbe linear{1, 128, 300, 0, 0};
+constexpr ZelProbe phased{2, 64, 220, 0, 90000};
 
 // All that a conversion is given but the position.
 struct Scene
@@ -50,7 +50,7 @@ inline UPoint Unflip(const Scene& s, UPoint p)
 inline ScanPixel Precise(const Scene& s, const UPoint& p, const URect& rect = {})
 {
     ScanPixel out;
-    const double a = s.scanA * qor_utils::RadiansPerMillidegree;
+    const double a = s.scanA * qor_utils::radiansPerMillidegree;
     ScanConverter::GetPreciseUSCoordinates(p.x, p.y, &out.line, &out.sample, &out.lineFraction,
                                            &out.sampleFraction, rect, &s.probe, s.soundSpeed,
                                            s.scanA, s.scanB, s.lines, s.samplingFreq, s.origin,
@@ -69,7 +69,7 @@ inline double SampleOf(const ScanPixel& p)
 
 inline qor_utils::ConversionModel ModelOf(const Scene& s)
 {
-    const double a = s.scanA * qor_utils::RadiansPerMillidegree;
+    const double a = s.scanA * qor_utils::radiansPerMillidegree;
     return {&s.probe, s.lines, s.samplingFreq, s.soundSpeed, s.scanB, std::sin(a), std::cos(a)};
 }
 

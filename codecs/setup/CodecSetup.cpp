@@ -13,7 +13,7 @@ constexpr wchar_t driversKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersi
 constexpr wchar_t entryName[] = L"vidc.MJPG";
 constexpr wchar_t codecFile[] = L"mjpgcodec.dll";
 
-int fail(const char* what, DWORD error)
+int Fail(const char* what, DWORD error)
 {
     std::fprintf(stderr, "codecsetup: %s", what);
     if (error != ERROR_SUCCESS) std::fprintf(stderr, " (error %lu)", error);
@@ -42,10 +42,10 @@ public:
     DriversKey(const DriversKey&) = delete;
     DriversKey& operator=(const DriversKey&) = delete;
 
-    DWORD error() const { return static_cast<DWORD>(m_error); }
+    DWORD Error() const { return static_cast<DWORD>(m_error); }
 
     // Empty when there is no entry, "?" for one that is no text.
-    std::wstring entry() const
+    std::wstring Entry() const
     {
         DWORD size = 0;
         DWORD type = 0;
@@ -59,14 +59,14 @@ public:
         return value.c_str(); // the registry stores an end of its own, or none
     }
 
-    DWORD setEntry(const std::wstring& value)
+    DWORD SetEntry(const std::wstring& value)
     {
         const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
         return static_cast<DWORD>(RegSetValueExW(
             m_key, entryName, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), size));
     }
 
-    DWORD removeEntry() { return static_cast<DWORD>(RegDeleteValueW(m_key, entryName)); }
+    DWORD RemoveEntry() { return static_cast<DWORD>(RegDeleteValueW(m_key, entryName)); }
 
 private:
     HKEY m_key = nullptr;
@@ -82,7 +82,7 @@ std::wstring LongPath(const std::wstring& entry)
 }
 
 // By the file's name; an entry may give it in its short form.
-bool isOurs(const std::wstring& entry)
+bool IsOurs(const std::wstring& entry)
 {
     const std::wstring path = LongPath(entry);
     const std::size_t slash = path.find_last_of(L"\\/");
@@ -91,7 +91,7 @@ bool isOurs(const std::wstring& entry)
 }
 
 // Empty when the path is too long.
-std::wstring codecBesideProgram()
+std::wstring CodecBesideProgram()
 {
     wchar_t path[MAX_PATH] = {};
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
@@ -103,7 +103,7 @@ std::wstring codecBesideProgram()
 // What the drivers' key names is cut at the first blank, so a folder with blanks is shortened;
 // empty when that is not possible. The file keeps its name, by which it is known even when it is
 // gone.
-std::wstring withoutBlanks(const std::wstring& path)
+std::wstring WithoutBlanks(const std::wstring& path)
 {
     if (path.find(L' ') == std::wstring::npos) return path;
     const std::size_t slash = path.find_last_of(L'\\');
@@ -113,49 +113,49 @@ std::wstring withoutBlanks(const std::wstring& path)
     return folder + path.substr(slash);
 }
 
-int install()
+int Install()
 {
-    const std::wstring beside = codecBesideProgram();
+    const std::wstring beside = CodecBesideProgram();
     if (GetFileAttributesW(beside.c_str()) == INVALID_FILE_ATTRIBUTES)
-        return fail("mjpgcodec.dll is not beside this program", GetLastError());
-    const std::wstring codec = withoutBlanks(beside);
+        return Fail("mjpgcodec.dll is not beside this program", GetLastError());
+    const std::wstring codec = WithoutBlanks(beside);
     if (codec.empty())
-        return fail("the codec's folder has a blank in its path and no short name", 0);
+        return Fail("the codec's folder has a blank in its path and no short name", 0);
     DriversKey key(KEY_QUERY_VALUE | KEY_SET_VALUE);
-    if (key.error())
-        return fail("cannot open the drivers' registry key; administrators can", key.error());
-    const std::wstring present = key.entry();
-    if (!present.empty() && !isOurs(present)) {
+    if (key.Error())
+        return Fail("cannot open the drivers' registry key; administrators can", key.Error());
+    const std::wstring present = key.Entry();
+    if (!present.empty() && !IsOurs(present)) {
         Print(stderr, L"codecsetup: another codec is installed as " + std::wstring(entryName) +
                           L": " + present);
         return 1;
     }
-    if (const DWORD error = key.setEntry(codec)) return fail("cannot write the registry", error);
+    if (const DWORD error = key.SetEntry(codec)) return Fail("cannot write the registry", error);
     Print(stdout, L"installed " + std::wstring(entryName) + L" = " + codec);
     return 0;
 }
 
-int uninstall()
+int Uninstall()
 {
     DriversKey key(KEY_QUERY_VALUE | KEY_SET_VALUE);
-    if (key.error())
-        return fail("cannot open the drivers' registry key; administrators can", key.error());
-    const std::wstring present = key.entry();
-    if (!isOurs(present)) {
+    if (key.Error())
+        return Fail("cannot open the drivers' registry key; administrators can", key.Error());
+    const std::wstring present = key.Entry();
+    if (!IsOurs(present)) {
         std::puts(present.empty() ? "not installed"
                                   : "another codec is installed under this name; left alone");
         return 0;
     }
-    if (const DWORD error = key.removeEntry()) return fail("cannot write the registry", error);
+    if (const DWORD error = key.RemoveEntry()) return Fail("cannot write the registry", error);
     std::printf("removed %ls\n", entryName);
     return 0;
 }
 
-int status()
+int Status()
 {
     const DriversKey key(KEY_QUERY_VALUE);
-    if (key.error()) return fail("cannot open the drivers' registry key", key.error());
-    const std::wstring present = key.entry();
+    if (key.Error()) return Fail("cannot open the drivers' registry key", key.Error());
+    const std::wstring present = key.Entry();
     const bool gone = GetFileAttributesW(present.c_str()) == INVALID_FILE_ATTRIBUTES;
     if (present.empty())
         Print(stdout, L"not installed");
@@ -169,9 +169,9 @@ int status()
 int wmain(int argc, wchar_t** argv)
 {
     const std::wstring command = argc == 2 ? argv[1] : L"";
-    if (command == L"install") return install();
-    if (command == L"remove") return uninstall();
-    if (command == L"status") return status();
+    if (command == L"install") return Install();
+    if (command == L"remove") return Uninstall();
+    if (command == L"status") return Status();
     std::puts("usage: codecsetup install|remove|status\n"
               "Installs the codec that lies beside this program as vidc.MJPG, or removes it.");
     return 2;

@@ -9,7 +9,7 @@
 #endif
 
 // Whether an address lies in a block that ends at an inaccessible page and is in use. Any thread.
-GUARDHEAP_API bool guardheap_is_guarded(const void* address);
+GUARDHEAP_API bool GuardheapIsGuarded(const void* address);
 
 // How many blocks may have guard pages at a time; further ones come from the C run-time's heap.
-GUARDHEAP_API unsigned guardheap_block_limit();
+GUARDHEAP_API unsigned GuardheapBlockLimit();

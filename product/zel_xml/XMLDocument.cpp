@@ -1,13 +1,15 @@
-#include "zelXMLDocument.h"
+#include "XMLDocument.h"
 
 #include "XMLText.h"
 
 #include <algorithm>
 #include <vector>
 
+namespace zel_xml {
+
 namespace {
 
-bool hasDuplicateAttributes(const pugi::xml_node& element)
+bool HasDuplicateAttributes(const pugi::xml_node& element)
 {
     if (element.first_attribute() == element.last_attribute()) return false;
     std::vector<std::wstring_view> names;
@@ -23,15 +25,15 @@ class ShapeCheck : public pugi::xml_tree_walker
 public:
     bool for_each(pugi::xml_node& node) override
     {
-        if (node.type() != pugi::node_element) return depth() > 0 || isAllowedOutsideRoot(node);
+        if (node.type() != pugi::node_element) return depth() > 0 || IsAllowedOutsideRoot(node);
         if (depth() == 0 && ++m_roots > 1) return false;
-        return depth() < zelXMLDocument::maxDepth && !hasDuplicateAttributes(node);
+        return depth() < XMLDocument::maxDepth && !HasDuplicateAttributes(node);
     }
 
     bool end(pugi::xml_node&) override { return m_roots == 1; }
 
 private:
-    static bool isAllowedOutsideRoot(const pugi::xml_node& node)
+    static bool IsAllowedOutsideRoot(const pugi::xml_node& node)
     {
         return node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata;
     }
@@ -54,37 +56,37 @@ private:
 
 } // namespace
 
-std::shared_ptr<zelXMLDocument> zelXMLDocument::parse(std::string_view bytes)
+std::shared_ptr<XMLDocument> XMLDocument::Parse(std::string_view bytes)
 {
-    auto document = std::make_shared<zelXMLDocument>();
+    auto document = std::make_shared<XMLDocument>();
     std::wstring& text = document->m_text;
-    if (!zel_xml::decodeXml(bytes, text)) return nullptr;
+    if (!DecodeXml(bytes, text)) return nullptr;
     // parse_fragment keeps texts outside the root, so that the check below finds them instead of
     // losing them.
     const pugi::xml_parse_result result = document->m_tree.load_buffer_inplace(
         text.data(), text.size() * sizeof(wchar_t), pugi::parse_full | pugi::parse_fragment,
         pugi::encoding_wchar);
-    return result && document->isWellShaped() ? document : nullptr;
+    return result && document->IsWellShaped() ? document : nullptr;
 }
 
-std::shared_ptr<zelXMLDocument> zelXMLDocument::create(const wchar_t* rootName)
+std::shared_ptr<XMLDocument> XMLDocument::Create(const wchar_t* rootName)
 {
-    auto document = std::make_shared<zelXMLDocument>();
+    auto document = std::make_shared<XMLDocument>();
     return document->m_tree.append_child(rootName) ? document : nullptr;
 }
 
-pugi::xml_node zelXMLDocument::root() const
+pugi::xml_node XMLDocument::Root() const
 {
     return m_tree.document_element();
 }
 
-bool zelXMLDocument::remove(pugi::xml_node element)
+bool XMLDocument::Remove(pugi::xml_node element)
 {
     if (!m_removed) m_removed = m_tree.append_child(L"removed");
     return !m_removed.append_move(element).empty();
 }
 
-std::string zelXMLDocument::toBytes() const
+std::string XMLDocument::ToBytes() const
 {
     std::string bytes = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     ByteWriter writer(bytes);
@@ -94,9 +96,11 @@ std::string zelXMLDocument::toBytes() const
     return bytes;
 }
 
-bool zelXMLDocument::isWellShaped() const
+bool XMLDocument::IsWellShaped() const
 {
     ShapeCheck check;
     // Walking needs a node that may be changed; nothing is.
     return const_cast<pugi::xml_document&>(m_tree).traverse(check);
 }
+
+} // namespace zel_xml

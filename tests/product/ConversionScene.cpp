@@ -1,4 +1,4 @@
-#include "conversion_scene.h"
+#include "ConversionScene.h"
 
 #include <algorithm>
 

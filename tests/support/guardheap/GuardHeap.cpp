@@ -1,0 +1,187 @@
+// The guard-page heap of the checked build: it stands in for the heap functions that the modules of
+// the program import from msvcrt.dll. operator new and delete of libstdc++ call them too, so its
+// blocks are guarded with the others. A pointer from anywhere else (the C run-time's own, or from
+// before this DLL was there) goes to the real function.
+#include "guardheap/GuardHeap.h"
+
+#include "Failure.h"
+#include "Modules.h"
+#include "TheRegion.h"
+
+#include <algorithm>
+#include <cstring>
+#include <cwchar>
+#include <iterator>
+
+namespace guardheap {
+
+constinit GuardedRegion s_region;
+
+namespace {
+
+struct RealHeap
+{
+    void*(__cdecl* malloc)(std::size_t);
+    void*(__cdecl* calloc)(std::size_t, std::size_t);
+    void*(__cdecl* realloc)(void*, std::size_t);
+    void*(__cdecl* expand)(void*, std::size_t);
+    void(__cdecl* free)(void*);
+    std::size_t(__cdecl* msize)(void*);
+};
+
+constinit RealHeap s_real{};
+
+void* __cdecl GuardedMalloc(std::size_t size)
+{
+    void* const block = s_region.Allocate(size, false);
+    return block ? block : s_real.malloc(size);
+}
+
+void* __cdecl GuardedCalloc(std::size_t count, std::size_t size)
+{
+    std::size_t bytes = 0;
+    void* block = nullptr;
+    if (!__builtin_mul_overflow(count, size, &bytes)) block = s_region.Allocate(bytes, true);
+    return block ? block : s_real.calloc(count, size);
+}
+
+void __cdecl GuardedFree(void* block)
+{
+    if (s_region.Contains(block))
+        s_region.Release(block);
+    else
+        s_real.free(block);
+}
+
+// A guarded block always moves: whoever keeps a pointer to the old place is found out.
+void* __cdecl GuardedRealloc(void* block, std::size_t size)
+{
+    if (!block) return GuardedMalloc(size);
+    if (!s_region.Contains(block)) return s_real.realloc(block, size);
+    const std::size_t before = s_region.SizeOf(block);
+    void* const moved = size == 0 ? nullptr : GuardedMalloc(size);
+    if (size != 0 && !moved) return nullptr;
+    if (moved) std::memcpy(moved, block, std::min(before, size));
+    s_region.Release(block);
+    return moved;
+}
+
+void* __cdecl GuardedExpand(void* block, std::size_t size)
+{
+    return s_region.Contains(block) ? nullptr : s_real.expand(block, size);
+}
+
+std::size_t __cdecl GuardedMsize(void* block)
+{
+    return s_region.Contains(block) ? s_region.SizeOf(block) : s_real.msize(block);
+}
+
+template <class Char>
+Char* Duplicate(const Char* text, std::size_t length)
+{
+    const std::size_t bytes = (length + 1) * sizeof(Char);
+    void* const copy = GuardedMalloc(bytes);
+    return static_cast<Char*>(copy ? std::memcpy(copy, text, bytes) : nullptr);
+}
+
+char* __cdecl GuardedStrdup(const char* text)
+{
+    return text ? Duplicate(text, std::strlen(text)) : nullptr;
+}
+
+wchar_t* __cdecl GuardedWcsdup(const wchar_t* text)
+{
+    return text ? Duplicate(text, std::wcslen(text)) : nullptr;
+}
+
+template <class Function>
+void* Plain(Function* function)
+{
+    return reinterpret_cast<void*>(function);
+}
+
+const Redirection redirections[] = {
+    {"malloc", Plain(GuardedMalloc)},   {"calloc", Plain(GuardedCalloc)},
+    {"realloc", Plain(GuardedRealloc)}, {"free", Plain(GuardedFree)},
+    {"_expand", Plain(GuardedExpand)},  {"_msize", Plain(GuardedMsize)},
+    {"_strdup", Plain(GuardedStrdup)},  {"_wcsdup", Plain(GuardedWcsdup)},
+};
+constexpr int redirectionCount = static_cast<int>(std::size(redirections));
+
+template <class Function>
+bool Find(Function*& function, HMODULE module, const char* name)
+{
+    function = reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+    return function != nullptr;
+}
+
+bool FindRealHeap()
+{
+    HMODULE const runtime = GetModuleHandleW(L"msvcrt.dll");
+    return runtime && Find(s_real.malloc, runtime, "malloc") &&
+           Find(s_real.calloc, runtime, "calloc") && Find(s_real.realloc, runtime, "realloc") &&
+           Find(s_real.expand, runtime, "_expand") && Find(s_real.free, runtime, "free") &&
+           Find(s_real.msize, runtime, "_msize");
+}
+
+// What the loader hands to its observers; documented as LDR_DLL_NOTIFICATION_DATA.
+struct LoaderText
+{
+    USHORT length;
+    USHORT capacity;
+    wchar_t* text;
+};
+struct LoaderEvent
+{
+    ULONG flags;
+    const LoaderText* path;
+    const LoaderText* name;
+    void* base;
+    ULONG imageSize;
+};
+using LoaderObserver = void(CALLBACK*)(ULONG reason, const LoaderEvent*, void* context);
+
+void CALLBACK OnLoader(ULONG reason, const LoaderEvent* event, void*)
+{
+    constexpr ULONG loaded = 1;
+    if (reason == loaded)
+        RedirectImports(static_cast<HMODULE>(event->base), redirections, redirectionCount);
+}
+
+// Modules that are loaded later are redirected before their first code runs.
+bool ObserveLoader()
+{
+    LONG(NTAPI * observe)(ULONG, LoaderObserver, void*, void**) = nullptr;
+    void* cookie = nullptr;
+    return Find(observe, GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification") &&
+           observe(0, OnLoader, nullptr, &cookie) == 0;
+}
+
+bool Start()
+{
+    if (!FindRealHeap() || !s_region.Reserve() || !ObserveLoader()) return false;
+    StopAtFaults();
+    RedirectAllImports(redirections, redirectionCount);
+    return true;
+}
+
+} // namespace
+} // namespace guardheap
+
+bool GuardheapIsGuarded(const void* address)
+{
+    using namespace guardheap;
+    return s_region.Contains(address) &&
+           s_region.BlockAt(address).state == GuardedRegion::State::used;
+}
+
+unsigned GuardheapBlockLimit()
+{
+    return guardheap::GuardedRegion::liveBlocks;
+}
+
+// Without its guard pages a checked program does not start: a run would prove nothing.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
+{
+    return reason != DLL_PROCESS_ATTACH || guardheap::Start();
+}
