@@ -1,4 +1,5 @@
-# Compiler settings that every target of this project gets, through the interface target project_settings.
+# Compiler settings that every target of this project gets, through the interface target
+# project_settings.
 add_library(project_settings INTERFACE)
 
 target_compile_features(project_settings INTERFACE cxx_std_20)
@@ -9,7 +10,8 @@ target_compile_definitions(project_settings INTERFACE
 
 target_compile_options(project_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-  # A product and a sum round separately on every processor, so that results are the same bits everywhere.
+  # A product and a sum round separately on every processor, so that results are the same bits
+  # everywhere.
   -ffp-contract=off)
 
 if(UTILS_STATICS_ARCH STREQUAL "x86")
@@ -24,10 +26,12 @@ if(UTILS_STATICS_CHECKED)
   target_compile_definitions(project_settings INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(project_settings INTERFACE
     # A trap tells where it came from by the chain of frame pointers.
-    -O1 -fno-omit-frame-pointer -fsanitize=undefined -fsanitize-undefined-trap-on-error -fno-sanitize-recover=all)
+    -O1 -fno-omit-frame-pointer
+    -fsanitize=undefined -fsanitize-undefined-trap-on-error -fno-sanitize-recover=all)
 endif()
 
-# The compiler's own libraries are shared by all modules: C++ objects and exceptions cross the DLL boundary.
+# The compiler's own libraries are shared by all modules: C++ objects and exceptions cross the DLL
+# boundary.
 set(UTILS_STATICS_RUNTIME_DLLS)
 foreach(_dll libstdc++-6.dll libwinpthread-1.dll)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${_dll}

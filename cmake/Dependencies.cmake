@@ -7,7 +7,8 @@ else()
   set(_cache $ENV{HOME}/.cache/utils-statics)
 endif()
 
-# The version of the folder stands in one place only. A build folder made before it was raised follows it.
+# The version of the folder stands in one place only. A build folder made before it was raised
+# follows it.
 file(STRINGS ${PROJECT_SOURCE_DIR}/tools/lib.sh _version REGEX "^deps_version=")
 string(REGEX MATCH "[0-9]+" _version "${_version}")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/lib.sh)

@@ -1,4 +1,5 @@
-# What `cmake --install` puts in place, and the package that find_package(Utils_Statics CONFIG) finds.
+# What `cmake --install` puts in place, and the package that find_package(Utils_Statics CONFIG)
+# finds.
 include(CMakePackageConfigHelpers)
 
 get_property(_libraries GLOBAL PROPERTY project_libraries)
@@ -7,7 +8,8 @@ install(TARGETS ${_libraries} EXPORT Utils_StaticsTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 foreach(_library IN LISTS _libraries)
   get_target_property(_folder ${_library} SOURCE_DIR)
-  install(DIRECTORY ${_folder}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(DIRECTORY ${_folder}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
 endforeach()
 
 # The programs, the codec and what they need to run beside the libraries.
@@ -15,7 +17,8 @@ install(TARGETS exam mjpg codecsetup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
 install(DIRECTORY exam/sample DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${UTILS_STATICS_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(UTILS_STATICS_CHECKED)
-  install(TARGETS guardheap_dll RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})   # every module imports it
+  # Every module imports it.
+  install(TARGETS guardheap_dll RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
 # The codec holds libjpeg-turbo, whose licence wants its text to come along.
@@ -24,10 +27,11 @@ install(FILES ${UTILS_STATICS_DEPENDENCIES_USED}/share/doc/libjpeg-turbo/LICENSE
 
 set(_package ${CMAKE_INSTALL_LIBDIR}/cmake/Utils_Statics)
 install(EXPORT Utils_StaticsTargets NAMESPACE Utils_Statics:: DESTINATION ${_package})
-configure_package_config_file(cmake/Utils_StaticsConfig.cmake.in ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake
-  INSTALL_DESTINATION ${_package})
+configure_package_config_file(cmake/Utils_StaticsConfig.cmake.in
+  ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake INSTALL_DESTINATION ${_package})
 # Before version 1 a minor version may change the interface.
-write_basic_package_version_file(${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
 install(FILES
   ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake ${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
   DESTINATION ${_package})

@@ -1,8 +1,8 @@
 # The kinds of target this project has, one function each.
 
 # project_library(NAME SOURCES... [LINK targets...] [PRIVATE_LINK targets...])
-# A DLL with public headers in include/ below its folder. Its sources see NAME_EXPORTS defined (the export header of
-# each library reads it), and nothing is exported that is not marked.
+# A DLL with public headers in include/ below its folder. Its sources see NAME_EXPORTS defined (the
+# export header of each library reads it), and nothing is exported that is not marked.
 function(project_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(${name} SHARED ${arg_SOURCES})
@@ -13,7 +13,8 @@ function(project_library name)
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE
     $<BUILD_INTERFACE:project_settings> $<BUILD_INTERFACE:base> ${arg_PRIVATE_LINK})
   target_link_options(${name} PRIVATE -Wl,--exclude-all-symbols)
-  set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "lib" DEFINE_SYMBOL ${name}_EXPORTS)
+  set_target_properties(${name} PROPERTIES
+    PREFIX "" IMPORT_PREFIX "lib" DEFINE_SYMBOL ${name}_EXPORTS)
   if(UTILS_STATICS_CHECKED)
     target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:guardheap>)
   endif()
@@ -21,13 +22,15 @@ function(project_library name)
 endfunction()
 
 # project_test(NAME SOURCES... [LINK targets...] [DATA VAR=value...] [SERIAL])
-# A GoogleTest program, run by CTest through tools/wine. The closing line is asked for, because Wine can end with
-# status 0 without having run a program. SERIAL tests use what the whole session shares (cursor, focus, profile keys).
+# A GoogleTest program, run by CTest through tools/wine. The closing line is asked for, because Wine
+# can end with status 0 without having run a program. SERIAL tests use what the whole session shares
+# (cursor, focus, profile keys).
 function(project_test name)
   cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE project_settings base test_support GTest::gtest ${arg_LINK})
-  target_compile_options(${name} PRIVATE -O1)   # tests are compiled far more often than they are waited for
+  # Tests are compiled far more often than they are waited for.
+  target_compile_options(${name} PRIVATE -O1)
   if(UTILS_STATICS_CHECKED)
     target_link_libraries(${name} PRIVATE guardheap)
   endif()
