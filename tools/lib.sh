@@ -23,6 +23,10 @@ misuse() { printf '%s: %s; see --help\n' "${0##*/}" "$*" >&2; exit 2; }
 # The Wine of x86 programs: 8 is that of this Debian release, 10 that of the next. Every tool that
 # a tool starts inherits the choice.
 export UTILS_STATICS_WINE=${UTILS_STATICS_WINE:-8}
+case $UTILS_STATICS_WINE in
+  8|10) ;;
+  *) die "UTILS_STATICS_WINE is '$UTILS_STATICS_WINE' and has to be 8 or 10" ;;
+esac
 
 choose_wine() { # choose_wine VERSION: for the option --wine
   case ${1:-} in
@@ -36,7 +40,6 @@ wine_root() {
   case $UTILS_STATICS_WINE in
     8) say "$cache/wine-i386-2" ;;
     10) say "$cache/wine10-i386-1" ;;
-    *) die "UTILS_STATICS_WINE is '$UTILS_STATICS_WINE' and has to be 8 or 10" ;;
   esac
 }
 
