@@ -2,8 +2,8 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 
-# What is slow to make and the same for every checkout of a user lives here; cmake/Dependencies.cmake
-# looks for it in the environment.
+# What is slow to make and the same for every checkout of a user lives here. The environment has it
+# for cmake/Dependencies.cmake.
 cache=${UTILS_STATICS_CACHE:-${XDG_CACHE_HOME:-${HOME:+$HOME/.cache}}}
 [ -z "$cache" ] || [ -n "${UTILS_STATICS_CACHE:-}" ] || cache=$cache/utils-statics
 export UTILS_STATICS_CACHE=$cache
@@ -112,6 +112,9 @@ build_preset() {
   mkdir -p "$top/build"
   # Checkouts share compiled objects through the compiler cache, whatever folder they lie in.
   export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 NINJA_STATUS="[%f/%t %es] "
-  cmake --preset "$1" >"$log" 2>&1 || { tail -n 15 "$log" >&2; die "configuring $1 failed; the whole log is $log"; }
+  if ! cmake --preset "$1" >"$log" 2>&1; then
+    tail -n 15 "$log" >&2
+    die "configuring $1 failed; the whole log is $log"
+  fi
   cmake --build --preset "$1" ${2:+--target "$2"} || die "building $1 failed"
 }
