@@ -289,12 +289,12 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
     unlock(0, cookie);
     ASSERT_TRUE(written);
     const Dump dump(folder / L"a.dmp");
-    const auto location = dump.stream(ExceptionStream);
+    const auto location = dump.Stream(ExceptionStream);
     ASSERT_TRUE(location);
-    const auto stream = dump.at<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
+    const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
     EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
     EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
-    EXPECT_FALSE(dump.list<MINIDUMP_MODULE>(ModuleListStream).empty());
+    EXPECT_FALSE(dump.List<MINIDUMP_MODULE>(ModuleListStream).empty());
     EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
         << "and the next as ever";
 }

@@ -32,7 +32,7 @@ std::wstring WithoutBlanks(const std::wstring& path)
 } // namespace
 
 InstalledCodec::InstalledCodec(const std::wstring& fourcc, const std::wstring& dll)
-    : m_entry(L"vidc." + fourcc), m_path(WithoutBlanks(besideProgram(dll)))
+    : m_entry(L"vidc." + fourcc), m_path(WithoutBlanks(BesideProgram(dll)))
 {
     wchar_t before[MAX_PATH] = {};
     DWORD size = sizeof before;

@@ -101,7 +101,7 @@ int __cdecl MakeNothingAndGoElsewhere(const wchar_t*)
 TEST(CreateDirectory, LeavesTheCurrentDirectoryAsItIsOnEveryWayOut)
 {
     const TemporaryFolder folder;
-    const InDirectory inside(folder.path());
+    const InDirectory inside(folder.Path());
     const std::wstring before = test_support::CurrentDirectory();
     const ImportHook hook(L"Utils_Statics.dll", "_wmkdir",
                           reinterpret_cast<void*>(&MakeNothingAndGoElsewhere));

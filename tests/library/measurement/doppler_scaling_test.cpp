@@ -50,7 +50,7 @@ TEST(DopplerScalingChild, DISABLED_EverythingStartsAtNothing)
 TEST_F(DopplerScalingTest, EverythingStartsAtNothing)
 {
     test_support::ChildTest child("DopplerScalingChild.DISABLED_EverythingStartsAtNothing");
-    EXPECT_EQ(child.wait(60000), 0u);
+    EXPECT_EQ(child.Wait(60000), 0u);
 }
 
 TEST_F(DopplerScalingTest, SettersStoreWhatTheyAreGiven)

@@ -72,7 +72,7 @@ struct CodecState
 TEST_F(CineStoreAvi, StateOfTheCodecLivesUntilTheFormatIsSet)
 {
     const test_support::InstalledCodec installed(L"TST1", L"testcodec.dll");
-    const base::Module dll(LoadLibraryW(installed.path().c_str()));
+    const base::Module dll(LoadLibraryW(installed.Path().c_str()));
     TestCodecOrders* const codec = reinterpret_cast<TestCodecOrdersFunction>(
         reinterpret_cast<void*>(GetProcAddress(dll.get(), "TestCodecOrdersOfThisProcess")))();
     *codec = {};
