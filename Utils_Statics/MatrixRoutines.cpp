@@ -54,7 +54,8 @@ void MAT_Transform(double* maxX, double* minX, double* maxY, double* minY, const
 {
     if (!maxX || !minX || !maxY || !minY || !p1 || !p2 || !p3 || !p4 || !M1 || !M2 || !M) return;
     MAT_MatrixProduct(M1, M2, 3, M);
-    Extremes x, y;
+    Extremes x;
+    Extremes y;
     for (const double* point : {p1, p2, p3, p4}) {
         double moved[3];
         MAT_MatrixVectorProduct(M, 3, 3, point, 3, moved);

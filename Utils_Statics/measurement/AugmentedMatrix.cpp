@@ -69,7 +69,8 @@ void AugmentedMatrix::ClearBelow(std::size_t pivot) noexcept
     const double divisor = pivotRow[pivot];
     std::size_t i = pivot + 1;
     for (; i + 2 <= m_n; i += 2) {
-        const double factor1 = Row(i)[pivot] / divisor, factor2 = Row(i + 1)[pivot] / divisor;
+        const double factor1 = Row(i)[pivot] / divisor;
+        const double factor2 = Row(i + 1)[pivot] / divisor;
         SubtractFromPair(i, factor1, factor2, pivotRow, ColumnsBelow(pivot, factor1, factor2));
     }
     if (i == m_n) return;

@@ -94,10 +94,13 @@ void FormatReader::ReadSize()
         size = pointerSize;
     else if (TakeIf(L'I')) {
         size = pointerSize;
-        if (m_next[0] == L'6' && m_next[1] == L'4')
-            size = Size::bits64, m_next += 2;
-        else if (m_next[0] == L'3' && m_next[1] == L'2')
-            size = Size::bits32, m_next += 2;
+        if (m_next[0] == L'6' && m_next[1] == L'4') {
+            size = Size::bits64;
+            m_next += 2;
+        } else if (m_next[0] == L'3' && m_next[1] == L'2') {
+            size = Size::bits32;
+            m_next += 2;
+        }
     }
 }
 

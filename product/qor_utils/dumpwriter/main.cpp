@@ -1,6 +1,6 @@
 // Writes a memory dump of the process that started it; MemoryDumper starts it where the crashed
 // process cannot do so itself. A whole dump or none: the status is 0 or 1.
-#include "DumpFunction.h"
+#include "../DumpFunction.h"
 
 #include <base/Handles.h>
 
