@@ -1,5 +1,8 @@
 #include "image/CineFile.h"
 
+#include <algorithm>
+#include <climits>
+
 namespace exam {
 
 namespace {
@@ -28,25 +31,19 @@ std::wstring FindProblem(const CineDescription& description)
 
 std::wstring CineFile::Open(const std::wstring& path)
 {
-    RawCine raw;
-    if (std::wstring problem = raw.Open(path); !problem.empty()) return problem;
-    m_description = raw.Description();
-    if (std::wstring problem = FindProblem(m_description); !problem.empty()) return problem;
-
-    m_payload.resize(static_cast<std::size_t>(raw.PayloadSize()));
-    if (!raw.Read(0, m_payload)) return L"the file cannot be read";
-    const std::size_t held = m_payload.size() / FrameSize();
-    m_frames = m_description.count;
-    m_complete =
-        m_frames > 0 && m_payload.size() == FrameSize() * static_cast<std::size_t>(m_frames);
-    if (m_frames == 0 || static_cast<std::size_t>(m_frames) > held)
-        m_frames = static_cast<int>(held);
+    if (std::wstring problem = m_file.Open(path); !problem.empty()) return problem;
+    if (std::wstring problem = FindProblem(Description()); !problem.empty()) return problem;
+    const std::int64_t held = m_file.PayloadSize() / FrameSize();
+    m_frames = Description().count;
+    m_complete = m_frames > 0 && m_file.PayloadSize() == FrameSize() * m_frames;
+    if (m_frames == 0 || m_frames > held)
+        m_frames = static_cast<int>(std::min<std::int64_t>(held, INT_MAX));
     return m_frames > 0 ? L"" : L"the file holds no whole frame";
 }
 
 ZelProbe CineFile::Probe() const
 {
-    const uDataDesc& stream = m_description.stream;
+    const uDataDesc& stream = Description().stream;
     ZelProbe probe{};
     probe.type = stream.probeType;
     probe.elements = stream.elements;
@@ -58,19 +55,20 @@ ZelProbe CineFile::Probe() const
 
 double CineFile::FramesPerSecond() const
 {
-    const int rate = m_description.stream.frameRate; // frames per 1000 s
+    const int rate = Description().stream.frameRate; // frames per 1000 s
     return rate > 0 ? rate / 1000.0 : usualFramesPerSecond;
 }
 
-std::size_t CineFile::FrameSize() const
+std::int64_t CineFile::FrameSize() const
 {
-    return static_cast<std::size_t>(Lines()) * static_cast<std::size_t>(Samples());
+    return std::int64_t{Lines()} * Samples();
 }
 
-std::span<const std::uint8_t> CineFile::Frame(int frame) const
+bool CineFile::ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const
 {
-    if (frame < 0 || frame >= m_frames) return {};
-    return std::span(m_payload).subspan(FrameSize() * static_cast<std::size_t>(frame), FrameSize());
+    if (frame < 0 || frame >= m_frames) return false;
+    bytes.resize(static_cast<std::size_t>(FrameSize()));
+    return m_file.Read(FrameSize() * frame, bytes);
 }
 
 } // namespace exam

@@ -6,24 +6,24 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
 namespace exam {
 
-/// A raw cine file of grey levels, read whole.
+/// A raw cine file of grey levels. Frames are read when they are asked for, so the memory needed
+/// does not depend on the size of the file. The file stays open as long as the object lives.
 class CineFile
 {
 public:
-    /// Reads `path`. The result is empty, or one sentence that says what is wrong with the file.
+    /// Opens `path`. The result is empty, or one sentence that says what is wrong with the file.
     /// The size of the file decides how many frames there are when the header's count is 0, because
     /// the recording was not finished, or larger.
     std::wstring Open(const std::wstring& path);
 
-    const CineDescription& Description() const { return m_description; }
-    int Lines() const { return m_description.stream.lines; }
-    int Samples() const { return m_description.stream.samples; }
+    const CineDescription& Description() const { return m_file.Description(); }
+    int Lines() const { return Description().stream.lines; }
+    int Samples() const { return Description().stream.samples; }
     ZelProbe Probe() const;
 
     /// The rate at which the recording is played: its own, or 30 if it has none.
@@ -34,17 +34,17 @@ public:
     /// Whether the header's own count agrees with the size of the file.
     bool IsComplete() const { return m_complete; }
 
-    /// Lines() x Samples() bytes, line by line; `frame` from 0 to Frames() - 1. Valid while the
-    /// object is not changed.
-    std::span<const std::uint8_t> Frame(int frame) const;
+    /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` from 0 to Frames()
+    /// - 1. False when there is no such frame, or it cannot be read; `bytes` holds nothing of use
+    /// then.
+    bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const;
 
 private:
-    std::size_t FrameSize() const;
+    std::int64_t FrameSize() const;
 
-    CineDescription m_description;
+    RawCine m_file;
     int m_frames = 0;
     bool m_complete = false;
-    std::vector<std::uint8_t> m_payload;
 };
 
 } // namespace exam

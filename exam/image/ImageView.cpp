@@ -38,10 +38,11 @@ void ImageView::SetRecording(const CineFile& cine, CSize size)
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
 }
 
-void ImageView::Show(const CineFile& cine, int frame)
+bool ImageView::Show(const CineFile& cine, int frame)
 {
-    const auto bytes = cine.Frame(frame);
-    if (m_map && !bytes.empty()) m_map->Convert(bytes.data(), m_grey.data());
+    if (!cine.ReadFrame(frame, m_frame)) return false;
+    if (m_map) m_map->Convert(m_frame.data(), m_grey.data());
+    return true;
 }
 
 void ImageView::Paint(CDC& dc, CPoint at) const

@@ -19,8 +19,9 @@ public:
     /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show().
     void SetRecording(const CineFile& cine, CSize size);
 
-    /// Converts frame number `frame` of `cine`, which is the recording that was set.
-    void Show(const CineFile& cine, int frame);
+    /// Converts frame number `frame` of `cine`, which is the recording that was set. False when it
+    /// cannot be read; the image stays what it was.
+    bool Show(const CineFile& cine, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
 
@@ -37,8 +38,9 @@ public:
 
 private:
     ImagingParameters m_parameters;
-    std::optional<FrameMap> m_map;    // worked out once a recording, applied to each frame
-    std::vector<std::uint8_t> m_grey; // rows from the top, without padding
+    std::vector<std::uint8_t> m_frame; // as it lies in the file
+    std::optional<FrameMap> m_map;     // worked out once a recording, applied to each frame
+    std::vector<std::uint8_t> m_grey;  // rows from the top, without padding
 };
 
 } // namespace exam

@@ -73,7 +73,9 @@ std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
     Movie movie;
     if (!movie.Start(path, size, cine.FramesPerSecond())) return CannotWrite(path);
     for (int frame = 0; frame < cine.Frames(); ++frame) {
-        view.Show(cine, frame);
+        if (!view.Show(cine, frame))
+            return L"frame " + std::to_wstring(frame + 1) +
+                   L" cannot be read; the movie ends before it";
         if (!movie.Add(view))
             return L"frame " + std::to_wstring(frame + 1) + L" cannot be written to " + path +
                    L"; the movie ends before it";

@@ -14,10 +14,8 @@ bool RawRecording::Start(const std::wstring& path, const Announcement& announcem
 
 bool RawRecording::AddFrame()
 {
-    const auto frame = m_session.Cine().Frame(m_session.Frame());
-    // The store only reads the frame, though its parameter is not const.
-    return m_store.AddFrame(const_cast<std::uint8_t*>(frame.data()),
-                            static_cast<int>(frame.size()));
+    return m_session.Cine().ReadFrame(m_session.Frame(), m_frame) &&
+           m_store.AddFrame(m_frame.data(), static_cast<int>(m_frame.size()));
 }
 
 bool RawRecording::Finish()

@@ -3,6 +3,9 @@
 #include "image/Session.h"
 #include "record/Recording.h"
 
+#include <cstdint>
+#include <vector>
+
 namespace exam {
 
 // Records the session's frames byte for byte into a raw cine file.
@@ -17,6 +20,7 @@ public:
 
 private:
     const Session& m_session;
+    std::vector<std::uint8_t> m_frame;
     CCineStore m_store;
 };
 

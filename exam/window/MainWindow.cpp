@@ -96,7 +96,8 @@ void MainWindow::ShowFrame()
         m_view.SetRecording(cine, ScreenLayout::Image().Size());
         m_tools.Reset(ScreenLayout::Image().Size());
     }
-    m_view.Show(cine, m_session.Frame());
+    if (!m_view.Show(cine, m_session.Frame()))
+        m_content.status = GetStr("exam.image.unreadable", m_session.Frame() + 1);
 }
 
 BOOL MainWindow::OnEraseBkgnd(CDC*)
