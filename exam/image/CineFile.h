@@ -2,8 +2,6 @@
 
 #include "image/RawCine.h"
 
-#include <qor_utils/ZelProbe.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -24,15 +22,15 @@ public:
     const CineDescription& Description() const { return m_file.Description(); }
     int Lines() const { return Description().stream.lines; }
     int Samples() const { return Description().stream.samples; }
-    ZelProbe Probe() const;
 
     /// The rate at which the recording is played: its own, or 30 if it has none.
     double FramesPerSecond() const;
 
     int Frames() const { return m_frames; }
 
-    /// Whether the header's own count agrees with the size of the file.
-    bool IsComplete() const { return m_complete; }
+    /// In what the size of the file differs from what its header counts: one sentence; empty when
+    /// it does not.
+    const std::wstring& SizeProblem() const { return m_sizeProblem; }
 
     /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` from 0 to Frames()
     /// - 1. False when there is no such frame, or it cannot be read; `bytes` holds nothing of use
@@ -44,7 +42,7 @@ private:
 
     RawCine m_file;
     int m_frames = 0;
-    bool m_complete = false;
+    std::wstring m_sizeProblem;
 };
 
 } // namespace exam

@@ -33,7 +33,7 @@ GreyBitmapInfo MakeGreyBitmapInfo(int width)
 
 void ImageView::SetRecording(const CineFile& cine, CSize size)
 {
-    m_parameters = FitImage(cine, size);
+    m_parameters = FitImage(cine.Description(), size);
     m_map.emplace(m_parameters.ToFrameGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/CineFile.h"
 #include "image/ImagingParameters.h"
 
 #include <afxwin.h>
@@ -24,9 +25,6 @@ public:
     bool Show(const CineFile& cine, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
-
-    /// Whether the header of the recording describes a geometry. Without one the image stays black.
-    bool IsValid() const { return m_map && m_map->Valid(); }
 
     const ImagingParameters& Parameters() const { return m_parameters; }
 

@@ -38,11 +38,21 @@ int DivideUp(int dividend, int divisor)
     return (dividend + divisor - 1) / divisor;
 }
 
-ImagingParameters WithoutScale(const CineFile& cine, CSize size)
+ZelProbe ProbeOf(const uDataDesc& stream)
 {
-    const CineDescription& description = cine.Description();
+    ZelProbe probe{};
+    probe.type = stream.probeType;
+    probe.elements = stream.elements;
+    probe.pitch = stream.pitch;
+    probe.radius = stream.radius;
+    probe.sectorAngle = stream.sectorAngle;
+    return probe;
+}
+
+ImagingParameters WithoutScale(const CineDescription& description, CSize size)
+{
     ImagingParameters image;
-    image.probe = cine.Probe();
+    image.probe = ProbeOf(description.stream);
     image.samplingFreq = description.stream.samplingFreq;
     image.soundSpeed = description.stream.soundSpeed;
     image.steerAngle = description.steerAngle;
@@ -124,7 +134,7 @@ FrameGeometry ImagingParameters::ToFrameGeometry() const
     return geometry;
 }
 
-ImagingParameters FitImage(const CineFile& cine, CSize size)
+ImagingParameters FitImage(const CineDescription& cine, CSize size)
 {
     ImagingParameters image = WithoutScale(cine, size);
     image.micronsPerPixel = {measuringScale, measuringScale};

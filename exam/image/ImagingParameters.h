@@ -1,9 +1,10 @@
 #pragma once
 
-#include "image/CineFile.h"
+#include "image/RawCine.h"
 
 #include <qor_imgproc/FrameGeometry.h>
 #include <qor_utils/UPoint.h>
+#include <qor_utils/ZelProbe.h>
 
 #include <afxwin.h>
 
@@ -55,8 +56,8 @@ struct ImagingParameters
     FrameGeometry ToFrameGeometry() const;
 };
 
-/// Chooses the scale and the place at which the frames of `cine` fill an image of `size` pixels:
-/// whole, centred sideways, with a margin all round.
-ImagingParameters FitImage(const CineFile& cine, CSize size);
+/// Chooses the scale and the place at which the frames of a recording fill an image of `size`
+/// pixels: whole, centred sideways, with a margin all round.
+ImagingParameters FitImage(const CineDescription& cine, CSize size);
 
 } // namespace exam

@@ -1,11 +1,12 @@
 #include "image/RawCine.h"
 
+#include "base/FileKind.h"
+
 #include <Utils_Statics/CineHeader.h>
 
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <filesystem>
 
 namespace exam {
 
@@ -66,8 +67,7 @@ std::optional<std::int64_t> CineDescription::FrameSize() const
 
 std::wstring RawCine::Open(const std::wstring& path)
 {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return L"there is no such file";
+    if (std::wstring problem = FindFileProblem(path); !problem.empty()) return problem;
     m_file = OpenToRead(path);
     LARGE_INTEGER size{};
     if (!m_file || !GetFileSizeEx(m_file.get(), &size)) return L"the file cannot be read";

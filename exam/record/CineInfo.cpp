@@ -1,6 +1,7 @@
 #include "record/CineInfo.h"
 
 #include "base/Console.h"
+#include "image/CineCheck.h"
 #include "image/RawCine.h"
 
 #include <cwchar>
@@ -64,30 +65,14 @@ void PrintDescription(const CineDescription& cine)
     Field(L"unused", std::to_wstring(cine.unused[0]) + L", " + std::to_wstring(cine.unused[1]));
 }
 
-std::wstring Bytes(std::int64_t count)
-{
-    return std::to_wstring(count) + L" bytes";
-}
-
-// Prints the sizes and compares them. The result is empty, or one sentence that says what is wrong.
-std::wstring CheckSize(const RawCine& cine)
+// Prints the sizes. The result is empty, or one sentence that says what is wrong with the file.
+std::wstring Check(const RawCine& cine)
 {
     Number(L"payload", cine.PayloadSize(), L" bytes");
-    const auto frameSize = cine.Description().FrameSize();
-    if (!frameSize)
-        return L"the size cannot be checked, because the header does not give the size of a frame";
-    Number(L"frame size", *frameSize, L" bytes");
-
-    const std::int32_t count = cine.Description().count;
-    const std::int64_t whole = cine.PayloadSize() / *frameSize;
-    if (count < 0) return L"the header gives a negative count";
-    if (count == 0 && cine.PayloadSize() > 0)
-        return L"the recording was not finished: its count is 0, and it holds " +
-               std::to_wstring(whole) + L" whole frames";
-    if (whole == count && cine.PayloadSize() % *frameSize == 0) return L"";
-    return L"the header counts " + std::to_wstring(count) + L" frames of " + Bytes(*frameSize) +
-           L", but there are " + Bytes(cine.PayloadSize()) + L" behind it (" +
-           std::to_wstring(whole) + L" whole frames)";
+    if (const auto frameSize = cine.Description().FrameSize())
+        Number(L"frame size", *frameSize, L" bytes");
+    std::wstring problem = FindHeaderProblem(cine.Description());
+    return problem.empty() ? FindSizeProblem(cine) : problem;
 }
 
 } // namespace
@@ -98,7 +83,7 @@ bool PrintCineInfo(const std::wstring& path)
     std::wstring problem = cine.Open(path);
     if (problem.empty()) {
         PrintDescription(cine.Description());
-        problem = CheckSize(cine);
+        problem = Check(cine);
     }
     if (problem.empty()) {
         Field(L"check", L"the size is count x frame size and the header");

@@ -69,7 +69,6 @@ std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
     const CSize size = ScreenLayout::Image().Size();
     ImageView view;
     view.SetRecording(cine, size);
-    if (!view.IsValid()) return L"the header gives no geometry to show the frames by";
     Movie movie;
     if (!movie.Start(path, size, cine.FramesPerSecond())) return CannotWrite(path);
     for (int frame = 0; frame < cine.Frames(); ++frame) {

@@ -1,4 +1,5 @@
 #include "image/CineFile.h"
+#include "image/ProbeType.h"
 
 #include "test_support/TemporaryFolder.h"
 
@@ -14,7 +15,7 @@
 #include <fstream>
 #include <random>
 
-using exam::CineFile;
+using namespace exam;
 using test_support::TemporaryFolder;
 
 namespace {
@@ -63,12 +64,12 @@ TEST_F(CineFileTest, ReadsTheHeaderAndEveryFrame)
 {
     ASSERT_EQ(Read(HeaderWords(2), 30), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_TRUE(m_cine.IsComplete());
+    EXPECT_EQ(m_cine.SizeProblem(), L"");
     EXPECT_EQ(m_cine.Lines(), lines);
     EXPECT_EQ(m_cine.Samples(), samples);
     EXPECT_EQ(m_cine.Description().stream.samplingFreq, 15000000);
     EXPECT_EQ(m_cine.Description().stream.frameRate, 30000);
-    EXPECT_EQ(m_cine.Probe().radius, 26400);
+    EXPECT_EQ(m_cine.Description().stream.radius, 26400);
     EXPECT_EQ(m_cine.Description().steerAngle, 1000);
     EXPECT_EQ(m_cine.Description().apexAngle, 2000);
     EXPECT_EQ(m_cine.Description().lineOffset, 1);
@@ -90,14 +91,14 @@ TEST_F(CineFileTest, CountsTheFramesOfARecordingThatWasCutOff)
 {
     ASSERT_EQ(Read(HeaderWords(0), 37), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_FALSE(m_cine.IsComplete());
+    EXPECT_NE(m_cine.SizeProblem(), L"");
 }
 
 TEST_F(CineFileTest, BelievesTheSizeWhenTheCountPromisesMore)
 {
     ASSERT_EQ(Read(HeaderWords(2000000000), 30), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_FALSE(m_cine.IsComplete());
+    EXPECT_NE(m_cine.SizeProblem(), L"");
 }
 
 TEST_F(CineFileTest, TellsWhatIsWrongWithAFile)
@@ -105,7 +106,8 @@ TEST_F(CineFileTest, TellsWhatIsWrongWithAFile)
     EXPECT_EQ(m_cine.Open(m_folder / L"missing.cine"), L"there is no such file");
     EXPECT_NE(Read({1, 2, 3}, 0), L"");
     EXPECT_NE(Read(HeaderWords(1), 14), L"") << "not one whole frame";
-    EXPECT_NE(m_cine.Open(m_folder.Path()), L"") << "a folder";
+    EXPECT_EQ(m_cine.Open(m_folder.Path()), L"this is a folder, not a file");
+    EXPECT_EQ(m_cine.Open(L"NUL"), L"this is a device, not a file");
 }
 
 TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
@@ -114,13 +116,42 @@ TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
     {
         std::size_t word;
         std::int32_t value;
-    } broken[] = {{0, 3},       {1, -1}, {2, 0}, {2, -5}, {2, 1 << 30}, {3, 1},
-                  {3, 1 << 30}, {4, 16}, {5, 0}, {5, -1}, {6, 0}};
+    } broken[] = {
+        {0, 3},           {1, -1},         {2, 0},           {2, -5},
+        {2, 1 << 30},     {3, 1},          {3, 1 << 30},     {4, 16},
+        {5, 0},           {5, -1},         {5, 1},           {6, 0},
+        {6, 2147483647},  {7, 3},          {7, -1},          {8, 0},
+        {8, -1},          {8, 2147483647}, {9, 0},           {9, -1},
+        {9, 2147483647},  {10, 0},         {10, 2147483647}, {10, -2147483647 - 1},
+        {12, 2147483647}, {12, -1},        {15, 2147483647},
+    };
     for (const auto& [word, value] : broken) {
         auto words = HeaderWords(1);
         words[word] = value;
         EXPECT_NE(Read(words, 15), L"") << "word " << word << " = " << value;
     }
+}
+
+TEST_F(CineFileTest, RefusesASectorWithoutAnAngle)
+{
+    auto words = HeaderWords(1);
+    words[7] = phasedProbe;
+    words[11] = 90000;
+    words[14] = 0; // no virtual apex
+    EXPECT_EQ(Read(words, 15), L"");
+    for (const int sector : {0, -90000, 500000}) {
+        words[11] = sector;
+        EXPECT_NE(Read(words, 15), L"") << sector;
+    }
+}
+
+TEST_F(CineFileTest, RefusesLinesThatAreSteeredAlongTheFace)
+{
+    auto words = HeaderWords(1);
+    words[7] = linearProbe;
+    EXPECT_EQ(Read(words, 15), L"");
+    words[13] = 90000;
+    EXPECT_NE(Read(words, 15), L"");
 }
 
 TEST_F(CineFileTest, SurvivesRandomBytes)
@@ -191,7 +222,7 @@ TEST_F(CineFileTest, TakesNoMoreMemoryForALongRecordingThanForAShortOne)
     }
     ASSERT_EQ(m_cine.Open(m_path), L"");
     EXPECT_EQ(m_cine.Frames(), frames);
-    EXPECT_TRUE(m_cine.IsComplete());
+    EXPECT_EQ(m_cine.SizeProblem(), L"");
     const std::vector<std::uint8_t> last = Frame(frames - 1);
     ASSERT_EQ(last.size(), std::size_t{4096} * 1024);
     EXPECT_EQ(last[0], 7);
