@@ -47,6 +47,10 @@ std::wstring FindProbeProblem(const CineDescription& description)
         return L"the header names an unknown type of probe";
     if (stream.elements < 1 || stream.elements > mostElements)
         return L"the header gives an impossible number of elements";
+    const int apertureLines =
+        description.apertureLines > 0 ? description.apertureLines : stream.elements;
+    if (apertureLines != stream.lines || description.lineOffset != 0)
+        return L"the frames are a part of the aperture, which cannot be shown";
     if (stream.pitch < 0 || (stream.pitch == 0 && stream.probeType != phasedProbe))
         return L"the header gives no element pitch";
     if (stream.probeType == curvedProbe && stream.radius == 0)
@@ -62,8 +66,7 @@ bool IsOfReasonableSize(const CineDescription& description)
         qor_utils::GetSampleSize(stream.samplingFreq, stream.soundSpeed) * stream.samples;
     return depth <= mostMicrons && 1.0 * stream.elements * stream.pitch <= mostMicrons &&
            std::abs(1.0 * stream.radius) <= mostMicrons &&
-           1.0 * stream.sectorAngle + description.apexAngle <= mostSector &&
-           std::abs(1.0 * description.lineOffset) <= mostLines;
+           1.0 * stream.sectorAngle + description.apexAngle <= mostSector;
 }
 
 // The conversion itself says whether it can show the frames, in a small image.

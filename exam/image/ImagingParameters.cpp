@@ -16,6 +16,9 @@ constexpr int margin = 12;
 // fine enough for any probe.
 constexpr int measuringScale = 10;
 
+// Frames begin at the first line of the aperture.
+constexpr int lineOffset = 0;
+
 // The smallest rectangle that holds the first and the last sample of every line. All lines are
 // looked at, because the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
@@ -57,8 +60,6 @@ ImagingParameters WithoutScale(const CineDescription& description, CSize size)
     image.soundSpeed = description.stream.soundSpeed;
     image.steerAngle = description.steerAngle;
     image.apexAngle = description.apexAngle;
-    image.lineOffset = description.lineOffset;
-    image.apertureLines = description.apertureLines;
     image.lines = description.stream.lines;
     image.samples = description.stream.samples;
     image.width = size.cx;
@@ -72,7 +73,7 @@ CPoint ImagingParameters::Pixel(int line, int sample) const
 {
     const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
         line, sample, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, &probe,
-        soundSpeed, apertureLines, lineOffset, width, height, flip);
+        soundSpeed, lines, lineOffset, width, height, flip);
     return {pixel.x, pixel.y};
 }
 
@@ -91,14 +92,14 @@ void ImagingParameters::DrawScanLine(CDC& dc, int line, int sample1, int sample2
 {
     CImgGeometry::DrawVerticalUSLine(&dc, line, sample1, sample2, origin, micronsPerPixel,
                                      samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
-                                     lineOffset, width, height, flip, apertureLines);
+                                     lineOffset, width, height, flip, lines);
 }
 
 void ImagingParameters::DrawDepthLine(CDC& dc, int sample, int line1, int line2) const
 {
     CImgGeometry::DrawHorizontalUSLine(&dc, sample, line1, line2, origin, micronsPerPixel,
                                        samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
-                                       lineOffset, width, height, flip, apertureLines);
+                                       lineOffset, width, height, flip, lines);
 }
 
 double ImagingParameters::Millimetres(CPoint a, CPoint b) const

@@ -20,9 +20,7 @@ struct ImagingParameters
     int soundSpeed = 0;     ///< m/s
     int steerAngle = 0;     ///< thousandths of a degree
     int apexAngle = 0;      ///< of a virtual apex, thousandths of a degree; 0: none
-    int lineOffset = 0;     ///< lines
-    int apertureLines = 0;  ///< scan lines over the aperture; 0: one per element
-    int lines = 0;          ///< of a frame
+    int lines = 0;          ///< of a frame, over the whole aperture
     int samples = 0;        ///< of a line
     UPoint origin;          ///< centre of curvature, or of the aperture's face on a flat probe
     UPoint micronsPerPixel; ///< equal in x and y: the image has true proportions

@@ -27,7 +27,7 @@ constexpr int samples = 5;
 std::vector<std::int32_t> HeaderWords(int count)
 {
     return {uDataBMode, count, lines, samples, 8,    15000000, 1540, 0, 188, 292,
-            26400,      0,     30000, 1000,    2000, 1,        241,  0, 0};
+            26400,      0,     30000, 1000,    2000, 0,        3,    0, 0};
 }
 
 class CineFileTest : public testing::Test
@@ -72,8 +72,8 @@ TEST_F(CineFileTest, ReadsTheHeaderAndEveryFrame)
     EXPECT_EQ(m_cine.Description().stream.radius, 26400);
     EXPECT_EQ(m_cine.Description().steerAngle, 1000);
     EXPECT_EQ(m_cine.Description().apexAngle, 2000);
-    EXPECT_EQ(m_cine.Description().lineOffset, 1);
-    EXPECT_EQ(m_cine.Description().apertureLines, 241);
+    EXPECT_EQ(m_cine.Description().lineOffset, 0);
+    EXPECT_EQ(m_cine.Description().apertureLines, lines);
     const std::vector<std::uint8_t> frame = Frame(1);
     ASSERT_EQ(frame.size(), 15u);
     EXPECT_EQ(frame[0], 15);
@@ -123,7 +123,8 @@ TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
         {6, 2147483647},  {7, 3},          {7, -1},          {8, 0},
         {8, -1},          {8, 2147483647}, {9, 0},           {9, -1},
         {9, 2147483647},  {10, 0},         {10, 2147483647}, {10, -2147483647 - 1},
-        {12, 2147483647}, {12, -1},        {15, 2147483647},
+        {12, 2147483647}, {12, -1},        {15, 1},          {16, 4},
+        {16, 0},
     };
     for (const auto& [word, value] : broken) {
         auto words = HeaderWords(1);
@@ -195,6 +196,7 @@ void WriteSparseCine(const std::wstring& path, int frames)
     std::vector<std::int32_t> words = HeaderWords(frames);
     words[2] = 4096;
     words[3] = 1024;
+    words[16] = 4096;
     const base::File file(
         CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     DWORD bytes = 0;
