@@ -1,6 +1,7 @@
 #include "image/ImageView.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace exam {
 
@@ -29,6 +30,20 @@ GreyBitmapInfo MakeGreyBitmapInfo(int width)
     return info;
 }
 
+// The smallest rectangle that holds the pixels that are set.
+CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
+{
+    CRect box(INT_MAX, INT_MAX, 0, 0);
+    for (std::size_t i = 0; i < mask.size(); ++i) {
+        if (mask[i] == 0) continue;
+        const int x = static_cast<int>(i) % width;
+        const int y = static_cast<int>(i) / width;
+        box.SetRect(std::min<int>(box.left, x), std::min<int>(box.top, y),
+                    std::max<int>(box.right, x + 1), std::max<int>(box.bottom, y + 1));
+    }
+    return box.right > 0 ? box : CRect();
+}
+
 } // namespace
 
 void ImageView::SetRecording(const CineFile& cine, CSize size)
@@ -36,6 +51,13 @@ void ImageView::SetRecording(const CineFile& cine, CSize size)
     m_parameters = FitImage(cine.Description(), size);
     m_map.emplace(m_parameters.ToFrameGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
+    // The imaged region is where a white frame is not black.
+    m_frame.assign(static_cast<std::size_t>(cine.Lines()) *
+                       static_cast<std::size_t>(cine.Samples()),
+                   UINT8_MAX);
+    m_mask = m_grey;
+    m_map->Convert(m_frame.data(), m_mask.data());
+    m_imagedRect = BoundingRect(m_mask, m_parameters.width);
 }
 
 bool ImageView::Show(const CineFile& cine, int frame)
@@ -60,11 +82,40 @@ void ImageView::Paint(CDC& dc, CPoint at) const
 
 int ImageView::Grey(CPoint pixel) const
 {
-    if (pixel.x < 0 || pixel.y < 0 || pixel.x >= m_parameters.width ||
-        pixel.y >= m_parameters.height)
-        return 0;
-    return m_grey[static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_parameters.width) +
-                  static_cast<std::size_t>(pixel.x)];
+    return Contains(pixel) ? m_grey[IndexOf(pixel)] : 0;
+}
+
+bool ImageView::IsImaged(CPoint pixel) const
+{
+    return Contains(pixel) && m_mask[IndexOf(pixel)] != 0;
+}
+
+CPoint ImageView::NearestImaged(CPoint pixel) const
+{
+    if (IsImaged(pixel)) return pixel;
+    CPoint nearest = pixel;
+    std::int64_t least = INT64_MAX;
+    for (int y = m_imagedRect.top; y < m_imagedRect.bottom; ++y)
+        for (int x = m_imagedRect.left; x < m_imagedRect.right; ++x) {
+            const std::int64_t dx = std::int64_t{x} - pixel.x;
+            const std::int64_t dy = std::int64_t{y} - pixel.y;
+            if (dx * dx + dy * dy >= least || !IsImaged({x, y})) continue;
+            least = dx * dx + dy * dy;
+            nearest = {x, y};
+        }
+    return nearest;
+}
+
+bool ImageView::Contains(CPoint pixel) const
+{
+    return pixel.x >= 0 && pixel.y >= 0 && pixel.x < m_parameters.width &&
+           pixel.y < m_parameters.height;
+}
+
+std::size_t ImageView::IndexOf(CPoint pixel) const
+{
+    return static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_parameters.width) +
+           static_cast<std::size_t>(pixel.x);
 }
 
 } // namespace exam

@@ -6,6 +6,7 @@
 #include <afxwin.h>
 #include <qor_imgproc/FrameMap.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -34,11 +35,24 @@ public:
     /// Grey level of a pixel; 0 outside the imaged region and outside the image.
     int Grey(CPoint pixel) const;
 
+    /// The smallest rectangle that holds the imaged region; empty when there is none.
+    CRect ImagedRect() const { return m_imagedRect; }
+
+    /// The pixel of the imaged region that is nearest to `pixel`: itself, where it lies inside.
+    /// Without an imaged region the result is `pixel`.
+    CPoint NearestImaged(CPoint pixel) const;
+
 private:
+    bool Contains(CPoint pixel) const;
+    bool IsImaged(CPoint pixel) const;
+    std::size_t IndexOf(CPoint pixel) const;
+
     ImagingParameters m_parameters;
     std::vector<std::uint8_t> m_frame; // as it lies in the file
     std::optional<FrameMap> m_map;     // worked out once a recording, applied to each frame
-    std::vector<std::uint8_t> m_grey;  // rows from the top, without padding
+    std::vector<std::uint8_t> m_mask;  // not 0: inside the imaged region
+    CRect m_imagedRect;
+    std::vector<std::uint8_t> m_grey; // rows from the top, without padding
 };
 
 } // namespace exam

@@ -54,8 +54,7 @@ void ImageTool::DrawPoints(CDC& dc) const
 
 void ImageTool::MovePoint(std::size_t index, CPoint to)
 {
-    m_points[index].x = std::clamp<LONG>(to.x, 0, std::max(0, Image().width - 1));
-    m_points[index].y = std::clamp<LONG>(to.y, 0, std::max(0, Image().height - 1));
+    m_points[index] = m_view.NearestImaged(to);
 }
 
 bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)

@@ -44,7 +44,8 @@ protected:
     /// Draws a cross at each point. The cross of the point that the user holds is larger.
     void DrawPoints(CDC& dc) const;
 
-    virtual void MovePoint(std::size_t index, CPoint to);
+    /// Moves a point to the nearest place inside the imaged region.
+    void MovePoint(std::size_t index, CPoint to);
 
     bool OnMouseInput(unsigned int message, unsigned int flags, int x, int y) override;
     void OnReleaseMouse() override;

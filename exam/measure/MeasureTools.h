@@ -22,8 +22,8 @@ public:
     RegionBox& Region() { return m_region; }
     std::array<const ImageTool*, 3> All() const { return {&m_distance, &m_angle, &m_region}; }
 
-    /// Puts every tool back to its first place on an image of that size.
-    void Reset(CSize size);
+    /// Puts every tool back to its first place in the imaged region.
+    void Reset();
 
     /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
@@ -32,6 +32,7 @@ public:
     void Draw(CDC& dc) const;
 
 private:
+    const ImageView& m_view;
     CRect m_area;
     DistanceCaliper m_distance;
     AngleTool m_angle;

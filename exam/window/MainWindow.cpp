@@ -94,7 +94,7 @@ void MainWindow::ShowFrame()
         EndRecording(); // a recording holds frames of one size
         m_shown = &cine;
         m_view.SetRecording(cine, ScreenLayout::Image().Size());
-        m_tools.Reset(ScreenLayout::Image().Size());
+        m_tools.Reset();
     }
     if (!m_view.Show(cine, m_session.Frame()))
         m_content.status = GetStr("exam.image.unreadable", m_session.Frame() + 1);

@@ -1,82 +1,10 @@
-#include "image/CineCheck.h"
-#include "image/ImageView.h"
-#include "image/ProbeType.h"
+#include "SyntheticCine.h"
 
-#include "test_support/Files.h"
-#include "test_support/TemporaryFolder.h"
+#include "image/CineCheck.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
-using namespace exam;
-
-namespace {
-
-constexpr int lines = 64;
-constexpr int samples = 512;
-constexpr unsigned char level = 200;
-
-CineDescription Linear()
-{
-    CineDescription cine;
-    cine.count = 1;
-    cine.stream.lines = lines;
-    cine.stream.samples = samples;
-    cine.stream.bitsPerSample = 8;
-    cine.stream.samplingFreq = 20'000'000;
-    cine.stream.soundSpeed = 1540;
-    cine.stream.probeType = linearProbe;
-    cine.stream.elements = 128;
-    cine.stream.pitch = 200;
-    cine.apertureLines = lines;
-    return cine;
-}
-
-CineDescription Curved()
-{
-    CineDescription cine = Linear();
-    cine.stream.probeType = curvedProbe;
-    cine.stream.radius = 40'000;
-    return cine;
-}
-
-// Writes one frame of one grey level and shows it.
-void Show(const CineDescription& cine, ImageView& view)
-{
-    const uDataDesc& s = cine.stream;
-    const std::vector<std::int32_t> words = {cine.type,
-                                             cine.count,
-                                             s.lines,
-                                             s.samples,
-                                             s.bitsPerSample,
-                                             s.samplingFreq,
-                                             s.soundSpeed,
-                                             s.probeType,
-                                             s.elements,
-                                             s.pitch,
-                                             s.radius,
-                                             s.sectorAngle,
-                                             s.frameRate,
-                                             cine.steerAngle,
-                                             cine.apexAngle,
-                                             cine.lineOffset,
-                                             cine.apertureLines,
-                                             0,
-                                             0};
-    std::string bytes(reinterpret_cast<const char*>(words.data()), words.size() * 4);
-    bytes.append(std::size_t{lines} * samples, static_cast<char>(level));
-    const test_support::TemporaryFolder folder;
-    test_support::writeFile(folder / L"test.cine", bytes);
-    CineFile file;
-    ASSERT_EQ(file.Open(folder / L"test.cine"), L"");
-    view.SetRecording(file, CSize(300, 280));
-    ASSERT_TRUE(view.Show(file, 0));
-}
-
-} // namespace
+using namespace synthetic_cine;
 
 TEST(ImageView, ShowsTheFrameWhereItsGeometrySays)
 {
