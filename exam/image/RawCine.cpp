@@ -24,13 +24,6 @@ enum Extra
     firstUnusedExtra
 };
 
-base::File OpenToRead(const std::wstring& path)
-{
-    return base::File(CreateFileW(path.c_str(), GENERIC_READ,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
 uDataDesc ToStream(const std::uint32_t (&words)[CineHeader::descWords])
 {
     std::array<std::uint32_t, CineHeader::descWords + 1> all{}; // the tag comes first
@@ -68,30 +61,18 @@ std::optional<std::int64_t> CineDescription::FrameSize() const
 std::wstring RawCine::Open(const std::wstring& path)
 {
     if (std::wstring problem = FindFileProblem(path); !problem.empty()) return problem;
-    m_file = OpenToRead(path);
-    LARGE_INTEGER size{};
-    if (!m_file || !GetFileSizeEx(m_file.get(), &size)) return L"the file cannot be read";
-    m_payloadSize = size.QuadPart - headerSize;
+    if (!m_file.Open(path)) return L"the file cannot be read";
+    m_payloadSize = m_file.Size() - headerSize;
     if (m_payloadSize < 0) return L"the file is shorter than the 76 bytes of a header";
     CineHeader header;
-    if (!ReadAt(0, &header, sizeof header)) return L"the file cannot be read";
+    if (!m_file.Read(0, &header, sizeof header)) return L"the file cannot be read";
     m_description = ToDescription(header);
     return L"";
 }
 
 bool RawCine::Read(std::int64_t offset, std::span<std::uint8_t> bytes) const
 {
-    if (offset < 0) return false;
-    return ReadAt(headerSize + offset, bytes.data(), bytes.size());
-}
-
-bool RawCine::ReadAt(std::int64_t position, void* bytes, std::size_t size) const
-{
-    LARGE_INTEGER place{};
-    place.QuadPart = position;
-    DWORD read = 0;
-    return SetFilePointerEx(m_file.get(), place, nullptr, FILE_BEGIN) &&
-           ReadFile(m_file.get(), bytes, static_cast<DWORD>(size), &read, nullptr) && read == size;
+    return offset >= 0 && m_file.Read(headerSize + offset, bytes.data(), bytes.size());
 }
 
 } // namespace exam

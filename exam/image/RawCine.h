@@ -1,6 +1,7 @@
 #pragma once
 
-#include <base/Handles.h>
+#include "base/FileReader.h"
+
 #include <qor_utils/uData.h>
 
 #include <cstddef>
@@ -47,9 +48,7 @@ public:
     bool Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;
 
 private:
-    bool ReadAt(std::int64_t position, void* bytes, std::size_t size) const;
-
-    base::File m_file;
+    FileReader m_file;
     CineDescription m_description;
     std::int64_t m_payloadSize = 0;
 };
