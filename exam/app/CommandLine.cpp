@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <map>
+#include <set>
+#include <span>
 
 namespace exam {
 
@@ -57,14 +59,62 @@ void SetCineToAvi(CommandLine& options, Values values)
     options.movie = values[1];
 }
 
+void SetOverwrite(CommandLine& options, Values)
+{
+    options.overwrite = true;
+}
+
+void SetHelp(CommandLine& options, Values)
+{
+    options.help = true;
+}
+
 const std::map<std::wstring, Option>& Options()
 {
     static const std::map<std::wstring, Option> options{
-        {L"--language", {1, SetLanguage}},  {L"--console", {1, SetConsole}},
-        {L"--tour", {1, SetTourFolder}},    {L"--profile", {1, SetProfile}},
-        {L"--cine-info", {1, SetCineInfo}}, {L"--cine-to-avi", {2, SetCineToAvi}},
+        {L"--language", {1, SetLanguage}},
+        {L"--console", {1, SetConsole}},
+        {L"--tour", {1, SetTourFolder}},
+        {L"--profile", {1, SetProfile}},
+        {L"--cine-info", {1, SetCineInfo}},
+        {L"--cine-to-avi", {2, SetCineToAvi}},
+        {L"--overwrite", {0, SetOverwrite}},
+        {L"--help", {0, SetHelp}},
+        {L"-h", {0, SetHelp}},
     };
     return options;
+}
+
+// Reads the option at the front. The number of arguments that belong to it, or 0 for an error.
+std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> arguments)
+{
+    const std::wstring& name = arguments.front();
+    const auto option = Options().find(name);
+    if (option == Options().end()) {
+        options.error = L"unknown argument '" + name + L"'";
+        return 0;
+    }
+    const std::size_t values = option->second.values;
+    if (arguments.size() <= values) {
+        options.error = name + (values == 1 ? L" needs a value" : L" needs two values");
+        return 0;
+    }
+    option->second.set(options, arguments.data() + 1);
+    return 1 + values;
+}
+
+// What does not go together, in one sentence; empty when all does.
+std::wstring FindConflict(const CommandLine& options)
+{
+    std::vector<std::wstring> commands;
+    if (options.IsTour()) commands.push_back(L"--tour");
+    if (!options.cineInfo.empty()) commands.push_back(L"--cine-info");
+    if (!options.cineToPlay.empty()) commands.push_back(L"--cine-to-avi");
+    if (commands.size() > 1)
+        return commands[0] + L" and " + commands[1] + L" cannot be done at once";
+    if (options.overwrite && options.cineToPlay.empty())
+        return L"--overwrite goes with --cine-to-avi";
+    return L"";
 }
 
 } // namespace
@@ -72,25 +122,14 @@ const std::map<std::wstring, Option>& Options()
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
 {
     CommandLine result;
-    for (std::size_t i = 0; i < arguments.size() && result.error.empty(); ++i) {
-        const std::wstring& name = arguments[i];
-        if (name == L"--help" || name == L"-h") {
-            result.help = true;
-            continue;
-        }
-        const auto option = Options().find(name);
-        if (option == Options().end()) {
-            result.error = L"unknown argument '" + name + L"'";
-            continue;
-        }
-        const std::size_t values = option->second.values;
-        if (arguments.size() - i <= values) {
-            result.error = name + (values == 1 ? L" needs a value" : L" needs two values");
-            continue;
-        }
-        option->second.set(result, &arguments[i + 1]);
-        i += values;
+    std::set<std::wstring> given;
+    for (std::size_t i = 0; i < arguments.size() && result.error.empty();) {
+        if (!given.insert(arguments[i]).second)
+            result.error = arguments[i] + L" is given twice";
+        else
+            i += ReadOption(result, std::span(arguments).subspan(i));
     }
+    if (result.error.empty() && !result.help) result.error = FindConflict(result);
     return result;
 }
 
@@ -110,11 +149,12 @@ const wchar_t* UsageText()
            L"  --help         this text\n"
            L"\n"
            L"Without a window:\n"
-           L"  --cine-info FILE         print the header of a raw cine and check the file's size "
-           L"against it;\n"
-           L"                           exits 0 when it holds, 1 when not\n"
+           L"  --cine-info FILE         print the header of a raw cine and check it and the file's "
+           L"size; exits 0\n"
+           L"                           when the file can be replayed whole, 1 when not\n"
            L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames "
            L"are in it\n"
+           L"  --overwrite              let --cine-to-avi replace an existing file\n"
            L"\n"
            L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
            L"codec (MJPG at\n"

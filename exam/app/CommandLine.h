@@ -17,6 +17,7 @@ struct CommandLine
     std::wstring cineInfo;   ///< raw cine file whose header is to be printed
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
+    bool overwrite = false; ///< whether `movie` may replace a file
     bool help = false;
     std::wstring error; ///< one sentence that says what is wrong; empty: nothing
 

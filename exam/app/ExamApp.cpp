@@ -98,8 +98,9 @@ void ExamApp::ChooseProfile()
 
 bool ExamApp::RunCommand()
 {
-    return m_options.cineInfo.empty() ? ReplayCine(m_options.cineToPlay, m_options.movie)
-                                      : PrintCineInfo(m_options.cineInfo);
+    return m_options.cineInfo.empty()
+               ? ReplayCine(m_options.cineToPlay, m_options.movie, m_options.overwrite)
+               : PrintCineInfo(m_options.cineInfo);
 }
 
 bool ExamApp::LoadTexts()

@@ -3,6 +3,8 @@
 #include "base/Console.h"
 #include "base/ScreenLayout.h"
 #include "image/ImageView.h"
+#include "record/AviCheck.h"
+#include "record/MovieTarget.h"
 #include "record/VideoCodec.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
@@ -32,12 +34,7 @@ void Progress(int frame, int frames)
              (frame == frames ? L"\n" : L""));
 }
 
-std::wstring CannotWrite(const std::wstring& movie)
-{
-    return movie + L" cannot be written";
-}
-
-// The movie under way. Its end releases the file, also when not all frames were written.
+// The movie under way. Its end closes the file, also when not all frames were written.
 class Movie
 {
 public:
@@ -63,50 +60,82 @@ private:
     CCineStoreAVI m_store;
 };
 
-// Writes the whole movie. The result is empty, or one sentence that says what went wrong.
-std::wstring WriteMovie(const CineFile& cine, const std::wstring& path)
+struct Written
+{
+    int frames = 0;
+    std::wstring problem; // empty: all frames were written
+};
+
+Written WriteFrames(const CineFile& cine, const std::wstring& path)
 {
     const CSize size = ScreenLayout::Image().Size();
     ImageView view;
     view.SetRecording(cine, size);
     Movie movie;
-    if (!movie.Start(path, size, cine.FramesPerSecond())) return CannotWrite(path);
+    if (!movie.Start(path, size, cine.FramesPerSecond()))
+        return {0, L"the movie cannot be written"};
     for (int frame = 0; frame < cine.Frames(); ++frame) {
-        if (!view.Show(cine, frame))
-            return L"frame " + std::to_wstring(frame + 1) +
-                   L" cannot be read; the movie ends before it";
-        if (!movie.Add(view))
-            return L"frame " + std::to_wstring(frame + 1) + L" cannot be written to " + path +
-                   L"; the movie ends before it";
+        const std::wstring name = L"frame " + std::to_wstring(frame + 1);
+        if (!view.Show(cine, frame)) return {frame, name + L" cannot be read"};
+        if (!movie.Add(view)) return {frame, name + L" cannot be written"};
         Progress(frame + 1, cine.Frames());
     }
-    return L"";
+    return {cine.Frames(), L""};
 }
 
-std::wstring Replay(const std::wstring& path, const std::wstring& movie)
+// Writes the movie and keeps it if it can be played. The result is empty, or one sentence that says
+// what is missing.
+std::wstring WriteMovie(const CineFile& cine, MovieTarget& target)
 {
-    CineFile cine;
+    const Written written = WriteFrames(cine, target.WritingPath());
+    if (written.frames == 0) return written.problem;
+    if (std::wstring problem = FindMovieProblem(target.WritingPath(), written.frames);
+        !problem.empty())
+        return L"the movie was not kept, because it cannot be written whole (" + problem +
+               L"); is the disk full?";
+    if (!target.PutInPlace()) return L"the movie cannot be given this name";
+    return written.problem.empty() ? L"" : written.problem + L"; the movie ends before it";
+}
+
+// What keeps a recording from being replayed into this movie, in one sentence that names the one
+// that it is about; empty when nothing does.
+std::wstring Prepare(const std::wstring& path, const std::wstring& movie, bool overwrite,
+                     CineFile& cine, MovieTarget& target)
+{
     if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
     std::error_code error;
     if (fs::equivalent(path, movie, error))
         return L"the movie cannot replace the recording it is made of";
+    if (std::wstring problem = target.Choose(movie, overwrite); !problem.empty())
+        return movie + L" cannot be written: " + problem;
     const std::wstring codec = MovieCodec();
-    if (!IsUsableCodec(codec))
-        return L"the codec '" + codec +
-               L"' is not installed; install it, or set RecordCodec to the name of another or to "
-               L"Uncompressed";
-    if (std::wstring problem = WriteMovie(cine, movie); !problem.empty()) return problem;
-    WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + codec + L"\n");
-    return L"";
+    if (IsUsableCodec(codec)) return L"";
+    return L"the codec '" + codec +
+           L"' is not installed; install it, or set RecordCodec to the name of another or to "
+           L"Uncompressed";
+}
+
+bool Fail(const std::wstring& problem)
+{
+    WriteError(L"exam: " + problem + L"\n");
+    return false;
 }
 
 } // namespace
 
-bool ReplayCine(const std::wstring& path, const std::wstring& movie)
+bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwrite)
 {
-    const std::wstring problem = Replay(path, movie);
-    if (!problem.empty()) WriteError(L"exam: " + problem + L"\n");
-    return problem.empty();
+    CineFile cine;
+    MovieTarget target;
+    if (std::wstring problem = Prepare(path, movie, overwrite, cine, target); !problem.empty())
+        return Fail(problem);
+    if (std::wstring problem = WriteMovie(cine, target); !problem.empty())
+        return Fail(movie + L": " + problem);
+    WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + MovieCodec() +
+             L"\n");
+    if (cine.SizeProblem().empty()) return true;
+    Fail(path + L": " + cine.SizeProblem());
+    return cine.Description().count == 0; // it promised no more than there is
 }
 
 } // namespace exam

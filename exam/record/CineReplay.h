@@ -5,7 +5,8 @@
 namespace exam {
 
 /// Replays a raw cine file into a movie of its scan-converted frames, and shows the progress on
-/// standard output. False, with a sentence on standard error, when not all frames are in the movie.
-bool ReplayCine(const std::wstring& path, const std::wstring& movie);
+/// standard output. An existing movie is only replaced if `overwrite`. False, with a sentence on
+/// standard error, when not all frames that the recording promises are in the movie.
+bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwrite);
 
 } // namespace exam

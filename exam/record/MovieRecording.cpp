@@ -3,9 +3,12 @@
 #include "base/Palette.h"
 #include "base/ScopedFont.h"
 #include "base/ScreenLayout.h"
+#include "record/AviCheck.h"
+#include "record/MovieTarget.h"
 #include "screen/Screen.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace exam {
 
@@ -62,7 +65,9 @@ MovieRecording::MovieRecording(const ScreenContent& content)
 
 bool MovieRecording::Start(const std::wstring& path, const Announcement& announcement)
 {
-    if (!m_screen || !m_time) return false;
+    const std::filesystem::path file(path);
+    const auto folder = CodePagePath(file.parent_path().wstring());
+    if (!folder || !m_screen || !m_time) return false;
     DrawCurrentScreen();
     Plane pixels;
     m_screen.Cut(ScreenArea(), pixels);
@@ -70,8 +75,9 @@ bool MovieRecording::Start(const std::wstring& path, const Announcement& announc
     if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data()))
         return false;
     m_store.SetRate(m_rate);
-    if (!m_store.InitStorage(path.c_str(), &background, ScreenLayout::width, ScreenLayout::height,
-                             MovieLayout(), 32)) {
+    if (!m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(),
+                             &background, ScreenLayout::width, ScreenLayout::height, MovieLayout(),
+                             32)) {
         m_store.EndStorage(); // releases what was opened
         return false;
     }
@@ -97,6 +103,11 @@ bool MovieRecording::AddFrame()
 bool MovieRecording::Finish()
 {
     return m_store.EndStorage();
+}
+
+bool MovieRecording::IsWhole(const std::wstring& path, int frames) const
+{
+    return FindMovieProblem(path, frames).empty();
 }
 
 void MovieRecording::DrawCurrentScreen()

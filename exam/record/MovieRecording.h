@@ -26,6 +26,7 @@ public:
     bool Start(const std::wstring& path, const Announcement& announcement) override;
     bool AddFrame() override;
     bool Finish() override;
+    bool IsWhole(const std::wstring& path, int frames) const override;
 
 private:
     using Plane = std::vector<unsigned int>;

@@ -1,5 +1,7 @@
 #include "record/RawRecording.h"
 
+#include "image/CineCheck.h"
+
 namespace exam {
 
 bool RawRecording::Start(const std::wstring& path, const Announcement& announcement)
@@ -21,6 +23,13 @@ bool RawRecording::AddFrame()
 bool RawRecording::Finish()
 {
     return m_store.EndStorage();
+}
+
+bool RawRecording::IsWhole(const std::wstring& path, int frames) const
+{
+    RawCine cine;
+    return cine.Open(path).empty() && cine.Description().count == frames &&
+           FindSizeProblem(cine).empty();
 }
 
 } // namespace exam

@@ -17,6 +17,7 @@ public:
     bool Start(const std::wstring& path, const Announcement& announcement) override;
     bool AddFrame() override;
     bool Finish() override;
+    bool IsWhole(const std::wstring& path, int frames) const override;
 
 private:
     const Session& m_session;

@@ -50,9 +50,9 @@ CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* nam
 {
     std::error_code error; // a missing folder shows when the file is created
     fs::create_directories(m_folder, error);
-    const std::wstring path = NextPath(name);
-    if (!recording->Start(path, {OnComplete, this}))
-        return GetStr("exam.record.nofile", path.c_str());
+    m_path = NextPath(name);
+    if (!recording->Start(m_path, {OnComplete, this}))
+        return GetStr("exam.record.nofile", m_path.c_str());
     m_recording = std::move(recording);
     m_frames = 0;
     return GetStr(runningKey);
@@ -76,20 +76,28 @@ bool Recorder::AddFrame()
         ++m_frames;
         return true;
     }
-    Stop();
+    End(true);
     return false;
 }
 
 void Recorder::Stop()
 {
-    if (const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr))
-        ended->Finish();
+    End(false);
 }
 
-void Recorder::OnComplete(const wchar_t* path, void* self) noexcept
+void Recorder::End(bool cutShort)
 {
-    const Recorder& recorder = *static_cast<Recorder*>(self);
-    if (recorder.m_finished) recorder.m_finished(path);
+    const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr);
+    if (!ended) return;
+    m_announced = false;
+    ended->Finish();
+    const bool whole = m_announced && ended->IsWhole(m_path, m_frames);
+    if (m_finished) m_finished({m_path, m_frames, whole, cutShort});
+}
+
+void Recorder::OnComplete(const wchar_t*, void* self) noexcept
+{
+    static_cast<Recorder*>(self)->m_announced = true;
 }
 
 } // namespace exam

@@ -9,12 +9,21 @@
 
 namespace exam {
 
+/// What became of a recording.
+struct FinishedRecording
+{
+    std::wstring path;
+    int frames = 0;
+    bool whole = false;    ///< whether the file holds all these frames and can be played
+    bool cutShort = false; ///< whether it ended because a frame could not be written
+};
+
 /// Starts, feeds and ends recordings of what is on display, one at a time.
 class Recorder
 {
 public:
-    /// Is called with the path of each file that was finished, before Stop() returns.
-    using Finished = std::function<void(const std::wstring& path)>;
+    /// Is called at the end of each recording, before Stop() returns.
+    using Finished = std::function<void(const FinishedRecording& recording)>;
 
     Recorder(const ScreenContent& content, Finished finished);
     /// Finishes the recording without telling anybody.
@@ -44,13 +53,16 @@ private:
     CString Start(std::unique_ptr<Recording> recording, const wchar_t* name,
                   const char* runningKey);
     std::wstring NextPath(const wchar_t* name) const;
+    void End(bool cutShort);
     static void OnComplete(const wchar_t* path, void* self) noexcept;
 
     const ScreenContent& m_content;
     Finished m_finished;
     std::wstring m_folder;
     std::unique_ptr<Recording> m_recording;
+    std::wstring m_path; // of the recording
     int m_frames = 0;
+    bool m_announced = false; // the store has announced the file
 };
 
 } // namespace exam

@@ -27,6 +27,9 @@ public:
 
     // Finishes the file and announces it. False when it could not be finished.
     virtual bool Finish() = 0;
+
+    // Looks at the finished file: whether it holds `frames` frames and can be played.
+    virtual bool IsWhole(const std::wstring& path, int frames) const = 0;
 };
 
 } // namespace exam

@@ -39,7 +39,8 @@ END_MESSAGE_MAP()
 MainWindow::MainWindow(Session& session)
     : m_session(session), m_tools(m_view, ScreenLayout::Image()),
       m_flow(ScreenLayout::Strip().Size()), m_content{m_session, m_view, m_tools, m_flow},
-      m_recorder(m_content, [this](const std::wstring& path) { RecordingFinished(path); })
+      m_recorder(m_content,
+                 [this](const FinishedRecording& recording) { RecordingFinished(recording); })
 {
 }
 
@@ -163,9 +164,14 @@ void MainWindow::EndRecording()
     ShowRecordingMark();
 }
 
-void MainWindow::RecordingFinished(const std::wstring& path)
+void MainWindow::RecordingFinished(const FinishedRecording& recording)
 {
-    m_content.status = GetStr("exam.record.finished", m_recorder.Frames(), path.c_str());
+    if (!recording.whole)
+        m_content.status = GetStr("exam.record.damaged", recording.path.c_str());
+    else if (recording.cutShort)
+        m_content.status = GetStr("exam.record.broken", recording.frames);
+    else
+        m_content.status = GetStr("exam.record.finished", recording.frames, recording.path.c_str());
 }
 
 void MainWindow::AdvanceRecording()
@@ -173,7 +179,6 @@ void MainWindow::AdvanceRecording()
     if (!m_recorder.IsRecording()) return;
     if (!m_recorder.AddFrame()) {
         KillTimer(playTimer);
-        m_content.status = GetStr("exam.record.broken", m_recorder.Frames());
         return ShowRecordingMark();
     }
     m_session.NextFrame();

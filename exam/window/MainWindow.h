@@ -63,7 +63,7 @@ private:
     void ToggleTool(ImageTool& tool);
     void ToggleRecording(CString (Recorder::*start)());
     void EndRecording();
-    void RecordingFinished(const std::wstring& path);
+    void RecordingFinished(const FinishedRecording& recording);
     void ShowRecordingMark();
 
     Session& m_session;

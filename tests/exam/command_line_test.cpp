@@ -68,3 +68,22 @@ TEST(CommandLine, KeepsTheFirstError)
 {
     EXPECT_EQ(ParseCommandLine({L"--one", L"--two"}).error, L"unknown argument '--one'");
 }
+
+TEST(CommandLine, DoesOneThingAtATime)
+{
+    EXPECT_EQ(ParseCommandLine({L"--cine-info", L"a", L"--cine-to-avi", L"a", L"b"}).error,
+              L"--cine-info and --cine-to-avi cannot be done at once");
+    EXPECT_EQ(ParseCommandLine({L"--cine-to-avi", L"a", L"b", L"--tour", L"out"}).error,
+              L"--tour and --cine-to-avi cannot be done at once");
+    EXPECT_EQ(ParseCommandLine({L"--tour", L"a", L"--tour", L"b"}).error, L"--tour is given twice");
+    EXPECT_EQ(ParseCommandLine({L"--language", L"de", L"--language", L"en"}).error,
+              L"--language is given twice");
+}
+
+TEST(CommandLine, OverwritesOnlyWhereItIsAsked)
+{
+    EXPECT_FALSE(ParseCommandLine({L"--cine-to-avi", L"a", L"b"}).overwrite);
+    EXPECT_TRUE(ParseCommandLine({L"--overwrite", L"--cine-to-avi", L"a", L"b"}).overwrite);
+    EXPECT_EQ(ParseCommandLine({L"--overwrite", L"--cine-info", L"a"}).error,
+              L"--overwrite goes with --cine-to-avi");
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace exam {
+
+/// A spelling of an existing path in characters of the system's code page, through which movies are
+/// written. Nothing when it has none, not even a short name.
+std::optional<std::wstring> CodePagePath(const std::wstring& path);
+
+/// The file that a movie becomes. The movie is written under another name in the same folder and
+/// gets its own name when it is done, so a failure leaves neither a stub nor a damaged older movie.
+class MovieTarget
+{
+public:
+    MovieTarget() = default;
+    /// Deletes what was written, unless it was put in place.
+    ~MovieTarget();
+    MovieTarget(const MovieTarget&) = delete;
+    MovieTarget& operator=(const MovieTarget&) = delete;
+
+    /// Chooses the file. The result is empty, or one sentence that says why no movie can be written
+    /// there. An existing file is only replaced if `overwrite`.
+    std::wstring Choose(const std::wstring& path, bool overwrite);
+
+    /// Where the movie is to be written.
+    const std::wstring& WritingPath() const { return m_writingPath; }
+
+    /// Gives the written movie its name. False when the platform refuses.
+    bool PutInPlace();
+
+private:
+    std::wstring m_path;
+    std::wstring m_writingPath;
+    bool m_overwrite = false;
+};
+
+} // namespace exam

@@ -1,0 +1,147 @@
+#include "image/Session.h"
+#include "measure/MeasureTools.h"
+#include "measure/SimulatedFlow.h"
+#include "base/ScreenLayout.h"
+#include "record/AviCheck.h"
+#include "record/Recorder.h"
+#include "record/VideoCodec.h"
+#include "screen/ScreenContent.h"
+
+#include <gtest/gtest.h>
+#include <qor_utils/StoreNumbers.h>
+#include <qor_utils/zelPath.h>
+#include <test_support/ChildTest.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+using namespace exam;
+
+namespace {
+
+CWinApp s_app; // the settings are read through it
+
+// A session that shows the linear recording, and a recorder of it.
+class RecorderTest : public testing::Test
+{
+protected:
+    RecorderTest()
+    {
+        zelPath::setPath(qor_utils::imagesStore, test_support::besideProgram(L"sample\\images"));
+        std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
+        s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
+        SetCodec(L"Uncompressed");
+        EXPECT_EQ(m_session.Add(L"linear.cine"), L"");
+        m_view.SetRecording(m_session.Cine(), ScreenLayout::Image().Size());
+        m_view.Show(m_session.Cine(), 0);
+        m_recorder.SetFolder(m_folder.path());
+    }
+
+    void SetCodec(const wchar_t* name)
+    {
+        s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", name);
+    }
+
+    // Adds frames until one cannot be written, and ends the recording.
+    void Record(int frames)
+    {
+        for (int i = 0; i < frames && m_recorder.AddFrame(); ++i)
+            continue;
+        m_recorder.Stop();
+    }
+
+    test_support::TemporaryFolder m_folder;
+    Session m_session;
+    ImageView m_view;
+    MeasureTools m_tools{m_view, ScreenLayout::Image()};
+    SimulatedFlow m_flow{ScreenLayout::Strip().Size()};
+    ScreenContent m_content{m_session, m_view, m_tools, m_flow};
+    FinishedRecording m_finished;
+    Recorder m_recorder{m_content,
+                        [this](const FinishedRecording& recording) { m_finished = recording; }};
+};
+
+// The limit on the size of files under which check-disk-full runs this program; 0 without one.
+std::size_t FileLimit()
+{
+    const std::wstring limit = test_support::environmentVariable(L"EXAM_FILE_LIMIT");
+    return limit.empty() ? 0 : std::stoul(limit);
+}
+
+} // namespace
+
+TEST_F(RecorderTest, TellsOfAWholeRawRecording)
+{
+    m_recorder.StartRaw();
+    Record(3);
+    EXPECT_EQ(m_finished.path, m_folder / L"recording-001.cine");
+    EXPECT_EQ(m_finished.frames, 3);
+    EXPECT_TRUE(m_finished.whole);
+    EXPECT_FALSE(m_finished.cutShort);
+}
+
+TEST_F(RecorderTest, TellsOfAWholeMovie)
+{
+    m_recorder.StartMovie();
+    Record(3);
+    EXPECT_EQ(m_finished.path, m_folder / L"movie-001.avi");
+    EXPECT_EQ(m_finished.frames, 3);
+    EXPECT_TRUE(m_finished.whole);
+    EXPECT_EQ(FindMovieProblem(m_finished.path, 3), L"");
+}
+
+TEST_F(RecorderTest, NeverRecordsOverAFile)
+{
+    for (const wchar_t* const name : {L"movie-001.avi", L"movie-002.avi"}) {
+        m_recorder.StartMovie();
+        Record(1);
+        EXPECT_EQ(m_finished.path, m_folder / name);
+    }
+}
+
+TEST_F(RecorderTest, RecordsIntoAFolderThatTheCodePageCannotName)
+{
+    const std::wstring folder = m_folder / L"\u8d85\u58f0";
+    m_recorder.SetFolder(folder);
+    m_recorder.StartMovie();
+    Record(2);
+    EXPECT_EQ(m_finished.path, folder + L"\\movie-001.avi");
+    EXPECT_TRUE(m_finished.whole);
+    EXPECT_TRUE(std::filesystem::exists(m_finished.path));
+}
+
+TEST_F(RecorderTest, DiskFullCutsARawRecordingShortAndKeepsItWhole)
+{
+    const std::size_t limit = FileLimit();
+    if (limit == 0) GTEST_SKIP() << "needs a limit on the size of files; check-disk-full sets one";
+    constexpr std::size_t frameSize = 128 * 1536;
+    m_recorder.StartRaw();
+    Record(50);
+    EXPECT_EQ(m_finished.frames, static_cast<int>((limit - 76) / frameSize));
+    EXPECT_TRUE(m_finished.whole);
+    EXPECT_TRUE(m_finished.cutShort);
+}
+
+// Frames of this codec are small enough to wait in buffers until the movie is closed.
+TEST_F(RecorderTest, DiskFullLeavesAMovieThatIsSaidNotToBeWhole)
+{
+    if (FileLimit() == 0)
+        GTEST_SKIP() << "needs a limit on the size of files; check-disk-full sets one";
+    if (!IsUsableCodec(L"MJPG")) GTEST_SKIP() << "the codec MJPG is not installed";
+    SetCodec(L"MJPG");
+    m_recorder.StartMovie();
+    Record(50);
+    EXPECT_GT(m_finished.frames, 0);
+    EXPECT_FALSE(m_finished.whole);
+}
+
+// Keeps a program of this platform running for check-disk-full.
+TEST(RecorderChild, DISABLED_RunsUntilItsInputEnds)
+{
+    std::puts("keeper runs");
+    while (std::getchar() != EOF)
+        continue;
+}
