@@ -73,7 +73,7 @@ inline void Show(const CineDescription& cine, ImageView& view)
     std::string bytes(reinterpret_cast<const char*>(words.data()), words.size() * 4);
     bytes.append(std::size_t{lines} * samples, static_cast<char>(level));
     const test_support::TemporaryFolder folder;
-    test_support::writeFile(folder / L"test.cine", bytes);
+    test_support::WriteFile(folder / L"test.cine", bytes);
     CineFile file;
     ASSERT_EQ(file.Open(folder / L"test.cine"), L"");
     view.SetRecording(file, CSize(300, 280));

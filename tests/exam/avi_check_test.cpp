@@ -65,7 +65,7 @@ struct Parts
 std::wstring Problem(const std::string& bytes, int frames = frameCount)
 {
     const test_support::TemporaryFolder folder;
-    test_support::writeFile(folder / L"test.avi", bytes);
+    test_support::WriteFile(folder / L"test.avi", bytes);
     return exam::FindMovieProblem(folder / L"test.avi", frames);
 }
 

@@ -30,14 +30,14 @@ class RecorderTest : public testing::Test
 protected:
     RecorderTest()
     {
-        zelPath::setPath(qor_utils::imagesStore, test_support::besideProgram(L"sample\\images"));
+        zelPath::setPath(qor_utils::imagesStore, test_support::BesideProgram(L"sample\\images"));
         std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
         s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
         SetCodec(L"Uncompressed");
         EXPECT_EQ(m_session.Add(L"linear.cine"), L"");
         m_view.SetRecording(m_session.Cine(), ScreenLayout::Image().Size());
         m_view.Show(m_session.Cine(), 0);
-        m_recorder.SetFolder(m_folder.path());
+        m_recorder.SetFolder(m_folder.Path());
     }
 
     void SetCodec(const wchar_t* name)
@@ -67,7 +67,7 @@ protected:
 // The limit on the size of files under which check-disk-full runs this program; 0 without one.
 std::size_t FileLimit()
 {
-    const std::wstring limit = test_support::environmentVariable(L"EXAM_FILE_LIMIT");
+    const std::wstring limit = test_support::EnvironmentVariable(L"EXAM_FILE_LIMIT");
     return limit.empty() ? 0 : std::stoul(limit);
 }
 
