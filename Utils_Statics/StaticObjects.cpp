@@ -5,6 +5,7 @@
 // initialised at compile time or on first use; the test static_constructors_check sees to it.
 #include "CUtils_StaticsApp.h"
 
+#include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/PrecisionMouse.h>
@@ -27,6 +28,10 @@ const bool utilsExam::m_staticInit = utilsExam::StaticInit();
 constinit std::vector<IMouseHandler*> MouseCapture::m_handlers;
 std::set<IPrecisionControl*> PrecisionMouse::m_controllers;
 CriticalSection ShowCursorHelper::m_criticalSection;
+
+// The derived states. The list is empty at compile time already. Its end ends the registrations of
+// those that are left: their code is unloaded with the library.
+constinit std::vector<std::unique_ptr<DerivedState>> DerivedState::m_derivedStates;
 
 namespace {
 CUtils_StaticsApp moduleObject; // last

@@ -23,13 +23,19 @@
 ///    What a handler of the application throws passes through the operation that called it. Nothing
 ///    else throws.
 
+#include <Utils_Statics/ActionInfo.h>
+#include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/ButtonAction.h>
+#include <Utils_Statics/ButtonPlacement.h>
 #include <Utils_Statics/CCineStore.h>
 #include <Utils_Statics/CCineStoreAVI.h>
 #include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/CImgGeometry.h>
 #include <Utils_Statics/CineHeader.h>
+#include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/EConsoleType.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/GridInfo.h>
 #include <Utils_Statics/IMouseHandler.h>
 #include <Utils_Statics/IPrecisionControl.h>
 #include <Utils_Statics/IPrecisionHandler.h>

@@ -1,0 +1,62 @@
+#include "actions/ButtonActions.h"
+
+#include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <qor_utils/zelLogger.h>
+#include <zel_xml/zelXMLFile.h>
+
+#include <utility>
+
+namespace {
+
+// The line number that stands for the message in the log.
+constexpr int messageLoadFailed = 32;
+
+} // namespace
+
+constinit ActionRepository* ActionRepository::m_instance = nullptr;
+
+ActionRepository::ActionRepository() : m_actions(std::make_unique<utils_statics::ButtonActions>())
+{
+}
+
+ActionRepository::~ActionRepository() = default;
+
+ActionRepository* ActionRepository::GetInstance()
+{
+    if (m_instance) return m_instance;
+    m_instance = new ActionRepository; // owned until DestroyInstance
+    if (!m_instance->Load())
+        zelLogger::zelLogHelper("Utils_Statics/ActionRepository", messageLoadFailed,
+                                1)(L"Could not load actions from file");
+    return m_instance;
+}
+
+void ActionRepository::DestroyInstance()
+{
+    delete std::exchange(m_instance, nullptr);
+}
+
+const ButtonAction* ActionRepository::GetAction(const wchar_t* name) const noexcept
+{
+    return m_actions->Find(name);
+}
+
+bool ActionRepository::Load()
+{
+    RemoveAll();
+    zelXMLFile file;
+    if (!file.open(utilsExam::GetProtocolFile(L"ButtonActions.xml"), true)) return false;
+    zelXMLNode element = file.getRootElement().getFirstChild();
+    for (; element.isValid(); ++element) {
+        auto button = std::make_unique<ButtonAction>();
+        if (button->Load(element)) m_actions->Insert(std::move(button));
+    }
+    return true;
+}
+
+void ActionRepository::RemoveAll()
+{
+    m_actions->Clear();
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <Utils_Statics/export.h>
+#include <pro_actions/ActionStateInfo.h>
+#include <pro_actions/IActionStateConsumer.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+class zelXMLNode;
+
+/// An action state that follows from others: on when any of its sources is, or when all are. The
+/// file "button_states.xml" of the base protocol store defines them
+/// (docs/formats/button-states.md).
+///
+/// Derived states live from LoadAll to DestroyAll, neither of which may run while a state is being
+/// broadcast. Each computes on the thread that broadcasts its source, inside that broadcast.
+class UTILS_STATICS_API DerivedState : public IActionStateConsumer
+{
+public:
+    DerivedState(const DerivedState&) = delete;
+    DerivedState& operator=(const DerivedState&) = delete;
+
+    /// Keeps the source's value and broadcasts the state that follows, 0 or 1, also when it is what
+    /// it was. Only sources that have reported since LoadAll take part.
+    void ActionStateChanged(const ActionStateInfo& source, int value) override;
+
+    /// Nothing follows from an action.
+    void ActionNotification(ActionType type, int action, int param) override;
+
+    ~DerivedState() override;
+
+    /// Replaces all derived states by those of the file. Nothing is broadcast. False, and there are
+    /// none, when the file cannot be read; elements that name no state are left out silently.
+    static bool LoadAll();
+
+    static void DestroyAll();
+
+private:
+    DerivedState();
+
+    static std::unique_ptr<DerivedState> FromElement(const zelXMLNode& element);
+    void Register(const zelXMLNode& source);
+    int Combine() const noexcept;
+
+    static std::vector<std::unique_ptr<DerivedState>> m_derivedStates; // in file order
+
+    ActionStateInfo state;
+    std::map<ActionStateInfo, std::int32_t> values; // of the sources that have reported
+    bool combineOr = false;                         // otherwise and
+};

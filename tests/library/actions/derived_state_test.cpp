@@ -1,0 +1,211 @@
+// States that follow from others: what the file says, and what is broadcast when.
+#include "derived_state_fixture.h"
+
+#include <test_support/VirtualPlace.h>
+
+namespace {
+
+using test_support::writeFile;
+
+using Ints = std::vector<int>;
+
+const ActionStateInfo a = State(9, 0), b = State(9, 1), c = State(9, 2), d = State(9, 3);
+
+// The values that one state broadcasts.
+class LampTest : public DerivedStateTest
+{
+protected:
+    LampTest() { m_lamp.ListenTo(d); }
+
+    // D derived of A and B.
+    bool LoadLamp(const std::string& combine)
+    {
+        return Load("<states><s actionType='Lamp' action='D'" + combine +
+                    "><x actionType='Lamp' action='A'/><x actionType='Lamp' action='B'/></s>"
+                    "</states>");
+    }
+
+    // What D broadcasts when a state has a new value.
+    Ints ValuesAfter(const ActionStateInfo& source, int value)
+    {
+        IActionStateConsumer::ActionStateSignal(source, value);
+        Ints values;
+        for (const StateEvent& event : m_lamp.Take())
+            values.push_back(event.second);
+        return values;
+    }
+
+    Listener m_lamp;
+};
+
+TEST_F(LampTest, OrIsOnWhileAnySourceIs)
+{
+    ASSERT_TRUE(LoadLamp(" combine='Or'"));
+    EXPECT_EQ(ValuesAfter(a, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(b, 5), Ints{1});
+    EXPECT_EQ(ValuesAfter(b, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(a, -1), Ints{1});
+    EXPECT_EQ(ValuesAfter(b, 1), Ints{1});
+}
+
+TEST_F(LampTest, AndIsOnWhileAllThatReportedAre)
+{
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{1}); // B has not reported
+    EXPECT_EQ(ValuesAfter(b, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(b, 2), Ints{1});
+    EXPECT_EQ(ValuesAfter(a, 0), Ints{0});
+}
+
+TEST_F(LampTest, OnlyTheExactWordMeansOr)
+{
+    for (const char* text : {" combine='or'", " combine='OR'", " combine='Or '", " combine=''",
+                             " combine='And'", " Combine='Or'"}) {
+        ASSERT_TRUE(LoadLamp(text));
+        EXPECT_EQ(ValuesAfter(a, 0), Ints{0});
+        EXPECT_EQ(ValuesAfter(b, 1), Ints{0}) << text;
+    }
+}
+
+TEST_F(LampTest, ARepeatedValueIsBroadcastAgain)
+{
+    ASSERT_TRUE(LoadLamp(" combine='Or'"));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(ValuesAfter(a, 1), Ints{1});
+}
+
+TEST_F(LampTest, OtherStatesAreNoSources)
+{
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_EQ(ValuesAfter(c, 1), Ints{});
+    EXPECT_EQ(ValuesAfter(State(9, 0, 1), 1), Ints{}); // A with another parameter
+    IActionStateConsumer::ActionNotificationSignal(static_cast<ActionType>(9), 0, 0);
+    EXPECT_EQ(m_lamp.Take(), std::vector<StateEvent>{});
+}
+
+TEST_F(LampTest, LoadingBroadcastsNothingAndForgetsWhatWasReported)
+{
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_EQ(ValuesAfter(a, 0), Ints{0});
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_TRUE(m_lamp.Take().empty());
+    EXPECT_EQ(ValuesAfter(b, 1), Ints{1});
+}
+
+TEST_F(LampTest, LoadingTwiceComputesNothingTwice)
+{
+    ASSERT_TRUE(LoadLamp(""));
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{1});
+}
+
+TEST_F(LampTest, DestroyedStatesComputeNothing)
+{
+    ASSERT_TRUE(LoadLamp(""));
+    DerivedState::DestroyAll();
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{});
+    DerivedState::DestroyAll();
+}
+
+TEST_F(LampTest, AMissingOrUnreadableFileLeavesNoStateAndNoLogLine)
+{
+    EXPECT_FALSE(DerivedState::LoadAll());
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_FALSE(Load("<states>"));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{});
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(LampTest, TheFileOfTheBaseProtocolStoreCountsAlone)
+{
+    for (const wchar_t* const folder : {L"factory\\P1", L"base", L"second", L"saved"})
+        writeFile(m_protocol / folder + L"\\button_states.xml",
+                  "<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='C'/></s></s>");
+    EXPECT_FALSE(DerivedState::LoadAll());
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_EQ(ValuesAfter(c, 1), Ints{});
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{1});
+}
+
+TEST_F(LampTest, ElementsWithoutAStateAndSourcesWithoutOneAreLeftOut)
+{
+    ASSERT_TRUE(Load("<any><s action='D'><x actionType='Lamp' action='A'/></s><!-- c -->text"
+                     "<any actionType='Lamp' action='D' combine='Or'><x/><x actionType='Lamp' "
+                     "action='no'/><any actionType='Lamp' action='B'/></any></any>"));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{});
+    EXPECT_EQ(ValuesAfter(b, 1), Ints{1});
+    EXPECT_TRUE(m_log.take().empty());
+}
+
+TEST_F(LampTest, AStateWithoutUsableSourcesNeverBroadcasts)
+{
+    ASSERT_TRUE(Load("<s><s actionType='Lamp' action='D'/><s actionType='Lamp' action='D'>"
+                     "<x action='A'/></s></s>"));
+    for (const ActionStateInfo& source : {a, b, c})
+        EXPECT_EQ(ValuesAfter(source, 1), Ints{});
+}
+
+TEST_F(LampTest, ASourceNamedTwiceIsOne)
+{
+    ASSERT_TRUE(Load("<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='A'/>"
+                     "<x actionType='Lamp' action='A' actionParam='0'/></s></s>"));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{1});
+}
+
+TEST_F(LampTest, StatesFollowFromDerivedStates)
+{
+    ASSERT_TRUE(Load("<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='C'/>"
+                     "<x actionType='Lamp' action='B'/></s><s actionType='Lamp' action='C'>"
+                     "<x actionType='Lamp' action='A'/></s></s>"));
+    EXPECT_EQ(ValuesAfter(a, 3), Ints{1});
+    EXPECT_EQ(ValuesAfter(b, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(a, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(b, 1), Ints{0});
+}
+
+TEST_F(LampTest, TwoElementsWithOneStateBothBroadcast)
+{
+    ASSERT_TRUE(Load("<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='A'/></s>"
+                     "<s actionType='Lamp' action='D'><x actionType='Lamp' action='A'/>"
+                     "<x actionType='Lamp' action='B'/></s></s>"));
+    EXPECT_EQ(ValuesAfter(b, 0), Ints{0});
+    EXPECT_EQ(ValuesAfter(a, 1), (Ints{1, 0}));
+}
+
+TEST_F(LampTest, AStateThatFollowsFromItselfComesToAnEnd)
+{
+    ASSERT_TRUE(Load("<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='D'/>"
+                     "<x actionType='Lamp' action='A'/></s></s>"));
+    const std::vector<int> values = ValuesAfter(a, 1);
+    EXPECT_FALSE(values.empty());
+    EXPECT_EQ(values, std::vector<int>(values.size(), 1));
+    EXPECT_EQ(ValuesAfter(b, 1), Ints{});
+}
+
+TEST_F(DerivedStateTest, TheSlotsAreThoseOfTheConsumer)
+{
+    EXPECT_EQ(test_support::virtualPlace(&DerivedState::ActionStateChanged), 0u);
+    EXPECT_EQ(test_support::virtualPlace(&DerivedState::ActionNotification), 1u);
+}
+
+TEST_F(DerivedStateTest, ManyStatesComeAndGo)
+{
+    std::string text = "<s>";
+    for (int i = 0; i < 3000; ++i)
+        text += "<s actionType='Lamp' action='D' actionParam='" + std::to_string(i) +
+                "'><x actionType='Lamp' action='A' actionParam='" + std::to_string(i % 10) +
+                "'/></s>";
+    Listener listener;
+    for (int i = 0; i < 3000; ++i)
+        listener.ListenTo(State(9, 3, i));
+    for (int round = 0; round < 3; ++round) {
+        ASSERT_TRUE(Load(text + "</s>"));
+        IActionStateConsumer::ActionStateSignal(State(9, 0, 4), 1);
+        EXPECT_EQ(listener.Take().size(), 300u);
+    }
+    DerivedState::DestroyAll();
+    IActionStateConsumer::ActionStateSignal(State(9, 0, 4), 1);
+    EXPECT_TRUE(listener.Take().empty());
+}
+
+} // namespace
