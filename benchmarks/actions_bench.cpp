@@ -1,0 +1,364 @@
+// Button actions: reading 10,000 of them, looking one up by its name among 1,000 and 10,000, and a
+// change of state that 1,000 derived states follow. Each against a plain form or a peer in the same
+// run. Ends with the ratios.
+#include "RatioReporter.h"
+
+#include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/DerivedState.h>
+#include <pro_actions/CProActionCollection.h>
+#include <qor_utils/StoreNumbers.h>
+#include <qor_utils/zelPath.h>
+#include <zel_xml/zelXMLFile.h>
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/signals2.hpp>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+using Names = std::vector<std::wstring>;
+
+// The folder that stands for the protocols of the console, with the vocabulary in force.
+class Protocol
+{
+public:
+    Protocol()
+    {
+        test_support::writeFile(m_folder / L"actions.xml",
+                                "<actions><type name='Imaging' value='1'><a name='Depth' code='0'/>"
+                                "</type><type name='Lamp' value='2'><a name='On' code='0'/></type>"
+                                "</actions>");
+        CProActionCollection::LoadVocabulary(m_folder / L"actions.xml");
+        zelPath::setPath(qor_utils::currentFactoryStore, m_folder.path());
+        zelPath::setPath(qor_utils::savedProtocolsStore, m_folder / L"saved");
+        zelPath::setPath(qor_utils::fallbackFactoryStore, m_folder.path());
+    }
+    ~Protocol() { CProActionCollection::Clear(); }
+    Protocol(const Protocol&) = delete;
+    Protocol& operator=(const Protocol&) = delete;
+
+    std::wstring ButtonFile() const { return m_folder / L"ButtonActions.xml"; }
+    std::wstring StateFile() const { return m_folder / L"button_states.xml"; }
+
+private:
+    test_support::TemporaryFolder m_folder;
+};
+
+std::string Number(std::int64_t number)
+{
+    return std::to_string(number);
+}
+
+// The names of as many buttons, as protocols name them: by page, row and function.
+Names MakeNames(std::int64_t count)
+{
+    static constexpr const wchar_t* functions[] = {L"Freeze", L"Gain", L"Depth", L"ColorFlow",
+                                                   L"Print"};
+    Names names;
+    for (std::int64_t i = 0; i < count; ++i)
+        names.push_back(L"Page" + std::to_wstring(i / 50) + L".Row" + std::to_wstring(i / 5 % 10) +
+                        L"." + functions[i % 5]);
+    return names;
+}
+
+std::string ActionElement(const char* element, std::int64_t param)
+{
+    return std::string("    <") + element +
+           " actionType=\"Imaging\" action=\"Depth\" actionParam=\"" + Number(param) +
+           "\" name=\"depth\"/>\n";
+}
+
+// A document of buttons that have everything: four actions and three states each.
+std::string ButtonDocument(const Names& names)
+{
+    std::string xml = "<ButtonActions>\n";
+    for (const std::wstring& name : names) {
+        xml += "  <Button name=\"" + std::string(name.begin(), name.end()) + "\">\n";
+        for (const char* element : {"Push1", "Push2", "Decrement", "Increment"})
+            xml += ActionElement(element, 1);
+        xml += "    <States>\n";
+        for (int i = 0; i < 3; ++i)
+            xml += ActionElement("State", i);
+        xml += "    </States>\n  </Button>\n";
+    }
+    return xml + "</ButtonActions>\n";
+}
+
+const ActionRepository& LoadRepository(const Names& names, const Protocol& protocol)
+{
+    test_support::writeFile(protocol.ButtonFile(), ButtonDocument(names));
+    ActionRepository::DestroyInstance();
+    return *ActionRepository::GetInstance();
+}
+
+void LoadButtons(benchmark::State& state)
+{
+    const Protocol protocol;
+    LoadRepository(MakeNames(state.range(0)), protocol);
+    for (auto _ : state) {
+        ActionRepository::DestroyInstance();
+        benchmark::DoNotOptimize(ActionRepository::GetInstance());
+    }
+    ActionRepository::DestroyInstance();
+}
+
+// The part of the loading that no reader can save.
+void OpenDocument(benchmark::State& state)
+{
+    const Protocol protocol;
+    LoadRepository(MakeNames(state.range(0)), protocol);
+    for (auto _ : state) {
+        zelXMLFile file;
+        benchmark::DoNotOptimize(file.open(protocol.ButtonFile(), true));
+    }
+    ActionRepository::DestroyInstance();
+}
+
+// Looks the names up one after the other in an order of no pattern, by what a caller has: a
+// pointer to characters.
+template <class Find>
+void LookUp(benchmark::State& state, Names names, const Find& find)
+{
+    std::shuffle(names.begin(), names.end(), std::mt19937(1));
+    std::size_t next = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(find(names[next].c_str()));
+        next = next + 1 == names.size() ? 0 : next + 1;
+    }
+}
+
+void GetAction(benchmark::State& state)
+{
+    const Protocol protocol;
+    const Names names = MakeNames(state.range(0));
+    const ActionRepository& repository = LoadRepository(names, protocol);
+    LookUp(state, names, [&](const wchar_t* name) { return repository.GetAction(name); });
+    ActionRepository::DestroyInstance();
+}
+
+void GetActionOfNone(benchmark::State& state)
+{
+    const Protocol protocol;
+    Names names = MakeNames(state.range(0));
+    const ActionRepository& repository = LoadRepository(names, protocol);
+    for (std::wstring& name : names)
+        name += L'x';
+    LookUp(state, names, [&](const wchar_t* name) { return repository.GetAction(name); });
+    ActionRepository::DestroyInstance();
+}
+
+struct TextHash
+{
+    using is_transparent = void;
+    std::size_t operator()(std::wstring_view text) const noexcept
+    {
+        return std::hash<std::wstring_view>()(text);
+    }
+};
+
+// The maps as they are, which make a string of the caller's characters, and those that need none.
+using Map = std::map<std::wstring, ButtonAction>;
+using ViewMap = std::map<std::wstring, ButtonAction, std::less<>>;
+using UnorderedMap = std::unordered_map<std::wstring, ButtonAction>;
+using UnorderedViewMap = std::unordered_map<std::wstring, ButtonAction, TextHash, std::equal_to<>>;
+
+template <class Peer, class Key>
+void LookUpInPeer(benchmark::State& state)
+{
+    const Names names = MakeNames(state.range(0));
+    Peer buttons;
+    for (const std::wstring& name : names)
+        buttons[name].name = name;
+    LookUp(state, names, [&](const wchar_t* name) { return &buttons.find(Key(name))->second; });
+}
+
+void LookUpNoneInPeer(benchmark::State& state)
+{
+    Names names = MakeNames(state.range(0));
+    UnorderedViewMap buttons;
+    for (std::wstring& name : names) {
+        buttons[name].name = name;
+        name += L'x';
+    }
+    LookUp(state, names, [&](const wchar_t* name) {
+        return buttons.find(std::wstring_view(name)) == buttons.end();
+    });
+}
+
+const ActionStateInfo source{static_cast<ActionType>(1), 0, 0};
+
+ActionStateInfo Lamp(std::int64_t number)
+{
+    return {static_cast<ActionType>(2), 0, static_cast<int>(number)};
+}
+
+class LampListener : public IActionStateConsumer
+{
+public:
+    explicit LampListener(std::int64_t number) { RegisterActionSignal(Lamp(number)); }
+    void ActionStateChanged(const ActionStateInfo&, int value) override { m_lit = value; }
+    void ActionNotification(ActionType, int, int) override {}
+
+private:
+    int m_lit = 0;
+};
+
+// One change of a state that as many derived states follow, each with a lamp that listens to it.
+void DerivedStates(benchmark::State& state)
+{
+    const Protocol protocol;
+    std::string xml = "<States>\n";
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        xml += "<State actionType='Lamp' action='On' actionParam='" + Number(i) +
+               "'><Source actionType='Imaging' action='Depth'/></State>\n";
+    test_support::writeFile(protocol.StateFile(), xml + "</States>\n");
+    DerivedState::LoadAll();
+    std::vector<std::unique_ptr<LampListener>> lamps;
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        lamps.push_back(std::make_unique<LampListener>(i));
+    int value = 0;
+    for (auto _ : state)
+        IActionStateConsumer::ActionStateSignal(source, value ^= 1);
+    DerivedState::DestroyAll();
+}
+
+// What a derived state does by itself.
+struct PlainDerived
+{
+    ActionStateInfo state;
+    std::map<ActionStateInfo, int> values;
+
+    int Change(const ActionStateInfo& changed, int value)
+    {
+        values[changed] = value;
+        return std::all_of(values.begin(), values.end(),
+                           [](const auto& entry) { return entry.second != 0; });
+    }
+};
+
+// The same by lists of who follows what, without locks and without a thought for consumers that
+// come and go.
+void PlainDerivedStates(benchmark::State& state)
+{
+    std::map<ActionStateInfo, std::vector<IActionStateConsumer*>> listeners;
+    std::vector<std::unique_ptr<LampListener>> lamps;
+    std::vector<PlainDerived> followers;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        lamps.push_back(std::make_unique<LampListener>(i));
+        listeners[Lamp(i)].push_back(lamps.back().get());
+        followers.push_back({Lamp(i), {}});
+    }
+    int value = 0;
+    for (auto _ : state) {
+        value ^= 1;
+        for (PlainDerived& follower : followers) {
+            const int result = follower.Change(source, value);
+            for (IActionStateConsumer* const listener : listeners[follower.state])
+                listener->ActionStateChanged(follower.state, result);
+        }
+    }
+}
+
+// The same with a signal of Boost's for every state.
+void BoostDerivedStates(benchmark::State& state)
+{
+    using Signal = boost::signals2::signal<void(const ActionStateInfo&, int)>;
+    std::map<ActionStateInfo, Signal> signals;
+    std::vector<std::unique_ptr<LampListener>> lamps;
+    std::vector<std::unique_ptr<PlainDerived>> followers;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        lamps.push_back(std::make_unique<LampListener>(i));
+        followers.push_back(std::make_unique<PlainDerived>(PlainDerived{Lamp(i), {}}));
+        signals[Lamp(i)].connect(
+            [lamp = lamps.back().get()](const ActionStateInfo& changed, int value) {
+                lamp->ActionStateChanged(changed, value);
+            });
+        signals[source].connect([&signals, follower = followers.back().get()](
+                                    const ActionStateInfo& changed, int value) {
+            signals[follower->state](follower->state, follower->Change(changed, value));
+        });
+    }
+    int value = 0;
+    for (auto _ : state)
+        signals[source](source, value ^= 1);
+}
+
+constexpr int nameCounts[] = {100, 1000, 10000};
+constexpr int stateCounts[] = {10, 1000};
+
+void Register(const char* name, void (*function)(benchmark::State&), int argument)
+{
+    benchmark::RegisterBenchmark(name, function)->Arg(argument)->Repetitions(5)->MinTime(0.1);
+}
+
+void RegisterAll()
+{
+    Register("LoadButtons", LoadButtons, 10000);
+    Register("OpenDocument", OpenDocument, 10000);
+    for (const int count : nameCounts) {
+        Register("GetAction", GetAction, count);
+        Register("Map", LookUpInPeer<Map, std::wstring>, count);
+        Register("ViewMap", LookUpInPeer<ViewMap, std::wstring_view>, count);
+        Register("UnorderedMap", LookUpInPeer<UnorderedMap, std::wstring>, count);
+        Register("UnorderedViewMap", LookUpInPeer<UnorderedViewMap, std::wstring_view>, count);
+        Register("GetActionOfNone", GetActionOfNone, count);
+        Register("UnorderedViewMapOfNone", LookUpNoneInPeer, count);
+    }
+    for (const int count : stateCounts) {
+        Register("DerivedStates", DerivedStates, count);
+        Register("PlainDerivedStates", PlainDerivedStates, count);
+        Register("BoostDerivedStates", BoostDerivedStates, count);
+    }
+}
+
+std::string Suffix(int count)
+{
+    std::string suffix("/");
+    suffix += Number(count);
+    return suffix;
+}
+
+void PrintRatios(const RatioReporter& reporter)
+{
+    RatioReporter::PrintHeading();
+    reporter.PrintRatio("LoadButtons/10000", "OpenDocument/10000");
+    for (const int count : nameCounts) {
+        const std::string suffix = Suffix(count);
+        const double goal = count >= 1000 ? -1 : 0;
+        reporter.PrintRatio("GetAction" + suffix, "UnorderedMap" + suffix, goal);
+        reporter.PrintRatio("GetAction" + suffix, "UnorderedViewMap" + suffix, goal);
+        reporter.PrintRatio("GetAction" + suffix, "Map" + suffix);
+        reporter.PrintRatio("GetAction" + suffix, "ViewMap" + suffix);
+        reporter.PrintRatio("GetActionOfNone" + suffix, "UnorderedViewMapOfNone" + suffix);
+    }
+    for (const int count : stateCounts) {
+        const std::string suffix = Suffix(count);
+        reporter.PrintRatio("DerivedStates" + suffix, "PlainDerivedStates" + suffix);
+        reporter.PrintRatio("BoostDerivedStates" + suffix, "DerivedStates" + suffix);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    RegisterAll();
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    PrintRatios(reporter);
+    return 0;
+}
