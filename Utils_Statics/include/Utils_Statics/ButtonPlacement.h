@@ -9,7 +9,7 @@ class zelXMLNode;
 
 /// Where a button stands on a panel, and whether it is shown checked. The button's name is the one
 /// of ButtonAction. The element that holds a placement is the client's, as are its file and its
-/// list; docs/formats/button-actions.md describes the attributes.
+/// list; docs/formats/button-placements.md describes the attributes.
 struct UTILS_STATICS_API ButtonPlacement
 {
     std::wstring name;
@@ -25,6 +25,8 @@ struct UTILS_STATICS_API ButtonPlacement
     bool operator!=(const ButtonPlacement& other) const;
 
     /// Reads "name" (empty when missing), "check" (not checked when missing) and the child "Grid".
+    /// An invalid element reads as one that has none of them.
+    ///
     /// Without that child the grid deliberately stays what it was: whoever reads several elements
     /// into one placement calls grid.Reset() in between.
     void Load(const zelXMLNode& node);
