@@ -155,15 +155,27 @@ TEST_F(ButtonActionTest, ANameAloneIsEnough)
     EXPECT_TRUE(button.states.empty());
 }
 
-TEST_F(ButtonActionTest, AMissingActionStaysAndMissingStatesDoNot)
+TEST_F(ButtonActionTest, MissingActionsStayAndMissingStatesDoNot)
 {
-    ButtonAction button;
-    button.push2 = Some();
-    button.states.insert(State(3, 3));
-    ASSERT_TRUE(button.Load(Element("<b name='x'><Push1 actionType='Mode' action='B'/></b>")));
-    ExpectAction(button.push1, 2, 0, 0, L"");
-    ExpectAction(button.push2, 5, 6, 7, L"some");
-    EXPECT_TRUE(button.states.empty());
+    const std::pair<const char*, ActionInfo ButtonAction::*> actions[] = {
+        {"Push1", &ButtonAction::push1},
+        {"Push2", &ButtonAction::push2},
+        {"Decrement", &ButtonAction::decrement},
+        {"Increment", &ButtonAction::increment}};
+    for (const auto& [present, changed] : actions) {
+        ButtonAction button;
+        button.states.insert(State(3, 3));
+        for (const auto& [name, action] : actions)
+            button.*action = Some();
+        ASSERT_TRUE(button.Load(Element(std::string("<b name='x'><") + present +
+                                        " actionType='Mode' action='B'/></b>")));
+        for (const auto& [name, action] : actions)
+            if (action == changed)
+                ExpectAction(button.*action, 2, 0, 0, L"");
+            else
+                ExpectAction(button.*action, 5, 6, 7, L"some");
+        EXPECT_TRUE(button.states.empty());
+    }
 }
 
 TEST_F(ButtonActionTest, WithoutANameOnlyTheNameChanges)

@@ -132,8 +132,11 @@ TEST_F(LampTest, ElementsWithoutAStateAndSourcesWithoutOneAreLeftOut)
     ASSERT_TRUE(Load("<any><s action='D'><x actionType='Lamp' action='A'/></s><!-- c -->text"
                      "<any actionType='Lamp' action='D' combine='Or'><x/><x actionType='Lamp' "
                      "action='no'/><any actionType='Lamp' action='B'/></any></any>"));
+    Listener nothing;
+    nothing.ListenTo(ActionStateInfo());
     EXPECT_EQ(ValuesAfter(a, 1), Ints{});
     EXPECT_EQ(ValuesAfter(b, 1), Ints{1});
+    EXPECT_TRUE(nothing.Take().empty());
     EXPECT_TRUE(m_log.take().empty());
 }
 
