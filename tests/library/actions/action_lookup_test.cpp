@@ -109,6 +109,19 @@ TEST_F(RepositoryTest, TellsNamesOfOneHashApart)
     }
 }
 
+TEST_F(RepositoryTest, ThousandsOfButtonsOfOneNameAreOne)
+{
+    std::string xml = "<b>";
+    for (int i = 0; i < 5000; ++i)
+        xml += "<b name='x" + std::to_string(i % 3) + "'><Push1 actionParam='" + std::to_string(i) +
+               "'/></b>";
+    const ActionRepository* const repository = Load(xml + "</b>");
+    ExpectSame(*repository, {{L"x0", 0}, {L"x1", 1}, {L"x2", 2}}, L"x0");
+    ExpectSame(*repository, {{L"x0", 0}, {L"x1", 1}, {L"x2", 2}}, L"x2");
+    EXPECT_FALSE(repository->GetAction(L"x"));
+    EXPECT_FALSE(repository->GetAction(L"x3"));
+}
+
 TEST_F(RepositoryTest, LooksUpWithoutAllocating)
 {
     const std::wstring longName(500, L'n');
