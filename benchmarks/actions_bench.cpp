@@ -36,14 +36,14 @@ class Protocol
 public:
     Protocol()
     {
-        test_support::writeFile(m_folder / L"actions.xml",
+        test_support::WriteFile(m_folder / L"actions.xml",
                                 "<actions><type name='Imaging' value='1'><a name='Depth' code='0'/>"
                                 "</type><type name='Lamp' value='2'><a name='On' code='0'/></type>"
                                 "</actions>");
         CProActionCollection::LoadVocabulary(m_folder / L"actions.xml");
-        zelPath::setPath(qor_utils::currentFactoryStore, m_folder.path());
+        zelPath::setPath(qor_utils::currentFactoryStore, m_folder.Path());
         zelPath::setPath(qor_utils::savedProtocolsStore, m_folder / L"saved");
-        zelPath::setPath(qor_utils::fallbackFactoryStore, m_folder.path());
+        zelPath::setPath(qor_utils::fallbackFactoryStore, m_folder.Path());
     }
     ~Protocol() { CProActionCollection::Clear(); }
     Protocol(const Protocol&) = delete;
@@ -98,7 +98,7 @@ std::string ButtonDocument(const Names& names)
 
 const ActionRepository& LoadRepository(const Names& names, const Protocol& protocol)
 {
-    test_support::writeFile(protocol.ButtonFile(), ButtonDocument(names));
+    test_support::WriteFile(protocol.ButtonFile(), ButtonDocument(names));
     ActionRepository::DestroyInstance();
     return *ActionRepository::GetInstance();
 }
@@ -223,7 +223,7 @@ void DerivedStates(benchmark::State& state)
     for (std::int64_t i = 0; i < state.range(0); ++i)
         xml += "<State actionType='Lamp' action='On' actionParam='" + Number(i) +
                "'><Source actionType='Imaging' action='Depth'/></State>\n";
-    test_support::writeFile(protocol.StateFile(), xml + "</States>\n");
+    test_support::WriteFile(protocol.StateFile(), xml + "</States>\n");
     DerivedState::LoadAll();
     std::vector<std::unique_ptr<LampListener>> lamps;
     for (std::int64_t i = 0; i < state.range(0); ++i)

@@ -44,7 +44,7 @@ TEST_F(ConsoleVocabularyTest, HasWhatEveryConsoleHas)
                                                                 {L"Derived", L"User"}};
     for (const auto& [typeName, actionName] : needed) {
         const ActionType type = CProActionCollection::MapActionType(typeName);
-        EXPECT_NE(type, ActionTypeNone) << testing::PrintToString(typeName);
+        EXPECT_NE(type, actionTypeNone) << testing::PrintToString(typeName);
         EXPECT_NE(CProActionCollection::MapAction(type, actionName), -1)
             << testing::PrintToString(actionName);
     }

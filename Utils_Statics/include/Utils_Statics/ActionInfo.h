@@ -13,7 +13,7 @@ class zelXMLNode;
 /// docs/formats/button-actions.md.
 struct UTILS_STATICS_API ActionInfo
 {
-    ActionType type = ActionTypeNone; ///< the action's family; -1: no action
+    ActionType type = actionTypeNone; ///< the action's family; -1: no action
     std::int32_t action = -1;         ///< the action within its family; -1: none
     std::int32_t param = 0;           ///< what the parameter means is the action's matter
     std::wstring name;                ///< for display or look-up; may be empty

@@ -9,14 +9,14 @@
 
 namespace {
 
-using test_support::readFile;
-using test_support::writeFile;
+using test_support::ReadFile;
+using test_support::WriteFile;
 
 // The first XML block of a page.
 std::string Example(const std::string& page)
 {
     const auto path = std::filesystem::path(FORMAT_PAGES) / page;
-    const std::string text = readFile(path.wstring());
+    const std::string text = ReadFile(path.wstring());
     const std::string open = "```xml\n";
     const std::size_t begin = text.find(open);
     const std::size_t end = text.find("```", begin + 1);
@@ -52,7 +52,7 @@ protected:
 
 TEST_F(ActionFormatsTest, TheExampleOfButtonActionsIsReadAsItSays)
 {
-    writeFile(m_protocol / L"factory\\P1\\ButtonActions.xml", Example("button-actions.md"));
+    WriteFile(m_protocol / L"factory\\P1\\ButtonActions.xml", Example("button-actions.md"));
     const ActionRepository* const repository = ActionRepository::GetInstance();
     const ButtonAction* const freeze = repository->GetAction(L"Freeze");
     const ButtonAction* const color = repository->GetAction(L"Color");
@@ -66,7 +66,7 @@ TEST_F(ActionFormatsTest, TheExampleOfButtonActionsIsReadAsItSays)
     EXPECT_TRUE(Is(depth->push1, L"Imaging", L"ZoomReset", 0));
     EXPECT_TRUE(Is(depth->decrement, L"Imaging", L"Depth", -1));
     EXPECT_TRUE(Is(depth->increment, L"Imaging", L"Depth", 1));
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(ActionFormatsTest, TheExampleOfDerivedStatesIsReadAsItSays)
@@ -91,7 +91,7 @@ TEST_F(ActionFormatsTest, TheExampleOfDerivedStatesIsReadAsItSays)
 
 TEST_F(ActionFormatsTest, TheExampleOfPlacementsIsReadAsItSays)
 {
-    writeFile(m_protocol / L"placement.xml", Example("button-placements.md"));
+    WriteFile(m_protocol / L"placement.xml", Example("button-placements.md"));
     zelXMLFile file;
     ASSERT_TRUE(file.open(m_protocol / L"placement.xml", true));
     ButtonPlacement placement;
@@ -109,7 +109,7 @@ TEST_F(ActionFormatsTest, TheExampleOfAVocabularyAgreesWithTheConsoles)
     const int imaging = CProActionCollection::MapActionType(L"Imaging");
     const int derived = CProActionCollection::MapActionType(L"Derived");
     const int depth = Named(L"Imaging", L"Depth").action;
-    writeFile(m_protocol / L"vocabulary.xml", Example("actions.md"));
+    WriteFile(m_protocol / L"vocabulary.xml", Example("actions.md"));
     ASSERT_TRUE(CProActionCollection::LoadVocabulary(m_protocol / L"vocabulary.xml"));
     EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), imaging);
     EXPECT_EQ(CProActionCollection::MapActionType(L"Derived"), derived);

@@ -38,7 +38,7 @@ void CountAllocations()
         {"malloc", reinterpret_cast<void*>(&CountingMalloc)},
         {"calloc", reinterpret_cast<void*>(&CountingCalloc)},
         {"realloc", reinterpret_cast<void*>(&CountingRealloc)}};
-    guardheap::redirectAllImports(redirections, 3);
+    guardheap::RedirectAllImports(redirections, 3);
 }
 
 std::string NamedButtons(const std::map<std::wstring, int>& params)

@@ -84,7 +84,7 @@ TEST_F(RepositoryTest, AgreesWithAPlainReferenceOverRandomDocuments)
             ASSERT_TRUE(!found || SameButton(*found, *expected)) << xml;
         }
         buttons += plain.size();
-        ASSERT_TRUE(m_log.take().empty()) << xml;
+        ASSERT_TRUE(m_log.Take().empty()) << xml;
     }
     EXPECT_GT(buttons, 3000u);
 }
@@ -111,7 +111,7 @@ TEST_F(RepositoryTest, DamagedDocumentsDoNoMoreThanFail)
                 ASSERT_EQ(button->name, name);
                 ++read;
             }
-        ASSERT_LE(m_log.take().size(), 1u);
+        ASSERT_LE(m_log.Take().size(), 1u);
     }
     EXPECT_GT(read, 500);
 }

@@ -8,7 +8,7 @@
 namespace {
 
 using test_support::LoggedMessage;
-using test_support::writeFile;
+using test_support::WriteFile;
 
 const LoggedMessage loadFailed{"Utils_Statics/ActionRepository", 32, 1,
                                L"Could not load actions from file"};
@@ -32,7 +32,7 @@ TEST_F(RepositoryTest, ReadsEveryChildOfTheDocumentElement)
     EXPECT_EQ(a->push1.param, 4);
     EXPECT_EQ(a->push1.name, L"p");
     EXPECT_TRUE(repository->GetAction(L"B"));
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(RepositoryTest, NamesDifferByCase)
@@ -50,7 +50,7 @@ TEST_F(RepositoryTest, OfTwoButtonsWithOneNameTheFirstStays)
          "<c name='x'><Push1 actionParam='3'/></c></b>");
     EXPECT_EQ(Push1Param(L"x"), 1);
     EXPECT_EQ(Push1Param(L"y"), 2);
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(RepositoryTest, AButtonWithANameOnlyIsStored)
@@ -71,7 +71,7 @@ TEST_F(RepositoryTest, AFileWithoutButtonsIsNoFailure)
 {
     for (const char* text : {"<b/>", "<b>text<!-- c --></b>", "<b><b/><b name=''/></b>"}) {
         EXPECT_FALSE(Load(text)->GetAction(L""));
-        EXPECT_TRUE(m_log.take().empty()) << text;
+        EXPECT_TRUE(m_log.Take().empty()) << text;
     }
 }
 
@@ -80,23 +80,23 @@ TEST_F(RepositoryTest, AMissingFileIsLoggedOnceAndNotTriedAgain)
     // The protocol's own search says that it found nothing, and then the repository says so.
     ActionRepository* const repository = ActionRepository::GetInstance();
     ASSERT_TRUE(repository);
-    std::vector<LoggedMessage> messages = m_log.take();
+    std::vector<LoggedMessage> messages = m_log.Take();
     ASSERT_EQ(messages.size(), 2u);
     EXPECT_EQ(messages[0].line, 1497);
     EXPECT_EQ(messages[1], loadFailed);
     EXPECT_FALSE(repository->GetAction(L"x"));
 
-    writeFile(m_protocol / L"base\\ButtonActions.xml", "<b><b name='x'/></b>");
+    WriteFile(m_protocol / L"base\\ButtonActions.xml", "<b><b name='x'/></b>");
     EXPECT_EQ(ActionRepository::GetInstance(), repository);
     EXPECT_FALSE(repository->GetAction(L"x"));
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(RepositoryTest, AFileThatCannotBeReadIsLoggedAndLeavesTheRepositoryEmpty)
 {
     for (const char* text : {"", "<b", "<b><b name='x'/>", "<b/><b/>", "\xFF\xFE<"}) {
         EXPECT_FALSE(Load(text)->GetAction(L"x"));
-        EXPECT_EQ(m_log.take(), std::vector<LoggedMessage>{loadFailed}) << text;
+        EXPECT_EQ(m_log.Take(), std::vector<LoggedMessage>{loadFailed}) << text;
     }
 }
 
@@ -109,7 +109,7 @@ TEST_F(RepositoryTest, TheSavedCopyShadowsTheFactorysAndThatTheBases)
         m_protocol / L"second\\ButtonActions.xml", m_protocol / L"fallback\\ButtonActions.xml"};
     int layer = 0;
     for (const std::wstring& path : layers)
-        writeFile(path,
+        WriteFile(path,
                   "<b><b name='x'><Push1 actionParam='" + std::to_string(layer++) + "'/></b></b>");
     for (layer = 0; layer < 5; ++layer) {
         ActionRepository::DestroyInstance();
@@ -121,15 +121,15 @@ TEST_F(RepositoryTest, TheSavedCopyShadowsTheFactorysAndThatTheBases)
 TEST_F(RepositoryTest, ASavedCopyThatIsBrokenIsNotPassedOver)
 {
     utilsExam::CreateDirectoryW((m_protocol / L"saved\\P1").c_str());
-    writeFile(m_protocol / L"saved\\P1\\ButtonActions.xml", "<b>");
+    WriteFile(m_protocol / L"saved\\P1\\ButtonActions.xml", "<b>");
     EXPECT_FALSE(Load("<b><b name='x'/></b>")->GetAction(L"x"));
-    EXPECT_EQ(m_log.take(), std::vector<LoggedMessage>{loadFailed});
+    EXPECT_EQ(m_log.Take(), std::vector<LoggedMessage>{loadFailed});
 }
 
 TEST_F(RepositoryTest, DestroyingItMakesTheNextOneReadTheFileAgain)
 {
     EXPECT_TRUE(Load("<b><b name='x'/></b>")->GetAction(L"x"));
-    writeFile(m_protocol / L"factory\\P1\\ButtonActions.xml", "<b><b name='y'/></b>");
+    WriteFile(m_protocol / L"factory\\P1\\ButtonActions.xml", "<b><b name='y'/></b>");
     EXPECT_TRUE(ActionRepository::GetInstance()->GetAction(L"x"));
     ActionRepository::DestroyInstance();
     EXPECT_FALSE(ActionRepository::GetInstance()->GetAction(L"x"));
@@ -140,7 +140,7 @@ TEST_F(RepositoryTest, DestroyingNoneDoesNothing)
 {
     ActionRepository::DestroyInstance();
     ActionRepository::DestroyInstance();
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(RepositoryTest, ARecordStaysAtItsPlace)

@@ -28,7 +28,7 @@ class TestVocabulary
 public:
     explicit TestVocabulary(const std::wstring& path)
     {
-        test_support::writeFile(
+        test_support::WriteFile(
             path, "<actions><type name='Imaging' value='1'><a name='Freeze' code='0'/>"
                   "<a name='Depth' code='7'/></type>"
                   "<type name='Mode' value='2'><a name='B' code='0'/><a name='M' code='1'/>"
@@ -78,7 +78,7 @@ protected:
     zelXMLNode Element(const std::string& text)
     {
         const std::wstring path = m_folder / L"element.xml";
-        test_support::writeFile(path, text);
+        test_support::WriteFile(path, text);
         zelXMLFile file;
         EXPECT_TRUE(file.open(path, false)) << text;
         return file.getRootElement();

@@ -43,7 +43,7 @@ protected:
 
     bool Load(const std::string& text)
     {
-        test_support::writeFile(m_protocol / L"fallback\\button_states.xml", text);
+        test_support::WriteFile(m_protocol / L"fallback\\button_states.xml", text);
         return DerivedState::LoadAll();
     }
 

@@ -119,7 +119,7 @@ TEST_F(DerivedStateTest, DamagedDefinitionsDoNoMoreThanFail)
         loaded += Load(xml);
         for (int action = 0; action < 4; ++action)
             IActionStateConsumer::ActionStateSignal(State(9, action), 1);
-        ASSERT_TRUE(m_log.take().empty());
+        ASSERT_TRUE(m_log.Take().empty());
     }
     EXPECT_GT(loaded, 50);
 }

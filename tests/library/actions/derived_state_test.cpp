@@ -5,7 +5,7 @@
 
 namespace {
 
-using test_support::writeFile;
+using test_support::WriteFile;
 
 using Ints = std::vector<int>;
 
@@ -113,13 +113,13 @@ TEST_F(LampTest, AMissingOrUnreadableFileLeavesNoStateAndNoLogLine)
     ASSERT_TRUE(LoadLamp(""));
     EXPECT_FALSE(Load("<states>"));
     EXPECT_EQ(ValuesAfter(a, 1), Ints{});
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(LampTest, TheFileOfTheBaseProtocolStoreCountsAlone)
 {
     for (const wchar_t* const folder : {L"factory\\P1", L"base", L"second", L"saved"})
-        writeFile(m_protocol / folder + L"\\button_states.xml",
+        WriteFile(m_protocol / folder + L"\\button_states.xml",
                   "<s><s actionType='Lamp' action='D'><x actionType='Lamp' action='C'/></s></s>");
     EXPECT_FALSE(DerivedState::LoadAll());
     ASSERT_TRUE(LoadLamp(""));
@@ -137,7 +137,7 @@ TEST_F(LampTest, ElementsWithoutAStateAndSourcesWithoutOneAreLeftOut)
     EXPECT_EQ(ValuesAfter(a, 1), Ints{});
     EXPECT_EQ(ValuesAfter(b, 1), Ints{1});
     EXPECT_TRUE(nothing.Take().empty());
-    EXPECT_TRUE(m_log.take().empty());
+    EXPECT_TRUE(m_log.Take().empty());
 }
 
 TEST_F(LampTest, AStateWithoutUsableSourcesNeverBroadcasts)
@@ -187,8 +187,8 @@ TEST_F(LampTest, AStateThatFollowsFromItselfComesToAnEnd)
 
 TEST_F(DerivedStateTest, TheSlotsAreThoseOfTheConsumer)
 {
-    EXPECT_EQ(test_support::virtualPlace(&DerivedState::ActionStateChanged), 0u);
-    EXPECT_EQ(test_support::virtualPlace(&DerivedState::ActionNotification), 1u);
+    EXPECT_EQ(test_support::VirtualPlace(&DerivedState::ActionStateChanged), 0u);
+    EXPECT_EQ(test_support::VirtualPlace(&DerivedState::ActionNotification), 1u);
 }
 
 TEST_F(DerivedStateTest, ManyStatesComeAndGo)

@@ -14,7 +14,7 @@ protected:
     // Makes the text the factory's file, and reads it.
     ActionRepository* Load(const std::string& text)
     {
-        test_support::writeFile(m_protocol / L"factory\\P1\\ButtonActions.xml", text);
+        test_support::WriteFile(m_protocol / L"factory\\P1\\ButtonActions.xml", text);
         ActionRepository::DestroyInstance();
         return ActionRepository::GetInstance();
     }

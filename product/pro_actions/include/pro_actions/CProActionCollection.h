@@ -21,7 +21,7 @@ public:
     // Empties the vocabulary.
     static void Clear() noexcept;
 
-    // The type of that name (exact, case-sensitive); ActionTypeNone when there is none, for null
+    // The type of that name (exact, case-sensitive); actionTypeNone when there is none, for null
     // and for "".
     static ActionType MapActionType(const wchar_t* name) noexcept;
     static ActionType MapActionType(const std::wstring& name) noexcept;
