@@ -9,7 +9,7 @@ constexpr const wchar_t* gridElement = L"Grid";
 } // namespace
 
 ButtonPlacement::ButtonPlacement(const std::wstring& buttonName, bool isChecked)
-    : name(buttonName), check(isChecked)
+    : name(buttonName), check(isChecked) // NOLINT(modernize-pass-by-value): contract
 {
 }
 

@@ -11,11 +11,7 @@ IStateChangeConsumer::IStateChangeConsumer(const IStateChangeConsumer& other) : 
     m_slot.Bind<&IStateChangeConsumer::OnStateChange>(this);
 }
 
-IStateChangeConsumer& IStateChangeConsumer::operator=(IStateChangeConsumer& other)
-{
-    m_slot = other.m_slot;
-    return *this;
-}
+IStateChangeConsumer& IStateChangeConsumer::operator=(IStateChangeConsumer& other) = default;
 
 IStateChangeConsumer::~IStateChangeConsumer() = default;
 

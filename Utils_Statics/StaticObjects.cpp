@@ -34,5 +34,5 @@ CriticalSection ShowCursorHelper::m_criticalSection;
 constinit std::vector<std::unique_ptr<DerivedState>> DerivedState::m_derivedStates;
 
 namespace {
-CUtils_StaticsApp moduleObject; // last
+CUtils_StaticsApp s_moduleObject; // last
 }

@@ -25,7 +25,7 @@ namespace StringParse {
 
 void GetAllWords(const CString& text, CStringArray& words, wchar_t sep)
 {
-    const CString kept = text; // `text` may be an element of `words`
+    const CString kept(View(text).data(), text.GetLength()); // `text` may be in `words`
     words.SetSize(kept.IsEmpty() ? 0 : GetWordCount(kept, sep));
     std::wstring_view rest = View(kept);
     bool more = false;

@@ -8,7 +8,7 @@
 namespace {
 
 using ModeCallback = bool (*)();
-constinit ModeCallback isResearchModeActive = nullptr;
+constinit ModeCallback s_isResearchModeActive = nullptr;
 
 // The value of HeapCompatibilityInformation that stands for the low-fragmentation heap.
 constexpr ULONG lowFragmentationHeap = 2;
@@ -71,12 +71,12 @@ bool utilsExam::StaticInit()
 
 void utilsExam::SetIsResearchModeActiveCallback(bool (*callback)()) noexcept
 {
-    isResearchModeActive = callback;
+    s_isResearchModeActive = callback;
 }
 
 bool utilsExam::IsResearchModeActive()
 {
-    return isResearchModeActive && isResearchModeActive();
+    return s_isResearchModeActive && s_isResearchModeActive();
 }
 
 bool utilsExam::isTarrowBuild() noexcept

@@ -17,7 +17,7 @@ using namespace utils_statics;
 namespace {
 
 // Smaller images are searched pixel by pixel, which is quick enough there.
-constexpr std::int64_t fewPixels = 128 * 128;
+constexpr std::int64_t fewPixels = 16384;
 
 // Finds the region's run in each column of the image. The scan converter decides wherever the grid
 // says that an edge of the region may be near. Without a grid it decides everywhere.

@@ -78,6 +78,7 @@ bool CCineStoreAVI::ChooseCodec(const CString& codec, CodecOptions& options)
 
 // The size of the codec's state (0 when it has none), or -1 when no installed codec has the name.
 // The options' lpParms is then an array of std::byte that the caller deletes.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): contract
 int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options)
 {
     ICINFO info;

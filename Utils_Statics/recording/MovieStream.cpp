@@ -17,7 +17,7 @@ constexpr std::int64_t movieReserve = 1 << 20;
 constexpr std::int64_t bytesAroundFrame = 8 + 1 + 16;
 
 // What may wait in the buffers of Video for Windows.
-constexpr std::int64_t buffered = 512 * 1024;
+constexpr std::int64_t buffered = 1 << 19;
 
 } // namespace
 

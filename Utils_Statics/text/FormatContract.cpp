@@ -11,9 +11,9 @@ namespace {
 
 Piece NextConversion(FormatReader& reader)
 {
-    Piece piece = reader.next();
+    Piece piece = reader.Next();
     while (piece == Piece::literal)
-        piece = reader.next();
+        piece = reader.Next();
     return piece;
 }
 
@@ -38,7 +38,7 @@ std::optional<std::wstring> FormatByContract(const wchar_t* text, const wchar_t*
     if (!SatisfiesContract(text, contract)) return std::nullopt;
     FormatOutput output(arguments);
     FormatReader reader(text);
-    for (Piece piece = reader.next(); piece != Piece::end; piece = reader.next()) {
+    for (Piece piece = reader.Next(); piece != Piece::end; piece = reader.Next()) {
         if (piece == Piece::literal)
             output.AppendLiteral(reader.LiteralBegin(), reader.LiteralLength());
         else if (!output.AppendConversion(reader.Conversion()))

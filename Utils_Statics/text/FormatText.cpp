@@ -17,7 +17,7 @@ bool IsDigit(wchar_t character)
 
 } // namespace
 
-FormatReader::Piece FormatReader::next()
+FormatReader::Piece FormatReader::Next()
 {
     if (*m_next == L'\0') return Piece::end;
     if (*m_next != L'%') return ReadLiteral(std::wcscspn(m_next, L"%"));

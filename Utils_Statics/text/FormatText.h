@@ -62,7 +62,7 @@ public:
     explicit FormatReader(const wchar_t* text) : m_next(text) {}
 
     // After `refused` every further call gives `refused`.
-    Piece next();
+    Piece Next();
 
     const wchar_t* LiteralBegin() const { return m_literal; }
     std::size_t LiteralLength() const { return m_literalLength; }

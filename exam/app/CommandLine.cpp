@@ -107,9 +107,9 @@ std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> argum
 std::wstring FindConflict(const CommandLine& options)
 {
     std::vector<std::wstring> commands;
-    if (options.IsTour()) commands.push_back(L"--tour");
-    if (!options.cineInfo.empty()) commands.push_back(L"--cine-info");
-    if (!options.cineToPlay.empty()) commands.push_back(L"--cine-to-avi");
+    if (options.IsTour()) commands.emplace_back(L"--tour");
+    if (!options.cineInfo.empty()) commands.emplace_back(L"--cine-info");
+    if (!options.cineToPlay.empty()) commands.emplace_back(L"--cine-to-avi");
     if (commands.size() > 1)
         return commands[0] + L" and " + commands[1] + L" cannot be done at once";
     if (options.overwrite && options.cineToPlay.empty())

@@ -46,7 +46,10 @@ RotatedOutline RotateImageOutline(CSize size, int angle)
     MAT_MakeIdentity(nothing.data(), 3);
 
     auto corners = Corners(size);
-    double maxX = 0, minX = 0, maxY = 0, minY = 0;
+    double maxX = 0;
+    double minX = 0;
+    double maxY = 0;
+    double minY = 0;
     MAT_Transform(&maxX, &minX, &maxY, &minY, corners[0].data(), corners[1].data(),
                   corners[2].data(), corners[3].data(), rotation.data(), nothing.data(),
                   transform.data());

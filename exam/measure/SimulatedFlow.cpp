@@ -26,7 +26,7 @@ double Pulse(double phase)
 unsigned char Bin(double share)
 {
     return static_cast<unsigned char>(
-        std::clamp(std::lround(bins / 2 + share * bins / 2), 0L, bins - 1L));
+        std::clamp(std::lround(bins / 2.0 + share * bins / 2), 0L, bins - 1L));
 }
 
 } // namespace

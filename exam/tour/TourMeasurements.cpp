@@ -144,7 +144,7 @@ void TourMeasurements(TourContext& context)
     PressBeyondReach(context, mouse);
     Trackball(context, mouse);
     context.Picture(L"measurements");
-    for (const UINT key : {'1', '2', '3'})
+    for (const UINT key : {L'1', L'2', L'3'})
         mouse.Key(key);
 }
 
