@@ -1,5 +1,6 @@
 #include "app/ExamApp.h"
 
+#include "app/ProfileFile.h"
 #include "app/SampleTree.h"
 #include "base/Console.h"
 #include "base/StateChanges.h"
@@ -45,18 +46,14 @@ std::vector<std::wstring> Arguments()
 BOOL ExamApp::InitInstance()
 {
     utilsExam::EnableLowFragmentationHeap();
-    if (!ReadCommandLine()) return FALSE;
-    ChooseProfile();
+    if (!ReadCommandLine() || !ChooseProfile()) return FALSE;
     if (m_options.IsCommand()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
         return FALSE;
     }
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
-    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) {
-        m_exitCode = exitFailure;
-        return FALSE;
-    }
+    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) return FALSE;
     utilsExam::AppInitDone = true;
     if (!m_options.IsTour()) return TRUE;
     m_exitCode = RunTour();
@@ -78,22 +75,38 @@ bool ExamApp::ReadCommandLine()
         return false;
     }
     if (m_options.error.empty()) return true;
-    WriteError(L"exam: " + m_options.error + L"; see --help\n");
+    Fail(m_options.error + L"; see --help");
     m_exitCode = exitUsage;
     return false;
 }
 
 // Sets where settings are kept. A tour keeps its own, so that it neither reads nor changes the
-// user's.
-void ExamApp::ChooseProfile()
+// user's. False, with a sentence on standard error, when the user's file cannot be used.
+bool ExamApp::ChooseProfile()
 {
     std::wstring profile = m_options.profile;
-    if (profile.empty() && m_options.IsTour()) profile = m_options.tourFolder + L"\\exam.ini";
-    if (profile.empty()) return SetRegistryKey(L"Kestrow");
+    if (!profile.empty()) {
+        const std::wstring problem = FindProfileProblem(profile);
+        if (!problem.empty()) return Fail(L"the profile " + profile + L": " + problem);
+    } else if (m_options.IsTour()) {
+        profile = m_options.tourFolder + L"\\exam.ini";
+    } else {
+        SetRegistryKey(L"Kestrow");
+        return true;
+    }
     // The profile functions would look for a name without a folder in the Windows folder.
     const std::wstring file = base::FullPath(profile.c_str());
     std::free(const_cast<wchar_t*>(m_pszProfileName));
     m_pszProfileName = _wcsdup(file.empty() ? profile.c_str() : file.c_str());
+    return true;
+}
+
+// Says what went wrong; the program ends with a failure.
+bool ExamApp::Fail(const std::wstring& problem)
+{
+    WriteError(L"exam: " + problem + L"\n");
+    m_exitCode = exitFailure;
+    return false;
 }
 
 bool ExamApp::RunCommand()
@@ -107,17 +120,14 @@ bool ExamApp::LoadTexts()
 {
     if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language))
         return true;
-    WriteError(L"exam: the string tables in " + StringTableFolder() + L" cannot be read\n");
-    return false;
+    return Fail(L"the string tables in " + StringTableFolder() + L" cannot be read");
 }
 
 bool ExamApp::LoadImages()
 {
     for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
         const std::wstring problem = m_session.Add(name);
-        if (problem.empty()) continue;
-        WriteError(L"exam: " + problem + L"\n");
-        return false;
+        if (!problem.empty()) return Fail(problem);
     }
     return true;
 }
@@ -130,8 +140,7 @@ bool ExamApp::OpenMainWindow()
     TellChange(stateImageChanged);
     m_pMainWnd = m_window.get();
     if (m_window->Open()) return true;
-    WriteError(L"exam: the main window cannot be created; is there a screen?\n");
-    return false;
+    return Fail(L"the main window cannot be created; is there a screen?");
 }
 
 int ExamApp::RunTour()

@@ -19,7 +19,8 @@ public:
 
 private:
     bool ReadCommandLine();
-    void ChooseProfile();
+    bool ChooseProfile();
+    bool Fail(const std::wstring& problem);
     bool RunCommand();
     bool LoadTexts();
     bool LoadImages();

@@ -97,20 +97,31 @@ std::wstring WriteMovie(const CineFile& cine, MovieTarget& target)
     return written.problem.empty() ? L"" : written.problem + L"; the movie ends before it";
 }
 
-// What keeps a recording from being replayed into this movie, in one sentence that names the one
-// that it is about; empty when nothing does.
-std::wstring Prepare(const std::wstring& path, const std::wstring& movie, bool overwrite,
-                     CineFile& cine, MovieTarget& target)
+// What a replay works on.
+struct Replay
 {
-    if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
+    CineFile cine;
+    MovieTarget target;
+    std::wstring codec;
+};
+
+// Opens and chooses everything. The result is empty, or one sentence that names what cannot be
+// used.
+std::wstring Prepare(const std::wstring& path, const std::wstring& movie, bool overwrite,
+                     Replay& replay)
+{
+    if (std::wstring problem = replay.cine.Open(path); !problem.empty())
+        return path + L": " + problem;
     std::error_code error;
     if (fs::equivalent(path, movie, error))
         return L"the movie cannot replace the recording it is made of";
-    if (std::wstring problem = target.Choose(movie, overwrite); !problem.empty())
+    if (std::wstring problem = replay.target.Choose(movie, overwrite); !problem.empty())
         return movie + L" cannot be written: " + problem;
-    const std::wstring codec = MovieCodec();
-    if (IsUsableCodec(codec)) return L"";
-    return L"the codec '" + codec +
+    const std::optional<std::wstring> codec = MovieCodec();
+    if (!codec) return L"the profile names no codec, and cannot be written";
+    replay.codec = *codec;
+    if (IsUsableCodec(replay.codec)) return L"";
+    return L"the codec '" + replay.codec +
            L"' is not installed; install it, or set RecordCodec to the name of another or to "
            L"Uncompressed";
 }
@@ -125,13 +136,13 @@ bool Fail(const std::wstring& problem)
 
 bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwrite)
 {
-    CineFile cine;
-    MovieTarget target;
-    if (std::wstring problem = Prepare(path, movie, overwrite, cine, target); !problem.empty())
+    Replay replay;
+    if (std::wstring problem = Prepare(path, movie, overwrite, replay); !problem.empty())
         return Fail(problem);
-    if (std::wstring problem = WriteMovie(cine, target); !problem.empty())
+    const CineFile& cine = replay.cine;
+    if (std::wstring problem = WriteMovie(cine, replay.target); !problem.empty())
         return Fail(movie + L": " + problem);
-    WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + MovieCodec() +
+    WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + replay.codec +
              L"\n");
     if (cine.SizeProblem().empty()) return true;
     Fail(path + L": " + cine.SizeProblem());

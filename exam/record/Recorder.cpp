@@ -39,8 +39,9 @@ CString Recorder::StartMovie()
 {
     // The library refuses a missing codec and an unwritable file alike, so the codec is looked up
     // before.
-    const std::wstring codec = MovieCodec();
-    if (!IsUsableCodec(codec)) return GetStr("exam.record.nocodec", codec.c_str());
+    const std::optional<std::wstring> codec = MovieCodec();
+    if (!codec) return GetStr("exam.record.nosetting");
+    if (!IsUsableCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
     return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi",
                  "exam.record.movie");
 }

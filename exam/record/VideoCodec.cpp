@@ -38,12 +38,12 @@ std::wstring ShortName(const ICINFO& listed)
 
 } // namespace
 
-std::wstring MovieCodec()
+std::optional<std::wstring> MovieCodec()
 {
     CWinApp& app = *AfxGetApp();
     const CString codec = app.GetProfileString(section, entry, L"");
     if (!codec.IsEmpty()) return codec.GetString();
-    app.WriteProfileString(section, entry, firstChoice);
+    if (!app.WriteProfileString(section, entry, firstChoice)) return {};
     return firstChoice;
 }
 

@@ -93,6 +93,16 @@ TEST_F(RecorderTest, TellsOfAWholeMovie)
     EXPECT_EQ(FindMovieProblem(m_finished.path, 3), L"");
 }
 
+TEST_F(RecorderTest, RecordsNoMovieWhenTheSettingOfTheCodecCannotBeKept)
+{
+    std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
+    s_app.m_pszProfileName = _wcsdup((m_folder / L"no\\such\\exam.ini").c_str());
+    EXPECT_EQ(MovieCodec(), std::nullopt);
+    m_recorder.StartMovie();
+    EXPECT_FALSE(m_recorder.IsRecording());
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"movie-001.avi"));
+}
+
 TEST_F(RecorderTest, NeverRecordsOverAFile)
 {
     for (const wchar_t* const name : {L"movie-001.avi", L"movie-002.avi"}) {
