@@ -1,6 +1,7 @@
 #include "base/Console.h"
 
 #include <base/Encoding.h>
+#include <base/Handles.h>
 
 #include <cstdio>
 
@@ -8,23 +9,52 @@ namespace exam {
 
 namespace {
 
-void Write(std::FILE* stream, const std::wstring& text)
+// A program of windows gets no console of its own. Where nothing was handed down to write to, the
+// console that it was started from is asked for once.
+HANDLE ParentConsole()
 {
+    static const base::File screen = [] {
+        AttachConsole(ATTACH_PARENT_PROCESS); // refused where the process is attached already
+        return base::File(CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                      nullptr));
+    }();
+    return screen.get();
+}
+
+bool IsUsable(HANDLE handle)
+{
+    return handle && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
+}
+
+bool WriteToConsole(HANDLE console, const std::wstring& text)
+{
+    DWORD written = 0;
+    return WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written,
+                         nullptr) != FALSE;
+}
+
+void Write(DWORD stream, std::FILE* file, const std::wstring& text)
+{
+    const HANDLE handle = GetStdHandle(stream);
+    const HANDLE console = IsUsable(handle) ? handle : ParentConsole();
+    if (WriteToConsole(console, text)) return;
+    // A file or a pipe.
     const std::string bytes = base::Utf8FromWide(text);
-    std::fwrite(bytes.data(), 1, bytes.size(), stream);
-    std::fflush(stream);
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::fflush(file);
 }
 
 } // namespace
 
 void WriteOut(const std::wstring& text)
 {
-    Write(stdout, text);
+    Write(STD_OUTPUT_HANDLE, stdout, text);
 }
 
 void WriteError(const std::wstring& text)
 {
-    Write(stderr, text);
+    Write(STD_ERROR_HANDLE, stderr, text);
 }
 
 } // namespace exam

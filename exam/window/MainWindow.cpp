@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "base/Resources.h"
 #include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
@@ -47,7 +48,8 @@ MainWindow::MainWindow(Session& session)
 bool MainWindow::Open()
 {
     const CString windowClass =
-        AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr);
+        AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr,
+                            LoadIcon(GetModuleHandle(nullptr), MAKEINTRESOURCE(IDI_EXAM)));
     const CRect frame(0, 0, ScreenLayout::width, ScreenLayout::height);
     if (!CreateEx(0, windowClass, GetStr("exam.title"), WS_POPUP | WS_SYSMENU, frame, nullptr, 0))
         return false;

@@ -1,0 +1,140 @@
+// exam.exe as the system sees it: its kind, its resources, and where its output goes.
+#include "base/Resources.h"
+
+#include <base/Handles.h>
+#include <gtest/gtest.h>
+#include <test_support/Files.h>
+#include <test_support/Program.h>
+
+#include <windows.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::wstring Exam()
+{
+    return test_support::besideProgram(L"exam.exe");
+}
+
+WORD Subsystem(const std::string& image)
+{
+    IMAGE_DOS_HEADER dos;
+    std::memcpy(&dos, image.data(), sizeof dos);
+    IMAGE_NT_HEADERS headers; // of this program's architecture, which is that of exam.exe
+    std::memcpy(&headers, image.data() + dos.e_lfanew, sizeof headers);
+    return headers.OptionalHeader.Subsystem;
+}
+
+std::wstring VersionText(const wchar_t* name)
+{
+    DWORD ignored = 0;
+    std::vector<char> data(GetFileVersionInfoSizeW(Exam().c_str(), &ignored));
+    if (data.empty()) return L"no version resource";
+    GetFileVersionInfoW(Exam().c_str(), 0, static_cast<DWORD>(data.size()), data.data());
+    wchar_t* text = nullptr;
+    UINT length = 0;
+    const std::wstring path = std::wstring(L"\\StringFileInfo\\040904b0\\") + name;
+    return VerQueryValueW(data.data(), path.c_str(), reinterpret_cast<void**>(&text), &length)
+               ? text
+               : L"no such text";
+}
+
+// A new console of this process, in place of the one that it was started from.
+class OwnConsole
+{
+public:
+    OwnConsole()
+    {
+        FreeConsole();
+        m_made = AllocConsole() != FALSE;
+    }
+    ~OwnConsole()
+    {
+        if (m_made) FreeConsole();
+    }
+    OwnConsole(const OwnConsole&) = delete;
+    OwnConsole& operator=(const OwnConsole&) = delete;
+
+    explicit operator bool() const { return m_made; }
+
+    // What the first rows show.
+    std::wstring Text() const
+    {
+        const base::File screen(CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
+        std::wstring text(2000, L' ');
+        DWORD read = 0;
+        ReadConsoleOutputCharacterW(screen.get(), text.data(), 2000, {0, 0}, &read);
+        text.resize(read);
+        return text;
+    }
+
+private:
+    bool m_made = false;
+};
+
+// Runs exam.exe without handles for its output; its exit code.
+DWORD RunWithoutHandles(std::wstring arguments)
+{
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    arguments = L"exam.exe " + arguments;
+    if (!CreateProcessW(Exam().c_str(), arguments.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &start, &process))
+        return MAXDWORD;
+    const base::Process running(process.hProcess);
+    const base::Thread thread(process.hThread);
+    WaitForSingleObject(running.get(), 60000);
+    DWORD code = MAXDWORD;
+    GetExitCodeProcess(running.get(), &code);
+    return code;
+}
+
+} // namespace
+
+TEST(ExamProgram, OpensNoConsoleWindow)
+{
+    EXPECT_EQ(Subsystem(test_support::readFile(Exam())), IMAGE_SUBSYSTEM_WINDOWS_GUI);
+}
+
+TEST(ExamProgram, WritesToTheConsoleOfItsParent)
+{
+    const OwnConsole console;
+    if (!console) GTEST_SKIP() << "this platform gives no console here";
+    // Handles that a parent has are handed on to its children; without them there is the console.
+    SetStdHandle(STD_OUTPUT_HANDLE, nullptr);
+    SetStdHandle(STD_ERROR_HANDLE, nullptr);
+    EXPECT_EQ(RunWithoutHandles(L"--surprise"), 2u);
+    EXPECT_NE(console.Text().find(L"exam: unknown argument '--surprise'"), std::wstring::npos);
+}
+
+TEST(ExamProgram, HasAnIconInTheUsualSizes)
+{
+    const base::Module program(LoadLibraryExW(Exam().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    ASSERT_TRUE(program);
+    for (const int size : {16, 24, 32, 48, 64}) {
+        const auto icon = static_cast<HICON>(
+            LoadImageW(program.get(), MAKEINTRESOURCEW(IDI_EXAM), IMAGE_ICON, size, size, 0));
+        ASSERT_NE(icon, nullptr) << size;
+        ICONINFO info{};
+        BITMAP bitmap{};
+        GetIconInfo(icon, &info);
+        GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
+        EXPECT_EQ(bitmap.bmWidth, size);
+        DeleteObject(info.hbmColor);
+        DeleteObject(info.hbmMask);
+        DestroyIcon(icon);
+    }
+}
+
+TEST(ExamProgram, NamesItsVersion)
+{
+    EXPECT_EQ(VersionText(L"ProductVersion"), L"" EXAM_VERSION);
+    EXPECT_EQ(VersionText(L"FileVersion"), L"" EXAM_VERSION);
+    EXPECT_EQ(VersionText(L"OriginalFilename"), L"exam.exe");
+}
