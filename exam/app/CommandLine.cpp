@@ -46,6 +46,12 @@ void SetProfile(CommandLine& options, Values values)
     options.profile = *values;
 }
 
+void SetRecordings(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--recordings needs a folder";
+    options.recordings = *values;
+}
+
 void SetCineInfo(CommandLine& options, Values values)
 {
     if (values->empty()) options.error = L"--cine-info needs a file";
@@ -76,6 +82,7 @@ const std::map<std::wstring, Option>& Options()
         {L"--console", {1, SetConsole}},
         {L"--tour", {1, SetTourFolder}},
         {L"--profile", {1, SetProfile}},
+        {L"--recordings", {1, SetRecordings}},
         {L"--cine-info", {1, SetCineInfo}},
         {L"--cine-to-avi", {2, SetCineToAvi}},
         {L"--overwrite", {0, SetOverwrite}},
@@ -119,6 +126,12 @@ std::wstring FindConflict(const CommandLine& options)
 
 } // namespace
 
+std::wstring CommandLine::RecordingFolder() const
+{
+    if (!recordings.empty()) return recordings;
+    return (IsTour() ? tourFolder : L"out") + L"\\recordings";
+}
+
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
 {
     CommandLine result;
@@ -146,6 +159,10 @@ const wchar_t* UsageText()
            L"  --profile FILE keep the settings in this INI file instead of the registry; the tour "
            L"uses\n"
            L"                 exam.ini in its folder\n"
+           L"  --recordings DIR\n"
+           L"                 the folder of the recordings; without it, out\\recordings below the "
+           L"current\n"
+           L"                 folder, or recordings in the folder of the tour\n"
            L"  --help         this text\n"
            L"\n"
            L"Without a window:\n"

@@ -14,6 +14,7 @@ struct CommandLine
     EConsoleType console = eConsolePemmit;
     std::wstring tourFolder; ///< empty: stay open and interactive
     std::wstring profile;    ///< INI file that holds the settings; empty: the registry
+    std::wstring recordings; ///< folder of the recordings; empty: see RecordingFolder()
     std::wstring cineInfo;   ///< raw cine file whose header is to be printed
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
@@ -22,6 +23,10 @@ struct CommandLine
     std::wstring error; ///< one sentence that says what is wrong; empty: nothing
 
     bool IsTour() const { return !tourFolder.empty(); }
+
+    /// Where recordings go: the folder that was given, or "recordings" in the folder of the tour,
+    /// or in "out" below the current folder.
+    std::wstring RecordingFolder() const;
 
     /// Whether a command was given that needs no window.
     bool IsCommand() const { return !cineInfo.empty() || !cineToPlay.empty(); }

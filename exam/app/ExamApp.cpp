@@ -135,8 +135,7 @@ bool ExamApp::LoadImages()
 bool ExamApp::OpenMainWindow()
 {
     m_window = std::make_unique<MainWindow>(m_session);
-    m_window->SetRecordingFolder((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()) +
-                                 L"\\recordings");
+    m_window->SetRecordingFolder(base::FullPath(m_options.RecordingFolder().c_str()));
     TellChange(stateImageChanged);
     m_pMainWnd = m_window.get();
     if (m_window->Open()) return true;

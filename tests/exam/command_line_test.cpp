@@ -87,3 +87,16 @@ TEST(CommandLine, OverwritesOnlyWhereItIsAsked)
     EXPECT_EQ(ParseCommandLine({L"--overwrite", L"--cine-info", L"a"}).error,
               L"--overwrite goes with --cine-to-avi");
 }
+
+TEST(CommandLine, RecordsWhereItIsAskedTo)
+{
+    EXPECT_EQ(ParseCommandLine({L"--recordings", L"D:\\loops"}).RecordingFolder(), L"D:\\loops");
+    EXPECT_EQ(ParseCommandLine({L"--recordings", L""}).error, L"--recordings needs a folder");
+}
+
+TEST(CommandLine, RecordsBelowTheCurrentFolderOrTheTours)
+{
+    EXPECT_EQ(ParseCommandLine({}).RecordingFolder(), L"out\\recordings");
+    EXPECT_EQ(ParseCommandLine({L"--tour", L"D:\\tour"}).RecordingFolder(),
+              L"D:\\tour\\recordings");
+}
