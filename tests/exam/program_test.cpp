@@ -16,7 +16,7 @@ namespace {
 
 std::wstring Exam()
 {
-    return test_support::besideProgram(L"exam.exe");
+    return test_support::BesideProgram(L"exam.exe");
 }
 
 WORD Subsystem(const std::string& image)
@@ -99,7 +99,7 @@ DWORD RunWithoutHandles(std::wstring arguments)
 
 TEST(ExamProgram, OpensNoConsoleWindow)
 {
-    EXPECT_EQ(Subsystem(test_support::readFile(Exam())), IMAGE_SUBSYSTEM_WINDOWS_GUI);
+    EXPECT_EQ(Subsystem(test_support::ReadFile(Exam())), IMAGE_SUBSYSTEM_WINDOWS_GUI);
 }
 
 TEST(ExamProgram, WritesToTheConsoleOfItsParent)
