@@ -1,5 +1,18 @@
 #include "GdiMap.h"
-#include "Handles.h"
+
+#include <base/GdiHandles.h>
+
+namespace {
+
+// Vertically, of a context, or of the screen for none.
+int DotsPerInch(const CDC* dc)
+{
+    if (dc) return ::GetDeviceCaps(dc->m_hAttribDC, LOGPIXELSY);
+    const base::WindowContext screen(nullptr);
+    return ::GetDeviceCaps(screen.get(), LOGPIXELSY);
+}
+
+} // namespace
 
 CFont::~CFont() = default;
 
@@ -14,11 +27,9 @@ BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, i
 
 BOOL CFont::CreatePointFont(int tenths, LPCTSTR faceName, CDC* dc)
 {
-    const framework::ScreenContext screen(dc ? nullptr : ::GetDC(nullptr));
-    const int dotsPerInch = ::GetDeviceCaps(dc ? dc->m_hAttribDC : screen.get(), LOGPIXELSY);
     LOGFONT description = {};
     // A point is 1/72 inch; negative: the height of the characters without the space above them.
-    description.lfHeight = -MulDiv(tenths, dotsPerInch, 720);
+    description.lfHeight = -MulDiv(tenths, DotsPerInch(dc), 720);
     description.lfCharSet = DEFAULT_CHARSET;
     lstrcpynW(description.lfFaceName, faceName ? faceName : L"", LF_FACESIZE);
     return CreateFontIndirect(&description);

@@ -1,5 +1,7 @@
 #include <atlstr.h>
 
+#include <base/Encoding.h>
+
 #include <framework/CWinApp.h>
 
 #include <algorithm>
@@ -36,11 +38,8 @@ std::wstring Formatted(LPCWSTR format, va_list arguments)
 } // namespace
 
 CString::CString(LPCSTR text)
+    : m_text(base::WideFromBytes(CP_ACP, text ? text : "").value_or(std::wstring()))
 {
-    const int size = text ? MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0) : 0;
-    if (size <= 1) return;
-    m_text.resize(static_cast<size_t>(size) - 1);
-    MultiByteToWideChar(CP_ACP, 0, text, -1, m_text.data(), size);
 }
 
 void CString::Format(LPCWSTR format, ...)

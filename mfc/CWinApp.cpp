@@ -1,6 +1,7 @@
-#include "SlimLock.h"
-
 #include <afxwin.h>
+
+#include <base/FilePath.h>
+#include <base/SlimLock.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -12,7 +13,7 @@ namespace {
 // Constant-initialised, so that application objects may be built before and after this DLL's other
 // objects.
 constinit std::atomic<CWinApp*> s_theApplication = nullptr;
-constinit framework::SlimLock s_modulesMutex;
+constinit base::SlimLock s_modulesMutex;
 constinit CWinApp* s_modules = nullptr;
 
 bool IsExecutable(HINSTANCE module)
@@ -33,8 +34,7 @@ void Release(LPCTSTR text)
 // The file name of the module without its folder and its extension.
 CString BaseName(HINSTANCE module)
 {
-    wchar_t path[MAX_PATH + 1] = {};
-    CString name(path, static_cast<int>(GetModuleFileNameW(module, path, MAX_PATH)));
+    CString name(base::ModuleFile(module).c_str());
     name = name.Mid(name.ReverseFind(L'\\') + 1);
     const int dot = name.ReverseFind(L'.');
     return dot < 0 ? name : name.Left(dot);

@@ -1,7 +1,7 @@
 // The profile of the application: its settings in the registry or in an INI file.
-#include "Handles.h"
-
 #include <afxwin.h>
+
+#include <base/Handles.h>
 
 #include <cstdlib>
 #include <cwchar>
@@ -9,16 +9,16 @@
 
 namespace {
 
-framework::RegistryKey OpenKey(const CString& path, REGSAM access)
+base::RegistryKey OpenKey(const CString& path, REGSAM access)
 {
-    framework::RegistryKey key;
+    base::RegistryKey key;
     RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, access, key.put());
     return key;
 }
 
-framework::RegistryKey CreateKey(const CString& path)
+base::RegistryKey CreateKey(const CString& path)
 {
-    framework::RegistryKey key;
+    base::RegistryKey key;
     RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
                     nullptr, key.put(), nullptr);
     return key;
@@ -31,14 +31,14 @@ BOOL SucceededOrAbsent(LSTATUS status)
 
 BOOL WriteValue(const CString& path, LPCTSTR entry, DWORD type, const void* data, size_t size)
 {
-    const framework::RegistryKey key = CreateKey(path);
+    const base::RegistryKey key = CreateKey(path);
     return key && RegSetValueExW(key.get(), entry, 0, type, static_cast<const BYTE*>(data),
                                  static_cast<DWORD>(size)) == ERROR_SUCCESS;
 }
 
 BOOL DeleteEntry(const CString& path, LPCTSTR entry)
 {
-    const framework::RegistryKey key = OpenKey(path, KEY_SET_VALUE);
+    const base::RegistryKey key = OpenKey(path, KEY_SET_VALUE);
     return !key || SucceededOrAbsent(RegDeleteValueW(key.get(), entry));
 }
 
@@ -95,7 +95,7 @@ UINT CWinApp::GetProfileInt(LPCTSTR section, LPCTSTR entry, int defaultValue)
     if (!section || !entry) return static_cast<UINT>(defaultValue);
     if (!m_pszRegistryKey)
         return GetPrivateProfileIntW(section, entry, defaultValue, m_pszProfileName);
-    const framework::RegistryKey key = OpenKey(SectionKey(section), KEY_QUERY_VALUE);
+    const base::RegistryKey key = OpenKey(SectionKey(section), KEY_QUERY_VALUE);
     DWORD type = REG_NONE;
     DWORD value = 0;
     DWORD size = sizeof value;
@@ -110,7 +110,7 @@ CString CWinApp::GetProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR defaul
 {
     if (!section || !entry) return defaultValue;
     if (!m_pszRegistryKey) return ReadIniText(m_pszProfileName, section, entry, defaultValue);
-    const framework::RegistryKey key = OpenKey(SectionKey(section), KEY_QUERY_VALUE);
+    const base::RegistryKey key = OpenKey(SectionKey(section), KEY_QUERY_VALUE);
     CString text;
     return key && ReadText(key.get(), entry, text) ? text : CString(defaultValue);
 }

@@ -1,5 +1,7 @@
 #include "ThreadState.h"
 
+#include <base/Handles.h>
+
 #include <process.h>
 
 namespace {
@@ -43,7 +45,7 @@ CWinThread::CWinThread(AFX_THREADPROC procedure, LPVOID parameter)
 
 CWinThread::~CWinThread()
 {
-    if (m_hThread) CloseHandle(m_hThread);
+    base::Thread(m_hThread).reset();
 }
 
 BOOL CWinThread::CreateThread(DWORD flags, UINT stackSize, LPSECURITY_ATTRIBUTES security)

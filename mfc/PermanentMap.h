@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SlimLock.h"
+#include <base/SlimLock.h>
 
 #include <utility>
 
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    mutable SlimLock m_mutex;
+    mutable base::SlimLock m_mutex;
     std::unordered_map<Handle, Object*> m_objects;
 };
 

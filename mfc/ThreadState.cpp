@@ -1,6 +1,6 @@
 #include "ThreadState.h"
 
-#include "SlimLock.h"
+#include <base/SlimLock.h>
 
 #include <mutex>
 
@@ -8,7 +8,7 @@ namespace framework {
 
 namespace {
 
-constinit SlimLock s_chainMutex;
+constinit base::SlimLock s_chainMutex;
 constinit ThreadState* s_chain = nullptr;
 
 // A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Handles.h"
-
 #include <afxwin.h>
+
+#include <base/Handles.h>
 
 // The creation of one window: while it lives, the first window that the thread creates becomes the
 // object's, with the message map in force from the window's first message on.
@@ -25,5 +25,5 @@ private:
     CWnd& m_object;
     HWND m_window = nullptr; // the one that became the object's
     WindowCreation* m_outer;
-    framework::Hook m_hook;
+    base::Hook m_hook;
 };

@@ -1,22 +1,23 @@
 #include "JpegImage.h"
 
+#include <base/Owner.h>
+
 #include <turbojpeg.h>
 
 #include <climits>
-#include <memory>
-#include <type_traits>
 
 namespace mjpg {
 
 namespace {
 
-struct Destroy
+struct JpegInstanceTraits
 {
-    void operator()(tjhandle instance) const { tjDestroy(instance); }
+    using Handle = tjhandle;
+    static tjhandle Empty() noexcept { return nullptr; }
+    static void Release(tjhandle instance) noexcept { tjDestroy(instance); }
 };
-
 // The library reports every failure by a result; none of its jumps leaves it.
-using Instance = std::unique_ptr<std::remove_pointer_t<tjhandle>, Destroy>;
+using Instance = base::Owner<JpegInstanceTraits>;
 
 int PixelFormatOf(const FrameShape& shape)
 {

@@ -1,5 +1,7 @@
 // Installs and removes the Motion-JPEG codec for programs of this program's own architecture.
 #include <base/Encoding.h>
+#include <base/FilePath.h>
+#include <base/Handles.h>
 
 #include <windows.h>
 
@@ -32,15 +34,9 @@ class DriversKey
 {
 public:
     explicit DriversKey(REGSAM access)
+        : m_error(RegOpenKeyExW(HKEY_LOCAL_MACHINE, driversKey, 0, access, m_key.put()))
     {
-        m_error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, driversKey, 0, access, &m_key);
     }
-    ~DriversKey()
-    {
-        if (m_key) RegCloseKey(m_key);
-    }
-    DriversKey(const DriversKey&) = delete;
-    DriversKey& operator=(const DriversKey&) = delete;
 
     DWORD Error() const { return static_cast<DWORD>(m_error); }
 
@@ -49,11 +45,12 @@ public:
     {
         DWORD size = 0;
         DWORD type = 0;
-        if (RegQueryValueExW(m_key, entryName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
+        if (RegQueryValueExW(m_key.get(), entryName, nullptr, &type, nullptr, &size) !=
+            ERROR_SUCCESS)
             return {};
         std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
         size = static_cast<DWORD>((value.size() - 1) * sizeof(wchar_t));
-        const LSTATUS result = RegQueryValueExW(m_key, entryName, nullptr, &type,
+        const LSTATUS result = RegQueryValueExW(m_key.get(), entryName, nullptr, &type,
                                                 reinterpret_cast<BYTE*>(value.data()), &size);
         if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return L"?";
         return value.c_str(); // the registry stores an end of its own, or none
@@ -63,13 +60,13 @@ public:
     {
         const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
         return static_cast<DWORD>(RegSetValueExW(
-            m_key, entryName, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), size));
+            m_key.get(), entryName, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), size));
     }
 
-    DWORD RemoveEntry() { return static_cast<DWORD>(RegDeleteValueW(m_key, entryName)); }
+    DWORD RemoveEntry() { return static_cast<DWORD>(RegDeleteValueW(m_key.get(), entryName)); }
 
 private:
-    HKEY m_key = nullptr;
+    base::RegistryKey m_key;
     LSTATUS m_error;
 };
 
@@ -90,14 +87,10 @@ bool IsOurs(const std::wstring& entry)
            0;
 }
 
-// Empty when the path is too long.
 std::wstring CodecBesideProgram()
 {
-    wchar_t path[MAX_PATH] = {};
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return {};
-    std::wstring codec(path);
-    return codec.replace(codec.find_last_of(L'\\') + 1, std::wstring::npos, codecFile);
+    const std::wstring program = base::ModuleFile(nullptr);
+    return program.substr(0, program.find_last_of(L'\\') + 1) + codecFile;
 }
 
 // What the drivers' key names is cut at the first blank, so a folder with blanks is shortened;

@@ -59,7 +59,7 @@ base::Process Start(const wchar_t* program, wchar_t* command)
     if (!CreateProcessW(program, command, nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
                         nullptr, &startup, &started))
         return {};
-    CloseHandle(started.hThread);
+    base::Thread(started.hThread).reset();
     return base::Process(started.hProcess);
 }
 

@@ -1,8 +1,10 @@
 // The only source that sees spdlog: its headers take long to compile.
 #include "LogFile.h"
 
-#include "ApplicationFile.h"
 #include "qor_utils/CriticalSection.h"
+
+#include <base/Encoding.h>
+#include <base/FilePath.h>
 
 #include <windows.h>
 
@@ -21,24 +23,6 @@ constexpr std::size_t oldFiles = 5;
 constexpr ULONGLONG retryAfter =
     10'000; // milliseconds; opening a file that cannot be takes spdlog 50
 
-std::string ToUtf8(const wchar_t* text)
-{
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    if (size <= 1) return {};
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-    utf8.pop_back();
-    return utf8;
-}
-
-std::wstring ToWide(const char* utf8, int length)
-{
-    const int size = MultiByteToWideChar(CP_UTF8, 0, utf8, length, nullptr, 0);
-    std::wstring text(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8, length, text.data(), size);
-    return text;
-}
-
 // spdlog's own sink for the debugger passes UTF-8 to a function that expects the system's code
 // page.
 class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
@@ -47,7 +31,7 @@ class DebuggerSink final : public spdlog::sinks::base_sink<spdlog::details::null
     {
         spdlog::memory_buf_t line;
         formatter_->format(message, line);
-        OutputDebugStringW(ToWide(line.data(), static_cast<int>(line.size())).c_str());
+        OutputDebugStringW(base::WideFromUtf8({line.data(), line.size()}).c_str());
     }
     void flush_() override {}
 };
@@ -59,7 +43,7 @@ std::unique_ptr<spdlog::formatter> LineFormatter()
 
 std::wstring LogFileName()
 {
-    const std::wstring program = ApplicationFile();
+    const std::wstring program = base::ModuleFile(nullptr);
     const std::wstring name = program.substr(program.find_last_of(L'\\') + 1);
     return name.substr(0, name.find_last_of(L'.')) + L".log";
 }
@@ -155,7 +139,7 @@ try {
     // The place is part of the text, because spdlog leaves out one of line 0.
     const std::string place =
         std::string(message.source) + "(" + std::to_string(message.line) + "): ";
-    const std::string text = place + ToUtf8(message.text);
+    const std::string text = place + base::Utf8FromWide(message.text);
     const spdlog::details::log_msg entry(spdlog::string_view_t(), SpdlogLevel(message.level), text);
     DebuggerSink debugger;
     debugger.set_formatter(LineFormatter());

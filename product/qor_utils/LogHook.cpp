@@ -1,6 +1,6 @@
 #include "LogHook.h"
 
-#include "qor_utils/SlimLock.h"
+#include <base/SlimLock.h>
 
 #include <memory>
 #include <mutex>
@@ -15,7 +15,7 @@ struct Entry
     int running = 0; // calls under way
 };
 
-constinit SlimLock s_lock; // guards the entry in force and the running count of every entry
+constinit base::SlimLock s_lock; // guards the entry in force and the running count of every entry
 constinit CONDITION_VARIABLE s_callEnded = CONDITION_VARIABLE_INIT;
 constinit thread_local bool s_insideHook = false;
 
@@ -61,7 +61,7 @@ private:
 
 void ExchangeLogHook(zelLogger::Hook hook, void* userData)
 {
-    auto entry = hook ? std::make_shared<Entry>(hook, userData) : nullptr;
+    auto entry = hook ? std::make_shared<Entry>(Entry{hook, userData}) : nullptr;
     const std::scoped_lock guard(s_lock);
     EntryInForce().swap(entry);
     while (entry && entry->running > 0 && !s_insideHook)

@@ -3,6 +3,8 @@
 #include "DumpFunction.h"
 #include "DumpProcess.h"
 
+#include <base/Handles.h>
+
 #include <cwchar>
 #include <iterator>
 
@@ -24,7 +26,7 @@ struct Job
     wchar_t path[1024];
     MINIDUMP_EXCEPTION_INFORMATION exception;
     MINIDUMP_TYPE type;
-    HANDLE started;
+    HANDLE started; // this and the next: events of the call under way
     HANDLE finished;
     bool written;
 };
@@ -43,12 +45,13 @@ bool WriteDump(DumpFunction function, HANDLE file, MINIDUMP_TYPE type)
 void RunJob(DumpFunction function)
 {
     if (!function) return;
-    const HANDLE file = CreateFileW(s_job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return;
-    s_job.written = WriteDump(function, file, s_job.type) ||
-                    (s_job.type != MiniDumpNormal && WriteDump(function, file, MiniDumpNormal));
-    CloseHandle(file);
+    base::File file(CreateFileW(s_job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return;
+    s_job.written =
+        WriteDump(function, file.get(), s_job.type) ||
+        (s_job.type != MiniDumpNormal && WriteDump(function, file.get(), MiniDumpNormal));
+    file.reset(); // an open file cannot be deleted
     if (!s_job.written) DeleteFileW(s_job.path);
 }
 
@@ -76,9 +79,8 @@ DWORD WINAPI DumpThread(void*)
 // own does the work.
 bool RunJobOnThread()
 {
-    const HANDLE thread = CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr);
+    const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
     const bool begun = thread && WaitForSingleObject(s_job.started, startTimeout) == WAIT_OBJECT_0;
-    if (thread) CloseHandle(thread);
     if (!begun && ClaimJob()) {
         s_job.written =
             qor_utils::WriteDumpFromOutside(s_job.path, s_job.exception, s_job.type, dumpTimeout);
@@ -87,26 +89,25 @@ bool RunJobOnThread()
     return WaitForSingleObject(s_job.finished, dumpTimeout) == WAIT_OBJECT_0;
 }
 
-bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType)
+bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType,
+                const base::Event& started, const base::Event& finished)
 {
     if (wcsnlen(path, std::size(s_job.path)) >= std::size(s_job.path)) return false;
     std::wcscpy(s_job.path, path);
     s_job.exception = {GetCurrentThreadId(), exception, FALSE};
     s_job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
     s_job.written = false;
-    s_job.started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    s_job.finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    s_job.started = started.get();
+    s_job.finished = finished.get();
     InterlockedExchange(
         &s_job.claimed,
         0); // last: a thread of an earlier job that only now begins may claim this one
-    return s_job.started && s_job.finished;
+    return started && finished;
 }
 
-void CloseEvents()
+base::Event NewEvent()
 {
-    if (s_job.started) CloseHandle(s_job.started);
-    if (s_job.finished) CloseHandle(s_job.finished);
-    s_job.started = s_job.finished = nullptr;
+    return base::Event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
 }
 
 } // namespace
@@ -116,11 +117,16 @@ bool MemoryDumper::GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exc
 {
     if (!path || !*path) return false;
     if (InterlockedExchange(&s_job.inUse, 1) != 0) return false;
-    const bool prepared = PrepareJob(path, exception, dumpType);
-    if (prepared && !RunJobOnThread())
-        return false; // the job stays in use, for the thread that hangs
+    base::Event started = NewEvent();
+    base::Event finished = NewEvent();
+    const bool prepared = PrepareJob(path, exception, dumpType, started, finished);
+    if (prepared && !RunJobOnThread()) {
+        // The job and its events stay, for the thread that hangs.
+        started.release();
+        finished.release();
+        return false;
+    }
     const bool written = prepared && s_job.written;
-    CloseEvents();
     InterlockedExchange(&s_job.inUse, 0);
     return written;
 }

@@ -1,6 +1,7 @@
 #include "qor_utils/Profile.h"
 
-#include "qor_utils/SlimLock.h"
+#include <base/Handles.h>
+#include <base/SlimLock.h>
 
 #include <algorithm>
 #include <mutex>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr wchar_t defaultRoot[] = L"Software\\Kestrow\\Exam";
 
-constinit SlimLock s_rootLock;
+constinit base::SlimLock s_rootLock;
 
 std::wstring& RootText()
 {
@@ -27,27 +28,12 @@ std::wstring Root()
     return RootText();
 }
 
-class RegistryKey
+base::RegistryKey OpenForReading(const std::wstring& path)
 {
-public:
-    explicit RegistryKey(const std::wstring& path) noexcept
-    {
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &m_key) !=
-            ERROR_SUCCESS)
-            m_key = nullptr;
-    }
-    ~RegistryKey()
-    {
-        if (m_key) RegCloseKey(m_key);
-    }
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-
-    HKEY get() const noexcept { return m_key; }
-
-private:
-    HKEY m_key = nullptr;
-};
+    base::RegistryKey key;
+    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, key.put());
+    return key;
+}
 
 struct Value
 {
@@ -74,8 +60,8 @@ std::optional<Value> QueryValue(HKEY key, const wchar_t* name)
 std::optional<Value> ReadValue(const wchar_t* section, const wchar_t* name)
 {
     if (!section || !name) return std::nullopt;
-    const RegistryKey key(Root() + L"\\" + section);
-    if (!key.get()) return std::nullopt;
+    const base::RegistryKey key = OpenForReading(Root() + L"\\" + section);
+    if (!key) return std::nullopt;
     return QueryValue(key.get(), name);
 }
 

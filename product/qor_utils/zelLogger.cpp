@@ -3,8 +3,10 @@
 #include "LogFile.h"
 #include "LogHook.h"
 #include "PathFault.h"
-#include "qor_utils/SlimLock.h"
 #include "qor_utils/zelPath.h"
+
+#include <base/FilePath.h>
+#include <base/SlimLock.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -16,21 +18,13 @@ namespace {
 
 constexpr std::size_t longestText = 65536;
 
-constinit qor_utils::SlimLock s_directoryLock;
+constinit base::SlimLock s_directoryLock;
 
 // Empty until the host sets one.
 std::wstring& DirectoryOfHost()
 {
     static std::wstring directory;
     return directory;
-}
-
-std::wstring AbsolutePath(const std::wstring& path)
-{
-    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    std::wstring absolute(size, L'\0');
-    absolute.resize(GetFullPathNameW(path.c_str(), size, absolute.data(), nullptr));
-    return absolute;
 }
 
 // Makes each missing folder on the way; what cannot be made shows when a file is opened in it.
@@ -82,7 +76,7 @@ void zelLogger::setHook(Hook hook, void* userData)
 
 void zelLogger::setDirectory(const std::wstring& directory)
 {
-    std::wstring text = directory.empty() ? std::wstring() : AbsolutePath(directory);
+    std::wstring text = base::FullPath(directory.c_str());
     if (!text.empty() && text.back() != L'\\') text += L'\\';
     {
         const std::scoped_lock guard(s_directoryLock);

@@ -1,7 +1,7 @@
 #include "qor_utils/zelPath.h"
 
-#include "ApplicationFile.h"
-#include "qor_utils/SlimLock.h"
+#include <base/FilePath.h>
+#include <base/SlimLock.h>
 
 #include <algorithm>
 #include <map>
@@ -31,7 +31,7 @@ constexpr DefaultFolder defaultFolders[] = {
     {39, L"protocols\\base2"},
 };
 
-constinit qor_utils::SlimLock s_foldersLock;
+constinit base::SlimLock s_foldersLock;
 
 std::map<int, std::wstring>& FoldersOfHost()
 {
@@ -66,7 +66,7 @@ std::wstring Join(std::wstring folder, const std::wstring& name)
 
 std::wstring ApplicationFolder()
 {
-    std::wstring file = qor_utils::ApplicationFile();
+    std::wstring file = base::ModuleFile(nullptr);
     file.resize(file.find_last_of(L'\\') + 1); // no backslash at all: npos + 1 is 0
     return file;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qor_utils/SlimLock.h"
+#include <base/SlimLock.h>
 
 #include <functional>
 #include <string>
@@ -32,7 +32,7 @@ private:
     };
 
     const std::size_t m_mostTexts;
-    qor_utils::SlimLock m_lock;
+    base::SlimLock m_lock;
     std::unordered_set<std::wstring, Hash, std::equal_to<>>
         m_texts; // its nodes stay in place when it grows
 };

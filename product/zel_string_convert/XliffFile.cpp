@@ -1,5 +1,8 @@
 #include "XliffFile.h"
 
+#include <base/Encoding.h>
+#include <base/Handles.h>
+
 #include <windows.h>
 
 #include <pugixml.hpp>
@@ -17,33 +20,12 @@ struct NotATable
     std::wstring reason;
 };
 
-class FileHandle
-{
-public:
-    explicit FileHandle(const std::wstring& path) noexcept
-        : m_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                             FILE_ATTRIBUTE_NORMAL, nullptr))
-    {
-    }
-    ~FileHandle()
-    {
-        if (m_file != INVALID_HANDLE_VALUE) CloseHandle(m_file);
-    }
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-
-    HANDLE get() const noexcept { return m_file; }
-
-private:
-    HANDLE m_file;
-};
-
 std::vector<char> ReadBytes(const std::wstring& path)
 {
-    const FileHandle file(path);
+    const base::File file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size = {};
-    if (file.get() == INVALID_HANDLE_VALUE || !GetFileSizeEx(file.get(), &size))
-        throw NotATable{L"cannot be opened"};
+    if (!file || !GetFileSizeEx(file.get(), &size)) throw NotATable{L"cannot be opened"};
     if (size.QuadPart > largestFile) throw NotATable{L"is larger than 64 MB"};
     std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
@@ -87,17 +69,6 @@ std::wstring TextOf(const pugi::xml_node& element)
     return text;
 }
 
-std::string ToUtf8(std::wstring_view text)
-{
-    if (text.empty()) return {};
-    const int length = static_cast<int>(text.size());
-    const int size =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
-    return utf8;
-}
-
 std::optional<std::wstring> TargetOf(const pugi::xml_node& unit)
 {
     const pugi::xml_node target = ChildNamed(unit, L"target");
@@ -112,7 +83,7 @@ std::optional<std::wstring> TargetOf(const pugi::xml_node& unit)
 XliffUnit ReadUnit(const pugi::xml_node& element)
 {
     const pugi::xml_node source = ChildNamed(element, L"source");
-    XliffUnit unit{ToUtf8(element.attribute(L"id").value()), {}, TargetOf(element)};
+    XliffUnit unit{base::Utf8FromWide(element.attribute(L"id").value()), {}, TargetOf(element)};
     if (unit.key.empty()) throw NotATable{L"has a trans-unit without an id"};
     if (!source) throw NotATable{L"has a trans-unit without a source"};
     unit.source = TextOf(source);

@@ -1,18 +1,14 @@
 #include "XliffFolder.h"
 
+#include <base/Handles.h>
+
 #include <windows.h>
 
 #include <algorithm>
 #include <cwchar>
-#include <memory>
 
 namespace zel_string_convert {
 namespace {
-
-struct FindCloser
-{
-    void operator()(HANDLE find) const noexcept { FindClose(find); }
-};
 
 // The pattern "*.xlf" would also find "a.xlf~" on volumes with short names.
 bool IsXliffFile(const WIN32_FIND_DATAW& entry)
@@ -26,12 +22,11 @@ std::vector<std::wstring> XliffFilesIn(const std::wstring& folder)
 {
     std::vector<std::wstring> files;
     WIN32_FIND_DATAW entry;
-    const HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &entry);
-    if (find == INVALID_HANDLE_VALUE) return files;
-    const std::unique_ptr<void, FindCloser> owner(find);
+    const base::Find find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    if (!find) return files;
     do {
         if (IsXliffFile(entry)) files.push_back(folder + L"\\" + entry.cFileName);
-    } while (FindNextFileW(find, &entry));
+    } while (FindNextFileW(find.get(), &entry));
     std::sort(files.begin(), files.end());
     return files;
 }

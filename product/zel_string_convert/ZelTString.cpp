@@ -4,7 +4,9 @@
 #include "TextPool.h"
 #include "XliffFile.h"
 #include "XliffFolder.h"
-#include "qor_utils/SlimLock.h"
+
+#include <base/Encoding.h>
+#include <base/SlimLock.h>
 
 #include <algorithm>
 #include <mutex>
@@ -29,9 +31,9 @@ struct State
     TextPool unknownKeys{mostUnknownKeys};
 };
 
-constinit qor_utils::SlimLock
+constinit base::SlimLock
     s_changeLock; // held by whoever builds a new table, so that no change is lost
-constinit qor_utils::SlimLock s_tableLock; // guards the table and the language
+constinit base::SlimLock s_tableLock; // guards the table and the language
 
 State& CurrentState()
 {
@@ -78,21 +80,11 @@ try {
     return false;
 }
 
-std::wstring ToWide(std::string_view key)
-{
-    if (key.empty()) return {};
-    const int length = static_cast<int>(key.size());
-    std::wstring text(key.size(), L'\0'); // no encoding has more wide characters than bytes
-    text.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(CP_UTF8, 0, key.data(), length, text.data(), length)));
-    return text;
-}
-
 // Texts of the table serve as printf formats, so a key with a percent sign must not pass for one.
 const wchar_t* UnknownKey(std::string_view key)
 {
     if (key.size() > longestUnknownKey || key.find('%') != std::string_view::npos) return L"";
-    const wchar_t* kept = CurrentState().unknownKeys.Keep(ToWide(key));
+    const wchar_t* kept = CurrentState().unknownKeys.Keep(base::WideFromUtf8(key));
     return kept ? kept : L"";
 }
 

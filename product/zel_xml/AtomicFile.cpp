@@ -1,5 +1,7 @@
 #include "AtomicFile.h"
 
+#include <base/Handles.h>
+
 #include <atomic>
 #include <limits>
 
@@ -18,28 +20,29 @@ public:
         const std::wstring stem = folder + L"~xml" + std::to_wstring(GetCurrentProcessId()) + L"-";
         do {
             m_path = stem + std::to_wstring(++serial) + L".tmp";
-            m_file = CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr);
-        } while (m_file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS);
-        m_exists = m_file != INVALID_HANDLE_VALUE;
+            m_file.reset(CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+        } while (!m_file && GetLastError() == ERROR_FILE_EXISTS);
+        m_exists = IsOpen();
     }
 
     ~NewFile()
     {
-        Close();
+        m_file.reset();
         if (m_exists) DeleteFileW(m_path.c_str());
     }
 
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    bool IsOpen() const { return m_file != INVALID_HANDLE_VALUE; }
-    HANDLE Handle() const { return m_file; }
+    bool IsOpen() const { return static_cast<bool>(m_file); }
+    HANDLE Handle() const { return m_file.get(); }
 
     bool MoveOver(const std::wstring& path)
     {
         // Without the flush a power cut could leave the new name on a file that was never written.
-        if (!FlushFileBuffers(m_file) || !Close()) return false;
+        if (!FlushFileBuffers(m_file.get())) return false;
+        m_file.reset();
         if (!MoveFileExW(m_path.c_str(), path.c_str(),
                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             return false;
@@ -48,16 +51,8 @@ public:
     }
 
 private:
-    bool Close()
-    {
-        if (!IsOpen()) return true;
-        const HANDLE file = m_file;
-        m_file = INVALID_HANDLE_VALUE;
-        return CloseHandle(file) != FALSE;
-    }
-
     std::wstring m_path;
-    HANDLE m_file = INVALID_HANDLE_VALUE;
+    base::File m_file;
     bool m_exists = false;
 };
 
@@ -76,18 +71,6 @@ bool WriteBytes(HANDLE file, const std::string& bytes)
     const DWORD size = static_cast<DWORD>(bytes.size());
     DWORD written = 0;
     return WriteFile(file, bytes.data(), size, &written, nullptr) && written == size;
-}
-
-std::wstring AbsolutePath(const wchar_t* path)
-{
-    if (!path || !*path) return {};
-    const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
-    if (needed == 0) return {};
-    std::wstring full(needed, L'\0');
-    const DWORD length = GetFullPathNameW(path, needed, full.data(), nullptr);
-    if (length >= needed) return {}; // another thread changed the current directory in between
-    full.resize(length);
-    return full;
 }
 
 bool ReplaceAtomically(const std::wstring& path, const FileFiller& fill)

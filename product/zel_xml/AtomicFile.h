@@ -3,28 +3,15 @@
 #include <windows.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace zel_xml {
-
-struct FileCloser
-{
-    using pointer = HANDLE;
-    void operator()(HANDLE file) const { CloseHandle(file); }
-};
-
-// Owns an open file; empty where opening failed.
-using FileHandle = std::unique_ptr<HANDLE, FileCloser>;
 
 // Fills a new file; false when it could not (a full disk, say).
 using FileFiller = std::function<bool(HANDLE file)>;
 
 // Writes all bytes at the file's current position.
 bool WriteBytes(HANDLE file, const std::string& bytes);
-
-// The absolute form of a path as of now; empty when there is none.
-std::wstring AbsolutePath(const wchar_t* path);
 
 // Lets fill write a new file beside path (absolute) and puts it in path's place in one step. On any
 // failure, an exception out of fill included, path is as it was and nothing is left beside it.

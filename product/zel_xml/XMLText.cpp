@@ -1,9 +1,12 @@
 #include "XMLText.h"
 
+#include <base/Encoding.h>
+
 #include <windows.h>
 
 #include <algorithm>
-#include <limits>
+#include <optional>
+#include <utility>
 
 namespace zel_xml {
 
@@ -48,19 +51,6 @@ unsigned CodePageOf(const std::string& encoding)
     return 0;
 }
 
-bool DecodeBytes(std::string_view bytes, unsigned codePage, std::wstring& text)
-{
-    if (bytes.empty() || bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
-        return false;
-    const int size = static_cast<int>(bytes.size());
-    const int length =
-        MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, nullptr, 0);
-    if (length <= 0) return false;
-    text.resize(static_cast<std::size_t>(length));
-    return MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(),
-                               length) == length;
-}
-
 bool DecodeUtf16(std::string_view bytes, bool bigEndian, std::wstring& text)
 {
     if (bytes.size() % 2 != 0) return false;
@@ -83,7 +73,11 @@ bool DecodeByMark(std::string_view bytes, std::wstring& text)
     if (marked) bytes.remove_prefix(3);
     const unsigned codePage = CodePageOf(DeclaredEncoding(bytes));
     if (codePage == 0 || (marked && codePage != CP_UTF8)) return false;
-    return DecodeBytes(bytes, codePage, text);
+    if (bytes.empty()) return false;
+    std::optional<std::wstring> decoded =
+        base::WideFromBytes(codePage, bytes, MB_ERR_INVALID_CHARS);
+    if (decoded) text = *std::move(decoded);
+    return decoded.has_value();
 }
 
 bool IsHighSurrogate(wchar_t c) noexcept

@@ -4,6 +4,9 @@
 #include "XMLDocument.h"
 #include "XMLText.h"
 
+#include <base/FilePath.h>
+#include <base/Handles.h>
+
 #include <exception>
 #include <utility>
 
@@ -13,10 +16,9 @@ namespace {
 bool ReadBytes(const std::wstring& path, std::string& bytes)
 {
     constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE opened = CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) return false;
-    const zel_xml::FileHandle file(opened);
+    const base::File file(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return false;
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart <= 0) return false;
     if (size.QuadPart > static_cast<LONGLONG>(zel_xml::XMLDocument::maxFileSize)) return false;
@@ -45,7 +47,7 @@ bool zelXMLFile::open(const wchar_t* path, bool readOnly) noexcept
 {
     close();
     try {
-        std::wstring full = zel_xml::AbsolutePath(path);
+        std::wstring full = base::FullPath(path);
         std::string bytes;
         if (full.empty() || !ReadBytes(full, bytes)) return false;
         m_document = zel_xml::XMLDocument::Parse(bytes);
@@ -67,7 +69,7 @@ bool zelXMLFile::create(const wchar_t* path, const wchar_t* rootName) noexcept
 {
     close();
     try {
-        std::wstring full = zel_xml::AbsolutePath(path);
+        std::wstring full = base::FullPath(path);
         if (full.empty() || !zel_xml::IsXmlName(rootName)) return false;
         m_document = zel_xml::XMLDocument::Create(rootName);
         m_path = std::move(full);
@@ -86,7 +88,7 @@ bool zelXMLFile::save() const noexcept
 bool zelXMLFile::saveAs(const wchar_t* path) const noexcept
 {
     try {
-        const std::wstring full = zel_xml::AbsolutePath(path);
+        const std::wstring full = base::FullPath(path);
         return isOpen() && !full.empty() && WriteDocument(*m_document, full);
     } catch (const std::exception&) {
         return false;

@@ -5,6 +5,8 @@
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 
+#include <base/Handles.h>
+
 #include <atlstr.h>
 #include <guardheap/GuardHeap.h>
 
@@ -119,10 +121,10 @@ TEST(GuardHeap, GuardsTheBlocksOfAllModules)
 
 TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
 {
-    HMODULE const module = LoadLibraryW(L"checked_late_module.dll");
-    ASSERT_NE(module, nullptr);
-    const auto function = [module](const char* name) {
-        return reinterpret_cast<void*>(GetProcAddress(module, name));
+    const base::Module module(LoadLibraryW(L"checked_late_module.dll"));
+    ASSERT_TRUE(module);
+    const auto function = [&module](const char* name) {
+        return reinterpret_cast<void*>(GetProcAddress(module.get(), name));
     };
     const auto allocate = reinterpret_cast<char* (*)()>(function("AllocateInLateModule"));
     const auto release = reinterpret_cast<void (*)(char*)>(function("FreeInLateModule"));
@@ -131,7 +133,6 @@ TEST(GuardHeap, GuardsTheBlocksOfModulesThatAreLoadedLater)
     EXPECT_TRUE(GuardheapIsGuarded(block));
     release(block);
     EXPECT_FALSE(GuardheapIsGuarded(block));
-    FreeLibrary(module);
 }
 
 TEST(GuardHeap, KeepsTheAlignmentOfMalloc)
@@ -327,10 +328,10 @@ TEST(Mistake, DISABLED_DoubleFree)
 TEST(Mistake, DISABLED_DoubleFreeSaidInFile)
 {
     const std::wstring file = test_support::EnvironmentVariable(saidVariable);
-    HANDLE const said =
-        CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(said, INVALID_HANDLE_VALUE);
-    ASSERT_TRUE(SetStdHandle(STD_ERROR_HANDLE, said));
+    const base::File said(
+        CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ASSERT_TRUE(said);
+    ASSERT_TRUE(SetStdHandle(STD_ERROR_HANDLE, said.get()));
     void* volatile block = std::malloc(64);
     damage::FreeMemory(block);
     damage::FreeMemory(block);

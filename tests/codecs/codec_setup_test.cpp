@@ -5,6 +5,7 @@
 #include <test_support/TemporaryFolder.h>
 
 #include <base/Encoding.h>
+#include <base/Handles.h>
 
 #include <gtest/gtest.h>
 
@@ -29,28 +30,27 @@ struct Ended
 Ended RunProgram(const std::wstring& program, const std::wstring& argument)
 {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    HANDLE reading = nullptr;
-    HANDLE writing = nullptr;
-    CreatePipe(&reading, &writing, &inherited, 0);
-    SetHandleInformation(reading, HANDLE_FLAG_INHERIT, 0);
+    base::Pipe reading;
+    base::Pipe writing;
+    CreatePipe(reading.put(), writing.put(), &inherited, 0);
+    SetHandleInformation(reading.get(), HANDLE_FLAG_INHERIT, 0);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = startup.hStdError = writing;
+    startup.hStdOutput = startup.hStdError = writing.get();
     PROCESS_INFORMATION process{};
     std::wstring command = L"\"" + program + L"\" " + argument;
     EXPECT_TRUE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
                                nullptr, &startup, &process));
-    CloseHandle(writing);
+    const base::Thread thread(process.hThread);
+    const base::Process running(process.hProcess);
+    writing.reset();
     Ended ended;
     char part[256];
-    for (DWORD read = 0; ReadFile(reading, part, sizeof part, &read, nullptr) && read > 0;)
+    for (DWORD read = 0; ReadFile(reading.get(), part, sizeof part, &read, nullptr) && read > 0;)
         ended.output.append(part, read);
-    WaitForSingleObject(process.hProcess, 60000);
-    GetExitCodeProcess(process.hProcess, &ended.status);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    CloseHandle(reading);
+    WaitForSingleObject(running.get(), 60000);
+    GetExitCodeProcess(running.get(), &ended.status);
     return ended;
 }
 

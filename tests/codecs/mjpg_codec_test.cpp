@@ -2,6 +2,8 @@
 // and messages.
 #include "MjpgCodecFixture.h"
 
+#include <base/Handles.h>
+
 #include <utility>
 
 TEST_F(MjpgCodec, IsListedWithItsShortName)
@@ -152,11 +154,11 @@ TEST_F(MjpgCodec, UnknownMessagesAreUnsupported)
 
 TEST_F(MjpgCodec, EntryPointIsUndecoratedAndOpensVideoOnly)
 {
-    HMODULE dll = LoadLibraryW(m_installed.Path().c_str());
-    ASSERT_NE(dll, nullptr);
+    const base::Module dll(LoadLibraryW(m_installed.Path().c_str()));
+    ASSERT_TRUE(dll);
     using Entry = LRESULT(CALLBACK*)(DWORD_PTR, HDRVR, UINT, LPARAM, LPARAM);
     const auto entry =
-        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll, "DriverProc")));
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll.get(), "DriverProc")));
     ASSERT_NE(entry, nullptr);
     ICOPEN open{};
     open.dwSize = sizeof open;
@@ -170,7 +172,6 @@ TEST_F(MjpgCodec, EntryPointIsUndecoratedAndOpensVideoOnly)
     EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, DRV_QUERYCONFIGURE, 0, 0), 0);
     EXPECT_EQ(entry(static_cast<DWORD_PTR>(configured), nullptr, DRV_CLOSE, 0, 0), 1);
     EXPECT_EQ(entry(0, nullptr, DRV_FREE, 0, 0), 1);
-    FreeLibrary(dll);
 }
 
 TEST_F(MjpgCodec, IncompleteRequestsAreRefused)

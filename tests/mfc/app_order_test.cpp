@@ -2,6 +2,8 @@
 // of DLLs.
 #include <afxwin.h>
 
+#include <base/Handles.h>
+
 #include <gtest/gtest.h>
 
 extern "C" {
@@ -20,24 +22,18 @@ class LoadedModule
 {
 public:
     explicit LoadedModule(const wchar_t* name) : m_module(LoadLibraryW(name)) {}
-    ~LoadedModule() { Unload(); }
-    LoadedModule(const LoadedModule&) = delete;
-    LoadedModule& operator=(const LoadedModule&) = delete;
 
-    bool Loaded() const { return m_module != nullptr; }
-    HINSTANCE Handle() const { return m_module; }
+    bool Loaded() const { return static_cast<bool>(m_module); }
+    HINSTANCE Handle() const { return m_module.get(); }
     CWinApp* Ask(const char* name) const
     {
-        const auto function = reinterpret_cast<void*>(GetProcAddress(m_module, name));
+        const auto function = reinterpret_cast<void*>(GetProcAddress(m_module.get(), name));
         return function ? reinterpret_cast<Question>(function)() : nullptr;
     }
-    void Unload()
-    {
-        if (m_module) FreeLibrary(std::exchange(m_module, nullptr));
-    }
+    void Unload() { m_module.reset(); }
 
 private:
-    HMODULE m_module;
+    base::Module m_module;
 };
 
 // In this order: a module object before the executable's application object, and one after it.

@@ -2,11 +2,14 @@
 #include <afxcmn.h>
 #include <afxwin.h>
 
+#include <base/GdiHandles.h>
+
 #include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -37,14 +40,13 @@ protected:
         CClientDC screen(nullptr);
         m_dc.CreateCompatibleDC(&screen);
         m_bitmap.CreateCompatibleBitmap(&screen, 40, 30);
-        m_old = m_dc.SelectObject(&m_bitmap);
+        m_selected.emplace(m_dc, m_bitmap);
         m_dc.FillSolidRect(CRect(0, 0, 40, 30), white);
     }
-    ~Canvas() override { m_dc.SelectObject(m_old); }
 
     CDC m_dc;
     CBitmap m_bitmap;
-    CBitmap* m_old;
+    std::optional<base::Selection> m_selected;
 };
 
 bool IsGdiObject(HGDIOBJ object)
@@ -78,14 +80,13 @@ TEST(GdiObject, IsDeletedOnce)
 
 TEST(GdiObject, GivesItsHandleUp)
 {
-    HGDIOBJ handle;
+    base::Brush handle;
     {
         CBrush brush(red);
-        handle = brush.Detach();
+        handle.reset(static_cast<HBRUSH>(brush.Detach()));
         EXPECT_EQ(brush.Detach(), nullptr);
     }
-    EXPECT_TRUE(IsGdiObject(handle));
-    EXPECT_TRUE(::DeleteObject(handle));
+    EXPECT_TRUE(IsGdiObject(handle.get()));
 }
 
 TEST(GdiObject, RefusesASecondHandle)
@@ -112,7 +113,7 @@ TEST(GdiObject, LeaksNothing)
         CDC dc;
         EXPECT_TRUE(dc.CreateCompatibleDC(nullptr));
         CBitmap* const old = dc.SelectObject(&bitmap);
-        dc.SelectObject(old);
+        EXPECT_EQ(dc.SelectObject(old), &bitmap);
     });
 }
 
@@ -160,14 +161,13 @@ TEST(FromHandle, AnswersTheObjectThatTheHandleIsAttachedTo)
     EXPECT_EQ(CPen::FromHandle(pen), &pen);
     EXPECT_EQ(CGdiObject::FromHandle(pen), &pen);
     EXPECT_EQ(CPen::FromHandle(nullptr), nullptr);
-    const HPEN handle = static_cast<HPEN>(pen.Detach());
-    CPen* const temporary = CPen::FromHandle(handle);
+    const base::Pen handle(static_cast<HPEN>(pen.Detach()));
+    CPen* const temporary = CPen::FromHandle(handle.get());
     EXPECT_NE(temporary, &pen);
-    EXPECT_EQ(temporary->GetSafeHandle(), handle);
-    EXPECT_EQ(CPen::FromHandle(handle), temporary);
+    EXPECT_EQ(temporary->GetSafeHandle(), handle.get());
+    EXPECT_EQ(CPen::FromHandle(handle.get()), temporary);
     CGdiObject::DeleteTempMap();
-    EXPECT_TRUE(IsGdiObject(handle)); // temporary objects own nothing
-    ::DeleteObject(handle);
+    EXPECT_TRUE(IsGdiObject(handle.get())); // temporary objects own nothing
 }
 
 TEST(FromHandle, AnswersAnObjectOfTheTypeThatIsAskedFor)
@@ -181,17 +181,15 @@ TEST(FromHandle, AnswersAnObjectOfTheTypeThatIsAskedFor)
 
 TEST(FromHandle, LeaksNothingWhenTheThreadEnds)
 {
-    const HGDIOBJ pen = ::CreatePen(PS_SOLID, 1, red);
+    const base::Pen pen(::CreatePen(PS_SOLID, 1, red));
     ExpectNoLeak([&] {
         std::thread([&] {
-            CPen::FromHandle(static_cast<HPEN>(pen));
-            const HDC screen = ::GetDC(nullptr);
-            CDC::FromHandle(screen);
-            ::ReleaseDC(nullptr, screen);
+            CPen::FromHandle(pen.get());
+            const base::WindowContext screen(nullptr);
+            CDC::FromHandle(screen.get());
         }).join();
     });
-    EXPECT_TRUE(IsGdiObject(pen));
-    ::DeleteObject(pen);
+    EXPECT_TRUE(IsGdiObject(pen.get()));
 }
 
 TEST(FromHandle, ForgetsObjectsThatAnotherThreadDestroys)
@@ -220,7 +218,7 @@ TEST_F(Canvas, KnowsWhatIsSelected)
 TEST_F(Canvas, DrawsLinesWithoutTheirLastPoint)
 {
     CPen pen(PS_SOLID, 1, red);
-    CPen* const oldPen = m_dc.SelectObject(&pen);
+    const base::Selection selected(m_dc, pen);
     m_dc.MoveTo(2, 5);
     EXPECT_TRUE(m_dc.LineTo(10, 5));
     EXPECT_EQ(m_dc.GetCurrentPosition(), CPoint(10, 5));
@@ -232,20 +230,18 @@ TEST_F(Canvas, DrawsLinesWithoutTheirLastPoint)
     EXPECT_TRUE(m_dc.Polyline(corner, 3));
     EXPECT_EQ(m_dc.GetPixel(25, 1), red);
     EXPECT_EQ(m_dc.GetPixel(30, 8), red);
-    m_dc.SelectObject(oldPen);
 }
 
 TEST_F(Canvas, DrawsShapes)
 {
     CBrush brush(green);
-    CBrush* const oldBrush = m_dc.SelectObject(&brush);
+    const base::Selection selected(m_dc, brush);
     EXPECT_TRUE(m_dc.Rectangle(1, 1, 6, 6));
     EXPECT_EQ(m_dc.GetPixel(3, 3), green);
     EXPECT_EQ(m_dc.GetPixel(1, 1), RGB(0, 0, 0));
     EXPECT_TRUE(m_dc.Ellipse(CRect(10, 10, 30, 28)));
     EXPECT_EQ(m_dc.GetPixel(20, 19), green);
     EXPECT_EQ(m_dc.GetPixel(10, 10), white);
-    m_dc.SelectObject(oldBrush);
     EXPECT_TRUE(m_dc.Arc(0, 0, 40, 30, 40, 15, 0, 15)); // the upper half, counter-clockwise
     EXPECT_EQ(m_dc.GetPixel(20, 0), RGB(0, 0, 0));
     EXPECT_EQ(m_dc.GetPixel(20, 29), white);
@@ -283,7 +279,7 @@ TEST_F(Canvas, CopiesBetweenContexts)
     CBitmap target;
     ASSERT_TRUE(other.CreateCompatibleDC(&m_dc));
     ASSERT_TRUE(target.CreateCompatibleBitmap(&m_dc, 80, 60));
-    CBitmap* const otherOld = other.SelectObject(&target);
+    const base::Selection selected(other, target);
     m_dc.SetPixel(3, 4, red);
     EXPECT_TRUE(other.BitBlt(0, 0, 40, 30, &m_dc, 0, 0, SRCCOPY));
     EXPECT_EQ(other.GetPixel(3, 4), red);
@@ -293,7 +289,6 @@ TEST_F(Canvas, CopiesBetweenContexts)
     EXPECT_FALSE(other.BitBlt(0, 0, 10, 10, nullptr, 0, 0, SRCCOPY));
     EXPECT_TRUE(other.PatBlt(0, 0, 80, 60, BLACKNESS));
     EXPECT_EQ(other.GetPixel(7, 9), RGB(0, 0, 0));
-    other.SelectObject(otherOld);
 }
 
 TEST_F(Canvas, CopiesThroughAMask)
@@ -307,19 +302,18 @@ TEST_F(Canvas, CopiesThroughAMask)
     CBitmap source;
     other.CreateCompatibleDC(&m_dc);
     source.CreateCompatibleBitmap(&m_dc, 8, 2);
-    CBitmap* const otherOld = other.SelectObject(&source);
+    const base::Selection selected(other, source);
     other.FillSolidRect(0, 0, 8, 2, red);
     EXPECT_TRUE(m_dc.MaskBlt(0, 0, 8, 2, &other, 0, 0, mask, 0, 0, copyWhereSet));
     EXPECT_EQ(m_dc.GetPixel(3, 1), red);
     EXPECT_EQ(m_dc.GetPixel(4, 1), white);
-    other.SelectObject(otherOld);
 }
 
 TEST_F(Canvas, MeasuresAndDrawsText)
 {
     CFont font;
     ASSERT_TRUE(font.CreatePointFont(80, L"Arial", &m_dc));
-    CFont* const oldFont = m_dc.SelectObject(&font);
+    const base::Selection selected(m_dc, font);
     EXPECT_EQ(m_dc.GetCurrentFont(), &font);
     CRect one, two;
     EXPECT_GT(m_dc.DrawText(L"W", -1, &one, DT_CALCRECT), 0);
@@ -336,7 +330,6 @@ TEST_F(Canvas, MeasuresAndDrawsText)
     for (int x = 0; x < one.Width(); ++x)
         drawn |= m_dc.GetPixel(x, one.Height() / 2) != white;
     EXPECT_TRUE(drawn);
-    m_dc.SelectObject(oldFont);
 }
 
 TEST_F(Canvas, SavesAndRestores)
@@ -371,12 +364,11 @@ TEST(DeviceContext, OwnsItsHandle)
 
 TEST(DeviceContext, TemporaryObjectsOwnNothing)
 {
-    const HDC handle = ::CreateCompatibleDC(nullptr);
-    CDC* const temporary = CDC::FromHandle(handle);
-    EXPECT_EQ(CDC::FromHandle(handle), temporary);
+    const base::MemoryContext handle(::CreateCompatibleDC(nullptr));
+    CDC* const temporary = CDC::FromHandle(handle.get());
+    EXPECT_EQ(CDC::FromHandle(handle.get()), temporary);
     CDC::DeleteTempMap();
-    EXPECT_TRUE(IsGdiObject(handle));
-    ::DeleteDC(handle);
+    EXPECT_TRUE(IsGdiObject(handle.get()));
 }
 
 TEST(DeviceContext, OfTheScreenIsReleased)

@@ -2,6 +2,8 @@
 // INI file.
 #include <afxwin.h>
 
+#include <base/Handles.h>
+
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -16,11 +18,9 @@ const std::wstring companyKey = L"Software\\" + company;
 
 bool KeyExists(const std::wstring& path)
 {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-        return false;
-    RegCloseKey(key);
-    return true;
+    base::RegistryKey key;
+    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, key.put());
+    return static_cast<bool>(key);
 }
 
 void SetRaw(const std::wstring& section, const wchar_t* entry, DWORD type, const void* data,

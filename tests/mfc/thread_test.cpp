@@ -1,5 +1,7 @@
 #include <afxwin.h>
 
+#include <base/Handles.h>
+
 #include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
@@ -82,19 +84,17 @@ TEST(Thread, HasAnObjectOfItsOwnForTheApplicationsMainWindow)
 
 TEST(Thread, DeletesItselfWhenItEnds)
 {
-    const HANDLE ran = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const base::Event ran(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     CWinThread* const thread =
-        AfxBeginThread(&SetEventOf, ran, THREAD_PRIORITY_BELOW_NORMAL, 0, CREATE_SUSPENDED);
+        AfxBeginThread(&SetEventOf, ran.get(), THREAD_PRIORITY_BELOW_NORMAL, 0, CREATE_SUSPENDED);
     ASSERT_NE(thread, nullptr);
     EXPECT_EQ(thread->GetThreadPriority(), THREAD_PRIORITY_BELOW_NORMAL);
-    HANDLE handle = nullptr;
-    DuplicateHandle(GetCurrentProcess(), thread->m_hThread, GetCurrentProcess(), &handle,
+    base::Thread handle;
+    DuplicateHandle(GetCurrentProcess(), thread->m_hThread, GetCurrentProcess(), handle.put(),
                     SYNCHRONIZE, FALSE, 0);
     thread->ResumeThread();
-    EXPECT_EQ(WaitForSingleObject(ran, waitLimit), WAIT_OBJECT_0);
-    EXPECT_EQ(WaitForSingleObject(handle, waitLimit), WAIT_OBJECT_0);
-    CloseHandle(handle);
-    CloseHandle(ran);
+    EXPECT_EQ(WaitForSingleObject(ran.get(), waitLimit), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(handle.get(), waitLimit), WAIT_OBJECT_0);
 }
 
 TEST(Thread, LeaksNoHandles)

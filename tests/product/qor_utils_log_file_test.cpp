@@ -4,6 +4,8 @@
 
 #include <qor_utils/zelPath.h>
 
+#include <base/Handles.h>
+
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
 
@@ -134,11 +136,11 @@ TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
 {
     const LogFolder folder;
     const LogCapture capture;
-    const HANDLE held =
-        CreateFileW(folder.File().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    base::File held(
+        CreateFileW(folder.File().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ASSERT_TRUE(held);
     Log(L"held");
-    CloseHandle(held);
+    held.reset();
     EXPECT_EQ(LastText(capture), L"held");
     zelLogger::setDirectory(
         folder.Path()); // does not wait for the time after which the file is tried again

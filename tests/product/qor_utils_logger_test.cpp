@@ -2,6 +2,8 @@
 // warns of.
 #include "LogFolder.h"
 
+#include <base/Handles.h>
+
 #include <test_support/Files.h>
 
 #include <gtest/gtest.h>
@@ -90,34 +92,29 @@ TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
 {
     struct Gate
     {
-        HANDLE entered = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-        HANDLE leave = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        base::Event entered{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+        base::Event leave{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
         std::atomic<int> calls = 0;
         std::atomic<bool> left = false;
-        ~Gate()
-        {
-            CloseHandle(entered);
-            CloseHandle(leave);
-        }
     } gate;
     const LogFolder folder;
     const auto hook = [](const zelLogger::Message&, void* data) {
         auto& g = *static_cast<Gate*>(data);
         if (g.calls++ > 0) return; // only the first call waits
-        SetEvent(g.entered);
-        WaitForSingleObject(g.leave, 20'000);
+        SetEvent(g.entered.get());
+        WaitForSingleObject(g.leave.get(), 20'000);
         g.left = true;
     };
     zelLogger::setHook(hook, &gate);
     std::jthread logging([] { Log(L"x"); });
-    ASSERT_EQ(WaitForSingleObject(gate.entered, 20'000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(gate.entered.get(), 20'000), WAIT_OBJECT_0);
     std::atomic<bool> leftAtReturn = false;
     std::jthread removing([&] {
         zelLogger::setHook(nullptr, nullptr);
         leftAtReturn = gate.left.load();
     });
     Log(L"while it waits, other messages are not held up");
-    SetEvent(gate.leave);
+    SetEvent(gate.leave.get());
     removing.join();
     EXPECT_TRUE(leftAtReturn);
 }

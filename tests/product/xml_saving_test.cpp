@@ -3,6 +3,8 @@
 
 #include "../../product/zel_xml/AtomicFile.h"
 
+#include <base/Handles.h>
+
 #include <test_support/InDirectory.h>
 
 #include <new>
@@ -69,10 +71,9 @@ TEST_F(XmlTest, AFileThatAnotherProgramHoldsSurvivesAFailedSave)
 {
     ASSERT_TRUE(Open("<r/>", false));
     ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
-    const zel_xml::FileHandle held(CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                                               nullptr));
-    ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
+    const base::File held(CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(held);
     EXPECT_FALSE(m_file.save());
     EXPECT_EQ(ReadFile(Path()), "<r/>");
     EXPECT_EQ(FilesInFolder(), 1u);
@@ -122,10 +123,9 @@ TEST_F(XmlTest, TheOldFileSurvivesWantOfMemory)
 TEST_F(XmlTest, AWriteThatFailsIsReported)
 {
     WriteFile(Path(), "old");
-    const HANDLE opened = CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(opened, INVALID_HANDLE_VALUE);
-    const zel_xml::FileHandle readable(opened);
+    const base::File readable(CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(readable);
     EXPECT_FALSE(zel_xml::WriteBytes(readable.get(), "new"));
     EXPECT_EQ(ReadFile(Path()), "old");
 }

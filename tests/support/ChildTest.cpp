@@ -17,28 +17,27 @@ ChildTest::ChildTest(const std::string& fullTestName)
     if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
                         nullptr, &startup, &info))
         throw std::runtime_error("cannot start the child test " + fullTestName);
-    CloseHandle(info.hThread);
-    m_process = info.hProcess;
+    base::Thread(info.hThread).reset();
+    m_process.reset(info.hProcess);
 }
 
 ChildTest::~ChildTest()
 {
     Kill();
-    CloseHandle(m_process);
 }
 
 DWORD ChildTest::Wait(DWORD milliseconds)
 {
     DWORD code = STILL_ACTIVE;
-    if (WaitForSingleObject(m_process, milliseconds) == WAIT_OBJECT_0)
-        GetExitCodeProcess(m_process, &code);
+    if (WaitForSingleObject(m_process.get(), milliseconds) == WAIT_OBJECT_0)
+        GetExitCodeProcess(m_process.get(), &code);
     return code;
 }
 
 void ChildTest::Kill()
 {
-    TerminateProcess(m_process, 99);
-    WaitForSingleObject(m_process, 10000);
+    TerminateProcess(m_process.get(), 99);
+    WaitForSingleObject(m_process.get(), 10000);
 }
 
 std::wstring EnvironmentVariable(const wchar_t* name)

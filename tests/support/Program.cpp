@@ -1,14 +1,12 @@
 #include "test_support/Program.h"
 
-#include <windows.h>
+#include <base/FilePath.h>
 
 namespace test_support {
 
 std::wstring ProgramPath()
 {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
+    return base::ModuleFile(nullptr);
 }
 
 std::wstring BesideProgram(const std::wstring& name)

@@ -1,20 +1,31 @@
 #include "test_support/TemporaryRegistryKey.h"
 
+#include <base/Handles.h>
+
 #include <atomic>
 #include <stdexcept>
 
 namespace test_support {
+
+namespace {
+
+base::RegistryKey CreateKey(const std::wstring& path)
+{
+    base::RegistryKey key;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                        key.put(), nullptr) != ERROR_SUCCESS)
+        throw std::runtime_error("cannot create a registry key");
+    return key;
+}
+
+} // namespace
 
 TemporaryRegistryKey::TemporaryRegistryKey()
 {
     static std::atomic<unsigned> serial{0};
     m_path = L"Software\\test" + std::to_wstring(GetCurrentProcessId()) + L"-" +
              std::to_wstring(++serial);
-    HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                        nullptr) != 0)
-        throw std::runtime_error("cannot create a temporary registry key");
-    RegCloseKey(key);
+    CreateKey(m_path);
 }
 
 TemporaryRegistryKey::~TemporaryRegistryKey()
@@ -26,13 +37,9 @@ void TemporaryRegistryKey::Set(const std::wstring& subkey, const std::wstring& n
                                const void* bytes, DWORD size) const
 {
     const std::wstring path = subkey.empty() ? m_path : m_path + L"\\" + subkey;
-    HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                        nullptr) != 0)
-        throw std::runtime_error("cannot create a registry key");
+    const base::RegistryKey key = CreateKey(path);
     const LSTATUS status =
-        RegSetValueExW(key, name.c_str(), 0, type, static_cast<const BYTE*>(bytes), size);
-    RegCloseKey(key);
+        RegSetValueExW(key.get(), name.c_str(), 0, type, static_cast<const BYTE*>(bytes), size);
     if (status != 0) throw std::runtime_error("cannot set a registry value");
 }
 

@@ -15,7 +15,7 @@ struct RegistryKeyTraits
 };
 using RegistryKey = Owner<RegistryKeyTraits>;
 
-/// Of a handle that is null when there is none: an event, a thread, a process.
+/// Of a handle that is null when there is none: an event, a pipe, a thread, a process.
 struct KernelObjectTraits
 {
     using Handle = HANDLE;
@@ -23,6 +23,7 @@ struct KernelObjectTraits
     static void Release(HANDLE object) noexcept { CloseHandle(object); }
 };
 using Event = Owner<KernelObjectTraits>;
+using Pipe = Owner<KernelObjectTraits>;
 using Thread = Owner<KernelObjectTraits>;
 using Process = Owner<KernelObjectTraits>;
 

@@ -46,23 +46,22 @@ bool IsEnding()
 class GuardedRegion::Guard
 {
 public:
-    explicit Guard(GuardedRegion& region)
-        : m_lock(region.m_lock), m_held(TryAcquireSRWLockExclusive(&m_lock) != 0)
+    explicit Guard(GuardedRegion& region) : m_lock(region.m_lock), m_held(m_lock.try_lock())
     {
         if (m_held || IsEnding()) return;
-        AcquireSRWLockExclusive(&m_lock);
+        m_lock.lock();
         m_held = true;
     }
     ~Guard()
     {
-        if (m_held) ReleaseSRWLockExclusive(&m_lock);
+        if (m_held) m_lock.unlock();
     }
     Guard(const Guard&) = delete;
     Guard& operator=(const Guard&) = delete;
     bool Held() const { return m_held; }
 
 private:
-    SRWLOCK& m_lock;
+    base::SlimLock& m_lock;
     bool m_held;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <windows.h>
+#include <base/SlimLock.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -96,7 +96,7 @@ private:
     std::uint32_t m_oldest = 0;
     std::uint32_t m_quarantined = 0;
     std::uint32_t m_quarantinedPages = 0;
-    SRWLOCK m_lock = SRWLOCK_INIT;
+    base::SlimLock m_lock;
 };
 
 } // namespace guardheap

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <base/Handles.h>
+
 #include <windows.h>
 
 #include <string>
@@ -19,7 +21,7 @@ public:
     ChildTest(const ChildTest&) = delete;
     ChildTest& operator=(const ChildTest&) = delete;
 
-    HANDLE Process() const { return m_process; }
+    HANDLE Process() const { return m_process.get(); }
 
     // The exit code, or STILL_ACTIVE when the child has not ended in time.
     DWORD Wait(DWORD milliseconds);
@@ -28,7 +30,7 @@ public:
     void Kill();
 
 private:
-    HANDLE m_process;
+    base::Process m_process;
 };
 
 // The value of an environment variable; empty when it is not set.
