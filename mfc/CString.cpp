@@ -108,9 +108,10 @@ CString CString::SpanExcluding(LPCWSTR characters) const
 CString CString::Tokenize(LPCWSTR delimiters, int& start) const
 {
     const auto separators = View(delimiters);
-    const size_t first =
-        start < 0 ? m_text.npos : m_text.find_first_not_of(separators, static_cast<size_t>(start));
-    if (first == m_text.npos) {
+    const size_t first = start < 0
+                             ? std::wstring::npos
+                             : m_text.find_first_not_of(separators, static_cast<size_t>(start));
+    if (first == std::wstring::npos) {
         start = -1;
         return {};
     }
@@ -198,7 +199,7 @@ int CString::Replace(LPCWSTR from, LPCWSTR to)
     std::wstring result;
     int count = 0;
     size_t done = 0;
-    for (size_t hit; (hit = m_text.find(wanted, done)) != m_text.npos;
+    for (size_t hit; (hit = m_text.find(wanted, done)) != std::wstring::npos;
          done = hit + wanted.size(), ++count)
         result.append(m_text, done, hit - done).append(View(to));
     if (count == 0) return 0;

@@ -39,7 +39,7 @@ void WindowCreation::CleanUp()
 LRESULT CALLBACK WindowCreation::OnHook(int code, WPARAM wParam, LPARAM lParam) noexcept
 {
     WindowCreation* const creation = ThreadState::Current().creation;
-    const auto window = reinterpret_cast<HWND>(wParam);
+    auto* const window = reinterpret_cast<HWND>(wParam);
     // The input method's own window may be created in between.
     if (code == HCBT_CREATEWND && creation && !creation->m_window &&
         !(GetClassLongW(window, GCL_STYLE) & CS_IME)) {

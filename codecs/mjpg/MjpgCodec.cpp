@@ -90,8 +90,8 @@ LRESULT StoreNumber(LPARAM address, DWORD number)
 
 LRESULT MjpgCodec::Handle(UINT message, LPARAM first, LPARAM second)
 {
-    const auto input = reinterpret_cast<const BITMAPINFOHEADER*>(first);
-    const auto output = reinterpret_cast<BITMAPINFOHEADER*>(second);
+    const auto* const input = reinterpret_cast<const BITMAPINFOHEADER*>(first);
+    auto* const output = reinterpret_cast<BITMAPINFOHEADER*>(second);
     switch (message) {
     case ICM_GETINFO: return GetInfo(reinterpret_cast<ICINFO*>(first), second);
     case ICM_GETSTATE: return GetState(reinterpret_cast<void*>(first), second);

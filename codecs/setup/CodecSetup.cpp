@@ -53,7 +53,8 @@ public:
         const LSTATUS result = RegQueryValueExW(m_key.get(), entryName, nullptr, &type,
                                                 reinterpret_cast<BYTE*>(value.data()), &size);
         if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return L"?";
-        return value.c_str(); // the registry stores an end of its own, or none
+        value.resize(std::wcslen(value.c_str())); // the registry stores an end of its own, or none
+        return value;
     }
 
     DWORD SetEntry(const std::wstring& value)

@@ -36,7 +36,11 @@ public:
     CString& operator=(const CString&) = default;
     CString& operator=(CString&&) noexcept = default;
     CString& operator=(LPCWSTR text) { return Assign(View(text)); }
-    CString& operator=(wchar_t character) { return m_text.assign(1, character), *this; }
+    CString& operator=(wchar_t character)
+    {
+        m_text.assign(1, character);
+        return *this;
+    }
 
     int GetLength() const noexcept { return static_cast<int>(m_text.size()); }
     bool IsEmpty() const noexcept { return m_text.empty(); }
@@ -60,9 +64,24 @@ public:
     void SetString(LPCWSTR text) { Assign(View(text)); }
     void SetString(LPCWSTR text, int length) { Assign(View(text, length)); }
 
-    CString& operator+=(const CString& text) { return m_text += text.m_text, *this; }
-    CString& operator+=(LPCWSTR text) { return m_text += View(text), *this; }
-    CString& operator+=(wchar_t character) { return m_text += character, *this; }
+    CString& operator+=(const CString& text)
+
+    {
+
+        m_text += text.m_text;
+
+        return *this;
+    }
+    CString& operator+=(LPCWSTR text)
+    {
+        m_text += View(text);
+        return *this;
+    }
+    CString& operator+=(wchar_t character)
+    {
+        m_text += character;
+        return *this;
+    }
     void Append(LPCWSTR text) { m_text += View(text); }
     void Append(LPCWSTR text, int length) { m_text += View(text, length); }
     void AppendChar(wchar_t character) { m_text += character; }
@@ -187,7 +206,11 @@ private:
         return index >= 0 && static_cast<size_t>(index) < m_text.size();
     }
     // The source may lie inside this text.
-    CString& Assign(std::wstring_view text) { return m_text.assign(text), *this; }
+    CString& Assign(std::wstring_view text)
+    {
+        m_text.assign(text);
+        return *this;
+    }
 
     std::wstring m_text;
 };

@@ -166,7 +166,11 @@ public:
     constexpr void OffsetRect(POINT by) noexcept { OffsetRect(by.x, by.y); }
     constexpr void MoveToX(int x) noexcept { OffsetRect(framework::WrappingSubtract(x, left), 0); }
     constexpr void MoveToY(int y) noexcept { OffsetRect(0, framework::WrappingSubtract(y, top)); }
-    constexpr void MoveToXY(int x, int y) noexcept { MoveToX(x), MoveToY(y); }
+    constexpr void MoveToXY(int x, int y) noexcept
+    {
+        MoveToX(x);
+        MoveToY(y);
+    }
     constexpr void MoveToXY(POINT to) noexcept { MoveToXY(to.x, to.y); }
 
     // Exchanges edges so that neither the width nor the height is negative.
@@ -185,12 +189,36 @@ public:
     {
         return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
     }
-    constexpr CRect& operator+=(POINT by) noexcept { return OffsetRect(by), *this; }
-    constexpr CRect& operator+=(SIZE by) noexcept { return OffsetRect(by), *this; }
-    constexpr CRect& operator-=(POINT by) noexcept { return OffsetRect(-CPoint(by)), *this; }
-    constexpr CRect& operator-=(SIZE by) noexcept { return OffsetRect(-CSize(by)), *this; }
-    CRect& operator&=(const RECT& other) noexcept { return IntersectRect(this, &other), *this; }
-    CRect& operator|=(const RECT& other) noexcept { return UnionRect(this, &other), *this; }
+    constexpr CRect& operator+=(POINT by) noexcept
+    {
+        OffsetRect(by);
+        return *this;
+    }
+    constexpr CRect& operator+=(SIZE by) noexcept
+    {
+        OffsetRect(by);
+        return *this;
+    }
+    constexpr CRect& operator-=(POINT by) noexcept
+    {
+        OffsetRect(-CPoint(by));
+        return *this;
+    }
+    constexpr CRect& operator-=(SIZE by) noexcept
+    {
+        OffsetRect(-CSize(by));
+        return *this;
+    }
+    CRect& operator&=(const RECT& other) noexcept
+    {
+        IntersectRect(this, &other);
+        return *this;
+    }
+    CRect& operator|=(const RECT& other) noexcept
+    {
+        UnionRect(this, &other);
+        return *this;
+    }
     friend constexpr CRect operator+(CRect rect, POINT by) noexcept { return rect += by; }
     friend constexpr CRect operator+(CRect rect, SIZE by) noexcept { return rect += by; }
     friend constexpr CRect operator-(CRect rect, POINT by) noexcept { return rect -= by; }
