@@ -24,7 +24,8 @@ HANDLE ParentConsole()
 
 bool IsUsable(HANDLE handle)
 {
-    return handle && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
+    return handle != nullptr && handle != INVALID_HANDLE_VALUE &&
+           GetFileType(handle) != FILE_TYPE_UNKNOWN;
 }
 
 bool WriteToConsole(HANDLE console, const std::wstring& text)

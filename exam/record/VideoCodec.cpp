@@ -42,7 +42,7 @@ std::optional<std::wstring> MovieCodec()
 {
     CWinApp& app = *AfxGetApp();
     const CString codec = app.GetProfileString(section, entry, L"");
-    if (!codec.IsEmpty()) return codec.GetString();
+    if (!codec.IsEmpty()) return std::wstring(codec.GetString());
     if (!app.WriteProfileString(section, entry, firstChoice)) return {};
     return firstChoice;
 }

@@ -64,7 +64,7 @@ bool Near(double value, double expected, double tolerance)
 // Two points on one scan line are 40 mm apart by their samples. The caliper has to measure that.
 void Distance(TourContext& context, Mouse& mouse)
 {
-    DistanceCaliper& caliper = context.window.Tools().Distance();
+    const DistanceCaliper& caliper = context.window.Tools().Distance();
     const ImagingParameters& image = context.window.View().Parameters();
     mouse.Key('1');
     const CPoint shallow = image.Pixel(60, 300);
@@ -81,7 +81,7 @@ void Distance(TourContext& context, Mouse& mouse)
 
 void Angle(TourContext& context, Mouse& mouse)
 {
-    AngleTool& angle = context.window.Tools().Angle();
+    const AngleTool& angle = context.window.Tools().Angle();
     mouse.Key('2');
     const CPoint vertex(300, 320);
     mouse.DragPoint(angle.Points()[1], vertex);
@@ -92,7 +92,7 @@ void Angle(TourContext& context, Mouse& mouse)
 
 void Region(TourContext& context, Mouse& mouse)
 {
-    RegionBox& region = context.window.Tools().Region();
+    const RegionBox& region = context.window.Tools().Region();
     const ImagingParameters& image = context.window.View().Parameters();
     mouse.Key('3');
     mouse.DragPoint(region.Points()[0], image.Pixel(150, 500));
