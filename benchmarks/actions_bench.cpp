@@ -6,6 +6,8 @@
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/DerivedState.h>
 #include <pro_actions/CProActionCollection.h>
+#include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <zel_xml/zelXMLFile.h>
@@ -40,12 +42,12 @@ public:
                                 "<actions><type name='Imaging' value='1'><a name='Depth' code='0'/>"
                                 "</type><type name='Lamp' value='2'><a name='On' code='0'/></type>"
                                 "</actions>");
-        CProActionCollection::LoadVocabulary(m_folder / L"actions.xml");
-        zelPath::setPath(qor_utils::currentFactoryStore, m_folder.Path());
-        zelPath::setPath(qor_utils::savedProtocolsStore, m_folder / L"saved");
-        zelPath::setPath(qor_utils::fallbackFactoryStore, m_folder.Path());
+        pro_actions::LoadVocabulary(m_folder / L"actions.xml");
+        qor_utils::SetStoreFolder(qor_utils::currentFactoryStore, m_folder.Path());
+        qor_utils::SetStoreFolder(qor_utils::savedProtocolsStore, m_folder / L"saved");
+        qor_utils::SetStoreFolder(qor_utils::fallbackFactoryStore, m_folder.Path());
     }
-    ~Protocol() { CProActionCollection::Clear(); }
+    ~Protocol() { pro_actions::ClearVocabulary(); }
     Protocol(const Protocol&) = delete;
     Protocol& operator=(const Protocol&) = delete;
 

@@ -4,6 +4,7 @@
 #include "RatioReporter.h"
 
 #include <Utils_Statics/CImgGeometry.h>
+#include <qor_imgproc/ConvertFrame.h>
 #include <qor_imgproc/FrameMap.h>
 #include <qor_imgproc/ScanConverter.h>
 #include <qor_utils/PixelCoordinates.h>
@@ -222,9 +223,9 @@ void FramePlain(benchmark::State& state, const Scene& s)
     }
 }
 
-FrameGeometry GeometryOf(const Scene& s)
+qor_utils::ScanGeometry GeometryOf(const Scene& s)
 {
-    FrameGeometry g;
+    qor_utils::ScanGeometry g;
     g.probe = &s.probe;
     g.lines = s.lines;
     g.samples = Samples;
@@ -241,7 +242,7 @@ void FrameConvert(benchmark::State& state, const Scene& s)
     const std::vector<unsigned char> frame = Frame(s);
     std::vector<unsigned char> image(ImageSize);
     for (auto _ : state) {
-        ScanConverter::ConvertFrame(GeometryOf(s), frame.data(), image.data());
+        qor_imgproc::ConvertFrame(GeometryOf(s), frame.data(), image.data());
         benchmark::DoNotOptimize(image.data());
     }
 }
@@ -250,7 +251,7 @@ void FrameMapped(benchmark::State& state, const Scene& s)
 {
     const std::vector<unsigned char> frame = Frame(s);
     std::vector<unsigned char> image(ImageSize);
-    const FrameMap map(GeometryOf(s));
+    const qor_imgproc::FrameMap map(GeometryOf(s));
     for (auto _ : state) {
         map.Convert(frame.data(), image.data());
         benchmark::DoNotOptimize(image.data());
@@ -272,7 +273,7 @@ void Register()
         add("pixel: GetPreciseUSCoordinates", scene, PixelPrecise);
         add("frame: plain", scene, FramePlain);
         add("frame: ConvertFrame", scene, FrameConvert);
-        add("frame: FrameMap kept", scene, FrameMapped);
+        add("frame: qor_imgproc::FrameMap kept", scene, FrameMapped);
     }
     benchmark::RegisterBenchmark("mask: memset", MaskMemset);
 }
@@ -287,7 +288,7 @@ void PrintTable(const RatioReporter& reporter)
         reporter.PrintRatio("mask: CreateImageMask" + probe, "mask: memset");
         reporter.PrintRatio("pixel: GetPreciseUSCoordinates" + probe, "pixel: plain" + probe);
         reporter.PrintRatio("frame: plain" + probe, "frame: ConvertFrame" + probe);
-        reporter.PrintRatio("frame: plain" + probe, "frame: FrameMap kept" + probe);
+        reporter.PrintRatio("frame: plain" + probe, "frame: qor_imgproc::FrameMap kept" + probe);
     }
 }
 

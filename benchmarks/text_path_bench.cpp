@@ -3,6 +3,7 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <benchmark/benchmark.h>
@@ -194,7 +195,8 @@ int main(int argc, char** argv)
     fs::create_directories(LayoutFolder());
     WriteFile(LayoutFolder() / L"img.png", "x");
     WriteFile(LayoutFolder() / L"texts.xlf", table);
-    if (!ZelTString::load(LayoutFolder() / L"texts.xlf") || !ZelTString::setLanguage(L"de"))
+    if (!zel_string_convert::LoadTable(LayoutFolder() / L"texts.xlf") ||
+        !zel_string_convert::SetLanguage(L"de"))
         return 1;
 
     TimeKeeper keeper;

@@ -21,6 +21,17 @@ function(project_library name)
   set_property(GLOBAL APPEND PROPERTY project_libraries ${name})
 endfunction()
 
+# project_host(NAME [LINK targets...])
+# The second set of headers of a library, in host/ below its folder: for the program that hosts the
+# libraries, for the libraries beside it and for tests, which link NAME_host. They are not installed.
+function(project_host name)
+  cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/host)
+  add_library(${name}_host INTERFACE)
+  target_include_directories(${name}_host INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/host)
+  target_link_libraries(${name}_host INTERFACE ${name} ${arg_LINK})
+endfunction()
+
 # project_test(NAME SOURCES... [LINK targets...] [DATA VAR=value...] [SERIAL])
 # A GoogleTest program, run by CTest through tools/wine. The closing line is asked for, because Wine
 # can end with status 0 without having run a program. SERIAL tests use what the whole session shares

@@ -11,6 +11,7 @@
 #include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
 #include <base/Owner.h>
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <shellapi.h>
@@ -118,7 +119,8 @@ bool ExamApp::RunCommand()
 
 bool ExamApp::LoadTexts()
 {
-    if (ZelTString::load(StringTableFolder()) && ZelTString::setLanguage(m_options.language))
+    if (zel_string_convert::LoadTable(StringTableFolder()) &&
+        zel_string_convert::SetLanguage(m_options.language))
         return true;
     return Fail(L"the string tables in " + StringTableFolder() + L" cannot be read");
 }

@@ -2,6 +2,7 @@
 
 #include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 
@@ -21,16 +22,17 @@ std::wstring ApplicationFolder()
 void InstallStores(const std::wstring& userFolder)
 {
     const std::wstring sample = ApplicationFolder() + L"sample\\";
-    zelPath::setPath(qor_utils::applicationStore, ApplicationFolder());
-    zelPath::setPath(qor_utils::imagesStore, sample + L"images");
-    zelPath::setPath(qor_utils::patientDatabaseStore, sample + L"patients");
-    zelPath::setPath(qor_utils::layoutStore, sample + L"layout");
-    zelPath::setPath(qor_utils::fallbackLayoutStore, sample + L"layout-fallback");
-    zelPath::setPath(qor_utils::baseSuiteStore, sample + L"protocols\\suite");
-    zelPath::setPath(qor_utils::secondBaseStore, sample + L"protocols\\second");
-    zelPath::setPath(qor_utils::fallbackFactoryStore, sample + L"protocols\\base");
-    zelPath::setPath(qor_utils::currentFactoryStore, sample + L"protocols\\factory\\Abdomen");
-    zelPath::setPath(qor_utils::savedProtocolsStore, userFolder + L"\\protocols");
+    qor_utils::SetStoreFolder(qor_utils::applicationStore, ApplicationFolder());
+    qor_utils::SetStoreFolder(qor_utils::imagesStore, sample + L"images");
+    qor_utils::SetStoreFolder(qor_utils::patientDatabaseStore, sample + L"patients");
+    qor_utils::SetStoreFolder(qor_utils::layoutStore, sample + L"layout");
+    qor_utils::SetStoreFolder(qor_utils::fallbackLayoutStore, sample + L"layout-fallback");
+    qor_utils::SetStoreFolder(qor_utils::baseSuiteStore, sample + L"protocols\\suite");
+    qor_utils::SetStoreFolder(qor_utils::secondBaseStore, sample + L"protocols\\second");
+    qor_utils::SetStoreFolder(qor_utils::fallbackFactoryStore, sample + L"protocols\\base");
+    qor_utils::SetStoreFolder(qor_utils::currentFactoryStore,
+                              sample + L"protocols\\factory\\Abdomen");
+    qor_utils::SetStoreFolder(qor_utils::savedProtocolsStore, userFolder + L"\\protocols");
 }
 
 std::wstring StringTableFolder()

@@ -1,10 +1,10 @@
 #include "image/CineCheck.h"
 
 #include "image/ImagingParameters.h"
-#include "image/ProbeType.h"
 
 #include <qor_imgproc/FrameMap.h>
 #include <qor_utils/PixelCoordinates.h>
+#include <qor_utils/ZelProbe.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -43,7 +43,7 @@ std::wstring FindFrameProblem(const CineDescription& description)
 std::wstring FindProbeProblem(const CineDescription& description)
 {
     const uDataDesc& stream = description.stream;
-    if (stream.probeType < curvedProbe || stream.probeType > phasedProbe)
+    if (stream.probeType < qor_utils::curvedProbe || stream.probeType > qor_utils::phasedProbe)
         return L"the header names an unknown type of probe";
     if (stream.elements < 1 || stream.elements > mostElements)
         return L"the header gives an impossible number of elements";
@@ -51,9 +51,9 @@ std::wstring FindProbeProblem(const CineDescription& description)
         description.apertureLines > 0 ? description.apertureLines : stream.elements;
     if (apertureLines != stream.lines || description.lineOffset != 0)
         return L"the frames are a part of the aperture, which cannot be shown";
-    if (stream.pitch < 0 || (stream.pitch == 0 && stream.probeType != phasedProbe))
+    if (stream.pitch < 0 || (stream.pitch == 0 && stream.probeType != qor_utils::phasedProbe))
         return L"the header gives no element pitch";
-    if (stream.probeType == curvedProbe && stream.radius == 0)
+    if (stream.probeType == qor_utils::curvedProbe && stream.radius == 0)
         return L"the header gives no radius of curvature";
     return L"";
 }
@@ -72,7 +72,7 @@ bool IsOfReasonableSize(const CineDescription& description)
 // The conversion itself says whether it can show the frames, in a small image.
 bool HasImage(const CineDescription& description)
 {
-    return FrameMap(FitImage(description, CSize(64, 64)).ToFrameGeometry()).Valid();
+    return qor_imgproc::FrameMap(FitImage(description, CSize(64, 64)).ToScanGeometry()).Valid();
 }
 
 std::wstring Bytes(std::int64_t count)

@@ -49,7 +49,7 @@ CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
 void ImageView::SetRecording(const CineFile& cine, CSize size)
 {
     m_parameters = FitImage(cine.Description(), size);
-    m_map.emplace(m_parameters.ToFrameGeometry());
+    m_map.emplace(m_parameters.ToScanGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
     // The imaged region is where a white frame is not black.
     m_frame.assign(static_cast<std::size_t>(cine.Lines()) *

@@ -49,8 +49,9 @@ private:
 
     ImagingParameters m_parameters;
     std::vector<std::uint8_t> m_frame; // as it lies in the file
-    std::optional<FrameMap> m_map;     // worked out once a recording, applied to each frame
-    std::vector<std::uint8_t> m_mask;  // not 0: inside the imaged region
+    std::optional<qor_imgproc::FrameMap>
+        m_map;                        // worked out once a recording, applied to each frame
+    std::vector<std::uint8_t> m_mask; // not 0: inside the imaged region
     CRect m_imagedRect;
     std::vector<std::uint8_t> m_grey; // rows from the top, without padding
 };

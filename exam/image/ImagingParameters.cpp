@@ -117,9 +117,9 @@ double ImagingParameters::DepthMillimetres() const
     return qor_utils::GetSampleSize(samplingFreq, soundSpeed) * samples / 1000.0;
 }
 
-FrameGeometry ImagingParameters::ToFrameGeometry() const
+qor_utils::ScanGeometry ImagingParameters::ToScanGeometry() const
 {
-    FrameGeometry geometry;
+    qor_utils::ScanGeometry geometry;
     geometry.probe = &probe;
     geometry.lines = lines;
     geometry.samples = samples;

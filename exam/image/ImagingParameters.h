@@ -2,7 +2,7 @@
 
 #include "image/RawCine.h"
 
-#include <qor_imgproc/FrameGeometry.h>
+#include <qor_utils/ScanGeometry.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/ZelProbe.h>
 
@@ -51,7 +51,7 @@ struct ImagingParameters
     double DepthMillimetres() const;
 
     /// What the conversion of whole frames needs. It points to the probe of this object.
-    FrameGeometry ToFrameGeometry() const;
+    qor_utils::ScanGeometry ToScanGeometry() const;
 };
 
 /// Chooses the scale and the place at which the frames of a recording fill an image of `size`

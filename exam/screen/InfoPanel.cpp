@@ -1,8 +1,9 @@
 #include "screen/InfoPanel.h"
 
 #include "base/Palette.h"
-#include "image/ProbeType.h"
 #include "screen/ScreenContent.h"
+
+#include <qor_utils/ZelProbe.h>
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -17,9 +18,9 @@ constexpr int valueBelowLabel = 18;
 const char* ProbeKey(int type)
 {
     switch (type) {
-    case curvedProbe: return "exam.probe.curved";
-    case linearProbe: return "exam.probe.linear";
-    case phasedProbe: return "exam.probe.phased";
+    case qor_utils::curvedProbe: return "exam.probe.curved";
+    case qor_utils::linearProbe: return "exam.probe.linear";
+    case qor_utils::phasedProbe: return "exam.probe.phased";
     default: return "exam.probe.unknown";
     }
 }

@@ -1,6 +1,7 @@
 // Station 4: real echoes on the screen, at true proportions.
-#include "image/ProbeType.h"
 #include "tour/Tour.h"
+
+#include <qor_utils/ZelProbe.h>
 
 #include <cmath>
 
@@ -24,7 +25,7 @@ void CurvedFrame(TourContext& context)
     context.ShowRecording(curvedRecording);
     const ImageView& view = context.window.View();
     const ImagingParameters& image = view.Parameters();
-    context.report.Step(image.probe.type == curvedProbe && image.lines == 241,
+    context.report.Step(image.probe.type == qor_utils::curvedProbe && image.lines == 241,
                         L"the curved recording is on display");
     context.report.Step(MeanGrey(view, 115, 130, 1755, 1785) >
                             2 * MeanGrey(view, 115, 130, 1600, 1680),

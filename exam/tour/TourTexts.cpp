@@ -4,7 +4,9 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <string_view>
@@ -17,17 +19,17 @@ namespace {
 class ErrorLines
 {
 public:
-    ErrorLines() { zelLogger::setHook(OnMessage, this); }
-    ~ErrorLines() { zelLogger::setHook(nullptr, nullptr); }
+    ErrorLines() { qor_utils::SetLogHook(OnMessage, this); }
+    ~ErrorLines() { qor_utils::SetLogHook(nullptr, nullptr); }
     ErrorLines(const ErrorLines&) = delete;
     ErrorLines& operator=(const ErrorLines&) = delete;
 
     int Count() const { return m_count; }
 
 private:
-    static void OnMessage(const zelLogger::Message& message, void* self)
+    static void OnMessage(const qor_utils::LogMessage& message, void* self)
     {
-        if (message.level == 1) ++static_cast<ErrorLines*>(self)->m_count;
+        if (message.level == qor_utils::errorLevel) ++static_cast<ErrorLines*>(self)->m_count;
     }
 
     int m_count = 0;
@@ -35,23 +37,23 @@ private:
 
 void Languages(TourReport& report)
 {
-    const std::wstring given = ZelTString::getLanguage();
-    ZelTString::setLanguage(L"en");
+    const std::wstring given = zel_string_convert::CurrentLanguage();
+    zel_string_convert::SetLanguage(L"en");
     const CString english = GetStr("exam.value.frame", 3, 12);
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     const CString german = GetStr("exam.value.frame", 3, 12);
-    ZelTString::setLanguage(given);
+    zel_string_convert::SetLanguage(given);
     report.Step(english == L"3 of 12" && german == L"3 von 12",
                 L"a text is formatted in English and in German");
 }
 
 void WrongTranslation(TourReport& report)
 {
-    const std::wstring given = ZelTString::getLanguage();
-    ZelTString::setLanguage(L"de");
+    const std::wstring given = zel_string_convert::CurrentLanguage();
+    zel_string_convert::SetLanguage(L"de");
     const ErrorLines errors;
     const CString text = GetStr("exam.sample.mismatch", 7);
-    ZelTString::setLanguage(given);
+    zel_string_convert::SetLanguage(given);
     report.Step(text == L"7 measurements" && errors.Count() == 1,
                 L"a translation that does not fit falls back to the base text, with one log line");
 }

@@ -9,6 +9,7 @@
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
 #include <base/GdiHandles.h>
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <algorithm>
@@ -77,7 +78,7 @@ void MainWindow::SetRotation(int angle)
 
 void MainWindow::NextLanguage()
 {
-    ZelTString::setLanguage(ZelTString::getLanguage() == L"en" ? L"de" : L"en");
+    zel_string_convert::SetLanguage(zel_string_convert::CurrentLanguage() == L"en" ? L"de" : L"en");
     TellChange(stateLanguageChanged);
 }
 

@@ -1,6 +1,7 @@
 #include "ConsumerRegistry.h"
 
 #include <algorithm>
+#include <new>
 
 namespace pro_actions {
 
@@ -16,14 +17,17 @@ ConsumerRegistry& ConsumerRegistry::OfNotifications() noexcept
     return registry;
 }
 
-void ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic)
-{
+bool ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
+try {
     const std::scoped_lock lock(m_mutex);
     Registrations& registrations = m_topics[topic];
     const bool known =
         std::any_of(registrations.begin(), registrations.end(),
                     [&](const Registration& each) { return each.consumer == &consumer; });
     if (!known) registrations.push_back({m_nextSerial++, &consumer});
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void ConsumerRegistry::Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept

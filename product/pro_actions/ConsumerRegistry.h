@@ -27,8 +27,8 @@ public:
     static ConsumerRegistry& OfStates() noexcept;
     static ConsumerRegistry& OfNotifications() noexcept;
 
-    // Both are no-ops when there is nothing to do. add throws std::bad_alloc.
-    void Add(IActionStateConsumer& consumer, const ActionStateInfo& topic);
+    // Each does nothing when there is nothing to do. Add is false only for want of memory.
+    bool Add(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
     void Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
     void RemoveAll(IActionStateConsumer& consumer) noexcept;
 

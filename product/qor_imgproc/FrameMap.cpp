@@ -4,10 +4,12 @@
 
 #include <new>
 
-/// The pixels of the image, row after row.
+namespace qor_imgproc {
+
+// The pixels of the image, row after row.
 struct FrameMap::Pixels
 {
-    explicit Pixels(const FrameGeometry& geometry)
+    explicit Pixels(const qor_utils::ScanGeometry& geometry)
         : count(static_cast<std::size_t>(geometry.width) *
                 static_cast<std::size_t>(geometry.height)),
           pixels(std::make_unique_for_overwrite<FramePixel[]>(count))
@@ -24,7 +26,7 @@ struct FrameMap::Pixels
     FrameSteps steps;
 };
 
-FrameMap::FrameMap(const FrameGeometry& geometry)
+FrameMap::FrameMap(const qor_utils::ScanGeometry& geometry)
 {
     if (!FrameRows::HasImage(geometry)) return;
     try {
@@ -47,3 +49,5 @@ bool FrameMap::Convert(const unsigned char* frame, unsigned char* image,
     InterpolateRun(frame, pixels, pixels + m_pixels->count, m_pixels->steps, background, image);
     return true;
 }
+
+} // namespace qor_imgproc

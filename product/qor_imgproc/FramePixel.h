@@ -2,8 +2,10 @@
 
 #include <cstdint>
 
-/// Where the grey level of one image pixel comes from: four neighbouring bytes of a frame and their
-/// weights.
+namespace qor_imgproc {
+
+// Where the grey level of one image pixel comes from: four neighbouring bytes of a frame and their
+// weights.
 struct FramePixel
 {
     static constexpr std::uint32_t outside = 0xFFFFFFFF;
@@ -13,8 +15,8 @@ struct FramePixel
     std::uint16_t sampleWeight = 0; // of the second sample, 0 to 256
 };
 
-/// How the four bytes lie in the frame: from a byte to the one on the next line, and to the next
-/// sample. Each is 0 when there is no other line or sample.
+// How the four bytes lie in the frame: from a byte to the one on the next line, and to the next
+// sample. Each is 0 when there is no other line or sample.
 struct FrameSteps
 {
     std::uint32_t line = 0;
@@ -42,3 +44,5 @@ inline void InterpolateRun(const unsigned char* frame, const FramePixel* begin,
         *image++ =
             pixel->offset == FramePixel::outside ? background : Interpolate(frame, *pixel, steps);
 }
+
+} // namespace qor_imgproc

@@ -2,20 +2,23 @@
 
 #include "QuickMath.h"
 
+#include <qor_utils/PixelCoordinates.h>
+
 #include <algorithm>
 #include <climits>
 
+namespace qor_imgproc {
+
 using qor_utils::ConversionModel;
+using qor_utils::ScanGeometry;
 using qor_utils::ScanPoint;
 using qor_utils::ScanShape;
 
 namespace {
 
-ConversionModel ModelOf(const FrameGeometry& g)
+bool IsFlipped(const ScanGeometry& g, qor_utils::Flip bit)
 {
-    const double steer = g.steerAngle * qor_utils::radiansPerMillidegree;
-    return {g.probe, g.lines,         g.samplingFreq, g.soundSpeed,
-            g.scanB, std::sin(steer), std::cos(steer)};
+    return (g.flip & bit) != 0;
 }
 
 bool Fits(int a, int b, long long most)
@@ -46,28 +49,29 @@ Between Split(double position, int count)
 
 } // namespace
 
-FrameRows::FrameRows(const FrameGeometry& geometry)
-    : m_geometry(geometry), m_model(ModelOf(geometry)),
-      m_left(Microns(0, geometry.width, (geometry.flip & 1) != 0, geometry.origin.x,
-                     geometry.micronsPerPixel.x)),
-      m_step((geometry.flip & 1) != 0 ? -1.0 * geometry.micronsPerPixel.x
-                                      : 1.0 * geometry.micronsPerPixel.x),
+FrameRows::FrameRows(const ScanGeometry& geometry)
+    : m_geometry(geometry), m_model(geometry),
+      m_left(Microns(0, geometry.width, IsFlipped(geometry, qor_utils::flipLeftRight),
+                     geometry.origin.x, geometry.micronsPerPixel.x)),
+      m_step(IsFlipped(geometry, qor_utils::flipLeftRight) ? -1.0 * geometry.micronsPerPixel.x
+                                                           : 1.0 * geometry.micronsPerPixel.x),
       m_row(static_cast<std::size_t>(geometry.width))
 {
 }
 
-bool FrameRows::HasImage(const FrameGeometry& g)
+bool FrameRows::HasImage(const ScanGeometry& g)
 {
     constexpr long long mostPixels = 1 << 26; // half a gigabyte of map
     return Fits(g.lines, g.samples, INT_MAX) && Fits(g.width, g.height, mostPixels) &&
            g.micronsPerPixel.x != 0 && g.micronsPerPixel.y != 0 &&
-           ModelOf(g).Shape() != ScanShape::none;
+           ConversionModel(g).Shape() != ScanShape::none;
 }
 
 void FrameRows::Row(int y, FramePixel* pixels)
 {
-    const double down = Microns(y, m_geometry.height, (m_geometry.flip & 2) != 0,
-                                m_geometry.origin.y, m_geometry.micronsPerPixel.y);
+    const double down =
+        Microns(y, m_geometry.height, IsFlipped(m_geometry, qor_utils::flipTopBottom),
+                m_geometry.origin.y, m_geometry.micronsPerPixel.y);
     if (m_model.Shape() == ScanShape::curved) ToScan<ScanShape::curved>(down);
     if (m_model.Shape() == ScanShape::linear) ToScan<ScanShape::linear>(down);
     if (m_model.Shape() == ScanShape::phased) ToScan<ScanShape::phased>(down);
@@ -107,3 +111,5 @@ FramePixel FrameRows::MakePixel(const ScanPoint& scan) const
                 static_cast<std::uint32_t>(samples.first),
             static_cast<std::uint16_t>(lines.weight), static_cast<std::uint16_t>(samples.weight)};
 }
+
+} // namespace qor_imgproc

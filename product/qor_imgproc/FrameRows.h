@@ -2,22 +2,24 @@
 
 #include "FramePixel.h"
 
-#include <qor_imgproc/FrameGeometry.h>
 #include <qor_utils/ConversionModel.h>
+#include <qor_utils/ScanGeometry.h>
 
 #include <vector>
 
-/// The pixels of a scan-converted image, one row after the other.
+namespace qor_imgproc {
+
+// The pixels of a scan-converted image, one row after the other.
 class FrameRows
 {
 public:
-    /// Throws std::bad_alloc.
-    explicit FrameRows(const FrameGeometry& geometry);
+    // Throws std::bad_alloc.
+    explicit FrameRows(const qor_utils::ScanGeometry& geometry);
 
-    /// Whether the geometry has an image (FrameMap has the conditions).
-    static bool HasImage(const FrameGeometry& geometry);
+    // Whether the geometry has an image (FrameMap has the conditions).
+    static bool HasImage(const qor_utils::ScanGeometry& geometry);
 
-    /// Writes the pixels of row `y`, as many as the image is wide. The geometry must have an image.
+    // Writes the pixels of row `y`, as many as the image is wide. The geometry must have an image.
     void Row(int y, FramePixel* pixels);
 
     FrameSteps Steps() const;
@@ -27,9 +29,11 @@ private:
     void ToScan(double y);
     FramePixel MakePixel(const qor_utils::ScanPoint& scan) const;
 
-    FrameGeometry m_geometry;
+    qor_utils::ScanGeometry m_geometry;
     qor_utils::ConversionModel m_model;
     double m_left; // microns of the first pixel
     double m_step; // and to the next
     std::vector<qor_utils::ScanPoint> m_row;
 };
+
+} // namespace qor_imgproc

@@ -2,9 +2,11 @@
 
 #include <cmath>
 
-/// An arc tangent several times as fast as the platform's. Abramowitz and Stegun, Handbook of
-/// Mathematical Functions, 4.4.49: |error| <= 2e-8 radians, a millionth of a line in any real
-/// frame.
+namespace qor_imgproc {
+
+// An arc tangent several times as fast as the platform's. Abramowitz and Stegun, Handbook of
+// Mathematical Functions, 4.4.49: |error| <= 2e-8 radians, a millionth of a line in any real
+// frame.
 struct QuickMath
 {
     static double AngleFromAxis(double x, double y)
@@ -38,3 +40,5 @@ private:
         return t * series;
     }
 };
+
+} // namespace qor_imgproc

@@ -1,13 +1,39 @@
 #include <qor_imgproc/ScanConverter.h>
 
-#include "FrameRows.h"
+#include <qor_utils/ConversionModel.h>
+#include <qor_utils/ScanGeometry.h>
 
-#include <qor_imgproc/PixelConverter.h>
-
-#include <new>
-#include <vector>
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
 
 namespace {
+
+constexpr double positionLimit = 1 << 26; // sixteenths still fit into 32 bits
+
+// A position rounded downwards, and sixteenths above it.
+struct Sixteenths
+{
+    int whole = -1;
+    unsigned int fraction = 0;
+};
+
+int Floor(double value)
+{
+    const int truncated = static_cast<int>(value);
+    return truncated - (truncated > value ? 1 : 0);
+}
+
+Sixteenths ToSixteenths(double position, int corner)
+{
+    const double bounded = std::clamp(position, -positionLimit, positionLimit);
+    const int sixteenths = Floor(bounded * 16 + 0.5);
+    using Limits = std::numeric_limits<std::int32_t>;
+    const std::int64_t whole = std::int64_t{sixteenths >> 4} - corner;
+    return {static_cast<int>(std::clamp<std::int64_t>(whole, Limits::min(), Limits::max())),
+            static_cast<unsigned int>(sixteenths & 15)};
+}
 
 template <class T>
 void Store(T* destination, T value)
@@ -19,33 +45,30 @@ void Store(T* destination, T value)
 
 void ScanConverter::GetPreciseUSCoordinates(
     int x, int y, int* line, int* sample, unsigned int* lineFraction, unsigned int* sampleFraction,
-    const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int /*steerAngle*/,
-    int scanB, int lines, int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel,
+    const URect& lineSampleRect, const ZelProbe* probe, int soundSpeed, int steerAngle, int scanB,
+    int lines, int samplingFreq, const UPoint& origin, const UPoint& micronsPerPixel,
     double sinSteer, double cosSteer, bool /*fine*/)
 {
-    const PixelConverter converter(lineSampleRect, probe, soundSpeed, scanB, lines, samplingFreq,
-                                   origin, micronsPerPixel, sinSteer, cosSteer);
-    const ScanPixel pixel = converter.At(x, y);
-    Store(line, pixel.line);
-    Store(sample, pixel.sample);
-    Store(lineFraction, pixel.lineFraction);
-    Store(sampleFraction, pixel.sampleFraction);
-}
-
-bool ScanConverter::ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame,
-                                 unsigned char* image, unsigned char background)
-{
-    if (!frame || !image || !FrameRows::HasImage(geometry)) return false;
-    try {
-        const auto width = static_cast<std::size_t>(geometry.width);
-        FrameRows rows(geometry);
-        std::vector<FramePixel> row(width);
-        for (int y = 0; y < geometry.height; ++y, image += width) {
-            rows.Row(y, row.data());
-            InterpolateRun(frame, row.data(), row.data() + width, rows.Steps(), background, image);
-        }
-    } catch (const std::bad_alloc&) {
-        return false; // before anything is written: both rows exist before the loop
+    qor_utils::ScanGeometry geometry;
+    geometry.probe = micronsPerPixel.x != 0 && micronsPerPixel.y != 0 ? probe : nullptr;
+    geometry.lines = lines;
+    geometry.samplingFreq = samplingFreq;
+    geometry.soundSpeed = soundSpeed;
+    geometry.steerAngle = steerAngle;
+    geometry.scanB = scanB;
+    const qor_utils::ConversionModel model(geometry, {sinSteer, cosSteer});
+    const qor_utils::ScanPoint scan =
+        model.ToScan({(static_cast<double>(x) - origin.x) * micronsPerPixel.x,
+                      (static_cast<double>(y) - origin.y) * micronsPerPixel.y});
+    Sixteenths preciseLine;
+    Sixteenths preciseSample;
+    const bool isPosition = !std::isnan(scan.line) && !std::isnan(scan.sample);
+    if (isPosition && model.Shape() != qor_utils::ScanShape::none) {
+        preciseLine = ToSixteenths(scan.line, lineSampleRect.left);
+        preciseSample = ToSixteenths(scan.sample, lineSampleRect.top);
     }
-    return true;
+    Store(line, preciseLine.whole);
+    Store(sample, preciseSample.whole);
+    Store(lineFraction, preciseLine.fraction);
+    Store(sampleFraction, preciseSample.fraction);
 }

@@ -2,6 +2,7 @@
 #include "LogFile.h"
 
 #include "qor_utils/CriticalSection.h"
+#include "qor_utils/zelLogger.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -116,9 +117,9 @@ Log& TheLog()
 spdlog::level::level_enum SpdlogLevel(int level)
 {
     switch (level) {
-    case 1: return spdlog::level::err;
-    case 2: return spdlog::level::warn;
-    case 4: return spdlog::level::info;
+    case errorLevel: return spdlog::level::err;
+    case warningLevel: return spdlog::level::warn;
+    case informationLevel: return spdlog::level::info;
     default: return spdlog::level::debug;
     }
 }
@@ -134,7 +135,7 @@ void WriteToFile(const std::wstring& directory, const spdlog::details::log_msg& 
 
 } // namespace
 
-void WriteToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept
+void WriteToLog(const std::wstring& directory, const LogMessage& message) noexcept
 try {
     // The place is part of the text, because spdlog leaves out one of line 0.
     const std::string place =

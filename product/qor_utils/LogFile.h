@@ -1,12 +1,12 @@
 #pragma once
 
-#include "qor_utils/zelLogger.h"
+#include <qor_utils/LogOutput.h>
 
 namespace qor_utils {
 
 // Writes a message to the log file in a folder (with a backslash at its end) and to the debugger's
 // output.
-void WriteToLog(const std::wstring& directory, const zelLogger::Message& message) noexcept;
+void WriteToLog(const std::wstring& directory, const LogMessage& message) noexcept;
 
 // Closes the log file; the next message opens it again.
 void CloseLogFile() noexcept;

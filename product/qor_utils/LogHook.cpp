@@ -10,7 +10,7 @@ namespace {
 
 struct Entry
 {
-    zelLogger::Hook hook;
+    LogHook hook;
     void* userData;
     int running = 0; // calls under way
 };
@@ -48,7 +48,7 @@ public:
     Call(const Call&) = delete;
     Call& operator=(const Call&) = delete;
 
-    void operator()(const zelLogger::Message& message) const
+    void operator()(const LogMessage& message) const
     {
         if (m_entry) m_entry->hook(message, m_entry->userData);
     }
@@ -59,7 +59,7 @@ private:
 
 } // namespace
 
-void ExchangeLogHook(zelLogger::Hook hook, void* userData)
+void SetLogHook(LogHook hook, void* userData)
 {
     auto entry = hook ? std::make_shared<Entry>(Entry{hook, userData}) : nullptr;
     const std::scoped_lock guard(s_lock);
@@ -68,7 +68,7 @@ void ExchangeLogHook(zelLogger::Hook hook, void* userData)
         SleepConditionVariableSRW(&s_callEnded, s_lock.Native(), INFINITE, 0);
 }
 
-void CallLogHook(const zelLogger::Message& message) noexcept
+void CallLogHook(const LogMessage& message) noexcept
 {
     if (s_insideHook) return;
     try {

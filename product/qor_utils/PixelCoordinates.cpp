@@ -2,6 +2,7 @@
 
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/Rounding.h>
+#include <qor_utils/ScanGeometry.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -20,12 +21,22 @@ int ToPixel(int origin, double microns, int micronsPerPixel)
     return micronsPerPixel == 0 ? origin : qor_utils::round(origin + microns / micronsPerPixel);
 }
 
-UPoint Flip(UPoint pixel, int width, int height, int flip)
+UPoint Flipped(UPoint pixel, const qor_utils::ScanGeometry& g)
 {
-    if (width == 0 || height == 0) return pixel;
-    if (flip & 1) pixel.x = Saturate(std::int64_t{width} - pixel.x);
-    if (flip & 2) pixel.y = Saturate(std::int64_t{height} - pixel.y);
+    if (g.width == 0 || g.height == 0) return pixel;
+    if (g.flip & qor_utils::flipLeftRight) pixel.x = Saturate(std::int64_t{g.width} - pixel.x);
+    if (g.flip & qor_utils::flipTopBottom) pixel.y = Saturate(std::int64_t{g.height} - pixel.y);
     return pixel;
+}
+
+// The display pixel of a line and a sample, flipping applied.
+UPoint PixelOf(const qor_utils::ScanGeometry& g, int line, int sample)
+{
+    const qor_utils::MicronPoint point = qor_utils::ConversionModel(g).ToMicrons(
+        {static_cast<double>(line), static_cast<double>(sample)});
+    const UPoint pixel{ToPixel(g.origin.x, point.x, g.micronsPerPixel.x),
+                       ToPixel(g.origin.y, point.y, g.micronsPerPixel.y)};
+    return Flipped(pixel, g);
 }
 
 int ScaleEdge(int edge, int lines, int elements)
@@ -51,15 +62,20 @@ UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
                              const ZelProbe* probe, int soundSpeed, int ld, int scanC, int width,
                              int height, int flip)
 {
-    const int lines = ld > 0 || !probe ? ld : probe->elements;
-    const double steer = scanA * radiansPerMillidegree;
-    const ConversionModel model(probe, lines, samplingFreq, soundSpeed, scanB, std::sin(steer),
-                                std::cos(steer));
-    const MicronPoint point =
-        model.ToMicrons({static_cast<double>(line) + scanC, static_cast<double>(sample)});
-    const UPoint pixel{ToPixel(origin.x, point.x, micronsPerPixel.x),
-                       ToPixel(origin.y, point.y, micronsPerPixel.y)};
-    return Flip(pixel, width, height, flip);
+    ScanGeometry geometry;
+    geometry.probe = probe;
+    geometry.lines = ld > 0 || !probe ? ld : probe->elements;
+    geometry.samplingFreq = samplingFreq;
+    geometry.soundSpeed = soundSpeed;
+    geometry.steerAngle = scanA;
+    geometry.scanB = scanB;
+    geometry.lineOffset = scanC;
+    geometry.origin = origin;
+    geometry.micronsPerPixel = micronsPerPixel;
+    geometry.width = width;
+    geometry.height = height;
+    geometry.flip = flip;
+    return PixelOf(geometry, line, sample);
 }
 
 double GetSampleSize(int samplingFreq, int soundSpeed)

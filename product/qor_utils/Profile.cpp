@@ -1,5 +1,7 @@
 #include "qor_utils/Profile.h"
 
+#include <qor_utils/HostProfile.h>
+
 #include <base/Handles.h>
 #include <base/SlimLock.h>
 

@@ -5,6 +5,9 @@
 #include "PathFault.h"
 #include "qor_utils/zelPath.h"
 
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/StoreNumbers.h>
+
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
 
@@ -42,7 +45,7 @@ std::wstring LogDirectory()
         const std::shared_lock guard(s_directoryLock);
         if (!DirectoryOfHost().empty()) return DirectoryOfHost();
     }
-    return zelPath::getPath(28, L"");
+    return zelPath::getPath(qor_utils::logStore, L"");
 }
 
 // Formats into text, which holds longestText characters at the most.
@@ -59,7 +62,7 @@ void Format(std::wstring& text, const wchar_t* pattern, va_list arguments)
     }
 }
 
-void Write(const zelLogger::Message& message)
+void Write(const qor_utils::LogMessage& message)
 {
     const std::wstring directory = LogDirectory();
     MakeFolders(directory);
@@ -69,12 +72,7 @@ void Write(const zelLogger::Message& message)
 
 } // namespace
 
-void zelLogger::setHook(Hook hook, void* userData)
-{
-    qor_utils::ExchangeLogHook(hook, userData);
-}
-
-void zelLogger::setDirectory(const std::wstring& directory)
+void qor_utils::SetLogDirectory(const std::wstring& directory)
 {
     std::wstring text = base::FullPath(directory.c_str());
     if (!text.empty() && text.back() != L'\\') text += L'\\';
@@ -82,7 +80,7 @@ void zelLogger::setDirectory(const std::wstring& directory)
         const std::scoped_lock guard(s_directoryLock);
         DirectoryOfHost() = std::move(text);
     }
-    qor_utils::CloseLogFile();
+    CloseLogFile();
 }
 
 std::wstring zelLogger::getCurrentDirectory()
@@ -96,7 +94,8 @@ bool zelLogger::checkPath(const char* source, int line, const wchar_t* path)
 {
     const wchar_t* fault = qor_utils::PathFault(path);
     if (!fault) return true;
-    zelLogHelper(source, line, 2)(L"The path '%s' %s.", path ? path : L"", fault);
+    zelLogHelper(source, line, qor_utils::warningLevel)(L"The path '%s' %s.", path ? path : L"",
+                                                        fault);
     return false;
 }
 

@@ -1,5 +1,8 @@
 #include "qor_utils/zelPath.h"
 
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
+
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
 
@@ -13,22 +16,22 @@ namespace {
 
 struct DefaultFolder
 {
-    int store;
+    qor_utils::Store store;
     const wchar_t* folder;
 };
 
 constexpr DefaultFolder defaultFolders[] = {
-    {0, L""},
-    {1, L"protocols\\fallback"},
-    {2, L"images"},
-    {9, L"layouts"},
-    {21, L"layouts\\fallback"},
-    {22, L"protocols\\saved"},
-    {28, L"log"},
-    {34, L"patients"},
-    {37, L"protocols\\factory\\general"},
-    {38, L"protocols\\base"},
-    {39, L"protocols\\base2"},
+    {qor_utils::applicationStore, L""},
+    {qor_utils::fallbackFactoryStore, L"protocols\\fallback"},
+    {qor_utils::imagesStore, L"images"},
+    {qor_utils::layoutStore, L"layouts"},
+    {qor_utils::fallbackLayoutStore, L"layouts\\fallback"},
+    {qor_utils::savedProtocolsStore, L"protocols\\saved"},
+    {qor_utils::logStore, L"log"},
+    {qor_utils::patientDatabaseStore, L"patients"},
+    {qor_utils::currentFactoryStore, L"protocols\\factory\\general"},
+    {qor_utils::baseSuiteStore, L"protocols\\base"},
+    {qor_utils::secondBaseStore, L"protocols\\base2"},
 };
 
 constinit base::SlimLock s_foldersLock;
@@ -93,7 +96,7 @@ std::wstring zelPath::getPath(int store, const std::wstring& name)
     return Join(*std::move(folder), name);
 }
 
-void zelPath::setPath(int store, const std::wstring& folder)
+void qor_utils::SetStoreFolder(int store, const std::wstring& folder)
 {
     std::wstring text = folder;
     std::replace(text.begin(), text.end(), L'/', L'\\');

@@ -19,6 +19,14 @@ bool HasDuplicateAttributes(const pugi::xml_node& element)
     return std::adjacent_find(names.begin(), names.end()) != names.end();
 }
 
+int DepthOf(pugi::xml_node element) noexcept
+{
+    int depth = 0;
+    for (; element.type() == pugi::node_element; element = element.parent())
+        ++depth;
+    return depth;
+}
+
 // Looks for what the parser lets pass.
 class ShapeCheck : public pugi::xml_tree_walker
 {
@@ -84,6 +92,12 @@ bool XMLDocument::Remove(pugi::xml_node element)
 {
     if (!m_removed) m_removed = m_tree.append_child(L"removed");
     return !m_removed.append_move(element).empty();
+}
+
+pugi::xml_node XMLDocument::Append(pugi::xml_node parent, const wchar_t* name)
+{
+    const bool isPossible = parent && IsXmlName(name) && DepthOf(parent) < maxDepth;
+    return isPossible ? parent.append_child(name) : pugi::xml_node();
 }
 
 std::string XMLDocument::ToBytes() const

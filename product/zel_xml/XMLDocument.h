@@ -30,6 +30,10 @@ public:
 
     pugi::xml_node Root() const;
     bool Remove(pugi::xml_node element);
+
+    // A new, empty last child element; null when the name is none or the depth too great.
+    static pugi::xml_node Append(pugi::xml_node parent, const wchar_t* name);
+
     bool IsRemoved(const pugi::xml_node& element) const
     {
         return m_removed && element.parent() == m_removed;

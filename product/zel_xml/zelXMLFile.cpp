@@ -1,11 +1,12 @@
 #include <zel_xml/zelXMLFile.h>
 
-#include "AtomicFile.h"
+#include "XMLAccess.h"
 #include "XMLDocument.h"
-#include "XMLText.h"
 
 #include <base/FilePath.h>
 #include <base/Handles.h>
+
+#include <zel_xml/XMLEditing.h>
 
 #include <exception>
 #include <utility>
@@ -28,24 +29,13 @@ bool ReadBytes(const std::wstring& path, std::string& bytes)
            read == bytes.size();
 }
 
-bool WriteDocument(const zel_xml::XMLDocument& document, const std::wstring& path) noexcept
-{
-    try {
-        const std::string bytes = document.ToBytes();
-        return zel_xml::ReplaceAtomically(
-            path, [&bytes](HANDLE file) { return zel_xml::WriteBytes(file, bytes); });
-    } catch (const std::exception&) {
-        return false;
-    }
-}
-
 } // namespace
 
 zelXMLFile::zelXMLFile() noexcept = default;
 
 bool zelXMLFile::open(const wchar_t* path, bool readOnly) noexcept
 {
-    close();
+    zel_xml::CloseDocument(*this);
     try {
         std::wstring full = base::FullPath(path);
         std::string bytes;
@@ -55,9 +45,9 @@ bool zelXMLFile::open(const wchar_t* path, bool readOnly) noexcept
         m_readOnly = readOnly;
     } catch (const std::exception&) // out of memory
     {
-        close();
+        zel_xml::CloseDocument(*this);
     }
-    return isOpen();
+    return m_document != nullptr;
 }
 
 bool zelXMLFile::open(const std::wstring& path, bool readOnly) noexcept
@@ -65,49 +55,7 @@ bool zelXMLFile::open(const std::wstring& path, bool readOnly) noexcept
     return open(path.c_str(), readOnly);
 }
 
-bool zelXMLFile::create(const wchar_t* path, const wchar_t* rootName) noexcept
-{
-    close();
-    try {
-        std::wstring full = base::FullPath(path);
-        if (full.empty() || !zel_xml::IsXmlName(rootName)) return false;
-        m_document = zel_xml::XMLDocument::Create(rootName);
-        m_path = std::move(full);
-        m_readOnly = false;
-    } catch (const std::exception&) {
-        close();
-    }
-    return isOpen();
-}
-
-bool zelXMLFile::save() const noexcept
-{
-    return isOpen() && !m_readOnly && WriteDocument(*m_document, m_path);
-}
-
-bool zelXMLFile::saveAs(const wchar_t* path) const noexcept
-{
-    try {
-        const std::wstring full = base::FullPath(path);
-        return isOpen() && !full.empty() && WriteDocument(*m_document, full);
-    } catch (const std::exception&) {
-        return false;
-    }
-}
-
-void zelXMLFile::close() noexcept
-{
-    m_document.reset();
-    m_path.clear();
-    m_readOnly = true;
-}
-
-bool zelXMLFile::isOpen() const noexcept
-{
-    return m_document != nullptr;
-}
-
 zelXMLNode zelXMLFile::getRootElement() const noexcept
 {
-    return isOpen() ? zelXMLNode(m_document, m_document->Root().internal_object()) : zelXMLNode();
+    return m_document ? zel_xml::XMLAccess::Node(m_document, m_document->Root()) : zelXMLNode();
 }

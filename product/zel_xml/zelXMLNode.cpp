@@ -32,28 +32,6 @@ pugi::xml_attribute AttributeOf(pugi::xml_node_struct* element, const wchar_t* n
     return name ? pugi::xml_node(element).attribute(name) : pugi::xml_attribute();
 }
 
-int DepthOf(pugi::xml_node element) noexcept
-{
-    int depth = 0;
-    for (; element.type() == pugi::node_element; element = element.parent())
-        ++depth;
-    return depth;
-}
-
-bool IsOwnText(const pugi::xml_node& node) noexcept
-{
-    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
-void RemoveOwnText(pugi::xml_node element) noexcept
-{
-    for (pugi::xml_node child = element.first_child(); child;) {
-        const pugi::xml_node next = child.next_sibling();
-        if (IsOwnText(child)) element.remove_child(child); // nobody holds a handle to a text
-        child = next;
-    }
-}
-
 // Runs a write that needs memory and answers false when there was none.
 template <typename Write>
 bool Guarded(const Write& write) noexcept
@@ -80,16 +58,6 @@ bool zelXMLNode::isValid() const noexcept
     return m_element != nullptr;
 }
 
-bool zelXMLNode::operator==(const zelXMLNode& other) const noexcept
-{
-    return m_element == other.m_element;
-}
-
-std::wstring zelXMLNode::getName() const
-{
-    return pugi::xml_node(m_element).name();
-}
-
 zelXMLNode zelXMLNode::getFirstChild() const noexcept
 {
     return {m_document,
@@ -113,28 +81,16 @@ zelXMLNode zelXMLNode::operator++(int) noexcept
 
 zelXMLNode zelXMLNode::getChildByName(const wchar_t* name, bool create) const noexcept
 {
-    const pugi::xml_node child = ChildElement(pugi::xml_node(m_element), name);
-    if (!child && create) return appendChild(name);
+    const pugi::xml_node element(m_element);
+    pugi::xml_node child = ChildElement(element, name);
+    if (!child && create) child = zel_xml::XMLDocument::Append(element, name);
     return {m_document, child.internal_object()};
-}
-
-zelXMLNode zelXMLNode::appendChild(const wchar_t* name) const noexcept
-{
-    pugi::xml_node element(m_element);
-    if (!element || !zel_xml::IsXmlName(name) || DepthOf(element) >= zel_xml::XMLDocument::maxDepth)
-        return {};
-    return {m_document, element.append_child(name).internal_object()};
 }
 
 bool zelXMLNode::removeChildByName(const wchar_t* name) const noexcept
 {
     const pugi::xml_node child = ChildElement(pugi::xml_node(m_element), name);
     return child && m_document->Remove(child);
-}
-
-bool zelXMLNode::hasAttribute(const wchar_t* name) const noexcept
-{
-    return !AttributeOf(m_element, name).empty();
 }
 
 bool zelXMLNode::removeAttribute(const wchar_t* name) const noexcept
@@ -185,22 +141,4 @@ bool zelXMLNode::setAttributeInt(const wchar_t* name, int value) const noexcept
 bool zelXMLNode::setAttributeDouble(const wchar_t* name, double value, int precision) const noexcept
 {
     return Guarded([&] { return setAttribute(name, zel_xml::FormatDouble(value, precision)); });
-}
-
-std::wstring zelXMLNode::getText() const
-{
-    std::wstring text;
-    for (const pugi::xml_node& child : pugi::xml_node(m_element).children())
-        if (IsOwnText(child)) text += child.value();
-    return text;
-}
-
-bool zelXMLNode::setText(const std::wstring& text) const noexcept
-{
-    pugi::xml_node element(m_element);
-    if (!element || !zel_xml::IsXmlText(text)) return false;
-    RemoveOwnText(element);
-    if (text.empty()) return true;
-    pugi::xml_node child = element.prepend_child(pugi::node_pcdata);
-    return child && child.set_value(text.c_str());
 }

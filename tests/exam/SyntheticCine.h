@@ -3,7 +3,7 @@
 // Recordings of one frame of one grey level, from a linear and a curved probe.
 
 #include "image/ImageView.h"
-#include "image/ProbeType.h"
+#include <qor_utils/ZelProbe.h>
 
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
@@ -32,7 +32,7 @@ inline CineDescription Linear()
     cine.stream.bitsPerSample = 8;
     cine.stream.samplingFreq = 20'000'000;
     cine.stream.soundSpeed = 1540;
-    cine.stream.probeType = linearProbe;
+    cine.stream.probeType = qor_utils::linearProbe;
     cine.stream.elements = 128;
     cine.stream.pitch = 200;
     cine.apertureLines = lines;
@@ -42,7 +42,7 @@ inline CineDescription Linear()
 inline CineDescription Curved()
 {
     CineDescription cine = Linear();
-    cine.stream.probeType = curvedProbe;
+    cine.stream.probeType = qor_utils::curvedProbe;
     cine.stream.radius = 40'000;
     return cine;
 }

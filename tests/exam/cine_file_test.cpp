@@ -1,5 +1,5 @@
 #include "image/CineFile.h"
-#include "image/ProbeType.h"
+#include <qor_utils/ZelProbe.h>
 
 #include "test_support/TemporaryFolder.h"
 
@@ -136,7 +136,7 @@ TEST_F(CineFileTest, RefusesHeadersThatNoRecordingHas)
 TEST_F(CineFileTest, RefusesASectorWithoutAnAngle)
 {
     auto words = HeaderWords(1);
-    words[7] = phasedProbe;
+    words[7] = qor_utils::phasedProbe;
     words[11] = 90000;
     words[14] = 0; // no virtual apex
     EXPECT_EQ(Read(words, 15), L"");
@@ -149,7 +149,7 @@ TEST_F(CineFileTest, RefusesASectorWithoutAnAngle)
 TEST_F(CineFileTest, RefusesLinesThatAreSteeredAlongTheFace)
 {
     auto words = HeaderWords(1);
-    words[7] = linearProbe;
+    words[7] = qor_utils::linearProbe;
     EXPECT_EQ(Read(words, 15), L"");
     words[13] = 90000;
     EXPECT_NE(Read(words, 15), L"");

@@ -8,6 +8,7 @@
 #include "screen/ScreenContent.h"
 
 #include <gtest/gtest.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/ChildTest.h>
@@ -30,7 +31,8 @@ class RecorderTest : public testing::Test
 protected:
     RecorderTest()
     {
-        zelPath::setPath(qor_utils::imagesStore, test_support::BesideProgram(L"sample\\images"));
+        qor_utils::SetStoreFolder(qor_utils::imagesStore,
+                                  test_support::BesideProgram(L"sample\\images"));
         std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
         s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
         SetCodec(L"Uncompressed");

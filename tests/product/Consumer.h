@@ -2,7 +2,7 @@
 
 #include "ActionStates.h"
 
-#include <pro_actions/IActionStateConsumer.h>
+#include <pro_actions/NotifiedConsumer.h>
 
 #include <functional>
 #include <utility>
@@ -11,14 +11,14 @@
 using Event = std::pair<ActionStateInfo, int>;
 
 // Keeps what it is told, and then does what the test wants.
-class Consumer : public IActionStateConsumer
+class Consumer : public pro_actions::NotifiedConsumer
 {
 public:
-    using IActionStateConsumer::RegisterActionNotification;
     using IActionStateConsumer::RegisterActionSignal;
-    using IActionStateConsumer::UnregisterActionNotification;
-    using IActionStateConsumer::UnregisterActionSignal;
-    using IActionStateConsumer::UnregisterAll;
+    using NotifiedConsumer::RegisterActionNotification;
+    using NotifiedConsumer::UnregisterActionNotification;
+    using NotifiedConsumer::UnregisterActionSignal;
+    using NotifiedConsumer::UnregisterAll;
 
     void ActionStateChanged(const ActionStateInfo& source, int value) override
     {

@@ -14,9 +14,9 @@ Scene RandomScene(Random& random, int type)
     s.lines = random.Int(1, 512);
     s.samplingFreq = random.Int(1000000, 20000000);
     s.soundSpeed = random.Int(1000, 2000);
-    s.scanA = random.Int(-30000, 30000);
+    s.steerAngle = random.Int(-30000, 30000);
     if (type == 2) s.scanB = random.Int(0, 1) * random.Int(1, 40000);
-    s.scanC = random.Int(-20, 20);
+    s.lineOffset = random.Int(-20, 20);
     s.width = random.Int(100, 2000);
     s.height = random.Int(100, 2000);
     s.origin = {random.Int(-500, 2000), random.Int(-500, 2000)};
@@ -28,6 +28,6 @@ std::string Describe(const Scene& s)
 {
     return "type " + std::to_string(s.probe.type) + " elements " +
            std::to_string(s.probe.elements) + " radius " + std::to_string(s.probe.radius) +
-           " lines " + std::to_string(s.lines) + " scanA " + std::to_string(s.scanA) + " scanB " +
-           std::to_string(s.scanB) + " flip " + std::to_string(s.flip);
+           " lines " + std::to_string(s.lines) + " scanA " + std::to_string(s.steerAngle) +
+           " scanB " + std::to_string(s.scanB) + " flip " + std::to_string(s.flip);
 }

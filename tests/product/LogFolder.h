@@ -1,5 +1,6 @@
 #pragma once
 
+#include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 
 #include <test_support/LogCapture.h>
@@ -13,8 +14,8 @@
 class LogFolder
 {
 public:
-    LogFolder() { zelLogger::setDirectory(m_folder.Path()); }
-    ~LogFolder() { zelLogger::setDirectory(L""); }
+    LogFolder() { qor_utils::SetLogDirectory(m_folder.Path()); }
+    ~LogFolder() { qor_utils::SetLogDirectory(L""); }
     LogFolder(const LogFolder&) = delete;
     LogFolder& operator=(const LogFolder&) = delete;
 

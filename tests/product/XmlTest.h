@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zel_xml/XMLEditing.h>
 #include <zel_xml/zelXMLFile.h>
 #include <zel_xml/zelXMLNode.h>
 
@@ -42,6 +43,6 @@ inline std::vector<std::wstring> ChildNames(const zelXMLNode& parent)
 {
     std::vector<std::wstring> names;
     for (zelXMLNode child = parent.getFirstChild(); child.isValid(); ++child)
-        names.push_back(child.getName());
+        names.push_back(zel_xml::NameOf(child));
     return names;
 }

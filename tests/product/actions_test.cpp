@@ -2,6 +2,7 @@
 #include "ActionStates.h"
 
 #include <pro_actions/CProActionCollection.h>
+#include <pro_actions/VocabularyLoading.h>
 #include <zel_xml/zelXMLFile.h>
 
 #include <test_support/Files.h>
@@ -21,13 +22,13 @@ using test_support::WriteFile;
 class VocabularyTest : public testing::Test
 {
 protected:
-    ~VocabularyTest() override { CProActionCollection::Clear(); }
+    ~VocabularyTest() override { pro_actions::ClearVocabulary(); }
 
     bool Load(const std::string& text)
     {
         const std::wstring path = m_folder / L"actions.xml";
         WriteFile(path, text);
-        return CProActionCollection::LoadVocabulary(path);
+        return pro_actions::LoadVocabulary(path);
     }
 
     zelXMLNode Element(const std::string& text)
@@ -52,7 +53,7 @@ TEST_F(VocabularyTest, IsEmptyBeforeAFileWasLoaded)
 {
     EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), actionTypeNone);
     EXPECT_EQ(CProActionCollection::MapAction(actionTypeNone, L"Freeze"), -1);
-    EXPECT_EQ(CProActionCollection::GetActionTypeName(actionTypeNone), L"");
+    EXPECT_EQ(pro_actions::ActionTypeName(actionTypeNone), L"");
 }
 
 TEST_F(VocabularyTest, MapsNamesToNumbersAndBack)
@@ -65,8 +66,8 @@ TEST_F(VocabularyTest, MapsNamesToNumbersAndBack)
     EXPECT_EQ(CProActionCollection::MapAction(imaging, L"Freeze"), 0);
     EXPECT_EQ(CProActionCollection::MapAction(imaging, L"Depth"), 7);
     EXPECT_EQ(CProActionCollection::MapAction(report, std::wstring(L"Freeze")), 3);
-    EXPECT_EQ(CProActionCollection::GetActionTypeName(report), L"Report");
-    EXPECT_EQ(CProActionCollection::GetActionName(imaging, 7), L"Depth");
+    EXPECT_EQ(pro_actions::ActionTypeName(report), L"Report");
+    EXPECT_EQ(pro_actions::ActionName(imaging, 7), L"Depth");
 }
 
 TEST_F(VocabularyTest, AnswersMinusOneForWhatItDoesNotKnow)
@@ -83,7 +84,7 @@ TEST_F(VocabularyTest, AnswersMinusOneForWhatItDoesNotKnow)
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(0), L"Freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(static_cast<ActionType>(99), L"Freeze"), -1);
     EXPECT_EQ(CProActionCollection::MapAction(actionTypeNone, L"Freeze"), -1);
-    EXPECT_EQ(CProActionCollection::GetActionName(static_cast<ActionType>(99), 0), L"");
+    EXPECT_EQ(pro_actions::ActionName(static_cast<ActionType>(99), 0), L"");
 }
 
 TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
@@ -103,8 +104,7 @@ TEST_F(VocabularyTest, AnUnusableFileLeavesTheVocabularyInUse)
           "code='1'/></type></actions>",
           "<actions>", ""})
         EXPECT_FALSE(Load(text)) << text;
-    EXPECT_FALSE(CProActionCollection::LoadVocabulary(m_folder / L"missing.xml"));
-    EXPECT_FALSE(CProActionCollection::LoadVocabulary(static_cast<const wchar_t*>(nullptr)));
+    EXPECT_FALSE(pro_actions::LoadVocabulary(m_folder / L"missing.xml"));
     EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), 1);
 }
 
@@ -126,8 +126,8 @@ TEST_F(VocabularyTest, CanBeReplacedWhileOtherThreadsRead)
         return type == 1 || type == -1;
     });
     for (int i = 0; i < 200; ++i) {
-        EXPECT_TRUE(CProActionCollection::LoadVocabulary(m_folder / L"actions.xml"));
-        if (i % 3 == 0) CProActionCollection::Clear();
+        EXPECT_TRUE(pro_actions::LoadVocabulary(m_folder / L"actions.xml"));
+        if (i % 3 == 0) pro_actions::ClearVocabulary();
     }
     EXPECT_EQ(readers.Finish(), 0);
 }

@@ -1,6 +1,8 @@
 // The broadcast of action states: who is told, and what consumers may do meanwhile.
 #include "Consumer.h"
 
+#include <pro_actions/NotifiedConsumer.h>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -46,14 +48,14 @@ TEST(BroadcastTest, NotificationsHaveConsumersOfTheirOwn)
     Consumer one, two;
     one.RegisterActionSignal(ActionStateInfo());
     two.RegisterActionNotification();
-    EXPECT_TRUE(IActionStateConsumer::ActionNotificationSignal(static_cast<ActionType>(4), 5, 6));
+    EXPECT_TRUE(pro_actions::SignalActionNotification(static_cast<ActionType>(4), 5, 6));
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(ActionStateInfo(), 2));
     EXPECT_TRUE(one.notifications.empty());
     EXPECT_EQ(one.events.size(), 1u);
     EXPECT_EQ(two.notifications, std::vector<ActionStateInfo>{State(4, 5, 6)});
     EXPECT_TRUE(two.events.empty());
     two.UnregisterActionNotification();
-    IActionStateConsumer::ActionNotificationSignal(static_cast<ActionType>(4), 5, 6);
+    pro_actions::SignalActionNotification(static_cast<ActionType>(4), 5, 6);
     EXPECT_EQ(two.notifications.size(), 1u);
 }
 
@@ -64,7 +66,7 @@ TEST(BroadcastTest, ADestroyedConsumerIsNotTold)
     one->RegisterActionNotification();
     one.reset();
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(a, 1));
-    EXPECT_TRUE(IActionStateConsumer::ActionNotificationSignal(actionTypeNone, 0, 0));
+    EXPECT_TRUE(pro_actions::SignalActionNotification(actionTypeNone, 0, 0));
 }
 
 TEST(BroadcastTest, AConsumerMayDestroyItselfAndOthersWhileItIsTold)

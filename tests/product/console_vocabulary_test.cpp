@@ -1,6 +1,7 @@
 // The vocabulary that comes with the library: that a console finds its actions in it.
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/CProActionCollection.h>
+#include <pro_actions/VocabularyLoading.h>
 #include <zel_xml/zelXMLFile.h>
 
 #include <gtest/gtest.h>
@@ -15,8 +16,8 @@ namespace {
 class ConsoleVocabularyTest : public testing::Test
 {
 protected:
-    ConsoleVocabularyTest() { m_loaded = CProActionCollection::LoadVocabulary(m_path); }
-    ~ConsoleVocabularyTest() override { CProActionCollection::Clear(); }
+    ConsoleVocabularyTest() { m_loaded = pro_actions::LoadVocabulary(m_path); }
+    ~ConsoleVocabularyTest() override { pro_actions::ClearVocabulary(); }
 
     const std::wstring m_path = std::filesystem::path(CONSOLE_VOCABULARY).wstring();
     bool m_loaded = false;
@@ -63,7 +64,7 @@ TEST_F(ConsoleVocabularyTest, EveryEntryMapsToItsNumbersAndBack)
             const std::wstring name = action.getAttribute(L"name");
             const int code = action.getAttributeInt(L"code", -1);
             EXPECT_EQ(CProActionCollection::MapAction(type, name), code);
-            EXPECT_EQ(CProActionCollection::GetActionName(type, code), name);
+            EXPECT_EQ(pro_actions::ActionName(type, code), name);
         }
     }
     EXPECT_GT(entries, 100);

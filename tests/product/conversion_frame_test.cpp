@@ -1,6 +1,7 @@
 // Whole frames to images.
 #include "ConversionScene.h"
 
+#include <qor_imgproc/ConvertFrame.h>
 #include <qor_imgproc/FrameMap.h>
 
 #include <gtest/gtest.h>
@@ -36,12 +37,6 @@ double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int s
            (grey(l + 1, n) * (1 - fs) + grey(l + 1, n + 1) * fs) * fl;
 }
 
-FrameGeometry GeometryOf(const Scene& s, int samples)
-{
-    return {&s.probe, s.lines,  samples, s.samplingFreq, s.soundSpeed, s.scanA,
-            s.scanB,  s.origin, s.scale, s.width,        s.height,     s.flip};
-}
-
 } // namespace
 
 TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
@@ -61,7 +56,7 @@ TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
         std::vector<unsigned char> image(
             static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.height), 1);
         ASSERT_TRUE(
-            ScanConverter::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
+            qor_imgproc::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
         int edge = 0;
         for (int y = 0; y < s.height; ++y)
             for (int x = 0; x < s.width; ++x) {
@@ -82,23 +77,56 @@ TEST(FrameConversion, RefusesWhatHasNoImage)
     const Scene s{linear, 10, 7700000, 1540, 0, 0, 0, {5, 0}, {100, 100}, 10, 10, 0};
     std::vector<unsigned char> frame(1000);
     std::vector<unsigned char> image(100, 9);
-    const FrameGeometry good = GeometryOf(s, 100);
-    EXPECT_TRUE(FrameMap(good).Valid());
-    EXPECT_FALSE(ScanConverter::ConvertFrame(good, nullptr, image.data()));
-    EXPECT_FALSE(ScanConverter::ConvertFrame(good, frame.data(), nullptr));
+    const qor_utils::ScanGeometry good = GeometryOf(s, 100);
+    EXPECT_TRUE(qor_imgproc::FrameMap(good).Valid());
+    EXPECT_FALSE(qor_imgproc::ConvertFrame(good, nullptr, image.data()));
+    EXPECT_FALSE(qor_imgproc::ConvertFrame(good, frame.data(), nullptr));
     const auto refused = [&](auto change) {
-        FrameGeometry g = good;
+        qor_utils::ScanGeometry g = good;
         change(g);
-        return !ScanConverter::ConvertFrame(g, frame.data(), image.data());
+        return !qor_imgproc::ConvertFrame(g, frame.data(), image.data());
     };
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.probe = nullptr; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = 0; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.height = -4; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = INT_MAX; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.width = g.height = 46000; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.lines = 0; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.samples = INT_MAX; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.samplingFreq = 0; }));
-    EXPECT_TRUE(refused([](FrameGeometry& g) { g.micronsPerPixel.y = 0; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.probe = nullptr; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.width = 0; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.height = -4; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.width = INT_MAX; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.width = g.height = 46000; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.lines = 0; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.samples = INT_MAX; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.samplingFreq = 0; }));
+    EXPECT_TRUE(refused([](qor_utils::ScanGeometry& g) { g.micronsPerPixel.y = 0; }));
     EXPECT_EQ(std::count(image.begin(), image.end(), 9), 100) << "nothing is written";
+}
+
+TEST(FrameConversion, LineOffsetIsTheLineOfTheApertureThatTheFrameBeginsWith)
+{
+    Random random;
+    for (int type = 0; type < 3; ++type) {
+        Scene s = RandomScene(random, type);
+        s.lines = 40;
+        s.width = 120;
+        s.height = 100;
+        s.origin = {60, 10};
+        s.scale = {400, 400};
+        constexpr int samples = 200;
+        constexpr int offset = 7;
+        std::vector<unsigned char> frame(40 * samples, 0);
+        std::vector<unsigned char> shifted(frame);
+        for (std::size_t i = 0; i < frame.size(); ++i)
+            frame[i] = static_cast<unsigned char>(random.Int(1, 255));
+        std::copy(frame.begin() + offset * samples, frame.end(), shifted.begin());
+        std::vector<unsigned char> image(120 * 100);
+        std::vector<unsigned char> moved(image);
+        qor_utils::ScanGeometry geometry = GeometryOf(s, samples);
+        ASSERT_TRUE(qor_imgproc::ConvertFrame(geometry, frame.data(), image.data()));
+        geometry.lineOffset = offset;
+        ASSERT_TRUE(qor_imgproc::ConvertFrame(geometry, shifted.data(), moved.data()));
+        int compared = 0;
+        for (std::size_t i = 0; i < image.size(); ++i) {
+            if (image[i] == 0 || moved[i] == 0) continue; // of only one of the two frames
+            EXPECT_EQ(image[i], moved[i]) << Describe(s);
+            ++compared;
+        }
+        EXPECT_GT(compared, 0) << Describe(s);
+    }
 }

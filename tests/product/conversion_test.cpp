@@ -41,9 +41,9 @@ Scene CommittedSample()
     s.samplingFreq = header[5];
     s.soundSpeed = header[6];
     s.probe = {header[7], header[8], header[9], header[10], header[11]};
-    s.scanA = header[13];
+    s.steerAngle = header[13];
     s.scanB = header[14];
-    s.scanC = header[15];
+    s.lineOffset = header[15];
     s.lines = header[16];
     return s;
 }
@@ -131,7 +131,7 @@ TEST(ForwardConversion, SteeringTurnsAFanAboutTheOrigin)
 {
     const Scene straight{sampleCurved, 241, sampleFrequency, 1540, 0, 0, 0, {}, {}, 0, 0, 0};
     Scene steered = straight;
-    steered.scanA = 12000;
+    steered.steerAngle = 12000;
     for (int line : {0, 77, 240}) {
         const auto a = ModelOf(straight).ToMicrons({static_cast<double>(line), 500});
         const auto b = ModelOf(steered).ToMicrons({static_cast<double>(line), 500});
@@ -159,7 +159,7 @@ TEST(ForwardConversion, LineOffsetIsAddedToTheLine)
 {
     Scene s{linear, 100, 7700000, 1540, 0, 0, 0, {300, 0}, {50, 50}, 0, 0, 0};
     const UPoint expected = Forward(s, 30, 200);
-    s.scanC = 12;
+    s.lineOffset = 12;
     EXPECT_EQ(Forward(s, 18, 200), expected);
 }
 

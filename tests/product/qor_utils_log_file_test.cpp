@@ -2,6 +2,8 @@
 // survives.
 #include "LogFolder.h"
 
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 
 #include <base/Handles.h>
@@ -71,7 +73,7 @@ TEST(LogFile, IsAppendedTo)
         const LogFolder other;
         Log(L"elsewhere");
     }
-    zelLogger::setDirectory(folder.Path());
+    qor_utils::SetLogDirectory(folder.Path());
     Log(L"second");
     const std::string file = ReadFile(folder.File());
     EXPECT_NE(file.find("first"), std::string::npos);
@@ -121,7 +123,7 @@ TEST(LogFile, IsNotMissedByTheCallerWhenTheFolderCannotBe)
 {
     const TemporaryFolder base;
     test_support::WriteFile(base / L"file", "x");
-    zelLogger::setDirectory(base / L"file\\below");
+    qor_utils::SetLogDirectory(base / L"file\\below");
     const LogCapture capture;
     for (int i = 0; i < 50; ++i)
         Log(L"message %d", i);
@@ -142,7 +144,7 @@ TEST(LogFile, IsNotMissedByTheCallerWhenAnotherProgramHoldsIt)
     Log(L"held");
     held.reset();
     EXPECT_EQ(LastText(capture), L"held");
-    zelLogger::setDirectory(
+    qor_utils::SetLogDirectory(
         folder.Path()); // does not wait for the time after which the file is tried again
     Log(L"free");
     EXPECT_NE(ReadFile(folder.File()).find("free"), std::string::npos);
@@ -152,22 +154,22 @@ TEST(LogDirectory, EndsInABackslashHoweverItIsSet)
 {
     const TemporaryFolder base;
     for (const std::wstring& directory : {base.Path(), base / L"", base.Path() + L"/"}) {
-        zelLogger::setDirectory(directory);
+        qor_utils::SetLogDirectory(directory);
         EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"");
     }
-    zelLogger::setDirectory(L"");
+    qor_utils::SetLogDirectory(L"");
 }
 
 TEST(LogDirectory, IsMadeWithItsParents)
 {
     const TemporaryFolder base;
-    zelLogger::setDirectory(base / L"a\\\x4E2D\\c");
+    qor_utils::SetLogDirectory(base / L"a\\\x4E2D\\c");
     EXPECT_FALSE(FileExists(base / L"a"));
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"a\\\x4E2D\\c\\");
     EXPECT_TRUE(FileExists(base / L"a\\\x4E2D\\c"));
     Log(L"x");
     EXPECT_TRUE(FileExists(base / L"a\\\x4E2D\\c\\qor_utils_logger_test.log"));
-    zelLogger::setDirectory(L"");
+    qor_utils::SetLogDirectory(L"");
 }
 
 TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
@@ -175,22 +177,22 @@ TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
     const TemporaryFolder base;
     {
         const test_support::InDirectory inside(base.Path());
-        zelLogger::setDirectory(L"logs");
+        qor_utils::SetLogDirectory(L"logs");
     }
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"logs\\");
-    zelLogger::setDirectory(L"");
+    qor_utils::SetLogDirectory(L"");
 }
 
 TEST(LogDirectory, IsTheLogStoreUntilOneIsSet)
 {
     const TemporaryFolder base;
-    zelPath::setPath(28, base / L"store");
+    qor_utils::SetStoreFolder(28, base / L"store");
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"store\\");
     Log(L"x");
     EXPECT_TRUE(FileExists(base / L"store\\qor_utils_logger_test.log"));
     const LogFolder other; // closes the file, so that the folder can go
     EXPECT_EQ(zelLogger::getCurrentDirectory(), other.Path() + L"\\");
-    zelPath::setPath(28, L"");
+    qor_utils::SetStoreFolder(28, L"");
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 // warns of.
 #include "LogFolder.h"
 
+#include <qor_utils/LogOutput.h>
+
 #include <base/Handles.h>
 
 #include <test_support/Files.h>
@@ -38,7 +40,7 @@ TEST(LogHook, IsNotCalledOnceItIsTakenAway)
 {
     const LogFolder folder;
     const LogCapture capture;
-    zelLogger::setHook(nullptr, nullptr);
+    qor_utils::SetLogHook(nullptr, nullptr);
     Log(L"x");
     EXPECT_TRUE(capture.Messages().empty());
 }
@@ -47,14 +49,14 @@ TEST(LogHook, MayLogItself)
 {
     const LogFolder folder;
     int calls = 0;
-    const auto hook = [](const zelLogger::Message&, void* data) {
+    const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
         zelLogger::zelLogHelper("hook", 1, 4)(L"from the hook");
     };
-    zelLogger::setHook(hook, &calls);
+    qor_utils::SetLogHook(hook, &calls);
     Log(L"from the caller");
     Log(L"again");
-    zelLogger::setHook(nullptr, nullptr);
+    qor_utils::SetLogHook(nullptr, nullptr);
     EXPECT_EQ(calls, 2);
     EXPECT_EQ(Count(ReadFile(folder.File()), "from the hook"), 2u);
 }
@@ -62,15 +64,15 @@ TEST(LogHook, MayLogItself)
 TEST(LogHook, MayThrow)
 {
     const LogFolder folder;
-    const auto hook = [](const zelLogger::Message&, void* data) {
+    const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
         throw std::runtime_error("hook");
     };
     int calls = 0;
-    zelLogger::setHook(hook, &calls);
+    qor_utils::SetLogHook(hook, &calls);
     Log(L"x");
     Log(L"y");
-    zelLogger::setHook(nullptr, nullptr);
+    qor_utils::SetLogHook(nullptr, nullptr);
     EXPECT_EQ(calls, 2);
 }
 
@@ -78,11 +80,11 @@ TEST(LogHook, MayTakeItselfAway)
 {
     const LogFolder folder;
     int calls = 0;
-    const auto hook = [](const zelLogger::Message&, void* data) {
+    const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
-        zelLogger::setHook(nullptr, nullptr);
+        qor_utils::SetLogHook(nullptr, nullptr);
     };
-    zelLogger::setHook(hook, &calls);
+    qor_utils::SetLogHook(hook, &calls);
     Log(L"x");
     Log(L"y");
     EXPECT_EQ(calls, 1);
@@ -98,19 +100,19 @@ TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
         std::atomic<bool> left = false;
     } gate;
     const LogFolder folder;
-    const auto hook = [](const zelLogger::Message&, void* data) {
+    const auto hook = [](const qor_utils::LogMessage&, void* data) {
         auto& g = *static_cast<Gate*>(data);
         if (g.calls++ > 0) return; // only the first call waits
         SetEvent(g.entered.get());
         WaitForSingleObject(g.leave.get(), 20'000);
         g.left = true;
     };
-    zelLogger::setHook(hook, &gate);
+    qor_utils::SetLogHook(hook, &gate);
     std::jthread logging([] { Log(L"x"); });
     ASSERT_EQ(WaitForSingleObject(gate.entered.get(), 20'000), WAIT_OBJECT_0);
     std::atomic<bool> leftAtReturn = false;
     std::jthread removing([&] {
-        zelLogger::setHook(nullptr, nullptr);
+        qor_utils::SetLogHook(nullptr, nullptr);
         leftAtReturn = gate.left.load();
     });
     Log(L"while it waits, other messages are not held up");

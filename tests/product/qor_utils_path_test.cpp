@@ -1,4 +1,5 @@
 // Store paths.
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 
 #include <test_support/Program.h>
@@ -20,9 +21,9 @@ class StoreFolder
 public:
     StoreFolder(int store, const std::wstring& folder) : m_store(store)
     {
-        zelPath::setPath(store, folder);
+        qor_utils::SetStoreFolder(store, folder);
     }
-    ~StoreFolder() { zelPath::setPath(m_store, L""); }
+    ~StoreFolder() { qor_utils::SetStoreFolder(m_store, L""); }
     StoreFolder(const StoreFolder&) = delete;
     StoreFolder& operator=(const StoreFolder&) = delete;
 
@@ -113,7 +114,7 @@ TEST(zelPath, AnswersWholePathsWhileTheHostChangesThem)
         return path == L"A:\\one\\x" || path == L"B:\\another\\folder\\x";
     });
     for (int i = 0; i < 20000; ++i)
-        zelPath::setPath(34, i % 2 ? L"A:\\one" : L"B:\\another\\folder");
+        qor_utils::SetStoreFolder(34, i % 2 ? L"A:\\one" : L"B:\\another\\folder");
     EXPECT_EQ(readers.Finish(), 0);
 }
 

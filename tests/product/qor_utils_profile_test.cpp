@@ -1,4 +1,5 @@
 // The profile reader, on the real registry.
+#include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
 
 #include <test_support/Readers.h>

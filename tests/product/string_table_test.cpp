@@ -1,4 +1,5 @@
 // The string table: what it reads, what it answers, and how long its answers live.
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <test_support/Files.h>
@@ -41,7 +42,7 @@ std::string Document(const std::string& sections)
 class StringTable : public testing::Test
 {
 protected:
-    ~StringTable() override { ZelTString::clear(); }
+    ~StringTable() override { zel_string_convert::ClearTable(); }
 
     std::wstring Write(const std::wstring& name, const std::string& text)
     {
@@ -49,7 +50,10 @@ protected:
         return m_folder / name;
     }
 
-    bool Load(const std::string& text) { return ZelTString::load(Write(L"table.xlf", text)); }
+    bool Load(const std::string& text)
+    {
+        return zel_string_convert::LoadTable(Write(L"table.xlf", text));
+    }
 
     // English with German and French, the way three files of a folder hold them.
     void LoadThreeLanguages()
@@ -57,7 +61,7 @@ protected:
         Write(L"de.xlf",
               Document(Section("de", Unit("yes", "Yes", "Ja") + Unit("no", "No", "Nein"))));
         Write(L"fr.xlf", Document(Section("fr", Unit("yes", "Yes", "Oui") + Unit("no", "No"))));
-        ASSERT_TRUE(ZelTString::load(m_folder.Path()));
+        ASSERT_TRUE(zel_string_convert::LoadTable(m_folder.Path()));
     }
 
     TemporaryFolder m_folder;
@@ -65,11 +69,11 @@ protected:
 
 TEST_F(StringTable, IsEmptyFromTheStart)
 {
-    EXPECT_EQ(ZelTString::getLanguage(), L"");
-    EXPECT_EQ(ZelTString::getBaseLanguage(), L"");
-    EXPECT_TRUE(ZelTString::getLanguages().empty());
-    EXPECT_FALSE(ZelTString::setLanguage(L"en"));
-    EXPECT_FALSE(ZelTString::setLanguage(L""));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"");
+    EXPECT_EQ(zel_string_convert::BaseLanguage(), L"");
+    EXPECT_TRUE(zel_string_convert::Languages().empty());
+    EXPECT_FALSE(zel_string_convert::SetLanguage(L"en"));
+    EXPECT_FALSE(zel_string_convert::SetLanguage(L""));
     EXPECT_STREQ(ZelTString::get("yes", true), L"yes");
     EXPECT_EQ(ZelTString::translate(L"Yes"), nullptr);
 }
@@ -77,28 +81,28 @@ TEST_F(StringTable, IsEmptyFromTheStart)
 TEST_F(StringTable, SpeaksTheBaseLanguageUntilAnotherIsChosen)
 {
     LoadThreeLanguages();
-    EXPECT_EQ(ZelTString::getLanguage(), L"en");
-    EXPECT_EQ(ZelTString::getBaseLanguage(), L"en");
-    EXPECT_EQ(ZelTString::getLanguages(), (std::vector<std::wstring>{L"en", L"de", L"fr"}));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"en");
+    EXPECT_EQ(zel_string_convert::BaseLanguage(), L"en");
+    EXPECT_EQ(zel_string_convert::Languages(), (std::vector<std::wstring>{L"en", L"de", L"fr"}));
     EXPECT_STREQ(ZelTString::get("yes", true), L"Yes");
 }
 
 TEST_F(StringTable, GivesTheTextOfTheCurrentOrOfTheBaseLanguage)
 {
     LoadThreeLanguages();
-    ASSERT_TRUE(ZelTString::setLanguage(L"de"));
-    EXPECT_EQ(ZelTString::getLanguage(), L"de");
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
     EXPECT_STREQ(ZelTString::get("yes", true), L"Ja");
     EXPECT_STREQ(ZelTString::get("yes", false), L"Yes");
-    ASSERT_TRUE(ZelTString::setLanguage(L"FR"));
-    EXPECT_EQ(ZelTString::getLanguage(), L"fr");
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"FR"));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"fr");
     EXPECT_STREQ(ZelTString::get("yes", true), L"Oui");
 }
 
 TEST_F(StringTable, GivesTheBaseTextWhereThereIsNoTranslation)
 {
     LoadThreeLanguages();
-    ASSERT_TRUE(ZelTString::setLanguage(L"fr"));
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"fr"));
     EXPECT_STREQ(ZelTString::get("no", true), L"No");
     EXPECT_STREQ(ZelTString::translate(L"No"), L"No");
 }
@@ -106,11 +110,11 @@ TEST_F(StringTable, GivesTheBaseTextWhereThereIsNoTranslation)
 TEST_F(StringTable, KeepsTheLanguageWhenTheOneAskedForIsNotThere)
 {
     LoadThreeLanguages();
-    ASSERT_TRUE(ZelTString::setLanguage(L"de"));
-    EXPECT_FALSE(ZelTString::setLanguage(L"it"));
-    EXPECT_FALSE(ZelTString::setLanguage(L"d"));
-    EXPECT_EQ(ZelTString::getLanguage(), L"de");
-    EXPECT_TRUE(ZelTString::setLanguage(L"en"));
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    EXPECT_FALSE(zel_string_convert::SetLanguage(L"it"));
+    EXPECT_FALSE(zel_string_convert::SetLanguage(L"d"));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
+    EXPECT_TRUE(zel_string_convert::SetLanguage(L"en"));
     EXPECT_STREQ(ZelTString::get("yes", true), L"Yes");
 }
 
@@ -118,7 +122,7 @@ TEST_F(StringTable, TranslatesByTheBaseText)
 {
     LoadThreeLanguages();
     EXPECT_STREQ(ZelTString::translate(L"Yes"), L"Yes");
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::translate(L"Yes"), L"Ja");
     EXPECT_EQ(ZelTString::translate(L"Ja"), nullptr);
     EXPECT_EQ(ZelTString::translate(L"yes"), nullptr);
@@ -133,7 +137,7 @@ TEST_F(StringTable, TranslatesBaseTextsOfSeveralKeysByTheFirstThatIsTranslated)
                                                      "Schlie\xC3\x9F"
                                                      "en") +
                                                 Unit("c", "Close", "Nah")))));
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::translate(L"Close"), L"Schlie\x00DF"
                                                   L"en");
     EXPECT_STREQ(ZelTString::get("a", true), L"Close");
@@ -183,7 +187,7 @@ TEST_F(StringTable, LooksThroughInlineElements)
         "de", Unit("k", "a <g id=\"1\">b<g id=\"2\"> c</g></g> <ph id=\"3\">%s</ph><x id=\"4\"/>!",
                    "<mrk mtype=\"seg\">A</mrk> <mrk mtype=\"seg\">B</mrk>")))));
     EXPECT_STREQ(ZelTString::get("k", false), L"a b c %s!");
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"A B");
 }
 
@@ -205,7 +209,7 @@ TEST_F(StringTable, PassesOverProposalsOfTranslationTools)
                   "<source>Right</source><target>Richtig</target><note>n</note></trans-unit>"
                   "<trans-unit id=\"l\"><source>Left</source>" +
                   proposal + "</trans-unit>"))));
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"Richtig");
     EXPECT_STREQ(ZelTString::get("l", true), L"Left");
 }
@@ -230,7 +234,7 @@ TEST_F(StringTable, PassesOverTargetsThatAreStillToDo)
         "de", withTarget("a", "<target/>") + withTarget("b", "<target state=\"new\">x</target>") +
                   withTarget("c", "<target state=\"needs-translation\">x</target>") +
                   withTarget("d", "<target state=\"translated\">Gut</target>")))));
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("a", true), L"Base");
     EXPECT_STREQ(ZelTString::get("b", true), L"Base");
     EXPECT_STREQ(ZelTString::get("c", true), L"Base");
@@ -261,11 +265,11 @@ TEST_F(StringTable, ReadsAFolderInTheOrderOfNames)
     Write(L"d.xml", "not read");
     Write(L"e.txt", "not read");
     CreateDirectoryW((m_folder / L"f.xlf").c_str(), nullptr);
-    ASSERT_TRUE(ZelTString::load(m_folder.Path()));
+    ASSERT_TRUE(zel_string_convert::LoadTable(m_folder.Path()));
     EXPECT_STREQ(ZelTString::get("k", false), L"Second");
     EXPECT_STREQ(ZelTString::get("only.a", false), L"A");
     EXPECT_EQ(ZelTString::translate(L"First"), nullptr);
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     EXPECT_STREQ(ZelTString::get("k", true), L"Zweit");
 }
 
@@ -274,7 +278,7 @@ TEST_F(StringTable, ReadsSeveralLanguagesFromOneFile)
     ASSERT_TRUE(Load(Document(Section("de", Unit("k", "Yes", "Ja")) +
                               Section("fr", Unit("k", "Yes", "Oui")) +
                               Section("", Unit("l", "Base only")))));
-    ZelTString::setLanguage(L"fr");
+    zel_string_convert::SetLanguage(L"fr");
     EXPECT_STREQ(ZelTString::get("k", true), L"Oui");
     EXPECT_STREQ(ZelTString::get("l", true), L"Base only");
 }
@@ -282,23 +286,23 @@ TEST_F(StringTable, ReadsSeveralLanguagesFromOneFile)
 TEST_F(StringTable, IsReplacedByLoadAndExtendedByAdd)
 {
     ASSERT_TRUE(Load(Document(Section("de", Unit("a", "A", "Ah") + Unit("b", "B", "Beh")))));
-    ASSERT_TRUE(ZelTString::setLanguage(L"de"));
-    ASSERT_TRUE(ZelTString::add(Write(
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    ASSERT_TRUE(zel_string_convert::AddToTable(Write(
         L"more.xlf", Document(Section("de", Unit("b", "B", "Neu") + Unit("c", "C", "Zeh"))))));
     EXPECT_STREQ(ZelTString::get("a", true), L"Ah");
     EXPECT_STREQ(ZelTString::get("b", true), L"Neu");
     EXPECT_STREQ(ZelTString::get("c", true), L"Zeh");
-    ASSERT_TRUE(ZelTString::load(m_folder / L"more.xlf"));
-    EXPECT_EQ(ZelTString::getLanguage(), L"de");
+    ASSERT_TRUE(zel_string_convert::LoadTable(m_folder / L"more.xlf"));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
     EXPECT_STREQ(ZelTString::get("a", true), L"a");
     ASSERT_TRUE(Load(Document(Section("fr", Unit("a", "A", "Ah")))));
-    EXPECT_EQ(ZelTString::getLanguage(), L"en") << "German is gone";
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"en") << "German is gone";
 }
 
 TEST_F(StringTable, StaysAsItIsWhenAFileIsNoTable)
 {
     LoadThreeLanguages();
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     const std::string bad[] = {
         "",
         "   ",
@@ -321,13 +325,13 @@ TEST_F(StringTable, StaysAsItIsWhenAFileIsNoTable)
     };
     for (const std::string& text : bad) {
         std::wstring error;
-        EXPECT_FALSE(ZelTString::load(Write(L"bad.xlf", text), &error)) << text;
+        EXPECT_FALSE(zel_string_convert::LoadTable(Write(L"bad.xlf", text), &error)) << text;
         EXPECT_NE(error.find(L"bad.xlf "), std::wstring::npos) << testing::PrintToString(error);
-        EXPECT_FALSE(ZelTString::add(m_folder / L"bad.xlf")) << text;
-        EXPECT_EQ(ZelTString::getLanguage(), L"de");
+        EXPECT_FALSE(zel_string_convert::AddToTable(m_folder / L"bad.xlf")) << text;
+        EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
         EXPECT_STREQ(ZelTString::get("yes", true), L"Ja");
     }
-    EXPECT_FALSE(ZelTString::load(m_folder.Path())) << "one bad file among good ones";
+    EXPECT_FALSE(zel_string_convert::LoadTable(m_folder.Path())) << "one bad file among good ones";
     EXPECT_STREQ(ZelTString::get("no", true), L"Nein");
 }
 
@@ -336,10 +340,10 @@ TEST_F(StringTable, StaysAsItIsWhenThereIsNoFile)
     LoadThreeLanguages();
     const TemporaryFolder empty;
     std::wstring error;
-    EXPECT_FALSE(ZelTString::load(empty.Path(), &error));
+    EXPECT_FALSE(zel_string_convert::LoadTable(empty.Path(), &error));
     EXPECT_FALSE(error.empty());
-    EXPECT_FALSE(ZelTString::load(empty / L"missing.xlf"));
-    EXPECT_FALSE(ZelTString::load(L""));
+    EXPECT_FALSE(zel_string_convert::LoadTable(empty / L"missing.xlf"));
+    EXPECT_FALSE(zel_string_convert::LoadTable(L""));
     EXPECT_STREQ(ZelTString::get("yes", false), L"Yes");
 }
 
@@ -348,21 +352,21 @@ TEST_F(StringTable, RefusesToAddAnotherBaseLanguage)
     LoadThreeLanguages();
     const std::wstring other =
         Write(L"other.xlf", Document(Section("de", Unit("k", "Si", "Ja"), "it")));
-    EXPECT_FALSE(ZelTString::add(other));
+    EXPECT_FALSE(zel_string_convert::AddToTable(other));
     EXPECT_STREQ(ZelTString::get("k", false), L"k");
-    EXPECT_TRUE(ZelTString::load(other));
-    EXPECT_EQ(ZelTString::getBaseLanguage(), L"it");
+    EXPECT_TRUE(zel_string_convert::LoadTable(other));
+    EXPECT_EQ(zel_string_convert::BaseLanguage(), L"it");
 }
 
 TEST_F(StringTable, LeavesTextsWhereTheyAre)
 {
     LoadThreeLanguages();
-    ZelTString::setLanguage(L"de");
+    zel_string_convert::SetLanguage(L"de");
     const wchar_t* const yes = ZelTString::get("yes", true);
     const wchar_t* const base = ZelTString::get("yes", false);
     const wchar_t* const unknown = ZelTString::get("no.such.key", true);
     ASSERT_TRUE(Load(Document(Section("de", Unit("yes", "Yes", "Jawohl")))));
-    ZelTString::clear();
+    zel_string_convert::ClearTable();
     EXPECT_STREQ(yes, L"Ja");
     EXPECT_STREQ(base, L"Yes");
     EXPECT_STREQ(unknown, L"no.such.key");
@@ -418,7 +422,7 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
     const TemporaryFolder three;
     test_support::WriteFile(three / L"x.xlf", Document(Section("de", Unit("yes", "Yes", "Ja")) +
                                                        Section("fr", Unit("yes", "Yes", "Oui"))));
-    ASSERT_TRUE(ZelTString::load(three.Path()));
+    ASSERT_TRUE(zel_string_convert::LoadTable(three.Path()));
     test_support::Readers readers([] {
         const std::wstring text = ZelTString::get("yes", true);
         const std::wstring word = text.substr(0, text.find(L'!'));
@@ -426,8 +430,8 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
         return word == L"Yes" || word == L"Ja" || word == L"Oui";
     });
     for (int i = 0; i < 150; ++i) {
-        EXPECT_TRUE(ZelTString::load(i % 2 ? three.Path() : other));
-        EXPECT_TRUE(ZelTString::setLanguage(i % 3 ? L"de" : L"fr"));
+        EXPECT_TRUE(zel_string_convert::LoadTable(i % 2 ? three.Path() : other));
+        EXPECT_TRUE(zel_string_convert::SetLanguage(i % 3 ? L"de" : L"fr"));
     }
     EXPECT_EQ(readers.Finish(), 0);
 }

@@ -18,12 +18,12 @@ TEST_F(XmlTest, SavesBackOnlyWhenNotOpenedForReadingOnly)
 {
     ASSERT_TRUE(Open("<r/>", true));
     ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
-    EXPECT_FALSE(m_file.save());
+    EXPECT_FALSE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(Path()), "<r/>");
-    EXPECT_TRUE(m_file.saveAs((m_folder / L"copy.xml").c_str()));
+    EXPECT_TRUE(zel_xml::SaveDocumentAs(m_file, (m_folder / L"copy.xml").c_str()));
     ASSERT_TRUE(m_file.open(Path(), false));
     ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
-    EXPECT_TRUE(m_file.save());
+    EXPECT_TRUE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(Path()), ReadFile(m_folder / L"copy.xml"));
     EXPECT_EQ(FilesInFolder(), 2u);
 }
@@ -34,7 +34,7 @@ TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
         "<?xml version='1.0' encoding='ISO-8859-1'?><?style x?><!DOCTYPE r><!-- \xE4 --><r><!-- b "
         "--><a/></r><!-- c -->",
         false));
-    ASSERT_TRUE(m_file.save());
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(
         ReadFile(Path()),
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style x?>\n<!DOCTYPE r>\n<!-- \xC3\xA4 -->\n"
@@ -44,15 +44,15 @@ TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
 TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
 {
     const std::wstring fresh = m_folder / L"new.xml";
-    ASSERT_TRUE(m_file.create(fresh.c_str(), L"layout"));
+    ASSERT_TRUE(zel_xml::CreateDocument(m_file, fresh.c_str(), L"layout"));
     EXPECT_FALSE(std::filesystem::exists(fresh));
-    ASSERT_TRUE(m_file.save());
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(fresh), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<layout />\n");
-    EXPECT_FALSE(m_file.create(fresh.c_str(), L"not a name"));
-    EXPECT_FALSE(m_file.isOpen());
-    EXPECT_FALSE(m_file.create(L"", L"r"));
-    EXPECT_FALSE(m_file.create(nullptr, L"r"));
-    EXPECT_FALSE(m_file.create(fresh.c_str(), nullptr));
+    EXPECT_FALSE(zel_xml::CreateDocument(m_file, fresh.c_str(), L"not a name"));
+    EXPECT_FALSE(zel_xml::IsOpen(m_file));
+    EXPECT_FALSE(zel_xml::CreateDocument(m_file, L"", L"r"));
+    EXPECT_FALSE(zel_xml::CreateDocument(m_file, nullptr, L"r"));
+    EXPECT_FALSE(zel_xml::CreateDocument(m_file, fresh.c_str(), nullptr));
 }
 
 TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
@@ -63,7 +63,7 @@ TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
         ASSERT_TRUE(m_file.open(L"document.xml", false));
     }
     ASSERT_TRUE(Root().setAttributeInt(L"n", 1));
-    ASSERT_TRUE(m_file.save());
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
     EXPECT_NE(ReadFile(Path()).find("n=\"1\""), std::string::npos);
 }
 
@@ -74,7 +74,7 @@ TEST_F(XmlTest, AFileThatAnotherProgramHoldsSurvivesAFailedSave)
     const base::File held(CreateFileW(Path().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(held);
-    EXPECT_FALSE(m_file.save());
+    EXPECT_FALSE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(Path()), "<r/>");
     EXPECT_EQ(FilesInFolder(), 1u);
 }
@@ -83,7 +83,7 @@ TEST_F(XmlTest, AReadOnlyFileSurvivesAFailedSave)
 {
     ASSERT_TRUE(Open("<r/>", false));
     ASSERT_TRUE(SetFileAttributesW(Path().c_str(), FILE_ATTRIBUTE_READONLY));
-    EXPECT_FALSE(m_file.save());
+    EXPECT_FALSE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(Path()), "<r/>");
     EXPECT_EQ(FilesInFolder(), 1u);
 }
@@ -91,10 +91,10 @@ TEST_F(XmlTest, AReadOnlyFileSurvivesAFailedSave)
 TEST_F(XmlTest, SavingIntoAFolderThatIsGoneFails)
 {
     ASSERT_TRUE(Open("<r/>", false));
-    EXPECT_FALSE(m_file.saveAs((m_folder / L"gone\\x.xml").c_str()));
-    EXPECT_FALSE(m_file.saveAs(m_folder.Path().c_str()));
-    EXPECT_FALSE(m_file.saveAs(L""));
-    EXPECT_FALSE(m_file.saveAs(nullptr));
+    EXPECT_FALSE(zel_xml::SaveDocumentAs(m_file, (m_folder / L"gone\\x.xml").c_str()));
+    EXPECT_FALSE(zel_xml::SaveDocumentAs(m_file, m_folder.Path().c_str()));
+    EXPECT_FALSE(zel_xml::SaveDocumentAs(m_file, L""));
+    EXPECT_FALSE(zel_xml::SaveDocumentAs(m_file, nullptr));
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 

@@ -2,6 +2,8 @@
 // file after them writes one that works.
 #include "derived_state_fixture.h"
 
+#include <pro_actions/VocabularyLoading.h>
+
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/ButtonPlacement.h>
 
@@ -30,7 +32,7 @@ protected:
     ActionFormatsTest()
     {
         const std::filesystem::path vocabulary(CONSOLE_VOCABULARY);
-        EXPECT_TRUE(CProActionCollection::LoadVocabulary(vocabulary.wstring()));
+        EXPECT_TRUE(pro_actions::LoadVocabulary(vocabulary.wstring()));
         ActionRepository::DestroyInstance();
     }
     ~ActionFormatsTest() override { ActionRepository::DestroyInstance(); }
@@ -110,7 +112,7 @@ TEST_F(ActionFormatsTest, TheExampleOfAVocabularyAgreesWithTheConsoles)
     const int derived = CProActionCollection::MapActionType(L"Derived");
     const int depth = Named(L"Imaging", L"Depth").action;
     WriteFile(m_protocol / L"vocabulary.xml", Example("actions.md"));
-    ASSERT_TRUE(CProActionCollection::LoadVocabulary(m_protocol / L"vocabulary.xml"));
+    ASSERT_TRUE(pro_actions::LoadVocabulary(m_protocol / L"vocabulary.xml"));
     EXPECT_EQ(CProActionCollection::MapActionType(L"Imaging"), imaging);
     EXPECT_EQ(CProActionCollection::MapActionType(L"Derived"), derived);
     EXPECT_EQ(Named(L"Imaging", L"Depth").action, depth);

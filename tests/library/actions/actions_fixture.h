@@ -2,6 +2,8 @@
 
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/CProActionCollection.h>
+#include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <zel_xml/zelXMLFile.h>
@@ -9,6 +11,8 @@
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
+
+#include <zel_xml/XMLEditing.h>
 
 #include <gtest/gtest.h>
 
@@ -35,9 +39,9 @@ public:
                   "<a name='Freeze' code='3'/></type><type name='Empty' value='0'/>"
                   "<type name='Lamp' value='9'><a name='A' code='0'/><a name='B' code='1'/>"
                   "<a name='C' code='2'/><a name='D' code='3'/></type></actions>");
-        EXPECT_TRUE(CProActionCollection::LoadVocabulary(path));
+        EXPECT_TRUE(pro_actions::LoadVocabulary(path));
     }
-    ~TestVocabulary() { CProActionCollection::Clear(); }
+    ~TestVocabulary() { pro_actions::ClearVocabulary(); }
     TestVocabulary(const TestVocabulary&) = delete;
     TestVocabulary& operator=(const TestVocabulary&) = delete;
 };
@@ -52,14 +56,14 @@ public:
             {1, L"fallback"}, {22, L"saved"}, {37, L"factory\\P1"}, {38, L"base"}, {39, L"second"}};
         CreateDirectoryW((m_folder / L"factory").c_str(), nullptr);
         for (const auto& [store, name] : stores) {
-            zelPath::setPath(store, m_folder / name);
+            qor_utils::SetStoreFolder(store, m_folder / name);
             CreateDirectoryW((m_folder / name).c_str(), nullptr);
         }
     }
     ~ProtocolFolders()
     {
         for (const int store : {1, 22, 37, 38, 39})
-            zelPath::setPath(store, L"");
+            qor_utils::SetStoreFolder(store, L"");
     }
     ProtocolFolders(const ProtocolFolders&) = delete;
     ProtocolFolders& operator=(const ProtocolFolders&) = delete;

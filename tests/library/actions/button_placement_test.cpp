@@ -113,14 +113,14 @@ TEST_F(ButtonPlacementTest, WritesNameCheckAndGrid)
     ASSERT_TRUE(grid.isValid());
     EXPECT_EQ(grid.getAttribute(L"row"), L"2");
     EXPECT_EQ(grid.getAttribute(L"column"), L"3");
-    EXPECT_FALSE(grid.hasAttribute(L"height"));
+    EXPECT_FALSE(zel_xml::HasAttribute(grid, L"height"));
 }
 
 TEST_F(ButtonPlacementTest, AnUncheckedOneLeavesTheCheckThatIsThere)
 {
     const zelXMLNode fresh = Element("<p/>");
     Placement(L"x", false, 0, 0).Save(fresh);
-    EXPECT_FALSE(fresh.hasAttribute(L"check"));
+    EXPECT_FALSE(zel_xml::HasAttribute(fresh, L"check"));
     const zelXMLNode used = Element("<p check='1'/>");
     Placement(L"x", false, 0, 0).Save(used);
     EXPECT_EQ(used.getAttribute(L"check"), L"1");
@@ -133,7 +133,7 @@ TEST_F(ButtonPlacementTest, AnExistingGridElementIsUsedAgainOrRemoved)
     const zelXMLNode grid = node.getChildByName(L"Grid", false);
     EXPECT_EQ(grid.getAttribute(L"row"), L"0");
     EXPECT_EQ(grid.getAttribute(L"other"), L"x");
-    EXPECT_FALSE(grid.hasAttribute(L"height"));
+    EXPECT_FALSE(zel_xml::HasAttribute(grid, L"height"));
     Placement(L"x", false, 0, -1).Save(node);
     EXPECT_FALSE(node.getChildByName(L"Grid", false).isValid());
     Placement(L"x", false, -1, 0).Save(node);
@@ -154,7 +154,7 @@ TEST_F(ButtonPlacementTest, AListComesBackFromItsFile)
     const std::wstring path = m_folder / L"panel.xml";
     std::vector<ButtonPlacement> written;
     zelXMLFile file;
-    ASSERT_TRUE(file.create(path.c_str(), L"panel"));
+    ASSERT_TRUE(zel_xml::CreateDocument(file, path.c_str(), L"panel"));
     for (int i = 0; i < 500; ++i) {
         ButtonPlacement placement(L"Key \u20AC\U0001F600 <" + std::to_wstring(i),
                                   random() % 2 == 0);
@@ -164,10 +164,10 @@ TEST_F(ButtonPlacementTest, AListComesBackFromItsFile)
             placement.grid.height = (1 + random() % 400) / 100.0;
             placement.grid.offset = std::generate_canonical<double, 53>(random) - 0.5;
         }
-        placement.Save(file.getRootElement().appendChild(L"button"));
+        placement.Save(zel_xml::AppendChild(file.getRootElement(), L"button"));
         written.push_back(placement);
     }
-    ASSERT_TRUE(file.save());
+    ASSERT_TRUE(zel_xml::SaveDocument(file));
     ASSERT_TRUE(file.open(path, true));
     zelXMLNode element = file.getRootElement().getFirstChild();
     for (const ButtonPlacement& expected : written) {

@@ -1,6 +1,8 @@
 // States that follow from others: what the file says, and what is broadcast when.
 #include "derived_state_fixture.h"
 
+#include <pro_actions/NotifiedConsumer.h>
+
 #include <test_support/VirtualPlace.h>
 
 namespace {
@@ -79,7 +81,7 @@ TEST_F(LampTest, OtherStatesAreNoSources)
     ASSERT_TRUE(LoadLamp(""));
     EXPECT_EQ(ValuesAfter(c, 1), Ints{});
     EXPECT_EQ(ValuesAfter(State(9, 0, 1), 1), Ints{}); // A with another parameter
-    IActionStateConsumer::ActionNotificationSignal(static_cast<ActionType>(9), 0, 0);
+    pro_actions::SignalActionNotification(static_cast<ActionType>(9), 0, 0);
     EXPECT_EQ(m_lamp.Take(), std::vector<StateEvent>{});
 }
 

@@ -135,7 +135,7 @@ TEST_F(GridInfoTest, RowAndColumnAreAlwaysWritten)
     EXPECT_EQ(node.getAttribute(L"row"), L"-1");
     EXPECT_EQ(node.getAttribute(L"column"), L"-1");
     for (const wchar_t* const name : realNames)
-        EXPECT_FALSE(node.hasAttribute(name));
+        EXPECT_FALSE(zel_xml::HasAttribute(node, name));
 }
 
 TEST_F(GridInfoTest, OnlyDeparturesFromTheDefaultsAreWritten)
@@ -147,8 +147,8 @@ TEST_F(GridInfoTest, OnlyDeparturesFromTheDefaultsAreWritten)
     grid.Save(node);
     EXPECT_EQ(node.getAttribute(L"offset"), L"-0.5");
     EXPECT_EQ(node.getAttribute(L"span"), L"2");
-    EXPECT_FALSE(node.hasAttribute(L"height"));
-    EXPECT_FALSE(node.hasAttribute(L"displacement"));
+    EXPECT_FALSE(zel_xml::HasAttribute(node, L"height"));
+    EXPECT_FALSE(zel_xml::HasAttribute(node, L"displacement"));
     EXPECT_EQ(node.getAttribute(L"other"), L"5");
 }
 
@@ -160,7 +160,7 @@ TEST_F(GridInfoTest, WhatIsWithinAThousandthOfTheDefaultComesBackAsTheDefault)
             GridInfo grid = Grid(0, 0);
             grid.*reals[i] = realDefaults[i] + shift;
             grid.Save(node);
-            EXPECT_FALSE(node.hasAttribute(realNames[i])) << shift;
+            EXPECT_FALSE(zel_xml::HasAttribute(node, realNames[i])) << shift;
             grid.Load(node);
             EXPECT_EQ(grid.*reals[i], realDefaults[i]) << shift;
         }
@@ -173,7 +173,7 @@ TEST_F(GridInfoTest, ThousandthsWrittenInDecimalsAreTakenAsWritten)
         GridInfo grid;
         grid.height = height;
         grid.Save(node);
-        EXPECT_FALSE(node.hasAttribute(L"height")) << height;
+        EXPECT_FALSE(zel_xml::HasAttribute(node, L"height")) << height;
         EXPECT_TRUE(grid != GridInfo()) << height;
     }
     for (const double height : {1.0011, 0.9989}) {
@@ -198,7 +198,7 @@ TEST_F(GridInfoTest, AgreesWithDecimalArithmetic)
         b.offset = second / 10000.0;
         ASSERT_EQ(a == b, std::abs(first - second) < 10) << first << ' ' << second;
         b.Save(node);
-        ASSERT_EQ(node.hasAttribute(L"offset"), std::abs(second) > 10) << second;
+        ASSERT_EQ(zel_xml::HasAttribute(node, L"offset"), std::abs(second) > 10) << second;
         a.Load(node);
         ASSERT_EQ(a.offset, std::abs(second) > 10 ? b.offset : 0.0) << second;
     }
@@ -222,7 +222,7 @@ TEST_F(GridInfoTest, OddNumbersComeBackOrAreLeftOut)
     GridInfo grid;
     grid.displacement = std::numeric_limits<double>::quiet_NaN();
     grid.Save(node); // it departs from nothing
-    EXPECT_FALSE(node.hasAttribute(L"displacement"));
+    EXPECT_FALSE(zel_xml::HasAttribute(node, L"displacement"));
 }
 
 } // namespace

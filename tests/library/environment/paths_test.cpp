@@ -1,5 +1,7 @@
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
@@ -88,17 +90,17 @@ TEST_F(RegistryPathTest, TakesTextsLongerThanAPathBuffer)
 
 TEST(GetPatientRootPath, IsTheFolderOfThePatientDatabase)
 {
-    zelPath::setPath(34, L"D:\\patients");
+    qor_utils::SetStoreFolder(34, L"D:\\patients");
     EXPECT_STREQ(utilsExam::GetPatientRootPath(), L"D:\\patients\\");
-    zelPath::setPath(34, L"");
+    qor_utils::SetStoreFolder(34, L"");
 }
 
 TEST(GetImage, IsANameInTheImageFolder)
 {
-    zelPath::setPath(2, L"D:\\images");
+    qor_utils::SetStoreFolder(2, L"D:\\images");
     EXPECT_EQ(utilsExam::GetImage(L"status/net.png"), L"D:\\images\\status/net.png");
     EXPECT_EQ(utilsExam::GetImage(nullptr), L"D:\\images\\");
-    zelPath::setPath(2, L"");
+    qor_utils::SetStoreFolder(2, L"");
 }
 
 TEST(DatabasePaths, FollowTheFolderOfPatientStudyAndObject)
@@ -212,13 +214,13 @@ protected:
         for (const wchar_t* const name :
              {L"lay", L"lay\\res", L"layouts", L"layouts\\res", L"fallback"})
             CreateDirectoryW((m_folder / name).c_str(), nullptr);
-        zelPath::setPath(9, m_folder / L"layouts");
-        zelPath::setPath(21, m_folder / L"fallback");
+        qor_utils::SetStoreFolder(9, m_folder / L"layouts");
+        qor_utils::SetStoreFolder(21, m_folder / L"fallback");
     }
     ~ParsePathTest() override
     {
-        zelPath::setPath(9, L"");
-        zelPath::setPath(21, L"");
+        qor_utils::SetStoreFolder(9, L"");
+        qor_utils::SetStoreFolder(21, L"");
     }
 
     CString Parse(const wchar_t* path) const

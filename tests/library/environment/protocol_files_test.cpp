@@ -1,4 +1,5 @@
 #include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
@@ -31,12 +32,12 @@ protected:
     ~ProtocolFilesTest() override
     {
         for (const int store : {1, 22, 37, 38, 39})
-            zelPath::setPath(store, L"");
+            qor_utils::SetStoreFolder(store, L"");
     }
 
     void SetStore(int store, const wchar_t* name)
     {
-        zelPath::setPath(store, folder / name);
+        qor_utils::SetStoreFolder(store, folder / name);
         utilsExam::CreateDirectoryW((folder / name).c_str());
     }
 
@@ -69,7 +70,7 @@ TEST_F(ProtocolFilesTest, SavePathTakesAFolderThatIsNamed)
 TEST_F(ProtocolFilesTest, SavePathTakesFoldersWithoutAndWithSeveralTrailingSlashes)
 {
     for (const wchar_t* const factory : {L"factory\\P2", L"factory\\P2\\\\", L"factory\\P2/"}) {
-        zelPath::setPath(37, folder / factory);
+        qor_utils::SetStoreFolder(37, folder / factory);
         EXPECT_EQ(utilsExam::GetProtocolSavePath(L"a.xml", nullptr),
                   (folder / L"saved\\P2\\a.xml").c_str());
     }

@@ -2,6 +2,7 @@
 
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
+#include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <stdexcept>
@@ -12,7 +13,7 @@
 class TestStringTable
 {
 public:
-    ~TestStringTable() { ZelTString::clear(); }
+    ~TestStringTable() { zel_string_convert::ClearTable(); }
 
     // `translated` null: the key has a text in the base language only. Plain ASCII, any character
     // of it.
@@ -30,9 +31,9 @@ public:
         const std::wstring path = m_folder / L"texts.xlf";
         Write(path);
         std::wstring error;
-        if (!ZelTString::load(path, &error))
+        if (!zel_string_convert::LoadTable(path, &error))
             throw std::runtime_error("the string table was not loaded");
-        if (!ZelTString::setLanguage(L"de"))
+        if (!zel_string_convert::SetLanguage(L"de"))
             throw std::runtime_error("the string table has no German text");
     }
 

@@ -12,15 +12,6 @@
 class PRO_ACTIONS_API CProActionCollection
 {
 public:
-    // Replaces the vocabulary by the file's. False, and the present vocabulary stays, when the file
-    // cannot be read, an entry lacks its name or its number, or a name or number occurs twice where
-    // it has to be the only one.
-    static bool LoadVocabulary(const wchar_t* path) noexcept;
-    static bool LoadVocabulary(const std::wstring& path) noexcept;
-
-    // Empties the vocabulary.
-    static void Clear() noexcept;
-
     // The type of that name (exact, case-sensitive); actionTypeNone when there is none, for null
     // and for "".
     static ActionType MapActionType(const wchar_t* name) noexcept;
@@ -29,8 +20,4 @@ public:
     // The code of that name within the type; -1 when there is none, for null and for "".
     static int MapAction(ActionType type, const wchar_t* name) noexcept;
     static int MapAction(ActionType type, const std::wstring& name) noexcept;
-
-    // The names back; empty when the number has none.
-    static std::wstring GetActionTypeName(ActionType type);
-    static std::wstring GetActionName(ActionType type, int action);
 };

@@ -22,7 +22,7 @@ public:
     // A registered state has a new value.
     virtual void ActionStateChanged(const ActionStateInfo& source, int value) = 0;
 
-    // An action was carried out.
+    // An action was carried out. Only those are told who asked for it (NotifiedConsumer).
     virtual void ActionNotification(ActionType type, int action, int param) = 0;
 
     // Ends the consumer's registrations.
@@ -33,10 +33,6 @@ public:
     // the first one goes on to the caller when all were.
     static bool ActionStateSignal(const ActionStateInfo& state, int value);
 
-    // Tells every consumer registered for notifications that an action was carried out; otherwise
-    // as above.
-    static bool ActionNotificationSignal(ActionType type, int action, int param);
-
 protected:
     IActionStateConsumer() noexcept;
     IActionStateConsumer(const IActionStateConsumer&) = delete;
@@ -45,12 +41,4 @@ protected:
     // From now on every broadcast of the state reaches this consumer's ActionStateChanged, once,
     // however often it is registered for the state. False only for want of memory.
     bool RegisterActionSignal(const ActionStateInfo& state) noexcept;
-    void UnregisterActionSignal(const ActionStateInfo& state) noexcept;
-
-    // The same for ActionNotification.
-    bool RegisterActionNotification() noexcept;
-    void UnregisterActionNotification() noexcept;
-
-    // Ends all registrations of this consumer.
-    void UnregisterAll() noexcept;
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <qor_imgproc/FrameGeometry.h>
 #include <qor_imgproc/export.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
@@ -34,12 +33,4 @@ public:
                                         int samplingFreq, const UPoint& origin,
                                         const UPoint& micronsPerPixel, double sinSteer,
                                         double cosSteer, bool fine);
-
-    /// Scan-converts a whole frame: `frame` holds geometry.lines x geometry.samples bytes, samples
-    /// running fastest; `image` receives geometry.width x geometry.height grey bytes, rows from the
-    /// top. Bilinear interpolation; `background` outside the first and last line and sample. False,
-    /// with nothing written, for null pointers or a geometry that FrameMap refuses. For many frames
-    /// of one geometry a FrameMap is several times faster.
-    static bool ConvertFrame(const FrameGeometry& geometry, const unsigned char* frame,
-                             unsigned char* image, unsigned char background = 0);
 };

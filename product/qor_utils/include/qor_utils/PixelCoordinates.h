@@ -22,6 +22,13 @@
 ///   only when both sizes are non-zero, and maps x to width - x and y to height - y.
 namespace qor_utils {
 
+/// The bits of `flip`.
+enum Flip : int
+{
+    flipLeftRight = 1,
+    flipTopBottom = 2,
+};
+
 /// The display pixel of (line, sample), where `line` counts elements. Input without a geometry (no
 /// probe, unknown type, non-positive frequency or sound speed) gives the pixel of the origin, and
 /// so does a zero scale on its axis; results beyond 32 bits stop at the nearest value.

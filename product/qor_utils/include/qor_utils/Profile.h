@@ -15,10 +15,4 @@ namespace qor_utils {
 QOR_UTILS_API std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key,
                                              const wchar_t* defaultValue);
 
-// The number of a REG_DWORD value, read as signed; anything else gives the default.
-QOR_UTILS_API int ReadProfileInt(const wchar_t* section, const wchar_t* key, int defaultValue);
-
-// Sets the root key, "Software\Kestrow\Exam" from the start; null or empty goes back to that.
-QOR_UTILS_API void SetProfileRoot(const wchar_t* root);
-
 } // namespace qor_utils

@@ -11,6 +11,7 @@ enum Store : int
     layoutStore = 9,
     fallbackLayoutStore = 21,
     savedProtocolsStore = 22,
+    logStore = 28, // log files and crash reports
     patientDatabaseStore = 34,
     currentFactoryStore = 37, // of the protocol in use
     baseSuiteStore = 38,

@@ -1,9 +1,21 @@
 #pragma once
 
+namespace qor_utils {
+
+/// The values of ZelProbe::type; any other number is an unknown probe.
+enum ProbeType : int
+{
+    curvedProbe = 0,
+    linearProbe = 1,
+    phasedProbe = 2,
+};
+
+} // namespace qor_utils
+
 // The description of an ultrasound probe's array. Passed by constant pointer and never kept.
 struct ZelProbe
 {
-    int type = 0;        // 0 curved, 1 linear, 2 phased; anything else is unknown
+    int type = 0;        // a ProbeType
     int elements = 0;    // number of transducer elements
     int pitch = 0;       // distance of neighbouring elements, microns
     int radius = 0;      // radius of curvature of the probe's face, microns; its sign chooses the

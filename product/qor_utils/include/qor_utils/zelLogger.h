@@ -4,12 +4,21 @@
 
 #include <string>
 
+namespace qor_utils {
+
+/// The levels that messages are logged with; any other number is recorded as detail for developers.
+enum LogLevel : int
+{
+    errorLevel = 1,
+    warningLevel = 2,
+    informationLevel = 4,
+};
+
+} // namespace qor_utils
+
 // The application's log. Messages go to a file in the log folder, named after the program
 // ("exam.log"; at 5 MB it is renamed and a new one begun, and five old ones are kept), to the
 // debugger's output, and to a hook.
-//
-// Levels: 1 an error, 2 a warning, 4 information; any other number is recorded as detail for
-// developers.
 //
 // Nothing is opened before the first message. Logging throws nothing (the other members at most
 // std::bad_alloc), and a log that cannot be written is no failure: the message still goes to the
@@ -18,25 +27,6 @@
 class QOR_UTILS_API zelLogger
 {
 public:
-    struct Message
-    {
-        const char* source; // the source file's path without its extension; never null
-        int line;
-        int level;
-        const wchar_t* text; // valid during the call only; never null
-    };
-    using Hook = void (*)(const Message& message, void* userData);
-
-    // Sets the function that is handed each message, on the thread that logs it and with no lock
-    // held; null for none. What the hook itself logs is written, but not handed to it again. What
-    // the hook throws is dropped. On return no other thread is inside the former hook; from inside
-    // a hook the call returns without that wait.
-    static void setHook(Hook hook, void* userData);
-
-    // Sets the log folder, closing the file in the former one; empty goes back to zelPath's
-    // store 28.
-    static void setDirectory(const std::wstring& directory);
-
     // The log folder, absolute, with a backslash at its end. It is made if it is missing and can be
     // made.
     static std::wstring getCurrentDirectory();

@@ -28,9 +28,4 @@ public:
     // end. A number that has no folder gives an empty text. Whether the folder exists is not looked
     // at.
     static std::wstring getPath(int store, const std::wstring& name);
-
-    // Sets a store's folder; forward slashes become backslashes. Relative folders lie below the
-    // application folder. Any number may be used. An empty folder goes back to the one above, or
-    // takes away a number that is not there.
-    static void setPath(int store, const std::wstring& folder);
 };

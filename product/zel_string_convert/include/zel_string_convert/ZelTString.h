@@ -2,9 +2,6 @@
 
 #include "zel_string_convert/export.h"
 
-#include <string>
-#include <vector>
-
 // The application's string table: texts by key in a base language, the one they were written in,
 // and in the languages they were translated to. It is kept in XLIFF 1.2 files
 // (docs/formats/string-table.md).
@@ -17,30 +14,6 @@
 class ZEL_STRING_CONVERT_API ZelTString
 {
 public:
-    // Replaces the table by the one in a file, or in all the files "*.xlf" and "*.xliff" of a
-    // folder, in the order of their names. The current language is kept when the new table has it,
-    // and else becomes the base language. False when there is no file, one cannot be read or is not
-    // a string table, or their base languages differ; the table is then as it was, and *error, if
-    // given, names the file and the reason for a developer.
-    static bool load(const std::wstring& path, std::wstring* error = nullptr);
-
-    // Adds a file or folder to the table, likewise. Where a key is there already, the added texts
-    // take its place.
-    static bool add(const std::wstring& path, std::wstring* error = nullptr);
-
-    // Empties the table; there is no language then.
-    static void clear();
-
-    // Chooses the current language, by its tag in the files ("de", "pt-BR"). False, and nothing
-    // changes, when the table has no text in it; the base language always is there.
-    static bool setLanguage(const std::wstring& language);
-
-    // The tags as the files write them; empty while the table is. The list begins with the base
-    // language.
-    static std::wstring getLanguage();
-    static std::wstring getBaseLanguage();
-    static std::vector<std::wstring> getLanguages();
-
     // The text of a key, in the current language or, where that has none or translated is false, in
     // the base language. Never null. An unknown key gives the key itself, so that its absence shows
     // on the screen (up to 256 characters and for the first 4096 such keys, because these too are

@@ -6,6 +6,10 @@
 #include <memory>
 #include <string>
 
+namespace zel_xml {
+struct XMLAccess;
+}
+
 // An XML document and the file it came from. Copies mean the same document in memory.
 //
 // Read are UTF-8 (with or without a byte order mark), UTF-16 of both byte orders, ISO-8859-1 and
@@ -18,35 +22,18 @@ public:
     zelXMLFile() noexcept;
 
     // Reads the whole file and holds no handle on it afterwards. What was open before is closed
-    // first. readOnly: true opens for reading only, and save() is refused; false allows save() back
-    // to the same path. False, with nothing open, when the file is missing, unreadable, empty, too
-    // large, too deeply nested, wrongly encoded or not well-formed.
+    // first. readOnly: true opens for reading only; false allows saving back to the same path.
+    // False, with nothing open, when the file is missing, unreadable, empty, too large, too deeply
+    // nested, wrongly encoded or not well-formed.
     bool open(const wchar_t* path, bool readOnly) noexcept;
     bool open(const std::wstring& path, bool readOnly) noexcept;
-
-    // Starts a new document with an empty root element. Nothing is written before save().
-    // False, with nothing open, when rootName is no XML name or the path is empty.
-    bool create(const wchar_t* path, const wchar_t* rootName) noexcept;
-
-    // Writes the document beside its file and then puts it in the file's place, so that whatever
-    // fails (a full disk, a lost network drive, a file that another program holds) the old file is
-    // still there, whole. False when nothing is open, it was opened read-only or the file could not
-    // be replaced.
-    bool save() const noexcept;
-
-    // The same to another path, also for a document opened read-only. The document keeps its own
-    // path.
-    bool saveAs(const wchar_t* path) const noexcept;
-
-    // Lets go of the document; element handles that are still about keep it alive for themselves.
-    void close() noexcept;
-
-    bool isOpen() const noexcept;
 
     // The document element; invalid when nothing is open.
     zelXMLNode getRootElement() const noexcept;
 
 private:
+    friend struct zel_xml::XMLAccess;
+
     std::shared_ptr<zel_xml::XMLDocument> m_document;
     std::wstring
         m_path; // absolute, so that a change of the current directory does not move the file

@@ -11,7 +11,8 @@ struct xml_node_struct;
 
 namespace zel_xml {
 class XMLDocument;
-}
+struct XMLAccess;
+} // namespace zel_xml
 
 // A handle to one element of an XML document: two pointers, returned and passed by value. Copies
 // mean the same element.
@@ -28,16 +29,8 @@ class ZEL_XML_API zelXMLNode
 {
 public:
     zelXMLNode() noexcept;
-    zelXMLNode(std::shared_ptr<zel_xml::XMLDocument> document,
-               pugi::xml_node_struct* element) noexcept;
 
     bool isValid() const noexcept;
-
-    // Two handles are equal when they mean the same element, and all invalid ones are equal.
-    bool operator==(const zelXMLNode& other) const noexcept;
-
-    // The element's name; empty for an invalid handle.
-    std::wstring getName() const;
 
     // The first child element, or an invalid handle. Texts, comments and instructions are passed
     // over.
@@ -53,14 +46,9 @@ public:
     // lie deeper than 256 levels.
     zelXMLNode getChildByName(const wchar_t* name, bool create) const noexcept;
 
-    // A new, empty last child element, whether or not others have the same name. Invalid as for
-    // getChildByName.
-    zelXMLNode appendChild(const wchar_t* name) const noexcept;
-
     // Removes the first child element of that name; false when there is none.
     bool removeChildByName(const wchar_t* name) const noexcept;
 
-    bool hasAttribute(const wchar_t* name) const noexcept;
     bool removeAttribute(const wchar_t* name) const noexcept;
 
     // The attribute's text, or the default when the attribute is missing. A null default counts as
@@ -88,13 +76,12 @@ public:
     // custom): the shortest text that getAttributeDouble reads back as the very same value.
     bool setAttributeDouble(const wchar_t* name, double value, int precision) const noexcept;
 
-    // The element's own text: its text and CDATA children joined, without those of child elements.
-    std::wstring getText() const;
-
-    // Replaces the element's own text and leaves its child elements.
-    bool setText(const std::wstring& text) const noexcept;
-
 private:
+    friend struct zel_xml::XMLAccess;
+
+    zelXMLNode(std::shared_ptr<zel_xml::XMLDocument> document,
+               pugi::xml_node_struct* element) noexcept;
+
     std::shared_ptr<zel_xml::XMLDocument> m_document;
     pugi::xml_node_struct* m_element = nullptr; // null: invalid
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 
 #include <mutex>
@@ -31,8 +32,8 @@ struct LoggedMessage
 class LogCapture
 {
 public:
-    LogCapture() { zelLogger::setHook(&LogCapture::Record, this); }
-    ~LogCapture() { zelLogger::setHook(nullptr, nullptr); }
+    LogCapture() { qor_utils::SetLogHook(&LogCapture::Record, this); }
+    ~LogCapture() { qor_utils::SetLogHook(nullptr, nullptr); }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
@@ -51,7 +52,7 @@ public:
     }
 
 private:
-    static void Record(const zelLogger::Message& message, void* userData)
+    static void Record(const qor_utils::LogMessage& message, void* userData)
     {
         auto* const self = static_cast<LogCapture*>(userData);
         const std::lock_guard lock(self->m_mutex);

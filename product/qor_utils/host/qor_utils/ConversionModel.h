@@ -4,9 +4,9 @@
 // inverse ones of qor_imgproc are both made of it. docs/conversion-model.md has the formulas and a
 // drawing of each probe type.
 
+#include <qor_utils/ScanGeometry.h>
 #include <qor_utils/ZelProbe.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace qor_utils {
@@ -55,27 +55,46 @@ struct PlatformMath
     static double AngleFromAxis(double x, double y) { return std::atan2(x, y); }
 };
 
+/// The sine and the cosine of a steering angle.
+struct Steering
+{
+    double sine = 0;
+    double cosine = 1;
+
+    /// Of an angle in thousandths of a degree.
+    static Steering Of(int steerAngle)
+    {
+        const double radians = steerAngle * radiansPerMillidegree;
+        return {std::sin(radians), std::cos(radians)};
+    }
+};
+
 /// Positions of the scan lines of one frame in microns, and back. A value: no allocation, cheap to
 /// build, any thread.
 class ConversionModel
 {
 public:
-    /// `lines` scan lines cover the aperture. `scanB` extends a phased sector (thousandths of a
-    /// degree, 0 = none). The sine and cosine are those of the steering angle. Input without a
-    /// geometry (no probe, unknown type, or anything that must be positive and is not) makes a
-    /// model of the shape None.
-    ConversionModel(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed, int scanB,
-                    double sinSteer, double cosSteer)
-        : m_shape(ShapeOf(probe, lines, samplingFreq, soundSpeed)), m_sin(sinSteer), m_cos(cosSteer)
+    /// Input without a geometry (no probe, unknown type, or anything that must be positive and is
+    /// not) makes a model of the shape none. What concerns the image alone is not looked at.
+    explicit ConversionModel(const ScanGeometry& geometry)
+        : ConversionModel(geometry, Steering::Of(geometry.steerAngle))
     {
-        if (!std::isfinite(sinSteer) || !std::isfinite(cosSteer)) m_shape = ScanShape::none;
+    }
+
+    /// The same with the sine and the cosine at hand; `geometry.steerAngle` is not looked at.
+    ConversionModel(const ScanGeometry& geometry, const Steering& steering)
+        : m_shape(ShapeOf(geometry)), m_sin(steering.sine), m_cos(steering.cosine)
+    {
+        if (!std::isfinite(m_sin) || !std::isfinite(m_cos)) m_shape = ScanShape::none;
         if (m_shape == ScanShape::none) return;
-        m_centre = (lines - 1.0) / 2;
-        m_sampleSize = SampleSize(samplingFreq, soundSpeed);
-        const double aperture = static_cast<double>(probe->elements) * probe->pitch;
-        if (m_shape == ScanShape::curved) SetCurved(*probe, aperture / lines);
+        const ZelProbe& probe = *geometry.probe;
+        const int lines = geometry.lines;
+        m_centre = (lines - 1.0) / 2 - geometry.lineOffset;
+        m_sampleSize = SampleSize(geometry.samplingFreq, geometry.soundSpeed);
+        const double aperture = static_cast<double>(probe.elements) * probe.pitch;
+        if (m_shape == ScanShape::curved) SetCurved(probe, aperture / lines);
         if (m_shape == ScanShape::linear) SetLinear(aperture / lines);
-        if (m_shape == ScanShape::phased) SetPhased(*probe, lines, scanB, aperture);
+        if (m_shape == ScanShape::phased) SetPhased(probe, lines, geometry.scanB, aperture);
     }
 
     ScanShape Shape() const { return m_shape; }
@@ -132,46 +151,21 @@ public:
         }
     }
 
-    /// A lower bound of the way in microns from `point` to where the line index passes `line` or
-    /// jumps. `scan` is ToScan(point).
-    double ClearanceToLine(const MicronPoint& point, const ScanPoint& scan, double line) const
-    {
-        const double offset = std::fabs((scan.line - line) * m_lineStep);
-        if (m_shape == ScanShape::linear) return offset * m_cos;
-        const MicronPoint fan = Unsteer(point);
-        const double range = Length(fan.x, fan.y + m_apex);
-        // The way to the ray is range x sin(offset); the sine's first two terms are less than it,
-        // and quick.
-        const double toRay =
-            offset < quarterTurn ? range * (offset - offset * offset * offset / 6) : range;
-        return std::min(toRay, Seam(fan));
-    }
-
-    /// A lower bound of the way in microns from `point` to where the sample index passes `sample`
-    /// or jumps.
-    double ClearanceToSample(const MicronPoint& point, const ScanPoint& scan, double sample) const
-    {
-        const double depth = std::fabs(scan.sample - sample) * m_sampleSize;
-        if (m_shape == ScanShape::linear) return depth * m_cos;
-        const MicronPoint fan = Unsteer(point);
-        if (m_shape != ScanShape::extended) return std::min(depth, Seam(fan));
-        // Behind an extended sector depths are not distances from one point; but none is less than
-        // the way straight up.
-        return std::max(0.0, fan.y - sample * m_sampleSize);
-    }
-
 private:
     static constexpr double quarterTurn = 1.5707963267948966;
 
     static double Length(double x, double y) { return std::sqrt(x * x + y * y); }
 
-    static ScanShape ShapeOf(const ZelProbe* probe, int lines, int samplingFreq, int soundSpeed)
+    static ScanShape ShapeOf(const ScanGeometry& g)
     {
-        if (!probe || lines <= 0 || samplingFreq <= 0 || soundSpeed <= 0 || probe->elements <= 0)
+        const ZelProbe* const probe = g.probe;
+        if (!probe || g.lines <= 0 || g.samplingFreq <= 0 || g.soundSpeed <= 0 ||
+            probe->elements <= 0)
             return ScanShape::none;
-        if (probe->type == 0 && probe->pitch > 0 && probe->radius != 0) return ScanShape::curved;
-        if (probe->type == 1 && probe->pitch > 0) return ScanShape::linear;
-        return probe->type == 2 ? ScanShape::phased : ScanShape::none;
+        if (probe->type == curvedProbe && probe->pitch > 0 && probe->radius != 0)
+            return ScanShape::curved;
+        if (probe->type == linearProbe && probe->pitch > 0) return ScanShape::linear;
+        return probe->type == phasedProbe ? ScanShape::phased : ScanShape::none;
     }
 
     void SetCurved(const ZelProbe& probe, double linePitch)
@@ -233,20 +227,11 @@ private:
                                 : -range; // behind the apex nothing is imaged
     }
 
-    /// The way to where the conversion jumps: behind the apex the angle changes its sign, and the
-    /// lines of a concave face change sides at its centre.
-    double Seam(const MicronPoint& fan) const
-    {
-        if (m_radius < 0) return std::fabs(fan.y);
-        const double fromApex = fan.y + m_apex;
-        return fromApex < 0 ? std::fabs(fan.x) : Length(fan.x, fromApex);
-    }
-
     ScanShape m_shape;
     double m_sin;
     double m_cos;
     double m_perCos = 1;
-    double m_centre = 0;
+    double m_centre = 0;   // the line in the middle of the aperture
     double m_lineStep = 0; // radians between lines; microns for the linear shape
     double m_linesPerUnit = 0;
     double m_sampleSize = 0;

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <qor_imgproc/FrameGeometry.h>
 #include <qor_imgproc/export.h>
+#include <qor_utils/ScanGeometry.h>
 
 #include <memory>
+
+namespace qor_imgproc {
 
 /// The way from a frame's bytes to an image, worked out once for a geometry and then applied to any
 /// number of frames. Eight bytes an image pixel, shared by copies. It never changes: any number of
@@ -14,7 +16,7 @@ public:
     /// Builds the map. It is not valid (Valid() says so, Convert does nothing) when the geometry
     /// has no image: a size that is not positive, a probe without a geometry, a zero scale, a frame
     /// of more than 2^31 - 1 bytes, an image of more than 2^26 pixels or too little memory.
-    explicit FrameMap(const FrameGeometry& geometry);
+    explicit FrameMap(const qor_utils::ScanGeometry& geometry);
 
     bool Valid() const;
 
@@ -29,3 +31,5 @@ private:
 
     std::shared_ptr<const Pixels> m_pixels;
 };
+
+} // namespace qor_imgproc

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <pro_actions/ActionStateInfo.h>
+#include <pro_actions/ActionType.h>
+#include <pro_actions/IActionStateConsumer.h>
+#include <pro_actions/export.h>
+
+namespace pro_actions {
+
+/// Tells every consumer registered for notifications that an action was carried out; otherwise as
+/// IActionStateConsumer::ActionStateSignal.
+PRO_ACTIONS_API bool SignalActionNotification(ActionType type, int action, int param);
+
+/// A consumer that hears of actions as well as of states, and that takes registrations back before
+/// its end. Threads as of IActionStateConsumer.
+class PRO_ACTIONS_API NotifiedConsumer : public IActionStateConsumer
+{
+public:
+    ~NotifiedConsumer() override;
+
+protected:
+    NotifiedConsumer() noexcept;
+
+    void UnregisterActionSignal(const ActionStateInfo& state) noexcept;
+
+    /// From now on every notification reaches this consumer's ActionNotification, once, however
+    /// often it is registered. False only for want of memory.
+    bool RegisterActionNotification() noexcept;
+    void UnregisterActionNotification() noexcept;
+
+    /// Ends all registrations of this consumer.
+    void UnregisterAll() noexcept;
+};
+
+} // namespace pro_actions
