@@ -8,8 +8,9 @@ constexpr const wchar_t* gridElement = L"Grid";
 
 } // namespace
 
+// NOLINTNEXTLINE(modernize-pass-by-value): contract
 ButtonPlacement::ButtonPlacement(const std::wstring& buttonName, bool isChecked)
-    : name(buttonName), check(isChecked) // NOLINT(modernize-pass-by-value): contract
+    : name(buttonName), check(isChecked)
 {
 }
 

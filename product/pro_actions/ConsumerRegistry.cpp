@@ -19,7 +19,7 @@ ConsumerRegistry& ConsumerRegistry::OfNotifications() noexcept
 
 bool ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
 try {
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock guard{m_mutex};
     Registrations& registrations = m_topics[topic];
     const bool known =
         std::any_of(registrations.begin(), registrations.end(),
@@ -32,7 +32,7 @@ try {
 
 void ConsumerRegistry::Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
 {
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock guard{m_mutex};
     const auto found = m_topics.find(topic);
     if (found == m_topics.end()) return;
     Erase(found->second, consumer);
@@ -41,7 +41,7 @@ void ConsumerRegistry::Remove(IActionStateConsumer& consumer, const ActionStateI
 
 void ConsumerRegistry::RemoveAll(IActionStateConsumer& consumer) noexcept
 {
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock guard{m_mutex};
     for (auto topic = m_topics.begin(); topic != m_topics.end();) {
         Erase(topic->second, consumer);
         topic = topic->second.empty() ? m_topics.erase(topic) : std::next(topic);
@@ -50,14 +50,14 @@ void ConsumerRegistry::RemoveAll(IActionStateConsumer& consumer) noexcept
 
 ConsumerRegistry::Serial ConsumerRegistry::NextSerial() noexcept
 {
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock guard{m_mutex};
     return m_nextSerial;
 }
 
 IActionStateConsumer* ConsumerRegistry::Next(const ActionStateInfo& topic, Serial& from,
                                              Serial end) noexcept
 {
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock guard{m_mutex};
     const auto found = m_topics.find(topic);
     if (found == m_topics.end()) return nullptr;
     const Registrations& registrations = found->second;

@@ -104,13 +104,13 @@ zelLogger::zelLogHelper::zelLogHelper(const char* source, int line, int level) n
 {
 }
 
-void zelLogger::zelLogHelper::operator()(const wchar_t* pattern, ...) const noexcept
+void zelLogger::zelLogHelper::operator()(const wchar_t* format, ...) const noexcept
 {
     va_list arguments;
-    va_start(arguments, pattern);
+    va_start(arguments, format);
     try {
         std::wstring text;
-        Format(text, pattern ? pattern : L"", arguments);
+        Format(text, format ? format : L"", arguments);
         Write({m_source, m_line, m_level, text.c_str()});
     } catch (...) { // out of memory: there is nobody to tell
     }

@@ -79,8 +79,9 @@ std::optional<std::wstring> FolderOf(int store)
     const std::shared_lock guard(s_foldersLock);
     const auto& folders = FoldersOfHost();
     if (const auto set = folders.find(store); set != folders.end()) return set->second;
-    const auto known = std::find_if(std::begin(defaultFolders), std::end(defaultFolders),
-                                    [store](const DefaultFolder& f) { return f.store == store; });
+    const auto* const known =
+        std::find_if(std::begin(defaultFolders), std::end(defaultFolders),
+                     [store](const DefaultFolder& f) { return f.store == store; });
     if (known == std::end(defaultFolders)) return std::nullopt;
     return known->folder;
 }

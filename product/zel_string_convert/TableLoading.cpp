@@ -49,9 +49,12 @@ bool Change(StringTable start, const std::wstring& path, std::wstring* error)
 try {
     std::wstring reason;
     std::optional<StringTable> table = ReadInto(std::move(start), path, reason);
-    if (table) ExchangeTable(*std::move(table));
-    if (!table && error) *error = reason;
-    return table.has_value();
+    if (table) {
+        ExchangeTable(*std::move(table));
+        return true;
+    }
+    if (error) *error = reason;
+    return false;
 } catch (const std::bad_alloc&) {
     return false;
 }

@@ -12,7 +12,7 @@
 namespace zel_string_convert {
 namespace {
 
-constexpr LONGLONG largestFile = 64 * 1024 * 1024;
+constexpr LONGLONG largestFile = 64 << 20;
 
 // Thrown and caught in this file only.
 struct NotATable

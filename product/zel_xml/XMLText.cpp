@@ -76,8 +76,9 @@ bool DecodeByMark(std::string_view bytes, std::wstring& text)
     if (bytes.empty()) return false;
     std::optional<std::wstring> decoded =
         base::WideFromBytes(codePage, bytes, MB_ERR_INVALID_CHARS);
-    if (decoded) text = *std::move(decoded);
-    return decoded.has_value();
+    if (!decoded) return false;
+    text = *std::move(decoded);
+    return true;
 }
 
 bool IsHighSurrogate(wchar_t c) noexcept

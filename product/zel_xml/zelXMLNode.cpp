@@ -74,7 +74,7 @@ zelXMLNode& zelXMLNode::operator++() noexcept
 
 zelXMLNode zelXMLNode::operator++(int) noexcept
 {
-    const zelXMLNode before = *this;
+    zelXMLNode before = *this;
     ++*this;
     return before;
 }

@@ -33,10 +33,11 @@ public:
     // the first one goes on to the caller when all were.
     static bool ActionStateSignal(const ActionStateInfo& state, int value);
 
-protected:
-    IActionStateConsumer() noexcept;
     IActionStateConsumer(const IActionStateConsumer&) = delete;
     IActionStateConsumer& operator=(const IActionStateConsumer&) = delete;
+
+protected:
+    IActionStateConsumer() noexcept;
 
     // From now on every broadcast of the state reaches this consumer's ActionStateChanged, once,
     // however often it is registered for the state. False only for want of memory.
