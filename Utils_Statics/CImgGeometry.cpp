@@ -72,11 +72,11 @@ CRect ArcBox(const Imaging& imaging, int sample)
     box.SetRect(base::wrap::Subtract(-1, rx), base::wrap::Subtract(-1, ry), base::wrap::Add(rx, 2),
                 base::wrap::Add(ry, 2));
     box.OffsetRect(imaging.origin.x, imaging.origin.y);
-    if (imaging.flip & 1) {
+    if (imaging.flip & qor_utils::flipLeftRight) {
         box.left = base::wrap::Subtract(imaging.width, box.left);
         box.right = base::wrap::Subtract(imaging.width, box.right);
     }
-    if (imaging.flip & 2) {
+    if (imaging.flip & qor_utils::flipTopBottom) {
         box.top = base::wrap::Subtract(imaging.height, box.top);
         box.bottom = base::wrap::Subtract(imaging.height, box.bottom);
     }
@@ -99,7 +99,8 @@ bool Drawable(const CRect& box)
 void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, const UPoint& p2)
 {
     if (!dc) return;
-    const bool reversed = (imaging.probe->radius < 0) != ((imaging.flip & 2) != 0);
+    const bool reversed =
+        (imaging.probe->radius < 0) != ((imaging.flip & qor_utils::flipTopBottom) != 0);
     // A tie starts at p2, or at p1 when reversed.
     const bool fromFirst = (p1.x < p2.x) != reversed;
     const UPoint& start = fromFirst ? p1 : p2;
@@ -114,7 +115,7 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
 URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2,
                   const ULine& clip1, const ULine& clip2)
 {
-    if (imaging.ProbeType() == 1) return DrawStraight(dc, p1, p2);
+    if (imaging.ProbeType() == qor_utils::linearProbe) return DrawStraight(dc, p1, p2);
     const ULine line{p1.x, p1.y, p2.x, p2.y};
     ULine out = line;
     // What is left in `out` is drawn even when neither edge clips.
@@ -148,7 +149,7 @@ URect CImgGeometry::DrawHorizontalUSLine(CDC* dc, int sample, int line1, int lin
     if (micronsPerPixel.x == 0 || micronsPerPixel.y == 0 || !imaging.KnownProbe()) return {};
     const UPoint p1 = imaging.ToPixel(line1, sample);
     const UPoint p2 = imaging.ToPixel(line2, sample);
-    if (imaging.ProbeType() != 0) return DrawStraight(dc, p1, p2);
+    if (imaging.ProbeType() != qor_utils::curvedProbe) return DrawStraight(dc, p1, p2);
     DrawArc(dc, imaging, sample, p1, p2);
     return Bounds(p1, p2);
 }
@@ -162,7 +163,7 @@ URect CImgGeometry::DrawVerticalUSLineClip(CDC* dc, int line, int sample1, int s
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
-    if (imaging.ProbeType() == 0)
+    if (imaging.ProbeType() == qor_utils::curvedProbe)
         return DrawVerticalUSLine(dc, line, sample1, sample2, origin, micronsPerPixel, samplingFreq,
                                   scanA, scanB, probe, soundSpeed, scanC, width, height, flip, ld);
     return DrawClipped(dc, imaging, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2),
@@ -178,7 +179,7 @@ URect CImgGeometry::DrawHorizontalUSLineClip(CDC* dc, int sample, int line1, int
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
-    if (imaging.ProbeType() == 0)
+    if (imaging.ProbeType() == qor_utils::curvedProbe)
         return DrawHorizontalUSLine(dc, sample, line1, line2, origin, micronsPerPixel, samplingFreq,
                                     scanA, scanB, probe, soundSpeed, scanC, width, height, flip,
                                     ld);

@@ -39,10 +39,12 @@ UPoint CImgGeometry::GetUSCoordinates(int x, int y, const UPoint& origin,
 {
     if (!probe) return {};
     if (width != 0 && height != 0) {
-        if (flip & 2) y = base::wrap::Subtract(height, y);
-        if (flip & 1) x = base::wrap::Subtract(width, x);
+        if (flip & qor_utils::flipTopBottom) y = base::wrap::Subtract(height, y);
+        if (flip & qor_utils::flipLeftRight) x = base::wrap::Subtract(width, x);
     }
-    const int divisor = probe->type == 0 || probe->type == 2 ? lines : probe->elements;
+    const bool isFan =
+        probe->type == qor_utils::curvedProbe || probe->type == qor_utils::phasedProbe;
+    const int divisor = isFan ? lines : probe->elements;
     const double steer = utils_statics::ToRadians(steerAngle);
     int line = 0;
     int sample = 0;
