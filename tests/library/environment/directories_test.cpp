@@ -377,8 +377,11 @@ TEST_F(ShellOperationTest, HandsTheShellWhatTheCallerGaveAndTheFlagsOfItsMode)
     EXPECT_EQ(ShellRequest::s_from, ListOf(L"C:\\a\\b"));
     EXPECT_EQ(ShellRequest::s_to, ListOf(L"C:\\c"));
     EXPECT_EQ(ShellRequest::s_request.fFlags, FOF_FILESONLY | FOF_SIMPLEPROGRESS);
-    EXPECT_EQ(ShellRequest::s_request.hNameMappings, &mappings);
-    EXPECT_EQ(ShellRequest::s_request.lpszProgressTitle, title);
+    // Copies, because the platform packs the record and these are not aligned in it.
+    void* const mappingsSeen = ShellRequest::s_request.hNameMappings;
+    const wchar_t* const titleSeen = ShellRequest::s_request.lpszProgressTitle;
+    EXPECT_EQ(mappingsSeen, &mappings);
+    EXPECT_EQ(titleSeen, title);
 
     EXPECT_EQ(Run(FO_DELETE, L"C:\\a", nullptr, 1, FOF_ALLOWUNDO), 1);
     EXPECT_EQ(ShellRequest::s_to, L"none");
