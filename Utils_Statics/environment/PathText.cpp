@@ -55,7 +55,10 @@ PathBuffer::PathBuffer(const std::wstring& path)
 
 std::wstring WithoutLastComponent(std::wstring path)
 {
-    PathRemoveFileSpecW(path.data()); // which only shortens what is there, however long it is
+    // The platform only shortens what is there, however long it is. Behind a last colon it may look
+    // at one character past the end, which has to be a second zero.
+    path.push_back(L'\0');
+    PathRemoveFileSpecW(path.data());
     path.resize(std::wcslen(path.c_str()));
     return path;
 }
