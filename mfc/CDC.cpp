@@ -45,10 +45,9 @@ CDC* CDC::FromHandle(HDC context)
     if (!context) return nullptr;
     if (CDC* const permanent = Contexts().Find(context)) return permanent;
     auto& temporary = framework::ThreadState::Current().contexts[context];
-    if (!temporary) {
-        temporary = std::make_unique<CDC>();
-        temporary->m_hDC = temporary->m_hAttribDC = context;
-    }
+    if (!temporary) temporary = std::make_unique<CDC>();
+    // Also when it was detached, or its handle destroyed, in between.
+    if (!temporary->m_hDC) temporary->m_hDC = temporary->m_hAttribDC = context;
     return temporary.get();
 }
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-void CStringArray::SetAtGrow(INT_PTR index, LPCWSTR text)
+void CStringArray::SetAtGrow(INT_PTR index, const CString& text)
 {
     CString copy(text); // the text may lie in an element that moves
     if (index >= GetSize()) SetSize(index + 1);
     ElementAt(index) = std::move(copy);
 }
 
-INT_PTR CStringArray::Add(LPCWSTR text)
+INT_PTR CStringArray::Add(const CString& text)
 {
     m_items.emplace_back(text);
     return GetUpperBound();
@@ -29,7 +29,7 @@ void CStringArray::Copy(const CStringArray& source)
     m_items = source.m_items;
 }
 
-void CStringArray::InsertAt(INT_PTR index, LPCWSTR text, INT_PTR count)
+void CStringArray::InsertAt(INT_PTR index, const CString& text, INT_PTR count)
 {
     const CString copy(text);
     if (index > GetSize()) SetSize(index);

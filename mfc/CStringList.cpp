@@ -50,24 +50,24 @@ const CString& CStringList::GetAt(POSITION position) const
     return Node::From(position)->text;
 }
 
-POSITION CStringList::AddHead(LPCWSTR text)
+POSITION CStringList::AddHead(const CString& text)
 {
     return Insert(nullptr, m_head, text)->Position();
 }
 
-POSITION CStringList::AddTail(LPCWSTR text)
+POSITION CStringList::AddTail(const CString& text)
 {
     return Insert(m_tail, nullptr, text)->Position();
 }
 
-POSITION CStringList::InsertBefore(POSITION position, LPCWSTR text)
+POSITION CStringList::InsertBefore(POSITION position, const CString& text)
 {
     if (!position) return AddHead(text);
     Node* const node = Node::From(position);
     return Insert(node->previous, node, text)->Position();
 }
 
-POSITION CStringList::InsertAfter(POSITION position, LPCWSTR text)
+POSITION CStringList::InsertAfter(POSITION position, const CString& text)
 {
     if (!position) return AddTail(text);
     Node* const node = Node::From(position);
@@ -113,7 +113,7 @@ POSITION CStringList::FindIndex(INT_PTR index) const noexcept
     return node->Position();
 }
 
-CStringList::Node* CStringList::Insert(Node* previous, Node* next, LPCWSTR text)
+CStringList::Node* CStringList::Insert(Node* previous, Node* next, const CString& text)
 {
     CString copy(text);
     Node* const node = Allocate();

@@ -96,13 +96,15 @@ BOOL CWinThread::InitInstance()
 
 int CWinThread::Run()
 {
+    bool idle = true;
+    LONG idleCount = 0;
     for (;;) {
-        LONG idleCount = 0;
-        while (!PeekMessageW(&m_msgCur, nullptr, 0, 0, PM_NOREMOVE) && OnIdle(idleCount++)) {
-        }
-        do {
-            if (!PumpMessage()) return ExitInstance();
-        } while (!IsIdleMessage(&m_msgCur) && PeekMessageW(&m_msgCur, nullptr, 0, 0, PM_NOREMOVE));
+        while (idle && !PeekMessageW(&m_msgCur, nullptr, 0, 0, PM_NOREMOVE))
+            idle = OnIdle(idleCount++) != FALSE;
+        if (!PumpMessage()) return ExitInstance();
+        if (!IsIdleMessage(&m_msgCur)) continue;
+        idle = true;
+        idleCount = 0;
     }
 }
 

@@ -35,10 +35,9 @@ CWnd* CWnd::FromHandle(HWND window)
     if (!window) return nullptr;
     if (CWnd* const permanent = FromHandlePermanent(window)) return permanent;
     auto& temporary = ThreadState::Current().windows[window];
-    if (!temporary) {
-        temporary = std::make_unique<CWnd>();
-        temporary->m_hWnd = window;
-    }
+    if (!temporary) temporary = std::make_unique<CWnd>();
+    // Also when it was detached, or its handle destroyed, in between.
+    if (!temporary->m_hWnd) temporary->m_hWnd = window;
     return temporary.get();
 }
 

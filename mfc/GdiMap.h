@@ -18,10 +18,9 @@ Object* GdiFromHandle(HGDIOBJ handle)
     if (!handle) return nullptr;
     if (auto* const permanent = dynamic_cast<Object*>(GdiMap().Find(handle))) return permanent;
     auto& temporary = ThreadState::Current().gdiObjects[{handle, typeid(Object)}];
-    if (!temporary) {
-        temporary = std::make_unique<Object>();
-        temporary->m_hObject = handle;
-    }
+    if (!temporary) temporary = std::make_unique<Object>();
+    // Also when it was detached, or its handle destroyed, in between.
+    if (!temporary->m_hObject) temporary->m_hObject = handle;
     return static_cast<Object*>(temporary.get());
 }
 

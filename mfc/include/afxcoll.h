@@ -6,7 +6,8 @@
 #include <afx.h>
 
 // A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the caller
-// (trapped in checked builds) unless a member says otherwise.
+// (trapped in checked builds) unless a member says otherwise. Texts keep the null characters in
+// them.
 class CStringArray : public CObject
 {
 public:
@@ -23,16 +24,16 @@ public:
     const CString* GetData() const noexcept { return m_items.data(); }
     CString* GetData() noexcept { return m_items.data(); }
 
-    void SetAt(INT_PTR index, LPCWSTR text) { ElementAt(index) = text; }
+    void SetAt(INT_PTR index, const CString& text) { ElementAt(index) = text; }
     // Grows the array with empty texts up to `index` where needed.
-    MFC_API void SetAtGrow(INT_PTR index, LPCWSTR text);
+    MFC_API void SetAtGrow(INT_PTR index, const CString& text);
     // Answers the index of the new element.
-    MFC_API INT_PTR Add(LPCWSTR text);
+    MFC_API INT_PTR Add(const CString& text);
     // Answers the index of the first one.
     MFC_API INT_PTR Append(const CStringArray& source);
     MFC_API void Copy(const CStringArray& source);
     // Beyond the end the array grows with empty texts first.
-    MFC_API void InsertAt(INT_PTR index, LPCWSTR text, INT_PTR count = 1);
+    MFC_API void InsertAt(INT_PTR index, const CString& text, INT_PTR count = 1);
     MFC_API void RemoveAt(INT_PTR index, INT_PTR count = 1);
     MFC_API void SetSize(INT_PTR size);
     void RemoveAll() noexcept { m_items.clear(); }
@@ -47,6 +48,7 @@ private:
 
 // A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null
 // positions, and the ends of an empty list, are mistakes of the caller where not said otherwise.
+// Texts keep the null characters in them.
 class MFC_API CStringList : public CObject
 {
 public:
@@ -65,15 +67,15 @@ public:
     const CString& GetPrev(POSITION& position) const;
     CString& GetAt(POSITION position);
     const CString& GetAt(POSITION position) const;
-    void SetAt(POSITION position, LPCWSTR text) { GetAt(position) = text; }
+    void SetAt(POSITION position, const CString& text) { GetAt(position) = text; }
     const CString& GetHead() const { return GetAt(GetHeadPosition()); }
     const CString& GetTail() const { return GetAt(GetTailPosition()); }
 
-    POSITION AddHead(LPCWSTR text);
-    POSITION AddTail(LPCWSTR text);
+    POSITION AddHead(const CString& text);
+    POSITION AddTail(const CString& text);
     // A null position adds at the head, respectively at the tail.
-    POSITION InsertBefore(POSITION position, LPCWSTR text);
-    POSITION InsertAfter(POSITION position, LPCWSTR text);
+    POSITION InsertBefore(POSITION position, const CString& text);
+    POSITION InsertAfter(POSITION position, const CString& text);
     // The removed text; an empty one from an empty list.
     CString RemoveHead();
     CString RemoveTail();
@@ -88,7 +90,7 @@ public:
 private:
     struct Node;
 
-    Node* Insert(Node* previous, Node* next, LPCWSTR text);
+    Node* Insert(Node* previous, Node* next, const CString& text);
     Node* Allocate();
     CString Remove(Node* node);
 

@@ -34,8 +34,9 @@ public:
     constexpr CSize& operator-=(SIZE size) noexcept { return *this = *this - size; }
 };
 
-// A position; sums wrap around at the ends of the 32-bit range.
-class CPoint : public tagPOINT
+// A position; sums wrap around at the ends of the 32-bit range. It may stand for a corner of a
+// rectangle, so it may share its memory with the rectangle's edges.
+class [[gnu::may_alias]] CPoint : public tagPOINT
 {
 public:
     constexpr CPoint() noexcept : tagPOINT{0, 0} {}
@@ -101,8 +102,11 @@ public:
     constexpr int Width() const noexcept { return framework::WrappingSubtract(right, left); }
     constexpr int Height() const noexcept { return framework::WrappingSubtract(bottom, top); }
     constexpr CSize Size() const noexcept { return {Width(), Height()}; }
-    constexpr CPoint TopLeft() const noexcept { return {left, top}; }
-    constexpr CPoint BottomRight() const noexcept { return {right, bottom}; }
+    // The corners themselves: what is done to them is done to the edges.
+    CPoint& TopLeft() noexcept { return reinterpret_cast<CPoint&>(left); }
+    CPoint& BottomRight() noexcept { return reinterpret_cast<CPoint&>(right); }
+    const CPoint& TopLeft() const noexcept { return reinterpret_cast<const CPoint&>(left); }
+    const CPoint& BottomRight() const noexcept { return reinterpret_cast<const CPoint&>(right); }
     // Half-way between the edges, rounded toward the top left one.
     constexpr CPoint CenterPoint() const noexcept
     {

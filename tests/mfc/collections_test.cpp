@@ -42,6 +42,36 @@ using Texts = std::vector<std::wstring>;
 
 } // namespace
 
+TEST(CStringArray, KeepsTheNullCharactersOfATextHoweverItComes)
+{
+    const CString text(L"a\0b", 3);
+    CStringArray array;
+    array.Add(text);
+    array.SetAtGrow(2, text);
+    array.SetAt(1, text);
+    array.InsertAt(0, text, 2);
+    ASSERT_EQ(array.GetSize(), 5);
+    for (const CString& kept : array)
+        EXPECT_EQ(kept, text);
+    CStringArray appended;
+    appended.Append(array);
+    EXPECT_EQ(appended[4].GetLength(), 3);
+}
+
+TEST(CStringList, KeepsTheNullCharactersOfATextHoweverItComes)
+{
+    const CString text(L"a\0b", 3);
+    CStringList list;
+    const POSITION head = list.AddHead(text);
+    list.AddTail(text);
+    list.InsertBefore(head, text);
+    list.InsertAfter(head, text);
+    list.SetAt(head, text);
+    ASSERT_EQ(list.GetCount(), 4);
+    for (POSITION position = list.GetHeadPosition(); position;)
+        EXPECT_EQ(list.GetNext(position).GetLength(), 3);
+}
+
 TEST(CStringArray, GrowsAndKeepsOrder)
 {
     CStringArray array;

@@ -170,6 +170,16 @@ TEST(FromHandle, AnswersTheObjectThatTheHandleIsAttachedTo)
     EXPECT_TRUE(IsGdiObject(handle.get())); // temporary objects own nothing
 }
 
+TEST(FromHandle, HasTheHandleAgainAfterTheTemporaryObjectLostIt)
+{
+    const HPEN handle = ::CreatePen(PS_SOLID, 1, red);
+    CPen::FromHandle(handle)->Detach();
+    EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle);
+    EXPECT_TRUE(CPen::FromHandle(handle)->DeleteObject());
+    EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle); // another pen may have it by then
+    CGdiObject::DeleteTempMap();
+}
+
 TEST(FromHandle, AnswersAnObjectOfTheTypeThatIsAskedFor)
 {
     CGdiObject object;
@@ -369,6 +379,15 @@ TEST(DeviceContext, TemporaryObjectsOwnNothing)
     EXPECT_EQ(CDC::FromHandle(handle.get()), temporary);
     CDC::DeleteTempMap();
     EXPECT_TRUE(IsGdiObject(handle.get()));
+}
+
+TEST(DeviceContext, OfAHandleHasItAgainAfterItsTemporaryObjectLostIt)
+{
+    const base::MemoryContext handle(::CreateCompatibleDC(nullptr));
+    EXPECT_EQ(CDC::FromHandle(handle.get())->Detach(), handle.get());
+    EXPECT_EQ(CDC::FromHandle(handle.get())->m_hDC, handle.get());
+    EXPECT_EQ(CDC::FromHandle(handle.get())->m_hAttribDC, handle.get());
+    CDC::DeleteTempMap();
 }
 
 TEST(DeviceContext, OfTheScreenIsReleased)

@@ -120,6 +120,18 @@ TEST(Thread, WithoutTheFrameworkHasNoObject)
     EXPECT_EQ(AfxGetThread(), &application);
 }
 
+TEST(Window, OfAHandleHasItAgainAfterItsTemporaryObjectLostIt)
+{
+    CWnd own;
+    own.CreateEx(0, nullptr, L"", WS_OVERLAPPED, CRect(0, 0, 10, 10), nullptr, 0);
+    const HWND window = own.Detach();
+    EXPECT_EQ(CWnd::FromHandle(window)->Detach(), window);
+    EXPECT_EQ(CWnd::FromHandle(window)->m_hWnd, window);
+    EXPECT_TRUE(CWnd::FromHandle(window)->DestroyWindow());
+    EXPECT_EQ(CWnd::FromHandle(window)->m_hWnd, window); // which another window may have by then
+    CWnd::DeleteTempMap();
+}
+
 TEST(Thread, EachHasItsOwnTemporaryObjects)
 {
     const HWND desktop = GetDesktopWindow();
@@ -206,6 +218,8 @@ public:
     BOOL PreTranslateMessage(MSG* message) override
     {
         translated += message->message == quitMessage;
+        if (message->message == WM_MOUSEMOVE) idlesAtMove = idles;
+        if (message->message == quitMessage) idlesAtQuit = idles;
         return CWinApp::PreTranslateMessage(message);
     }
     int ExitInstance() override
@@ -219,6 +233,8 @@ public:
     std::function<void()> start = [] {};
     bool refuse = false;
     int idles = 0;
+    int idlesAtMove = -1;
+    int idlesAtQuit = -1;
     int exits = 0;
     int translated = 0;
     HWND windowAtExit = nullptr;
@@ -261,6 +277,26 @@ TEST(MessageLoop, IsIdleWhenTheQueueIsEmpty)
     application.start = [&] { application.window.SetTimer(1, 50, &QuitByTimer); };
     EXPECT_EQ(RunApplication(), 0);
     EXPECT_GE(application.idles, 3); // asked for more until it said that it is done
+}
+
+// Each message arrives when the queue has been empty for a while.
+TEST(MessageLoop, IsNotIdleAgainAfterMouseMovesAlone)
+{
+    LoopApplication application;
+    std::thread sender;
+    application.start = [&] {
+        sender = std::thread([window = application.window.m_hWnd] {
+            for (const UINT message : std::initializer_list<UINT>{WM_MOUSEMOVE, WM_NCMOUSEMOVE,
+                                                                  WM_MOUSEMOVE, quitMessage}) {
+                Sleep(50);
+                PostMessageW(window, message, 0, 0);
+            }
+        });
+    };
+    EXPECT_EQ(RunApplication(), 0);
+    sender.join();
+    EXPECT_GE(application.idlesAtMove, 3);
+    EXPECT_EQ(application.idlesAtQuit, application.idlesAtMove);
 }
 
 TEST(MessageLoop, FreesTemporaryObjectsWhenItIsIdle)

@@ -54,6 +54,20 @@ TEST(CRect, KnowsItsSizeAndCorners)
     EXPECT_EQ(CRect(INT_MIN, 0, INT_MAX, 0).Width(), -1);
 }
 
+TEST(CRect, GivesItsCornersToChange)
+{
+    CRect rect(1, 2, 3, 4);
+    rect.TopLeft() = CPoint(10, 20);
+    rect.BottomRight() += CSize(100, 200);
+    rect.TopLeft().x -= 3;
+    EXPECT_EQ(rect, CRect(7, 20, 103, 204));
+    CPoint& corner = rect.BottomRight();
+    rect.right = 5;
+    EXPECT_EQ(corner.x, 5);
+    corner.x = 6;
+    EXPECT_EQ(rect.right, 6);
+}
+
 TEST(CRect, TellsEmptyFromNull)
 {
     EXPECT_TRUE(CRect().IsRectEmpty());
