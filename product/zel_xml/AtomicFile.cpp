@@ -1,5 +1,6 @@
 #include "AtomicFile.h"
 
+#include <base/FileReplacement.h>
 #include <base/Handles.h>
 
 #include <atomic>
@@ -43,9 +44,7 @@ public:
         // Without the flush a power cut could leave the new name on a file that was never written.
         if (!FlushFileBuffers(m_file.get())) return false;
         m_file.reset();
-        if (!MoveFileExW(m_path.c_str(), path.c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-            return false;
+        if (!base::MoveOver(m_path.c_str(), path.c_str())) return false;
         m_exists = false;
         return true;
     }
