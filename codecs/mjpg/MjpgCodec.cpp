@@ -192,7 +192,9 @@ LRESULT MjpgCodec::Compress(const ICCOMPRESS* frame, LPARAM size) const
         return ICERR_BADPARAM;
     if (CompressQuery(frame->lpbiInput, frame->lpbiOutput) != ICERR_OK || !frame->lpbiOutput)
         return ICERR_BADFORMAT;
-    const DWORD quality = frame->dwQuality > bestQuality ? m_quality : frame->dwQuality;
+    const DWORD quality = frame->dwQuality == static_cast<DWORD>(ICQUALITY_DEFAULT)
+                              ? m_quality
+                              : std::min<DWORD>(frame->dwQuality, bestQuality);
     const std::size_t bytes =
         EncodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), ShapeOf(*frame->lpbiInput),
                    static_cast<int>(quality), static_cast<std::uint8_t*>(frame->lpOutput));

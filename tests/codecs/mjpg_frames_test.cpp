@@ -59,6 +59,16 @@ TEST_F(MjpgCodec, DefaultQualityIsTheInstances)
     EXPECT_NE(Compress(in, 9900), Compress(in, 2500));
 }
 
+TEST_F(MjpgCodec, AQualityAboveTheBestIsTheBest)
+{
+    Picture in(RawFormat(64, 64, 32));
+    in.Paint(Smooth);
+    const Bytes best = Compress(in, 10000);
+    EXPECT_NE(Compress(in, 7500), best);
+    for (const DWORD quality : {10001u, 20000u, 0x7FFFFFFFu, 0xFFFFFFFEu})
+        EXPECT_EQ(Compress(in, quality), best) << quality;
+}
+
 TEST_F(MjpgCodec, NoiseAndExtremeColoursFitAtTheBestQuality)
 {
     std::mt19937 random(4);
