@@ -203,10 +203,13 @@ TEST(ForwardConversion, UnusableInputGivesTheOrigin)
 
 TEST(ForwardConversion, AbsurdInputStopsAtTheLimits)
 {
-    const UPoint p =
-        qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1, INT_MIN, 0,
-                                       &linear, INT_MAX, INT_MAX, INT_MIN, INT_MIN, 3);
-    EXPECT_TRUE(p == p);
+    const auto at = [](int flip) {
+        return qor_utils::GetPixelCoordinates(INT_MAX, INT_MAX, {INT_MAX, INT_MAX}, {1, 1}, 1,
+                                              INT_MIN, 0, &linear, INT_MAX, INT_MAX, INT_MIN,
+                                              INT_MIN, flip);
+    };
+    EXPECT_EQ(at(0), UPoint(INT_MIN, INT_MAX));
+    EXPECT_EQ(at(3), UPoint(0, INT_MIN));
     const UPoint deep = qor_utils::GetPixelCoordinates(0, INT_MAX, {0, 0}, {1, 1}, 1, 0, 0, &linear,
                                                        INT_MAX, 0, 0, 0, 0);
     EXPECT_EQ(deep.y, INT_MAX);

@@ -262,8 +262,7 @@ TEST(CreateImageMask, MarksTheSectorAndNothingElse)
 
 TEST(CreateImageMask, EndsAtTheFirstColumnPastTheRegion)
 {
-    // Pixels 3 wide: lines 0 to 127 are at columns 9.5 and up; line 64 would be the end of the
-    // region.
+    // From right to left: the first columns lie past the region, those of the region come later.
     const ZelProbe linear{1, 128, 300, 0, 0};
     MaskInput in;
     in.probe = &linear;
@@ -273,16 +272,14 @@ TEST(CreateImageMask, EndsAtTheFirstColumnPastTheRegion)
     in.lines = 128;
     in.imageRect = CRect(0, 0, 64, 40);
     in.origin = {200, 0};
-    in.scale = {100, 100};
-    const Bytes mask = Mask(in);
-    const auto columnMarked = [&](int x) {
-        return mask[static_cast<std::size_t>(10 * in.width + x)] == 255;
-    };
-    EXPECT_TRUE(columnMarked(150));
-    EXPECT_TRUE(columnMarked(200));
-    for (int x = 203; x < in.width; ++x)
-        ASSERT_FALSE(columnMarked(x));
-    EXPECT_EQ(mask, PlainMask(in).Make());
+    in.scale = {-100, 100};
+    const auto marked = [](const Bytes& mask) { return std::count(mask.begin(), mask.end(), 255); };
+    EXPECT_EQ(marked(Mask(in)), 0);
+    EXPECT_EQ(marked(PlainMask(in).Make()), 0);
+    // The same columns are marked when the mask begins inside the region.
+    in.origin.x = -60;
+    EXPECT_GT(marked(Mask(in)), 1000);
+    EXPECT_EQ(Mask(in), PlainMask(in).Make());
 }
 
 TEST(CreateImageMask, MarksNothingWithoutAGeometry)
