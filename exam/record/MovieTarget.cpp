@@ -3,6 +3,7 @@
 #include "base/FileKind.h"
 
 #include <base/FilePath.h>
+#include <base/FileReplacement.h>
 #include <windows.h>
 
 namespace exam {
@@ -80,8 +81,9 @@ std::wstring MovieTarget::Choose(const std::wstring& path, bool overwrite)
 
 bool MovieTarget::PutInPlace()
 {
-    const DWORD flags = m_overwrite ? MOVEFILE_REPLACE_EXISTING : 0;
-    if (!MoveFileExW(m_writingPath.c_str(), m_path.c_str(), flags)) return false;
+    const bool inPlace = m_overwrite ? base::MoveOver(m_writingPath.c_str(), m_path.c_str())
+                                     : MoveFileW(m_writingPath.c_str(), m_path.c_str());
+    if (!inPlace) return false;
     m_writingPath.clear();
     return true;
 }
