@@ -5,6 +5,7 @@
 #include "image/ImageView.h"
 #include "record/AviCheck.h"
 #include "record/MovieTarget.h"
+#include "record/MovieSettings.h"
 #include "record/VideoCodec.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
@@ -117,10 +118,10 @@ std::wstring Prepare(const std::wstring& path, const std::wstring& movie, bool o
         return L"the movie cannot replace the recording it is made of";
     if (std::wstring problem = replay.target.Choose(movie, overwrite); !problem.empty())
         return movie + L" cannot be written: " + problem;
-    const std::optional<std::wstring> codec = MovieCodec();
-    if (!codec) return L"the profile names no codec, and cannot be written";
+    const std::optional<std::wstring> codec = PrepareMovieSettings();
+    if (!codec) return L"the settings of movies cannot be written to the profile";
     replay.codec = *codec;
-    if (IsUsableCodec(replay.codec)) return L"";
+    if (FindCodec(replay.codec)) return L"";
     return L"the codec '" + replay.codec +
            L"' is not installed; install it, or set RecordCodec to the name of another or to "
            L"Uncompressed";

@@ -1,6 +1,7 @@
 #include "record/Recorder.h"
 
 #include "record/MovieRecording.h"
+#include "record/MovieSettings.h"
 #include "record/RawRecording.h"
 #include "record/VideoCodec.h"
 
@@ -39,9 +40,9 @@ CString Recorder::StartMovie()
 {
     // The library refuses a missing codec and an unwritable file alike, so the codec is looked up
     // before.
-    const std::optional<std::wstring> codec = MovieCodec();
+    const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
-    if (!IsUsableCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
+    if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
     return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi",
                  "exam.record.movie");
 }

@@ -1,18 +1,16 @@
 #include "record/VideoCodec.h"
 
-#include <afxwin.h>
 #include <base/Owner.h>
 
+#include <windows.h>
+
 #include <vfw.h>
+
+#include <cwchar>
 
 namespace exam {
 
 namespace {
-
-constexpr wchar_t section[] = L"Settings\\Capture";
-constexpr wchar_t entry[] = L"RecordCodec";
-constexpr wchar_t uncompressed[] = L"Uncompressed";
-constexpr wchar_t firstChoice[] = L"MJPG";
 
 struct CodecTraits
 {
@@ -36,24 +34,21 @@ std::wstring ShortName(const ICINFO& listed)
     return codec && ICGetInfo(codec.get(), &info, sizeof info) != 0 ? info.szName : L"";
 }
 
-} // namespace
-
-std::optional<std::wstring> MovieCodec()
+bool IsSameName(const std::wstring& a, const std::wstring& b)
 {
-    CWinApp& app = *AfxGetApp();
-    const CString codec = app.GetProfileString(section, entry, L"");
-    if (!codec.IsEmpty()) return std::wstring(codec.GetString());
-    if (!app.WriteProfileString(section, entry, firstChoice)) return {};
-    return firstChoice;
+    return _wcsicmp(a.c_str(), b.c_str()) == 0;
 }
 
-bool IsUsableCodec(const std::wstring& name)
+} // namespace
+
+std::optional<std::wstring> FindCodec(const std::wstring& name)
 {
-    if (name == uncompressed) return true;
+    if (IsSameName(name, uncompressedMovies)) return uncompressedMovies;
     for (DWORD i = 0;; ++i) {
         ICINFO listed = EmptyInfo();
-        if (!ICInfo(ICTYPE_VIDEO, i, &listed)) return false;
-        if (ShortName(listed) == name) return true;
+        if (!ICInfo(ICTYPE_VIDEO, i, &listed)) return {};
+        if (std::wstring installed = ShortName(listed); IsSameName(name, installed))
+            return installed;
     }
 }
 

@@ -5,13 +5,11 @@
 
 namespace exam {
 
-/// The short name of the codec that movies are written with, from the setting "RecordCodec". A
-/// missing setting becomes "MJPG", so that the library does not fall back to its own default.
-/// Nothing when the setting is missing and cannot be written.
-std::optional<std::wstring> MovieCodec();
+/// What movies without compression are called where a codec is named.
+inline constexpr wchar_t uncompressedMovies[] = L"Uncompressed";
 
-/// Whether movies can be written with the codec `name`: it is "Uncompressed", or the short name of
-/// an installed one.
-bool IsUsableCodec(const std::wstring& name);
+/// The codec of this name, whatever its case, as the library has to be given it: "Uncompressed", or
+/// the short name of an installed codec. Nothing when there is none.
+std::optional<std::wstring> FindCodec(const std::wstring& name);
 
 } // namespace exam

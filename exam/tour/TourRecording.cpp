@@ -129,7 +129,7 @@ void TourRecording(TourContext& context)
     AnotherImageEndsTheRecording(context, folder);
     MissingCodec(context);
     Movie(context, L"Uncompressed", folder + L"\\movie-001.avi");
-    if (IsUsableCodec(L"MJPG"))
+    if (FindCodec(L"MJPG"))
         Movie(context, L"MJPG", folder + L"\\movie-002.avi");
     else
         WriteOut(L"  - no movie with the codec MJPG: it is not installed\n");

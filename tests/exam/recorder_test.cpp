@@ -4,6 +4,7 @@
 #include "base/ScreenLayout.h"
 #include "record/AviCheck.h"
 #include "record/Recorder.h"
+#include "record/MovieSettings.h"
 #include "record/VideoCodec.h"
 #include "screen/ScreenContent.h"
 
@@ -12,12 +13,14 @@
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/ChildTest.h>
+#include <test_support/LogCapture.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 using namespace exam;
 
@@ -99,10 +102,56 @@ TEST_F(RecorderTest, RecordsNoMovieWhenTheSettingOfTheCodecCannotBeKept)
 {
     std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
     s_app.m_pszProfileName = _wcsdup((m_folder / L"no\\such\\exam.ini").c_str());
-    EXPECT_EQ(MovieCodec(), std::nullopt);
+    EXPECT_EQ(PrepareMovieSettings(), std::nullopt);
     m_recorder.StartMovie();
     EXPECT_FALSE(m_recorder.IsRecording());
     EXPECT_FALSE(std::filesystem::exists(m_folder / L"movie-001.avi"));
+}
+
+TEST_F(RecorderTest, RecordsWithACodecWhoseNameIsWrittenInAnotherCase)
+{
+    SetCodec(L"uncomPRESSED");
+    m_recorder.StartMovie();
+    Record(2);
+    EXPECT_EQ(m_finished.frames, 2);
+    EXPECT_TRUE(m_finished.whole);
+    EXPECT_EQ(s_app.GetProfileString(L"Settings\\Capture", L"RecordCodec"), L"Uncompressed");
+}
+
+TEST_F(RecorderTest, LeavesTheNameOfACodecThatIsNotInstalled)
+{
+    SetCodec(L"None such");
+    EXPECT_EQ(PrepareMovieSettings(), L"None such");
+    EXPECT_EQ(FindCodec(L"None such"), std::nullopt);
+}
+
+TEST_F(RecorderTest, SaysWhatAQualityBecomesThatIsNotAllowed)
+{
+    const std::pair<const wchar_t*, int> qualities[] = {
+        {L"101", 100}, {L"-1", 0}, {L"99999999999", 100}, {L"best", 100}, {L"50%", 100}};
+    for (const auto& [stored, used] : qualities) {
+        s_app.WriteProfileString(L"Settings\\Capture", L"RecordQuality", stored);
+        test_support::LogCapture log;
+        EXPECT_NE(PrepareMovieSettings(), std::nullopt);
+        EXPECT_EQ(s_app.GetProfileInt(L"Settings\\Capture", L"RecordQuality", -1), UINT(used));
+        const auto messages = log.Take();
+        ASSERT_EQ(messages.size(), 1u);
+        EXPECT_EQ(messages[0].level, qor_utils::warningLevel);
+        EXPECT_EQ(messages[0].text, std::wstring(L"RecordQuality is '") + stored +
+                                        L"'; movies are recorded with " + std::to_wstring(used) +
+                                        L" percent.");
+    }
+}
+
+TEST_F(RecorderTest, LeavesAQualityThatIsAllowed)
+{
+    for (const wchar_t* const stored : {L"0", L"1", L"075", L"100"}) {
+        s_app.WriteProfileString(L"Settings\\Capture", L"RecordQuality", stored);
+        test_support::LogCapture log;
+        EXPECT_NE(PrepareMovieSettings(), std::nullopt);
+        EXPECT_EQ(s_app.GetProfileString(L"Settings\\Capture", L"RecordQuality"), stored);
+        EXPECT_TRUE(log.Take().empty());
+    }
 }
 
 TEST_F(RecorderTest, NeverRecordsOverAFile)
@@ -142,7 +191,7 @@ TEST_F(RecorderTest, DiskFullLeavesAMovieThatIsSaidNotToBeWhole)
 {
     if (FileLimit() == 0)
         GTEST_SKIP() << "needs a limit on the size of files; check-disk-full sets one";
-    if (!IsUsableCodec(L"MJPG")) GTEST_SKIP() << "the codec MJPG is not installed";
+    if (!FindCodec(L"MJPG")) GTEST_SKIP() << "the codec MJPG is not installed";
     SetCodec(L"MJPG");
     m_recorder.StartMovie();
     Record(50);

@@ -1,0 +1,78 @@
+#include "record/MovieSettings.h"
+
+#include "record/VideoCodec.h"
+
+#include <afxwin.h>
+#include <qor_utils/zelLogger.h>
+
+#include <algorithm>
+#include <cwchar>
+
+namespace exam {
+
+namespace {
+
+constexpr wchar_t section[] = L"Settings\\Capture";
+constexpr wchar_t codecEntry[] = L"RecordCodec";
+constexpr wchar_t qualityEntry[] = L"RecordQuality";
+constexpr wchar_t firstChoice[] = L"MJPG";
+
+constexpr long lowestQuality = 0; // percent
+constexpr long highestQuality = 100;
+
+std::optional<std::wstring> PrepareCodec(CWinApp& app)
+{
+    const CString stored = app.GetProfileString(section, codecEntry, L"");
+    const std::wstring wanted = stored.IsEmpty() ? firstChoice : stored.GetString();
+    const std::wstring name = FindCodec(wanted).value_or(wanted);
+    if (name == stored.GetString()) return name;
+    if (!app.WriteProfileString(section, codecEntry, name.c_str())) return {};
+    return name;
+}
+
+// Nothing when the text is more, or less, than a number.
+std::optional<long> Number(const wchar_t* text)
+{
+    wchar_t* end = nullptr;
+    const long number = std::wcstol(text, &end, 10);
+    if (end == text || *end != L'\0') return {};
+    return number;
+}
+
+// The stored quality as a text, whether the profile keeps it as a number or as a text; empty when
+// there is none.
+CString StoredQuality(CWinApp& app)
+{
+    const CString text = app.GetProfileString(section, qualityEntry, L"");
+    if (!text.IsEmpty()) return text;
+    constexpr int absent = -1;
+    const int number = static_cast<int>(app.GetProfileInt(section, qualityEntry, absent));
+    CString digits;
+    if (number != absent) digits.Format(L"%d", number);
+    return digits;
+}
+
+bool PrepareQuality(CWinApp& app)
+{
+    const CString stored = StoredQuality(app);
+    if (stored.IsEmpty()) return true;
+    const std::optional<long> number = Number(stored);
+    // Where there is no number, the highest is what the library takes without a setting.
+    const long quality = std::clamp(number.value_or(highestQuality), lowestQuality, highestQuality);
+    if (number == quality) return true;
+    zelLogger::zelLogHelper("exam/MovieSettings", __LINE__, qor_utils::warningLevel)(
+        L"RecordQuality is '%s'; movies are recorded with %ld percent.", stored.GetString(),
+        quality);
+    return app.WriteProfileInt(section, qualityEntry, static_cast<int>(quality)) != FALSE;
+}
+
+} // namespace
+
+std::optional<std::wstring> PrepareMovieSettings()
+{
+    CWinApp& app = *AfxGetApp();
+    if (!PrepareQuality(app)) return {};
+    return PrepareCodec(app);
+}
+
+} // namespace exam
