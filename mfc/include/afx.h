@@ -5,7 +5,7 @@
 #include <atlstr.h>
 #include <framework/export.h>
 
-// The root of the classes that are addressed by pointer: never copied, deleted through any base.
+/// The root of the classes that are addressed by pointer: never copied, deleted through any base.
 class CObject
 {
 public:
@@ -17,6 +17,6 @@ protected:
     CObject() = default;
 };
 
-// An element's place in a list; null for none.
+/// An element's place in a list; null for none.
 struct __POSITION;
 using POSITION = __POSITION*;

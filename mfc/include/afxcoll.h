@@ -5,16 +5,16 @@
 
 #include <afx.h>
 
-// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the caller
-// (trapped in checked builds) unless a member says otherwise. Texts keep the null characters in
-// them.
+/// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the
+/// caller (trapped in checked builds) unless a member says otherwise. Texts keep the null
+/// characters in them.
 class CStringArray : public CObject
 {
 public:
     INT_PTR GetSize() const noexcept { return static_cast<INT_PTR>(m_items.size()); }
     INT_PTR GetCount() const noexcept { return GetSize(); }
     bool IsEmpty() const noexcept { return m_items.empty(); }
-    // The last index, -1 for an empty array.
+    /// The last index, -1 for an empty array.
     INT_PTR GetUpperBound() const noexcept { return GetSize() - 1; }
 
     const CString& GetAt(INT_PTR index) const { return m_items[static_cast<size_t>(index)]; }
@@ -25,20 +25,20 @@ public:
     CString* GetData() noexcept { return m_items.data(); }
 
     void SetAt(INT_PTR index, const CString& text) { ElementAt(index) = text; }
-    // Grows the array with empty texts up to `index` where needed.
+    /// Grows the array with empty texts up to `index` where needed.
     MFC_API void SetAtGrow(INT_PTR index, const CString& text);
-    // Answers the index of the new element.
+    /// Answers the index of the new element.
     MFC_API INT_PTR Add(const CString& text);
-    // Answers the index of the first one.
+    /// Answers the index of the first one.
     MFC_API INT_PTR Append(const CStringArray& source);
     MFC_API void Copy(const CStringArray& source);
-    // Beyond the end the array grows with empty texts first.
+    /// Beyond the end the array grows with empty texts first.
     MFC_API void InsertAt(INT_PTR index, const CString& text, INT_PTR count = 1);
     MFC_API void RemoveAt(INT_PTR index, INT_PTR count = 1);
     MFC_API void SetSize(INT_PTR size);
     void RemoveAll() noexcept { m_items.clear(); }
 
-    // For range-based loops.
+    /// For range-based loops.
     auto begin() const noexcept { return m_items.begin(); }
     auto end() const noexcept { return m_items.end(); }
 
@@ -46,13 +46,13 @@ private:
     std::vector<CString> m_items;
 };
 
-// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null
-// positions, and the ends of an empty list, are mistakes of the caller where not said otherwise.
-// Texts keep the null characters in them.
+/// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null
+/// positions, and the ends of an empty list, are mistakes of the caller where not said otherwise.
+/// Texts keep the null characters in them.
 class MFC_API CStringList : public CObject
 {
 public:
-    // Elements are allocated in blocks of `blockSize`.
+    /// Elements are allocated in blocks of `blockSize`.
     explicit CStringList(INT_PTR blockSize = 10);
     ~CStringList() override;
 
@@ -62,7 +62,7 @@ public:
 
     POSITION GetHeadPosition() const noexcept;
     POSITION GetTailPosition() const noexcept;
-    // The element at `position`, which moves on (null behind the last).
+    /// The element at `position`, which moves on (null behind the last).
     const CString& GetNext(POSITION& position) const;
     const CString& GetPrev(POSITION& position) const;
     CString& GetAt(POSITION position);
@@ -73,18 +73,18 @@ public:
 
     POSITION AddHead(const CString& text);
     POSITION AddTail(const CString& text);
-    // A null position adds at the head, respectively at the tail.
+    /// A null position adds at the head, respectively at the tail.
     POSITION InsertBefore(POSITION position, const CString& text);
     POSITION InsertAfter(POSITION position, const CString& text);
-    // The removed text; an empty one from an empty list.
+    /// The removed text; an empty one from an empty list.
     CString RemoveHead();
     CString RemoveTail();
     void RemoveAt(POSITION position);
     void RemoveAll() noexcept;
 
-    // The first equal element behind `startAfter` (null: from the head), null when there is none.
+    /// The first equal element behind `startAfter` (null: from the head), null when there is none.
     POSITION Find(LPCWSTR text, POSITION startAfter = nullptr) const;
-    // Null when there is no such index.
+    /// Null when there is no such index.
     POSITION FindIndex(INT_PTR index) const noexcept;
 
 private:

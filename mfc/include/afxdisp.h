@@ -7,11 +7,11 @@
 #include <atltime.h>
 #include <framework/export.h>
 
-// What the parts of a moment without a calendar date read as.
+/// What the parts of a moment without a calendar date read as.
 inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 
-// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular
-// time zone; the years 100 to 9999.
+/// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular
+/// time zone; the years 100 to 9999.
 class COleDateTime
 {
 public:
@@ -19,32 +19,32 @@ public:
     {
         error = -1,
         valid = 0,
-        invalid = 1, // no such moment
-        null = 2     // deliberately none
+        invalid = 1, ///< no such moment
+        null = 2     ///< deliberately none
     };
 
-    // Status first, value second, as the other way round the value could be read without a look at
-    // the status.
+    /// Status first, value second, as the other way round the value could be read without a look at
+    /// the status.
     DateTimeStatus m_status = valid;
     DATE m_dt = 0;
 
     constexpr COleDateTime() noexcept = default;
     MFC_API COleDateTime(DATE date);
-    // Month and day count from 1.
+    /// Month and day count from 1.
     MFC_API COleDateTime(int year, int month, int day, int hour, int minute, int second);
     MFC_API COleDateTime(const SYSTEMTIME& time);
-    // Local time.
+    /// Local time.
     MFC_API explicit COleDateTime(const CTime& time);
 
     MFC_API static COleDateTime WINAPI GetCurrentTime();
 
     constexpr DateTimeStatus GetStatus() const noexcept { return m_status; }
     constexpr void SetStatus(DateTimeStatus status) noexcept { m_status = status; }
-    // False unless the status is valid.
+    /// False unless the status is valid.
     MFC_API bool GetAsSystemTime(SYSTEMTIME& time) const;
 
-    // AFX_OLE_DATETIME_ERROR unless the status is valid. Days of the week count from 1, which is
-    // Sunday.
+    /// AFX_OLE_DATETIME_ERROR unless the status is valid. Days of the week count from 1, which is
+    /// Sunday.
     MFC_API int GetYear() const;
     MFC_API int GetMonth() const;
     MFC_API int GetDay() const;
@@ -54,20 +54,20 @@ public:
     MFC_API int GetDayOfWeek() const;
     MFC_API int GetDayOfYear() const;
 
-    // 0, or 1 (and the status invalid) when there is no such moment.
+    /// 0, or 1 (and the status invalid) when there is no such moment.
     MFC_API int SetDateTime(int year, int month, int day, int hour, int minute, int second);
     int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
-    // On 30 December 1899.
+    /// On 30 December 1899.
     int SetTime(int hour, int minute, int second)
     {
         return SetDateTime(1899, 12, 30, hour, minute, second);
     }
-    // As the C library's wcsftime formats it; empty unless the status is valid.
+    /// As the C library's wcsftime formats it; empty unless the status is valid.
     MFC_API CString Format(LPCWSTR format) const;
 
-    // By the moment; two moments that are not valid are equal when their status is. Before 1900 the
-    // fraction of the value counts the hours forward although the value is negative, which the
-    // comparison minds.
+    /// By the moment; two moments that are not valid are equal when their status is. Before 1900
+    /// the fraction of the value counts the hours forward although the value is negative, which the
+    /// comparison minds.
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) noexcept
     {
         return a.m_status == b.m_status &&

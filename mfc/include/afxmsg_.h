@@ -38,9 +38,9 @@ protected:                                                                      
     return &map;                                                                                   \
     }
 
-// LRESULT member(WPARAM, LPARAM), for any message
+/// LRESULT member(WPARAM, LPARAM), for any message
 #define ON_MESSAGE(message, member) {message, 0, 0, 0, &framework::OnMessage<&ThisClass::member>},
-// void member()
+/// void member()
 #define ON_COMMAND(id, member)                                                                     \
     {WM_COMMAND, CN_COMMAND, id, id, &framework::OnNothing<&ThisClass::member>},
 #define ON_CONTROL(code, id, member)                                                               \
@@ -48,8 +48,8 @@ protected:                                                                      
 #define ON_BN_CLICKED(id, member) ON_CONTROL(BN_CLICKED, id, member)
 #define ON_CBN_SELCHANGE(id, member) ON_CONTROL(CBN_SELCHANGE, id, member)
 
-// The handler of each of these has a fixed name, that of the member function of CWnd which is the
-// default.
+/// The handler of each of these has a fixed name, that of the member function of CWnd which is the
+/// default.
 #define FRAMEWORK_ON_WM(message, kind, member)                                                     \
     {message, 0, 0, 0, &framework::kind<&ThisClass::member>},
 #define ON_WM_CREATE() FRAMEWORK_ON_WM(WM_CREATE, OnCreateStruct, OnCreate)

@@ -8,25 +8,28 @@
 #include <atlstr.h>
 #include <framework/export.h>
 
-// The system's header makes it a macro, which would rename the functions below.
+/// The system's header makes it a macro, which would rename the functions below.
 #undef GetCurrentTime
 
-// A moment: seconds since 1970-01-01 00:00 UTC, zero by default. Its parts are those of local time.
+/// A moment: seconds since 1970-01-01 00:00 UTC, zero by default. Its parts are those of local
+/// time.
 class CTime
 {
 public:
     constexpr CTime() noexcept = default;
     constexpr CTime(__time64_t time) noexcept : m_time(time) {}
-    // Local time; month and day count from 1. Parts that do not make up a moment give -1 (GetTime).
+    /// Local time; month and day count from 1. Parts that do not make up a moment give -1
+    /// (GetTime).
     MFC_API CTime(int year, int month, int day, int hour, int minute, int second,
                   int daylightSaving = -1);
 
     MFC_API static CTime WINAPI GetCurrentTime();
 
     constexpr __time64_t GetTime() const noexcept { return m_time; }
-    // Null when the moment has no local calendar date.
+    /// Null when the moment has no local calendar date.
     MFC_API tm* GetLocalTm(tm* result) const;
-    // 0 when the moment has no local calendar date. Days of the week count from 1, which is Sunday.
+    /// 0 when the moment has no local calendar date. Days of the week count from 1, which is
+    /// Sunday.
     MFC_API int GetYear() const;
     MFC_API int GetMonth() const;
     MFC_API int GetDay() const;
@@ -34,7 +37,7 @@ public:
     MFC_API int GetMinute() const;
     MFC_API int GetSecond() const;
     MFC_API int GetDayOfWeek() const;
-    // As the C library's wcsftime formats local time; empty when it cannot.
+    /// As the C library's wcsftime formats local time; empty when it cannot.
     MFC_API CString Format(LPCWSTR format) const;
 
     friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;

@@ -6,7 +6,7 @@
 
 #include <framework/Wrapping.h>
 
-// A width and a height, in whatever unit the function says that takes it.
+/// A width and a height, in whatever unit the function says that takes it.
 class CSize : public tagSIZE
 {
 public:
@@ -34,8 +34,8 @@ public:
     constexpr CSize& operator-=(SIZE size) noexcept { return *this = *this - size; }
 };
 
-// A position; sums wrap around at the ends of the 32-bit range. It may stand for a corner of a
-// rectangle, so it may share its memory with the rectangle's edges.
+/// A position; sums wrap around at the ends of the 32-bit range. It may stand for a corner of a
+/// rectangle, so it may share its memory with the rectangle's edges.
 class [[gnu::may_alias]] CPoint : public tagPOINT
 {
 public:
@@ -43,7 +43,7 @@ public:
     constexpr CPoint(int pointX, int pointY) noexcept : tagPOINT{pointX, pointY} {}
     constexpr CPoint(POINT point) noexcept : tagPOINT(point) {}
     explicit constexpr CPoint(SIZE size) noexcept : tagPOINT{size.cx, size.cy} {}
-    // The position packed into the parameter of a mouse message: two signed 16-bit halves.
+    /// The position packed into the parameter of a mouse message: two signed 16-bit halves.
     explicit constexpr CPoint(LPARAM packed) noexcept
         : tagPOINT{static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))}
     {
@@ -81,8 +81,8 @@ public:
     constexpr CPoint& operator-=(POINT point) noexcept { return *this -= CSize(point); }
 };
 
-// A rectangle by its edges; the right and the bottom edge lie outside. Nothing normalises it but
-// NormalizeRect.
+/// A rectangle by its edges; the right and the bottom edge lie outside. Nothing normalises it but
+/// NormalizeRect.
 class CRect : public tagRECT
 {
 public:
@@ -102,12 +102,12 @@ public:
     constexpr int Width() const noexcept { return framework::WrappingSubtract(right, left); }
     constexpr int Height() const noexcept { return framework::WrappingSubtract(bottom, top); }
     constexpr CSize Size() const noexcept { return {Width(), Height()}; }
-    // The corners themselves: what is done to them is done to the edges.
+    /// The corners themselves: what is done to them is done to the edges.
     CPoint& TopLeft() noexcept { return reinterpret_cast<CPoint&>(left); }
     CPoint& BottomRight() noexcept { return reinterpret_cast<CPoint&>(right); }
     const CPoint& TopLeft() const noexcept { return reinterpret_cast<const CPoint&>(left); }
     const CPoint& BottomRight() const noexcept { return reinterpret_cast<const CPoint&>(right); }
-    // Half-way between the edges, rounded toward the top left one.
+    /// Half-way between the edges, rounded toward the top left one.
     constexpr CPoint CenterPoint() const noexcept
     {
         return {framework::WrappingAdd(left, Width() / 2),
@@ -116,7 +116,7 @@ public:
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }
 
-    // Empty: without area. Null: all edges are zero.
+    /// Empty: without area. Null: all edges are zero.
     constexpr BOOL IsRectEmpty() const noexcept { return right <= left || bottom <= top; }
     constexpr BOOL IsRectNull() const noexcept { return *this == CRect(); }
     constexpr BOOL PtInRect(POINT point) const noexcept
@@ -177,16 +177,16 @@ public:
     }
     constexpr void MoveToXY(POINT to) noexcept { MoveToXY(to.x, to.y); }
 
-    // Exchanges edges so that neither the width nor the height is negative.
+    /// Exchanges edges so that neither the width nor the height is negative.
     constexpr void NormalizeRect() noexcept
     {
         if (left > right) std::swap(left, right);
         if (top > bottom) std::swap(top, bottom);
     }
-    // This becomes the common part of both; empty edges (all zero) and FALSE when they share none.
+    /// This becomes the common part of both; empty edges (all zero) and FALSE when they share none.
     BOOL IntersectRect(LPCRECT a, LPCRECT b) noexcept { return ::IntersectRect(this, a, b); }
-    // This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when
-    // both are empty.
+    /// This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when
+    /// both are empty.
     BOOL UnionRect(LPCRECT a, LPCRECT b) noexcept { return ::UnionRect(this, a, b); }
 
     friend constexpr bool operator==(const CRect& a, const CRect& b) noexcept

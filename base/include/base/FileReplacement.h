@@ -9,7 +9,8 @@ namespace base {
 /// neither was changed; so it is where the place is a folder.
 inline bool MoveOver(const wchar_t* file, const wchar_t* place)
 {
-    // Asked first, because not every platform refuses to put a file in the place of an empty folder.
+    // Asked first, because not every platform refuses to put a file in the place of an empty
+    // folder.
     const DWORD attributes = GetFileAttributesW(place);
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         SetLastError(ERROR_ACCESS_DENIED);

@@ -2,8 +2,8 @@
 
 #include <framework/CWnd.h>
 
-// A combo box. Indexes count from 0; CB_ERR (-1) reports a failure, CB_ERRSPACE (-2) that memory is
-// short.
+/// A combo box. Indexes count from 0; CB_ERR (-1) reports a failure, CB_ERRSPACE (-2) that memory
+/// is short.
 class MFC_API CComboBox : public CWnd
 {
 public:
@@ -15,9 +15,9 @@ public:
 
     int GetCount() const { return static_cast<int>(SendMessage(CB_GETCOUNT)); }
     int GetCurSel() const { return static_cast<int>(SendMessage(CB_GETCURSEL)); }
-    // -1 clears the selection (and answers CB_ERR).
+    /// -1 clears the selection (and answers CB_ERR).
     int SetCurSel(int index) { return static_cast<int>(SendMessage(CB_SETCURSEL, Index(index))); }
-    // The index of the new item. -1 inserts at the end.
+    /// The index of the new item. -1 inserts at the end.
     int AddString(LPCTSTR text)
     {
         return static_cast<int>(SendMessage(CB_ADDSTRING, 0, Text(text)));
@@ -32,13 +32,13 @@ public:
     {
         return static_cast<int>(SendMessage(CB_GETLBTEXTLEN, Index(index)));
     }
-    // Unchanged for an index that is not there.
+    /// Unchanged for an index that is not there.
     void GetLBText(int index, CString& text) const;
     int FindStringExact(int startAfter, LPCTSTR text) const
     {
         return static_cast<int>(SendMessage(CB_FINDSTRINGEXACT, Index(startAfter), Text(text)));
     }
-    // -1: the selection field.
+    /// -1: the selection field.
     int GetItemHeight(int index) const
     {
         return static_cast<int>(SendMessage(CB_GETITEMHEIGHT, Index(index)));

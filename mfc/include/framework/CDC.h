@@ -4,10 +4,10 @@
 
 class CWnd;
 
-// A device context: drawing goes to m_hDC, questions to m_hAttribDC, usually the same. The
-// destructor deletes the context (DeleteDC). Coordinates are logical units; the functions' results
-// are those of the GDI functions of the same names, on an empty object those of a failure.
-// Temporary objects: as of CGdiObject.
+/// A device context: drawing goes to m_hDC, questions to m_hAttribDC, usually the same. The
+/// destructor deletes the context (DeleteDC). Coordinates are logical units; the functions' results
+/// are those of the GDI functions of the same names, on an empty object those of a failure.
+/// Temporary objects: as of CGdiObject.
 class MFC_API CDC : public CObject
 {
 public:
@@ -21,19 +21,19 @@ public:
     operator HDC() const noexcept { return m_hDC; }
     static CDC* FromHandle(HDC context);
     static void DeleteTempMap();
-    // FALSE for a null handle, or when one is attached already.
+    /// FALSE for a null handle, or when one is attached already.
     BOOL Attach(HDC context);
     HDC Detach();
     BOOL CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode);
-    // Null: compatible with the screen.
+    /// Null: compatible with the screen.
     BOOL CreateCompatibleDC(CDC* dc);
     virtual BOOL DeleteDC();
     virtual int SaveDC();
-    // -1 restores the latest saved state.
+    /// -1 restores the latest saved state.
     virtual BOOL RestoreDC(int saved);
 
     int GetDeviceCaps(int index) const { return ::GetDeviceCaps(m_hAttribDC, index); }
-    // Answer what was selected before (null on failure): borrowed, perhaps temporary.
+    /// Answer what was selected before (null on failure): borrowed, perhaps temporary.
     CGdiObject* SelectStockObject(int index);
     CGdiObject* SelectObject(CGdiObject* object);
     CPen* SelectObject(CPen* pen);
@@ -74,10 +74,10 @@ public:
     }
 
     CPoint GetCurrentPosition() const;
-    // Answers the position before.
+    /// Answers the position before.
     CPoint MoveTo(int x, int y);
     CPoint MoveTo(POINT point) { return MoveTo(point.x, point.y); }
-    // The end point itself is not drawn.
+    /// The end point itself is not drawn.
     BOOL LineTo(int x, int y) { return ::LineTo(m_hDC, x, y); }
     BOOL LineTo(POINT point) { return LineTo(point.x, point.y); }
     BOOL Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4)
@@ -97,7 +97,7 @@ public:
     void FillRect(LPCRECT rect, CBrush* brush);
     void FrameRect(LPCRECT rect, CBrush* brush);
     void InvertRect(LPCRECT rect) { ::InvertRect(m_hDC, rect); }
-    // Leaves the background colour as it was.
+    /// Leaves the background colour as it was.
     void FillSolidRect(LPCRECT rect, COLORREF colour);
     void FillSolidRect(int x, int y, int width, int height, COLORREF colour);
     BOOL GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount,
@@ -111,7 +111,7 @@ public:
     {
         return ::PatBlt(m_hDC, x, y, width, height, operation);
     }
-    // A null source is one without a handle.
+    /// A null source is one without a handle.
     BOOL BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
                 DWORD operation);
     BOOL StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
@@ -127,7 +127,7 @@ public:
     {
         return TextOut(x, y, text.GetString(), text.GetLength());
     }
-    // `length` -1: up to the terminating null. Answers the height of the text.
+    /// `length` -1: up to the terminating null. Answers the height of the text.
     virtual int DrawText(LPCTSTR text, int length, LPRECT rect, UINT format)
     {
         return ::DrawTextW(m_hDC, text, length, rect, format);
@@ -147,8 +147,8 @@ public:
     }
 };
 
-// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty when
-// the platform refuses.
+/// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty
+/// when the platform refuses.
 class MFC_API CPaintDC : public CDC
 {
 public:
@@ -161,8 +161,8 @@ protected:
     HWND m_hWnd;
 };
 
-// The context of a window's client area (null: of the screen), released when it goes. Empty when
-// the platform refuses.
+/// The context of a window's client area (null: of the screen), released when it goes. Empty when
+/// the platform refuses.
 class MFC_API CClientDC : public CDC
 {
 public:

@@ -3,52 +3,52 @@
 #include <afxmsg_.h>
 #include <framework/CWinThread.h>
 
-// The start of the module that a piece of code is compiled into; its address is the module's
-// instance handle.
+/// The start of the module that a piece of code is compiled into; its address is the module's
+/// instance handle.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
-// The application object. The executable has one, as a static object; a DLL may have one too, its
-// module object, which only marks the module as one that holds resources. AfxGetApp never answers a
-// DLL's object.
+/// The application object. The executable has one, as a static object; a DLL may have one too, its
+/// module object, which only marks the module as one that holds resources. AfxGetApp never answers
+/// a DLL's object.
 class MFC_API CWinApp : public CWinThread
 {
 public:
-    // Without a name the application is called like its program file, without the extension.
-    // Inline, so that it is compiled into the module that the object belongs to and can tell which
-    // that is.
+    /// Without a name the application is called like its program file, without the extension.
+    /// Inline, so that it is compiled into the module that the object belongs to and can tell which
+    /// that is.
     explicit CWinApp(LPCTSTR appName = nullptr)
         : CWinApp(appName, reinterpret_cast<HINSTANCE>(&__ImageBase))
     {
     }
     ~CWinApp() override;
 
-    // The names may be replaced by texts from _wcsdup (release the old one with free); the object
-    // frees them.
+    /// The names may be replaced by texts from _wcsdup (release the old one with free); the object
+    /// frees them.
     LPCTSTR m_pszAppName = nullptr;
     LPCTSTR m_pszExeName = nullptr;
-    LPCTSTR m_pszRegistryKey = nullptr; // null: the profile is an INI file
+    LPCTSTR m_pszRegistryKey = nullptr; ///< null: the profile is an INI file
     LPCTSTR m_pszProfileName =
-        nullptr; // name of the INI file, or the application's key below the registry key
+        nullptr; ///< name of the INI file, or the application's key below the registry key
     HINSTANCE m_hInstance = nullptr;
-    LPTSTR m_lpCmdLine = nullptr; // borrowed
+    LPTSTR m_lpCmdLine = nullptr; ///< borrowed
     int m_nCmdShow = SW_SHOWDEFAULT;
 
     virtual BOOL InitApplication();
-    // Ends at once, by WM_QUIT, when there is no main window.
+    /// Ends at once, by WM_QUIT, when there is no main window.
     int Run() override;
 
-    // The profile: values of the registry key HKCU\Software\<registry key>\<profile name>\<section>
-    // once SetRegistryKey was called, else of the INI file. A section may hold backslashes, and
-    // then is a key below a key. A missing value, or one of another type, gives the default;
-    // reading creates nothing.
+    /// The profile: values of the registry key HKCU\Software\<registry key>\<profile
+    /// name>\<section> once SetRegistryKey was called, else of the INI file. A section may hold
+    /// backslashes, and then is a key below a key. A missing value, or one of another type, gives
+    /// the default; reading creates nothing.
     UINT GetProfileInt(LPCTSTR section, LPCTSTR entry, int defaultValue);
     CString GetProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR defaultValue = nullptr);
     BOOL WriteProfileInt(LPCTSTR section, LPCTSTR entry, int value);
-    // A null entry deletes the section, a null value the entry; deleting what is not there
-    // succeeds.
+    /// A null entry deletes the section, a null value the entry; deleting what is not there
+    /// succeeds.
     BOOL WriteProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR value);
-    // Moves the profile into the registry; `registryKey` usually is the company's name. The
-    // profile's name becomes the application's.
+    /// Moves the profile into the registry; `registryKey` usually is the company's name. The
+    /// profile's name becomes the application's.
     void SetRegistryKey(LPCTSTR registryKey);
 
 protected:
@@ -63,23 +63,23 @@ private:
     CWinApp* m_nextModule = nullptr; // chain of the DLLs' module objects
 };
 
-// The executable's application object, in whichever module it is asked; null while there is none.
+/// The executable's application object, in whichever module it is asked; null while there is none.
 MFC_API CWinApp* AfxGetApp();
 
-// The executable's instance handle, where its resources are, and its application's name (null
-// without an application).
+/// The executable's instance handle, where its resources are, and its application's name (null
+/// without an application).
 MFC_API HINSTANCE AfxGetInstanceHandle();
 MFC_API HINSTANCE AfxGetResourceHandle();
 MFC_API LPCTSTR AfxGetAppName();
 
-// The module that holds the resource: the executable, else the first of the DLLs with a module
-// object that does, the latest constructed first. The executable when none does.
+/// The module that holds the resource: the executable, else the first of the DLLs with a module
+/// object that does, the latest constructed first. The executable when none does.
 MFC_API HINSTANCE AfxFindResourceHandle(LPCTSTR name, LPCTSTR type);
 
-// Gives the application object the program's parameters; FALSE without an application object.
+/// Gives the application object the program's parameters; FALSE without an application object.
 MFC_API BOOL AfxWinInit(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);
 
-// A program's entry function calls this: initialises the application, runs its message loop and
-// answers its exit code. When InitInstance answers FALSE, the main window is destroyed and
-// ExitInstance is called at once.
+/// A program's entry function calls this: initialises the application, runs its message loop and
+/// answers its exit code. When InitInstance answers FALSE, the main window is destroyed and
+/// ExitInstance is called at once.
 MFC_API int AfxWinMain(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);

@@ -4,28 +4,28 @@
 
 class CWnd;
 
-// The function of a worker thread; its result is the thread's exit code. Nothing may be thrown out
-// of it.
+/// The function of a worker thread; its result is the thread's exit code. Nothing may be thrown out
+/// of it.
 using AFX_THREADPROC = UINT(__cdecl*)(LPVOID parameter);
 
-// A thread: either one that AfxBeginThread started, or the application's first (CWinApp).
+/// A thread: either one that AfxBeginThread started, or the application's first (CWinApp).
 class MFC_API CWinThread : public CCmdTarget
 {
 public:
     CWinThread() = default;
-    // A worker thread that CreateThread is yet to start.
+    /// A worker thread that CreateThread is yet to start.
     CWinThread(AFX_THREADPROC procedure, LPVOID parameter);
-    // Closes the handle; does not end the thread.
+    /// Closes the handle; does not end the thread.
     ~CWinThread() override;
 
-    // The thread's main window; borrowed. When it is destroyed, the thread's message loop ends.
+    /// The thread's main window; borrowed. When it is destroyed, the thread's message loop ends.
     CWnd* m_pMainWnd = nullptr;
-    // Deletes the object when its thread ends (the default of AfxBeginThread).
+    /// Deletes the object when its thread ends (the default of AfxBeginThread).
     BOOL m_bAutoDelete = TRUE;
     HANDLE m_hThread = nullptr;
     DWORD m_nThreadID = 0;
 
-    // Starts the thread; FALSE when the platform refuses. `flags` may be CREATE_SUSPENDED.
+    /// Starts the thread; FALSE when the platform refuses. `flags` may be CREATE_SUSPENDED.
     BOOL CreateThread(DWORD flags = 0, UINT stackSize = 0,
                       LPSECURITY_ATTRIBUTES security = nullptr);
     DWORD ResumeThread() { return ::ResumeThread(m_hThread); }
@@ -35,21 +35,21 @@ public:
 
     virtual CWnd* GetMainWnd();
     virtual BOOL InitInstance();
-    // The message loop: dispatches until WM_QUIT, calling OnIdle whenever the queue is empty.
-    // Answers ExitInstance().
+    /// The message loop: dispatches until WM_QUIT, calling OnIdle whenever the queue is empty.
+    /// Answers ExitInstance().
     virtual int Run();
-    // The exit code; by default that of the WM_QUIT message.
+    /// The exit code; by default that of the WM_QUIT message.
     virtual int ExitInstance();
-    // FALSE when no more idle time is needed. The default deletes the thread's temporary objects
-    // (those that the FromHandle functions make) unless a window procedure of the framework is
-    // active further up the stack.
+    /// FALSE when no more idle time is needed. The default deletes the thread's temporary objects
+    /// (those that the FromHandle functions make) unless a window procedure of the framework is
+    /// active further up the stack.
     virtual BOOL OnIdle(LONG count);
-    // FALSE for messages that are no reason to call OnIdle again (mouse moves, painting).
+    /// FALSE for messages that are no reason to call OnIdle again (mouse moves, painting).
     virtual BOOL IsIdleMessage(MSG* message);
-    // TRUE when the message is dealt with and not to be dispatched. The default asks the message's
-    // window and its parents (CWnd::PreTranslateMessage).
+    /// TRUE when the message is dealt with and not to be dispatched. The default asks the message's
+    /// window and its parents (CWnd::PreTranslateMessage).
     virtual BOOL PreTranslateMessage(MSG* message);
-    // Waits for one message and dispatches it; FALSE for WM_QUIT.
+    /// Waits for one message and dispatches it; FALSE for WM_QUIT.
     virtual BOOL PumpMessage();
 
 protected:
@@ -64,18 +64,18 @@ private:
     HWND m_inheritedWindow = nullptr; // the application's main window when the thread was started
 };
 
-// Starts a worker thread; null when the platform refuses. The object deletes itself when the thread
-// ends, so the pointer may be used only while the thread is known to run: start it suspended to
-// keep it (m_bAutoDelete = FALSE, the caller deletes) or to duplicate its handle. The thread's main
-// window is that of the application.
+/// Starts a worker thread; null when the platform refuses. The object deletes itself when the
+/// thread ends, so the pointer may be used only while the thread is known to run: start it
+/// suspended to keep it (m_bAutoDelete = FALSE, the caller deletes) or to duplicate its handle. The
+/// thread's main window is that of the application.
 MFC_API CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter,
                                    int priority = THREAD_PRIORITY_NORMAL, UINT stackSize = 0,
                                    DWORD flags = 0, LPSECURITY_ATTRIBUTES security = nullptr);
 
-// The calling thread's object, null on a thread that is not the framework's.
+/// The calling thread's object, null on a thread that is not the framework's.
 MFC_API CWinThread* AfxGetThread();
 
-// The main window of the calling thread: on the application's first thread the application's, on
-// one that AfxBeginThread started an object of the thread's own for the same window. Null when
-// there is none.
+/// The main window of the calling thread: on the application's first thread the application's, on
+/// one that AfxBeginThread started an object of the thread's own for the same window. Null when
+/// there is none.
 MFC_API CWnd* AfxGetMainWnd();

@@ -4,13 +4,13 @@
 #include <framework/CCmdTarget.h>
 #include <framework/CDC.h>
 
-// A window with a message map. The object owns its window: the destructor destroys it. Use it on
-// the window's own thread, except for members that only send or post. No exception leaves the
-// window procedure: one that a handler lets out ends the message (the result is 0; a window whose
-// WM_CREATE fails so is not created) and is told to the debugger.
-//
-// FromHandle answers the object that a window is attached to, or a temporary one (as of
-// CGdiObject), on any thread.
+/// A window with a message map. The object owns its window: the destructor destroys it. Use it on
+/// the window's own thread, except for members that only send or post. No exception leaves the
+/// window procedure: one that a handler lets out ends the message (the result is 0; a window whose
+/// WM_CREATE fails so is not created) and is told to the debugger.
+///
+/// FromHandle answers the object that a window is attached to, or a temporary one (as of
+/// CGdiObject), on any thread.
 class MFC_API CWnd : public CCmdTarget
 {
 public:
@@ -22,34 +22,34 @@ public:
     HWND GetSafeHwnd() const noexcept { return m_hWnd; }
     operator HWND() const noexcept { return m_hWnd; }
     static CWnd* FromHandle(HWND window);
-    // Null when no object is attached.
+    /// Null when no object is attached.
     static CWnd* FromHandlePermanent(HWND window);
     static void DeleteTempMap();
-    // FALSE for a null handle, when one is attached already, or when the window has another object.
-    // Messages are not routed to the object: SubclassWindow does that.
+    /// FALSE for a null handle, when one is attached already, or when the window has another
+    /// object. Messages are not routed to the object: SubclassWindow does that.
     BOOL Attach(HWND window);
     HWND Detach();
     BOOL SubclassWindow(HWND window);
-    // Gives the window its former procedure back, and up.
+    /// Gives the window its former procedure back, and up.
     HWND UnsubclassWindow();
-    // Called before the window's messages begin to arrive.
+    /// Called before the window's messages begin to arrive.
     virtual void PreSubclassWindow();
 
-    // A child window. The message map is in force from the window's first message on.
+    /// A child window. The message map is in force from the window's first message on.
     virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
                         CWnd* parent, UINT id, void* context = nullptr);
-    // Any window; a null class name stands for a plain class of the framework. FALSE when it cannot
-    // be created: PostNcDestroy has been called then.
+    /// Any window; a null class name stands for a plain class of the framework. FALSE when it
+    /// cannot be created: PostNcDestroy has been called then.
     virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
                           const RECT& rect, CWnd* parent, UINT id, LPVOID parameter = nullptr);
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
                   int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
-    // May change what the window is created with; FALSE refuses.
+    /// May change what the window is created with; FALSE refuses.
     virtual BOOL PreCreateWindow(CREATESTRUCT& description);
     virtual BOOL DestroyWindow();
 
-    // The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and
-    // when that does not know the message, DefWindowProc: the window class's own procedure.
+    /// The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and
+    /// when that does not know the message, DefWindowProc: the window class's own procedure.
     virtual BOOL PreTranslateMessage(MSG* message);
     static const MSG* GetCurrentMessage();
 
@@ -64,7 +64,7 @@ public:
 
     DWORD GetStyle() const { return static_cast<DWORD>(::GetWindowLongW(m_hWnd, GWL_STYLE)); }
     DWORD GetExStyle() const { return static_cast<DWORD>(::GetWindowLongW(m_hWnd, GWL_EXSTYLE)); }
-    // TRUE when the style changed. Non-zero `positionFlags` are passed to SetWindowPos.
+    /// TRUE when the style changed. Non-zero `positionFlags` are passed to SetWindowPos.
     BOOL ModifyStyle(DWORD remove, DWORD add, UINT positionFlags = 0);
     BOOL ModifyStyleEx(DWORD remove, DWORD add, UINT positionFlags = 0);
     int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
@@ -96,7 +96,7 @@ public:
     BOOL IsIconic() const { return ::IsIconic(m_hWnd); }
     BOOL EnableWindow(BOOL enable = TRUE) { return ::EnableWindow(m_hWnd, enable); }
     BOOL IsWindowEnabled() const { return ::IsWindowEnabled(m_hWnd); }
-    // Disable and enable the window round a modal state of the application.
+    /// Disable and enable the window round a modal state of the application.
     virtual void BeginModalState() { EnableWindow(FALSE); }
     virtual void EndModalState() { EnableWindow(TRUE); }
     CWnd* SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
@@ -122,7 +122,7 @@ public:
         ::MoveWindow(m_hWnd, x, y, width, height, repaint);
     }
     void MoveWindow(LPCRECT rect, BOOL repaint = TRUE);
-    // `after` null: at the top of the Z order, unless `flags` say otherwise.
+    /// `after` null: at the top of the Z order, unless `flags` say otherwise.
     BOOL SetWindowPos(const CWnd* after, int x, int y, int width, int height, UINT flags)
     {
         return ::SetWindowPos(m_hWnd, after ? after->m_hWnd : nullptr, x, y, width, height, flags);
@@ -137,7 +137,7 @@ public:
     {
         return ::RedrawWindow(m_hWnd, rect, nullptr, flags);
     }
-    // To be given back by ReleaseDC.
+    /// To be given back by ReleaseDC.
     CDC* GetDC() { return CDC::FromHandle(::GetDC(m_hWnd)); }
     int ReleaseDC(CDC* dc) { return dc ? ::ReleaseDC(m_hWnd, dc->m_hDC) : 0; }
 
@@ -155,16 +155,16 @@ protected:
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    // WM_COMMAND; TRUE when handled. The default looks for the command or notification in the
-    // message map.
+    /// WM_COMMAND; TRUE when handled. The default looks for the command or notification in the
+    /// message map.
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
-    // Called last, when the window is gone; an object on the heap may delete itself here.
+    /// Called last, when the window is gone; an object on the heap may delete itself here.
     virtual void PostNcDestroy();
-    // DefWindowProc with the message that is being handled.
+    /// DefWindowProc with the message that is being handled.
     LRESULT Default();
 
-    // The default handlers; each calls Default(). Handlers of a derived class name them in its
-    // message map.
+    /// The default handlers; each calls Default(). Handlers of a derived class name them in its
+    /// message map.
     afx_msg int OnCreate(LPCREATESTRUCT description);
     afx_msg void OnDestroy();
     afx_msg void OnNcDestroy();
@@ -200,7 +200,7 @@ private:
     WNDPROC m_pfnSuper = nullptr; // the window class's procedure, once the window is subclassed
 };
 
-// The name of a window class with these properties, registered when it is new; valid until the
-// thread asks for another. Empty when the platform refuses.
+/// The name of a window class with these properties, registered when it is new; valid until the
+/// thread asks for another. Empty when the platform refuses.
 MFC_API LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor = nullptr,
                                     HBRUSH background = nullptr, HICON icon = nullptr);

@@ -9,8 +9,8 @@ class CWnd;
 
 namespace framework {
 
-// CWnd::FromHandle and CDC::FromHandle for the message-map templates, which are compiled before
-// those classes.
+/// CWnd::FromHandle and CDC::FromHandle for the message-map templates, which are compiled before
+/// those classes.
 MFC_API CWnd* WindowFromHandle(HWND window);
 MFC_API CDC* DeviceContextFromHandle(HDC context);
 

@@ -9,7 +9,7 @@
 #include <framework/CCmdTarget.h>
 #include <framework/FromHandle.h>
 
-// The notification code of a command that does not come from a control.
+/// The notification code of a command that does not come from a control.
 inline constexpr int CN_COMMAND = 0;
 
 namespace framework {
@@ -22,7 +22,7 @@ struct OwnerOf<Result (Owner::*)(Arguments...)>
     using type = Owner;
 };
 
-// Calls the method with the arguments; the result of one without any is 0.
+/// Calls the method with the arguments; the result of one without any is 0.
 template <auto Method, class... Arguments>
 LRESULT Call(CCmdTarget* target, Arguments... arguments)
 {

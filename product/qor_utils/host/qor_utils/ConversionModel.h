@@ -44,7 +44,7 @@ enum class ScanShape
     curved,
     linear,
     phased,
-    extended // phased, diverging from a virtual apex above the face
+    extended ///< phased, diverging from a virtual apex above the face
 };
 
 /// The arithmetic of the platform. A faster one with the same members may take its place in

@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-// A lock among the threads of the process; the thread that holds it may enter it again, and leaves
-// as often.
+/// A lock among the threads of the process; the thread that holds it may enter it again, and leaves
+/// as often.
 class QOR_UTILS_API CriticalSection
 {
 public:
@@ -21,7 +21,7 @@ private:
     CRITICAL_SECTION m_section;
 };
 
-// Holds a critical section from its construction to the end of its scope.
+/// Holds a critical section from its construction to the end of its scope.
 class CriticalSectionLock
 {
 public:

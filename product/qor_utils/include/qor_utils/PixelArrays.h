@@ -7,10 +7,10 @@
 // memory can hold.
 namespace qor_utils {
 
-// Reverses the order of the rows: turns the image upside down.
+/// Reverses the order of the rows: turns the image upside down.
 QOR_UTILS_API void InvertImage(unsigned int* pixels, int width, int height);
 
-// Reverses each row: exchanges left and right.
+/// Reverses each row: exchanges left and right.
 QOR_UTILS_API void MirrorImage(unsigned int* pixels, int width, int height);
 
 } // namespace qor_utils

@@ -9,9 +9,9 @@
 // functions may be called on any thread.
 namespace qor_utils {
 
-// The text of a value; of type REG_SZ, or REG_EXPAND_SZ with the environment's variables replaced.
-// A text ends at its first null character. Anything else (no such value, another type, a null name)
-// gives the default; a null default is an empty text.
+/// The text of a value; of type REG_SZ, or REG_EXPAND_SZ with the environment's variables replaced.
+/// A text ends at its first null character. Anything else (no such value, another type, a null
+/// name) gives the default; a null default is an empty text.
 QOR_UTILS_API std::wstring ReadProfileString(const wchar_t* section, const wchar_t* key,
                                              const wchar_t* defaultValue);
 

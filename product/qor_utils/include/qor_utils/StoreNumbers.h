@@ -2,7 +2,7 @@
 
 namespace qor_utils {
 
-// The numbers of zelPath's folders that the libraries ask for. A host may set others besides.
+/// The numbers of zelPath's folders that the libraries ask for. A host may set others besides.
 enum Store : int
 {
     applicationStore = 0,
@@ -11,9 +11,9 @@ enum Store : int
     layoutStore = 9,
     fallbackLayoutStore = 21,
     savedProtocolsStore = 22,
-    logStore = 28, // log files and crash reports
+    logStore = 28, ///< log files and crash reports
     patientDatabaseStore = 34,
-    currentFactoryStore = 37, // of the protocol in use
+    currentFactoryStore = 37, ///< of the protocol in use
     baseSuiteStore = 38,
     secondBaseStore = 39,
 };

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// A directed line segment from (x1, y1) to (x2, y2).
+/// A directed line segment from (x1, y1) to (x2, y2).
 struct ULine
 {
     std::int32_t x1 = 0;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// A point, or a pair of horizontal and vertical values such as microns per pixel.
+/// A point, or a pair of horizontal and vertical values such as microns per pixel.
 struct UPoint
 {
     std::int32_t x = 0;

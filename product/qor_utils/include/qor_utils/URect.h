@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// A rectangle by its edges. Nothing here normalises it: left may be larger than right, and whether
-// the right and bottom edges belong to it is the caller's convention.
+/// A rectangle by its edges. Nothing here normalises it: left may be larger than right, and whether
+/// the right and bottom edges belong to it is the caller's convention.
 struct URect
 {
     std::int32_t left = 0;

@@ -12,13 +12,13 @@ enum ProbeType : int
 
 } // namespace qor_utils
 
-// The description of an ultrasound probe's array. Passed by constant pointer and never kept.
+/// The description of an ultrasound probe's array. Passed by constant pointer and never kept.
 struct ZelProbe
 {
-    int type = 0;        // a ProbeType
-    int elements = 0;    // number of transducer elements
-    int pitch = 0;       // distance of neighbouring elements, microns
-    int radius = 0;      // radius of curvature of the probe's face, microns; its sign chooses the
-                         // direction of arcs
-    int sectorAngle = 0; // full angle of a phased probe's sector, thousandths of a degree
+    int type = 0;        ///< a ProbeType
+    int elements = 0;    ///< number of transducer elements
+    int pitch = 0;       ///< distance of neighbouring elements, microns
+    int radius = 0;      ///< radius of curvature of the probe's face, microns; its sign chooses the
+                         /// direction of arcs
+    int sectorAngle = 0; ///< full angle of a phased probe's sector, thousandths of a degree
 };

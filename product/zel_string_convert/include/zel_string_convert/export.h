@@ -1,6 +1,6 @@
 #pragma once
 
-// Marks what zel_string_convert exports.
+/// Marks what zel_string_convert exports.
 #if defined(zel_string_convert_EXPORTS)
 #define ZEL_STRING_CONVERT_API __declspec(dllexport)
 #else

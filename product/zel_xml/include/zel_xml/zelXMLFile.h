@@ -10,25 +10,25 @@ namespace zel_xml {
 struct XMLAccess;
 }
 
-// An XML document and the file it came from. Copies mean the same document in memory.
-//
-// Read are UTF-8 (with or without a byte order mark), UTF-16 of both byte orders, ISO-8859-1 and
-// windows-1252 as the declaration says; written is UTF-8. Documents of up to 16 MiB and 256 levels
-// of elements are accepted. Entities of a document type are not expanded. Threads: one document
-// belongs to one thread at a time. Nothing here throws.
+/// An XML document and the file it came from. Copies mean the same document in memory.
+///
+/// Read are UTF-8 (with or without a byte order mark), UTF-16 of both byte orders, ISO-8859-1 and
+/// windows-1252 as the declaration says; written is UTF-8. Documents of up to 16 MiB and 256 levels
+/// of elements are accepted. Entities of a document type are not expanded. Threads: one document
+/// belongs to one thread at a time. Nothing here throws.
 class ZEL_XML_API zelXMLFile
 {
 public:
     zelXMLFile() noexcept;
 
-    // Reads the whole file and holds no handle on it afterwards. What was open before is closed
-    // first. readOnly: true opens for reading only; false allows saving back to the same path.
-    // False, with nothing open, when the file is missing, unreadable, empty, too large, too deeply
-    // nested, wrongly encoded or not well-formed.
+    /// Reads the whole file and holds no handle on it afterwards. What was open before is closed
+    /// first. readOnly: true opens for reading only; false allows saving back to the same path.
+    /// False, with nothing open, when the file is missing, unreadable, empty, too large, too deeply
+    /// nested, wrongly encoded or not well-formed.
     bool open(const wchar_t* path, bool readOnly) noexcept;
     bool open(const std::wstring& path, bool readOnly) noexcept;
 
-    // The document element; invalid when nothing is open.
+    /// The document element; invalid when nothing is open.
     zelXMLNode getRootElement() const noexcept;
 
 private:
