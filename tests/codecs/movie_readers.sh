@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Has a movie written with the codec read by ffprobe and ffmpeg, and compares their frames with those that went in.
-# usage: movie_readers.sh RUNNER ARCH MJPG_CODEC_TEST.exe
+# Has a movie written with the codec read by ffprobe and ffmpeg, and compares their frames with
+# those that went in. usage: movie_readers.sh RUNNER ARCH MJPG_CODEC_TEST.exe
 set -euo pipefail
 runner=$1 arch=$2 program=$3
 for tool in ffprobe ffmpeg; do
