@@ -20,6 +20,8 @@ if(UTILS_STATICS_ARCH STREQUAL "x86")
     -msse2 -mfpmath=sse
     # Windows calls back with a stack aligned to 4 bytes only; SSE spills need 16.
     -mstackrealign)
+  # A program may use all that Windows has for it: 4 GiB on x64, not 2.
+  target_link_options(project_settings INTERFACE -Wl,--large-address-aware)
 endif()
 
 if(UTILS_STATICS_CHECKED)
@@ -32,11 +34,11 @@ endif()
 
 # The compiler's own libraries are shared by all modules: C++ objects and exceptions cross the DLL
 # boundary.
-set(UTILS_STATICS_RUNTIME_DLLS)
+set(_originals)
 foreach(_dll libstdc++-6.dll libwinpthread-1.dll)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${_dll}
     OUTPUT_VARIABLE _path OUTPUT_STRIP_TRAILING_WHITESPACE)
-  list(APPEND UTILS_STATICS_RUNTIME_DLLS ${_path})
+  list(APPEND _originals ${_path})
 endforeach()
 if(UTILS_STATICS_ARCH STREQUAL "x64")
   set(_libgcc libgcc_s_seh-1.dll)
@@ -45,11 +47,22 @@ else()
 endif()
 execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${_libgcc}
   OUTPUT_VARIABLE _path OUTPUT_STRIP_TRAILING_WHITESPACE)
-list(APPEND UTILS_STATICS_RUNTIME_DLLS ${_path})
+list(APPEND _originals ${_path})
 
-foreach(_path IN LISTS UTILS_STATICS_RUNTIME_DLLS)
+# Beside our own modules they lie as these do: stripped, with their debug information in files of
+# its own.
+file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set(UTILS_STATICS_RUNTIME_DLLS)
+foreach(_path IN LISTS _originals)
   if(NOT EXISTS ${_path})
     message(FATAL_ERROR "The compiler's run-time library ${_path} is missing; run tools/setup")
   endif()
-  file(COPY ${_path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} FOLLOW_SYMLINK_CHAIN)
+  cmake_path(GET _path FILENAME _name)
+  set(_dll ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${_name})
+  if(${_path} IS_NEWER_THAN ${_dll}.debug)
+    file(COPY ${_path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} FOLLOW_SYMLINK_CHAIN)
+    execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/split-debug ${CMAKE_OBJCOPY} ${_dll}
+      COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+  list(APPEND UTILS_STATICS_RUNTIME_DLLS ${_dll})
 endforeach()

@@ -20,15 +20,30 @@ if(UTILS_STATICS_CHECKED)
   # Every module imports it.
   install(TARGETS guardheap_dll RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
+foreach(_dll IN LISTS UTILS_STATICS_RUNTIME_DLLS)
+  install(FILES ${_dll}.debug DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Debug)
+endforeach()
+# Ours, and those of all that is linked in or lies beside it.
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
-# The codec holds libjpeg-turbo, whose licence wants its text to come along.
-install(FILES ${UTILS_STATICS_DEPENDENCIES_USED}/share/doc/libjpeg-turbo/LICENSE.md
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics RENAME LICENSE-libjpeg-turbo.md)
+install(DIRECTORY ${UTILS_STATICS_DEPENDENCIES_USED}/licences/
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics/licences)
 
 set(_package ${CMAKE_INSTALL_LIBDIR}/cmake/Utils_Statics)
 install(EXPORT Utils_StaticsTargets NAMESPACE Utils_Statics:: DESTINATION ${_package})
+# What has to lie beside a program that uses the library.
+set(_client_files ${_libraries})
+list(TRANSFORM _client_files APPEND .dll)
+list(APPEND _client_files dumpwriter.exe)
+foreach(_dll IN LISTS UTILS_STATICS_RUNTIME_DLLS)
+  cmake_path(GET _dll FILENAME _name)
+  list(APPEND _client_files ${_name})
+endforeach()
+if(UTILS_STATICS_CHECKED)
+  list(APPEND _client_files guardheap.dll)
+endif()
 configure_package_config_file(cmake/Utils_StaticsConfig.cmake.in
-  ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake INSTALL_DESTINATION ${_package})
+  ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake INSTALL_DESTINATION ${_package}
+  PATH_VARS CMAKE_INSTALL_BINDIR)
 # Before version 1 a minor version may change the interface.
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)

@@ -1,29 +1,56 @@
 # The kinds of target this project has, one function each.
 
-# project_library(NAME SOURCES... [LINK targets...] [PRIVATE_LINK targets...])
+# project_module(NAME DESCRIPTION) What every DLL and program that is shipped has: a version
+# resource, and in release builds its debug information in a file of its own beside it, NAME.debug.
+function(project_module name description)
+  set(DESCRIPTION ${description})
+  set(FILE_NAME $<TARGET_FILE_NAME:${name}>)
+  get_target_property(_type ${name} TYPE)
+  set(FILE_TYPE VFT_DLL)
+  if(_type STREQUAL "EXECUTABLE")
+    set(FILE_TYPE VFT_APP)
+  endif()
+  set(_resource ${PROJECT_BINARY_DIR}/version/${name}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${_resource}.in @ONLY)
+  file(GENERATE OUTPUT ${_resource} INPUT ${_resource}.in)
+  target_sources(${name} PRIVATE ${_resource})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  if(NOT UTILS_STATICS_CHECKED)
+    target_compile_options(${name} PRIVATE -g)
+    add_custom_command(TARGET ${name} POST_BUILD
+      COMMAND ${PROJECT_SOURCE_DIR}/tools/split-debug ${CMAKE_OBJCOPY} $<TARGET_FILE:${name}>
+      VERBATIM)
+    install(FILES $<TARGET_FILE:${name}>.debug DESTINATION ${CMAKE_INSTALL_BINDIR}
+      COMPONENT Debug)
+  endif()
+endfunction()
+
+# project_library(NAME DESCRIPTION text SOURCES... [LINK targets...] [PRIVATE_LINK targets...])
 # A DLL with public headers in include/ below its folder. Its sources see NAME_EXPORTS defined (the
 # export header of each library reads it), and nothing is exported that is not marked.
 function(project_library name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  cmake_parse_arguments(arg "" "DESCRIPTION" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(${name} SHARED ${arg_SOURCES})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_compile_definitions(${name} PUBLIC UNICODE _UNICODE)
+  target_compile_features(${name} PUBLIC cxx_std_20)   # of the headers too
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE
     $<BUILD_INTERFACE:project_settings> $<BUILD_INTERFACE:base> ${arg_PRIVATE_LINK})
   target_link_options(${name} PRIVATE -Wl,--exclude-all-symbols)
   set_target_properties(${name} PROPERTIES
     PREFIX "" IMPORT_PREFIX "lib" DEFINE_SYMBOL ${name}_EXPORTS)
+  project_module(${name} ${arg_DESCRIPTION})
   if(UTILS_STATICS_CHECKED)
     target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:guardheap>)
   endif()
   set_property(GLOBAL APPEND PROPERTY project_libraries ${name})
 endfunction()
 
-# project_host(NAME [LINK targets...])
-# The second set of headers of a library, in host/ below its folder: for the program that hosts the
-# libraries, for the libraries beside it and for tests, which link NAME_host. They are not installed.
+# project_host(NAME [LINK targets...]) The second set of headers of a library, in host/ below its
+# folder: for the program that hosts the libraries, for the libraries beside it and for tests, which
+# link NAME_host. They are not installed.
 function(project_host name)
   cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/host)

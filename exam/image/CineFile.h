@@ -32,9 +32,8 @@ public:
     /// it does not.
     const std::wstring& SizeProblem() const { return m_sizeProblem; }
 
-    /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` from 0 to Frames()
-    /// - 1. False when there is no such frame, or it cannot be read; `bytes` holds nothing of use
-    /// then.
+    /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` counts from 0. False
+    /// when there is no such frame, or it cannot be read; `bytes` holds nothing of use then.
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const;
 
 private:
