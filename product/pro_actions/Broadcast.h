@@ -26,10 +26,9 @@ bool Broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const T
 {
     const BroadcastScope scope;
     if (BroadcastScope::IsRunaway()) return false;
-    const ConsumerRegistry::Serial end = registry.NextSerial();
-    ConsumerRegistry::Serial from = 0;
+    ConsumerRegistry::Walk walk = registry.Begin(topic);
     std::exception_ptr failure;
-    while (IActionStateConsumer* const consumer = registry.Next(topic, from, end)) {
+    while (IActionStateConsumer* const consumer = registry.Next(walk)) {
         try {
             tell(*consumer);
         } catch (...) {

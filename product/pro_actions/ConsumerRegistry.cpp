@@ -24,7 +24,9 @@ try {
     const bool known =
         std::any_of(registrations.begin(), registrations.end(),
                     [&](const Registration& each) { return each.consumer == &consumer; });
-    if (!known) registrations.push_back({m_nextSerial++, &consumer});
+    if (known) return true;
+    ++m_change;
+    registrations.push_back({m_nextSerial++, &consumer});
     return true;
 } catch (const std::bad_alloc&) {
     return false;
@@ -48,31 +50,47 @@ void ConsumerRegistry::RemoveAll(IActionStateConsumer& consumer) noexcept
     }
 }
 
-ConsumerRegistry::Serial ConsumerRegistry::NextSerial() noexcept
+ConsumerRegistry::Walk ConsumerRegistry::Begin(const ActionStateInfo& topic) noexcept
 {
     const std::scoped_lock guard{m_mutex};
-    return m_nextSerial;
+    Walk walk;
+    walk.m_topic = topic;
+    walk.m_end = m_nextSerial;
+    LookUp(walk);
+    return walk;
 }
 
-IActionStateConsumer* ConsumerRegistry::Next(const ActionStateInfo& topic, Serial& from,
-                                             Serial end) noexcept
+IActionStateConsumer* ConsumerRegistry::Next(Walk& walk) noexcept
 {
     const std::scoped_lock guard{m_mutex};
-    const auto found = m_topics.find(topic);
-    if (found == m_topics.end()) return nullptr;
-    const Registrations& registrations = found->second;
+    if (walk.m_change != m_change) LookUp(walk);
+    const Registrations* const registrations = walk.m_registrations;
+    if (!registrations || walk.m_place == registrations->size()) return nullptr;
+    const Registration& registration = (*registrations)[walk.m_place];
+    if (registration.serial >= walk.m_end) return nullptr;
+    walk.m_next = registration.serial + 1;
+    ++walk.m_place;
+    return registration.consumer;
+}
+
+void ConsumerRegistry::LookUp(Walk& walk) const noexcept
+{
+    walk.m_change = m_change;
+    const auto found = m_topics.find(walk.m_topic);
+    walk.m_registrations = found == m_topics.end() ? nullptr : &found->second;
+    if (!walk.m_registrations) return;
+    const Registrations& all = *walk.m_registrations;
     const auto isBefore = [](const Registration& each, Serial serial) {
         return each.serial < serial;
     };
-    const auto first = std::lower_bound(registrations.begin(), registrations.end(), from, isBefore);
-    if (first == registrations.end() || first->serial >= end) return nullptr;
-    from = first->serial + 1;
-    return first->consumer;
+    const auto place = std::lower_bound(all.begin(), all.end(), walk.m_next, isBefore);
+    walk.m_place = static_cast<std::size_t>(place - all.begin());
 }
 
 void ConsumerRegistry::Erase(Registrations& registrations,
                              const IActionStateConsumer& consumer) noexcept
 {
+    ++m_change;
     std::erase_if(registrations,
                   [&](const Registration& each) { return each.consumer == &consumer; });
 }
