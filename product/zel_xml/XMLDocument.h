@@ -1,5 +1,7 @@
 #pragma once
 
+#include "XMLLines.h"
+
 #include <pugixml.hpp>
 
 #include <memory>
@@ -22,8 +24,9 @@ public:
     XMLDocument(const XMLDocument&) = delete;
     XMLDocument& operator=(const XMLDocument&) = delete;
 
-    // The document in an XML file's bytes, or null when they are none.
-    static std::shared_ptr<XMLDocument> Parse(std::string_view bytes);
+    // The document in an XML file (an absolute path), or null when there is none. faultLine is then
+    // the line on which the file is not well-formed; otherwise it is 0.
+    static std::shared_ptr<XMLDocument> Load(const std::wstring& path, int& faultLine);
 
     // A document with an empty root element.
     static std::shared_ptr<XMLDocument> Create(const wchar_t* rootName);
@@ -39,13 +42,18 @@ public:
         return m_removed && element.parent() == m_removed;
     }
 
+    // The line of the file that an element begins on; 0 for one that was not read from a file.
+    int LineOf(const pugi::xml_node& element) const noexcept;
+
     // The whole document in UTF-8 with its declaration.
     std::string ToBytes() const;
 
 private:
-    bool IsWellShaped() const;
+    bool Parse(std::string_view bytes, int& faultLine);
+    bool IsWellShaped(int& faultLine) const;
 
     std::wstring m_text; // the parser works in place: names and values of m_tree point into it
+    XMLLines m_lines;    // of m_text as it was read
     pugi::xml_document m_tree;
     pugi::xml_node m_removed;
 };

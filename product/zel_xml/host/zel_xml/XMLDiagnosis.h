@@ -1,0 +1,19 @@
+#pragma once
+
+#include <zel_xml/export.h>
+#include <zel_xml/zelXMLNode.h>
+
+// Where things lie in the files that documents were read from, for programs that tell authors what
+// is wrong with a file. Lines count from 1. Threads as of zelXMLNode; nothing throws.
+namespace zel_xml {
+
+/// The line that an element begins on; 0 for an element that was not read from a file, and for an
+/// invalid handle.
+ZEL_XML_API int LineOf(const zelXMLNode& element) noexcept;
+
+/// The line on which a file is not well-formed. 0 for a file that zelXMLFile reads, and for one
+/// that it refuses for another reason: missing, unreadable, empty, too large, wrongly encoded, or
+/// without a document element.
+ZEL_XML_API int FaultLineOf(const wchar_t* path) noexcept;
+
+} // namespace zel_xml

@@ -1,0 +1,118 @@
+// The lines of a file on which elements and faults lie.
+#include "XmlTest.h"
+
+#include <zel_xml/XMLDiagnosis.h>
+
+#include <random>
+
+namespace {
+
+int LineOf(const zelXMLNode& parent, const wchar_t* child)
+{
+    return zel_xml::LineOf(parent.getChildByName(child, false));
+}
+
+int FaultLine(const std::wstring& path)
+{
+    return zel_xml::FaultLineOf(path.c_str());
+}
+
+TEST_F(XmlTest, AnElementKnowsTheLineItBeginsOn)
+{
+    ASSERT_TRUE(Open("<?xml version='1.0'?>\n<!-- two\nlines -->\n<r a='1\n2'\n  b='3'><a/>\n"
+                     "<b\n/>text &amp;\n<![CDATA[\n]]><c/></r>"));
+    EXPECT_EQ(zel_xml::LineOf(Root()), 4);
+    EXPECT_EQ(LineOf(Root(), L"a"), 6);
+    EXPECT_EQ(LineOf(Root(), L"b"), 7);
+    EXPECT_EQ(LineOf(Root(), L"c"), 10);
+}
+
+TEST_F(XmlTest, EveryKindOfLineEndCountsOnce)
+{
+    for (const char* end : {"\n", "\r\n", "\r"}) {
+        const std::string e(end);
+        ASSERT_TRUE(Open("<r>" + e + "<a x='" + e + "'/>" + e + e + "text" + e + "<b/></r>"));
+        EXPECT_EQ(zel_xml::LineOf(Root()), 1);
+        EXPECT_EQ(LineOf(Root(), L"a"), 2);
+        EXPECT_EQ(LineOf(Root(), L"b"), 6);
+    }
+}
+
+TEST_F(XmlTest, WhatWasNotReadFromAFileHasNoLine)
+{
+    EXPECT_EQ(zel_xml::LineOf(zelXMLNode()), 0);
+    ASSERT_TRUE(Open("<r>\n<a/></r>", false));
+    EXPECT_EQ(zel_xml::LineOf(zel_xml::AppendChild(Root(), L"b")), 0);
+    EXPECT_EQ(LineOf(Root(), L"a"), 2);
+    ASSERT_TRUE(zel_xml::CreateDocument(m_file, Path().c_str(), L"r"));
+    EXPECT_EQ(zel_xml::LineOf(Root()), 0);
+}
+
+TEST_F(XmlTest, AMarkAndTheEncodingMakeNoDifferenceToLines)
+{
+    ASSERT_TRUE(Open("\xEF\xBB\xBF\n<r>\xC3\xA4\n<a/></r>"));
+    EXPECT_EQ(zel_xml::LineOf(Root()), 2);
+    EXPECT_EQ(LineOf(Root(), L"a"), 3);
+    const std::wstring wide = L"\uFEFF\n<r>\U0001F600\n<a/></r>";
+    ASSERT_TRUE(Open(std::string(reinterpret_cast<const char*>(wide.data()), 2 * wide.size())));
+    EXPECT_EQ(LineOf(Root(), L"a"), 3);
+}
+
+TEST_F(XmlTest, SaysOnWhichLineAFileIsNotWellFormed)
+{
+    const std::pair<const char*, int> faults[] = {
+        {"<r>\n<a>\n</b>\n</r>", 3},
+        {"<r>\n<a b=1/>\n</r>", 2},
+        {"<r>\n\n<a b='1' c='2' b='3'/>\n</r>", 3}, // an attribute twice
+        {"<r/>\n<r/>\n", 2},                        // a second root
+        {"<r/>\n\ntext", 1},                        // the text begins behind the root
+        {"<r>\n<!-- \n\n", 2},                      // a comment without an end
+        {"<r>\n<a>\n", 2}};                         // elements without an end
+    for (const auto& [text, line] : faults) {
+        EXPECT_FALSE(Open(text));
+        EXPECT_EQ(FaultLine(Path()), line) << text;
+    }
+}
+
+TEST_F(XmlTest, AFaultWithoutAPlaceHasNoLine)
+{
+    EXPECT_EQ(zel_xml::FaultLineOf(nullptr), 0);
+    EXPECT_EQ(FaultLine(m_folder / L"missing.xml"), 0);
+    for (const char* text : {"", "<r a='\xFF'/>", "<!-- no root -->"}) {
+        EXPECT_FALSE(Open(text));
+        EXPECT_EQ(FaultLine(Path()), 0) << text;
+    }
+    EXPECT_TRUE(Open("<r/>"));
+    EXPECT_EQ(FaultLine(Path()), 0);
+}
+
+// Lines as they are counted while the text is written, the plain way.
+TEST_F(XmlTest, LinesAgreeWithPlainCounting)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 100; ++round) {
+        std::string text = "<r>";
+        std::vector<int> lines;
+        int line = 1;
+        for (int i = 0; i < 200; ++i) {
+            const char* const pieces[] = {"\n",    "\r\n",      "x",
+                                          "&#10;", "<!--\n-->", "<![CDATA[\r\n]]>"};
+            const int lineEnds[] = {1, 1, 0, 0, 1, 1};
+            const auto piece = random() % 6;
+            text += pieces[piece];
+            line += lineEnds[piece];
+            lines.push_back(line);
+            text += random() % 2 == 0 ? "<a b='\n&lt;'/>" : "<a b='2'\r\n>\n</a>";
+            line += text.back() == '>' && text[text.size() - 2] == '/' ? 1 : 2;
+            text += ' '; // so that a carriage return never meets the next line feed
+        }
+        ASSERT_TRUE(Open(text + "</r>"));
+        zelXMLNode element = Root().getFirstChild();
+        for (const int expected : lines) {
+            ASSERT_EQ(zel_xml::LineOf(element), expected);
+            ++element;
+        }
+    }
+}
+
+} // namespace
