@@ -1,6 +1,7 @@
+#include "environment/MainWindow.h"
+
 #include <Utils_Statics/ShowCursorHelper.h>
 
-#include <afxwin.h>
 #include <qor_utils/CriticalSection.h>
 
 constinit std::uint32_t ShowCursorHelper::m_count = 0;
@@ -14,15 +15,9 @@ constexpr WPARAM commandCursorOn = 1031;
 constexpr WPARAM commandCursorOff = 1030;
 constexpr UINT cursorMessage = WM_APP + 60;
 
-// Null when there is no application, main window or window of it.
-HWND MainWindow()
-{
-    CWinApp* const application = AfxGetApp();
-    CWnd* const window = application ? application->GetMainWnd() : nullptr;
-    return window ? window->GetSafeHwnd() : nullptr;
-}
-
 } // namespace
+
+using utils_statics::MainWindow;
 
 ShowCursorHelper::ShowCursorHelper(bool notify) : m_notify(notify)
 {

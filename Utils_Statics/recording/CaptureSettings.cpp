@@ -1,8 +1,6 @@
 #include "recording/CaptureSettings.h"
 
-#include <afxwin.h>
-
-#include <cstdint>
+#include "environment/ProfileSettings.h"
 
 namespace utils_statics {
 
@@ -14,15 +12,12 @@ constexpr wchar_t section[] = L"Settings\\Capture";
 
 CString RecordCodec()
 {
-    CWinApp* const app = AfxGetApp();
-    return app ? app->GetProfileString(section, L"RecordCodec", L"XVID") : CString(L"XVID");
+    return ProfileText(section, L"RecordCodec", L"XVID");
 }
 
 DWORD RecordQuality()
 {
-    CWinApp* const app = AfxGetApp();
-    const std::uint32_t percent = app ? app->GetProfileInt(section, L"RecordQuality", 100) : 100;
-    return percent * 100;
+    return ProfileNumber(section, L"RecordQuality", 100) * 100u;
 }
 
 } // namespace utils_statics

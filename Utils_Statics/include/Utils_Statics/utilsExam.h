@@ -7,12 +7,19 @@
 #include <afxcoll.h>
 #include <atlstr.h>
 #include <atltime.h>
+#include <atltypes.h>
 #include <qor_utils/StringEnumHelper.h>
 
 #include <string>
 #include <vector>
 
+class CBitmap;
+class CComboBox;
 class CDC;
+class CFont;
+class CImageList;
+class COleDateTime;
+class CWnd;
 
 /// The exam environment: process-wide facts about how the application runs, and the helpers that
 /// all of it shares. It has static members only; no instance is ever made.
@@ -222,4 +229,96 @@ public:
     /// that is null, in a folder named like the current protocol's factory folder. The folder is
     /// created when it is missing; that it cannot be is not reported.
     static CString GetProtocolSavePath(const wchar_t* file, const wchar_t* folder);
+
+    // ---- Screen geometry, in pixels
+
+    /// The console's screen, always 1024 x 768.
+    static CSize GetMainScreenSize() noexcept;
+    /// The imaging area: the whole screen when full-screen, otherwise 800 x 600.
+    static CSize GetImagingSize() noexcept;
+    /// The rectangle, in screen coordinates, of a dialog as large as the main screen and centred on
+    /// the main window (on the main screen without one). On eConsoleTavren it is 600 pixels high.
+    static CRect CalculateDialogRect();
+    /// The left top corner of an image of this size, in client coordinates of the main window. A
+    /// negative width or height stands for GetImagingSize.
+    ///
+    /// The image is centred and raised by 50 pixels when it is smaller than the screen's part of
+    /// the window both ways; otherwise it lies at that part's corner. On eConsoleTavren with the
+    /// layout not on the left it lies at the right edge. Without a main window the window counts as
+    /// one of the screen's size.
+    static CPoint CalculateSystemOrigin(CSize image);
+
+    // ---- Windows and controls
+
+    /// The pop-up window that `owner` has enabled over it now; null when there is none. A balloon
+    /// help window ("BalloonHelpClassDS"), a tool window and `owner` itself do not count. A null
+    /// `owner` means the main window. May be called on any thread.
+    static HWND FindPopupWindow(HWND owner);
+    /// Closes `popup` while it is what FindPopupWindow finds over `owner`, as a user would: shows
+    /// it and posts it the keys Escape and Return. Waits up to five seconds for the window to go,
+    /// and gives up when it stays. At most five attempts, should another window take the handle.
+    ///
+    /// Meant for a worker thread: the window's own thread has to dispatch its messages meanwhile.
+    static void ClosePopup(HWND popup, HWND owner);
+    /// True when FindPopupWindow finds a pop-up; a worker thread then closes pop-ups over `owner`
+    /// one after the other, at most nine, and ends by itself. False when there is none, or when no
+    /// thread can be started.
+    static bool ClosePopups(HWND owner);
+    /// Resizes `box` so that its drop-down list shows `itemCount` items (below 1: as many as the
+    /// box has; at least one), but no more than `maxItems`.
+    static void SetComboBoxDropdownHeight(CComboBox& box, int itemCount, int maxItems);
+    /// Sets a toggle key, such as VK_CAPITAL or VK_NUMLOCK, by pressing it when it is not as
+    /// wanted. The state that counts is the calling thread's, which follows the messages that the
+    /// thread has taken from its queue.
+    static void SetKeyState(unsigned char virtualKey, int on);
+    /// Sets the font of a dialog and of all windows inside it; null is the system's font. `font`
+    /// has to live as long as they show it. With `redraw` not 0 they are repainted at once.
+    static void ChangeDialogFont(CWnd* dialog, CFont* font, int redraw);
+
+    // ---- The capture buttons' settings, section "Settings\Capture" of the application's profile
+
+    /// What button `n` captures, counted from 0: "PrintButton<n>". 1, 13, 64 and for the others 3
+    /// when nothing is set.
+    static unsigned int GetPrintButtonFlags(unsigned int n);
+    /// What button `n` does: "PrintButton<n>_Action", 18 when nothing is set.
+    static unsigned int GetPrintButtonAction(unsigned int n);
+
+    // ---- Drawing. A null `dc` draws nothing.
+
+    /// Fills `rect` from `top` to `bottom`.
+    static void DrawGradient(CDC* dc, const CRect& rect, COLORREF top, COLORREF bottom);
+    /// Fills the upper half of `rect` from c1 to c2 and the lower half from c3 to c4.
+    static void DrawDoubleGradient(CDC* dc, const CRect& rect, COLORREF c1, COLORREF c2,
+                                   COLORREF c3, COLORREF c4);
+    /// Draws a border of two pixels inside the edges of `rect` that `sides` names (1 left, 2 top, 4
+    /// right, 8 bottom): a black line and one in the colours, shaded from `second` at the top to
+    /// `first` at the bottom. The left side has its black line outside and the right side inside,
+    /// deliberately.
+    static void DrawBorder(CDC* dc, const CRect& rect, int sides, COLORREF first, COLORREF second);
+    /// Adds a copy of `bitmap`, scaled to `size`, to `list`; its pixels of the colour `mask` are
+    /// transparent. `bitmap` must not be selected into a device context. Nothing is added when the
+    /// platform refuses.
+    static void AddImage(CImageList& list, CBitmap& bitmap, const CSize& size, COLORREF mask);
+    /// The same for a bitmap resource of the program or of the module that holds it.
+    static void AddImage(CImageList& list, unsigned int bitmapId, const CSize& size, COLORREF mask);
+
+    // ---- Spans of dates
+
+    /// The whole years from `from` to `to`, as an age is counted.
+    static int GetYearSpan(const COleDateTime& from, const COleDateTime& to);
+    /// The months begun from `from` to the next time that the day of `to` comes, 0 to 12. The years
+    /// do not count, deliberately.
+    static int GetMonthSpan(const COleDateTime& from, const COleDateTime& to);
+
+    // ---- Network facts
+
+    /// The first IPv4 address of this computer's host name, such as "192.168.1.5"; empty when it
+    /// has none. The look-up may take seconds.
+    static CString GetLocalIP();
+    /// The device identifier of the first wireless network adapter, such as "{A1B2...}", as the
+    /// platform's management interface knows it; empty when there is none. COM has to be
+    /// initialised on the calling thread.
+    static std::wstring GetWirelessAdapterGuid();
+    /// True when GetWirelessAdapterGuid is not empty.
+    static bool IsWirelessAdapterAvailable();
 };

@@ -1,0 +1,39 @@
+// utilsExam: the settings of the capture ("print") buttons.
+#include "environment/ProfileSettings.h"
+
+#include <Utils_Statics/utilsExam.h>
+
+using utils_statics::ProfileNumber;
+
+namespace {
+
+constexpr wchar_t section[] = L"Settings\\Capture";
+
+// The flags and actions are the application's own; the library only knows the defaults.
+constexpr int defaultAction = 18;
+
+int DefaultFlags(unsigned int n)
+{
+    switch (n) {
+    case 0: return 1;
+    case 1: return 13;
+    case 2: return 64;
+    default: return 3;
+    }
+}
+
+} // namespace
+
+unsigned int utilsExam::GetPrintButtonFlags(unsigned int n)
+{
+    CString entry;
+    entry.Format(L"PrintButton%d", n);
+    return ProfileNumber(section, entry, DefaultFlags(n));
+}
+
+unsigned int utilsExam::GetPrintButtonAction(unsigned int n)
+{
+    CString entry;
+    entry.Format(L"PrintButton%d_Action", n);
+    return ProfileNumber(section, entry, defaultAction);
+}

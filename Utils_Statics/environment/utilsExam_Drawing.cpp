@@ -1,0 +1,108 @@
+// utilsExam: gradients and borders.
+#include <Utils_Statics/utilsExam.h>
+
+#include <afxwin.h>
+
+namespace {
+
+constexpr COLORREF black = RGB(0, 0, 0);
+
+enum Side : int
+{
+    leftSide = 1,
+    topSide = 2,
+    rightSide = 4,
+    bottomSide = 8,
+};
+
+// A channel of 8 bits as a vertex takes it.
+COLOR16 Widened(BYTE channel)
+{
+    return static_cast<COLOR16>(channel * 256);
+}
+
+TRIVERTEX Vertex(int x, int y, COLORREF colour)
+{
+    return {
+        x, y, Widened(GetRValue(colour)), Widened(GetGValue(colour)), Widened(GetBValue(colour)),
+        0};
+}
+
+// One pixel wide; the end point itself is not drawn.
+void DrawLine(CDC& dc, POINT from, POINT to, COLORREF colour)
+{
+    CPen pen(PS_SOLID, 1, colour);
+    CPen* const before = dc.SelectObject(&pen);
+    dc.MoveTo(from);
+    dc.LineTo(to);
+    dc.SelectObject(before);
+}
+
+void DrawBlackColumn(CDC& dc, int x, const CRect& rect)
+{
+    DrawLine(dc, CPoint(x, rect.top), CPoint(x, rect.bottom), black);
+}
+
+void DrawShadedColumn(CDC& dc, int x, const CRect& rect, COLORREF first, COLORREF second)
+{
+    utilsExam::DrawGradient(&dc, CRect(x, rect.top, x + 1, rect.bottom), second, first);
+}
+
+void DrawTop(CDC& dc, const CRect& rect, COLORREF colour)
+{
+    DrawLine(dc, CPoint(rect.left + 1, rect.top), CPoint(rect.right, rect.top), colour);
+    DrawLine(dc, CPoint(rect.left + 2, rect.top + 1), CPoint(rect.right - 1, rect.top + 1), black);
+}
+
+void DrawBottom(CDC& dc, const CRect& rect, COLORREF colour)
+{
+    DrawLine(dc, CPoint(rect.left + 1, rect.bottom - 2), CPoint(rect.right - 2, rect.bottom - 2),
+             black);
+    DrawLine(dc, CPoint(rect.left, rect.bottom - 1), CPoint(rect.right - 1, rect.bottom - 1),
+             colour);
+}
+
+} // namespace
+
+void utilsExam::DrawGradient(CDC* dc, const CRect& rect, COLORREF top, COLORREF bottom)
+{
+    if (!dc) return;
+    if (top == bottom) {
+        dc->FillSolidRect(&rect, top);
+        return;
+    }
+    TRIVERTEX vertices[] = {Vertex(rect.left, rect.top, top),
+                            Vertex(rect.right, rect.bottom, bottom)};
+    GRADIENT_RECT whole = {0, 1};
+    dc->GradientFill(vertices, 2, &whole, 1, GRADIENT_FILL_RECT_V);
+}
+
+void utilsExam::DrawDoubleGradient(CDC* dc, const CRect& rect, COLORREF c1, COLORREF c2,
+                                   COLORREF c3, COLORREF c4)
+{
+    if (!dc) return;
+    if (c1 == c2 && c1 == c3 && c1 == c4) {
+        dc->FillSolidRect(&rect, c1);
+        return;
+    }
+    const int middle = rect.top + (rect.bottom - rect.top) / 2;
+    TRIVERTEX vertices[] = {Vertex(rect.left, rect.top, c1), Vertex(rect.right, middle, c2),
+                            Vertex(rect.left, middle, c3), Vertex(rect.right, rect.bottom, c4)};
+    GRADIENT_RECT halves[] = {{0, 1}, {2, 3}};
+    dc->GradientFill(vertices, 4, halves, 2, GRADIENT_FILL_RECT_V);
+}
+
+void utilsExam::DrawBorder(CDC* dc, const CRect& rect, int sides, COLORREF first, COLORREF second)
+{
+    if (!dc) return;
+    if (sides & leftSide) {
+        DrawBlackColumn(*dc, rect.left, rect);
+        DrawShadedColumn(*dc, rect.left + 1, rect, first, second);
+    }
+    if (sides & rightSide) {
+        DrawBlackColumn(*dc, rect.right - 2, rect);
+        DrawShadedColumn(*dc, rect.right - 1, rect, first, second);
+    }
+    if (sides & topSide) DrawTop(*dc, rect, second);
+    if (sides & bottomSide) DrawBottom(*dc, rect, first);
+}

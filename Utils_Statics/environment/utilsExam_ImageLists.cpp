@@ -1,0 +1,47 @@
+// utilsExam: pictures for image lists.
+#include <Utils_Statics/utilsExam.h>
+
+#include <base/GdiHandles.h>
+
+#include <afxcmn.h>
+
+namespace {
+
+BITMAP Description(HBITMAP bitmap)
+{
+    BITMAP description = {};
+    GetObjectW(bitmap, sizeof description, &description);
+    return description;
+}
+
+// A copy of `bitmap` of another size, in its own colour format; empty when the platform refuses.
+base::Bitmap Scaled(HBITMAP bitmap, const CSize& size)
+{
+    const base::MemoryContext source(CreateCompatibleDC(nullptr));
+    const base::MemoryContext target(CreateCompatibleDC(nullptr));
+    const base::Selection selectedSource(source.get(), bitmap);
+    if (!selectedSource) return {};
+    base::Bitmap scaled(CreateCompatibleBitmap(source.get(), size.cx, size.cy));
+    const base::Selection selectedTarget(target.get(), scaled.get());
+    if (!selectedTarget) return {};
+    const BITMAP whole = Description(bitmap);
+    SetStretchBltMode(target.get(), HALFTONE);
+    SetBrushOrgEx(target.get(), 0, 0, nullptr); // as the mode asks for
+    StretchBlt(target.get(), 0, 0, size.cx, size.cy, source.get(), 0, 0, whole.bmWidth,
+               whole.bmHeight, SRCCOPY);
+    return scaled;
+}
+
+} // namespace
+
+void utilsExam::AddImage(CImageList& list, CBitmap& bitmap, const CSize& size, COLORREF mask)
+{
+    const base::Bitmap scaled = Scaled(bitmap, size);
+    if (scaled) ImageList_AddMasked(list, scaled.get(), mask);
+}
+
+void utilsExam::AddImage(CImageList& list, unsigned int bitmapId, const CSize& size, COLORREF mask)
+{
+    CBitmap bitmap;
+    if (bitmap.LoadBitmap(bitmapId)) AddImage(list, bitmap, size, mask);
+}

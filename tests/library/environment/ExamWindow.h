@@ -1,0 +1,93 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+// The program's application object.
+extern CWinApp theApplication;
+
+// A plain window of a class of any name, owned by another one or by none, with a size of its own.
+// Its messages go to a function of the test's.
+class ExamWindow
+{
+public:
+    // Answers whether the message was handled.
+    using Handler = bool (*)(ExamWindow& window, UINT message, WPARAM wParam);
+
+    explicit ExamWindow(HWND owner = nullptr, const wchar_t* className = L"ExamTestWindow",
+                        DWORD exStyle = 0)
+    {
+        Register(className);
+        m_window = CreateWindowExW(exStyle, className, L"exam test", WS_POPUP, 40, 40, 300, 200,
+                                   owner, nullptr, GetModuleHandleW(nullptr), this);
+        ShowWindow(m_window, SW_SHOWNA); // shown as the active one, it would wait for a manager
+        SetActiveWindow(m_window);
+    }
+    ~ExamWindow() { DestroyWindow(m_window); }
+    ExamWindow(const ExamWindow&) = delete;
+    ExamWindow& operator=(const ExamWindow&) = delete;
+
+    HWND Handle() const { return m_window; }
+    bool Exists() const { return IsWindow(m_window) != FALSE; }
+
+    Handler onMessage = nullptr;
+
+private:
+    static void Register(const wchar_t* className)
+    {
+        WNDCLASSW description = {};
+        description.lpfnWndProc = Procedure;
+        description.hInstance = GetModuleHandleW(nullptr);
+        description.lpszClassName = className;
+        RegisterClassW(&description); // fails when it is registered already
+    }
+
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_NCCREATE)
+            SetWindowLongPtrW(window, GWLP_USERDATA,
+                              reinterpret_cast<LONG_PTR>(
+                                  reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+        auto* const self = reinterpret_cast<ExamWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (self && self->onMessage && self->onMessage(*self, message, wParam)) return 0;
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+
+    HWND m_window = nullptr;
+};
+
+// Makes a window the application's main window while it lives.
+class AsMainWindow
+{
+public:
+    explicit AsMainWindow(const ExamWindow& window)
+    {
+        m_main.Attach(window.Handle());
+        theApplication.m_pMainWnd = &m_main;
+    }
+    ~AsMainWindow()
+    {
+        theApplication.m_pMainWnd = nullptr;
+        m_main.Detach();
+    }
+    AsMainWindow(const AsMainWindow&) = delete;
+    AsMainWindow& operator=(const AsMainWindow&) = delete;
+
+private:
+    CWnd m_main;
+};
+
+// Dispatches this thread's messages until `isDone` holds; false when that takes too long.
+template <class Condition>
+bool DispatchUntil(const Condition& isDone, DWORD milliseconds = 60'000)
+{
+    const ULONGLONG deadline = GetTickCount64() + milliseconds;
+    while (!isDone()) {
+        if (GetTickCount64() >= deadline) return false;
+        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
+            DispatchMessageW(&message);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+    return true;
+}
