@@ -5,6 +5,7 @@
 // initialised at compile time or on first use; the test static_constructors_check sees to it.
 #include "CUtils_StaticsApp.h"
 
+#include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -32,6 +33,9 @@ CriticalSection ShowCursorHelper::m_criticalSection;
 // The derived states. The list is empty at compile time already. Its end ends the registrations of
 // those that are left: their code is unloaded with the library.
 constinit std::vector<std::unique_ptr<DerivedState>> DerivedState::m_derivedStates;
+
+// The status row's. Its items are destroyed by the application, not when the library goes.
+constinit std::vector<IStatusItem*> CStatusFactory::m_statusItems;
 
 namespace {
 CUtils_StaticsApp s_moduleObject; // last

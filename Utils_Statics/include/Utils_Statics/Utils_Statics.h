@@ -13,9 +13,10 @@
 ///    and destroyed on the other.
 /// 3. Strings. Texts are UTF-16 and null-terminated. Paths have backslashes. Narrow texts are ASCII
 ///    keys. A text that is answered as a pointer lives as long as the library is loaded.
-/// 4. Threads. Everything is called on the user-interface thread. The library guards none of its
-///    state by a lock, except the count of ShowCursorHelper; the logger and the string table, which
-///    it calls, have locks of their own.
+/// 4. Threads. Everything is called on the user-interface thread, except the static setters and
+///    getters of the status items, which any thread may call. The library guards none of its state
+///    but those items' and the count of ShowCursorHelper; the logger and the string table, which it
+///    calls, have locks of their own.
 /// 5. Null. A null text counts as an empty one. A null interface pointer is ignored. A null output
 ///    pointer is allowed only where the declaration names it.
 /// 6. Failures and exceptions. A failure is answered by the result: false, zero, an empty text, an
@@ -31,6 +32,15 @@
 #include <Utils_Statics/CCineStoreAVI.h>
 #include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/CImgGeometry.h>
+#include <Utils_Statics/CStatusBurning.h>
+#include <Utils_Statics/CStatusFactory.h>
+#include <Utils_Statics/CStatusFtpTransfer.h>
+#include <Utils_Statics/CStatusGps.h>
+#include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusRecording.h>
+#include <Utils_Statics/CStatusStreaming.h>
+#include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/CWmiService.h>
 #include <Utils_Statics/CineHeader.h>
 #include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/EConsoleType.h>
@@ -41,12 +51,15 @@
 #include <Utils_Statics/IPrecisionHandler.h>
 #include <Utils_Statics/IProAgent.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
+#include <Utils_Statics/IStatusItem.h>
 #include <Utils_Statics/MatrixRoutines.h>
 #include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/PrecisionMouse.h>
+#include <Utils_Statics/QuerySink.h>
 #include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/StateChangeType.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/cPointerArray.h>
 #include <Utils_Statics/cPreProcessor.h>

@@ -1,0 +1,168 @@
+#include <Utils_Statics/CWmiService.h>
+
+#include "network/DriverNamespace.h"
+#include "network/ObjectProperty.h"
+
+#include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/QuerySink.h>
+
+#include <base/WrapArithmetic.h>
+
+#include <comdef.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+using namespace utils_statics;
+
+constinit CWmiService* CWmiService::m_me = nullptr;
+
+namespace {
+
+enum QueryMode : std::int32_t
+{
+    signalQuality = 0,
+    mediaState = 1,
+    wirelessAdapter = 2,
+};
+
+constexpr std::int32_t unknown = -1;
+
+std::optional<std::int32_t> SignalQuality(IWbemClassObject& object)
+{
+    constexpr int best = 100;
+    const auto level = NumberProperty(object, L"Ndis80211ReceivedSignalStrength"); // dBm
+    if (!level) return std::nullopt;
+    return std::min(base::wrap::Add(base::wrap::Multiply(2, *level), 200), best);
+}
+
+std::optional<std::int32_t> MediaState(IWbemClassObject& object)
+{
+    const std::wstring name = InstanceName(object);
+    if (!IsWirelessName(name) && !IsWiredName(name)) return std::nullopt;
+    const auto status = NumberProperty(object, L"NdisMediaConnectStatus");
+    if (!status) return std::nullopt;
+    return (*status & 0xffff) == 0 ? 1 : 0; // 0 is the drivers' "connected"
+}
+
+std::optional<std::int32_t> WirelessAdapter(IWbemClassObject& object)
+{
+    if (!IsWirelessName(InstanceName(object))) return std::nullopt;
+    return 1;
+}
+
+// What a query of this mode makes of an object; nothing when the object does not fit.
+std::optional<std::int32_t> Figure(std::int32_t mode, IWbemClassObject& object)
+{
+    switch (mode) {
+    case signalQuality: return SignalQuality(object);
+    case mediaState: return MediaState(object);
+    case wirelessAdapter: return WirelessAdapter(object);
+    default: return std::nullopt;
+    }
+}
+
+bool Subscribe(IWbemServices& services, const wchar_t* query, QuerySink* sink)
+{
+    const _bstr_t language(L"WQL");
+    const _bstr_t text(query);
+    return SUCCEEDED(services.ExecNotificationQueryAsync(language, text, 0, nullptr, sink));
+}
+
+} // namespace
+
+CWmiService* CWmiService::getInstance()
+{
+    if (!m_me) m_me = new CWmiService;
+    return m_me;
+}
+
+void CWmiService::destroyInstance()
+{
+    delete m_me;
+    m_me = nullptr;
+}
+
+CWmiService::CWmiService()
+{
+    try {
+        Initialize(); // the instance is wanted without a connection as well
+    } catch (...) {
+        Destroy();
+        throw;
+    }
+}
+
+CWmiService::~CWmiService()
+{
+    Destroy();
+}
+
+bool CWmiService::Initialize()
+{
+    Destroy();
+    m_locator = nullptr;
+    DriverConnection connection = ConnectToDrivers();
+    if (!connection) return false;
+    m_locator = connection.locator.release();
+    m_services = connection.services.release();
+    m_sink = new QuerySink;
+    m_sink->Hold();
+    return RegisterForNDISNotification();
+}
+
+bool CWmiService::RegisterForNDISNotification()
+{
+    if (!m_services) return false;
+    Subscribe(*m_services, L"SELECT * FROM MSNdis_StatusLinkSpeedChange", m_sink);
+    Subscribe(*m_services, L"SELECT * FROM MSNdis_StatusMediaConnect", m_sink);
+    Subscribe(*m_services, L"SELECT * FROM MSNdis_StatusMediaDisconnect", m_sink);
+    Subscribe(*m_services, L"SELECT * FROM MSNdis_NotifyAdapterArrival", m_sink);
+    return Subscribe(*m_services, L"SELECT * FROM MSNdis_NotifyAdapterRemoval", m_sink);
+}
+
+void CWmiService::Destroy()
+{
+    if (m_sink) m_sink->Close();
+    try {
+        if (m_services) {
+            m_services->CancelAsyncCall(m_sink);
+            std::exchange(m_services, nullptr)->Release();
+        }
+        if (m_locator) std::exchange(m_locator, nullptr)->Release();
+        if (m_sink) std::exchange(m_sink, nullptr)->LetGo();
+    } catch (...) { // the platform's objects are left as they are
+    }
+}
+
+void CWmiService::StopEvents() noexcept
+{
+    if (m_me && m_me->m_sink) m_me->m_sink->Close();
+}
+
+void CWmiService::Update()
+{
+    Query(signalQuality, L"SELECT * FROM MSNdis_80211_ReceivedSignalStrength Where active=true");
+    // The doubled percent signs are part of the texts. An unknown state is not 0 either.
+    CStatusNetwork::setState(Query(mediaState, L"SELECT * FROM MSNdis_MediaConnectStatus WHERE "
+                                               L"InstanceName NOT LIKE %%Wireless%%") != 0);
+    CStatusWireless::setConnected(Query(mediaState,
+                                        L"SELECT * FROM MSNdis_MediaConnectStatus WHERE "
+                                        L"InstanceName LIKE %%Wireless%%") != 0);
+    CStatusWireless::setAvailable(
+        Query(wirelessAdapter, L"SELECT * FROM MSNdis_EnumerateAdapter") != 0);
+}
+
+std::int32_t CWmiService::Query(std::int32_t mode, const wchar_t* query)
+{
+    std::int32_t result = unknown;
+    if (!m_services) return result;
+    VisitObjects(*m_services, query ? query : L"", [&](IWbemClassObject& object) {
+        const auto figure = Figure(mode, object);
+        result = figure.value_or(unknown);
+        return figure.has_value();
+    });
+    return result;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <Utils_Statics/IStatusItem.h>
+#include <Utils_Statics/export.h>
+
+#include <atomic>
+#include <string>
+
+/// The icon of the wired network connection: one image while connected, another while not, as long
+/// as the setting "NetworkConnection" is on. CWmiService keeps it current.
+///
+/// One object per process, made on first use. The static members may be called on any thread, until
+/// CStatusFactory::destroyInstance.
+class UTILS_STATICS_API CStatusNetwork : public IStatusItem
+{
+public:
+    /// The object, to be registered with CStatusFactory::addItem.
+    static CStatusNetwork* getInstance();
+
+    /// Stores the state and asks for a repaint, also when nothing changed.
+    static void setState(bool connected);
+    static bool getState() noexcept;
+    static bool isConnected() noexcept; ///< the same
+
+    ~CStatusNetwork() override;
+
+protected:
+    void issueUpdate() const override;
+    void updateVisibleState() override;
+    bool isVisible() const override;
+    int drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const override;
+
+private:
+    CStatusNetwork();
+
+    /// The image to draw; empty for none.
+    std::wstring getPath() const;
+
+    bool m_enabled = false; // as the user wants it
+
+    static std::atomic<CStatusNetwork*> m_me;
+    static std::atomic<bool> m_connected;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <Utils_Statics/IStatusItem.h>
+#include <Utils_Statics/export.h>
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+/// The icon that shows that the image is being streamed: while it is and the setting "Streaming" is
+/// on, with this computer's address written over it when the setting "StreamingIP" is on. While it
+/// is streamed to disk the icon is shown whatever the settings, without the address, and blinks:
+/// one second lit, one second dark.
+///
+/// One object per process, made on first use. The static members may be called on any thread, until
+/// CStatusFactory::destroyInstance.
+class UTILS_STATICS_API CStatusStreaming : public IStatusItem
+{
+public:
+    enum StreamingStatus : std::int32_t
+    {
+        StreamingOff = 0,
+        StreamingOn = 1,
+        StreamingToDisk = 2
+    };
+
+    /// The object, to be registered with CStatusFactory::addItem.
+    static CStatusStreaming* getInstance();
+
+    /// Stores the state, starts the blinking over or ends it, and asks for a repaint, also when
+    /// nothing changed.
+    static void setState(StreamingStatus status);
+    static StreamingStatus getState() noexcept;
+    /// In any state but StreamingOff.
+    static bool isStreaming() noexcept;
+
+    /// Ends the blinking; waits for a repaint callback that the blinking is just calling.
+    ~CStatusStreaming() override;
+
+protected:
+    void issueUpdate() const override;
+    /// Looks up the address as well, which may take seconds, and starts the blinking over.
+    void updateVisibleState() override;
+    bool isVisible() const override;
+    /// While dark, nothing is drawn but the width is the same, so that the row stands still.
+    int drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const override;
+
+private:
+    CStatusStreaming();
+
+    /// The image of a state, whether the item is visible or not; empty for StreamingOff.
+    static std::wstring getPath(StreamingStatus status);
+    void setBlinkState();
+    void DrawAddress(const CRect& rect, Gdiplus::Graphics& graphics) const;
+    static void CALLBACK StatusMessageTimer(UINT timer, UINT message, DWORD_PTR user,
+                                            DWORD_PTR reserved1, DWORD_PTR reserved2);
+
+    bool m_enabled = false; // as the user wants it
+    bool m_showIp = false;
+    std::wstring m_ipAddress;
+    std::uint32_t m_timerId = 0; // the latest timer's, which may have ended
+    std::atomic<bool> m_blinkOff = false;
+
+    static std::atomic<CStatusStreaming*> m_me;
+    static std::atomic<StreamingStatus> m_streaming;
+};

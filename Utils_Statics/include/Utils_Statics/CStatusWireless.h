@@ -1,0 +1,53 @@
+#pragma once
+
+#include <Utils_Statics/IStatusItem.h>
+#include <Utils_Statics/export.h>
+
+#include <atomic>
+#include <string>
+
+/// The icon of the wireless connection: five strengths of the signal, shown while there is an
+/// adapter and the setting "WirelessStrength" is on. CWmiService keeps it current.
+///
+/// Drawing asks CWmiService for the strength: each repaint takes as long as the management service
+/// takes to answer.
+///
+/// One object per process, made on first use. The static members may be called on any thread, until
+/// CStatusFactory::destroyInstance.
+class UTILS_STATICS_API CStatusWireless : public IStatusItem
+{
+public:
+    /// The object, to be registered with CStatusFactory::addItem.
+    static CStatusWireless* getInstance();
+
+    /// Whether the adapter is connected. Asks for a repaint, also when nothing changed.
+    static void setConnected(bool connected);
+    static bool isConnected() noexcept;
+
+    /// Whether there is a wireless adapter. Asks for a repaint, also when nothing changed.
+    static void setAvailable(bool available);
+    static bool isAvailable() noexcept;
+
+    /// Asks for a repaint: the signal strength, which is read at drawing time, may have changed.
+    static void update();
+
+    ~CStatusWireless() override;
+
+protected:
+    void issueUpdate() const override;
+    void updateVisibleState() override;
+    bool isVisible() const override;
+    int drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const override;
+
+private:
+    CStatusWireless();
+
+    /// The image to draw; empty for none.
+    std::wstring getPath() const;
+
+    bool m_enabled = false; // as the user wants it
+
+    static std::atomic<CStatusWireless*> m_me;
+    static std::atomic<bool> m_isConnected;
+    static std::atomic<bool> m_isAvailable;
+};

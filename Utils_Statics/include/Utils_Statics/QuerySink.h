@@ -1,0 +1,73 @@
+#pragma once
+
+#include <Utils_Statics/export.h>
+
+#include <windows.h>
+
+#include <wbemidl.h>
+
+#include <atomic>
+
+/// Receives the network drivers' events and passes them to CStatusNetwork and CStatusWireless, on
+/// the thread that delivers them. Of a batch, only the first event that says anything counts.
+///
+/// An object counts the references to itself and destroys itself when the last one is released. The
+/// one that CWmiService made lives until the service has let go of it, too, without the service
+/// being counted: the platform may release its references at any time, before or after.
+class UTILS_STATICS_API QuerySink : public IWbemObjectSink
+{
+public:
+    /// Without a reference.
+    QuerySink() noexcept = default;
+    QuerySink(const QuerySink&) = delete;
+    QuerySink& operator=(const QuerySink&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    /// Always WBEM_S_NO_ERROR. What the repaint callback throws ends here.
+    HRESULT STDMETHODCALLTYPE Indicate(LONG count, IWbemClassObject** events) override;
+    HRESULT STDMETHODCALLTYPE SetStatus(LONG flags, HRESULT result, BSTR text,
+                                        IWbemClassObject* object) override;
+    virtual ~QuerySink();
+
+    /// Where a client could be told of changes. The pointers are kept and never used: the events go
+    /// to the status items.
+    void SetConnectionStatusPointer(bool* status) noexcept { m_connectionStatus = status; }
+    void SetAdaptorStatusPointer(bool* status) noexcept { m_adaptorStatus = status; }
+    void SetWirelessAdapterStatusPointer(bool* status) noexcept { m_wirelessStatus = status; }
+    void SetLocalAdapterStatusPointer(bool* status) noexcept { m_localStatus = status; }
+    void SetWireLessSpeedPointer(unsigned int* speed) noexcept { m_wirelessSpeed = speed; }
+
+private:
+    friend class CWmiService;
+
+    enum class Outcome
+    {
+        goOn, // the event says nothing; look at the next one
+        stop
+    };
+
+    /// What keeps the object: each reference, and the service, which no reference count shows. The
+    /// last to let go destroys it.
+    void Hold() noexcept;
+    void LetGo() noexcept;
+    /// No event changes a status item any more; waits for one that is doing so.
+    void Close() noexcept;
+
+    Outcome HandleEvent(IWbemClassObject& event);
+    Outcome ShowConnection(IWbemClassObject& event, bool connected);
+    Outcome ShowAvailability(IWbemClassObject& event, bool available);
+    template <class Change>
+    Outcome Apply(const Change& change);
+
+    LONG m_references = 0;
+    bool* m_connectionStatus = nullptr;
+    bool* m_adaptorStatus = nullptr;
+    bool* m_wirelessStatus = nullptr;
+    bool* m_localStatus = nullptr;
+    unsigned int* m_wirelessSpeed = nullptr;
+
+    LONG m_holds = 0; // the references, and the service
+    std::atomic<bool> m_isClosed = false;
+};

@@ -1,0 +1,63 @@
+// utilsExam: network facts that are shown to the user.
+#include <winsock2.h>
+
+#include "environment/PathText.h"
+#include "network/DriverNamespace.h"
+#include "network/ObjectProperty.h"
+
+#include <Utils_Statics/utilsExam.h>
+
+using namespace utils_statics;
+
+namespace {
+
+// The platform's network functions, for as long as it lives; what the application has started
+// stays.
+class NetworkFunctions
+{
+public:
+    NetworkFunctions() noexcept : m_started(WSAStartup(MAKEWORD(2, 2), &m_description) == 0) {}
+    ~NetworkFunctions()
+    {
+        if (m_started) WSACleanup();
+    }
+    NetworkFunctions(const NetworkFunctions&) = delete;
+    NetworkFunctions& operator=(const NetworkFunctions&) = delete;
+
+private:
+    WSADATA m_description = {};
+    bool m_started;
+};
+
+} // namespace
+
+CString utilsExam::GetLocalIP()
+{
+    const NetworkFunctions started;
+    char name[255] = {};
+    if (gethostname(name, sizeof name) != 0) return CString();
+    const hostent* const host = gethostbyname(name);
+    if (!host || host->h_addrtype != AF_INET || !host->h_addr_list[0]) return CString();
+    const char* const address = inet_ntoa(*reinterpret_cast<const in_addr*>(host->h_addr_list[0]));
+    return CString(address);
+}
+
+std::wstring utilsExam::GetWirelessAdapterGuid()
+{
+    std::wstring device;
+    const DriverConnection connection = ConnectToDrivers();
+    if (!connection) return device;
+    VisitObjects(*connection.services.get(), L"SELECT * FROM MSNdis_EnumerateAdapter",
+                 [&](IWbemClassObject& adapter) {
+                     if (!IsWirelessName(InstanceName(adapter))) return false;
+                     device = TextProperty(adapter, L"DeviceName").value_or(std::wstring());
+                     return true;
+                 });
+    RemoveAll(device, L"\\DEVICE\\");
+    return device;
+}
+
+bool utilsExam::IsWirelessAdapterAvailable()
+{
+    return !GetWirelessAdapterGuid().empty();
+}

@@ -1,0 +1,438 @@
+// The probe sensor's display.
+#include "../text/TestStringTable.h"
+#include "status_fixture.h"
+
+#include <Utils_Statics/CStatusProbeSensor.h>
+
+#include <test_support/ChildTest.h>
+#include <test_support/LogCapture.h>
+
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+using test_support::LogCapture;
+
+namespace {
+
+using SensorData = CStatusProbeSensor::SensorData;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+SensorData Reading(double temperature, double angle = 90, std::uint8_t error = 0, int version = 2)
+{
+    return {true, temperature, angle, error, version};
+}
+
+bool IsReddish(Gdiplus::ARGB pixel)
+{
+    return GetRValue(pixel >> 16) > 0x80 && GetRValue(pixel >> 8) < 0x60 && GetRValue(pixel) < 0x60;
+}
+
+// The settings are read when the one object is made, so they are the defaults in this process.
+class ProbeSensor : public StatusTest
+{
+protected:
+    ProbeSensor()
+    {
+        table.Add("status.probesensor.nosensor", "NO SENSOR", "NO SENSOR");
+        table.Add("status.probesensor.maxtemp", "TOO HOT", "TOO HOT");
+        table.Load();
+        CStatusProbeSensor::setState({});
+        repaints = 0;
+    }
+    ~ProbeSensor() override { CStatusProbeSensor::setState({}); }
+
+    // The width of a drawn reading.
+    int DrawReading(const SensorData& data, Row& row)
+    {
+        CStatusProbeSensor::setState(data);
+        return Draw(item, row);
+    }
+    // The strongest pixels of the temperature: text is antialiased, so its colour is the one
+    // farthest from the background.
+    static Gdiplus::ARGB TextColour(Row& row, const CRect& area)
+    {
+        Gdiplus::ARGB found = background;
+        int farthest = 0;
+        for (int y = area.top; y < area.bottom; ++y)
+            for (int x = area.left; x < area.right; ++x) {
+                const int away = std::abs(GetRValue(row.At(x, y) >> 16) - 0x20);
+                if (away > farthest) {
+                    farthest = away;
+                    found = row.At(x, y);
+                }
+            }
+        return found;
+    }
+    static void ExpectColour(Gdiplus::ARGB colour, int red, int green, int blue)
+    {
+        EXPECT_NEAR(GetRValue(colour >> 16), red, 3);
+        EXPECT_NEAR(GetRValue(colour >> 8), green, 3);
+        EXPECT_NEAR(GetRValue(colour), blue, 3);
+    }
+
+    IStatusItem* const item = CStatusProbeSensor::getInstance();
+    TestStringTable table;
+};
+
+TEST_F(ProbeSensor, StartsWithoutASensor)
+{
+    const SensorData start;
+    EXPECT_FALSE(start.isSensorSupported);
+    EXPECT_EQ(start.temperature, -1.0);
+    EXPECT_EQ(start.angle, -1.0);
+    EXPECT_EQ(start.errorStatus, 0);
+    EXPECT_EQ(start.muxVersion, 0);
+    EXPECT_EQ(CStatusProbeSensor::getState(), start);
+    EXPECT_FALSE(item->isVisible());
+    EXPECT_EQ(CStatusProbeSensor::getInstance(), item);
+}
+
+TEST_F(ProbeSensor, ReadingsHaveTheirLayout)
+{
+    EXPECT_EQ(offsetof(SensorData, isSensorSupported), 0u);
+    EXPECT_EQ(offsetof(SensorData, temperature), 8u);
+    EXPECT_EQ(offsetof(SensorData, angle), 16u);
+    EXPECT_EQ(offsetof(SensorData, errorStatus), 24u);
+    EXPECT_EQ(offsetof(SensorData, muxVersion), 28u);
+    EXPECT_EQ(sizeof(SensorData), 32u);
+}
+
+TEST_F(ProbeSensor, AReadingIsKeptAndAsksForARepaintOnlyWhenItIsNew)
+{
+    const SensorData first = Reading(36.5, 45);
+    CStatusProbeSensor::setState(first);
+    EXPECT_EQ(CStatusProbeSensor::getState(), first);
+    EXPECT_EQ(repaints, 1);
+    CStatusProbeSensor::setState(first);
+    EXPECT_EQ(repaints, 1);
+    SensorData other = first;
+    const auto expectNew = [&](int count) {
+        CStatusProbeSensor::setState(other);
+        EXPECT_EQ(repaints, count);
+        EXPECT_EQ(CStatusProbeSensor::getState(), other);
+    };
+    other.temperature = std::nextafter(36.5, 40);
+    expectNew(2);
+    other.angle = 46;
+    expectNew(3);
+    other.errorStatus = 255;
+    expectNew(4);
+    other.muxVersion = -7;
+    expectNew(5);
+    other.isSensorSupported = false;
+    expectNew(6);
+}
+
+TEST_F(ProbeSensor, AReadingThatIsNoNumberIsAlwaysNew)
+{
+    CStatusProbeSensor::setState(Reading(nan));
+    CStatusProbeSensor::setState(Reading(nan));
+    EXPECT_EQ(repaints, 2);
+    CStatusProbeSensor::setState(Reading(0.0));
+    CStatusProbeSensor::setState(Reading(-0.0));
+    EXPECT_EQ(repaints, 3) << "the two zeros are equal";
+}
+
+TEST_F(ProbeSensor, IsVisibleWithASensorUsableOrNot)
+{
+    CStatusProbeSensor::setState(Reading(36, 90, 1, 0));
+    EXPECT_TRUE(item->isVisible());
+    item->updateVisibleState();
+    EXPECT_TRUE(item->isVisible());
+    CStatusProbeSensor::setState({false, 36, 90, 0, 2});
+    EXPECT_FALSE(item->isVisible());
+    item->issueUpdate();
+    EXPECT_EQ(repaints, 3);
+}
+
+TEST_F(ProbeSensor, ShowsTemperatureAndGauge)
+{
+    Row row;
+    EXPECT_EQ(DrawReading(Reading(36.0), row), 102);
+    const CRect drawn = row.Drawn();
+    EXPECT_GE(drawn.left, 200 - 102 - 1) << "the outline is two pixels wide";
+    EXPECT_LT(drawn.left, 200 - 90);
+    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+    ExpectColour(TextColour(row, CRect(98 + 16, 16, 98 + 34, 44)), 231, 235, 246);
+}
+
+TEST_F(ProbeSensor, TheGaugeFillsFromItsLeftEnd)
+{
+    // The half ellipse lies from x = 98 to 146 below y = 27.6 - (60 - 13.8) / 2 = 4.5; the text
+    // in its middle is left out of account.
+    const auto filled = [&](double angle, int x, int y) {
+        Row row;
+        DrawReading(Reading(36.0, angle), row);
+        return row.At(x, y) != background;
+    };
+    const struct
+    {
+        double angle;
+        bool left, right;
+    } rows[] = {{0, false, false}, {90, true, false}, {180, true, true}, {40, true, false}};
+    for (const auto& expected : rows) {
+        EXPECT_EQ(filled(expected.angle, 104, 8), expected.left) << expected.angle;
+        EXPECT_EQ(filled(expected.angle, 139, 8), expected.right) << expected.angle;
+    }
+}
+
+TEST_F(ProbeSensor, TheGaugesColoursAreThose)
+{
+    Row row;
+    DrawReading(Reading(36.0, 180), row);
+    // 0x64 parts of 0xC8 over the background.
+    const auto over = [](int below) { return (0xC8 * 0x64 + below * (255 - 0x64)) / 255; };
+    ExpectColour(row.At(104, 9), over(0x20), over(0x40), over(0x60));
+    // The outline's lowest point, the middle of its two pixels.
+    ExpectColour(row.At(122, 31), 0xB4, 0xB4, 0x96);
+    EXPECT_EQ(row.At(122, 41), background) << "below the ellipse and the text";
+    EXPECT_EQ(row.At(122, 1), background) << "the upper half is not drawn";
+}
+
+TEST_F(ProbeSensor, TheTextReddensOnItsWayToTheThreshold)
+{
+    const struct
+    {
+        double temperature;
+        int green, blue;
+    } rows[] = {{20, 235, 246}, {37.0, 235, 246}, {38.4, 117, 123}, {39.1, 58, 61}, {39.8, 0, 0}};
+    for (const auto& expected : rows) {
+        Row row;
+        DrawReading(Reading(expected.temperature), row);
+        ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, expected.green, expected.blue);
+    }
+}
+
+TEST_F(ProbeSensor, WarnsOverTheRestOfTheRowWhenTooHot)
+{
+    Row row;
+    EXPECT_EQ(DrawReading(Reading(39.9), row), 200);
+    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 0, 0);
+    const CRect warning = row.Where([](Gdiplus::ARGB pixel) { return pixel == 0xFFFF0000; });
+    EXPECT_GT(warning.Width(), 30);
+    EXPECT_NEAR((warning.left + warning.right) / 2.0, 73, 3) << "centred in what is left";
+    EXPECT_NEAR((warning.top + warning.bottom) / 2.0, 30, 4);
+    EXPECT_LE(warning.right, 146);
+    const Gdiplus::ARGB gauge = row.At(104, 8);
+    EXPECT_EQ(gauge, background) << "there is no gauge";
+}
+
+TEST_F(ProbeSensor, TheWarningHasASoftShadow)
+{
+    Row row;
+    DrawReading(Reading(39.9), row);
+    const auto shadow = (0xFF * 0x64 + 0x20 * (255 - 0x64)) / 255;
+    const CRect text = row.Where([](Gdiplus::ARGB pixel) { return pixel == 0xFFFF0000; });
+    const CRect leftOfTheTemperature(0, 0, 146, 60);
+    const CRect soft = row.WhereIn(leftOfTheTemperature, [&](Gdiplus::ARGB pixel) {
+        return std::abs(GetRValue(pixel >> 16) - shadow) < 4 &&
+               std::abs(GetRValue(pixel >> 8) - 0x40 * (255 - 0x64) / 255) < 4;
+    });
+    EXPECT_NEAR(soft.bottom, text.bottom + 2, 1);
+    EXPECT_NEAR(soft.right, text.right + 2, 2);
+}
+
+TEST_F(ProbeSensor, TheThresholdItselfIsNotTooHot)
+{
+    Row row;
+    EXPECT_EQ(DrawReading(Reading(39.8), row), 102);
+    EXPECT_EQ(DrawReading(Reading(std::nextafter(39.8, 40)), row), 200);
+}
+
+TEST_F(ProbeSensor, WarnsOfAnErrorAtANormalTemperature)
+{
+    Row row;
+    EXPECT_EQ(DrawReading(Reading(36, 90, 1), row), 200);
+    EXPECT_NE(row.Where(IsReddish), CRect());
+    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+}
+
+TEST_F(ProbeSensor, WithoutAUsableSensorOnlyTheWarningIsShown)
+{
+    for (const SensorData& data : {Reading(36, 90, 0, 1), Reading(36, 90, 0, -2147483647 - 1),
+                                   SensorData(), SensorData{false, 36, 90, 0, 2}}) {
+        Row row;
+        EXPECT_EQ(DrawReading(data, row), 200);
+        const CRect warning = row.Where(IsReddish);
+        EXPECT_NEAR((warning.left + warning.right) / 2.0, 101, 4) << "over the whole row";
+        EXPECT_EQ(TextColour(row, CRect(0, 0, 200, 60)), 0xFFFF0000) << "and nothing pale";
+    }
+}
+
+// Drawn whether the item is visible or not; the width is 0 only without a text.
+TEST_F(ProbeSensor, AnEmptyWarningTakesNoRoom)
+{
+    TestStringTable empty;
+    empty.Add("status.probesensor.nosensor", " ", " ");
+    empty.Load();
+    Row row;
+    const int width = DrawReading({}, row);
+    EXPECT_EQ(width, 200) << "a blank is a text";
+    EXPECT_EQ(row.Drawn(), CRect());
+}
+
+TEST_F(ProbeSensor, InANarrowRowThereIsNoGauge)
+{
+    CStatusProbeSensor::setState(Reading(36));
+    Row row;
+    EXPECT_EQ(item->drawIcon(CRect(0, 0, 54, 60), row.Graphics()), 54);
+    EXPECT_EQ(item->drawIcon(CRect(0, 0, 55, 60), row.Graphics()), 102);
+    EXPECT_EQ(item->drawIcon(CRect(0, 0, 10, 60), row.Graphics()), 54);
+    CStatusProbeSensor::setState({});
+    EXPECT_EQ(item->drawIcon(CRect(0, 0, 10, 60), row.Graphics()), 10);
+    EXPECT_EQ(item->drawIcon(CRect(0, 0, -5, 60), row.Graphics()), -5) << "the row's right edge";
+}
+
+TEST_F(ProbeSensor, BeginsAtTheTopOfTheRectangle)
+{
+    CStatusProbeSensor::setState(Reading(36));
+    Row row(200, 90);
+    item->drawIcon(CRect(0, 30, 200, 90), row.Graphics());
+    const CRect text = row.Where([](Gdiplus::ARGB pixel) { return GetRValue(pixel) > 0xD0; });
+    EXPECT_NEAR((text.top + text.bottom) / 2.0, 60, 5);
+}
+
+TEST_F(ProbeSensor, LogsWhatItDraws)
+{
+    const LogCapture log;
+    const auto texts = [&](const SensorData& data) {
+        Row row;
+        DrawReading(data, row);
+        std::vector<std::wstring> found;
+        for (const auto& message : const_cast<LogCapture&>(log).Take()) {
+            EXPECT_EQ(message.source, "Utils_Statics/StatusProbeSensor");
+            EXPECT_EQ(message.level, 4);
+            found.push_back(message.text);
+        }
+        return found;
+    };
+    using Texts = std::vector<std::wstring>;
+    EXPECT_EQ(texts(Reading(36)), (Texts{L"isSensorSupported 1 errorStatus 0 muxVersion 2\n",
+                                         L"sensorData valid()\n"}));
+    EXPECT_EQ(texts(Reading(40, 90, 255, 3)),
+              (Texts{L"isSensorSupported 1 errorStatus 255 muxVersion 3\n", L"sensorData valid()\n",
+                     L" hardware error status\n"}));
+    EXPECT_EQ(
+        texts({false, 36, 90, 1, -1}),
+        (Texts{L"isSensorSupported 0 errorStatus 1 muxVersion -1\n", L"sensorData invalid()\n"}));
+}
+
+TEST_F(ProbeSensor, ReadingsThatAreNoNumbersDoNoHarm)
+{
+    for (const double temperature : {nan, infinity, -infinity, 1e308, -1e308, 5e-324})
+        for (const double angle : {nan, infinity, -infinity, 1e308, -1e308, 720.0, -90.0}) {
+            Row row;
+            const int width = DrawReading(Reading(temperature, angle), row);
+            EXPECT_EQ(width, temperature > 39.8 ? 200 : 102);
+        }
+    Row row;
+    DrawReading(Reading(nan, 90), row);
+    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+}
+
+TEST_F(ProbeSensor, TheThresholdIsReadAnewEachTime)
+{
+    EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 39.8);
+    SetText(L"TeeTempThresh", L"41.25");
+    EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 41.25);
+    const struct
+    {
+        const wchar_t* text;
+        double value;
+    } rows[] = {{L"hot", 0},  {L"", 0},         {L"  42", 42},   {L"40,5", 40},
+                {L"4e1", 40}, {L"-3.5C", -3.5}, {L"39.8 ", 39.8}};
+    for (const auto& row : rows) {
+        SetText(L"TeeTempThresh", row.text);
+        EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), row.value);
+    }
+    Row row;
+    EXPECT_EQ(DrawReading(Reading(39.9), row), 200) << "the item keeps the one that it found";
+}
+
+// ---- Other settings, each in a process of its own: the object reads them when it is made
+
+// The settings come in the environment; the result is checked by the child's own expectations.
+class SettingsOfChild : public StatusTest
+{
+protected:
+    // The colour and width of a reading's text.
+    void Expect(double temperature, int green, int blue, int width)
+    {
+        TestStringTable table;
+        table.Add("status.probesensor.maxtemp", "TOO HOT", "TOO HOT");
+        table.Load();
+        CStatusProbeSensor::setState(Reading(temperature));
+        Row row;
+        EXPECT_EQ(Draw(CStatusProbeSensor::getInstance(), row), width) << temperature;
+        Gdiplus::ARGB strongest = background;
+        for (int y = 0; y < 60; ++y)
+            for (int x = 146; x < 200; ++x)
+                if (GetRValue(row.At(x, y) >> 16) > GetRValue(strongest >> 16))
+                    strongest = row.At(x, y);
+        EXPECT_NEAR(GetRValue(strongest >> 8), green, 3) << temperature;
+        EXPECT_NEAR(GetRValue(strongest), blue, 3) << temperature;
+    }
+    [[noreturn]] static void End() { std::exit(testing::Test::HasFailure() ? 1 : 42); }
+};
+
+// With the ramp's two ends equal, the way along it is a division by zero.
+TEST_F(SettingsOfChild, DISABLED_RampWithoutLength)
+{
+    SetText(L"TeeTempThresh", L"38");
+    SetText(L"TeeTempWarnStart", L"38");
+    Expect(37.9, 235, 246, 102);
+    Expect(38, 235, 246, 102);
+    Expect(38.1, 0, 0, 200);
+    End();
+}
+
+TEST_F(SettingsOfChild, DISABLED_RampThatEndsBeforeItStarts)
+{
+    SetText(L"TeeTempThresh", L"36");
+    SetText(L"TeeTempWarnStart", L"38");
+    Expect(35, 0, 0, 102);
+    Expect(37, 117, 123, 200);
+    Expect(39, 235, 246, 200);
+    End();
+}
+
+TEST_F(SettingsOfChild, DISABLED_SettingsThatAreNoNumbers)
+{
+    SetText(L"TeeTempThresh", L"hot");
+    SetText(L"TeeTempWarnStart", L"warm");
+    Expect(-1, 235, 246, 102);
+    Expect(0, 235, 246, 102);
+    Expect(36, 0, 0, 200);
+    End();
+}
+
+TEST_F(SettingsOfChild, DISABLED_SettingsThatAreSet)
+{
+    SetText(L"TeeTempThresh", L"50");
+    SetText(L"TeeTempWarnStart", L"40");
+    Expect(39.9, 235, 246, 102);
+    Expect(45, 117, 123, 102);
+    Expect(50, 0, 0, 102);
+    Expect(50.1, 0, 0, 200);
+    End();
+}
+
+class ProbeSensorSettings : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(ProbeSensorSettings, AreTakenWhenTheItemIsMade)
+{
+    test_support::ChildTest child("SettingsOfChild.DISABLED_" + std::string(GetParam()));
+    EXPECT_EQ(child.Wait(60'000), 42u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, ProbeSensorSettings,
+                         testing::Values("RampWithoutLength", "RampThatEndsBeforeItStarts",
+                                         "SettingsThatAreNoNumbers", "SettingsThatAreSet"),
+                         [](const auto& row) { return std::string(row.param); });
+
+} // namespace

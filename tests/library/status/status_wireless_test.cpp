@@ -1,0 +1,164 @@
+// The wireless icon and the signal behind it.
+#include "status_fixture.h"
+
+#include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/CWmiService.h>
+
+#include <test_support/ComScope.h>
+#include <wmi_server/WmiServer.h>
+
+#include <chrono>
+
+namespace {
+
+const std::wstring query = L"SELECT * FROM MSNdis_80211_ReceivedSignalStrength Where active=true";
+
+class StatusWireless : public StatusTest
+{
+protected:
+    StatusWireless()
+    {
+        for (int n = 1; n <= 5; ++n) // told apart by their widths
+            WriteIcon(L"wireless" + std::to_wstring(n) + L".png", 20 + n, 10, 0xFFFFFFFF);
+        Set(L"WirelessStrength", 1);
+        item->updateVisibleState();
+        CStatusWireless::setConnected(true);
+        CStatusWireless::setAvailable(true);
+        repaints = 0;
+        CWmiService::getInstance();
+        server.TakeCalls();
+    }
+    ~StatusWireless() override
+    {
+        CWmiService::destroyInstance();
+        EXPECT_EQ(server.LiveObjects(), 0);
+    }
+
+    void SetSignal(std::int32_t level)
+    {
+        server.SetAnswer(query, {{{L"Ndis80211ReceivedSignalStrength", level}}});
+    }
+    // The number of the image that is drawn; 0 for none.
+    int Shown()
+    {
+        Row row;
+        const int width = Draw(item, row);
+        EXPECT_EQ(row.Drawn().Width(), width);
+        return width == 0 ? 0 : width - 20;
+    }
+
+    IStatusItem* const item = CStatusWireless::getInstance();
+    test_support::ComScope com;
+    simulation::WmiServer server;
+};
+
+TEST_F(StatusWireless, ShowsTheStrengthInFiveSteps)
+{
+    const struct
+    {
+        std::int32_t level;
+        int icon;
+    } rows[] = {{-110, 1}, {-100, 1}, {-91, 1}, {-90, 2}, {-81, 2}, {-80, 3}, {-71, 3},
+                {-70, 4},  {-61, 4},  {-60, 5}, {-50, 5}, {0, 5},   {100, 5}};
+    for (const auto& row : rows) {
+        SetSignal(row.level);
+        EXPECT_EQ(Shown(), row.icon) << row.level;
+    }
+}
+
+// Qualities that no level gives exactly: they are even. The steps lie at 20, 40, 60 and 80.
+TEST_F(StatusWireless, IsAtTheWeakestWhenTheSignalIsUnknown)
+{
+    server.SetAnswer(query, {});
+    EXPECT_EQ(Shown(), 1);
+    server.Fail(simulation::WmiCall::execQuery, E_FAIL);
+    EXPECT_EQ(Shown(), 1);
+}
+
+TEST_F(StatusWireless, IsAtTheWeakestWhenNotConnectedButAsksAllTheSame)
+{
+    SetSignal(-50);
+    EXPECT_EQ(Shown(), 5);
+    CStatusWireless::setConnected(false);
+    server.TakeCalls();
+    EXPECT_EQ(Shown(), 1);
+    const auto calls = server.TakeCalls();
+    ASSERT_FALSE(calls.empty());
+    EXPECT_EQ(calls.front(), L"ExecQuery \"WQL\" \"" + query + L"\" 48 null");
+}
+
+TEST_F(StatusWireless, AsksOnceForEachDrawing)
+{
+    SetSignal(-50);
+    Shown();
+    Shown();
+    int queries = 0;
+    for (const std::wstring& call : server.TakeCalls())
+        queries += call.starts_with(L"ExecQuery");
+    EXPECT_EQ(queries, 2);
+}
+
+TEST_F(StatusWireless, IsShownWhileItIsAvailableAndWanted)
+{
+    SetSignal(-50);
+    CStatusWireless::setAvailable(false);
+    EXPECT_FALSE(item->isVisible());
+    EXPECT_EQ(Shown(), 0);
+    CStatusWireless::setAvailable(true);
+    EXPECT_TRUE(item->isVisible());
+    Set(L"WirelessStrength", 0);
+    EXPECT_TRUE(item->isVisible());
+    item->updateVisibleState();
+    EXPECT_FALSE(item->isVisible());
+    server.TakeCalls();
+    EXPECT_EQ(Shown(), 0);
+    EXPECT_TRUE(server.TakeCalls().empty()) << "what is not shown is not asked for";
+}
+
+TEST_F(StatusWireless, EverySetterAsksForARepaint)
+{
+    CStatusWireless::setConnected(true);
+    EXPECT_EQ(repaints, 1);
+    EXPECT_TRUE(CStatusWireless::isConnected());
+    CStatusWireless::setConnected(false);
+    EXPECT_EQ(repaints, 2);
+    EXPECT_FALSE(CStatusWireless::isConnected());
+    CStatusWireless::setAvailable(false);
+    EXPECT_EQ(repaints, 3);
+    EXPECT_FALSE(CStatusWireless::isAvailable());
+    CStatusWireless::setAvailable(true);
+    EXPECT_EQ(repaints, 4);
+    CStatusWireless::update();
+    EXPECT_EQ(repaints, 5);
+    EXPECT_FALSE(CStatusWireless::isConnected());
+    EXPECT_TRUE(CStatusWireless::isAvailable());
+}
+
+// A service that is slow to answer holds up the painting thread for as long: the row, and the
+// window that it belongs to, stand still.
+TEST_F(StatusWireless, HoldsUpThePaintingAsLongAsTheServiceTakes)
+{
+    using namespace std::chrono;
+    SetSignal(-50);
+    server.SetDelay(seconds(2));
+    const auto start = steady_clock::now();
+    EXPECT_EQ(Shown(), 5);
+    const auto taken = duration_cast<milliseconds>(steady_clock::now() - start);
+    EXPECT_GE(taken.count(), 1950);
+    RecordProperty("milliseconds", static_cast<int>(taken.count()));
+}
+
+// The same with half a minute, to be run by hand.
+TEST_F(StatusWireless, DISABLED_HoldsUpThePaintingForHalfAMinute)
+{
+    using namespace std::chrono;
+    SetSignal(-50);
+    server.SetDelay(seconds(30));
+    const auto start = steady_clock::now();
+    EXPECT_EQ(Shown(), 5);
+    const auto taken = duration_cast<milliseconds>(steady_clock::now() - start);
+    EXPECT_GE(taken.count(), 29'900);
+    std::printf("one repaint took %d ms\n", static_cast<int>(taken.count()));
+}
+
+} // namespace
