@@ -61,6 +61,8 @@
 #include <Utils_Statics/StateChangeType.h>
 #include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/StringParse.h>
+#include <Utils_Statics/ZipCompress.h>
+#include <Utils_Statics/ZipExtract.h>
 #include <Utils_Statics/cPointerArray.h>
 #include <Utils_Statics/cPreProcessor.h>
 #include <Utils_Statics/cSigSlotBase.h>

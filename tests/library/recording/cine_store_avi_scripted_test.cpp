@@ -68,13 +68,13 @@ BOOL WINAPI NoSpaceLeft(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PUL
     return TRUE;
 }
 
-// Run by cine-disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+// Run by disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
 // The limit fails the writes as a full volume does; what a full volume answers when it is asked for
 // its space is played.
 TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::EnvironmentVariable(L"CINE_FILE_LIMIT").empty())
-        GTEST_SKIP() << "needs a limit on the size of files; cine-disk-full sets one";
+        GTEST_SKIP() << "needs a limit on the size of files; disk-full sets one";
     const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW",
                                         reinterpret_cast<void*>(&NoSpaceLeft));
     ASSERT_TRUE(Start(store, 1024, 768));

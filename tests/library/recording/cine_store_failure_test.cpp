@@ -116,12 +116,11 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
     EXPECT_EQ(completed.calls, 0);
 }
 
-// Run by cine-disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+// Run by disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
 TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
 {
     const std::wstring limitText = test_support::EnvironmentVariable(L"CINE_FILE_LIMIT");
-    if (limitText.empty())
-        GTEST_SKIP() << "needs a limit on the size of files; cine-disk-full sets one";
+    if (limitText.empty()) GTEST_SKIP() << "needs a limit on the size of files; disk-full sets one";
     const std::size_t limit = std::stoul(limitText);
     constexpr std::size_t frameSize = 10000;
     const std::size_t fitting = (limit - headerSize) / frameSize;
@@ -151,7 +150,7 @@ constexpr std::size_t killedFrameSize = 5001;
 
 } // namespace
 
-// Keeps a program of this platform running for cine-disk-full.
+// Keeps a program of this platform running for disk-full.
 TEST(CineStoreChild, DISABLED_RunsUntilItsInputEnds)
 {
     std::puts("keeper runs");

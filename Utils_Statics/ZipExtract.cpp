@@ -1,0 +1,151 @@
+#include <Utils_Statics/ZipExtract.h>
+
+#include "archive/ArchiveLog.h"
+#include "archive/EntryName.h"
+#include "environment/PathText.h"
+
+#include <Utils_Statics/utilsExam.h>
+#include <base/Encoding.h>
+
+#include <unzip.h>
+
+#include <type_traits>
+#include <utility>
+
+using namespace utils_statics;
+
+static_assert(std::is_same_v<unzFile, void*>);
+
+namespace {
+
+// Logs the code of a failed call of the reader. True when it did not fail.
+bool Read(int error, const wchar_t* call, int line = __builtin_LINE())
+{
+    if (error != UNZ_OK) ArchiveError(line)(L"error %d with zipfile in %s\n", error, call);
+    return error == UNZ_OK;
+}
+
+struct Entry
+{
+    std::wstring name;
+    bool hasWholeName;
+    bool isEncrypted;
+    bool hasKnownMethod;
+};
+
+// False when the reader has no current entry.
+bool CurrentEntry(unzFile archive, Entry& entry)
+{
+    constexpr uLong encryptedFlag = 1;
+    constexpr uLong utf8Flag = 0x800;
+    char name[256]; // a longer name fills it, and has no null at its end then
+    unz_file_info info = {};
+    if (!Read(unzGetCurrentFileInfo(archive, &info, name, sizeof name, nullptr, 0, nullptr, 0),
+              L"unzGetCurrentFileInfo"))
+        return false;
+    const std::string_view bytes(name, strnlen(name, sizeof name));
+    entry.name = EntryText(bytes, (info.flag & utf8Flag) != 0);
+    entry.hasWholeName = info.size_filename < sizeof name;
+    entry.isEncrypted = (info.flag & encryptedFlag) != 0;
+    // What is compressed in another way the reader would pass on as it is.
+    entry.hasKnownMethod = info.compression_method == 0 || info.compression_method == Z_DEFLATED;
+    return true;
+}
+
+// Where the entry goes; empty, with a log line, when it cannot stay inside the current folder.
+std::wstring TargetPath(const Entry& entry)
+{
+    if (entry.hasWholeName)
+        if (auto path = PathInside(entry.name)) return *std::move(path);
+    ArchiveError()(L"'%s' is no name of a file to extract.", entry.name.c_str());
+    return {};
+}
+
+// Creates a relative path's folders from the first to the last. Whether the last was created.
+bool CreateFolders(const std::wstring& path)
+{
+    for (auto end = path.find(L'\\'); end != std::wstring::npos; end = path.find(L'\\', end + 1))
+        utilsExam::CreateDirectoryW(path.substr(0, end).c_str());
+    return utilsExam::CreateDirectoryW(path.c_str()) != 0;
+}
+
+std::FILE* CreateWithFolders(const std::wstring& path)
+{
+    if (path.empty()) return nullptr;
+    std::FILE* const file = _wfopen(path.c_str(), L"wb");
+    const std::size_t folder = path.rfind(L'\\');
+    if (file || folder == std::wstring::npos) return file;
+    CreateFolders(path.substr(0, folder));
+    return _wfopen(path.c_str(), L"wb");
+}
+
+} // namespace
+
+ZipExtract::~ZipExtract()
+{
+    Close();
+}
+
+bool ZipExtract::Open(const wchar_t* path) noexcept
+{
+    try {
+        Close();
+        m_archive = unzOpen(base::BytesFromWide(CP_ACP, OrEmpty(path)).c_str());
+        return m_archive != nullptr;
+    } catch (...) {
+        return false;
+    }
+}
+
+bool ZipExtract::ExtractNext(const char* password) noexcept
+{
+    try {
+        Entry entry;
+        if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
+        const std::wstring path = TargetPath(entry);
+        if (entry.hasWholeName && IsFolderEntry(entry.name)) // deliberately without going on
+            return !path.empty() && CreateFolders(path);
+
+        bool extracted = entry.hasKnownMethod
+                             ? ExtractFile(path, entry.isEncrypted ? password : nullptr)
+                             : Read(UNZ_BADZIPFILE, L"unzOpenCurrentFilePassword");
+        const int closed = unzCloseCurrentFile(m_archive);
+        extracted = extracted && Read(closed, L"unzCloseCurrentFile");
+        const int next = unzGoToNextFile(m_archive);
+        if (next == UNZ_END_OF_LIST_OF_FILE) return false;
+        return Read(next, L"unzGoToNextFile") && extracted;
+    } catch (...) {
+        return false;
+    }
+}
+
+// Opens the current entry and copies it to a file. An empty path, and one where no file can be
+// created, skip the entry; that counts as success: deliberate.
+bool ZipExtract::ExtractFile(const std::wstring& path, const char* password)
+{
+    if (!Read(unzOpenCurrentFilePassword(m_archive, password), L"unzOpenCurrentFilePassword"))
+        return false;
+    std::FILE* const file = CreateWithFolders(path);
+    if (!file) return true;
+    const bool copied = CopyData(file);
+    const bool closed = std::fclose(file) == 0;
+    return copied && (closed || Read(UNZ_ERRNO, L"fclose"));
+}
+
+bool ZipExtract::CopyData(std::FILE* target)
+{
+    for (;;) {
+        const int size = unzReadCurrentFile(m_archive, m_buffer, sizeof m_buffer);
+        if (size < 0) return Read(size, L"unzReadCurrentFile");
+        // The reader does not object when the data ends before the size that was promised.
+        if (size == 0)
+            return Read(unzeof(m_archive) == 1 ? UNZ_OK : UNZ_BADZIPFILE, L"unzReadCurrentFile");
+        if (std::fwrite(m_buffer, static_cast<std::size_t>(size), 1, target) != 1)
+            return Read(UNZ_ERRNO, L"fwrite");
+    }
+}
+
+void ZipExtract::Close() noexcept
+{
+    if (m_archive) unzClose(std::exchange(m_archive, nullptr));
+}

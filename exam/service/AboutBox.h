@@ -1,0 +1,27 @@
+#pragma once
+
+#include <afxwin.h>
+
+namespace exam {
+
+/// The box that says what program this is and lists its modules with their versions. It never takes
+/// the keyboard, which stays with the window above which it is shown.
+class AboutBox : public CWnd
+{
+public:
+    /// Shows the box in the middle of a window, with what is loaded now, or hides it.
+    void Toggle(CWnd& owner);
+    bool IsShown() const { return GetSafeHwnd() && IsWindowVisible(); }
+
+protected:
+    void OnClose();
+    DECLARE_MESSAGE_MAP()
+
+private:
+    bool Open(CWnd& owner);
+    void List();
+
+    HWND m_list = nullptr; // a child, which goes with the box
+};
+
+} // namespace exam

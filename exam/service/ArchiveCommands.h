@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace exam {
+
+/// Packs a folder and prints what became of it. False, with a sentence on standard error, when it
+/// failed, and when the archive is there and `overwrite` does not allow to replace it.
+bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite);
+
+/// Unpacks an archive into a folder and prints what became of it. False, with a sentence on
+/// standard error, when not all of it is there.
+bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
+                   const std::wstring& password);
+
+} // namespace exam

@@ -1,0 +1,90 @@
+#include "service/CrashOnPurpose.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <thread>
+
+namespace exam {
+
+namespace {
+
+volatile int s_sink = 0;
+
+// Near null, where nothing is on any platform. The compiler must not know.
+volatile int* Nowhere()
+{
+    static volatile std::uintptr_t address = 0x10;
+    return reinterpret_cast<volatile int*>(address);
+}
+
+void Read()
+{
+    s_sink = *Nowhere();
+}
+
+void Write()
+{
+    *Nowhere() = 1;
+}
+
+void Divide()
+{
+    volatile int zero = 0;
+    s_sink = s_sink / zero;
+}
+
+void ExecuteIllegally()
+{
+    __asm__ volatile("ud2");
+}
+
+// Without bound; the addition keeps it from becoming a loop.
+[[gnu::noinline]] int Recurse(int depth)
+{
+    volatile char frame[512];
+    frame[0] = static_cast<char>(depth);
+    return s_sink == -1 ? 0 : Recurse(depth + 1) + frame[0];
+}
+
+void ExhaustStack()
+{
+    s_sink = Recurse(0);
+}
+
+void ReadOnThread()
+{
+    std::thread(Read).join();
+}
+
+constexpr CrashKind kinds[] = {
+    {L"read", "exam.crash.read", Read},
+    {L"write", "exam.crash.write", Write},
+    {L"divide", "exam.crash.divide", Divide},
+    {L"illegal", "exam.crash.illegal", ExecuteIllegally},
+    {L"stack", "exam.crash.stack", ExhaustStack},
+    {L"thread", "exam.crash.thread", ReadOnThread},
+};
+
+} // namespace
+
+std::span<const CrashKind> CrashKinds()
+{
+    return kinds;
+}
+
+void CrashOnPurpose(const std::wstring& name)
+{
+    for (const CrashKind& kind : kinds)
+        if (name == kind.name) kind.crash();
+}
+
+std::wstring CrashNames()
+{
+    std::wstring names;
+    for (const CrashKind& kind : kinds)
+        names += (names.empty() ? L"" : L", ") + std::wstring(kind.name);
+    return names;
+}
+
+} // namespace exam

@@ -1,0 +1,98 @@
+#include "service/ServiceDesk.h"
+
+#include "service/ProgressWindow.h"
+#include "service/ServiceMenu.h"
+#include "service/StudyArchive.h"
+
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <cstdio>
+#include <filesystem>
+
+namespace exam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The folder of the study that the images belong to.
+std::wstring StudyFolder()
+{
+    const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
+    return fs::path(utilsExam::GetStudyPath(object).GetString()).parent_path().wstring();
+}
+
+CString ResultText(const ArchiveResult& result, const char* doneKey, const std::wstring& place)
+{
+    if (!result.problem.empty()) return GetStr("exam.archive.failed", result.problem.c_str());
+    return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
+}
+
+// Fills the bar as long as it lives.
+ArchiveProgress StepsOf(ProgressWindow& bar)
+{
+    return [&bar](std::size_t done, std::size_t all, const std::wstring& name) {
+        bar.Step(done, all, name);
+    };
+}
+
+} // namespace
+
+std::optional<CString> ServiceDesk::OnKey(CWnd& window, UINT key)
+{
+    switch (key) {
+    case 'Z': return Pack(window);
+    case 'U': return Unpack(window);
+    case 'A': m_about.Toggle(window); return std::nullopt;
+    case VK_F11: ShowServiceMenu(window.GetSafeHwnd()); return std::nullopt;
+    default: return std::nullopt;
+    }
+}
+
+std::wstring ServiceDesk::Archive(int number) const
+{
+    wchar_t name[32];
+    std::swprintf(name, std::size(name), L"\\study-%03d.zip", number);
+    return m_folder + name;
+}
+
+// 0 when the folder has none.
+int ServiceDesk::LastNumber() const
+{
+    std::error_code error;
+    int number = 0;
+    while (fs::exists(Archive(number + 1), error))
+        ++number;
+    return number;
+}
+
+std::wstring ServiceDesk::LastArchive() const
+{
+    const int number = LastNumber();
+    return number > 0 ? Archive(number) : std::wstring();
+}
+
+CString ServiceDesk::Pack(CWnd& window)
+{
+    std::error_code error; // a missing folder shows when the archive is created
+    fs::create_directories(m_folder, error);
+    ProgressWindow bar;
+    bar.Open(window, GetStr("exam.archive.packing"));
+    const std::wstring archive = Archive(LastNumber() + 1);
+    return ResultText(PackFolder(archive, StudyFolder(), StepsOf(bar)), "exam.archive.packed",
+                      archive);
+}
+
+CString ServiceDesk::Unpack(CWnd& window)
+{
+    const std::wstring archive = LastArchive();
+    if (archive.empty()) return GetStr("exam.archive.none", m_folder.c_str());
+    ProgressWindow bar;
+    bar.Open(window, GetStr("exam.archive.unpacking"));
+    const std::wstring folder = fs::path(archive).replace_extension().wstring();
+    return ResultText(UnpackArchive(archive, folder, {}, StepsOf(bar)), "exam.archive.unpacked",
+                      folder);
+}
+
+} // namespace exam

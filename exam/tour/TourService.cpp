@@ -1,0 +1,181 @@
+// Station 8: the study is packed and unpacked, the program says what it is made of, and a crash of
+// another exam is reported.
+#include "service/ProgressWindow.h"
+#include "tour/Tour.h"
+#include "window/Capture.h"
+
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+#include <base/FilePath.h>
+#include <base/Handles.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace exam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr DWORD patience = 60'000; // milliseconds; more than enough
+
+std::string ReadWhole(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void Key(TourContext& context, UINT key)
+{
+    context.window.SendMessage(WM_KEYDOWN, key, 0);
+}
+
+void PictureOf(TourContext& context, HWND window, const std::wstring& name)
+{
+    const std::wstring path = context.folder + L"\\" + name + L".png";
+    context.report.Step(CaptureToPng(window, path), L"picture " + name + L".png");
+}
+
+void ProgressBar(TourContext& context)
+{
+    ProgressWindow bar;
+    const bool isOpen = bar.Open(context.window, GetStr("exam.archive.packing"));
+    bar.Step(2, 3, L"P1\\S1\\study.xml");
+    context.report.Step(isOpen, L"the bar of packing is shown");
+    PictureOf(context, bar.GetSafeHwnd(), L"packing");
+}
+
+void StudyThereAndBack(TourContext& context)
+{
+    const std::wstring folder = context.folder + L"\\recordings\\study-001";
+    Key(context, 'Z');
+    context.report.Step(context.window.Status() ==
+                            GetStr("exam.archive.packed", 2, (folder + L".zip").c_str()),
+                        L"the study's two files are packed");
+    context.Picture(L"packed");
+    Key(context, 'U');
+    context.report.Step(context.window.Status() ==
+                            GetStr("exam.archive.unpacked", 2, folder.c_str()),
+                        L"and unpacked");
+    const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
+    const fs::path study = utilsExam::GetStudyPath(object).GetString();
+    const std::string original = ReadWhole(study);
+    context.report.Step(!original.empty() &&
+                            original == ReadWhole(fs::path(folder) / study.filename()),
+                        L"the unpacked study file is the original byte for byte");
+}
+
+void About(TourContext& context)
+{
+    Key(context, 'A');
+    const AboutBox& about = context.window.Service().About();
+    context.report.Step(about.IsShown(), L"the about box lists the modules");
+    PictureOf(context, about.GetSafeHwnd(), L"about");
+    Key(context, 'A');
+    context.report.Step(!about.IsShown(), L"the same key closes it");
+}
+
+// What the timer below has found of the open menu.
+struct MenuSeen
+{
+    std::wstring picture;
+    bool isSeen = false;
+    bool isCaptured = false;
+};
+MenuSeen s_menu;
+
+void CALLBACK LookAtMenu(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    KillTimer(nullptr, timer);
+    s_menu.isSeen = menu && IsWindowVisible(menu);
+    if (s_menu.isSeen) s_menu.isCaptured = CaptureToPng(menu, s_menu.picture);
+    EndMenu();
+}
+
+// Presses the key of the menu, which returns when the menu is closed: the timer does that.
+bool OpensMenu(TourContext& context)
+{
+    s_menu = {context.folder + L"\\service-menu.png"};
+    const UINT_PTR timer = SetTimer(nullptr, 0, 500, LookAtMenu);
+    Key(context, VK_F11);
+    KillTimer(nullptr, timer);
+    return s_menu.isSeen;
+}
+
+void Menu(TourContext& context)
+{
+    context.report.Step(!OpensMenu(context), L"there is no service menu outside of service mode");
+    utilsExam::ServiceMode = true;
+    context.report.Step(OpensMenu(context), L"the service menu opens in service mode");
+    context.report.Step(s_menu.isCaptured, L"picture service-menu.png");
+    utilsExam::ServiceMode = false;
+}
+
+// Another exam, which crashes; false when it does not end by an access violation.
+bool CrashAnother(const std::wstring& log)
+{
+    const std::wstring program = base::ModuleFile(nullptr);
+    std::wstring command = L"\"" + program + L"\" --log \"" + log + L"\" --crash read";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &startup, &started))
+        return false;
+    const base::Thread thread(started.hThread);
+    const base::Process process(started.hProcess);
+    DWORD code = 0;
+    return WaitForSingleObject(process.get(), patience) == WAIT_OBJECT_0 &&
+           GetExitCodeProcess(process.get(), &code) && code == STATUS_ACCESS_VIOLATION;
+}
+
+// The reporter's message, which it shows when the archive is made; null when it does not come.
+HWND ReporterMessage()
+{
+    for (DWORD waited = 0; waited < patience; waited += 100) {
+        const HWND message = FindWindowW(nullptr, L"Crash report");
+        if (message && IsWindowVisible(message)) return message;
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, 0);
+    }
+    return nullptr;
+}
+
+int FilesWith(const std::wstring& folder, const wchar_t* extension)
+{
+    std::error_code error;
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(folder, error))
+        count += entry.path().extension() == extension;
+    return count;
+}
+
+void Crash(TourContext& context)
+{
+    const std::wstring log = context.folder + L"\\log";
+    std::error_code error;
+    fs::remove_all(log, error); // of an earlier tour
+    context.report.Step(CrashAnother(log), L"another exam crashes");
+    const HWND message = ReporterMessage();
+    context.report.Step(message != nullptr, L"the crash reporter says where the archive is");
+    if (message) PostMessageW(message, WM_CLOSE, 0, 0);
+    context.report.Step(FilesWith(log, L".txt") == 1 && FilesWith(log, L".dmp") == 1 &&
+                            FilesWith(log, L".zip") == 1,
+                        L"report, dump and archive are in the log folder");
+}
+
+} // namespace
+
+void TourService(TourContext& context)
+{
+    ProgressBar(context);
+    StudyThereAndBack(context);
+    About(context);
+    Menu(context);
+    Crash(context);
+    context.window.SetStatus(L"");
+}
+
+} // namespace exam

@@ -1,0 +1,57 @@
+// Packs and unpacks from a command line, for the scripts that compare with other programs.
+//   zip_driver pack ARCHIVE BASE         the files' paths come a line each from the input, in UTF-8
+//   zip_driver unpack ARCHIVE [PASSWORD] into the current folder
+// Ends with 0 when everything succeeded, which for unpacking nothing tells (the last entry fails in
+// any case): it prints how many entries did.
+#include <Utils_Statics/ZipCompress.h>
+#include <Utils_Statics/ZipExtract.h>
+#include <base/Encoding.h>
+#include <qor_utils/LogOutput.h>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+int Pack(const wchar_t* archive, const wchar_t* basePath)
+{
+    ZipCompress zip;
+    zip.SetBasePath(basePath);
+    bool packed = zip.Create(archive);
+    for (std::string path; std::getline(std::cin, path);)
+        packed = zip.AddFile(base::WideFromUtf8(path).c_str()) && packed;
+    zip.Close();
+    return packed ? 0 : 1;
+}
+
+int Unpack(const wchar_t* archive, const char* password)
+{
+    ZipExtract zip;
+    if (!zip.Open(archive)) return 1;
+    int extracted = 0;
+    while (zip.ExtractNext(password))
+        ++extracted;
+    std::printf("extracted %d and the last\n", extracted);
+    return 0;
+}
+
+void PrintMessage(const qor_utils::LogMessage& message, void*)
+{
+    std::fprintf(stderr, "%s: %ls\n", message.source, message.text);
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    qor_utils::SetLogHook(PrintMessage, nullptr);
+    const std::vector<std::wstring> words(arguments, arguments + count);
+    if (count == 4 && words[1] == L"pack") return Pack(arguments[2], arguments[3]);
+    if (count == 3 && words[1] == L"unpack") return Unpack(arguments[2], nullptr);
+    if (count == 4 && words[1] == L"unpack")
+        return Unpack(arguments[2], base::BytesFromWide(CP_ACP, words[3]).c_str());
+    std::fprintf(stderr, "see the top of zip_driver.cpp\n");
+    return 2;
+}

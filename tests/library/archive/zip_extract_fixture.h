@@ -1,0 +1,83 @@
+#pragma once
+
+#include "RawArchive.h"
+
+#include <Utils_Statics/ZipExtract.h>
+#include <test_support/Files.h>
+#include <test_support/InDirectory.h>
+#include <test_support/LogCapture.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+// An archive in one folder and extraction into a folder below it, so that whatever is written
+// outside of the latter is seen.
+class ZipReading : public testing::Test
+{
+protected:
+    ZipReading()
+    {
+        CreateDirectoryW(Target().c_str(), nullptr);
+        m_inTarget.emplace(Target());
+    }
+    ~ZipReading() override { m_inTarget.reset(); }
+
+    std::wstring Target() const { return m_folder / L"target"; }
+    std::wstring Archive() const { return m_folder / L"archive.zip"; }
+
+    // Puts an archive in place and opens it.
+    void Open(const std::string& archive)
+    {
+        m_zip.Close();
+        test_support::WriteFile(Archive(), archive);
+        ASSERT_TRUE(m_zip.Open(Archive().c_str()));
+    }
+    void Open(const std::vector<raw_archive::Entry>& entries) { Open(raw_archive::Write(entries)); }
+
+    // What lies below a folder, files and folders, relative to it and with forward slashes.
+    static std::set<std::string> Below(const std::wstring& folder)
+    {
+        namespace fs = std::filesystem;
+        std::set<std::string> found;
+        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+            const std::u8string name = entry.path().lexically_relative(folder).generic_u8string();
+            found.emplace(name.begin(), name.end());
+        }
+        return found;
+    }
+
+    std::string Content(const std::wstring& name) const
+    {
+        return test_support::ReadFile(Target() + L"\\" + name);
+    }
+
+    // That nothing was written outside of the target.
+    void ExpectNothingOutside() const
+    {
+        std::set<std::string> outside;
+        for (const std::string& name : Below(m_folder.Path()))
+            if (!name.starts_with("target")) outside.insert(name);
+        EXPECT_EQ(outside, std::set<std::string>{"archive.zip"});
+    }
+
+    static void ExpectLogged(test_support::LogCapture& log, const std::wstring& text)
+    {
+        const std::vector<test_support::LoggedMessage> messages = log.Take();
+        ASSERT_EQ(messages.size(), 1u);
+        EXPECT_EQ(messages[0].source, "Utils_Statics/ZipArchive");
+        EXPECT_EQ(messages[0].level, 1);
+        EXPECT_EQ(messages[0].text, text);
+    }
+
+    const test_support::TemporaryFolder m_folder;
+    std::optional<test_support::InDirectory> m_inTarget;
+    ZipExtract m_zip;
+};
