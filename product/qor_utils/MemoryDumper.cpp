@@ -22,16 +22,26 @@ using qor_utils::DumpFunction;
 struct Job
 {
     volatile LONG inUse;
-    volatile LONG claimed; // by the thread that will write
+    volatile LONG claimed; // by whoever will write
     wchar_t path[1024];
     MINIDUMP_EXCEPTION_INFORMATION exception;
     MINIDUMP_TYPE type;
-    HANDLE started; // this and the next: events of the call under way
-    HANDLE finished;
     bool written;
 };
 
 constinit Job s_job{};
+
+// The thread that writes, made once: a crashed process may not be able to make one. Its events and
+// itself stay.
+struct Writer
+{
+    HANDLE asked; // these three: events
+    HANDLE started;
+    HANDLE finished;
+    bool ready;
+};
+
+constinit Writer s_writer{};
 
 bool WriteDump(DumpFunction function, HANDLE file, MINIDUMP_TYPE type)
 {
@@ -61,53 +71,83 @@ bool ClaimJob()
     return InterlockedExchange(&s_job.claimed, 1) == 0;
 }
 
-// Loads before it claims: whoever gets through has seen that the loader's lock is free, which the
-// dump needs as well.
+// The crashed thread may hold these locks, which a dump needs as well. Whoever returns has seen
+// that they are free; whoever waits for the heap's holds none, above all not the loader's.
+DumpFunction WaitForLocks()
+{
+    if (HeapLock(GetProcessHeap())) HeapUnlock(GetProcessHeap());
+    return qor_utils::LoadDumpFunction();
+}
+
 DWORD WINAPI DumpThread(void*)
 {
-    const DumpFunction function = qor_utils::LoadDumpFunction();
-    if (ClaimJob()) {
-        SetEvent(s_job.started);
+    for (;;) {
+        WaitForSingleObject(s_writer.asked, INFINITE);
+        const DumpFunction function = WaitForLocks();
+        if (!ClaimJob()) continue;
+        SetEvent(s_writer.started);
         RunJob(function);
-        SetEvent(s_job.finished);
+        SetEvent(s_writer.finished);
     }
-    return 0;
 }
 
-// False when the thread still runs after its time. While the crashed thread holds the loader's lock
-// another cannot begin, or cannot load, and DbgHelp itself may wait for one: then a process of its
-// own does the work.
-bool RunJobOnThread()
+HANDLE NewEvent(BOOL manualReset)
 {
-    const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
-    const bool begun = thread && WaitForSingleObject(s_job.started, startTimeout) == WAIT_OBJECT_0;
-    if (!begun && ClaimJob()) {
-        s_job.written =
-            qor_utils::WriteDumpFromOutside(s_job.path, s_job.exception, s_job.type, dumpTimeout);
-        return true;
-    }
-    return WaitForSingleObject(s_job.finished, dumpTimeout) == WAIT_OBJECT_0;
+    return CreateEventW(nullptr, manualReset, FALSE, nullptr);
 }
 
-bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType,
-                const base::Event& started, const base::Event& finished)
+// The thread's code must not go away.
+void KeepLibraryLoaded()
+{
+    HMODULE library = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<const wchar_t*>(&DumpThread), &library);
+}
+
+// Called by whoever has the job. Once it has succeeded it does nothing.
+void MakeReady()
+{
+    if (s_writer.ready) return;
+    KeepLibraryLoaded();
+    qor_utils::LoadDumpFunction();
+    if (!s_writer.asked) s_writer.asked = NewEvent(FALSE);
+    if (!s_writer.started) s_writer.started = NewEvent(TRUE);
+    if (!s_writer.finished) s_writer.finished = NewEvent(TRUE);
+    if (!s_writer.asked || !s_writer.started || !s_writer.finished) return;
+    const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
+    s_writer.ready = static_cast<bool>(thread);
+}
+
+// Whether the thread has begun. It has not while the crashed thread holds a lock that it needs.
+bool AskThread()
+{
+    if (!s_writer.ready) return false;
+    ResetEvent(s_writer.started);
+    ResetEvent(s_writer.finished);
+    // From here on a thread that waited for an earlier job's locks may claim this one.
+    InterlockedExchange(&s_job.claimed, 0);
+    SetEvent(s_writer.asked);
+    return WaitForSingleObject(s_writer.started, startTimeout) == WAIT_OBJECT_0 || !ClaimJob();
+}
+
+// False when the thread still runs after its time. Where it cannot begin, a process of its own does
+// the work.
+bool RunPreparedJob()
+{
+    if (AskThread()) return WaitForSingleObject(s_writer.finished, dumpTimeout) == WAIT_OBJECT_0;
+    s_job.written =
+        qor_utils::WriteDumpFromOutside(s_job.path, s_job.exception, s_job.type, dumpTimeout);
+    return true;
+}
+
+bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType)
 {
     if (wcsnlen(path, std::size(s_job.path)) >= std::size(s_job.path)) return false;
     std::wcscpy(s_job.path, path);
     s_job.exception = {GetCurrentThreadId(), exception, FALSE};
     s_job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
     s_job.written = false;
-    s_job.started = started.get();
-    s_job.finished = finished.get();
-    InterlockedExchange(
-        &s_job.claimed,
-        0); // last: a thread of an earlier job that only now begins may claim this one
-    return started && finished;
-}
-
-base::Event NewEvent()
-{
-    return base::Event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    return true;
 }
 
 } // namespace
@@ -115,17 +155,11 @@ base::Event NewEvent()
 bool MemoryDumper::GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exception,
                                     int dumpType) noexcept
 {
-    if (!path || !*path) return false;
+    if (!path) return false;
     if (InterlockedExchange(&s_job.inUse, 1) != 0) return false;
-    base::Event started = NewEvent();
-    base::Event finished = NewEvent();
-    const bool prepared = PrepareJob(path, exception, dumpType, started, finished);
-    if (prepared && !RunJobOnThread()) {
-        // The job and its events stay, for the thread that hangs.
-        started.release();
-        finished.release();
-        return false;
-    }
+    MakeReady();
+    const bool prepared = *path && PrepareJob(path, exception, dumpType);
+    if (prepared && !RunPreparedJob()) return false; // the job stays, for the thread that hangs
     const bool written = prepared && s_job.written;
     InterlockedExchange(&s_job.inUse, 0);
     return written;

@@ -299,4 +299,20 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
         << "and the next as ever";
 }
 
+// A crash inside an allocation holds the heap's lock, which the thread that writes needs.
+TEST(MiniDump, IsWrittenUnderTheHeapsLock)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder / L"a.dmp";
+    CapturedException exception;
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0)) << "it only makes ready";
+    ASSERT_TRUE(HeapLock(GetProcessHeap()));
+    const bool written = MemoryDumper::GenerateMiniDump(path.c_str(), &exception.pointers, 0);
+    HeapUnlock(GetProcessHeap());
+    ASSERT_TRUE(written);
+    EXPECT_TRUE(Dump(path).Stream(ExceptionStream));
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
+        << "and the next as ever";
+}
+
 } // namespace
