@@ -13,7 +13,7 @@ foreach(_library IN LISTS _libraries)
 endforeach()
 
 # The programs, the codec and what they need to run beside the libraries.
-install(TARGETS exam mjpg codecsetup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS exam mjpg codecsetup crashreporter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY exam/sample DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${UTILS_STATICS_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(UTILS_STATICS_CHECKED)

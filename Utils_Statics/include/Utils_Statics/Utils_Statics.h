@@ -32,11 +32,13 @@
 #include <Utils_Statics/CCineStoreAVI.h>
 #include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/CImgGeometry.h>
+#include <Utils_Statics/CMiniVersion.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
 #include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
@@ -54,12 +56,12 @@
 #include <Utils_Statics/IStatusItem.h>
 #include <Utils_Statics/MatrixRoutines.h>
 #include <Utils_Statics/MfcConversions.h>
+#include <Utils_Statics/MiniDumper.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/PrecisionMouse.h>
 #include <Utils_Statics/QuerySink.h>
 #include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/StateChangeType.h>
-#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>

@@ -1,0 +1,111 @@
+#include "diagnostics/CrashReporter.h"
+
+#include "diagnostics/CrashSettings.h"
+
+#include <base/Handles.h>
+
+namespace utils_statics {
+
+namespace {
+
+constexpr const wchar_t* pathSection = L"System\\Path";
+
+bool FitsCodePage(std::wstring_view text) noexcept
+{
+    BOOL isReplaced = FALSE;
+    WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), static_cast<int>(text.size()),
+                        nullptr, 0, nullptr, &isReplaced);
+    return !isReplaced;
+}
+
+// The platform writes a new settings file in the code page, which may not have the characters of a
+// user's folder. In a file that begins with the byte-order mark it writes UTF-16.
+void BeginInUtf16(const wchar_t* path) noexcept
+{
+    const base::File file(
+        CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    constexpr unsigned char byteOrderMark[] = {0xFF, 0xFE};
+    DWORD written = 0;
+    if (file) WriteFile(file.get(), byteOrderMark, sizeof byteOrderMark, &written, nullptr);
+}
+
+// One a process: it is too large for the stack of a crashed thread.
+class SettingsFile
+{
+public:
+    void Begin(const CrashFiles& files) noexcept
+    {
+        m_path = files.ProgramFolder();
+        m_path += L"crashreport.ini";
+        if (!FitsCodePage(files.folder.View())) BeginInUtf16(m_path.Text());
+    }
+
+    // A null value removes what an earlier crash has left.
+    void Set(const wchar_t* section, const wchar_t* name, const wchar_t* value) const noexcept
+    {
+        WritePrivateProfileStringW(section, name, value, m_path.Text());
+    }
+
+    template <std::size_t Size>
+    void SetFile(const wchar_t* name, const FixedText<Size>& path,
+                 const wchar_t* description) const noexcept
+    {
+        FixedText<Size + 64> value;
+        value = path.View();
+        value += description;
+        Set(L"FilesToAdd", name, value.Text());
+    }
+
+private:
+    FixedText<32768> m_path;
+};
+
+} // namespace
+
+void WriteReporterSettings(const CrashFiles& files) noexcept
+{
+    static constinit SettingsFile settings;
+    settings.Begin(files);
+    settings.Set(L"RegistryToAdd", L"Registry001", L"HKCU\\Software\\Kestrow,Registry Tree");
+    settings.Set(
+        L"RegistryToAdd", L"Registry002",
+        L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Exam,Version Tree");
+    settings.SetFile(L"File001", files.dump, L",Crash Dump,DMP File");
+    settings.SetFile(L"File002", files.report, L",Crash Log,Text Document");
+    if (files.hasActionLog)
+        settings.SetFile(L"File004", files.actionLog, L",Action Log,Text Document");
+    else
+        settings.Set(L"FilesToAdd", L"File004", nullptr);
+    settings.Set(L"ZipFileName", L"Zip", files.archive.Text());
+}
+
+bool StartReporter(const CrashFiles& files) noexcept
+{
+    SettingText setting;
+    static constinit FixedText<32768> reporter;
+    CrashSettingText(pathSection, L"CrashHandler", L"XCrashReport.exe", setting);
+    reporter = files.ProgramFolder();
+    reporter += setting.View();
+
+    FixedText<2048> command;
+    CrashSettingText(pathSection, L"CrashHandler_Params", L"", setting);
+    command = L" ";
+    command += setting.View();
+    command += L" \"";
+    command += FileNamePart(files.program.View());
+    command += L"\"";
+
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_SHOW;
+    PROCESS_INFORMATION started = {};
+    if (!CreateProcessW(reporter.Text(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &startup, &started))
+        return false;
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
+    return true;
+}
+
+} // namespace utils_statics

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <windows.h>
+
+namespace utils_statics {
+
+// What the report calls an exception, with its article: "an Access Violation".
+const wchar_t* ExceptionText(DWORD code) noexcept;
+
+} // namespace utils_statics

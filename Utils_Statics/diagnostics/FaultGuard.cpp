@@ -1,0 +1,117 @@
+#include "diagnostics/FaultGuard.h"
+
+#include "diagnostics/ThreadBlock.h"
+
+namespace utils_statics {
+
+namespace {
+
+// Where to go on when a part faults. It lies on the stack of the function that runs the part.
+struct Recovery
+{
+    void* place[5]; // of the compiler's setjmp
+    void* exceptionList;
+    Recovery* outer;
+};
+
+// The threads that run guarded parts: the crashed one and the two that were made ready. A thread's
+// storage of its own would have to be allocated.
+struct GuardedThread
+{
+    volatile LONG id; // 0: free
+    Recovery* innermost;
+};
+constinit GuardedThread s_threads[3] = {};
+
+GuardedThread* ThisThread() noexcept
+{
+    const LONG id = static_cast<LONG>(GetCurrentThreadId());
+    for (GuardedThread& thread : s_threads)
+        if (thread.id == id) return &thread;
+    return nullptr;
+}
+
+// Null when there is no room for another thread.
+GuardedThread* EnterThread() noexcept
+{
+    if (GuardedThread* const known = ThisThread()) return known;
+    const LONG id = static_cast<LONG>(GetCurrentThreadId());
+    for (GuardedThread& thread : s_threads)
+        if (InterlockedCompareExchange(&thread.id, id, 0) == 0) return &thread;
+    return nullptr;
+}
+
+void LeavePart(GuardedThread& thread) noexcept
+{
+    thread.innermost = thread.innermost->outer;
+    if (!thread.innermost) InterlockedExchange(&thread.id, 0);
+}
+
+// Errors of the processor and of the platform. Other exceptions are somebody's way to call a
+// handler, as those of the C++ compilers are.
+bool IsFault(DWORD code) noexcept
+{
+    return code >> 28 == 0xC || code == STATUS_GUARD_PAGE_VIOLATION ||
+           code == STATUS_DATATYPE_MISALIGNMENT || code == STATUS_BREAKPOINT;
+}
+
+// The faulting thread goes on here, as if it had been called where it faulted. The list of the
+// handlers that are in force (x86 only) goes back to what it was before the part.
+[[noreturn]] void Recover() noexcept
+{
+    Recovery* const recovery = ThisThread()->innermost;
+    ThreadBlock().ExceptionList =
+        static_cast<EXCEPTION_REGISTRATION_RECORD*>(recovery->exceptionList);
+    __builtin_longjmp(recovery->place, 1);
+}
+
+// The stack as it is right after a call.
+void GoOnAtRecovery(CONTEXT& context) noexcept
+{
+    constexpr DWORD directionFlag = 0x400;
+    context.EFlags &= ~directionFlag;
+#ifdef _WIN64
+    context.Rsp = context.Rsp / 16 * 16 - sizeof(void*);
+    context.Rip = reinterpret_cast<DWORD64>(&Recover);
+#else
+    context.Esp = context.Esp / 16 * 16 - sizeof(void*);
+    context.Eip = reinterpret_cast<DWORD>(&Recover);
+#endif
+}
+
+} // namespace
+
+void FaultGuard::Install() noexcept
+{
+    AddVectoredExceptionHandler(TRUE, OnException);
+}
+
+LONG WINAPI FaultGuard::OnException(EXCEPTION_POINTERS* exception) noexcept
+{
+    const DWORD code = exception->ExceptionRecord->ExceptionCode;
+    if (!IsFault(code) || !ThisThread()) return EXCEPTION_CONTINUE_SEARCH;
+    GoOnAtRecovery(*exception->ContextRecord);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+// Not inlined: the compiler's setjmp needs a frame that stays.
+[[gnu::noinline]] bool FaultGuard::RunPart(void (*part)(void*), void* context) noexcept
+{
+    GuardedThread* const thread = EnterThread();
+    if (!thread) {
+        part(context);
+        return true;
+    }
+    Recovery recovery = {};
+    recovery.exceptionList = ThreadBlock().ExceptionList;
+    recovery.outer = thread->innermost;
+    const bool isDone = __builtin_setjmp(recovery.place) == 0;
+    if (isDone) {
+        thread->innermost = &recovery;
+        part(context);
+    }
+    LeavePart(*ThisThread());
+    return isDone;
+}
+
+} // namespace utils_statics

@@ -1,0 +1,56 @@
+#include "diagnostics/ReportText.h"
+
+#include <cstdarg>
+#include <cwchar>
+#include <string_view>
+
+namespace utils_statics {
+
+bool ReportText::Open(const wchar_t* path) noexcept
+{
+    m_length = 0;
+    m_file.reset(CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH, nullptr));
+    if (!m_file) return false;
+    constexpr unsigned char byteOrderMark[] = {0xFF, 0xFE};
+    DWORD written = 0;
+    WriteFile(m_file.get(), byteOrderMark, sizeof byteOrderMark, &written, nullptr);
+    SetFilePointer(m_file.get(), 0, nullptr, FILE_END);
+    return true;
+}
+
+void ReportText::Write(const wchar_t* format, ...) noexcept
+{
+    if (m_length > flushLength) Flush();
+    va_list arguments;
+    va_start(arguments, format);
+    wvsprintfW(m_text + m_length, format, arguments);
+    va_end(arguments);
+    // Not by the result: where it is cut, implementations disagree about it.
+    const std::size_t piece = wcsnlen(m_text + m_length, longestPiece - 1);
+    if (piece == longestPiece - 1) EndCutLine(format, piece);
+    m_length += piece;
+}
+
+void ReportText::EndCutLine(const wchar_t* format, std::size_t piece) noexcept
+{
+    constexpr std::wstring_view lineEnd = L"\r\n";
+    if (std::wstring_view(format).ends_with(lineEnd))
+        lineEnd.copy(m_text + m_length + piece - lineEnd.size(), lineEnd.size());
+}
+
+void ReportText::Flush() noexcept
+{
+    DWORD written = 0;
+    WriteFile(m_file.get(), m_text, static_cast<DWORD>(m_length * sizeof(wchar_t)), &written,
+              nullptr);
+    m_length = 0;
+}
+
+void ReportText::Close() noexcept
+{
+    Flush();
+    m_file.reset();
+}
+
+} // namespace utils_statics

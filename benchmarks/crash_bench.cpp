@@ -1,0 +1,131 @@
+// The crash report with 100 modules: processor time from the call of the filter, which is the first
+// that happens behind a fault, to its return, right after the reporter was started. Each is
+// measured in a process of its own, because a process has one report.
+#include <Utils_Statics/MiniDumper.h>
+#include <base/Handles.h>
+#include <qor_utils/LogOutput.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <psapi.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int rounds = 5;
+constexpr int modules = 100;
+constexpr int goal = 300; // milliseconds of processor time
+const wchar_t* const settings = L"Software\\Kestrow\\Exam\\System\\Path";
+
+// In 100 nanoseconds, of all threads.
+unsigned long long ProcessorTime()
+{
+    FILETIME start = {}, exit = {}, kernel = {}, user = {};
+    GetProcessTimes(GetCurrentProcess(), &start, &exit, &kernel, &user);
+    const auto units = [](const FILETIME& time) {
+        return static_cast<unsigned long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+    };
+    return units(kernel) + units(user);
+}
+
+int LoadedModules()
+{
+    HMODULE loaded[1000] = {};
+    DWORD size = 0;
+    EnumProcessModules(GetCurrentProcess(), loaded, sizeof loaded, &size);
+    return static_cast<int>(size / sizeof(HMODULE));
+}
+
+// Loads copies of a small library until there are enough.
+void LoadModules(const std::wstring& folder)
+{
+    for (int i = 0; LoadedModules() < modules && i < modules; ++i) {
+        const std::wstring path = folder + L"\\m" + std::to_wstring(i) + L".dll";
+        CopyFileW(test_support::BesideProgram(L"blank.dll").c_str(), path.c_str(), FALSE);
+        LoadLibraryW(path.c_str());
+    }
+}
+
+// The child: ends with the milliseconds it took.
+int Measure(const wchar_t* folder)
+{
+    qor_utils::SetLogDirectory(folder);
+    const MiniDumper dumper;
+    LoadModules(folder);
+    CONTEXT context = {};
+    RtlCaptureContext(&context);
+    EXCEPTION_RECORD record = {};
+    record.ExceptionCode = STATUS_ILLEGAL_INSTRUCTION;
+    EXCEPTION_POINTERS exception = {&record, &context};
+    const unsigned long long before = ProcessorTime();
+    if (LoadedModules() < modules || MiniDumper::TopLevelFilter(&exception) != 1) return -1;
+    return static_cast<int>((ProcessorTime() - before) / 10'000);
+}
+
+int RunChild()
+{
+    const test_support::TemporaryFolder folder;
+    const std::wstring program = test_support::ProgramPath();
+    std::wstring command = L"\"" + program + L"\" --measure \"" + folder.Path() + L"\"";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info = {};
+    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &startup, &info))
+        return -1;
+    const base::Thread thread(info.hThread);
+    const base::Process process(info.hProcess);
+    DWORD code = 0;
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &code);
+    return static_cast<int>(code);
+}
+
+// This program itself is the reporter that the crash handler starts, and ends at once.
+void SetReporter()
+{
+    const std::wstring program = test_support::ProgramPath();
+    const std::wstring name = program.substr(program.rfind(L'\\') + 1);
+    const std::wstring parameters = L"--reporter";
+    const auto set = [](const wchar_t* value, const std::wstring& text) {
+        RegSetKeyValueW(HKEY_CURRENT_USER, settings, value, REG_SZ, text.c_str(),
+                        static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    };
+    set(L"CrashHandler", name);
+    set(L"CrashHandler_Params", parameters);
+}
+
+void ForgetReporter()
+{
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, settings, L"CrashHandler");
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, settings, L"CrashHandler_Params");
+    DeleteFileW(test_support::BesideProgram(L"crashreport.ini").c_str());
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (std::wstring(GetCommandLineW()).find(L"--reporter") != std::wstring::npos) return 0;
+    if (count == 3) return Measure(arguments[2]);
+    SetReporter();
+    std::vector<int> times;
+    for (int i = 0; i < rounds; ++i)
+        times.push_back(RunChild());
+    ForgetReporter();
+    std::sort(times.begin(), times.end());
+    if (times.front() < 0) {
+        std::printf("a report was not written\n");
+        return 1;
+    }
+    std::printf("| crash report with %d modules | best %d ms, median %d ms of processor time | "
+                "at most %d: %s |\n",
+                modules, times.front(), times[rounds / 2], goal,
+                times[rounds / 2] <= goal ? "met" : "missed");
+    return 0;
+}

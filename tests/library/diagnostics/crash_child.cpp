@@ -1,0 +1,166 @@
+// A program that crashes, for the tests of the crash report.
+//   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
+//     [--late-log FOLDER] [--bare yes]
+// KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
+// bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
+// handler was made; --bare makes none. FILE gets what the process knows of itself: its crash in
+// FILE, the rest in FILE.txt.
+#include "CrashFacts.h"
+#include "crash_kinds.h"
+#include "diagnostics/ThreadBlock.h"
+
+#include <Utils_Statics/MiniDumper.h>
+#include <base/Encoding.h>
+#include <base/Handles.h>
+#include <qor_utils/LogOutput.h>
+
+#include <psapi.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace crash_test;
+
+Facts* s_facts = nullptr;
+
+Facts* MapFacts(const std::wstring& path)
+{
+    const base::File file(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
+                                      nullptr, CREATE_ALWAYS, 0, nullptr));
+    const base::Event mapping(
+        CreateFileMappingW(file.get(), nullptr, PAGE_READWRITE, 0, sizeof(Facts), nullptr));
+    return static_cast<Facts*>(MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(Facts)));
+}
+
+std::uintptr_t CodeOf(const CONTEXT& context)
+{
+#ifdef _WIN64
+    return context.Rip;
+#else
+    return context.Eip;
+#endif
+}
+
+// What can be read of the code that was running, without touching what guards something.
+void CopyCode(ExceptionFacts& facts)
+{
+    for (std::uint8_t& byte : facts.bytes) {
+        auto* const address =
+            reinterpret_cast<std::uint8_t*>(CodeOf(facts.context)) + facts.byteCount;
+        MEMORY_BASIC_INFORMATION region = {};
+        VirtualQuery(address, &region, sizeof region);
+        if (region.State != MEM_COMMIT || (region.Protect & (PAGE_GUARD | PAGE_NOACCESS))) return;
+        byte = *address;
+        ++facts.byteCount;
+    }
+}
+
+// Exceptions by which the platform and the compiler tell something, and that are always handled.
+bool IsMessage(DWORD code)
+{
+    constexpr DWORD threadName = 0x406D1388, gccThrow = 0x20474343;
+    constexpr DWORD debuggerText = 0x40010006, wideDebuggerText = 0x4001000A;
+    return code == threadName || code == gccThrow || code == debuggerText ||
+           code == wideDebuggerText;
+}
+
+LONG WINAPI Record(EXCEPTION_POINTERS* exception)
+{
+    const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
+    if (IsMessage(record.ExceptionCode)) return EXCEPTION_CONTINUE_SEARCH;
+    const LONG index = InterlockedIncrement(&s_facts->count) - 1;
+    if (index >= 4) return EXCEPTION_CONTINUE_SEARCH;
+    ExceptionFacts& facts = s_facts->exceptions[index];
+    facts.code = record.ExceptionCode;
+    facts.thread = GetCurrentThreadId();
+    facts.stackBase = reinterpret_cast<std::uintptr_t>(utils_statics::ThreadBlock().StackBase);
+    facts.parameterCount = record.NumberParameters;
+    for (DWORD i = 0; i < 2 && i < record.NumberParameters; ++i)
+        facts.parameters[i] = record.ExceptionInformation[i];
+    facts.context = *exception->ContextRecord;
+    CopyCode(facts);
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+// "base size path" of every module.
+void WriteModules(std::FILE* file)
+{
+    std::vector<HMODULE> modules(2000);
+    DWORD size = 0;
+    EnumProcessModules(GetCurrentProcess(), modules.data(),
+                       static_cast<DWORD>(modules.size() * sizeof(HMODULE)), &size);
+    modules.resize(size / sizeof(HMODULE));
+    for (HMODULE module : modules) {
+        MODULEINFO info = {};
+        wchar_t path[1024] = {};
+        GetModuleInformation(GetCurrentProcess(), module, &info, sizeof info);
+        GetModuleFileNameW(module, path, 1024);
+        std::fprintf(file, "%llx %lx %s\n",
+                     static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(module)),
+                     info.SizeOfImage, base::Utf8FromWide(path).c_str());
+    }
+}
+
+void LoadModules(const std::wstring& folder)
+{
+    WIN32_FIND_DATAW found = {};
+    const base::Find find(FindFirstFileW((folder + L"\\*.dll").c_str(), &found));
+    if (!find) return;
+    do {
+        LoadLibraryW((folder + L"\\" + found.cFileName).c_str());
+    } while (FindNextFileW(find.get(), &found));
+}
+
+std::string s_kind;
+
+DWORD WINAPI CrashOnThread(void*)
+{
+    Crash(s_kind);
+    return 0;
+}
+
+std::wstring Option(std::map<std::wstring, std::wstring>& options, const wchar_t* name)
+{
+    return options[name];
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count < 2) return 2;
+    std::map<std::wstring, std::wstring> options;
+    for (int i = 2; i + 1 < count; i += 2)
+        options[arguments[i]] = arguments[i + 1];
+    s_kind = base::Utf8FromWide(arguments[1]);
+
+    if (const std::wstring log = Option(options, L"--log"); !log.empty())
+        qor_utils::SetLogDirectory(log);
+    if (Option(options, L"--bare").empty()) MiniDumper();
+    if (const std::wstring log = Option(options, L"--late-log"); !log.empty())
+        qor_utils::SetLogDirectory(log);
+    if (const std::wstring folder = Option(options, L"--modules"); !folder.empty())
+        LoadModules(folder);
+    if (const std::wstring facts = Option(options, L"--facts"); !facts.empty()) {
+        s_facts = MapFacts(facts);
+        std::FILE* const file = _wfopen((facts + L".txt").c_str(), L"wb");
+        WriteModules(file);
+        std::fclose(file);
+        AddVectoredExceptionHandler(TRUE, Record);
+    }
+
+    if (const std::wstring size = Option(options, L"--thread"); !size.empty()) {
+        const base::Thread thread(CreateThread(nullptr, std::stoul(size), CrashOnThread, nullptr,
+                                               STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+        WaitForSingleObject(thread.get(), INFINITE);
+    } else {
+        Crash(s_kind);
+    }
+    std::fprintf(stderr, "nothing crashed\n");
+    return 3;
+}

@@ -1,0 +1,347 @@
+#include "crash_kinds.h"
+
+#include "diagnostics/ThreadBlock.h"
+
+#include <Utils_Statics/MiniDumper.h>
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/zelLogger.h>
+#include <test_support/ImportHook.h>
+
+#include <windows.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+namespace crash_test {
+
+namespace {
+
+// Nothing is there on any platform.
+constexpr std::uintptr_t nowhere = 0x10;
+
+volatile int s_sink = 0;
+
+[[gnu::noinline]] void Read()
+{
+    s_sink = *reinterpret_cast<volatile int*>(nowhere);
+}
+
+[[gnu::noinline]] void Write()
+{
+    *reinterpret_cast<volatile int*>(nowhere) = 1;
+}
+
+[[gnu::noinline]] void Execute()
+{
+    reinterpret_cast<void (*)()>(nowhere)();
+}
+
+// A page of code that guards something, as the instruction that faults.
+void ExecuteGuardPage()
+{
+    void* const page = VirtualAlloc(nullptr, 0x1000, MEM_COMMIT | MEM_RESERVE,
+                                    PAGE_EXECUTE_READWRITE | PAGE_GUARD);
+    reinterpret_cast<void (*)()>(page)();
+}
+
+[[gnu::noinline]] void Divide()
+{
+    volatile int one = 1;
+    volatile int zero = 0;
+    s_sink = one / zero;
+}
+
+// Without bound; the addition keeps it from becoming a loop.
+[[gnu::noinline]] int Recurse(int depth)
+{
+    volatile char frame[512];
+    frame[0] = static_cast<char>(depth);
+    return Recurse(depth + 1) + frame[0];
+}
+
+// The x87 unit with one of its exceptions let through; what it does not like is raised by the next
+// instruction that waits for it.
+void LetThrough(std::uint16_t exception)
+{
+    const auto control = static_cast<std::uint16_t>(0x037F & ~exception);
+    asm volatile("fninit; fldcw %0" : : "m"(control));
+}
+
+void FloatInvalid()
+{
+    LetThrough(0x01);
+    asm volatile("fldz; fldz; fdivrp; fwait");
+}
+
+void FloatDenormal()
+{
+    LetThrough(0x02);
+    const double denormal = 4.9e-324;
+    asm volatile("fldl %0; fld1; faddp; fwait" : : "m"(denormal));
+}
+
+void FloatDivide()
+{
+    LetThrough(0x04);
+    asm volatile("fld1; fldz; fdivrp; fwait");
+}
+
+void Scale(int power)
+{
+    asm volatile("fildl %0; fld1; fscale; fwait" : : "m"(power));
+}
+
+void FloatOverflow()
+{
+    LetThrough(0x08);
+    Scale(20000);
+}
+
+void FloatUnderflow()
+{
+    LetThrough(0x10);
+    Scale(-20000);
+}
+
+void FloatInexact()
+{
+    LetThrough(0x20);
+    const int three = 3;
+    asm volatile("fld1; fidivl %0; fwait" : : "m"(three));
+}
+
+void FloatStack()
+{
+    LetThrough(0x01);
+    asm volatile("fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fwait");
+}
+
+#ifndef _WIN64
+void IntegerOverflow()
+{
+    asm volatile("movl $0x7FFFFFFF, %%eax; addl $1, %%eax; into" : : : "eax", "cc");
+}
+
+void ArrayBounds()
+{
+    const int bounds[2] = {1, 2};
+    asm volatile("bound %0, %1" : : "r"(7), "m"(bounds));
+}
+#endif
+
+// Everything of the stack above this frame that is not the platform's is gone, and so is the way
+// back.
+[[gnu::noinline]] void DestroyStack()
+{
+    volatile char here = 0;
+    auto* const from = reinterpret_cast<volatile char*>(&here) + 64;
+#ifdef _WIN64
+    for (int i = 0; i < 2048; ++i)
+        from[i] = static_cast<char>(0xA5);
+    asm volatile("movabs $0xA5A5A5A5A5A5A5A5, %%rbp; jmp *%%rbp" : : : "memory");
+#else
+    // Up to the first of the handlers, without which nobody is told.
+    auto* const end = reinterpret_cast<volatile char*>(utils_statics::ThreadBlock().ExceptionList);
+    for (volatile char* at = from; at < end; ++at)
+        *at = static_cast<char>(0xA5);
+    asm volatile("movl $0xA5A5A5A5, %%ebp; jmp *%%ebp" : : : "memory");
+#endif
+}
+
+// On a small stack that is not the thread's own.
+[[gnu::noinline]] void LeaveStack()
+{
+    constexpr std::size_t size = 64 * 1024;
+    auto* const memory =
+        static_cast<char*>(VirtualAlloc(nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+    char* const top = memory + size - 256;
+#ifdef _WIN64
+    asm volatile("movq %0, %%rsp; ud2" : : "r"(top) : "memory");
+#else
+    asm volatile("movl %0, %%esp; ud2" : : "r"(top) : "memory");
+#endif
+}
+
+// Takes all of the heap, in pieces down to the smallest, and then every page of addresses.
+void ExhaustHeap()
+{
+    for (std::size_t size = 64 * 1024 * 1024; size >= 16; size /= 2)
+        while (std::malloc(size)) {
+        }
+    Read();
+}
+
+LONG WINAPI ReadInHandler(EXCEPTION_POINTERS* exception)
+{
+    if (exception->ExceptionRecord->ExceptionCode == 0xE0000001) Read();
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+void InVectoredHandler()
+{
+    AddVectoredExceptionHandler(FALSE, ReadInHandler);
+    RaiseException(0xE0000001, 0, 0, nullptr);
+}
+
+void InCatchBlock()
+{
+    try {
+        throw 1;
+    } catch (int) {
+        Read();
+    }
+}
+
+// Both at once; whichever is first is reported.
+void TwoThreads()
+{
+    const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const auto crash = [start] {
+        WaitForSingleObject(start, INFINITE);
+        Read();
+    };
+    std::thread first(crash);
+    std::thread second(crash);
+    Sleep(100); // for both to wait; not needed for the result
+    SetEvent(start);
+    first.join();
+    second.join();
+}
+
+void UnderHeapLock()
+{
+    HeapLock(GetProcessHeap());
+    Read();
+}
+
+void UnderLoaderLock()
+{
+    using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
+    const auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrLockLoaderLock")));
+    ULONG_PTR cookie = 0;
+    if (lock) lock(0, nullptr, &cookie);
+    Read();
+}
+
+void InLogHook()
+{
+    qor_utils::SetLogHook([](const qor_utils::LogMessage&, void*) { Read(); }, nullptr);
+    zelLogger::zelLogHelper("crash_kinds", 1, 1)(L"about to crash");
+}
+
+// Stands for a function that releases a lock of the logger: the thread never gets so far.
+constinit HANDLE s_isStuck = nullptr;
+
+void WINAPI NeverRelease(void*)
+{
+    SetEvent(s_isStuck);
+    Sleep(INFINITE);
+}
+
+DWORD WINAPI ChangeLogFolder(void*)
+{
+    qor_utils::SetLogDirectory(zelLogger::getCurrentDirectory());
+    return 0;
+}
+
+DWORD WINAPI WriteToLog(void*)
+{
+    zelLogger::zelLogHelper("crash_kinds", 1, 1)(L"is never written to its end");
+    return 0;
+}
+
+// While another thread, which never goes on, holds the lock that `release` would release.
+void UnderLoggersLock(const char* release, LPTHREAD_START_ROUTINE use)
+{
+    s_isStuck = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const test_support::ImportHook hook(L"qor_utils.dll", release,
+                                        reinterpret_cast<void*>(&NeverRelease));
+    CloseHandle(CreateThread(nullptr, 0, use, nullptr, 0, nullptr));
+    WaitForSingleObject(s_isStuck, INFINITE);
+    Read();
+}
+
+void UnderLoggersFolderLock()
+{
+    UnderLoggersLock("ReleaseSRWLockExclusive", ChangeLogFolder);
+}
+
+void UnderLoggersFileLock()
+{
+    UnderLoggersLock("LeaveCriticalSection", WriteToLog);
+}
+
+// Calls the filter as the platform would, twice, and ends with both results: the first one's tens,
+// the second one's ones.
+void CallFilter()
+{
+    CONTEXT context = {};
+    RtlCaptureContext(&context);
+    EXCEPTION_RECORD record = {};
+    record.ExceptionCode = 0xC000001D;
+    EXCEPTION_POINTERS exception = {&record, &context};
+    const LONG first = MiniDumper::TopLevelFilter(&exception);
+    const LONG second = MiniDumper::TopLevelFilter(&exception);
+    ExitProcess(static_cast<UINT>(first * 10 + second));
+}
+
+struct Kind
+{
+    const char* name;
+    void (*crash)();
+};
+
+constexpr Kind kinds[] = {
+    {"read", Read},
+    {"write", Write},
+    {"execute", Execute},
+    {"guard-page", ExecuteGuardPage},
+    {"illegal", [] { asm volatile("ud2"); }},
+    {"privileged", [] { asm volatile("hlt"); }},
+    {"breakpoint", [] { asm volatile("int3"); }},
+    {"divide", Divide},
+    {"float-invalid", FloatInvalid},
+    {"float-denormal", FloatDenormal},
+    {"float-divide", FloatDivide},
+    {"float-overflow", FloatOverflow},
+    {"float-underflow", FloatUnderflow},
+    {"float-inexact", FloatInexact},
+    {"float-stack", FloatStack},
+#ifndef _WIN64
+    {"overflow", IntegerOverflow},
+    {"bounds", ArrayBounds},
+#endif
+    {"stack-overflow", [] { s_sink = Recurse(0); }},
+    {"destroyed-stack", DestroyStack},
+    {"left-stack", LeaveStack},
+    {"heap-exhausted", ExhaustHeap},
+    {"vectored-handler", InVectoredHandler},
+    {"catch-block", InCatchBlock},
+    {"two-threads", TwoThreads},
+    {"heap-lock", UnderHeapLock},
+    {"loader-lock", UnderLoaderLock},
+    {"log-hook", InLogHook},
+    {"logger-folder-lock", UnderLoggersFolderLock},
+    {"logger-file-lock", UnderLoggersFileLock},
+    {"call-filter", CallFilter},
+};
+
+} // namespace
+
+void Crash(const std::string& kind)
+{
+    char marker[64] = {}; // is found on the stack
+    std::memcpy(marker, "the marker that every crash leaves on its own stack", 51);
+    volatile char* const onStack = marker;
+    for (const Kind& known : kinds)
+        if (kind == known.name) known.crash();
+    if (kind.starts_with("0x"))
+        RaiseException(static_cast<DWORD>(std::stoul(kind, nullptr, 16)), 0, 0, nullptr);
+    s_sink = onStack[0];
+}
+
+} // namespace crash_test

@@ -1,0 +1,357 @@
+// The reader of version resources: what it finds, and what it makes of resources that lie.
+#include "VersionResource.h"
+
+#include <Utils_Statics/CMiniVersion.h>
+#include <test_support/Files.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+#include <type_traits>
+
+namespace {
+
+using namespace version_resource;
+using Numbers = std::array<unsigned, 4>;
+
+static_assert(std::is_trivially_copyable_v<CMiniVersion>, "a plain value");
+// A pointer, a word, 16 bytes of versions, four words, four texts of 520.
+static_assert(sizeof(CMiniVersion) == (sizeof(void*) + 4 + 16 + 16 + 4160 + 7) / 8 * 8 ||
+              sizeof(CMiniVersion) == sizeof(void*) + 4 + 16 + 16 + 4160);
+
+constexpr std::uint32_t english = 0x04B00409; // code page 1200
+constexpr std::uint32_t german = 0x04B00407;
+
+// What one object answers, and reaches the protected members.
+class Version : public CMiniVersion
+{
+public:
+    using CMiniVersion::CMiniVersion;
+    using CMiniVersion::GetFixedInfo;
+    using CMiniVersion::GetStringInfo;
+
+    Numbers File() const { return All(&CMiniVersion::GetFileVersion); }
+    Numbers Product() const { return All(&CMiniVersion::GetProductVersion); }
+    Numbers Words() const
+    {
+        unsigned long flags = 1, os = 1, type = 1, subtype = 1;
+        EXPECT_EQ(GetFileFlags(flags) + GetFileOS(os) + GetFileType(type) + GetFileSubtype(subtype),
+                  4);
+        return {static_cast<unsigned>(flags), static_cast<unsigned>(os),
+                static_cast<unsigned>(type), static_cast<unsigned>(subtype)};
+    }
+    std::wstring Company() const { return Read(&CMiniVersion::GetCompanyName); }
+    std::wstring Description() const { return Read(&CMiniVersion::GetFileDescription); }
+    std::wstring ProductName() const { return Read(&CMiniVersion::GetProductName); }
+    std::wstring Texts() const { return Company() + L"|" + Description() + L"|" + ProductName(); }
+
+private:
+    Numbers All(int (CMiniVersion::*get)(unsigned short*) const) const
+    {
+        unsigned short out[4] = {9, 9, 9, 9};
+        EXPECT_EQ((this->*get)(out), 1);
+        return {out[0], out[1], out[2], out[3]};
+    }
+    std::wstring Read(int (CMiniVersion::*get)(unsigned short*, int) const) const
+    {
+        unsigned short out[600] = {};
+        EXPECT_EQ((this->*get)(out, 600), 1);
+        return std::wstring(out, out + wcsnlen(reinterpret_cast<const wchar_t*>(out), 600));
+    }
+};
+
+constexpr Numbers none = {0, 0, 0, 0};
+
+class MiniVersion : public testing::Test
+{
+protected:
+    std::wstring File() const { return m_folder / L"file.dll"; }
+
+    Version Of(const std::string& resource)
+    {
+        WriteFile(File(), resource);
+        Version version(File().c_str());
+        m_found = version.Init();
+        version.Release();
+        return version;
+    }
+    Version Of(const Node& root) { return Of(Bytes(root)); }
+
+    // That nothing at all is read.
+    void ExpectNothing(const Node& root, const char* what)
+    {
+        const Version version = Of(root);
+        EXPECT_EQ(m_found, 0) << what;
+        EXPECT_EQ(version.File(), none) << what;
+        EXPECT_EQ(version.Words(), none) << what;
+        EXPECT_EQ(version.Texts(), L"||") << what;
+    }
+
+    const test_support::TemporaryFolder m_folder;
+    int m_found = 0; // the result of the last Init
+};
+
+Node Table(const std::wstring& language, const std::wstring& company)
+{
+    return StringTable(language, {Text(L"CompanyName", company), Text(L"FileDescription", L"What"),
+                                  Text(L"ProductName", L"Exam")});
+}
+
+Node Complete()
+{
+    return Root({}, {StringFileInfo({Table(L"040904b0", L"Kestrow")}), Translations({english})});
+}
+
+TEST_F(MiniVersion, ReadsNumbersWordsAndTexts)
+{
+    const Version version = Of(Complete());
+    EXPECT_EQ(m_found, 1);
+    EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4}));
+    EXPECT_EQ(version.Product(), (Numbers{5, 6, 7, 8}));
+    EXPECT_EQ(version.Words(), (Numbers{0x142, 0x40004, 3, 7})) << "the flags without their mask";
+    EXPECT_EQ(version.Texts(), L"Kestrow|What|Exam");
+}
+
+TEST_F(MiniVersion, TakesTheHalvesOfAllWords)
+{
+    Fixed fixed;
+    fixed.fileHigh = 0xFFFF8000;
+    fixed.fileLow = 0x7FFFFFFE;
+    fixed.productHigh = 0x00010000;
+    fixed.productLow = 0x0000FFFF;
+    const Version version = Of(Root(fixed, {}));
+    EXPECT_EQ(version.File(), (Numbers{0xFFFF, 0x8000, 0x7FFF, 0xFFFE}));
+    EXPECT_EQ(version.Product(), (Numbers{1, 0, 0, 0xFFFF}));
+}
+
+TEST_F(MiniVersion, AFileWithoutAResourceGivesZerosAndEmptyTexts)
+{
+    for (const std::wstring& path :
+         {test_support::BesideProgram(L"blank.dll"), m_folder / L"missing", m_folder.Path()}) {
+        Version version(path.c_str());
+        EXPECT_EQ(version.Init(), 0);
+        VS_FIXEDFILEINFO info;
+        wchar_t text[520] = L"x";
+        EXPECT_EQ(version.GetFixedInfo(info), 0) << "there is no buffer";
+        EXPECT_EQ(version.GetStringInfo(L"CompanyName", text), 0);
+        EXPECT_EQ(version.File(), none);
+        EXPECT_EQ(version.Product(), none);
+        EXPECT_EQ(version.Words(), none);
+        EXPECT_EQ(version.Texts(), L"||");
+    }
+}
+
+TEST_F(MiniVersion, NothingIsReadWithoutAPath)
+{
+    for (Version version : {Version(), Version(nullptr), Version(L"")}) {
+        EXPECT_EQ(version.Init(), 0) << "in particular not the running program";
+        EXPECT_EQ(version.File(), none);
+        EXPECT_EQ(version.Texts(), L"||");
+    }
+}
+
+TEST_F(MiniVersion, WithoutStringTablesTheTextsAreEmpty)
+{
+    const Version version = Of(Root({}, {}));
+    EXPECT_EQ(m_found, 1);
+    EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4}));
+    EXPECT_EQ(version.Texts(), L"||");
+}
+
+TEST_F(MiniVersion, WithoutATranslationTheTextsAreEmpty)
+{
+    EXPECT_EQ(Of(Root({}, {StringFileInfo({Table(L"040904b0", L"Kestrow")})})).Texts(), L"||");
+    EXPECT_EQ(m_found, 1);
+    EXPECT_EQ(
+        Of(Root({}, {StringFileInfo({Table(L"040904b0", L"Kestrow")}), Translations({})})).Texts(),
+        L"||");
+    EXPECT_EQ(m_found, 1);
+}
+
+TEST_F(MiniVersion, OnlyTheFirstLanguageOfTheTranslationCounts)
+{
+    const Node tables =
+        StringFileInfo({Table(L"040904b0", L"Kestrow"), Table(L"040704b0", L"Turm")});
+    EXPECT_EQ(Of(Root({}, {tables, Translations({german, english})})).Company(), L"Turm");
+    EXPECT_EQ(Of(Root({}, {tables, Translations({english, german})})).Company(), L"Kestrow");
+    EXPECT_EQ(Of(Root({}, {tables, Translations({0x04B0040C, german})})).Texts(), L"||")
+        << "a first language without texts";
+    EXPECT_EQ(m_found, 1);
+}
+
+TEST_F(MiniVersion, AMissingTextStaysEmpty)
+{
+    const Version version =
+        Of(Root({}, {StringFileInfo({StringTable(L"040904b0", {Text(L"ProductName", L"Exam")})}),
+                     Translations({english})}));
+    EXPECT_EQ(m_found, 1);
+    EXPECT_EQ(version.Texts(), L"||Exam");
+}
+
+TEST_F(MiniVersion, CutsTextsToTheirFields)
+{
+    const std::wstring text(2000, L'x');
+    EXPECT_EQ(
+        Of(Root({}, {StringFileInfo({Table(L"040904b0", text)}), Translations({english})})).Texts(),
+        text.substr(0, 519) + L"|What|Exam");
+}
+
+TEST_F(MiniVersion, GettersStayWithinTheLengthTheyAreGiven)
+{
+    const Version version = Of(Complete());
+    unsigned short out[12];
+    std::fill(std::begin(out), std::end(out), std::uint16_t{0xAAAA});
+    EXPECT_EQ(version.GetCompanyName(out, 5), 1);
+    EXPECT_EQ(std::wstring(out, out + 5), std::wstring(L"Kest\0", 5));
+    EXPECT_EQ(out[5], 0xAAAA);
+
+    std::fill(std::begin(out), std::end(out), std::uint16_t{0xAAAA});
+    EXPECT_EQ(version.GetProductName(out, 12), 1);
+    EXPECT_EQ(std::wstring(out, out + 6), std::wstring(L"Exam\0\0", 6)) << "12 bytes are cleared";
+    EXPECT_EQ(out[6], 0xAAAA);
+
+    EXPECT_EQ(version.GetFileDescription(out, 1), 1);
+    EXPECT_EQ(out[0], 0) << "room for the null only";
+}
+
+TEST_F(MiniVersion, GettersOfTextsStoreNothingWithoutAPlace)
+{
+    const Version version = Of(Complete());
+    EXPECT_EQ(version.GetCompanyName(nullptr, 5), 0);
+    EXPECT_EQ(version.GetFileDescription(nullptr, 5), 0);
+    EXPECT_EQ(version.GetProductName(nullptr, 5), 0);
+    unsigned short out = 7;
+    EXPECT_EQ(version.GetCompanyName(&out, 0), 1);
+    EXPECT_EQ(version.GetCompanyName(&out, -1), 1);
+    EXPECT_EQ(out, 7);
+}
+
+TEST_F(MiniVersion, KeepsItsNumbersAfterRelease)
+{
+    WriteFile(File(), Bytes(Complete()));
+    Version version(File().c_str());
+    Version copy = version; // shares the buffer
+    VS_FIXEDFILEINFO info = {};
+    EXPECT_EQ(copy.GetFixedInfo(info), 1);
+    EXPECT_EQ(info.dwSignature, 0xFEEF04BDu);
+    EXPECT_EQ(info.dwFileVersionMS, 0x10002u);
+    version.Release();
+    version.Release(); // once more does nothing
+    EXPECT_EQ(version.GetFixedInfo(info), 0);
+    EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4}));
+    EXPECT_EQ(copy.Texts(), L"Kestrow|What|Exam");
+}
+
+TEST_F(MiniVersion, StringInfoRefusesNull)
+{
+    WriteFile(File(), Bytes(Complete()));
+    Version version(File().c_str());
+    wchar_t text[520] = L"before";
+    EXPECT_EQ(version.GetStringInfo(nullptr, text), 0);
+    EXPECT_STREQ(text, L"before");
+    EXPECT_EQ(version.GetStringInfo(L"CompanyName", nullptr), 0);
+    EXPECT_EQ(version.GetStringInfo(L"Missing", text), 0);
+    EXPECT_STREQ(text, L"") << "emptied before it is looked up";
+    EXPECT_EQ(version.GetStringInfo(std::wstring(5000, L'k').c_str(), text), 0);
+    EXPECT_EQ(version.GetStringInfo(L"ProductName", text), 1);
+    EXPECT_STREQ(text, L"Exam");
+    version.Release();
+}
+
+TEST_F(MiniVersion, PathsEndAtTheirField)
+{
+    const Version version((m_folder.Path() + L"\\" + std::wstring(2000, L'x')).c_str());
+    EXPECT_EQ(version.Texts(), L"||");
+}
+
+TEST_F(MiniVersion, LengthsBeyondTheResourceGiveNothing)
+{
+    Node root = Complete();
+    root.length = 0xFFFF;
+    ExpectNothing(root, "the whole");
+
+    root = Complete();
+    root.children[0].length = 0xFFF0;
+    ExpectNothing(root, "the string tables");
+
+    root = Complete();
+    root.children[0].children[0].children[2].length = 0x4000;
+    ExpectNothing(root, "a text");
+
+    root = Complete();
+    root.length = 6;
+    root.value.clear();
+    root.children.clear();
+    root.valueLength = 52;
+    ExpectNothing(root, "numbers that are not there");
+}
+
+TEST_F(MiniVersion, ANodeShorterThanItsHeadGivesNothing)
+{
+    Node root = Complete();
+    root.children[0].children[0].length = 3;
+    ExpectNothing(root, "no walk could go on from it");
+}
+
+TEST_F(MiniVersion, TooShortNumbersGiveNothing)
+{
+    Node root = Complete();
+    root.valueLength = 51;
+    ExpectNothing(root, "one byte is missing");
+    root.valueLength = 0;
+    ExpectNothing(root, "all are missing");
+}
+
+TEST_F(MiniVersion, AnUnknownTypeGivesNothing)
+{
+    Node root = Complete();
+    root.type = 0x4141; // what makes the platform read the layout of 16-bit files
+    ExpectNothing(root, "not of this layout");
+}
+
+TEST_F(MiniVersion, ATextThatNamesTooGreatALengthEndsAtItsNull)
+{
+    Node root = Complete();
+    root.children[0].children[0].children[0].valueLength = 0x7000;
+    EXPECT_EQ(Of(root).Company(), L"Kestrow");
+    EXPECT_EQ(m_found, 1);
+}
+
+TEST_F(MiniVersion, ALastTextWithoutItsNullStaysInTheResource)
+{
+    Node text = Text(L"ProductName", L"Exam");
+    text.value.resize(text.value.size() - 2);
+    text.valueLength = 4;
+    const Version version =
+        Of(Root({}, {Translations({english}), StringFileInfo({StringTable(L"040904b0", {text})})}));
+    EXPECT_EQ(version.ProductName(), L"Exam");
+}
+
+TEST_F(MiniVersion, ResourcesThatBreakOffDoNoHarm)
+{
+    const std::string whole = Bytes(Complete());
+    for (std::size_t size = 1; size < whole.size(); size += 7) {
+        const Version version = Of(whole.substr(0, size));
+        EXPECT_TRUE(m_found == 0 || m_found == 1);
+        EXPECT_LT(version.Texts().size(), 3u * 520);
+    }
+}
+
+TEST_F(MiniVersion, DamagedResourcesDoNoHarm)
+{
+    const std::string whole = Bytes(Complete());
+    std::minstd_rand random(17);
+    for (int round = 0; round < 300; ++round) {
+        std::string damaged = whole;
+        for (unsigned i = 1 + random() % 5; i > 0; --i)
+            damaged[random() % damaged.size()] = static_cast<char>(random());
+        const Version version = Of(damaged);
+        EXPECT_TRUE(m_found == 0 || m_found == 1);
+        EXPECT_LT(version.Texts().size(), 3u * 520);
+    }
+}
+
+} // namespace
