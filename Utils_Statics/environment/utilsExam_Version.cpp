@@ -4,8 +4,12 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <base/SlimLock.h>
+
 #include <cstddef>
 #include <cwchar>
+#include <mutex>
+#include <shared_mutex>
 #include <vector>
 
 using namespace utils_statics;
@@ -47,11 +51,20 @@ std::wstring ValueQuery(const LanguageAndCodePage& translation, const wchar_t* n
     return std::wstring(block) + OrEmpty(name);
 }
 
+// Guards the caches below: balloon messages ask for the product's name on any thread.
+constinit base::SlimLock s_cacheLock;
+
 // The text of `name`, read once and kept while it is not empty.
 CString CachedEntry(CString& cache, const wchar_t* name)
 {
-    if (cache.IsEmpty()) cache = utilsExam::GetStringTableEntry(name);
-    if (cache.IsEmpty()) cache = GetStr("product.description.notset");
+    {
+        const std::shared_lock lock(s_cacheLock);
+        if (!cache.IsEmpty()) return cache;
+    }
+    CString entry = utilsExam::GetStringTableEntry(name); // without the lock: it may be long
+    if (entry.IsEmpty()) entry = GetStr("product.description.notset");
+    const std::unique_lock lock(s_cacheLock);
+    if (cache.IsEmpty()) cache = entry;
     return cache;
 }
 

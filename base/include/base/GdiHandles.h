@@ -23,6 +23,15 @@ using Font = Owner<GdiObjectTraits<HFONT>>;
 using Pen = Owner<GdiObjectTraits<HPEN>>;
 using Region = Owner<GdiObjectTraits<HRGN>>;
 
+/// Of LoadImageW without LR_SHARED, and of CreateIconIndirect.
+struct IconTraits
+{
+    using Handle = HICON;
+    static HICON Empty() noexcept { return nullptr; }
+    static void Release(HICON icon) noexcept { DestroyIcon(icon); }
+};
+using Icon = Owner<IconTraits>;
+
 /// Of CreateCompatibleDC and CreateDCW.
 struct MemoryContextTraits
 {
