@@ -119,6 +119,7 @@ spdlog::level::level_enum SpdlogLevel(int level)
     switch (level) {
     case errorLevel: return spdlog::level::err;
     case warningLevel: return spdlog::level::warn;
+    case noticeLevel:
     case informationLevel: return spdlog::level::info;
     default: return spdlog::level::debug;
     }

@@ -40,11 +40,12 @@ TEST(LogFile, HoldsEachMessageWhenTheCallReturns)
 TEST(LogFile, NamesTheLevels)
 {
     const LogFolder folder;
-    for (const int level : {1, 2, 4, 8, 0, -1})
+    for (const int level : {1, 2, 3, 4, 8, 0, -1})
         zelLogger::zelLogHelper("s", level, level)(L"x");
     const std::string file = ReadFile(folder.File());
     EXPECT_EQ(Count(file, "[error] s(1)"), 1u);
     EXPECT_EQ(Count(file, "[warning] s(2)"), 1u);
+    EXPECT_EQ(Count(file, "[info] s(3)"), 1u);
     EXPECT_EQ(Count(file, "[info] s(4)"), 1u);
     EXPECT_EQ(Count(file, "[debug] s("), 3u) << file;
 }

@@ -11,6 +11,7 @@ enum LogLevel : int
 {
     errorLevel = 1,
     warningLevel = 2,
+    noticeLevel = 3, ///< information that the user was shown too
     informationLevel = 4,
 };
 
