@@ -26,6 +26,7 @@
 
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/ButtonAction.h>
 #include <Utils_Statics/ButtonPlacement.h>
 #include <Utils_Statics/CCineStore.h>

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace utils_statics {
+
+// A copy of the pixels of a device bitmap of 24 or 32 bits a pixel, top row first, whatever way the
+// bitmap itself stores them.
+class DevicePixels
+{
+public:
+    explicit DevicePixels(HBITMAP bitmap);
+
+    // False for any other bitmap, and for none.
+    explicit operator bool() const { return m_bytes != nullptr; }
+
+    int Height() const { return static_cast<int>(m_height); }
+    int BytesPerPixel() const { return m_format.biBitCount / 8; }
+    // The one of these that suits BytesPerPixel().
+    std::span<std::uint32_t> Row32(int y);
+    std::span<std::uint8_t> Row24(int y);
+
+    // The colour of the pixel in the top right corner, without alpha.
+    std::uint32_t TopRight();
+
+    // Writes the copy back.
+    bool Store();
+
+private:
+    std::uint8_t* Row(int y) { return m_bytes.get() + m_stride * static_cast<std::size_t>(y); }
+    std::size_t Width() const { return static_cast<std::size_t>(m_format.biWidth); }
+    bool Load();
+
+    HBITMAP m_bitmap;
+    BITMAPINFOHEADER m_format = {};
+    UINT m_height = 0;
+    std::size_t m_stride = 0;
+    std::unique_ptr<std::uint8_t[]> m_bytes;
+};
+
+} // namespace utils_statics

@@ -1,0 +1,171 @@
+// The sizes that the headers of image files state; of each format no more is read than that.
+#include "imaging/ImageExtent.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+
+namespace utils_statics {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::uint32_t oldDibHeader = 12; // bytes; its fields have 16 bits
+
+// More of them are not looked at: real files have a handful of pictures or some dozen entries.
+constexpr std::uint32_t mostEntries = 1000;
+
+struct Extent
+{
+    std::int64_t width;
+    std::int64_t height;
+};
+using MaybeExtent = std::optional<Extent>;
+
+enum class ByteOrder
+{
+    little,
+    big,
+};
+
+std::int64_t SizeOf(IStream& file)
+{
+    ULARGE_INTEGER size = {};
+    return SUCCEEDED(file.Seek({}, STREAM_SEEK_END, &size))
+               ? static_cast<std::int64_t>(size.QuadPart)
+               : 0;
+}
+
+// Reads a file at any place. Numbers that do not lie inside it are 0.
+class Reader
+{
+public:
+    explicit Reader(IStream& file) : m_file(file), m_size(SizeOf(file)) {}
+
+    std::uint32_t Number(std::int64_t at, int bytes, ByteOrder order)
+    {
+        std::array<char, 4> text = {};
+        Read(at, text.data(), bytes);
+        std::uint32_t number = 0;
+        for (int i = 0; i < bytes; ++i) {
+            const int place = order == ByteOrder::big ? bytes - 1 - i : i;
+            number |= std::uint32_t{static_cast<std::uint8_t>(text[static_cast<std::size_t>(i)])}
+                      << 8 * place;
+        }
+        return number;
+    }
+    std::uint32_t Little(std::int64_t at, int bytes)
+    {
+        return Number(at, bytes, ByteOrder::little);
+    }
+    std::uint32_t Big(std::int64_t at, int bytes) { return Number(at, bytes, ByteOrder::big); }
+
+    bool Has(std::int64_t at, std::string_view text)
+    {
+        std::array<char, 8> found = {};
+        Read(at, found.data(), static_cast<int>(text.size()));
+        return std::string_view(found.data(), text.size()) == text;
+    }
+
+private:
+    // A place beyond the end is never sought: not every stream of the platform can then be read.
+    void Read(std::int64_t at, char* to, int bytes)
+    {
+        if (at + bytes <= m_size &&
+            SUCCEEDED(m_file.Seek({.QuadPart = at}, STREAM_SEEK_SET, nullptr)))
+            m_file.Read(to, static_cast<ULONG>(bytes), nullptr);
+    }
+
+    IStream& m_file;
+    std::int64_t m_size;
+};
+
+MaybeExtent PngExtent(Reader& file, std::int64_t at)
+{
+    if (!file.Has(at, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
+    return Extent{file.Big(at + 16, 4), file.Big(at + 20, 4)};
+}
+
+// The screen that the pictures are put on.
+MaybeExtent GifExtent(Reader& file)
+{
+    if (!file.Has(0, "GIF8"sv)) return std::nullopt;
+    return Extent{file.Little(6, 2), file.Little(8, 2)};
+}
+
+// Of the header of a device-independent bitmap; negative heights are of top-down ones.
+Extent DibExtent(Reader& file, std::int64_t at)
+{
+    if (file.Little(at, 4) == oldDibHeader) return {file.Little(at + 4, 2), file.Little(at + 6, 2)};
+    const auto width = static_cast<std::int32_t>(file.Little(at + 4, 4));
+    const auto height = static_cast<std::int32_t>(file.Little(at + 8, 4));
+    return {width, std::abs(std::int64_t{height})};
+}
+
+MaybeExtent BmpExtent(Reader& file)
+{
+    if (!file.Has(0, "BM"sv)) return std::nullopt;
+    return DibExtent(file, 14);
+}
+
+// The first frame header among the segments of a JPEG file.
+MaybeExtent JpegExtent(Reader& file)
+{
+    if (!file.Has(0, "\xFF\xD8\xFF"sv)) return std::nullopt;
+    for (std::int64_t at = 2; file.Big(at, 1) == 0xFF;) {
+        const std::uint32_t marker = file.Big(at + 1, 1);
+        const bool isFrame =
+            marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+        if (isFrame) return Extent{file.Big(at + 7, 2), file.Big(at + 5, 2)};
+        at += marker == 0xFF ? 1 : 2 + std::int64_t{file.Big(at + 2, 2)}; // 0xFF fills up
+    }
+    return std::nullopt;
+}
+
+// The first directory of a TIFF file.
+MaybeExtent TiffExtent(Reader& file)
+{
+    const bool isBig = file.Has(0, "MM\0*"sv);
+    if (!isBig && !file.Has(0, "II*\0"sv)) return std::nullopt;
+    const ByteOrder order = isBig ? ByteOrder::big : ByteOrder::little;
+    const std::int64_t directory = file.Number(4, 4, order);
+    const std::uint32_t entries = std::min(file.Number(directory, 2, order), mostEntries);
+    Extent extent = {1, 1};
+    for (std::uint32_t i = 0; i < entries; ++i) {
+        const std::int64_t entry = directory + 2 + 12 * std::int64_t{i};
+        const std::uint32_t tag = file.Number(entry, 2, order);
+        const int bytes = file.Number(entry + 2, 2, order) == 3 ? 2 : 4; // a short or a long number
+        if (tag == 256) extent.width = file.Number(entry + 8, bytes, order);
+        if (tag == 257) extent.height = file.Number(entry + 8, bytes, order);
+    }
+    return extent;
+}
+
+// Of an icon file's pictures the first that is too large; one of 1 x 1 when none is.
+MaybeExtent IconExtent(Reader& file)
+{
+    if (!file.Has(0, "\0\0\1\0"sv)) return std::nullopt;
+    const std::uint32_t count = std::min(file.Little(4, 2), mostEntries);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::int64_t at = file.Little(6 + 16 * std::int64_t{i} + 12, 4);
+        const Extent extent = PngExtent(file, at).value_or(DibExtent(file, at));
+        if (!IsBitmapSize(extent.width, extent.height)) return extent;
+    }
+    return Extent{1, 1};
+}
+
+} // namespace
+
+bool MayBeDecoded(IStream& file)
+{
+    Reader reader(file);
+    MaybeExtent extent = PngExtent(reader, 0);
+    for (const auto read : {GifExtent, BmpExtent, JpegExtent, TiffExtent, IconExtent})
+        if (!extent) extent = read(reader);
+    return !extent || IsBitmapSize(extent->width, extent->height);
+}
+
+} // namespace utils_statics

@@ -1,0 +1,149 @@
+#include "PictureFiles.h"
+
+#include <array>
+
+namespace {
+
+void AppendBig32(std::string& bytes, std::uint32_t value)
+{
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(value >> shift);
+}
+
+void AppendLittle(std::string& bytes, std::uint32_t value, int count)
+{
+    for (int i = 0; i < count; ++i)
+        bytes += static_cast<char>(value >> 8 * i);
+}
+
+std::uint32_t Crc(const std::string& bytes)
+{
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const char character : bytes) {
+        crc ^= static_cast<std::uint8_t>(character);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? crc >> 1 ^ 0xEDB88320 : crc >> 1;
+    }
+    return ~crc;
+}
+
+std::uint32_t Adler(const std::string& bytes)
+{
+    std::uint32_t a = 1;
+    std::uint32_t b = 0;
+    for (const char character : bytes) {
+        a = (a + static_cast<std::uint8_t>(character)) % 65521;
+        b = (b + a) % 65521;
+    }
+    return b << 16 | a;
+}
+
+std::string Chunk(const std::string& type, const std::string& data)
+{
+    std::string chunk;
+    AppendBig32(chunk, static_cast<std::uint32_t>(data.size()));
+    chunk += type + data;
+    AppendBig32(chunk, Crc(type + data));
+    return chunk;
+}
+
+// A zlib stream of stored blocks.
+std::string Stored(const std::string& data)
+{
+    std::string stream = "\x78\x01";
+    for (std::size_t at = 0; at == 0 || at < data.size(); at += 65535) {
+        const std::string block = data.substr(at, 65535);
+        const auto length = static_cast<std::uint32_t>(block.size());
+        stream += static_cast<char>(at + 65535 >= data.size());
+        AppendLittle(stream, length, 2);
+        AppendLittle(stream, ~length, 2);
+        stream += block;
+    }
+    AppendBig32(stream, Adler(data));
+    return stream;
+}
+
+std::string Png(std::uint32_t width, std::uint32_t height, const std::string& rows)
+{
+    std::string header;
+    AppendBig32(header, width);
+    AppendBig32(header, height);
+    header += std::string("\x08\x06\x00\x00\x00", 5); // 8 bits each of red, green, blue and alpha
+    return "\x89PNG\r\n\x1A\n" + Chunk("IHDR", header) + Chunk("IDAT", Stored(rows)) +
+           Chunk("IEND", "");
+}
+
+void AppendInfoHeader(std::string& bytes, int width, int height)
+{
+    AppendLittle(bytes, 40, 4);
+    AppendLittle(bytes, static_cast<std::uint32_t>(width), 4);
+    AppendLittle(bytes, static_cast<std::uint32_t>(height), 4);
+    AppendLittle(bytes, 1, 2);
+    AppendLittle(bytes, 32, 2);
+    bytes.append(24, '\0');
+}
+
+} // namespace
+
+std::string PngFile(int width, int height, const std::vector<std::uint32_t>& pixels)
+{
+    std::string rows;
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        if (i % static_cast<std::size_t>(width) == 0) rows += '\0'; // no filter
+        for (const int shift : {16, 8, 0, 24})
+            rows += static_cast<char>(pixels[i] >> shift);
+    }
+    return Png(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), rows);
+}
+
+std::string PngFileThatClaims(std::uint32_t width, std::uint32_t height)
+{
+    return Png(width, height, std::string(100, '\0'));
+}
+
+std::string GifFileOnScreen(int width, int height)
+{
+    std::string file = "GIF89a";
+    AppendLittle(file, static_cast<std::uint32_t>(width), 2);
+    AppendLittle(file, static_cast<std::uint32_t>(height), 2);
+    file += std::string("\x80\x00\x00", 3);             // a palette of two colours
+    file += std::string("\xFF\x00\x00\x00\x00\xFF", 6); // red and blue
+    file += std::string("\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00", 10);
+    file += std::string("\x02\x02\x44\x01\x00", 5); // clear, colour 0, end
+    return file + ";";
+}
+
+std::string BmpFileThatClaims(int width, int height)
+{
+    std::string file = "BM";
+    AppendLittle(file, 54, 4);
+    AppendLittle(file, 0, 4);
+    AppendLittle(file, 54, 4);
+    AppendInfoHeader(file, width, height);
+    return file;
+}
+
+std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower)
+{
+    std::string image;
+    AppendInfoHeader(image, size, 2 * size); // colours and mask
+    for (int y = size - 1; y >= 0; --y)
+        for (int x = 0; x < size; ++x)
+            AppendLittle(image, y < size / 2 ? upper : lower, 4);
+    const int maskStride = (size + 31) / 32 * 4;
+    for (int y = size - 1; y >= 0; --y) {
+        const bool hidden = (y < size / 2 ? upper : lower) >> 24 == 0;
+        image.append(static_cast<std::size_t>(maskStride), hidden ? '\xFF' : '\0');
+    }
+    std::string file;
+    for (const std::uint32_t number : {0, 1, 1})
+        AppendLittle(file, number, 2);
+    file += static_cast<char>(size);
+    file += static_cast<char>(size);
+    AppendLittle(file, 0, 2);
+    AppendLittle(file, 1, 2);
+    AppendLittle(file, 32, 2);
+    AppendLittle(file, static_cast<std::uint32_t>(image.size()), 4);
+    AppendLittle(file, 22, 4);
+    return file + image;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Image files, written byte by byte, without the platform.
+
+// A PNG file of these pixels (0xAARRGGBB, top row first). The header may claim another size.
+std::string PngFile(int width, int height, const std::vector<std::uint32_t>& pixels);
+std::string PngFileThatClaims(std::uint32_t width, std::uint32_t height);
+
+// A GIF file whose one picture is a pixel, on a screen of this size.
+std::string GifFileOnScreen(int width, int height);
+
+// A BMP file whose header claims this size and whose pixels are missing.
+std::string BmpFileThatClaims(int width, int height);
+
+// An icon file with one square icon of 32 bits a pixel: the upper half in one colour, the lower in
+// another. Colours without alpha are transparent.
+std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower);

@@ -1,0 +1,225 @@
+// Turning images grey: GrayScaleBitmap on GDI+ images, GrayScale on device bitmaps.
+#include "GdiPlus.h"
+#include "PerPixelForm.h"
+#include "DibSection.h"
+
+#include <test_support/ResourceCounts.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace {
+
+class GrayScaleBitmapTest : public GdiPlusTest
+{
+};
+class GrayScaleTest : public GdiPlusTest
+{
+};
+
+struct Size
+{
+    int width;
+    int height;
+};
+constexpr Size oddSizes[] = {{1, 1}, {1, 7}, {7, 1}, {8, 3}, {9, 5}, {17, 11}, {64, 2}, {33, 16}};
+
+} // namespace
+
+TEST_F(GrayScaleBitmapTest, KeepsEveryPixelsAlphaForMinusOne)
+{
+    const Image image = ImageOf(3, 1, {0x00102030, 0x80FF0000, 0xFF00FF00});
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), -1));
+    const std::vector<std::uint32_t> expected{0x001C1C1C, 0x804C4C4C, 0xFF969696};
+    EXPECT_EQ(PixelsOf(*image), expected);
+}
+
+TEST_F(GrayScaleBitmapTest, MakesEveryPixelHalfTransparent)
+{
+    const Image image = ImageOf(2, 2, {0x00FFFFFF, 0x40FF0000, 0x80000000, 0xFF0000FF});
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), 128));
+    for (const std::uint32_t pixel : PixelsOf(*image))
+        EXPECT_EQ(pixel >> 24, 128u);
+}
+
+TEST_F(GrayScaleBitmapTest, TakesTheLowByteOfAnyOtherAlpha)
+{
+    for (const int alpha : {0, 255, 256, 300, -2, INT_MAX, INT_MIN}) {
+        const Image image = ImageOf(9, 1, std::vector<std::uint32_t>(9, 0x80112233));
+        EXPECT_TRUE(GrayScaleBitmap(image.get(), alpha));
+        for (const std::uint32_t pixel : PixelsOf(*image))
+            EXPECT_EQ(pixel >> 24, static_cast<std::uint32_t>(alpha) & 0xFF) << alpha;
+    }
+}
+
+// Sums that are whole numbers on paper are where the rounding of the real numbers shows.
+TEST_F(GrayScaleBitmapTest, CutsTheSumAsRealNumbersRoundIt)
+{
+    for (int grey = 0; grey < 256; ++grey) {
+        const std::uint32_t pixel = 0xFF000000 + static_cast<std::uint32_t>(grey) * 0x010101;
+        const Image image = ImageOf(8, 1, std::vector<std::uint32_t>(8, pixel));
+        EXPECT_TRUE(GrayScaleBitmap(image.get(), -1));
+        const int expected = per_pixel_form::Grey(grey, grey, grey);
+        EXPECT_EQ(PixelsOf(*image)[5] & 0xFF, static_cast<unsigned>(expected));
+    }
+}
+
+TEST_F(GrayScaleBitmapTest, EqualsThePlainFormOnEveryColour)
+{
+    std::vector<std::uint32_t> row(65536);
+    for (std::uint32_t red = 0; red < 256; ++red) {
+        for (std::uint32_t i = 0; i < row.size(); ++i)
+            row[i] = red << 16 | i;
+        Gdiplus::Bitmap image(65536 / 16, 16, 65536 / 16 * 4, PixelFormat32bppARGB,
+                              reinterpret_cast<BYTE*>(row.data()));
+        ASSERT_TRUE(GrayScaleBitmap(&image, 7));
+        for (int i = 0; i < 65536; ++i) {
+            const int grey = per_pixel_form::Grey(static_cast<int>(red), i >> 8, i & 0xFF);
+            ASSERT_EQ(row[static_cast<std::size_t>(i)],
+                      0x07000000u + static_cast<unsigned>(grey) * 0x010101u)
+                << red << ' ' << i;
+        }
+    }
+}
+
+TEST_F(GrayScaleBitmapTest, EqualsThePlainFormOnRandomImagesOfAllFormats)
+{
+    unsigned seed = 1;
+    for (const Gdiplus::PixelFormat format : allFormats)
+        for (const Size size : oddSizes)
+            for (const bool bottomUp : {false, true})
+                for (const int alpha : {-1, 0, 128, 255}) {
+                    const RandomImage plain(format, size.width, size.height, bottomUp, ++seed);
+                    const RandomImage fast(format, size.width, size.height, bottomUp, seed);
+                    per_pixel_form::GrayScaleBitmap(*plain, alpha);
+                    ASSERT_TRUE(GrayScaleBitmap(fast.get(), alpha));
+                    ASSERT_EQ(PixelsOf(*fast), PixelsOf(*plain))
+                        << std::hex << format << std::dec << ' ' << size.width << 'x' << size.height
+                        << (bottomUp ? " bottom-up" : " top-down");
+                }
+}
+
+TEST_F(GrayScaleBitmapTest, SucceedsOnAnEmptyImageAndFailsOnNone)
+{
+    Gdiplus::Bitmap empty(0, 0, PixelFormat32bppARGB);
+    EXPECT_TRUE(GrayScaleBitmap(&empty, 255));
+    EXPECT_FALSE(GrayScaleBitmap(nullptr, 255));
+}
+
+TEST_F(GrayScaleBitmapTest, ReturnsWhilePixelsAreLentOut)
+{
+    const Image image = ImageOf(2, 1, {0xFF112233, 0xFF445566});
+    const Gdiplus::Rect all(0, 0, 2, 1);
+    Gdiplus::BitmapData lent = {};
+    ASSERT_EQ(image->LockBits(&all, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &lent),
+              Gdiplus::Ok);
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), 255)); // whatever pixels it can reach
+    image->UnlockBits(&lent);
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), 255));
+    const Gdiplus::Color after(PixelsOf(*image)[0]);
+    EXPECT_EQ(after.GetR(), after.GetG());
+    EXPECT_EQ(after.GetR(), after.GetB());
+}
+
+TEST_F(GrayScaleTest, MakesTheColourOfTheTopRightCornerTheKey)
+{
+    const DibSection section(3, 2, 32, DibSection::topDown);
+    section.SetPixels({0xFF102030, 0x55FF00FF, 0x00AABBCC, 0x77AABBCC, 0xFFFFFFFF, 0x01000000});
+    ASSERT_TRUE(GrayScale(section.get(), 200));
+    const std::vector<std::uint32_t> expected{0xC8161616, 0xC8525252, 0xC8C8C8C8,
+                                              0xC8C8C8C8, 0xC8C8C8C8, 0xC8000000};
+    EXPECT_EQ(section.Pixels(), expected);
+}
+
+TEST_F(GrayScaleTest, EqualsThePlainFormOnRandomSections)
+{
+    std::mt19937 random(3);
+    for (const Size size : oddSizes)
+        for (const auto order : {DibSection::topDown, DibSection::bottomUp})
+            for (const int alpha : {0, 1, 77, 128, 254, 255}) {
+                const DibSection section(size.width, size.height, 32, order);
+                std::vector<std::uint32_t> pixels = section.Pixels();
+                for (std::uint32_t& pixel : pixels)
+                    pixel = static_cast<std::uint32_t>(random()) & 0x80C080FF; // the key repeats
+                section.SetPixels(pixels);
+                ASSERT_TRUE(GrayScale(section.get(), static_cast<unsigned char>(alpha)));
+                per_pixel_form::GrayScale(pixels, size.width, alpha);
+                ASSERT_EQ(section.Pixels(), pixels) << size.width << 'x' << size.height;
+            }
+}
+
+TEST_F(GrayScaleTest, EqualsThePlainFormOnEverySumAndAlpha)
+{
+    // Any whole-number sum of the weighted colours is reached by one of these.
+    std::vector<std::uint32_t> colours{0x00FFFFFF};
+    for (std::uint32_t green = 0; green < 256; green += 3)
+        for (std::uint32_t red = 0; red < 256; red += 5)
+            for (std::uint32_t blue = 0; blue < 256; blue += 7)
+                colours.push_back(red << 16 | green << 8 | blue);
+    const int count = static_cast<int>(colours.size());
+    const DibSection section(count, 1, 32, DibSection::topDown);
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        std::vector<std::uint32_t> plain = colours;
+        std::memcpy(section.bits(), colours.data(), colours.size() * 4);
+        ASSERT_TRUE(GrayScale(section.get(), static_cast<unsigned char>(alpha)));
+        per_pixel_form::GrayScale(plain, count, alpha);
+        ASSERT_EQ(std::memcmp(section.bits(), plain.data(), plain.size() * 4), 0) << alpha;
+    }
+}
+
+TEST_F(GrayScaleTest, GivesTheSameColoursWith24Bits)
+{
+    std::mt19937 random(5);
+    for (const Size size : oddSizes)
+        for (const auto order : {DibSection::topDown, DibSection::bottomUp})
+            for (const int alpha : {0, 90, 255}) {
+                const DibSection section(size.width, size.height, 24, order);
+                std::vector<std::uint32_t> pixels = section.Pixels();
+                for (std::uint32_t& pixel : pixels)
+                    pixel = static_cast<std::uint32_t>(random()) & 0xFFC0FF;
+                section.SetPixels(pixels);
+                ASSERT_TRUE(GrayScale(section.get(), static_cast<unsigned char>(alpha)));
+                per_pixel_form::GrayScale(pixels, size.width, alpha);
+                for (std::uint32_t& pixel : pixels)
+                    pixel &= 0xFFFFFF;
+                ASSERT_EQ(section.Pixels(), pixels) << size.width << 'x' << size.height;
+            }
+}
+
+TEST_F(GrayScaleTest, ChangesABitmapOfTheScreensKind)
+{
+    const base::WindowContext screen(nullptr);
+    const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), 5, 3));
+    std::vector<std::uint32_t> pixels(15);
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        pixels[i] = static_cast<std::uint32_t>(i * 0x0B1725);
+    SetBitmapBits(bitmap.get(), 60, pixels.data());
+    ASSERT_TRUE(GrayScale(bitmap.get(), 222));
+    std::vector<std::uint32_t> after(15);
+    ASSERT_EQ(GetBitmapBits(bitmap.get(), 60, after.data()), 60);
+    per_pixel_form::GrayScale(pixels, 5, 222);
+    EXPECT_EQ(after, pixels);
+}
+
+TEST_F(GrayScaleTest, RefusesOtherDepthsAndNoBitmap)
+{
+    for (const int bits : {1, 4, 8, 16}) {
+        const DibSection section(4, 4, bits, DibSection::topDown);
+        EXPECT_FALSE(GrayScale(section.get(), 255)) << bits;
+    }
+    const base::Bitmap monochrome(CreateBitmap(4, 4, 1, 1, nullptr));
+    EXPECT_FALSE(GrayScale(monochrome.get(), 255));
+    EXPECT_FALSE(GrayScale(nullptr, 255));
+    EXPECT_FALSE(GrayScale(reinterpret_cast<HBITMAP>(GetStockObject(BLACK_BRUSH)), 255));
+}
+
+TEST_F(GrayScaleTest, LeavesNoDrawingObject)
+{
+    const DibSection section(16, 16, 32, DibSection::bottomUp);
+    GrayScale(section.get(), 255);
+    const DWORD before = test_support::DrawingObjectCount();
+    for (int i = 0; i < 100; ++i)
+        GrayScale(section.get(), 255);
+    EXPECT_EQ(test_support::DrawingObjectCount(), before);
+}

@@ -1,0 +1,341 @@
+// Encoders, their parameter blocks, saving device bitmaps, and the grey palette.
+#include "DibSection.h"
+#include "GdiPlus.h"
+
+#include <test_support/ChildTest.h>
+#include <test_support/Files.h>
+#include <test_support/ResourceCounts.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+using Gdiplus::EncoderParameter;
+using Gdiplus::EncoderParameters;
+
+namespace {
+
+struct FreeBlock
+{
+    void operator()(void* block) const { std::free(block); }
+};
+using Block = std::unique_ptr<EncoderParameters, FreeBlock>;
+
+constexpr GUID colourDepth = {
+    0x66087055, 0xad66, 0x4c7c, {0x9a, 0x18, 0x38, 0xa2, 0x31, 0x0b, 0x83, 0x37}};
+constexpr GUID quality = {
+    0x1d5be4b5, 0xfa4a, 0x452d, {0x9c, 0xdd, 0x5d, 0xb3, 0x51, 0x05, 0xe7, 0xeb}};
+
+class EncoderTest : public GdiPlusTest
+{
+protected:
+    Block Compression(int format, int extra, CLSID* clsid = nullptr)
+    {
+        CLSID unused;
+        EncoderParameters* params = nullptr;
+        GetCompression(format, &params, clsid ? clsid : &unused, extra);
+        return Block(params);
+    }
+
+    CLSID EncoderOf(const wchar_t* mimeType)
+    {
+        CLSID clsid = {};
+        EXPECT_GE(GetEncoderClsid(mimeType, &clsid), 0);
+        return clsid;
+    }
+};
+
+class SaveBitmapTest : public GdiPlusTest
+{
+protected:
+    test_support::TemporaryFolder m_folder;
+};
+
+// Smooth, so that JPEG changes it little, and different in every pixel and channel.
+std::vector<std::uint32_t> Gradient(int width, int height)
+{
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            pixels.push_back(0xFF000000u | static_cast<std::uint32_t>(x * 255 / width) << 16 |
+                             static_cast<std::uint32_t>(y * 255 / height) << 8 |
+                             static_cast<std::uint32_t>((x + y) * 255 / (width + height)));
+    return pixels;
+}
+
+int LargestDifference(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b)
+{
+    int largest = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        for (int shift = 0; shift < 24; shift += 8)
+            largest = std::max(largest, std::abs(static_cast<int>(a[i] >> shift & 0xFF) -
+                                                 static_cast<int>(b[i] >> shift & 0xFF)));
+    return largest;
+}
+
+struct FileFormat
+{
+    int format;
+    const wchar_t* extension;
+    std::string start; // of every file of this format
+    int error;         // of a channel
+};
+const FileFormat fileFormats[] = {
+    {0, L"bmp", "BM", 0},        {1, L"gif", "GIF8", 40},
+    {2, L"jpg", "\xFF\xD8", 24}, {3, L"png", "\x89PNG\r\n\x1A\n", 0},
+    {4, L"tif", "", 0},
+};
+
+} // namespace
+
+TEST_F(EncoderTest, FindsTheInstalledEncodersByTheirMimeTypes)
+{
+    for (const wchar_t* const mimeType :
+         {L"image/bmp", L"image/gif", L"image/jpeg", L"image/png", L"image/tiff"}) {
+        CLSID clsid = {};
+        const int index = GetEncoderClsid(mimeType, &clsid);
+        UINT count = 0;
+        UINT bytes = 0;
+        ASSERT_EQ(Gdiplus::GetImageEncodersSize(&count, &bytes), Gdiplus::Ok);
+        std::vector<std::byte> memory(bytes);
+        auto* const encoders = reinterpret_cast<Gdiplus::ImageCodecInfo*>(memory.data());
+        ASSERT_EQ(Gdiplus::GetImageEncoders(count, bytes, encoders), Gdiplus::Ok);
+        ASSERT_GE(index, 0);
+        ASSERT_LT(index, static_cast<int>(count));
+        EXPECT_STREQ(encoders[index].MimeType, mimeType);
+        EXPECT_EQ(std::memcmp(&encoders[index].Clsid, &clsid, sizeof clsid), 0);
+    }
+}
+
+TEST_F(EncoderTest, ComparesMimeTypesExactly)
+{
+    for (const wchar_t* const mimeType : {L"image/PNG", L"image/png ", L"png", L""}) {
+        CLSID clsid;
+        std::memset(&clsid, 0x5A, sizeof clsid);
+        const CLSID before = clsid;
+        EXPECT_EQ(GetEncoderClsid(mimeType, &clsid), -1);
+        EXPECT_EQ(std::memcmp(&clsid, &before, sizeof clsid), 0);
+    }
+    CLSID clsid;
+    EXPECT_EQ(GetEncoderClsid(nullptr, &clsid), -1);
+    EXPECT_EQ(GetEncoderClsid(L"image/png", nullptr), -1);
+}
+
+TEST_F(EncoderTest, ChoosesJpegWithFullQualityForUnknownFormats)
+{
+    for (const int format : {2, 7, -1, 5, INT_MAX, INT_MIN}) {
+        CLSID clsid = {};
+        const Block block = Compression(format, 0, &clsid);
+        ASSERT_TRUE(block);
+        const CLSID jpeg = EncoderOf(L"image/jpeg");
+        EXPECT_EQ(std::memcmp(&clsid, &jpeg, sizeof clsid), 0);
+        ASSERT_EQ(block->Count, 1u);
+        EXPECT_EQ(std::memcmp(&block->Parameter[0].Guid, &quality, sizeof quality), 0);
+        EXPECT_EQ(block->Parameter[0].NumberOfValues, 1u);
+        EXPECT_EQ(block->Parameter[0].Type,
+                  static_cast<ULONG>(Gdiplus::EncoderParameterValueTypeLong));
+        EXPECT_EQ(*static_cast<ULONG*>(block->Parameter[0].Value), 100u);
+    }
+}
+
+TEST_F(EncoderTest, StatesTheColourDepthOfTiff)
+{
+    CLSID clsid = {};
+    const Block block = Compression(4, 2, &clsid);
+    ASSERT_TRUE(block);
+    const CLSID tiff = EncoderOf(L"image/tiff");
+    EXPECT_EQ(std::memcmp(&clsid, &tiff, sizeof clsid), 0);
+    ASSERT_EQ(block->Count, 3u);
+    EXPECT_EQ(std::memcmp(&block->Parameter[0].Guid, &colourDepth, sizeof colourDepth), 0);
+    EXPECT_EQ(*static_cast<ULONG*>(block->Parameter[0].Value), 32u);
+}
+
+TEST_F(EncoderTest, FillsNothingInForTheOtherFormats)
+{
+    const std::pair<int, const wchar_t*> formats[] = {
+        {0, L"image/bmp"}, {1, L"image/gif"}, {3, L"image/png"}};
+    for (const auto& [format, mimeType] : formats) {
+        CLSID clsid = {};
+        const Block block = Compression(format, 3, &clsid);
+        ASSERT_TRUE(block);
+        const CLSID expected = EncoderOf(mimeType);
+        EXPECT_EQ(std::memcmp(&clsid, &expected, sizeof clsid), 0);
+        EXPECT_EQ(block->Count, 3u);
+        const EncoderParameter none = {};
+        for (int record = 0; record < 4; ++record)
+            EXPECT_EQ(std::memcmp(&block->Parameter[record], &none, sizeof none), 0);
+    }
+}
+
+// 28 * extra + 32 and 28 * extra + 60 bytes in 32-bit programs.
+TEST_F(EncoderTest, MakesRoomForOneRecordMoreThanAreCounted)
+{
+    for (const int extra : {0, 1, 9}) {
+        constexpr std::size_t record = sizeof(EncoderParameter);
+        const auto room = [&](int records) {
+            return offsetof(EncoderParameters, Parameter) +
+                   static_cast<std::size_t>(records) * record;
+        };
+        EXPECT_GE(_msize(Compression(3, extra).get()), room(extra + 1));
+        EXPECT_GE(_msize(Compression(2, extra).get()), room(extra + 2));
+        EXPECT_GE(_msize(Compression(4, extra).get()), room(extra + 2));
+    }
+#ifndef _WIN64
+    EXPECT_EQ(offsetof(EncoderParameters, Parameter) + sizeof(EncoderParameter), 32u);
+    EXPECT_EQ(offsetof(EncoderParameters, Parameter) + 2 * sizeof(EncoderParameter), 60u);
+#endif
+}
+
+TEST_F(EncoderTest, KeepsTheValueOfABlockForLaterOnes)
+{
+    const Block jpeg = Compression(2, 0);
+    const Block tiff = Compression(4, 0);
+    const Block again = Compression(2, 0);
+    EXPECT_EQ(*static_cast<ULONG*>(jpeg->Parameter[0].Value), 100u);
+    EXPECT_EQ(*static_cast<ULONG*>(tiff->Parameter[0].Value), 32u);
+    EXPECT_EQ(*static_cast<ULONG*>(again->Parameter[0].Value), 100u);
+}
+
+TEST_F(EncoderTest, GivesNoBlockForASizeThatThereCannotBe)
+{
+    for (const int format : {0, 2, 4})
+        for (const int extra : {-1, -100, INT_MIN})
+            EXPECT_FALSE(Compression(format, extra)) << format << ' ' << extra;
+#ifndef _WIN64
+    EXPECT_FALSE(Compression(2, INT_MAX));
+#endif
+    CLSID clsid;
+    GetCompression(2, nullptr, &clsid, 0); // is ignored
+    EncoderParameters* params = nullptr;
+    GetCompression(2, &params, nullptr, 0);
+    EXPECT_TRUE(Block(params));
+}
+
+TEST_F(EncoderTest, MakesBlocksThatTheEncoderTakes)
+{
+    const test_support::TemporaryFolder folder;
+    const Image image = ImageOf(8, 8, Gradient(8, 8));
+    for (const int format : {2, 4}) {
+        CLSID clsid = {};
+        const Block block = Compression(format, 0, &clsid);
+        const std::wstring path = folder / (L"block" + std::to_wstring(format));
+        EXPECT_EQ(image->Save(path.c_str(), &clsid, block.get()), Gdiplus::Ok) << format;
+    }
+}
+
+TEST_F(SaveBitmapTest, WritesEachFormatSoThatItCanBeReadBack)
+{
+    const std::vector<std::uint32_t> pixels = Gradient(45, 31);
+    for (const auto order : {DibSection::topDown, DibSection::bottomUp}) {
+        const DibSection section(45, 31, 32, order);
+        section.SetPixels(pixels);
+        for (const FileFormat& file : fileFormats) {
+            const std::wstring path = m_folder / (std::wstring(L"saved.") + file.extension);
+            ASSERT_TRUE(SaveBitmap(section.get(), file.format, path.c_str())) << file.format;
+            EXPECT_EQ(test_support::ReadFile(path).substr(0, file.start.size()), file.start);
+            Gdiplus::Bitmap read(path.c_str());
+            ASSERT_EQ(read.GetWidth(), 45u) << file.format;
+            ASSERT_EQ(read.GetHeight(), 31u);
+            EXPECT_LE(LargestDifference(PixelsOf(read), pixels), file.error) << file.format;
+        }
+    }
+}
+
+TEST_F(SaveBitmapTest, SavesBitmapsOfEveryDepth)
+{
+    for (const int bits : {1, 4, 8, 16, 24, 32}) {
+        const DibSection section(9, 5, bits, DibSection::bottomUp);
+        for (const FileFormat& file : fileFormats) {
+            const std::wstring path = m_folder / (std::to_wstring(bits) + L"." + file.extension);
+            EXPECT_TRUE(SaveBitmap(section.get(), file.format, path.c_str())) << bits;
+            Gdiplus::Bitmap read(path.c_str());
+            EXPECT_EQ(read.GetWidth(), 9u) << bits << ' ' << file.format;
+        }
+    }
+    const base::WindowContext screen(nullptr);
+    const base::Bitmap device(CreateCompatibleBitmap(screen.get(), 3, 2));
+    EXPECT_TRUE(SaveBitmap(device.get(), 3, (m_folder / L"device.png").c_str()));
+}
+
+TEST_F(SaveBitmapTest, ReplacesTheFile)
+{
+    const std::wstring path = m_folder / L"twice.bmp";
+    test_support::WriteFile(path, std::string(100000, 'x'));
+    const DibSection section(2, 2, 32, DibSection::topDown);
+    ASSERT_TRUE(SaveBitmap(section.get(), 0, path.c_str()));
+    EXPECT_LT(test_support::ReadFile(path).size(), 1000u);
+}
+
+TEST_F(SaveBitmapTest, FailsWithoutABitmapOrAPlaceForTheFile)
+{
+    const DibSection section(2, 2, 32, DibSection::topDown);
+    EXPECT_FALSE(SaveBitmap(nullptr, 3, (m_folder / L"none.png").c_str()));
+    EXPECT_FALSE(SaveBitmap(section.get(), 3, nullptr));
+    EXPECT_FALSE(SaveBitmap(section.get(), 3, L""));
+    EXPECT_FALSE(SaveBitmap(section.get(), 3, m_folder.Path().c_str()));
+    EXPECT_FALSE(SaveBitmap(section.get(), 3, (m_folder / L"no\\folder\\a.png").c_str()));
+    const auto brush = static_cast<HBITMAP>(GetStockObject(BLACK_BRUSH));
+    EXPECT_FALSE(SaveBitmap(brush, 3, (m_folder / L"brush.png").c_str()));
+    EXPECT_FALSE(test_support::FileExists(m_folder / L"none.png"));
+}
+
+TEST_F(SaveBitmapTest, LeavesNothingBehind)
+{
+    const DibSection section(20, 20, 32, DibSection::topDown);
+    const std::wstring path = m_folder / L"again.png";
+    SaveBitmap(section.get(), 3, path.c_str());
+    const DWORD objects = test_support::DrawingObjectCount();
+    const DWORD handles = test_support::HandleCount();
+    for (int i = 0; i < 20; ++i) {
+        SaveBitmap(section.get(), 3, path.c_str());
+        SaveBitmap(section.get(), 3, m_folder.Path().c_str());
+    }
+    EXPECT_EQ(test_support::DrawingObjectCount(), objects);
+    EXPECT_EQ(test_support::HandleCount(), handles);
+}
+
+TEST_F(SaveBitmapTest, WritesPicturesForOtherReaders)
+{
+    const std::wstring folder = test_support::EnvironmentVariable(L"PICTURE_FOLDER");
+    if (folder.empty()) GTEST_SKIP() << "run by picture_readers.sh, which sets PICTURE_FOLDER";
+    const int width = 64;
+    const int height = 48;
+    const DibSection section(width, height, 32, DibSection::bottomUp);
+    section.SetPixels(Gradient(width, height));
+    for (const FileFormat& file : fileFormats)
+        ASSERT_TRUE(SaveBitmap(section.get(), file.format,
+                               (folder + L"\\saved." + file.extension).c_str()));
+    std::string bytes;
+    for (const std::uint32_t pixel : Gradient(width, height))
+        for (const int shift : {16, 8, 0})
+            bytes += static_cast<char>(pixel >> shift);
+    test_support::WriteFile(folder + L"\\expected.rgb", bytes);
+}
+
+TEST(CreateGrayscalePalette, HasTwoHundredAndFiftySixOpaqueGreys)
+{
+    const std::unique_ptr<Gdiplus::ColorPalette> palette(CreateGrayscalePalette());
+    ASSERT_TRUE(palette);
+    EXPECT_EQ(palette->Flags, 2u);
+    EXPECT_EQ(palette->Count, 256u);
+    EXPECT_EQ(palette->Entries[0], 0xFF000000u);
+    const Gdiplus::ARGB* const entries = palette->Entries;
+    for (unsigned i = 0; i < 256; ++i)
+        EXPECT_EQ(entries[i], 0xFF000000u + i * 0x010101u);
+    EXPECT_EQ(entries[255], 0xFFFFFFFFu);
+    static_assert(offsetof(Gdiplus::ColorPalette, Entries) + 256 * sizeof(Gdiplus::ARGB) == 1032);
+}
+
+TEST(CreateGrayscalePalette, IsAPaletteThatGdiPlusTakes)
+{
+    const GdiPlusSession session;
+    const std::unique_ptr<Gdiplus::ColorPalette> palette(CreateGrayscalePalette());
+    Gdiplus::Bitmap image(4, 4, PixelFormat8bppIndexed);
+    ASSERT_EQ(image.SetPalette(palette.get()), Gdiplus::Ok);
+    Gdiplus::Color colour;
+    image.GetPixel(0, 0, &colour);
+    EXPECT_EQ(colour.GetValue(), 0xFF000000u);
+}

@@ -1,0 +1,142 @@
+// Which images are too large for GDI+ to be given, and damaged files.
+#include "DibSection.h"
+#include "GdiPlus.h"
+#include "PictureFiles.h"
+#include "imaging/ImageExtent.h"
+#include "imaging/ImageStream.h"
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace utils_statics;
+
+namespace {
+
+class ImageExtentTest : public GdiPlusTest
+{
+protected:
+    bool Accepts(const std::string& bytes)
+    {
+        const MemoryStream stream = StreamOfBytes(bytes);
+        return MayBeDecoded(*stream.get());
+    }
+
+    test_support::TemporaryFolder m_folder;
+};
+class DamagedFileTest : public ImageExtentTest
+{
+protected:
+    // Whatever the file holds, each function returns.
+    void LoadEverywhere(const std::wstring& path)
+    {
+        SIZE size = {20, 10};
+        delete BitmapFromFile(path.c_str(), &size, true);
+        delete BitmapFromFile(path.c_str());
+        const base::Bitmap resized(ResizeImage(path.c_str(), &size));
+    }
+
+    // Whole files of every format, with their extensions.
+    std::vector<std::pair<std::wstring, std::string>> WholeFiles()
+    {
+        std::vector<std::pair<std::wstring, std::string>> files;
+        const DibSection section(24, 16, 32, DibSection::topDown);
+        std::vector<std::uint32_t> pixels = section.Pixels();
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            pixels[i] = 0xFF000000 | static_cast<std::uint32_t>(i * 0x21387);
+        section.SetPixels(pixels);
+        const wchar_t* const extensions[] = {L".bmp", L".gif", L".jpg", L".png", L".tif"};
+        for (int format = 0; format < 5; ++format) {
+            const std::wstring path = m_folder / L"whole";
+            EXPECT_TRUE(SaveBitmap(section.get(), format, path.c_str()));
+            files.emplace_back(extensions[format], test_support::ReadFile(path));
+        }
+        files.emplace_back(L".ico", IconFile(16, 0xFF102030, 0xFF405060));
+        return files;
+    }
+};
+
+} // namespace
+
+static_assert(IsBitmapSize(1, 1) && IsBitmapSize(16383, 16383) && IsBitmapSize(INT32_MAX / 8, 1));
+static_assert(!IsBitmapSize(16384, 16384) && !IsBitmapSize(32768, 32768));
+static_assert(!IsBitmapSize(0, 1) && !IsBitmapSize(1, 0) && !IsBitmapSize(-1, -1));
+static_assert(!IsBitmapSize(INT64_MAX, INT64_MAX));
+
+TEST_F(ImageExtentTest, RefusesWhatIsTooLargeInPixels)
+{
+    EXPECT_TRUE(Accepts(PngFileThatClaims(1024, 768)));
+    EXPECT_TRUE(Accepts(PngFileThatClaims(16383, 16383)));
+    EXPECT_FALSE(Accepts(PngFileThatClaims(60000, 60000)));
+    // 2^32 bytes: an implementation that counts in 32 bits makes room for none.
+    EXPECT_FALSE(Accepts(PngFileThatClaims(32768, 32768)));
+    EXPECT_FALSE(Accepts(PngFileThatClaims(1000000, 1000)));
+    EXPECT_FALSE(Accepts(BmpFileThatClaims(60000, 60000)));
+    EXPECT_TRUE(Accepts(BmpFileThatClaims(600, -600)));
+}
+
+TEST_F(ImageExtentTest, CountsTheScreenOfAGifFileToo)
+{
+    EXPECT_TRUE(Accepts(GifFileOnScreen(640, 480)));
+    EXPECT_FALSE(Accepts(GifFileOnScreen(65535, 65535)));
+    EXPECT_FALSE(Accepts(GifFileOnScreen(32768, 32768)));
+}
+
+TEST_F(ImageExtentTest, LeavesWhatIsNoImageToGdiPlus)
+{
+    for (const char* const start : {"x", "this is no picture", "BM", "GIF8", "II*", "\xFF\xD8\xFF"})
+        Accepts(start); // returns, whatever it says
+    EXPECT_TRUE(Accepts("this is no picture"));
+    EXPECT_FALSE(StreamOfBytes(""));
+    EXPECT_FALSE(StreamOfFile((m_folder / L"missing").c_str()));
+    EXPECT_FALSE(StreamOfFile(m_folder.Path().c_str()));
+}
+
+TEST_F(ImageExtentTest, KeepsEnormousImagesFromEveryLoader)
+{
+    for (const std::string& bytes :
+         {PngFileThatClaims(60000, 60000), PngFileThatClaims(32768, 32768),
+          GifFileOnScreen(32768, 32768), BmpFileThatClaims(60000, 60000)}) {
+        const std::wstring path = m_folder / L"enormous.png";
+        test_support::WriteFile(path, bytes);
+        SIZE size = {10, 10};
+        EXPECT_EQ(BitmapFromFile(path.c_str()), nullptr);
+        EXPECT_EQ(BitmapFromFile(path.c_str(), &size), nullptr);
+        EXPECT_EQ(ResizeImage(path.c_str(), &size), nullptr);
+    }
+}
+
+TEST_F(DamagedFileTest, NoTruncatedFileDoesHarm)
+{
+    for (const auto& [extension, bytes] : WholeFiles()) {
+        const std::wstring path = m_folder / (L"truncated" + extension);
+        const std::size_t step = std::max<std::size_t>(1, bytes.size() / 30);
+        for (std::size_t length = 0; length < bytes.size(); length += length < 40 ? 2 : step) {
+            test_support::WriteFile(path, bytes.substr(0, length));
+            LoadEverywhere(path);
+        }
+        test_support::WriteFile(path, bytes);
+        EXPECT_TRUE(std::unique_ptr<CBitmap>(BitmapFromFile(path.c_str())));
+    }
+}
+
+TEST_F(DamagedFileTest, NoCorruptFileDoesHarm)
+{
+    std::mt19937 random(11);
+    for (const auto& [extension, bytes] : WholeFiles()) {
+        const std::wstring path = m_folder / (L"corrupt" + extension);
+        for (int round = 0; round < 40; ++round) {
+            std::string corrupt = bytes;
+            // Headers, where sizes are, are hit more often than the rest.
+            const std::size_t reach =
+                round % 2 ? corrupt.size() : std::min<std::size_t>(64, corrupt.size());
+            for (unsigned hits = 1 + random() % 4; hits > 0; --hits)
+                corrupt[random() % reach] = static_cast<char>(random());
+            test_support::WriteFile(path, corrupt);
+            LoadEverywhere(path);
+        }
+    }
+}
