@@ -29,6 +29,7 @@
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/ButtonAction.h>
 #include <Utils_Statics/ButtonPlacement.h>
+#include <Utils_Statics/CBufferedWnd.h>
 #include <Utils_Statics/CCineStore.h>
 #include <Utils_Statics/CCineStoreAVI.h>
 #include <Utils_Statics/CDopplerScaling.h>
