@@ -64,6 +64,8 @@ public:
     // After `refused` every further call gives `refused`.
     Piece Next();
 
+    // Where the next piece begins.
+    const wchar_t* Position() const { return m_next; }
     const wchar_t* LiteralBegin() const { return m_literal; }
     std::size_t LiteralLength() const { return m_literalLength; }
     const FormatConversion& Conversion() const { return m_conversion; }

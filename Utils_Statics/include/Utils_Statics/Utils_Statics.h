@@ -26,6 +26,7 @@
 
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/ButtonAction.h>
 #include <Utils_Statics/ButtonPlacement.h>
@@ -44,6 +45,7 @@
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/CToolTipProvider.h>
 #include <Utils_Statics/CWmiService.h>
 #include <Utils_Statics/CineHeader.h>
 #include <Utils_Statics/DerivedState.h>

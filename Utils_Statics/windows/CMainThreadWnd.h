@@ -1,0 +1,38 @@
+#pragma once
+
+#include "windows/BalloonRequest.h"
+
+#include <afxwin.h>
+#include <qor_utils/CriticalSection.h>
+
+#include <memory>
+
+// The hidden window of the user-interface thread that shows balloons for all threads.
+class CMainThreadWnd : public CWnd
+{
+public:
+    // wParam is the address of a request, which the receiver owns; lParam is 0.
+    static constexpr UINT showBalloon = WM_APP + 1000;
+
+    CMainThreadWnd();
+    ~CMainThreadWnd() override;
+
+    bool CreateMessageOnly();
+
+    // On any thread, as long as the object lives. Without a window the request is dropped.
+    void Post(std::unique_ptr<utils_statics::BalloonRequest> request);
+
+protected:
+    afx_msg int OnCreate(LPCREATESTRUCT description);
+    afx_msg void OnDestroy();
+    afx_msg LRESULT OnShowBalloon(WPARAM wParam, LPARAM lParam);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    void SetPostable(HWND window);
+    void DropPosted();
+
+    std::unique_ptr<CToolTipProvider> m_provider;
+    CriticalSection m_section;
+    HWND m_postable = nullptr; // m_hWnd as the other threads see it, under m_section
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <vector>
+
+class CToolTipProvider;
+
+// The hidden window whose timer ends a tip. It belongs to a provider and its copies: they share the
+// tip, so that it makes no difference which of them is told.
+class CTimerWnd : public CWnd
+{
+public:
+    static constexpr UINT_PTR timerId = 8345;
+
+    explicit CTimerWnd(CToolTipProvider& provider) : m_providers(1, &provider) {}
+    ~CTimerWnd() override;
+
+    bool CreateMessageOnly();
+
+    void Join(CToolTipProvider& provider) { m_providers.push_back(&provider); }
+    // False when the one that left was the last.
+    bool Leave(const CToolTipProvider& provider);
+
+protected:
+    afx_msg void OnTimer(UINT_PTR id);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    std::vector<CToolTipProvider*> m_providers; // never empty
+};

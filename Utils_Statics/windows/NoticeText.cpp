@@ -1,0 +1,137 @@
+#include "windows/NoticeText.h"
+
+#include "text/FormatText.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cwchar>
+#include <string>
+
+#define STRSAFE_NO_DEPRECATE // the C functions that other headers call
+#include <strsafe.h>
+
+namespace utils_statics {
+
+namespace {
+
+using Piece = FormatReader::Piece;
+
+bool IsReadable(const MEMORY_BASIC_INFORMATION& region)
+{
+    constexpr DWORD readable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ |
+                               PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    return region.State == MEM_COMMIT && (region.Protect & readable) != 0 &&
+           (region.Protect & PAGE_GUARD) == 0;
+}
+
+// How many whole characters can be read from `text` on, up to the end of its region of memory.
+template <class Character>
+std::size_t ReadableLength(const Character* text)
+{
+    MEMORY_BASIC_INFORMATION region;
+    if (!VirtualQuery(text, &region, sizeof region) || !IsReadable(region)) return 0;
+    const auto end = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
+    return (end - reinterpret_cast<std::uintptr_t>(text)) / sizeof(Character);
+}
+
+// Whether the text of a conversion can be read: up to its end or, with a precision, that far.
+template <class Character>
+bool CanRead(const Character* text, int precision)
+{
+    std::size_t wanted = precision < 0 ? SIZE_MAX : static_cast<std::size_t>(precision);
+    while (wanted > 0) {
+        const std::size_t length = std::min(wanted, ReadableLength(text));
+        if (length == 0) return false;
+        if (std::find(text, text + length, Character()) != text + length) return true;
+        text += length;
+        wanted -= length;
+    }
+    return true;
+}
+
+// The conversion for an empty text; it takes the same argument and does not look at it.
+std::wstring EmptyText(const FormatConversion& conversion)
+{
+    std::wstring text = conversion.leftAlign ? L"%-" : L"%";
+    if (conversion.width > 0) text += std::to_wstring(conversion.width);
+    return text + (conversion.type == L'S' ? L".0S" : L".0s");
+}
+
+// `format` with the percent signs of %n doubled.
+std::wstring WithoutWriting(const wchar_t* format)
+{
+    std::wstring safe;
+    while (*format) {
+        const std::size_t length =
+            *format == L'%' ? 1 + std::wcsspn(format + 1, L"-+ #.*0123456789hlLwIjzt") : 1;
+        if (*format == L'%' && format[length] == L'n') safe += L'%';
+        // The type after a percent sign belongs to it, so that %% stays one piece.
+        const std::size_t whole = length + (*format == L'%' && format[length] ? 1 : 0);
+        safe.append(format, whole);
+        format += whole;
+    }
+    return safe;
+}
+
+// Fetches the arguments of a format, one conversion after another.
+class ArgumentWalk
+{
+public:
+    // Works on a copy of `arguments`.
+    explicit ArgumentWalk(va_list arguments) { va_copy(m_arguments, arguments); }
+    ~ArgumentWalk() { va_end(m_arguments); }
+    ArgumentWalk(const ArgumentWalk&) = delete;
+    ArgumentWalk& operator=(const ArgumentWalk&) = delete;
+
+    // Passes the argument of the conversion; false for a text that cannot be read.
+    bool Pass(const FormatConversion& conversion)
+    {
+        switch (conversion.argument) {
+        case FormatArgument::integer32: va_arg(m_arguments, int); return true;
+        case FormatArgument::integer64: va_arg(m_arguments, long long); return true;
+        case FormatArgument::real: va_arg(m_arguments, double); return true;
+        case FormatArgument::address: va_arg(m_arguments, void*); return true;
+        case FormatArgument::wideText:
+            return CanRead(va_arg(m_arguments, const wchar_t*), conversion.precision);
+        case FormatArgument::narrowText:
+            return CanRead(va_arg(m_arguments, const char*), conversion.precision);
+        }
+        return true;
+    }
+
+private:
+    va_list m_arguments;
+};
+
+std::wstring SafeFormat(const wchar_t* format, va_list arguments)
+{
+    ArgumentWalk walk(arguments);
+    FormatReader reader(format);
+    std::wstring safe;
+    for (;;) {
+        const wchar_t* const begin = reader.Position();
+        const Piece piece = reader.Next();
+        if (piece == Piece::end) return safe;
+        if (piece == Piece::refused) return safe + WithoutWriting(begin);
+        if (piece == Piece::conversion && !walk.Pass(reader.Conversion()))
+            safe += EmptyText(reader.Conversion());
+        else
+            safe.append(begin, reader.Position());
+    }
+}
+
+} // namespace
+
+NoticeText FormatNotice(const wchar_t* format, va_list arguments)
+{
+    constexpr std::size_t room = 8192;
+    const std::size_t size = std::wcslen(format) + room;
+    auto text = std::make_unique_for_overwrite<wchar_t[]>(size);
+    const HRESULT result =
+        StringCchVPrintfExW(text.get(), size, nullptr, nullptr, STRSAFE_IGNORE_NULLS,
+                            SafeFormat(format, arguments).c_str(), arguments);
+    if (FAILED(result)) return {result, nullptr};
+    return {result, std::move(text)};
+}
+
+} // namespace utils_statics

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "RequestCounter.h"
+#include "TipReader.h"
+
+#include <Utils_Statics/BalloonMessageService.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <afxwin.h>
+#include <test_support/ImportHook.h>
+#include <test_support/LogCapture.h>
+#include <test_support/ResourceCounts.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+extern CWinApp application;
+
+// A service on the test's thread, with what it logs and posts.
+class BalloonTest : public testing::Test
+{
+public:
+    // Dispatches messages until a tip with this text is shown.
+    static HWND WaitForTip(const std::wstring& text);
+    // How long the last tip was to be shown, in milliseconds.
+    static UINT LastTime();
+
+protected:
+    BalloonTest();
+    ~BalloonTest() override;
+
+    // That the tip points at this place of the screen.
+    static void ExpectPointer(HWND tip, POINT at);
+
+    test_support::LogCapture m_log;
+    RequestCounter m_requests;
+    TitleWatch m_titles;
+    const std::wstring m_productName = utilsExam::GetProductName().GetString();
+
+private:
+    test_support::ImportHook m_setTimer;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// Dispatches this thread's messages until the condition holds; false when it does not within the
+// time.
+bool PumpUntil(const std::function<bool()>& holds, DWORD milliseconds = 10000);
+// Dispatches what is in the queue.
+void Pump();
+
+// This thread's tooltip windows, shown or not.
+std::vector<HWND> TipWindows();
+// This process's hidden windows of class "Static" whose parent is HWND_MESSAGE.
+std::vector<HWND> MessageOnlyWindows();
+
+std::wstring TipText(HWND tip);
+// Whether a tooltip window shows the text. Not every platform's control shows, or gives back, more
+// than 1023 characters of it.
+bool ShowsText(HWND tip, const std::wstring& text);
+
+// What a tooltip window was last given as its title.
+struct TipTitle
+{
+    std::wstring text;
+    int icon = 0; // TTI_...
+};
+
+// Watches which titles this thread's tooltip windows accept, as long as the object lives: not every
+// platform's control can be asked for its title. One at a time.
+class TitleWatch
+{
+public:
+    TitleWatch();
+    ~TitleWatch();
+    TitleWatch(const TitleWatch&) = delete;
+    TitleWatch& operator=(const TitleWatch&) = delete;
+
+    // That of a window without one is empty.
+    TipTitle Of(HWND tip) const;
+
+private:
+    HHOOK m_hook;
+};
+
+// The tip that is shown; null when there is none.
+HWND ShownTip();
