@@ -25,4 +25,13 @@ int FaultLineOf(const wchar_t* path) noexcept
     return line;
 }
 
+std::vector<std::wstring> AttributeNamesOf(const zelXMLNode& element)
+{
+    std::vector<std::wstring> names;
+    if (!element.isValid()) return names;
+    for (const pugi::xml_attribute& attribute : XMLAccess::ElementOf(element).attributes())
+        names.emplace_back(attribute.name());
+    return names;
+}
+
 } // namespace zel_xml

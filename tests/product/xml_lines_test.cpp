@@ -86,6 +86,14 @@ TEST_F(XmlTest, AFaultWithoutAPlaceHasNoLine)
     EXPECT_EQ(FaultLine(Path()), 0);
 }
 
+TEST_F(XmlTest, NamesTheAttributesInTheirOrder)
+{
+    ASSERT_TRUE(Open("<r b='1' a='2'><c/></r>"));
+    EXPECT_EQ(zel_xml::AttributeNamesOf(Root()), (std::vector<std::wstring>{L"b", L"a"}));
+    EXPECT_TRUE(zel_xml::AttributeNamesOf(Root().getFirstChild()).empty());
+    EXPECT_TRUE(zel_xml::AttributeNamesOf(zelXMLNode()).empty());
+}
+
 // Lines as they are counted while the text is written, the plain way.
 TEST_F(XmlTest, LinesAgreeWithPlainCounting)
 {

@@ -3,8 +3,12 @@
 #include <zel_xml/export.h>
 #include <zel_xml/zelXMLNode.h>
 
+#include <string>
+#include <vector>
+
 // Where things lie in the files that documents were read from, for programs that tell authors what
-// is wrong with a file. Lines count from 1. Threads as of zelXMLNode; nothing throws.
+// is wrong with a file. Lines count from 1. Threads as of zelXMLNode; nothing throws
+// but for want of memory for returned texts.
 namespace zel_xml {
 
 /// The line that an element begins on; 0 for an element that was not read from a file, and for an
@@ -15,5 +19,8 @@ ZEL_XML_API int LineOf(const zelXMLNode& element) noexcept;
 /// that it refuses for another reason: missing, unreadable, empty, too large, wrongly encoded, or
 /// without a document element.
 ZEL_XML_API int FaultLineOf(const wchar_t* path) noexcept;
+
+/// The names of an element's attributes, in their order; none for an invalid handle.
+ZEL_XML_API std::vector<std::wstring> AttributeNamesOf(const zelXMLNode& element);
 
 } // namespace zel_xml
