@@ -7,6 +7,9 @@ namespace exam {
 
 namespace {
 
+// Decibels between the darkest and the brightest grey level.
+constexpr int dynamicRange = 60;
+
 // A bitmap header followed by a grey scale as its colour table: the layout of a BITMAPINFO.
 struct GreyBitmapInfo
 {
@@ -46,14 +49,16 @@ CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
 
 } // namespace
 
-void ImageView::SetRecording(const CineFile& cine, CSize size)
+void ImageView::SetRecording(const CineFile& cine, CSize size, int depth)
 {
-    m_parameters = FitImage(cine.Description(), size);
+    CineDescription description = cine.Description();
+    if (depth > 0) description.stream.samples = std::min(depth, cine.Samples());
+    m_parameters = FitImage(description, size);
     m_map.emplace(m_parameters.ToScanGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
     // The imaged region is where a white frame is not black.
     m_frame.assign(static_cast<std::size_t>(cine.Lines()) *
-                       static_cast<std::size_t>(cine.Samples()),
+                       static_cast<std::size_t>(m_parameters.samples),
                    UINT8_MAX);
     m_mask = m_grey;
     m_map->Convert(m_frame.data(), m_mask.data());
@@ -63,8 +68,32 @@ void ImageView::SetRecording(const CineFile& cine, CSize size)
 bool ImageView::Show(const CineFile& cine, int frame)
 {
     if (!cine.ReadFrame(frame, m_frame)) return false;
-    if (m_map) m_map->Convert(m_frame.data(), m_grey.data());
+    if (!m_map) return true;
+    CutLines(cine.Samples());
+    m_map->Convert(m_frame.data(), m_grey.data());
+    ApplyGain();
     return true;
+}
+
+// Leaves the shown samples of lines that have `samples` of them.
+void ImageView::CutLines(int samples)
+{
+    if (m_parameters.samples == samples) return;
+    auto to = m_frame.begin();
+    for (auto line = m_frame.cbegin(); line != m_frame.cend(); line += samples)
+        to = std::copy(line, line + m_parameters.samples, to);
+}
+
+// The grey levels count echoes in decibels, so that gain adds to them. The blended edge of the
+// imaged region gets its share.
+void ImageView::ApplyGain()
+{
+    if (m_gain == 0) return;
+    const int levels = m_gain * UINT8_MAX / dynamicRange;
+    for (std::size_t i = 0; i < m_grey.size(); ++i) {
+        const int added = levels * m_mask[i] / UINT8_MAX;
+        m_grey[i] = static_cast<std::uint8_t>(std::clamp<int>(m_grey[i] + added, 0, UINT8_MAX));
+    }
 }
 
 void ImageView::Paint(CDC& dc, CPoint at) const

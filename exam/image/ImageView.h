@@ -18,8 +18,12 @@ namespace exam {
 class ImageView
 {
 public:
-    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show().
-    void SetRecording(const CineFile& cine, CSize size);
+    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show(). Shown
+    /// are the first `depth` samples of each line; 0: all of them.
+    void SetRecording(const CineFile& cine, CSize size, int depth = 0);
+
+    /// Sets the gain of the frames that are shown from now on, in decibels.
+    void SetGain(int decibels) { m_gain = decibels; }
 
     /// Converts frame number `frame` of `cine`, which is the recording that was set. False when it
     /// cannot be read; the image stays what it was.
@@ -43,17 +47,20 @@ public:
     CPoint NearestImaged(CPoint pixel) const;
 
 private:
+    void CutLines(int samples);
+    void ApplyGain();
     bool Contains(CPoint pixel) const;
     bool IsImaged(CPoint pixel) const;
     std::size_t IndexOf(CPoint pixel) const;
 
     ImagingParameters m_parameters;
-    std::vector<std::uint8_t> m_frame; // as it lies in the file
+    std::vector<std::uint8_t> m_frame; // the shown samples, line by line
     std::optional<qor_imgproc::FrameMap>
         m_map;                        // worked out once a recording, applied to each frame
     std::vector<std::uint8_t> m_mask; // not 0: inside the imaged region
     CRect m_imagedRect;
     std::vector<std::uint8_t> m_grey; // rows from the top, without padding
+    int m_gain = 0;                   // decibels
 };
 
 } // namespace exam

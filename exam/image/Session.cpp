@@ -27,9 +27,11 @@ void Session::NextImage()
     if (!IsEmpty()) Select((m_current + 1) % m_recordings.size());
 }
 
-void Session::NextFrame()
+void Session::Step(int frames)
 {
-    if (!IsEmpty()) m_frame = (m_frame + 1) % Cine().Frames();
+    if (IsEmpty()) return;
+    const int count = Cine().Frames();
+    m_frame = (m_frame + frames % count + count) % count;
 }
 
 } // namespace exam

@@ -19,12 +19,16 @@ public:
 
     bool IsEmpty() const { return m_recordings.empty(); }
     std::size_t Count() const { return m_recordings.size(); }
+    std::size_t Current() const { return m_current; }
     const CineFile& Cine() const { return m_recordings[m_current]; }
     int Frame() const { return m_frame; }
 
     void Select(std::size_t index);
     void NextImage();
-    void NextFrame();
+    void NextFrame() { Step(1); }
+
+    /// Goes on by a number of frames, or back by a negative one, round and round.
+    void Step(int frames);
 
 private:
     std::vector<CineFile> m_recordings;

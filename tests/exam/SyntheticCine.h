@@ -47,8 +47,9 @@ inline CineDescription Curved()
     return cine;
 }
 
-// Writes one frame of one grey level and shows it in an image of 300 x 280 pixels.
-inline void Show(const CineDescription& cine, ImageView& view)
+// Writes one frame of one grey level and shows it in an image of 300 x 280 pixels. With a depth,
+// the samples below it are black, and it is shown down to there.
+inline void Show(const CineDescription& cine, ImageView& view, int depth = 0)
 {
     const uDataDesc& s = cine.stream;
     const std::vector<std::int32_t> words = {cine.type,
@@ -71,12 +72,16 @@ inline void Show(const CineDescription& cine, ImageView& view)
                                              0,
                                              0};
     std::string bytes(reinterpret_cast<const char*>(words.data()), words.size() * 4);
-    bytes.append(std::size_t{lines} * samples, static_cast<char>(level));
+    const std::size_t bright = static_cast<std::size_t>(depth > 0 ? depth : samples);
+    for (int line = 0; line < lines; ++line) {
+        bytes.append(bright, static_cast<char>(level));
+        bytes.append(samples - bright, '\0');
+    }
     const test_support::TemporaryFolder folder;
     test_support::WriteFile(folder / L"test.cine", bytes);
     CineFile file;
     ASSERT_EQ(file.Open(folder / L"test.cine"), L"");
-    view.SetRecording(file, CSize(300, 280));
+    view.SetRecording(file, CSize(300, 280), depth);
     ASSERT_TRUE(view.Show(file, 0));
 }
 

@@ -22,6 +22,34 @@ TEST(ImageView, ShowsTheFrameWhereItsGeometrySays)
     }
 }
 
+TEST(ImageView, GainAddsToTheGreyLevelsOfTheImagedRegion)
+{
+    ImageView view;
+    for (const auto& [decibels, expected] :
+         {std::pair{0, int{level}}, {6, level + 25}, {-6, level - 25}, {20, 255}, {-60, 0}}) {
+        view.SetGain(decibels);
+        Show(Linear(), view);
+        const CPoint inside = view.Parameters().Pixel(lines / 2, samples / 2);
+        EXPECT_EQ(view.Grey(inside), expected) << decibels;
+        EXPECT_EQ(view.Grey({1, 1}), 0);
+    }
+}
+
+TEST(ImageView, ShowsTheUpperPartOfADepth)
+{
+    for (const CineDescription& cine : {Linear(), Curved()}) {
+        ImageView view;
+        Show(cine, view, samples / 2);
+        const ImagingParameters& image = view.Parameters();
+        EXPECT_EQ(image.samples, samples / 2);
+        for (const int line : {1, lines / 2, lines - 2})
+            for (const int sample : {3, samples / 4, samples / 2 - 4})
+                EXPECT_EQ(view.Grey(image.Pixel(line, sample)), level);
+        const CPoint deepest = image.Pixel(lines / 2, samples / 2 - 1);
+        EXPECT_EQ(view.Grey({deepest.x, deepest.y + 3}), 0);
+    }
+}
+
 TEST(ImageView, FindsTheLineAndSampleOfAPixel)
 {
     ImageView view;
