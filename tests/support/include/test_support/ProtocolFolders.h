@@ -1,0 +1,74 @@
+#pragma once
+
+#include <pro_actions/ActionStateInfo.h>
+#include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/StoreFolders.h>
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <utility>
+
+// What programs that read protocol files start from.
+namespace test_support {
+
+inline ActionStateInfo State(int type, int action, int param = 0)
+{
+    return {static_cast<ActionType>(type), action, param};
+}
+
+// A vocabulary in force while it lives: type Imaging (1) with Freeze (0) and Depth (7), type Mode
+// (2) with B (0), M (1) and Freeze (3), type Empty (0), and type Lamp (9) with A, B, C, D (0 to 3).
+class TestVocabulary
+{
+public:
+    explicit TestVocabulary(const std::wstring& path)
+    {
+        test_support::WriteFile(
+            path, "<actions><type name='Imaging' value='1'><a name='Freeze' code='0'/>"
+                  "<a name='Depth' code='7'/></type>"
+                  "<type name='Mode' value='2'><a name='B' code='0'/><a name='M' code='1'/>"
+                  "<a name='Freeze' code='3'/></type><type name='Empty' value='0'/>"
+                  "<type name='Lamp' value='9'><a name='A' code='0'/><a name='B' code='1'/>"
+                  "<a name='C' code='2'/><a name='D' code='3'/></type></actions>");
+        EXPECT_TRUE(pro_actions::LoadVocabulary(path));
+    }
+    ~TestVocabulary() { pro_actions::ClearVocabulary(); }
+    TestVocabulary(const TestVocabulary&) = delete;
+    TestVocabulary& operator=(const TestVocabulary&) = delete;
+};
+
+// The five protocol folders, the current protocol being "P1"; all exist, but the saved one.
+class ProtocolFolders
+{
+public:
+    ProtocolFolders()
+    {
+        const std::pair<int, const wchar_t*> stores[] = {
+            {1, L"fallback"}, {22, L"saved"}, {37, L"factory\\P1"}, {38, L"base"}, {39, L"second"}};
+        CreateDirectoryW((m_folder / L"factory").c_str(), nullptr);
+        for (const auto& [store, name] : stores) {
+            qor_utils::SetStoreFolder(store, m_folder / name);
+            CreateDirectoryW((m_folder / name).c_str(), nullptr);
+        }
+    }
+    ~ProtocolFolders()
+    {
+        for (const int store : {1, 22, 37, 38, 39})
+            qor_utils::SetStoreFolder(store, L"");
+    }
+    ProtocolFolders(const ProtocolFolders&) = delete;
+    ProtocolFolders& operator=(const ProtocolFolders&) = delete;
+
+    std::wstring operator/(const std::wstring& name) const { return m_folder / name; }
+
+private:
+    test_support::TemporaryFolder m_folder;
+};
+
+} // namespace test_support
