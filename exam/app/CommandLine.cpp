@@ -65,6 +65,12 @@ void SetCineToAvi(CommandLine& options, Values values)
     options.movie = values[1];
 }
 
+void SetProtocolToCheck(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--check-protocol needs a folder";
+    options.protocolToCheck = *values;
+}
+
 void SetOverwrite(CommandLine& options, Values)
 {
     options.overwrite = true;
@@ -85,6 +91,7 @@ const std::map<std::wstring, Option>& Options()
         {L"--recordings", {1, SetRecordings}},
         {L"--cine-info", {1, SetCineInfo}},
         {L"--cine-to-avi", {2, SetCineToAvi}},
+        {L"--check-protocol", {1, SetProtocolToCheck}},
         {L"--overwrite", {0, SetOverwrite}},
         {L"--help", {0, SetHelp}},
         {L"-h", {0, SetHelp}},
@@ -117,6 +124,7 @@ std::wstring FindConflict(const CommandLine& options)
     if (options.IsTour()) commands.emplace_back(L"--tour");
     if (!options.cineInfo.empty()) commands.emplace_back(L"--cine-info");
     if (!options.cineToPlay.empty()) commands.emplace_back(L"--cine-to-avi");
+    if (!options.protocolToCheck.empty()) commands.emplace_back(L"--check-protocol");
     if (commands.size() > 1)
         return commands[0] + L" and " + commands[1] + L" cannot be done at once";
     if (options.overwrite && options.cineToPlay.empty())
@@ -172,6 +180,10 @@ const wchar_t* UsageText()
            L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames "
            L"are in it\n"
            L"  --overwrite              let --cine-to-avi replace an existing file\n"
+           L"  --check-protocol DIR     print what will be ignored in the protocol files in DIR "
+           L"and "
+           L"below it, with\n"
+           L"                           file and line; exits 1 when there is any\n"
            L"\n"
            L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
            L"codec (MJPG at\n"
@@ -183,7 +195,7 @@ const wchar_t* UsageText()
            L"takes up the next\n"
            L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and "
            L"ends a recording of\n"
-           L"raw frames, V of a movie; Esc leaves.\n";
+           L"raw frames, V of a movie; K shows and hides the control panel; Esc leaves.\n";
 }
 
 } // namespace exam

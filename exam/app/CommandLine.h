@@ -18,7 +18,8 @@ struct CommandLine
     std::wstring cineInfo;   ///< raw cine file whose header is to be printed
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
-    bool overwrite = false; ///< whether `movie` may replace a file
+    std::wstring protocolToCheck; ///< folder of protocol files
+    bool overwrite = false;       ///< whether `movie` may replace a file
     bool help = false;
     std::wstring error; ///< one sentence that says what is wrong; empty: nothing
 
@@ -29,7 +30,10 @@ struct CommandLine
     std::wstring RecordingFolder() const;
 
     /// Whether a command was given that needs no window.
-    bool IsCommand() const { return !cineInfo.empty() || !cineToPlay.empty(); }
+    bool IsCommand() const
+    {
+        return !cineInfo.empty() || !cineToPlay.empty() || !protocolToCheck.empty();
+    }
 };
 
 /// Reads the arguments after the program's name. Nothing is thrown; `error` says what is wrong.

@@ -4,6 +4,7 @@
 #include "app/SampleTree.h"
 #include "base/Console.h"
 #include "base/StateChanges.h"
+#include "protocol/ProtocolCheck.h"
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
 #include "tour/Tour.h"
@@ -11,6 +12,7 @@
 #include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
 #include <base/Owner.h>
+#include <pro_actions/VocabularyLoading.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
@@ -54,7 +56,8 @@ BOOL ExamApp::InitInstance()
     }
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
-    if (!LoadTexts() || !LoadImages() || !OpenMainWindow()) return FALSE;
+    if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
+    if (!OpenMainWindow() || !OpenControls()) return FALSE;
     utilsExam::AppInitDone = true;
     if (!m_options.IsTour()) return TRUE;
     m_exitCode = RunTour();
@@ -64,6 +67,7 @@ BOOL ExamApp::InitInstance()
 
 int ExamApp::ExitInstance()
 {
+    m_controls.reset();
     m_window.reset();
     return m_exitCode;
 }
@@ -112,6 +116,8 @@ bool ExamApp::Fail(const std::wstring& problem)
 
 bool ExamApp::RunCommand()
 {
+    if (!m_options.protocolToCheck.empty())
+        return LoadVocabulary() && CheckProtocol(m_options.protocolToCheck);
     return m_options.cineInfo.empty()
                ? ReplayCine(m_options.cineToPlay, m_options.movie, m_options.overwrite)
                : PrintCineInfo(m_options.cineInfo);
@@ -123,6 +129,12 @@ bool ExamApp::LoadTexts()
         zel_string_convert::SetLanguage(m_options.language))
         return true;
     return Fail(L"the string tables in " + StringTableFolder() + L" cannot be read");
+}
+
+bool ExamApp::LoadVocabulary()
+{
+    if (pro_actions::LoadVocabulary(VocabularyFile())) return true;
+    return Fail(L"the action vocabulary " + VocabularyFile() + L" cannot be used");
 }
 
 bool ExamApp::LoadImages()
@@ -144,10 +156,17 @@ bool ExamApp::OpenMainWindow()
     return Fail(L"the main window cannot be created; is there a screen?");
 }
 
+bool ExamApp::OpenControls()
+{
+    const std::wstring pictures = base::FullPath(m_options.RecordingFolder().c_str());
+    m_controls = std::make_unique<ConsoleControls>(*m_window, m_session, pictures);
+    return m_controls->Open() || Fail(L"the control panel cannot be created");
+}
+
 int ExamApp::RunTour()
 {
     TourReport report;
-    TourContext context{report, *m_window, m_session, m_options.tourFolder};
+    TourContext context{report, *m_window, *m_controls, m_session, m_options.tourFolder};
     TakeTour(context);
     return report.Close() ? 0 : exitFailure;
 }

@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "image/Session.h"
+#include "window/ConsoleControls.h"
 #include "window/MainWindow.h"
 
 #include <afxwin.h>
@@ -24,12 +25,15 @@ private:
     bool RunCommand();
     bool LoadTexts();
     bool LoadImages();
+    bool LoadVocabulary();
     bool OpenMainWindow();
+    bool OpenControls();
     int RunTour();
 
     CommandLine m_options;
     Session m_session;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<ConsoleControls> m_controls;
     int m_exitCode = 0;
 };
 

@@ -40,6 +40,11 @@ std::wstring StringTableFolder()
     return ApplicationFolder() + L"sample\\strings";
 }
 
+std::wstring VocabularyFile()
+{
+    return ApplicationFolder() + L"sample\\actions.xml";
+}
+
 std::wstring DefaultUserFolder()
 {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");

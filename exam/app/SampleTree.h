@@ -11,6 +11,9 @@ void InstallStores(const std::wstring& userFolder);
 // The folder of the string tables.
 std::wstring StringTableFolder();
 
+// The action vocabulary of the console.
+std::wstring VocabularyFile();
+
 // The folder that a user's own files go to when nothing else is asked for.
 std::wstring DefaultUserFolder();
 

@@ -20,6 +20,9 @@ public:
     DistanceCaliper& Distance() { return m_distance; }
     AngleTool& Angle() { return m_angle; }
     RegionBox& Region() { return m_region; }
+    const ImageTool& Distance() const { return m_distance; }
+    const ImageTool& Angle() const { return m_angle; }
+    const ImageTool& Region() const { return m_region; }
     std::array<const ImageTool*, 3> All() const { return {&m_distance, &m_angle, &m_region}; }
 
     /// Puts every tool back to its first place in the imaged region.

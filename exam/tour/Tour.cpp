@@ -22,6 +22,19 @@ void TourContext::ShowRecording(SampleRecording recording)
     TellChange(stateImageChanged);
 }
 
+bool TourContext::WaitUntil(const std::function<bool()>& condition)
+{
+    constexpr ULONGLONG patience = 20000; // milliseconds
+    const ULONGLONG end = GetTickCount64() + patience;
+    MSG next;
+    while (!condition() && GetTickCount64() < end) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
+        while (PeekMessage(&next, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessage(&next);
+    }
+    return condition();
+}
+
 void TakeTour(TourContext& context)
 {
     std::error_code error;
@@ -37,6 +50,7 @@ void TakeTour(TourContext& context)
     TourMeasurements(context);
     TourDoppler(context);
     TourRecording(context);
+    TourPanel(context);
 }
 
 } // namespace exam

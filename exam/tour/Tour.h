@@ -2,9 +2,11 @@
 
 #include "image/Session.h"
 #include "tour/TourReport.h"
+#include "window/ConsoleControls.h"
 #include "window/MainWindow.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace exam {
@@ -21,6 +23,7 @@ struct TourContext
 {
     TourReport& report;
     MainWindow& window;
+    ConsoleControls& controls;
     Session& session;
     std::wstring folder; ///< of the pictures and files that the tour leaves
 
@@ -28,6 +31,10 @@ struct TourContext
     void Picture(const std::wstring& name);
 
     void ShowRecording(SampleRecording recording);
+
+    /// Lets the windows handle their messages until a condition holds. False when it has not within
+    /// a time that is more than enough.
+    bool WaitUntil(const std::function<bool()>& condition);
 };
 
 /// Walks through every subsystem the application uses.
@@ -41,5 +48,6 @@ void TourImages(TourContext& context);
 void TourMeasurements(TourContext& context);
 void TourDoppler(TourContext& context);
 void TourRecording(TourContext& context);
+void TourPanel(TourContext& context);
 
 } // namespace exam

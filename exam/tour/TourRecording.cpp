@@ -67,25 +67,11 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.Picture(L"recording-finished");
 }
 
-// Lets the window handle its messages until the timer has recorded some frames. False when it has
-// not within a time that is more than enough.
-bool TimerHasRecorded(TourContext& context, int frames)
-{
-    constexpr ULONGLONG patience = 20000; // milliseconds
-    const ULONGLONG end = GetTickCount64() + patience;
-    MSG next;
-    while (context.window.RecordedFrames() < frames && GetTickCount64() < end) {
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
-        while (PeekMessage(&next, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessage(&next);
-    }
-    return context.window.RecordedFrames() >= frames;
-}
-
 void AnotherImageEndsTheRecording(TourContext& context, const std::wstring& folder)
 {
     Key(context, 'C');
-    context.report.Step(TimerHasRecorded(context, 3), L"the timer plays and records frames");
+    context.report.Step(context.WaitUntil([&] { return context.window.RecordedFrames() >= 3; }),
+                        L"the timer plays and records frames");
     const int frames = context.window.RecordedFrames();
     Key(context, VK_SPACE);
     context.report.Step(IsAnnounced(context, frames, folder + L"\\recording-002.cine"),

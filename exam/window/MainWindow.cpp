@@ -97,7 +97,8 @@ void MainWindow::ShowFrame()
     if (m_shown != &cine) {
         EndRecording(); // a recording holds frames of one size
         m_shown = &cine;
-        m_view.SetRecording(cine, ScreenLayout::Image().Size());
+        m_view.SetRecording(cine, ScreenLayout::Image().Size(),
+                            cine.Samples() * m_depth / fullDepth);
         m_tools.Reset();
     }
     if (!m_view.Show(cine, m_session.Frame()))
@@ -129,8 +130,8 @@ void MainWindow::ToggleTool(ImageTool& tool)
 void MainWindow::OnKeyDown(UINT key, UINT, UINT)
 {
     switch (key) {
-    case VK_SPACE: m_session.NextImage(); return TellChange(stateImageChanged);
-    case 'F': m_session.NextFrame(); return TellChange(stateImageChanged);
+    case VK_SPACE: return NextImage();
+    case 'F': return StepFrames(1);
     case 'L': return NextLanguage();
     case '1': return ToggleTool(m_tools.Distance());
     case '2': return ToggleTool(m_tools.Angle());
@@ -141,8 +142,9 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
     case VK_TAB: MouseCapture::LockNext(); return;
     case 'S': return ShowStrip(!m_content.stripShown);
     case 'R': return SetRotation((m_content.rotation + rotationStep) % fullTurn);
-    case 'C': return ToggleRecording(&Recorder::StartRaw);
-    case 'V': return ToggleRecording(&Recorder::StartMovie);
+    case 'C': return ToggleRawRecording();
+    case 'V': return ToggleMovieRecording();
+    case 'K': return TogglePanel();
     case VK_ESCAPE: DestroyWindow(); return;
     default: return;
     }
@@ -152,18 +154,37 @@ void MainWindow::ToggleRecording(CString (Recorder::*start)())
 {
     if (m_recorder.IsRecording()) return EndRecording();
     m_content.status = (m_recorder.*start)();
-    if (m_recorder.IsRecording())
-        SetTimer(playTimer,
-                 static_cast<UINT>(
-                     std::max(shortestInterval, 1000 / m_session.Cine().FramesPerSecond())),
-                 nullptr);
+    RunTimer();
     ShowRecordingMark();
+}
+
+void MainWindow::ToggleRawRecording()
+{
+    if (!IsRecording()) m_recordsMovie = false;
+    ToggleRecording(&Recorder::StartRaw);
+}
+
+void MainWindow::ToggleMovieRecording()
+{
+    if (!IsRecording()) m_recordsMovie = true;
+    ToggleRecording(&Recorder::StartMovie);
+}
+
+// Frames go on by themselves while they are recorded or not frozen.
+void MainWindow::RunTimer()
+{
+    if (m_session.IsEmpty() || (!m_recorder.IsRecording() && m_frozen)) {
+        KillTimer(playTimer);
+        return;
+    }
+    const double interval = 1000 / m_session.Cine().FramesPerSecond();
+    SetTimer(playTimer, static_cast<UINT>(std::max(shortestInterval, interval)), nullptr);
 }
 
 void MainWindow::EndRecording()
 {
-    KillTimer(playTimer);
     m_recorder.Stop();
+    RunTimer();
     ShowRecordingMark();
 }
 
@@ -181,7 +202,7 @@ void MainWindow::AdvanceRecording()
 {
     if (!m_recorder.IsRecording()) return;
     if (!m_recorder.AddFrame()) {
-        KillTimer(playTimer);
+        RunTimer();
         return ShowRecordingMark();
     }
     m_session.NextFrame();
@@ -198,7 +219,8 @@ void MainWindow::ShowRecordingMark()
 
 void MainWindow::OnTimer(UINT_PTR)
 {
-    AdvanceRecording();
+    if (IsRecording()) return AdvanceRecording();
+    StepFrames(1);
 }
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)

@@ -25,14 +25,45 @@ public:
 
     const ImageView& View() const { return m_view; }
     MeasureTools& Tools() { return m_tools; }
+    const MeasureTools& Tools() const { return m_tools; }
     unsigned ChangesSeen() const { return m_changesSeen; }
 
     const CString& Status() const { return m_content.status; }
     void SetStatus(const CString& text);
     void ShowStrip(bool shown);
+    bool IsStripShown() const { return m_content.stripShown; }
 
     /// Sets the angle of the turned outline in tenths of a degree. 0 hides it.
     void SetRotation(int angle);
+    int Rotation() const { return m_content.rotation; }
+
+    /// Stops the frames, or lets them run at the rate of their recording.
+    void SetFrozen(bool frozen);
+    bool IsFrozen() const { return m_frozen; }
+
+    /// Brightens the image by decibels, within 20 either way.
+    void ChangeGain(int decibels);
+    int Gain() const { return m_gain; }
+
+    /// Shows more or less of the recording's depth, in tenths of it: from a half to the whole.
+    void ChangeDepth(int tenths);
+    int DepthMillimetres() const;
+
+    void NextImage();
+    void SelectImage(std::size_t index);
+    void StepFrames(int frames);
+
+    /// Shows or hides a measuring tool.
+    void ToggleTool(ImageTool& tool);
+
+    /// Begins a recording, or ends the one that is under way, whatever it records.
+    void ToggleRawRecording();
+    void ToggleMovieRecording();
+    void EndRecording();
+    bool IsRecordingMovie() const { return IsRecording() && m_recordsMovie; }
+
+    /// The key K shows and hides this window; null: none.
+    void SetPanel(CWnd* panel) { m_panel = panel; }
 
     /// Sets the folder of the recordings.
     void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
@@ -58,11 +89,13 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    static constexpr int fullDepth = 10;
+
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void ShowFrame();
-    void ToggleTool(ImageTool& tool);
     void ToggleRecording(CString (Recorder::*start)());
-    void EndRecording();
+    void TogglePanel();
+    void RunTimer();
     void RecordingFinished(const FinishedRecording& recording);
     void ShowRecordingMark();
 
@@ -73,6 +106,11 @@ private:
     SimulatedFlow m_flow;
     ScreenContent m_content;
     Recorder m_recorder;
+    bool m_recordsMovie = false;
+    bool m_frozen = true;
+    int m_gain = 0;          // decibels
+    int m_depth = fullDepth; // tenths of the recording's
+    CWnd* m_panel = nullptr;
     unsigned m_changesSeen = 0;
 };
 

@@ -88,6 +88,18 @@ TEST(CommandLine, OverwritesOnlyWhereItIsAsked)
               L"--overwrite goes with --cine-to-avi");
 }
 
+TEST(CommandLine, ReadsTheCommandOnProtocolFiles)
+{
+    const auto check = ParseCommandLine({L"--check-protocol", L"protocols"});
+    EXPECT_EQ(check.error, L"");
+    EXPECT_TRUE(check.IsCommand());
+    EXPECT_EQ(check.protocolToCheck, L"protocols");
+    EXPECT_EQ(ParseCommandLine({L"--check-protocol", L""}).error,
+              L"--check-protocol needs a folder");
+    EXPECT_EQ(ParseCommandLine({L"--cine-info", L"a", L"--check-protocol", L"b"}).error,
+              L"--cine-info and --check-protocol cannot be done at once");
+}
+
 TEST(CommandLine, RecordsWhereItIsAskedTo)
 {
     EXPECT_EQ(ParseCommandLine({L"--recordings", L"D:\\loops"}).RecordingFolder(), L"D:\\loops");

@@ -1,0 +1,254 @@
+#include "panel/ControlPanel.h"
+
+#include "base/Palette.h"
+#include "base/ScopedFont.h"
+#include "base/StateChanges.h"
+#include "panel/PanelFile.h"
+#include "panel/PanelGrid.h"
+
+#include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/GetStr.h>
+#include <base/Encoding.h>
+#include <base/GdiHandles.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+// A pointer that moves less while a button is down still clicks.
+constexpr int dragThreshold = 8;
+
+bool IsFar(CPoint a, CPoint b)
+{
+    return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) > dragThreshold;
+}
+
+// A button's text in the current language: that of the key exam.button.NAME, or the name itself.
+CString LabelOf(const std::wstring& name)
+{
+    const std::string key = "exam.button." + base::Utf8FromWide(name);
+    const CString label = GetStr(key.c_str());
+    const bool isTranslated = !label.IsEmpty() && label != CString(key.c_str());
+    return isTranslated ? label : CString(name.c_str());
+}
+
+} // namespace
+
+BEGIN_MESSAGE_MAP(ControlPanel, CWnd)
+    ON_WM_ERASEBKGND()
+    ON_WM_PAINT()
+    ON_WM_LBUTTONDOWN()
+    ON_WM_LBUTTONUP()
+    ON_WM_MOUSEMOVE()
+    ON_WM_RBUTTONUP()
+    ON_WM_CAPTURECHANGED()
+    ON_MESSAGE(WM_MOUSEACTIVATE, OnMouseActivate)
+END_MESSAGE_MAP()
+
+ControlPanel::ControlPanel(Listener listener)
+    : m_listener(std::move(listener)), m_lamps(std::make_unique<Lamps>([this] { Repaint(); }))
+{
+}
+
+bool ControlPanel::Open(CWnd& owner)
+{
+    CRect beside;
+    owner.GetWindowRect(&beside);
+    // Below its owner, or as far down as the screen goes.
+    const int lowest = GetSystemMetrics(SM_CYSCREEN) - PanelGrid::height;
+    const CPoint corner(beside.left, std::min<int>(beside.bottom, lowest));
+    const CString windowClass =
+        AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW));
+    if (!CreateEx(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, windowClass, GetStr("exam.panel.title"),
+                  WS_POPUP, CRect(corner, CSize(PanelGrid::width, PanelGrid::height)), &owner, 0))
+        return false;
+    ShowWindow(SW_SHOWNOACTIVATE);
+    return true;
+}
+
+void ControlPanel::Reload()
+{
+    m_press.reset();
+    m_pushedOnce.clear();
+    m_buttons.clear(); // they point into the repository
+    ActionRepository::DestroyInstance();
+    m_layout = PanelLayout();
+    m_layout.Load(PanelFileInForce());
+    Arrange();
+    m_lamps = std::make_unique<Lamps>([this] { Repaint(); });
+    for (const PanelButton& button : m_buttons)
+        m_lamps->Follow(*button.action);
+}
+
+// Works out which buttons stand where. Whatever belongs to the places of buttons, tips for
+// instance, is set here.
+void ControlPanel::Arrange()
+{
+    m_buttons.clear();
+    const std::vector<ButtonPlacement>& placements = m_layout.Placements();
+    for (std::size_t i = 0; i < placements.size(); ++i) {
+        const ButtonPlacement& placement = placements[i];
+        const ButtonAction* const action =
+            ActionRepository::GetInstance()->GetAction(placement.name.c_str());
+        if (!action || !PanelGrid::Holds(placement.grid)) continue;
+        m_buttons.push_back(
+            {i, action, LabelOf(placement.name), PanelGrid::AreaOf(placement.grid)});
+    }
+    Repaint();
+}
+
+const PanelButton* ControlPanel::Find(const std::wstring& name) const
+{
+    const auto found =
+        std::find_if(m_buttons.begin(), m_buttons.end(),
+                     [&](const PanelButton& each) { return each.action->name == name; });
+    return found == m_buttons.end() ? nullptr : &*found;
+}
+
+void ControlPanel::OnStateChange(StateChangeType type, unsigned int, long)
+{
+    if (type != stateLanguageChanged || m_press) return;
+    Arrange();
+}
+
+void ControlPanel::Repaint()
+{
+    if (GetSafeHwnd()) Invalidate(FALSE);
+}
+
+BOOL ControlPanel::OnEraseBkgnd(CDC*)
+{
+    return TRUE; // OnPaint covers everything
+}
+
+void ControlPanel::OnPaint()
+{
+    CPaintDC window(this);
+    CDC memory;
+    CBitmap bitmap;
+    memory.CreateCompatibleDC(&window);
+    bitmap.CreateCompatibleBitmap(&window, PanelGrid::width, PanelGrid::height);
+    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
+    Draw(memory);
+    window.BitBlt(0, 0, PanelGrid::width, PanelGrid::height, &memory, 0, 0, SRCCOPY);
+}
+
+void ControlPanel::Draw(CDC& dc) const
+{
+    dc.FillSolidRect(0, 0, PanelGrid::width, PanelGrid::height, palette::panel);
+    const ScopedFont font(dc, ScopedFont::textSize - 2, FW_NORMAL);
+    for (const PanelButton& button : m_buttons)
+        DrawPanelButton(dc, button, LookOf(button));
+    if (!m_press || !m_press->isDrag) return;
+    PanelButton dragged = m_buttons[m_press->button];
+    dragged.area.OffsetRect(m_press->now - m_press->at);
+    DrawPanelButton(dc, dragged, LookOf(dragged));
+}
+
+PanelButtonLook ControlPanel::LookOf(const PanelButton& button) const
+{
+    PanelButtonLook look;
+    look.lit = !button.IsRotary() && m_lamps->IsLit(*button.action);
+    look.pressed = m_press && m_buttons[m_press->button].action == button.action;
+    look.checked = m_layout.Placements()[button.placement].check;
+    if (const auto value = m_lamps->ValueOf(*button.action); value && button.IsRotary())
+        look.value.Format(L"%d", *value);
+    return look;
+}
+
+std::optional<std::size_t> ControlPanel::ButtonAt(CPoint point) const
+{
+    // Where buttons of a careless layout overlap, the one on top counts.
+    for (std::size_t i = m_buttons.size(); i-- > 0;)
+        if (m_buttons[i].area.PtInRect(point)) return i;
+    return std::nullopt;
+}
+
+void ControlPanel::OnLButtonDown(UINT, CPoint point)
+{
+    const auto button = ButtonAt(point);
+    if (!button) return;
+    m_press = Press{*button, point, point};
+    SetCapture();
+    Repaint();
+}
+
+void ControlPanel::OnMouseMove(UINT, CPoint point)
+{
+    if (!m_press) return;
+    m_press->now = point;
+    if (IsFar(m_press->at, point)) m_press->isDrag = true;
+    if (m_press->isDrag) Repaint();
+}
+
+void ControlPanel::OnLButtonUp(UINT, CPoint point)
+{
+    if (!m_press) return;
+    Press press = *m_press;
+    m_press.reset();
+    ReleaseCapture();
+    Repaint();
+    press.now = point;
+    if (press.isDrag || IsFar(press.at, point))
+        Drop(press);
+    else
+        Push(press.button, press.at);
+}
+
+// Another window has taken the mouse away: nothing was pushed or moved.
+void ControlPanel::OnCaptureChanged(CWnd*)
+{
+    m_press.reset();
+    Repaint();
+}
+
+void ControlPanel::OnRButtonUp(UINT, CPoint point)
+{
+    const auto button = ButtonAt(point);
+    if (!button || m_press) return;
+    m_layout.ToggleCheck(m_buttons[*button].placement);
+    SaveLayout();
+    Repaint();
+}
+
+// Keys go on to the main window.
+LRESULT ControlPanel::OnMouseActivate(WPARAM, LPARAM)
+{
+    return MA_NOACTIVATE;
+}
+
+void ControlPanel::Push(std::size_t button, CPoint at)
+{
+    const PanelButton& pushed = m_buttons[button];
+    const bool isSecond = m_pushedOnce == pushed.action->name;
+    // A copy: the action may reload the panel.
+    const ActionInfo action = pushed.ActionAt(at, isSecond);
+    if (!pushed.IsTurnedAt(at)) m_pushedOnce = isSecond ? L"" : pushed.action->name;
+    if (IsAction(action)) m_listener.carryOut(action);
+}
+
+void ControlPanel::Drop(const Press& press)
+{
+    const PanelButton& button = m_buttons[press.button];
+    // The middle of the button's first cell decides.
+    GridInfo first = m_layout.Placements()[button.placement].grid;
+    first.span = 1;
+    first.height = 1;
+    const auto cell =
+        PanelGrid::CellAt(PanelGrid::AreaOf(first).CenterPoint() + (press.now - press.at));
+    if (!cell || !m_layout.Move(button.placement, cell->row, cell->column)) return;
+    Arrange();
+    SaveLayout();
+}
+
+void ControlPanel::SaveLayout()
+{
+    const std::wstring path = PanelSaveFile();
+    if (!m_layout.Save(path)) m_listener.tell(GetStr("exam.panel.notsaved", path.c_str()));
+}
+
+} // namespace exam

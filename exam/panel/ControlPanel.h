@@ -1,0 +1,89 @@
+#pragma once
+
+#include "panel/Lamps.h"
+#include "panel/PanelButton.h"
+#include "panel/PanelLayout.h"
+
+#include <Utils_Statics/IStateChangeConsumer.h>
+
+#include <afxwin.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace exam {
+
+/// The control panel: a window of its own below the main window, as the second screen of a console.
+/// Buttons, places, actions and lamps all come from protocol files. A click on a button carries its
+/// action out, the ends of a rotary control turn it, a button that is dragged goes to another cell,
+/// and the right button of the mouse ticks it. What the user has rearranged is saved at once.
+class ControlPanel : public CWnd, private IStateChangeConsumer
+{
+public:
+    /// What the panel tells its owner.
+    struct Listener
+    {
+        std::function<void(const ActionInfo&)> carryOut;
+        std::function<void(const CString&)> tell; ///< a sentence for the user
+    };
+
+    explicit ControlPanel(Listener listener);
+
+    /// Creates and shows the window, owned by `owner`; false when the platform refuses. It takes no
+    /// keyboard input away from its owner.
+    bool Open(CWnd& owner);
+
+    /// Reads the buttons' actions and the layout that are in force. All lamps are off until their
+    /// states are broadcast.
+    void Reload();
+
+    const std::vector<PanelButton>& Buttons() const { return m_buttons; }
+    const PanelLayout& Layout() const { return m_layout; }
+
+    /// The button of that name; null when none stands on the panel.
+    const PanelButton* Find(const std::wstring& name) const;
+    bool IsLit(const PanelButton& button) const { return m_lamps->IsLit(*button.action); }
+
+protected:
+    BOOL OnEraseBkgnd(CDC* dc);
+    void OnPaint();
+    void OnLButtonDown(UINT flags, CPoint point);
+    void OnLButtonUp(UINT flags, CPoint point);
+    void OnMouseMove(UINT flags, CPoint point);
+    void OnRButtonUp(UINT flags, CPoint point);
+    void OnCaptureChanged(CWnd* next);
+    LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    // A button that the mouse holds down.
+    struct Press
+    {
+        std::size_t button;
+        CPoint at;
+        CPoint now;
+        bool isDrag = false;
+    };
+
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    void Arrange();
+    void Repaint();
+    void Draw(CDC& dc) const;
+    PanelButtonLook LookOf(const PanelButton& button) const;
+    std::optional<std::size_t> ButtonAt(CPoint point) const;
+    void Push(std::size_t button, CPoint at);
+    void Drop(const Press& press);
+    void SaveLayout();
+
+    Listener m_listener;
+    PanelLayout m_layout;
+    std::vector<PanelButton> m_buttons; // those of the layout that the repository has
+    std::unique_ptr<Lamps> m_lamps;
+    std::optional<Press> m_press;
+    std::wstring m_pushedOnce; // the button whose next push is a second one
+};
+
+} // namespace exam

@@ -1,0 +1,114 @@
+#include "panel/PanelButton.h"
+
+#include "base/Palette.h"
+#include "base/Strokes.h"
+
+#include <base/GdiHandles.h>
+
+namespace exam {
+
+namespace {
+
+constexpr int endWidth = 22; // of a rotary control
+constexpr int lampSize = 6;
+constexpr UINT oneLine = DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
+
+void DrawBody(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
+{
+    CBrush brush(look.pressed ? palette::line : palette::header);
+    CPen pen(PS_SOLID, 1, look.lit ? palette::accent : palette::line);
+    const base::Selection fill(dc.GetSafeHdc(), brush.GetSafeHandle());
+    const base::Selection edge(dc.GetSafeHdc(), pen.GetSafeHandle());
+    dc.Rectangle(&button.area);
+}
+
+void DrawLamp(CDC& dc, const PanelButton& button, bool lit)
+{
+    if (button.action->states.empty() || button.IsRotary()) return;
+    const CPoint at(button.area.CenterPoint().x - 2 * lampSize, button.area.top + lampSize);
+    const CRect lamp(at, CSize(4 * lampSize, lampSize - 1));
+    dc.FillSolidRect(&lamp, lit ? palette::accent : palette::panel);
+}
+
+void DrawEnds(CDC& dc, const PanelButton& button)
+{
+    if (!button.IsRotary()) return;
+    dc.SetTextColor(palette::scale);
+    CRect minus = button.DecrementArea();
+    CRect plus = button.IncrementArea();
+    dc.DrawText(L"\u2212", &minus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    dc.DrawText(L"+", &plus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+// A tick in the upper right corner.
+void DrawCheck(CDC& dc, const CRect& area)
+{
+    CPen pen(PS_SOLID, 2, palette::text);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    const CPoint corner(area.right - 16, area.top + 10);
+    DrawLines(dc, {corner, corner + CPoint(3, 4), corner + CPoint(10, -5)});
+}
+
+void DrawTexts(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
+{
+    CRect box = button.area;
+    box.DeflateRect(button.IsRotary() ? endWidth : 4, 6);
+    dc.SetTextColor(palette::text);
+    if (look.value.IsEmpty()) {
+        dc.DrawText(button.label, &box, DT_CENTER | DT_VCENTER | oneLine);
+        return;
+    }
+    dc.DrawText(button.label, &box, DT_CENTER | DT_TOP | oneLine);
+    dc.SetTextColor(palette::accent);
+    dc.DrawText(look.value, &box, DT_CENTER | DT_BOTTOM | oneLine);
+}
+
+} // namespace
+
+bool IsAction(const ActionInfo& action)
+{
+    return action.type != actionTypeNone && action.action != -1;
+}
+
+bool PanelButton::IsRotary() const
+{
+    return IsAction(action->decrement) || IsAction(action->increment);
+}
+
+bool PanelButton::IsTurnedAt(CPoint pixel) const
+{
+    return IsRotary() && (DecrementArea().PtInRect(pixel) || IncrementArea().PtInRect(pixel));
+}
+
+const ActionInfo& PanelButton::ActionAt(CPoint pixel, bool isSecond) const
+{
+    if (IsTurnedAt(pixel))
+        return DecrementArea().PtInRect(pixel) ? action->decrement : action->increment;
+    return isSecond && IsAction(action->push2) ? action->push2 : action->push1;
+}
+
+CRect PanelButton::DecrementArea() const
+{
+    CRect end = area;
+    end.right = end.left + endWidth;
+    return end;
+}
+
+CRect PanelButton::IncrementArea() const
+{
+    CRect end = area;
+    end.left = end.right - endWidth;
+    return end;
+}
+
+void DrawPanelButton(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
+{
+    DrawBody(dc, button, look);
+    dc.SetBkMode(TRANSPARENT);
+    DrawLamp(dc, button, look.lit);
+    DrawEnds(dc, button);
+    DrawTexts(dc, button, look);
+    if (look.checked) DrawCheck(dc, button.area);
+}
+
+} // namespace exam

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <Utils_Statics/GridInfo.h>
+
+#include <afxwin.h>
+
+#include <optional>
+
+namespace exam {
+
+/// The grid of the control panel: its cells, and their places in pixels of the panel's client area.
+struct PanelGrid
+{
+    static constexpr int columns = 12;
+    static constexpr int rows = 3;
+    static constexpr int width = 1024; ///< of the client area
+    static constexpr int height = 200;
+
+    /// A button's size must be at least this much of a cell, so that it can be hit.
+    static constexpr double smallestExtent = 0.25;
+
+    struct Cell
+    {
+        int row;
+        int column;
+    };
+
+    /// Whether a button with this place lies on the grid as a whole, and is large enough.
+    static bool Holds(const GridInfo& place);
+
+    /// Whether two buttons on the grid cover a part of each other.
+    static bool Overlap(const GridInfo& a, const GridInfo& b);
+
+    /// The pixels of a button that the grid holds, without the gap to its neighbours.
+    static CRect AreaOf(const GridInfo& place);
+
+    /// The cell of a pixel; none beside the grid.
+    static std::optional<Cell> CellAt(CPoint pixel);
+};
+
+} // namespace exam

@@ -1,0 +1,97 @@
+#include "panel/PanelLayout.h"
+
+#include "panel/PanelGrid.h"
+
+#include <zel_xml/XMLEditing.h>
+#include <zel_xml/zelXMLFile.h>
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+using PlacementList = std::vector<ButtonPlacement>;
+
+bool BeginsIn(const GridInfo& place, int row, int column)
+{
+    return place.row == row && place.column == column && PanelGrid::Holds(place);
+}
+
+// The button that begins in a cell; the number of buttons when there is none.
+std::size_t FindInCell(const PlacementList& placements, int row, int column)
+{
+    const auto found =
+        std::find_if(placements.begin(), placements.end(),
+                     [&](const ButtonPlacement& each) { return BeginsIn(each.grid, row, column); });
+    return static_cast<std::size_t>(found - placements.begin());
+}
+
+// Whether a button lies on the grid and on no other button.
+bool Fits(const PlacementList& placements, std::size_t index)
+{
+    const GridInfo& place = placements[index].grid;
+    if (!PanelGrid::Holds(place)) return false;
+    for (std::size_t other = 0; other < placements.size(); ++other) {
+        const GridInfo& taken = placements[other].grid;
+        if (other != index && PanelGrid::Holds(taken) && PanelGrid::Overlap(place, taken))
+            return false;
+    }
+    return true;
+}
+
+void Put(GridInfo& place, int row, int column)
+{
+    place.row = row;
+    place.column = column;
+}
+
+} // namespace
+
+bool PanelLayout::Load(const std::wstring& path)
+{
+    zelXMLFile file;
+    if (!file.open(path, true)) return false;
+    m_placements.clear();
+    std::set<std::wstring> names;
+    zelXMLNode element = file.getRootElement().getFirstChild();
+    for (; element.isValid(); ++element) {
+        ButtonPlacement placement;
+        placement.Load(element);
+        if (placement.name.empty() || !names.insert(placement.name).second) continue;
+        m_placements.push_back(placement);
+    }
+    return true;
+}
+
+bool PanelLayout::Save(const std::wstring& path) const
+{
+    zelXMLFile file;
+    if (!zel_xml::CreateDocument(file, path.c_str(), L"panel")) return false;
+    for (const ButtonPlacement& placement : m_placements)
+        placement.Save(zel_xml::AppendChild(file.getRootElement(), L"Button"));
+    return zel_xml::SaveDocument(file);
+}
+
+bool PanelLayout::Move(std::size_t index, int row, int column)
+{
+    if (index >= m_placements.size()) return false;
+    PlacementList moved = m_placements;
+    const GridInfo from = moved[index].grid;
+    const std::size_t other = FindInCell(moved, row, column);
+    if (other == index) return false;
+    Put(moved[index].grid, row, column);
+    if (other < moved.size()) Put(moved[other].grid, from.row, from.column);
+    if (!Fits(moved, index) || (other < moved.size() && !Fits(moved, other))) return false;
+    m_placements = std::move(moved);
+    return true;
+}
+
+void PanelLayout::ToggleCheck(std::size_t index)
+{
+    if (index < m_placements.size()) m_placements[index].check = !m_placements[index].check;
+}
+
+} // namespace exam

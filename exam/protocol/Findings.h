@@ -1,0 +1,38 @@
+#pragma once
+
+#include <zel_xml/zelXMLNode.h>
+
+#include <string>
+#include <vector>
+
+namespace exam {
+
+/// Something in a protocol file that will be ignored.
+struct Finding
+{
+    std::wstring path;
+    int line; ///< 0: of the file as a whole
+    std::wstring text;
+
+    /// "path:line: text", as compilers and editors have it.
+    std::wstring ToLine() const;
+};
+
+/// Collects the findings of one file.
+class Findings
+{
+public:
+    Findings(std::wstring path, std::vector<Finding>& all);
+
+    /// A finding on the line that an element begins on.
+    void Add(const zelXMLNode& at, const std::wstring& text);
+
+    /// A finding on a line.
+    void AddAt(int line, const std::wstring& text);
+
+private:
+    std::wstring m_path;
+    std::vector<Finding>& m_all;
+};
+
+} // namespace exam
