@@ -8,6 +8,7 @@
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
 #include "tour/Tour.h"
+#include "tour/TourStatus.h"
 
 #include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
@@ -57,7 +58,7 @@ BOOL ExamApp::InitInstance()
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
-    if (!OpenMainWindow() || !OpenControls()) return FALSE;
+    if (!OpenMainWindow() || !OpenControls() || !OpenStatusRow()) return FALSE;
     utilsExam::AppInitDone = true;
     if (!m_options.IsTour()) return TRUE;
     m_exitCode = RunTour();
@@ -67,6 +68,7 @@ BOOL ExamApp::InitInstance()
 
 int ExamApp::ExitInstance()
 {
+    m_status.reset();
     m_controls.reset();
     m_window.reset();
     return m_exitCode;
@@ -163,11 +165,18 @@ bool ExamApp::OpenControls()
     return m_controls->Open() || Fail(L"the control panel cannot be created");
 }
 
+bool ExamApp::OpenStatusRow()
+{
+    m_status = std::make_unique<StatusDisplay>(*m_window);
+    return m_status->Open() || Fail(L"the status row cannot be created");
+}
+
 int ExamApp::RunTour()
 {
     TourReport report;
     TourContext context{report, *m_window, *m_controls, m_session, m_options.tourFolder};
     TakeTour(context);
+    TourStatus(context, *m_status);
     return report.Close() ? 0 : exitFailure;
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "image/Session.h"
+#include "status/StatusDisplay.h"
 #include "window/ConsoleControls.h"
 #include "window/MainWindow.h"
 
@@ -28,12 +29,14 @@ private:
     bool LoadVocabulary();
     bool OpenMainWindow();
     bool OpenControls();
+    bool OpenStatusRow();
     int RunTour();
 
     CommandLine m_options;
     Session m_session;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<ConsoleControls> m_controls;
+    std::unique_ptr<StatusDisplay> m_status;
     int m_exitCode = 0;
 };
 

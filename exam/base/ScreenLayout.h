@@ -11,12 +11,15 @@ struct ScreenLayout
     static constexpr int height = 768;
     static constexpr int headerHeight = 44;
     static constexpr int statusHeight = 32;
+    static constexpr int statusRowWidth = 460;
     static constexpr int panelWidth = 248;
     static constexpr int rulerWidth = 64;
     static constexpr int stripHeight = 200;
     static constexpr int outlineHeight = 150;
 
-    static CRect Header() { return {0, 0, width, headerHeight}; }
+    static CRect Header() { return {0, 0, width - statusRowWidth, headerHeight}; }
+    /// Of the status row's own window, to the right of the header.
+    static CRect StatusRow() { return {width - statusRowWidth, 0, width, headerHeight}; }
     static CRect ImageArea()
     {
         return {0, headerHeight, width - panelWidth, height - statusHeight};

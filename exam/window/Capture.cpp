@@ -1,13 +1,8 @@
 #include "window/Capture.h"
 
+#include "base/GdiPlusSession.h"
+
 #include <base/GdiHandles.h>
-
-#include <objidl.h>
-
-#include <algorithm>
-using std::max; // the headers of GDI+ use both without a namespace
-using std::min;
-#include <gdiplus.h>
 
 #include <memory>
 
@@ -18,28 +13,6 @@ namespace {
 // CLSID of the PNG encoder of GDI+.
 constexpr CLSID pngEncoder = {
     0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
-
-class GdiPlusSession
-{
-public:
-    GdiPlusSession()
-    {
-        const Gdiplus::GdiplusStartupInput input;
-        m_started = Gdiplus::GdiplusStartup(&m_token, &input, nullptr) == Gdiplus::Ok;
-    }
-    ~GdiPlusSession()
-    {
-        if (m_started) Gdiplus::GdiplusShutdown(m_token);
-    }
-    GdiPlusSession(const GdiPlusSession&) = delete;
-    GdiPlusSession& operator=(const GdiPlusSession&) = delete;
-
-    explicit operator bool() const { return m_started; }
-
-private:
-    ULONG_PTR m_token = 0;
-    bool m_started = false;
-};
 
 } // namespace
 

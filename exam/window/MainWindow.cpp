@@ -5,6 +5,7 @@
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
 
+#include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
@@ -214,6 +215,7 @@ void MainWindow::ShowRecordingMark()
 {
     m_content.recordedFrames.reset();
     if (m_recorder.IsRecording()) m_content.recordedFrames = m_recorder.Frames();
+    CStatusRecording::setState(m_recorder.IsRecording());
     TellChange(stateDisplayChanged);
 }
 

@@ -1,0 +1,87 @@
+#include "status/NetworkSimulator.h"
+
+#include <string>
+#include <thread>
+
+namespace exam {
+
+namespace {
+
+using Objects = std::vector<simulation::WmiProperties>;
+
+constexpr wchar_t wiredName[] = L"Simulated Network Connection";
+constexpr wchar_t wirelessName[] = L"Simulated Wireless Adapter";
+
+simulation::WmiProperties Media(const wchar_t* name, bool connected)
+{
+    constexpr int driversConnected = 0;
+    constexpr int driversDisconnected = 1;
+    return {{L"InstanceName", name},
+            {L"NdisMediaConnectStatus", connected ? driversConnected : driversDisconnected}};
+}
+
+} // namespace
+
+NetworkSimulator::NetworkSimulator()
+{
+    m_server.ForgetReleased();
+    Answer();
+}
+
+void NetworkSimulator::ConnectWired(bool connected)
+{
+    m_wired = connected;
+    Answer();
+    Tell(connected ? L"MSNdis_StatusMediaConnect" : L"MSNdis_StatusMediaDisconnect", wiredName);
+}
+
+void NetworkSimulator::PlugWireless(bool plugged)
+{
+    m_hasWireless = plugged;
+    Answer();
+    Tell(plugged ? L"MSNdis_NotifyAdapterArrival" : L"MSNdis_NotifyAdapterRemoval", wirelessName);
+}
+
+void NetworkSimulator::ConnectWireless(bool connected)
+{
+    m_wireless = connected;
+    Answer();
+    Tell(connected ? L"MSNdis_StatusMediaConnect" : L"MSNdis_StatusMediaDisconnect", wirelessName);
+}
+
+void NetworkSimulator::SetSignal(int level)
+{
+    m_signal = level;
+    Answer();
+    Tell(L"MSNdis_StatusLinkSpeedChange", wirelessName);
+}
+
+// What the monitoring asks for.
+void NetworkSimulator::Answer()
+{
+    m_server.SetAnswer(L"SELECT * FROM MSNdis_MediaConnectStatus WHERE InstanceName NOT LIKE "
+                       L"%%Wireless%%",
+                       {Media(wiredName, m_wired)});
+    Objects wireless, signal;
+    Objects adapters = {{{L"InstanceName", wiredName}}};
+    if (m_hasWireless) {
+        adapters.push_back({{L"InstanceName", wirelessName}});
+        wireless.push_back(Media(wirelessName, m_wireless));
+        signal.push_back({{L"Ndis80211ReceivedSignalStrength", m_signal}});
+    }
+    m_server.SetAnswer(
+        L"SELECT * FROM MSNdis_MediaConnectStatus WHERE InstanceName LIKE %%Wireless%%", wireless);
+    m_server.SetAnswer(L"SELECT * FROM MSNdis_80211_ReceivedSignalStrength Where active=true",
+                       signal);
+    m_server.SetAnswer(L"SELECT * FROM MSNdis_EnumerateAdapter", adapters);
+}
+
+// Waits for the thread: the receivers do no more than store a state and post a message.
+void NetworkSimulator::Tell(const wchar_t* eventClass, const wchar_t* adapter)
+{
+    std::jthread([&] {
+        m_server.Deliver({{{L"__CLASS", eventClass}, {L"InstanceName", adapter}}});
+    }).join();
+}
+
+} // namespace exam

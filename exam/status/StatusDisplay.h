@@ -1,0 +1,69 @@
+#pragma once
+
+#include "base/GdiPlusSession.h"
+#include "status/NetworkSimulator.h"
+#include "status/ProbeSimulator.h"
+#include "status/StatusPage.h"
+#include "status/StatusRow.h"
+
+#include <base/Owner.h>
+
+#include <objbase.h>
+
+#include <string>
+#include <vector>
+
+namespace exam {
+
+struct ComTraits
+{
+    using Handle = bool;
+    static bool Empty() noexcept { return false; }
+    static void Release(bool) noexcept { CoUninitialize(); }
+};
+
+/// All that makes the status row live: the row, its settings page, the simulated network and probe,
+/// and the registered items. One object, made and destroyed on the user-interface thread. The
+/// items' static setters must not be used after its end.
+class StatusDisplay
+{
+public:
+    /// Connects the network monitoring to the simulated network. `window` outlives it.
+    explicit StatusDisplay(CWnd& window);
+    ~StatusDisplay();
+    StatusDisplay(const StatusDisplay&) = delete;
+    StatusDisplay& operator=(const StatusDisplay&) = delete;
+
+    /// Registers the items and shows the row; false when the platform refuses.
+    bool Open();
+
+    StatusRow& Row() { return m_row; }
+    StatusPage& Page() { return m_page; }
+    NetworkSimulator& Network() { return m_network; }
+    ProbeSimulator& Probe() { return m_probe; }
+
+    void OpenPage() { m_page.Open(m_window); }
+
+    /// Takes the icons of 32 pixels instead of those of 24.
+    void UseLargeIcons(bool large);
+
+    /// Plugs the simulated probe in or pulls it out; its readings go on while it is plugged in.
+    void PlugProbe(bool plugged);
+
+private:
+    std::vector<PageSwitch> ShownSwitches();
+    std::vector<PageSwitch> SimulatedSwitches();
+
+    CWnd& m_window;
+    base::Owner<ComTraits> m_com;
+    GdiPlusSession m_drawing;
+    NetworkSimulator m_network;
+    ProbeSimulator m_probe;
+    std::wstring m_images; // folder of the small icons
+    bool m_largeIcons = false;
+    bool m_tracking = false;
+    StatusPage m_page;
+    StatusRow m_row;
+};
+
+} // namespace exam

@@ -1,0 +1,171 @@
+#include "status/StatusPage.h"
+
+#include "base/Palette.h"
+#include "base/ScopedFont.h"
+
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+constexpr int width = 560;
+constexpr int titleHeight = 40;
+constexpr int headingHeight = 34;
+constexpr int lineHeight = 28;
+constexpr int margin = 20;
+constexpr int columnWidth = (width - 2 * margin) / 2;
+constexpr int firstId = 100;
+constexpr int allSides = 15;
+
+// The upper left corner of a line of a column.
+CPoint Place(int column, int line)
+{
+    return {margin + column * columnWidth, titleHeight + headingHeight + line * lineHeight};
+}
+
+void DrawLine(CDC& dc, CRect box, const CString& text, COLORREF colour)
+{
+    dc.SetTextColor(colour);
+    dc.DrawText(text, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+}
+
+} // namespace
+
+BEGIN_MESSAGE_MAP(StatusPage, CWnd)
+    ON_WM_ERASEBKGND()
+    ON_WM_PAINT()
+    ON_WM_KEYDOWN()
+    ON_MESSAGE(WM_CTLCOLORSTATIC, OnControlColour)
+END_MESSAGE_MAP()
+
+StatusPage::StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated)
+    : m_shown(std::move(shown)), m_simulated(std::move(simulated)), m_background(palette::panel)
+{
+    m_font.CreateFont(-ScopedFont::textSize, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                      DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                      DEFAULT_PITCH | FF_SWISS, L"Arial");
+}
+
+StatusPage::~StatusPage()
+{
+    if (GetSafeHwnd()) DestroyWindow();
+}
+
+void StatusPage::Open(CWnd& owner)
+{
+    if (GetSafeHwnd()) return ShowStates();
+    const auto lines = static_cast<int>(std::max(m_shown.size(), m_simulated.size()));
+    const CSize size(width, titleHeight + headingHeight + lines * lineHeight + margin);
+    const CPoint screen = utilsExam::CalculateDialogRect().TopLeft();
+    const CPoint place(screen.x + (utilsExam::GetMainScreenSize().cx - size.cx) / 2,
+                       screen.y + (utilsExam::GetMainScreenSize().cy - size.cy) / 2);
+    const CString windowClass = AfxRegisterWndClass(0, LoadCursor(nullptr, IDC_ARROW));
+    if (!CreateEx(0, windowClass, GetStr("exam.status.title"), WS_POPUP | WS_CLIPCHILDREN,
+                  CRect(place, size), &owner, 0))
+        return;
+    CreateSwitches();
+    utilsExam::ChangeDialogFont(this, &m_font, FALSE);
+    ShowStates();
+    ShowWindow(SW_SHOW);
+}
+
+void StatusPage::CreateSwitches()
+{
+    for (std::size_t line = 0; line < m_shown.size(); ++line)
+        CreateSwitch(static_cast<int>(line), Place(0, static_cast<int>(line)));
+    for (std::size_t line = 0; line < m_simulated.size(); ++line)
+        CreateSwitch(static_cast<int>(m_shown.size() + line), Place(1, static_cast<int>(line)));
+}
+
+void StatusPage::CreateSwitch(int index, const CPoint& place)
+{
+    ::CreateWindowEx(0, L"BUTTON", GetStr(Switch(index).text),
+                     WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
+                     columnWidth - margin, lineHeight, GetSafeHwnd(),
+                     reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr,
+                     nullptr);
+}
+
+const PageSwitch& StatusPage::Switch(int index) const
+{
+    const auto place = static_cast<std::size_t>(index);
+    return place < m_shown.size() ? m_shown.at(place) : m_simulated.at(place - m_shown.size());
+}
+
+// One switch may change what another one shows.
+void StatusPage::ShowStates()
+{
+    const auto count = static_cast<int>(m_shown.size() + m_simulated.size());
+    for (int index = 0; index < count; ++index)
+        CheckDlgButton(GetSafeHwnd(), firstId + index,
+                       Switch(index).isOn() ? BST_CHECKED : BST_UNCHECKED);
+}
+
+void StatusPage::Click(int index)
+{
+    ::SendMessage(::GetDlgItem(GetSafeHwnd(), firstId + index), BM_CLICK, 0, 0);
+}
+
+BOOL StatusPage::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    const int id = LOWORD(wParam);
+    if (HIWORD(wParam) != BN_CLICKED || lParam == 0) return CWnd::OnCommand(wParam, lParam);
+    Switch(id - firstId).set(IsDlgButtonChecked(GetSafeHwnd(), id) == BST_CHECKED);
+    ShowStates();
+    return TRUE;
+}
+
+// Also while a check box has the focus.
+BOOL StatusPage::PreTranslateMessage(MSG* message)
+{
+    if (message->message != WM_KEYDOWN || message->wParam != VK_ESCAPE)
+        return IsDialogMessage(GetSafeHwnd(), message);
+    DestroyWindow();
+    return TRUE;
+}
+
+void StatusPage::OnKeyDown(UINT key, UINT, UINT)
+{
+    if (key == VK_ESCAPE) DestroyWindow();
+}
+
+BOOL StatusPage::OnEraseBkgnd(CDC*)
+{
+    return TRUE; // OnPaint covers everything; erasing first would flicker
+}
+
+void StatusPage::OnPaint()
+{
+    CPaintDC dc(this);
+    CRect area;
+    GetClientRect(&area);
+    dc.FillSolidRect(&area, palette::panel);
+    CRect title = area;
+    title.bottom = title.top + titleHeight;
+    utilsExam::DrawGradient(&dc, title, palette::line, palette::header);
+    utilsExam::DrawBorder(&dc, area, allSides, palette::line, palette::label);
+    dc.SetBkMode(TRANSPARENT);
+    const ScopedFont font(dc, ScopedFont::textSize, FW_SEMIBOLD);
+    title.left += margin;
+    DrawLine(dc, title, GetStr("exam.status.title"), palette::text);
+    const CSize heading(columnWidth, headingHeight);
+    const CSize above(0, headingHeight);
+    DrawLine(dc, CRect(Place(0, 0) - above, heading), GetStr("exam.status.shown"), palette::label);
+    DrawLine(dc, CRect(Place(1, 0) - above, heading), GetStr("exam.status.simulated"),
+             palette::label);
+}
+
+LRESULT StatusPage::OnControlColour(WPARAM dc, LPARAM)
+{
+    const auto context = reinterpret_cast<HDC>(dc);
+    SetTextColor(context, palette::text);
+    SetBkColor(context, palette::panel);
+    return reinterpret_cast<LRESULT>(m_background.GetSafeHandle());
+}
+
+} // namespace exam

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <functional>
+#include <vector>
+
+namespace exam {
+
+/// A check box of the page: what it is called, what it shows and what it changes.
+struct PageSwitch
+{
+    const char* text; ///< key of what it is called
+    std::function<bool()> isOn;
+    std::function<void(bool)> set;
+};
+
+/// The settings of the status row in one column, and what is simulated for it in another, as a
+/// pop-up window over the main window. Escape and the close of stray pop-ups end it.
+class StatusPage : public CWnd
+{
+public:
+    StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated);
+    ~StatusPage() override;
+
+    /// Opens the page, or shows what has changed if it is open.
+    void Open(CWnd& owner);
+
+    /// Clicks a check box as the user would. `index` counts through both columns.
+    void Click(int index);
+
+protected:
+    BOOL PreTranslateMessage(MSG* message) override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    BOOL OnEraseBkgnd(CDC* dc);
+    void OnPaint();
+    void OnKeyDown(UINT key, UINT repeat, UINT flags);
+    LRESULT OnControlColour(WPARAM dc, LPARAM control);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    const PageSwitch& Switch(int index) const;
+    void CreateSwitches();
+    void CreateSwitch(int index, const CPoint& place);
+    void ShowStates();
+
+    std::vector<PageSwitch> m_shown;
+    std::vector<PageSwitch> m_simulated;
+    CFont m_font;
+    CBrush m_background;
+};
+
+} // namespace exam

@@ -1,0 +1,168 @@
+#include "status/StatusRow.h"
+
+#include "base/GdiPlusSession.h"
+#include "base/Palette.h"
+#include "base/ScopedFont.h"
+#include "base/StateChanges.h"
+#include "status/StatusSettings.h"
+
+#include <Utils_Statics/CStatusFactory.h>
+#include <Utils_Statics/CStatusStreaming.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/IStatusItem.h>
+#include <base/GdiHandles.h>
+
+#include <atomic>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+constexpr UINT repaintMessage = WM_APP + 310;
+constexpr UINT_PTR tickTimer = 1;
+constexpr int spacing = 6;      // pixels between two items
+constexpr int addressRoom = 76; // pixels; the address reaches beyond the icon that it belongs to
+
+// Read by the threads that change a state.
+constinit std::atomic<HWND> s_row = nullptr;
+constinit std::atomic<bool> s_isRepaintPosted = false;
+
+// What an item takes besides the width that it answers.
+int RoomBeside(const IStatusItem* item)
+{
+    const bool hasAddress = item == CStatusStreaming::getInstance() && IsAddressWanted() &&
+                            CStatusStreaming::getState() == CStatusStreaming::StreamingOn;
+    return hasAddress ? addressRoom : spacing;
+}
+
+// From the right to the left; where the items end.
+int PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
+{
+    int right = area.right;
+    for (const IStatusItem* const item : CStatusFactory::getItems()) {
+        if (!item->isVisible()) continue;
+        const int width = item->drawIcon(CRect(0, 0, right, area.bottom), graphics);
+        if (width > 0) right -= width + RoomBeside(item);
+    }
+    return right;
+}
+
+void PaintHint(CDC& dc, CRect area)
+{
+    const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(palette::label);
+    dc.DrawText(GetStr("exam.status.hint"), &area, DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
+}
+
+} // namespace
+
+BEGIN_MESSAGE_MAP(StatusRow, CWnd)
+    ON_WM_ERASEBKGND()
+    ON_WM_PAINT()
+    ON_WM_LBUTTONDOWN()
+    ON_WM_TIMER()
+    ON_MESSAGE(repaintMessage, OnRepaint)
+END_MESSAGE_MAP()
+
+StatusRow::StatusRow(std::function<void()> onClick) : m_onClick(std::move(onClick)) {}
+
+StatusRow::~StatusRow()
+{
+    IStatusItem::SetStatusCallback(nullptr);
+    s_row = nullptr;
+}
+
+bool StatusRow::Open(CWnd& parent, const CRect& place)
+{
+    const CString windowClass =
+        AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_HAND));
+    parent.ModifyStyle(0, WS_CLIPCHILDREN); // it paints round the row
+    if (!CreateEx(0, windowClass, L"", WS_CHILD | WS_VISIBLE, place, &parent, 0)) return false;
+    s_row = GetSafeHwnd();
+    IStatusItem::SetStatusCallback(RequestRepaint);
+    return true;
+}
+
+void StatusRow::ReadSettings()
+{
+    for (IStatusItem* const item : CStatusFactory::getItems())
+        item->updateVisibleState();
+    Invalidate(FALSE);
+}
+
+void StatusRow::OnTick(std::function<void()> action)
+{
+    m_onTick = std::move(action);
+    if (m_onTick)
+        SetTimer(tickTimer, static_cast<UINT>(tickSeconds * 1000), nullptr);
+    else
+        KillTimer(tickTimer);
+}
+
+void StatusRow::OnTimer(UINT_PTR)
+{
+    if (m_onTick) m_onTick();
+}
+
+// Some texts are kept by the items.
+void StatusRow::OnStateChange(StateChangeType type, unsigned int, long)
+{
+    if (type == stateLanguageChanged && GetSafeHwnd()) ReadSettings();
+}
+
+// On any thread.
+void StatusRow::RequestRepaint()
+{
+    const HWND row = s_row;
+    if (row && !s_isRepaintPosted.exchange(true)) ::PostMessage(row, repaintMessage, 0, 0);
+}
+
+LRESULT StatusRow::OnRepaint(WPARAM, LPARAM)
+{
+    s_isRepaintPosted = false;
+    ++m_repaints;
+    Invalidate(FALSE);
+    return 0;
+}
+
+BOOL StatusRow::OnEraseBkgnd(CDC*)
+{
+    return TRUE; // OnPaint covers everything; erasing first would flicker
+}
+
+void StatusRow::OnPaint()
+{
+    CPaintDC window(this);
+    CRect area;
+    GetClientRect(&area);
+    CDC memory;
+    CBitmap bitmap;
+    memory.CreateCompatibleDC(&window);
+    bitmap.CreateCompatibleBitmap(&window, area.Width(), area.Height());
+    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
+    Paint(memory, area);
+    window.BitBlt(0, 0, area.Width(), area.Height(), &memory, 0, 0, SRCCOPY);
+}
+
+void StatusRow::Paint(CDC& dc, const CRect& area)
+{
+    dc.FillSolidRect(&area, palette::header);
+    CRect free = area;
+    free.right -= spacing;
+    {
+        Gdiplus::Graphics graphics(dc.GetSafeHdc());
+        m_paintedFrom = PaintItems(graphics, free);
+    }
+    if (m_paintedFrom < free.right) return;
+    m_paintedFrom = area.Width();
+    PaintHint(dc, free);
+}
+
+void StatusRow::OnLButtonDown(UINT, CPoint)
+{
+    m_onClick();
+}
+
+} // namespace exam

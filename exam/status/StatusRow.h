@@ -1,0 +1,60 @@
+#pragma once
+
+#include <Utils_Statics/IStateChangeConsumer.h>
+
+#include <afxwin.h>
+
+#include <functional>
+
+namespace Gdiplus {
+class Graphics;
+}
+
+namespace exam {
+
+/// The status row, a window of its own in the header. The library's items draw themselves into it,
+/// the first registered one at the right. Any thread may ask for a repaint through the items'
+/// callback; it arrives here as one posted message, however many were asked for meanwhile.
+class StatusRow : public CWnd, private IStateChangeConsumer
+{
+public:
+    /// `onClick` is called when the user clicks into the row.
+    explicit StatusRow(std::function<void()> onClick);
+    ~StatusRow() override;
+
+    /// Creates and shows the window; false when the platform refuses.
+    bool Open(CWnd& parent, const CRect& place);
+
+    /// Lets the items read their settings again.
+    void ReadSettings();
+
+    /// How many repaints the items have asked for, posted messages counted.
+    unsigned Repaints() const { return m_repaints; }
+
+    static constexpr double tickSeconds = 0.25;
+    /// Calls a function from now on once a tick; an empty one ends it.
+    void OnTick(std::function<void()> action);
+
+    /// The left edge of what was painted last, in pixels of the row; its width when it was empty.
+    int PaintedFrom() const { return m_paintedFrom; }
+
+protected:
+    BOOL OnEraseBkgnd(CDC* dc);
+    void OnPaint();
+    void OnLButtonDown(UINT flags, CPoint point);
+    void OnTimer(UINT_PTR id);
+    LRESULT OnRepaint(WPARAM wParam, LPARAM lParam);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    static void RequestRepaint();
+    void Paint(CDC& dc, const CRect& area);
+
+    std::function<void()> m_onClick;
+    std::function<void()> m_onTick;
+    int m_paintedFrom = 0;
+    unsigned m_repaints = 0;
+};
+
+} // namespace exam

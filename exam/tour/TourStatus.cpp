@@ -1,0 +1,177 @@
+// The last station: the status row.
+#include "tour/TourStatus.h"
+
+#include "status/StatusSettings.h"
+#include "window/Capture.h"
+
+#include <Utils_Statics/CStatusBurning.h>
+#include <Utils_Statics/CStatusFtpTransfer.h>
+#include <Utils_Statics/CStatusGps.h>
+#include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusRecording.h>
+#include <Utils_Statics/CStatusStreaming.h>
+#include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/utilsExam.h>
+
+namespace exam {
+
+namespace {
+
+constexpr int unusableVersion = 1; // of the sensor's interface
+
+void DispatchPending()
+{
+    for (MSG next; PeekMessage(&next, nullptr, 0, 0, PM_REMOVE);)
+        DispatchMessage(&next);
+}
+
+// What the row takes, in pixels, once what was asked for is painted.
+int PaintedWidth(StatusDisplay& status)
+{
+    DispatchPending();
+    status.Row().RedrawWindow();
+    CRect area;
+    status.Row().GetClientRect(&area);
+    return area.Width() - status.Row().PaintedFrom();
+}
+
+void Settings(TourContext& context, StatusDisplay& status)
+{
+    // An earlier tour may have left its settings in this folder.
+    for (const StatusSetting& setting : StatusSettings())
+        SetWanted(setting, false);
+    status.Row().ReadSettings();
+    context.report.Step(PaintedWidth(status) == 0, L"without its settings the status row is empty");
+    status.OpenPage();
+    context.report.Step(utilsExam::FindPopupWindow(nullptr) == status.Page().GetSafeHwnd(),
+                        L"the settings page is the pop-up over the main window");
+    const auto count = static_cast<int>(StatusSettings().size());
+    for (int index = 0; index < count; ++index)
+        status.Page().Click(index);
+    bool all = true;
+    for (const StatusSetting& setting : StatusSettings())
+        all = all && IsWanted(setting);
+    context.report.Step(all, L"the settings page writes the settings");
+    status.Page().RedrawWindow(nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    context.report.Step(
+        CaptureToPng(status.Page().GetSafeHwnd(), context.folder + L"\\status-page.png"),
+        L"picture status-page.png");
+    context.report.Step(utilsExam::ClosePopups(nullptr) &&
+                            context.WaitUntil([&] { return !status.Page().GetSafeHwnd(); }),
+                        L"the settings page closes like any stray pop-up");
+    context.report.Step(PaintedWidth(status) > 48, L"network and wireless signal are shown");
+    context.Picture(L"status-idle");
+}
+
+void NetworkEvents(TourContext& context, StatusDisplay& status)
+{
+    NetworkSimulator& network = status.Network();
+    network.ConnectWired(false);
+    context.report.Step(!CStatusNetwork::isConnected(), L"a lost network is told by an event");
+    PaintedWidth(status);
+    context.Picture(L"status-network-lost");
+    int strength = 0;
+    for (const int level : {-95, -85, -75, -65, -55}) {
+        network.SetSignal(level);
+        PaintedWidth(status);
+        context.Picture(L"status-wireless-" + std::to_wstring(++strength));
+    }
+    network.ConnectWireless(false);
+    context.report.Step(!CStatusWireless::isConnected(), L"a lost wireless network too");
+    network.PlugWireless(false);
+    context.report.Step(!CStatusWireless::isAvailable(), L"so is an adapter that is pulled out");
+    PaintedWidth(status);
+    context.Picture(L"status-wireless-gone");
+    network.PlugWireless(true);
+    network.ConnectWireless(true);
+    network.SetSignal(-50);
+    network.ConnectWired(true);
+}
+
+void Work(TourContext& context, StatusDisplay& status)
+{
+    const int before = PaintedWidth(status);
+    CStatusBurning::setState(true);
+    CStatusFtpTransfer::setState(true);
+    CStatusGps::setState(true);
+    CStatusRecording::setState(true);
+    context.report.Step(PaintedWidth(status) == before + 4 * (24 + 6),
+                        L"burning, transfer, tracking and recording take four icons");
+    context.Picture(L"status-working");
+}
+
+void Streaming(TourContext& context, StatusDisplay& status)
+{
+    CStatusStreaming::setState(CStatusStreaming::StreamingOn);
+    PaintedWidth(status);
+    context.Picture(L"status-streaming");
+    CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
+    const int lit = PaintedWidth(status);
+    context.Picture(L"status-disk-lit");
+    const unsigned repaints = status.Row().Repaints();
+    context.report.Step(context.WaitUntil([&] { return status.Row().Repaints() > repaints; }),
+                        L"the blinking asks for a repaint by itself");
+    context.report.Step(PaintedWidth(status) == lit, L"the row stands still while it blinks");
+    context.Picture(L"status-disk-dark");
+    CStatusStreaming::setState(CStatusStreaming::StreamingOff);
+}
+
+void Probe(TourContext& context, StatusDisplay& status)
+{
+    ProbeSimulator& probe = status.Probe();
+    const int before = PaintedWidth(status);
+    probe.Plug(true);
+    probe.Advance(2);
+    context.report.Step(PaintedWidth(status) == before + 102 + 6,
+                        L"the probe shows its temperature and its angle");
+    context.Picture(L"status-probe-cool");
+    probe.Advance(18);
+    PaintedWidth(status);
+    context.Picture(L"status-probe-warm");
+    probe.Advance(10);
+    context.report.Step(PaintedWidth(status) > before + 102 + 6,
+                        L"a probe that is too hot warns over the rest of the row");
+    context.Picture(L"status-probe-hot");
+    probe.Plug(true);
+    probe.SetError(true);
+    PaintedWidth(status);
+    context.Picture(L"status-probe-error");
+    probe.SetError(false);
+    CStatusProbeSensor::setState({true, ProbeSimulator::coldest, 0, 0, unusableVersion});
+    PaintedWidth(status);
+    context.Picture(L"status-probe-unusable");
+    probe.Plug(true);
+}
+
+void LargeIcons(TourContext& context, StatusDisplay& status)
+{
+    const int before = PaintedWidth(status);
+    status.UseLargeIcons(true);
+    context.report.Step(PaintedWidth(status) == before + 6 * 8,
+                        L"the large icons are 8 pixels wider");
+    context.Picture(L"status-large");
+    status.UseLargeIcons(false);
+}
+
+void Rest(StatusDisplay& status)
+{
+    status.Probe().Plug(false);
+    for (const auto setState : {CStatusBurning::setState, CStatusFtpTransfer::setState,
+                                CStatusGps::setState, CStatusRecording::setState})
+        setState(false);
+}
+
+} // namespace
+
+void TourStatus(TourContext& context, StatusDisplay& status)
+{
+    Settings(context, status);
+    NetworkEvents(context, status);
+    Work(context, status);
+    Streaming(context, status);
+    Probe(context, status);
+    LargeIcons(context, status);
+    Rest(status);
+}
+
+} // namespace exam
