@@ -13,7 +13,8 @@ public:
     ReadyThread(const ReadyThread&) = delete;
     ReadyThread& operator=(const ReadyThread&) = delete;
 
-    // Makes the thread. Called once.
+    // Makes the thread and waits until it runs: one that only begins could still be held up by the
+    // loader's lock. Called once.
     void Start() noexcept;
 
     // Runs the work on the thread and waits for it. False when there is no thread or it does not
@@ -24,7 +25,8 @@ public:
 private:
     static DWORD WINAPI Loop(void* self) noexcept;
 
-    HANDLE m_begin = nullptr; // never closed, as the thread never ends
+    HANDLE m_running = nullptr; // these three: never closed, as the thread never ends
+    HANDLE m_begin = nullptr;
     HANDLE m_done = nullptr;
     void (*m_work)() = nullptr;
     bool m_isReady = false;

@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr DWORD startTimeout = 2'000;  // milliseconds
+constexpr DWORD beginTimeout = 1'000;  // milliseconds; of the thread itself
+constexpr DWORD startTimeout = 2'000;  // of a dump
 constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow disk
 
 constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
@@ -35,7 +36,8 @@ constinit Job s_job{};
 // itself stay.
 struct Writer
 {
-    HANDLE asked; // these three: events
+    HANDLE running; // these four: events
+    HANDLE asked;
     HANDLE started;
     HANDLE finished;
     bool ready;
@@ -81,6 +83,7 @@ DumpFunction WaitForLocks()
 
 DWORD WINAPI DumpThread(void*)
 {
+    SetEvent(s_writer.running);
     for (;;) {
         WaitForSingleObject(s_writer.asked, INFINITE);
         const DumpFunction function = WaitForLocks();
@@ -104,18 +107,26 @@ void KeepLibraryLoaded()
                        reinterpret_cast<const wchar_t*>(&DumpThread), &library);
 }
 
-// Called by whoever has the job. Once it has succeeded it does nothing.
+bool HasEvents()
+{
+    if (!s_writer.running) s_writer.running = NewEvent(TRUE);
+    if (!s_writer.asked) s_writer.asked = NewEvent(FALSE);
+    if (!s_writer.started) s_writer.started = NewEvent(TRUE);
+    if (!s_writer.finished) s_writer.finished = NewEvent(TRUE);
+    return s_writer.running && s_writer.asked && s_writer.started && s_writer.finished;
+}
+
+// Called by whoever has the job. Once it has succeeded it does nothing. The thread is waited for,
+// because one that only begins could still be held up by the loader's lock.
 void MakeReady()
 {
     if (s_writer.ready) return;
     KeepLibraryLoaded();
     qor_utils::LoadDumpFunction();
-    if (!s_writer.asked) s_writer.asked = NewEvent(FALSE);
-    if (!s_writer.started) s_writer.started = NewEvent(TRUE);
-    if (!s_writer.finished) s_writer.finished = NewEvent(TRUE);
-    if (!s_writer.asked || !s_writer.started || !s_writer.finished) return;
+    if (!HasEvents()) return;
     const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
     s_writer.ready = static_cast<bool>(thread);
+    if (s_writer.ready) WaitForSingleObject(s_writer.running, beginTimeout);
 }
 
 // Whether the thread has begun. It has not while the crashed thread holds a lock that it needs.
