@@ -2,11 +2,14 @@
 //   zip_driver pack ARCHIVE BASE         the files' paths come a line each from the input, in UTF-8
 //   zip_driver unpack ARCHIVE [PASSWORD] into the current folder
 // Ends with 0 when everything succeeded, which for unpacking nothing tells (the last entry fails in
-// any case): it prints how many entries did.
+// any case): it prints how many entries did. Prints the memory it took.
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 #include <base/Encoding.h>
 #include <qor_utils/LogOutput.h>
+
+#include <psapi.h>
+#include <windows.h>
 
 #include <cstdio>
 #include <iostream>
@@ -23,6 +26,7 @@ int Pack(const wchar_t* archive, const wchar_t* basePath)
     for (std::string path; std::getline(std::cin, path);)
         packed = zip.AddFile(base::WideFromUtf8(path).c_str()) && packed;
     zip.Close();
+    PrintMemory();
     return packed ? 0 : 1;
 }
 
@@ -34,7 +38,16 @@ int Unpack(const wchar_t* archive, const char* password)
     while (zip.ExtractNext(password))
         ++extracted;
     std::printf("extracted %d and the last\n", extracted);
+    PrintMemory();
     return 0;
+}
+
+void PrintMemory()
+{
+    PROCESS_MEMORY_COUNTERS used = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &used, sizeof used);
+    std::printf("peak working set %lu KiB\n",
+                static_cast<unsigned long>(used.PeakWorkingSetSize / 1024));
 }
 
 void PrintMessage(const qor_utils::LogMessage& message, void*)
