@@ -1,5 +1,7 @@
 #include "app/CommandLine.h"
 
+#include "service/CrashOnPurpose.h"
+
 #include <functional>
 #include <map>
 #include <set>
@@ -71,6 +73,52 @@ void SetProtocolToCheck(CommandLine& options, Values values)
     options.protocolToCheck = *values;
 }
 
+void SetVersionInfo(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--version-info needs a file";
+    options.versionFile = *values;
+}
+
+void SetPack(CommandLine& options, Values values)
+{
+    if (values[0].empty() || values[1].empty()) options.error = L"--pack needs a file and a folder";
+    options.archive = values[0];
+    options.folderToPack = values[1];
+}
+
+void SetUnpack(CommandLine& options, Values values)
+{
+    if (values[0].empty() || values[1].empty())
+        options.error = L"--unpack needs a file and a folder";
+    options.archive = values[0];
+    options.folderToFill = values[1];
+}
+
+void SetPassword(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--password needs a text";
+    options.password = *values;
+}
+
+void SetCrash(CommandLine& options, Values values)
+{
+    options.crashKind = *values;
+    for (const CrashKind& kind : CrashKinds())
+        if (*values == kind.name) return;
+    options.error = L"--crash takes " + CrashNames() + L", not '" + *values + L"'";
+}
+
+void SetLog(CommandLine& options, Values values)
+{
+    if (values->empty()) options.error = L"--log needs a folder";
+    options.logFolder = *values;
+}
+
+void SetService(CommandLine& options, Values)
+{
+    options.service = true;
+}
+
 void SetOverwrite(CommandLine& options, Values)
 {
     options.overwrite = true;
@@ -92,6 +140,13 @@ const std::map<std::wstring, Option>& Options()
         {L"--cine-info", {1, SetCineInfo}},
         {L"--cine-to-avi", {2, SetCineToAvi}},
         {L"--check-protocol", {1, SetProtocolToCheck}},
+        {L"--version-info", {1, SetVersionInfo}},
+        {L"--pack", {2, SetPack}},
+        {L"--unpack", {2, SetUnpack}},
+        {L"--password", {1, SetPassword}},
+        {L"--crash", {1, SetCrash}},
+        {L"--log", {1, SetLog}},
+        {L"--service", {0, SetService}},
         {L"--overwrite", {0, SetOverwrite}},
         {L"--help", {0, SetHelp}},
         {L"-h", {0, SetHelp}},
@@ -125,10 +180,16 @@ std::wstring FindConflict(const CommandLine& options)
     if (!options.cineInfo.empty()) commands.emplace_back(L"--cine-info");
     if (!options.cineToPlay.empty()) commands.emplace_back(L"--cine-to-avi");
     if (!options.protocolToCheck.empty()) commands.emplace_back(L"--check-protocol");
+    if (!options.versionFile.empty()) commands.emplace_back(L"--version-info");
+    if (!options.folderToPack.empty()) commands.emplace_back(L"--pack");
+    if (!options.folderToFill.empty()) commands.emplace_back(L"--unpack");
+    if (!options.crashKind.empty()) commands.emplace_back(L"--crash");
     if (commands.size() > 1)
         return commands[0] + L" and " + commands[1] + L" cannot be done at once";
-    if (options.overwrite && options.cineToPlay.empty())
-        return L"--overwrite goes with --cine-to-avi";
+    if (options.overwrite && options.cineToPlay.empty() && options.folderToPack.empty())
+        return L"--overwrite goes with --cine-to-avi or --pack";
+    if (!options.password.empty() && options.folderToFill.empty())
+        return L"--password goes with --unpack";
     return L"";
 }
 
@@ -171,6 +232,9 @@ const wchar_t* UsageText()
            L"                 the folder of the recordings; without it, out\\recordings below the "
            L"current\n"
            L"                 folder, or recordings in the folder of the tour\n"
+           L"  --log DIR      the folder of the log and of crash reports; without it, log beside "
+           L"the program\n"
+           L"  --service      service mode: F11 opens the menu of the service staff\n"
            L"  --help         this text\n"
            L"\n"
            L"Without a window:\n"
@@ -179,11 +243,18 @@ const wchar_t* UsageText()
            L"                           when the file can be replayed whole, 1 when not\n"
            L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames "
            L"are in it\n"
-           L"  --overwrite              let --cine-to-avi replace an existing file\n"
            L"  --check-protocol DIR     print what will be ignored in the protocol files in DIR "
            L"and "
            L"below it, with\n"
            L"                           file and line; exits 1 when there is any\n"
+           L"  --version-info FILE      print the version resource of an executable file\n"
+           L"  --pack FILE DIR          pack the files of a folder, and all below it, into a zip "
+           L"archive\n"
+           L"  --unpack FILE DIR        unpack a zip archive into a folder\n"
+           L"  --password P             the password of an encrypted archive\n"
+           L"  --crash KIND             crash, to see the report: read, write, divide, illegal, "
+           L"stack or thread\n"
+           L"  --overwrite              let --cine-to-avi or --pack replace an existing file\n"
            L"\n"
            L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
            L"codec (MJPG at\n"
@@ -197,7 +268,11 @@ const wchar_t* UsageText()
            L"takes up the next\n"
            L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and "
            L"ends a recording of\n"
-           L"raw frames, V of a movie; K shows and hides the control panel; Esc leaves.\n";
+           L"raw frames, V of a movie; K shows and hides the control panel; Z packs the study into "
+           L"an archive\n"
+           L"beside the recordings, U unpacks the last one; A shows and hides what the program is "
+           L"made of; Esc\n"
+           L"leaves.\n";
 }
 
 } // namespace exam

@@ -19,7 +19,15 @@ struct CommandLine
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
     std::wstring protocolToCheck; ///< folder of protocol files
-    bool overwrite = false;       ///< whether `movie` may replace a file
+    std::wstring versionFile;     ///< executable file whose version is to be printed
+    std::wstring archive;         ///< zip archive that is made or unpacked
+    std::wstring folderToPack;    ///< into `archive`
+    std::wstring folderToFill;    ///< from `archive`
+    std::wstring password;        ///< of `archive`
+    std::wstring crashKind;       ///< way in which the program is to crash
+    std::wstring logFolder;       ///< of log and crash reports; empty: store 28
+    bool service = false;         ///< whether the service mode is on
+    bool overwrite = false;       ///< whether `movie` or `archive` may replace a file
     bool help = false;
     std::wstring error; ///< one sentence that says what is wrong; empty: nothing
 
@@ -32,7 +40,8 @@ struct CommandLine
     /// Whether a command was given that needs no window.
     bool IsCommand() const
     {
-        return !cineInfo.empty() || !cineToPlay.empty() || !protocolToCheck.empty();
+        return !cineInfo.empty() || !cineToPlay.empty() || !protocolToCheck.empty() ||
+               !versionFile.empty() || !archive.empty() || !crashKind.empty();
     }
 };
 

@@ -7,13 +7,18 @@
 #include "protocol/ProtocolCheck.h"
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
+#include "service/ArchiveCommands.h"
+#include "service/CrashOnPurpose.h"
+#include "service/FileVersion.h"
 #include "tour/Tour.h"
 #include "tour/TourStatus.h"
 
+#include <Utils_Statics/MiniDumper.h>
 #include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
 #include <base/Owner.h>
 #include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/LogOutput.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
@@ -51,10 +56,13 @@ BOOL ExamApp::InitInstance()
 {
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine() || !ChooseProfile()) return FALSE;
+    SetLogFolder();
+    const MiniDumper crashHandler; // stays in force
     if (m_options.IsCommand()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
         return FALSE;
     }
+    utilsExam::ServiceMode = m_options.service;
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
@@ -116,13 +124,21 @@ bool ExamApp::Fail(const std::wstring& problem)
     return false;
 }
 
+void ExamApp::SetLogFolder()
+{
+    if (!m_options.logFolder.empty()) qor_utils::SetLogDirectory(m_options.logFolder);
+}
+
 bool ExamApp::RunCommand()
 {
-    if (!m_options.protocolToCheck.empty())
-        return LoadVocabulary() && CheckProtocol(m_options.protocolToCheck);
-    return m_options.cineInfo.empty()
-               ? ReplayCine(m_options.cineToPlay, m_options.movie, m_options.overwrite)
-               : PrintCineInfo(m_options.cineInfo);
+    const CommandLine& o = m_options;
+    if (!o.protocolToCheck.empty()) return LoadVocabulary() && CheckProtocol(o.protocolToCheck);
+    if (!o.crashKind.empty()) CrashOnPurpose(o.crashKind);
+    if (!o.versionFile.empty()) return PrintFileVersion(o.versionFile);
+    if (!o.folderToPack.empty()) return PackCommand(o.archive, o.folderToPack, o.overwrite);
+    if (!o.folderToFill.empty()) return UnpackCommand(o.archive, o.folderToFill, o.password);
+    return o.cineInfo.empty() ? ReplayCine(o.cineToPlay, o.movie, o.overwrite)
+                              : PrintCineInfo(o.cineInfo);
 }
 
 bool ExamApp::LoadTexts()

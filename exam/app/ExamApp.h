@@ -24,6 +24,7 @@ private:
     bool ChooseProfile();
     bool Fail(const std::wstring& problem);
     bool RunCommand();
+    void SetLogFolder();
     bool LoadTexts();
     bool LoadImages();
     bool LoadVocabulary();

@@ -53,9 +53,10 @@ bool AboutBox::Open(CWnd& owner)
         WS_CHILD | WS_VISIBLE | WS_VSCROLL | LBS_NOSEL | LBS_USETABSTOPS | LBS_NOINTEGRALHEIGHT;
     m_list = CreateWindowExW(0, L"LISTBOX", L"", style, 0, 0, client.Width(), client.Height(),
                              GetSafeHwnd(), nullptr, nullptr, nullptr);
-    ::SendMessageW(m_list, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+    ::SendMessageW(m_list, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
+                   0);
     ::SendMessageW(m_list, LB_SETTABSTOPS, std::size(tabStops),
-                 reinterpret_cast<LPARAM>(std::data(tabStops)));
+                   reinterpret_cast<LPARAM>(std::data(tabStops)));
     return m_list != nullptr;
 }
 

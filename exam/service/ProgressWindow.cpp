@@ -39,7 +39,8 @@ bool ProgressWindow::Open(CWnd& owner, const CString& title)
     m_name = Child(GetSafeHwnd(), L"STATIC", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS, line);
     line.OffsetRect(0, lineHeight + margin / 4);
     m_bar = Child(GetSafeHwnd(), PROGRESS_CLASSW, PBS_SMOOTH, line);
-    ::SendMessageW(m_name, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+    ::SendMessageW(m_name, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
+                   0);
     ShowWindow(SW_SHOWNOACTIVATE);
     return m_name && m_bar;
 }

@@ -69,12 +69,13 @@ public:
 
     Bytes Read(std::uint64_t offset, std::uint64_t size)
     {
-        if (offset > m_size || m_size - offset < size || size > largestDirectory)
-            return Bytes(std::string());
-        std::string bytes(static_cast<std::size_t>(size), '\0');
+        const bool isThere =
+            offset <= m_size && m_size - offset >= size && size <= largestDirectory;
+        std::string bytes(static_cast<std::size_t>(isThere ? size : 0), '\0');
         m_file.seekg(static_cast<std::streamoff>(offset));
         m_file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        return Bytes(m_file ? std::move(bytes) : std::string());
+        if (!m_file) bytes.clear();
+        return Bytes(std::move(bytes));
     }
 
 private:
@@ -97,7 +98,7 @@ std::optional<Place> FindDirectory(ArchiveFile& file)
         std::min<std::uint64_t>(file.Size(), endSize + longestComment + wideLocatorSize);
     const Bytes bytes = file.Read(file.Size() - tail, tail);
     const std::size_t end = bytes.FindLast("PK\5\6");
-    if (end == std::string::npos) return std::nullopt;
+    if (end == std::string::npos || bytes.Size() - end < endSize) return std::nullopt;
     const Place place{bytes.At<std::uint32_t>(end + 16), bytes.At<std::uint32_t>(end + 12),
                       bytes.At<std::uint16_t>(end + 10)};
     if (place.count != 0xFFFF && place.offset != 0xFFFFFFFF) return place;

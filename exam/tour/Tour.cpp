@@ -51,6 +51,7 @@ void TakeTour(TourContext& context)
     TourDoppler(context);
     TourRecording(context);
     TourPanel(context);
+    TourService(context);
 }
 
 } // namespace exam

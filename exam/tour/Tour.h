@@ -49,5 +49,6 @@ void TourMeasurements(TourContext& context);
 void TourDoppler(TourContext& context);
 void TourRecording(TourContext& context);
 void TourPanel(TourContext& context);
+void TourService(TourContext& context);
 
 } // namespace exam

@@ -1,4 +1,4 @@
-// Station 8: the study is packed and unpacked, the program says what it is made of, and a crash of
+// Station 9: the study is packed and unpacked, the program says what it is made of, and a crash of
 // another exam is reported.
 #include "service/ProgressWindow.h"
 #include "tour/Tour.h"
@@ -9,6 +9,7 @@
 #include <base/FilePath.h>
 #include <base/Handles.h>
 
+#include <cwchar>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -35,6 +36,7 @@ void Key(TourContext& context, UINT key)
 void PictureOf(TourContext& context, HWND window, const std::wstring& name)
 {
     const std::wstring path = context.folder + L"\\" + name + L".png";
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     context.report.Step(CaptureToPng(window, path), L"picture " + name + L".png");
 }
 
@@ -132,11 +134,29 @@ bool CrashAnother(const std::wstring& log)
            GetExitCodeProcess(process.get(), &code) && code == STATUS_ACCESS_VIOLATION;
 }
 
-// The reporter's message, which it shows when the archive is made; null when it does not come.
-HWND ReporterMessage()
+// Whether a window shows a text that names the folder.
+BOOL CALLBACK NamesFolder(HWND child, LPARAM folder)
+{
+    wchar_t text[1024] = {};
+    GetWindowTextW(child, text, static_cast<int>(std::size(text)));
+    return std::wcsstr(text, reinterpret_cast<const wchar_t*>(folder)) == nullptr;
+}
+
+// The reporter's message about this folder; that of an earlier crash may still be open.
+HWND FindMessage(const std::wstring& folder)
+{
+    const auto wanted = reinterpret_cast<LPARAM>(folder.c_str());
+    HWND message = nullptr;
+    while ((message = FindWindowExW(nullptr, message, nullptr, L"Crash report")) != nullptr)
+        if (!EnumChildWindows(message, NamesFolder, wanted)) return message;
+    return nullptr;
+}
+
+// Waits for the message, which comes when the archive is made; null when it does not.
+HWND AwaitMessage(const std::wstring& folder)
 {
     for (DWORD waited = 0; waited < patience; waited += 100) {
-        const HWND message = FindWindowW(nullptr, L"Crash report");
+        const HWND message = FindMessage(folder);
         if (message && IsWindowVisible(message)) return message;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, 0);
     }
@@ -156,9 +176,10 @@ void Crash(TourContext& context)
 {
     const std::wstring log = context.folder + L"\\log";
     std::error_code error;
+    if (const HWND old = FindMessage(log)) PostMessageW(old, WM_CLOSE, 0, 0);
     fs::remove_all(log, error); // of an earlier tour
     context.report.Step(CrashAnother(log), L"another exam crashes");
-    const HWND message = ReporterMessage();
+    const HWND message = AwaitMessage(log);
     context.report.Step(message != nullptr, L"the crash reporter says where the archive is");
     if (message) PostMessageW(message, WM_CLOSE, 0, 0);
     context.report.Step(FilesWith(log, L".txt") == 1 && FilesWith(log, L".dmp") == 1 &&

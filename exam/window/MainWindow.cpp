@@ -59,6 +59,12 @@ bool MainWindow::Open()
     return true;
 }
 
+void MainWindow::SetRecordingFolder(const std::wstring& folder)
+{
+    m_recorder.SetFolder(folder);
+    m_service.SetFolder(folder);
+}
+
 void MainWindow::SetStatus(const CString& text)
 {
     m_content.status = text;
@@ -147,7 +153,9 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT)
     case 'V': return ToggleMovieRecording();
     case 'K': return TogglePanel();
     case VK_ESCAPE: DestroyWindow(); return;
-    default: return;
+    default:
+        if (const auto text = m_service.OnKey(*this, key)) SetStatus(*text);
+        return;
     }
 }
 

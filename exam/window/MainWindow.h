@@ -6,6 +6,7 @@
 #include "measure/SimulatedFlow.h"
 #include "record/Recorder.h"
 #include "screen/ScreenContent.h"
+#include "service/ServiceDesk.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 
@@ -65,14 +66,16 @@ public:
     /// The key K shows and hides this window; null: none.
     void SetPanel(CWnd* panel) { m_panel = panel; }
 
-    /// Sets the folder of the recordings.
-    void SetRecordingFolder(const std::wstring& folder) { m_recorder.SetFolder(folder); }
+    /// Sets the folder of the recordings, and of the archives of studies.
+    void SetRecordingFolder(const std::wstring& folder);
     bool IsRecording() const { return m_recorder.IsRecording(); }
     int RecordedFrames() const { return m_recorder.Frames(); }
 
     /// Records the frame on display and shows the next one. The timer calls this during a
     /// recording.
     void AdvanceRecording();
+
+    const ServiceDesk& Service() const { return m_service; }
 
     /// Switches to the other language of the string tables.
     void NextLanguage();
@@ -111,6 +114,7 @@ private:
     int m_gain = 0;          // decibels
     int m_depth = fullDepth; // tenths of the recording's
     CWnd* m_panel = nullptr;
+    ServiceDesk m_service;
     unsigned m_changesSeen = 0;
 };
 

@@ -23,6 +23,28 @@ TEST(CommandLine, ReadsEveryOption)
     EXPECT_EQ(options.tourFolder, L"out");
 }
 
+TEST(CommandLine, ReadsWhatHasToDoWithArchivesVersionsAndCrashes)
+{
+    auto options = ParseCommandLine({L"--pack", L"a.zip", L"folder", L"--overwrite"});
+    EXPECT_EQ(options.error, L"");
+    EXPECT_TRUE(options.IsCommand() && options.overwrite);
+    EXPECT_EQ(options.archive, L"a.zip");
+    EXPECT_EQ(options.folderToPack, L"folder");
+    options = ParseCommandLine({L"--unpack", L"a.zip", L"folder", L"--password", L"secret"});
+    EXPECT_EQ(options.error, L"");
+    EXPECT_EQ(options.folderToFill, L"folder");
+    EXPECT_EQ(options.password, L"secret");
+    options = ParseCommandLine({L"--crash", L"stack", L"--log", L"logs", L"--service"});
+    EXPECT_EQ(options.error, L"");
+    EXPECT_TRUE(options.IsCommand() && options.service);
+    EXPECT_EQ(options.logFolder, L"logs");
+    EXPECT_EQ(ParseCommandLine({L"--version-info", L"a.exe"}).versionFile, L"a.exe");
+    EXPECT_EQ(ParseCommandLine({L"--crash", L"softly"}).error,
+              L"--crash takes read, write, divide, illegal, stack, thread, not 'softly'");
+    EXPECT_EQ(ParseCommandLine({L"--password", L"p"}).error, L"--password goes with --unpack");
+    EXPECT_NE(ParseCommandLine({L"--pack", L"a", L"b", L"--unpack", L"a", L"b"}).error, L"");
+}
+
 TEST(CommandLine, AsksForHelpWithEitherSpelling)
 {
     EXPECT_TRUE(ParseCommandLine({L"--help"}).help);
@@ -85,7 +107,7 @@ TEST(CommandLine, OverwritesOnlyWhereItIsAsked)
     EXPECT_FALSE(ParseCommandLine({L"--cine-to-avi", L"a", L"b"}).overwrite);
     EXPECT_TRUE(ParseCommandLine({L"--overwrite", L"--cine-to-avi", L"a", L"b"}).overwrite);
     EXPECT_EQ(ParseCommandLine({L"--overwrite", L"--cine-info", L"a"}).error,
-              L"--overwrite goes with --cine-to-avi");
+              L"--overwrite goes with --cine-to-avi or --pack");
 }
 
 TEST(CommandLine, ReadsTheCommandOnProtocolFiles)

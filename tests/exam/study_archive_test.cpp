@@ -1,0 +1,146 @@
+// Packing and unpacking of studies, and the reader of an archive's directory.
+#include "service/StudyArchive.h"
+#include "service/ZipDirectory.h"
+
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <random>
+
+namespace {
+
+using exam::ArchiveResult;
+using exam::PackFolder;
+using exam::ReadEntryNames;
+using exam::UnpackArchive;
+using test_support::FileExists;
+using test_support::ReadFile;
+using test_support::WriteFile;
+using Names = std::vector<std::wstring>;
+
+void Ignore(std::size_t, std::size_t, const std::wstring&) {}
+
+class StudyArchive : public testing::Test
+{
+protected:
+    StudyArchive()
+    {
+        CreateDirectoryW(Study().c_str(), nullptr);
+        CreateDirectoryW((Study() + L"\\deep").c_str(), nullptr);
+        WriteFile(Study() + L"\\study.xml", "<study/>");
+        WriteFile(Study() + L"\\deep\\image.raw", std::string(100'000, 'i'));
+    }
+
+    std::wstring Study() const { return m_folder / L"study"; }
+    std::wstring Archive() const { return m_folder / L"study.zip"; }
+    std::wstring Out() const { return m_folder / L"out"; }
+
+    const test_support::TemporaryFolder m_folder;
+};
+
+TEST_F(StudyArchive, ComesBackByteForByte)
+{
+    const ArchiveResult packed = PackFolder(Archive(), Study(), Ignore);
+    EXPECT_EQ(packed.problem, L"");
+    EXPECT_EQ(packed.files, 2u);
+    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    EXPECT_EQ(unpacked.problem, L"");
+    EXPECT_EQ(unpacked.files, 2u);
+    EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>");
+    EXPECT_EQ(ReadFile(Out() + L"\\deep\\image.raw"), std::string(100'000, 'i'));
+}
+
+TEST_F(StudyArchive, TellsEachFileBeforeItIsDone)
+{
+    Names told;
+    const auto progress = [&](std::size_t done, std::size_t all, const std::wstring& name) {
+        EXPECT_EQ(done, told.size());
+        EXPECT_EQ(all, 2u);
+        told.push_back(name);
+    };
+    PackFolder(Archive(), Study(), progress);
+    EXPECT_EQ(told, (Names{L"deep\\image.raw", L"study.xml"}));
+    EXPECT_EQ(ReadEntryNames(Archive()), told);
+}
+
+TEST_F(StudyArchive, LeavesItselfOutOfTheFolderItIsIn)
+{
+    const std::wstring inside = Study() + L"\\packed.zip";
+    EXPECT_EQ(PackFolder(inside, Study(), Ignore).files, 2u);
+    EXPECT_EQ(PackFolder(inside, Study(), Ignore).files, 2u) << "nor the one it replaces";
+}
+
+TEST_F(StudyArchive, OfNothingIsAProblem)
+{
+    CreateDirectoryW((m_folder / L"empty").c_str(), nullptr);
+    EXPECT_NE(PackFolder(Archive(), m_folder / L"empty", Ignore).problem, L"");
+    EXPECT_NE(PackFolder(Archive(), m_folder / L"missing", Ignore).problem, L"");
+    EXPECT_NE(PackFolder(m_folder / L"missing\\a.zip", Study(), Ignore).problem, L"");
+    EXPECT_FALSE(FileExists(Archive()));
+}
+
+TEST_F(StudyArchive, RefusesNamesThatCannotBeKept)
+{
+    WriteFile(Study() + L"\\\u8D85.xml", "");
+    const ArchiveResult result = PackFolder(Archive(), Study(), Ignore);
+    EXPECT_NE(result.problem.find(L"cannot keep"), std::wstring::npos);
+    EXPECT_FALSE(FileExists(Archive())) << "half an archive is none";
+}
+
+TEST_F(StudyArchive, ThatIsDamagedIsAProblemAlsoInItsLastEntry)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    std::string bytes = ReadFile(Archive());
+    const std::size_t last = bytes.find("study.xml");
+    bytes[last + 9] = static_cast<char>(bytes[last + 9] ^ 0x55);
+    WriteFile(Archive(), bytes);
+    const ArchiveResult result = UnpackArchive(Archive(), Out(), "", Ignore);
+    EXPECT_NE(result.problem, L"");
+    EXPECT_EQ(result.files, 1u);
+}
+
+TEST_F(StudyArchive, IsNeededToUnpack)
+{
+    WriteFile(Archive(), "no archive at all");
+    EXPECT_NE(UnpackArchive(Archive(), Out(), "", Ignore).problem, L"");
+    EXPECT_NE(UnpackArchive(m_folder / L"missing.zip", Out(), "", Ignore).problem, L"");
+}
+
+TEST_F(StudyArchive, LeavesTheCurrentFolderAsItWas)
+{
+    wchar_t before[MAX_PATH] = {};
+    wchar_t after[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, before);
+    PackFolder(Archive(), Study(), Ignore);
+    UnpackArchive(Archive(), Out(), "", Ignore);
+    GetCurrentDirectoryW(MAX_PATH, after);
+    EXPECT_STREQ(before, after);
+}
+
+// Whatever the bytes say, the reader gives names or nothing, and ends.
+TEST_F(StudyArchive, DirectoryThatLiesDoesNoHarm)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    const std::string sound = ReadFile(Archive());
+    std::minstd_rand random(7);
+    const std::size_t directory = sound.find("PK\1\2");
+    for (int round = 0; round < 300; ++round) {
+        std::string damaged = sound;
+        for (int i = 0; i < 4; ++i)
+            damaged[directory + random() % (damaged.size() - directory)] =
+                static_cast<char>(random());
+        WriteFile(Archive(), damaged);
+        const auto names = ReadEntryNames(Archive());
+        EXPECT_LE(names.value_or(Names()).size(), damaged.size() / 46);
+    }
+    for (std::size_t size = 0; size < sound.size(); size += 7) {
+        WriteFile(Archive(), sound.substr(0, size));
+        EXPECT_EQ(ReadEntryNames(Archive()), std::nullopt) << size;
+    }
+}
+
+} // namespace
