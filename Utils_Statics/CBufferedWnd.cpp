@@ -6,7 +6,7 @@ namespace {
 
 // Where the mask is 1 the source, where it is 0 the target as it is (0x00AA0029 is the operation
 // that changes nothing).
-constexpr DWORD copyMasked = MAKEROP4(SRCCOPY, 0x00AA0029);
+constexpr DWORD copyMasked = MAKEROP4(SRCCOPY, 0x00AA0029U);
 
 CRect ClientRect(const CWnd& window)
 {
@@ -32,6 +32,7 @@ END_MESSAGE_MAP()
 // The members go in the reverse order of their declaration: the buffer first.
 CBufferedWnd::~CBufferedWnd() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): contract
 int CBufferedWnd::Create(unsigned long style, unsigned long exStyle, CWnd* parent, CRect rect,
                          unsigned int id, CString name)
 {

@@ -133,22 +133,25 @@ void BalloonMessageService::operator()(const wchar_t* format, ...) const
 
 void BalloonMessageService::HandleMessage(unsigned int timeMs, const wchar_t* title,
                                           const wchar_t* format, va_list arguments) const
-try {
+{
     if (!format) {
         zelLogger::zelLogHelper(source, noFormatLine, qor_utils::warningLevel)(
             L"Skipping CreateBalloon since a NULL msg was provided.");
         return;
     }
-    const NoticeText notice = utils_statics::FormatNotice(format, arguments);
-    if (!notice.text) {
-        zelLogger::zelLogHelper(source, formatFailedLine, qor_utils::warningLevel)(
-            L"Unable to Create Balloon message: StringCchVPrintfEx() returned %#x", notice.result);
-        return;
+    try {
+        const NoticeText notice = utils_statics::FormatNotice(format, arguments);
+        if (!notice.text) {
+            zelLogger::zelLogHelper(source, formatFailedLine, qor_utils::warningLevel)(
+                L"Unable to Create Balloon message: StringCchVPrintfEx() returned %#x",
+                notice.result);
+            return;
+        }
+        if (m_log) Log(title, notice.text.get());
+        CreateBalloon(title, notice.text.get(), timeMs, m_type);
+    } catch (const std::bad_alloc&) {
+        // A notice is not worth more than the work that raised it.
     }
-    if (m_log) Log(title, notice.text.get());
-    CreateBalloon(title, notice.text.get(), timeMs, m_type);
-} catch (const std::bad_alloc&) {
-    // A notice is not worth more than the work that raised it.
 }
 
 void BalloonMessageService::Log(const wchar_t* title, const wchar_t* text) const

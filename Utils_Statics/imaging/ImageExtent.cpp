@@ -151,7 +151,8 @@ MaybeExtent IconExtent(Reader& file)
     const std::uint32_t count = std::min(file.Little(4, 2), mostEntries);
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::int64_t at = file.Little(6 + 16 * std::int64_t{i} + 12, 4);
-        const Extent extent = PngExtent(file, at).value_or(DibExtent(file, at));
+        const MaybeExtent png = PngExtent(file, at);
+        const Extent extent = png ? *png : DibExtent(file, at);
         if (!IsBitmapSize(extent.width, extent.height)) return extent;
     }
     return Extent{1, 1};

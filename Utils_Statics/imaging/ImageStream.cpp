@@ -11,7 +11,7 @@ namespace utils_statics {
 
 namespace {
 
-constexpr LONGLONG largestFile = 512 * 1024 * 1024;
+constexpr LONGLONG largestFile = 512LL * 1024 * 1024;
 
 // 0 for a file without a size, such as a folder, and for one that is too large.
 DWORD SizeOf(const base::File& file)

@@ -22,7 +22,7 @@ void CMainThreadWnd::Post(std::unique_ptr<BalloonRequest> request)
     const CriticalSectionLock lock(m_section);
     const auto address = reinterpret_cast<WPARAM>(request.get());
     if (IsWindow(m_postable) && ::PostMessageW(m_postable, showBalloon, address, 0))
-        request.release();
+        static_cast<void>(request.release()); // the receiver's now
 }
 
 int CMainThreadWnd::OnCreate(LPCREATESTRUCT description)

@@ -87,10 +87,10 @@ public:
     bool Pass(const FormatConversion& conversion)
     {
         switch (conversion.argument) {
-        case FormatArgument::integer32: va_arg(m_arguments, int); return true;
-        case FormatArgument::integer64: va_arg(m_arguments, long long); return true;
-        case FormatArgument::real: va_arg(m_arguments, double); return true;
-        case FormatArgument::address: va_arg(m_arguments, void*); return true;
+        case FormatArgument::integer32: return Skip<int>();
+        case FormatArgument::integer64: return Skip<long long>();
+        case FormatArgument::real: return Skip<double>();
+        case FormatArgument::address: return Skip<void*>();
         case FormatArgument::wideText:
             return CanRead(va_arg(m_arguments, const wchar_t*), conversion.precision);
         case FormatArgument::narrowText:
@@ -100,6 +100,13 @@ public:
     }
 
 private:
+    template <class Argument>
+    bool Skip()
+    {
+        static_cast<void>(va_arg(m_arguments, Argument));
+        return true;
+    }
+
     va_list m_arguments;
 };
 
