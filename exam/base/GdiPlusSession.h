@@ -1,17 +1,10 @@
 #pragma once
 
-#include <windows.h>
-
-#include <objidl.h>
-
-#include <algorithm>
-using std::max; // the headers of GDI+ use both without a namespace
-using std::min;
-#include <gdiplus.h>
+#include <Utils_Statics/BitmapFunctions.h> // with the headers of GDI+
 
 namespace exam {
 
-/// GDI+ while it lives; false when the platform refuses.
+/// GDI+ can be used as long as one of these lives.
 class GdiPlusSession
 {
 public:

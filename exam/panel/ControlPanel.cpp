@@ -44,6 +44,7 @@ BEGIN_MESSAGE_MAP(ControlPanel, CWnd)
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
+    ON_MESSAGE(WM_MOUSELEAVE, OnMouseLeave)
     ON_WM_RBUTTONUP()
     ON_WM_CAPTURECHANGED()
     ON_MESSAGE(WM_MOUSEACTIVATE, OnMouseActivate)
@@ -179,10 +180,25 @@ void ControlPanel::OnLButtonDown(UINT, CPoint point)
 
 void ControlPanel::OnMouseMove(UINT, CPoint point)
 {
-    if (!m_press) return;
+    if (!m_press) return ShowTip(point);
     m_press->now = point;
     if (IsFar(m_press->at, point)) m_press->isDrag = true;
     if (m_press->isDrag) Repaint();
+}
+
+LRESULT ControlPanel::OnMouseLeave(WPARAM, LPARAM)
+{
+    m_tip.Leave();
+    return 0;
+}
+
+void ControlPanel::ShowTip(CPoint point)
+{
+    const std::optional<std::size_t> index = ButtonAt(point);
+    if (!index) return m_tip.Leave();
+    const PanelButton& button = m_buttons[*index];
+    m_tip.Follow(*this, button.area, button.label,
+                 GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button"));
 }
 
 void ControlPanel::OnLButtonUp(UINT, CPoint point)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "overlay/HoverTip.h"
 #include "panel/Lamps.h"
 #include "panel/PanelButton.h"
 #include "panel/PanelLayout.h"
@@ -53,6 +54,7 @@ protected:
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
+    LRESULT OnMouseLeave(WPARAM wParam, LPARAM lParam);
     void OnRButtonUp(UINT flags, CPoint point);
     void OnCaptureChanged(CWnd* next);
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
@@ -73,6 +75,7 @@ private:
     void Repaint();
     void Draw(CDC& dc) const;
     PanelButtonLook LookOf(const PanelButton& button) const;
+    void ShowTip(CPoint point);
     std::optional<std::size_t> ButtonAt(CPoint point) const;
     void Push(std::size_t button, CPoint at);
     void Drop(const Press& press);
@@ -83,6 +86,7 @@ private:
     std::vector<PanelButton> m_buttons; // those of the layout that the repository has
     std::unique_ptr<Lamps> m_lamps;
     std::optional<Press> m_press;
+    HoverTip m_tip;
     std::wstring m_pushedOnce; // the button whose next push is a second one
 };
 

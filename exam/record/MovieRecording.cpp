@@ -3,6 +3,7 @@
 #include "base/Palette.h"
 #include "base/ScopedFont.h"
 #include "base/ScreenLayout.h"
+#include "overlay/Overlays.h"
 #include "record/AviCheck.h"
 #include "record/MovieTarget.h"
 #include "screen/Screen.h"
@@ -117,6 +118,7 @@ void MovieRecording::DrawCurrentScreen()
     shown.status.Empty();
     shown.keysShown = false;
     DrawScreen(m_screen.Context(), shown);
+    if (shown.overlays) shown.overlays->DrawRecorded(m_screen.Context());
 }
 
 // The time is light on black, because the composition adds this plane to the image.

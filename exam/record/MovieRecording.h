@@ -12,7 +12,7 @@ namespace exam {
 
 // Records what the screen shows as a movie. The screen at the start is the background. Each frame
 // places these on it:
-// - plane 0: the image with its scale and tools;
+// - plane 0: the image with its scale, tools and those windows over it that are to be recorded;
 // - plane 1: the spectral strip, while it is shown;
 // - plane 2, in two regions: the facts and the turned outline beside the image;
 // - plane 3: a mark that moves along the lower edge of the strip;

@@ -11,6 +11,8 @@
 
 namespace exam {
 
+class Overlays;
+
 /// What the screen shows. The referenced objects outlive it.
 struct ScreenContent
 {
@@ -23,6 +25,7 @@ struct ScreenContent
     CString status{};
     bool keysShown = true;               ///< the list of keys beside the status
     std::optional<int> recordedFrames{}; ///< set while a recording is under way
+    Overlays* overlays = nullptr;        ///< the windows over the image, where there are any
 };
 
 } // namespace exam

@@ -11,7 +11,7 @@ namespace exam {
 
 void TourContext::Picture(const std::wstring& name)
 {
-    window.UpdateWindow();
+    window.RedrawWindow(nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     const std::wstring path = folder + L"\\" + name + L".png";
     report.Step(CaptureToPng(window.GetSafeHwnd(), path), L"picture " + name + L".png");
 }
@@ -52,6 +52,7 @@ void TakeTour(TourContext& context)
     TourRecording(context);
     TourPanel(context);
     TourService(context);
+    TourOverlays(context);
 }
 
 } // namespace exam

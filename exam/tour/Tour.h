@@ -50,5 +50,6 @@ void TourDoppler(TourContext& context);
 void TourRecording(TourContext& context);
 void TourPanel(TourContext& context);
 void TourService(TourContext& context);
+void TourOverlays(TourContext& context);
 
 } // namespace exam

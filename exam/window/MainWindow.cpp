@@ -5,6 +5,7 @@
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
 
+#include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -43,8 +44,10 @@ MainWindow::MainWindow(Session& session)
     : m_session(session), m_tools(m_view, ScreenLayout::Image()),
       m_flow(ScreenLayout::Strip().Size()), m_content{m_session, m_view, m_tools, m_flow},
       m_recorder(m_content,
-                 [this](const FinishedRecording& recording) { RecordingFinished(recording); })
+                 [this](const FinishedRecording& recording) { RecordingFinished(recording); }),
+      m_overlays(m_session, m_view, ToolButtons())
 {
+    m_content.overlays = &m_overlays;
 }
 
 bool MainWindow::Open()
@@ -55,6 +58,8 @@ bool MainWindow::Open()
     const CRect frame(0, 0, ScreenLayout::width, ScreenLayout::height);
     if (!CreateEx(0, windowClass, GetStr("exam.title"), WS_POPUP | WS_SYSMENU, frame, nullptr, 0))
         return false;
+    if (!m_overlays.Open(*this, ScreenLayout::Image())) return false;
+    BalloonMessageService::Create();
     ShowWindow(SW_SHOW);
     return true;
 }
@@ -95,7 +100,7 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     if (type == stateImageChanged && !m_session.IsEmpty()) ShowFrame();
     if (!GetSafeHwnd()) return;
     if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
-    Invalidate(FALSE);
+    RedrawWindow(nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN); // it shows below what is over it
 }
 
 void MainWindow::ShowFrame()
@@ -109,7 +114,7 @@ void MainWindow::ShowFrame()
         m_tools.Reset();
     }
     if (!m_view.Show(cine, m_session.Frame()))
-        m_content.status = GetStr("exam.image.unreadable", m_session.Frame() + 1);
+        Report(NoticeKind::warning, GetStr("exam.image.unreadable", m_session.Frame() + 1));
 }
 
 BOOL MainWindow::OnEraseBkgnd(CDC*)
@@ -163,6 +168,8 @@ void MainWindow::ToggleRecording(CString (Recorder::*start)())
 {
     if (m_recorder.IsRecording()) return EndRecording();
     m_content.status = (m_recorder.*start)();
+    if (!m_recorder.IsRecording())
+        RaiseNotice(NoticeKind::error, m_content.status); // why nothing is recorded
     RunTimer();
     ShowRecordingMark();
 }
@@ -200,11 +207,18 @@ void MainWindow::EndRecording()
 void MainWindow::RecordingFinished(const FinishedRecording& recording)
 {
     if (!recording.whole)
-        m_content.status = GetStr("exam.record.damaged", recording.path.c_str());
+        Report(NoticeKind::error, GetStr("exam.record.damaged", recording.path.c_str()));
     else if (recording.cutShort)
-        m_content.status = GetStr("exam.record.broken", recording.frames);
+        Report(NoticeKind::warning, GetStr("exam.record.broken", recording.frames));
     else
-        m_content.status = GetStr("exam.record.finished", recording.frames, recording.path.c_str());
+        Report(NoticeKind::finished,
+               GetStr("exam.record.finished", recording.frames, recording.path.c_str()));
+}
+
+void MainWindow::Report(NoticeKind kind, const CString& sentence)
+{
+    m_content.status = sentence;
+    RaiseNotice(kind, sentence);
 }
 
 void MainWindow::AdvanceRecording()
@@ -251,6 +265,7 @@ void MainWindow::OnMouseMove(UINT flags, CPoint point)
 void MainWindow::OnDestroy()
 {
     EndRecording();
+    BalloonMessageService::Destroy();
     CWnd::OnDestroy();
     utilsExam::AppExiting = true;
     PostQuitMessage(0);

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "base/GdiPlusSession.h"
 #include "image/ImageView.h"
 #include "image/Session.h"
 #include "measure/MeasureTools.h"
 #include "measure/SimulatedFlow.h"
+#include "overlay/Notices.h"
+#include "overlay/Overlays.h"
 #include "record/Recorder.h"
 #include "screen/ScreenContent.h"
 #include "service/ServiceDesk.h"
@@ -27,6 +30,7 @@ public:
     const ImageView& View() const { return m_view; }
     MeasureTools& Tools() { return m_tools; }
     const MeasureTools& Tools() const { return m_tools; }
+    Overlays& OverImage() { return m_overlays; }
     unsigned ChangesSeen() const { return m_changesSeen; }
 
     const CString& Status() const { return m_content.status; }
@@ -96,12 +100,17 @@ private:
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void ShowFrame();
+    std::vector<ToolButton> ToolButtons();
+    ToolButton MeasureButton(ImageTool& tool, const wchar_t* picture, const char* tipKey);
+    ButtonForm RecordForm(bool isMovie) const;
     void ToggleRecording(CString (Recorder::*start)());
     void TogglePanel();
     void RunTimer();
     void RecordingFinished(const FinishedRecording& recording);
+    void Report(NoticeKind kind, const CString& sentence);
     void ShowRecordingMark();
 
+    GdiPlusSession m_gdiPlus; // while the buttons' pictures live
     Session& m_session;
     ImageView m_view;
     const CineFile* m_shown = nullptr; // the recording that the view is fitted to
@@ -115,6 +124,7 @@ private:
     int m_depth = fullDepth; // tenths of the recording's
     CWnd* m_panel = nullptr;
     ServiceDesk m_service;
+    Overlays m_overlays;
     unsigned m_changesSeen = 0;
 };
 

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "overlay/ButtonPicture.h"
+#include "overlay/HoverTip.h"
+#include "overlay/Overlay.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace exam {
+
+/// A button of the tool bar.
+struct ToolButton
+{
+    const wchar_t* picture; ///< its name in the folder of button pictures
+    const char* nameKey;
+    const char* tipKey;
+    std::function<void()> push;
+    std::function<ButtonForm()> form; ///< how it looks now; a disabled one cannot be pushed
+};
+
+/// Buttons with pictures in a column at the left edge of the image; the image shows between them.
+/// They are for the user at the screen, so that recordings are made without them.
+class ToolBar : public Overlay
+{
+public:
+    explicit ToolBar(std::vector<ToolButton> buttons);
+
+    const std::vector<ToolButton>& Buttons() const { return m_buttons; }
+    /// Where a button is, in the client area.
+    static CRect AreaOf(std::size_t button);
+
+    void Draw(CDC* dc) override;
+    void DrawMask(CDC* dc) override;
+    bool CanDrawOnAVI() const override { return false; }
+
+protected:
+    CRect AreaOver(const CRect& image) const override;
+    bool TakesMouse() const override { return true; }
+
+    void OnLButtonDown(UINT flags, CPoint point);
+    void OnMouseMove(UINT flags, CPoint point);
+    LRESULT OnMouseLeave(WPARAM wParam, LPARAM lParam);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    std::optional<std::size_t> ButtonAt(CPoint point) const;
+
+    std::vector<ToolButton> m_buttons;
+    std::vector<ButtonPicture> m_pictures; // one a button
+    HoverTip m_tip;
+};
+
+} // namespace exam

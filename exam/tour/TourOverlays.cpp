@@ -1,0 +1,197 @@
+// Station 9: windows over the image, buttons with pictures, tips and balloons.
+#include "base/Palette.h"
+#include "base/ScreenLayout.h"
+#include "tour/Tour.h"
+#include "window/Capture.h"
+
+#include <Utils_Statics/GetStr.h>
+#include <base/GdiHandles.h>
+
+#include <afxwin.h>
+
+#include <commctrl.h>
+
+namespace exam {
+
+namespace {
+
+constexpr std::size_t distanceButton = 0;
+constexpr std::size_t rawButton = 3;
+constexpr std::size_t movieButton = 4;
+
+BOOL CALLBACK FindShownTip(HWND window, LPARAM result)
+{
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, 32);
+    if (CString(name) != TOOLTIPS_CLASSW || !IsWindowVisible(window)) return TRUE;
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+}
+
+// The tip that is shown on this thread; null when there is none.
+HWND ShownTip()
+{
+    HWND shown = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), FindShownTip, reinterpret_cast<LPARAM>(&shown));
+    return shown;
+}
+
+CString TextOf(HWND tip)
+{
+    wchar_t text[1024] = {};
+    TOOLINFOW tool = {};
+    tool.cbSize = sizeof tool;
+    tool.lpszText = text;
+    SendMessageW(tip, TTM_GETTEXTW, std::size(text), reinterpret_cast<LPARAM>(&tool));
+    return text;
+}
+
+bool ShowsTip(TourContext& context, const CString& text)
+{
+    return context.WaitUntil([&] { return ShownTip() && TextOf(ShownTip()) == text; });
+}
+
+// Saves what the screen shows round the main window's image: tips are windows of their own.
+void ScreenPicture(TourContext& context, const std::wstring& name, const CRect& part)
+{
+    const std::wstring path = context.folder + L"\\" + name + L".png";
+    context.report.Step(CaptureScreenToPng(part, path), L"picture " + name + L".png");
+}
+
+COLORREF PixelAt(CWnd& window, CPoint pixel)
+{
+    return GetPixel(base::WindowContext(window).get(), pixel.x, pixel.y);
+}
+
+COLORREF ScreenPixelAt(CWnd& window, CPoint pixel)
+{
+    window.ClientToScreen(&pixel);
+    return GetPixel(base::WindowContext(nullptr).get(), pixel.x, pixel.y);
+}
+
+bool IsGrey(COLORREF colour)
+{
+    return GetRValue(colour) == GetGValue(colour) && GetGValue(colour) == GetBValue(colour);
+}
+
+LPARAM MiddleOf(std::size_t button)
+{
+    const CPoint middle = ToolBar::AreaOf(button).CenterPoint();
+    return MAKELPARAM(middle.x, middle.y);
+}
+
+void Push(TourContext& context, std::size_t button)
+{
+    context.window.OverImage().Tools().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MiddleOf(button));
+}
+
+void Indicators(TourContext& context)
+{
+    context.ShowRecording(curvedRecording);
+    context.Picture(L"overlays");
+    LoopDial& dial = context.window.OverImage().Dial();
+    CRect area;
+    dial.GetClientRect(&area);
+    const CPoint edge(area.CenterPoint().x, 2);
+    context.report.Step(PixelAt(dial, edge) == palette::header &&
+                            ScreenPixelAt(dial, {0, 0}) == palette::background,
+                        L"a round indicator shows the image round itself");
+    const CPoint middle = area.CenterPoint() + CPoint(4, -8);
+    context.report.Step(PixelAt(dial, middle) == palette::accent,
+                        L"it shows that the first frame is on display");
+}
+
+void Buttons(TourContext& context)
+{
+    ToolBar& tools = context.window.OverImage().Tools();
+    Push(context, distanceButton);
+    context.report.Step(context.window.Tools().Distance().IsVisible(),
+                        L"a button of the tool bar shows the caliper");
+    Push(context, rawButton);
+    Push(context, movieButton); // cannot be pushed now
+    context.report.Step(context.window.IsRecording() &&
+                            tools.Buttons()[movieButton].form() == ButtonForm::disabled,
+                        L"while raw frames are recorded the movie's button cannot be pushed");
+    context.window.AdvanceRecording();
+    context.Picture(L"tool-buttons");
+    const CRect movie = ToolBar::AreaOf(movieButton);
+    context.report.Step(IsGrey(ScreenPixelAt(tools, movie.CenterPoint())) &&
+                            !IsGrey(ScreenPixelAt(tools, ToolBar::AreaOf(rawButton).CenterPoint())),
+                        L"its picture is grey, that of the other one is not");
+    Push(context, distanceButton);
+}
+
+// Moves the pointer, which stays where it is put: a window that it is not over forgets its tip.
+void PointAt(CWnd& window, CPoint pixel)
+{
+    window.ClientToScreen(&pixel);
+    SetCursorPos(pixel.x, pixel.y);
+}
+
+void Tips(TourContext& context)
+{
+    ToolBar& tools = context.window.OverImage().Tools();
+    for (int language = 0; language < 2; ++language) {
+        PointAt(tools, ToolBar::AreaOf(distanceButton).CenterPoint());
+        const bool held = ShowsTip(context, GetStr("exam.tip.distance"));
+        context.report.Step(held, L"a tip says what the button under the pointer does");
+        ScreenPicture(context, language ? L"tip-other-language" : L"tip", {0, 160, 520, 360});
+        PointAt(context.window, ScreenLayout::Panel().CenterPoint());
+        context.report.Step(context.WaitUntil([] { return !ShownTip(); }),
+                            L"and goes with the pointer");
+        context.window.NextLanguage();
+    }
+}
+
+void PanelTips(TourContext& context)
+{
+    ControlPanel& panel = context.controls.Panel();
+    const PanelButton& button = panel.Buttons().front();
+    PointAt(panel, button.area.CenterPoint());
+    context.report.Step(
+        ShowsTip(context, GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button")),
+        L"a tip on the control panel says how a button is worked");
+    ScreenPicture(context, L"panel-tip", {0, 700, 1024, 1024});
+    PointAt(context.window, ScreenLayout::Panel().CenterPoint());
+    context.report.Step(context.WaitUntil([] { return !ShownTip(); }), L"and goes, too");
+}
+
+// Where balloons stand: the lower right corner of the console's screen.
+CRect BalloonCorner()
+{
+    return {700, 620, 1280, 960};
+}
+
+void Balloons(TourContext& context)
+{
+    Push(context, rawButton); // ends the recording
+    context.report.Step(ShowsTip(context, context.window.Status()),
+                        L"a balloon says what was recorded");
+    ScreenPicture(context, L"balloon-finished", BalloonCorner());
+    context.window.NextLanguage();
+    AfxGetApp()->WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"no such codec");
+    Push(context, movieButton);
+    context.report.Step(!context.window.IsRecording() &&
+                            ShowsTip(context, GetStr("exam.record.nocodec", L"no such codec")),
+                        L"in the other language one says why nothing is recorded");
+    ScreenPicture(context, L"balloon-error", BalloonCorner());
+    RaiseNotice(NoticeKind::warning, GetStr("exam.record.broken", 12));
+    context.report.Step(ShowsTip(context, GetStr("exam.record.broken", 12)),
+                        L"a warning takes the place of the balloon before");
+    ScreenPicture(context, L"balloon-warning", BalloonCorner());
+    context.window.NextLanguage();
+}
+
+} // namespace
+
+void TourOverlays(TourContext& context)
+{
+    Indicators(context);
+    Buttons(context);
+    Tips(context);
+    PanelTips(context);
+    Balloons(context);
+    context.window.SetStatus(L"");
+}
+
+} // namespace exam

@@ -1,0 +1,158 @@
+// The windows over the image: what is recorded of them, and the tool bar's buttons.
+#include "overlay/Overlays.h"
+#include "record/PixelCanvas.h"
+
+#include <Utils_Statics/utilsExam.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+using namespace exam;
+
+CWinApp application(L"overlays_test");
+
+const CRect image(0, 0, 712, 692);
+
+class OverlaysTest : public testing::Test
+{
+protected:
+    OverlaysTest()
+    {
+        const std::wstring folder = utilsExam::GetApplicationPath().GetString();
+        qor_utils::SetStoreFolder(qor_utils::imagesStore, folder + L"sample\\images");
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_parent.CreateEx(0, nullptr, L"parent", WS_POPUP, image, nullptr, 0));
+        ASSERT_TRUE(m_overlays.Open(m_parent, image));
+    }
+
+    // The pixels of what a recording gets of the overlays, row by row.
+    std::vector<unsigned int> Recorded()
+    {
+        PixelCanvas canvas(image.Size());
+        m_overlays.DrawRecorded(canvas.Context());
+        std::vector<unsigned int> pixels;
+        canvas.Cut(image, pixels);
+        return pixels;
+    }
+
+    static bool IsBlack(const std::vector<unsigned int>& pixels, const CRect& part)
+    {
+        for (int y = part.top; y < part.bottom; ++y)
+            for (int x = part.left; x < part.right; ++x)
+                if (pixels[static_cast<std::size_t>(y * image.Width() + x)] & 0xFFFFFF)
+                    return false;
+        return true;
+    }
+
+    CRect AreaOf(CWnd& overlay)
+    {
+        CRect area;
+        overlay.GetWindowRect(&area);
+        m_parent.ScreenToClient(&area);
+        return area;
+    }
+
+    void Push(std::size_t button)
+    {
+        const CPoint middle = ToolBar::AreaOf(button).CenterPoint();
+        m_overlays.Tools().SendMessage(WM_LBUTTONDOWN, 0, MAKELPARAM(middle.x, middle.y));
+    }
+
+    GdiPlusSession m_gdiPlus;
+    Session m_session;
+    ImageView m_view;
+    ButtonForm m_form = ButtonForm::normal;
+    int m_pushed = 0;
+    CWnd m_parent;
+    Overlays m_overlays{
+        m_session,
+        m_view,
+        {{L"raw.png", "name", "tip", [this] { ++m_pushed; }, [this] { return m_form; }},
+         {L"missing.png", "name", "tip", [this] { m_pushed += 100; },
+          [] { return ButtonForm::framed; }}}};
+};
+
+} // namespace
+
+TEST_F(OverlaysTest, RecordsTheIndicatorsAndLeavesTheToolBarOut)
+{
+    const std::vector<unsigned int> pixels = Recorded();
+    EXPECT_TRUE(m_overlays.Dial().CanDrawOnAVI());
+    EXPECT_FALSE(IsBlack(pixels, AreaOf(m_overlays.Dial())));
+    EXPECT_FALSE(m_overlays.Tools().CanDrawOnAVI());
+    EXPECT_TRUE(IsBlack(pixels, AreaOf(m_overlays.Tools())));
+}
+
+TEST_F(OverlaysTest, RecordsOnlyTheShapeOfAnIndicator)
+{
+    const std::vector<unsigned int> pixels = Recorded();
+    const CRect dial = AreaOf(m_overlays.Dial());
+    EXPECT_TRUE(IsBlack(pixels, CRect(dial.TopLeft(), CSize(6, 6))));
+    EXPECT_TRUE(IsBlack(pixels, CRect(dial.BottomRight() - CPoint(6, 6), CSize(6, 6))));
+    EXPECT_FALSE(IsBlack(pixels, CRect(CPoint(dial.CenterPoint().x, dial.top), CSize(1, 4))));
+}
+
+TEST_F(OverlaysTest, RecordsNothingOfWindowsThatAreGone)
+{
+    m_parent.DestroyWindow();
+    EXPECT_TRUE(IsBlack(Recorded(), image));
+}
+
+TEST_F(OverlaysTest, PushesTheButtonThatIsHitUnlessItIsDisabled)
+{
+    Push(0);
+    EXPECT_EQ(m_pushed, 1);
+    Push(1);
+    EXPECT_EQ(m_pushed, 101);
+    m_form = ButtonForm::disabled;
+    Push(0);
+    EXPECT_EQ(m_pushed, 101);
+    const CPoint between(5, ToolBar::AreaOf(0).bottom + 2);
+    m_overlays.Tools().SendMessage(WM_LBUTTONDOWN, 0, MAKELPARAM(between.x, between.y));
+    EXPECT_EQ(m_pushed, 101);
+}
+
+TEST_F(OverlaysTest, LetsTheMouseThroughIndicatorsOnly)
+{
+    EXPECT_EQ(m_overlays.Dial().SendMessage(WM_NCHITTEST), HTTRANSPARENT);
+    CRect tools;
+    m_overlays.Tools().GetWindowRect(&tools);
+    EXPECT_EQ(m_overlays.Tools().SendMessage(
+                  WM_NCHITTEST, 0, MAKELPARAM(tools.CenterPoint().x, tools.CenterPoint().y)),
+              HTCLIENT);
+}
+
+TEST_F(OverlaysTest, DrawsDisabledPicturesGreyAndFramedOnesWithAFrame)
+{
+    const ButtonPicture picture(L"raw.png");
+    const CRect area(0, 0, 40, 40);
+    const auto drawn = [&](ButtonForm form) {
+        PixelCanvas canvas(area.Size());
+        picture.Draw(canvas.Context(), area, form);
+        std::vector<unsigned int> pixels;
+        canvas.Cut(area, pixels);
+        return pixels;
+    };
+    const auto isGrey = [](unsigned int pixel) {
+        return (pixel & 0xFF) == (pixel >> 8 & 0xFF) && (pixel & 0xFF) == (pixel >> 16 & 0xFF);
+    };
+    const std::vector<unsigned int> normal = drawn(ButtonForm::normal);
+    const std::vector<unsigned int> disabled = drawn(ButtonForm::disabled);
+    const std::vector<unsigned int> framed = drawn(ButtonForm::framed);
+    EXPECT_FALSE(std::all_of(normal.begin(), normal.end(), isGrey));
+    EXPECT_TRUE(std::all_of(disabled.begin(), disabled.end(), isGrey));
+    EXPECT_NE(disabled, std::vector<unsigned int>(disabled.size()));
+    EXPECT_EQ(normal[0] & 0xFFFFFF, 0u); // rounded
+    const std::size_t middleOfLeftEdge = 20 * 40;
+    EXPECT_GT(framed[middleOfLeftEdge] >> 16 & 0xFF, 200u); // the frame's colour is light
+    EXPECT_LT(normal[middleOfLeftEdge] >> 16 & 0xFF, 100u);
+}
