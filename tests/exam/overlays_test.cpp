@@ -97,7 +97,7 @@ TEST_F(OverlaysTest, RecordsOnlyTheShapeOfAnIndicator)
     const std::vector<unsigned int> pixels = Recorded();
     const CRect dial = AreaOf(m_overlays.Dial());
     EXPECT_TRUE(IsBlack(pixels, CRect(dial.TopLeft(), CSize(6, 6))));
-    EXPECT_TRUE(IsBlack(pixels, CRect(dial.BottomRight() - CPoint(6, 6), CSize(6, 6))));
+    EXPECT_TRUE(IsBlack(pixels, CRect(dial.BottomRight() - CSize(6, 6), CSize(6, 6))));
     EXPECT_FALSE(IsBlack(pixels, CRect(CPoint(dial.CenterPoint().x, dial.top), CSize(1, 4))));
 }
 

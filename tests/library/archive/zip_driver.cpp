@@ -18,6 +18,14 @@
 
 namespace {
 
+void PrintMemory()
+{
+    PROCESS_MEMORY_COUNTERS used = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &used, sizeof used);
+    std::printf("peak working set %lu KiB\n",
+                static_cast<unsigned long>(used.PeakWorkingSetSize / 1024));
+}
+
 int Pack(const wchar_t* archive, const wchar_t* basePath)
 {
     ZipCompress zip;
@@ -40,14 +48,6 @@ int Unpack(const wchar_t* archive, const char* password)
     std::printf("extracted %d and the last\n", extracted);
     PrintMemory();
     return 0;
-}
-
-void PrintMemory()
-{
-    PROCESS_MEMORY_COUNTERS used = {};
-    GetProcessMemoryInfo(GetCurrentProcess(), &used, sizeof used);
-    std::printf("peak working set %lu KiB\n",
-                static_cast<unsigned long>(used.PeakWorkingSetSize / 1024));
 }
 
 void PrintMessage(const qor_utils::LogMessage& message, void*)
