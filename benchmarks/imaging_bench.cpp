@@ -253,7 +253,7 @@ void ResizePlainly(benchmark::State& state)
                            Gdiplus::UnitPixel);
         HBITMAP bitmap = nullptr;
         scaled.GetHBITMAP(Gdiplus::Color(0xFF000000), &bitmap);
-        base::Bitmap(bitmap);
+        const base::Bitmap owned(bitmap);
     }
 }
 
