@@ -1,9 +1,15 @@
 # The kinds of target this project has, one function each.
 
-# project_module(NAME DESCRIPTION) What every DLL and program that is shipped has: a version
-# resource, and in release builds its debug information in a file of its own beside it, NAME.debug.
+# project_module(NAME DESCRIPTION [PRODUCT])
+#
+# What every DLL and program that is shipped has: a version resource, and in release builds its
+# debug information in a file of its own beside it, NAME.debug.
 function(project_module name description)
   set(DESCRIPTION ${description})
+  set(PRODUCT Utils_Statics)
+  if(ARGC GREATER 2)
+    set(PRODUCT ${ARGV2})
+  endif()
   set(FILE_NAME $<TARGET_FILE_NAME:${name}>)
   get_target_property(_type ${name} TYPE)
   set(FILE_TYPE VFT_DLL)
