@@ -17,6 +17,10 @@ class UTILS_STATICS_API MiniDumper
 public:
     /// Makes TopLevelFilter the process's filter of unhandled exceptions. Any number may be
     /// constructed, copied and destroyed; the filter stays.
+    ///
+    /// The constructing thread gets a reserve of stack for the filter (SetThreadStackGuarantee).
+    /// Another thread whose exhausted stack is to be reported has to get one itself: without it the
+    /// platform may end a thread before any filter runs.
     MiniDumper() noexcept;
 
     /// Writes the report of the first unhandled exception of the process, on the thread it occurred

@@ -1,6 +1,8 @@
 // A program that crashes, for the tests of the crash report.
 //   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
 //     [--late-log FOLDER] [--bare yes] [--dump no]
+//   crash_child stack-left               ends with 0 when the platform leaves a filter enough of a
+//                                        full stack to hand the report over to another thread
 // KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
 // bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
 // handler was made; --bare makes none; --dump no spares the memory dump, which takes a platform
@@ -122,6 +124,8 @@ std::string s_kind;
 
 DWORD WINAPI CrashOnThread(void*)
 {
+    ULONG spareStack = 64 * 1024; // without it not every platform calls a filter on a full stack
+    SetThreadStackGuarantee(&spareStack);
     Crash(s_kind);
     return 0;
 }
@@ -138,6 +142,36 @@ void SpareTheDump()
         reinterpret_cast<void*>(&WriteNoDump));
 }
 
+HANDLE s_isMeasured = nullptr;
+std::uintptr_t s_stackLeft = 0;
+
+LONG WINAPI MeasureStack(EXCEPTION_POINTERS*)
+{
+    const char here = 0;
+    MEMORY_BASIC_INFORMATION stack = {};
+    VirtualQuery(&here, &stack, sizeof stack);
+    s_stackLeft = reinterpret_cast<std::uintptr_t>(&here) -
+                  reinterpret_cast<std::uintptr_t>(stack.AllocationBase);
+    SetEvent(s_isMeasured);
+    Sleep(INFINITE);
+    return 0;
+}
+
+// Not every platform keeps the reserve that SetThreadStackGuarantee asks for.
+int CheckStackLeft()
+{
+    constexpr std::uintptr_t needed = 5 * 1024;
+    s_isMeasured = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    SetUnhandledExceptionFilter(MeasureStack);
+    s_kind = "stack-overflow";
+    const base::Thread thread(CreateThread(nullptr, 1048576, CrashOnThread, nullptr,
+                                           STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+    WaitForSingleObject(s_isMeasured, 10'000);
+    std::printf("%llu bytes\n", static_cast<unsigned long long>(s_stackLeft));
+    std::fflush(stdout);
+    ExitProcess(s_stackLeft >= needed ? 0 : 1);
+}
+
 std::wstring Option(std::map<std::wstring, std::wstring>& options, const wchar_t* name)
 {
     return options[name];
@@ -152,6 +186,7 @@ int wmain(int count, wchar_t** arguments)
     for (int i = 2; i + 1 < count; i += 2)
         options[arguments[i]] = arguments[i + 1];
     s_kind = base::Utf8FromWide(arguments[1]);
+    if (s_kind == "stack-left") return CheckStackLeft();
 
     if (const std::wstring log = Option(options, L"--log"); !log.empty())
         qor_utils::SetLogDirectory(log);

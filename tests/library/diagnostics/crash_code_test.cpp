@@ -69,6 +69,8 @@ TEST_P(CrashCode, IsReportedByItsName)
 {
     const KnownCode& known = GetParam();
     const std::wstring kind(known.kind, known.kind + std::strlen(known.kind));
+    if (kind == L"stack-overflow" && !HasFilterOfAFullStack())
+        GTEST_SKIP() << "the platform leaves the filter no stack, whatever was reserved";
     ASSERT_TRUE(Crash(kind, IsDumped(known) ? L"" : withoutDump));
     const LONG count = TheFacts().count;
     ASSERT_GE(count, 1);

@@ -41,6 +41,9 @@ protected:
     // The same, with the usual log folder and facts.
     bool Crash(const std::wstring& kind, const std::wstring& more = {});
 
+    // Whether the platform leaves a filter enough of a full stack to do anything.
+    bool HasFilterOfAFullStack() { return Run(L"stack-left") && m_exitCode == 0; }
+
     // Whether the reporter is started within its time. Asked only when it should be, or to see a
     // moment that it is not.
     bool IsReporterStarted(DWORD milliseconds = 20'000) const;
