@@ -16,6 +16,8 @@
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 
+#include <array>
+
 namespace exam {
 
 namespace {
@@ -49,7 +51,7 @@ StatusDisplay::~StatusDisplay()
 
 bool StatusDisplay::Open()
 {
-    IStatusItem* const items[] = {
+    const std::array<IStatusItem*, 8> items = {
         CStatusNetwork::getInstance(),   CStatusWireless::getInstance(),
         CStatusBurning::getInstance(),   CStatusFtpTransfer::getInstance(),
         CStatusGps::getInstance(),       CStatusRecording::getInstance(),

@@ -68,27 +68,35 @@ void StatusPage::Open(CWnd& owner)
     if (!CreateEx(0, windowClass, GetStr("exam.status.title"), WS_POPUP | WS_CLIPCHILDREN,
                   CRect(place, size), &owner, 0))
         return;
-    CreateSwitches();
+    if (!CreateSwitches()) {
+        DestroyWindow();
+        return;
+    }
     utilsExam::ChangeDialogFont(this, &m_font, FALSE);
     ShowStates();
     ShowWindow(SW_SHOW);
 }
 
-void StatusPage::CreateSwitches()
+// False when the platform refuses one.
+bool StatusPage::CreateSwitches()
 {
-    for (std::size_t line = 0; line < m_shown.size(); ++line)
-        CreateSwitch(static_cast<int>(line), Place(0, static_cast<int>(line)));
-    for (std::size_t line = 0; line < m_simulated.size(); ++line)
-        CreateSwitch(static_cast<int>(m_shown.size() + line), Place(1, static_cast<int>(line)));
+    const auto shown = static_cast<int>(m_shown.size());
+    const auto simulated = static_cast<int>(m_simulated.size());
+    bool created = true;
+    for (int line = 0; line < shown; ++line)
+        created = CreateSwitch(line, Place(0, line)) && created;
+    for (int line = 0; line < simulated; ++line)
+        created = CreateSwitch(shown + line, Place(1, line)) && created;
+    return created;
 }
 
-void StatusPage::CreateSwitch(int index, const CPoint& place)
+bool StatusPage::CreateSwitch(int index, const CPoint& place)
 {
-    ::CreateWindowEx(0, L"BUTTON", GetStr(Switch(index).text),
-                     WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
-                     columnWidth - margin, lineHeight, GetSafeHwnd(),
-                     reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr,
-                     nullptr);
+    return ::CreateWindowEx(0, L"BUTTON", GetStr(Switch(index).text),
+                            WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
+                            columnWidth - margin, lineHeight, GetSafeHwnd(),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr,
+                            nullptr) != nullptr;
 }
 
 const PageSwitch& StatusPage::Switch(int index) const

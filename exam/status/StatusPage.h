@@ -40,8 +40,8 @@ protected:
 
 private:
     const PageSwitch& Switch(int index) const;
-    void CreateSwitches();
-    void CreateSwitch(int index, const CPoint& place);
+    bool CreateSwitches();
+    bool CreateSwitch(int index, const CPoint& place);
     void ShowStates();
 
     std::vector<PageSwitch> m_shown;
