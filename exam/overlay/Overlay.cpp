@@ -10,7 +10,9 @@ END_MESSAGE_MAP()
 
 bool Overlay::Open(CWnd& parent, const CRect& image)
 {
-    return Create(WS_CHILD | WS_VISIBLE, 0, &parent, AreaOver(image), 0, CString()) != 0;
+    // Transparent, so that the parent paints below it even where it clips its children.
+    return Create(WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, &parent, AreaOver(image), 0,
+                  CString()) != 0;
 }
 
 void Overlay::PlaceOver(const CRect& image)

@@ -17,6 +17,12 @@ bool Overlays::Open(CWnd& parent, const CRect& image)
                        [&](Overlay* overlay) { return overlay->Open(parent, image); });
 }
 
+void Overlays::Refresh()
+{
+    for (Overlay* const overlay : All())
+        overlay->Refresh();
+}
+
 void Overlays::DrawRecorded(CDC& picture)
 {
     for (Overlay* const overlay : All())

@@ -20,6 +20,9 @@ public:
     /// when the platform refuses.
     bool Open(CWnd& parent, const CRect& image);
 
+    /// Has all of them paint what they show now.
+    void Refresh();
+
     /// Draws those that belong into recordings onto a picture of the parent's client area.
     void DrawRecorded(CDC& picture);
 

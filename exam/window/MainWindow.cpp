@@ -100,7 +100,8 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     if (type == stateImageChanged && !m_session.IsEmpty()) ShowFrame();
     if (!GetSafeHwnd()) return;
     if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
-    RedrawWindow(nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN); // it shows below what is over it
+    Invalidate(FALSE);
+    m_overlays.Refresh(); // the image is painted below them
 }
 
 void MainWindow::ShowFrame()
