@@ -11,9 +11,9 @@
 /// of the window goes on showing what lies beneath. The owner creates, places and destroys the
 /// object, on its window's thread.
 ///
-/// What lies beneath is the owner's to keep: a window that is masked needs a parent without
-/// WS_CLIPCHILDREN, and after it was moved or its shape changed, the parent has to be repainted
-/// where it was (RDW_INVALIDATE | RDW_ALLCHILDREN; move with SWP_NOCOPYBITS).
+/// What lies beneath is the owner's to keep: a window that is masked needs WS_EX_TRANSPARENT, or a
+/// parent without WS_CLIPCHILDREN, and after it was moved or its shape changed, the parent has to
+/// be repainted where it was (RDW_INVALIDATE | RDW_ALLCHILDREN; move with SWP_NOCOPYBITS).
 class UTILS_STATICS_API CBufferedWnd : public CWnd
 {
 public:

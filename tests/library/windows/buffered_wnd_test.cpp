@@ -254,6 +254,24 @@ TEST_F(BufferedWndTest, ShowsWhatLiesBeneathAtItsNewPlace)
     EXPECT_EQ(Differences(m_parent.Screen(), Expected(place, false)), 0);
 }
 
+TEST_F(BufferedWndTest, ShowsAParentThatClipsItsChildrenWhenItIsTransparent)
+{
+    m_parent.ModifyStyle(0, WS_CLIPCHILDREN);
+    {
+        Overlay overlay;
+        ASSERT_NE(overlay.Create(WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, &m_parent, place, 7,
+                                 L"overlay"),
+                  0);
+        m_parent.PaintAll();
+        EXPECT_EQ(Differences(m_parent.Screen(), Expected(place, false)), 0);
+        const CRect moved(CPoint(130, 90), place.Size());
+        overlay.PlaceOver(moved);
+        m_parent.PaintAll();
+        EXPECT_EQ(Differences(m_parent.Screen(), Expected(moved, false)), 0);
+    }
+    m_parent.ModifyStyle(WS_CLIPCHILDREN, 0);
+}
+
 TEST_F(BufferedWndTest, ClipsAtTheEdgeOfItsParent)
 {
     Overlay overlay;
