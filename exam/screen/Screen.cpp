@@ -61,6 +61,9 @@ void DrawScreen(CDC& dc, const ScreenContent& content)
         DrawBar(dc, ScreenLayout::Header(), GetStr("exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
+    // The row is a window of its own; movies, which have none, show its place empty.
+    const CRect row = ScreenLayout::StatusRow();
+    dc.FillSolidRect(&row, palette::header);
     const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
     DrawImageArea(dc, content);
     DrawPanel(dc, content);

@@ -107,12 +107,16 @@ void Streaming(TourContext& context, StatusDisplay& status)
     context.Picture(L"status-streaming");
     CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
     const int lit = PaintedWidth(status);
-    context.Picture(L"status-disk-lit");
-    const unsigned repaints = status.Row().Repaints();
-    context.report.Step(context.WaitUntil([&] { return status.Row().Repaints() > repaints; }),
-                        L"the blinking asks for a repaint by itself");
-    context.report.Step(PaintedWidth(status) == lit, L"the row stands still while it blinks");
+    // Each picture is taken at the beginning of its second.
+    const auto blinks = [&] {
+        const unsigned repaints = status.Row().Repaints();
+        return context.WaitUntil([&] { return status.Row().Repaints() > repaints; });
+    };
+    context.report.Step(blinks(), L"the blinking asks for a repaint by itself");
     context.Picture(L"status-disk-dark");
+    context.report.Step(PaintedWidth(status) == lit, L"the row stands still while it blinks");
+    context.report.Step(blinks(), L"and lights up again");
+    context.Picture(L"status-disk-lit");
     CStatusStreaming::setState(CStatusStreaming::StreamingOff);
 }
 
