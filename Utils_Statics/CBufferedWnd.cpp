@@ -32,9 +32,11 @@ END_MESSAGE_MAP()
 // The members go in the reverse order of their declaration: the buffer first.
 CBufferedWnd::~CBufferedWnd() = default;
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): contract
+// The name is passed by value: contract.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 int CBufferedWnd::Create(unsigned long style, unsigned long exStyle, CWnd* parent, CRect rect,
                          unsigned int id, CString name)
+// NOLINTEND(performance-unnecessary-value-param)
 {
     return CWnd::CreateEx(exStyle, nullptr, name, style, rect, parent, id);
 }

@@ -31,7 +31,8 @@ void CStringArray::Copy(const CStringArray& source)
 
 void CStringArray::InsertAt(INT_PTR index, const CString& text, INT_PTR count)
 {
-    const CString copy(text);
+    // The text may lie in an element that moves.
+    const CString copy(text); // NOLINT(performance-unnecessary-copy-initialization)
     if (index > GetSize()) SetSize(index);
     m_items.insert(m_items.begin() + index, static_cast<size_t>(std::max<INT_PTR>(count, 0)), copy);
 }

@@ -43,7 +43,7 @@ std::optional<long> Number(const wchar_t* text)
 // there is none.
 CString StoredQuality(CWinApp& app)
 {
-    const CString text = app.GetProfileString(section, qualityEntry, L"");
+    CString text = app.GetProfileString(section, qualityEntry, L"");
     if (!text.IsEmpty()) return text;
     constexpr int absent = -1;
     const int number = static_cast<int>(app.GetProfileInt(section, qualityEntry, absent));

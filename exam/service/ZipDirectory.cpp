@@ -17,7 +17,7 @@ constexpr std::size_t longestComment = 0xFFFF;
 constexpr std::size_t wideLocatorSize = 20; // stands before it in an archive with wide fields
 constexpr std::size_t wideEndSize = 56;
 constexpr std::size_t entrySize = 46;
-constexpr std::uint64_t largestDirectory = 256 * 1024 * 1024;
+constexpr std::uint64_t largestDirectory = 0x10000000; // 256 MiB
 
 // Bytes of an archive. A number that lies beyond them is 0.
 class Bytes

@@ -62,7 +62,8 @@ void NetworkSimulator::Answer()
     m_server.SetAnswer(L"SELECT * FROM MSNdis_MediaConnectStatus WHERE InstanceName NOT LIKE "
                        L"%%Wireless%%",
                        {Media(wiredName, m_wired)});
-    Objects wireless, signal;
+    Objects wireless;
+    Objects signal;
     Objects adapters = {{{L"InstanceName", wiredName}}};
     if (m_hasWireless) {
         adapters.push_back({{L"InstanceName", wirelessName}});

@@ -9,9 +9,9 @@ namespace {
 constexpr int sensorVersion = 2;
 
 // 0 to 1 in one period, and back to 0 in the next.
-double ToAndFro(double time, double period)
+double ToAndFro(double seconds, double period)
 {
-    const double phase = std::fmod(time, 2 * period) / period;
+    const double phase = std::fmod(seconds, 2 * period) / period;
     return phase <= 1 ? phase : 2 - phase;
 }
 
@@ -19,8 +19,8 @@ double ToAndFro(double time, double period)
 
 CStatusProbeSensor::SensorData ProbeSimulator::ReadingAt(double seconds)
 {
-    return {true, coldest + (hottest - coldest) * ToAndFro(seconds, heatingTime),
-            180 * ToAndFro(seconds, turningTime), 0, sensorVersion};
+    return {true, coldest + (hottest - coldest) * ToAndFro(seconds, heatingPeriod),
+            180 * ToAndFro(seconds, turningPeriod), 0, sensorVersion};
 }
 
 void ProbeSimulator::Plug(bool plugged)

@@ -9,10 +9,10 @@ namespace exam {
 class ProbeSimulator
 {
 public:
-    static constexpr double coldest = 36.0;     ///< degrees Celsius
-    static constexpr double hottest = 40.4;     ///< degrees Celsius
-    static constexpr double heatingTime = 30.0; ///< seconds from the one to the other
-    static constexpr double turningTime = 8.0;  ///< seconds from 0 to 180 degrees
+    static constexpr double coldest = 36.0;       ///< degrees Celsius
+    static constexpr double hottest = 40.4;       ///< degrees Celsius
+    static constexpr double heatingPeriod = 30.0; ///< seconds from the one to the other
+    static constexpr double turningPeriod = 8.0;  ///< seconds from 0 to 180 degrees
 
     /// The reading at a time in seconds, counted from the coldest.
     static CStatusProbeSensor::SensorData ReadingAt(double seconds);

@@ -170,7 +170,7 @@ void StatusPage::OnPaint()
 
 LRESULT StatusPage::OnControlColour(WPARAM dc, LPARAM)
 {
-    const auto context = reinterpret_cast<HDC>(dc);
+    auto* const context = reinterpret_cast<HDC>(dc);
     SetTextColor(context, palette::text);
     SetBkColor(context, palette::panel);
     return reinterpret_cast<LRESULT>(m_background.GetSafeHandle());

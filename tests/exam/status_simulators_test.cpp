@@ -24,7 +24,7 @@ using exam::ProbeSimulator;
 
 TEST(ProbeSimulator, WarmsUpAndCoolsDownAgain)
 {
-    constexpr double time = ProbeSimulator::heatingTime;
+    constexpr double time = ProbeSimulator::heatingPeriod;
     const auto temperature = [](double seconds) {
         return ProbeSimulator::ReadingAt(seconds).temperature;
     };
@@ -52,7 +52,7 @@ TEST(ProbeSimulator, TurnsToAndFroWithoutLeavingTheGauge)
         ASSERT_TRUE(reading.isSensorSupported);
         ASSERT_GE(reading.muxVersion, 2);
     }
-    EXPECT_NEAR(ProbeSimulator::ReadingAt(ProbeSimulator::turningTime / 2).angle, 90, 1e-9);
+    EXPECT_NEAR(ProbeSimulator::ReadingAt(ProbeSimulator::turningPeriod / 2).angle, 90, 1e-9);
 }
 
 TEST(ProbeSimulator, ShowsItsReadingOnlyWhilePluggedIn)
