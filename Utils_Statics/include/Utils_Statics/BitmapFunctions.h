@@ -121,7 +121,7 @@ UTILS_STATICS_API Gdiplus::Status CreateRoundRect(Gdiplus::GraphicsPath& path, f
 /// The blend says how: `count` pairs of a factor and its position, both 0 to 1, as GDI+ takes them
 /// for a path gradient; position 0 (the first) is the edge, 1 (the last) the middle. A factor of 0
 /// is transparent. Null when GDI+ refuses the blend, which it does for a `count` whose last
-/// position is not 1, and for a radius beyond a million.
+/// position is not 1, and for a radius beyond 10,000.
 UTILS_STATICS_API Gdiplus::Bitmap* CreateRoundedBitmap(Gdiplus::Bitmap* source, float radius,
                                                        const float* blendFactors,
                                                        const float* blendPositions, int count);

@@ -281,9 +281,9 @@ TEST_F(FrameTest, WorksOnASourceWhosePixelsGdiPlusDoesNotLendOut)
 TEST_F(FrameTest, RefusesARadiusThatIsNone)
 {
     const Image source = ImageOf(20, 20, Picture(20, 20));
-    for (const float radius : {1.1e6F, -1.1e6F, 1e30F, INFINITY, -INFINITY, NAN})
+    for (const float radius : {1.1e4F, -1.1e4F, 1e30F, INFINITY, -INFINITY, NAN})
         EXPECT_EQ(CreateRoundedBitmap(source.get(), radius, linear, ends, 2), nullptr) << radius;
-    for (const float radius : {0.0F, -5.0F, 10.0F, 1000.0F, 1e6F}) {
+    for (const float radius : {0.0F, -5.0F, 10.0F, 1000.0F, 1e4F, -1e4F}) {
         const Image rounded(CreateRoundedBitmap(source.get(), radius, linear, ends, 2));
         EXPECT_TRUE(!rounded || rounded->GetWidth() == 20u) << radius;
     }
