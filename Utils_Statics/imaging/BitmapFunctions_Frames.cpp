@@ -45,7 +45,7 @@ bool FillGradient(Gdiplus::Graphics& graphics, const Gdiplus::Rect& all,
 // Not every implementation of GDI+ comes to an end with larger curves, or with none.
 bool IsRadius(float radius)
 {
-    constexpr float largest = 1e4F; // pixels
+    constexpr float largest = 1e4F;     // pixels
     return std::abs(radius) <= largest; // NaN is not
 }
 

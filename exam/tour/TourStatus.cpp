@@ -1,6 +1,7 @@
 // The last station: the status row.
 #include "tour/TourStatus.h"
 
+#include "base/Palette.h"
 #include "status/StatusSettings.h"
 #include "window/Capture.h"
 
@@ -33,6 +34,18 @@ int PaintedWidth(StatusDisplay& status)
     CRect area;
     status.Row().GetClientRect(&area);
     return area.Width() - status.Row().PaintedFrom();
+}
+
+// Whether the icon at the left end of the row is drawn, as it is seen.
+bool IsLeftmostLit(StatusDisplay& status)
+{
+    constexpr int iconWidth = 24;
+    CClientDC dc(&status.Row());
+    const int from = status.Row().PaintedFrom();
+    for (int x = from; x < from + iconWidth; x += 2)
+        for (int y = 12; y < 32; y += 2)
+            if (dc.GetPixel(x, y) != palette::header) return true;
+    return false;
 }
 
 void Settings(TourContext& context, StatusDisplay& status)
@@ -108,14 +121,12 @@ void Streaming(TourContext& context, StatusDisplay& status)
     CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
     const int lit = PaintedWidth(status);
     // Each picture is taken at the beginning of its second.
-    const auto blinks = [&] {
-        const unsigned repaints = status.Row().Repaints();
-        return context.WaitUntil([&] { return status.Row().Repaints() > repaints; });
-    };
-    context.report.Step(blinks(), L"the blinking asks for a repaint by itself");
+    context.report.Step(context.WaitUntil([&] { return !IsLeftmostLit(status); }),
+                        L"the blinking goes dark by itself");
     context.Picture(L"status-disk-dark");
     context.report.Step(PaintedWidth(status) == lit, L"the row stands still while it blinks");
-    context.report.Step(blinks(), L"and lights up again");
+    context.report.Step(context.WaitUntil([&] { return IsLeftmostLit(status); }),
+                        L"and lights up again");
     context.Picture(L"status-disk-lit");
     CStatusStreaming::setState(CStatusStreaming::StreamingOff);
 }
