@@ -159,9 +159,9 @@ void ArrayBounds()
         static_cast<char*>(VirtualAlloc(nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
     char* const top = memory + size - 256;
 #ifdef _WIN64
-    asm volatile("movq %0, %%rsp; ud2" : : "r"(top) : "memory");
+    asm volatile("movq %0, %%rsp; ud1 %%eax, %%eax" : : "r"(top) : "memory");
 #else
-    asm volatile("movl %0, %%esp; ud2" : : "r"(top) : "memory");
+    asm volatile("movl %0, %%esp; ud1 %%eax, %%eax" : : "r"(top) : "memory");
 #endif
 }
 
@@ -300,7 +300,7 @@ constexpr Kind kinds[] = {
     {"write", Write},
     {"execute", Execute},
     {"guard-page", ExecuteGuardPage},
-    {"illegal", [] { asm volatile("ud2"); }},
+    {"illegal", [] { asm volatile("ud1 %eax, %eax"); }},
     {"privileged", [] { asm volatile("hlt"); }},
     {"breakpoint", [] { asm volatile("int3"); }},
     {"divide", Divide},

@@ -126,6 +126,14 @@ void PrintAccess(const EXCEPTION_RECORD& record)
     line.Print();
 }
 
+// The instruction that the compiler makes the checks of undefined behaviour end in. A program that
+// wants to meet an illegal one itself takes another.
+bool IsCompilersTrap(const void* address)
+{
+    const auto* const bytes = static_cast<const unsigned char*>(address);
+    return bytes[0] == 0x0F && bytes[1] == 0x0B;
+}
+
 LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
 {
     const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
@@ -133,7 +141,8 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
         record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2 &&
         s_region.Contains(reinterpret_cast<const void*>(record.ExceptionInformation[1]));
     const bool trap = record.ExceptionCode == static_cast<DWORD>(EXCEPTION_ILLEGAL_INSTRUCTION) &&
-                      IsOfProgram(ModuleOf(record.ExceptionAddress));
+                      IsOfProgram(ModuleOf(record.ExceptionAddress)) &&
+                      IsCompilersTrap(record.ExceptionAddress);
     if (!guarded && !trap) return EXCEPTION_CONTINUE_SEARCH;
 
     if (guarded)
