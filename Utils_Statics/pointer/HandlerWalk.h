@@ -20,7 +20,7 @@ public:
     // From position `first` up to, not including, position `end`. `registered` outlives the walk.
     explicit HandlerWalk(const std::vector<IMouseHandler*>& registered, std::size_t first = 0,
                          std::size_t end = toTheEnd)
-        : m_registered(registered),
+        : m_registered(registered), m_first(first),
           m_handlers(registered.begin() + static_cast<std::ptrdiff_t>(first),
                      registered.begin() +
                          static_cast<std::ptrdiff_t>(std::min(end, registered.size()))),
@@ -36,7 +36,7 @@ public:
     bool Next()
     {
         while (m_next < m_handlers.size())
-            if (IsRegistered(m_handlers[m_next++])) return true;
+            if (IsRegistered(m_next++)) return true;
         return false;
     }
 
@@ -52,13 +52,18 @@ public:
     }
 
 private:
-    bool IsRegistered(const IMouseHandler* handler) const
+    bool IsRegistered(std::size_t index) const
     {
-        return handler &&
-               std::find(m_registered.begin(), m_registered.end(), handler) != m_registered.end();
+        const IMouseHandler* const handler = m_handlers[index];
+        if (!handler) return false;
+        // Where it was, unless the list has changed.
+        const std::size_t place = m_first + index;
+        if (place < m_registered.size() && m_registered[place] == handler) return true;
+        return std::find(m_registered.begin(), m_registered.end(), handler) != m_registered.end();
     }
 
     const std::vector<IMouseHandler*>& m_registered;
+    const std::size_t m_first;
     std::vector<IMouseHandler*> m_handlers; // null: destroyed
     std::size_t m_next = 0;
     HandlerWalk* m_older;
