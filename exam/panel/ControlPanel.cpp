@@ -1,5 +1,6 @@
 #include "panel/ControlPanel.h"
 
+#include "base/BufferedPaint.h"
 #include "base/Palette.h"
 #include "base/ScopedFont.h"
 #include "base/StateChanges.h"
@@ -9,7 +10,6 @@
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/GetStr.h>
 #include <base/Encoding.h>
-#include <base/GdiHandles.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -128,14 +128,8 @@ BOOL ControlPanel::OnEraseBkgnd(CDC*)
 
 void ControlPanel::OnPaint()
 {
-    CPaintDC window(this);
-    CDC memory;
-    CBitmap bitmap;
-    memory.CreateCompatibleDC(&window);
-    bitmap.CreateCompatibleBitmap(&window, PanelGrid::width, PanelGrid::height);
-    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
-    Draw(memory);
-    window.BitBlt(0, 0, PanelGrid::width, PanelGrid::height, &memory, 0, 0, SRCCOPY);
+    BufferedPaint paint(*this, CSize(PanelGrid::width, PanelGrid::height));
+    Draw(paint.Context());
 }
 
 void ControlPanel::Draw(CDC& dc) const

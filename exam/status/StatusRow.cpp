@@ -1,5 +1,6 @@
 #include "status/StatusRow.h"
 
+#include "base/BufferedPaint.h"
 #include "base/GdiPlusSession.h"
 #include "base/Palette.h"
 #include "base/ScopedFont.h"
@@ -10,7 +11,6 @@
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/IStatusItem.h>
-#include <base/GdiHandles.h>
 
 #include <atomic>
 #include <utility>
@@ -134,16 +134,10 @@ BOOL StatusRow::OnEraseBkgnd(CDC*)
 
 void StatusRow::OnPaint()
 {
-    CPaintDC window(this);
     CRect area;
     GetClientRect(&area);
-    CDC memory;
-    CBitmap bitmap;
-    memory.CreateCompatibleDC(&window);
-    bitmap.CreateCompatibleBitmap(&window, area.Width(), area.Height());
-    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
-    Paint(memory, area);
-    window.BitBlt(0, 0, area.Width(), area.Height(), &memory, 0, 0, SRCCOPY);
+    BufferedPaint paint(*this, area.Size());
+    Paint(paint.Context(), area);
 }
 
 void StatusRow::Paint(CDC& dc, const CRect& area)

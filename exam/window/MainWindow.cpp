@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "base/BufferedPaint.h"
 #include "base/Resources.h"
 #include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
@@ -10,7 +11,6 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
-#include <base/GdiHandles.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
@@ -125,14 +125,8 @@ BOOL MainWindow::OnEraseBkgnd(CDC*)
 
 void MainWindow::OnPaint()
 {
-    CPaintDC window(this);
-    CDC memory;
-    CBitmap bitmap;
-    memory.CreateCompatibleDC(&window);
-    bitmap.CreateCompatibleBitmap(&window, ScreenLayout::width, ScreenLayout::height);
-    const base::Selection selection(memory.GetSafeHdc(), bitmap.GetSafeHandle());
-    DrawScreen(memory, m_content);
-    window.BitBlt(0, 0, ScreenLayout::width, ScreenLayout::height, &memory, 0, 0, SRCCOPY);
+    BufferedPaint paint(*this, CSize(ScreenLayout::width, ScreenLayout::height));
+    DrawScreen(paint.Context(), m_content);
 }
 
 void MainWindow::ToggleTool(ImageTool& tool)

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <afxwin.h>
+#include <base/GdiHandles.h>
+
+namespace exam {
+
+// Answers WM_PAINT without flicker: what is drawn into Context() comes to the window in one go, at
+// the end of this object's life. The window outlives it.
+class BufferedPaint
+{
+public:
+    BufferedPaint(CWnd& window, CSize size)
+        : m_window(&window), m_size(size), m_selection(MakeContext(), MakeBitmap())
+    {
+    }
+    ~BufferedPaint() { m_window.BitBlt(0, 0, m_size.cx, m_size.cy, &m_context, 0, 0, SRCCOPY); }
+    BufferedPaint(const BufferedPaint&) = delete;
+    BufferedPaint& operator=(const BufferedPaint&) = delete;
+
+    CDC& Context() { return m_context; }
+
+private:
+    HDC MakeContext()
+    {
+        m_context.CreateCompatibleDC(&m_window);
+        return m_context.GetSafeHdc();
+    }
+    HGDIOBJ MakeBitmap()
+    {
+        m_bitmap.CreateCompatibleBitmap(&m_window, m_size.cx, m_size.cy);
+        return m_bitmap.GetSafeHandle();
+    }
+
+    CPaintDC m_window;
+    CSize m_size;
+    CDC m_context;
+    CBitmap m_bitmap;
+    base::Selection m_selection; // made of the members above
+};
+
+} // namespace exam
