@@ -100,12 +100,11 @@ bool StartReporter(const CrashFiles& files) noexcept
     startup.dwFlags = STARTF_USESHOWWINDOW;
     startup.wShowWindow = SW_SHOW;
     PROCESS_INFORMATION started = {};
-    if (!CreateProcessW(reporter.Text(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        nullptr, &startup, &started))
-        return false;
-    CloseHandle(started.hThread);
-    CloseHandle(started.hProcess);
-    return true;
+    const bool isStarted = CreateProcessW(reporter.Text(), command.data(), nullptr, nullptr, FALSE,
+                                          0, nullptr, nullptr, &startup, &started);
+    const base::Thread thread(started.hThread);
+    const base::Process process(started.hProcess);
+    return isStarted;
 }
 
 } // namespace utils_statics

@@ -2,6 +2,7 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
+#include <base/GdiHandles.h>
 
 namespace {
 
@@ -32,10 +33,9 @@ TRIVERTEX Vertex(int x, int y, COLORREF colour)
 void DrawLine(CDC& dc, POINT from, POINT to, COLORREF colour)
 {
     CPen pen(PS_SOLID, 1, colour);
-    CPen* const before = dc.SelectObject(&pen);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
     dc.MoveTo(from);
     dc.LineTo(to);
-    dc.SelectObject(before);
 }
 
 void DrawBlackColumn(CDC& dc, int x, const CRect& rect)
