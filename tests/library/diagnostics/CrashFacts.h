@@ -26,4 +26,24 @@ struct Facts
     ExceptionFacts exceptions[4];
 };
 
+#ifdef _WIN64
+inline std::uintptr_t CodePointer(const CONTEXT& context)
+{
+    return context.Rip;
+}
+inline std::uintptr_t StackPointer(const CONTEXT& context)
+{
+    return context.Rsp;
+}
+#else
+inline std::uintptr_t CodePointer(const CONTEXT& context)
+{
+    return context.Eip;
+}
+inline std::uintptr_t StackPointer(const CONTEXT& context)
+{
+    return context.Esp;
+}
+#endif
+
 } // namespace crash_test

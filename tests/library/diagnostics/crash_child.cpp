@@ -41,21 +41,12 @@ Facts* MapFacts(const std::wstring& path)
     return static_cast<Facts*>(MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(Facts)));
 }
 
-std::uintptr_t CodeOf(const CONTEXT& context)
-{
-#ifdef _WIN64
-    return context.Rip;
-#else
-    return context.Eip;
-#endif
-}
-
 // What can be read of the code that was running, without touching what guards something.
 void CopyCode(ExceptionFacts& facts)
 {
     for (std::uint8_t& byte : facts.bytes) {
         auto* const address =
-            reinterpret_cast<std::uint8_t*>(CodeOf(facts.context)) + facts.byteCount;
+            reinterpret_cast<std::uint8_t*>(CodePointer(facts.context)) + facts.byteCount;
         MEMORY_BASIC_INFORMATION region = {};
         VirtualQuery(address, &region, sizeof region);
         if (region.State != MEM_COMMIT || (region.Protect & (PAGE_GUARD | PAGE_NOACCESS))) return;

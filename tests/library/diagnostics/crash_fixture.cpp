@@ -59,25 +59,7 @@ long long LocalSeconds(const FILETIME& utc)
            10'000'000;
 }
 
-std::uint64_t Instruction(const CONTEXT& context)
-{
-#ifdef _WIN64
-    return context.Rip;
-#else
-    return context.Eip;
-#endif
-}
-
 } // namespace
-
-std::uint64_t StackPointer(const CONTEXT& context)
-{
-#ifdef _WIN64
-    return context.Rsp;
-#else
-    return context.Esp;
-#endif
-}
 
 CrashTest::CrashTest() : m_searchPath(EnvironmentText(L"PATH")), m_begin(Now())
 {
@@ -220,7 +202,7 @@ void CrashTest::ExpectException(const Report& report, const ExceptionFacts& fact
     EXPECT_EQ(report.process, L"crash_child");
     EXPECT_EQ(report.code, facts.code);
     EXPECT_EQ(report.segment, LOWORD(facts.context.SegCs)) << "a selector has 16 bits";
-    EXPECT_EQ(report.instruction, Instruction(facts.context));
+    EXPECT_EQ(report.instruction, CodePointer(facts.context));
     const bool isViolation = facts.code == STATUS_ACCESS_VIOLATION && facts.parameterCount >= 2;
     EXPECT_EQ(report.violation.has_value(), isViolation);
     if (isViolation && report.violation) {

@@ -22,8 +22,6 @@ struct KnownModule
     std::wstring path;
 };
 
-std::uint64_t StackPointer(const CONTEXT& context);
-
 // Runs children that really crash, in a folder of their own: app\ has the program and what stands
 // in for the crash reporter, log\ is the log folder.
 class CrashTest : public testing::Test
