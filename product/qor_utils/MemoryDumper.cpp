@@ -1,6 +1,6 @@
 #include "qor_utils/MemoryDumper.h"
 
-#include "DumpFunction.h"
+#include "DumpLibrary.h"
 #include "DumpProcess.h"
 
 #include <base/Handles.h>
@@ -16,7 +16,7 @@ constexpr DWORD dumpTimeout = 120'000; // of a dump with all memory on a slow di
 
 constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
 
-using qor_utils::DumpFunction;
+using qor_utils::DumpLibrary;
 
 // Everything a dump needs. There is one, outside any stack: when a dump hangs, its caller goes on,
 // and the thread that hangs must not be left with pointers into a stack that has moved on.
@@ -45,24 +45,14 @@ struct Writer
 
 constinit Writer s_writer{};
 
-bool WriteDump(DumpFunction function, HANDLE file, MINIDUMP_TYPE type)
+void RunJob(const DumpLibrary& library)
 {
-    auto* const exception = s_job.exception.ExceptionPointers ? &s_job.exception : nullptr;
-    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
-    SetEndOfFile(file);
-    return function(GetCurrentProcess(), GetCurrentProcessId(), file, type, exception, nullptr,
-                    nullptr) != FALSE;
-}
-
-void RunJob(DumpFunction function)
-{
-    if (!function) return;
+    if (!library) return;
     base::File file(CreateFileW(s_job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return;
-    s_job.written =
-        WriteDump(function, file.get(), s_job.type) ||
-        (s_job.type != MiniDumpNormal && WriteDump(function, file.get(), MiniDumpNormal));
+    s_job.written = library.Write(file.get(), GetCurrentProcess(), GetCurrentProcessId(),
+                                  s_job.exception, s_job.type);
     file.reset(); // an open file cannot be deleted
     if (!s_job.written) DeleteFileW(s_job.path);
 }
@@ -75,10 +65,10 @@ bool ClaimJob()
 
 // The crashed thread may hold these locks, which a dump needs as well. Whoever returns has seen
 // that they are free; whoever waits for the heap's holds none, above all not the loader's.
-DumpFunction WaitForLocks()
+DumpLibrary WaitForLocks()
 {
     if (HeapLock(GetProcessHeap())) HeapUnlock(GetProcessHeap());
-    return qor_utils::LoadDumpFunction();
+    return {};
 }
 
 DWORD WINAPI DumpThread(void*)
@@ -86,10 +76,10 @@ DWORD WINAPI DumpThread(void*)
     SetEvent(s_writer.running);
     for (;;) {
         WaitForSingleObject(s_writer.asked, INFINITE);
-        const DumpFunction function = WaitForLocks();
+        const DumpLibrary library = WaitForLocks();
         if (!ClaimJob()) continue;
         SetEvent(s_writer.started);
-        RunJob(function);
+        RunJob(library);
         SetEvent(s_writer.finished);
     }
 }
@@ -122,7 +112,7 @@ void MakeReady()
 {
     if (s_writer.ready) return;
     KeepLibraryLoaded();
-    qor_utils::LoadDumpFunction();
+    const DumpLibrary staysLoaded;
     if (!HasEvents()) return;
     const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
     s_writer.ready = static_cast<bool>(thread);

@@ -1,6 +1,6 @@
 // Writes a memory dump of the process that started it; MemoryDumper starts it where the crashed
 // process cannot do so itself. A whole dump or none: the status is 0 or 1.
-#include "../DumpFunction.h"
+#include "../DumpLibrary.h"
 
 #include <base/Handles.h>
 
@@ -39,25 +39,14 @@ Request Read(wchar_t** arguments)
     return request;
 }
 
-bool Write(qor_utils::DumpFunction function, HANDLE file, const Request& request,
-           MINIDUMP_TYPE type)
-{
-    auto exception = request.exception;
-    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
-    SetEndOfFile(file);
-    return function(request.process, request.processId, file, type,
-                    exception.ExceptionPointers ? &exception : nullptr, nullptr, nullptr) != FALSE;
-}
-
 bool WriteFile(const Request& request)
 {
-    const qor_utils::DumpFunction function = qor_utils::LoadDumpFunction();
+    const qor_utils::DumpLibrary library;
     const base::File file(CreateFileW(request.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!function || !file) return false;
-    // A type that the system's DbgHelp refuses becomes the normal one.
-    return Write(function, file.get(), request, request.type) ||
-           Write(function, file.get(), request, MiniDumpNormal);
+    return library && file &&
+           library.Write(file.get(), request.process, request.processId, request.exception,
+                         request.type);
 }
 
 } // namespace
