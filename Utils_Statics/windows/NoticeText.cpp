@@ -3,7 +3,9 @@
 #include "text/FormatText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 #include <string>
 
@@ -24,26 +26,39 @@ bool IsReadable(const MEMORY_BASIC_INFORMATION& region)
            (region.Protect & PAGE_GUARD) == 0;
 }
 
-// How many whole characters can be read from `text` on, up to the end of its region of memory.
-template <class Character>
-std::size_t ReadableLength(const Character* text)
+// How many bytes can be read from `place` on, up to the end of its region of memory.
+std::size_t ReadableSize(const std::byte* place)
 {
     MEMORY_BASIC_INFORMATION region;
-    if (!VirtualQuery(text, &region, sizeof region) || !IsReadable(region)) return 0;
+    if (!VirtualQuery(place, &region, sizeof region) || !IsReadable(region)) return 0;
     const auto end = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
-    return (end - reinterpret_cast<std::uintptr_t>(text)) / sizeof(Character);
+    return end - reinterpret_cast<std::uintptr_t>(place);
+}
+
+// Whether one of the characters ends the text. They need not be aligned: a format that lies has any
+// number for a text.
+template <class Character>
+bool HasEnd(const std::byte* text, std::size_t length)
+{
+    for (std::size_t i = 0; i < length; ++i) {
+        Character character;
+        std::memcpy(&character, text + i * sizeof character, sizeof character);
+        if (character == 0) return true;
+    }
+    return false;
 }
 
 // Whether the text of a conversion can be read: up to its end or, with a precision, that far.
 template <class Character>
 bool CanRead(const Character* text, int precision)
 {
+    const auto* place = reinterpret_cast<const std::byte*>(text);
     std::size_t wanted = precision < 0 ? SIZE_MAX : static_cast<std::size_t>(precision);
     while (wanted > 0) {
-        const std::size_t length = std::min(wanted, ReadableLength(text));
+        const std::size_t length = std::min(wanted, ReadableSize(place) / sizeof(Character));
         if (length == 0) return false;
-        if (std::find(text, text + length, Character()) != text + length) return true;
-        text += length;
+        if (HasEnd<Character>(place, length)) return true;
+        place += length * sizeof(Character);
         wanted -= length;
     }
     return true;

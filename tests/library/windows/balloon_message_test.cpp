@@ -2,6 +2,7 @@
 #include "BalloonFixture.h"
 
 #include <climits>
+#include <cstring>
 
 static_assert(sizeof(BalloonMessageService) == sizeof(void*) + 4 + 4 + 4 ||
               sizeof(BalloonMessageService) == 2 * sizeof(void*) + 8);
@@ -169,6 +170,16 @@ TEST_F(BalloonTest, SurvivesFormatsThatLie)
     service(60000u, L"title", L"%99999999s", L"wide");
     service(60000u, L"title", L"%s", L"the end");
     EXPECT_TRUE(WaitForTip(L"the end"));
+}
+
+TEST_F(BalloonTest, ShowsTextsAtAnyAddress)
+{
+    const Service service(here, 1, false, Service::error);
+    constexpr wchar_t text[] = L"odd";
+    alignas(wchar_t) char room[sizeof text + 1];
+    std::memcpy(room + 1, text, sizeof text);
+    service(60000u, L"title", L"%s", static_cast<const void*>(room + 1));
+    EXPECT_TRUE(WaitForTip(L"odd"));
 }
 
 TEST_F(BalloonTest, FormatsAsThePlatformDoes)
