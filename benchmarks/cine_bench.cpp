@@ -229,7 +229,7 @@ int main(int argc, char** argv)
     RatioReporter::PrintHeading();
     reporter.PrintRatio("Compose/device contexts", "Compose/memory", 5);
     reporter.PrintRatio("Compose/memory", "Compose/memcpy", -2);
-    reporter.PrintRatio("Raw/AddFrame/real_time", "Raw/WriteFile/real_time", -1.1);
+    reporter.PrintRatio("Raw/AddFrame", "Raw/WriteFile", -1.1);
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\CineBench");
     return 0;
 }

@@ -2,6 +2,9 @@
 // loops take what is left over, and say what the result is.
 #include "imaging/PixelKernels.h"
 
+#include <array>
+#include <bit>
+
 #include <emmintrin.h>
 
 namespace utils_statics {
@@ -21,6 +24,15 @@ constexpr std::uint32_t Green(std::uint32_t pixel)
 constexpr std::uint32_t Blue(std::uint32_t pixel)
 {
     return pixel & 0xFF;
+}
+
+__m128i LoadFour(const std::uint32_t* pixels)
+{
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+}
+void StoreFour(std::uint32_t* pixels, __m128i four)
+{
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), four);
 }
 
 constexpr std::uint32_t Repeated(std::uint32_t grey)
@@ -45,56 +57,79 @@ struct AlphaRule
           set(alpha == -1 ? 0 : static_cast<std::uint32_t>(alpha & 0xFF) << 24)
     {
     }
+    std::uint32_t Of(std::uint32_t pixel) const { return (pixel & kept) | set; }
 };
 
-// The number is a constant, so that the compiler works on several pixels at a time.
-template <int Count>
-void GreyAll(std::uint32_t* pixels, AlphaRule alpha)
+constexpr std::uint32_t Grey(std::uint32_t pixel)
 {
-    for (int i = 0; i < Count; ++i) {
-        const std::uint32_t pixel = pixels[i];
-        const double sum = static_cast<int>(Green(pixel)) * 0.59 +
-                           static_cast<int>(Red(pixel)) * 0.3 +
-                           static_cast<int>(Blue(pixel)) * 0.11;
-        const auto grey = static_cast<std::uint32_t>(static_cast<int>(sum));
-        pixels[i] = (pixel & alpha.kept) | alpha.set | Repeated(grey);
-    }
+    const double sum = static_cast<int>(Green(pixel)) * 0.59 + static_cast<int>(Red(pixel)) * 0.3 +
+                       static_cast<int>(Blue(pixel)) * 0.11;
+    return Repeated(static_cast<std::uint32_t>(static_cast<int>(sum)));
+}
+
+// The greys of what is grey already, which rounding makes one less here and there.
+constexpr std::array<std::uint32_t, 256> MakeGreysOfGreys()
+{
+    std::array<std::uint32_t, 256> greys = {};
+    for (std::uint32_t i = 0; i < greys.size(); ++i)
+        greys[i] = Grey(Repeated(i));
+    return greys;
+}
+constexpr std::array<std::uint32_t, 256> greysOfGreys = MakeGreysOfGreys();
+
+bool AreGrey(__m128i first, __m128i second)
+{
+    // Of each pixel, blue with green and green with red.
+    const __m128i differences = _mm_or_si128(_mm_xor_si128(first, _mm_srli_epi32(first, 8)),
+                                             _mm_xor_si128(second, _mm_srli_epi32(second, 8)));
+    const __m128i counted = _mm_and_si128(differences, _mm_set1_epi32(0xFFFF));
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(counted, _mm_setzero_si128())) == 0xFFFF;
 }
 
 // A hundred times the greys of four pixels.
 __m128i WeightedFour(__m128i pixels)
 {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i weights = _mm_set_epi16(0, 30, 59, 11, 0, 30, 59, 11);
-    // Of each pixel two numbers: blue and green, red and nothing.
-    const __m128 low = _mm_castsi128_ps(_mm_madd_epi16(_mm_unpacklo_epi8(pixels, zero), weights));
-    const __m128 high = _mm_castsi128_ps(_mm_madd_epi16(_mm_unpackhi_epi8(pixels, zero), weights));
-    return _mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0))),
-                         _mm_castps_si128(_mm_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1))));
+    const __m128i redAndBlue = _mm_and_si128(pixels, _mm_set1_epi32(0x00FF00FF));
+    const __m128i green = _mm_and_si128(_mm_srli_epi32(pixels, 8), _mm_set1_epi32(0xFF));
+    return _mm_add_epi32(_mm_madd_epi16(redAndBlue, _mm_set1_epi32(30 << 16 | 11)),
+                         _mm_madd_epi16(green, _mm_set1_epi32(59)));
 }
 
-// Eight pixels. False, and nothing is done, where the weighted sum of one is a multiple of 100: the
-// rounding of the real numbers decides there whether the grey is one less.
-bool GreyEight(std::uint32_t* pixels, AlphaRule alpha)
+void GreyEight(std::uint32_t* pixels, AlphaRule alpha)
 {
-    auto* const place = reinterpret_cast<__m128i*>(pixels);
-    const __m128i first = _mm_loadu_si128(place);
-    const __m128i second = _mm_loadu_si128(place + 1);
+    const __m128i first = LoadFour(pixels);
+    const __m128i second = LoadFour(pixels + 4);
+    if (AreGrey(first, second)) {
+        for (int i = 0; i < 8; ++i)
+            pixels[i] = alpha.Of(pixels[i]) | greysOfGreys[Blue(pixels[i])];
+        return;
+    }
     const __m128i sum = _mm_packs_epi32(WeightedFour(first), WeightedFour(second));
     // sum / 100: exact up to 25500, the largest sum.
     const __m128i grey = _mm_srli_epi16(_mm_mulhi_epu16(sum, _mm_set1_epi16(5243)), 3);
+    // Where the sum is a multiple of 100, the rounding of the real numbers decides whether the grey
+    // is one less.
     const __m128i hundredfold = _mm_mullo_epi16(grey, _mm_set1_epi16(100));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi16(sum, hundredfold))) return false;
+    const __m128i isOpen = _mm_cmpeq_epi16(sum, hundredfold);
+    const auto open =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isOpen, _mm_setzero_si128())));
 
-    const __m128i low = _mm_or_si128(grey, _mm_slli_epi16(grey, 8));
-    const __m128i high = _mm_or_si128(grey, _mm_set1_epi16(static_cast<short>(alpha.set >> 16)));
+    const __m128i greyTwice = _mm_or_si128(grey, _mm_slli_epi16(grey, 8));
     const __m128i kept = _mm_set1_epi32(static_cast<int>(alpha.kept));
+    const __m128i set = _mm_set1_epi32(static_cast<int>(alpha.set));
     const auto finished = [&](__m128i before, __m128i after) {
-        return alpha.kept ? _mm_or_si128(_mm_and_si128(before, kept), after) : after;
+        return _mm_or_si128(_mm_or_si128(_mm_and_si128(before, kept), set), after);
     };
-    _mm_storeu_si128(place, finished(first, _mm_unpacklo_epi16(low, high)));
-    _mm_storeu_si128(place + 1, finished(second, _mm_unpackhi_epi16(low, high)));
-    return true;
+    StoreFour(pixels, finished(first, _mm_unpacklo_epi16(greyTwice, grey)));
+    StoreFour(pixels + 4, finished(second, _mm_unpackhi_epi16(greyTwice, grey)));
+    if (open == 0) return;
+    std::uint32_t before[8];
+    StoreFour(before, first);
+    StoreFour(before + 4, second);
+    for (unsigned rest = open; rest != 0; rest &= rest - 1) {
+        const int i = std::countr_zero(rest);
+        pixels[i] = alpha.Of(before[i]) | Grey(before[i]);
+    }
 }
 
 // In whole numbers, because the constant of single precision is so much greater than 1 / 255 that
@@ -124,20 +159,18 @@ __m128i BlendedTwo(__m128i pixels, __m128i backgrounds, __m128i alpha, __m128i r
     return _mm_srli_epi16(_mm_mulhi_epu16(sum, _mm_set1_epi16(static_cast<short>(0x8081))), 7);
 }
 
-void BlendFour(std::uint32_t* pixels, __m128i background, std::uint8_t alpha)
+__m128i BlendedFour(__m128i pixels, __m128i backgrounds, std::uint8_t alpha)
 {
-    auto* const place = reinterpret_cast<__m128i*>(pixels);
     const __m128i zero = _mm_setzero_si128();
     const __m128i weight = _mm_set1_epi16(alpha);
     const __m128i rest = _mm_set1_epi16(static_cast<short>(255 - alpha));
-    const __m128i before = _mm_loadu_si128(place);
-    const __m128i low = BlendedTwo(_mm_unpacklo_epi8(before, zero),
-                                   _mm_unpacklo_epi8(background, zero), weight, rest);
-    const __m128i high = BlendedTwo(_mm_unpackhi_epi8(before, zero),
-                                    _mm_unpackhi_epi8(background, zero), weight, rest);
+    const __m128i low = BlendedTwo(_mm_unpacklo_epi8(pixels, zero),
+                                   _mm_unpacklo_epi8(backgrounds, zero), weight, rest);
+    const __m128i high = BlendedTwo(_mm_unpackhi_epi8(pixels, zero),
+                                    _mm_unpackhi_epi8(backgrounds, zero), weight, rest);
     const __m128i colours =
         _mm_and_si128(_mm_packus_epi16(low, high), _mm_set1_epi32(static_cast<int>(colourBits)));
-    _mm_storeu_si128(place, _mm_or_si128(colours, _mm_set1_epi32(static_cast<int>(alpha) << 24)));
+    return _mm_or_si128(colours, _mm_set1_epi32(static_cast<int>(alpha) << 24));
 }
 
 } // namespace
@@ -147,9 +180,9 @@ void GreyRow(std::span<std::uint32_t> row, int alpha)
     const AlphaRule rule(alpha);
     const std::size_t whole = row.size() / 8 * 8;
     for (std::size_t i = 0; i < whole; i += 8)
-        if (!GreyEight(&row[i], rule)) GreyAll<8>(&row[i], rule);
+        GreyEight(&row[i], rule);
     for (std::size_t i = whole; i < row.size(); ++i)
-        GreyAll<1>(&row[i], rule);
+        row[i] = rule.Of(row[i]) | Grey(row[i]);
 }
 
 void GreyKeyedRow(std::span<std::uint32_t> row, const GreyWithKey& grey)
@@ -176,9 +209,10 @@ void GreyKeyedRow24(std::span<std::uint8_t> row, const GreyWithKey& grey)
 
 void BlendRow(std::span<std::uint32_t> row, std::uint8_t alpha, std::uint32_t background)
 {
+    const __m128i backgrounds = _mm_set1_epi32(static_cast<int>(background));
     const std::size_t whole = row.size() / 4 * 4;
     for (std::size_t i = 0; i < whole; i += 4)
-        BlendFour(&row[i], _mm_set1_epi32(static_cast<int>(background)), alpha);
+        StoreFour(&row[i], BlendedFour(LoadFour(&row[i]), backgrounds, alpha));
     for (std::size_t i = whole; i < row.size(); ++i)
         row[i] = Blended(row[i], background, alpha);
 }
@@ -187,8 +221,7 @@ void BlendRow(std::span<std::uint32_t> row, std::uint8_t alpha, const std::uint3
 {
     const std::size_t whole = row.size() / 4 * 4;
     for (std::size_t i = 0; i < whole; i += 4)
-        BlendFour(&row[i], _mm_loadu_si128(reinterpret_cast<const __m128i*>(background + i)),
-                  alpha);
+        StoreFour(&row[i], BlendedFour(LoadFour(&row[i]), LoadFour(background + i), alpha));
     for (std::size_t i = whole; i < row.size(); ++i)
         row[i] = Blended(row[i], background[i], alpha);
 }

@@ -56,13 +56,16 @@ TEST_F(GrayScaleBitmapTest, TakesTheLowByteOfAnyOtherAlpha)
 // Sums that are whole numbers on paper are where the rounding of the real numbers shows.
 TEST_F(GrayScaleBitmapTest, CutsTheSumAsRealNumbersRoundIt)
 {
-    for (int grey = 0; grey < 256; ++grey) {
-        const std::uint32_t pixel = 0xFF000000 + static_cast<std::uint32_t>(grey) * 0x010101;
-        const Image image = ImageOf(8, 1, std::vector<std::uint32_t>(8, pixel));
-        EXPECT_TRUE(GrayScaleBitmap(image.get(), -1));
-        const int expected = per_pixel_form::Grey(grey, grey, grey);
-        EXPECT_EQ(PixelsOf(*image)[5] & 0xFF, static_cast<unsigned>(expected));
+    std::vector<std::uint32_t> greys(256), expected(256);
+    for (int i = 0; i < 256; ++i) {
+        const auto alpha = static_cast<std::uint32_t>(255 - i) << 24;
+        const int grey = per_pixel_form::Grey(i, i, i);
+        greys[static_cast<std::size_t>(i)] = alpha | static_cast<unsigned>(i) * 0x010101u;
+        expected[static_cast<std::size_t>(i)] = alpha | static_cast<unsigned>(grey) * 0x010101u;
     }
+    const Image image = ImageOf(256, 1, greys);
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), -1));
+    EXPECT_EQ(PixelsOf(*image), expected);
 }
 
 TEST_F(GrayScaleBitmapTest, EqualsThePlainFormOnEveryColour)
