@@ -193,6 +193,7 @@ int ExamApp::RunTour()
     TourContext context{report, *m_window, *m_controls, m_session, m_options.tourFolder};
     TakeTour(context);
     TourStatus(context, *m_status);
+    TourEnd(context);
     return report.Close() ? 0 : exitFailure;
 }
 

@@ -52,4 +52,7 @@ void TourPanel(TourContext& context);
 void TourService(TourContext& context);
 void TourOverlays(TourContext& context);
 
+/// Ends the application by its own button; nothing can come after it.
+void TourEnd(TourContext& context);
+
 } // namespace exam

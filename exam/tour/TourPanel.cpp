@@ -82,8 +82,9 @@ private:
 
     void HandlePending()
     {
+        const HWND panel = Panel().GetSafeHwnd(); // a message may close it
         MSG next;
-        while (PeekMessage(&next, Panel().GetSafeHwnd(), 0, 0, PM_REMOVE))
+        while (panel && PeekMessage(&next, panel, 0, 0, PM_REMOVE))
             DispatchMessage(&next);
     }
 
@@ -234,6 +235,16 @@ void TourPanel(TourContext& context)
     RemoveSavedFiles();
     context.controls.Reload();
     context.window.SetStatus(L"");
+}
+
+void TourEnd(TourContext& context)
+{
+    Hand hand(context);
+    hand.Push(L"End");
+    MSG quit;
+    context.report.Step(!context.window.GetSafeHwnd() && !hand.Panel().GetSafeHwnd() &&
+                            PeekMessage(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE),
+                        L"the button End closes the windows and ends the application");
 }
 
 } // namespace exam
