@@ -1,11 +1,13 @@
 // What DerivedState ignores in "button_states.xml", and states that follow from themselves.
+#include "protocol/Circles.h"
 #include "protocol/ElementChecks.h"
 #include "protocol/FileChecks.h"
 
 #include <zel_xml/XMLDiagnosis.h>
 #include <zel_xml/XMLEditing.h>
 
-#include <algorithm>
+#include <map>
+#include <set>
 #include <vector>
 
 namespace exam {
@@ -40,21 +42,23 @@ Sources CheckSources(const zelXMLNode& element, Findings& findings)
     return sources;
 }
 
-// Whether a state follows from itself, by way of others perhaps.
-bool FollowsFromItself(const ActionStateInfo& state, const SourcesOfStates& states)
+// The states that follow from themselves, by way of others perhaps.
+std::set<ActionStateInfo> CircularStates(const SourcesOfStates& states)
 {
-    Sources seen;
-    std::vector<ActionStateInfo> pending{state};
-    while (!pending.empty()) {
-        const auto found = states.find(pending.back());
-        pending.pop_back();
-        if (found == states.end()) continue;
-        for (const ActionStateInfo& source : found->second) {
-            if (source == state) return true;
-            if (seen.insert(source).second) pending.push_back(source);
-        }
-    }
-    return false;
+    std::map<ActionStateInfo, std::size_t> numbers;
+    for (const auto& [state, sources] : states)
+        numbers.emplace(state, numbers.size());
+    Graph graph(states.size());
+    for (const auto& [state, sources] : states)
+        for (const ActionStateInfo& source : sources)
+            if (const auto found = numbers.find(source); found != numbers.end())
+                graph[numbers[state]].push_back(found->second);
+
+    const std::vector<bool> isCircular = NodesOnCircles(graph);
+    std::set<ActionStateInfo> circular;
+    for (const auto& [state, number] : numbers)
+        if (isCircular[number]) circular.insert(state);
+    return circular;
 }
 
 } // namespace
@@ -76,8 +80,9 @@ void CheckButtonStates(const zelXMLNode& root, Findings& findings)
         states[*state].merge(CheckSources(element, findings));
         derived.emplace_back(element, *state);
     }
+    const std::set<ActionStateInfo> circular = CircularStates(states);
     for (const auto& [element, state] : derived)
-        if (FollowsFromItself(state, states))
+        if (circular.contains(state))
             findings.Add(element, L"the state follows from itself: its broadcasts are cut off");
 }
 
