@@ -27,6 +27,8 @@ struct Job
     wchar_t path[1024];
     MINIDUMP_EXCEPTION_INFORMATION exception;
     MINIDUMP_TYPE type;
+    HANDLE file;    // while the thread writes
+    bool abandoned; // DbgHelp crashed
     bool written;
 };
 
@@ -36,6 +38,7 @@ constinit Job s_job{};
 // itself stay.
 struct Writer
 {
+    DWORD thread;
     HANDLE running; // these four: events
     HANDLE asked;
     HANDLE started;
@@ -51,11 +54,37 @@ void RunJob(const DumpLibrary& library)
     base::File file(CreateFileW(s_job.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return;
+    s_job.file = file.get();
     s_job.written = library.Write(file.get(), GetCurrentProcess(), GetCurrentProcessId(),
                                   s_job.exception, s_job.type);
     file.reset(); // an open file cannot be deleted
     if (!s_job.written) DeleteFileW(s_job.path);
 }
+
+// Receives the crashes of the thread that writes, while it does: DbgHelp does not survive an
+// exhausted heap everywhere. The process's own filter would wait for the dump.
+class WriterFilter
+{
+public:
+    WriterFilter() { s_before = SetUnhandledExceptionFilter(&Filter); }
+    ~WriterFilter() { SetUnhandledExceptionFilter(s_before); }
+    WriterFilter(const WriterFilter&) = delete;
+    WriterFilter& operator=(const WriterFilter&) = delete;
+
+private:
+    static LONG WINAPI Filter(EXCEPTION_POINTERS* exception)
+    {
+        if (GetCurrentThreadId() != s_writer.thread)
+            return s_before ? s_before(exception) : EXCEPTION_CONTINUE_SEARCH;
+        base::File(s_job.file).reset(); // for whoever writes next
+        s_job.abandoned = true;
+        SetEvent(s_writer.finished);
+        for (;;) // it may hold locks of DbgHelp, so it can never write again
+            Sleep(INFINITE);
+    }
+
+    static constinit inline LPTOP_LEVEL_EXCEPTION_FILTER s_before = nullptr;
+};
 
 // True for one of the threads that ask.
 bool ClaimJob()
@@ -114,7 +143,7 @@ void MakeReady()
     KeepLibraryLoaded();
     const DumpLibrary staysLoaded;
     if (!HasEvents()) return;
-    const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, nullptr));
+    const base::Thread thread(CreateThread(nullptr, 0, DumpThread, nullptr, 0, &s_writer.thread));
     s_writer.ready = static_cast<bool>(thread);
     if (s_writer.ready) WaitForSingleObject(s_writer.running, beginTimeout);
 }
@@ -131,11 +160,15 @@ bool AskThread()
     return WaitForSingleObject(s_writer.started, startTimeout) == WAIT_OBJECT_0 || !ClaimJob();
 }
 
-// False when the thread still runs after its time. Where it cannot begin, a process of its own does
-// the work.
+// False when the thread still runs after its time. Where it cannot begin, or crashes, a process of
+// its own does the work.
 bool RunPreparedJob()
 {
-    if (AskThread()) return WaitForSingleObject(s_writer.finished, dumpTimeout) == WAIT_OBJECT_0;
+    const WriterFilter filter;
+    if (AskThread()) {
+        if (WaitForSingleObject(s_writer.finished, dumpTimeout) != WAIT_OBJECT_0) return false;
+        if (!s_job.abandoned) return true;
+    }
     s_job.written =
         qor_utils::WriteDumpFromOutside(s_job.path, s_job.exception, s_job.type, dumpTimeout);
     return true;
@@ -147,6 +180,7 @@ bool PrepareJob(const wchar_t* path, EXCEPTION_POINTERS* exception, int dumpType
     std::wcscpy(s_job.path, path);
     s_job.exception = {GetCurrentThreadId(), exception, FALSE};
     s_job.type = static_cast<MINIDUMP_TYPE>(dumpType & knownTypes);
+    s_job.abandoned = false;
     s_job.written = false;
     return true;
 }

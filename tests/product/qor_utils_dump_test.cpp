@@ -1,7 +1,9 @@
 // Memory dumps, read back by the layout that is published for them.
 #include <qor_utils/MemoryDumper.h>
 
+#include <test_support/ChildTest.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -313,6 +315,52 @@ TEST(MiniDump, IsWrittenUnderTheHeapsLock)
     EXPECT_TRUE(Dump(path).Stream(ExceptionStream));
     EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
         << "and the next as ever";
+}
+
+BOOL WINAPI CrashInstead(HANDLE, DWORD, HANDLE, MINIDUMP_TYPE, MINIDUMP_EXCEPTION_INFORMATION*,
+                         MINIDUMP_USER_STREAM_INFORMATION*, MINIDUMP_CALLBACK_INFORMATION*)
+{
+    RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
+    return TRUE;
+}
+
+FARPROC WINAPI FindCrashing(HMODULE library, const char* name)
+{
+    if (std::strcmp(name, "MiniDumpWriteDump") != 0) return GetProcAddress(library, name);
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CrashInstead));
+}
+
+LONG WINAPI OwnFilter(EXCEPTION_POINTERS*)
+{
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+// In a process of its own, whose thread that writes is lost.
+TEST(MiniDump, DISABLED_WithADbgHelpThatCrashes)
+{
+    const test_support::ImportHook hook(L"qor_utils.dll", "GetProcAddress",
+                                        reinterpret_cast<void*>(&FindCrashing));
+    const std::wstring folder = test_support::EnvironmentVariable(L"DUMP_TEST_FOLDER");
+    CapturedException exception;
+    SetUnhandledExceptionFilter(OwnFilter);
+    for (const wchar_t* const name : {L"\\a.dmp", L"\\b.dmp"})
+        EXPECT_TRUE(
+            MemoryDumper::GenerateMiniDump((folder + name).c_str(), &exception.pointers, 0));
+    EXPECT_EQ(SetUnhandledExceptionFilter(nullptr), &OwnFilter) << "it is in force again";
+}
+
+// DbgHelp crashes where the heap is exhausted, on some platforms.
+TEST(MiniDump, IsWrittenWhereDbgHelpCrashes)
+{
+    const TemporaryFolder folder;
+    SetEnvironmentVariableW(L"DUMP_TEST_FOLDER", folder.Path().c_str());
+    test_support::ChildTest child("MiniDump.DISABLED_WithADbgHelpThatCrashes");
+    EXPECT_EQ(child.Wait(60'000), 0u);
+    for (const wchar_t* const name : {L"a.dmp", L"b.dmp"}) {
+        const Dump dump(folder / name);
+        EXPECT_TRUE(dump.Stream(ExceptionStream));
+        EXPECT_FALSE(dump.List<MINIDUMP_MODULE>(ModuleListStream).empty());
+    }
 }
 
 } // namespace
