@@ -72,8 +72,8 @@ triplet_of() {
 # 64-bit Wine without its 32-bit half cannot share one, and a later Wine changes an earlier one's.
 prefix_of() {
   case $UTILS_STATICS_WINE in
-    8) say "$cache/wineprefix-$1-2" ;;
-    *) say "$cache/wineprefix$UTILS_STATICS_WINE-$1-2" ;;
+    8) say "$cache/wineprefix-$1-3" ;;
+    *) say "$cache/wineprefix$UTILS_STATICS_WINE-$1-3" ;;
   esac
 }
 
