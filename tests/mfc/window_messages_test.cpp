@@ -92,6 +92,8 @@ TEST(Window, LetsNoExceptionOut)
     RecordingWindow window;
     window.Open(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     EXPECT_EQ(window.SendMessage(throwMessage), 0);
+    window.UpdateWindow();
+    DispatchPosted(); // a window that has just come up may be exposed once more
     window.throwInPaint = true;
     window.Invalidate();
     window.UpdateWindow();
