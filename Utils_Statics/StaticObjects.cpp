@@ -4,6 +4,7 @@
 // bottom to top when the library is unloaded. Every other static object of the library is
 // initialised at compile time or on first use; the test static_constructors_check sees to it.
 #include "CUtils_StaticsApp.h"
+#include "pointer/HandlerWalk.h"
 
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/DerivedState.h>
@@ -25,8 +26,9 @@ const bool utilsExam::m_staticInit = utilsExam::StaticInit();
 
 // Objects of other class families come here.
 
-// The pointer's. The list is empty at compile time already; only its end is code.
+// The pointer's. The lists are empty at compile time already; only their end is code.
 constinit std::vector<IMouseHandler*> MouseCapture::m_handlers;
+constinit std::vector<IMouseHandler*> utils_statics::HandlerWalk::s_copies;
 std::set<IPrecisionControl*> PrecisionMouse::m_controllers;
 CriticalSection ShowCursorHelper::m_criticalSection;
 
