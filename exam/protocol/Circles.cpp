@@ -81,7 +81,7 @@ private:
     }
 
     const Graph& m_graph;
-    std::vector<std::size_t> m_found;    // the how manieth a node was found; 0: not yet
+    std::vector<std::size_t> m_found;    // a node was the first, second ... to be found; 0: not yet
     std::vector<std::size_t> m_earliest; // the least of these that is reached from a node
     std::vector<std::size_t> m_open;
     std::vector<bool> m_isOpen;

@@ -9,9 +9,9 @@ namespace exam {
 using Graph = std::vector<std::vector<std::size_t>>;
 
 /// For each node, whether a way along the graph leads from it back to it. Takes time and memory in
-/// proportion to the graph, and no stack. By R. Tarjan, "Depth-first search and linear graph
-/// algorithms", SIAM Journal on Computing 1 (1972): a node is on a circle when it shares a strongly
-/// connected component with another one, or points to itself.
+/// proportion to the graph, and does not recurse. By R. Tarjan, "Depth-first search and linear
+/// graph algorithms", SIAM Journal on Computing 1 (1972): a node is on a circle when it shares a
+/// strongly connected component with another one, or points to itself.
 std::vector<bool> NodesOnCircles(const Graph& graph);
 
 } // namespace exam
