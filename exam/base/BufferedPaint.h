@@ -5,11 +5,12 @@
 
 namespace exam {
 
-// Answers WM_PAINT without flicker: what is drawn into Context() comes to the window in one go, at
-// the end of this object's life. The window outlives it.
+/// Answers WM_PAINT without flicker: what is drawn into Context() comes to the window in one go, at
+/// the end of this object's life. The window outlives it.
 class BufferedPaint
 {
 public:
+    /// `size` is that of what is drawn, in pixels.
     BufferedPaint(CWnd& window, CSize size)
         : m_window(&window), m_size(size), m_selection(MakeContext(), MakeBitmap())
     {

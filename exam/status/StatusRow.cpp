@@ -122,7 +122,6 @@ void StatusRow::RequestRepaint()
 LRESULT StatusRow::OnRepaint(WPARAM, LPARAM)
 {
     s_isRepaintPosted = false;
-    ++m_repaints;
     Invalidate(FALSE);
     return 0;
 }

@@ -28,9 +28,6 @@ public:
     /// Lets the items read their settings again.
     void ReadSettings();
 
-    /// How many repaints the items have asked for, posted messages counted.
-    unsigned Repaints() const { return m_repaints; }
-
     static constexpr double tickSeconds = 0.25;
     /// Calls a function from now on once a tick; an empty one ends it.
     void OnTick(std::function<void()> action);
@@ -54,7 +51,6 @@ private:
     std::function<void()> m_onClick;
     std::function<void()> m_onTick;
     int m_paintedFrom = 0;
-    unsigned m_repaints = 0;
 };
 
 } // namespace exam

@@ -1,4 +1,5 @@
-// Station 8: the control panel, worked with posted messages of the mouse.
+// Station 8: the control panel, worked with posted messages of the mouse; and the tour's end, which
+// its button End makes.
 #include "panel/PanelFile.h"
 #include "panel/PanelGrid.h"
 #include "tour/Tour.h"

@@ -1,4 +1,4 @@
-// The last station: the status row.
+// Station 11: the status row.
 #include "tour/TourStatus.h"
 
 #include "base/Palette.h"
