@@ -1,6 +1,7 @@
 // Memory dumps, read back by the layout that is published for them.
 #include <qor_utils/MemoryDumper.h>
 
+#include <base/Handles.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
@@ -317,9 +318,26 @@ TEST(MiniDump, IsWrittenUnderTheHeapsLock)
         << "and the next as ever";
 }
 
+std::atomic<int> s_ownCrashes = 0;
+
+// Receives what the process crashes with; ends the thread, so that the test goes on.
+LONG WINAPI OwnFilter(EXCEPTION_POINTERS*)
+{
+    ++s_ownCrashes;
+    ExitThread(0);
+}
+
+DWORD WINAPI CrashMeanwhile(void*)
+{
+    RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
+    return 0;
+}
+
 BOOL WINAPI CrashInstead(HANDLE, DWORD, HANDLE, MINIDUMP_TYPE, MINIDUMP_EXCEPTION_INFORMATION*,
                          MINIDUMP_USER_STREAM_INFORMATION*, MINIDUMP_CALLBACK_INFORMATION*)
 {
+    const base::Thread other(CreateThread(nullptr, 0, CrashMeanwhile, nullptr, 0, nullptr));
+    WaitForSingleObject(other.get(), INFINITE);
     RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
     return TRUE;
 }
@@ -328,11 +346,6 @@ FARPROC WINAPI FindCrashing(HMODULE library, const char* name)
 {
     if (std::strcmp(name, "MiniDumpWriteDump") != 0) return GetProcAddress(library, name);
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CrashInstead));
-}
-
-LONG WINAPI OwnFilter(EXCEPTION_POINTERS*)
-{
-    return EXCEPTION_EXECUTE_HANDLER;
 }
 
 // In a process of its own, whose thread that writes is lost.
@@ -346,6 +359,7 @@ TEST(MiniDump, DISABLED_WithADbgHelpThatCrashes)
     for (const wchar_t* const name : {L"\\a.dmp", L"\\b.dmp"})
         EXPECT_TRUE(
             MemoryDumper::GenerateMiniDump((folder + name).c_str(), &exception.pointers, 0));
+    EXPECT_EQ(s_ownCrashes, 1) << "of the other thread; the one that writes has gone after it";
     EXPECT_EQ(SetUnhandledExceptionFilter(nullptr), &OwnFilter) << "it is in force again";
 }
 

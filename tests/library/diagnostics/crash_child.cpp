@@ -1,13 +1,12 @@
 // A program that crashes, for the tests of the crash report.
 //   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
-//     [--late-log FOLDER] [--bare yes] [--dump no]
+//     [--late-log FOLDER] [--bare yes]
 //   crash_child stack-left               ends with 0 when the platform leaves a filter enough of a
 //                                        full stack to hand the report over to another thread
 // KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
 // bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
-// handler was made; --bare makes none; --dump no spares the memory dump, which takes a platform
-// seconds that reads the symbols of every module for it. FILE gets what the process knows of
-// itself: its crash in FILE, the rest in FILE.txt.
+// handler was made; --bare makes none. FILE gets what the process knows of itself: its crash in
+// FILE, the rest in FILE.txt.
 #include "CrashFacts.h"
 #include "crash_kinds.h"
 #include "diagnostics/ThreadBlock.h"
@@ -16,7 +15,6 @@
 #include <base/Encoding.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
-#include <test_support/ImportHook.h>
 
 #include <psapi.h>
 #include <windows.h>
@@ -121,18 +119,6 @@ DWORD WINAPI CrashOnThread(void*)
     return 0;
 }
 
-bool WriteNoDump(const wchar_t*, EXCEPTION_POINTERS*, int) noexcept
-{
-    return false;
-}
-
-void SpareTheDump()
-{
-    static const test_support::ImportHook hook(
-        L"Utils_Statics.dll", "_ZN12MemoryDumper16GenerateMiniDumpEPKwP19_EXCEPTION_POINTERSi",
-        reinterpret_cast<void*>(&WriteNoDump));
-}
-
 HANDLE s_isMeasured = nullptr;
 std::uintptr_t s_stackLeft = 0;
 
@@ -181,7 +167,6 @@ int wmain(int count, wchar_t** arguments)
 
     if (const std::wstring log = Option(options, L"--log"); !log.empty())
         qor_utils::SetLogDirectory(log);
-    if (Option(options, L"--dump") == L"no") SpareTheDump();
     if (Option(options, L"--bare").empty()) MiniDumper();
     if (const std::wstring log = Option(options, L"--late-log"); !log.empty())
         qor_utils::SetLogDirectory(log);
