@@ -110,8 +110,7 @@ build_preset() {
   local log=$top/build/$1-configure.log
   step "building $1"
   mkdir -p "$top/build"
-  # Checkouts share compiled objects through the compiler cache, whatever folder they lie in.
-  export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 NINJA_STATUS="[%f/%t %es] "
+  export NINJA_STATUS="[%f/%t %es] "
   if ! cmake --preset "$1" >"$log" 2>&1; then
     tail -n 15 "$log" >&2
     die "configuring $1 failed; the whole log is $log"

@@ -51,8 +51,8 @@ TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
         const int samples = random.Int(1, 600);
         std::vector<unsigned char> frame(static_cast<std::size_t>(s.lines) *
                                          static_cast<std::size_t>(samples));
-        for (auto& byte : frame)
-            byte = static_cast<unsigned char>(random.Int(0, 255));
+        for (auto& sample : frame)
+            sample = static_cast<unsigned char>(random.Int(0, 255));
         std::vector<unsigned char> image(
             static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.height), 1);
         ASSERT_TRUE(
