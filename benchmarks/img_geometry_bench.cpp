@@ -1,5 +1,4 @@
-// The mask of the imaged region and scan conversion, against their plain forms and against memset,
-// the limit.
+// The mask of the imaged region and scan conversion, against their plain forms.
 
 #include "RatioReporter.h"
 
@@ -9,9 +8,7 @@
 #include <qor_imgproc/ScanConverter.h>
 #include <qor_utils/PixelCoordinates.h>
 
-#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -92,35 +89,6 @@ void MaskEveryPixel(benchmark::State& state, const Scene& s)
     }
 }
 
-// The column search as it is described, without stepping over anything.
-void MaskStepByStep(benchmark::State& state, const Scene& s)
-{
-    std::vector<unsigned char> mask(ImageSize);
-    const URect rect = Region(s);
-    for (auto _ : state) {
-        std::fill(mask.begin(), mask.end(), static_cast<unsigned char>(0));
-        for (int x = 0; x < Width; ++x) {
-            int smallest = rect.right;
-            int bottom = Height - 1;
-            for (; bottom >= 0; --bottom) {
-                const Position p = Precise(s, x, bottom, rect);
-                smallest = std::min(smallest, p.line);
-                if (Inside(p, rect)) break;
-            }
-            if (smallest >= rect.right) break;
-            int lo = -1;
-            int hi = bottom;
-            while (lo < hi - 1) {
-                const int mid = (lo + hi) / 2;
-                (Inside(Precise(s, x, mid, rect), rect) ? hi : lo) = mid;
-            }
-            for (int y = hi; bottom >= 0 && y <= bottom; ++y)
-                mask[static_cast<std::size_t>(y) * Width + static_cast<std::size_t>(x)] = 255;
-        }
-        benchmark::DoNotOptimize(mask.data());
-    }
-}
-
 void MaskLibrary(benchmark::State& state, const Scene& s)
 {
     std::vector<unsigned char> mask(ImageSize);
@@ -129,16 +97,6 @@ void MaskLibrary(benchmark::State& state, const Scene& s)
                                       CRect(0, 0, s.probe.elements, Samples), 0, &s.probe, 1540,
                                       s.origin, s.scale, 255);
         benchmark::DoNotOptimize(mask.data());
-    }
-}
-
-void MaskMemset(benchmark::State& state)
-{
-    std::vector<unsigned char> mask(ImageSize);
-    for (auto _ : state) {
-        std::memset(mask.data(), 255, mask.size());
-        benchmark::DoNotOptimize(mask.data());
-        benchmark::ClobberMemory();
     }
 }
 
@@ -267,7 +225,6 @@ void Register()
     };
     for (const Scene& scene : Scenes) {
         add("mask: every pixel", scene, MaskEveryPixel);
-        add("mask: step by step", scene, MaskStepByStep);
         add("mask: CreateImageMask", scene, MaskLibrary);
         add("pixel: plain", scene, PixelPlain);
         add("pixel: GetPreciseUSCoordinates", scene, PixelPrecise);
@@ -275,7 +232,6 @@ void Register()
         add("frame: ConvertFrame", scene, FrameConvert);
         add("frame: qor_imgproc::FrameMap kept", scene, FrameMapped);
     }
-    benchmark::RegisterBenchmark("mask: memset", MaskMemset);
 }
 
 void PrintTable(const RatioReporter& reporter)
@@ -283,9 +239,7 @@ void PrintTable(const RatioReporter& reporter)
     RatioReporter::PrintHeading();
     for (const Scene& scene : Scenes) {
         const std::string probe = std::string("/") + scene.name;
-        reporter.PrintRatio("mask: every pixel" + probe, "mask: CreateImageMask" + probe, 20);
-        reporter.PrintRatio("mask: step by step" + probe, "mask: CreateImageMask" + probe);
-        reporter.PrintRatio("mask: CreateImageMask" + probe, "mask: memset");
+        reporter.PrintRatio("mask: every pixel" + probe, "mask: CreateImageMask" + probe, 3);
         reporter.PrintRatio("pixel: GetPreciseUSCoordinates" + probe, "pixel: plain" + probe);
         reporter.PrintRatio("frame: plain" + probe, "frame: ConvertFrame" + probe);
         reporter.PrintRatio("frame: plain" + probe, "frame: qor_imgproc::FrameMap kept" + probe);

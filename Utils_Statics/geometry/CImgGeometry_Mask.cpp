@@ -1,104 +1,110 @@
 // CImgGeometry: the mask of the imaged region.
 #include <Utils_Statics/CImgGeometry.h>
 
-#include "geometry/MaskStrip.h"
-#include "geometry/RegionGrid.h"
-#include "geometry/ScanRegion.h"
+#include "geometry/Angle.h"
+
+#include <base/WrapArithmetic.h>
+#include <qor_imgproc/ScanConverter.h>
+#include <qor_utils/PixelCoordinates.h>
 
 #include <algorithm>
-#include <cstdint>
+#include <cmath>
+#include <cstddef>
 #include <cstring>
-#include <memory>
-#include <new>
-#include <optional>
 
 using namespace utils_statics;
 
 namespace {
 
-// Smaller images are searched pixel by pixel, which is quick enough there.
-constexpr std::int64_t fewPixels = 16384;
+// The parameters of CreateImageMask that the scan converter is asked with.
+struct Imaging
+{
+    const ZelProbe* probe;
+    int soundSpeed;
+    int steerAngle;
+    int scanB;
+    int lines;
+    int samplingFreq;
+    const UPoint& origin;
+    const UPoint& micronsPerPixel;
+};
 
-// Finds the region's run in each column of the image. The scan converter decides wherever the grid
-// says that an edge of the region may be near. Without a grid it decides everywhere.
-class RunSearch
+// What the scan converter says of one pixel.
+struct Pixel
+{
+    int line; // relative to the region's first line
+    bool isInside;
+};
+
+// The imaged region, in lines x samples.
+class Region
 {
 public:
-    RunSearch(const ScanRegion& region, const RegionGrid* grid, int height)
-        : m_region(region), m_grid(grid), m_height(height)
+    // `imageRect` is in elements x samples.
+    Region(const Imaging& imaging, const URect& imageRect)
+        : m_imaging(imaging), m_sinSteer(std::sin(ToRadians(imaging.steerAngle))),
+          m_cosSteer(std::cos(ToRadians(imaging.steerAngle)))
     {
+        const int elements = imaging.probe ? imaging.probe->elements : 0;
+        qor_utils::ConvertRect(imageRect, imaging.lines, elements, m_rect);
     }
 
-    // Empty when every row of the column is at or past the region's last line.
-    std::optional<MaskRun> Column(int x) const
+    int Lines() const { return base::wrap::Subtract(m_rect.right, m_rect.left); }
+    int Samples() const { return base::wrap::Subtract(m_rect.bottom, m_rect.top); }
+
+    // The region's edges are outside, at both ends.
+    Pixel At(int x, int y, bool fine) const
     {
-        bool seen = m_grid && HintIsBeforeLastLine(x);
-        MaskRun run;
-        run.bottom = FindBottom(x, m_grid, seen);
-        // Rows that were not asked could still lie before the last line.
-        if (!seen && m_grid) run.bottom = FindBottom(x, nullptr, seen);
-        if (!seen) return std::nullopt;
-        if (run.bottom >= 0) run.top = FindTop(x, run.bottom);
-        return run;
+        const Imaging& i = m_imaging;
+        int line = 0;
+        int sample = 0;
+        unsigned int lineFraction = 0;
+        unsigned int sampleFraction = 0;
+        ScanConverter::GetPreciseUSCoordinates(x, y, &line, &sample, &lineFraction, &sampleFraction,
+                                               m_rect, i.probe, i.soundSpeed, i.steerAngle, i.scanB,
+                                               i.lines, i.samplingFreq, i.origin, i.micronsPerPixel,
+                                               m_sinSteer, m_cosSteer, fine);
+        return {line, line > 0 && line < Lines() && sample > 0 && sample < Samples()};
     }
 
 private:
-    bool HintIsBeforeLastLine(int x) const
-    {
-        const int hint = m_grid->RowBeforeLastLine(x);
-        return hint >= 0 && m_region.At(x, hint, false).line < m_region.LineEnd();
-    }
-
-    // The lowest inside pixel of a column, or -1. Sets `seen` when a line before the last one is
-    // met on the way up.
-    int FindBottom(int x, const RegionGrid* grid, bool& seen) const
-    {
-        for (int y = m_height - 1; y >= 0; --y) {
-            if (grid && grid->At(x, y) == RegionGrid::Cell::outside) {
-                y -= y % RegionGrid::cellHeight; // the cell's first row
-                continue;
-            }
-            const ScanRegion::Pixel pixel = m_region.At(x, y, false);
-            seen = seen || pixel.line < m_region.LineEnd();
-            if (pixel.inside) return y;
-        }
-        return -1;
-    }
-
-    int FindTop(int x, int bottom) const
-    {
-        int outside = -1;
-        int inside = bottom;
-        while (outside < inside - 1) {
-            const int middle = (outside + inside) / 2;
-            if (IsInside(x, middle))
-                inside = middle;
-            else
-                outside = middle;
-        }
-        return inside;
-    }
-
-    bool IsInside(int x, int y) const
-    {
-        const RegionGrid::Cell cell = m_grid ? m_grid->At(x, y) : RegionGrid::Cell::mixed;
-        if (cell == RegionGrid::Cell::mixed) return m_region.At(x, y, true).inside;
-        return cell == RegionGrid::Cell::inside;
-    }
-
-    const ScanRegion& m_region;
-    const RegionGrid* m_grid;
-    int m_height;
+    const Imaging& m_imaging;
+    double m_sinSteer;
+    double m_cosSteer;
+    URect m_rect;
 };
 
-// Null where every row is to be asked: in small images, for regions that have no simple outline,
-// and without memory for a grid.
-std::unique_ptr<const RegionGrid> MakeGrid(const ScanRegion& region, int width, int height)
-try {
-    if (std::int64_t{width} * height <= fewPixels || !region.IsPartOfFrame()) return nullptr;
-    return std::make_unique<const RegionGrid>(region, width, height);
-} catch (const std::bad_alloc&) {
-    return nullptr;
+// What the way up a column meets.
+struct Rise
+{
+    int bottom;       // the lowest inside pixel, -1 for none
+    int smallestLine; // up to there
+};
+
+Rise SearchUpwards(const Region& region, int x, int height)
+{
+    int smallestLine = region.Lines();
+    for (int y = height - 1; y >= 0; --y) {
+        const Pixel pixel = region.At(x, y, false);
+        smallestLine = std::min(smallestLine, pixel.line);
+        if (pixel.isInside) return {y, smallestLine};
+    }
+    return {-1, smallestLine};
+}
+
+// The highest inside pixel of a column's one run that ends at `bottom`.
+int FindTop(const Region& region, int x, int bottom)
+{
+    int outside = -1;
+    int inside = bottom;
+    while (outside < inside - 1) {
+        const int middle = (outside + inside) / 2;
+        if (region.At(x, middle, true).isInside)
+            inside = middle;
+        else
+            outside = middle;
+    }
+    return inside;
 }
 
 } // namespace
@@ -110,21 +116,18 @@ bool CImgGeometry::CreateImageMask(unsigned char* mask, int width, int height, i
 {
     if (width < 1 || height < 1) return true;
     if (!mask) return false;
-    const ScanRegion region(
-        {probe, soundSpeed, samplingFreq, steerAngle, scanB, lines, origin, micronsPerPixel},
-        {imageRect.left, imageRect.top, imageRect.right, imageRect.bottom});
-    const std::unique_ptr<const RegionGrid> grid = MakeGrid(region, width, height);
-    const RunSearch search(region, grid.get(), height);
-
-    std::memset(mask, 0, static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    MaskStrip strip;
-    for (int x = 0, first = 0; x < width; ++x) {
-        const std::optional<MaskRun> run = search.Column(x);
-        strip.Add(run.value_or(MaskRun{}));
-        if (run && !strip.IsFull() && x + 1 < width) continue;
-        strip.Fill(mask + first, width, value);
-        if (!run) break; // what follows lies past the imaged region too
-        first = x + 1;
+    const Imaging imaging = {probe, soundSpeed,   steerAngle, scanB,
+                             lines, samplingFreq, origin,     micronsPerPixel};
+    const Region region(imaging,
+                        {imageRect.left, imageRect.top, imageRect.right, imageRect.bottom});
+    const auto stride = static_cast<std::size_t>(width);
+    std::memset(mask, 0, stride * static_cast<std::size_t>(height));
+    for (int x = 0; x < width; ++x) {
+        const auto [bottom, smallestLine] = SearchUpwards(region, x, height);
+        if (smallestLine >= region.Lines()) return true; // the rest lies past the imaged region
+        if (bottom < 0) continue;
+        for (int y = FindTop(region, x, bottom); y <= bottom; ++y)
+            mask[static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x)] = value;
     }
     return true;
 }
