@@ -3,6 +3,7 @@
 #include "imaging/LockedPixels.h"
 #include "imaging/PixelKernels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -29,24 +30,26 @@ Image CopyOf(Bitmap* source)
                                static_cast<INT>(source->GetHeight()), PixelFormat32bppARGB));
 }
 
-// Fills the whole image with the gradient from the path's edge to its middle.
-bool FillGradient(Gdiplus::Graphics& graphics, const Gdiplus::Rect& all,
+// Fills the whole image with the gradient from the path's edge to its middle. What GDI+ refuses
+// stays as it is without it: a refused blend leaves the even one.
+void FillGradient(Gdiplus::Graphics& graphics, const Gdiplus::Rect& all,
                   const Gdiplus::GraphicsPath& path, Color centre, Color edge, const Blend& blend)
 {
     Gdiplus::PathGradientBrush brush(&path);
     INT colours = 1;
-    return brush.SetCenterColor(centre) == Ok && brush.SetSurroundColors(&edge, &colours) == Ok &&
-           // Only read; not every header of GDI+ says so.
-           brush.SetBlend(const_cast<float*>(blend.factors), const_cast<float*>(blend.positions),
-                          blend.count) == Ok &&
-           graphics.FillRectangle(&brush, all) == Ok;
+    brush.SetCenterColor(centre);
+    brush.SetSurroundColors(&edge, &colours);
+    // Only read; not every header of GDI+ says so.
+    brush.SetBlend(const_cast<float*>(blend.factors), const_cast<float*>(blend.positions),
+                   blend.count);
+    graphics.FillRectangle(&brush, all);
 }
 
-// Not every implementation of GDI+ comes to an end with larger curves, or with none.
-bool IsRadius(float radius)
+// Not every implementation of GDI+ comes to an end with larger curves, or with NaN.
+float FiniteRadius(float radius)
 {
-    constexpr float largest = 1e4F;     // pixels
-    return std::abs(radius) <= largest; // NaN is not
+    constexpr float largest = 1e4F; // pixels
+    return std::isnan(radius) ? 0 : std::clamp(radius, -largest, largest);
 }
 
 Gdiplus::Rect AreaOf(Bitmap& image)
@@ -56,15 +59,15 @@ Gdiplus::Rect AreaOf(Bitmap& image)
 
 // Makes the red of the image a mask: 255 inside the rounded rectangle, fading to 0 towards its
 // edge.
-bool DrawMask(Bitmap& image, float radius, const Blend& blend)
+void DrawMask(Bitmap& image, float radius, const Blend& blend)
 {
     const Gdiplus::Rect all = AreaOf(image);
     Gdiplus::Graphics graphics(&image);
     Gdiplus::GraphicsPath path;
-    return graphics.Clear(Color(0x00000000)) == Ok &&
-           CreateRoundRect(path, 0, 0, static_cast<float>(all.Width),
-                           static_cast<float>(all.Height), radius) == Ok &&
-           FillGradient(graphics, all, path, Color(0xFFFF0000), Color(0xFF000000), blend);
+    graphics.Clear(Color(0x00000000));
+    CreateRoundRect(path, 0, 0, static_cast<float>(all.Width), static_cast<float>(all.Height),
+                    FiniteRadius(radius));
+    FillGradient(graphics, all, path, Color(0xFFFF0000), Color(0xFF000000), blend);
 }
 
 // For a source whose pixels GDI+ does not lend out.
@@ -81,18 +84,13 @@ void MaskPixelByPixel(const LockedPixels& mask, Bitmap& source)
     }
 }
 
-bool MaskPixels(Bitmap& image, Bitmap& source)
+void MaskPixels(Bitmap& image, Bitmap& source)
 {
     const LockedPixels mask(image, LockedPixels::Access::change);
-    if (!mask) return false;
     const LockedPixels colours(source, LockedPixels::Access::read);
-    if (!colours) {
-        MaskPixelByPixel(mask, source);
-        return true;
-    }
+    if (!colours) return MaskPixelByPixel(mask, source);
     for (int y = 0; y < mask.Height(); ++y)
         MaskRow(mask.Row(y), colours.Row(y).data());
-    return true;
 }
 
 } // namespace
@@ -116,11 +114,10 @@ Gdiplus::Status CreateRoundRect(Gdiplus::GraphicsPath& path, float x, float y, f
 Bitmap* CreateRoundedBitmap(Bitmap* source, float radius, const float* blendFactors,
                             const float* blendPositions, int count)
 {
-    if (!IsRadius(radius)) return nullptr;
     Image result = CopyOf(source);
-    if (!result || !DrawMask(*result, radius, {blendFactors, blendPositions, count}) ||
-        !MaskPixels(*result, *source))
-        return nullptr;
+    if (!result) return nullptr;
+    DrawMask(*result, radius, {blendFactors, blendPositions, count});
+    MaskPixels(*result, *source);
     return result.release();
 }
 
@@ -133,8 +130,8 @@ Bitmap* CreateBorderedBitmap(Bitmap* source, const float* blendFactors, const fl
     const Color edge(GetRValue(border), GetGValue(border), GetBValue(border));
     Gdiplus::Graphics graphics(result.get());
     Gdiplus::GraphicsPath path;
-    if (path.AddRectangle(all) != Ok || !FillGradient(graphics, all, path, Color(0x00000000), edge,
-                                                      {blendFactors, blendPositions, count}))
-        return nullptr;
+    path.AddRectangle(all);
+    FillGradient(graphics, all, path, Color(0x00000000), edge,
+                 {blendFactors, blendPositions, count});
     return result.release();
 }

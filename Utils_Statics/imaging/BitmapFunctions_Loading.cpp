@@ -4,7 +4,6 @@
 #include "imaging/ImageExtent.h"
 #include "imaging/ImageStream.h"
 
-#include <base/FilePath.h>
 #include <base/GdiHandles.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
@@ -13,6 +12,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -50,11 +50,13 @@ bool DrawScaled(Gdiplus::Graphics& onto, SIZE target, Bitmap& image)
                           static_cast<INT>(source.cy), Gdiplus::UnitPixel) == Gdiplus::Ok;
 }
 
-// Null for a null image.
+// Null for a null image, and for one that has too many pixels.
 base::Bitmap DeviceBitmap(const Image& image, Gdiplus::ARGB background)
 {
     HBITMAP bitmap = nullptr;
-    if (!image || image->GetHBITMAP(Gdiplus::Color(background), &bitmap) != Gdiplus::Ok) return {};
+    if (!image || IsTooLarge(image->GetWidth(), image->GetHeight()) ||
+        image->GetHBITMAP(Gdiplus::Color(background), &bitmap) != Gdiplus::Ok)
+        return {};
     return base::Bitmap(bitmap);
 }
 
@@ -70,8 +72,6 @@ Image ScaledOnto(Bitmap& image, SIZE size, Gdiplus::ARGB background)
 
 Image LoadIconFile(const wchar_t* path)
 {
-    const MemoryStream stream = StreamOfFile(path);
-    if (!stream || !MayBeDecoded(*stream.get())) return nullptr;
     const base::Icon icon(static_cast<HICON>(LoadImageW(
         nullptr, path, IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_VGACOLOR | LR_CREATEDIBSECTION)));
     return icon ? IfOk(Image(Bitmap::FromHICON(icon.get()))) : nullptr;
@@ -105,15 +105,6 @@ void TurnGrey(HBITMAP bitmap)
     GrayScaleBitmap(&pixels, 255);
 }
 
-bool IsBelow(const std::wstring& path, std::wstring folder)
-{
-    if (folder.empty()) return false;
-    if (folder.back() != L'\\') folder += L'\\';
-    return path.size() >= folder.size() &&
-           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
-                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
-}
-
 // Empty for a resource that does not exist.
 std::string_view ResourceBytes(HMODULE module, const wchar_t* name, const wchar_t* type)
 {
@@ -127,13 +118,12 @@ std::string_view ResourceBytes(HMODULE module, const wchar_t* name, const wchar_
 } // namespace
 
 Bitmap* LoadImageFromIconStore(const wchar_t* name)
-{
-    const std::wstring path =
-        base::FullPath(zelPath::getPath(qor_utils::imagesStore, OrEmpty(name)).c_str());
-    if (!IsBelow(path, base::FullPath(zelPath::getPath(qor_utils::imagesStore, L"").c_str())))
-        return nullptr;
+try {
+    const std::wstring path = zelPath::getPath(qor_utils::imagesStore, OrEmpty(name));
     if (Image image = Decode(StreamOfFile(path.c_str()))) return image.release();
     return Bitmap::FromHICON(LoadIconW(nullptr, IDI_APPLICATION));
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 bool LoadImageFromResource(Bitmap** out, HMODULE module, const wchar_t* name, const wchar_t* type)
@@ -146,7 +136,7 @@ bool LoadImageFromResource(Bitmap** out, HMODULE module, const wchar_t* name, co
 
 CBitmap* BitmapFromFile(const wchar_t* path, const SIZE* size, bool grayscale,
                         Gdiplus::ARGB background)
-{
+try {
     if (!path || !PathFileExistsW(path)) return nullptr;
     base::Bitmap bitmap = DeviceBitmap(LoadPictureOrIcon(path, size, background), background);
     if (!bitmap) return nullptr;
@@ -155,6 +145,8 @@ CBitmap* BitmapFromFile(const wchar_t* path, const SIZE* size, bool grayscale,
     if (!result->Attach(bitmap.get())) return nullptr;
     bitmap.release();
     return result.release();
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 HBITMAP ResizeImage(const wchar_t* path, SIZE* size)

@@ -58,21 +58,14 @@ EncoderParameters* NewBlock(std::int64_t records)
     return static_cast<EncoderParameters*>(std::calloc(1, static_cast<std::size_t>(bytes)));
 }
 
-// Null when GDI+ cannot convert it.
-Image Converted(const Image& image, Gdiplus::PixelFormat format)
-{
-    if (!image) return nullptr;
-    return Image(image->Clone(0, 0, static_cast<INT>(image->GetWidth()),
-                              static_cast<INT>(image->GetHeight()), format));
-}
-
-// The image with the 256 colours that a GIF file can hold. Not every implementation of GDI+
-// converts them when it saves: some write a file without a picture, and some know no direct way
-// from fewer colours to 256.
+// The image with the 256 colours that a GIF file can hold; null when GDI+ cannot convert it. Not
+// every implementation of GDI+ converts colours when it saves: some write a file without a picture
+// and call it a success.
 Image WithPalette(Image image)
 {
-    if (image->GetPixelFormat() == PixelFormat8bppIndexed) return image;
-    return Converted(Converted(image, PixelFormat32bppARGB), PixelFormat8bppIndexed);
+    if (Gdiplus::IsIndexedPixelFormat(image->GetPixelFormat())) return image;
+    return Image(image->Clone(0, 0, static_cast<INT>(image->GetWidth()),
+                              static_cast<INT>(image->GetHeight()), PixelFormat8bppIndexed));
 }
 
 } // namespace

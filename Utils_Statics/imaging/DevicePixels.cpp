@@ -2,6 +2,8 @@
 
 #include <base/GdiHandles.h>
 
+#include <new>
+
 namespace utils_statics {
 
 namespace {
@@ -33,8 +35,8 @@ DevicePixels::DevicePixels(HBITMAP bitmap) : m_bitmap(bitmap)
     m_format = TopDownFormat(description);
     m_height = static_cast<UINT>(std::abs(description.bmHeight));
     m_stride = (Width() * m_format.biBitCount + 31) / 32 * 4;
-    m_bytes = std::make_unique_for_overwrite<std::uint8_t[]>(m_stride * m_height);
-    if (!Load()) m_bytes.reset();
+    m_bytes.reset(new (std::nothrow) std::uint8_t[m_stride * m_height]);
+    if (m_bytes && !Load()) m_bytes.reset();
 }
 
 bool DevicePixels::Load()

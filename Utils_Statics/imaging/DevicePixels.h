@@ -15,7 +15,7 @@ class DevicePixels
 public:
     explicit DevicePixels(HBITMAP bitmap);
 
-    // False for any other bitmap, and for none.
+    // False for any other bitmap, for none, and when memory is short.
     explicit operator bool() const { return m_bytes != nullptr; }
 
     int Height() const { return static_cast<int>(m_height); }

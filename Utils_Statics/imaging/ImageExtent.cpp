@@ -15,7 +15,7 @@ using namespace std::string_view_literals;
 
 constexpr std::uint32_t oldDibHeader = 12; // bytes; its fields have 16 bits
 
-// More of them are not looked at: real files have a handful of pictures or some dozen entries.
+// More of them are not looked at: real files have some dozen.
 constexpr std::uint32_t mostEntries = 1000;
 
 struct Extent
@@ -83,32 +83,48 @@ private:
     std::int64_t m_size;
 };
 
-MaybeExtent PngExtent(Reader& file, std::int64_t at)
+MaybeExtent PngExtent(Reader& file)
 {
-    if (!file.Has(at, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
-    return Extent{file.Big(at + 16, 4), file.Big(at + 20, 4)};
+    if (!file.Has(0, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
+    return Extent{file.Big(16, 4), file.Big(20, 4)};
 }
 
-// The screen that the pictures are put on.
+// Where a GIF file's first block begins, behind its palette.
+std::int64_t FirstGifBlock(Reader& file)
+{
+    const std::uint32_t flags = file.Little(10, 1);
+    const bool hasPalette = (flags & 0x80) != 0;
+    return 13 + (hasPalette ? 3LL << ((flags & 7) + 1) : 0);
+}
+
+// Behind the extension that begins at `at`.
+std::int64_t BehindGifExtension(Reader& file, std::int64_t at)
+{
+    at += 2;
+    while (const std::uint32_t size = file.Little(at, 1))
+        at += 1 + std::int64_t{size};
+    return at + 1;
+}
+
+// The first picture. The screen that the pictures are put on is not decoded.
 MaybeExtent GifExtent(Reader& file)
 {
     if (!file.Has(0, "GIF8"sv)) return std::nullopt;
-    return Extent{file.Little(6, 2), file.Little(8, 2)};
+    std::int64_t at = FirstGifBlock(file);
+    while (file.Has(at, "\x21"sv))
+        at = BehindGifExtension(file, at);
+    if (!file.Has(at, "\x2C"sv)) return std::nullopt;
+    return Extent{file.Little(at + 5, 2), file.Little(at + 7, 2)};
 }
 
-// Of the header of a device-independent bitmap; negative heights are of top-down ones.
-Extent DibExtent(Reader& file, std::int64_t at)
-{
-    if (file.Little(at, 4) == oldDibHeader) return {file.Little(at + 4, 2), file.Little(at + 6, 2)};
-    const auto width = static_cast<std::int32_t>(file.Little(at + 4, 4));
-    const auto height = static_cast<std::int32_t>(file.Little(at + 8, 4));
-    return {width, std::abs(std::int64_t{height})};
-}
-
+// Negative heights are of bitmaps whose top row comes first.
 MaybeExtent BmpExtent(Reader& file)
 {
     if (!file.Has(0, "BM"sv)) return std::nullopt;
-    return DibExtent(file, 14);
+    if (file.Little(14, 4) == oldDibHeader) return Extent{file.Little(18, 2), file.Little(20, 2)};
+    const auto width = static_cast<std::int32_t>(file.Little(18, 4));
+    const auto height = static_cast<std::int32_t>(file.Little(22, 4));
+    return Extent{width, std::abs(std::int64_t{height})};
 }
 
 // The first frame header among the segments of a JPEG file.
@@ -144,29 +160,15 @@ MaybeExtent TiffExtent(Reader& file)
     return extent;
 }
 
-// Of an icon file's pictures the first that is too large; one of 1 x 1 when none is.
-MaybeExtent IconExtent(Reader& file)
-{
-    if (!file.Has(0, "\0\0\1\0"sv)) return std::nullopt;
-    const std::uint32_t count = std::min(file.Little(4, 2), mostEntries);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const std::int64_t at = file.Little(6 + 16 * std::int64_t{i} + 12, 4);
-        const MaybeExtent png = PngExtent(file, at);
-        const Extent extent = png ? *png : DibExtent(file, at);
-        if (!IsBitmapSize(extent.width, extent.height)) return extent;
-    }
-    return Extent{1, 1};
-}
-
 } // namespace
 
 bool MayBeDecoded(IStream& file)
 {
     Reader reader(file);
-    MaybeExtent extent = PngExtent(reader, 0);
-    for (const auto read : {GifExtent, BmpExtent, JpegExtent, TiffExtent, IconExtent})
-        if (!extent) extent = read(reader);
-    return !extent || IsBitmapSize(extent->width, extent->height);
+    for (const auto read : {PngExtent, GifExtent, BmpExtent, JpegExtent, TiffExtent})
+        if (const MaybeExtent extent = read(reader))
+            return !IsTooLarge(extent->width, extent->height);
+    return true;
 }
 
 } // namespace utils_statics

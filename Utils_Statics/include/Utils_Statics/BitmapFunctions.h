@@ -25,8 +25,8 @@ using std::min;
 // 3. A failure is answered by null, false or -1. Null pointers, missing, damaged or enormous files
 // and sizes that no bitmap can have are such failures. GDI+ status codes are not passed on.
 // 4. Colours are ARGB values as of GDI+ (0xAARRGGBB), unless the type is COLORREF (0x00BBGGRR).
-// 5. Any thread may call them; one object belongs to one thread at a time. Nothing throws but
-// std::bad_alloc.
+// 5. Any thread may call them; one object belongs to one thread at a time. Nothing is thrown: want
+// of memory is a failure like any other.
 extern "C" {
 
 // ---- Saving
@@ -61,8 +61,7 @@ UTILS_STATICS_API Gdiplus::ColorPalette* CreateGrayscalePalette();
 // ---- Loading
 
 /// An image of the application's icon store, by its name there, such as "status/network.png". The
-/// system's standard application icon takes the place of one that cannot be loaded. Null for a name
-/// that leads out of the store.
+/// system's standard application icon takes the place of one that cannot be loaded.
 UTILS_STATICS_API Gdiplus::Bitmap* LoadImageFromIconStore(const wchar_t* name);
 
 /// Sets `*out` to the image in a resource of `module`: a whole file of any image format. False, and
@@ -120,15 +119,16 @@ UTILS_STATICS_API Gdiplus::Status CreateRoundRect(Gdiplus::GraphicsPath& path, f
 ///
 /// The blend says how: `count` pairs of a factor and its position, both 0 to 1, as GDI+ takes them
 /// for a path gradient; position 0 (the first) is the edge, 1 (the last) the middle. A factor of 0
-/// is transparent. Null when GDI+ refuses the blend, which it does for a `count` whose last
-/// position is not 1, and for a radius beyond 10,000.
+/// is transparent. A blend that GDI+ refuses, as one whose last position is not 1, leaves the even
+/// one. A radius beyond 10,000 counts as 10,000, and NaN as 0. Null only when the source is null,
+/// has failed or cannot be copied.
 UTILS_STATICS_API Gdiplus::Bitmap* CreateRoundedBitmap(Gdiplus::Bitmap* source, float radius,
                                                        const float* blendFactors,
                                                        const float* blendPositions, int count);
 
 /// A copy of `source` with 32 bits a pixel and a frame painted over it: opaque `border` at the
 /// edge, fading to nothing towards the middle by a blend as of CreateRoundedBitmap, where a factor
-/// of 0 is the border's colour and 1 transparent.
+/// of 0 is the border's colour and 1 transparent. Null as there.
 UTILS_STATICS_API Gdiplus::Bitmap* CreateBorderedBitmap(Gdiplus::Bitmap* source,
                                                         const float* blendFactors,
                                                         const float* blendPositions, int count,

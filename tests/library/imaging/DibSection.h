@@ -17,8 +17,8 @@ public:
     };
 
     DibSection(int width, int height, int bitsPerPixel, Order order)
-        : m_width(width), m_height(height), m_bytes(bitsPerPixel / 8), m_order(order),
-          m_stride((width * bitsPerPixel + 31) / 32 * 4)
+        : m_width(width), m_height(height), m_depth(bitsPerPixel), m_bytes(bitsPerPixel / 8),
+          m_order(order), m_stride((width * bitsPerPixel + 31) / 32 * 4)
     {
         struct
         {
@@ -37,6 +37,22 @@ public:
     }
 
     HBITMAP get() const { return m_bitmap.get(); }
+
+    // The palette of a bitmap of up to 8 bits a pixel, which is all black without it.
+    void SetColours(const std::vector<RGBQUAD>& colours) const
+    {
+        const base::MemoryContext context(CreateCompatibleDC(nullptr));
+        const base::Selection selected(context.get(), m_bitmap.get());
+        SetDIBColorTable(context.get(), 0, static_cast<UINT>(colours.size()), colours.data());
+    }
+    // The pixels of such a bitmap: the numbers of their colours, as far as there are bits for them.
+    void SetNumbers(const std::vector<std::uint32_t>& numbers) const
+    {
+        for (int y = 0; y < m_height; ++y)
+            for (int x = 0; x < m_width; ++x)
+                SetNumber(x, y, numbers[static_cast<std::size_t>(y * m_width + x)]);
+    }
+
     std::uint8_t* bits() const { return m_bits; }
 
     std::vector<std::uint32_t> Pixels() const
@@ -58,11 +74,19 @@ public:
     }
 
 private:
-    std::uint8_t* Place(int x, int y) const
+    void SetNumber(int x, int y, std::uint32_t number) const
+    {
+        const std::uint32_t mask = (1u << m_depth) - 1;
+        const int shift = 8 - m_depth - x * m_depth % 8;
+        std::uint8_t& cell = Row(y)[x * m_depth / 8];
+        cell = static_cast<std::uint8_t>((cell & ~(mask << shift)) | (number & mask) << shift);
+    }
+    std::uint8_t* Row(int y) const
     {
         const int row = m_order == topDown ? y : m_height - 1 - y;
-        return m_bits + static_cast<std::ptrdiff_t>(row) * m_stride + x * m_bytes;
+        return m_bits + static_cast<std::ptrdiff_t>(row) * m_stride;
     }
+    std::uint8_t* Place(int x, int y) const { return Row(y) + x * m_bytes; }
     std::uint32_t PixelAt(int x, int y) const
     {
         std::uint32_t pixel = 0;
@@ -73,7 +97,8 @@ private:
 
     int m_width;
     int m_height;
-    int m_bytes; // a pixel
+    int m_depth; // bits a pixel
+    int m_bytes; // a pixel; 0 for less than 8 bits
     Order m_order;
     int m_stride;
     base::Bitmap m_bitmap;

@@ -101,14 +101,18 @@ std::string PngFileThatClaims(std::uint32_t width, std::uint32_t height)
     return Png(width, height, std::string(100, '\0'));
 }
 
-std::string GifFileOnScreen(int width, int height)
+std::string GifFile(SizeOfGif screen, SizeOfGif picture)
 {
     std::string file = "GIF89a";
-    AppendLittle(file, static_cast<std::uint32_t>(width), 2);
-    AppendLittle(file, static_cast<std::uint32_t>(height), 2);
+    AppendLittle(file, screen.width, 2);
+    AppendLittle(file, screen.height, 2);
     file += std::string("\x80\x00\x00", 3);             // a palette of two colours
     file += std::string("\xFF\x00\x00\x00\x00\xFF", 6); // red and blue
-    file += std::string("\x2C\x00\x00\x00\x00\x01\x00\x01\x00\x00", 10);
+    file += std::string("\x21\xFE\x05later\x00", 9);    // a comment
+    file += std::string("\x2C\x00\x00\x00\x00", 5);
+    AppendLittle(file, picture.width, 2);
+    AppendLittle(file, picture.height, 2);
+    file += '\0';
     file += std::string("\x02\x02\x44\x01\x00", 5); // clear, colour 0, end
     return file + ";";
 }
@@ -123,7 +127,10 @@ std::string BmpFileThatClaims(int width, int height)
     return file;
 }
 
-std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower)
+namespace {
+
+// One picture of an icon file: its colours, then the mask of what is transparent.
+std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower)
 {
     std::string image;
     AppendInfoHeader(image, size, 2 * size); // colours and mask
@@ -135,15 +142,38 @@ std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower)
         const bool hidden = (y < size / 2 ? upper : lower) >> 24 == 0;
         image.append(static_cast<std::size_t>(maskStride), hidden ? '\xFF' : '\0');
     }
+    return image;
+}
+
+std::string IconFileOf(int size, const std::vector<std::string>& pictures)
+{
     std::string file;
-    for (const std::uint32_t number : {0, 1, 1})
-        AppendLittle(file, number, 2);
-    file += static_cast<char>(size);
-    file += static_cast<char>(size);
-    AppendLittle(file, 0, 2);
-    AppendLittle(file, 1, 2);
-    AppendLittle(file, 32, 2);
-    AppendLittle(file, static_cast<std::uint32_t>(image.size()), 4);
-    AppendLittle(file, 22, 4);
-    return file + image;
+    for (const std::size_t number : {std::size_t{0}, std::size_t{1}, pictures.size()})
+        AppendLittle(file, static_cast<std::uint32_t>(number), 2);
+    std::size_t place = 6 + 16 * pictures.size();
+    for (const std::string& picture : pictures) {
+        file += static_cast<char>(size);
+        file += static_cast<char>(size);
+        AppendLittle(file, 0, 2);
+        AppendLittle(file, 1, 2);
+        AppendLittle(file, 32, 2);
+        AppendLittle(file, static_cast<std::uint32_t>(picture.size()), 4);
+        AppendLittle(file, static_cast<std::uint32_t>(place), 4);
+        place += picture.size();
+    }
+    for (const std::string& picture : pictures)
+        file += picture;
+    return file;
+}
+
+} // namespace
+
+std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower)
+{
+    return IconFileOf(size, {IconPicture(size, upper, lower)});
+}
+
+std::string IconFileWithABadEntry(int size, std::uint32_t colour, const std::string& bad)
+{
+    return IconFileOf(size, {IconPicture(size, colour, colour), bad});
 }

@@ -10,8 +10,13 @@
 std::string PngFile(int width, int height, const std::vector<std::uint32_t>& pixels);
 std::string PngFileThatClaims(std::uint32_t width, std::uint32_t height);
 
-// A GIF file whose one picture is a pixel, on a screen of this size.
-std::string GifFileOnScreen(int width, int height);
+// A GIF file whose one picture claims a size and has one red pixel, on a screen of another size.
+struct SizeOfGif
+{
+    std::uint32_t width;
+    std::uint32_t height;
+};
+std::string GifFile(SizeOfGif screen, SizeOfGif picture);
 
 // A BMP file whose header claims this size and whose pixels are missing.
 std::string BmpFileThatClaims(int width, int height);
@@ -19,3 +24,6 @@ std::string BmpFileThatClaims(int width, int height);
 // An icon file with one square icon of 32 bits a pixel: the upper half in one colour, the lower in
 // another. Colours without alpha are transparent.
 std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower);
+
+// The same in one colour, with a second entry that has these bytes for a picture.
+std::string IconFileWithABadEntry(int size, std::uint32_t colour, const std::string& bad);

@@ -2,6 +2,7 @@
 #include "GdiPlus.h"
 #include "PerPixelForm.h"
 
+#include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
@@ -61,25 +62,115 @@ std::vector<std::uint32_t> Picture(int width, int height)
     return pixels;
 }
 
-// The mask that a rounded copy is made with, by the steps of its description.
-Image RoundedMask(int width, int height, float radius)
+struct Blend
+{
+    const float* factors;
+    const float* positions;
+    int count;
+};
+constexpr Blend even = {linear, ends, 2};
+
+// The gradient over a whole image, by the steps of its description. A null blend sets none.
+void FillPlain(Gdiplus::Graphics& graphics, Gdiplus::Bitmap& image,
+               const Gdiplus::GraphicsPath& path, Color centre, Color edge, const Blend* blend)
+{
+    Gdiplus::PathGradientBrush brush(&path);
+    int count = 1;
+    brush.SetCenterColor(centre);
+    brush.SetSurroundColors(&edge, &count);
+    if (blend)
+        brush.SetBlend(const_cast<float*>(blend->factors), const_cast<float*>(blend->positions),
+                       blend->count);
+    graphics.FillRectangle(&brush, 0, 0, static_cast<int>(image.GetWidth()),
+                           static_cast<int>(image.GetHeight()));
+}
+
+// The mask that a rounded copy is made with.
+Image RoundedMask(int width, int height, float radius, const Blend* blend = &even)
 {
     auto mask = std::make_unique<Gdiplus::Bitmap>(width, height, PixelFormat32bppARGB);
     Gdiplus::Graphics graphics(mask.get());
     graphics.Clear(Color(0x00000000));
     Gdiplus::GraphicsPath path;
     CreateRoundRect(path, 0, 0, static_cast<float>(width), static_cast<float>(height), radius);
-    Gdiplus::PathGradientBrush brush(&path);
-    Color edge(0xFF000000);
-    int count = 1;
-    brush.SetCenterColor(Color(0xFFFF0000));
-    brush.SetSurroundColors(&edge, &count);
-    float factors[] = {0, 1};
-    float positions[] = {0, 1};
-    brush.SetBlend(factors, positions, 2);
-    graphics.FillRectangle(&brush, 0, 0, width, height);
+    FillPlain(graphics, *mask, path, Color(0xFFFF0000), Color(0xFF000000), blend);
     return mask;
 }
+
+std::vector<std::uint32_t> PlainRounded(Gdiplus::Bitmap& source, float radius,
+                                        const Blend* blend = &even)
+{
+    const Image plain = RoundedMask(static_cast<int>(source.GetWidth()),
+                                    static_cast<int>(source.GetHeight()), radius, blend);
+    per_pixel_form::MaskByRed(*plain, source);
+    return PixelsOf(*plain);
+}
+
+std::vector<std::uint32_t> PlainBordered(Gdiplus::Bitmap& source, Color border, const Blend* blend)
+{
+    const auto width = static_cast<int>(source.GetWidth());
+    const auto height = static_cast<int>(source.GetHeight());
+    const Image copy(source.Clone(0, 0, width, height, PixelFormat32bppARGB));
+    Gdiplus::Graphics graphics(copy.get());
+    Gdiplus::GraphicsPath path;
+    path.AddRectangle(Gdiplus::Rect(0, 0, width, height));
+    FillPlain(graphics, *copy, path, Color(0x00000000), border, blend);
+    return PixelsOf(*copy);
+}
+
+// What the library asks of the brush of a gradient, as long as the object lives. One at a time.
+class GradientWatch
+{
+public:
+    struct Asked
+    {
+        Gdiplus::ARGB centre;
+        std::vector<Gdiplus::ARGB> edges;
+        std::vector<float> factors;
+        std::vector<float> positions;
+    };
+
+    GradientWatch()
+        : m_centre(L"Utils_Statics.dll", "GdipSetPathGradientCenterColor",
+                   reinterpret_cast<void*>(&SetCentre)),
+          m_edges(L"Utils_Statics.dll", "GdipSetPathGradientSurroundColorsWithCount",
+                  reinterpret_cast<void*>(&SetEdges)),
+          m_blend(L"Utils_Statics.dll", "GdipSetPathGradientBlend",
+                  reinterpret_cast<void*>(&SetBlend))
+    {
+        s_asked = {};
+    }
+
+    const Asked& Last() const { return s_asked; }
+
+private:
+    using Brush = Gdiplus::GpPathGradient;
+    using Status = Gdiplus::GpStatus;
+
+    static Status WINAPI SetCentre(Brush* brush, Gdiplus::ARGB colour)
+    {
+        s_asked.centre = colour;
+        return Gdiplus::DllExports::GdipSetPathGradientCenterColor(brush, colour);
+    }
+    static Status WINAPI SetEdges(Brush* brush, const Gdiplus::ARGB* colours, INT* count)
+    {
+        s_asked.edges.assign(colours, colours + *count);
+        return Gdiplus::DllExports::GdipSetPathGradientSurroundColorsWithCount(brush, colours,
+                                                                               count);
+    }
+    static Status WINAPI SetBlend(Brush* brush, const float* factors, const float* positions,
+                                  INT count)
+    {
+        s_asked.factors.assign(factors, factors + count);
+        s_asked.positions.assign(positions, positions + count);
+        return Gdiplus::DllExports::GdipSetPathGradientBlend(brush, factors, positions, count);
+    }
+
+    static inline Asked s_asked;
+    test_support::ImportHook m_centre;
+    test_support::ImportHook m_edges;
+    test_support::ImportHook m_blend;
+};
 
 bool IsNear(Gdiplus::PointF point, float x, float y)
 {
@@ -181,11 +272,31 @@ TEST_F(FrameTest, RoundedCopiesEqualThePlainFormForSourcesOfAllFormats)
                     continue;
                 }
                 ASSERT_TRUE(rounded) << std::hex << format;
-                const Image plain = RoundedMask(width, height, radius);
-                per_pixel_form::MaskByRed(*plain, *source);
-                ASSERT_EQ(PixelsOf(*rounded), PixelsOf(*plain))
+                ASSERT_EQ(PixelsOf(*rounded), PlainRounded(*source, radius))
                     << std::hex << format << std::dec << ' ' << width << 'x' << height;
             }
+}
+
+// Whether or not this implementation of GDI+ obeys the blend, it is asked for the right one.
+TEST_F(FrameTest, HandsTheBlendAndTheColoursToGdiPlus)
+{
+    const Image source = ImageOf(20, 20, Picture(20, 20));
+    const float factors[] = {0, 0.2F, 0.9F, 1};
+    const float positions[] = {0, 0.6F, 0.7F, 1};
+    const std::vector<float> givenFactors(factors, factors + 4);
+    const std::vector<float> givenPositions(positions, positions + 4);
+    const GradientWatch watch;
+    ASSERT_TRUE(Image(CreateRoundedBitmap(source.get(), 5, factors, positions, 4)));
+    EXPECT_EQ(watch.Last().centre, 0xFFFF0000u);
+    EXPECT_EQ(watch.Last().edges, std::vector<Gdiplus::ARGB>{0xFF000000u});
+    EXPECT_EQ(watch.Last().factors, givenFactors);
+    EXPECT_EQ(watch.Last().positions, givenPositions);
+    ASSERT_TRUE(Image(
+        CreateBorderedBitmap(source.get(), factors, positions, 3, 0x77000000 | RGB(1, 2, 3))));
+    EXPECT_EQ(watch.Last().centre, 0u);
+    EXPECT_EQ(watch.Last().edges, std::vector<Gdiplus::ARGB>{0xFF010203u});
+    EXPECT_EQ(watch.Last().factors, std::vector<float>(factors, factors + 3));
+    EXPECT_EQ(watch.Last().positions, std::vector<float>(positions, positions + 3));
 }
 
 TEST_F(FrameTest, RoundedCopiesObeyTheBlend)
@@ -244,28 +355,27 @@ TEST_F(FrameTest, GivesNothingWithoutASource)
     EXPECT_EQ(CreateBorderedBitmap(&alsoFailed, linear, ends, 2, 0), nullptr);
 }
 
-TEST_F(FrameTest, GivesNothingForABlendThatIsNone)
+TEST_F(FrameTest, LeavesTheEvenBlendWhereGdiPlusRefusesTheOneGiven)
 {
     const Image source = ImageOf(20, 20, Picture(20, 20));
+    const std::vector<std::uint32_t> rounded = PlainRounded(*source, 5, nullptr);
+    const std::vector<std::uint32_t> bordered = PlainBordered(*source, Color(0xFF010203), nullptr);
     const float factors[] = {0, 0.5F, 1};
     const float positions[] = {0, 0.5F, 1};
-    const struct
-    {
-        const float* factors;
-        const float* positions;
-        int count;
-    } cases[] = {{nullptr, positions, 3}, {factors, nullptr, 3},      {nullptr, nullptr, 0},
-                 {factors, positions, 0}, {factors, positions, -1},   {factors, positions, INT_MIN},
-                 {factors, positions, 2}, {factors, positions + 1, 2}};
-    for (const auto& bad : cases) {
-        EXPECT_EQ(CreateRoundedBitmap(source.get(), 5, bad.factors, bad.positions, bad.count),
-                  nullptr)
-            << bad.count;
-        EXPECT_EQ(CreateBorderedBitmap(source.get(), bad.factors, bad.positions, bad.count, 0),
-                  nullptr)
-            << bad.count;
+    const Blend refused[] = {{nullptr, positions, 3},  {factors, nullptr, 3},
+                             {nullptr, nullptr, 0},    {factors, positions, 0},
+                             {factors, positions, -1}, {factors, positions, INT_MIN},
+                             {factors, positions, 2},  {factors, positions + 1, 2}};
+    for (const Blend& blend : refused) {
+        const Image first(
+            CreateRoundedBitmap(source.get(), 5, blend.factors, blend.positions, blend.count));
+        ASSERT_TRUE(first) << blend.count;
+        EXPECT_EQ(PixelsOf(*first), rounded) << blend.count;
+        const Image second(CreateBorderedBitmap(source.get(), blend.factors, blend.positions,
+                                                blend.count, RGB(1, 2, 3)));
+        ASSERT_TRUE(second) << blend.count;
+        EXPECT_EQ(PixelsOf(*second), bordered) << blend.count;
     }
-    EXPECT_TRUE(Image(CreateRoundedBitmap(source.get(), 5, factors, positions, 3)));
 }
 
 TEST_F(FrameTest, WorksOnASourceWhosePixelsGdiPlusDoesNotLendOut)
@@ -278,15 +388,32 @@ TEST_F(FrameTest, WorksOnASourceWhosePixelsGdiPlusDoesNotLendOut)
     EXPECT_EQ(bordered != nullptr, copy != nullptr);
 }
 
-TEST_F(FrameTest, RefusesARadiusThatIsNone)
+TEST_F(FrameTest, RoundsWithEveryRadius)
 {
     const Image source = ImageOf(20, 20, Picture(20, 20));
-    for (const float radius : {1.1e4F, -1.1e4F, 1e30F, INFINITY, -INFINITY, NAN})
-        EXPECT_EQ(CreateRoundedBitmap(source.get(), radius, linear, ends, 2), nullptr) << radius;
-    for (const float radius : {0.0F, -5.0F, 10.0F, 1000.0F, 1e4F, -1e4F}) {
+    const struct
+    {
+        float radius;
+        float counted;
+    } cases[] = {{0, 0},           {-5, -5},       {10, 10},           {1000, 1000},
+                 {1e4F, 1e4F},     {-1e4F, -1e4F}, {1.1e4F, 1e4F},     {-1.1e4F, -1e4F},
+                 {INFINITY, 1e4F}, {1e30F, 1e4F},  {-INFINITY, -1e4F}, {NAN, 0}};
+    for (const auto& [radius, counted] : cases) {
         const Image rounded(CreateRoundedBitmap(source.get(), radius, linear, ends, 2));
-        EXPECT_TRUE(!rounded || rounded->GetWidth() == 20u) << radius;
+        ASSERT_TRUE(rounded) << radius;
+        EXPECT_EQ(PixelsOf(*rounded), PlainRounded(*source, counted)) << radius;
     }
+}
+
+TEST_F(FrameTest, FadesTowardsTheCornersThatTheRadiusSays)
+{
+    const Image source = ImageOf(40, 40, Picture(40, 40));
+    const Image square(CreateRoundedBitmap(source.get(), 0, linear, ends, 2));
+    const Image round(CreateRoundedBitmap(source.get(), 15, linear, ends, 2));
+    ASSERT_TRUE(square && round);
+    EXPECT_GT(PixelAt(square, 3, 3) >> 24, 0u);
+    EXPECT_EQ(PixelAt(round, 3, 3) >> 24, 0u);
+    EXPECT_GT(PixelAt(square, 20, 20) >> 24, 220u);
 }
 
 TEST_F(FrameTest, LeavesNothingBehind)

@@ -3,11 +3,13 @@
 #include "PerPixelForm.h"
 #include "DibSection.h"
 
+#include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -17,6 +19,18 @@ class GrayScaleBitmapTest : public GdiPlusTest
 class GrayScaleTest : public GdiPlusTest
 {
 };
+
+// The operator new of arrays that does not throw, as this compiler names it.
+#ifdef _WIN64
+constexpr const char* newArrayName = "_ZnayRKSt9nothrow_t";
+#else
+constexpr const char* newArrayName = "_ZnajRKSt9nothrow_t";
+#endif
+
+void* NoMemory(std::size_t, const std::nothrow_t&)
+{
+    return nullptr;
+}
 
 struct Size
 {
@@ -215,6 +229,16 @@ TEST_F(GrayScaleTest, RefusesOtherDepthsAndNoBitmap)
     EXPECT_FALSE(GrayScale(monochrome.get(), 255));
     EXPECT_FALSE(GrayScale(nullptr, 255));
     EXPECT_FALSE(GrayScale(reinterpret_cast<HBITMAP>(GetStockObject(BLACK_BRUSH)), 255));
+}
+
+TEST_F(GrayScaleTest, FailsWhenMemoryIsShort)
+{
+    const DibSection section(4, 4, 32, DibSection::topDown);
+    const std::vector<std::uint32_t> before = section.Pixels();
+    const test_support::ImportHook hook(L"Utils_Statics.dll", newArrayName,
+                                        reinterpret_cast<void*>(&NoMemory));
+    EXPECT_NO_THROW(EXPECT_FALSE(GrayScale(section.get(), 255)));
+    EXPECT_EQ(section.Pixels(), before);
 }
 
 TEST_F(GrayScaleTest, LeavesNoDrawingObject)

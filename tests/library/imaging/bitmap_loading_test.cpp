@@ -6,6 +6,7 @@
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
 
@@ -14,6 +15,7 @@
 #include <base/GdiHandles.h>
 
 #include <cmath>
+#include <new>
 
 namespace {
 
@@ -53,6 +55,18 @@ bool IsNear(std::uint32_t pixel, std::uint32_t expected, int tolerance)
                      static_cast<int>(expected >> shift & 0xFF)) > tolerance)
             return false;
     return true;
+}
+
+// The operator new of one object, as this compiler names it.
+#ifdef _WIN64
+constexpr const char* newName = "_Znwy";
+#else
+constexpr const char* newName = "_Znwj";
+#endif
+
+void* NoMemory(std::size_t)
+{
+    throw std::bad_alloc();
 }
 
 class LoadingTest : public GdiPlusTest
@@ -202,6 +216,45 @@ TEST_F(BitmapFromFileTest, GivesAnIconItsBackground)
         << std::hex << DevicePixels(*bitmap).front();
 }
 
+// No size of the screen makes a picture unreadable.
+TEST_F(BitmapFromFileTest, LoadsAGifFileWhateverItsScreen)
+{
+    const std::wstring path = m_folder / L"screen.gif";
+    for (const SizeOfGif screen : {SizeOfGif{0, 0}, SizeOfGif{1, 1}, SizeOfGif{65535, 65535}}) {
+        test_support::WriteFile(path, GifFile(screen, {1, 1}));
+        const Image itself(Gdiplus::Bitmap::FromFile(path.c_str()));
+        const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(path.c_str()));
+        ASSERT_EQ(bitmap != nullptr, itself->GetLastStatus() == Gdiplus::Ok) << screen.width;
+        if (!bitmap) continue;
+        EXPECT_TRUE(SizeOf(*bitmap) == SIZE({1, 1}));
+        EXPECT_TRUE(IsNear(DevicePixels(*bitmap)[0], 0xFF0000, 0));
+    }
+    test_support::WriteFile(path, GifFile({0, 0}, {1, 1}));
+    EXPECT_TRUE(std::unique_ptr<CBitmap>(BitmapFromFile(path.c_str())));
+}
+
+TEST_F(BitmapFromFileTest, LoadsAnIconBesideABadEntry)
+{
+    const std::wstring path = m_folder / L"mixed.ico";
+    const std::string bad[] = {"junk, and no picture", "", PngFileThatClaims(60000, 60000),
+                               BmpFileThatClaims(60000, 120000).substr(14)};
+    for (const std::string& entry : bad) {
+        test_support::WriteFile(path, IconFileWithABadEntry(16, 0xFF204060, entry));
+        const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(path.c_str()));
+        ASSERT_TRUE(bitmap) << entry.size();
+        EXPECT_TRUE(SizeOf(*bitmap) == SIZE({16, 16}));
+        EXPECT_TRUE(IsNear(DevicePixels(*bitmap)[0], 0x204060, 0));
+    }
+}
+
+TEST_F(BitmapFromFileTest, FailsWhenMemoryIsShort)
+{
+    const std::wstring path = WritePng(L"four.png", 2, 2, four);
+    const test_support::ImportHook hook(L"Utils_Statics.dll", newName,
+                                        reinterpret_cast<void*>(&NoMemory));
+    EXPECT_NO_THROW(EXPECT_EQ(BitmapFromFile(path.c_str()), nullptr));
+}
+
 TEST_F(BitmapFromFileTest, FailsForWhatIsNoPicture)
 {
     EXPECT_EQ(BitmapFromFile(nullptr), nullptr);
@@ -323,19 +376,24 @@ TEST_F(IconStoreTest, FallsBackToTheApplicationIcon)
 {
     test_support::WriteFile(m_folder / L"store\\text.png", "this is no picture");
     for (const wchar_t* const name :
-         {L"missing.png", L"text.png", L"status", L"", L"a:b", L"C:\\x.png", L"<>|"})
+         {L"missing.png", L"text.png", L"status", L"", L"a:b", L"C:\\x.png", L"<>|",
+          L"..\\missing.png", L"status/../../missing.png", L"..", L"..\\store2", L"nul"})
         EXPECT_TRUE(IsApplicationIcon(Image(LoadImageFromIconStore(name))));
     EXPECT_TRUE(IsApplicationIcon(Image(LoadImageFromIconStore(nullptr))));
+    EXPECT_TRUE(
+        IsApplicationIcon(Image(LoadImageFromIconStore(std::wstring(40000, L'x').c_str()))));
 }
 
-TEST_F(IconStoreTest, GivesNothingForANameThatLeavesTheStore)
+TEST_F(IconStoreTest, FollowsANameToWhereverItLeads)
 {
     test_support::WriteFile(m_folder / L"outside.png", PngFile(2, 2, four));
     test_support::WriteFile(m_folder / L"store2\\beside.png", PngFile(2, 2, four));
     for (const wchar_t* const name :
-         {L"..\\outside.png", L"../outside.png", L"status\\..\\..\\outside.png",
-          L"..\\store2\\beside.png", L"status/../../missing.png", L".."})
-        EXPECT_EQ(LoadImageFromIconStore(name), nullptr);
+         {L"..\\outside.png", L"status/../../outside.png", L"..\\store2\\beside.png"}) {
+        const Image image(LoadImageFromIconStore(name));
+        ASSERT_TRUE(image);
+        EXPECT_EQ(PixelsOf(*image), four);
+    }
 }
 
 // Each function many times over, with good and bad files.

@@ -4,6 +4,7 @@
 
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
 
@@ -88,6 +89,90 @@ const FileFormat fileFormats[] = {
     {2, L"jpg", "\xFF\xD8", 24}, {3, L"png", "\x89PNG\r\n\x1A\n", 0},
     {4, L"tif", "", 0},
 };
+constexpr int gifFormat = 1;
+
+// What 5 bits a channel may differ by when they become 8.
+int RoundingOf(int bits)
+{
+    return bits == 16 ? 7 : 0;
+}
+
+constexpr int width = 48;
+constexpr int height = 32;
+
+// Six squares, each of one colour or number, which are whole blocks of a JPEG file.
+std::vector<std::uint32_t> Squares(std::uint32_t step)
+{
+    std::vector<std::uint32_t> numbers;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            numbers.push_back(static_cast<std::uint32_t>(x / 16 + y / 16 * 3) * step);
+    return numbers;
+}
+
+// A picture in many colours, of a palette for up to 8 bits a pixel.
+DibSection Colourful(int bits)
+{
+    DibSection section(width, height, bits, DibSection::topDown);
+    if (bits <= 8) {
+        std::vector<RGBQUAD> palette(std::size_t{1} << bits);
+        for (std::size_t i = 0; i < palette.size(); ++i)
+            palette[i] = {static_cast<BYTE>(255 - i * 9), static_cast<BYTE>(i * 37),
+                          static_cast<BYTE>(100 + i * 60), 0};
+        section.SetColours(palette);
+        section.SetNumbers(Squares(11));
+    } else {
+        section.SetPixels(bits == 16 ? Squares(0x2B13) : Gradient(width, height));
+    }
+    return section;
+}
+
+// What GDI itself says the pixels are.
+std::vector<std::uint32_t> PixelsByGdi(const DibSection& section)
+{
+    const base::MemoryContext context(CreateCompatibleDC(nullptr));
+    const base::Selection selected(context.get(), section.get());
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const COLORREF colour = GetPixel(context.get(), x, y);
+            pixels.push_back(static_cast<std::uint32_t>(
+                RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour))));
+        }
+    return pixels;
+}
+
+void ExpectPicture(const std::wstring& path, const DibSection& section, int error)
+{
+    Gdiplus::Bitmap read(path.c_str());
+    const std::string name(path.begin(), path.end());
+    ASSERT_EQ(read.GetWidth(), UINT{width}) << name;
+    ASSERT_EQ(read.GetHeight(), UINT{height}) << name;
+    EXPECT_LE(LargestDifference(PixelsOf(read), PixelsByGdi(section)), error) << name;
+}
+
+// Whether GDI+ by itself writes the bitmap as a GIF file.
+bool GdiPlusSavesGif(const DibSection& section)
+{
+    const test_support::TemporaryFolder folder;
+    CLSID clsid = {};
+    GetEncoderClsid(L"image/gif", &clsid);
+    Gdiplus::Bitmap image(section.get(), nullptr);
+    return image.Save((folder / L"itself.gif").c_str(), &clsid, nullptr) == Gdiplus::Ok;
+}
+
+std::wstring s_savedPath;
+CLSID s_savedClsid;
+const EncoderParameters* s_savedParameters;
+
+Gdiplus::GpStatus WINAPI WatchedSave(Gdiplus::GpImage* image, const WCHAR* path, const CLSID* clsid,
+                                     const EncoderParameters* parameters)
+{
+    s_savedPath = path;
+    s_savedClsid = *clsid;
+    s_savedParameters = parameters;
+    return Gdiplus::DllExports::GdipSaveImageToFile(image, path, clsid, parameters);
+}
 
 } // namespace
 
@@ -150,6 +235,8 @@ TEST_F(EncoderTest, StatesTheColourDepthOfTiff)
     EXPECT_EQ(std::memcmp(&clsid, &tiff, sizeof clsid), 0);
     ASSERT_EQ(block->Count, 3u);
     EXPECT_EQ(std::memcmp(&block->Parameter[0].Guid, &colourDepth, sizeof colourDepth), 0);
+    EXPECT_EQ(block->Parameter[0].NumberOfValues, 1u);
+    EXPECT_EQ(block->Parameter[0].Type, static_cast<ULONG>(Gdiplus::EncoderParameterValueTypeLong));
     EXPECT_EQ(*static_cast<ULONG*>(block->Parameter[0].Value), 32u);
 }
 
@@ -244,20 +331,69 @@ TEST_F(SaveBitmapTest, WritesEachFormatSoThatItCanBeReadBack)
     }
 }
 
-TEST_F(SaveBitmapTest, SavesBitmapsOfEveryDepth)
+// GIF files have tests of their own, because not every implementation of GDI+ writes all of them.
+TEST_F(SaveBitmapTest, SavesThePictureOfEveryDepth)
 {
     for (const int bits : {1, 4, 8, 16, 24, 32}) {
-        const DibSection section(9, 5, bits, DibSection::bottomUp);
+        const DibSection section = Colourful(bits);
         for (const FileFormat& file : fileFormats) {
+            if (file.format == gifFormat) continue;
             const std::wstring path = m_folder / (std::to_wstring(bits) + L"." + file.extension);
-            EXPECT_TRUE(SaveBitmap(section.get(), file.format, path.c_str())) << bits;
-            Gdiplus::Bitmap read(path.c_str());
-            EXPECT_EQ(read.GetWidth(), 9u) << bits << ' ' << file.format;
+            ASSERT_TRUE(SaveBitmap(section.get(), file.format, path.c_str())) << bits;
+            ExpectPicture(path, section, file.error + RoundingOf(bits));
         }
     }
     const base::WindowContext screen(nullptr);
     const base::Bitmap device(CreateCompatibleBitmap(screen.get(), 3, 2));
     EXPECT_TRUE(SaveBitmap(device.get(), 3, (m_folder / L"device.png").c_str()));
+}
+
+TEST_F(SaveBitmapTest, SavesGifFilesOfMoreThan256ColoursWithSimilarOnes)
+{
+    for (const int bits : {16, 24, 32}) {
+        const DibSection section = Colourful(bits);
+        const std::wstring path = m_folder / (std::to_wstring(bits) + L".gif");
+        ASSERT_TRUE(SaveBitmap(section.get(), gifFormat, path.c_str())) << bits;
+        ExpectPicture(path, section, 40);
+    }
+}
+
+TEST_F(SaveBitmapTest, SavesGifFilesOf256ColoursExactly)
+{
+    const DibSection section = Colourful(8);
+    const std::wstring path = m_folder / L"8.gif";
+    ASSERT_TRUE(SaveBitmap(section.get(), gifFormat, path.c_str()));
+    ExpectPicture(path, section, 0);
+}
+
+// Where GDI+ itself cannot, the answer is false.
+TEST_F(SaveBitmapTest, SavesGifFilesOfFewColoursExactlyWhereGdiPlusCan)
+{
+    for (const int bits : {1, 4}) {
+        const DibSection section = Colourful(bits);
+        const std::wstring path = m_folder / (std::to_wstring(bits) + L".gif");
+        const bool isSaved = SaveBitmap(section.get(), gifFormat, path.c_str());
+        EXPECT_EQ(isSaved, GdiPlusSavesGif(section)) << bits;
+        if (isSaved) ExpectPicture(path, section, 0);
+    }
+}
+
+TEST_F(SaveBitmapTest, PassesTheEncoderAndNoParametersToGdiPlus)
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GdipSaveImageToFile",
+                                        reinterpret_cast<void*>(&WatchedSave));
+    const DibSection section(2, 2, 32, DibSection::topDown);
+    const wchar_t* const mimeTypes[] = {L"image/bmp", L"image/gif", L"image/jpeg", L"image/png",
+                                        L"image/tiff"};
+    for (const FileFormat& file : fileFormats) {
+        const std::wstring path = m_folder / L"watched";
+        ASSERT_TRUE(SaveBitmap(section.get(), file.format, path.c_str()));
+        EXPECT_EQ(s_savedPath, path);
+        CLSID expected = {};
+        GetEncoderClsid(mimeTypes[file.format], &expected);
+        EXPECT_EQ(std::memcmp(&s_savedClsid, &expected, sizeof expected), 0) << file.format;
+        EXPECT_EQ(s_savedParameters, nullptr) << file.format;
+    }
 }
 
 TEST_F(SaveBitmapTest, ReplacesTheFile)
@@ -301,15 +437,13 @@ TEST_F(SaveBitmapTest, WritesPicturesForOtherReaders)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"PICTURE_FOLDER");
     if (folder.empty()) GTEST_SKIP() << "run by picture_readers.sh, which sets PICTURE_FOLDER";
-    const int width = 64;
-    const int height = 48;
-    const DibSection section(width, height, 32, DibSection::bottomUp);
-    section.SetPixels(Gradient(width, height));
+    const DibSection section(64, 48, 32, DibSection::bottomUp);
+    section.SetPixels(Gradient(64, 48));
     for (const FileFormat& file : fileFormats)
         ASSERT_TRUE(SaveBitmap(section.get(), file.format,
                                (folder + L"\\saved." + file.extension).c_str()));
     std::string bytes;
-    for (const std::uint32_t pixel : Gradient(width, height))
+    for (const std::uint32_t pixel : Gradient(64, 48))
         for (const int shift : {16, 8, 0})
             bytes += static_cast<char>(pixel >> shift);
     test_support::WriteFile(folder + L"\\expected.rgb", bytes);

@@ -65,6 +65,8 @@ static_assert(IsBitmapSize(1, 1) && IsBitmapSize(16383, 16383) && IsBitmapSize(I
 static_assert(!IsBitmapSize(16384, 16384) && !IsBitmapSize(32768, 32768));
 static_assert(!IsBitmapSize(0, 1) && !IsBitmapSize(1, 0) && !IsBitmapSize(-1, -1));
 static_assert(!IsBitmapSize(INT64_MAX, INT64_MAX));
+static_assert(IsTooLarge(16384, 16384) && !IsTooLarge(16383, 16383));
+static_assert(!IsTooLarge(0, INT64_MAX) && !IsTooLarge(INT64_MAX, 0) && !IsTooLarge(-1, INT64_MAX));
 
 TEST_F(ImageExtentTest, RefusesWhatIsTooLargeInPixels)
 {
@@ -78,11 +80,23 @@ TEST_F(ImageExtentTest, RefusesWhatIsTooLargeInPixels)
     EXPECT_TRUE(Accepts(BmpFileThatClaims(600, -600)));
 }
 
-TEST_F(ImageExtentTest, CountsTheScreenOfAGifFileToo)
+TEST_F(ImageExtentTest, CountsThePictureOfAGifFileAndNotItsScreen)
 {
-    EXPECT_TRUE(Accepts(GifFileOnScreen(640, 480)));
-    EXPECT_FALSE(Accepts(GifFileOnScreen(65535, 65535)));
-    EXPECT_FALSE(Accepts(GifFileOnScreen(32768, 32768)));
+    EXPECT_TRUE(Accepts(GifFile({640, 480}, {640, 480})));
+    for (const std::uint32_t screen : {0, 1, 32768, 65535}) {
+        EXPECT_TRUE(Accepts(GifFile({screen, screen}, {1, 1})));
+        EXPECT_FALSE(Accepts(GifFile({screen, screen}, {32768, 32768})));
+        EXPECT_FALSE(Accepts(GifFile({screen, screen}, {65535, 65535})));
+    }
+}
+
+TEST_F(ImageExtentTest, LeavesSizesWithoutPixelsToGdiPlus)
+{
+    EXPECT_TRUE(Accepts(PngFileThatClaims(0, 0)));
+    EXPECT_TRUE(Accepts(PngFileThatClaims(0, 0xFFFFFFFF)));
+    EXPECT_TRUE(Accepts(GifFile({0, 0}, {0, 65535})));
+    EXPECT_TRUE(Accepts(BmpFileThatClaims(-60000, 60000)));
+    EXPECT_TRUE(Accepts(BmpFileThatClaims(60000, 0)));
 }
 
 TEST_F(ImageExtentTest, LeavesWhatIsNoImageToGdiPlus)
@@ -99,7 +113,7 @@ TEST_F(ImageExtentTest, KeepsEnormousImagesFromEveryLoader)
 {
     for (const std::string& bytes :
          {PngFileThatClaims(60000, 60000), PngFileThatClaims(32768, 32768),
-          GifFileOnScreen(32768, 32768), BmpFileThatClaims(60000, 60000)}) {
+          GifFile({1, 1}, {32768, 32768}), BmpFileThatClaims(60000, 60000)}) {
         const std::wstring path = m_folder / L"enormous.png";
         test_support::WriteFile(path, bytes);
         SIZE size = {10, 10};
