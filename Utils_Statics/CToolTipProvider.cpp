@@ -5,7 +5,6 @@
 
 #include <afxwin.h>
 
-#include <string>
 #include <utility>
 
 using utils_statics::OrEmpty;
@@ -13,7 +12,6 @@ using utils_statics::OrEmpty;
 namespace {
 
 constexpr LPARAM widestLine = 1024; // pixels
-constexpr std::size_t longestTitle = 99;
 
 // The control's own class, which the platform registers on demand.
 void RegisterTooltipClass()
@@ -123,14 +121,12 @@ void CToolTipProvider::SetToolTip(const wchar_t* text, const wchar_t* title, POI
     m_timer->KillTimer(CTimerWnd::timerId);
     const bool shown = *OrEmpty(text) != L'\0';
     if (shown) {
-        // A longer title is refused, and the one before would stay.
-        const std::wstring shortTitle = std::wstring(OrEmpty(title)).substr(0, longestTitle);
         SendMessageW(m_window, TTM_SETMAXTIPWIDTH, 0, widestLine);
         m_tool.lpszText = const_cast<wchar_t*>(text); // read, and copied, during the call
         Send(TTM_UPDATETIPTEXTW, 0);
         m_tool.lpszText = const_cast<wchar_t*>(L"");
         SendMessageW(m_window, TTM_SETTITLEW, static_cast<WPARAM>(icon),
-                     reinterpret_cast<LPARAM>(shortTitle.c_str()));
+                     reinterpret_cast<LPARAM>(OrEmpty(title)));
         SendMessageW(m_window, TTM_TRACKPOSITION, 0, Packed(at));
         m_timer->SetTimer(CTimerWnd::timerId, timeMs, nullptr);
     }

@@ -33,7 +33,8 @@ public:
 
     /// Shows `text` below `title` with its tip at `at`, in screen pixels, for `timeMs`
     /// milliseconds; what was shown before is replaced. An empty or null text hides the tip. Lines
-    /// wrap at 1024 pixels. The control takes titles of 99 characters; longer ones are cut there.
+    /// wrap at 1024 pixels. The control refuses a title of more than 99 characters, and keeps the one
+    /// before.
     void SetToolTip(const wchar_t* text, const wchar_t* title, POINT at, IconType icon,
                     unsigned int timeMs);
     /// The same at the bottom right corner of a window; nothing happens when `anchor` is null.

@@ -23,10 +23,9 @@ std::map<HWND, TipTitle> s_titles;
 LRESULT CALLBACK NoteTitle(int code, WPARAM wParam, LPARAM lParam)
 {
     const auto& sent = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    if (code == HC_ACTION && sent.message == TTM_SETTITLEW && sent.lResult &&
-        IsOfClass(sent.hwnd, TOOLTIPS_CLASSW))
+    if (code == HC_ACTION && sent.message == TTM_SETTITLEW && IsOfClass(sent.hwnd, TOOLTIPS_CLASSW))
         s_titles[sent.hwnd] = {reinterpret_cast<const wchar_t*>(sent.lParam),
-                               static_cast<int>(sent.wParam)};
+                               static_cast<int>(sent.wParam), sent.lResult != FALSE};
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 

@@ -29,10 +29,11 @@ struct TipTitle
 {
     std::wstring text;
     int icon = 0; // TTI_...
+    bool isAccepted = false;
 };
 
-// Watches which titles this thread's tooltip windows accept, as long as the object lives: not every
-// platform's control can be asked for its title. One at a time.
+// Watches which titles this thread's tooltip windows are given, as long as the object lives: not
+// every platform's control can be asked for its title. One at a time.
 class TitleWatch
 {
 public:

@@ -136,7 +136,7 @@ TEST_F(BalloonTest, ShowsTextsOfAnyLength)
     service(60000u, L"title", L""); // hides
     EXPECT_TRUE(PumpUntil([] { return !ShownTip(); }));
     service(60000u, std::wstring(100000, L't').c_str(), L"a long title");
-    EXPECT_EQ(m_titles.Of(WaitForTip(L"a long title")).text, std::wstring(99, L't'));
+    EXPECT_EQ(m_titles.Of(WaitForTip(L"a long title")).text, std::wstring(100000, L't'));
 }
 
 TEST_F(BalloonTest, TreatsNullArgumentsAsEmptyTexts)

@@ -58,6 +58,7 @@ TEST_F(ToolTipProviderTest, ShowsTextTitleAndIcon)
         EXPECT_EQ(TipText(tip), L"the text");
         EXPECT_EQ(m_titles.Of(tip).text, L"the title");
         EXPECT_EQ(m_titles.Of(tip).icon, static_cast<int>(icon));
+        EXPECT_TRUE(m_titles.Of(tip).isAccepted);
     }
     EXPECT_EQ(TipWindows().size(), 1u);
     EXPECT_EQ(MessageOnlyWindows().size(), 1u);
@@ -204,7 +205,7 @@ TEST_F(ToolTipProviderTest, MakesItsWindowsAnewWhenOneIsGone)
     EXPECT_EQ(MessageOnlyWindows().size(), 1u);
 }
 
-TEST_F(ToolTipProviderTest, TakesTextsOfAnyLengthAndTitlesUpToTheControlsLimit)
+TEST_F(ToolTipProviderTest, TakesTextsOfAnyLength)
 {
     CToolTipProvider provider;
     for (const std::size_t length : {1u, 79u, 80u, 1023u, 1024u, 100000u}) {
@@ -213,10 +214,18 @@ TEST_F(ToolTipProviderTest, TakesTextsOfAnyLengthAndTitlesUpToTheControlsLimit)
         ASSERT_TRUE(ShownTip()) << length;
         EXPECT_TRUE(ShowsText(ShownTip(), text)) << length;
     }
+}
+
+// The control refuses titles of more than 99 characters.
+TEST_F(ToolTipProviderTest, GivesTheControlTheWholeTitle)
+{
+    CToolTipProvider provider;
     for (const std::size_t length : {0u, 1u, 99u, 100u, 5000u}) {
         const std::wstring title(length, L't');
         provider.SetToolTip(L"text", title.c_str(), at, CToolTipProvider::iconNone, 60000);
-        EXPECT_EQ(m_titles.Of(ShownTip()).text, title.substr(0, 99)) << length;
+        ASSERT_TRUE(ShownTip()) << length;
+        EXPECT_EQ(m_titles.Of(ShownTip()).text, title);
+        EXPECT_TRUE(m_titles.Of(ShownTip()).isAccepted || length > 99) << length;
     }
     provider.SetToolTip(L"text", nullptr, at, CToolTipProvider::iconNone, 60000);
     EXPECT_EQ(m_titles.Of(ShownTip()).text, L"");
