@@ -50,13 +50,11 @@ bool DrawScaled(Gdiplus::Graphics& onto, SIZE target, Bitmap& image)
                           static_cast<INT>(source.cy), Gdiplus::UnitPixel) == Gdiplus::Ok;
 }
 
-// Null for a null image, and for one that has too many pixels.
+// Null for a null image.
 base::Bitmap DeviceBitmap(const Image& image, Gdiplus::ARGB background)
 {
     HBITMAP bitmap = nullptr;
-    if (!image || IsTooLarge(image->GetWidth(), image->GetHeight()) ||
-        image->GetHBITMAP(Gdiplus::Color(background), &bitmap) != Gdiplus::Ok)
-        return {};
+    if (!image || image->GetHBITMAP(Gdiplus::Color(background), &bitmap) != Gdiplus::Ok) return {};
     return base::Bitmap(bitmap);
 }
 

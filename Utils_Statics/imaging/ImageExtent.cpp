@@ -83,10 +83,11 @@ private:
     std::int64_t m_size;
 };
 
-MaybeExtent PngExtent(Reader& file)
+// Of a PNG image that begins at `at`.
+MaybeExtent PngExtent(Reader& file, std::int64_t at)
 {
-    if (!file.Has(0, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
-    return Extent{file.Big(16, 4), file.Big(20, 4)};
+    if (!file.Has(at, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
+    return Extent{file.Big(at + 16, 4), file.Big(at + 20, 4)};
 }
 
 // Where a GIF file's first block begins, behind its palette.
@@ -117,14 +118,28 @@ MaybeExtent GifExtent(Reader& file)
     return Extent{file.Little(at + 5, 2), file.Little(at + 7, 2)};
 }
 
-// Negative heights are of bitmaps whose top row comes first.
+// Of the header of a device-independent bitmap; negative heights are of top-down ones.
+Extent DibExtent(Reader& file, std::int64_t at)
+{
+    if (file.Little(at, 4) == oldDibHeader) return {file.Little(at + 4, 2), file.Little(at + 6, 2)};
+    const auto width = static_cast<std::int32_t>(file.Little(at + 4, 4));
+    const auto height = static_cast<std::int32_t>(file.Little(at + 8, 4));
+    return {width, std::abs(std::int64_t{height})};
+}
+
 MaybeExtent BmpExtent(Reader& file)
 {
     if (!file.Has(0, "BM"sv)) return std::nullopt;
-    if (file.Little(14, 4) == oldDibHeader) return Extent{file.Little(18, 2), file.Little(20, 2)};
-    const auto width = static_cast<std::int32_t>(file.Little(18, 4));
-    const auto height = static_cast<std::int32_t>(file.Little(22, 4));
-    return Extent{width, std::abs(std::int64_t{height})};
+    return DibExtent(file, 14);
+}
+
+// The first picture of an icon file, the only one that GDI+ decodes.
+MaybeExtent IconExtent(Reader& file)
+{
+    if (!file.Has(0, "\0\0\1\0"sv)) return std::nullopt;
+    const std::int64_t at = file.Little(18, 4);
+    const MaybeExtent png = PngExtent(file, at);
+    return png ? png : DibExtent(file, at);
 }
 
 // The first frame header among the segments of a JPEG file.
@@ -165,10 +180,10 @@ MaybeExtent TiffExtent(Reader& file)
 bool MayBeDecoded(IStream& file)
 {
     Reader reader(file);
-    for (const auto read : {PngExtent, GifExtent, BmpExtent, JpegExtent, TiffExtent})
-        if (const MaybeExtent extent = read(reader))
-            return !IsTooLarge(extent->width, extent->height);
-    return true;
+    MaybeExtent extent = PngExtent(reader, 0);
+    for (const auto read : {GifExtent, BmpExtent, IconExtent, JpegExtent, TiffExtent})
+        if (!extent) extent = read(reader);
+    return !extent || !IsTooLarge(extent->width, extent->height);
 }
 
 } // namespace utils_statics

@@ -24,9 +24,9 @@ constexpr bool IsBitmapSize(std::int64_t width, std::int64_t height)
     return width > 0 && height > 0 && !IsTooLarge(width, height);
 }
 
-// Whether an image file may be given to a decoder of the platform: false when its header (BMP, GIF,
-// JPEG, PNG, TIFF) states a size that IsTooLarge names. True for every other file, images or not,
-// which are the platform's to judge. Leaves the stream's position anywhere.
+// Whether an image file may be given to GDI+: false when its header (BMP, GIF, ICO, JPEG, PNG,
+// TIFF) states a size that IsTooLarge names. True for every other file, images or not, which are
+// the platform's to judge. Leaves the stream's position anywhere.
 bool MayBeDecoded(IStream& file);
 
 } // namespace utils_statics

@@ -127,9 +127,7 @@ std::string BmpFileThatClaims(int width, int height)
     return file;
 }
 
-namespace {
-
-// One picture of an icon file: its colours, then the mask of what is transparent.
+// Its colours, then the mask of what is transparent.
 std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower)
 {
     std::string image;
@@ -142,6 +140,13 @@ std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower)
         const bool hidden = (y < size / 2 ? upper : lower) >> 24 == 0;
         image.append(static_cast<std::size_t>(maskStride), hidden ? '\xFF' : '\0');
     }
+    return image;
+}
+
+std::string IconPictureThatClaims(int width, int height)
+{
+    std::string image;
+    AppendInfoHeader(image, width, 2 * height); // colours and mask
     return image;
 }
 
@@ -166,14 +171,7 @@ std::string IconFileOf(int size, const std::vector<std::string>& pictures)
     return file;
 }
 
-} // namespace
-
 std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower)
 {
     return IconFileOf(size, {IconPicture(size, upper, lower)});
-}
-
-std::string IconFileWithABadEntry(int size, std::uint32_t colour, const std::string& bad)
-{
-    return IconFileOf(size, {IconPicture(size, colour, colour), bad});
 }

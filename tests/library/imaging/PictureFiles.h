@@ -21,9 +21,12 @@ std::string GifFile(SizeOfGif screen, SizeOfGif picture);
 // A BMP file whose header claims this size and whose pixels are missing.
 std::string BmpFileThatClaims(int width, int height);
 
-// An icon file with one square icon of 32 bits a pixel: the upper half in one colour, the lower in
+// A square picture of an icon file, of 32 bits a pixel: the upper half in one colour, the lower in
 // another. Colours without alpha are transparent.
-std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower);
+std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower);
+// One that claims this size and has no pixels.
+std::string IconPictureThatClaims(int width, int height);
 
-// The same in one colour, with a second entry that has these bytes for a picture.
-std::string IconFileWithABadEntry(int size, std::uint32_t colour, const std::string& bad);
+// An icon file with one entry a picture, all entries of one size; and that of one good picture.
+std::string IconFileOf(int size, const std::vector<std::string>& pictures);
+std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower);

@@ -237,9 +237,10 @@ TEST_F(BitmapFromFileTest, LoadsAnIconBesideABadEntry)
 {
     const std::wstring path = m_folder / L"mixed.ico";
     const std::string bad[] = {"junk, and no picture", "", PngFileThatClaims(60000, 60000),
-                               BmpFileThatClaims(60000, 120000).substr(14)};
+                               IconPictureThatClaims(60000, 60000)};
+    const std::string good = IconPicture(16, 0xFF204060, 0xFF204060);
     for (const std::string& entry : bad) {
-        test_support::WriteFile(path, IconFileWithABadEntry(16, 0xFF204060, entry));
+        test_support::WriteFile(path, IconFileOf(16, {good, entry}));
         const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(path.c_str()));
         ASSERT_TRUE(bitmap) << entry.size();
         EXPECT_TRUE(SizeOf(*bitmap) == SIZE({16, 16}));

@@ -90,6 +90,19 @@ TEST_F(ImageExtentTest, CountsThePictureOfAGifFileAndNotItsScreen)
     }
 }
 
+// GDI+ decodes no other.
+TEST_F(ImageExtentTest, CountsTheFirstPictureOfAnIconFile)
+{
+    const std::string good = IconPicture(16, 0xFF204060, 0xFF204060);
+    for (const std::string& large :
+         {IconPictureThatClaims(32768, 32768), PngFileThatClaims(60000, 60000)}) {
+        EXPECT_TRUE(Accepts(IconFileOf(16, {good, large})));
+        EXPECT_FALSE(Accepts(IconFileOf(16, {large, good})));
+    }
+    EXPECT_TRUE(Accepts(IconFileOf(16, {"junk"})));
+    EXPECT_TRUE(Accepts(IconFileOf(16, {IconPictureThatClaims(0, 0), good})));
+}
+
 TEST_F(ImageExtentTest, LeavesSizesWithoutPixelsToGdiPlus)
 {
     EXPECT_TRUE(Accepts(PngFileThatClaims(0, 0)));
@@ -113,7 +126,8 @@ TEST_F(ImageExtentTest, KeepsEnormousImagesFromEveryLoader)
 {
     for (const std::string& bytes :
          {PngFileThatClaims(60000, 60000), PngFileThatClaims(32768, 32768),
-          GifFile({1, 1}, {32768, 32768}), BmpFileThatClaims(60000, 60000)}) {
+          GifFile({1, 1}, {32768, 32768}), BmpFileThatClaims(60000, 60000),
+          IconFileOf(16, {IconPictureThatClaims(65536, 65536)})}) {
         const std::wstring path = m_folder / L"enormous.png";
         test_support::WriteFile(path, bytes);
         SIZE size = {10, 10};
