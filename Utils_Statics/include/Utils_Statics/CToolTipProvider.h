@@ -33,7 +33,7 @@ public:
 
     /// Shows `text` below `title` with its tip at `at`, in screen pixels, for `timeMs`
     /// milliseconds; what was shown before is replaced. An empty or null text hides the tip. Lines
-    /// wrap at 1024 pixels. The control refuses a title of more than 99 characters, and keeps the one
+    /// wrap at 1024 pixels. The control refuses titles of more than 99 characters and keeps the one
     /// before.
     void SetToolTip(const wchar_t* text, const wchar_t* title, POINT at, IconType icon,
                     unsigned int timeMs);
