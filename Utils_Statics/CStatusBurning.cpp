@@ -57,5 +57,5 @@ std::wstring CStatusBurning::getPath() const
 
 int CStatusBurning::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    return DrawStatusIcon(getPath(), rect, graphics);
+    return DrawStatusIcon([this] { return getPath(); }, rect, graphics);
 }

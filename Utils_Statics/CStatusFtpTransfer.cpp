@@ -57,5 +57,5 @@ std::wstring CStatusFtpTransfer::getPath() const
 
 int CStatusFtpTransfer::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    return DrawStatusIcon(getPath(), rect, graphics);
+    return DrawStatusIcon([this] { return getPath(); }, rect, graphics);
 }

@@ -44,5 +44,5 @@ std::wstring CStatusGps::getPath() const
 
 int CStatusGps::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    return DrawStatusIcon(getPath(), rect, graphics);
+    return DrawStatusIcon([this] { return getPath(); }, rect, graphics);
 }

@@ -58,5 +58,5 @@ std::wstring CStatusNetwork::getPath() const
 
 int CStatusNetwork::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    return DrawStatusIcon(getPath(), rect, graphics);
+    return DrawStatusIcon([this] { return getPath(); }, rect, graphics);
 }

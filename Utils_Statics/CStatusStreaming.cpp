@@ -53,12 +53,9 @@ CStatusStreaming::CStatusStreaming() : m_ipAddress(NoAddress()) {}
 
 CStatusStreaming::~CStatusStreaming()
 {
-    {
-        const std::lock_guard lock(s_blinkLock);
-        if (m_me == this) s_blinkTimer = 0;
-        timeKillEvent(m_timerId);
-    }
-    const std::lock_guard lastUse(s_itemInUse);
+    const std::lock_guard lastUse(s_itemInUse); // waits for a call of the timer
+    if (m_me == this) s_blinkTimer = 0;
+    timeKillEvent(m_timerId);
 }
 
 CStatusStreaming* CStatusStreaming::getInstance()
@@ -136,9 +133,10 @@ bool CStatusStreaming::isVisible() const
     return (m_enabled && status != StreamingOff) || status == StreamingToDisk;
 }
 
-std::wstring CStatusStreaming::getPath(StreamingStatus status)
+// By the state alone, also while the item is not visible.
+std::wstring CStatusStreaming::getPath() const
 {
-    switch (status) {
+    switch (m_streaming) {
     case StreamingOn: return utilsExam::GetImage(L"status/streamingon.png");
     case StreamingToDisk: return utilsExam::GetImage(L"status/streamingdisk.png");
     default: return {};
@@ -147,14 +145,9 @@ std::wstring CStatusStreaming::getPath(StreamingStatus status)
 
 int CStatusStreaming::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    // One and the same state throughout; only this one blinks.
-    const StreamingStatus status = m_streaming;
-    const bool isDark = status == StreamingToDisk && m_blinkOff;
-    const StatusIcon icon(getPath(status));
-    if (!icon.IsLoaded()) return 0;
-    if (!isDark) icon.Draw(rect, graphics);
-    if (m_showIp && status == StreamingOn) DrawAddress(rect, graphics);
-    return icon.Width();
+    const int width = DrawStatusIcon([this] { return getPath(); }, rect, graphics, m_blinkOff);
+    if (width != 0 && m_showIp && m_streaming == StreamingOn) DrawAddress(rect, graphics);
+    return width;
 }
 
 void CStatusStreaming::DrawAddress(const CRect& rect, Gdiplus::Graphics& graphics) const

@@ -87,5 +87,5 @@ std::wstring CStatusWireless::getPath() const
 
 int CStatusWireless::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
 {
-    return DrawStatusIcon(getPath(), rect, graphics);
+    return DrawStatusIcon([this] { return getPath(); }, rect, graphics);
 }

@@ -1,5 +1,5 @@
-// Repainting the status row beside the plainest form, which loads each image file for each repaint;
-// and one call of a setter.
+// Repainting the status row beside loading and drawing the same image files, and one call of a
+// setter.
 #include "RatioReporter.h"
 
 #include <Utils_Statics/CStatusBurning.h>
@@ -28,7 +28,6 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -100,15 +99,7 @@ void PaintRowWithSensor(benchmark::State& state)
         if (PaintItems(items, picture) != 24 * 7 + 102) state.SkipWithError("an icon is missing");
 }
 
-void DrawPlainly(Gdiplus::Bitmap& image, RowPicture& picture, int& right)
-{
-    const auto width = static_cast<int>(image.GetWidth());
-    const auto height = static_cast<int>(image.GetHeight());
-    right -= width;
-    picture.Graphics().DrawImage(&image, right, (RowPicture::height - height) / 2, width, height);
-}
-
-// The same icons, each loaded from its file for each repaint.
+// The same icons by the platform's functions alone.
 void LoadAndDrawEachFile(benchmark::State& state)
 {
     RowPicture picture;
@@ -116,33 +107,13 @@ void LoadAndDrawEachFile(benchmark::State& state)
         int right = RowPicture::width;
         for (const wchar_t* const icon : icons) {
             Gdiplus::Bitmap image(utilsExam::GetImage(icon).c_str());
-            DrawPlainly(image, picture, right);
+            const auto width = static_cast<int>(image.GetWidth());
+            const auto height = static_cast<int>(image.GetHeight());
+            right -= width;
+            picture.Graphics().DrawImage(&image, right, (RowPicture::height - height) / 2, width,
+                                         height);
         }
         if (right != RowPicture::width - 24 * 7) state.SkipWithError("an icon is missing");
-    }
-}
-
-void LoadEachFile(benchmark::State& state)
-{
-    for (auto _ : state)
-        for (const wchar_t* const icon : icons) {
-            Gdiplus::Bitmap image(utilsExam::GetImage(icon).c_str());
-            if (image.GetWidth() != 24) state.SkipWithError("an icon is missing");
-        }
-}
-
-// The same icons, loaded once: what a repaint cannot do without.
-void DrawLoadedImages(benchmark::State& state)
-{
-    RowPicture picture;
-    std::vector<std::unique_ptr<Gdiplus::Bitmap>> images;
-    for (const wchar_t* const icon : icons)
-        images.emplace_back(new Gdiplus::Bitmap(utilsExam::GetImage(icon).c_str()));
-    for (auto _ : state) {
-        int right = RowPicture::width;
-        for (const auto& image : images)
-            DrawPlainly(*image, picture, right);
-        benchmark::DoNotOptimize(right);
     }
 }
 
@@ -190,8 +161,6 @@ BENCHMARK(PaintRow);
 BENCHMARK(PaintRowWithoutWireless);
 BENCHMARK(PaintRowWithSensor);
 BENCHMARK(LoadAndDrawEachFile);
-BENCHMARK(LoadEachFile);
-BENCHMARK(DrawLoadedImages);
 BENCHMARK(SetState);
 BENCHMARK(StoreAndCall);
 BENCHMARK(SetSensorReading);
@@ -251,11 +220,8 @@ void Run()
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     RatioReporter::PrintHeading();
-    reporter.PrintRatio("LoadAndDrawEachFile", "LoadEachFile");
-    reporter.PrintRatio("LoadAndDrawEachFile", "DrawLoadedImages");
-    reporter.PrintRatio("LoadAndDrawEachFile", "PaintRow");
+    reporter.PrintRatio("PaintRow", "LoadAndDrawEachFile");
     reporter.PrintRatio("PaintRow", "PaintRowWithoutWireless");
-    reporter.PrintRatio("PaintRow", "DrawLoadedImages");
     reporter.PrintRatio("PaintRowWithSensor", "PaintRow");
     reporter.PrintRatio("SetState", "StoreAndCall");
     CWmiService::destroyInstance();

@@ -17,13 +17,12 @@ int CentredTop(const CRect& rect, UINT imageHeight)
     return static_cast<int>((height - imageHeight) >> 1);
 }
 
-// A picture of these pixels, which have to outlive it.
-std::unique_ptr<Gdiplus::Bitmap> OverPixels(IconPixels& icon)
+void DrawAtRight(Gdiplus::Bitmap& image, const CRect& rect, Gdiplus::Graphics& graphics)
 {
-    const auto rowBytes = static_cast<INT>(icon.width * sizeof(Gdiplus::ARGB));
-    return std::make_unique<Gdiplus::Bitmap>(icon.width, icon.height, rowBytes,
-                                             PixelFormat32bppARGB,
-                                             reinterpret_cast<BYTE*>(icon.pixels.data()));
+    const auto width = static_cast<int>(image.GetWidth());
+    const UINT height = image.GetHeight();
+    graphics.DrawImage(&image, base::wrap::Subtract(rect.right, width), CentredTop(rect, height),
+                       width, static_cast<int>(height));
 }
 
 } // namespace
@@ -33,27 +32,15 @@ bool IsWanted(const wchar_t* setting)
     return ProfileNumber(L"Settings\\Status", setting, 0) != 0;
 }
 
-StatusIcon::StatusIcon(const std::wstring& path)
-    : m_pixels(FindIconPixels(path)),
-      m_image(m_pixels ? OverPixels(*m_pixels) : std::make_unique<Gdiplus::Bitmap>(path.c_str())),
-      m_isLoaded(m_image->GetLastStatus() == Gdiplus::Ok)
-{
-}
-
-void StatusIcon::Draw(const CRect& rect, Gdiplus::Graphics& graphics) const
-{
-    const int width = Width();
-    const UINT height = m_image->GetHeight();
-    graphics.DrawImage(m_image.get(), base::wrap::Subtract(rect.right, width),
-                       CentredTop(rect, height), width, static_cast<int>(height));
-}
-
-int DrawStatusIcon(const std::wstring& path, const CRect& rect, Gdiplus::Graphics& graphics)
-{
-    const StatusIcon icon(path);
-    if (!icon.IsLoaded()) return 0;
-    icon.Draw(rect, graphics);
-    return icon.Width();
+int DrawStatusIcon(const std::function<std::wstring()>& path, const CRect& rect,
+                   Gdiplus::Graphics& graphics, bool isDark)
+try {
+    Gdiplus::Bitmap image(path().c_str());
+    if (image.GetLastStatus() != Gdiplus::Ok) return 0;
+    if (!isDark) DrawAtRight(image, rect, graphics);
+    return static_cast<int>(image.GetWidth());
+} catch (...) { // memory is short
+    return 0;
 }
 
 } // namespace utils_statics

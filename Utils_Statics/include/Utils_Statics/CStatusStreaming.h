@@ -50,8 +50,8 @@ protected:
 private:
     CStatusStreaming();
 
-    /// The image of a state, whether the item is visible or not; empty for StreamingOff.
-    static std::wstring getPath(StreamingStatus status);
+    /// The image to draw; empty for none.
+    std::wstring getPath() const;
     void setBlinkState();
     void DrawAddress(const CRect& rect, Gdiplus::Graphics& graphics) const;
     static void CALLBACK StatusMessageTimer(UINT timer, UINT message, DWORD_PTR user,

@@ -45,7 +45,7 @@ public:
     virtual bool isVisible() const = 0;
 
     /// Draws the item at the right edge of `rect`, the free part of the row in pixels, and answers
-    /// the width used; 0 when nothing is shown, as without the image file.
+    /// the width used; 0 when nothing is shown, as without the image file or for want of memory.
     virtual int drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const = 0;
 
     /// Sets the repaint callback in place of the one before; null switches repaint requests off.

@@ -7,6 +7,7 @@
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 
 #include <random>
 
@@ -183,9 +184,7 @@ TEST_F(IconFiles, ThatAreReplacedByMovingAnotherInTheirPlaceAreShownAnew)
     EXPECT_EQ(Colour(), orange);
 }
 
-// Pictures of files that were written long ago are kept; others might change within one tick of
-// the file system's clock.
-TEST_F(IconFiles, WrittenLongAgoAreReadOnce)
+TEST_F(IconFiles, AreReadForEachDrawing)
 {
     Write(24, 20, green);
     SetWritten(100);
@@ -193,77 +192,7 @@ TEST_F(IconFiles, WrittenLongAgoAreReadOnce)
     const base::File alone(
         CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(static_cast<bool>(alone)) << "nobody else can read it now";
-    EXPECT_EQ(Colour(), green);
-}
-
-TEST_F(IconFiles, WrittenJustNowAreReadEachTime)
-{
-    Write(24, 20, green);
-    EXPECT_EQ(Colour(), green);
-    const base::File alone(
-        CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(static_cast<bool>(alone));
     EXPECT_EQ(Colour(), 0u);
-}
-
-// Also by older ones, as when an earlier version is put back.
-TEST_F(IconFiles, WrittenLongAgoAndReplacedAreShownAnew)
-{
-    const struct
-    {
-        Gdiplus::ARGB colour;
-        int secondsAgo;
-    } versions[] = {{green, 100}, {orange, 50}, {green, 200}, {orange, 0}, {green, 0}};
-    for (const auto& version : versions) {
-        Write(24, 20, version.colour);
-        SetWritten(version.secondsAgo);
-        EXPECT_EQ(Colour(), version.colour);
-        EXPECT_EQ(Colour(), version.colour);
-    }
-}
-
-TEST_F(IconFiles, WrittenInTheFutureAreReadEachTime)
-{
-    for (const Gdiplus::ARGB colour : {green, orange}) {
-        Write(24, 20, colour);
-        SetWritten(-100);
-        EXPECT_EQ(Colour(), colour);
-    }
-}
-
-TEST_F(IconFiles, LargerThanAnyIconAreDrawnWithoutBeingKept)
-{
-    for (const int height : {256, 257}) {
-        Write(24, height, green);
-        SetWritten(100);
-        Row row(200, 300);
-        EXPECT_EQ(Shown(row), 24);
-        EXPECT_EQ(row.Drawn().Height(), height);
-        const base::File alone(
-            CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        Row again(200, 300);
-        EXPECT_EQ(Shown(again), height == 256 ? 24 : 0);
-    }
-}
-
-// More files than are kept at once, each of one grey.
-TEST_F(IconFiles, OfManyFoldersAreTheirOwn)
-{
-    constexpr int count = 100;
-    const auto grey = [](int n) { return 0xFF000000u + static_cast<Gdiplus::ARGB>(n) * 0x10101; };
-    const test_support::TemporaryFolder all;
-    const auto folder = [&](int n) { return all / (L"set" + std::to_wstring(n)); };
-    for (int n = 0; n < count; ++n) {
-        Write(24, 20, grey(n));
-        SetWritten(100);
-        CreateDirectoryW(folder(n).c_str(), nullptr);
-        CreateDirectoryW((folder(n) + L"\\status").c_str(), nullptr);
-        CopyFileW(File().c_str(), (folder(n) + L"\\status\\pacemaker.png").c_str(), FALSE);
-    }
-    for (int n = 0; n < 2 * count; ++n) {
-        qor_utils::SetStoreFolder(qor_utils::imagesStore, folder(n % count));
-        ASSERT_EQ(Colour(), grey(n % count)) << n;
-    }
 }
 
 TEST_F(IconFiles, AreNotKeptOpen)
@@ -294,6 +223,26 @@ TEST_F(IconFiles, AreShownByASecondDrawingSessionToo)
         const DrawingSession second;
         EXPECT_EQ(Colour(), green);
     }
+    EXPECT_EQ(Colour(), green);
+}
+
+void* NoMemory(std::size_t)
+{
+    return nullptr;
+}
+
+TEST_F(IconFiles, WhosePathsFindNoMemoryTakeNoRoom)
+{
+    Write(24, 20, green);
+    Row row;
+    int width = -1;
+    {
+        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc",
+                                            reinterpret_cast<void*>(NoMemory));
+        EXPECT_NO_THROW(width = Shown(row));
+    }
+    EXPECT_EQ(width, 0);
+    EXPECT_EQ(row.Drawn(), CRect());
     EXPECT_EQ(Colour(), green);
 }
 
