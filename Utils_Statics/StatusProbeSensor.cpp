@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <mutex>
+#include <new>
 #include <shared_mutex>
 
 using namespace utils_statics;
@@ -110,7 +111,7 @@ bool CStatusProbeSensor::isVisible() const
 }
 
 int CStatusProbeSensor::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
-{
+try {
     const SensorData data = getState();
     zelLogger::zelLogHelper(logSource, __LINE__,
                             logLevel)(L"isSensorSupported %d errorStatus %d muxVersion %d\n",
@@ -132,4 +133,6 @@ int CStatusProbeSensor::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics)
         used += SensorDisplay::gaugeWidth;
     }
     return used;
+} catch (const std::bad_alloc&) {
+    return 0;
 }

@@ -82,7 +82,7 @@ void SensorDisplay::DrawHalfDisc(double angle, const Gdiplus::RectF& column)
     const Gdiplus::SolidBrush brush{Gdiplus::Color(discColour)};
     const Gdiplus::Pen pen(Gdiplus::Color(outlineColour), outlineWidth);
     m_graphics.FillPie(&brush, ellipse, static_cast<REAL>(180 - angle), static_cast<REAL>(angle));
-    m_graphics.DrawPie(&pen, ellipse, 0, 180);
+    m_graphics.DrawArc(&pen, ellipse, 0, 180);
 }
 
 Gdiplus::RectF SensorDisplay::Column(int used, int width) const

@@ -1,5 +1,6 @@
 // The probe sensor's display.
 #include "../text/TestStringTable.h"
+#include "drawing_record.h"
 #include "status_fixture.h"
 
 #include <Utils_Statics/CStatusProbeSensor.h>
@@ -16,6 +17,7 @@ using test_support::LogCapture;
 namespace {
 
 using SensorData = CStatusProbeSensor::SensorData;
+using Lines = std::vector<std::wstring>;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -220,21 +222,6 @@ TEST_F(ProbeSensor, WarnsOverTheRestOfTheRowWhenTooHot)
     EXPECT_EQ(gauge, background) << "there is no gauge";
 }
 
-TEST_F(ProbeSensor, TheWarningHasASoftShadow)
-{
-    Row row;
-    DrawReading(Reading(39.9), row);
-    const auto shadow = (0xFF * 0x64 + 0x20 * (255 - 0x64)) / 255;
-    const CRect text = row.Where([](Gdiplus::ARGB pixel) { return pixel == 0xFFFF0000; });
-    const CRect leftOfTheTemperature(0, 0, 146, 60);
-    const CRect soft = row.WhereIn(leftOfTheTemperature, [&](Gdiplus::ARGB pixel) {
-        return std::abs(GetRValue(pixel >> 16) - shadow) < 4 &&
-               std::abs(GetRValue(pixel >> 8) - 0x40 * (255 - 0x64) / 255) < 4;
-    });
-    EXPECT_NEAR(soft.bottom, text.bottom + 2, 1);
-    EXPECT_NEAR(soft.right, text.right + 2, 2);
-}
-
 TEST_F(ProbeSensor, TheThresholdItselfIsNotTooHot)
 {
     Row row;
@@ -266,12 +253,98 @@ TEST_F(ProbeSensor, WithoutAUsableSensorOnlyTheWarningIsShown)
 TEST_F(ProbeSensor, AnEmptyWarningTakesNoRoom)
 {
     TestStringTable empty;
-    empty.Add("status.probesensor.nosensor", " ", " ");
+    empty.Add("status.probesensor.nosensor", "", "");
+    empty.Add("status.probesensor.maxtemp", "", "");
     empty.Load();
+    DrawingRecord record;
     Row row;
-    const int width = DrawReading({}, row);
-    EXPECT_EQ(width, 200) << "a blank is a text";
+    EXPECT_EQ(DrawReading({}, row), 0);
+    EXPECT_EQ(record.Take(), Lines{L"family Arial"});
+    EXPECT_EQ(DrawReading(Reading(39.9), row), 102) << "the gauge has the room";
+}
+
+TEST_F(ProbeSensor, AWarningOfABlankClaimsTheRow)
+{
+    TestStringTable blank;
+    blank.Add("status.probesensor.nosensor", " ", " ");
+    blank.Load();
+    Row row;
+    EXPECT_EQ(DrawReading({}, row), 200);
     EXPECT_EQ(row.Drawn(), CRect());
+}
+
+// ---- Every text and shape, in the order in which it is drawn
+
+TEST_F(ProbeSensor, DrawsTheTemperatureAndThenTheGauge)
+{
+    DrawingRecord record;
+    Row row;
+    DrawReading(Reading(37.46, 44.6), row);
+    EXPECT_EQ(record.Take(), (Lines{L"family Arial",
+                                    L"37.5\xB0"
+                                    L"C, 11pt bold, centre/centre, FFE7C4CD in 146 0 54 60",
+                                    L"45\xB0, 11pt bold, centre/centre, FFE7EBF6 in 98 0 48 60",
+                                    L"pie 64C8C8C8 in 98 -23.1 48 55.2 from 135.4 by 44.6",
+                                    L"arc FFB4B496 2 wide in 98 -23.1 48 55.2 from 0 by 180"}));
+}
+
+TEST_F(ProbeSensor, DrawsInsideOfTheRectangleThatIsGiven)
+{
+    CStatusProbeSensor::setState(Reading(-0.04, 0.5));
+    DrawingRecord record;
+    Row row;
+    EXPECT_EQ(item->drawIcon(CRect(10, 5, 150, 35), row.Graphics()), 102);
+    EXPECT_EQ(record.Take(), (Lines{L"family Arial",
+                                    L"-0.0\xB0"
+                                    L"C, 11pt bold, centre/centre, FFE7EBF6 in 96 5 54 30",
+                                    L"1\xB0, 11pt bold, centre/centre, FFE7EBF6 in 48 5 48 30",
+                                    L"pie 64C8C8C8 in 48 -3.1 48 55.2 from 179.5 by 0.5",
+                                    L"arc FFB4B496 2 wide in 48 -3.1 48 55.2 from 0 by 180"}));
+}
+
+TEST_F(ProbeSensor, DrawsTheShadowBeforeTheWarning)
+{
+    DrawingRecord record;
+    Row row;
+    DrawReading(Reading(39.9), row);
+    EXPECT_EQ(record.Take(), (Lines{L"family Arial",
+                                    L"39.9\xB0"
+                                    L"C, 11pt bold, centre/centre, FFE70000 in 146 0 54 60",
+                                    L"TOO HOT, 11pt bold, centre/centre, 64FF0000 in 2 2 146 60",
+                                    L"TOO HOT, 11pt bold, centre/centre, FFFF0000 in 0 0 146 60"}));
+}
+
+TEST_F(ProbeSensor, DrawsTheWarningOfAMissingSensorOverTheWholeRow)
+{
+    CStatusProbeSensor::setState({});
+    DrawingRecord record;
+    Row row;
+    item->drawIcon(CRect(50, 7, 180, 40), row.Graphics());
+    EXPECT_EQ(
+        record.Take(),
+        (Lines{L"family Arial", L"NO SENSOR, 11pt bold, centre/centre, 64FF0000 in 2 9 180 33",
+               L"NO SENSOR, 11pt bold, centre/centre, FFFF0000 in 0 7 180 33"}));
+}
+
+TEST_F(ProbeSensor, WritesWithoutArialToo)
+{
+    DrawingRecord record(false);
+    Row row;
+    DrawReading({}, row);
+    const Lines lines = record.Take();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[1], L"family without serifs");
+    EXPECT_EQ(lines[3], L"NO SENSOR, 11pt bold, centre/centre, FFFF0000 in 0 0 200 60");
+    EXPECT_NE(row.Where(IsReddish), CRect());
+}
+
+// The outline is an arc: nothing is drawn along the ellipse's diameter, at y = 4.5.
+TEST_F(ProbeSensor, TheGaugesOutlineIsOpenAbove)
+{
+    Row row;
+    DrawReading(Reading(36.0, 0), row);
+    for (const int y : {3, 4, 5, 6})
+        EXPECT_EQ(row.At(110, y), background) << y;
 }
 
 TEST_F(ProbeSensor, InANarrowRowThereIsNoGauge)
