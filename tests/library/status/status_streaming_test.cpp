@@ -2,17 +2,23 @@
 #include <winsock2.h>
 
 #include "../text/TestStringTable.h"
+#include "drawing_record.h"
 #include "status_fixture.h"
 
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <test_support/ChildTest.h>
 #include <test_support/ImportHook.h>
+
+#include <mmsystem.h>
 
 #include <array>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <string>
+#include <thread>
 #include <vector>
 
 using namespace std::chrono;
@@ -249,6 +255,131 @@ TEST_F(StatusStreaming, SettingsThatAreReadBeforeEachRepaintKeepItFromBlinkingWh
     EXPECT_TRUE(IsLit());
 }
 
+// ---- The timer's calls, made by hand
+
+using Calls = std::vector<std::string>;
+
+Calls s_timerCalls;
+LPTIMECALLBACK s_timer;
+UINT s_lastTimer;
+
+MMRESULT WINAPI StartTimer(UINT delay, UINT resolution, LPTIMECALLBACK timer, DWORD_PTR, UINT flags)
+{
+    s_timer = timer;
+    s_timerCalls.push_back("set " + std::to_string(delay) + " " + std::to_string(resolution) + " " +
+                           std::to_string(flags));
+    return ++s_lastTimer;
+}
+
+MMRESULT WINAPI EndTimer(UINT timer)
+{
+    s_timerCalls.push_back("end " + std::to_string(timer));
+    return TIMERR_NOERROR;
+}
+
+class StreamingTimer : public StatusStreaming
+{
+protected:
+    StreamingTimer()
+    {
+        CStatusStreaming::setState(toDisk);
+        s_repaints.Forget();
+        s_timerCalls.clear();
+    }
+
+    // The platform's timer thread calls.
+    static void Tick(UINT timer) { s_timer(timer, 0, 0, 0, 0); }
+    static std::size_t Repaints() { return s_repaints.Times().size(); }
+
+private:
+    const test_support::ImportHook m_set{L"Utils_Statics.dll", "timeSetEvent",
+                                         reinterpret_cast<void*>(&StartTimer)};
+    const test_support::ImportHook m_end{L"Utils_Statics.dll", "timeKillEvent",
+                                         reinterpret_cast<void*>(&EndTimer)};
+};
+
+TEST_F(StreamingTimer, IsEndedBeforeEachStartAndKeepsItsNumber)
+{
+    const std::string first = "end " + std::to_string(s_lastTimer);
+    const std::string second = "end " + std::to_string(s_lastTimer + 1);
+    const std::string start = "set 1000 1000 " + std::to_string(TIME_PERIODIC);
+    CStatusStreaming::setState(toDisk);
+    CStatusStreaming::setState(on);
+    CStatusStreaming::setState(off);
+    item->updateVisibleState();
+    EXPECT_EQ(s_timerCalls, (Calls{first, start, second, second, second}));
+}
+
+TEST_F(StreamingTimer, TurnsTheIconDarkAndLitAndAsksForARepaint)
+{
+    Tick(s_lastTimer);
+    EXPECT_FALSE(IsLit());
+    EXPECT_EQ(Repaints(), 1u);
+    Tick(s_lastTimer);
+    EXPECT_TRUE(IsLit());
+    EXPECT_EQ(Repaints(), 2u);
+}
+
+// The platform may make a call after the timer was ended.
+TEST_F(StreamingTimer, DarkensNothingWhenItsCallComesLate)
+{
+    const UINT ended = s_lastTimer;
+    CStatusStreaming::setState(on);
+    s_repaints.Forget();
+    Tick(ended);
+    EXPECT_TRUE(IsLit());
+    CStatusStreaming::setState(toDisk);
+    s_repaints.Forget();
+    Tick(ended);
+    EXPECT_TRUE(IsLit()) << "another timer blinks now";
+    EXPECT_EQ(Repaints(), 0u);
+    Tick(s_lastTimer);
+    EXPECT_FALSE(IsLit());
+}
+
+TEST_F(StreamingTimer, ABlinkingThatTheTimerHasDarkenedIsLitInAnyOtherState)
+{
+    Tick(s_lastTimer);
+    CStatusStreaming::setState(on);
+    EXPECT_TRUE(IsLit());
+}
+
+// The item is destroyed here, so it takes a process of its own. One call of the timer is under way
+// meanwhile, and one comes late.
+TEST_F(StreamingTimer, DISABLED_AfterTheDestruction)
+{
+    static HANDLE entered, released;
+    entered = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    released = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    IStatusItem::SetStatusCallback([] {
+        SetEvent(entered);
+        WaitForSingleObject(released, 60'000);
+        s_repaints.Note();
+    });
+    std::jthread call([] { Tick(s_lastTimer); });
+    EXPECT_EQ(WaitForSingleObject(entered, 60'000), WAIT_OBJECT_0);
+    std::atomic<bool> isDestroyed = false;
+    std::jthread destroyer([&] {
+        delete item;
+        isDestroyed = true;
+    });
+    Sleep(200); // gives a destruction that does not wait the time to show itself
+    EXPECT_FALSE(isDestroyed);
+    SetEvent(released);
+    destroyer.join();
+    call.join();
+    EXPECT_EQ(s_timerCalls, Calls{"end " + std::to_string(s_lastTimer)});
+    Tick(s_lastTimer);
+    EXPECT_EQ(Repaints(), 1u);
+    std::exit(HasFailure() ? 1 : 42);
+}
+
+TEST(StreamingTimerOfADestroyedItem, IsEndedAndWaitedFor)
+{
+    test_support::ChildTest child("StreamingTimer.DISABLED_AfterTheDestruction");
+    EXPECT_EQ(child.Wait(60'000), 42u);
+}
+
 // ---- The caption
 
 TEST_F(StatusStreaming, WritesTheAddressOverTheIcon)
@@ -280,6 +411,21 @@ TEST_F(StatusStreaming, TheCaptionEndsInTheCornerOfTheRectangle)
     EXPECT_GT(caption.right, 140);
     EXPECT_LE(caption.bottom, 44);
     EXPECT_GT(caption.bottom, 34);
+}
+
+TEST_F(StatusStreaming, TheCaptionIsSmallPlainWhiteArial)
+{
+    Want(true, true);
+    CStatusStreaming::setState(on);
+    Row row;
+    DrawingRecord record;
+    item->drawIcon(CRect(20, 4, 150, 44), row.Graphics());
+    EXPECT_EQ(record.Take(),
+              (std::vector<std::wstring>{
+                  L"family Arial", L"10.1.2.3, 8pt regular, far/far, FFFFFFFF in 0 4 150 40"}));
+    DrawingRecord without(false);
+    Draw(item, row);
+    EXPECT_EQ(without.Take().back(), L"10.1.2.3, 8pt regular, far/far, FFFFFFFF in 0 0 200 60");
 }
 
 TEST_F(StatusStreaming, TheCaptionIsWrittenWhateverTheOtherSetting)
