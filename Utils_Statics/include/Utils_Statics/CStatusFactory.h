@@ -12,9 +12,6 @@ class IStatusItem;
 class CStatusFactory
 {
 public:
-    CStatusFactory() = delete;
-    ~CStatusFactory() = delete;
-
     /// The registry itself, in the order of registration.
     UTILS_STATICS_API static std::vector<IStatusItem*>& getItems() noexcept;
 
@@ -30,6 +27,9 @@ public:
     UTILS_STATICS_API static void destroyInstance();
 
 private:
+    CStatusFactory() = default;
+    ~CStatusFactory() = default;
+
     static std::vector<IStatusItem*> m_statusItems; // defined among the static objects
     static CWmiService* m_wmi;                      // unused: the service has its own instance
 };

@@ -101,6 +101,17 @@ TEST_F(StatusFactory, ConnectsWithTheFirstItemAndPollsWithEach)
     EXPECT_TRUE(CStatusNetwork::getState());
 }
 
+std::vector<std::size_t> s_counts;
+
+TEST_F(StatusFactory, PollsWhenTheItemIsRegistered)
+{
+    s_counts.clear();
+    IStatusItem::SetStatusCallback([] { s_counts.push_back(CStatusFactory::getItems().size()); });
+    CStatusFactory::addItem(new NamedItem("a"));
+    CStatusFactory::addItem(new NamedItem("b"));
+    EXPECT_EQ(s_counts, (std::vector<std::size_t>{1, 1, 1, 2, 2, 2}));
+}
+
 TEST_F(StatusFactory, TakesTheSameItemTwiceAndNull)
 {
     auto* const item = new NamedItem("twice");
@@ -157,6 +168,31 @@ TEST_F(StatusFactory, DestroysTheItemsBeforeItEndsTheMonitoring)
     EXPECT_EQ(server.LiveObjects(), 0);
 }
 
+// An event comes while the items go.
+class TellingItem : public NamedItem
+{
+public:
+    TellingItem() : NamedItem("telling") {}
+    ~TellingItem() override
+    {
+        delivered = s_server->Deliver(
+            {{{L"__CLASS", L"MSNdis_StatusMediaDisconnect"}, {L"InstanceName", L"NIC"}}});
+    }
+
+    inline static int delivered = 0;
+};
+
+TEST_F(StatusFactory, EndsTheEventsBeforeItDestroysTheItems)
+{
+    s_server = &server;
+    CStatusFactory::addItem(new TellingItem);
+    repaints = 0;
+    CStatusFactory::destroyInstance();
+    EXPECT_EQ(TellingItem::delivered, 1);
+    EXPECT_TRUE(CStatusNetwork::getState());
+    EXPECT_EQ(repaints, 0);
+}
+
 TEST_F(StatusFactory, PaintsFromTheRightByTheProtocol)
 {
     for (const char* const name : {"a", "b", "c"})
@@ -175,6 +211,7 @@ TEST(StatusFactoryClass, IsNeverMade)
 {
     static_assert(!std::is_default_constructible_v<CStatusFactory>);
     static_assert(!std::is_destructible_v<CStatusFactory>);
+    static_assert(__has_trivial_destructor(CStatusFactory), "private, not deleted");
     SUCCEED();
 }
 
