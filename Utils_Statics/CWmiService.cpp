@@ -9,8 +9,6 @@
 
 #include <base/WrapArithmetic.h>
 
-#include <comdef.h>
-
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -40,7 +38,7 @@ std::optional<std::int32_t> SignalQuality(IWbemClassObject& object)
 
 std::optional<std::int32_t> MediaState(IWbemClassObject& object)
 {
-    const std::wstring name = InstanceName(object);
+    const TextProperty name = InstanceName(object);
     if (!IsWirelessName(name) && !IsWiredName(name)) return std::nullopt;
     const auto status = NumberProperty(object, L"NdisMediaConnectStatus");
     if (!status) return std::nullopt;
@@ -66,9 +64,9 @@ std::optional<std::int32_t> Figure(std::int32_t mode, IWbemClassObject& object)
 
 bool Subscribe(IWbemServices& services, const wchar_t* query, QuerySink* sink)
 {
-    const _bstr_t language(L"WQL");
-    const _bstr_t text(query);
-    return SUCCEEDED(services.ExecNotificationQueryAsync(language, text, 0, nullptr, sink));
+    const WqlQuery wql(query);
+    return wql && SUCCEEDED(services.ExecNotificationQueryAsync(wql.language.get(), wql.text.get(),
+                                                                0, nullptr, sink));
 }
 
 } // namespace
@@ -87,12 +85,7 @@ void CWmiService::destroyInstance()
 
 CWmiService::CWmiService()
 {
-    try {
-        Initialize(); // the instance is wanted without a connection as well
-    } catch (...) {
-        Destroy();
-        throw;
-    }
+    Initialize(); // the instance is wanted without a connection as well
 }
 
 CWmiService::~CWmiService()
@@ -106,10 +99,10 @@ bool CWmiService::Initialize()
     m_locator = nullptr;
     DriverConnection connection = ConnectToDrivers();
     if (!connection) return false;
-    m_locator = connection.locator.release();
-    m_services = connection.services.release();
     m_sink = new QuerySink;
     m_sink->Hold();
+    m_locator = connection.locator.release();
+    m_services = connection.services.release();
     return RegisterForNDISNotification();
 }
 
@@ -157,12 +150,9 @@ void CWmiService::Update()
 
 std::int32_t CWmiService::Query(std::int32_t mode, const wchar_t* query)
 {
-    std::int32_t result = unknown;
-    if (!m_services) return result;
-    VisitObjects(*m_services, query ? query : L"", [&](IWbemClassObject& object) {
-        const auto figure = Figure(mode, object);
-        result = figure.value_or(unknown);
-        return figure.has_value();
-    });
-    return result;
+    if (!m_services) return unknown;
+    QueryResult objects(*m_services, query ? query : L"");
+    while (const auto object = objects.Next())
+        if (const auto figure = Figure(mode, *object.get())) return *figure;
+    return unknown;
 }

@@ -96,19 +96,20 @@ QuerySink::Outcome QuerySink::Apply(const Change& change)
 
 QuerySink::Outcome QuerySink::HandleEvent(IWbemClassObject& event)
 {
-    const auto name = TextProperty(event, L"__CLASS");
-    if (!name) return Outcome::stop;
-    if (*name == L"MSNdis_StatusMediaConnect") return ShowConnection(event, true);
-    if (*name == L"MSNdis_StatusMediaDisconnect") return ShowConnection(event, false);
-    if (*name == L"MSNdis_StatusLinkSpeedChange") return Apply([] { CStatusWireless::update(); });
-    if (*name == L"MSNdis_NotifyAdapterRemoval") return ShowAvailability(event, false);
-    if (*name == L"MSNdis_NotifyAdapterArrival") return ShowAvailability(event, true);
+    const TextProperty type(event, L"__CLASS");
+    if (!type) return Outcome::stop;
+    const std::wstring_view name = type.View();
+    if (name == L"MSNdis_StatusMediaConnect") return ShowConnection(event, true);
+    if (name == L"MSNdis_StatusMediaDisconnect") return ShowConnection(event, false);
+    if (name == L"MSNdis_StatusLinkSpeedChange") return Apply([] { CStatusWireless::update(); });
+    if (name == L"MSNdis_NotifyAdapterRemoval") return ShowAvailability(event, false);
+    if (name == L"MSNdis_NotifyAdapterArrival") return ShowAvailability(event, true);
     return Outcome::goOn;
 }
 
 QuerySink::Outcome QuerySink::ShowConnection(IWbemClassObject& event, bool connected)
 {
-    const std::wstring name = InstanceName(event);
+    const TextProperty name = InstanceName(event);
     if (IsWirelessName(name)) return Apply([&] { CStatusWireless::setConnected(connected); });
     if (IsWiredName(name)) return Apply([&] { CStatusNetwork::setState(connected); });
     return Outcome::goOn;

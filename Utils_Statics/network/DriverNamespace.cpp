@@ -2,8 +2,6 @@
 
 #include <comdef.h>
 
-#include <utility>
-
 namespace utils_statics {
 
 namespace {
@@ -14,15 +12,6 @@ HRESULT SetSecurity(IWbemServices* services)
     return CoSetProxyBlanket(services, RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,
                              RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr,
                              EOAC_NONE);
-}
-
-base::ComPointer<IWbemClassObject> NextObject(IEnumWbemClassObject& objects)
-{
-    base::ComPointer<IWbemClassObject> object;
-    ULONG count = 0;
-    const HRESULT result = objects.Next(static_cast<LONG>(WBEM_INFINITE), 1, object.put(), &count);
-    if (FAILED(result) || count == 0) object.reset();
-    return object;
 }
 
 } // namespace
@@ -42,19 +31,29 @@ DriverConnection ConnectToDrivers()
     return connection;
 }
 
-void VisitObjects(IWbemServices& services, const wchar_t* query,
-                  const std::function<bool(IWbemClassObject&)>& visit)
+WqlQuery::WqlQuery(const wchar_t* query) noexcept
+    : language(SysAllocString(L"WQL")), text(SysAllocString(query))
 {
-    base::ComPointer<IEnumWbemClassObject> objects;
-    const _bstr_t language(L"WQL");
-    const _bstr_t text(query);
-    if (FAILED(services.ExecQuery(language, text,
-                                  WBEM_FLAG_RETURN_IMMEDIATELY | WBEM_FLAG_FORWARD_ONLY, nullptr,
-                                  objects.put())) ||
-        !objects)
-        return;
-    while (const auto object = NextObject(*objects.get()))
-        if (visit(*object.get())) return;
+}
+
+QueryResult::QueryResult(IWbemServices& services, const wchar_t* query)
+{
+    const WqlQuery wql(query);
+    if (wql && FAILED(services.ExecQuery(wql.language.get(), wql.text.get(),
+                                         WBEM_FLAG_RETURN_IMMEDIATELY | WBEM_FLAG_FORWARD_ONLY,
+                                         nullptr, m_objects.put())))
+        m_objects.reset();
+}
+
+base::ComPointer<IWbemClassObject> QueryResult::Next()
+{
+    base::ComPointer<IWbemClassObject> object;
+    ULONG count = 0;
+    if (m_objects &&
+        (FAILED(m_objects.get()->Next(static_cast<LONG>(WBEM_INFINITE), 1, object.put(), &count)) ||
+         count == 0))
+        object.reset();
+    return object;
 }
 
 } // namespace utils_statics

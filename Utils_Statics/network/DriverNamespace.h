@@ -4,10 +4,8 @@
 
 #include <wbemidl.h>
 
-#include <functional>
-
 // The management interface's view of the network drivers. COM has to be initialised on the calling
-// thread. A text that cannot be allocated raises _com_error (E_OUTOFMEMORY).
+// thread.
 namespace utils_statics {
 
 // The connection, with the locator that it came from. Both or none.
@@ -19,12 +17,31 @@ struct DriverConnection
     explicit operator bool() const noexcept { return static_cast<bool>(services); }
 };
 
-// Connects to the namespace of the network drivers' classes; empty when any step is refused.
+// Connects to the namespace of the network drivers' classes; empty when any step is refused. Raises
+// _com_error (E_OUTOFMEMORY) when the namespace's name cannot be allocated.
 DriverConnection ConnectToDrivers();
 
-// Hands the objects that a query gives to `visit`, one at a time, until it answers true or there
-// are no more. Waits for each as long as the service takes.
-void VisitObjects(IWbemServices& services, const wchar_t* query,
-                  const std::function<bool(IWbemClassObject&)>& visit);
+// A query as the service takes it; false when memory is too short for its texts.
+struct WqlQuery
+{
+    explicit WqlQuery(const wchar_t* query) noexcept;
+
+    explicit operator bool() const noexcept { return language && text; }
+
+    base::Bstr language, text;
+};
+
+// The objects that a query gives; none when it cannot be run.
+class QueryResult
+{
+public:
+    QueryResult(IWbemServices& services, const wchar_t* query);
+
+    // Null when there are no more. Waits as long as the service takes.
+    base::ComPointer<IWbemClassObject> Next();
+
+private:
+    base::ComPointer<IEnumWbemClassObject> m_objects;
+};
 
 } // namespace utils_statics

@@ -1,15 +1,16 @@
 #include "network/ObjectProperty.h"
 
-#include <comdef.h>
-
 namespace utils_statics {
 
-std::optional<std::wstring> TextProperty(IWbemClassObject& object, const wchar_t* name)
+TextProperty::TextProperty(IWbemClassObject& object, const wchar_t* name)
+    : m_isRead(SUCCEEDED(object.Get(name, 0, &m_value, nullptr, nullptr)) && m_value.vt == VT_BSTR)
 {
-    _variant_t value;
-    if (FAILED(object.Get(name, 0, &value, nullptr, nullptr)) || value.vt != VT_BSTR)
-        return std::nullopt;
-    return std::wstring(value.bstrVal, SysStringLen(value.bstrVal)); // a null text is an empty one
+}
+
+std::wstring_view TextProperty::View() const noexcept
+{
+    if (!m_isRead) return {};
+    return {m_value.bstrVal, SysStringLen(m_value.bstrVal)}; // a null text is an empty one
 }
 
 std::optional<std::int32_t> NumberProperty(IWbemClassObject& object, const wchar_t* name)

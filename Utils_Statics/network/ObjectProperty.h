@@ -4,34 +4,49 @@
 
 #include <wbemidl.h>
 
+#include <comdef.h>
+
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace utils_statics {
 
-// A property of an object of the management interface; nothing when it cannot be read or is not of
-// this type.
-std::optional<std::wstring> TextProperty(IWbemClassObject& object, const wchar_t* name);
-// The 32 bits of an integer of at most that size.
+// A text property of an object of the management interface; false when it cannot be read or is no
+// text.
+class TextProperty
+{
+public:
+    TextProperty(IWbemClassObject& object, const wchar_t* name);
+
+    explicit operator bool() const noexcept { return m_isRead; }
+    // As long as the property lives; empty when it was not read.
+    std::wstring_view View() const noexcept;
+
+private:
+    _variant_t m_value;
+    bool m_isRead;
+};
+
+// The 32 bits of an integer property of at most that size; nothing when it cannot be read or is of
+// another type.
 std::optional<std::int32_t> NumberProperty(IWbemClassObject& object, const wchar_t* name);
 
-// What the driver calls the adapter; empty when that cannot be read.
-inline std::wstring InstanceName(IWbemClassObject& object)
+// What the driver calls the adapter.
+inline TextProperty InstanceName(IWbemClassObject& object)
 {
-    return TextProperty(object, L"InstanceName").value_or(std::wstring());
+    return TextProperty(object, L"InstanceName");
 }
 
 // How adapters are told apart, by parts of their names. Case matters.
-inline bool IsWirelessName(std::wstring_view name)
+inline bool IsWirelessName(const TextProperty& name)
 {
-    return name.find(L"Wireless") != std::wstring_view::npos;
+    return name.View().find(L"Wireless") != std::wstring_view::npos;
 }
-inline bool IsWiredName(std::wstring_view name)
+inline bool IsWiredName(const TextProperty& name)
 {
-    return !IsWirelessName(name) && (name.find(L"Network") != std::wstring_view::npos ||
-                                     name.find(L"NIC") != std::wstring_view::npos);
+    return !IsWirelessName(name) && (name.View().find(L"Network") != std::wstring_view::npos ||
+                                     name.View().find(L"NIC") != std::wstring_view::npos);
 }
 
 } // namespace utils_statics

@@ -43,18 +43,19 @@ CString utilsExam::GetLocalIP()
 }
 
 std::wstring utilsExam::GetWirelessAdapterGuid()
-{
-    std::wstring device;
+try {
     const DriverConnection connection = ConnectToDrivers();
-    if (!connection) return device;
-    VisitObjects(*connection.services.get(), L"SELECT * FROM MSNdis_EnumerateAdapter",
-                 [&](IWbemClassObject& adapter) {
-                     if (!IsWirelessName(InstanceName(adapter))) return false;
-                     device = TextProperty(adapter, L"DeviceName").value_or(std::wstring());
-                     return true;
-                 });
-    RemoveAll(device, L"\\DEVICE\\");
-    return device;
+    if (!connection) return {};
+    QueryResult adapters(*connection.services.get(), L"SELECT * FROM MSNdis_EnumerateAdapter");
+    while (const auto adapter = adapters.Next()) {
+        if (!IsWirelessName(InstanceName(*adapter.get()))) continue;
+        std::wstring device(TextProperty(*adapter.get(), L"DeviceName").View());
+        RemoveAll(device, L"\\DEVICE\\");
+        return device;
+    }
+    return {};
+} catch (const _com_error&) { // memory is short
+    return {};
 }
 
 bool utilsExam::IsWirelessAdapterAvailable()

@@ -14,11 +14,11 @@ struct IWbemServices;
 /// One instance per process, for the user-interface thread; the events arrive on a thread of the
 /// platform. COM has to be initialised on the threads that use it. There is no reconnection: when
 /// connecting failed, every query gives -1 and no events arrive, and the icons show the state that
-/// worries nobody. A text that cannot be allocated raises _com_error (E_OUTOFMEMORY).
+/// worries nobody.
 class UTILS_STATICS_API CWmiService
 {
 public:
-    /// The instance; the first call creates it, connects and subscribes.
+    /// The instance; the first call creates it, which calls Initialize.
     static CWmiService* getInstance();
 
     /// Ends the monitoring and destroys the instance, if there is one.
@@ -29,7 +29,8 @@ public:
 
     /// Ends what is connected, connects anew and subscribes to the drivers' events. True only when
     /// the last subscription was accepted; the connection serves queries in any case unless one of
-    /// its own steps failed.
+    /// its own steps failed. Raises _com_error (E_OUTOFMEMORY) when the namespace's name cannot be
+    /// allocated.
     bool Initialize();
 
     /// Cancels the subscriptions and closes the connection. No event changes a status item any
@@ -41,7 +42,7 @@ public:
     void Update();
 
     /// Runs a WQL query and reduces its objects to one number. Waits as long as the service takes.
-    /// -1 when it cannot be run or no object fits.
+    /// -1 when it cannot be run, also for want of memory, or no object fits.
     ///
     /// mode 0: the quality of the first signal level, 2 * dBm + 200 and at most 100; below -100 dBm
     /// it is negative. mode 1: whether the first adapter with "Wireless", "Network" or "NIC" in its

@@ -6,6 +6,8 @@
 
 #include <unknwn.h>
 
+#include <oleauto.h>
+
 namespace base {
 
 /// Of a COM object: one reference, given back by Release. The object may be of another apartment's
@@ -19,5 +21,14 @@ struct ComTraits
 };
 template <class Interface>
 using ComPointer = Owner<ComTraits<Interface>>;
+
+/// Of SysAllocString, which answers null when memory is short.
+struct BstrTraits
+{
+    using Handle = BSTR;
+    static BSTR Empty() noexcept { return nullptr; }
+    static void Release(BSTR text) noexcept { SysFreeString(text); }
+};
+using Bstr = Owner<BstrTraits>;
 
 } // namespace base

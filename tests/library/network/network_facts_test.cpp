@@ -231,6 +231,20 @@ TEST_F(WirelessAdapter, IsEmptyWhenAnyCallFails)
     EXPECT_EQ(utilsExam::GetWirelessAdapterGuid(), L"{5}");
 }
 
+BSTR WINAPI NoText(const OLECHAR*)
+{
+    return nullptr;
+}
+
+TEST_F(WirelessAdapter, IsEmptyWhenATextCannotBeAllocated)
+{
+    server.SetAnswer(query, {Adapter(L"Wireless", L"{5}")});
+    const ImportHook hook(library, "SysAllocString", Address(NoText));
+    std::wstring guid = L"?";
+    EXPECT_NO_THROW(guid = utilsExam::GetWirelessAdapterGuid());
+    EXPECT_EQ(guid, L"");
+}
+
 TEST(WirelessAdapterWithoutCom, IsEmpty)
 {
     EXPECT_EQ(utilsExam::GetWirelessAdapterGuid(), L"");

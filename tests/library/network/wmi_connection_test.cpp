@@ -25,6 +25,8 @@ const std::vector<std::wstring> subscribeCalls = {
     L"Subscribe \"WQL\" \"SELECT * FROM MSNdis_NotifyAdapterArrival\" 0 null",
     L"Subscribe \"WQL\" \"SELECT * FROM MSNdis_NotifyAdapterRemoval\" 0 null"};
 
+const std::vector<std::wstring> cancelCall = {L"CancelAsyncCall given"};
+
 std::vector<std::wstring> operator+(std::vector<std::wstring> a, const std::vector<std::wstring>& b)
 {
     a.insert(a.end(), b.begin(), b.end());
@@ -49,7 +51,7 @@ TEST_F(WmiConnection, DestroyingCancelsAndReleasesEverything)
     EXPECT_EQ(server.LiveObjects(), 2) << "locator and services";
     server.TakeCalls();
     CWmiService::destroyInstance();
-    EXPECT_EQ(server.TakeCalls(), std::vector<std::wstring>{L"CancelAsyncCall given"});
+    EXPECT_EQ(server.TakeCalls(), cancelCall);
     EXPECT_EQ(server.LiveObjects(), 0);
     EXPECT_TRUE(server.Sinks().empty());
     CWmiService::destroyInstance();
@@ -76,8 +78,7 @@ TEST_F(WmiConnection, InitializingAgainEndsTheFormerConnectionFirst)
     Service();
     server.TakeCalls();
     EXPECT_TRUE(Service().Initialize());
-    EXPECT_EQ(server.TakeCalls(),
-              std::vector<std::wstring>{L"CancelAsyncCall given"} + connectCalls + subscribeCalls);
+    EXPECT_EQ(server.TakeCalls(), cancelCall + connectCalls + subscribeCalls);
     EXPECT_EQ(server.LiveObjects(), 2);
     EXPECT_EQ(server.Sinks().size(), 5u);
 }
@@ -218,7 +219,7 @@ TEST_F(WmiConnection, AnExceptionOfTheCancellationEndsTheDestructionThere)
     server.SucceedAgain();
     server.TakeCalls();
     Service().Destroy();
-    EXPECT_EQ(server.TakeCalls(), std::vector<std::wstring>{L"CancelAsyncCall given"});
+    EXPECT_EQ(server.TakeCalls(), cancelCall);
     EXPECT_EQ(server.LiveObjects(), 0);
 }
 
@@ -268,7 +269,7 @@ BSTR WINAPI NoText(const OLECHAR*)
     return nullptr;
 }
 
-TEST_F(WmiConnection, ATextThatCannotBeAllocatedIsRaised)
+TEST_F(WmiConnection, ANamespacesNameThatCannotBeAllocatedIsRaised)
 {
     {
         const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
@@ -284,9 +285,48 @@ TEST_F(WmiConnection, ATextThatCannotBeAllocatedIsRaised)
     EXPECT_EQ(server.TakeCalls(), std::vector<std::wstring>{L"CreateLocator"});
     Service();
     EXPECT_EQ(server.TakeCalls(), connectCalls + subscribeCalls) << "a later call starts over";
+}
+
+// How many texts can still be allocated.
+int s_textsLeft;
+
+BSTR WINAPI FewTexts(const OLECHAR* text)
+{
+    return s_textsLeft-- > 0 ? SysAllocString(text) : nullptr;
+}
+
+// Each subscription needs two texts, after the one of the namespace's name.
+TEST_F(WmiConnection, ASubscriptionWhoseTextsCannotBeAllocatedIsARefusedOne)
+{
+    Service();
     const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
-                                        reinterpret_cast<void*>(NoText));
-    EXPECT_THROW(Service().Query(adapterMode, adapterQuery.c_str()), _com_error);
+                                        reinterpret_cast<void*>(FewTexts));
+    for (int texts = 1; texts <= 11; ++texts) {
+        s_textsLeft = texts;
+        EXPECT_EQ(Service().Initialize(), texts == 11) << texts;
+        EXPECT_EQ(server.Sinks().size(), static_cast<std::size_t>((texts - 1) / 2)) << texts;
+        EXPECT_EQ(server.LiveObjects(), 2) << "the connection stays";
+    }
+}
+
+TEST_F(WmiConnection, AQueryWhoseTextsCannotBeAllocatedIsNotRun)
+{
+    server.SetAnswer(adapterQuery, {Adapter(L"Wireless")});
+    Service();
+    server.TakeCalls();
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
+                                        reinterpret_cast<void*>(FewTexts));
+    for (int texts = 0; texts <= 2; ++texts) {
+        s_textsLeft = texts;
+        std::int32_t answer = 0;
+        EXPECT_NO_THROW(answer = Service().Query(adapterMode, adapterQuery.c_str()));
+        EXPECT_EQ(answer, texts == 2 ? 1 : -1);
+        EXPECT_EQ(server.TakeCalls().empty(), texts < 2);
+    }
+    s_textsLeft = 0;
+    SetStates(false);
+    EXPECT_NO_THROW(Service().Update());
+    EXPECT_EQ(States(), (std::vector{true, true, true}));
 }
 
 // Without a class of this process the platform's own service answers, or nobody does.

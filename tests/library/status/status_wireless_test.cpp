@@ -5,6 +5,7 @@
 #include <Utils_Statics/CWmiService.h>
 
 #include <test_support/ComScope.h>
+#include <test_support/ImportHook.h>
 #include <wmi_server/WmiServer.h>
 
 #include <chrono>
@@ -85,6 +86,21 @@ TEST_F(StatusWireless, IsAtTheWeakestWhenNotConnectedButAsksAllTheSame)
     const auto calls = server.TakeCalls();
     ASSERT_FALSE(calls.empty());
     EXPECT_EQ(calls.front(), L"ExecQuery \"WQL\" \"" + query + L"\" 48 null");
+}
+
+BSTR WINAPI NoText(const OLECHAR*)
+{
+    return nullptr;
+}
+
+TEST_F(StatusWireless, IsAtTheWeakestWhenTheQuestionFindsNoMemory)
+{
+    SetSignal(-50);
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
+                                        reinterpret_cast<void*>(NoText));
+    EXPECT_NO_THROW(EXPECT_EQ(Shown(), 1));
+    CWmiService::destroyInstance();
+    EXPECT_NO_THROW(EXPECT_EQ(Shown(), 0)) << "there is nobody to ask";
 }
 
 TEST_F(StatusWireless, AsksOnceForEachDrawing)
