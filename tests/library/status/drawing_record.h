@@ -115,7 +115,10 @@ private:
     static Status WINAPI GenericFamily(Gdiplus::GpFontFamily** family)
     {
         Note(L"family without serifs");
-        return Gdiplus::DllExports::GdipGetGenericFontFamilySansSerif(family);
+        const Status status = Gdiplus::DllExports::GdipGetGenericFontFamilySansSerif(family);
+        if (status != Gdiplus::FontFamilyNotFound) return status;
+        // A platform that has no font for it.
+        return Gdiplus::DllExports::GdipCreateFontFamilyFromName(L"Arial", nullptr, family);
     }
 
     template <class Function>
