@@ -347,6 +347,24 @@ TEST_F(ProbeSensor, TheGaugesOutlineIsOpenAbove)
         EXPECT_EQ(row.At(110, y), background) << y;
 }
 
+void* NoMemory(std::size_t)
+{
+    return nullptr;
+}
+
+TEST_F(ProbeSensor, TakesNoRoomWhenItsWarningFindsNoMemory)
+{
+    Row row;
+    int width = -1;
+    {
+        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc",
+                                            reinterpret_cast<void*>(NoMemory));
+        EXPECT_NO_THROW(width = Draw(item, row));
+    }
+    EXPECT_EQ(width, 0);
+    EXPECT_EQ(row.Drawn(), CRect());
+}
+
 TEST_F(ProbeSensor, InANarrowRowThereIsNoGauge)
 {
     CStatusProbeSensor::setState(Reading(36));
