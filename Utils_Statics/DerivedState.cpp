@@ -5,7 +5,6 @@
 #include <zel_xml/zelXMLFile.h>
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 DerivedState::DerivedState() = default;
@@ -42,7 +41,7 @@ std::unique_ptr<DerivedState> DerivedState::FromElement(const zelXMLNode& elemen
 void DerivedState::Register(const zelXMLNode& source)
 {
     ActionStateInfo info;
-    if (info.Load(source) && !RegisterActionSignal(info)) throw std::bad_alloc();
+    if (info.Load(source)) RegisterActionSignal(info);
 }
 
 void DerivedState::ActionStateChanged(const ActionStateInfo& source, int value)

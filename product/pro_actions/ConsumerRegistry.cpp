@@ -1,7 +1,6 @@
 #include "ConsumerRegistry.h"
 
 #include <algorithm>
-#include <new>
 
 namespace pro_actions {
 
@@ -17,19 +16,16 @@ ConsumerRegistry& ConsumerRegistry::OfNotifications() noexcept
     return registry;
 }
 
-bool ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept
-try {
+void ConsumerRegistry::Add(IActionStateConsumer& consumer, const ActionStateInfo& topic)
+{
     const std::scoped_lock guard{m_mutex};
     Registrations& registrations = m_topics[topic];
     const bool known =
         std::any_of(registrations.begin(), registrations.end(),
                     [&](const Registration& each) { return each.consumer == &consumer; });
-    if (known) return true;
+    if (known) return;
     ++m_change;
     registrations.push_back({m_nextSerial++, &consumer});
-    return true;
-} catch (const std::bad_alloc&) {
-    return false;
 }
 
 void ConsumerRegistry::Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept

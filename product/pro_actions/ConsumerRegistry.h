@@ -49,8 +49,8 @@ public:
     static ConsumerRegistry& OfStates() noexcept;
     static ConsumerRegistry& OfNotifications() noexcept;
 
-    // Each does nothing when there is nothing to do. Add is false only for want of memory.
-    bool Add(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
+    // Each does nothing when there is nothing to do. Add throws only for want of memory.
+    void Add(IActionStateConsumer& consumer, const ActionStateInfo& topic);
     void Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
     void RemoveAll(IActionStateConsumer& consumer) noexcept;
 

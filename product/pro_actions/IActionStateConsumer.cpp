@@ -22,7 +22,7 @@ bool IActionStateConsumer::ActionStateSignal(const ActionStateInfo& state, int v
         [&](IActionStateConsumer& consumer) { consumer.ActionStateChanged(topic, value); });
 }
 
-bool IActionStateConsumer::RegisterActionSignal(const ActionStateInfo& state) noexcept
+void IActionStateConsumer::RegisterActionSignal(const ActionStateInfo& state)
 {
-    return ConsumerRegistry::OfStates().Add(*this, state);
+    ConsumerRegistry::OfStates().Add(*this, state);
 }

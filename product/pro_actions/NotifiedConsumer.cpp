@@ -21,9 +21,9 @@ void NotifiedConsumer::UnregisterActionSignal(const ActionStateInfo& state) noex
     ConsumerRegistry::OfStates().Remove(*this, state);
 }
 
-bool NotifiedConsumer::RegisterActionNotification() noexcept
+void NotifiedConsumer::RegisterActionNotification()
 {
-    return ConsumerRegistry::OfNotifications().Add(*this, ActionStateInfo());
+    ConsumerRegistry::OfNotifications().Add(*this, ActionStateInfo());
 }
 
 void NotifiedConsumer::UnregisterActionNotification() noexcept

@@ -19,9 +19,9 @@ const ActionStateInfo a = State(1, 1), b = State(1, 2);
 TEST(BroadcastTest, ReachesExactlyTheConsumersOfTheState)
 {
     Consumer one, two;
-    EXPECT_TRUE(one.RegisterActionSignal(a));
-    EXPECT_TRUE(two.RegisterActionSignal(a));
-    EXPECT_TRUE(two.RegisterActionSignal(b));
+    one.RegisterActionSignal(a);
+    two.RegisterActionSignal(a);
+    two.RegisterActionSignal(b);
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(a, 5));
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(b, 0));
     EXPECT_TRUE(IActionStateConsumer::ActionStateSignal(State(1, 1, 1), 7));

@@ -24,8 +24,8 @@ protected:
     void UnregisterActionSignal(const ActionStateInfo& state) noexcept;
 
     /// From now on every notification reaches this consumer's ActionNotification, once, however
-    /// often it is registered. False only for want of memory.
-    bool RegisterActionNotification() noexcept;
+    /// often it is registered. Throws only for want of memory.
+    void RegisterActionNotification();
     void UnregisterActionNotification() noexcept;
 
     /// Ends all registrations of this consumer.

@@ -41,6 +41,6 @@ protected:
     IActionStateConsumer() noexcept;
 
     /// From now on every broadcast of the state reaches this consumer's ActionStateChanged, once,
-    /// however often it is registered for the state. False only for want of memory.
-    bool RegisterActionSignal(const ActionStateInfo& state) noexcept;
+    /// however often it is registered for the state. Throws only for want of memory.
+    void RegisterActionSignal(const ActionStateInfo& state);
 };
