@@ -25,7 +25,6 @@
 #include <random>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -150,31 +149,9 @@ void GetAction(benchmark::State& state)
     ActionRepository::DestroyInstance();
 }
 
-void GetActionOfNone(benchmark::State& state)
-{
-    const Protocol protocol;
-    Names names = MakeNames(state.range(0));
-    const ActionRepository& repository = LoadRepository(names, protocol);
-    for (std::wstring& name : names)
-        name += L'x';
-    LookUp(state, names, [&](const wchar_t* name) { return repository.GetAction(name); });
-    ActionRepository::DestroyInstance();
-}
-
-struct TextHash
-{
-    using is_transparent = void;
-    std::size_t operator()(std::wstring_view text) const noexcept
-    {
-        return std::hash<std::wstring_view>()(text);
-    }
-};
-
-// The maps as they are, which make a string of the caller's characters, and those that need none.
+// The map as it is, which makes a string of the caller's characters, and one that needs none.
 using Map = std::map<std::wstring, ButtonAction>;
 using ViewMap = std::map<std::wstring, ButtonAction, std::less<>>;
-using UnorderedMap = std::unordered_map<std::wstring, ButtonAction>;
-using UnorderedViewMap = std::unordered_map<std::wstring, ButtonAction, TextHash, std::equal_to<>>;
 
 template <class Peer, class Key>
 void LookUpInPeer(benchmark::State& state)
@@ -184,19 +161,6 @@ void LookUpInPeer(benchmark::State& state)
     for (const std::wstring& name : names)
         buttons[name].name = name;
     LookUp(state, names, [&](const wchar_t* name) { return &buttons.find(Key(name))->second; });
-}
-
-void LookUpNoneInPeer(benchmark::State& state)
-{
-    Names names = MakeNames(state.range(0));
-    UnorderedViewMap buttons;
-    for (std::wstring& name : names) {
-        buttons[name].name = name;
-        name += L'x';
-    }
-    LookUp(state, names, [&](const wchar_t* name) {
-        return buttons.find(std::wstring_view(name)) == buttons.end();
-    });
 }
 
 const ActionStateInfo source{static_cast<ActionType>(1), 0, 0};
@@ -313,10 +277,6 @@ void RegisterAll()
         Register("GetAction", GetAction, count);
         Register("Map", LookUpInPeer<Map, std::wstring>, count);
         Register("ViewMap", LookUpInPeer<ViewMap, std::wstring_view>, count);
-        Register("UnorderedMap", LookUpInPeer<UnorderedMap, std::wstring>, count);
-        Register("UnorderedViewMap", LookUpInPeer<UnorderedViewMap, std::wstring_view>, count);
-        Register("GetActionOfNone", GetActionOfNone, count);
-        Register("UnorderedViewMapOfNone", LookUpNoneInPeer, count);
     }
     for (const int count : stateCounts) {
         Register("DerivedStates", DerivedStates, count);
@@ -338,12 +298,8 @@ void PrintRatios(const RatioReporter& reporter)
     reporter.PrintRatio("LoadButtons/10000", "OpenDocument/10000");
     for (const int count : nameCounts) {
         const std::string suffix = Suffix(count);
-        const double goal = count >= 1000 ? -1 : 0;
-        reporter.PrintRatio("GetAction" + suffix, "UnorderedMap" + suffix, goal);
-        reporter.PrintRatio("GetAction" + suffix, "UnorderedViewMap" + suffix, goal);
         reporter.PrintRatio("GetAction" + suffix, "Map" + suffix);
         reporter.PrintRatio("GetAction" + suffix, "ViewMap" + suffix);
-        reporter.PrintRatio("GetActionOfNone" + suffix, "UnorderedViewMapOfNone" + suffix);
     }
     for (const int count : stateCounts) {
         const std::string suffix = Suffix(count);

@@ -12,21 +12,18 @@ bool ByCodeUnits::operator()(const wchar_t* a, const wchar_t* b) const noexcept
 
 void ButtonActions::Insert(std::unique_ptr<ButtonAction> button)
 {
-    m_index.Reserve(m_buttons.size() + 1);
-    const ButtonAction* const record = button.get();
-    const wchar_t* const name = record->name.c_str();
-    const bool isNew = m_buttons.try_emplace(name, std::move(button)).second;
-    if (isNew) m_index.Add(name, record);
+    const wchar_t* const name = button->name.c_str();
+    m_buttons.try_emplace(name, std::move(button));
 }
 
 const ButtonAction* ButtonActions::Find(const wchar_t* name) const noexcept
 {
-    return name ? m_index.Find(name) : nullptr;
+    const auto found = name ? m_buttons.find(name) : m_buttons.end();
+    return found == m_buttons.end() ? nullptr : found->second.get();
 }
 
 void ButtonActions::Clear() noexcept
 {
-    m_index.Clear();
     m_buttons.clear();
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "actions/NameIndex.h"
-
 #include <Utils_Statics/ButtonAction.h>
 
 #include <map>
@@ -15,9 +13,7 @@ struct ByCodeUnits
     bool operator()(const wchar_t* a, const wchar_t* b) const noexcept;
 };
 
-// Buttons by their names. A record lives at its place until Clear. The map keeps the records in
-// order, the index finds them: among thousands of names the map alone takes several times as long
-// as a hash table (actions_bench).
+// Buttons by their names. A record lives at its place until Clear.
 class ButtonActions
 {
 public:
@@ -32,7 +28,6 @@ public:
 private:
     // Each key is its record's own name.
     std::map<const wchar_t*, std::unique_ptr<ButtonAction>, ByCodeUnits> m_buttons;
-    NameIndex m_index; // of all that m_buttons holds
 };
 
 } // namespace utils_statics

@@ -91,24 +91,6 @@ TEST_F(RepositoryTest, FindsAmongManyNamesWhatAMapOfThemFinds)
     }
 }
 
-// Pairs of names with the same 32-bit FNV-1a hash, which is the one of the repository's index.
-TEST_F(RepositoryTest, TellsNamesOfOneHashApart)
-{
-    const std::pair<const wchar_t*, const wchar_t*> pairs[] = {
-        {L"SjZQOBo", L"IQSeMsP"}, {L"rdXRjJM", L"mKclVPt"}, {L"XxtcGrP", L"Fqjtwak"}};
-    std::map<std::wstring, int> params;
-    for (const auto& [first, second] : pairs) {
-        params[first] = static_cast<int>(params.size());
-        const ActionRepository* repository = Load(NamedButtons(params));
-        ExpectSame(*repository, params, first);
-        ExpectSame(*repository, params, second);
-        params[second] = static_cast<int>(params.size());
-        repository = Load(NamedButtons(params));
-        ExpectSame(*repository, params, first);
-        ExpectSame(*repository, params, second);
-    }
-}
-
 TEST_F(RepositoryTest, ThousandsOfButtonsOfOneNameAreOne)
 {
     std::string xml = "<b>";
