@@ -24,7 +24,7 @@ if(NOT EXISTS ${_dependencies})
 endif()
 
 if(UTILS_STATICS_DEPENDENCIES_USED AND NOT UTILS_STATICS_DEPENDENCIES_USED STREQUAL _dependencies)
-  foreach(_package pugixml libjpeg-turbo minizip GTest benchmark)
+  foreach(_package expat pugixml libjpeg-turbo minizip GTest benchmark)
     unset(${_package}_DIR CACHE)   # found in the folder used before
   endforeach()
 endif()
@@ -33,6 +33,7 @@ set(UTILS_STATICS_DEPENDENCIES_USED ${_dependencies} CACHE INTERNAL "")
 list(APPEND CMAKE_PREFIX_PATH ${_dependencies})
 list(APPEND CMAKE_FIND_ROOT_PATH ${_dependencies})
 find_package(Threads REQUIRED)
+find_package(expat CONFIG REQUIRED COMPONENTS dtd wchar_t)
 find_package(pugixml CONFIG REQUIRED)
 find_package(libjpeg-turbo CONFIG REQUIRED)
 find_package(minizip CONFIG REQUIRED)   # brings zlib

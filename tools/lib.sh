@@ -10,7 +10,7 @@ export UTILS_STATICS_CACHE=$cache
 
 # A folder below the cache carries its version in its name; raising it makes every machine rebuild
 # that folder.
-deps_version=3   # cmake/Dependencies.cmake reads it here
+deps_version=4   # cmake/Dependencies.cmake reads it here
 
 say()  { printf '%s\n' "$*"; }
 note() { printf '%s\n' "$*" >&2; }

@@ -1,11 +1,8 @@
 #include "XMLDocument.h"
 
-#include "XMLText.h"
-
 #include <base/Handles.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace zel_xml {
 
@@ -20,21 +17,11 @@ bool ReadBytes(const std::wstring& path, std::string& bytes)
     if (!file) return false;
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.get(), &size) || size.QuadPart <= 0) return false;
-    if (size.QuadPart > static_cast<LONGLONG>(XMLDocument::maxFileSize)) return false;
+    if (size.QuadPart > static_cast<LONGLONG>(maxDocumentSize)) return false;
     bytes.resize(static_cast<std::size_t>(size.QuadPart));
     DWORD read = 0;
     return ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) &&
            read == bytes.size();
-}
-
-bool HasDuplicateAttributes(const pugi::xml_node& element)
-{
-    if (element.first_attribute() == element.last_attribute()) return false;
-    std::vector<std::wstring_view> names;
-    for (const pugi::xml_attribute& attribute : element.attributes())
-        names.emplace_back(attribute.name());
-    std::sort(names.begin(), names.end());
-    return std::adjacent_find(names.begin(), names.end()) != names.end();
 }
 
 int DepthOf(pugi::xml_node element) noexcept
@@ -44,42 +31,6 @@ int DepthOf(pugi::xml_node element) noexcept
         ++depth;
     return depth;
 }
-
-// Looks for what the parser lets pass.
-class ShapeCheck : public pugi::xml_tree_walker
-{
-public:
-    bool for_each(pugi::xml_node& node) override
-    {
-        m_node = node;
-        return IsAllowed(node);
-    }
-
-    bool end(pugi::xml_node&) override
-    {
-        m_node = {};
-        return m_roots == 1;
-    }
-
-    // The node that is at fault; none when something is missing.
-    const pugi::xml_node& Node() const { return m_node; }
-
-private:
-    bool IsAllowed(const pugi::xml_node& node)
-    {
-        if (node.type() != pugi::node_element) return depth() > 0 || IsAllowedOutsideRoot(node);
-        if (depth() == 0 && ++m_roots > 1) return false;
-        return depth() < XMLDocument::maxDepth && !HasDuplicateAttributes(node);
-    }
-
-    static bool IsAllowedOutsideRoot(const pugi::xml_node& node)
-    {
-        return node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata;
-    }
-
-    int m_roots = 0;
-    pugi::xml_node m_node;
-};
 
 class ByteWriter : public pugi::xml_writer
 {
@@ -102,21 +53,8 @@ std::shared_ptr<XMLDocument> XMLDocument::Load(const std::wstring& path, int& fa
     std::string bytes;
     if (!ReadBytes(path, bytes)) return nullptr;
     auto document = std::make_shared<XMLDocument>();
-    return document->Parse(bytes, faultLine) ? document : nullptr;
-}
-
-bool XMLDocument::Parse(std::string_view bytes, int& faultLine)
-{
-    if (!DecodeXml(bytes, m_text)) return false;
-    m_lines = XMLLines(m_text);
-    // parse_fragment keeps texts outside the root, so that the check below finds them instead of
-    // losing them.
-    const pugi::xml_parse_result result =
-        m_tree.load_buffer_inplace(m_text.data(), m_text.size() * sizeof(wchar_t),
-                                   pugi::parse_full | pugi::parse_fragment, pugi::encoding_wchar);
-    if (result) return IsWellShaped(faultLine);
-    faultLine = m_lines.At(static_cast<std::size_t>(result.offset));
-    return false;
+    faultLine = ParseXml(bytes, document->m_tree, document->m_lines);
+    return faultLine == 0 ? document : nullptr;
 }
 
 std::shared_ptr<XMLDocument> XMLDocument::Create(const wchar_t* rootName)
@@ -144,8 +82,9 @@ pugi::xml_node XMLDocument::Append(pugi::xml_node parent, const wchar_t* name)
 
 int XMLDocument::LineOf(const pugi::xml_node& element) const noexcept
 {
-    const std::ptrdiff_t position = element ? element.offset_debug() : -1;
-    return position < 0 ? 0 : m_lines.At(static_cast<std::size_t>(position));
+    const ElementLines::value_type first(element.internal_object(), 0);
+    const auto found = std::lower_bound(m_lines.begin(), m_lines.end(), first);
+    return found != m_lines.end() && found->first == first.first ? found->second : 0;
 }
 
 std::string XMLDocument::ToBytes() const
@@ -153,18 +92,8 @@ std::string XMLDocument::ToBytes() const
     std::string bytes = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     ByteWriter writer(bytes);
     for (const pugi::xml_node& node : m_tree.children())
-        if (node != m_removed && node.type() != pugi::node_declaration)
-            node.print(writer, L"  ", pugi::format_default, pugi::encoding_utf8);
+        if (node != m_removed) node.print(writer, L"  ", pugi::format_default, pugi::encoding_utf8);
     return bytes;
-}
-
-bool XMLDocument::IsWellShaped(int& faultLine) const
-{
-    ShapeCheck check;
-    // Walking needs a node that may be changed; nothing is.
-    if (const_cast<pugi::xml_document&>(m_tree).traverse(check)) return true;
-    faultLine = LineOf(check.Node());
-    return false;
 }
 
 } // namespace zel_xml

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "XMLLines.h"
+#include "XMLParser.h"
 
 #include <pugixml.hpp>
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace zel_xml {
 
@@ -17,15 +16,13 @@ namespace zel_xml {
 class XMLDocument
 {
 public:
-    static constexpr std::size_t maxFileSize = 16u << 20;
-    static constexpr int maxDepth = 256;
-
     XMLDocument() = default;
     XMLDocument(const XMLDocument&) = delete;
     XMLDocument& operator=(const XMLDocument&) = delete;
 
-    // The document in an XML file (an absolute path), or null when there is none. faultLine is then
-    // the line on which the file is not well-formed; otherwise it is 0.
+    // The document in an XML file (an absolute path), or null when it cannot be read. faultLine is
+    // then the line on which it is not well-formed or goes beyond a limit; 0 when the file itself
+    // is at fault.
     static std::shared_ptr<XMLDocument> Load(const std::wstring& path, int& faultLine);
 
     // A document with an empty root element.
@@ -49,12 +46,8 @@ public:
     std::string ToBytes() const;
 
 private:
-    bool Parse(std::string_view bytes, int& faultLine);
-    bool IsWellShaped(int& faultLine) const;
-
-    std::wstring m_text; // the parser works in place: names and values of m_tree point into it
-    XMLLines m_lines;    // of m_text as it was read
     pugi::xml_document m_tree;
+    ElementLines m_lines; // of the elements that were read, by their addresses
     pugi::xml_node m_removed;
 };
 

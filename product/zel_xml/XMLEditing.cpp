@@ -2,6 +2,7 @@
 
 #include "AtomicFile.h"
 #include "XMLAccess.h"
+#include "XMLParser.h"
 #include "XMLText.h"
 
 #include <base/FilePath.h>
@@ -26,6 +27,15 @@ bool WriteDocument(const XMLDocument& document, const std::wstring& path) noexce
 bool IsOwnText(const pugi::xml_node& node) noexcept
 {
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
+// An element lies at most as deep as a document may be.
+void AppendText(const pugi::xml_node& element, std::wstring& text)
+{
+    for (const pugi::xml_node& child : element.children()) {
+        if (IsOwnText(child)) text += child.value();
+        AppendText(child, text);
+    }
 }
 
 void RemoveOwnText(pugi::xml_node element) noexcept
@@ -88,6 +98,13 @@ std::wstring TextOf(const zelXMLNode& element)
     std::wstring text;
     for (const pugi::xml_node& child : XMLAccess::ElementOf(element).children())
         if (IsOwnText(child)) text += child.value();
+    return text;
+}
+
+std::wstring AllTextOf(const zelXMLNode& element)
+{
+    std::wstring text;
+    AppendText(XMLAccess::ElementOf(element), text);
     return text;
 }
 

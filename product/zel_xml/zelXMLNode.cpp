@@ -2,6 +2,7 @@
 
 #include "XMLDocument.h"
 #include "XMLNumber.h"
+#include "XMLParser.h"
 #include "XMLText.h"
 
 #include <exception>

@@ -384,15 +384,51 @@ TEST_F(StringTable, KeepsOneCopyOfATextThatIsLoadedAgain)
     EXPECT_EQ(ZelTString::get("no.such.key", true), unknown);
 }
 
-TEST_F(StringTable, StandsDeeplyNestedElements)
+TEST_F(StringTable, HasTheLimitsOfAllDocuments)
 {
-    std::string open, close;
-    for (int i = 0; i < 200'000; ++i) {
-        open += "<g>";
-        close += "</g>";
-    }
-    ASSERT_TRUE(Load(Document(Section("", Unit("k", open + "deep" + close)))));
+    const auto nested = [](std::size_t levels) {
+        std::string open, close;
+        for (std::size_t i = 0; i < levels; ++i) {
+            open += "<g>";
+            close += "</g>";
+        }
+        return Document(Section("", Unit("k", open + "deep" + close)));
+    };
+    const std::size_t above = 5; // xliff, file, body, trans-unit, source
+    ASSERT_TRUE(Load(nested(256 - above)));
     EXPECT_STREQ(ZelTString::get("k", true), L"deep");
+    EXPECT_FALSE(Load(nested(257 - above)));
+    EXPECT_FALSE(Load(nested(200'000)));
+    EXPECT_FALSE(Load(Document(Section("", Unit("k", std::string(16u << 20, 'x'))))));
+    EXPECT_STREQ(ZelTString::get("k", true), L"deep");
+}
+
+TEST_F(StringTable, RefusesWhatIsNotWellFormedAndSaysWhere)
+{
+    const std::string sound = Document(Section("de", "\n" + Unit("yes", "Yes", "Ja") + "\n"));
+    ASSERT_TRUE(Load(sound));
+    const std::pair<std::string, const wchar_t*> faults[] = {
+        {sound + "x", L" is not well-formed XML on line 5"},
+        {Document(Section("de", "\n" + Unit("a", "A & B"))), L" is not well-formed XML on line 3"},
+        {Document(Section("de", Unit("a", "A &undefined; B"))),
+         L" is not well-formed XML on line 2"},
+        {Document(Section("de", Unit("a", "]]>"))), L" is not well-formed XML on line 2"},
+        {Document(Section("de", Unit("<", "A"))), L" is not well-formed XML on line 2"},
+        {Document(Section("de", "<!-- a -- b -->")), L" is not well-formed XML on line 2"},
+        {"", L" cannot be read as XML"}};
+    for (const auto& [text, reason] : faults) {
+        const std::wstring path = Write(L"bad.xlf", text);
+        std::wstring error;
+        EXPECT_FALSE(zel_string_convert::LoadTable(path, &error)) << text;
+        EXPECT_EQ(error, path + reason) << text;
+    }
+}
+
+TEST_F(StringTable, ReadsTheEntitiesOfTheDocumentType)
+{
+    ASSERT_TRUE(Load("<!DOCTYPE xliff [<!ENTITY unit 'mm/s'>]><xliff version=\"1.2\">" +
+                     Section("", Unit("k", "%d &unit;")) + "</xliff>"));
+    EXPECT_STREQ(ZelTString::get("k", true), L"%d mm/s");
 }
 
 // Damaged files are either refused or read; they never bring anything down.

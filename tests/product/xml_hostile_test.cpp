@@ -67,27 +67,67 @@ TEST_F(XmlTest, NestingWithoutMeasureIsRefused)
     EXPECT_FALSE(Open("<r a='" + Repeated("&lt;", 100000)));
 }
 
-TEST_F(XmlTest, EntitiesThatWouldGrowWithoutBoundStayAsTheyAre)
+// Entities of which each is ten times the one before, the last of them used in the document.
+std::string GrowingEntities(int count, const std::string& use)
 {
     std::string type = "<!DOCTYPE r [<!ENTITY e0 'lol'>";
-    for (int i = 1; i < 30; ++i) {
+    for (int i = 1; i <= count; ++i) {
         const std::string before = "&e" + std::to_string(i - 1) + ';';
         type += "<!ENTITY e" + std::to_string(i) + " '" + Repeated(before, 10) + "'>";
     }
-    ASSERT_TRUE(Open(type + "]><r name='&e29;'>&e29;</r>"));
-    EXPECT_EQ(Root().getAttribute(L"name"), L"&e29;");
-    EXPECT_EQ(zel_xml::TextOf(Root()), L"&e29;");
-    ASSERT_TRUE(Open("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>"));
-    EXPECT_EQ(zel_xml::TextOf(Root()), L"&a;");
+    return type + "]><r" + use;
+}
+
+TEST_F(XmlTest, EntitiesThatGrowWithoutMeasureAreRefused)
+{
+    ASSERT_TRUE(Open(GrowingEntities(3, " n='&e3;'>&e3;</r>")));
+    EXPECT_EQ(Root().getAttribute(L"n").size(), 3000u);
+    EXPECT_EQ(zel_xml::TextOf(Root()).size(), 3000u);
+    const std::size_t before = PeakMemory();
+    for (const char* use : {">&e9;</r>", " n='&e9;'/>", "><a>&e29;</a></r>", " n='&e29;'/>"}) {
+        EXPECT_FALSE(Open(GrowingEntities(29, use))) << use;
+        EXPECT_GT(zel_xml::FaultLineOf(Path().c_str()), 0);
+    }
+    EXPECT_LT(PeakMemory() - before, 256u << 20);
+}
+
+// One long entity, used often: the file with its entities expanded would be too large.
+TEST_F(XmlTest, ALongEntityThatIsUsedOftenIsRefused)
+{
+    const std::string type = "<!DOCTYPE r [<!ENTITY e '" + std::string(1 << 20, 'x') + "'>]>";
+    EXPECT_TRUE(Open(type + "<r>" + Repeated("&e;", 7) + "</r>"));
+    EXPECT_EQ(zel_xml::TextOf(Root()).size(), 7u << 20);
+    EXPECT_FALSE(Open(type + "<r>" + Repeated("&e;", 40) + "</r>"));
+    EXPECT_FALSE(Open(type + "<r>" + Repeated("<a b='&e;'/>", 40) + "</r>"));
+}
+
+TEST_F(XmlTest, DefaultAttributesThatGrowWithoutMeasureAreRefused)
+{
+    const std::string type =
+        "<!DOCTYPE r [<!ATTLIST a b CDATA '" + std::string(1 << 20, 'x') + "'>]>";
+    EXPECT_TRUE(Open(type + "<r>" + Repeated("<a/>", 10) + "</r>"));
+    EXPECT_FALSE(Open(type + "<r>" + Repeated("<a/>", 100) + "</r>"));
+}
+
+TEST_F(XmlTest, AChainOfEntitiesIsFollowedToItsEnd)
+{
+    std::string type = "<!DOCTYPE r [<!ENTITY e0 'end'>";
+    for (int i = 1; i <= 100000; ++i)
+        type += "<!ENTITY e" + std::to_string(i) + " '&e" + std::to_string(i - 1) + ";'>";
+    ASSERT_TRUE(Open(type + "]><r>&e100000;</r>"));
+    EXPECT_EQ(zel_xml::TextOf(Root()), L"end");
+    ASSERT_TRUE(Open(type + "]><r n='&e100000;'/>"));
+    EXPECT_EQ(Root().getAttribute(L"n"), L"end");
+    EXPECT_FALSE(Open("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>"));
 }
 
 TEST_F(XmlTest, EntitiesOfOtherFilesAreNotFetched)
 {
     test_support::WriteFile(m_folder / L"secret.txt", "secret");
     ASSERT_TRUE(Open("<!DOCTYPE r SYSTEM 'secret.txt' [<!ENTITY s SYSTEM 'secret.txt'>"
-                     "<!ENTITY % p SYSTEM 'secret.txt'> %p;]><r name='&s;'>&s;</r>"));
-    EXPECT_EQ(Root().getAttribute(L"name"), L"&s;");
-    EXPECT_EQ(zel_xml::TextOf(Root()), L"&s;");
+                     "<!ENTITY % p SYSTEM 'secret.txt'> %p;]><r>a&s;b&unknown;c</r>"));
+    EXPECT_EQ(zel_xml::AllTextOf(Root()), L"abc");
+    EXPECT_FALSE(Open("<!DOCTYPE r [<!ENTITY s SYSTEM 'secret.txt'>]><r n='&s;'/>"));
 }
 
 TEST_F(XmlTest, AFileOfAsManyElementsAsItCanHoldIsRead)

@@ -65,23 +65,44 @@ TEST_F(XmlTest, SaysOnWhichLineAFileIsNotWellFormed)
         {"<r>\n<a b=1/>\n</r>", 2},
         {"<r>\n\n<a b='1' c='2' b='3'/>\n</r>", 3}, // an attribute twice
         {"<r/>\n<r/>\n", 2},                        // a second root
-        {"<r/>\n\ntext", 1},                        // the text begins behind the root
+        {"<r/>\n\ntext", 3},                        // a text behind the root
         {"<r>\n<!-- \n\n", 2},                      // a comment without an end
-        {"<r>\n<a>\n", 2}};                         // elements without an end
+        {"<r>\n<a>\n", 3},                          // elements without an end
+        {"<r>\n&undefined;\n</r>", 2},
+        {"<r\na='\xFF'/>", 2},
+        {"<?xml version='1.0'?>\n<!-- no root -->", 2}};
     for (const auto& [text, line] : faults) {
         EXPECT_FALSE(Open(text));
         EXPECT_EQ(FaultLine(Path()), line) << text;
     }
 }
 
+TEST_F(XmlTest, SaysOnWhichLineADocumentIsTooDeep)
+{
+    std::string text;
+    for (int i = 0; i < 300; ++i)
+        text += "<a>\n";
+    for (int i = 0; i < 300; ++i)
+        text += "</a>";
+    EXPECT_FALSE(Open(text));
+    EXPECT_EQ(FaultLine(Path()), 257);
+}
+
+TEST_F(XmlTest, WhatAnEntityHoldsLiesWhereItIsUsed)
+{
+    ASSERT_TRUE(Open("<!DOCTYPE r [\n<!ENTITY e '<a/>\n<b/>'>\n]>\n<r>\n\n&e;<c/></r>"));
+    for (const wchar_t* name : {L"a", L"b", L"c"})
+        EXPECT_EQ(LineOf(Root(), name), 6) << name;
+}
+
 TEST_F(XmlTest, AFaultWithoutAPlaceHasNoLine)
 {
     EXPECT_EQ(zel_xml::FaultLineOf(nullptr), 0);
     EXPECT_EQ(FaultLine(m_folder / L"missing.xml"), 0);
-    for (const char* text : {"", "<r a='\xFF'/>", "<!-- no root -->"}) {
-        EXPECT_FALSE(Open(text));
-        EXPECT_EQ(FaultLine(Path()), 0) << text;
-    }
+    EXPECT_FALSE(Open(""));
+    EXPECT_EQ(FaultLine(Path()), 0);
+    EXPECT_FALSE(Open(std::string((16u << 20) + 1, ' ')));
+    EXPECT_EQ(FaultLine(Path()), 0);
     EXPECT_TRUE(Open("<r/>"));
     EXPECT_EQ(FaultLine(Path()), 0);
 }

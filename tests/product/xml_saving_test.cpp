@@ -41,6 +41,29 @@ TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
         "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
 }
 
+// What the document type declares stands in the document itself from then on.
+TEST_F(XmlTest, KeepsOfTheDocumentTypeItsNameAndItsIdentifiers)
+{
+    const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    ASSERT_TRUE(Open("<!DOCTYPE r PUBLIC '-//x//y' 'a\"b.dtd' [<!ENTITY e 'x &#38;#38;'>"
+                     "<!ATTLIST r n CDATA '1'>]><r>&e;</r>",
+                     false));
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
+    EXPECT_EQ(ReadFile(Path()), declaration + "<!DOCTYPE r PUBLIC \"-//x//y\" 'a\"b.dtd'>\n"
+                                              "<r n=\"1\">x &amp;</r>\n");
+    ASSERT_TRUE(Open("<!DOCTYPE r SYSTEM 'r.dtd'><r/>", false));
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
+    EXPECT_EQ(ReadFile(Path()), declaration + "<!DOCTYPE r SYSTEM \"r.dtd\">\n<r />\n");
+}
+
+TEST_F(XmlTest, KeepsTextAsItIs)
+{
+    ASSERT_TRUE(Open("<r>\n\t<a>1 &lt; 2</a> <![CDATA[<b> ]]><c> </c>\n</r>", false));
+    ASSERT_TRUE(zel_xml::SaveDocument(m_file));
+    EXPECT_EQ(ReadFile(Path()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                "<r>\n\t<a>1 &lt; 2</a> &lt;b&gt; <c> </c>\n</r>\n");
+}
+
 TEST_F(XmlTest, CreatesANewFileOnTheFirstSave)
 {
     const std::wstring fresh = m_folder / L"new.xml";

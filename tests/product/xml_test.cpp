@@ -111,14 +111,16 @@ TEST_F(XmlTest, ReadsEveryDocumentedEncoding)
 
 TEST_F(XmlTest, RefusesWronglyEncodedFiles)
 {
-    EXPECT_FALSE(Open("<r name='\xE4'/>"));                            // Latin-1 without saying so
-    EXPECT_FALSE(Open("<r name='\xC0\x80'/>"));                        // overlong
-    EXPECT_FALSE(Open("<r name='\xED\xA0\x80'/>"));                    // a surrogate in UTF-8
-    EXPECT_FALSE(Open("<r name='\xF4\x90\x80\x80'/>"));                // above U+10FFFF
-    EXPECT_FALSE(Open("<r name='a\0b'/>"s));                           // a zero
-    EXPECT_FALSE(Open("<r name='\x01'/>"));                            // a control code
-    EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r n='\xD800'/>", false))); // a lone surrogate
-    EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r/>", false) + "x"));      // half a code unit
+    EXPECT_FALSE(Open("<r name='\xE4'/>"));             // Latin-1 without saying so
+    EXPECT_FALSE(Open("<r name='\xC0\x80'/>"));         // overlong
+    EXPECT_FALSE(Open("<r name='\xED\xA0\x80'/>"));     // a surrogate in UTF-8
+    EXPECT_FALSE(Open("<r name='\xF4\x90\x80\x80'/>")); // above U+10FFFF
+    EXPECT_FALSE(Open("<r name='a\0b'/>"s));            // a zero
+    EXPECT_FALSE(Open("<r name='\x01'/>"));             // a control code
+    for (const wchar_t* text : {L"<r n='\xD800'/>", L"<r n='\xD800 x'/>", L"<r>\xD83D\xD83D</r>",
+                                L"<r><!--\xD800-y--></r>", L"<r>\xDC00</r>"}) // lone surrogates
+        EXPECT_FALSE(Open("\xFF\xFE" + Utf16(text, false))) << testing::PrintToString(text);
+    EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r/>", false) + "x")); // half a code unit
     EXPECT_FALSE(
         Open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // bytes that claim to be wide
     EXPECT_FALSE(Open("<?xml version='1.0' encoding='EBCDIC'?><r/>"));             // unknown
@@ -128,30 +130,34 @@ TEST_F(XmlTest, RefusesWronglyEncodedFiles)
 
 TEST_F(XmlTest, RefusesWhatIsNotWellFormed)
 {
-    for (const char* text : {"",
-                             " ",
-                             "\n",
-                             "text",
-                             "<",
-                             "<r",
-                             "<r>",
-                             "</r>",
-                             "<r></s>",
-                             "<r><a></r></a>",
-                             "<r/><r/>",
-                             "<r/>text",
-                             "text<r/>",
-                             "<r a/>",
-                             "<r a=1/>",
-                             "<r a='1/>",
-                             "<r a='1' a='2'/>",
-                             "<r><a b='1' c='2' b='1'/></r>",
-                             "<!-- <r/>",
-                             "<r><![CDATA[x</r>",
-                             "<?xml version='1.0'?>",
-                             "<!DOCTYPE r [<!ELEMENT",
-                             "<r/><![CDATA[x]]>",
-                             "<1/>"})
+    for (const char* text :
+         {"", " ", "\n", "text", "<", "<r", "<r>", "</r>", "<r></s>", "<r><a></r></a>", "<r/><r/>",
+          "<r/>text", "text<r/>", "<r a/>", "<r a=1/>", "<r a='1/>", "<r a='1' a='2'/>",
+          "<r><a b='1' c='2' b='1'/></r>", "<!-- <r/>", "<r><![CDATA[x</r>",
+          "<?xml version='1.0'?>", "<!DOCTYPE r [<!ELEMENT", "<r/><![CDATA[x]]>", "<1/>",
+          // behind the document element and before it
+          "<r/>x", "<r/>\n<", "<r/>&#65;", "x<r/>", " <?xml version='1.0'?><r/>",
+          // references
+          "<r>a & b</r>", "<r a='b & c'/>", "<r>&</r>", "<r>&amp</r>", "<r>&undefined;</r>",
+          "<r a='&undefined;'/>", "<r>&#0;</r>", "<r>&#1;</r>", "<r>&#xD800;</r>",
+          "<r>&#xFFFF;</r>", "<r>&#x110000;</r>", "<r>&#99999999999;</r>", "<r>&#x;</r>",
+          "<r>&#12a;</r>", "<r>&a b;</r>", "<r>&#X41;</r>",
+          // characters where they may not stand
+          "<r a='<'/>", "<r>a ]]> b</r>", "<r>\x01</r>", "<r a='1'b='2'/>", "<r a = '1' b/>",
+          "<r 1='a'/>", "<r a='1' a=\"1\"/>", "< r/>", "<r></ r>", "<r></r x>",
+          // comments and instructions
+          "<r><!-- a -- b --></r>", "<r><!-- a ---></r>", "<r><!- a --></r>", "<r><??></r>",
+          "<r><? p?></r>", "<r><?xml version='1.0'?></r>", "<r><?XmL x?></r>",
+          // declarations
+          "<?xml?><r/>", "<?xml encoding='UTF-8'?><r/>", "<?xml version='x'?><r/>",
+          "<?xml version='1.'?><r/>", "<?xml version='2.0'?><r/>",
+          "<?xml version='1.0' standalone='maybe'?><r/>",
+          "<?xml version='1.0' standalone='yes' encoding='UTF-8'?><r/>",
+          "<?xml version='1.0'encoding='UTF-8'?><r/>", "<?xml version='1.0' a='b'?><r/>",
+          "<r/><!DOCTYPE r>", "<!DOCTYPE r><!DOCTYPE r><r/>",
+          "<!DOCTYPE r [<!ENTITY a '&a;'>]><r>&a;</r>",
+          "<!DOCTYPE r [<!ENTITY a '<b>'>]><r>&a;</r>",
+          "<!DOCTYPE r [<!ENTITY a '<'>]><r b='&a;'/>", "<!DOCTYPE r [x]><r/>"})
         EXPECT_FALSE(Open(text)) << text;
     EXPECT_FALSE(Root().isValid());
 }
@@ -184,10 +190,37 @@ TEST_F(XmlTest, AcceptsAFileOfTheLargestSizeAndRefusesOneByteMore)
     EXPECT_FALSE(Open(largest + "\n"));
 }
 
-TEST_F(XmlTest, DoesNotExpandEntities)
+TEST_F(XmlTest, ExpandsTheEntitiesThatTheDocumentTypeDeclares)
 {
-    ASSERT_TRUE(Open("<!DOCTYPE r [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]><r name='&b;'/>"));
-    EXPECT_EQ(Root().getAttribute(L"name"), L"&b;");
+    ASSERT_TRUE(
+        Open("<!DOCTYPE r [<!-- c --><?p i?><!ENTITY a 'aa &#38;#60;'><!ENTITY b '&a;-&#38;a;'>"
+             "<!ENTITY e '<e n=\"1\">x</e>'>]><r name='&#38;'>&b;&e;&e;</r>"));
+    EXPECT_EQ(Root().getAttribute(L"name"), L"&");
+    EXPECT_EQ(ChildNames(Root()), (std::vector<std::wstring>{L"e", L"e"}));
+    EXPECT_EQ(zel_xml::TextOf(Root()), L"aa <-aa <");
+    EXPECT_EQ(zel_xml::AllTextOf(Root()), L"aa <-aa <xx");
+}
+
+TEST_F(XmlTest, FillsInTheDefaultAttributesThatTheDocumentTypeDeclares)
+{
+    ASSERT_TRUE(Open("<!DOCTYPE r [<!ATTLIST a n CDATA '7' t NMTOKENS ' x  y '>]>"
+                     "<r><a/><a n='8' t=' p  q '/></r>"));
+    zelXMLNode a = Root().getFirstChild();
+    EXPECT_EQ(a.getAttributeInt(L"n", 0), 7);
+    EXPECT_EQ(a.getAttribute(L"t"), L"x y");
+    ++a;
+    EXPECT_EQ(a.getAttributeInt(L"n", 0), 8);
+    EXPECT_EQ(a.getAttribute(L"t"), L"p q");
+}
+
+TEST_F(XmlTest, ReadsTextAsItIsAndAttributesNormalised)
+{
+    ASSERT_TRUE(
+        Open("<r a='1\n2\t3\r\n4&#10;5'> a\r\nb\rc <![CDATA[ <d> & ]]>&#13; <e> </e> f</r>"));
+    EXPECT_EQ(Root().getAttribute(L"a"), L"1 2 3 4\n5");
+    EXPECT_EQ(zel_xml::TextOf(Root()), L" a\nb\nc  <d> & \r  f");
+    EXPECT_EQ(zel_xml::AllTextOf(Root()), L" a\nb\nc  <d> & \r   f");
+    EXPECT_EQ(zel_xml::AllTextOf(zelXMLNode()), L"");
 }
 
 TEST_F(XmlTest, ManyAttributesAreCheckedInReasonableTime)

@@ -115,6 +115,9 @@ TEST_F(LampTest, AMissingOrUnreadableFileLeavesNoStateAndNoLogLine)
     ASSERT_TRUE(LoadLamp(""));
     EXPECT_FALSE(Load("<states>"));
     EXPECT_EQ(ValuesAfter(a, 1), Ints{});
+    ASSERT_TRUE(LoadLamp(""));
+    EXPECT_FALSE(Load("<states>a & b</states>"));
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{});
     EXPECT_TRUE(m_log.Take().empty());
 }
 

@@ -15,9 +15,8 @@ namespace zel_xml {
 /// invalid handle.
 ZEL_XML_API int LineOf(const zelXMLNode& element) noexcept;
 
-/// The line on which a file is not well-formed. 0 for a file that zelXMLFile reads, and for one
-/// that it refuses for another reason: missing, unreadable, empty, too large, wrongly encoded, or
-/// without a document element.
+/// The line on which a file is not well-formed, or goes beyond a limit of zelXMLFile. 0 for a file
+/// that zelXMLFile reads, and for one that is missing, unreadable, empty or too large.
 ZEL_XML_API int FaultLineOf(const wchar_t* path) noexcept;
 
 /// The names of an element's attributes, in their order; none for an invalid handle.

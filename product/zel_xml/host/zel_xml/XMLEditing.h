@@ -33,8 +33,11 @@ ZEL_XML_API bool IsOpen(const zelXMLFile& file) noexcept;
 /// The element's name; empty for an invalid handle.
 ZEL_XML_API std::wstring NameOf(const zelXMLNode& element);
 
-/// The element's own text: its text and CDATA children joined, without those of child elements.
+/// The element's own text, CDATA included, without that of child elements. White space is text.
 ZEL_XML_API std::wstring TextOf(const zelXMLNode& element);
+
+/// The text in the element and in all elements in it, in the order of the document.
+ZEL_XML_API std::wstring AllTextOf(const zelXMLNode& element);
 
 /// Replaces the element's own text and leaves its child elements. False, and nothing is written,
 /// for an invalid handle or a text with a character that XML cannot hold.
