@@ -12,6 +12,16 @@ foreach(_library IN LISTS _libraries)
     FILES_MATCHING PATTERN "*.h")
 endforeach()
 
+# What the program that hosts the libraries needs besides; in a folder of its own, so that only who
+# links NAME_host sees it.
+get_property(_hosts GLOBAL PROPERTY project_hosts)
+foreach(_library IN LISTS _hosts)
+  get_target_property(_folder ${_library} SOURCE_DIR)
+  install(TARGETS ${_library}_host EXPORT Utils_StaticsTargets)
+  install(DIRECTORY ${_folder}/host/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/host
+    FILES_MATCHING PATTERN "*.h")
+endforeach()
+
 # The programs, the codec and what they need to run beside the libraries.
 install(TARGETS exam mjpg codecsetup crashreporter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY exam/sample DESTINATION ${CMAKE_INSTALL_BINDIR})

@@ -57,13 +57,16 @@ endfunction()
 
 # project_host(NAME [LINK targets...]) The second set of headers of a library, in host/ below its
 # folder: for the program that hosts the libraries, for the libraries beside it and for tests, which
-# link NAME_host. They are not installed.
+# link NAME_host. The package has them as Utils_Statics::NAME_host.
 function(project_host name)
   cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/host)
   add_library(${name}_host INTERFACE)
-  target_include_directories(${name}_host INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/host)
+  target_include_directories(${name}_host INTERFACE
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/host>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/host>)
   target_link_libraries(${name}_host INTERFACE ${name} ${arg_LINK})
+  set_property(GLOBAL APPEND PROPERTY project_hosts ${name})
 endfunction()
 
 # project_test(NAME SOURCES... [LINK targets...] [DATA VAR=value...] [SERIAL])
