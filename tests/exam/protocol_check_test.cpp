@@ -168,8 +168,10 @@ TEST_F(ProtocolCheckTest, FindsFilesThatAreIgnoredAsAWhole)
 {
     EXPECT_EQ(Find(L"ButtonActions.xml", "<b>\n<b name='A'>\n</b>"),
               (Lines{L"3: the whole file is ignored: it is not well-formed here"}));
-    for (const std::string& text : {std::string(), std::string("<!-- -->"),
-                                    std::string("<r>\xFF</r>"), std::string(17 << 20, ' ')})
+    for (const char* text : {"<r>R&D</r>", "<r/>x", "<!-- -->", "<r>\xFF</r>"})
+        EXPECT_EQ(Find(L"panel.xml", text),
+                  (Lines{L"1: the whole file is ignored: it is not well-formed here"}));
+    for (const std::string& text : {std::string(), std::string(17 << 20, ' ')})
         EXPECT_EQ(Find(L"panel.xml", text),
                   (Lines{L"0: the whole file is ignored: it cannot be read as XML"}));
     std::string nested;
