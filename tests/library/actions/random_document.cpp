@@ -181,7 +181,7 @@ void RandomDocument::WriteNoise(std::string& xml)
     case 0: xml += "<!-- <Push1 actionParam='5'/> -->"; break;
     case 1: xml += "<?Push1 actionParam='5'?>"; break;
     case 2: xml += "<![CDATA[<States/>]]>"; break;
-    case 3: xml += "\r\n  text &amp; &#x20AC; &nothing; "; break;
+    case 3: xml += "\r\n  text &amp; &#x20AC; ]] &gt; "; break;
     default: break;
     }
 }
