@@ -33,7 +33,7 @@ set(UTILS_STATICS_DEPENDENCIES_USED ${_dependencies} CACHE INTERNAL "")
 list(APPEND CMAKE_PREFIX_PATH ${_dependencies})
 list(APPEND CMAKE_FIND_ROOT_PATH ${_dependencies})
 find_package(Threads REQUIRED)
-find_package(expat CONFIG REQUIRED COMPONENTS dtd wchar_t)
+find_package(expat CONFIG REQUIRED COMPONENTS wchar_t)
 find_package(pugixml CONFIG REQUIRED)
 find_package(libjpeg-turbo CONFIG REQUIRED)
 find_package(minizip CONFIG REQUIRED)   # brings zlib
