@@ -246,7 +246,8 @@ bool IsXmlName(const wchar_t* name) noexcept
 try {
     const NameVerdict verdict = name ? JudgeName(name) : NameVerdict::no;
     if (verdict != NameVerdict::askParser) return verdict == NameVerdict::yes;
-    return IsXmlText(name) && Parse(CreateParser(), "<" + base::Utf8FromWide(name) + "/>");
+    const std::string element = base::Utf8FromWide(std::wstring(L"<").append(name).append(L"/>"));
+    return IsXmlText(name) && Parse(CreateParser(), element);
 } catch (const std::exception&) {
     return false;
 }

@@ -101,7 +101,10 @@ bool zelXMLNode::removeAttribute(const wchar_t* name) const noexcept
 
 std::wstring zelXMLNode::getAttribute(const wchar_t* name, const wchar_t* defaultValue) const
 {
-    return AttributeOf(m_element, name).as_string(defaultValue ? defaultValue : L"");
+    // pugixml's own default would also stand for an empty text.
+    const pugi::xml_attribute attribute = AttributeOf(m_element, name);
+    if (attribute) return attribute.value();
+    return defaultValue ? defaultValue : L"";
 }
 
 int zelXMLNode::getAttributeInt(const wchar_t* name, int defaultValue) const noexcept

@@ -146,7 +146,9 @@ TEST_F(XmlTest, RefusesWhatIsNotWellFormed)
           "<r a='<'/>", "<r>a ]]> b</r>", "<r>\x01</r>", "<r a='1'b='2'/>", "<r a = '1' b/>",
           "<r 1='a'/>", "<r a='1' a=\"1\"/>", "< r/>", "<r></ r>", "<r></r x>",
           // comments and instructions
-          "<r><!-- a -- b --></r>", "<r><!-- a ---></r>", "<r><!- a --></r>", "<r><??></r>",
+          "<r><!-- a -- b --></r>", "<r><!-- a ---></r>", "<r><!- a --></r>",
+          "<r><?"
+          "?></r>",
           "<r><? p?></r>", "<r><?xml version='1.0'?></r>", "<r><?XmL x?></r>",
           // declarations
           "<?xml?><r/>", "<?xml encoding='UTF-8'?><r/>", "<?xml version='x'?><r/>",

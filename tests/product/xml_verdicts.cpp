@@ -14,4 +14,5 @@ int wmain(int count, wchar_t** arguments)
             std::printf("%ls\n", entry.path().filename().c_str());
     }
     std::puts("xml_verdicts: done");
+    return 0;
 }

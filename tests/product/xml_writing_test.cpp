@@ -27,6 +27,7 @@ TEST_F(XmlTest, AttributesAreReplacedAddedAndRemoved)
     EXPECT_TRUE(Root().setAttribute(L"a", L"3"));
     EXPECT_TRUE(Root().setAttribute(L"c", std::wstring(L"4")));
     EXPECT_TRUE(Root().setAttribute(L"d", static_cast<const wchar_t*>(nullptr)));
+    EXPECT_EQ(Root().getAttribute(L"d", L"default"), L"");
     EXPECT_TRUE(Root().removeAttribute(L"b"));
     EXPECT_FALSE(Root().removeAttribute(L"b"));
     EXPECT_FALSE(Root().removeAttribute(nullptr));
@@ -38,7 +39,8 @@ TEST_F(XmlTest, AttributesAreReplacedAddedAndRemoved)
 TEST_F(XmlTest, RefusesToWriteWhatXmlCannotHold)
 {
     ASSERT_TRUE(Open("<r/>", false));
-    for (const wchar_t* name : {L"", L"1a", L"a b", L"a=", L"<", L"a\"", L"-a", L"\xD800"}) {
+    for (const wchar_t* name : {L"", L"1a", L"a b", L"a=", L"<", L"a\"", L"-a", L"\xD800",
+                                L"\u00D7", L"a\u2028", L"a\U0001F600", L"\u0300a"}) {
         EXPECT_FALSE(Root().setAttribute(name, L"x"));
         EXPECT_FALSE(zel_xml::AppendChild(Root(), name).isValid());
     }
@@ -48,6 +50,18 @@ TEST_F(XmlTest, RefusesToWriteWhatXmlCannotHold)
         EXPECT_FALSE(zel_xml::SetText(Root(), text));
     }
     EXPECT_FALSE(zel_xml::HasAttribute(Root(), L"a"));
+}
+
+TEST_F(XmlTest, NamesComeBackAsTheyWereWritten)
+{
+    for (const wchar_t* name : {L"a", L"_a-1.b", L"x:y", L"\u00C4\u00DF", L"\u4E2D", L"a\u0300"}) {
+        ASSERT_TRUE(zel_xml::CreateDocument(m_file, Path().c_str(), name));
+        ASSERT_TRUE(Root().setAttribute(name, L"x"));
+        ASSERT_TRUE(zel_xml::SaveDocument(m_file));
+        ASSERT_TRUE(m_file.open(Path(), true)) << testing::PrintToString(name);
+        EXPECT_EQ(zel_xml::NameOf(Root()), name);
+        EXPECT_EQ(Root().getAttribute(name), L"x");
+    }
 }
 
 TEST_F(XmlTest, TextsComeBackAsTheyWereWritten)
