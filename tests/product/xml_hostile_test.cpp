@@ -99,6 +99,8 @@ TEST_F(XmlTest, ALongEntityThatIsUsedOftenIsRefused)
     EXPECT_EQ(zel_xml::TextOf(Root()).size(), 7u << 20);
     EXPECT_FALSE(Open(type + "<r>" + Repeated("&e;", 40) + "</r>"));
     EXPECT_FALSE(Open(type + "<r>" + Repeated("<a b='&e;'/>", 40) + "</r>"));
+    const std::string declaration = type.substr(0, type.size() - 2);
+    EXPECT_FALSE(Open(declaration + "<!ATTLIST a b CDATA '" + Repeated("&e;", 40) + "'>]><r/>"));
 }
 
 TEST_F(XmlTest, DefaultAttributesThatGrowWithoutMeasureAreRefused)

@@ -3,7 +3,11 @@
 
 #include <zel_xml/XMLDiagnosis.h>
 
+#include <algorithm>
+#include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -56,6 +60,25 @@ TEST_F(XmlTest, AMarkAndTheEncodingMakeNoDifferenceToLines)
     const std::wstring wide = L"\uFEFF\n<r>\U0001F600\n<a/></r>";
     ASSERT_TRUE(Open(std::string(reinterpret_cast<const char*>(wide.data()), 2 * wide.size())));
     EXPECT_EQ(LineOf(Root(), L"a"), 3);
+}
+
+// The memory of a tree need not ascend: here it comes from a heap with holes.
+TEST_F(XmlTest, AnElementKnowsItsLineWhereverItLiesInMemory)
+{
+    std::mt19937 random(5);
+    std::vector<std::unique_ptr<char[]>> kept, holes;
+    for (int i = 0; i < 500; ++i)
+        (i % 2 ? kept : holes).push_back(std::make_unique<char[]>(40000));
+    std::shuffle(holes.begin(), holes.end(), random);
+    while (!holes.empty())
+        holes.pop_back(); // one after the other, in no order
+    std::string text = "<r>";
+    for (int i = 0; i < 50000; ++i)
+        text += "<a/>\n";
+    ASSERT_TRUE(Open(text + "</r>"));
+    int line = 0;
+    for (zelXMLNode child = Root().getFirstChild(); child.isValid(); ++child)
+        ASSERT_EQ(zel_xml::LineOf(child), ++line);
 }
 
 TEST_F(XmlTest, SaysOnWhichLineAFileIsNotWellFormed)

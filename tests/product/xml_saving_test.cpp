@@ -45,9 +45,10 @@ TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
 TEST_F(XmlTest, KeepsOfTheDocumentTypeItsNameAndItsIdentifiers)
 {
     const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    ASSERT_TRUE(Open("<!DOCTYPE r PUBLIC '-//x//y' 'a\"b.dtd' [<!ENTITY e 'x &#38;#38;'>"
-                     "<!ATTLIST r n CDATA '1'>]><r>&e;</r>",
-                     false));
+    ASSERT_TRUE(
+        Open("<!DOCTYPE r PUBLIC '-//x//y' 'a\"b.dtd' [<!-- c --><?p i?><!ENTITY e 'x &#38;#38;'>"
+             "<!ATTLIST r n CDATA '1'>]><r>&e;</r>",
+             false));
     ASSERT_TRUE(zel_xml::SaveDocument(m_file));
     EXPECT_EQ(ReadFile(Path()), declaration + "<!DOCTYPE r PUBLIC \"-//x//y\" 'a\"b.dtd'>\n"
                                               "<r n=\"1\">x &amp;</r>\n");
