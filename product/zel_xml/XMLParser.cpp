@@ -83,7 +83,7 @@ class TreeBuilder
 {
 public:
     TreeBuilder(pugi::xml_document& tree, ElementLines& lines)
-        : m_parser(CreateParser()), m_parent(tree), m_lines(lines)
+        : m_parser(CreateParser()), m_parent(tree.root()), m_lines(lines)
     {
         XML_Parser const parser = m_parser.get();
         XML_SetUserData(parser, this);
