@@ -127,8 +127,20 @@ BOOL CWinThread::OnIdle(LONG)
 BOOL CWinThread::IsIdleMessage(MSG* message)
 {
     constexpr UINT caretBlinks = 0x0118;
-    return message->message != WM_PAINT && message->message != WM_MOUSEMOVE &&
-           message->message != WM_NCMOUSEMOVE && message->message != caretBlinks;
+    if (message->message == WM_MOUSEMOVE || message->message == WM_NCMOUSEMOVE)
+        return !IsRedundantMouseMove(*message);
+    return message->message != WM_PAINT && message->message != caretBlinks;
+}
+
+// Whether the mouse is where the last move of the same kind left it.
+bool CWinThread::IsRedundantMouseMove(const MSG& message)
+{
+    const bool stays = message.message == m_lastMouseMove &&
+                       message.pt.x == m_lastMousePosition.x &&
+                       message.pt.y == m_lastMousePosition.y;
+    m_lastMouseMove = message.message;
+    m_lastMousePosition = message.pt;
+    return stays;
 }
 
 BOOL CWinThread::PreTranslateMessage(MSG* message)

@@ -107,11 +107,10 @@ public:
     CPoint& BottomRight() noexcept { return reinterpret_cast<CPoint&>(right); }
     const CPoint& TopLeft() const noexcept { return reinterpret_cast<const CPoint&>(left); }
     const CPoint& BottomRight() const noexcept { return reinterpret_cast<const CPoint&>(right); }
-    /// Half-way between the edges, rounded toward the top left one.
+    /// Half the sums of opposite edges, truncated toward zero.
     constexpr CPoint CenterPoint() const noexcept
     {
-        return {framework::WrappingAdd(left, Width() / 2),
-                framework::WrappingAdd(top, Height() / 2)};
+        return {framework::WrappingAdd(left, right) / 2, framework::WrappingAdd(top, bottom) / 2};
     }
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }

@@ -74,7 +74,7 @@ protected:
     afx_msg void OnKillFocus(CWnd* next) { Note(L"unfocus %d", next != nullptr); }
     afx_msg BOOL OnSetCursor(CWnd* window, UINT hit, UINT message)
     {
-        Note(L"cursor %d %d %u", window == this, static_cast<int>(hit), message);
+        Note(L"cursor %d %u %u", window == this, hit, message);
         return TRUE;
     }
     afx_msg void OnCaptureChanged(CWnd* next) { Note(L"capture %d", next == this); }

@@ -279,14 +279,35 @@ TEST(MessageLoop, IsIdleWhenTheQueueIsEmpty)
     EXPECT_GE(application.idles, 3); // asked for more until it said that it is done
 }
 
+TEST(MessageLoop, OnlyARedundantMouseMoveIsNoReasonToBeIdle)
+{
+    CWinThread thread;
+    const auto isReason = [&](UINT message, POINT at) {
+        MSG queued = {nullptr, message, 0, 0, 0, at};
+        return thread.IsIdleMessage(&queued) != FALSE;
+    };
+    EXPECT_TRUE(isReason(WM_MOUSEMOVE, {0, 0}));
+    EXPECT_FALSE(isReason(WM_MOUSEMOVE, {0, 0}));
+    EXPECT_TRUE(isReason(WM_MOUSEMOVE, {1, 0}));
+    EXPECT_TRUE(isReason(WM_MOUSEMOVE, {1, 1}));
+    EXPECT_FALSE(isReason(WM_PAINT, {5, 5}));
+    EXPECT_FALSE(isReason(0x0118, {5, 5})) << "the caret";
+    EXPECT_TRUE(isReason(WM_TIMER, {5, 5}));
+    EXPECT_TRUE(isReason(WM_LBUTTONDOWN, {1, 1}));
+    EXPECT_FALSE(isReason(WM_MOUSEMOVE, {1, 1}));
+    EXPECT_TRUE(isReason(WM_NCMOUSEMOVE, {1, 1}));
+    EXPECT_FALSE(isReason(WM_NCMOUSEMOVE, {1, 1}));
+    EXPECT_TRUE(isReason(WM_MOUSEMOVE, {1, 1}));
+}
+
 // Each message arrives when the queue has been empty for a while.
-TEST(MessageLoop, IsNotIdleAgainAfterMouseMovesAlone)
+TEST(MessageLoop, IsNotIdleAgainAfterRedundantMouseMovesAlone)
 {
     LoopApplication application;
     std::thread sender;
     application.start = [&] {
         sender = std::thread([window = application.window.m_hWnd] {
-            for (const UINT message : std::initializer_list<UINT>{WM_MOUSEMOVE, WM_NCMOUSEMOVE,
+            for (const UINT message : std::initializer_list<UINT>{WM_MOUSEMOVE, WM_MOUSEMOVE,
                                                                   WM_MOUSEMOVE, quitMessage}) {
                 Sleep(50);
                 PostMessageW(window, message, 0, 0);

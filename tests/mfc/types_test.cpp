@@ -51,6 +51,8 @@ TEST(CRect, KnowsItsSizeAndCorners)
     EXPECT_EQ(rect.TopLeft(), CPoint(10, 20));
     EXPECT_EQ(rect.BottomRight(), CPoint(41, 61));
     EXPECT_EQ(rect.CenterPoint(), CPoint(25, 40));
+    EXPECT_EQ(CRect(-10, -20, 7, -3).CenterPoint(), CPoint(-1, -11)) << "toward zero";
+    EXPECT_EQ(CRect(-3, 5, -4, 0).CenterPoint(), CPoint(-3, 2)) << "reversed edges too";
     EXPECT_EQ(CRect(INT_MIN, 0, INT_MAX, 0).Width(), -1);
 }
 

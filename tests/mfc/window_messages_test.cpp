@@ -47,7 +47,7 @@ TEST(Window, TranslatesTheParametersOfMessages)
     EXPECT_EQ(window.Take(),
               (Calls{L"size 2 40000 5", L"move -1 7", L"timer 8345", L"down 27 1 1",
                      L"up 27 1 49153", L"char 120 2 0", L"mouse 1 -2 12", L"wheel 4 -120 3 4",
-                     L"left 1 1 2", L"left up 0 1 2", L"cursor 1 -2 512", L"close"}));
+                     L"left 1 1 2", L"left up 0 1 2", L"cursor 1 65534 512", L"close"}));
     EXPECT_TRUE(IsWindow(window)); // the handler of WM_CLOSE did not pass it on
 }
 

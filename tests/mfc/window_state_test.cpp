@@ -29,6 +29,18 @@ TEST(Window, KnowsItsFamily)
     EXPECT_EQ(child.m_hWnd, nullptr); // children go with their parent
 }
 
+TEST(Window, AnswersItsParentWhereItHasNoOwner)
+{
+    RecordingWindow main, owned;
+    main.Open();
+    owned.Open(WS_OVERLAPPEDWINDOW, &main);
+    CWnd child;
+    ASSERT_TRUE(child.Create(L"STATIC", L"", 0, CRect(0, 0, 1, 1), &owned, 7));
+    EXPECT_EQ(main.GetOwner(), nullptr);
+    EXPECT_EQ(owned.GetOwner(), &main);
+    EXPECT_EQ(child.GetOwner(), &owned);
+}
+
 TEST(Window, ChangesItsState)
 {
     RecordingWindow window;

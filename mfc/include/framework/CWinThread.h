@@ -44,7 +44,8 @@ public:
     /// (those that the FromHandle functions make) unless a window procedure of the framework is
     /// active further up the stack.
     virtual BOOL OnIdle(LONG count);
-    /// FALSE for messages that are no reason to call OnIdle again (mouse moves, painting).
+    /// FALSE for messages that are no reason to call OnIdle again: a mouse move to where the mouse
+    /// already was, painting, the blinking of the caret.
     virtual BOOL IsIdleMessage(MSG* message);
     /// TRUE when the message is dealt with and not to be dispatched. The default asks the message's
     /// window and its parents (CWnd::PreTranslateMessage).
@@ -56,11 +57,15 @@ protected:
     MSG m_msgCur = {};
 
 private:
+    bool IsRedundantMouseMove(const MSG& message);
+
     static unsigned __stdcall Entry(void* thread);
     UINT RunProcedure();
 
     AFX_THREADPROC m_pfnThreadProc = nullptr;
     LPVOID m_pThreadParams = nullptr;
+    UINT m_lastMouseMove = 0; // WM_MOUSEMOVE or WM_NCMOUSEMOVE
+    POINT m_lastMousePosition = {};
     HWND m_inheritedWindow = nullptr; // the application's main window when the thread was started
 };
 

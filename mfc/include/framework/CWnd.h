@@ -70,7 +70,12 @@ public:
     int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
     CWnd* GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
     CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
-    CWnd* GetOwner() const { return FromHandle(::GetWindow(m_hWnd, GW_OWNER)); }
+    /// The window's owner, or its parent when it has none.
+    CWnd* GetOwner() const
+    {
+        CWnd* const owner = GetWindow(GW_OWNER);
+        return owner ? owner : GetParent();
+    }
     CWnd* GetWindow(UINT command) const { return FromHandle(::GetWindow(m_hWnd, command)); }
     BOOL IsChild(const CWnd* window) const
     {

@@ -115,10 +115,9 @@ LRESULT OnOtherWindowInLParam(CCmdTarget* target, WPARAM, LPARAM lParam)
 template <auto Method>
 LRESULT OnHit(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 {
-    // The hit-test code may be negative (HTERROR); as an unsigned 32-bit value it keeps its sign.
+    // The hit-test code is the low word as it comes: HTERROR arrives as 0xFFFE.
     return Call<Method>(target, WindowFromHandle(reinterpret_cast<HWND>(wParam)),
-                        static_cast<UINT>(static_cast<short>(LOWORD(lParam))),
-                        HighUnsigned(lParam));
+                        LowUnsigned(lParam), HighUnsigned(lParam));
 }
 
 template <auto Method>
