@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -46,6 +48,14 @@ TEST(GeometryValues, LieInMemoryAsFilesStoreThem)
     EXPECT_EQ(sizeof(uDataDesc), 48u);
     EXPECT_EQ(offsetof(uDataDesc, lines), 4u);
     EXPECT_EQ(offsetof(uDataDesc, frameRate), 44u);
+}
+
+// So that a client gets the rounding of the library that is there, not of the header it was built
+// with.
+TEST(Round, IsAnOperationOfTheLibrary)
+{
+    const HMODULE library = GetModuleHandleW(L"qor_utils.dll");
+    EXPECT_NE(GetProcAddress(library, "_ZN9qor_utils5roundEd"), nullptr);
 }
 
 TEST(Round, GoesToTheNearestInteger)

@@ -1,23 +1,11 @@
 #pragma once
 
-#include <limits>
+#include "qor_utils/export.h"
 
 namespace qor_utils {
 
 /// The nearest integer; halves go away from zero. Values beyond an int give its nearest limit, and
 /// NaN gives 0.
-constexpr int round(double value) noexcept
-{
-    using Limits = std::numeric_limits<int>;
-    if (value != value) return 0;
-    if (value >= Limits::max()) return Limits::max();
-    if (value <= Limits::min()) return Limits::min();
-    const int whole = static_cast<int>(value);
-    const double rest =
-        value - whole; // exact: adding 0.5 before truncating would round 0.49999999999999994 up
-    if (rest >= 0.5) return whole + 1;
-    if (rest <= -0.5) return whole - 1;
-    return whole;
-}
+QOR_UTILS_API int round(double value) noexcept;
 
 } // namespace qor_utils
