@@ -3,7 +3,6 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include "pointer/HandlerWalk.h"
-#include "pointer/HandlerWatch.h"
 #include <base/WrapArithmetic.h>
 
 #include <algorithm>
@@ -29,16 +28,30 @@ constexpr std::int32_t grabDistance = 10000;
 // Most handlers have few points; one allocation serves all of them in one press.
 constexpr std::size_t usualPointCount = 64;
 
-// The owner is being told that it loses the lock.
-constinit bool s_releasing = false;
-
+// Stands for a handler while it is told that it loses the lock.
 class ReleaseScope
 {
 public:
-    ReleaseScope() { s_releasing = true; }
-    ~ReleaseScope() { s_releasing = false; }
+    explicit ReleaseScope(const IMouseHandler* told) : m_told(told), m_outer(s_innermost)
+    {
+        s_innermost = this;
+    }
+    ~ReleaseScope() { s_innermost = m_outer; }
     ReleaseScope(const ReleaseScope&) = delete;
     ReleaseScope& operator=(const ReleaseScope&) = delete;
+
+    static bool IsBeingTold(const IMouseHandler* handler)
+    {
+        for (const ReleaseScope* scope = s_innermost; scope; scope = scope->m_outer)
+            if (scope->m_told == handler) return true;
+        return false;
+    }
+
+private:
+    const IMouseHandler* m_told; // only compared: it may be gone
+    const ReleaseScope* m_outer;
+
+    static constinit inline const ReleaseScope* s_innermost = nullptr;
 };
 
 // Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and
@@ -107,24 +120,18 @@ void MouseCapture::Initialize(const CRect& lockRect, InputType input)
 
 void MouseCapture::Register(IMouseHandler* h)
 {
-    const auto isRegistered = [h] {
-        return std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end();
-    };
-    if (!h || isRegistered()) return;
-
-    HandlerWatch inserted(h);
+    if (!h || std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end()) return;
+    m_handlers.push_back(h); // at once: when it is asked for its order, it may register itself
     const int order = h->GetLockOrder();
-    HandlerWalk walk(m_handlers);
-    bool found = false;
-    while (!found && walk.Next())
-        found = walk.Visited()->GetLockOrder() > order;
+    std::size_t place = 0;
+    while (place < m_handlers.size() && m_handlers[place] != h &&
+           m_handlers[place]->GetLockOrder() <= order)
+        ++place;
 
-    // A handler that was asked for its order may have registered or destroyed h, or be gone itself.
-    if (!inserted.get() || isRegistered()) return;
-    auto successor = m_handlers.end();
-    for (; found && successor == m_handlers.end(); found = walk.Next())
-        successor = std::find(m_handlers.begin(), m_handlers.end(), walk.Visited());
-    m_handlers.insert(successor, h);
+    // The handlers that were asked may have changed the list.
+    const auto own = std::find(m_handlers.begin(), m_handlers.end(), h);
+    if (own != m_handlers.end() && place < static_cast<std::size_t>(own - m_handlers.begin()))
+        std::rotate(m_handlers.begin() + static_cast<std::ptrdiff_t>(place), own, own + 1);
 }
 
 void MouseCapture::Unregister(IMouseHandler* h)
@@ -134,7 +141,6 @@ void MouseCapture::Unregister(IMouseHandler* h)
 
 bool MouseCapture::Lock(IMouseHandler* h, int index)
 {
-    if (s_releasing) return false;
     m_autoMethod = index; // even if the lock is then refused
     HandlerWatch next(h);
     const LockType type = h ? h->GetLockType() : LockNormal;
@@ -191,7 +197,6 @@ bool MouseCapture::LockNext()
         ClipCursor(nullptr);
         return false;
     }
-    if (s_releasing) return false;
     if (LockNextPoint()) return true;
 
     ClipCursor(nullptr);
@@ -203,7 +208,7 @@ bool MouseCapture::LockNext()
 
     HandlerWatch candidate;
     HandlerWalk upToOwner(m_handlers, 0, afterOwner);
-    HandlerWalk behindOwner(m_handlers, afterOwner);
+    HandlerWalk behindOwner(m_handlers, afterOwner, m_handlers.size());
     if (IMouseHandler* handler = FindHandlerWithPoints(behindOwner, candidate))
         return Lock(handler, 0);
     if (!utilsExam::ResearchMode && ownerFound && !(m_freeze && m_imaging))
@@ -232,7 +237,7 @@ void MouseCapture::LockNearest(POINT pt)
     NearestPoint nearest;
     std::vector<POINT> points; // local, because a handler's operation may come back here
     points.reserve(usualPointCount);
-    for (HandlerWalk walk(m_handlers); walk.Next();) {
+    for (HandlerWalk walk(m_handlers, 0, m_handlers.size()); walk.Next();) {
         points.clear();
         walk.Visited()->GetAutoPoints(points);
         if (!walk.Visited()) continue;
@@ -302,8 +307,9 @@ int MouseCapture::ClipCursor(RECT* rect)
 
 void MouseCapture::TellOwnerOfRelease()
 {
-    if (!m_capture || s_releasing) return;
-    const ReleaseScope scope;
+    // A handler that changes the lock while it is told would else be told for ever.
+    if (!m_capture || ReleaseScope::IsBeingTold(m_capture)) return;
+    const ReleaseScope scope(m_capture);
     m_capture->OnReleaseMouse();
 }
 
@@ -311,6 +317,5 @@ void MouseCapture::TellOwnerOfRelease()
 void MouseCapture::ForgetDestroyed(IMouseHandler* h)
 {
     HandlerWatch::Destroyed(h);
-    HandlerWalk::Destroyed(h);
     if (m_capture == h) m_capture = nullptr;
 }

@@ -4,7 +4,6 @@
 // bottom to top when the library is unloaded. Every other static object of the library is
 // initialised at compile time or on first use; the test static_constructors_check sees to it.
 #include "CUtils_StaticsApp.h"
-#include "pointer/HandlerWalk.h"
 
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/DerivedState.h>
@@ -28,7 +27,6 @@ const bool utilsExam::m_staticInit = utilsExam::StaticInit();
 
 // The pointer's. The lists are empty at compile time already; only their end is code.
 constinit std::vector<IMouseHandler*> MouseCapture::m_handlers;
-constinit std::vector<IMouseHandler*> utils_statics::HandlerWalk::s_copies;
 std::set<IPrecisionControl*> PrecisionMouse::m_controllers;
 CriticalSection ShowCursorHelper::m_criticalSection;
 

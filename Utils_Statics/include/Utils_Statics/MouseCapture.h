@@ -26,13 +26,12 @@ enum InputType : int
 ///
 /// Calls from inside a handler's operations are allowed, and behave so:
 /// - A walk over the handlers visits those that were registered when it began, each once, as far as
-///   they still are when their turn comes. One that is registered meanwhile is not visited.
+///   they still are when their turn comes.
 /// - A handler that is destroyed is forgotten at once. It cannot win a walk that is under way, and
 ///   it is told nothing any more. If it held the lock, nobody holds it. One that is only
 ///   unregistered can still win, as it can be locked.
-/// - While the owner is told that it loses the lock (OnReleaseMouse), the change that it is told of
-///   decides who comes next. Lock and LockNext are refused then and change nothing. Unlock does not
-///   tell the owner again.
+/// - A handler that changes the lock while it is told that it loses it (OnReleaseMouse) is not told
+///   again. The change that it is told of then goes on, and so decides who holds the lock.
 class MouseCapture
 {
 public:

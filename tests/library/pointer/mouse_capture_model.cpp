@@ -136,16 +136,16 @@ bool Reference::IsRegistered(int tool) const
 void Reference::Register(int tool)
 {
     if (tool == nobody || IsRegistered(tool)) return;
+    m_registered.push_back(tool);
     const int order = GetOrder(tool);
-    const std::vector<int> walked = m_registered;
-    auto place = std::find_if(walked.begin(), walked.end(), [&](int other) {
-        return IsRegistered(other) && GetOrder(other) > order;
-    });
-    if (!Lives(tool) || IsRegistered(tool)) return;
-    while (place != walked.end() && !IsRegistered(*place))
-        ++place;
-    const int successor = place == walked.end() ? nobody : *place;
-    m_registered.insert(std::find(m_registered.begin(), m_registered.end(), successor), tool);
+    std::size_t place = 0;
+    for (; place < m_registered.size() && m_registered[place] != tool; ++place)
+        if (GetOrder(m_registered[place]) > order) break;
+    if (!IsRegistered(tool)) return;
+    const auto own = std::find(m_registered.begin(), m_registered.end(), tool);
+    if (static_cast<std::size_t>(own - m_registered.begin()) <= place) return;
+    m_registered.erase(own);
+    m_registered.insert(m_registered.begin() + static_cast<std::ptrdiff_t>(place), tool);
 }
 
 void Reference::Unregister(int tool)
@@ -155,15 +155,15 @@ void Reference::Unregister(int tool)
 
 void Reference::Release()
 {
-    if (m_owner == nobody || m_releasing) return;
-    m_releasing = true;
-    OnRelease(m_owner);
-    m_releasing = false;
+    const int tool = m_owner;
+    if (tool == nobody || std::find(m_told.begin(), m_told.end(), tool) != m_told.end()) return;
+    m_told.push_back(tool);
+    OnRelease(tool);
+    m_told.pop_back();
 }
 
 bool Reference::Lock(int tool, int index)
 {
-    if (m_releasing) return false;
     m_point = index;
     const int type = tool == nobody ? 0 : GetType(tool);
     if (m_input == 1 && type == 2) return false;
@@ -200,7 +200,6 @@ bool Reference::LockNext()
         Unlock();
         return false;
     }
-    if (m_releasing) return false;
     m_point = static_cast<int>(static_cast<std::int64_t>(m_point) + 1);
     if (const int owner = m_owner; owner != nobody) {
         const auto count = static_cast<std::int64_t>(GetPoints(owner).size());

@@ -195,7 +195,7 @@ private:
     bool m_freeze = false;
     bool m_imaging = true;
     bool m_research = false;
-    bool m_releasing = false;
+    std::vector<int> m_told; // those that are being told that they lose the lock
 };
 
 } // namespace capture_model

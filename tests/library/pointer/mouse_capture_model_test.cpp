@@ -7,7 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <deque>
+#include <optional>
 #include <random>
 #include <sstream>
 
@@ -57,11 +58,7 @@ public:
     }
 
 protected:
-    void Created(int tool) override
-    {
-        m_living.resize(static_cast<std::size_t>(tool) + 1);
-        m_living[static_cast<std::size_t>(tool)] = std::make_unique<ModelTool>(*this, tool);
-    }
+    void Created(int tool) override { m_living.emplace_back().emplace(*this, tool); }
     void Destroyed(int tool) override { m_living[static_cast<std::size_t>(tool)].reset(); }
     void Register(int tool) override { MouseCapture::Register(At(tool)); }
     void Unregister(int tool) override { MouseCapture::Unregister(At(tool)); }
@@ -88,10 +85,11 @@ protected:
 private:
     IMouseHandler* At(int tool) const
     {
-        return tool == nobody ? nullptr : m_living[static_cast<std::size_t>(tool)].get();
+        return tool == nobody ? nullptr : &*m_living[static_cast<std::size_t>(tool)];
     }
 
-    std::vector<std::unique_ptr<ModelTool>> m_living;
+    // By number, so that no tool ever has the address of another one.
+    mutable std::deque<std::optional<ModelTool>> m_living;
 };
 
 // Random steps, in proportions that keep the tools alive, registered and locked often enough.

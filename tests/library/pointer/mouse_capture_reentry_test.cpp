@@ -2,7 +2,6 @@
 #include "mouse_capture_fixture.h"
 
 #include <memory>
-#include <optional>
 
 namespace {
 
@@ -31,23 +30,49 @@ TEST_F(MouseCaptureReentryTest, UnlockingInOnReleaseTellsTheOwnerOnce)
     EXPECT_EQ(log, (Log{"a lock 0", "a release", "a lock 0", "a release", "b lock 1"}));
 }
 
-TEST_F(MouseCaptureReentryTest, TheChangeUnderWayDecidesWhoComesNext)
+TEST_F(MouseCaptureReentryTest, LockingInOnReleaseIsDoneBeforeTheChangeUnderWay)
 {
-    auto a = Make("a", 0, {{1, 1}, {2, 2}}), b = Make("b", 1, {{3, 3}}), c = Make("c", 2);
-    a->onRelease = [&] {
-        EXPECT_FALSE(MouseCapture::Lock(b.get(), 4));
-        EXPECT_FALSE(MouseCapture::Lock(a.get(), 0));
-        EXPECT_FALSE(MouseCapture::LockNext());
-    };
+    auto a = Make("a", 0, {{1, 1}}), b = Make("b", 1, {{3, 3}}), c = Make("c", 2);
+    a->onRelease = [&] { EXPECT_TRUE(MouseCapture::Lock(b.get(), 4)); };
     MouseCapture::Lock(a.get(), 0);
     EXPECT_TRUE(MouseCapture::Lock(c.get(), 7));
     EXPECT_EQ(MouseCapture::GetLock(), c.get());
+    EXPECT_EQ(TakeLog(), (Log{"a lock 0", "a release", "b lock 4", "c lock 4"}))
+        << "the point index is one for all";
+
+    MouseCapture::Lock(a.get(), 0);
+    TakeLog();
+    a->onRelease = [] { EXPECT_TRUE(MouseCapture::LockNext()); };
+    EXPECT_TRUE(MouseCapture::Unlock());
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    EXPECT_EQ(TakeLog(), (Log{"a release", "b lock 0"}));
+}
+
+TEST_F(MouseCaptureReentryTest, AHandlerThatLocksItselfWhenItIsReleasedIsToldOnce)
+{
+    auto a = Make("a", 0);
+    a->onRelease = [&] { EXPECT_TRUE(MouseCapture::Lock(a.get(), 3)); };
     MouseCapture::Lock(a.get(), 0);
     EXPECT_TRUE(MouseCapture::Unlock());
     EXPECT_FALSE(MouseCapture::IsLocked());
-    EXPECT_EQ(log,
-              (Log{"a lock 0", "a release", "c lock 7", "c release", "a lock 0", "a release"}));
-    EXPECT_TRUE(MouseCapture::Lock(b.get(), 0)) << "afterwards everything is as usual";
+    EXPECT_EQ(log, (Log{"a lock 0", "a release", "a lock 3"}));
+}
+
+TEST_F(MouseCaptureReentryTest, HandlersThatTakeTheLockFromEachOtherComeToAnEnd)
+{
+    auto a = Make("a", 0), b = Make("b", 1), c = Make("c", 2);
+    a->onRelease = [&] {
+        MouseCapture::Lock(b.get(), 1);
+        MouseCapture::Lock(c.get(), 2);
+    };
+    b->onRelease = [&] {
+        MouseCapture::Lock(a.get(), 3);
+        MouseCapture::Unlock();
+    };
+    MouseCapture::Lock(a.get(), 0);
+    EXPECT_TRUE(MouseCapture::Unlock());
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    EXPECT_EQ(log, (Log{"a lock 0", "a release", "b lock 1", "b release", "a lock 3", "c lock 3"}));
 }
 
 TEST_F(MouseCaptureReentryTest, AHandlerMayPassTheLockOnInSetLock)
@@ -206,20 +231,22 @@ TEST_F(MouseCaptureReentryTest, AHandlerThatRegistersItselfAnewWhenAskedForItsOr
     EXPECT_EQ(log, (Log{"x lock 0"}));
 }
 
-TEST_F(MouseCaptureReentryTest, ANewHandlerAtTheAddressOfADestroyedOneIsNotVisited)
+TEST_F(MouseCaptureReentryTest, AHandlerMayRegisterItselfWhenItIsAskedForItsOrder)
 {
-    auto a = Make("a", 1);
-    auto place = std::make_unique<std::optional<Tool>>();
-    place->emplace(log, "old", 5);
-    MouseCapture::Register(&**place);
-    a->onPoints = [&] {
-        place->emplace(log, "new", 5);
-        (**place).points = {{100, 100}};
-        MouseCapture::Register(&**place);
+    auto a = Make("a", 1, {{1, 1}}), c = Make("c", 3, {{1, 1}});
+    Tool x(log, "x", 2), y(log, "y", 2);
+    x.points = y.points = {{1, 1}};
+    x.onOrder = [&] {
+        MouseCapture::Register(&x);
+        MouseCapture::Register(&y);
     };
-    UsePointer();
-    EXPECT_FALSE(Press(100, 100));
-    EXPECT_EQ((**place).pointQueries, 0);
+    y.onOrder = [&] { MouseCapture::Register(&x); };
+    MouseCapture::Register(&x);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(MouseCapture::LockNext());
+    EXPECT_EQ(log, (Log{"a lock 0", "a release", "y lock 0", "y release", "x lock 0", "x release",
+                        "c lock 0", "c release", "a lock 0"}))
+        << "y was there first";
 }
 
 TEST_F(MouseCaptureReentryTest, TheWrapAroundStillEndsWithTheOwnerWhenHandlersAreRegisteredBeforeIt)
