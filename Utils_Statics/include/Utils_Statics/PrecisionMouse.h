@@ -20,8 +20,8 @@ public:
 
     /// Calls SetHandler(handler) on every registered control, in ascending pointer order. A control
     /// may register and unregister controls meanwhile, itself included: those that are registered
-    /// when their turn comes are told. When a control calls UpdateHandler meanwhile, the newer
-    /// handler reaches all, and the older no further control.
+    /// when their turn comes are told. When a control calls UpdateHandler meanwhile, all are told
+    /// of the newer handler, and then the rest of the older one.
     UTILS_STATICS_API static void UpdateHandler(IPrecisionHandler* handler);
 
     /// Tells every control that nobody wants fine control.

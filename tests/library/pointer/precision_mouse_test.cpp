@@ -134,7 +134,7 @@ TEST_F(PrecisionMouseTest, AControlRegisteredMeanwhileIsToldWhenItsTurnComes)
     EXPECT_EQ(deliveries, (Deliveries{{At(1), &handler}, {At(3), &handler}}));
 }
 
-TEST_F(PrecisionMouseTest, ANewerHandlerReachesAllAndTheOlderNoFurtherControl)
+TEST_F(PrecisionMouseTest, AHandlerNamedMeanwhileReachesAllAndThenTheOlderOneTheRest)
 {
     RegisterAll();
     At(1)->onSet = [&] { PrecisionMouse::UpdateHandler(&other); };
@@ -144,7 +144,9 @@ TEST_F(PrecisionMouseTest, ANewerHandlerReachesAllAndTheOlderNoFurtherControl)
                                       {At(0), &other},
                                       {At(1), &other},
                                       {At(2), &other},
-                                      {At(3), &other}}));
+                                      {At(3), &other},
+                                      {At(2), &handler},
+                                      {At(3), &handler}}));
 }
 
 } // namespace
