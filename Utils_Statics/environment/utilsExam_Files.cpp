@@ -17,10 +17,12 @@ namespace {
 // The roots of all drives, one after the other, each closed by a zero; one more zero ends the list.
 std::vector<wchar_t> LogicalDriveRoots()
 {
-    std::vector<wchar_t> roots(GetLogicalDriveStringsW(0, nullptr) + 1);
-    const DWORD length =
-        GetLogicalDriveStringsW(static_cast<DWORD>(roots.size() - 1), roots.data());
-    if (length >= roots.size()) roots.assign(1, L'\0'); // a drive came in between the two questions
+    std::vector<wchar_t> roots(1);
+    DWORD length = GetLogicalDriveStringsW(0, nullptr);
+    while (length >= roots.size()) { // again, when a drive came in between the questions
+        roots.assign(length + 1, L'\0');
+        length = GetLogicalDriveStringsW(static_cast<DWORD>(roots.size()), roots.data());
+    }
     return roots;
 }
 

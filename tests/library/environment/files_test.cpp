@@ -1,6 +1,7 @@
 // utilsExam: single files, drives and pixel bytes.
 #include <Utils_Statics/utilsExam.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -10,7 +11,10 @@
 #include <algorithm>
 #include <climits>
 #include <string>
+#include <utility>
+#include <vector>
 
+using test_support::ImportHook;
 using test_support::TemporaryFolder;
 using test_support::WriteFile;
 
@@ -61,6 +65,89 @@ TEST(CheckFileIsWritable, AcceptsAFileThatDoesNotExist)
     EXPECT_TRUE(utilsExam::CheckFileIsWritable((folder / L"none").c_str()));
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(std::wstring(300, L'x').c_str()));
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(nullptr));
+}
+
+// The drives that are played, and those that come after the first question.
+struct PlayedDrive
+{
+    std::wstring root;
+    UINT type;
+};
+std::vector<PlayedDrive> s_drives;
+std::vector<PlayedDrive> s_laterDrives;
+
+DWORD WINAPI PlayDriveStrings(DWORD size, wchar_t* buffer)
+{
+    std::wstring list;
+    for (const PlayedDrive& drive : s_drives)
+        list += drive.root + L'\0';
+    s_drives.insert(s_drives.end(), s_laterDrives.begin(), s_laterDrives.end());
+    s_laterDrives.clear();
+    if (size < list.size() + 1) return static_cast<DWORD>(list.size() + 1);
+    std::copy_n(list.c_str(), list.size() + 1, buffer);
+    return static_cast<DWORD>(list.size());
+}
+
+UINT WINAPI PlayDriveType(const wchar_t* root)
+{
+    for (const PlayedDrive& drive : s_drives)
+        if (drive.root == root) return drive.type;
+    return DRIVE_NO_ROOT_DIR;
+}
+
+class PlayedDrivesTest : public testing::Test
+{
+protected:
+    // What is found; empty when nothing is.
+    static std::wstring Find(std::vector<PlayedDrive> drives, std::vector<PlayedDrive> later = {})
+    {
+        s_drives = std::move(drives);
+        s_laterDrives = std::move(later);
+        CString drive(L"before");
+        const bool found = utilsExam::FindFirstRemovableDrive(drive);
+        EXPECT_TRUE(found || drive == L"before");
+        return found ? drive.GetString() : L"";
+    }
+
+private:
+    const ImportHook m_strings{L"Utils_Statics.dll", "GetLogicalDriveStringsW",
+                               reinterpret_cast<void*>(&PlayDriveStrings)};
+    const ImportHook m_types{L"Utils_Statics.dll", "GetDriveTypeW",
+                             reinterpret_cast<void*>(&PlayDriveType)};
+};
+
+TEST_F(PlayedDrivesTest, TheFirstRemovableFixedOrRamDriveIsFound)
+{
+    for (const UINT type : {DRIVE_REMOVABLE, DRIVE_FIXED, DRIVE_RAMDISK})
+        EXPECT_EQ(Find({{L"E:\\", DRIVE_CDROM},
+                        {L"F:\\", DRIVE_REMOTE},
+                        {L"G:\\", DRIVE_UNKNOWN},
+                        {L"H:\\", DRIVE_NO_ROOT_DIR},
+                        {L"I:\\", type},
+                        {L"J:\\", DRIVE_REMOVABLE}}),
+                  L"I:\\");
+    EXPECT_EQ(Find({}), L"");
+    EXPECT_EQ(Find({{L"E:\\", DRIVE_CDROM}}), L"");
+}
+
+TEST_F(PlayedDrivesTest, FourRootsAreSkippedByExactComparison)
+{
+    const auto skipped = [](const wchar_t* root) {
+        return Find({{root, DRIVE_FIXED}, {L"Z:\\", DRIVE_FIXED}}) == L"Z:\\";
+    };
+    for (const wchar_t* const root : {L"A:\\", L"B:\\", L"C:\\", L"D:\\"})
+        EXPECT_TRUE(skipped(root)) << root;
+    for (const wchar_t* const root : {L"c:\\", L"E:\\", L"d:\\"})
+        EXPECT_FALSE(skipped(root)) << root;
+}
+
+TEST_F(PlayedDrivesTest, ADriveThatComesBetweenTheQuestionsHidesNone)
+{
+    EXPECT_EQ(Find({{L"C:\\", DRIVE_FIXED}, {L"E:\\", DRIVE_REMOVABLE}}, {{L"F:\\", DRIVE_FIXED}}),
+              L"E:\\");
+    EXPECT_EQ(Find({{L"C:\\", DRIVE_FIXED}}, {{L"F:\\", DRIVE_FIXED}, {L"G:\\", DRIVE_FIXED}}),
+              L"F:\\");
+    EXPECT_EQ(Find({}, {{L"F:\\", DRIVE_FIXED}}), L"F:\\");
 }
 
 bool MayBeExportedTo(const std::wstring& root)
