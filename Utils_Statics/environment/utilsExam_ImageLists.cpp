@@ -14,13 +14,13 @@ BITMAP Description(HBITMAP bitmap)
     return description;
 }
 
-// A copy of `bitmap` of another size, in its own colour format; empty when the platform refuses.
+// A copy of `bitmap` of another size, in its own colour format; empty when there is no such size.
+// Of a bitmap that is selected elsewhere the platform lets nothing be seen.
 base::Bitmap Scaled(HBITMAP bitmap, const CSize& size)
 {
     const base::MemoryContext source(CreateCompatibleDC(nullptr));
     const base::MemoryContext target(CreateCompatibleDC(nullptr));
     const base::Selection selectedSource(source.get(), bitmap);
-    if (!selectedSource) return {};
     base::Bitmap scaled(CreateCompatibleBitmap(source.get(), size.cx, size.cy));
     const base::Selection selectedTarget(target.get(), scaled.get());
     if (!selectedTarget) return {};
@@ -36,8 +36,9 @@ base::Bitmap Scaled(HBITMAP bitmap, const CSize& size)
 
 void utilsExam::AddImage(CImageList& list, CBitmap& bitmap, const CSize& size, COLORREF mask)
 {
+    if (!bitmap.GetSafeHandle()) return;
     const base::Bitmap scaled = Scaled(bitmap, size);
-    if (scaled) ImageList_AddMasked(list, scaled.get(), mask);
+    ImageList_AddMasked(list, scaled.get(), mask);
 }
 
 void utilsExam::AddImage(CImageList& list, unsigned int bitmapId, const CSize& size, COLORREF mask)

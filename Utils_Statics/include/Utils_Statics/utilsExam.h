@@ -296,8 +296,8 @@ public:
     /// deliberately.
     static void DrawBorder(CDC* dc, const CRect& rect, int sides, COLORREF first, COLORREF second);
     /// Adds a copy of `bitmap`, scaled to `size`, to `list`; its pixels of the colour `mask` are
-    /// transparent. `bitmap` must not be selected into a device context. Nothing is added when the
-    /// platform refuses.
+    /// transparent. Of a bitmap that is selected into a device context only an empty picture is
+    /// added, and nothing where there is no bitmap or no such size.
     static void AddImage(CImageList& list, CBitmap& bitmap, const CSize& size, COLORREF mask);
     /// The same for a bitmap resource of the program or of the module that holds it.
     static void AddImage(CImageList& list, unsigned int bitmapId, const CSize& size, COLORREF mask);

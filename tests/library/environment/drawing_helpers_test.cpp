@@ -2,6 +2,7 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <base/GdiHandles.h>
+#include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
@@ -11,6 +12,11 @@
 
 #include <array>
 #include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+using test_support::ImportHook;
 
 CWinApp theApplication;
 
@@ -380,15 +386,68 @@ TEST_F(AddImageTest, AddsNothingOfWhatIsMissing)
         utilsExam::AddImage(list, bitmap, size, red);
     EXPECT_EQ(list.GetImageCount(), 0);
 
+    CImageList none;
+    utilsExam::AddImage(none, bitmap, CSize(16, 12), red);
+}
+
+// So that the pictures behind it keep their numbers.
+TEST_F(AddImageTest, AddsAnEmptyPictureOfABitmapThatIsSelectedElsewhere)
+{
+    CBitmap bitmap;
+    MakeHalves(bitmap, 16, 12, red, red);
     CDC elsewhere;
     elsewhere.CreateCompatibleDC(nullptr);
     CBitmap* const before = elsewhere.SelectObject(&bitmap);
-    utilsExam::AddImage(list, bitmap, CSize(16, 12), red);
-    EXPECT_EQ(list.GetImageCount(), 0) << "selected into another context";
+    utilsExam::AddImage(list, bitmap, CSize(16, 12), RGB(1, 1, 1));
     elsewhere.SelectObject(before);
+    ASSERT_EQ(list.GetImageCount(), 1);
+    Canvas canvas(16, 12);
+    Draw(canvas, 0);
+    EXPECT_NE(canvas.At(8, 6), red);
+}
 
-    CImageList none;
-    utilsExam::AddImage(none, bitmap, CSize(16, 12), red);
+// What the library asks of the platform, in order.
+std::vector<std::string> s_calls;
+std::set<HDC> s_targets;
+
+int WINAPI NoteMode(HDC dc, int mode)
+{
+    s_targets.insert(dc);
+    s_calls.push_back("mode " + std::to_string(mode));
+    return SetStretchBltMode(dc, mode);
+}
+
+BOOL WINAPI NoteOrigin(HDC dc, int x, int y, POINT* old)
+{
+    s_targets.insert(dc);
+    s_calls.push_back("origin " + std::to_string(x) + "," + std::to_string(y));
+    return SetBrushOrgEx(dc, x, y, old);
+}
+
+BOOL WINAPI NoteStretch(HDC target, int x, int y, int width, int height, HDC source, int fromX,
+                        int fromY, int fromWidth, int fromHeight, DWORD operation)
+{
+    s_targets.insert(target);
+    std::string call = operation == SRCCOPY ? "copy" : "other operation";
+    for (const int number : {x, y, width, height, fromX, fromY, fromWidth, fromHeight})
+        call += " " + std::to_string(number);
+    s_calls.push_back(call);
+    return StretchBlt(target, x, y, width, height, source, fromX, fromY, fromWidth, fromHeight,
+                      operation);
+}
+
+TEST_F(AddImageTest, StretchesTheWholeSourceInHalftoneModeFromTheBrushOrigin)
+{
+    constexpr wchar_t library[] = L"Utils_Statics.dll";
+    const ImportHook mode(library, "SetStretchBltMode", reinterpret_cast<void*>(&NoteMode));
+    const ImportHook origin(library, "SetBrushOrgEx", reinterpret_cast<void*>(&NoteOrigin));
+    const ImportHook stretch(library, "StretchBlt", reinterpret_cast<void*>(&NoteStretch));
+    CBitmap bitmap;
+    MakeHalves(bitmap, 64, 48, red, blue);
+    utilsExam::AddImage(list, bitmap, CSize(16, 12), RGB(1, 1, 1));
+    EXPECT_EQ(s_calls,
+              (std::vector<std::string>{"mode 4", "origin 0,0", "copy 0 0 16 12 0 0 64 48"}));
+    EXPECT_EQ(s_targets.size(), 1u) << "mode and origin are the target's";
 }
 
 TEST_F(AddImageTest, LeavesNoObjectsBehind)

@@ -15,7 +15,10 @@
 
 #include <shlwapi.h>
 
+#include <array>
 #include <random>
+#include <string>
+#include <utility>
 
 using test_support::LogCapture;
 using test_support::LoggedMessage;
@@ -348,18 +351,95 @@ TEST_F(ParsePathTest, FindsNamesBeyondTheBasicPlane)
     EXPECT_EQ(Parse(L"\U0001F600.png"), Address(L"lay\\\U0001F600.png").c_str());
 }
 
-TEST_F(ParsePathTest, SurvivesRandomTexts)
+// ---- The rules in their plainest form
+
+std::wstring PlainAddress(const std::wstring& text)
 {
+    const std::wstring scheme = L"file:///", turned = WithForwardSlashes(text);
+    std::wstring result;
+    for (std::size_t i = 0; i < turned.size();)
+        if (turned.compare(i, scheme.size(), scheme) == 0)
+            i += scheme.size();
+        else
+            result += turned[i++];
+    return result;
+}
+
+// What stands before the first place where the text goes on with the name of its file.
+std::wstring PlainFolder(const std::wstring& reference)
+{
+    const std::wstring name = PathFindFileNameW(reference.c_str());
+    std::wstring folder;
+    while (reference.compare(folder.size(), name.size(), name) != 0)
+        folder += reference[folder.size()];
+    return folder;
+}
+
+// Which rule has given the result.
+enum class Rule : std::size_t
+{
+    Unchanged,
+    Composed,
+    BesideReference,
+    InResBesideReference,
+    InLayouts,
+    InResOfLayouts,
+    InFallback,
+    Nowhere,
+    count
+};
+
+std::pair<Rule, std::wstring> PlainParse(const std::wstring& reference, std::wstring path)
+{
+    path.erase(0, path.find_first_not_of(L' '));
+    while (!path.empty() && path.back() == L' ')
+        path.pop_back();
+    if (path.empty() || !PathIsRelativeW(path.c_str())) return {Rule::Unchanged, path};
+    const std::wstring folder = PlainFolder(reference);
+    if (path.size() > 1 && path[1] == L'.') return {Rule::Composed, PlainAddress(folder + path)};
+    const std::wstring place = PlainAddress(folder), name = WithForwardSlashes(path);
+    const std::pair<Rule, std::wstring> candidates[] = {
+        {Rule::BesideReference, place + name},
+        {Rule::InResBesideReference, place + L"res/" + name},
+        {Rule::InLayouts, zelPath::getPath(9, name)},
+        {Rule::InResOfLayouts, zelPath::getPath(9, L"res/" + name)},
+        {Rule::InFallback, zelPath::getPath(21, name)}};
+    for (const auto& candidate : candidates)
+        if (PathFileExistsW(candidate.second.c_str())) return candidate;
+    return {Rule::Nowhere, L""};
+}
+
+TEST_F(ParsePathTest, AgreesWithThePlainRulesOnRandomTexts)
+{
+    for (const wchar_t* const file :
+         {L"lay\\a", L"lay\\aa.b", L"lay\\res\\x", L"lay\\res\\a", L"layouts\\ax", L"layouts\\a",
+          L"layouts\\res\\xa", L"fallback\\xx", L"fallback\\a"})
+        WriteFile(m_folder / file, "");
     std::mt19937 random(4);
-    const wchar_t alphabet[] = L"a./\\:~*? \u00e4\xD83Dx|file:///";
-    for (int round = 0; round < 500; ++round) {
-        std::wstring texts[2];
-        for (std::wstring& text : texts)
-            for (auto left = random() % 12; left > 0; --left)
-                text += alphabet[random() % (std::size(alphabet) - 1)];
-        const CString result = utilsExam::ParsePath(texts[0].c_str(), texts[1].c_str());
-        EXPECT_EQ(utilsExam::ParsePath(texts[0].c_str(), texts[1].c_str()), result);
+    const auto text = [&](auto& pieces, std::size_t count) {
+        std::wstring joined;
+        for (auto left = random() % count; left > 0; --left)
+            joined += pieces[random() % std::size(pieces)];
+        return joined;
+    };
+    const std::wstring references[] = {m_reference, L"file:///" + WithForwardSlashes(m_reference),
+                                       L"file:///" + m_reference, m_folder / L"lay\\lay"};
+    const wchar_t* const pieces[] = {L"a",      L"x",  L"a",  L"x", L"..",       L".",
+                                     L"/",      L"\\", L"//", L" ", L"file:///", L"res/",
+                                     L"\u00e4", L":",  L"~",  L"*", L"|"};
+    std::array<int, static_cast<std::size_t>(Rule::count)> met = {};
+    for (int round = 0; round < 4000; ++round) {
+        const std::wstring reference =
+            round % 2 ? text(pieces, 8) : references[random() % std::size(references)];
+        const std::wstring path = text(pieces, 5);
+        const auto [rule, expected] = PlainParse(reference, path);
+        ASSERT_EQ(std::wstring(utilsExam::ParsePath(reference.c_str(), path.c_str())), expected)
+            << "reference " << reference << ", path " << path;
+        ASSERT_EQ(m_log.Take().size(), rule == Rule::Nowhere ? 1u : 0u);
+        ++met[static_cast<std::size_t>(rule)];
     }
+    for (std::size_t rule = 0; rule < met.size(); ++rule)
+        EXPECT_GT(met[rule], 5) << "rule " << rule;
 }
 
 } // namespace

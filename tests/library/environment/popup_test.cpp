@@ -4,11 +4,16 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <base/Handles.h>
+#include <test_support/ImportHook.h>
 
 #include <atomic>
 #include <memory>
+#include <string>
 #include <thread>
 #include <utility>
+#include <vector>
+
+using test_support::ImportHook;
 
 CWinApp theApplication;
 
@@ -78,11 +83,13 @@ TEST_F(PopupTest, ANullOwnerMeansTheMainWindow)
 
 TEST_F(PopupTest, ABalloonHelpWindowIsNoPopup)
 {
-    const ExamWindow balloon(owner.Handle(), L"BalloonHelpClassDS");
+    ExamWindow balloon(owner.Handle(), L"BalloonHelpClassDS");
+    balloon.onMessage = CloseAtEscape;
+    ASSERT_EQ(GetLastActivePopup(owner.Handle()), balloon.Handle());
     EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), nullptr);
     EXPECT_FALSE(utilsExam::ClosePopups(owner.Handle()));
     ClosePopup(balloon.Handle(), owner.Handle());
-    EXPECT_TRUE(balloon.Exists());
+    EXPECT_FALSE(DispatchUntil([&] { return !balloon.Exists(); }, 300));
 }
 
 TEST_F(PopupTest, TheClassNameIsComparedExactly)
@@ -166,6 +173,108 @@ TEST_F(PopupTest, ClosePopupsReturnsAtOnceAndClosesInTheBackground)
     EXPECT_TRUE(popup.Exists()) << "its messages have not been dispatched yet";
     EXPECT_TRUE(DispatchUntil([&] { return !popup.Exists(); }));
     EXPECT_FALSE(utilsExam::ClosePopups(nullptr));
+}
+
+// ---- The platform's answers and what it is asked, played
+
+// The pop-up that the platform calls enabled, whoever asks.
+HWND s_enabledPopup;
+std::vector<std::pair<HWND, UINT>> s_questions;
+std::vector<std::string> s_calls;
+
+HWND WINAPI PlayGetWindow(HWND window, UINT command)
+{
+    s_questions.emplace_back(window, command);
+    return command == GW_ENABLEDPOPUP ? s_enabledPopup : nullptr;
+}
+
+BOOL WINAPI NoteShow(HWND window, int command)
+{
+    s_calls.push_back("show " + std::to_string(command));
+    return ShowWindow(window, command);
+}
+
+BOOL WINAPI NotePost(HWND, UINT message, WPARAM wParam, LPARAM)
+{
+    s_calls.push_back(std::to_string(message) + " " + std::to_string(wParam));
+    return TRUE;
+}
+
+void WINAPI NoteSleep(DWORD milliseconds)
+{
+    s_calls.push_back("sleep " + std::to_string(milliseconds));
+}
+
+class PlayedPopupTest : public PopupTest
+{
+protected:
+    PlayedPopupTest()
+    {
+        s_enabledPopup = nullptr;
+        s_questions.clear();
+        s_calls.clear();
+    }
+
+    static constexpr wchar_t library[] = L"Utils_Statics.dll";
+    const std::vector<std::string> attempt = {"show 5", "7 0",    "256 27",
+                                              "257 27", "256 13", "257 13"};
+
+private:
+    const ImportHook m_getWindow{library, "GetWindow", reinterpret_cast<void*>(&PlayGetWindow)};
+    const ImportHook m_show{library, "ShowWindow", reinterpret_cast<void*>(&NoteShow)};
+    const ImportHook m_post{library, "PostMessageW", reinterpret_cast<void*>(&NotePost)};
+    const ImportHook m_sleep{library, "Sleep", reinterpret_cast<void*>(&NoteSleep)};
+};
+
+TEST_F(PlayedPopupTest, TheEnabledPopupIsTheOneThatThePlatformNames)
+{
+    const ExamWindow other;
+    const ExamWindow popup(other.Handle()), active(owner.Handle());
+    s_enabledPopup = popup.Handle();
+    EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), popup.Handle());
+    EXPECT_EQ(s_questions.at(0), std::pair(owner.Handle(), UINT{GW_ENABLEDPOPUP}));
+    s_enabledPopup = owner.Handle(); // which the platform answers when there is none
+    EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), nullptr);
+    const ExamWindow balloon(owner.Handle(), L"BalloonHelpClassDS");
+    const ExamWindow tool(owner.Handle(), L"ExamTestWindow", WS_EX_TOOLWINDOW);
+    for (const HWND no : {balloon.Handle(), tool.Handle()}) {
+        s_enabledPopup = no;
+        EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), nullptr);
+        utilsExam::ClosePopup(no, owner.Handle());
+    }
+    EXPECT_TRUE(s_calls.empty());
+}
+
+TEST_F(PlayedPopupTest, IsShownAndAskedOnceAndLookedForEveryTenthOfASecondForFiveSeconds)
+{
+    const ExamWindow popup(owner.Handle());
+    ShowWindow(popup.Handle(), SW_HIDE);
+    s_enabledPopup = popup.Handle();
+    utilsExam::ClosePopup(popup.Handle(), owner.Handle());
+    EXPECT_TRUE(IsWindowVisible(popup.Handle()));
+    std::vector<std::string> expected = attempt;
+    expected.insert(expected.end(), 50, "sleep 100");
+    EXPECT_EQ(s_calls, expected);
+}
+
+TEST_F(PlayedPopupTest, IsAskedFiveTimesAtMost)
+{
+    auto popup = std::make_unique<ExamWindow>(owner.Handle());
+    s_enabledPopup = popup->Handle(); // and stays it, although the window goes
+    popup.reset();
+    utilsExam::ClosePopup(s_enabledPopup, owner.Handle());
+    std::vector<std::string> expected;
+    for (int i = 0; i < 5; ++i)
+        expected.insert(expected.end(), attempt.begin(), attempt.end());
+    EXPECT_EQ(s_calls, expected);
+}
+
+TEST_F(PlayedPopupTest, IsLeftAloneWhenItIsNotTheEnabledOneAnyMore)
+{
+    const ExamWindow popup(owner.Handle()), another(owner.Handle());
+    s_enabledPopup = another.Handle();
+    utilsExam::ClosePopup(popup.Handle(), owner.Handle());
+    EXPECT_TRUE(s_calls.empty());
 }
 
 // Each that closes leaves another one behind, for ever.
