@@ -55,15 +55,6 @@ private:
     bool m_fits;
 };
 
-// Runs a shell operation whose paths may be too long for their buffers. Returns false on failure,
-// with the last error set.
-bool RunShellOperation(SHFILEOPSTRUCTW& operation, bool pathsFit)
-{
-    if (pathsFit) return ::SHFileOperationW(&operation) == 0;
-    SetLastError(ERROR_FILENAME_EXCED_RANGE);
-    return false;
-}
-
 void LogLastError(EnvironmentMessage message)
 {
     const DWORD error = GetLastError();
@@ -119,7 +110,7 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
     operation.wFunc = FO_DELETE;
     operation.pFrom = list.c_str();
     operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
-    if (!RunShellOperation(operation, true)) LogLastError(messageDeleteFailed);
+    if (::SHFileOperationW(&operation) != 0) LogLastError(messageDeleteFailed);
 }
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
@@ -152,7 +143,10 @@ int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, con
     record.fFlags = static_cast<FILEOP_FLAGS>(flags | (silent ? silentFlags : FOF_SIMPLEPROGRESS));
     record.hNameMappings = nameMappings;
     record.lpszProgressTitle = progressTitle;
-    if (RunShellOperation(record, source.Fits() && destination.Fits())) return 1;
+    if (!source.Fits() || !destination.Fits())
+        SetLastError(ERROR_FILENAME_EXCED_RANGE); // cut, a path would name another file
+    else if (::SHFileOperationW(&record) == 0)
+        return 1;
     LogLastError(messageShellOperationFailed);
     return 0;
 }
