@@ -3,6 +3,7 @@
 #include <pro_actions/CProActionCollection.h>
 #include <zel_xml/zelXMLNode.h>
 
+#include <new>
 #include <utility>
 
 ActionInfo::ActionInfo(ActionType actionType, int actionCode, int actionParam,
@@ -12,7 +13,7 @@ ActionInfo::ActionInfo(ActionType actionType, int actionCode, int actionParam,
 }
 
 bool ActionInfo::Load(const zelXMLNode& node)
-{
+try {
     if (!node.isValid()) return false;
     type = CProActionCollection::MapActionType(node.getAttribute(L"actionType"));
     // An action's code is one within its type, so the type has to be known before.
@@ -20,4 +21,6 @@ bool ActionInfo::Load(const zelXMLNode& node)
     param = node.getAttributeInt(L"actionParam", 0);
     name = node.getAttribute(L"name");
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }

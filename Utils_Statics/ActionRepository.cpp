@@ -6,6 +6,7 @@
 #include <qor_utils/zelLogger.h>
 #include <zel_xml/zelXMLFile.h>
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -44,7 +45,7 @@ const ButtonAction* ActionRepository::GetAction(const wchar_t* name) const noexc
 }
 
 bool ActionRepository::Load()
-{
+try {
     RemoveAll();
     zelXMLFile file;
     if (!file.open(utilsExam::GetProtocolFile(L"ButtonActions.xml"), true)) return false;
@@ -54,6 +55,8 @@ bool ActionRepository::Load()
         if (button->Load(element)) m_actions->Insert(std::move(button));
     }
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void ActionRepository::RemoveAll()

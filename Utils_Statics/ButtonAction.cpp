@@ -2,6 +2,8 @@
 
 #include <zel_xml/zelXMLNode.h>
 
+#include <new>
+
 namespace {
 
 void LoadAction(ActionInfo& action, const zelXMLNode& button, const wchar_t* child)
@@ -20,7 +22,7 @@ void LoadStates(std::set<ActionStateInfo>& states, const zelXMLNode& list)
 } // namespace
 
 bool ButtonAction::Load(const zelXMLNode& node)
-{
+try {
     if (!node.isValid()) return false;
     name = node.getAttribute(L"name");
     if (name.empty()) return false;
@@ -31,4 +33,6 @@ bool ButtonAction::Load(const zelXMLNode& node)
     states.clear();
     LoadStates(states, node.getChildByName(L"States", false));
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }

@@ -2,6 +2,8 @@
 
 #include <zel_xml/zelXMLNode.h>
 
+#include <new>
+
 namespace {
 
 constexpr const wchar_t* gridElement = L"Grid";
@@ -31,7 +33,11 @@ bool ButtonPlacement::operator!=(const ButtonPlacement& other) const
 
 void ButtonPlacement::Load(const zelXMLNode& node)
 {
-    name = node.getAttribute(L"name");
+    try {
+        name = node.getAttribute(L"name");
+    } catch (const std::bad_alloc&) {
+        name.clear();
+    }
     check = node.getAttributeInt(L"check", 0) != 0;
     grid.Load(node.getChildByName(gridElement, false)); // without the child the grid stays
 }

@@ -1,7 +1,9 @@
 #include <Utils_Statics/CCineStore.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include <io.h>
@@ -98,9 +100,11 @@ bool CCineStore::EndStorage()
 
 void CCineStore::Announce() const
 {
-    const CString finished =
-        path; // the callback may start the next file, which records its own path
-    if (completeCallback) completeCallback(finished, userData);
+    if (!completeCallback) return;
+    // A copy, because the callback may start the next file, which records its own path. Without
+    // memory for it the callback gets the path itself.
+    const std::unique_ptr<wchar_t, decltype(&std::free)> copy(_wcsdup(path), &std::free);
+    completeCallback(copy ? copy.get() : path.GetString(), userData);
 }
 
 bool CCineStore::PatchCount()

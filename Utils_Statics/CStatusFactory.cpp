@@ -3,6 +3,8 @@
 #include <Utils_Statics/CWmiService.h>
 #include <Utils_Statics/IStatusItem.h>
 
+#include <new>
+
 constinit CWmiService* CStatusFactory::m_wmi = nullptr;
 
 std::vector<IStatusItem*>& CStatusFactory::getItems() noexcept
@@ -12,7 +14,10 @@ std::vector<IStatusItem*>& CStatusFactory::getItems() noexcept
 
 void CStatusFactory::addItem(IStatusItem* item)
 {
-    m_statusItems.push_back(item);
+    try {
+        m_statusItems.push_back(item);
+    } catch (const std::bad_alloc&) { // it is not in the row then
+    }
     CWmiService::getInstance()->Update();
 }
 

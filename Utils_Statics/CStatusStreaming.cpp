@@ -14,6 +14,7 @@
 #include <mmsystem.h>
 
 #include <mutex>
+#include <new>
 #include <shared_mutex>
 
 using namespace utils_statics;
@@ -36,11 +37,14 @@ std::wstring NoAddress()
     return std::wstring(View(GetStr("streaming.noipaddress")));
 }
 
-// What is written over the icon: this computer's address, unless that reaches nobody else.
+// What is written over the icon: this computer's address, unless that reaches nobody else; nothing
+// when memory is short.
 std::wstring AddressCaption()
-{
+try {
     const CString address = utilsExam::GetLocalIP();
     return address == L"127.0.0.1" ? NoAddress() : std::wstring(View(address));
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 } // namespace

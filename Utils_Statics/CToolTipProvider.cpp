@@ -5,6 +5,7 @@
 
 #include <afxwin.h>
 
+#include <new>
 #include <utility>
 
 using utils_statics::OrEmpty;
@@ -71,7 +72,7 @@ CToolTipProvider::~CToolTipProvider()
 
 void CToolTipProvider::Share(const CToolTipProvider& other)
 {
-    if (other.m_timer) other.m_timer->Join(*this);
+    if (other.m_timer && !other.m_timer->Join(*this)) return; // it goes on with none of its own
     m_window = other.m_window;
     m_tool = other.m_tool;
     m_timer = other.m_timer;
@@ -83,7 +84,7 @@ bool CToolTipProvider::BothExist() const
 }
 
 bool CToolTipProvider::CreateToolTip()
-{
+try {
     CancelToolTip();
     if (BothExist()) return true;
     DestroyToolTip();
@@ -94,6 +95,8 @@ bool CToolTipProvider::CreateToolTip()
     m_tool.lpszText = const_cast<wchar_t*>(L"");
     Send(TTM_ADDTOOLW, 0);
     return BothExist();
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void CToolTipProvider::DestroyToolTip()

@@ -5,6 +5,7 @@
 #include <zel_xml/zelXMLFile.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 DerivedState::DerivedState() = default;
@@ -12,7 +13,7 @@ DerivedState::DerivedState() = default;
 DerivedState::~DerivedState() = default;
 
 bool DerivedState::LoadAll()
-{
+try {
     DestroyAll();
     zelXMLFile file;
     if (!file.open(zelPath::getPath(qor_utils::fallbackFactoryStore, L"button_states.xml"), true))
@@ -21,6 +22,8 @@ bool DerivedState::LoadAll()
     for (; element.isValid(); ++element)
         if (auto derived = FromElement(element)) m_derivedStates.push_back(std::move(derived));
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void DerivedState::DestroyAll()

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
 #include <optional>
 
 using namespace utils_statics;
@@ -24,9 +25,6 @@ namespace {
 
 // Squared pixels: a point is grabbed from less than 100 pixels away.
 constexpr std::int32_t grabDistance = 10000;
-
-// Most handlers have few points; one allocation serves all of them in one press.
-constexpr std::size_t usualPointCount = 64;
 
 // Stands for a handler while it is told that it loses the lock.
 class ReleaseScope
@@ -61,6 +59,15 @@ std::int32_t SquaredDistance(POINT a, POINT b)
     const int dx = base::wrap::Subtract(a.x, b.x);
     const int dy = base::wrap::Subtract(a.y, b.y);
     return base::wrap::Add(base::wrap::Multiply(dx, dx), base::wrap::Multiply(dy, dy));
+}
+
+// False when there is no memory for one more.
+bool TryAppend(std::vector<IMouseHandler*>& handlers, IMouseHandler* handler) noexcept
+try {
+    handlers.push_back(handler);
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 // What LockNearest has found so far.
@@ -121,7 +128,7 @@ void MouseCapture::Initialize(const CRect& lockRect, InputType input)
 void MouseCapture::Register(IMouseHandler* h)
 {
     if (!h || std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end()) return;
-    m_handlers.push_back(h); // at once: when it is asked for its order, it may register itself
+    if (!TryAppend(m_handlers, h)) return; // at once: asked for its order, it may register itself
     const int order = h->GetLockOrder();
     std::size_t place = 0;
     while (place < m_handlers.size() && m_handlers[place] != h &&
@@ -236,7 +243,6 @@ void MouseCapture::LockNearest(POINT pt)
 {
     NearestPoint nearest;
     std::vector<POINT> points; // local, because a handler's operation may come back here
-    points.reserve(usualPointCount);
     for (HandlerWalk walk(m_handlers, 0, m_handlers.size()); walk.Next();) {
         points.clear();
         walk.Visited()->GetAutoPoints(points);

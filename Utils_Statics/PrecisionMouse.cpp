@@ -1,8 +1,11 @@
 #include <Utils_Statics/PrecisionMouse.h>
 
+#include <new>
+
 void PrecisionMouse::Register(IPrecisionControl* control)
-{
+try {
     if (control) m_controllers.insert(control);
+} catch (const std::bad_alloc&) { // it is not registered then
 }
 
 void PrecisionMouse::Unregister(IPrecisionControl* control)

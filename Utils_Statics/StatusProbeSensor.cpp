@@ -26,10 +26,12 @@ constexpr int firstUsableVersion = 2;
 // Of the stored reading, which is more than can be stored at once.
 constinit base::SlimLock s_readingLock;
 
-// Degrees Celsius; a text that is no number is 0.
+// Degrees Celsius; a text that is no number is 0. Without memory to read it, the default holds.
 double TemperatureSetting(const wchar_t* entry, const wchar_t* defaultValue)
-{
+try {
     return _wtof(ProfileText(L"Settings", entry, defaultValue));
+} catch (const std::bad_alloc&) {
+    return _wtof(defaultValue);
 }
 
 bool IsValid(const CStatusProbeSensor::SensorData& data)

@@ -86,8 +86,9 @@ bool ZipCompress::Create(const wchar_t* path) noexcept
 }
 
 void ZipCompress::SetBasePath(const std::wstring& base)
-{
+try {
     m_basePath = base;
+} catch (const std::bad_alloc&) { // what was set before stays
 }
 
 bool ZipCompress::AddFile(const wchar_t* path) noexcept

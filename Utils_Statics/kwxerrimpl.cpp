@@ -161,12 +161,13 @@ void BalloonMessageService::Log(const wchar_t* title, const wchar_t* text) const
 }
 
 void BalloonMessageService::Create()
-{
+try {
     Destroy();
     auto window = std::make_unique<CMainThreadWnd>();
     if (!window->CreateMessageOnly()) return;
     const std::unique_lock lock(s_lock);
     s_window = window.release();
+} catch (const std::bad_alloc&) { // there is no service then
 }
 
 void BalloonMessageService::Destroy()

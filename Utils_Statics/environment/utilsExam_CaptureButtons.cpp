@@ -25,15 +25,19 @@ int DefaultFlags(unsigned int n)
 } // namespace
 
 unsigned int utilsExam::GetPrintButtonFlags(unsigned int n)
-{
+try {
     CString entry;
     entry.Format(L"PrintButton%d", n);
     return ProfileNumber(section, entry, DefaultFlags(n));
+} catch (const std::bad_alloc&) {
+    return static_cast<unsigned int>(DefaultFlags(n));
 }
 
 unsigned int utilsExam::GetPrintButtonAction(unsigned int n)
-{
+try {
     CString entry;
     entry.Format(L"PrintButton%d_Action", n);
     return ProfileNumber(section, entry, defaultAction);
+} catch (const std::bad_alloc&) {
+    return defaultAction;
 }

@@ -11,6 +11,7 @@
 #include <shlwapi.h>
 
 #include <cstdint>
+#include <new>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -88,16 +89,18 @@ std::uint64_t FileSizes(const std::wstring& folder, std::vector<std::wstring>& p
 } // namespace
 
 int utilsExam::CreateDirectoryW(const wchar_t* path)
-{
+try {
     if (!path || !*path) return 0;
     const std::wstring whole = NormalisedPath((std::wstring(path) + L"\\").c_str(), 3);
     const CurrentDirectoryScope scope;
     if (MakeDirectory(whole)) return 1;
     return MakeDirectoryWithParents(WithoutTrailingBackslash(whole)) ? 1 : 0;
+} catch (const std::bad_alloc&) {
+    return 0;
 }
 
 void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
-{
+try {
     if (!path) return;
     const std::wstring current = isAbsolute ? L"" : CurrentDirectory();
     if (!isAbsolute && current.empty()) return; // too long to compose a path the shell would take
@@ -111,10 +114,11 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
     operation.pFrom = list.c_str();
     operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOERRORUI;
     if (::SHFileOperationW(&operation) != 0) LogLastError(messageDeleteFailed);
+} catch (const std::bad_alloc&) { // nothing was deleted
 }
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
-{
+try {
     // A list and not a recursion: the tree's depth is the disk's, the stack is the application's.
     std::vector<std::wstring> pending{dir.GetString()};
     std::uint64_t total = 0;
@@ -124,12 +128,14 @@ __int64 utilsExam::GetDirectorySize(const CString& dir)
         total += FileSizes(folder, pending);
     }
     return static_cast<__int64>(total);
+} catch (const std::bad_alloc&) {
+    return 0;
 }
 
 int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, const wchar_t* to,
                                 int silent, unsigned short flags, HWND owner,
                                 const wchar_t* progressTitle, void* nameMappings)
-{
+try {
     constexpr unsigned short silentFlags =
         FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
     const ShellPathBuffer source(WithoutTrailingBackslash(NormalisedPath(from, 1)));
@@ -148,5 +154,7 @@ int utilsExam::SHFileOperationW(unsigned int operation, const wchar_t* from, con
     else if (::SHFileOperationW(&record) == 0)
         return 1;
     LogLastError(messageShellOperationFailed);
+    return 0;
+} catch (const std::bad_alloc&) {
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -54,7 +55,7 @@ bool utilsExam::CheckFileIsWritable(const wchar_t* path)
 }
 
 bool utilsExam::FindFirstRemovableDrive(CString& drive)
-{
+try {
     const std::vector<wchar_t> roots = LogicalDriveRoots();
     for (const wchar_t* next = roots.data(); *next;) {
         const std::wstring root = next;
@@ -63,6 +64,8 @@ bool utilsExam::FindFirstRemovableDrive(CString& drive)
         drive = root.c_str();
         return true;
     }
+    return false;
+} catch (const std::bad_alloc&) {
     return false;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <vector>
 
 namespace utils_statics {
@@ -14,12 +15,17 @@ namespace utils_statics {
 class HandlerWalk
 {
 public:
-    // From position `first` up to, not including, position `end`. `registered` outlives the walk.
-    HandlerWalk(const std::vector<IMouseHandler*>& registered, std::size_t first, std::size_t end)
-        : m_registered(registered), m_first(first),
-          m_handlers(registered.begin() + static_cast<std::ptrdiff_t>(first),
-                     registered.begin() + static_cast<std::ptrdiff_t>(end))
+    // From position `first` up to, not including, position `end`. `registered` outlives the walk,
+    // which visits nobody when memory is short.
+    HandlerWalk(const std::vector<IMouseHandler*>& registered, std::size_t first,
+                std::size_t end) noexcept
+        : m_registered(registered), m_first(first)
     {
+        try {
+            m_handlers.assign(registered.begin() + static_cast<std::ptrdiff_t>(first),
+                              registered.begin() + static_cast<std::ptrdiff_t>(end));
+        } catch (const std::bad_alloc&) {
+        }
     }
 
     // Steps to the next handler; false when there is none.
@@ -47,7 +53,7 @@ private:
 
     const std::vector<IMouseHandler*>& m_registered;
     const std::size_t m_first;
-    const std::vector<IMouseHandler*> m_handlers;
+    std::vector<IMouseHandler*> m_handlers;
     std::size_t m_next = 0;
     HandlerWatch m_visited;
 };

@@ -2,6 +2,8 @@
 
 #include <Utils_Statics/CToolTipProvider.h>
 
+#include <new>
+
 BEGIN_MESSAGE_MAP(CTimerWnd, CWnd)
     ON_WM_TIMER()
 END_MESSAGE_MAP()
@@ -11,6 +13,14 @@ CTimerWnd::~CTimerWnd() = default;
 bool CTimerWnd::CreateMessageOnly()
 {
     return CreateEx(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr) != FALSE;
+}
+
+bool CTimerWnd::Join(CToolTipProvider& provider) noexcept
+try {
+    m_providers.push_back(&provider);
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 bool CTimerWnd::Leave(const CToolTipProvider& provider)

@@ -18,7 +18,8 @@ public:
 
     bool CreateMessageOnly();
 
-    void Join(CToolTipProvider& provider) { m_providers.push_back(&provider); }
+    // False when memory is short.
+    bool Join(CToolTipProvider& provider) noexcept;
     // False when the one that left was the last.
     bool Leave(const CToolTipProvider& provider);
 

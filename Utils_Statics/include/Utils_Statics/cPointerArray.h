@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <stdexcept>
 
 /// A growing array of pointers, in the order they were added. It owns none of what they point to.
@@ -12,11 +13,11 @@ class cPointerArray
 {
 public:
     cPointerArray() noexcept = default;
-    cPointerArray(const cPointerArray& other) { *this = other; }
-    cPointerArray& operator=(const cPointerArray& other)
+    cPointerArray(const cPointerArray& other) noexcept { *this = other; }
+    /// The array stays as it is when there is no memory for the copy.
+    cPointerArray& operator=(const cPointerArray& other) noexcept
     {
-        if (this == &other) return *this;
-        Reserve(other.m_size);
+        if (this == &other || !Reserve(other.m_size)) return *this;
         std::copy_n(other.m_items.get(), other.m_size, m_items.get());
         m_size = other.m_size;
         return *this;
@@ -42,10 +43,13 @@ public:
         return Contains(item);
     }
 
-    void Append(T* item)
+    /// False when there is no memory for it.
+    bool Append(T* item) noexcept
     {
-        if (m_size == m_capacity) Reserve(std::max<std::uint32_t>(1, m_capacity * 2));
+        if (m_size == m_capacity && !Reserve(std::max<std::uint32_t>(1, m_capacity * 2)))
+            return false;
         m_items[m_size++] = item;
+        return true;
     }
 
     /// Moves what follows one place forward. Nothing happens when `item` is not in the array.
@@ -68,13 +72,15 @@ private:
     T** End() const noexcept { return m_items.get() + m_size; }
     T** Find(const T* item) const noexcept { return std::find(m_items.get(), End(), item); }
 
-    void Reserve(std::uint32_t capacity)
+    bool Reserve(std::uint32_t capacity) noexcept
     {
-        if (capacity <= m_capacity) return;
-        std::unique_ptr<T*[]> items(new T*[capacity]);
+        if (capacity <= m_capacity) return true;
+        std::unique_ptr<T*[]> items(new (std::nothrow) T*[capacity]);
+        if (!items) return false;
         std::copy_n(m_items.get(), m_size, items.get());
         m_items = std::move(items);
         m_capacity = capacity;
+        return true;
     }
 
     std::unique_ptr<T*[]> m_items;

@@ -73,16 +73,16 @@ protected:
     /// True for an object of the other kind; those of one kind are never connected to each other.
     bool IsOtherKind(const cSigSlotBase& other) const noexcept { return m_kind != other.m_kind; }
 
-    /// Appends each to the other's peers, unless it is there already.
-    static void Link(cSigSlotBase& signal, cSigSlotBase& slot)
+    /// Appends each to the other's peers, unless it is there already. Without memory for both
+    /// neither knows the other.
+    static void Link(cSigSlotBase& signal, cSigSlotBase& slot) noexcept
     {
-        signal.AddPeer(slot);
-        slot.AddPeer(signal);
+        if (slot.AddPeer(signal) && !signal.AddPeer(slot)) slot.m_peers.Remove(&signal);
     }
 
     /// Takes over every field but the kind. The peers' own lists stay as they are. Deliberate: no
     /// signal calls this object that did not know it before.
-    void CopyFields(const cSigSlotBase& other)
+    void CopyFields(const cSigSlotBase& other) noexcept
     {
         m_name = other.m_name;
         m_peers = other.m_peers;
@@ -133,9 +133,9 @@ protected:
     void SetBusy(bool busy) noexcept { m_busy = busy; }
 
 private:
-    void AddPeer(cSigSlotBase& peer)
+    bool AddPeer(cSigSlotBase& peer) noexcept
     {
-        if (!m_peers.Contains(&peer)) m_peers.Append(&peer);
+        return m_peers.Contains(&peer) || m_peers.Append(&peer);
     }
 
     // Milliseconds since 1970-01-01 00:00 UTC.

@@ -31,8 +31,8 @@ public:
     cSignal& operator=(const cSignal&) = delete;
 
     /// Appends each to the other's peers, unless it is there already. Nothing happens with another
-    /// signal or with a slot that is not bound.
-    void Connect(Base& slot)
+    /// signal, with a slot that is not bound, and when memory is short.
+    void Connect(Base& slot) noexcept
     {
         if (this->IsOtherKind(slot) && slot.IsValid()) Base::Link(*this, slot);
     }

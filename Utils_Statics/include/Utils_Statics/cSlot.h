@@ -3,10 +3,12 @@
 #include <Utils_Statics/cSigSlotBase.h>
 
 #include <memory>
+#include <new>
 
 /// Calls a method of one object when a signal it is connected to is emitted. Unbound at first; a
-/// slot without object or method is connected to nothing and calls nothing. The object must live as
-/// long as the slot is bound to it; usually the slot is a member of it.
+/// slot without object or method, or bound when memory is short, is connected to nothing and calls
+/// nothing. The object must live as long as the slot is bound to it; usually the slot is a member
+/// of it.
 template <class Receiver, class Result, class P1, class P2, class P3, class P4, class P5>
 class cSlot final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 {
@@ -26,8 +28,8 @@ public:
 
     /// Copies everything but the binding, so that a slot calls only the object it was bound to. No
     /// signal learns of the copy. Deliberate: a signal calls only what was connected to it.
-    cSlot(const cSlot& other) : cSlot() { this->CopyFields(other); }
-    cSlot& operator=(const cSlot& other)
+    cSlot(const cSlot& other) noexcept : cSlot() { this->CopyFields(other); }
+    cSlot& operator=(const cSlot& other) noexcept
     {
         if (this != &other) this->CopyFields(other);
         return *this;
@@ -100,17 +102,26 @@ private:
     {
         m_object = object;
         m_methods.*Place<argumentCount>() = method;
-        m_argumentCount = object && method ? argumentCount : notBound;
+        if (!m_life) m_life = MakeLife();
+        m_argumentCount = object && method && m_life ? argumentCount : notBound;
         this->SetMethodTag(nullptr);
         if (IsValid()) this->SetName("NoName-Slot");
+    }
+
+    // Null when memory is short.
+    static std::shared_ptr<char> MakeLife() noexcept
+    try {
+        return std::make_shared<char>();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
 
     template <class... Arguments>
     ResultType Invoke(Arguments... arguments)
     {
-        if (!m_life) m_life = std::make_shared<char>();
         const std::weak_ptr<char> life = m_life;
-        return Guarded([&life] { return !life.expired(); },
+        const bool wasBound = m_life != nullptr; // otherwise no method can have destroyed the slot
+        return Guarded([&] { return !wasBound || !life.expired(); },
                        [&] {
                            if (m_argumentCount != sizeof...(Arguments)) return ResultType{};
                            return CallMethod(m_methods.*Place<sizeof...(Arguments)>(),
@@ -160,5 +171,5 @@ private:
     Receiver* m_object = nullptr;
     Methods m_methods;
     std::size_t m_argumentCount = notBound;
-    std::shared_ptr<char> m_life; // ends with this slot; made when first needed
+    std::shared_ptr<char> m_life; // ends with this slot; set when it is bound
 };

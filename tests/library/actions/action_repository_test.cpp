@@ -94,10 +94,10 @@ TEST_F(RepositoryTest, AMissingFileIsLoggedOnceAndNotTriedAgain)
 
 TEST_F(RepositoryTest, AFileThatCannotBeReadIsLoggedAndLeavesTheRepositoryEmpty)
 {
-    for (const char* text : {"", "<b", "<b><b name='x'/>", "<b/><b/>", "\xFF\xFE<",
-                             "<b><b name='x'/>R&D</b>", "<b><b name='x'/></b>x",
-                             "<b><b name='x' note='<'/></b>", "<b><b name='x'/><!-- -- --></b>",
-                             "<b><b name='x' note='&undefined;'/></b>"}) {
+    for (const char* text :
+         {"", "<b", "<b><b name='x'/>", "<b/><b/>", "\xFF\xFE<", "<b><b name='x'/>R&D</b>",
+          "<b><b name='x'/></b>x", "<b><b name='x' note='<'/></b>",
+          "<b><b name='x'/><!-- -- --></b>", "<b><b name='x' note='&undefined;'/></b>"}) {
         EXPECT_FALSE(Load(text)->GetAction(L"x"));
         EXPECT_EQ(m_log.Take(), std::vector<LoggedMessage>{loadFailed}) << text;
     }
