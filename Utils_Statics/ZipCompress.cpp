@@ -22,7 +22,8 @@ namespace {
 
 constexpr std::size_t blockSize = 32768;
 constexpr int highestLevel = 9;
-// The writer counts more entries in 16 bits, too, and other programs then find no directory.
+// The writer tells a greater number in a record that it leaves out of archives below 4 GiB. Other
+// programs then find no directory.
 constexpr unsigned mostEntries = 65535;
 
 // Logs the code of a failed call of the writer. True when it did not fail.

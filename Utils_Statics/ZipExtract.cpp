@@ -28,37 +28,43 @@ bool Read(int error, const wchar_t* call, int line = __builtin_LINE())
 struct Entry
 {
     std::wstring name;
-    bool hasWholeName;
     bool isEncrypted;
     bool hasKnownMethod;
 };
+
+// `name` is filled to its end by a longer name, and has no null there then.
+bool EntryInfo(unzFile archive, unz_file_info& info, std::string& name)
+{
+    return Read(unzGetCurrentFileInfo(archive, &info, name.data(), static_cast<uLong>(name.size()),
+                                      nullptr, 0, nullptr, 0),
+                L"unzGetCurrentFileInfo");
+}
 
 // False when the reader has no current entry.
 bool CurrentEntry(unzFile archive, Entry& entry)
 {
     constexpr uLong encryptedFlag = 1;
     constexpr uLong utf8Flag = 0x800;
-    char name[256]; // a longer name fills it, and has no null at its end then
     unz_file_info info = {};
-    if (!Read(unzGetCurrentFileInfo(archive, &info, name, sizeof name, nullptr, 0, nullptr, 0),
-              L"unzGetCurrentFileInfo"))
-        return false;
-    const std::string_view bytes(name, strnlen(name, sizeof name));
-    entry.name = EntryText(bytes, (info.flag & utf8Flag) != 0);
-    entry.hasWholeName = info.size_filename < sizeof name;
+    std::string name(256, '\0');
+    if (!EntryInfo(archive, info, name)) return false;
+    if (info.size_filename >= name.size()) {
+        name.resize(info.size_filename + 1);
+        if (!EntryInfo(archive, info, name)) return false;
+    }
+    entry.name = EntryText(name.c_str(), (info.flag & utf8Flag) != 0);
     entry.isEncrypted = (info.flag & encryptedFlag) != 0;
     // What is compressed in another way the reader would pass on as it is.
     entry.hasKnownMethod = info.compression_method == 0 || info.compression_method == Z_DEFLATED;
     return true;
 }
 
-// Where the entry goes; empty, with a log line, when it cannot stay inside the current folder.
-std::wstring TargetPath(const Entry& entry)
+// Where the entry goes; empty, with a log line, when it would leave the current folder.
+std::wstring TargetPath(const std::wstring& name)
 {
-    if (entry.hasWholeName)
-        if (auto path = PathInside(entry.name)) return *std::move(path);
-    ArchiveError()(L"'%s' is no name of a file to extract.", entry.name.c_str());
-    return {};
+    auto path = PathInside(name);
+    if (!path) ArchiveError()(L"'%s' leads out of the current folder.", name.c_str());
+    return path ? *std::move(path) : std::wstring();
 }
 
 // Creates a relative path's folders from the first to the last. Whether the last was created.
@@ -67,6 +73,23 @@ bool CreateFolders(const std::wstring& path)
     for (auto end = path.find(L'\\'); end != std::wstring::npos; end = path.find(L'\\', end + 1))
         utilsExam::CreateDirectoryW(path.substr(0, end).c_str());
     return utilsExam::CreateDirectoryW(path.c_str()) != 0;
+}
+
+// Goes to the next entry; UNZ_END_OF_LIST_OF_FILE, at the last one, when there is none.
+int GoToNext(unzFile archive)
+{
+    // The reader takes this number of entries for one that ran over 16 bits, and looks for more.
+    constexpr ZPOS64_T mostCounted = 0xFFFF;
+    unz_global_info64 info = {};
+    unz64_file_pos current = {};
+    unzGetGlobalInfo64(archive, &info);
+    unzGetFilePos64(archive, &current);
+    const int next = unzGoToNextFile(archive);
+    if (next != UNZ_BADZIPFILE || info.number_entry != mostCounted ||
+        current.num_of_file != mostCounted - 1)
+        return next;
+    unzGoToFilePos64(archive, &current);
+    return UNZ_END_OF_LIST_OF_FILE;
 }
 
 std::FILE* CreateWithFolders(const std::wstring& path)
@@ -102,16 +125,15 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
     try {
         Entry entry;
         if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
-        const std::wstring path = TargetPath(entry);
-        if (entry.hasWholeName && IsFolderEntry(entry.name)) // deliberately without going on
-            return !path.empty() && CreateFolders(path);
+        const std::wstring path = TargetPath(entry.name);
+        if (IsFolderEntry(entry.name)) return CreateFolders(path); // deliberately without going on
 
         bool extracted = entry.hasKnownMethod
                              ? ExtractFile(path, entry.isEncrypted ? password : nullptr)
                              : Read(UNZ_BADZIPFILE, L"unzOpenCurrentFilePassword");
         const int closed = unzCloseCurrentFile(m_archive);
         extracted = extracted && Read(closed, L"unzCloseCurrentFile");
-        const int next = unzGoToNextFile(m_archive);
+        const int next = GoToNext(m_archive);
         if (next == UNZ_END_OF_LIST_OF_FILE) return false;
         return Read(next, L"unzGoToNextFile") && extracted;
     } catch (...) {

@@ -1,9 +1,9 @@
 #include "archive/EntryName.h"
 
 #include <base/Encoding.h>
+#include <base/FilePath.h>
 
 #include <algorithm>
-#include <array>
 
 namespace utils_statics {
 
@@ -11,65 +11,47 @@ namespace {
 
 constexpr std::wstring_view separators = L"/\\";
 
-// Names that are devices in every folder, whatever extension follows.
-constexpr std::array<std::wstring_view, 6> devices = {L"CON", L"PRN",    L"AUX",
-                                                      L"NUL", L"CONIN$", L"CONOUT$"};
-// These are devices with one digit behind them, which may be a superscript.
-constexpr std::array<std::wstring_view, 2> numberedDevices = {L"COM", L"LPT"};
-constexpr std::wstring_view deviceDigits = L"0123456789\u00B9\u00B2\u00B3";
-
-wchar_t UpperAscii(wchar_t character)
+bool IsDriveLetter(wchar_t character)
 {
-    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A')
-                                                  : character;
+    return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z');
 }
 
-bool IsAsciiLetter(wchar_t character)
+std::wstring_view WithoutRoot(std::wstring_view name)
 {
-    const wchar_t upper = UpperAscii(character);
-    return upper >= L'A' && upper <= L'Z';
+    const bool hasDrive = name.size() >= 2 && IsDriveLetter(name[0]) && name[1] == L':';
+    if (hasDrive) name.remove_prefix(2);
+    name.remove_prefix(std::min(name.find_first_not_of(separators), name.size()));
+    return name;
+}
+
+void EndWithSeparator(std::wstring& path)
+{
+    if (!path.ends_with(L'\\')) path += L'\\';
+}
+
+// The platform takes dots and blanks off the end of some parts and not of others. So such a folder
+// can be made, and is itself or its parent to whoever asks for it later.
+bool IsParent(std::wstring_view part)
+{
+    return !part.empty() && part.find_first_not_of(L". ") == std::wstring_view::npos;
 }
 
 bool IsDevice(std::wstring_view part)
 {
-    std::wstring stem(part.substr(0, part.find(L'.')));
-    stem.erase(stem.find_last_not_of(L' ') + 1); // "NUL .txt" is the device, too
-    std::ranges::transform(stem, stem.begin(), UpperAscii);
-    if (std::ranges::find(devices, stem) != devices.end()) return true;
-    return stem.size() == 4 && deviceDigits.find(stem.back()) != std::wstring_view::npos &&
-           std::ranges::find(numberedDevices, stem.substr(0, 3)) != numberedDevices.end();
+    return base::FullPath(std::wstring(part).c_str()).starts_with(L"\\\\.\\");
 }
 
-// A colon would name a drive or an alternate stream of a file.
-bool HasForbiddenCharacter(std::wstring_view part)
+// Whether a part of the path is the parent folder, an alternate stream or a device.
+bool LeadsOut(std::wstring_view path)
 {
-    static constexpr std::wstring_view forbidden = L"<>:\"|?*";
-    return std::ranges::any_of(part, [](wchar_t character) {
-        return character < L' ' || forbidden.find(character) != std::wstring_view::npos;
-    });
-}
-
-// Whether one part of a path names itself and nothing else. The platform drops dots and blanks at
-// the end of a name; with them ". ." could become the parent folder.
-bool IsUsablePart(std::wstring_view part)
-{
-    return part.back() != L'.' && part.back() != L' ' && !HasForbiddenCharacter(part) &&
-           !IsDevice(part);
-}
-
-std::wstring_view WithoutDrive(std::wstring_view name)
-{
-    const bool hasDrive = name.size() >= 2 && IsAsciiLetter(name[0]) && name[1] == L':';
-    return hasDrive ? name.substr(2) : name;
-}
-
-// Takes the first part off `rest`, with the separator behind it.
-std::wstring_view TakePart(std::wstring_view& rest)
-{
-    const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
-    const std::wstring_view part = rest.substr(0, end);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    return part;
+    for (std::size_t end = 0; end != std::wstring_view::npos;) {
+        end = path.find(L'\\');
+        const std::wstring_view part = path.substr(0, end);
+        if (IsParent(part) || part.find(L':') != std::wstring_view::npos || IsDevice(part))
+            return true;
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+    }
+    return false;
 }
 
 } // namespace
@@ -89,15 +71,15 @@ bool IsFolderEntry(std::wstring_view name)
 
 std::optional<std::wstring> PathInside(std::wstring_view name)
 {
-    std::wstring path;
-    for (std::wstring_view rest = WithoutDrive(name); !rest.empty();) {
-        const std::wstring_view part = TakePart(rest);
-        if (part.empty() || part == L".") continue;
-        if (!IsUsablePart(part)) return std::nullopt;
-        if (!path.empty()) path += L'\\';
-        path += part;
-    }
-    if (path.empty()) return std::nullopt;
+    std::wstring folder = base::FullPath(L".");
+    EndWithSeparator(folder);
+    std::wstring path = base::FullPath((folder + std::wstring(WithoutRoot(name))).c_str());
+    if (path.empty()) return path;
+    EndWithSeparator(path);
+    if (!path.starts_with(folder)) return std::nullopt;
+    path.erase(0, folder.size());
+    if (!path.empty()) path.pop_back();
+    if (LeadsOut(path)) return std::nullopt;
     return path;
 }
 

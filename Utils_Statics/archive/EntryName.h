@@ -14,9 +14,11 @@ std::wstring EntryText(std::string_view bytes, bool isUtf8);
 // Whether the name is that of a folder: nothing follows its last slash, of either kind.
 bool IsFolderEntry(std::wstring_view name);
 
-// The name as a path that stays below the folder it is taken from: folders separated by one
-// backslash each, no drive letter, no root, nothing at the end of a folder's name. Nothing for a
-// name that no such path can be made of.
+// Where an entry of that name goes, as a path relative to the current folder: what the platform
+// makes of the name without its drive letter and the separators at its beginning, with one
+// backslash between folders. Empty for the current folder itself and for a name too long for any
+// path. Nothing for a name that leads out of the current folder: to its parent, a device or an
+// alternate stream of a file.
 std::optional<std::wstring> PathInside(std::wstring_view name);
 
 } // namespace utils_statics

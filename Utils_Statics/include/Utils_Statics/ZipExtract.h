@@ -11,11 +11,16 @@
 /// folder. A failure is a false result and a log line with the code of the zip library, at level 1
 /// under the source Utils_Statics/ZipArchive; nothing throws.
 ///
-/// No entry is written outside of the current folder. Its name is taken as a path relative to it,
-/// in the system's ANSI code page, or in UTF-8 where the entry says so. Either slash separates
-/// folders. A drive letter and separators at the beginning are dropped. A name that has a ".." or a
-/// device (CON, NUL ...) for a part of it, a part that ends in a dot or a blank, a character that
-/// no file name may have, or more than 255 bytes, is not extracted but logged.
+/// No entry leaves the current folder. Its name is taken as a path relative to it, in the system's
+/// ANSI code page, or in UTF-8 where the entry says so. Either slash separates folders. A drive
+/// letter and separators at the beginning are dropped. The rest is the platform's to read: it may
+/// resolve "..", and drop dots and blanks at the end of a name. A name is refused, with a log line
+/// that quotes it, when it would leave the folder: to a parent, a device (CON, NUL ...) or an
+/// alternate stream of a file. So is one with a folder of dots and blanks alone.
+///
+/// A link (junction, symbolic or hard link) that stands in the folder is followed, so what is
+/// extracted through it lands where it leads. No archive can bring one: an entry is always written
+/// as a plain file or a folder.
 class UTILS_STATICS_API ZipExtract
 {
 public:
@@ -37,7 +42,7 @@ public:
     /// False when the entry's data is damaged, cannot be decrypted or cannot be written completely
     /// (what could be written stays), and when there is no next entry: so also for the last one.
     /// The reader stays at the last entry then. True otherwise, also for an entry that is skipped
-    /// because no file of its name can be created.
+    /// because its name is refused or no file of its name can be created.
     ///
     /// An entry that is a folder is different: it is created, the result tells whether it was, and
     /// the reader deliberately stays where it is. The next call sees the same entry again, so a

@@ -4,6 +4,7 @@
 
 #include <Utils_Statics/ZipCompress.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
@@ -204,6 +205,7 @@ TEST_F(ZipWriting, AMissingFileFailsAndLeavesAnEmptyEntry)
     ASSERT_EQ(entries.size(), 2u);
     EXPECT_EQ(entries[0].name, "missing");
     EXPECT_EQ(entries[0].size, 0u);
+    EXPECT_EQ(entries[0].time, 0x00200000u) << "what the zip library makes of a time stamp of 0";
     EXPECT_EQ(entries[1].data, raw_archive::Deflate("content"));
 }
 
@@ -277,6 +279,52 @@ TEST_F(ZipWriting, TheEndOfTheObjectClosesTheArchive)
     }
     EXPECT_EQ(test_support::HandleCount(), before);
     EXPECT_EQ(raw_archive::List(ReadFile(Archive())).size(), 1u);
+}
+
+using test_support::ImportHook;
+
+// Closes the file and says that it could not.
+int FailingClose(std::FILE* file)
+{
+    std::fclose(file);
+    return EOF;
+}
+
+TEST_F(ZipWriting, AFailedCloseOfTheArchiveIsLogged)
+{
+    ZipCompress zip;
+    ASSERT_TRUE(zip.Create(Archive().c_str()));
+    const ImportHook hook(L"Utils_Statics.dll", "fclose", reinterpret_cast<void*>(FailingClose));
+    LogCapture log;
+    zip.Close();
+    ExpectLogged(log, L"-1");
+    zip.Close();
+    EXPECT_TRUE(log.Take().empty()) << "there is no archive any more";
+}
+
+// The data of a short file is written when its entry is closed; until then only heads are.
+std::size_t FailingWrite(const void* bytes, std::size_t size, std::size_t count, std::FILE* file)
+{
+    constexpr std::size_t longestHead = 64;
+    return size * count > longestHead ? 0 : std::fwrite(bytes, size, count, file);
+}
+
+TEST_F(ZipWriting, AFailedCloseOfAnEntryIsLogged)
+{
+    std::string noise;
+    for (unsigned i = 0, next = 1; i < 1000; ++i, next = next * 1103515245 + 12345)
+        noise += static_cast<char>(next >> 16);
+    WriteFile(File(), noise);
+    ZipCompress zip;
+    zip.SetBasePath(m_folder / L"data\\");
+    ASSERT_TRUE(zip.Create(Archive().c_str()));
+    {
+        const ImportHook hook(L"Utils_Statics.dll", "fwrite",
+                              reinterpret_cast<void*>(FailingWrite));
+        LogCapture log;
+        EXPECT_FALSE(zip.AddFile(File().c_str()));
+        ExpectLogged(log, L"-1");
+    }
 }
 
 TEST_F(ZipWriting, TakesThousandsOfEntries)

@@ -3,6 +3,8 @@
 #include "RawArchive.h"
 
 #include <Utils_Statics/ZipExtract.h>
+#include <base/Encoding.h>
+#include <base/Handles.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
@@ -42,16 +44,28 @@ protected:
     }
     void Open(const std::vector<raw_archive::Entry>& entries) { Open(raw_archive::Write(entries)); }
 
-    // What lies below a folder, files and folders, relative to it and with forward slashes.
+    // What lies below a folder, files and folders, relative to it and with forward slashes. Not by
+    // <filesystem>, which loses its way in folders whose names end in dots.
     static std::set<std::string> Below(const std::wstring& folder)
     {
-        namespace fs = std::filesystem;
         std::set<std::string> found;
-        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-            const std::u8string name = entry.path().lexically_relative(folder).generic_u8string();
-            found.emplace(name.begin(), name.end());
-        }
+        AddBelow(folder, "", found);
         return found;
+    }
+    static void AddBelow(const std::wstring& folder, const std::string& prefix,
+                         std::set<std::string>& found)
+    {
+        WIN32_FIND_DATAW entry = {};
+        const base::Find find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+        if (!find) return;
+        do {
+            const std::wstring name = entry.cFileName;
+            if (name == L"." || name == L"..") continue;
+            const std::string path = prefix + base::Utf8FromWide(name);
+            found.insert(path);
+            if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+                AddBelow(folder + L"\\" + name, path + "/", found);
+        } while (FindNextFileW(find.get(), &entry));
     }
 
     std::string Content(const std::wstring& name) const

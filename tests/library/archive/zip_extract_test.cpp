@@ -130,6 +130,35 @@ TEST_F(ZipReading, ExtractsThousandsOfEntries)
     EXPECT_EQ(extracted, 1999);
 }
 
+// The zip library takes their number for one that ran over 16 bits, and looks for more.
+TEST_F(ZipReading, ExtractsAsManyEntriesAsAnArchiveCanHave)
+{
+    std::vector<Entry> entries(65535, Stored("?", "")); // no file can have that name
+    entries.back() = Stored("last", "content");
+    Open(entries);
+    LogCapture log;
+    int extracted = 0;
+    while (extracted < 65535 && m_zip.ExtractNext(nullptr))
+        ++extracted;
+    EXPECT_EQ(extracted, 65534);
+    EXPECT_EQ(Content(L"last"), "content");
+    EXPECT_TRUE(log.Take().empty());
+    DeleteFileW(L"last");
+    EXPECT_FALSE(m_zip.ExtractNext(nullptr));
+    EXPECT_EQ(Content(L"last"), "content") << "it stays at the last entry";
+}
+
+TEST_F(ZipReading, ADirectoryDamagedAtThatNumberIsAnError)
+{
+    std::string archive = raw_archive::Write({Stored("a", "1"), Stored("b", "2")});
+    archive.replace(archive.size() - 14, 4, 4, '\xFF');
+    Open(archive);
+    LogCapture log;
+    EXPECT_TRUE(m_zip.ExtractNext(nullptr));
+    EXPECT_FALSE(m_zip.ExtractNext(nullptr));
+    ExpectLogged(log, L"error -103 with zipfile in unzGoToNextFile\n");
+}
+
 TEST_F(ZipReading, WritesOverFilesThatAreThere)
 {
     test_support::WriteFile(Target() + L"\\a", "something longer");
