@@ -1,6 +1,6 @@
 #include <Utils_Statics/CMiniVersion.h>
 
-#include "diagnostics/VersionBlock.h"
+#include "diagnostics/VersionFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -55,15 +55,18 @@ int CMiniVersion::Init() noexcept
     return 1;
 }
 
-// False when there is no version resource, or one whose lengths lie.
+// False when there is no version resource, or one that cannot be asked for anything.
 bool CMiniVersion::ReadVersionData() noexcept
 {
+    // The platform reads a little behind the last node, to find that there is none.
+    constexpr std::size_t behind = 16;
+    const auto layout = utils_statics::LayoutOfVersionResource(m_modulePath);
     DWORD unused = 0;
-    const DWORD size = m_modulePath[0] ? GetFileVersionInfoSizeW(m_modulePath, &unused) : 0;
+    const DWORD size = layout ? GetFileVersionInfoSizeW(m_modulePath, &unused) : 0;
     if (size == 0) return false;
-    m_versionData = new (std::nothrow) unsigned char[size + std::size_t{1}]();
+    m_versionData = new (std::nothrow) unsigned char[size + behind]();
     return m_versionData && GetFileVersionInfoW(m_modulePath, 0, size, m_versionData) &&
-           utils_statics::IsSoundVersionBlock(m_versionData, size);
+           utils_statics::MendVersionBlock(m_versionData, size, *layout);
 }
 
 void CMiniVersion::Release() noexcept

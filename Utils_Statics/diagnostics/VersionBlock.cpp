@@ -1,5 +1,8 @@
 #include "diagnostics/VersionBlock.h"
 
+#include <windows.h>
+
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -7,45 +10,40 @@ namespace utils_statics {
 
 namespace {
 
-// The block, its fixed information left out: the string and translation tables, the tables of each
-// language, their texts.
-constexpr int deepestLevel = 3;
+// The block with the fixed information; the string and translation tables; the tables of each
+// language; their texts.
+constexpr int rootLevel = 0;
+constexpr int textLevel = 3;
 
-// Reads nodes by their layout: length of the whole node, length of the value, type of the value
-// (16 bits each), a key with its null, the value, children; each from a multiple of four on.
-class NodeWalk
+// Reads and mends nodes by their layout: length of the whole node, length of the value, in the wide
+// layout the value's type (16 bits each), a key with its null, the value, children; value and
+// children each from a multiple of four on.
+class NodeTree
 {
 public:
-    NodeWalk(const unsigned char* block, std::size_t size) noexcept : m_block(block), m_size(size)
+    NodeTree(unsigned char* block, VersionLayout layout) noexcept
+        : m_block(block), m_isWide(layout == VersionLayout::wide)
     {
     }
 
-    // Whether a node and all below it lie within the block. `end` becomes the node's end.
-    bool IsSound(std::size_t node, int level, std::size_t& end) const noexcept
+    // `end` is the end of what the root may occupy.
+    bool MendRoot(std::size_t end) noexcept
     {
-        std::size_t keyEnd = 0;
-        // A type of more than one makes the platform read another, older layout.
-        if (!Fits(node, headerSize) || Word(node) < headerSize || !Fits(node, Word(node)) ||
-            Word(node + 4) > textType || !FindTextEnd(node + headerSize, keyEnd))
-            return false;
-        const std::size_t value = Aligned(keyEnd);
-        const std::size_t valueSize = ValueSize(node);
-        if (!IsValueSound(node, value, valueSize)) return false;
-        end = node + Word(node);
-        return level == deepestLevel ||
-               AreChildrenSound(Aligned(value + valueSize), end, level + 1);
+        if (end < KeyOffset()) return false;
+        SetWord(0, std::min<std::size_t>(Word(0), end));
+        if (m_isWide ? Word(4) > textType : !HasRoomForWideTexts()) return false;
+        const std::size_t keyEnd = KeyEnd(0, Word(0));
+        if (keyEnd == 0 || Aligned(keyEnd) + sizeof(VS_FIXEDFILEINFO) > Word(0)) return false;
+        MendContent(0, Aligned(keyEnd), rootLevel);
+        return true;
     }
 
 private:
-    static constexpr std::size_t headerSize = 6;
     static constexpr std::uint16_t textType = 1;
 
     static std::size_t Aligned(std::size_t offset) noexcept { return (offset + 3) / 4 * 4; }
-
-    bool Fits(std::size_t offset, std::size_t size) const noexcept
-    {
-        return offset <= m_size && m_size - offset >= size;
-    }
+    std::size_t KeyOffset() const noexcept { return m_isWide ? 6 : 4; }
+    std::size_t CharacterSize() const noexcept { return m_isWide ? 2 : 1; }
 
     std::uint16_t Word(std::size_t offset) const noexcept
     {
@@ -53,55 +51,101 @@ private:
         std::memcpy(&word, m_block + offset, sizeof word);
         return word;
     }
-
-    // Finds the place behind the first null from `text` on.
-    bool FindTextEnd(std::size_t text, std::size_t& end) const noexcept
+    void SetWord(std::size_t offset, std::size_t value) noexcept
     {
-        for (std::size_t at = text; Fits(at, sizeof(std::uint16_t)); at += sizeof(std::uint16_t))
-            if (Word(at) == 0) {
-                end = at + sizeof(std::uint16_t);
-                return true;
-            }
-        return false;
+        const auto word = static_cast<std::uint16_t>(value);
+        std::memcpy(m_block + offset, &word, sizeof word);
+    }
+    void Clear(std::size_t begin, std::size_t end) noexcept
+    {
+        if (begin < end) std::memset(m_block + begin, 0, end - begin);
     }
 
-    // In bytes. The length of a text counts characters.
-    std::size_t ValueSize(std::size_t node) const noexcept
+    // The place behind the first null from `text` on; 0 when there is none before `end`.
+    std::size_t TextEnd(std::size_t text, std::size_t end) const noexcept
     {
-        const std::size_t length = Word(node + 2);
-        return Word(node + 4) == textType ? length * sizeof(std::uint16_t) : length;
+        const std::size_t size = CharacterSize();
+        for (; text + size <= end; text += size)
+            if ((m_isWide ? Word(text) : m_block[text]) == 0) return text + size;
+        return 0;
     }
 
-    // A text may name too great a length, as some compilers do, when it ends by itself.
-    bool IsValueSound(std::size_t node, std::size_t value, std::size_t size) const noexcept
+    std::size_t KeyEnd(std::size_t node, std::size_t end) const noexcept
     {
-        std::size_t end = 0;
-        return Fits(value, size) || size == 0 ||
-               (Word(node + 4) == textType && FindTextEnd(value, end));
+        return TextEnd(node + KeyOffset(), end);
     }
 
-    bool AreChildrenSound(std::size_t child, std::size_t end, int level) const noexcept
+    // The platform computes that room from the root's length, in unsigned numbers.
+    bool HasRoomForWideTexts() const noexcept
     {
+        const std::size_t length = Word(0);
+        return length > sizeof(VS_FIXEDFILEINFO) &&
+               (length - sizeof(VS_FIXEDFILEINFO)) * 4 > length;
+    }
+
+    void MendChildren(std::size_t child, std::size_t end, int level) noexcept
+    {
+        const std::size_t least = KeyOffset() + CharacterSize();
         while (child < end) {
-            // The platform ends at a node without a length; some compilers pad with such.
-            if (Fits(child, headerSize) && Word(child) == 0) return true;
-            std::size_t childEnd = 0;
-            if (!IsSound(child, level, childEnd)) return false;
-            child = Aligned(childEnd);
+            if (end - child < least || Word(child) < least) return Clear(child, end);
+            SetWord(child, std::min<std::size_t>(Word(child), end - child));
+            MendNode(child, level);
+            child = Aligned(child + Word(child));
         }
-        return true;
     }
 
-    const unsigned char* m_block;
-    std::size_t m_size;
+    void MendNode(std::size_t node, int level) noexcept
+    {
+        const std::size_t end = node + Word(node);
+        const std::size_t keyEnd = KeyEnd(node, end);
+        if (keyEnd == 0) return Clear(node + sizeof(std::uint16_t), end);
+        const std::size_t value = std::min(Aligned(keyEnd), end);
+        if (level == textLevel)
+            MendText(node, value);
+        else
+            MendContent(node, value, level);
+    }
+
+    // The value and the children of a node whose key is sound.
+    void MendContent(std::size_t node, std::size_t value, int level) noexcept
+    {
+        const std::size_t end = node + Word(node);
+        if (m_isWide) SetWord(node + 4, std::min(Word(node + 4), textType));
+        const std::size_t unit = m_isWide && Word(node + 4) == textType ? 2 : 1;
+        const std::size_t length = std::min(Word(node + 2) * unit, end - value) / unit;
+        SetWord(node + 2, length);
+        MendChildren(Aligned(value + length * unit), end, level + 1);
+    }
+
+    void MendText(std::size_t node, std::size_t value) noexcept
+    {
+        const std::size_t end = node + Word(node);
+        const std::size_t textEnd = TextEnd(value, end);
+        const std::size_t length = ((textEnd ? textEnd : end) - value) / CharacterSize();
+        SetWord(node + 2, length);
+        if (m_isWide) SetWord(node + 4, textType);
+        Clear(value + length * CharacterSize(), end);
+    }
+
+    unsigned char* m_block;
+    bool m_isWide;
 };
+
+// The end of what the root may occupy. The platform composes the wide form of a narrow text behind
+// the root, at places that it computes from the root's length.
+std::size_t RoomForRoot(std::size_t size, VersionLayout layout) noexcept
+{
+    return layout == VersionLayout::wide ? size
+                                         : std::min(size, size / 4 + sizeof(VS_FIXEDFILEINFO));
+}
 
 } // namespace
 
-bool IsSoundVersionBlock(const unsigned char* block, std::size_t size) noexcept
+bool MendVersionBlock(unsigned char* block, std::size_t size, VersionLayout layout) noexcept
 {
-    std::size_t end = 0;
-    return NodeWalk(block, size).IsSound(0, 0, end);
+    if (NodeTree(block, layout).MendRoot(RoomForRoot(size, layout))) return true;
+    std::memset(block, 0, size);
+    return false;
 }
 
 } // namespace utils_statics

@@ -4,9 +4,20 @@
 
 namespace utils_statics {
 
-// Whether the nodes of a version resource, as the platform hands it out, all lie within their
-// block. The platform's own queries follow the lengths that the nodes name, wherever they lead, and
-// a file may name any.
-bool IsSoundVersionBlock(const unsigned char* block, std::size_t size) noexcept;
+// How the nodes of a version resource are written.
+enum class VersionLayout
+{
+    wide,  // in files of 32 and 64 bits: texts in UTF-16, a type in each node
+    narrow // in files of 16 bits: texts in the ANSI code page, no types
+};
+
+// Makes a version resource, as the platform hands it out in `size` bytes, safe to ask: the
+// platform's own queries follow the lengths that the nodes name, wherever they lead, and a file may
+// name any. Afterwards every node lies within its parent, and its key and value lie within it. A
+// node that is too long is cut. A list ends where a node is too short, and a node whose key does
+// not end is not found. The length of a text becomes that up to its null.
+//
+// False, and the whole is cleared, when the root has no room for the fixed version information.
+bool MendVersionBlock(unsigned char* block, std::size_t size, VersionLayout layout) noexcept;
 
 } // namespace utils_statics

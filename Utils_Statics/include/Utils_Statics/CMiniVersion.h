@@ -9,7 +9,10 @@
 ///
 /// The object is a plain value: copies share the buffer of the version data, and whoever owns it
 /// calls Release on one of them. What the resource does not have reads as zero or as an empty text.
-/// Nothing is logged and nothing throws. The memory is from the heap; no lock is taken.
+/// A file that is damaged so that the platform would be led out of it counts as one without a
+/// resource; a text that is damaged is empty. Files of 16 bits are read, too, as far as the
+/// platform reads them. Nothing is logged and nothing throws. The memory is from the heap; no lock
+/// is taken.
 class UTILS_STATICS_API CMiniVersion
 {
 public:

@@ -81,6 +81,50 @@ std::string Bytes(const Node& node)
     return bytes;
 }
 
+std::string NarrowBytes(const Node& node)
+{
+    const auto narrow = [](const std::wstring& text) {
+        return std::string(text.begin(), text.end()) + '\0';
+    };
+    const std::wstring text(reinterpret_cast<const wchar_t*>(node.value.data()),
+                            node.value.size() / sizeof(wchar_t));
+    std::string value = node.isText ? std::string(text.begin(), text.end()) : node.value;
+    std::string bytes = std::string(4, '\0') + narrow(node.key);
+    Align(bytes);
+    bytes += value;
+    for (const Node& child : node.children) {
+        Align(bytes);
+        bytes += NarrowBytes(child);
+    }
+    SetWord(bytes, 0, node.length.value_or(static_cast<std::uint16_t>(bytes.size())));
+    SetWord(bytes, 2, node.valueLength.value_or(static_cast<std::uint16_t>(value.size())));
+    return bytes;
+}
+
+std::string File16(const std::string& resource)
+{
+    constexpr std::size_t header = 0x40;
+    constexpr std::size_t table = header + 0x40;
+    constexpr std::size_t tableSize = 2 + 8 + 12 + 2; // shift, a type, a resource, the end
+    constexpr std::size_t data = 0x100;
+    constexpr unsigned shift = 4;
+    std::string bytes(data, '\0');
+    bytes.replace(0, 2, "MZ");
+    bytes[0x3C] = header;
+    bytes.replace(header, 2, "NE");
+    SetWord(bytes, header + 0x24, table - header);
+    SetWord(bytes, header + 0x26, table + tableSize - header);
+    SetWord(bytes, table, shift);
+    SetWord(bytes, table + 2, 0x8010); // RT_VERSION
+    SetWord(bytes, table + 4, 1);
+    SetWord(bytes, table + 10, data >> shift);
+    SetWord(bytes, table + 12, (resource.size() + 15) >> shift);
+    SetWord(bytes, table + 16, 0x8001); // VS_VERSION_INFO
+    bytes += resource;
+    bytes.resize((bytes.size() + 15) / 16 * 16);
+    return bytes;
+}
+
 void WriteFile(const std::wstring& path, const std::string& resource)
 {
     constexpr WORD english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);

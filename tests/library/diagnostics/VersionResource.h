@@ -47,8 +47,13 @@ Node Translations(const std::vector<std::uint32_t>& languages);
 
 // The bytes of a tree.
 std::string Bytes(const Node& root);
+// As files of 16 bits have them: ASCII texts, no types.
+std::string NarrowBytes(const Node& root);
 
 // A copy of a program file without a version resource at `path`, with this one.
 void WriteFile(const std::wstring& path, const std::string& resource);
+
+// The bytes of a program file of 16 bits with nothing but that version resource.
+std::string File16(const std::string& resource);
 
 } // namespace version_resource

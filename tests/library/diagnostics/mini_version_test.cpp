@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <random>
 #include <type_traits>
 
@@ -73,12 +75,33 @@ protected:
     Version Of(const std::string& resource)
     {
         WriteFile(File(), resource);
+        return Again();
+    }
+    Version Of(const Node& root) { return Of(Bytes(root)); }
+
+    // Of a file that is there.
+    Version Again()
+    {
         Version version(File().c_str());
         m_found = version.Init();
         version.Release();
         return version;
     }
-    Version Of(const Node& root) { return Of(Bytes(root)); }
+    Version Of16(const Node& root)
+    {
+        test_support::WriteFile(File(), File16(NarrowBytes(root)));
+        return Again();
+    }
+
+    // That the numbers are right and the texts are these.
+    void ExpectTexts(const Node& root, const std::wstring& texts, const char* what)
+    {
+        const Version version = Of(root);
+        EXPECT_EQ(m_found, 1) << what;
+        EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4})) << what;
+        EXPECT_EQ(version.Product(), (Numbers{5, 6, 7, 8})) << what;
+        EXPECT_EQ(version.Texts(), texts) << what;
+    }
 
     // That nothing at all is read.
     void ExpectNothing(const Node& root, const char* what)
@@ -88,6 +111,18 @@ protected:
         EXPECT_EQ(version.File(), none) << what;
         EXPECT_EQ(version.Words(), none) << what;
         EXPECT_EQ(version.Texts(), L"||") << what;
+    }
+
+    // Reads the file with one bit of it turned; whether it has numbers.
+    bool ReadsWithBit(std::string bytes, std::size_t bit)
+    {
+        char& byte = bytes[bit / 8];
+        byte = static_cast<char>(byte ^ (1 << bit % 8));
+        test_support::WriteFile(File(), bytes);
+        const Version version = Again();
+        EXPECT_TRUE(m_found == 1 || version.File() == none) << "bit " << bit;
+        EXPECT_LT(version.Texts().size(), 3u * 520) << "bit " << bit;
+        return m_found == 1;
     }
 
     const test_support::TemporaryFolder m_folder;
@@ -267,33 +302,87 @@ TEST_F(MiniVersion, PathsEndAtTheirField)
     EXPECT_EQ(version.Texts(), L"||");
 }
 
-TEST_F(MiniVersion, LengthsBeyondTheResourceGiveNothing)
+TEST_F(MiniVersion, NumbersThatAreNotThereGiveNothing)
 {
     Node root = Complete();
-    root.length = 0xFFFF;
-    ExpectNothing(root, "the whole");
-
-    root = Complete();
-    root.children[0].length = 0xFFF0;
-    ExpectNothing(root, "the string tables");
-
-    root = Complete();
-    root.children[0].children[0].children[2].length = 0x4000;
-    ExpectNothing(root, "a text");
-
-    root = Complete();
     root.length = 6;
     root.value.clear();
     root.children.clear();
     root.valueLength = 52;
     ExpectNothing(root, "numbers that are not there");
+
+    root = Complete();
+    root.length = 80;
+    ExpectNothing(root, "numbers that are there in part");
 }
 
-TEST_F(MiniVersion, ANodeShorterThanItsHeadGivesNothing)
+// What the platform makes of such a resource, where it does not leave it.
+TEST_F(MiniVersion, LengthsBeyondTheParentEndThere)
 {
     Node root = Complete();
+    root.length = 0xFFFF;
+    ExpectTexts(root, L"Kestrow|What|Exam", "the whole");
+
+    root = Complete();
+    root.children[0].children[0].children[2].length = 0x4000;
+    ExpectTexts(root, L"Kestrow|What|Exam", "the last text");
+
+    root = Complete();
+    root.children[0].children[0].children[0].length = 0x4000;
+    ExpectTexts(root, L"Kestrow||", "a text that hides the others");
+
+    root = Complete();
+    root.children[0].length = 0xFFF0;
+    ExpectTexts(root, L"||", "string tables that hide the translation");
+}
+
+TEST_F(MiniVersion, ADamagedTextIsEmptyAndTheOthersAreRight)
+{
+    for (std::size_t damaged = 0; damaged < 3; ++damaged) {
+        std::wstring texts[3] = {L"Kestrow", L"What", L"Exam"};
+        const std::string whole = Bytes(Complete());
+        std::string resource = whole;
+        const std::wstring keys[3] = {L"CompanyName", L"FileDescription", L"ProductName"};
+        const std::string key(reinterpret_cast<const char*>(keys[damaged].c_str()),
+                              keys[damaged].size() * sizeof(wchar_t));
+        const std::size_t at = resource.find(key);
+        ASSERT_NE(at, std::string::npos);
+        const std::size_t end = at - 6 + static_cast<unsigned char>(resource[at - 6]);
+        for (std::size_t i = at; i < end; ++i) // a key that does not end, and no value
+            resource[i] = 'x';
+        texts[damaged].clear();
+        EXPECT_EQ(Of(resource).Texts(), texts[0] + L"|" + texts[1] + L"|" + texts[2]);
+        EXPECT_EQ(m_found, 1);
+    }
+}
+
+TEST_F(MiniVersion, ANodeShorterThanItsHeadEndsItsList)
+{
+    Node root = Complete();
+    root.children[0].children[0].children[1].length = 3;
+    ExpectTexts(root, L"Kestrow||", "the second text");
     root.children[0].children[0].length = 3;
-    ExpectNothing(root, "no walk could go on from it");
+    ExpectTexts(root, L"||", "the table of the language");
+    root.children[0].length = 3;
+    ExpectTexts(root, L"||", "the string tables");
+}
+
+TEST_F(MiniVersion, TextsEndAtTheirNullWhateverLengthTheyName)
+{
+    for (const unsigned length : {0u, 1u, 3u, 8u, 9u, 0x7000u, 0xFFFFu}) {
+        Node root = Complete();
+        for (Node& text : root.children[0].children[0].children)
+            text.valueLength = static_cast<std::uint16_t>(length);
+        ExpectTexts(root, L"Kestrow|What|Exam", std::to_string(length).c_str());
+    }
+}
+
+TEST_F(MiniVersion, ATextThatSaysItIsBinaryIsRead)
+{
+    Node root = Complete();
+    for (Node& text : root.children[0].children[0].children)
+        text.type = 0;
+    ExpectTexts(root, L"Kestrow|What|Exam", "as some compilers write it");
 }
 
 TEST_F(MiniVersion, TooShortNumbersGiveNothing)
@@ -310,14 +399,6 @@ TEST_F(MiniVersion, AnUnknownTypeGivesNothing)
     Node root = Complete();
     root.type = 0x4141; // what makes the platform read the layout of 16-bit files
     ExpectNothing(root, "not of this layout");
-}
-
-TEST_F(MiniVersion, ATextThatNamesTooGreatALengthEndsAtItsNull)
-{
-    Node root = Complete();
-    root.children[0].children[0].children[0].valueLength = 0x7000;
-    EXPECT_EQ(Of(root).Company(), L"Kestrow");
-    EXPECT_EQ(m_found, 1);
 }
 
 TEST_F(MiniVersion, ALastTextWithoutItsNullStaysInTheResource)
@@ -340,6 +421,37 @@ TEST_F(MiniVersion, ResourcesThatBreakOffDoNoHarm)
     }
 }
 
+// No more than a glance at each node, though thousands of keys do not end, and megabytes follow.
+TEST_F(MiniVersion, NodesWithoutAnEndAreReadAtOnce)
+{
+    std::string resource = Bytes(Root({}, {}));
+    while (resource.size() < 0xFFF8)
+        resource += std::string("\x08\0\0\0\1\0x\1", 8);
+    resource.replace(0, 2, "\xF8\xFF");
+    resource += std::string(4'000'000, 'x');
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(Of(resource).File(), (Numbers{1, 2, 3, 4}));
+    EXPECT_LT(GetTickCount64() - begin, 3000u);
+}
+
+// Nodes that each reach to the end of the resource.
+TEST_F(MiniVersion, NodesInsideOfEachOtherAreReadAtOnce)
+{
+    std::string resource = Bytes(Root({}, {}));
+    for (std::uint16_t rest = 0xFFF8 - 92; rest > 100;
+         rest = static_cast<std::uint16_t>(rest - 8)) {
+        const char node[] = {
+            static_cast<char>(rest & 0xFF), static_cast<char>(rest >> 8), 0, 0, 1, 0, 0, 0};
+        resource.append(node, sizeof node);
+    }
+    resource.replace(0, 2, "\xF8\xFF");
+    resource.resize(0xFFF8);
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(Of(resource).Texts(), L"||");
+    EXPECT_EQ(m_found, 1);
+    EXPECT_LT(GetTickCount64() - begin, 3000u);
+}
+
 TEST_F(MiniVersion, DamagedResourcesDoNoHarm)
 {
     const std::string whole = Bytes(Complete());
@@ -351,6 +463,119 @@ TEST_F(MiniVersion, DamagedResourcesDoNoHarm)
         const Version version = Of(damaged);
         EXPECT_TRUE(m_found == 0 || m_found == 1);
         EXPECT_LT(version.Texts().size(), 3u * 520);
+    }
+}
+
+TEST_F(MiniVersion, FilesWithOneWrongBitDoNoHarm)
+{
+    WriteFile(File(), Bytes(Complete()));
+    const std::string whole = test_support::ReadFile(File());
+    std::minstd_rand random(23);
+    int read = 0;
+    for (int round = 0; round < 2000; ++round) {
+        // Every other one in what the platform has to go through.
+        const std::size_t size =
+            round % 2 ? whole.size() : std::min<std::size_t>(whole.size(), 1024);
+        read += ReadsWithBit(whole, random() % (size * 8));
+    }
+    EXPECT_GT(read, 1000) << "most bits are no matter";
+}
+
+// All bits of the resource directory and its data, and of the section's header.
+TEST_F(MiniVersion, AResourceDirectoryWithOneWrongBitDoesNoHarm)
+{
+    WriteFile(File(), Bytes(Complete()));
+    const std::string whole = test_support::ReadFile(File());
+    const std::size_t header = whole.find(".rsrc");
+    ASSERT_NE(header, std::string::npos);
+    std::uint32_t directory = 0;
+    std::memcpy(&directory, whole.data() + header + 20, sizeof directory);
+    for (std::size_t bit = header * 8; bit < (header + 40) * 8; ++bit)
+        ReadsWithBit(whole, bit);
+    for (std::size_t bit = 0; bit < 100 * 8; ++bit)
+        ReadsWithBit(whole, directory * 8 + bit);
+}
+
+TEST_F(MiniVersion, DataBeyondTheFileGivesNothing)
+{
+    WriteFile(File(), Bytes(Complete()));
+    const std::string whole = test_support::ReadFile(File());
+    const std::size_t header = whole.find(".rsrc");
+    ASSERT_NE(header, std::string::npos);
+    std::uint32_t directory = 0;
+    std::memcpy(&directory, whole.data() + header + 20, sizeof directory);
+    constexpr std::size_t dataEntry = 3 * (16 + 8); // behind three tables of one entry each
+    for (const std::size_t field : {dataEntry, dataEntry + 4}) {
+        std::string damaged = whole;
+        damaged[directory + field + 2] = '\x40'; // 4 MiB too far, or too much
+        test_support::WriteFile(File(), damaged);
+        EXPECT_EQ(Again().Texts(), L"||");
+        EXPECT_EQ(m_found, 0);
+    }
+}
+
+TEST_F(MiniVersion, AFileThatBreaksOffDoesNoHarm)
+{
+    WriteFile(File(), Bytes(Complete()));
+    const std::string whole = test_support::ReadFile(File());
+    for (std::size_t size = 0; size < whole.size(); size += 1 + size / 50) {
+        test_support::WriteFile(File(), whole.substr(0, size));
+        EXPECT_TRUE(Again().File() == none || m_found == 1) << size;
+    }
+}
+
+TEST_F(MiniVersion, IsSearchedForAsLibrariesAre)
+{
+    Version version(L"kernel32.dll");
+    EXPECT_EQ(version.Init(), 1);
+    EXPECT_NE(version.File(), none);
+    version.Release();
+}
+
+Node Narrow()
+{
+    return Root({}, {StringFileInfo({Table(L"040904e4", L"Kestrow, a company of old files")}),
+                     Translations({0x04E40409})});
+}
+
+TEST_F(MiniVersion, FilesOf16BitsAreRead)
+{
+    const Version version = Of16(Narrow());
+    EXPECT_EQ(m_found, 1);
+    EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4}));
+    EXPECT_EQ(version.Product(), (Numbers{5, 6, 7, 8}));
+    EXPECT_EQ(version.Words(), (Numbers{0x142, 0x40004, 3, 7}));
+    EXPECT_EQ(version.Texts(), L"Kestrow, a company of old files|What|Exam");
+}
+
+TEST_F(MiniVersion, LengthsBeyondTheParentEndThereIn16BitsToo)
+{
+    Node root = Narrow();
+    root.length = 0xFFFF;
+    EXPECT_EQ(Of16(root).Texts(), L"Kestrow, a company of old files|What|Exam");
+    root = Narrow();
+    root.children[0].children[0].children[0].length = 0x4000;
+    EXPECT_EQ(Of16(root).Texts(), L"Kestrow, a company of old files||");
+    EXPECT_EQ(m_found, 1);
+}
+
+TEST_F(MiniVersion, FilesOf16BitsWithOneWrongBitDoNoHarm)
+{
+    const std::string whole = File16(NarrowBytes(Narrow()));
+    for (std::size_t bit = 0; bit < whole.size() * 8; bit += 1 + bit % 3)
+        ReadsWithBit(whole, bit);
+}
+
+TEST_F(MiniVersion, DataBeyondAFileOf16BitsGivesNothing)
+{
+    const std::string whole = File16(NarrowBytes(Narrow()));
+    for (const std::size_t field : {0x80u + 11, 0x80u + 13, 0x80u + 5}) { // offset, size, count
+        std::string damaged = whole;
+        damaged[field] = '\x7F';
+        if (field == 0x80u + 5) damaged[0x80 + 16] = 2; // and no resource of that name
+        test_support::WriteFile(File(), damaged);
+        EXPECT_EQ(Again().File(), none) << field;
+        EXPECT_EQ(m_found, 0) << field;
     }
 }
 
