@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
 namespace exam {
@@ -85,24 +86,68 @@ ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
     return result;
 }
 
+// Where the library extracts an entry to, from the current folder.
+std::wstring PathOf(std::wstring name)
+{
+    if (name.size() > 1 && name[1] == L':') name.erase(0, 2);
+    return name.erase(0, name.find_first_not_of(L"/\\"));
+}
+
+// Whether there is a file that must not be written.
+bool IsHeld(const std::wstring& path)
+{
+    constexpr auto withoutChange = std::ios::in | std::ios::out;
+    std::error_code error;
+    return fs::exists(path, error) && !std::fstream(fs::path(path), withoutChange);
+}
+
+enum class Extracted
+{
+    written,
+    skipped,
+    failed
+};
+
+// Extracts the current entry. `problem` is the reason of a failure, where there is one.
+Extracted ExtractEntry(ZipExtract& zip, const std::wstring& name, const char* password, bool isLast,
+                       std::wstring& problem)
+{
+    const ArchiveErrors errors;
+    const std::wstring path = PathOf(name);
+    const bool wasHeld = IsHeld(path);
+    const bool wentOn = zip.ExtractNext(password);
+    if (errors.First().starts_with(L"error ")) {
+        problem = name + L": " + errors.First();
+        return Extracted::failed;
+    }
+    if (IsFolderName(name)) {
+        problem = L"extraction stays at the folder entry " + name;
+        return Extracted::failed;
+    }
+    std::error_code error;
+    if (!errors.First().empty() || wasHeld || !fs::exists(path, error)) return Extracted::skipped;
+    if (wentOn || isLast) return Extracted::written;
+    problem = name + L" cannot be unpacked";
+    return Extracted::failed;
+}
+
 ArchiveResult ExtractEntries(ZipExtract& zip, const std::vector<std::wstring>& names,
                              const char* password, const ArchiveProgress& progress)
 {
-    const ArchiveErrors errors;
     ArchiveResult result;
-    for (const std::wstring& name : names) {
-        progress(result.files, names.size(), name);
-        const bool wentOn = zip.ExtractNext(password);
-        const bool isLast = result.files + 1 == names.size();
-        if (!errors.First().empty())
-            result.problem = name + L": " + errors.First();
-        else if (IsFolderName(name))
-            result.problem = L"extraction stays at the folder entry " + name;
-        else if (!wentOn && !isLast)
-            result.problem = name + L" cannot be unpacked";
-        if (!result.problem.empty()) return result;
-        ++result.files;
+    std::wstring skipped;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        progress(i, names.size(), names[i]);
+        const Extracted extracted =
+            ExtractEntry(zip, names[i], password, i + 1 == names.size(), result.problem);
+        if (extracted == Extracted::failed) return result;
+        if (extracted == Extracted::written)
+            ++result.files;
+        else
+            skipped += (skipped.empty() ? L"" : L", ") + names[i];
     }
+    if (!skipped.empty())
+        result.problem = L"skipped, because no such file can be written: " + skipped;
     return result;
 }
 

@@ -24,8 +24,9 @@ ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder
 
 /// Unpacks a zip archive into a folder, which is made if it is missing, over files that are there.
 /// `password` is for encrypted entries. Extraction stays at an entry that is a folder, so that an
-/// archive with one is unpacked up to it, and that is told as a problem. UI thread: the process's
-/// current folder is another one meanwhile.
+/// archive with one is unpacked up to it, and that is told as a problem. So is what was skipped,
+/// because its name would lead out of the folder or no file of that name could be written; the rest
+/// is unpacked. UI thread: the process's current folder is another one meanwhile.
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
                             const std::string& password, const ArchiveProgress& progress);
 

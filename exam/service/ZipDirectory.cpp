@@ -101,10 +101,11 @@ std::optional<Place> FindDirectory(ArchiveFile& file)
     if (end == std::string::npos || bytes.Size() - end < endSize) return std::nullopt;
     const Place place{bytes.At<std::uint32_t>(end + 16), bytes.At<std::uint32_t>(end + 12),
                       bytes.At<std::uint16_t>(end + 10)};
-    if (place.count != 0xFFFF && place.offset != 0xFFFFFFFF) return place;
-    if (end < wideLocatorSize) return std::nullopt;
+    const bool isWide = place.count == 0xFFFF || place.offset == 0xFFFFFFFF;
+    if (!isWide || end < wideLocatorSize) return place;
     const std::uint64_t locator = file.Size() - tail + end - wideLocatorSize;
-    return FindWidePlace(file, file.Read(locator, wideLocatorSize));
+    // 65535 can be the number of entries itself, in an archive without wide fields.
+    return FindWidePlace(file, file.Read(locator, wideLocatorSize)).value_or(place);
 }
 
 std::wstring NameText(std::string_view bytes, bool isUtf8)

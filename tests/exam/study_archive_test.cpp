@@ -2,6 +2,7 @@
 #include "service/StudyArchive.h"
 #include "service/ZipDirectory.h"
 
+#include <base/Handles.h>
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
 
@@ -101,6 +102,60 @@ TEST_F(StudyArchive, ThatIsDamagedIsAProblemAlsoInItsLastEntry)
     const ArchiveResult result = UnpackArchive(Archive(), Out(), "", Ignore);
     EXPECT_NE(result.problem, L"");
     EXPECT_EQ(result.files, 1u);
+}
+
+TEST_F(StudyArchive, NamesWhatWasSkipped)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    std::string bytes = ReadFile(Archive());
+    for (std::size_t at = bytes.find("deep\\image.raw"); at != std::string::npos;
+         at = bytes.find("deep\\image.raw", at))
+        bytes.replace(at, 14, "..\\..\\mage.raw");
+    WriteFile(Archive(), bytes);
+    ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    EXPECT_EQ(unpacked.problem, L"skipped, because no such file can be written: ..\\..\\mage.raw");
+    EXPECT_EQ(unpacked.files, 1u);
+    EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>") << "the rest is there";
+
+    const base::File held(CreateFileW((Out() + L"\\study.xml").c_str(), GENERIC_READ, 0, nullptr,
+                                      OPEN_EXISTING, 0, nullptr));
+    unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    EXPECT_NE(unpacked.problem.find(L"mage.raw, study.xml"), std::wstring::npos);
+    EXPECT_EQ(unpacked.files, 0u);
+}
+
+TEST_F(StudyArchive, KeepsNamesThatEndInADot)
+{
+    CreateDirectoryW((Study() + L"\\Smith Jr").c_str(), nullptr);
+    WriteFile(Study() + L"\\Smith Jr\\name", "Smith");
+    PackFolder(Archive(), Study(), Ignore);
+    std::string bytes = ReadFile(Archive());
+    for (std::size_t at = bytes.find("Jr\\name"); at != std::string::npos;
+         at = bytes.find("Jr\\name", at))
+        bytes.replace(at, 7, "J.\\name");
+    WriteFile(Archive(), bytes);
+    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    EXPECT_EQ(unpacked.problem, L"");
+    EXPECT_EQ(ReadFile(Out() + L"\\Smith J\\name"), "Smith");
+}
+
+TEST_F(StudyArchive, CanHave65535Entries)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    std::string bytes = ReadFile(Archive());
+    const std::size_t directory = bytes.find("PK\1\2");
+    const std::size_t end = bytes.find("PK\5\6");
+    const std::size_t second = bytes.find("PK\1\2", directory + 4);
+    const std::string entry = bytes.substr(second, end - second);
+    std::string entries = bytes.substr(directory, second - directory);
+    for (int i = 1; i < 65535; ++i)
+        entries += entry;
+    const auto size = static_cast<std::uint32_t>(entries.size());
+    std::string closing = bytes.substr(end);
+    closing.replace(8, 4, 4, '\xFF');
+    closing.replace(12, 4, reinterpret_cast<const char*>(&size), 4);
+    WriteFile(Archive(), bytes.substr(0, directory) + entries + closing);
+    EXPECT_EQ(ReadEntryNames(Archive()).value_or(Names()).size(), 65535u);
 }
 
 TEST_F(StudyArchive, IsNeededToUnpack)
