@@ -4,10 +4,10 @@
 #include "diagnostics/CrashReporter.h"
 #include "diagnostics/CrashSettings.h"
 #include "diagnostics/FaultGuard.h"
-#include "diagnostics/ReadyThread.h"
 #include "diagnostics/ReportSections.h"
 #include "diagnostics/ThreadBlock.h"
 
+#include <base/SpareStack.h>
 #include <qor_utils/MemoryDumper.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelLogger.h>
@@ -20,10 +20,10 @@ namespace utils_statics {
 
 namespace {
 
-constexpr DWORD lookupTimeout = 2'000;   // milliseconds; of what another thread may hold up
-constexpr DWORD reportTimeout = 300'000; // a dump of all memory on a slow disk included
-// What a report may need of the crashed thread's stack, with a good margin for the platform.
-constexpr std::uintptr_t neededStack = 128 * 1024;
+constexpr DWORD longestWait = 10'000; // milliseconds; of a second thread that crashes
+constexpr SIZE_T stackSize = 256 * 1024;
+// What the platform may need of the crashed thread's stack to end the process.
+constexpr std::uintptr_t stackBehindFilter = 16 * 1024;
 // Addresses that are given back when the process crashes, because it may have none left.
 constexpr SIZE_T addressReserve = 16 * 1024 * 1024;
 
@@ -34,46 +34,62 @@ constinit volatile LONG s_isArmed = 1; // until the process's first report
 constinit EXCEPTION_POINTERS* s_exception = nullptr;
 constinit std::uintptr_t s_stackBase = 0; // of the crashed thread
 constinit DWORD s_crashedThread = 0;
+constinit bool s_canReturn = false;
 constinit HANDLE s_finished = nullptr; // an event
+constinit FixedText<MAX_PATH> s_logFolder;
 constinit CrashFiles s_files = {};
 constinit int s_dumpType = 0;
 constinit bool s_hasReport = false;
 constinit bool s_isReporterStarted = false;
-
-// The log folder as it was last known, and what the thread that looks it up has found.
-constinit FixedText<MAX_PATH> s_logFolder;
-constinit FixedText<MAX_PATH> s_foundFolder;
-
-constinit ReadyThread s_lookupThread;
-constinit ReadyThread s_reportThread;
 constinit void* s_addressReserve = nullptr;
 
-// First used when the handler is made ready.
+// Both are first used when the handler is made ready.
 ReportText& Report() noexcept
 {
     static ReportText report;
     return report;
 }
-
-// Takes locks of the logger, and memory.
-void LookUpLogFolder() noexcept
+base::SpareStack& Stack() noexcept
 {
-    try {
-        std::wstring folder = zelLogger::getCurrentDirectory();
-        if (folder.empty() || folder.size() > FixedText<MAX_PATH>::capacity)
-            folder = zelPath::getPath(qor_utils::logStore, L"");
-        s_foundFolder = folder;
-    } catch (...) { // out of memory: what was known last has to do
-        s_foundFolder = s_logFolder.View();
-    }
+    static base::SpareStack stack(stackSize);
+    return stack;
 }
 
-// The code that the filter and the waiting threads run must not go away.
+// The code that the filter runs must not go away.
 void KeepLibraryLoaded() noexcept
 {
     HMODULE library = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                        reinterpret_cast<LPCWSTR>(&WriteCrashReport), &library);
+}
+
+// Runs a part of the report on the stack that was made ready. All of them run there, so that it does
+// not matter how the thread's own has ended.
+template <void (*part)()>
+void RunPart() noexcept
+{
+    Stack().Run([] { FaultGuard::Run(part); });
+}
+
+// Sets the log folder to what `look` finds; to nothing where that does not fit, or memory is short.
+template <class Look>
+void SetLogFolder(Look look) noexcept
+{
+    FaultGuard::Run([&] {
+        try {
+            s_logFolder = look();
+        } catch (...) {
+            s_logFolder = L"";
+        }
+    });
+    if (s_logFolder.IsCut()) s_logFolder = L"";
+}
+
+void FindLogFolder() noexcept
+{
+    SetLogFolder([] { return zelLogger::getCurrentDirectory(); });
+    if (s_logFolder.View().empty())
+        SetLogFolder([] { return zelPath::getPath(qor_utils::logStore, L""); });
 }
 
 void WriteText(ReportText& report) noexcept
@@ -92,8 +108,9 @@ void WriteText(ReportText& report) noexcept
     report.Write(L"\r\n===== [end of %s.log] =====\r\n", s_files.baseName.Text());
 }
 
-void WriteReportFile() noexcept
+void WriteReport() noexcept
 {
+    FindLogFolder();
     FindCrashFiles(s_files, s_logFolder.View());
     s_dumpType = CrashSettingNumber(L"System\\HW Options", L"DumpType", 0);
     ReportText& report = Report();
@@ -106,10 +123,26 @@ void WriteReportFile() noexcept
     report.Close();
 }
 
+// On the crashed thread's own stack, which the dump is to show; the dumper needs hardly any of it.
+void WriteDump() noexcept
+{
+    FaultGuard::Run(
+        [] { MemoryDumper::GenerateMiniDump(s_files.dump.Text(), s_exception, s_dumpType); });
+}
+
 void HandOverToReporter() noexcept
 {
     FaultGuard::Run([] { WriteReporterSettings(s_files); });
     s_isReporterStarted = StartReporter(s_files);
+}
+
+// An exhausted stack is no place to go back to: what the platform does behind the filter may exhaust
+// it again, under whatever lock. The process then ends here, with the code that the platform gives.
+void EndReport() noexcept
+{
+    if (s_finished) SetEvent(s_finished);
+    if (!s_canReturn)
+        TerminateProcess(GetCurrentProcess(), s_exception->ExceptionRecord->ExceptionCode);
 }
 
 // The crashed thread may let floating-point exceptions through, and the next instruction would
@@ -120,55 +153,31 @@ void MaskFloatingPoint() noexcept
     _mm_setcsr(_MM_MASK_MASK);
 }
 
-std::uintptr_t AllocationOf(std::uintptr_t address) noexcept
-{
-    MEMORY_BASIC_INFORMATION region = {};
-    VirtualQuery(reinterpret_cast<void*>(address), &region, sizeof region);
-    return reinterpret_cast<std::uintptr_t>(region.AllocationBase);
-}
-
-// Whether the current thread is on its own stack and has enough of it for anything.
-bool HasStack() noexcept
+// Whether enough of the stack is left to return from the filter.
+bool CanReturn() noexcept
 {
     const char here = 0;
-    const auto address = reinterpret_cast<std::uintptr_t>(&here);
-    const std::uintptr_t stack = AllocationOf(address);
-    return stack == AllocationOf(s_stackBase - 1) && address - stack > neededStack;
-}
-
-// On the crashed thread, which may hold locks that it can take again, but no other; only where it
-// has no stack left, on the thread that was made ready.
-void RunWhereThereIsStack(void (*work)()) noexcept
-{
-    if (HasStack())
-        FaultGuard::Run(work);
-    else
-        s_reportThread.Run(work, reportTimeout);
-}
-
-// The dump records the thread that asks for it, so it is asked for by the crashed one. That needs
-// little stack; the dumper has a thread of its own.
-void WriteDump() noexcept
-{
-    FaultGuard::Run(
-        [] { MemoryDumper::GenerateMiniDump(s_files.dump.Text(), s_exception, s_dumpType); });
+    MEMORY_BASIC_INFORMATION stack = {};
+    VirtualQuery(&here, &stack, sizeof stack);
+    return &here - static_cast<char*>(stack.AllocationBase) >
+           static_cast<std::ptrdiff_t>(stackBehindFilter);
 }
 
 void WriteEverything() noexcept
 {
     if (s_addressReserve) VirtualFree(s_addressReserve, 0, MEM_RELEASE);
-    if (s_lookupThread.Run(LookUpLogFolder, lookupTimeout)) s_logFolder = s_foundFolder.View();
-    RunWhereThereIsStack(WriteReportFile);
+    RunPart<WriteReport>();
     if (!s_hasReport) return;
     WriteDump();
-    if (!IsDebuggerPresent()) RunWhereThereIsStack(HandOverToReporter);
+    if (!IsDebuggerPresent()) RunPart<HandOverToReporter>();
 }
 
-// The process ends as soon as the filter returns for any of its threads.
+// The process ends as soon as the filter returns for any of its threads, so the first report gets
+// some time. Not for ever: it may need a lock that this thread holds.
 LONG WaitForReport() noexcept
 {
     if (s_finished && GetCurrentThreadId() != s_crashedThread)
-        WaitForSingleObject(s_finished, reportTimeout);
+        WaitForSingleObject(s_finished, longestWait);
     return 0;
 }
 
@@ -180,13 +189,9 @@ void PrepareCrashReport() noexcept
     KeepLibraryLoaded();
     FaultGuard::Install();
     PrepareSystemDetails();
-    MemoryDumper::GenerateMiniDump(L"", nullptr, 0); // makes ready what a dump needs
     Report();
-    LookUpLogFolder();
-    s_logFolder = s_foundFolder.View();
+    Stack();
     s_finished = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    s_lookupThread.Start();
-    s_reportThread.Start();
     s_addressReserve = VirtualAlloc(nullptr, addressReserve, MEM_RESERVE, PAGE_NOACCESS);
 }
 
@@ -198,9 +203,10 @@ LONG WriteCrashReport(EXCEPTION_POINTERS* exception) noexcept
     s_crashedThread = GetCurrentThreadId();
     s_stackBase = reinterpret_cast<std::uintptr_t>(ThreadBlock().StackBase);
     s_exception = exception;
+    s_canReturn = CanReturn();
     PrepareCrashReport(); // for whoever calls the filter without having made a MiniDumper
     FaultGuard::Run(WriteEverything);
-    if (s_finished) SetEvent(s_finished);
+    RunPart<EndReport>();
     return s_isReporterStarted ? 1 : 0;
 }
 

@@ -18,15 +18,23 @@ bool FitsCodePage(std::wstring_view text) noexcept
     return !isReplaced;
 }
 
-// The platform writes a new settings file in the code page, which may not have the characters of a
-// user's folder. In a file that begins with the byte-order mark it writes UTF-16.
-void BeginInUtf16(const wchar_t* path) noexcept
+// The platform writes a settings file in the code page, which may not have the characters of a name.
+// Where the file begins with the byte-order mark it writes UTF-16. A file that is there keeps what
+// it has; a larger one than can be kept stays as it is.
+void TurnToUtf16(const wchar_t* path) noexcept
 {
-    const base::File file(
-        CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-    constexpr unsigned char byteOrderMark[] = {0xFF, 0xFE};
-    DWORD written = 0;
-    if (file) WriteFile(file.get(), byteOrderMark, sizeof byteOrderMark, &written, nullptr);
+    static constinit char bytes[0x8000] = {};
+    static constinit wchar_t text[1 + sizeof bytes] = {0xFEFF};
+    const base::File file(CreateFileW(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD size = 0;
+    if (!file || !ReadFile(file.get(), bytes, sizeof bytes, &size, nullptr)) return;
+    const bool isUtf16 = size >= 2 && bytes[0] == '\xFF' && bytes[1] == '\xFE';
+    if (isUtf16 || size == sizeof bytes) return;
+    const int length =
+        MultiByteToWideChar(CP_ACP, 0, bytes, static_cast<int>(size), text + 1, sizeof bytes);
+    SetFilePointer(file.get(), 0, nullptr, FILE_BEGIN);
+    WriteFile(file.get(), text, static_cast<DWORD>((1 + length) * 2), &size, nullptr);
 }
 
 // One a process: it is too large for the stack of a crashed thread.
@@ -37,7 +45,9 @@ public:
     {
         m_path = files.ProgramFolder();
         m_path += L"crashreport.ini";
-        if (!FitsCodePage(files.folder.View())) BeginInUtf16(m_path.Text());
+        const bool isPlain = FitsCodePage(files.dump.View()) &&
+                             (!files.hasActionLog || FitsCodePage(files.actionLog.View()));
+        if (!isPlain) TurnToUtf16(m_path.Text());
     }
 
     // A null value removes what an earlier crash has left.

@@ -14,37 +14,14 @@ struct Recovery
     Recovery* outer;
 };
 
-// The threads that run guarded parts: the crashed one and the two that were made ready. A thread's
-// storage of its own would have to be allocated.
-struct GuardedThread
-{
-    volatile LONG id; // 0: free
-    Recovery* innermost;
-};
-constinit GuardedThread s_threads[3] = {};
+// Of the one thread that runs guarded parts. A thread's storage of its own would have to be
+// allocated.
+constinit volatile DWORD s_thread = 0;
+constinit Recovery* volatile s_innermost = nullptr;
 
-GuardedThread* ThisThread() noexcept
+bool IsGuarded() noexcept
 {
-    const LONG id = static_cast<LONG>(GetCurrentThreadId());
-    for (GuardedThread& thread : s_threads)
-        if (thread.id == id) return &thread;
-    return nullptr;
-}
-
-// Null when there is no room for another thread.
-GuardedThread* EnterThread() noexcept
-{
-    if (GuardedThread* const known = ThisThread()) return known;
-    const LONG id = static_cast<LONG>(GetCurrentThreadId());
-    for (GuardedThread& thread : s_threads)
-        if (InterlockedCompareExchange(&thread.id, id, 0) == 0) return &thread;
-    return nullptr;
-}
-
-void LeavePart(GuardedThread& thread) noexcept
-{
-    thread.innermost = thread.innermost->outer;
-    if (!thread.innermost) InterlockedExchange(&thread.id, 0);
+    return s_innermost && s_thread == GetCurrentThreadId();
 }
 
 // Errors of the processor and of the platform. Other exceptions are somebody's way to call a
@@ -59,7 +36,7 @@ bool IsFault(DWORD code) noexcept
 // handlers that are in force (x86 only) goes back to what it was before the part.
 [[noreturn]] void Recover() noexcept
 {
-    Recovery* const recovery = ThisThread()->innermost;
+    Recovery* const recovery = s_innermost;
     ThreadBlock().ExceptionList =
         static_cast<EXCEPTION_REGISTRATION_RECORD*>(recovery->exceptionList);
     __builtin_longjmp(recovery->place, 1);
@@ -89,7 +66,7 @@ void FaultGuard::Install() noexcept
 LONG WINAPI FaultGuard::OnException(EXCEPTION_POINTERS* exception) noexcept
 {
     const DWORD code = exception->ExceptionRecord->ExceptionCode;
-    if (!IsFault(code) || !ThisThread()) return EXCEPTION_CONTINUE_SEARCH;
+    if (!IsFault(code) || !IsGuarded()) return EXCEPTION_CONTINUE_SEARCH;
     GoOnAtRecovery(*exception->ContextRecord);
     return EXCEPTION_CONTINUE_EXECUTION;
 }
@@ -97,20 +74,16 @@ LONG WINAPI FaultGuard::OnException(EXCEPTION_POINTERS* exception) noexcept
 // Not inlined: the compiler's setjmp needs a frame that stays.
 [[gnu::noinline]] bool FaultGuard::RunPart(void (*part)(void*), void* context) noexcept
 {
-    GuardedThread* const thread = EnterThread();
-    if (!thread) {
-        part(context);
-        return true;
-    }
     Recovery recovery = {};
     recovery.exceptionList = ThreadBlock().ExceptionList;
-    recovery.outer = thread->innermost;
+    recovery.outer = s_innermost;
     const bool isDone = __builtin_setjmp(recovery.place) == 0;
     if (isDone) {
-        thread->innermost = &recovery;
+        s_thread = GetCurrentThreadId();
+        s_innermost = &recovery;
         part(context);
     }
-    LeavePart(*ThisThread());
+    s_innermost = s_innermost->outer; // this one's, which the compiler need not have kept
     return isDone;
 }
 

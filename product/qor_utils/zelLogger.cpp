@@ -11,23 +11,28 @@
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cwchar>
 #include <mutex>
-#include <shared_mutex>
+#include <set>
 
 namespace {
 
 constexpr std::size_t longestText = 65536;
 
-constinit base::SlimLock s_directoryLock;
+// Null until the host sets one. A crash report asks for it whatever another thread or its own was
+// doing, so it is read without a lock.
+constinit std::atomic<const std::wstring*> s_directoryOfHost = nullptr;
 
-// Empty until the host sets one.
-std::wstring& DirectoryOfHost()
+// A folder that was set is kept to the end, because somebody may still be reading it.
+const std::wstring* Keep(std::wstring&& directory)
 {
-    static std::wstring directory;
-    return directory;
+    static base::SlimLock lock;
+    static std::set<std::wstring> kept;
+    const std::scoped_lock guard(lock);
+    return &*kept.insert(std::move(directory)).first;
 }
 
 // Makes each missing folder on the way; what cannot be made shows when a file is opened in it.
@@ -41,11 +46,8 @@ void MakeFolders(const std::wstring& folder)
 
 std::wstring LogDirectory()
 {
-    {
-        const std::shared_lock guard(s_directoryLock);
-        if (!DirectoryOfHost().empty()) return DirectoryOfHost();
-    }
-    return zelPath::getPath(qor_utils::logStore, L"");
+    const std::wstring* const directory = s_directoryOfHost;
+    return directory ? *directory : zelPath::getPath(qor_utils::logStore, L"");
 }
 
 // Formats into text, which holds longestText characters at the most.
@@ -76,10 +78,7 @@ void qor_utils::SetLogDirectory(const std::wstring& directory)
 {
     std::wstring text = base::FullPath(directory.c_str());
     if (!text.empty() && text.back() != L'\\') text += L'\\';
-    {
-        const std::scoped_lock guard(s_directoryLock);
-        DirectoryOfHost() = std::move(text);
-    }
+    s_directoryOfHost = text.empty() ? nullptr : Keep(std::move(text));
     CloseLogFile();
 }
 

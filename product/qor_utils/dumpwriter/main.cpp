@@ -1,6 +1,6 @@
-// Writes a memory dump of the process that started it; MemoryDumper starts it where the crashed
-// process cannot do so itself. A whole dump or none: the status is 0 or 1.
-#include "../DumpLibrary.h"
+// Writes a memory dump of the process that started it, MemoryDumper's: a crashed process may lack
+// memory, and its threads may hold any lock. A whole dump or no file: the status is 0 or 1.
+#include "DumpLibrary.h"
 
 #include <base/Handles.h>
 
@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr int argumentCount = 7;
+constexpr int argumentCount = 6;
+constexpr int knownTypes = MiniDumpValidTypeFlags; // a value beyond the enumeration is undefined
+constexpr DWORD neededRights = PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | PROCESS_DUP_HANDLE;
 
 ULONG_PTR Number(const wchar_t* text)
 {
@@ -18,7 +20,6 @@ ULONG_PTR Number(const wchar_t* text)
 // The process to dump and what is recorded with it, from the command line.
 struct Request
 {
-    HANDLE process;
     DWORD processId;
     MINIDUMP_EXCEPTION_INFORMATION exception; // with addresses of the other process
     MINIDUMP_TYPE type;
@@ -28,30 +29,35 @@ struct Request
 Request Read(wchar_t** arguments)
 {
     Request request{};
-    request.process = reinterpret_cast<HANDLE>(Number(arguments[1])); // inherited
-    request.processId = static_cast<DWORD>(Number(arguments[2]));
-    request.exception.ThreadId = static_cast<DWORD>(Number(arguments[3]));
+    request.processId = static_cast<DWORD>(Number(arguments[1]));
+    request.exception.ThreadId = static_cast<DWORD>(Number(arguments[2]));
     request.exception.ExceptionPointers =
-        reinterpret_cast<EXCEPTION_POINTERS*>(Number(arguments[4]));
+        reinterpret_cast<EXCEPTION_POINTERS*>(Number(arguments[3]));
     request.exception.ClientPointers = TRUE;
-    request.type = static_cast<MINIDUMP_TYPE>(Number(arguments[5]));
-    request.path = arguments[6];
+    request.type = static_cast<MINIDUMP_TYPE>(Number(arguments[4]) & knownTypes);
+    request.path = arguments[5];
     return request;
 }
 
-bool WriteFile(const Request& request)
+bool Write(const Request& request)
 {
     const qor_utils::DumpLibrary library;
-    const base::File file(CreateFileW(request.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    return library && file &&
-           library.Write(file.get(), request.process, request.processId, request.exception,
-                         request.type);
+    const base::Process process(OpenProcess(neededRights, FALSE, request.processId));
+    if (!library || !process) return false;
+    base::File file(CreateFileW(request.path, GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return false;
+    if (library.Write(file.get(), process.get(), request.processId, request.exception,
+                      request.type))
+        return true;
+    file.reset(); // an open file cannot be deleted
+    DeleteFileW(request.path);
+    return false;
 }
 
 } // namespace
 
 int wmain(int count, wchar_t** arguments)
 {
-    return count == argumentCount && WriteFile(Read(arguments)) ? 0 : 1;
+    return count == argumentCount && Write(Read(arguments)) ? 0 : 1;
 }

@@ -1,11 +1,12 @@
 // A program that crashes, for the tests of the crash report.
 //   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
-//     [--late-log FOLDER] [--bare yes]
-//   crash_child stack-left               ends with 0 when the platform leaves a filter enough of a
-//                                        full stack to hand the report over to another thread
+//     [--late-log FOLDER] [--bare yes] [--inheritable NAME]
+//   crash_child is-filtered KIND         ends with 0 when the platform calls a filter for a crash of
+//                                        that kind, with enough stack to go on on another one
 // KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
 // bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
-// handler was made; --bare makes none. FILE gets what the process knows of itself: its crash in
+// handler was made; --bare makes none; --inheritable opens the event of that name for every program
+// that inherits handles, which CRASH_HANDLE then tells. FILE gets what the process knows of itself: its crash in
 // FILE, the rest in FILE.txt.
 #include "CrashFacts.h"
 #include "crash_kinds.h"
@@ -134,19 +135,28 @@ LONG WINAPI MeasureStack(EXCEPTION_POINTERS*)
     return 0;
 }
 
-// Not every platform keeps the reserve that SetThreadStackGuarantee asks for.
-int CheckStackLeft()
+// Not every platform keeps the reserve that SetThreadStackGuarantee asks for, or calls the filter at
+// all.
+int CheckFilter(const wchar_t* kind)
 {
-    constexpr std::uintptr_t needed = 5 * 1024;
+    constexpr std::uintptr_t needed = 4 * 1024;
     s_isMeasured = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     SetUnhandledExceptionFilter(MeasureStack);
-    s_kind = "stack-overflow";
+    s_kind = base::Utf8FromWide(kind);
     const base::Thread thread(CreateThread(nullptr, 1048576, CrashOnThread, nullptr,
                                            STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
     WaitForSingleObject(s_isMeasured, 10'000);
     std::printf("%llu bytes\n", static_cast<unsigned long long>(s_stackLeft));
     std::fflush(stdout);
     ExitProcess(s_stackLeft >= needed ? 0 : 1);
+}
+
+void OpenInheritable(const std::wstring& name)
+{
+    const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, TRUE, name.c_str()); // to the end
+    wchar_t number[32];
+    wsprintfW(number, L"%u", static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(event)));
+    SetEnvironmentVariableW(L"CRASH_HANDLE", number);
 }
 
 std::wstring Option(std::map<std::wstring, std::wstring>& options, const wchar_t* name)
@@ -163,7 +173,7 @@ int wmain(int count, wchar_t** arguments)
     for (int i = 2; i + 1 < count; i += 2)
         options[arguments[i]] = arguments[i + 1];
     s_kind = base::Utf8FromWide(arguments[1]);
-    if (s_kind == "stack-left") return CheckStackLeft();
+    if (s_kind == "is-filtered" && count == 3) return CheckFilter(arguments[2]);
 
     if (const std::wstring log = Option(options, L"--log"); !log.empty())
         qor_utils::SetLogDirectory(log);
@@ -172,6 +182,8 @@ int wmain(int count, wchar_t** arguments)
         qor_utils::SetLogDirectory(log);
     if (const std::wstring folder = Option(options, L"--modules"); !folder.empty())
         LoadModules(folder);
+    if (const std::wstring name = Option(options, L"--inheritable"); !name.empty())
+        OpenInheritable(name);
     if (const std::wstring facts = Option(options, L"--facts"); !facts.empty()) {
         s_facts = MapFacts(facts);
         std::FILE* const file = _wfopen((facts + L".txt").c_str(), L"wb");

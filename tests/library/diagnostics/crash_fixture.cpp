@@ -85,18 +85,23 @@ CrashTest::~CrashTest()
         RegDeleteKeyValueW(HKEY_CURRENT_USER, (settingsKey + section).c_str(), name.c_str());
 }
 
-bool CrashTest::Run(const std::wstring& arguments, const std::wstring& program)
+base::Process CrashTest::Start(const std::wstring& arguments, const std::wstring& program,
+                               DWORD flags)
 {
     const std::wstring file = program.empty() ? Program() : program;
     std::wstring command = L"\"" + file + L"\" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+    if (!CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, FALSE, flags, nullptr,
                         m_folder.Path().c_str(), &startup, &info))
         throw std::runtime_error("cannot start the child");
     const base::Thread thread(info.hThread);
-    const base::Process process(info.hProcess);
+    return base::Process(info.hProcess);
+}
+
+bool CrashTest::WaitFor(const base::Process& process)
+{
     if (WaitForSingleObject(process.get(), longestRun) != WAIT_OBJECT_0) {
         TerminateProcess(process.get(), 99);
         return false;
@@ -105,10 +110,39 @@ bool CrashTest::Run(const std::wstring& arguments, const std::wstring& program)
     return true;
 }
 
+bool CrashTest::Run(const std::wstring& arguments, const std::wstring& program)
+{
+    return WaitFor(Start(arguments, program, 0));
+}
+
+std::wstring CrashTest::UsualArguments(const std::wstring& kind) const
+{
+    return kind + L" --log \"" + (m_folder / L"log") + L"\" --facts \"" + (m_folder / L"facts") +
+           L"\" ";
+}
+
 bool CrashTest::Crash(const std::wstring& kind, const std::wstring& more)
 {
-    return Run(kind + L" --log \"" + (m_folder / L"log") + L"\" --facts \"" +
-               (m_folder / L"facts") + L"\" " + more);
+    return Run(UsualArguments(kind) + more);
+}
+
+bool CrashTest::CrashDebugged(const std::wstring& kind)
+{
+    const base::Process process = Start(UsualArguments(kind), {}, DEBUG_ONLY_THIS_PROCESS);
+    DEBUG_EVENT event = {};
+    while (event.dwDebugEventCode != EXIT_PROCESS_DEBUG_EVENT) {
+        if (!WaitForDebugEvent(&event, longestRun)) return false;
+        const bool isBreakpoint = event.dwDebugEventCode == EXCEPTION_DEBUG_EVENT &&
+                                  event.u.Exception.ExceptionRecord.ExceptionCode ==
+                                      static_cast<DWORD>(EXCEPTION_BREAKPOINT); // the loader's
+        if (event.dwDebugEventCode == CREATE_PROCESS_DEBUG_EVENT)
+            base::File(event.u.CreateProcessInfo.hFile).reset();
+        if (event.dwDebugEventCode == LOAD_DLL_DEBUG_EVENT)
+            base::File(event.u.LoadDll.hFile).reset();
+        ContinueDebugEvent(event.dwProcessId, event.dwThreadId,
+                           isBreakpoint ? DBG_CONTINUE : DBG_EXCEPTION_NOT_HANDLED);
+    }
+    return WaitFor(process);
 }
 
 bool CrashTest::IsReporterStarted(DWORD milliseconds) const

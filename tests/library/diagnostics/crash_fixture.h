@@ -38,9 +38,14 @@ protected:
     bool Run(const std::wstring& arguments, const std::wstring& program = {});
     // The same, with the usual log folder and facts.
     bool Crash(const std::wstring& kind, const std::wstring& more = {});
+    // The same, with this program as the child's debugger, which handles nothing.
+    bool CrashDebugged(const std::wstring& kind);
 
-    // Whether the platform leaves a filter enough of a full stack to do anything.
-    bool HasFilterOfAFullStack() { return Run(L"stack-left") && m_exitCode == 0; }
+    // Whether the platform calls a filter for such a crash, with enough stack to do anything.
+    bool IsFiltered(const std::wstring& kind)
+    {
+        return Run(L"is-filtered " + kind) && m_exitCode == 0;
+    }
 
     // Whether the reporter is started within its time. Asked only when it should be, or to see a
     // moment that it is not.
@@ -70,6 +75,10 @@ protected:
     DWORD m_exitCode = 0;
 
 private:
+    std::wstring UsualArguments(const std::wstring& kind) const;
+    base::Process Start(const std::wstring& arguments, const std::wstring& program, DWORD flags);
+    bool WaitFor(const base::Process& process);
+
     void ExpectException(const Report& report, const ExceptionFacts& facts) const;
     void ExpectMachine(const Report& report) const;
     void ExpectRegisters(const Report& report, const CONTEXT& context) const;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -60,6 +61,25 @@ void ExecuteGuardPage()
     volatile char frame[512];
     frame[0] = static_cast<char>(depth);
     return Recurse(depth + 1) + frame[0];
+}
+
+// Without bound, and nearly all of the time in the heap, under its lock.
+[[gnu::noinline]] int RecurseInHeap(int depth)
+{
+    volatile char frame[24];
+    frame[0] = static_cast<char>(depth);
+    HeapFree(GetProcessHeap(), 0, HeapAlloc(GetProcessHeap(), 0, 40));
+    return RecurseInHeap(depth + 1) + frame[0];
+}
+
+// The same in the loader.
+[[gnu::noinline]] int RecurseInLoader(int depth)
+{
+    volatile char frame[24];
+    frame[0] = static_cast<char>(depth);
+    const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
+    frame[1] = GetProcAddress(kernel, "HeapAlloc") != nullptr;
+    return RecurseInLoader(depth + 1) + frame[0];
 }
 
 // The x87 unit with one of its exceptions let through; what it does not like is raised by the next
@@ -165,13 +185,26 @@ void ArrayBounds()
 #endif
 }
 
-// Takes all of the heap, in pieces down to the smallest, and then every page of addresses.
-void ExhaustHeap()
+// All of it, in pieces down to the smallest.
+void TakeHeap()
 {
     for (std::size_t size = 64 * 1024 * 1024; size >= 16; size /= 2)
         while (std::malloc(size)) {
         }
+}
+
+void ExhaustHeap()
+{
+    TakeHeap();
     Read();
+}
+
+// Nobody catches it.
+void WantMemory()
+{
+    TakeHeap();
+    char* volatile const wanted = new char[1024 * 1024];
+    s_sink = wanted[0];
 }
 
 LONG WINAPI ReadInHandler(EXCEPTION_POINTERS* exception)
@@ -211,19 +244,57 @@ void TwoThreads()
     second.join();
 }
 
-void UnderHeapLock()
+void LockHeap()
 {
     HeapLock(GetProcessHeap());
-    Read();
 }
 
-void UnderLoaderLock()
+void LockLoader()
 {
     using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
     const auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(
         GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrLockLoaderLock")));
     ULONG_PTR cookie = 0;
     if (lock) lock(0, nullptr, &cookie);
+}
+
+void UnderHeapLock()
+{
+    LockHeap();
+    Read();
+}
+
+void UnderLoaderLock()
+{
+    LockLoader();
+    Read();
+}
+
+// The first thread's filter begins with setting the process's error mode.
+DWORD WINAPI CrashAsSecond(void* hasLock)
+{
+    SetEvent(hasLock);
+    while (GetErrorMode() != SEM_NOGPFAULTERRORBOX)
+        Sleep(1);
+    Sleep(50); // for the flag that is cleared right after it
+    Write();
+    return 0;
+}
+
+template <void (*lock)()>
+DWORD WINAPI LockAndCrashAsSecond(void* hasLock)
+{
+    lock();
+    return CrashAsSecond(hasLock);
+}
+
+// While a second thread crashes too.
+void WithASecondThread(LPTHREAD_START_ROUTINE second)
+{
+    SetErrorMode(0);
+    const HANDLE hasLock = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(CreateThread(nullptr, 0, second, hasLock, 0, nullptr));
+    WaitForSingleObject(hasLock, INFINITE);
     Read();
 }
 
@@ -275,18 +346,153 @@ void UnderLoggersFileLock()
     UnderLoggersLock("LeaveCriticalSection", WriteToLog);
 }
 
+// An exception as the platform hands it to the filter.
+struct Exception
+{
+    Exception()
+    {
+        RtlCaptureContext(&context);
+        record.ExceptionCode = STATUS_ILLEGAL_INSTRUCTION;
+    }
+    LONG Filter() { return MiniDumper::TopLevelFilter(&pointers); }
+
+    CONTEXT context = {};
+    EXCEPTION_RECORD record = {};
+    EXCEPTION_POINTERS pointers = {&record, &context};
+};
+
 // Calls the filter as the platform would, twice, and ends with both results: the first one's tens,
 // the second one's ones.
 void CallFilter()
 {
-    CONTEXT context = {};
-    RtlCaptureContext(&context);
-    EXCEPTION_RECORD record = {};
-    record.ExceptionCode = 0xC000001D;
-    EXCEPTION_POINTERS exception = {&record, &context};
-    const LONG first = MiniDumper::TopLevelFilter(&exception);
-    const LONG second = MiniDumper::TopLevelFilter(&exception);
+    Exception exception;
+    const LONG first = exception.Filter();
+    const LONG second = exception.Filter();
     ExitProcess(static_cast<UINT>(first * 10 + second));
+}
+
+// Ends with the error modes after the first and after the second call, in 4 bits each.
+void CallFilterForErrorModes()
+{
+    Exception exception;
+    SetErrorMode(SEM_FAILCRITICALERRORS);
+    exception.Filter();
+    const UINT first = GetErrorMode();
+    SetErrorMode(SEM_FAILCRITICALERRORS);
+    exception.Filter();
+    ExitProcess(first << 4 | GetErrorMode());
+}
+
+// The first page below this thread's stack that has one behind it, of which the first can be read
+// and the second cannot.
+char* HalfReadable()
+{
+    constexpr SIZE_T page = 0x1000;
+    const char here = 0;
+    for (auto at = reinterpret_cast<char*>(0x20000); at < &here; at += 0x10000) {
+        auto* const found = static_cast<char*>(
+            VirtualAlloc(at, 2 * page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        DWORD before = 0;
+        if (found && VirtualProtect(found + page, page, PAGE_NOACCESS, &before)) return found;
+    }
+    return nullptr;
+}
+
+// With a stack pointer 64 bytes below what cannot be read.
+void CallFilterWithAnUnreadableStack()
+{
+    Exception exception;
+    const auto stack = reinterpret_cast<std::uintptr_t>(HalfReadable()) + 0x1000 - 64;
+#ifdef _WIN64
+    exception.context.Rsp = stack;
+#else
+    exception.context.Esp = stack;
+#endif
+    ExitProcess(static_cast<UINT>(exception.Filter()));
+}
+
+// What the report's file was created with.
+struct Creation
+{
+    DWORD access, share, disposition, flags;
+};
+Creation s_creation = {};
+
+HANDLE WINAPI SeeCreation(const wchar_t* path, DWORD access, DWORD share,
+                          SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                          HANDLE form)
+{
+    const std::wstring_view name = path;
+    if (name.ends_with(L".txt")) s_creation = {access, share, disposition, flags};
+    return CreateFileW(path, access, share, security, disposition, flags, form);
+}
+
+// Ends with 1 when the file was created as it has to be.
+void CallFilterForCreation()
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "CreateFileW",
+                                        reinterpret_cast<void*>(&SeeCreation));
+    Exception().Filter();
+    ExitProcess(s_creation.access == GENERIC_WRITE && s_creation.share == 0 &&
+                s_creation.disposition == CREATE_ALWAYS &&
+                s_creation.flags == (FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH));
+}
+
+// A process that began at one moment and crashes at another, in UTC.
+FILETIME s_begin = {};
+FILETIME s_now = {};
+
+BOOL WINAPI TellTimes(HANDLE, FILETIME* begin, FILETIME*, FILETIME*, FILETIME*)
+{
+    *begin = s_begin;
+    return TRUE;
+}
+
+void WINAPI TellNow(FILETIME* now)
+{
+    *now = s_now;
+}
+
+// With a run of so many units of 100 nanoseconds, up to the 30th of June 2024, 09:05:07.
+void CallFilterAfter(long long units)
+{
+    const SYSTEMTIME end = {2024, 6, 0, 30, 9, 5, 7, 0};
+    SystemTimeToFileTime(&end, &s_now);
+    const auto now = static_cast<long long>(s_now.dwHighDateTime) << 32 | s_now.dwLowDateTime;
+    s_begin.dwHighDateTime = static_cast<DWORD>((now - units) >> 32);
+    s_begin.dwLowDateTime = static_cast<DWORD>(now - units);
+    const test_support::ImportHook times(L"Utils_Statics.dll", "GetProcessTimes",
+                                         reinterpret_cast<void*>(&TellTimes));
+    const test_support::ImportHook clock(L"Utils_Statics.dll", "GetSystemTimeAsFileTime",
+                                         reinterpret_cast<void*>(&TellNow));
+    ExitProcess(static_cast<UINT>(Exception().Filter()));
+}
+
+constexpr long long millisecond = 10'000;
+constexpr long long minute = 60'000 * millisecond;
+constexpr long long longRun = (3 * 24 * 60 + 4 * 60 + 5) * minute + 6'789 * millisecond + 1'234;
+
+LONG WINAPI TellOldSystem(OSVERSIONINFOW* system)
+{
+    system->dwPlatformId = VER_PLATFORM_WIN32_NT;
+    system->dwMajorVersion = 5;
+    system->dwMinorVersion = 1;
+    system->dwBuildNumber = 2600;
+    return 0;
+}
+
+FARPROC WINAPI FindOldSystem(HMODULE library, const char* name)
+{
+    if (std::strcmp(name, "RtlGetVersion") != 0) return GetProcAddress(library, name);
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&TellOldSystem));
+}
+
+// Where no crash handler was made before, so that the system is asked for now.
+void CallFilterOnAnOldSystem()
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetProcAddress",
+                                        reinterpret_cast<void*>(&FindOldSystem));
+    ExitProcess(static_cast<UINT>(Exception().Filter()));
 }
 
 struct Kind
@@ -316,18 +522,32 @@ constexpr Kind kinds[] = {
     {"bounds", ArrayBounds},
 #endif
     {"stack-overflow", [] { s_sink = Recurse(0); }},
+    {"overflow-in-heap", [] { s_sink = RecurseInHeap(0); }},
+    {"overflow-in-loader", [] { s_sink = RecurseInLoader(0); }},
     {"destroyed-stack", DestroyStack},
     {"left-stack", LeaveStack},
     {"heap-exhausted", ExhaustHeap},
+    {"bad-alloc", WantMemory},
     {"vectored-handler", InVectoredHandler},
     {"catch-block", InCatchBlock},
     {"two-threads", TwoThreads},
+    {"second-thread", [] { WithASecondThread(CrashAsSecond); }},
+    {"second-heap-lock", [] { WithASecondThread(LockAndCrashAsSecond<LockHeap>); }},
+    {"second-loader-lock", [] { WithASecondThread(LockAndCrashAsSecond<LockLoader>); }},
     {"heap-lock", UnderHeapLock},
     {"loader-lock", UnderLoaderLock},
     {"log-hook", InLogHook},
     {"logger-folder-lock", UnderLoggersFolderLock},
     {"logger-file-lock", UnderLoggersFileLock},
     {"call-filter", CallFilter},
+    {"error-modes", CallFilterForErrorModes},
+    {"unreadable-stack", CallFilterWithAnUnreadableStack},
+    {"creation", CallFilterForCreation},
+    {"long-run", [] { CallFilterAfter(longRun); }},
+    {"millisecond-run", [] { CallFilterAfter(millisecond); }},
+    {"short-run", [] { CallFilterAfter(millisecond - 1); }},
+    {"clock-set-back", [] { CallFilterAfter(-minute); }},
+    {"old-system", CallFilterOnAnOldSystem},
 };
 
 } // namespace

@@ -1,14 +1,33 @@
 // The crash report, the dump, the settings and the reporter, from children that really crash.
+#include "VersionResource.h"
 #include "crash_fixture.h"
 
 #include <Utils_Statics/CMiniVersion.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
 
+#include <cstddef>
+#include <cstring>
+#include <stdexcept>
+
 namespace crash_test {
 namespace {
 
 using CrashReport = CrashTest;
+
+// A moment of UTC as the report writes it.
+std::wstring Local(const SYSTEMTIME& utc)
+{
+    FILETIME moment = {}, local = {};
+    SYSTEMTIME time = {};
+    SystemTimeToFileTime(&utc, &moment);
+    FileTimeToLocalFileTime(&moment, &local);
+    FileTimeToSystemTime(&local, &time);
+    wchar_t text[64];
+    wsprintfW(text, L"%d/%d/%d %02d:%02d:%02d", time.wMonth, time.wDay, time.wYear, time.wHour,
+              time.wMinute, time.wSecond);
+    return text;
+}
 
 TEST_F(CrashReport, NamesTheFaultingModule)
 {
@@ -72,6 +91,114 @@ TEST_F(CrashReport, ListsModulesWithTheirFilesAndVersions)
         }
     }
     EXPECT_GT(named, 3);
+}
+
+// A library of which everything is known, with numbers in its headers that no linker writes.
+class KnownLibrary
+{
+public:
+    explicit KnownLibrary(const std::wstring& path) : m_path(path)
+    {
+        using namespace version_resource;
+        WriteFile(path, Bytes(Root({}, {StringFileInfo({StringTable(
+                                            L"040904B0", {Text(L"CompanyName", L"A company"),
+                                                          Text(L"ProductName", L"A product"),
+                                                          Text(L"FileDescription", L"A text")})}),
+                                        Translations({0x04B00409})})));
+        std::string bytes = test_support::ReadFile(path);
+        std::uint32_t headers = 0;
+        std::memcpy(&headers, bytes.data() + offsetof(IMAGE_DOS_HEADER, e_lfanew), 4);
+        Put(bytes, headers + offsetof(IMAGE_NT_HEADERS, FileHeader.TimeDateStamp), 0x1234ABCD);
+        Put(bytes, headers + offsetof(IMAGE_NT_HEADERS, OptionalHeader.CheckSum), 0x5678CDEF);
+        test_support::WriteFile(path, bytes);
+        SetWritten({2021, 3, 0, 4, 5, 6, 7, 0});
+    }
+
+    static Module Find(const Report& report, const std::wstring& name)
+    {
+        for (const Module& module : report.modules)
+            if (module.path.ends_with(name)) return module;
+        throw std::runtime_error("the module is not listed");
+    }
+
+private:
+    static void Put(std::string& bytes, std::size_t offset, std::uint32_t number)
+    {
+        std::memcpy(bytes.data() + offset, &number, sizeof number);
+    }
+
+    // In local time.
+    void SetWritten(const SYSTEMTIME& time)
+    {
+        FILETIME local = {}, utc = {};
+        SystemTimeToFileTime(&time, &local);
+        LocalFileTimeToFileTime(&local, &utc);
+        const base::File file(CreateFileW(m_path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &utc));
+    }
+
+    std::wstring m_path;
+};
+
+TEST_F(CrashReport, ListsAModuleWithAllThatIsKnownOfIt)
+{
+    CreateDirectoryW(App(L"modules").c_str(), nullptr);
+    const KnownLibrary library(App(L"modules\\known.dll"));
+    ASSERT_TRUE(Crash(L"read", L"--modules \"" + App(L"modules") + L"\""));
+    const Module module = KnownLibrary::Find(TheReport(), L"\\known.dll");
+    EXPECT_EQ(module.timeStamp, 0x1234ABCDu);
+    EXPECT_EQ(module.checksum, 0x5678CDEFu);
+    EXPECT_EQ(module.fileTime, L"3/4/2021 05:06:07");
+    EXPECT_EQ(module.company, L"A company");
+    EXPECT_EQ(module.product, L"A product");
+    EXPECT_EQ(module.description, L"A text");
+    EXPECT_EQ(module.fileVersion, L"1.2.3.4");
+    EXPECT_EQ(module.productVersion, L"5.6.7.8");
+}
+
+TEST_F(CrashReport, TellsHowLongTheProcessRan)
+{
+    ASSERT_TRUE(Crash(L"long-run"));
+    const Report report = TheReport();
+    EXPECT_EQ(report.runTime, L"3 days, 4 hours, 5 minutes, 6 seconds, 789 milliseconds");
+    EXPECT_EQ(report.startTime, Local({2024, 6, 0, 27, 5, 0, 0, 0}));
+    EXPECT_EQ(report.endTime, Local({2024, 6, 0, 30, 9, 5, 7, 0}));
+    EXPECT_EQ(report.errorTime, report.endTime);
+}
+
+TEST_F(CrashReport, TellsAMillisecondInParts)
+{
+    ASSERT_TRUE(Crash(L"millisecond-run"));
+    EXPECT_EQ(TheReport().runTime, L"0 days, 0 hours, 0 minutes, 0 seconds, 1 milliseconds");
+}
+
+TEST_F(CrashReport, TellsLessThanAMillisecondInThePlatformsUnits)
+{
+    ASSERT_TRUE(Crash(L"short-run"));
+    EXPECT_EQ(TheReport().runTime, L"9999 10ths of a \u00B5s");
+}
+
+TEST_F(CrashReport, TellsNoRunTimeWhenTheClockWasSetBack)
+{
+    ASSERT_TRUE(Crash(L"clock-set-back"));
+    EXPECT_EQ(TheReport().runTime, L"0 10ths of a \u00B5s");
+}
+
+TEST_F(CrashReport, TellsTheSystem)
+{
+    ASSERT_TRUE(Crash(L"old-system", L"--bare yes"));
+    EXPECT_EQ(TheReport().system, L"Windows XP");
+    EXPECT_EQ(TheReport().systemVersion, L"5.1.2600");
+}
+
+TEST_F(CrashReport, EndsTheStackWhereItCannotBeRead)
+{
+    ASSERT_TRUE(Crash(L"unreadable-stack"));
+    const Report report = TheReport();
+    EXPECT_EQ(report.stack.size(), 4u) << "64 bytes can be read";
+    EXPECT_TRUE(report.isStackCut);
+    EXPECT_FALSE(report.modules.empty()) << "the rest follows";
 }
 
 TEST_F(CrashReport, IsWrittenForACrashOfAnotherThread)

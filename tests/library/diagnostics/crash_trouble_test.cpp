@@ -1,6 +1,7 @@
 // Crashes that leave little to work with, and reports that meet obstacles.
 #include "crash_fixture.h"
 
+#include <base/Encoding.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 
@@ -25,6 +26,11 @@ protected:
         EXPECT_TRUE(FileExists(App(L"crashreport.ini")));
     }
 
+    static std::wstring Name(const std::wstring& path)
+    {
+        return path.substr(path.rfind(L'\\') + 1);
+    }
+
     std::wstring Setting(const wchar_t* section, const wchar_t* name) const
     {
         wchar_t text[1024] = {};
@@ -34,12 +40,46 @@ protected:
     }
 };
 
-TEST_F(CrashTrouble, AnExhaustedStackOfAnotherThread)
+// Of exhausted stacks: in plain code, and in calls that hold the platform's locks.
+class ExhaustedStack : public CrashTrouble, public testing::WithParamInterface<const wchar_t*>
 {
-    if (!HasFilterOfAFullStack())
-        GTEST_SKIP() << "the platform leaves the filter no stack, whatever was reserved";
-    ExpectReported(L"stack-overflow", L"--thread 1048576");
+protected:
+    void SetUp() override
+    {
+        if (!IsFiltered(GetParam()))
+            GTEST_SKIP() << "the platform calls no filter for it, or leaves it no stack";
+    }
+};
+
+TEST_P(ExhaustedStack, OfTheFirstThread)
+{
+    ExpectReported(GetParam());
+    EXPECT_EQ(m_exitCode, STATUS_STACK_OVERFLOW);
 }
+
+TEST_P(ExhaustedStack, OfAnotherThread)
+{
+    ExpectReported(GetParam(), L"--thread 1048576");
+    EXPECT_EQ(m_exitCode, STATUS_STACK_OVERFLOW);
+}
+
+// The process ends also when the platform would have something else in mind.
+TEST_P(ExhaustedStack, WithoutAReporter)
+{
+    DeleteFileW(App(L"XCrashReport.exe").c_str());
+    ASSERT_TRUE(Crash(GetParam()));
+    EXPECT_EQ(m_exitCode, STATUS_STACK_OVERFLOW);
+    ExpectTrue(TheReport(), TheFacts().exceptions[0]);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExhaustedStack,
+                         testing::Values(L"stack-overflow", L"overflow-in-heap",
+                                         L"overflow-in-loader"),
+                         [](const testing::TestParamInfo<const wchar_t*>& info) {
+                             std::string name = base::Utf8FromWide(info.param);
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 TEST_F(CrashTrouble, AThreadWithASmallStack)
 {
@@ -62,6 +102,17 @@ TEST_F(CrashTrouble, AnExhaustedHeap)
 {
     if (sizeof(void*) > 4) GTEST_SKIP() << "no process fills so many addresses in a test's time";
     ExpectReported(L"heap-exhausted");
+}
+
+// What the platform makes of an exception that nobody can be told of for want of memory.
+TEST_F(CrashTrouble, AnUncaughtExceptionOfAnExhaustedHeap)
+{
+    if (sizeof(void*) > 4) GTEST_SKIP() << "no process fills so many addresses in a test's time";
+    if (!IsFiltered(L"bad-alloc")) GTEST_SKIP() << "the platform calls no filter for it";
+    ASSERT_TRUE(Crash(L"bad-alloc")) << "the process has to end";
+    EXPECT_TRUE(IsReporterStarted());
+    EXPECT_EQ(TheReport().process, L"crash_child");
+    EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
 }
 
 TEST_F(CrashTrouble, AHandlerThatCrashes)
@@ -89,6 +140,25 @@ TEST_F(CrashTrouble, TwoThreadsAtOnce)
     const bool isSecond = report.stack.at(0).address == StackPointer(facts.exceptions[1].context);
     ExpectTrue(report, facts.exceptions[isSecond]);
     EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
+}
+
+TEST_F(CrashTrouble, ASecondThreadWaitsForTheReport)
+{
+    ExpectReported(L"second-thread");
+    const Facts facts = TheFacts();
+    EXPECT_EQ(facts.count, 2);
+    EXPECT_NE(facts.exceptions[0].thread, facts.exceptions[1].thread);
+}
+
+// The report of the first may need the lock. Then the process ends without it, but soon.
+TEST_F(CrashTrouble, ASecondThreadWithALockWaitsNotForEver)
+{
+    for (const wchar_t* const kind : {L"second-heap-lock", L"second-loader-lock"}) {
+        const ULONGLONG begin = GetTickCount64();
+        ASSERT_TRUE(Crash(kind));
+        EXPECT_EQ(TheFacts().count, 2);
+        EXPECT_LT(GetTickCount64() - begin, 40'000u) << base::Utf8FromWide(kind);
+    }
 }
 
 TEST_F(CrashTrouble, UnderTheHeapsLock)
@@ -149,6 +219,35 @@ TEST_F(CrashTrouble, ALogFolderOfAnyCharacters)
     ASSERT_EQ(FilesOf(log, L".txt").size(), 1u);
     EXPECT_EQ(Setting(L"FilesToAdd", L"File002"),
               FilesOf(log, L".txt")[0] + L",Crash Log,Text Document");
+}
+
+// The settings hold them in whatever encoding it takes.
+TEST_F(CrashTrouble, AProgramOfAnyName)
+{
+    const std::wstring program = App(L"\u65E5\u8A8C.exe");
+    ASSERT_TRUE(CopyFileW(Program().c_str(), program.c_str(), TRUE));
+    ASSERT_TRUE(Run(L"read --log \"" + Log(L"") + L".\"", program));
+    const std::vector<std::wstring> dumps = FilesOf(Log(L""), L".dmp");
+    ASSERT_EQ(dumps.size(), 1u);
+    EXPECT_EQ(Name(Setting(L"FilesToAdd", L"File001")), Name(dumps[0]) + L",Crash Dump,DMP File");
+}
+
+TEST_F(CrashTrouble, AnActionLogOfAnyName)
+{
+    WriteFile(Log(L"\u65E5\u8A8C.xml"), "<log/>");
+    ASSERT_TRUE(Crash(L"read"));
+    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
+              Log(L"\\\u65E5\u8A8C.xml") + L",Action Log,Text Document");
+}
+
+TEST_F(CrashTrouble, SettingsThatAreThereAreKeptInAnyEncoding)
+{
+    WritePrivateProfileStringW(L"Mail", L"To", L"Ren\u00E9", App(L"crashreport.ini").c_str());
+    WriteFile(Log(L"\u65E5\u8A8C.xml"), "<log/>");
+    ASSERT_TRUE(Crash(L"read"));
+    EXPECT_EQ(Setting(L"Mail", L"To"), L"Ren\u00E9");
+    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
+              Log(L"\\\u65E5\u8A8C.xml") + L",Action Log,Text Document");
 }
 
 TEST_F(CrashTrouble, WithoutAReporterTheFilesAreWrittenAllTheSame)
@@ -286,6 +385,37 @@ TEST_F(CrashTrouble, WithoutAReporterTheFilterLetsThePlatformGoOn)
     DeleteFileW(App(L"XCrashReport.exe").c_str());
     ASSERT_TRUE(Crash(L"call-filter"));
     EXPECT_EQ(m_exitCode, 0u);
+}
+
+TEST_F(CrashTrouble, UnderADebuggerNoReporterIsStarted)
+{
+    ASSERT_TRUE(CrashDebugged(L"call-filter"));
+    EXPECT_EQ(m_exitCode, 0u);
+    EXPECT_EQ(TheReport().exception, L"an Illegal Instruction");
+    EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
+    EXPECT_FALSE(FileExists(App(L"crashreport.ini")));
+    EXPECT_FALSE(IsReporterStarted(500));
+}
+
+TEST_F(CrashTrouble, TheReporterInheritsNothing)
+{
+    const std::wstring name = L"inherited" + std::to_wstring(GetCurrentProcessId());
+    const base::Event event(CreateEventW(nullptr, TRUE, FALSE, name.c_str()));
+    ASSERT_TRUE(Crash(L"read", L"--inheritable " + name));
+    ASSERT_TRUE(IsReporterStarted());
+    EXPECT_EQ(WaitForSingleObject(event.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+}
+
+TEST_F(CrashTrouble, EachCallSuppressesThePlatformsDialog)
+{
+    ASSERT_TRUE(Crash(L"error-modes"));
+    EXPECT_EQ(m_exitCode, UINT{SEM_NOGPFAULTERRORBOX << 4 | SEM_NOGPFAULTERRORBOX});
+}
+
+TEST_F(CrashTrouble, TheReportIsSharedWithNobodyWhileItIsWritten)
+{
+    ASSERT_TRUE(Crash(L"creation"));
+    EXPECT_EQ(m_exitCode, 1u);
 }
 
 // Run by disk-full under a limit on the size of files.

@@ -1,4 +1,5 @@
-// Stands in for the crash reporter: writes how it was called beside itself and tells the test.
+// Stands in for the crash reporter: writes how it was called beside itself and tells the test. Sets
+// the event that it would have if it inherited handles.
 #include <windows.h>
 
 #include <cstdio>
@@ -22,6 +23,9 @@ int main()
     std::fwrite(shown, sizeof(wchar_t), 2, file);
     std::fwrite(command.data(), sizeof(wchar_t), command.size(), file);
     std::fclose(file);
+    wchar_t inherited[32] = {};
+    if (GetEnvironmentVariableW(L"CRASH_HANDLE", inherited, 32))
+        SetEvent(reinterpret_cast<HANDLE>(std::stoull(inherited)));
     const HANDLE told = OpenEventW(EVENT_MODIFY_STATE, FALSE, event);
     if (told) SetEvent(told);
     return 0;

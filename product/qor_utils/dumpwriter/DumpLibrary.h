@@ -6,8 +6,7 @@
 
 namespace qor_utils {
 
-// What the system's DbgHelp has for dumps. Loading it is what a crash must not have to do first; it
-// stays loaded.
+// What the system's DbgHelp has for dumps. It stays loaded.
 class DumpLibrary
 {
 public:
