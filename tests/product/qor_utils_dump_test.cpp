@@ -177,7 +177,7 @@ TEST(MiniDump, HasNoExceptionWithoutPointers)
     EXPECT_FALSE(Dump(folder / L"a.dmp").Stream(ExceptionStream));
 }
 
-// The reason for the thread of its own: the caller's stack is complete, down to its own frame.
+// It is complete, down to the caller's own frame.
 TEST(MiniDump, HoldsTheCallersStack)
 {
     const TemporaryFolder folder;
@@ -302,13 +302,12 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
         << "and the next as ever";
 }
 
-// A crash inside an allocation holds the heap's lock, which the thread that writes needs.
+// A crash inside an allocation holds the heap's lock.
 TEST(MiniDump, IsWrittenUnderTheHeapsLock)
 {
     const TemporaryFolder folder;
     const std::wstring path = folder / L"a.dmp";
     CapturedException exception;
-    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0)) << "it only makes ready";
     ASSERT_TRUE(HeapLock(GetProcessHeap()));
     const bool written = MemoryDumper::GenerateMiniDump(path.c_str(), &exception.pointers, 0);
     HeapUnlock(GetProcessHeap());
@@ -318,63 +317,37 @@ TEST(MiniDump, IsWrittenUnderTheHeapsLock)
         << "and the next as ever";
 }
 
-std::atomic<int> s_ownCrashes = 0;
-
-// Receives what the process crashes with; ends the thread, so that the test goes on.
-LONG WINAPI OwnFilter(EXCEPTION_POINTERS*)
-{
-    ++s_ownCrashes;
-    ExitThread(0);
-}
-
-DWORD WINAPI CrashMeanwhile(void*)
-{
-    RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
-    return 0;
-}
-
-BOOL WINAPI CrashInstead(HANDLE, DWORD, HANDLE, MINIDUMP_TYPE, MINIDUMP_EXCEPTION_INFORMATION*,
-                         MINIDUMP_USER_STREAM_INFORMATION*, MINIDUMP_CALLBACK_INFORMATION*)
-{
-    const base::Thread other(CreateThread(nullptr, 0, CrashMeanwhile, nullptr, 0, nullptr));
-    WaitForSingleObject(other.get(), INFINITE);
-    RaiseException(STATUS_ACCESS_VIOLATION, 0, 0, nullptr);
-    return TRUE;
-}
-
-FARPROC WINAPI FindCrashing(HMODULE library, const char* name)
-{
-    if (std::strcmp(name, "MiniDumpWriteDump") != 0) return GetProcAddress(library, name);
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CrashInstead));
-}
-
-// In a process of its own, whose thread that writes is lost.
-TEST(MiniDump, DISABLED_WithADbgHelpThatCrashes)
-{
-    const test_support::ImportHook hook(L"qor_utils.dll", "GetProcAddress",
-                                        reinterpret_cast<void*>(&FindCrashing));
-    const std::wstring folder = test_support::EnvironmentVariable(L"DUMP_TEST_FOLDER");
-    CapturedException exception;
-    SetUnhandledExceptionFilter(OwnFilter);
-    for (const wchar_t* const name : {L"\\a.dmp", L"\\b.dmp"})
-        EXPECT_TRUE(
-            MemoryDumper::GenerateMiniDump((folder + name).c_str(), &exception.pointers, 0));
-    EXPECT_EQ(s_ownCrashes, 1) << "of the other thread; the one that writes has gone after it";
-    EXPECT_EQ(SetUnhandledExceptionFilter(nullptr), &OwnFilter) << "it is in force again";
-}
-
-// DbgHelp crashes where the heap is exhausted, on some platforms.
-TEST(MiniDump, IsWrittenWhereDbgHelpCrashes)
+// The dumper goes to a stack of its own and back.
+TEST(MiniDump, LeavesTheThreadAsItWas)
 {
     const TemporaryFolder folder;
-    SetEnvironmentVariableW(L"DUMP_TEST_FOLDER", folder.Path().c_str());
-    test_support::ChildTest child("MiniDump.DISABLED_WithADbgHelpThatCrashes");
-    EXPECT_EQ(child.Wait(60'000), 0u);
-    for (const wchar_t* const name : {L"a.dmp", L"b.dmp"}) {
-        const Dump dump(folder / name);
-        EXPECT_TRUE(dump.Stream(ExceptionStream));
-        EXPECT_FALSE(dump.List<MINIDUMP_MODULE>(ModuleListStream).empty());
+    const std::wstring path = folder / L"a.dmp";
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    EXPECT_FALSE(IsThreadAFiber());
+    void* const fiber = ConvertThreadToFiber(nullptr);
+    ASSERT_TRUE(fiber);
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    EXPECT_EQ(GetCurrentFiber(), fiber);
+    ConvertFiberToThread();
+}
+
+// A writer that does not end is not waited for for ever.
+DWORD WINAPI TimeOut(HANDLE object, DWORD milliseconds)
+{
+    return milliseconds > 60'000 ? WAIT_TIMEOUT : WaitForSingleObject(object, milliseconds);
+}
+
+TEST(MiniDump, IsGivenUpWhereItTakesTooLong)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder / L"a.dmp";
+    {
+        const test_support::ImportHook hook(L"qor_utils.dll", "WaitForSingleObject",
+                                            reinterpret_cast<void*>(&TimeOut));
+        EXPECT_FALSE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
     }
+    EXPECT_FALSE(FileExists(path));
+    EXPECT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
 }
 
 } // namespace

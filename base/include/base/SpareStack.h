@@ -26,10 +26,11 @@ public:
     /// throws nothing.
     void Run(void (*work)()) noexcept
     {
+        if (!m_fiber) return work();
         const bool isFiber = IsThreadAFiber();
         m_caller =
             isFiber ? GetCurrentFiber() : ConvertThreadToFiberEx(nullptr, FIBER_FLAG_FLOAT_SWITCH);
-        if (!m_fiber || !m_caller) return work();
+        if (!m_caller) return work();
         m_work = work;
         SwitchToFiber(m_fiber);
         if (!isFiber) ConvertFiberToThread();

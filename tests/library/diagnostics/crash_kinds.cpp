@@ -270,31 +270,56 @@ void UnderLoaderLock()
     Read();
 }
 
-// The first thread's filter begins with setting the process's error mode.
-DWORD WINAPI CrashAsSecond(void* hasLock)
+// An exception as the platform hands it to the filter.
+struct Exception
 {
-    SetEvent(hasLock);
+    Exception()
+    {
+        RtlCaptureContext(&context);
+        record.ExceptionCode = STATUS_ILLEGAL_INSTRUCTION;
+    }
+    LONG Filter() { return MiniDumper::TopLevelFilter(&pointers); }
+
+    CONTEXT context = {};
+    EXCEPTION_RECORD record = {};
+    EXCEPTION_POINTERS pointers = {&record, &context};
+};
+
+// The first thread's filter begins with setting the process's error mode.
+void WaitForTheFirst()
+{
     while (GetErrorMode() != SEM_NOGPFAULTERRORBOX)
         Sleep(1);
     Sleep(50); // for the flag that is cleared right after it
+}
+
+DWORD WINAPI CrashAsSecond(void* isReady)
+{
+    SetEvent(isReady);
+    WaitForTheFirst();
     Write();
     return 0;
 }
 
+// Ends the process as the platform would when the filter returns, with 40 and what it returned.
 template <void (*lock)()>
-DWORD WINAPI LockAndCrashAsSecond(void* hasLock)
+DWORD WINAPI CallFilterAsSecond(void* isReady)
 {
     lock();
-    return CrashAsSecond(hasLock);
+    SetEvent(isReady);
+    WaitForTheFirst();
+    const LONG result = Exception().Filter();
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(40 + result));
+    return 0;
 }
 
 // While a second thread crashes too.
 void WithASecondThread(LPTHREAD_START_ROUTINE second)
 {
     SetErrorMode(0);
-    const HANDLE hasLock = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    CloseHandle(CreateThread(nullptr, 0, second, hasLock, 0, nullptr));
-    WaitForSingleObject(hasLock, INFINITE);
+    const HANDLE isReady = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(CreateThread(nullptr, 0, second, isReady, 0, nullptr));
+    WaitForSingleObject(isReady, INFINITE);
     Read();
 }
 
@@ -345,21 +370,6 @@ void UnderLoggersFileLock()
 {
     UnderLoggersLock("LeaveCriticalSection", WriteToLog);
 }
-
-// An exception as the platform hands it to the filter.
-struct Exception
-{
-    Exception()
-    {
-        RtlCaptureContext(&context);
-        record.ExceptionCode = STATUS_ILLEGAL_INSTRUCTION;
-    }
-    LONG Filter() { return MiniDumper::TopLevelFilter(&pointers); }
-
-    CONTEXT context = {};
-    EXCEPTION_RECORD record = {};
-    EXCEPTION_POINTERS pointers = {&record, &context};
-};
 
 // Calls the filter as the platform would, twice, and ends with both results: the first one's tens,
 // the second one's ones.
@@ -532,8 +542,8 @@ constexpr Kind kinds[] = {
     {"catch-block", InCatchBlock},
     {"two-threads", TwoThreads},
     {"second-thread", [] { WithASecondThread(CrashAsSecond); }},
-    {"second-heap-lock", [] { WithASecondThread(LockAndCrashAsSecond<LockHeap>); }},
-    {"second-loader-lock", [] { WithASecondThread(LockAndCrashAsSecond<LockLoader>); }},
+    {"second-heap-lock", [] { WithASecondThread(CallFilterAsSecond<LockHeap>); }},
+    {"second-loader-lock", [] { WithASecondThread(CallFilterAsSecond<LockLoader>); }},
     {"heap-lock", UnderHeapLock},
     {"loader-lock", UnderLoaderLock},
     {"log-hook", InLogHook},

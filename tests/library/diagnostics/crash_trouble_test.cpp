@@ -72,14 +72,16 @@ TEST_P(ExhaustedStack, WithoutAReporter)
     ExpectTrue(TheReport(), TheFacts().exceptions[0]);
 }
 
+std::string NameOfKind(const testing::TestParamInfo<const wchar_t*>& kind)
+{
+    std::string name = base::Utf8FromWide(kind.param);
+    std::erase(name, '-');
+    return name;
+}
 INSTANTIATE_TEST_SUITE_P(All, ExhaustedStack,
                          testing::Values(L"stack-overflow", L"overflow-in-heap",
                                          L"overflow-in-loader"),
-                         [](const testing::TestParamInfo<const wchar_t*>& info) {
-                             std::string name = base::Utf8FromWide(info.param);
-                             std::erase(name, '-');
-                             return name;
-                         });
+                         NameOfKind);
 
 TEST_F(CrashTrouble, AThreadWithASmallStack)
 {
@@ -155,9 +157,8 @@ TEST_F(CrashTrouble, ASecondThreadWithALockWaitsNotForEver)
 {
     for (const wchar_t* const kind : {L"second-heap-lock", L"second-loader-lock"}) {
         const ULONGLONG begin = GetTickCount64();
-        ASSERT_TRUE(Crash(kind));
-        EXPECT_EQ(TheFacts().count, 2);
-        EXPECT_LT(GetTickCount64() - begin, 40'000u) << base::Utf8FromWide(kind);
+        ASSERT_TRUE(Crash(kind)) << base::Utf8FromWide(kind);
+        EXPECT_LT(GetTickCount64() - begin, 30'000u) << base::Utf8FromWide(kind);
     }
 }
 
