@@ -50,7 +50,6 @@ public:
         if (!isPlain) TurnToUtf16(m_path.Text());
     }
 
-    // A null value removes what an earlier crash has left.
     void Set(const wchar_t* section, const wchar_t* name, const wchar_t* value) const noexcept
     {
         WritePrivateProfileStringW(section, name, value, m_path.Text());
@@ -84,8 +83,6 @@ void WriteReporterSettings(const CrashFiles& files) noexcept
     settings.SetFile(L"File002", files.report, L",Crash Log,Text Document");
     if (files.hasActionLog)
         settings.SetFile(L"File004", files.actionLog, L",Action Log,Text Document");
-    else
-        settings.Set(L"FilesToAdd", L"File004", nullptr);
     settings.Set(L"ZipFileName", L"Zip", files.archive.Text());
 }
 

