@@ -63,14 +63,6 @@ void KeepLibraryLoaded() noexcept
                        reinterpret_cast<LPCWSTR>(&WriteCrashReport), &library);
 }
 
-// Runs a part of the report on the stack that was made ready. All of them run there, so that it does
-// not matter how the thread's own has ended.
-template <void (*part)()>
-void RunPart() noexcept
-{
-    Stack().Run([] { FaultGuard::Run(part); });
-}
-
 // Sets the log folder to what `look` finds; to nothing where that does not fit, or memory is short.
 template <class Look>
 void SetLogFolder(Look look) noexcept
@@ -108,7 +100,7 @@ void WriteText(ReportText& report) noexcept
     report.Write(L"\r\n===== [end of %s.log] =====\r\n", s_files.baseName.Text());
 }
 
-void WriteReport() noexcept
+void WriteReportFile() noexcept
 {
     FindLogFolder();
     FindCrashFiles(s_files, s_logFolder.View());
@@ -123,15 +115,27 @@ void WriteReport() noexcept
     report.Close();
 }
 
-// On the crashed thread's own stack, which the dump is to show; the dumper needs hardly any of it.
+void WriteReport() noexcept
+{
+    FaultGuard::Run(WriteReportFile);
+}
+
+// On the crashed thread's own stack, which the dump is to show. The dumper needs hardly any of it; a
+// guard would take more than an exhausted one has.
 void WriteDump() noexcept
 {
-    FaultGuard::Run(
-        [] { MemoryDumper::GenerateMiniDump(s_files.dump.Text(), s_exception, s_dumpType); });
+    const auto write = [] {
+        MemoryDumper::GenerateMiniDump(s_files.dump.Text(), s_exception, s_dumpType);
+    };
+    if (s_canReturn)
+        FaultGuard::Run(write);
+    else
+        write();
 }
 
 void HandOverToReporter() noexcept
 {
+    if (!s_hasReport || IsDebuggerPresent()) return;
     FaultGuard::Run([] { WriteReporterSettings(s_files); });
     s_isReporterStarted = StartReporter(s_files);
 }
@@ -140,6 +144,7 @@ void HandOverToReporter() noexcept
 // it again, under whatever lock. The process then ends here, with the code that the platform gives.
 void EndReport() noexcept
 {
+    FaultGuard::Run(HandOverToReporter);
     if (s_finished) SetEvent(s_finished);
     if (!s_canReturn)
         TerminateProcess(GetCurrentProcess(), s_exception->ExceptionRecord->ExceptionCode);
@@ -161,15 +166,6 @@ bool CanReturn() noexcept
     VirtualQuery(&here, &stack, sizeof stack);
     return &here - static_cast<char*>(stack.AllocationBase) >
            static_cast<std::ptrdiff_t>(stackBehindFilter);
-}
-
-void WriteEverything() noexcept
-{
-    if (s_addressReserve) VirtualFree(s_addressReserve, 0, MEM_RELEASE);
-    RunPart<WriteReport>();
-    if (!s_hasReport) return;
-    WriteDump();
-    if (!IsDebuggerPresent()) RunPart<HandOverToReporter>();
 }
 
 // The process ends as soon as the filter returns for any of its threads, so the first report gets
@@ -205,8 +201,13 @@ LONG WriteCrashReport(EXCEPTION_POINTERS* exception) noexcept
     s_exception = exception;
     s_canReturn = CanReturn();
     PrepareCrashReport(); // for whoever calls the filter without having made a MiniDumper
-    FaultGuard::Run(WriteEverything);
-    RunPart<EndReport>();
+    if (s_addressReserve) VirtualFree(s_addressReserve, 0, MEM_RELEASE);
+    // All but the dump is done on the other stack. A platform was seen to leave a filter half a
+    // kilobyte of an exhausted one, so nothing lies between this frame and the switch.
+    const base::FiberScope fiber;
+    Stack().Run(WriteReport);
+    if (s_hasReport) WriteDump();
+    Stack().Run(EndReport);
     return s_isReporterStarted ? 1 : 0;
 }
 

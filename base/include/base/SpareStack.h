@@ -4,6 +4,26 @@
 
 namespace base {
 
+/// Makes the thread one that can change its stack, unless it is one already, to the end of its life.
+/// It takes some memory of the heap; without that the thread stays as it is.
+class FiberScope
+{
+public:
+    FiberScope() noexcept
+        : m_isOurs(!IsThreadAFiber() && ConvertThreadToFiberEx(nullptr, FIBER_FLAG_FLOAT_SWITCH))
+    {
+    }
+    ~FiberScope()
+    {
+        if (m_isOurs) ConvertFiberToThread();
+    }
+    FiberScope(const FiberScope&) = delete;
+    FiberScope& operator=(const FiberScope&) = delete;
+
+private:
+    bool m_isOurs;
+};
+
 /// A stack that is made ready beforehand, for a thread that may have none left: the thread itself
 /// goes on there, so it keeps the locks that it holds. One thread uses it at a time.
 class SpareStack
@@ -26,14 +46,11 @@ public:
     /// throws nothing.
     void Run(void (*work)()) noexcept
     {
-        if (!m_fiber) return work();
-        const bool isFiber = IsThreadAFiber();
-        m_caller =
-            isFiber ? GetCurrentFiber() : ConvertThreadToFiberEx(nullptr, FIBER_FLAG_FLOAT_SWITCH);
-        if (!m_caller) return work();
+        const FiberScope scope;
+        if (!m_fiber || !IsThreadAFiber()) return work();
+        m_caller = GetCurrentFiber();
         m_work = work;
         SwitchToFiber(m_fiber);
-        if (!isFiber) ConvertFiberToThread();
     }
 
 private:
