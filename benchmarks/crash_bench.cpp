@@ -1,7 +1,7 @@
 // The crash report with 100 modules, from the call of the filter, which is the first that happens
-// behind a fault, to its return, right after the reporter was started: the time that passes, and the
-// processor time of the process, without that of the program that writes its dump. Each is measured
-// in a process of its own, because a process has one report.
+// behind a fault, to its return, right after the reporter was started: the time that passes, and
+// the processor time of the process, without that of the program that writes its dump. Each is
+// measured in a process of its own, because a process has one report.
 #include <Utils_Statics/MiniDumper.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
@@ -161,10 +161,11 @@ int wmain(int count, wchar_t** arguments)
         std::printf("a report was not written\n");
         return 1;
     }
-    std::printf("crash report with %d modules, milliseconds, median of %d:\n"
-                "  all until the reporter is started  %d of processor time (at most %d: %s), %d pass\n"
-                "  a memory dump alone                %d of processor time, %d pass\n",
-                modules, rounds, processor.all, goal, processor.all <= goal ? "met" : "missed",
-                passed.all, processor.dump, passed.dump);
+    std::printf(
+        "crash report with %d modules, milliseconds, median of %d:\n"
+        "  all until the reporter is started  %d of processor time (at most %d: %s), %d pass\n"
+        "  a memory dump alone                %d of processor time, %d pass\n",
+        modules, rounds, processor.all, goal, processor.all <= goal ? "met" : "missed", passed.all,
+        processor.dump, passed.dump);
     return 0;
 }

@@ -23,7 +23,9 @@ namespace {
 constexpr DWORD longestWait = 10'000; // milliseconds; of a second thread that crashes
 constexpr SIZE_T stackSize = 256 * 1024;
 // What the platform may need of the crashed thread's stack to end the process.
-constexpr std::uintptr_t stackBehindFilter = 16 * 1024;
+constexpr std::ptrdiff_t stackBehindFilter = 16 * 1024;
+// What asking for a dump needs of it, and the lowest page, which is not to be used.
+constexpr std::ptrdiff_t stackOfDump = 640 + 4 * 1024;
 // Addresses that are given back when the process crashes, because it may have none left.
 constexpr SIZE_T addressReserve = 16 * 1024 * 1024;
 
@@ -34,8 +36,8 @@ constinit volatile LONG s_isArmed = 1; // until the process's first report
 constinit EXCEPTION_POINTERS* s_exception = nullptr;
 constinit std::uintptr_t s_stackBase = 0; // of the crashed thread
 constinit DWORD s_crashedThread = 0;
-constinit bool s_canReturn = false;
-constinit HANDLE s_finished = nullptr; // an event
+constinit std::ptrdiff_t s_stackLeft = 0; // of that thread's
+constinit HANDLE s_finished = nullptr;    // an event
 constinit FixedText<MAX_PATH> s_logFolder;
 constinit CrashFiles s_files = {};
 constinit int s_dumpType = 0;
@@ -120,14 +122,14 @@ void WriteReport() noexcept
     FaultGuard::Run(WriteReportFile);
 }
 
-// On the crashed thread's own stack, which the dump is to show. The dumper needs hardly any of it; a
-// guard would take more than an exhausted one has.
+// On the crashed thread's own stack, which the dump is to show. The dumper needs hardly any of it;
+// a guard would take more than an exhausted one has.
 void WriteDump() noexcept
 {
     const auto write = [] {
         MemoryDumper::GenerateMiniDump(s_files.dump.Text(), s_exception, s_dumpType);
     };
-    if (s_canReturn)
+    if (s_stackLeft > stackBehindFilter)
         FaultGuard::Run(write);
     else
         write();
@@ -140,13 +142,14 @@ void HandOverToReporter() noexcept
     s_isReporterStarted = StartReporter(s_files);
 }
 
-// An exhausted stack is no place to go back to: what the platform does behind the filter may exhaust
-// it again, under whatever lock. The process then ends here, with the code that the platform gives.
+// An exhausted stack is no place to go back to: what the platform does behind the filter may
+// exhaust it again, under whatever lock. The process then ends here, with the code that the
+// platform gives.
 void EndReport() noexcept
 {
     FaultGuard::Run(HandOverToReporter);
     if (s_finished) SetEvent(s_finished);
-    if (!s_canReturn)
+    if (s_stackLeft <= stackBehindFilter)
         TerminateProcess(GetCurrentProcess(), s_exception->ExceptionRecord->ExceptionCode);
 }
 
@@ -158,14 +161,13 @@ void MaskFloatingPoint() noexcept
     _mm_setcsr(_MM_MASK_MASK);
 }
 
-// Whether enough of the stack is left to return from the filter.
-bool CanReturn() noexcept
+// Bytes of the current stack, down to its end.
+std::ptrdiff_t StackLeft() noexcept
 {
     const char here = 0;
     MEMORY_BASIC_INFORMATION stack = {};
     VirtualQuery(&here, &stack, sizeof stack);
-    return &here - static_cast<char*>(stack.AllocationBase) >
-           static_cast<std::ptrdiff_t>(stackBehindFilter);
+    return &here - static_cast<char*>(stack.AllocationBase);
 }
 
 // The process ends as soon as the filter returns for any of its threads, so the first report gets
@@ -199,14 +201,17 @@ LONG WriteCrashReport(EXCEPTION_POINTERS* exception) noexcept
     s_crashedThread = GetCurrentThreadId();
     s_stackBase = reinterpret_cast<std::uintptr_t>(ThreadBlock().StackBase);
     s_exception = exception;
-    s_canReturn = CanReturn();
+    s_stackLeft = StackLeft();
     PrepareCrashReport(); // for whoever calls the filter without having made a MiniDumper
     if (s_addressReserve) VirtualFree(s_addressReserve, 0, MEM_RELEASE);
     // All but the dump is done on the other stack. A platform was seen to leave a filter half a
     // kilobyte of an exhausted one, so nothing lies between this frame and the switch.
     const base::FiberScope fiber;
     Stack().Run(WriteReport);
-    if (s_hasReport) WriteDump();
+    if (s_hasReport && s_stackLeft > stackOfDump)
+        WriteDump();
+    else if (s_hasReport)
+        Stack().Run(WriteDump); // it then shows that stack, but what happened all the same
     Stack().Run(EndReport);
     return s_isReporterStarted ? 1 : 0;
 }

@@ -14,8 +14,8 @@ public:
     // memory.
     static void Install() noexcept;
 
-    // Runs a part; false when it faulted. Parts may contain guarded parts. They belong to one thread,
-    // the one that crashed, on whatever stack it is. Without Install a part runs unguarded.
+    // Runs a part; false when it faulted. Parts may contain guarded parts. They belong to one
+    // thread, the one that crashed, on whatever stack it is. Without Install a part runs unguarded.
     template <class Part>
     static bool Run(Part part) noexcept
     {

@@ -50,11 +50,10 @@ bool FindWriter()
 // The writer's main function says what the words mean.
 bool FormCommand()
 {
-    const int length =
-        _snwprintf(s_job.command, std::size(s_job.command), L"\"%ls\" %lx %lx %Ix %x \"%ls\"",
-                   s_job.program, GetCurrentProcessId(), s_job.thread,
-                   reinterpret_cast<ULONG_PTR>(s_job.exception),
-                   static_cast<unsigned>(s_job.type), s_job.path);
+    const int length = _snwprintf(
+        s_job.command, std::size(s_job.command), L"\"%ls\" %lx %lx %Ix %x \"%ls\"", s_job.program,
+        GetCurrentProcessId(), s_job.thread, reinterpret_cast<ULONG_PTR>(s_job.exception),
+        static_cast<unsigned>(s_job.type), s_job.path);
     return length > 0 && length < static_cast<int>(std::size(s_job.command));
 }
 

@@ -65,7 +65,8 @@ TEST(SpareStack, KeepsTheLocksOfTheThread)
 {
     base::SpareStack stack(64 * 1024);
     ASSERT_TRUE(HeapLock(GetProcessHeap()));
-    stack.Run([] { EXPECT_TRUE(HeapFree(GetProcessHeap(), 0, HeapAlloc(GetProcessHeap(), 0, 9))); });
+    stack.Run(
+        [] { EXPECT_TRUE(HeapFree(GetProcessHeap(), 0, HeapAlloc(GetProcessHeap(), 0, 9))); });
     HeapUnlock(GetProcessHeap());
 }
 

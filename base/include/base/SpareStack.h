@@ -4,8 +4,8 @@
 
 namespace base {
 
-/// Makes the thread one that can change its stack, unless it is one already, to the end of its life.
-/// It takes some memory of the heap; without that the thread stays as it is.
+/// Makes the thread one that can change its stack, unless it is one already, to the end of its
+/// life. It takes some memory of the heap; without that the thread stays as it is.
 class FiberScope
 {
 public:

@@ -1,13 +1,14 @@
 // A program that crashes, for the tests of the crash report.
 //   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
 //     [--late-log FOLDER] [--bare yes] [--inheritable NAME]
-//   crash_child is-filtered KIND         ends with 0 when the platform calls a filter for a crash of
+//   crash_child is-filtered KIND         ends with 0 when the platform calls a filter for a crash
+//   of
 //                                        that kind, with enough stack to go on on another one
 // KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
 // bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
 // handler was made; --bare makes none; --inheritable opens the event of that name for every program
-// that inherits handles, which CRASH_HANDLE then tells. FILE gets what the process knows of itself: its crash in
-// FILE, the rest in FILE.txt.
+// that inherits handles, which CRASH_HANDLE then tells. FILE gets what the process knows of itself:
+// its crash in FILE, the rest in FILE.txt.
 #include "CrashFacts.h"
 #include "crash_kinds.h"
 #include "diagnostics/ThreadBlock.h"
@@ -135,11 +136,10 @@ LONG WINAPI MeasureStack(EXCEPTION_POINTERS*)
     return 0;
 }
 
-// Not every platform keeps the reserve that SetThreadStackGuarantee asks for, or calls the filter at
-// all.
-int CheckFilter(const wchar_t* kind)
+// Not every platform keeps the reserve that SetThreadStackGuarantee asks for, or calls the filter
+// at all.
+int CheckFilter(const wchar_t* kind, std::uintptr_t needed)
 {
-    constexpr std::uintptr_t needed = 4 * 1024;
     s_isMeasured = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     SetUnhandledExceptionFilter(MeasureStack);
     s_kind = base::Utf8FromWide(kind);
@@ -172,7 +172,8 @@ int wmain(int count, wchar_t** arguments)
     for (int i = 2; i + 1 < count; i += 2)
         options[arguments[i]] = arguments[i + 1];
     s_kind = base::Utf8FromWide(arguments[1]);
-    if (s_kind == "is-filtered" && count == 3) return CheckFilter(arguments[2]);
+    if (s_kind == "is-filtered" && count == 4)
+        return CheckFilter(arguments[2], std::stoul(arguments[3]));
 
     if (const std::wstring log = Option(options, L"--log"); !log.empty())
         qor_utils::SetLogDirectory(log);

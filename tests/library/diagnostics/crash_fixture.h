@@ -41,10 +41,11 @@ protected:
     // The same, with this program as the child's debugger, which handles nothing.
     bool CrashDebugged(const std::wstring& kind);
 
-    // Whether the platform calls a filter for such a crash, with enough stack to do anything.
+    // Whether the platform calls a filter for such a crash, with more stack than the lowest page,
+    // which is not to be used.
     bool IsFiltered(const std::wstring& kind)
     {
-        return Run(L"is-filtered " + kind) && m_exitCode == 0;
+        return Run(L"is-filtered " + kind + L" 4096") && m_exitCode == 0;
     }
 
     // Whether the reporter is started within its time. Asked only when it should be, or to see a

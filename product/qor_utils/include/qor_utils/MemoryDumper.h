@@ -14,9 +14,9 @@ public:
     /// ignored; when the system's DbgHelp refuses it, a dump of type 0 is written instead.
     ///
     /// Made for crashes: a process of its own (dumpwriter.exe, beside this library) does the work,
-    /// so it matters neither which locks the caller holds nor how little stack or memory it has left.
-    /// It has two minutes. One dump is written at a time; a call while another runs fails. False
-    /// when no dump was written; the file is then gone.
+    /// so it matters neither which locks the caller holds nor how little stack or memory it has
+    /// left. It has two minutes. One dump is written at a time; a call while another runs fails.
+    /// False when no dump was written; the file is then gone.
     static bool GenerateMiniDump(const wchar_t* path, EXCEPTION_POINTERS* exception,
                                  int dumpType) noexcept;
 };
