@@ -395,31 +395,21 @@ void CallFilterForErrorModes()
     ExitProcess(first << 4 | GetErrorMode());
 }
 
-// The first page below this thread's stack that has one behind it, of which the first can be read
-// and the second cannot.
-char* HalfReadable()
-{
-    constexpr SIZE_T page = 0x1000;
-    const char here = 0;
-    for (auto at = reinterpret_cast<char*>(0x20000); at < &here; at += 0x10000) {
-        auto* const found = static_cast<char*>(
-            VirtualAlloc(at, 2 * page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        DWORD before = 0;
-        if (found && VirtualProtect(found + page, page, PAGE_NOACCESS, &before)) return found;
-    }
-    return nullptr;
-}
-
-// With a stack pointer 64 bytes below what cannot be read.
+// With a page of this very stack that cannot be read, and a stack pointer 64 bytes below it.
 void CallFilterWithAnUnreadableStack()
 {
+    constexpr std::uintptr_t page = 0x1000;
+    volatile char room[3 * page];
+    room[0] = 0;
+    const std::uintptr_t hole = (reinterpret_cast<std::uintptr_t>(room) + 2 * page) / page * page;
     Exception exception;
-    const auto stack = reinterpret_cast<std::uintptr_t>(HalfReadable()) + 0x1000 - 64;
 #ifdef _WIN64
-    exception.context.Rsp = stack;
+    exception.context.Rsp = hole - 64;
 #else
-    exception.context.Esp = stack;
+    exception.context.Esp = hole - 64;
 #endif
+    DWORD before = 0;
+    VirtualProtect(reinterpret_cast<void*>(hole), page, PAGE_NOACCESS, &before);
     ExitProcess(static_cast<UINT>(exception.Filter()));
 }
 
