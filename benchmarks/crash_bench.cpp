@@ -1,7 +1,7 @@
 // The crash report with 100 modules, from the call of the filter, which is the first that happens
-// behind a fault, to its return, right after the reporter was started: the time that passes, and
-// the processor time of the process, without that of the program that writes its dump. Each is
-// measured in a process of its own, because a process has one report.
+// behind a fault, to its return, right after the reporter was started: the processor time of the
+// process, and the time that passes, in which another program writes the dump. Each is measured in
+// a process of its own, because a process has one report.
 #include <Utils_Statics/MiniDumper.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
