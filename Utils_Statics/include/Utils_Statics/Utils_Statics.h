@@ -20,9 +20,14 @@
 /// 5. Null. A null text counts as an empty one. A null interface pointer is ignored. A null output
 ///    pointer is allowed only where the declaration names it.
 /// 6. Failures and exceptions. A failure is answered by the result: false, zero, an empty text, an
-///    invalid handle. An operation that makes a text, a list or an object can throw std::bad_alloc.
-///    What a handler of the application throws passes through the operation that called it. Nothing
-///    else throws.
+///    invalid handle. Nothing throws. The only exception is want of memory, std::bad_alloc, at the
+///    operations that return texts, containers or the one object of a class: GetStr, TranslateStr,
+///    the functions of StringParse and QOR_MFC_CONVERSIONS; of utilsExam the members that return a
+///    CString or a std::wstring, StlListToMfcList and WrapStr; every getInstance and GetInstance,
+///    and the status items' setters, which call it. CWmiService::Initialize raises _com_error
+///    instead, for the name of the drivers' namespace, and so do getInstance and
+///    CStatusFactory::addItem when they connect. What a handler of the application throws passes
+///    through the operation that called it.
 
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/ActionRepository.h>

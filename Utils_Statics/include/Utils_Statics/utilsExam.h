@@ -25,8 +25,7 @@ class CWnd;
 /// all of it shares. It has static members only; no instance is ever made.
 ///
 /// Unless a member says otherwise it is called on the user-interface thread. The facts are not
-/// guarded by a lock. A member that makes a text can throw std::bad_alloc; one that calls handlers
-/// of the application lets through what they throw.
+/// guarded by a lock. Of exceptions, rule 6 of Utils_Statics.h holds.
 class UTILS_STATICS_API utilsExam
 {
 public:

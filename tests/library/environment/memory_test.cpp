@@ -156,6 +156,11 @@ TEST_F(MemoryTest, LeavesOperationsThatReturnTextsOrContainers)
         {"ParsePath", [&] { utilsExam::ParsePath(L"C:\\a\\b.xml", text.c_str()); }},
         {"GetProtocolFile", [] { utilsExam::GetProtocolFile(L"ButtonActions.xml"); }},
         {"GetLocalIP", [] { utilsExam::GetLocalIP(); }},
+        {"ActionRepository::GetInstance",
+         [] {
+             ActionRepository::GetInstance();
+             ActionRepository::DestroyInstance();
+         }},
     };
     for (const Operation& operation : operations)
         EXPECT_TRUE(Throws(operation.call)) << operation.name;
@@ -175,8 +180,8 @@ TEST_F(MemoryTest, LeavesNoOperationOnFilesAndFolders)
         {"GetDirectorySize", [&] { utilsExam::GetDirectorySize(whole); }},
         {"SHFileOperationW",
          [&] {
-             utilsExam::SHFileOperationW(FO_COPY, file.c_str(), copy.c_str(), 1, 0,
-                                         nullptr, nullptr, nullptr);
+             utilsExam::SHFileOperationW(FO_COPY, file.c_str(), copy.c_str(), 1, 0, nullptr,
+                                         nullptr, nullptr);
          }},
         {"CheckFileIsWritable", [&] { utilsExam::CheckFileIsWritable(file.c_str()); }},
         {"CMiniVersion", [&] { const CMiniVersion version(file.c_str()); }},
@@ -210,7 +215,9 @@ TEST_F(MemoryTest, LeavesNoRegistration)
                  MouseCapture::Register(&handler);
          }},
         {"MouseCapture::HandleMouse",
-         [] { MouseCapture::HandleMouse(WM_LBUTTONDOWN, MK_LBUTTON, {3, 3}); }},
+         [] {
+             MouseCapture::HandleMouse(WM_LBUTTONDOWN, MK_LBUTTON, {3, 3});
+         }},
         {"MouseCapture::LockNext", [] { MouseCapture::LockNext(); }},
         {"PrecisionMouse::Register",
          [&] {
@@ -247,7 +254,8 @@ TEST_F(MemoryTest, LeavesNoOperationOnButtonsAndStates)
 TEST_F(MemoryTest, LeavesNoOperationOnTheStatusRow)
 {
     IStatusItem* const items[] = {CStatusNetwork::getInstance(), CStatusStreaming::getInstance(),
-                                  CStatusWireless::getInstance(), CStatusProbeSensor::getInstance()};
+                                  CStatusWireless::getInstance(),
+                                  CStatusProbeSensor::getInstance()};
     CWmiService::getInstance();
     const Operation operations[] = {
         {"addItem",
