@@ -113,28 +113,31 @@ bool CStatusProbeSensor::isVisible() const
 }
 
 int CStatusProbeSensor::drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const
-try {
-    const SensorData data = getState();
-    zelLogger::zelLogHelper(logSource, __LINE__,
-                            logLevel)(L"isSensorSupported %d errorStatus %d muxVersion %d\n",
-                                      data.isSensorSupported, data.errorStatus, data.muxVersion);
-    SensorDisplay display(rect, graphics);
-    int used = 0;
-    if (IsValid(data)) {
-        display.DrawTemperature(data.temperature, Heat(data.temperature, m_warnStart, m_threshold));
-        used = SensorDisplay::temperatureWidth;
-        zelLogger::zelLogHelper(logSource, __LINE__, logLevel)(L"sensorData valid()\n");
+{
+    try {
+        const SensorData data = getState();
+        zelLogger::zelLogHelper(logSource, __LINE__, logLevel)(
+            L"isSensorSupported %d errorStatus %d muxVersion %d\n", data.isSensorSupported,
+            data.errorStatus, data.muxVersion);
+        SensorDisplay display(rect, graphics);
+        int used = 0;
+        if (IsValid(data)) {
+            display.DrawTemperature(data.temperature,
+                                    Heat(data.temperature, m_warnStart, m_threshold));
+            used = SensorDisplay::temperatureWidth;
+            zelLogger::zelLogHelper(logSource, __LINE__, logLevel)(L"sensorData valid()\n");
+        }
+        const std::wstring warning = WarningText(data, m_threshold);
+        if (!warning.empty()) {
+            display.DrawWarning(warning, used);
+            used = rect.right;
+        }
+        if (IsValid(data) && used < rect.right) {
+            display.DrawGauge(data.angle, used);
+            used += SensorDisplay::gaugeWidth;
+        }
+        return used;
+    } catch (const std::bad_alloc&) {
+        return 0;
     }
-    const std::wstring warning = WarningText(data, m_threshold);
-    if (!warning.empty()) {
-        display.DrawWarning(warning, used);
-        used = rect.right;
-    }
-    if (IsValid(data) && used < rect.right) {
-        display.DrawGauge(data.angle, used);
-        used += SensorDisplay::gaugeWidth;
-    }
-    return used;
-} catch (const std::bad_alloc&) {
-    return 0;
 }

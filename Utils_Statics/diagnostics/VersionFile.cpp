@@ -77,7 +77,7 @@ private:
 
     bool ReadSection(unsigned index, IMAGE_SECTION_HEADER& section) noexcept
     {
-        return m_file.Read(m_sectionTable + index * sizeof section, section);
+        return m_file.Read(m_sectionTable + std::uint64_t{index} * sizeof section, section);
     }
 
     // The size of a section in the image.
@@ -148,7 +148,7 @@ private:
         const unsigned count = unsigned{table.NumberOfNamedEntries} + table.NumberOfIdEntries;
         for (unsigned i = 0; i < count; ++i) {
             IMAGE_RESOURCE_DIRECTORY_ENTRY entry = {};
-            if (!ReadResource(offset + sizeof table + i * sizeof entry, entry) ||
+            if (!ReadResource(offset + sizeof table + std::uint64_t{i} * sizeof entry, entry) ||
                 !IsSoundEntry(entry, level))
                 return false;
         }
@@ -205,7 +205,7 @@ public:
         for (Type type = {}; ReadEntry(at, type) && type.id != 0;) {
             at += sizeof type;
             if (type.id == (isNumber | versionType)) return HasSoundName(at, type.count);
-            at += type.count * sizeof(Name);
+            at += std::uint64_t{type.count} * sizeof(Name);
         }
         return false;
     }
@@ -238,7 +238,7 @@ private:
     bool HasSoundName(std::uint64_t at, unsigned count) noexcept
     {
         Name name = {};
-        for (unsigned i = 0; i < count && ReadEntry(at + i * sizeof name, name); ++i)
+        for (unsigned i = 0; i < count && ReadEntry(at + std::uint64_t{i} * sizeof name, name); ++i)
             if (name.id == (isNumber | VS_VERSION_INFO)) return IsSoundData(name);
         return false;
     }

@@ -16,11 +16,13 @@ bool CTimerWnd::CreateMessageOnly()
 }
 
 bool CTimerWnd::Join(CToolTipProvider& provider) noexcept
-try {
-    m_providers.push_back(&provider);
-    return true;
-} catch (const std::bad_alloc&) {
-    return false;
+{
+    try {
+        m_providers.push_back(&provider);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool CTimerWnd::Leave(const CToolTipProvider& provider)
