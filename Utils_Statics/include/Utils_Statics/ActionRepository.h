@@ -9,28 +9,29 @@ namespace utils_statics {
 class ButtonActions;
 }
 
-/// The actions of all buttons, by the buttons' names: the content of the protocol file
+/// The actions of all buttons, by the buttons' names. They come from the protocol file
 /// "ButtonActions.xml" (docs/formats/button-actions.md) that is in force when the repository is
 /// made.
 ///
-/// There is one repository. The first GetInstance makes it and reads the file, once; its content
-/// does not change until DestroyInstance. For the user-interface thread only.
+/// There is one repository. The first GetInstance makes it and reads the file once. Its content
+/// does not change until DestroyInstance. User-interface thread only.
 class ActionRepository
 {
 public:
     ActionRepository(const ActionRepository&) = delete;
     ActionRepository& operator=(const ActionRepository&) = delete;
 
-    /// The repository, never null. A file that cannot be read is logged when it is tried, which is
-    /// not done again: the repository then stays empty.
+    /// The repository, never null. When the file cannot be read, that is logged, the repository
+    /// stays empty, and the file is not tried again.
     UTILS_STATICS_API static ActionRepository* GetInstance();
 
-    /// Destroys the repository with all its records; a later GetInstance reads the file anew.
-    /// Without a repository nothing happens.
+    /// Destroys the repository with all its records; a later GetInstance reads the file anew. Does
+    /// nothing when there is no repository.
     UTILS_STATICS_API static void DestroyInstance();
 
     /// The button of that name, or null. Names are compared by their UTF-16 code units, case
-    /// included. The record is the repository's and lives as long. Nothing is allocated.
+    /// included. The repository owns the record and keeps it until DestroyInstance. Allocates
+    /// nothing.
     UTILS_STATICS_API const ButtonAction* GetAction(const wchar_t* name) const noexcept;
 
 private:
@@ -40,7 +41,7 @@ private:
     bool Load();
     void RemoveAll();
 
-    static ActionRepository* m_instance; // null: none
+    static ActionRepository* m_instance; // null while there is no repository
 
     std::unique_ptr<utils_statics::ButtonActions> m_actions;
 };

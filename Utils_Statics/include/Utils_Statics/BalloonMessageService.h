@@ -4,17 +4,17 @@
 
 #include <cstdarg>
 
-/// Raises a notice to the user, from any thread: formatted printf-style, logged if wanted, and
-/// shown as a balloon by the user-interface thread.
+/// Raises a notice to the user, from any thread. The notice is formatted printf-style and logged if
+/// wanted; the user-interface thread shows it as a balloon.
 ///
 ///     BalloonMessageService(__FILE__, __LINE__, true, BalloonMessageService::warning)(
 ///         L"Recording", L"%s is full.", drive);
 ///
-/// Notices are shown from Create to Destroy; outside they are only logged. When memory is short, a
-/// notice is dropped.
+/// Notices are shown from Create to Destroy; before and after they are only logged. When memory is
+/// short, a notice is dropped.
 ///
-/// Which operator a call takes is decided by its first two arguments alone. Texts are read as
-/// titles before they are read as arguments of a format:
+/// The first two arguments alone decide which operator a call takes. A text is read as a title
+/// before it is read as an argument of a format:
 ///
 ///     (time, text, text, ...)   time, title, format
 ///     (time, text)              time, format
@@ -23,38 +23,39 @@
 ///     (text)                    format
 ///     (text, number, ...)       format, argument
 ///
-/// So a format whose first argument is a text needs a title before it, which may be empty. Times
-/// are unsigned: write 0u, because a plain 0 could be a null text and does not compile.
+/// So a format whose first argument is a text needs a title before it; the title may be empty.
+/// Times are unsigned: write 0u, because a plain 0 could be a null text and does not compile.
 ///
 /// Formats are the platform's wide ones: %s takes a wide text. A null text among the arguments
-/// prints as an empty one, and so does one that cannot be read because the argument is none. A
-/// formatted text may be 8191 characters longer than its format; a longer one is not shown, which
-/// is logged.
+/// prints as an empty one, and so does an argument that is no text and cannot be read as one. A
+/// formatted text may be up to 8191 characters longer than its format. A longer one is not shown;
+/// that is logged.
 class UTILS_STATICS_API BalloonMessageService
 {
 public:
     enum MsgType : int
     {
-        information = 0, // as is every other value
+        information = 0, // every other value counts as this one
         warning = 1,
         error = 2,
     };
 
-    /// `file` and `line` are the place that raises the notice, for the log; `file` is kept as a
-    /// pointer, for a literal.
+    /// `file` and `line` name the place that raises the notice, for the log. `file` has to be a
+    /// literal, because only the pointer is kept.
     BalloonMessageService(const char* file, int line, bool log, MsgType type) noexcept;
 
-    /// Time in milliseconds; without one, 4000. Without a title, or with an empty one, the balloon
-    /// has the product's name.
+    /// The time is in milliseconds and 4000 by default. Without a title, or with an empty one, the
+    /// balloon shows the product's name as its title.
     void operator()(unsigned int timeMs, const wchar_t* title, const wchar_t* format, ...) const;
     void operator()(const wchar_t* title, const wchar_t* format, ...) const;
     void operator()(unsigned int timeMs, const wchar_t* format, ...) const;
     void operator()(const wchar_t* format, ...) const;
 
-    /// Called on the user-interface thread, which shows the balloons from then on and has to
-    /// dispatch messages. A service that exists already is replaced.
+    /// Starts the service on the calling thread, the user-interface thread, which shows the
+    /// balloons from then on and has to dispatch messages. Replaces a service that exists already.
     static void Create();
-    /// Called on the same thread. Notices that were not shown yet are dropped.
+    /// Ends the service; called on the thread that created it. Drops notices that were not shown
+    /// yet.
     static void Destroy();
 
 private:

@@ -7,9 +7,9 @@
 
 class zelXMLNode;
 
-/// Where a button stands on a panel, and whether it is shown checked. The button's name is the one
-/// of ButtonAction. The element that holds a placement is the client's, as are its file and its
-/// list; docs/formats/button-placements.md describes the attributes.
+/// The place of a button on a panel, and its check mark. `name` is the name of its ButtonAction.
+/// The client chooses the element that holds a placement, its list and its file;
+/// docs/formats/button-placements.md describes the attributes.
 struct UTILS_STATICS_API ButtonPlacement
 {
     std::wstring name;
@@ -25,14 +25,14 @@ struct UTILS_STATICS_API ButtonPlacement
     bool operator!=(const ButtonPlacement& other) const;
 
     /// Reads "name" (empty when missing), "check" (not checked when missing) and the child "Grid".
-    /// An invalid element reads as one that has none of them.
+    /// An invalid element reads like one without any of them.
     ///
-    /// Without that child the grid deliberately stays what it was: whoever reads several elements
-    /// into one placement calls grid.Reset() in between.
+    /// Without that child the grid deliberately stays as it is. A caller that reads several
+    /// elements into one placement therefore calls grid.Reset() in between.
     void Load(const zelXMLNode& node);
 
-    /// Writes "name", "check" when checked, and the child "Grid"; of a grid that is not valid the
-    /// child is removed. A "check" that the element already has is deliberately left when this
-    /// placement is not checked: write onto fresh elements.
+    /// Writes "name", "check" when checked, and the child "Grid"; removes the child when the grid
+    /// is not valid. When this placement is not checked, a "check" that the element already has
+    /// deliberately stays: write onto fresh elements.
     void Save(const zelXMLNode& node) const;
 };

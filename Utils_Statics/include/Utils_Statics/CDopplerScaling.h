@@ -2,9 +2,9 @@
 
 #include <Utils_Statics/export.h>
 
-/// The scale of the spectral (pulsed-wave) Doppler display of the process. The imaging side sets
-/// the acquisition and display parameters whenever they change. Measurement and drawing read the
-/// scales that follow from them. Nothing is checked when it is set. User-interface thread only.
+/// The scale of the process's spectral (pulsed-wave) Doppler display. The imaging side sets the
+/// acquisition and display parameters whenever they change. Measurement and drawing read the scales
+/// that follow from them. The setters check nothing. User-interface thread only.
 class UTILS_STATICS_API CDopplerScaling
 {
 public:
@@ -15,13 +15,13 @@ public:
     static void SetPWFFT(long nfft) noexcept;  ///< FFT length, spectral bins per line
     /// Angle correction, thousandths of a degree.
     static void SetPWVesselAngle(long vesselAngle) noexcept;
-    static void
-    SetPWDisplayHeight(long height) noexcept; ///< height of the spectral display, pixels
-    static void SetPWLRP(long lrp) noexcept;  ///< kept for callers; nothing here uses it
+    /// Height of the spectral display, pixels.
+    static void SetPWDisplayHeight(long height) noexcept;
+    static void SetPWLRP(long lrp) noexcept; ///< kept for callers; nothing here uses it
     static void SetVecDopScaleFactor(double factor) noexcept;  ///< divides the velocity per pixel
     static void SetBaselineStartPos(double position) noexcept; ///< pixels
 
-    /// What was set last; before that 0, and 1.0 for the scale factor.
+    /// The value set last; at first 0, and 1.0 for the scale factor.
     static long GetPWPRP() noexcept;
     static long GetPWFreq() noexcept;
     static long GetPWFFT() noexcept;
@@ -32,13 +32,13 @@ public:
     static double GetBaselineStartPos() noexcept;
 
     /// Velocity per pixel in metres per second, by the Doppler equation with 1540 m/s for the speed
-    /// of sound: units as of the setters. 0.0 when prp, freq, displayHeight or scaleFactor is 0.0.
-    /// At a vessel angle of 90 degrees the result is as large as the rounded cosine makes it; that
-    /// is not limited.
+    /// of sound. The units are those of the setters. 0.0 when prp, freq, displayHeight or
+    /// scaleFactor is 0.0. At a vessel angle of 90 degrees the result is as large as the rounded
+    /// cosine makes it; it is not limited.
     static double GetVelPerPixel(double prp, double freq, double displayHeight, double vesselAngle,
                                  double scaleFactor) noexcept;
 
-    /// The same from the parameters that were set. The FFT length takes no part.
+    /// Velocity per pixel from the parameters that were set; the FFT length is not used.
     static double GetVelPerPixel() noexcept;
 
     /// The display position, in pixels, of a position in FFT bins, offset by the baseline start;

@@ -6,20 +6,20 @@
 #include <atomic>
 #include <string>
 
-/// The icon that shows that a disc is being burnt: while it is, and the setting "CDBurning" is on.
+/// The icon shown while a disc is being burnt and the setting "CDBurning" is on.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusBurning : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusBurning* getInstance();
 
-    /// Stores the state and asks for a repaint, also when nothing changed.
+    /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool burning);
     static bool getState() noexcept;
-    static bool isBurning() noexcept; ///< the same
+    static bool isBurning() noexcept; ///< the same as getState
 
     ~CStatusBurning() override;
 
@@ -32,10 +32,10 @@ protected:
 private:
     CStatusBurning();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
 
     static std::atomic<CStatusBurning*> m_me;
     static std::atomic<bool> m_burning;

@@ -6,21 +6,20 @@
 #include <atomic>
 #include <string>
 
-/// The icon that shows that files are being transferred: while they are, and the setting
-/// "FTPTransfer" is on.
+/// The icon shown while files are being transferred and the setting "FTPTransfer" is on.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusFtpTransfer : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusFtpTransfer* getInstance();
 
-    /// Stores the state and asks for a repaint, also when nothing changed.
+    /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool transferring);
     static bool getState() noexcept;
-    static bool isTransferring() noexcept; ///< the same
+    static bool isTransferring() noexcept; ///< the same as getState
 
     ~CStatusFtpTransfer() override;
 
@@ -33,10 +32,10 @@ protected:
 private:
     CStatusFtpTransfer();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
 
     static std::atomic<CStatusFtpTransfer*> m_me;
     static std::atomic<bool> m_transferring;

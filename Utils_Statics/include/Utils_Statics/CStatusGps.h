@@ -6,17 +6,17 @@
 #include <atomic>
 #include <string>
 
-/// The icon that shows that positions are being tracked. It has no setting.
+/// The icon shown while positions are being tracked. It has no setting.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusGps : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusGps* getInstance();
 
-    /// Stores the state and asks for a repaint, also when nothing changed.
+    /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool tracking);
 
     ~CStatusGps() override;
@@ -30,7 +30,7 @@ protected:
 private:
     CStatusGps();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
     static std::atomic<CStatusGps*> m_me;

@@ -6,21 +6,21 @@
 #include <atomic>
 #include <string>
 
-/// The icon of the wired network connection: one image while connected, another while not, as long
-/// as the setting "NetworkConnection" is on. CWmiService keeps it current.
+/// The icon of the wired network connection, shown while the setting "NetworkConnection" is on: one
+/// image for connected, another for not connected. CWmiService keeps it current.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusNetwork : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusNetwork* getInstance();
 
-    /// Stores the state and asks for a repaint, also when nothing changed.
+    /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool connected);
     static bool getState() noexcept;
-    static bool isConnected() noexcept; ///< the same
+    static bool isConnected() noexcept; ///< the same as getState
 
     ~CStatusNetwork() override;
 
@@ -33,10 +33,10 @@ protected:
 private:
     CStatusNetwork();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
 
     static std::atomic<CStatusNetwork*> m_me;
     static std::atomic<bool> m_connected;

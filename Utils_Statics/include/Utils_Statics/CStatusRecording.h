@@ -6,21 +6,20 @@
 #include <atomic>
 #include <string>
 
-/// The icon that shows that a cine is being recorded: while it is, and the setting "CineRecording"
-/// is on.
+/// The icon shown while a cine is being recorded and the setting "CineRecording" is on.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusRecording : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusRecording* getInstance();
 
-    /// Stores the state and asks for a repaint, also when nothing changed.
+    /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool recording);
     static bool getState() noexcept;
-    static bool isRecording() noexcept; ///< the same
+    static bool isRecording() noexcept; ///< the same as getState
 
     ~CStatusRecording() override;
 
@@ -33,10 +32,10 @@ protected:
 private:
     CStatusRecording();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
 
     static std::atomic<CStatusRecording*> m_me;
     static std::atomic<bool> m_recording;

@@ -9,13 +9,13 @@
 #include <cstdint>
 #include <string>
 
-/// The icon that shows that the image is being streamed: while it is and the setting "Streaming" is
-/// on, with this computer's address written over it when the setting "StreamingIP" is on. While it
-/// is streamed to disk the icon is shown whatever the settings, without the address, and blinks:
-/// one second lit, one second dark.
+/// The icon shown while the image is being streamed and the setting "Streaming" is on. This
+/// computer's address is written over it when the setting "StreamingIP" is on. While the image is
+/// streamed to disk, the icon is shown whatever the settings, without the address, and blinks: one
+/// second lit, one second dark.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusStreaming : public IStatusItem
 {
 public:
@@ -29,38 +29,39 @@ public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusStreaming* getInstance();
 
-    /// Stores the state, starts the blinking over or ends it, and asks for a repaint, also when
-    /// nothing changed.
+    /// Stores the state, restarts or ends the blinking, and asks for a repaint, even when nothing
+    /// changed.
     static void setState(StreamingStatus status);
     static StreamingStatus getState() noexcept;
-    /// In any state but StreamingOff.
+    /// True in every state but StreamingOff.
     static bool isStreaming() noexcept;
 
-    /// Ends the blinking; waits for a repaint callback that the blinking is just calling.
+    /// Ends the blinking; waits for a repaint callback that the blinking is calling.
     ~CStatusStreaming() override;
 
 protected:
     void issueUpdate() const override;
-    /// Looks up the address as well, which may take seconds, and starts the blinking over.
+    /// Also looks up the address, which may take seconds, and restarts the blinking.
     void updateVisibleState() override;
     bool isVisible() const override;
-    /// While dark, nothing is drawn but the width is the same, so that the row stands still.
+    /// While the icon is dark, nothing is drawn but the width is the same, so that the row does not
+    /// move.
     int drawIcon(const CRect& rect, Gdiplus::Graphics& graphics) const override;
 
 private:
     CStatusStreaming();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
     void setBlinkState();
     void DrawAddress(const CRect& rect, Gdiplus::Graphics& graphics) const;
     static void CALLBACK StatusMessageTimer(UINT timer, UINT message, DWORD_PTR user,
                                             DWORD_PTR reserved1, DWORD_PTR reserved2);
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
     bool m_showIp = false;
     std::wstring m_ipAddress;
-    std::uint32_t m_timerId = 0; // the latest timer's, which may have ended
+    std::uint32_t m_timerId = 0; // the latest timer, which may have ended
     std::atomic<bool> m_blinkOff = false;
 
     static std::atomic<CStatusStreaming*> m_me;

@@ -6,25 +6,26 @@
 #include <atomic>
 #include <string>
 
-/// The icon of the wireless connection: five strengths of the signal, shown while there is an
+/// The icon of the wireless connection with five strengths of the signal, shown while there is an
 /// adapter and the setting "WirelessStrength" is on. CWmiService keeps it current.
 ///
-/// Drawing asks CWmiService for the strength: each repaint takes as long as the management service
-/// takes to answer.
+/// Drawing asks CWmiService for the strength, so each repaint takes as long as the management
+/// service takes to answer.
 ///
-/// One object per process, made on first use. The static members may be called on any thread, until
-/// CStatusFactory::destroyInstance.
+/// One object per process, made on first use. Until CStatusFactory::destroyInstance the static
+/// members may be called on any thread.
 class UTILS_STATICS_API CStatusWireless : public IStatusItem
 {
 public:
     /// The object, to be registered with CStatusFactory::addItem.
     static CStatusWireless* getInstance();
 
-    /// Whether the adapter is connected. Asks for a repaint, also when nothing changed.
+    /// Stores whether the adapter is connected and asks for a repaint, even when nothing changed.
     static void setConnected(bool connected);
     static bool isConnected() noexcept;
 
-    /// Whether there is a wireless adapter. Asks for a repaint, also when nothing changed.
+    /// Stores whether there is a wireless adapter and asks for a repaint, even when nothing
+    /// changed.
     static void setAvailable(bool available);
     static bool isAvailable() noexcept;
 
@@ -42,10 +43,10 @@ protected:
 private:
     CStatusWireless();
 
-    /// The image to draw; empty for none.
+    /// The path of the image to draw; empty for none.
     std::wstring getPath() const;
 
-    bool m_enabled = false; // as the user wants it
+    bool m_enabled = false; // the user's setting
 
     static std::atomic<CStatusWireless*> m_me;
     static std::atomic<bool> m_isConnected;

@@ -11,13 +11,13 @@ class CWnd;
 
 /// Shows one balloon tip at a time, at a place on the screen and for a limited time.
 ///
-/// All calls come from one thread, which dispatches messages: the tip's time is a timer's. What
-/// cannot be created is not shown. Copies share the tip: each can replace and cancel it, and it
-/// goes with the last of them.
+/// All calls come from one thread, which dispatches messages, because a timer ends the tip. A tip
+/// whose window cannot be created is not shown. Copies share the tip: each can replace and cancel
+/// it, and the last of them destroys it.
 class UTILS_STATICS_API CToolTipProvider
 {
 public:
-    /// Values of the tooltip control (TTI_...).
+    /// The icons, with the values of the tooltip control (TTI_...).
     enum IconType : int
     {
         iconNone = 0,
@@ -31,13 +31,13 @@ public:
     CToolTipProvider& operator=(const CToolTipProvider& other);
     virtual ~CToolTipProvider();
 
-    /// Shows `text` below `title` with its tip at `at`, in screen pixels, for `timeMs`
-    /// milliseconds; what was shown before is replaced. An empty or null text hides the tip. Lines
-    /// wrap at 1024 pixels. The control refuses titles of more than 99 characters and keeps the one
-    /// before.
+    /// Shows `text` below `title` for `timeMs` milliseconds in place of the tip shown before. The
+    /// balloon points at `at`, in screen pixels. An empty or null text hides the tip. Lines wrap at
+    /// 1024 pixels. The control refuses titles of more than 99 characters and keeps the previous
+    /// one.
     void SetToolTip(const wchar_t* text, const wchar_t* title, POINT at, IconType icon,
                     unsigned int timeMs);
-    /// The same at the bottom right corner of a window; nothing happens when `anchor` is null.
+    /// Shows a tip at the bottom right corner of `anchor`; does nothing when that is null.
     void SetToolTip(const wchar_t* text, const wchar_t* title, CWnd* anchor, IconType icon,
                     unsigned int timeMs);
     /// Hides the tip and stops its time.
@@ -52,5 +52,5 @@ private:
 
     HWND m_window = nullptr;
     TOOLINFOW m_tool = {};
-    CTimerWnd* m_timer = nullptr; // owned together with the copies
+    CTimerWnd* m_timer = nullptr; // shared with the copies, which own it together
 };

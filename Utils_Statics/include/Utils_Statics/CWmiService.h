@@ -8,17 +8,18 @@ class QuerySink;
 struct IWbemLocator;
 struct IWbemServices;
 
-/// The network monitoring: keeps CStatusNetwork and CStatusWireless as the network drivers' classes
-/// of the platform's management interface (WMI, namespace "ROOT\WMI") report them.
+/// The network monitoring. It keeps CStatusNetwork and CStatusWireless at the state that the
+/// network drivers' classes of the platform's management interface (WMI, namespace "ROOT\WMI")
+/// report.
 ///
-/// One instance per process, for the user-interface thread; the events arrive on a thread of the
-/// platform. COM has to be initialised on the threads that use it. There is no reconnection: when
-/// connecting failed, every query gives -1 and no events arrive, and the icons show the state that
-/// worries nobody.
+/// There is one instance per process, for the user-interface thread; the events arrive on a thread
+/// of the platform. COM has to be initialised on the threads that use the instance. It does not
+/// reconnect: when connecting failed, every query gives -1, no events arrive, and the icons show
+/// the network as connected and available.
 class UTILS_STATICS_API CWmiService
 {
 public:
-    /// The instance; the first call creates it, which calls Initialize.
+    /// The instance; the first call creates it and so calls Initialize.
     static CWmiService* getInstance();
 
     /// Ends the monitoring and destroys the instance, if there is one.
@@ -27,27 +28,27 @@ public:
     CWmiService(const CWmiService&) = delete;
     CWmiService& operator=(const CWmiService&) = delete;
 
-    /// Ends what is connected, connects anew and subscribes to the drivers' events. True only when
-    /// the last subscription was accepted; the connection serves queries in any case unless one of
-    /// its own steps failed. Raises _com_error (E_OUTOFMEMORY) when the namespace's name cannot be
-    /// allocated.
+    /// Ends the connection there is, connects anew and subscribes to the drivers' events. True only
+    /// when the last subscription was accepted. The connection serves queries even on false, unless
+    /// one of its own steps failed. Raises _com_error (E_OUTOFMEMORY) when the namespace's name
+    /// cannot be allocated.
     bool Initialize();
 
-    /// Cancels the subscriptions and closes the connection. No event changes a status item any
-    /// more. An exception of the platform's objects ends it early.
+    /// Cancels the subscriptions and closes the connection. Afterwards no event changes a status
+    /// item. An exception of the platform's objects ends it early.
     void Destroy();
 
-    /// Polls the state of the adapters into the status items. Whatever cannot be found out counts
-    /// as connected and available, deliberately.
+    /// Polls the state of the adapters into the status items. Deliberately, a state that cannot be
+    /// found out counts as connected or available.
     void Update();
 
     /// Runs a WQL query and reduces its objects to one number. Waits as long as the service takes.
-    /// -1 when it cannot be run, also for want of memory, or no object fits.
+    /// -1 when the query cannot be run, also for lack of memory, or when no object fits.
     ///
-    /// mode 0: the quality of the first signal level, 2 * dBm + 200 and at most 100; below -100 dBm
-    /// it is negative. mode 1: whether the first adapter with "Wireless", "Network" or "NIC" in its
-    /// name and a known state is connected, 1 or 0. mode 2: 1 for an adapter with "Wireless" in its
-    /// name.
+    /// Mode 0 gives the quality of the first signal level, 2 * dBm + 200 and at most 100; it is
+    /// negative below -100 dBm. Mode 1 gives 1 when the first adapter with "Wireless", "Network" or
+    /// "NIC" in its name and a known state is connected, else 0. Mode 2 gives 1 when an adapter has
+    /// "Wireless" in its name.
     std::int32_t Query(std::int32_t mode, const wchar_t* query);
 
 private:

@@ -8,13 +8,13 @@
 /// docs/formats/raw-cine.md describes the file.
 struct CineHeader
 {
-    /// Number of words of uDataDesc that are stored: all but the first, which is a tag of the
+    /// The number of words of uDataDesc that are stored: all but the first, which is a tag of the
     /// running program.
     static constexpr int descWords = 11;
     static constexpr int extraValues = 6;
 
     uData type{}; ///< kind of data in the file
-    /// Frames, or the byte size of the last ECG block (CCineStore::AddECGData).
+    /// The number of frames, or the size in bytes of the last ECG block (CCineStore::AddECGData).
     std::int32_t frameCount{};
     std::uint32_t desc[descWords]{};   ///< words two to twelve of the data description, verbatim
     std::int32_t extra[extraValues]{}; ///< the caller's six integers, stored without interpretation

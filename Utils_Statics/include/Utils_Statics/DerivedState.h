@@ -11,29 +11,31 @@
 
 class zelXMLNode;
 
-/// An action state that follows from others: on when any of its sources is, or when all are. The
-/// file "button_states.xml" of the base protocol store defines them
+/// An action state that follows from others: on when any of its sources is on, or when all are. The
+/// file "button_states.xml" of the base protocol store defines these states
 /// (docs/formats/button-states.md).
 ///
-/// Derived states live from LoadAll to DestroyAll, neither of which may run while a state is being
-/// broadcast. Each computes on the thread that broadcasts its source, inside that broadcast.
+/// Derived states live from LoadAll to DestroyAll; neither may run while a state is being
+/// broadcast. Each state is computed on the thread that broadcasts its source, inside that
+/// broadcast.
 class UTILS_STATICS_API DerivedState : public IActionStateConsumer
 {
 public:
     DerivedState(const DerivedState&) = delete;
     DerivedState& operator=(const DerivedState&) = delete;
 
-    /// Keeps the source's value and broadcasts the state that follows, 0 or 1, also when it is what
-    /// it was. Only sources that have reported since LoadAll take part.
+    /// Keeps the source's value and broadcasts the resulting state, 0 or 1, even when it has not
+    /// changed. Only sources that have reported since LoadAll take part.
     void ActionStateChanged(const ActionStateInfo& source, int value) override;
 
-    /// Nothing follows from an action.
+    /// Does nothing, because no state follows from an action.
     void ActionNotification(ActionType type, int action, int param) override;
 
     ~DerivedState() override;
 
-    /// Replaces all derived states by those of the file. Nothing is broadcast. False, and there are
-    /// none, when the file cannot be read; elements that name no state are left out silently.
+    /// Replaces all derived states by those of the file. Nothing is broadcast. When the file cannot
+    /// be read, the result is false and there are no derived states. Elements that name no state
+    /// are left out silently.
     static bool LoadAll();
 
     static void DestroyAll();
@@ -48,6 +50,6 @@ private:
     static std::vector<std::unique_ptr<DerivedState>> m_derivedStates; // in file order
 
     ActionStateInfo state;
-    std::map<ActionStateInfo, std::int32_t> values; // of the sources that have reported
-    bool combineOr = false;                         // otherwise and
+    std::map<ActionStateInfo, std::int32_t> values; // the sources that have reported
+    bool combineOr = false;                         // false: all sources have to be on
 };

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-/// What a handler accepts while it holds the lock.
+/// The messages that a handler accepts while it holds the lock.
 enum LockType : int
 {
     LockNormal = 0,       // every pointer message
@@ -18,30 +18,29 @@ enum LockType : int
 /// A tool that takes part in the arbitration of the pointer (see MouseCapture).
 ///
 /// The application owns the handler and registers it with MouseCapture::Register; the base
-/// destructor unregisters it. A handler that holds the lock is to be unlocked before it is
-/// destroyed. All operations are called on the user-interface thread. From inside any of them a
-/// handler may lock, unlock, register, unregister or destroy handlers, itself included
-/// (MouseCapture.h states what happens then).
+/// destructor unregisters it. Unlock a handler that holds the lock before destroying it. All
+/// operations are called on the user-interface thread. Inside any of them a handler may lock,
+/// unlock, register, unregister or destroy handlers, itself included (MouseCapture.h states what
+/// happens then).
 class UTILS_STATICS_API IMouseHandler
 {
 public:
-    /// A pointer message forwarded to the owner of the lock. x, y are confined to the rectangle
-    /// given to MouseCapture::ClipCursor, if there is one. The answer says whether the message was
-    /// consumed.
+    /// Receives a pointer message as the owner of the lock. x and y are confined to the rectangle
+    /// given to MouseCapture::ClipCursor, if there is one. True when the message was consumed.
     virtual bool OnMouseInput(unsigned int message, unsigned int flags, int x, int y) = 0;
 
-    /// The handler loses the lock. Does nothing by default.
+    /// Called when the handler loses the lock. Does nothing by default.
     virtual void OnReleaseMouse();
 
-    /// Adds the points that the lock can step through, in the handler's own order; points comes in
-    /// empty and is valid during the call only. Adds none by default.
+    /// Adds the points that the lock can step through, in the handler's own order. points is empty
+    /// at first and valid during the call only. Adds none by default.
     virtual void GetAutoPoints(std::vector<POINT>& points);
 
-    /// The handler gains the lock, or another of its points becomes the active one: index, counted
-    /// from 0 in the order of GetAutoPoints. Does nothing by default.
+    /// Called when the handler gains the lock, or another of its points becomes the active one.
+    /// index counts from 0 in the order of GetAutoPoints. Does nothing by default.
     virtual void SetLock(int index);
 
-    /// Whether the handler can also be grabbed anywhere inside its background area. False by
+    /// True when the handler can also be grabbed anywhere inside its background area. False by
     /// default.
     virtual bool HasBackgroundPoint() const;
 
@@ -51,8 +50,8 @@ public:
     /// The place in the arbitration order, smaller first. 0 by default.
     virtual int GetLockOrder() const;
 
-    /// Gives the area in which a background grab is allowed (right and bottom edge excluded). rect
-    /// comes in empty.
+    /// Sets rect to the area in which a background grab is allowed (right and bottom edge
+    /// excluded). rect is empty at first.
     virtual void GetBackgroundRect(CRect& rect) = 0;
 
     /// The number of points that GetAutoPoints gives now.

@@ -2,16 +2,16 @@
 
 class IPrecisionHandler;
 
-/// An on-screen control that offers fine pointer control, a fine-adjust panel say. Owned by the
-/// application.
+/// An on-screen control that offers fine pointer control, for example a fine-adjust panel. The
+/// application owns it.
 class IPrecisionControl
 {
 public:
-    /// From now on handler wants the fine control; null: nobody does.
+    /// Says that from now on handler wants the fine control; null means that nobody does.
     virtual void SetHandler(IPrecisionHandler* handler) = 0;
 
 protected:
-    /// Not for deleting through: the application owns its controls. Not virtual, so that the one
-    /// operation is all.
+    /// Protected, because the application owns its controls. Not virtual, so that the virtual table
+    /// holds the one operation only.
     ~IPrecisionControl() = default;
 };

@@ -1,18 +1,19 @@
 #pragma once
 
-/// A tool that wants fine (precision) control of the pointer. It is passed to the controls that
-/// offer it, which call it; PrecisionMouse never does. Owned by the application.
+/// A tool that wants fine (precision) control of the pointer. PrecisionMouse passes it to the
+/// controls that offer such control; only these call it. The application owns it.
 class IPrecisionHandler
 {
 public:
-    /// The control moved the fine position by dx, dy steps (right and down positive).
+    /// Called when the control has moved the fine position by dx, dy steps (right and down
+    /// positive).
     virtual void OnPrecisionMove(int dx, int dy) = 0;
 
-    /// The user accepted the position that was reached.
+    /// Called when the user has accepted the position.
     virtual void OnPrecisionAccept() = 0;
 
 protected:
-    /// Not for deleting through: the application owns its handlers. Not virtual, so that the two
-    /// operations are all.
+    /// Protected, because the application owns its handlers. Not virtual, so that the virtual table
+    /// holds the two operations only.
     ~IPrecisionHandler() = default;
 };

@@ -4,22 +4,22 @@
 
 #include <afxcoll.h>
 
-/// Base of the application's single agent object, which is a list of texts, reachable from
-/// anywhere. The derived agent stores itself into m_agent; the library calls nothing of it.
+/// Base of the application's single agent object, a list of texts that is reachable from anywhere.
+/// The derived agent stores itself in m_agent; the library calls none of its operations.
 /// User-interface thread only.
 class UTILS_STATICS_API IProAgent : public CStringList
 {
 public:
-    /// The agent; null when there is none. It stays the application's.
+    /// The agent, which the application owns; null when there is none.
     static IProAgent* GetAgent() noexcept;
 
 protected:
     IProAgent();
 
-    /// Leaves the application without an agent, whichever object m_agent named.
+    /// Clears m_agent, whichever object it names.
     ~IProAgent() override;
 
-    /// The agent's work, the application's to define.
+    /// Does the agent's work, which the application defines.
     virtual void Execute() = 0;
 
     static IProAgent* m_agent;

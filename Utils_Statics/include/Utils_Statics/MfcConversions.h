@@ -10,7 +10,7 @@
 
 #include <string>
 
-/// Between the platform's value types and those of the product's utility library. Each conversion
+/// Conversions between the platform's value types and those of the product's utility library. Each
 /// comes in two forms: one returns the converted value, the other fills its second argument.
 namespace QOR_MFC_CONVERSIONS {
 
@@ -25,7 +25,7 @@ UTILS_STATICS_API void QOR_2_MFC(const URect& rect, CRect& converted);
 UTILS_STATICS_API URect MFC_2_QOR(const CRect& rect);
 UTILS_STATICS_API void MFC_2_QOR(const CRect& rect, URect& converted);
 
-/// All characters are copied, zero characters within the text too.
+/// All characters are copied, also zero characters within the text.
 UTILS_STATICS_API CString QOR_2_MFC(const std::wstring& text);
 UTILS_STATICS_API void QOR_2_MFC(const std::wstring& text, CString& converted);
 UTILS_STATICS_API std::wstring MFC_2_QOR(const CString& text);

@@ -9,48 +9,48 @@
 #include <optional>
 #include <vector>
 
-/// How the user points.
+/// The way the user points.
 enum InputType : int
 {
-    InputTrackball = 0, // the cursor stays confined; a next action steps through the points
-    InputPointer = 1    // pressing grabs the nearest point, releasing lets go; nothing else
+    InputTrackball = 0, // the cursor stays confined; LockNext steps through the points
+    InputPointer = 1    // pressing grabs the nearest point, releasing lets go
 };
 
-/// The arbitration of the pointer: which of the registered handlers owns it (the lock), how the
-/// lock moves from handler to handler and from point to point, and how the system cursor is
-/// confined meanwhile.
+/// The arbitration of the pointer. It decides which of the registered handlers owns the pointer
+/// (the lock), how the lock moves from handler to handler and from point to point, and how the
+/// system cursor is confined meanwhile.
 ///
-/// One arbitration per process, for the user-interface thread only; nothing is locked. Handlers are
-/// kept by pointer from Register to Unregister and never owned. Nothing here reports errors: a
-/// refused lock answers false.
+/// There is one arbitration per process, for the user-interface thread only, without a mutex. It
+/// keeps handlers by pointer from Register to Unregister and owns none. No errors are reported; a
+/// refused lock gives false.
 ///
-/// Calls from inside a handler's operations are allowed, and behave so:
-/// - A walk over the handlers visits those that were registered when it began, each once, as far as
-///   they still are when their turn comes.
+/// Calls from inside a handler's operations are allowed. They follow these rules:
+/// - A walk over the handlers visits those that were registered when it began, each once, unless
+///   one is no longer registered when its turn comes.
 /// - A handler that is destroyed is forgotten at once. It cannot win a walk that is under way, and
-///   it is told nothing any more. If it held the lock, nobody holds it. One that is only
-///   unregistered can still win, as it can be locked.
-/// - A handler that changes the lock while it is told that it loses it (OnReleaseMouse) is not told
-///   again. The change that it is told of then goes on, and so decides who holds the lock.
+///   it is told nothing any more. If it held the lock, nobody holds it then. A handler that is only
+///   unregistered can still win, because an unregistered handler can be locked.
+/// - A handler that changes the lock inside OnReleaseMouse is not told again. The change that
+///   called OnReleaseMouse goes on afterwards, so it decides who holds the lock.
 class MouseCapture
 {
 public:
-    /// Starts over with the area in which pointer messages are arbitrated (client pixels; right and
-    /// bottom edge excluded) and the input style. Nothing is confined afterwards; the lock and the
-    /// registered handlers stay.
+    /// Sets the area in which pointer messages are arbitrated (client pixels; right and bottom edge
+    /// excluded) and the input style. Forgets the rectangle of ClipCursor; the lock, the registered
+    /// handlers and the system cursor stay as they are.
     UTILS_STATICS_API static void Initialize(const CRect& lockRect, InputType input);
 
-    /// Inserts h by its lock order, behind those of equal order. Null, or one that is already
-    /// registered, changes nothing.
+    /// Inserts h by its lock order, behind those of equal order. Does nothing for null or a handler
+    /// that is already registered.
     UTILS_STATICS_API static void Register(IMouseHandler* h);
 
     /// Removes h if it is registered. Does not take the lock away from it.
     UTILS_STATICS_API static void Unregister(IMouseHandler* h);
 
-    /// Gives the lock to h (registered or not), at its point index (not checked); the old owner is
-    /// told first, also when it is h itself. Null only takes the lock away; the confinement of the
-    /// cursor stays in any case. False, and the old owner stays, when h may not be locked in the
-    /// current input style.
+    /// Gives the lock to h (registered or not), at its point index (not checked). The old owner is
+    /// told first, even when it is h itself. Null only takes the lock away. The confinement of the
+    /// cursor stays in every case. When h may not be locked in the current input style, the result
+    /// is false and the old owner stays.
     UTILS_STATICS_API static bool Lock(IMouseHandler* h, int index);
 
     /// Takes the lock away and ends the confinement to a handler's rectangle. Always true.
@@ -61,26 +61,27 @@ public:
     /// The handler that holds the lock, or null.
     UTILS_STATICS_API static const IMouseHandler* GetLock();
 
-    /// What Initialize was given last; before that trackball style and no area.
+    /// The values of the last Initialize; at first trackball style and no area.
     UTILS_STATICS_API static InputType GetInput();
     UTILS_STATICS_API static CRect GetLockRect();
 
-    /// The user's next action: the owner's next point, or else the next handler that has points, or
-    /// else one that has a background point, or else nobody. True when a point was locked. In
-    /// pointer style it only unlocks.
+    /// Carries out the user's next action. It locks the owner's next point, or else the next
+    /// handler that has points, or else one that has a background point, or else nobody. True when
+    /// a point was locked. In pointer style it only unlocks.
     UTILS_STATICS_API static bool LockNext();
 
-    /// To be called with every pointer message of the image view: message WM_..., flags MK_..., pt
-    /// in client pixels. Whether the message was consumed.
+    /// Call it with every pointer message of the image view: message WM_..., flags MK_..., pt in
+    /// client pixels. True when the message was consumed.
     UTILS_STATICS_API static bool HandleMouse(unsigned int message, unsigned int flags, POINT pt);
 
     /// Confines the pointer to rect (screen pixels), or with null only to the screen. In pointer
-    /// style the system's cursor is confined to the screen at most, and not at all while
-    /// utilsExam::CursorClippingDisabled is true. The answer is the one of the system's ClipCursor.
+    /// style the system's cursor is only confined to the screen. In both styles it is not confined
+    /// at all while utilsExam::CursorClippingDisabled is true. The result is that of the system's
+    /// ClipCursor.
     UTILS_STATICS_API static int ClipCursor(RECT* rect);
 
-    /// Whether the image is frozen (at first not), and whether the imaging screen is active (at
-    /// first it is): with both, LockNext does not wrap around.
+    /// Set whether the image is frozen (at first it is not) and whether the imaging screen is
+    /// active (at first it is). While both are true, LockNext does not wrap around.
     UTILS_STATICS_API static void SetFreeze(bool freeze);
     UTILS_STATICS_API static void SetImaging(bool imaging);
 
@@ -95,14 +96,14 @@ private:
     static void TellOwnerOfRelease();
     static void ForgetDestroyed(IMouseHandler* h);
 
-    static std::vector<IMouseHandler*>
-        m_handlers;          // in ascending lock order, defined among the static objects
-    static CRect m_clipRect; // empty: none
+    // In ascending lock order; defined among the static objects.
+    static std::vector<IMouseHandler*> m_handlers;
+    static CRect m_clipRect; // empty while there is none
     static CRect m_lockRect;
-    static int m_autoMethod; // index of the current point of the owner
+    static int m_autoMethod; // index of the owner's current point
     static IMouseHandler* m_capture;
     static InputType m_input;
-    static LockType m_lockType; // of the owner, as it was when it was locked
+    static LockType m_lockType; // the owner's type at the time of the lock
     static bool m_freeze;
     static bool m_imaging;
 };

@@ -6,22 +6,23 @@
 
 #include <set>
 
-/// Tells the controls that offer fine pointer control which handler wants it. For the
-/// user-interface thread only. Controls are kept by pointer from Register to Unregister and never
-/// owned; unregister one before destroying it.
+/// Tells the controls that offer fine pointer control which handler wants it. User-interface thread
+/// only. Controls are kept by pointer from Register to Unregister and not owned; unregister a
+/// control before destroying it.
 class PrecisionMouse
 {
 public:
-    /// Null, or a control that is already registered, changes nothing.
+    /// Does nothing for null or a control that is already registered.
     UTILS_STATICS_API static void Register(IPrecisionControl* control);
 
-    /// The control is told nothing any more. One that is not registered changes nothing.
+    /// Removes the control, which is told nothing any more. Does nothing for a control that is not
+    /// registered.
     UTILS_STATICS_API static void Unregister(IPrecisionControl* control);
 
     /// Calls SetHandler(handler) on every registered control, in ascending pointer order. A control
-    /// may register and unregister controls meanwhile, itself included: those that are registered
-    /// when their turn comes are told. When a control calls UpdateHandler meanwhile, all are told
-    /// of the newer handler, and then the rest of the older one.
+    /// may register and unregister controls meanwhile, itself included; a control is told if it is
+    /// registered when its turn comes. When a control calls UpdateHandler meanwhile, all are told
+    /// of the newer handler, and then the remaining ones of the older handler.
     UTILS_STATICS_API static void UpdateHandler(IPrecisionHandler* handler);
 
     /// Tells every control that nobody wants fine control.

@@ -9,15 +9,16 @@
 #include <atomic>
 
 /// Receives the network drivers' events and passes them to CStatusNetwork and CStatusWireless, on
-/// the thread that delivers them. Of a batch, only the first event that says anything counts.
+/// the thread that delivers them. Only the first event of a batch that says anything counts.
 ///
 /// An object counts the references to itself and destroys itself when the last one is released. The
-/// one that CWmiService made lives until the service has let go of it, too, without the service
-/// being counted: the platform may release its references at any time, before or after.
+/// object that CWmiService made also lives until the service lets go of it. The reference count
+/// does not include the service. The platform may release its references before the service lets go
+/// or after.
 class UTILS_STATICS_API QuerySink : public IWbemObjectSink
 {
 public:
-    /// Without a reference.
+    /// Makes an object without references.
     QuerySink() noexcept = default;
     QuerySink(const QuerySink&) = delete;
     QuerySink& operator=(const QuerySink&) = delete;
@@ -25,14 +26,13 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
-    /// Always WBEM_S_NO_ERROR. What the repaint callback throws ends here.
+    /// Always returns WBEM_S_NO_ERROR. An exception of the repaint callback ends here.
     HRESULT STDMETHODCALLTYPE Indicate(LONG count, IWbemClassObject** events) override;
     HRESULT STDMETHODCALLTYPE SetStatus(LONG flags, HRESULT result, BSTR text,
                                         IWbemClassObject* object) override;
     virtual ~QuerySink();
 
-    /// Where a client could be told of changes. The pointers are kept and never used: the events go
-    /// to the status items.
+    /// Stores a pointer and never uses it: the events go to the status items.
     void SetConnectionStatusPointer(bool* status) noexcept { m_connectionStatus = status; }
     void SetAdaptorStatusPointer(bool* status) noexcept { m_adaptorStatus = status; }
     void SetWirelessAdapterStatusPointer(bool* status) noexcept { m_wirelessStatus = status; }
@@ -48,11 +48,11 @@ private:
         stop
     };
 
-    /// What keeps the object: each reference, and the service, which no reference count shows. The
-    /// last to let go destroys it.
+    /// Each reference holds the object, and so does the service, which the reference count does not
+    /// include. The last LetGo destroys it.
     void Hold() noexcept;
     void LetGo() noexcept;
-    /// No event changes a status item any more; waits for one that is doing so.
+    /// Keeps events from changing a status item from now on; waits for one that is doing so.
     void Close() noexcept;
 
     Outcome HandleEvent(IWbemClassObject& event);
@@ -68,6 +68,6 @@ private:
     bool* m_localStatus = nullptr;
     unsigned int* m_wirelessSpeed = nullptr;
 
-    LONG m_holds = 0; // the references, and the service
+    LONG m_holds = 0; // the references and the service
     std::atomic<bool> m_isClosed = false;
 };

@@ -8,29 +8,29 @@
 
 class CriticalSection;
 
-/// A guard for the time in which the ordinary system cursor is needed: a dialog, say, or a pop-up
-/// over the imaging screen.
+/// A guard for the time in which the ordinary system cursor is needed, for example during a dialog
+/// or a pop-up over the imaging screen.
 ///
 /// The first live guard of the process tells the application's main window to show the cursor; the
 /// last one tells it to hide it. Every guard releases the mouse capture of its thread. Its
-/// destructor restores the cursor's confinement and the enabled state of the main window that it
-/// found. Guards end in the reverse order of their creation.
+/// destructor restores the cursor's confinement and the main window's enabled state as the
+/// constructor found them. Guards end in the reverse order of their creation.
 ///
-/// Guards may be created on any thread. The guards of other threads wait until the messages are
-/// answered. So while guards are created elsewhere, the main window's thread has to go on
-/// dispatching and must not create guards itself. Without an application or main window only the
-/// cursor is looked after.
+/// Guards may be created on any thread. While one sends its messages, the guards of other threads
+/// wait. So while guards are created on other threads, the main window's thread has to go on
+/// dispatching and must not create guards itself. Without an application or main window, guards
+/// only deal with the cursor.
 class ShowCursorHelper
 {
 public:
-    /// notify: the first and last guard also send WM_APP + 22.
+    /// With notify, the first and last guard also send WM_APP + 22.
     UTILS_STATICS_API explicit ShowCursorHelper(bool notify);
     UTILS_STATICS_API ~ShowCursorHelper();
 
-    /// A copy would be a guard that was never counted.
+    /// Deleted, because a copy would be a guard that was never counted.
     ShowCursorHelper(const ShowCursorHelper&) = delete;
 
-    /// Takes over what the other guard found; the number of live guards stays.
+    /// Takes over the state that the other guard found; the number of live guards stays.
     ShowCursorHelper& operator=(const ShowCursorHelper&) = default;
 
 private:

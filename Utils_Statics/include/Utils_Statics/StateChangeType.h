@@ -2,6 +2,6 @@
 
 #include <cstdint>
 
-/// What changed. The values are the application's, which completes this enumeration in a header of
-/// its own with the same underlying type; the library carries them without reading any.
+/// The kind of a state change. The application completes this enumeration in a header of its own
+/// with the same underlying type. The library passes the values on without reading them.
 enum StateChangeType : std::int32_t;

@@ -1,33 +1,34 @@
 #pragma once
 
-/// Everything that Utils_Statics.dll offers. These conventions hold wherever a declaration says
-/// nothing else:
+/// Everything that Utils_Statics.dll offers. These conventions hold unless a declaration says
+/// otherwise:
 ///
 /// 1. Ownership. A pointer or handle that is passed in stays the caller's. The library keeps it
-/// only
-///    where the declaration says so, until it is taken back: unregistered, replaced by null, or the
-///    registering object destroyed. Objects passed to a registry change hands. So do objects
-///    answered by value or as a new handle.
+///    only where the declaration says so, until it is unregistered, replaced by null, or its
+///    registering object is destroyed. An object passed to a registry then belongs to the registry.
+///    An object returned by value or as a new handle belongs to the caller.
 /// 2. Allocator. The library, the application and the libraries between them share one C++ run-time
 ///    library and therefore one heap. Strings, containers and objects may be created on one side
 ///    and destroyed on the other.
 /// 3. Strings. Texts are UTF-16 and null-terminated. Paths have backslashes. Narrow texts are ASCII
-///    keys. A text that is answered as a pointer lives as long as the library is loaded.
+///    keys. A text that is returned as a pointer lives as long as the library is loaded.
 /// 4. Threads. Everything is called on the user-interface thread, except the static setters and
-///    getters of the status items, which any thread may call. The library guards none of its state
-///    but those items' and the count of ShowCursorHelper; the logger and the string table, which it
+///    getters of the status items, which any thread may call. Locks guard only the state of those
+///    items and the count of ShowCursorHelper. The logger and the string table, which the library
 ///    calls, have locks of their own.
 /// 5. Null. A null text counts as an empty one. A null interface pointer is ignored. A null output
 ///    pointer is allowed only where the declaration names it.
-/// 6. Failures and exceptions. A failure is answered by the result: false, zero, an empty text, an
-///    invalid handle. Nothing throws. The only exception is want of memory, std::bad_alloc, at the
-///    operations that return texts, containers or the one object of a class: GetStr, TranslateStr,
-///    the functions of StringParse and QOR_MFC_CONVERSIONS; of utilsExam the members that return a
-///    CString or a std::wstring, StlListToMfcList and WrapStr; every getInstance and GetInstance,
-///    and the status items' setters, which call it. CWmiService::Initialize raises _com_error
-///    instead, for the name of the drivers' namespace, and so do getInstance and
-///    CStatusFactory::addItem when they connect. What a handler of the application throws passes
-///    through the operation that called it.
+/// 6. Failures and exceptions. The result tells of a failure: false, zero, an empty text, an
+///    invalid handle. Nothing throws but the following:
+///    - std::bad_alloc, for lack of memory, comes from the operations that return texts, containers
+///      or the one object of a class. These are GetStr, TranslateStr, the functions of StringParse
+///      and QOR_MFC_CONVERSIONS; the members of utilsExam that return a CString or a std::wstring,
+///      StlListToMfcList and WrapStr; every getInstance and GetInstance, and the status items'
+///      setters, which call it.
+///    - _com_error comes from CWmiService::Initialize when the name of the drivers' namespace
+///      cannot be allocated, and from CWmiService::getInstance and CStatusFactory::addItem when
+///      they connect.
+///    - An exception of a handler of the application passes through the operation that called it.
 
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/ActionRepository.h>

@@ -4,38 +4,39 @@
 
 #include <string>
 
-/// Writes one zip archive: files are compressed into it under names relative to a base folder.
+/// Writes one zip archive. Files are compressed into it under names relative to a base folder.
 ///
-/// An object is used by one thread at a time. A failure is a false result and a log line with the
-/// code of the zip library, at level 1 under the source Utils_Statics/ZipArchive; nothing throws.
-/// Memory does not grow with the files, only by some 100 bytes for each file added.
+/// One thread at a time uses an object. A failure gives a false result and a log line with the code
+/// of the zip library, at level 1 under the source Utils_Statics/ZipArchive; nothing throws. The
+/// memory needed does not depend on the size of the files; it grows by some 100 bytes for each
+/// file.
 class UTILS_STATICS_API ZipCompress
 {
 public:
     ZipCompress() = default;
-    /// Copies every member, the open archive included; not meant to be done while one is open,
-    /// because both objects would then close it.
+    /// Copies every member, the open archive included. Do not copy while one is open: both objects
+    /// would close it.
     ZipCompress(const ZipCompress&) = default;
     ZipCompress& operator=(const ZipCompress&) = default;
     virtual ~ZipCompress();
 
-    /// Closes the archive that is open and creates one, over a file that is there. False when it
-    /// cannot be created; no archive is open then. `path` has to be expressible in the system's
-    /// ANSI code page, because the zip library opens it by such a name.
+    /// Closes the archive that is open and creates a new one; an existing file is replaced. When it
+    /// cannot be created, the result is false and no archive is open. The system's ANSI code page
+    /// has to be able to express `path`, because the zip library opens the file by such a name.
     bool Create(const wchar_t* path) noexcept;
 
-    /// The prefix that AddFile takes off the paths it is given, exactly as it stands: "C:\data"
-    /// makes the entry "\a.txt" of C:\data\a.txt, and "C:\data\" makes "a.txt" of it.
+    /// Sets the prefix that AddFile removes from its paths, exactly as it stands: with "C:\data"
+    /// the file C:\data\a.txt becomes the entry "\a.txt", with "C:\data\" the entry "a.txt".
     void SetBasePath(const std::wstring& base);
 
     /// Compresses one file at the highest level, under its path without the base folder. A path
     /// that does not begin with the base folder, compared character by character, is kept whole.
-    /// The entry's name is in the system's ANSI code page, its time the file's last write in local
-    /// time.
+    /// The entry's name is in the system's ANSI code page. Its time is that of the file's last
+    /// write, in local time.
     ///
-    /// False when any step fails, no archive is open, or it has 65535 entries, which is as many as
-    /// other programs can read. The entry is in the archive even when the file could not be opened
-    /// (it is empty then) or could not be read to its end.
+    /// False when a step fails, no archive is open, or it already has 65535 entries, because other
+    /// programs cannot read more. The entry is in the archive even when the file cannot be opened
+    /// (it is then empty) or cannot be read to its end.
     bool AddFile(const wchar_t* path) noexcept;
 
     /// Writes the archive's directory, without which no archive can be read, and closes it. Does
@@ -43,8 +44,8 @@ public:
     void Close() noexcept;
 
 protected:
-    /// The time of a file's last write, in local time: the DOS date in the high 16 bits, the DOS
-    /// time in the low ones. False, and nothing stored, when there is no such file.
+    /// Stores the local time of a file's last write: the DOS date in the high 16 bits, the DOS time
+    /// in the low ones. When there is no such file, the result is false and nothing is stored.
     static bool FileTime(const wchar_t* path, unsigned long& dosDateTime);
 
 private:

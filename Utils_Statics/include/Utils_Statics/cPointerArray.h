@@ -6,15 +6,15 @@
 #include <new>
 #include <stdexcept>
 
-/// A growing array of pointers, in the order they were added. It owns none of what they point to.
-/// Its size is a member of its own, because its users read the size again at every step of a walk.
+/// A growing array of pointers, in the order they were added. It does not own the objects. The size
+/// is a member of its own, because users read it again at every step of a walk.
 template <class T>
 class cPointerArray
 {
 public:
     cPointerArray() noexcept = default;
     cPointerArray(const cPointerArray& other) noexcept { *this = other; }
-    /// The array stays as it is when there is no memory for the copy.
+    /// Leaves the array as it is when there is no memory for the copy.
     cPointerArray& operator=(const cPointerArray& other) noexcept
     {
         if (this == &other || !Reserve(other.m_size)) return *this;
@@ -35,7 +35,7 @@ public:
 
     bool Contains(const T* item) const noexcept { return Find(item) != End(); }
 
-    /// Whether `item` is in the array; quick when it still is at `index`.
+    /// True when `item` is in the array; quick when it is still at `index`.
     bool Contains(const T* item, std::uint32_t index) const noexcept
     {
         if (index < m_size && m_items[index] == item) [[likely]]
@@ -52,7 +52,8 @@ public:
         return true;
     }
 
-    /// Moves what follows one place forward. Nothing happens when `item` is not in the array.
+    /// Removes `item`; what follows it moves one place forward. Does nothing when `item` is not in
+    /// the array.
     void Remove(const T* item) noexcept
     {
         T** const found = Find(item);

@@ -4,6 +4,6 @@
 struct cPreProcessor
 {
     /// A type without values. A signature with fewer than five arguments fills its last places with
-    /// pointers to it.
+    /// pointers to this type.
     struct unusable;
 };

@@ -7,30 +7,28 @@
 
 #include <sys/timeb.h>
 
-/// What a signal and a slot have in common. A signal calls its slots in the order they were
-/// connected; either side may be destroyed first. Arguments are P1 to P5, of which a slot's method
-/// takes the first ones; the places that a signature does not need are cPreProcessor::unusable
-/// pointers.
+/// The common part of signals and slots. A signal calls its slots in the order they were connected;
+/// either side may be destroyed first. A slot's method takes the first ones of the arguments P1 to
+/// P5; the places that a signature does not need are cPreProcessor::unusable pointers.
 ///
-/// Every object belongs to one thread, the user-interface thread in the application: nothing here
+/// Every object belongs to one thread, in the application the user-interface thread; nothing here
 /// takes a lock.
 template <class Result, class P1, class P2, class P3, class P4, class P5>
 class cSigSlotBase
 {
 public:
-    /// What an invocation gives: a 32-bit value, 0 where the signature has no result.
+    /// The result of an invocation: a 32-bit value, 0 when the signature has no result.
     using ResultType = std::conditional_t<std::is_void_v<Result>, std::int32_t, Result>;
     static_assert(sizeof(ResultType) == 4, "results are 32-bit values");
 
     cSigSlotBase(const cSigSlotBase&) = delete;
 
-    /// False for an object that cannot take part: a slot without object or method. Such an object
-    /// is never connected.
+    /// False for a slot without object or method, which is never connected.
     virtual bool IsValid() const noexcept = 0;
 
-    /// One operation for each number of arguments. What a called method throws comes out of them,
-    /// and nothing else does. The busy flag then stays set, so that the object is never invoked
-    /// again. Deliberate.
+    /// Each number of arguments has its own operation. These throw nothing but the exceptions of
+    /// the called methods. After one the busy flag deliberately stays set, so that the object is
+    /// never invoked again.
     virtual ResultType Call5(P1 p1, P2 p2, P3 p3, P4 p4, P5 p5) = 0;
     virtual ResultType Call4(P1 p1, P2 p2, P3 p3, P4 p4) = 0;
     virtual ResultType Call3(P1 p1, P2 p2, P3 p3) = 0;
@@ -38,12 +36,13 @@ public:
     virtual ResultType Call1(P1 p1) = 0;
     virtual ResultType Call0() = 0;
 
-    /// For diagnostics only; a text that outlives this object.
+    /// The name is for diagnostics only; the text outlives this object.
     const char* GetName() const noexcept { return m_name; }
     void SetName(const char* name) noexcept { m_name = name; }
 
-    /// Least time between two invocations in milliseconds; 0 means no limit. An attempt made sooner
-    /// than this after the previous attempt, suppressed or not, is suppressed and gives `result`.
+    /// Sets the least time between two invocations in milliseconds; 0 means no limit. An attempt
+    /// that comes sooner after the previous one, suppressed or not, is suppressed and gives
+    /// `result`.
     void SetMinimumInterval(std::uint32_t milliseconds, ResultType result = {}) noexcept
     {
         m_minimumInterval = milliseconds;
@@ -51,7 +50,8 @@ public:
     }
     std::uint32_t GetMinimumInterval() const noexcept { return m_minimumInterval; }
 
-    /// What an invocation gives while another one of this object is under way; 0 by default.
+    /// Sets the result of an invocation while another one of this object is under way; 0 by
+    /// default.
     void SetResultWhenBusy(ResultType result) noexcept { m_resultWhenBusy = result; }
     bool IsBusy() const noexcept { return m_busy != 0; }
 
@@ -73,15 +73,15 @@ protected:
     /// True for an object of the other kind; those of one kind are never connected to each other.
     bool IsOtherKind(const cSigSlotBase& other) const noexcept { return m_kind != other.m_kind; }
 
-    /// Appends each to the other's peers, unless it is there already. Without memory for both
-    /// neither knows the other.
+    /// Appends each to the other's peers, unless it is there already. When there is no memory for
+    /// both, neither comes to know the other.
     static void Link(cSigSlotBase& signal, cSigSlotBase& slot) noexcept
     {
         if (slot.AddPeer(signal) && !signal.AddPeer(slot)) slot.m_peers.Remove(&signal);
     }
 
-    /// Takes over every field but the kind. The peers' own lists stay as they are. Deliberate: no
-    /// signal calls this object that did not know it before.
+    /// Takes over every field but the kind. The peers' own lists deliberately stay as they are, so
+    /// that only signals that knew this object before call it.
     void CopyFields(const cSigSlotBase& other) noexcept
     {
         m_name = other.m_name;
@@ -94,8 +94,8 @@ protected:
     }
 
     /// Removes this object from the list of every peer that knows it, and frees its own list. What
-    /// follows it in a peer's list moves one place forward. Deliberate: an emission under way that
-    /// has reached or passed this object therefore passes over the next one.
+    /// follows it in a peer's list moves one place forward. So an emission under way that has
+    /// reached or passed this object deliberately passes over the next one.
     void DisconnectAll() noexcept
     {
         for (std::uint32_t i = 0; i < m_peers.Size(); ++i)
@@ -103,7 +103,7 @@ protected:
         m_peers.Free();
     }
 
-    /// True when this attempt comes too early. Every attempt starts the interval anew. Deliberate:
+    /// True when this attempt comes too early. Every attempt deliberately restarts the interval, so
     /// a steady stream of early attempts stays suppressed.
     bool IsThrottled()
     {
@@ -117,14 +117,14 @@ protected:
 
     bool HasPeer(std::uint32_t index) const noexcept { return index < m_peers.Size(); }
 
-    /// Whether `peer`, which was at `index`, still is among the peers: then it was not destroyed.
+    /// True when `peer`, which was at `index`, is still among the peers, hence not destroyed.
     bool IsStillPeer(const cSigSlotBase& peer, std::uint32_t index) const noexcept
     {
         return m_peers.Contains(&peer, index);
     }
 
-    /// Sets the address that stands for a slot's type and the method it is bound to. It is null for
-    /// any other object.
+    /// Sets the address that stands for a slot's type and the method it is bound to; null by
+    /// default.
     void SetMethodTag(const char* tag) noexcept { m_methodTag = tag; }
     static const char* MethodTag(const cSigSlotBase& object) noexcept { return object.m_methodTag; }
 

@@ -11,7 +11,7 @@
 /// an emission is dropped, not queued.
 ///
 /// UsualMethod is the method that most slots are bound to (by cSlot::Bind<method>), or null. It
-/// changes nothing but the speed: such slots are called without going through their virtual table.
+/// only changes the speed: such slots are called without going through their virtual table.
 template <class Result, class P1, class P2, class P3, class P4, class P5,
           auto UsualMethod = nullptr>
 class cSignal final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
@@ -21,7 +21,7 @@ class cSignal final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 public:
     using typename Base::ResultType;
 
-    /// Works one slot's result into the running one; false ends the emission.
+    /// Combines one slot's result with the running one; false ends the emission.
     using Combiner = bool (*)(ResultType* running, ResultType result);
 
     explicit cSignal(const char* name = "NoName-Signal") noexcept : Base(Base::kindSignal, name) {}
@@ -30,16 +30,16 @@ public:
     cSignal(const cSignal&) = delete;
     cSignal& operator=(const cSignal&) = delete;
 
-    /// Appends each to the other's peers, unless it is there already. Nothing happens with another
-    /// signal, with a slot that is not bound, and when memory is short.
+    /// Appends each to the other's peers, unless it is there already. Does nothing for another
+    /// signal, for a slot that is not bound, and when memory is short.
     void Connect(Base& slot) noexcept
     {
         if (this->IsOtherKind(slot) && slot.IsValid()) Base::Link(*this, slot);
     }
 
-    /// Null gives back the default, which goes on always and leaves the running result alone.
+    /// Null restores the default, which always goes on and leaves the running result as it is.
     void SetCombiner(Combiner combiner) noexcept { m_combiner = combiner; }
-    /// The running result that an emission starts with; 0 by default.
+    /// Sets the running result that an emission starts with; 0 by default.
     void SetInitialResult(ResultType result) noexcept { m_initialResult = result; }
 
     bool IsValid() const noexcept override { return true; }
@@ -65,7 +65,7 @@ private:
         ResultType running = m_initialResult;
         for (std::uint32_t i = 0; this->HasPeer(i); ++i)
             if (!Combine(&running, CallSlot(i, arguments...))) break;
-        // Not reached when a method throws. Deliberate: the signal then stays silent.
+        // Deliberately not reached when a method throws: the signal then stays silent.
         this->SetBusy(false);
         return running;
     }
@@ -123,5 +123,5 @@ private:
         MethodTraits<decltype(UsualMethod)>::argumentCount == argumentCount;
 
     ResultType m_initialResult = {};
-    Combiner m_combiner = nullptr; // null: the default one, which goes on always
+    Combiner m_combiner = nullptr; // null: the default, which always goes on
 };

@@ -5,10 +5,10 @@
 #include <memory>
 #include <new>
 
-/// Calls a method of one object when a signal it is connected to is emitted. Unbound at first; a
-/// slot without object or method, or bound when memory is short, is connected to nothing and calls
-/// nothing. The object must live as long as the slot is bound to it; usually the slot is a member
-/// of it.
+/// Calls a method of one object when a signal that it is connected to is emitted. A new slot is
+/// unbound. A slot without object or method, or bound when memory is short, is connected to nothing
+/// and calls nothing. The object must live as long as the slot is bound to it; usually the slot is
+/// a member of the object.
 template <class Receiver, class Result, class P1, class P2, class P3, class P4, class P5>
 class cSlot final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 {
@@ -26,8 +26,9 @@ public:
 
     cSlot() noexcept : Base(Base::kindSlot, "Uninitialized-Slot") {}
 
-    /// Copies everything but the binding, so that a slot calls only the object it was bound to. No
-    /// signal learns of the copy. Deliberate: a signal calls only what was connected to it.
+    /// Copies everything but the binding, so that a slot calls only the object it was bound to.
+    /// Deliberately, no signal learns of the copy: a signal calls only slots that were connected to
+    /// it.
     cSlot(const cSlot& other) noexcept : cSlot() { this->CopyFields(other); }
     cSlot& operator=(const cSlot& other) noexcept
     {
@@ -70,7 +71,7 @@ private:
     template <class, class, class, class, class, class, auto>
     friend class cSignal;
 
-    // m_argumentCount tells which one is set.
+    // m_argumentCount tells which method is set.
     union Methods {
         Method0 take0 = nullptr;
         Method1 take1;
@@ -166,10 +167,10 @@ private:
     static constexpr std::size_t notBound = static_cast<std::size_t>(-1);
 
     template <auto method>
-    static constexpr char methodTag = 0; // its address tells this type of slot and the method
+    static constexpr char methodTag = 0; // its address stands for this type of slot and the method
 
     Receiver* m_object = nullptr;
     Methods m_methods;
     std::size_t m_argumentCount = notBound;
-    std::shared_ptr<char> m_life; // ends with this slot; set when it is bound
+    std::shared_ptr<char> m_life; // set when the slot is bound, ends with the slot
 };

@@ -2,7 +2,7 @@
 
 #include <Utils_Statics/export.h>
 
-/// Which trace of a block, in the order in which they lie there.
+/// The traces of a block, in the order in which they lie there.
 enum eTraceType : int
 {
     eTraceEnvelopeForward = 0,
@@ -12,7 +12,7 @@ enum eTraceType : int
 };
 
 /// A view of one block of spectral trace bytes that holds several traces of equal length back to
-/// back. The block stays its owner's, who keeps it alive while it is looked at; copies view the
+/// back. The block belongs to its owner, who keeps it alive while a view is used; copies view the
 /// same block.
 class UTILS_STATICS_API spectralTraceData
 {
@@ -20,7 +20,7 @@ public:
     /// An empty view.
     spectralTraceData() noexcept;
 
-    /// Views size bytes at data, which hold sets traces. Nothing is checked or copied.
+    /// Views size bytes at data that hold sets traces. Checks and copies nothing.
     void setData(unsigned char* data, int size, int sets) noexcept;
 
     /// Empties the view; frees nothing.
@@ -33,11 +33,11 @@ public:
     unsigned char* getData() const noexcept;
     int getSize() const noexcept;
 
-    /// Bytes of one trace, rounded toward zero; 0 when there are no traces.
+    /// The bytes of one trace, rounded toward zero; 0 when there are no traces.
     int getSetSize() const noexcept;
 
     /// The start of a trace, or null for an empty view. A type outside the enumeration means the
-    /// first trace. Whether the block has that many traces is the caller's to know.
+    /// first trace. The caller has to know that the block has that many traces.
     unsigned char* getDataSet(eTraceType type) const noexcept;
 
 private:
