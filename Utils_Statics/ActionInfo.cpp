@@ -16,7 +16,7 @@ bool ActionInfo::Load(const zelXMLNode& node)
 try {
     if (!node.isValid()) return false;
     type = CProActionCollection::MapActionType(node.getAttribute(L"actionType"));
-    // An action's code is one within its type, so the type has to be known before.
+    // An action's code counts within its type, so the type has to be known first.
     action = CProActionCollection::MapAction(type, node.getAttribute(L"action"));
     param = node.getAttributeInt(L"actionParam", 0);
     name = node.getAttribute(L"name");

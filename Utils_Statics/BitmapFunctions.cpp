@@ -8,12 +8,12 @@ using namespace utils_statics;
 
 namespace {
 
-// One call to GDI+ for each pixel, for the formats whose pixels it does not lend out.
+// Calls GDI+ for each pixel, for formats whose pixels cannot be locked.
 void GreyPixelByPixel(Gdiplus::Bitmap& bitmap, int alpha)
 {
     const int width = static_cast<int>(bitmap.GetWidth());
     const int height = static_cast<int>(bitmap.GetHeight());
-    Gdiplus::Color colour; // of the pixel before, where one cannot be read
+    Gdiplus::Color colour; // stays the previous pixel's when one cannot be read
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             bitmap.GetPixel(x, y, &colour);
@@ -23,7 +23,7 @@ void GreyPixelByPixel(Gdiplus::Bitmap& bitmap, int alpha)
         }
 }
 
-// The colour of a COLORREF in the order of a pixel.
+// The colour of a COLORREF in the byte order of a pixel.
 std::uint32_t PixelOf(COLORREF colour)
 {
     return static_cast<std::uint32_t>(RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));

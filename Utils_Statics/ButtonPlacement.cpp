@@ -45,7 +45,7 @@ void ButtonPlacement::Load(const zelXMLNode& node)
 void ButtonPlacement::Save(const zelXMLNode& node) const
 {
     node.setAttribute(L"name", name);
-    if (check) node.setAttributeInt(L"check", 1); // no else: a "check" that is there stays
+    if (check) node.setAttributeInt(L"check", 1); // no else: an existing "check" stays
     if (grid.IsValid())
         grid.Save(node.getChildByName(gridElement, true));
     else

@@ -4,8 +4,8 @@
 
 namespace {
 
-// Where the mask is 1 the source, where it is 0 the target as it is (0x00AA0029 is the operation
-// that changes nothing).
+// Copies the source where the mask is 1 and leaves the target as it is where the mask is 0
+// (0x00AA0029 is the operation that changes nothing).
 constexpr DWORD copyMasked = MAKEROP4(SRCCOPY, 0x00AA0029U);
 
 CRect ClientRect(const CWnd& window)
@@ -29,7 +29,7 @@ BEGIN_MESSAGE_MAP(CBufferedWnd, CWnd)
     ON_WM_PAINT()
 END_MESSAGE_MAP()
 
-// The members go in the reverse order of their declaration: the buffer first.
+// Destroys the members in the reverse order of their declaration: the buffer first.
 CBufferedWnd::~CBufferedWnd() = default;
 
 // The name is passed by value: contract.
@@ -134,5 +134,5 @@ void CBufferedWnd::EndModalState()
     ::EnableWindow(m_hWnd, TRUE);
 }
 
-// Deliberately nothing: the owner deletes the object, not the end of its window.
+// Deliberately does nothing: the owner deletes the object, not the end of its window.
 void CBufferedWnd::PostNcDestroy() {}

@@ -20,9 +20,9 @@ void CopyDescription(std::uint32_t (&words)[CineHeader::descWords], const uDataD
                 sizeof words);
 }
 
-// Takes off the file what a failed write has left behind `end`: the next block has to follow the
-// last complete one. Not by the number of bytes that the write reports, because that can be 0 after
-// a part was written.
+// Removes what a failed write has left behind `end`, because the next block has to follow the last
+// complete one. The number of bytes that the write reports is no help: it can be 0 after a part was
+// written.
 void CutBack(std::FILE* file, long long end)
 {
     std::clearerr(file);
@@ -66,7 +66,7 @@ bool CCineStore::CreateFile(const CString& fileName)
 bool CCineStore::AddFrame(void* data, int size)
 {
     if (!AppendBlock(data, size)) return false;
-    // Wraps like the 32-bit field that it is.
+    // The count wraps like the 32-bit field that it is.
     frameCount = static_cast<std::int32_t>(static_cast<std::uint32_t>(frameCount) + 1);
     return true;
 }
@@ -74,15 +74,15 @@ bool CCineStore::AddFrame(void* data, int size)
 bool CCineStore::AddECGData(void* data, int size)
 {
     if (!AppendBlock(data, size)) return false;
-    frameCount =
-        size; // replaces the count: readers of ECG files expect the size of the last block here
+    // Replaces the count, because readers of ECG files expect the size of the last block here.
+    frameCount = size;
     return true;
 }
 
 bool CCineStore::AppendBlock(const void* data, int size)
 {
     if (!file || !data || size <= 0) return false;
-    const long long end = _ftelli64(file); // negative for what has no positions, a pipe
+    const long long end = _ftelli64(file); // negative for a file without positions, such as a pipe
     if (std::fwrite(data, static_cast<std::size_t>(size), 1, file) == 1) return true;
     CutBack(file, end);
     return false;
@@ -101,8 +101,8 @@ bool CCineStore::EndStorage()
 void CCineStore::Announce() const
 {
     if (!completeCallback) return;
-    // A copy, because the callback may start the next file, which records its own path. Without
-    // memory for it the callback gets the path itself.
+    // The callback gets a copy, because it may start the next file, which records its own path.
+    // Without memory for the copy it gets the path itself.
     const std::unique_ptr<wchar_t, decltype(&std::free)> copy(_wcsdup(path), &std::free);
     completeCallback(copy ? copy.get() : path.GetString(), userData);
 }

@@ -20,7 +20,7 @@ constexpr int RoundedDownToFour(int size)
     return size & ~3;
 }
 
-// The stream's rate over rateScale, truncated toward zero; 0 for what is no rate.
+// The stream's rate over rateScale, truncated toward zero; 0 when `fps` is no rate.
 DWORD StreamRate(double fps)
 {
     const double scaled = fps * rateScale;
@@ -80,7 +80,7 @@ try {
 bool CCineStoreAVI::InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                                 const std::vector<CRect>& layout, unsigned short bitCount)
 try {
-    stream->Close(); // of a recording that was not ended, whatever becomes of this one
+    stream->Close(); // ends a recording left open, even if this one is refused
     const CString codec = RecordCodec();
     const bool compressed = codec != uncompressed;
     if (!fileName || !PrepareFrame(background, width, height, layout, bitCount)) return false;

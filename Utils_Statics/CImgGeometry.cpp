@@ -61,8 +61,8 @@ int Depth(const Imaging& imaging, int sample)
                                 (2.0 * imaging.samplingFreq));
 }
 
-// The box of the circle of constant depth. Deliberately one pixel larger at the right and the
-// bottom than at the left and the top, and not put in order again after flipping.
+// The box of the circle of constant depth. It is deliberately one pixel larger at the right and the
+// bottom than at the left and the top, and its edges are not put in order after flipping.
 CRect ArcBox(const Imaging& imaging, int sample)
 {
     const int radius = base::wrap::Add(Depth(imaging, sample), imaging.probe->radius);
@@ -83,8 +83,8 @@ CRect ArcBox(const Imaging& imaging, int sample)
     return box;
 }
 
-// Whether GDI can be asked for an arc of this box. One of more than half a million pixels is on no
-// device, and GDI implementations have been seen to fail on it.
+// True when GDI can be asked for an arc of this box. No device shows one of more than half a
+// million pixels, and GDI implementations have been seen to fail on it.
 bool Drawable(const CRect& box)
 {
     constexpr long long most = 1 << 19;
@@ -101,7 +101,7 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
     if (!dc) return;
     const bool reversed =
         (imaging.probe->radius < 0) != ((imaging.flip & qor_utils::flipTopBottom) != 0);
-    // A tie starts at p2, or at p1 when reversed.
+    // When both x are equal, the arc starts at p2, or at p1 when reversed.
     const bool fromFirst = (p1.x < p2.x) != reversed;
     const UPoint& start = fromFirst ? p1 : p2;
     const UPoint& end = fromFirst ? p2 : p1;
@@ -110,15 +110,15 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
     ::Arc(dc->m_hDC, box.left, box.top, box.right, box.bottom, start.x, start.y, end.x, end.y);
 }
 
-// The straight line from p1 to p2 on a probe that is not curved, clipped to the sector edges where
-// that is due.
+// Draws the straight line from p1 to p2 on a probe that is not curved. It is clipped to the sector
+// edges unless the probe is linear or the sector extended.
 URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2,
                   const ULine& clip1, const ULine& clip2)
 {
     if (imaging.ProbeType() == qor_utils::linearProbe) return DrawStraight(dc, p1, p2);
     const ULine line{p1.x, p1.y, p2.x, p2.y};
     ULine out = line;
-    // What is left in `out` is drawn even when neither edge clips.
+    // `out` is drawn even when neither edge clips.
     if (imaging.scanB == 0 && !CImgGeometry::ClipLines(dc, line, clip1, out, true))
         CImgGeometry::ClipLines(dc, line, clip2, out, false);
     return DrawStraight(dc, {out.x1, out.y1}, {out.x2, out.y2});

@@ -11,7 +11,7 @@
 
 namespace {
 
-// As the compilers of Windows have them, on both architectures.
+// The compilers of Windows have these sizes on both architectures.
 static_assert(sizeof(unsigned) == sizeof(DWORD) && sizeof(unsigned short) == sizeof(wchar_t));
 
 // The low half of a translation's word is the language, the high half the code page.
@@ -55,10 +55,10 @@ int CMiniVersion::Init() noexcept
     return 1;
 }
 
-// False when there is no version resource, or one that cannot be asked for anything.
+// False when there is no version resource or it is unusable.
 bool CMiniVersion::ReadVersionData() noexcept
 {
-    // The platform reads a little behind the last node, to find that there is none.
+    // The platform reads a little behind the last node to find the end of the nodes.
     constexpr std::size_t behind = 16;
     const auto layout = utils_statics::LayoutOfVersionResource(m_modulePath);
     DWORD unused = 0;
@@ -91,7 +91,7 @@ int CMiniVersion::GetFixedInfo(VS_FIXEDFILEINFO& info) const noexcept
     const void* value = nullptr;
     unsigned size = 0;
     if (!Query(L"\\", value, size) || size < sizeof info) return 0;
-    std::memcpy(&info, value, sizeof info); // it may stand anywhere
+    std::memcpy(&info, value, sizeof info); // it need not be aligned
     return 1;
 }
 
@@ -156,7 +156,7 @@ int CMiniVersion::CopyText(const wchar_t* text, unsigned short* out, int len) no
     if (!out) return 0;
     if (len <= 0) return 1;
     const auto room = static_cast<std::size_t>(len);
-    std::memset(out, 0, room); // bytes: deliberate
+    std::memset(out, 0, room); // deliberately bytes, not characters
     const std::size_t size = wcsnlen(text, room - 1);
     std::memcpy(out, text, size * sizeof(wchar_t));
     out[size] = 0;

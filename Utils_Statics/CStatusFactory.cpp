@@ -16,14 +16,14 @@ void CStatusFactory::addItem(IStatusItem* item)
 {
     try {
         m_statusItems.push_back(item);
-    } catch (const std::bad_alloc&) { // it is not in the row then
+    } catch (const std::bad_alloc&) { // the item is then not in the row
     }
     CWmiService::getInstance()->Update();
 }
 
 void CStatusFactory::destroyInstance()
 {
-    // Events would still come in while the items go.
+    // Otherwise events would still come in while the items are destroyed.
     CWmiService::StopEvents();
     for (IStatusItem* const item : m_statusItems)
         delete item;

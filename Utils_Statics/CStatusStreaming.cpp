@@ -27,9 +27,9 @@ constexpr Gdiplus::REAL addressSize = 8; // points
 
 // State, timer and blink phase change together, so that no late timer darkens a lit icon.
 constinit base::SlimLock s_blinkLock;
-// The timer that blinks now; 0 for none.
+// The timer of the current blinking; 0 for none.
 constinit std::uint32_t s_blinkTimer = 0;
-// Held by the timer's thread while it uses the item, shared, because callbacks may call setters.
+// The timer's thread holds it while it uses the item; shared, because callbacks may call setters.
 constinit base::SlimLock s_itemInUse;
 
 std::wstring NoAddress()
@@ -37,8 +37,8 @@ std::wstring NoAddress()
     return std::wstring(View(GetStr("streaming.noipaddress")));
 }
 
-// What is written over the icon: this computer's address, unless that reaches nobody else; nothing
-// when memory is short.
+// The text over the icon: this computer's address, or the text for no address when only the
+// computer itself can reach that; empty when memory is short.
 std::wstring AddressCaption()
 try {
     const CString address = utilsExam::GetLocalIP();
@@ -57,7 +57,7 @@ CStatusStreaming::CStatusStreaming() : m_ipAddress(NoAddress()) {}
 
 CStatusStreaming::~CStatusStreaming()
 {
-    const std::lock_guard lastUse(s_itemInUse); // waits for a call of the timer
+    const std::lock_guard lastUse(s_itemInUse); // waits for a running call of the timer
     if (m_me == this) s_blinkTimer = 0;
     timeKillEvent(m_timerId);
 }
@@ -102,10 +102,10 @@ void CStatusStreaming::updateVisibleState()
     setBlinkState();
 }
 
-// Called with the lock held.
+// The caller holds s_blinkLock.
 void CStatusStreaming::setBlinkState()
 {
-    timeKillEvent(m_timerId); // also one that has ended already
+    timeKillEvent(m_timerId); // harmless for one that has ended already
     s_blinkTimer = 0;
     if (m_streaming != StreamingToDisk) {
         m_blinkOff = false;
@@ -121,13 +121,13 @@ void CALLBACK CStatusStreaming::StatusMessageTimer(UINT timer, UINT, DWORD_PTR, 
     const std::shared_lock inUse(s_itemInUse);
     {
         const std::lock_guard lock(s_blinkLock);
-        if (timer == 0 || timer != s_blinkTimer) return; // a late call of a timer that was ended
+        if (timer == 0 || timer != s_blinkTimer) return; // a late call of an ended timer
         CStatusStreaming* const item = m_me;
         item->m_blinkOff = !item->m_blinkOff;
     }
     try {
         m_me.load()->issueUpdate();
-    } catch (...) { // nothing may be thrown into the platform's thread
+    } catch (...) { // the platform's thread must not see an exception
     }
 }
 
@@ -137,7 +137,7 @@ bool CStatusStreaming::isVisible() const
     return (m_enabled && status != StreamingOff) || status == StreamingToDisk;
 }
 
-// By the state alone, also while the item is not visible.
+// The state alone decides, even while the item is not visible.
 std::wstring CStatusStreaming::getPath() const
 {
     switch (m_streaming) {

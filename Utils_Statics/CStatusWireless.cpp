@@ -10,7 +10,7 @@ using namespace utils_statics;
 
 namespace {
 
-// Of a quality up to 100; below zero it is unknown or very bad.
+// The icon of a quality up to 100; a quality below zero is unknown or very bad.
 const wchar_t* IconOf(std::int32_t quality)
 {
     if (quality < 20) return L"status/wireless1.png";

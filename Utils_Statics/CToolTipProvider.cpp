@@ -14,7 +14,7 @@ namespace {
 
 constexpr LPARAM widestLine = 1024; // pixels
 
-// The control's own class, which the platform registers on demand.
+// Makes the platform register the control's own class.
 void RegisterTooltipClass()
 {
     const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_BAR_CLASSES};
@@ -72,7 +72,7 @@ CToolTipProvider::~CToolTipProvider()
 
 void CToolTipProvider::Share(const CToolTipProvider& other)
 {
-    if (other.m_timer && !other.m_timer->Join(*this)) return; // it goes on with none of its own
+    if (other.m_timer && !other.m_timer->Join(*this)) return; // memory is short: shares no tip
     m_window = other.m_window;
     m_tool = other.m_tool;
     m_timer = other.m_timer;
@@ -106,7 +106,7 @@ void CToolTipProvider::DestroyToolTip()
         m_window = nullptr;
         return;
     }
-    delete timer; // and its window
+    delete timer; // destroys its window too
     if (!m_window) return;
     CancelToolTip();
     DestroyWindow(std::exchange(m_window, nullptr));
@@ -125,7 +125,7 @@ void CToolTipProvider::SetToolTip(const wchar_t* text, const wchar_t* title, POI
     const bool shown = *OrEmpty(text) != L'\0';
     if (shown) {
         SendMessageW(m_window, TTM_SETMAXTIPWIDTH, 0, widestLine);
-        m_tool.lpszText = const_cast<wchar_t*>(text); // read, and copied, during the call
+        m_tool.lpszText = const_cast<wchar_t*>(text); // read and copied during the call
         Send(TTM_UPDATETIPTEXTW, 0);
         m_tool.lpszText = const_cast<wchar_t*>(L"");
         SendMessageW(m_window, TTM_SETTITLEW, static_cast<WPARAM>(icon),

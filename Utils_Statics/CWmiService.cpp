@@ -51,7 +51,7 @@ std::optional<std::int32_t> WirelessAdapter(IWbemClassObject& object)
     return 1;
 }
 
-// What a query of this mode makes of an object; nothing when the object does not fit.
+// The number that a query of this mode takes from an object; none when the object does not fit.
 std::optional<std::int32_t> Figure(std::int32_t mode, IWbemClassObject& object)
 {
     switch (mode) {
@@ -85,7 +85,7 @@ void CWmiService::destroyInstance()
 
 CWmiService::CWmiService()
 {
-    Initialize(); // the instance is wanted without a connection as well
+    Initialize(); // the instance is needed even without a connection
 }
 
 CWmiService::~CWmiService()
@@ -126,7 +126,7 @@ void CWmiService::Destroy()
         }
         if (m_locator) std::exchange(m_locator, nullptr)->Release();
         if (m_sink) std::exchange(m_sink, nullptr)->LetGo();
-    } catch (...) { // the platform's objects are left as they are
+    } catch (...) { // the remaining platform objects stay as they are
     }
 }
 
@@ -138,7 +138,8 @@ void CWmiService::StopEvents() noexcept
 void CWmiService::Update()
 {
     Query(signalQuality, L"SELECT * FROM MSNdis_80211_ReceivedSignalStrength Where active=true");
-    // The doubled percent signs are part of the texts. An unknown state is not 0 either.
+    // The doubled percent signs are part of the texts. An unknown state is not 0, so it counts as
+    // connected.
     CStatusNetwork::setState(Query(mediaState, L"SELECT * FROM MSNdis_MediaConnectStatus WHERE "
                                                L"InstanceName NOT LIKE %%Wireless%%") != 0);
     CStatusWireless::setConnected(Query(mediaState,

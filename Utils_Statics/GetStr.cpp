@@ -31,7 +31,7 @@ std::wstring WideKey(const char* key)
     return wide;
 }
 
-// The text in the table's base language, after the translation could not be formatted.
+// Formats the text in the table's base language, after the translation could not be formatted.
 std::wstring FormatBase(const char* key, const wchar_t* text, const wchar_t* base,
                         va_list arguments)
 {

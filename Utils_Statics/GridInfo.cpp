@@ -10,7 +10,7 @@ constexpr int notPlaced = -1;
 constexpr double defaultExtent = 1.0;
 constexpr double defaultShift = 0.0;
 
-// Numbers that differ by less mean the same.
+// Numbers that differ by less count as equal.
 constexpr double resolution = 0.001;
 
 // Binary numbers only approximate thousandths: 1.001 - 1.0 is below 0.001, 1.0 - 0.999 above it.

@@ -4,7 +4,7 @@
 
 IMouseHandler::IMouseHandler() = default;
 
-// A copy is another handler, and is not registered.
+// A copy is another handler and is not registered.
 IMouseHandler::IMouseHandler(const IMouseHandler&) = default;
 
 IMouseHandler::~IMouseHandler()

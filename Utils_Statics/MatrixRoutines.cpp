@@ -12,7 +12,7 @@ using namespace utils_statics;
 
 namespace {
 
-// The running extremes of one coordinate, from the values that no image coordinate reaches.
+// The running extremes of one coordinate. They start at values that no image coordinate reaches.
 struct Extremes
 {
     double max = -1e8;
@@ -34,7 +34,7 @@ void MAT_SetMatrixElement(int row, int col, int rows, int cols, double* M, doubl
         return;
     }
     if (!M) return;
-    // Deliberately without a lower bound. In 64 bits, where the product cannot overflow.
+    // Indices deliberately have no lower bound. In 64 bits the product cannot overflow.
     const std::int64_t index = std::int64_t{row} * cols + col;
     M[static_cast<std::ptrdiff_t>(index)] = value;
 }
@@ -71,7 +71,7 @@ void MAT_Transform(double* maxX, double* minX, double* maxY, double* minY, const
 void MAT_GenerateRotationMatrix(int tx, int ty, int angle, double* M) noexcept
 {
     if (!M) return;
-    // Deliberately not the nearest double to pi / 180: results have to match data that exist.
+    // Deliberately not the nearest double to pi / 180: results have to match existing data.
     constexpr double radiansPerDegree = 0.017453292519444;
     const double a = angle * 0.1 * radiansPerDegree;
     const double matrix[9] = {std::cos(a), -std::sin(a), double(tx), std::sin(a), std::cos(a),

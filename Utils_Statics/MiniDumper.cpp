@@ -4,7 +4,7 @@
 
 MiniDumper::MiniDumper() noexcept
 {
-    // For the filter to run after this thread's stack has overflowed.
+    // The filter needs this reserve to run after this thread's stack has overflowed.
     ULONG spareStack = 64 * 1024;
     SetThreadStackGuarantee(&spareStack);
     utils_statics::PrepareCrashReport();

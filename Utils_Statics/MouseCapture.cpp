@@ -26,7 +26,7 @@ namespace {
 // Squared pixels: a point is grabbed from less than 100 pixels away.
 constexpr std::int32_t grabDistance = 10000;
 
-// Stands for a handler while it is told that it loses the lock.
+// Marks a handler as being told that it loses the lock, for the scope's lifetime.
 class ReleaseScope
 {
 public:
@@ -52,8 +52,8 @@ private:
     static constinit inline const ReleaseScope* s_innermost = nullptr;
 };
 
-// Deliberately of 32 bits: beyond about 32,000 pixels the result wraps, possibly below zero, and
-// then counts as near.
+// The result deliberately has 32 bits: beyond about 32,000 pixels it wraps, possibly below zero,
+// and then counts as near.
 std::int32_t SquaredDistance(POINT a, POINT b)
 {
     const int dx = base::wrap::Subtract(a.x, b.x);
@@ -70,7 +70,7 @@ try {
     return false;
 }
 
-// What LockNearest has found so far.
+// The result of LockNearest so far.
 struct NearestPoint
 {
     HandlerWatch best;
@@ -84,15 +84,15 @@ struct NearestPoint
         for (std::size_t i = 0; i < points.size(); ++i) {
             anyPointSeen = true;
             const std::int32_t distance = SquaredDistance(points[i], pt);
-            if (distance >= bestDistance) continue; // of equal points the earlier one stays
+            if (distance >= bestDistance) continue; // at equal distance the earlier point wins
             best = handler;
             bestIndex = static_cast<int>(i);
             bestDistance = distance;
         }
     }
 
-    // Only when no handler offers any point: a point that is too far away deliberately keeps the
-    // background out.
+    // The background counts only when no handler offers a point. Deliberately, even a point that is
+    // too far away excludes it.
     void ConsiderBackground(POINT pt)
     {
         if (best.get() || anyPointSeen || !background.get()) return;
@@ -128,7 +128,7 @@ void MouseCapture::Initialize(const CRect& lockRect, InputType input)
 void MouseCapture::Register(IMouseHandler* h)
 {
     if (!h || std::find(m_handlers.begin(), m_handlers.end(), h) != m_handlers.end()) return;
-    if (!TryAppend(m_handlers, h)) return; // at once: asked for its order, it may register itself
+    if (!TryAppend(m_handlers, h)) return; // first: it may register itself when asked
     const int order = h->GetLockOrder();
     std::size_t place = 0;
     while (place < m_handlers.size() && m_handlers[place] != h &&
@@ -226,7 +226,7 @@ bool MouseCapture::LockNext()
     return false;
 }
 
-// Steps to the next point of the owner, if it has one.
+// Steps to the owner's next point, if there is one.
 bool MouseCapture::LockNextPoint()
 {
     m_autoMethod = base::wrap::Add(m_autoMethod, 1);
@@ -234,7 +234,7 @@ bool MouseCapture::LockNextPoint()
     if (!owner.get()) return false;
     const int count = owner.get()->GetAutoCount();
     if (!owner.get() || owner.get() != m_capture || count <= m_autoMethod)
-        return false; // it may have let go meanwhile
+        return false; // the owner may have let go meanwhile
     m_capture->SetLock(m_autoMethod);
     return true;
 }
@@ -267,7 +267,7 @@ bool MouseCapture::HandleMouse(unsigned int message, unsigned int flags, POINT p
     return m_capture->OnMouseInput(message, flags, pt.x, pt.y);
 }
 
-// Pressing and letting go; the answer is empty for any other message.
+// Handles pressing and letting go; the result is empty for any other message.
 std::optional<bool> MouseCapture::HandlePointerStyle(unsigned int message, unsigned int flags,
                                                      POINT pt)
 {
@@ -303,8 +303,8 @@ int MouseCapture::ClipCursor(RECT* rect)
     const LONG width = static_cast<LONG>(mode.dmPelsWidth);
     const LONG height = static_cast<LONG>(mode.dmPelsHeight);
 
-    RECT screen = {0, 0, width,
-                   height}; // without a rectangle the cursor is kept on the screen, not freed
+    // Without a rectangle the cursor is kept on the screen, not freed.
+    RECT screen = {0, 0, width, height};
     if (rect && GetInput() != InputPointer)
         screen = {std::max(0L, m_clipRect.left), std::max(0L, m_clipRect.top),
                   std::min(width, m_clipRect.right), std::min(height, m_clipRect.bottom)};
@@ -313,7 +313,7 @@ int MouseCapture::ClipCursor(RECT* rect)
 
 void MouseCapture::TellOwnerOfRelease()
 {
-    // A handler that changes the lock while it is told would else be told for ever.
+    // Otherwise a handler that changes the lock while it is told would be told for ever.
     if (!m_capture || ReleaseScope::IsBeingTold(m_capture)) return;
     const ReleaseScope scope(m_capture);
     m_capture->OnReleaseMouse();

@@ -5,7 +5,7 @@
 void PrecisionMouse::Register(IPrecisionControl* control)
 try {
     if (control) m_controllers.insert(control);
-} catch (const std::bad_alloc&) { // it is not registered then
+} catch (const std::bad_alloc&) { // the control is then not registered
 }
 
 void PrecisionMouse::Unregister(IPrecisionControl* control)
@@ -19,7 +19,7 @@ void PrecisionMouse::UpdateHandler(IPrecisionHandler* handler)
     while (next != m_controllers.end()) {
         IPrecisionControl* const control = *next;
         control->SetHandler(handler);
-        // Looked up, because the control may have changed the set, or not be in it any more.
+        // The next control is looked up, because this one may have changed the set or left it.
         next = m_controllers.upper_bound(control);
     }
 }

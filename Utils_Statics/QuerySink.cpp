@@ -9,8 +9,8 @@ using namespace utils_statics;
 
 namespace {
 
-// The changes that events are making now, of all sinks. Nothing of a sink is touched after the
-// count went down, so that the sink may go then.
+// The number of changes that events of all sinks are making now. After it has gone down, nothing of
+// the sink is touched, so the sink may be destroyed then.
 constinit std::atomic<int> s_changesUnderWay = 0;
 
 class ChangeUnderWay
@@ -39,7 +39,8 @@ HRESULT QuerySink::QueryInterface(REFIID iid, void** object)
     return S_OK;
 }
 
-// A count below zero is the platform's mistake; the holds then stay as they are, both ways.
+// A count below zero is the platform's mistake; AddRef and Release then leave the holds as they
+// are.
 ULONG QuerySink::AddRef()
 {
     const LONG references = InterlockedIncrement(&m_references);
@@ -59,7 +60,7 @@ HRESULT QuerySink::Indicate(LONG count, IWbemClassObject** events)
     try {
         for (LONG i = 0; events && i < count; ++i)
             if (events[i] && HandleEvent(*events[i]) == Outcome::stop) break;
-    } catch (...) { // nothing may be thrown into the platform's thread
+    } catch (...) { // the platform's thread must not see an exception
     }
     return WBEM_S_NO_ERROR;
 }
@@ -89,7 +90,7 @@ void QuerySink::Close() noexcept
 template <class Change>
 QuerySink::Outcome QuerySink::Apply(const Change& change)
 {
-    const ChangeUnderWay underWay; // before the look at the flag, so that Close can wait for it
+    const ChangeUnderWay underWay; // made before the flag is read, so that Close can wait for it
     if (!m_isClosed) change();
     return Outcome::stop;
 }

@@ -8,7 +8,7 @@ constinit std::uint32_t ShowCursorHelper::m_count = 0;
 
 namespace {
 
-// The interface with the application's main window.
+// The messages to the application's main window.
 constexpr UINT notifyMessage = WM_APP + 22;
 constexpr UINT commandMessage = WM_APP + 2;
 constexpr WPARAM commandCursorOn = 1031;

@@ -23,10 +23,11 @@ constexpr char logSource[] = "Utils_Statics/StatusProbeSensor";
 constexpr int logLevel = 4;
 constexpr int firstUsableVersion = 2;
 
-// Of the stored reading, which is more than can be stored at once.
+// Guards the stored reading, which is too large to be stored atomically.
 constinit base::SlimLock s_readingLock;
 
-// Degrees Celsius; a text that is no number is 0. Without memory to read it, the default holds.
+// A setting in degrees Celsius. A text that is no number gives 0. Without memory to read it, the
+// default holds.
 double TemperatureSetting(const wchar_t* entry, const wchar_t* defaultValue)
 try {
     return _wtof(ProfileText(L"Settings", entry, defaultValue));
@@ -39,7 +40,7 @@ bool IsValid(const CStatusProbeSensor::SensorData& data)
     return data.isSensorSupported && data.muxVersion >= firstUsableVersion;
 }
 
-// How far the temperature is on its way from `start` to `end`, 0 to 1; 0 when that is no number.
+// The temperature's share of the way from `start` to `end`, 0 to 1; 0 when that is no number.
 double Heat(double temperature, double start, double end)
 {
     const double way = (temperature - start) / (end - start);
@@ -47,7 +48,7 @@ double Heat(double temperature, double start, double end)
     return way > 0 ? way : 0;
 }
 
-// What is wrong with a reading, in the user's language; empty when nothing is.
+// The warning that a reading deserves, in the user's language; empty for none.
 std::wstring WarningText(const CStatusProbeSensor::SensorData& data, double threshold)
 {
     if (!IsValid(data)) {

@@ -1,5 +1,5 @@
 // utilsExam: the application's mode flags and console model, start-up, and the environment's log
-// lines. What needs construction at run time is in StaticObjects.cpp.
+// lines. Objects that need construction at run time are in StaticObjects.cpp.
 #include "environment/EnvironmentLog.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>

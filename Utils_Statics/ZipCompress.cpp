@@ -22,19 +22,19 @@ namespace {
 
 constexpr std::size_t blockSize = 32768;
 constexpr int highestLevel = 9;
-// The writer tells a greater number in a record that it leaves out of archives below 4 GiB. Other
+// The writer puts a greater number in a record that it leaves out of archives below 4 GiB. Other
 // programs then find no directory.
 constexpr unsigned mostEntries = 65535;
 
-// Logs the code of a failed call of the writer. True when it did not fail.
+// Logs the code of a failed call of the writer. True when the call succeeded.
 bool Written(int error, int line = __builtin_LINE())
 {
     if (error != ZIP_OK) ArchiveError(line)(L"%d", error);
     return error == ZIP_OK;
 }
 
-// Whether a file needs the wide size fields of its entry. They have to be chosen before its data
-// is compressed, which can make it longer by a fraction of a percent.
+// True when a file's entry needs the wide size fields. They have to be chosen before the data is
+// compressed, which can make it longer by a fraction of a percent.
 bool IsHuge(const wchar_t* path)
 {
     constexpr std::uint64_t limit = 0xFF000000;
@@ -43,7 +43,7 @@ bool IsHuge(const wchar_t* path)
     return (std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow) >= limit;
 }
 
-// Passes what is left of a file on to the current entry.
+// Passes the rest of a file on to the current entry.
 bool CompressData(std::FILE* source, zipFile archive)
 {
     char block[blockSize];
@@ -89,7 +89,7 @@ bool ZipCompress::Create(const wchar_t* path) noexcept
 void ZipCompress::SetBasePath(const std::wstring& base)
 try {
     m_basePath = base;
-} catch (const std::bad_alloc&) { // what was set before stays
+} catch (const std::bad_alloc&) { // the previous prefix stays
 }
 
 bool ZipCompress::AddFile(const wchar_t* path) noexcept

@@ -18,7 +18,7 @@ static_assert(std::is_same_v<unzFile, void*>);
 
 namespace {
 
-// Logs the code of a failed call of the reader. True when it did not fail.
+// Logs the code of a failed call of the reader. True when the call succeeded.
 bool Read(int error, const wchar_t* call, int line = __builtin_LINE())
 {
     if (error != UNZ_OK) ArchiveError(line)(L"error %d with zipfile in %s\n", error, call);
@@ -32,7 +32,7 @@ struct Entry
     bool hasKnownMethod;
 };
 
-// `name` is filled to its end by a longer name, and has no null there then.
+// A name longer than `name` fills it to its end, without a null there.
 bool EntryInfo(unzFile archive, unz_file_info& info, std::string& name)
 {
     return Read(unzGetCurrentFileInfo(archive, &info, name.data(), static_cast<uLong>(name.size()),
@@ -54,12 +54,12 @@ bool CurrentEntry(unzFile archive, Entry& entry)
     }
     entry.name = EntryText(name.c_str(), (info.flag & utf8Flag) != 0);
     entry.isEncrypted = (info.flag & encryptedFlag) != 0;
-    // What is compressed in another way the reader would pass on as it is.
+    // Data compressed with another method the reader would pass on as it is.
     entry.hasKnownMethod = info.compression_method == 0 || info.compression_method == Z_DEFLATED;
     return true;
 }
 
-// Where the entry goes; empty, with a log line, when it would leave the current folder.
+// The path that the entry goes to; empty, with a log line, when it would leave the current folder.
 std::wstring TargetPath(const std::wstring& name)
 {
     auto path = PathInside(name);
@@ -67,7 +67,7 @@ std::wstring TargetPath(const std::wstring& name)
     return path ? *std::move(path) : std::wstring();
 }
 
-// Creates a relative path's folders from the first to the last. Whether the last was created.
+// Creates a relative path's folders from the first to the last. True when the last was created.
 bool CreateFolders(const std::wstring& path)
 {
     for (auto end = path.find(L'\\'); end != std::wstring::npos; end = path.find(L'\\', end + 1))
@@ -75,10 +75,11 @@ bool CreateFolders(const std::wstring& path)
     return utilsExam::CreateDirectoryW(path.c_str()) != 0;
 }
 
-// Goes to the next entry; UNZ_END_OF_LIST_OF_FILE, at the last one, when there is none.
+// Goes to the next entry. UNZ_END_OF_LIST_OF_FILE, still at the last entry, when there is none.
 int GoToNext(unzFile archive)
 {
-    // The reader takes this number of entries for one that ran over 16 bits, and looks for more.
+    // The reader takes this number of entries for one that has overflowed 16 bits, and looks for
+    // more.
     constexpr ZPOS64_T mostCounted = 0xFFFF;
     unz_global_info64 info = {};
     unz64_file_pos current = {};
@@ -126,7 +127,7 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
         Entry entry;
         if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
         const std::wstring path = TargetPath(entry.name);
-        if (IsFolderEntry(entry.name)) return CreateFolders(path); // deliberately without going on
+        if (IsFolderEntry(entry.name)) return CreateFolders(path); // deliberately does not go on
 
         bool extracted = entry.hasKnownMethod
                              ? ExtractFile(path, entry.isEncrypted ? password : nullptr)
@@ -141,8 +142,8 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
     }
 }
 
-// Opens the current entry and copies it to a file. An empty path, and one where no file can be
-// created, skip the entry; that counts as success: deliberate.
+// Opens the current entry and copies it to a file. The entry is skipped when the path is empty or
+// no file can be created there; that deliberately counts as success.
 bool ZipExtract::ExtractFile(const std::wstring& path, const char* password)
 {
     if (!Read(unzOpenCurrentFilePassword(m_archive, password), L"unzOpenCurrentFilePassword"))
@@ -159,7 +160,7 @@ bool ZipExtract::CopyData(std::FILE* target)
     for (;;) {
         const int size = unzReadCurrentFile(m_archive, m_buffer, sizeof m_buffer);
         if (size < 0) return Read(size, L"unzReadCurrentFile");
-        // The reader does not object when the data ends before the size that was promised.
+        // The reader does not report data that ends before the promised size.
         if (size == 0)
             return Read(unzeof(m_archive) == 1 ? UNZ_OK : UNZ_BADZIPFILE, L"unzReadCurrentFile");
         if (std::fwrite(m_buffer, static_cast<std::size_t>(size), 1, target) != 1)

@@ -28,7 +28,7 @@ constexpr int noFormatLine = 248;
 
 constexpr unsigned int usualTime = 4000; // milliseconds
 
-// The service's window, null while there is none. Who posts to it holds the lock shared.
+// The service's window, null while there is none. A thread that posts to it holds the lock shared.
 constinit base::SlimLock s_lock;
 constinit CMainThreadWnd* s_window = nullptr;
 
@@ -51,8 +51,8 @@ HWND WindowAround()
     return main && IsWindow(main->m_hWnd) ? main->m_hWnd : GetDesktopWindow();
 }
 
-// The bottom right corner of a 1024 x 768 area in the middle of the window; on the one console
-// whose image has a place of its own, a point of that.
+// The bottom right corner of a 1024 x 768 area in the middle of the window. On the one console
+// whose image has a place of its own, it is a point of the image.
 CPoint BalloonPlace()
 {
     if (utilsExam::m_consoleType == eConsoleTavren)
@@ -150,7 +150,7 @@ void BalloonMessageService::HandleMessage(unsigned int timeMs, const wchar_t* ti
         if (m_log) Log(title, notice.text.get());
         CreateBalloon(title, notice.text.get(), timeMs, m_type);
     } catch (const std::bad_alloc&) {
-        // A notice is not worth more than the work that raised it.
+        // The notice is dropped: it must not end the work that raised it.
     }
 }
 
@@ -167,7 +167,7 @@ try {
     if (!window->CreateMessageOnly()) return;
     const std::unique_lock lock(s_lock);
     s_window = window.release();
-} catch (const std::bad_alloc&) { // there is no service then
+} catch (const std::bad_alloc&) { // there is then no service
 }
 
 void BalloonMessageService::Destroy()

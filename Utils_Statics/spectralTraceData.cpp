@@ -37,7 +37,8 @@ int spectralTraceData::getSize() const noexcept
 int spectralTraceData::getSetSize() const noexcept
 {
     if (m_sets == 0) return 0;
-    // In 64 bits, because the quotient of the least integer and -1 does not fit 32; it wraps.
+    // Divided in 64 bits, because the quotient of the least integer and -1 does not fit 32; it
+    // wraps.
     return static_cast<int>(std::int64_t{m_size} / m_sets);
 }
 
@@ -45,7 +46,7 @@ unsigned char* spectralTraceData::getDataSet(eTraceType type) const noexcept
 {
     if (isEmpty()) return nullptr;
     if (type < eTraceEnvelopeReverse || type > eTraceMeanReverse) return m_data;
-    // Through integers, so that an address outside the block, which nobody will use, is still a
+    // Computed through integers, so that even an address outside the block, which nobody uses, is a
     // defined result.
     const std::int64_t offset = std::int64_t{type} * getSetSize();
     return reinterpret_cast<unsigned char*>(reinterpret_cast<std::uintptr_t>(m_data) +
