@@ -7,20 +7,20 @@
 
 namespace utils_statics {
 
-// The order of texts by their UTF-16 code units.
+// Orders texts by their UTF-16 code units.
 struct ByCodeUnits
 {
     bool operator()(const wchar_t* a, const wchar_t* b) const noexcept;
 };
 
-// Buttons by their names. A record lives at its place until Clear.
+// The buttons by name. A record keeps its address until Clear.
 class ButtonActions
 {
 public:
-    // Takes the button over. Of two with the same name the first stays.
+    // Takes ownership of the button. When the name is taken already, the earlier button stays.
     void Insert(std::unique_ptr<ButtonAction> button);
 
-    // The button of that name, or null; a null name names none.
+    // The button of that name; null when there is none, or for a null name.
     const ButtonAction* Find(const wchar_t* name) const noexcept;
 
     void Clear() noexcept;
