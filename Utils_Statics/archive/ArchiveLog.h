@@ -4,8 +4,8 @@
 
 namespace utils_statics {
 
-// A helper for one error message of the zip archives. Whichever file it comes from, it names the
-// source of the two classes.
+// A helper for one error message of the zip archives. The message names the same source in
+// whichever file it arises.
 inline zelLogger::zelLogHelper ArchiveError(int line = __builtin_LINE())
 {
     return {"Utils_Statics/ZipArchive", line, qor_utils::errorLevel};

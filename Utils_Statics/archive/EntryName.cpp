@@ -29,8 +29,9 @@ void EndWithSeparator(std::wstring& path)
     if (!path.ends_with(L'\\')) path += L'\\';
 }
 
-// The platform takes dots and blanks off the end of some parts and not of others. So such a folder
-// can be made, and is itself or its parent to whoever asks for it later.
+// True for a part of nothing but dots and blanks. The platform strips them from the end of some
+// parts and not of others. So such a folder can be created, and later means itself to one function
+// and its parent to another.
 bool IsParent(std::wstring_view part)
 {
     return !part.empty() && part.find_first_not_of(L". ") == std::wstring_view::npos;
@@ -41,7 +42,7 @@ bool IsDevice(std::wstring_view part)
     return base::FullPath(std::wstring(part).c_str()).starts_with(L"\\\\.\\");
 }
 
-// Whether a part of the path is the parent folder, an alternate stream or a device.
+// True when a part of the path is the parent folder, an alternate stream or a device.
 bool LeadsOut(std::wstring_view path)
 {
     for (std::size_t end = 0; end != std::wstring_view::npos;) {
