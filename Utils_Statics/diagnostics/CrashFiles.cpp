@@ -18,7 +18,7 @@ void FindProgram(CrashFiles& files) noexcept
     files.processName = name.substr(0, name.rfind(L'.'));
 }
 
-// The one of the folder's XML files that was created last; of equals the one found first.
+// Finds the folder's XML file that was created last; among equals the one found first.
 void FindActionLog(CrashFiles& files) noexcept
 {
     files.actionLog = files.folder.View();

@@ -8,25 +8,25 @@
 
 namespace utils_statics {
 
-// The names and paths of one crash. They depend on the time of the crash and on where the log is
-// then, so nothing here is known before.
+// The names and paths of one crash. They depend on the time of the crash and on the log folder at
+// that time, so none is known before.
 struct CrashFiles
 {
     FixedText<32768> program; // the running program's file, "Unknown" when it cannot be told
     FixedText<MAX_PATH> processName;
     FixedText<MAX_PATH + 32> baseName; // the process's name and the time of the crash
-    FixedText<MAX_PATH> folder;        // as the logger tells it, with a separator at its end
+    FixedText<MAX_PATH> folder;        // the log folder, with a separator at its end
     FixedText<2 * MAX_PATH + 32> report;
     FixedText<2 * MAX_PATH + 32> dump;
     FixedText<2 * MAX_PATH + 32> archive;
-    FixedText<2 * MAX_PATH + 32> actionLog; // the pattern it was looked for by, when there is none
+    FixedText<2 * MAX_PATH + 32> actionLog; // the search pattern when there is none
     bool hasActionLog;
 
     // The folder of the running program, with a backslash at its end.
     std::wstring_view ProgramFolder() const noexcept { return FolderPart(program.View()); }
 };
 
-// Looks all of it up; `logFolder` is the log folder as the logger names it, or a fall-back.
+// Finds them all; `logFolder` is the log folder as the logger names it, or a fall-back.
 void FindCrashFiles(CrashFiles& files, std::wstring_view logFolder) noexcept;
 
 } // namespace utils_statics

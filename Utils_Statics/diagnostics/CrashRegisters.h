@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// What differs between the architectures in a report: the names of the registers that every
+// The differences between the architectures in a report: the names of the registers that every
 // processor has, and the width of an address.
 namespace utils_statics {
 

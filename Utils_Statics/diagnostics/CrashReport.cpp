@@ -20,23 +20,23 @@ namespace utils_statics {
 
 namespace {
 
-constexpr DWORD longestWait = 10'000; // milliseconds; of a second thread that crashes
+constexpr DWORD longestWait = 10'000; // milliseconds; for a second thread that crashes
 constexpr SIZE_T stackSize = 256 * 1024;
-// What the platform may need of the crashed thread's stack to end the process.
+// Bytes of the crashed thread's stack that the platform may need to end the process.
 constexpr std::ptrdiff_t stackBehindFilter = 16 * 1024;
-// What asking for a dump needs of it, and the lowest page, which is not to be used.
+// Bytes of that stack that asking for a dump needs, and its lowest page, which must stay unused.
 constexpr std::ptrdiff_t stackOfDump = 640 + 4 * 1024;
-// Addresses that are given back when the process crashes, because it may have none left.
+// Bytes of address space to release when the process crashes, because it may have none left.
 constexpr SIZE_T addressReserve = 16 * 1024 * 1024;
 
 constinit volatile LONG s_isPrepared = 0;
-constinit volatile LONG s_isArmed = 1; // until the process's first report
+constinit volatile LONG s_isArmed = 1; // 0 from the process's first report on
 
-// Of the report that is being written. There is one, outside any stack.
+// The state of the report that is being written. There is only one, outside any stack.
 constinit EXCEPTION_POINTERS* s_exception = nullptr;
-constinit std::uintptr_t s_stackBase = 0; // of the crashed thread
+constinit std::uintptr_t s_stackBase = 0; // the crashed thread's
 constinit DWORD s_crashedThread = 0;
-constinit std::ptrdiff_t s_stackLeft = 0; // of that thread's
+constinit std::ptrdiff_t s_stackLeft = 0; // bytes of that stack
 constinit HANDLE s_finished = nullptr;    // an event
 constinit FixedText<MAX_PATH> s_logFolder;
 constinit CrashFiles s_files = {};
@@ -45,7 +45,7 @@ constinit bool s_hasReport = false;
 constinit bool s_isReporterStarted = false;
 constinit void* s_addressReserve = nullptr;
 
-// Both are first used when the handler is made ready.
+// PrepareCrashReport calls both first, so that nothing is constructed after a crash.
 ReportText& Report() noexcept
 {
     static ReportText report;
@@ -57,7 +57,7 @@ base::SpareStack& Stack() noexcept
     return stack;
 }
 
-// The code that the filter runs must not go away.
+// Unloading the library would remove the code of the filter.
 void KeepLibraryLoaded() noexcept
 {
     HMODULE library = nullptr;
@@ -65,7 +65,8 @@ void KeepLibraryLoaded() noexcept
                        reinterpret_cast<LPCWSTR>(&WriteCrashReport), &library);
 }
 
-// Sets the log folder to what `look` finds; to nothing where that does not fit, or memory is short.
+// Sets the log folder to the result of `look`; to nothing when that does not fit or memory is
+// short.
 template <class Look>
 void SetLogFolder(Look look) noexcept
 {
@@ -122,8 +123,8 @@ void WriteReport() noexcept
     FaultGuard::Run(WriteReportFile);
 }
 
-// On the crashed thread's own stack, which the dump is to show. The dumper needs hardly any of it;
-// a guard would take more than an exhausted one has.
+// Runs on the crashed thread's own stack, because the dump must show it. The dumper needs hardly
+// any of it. A guard would take more than an exhausted stack has.
 void WriteDump() noexcept
 {
     const auto write = [] {
@@ -142,9 +143,8 @@ void HandOverToReporter() noexcept
     s_isReporterStarted = StartReporter(s_files);
 }
 
-// An exhausted stack is no place to go back to: what the platform does behind the filter may
-// exhaust it again, under whatever lock. The process then ends here, with the code that the
-// platform gives.
+// Ends the process here when the stack is exhausted, with the code that the platform would give.
+// After the filter the platform might exhaust that stack again while it holds a lock.
 void EndReport() noexcept
 {
     FaultGuard::Run(HandOverToReporter);
@@ -153,15 +153,15 @@ void EndReport() noexcept
         TerminateProcess(GetCurrentProcess(), s_exception->ExceptionRecord->ExceptionCode);
 }
 
-// The crashed thread may let floating-point exceptions through, and the next instruction would
-// raise again what it crashed of.
+// The crashed thread may have floating-point exceptions unmasked. The next instruction would then
+// raise again the one that it crashed with.
 void MaskFloatingPoint() noexcept
 {
     _fpreset();
     _mm_setcsr(_MM_MASK_MASK);
 }
 
-// Bytes of the current stack, down to its end.
+// The bytes between this frame and the end of the current stack.
 std::ptrdiff_t StackLeft() noexcept
 {
     const char here = 0;
@@ -171,7 +171,7 @@ std::ptrdiff_t StackLeft() noexcept
 }
 
 // The process ends as soon as the filter returns for any of its threads, so the first report gets
-// some time. Not for ever: it may need a lock that this thread holds.
+// some time. The wait is bounded, because that report may need a lock that this thread holds.
 LONG WaitForReport() noexcept
 {
     if (s_finished && GetCurrentThreadId() != s_crashedThread)
@@ -202,16 +202,16 @@ LONG WriteCrashReport(EXCEPTION_POINTERS* exception) noexcept
     s_stackBase = reinterpret_cast<std::uintptr_t>(ThreadBlock().StackBase);
     s_exception = exception;
     s_stackLeft = StackLeft();
-    PrepareCrashReport(); // for whoever calls the filter without having made a MiniDumper
+    PrepareCrashReport(); // for a caller of the filter that has made no MiniDumper
     if (s_addressReserve) VirtualFree(s_addressReserve, 0, MEM_RELEASE);
-    // All but the dump is done on the other stack. A platform was seen to leave a filter half a
-    // kilobyte of an exhausted one, so nothing lies between this frame and the switch.
+    // Everything but the dump runs on the other stack. Some platforms leave a filter only half a
+    // kilobyte of an exhausted stack, so no frame lies between this one and the switch.
     const base::FiberScope fiber;
     Stack().Run(WriteReport);
     if (s_hasReport && s_stackLeft > stackOfDump)
         WriteDump();
     else if (s_hasReport)
-        Stack().Run(WriteDump); // it then shows that stack, but what happened all the same
+        Stack().Run(WriteDump); // the dump then shows that stack, and still the exception
     Stack().Run(EndReport);
     return s_isReporterStarted ? 1 : 0;
 }

@@ -18,9 +18,9 @@ bool FitsCodePage(std::wstring_view text) noexcept
     return !isReplaced;
 }
 
-// The platform writes a settings file in the code page, which may not have the characters of a
-// name. Where the file begins with the byte-order mark it writes UTF-16. A file that is there keeps
-// what it has; a larger one than can be kept stays as it is.
+// The platform writes a settings file in the code page, which may lack characters of a name. When
+// the file begins with the byte-order mark, it writes UTF-16. An existing file keeps its content.
+// One too large to be converted stays unchanged.
 void TurnToUtf16(const wchar_t* path) noexcept
 {
     static constinit char bytes[0x8000] = {};
@@ -37,7 +37,7 @@ void TurnToUtf16(const wchar_t* path) noexcept
     WriteFile(file.get(), text, static_cast<DWORD>((1 + length) * 2), &size, nullptr);
 }
 
-// One a process: it is too large for the stack of a crashed thread.
+// There is one in a process: it is too large for the stack of a crashed thread.
 class SettingsFile
 {
 public:

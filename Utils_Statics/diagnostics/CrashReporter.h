@@ -6,11 +6,11 @@ namespace utils_statics {
 
 // The external program that collects what a crash left behind.
 
-// Writes the settings file that tells it what to collect, "crashreport.ini" in the program's
-// folder.
+// Writes the settings file that tells the reporter what to collect, "crashreport.ini" in the
+// program's folder.
 void WriteReporterSettings(const CrashFiles& files) noexcept;
 
-// Starts it. False when it cannot be started.
+// False when the reporter cannot be started.
 bool StartReporter(const CrashFiles& files) noexcept;
 
 } // namespace utils_statics

@@ -4,12 +4,12 @@
 
 namespace utils_statics {
 
-// Values of the registry that configure the crash handler. They are read from the registry itself,
-// below the current user's key of the application, because the application may be past answering.
+// Registry values that configure the crash handler. They are read from the registry itself, below
+// the application's key of the current user, because the application may no longer respond.
 
 using SettingText = FixedText<1024>;
 
-// A 32-bit number; the default for anything else.
+// A 32-bit number; the default for a value of any other type.
 int CrashSettingNumber(const wchar_t* section, const wchar_t* name, int defaultValue) noexcept;
 
 // A text; the default for a value of any other type, and for one that does not fit.

@@ -10,7 +10,7 @@ struct NamedException
     const wchar_t* text;
 };
 
-// The texts are what people and programs search reports for, "a Array" included.
+// People and programs search reports for these texts, "a Array" included.
 constexpr NamedException exceptions[] = {
     {0x40010005, L"a Control-C"},
     {0x40010008, L"a Control-Break"},

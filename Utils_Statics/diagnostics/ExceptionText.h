@@ -4,7 +4,7 @@
 
 namespace utils_statics {
 
-// What the report calls an exception, with its article: "an Access Violation".
+// The report's name of an exception, with its article: "an Access Violation".
 const wchar_t* ExceptionText(DWORD code) noexcept;
 
 } // namespace utils_statics

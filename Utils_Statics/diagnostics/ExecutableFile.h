@@ -13,7 +13,7 @@ class ExecutableFile
 public:
     explicit ExecutableFile(const wchar_t* path) noexcept;
 
-    // Zero when there is no such file.
+    // 0 when there is no such file.
     std::uint64_t Size() const noexcept { return m_size; }
 
     bool Contains(std::uint64_t offset, std::uint64_t size) const noexcept
@@ -21,8 +21,8 @@ public:
         return offset <= m_size && m_size - offset >= size;
     }
 
-    // False when not all of it lies within the file, and when more is asked for than any honest
-    // file needs.
+    // False when part of the record lies outside the file, and when more reads are made than any
+    // honest file needs.
     template <class Record>
     bool Read(std::uint64_t offset, Record& record) noexcept
     {

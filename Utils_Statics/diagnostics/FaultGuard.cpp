@@ -6,16 +6,16 @@ namespace utils_statics {
 
 namespace {
 
-// Where to go on when a part faults. It lies on the stack of the function that runs the part.
+// The place to continue at when a part faults. It lies on the stack of the function that runs the
+// part.
 struct Recovery
 {
-    void* place[5]; // of the compiler's setjmp
+    void* place[5]; // filled by the compiler's setjmp
     void* exceptionList;
     Recovery* outer;
 };
 
-// Of the one thread that runs guarded parts. A thread's storage of its own would have to be
-// allocated.
+// The one thread that runs guarded parts. Thread-local storage would have to be allocated.
 constinit volatile DWORD s_thread = 0;
 constinit Recovery* volatile s_innermost = nullptr;
 
@@ -24,16 +24,16 @@ bool IsGuarded() noexcept
     return s_innermost && s_thread == GetCurrentThreadId();
 }
 
-// Errors of the processor and of the platform. Other exceptions are somebody's way to call a
-// handler, as those of the C++ compilers are.
+// True for errors of the processor and of the platform. Other exceptions are raised on purpose to
+// reach a handler, like those of the C++ compilers.
 bool IsFault(DWORD code) noexcept
 {
     return code >> 28 == 0xC || code == STATUS_GUARD_PAGE_VIOLATION ||
            code == STATUS_DATATYPE_MISALIGNMENT || code == STATUS_BREAKPOINT;
 }
 
-// The faulting thread goes on here, as if it had been called where it faulted. The list of the
-// handlers that are in force (x86 only) goes back to what it was before the part.
+// The faulting thread continues here, as if this function were called where it faulted. The list of
+// handlers in force (x86 only) becomes what it was before the part.
 [[noreturn]] void Recover() noexcept
 {
     Recovery* const recovery = s_innermost;
@@ -42,7 +42,7 @@ bool IsFault(DWORD code) noexcept
     __builtin_longjmp(recovery->place, 1);
 }
 
-// The stack as it is right after a call.
+// Makes the thread continue in Recover, with the stack as it is right after a call.
 void GoOnAtRecovery(CONTEXT& context) noexcept
 {
     constexpr DWORD directionFlag = 0x400;
@@ -83,7 +83,7 @@ LONG WINAPI FaultGuard::OnException(EXCEPTION_POINTERS* exception) noexcept
         s_innermost = &recovery;
         part(context);
     }
-    s_innermost = s_innermost->outer; // this one's, which the compiler need not have kept
+    s_innermost = s_innermost->outer; // the compiler may have lost `recovery`
     return isDone;
 }
 

@@ -4,18 +4,18 @@
 
 namespace utils_statics {
 
-// Keeps a fault inside one part of the crash report from ending the report: the part is left where
-// it faulted, and the next begins. Nothing is unwound then, so a part owns nothing that matters in
-// a process that is about to end.
+// Keeps a fault in one part of the crash report from ending the report: the part stops where it
+// faulted, and the next begins. Nothing is unwound, so a part owns only what may leak in a process
+// that is about to end.
 class FaultGuard
 {
 public:
-    // Makes the guard work in this process. Called once, before anything has crashed: it needs
-    // memory.
+    // Makes the guard work in this process. It is called once and before a crash, because it
+    // allocates.
     static void Install() noexcept;
 
-    // Runs a part; false when it faulted. Parts may contain guarded parts. They belong to one
-    // thread, the one that crashed, on whatever stack it is. Without Install a part runs unguarded.
+    // Runs a part; false when it faulted. Parts may contain guarded parts. Only one thread runs
+    // them, the one that crashed, on any stack. Without Install a part runs unguarded.
     template <class Part>
     static bool Run(Part part) noexcept
     {

@@ -7,12 +7,12 @@
 
 namespace utils_statics {
 
-// A text in memory of its own, for where nothing may be allocated. What does not fit is cut off.
+// A text in memory of its own, for code that must not allocate. Text that does not fit is cut off.
 template <std::size_t Size>
 class FixedText
 {
 public:
-    // Characters that fit, without the null.
+    // The characters that fit, without the null.
     static constexpr std::size_t capacity = Size - 1;
 
     const wchar_t* Text() const noexcept { return m_text; }
@@ -35,11 +35,11 @@ public:
         return *this;
     }
 
-    // Whether something did not fit since the last assignment.
+    // True when text was cut off since the last assignment.
     bool IsCut() const noexcept { return m_isCut; }
 
-    // The place for a function of the platform that stores a text of up to capacity characters;
-    // Measure tells the object about it.
+    // The buffer for a function of the platform that stores a text of up to `capacity` characters.
+    // Measure must be called afterwards.
     wchar_t* data() noexcept { return m_text; }
     void Measure() noexcept
     {
@@ -54,7 +54,7 @@ private:
     bool m_isCut = false;
 };
 
-// The part of a path behind its last backslash, and the part up to it.
+// The part of a path after its last backslash, and the part up to and including it.
 inline std::wstring_view FileNamePart(std::wstring_view path) noexcept
 {
     return path.substr(path.rfind(L'\\') + 1);

@@ -94,7 +94,7 @@ void WriteModule(ReportText& report, std::uintptr_t base, int number) noexcept
     report.Write(L"\r\n");
 }
 
-// The end of the addresses to be looked through: of all there are, where that is feasible.
+// The end of the addresses to search: all there are, where that is feasible.
 std::uintptr_t EndOfAddresses() noexcept
 {
     SYSTEM_INFO info = {};
@@ -107,7 +107,7 @@ std::uintptr_t EndOfAddresses() noexcept
 
 void WriteModules(ReportText& report) noexcept
 {
-    constexpr std::uintptr_t skipped = 0x10000; // where the platform has nothing to say
+    constexpr std::uintptr_t skipped = 0x10000; // bytes skipped where a query fails
     const std::uintptr_t end = EndOfAddresses();
     std::uintptr_t lastBase = 0;
     int number = 0;

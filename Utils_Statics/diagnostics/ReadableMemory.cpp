@@ -8,7 +8,7 @@ namespace utils_statics {
 
 namespace {
 
-// The number of bytes from `address` on, in one region of pages, that can be read; 0 for none.
+// The number of readable bytes from `address` on, within one region of pages; 0 for none.
 std::size_t ReadableFrom(std::uintptr_t address) noexcept
 {
     constexpr DWORD untouchable = PAGE_GUARD | PAGE_NOACCESS;
@@ -30,7 +30,7 @@ bool ReadMemory(std::uintptr_t address, void* out, std::size_t size) noexcept
         if (readable == 0) return false;
         checked += std::min(readable, size - checked);
     }
-    SIZE_T copied = 0; // by the platform, because another thread may change the pages meanwhile
+    SIZE_T copied = 0; // the platform copies: another thread may change the pages meanwhile
     return ReadProcessMemory(GetCurrentProcess(), reinterpret_cast<void*>(address), out, size,
                              &copied) &&
            copied == size;

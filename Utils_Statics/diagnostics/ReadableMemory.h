@@ -5,8 +5,8 @@
 
 namespace utils_statics {
 
-// Copies `size` bytes from an address of this process that may be any. False when not all of them
-// can be read. Pages that guard something, such as the end of a stack, are not touched.
+// Copies `size` bytes from any address of this process. False when not all of them can be read.
+// Guard pages, such as those at the end of a stack, are not touched.
 bool ReadMemory(std::uintptr_t address, void* out, std::size_t size) noexcept;
 
 template <class Value>

@@ -26,7 +26,7 @@ void ReportText::Write(const wchar_t* format, ...) noexcept
     va_start(arguments, format);
     wvsprintfW(m_text + m_length, format, arguments);
     va_end(arguments);
-    // Not by the result: where it is cut, implementations disagree about it.
+    // The length is measured: for a text that was cut, implementations return different results.
     const std::size_t piece = wcsnlen(m_text + m_length, longestPiece - 1);
     if (piece == longestPiece - 1) EndCutLine(format, piece);
     m_length += piece;

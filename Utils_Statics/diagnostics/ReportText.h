@@ -10,19 +10,19 @@ namespace utils_statics {
 class ReportText
 {
 public:
-    // Creates the file, over one that is there, and writes the byte-order mark. False when the file
-    // cannot be created.
+    // Creates the file, replacing an existing one, and writes the byte-order mark. False when the
+    // file cannot be created.
     bool Open(const wchar_t* path) noexcept;
 
-    // Formats one piece as the platform's wsprintf does. It has at most 1023 characters; what is
-    // beyond is cut off, but a piece that should end a line does so all the same.
+    // Formats one piece as the platform's wsprintf does. The rest after 1023 characters is cut off,
+    // but a piece that should end a line still ends it.
     void Write(const wchar_t* format, ...) noexcept;
 
     // Writes what is left in the buffer and closes the file.
     void Close() noexcept;
 
 private:
-    static constexpr std::size_t flushLength = 7168;  // a buffer that holds more is written first
+    static constexpr std::size_t flushLength = 7168;  // a fuller buffer is written out first
     static constexpr std::size_t longestPiece = 1024; // with its null
 
     void EndCutLine(const wchar_t* format, std::size_t piece) noexcept;

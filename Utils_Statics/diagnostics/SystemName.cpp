@@ -4,7 +4,7 @@ namespace utils_statics {
 
 namespace {
 
-// A release, up to the last build that has its name.
+// A release and the last build that has its name.
 struct NamedBuild
 {
     DWORD minor;

@@ -4,7 +4,7 @@
 
 namespace utils_statics {
 
-// What the report calls a version of the operating system.
+// The report's name of a version of the operating system.
 const wchar_t* SystemName(const OSVERSIONINFOW& system) noexcept;
 
 } // namespace utils_statics

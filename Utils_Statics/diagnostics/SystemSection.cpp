@@ -14,7 +14,7 @@ namespace {
 
 constinit OSVERSIONINFOW s_system = {};
 
-// Started megabytes: what is used at all is not 0.
+// Megabytes, rounded up, so that any use at all is not 0.
 int MegaBytes(unsigned long long bytes) noexcept
 {
     constexpr unsigned long long megaByte = 1ULL << 20;
@@ -29,8 +29,8 @@ FILETIME Now() noexcept
     return now;
 }
 
-// In parts, or, for a run of less than a millisecond (or one in which the clock was set back), in
-// the platform's own units.
+// Writes the time as days to milliseconds. A run of less than a millisecond, or one during which
+// the clock was set back, is given in the platform's own units.
 void WriteRunTime(ReportText& report, const FILETIME& start, const FILETIME& end) noexcept
 {
     constexpr unsigned long long perMillisecond = 10'000;
@@ -93,8 +93,8 @@ void WriteProcessMemory(ReportText& report) noexcept
 
 } // namespace
 
-// By the function that answers for the system: GetVersionEx answers for what the program says it
-// knows.
+// RtlGetVersion tells the system's own version. GetVersionEx tells the one that the program claims
+// to know.
 void PrepareSystemDetails() noexcept
 {
     using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
@@ -111,7 +111,7 @@ void WriteProcessTimes(ReportText& report) noexcept
     FILETIME exit = {};
     FILETIME kernel = {};
     FILETIME user = {};
-    const FILETIME end = Now(); // the platform knows no end of a process that still runs
+    const FILETIME end = Now(); // the platform has no end time for a process that still runs
     const bool isKnown =
         GetProcessTimes(GetCurrentProcess(), &start, &exit, &kernel, &user) != FALSE;
     report.Write(L"Process start time: %s.\r\n",

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t longestStack = 0x3000; // bytes
 constexpr std::size_t wordsOfLine = 4;
 
-// The words of one line of the stack, as many as there are.
+// The words of one line of the stack; the last line may have fewer.
 struct StackLine
 {
     std::uint32_t words[wordsOfLine];

@@ -10,14 +10,14 @@ namespace utils_statics {
 
 namespace {
 
-// The block with the fixed information; the string and translation tables; the tables of each
-// language; their texts.
+// The levels are: the block with the fixed information, the string and translation tables, the
+// tables of each language, and their texts.
 constexpr int rootLevel = 0;
 constexpr int textLevel = 3;
 
-// Reads and mends nodes by their layout: length of the whole node, length of the value, in the wide
-// layout the value's type (16 bits each), a key with its null, the value, children; value and
-// children each from a multiple of four on.
+// Reads and mends nodes by their layout: the length of the whole node, the length of the value, in
+// the wide layout the value's type (16 bits each), a key with its null, the value, and the
+// children. The value and each child begin at a multiple of four.
 class NodeTree
 {
 public:
@@ -61,7 +61,7 @@ private:
         if (begin < end) std::memset(m_block + begin, 0, end - begin);
     }
 
-    // The place behind the first null from `text` on; 0 when there is none before `end`.
+    // The offset after the first null from `text` on; 0 when there is none before `end`.
     std::size_t TextEnd(std::size_t text, std::size_t end) const noexcept
     {
         const std::size_t size = CharacterSize();

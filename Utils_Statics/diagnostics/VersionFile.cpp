@@ -10,7 +10,7 @@ namespace {
 
 constexpr WORD versionType = 16; // RT_VERSION, as a number
 constexpr std::uint64_t pageSize = 0x1000;
-constexpr std::uint64_t sectorSize = 0x200; // images are mapped from whole ones
+constexpr std::uint64_t sectorSize = 0x200; // images are mapped in whole sectors
 
 constexpr std::uint64_t RoundedUp(std::uint64_t size, std::uint64_t unit)
 {
@@ -50,7 +50,7 @@ private:
         languageLevel
     };
 
-    // Bytes that lie side by side, in the file and in the image alike.
+    // Bytes that are contiguous both in the file and in the image.
     struct Extent
     {
         std::uint64_t address = 0;
@@ -88,8 +88,9 @@ private:
         return RoundedUp(size, pageSize);
     }
 
-    // What of the first section whose data the address belongs to, as the platform looks it up in a
-    // file, is in the file and in the image alike.
+    // Finds the part of a section that is the same in the file and in the image. The section is the
+    // first whose data contains the address, as in the platform's own search. False when there is
+    // none.
     bool FindExtent(std::uint64_t address, Extent& extent) noexcept
     {
         for (unsigned i = 0; i < m_sectionCount; ++i) {
@@ -111,14 +112,14 @@ private:
         return size - std::min(size, offset);
     }
 
-    // Whether the bytes of the file have that address in the image.
+    // True when the bytes of the file have that address in the image.
     bool IsSameInImage(const Extent& extent) const noexcept
     {
         return extent.address == extent.offset ||
                (!m_isFlat && extent.offset % sectorSize == 0 && extent.address >= m_headersSize);
     }
 
-    // Whether no other section lies over the extent in the image.
+    // True when no other section overlaps the extent in the image.
     bool IsAlone(unsigned index, const Extent& extent) noexcept
     {
         for (unsigned i = 0; i < m_sectionCount; ++i) {
@@ -155,7 +156,7 @@ private:
         return count > 0 || level != languageLevel;
     }
 
-    // Only what belongs to the version resource counts. The platform takes any of its languages.
+    // Only entries of the version resource count. The platform takes any of its languages.
     bool IsSoundEntry(const IMAGE_RESOURCE_DIRECTORY_ENTRY& entry, Level level) noexcept
     {
         const bool isTable = entry.DataIsDirectory != 0;
@@ -182,10 +183,10 @@ private:
     std::uint64_t m_headersSize = 0;
     bool m_isFlat = false;    // mapped as it is, without regard to sections
     std::uint64_t m_root = 0; // the address of the resources
-    Extent m_resources;       // of the section that they lie in
+    Extent m_resources;       // in the section that they lie in
 };
 
-// The resource table of a file of 16 bits: types, each followed by its resources.
+// An executable file of 16 bits, whose resource table has types, each followed by its resources.
 class NewExecutable
 {
 public:
@@ -222,7 +223,7 @@ private:
 
     struct Name
     {
-        WORD offset; // in units of the file's alignment, as the size is
+        WORD offset; // in units of the file's alignment, like the size
         WORD size;
         WORD flags;
         WORD id;

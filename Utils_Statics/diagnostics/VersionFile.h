@@ -6,13 +6,13 @@
 
 namespace utils_statics {
 
-// The layout of the version resource of an executable file, as far as the platform can be asked for
-// it: in a file that is damaged it follows sizes and addresses wherever they lead. All that it
-// looks at on the way to the resource lies within the file then, and at the same place in the file
-// and in its image. Nothing where that is not so, and where there is no such file. A file without a
-// version resource may have a layout nevertheless.
+// The layout of the version resource of an executable file, when the platform can be asked for it
+// safely. In a damaged file the platform follows sizes and addresses wherever they lead. It is safe
+// when everything that it reads on the way to the resource lies within the file, and at the same
+// place in the file and in its image. There is no layout when that is not so or when there is no
+// such file. A file without a version resource may still have a layout.
 //
-// `path` is searched for as the platform does with the files that it loads.
+// `path` is searched for as the platform searches for the files that it loads.
 std::optional<VersionLayout> LayoutOfVersionResource(const wchar_t* path) noexcept;
 
 } // namespace utils_statics
