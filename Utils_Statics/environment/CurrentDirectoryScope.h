@@ -4,8 +4,8 @@
 
 namespace utils_statics {
 
-// Puts the process's current directory back when it goes, on every way out. A directory of MAX_PATH
-// characters or more cannot be remembered and stays as it then is.
+// Restores the process's current directory when the scope ends, on every way out. A directory of
+// MAX_PATH characters or more cannot be remembered and is not restored.
 class CurrentDirectoryScope
 {
 public:

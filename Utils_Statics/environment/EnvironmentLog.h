@@ -4,11 +4,11 @@
 
 namespace utils_statics {
 
-// The source name of every message of the exam environment, whichever file it comes from.
+// The source name of every message of the exam environment, in whichever file it arises.
 inline constexpr const char* environmentSource = "Utils_Statics/Utils_Statics";
 
-// The messages of the exam environment, each with the line number that stands for it in the log.
-// Whoever searches logs relies on the numbers.
+// The messages of the exam environment, each with its line number in the log. Searches of logs rely
+// on these numbers.
 enum EnvironmentMessage : int
 {
     messageDeleteFailed = 521,

@@ -4,8 +4,8 @@
 
 namespace utils_statics {
 
-// The application's main window; null when there is no application, no main window, or no window of
-// it. On any thread.
+// The application's main window; null when there is no application, no main window object, or the
+// object has no window. Any thread may call this.
 inline HWND MainWindow()
 {
     CWinApp* const application = AfxGetApp();

@@ -55,8 +55,8 @@ PathBuffer::PathBuffer(const std::wstring& path)
 
 std::wstring WithoutLastComponent(std::wstring path)
 {
-    // The platform only shortens what is there, however long it is. Behind a last colon it may look
-    // at one character past the end, which has to be a second zero.
+    // The platform only shortens the text, so any length is safe. After a final colon it may read
+    // one character past the end, which must be a second zero.
     path.push_back(L'\0');
     PathRemoveFileSpecW(path.data());
     path.resize(std::wcslen(path.c_str()));
@@ -66,7 +66,7 @@ std::wstring WithoutLastComponent(std::wstring path)
 std::wstring WithoutTrailingBackslash(std::wstring path)
 {
     path.resize(std::wcslen(path.c_str()));
-    PathRemoveBackslashW(path.data()); // which looks at what is there, however long it is
+    PathRemoveBackslashW(path.data()); // it only shortens, so any length is safe
     path.resize(std::wcslen(path.c_str()));
     return path;
 }
@@ -80,7 +80,7 @@ std::wstring CurrentDirectory()
 {
     wchar_t buffer[MAX_PATH] = {};
     const DWORD length = GetCurrentDirectoryW(MAX_PATH, buffer);
-    // A longer directory leaves the buffer undefined and returns the size it would have needed.
+    // For a longer directory the buffer is undefined and the result is the size needed.
     return length < MAX_PATH ? std::wstring(buffer, length) : std::wstring();
 }
 

@@ -13,15 +13,15 @@ inline const wchar_t* OrEmpty(const wchar_t* text)
     return text ? text : L"";
 }
 
-// Every `from` becomes `to`.
+// Replaces every `from` with `to`.
 void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to);
 
 // Removes every occurrence of `part`, in one pass from the left.
 void RemoveAll(std::wstring& text, const std::wstring& part);
 
-// Turns each pair of backslashes into one, in one pass from the left without overlap: of three
-// remain two. The two leading backslashes of a network path become one as well; network paths are
-// not supported here.
+// Turns each pair of backslashes into one, in one pass from the left without overlap: three become
+// two. The two leading backslashes of a network path become one as well; network paths are not
+// supported here.
 void CollapseBackslashes(std::wstring& path);
 
 // `path` (null is empty) with backslashes only, collapsed `passes` times.
@@ -29,10 +29,10 @@ std::wstring NormalisedPath(const wchar_t* path, int passes);
 
 void StripTrailingSeparators(std::wstring& path);
 
-// Ensures a backslash at the end of a text that is not empty.
+// Ensures that a text that is not empty ends in a backslash.
 void EnsureTrailingBackslash(std::wstring& path);
 
-// One path for a function of the platform that edits it in place: at most MAX_PATH - 1 characters.
+// A path for a function of the platform that edits in place; at most MAX_PATH - 1 characters.
 class PathBuffer
 {
 public:
@@ -46,13 +46,13 @@ private:
     wchar_t m_text[MAX_PATH] = {};
 };
 
-// `path` without its last component. Of any length.
+// `path`, of any length, without its last component.
 std::wstring WithoutLastComponent(std::wstring path);
 
-// `path` without one backslash at its end; the root of a drive keeps its own. Of any length.
+// `path`, of any length, without one backslash at its end. The root of a drive keeps its own.
 std::wstring WithoutTrailingBackslash(std::wstring path);
 
-// PathFileExistsW: whether there is a file or folder of this name.
+// True when there is a file or folder of this name.
 bool PathExists(const std::wstring& path);
 
 // The process's current directory; empty when it does not fit a path buffer.

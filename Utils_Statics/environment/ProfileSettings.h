@@ -2,7 +2,7 @@
 
 #include <afxwin.h>
 
-// Settings of the running application's profile. Without an application object every setting has
+// Settings in the running application's profile. Without an application object every setting has
 // its default.
 namespace utils_statics {
 

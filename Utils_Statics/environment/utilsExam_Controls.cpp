@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int selectionField = -1;
-constexpr BYTE toggled = 1;        // the bit of a key's state
+constexpr BYTE toggled = 1;        // in a key's state
 constexpr BYTE keyScanCode = 0x45; // Num Lock's; the platform goes by the virtual key
 
 struct FontChange

@@ -19,5 +19,5 @@ int utilsExam::GetMonthSpan(const COleDateTime& from, const COleDateTime& to)
     const bool beforeTheDay = to.GetDay() < from.GetDay();
     if (months == 0 && to.GetDay() == from.GetDay()) return 0;
     if (months == 0 && beforeTheDay) return monthsOfAYear;
-    return beforeTheDay ? months : months + 1; // a month begun counts
+    return beforeTheDay ? months : months + 1; // a started month counts
 }

@@ -25,9 +25,9 @@ bool MakeDirectory(const std::wstring& path)
     return _wmkdir(path.c_str()) == 0;
 }
 
-// Creates every prefix that ends before a backslash after the first, then the whole. The component
-// before the first backslash is never created by itself: it is a drive, or the first folder of a
-// relative path.
+// Creates every prefix that ends before the second or a later backslash, then the whole path. The
+// component before the first backslash is never created by itself: it is a drive, or the first
+// folder of a relative path.
 bool MakeDirectoryWithParents(const std::wstring& path)
 {
     const std::size_t first = path.find(L'\\');
@@ -38,8 +38,8 @@ bool MakeDirectoryWithParents(const std::wstring& path)
     return MakeDirectory(path);
 }
 
-// A path in the fixed buffer that SHFileOperationW has for it: the shell's list of one path, which
-// ends in two zero characters. So at most 258 characters fit.
+// A path as SHFileOperationW takes it: a list of one path in a fixed buffer, ended by two zero
+// characters. So at most 258 characters fit.
 class ShellPathBuffer
 {
 public:
@@ -62,7 +62,7 @@ void LogLastError(EnvironmentMessage message)
     EnvironmentLog(message, 1)(L"%d", static_cast<int>(error));
 }
 
-// Hidden files count, hidden and linked folders do not: deliberate.
+// Deliberate: hidden files count, hidden and linked folders do not.
 bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
 {
     constexpr DWORD skipped = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_REPARSE_POINT;
@@ -70,7 +70,8 @@ bool IsWalkedFolder(const WIN32_FIND_DATAW& entry)
     return (entry.dwFileAttributes & skipped) == 0 && name != L"." && name != L"..";
 }
 
-// The sizes of the files in `folder`; the folders in it that are walked are added to `pending`.
+// The sum of the sizes of the files in `folder`. Its folders that are to be walked are added to
+// `pending`.
 std::uint64_t FileSizes(const std::wstring& folder, std::vector<std::wstring>& pending)
 {
     WIN32_FIND_DATAW entry;
@@ -103,7 +104,7 @@ void utilsExam::RemoveDirectoryW(const wchar_t* path, int isAbsolute)
 try {
     if (!path) return;
     const std::wstring current = isAbsolute ? L"" : CurrentDirectory();
-    if (!isAbsolute && current.empty()) return; // too long to compose a path the shell would take
+    if (!isAbsolute && current.empty()) return; // too long for a path that the shell takes
     const std::wstring asked = isAbsolute ? path : current + L"\\" + path;
     const std::wstring folder = NormalisedPath(asked.c_str(), 2);
     if (!PathExists(folder)) return;
@@ -119,7 +120,7 @@ try {
 
 __int64 utilsExam::GetDirectorySize(const CString& dir)
 try {
-    // A list and not a recursion: the tree's depth is the disk's, the stack is the application's.
+    // A list and not a recursion, because a deep tree on the disk could exhaust the caller's stack.
     std::vector<std::wstring> pending{dir.GetString()};
     std::uint64_t total = 0;
     while (!pending.empty()) {
@@ -150,7 +151,7 @@ try {
     record.hNameMappings = nameMappings;
     record.lpszProgressTitle = progressTitle;
     if (!source.Fits() || !destination.Fits())
-        SetLastError(ERROR_FILENAME_EXCED_RANGE); // cut, a path would name another file
+        SetLastError(ERROR_FILENAME_EXCED_RANGE); // a path cut short would name another file
     else if (::SHFileOperationW(&record) == 0)
         return 1;
     LogLastError(messageShellOperationFailed);

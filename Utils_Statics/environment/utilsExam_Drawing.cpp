@@ -16,7 +16,7 @@ enum Side : int
     bottomSide = 8,
 };
 
-// A channel of 8 bits as a vertex takes it.
+// Widens a channel of 8 bits to the 16 bits of a vertex.
 COLOR16 Widened(BYTE channel)
 {
     return static_cast<COLOR16>(channel * 256);
@@ -29,7 +29,7 @@ TRIVERTEX Vertex(int x, int y, COLORREF colour)
         0};
 }
 
-// One pixel wide; the end point itself is not drawn.
+// Draws a line one pixel wide, without its end point.
 void DrawLine(CDC& dc, POINT from, POINT to, COLORREF colour)
 {
     CPen pen(PS_SOLID, 1, colour);

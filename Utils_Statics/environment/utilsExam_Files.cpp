@@ -15,12 +15,12 @@ using namespace utils_statics;
 
 namespace {
 
-// The roots of all drives, one after the other, each closed by a zero; one more zero ends the list.
+// The roots of all drives, each ended by a zero. One more zero ends the list.
 std::vector<wchar_t> LogicalDriveRoots()
 {
     std::vector<wchar_t> roots(1);
     DWORD length = GetLogicalDriveStringsW(0, nullptr);
-    while (length >= roots.size()) { // again, when a drive came in between the questions
+    while (length >= roots.size()) { // repeats when a drive was added between the calls
         roots.assign(length + 1, L'\0');
         length = GetLogicalDriveStringsW(static_cast<DWORD>(roots.size()), roots.data());
     }
@@ -72,7 +72,7 @@ try {
 void utilsExam::BGRtoRGB(unsigned char* pixels, int width, int height)
 {
     const std::int64_t count = static_cast<std::int64_t>(width) * height;
-    // The product alone decides, and no buffer can hold more than the upper bound.
+    // Only the product of the sizes counts. No buffer can hold more than the upper bound.
     if (!pixels || count < 1 || count > PTRDIFF_MAX / 3) return;
     for (std::ptrdiff_t at = 0; at < static_cast<std::ptrdiff_t>(count) * 3; at += 3)
         std::swap(pixels[at], pixels[at + 2]);

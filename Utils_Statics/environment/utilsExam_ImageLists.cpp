@@ -14,8 +14,9 @@ BITMAP Description(HBITMAP bitmap)
     return description;
 }
 
-// A copy of `bitmap` of another size, in its own colour format; empty when there is no such size.
-// Of a bitmap that is selected elsewhere the platform lets nothing be seen.
+// A copy of `bitmap` at another size, in the same colour format; empty when the size is impossible.
+// The copy of a bitmap that is selected elsewhere shows nothing, because the platform cannot read
+// it.
 base::Bitmap Scaled(HBITMAP bitmap, const CSize& size)
 {
     const base::MemoryContext source(CreateCompatibleDC(nullptr));
@@ -26,7 +27,7 @@ base::Bitmap Scaled(HBITMAP bitmap, const CSize& size)
     if (!selectedTarget) return {};
     const BITMAP whole = Description(bitmap);
     SetStretchBltMode(target.get(), HALFTONE);
-    SetBrushOrgEx(target.get(), 0, 0, nullptr); // as the mode asks for
+    SetBrushOrgEx(target.get(), 0, 0, nullptr); // HALFTONE requires it
     StretchBlt(target.get(), 0, 0, size.cx, size.cy, source.get(), 0, 0, whole.bmWidth,
                whole.bmHeight, SRCCOPY);
     return scaled;

@@ -13,15 +13,15 @@ using namespace utils_statics;
 
 namespace {
 
-// What stands before the first occurrence of the file's name. The first, deliberately: a folder
-// whose name contains the file's name cuts early.
+// The text before the first occurrence of the file's name. Deliberate: a folder whose name contains
+// the file's name cuts early.
 std::wstring FolderOfReference(const wchar_t* referenceFile)
 {
     const std::wstring reference = OrEmpty(referenceFile);
     return reference.substr(0, reference.find(PathFindFileNameW(reference.c_str())));
 }
 
-// As addresses are written: forward slashes only, without the scheme.
+// Writes the text like an address: with forward slashes only and without the scheme.
 std::wstring AsPlainAddress(std::wstring text)
 {
     ReplaceAll(text, L'\\', L'/');
@@ -29,7 +29,7 @@ std::wstring AsPlainAddress(std::wstring text)
     return text;
 }
 
-// The first candidate that exists; otherwise the last one, and false.
+// Finds the first candidate that exists. False with the last candidate when none does.
 bool FindLayoutFile(const std::wstring& folder, const std::wstring& path, std::wstring& candidate)
 {
     candidate = folder + path;
@@ -54,7 +54,7 @@ CString utilsExam::ParsePath(const wchar_t* referenceFile, const wchar_t* path)
     if (trimmed.empty() || !PathIsRelativeW(trimmed.c_str())) return trimmedText;
 
     const std::wstring folder = FolderOfReference(referenceFile);
-    // Meant for "..", but the second character alone decides: so does "a.png".
+    // This is meant for "..", but only the second character counts, so "a.png" matches too.
     if (trimmed.size() > 1 && trimmed[1] == L'.')
         return ToCString(AsPlainAddress(folder + trimmed));
 

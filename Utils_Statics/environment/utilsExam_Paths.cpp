@@ -1,5 +1,5 @@
-// utilsExam: where the application's own files, its patients, studies, images and layout resources
-// lie.
+// utilsExam: the places of the application's own files, patients, studies, images and layout
+// resources.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 #include "text/TextView.h"
@@ -22,11 +22,10 @@ PathBuffer ProgramFile(const wchar_t* fallbackName)
 {
     PathBuffer buffer(std::wstring{});
     const DWORD count = GetModuleFileNameW(nullptr, buffer.data(), MAX_PATH);
-    // Deliberately the sign and not the zero of a failure: a failure yields an empty text.
+    // Deliberate: the sign decides, not the 0 of a failure. A failure yields an empty text.
     if (static_cast<std::int32_t>(count) < 0)
         return PathBuffer(zelPath::getPath(qor_utils::applicationStore, fallbackName));
-    // A name of 260 characters or more is cut by the platform, on old systems without the closing
-    // zero.
+    // The platform cuts a name of 260 characters or more, on old systems without the final zero.
     buffer.data()[MAX_PATH - 1] = L'\0';
     return buffer;
 }
@@ -48,8 +47,8 @@ CString utilsExam::GetApplicationPath()
 
 CString utilsExam::GetRegistryPath(const wchar_t* key, const wchar_t* defaultPath)
 {
-    // Asked without a default, so that a value that equals the default is still told from one that
-    // is not set: only what was stored gets the backslash.
+    // The setting is read without a default, so that a stored value that equals the default differs
+    // from a missing one. Only a stored value gets the backslash.
     std::wstring stored = qor_utils::ReadProfileString(L"System\\Path", OrEmpty(key), L"");
     if (stored.empty()) return CString(OrEmpty(defaultPath));
     EnsureTrailingBackslash(stored);

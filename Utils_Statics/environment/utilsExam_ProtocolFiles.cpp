@@ -1,4 +1,4 @@
-// utilsExam: the copy of a protocol file that is in force, and where a changed copy is saved.
+// utilsExam: the copy of a protocol file that is in force, and the place to save a changed copy.
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 #include "text/TextView.h"
@@ -15,7 +15,7 @@ using namespace utils_statics;
 
 namespace {
 
-// Protocols need not have these, so that nobody is told when they are missing.
+// Protocols need not have these files, so a missing one is not logged.
 bool IsOptional(const wchar_t* file)
 {
     return _wcsicmp(file, L"worksheet.xml") == 0 || _wcsicmp(file, L"measurements-custom.xml") == 0;

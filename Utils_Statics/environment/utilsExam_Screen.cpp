@@ -1,4 +1,4 @@
-// utilsExam: where dialogs and the imaging area lie on the console's screen.
+// utilsExam: the places of dialogs and of the imaging area on the console's screen.
 #include "environment/MainWindow.h"
 
 #include <Utils_Statics/utilsExam.h>
@@ -12,7 +12,7 @@ namespace {
 constexpr int screenWidth = 1024;
 constexpr int screenHeight = 768;
 constexpr int tavrenDialogHeight = 600;
-constexpr int raisedBy = 50; // leaves room for what stands below a centred image
+constexpr int raisedBy = 50; // leaves room below a centred image
 
 CSize ClientSize(HWND window)
 {

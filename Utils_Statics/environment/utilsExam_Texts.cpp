@@ -21,7 +21,7 @@ int MeasuredWidth(CDC& dc, const CString& text)
     return bounds.right - bounds.left;
 }
 
-// The next word at or after `position`, which moves behind it; empty when there is none.
+// The next word at or after `position`, which moves past it; empty when there is none.
 std::wstring_view NextWord(std::wstring_view text, std::size_t& position)
 {
     const std::size_t begin = text.find_first_not_of(delimiters, position);
@@ -30,7 +30,7 @@ std::wstring_view NextWord(std::wstring_view text, std::size_t& position)
     return text.substr(begin, position - begin);
 }
 
-// Composes lines out of a text's words and counts them.
+// Composes lines from a text's words and counts them.
 class LineCounter
 {
 public:
@@ -49,9 +49,10 @@ public:
     int Count() const { return m_count; }
 
 private:
-    // A word is looked up from the current position, which then moves to the next space, and only
-    // when there is none to the next line feed. So a word that ends in a line feed takes the words
-    // up to that space out of reach: they are appended without what stood before them. Deliberate.
+    // The word is searched for from the current position, which then moves to the next space, or to
+    // the next line feed when no space is left. Deliberate: after a word that ends in a line feed,
+    // the words up to that space are skipped by the search. They are appended without the text
+    // before them.
     void AppendWithGap(std::wstring_view word)
     {
         const std::size_t found = m_text.find(word, m_position);

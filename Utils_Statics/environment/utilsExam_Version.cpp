@@ -61,7 +61,7 @@ CString CachedEntry(CString& cache, const wchar_t* name)
         const std::shared_lock lock(s_cacheLock);
         if (!cache.IsEmpty()) return cache;
     }
-    CString entry = utilsExam::GetStringTableEntry(name); // without the lock: it may be long
+    CString entry = utilsExam::GetStringTableEntry(name); // without the lock: it may take long
     if (entry.IsEmpty()) entry = GetStr("product.description.notset");
     const std::unique_lock lock(s_cacheLock);
     if (cache.IsEmpty()) cache = entry;

@@ -14,8 +14,9 @@ constexpr int popupLimit = 9;
 constexpr DWORD checkInterval = 100; // milliseconds
 constexpr DWORD longestWait = 5000;  // milliseconds
 
-// A platform that does not know of enabled pop-ups (GetWindow answers null then, for an owner that
-// exists) still knows the last active one. Where both are known, the second is one of the first.
+// The enabled pop-up of `owner`, or null. Some platforms know no enabled pop-ups: GetWindow returns
+// null for an owner that has one. They still know the last active one. Where both are known, the
+// last active one is an enabled one.
 HWND EnabledPopup(HWND owner)
 {
     if (const HWND popup = GetWindow(owner, GW_ENABLEDPOPUP)) return popup;
@@ -41,8 +42,7 @@ void PostKey(HWND window, WPARAM key)
     PostMessageW(window, WM_KEYUP, key, 0);
 }
 
-// What makes a dialog end: the first key cancels it, the second answers one that cannot be
-// cancelled.
+// Makes a dialog end: the first key cancels it, the second answers one that cannot be cancelled.
 void AskToClose(HWND popup)
 {
     ShowWindow(popup, SW_SHOW);
@@ -51,7 +51,7 @@ void AskToClose(HWND popup)
     PostKey(popup, VK_RETURN);
 }
 
-// Whether the window goes within the longest wait.
+// True when the window is gone within the longest wait.
 bool WaitUntilGone(HWND window)
 {
     for (DWORD waited = 0; IsWindow(window); waited += checkInterval) {
