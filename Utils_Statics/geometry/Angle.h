@@ -2,7 +2,7 @@
 
 namespace utils_statics {
 
-// Radians of an angle in thousandths of a degree.
+// Converts an angle from thousandths of a degree to radians.
 inline double ToRadians(int milliDegrees)
 {
     return milliDegrees * 1.7453292519943296e-5;

@@ -50,13 +50,13 @@ float Slope(const ULine& line)
     return dy / dx;
 }
 
-// The height at x = 0 of the line of the slope `m` through the start of `line`.
+// The height at x = 0 of the line with slope `m` through the start of `line`.
 float Intercept(const ULine& line, float m)
 {
     return static_cast<float>(line.y1) - static_cast<float>(line.x1) * m;
 }
 
-// The height at `x` of the line of the slope `m` through the start of `line`.
+// The height at `x` of the line with slope `m` through the start of `line`.
 float HeightAt(int x, const ULine& line, float m)
 {
     return static_cast<float>(x) * m + Intercept(line, m);
@@ -75,7 +75,7 @@ void Stroke(CDC* dc, const UPoint& from, const UPoint& to)
 }
 
 // The point of `clip` at the height `y`. A horizontal edge has no such point: the result is (0, 0),
-// deliberately unchecked by the callers.
+// which callers deliberately do not check.
 UPoint PointAtHeight(const ULine& clip, int y)
 {
     UPoint point;

@@ -16,7 +16,7 @@ using namespace utils_statics;
 
 namespace {
 
-// The parameters of CreateImageMask that the scan converter is asked with.
+// The parameters of CreateImageMask that are passed to the scan converter.
 struct Imaging
 {
     const ZelProbe* probe;
@@ -29,7 +29,7 @@ struct Imaging
     const UPoint& micronsPerPixel;
 };
 
-// What the scan converter says of one pixel.
+// The scan converter's result for one pixel.
 struct Pixel
 {
     int line; // relative to the region's first line
@@ -52,7 +52,7 @@ public:
     int Lines() const { return base::wrap::Subtract(m_rect.right, m_rect.left); }
     int Samples() const { return base::wrap::Subtract(m_rect.bottom, m_rect.top); }
 
-    // The region's edges are outside, at both ends.
+    // Pixels on the region's edges, at both ends, are outside.
     Pixel At(int x, int y, bool fine) const
     {
         const Imaging& i = m_imaging;
@@ -74,11 +74,11 @@ private:
     URect m_rect;
 };
 
-// What the way up a column meets.
+// The result of a search up a column.
 struct Rise
 {
     int bottom;       // the lowest inside pixel, -1 for none
-    int smallestLine; // up to there
+    int smallestLine; // on the way up to it
 };
 
 Rise SearchUpwards(const Region& region, int x, int height)
@@ -92,7 +92,7 @@ Rise SearchUpwards(const Region& region, int x, int height)
     return {-1, smallestLine};
 }
 
-// The highest inside pixel of a column's one run that ends at `bottom`.
+// The highest inside pixel of a column, whose inside pixels form one run that ends at `bottom`.
 int FindTop(const Region& region, int x, int bottom)
 {
     int outside = -1;
