@@ -22,7 +22,7 @@ struct Blend
     int count;
 };
 
-// Null for an image that cannot be copied.
+// The result is null when the image cannot be copied.
 Image CopyOf(Bitmap* source)
 {
     if (!source || source->GetLastStatus() != Ok) return nullptr;
@@ -30,8 +30,8 @@ Image CopyOf(Bitmap* source)
                                static_cast<INT>(source->GetHeight()), PixelFormat32bppARGB));
 }
 
-// Fills the whole image with the gradient from the path's edge to its middle. What GDI+ refuses
-// stays as it is without it: a refused blend leaves the even one.
+// Fills the whole image with the gradient from the path's edge to its middle. A fill that GDI+
+// refuses leaves the image as it is; a refused blend leaves the even one.
 void FillGradient(Gdiplus::Graphics& graphics, const Gdiplus::Rect& all,
                   const Gdiplus::GraphicsPath& path, Color centre, Color edge, const Blend& blend)
 {
@@ -39,13 +39,13 @@ void FillGradient(Gdiplus::Graphics& graphics, const Gdiplus::Rect& all,
     INT colours = 1;
     brush.SetCenterColor(centre);
     brush.SetSurroundColors(&edge, &colours);
-    // Only read; not every header of GDI+ says so.
+    // The arrays are only read, but not every header of GDI+ declares them const.
     brush.SetBlend(const_cast<float*>(blend.factors), const_cast<float*>(blend.positions),
                    blend.count);
     graphics.FillRectangle(&brush, all);
 }
 
-// Not every implementation of GDI+ comes to an end with larger curves, or with NaN.
+// Some implementations of GDI+ never finish with larger curves, or with NaN.
 float FiniteRadius(float radius)
 {
     constexpr float largest = 1e4F; // pixels
@@ -70,10 +70,10 @@ void DrawMask(Bitmap& image, float radius, const Blend& blend)
     FillGradient(graphics, all, path, Color(0xFFFF0000), Color(0xFF000000), blend);
 }
 
-// For a source whose pixels GDI+ does not lend out.
+// Masks a source whose pixels GDI+ does not lend out.
 void MaskPixelByPixel(const LockedPixels& mask, Bitmap& source)
 {
-    Color colour; // of the pixel before, where one cannot be read
+    Color colour; // stays the previous pixel's where one cannot be read
     for (int y = 0; y < mask.Height(); ++y) {
         const std::span row = mask.Row(y);
         for (std::size_t x = 0; x < row.size(); ++x) {

@@ -22,7 +22,7 @@ using namespace utils_statics;
 
 namespace {
 
-// Null unless GDI+ made what it was asked for.
+// The image, or null unless GDI+ created it successfully.
 Image IfOk(Image image)
 {
     return image->GetLastStatus() == Gdiplus::Ok ? std::move(image) : nullptr;
@@ -50,7 +50,7 @@ bool DrawScaled(Gdiplus::Graphics& onto, SIZE target, Bitmap& image)
                           static_cast<INT>(source.cy), Gdiplus::UnitPixel) == Gdiplus::Ok;
 }
 
-// Null for a null image.
+// The result is null for a null image.
 base::Bitmap DeviceBitmap(const Image& image, Gdiplus::ARGB background)
 {
     HBITMAP bitmap = nullptr;
@@ -82,13 +82,13 @@ bool IsIconFile(const wchar_t* path)
 
 Image LoadPictureOrIcon(const wchar_t* path, const SIZE* size, Gdiplus::ARGB background)
 {
-    if (IsIconFile(path)) return LoadIconFile(path); // deliberately at its own size
+    if (IsIconFile(path)) return LoadIconFile(path); // deliberate: an icon keeps its own size
     Image picture = Decode(StreamOfFile(path));
     return picture && size ? ScaledOnto(*picture, *size, background) : std::move(picture);
 }
 
-// The device bitmaps of GDI+ are sections of 32 bits a pixel, so that their memory can be the
-// pixels of an image.
+// The device bitmaps of GDI+ are sections of 32 bits a pixel, so an image can use their memory as
+// its pixels.
 void TurnGrey(HBITMAP bitmap)
 {
     DIBSECTION section = {};
@@ -103,7 +103,7 @@ void TurnGrey(HBITMAP bitmap)
     GrayScaleBitmap(&pixels, 255);
 }
 
-// Empty for a resource that does not exist.
+// The result is empty for a resource that does not exist.
 std::string_view ResourceBytes(HMODULE module, const wchar_t* name, const wchar_t* type)
 {
     const HRSRC resource = FindResourceW(module, name, type);

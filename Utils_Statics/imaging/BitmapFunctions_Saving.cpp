@@ -27,14 +27,14 @@ constexpr GUID quality = {
 
 constexpr int gifFormat = 1;
 
-// Blocks point at these for as long as their owners like.
+// Parameter blocks point at these and may be kept as long as their owners like.
 constexpr ULONG trueColour = 32;
 constexpr ULONG bestQuality = 100;
 
 struct Format
 {
     const wchar_t* mimeType;
-    const GUID* parameter; // of record 0, null for none
+    const GUID* parameter; // the parameter of record 0; null for none
     const ULONG* value;
 };
 
@@ -49,7 +49,7 @@ Format FormatOf(int format)
     }
 }
 
-// A zeroed block with room for that many records; null when there cannot be one.
+// A zeroed block with room for that many records; null when it cannot be allocated.
 EncoderParameters* NewBlock(std::int64_t records)
 {
     const std::int64_t bytes = static_cast<std::int64_t>(offsetof(EncoderParameters, Parameter)) +
@@ -58,9 +58,9 @@ EncoderParameters* NewBlock(std::int64_t records)
     return static_cast<EncoderParameters*>(std::calloc(1, static_cast<std::size_t>(bytes)));
 }
 
-// The image with the 256 colours that a GIF file can hold; null when GDI+ cannot convert it. Not
-// every implementation of GDI+ converts colours when it saves: some write a file without a picture
-// and call it a success.
+// The image with the 256 colours that a GIF file can hold; null when GDI+ cannot convert it. Some
+// implementations of GDI+ do not convert colours when they save: they write a file without a
+// picture and report success.
 Image WithPalette(Image image)
 {
     if (Gdiplus::IsIndexedPixelFormat(image->GetPixelFormat())) return image;
@@ -96,7 +96,7 @@ void GetCompression(int format, EncoderParameters** params, CLSID* clsid, int ex
     *params = nullptr;
     if (extra < 0) return;
     const std::int64_t count = std::int64_t{extra} + (chosen.parameter ? 1 : 0);
-    EncoderParameters* const block = NewBlock(count + 1); // deliberately one more than are counted
+    EncoderParameters* const block = NewBlock(count + 1); // deliberate: one more than counted
     if (!block) return;
     block->Count = static_cast<UINT>(count);
     if (chosen.parameter)
@@ -115,7 +115,7 @@ bool SaveBitmap(HBITMAP bitmap, int format, const wchar_t* path)
     CLSID clsid = {};
     GetCompression(format, &params, &clsid, 0);
     const std::unique_ptr<EncoderParameters, FreeBlock> block(params);
-    // Deliberately without the block: the encoder's own defaults hold.
+    // Deliberate: the block is not passed, so the encoder's own defaults hold.
     return image && image->Save(path, &clsid, nullptr) == Gdiplus::Ok;
 }
 

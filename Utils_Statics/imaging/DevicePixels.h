@@ -8,19 +8,19 @@
 
 namespace utils_statics {
 
-// A copy of the pixels of a device bitmap of 24 or 32 bits a pixel, top row first, whatever way the
-// bitmap itself stores them.
+// A copy of the pixels of a device bitmap of 24 or 32 bits a pixel, top row first in whichever
+// order the bitmap stores them.
 class DevicePixels
 {
 public:
     explicit DevicePixels(HBITMAP bitmap);
 
-    // False for any other bitmap, for none, and when memory is short.
+    // False for any other bitmap, for null, and when memory is short.
     explicit operator bool() const { return m_bytes != nullptr; }
 
     int Height() const { return static_cast<int>(m_height); }
     int BytesPerPixel() const { return m_format.biBitCount / 8; }
-    // The one of these that suits BytesPerPixel().
+    // Only the one that matches BytesPerPixel() may be called.
     std::span<std::uint32_t> Row32(int y);
     std::span<std::uint8_t> Row24(int y);
 

@@ -1,4 +1,4 @@
-// The sizes that the headers of image files state; of each format no more is read than that.
+// Reads the sizes stated in the headers of image files, and nothing else of them.
 #include "imaging/ImageExtent.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ using namespace std::string_view_literals;
 
 constexpr std::uint32_t oldDibHeader = 12; // bytes; its fields have 16 bits
 
-// More of them are not looked at: real files have some dozen.
+// No more entries are read: real files have some dozen.
 constexpr std::uint32_t mostEntries = 1000;
 
 struct Extent
@@ -39,7 +39,7 @@ std::int64_t SizeOf(IStream& file)
                : 0;
 }
 
-// Reads a file at any place. Numbers that do not lie inside it are 0.
+// Reads a file at any offset. Numbers that lie outside the file are 0.
 class Reader
 {
 public:
@@ -71,7 +71,8 @@ public:
     }
 
 private:
-    // A place beyond the end is never sought: not every stream of the platform can then be read.
+    // An offset beyond the end is never sought, because some of the platform's streams cannot be
+    // read afterwards.
     void Read(std::int64_t at, char* to, int bytes)
     {
         if (at + bytes <= m_size &&
@@ -83,14 +84,14 @@ private:
     std::int64_t m_size;
 };
 
-// Of a PNG image that begins at `at`.
+// The extent of a PNG image that begins at `at`.
 MaybeExtent PngExtent(Reader& file, std::int64_t at)
 {
     if (!file.Has(at, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
     return Extent{file.Big(at + 16, 4), file.Big(at + 20, 4)};
 }
 
-// Where a GIF file's first block begins, behind its palette.
+// The offset of a GIF file's first block, after its palette.
 std::int64_t FirstGifBlock(Reader& file)
 {
     const std::uint32_t flags = file.Little(10, 1);
@@ -98,7 +99,7 @@ std::int64_t FirstGifBlock(Reader& file)
     return 13 + (hasPalette ? 3LL << ((flags & 7) + 1) : 0);
 }
 
-// Behind the extension that begins at `at`.
+// The offset after the extension that begins at `at`.
 std::int64_t BehindGifExtension(Reader& file, std::int64_t at)
 {
     at += 2;
@@ -107,7 +108,7 @@ std::int64_t BehindGifExtension(Reader& file, std::int64_t at)
     return at + 1;
 }
 
-// The first picture. The screen that the pictures are put on is not decoded.
+// The extent of the first picture. The screen that holds the pictures is not decoded.
 MaybeExtent GifExtent(Reader& file)
 {
     if (!file.Has(0, "GIF8"sv)) return std::nullopt;
@@ -118,7 +119,8 @@ MaybeExtent GifExtent(Reader& file)
     return Extent{file.Little(at + 5, 2), file.Little(at + 7, 2)};
 }
 
-// Of the header of a device-independent bitmap; negative heights are of top-down ones.
+// The extent in the header of a device-independent bitmap; the height of a top-down one is
+// negative.
 Extent DibExtent(Reader& file, std::int64_t at)
 {
     if (file.Little(at, 4) == oldDibHeader) return {file.Little(at + 4, 2), file.Little(at + 6, 2)};
@@ -133,7 +135,7 @@ MaybeExtent BmpExtent(Reader& file)
     return DibExtent(file, 14);
 }
 
-// The first picture of an icon file, the only one that GDI+ decodes.
+// The extent of an icon file's first picture, the only one that GDI+ decodes.
 MaybeExtent IconExtent(Reader& file)
 {
     if (!file.Has(0, "\0\0\1\0"sv)) return std::nullopt;
@@ -142,7 +144,7 @@ MaybeExtent IconExtent(Reader& file)
     return png ? png : DibExtent(file, at);
 }
 
-// The first frame header among the segments of a JPEG file.
+// The extent in the first frame header among the segments of a JPEG file.
 MaybeExtent JpegExtent(Reader& file)
 {
     if (!file.Has(0, "\xFF\xD8\xFF"sv)) return std::nullopt;
@@ -151,12 +153,12 @@ MaybeExtent JpegExtent(Reader& file)
         const bool isFrame =
             marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
         if (isFrame) return Extent{file.Big(at + 7, 2), file.Big(at + 5, 2)};
-        at += marker == 0xFF ? 1 : 2 + std::int64_t{file.Big(at + 2, 2)}; // 0xFF fills up
+        at += marker == 0xFF ? 1 : 2 + std::int64_t{file.Big(at + 2, 2)}; // 0xFF is padding
     }
     return std::nullopt;
 }
 
-// The first directory of a TIFF file.
+// The extent in the first directory of a TIFF file.
 MaybeExtent TiffExtent(Reader& file)
 {
     const bool isBig = file.Has(0, "MM\0*"sv);
@@ -168,7 +170,7 @@ MaybeExtent TiffExtent(Reader& file)
     for (std::uint32_t i = 0; i < entries; ++i) {
         const std::int64_t entry = directory + 2 + 12 * std::int64_t{i};
         const std::uint32_t tag = file.Number(entry, 2, order);
-        const int bytes = file.Number(entry + 2, 2, order) == 3 ? 2 : 4; // a short or a long number
+        const int bytes = file.Number(entry + 2, 2, order) == 3 ? 2 : 4; // a short or a long
         if (tag == 256) extent.width = file.Number(entry + 8, bytes, order);
         if (tag == 257) extent.height = file.Number(entry + 8, bytes, order);
     }

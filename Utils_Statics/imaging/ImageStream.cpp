@@ -13,7 +13,7 @@ namespace {
 
 constexpr LONGLONG largestFile = 512LL * 1024 * 1024;
 
-// 0 for a file without a size, such as a folder, and for one that is too large.
+// The size is 0 for a file without one, such as a folder, and for a file that is too large.
 DWORD SizeOf(const base::File& file)
 {
     LARGE_INTEGER size;
@@ -34,8 +34,8 @@ MemoryStream StreamOfFile(const wchar_t* path)
     return StreamOfBytes({bytes.get(), read});
 }
 
-// The stream is the shell's, because not every platform's stream over global memory can be read
-// when a damaged image sends the decoder beyond its end.
+// The stream is the shell's. On some platforms a stream over global memory can no longer be read
+// once a damaged image has sent the decoder beyond its end.
 MemoryStream StreamOfBytes(std::string_view bytes)
 {
     if (bytes.empty() || bytes.size() > largestFile) return {};
@@ -49,7 +49,7 @@ std::unique_ptr<Gdiplus::Bitmap> Decode(const MemoryStream& stream)
     stream.get()->Seek({}, STREAM_SEEK_SET, nullptr);
     auto image = std::make_unique<Gdiplus::Bitmap>(stream.get());
     if (image->GetLastStatus() == Gdiplus::Ok) return image;
-    // Not every implementation of GDI+ lets go of a damaged image; this gives its memory back.
+    // Some implementations of GDI+ keep the stream of a damaged image; this releases its memory.
     stream.get()->SetSize({});
     return nullptr;
 }

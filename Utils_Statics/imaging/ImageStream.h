@@ -11,8 +11,8 @@ namespace utils_statics {
 
 using MemoryStream = base::ComPointer<IStream>;
 
-// A stream over a copy of a file's content; null when it cannot be read, is empty, or has more than
-// 512 MiB.
+// A stream over a copy of a file's content; null when the file cannot be read, is empty, or has
+// more than 512 MiB.
 MemoryStream StreamOfFile(const wchar_t* path);
 
 // A stream over a copy of the bytes; null for none or too many, and when memory is short.

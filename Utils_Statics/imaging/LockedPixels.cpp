@@ -20,7 +20,7 @@ LockedPixels::LockedPixels(Gdiplus::Bitmap& bitmap, Access access) : m_bitmap(bi
     if (bitmap.LockBits(&all, LockMode(access), PixelFormat32bppARGB, &m_data) == Gdiplus::Ok)
         return;
     m_data = {};
-    bitmap.GetLastStatus(); // resets it: the attempt must not count as a fault of the bitmap
+    bitmap.GetLastStatus(); // resets the status: a failed attempt is no fault of the bitmap
 }
 
 LockedPixels::~LockedPixels()

@@ -7,8 +7,8 @@
 
 namespace utils_statics {
 
-// The pixels of a whole GDI+ bitmap as ARGB values while the object lives: in place where the
-// bitmap is of that format, else converted to and fro by GDI+.
+// The pixels of a whole GDI+ bitmap as ARGB values while the object lives. They are in place for a
+// bitmap of that format; for others GDI+ converts them both ways.
 class LockedPixels
 {
 public:

@@ -1,5 +1,5 @@
-// SSE2 on eight or four pixels at a time, which every processor of the platform has; the plain
-// loops take what is left over, and say what the result is.
+// SSE2, which every processor of the platform has, works on eight or four pixels at a time. The
+// plain loops do the remaining pixels and define the result.
 #include "imaging/PixelKernels.h"
 
 #include <array>
@@ -46,7 +46,7 @@ constexpr std::uint32_t Weighted(std::uint32_t red, std::uint32_t green, std::ui
     return green * 59 + red * 30 + blue * 11;
 }
 
-// How GreyRow makes alphas: pixel & kept | set.
+// GreyRow's rule for alphas: pixel & kept | set.
 struct AlphaRule
 {
     std::uint32_t kept;
@@ -67,7 +67,7 @@ constexpr std::uint32_t Grey(std::uint32_t pixel)
     return Repeated(static_cast<std::uint32_t>(static_cast<int>(sum)));
 }
 
-// The greys of what is grey already, which rounding makes one less here and there.
+// The greys of colours that are grey already. Rounding makes some of them one less.
 constexpr std::array<std::uint32_t, 256> MakeGreysOfGreys()
 {
     std::array<std::uint32_t, 256> greys = {};
@@ -79,7 +79,7 @@ constexpr std::array<std::uint32_t, 256> greysOfGreys = MakeGreysOfGreys();
 
 bool AreGrey(__m128i first, __m128i second)
 {
-    // Of each pixel, blue with green and green with red.
+    // Compares in each pixel blue with green and green with red.
     const __m128i differences = _mm_or_si128(_mm_xor_si128(first, _mm_srli_epi32(first, 8)),
                                              _mm_xor_si128(second, _mm_srli_epi32(second, 8)));
     const __m128i counted = _mm_and_si128(differences, _mm_set1_epi32(0xFFFF));
@@ -107,8 +107,7 @@ void GreyEight(std::uint32_t* pixels, AlphaRule alpha)
     const __m128i sum = _mm_packs_epi32(WeightedFour(first), WeightedFour(second));
     // sum / 100: exact up to 25500, the largest sum.
     const __m128i grey = _mm_srli_epi16(_mm_mulhi_epu16(sum, _mm_set1_epi16(5243)), 3);
-    // Where the sum is a multiple of 100, the rounding of the real numbers decides whether the grey
-    // is one less.
+    // Where the sum is a multiple of 100, floating-point rounding may make the grey one less.
     const __m128i hundredfold = _mm_mullo_epi16(grey, _mm_set1_epi16(100));
     const __m128i isOpen = _mm_cmpeq_epi16(sum, hundredfold);
     const auto open =
@@ -132,7 +131,7 @@ void GreyEight(std::uint32_t* pixels, AlphaRule alpha)
     }
 }
 
-// In whole numbers, because the constant of single precision is so much greater than 1 / 255 that
+// Whole numbers suffice: the single-precision constant is so much greater than 1 / 255 that
 // rounding never changes the result.
 constexpr std::uint32_t KeyedGrey(std::uint32_t weighted, std::uint32_t alpha)
 {
