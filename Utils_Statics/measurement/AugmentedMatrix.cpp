@@ -18,7 +18,7 @@ inline void SubtractMultiple(double* row, double factor, const double* pivotRow,
                      _mm_sub_pd(_mm_load_pd(row + c), _mm_mul_pd(f, _mm_load_pd(pivotRow + c))));
 }
 
-// Two rows at a time: the pivot row is loaded once for both.
+// Treats two rows at a time, so that the pivot row is loaded once for both.
 inline void SubtractMultiples(double* row1, double factor1, double* row2, double factor2,
                               const double* pivotRow, std::size_t begin, std::size_t end) noexcept
 {
@@ -48,8 +48,8 @@ AugmentedMatrix::AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noex
 {
 }
 
-// The columns that a step has to work through: those before end1 and those from begin2 to end2, all
-// in whole pairs.
+// The columns that a step processes: those before end1 and those from begin2 up to end2, all in
+// whole pairs.
 struct AugmentedMatrix::Columns
 {
     std::size_t end1, begin2, end2;
@@ -82,7 +82,7 @@ void AugmentedMatrix::ClearAbove(std::size_t pivot) noexcept
 {
     const double* pivotRow = Row(pivot);
     const double divisor = pivotRow[pivot];
-    // Nothing reads the square part from the pivot's column on any more.
+    // The square part from the pivot's column on is not read again.
     const std::size_t end = EvenAbove(pivot);
     const Columns columns{end, std::max(end, EvenBelow(m_n)), m_width};
     std::size_t i = 0;
@@ -92,10 +92,10 @@ void AugmentedMatrix::ClearAbove(std::size_t pivot) noexcept
     if (i < pivot) SubtractFrom(i, Row(i)[pivot] / divisor, pivotRow, columns);
 }
 
-// The columns left of the pivot take part too: rounding leaves residues there, which the backward
-// pass carries to the result. The pivot row's part of the identity is zero right of its diagonal,
-// and a multiple of zero changes nothing, unless a factor that is infinite or not a number has
-// turned or turns the zeros into something else.
+// The columns left of the pivot take part too, because rounding leaves residues there that the
+// backward pass carries to the result. The pivot row's part of the identity is zero right of its
+// diagonal, and a multiple of zero changes nothing. Only a factor that is infinite or not a number,
+// here or in an earlier step, makes something else of the zeros.
 AugmentedMatrix::Columns AugmentedMatrix::ColumnsBelow(std::size_t pivot, double factor1,
                                                        double factor2) noexcept
 {

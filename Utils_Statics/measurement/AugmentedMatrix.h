@@ -6,29 +6,28 @@
 
 namespace utils_statics {
 
-// A square matrix with further columns to its right, and its Gauss-Jordan elimination without
-// pivoting.
+// A square matrix with further columns to its right, for Gauss-Jordan elimination without pivoting.
 //
-// No column depends on another one to the right of the square part: the solution of one right-hand
-// side has the same bits with and without the identity beside it.
+// The further columns do not depend on each other, so the solution of a right-hand side has the
+// same bits with and without the identity beside it.
 class AugmentedMatrix
 {
 public:
-    // Zero-filled, for a square part of n x n. The further columns are to hold a right-hand side in
-    // the first one and, if there are more, the identity in the n following ones. IsUsable() is
-    // false when there is no memory for it.
+    // Makes a zero-filled matrix with a square part of n x n. The first further column is for a
+    // right-hand side. Any others must be n columns for the identity. IsUsable() is false when
+    // memory is short.
     AugmentedMatrix(std::size_t n, std::size_t furtherColumns) noexcept;
 
     bool IsUsable() const noexcept { return m_data.data() != nullptr; }
 
     double* Row(std::size_t i) noexcept { return m_data.data() + i * m_width; }
-    std::size_t Width() const noexcept { return m_width; } // doubles from one row to the next
+    std::size_t Width() const noexcept { return m_width; } // in doubles, from one row to the next
 
-    // Clears below and above the diagonal of the square part. The diagonal keeps its values; see
-    // scaleOf.
+    // Clears the square part below and above its diagonal. The diagonal is not scaled to 1: ScaleOf
+    // gives the factors.
     void Eliminate() noexcept;
 
-    // What the further columns of row i are still to be multiplied by.
+    // The factor by which the further columns of row i must be multiplied after Eliminate.
     double ScaleOf(std::size_t i) noexcept { return 1.0 / Row(i)[i]; }
 
 private:

@@ -9,23 +9,23 @@ namespace utils_statics {
 
 namespace {
 
-// Sums that fit the vector registers together with what feeds them: 8 registers in 32-bit code, 16
-// in 64-bit code.
+// The number of rows whose sums fit the vector registers together with their operands. 32-bit code
+// has 8 registers, 64-bit code 16.
 constexpr std::size_t tileRows = sizeof(void*) == 8 ? 4 : 2;
 
-// Doubles of the left operand that are worked through at a time, so that they stay in the
-// first-level cache.
+// The doubles of the left operand processed at a time, so that they stay in the first-level cache.
 constexpr std::size_t chunkSize = 1536;
 
-// Whether a sum starts anew or from what is in out. The latter lets a long sum be taken in chunks
-// without changing the order of its terms.
+// Says whether a sum starts from zero or from the value in out. The latter allows a long sum in
+// chunks without changing the order of its terms.
 enum class Start
 {
     zero,
     out
 };
 
-// Rows rows of one pair of columns, or of two pairs of which the second begins at column second.
+// Computes Rows rows of one pair of columns, or of two pairs; the second pair begins at column
+// second.
 template <Start start, std::size_t Rows, std::size_t Pairs>
 inline void SumTile(Operand a, const double* b, std::size_t bStride, std::size_t count, double* out,
                     std::size_t outStride, std::size_t second = 2) noexcept
@@ -64,13 +64,13 @@ inline void SumColumn(Operand a, const double* b, std::size_t bStride, std::size
         out[r * outStride] = sum[r];
 }
 
-// What is left after the tiles of four columns, from column j on.
+// Computes the columns from j on, which are left over by the tiles of four.
 template <Start start, std::size_t Rows>
 inline void SumLastColumns(Operand a, const double* b, std::size_t bStride, std::size_t j,
                            std::size_t cols, std::size_t count, double* out,
                            std::size_t outStride) noexcept
 {
-    // A sum that starts anew may be taken twice, so that an odd column goes in a pair with its
+    // A sum that starts from zero may be computed twice, so an odd column can pair with its
     // neighbour.
     constexpr bool mayOverlap = start == Start::zero;
     if (mayOverlap && cols - j == 3)
@@ -85,13 +85,13 @@ inline void SumLastColumns(Operand a, const double* b, std::size_t bStride, std:
     SumColumn<start, Rows>(a, b + j, bStride, count, out + j, outStride);
 }
 
-// Rows rows, all columns from first on.
+// Computes Rows rows, in all columns from first on.
 template <Start start, std::size_t Rows>
 void SumRows(Operand a, const double* b, std::size_t bStride, std::size_t first, std::size_t cols,
              std::size_t count, double* out, std::size_t outStride) noexcept
 {
     std::size_t j = first;
-    if constexpr (Rows == 1) // one row alone has too few sums to keep the adder busy
+    if constexpr (Rows == 1) // a single row has too few sums to keep the adder busy
         for (; j + 8 <= cols; j += 8)
             SumTile<start, Rows, 4>(a, b + j, bStride, count, out + j, outStride);
     for (; j + 4 <= cols; j += 4)
@@ -99,7 +99,7 @@ void SumRows(Operand a, const double* b, std::size_t bStride, std::size_t first,
     SumLastColumns<start, Rows>(a, b, bStride, j, cols, count, out, outStride);
 }
 
-// All rows; with upper, only the columns from each block of rows on to the right.
+// Computes all rows; with upper, only the columns from each block's diagonal on.
 template <Start start>
 void SumAll(Operand a, const double* b, std::size_t bStride, std::size_t rows, std::size_t cols,
             std::size_t count, double* out, std::size_t outStride, bool upper) noexcept
@@ -148,7 +148,7 @@ void TransposedTimesSelf(const double* A, std::size_t m, std::size_t n, double* 
         SumAll<Start::out>({rows, 1, n}, rows, n, n, n, std::min(chunk, m - k), out, outStride,
                            true);
     }
-    // Both halves are the same sums of the same products.
+    // Both halves have the same sums of the same products.
     for (std::size_t i = 1; i < n; ++i)
         for (std::size_t j = 0; j < i; ++j)
             out[i * outStride + j] = out[j * outStride + i];

@@ -11,7 +11,7 @@ using namespace utils_statics;
 
 namespace {
 
-// Four rows at a time, their sums side by side.
+// Computes four rows at a time, with their sums side by side.
 void FourRowsTimesVector(const double* M, std::size_t cols, const double* v, double* out) noexcept
 {
     __m128d sum01 = _mm_setzero_pd();

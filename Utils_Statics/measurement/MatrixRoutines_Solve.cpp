@@ -31,8 +31,8 @@ void MAT_InvertMatrix(const double* A, int n, double* b, double* out) noexcept
     }
 }
 
-// The inverse of transpose(A) x A is not wanted, so the identity is left out: no column depends on
-// another one to the right of the square part.
+// The inverse of transpose(A) x A is not needed, so the identity is left out. The solution's column
+// does not depend on it.
 void MAT_LeastSquares(const double* A, int m, int n, const double* y, double* x) noexcept
 {
     if (!IsPossible(n, n) || !x) return;
@@ -41,7 +41,7 @@ void MAT_LeastSquares(const double* A, int m, int n, const double* y, double* x)
     const std::size_t rows = hasRows ? static_cast<std::size_t>(m) : 0;
     const std::size_t size = static_cast<std::size_t>(n);
     AugmentedMatrix matrix(size, 1);
-    const ScratchArray<64> rightSide(1, size); // not in x, which may be y
+    const ScratchArray<64> rightSide(1, size); // separate from x, which may be y
     if (!matrix.IsUsable() || !rightSide.data()) return;
     TransposedTimesSelf(A, rows, size, matrix.Row(0), matrix.Width());
     Product({y, 0, 1}, A, size, 1, size, rows, rightSide.data(), size);

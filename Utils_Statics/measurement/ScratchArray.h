@@ -7,13 +7,13 @@
 
 namespace utils_statics {
 
-// Zero-filled doubles for a while: up to InlineSize of them inside the object, more from the heap.
-// Aligned to 16 bytes.
+// Temporary zero-filled doubles, aligned to 16 bytes: up to InlineSize of them inside the object,
+// more from the heap.
 template <std::size_t InlineSize>
 class ScratchArray
 {
 public:
-    // rows x cols doubles, both at least 1. data() is null when there is no memory for them.
+    // Makes rows x cols doubles, both at least 1. data() is null when memory is short.
     ScratchArray(std::size_t rows, std::size_t cols) noexcept
     {
         if (rows > PTRDIFF_MAX / sizeof(double) / cols) return;
