@@ -6,7 +6,7 @@ namespace utils_statics {
 
 namespace {
 
-// What calls to the service may do with our identity.
+// Sets what the service may do with the caller's identity.
 HRESULT SetSecurity(IWbemServices* services)
 {
     return CoSetProxyBlanket(services, RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,

@@ -4,11 +4,11 @@
 
 #include <wbemidl.h>
 
-// The management interface's view of the network drivers. COM has to be initialised on the calling
+// The management interface's view of the network drivers. COM must be initialised on the calling
 // thread.
 namespace utils_statics {
 
-// The connection, with the locator that it came from. Both or none.
+// The connection and the locator that made it; both are set or none.
 struct DriverConnection
 {
     base::ComPointer<IWbemLocator> locator;
@@ -21,7 +21,7 @@ struct DriverConnection
 // _com_error (E_OUTOFMEMORY) when the namespace's name cannot be allocated.
 DriverConnection ConnectToDrivers();
 
-// A query as the service takes it; false when memory is too short for its texts.
+// The texts of a query for the service; false when memory is short.
 struct WqlQuery
 {
     explicit WqlQuery(const wchar_t* query) noexcept;
@@ -31,7 +31,7 @@ struct WqlQuery
     base::Bstr language, text;
 };
 
-// The objects that a query gives; none when it cannot be run.
+// The objects that a query returns; none when it cannot be run.
 class QueryResult
 {
 public:

@@ -12,15 +12,15 @@
 
 namespace utils_statics {
 
-// A text property of an object of the management interface; false when it cannot be read or is no
-// text.
+// A text property of an object of the management interface; false when it cannot be read or is not
+// a text.
 class TextProperty
 {
 public:
     TextProperty(IWbemClassObject& object, const wchar_t* name);
 
     explicit operator bool() const noexcept { return m_isRead; }
-    // As long as the property lives; empty when it was not read.
+    // The view is valid while the property lives; it is empty when the property was not read.
     std::wstring_view View() const noexcept;
 
 private:
@@ -32,13 +32,13 @@ private:
 // another type.
 std::optional<std::int32_t> NumberProperty(IWbemClassObject& object, const wchar_t* name);
 
-// What the driver calls the adapter.
+// The driver's name for the adapter.
 inline TextProperty InstanceName(IWbemClassObject& object)
 {
     return TextProperty(object, L"InstanceName");
 }
 
-// How adapters are told apart, by parts of their names. Case matters.
+// Parts of their names distinguish the adapters. Case matters.
 inline bool IsWirelessName(const TextProperty& name)
 {
     return name.View().find(L"Wireless") != std::wstring_view::npos;

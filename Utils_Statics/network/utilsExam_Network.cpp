@@ -11,8 +11,8 @@ using namespace utils_statics;
 
 namespace {
 
-// The platform's network functions, for as long as it lives; what the application has started
-// stays.
+// Starts the platform's network functions while the object lives. The application's own use of them
+// is not affected.
 class NetworkFunctions
 {
 public:
