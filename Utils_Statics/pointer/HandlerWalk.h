@@ -11,12 +11,12 @@ namespace utils_statics {
 
 // A walk over the handlers that are registered when it begins. It visits each of them once, in
 // order, unless it is no longer registered when its turn comes. So it ends, whatever the visited
-// handlers do to the list. For local variables only, as HandlerWatch.
+// handlers do to the list. Like HandlerWatch it is for local variables only.
 class HandlerWalk
 {
 public:
-    // From position `first` up to, not including, position `end`. `registered` outlives the walk,
-    // which visits nobody when memory is short.
+    // Walks from position `first` up to, not including, position `end`. `registered` must outlive
+    // the walk. The walk is empty when memory is short.
     HandlerWalk(const std::vector<IMouseHandler*>& registered, std::size_t first,
                 std::size_t end) noexcept
         : m_registered(registered), m_first(first)
@@ -38,14 +38,14 @@ public:
         return true;
     }
 
-    // The handler stepped to, or null when it was destroyed since.
+    // The handler of the last step, or null when it has been destroyed since.
     IMouseHandler* Visited() const { return m_visited.get(); }
 
 private:
     bool IsRegistered(std::size_t index) const
     {
         IMouseHandler* const handler = m_handlers[index];
-        // Where it was, unless the list has changed.
+        // The handler's position, unless the list has changed.
         const std::size_t place = m_first + index;
         if (place < m_registered.size() && m_registered[place] == handler) return true;
         return std::find(m_registered.begin(), m_registered.end(), handler) != m_registered.end();

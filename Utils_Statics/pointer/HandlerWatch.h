@@ -4,9 +4,9 @@ class IMouseHandler;
 
 namespace utils_statics {
 
-// A pointer to a handler, kept across calls of handlers' operations; it becomes null when the
-// handler is destroyed. For local variables only, which end in the reverse order of their creation;
-// never const, because they change.
+// A pointer to a handler that becomes null when the handler is destroyed, for use across calls of
+// handlers' operations. It is for local variables only, because watches must end in the reverse
+// order of their creation. They change, so none is const.
 class HandlerWatch
 {
 public:
