@@ -31,7 +31,7 @@ void CopyName(wchar_t* target, std::size_t size, const wchar_t* name)
     target[length] = L'\0';
 }
 
-// Information on the installed video codec of that index; false when there are no more.
+// Reads the information of the installed video codec with that index; false when there are no more.
 bool InstalledCodec(DWORD index, ICINFO& info)
 {
     info = {};
@@ -45,12 +45,12 @@ bool IsNamed(const Codec& codec, const wchar_t* name, ICINFO& info)
            std::wcscmp(info.szName, name) == 0;
 }
 
-// Fetches the codec's state into a new block that the options point to. The block's size, or 0 when
-// there is no state.
+// Fetches the codec's state into a new block that the options point to. Returns the block's size,
+// or 0 when there is no state.
 int FetchState(const Codec& codec, AVICOMPRESSOPTIONS& options)
 {
     const auto size = static_cast<LONG>(ICSendMessage(codec.get(), ICM_GETSTATE, 0, 0));
-    if (size <= 0) return 0; // negative: the codec does not know the message
+    if (size <= 0) return 0; // negative when the codec does not know the message
     std::unique_ptr<std::byte[]> state(new (std::nothrow)
                                            std::byte[static_cast<std::size_t>(size)]());
     if (!state) return 0;
@@ -76,8 +76,8 @@ bool CCineStoreAVI::ChooseCodec(const CString& codec, CodecOptions& options)
     return true;
 }
 
-// The size of the codec's state (0 when it has none), or -1 when no installed codec has the name.
-// The options' lpParms is then an array of std::byte that the caller deletes.
+// Returns the size of the codec's state (0 for none), or -1 when no installed codec has the name.
+// The options' lpParms is the state, an array of std::byte that the caller deletes.
 // NOLINTNEXTLINE(performance-unnecessary-value-param): contract
 int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* options)
 {
@@ -87,7 +87,8 @@ int CCineStoreAVI::FindCompressorOption(CString name, AVICOMPRESSOPTIONS* option
         if (!IsNamed(codec, name, info)) continue;
         options->fccType = info.fccType;
         options->fccHandler = info.fccHandler;
-        // As they stand, although these flags mean something else there.
+        // Deliberate: the flags are copied unchanged, although they mean something else in the
+        // options.
         options->dwFlags = info.dwFlags;
         return FetchState(codec, *options);
     }

@@ -1,4 +1,4 @@
-// CCineStoreAVI: the frames, composed of planes or taken whole from a bitmap.
+// CCineStoreAVI: frames that are composed of planes or come whole from a bitmap.
 #include <Utils_Statics/CCineStoreAVI.h>
 
 #include "recording/CineComposition.h"
@@ -65,8 +65,8 @@ WrittenFrame CCineStoreAVI::WriteFrame(LONG position)
     return stream->Write(position, frameBuffer.get(), static_cast<LONG>(format.biSizeImage));
 }
 
-// As often as frames were dropped, so that the movie keeps its length. Deliberate: frameIndex
-// stays.
+// Repeats the frame once for each dropped one, so that the movie keeps its length. Deliberate:
+// frameIndex does not change.
 void CCineStoreAVI::RepeatLastFrame()
 {
     for (std::int32_t i = 0; i < droppedFrames; ++i)

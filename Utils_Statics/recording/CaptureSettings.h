@@ -11,8 +11,7 @@ namespace utils_statics {
 // "RecordCodec": the codec's short name, or exactly "Uncompressed"; "XVID" by default.
 CString RecordCodec();
 
-// "RecordQuality", a percentage (100 by default), in the hundredths of a percent that codecs count
-// in.
+// "RecordQuality", a percentage (100 by default), converted to the codecs' hundredths of a percent.
 DWORD RecordQuality();
 
 } // namespace utils_statics

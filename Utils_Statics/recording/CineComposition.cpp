@@ -54,7 +54,7 @@ bool IsKept(const std::uint8_t* mask, int column)
     return (mask[column / 8] >> (7 - column % 8) & 1) != 0;
 }
 
-// Eight pixels under the eight bits of one mask byte.
+// Copies eight pixels under the eight bits of one mask byte.
 void CopyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t mask)
 {
     const __m128i bits = _mm_set1_epi32(mask);
@@ -69,7 +69,7 @@ void CopyEight(std::uint32_t* target, const std::uint32_t* source, std::uint8_t 
     }
 }
 
-// Number of bytes from `mask` on that equal `value`, at most `limit`.
+// The number of bytes from `mask` on that equal `value`, at most `limit`.
 int RunLength(const std::uint8_t* mask, int limit, std::uint8_t value)
 {
     const std::uint64_t eight = 0x0101010101010101u * value;
@@ -83,7 +83,8 @@ int RunLength(const std::uint8_t* mask, int limit, std::uint8_t value)
     return length;
 }
 
-// Whole mask bytes: real masks are long runs of one value, which are copied or skipped at once.
+// Copies under whole mask bytes. Real masks have long runs of one value, which are copied or
+// skipped at once.
 void CopyMaskedBytes(std::uint32_t* target, const std::uint32_t* source, const std::uint8_t* mask,
                      int bytes)
 {
@@ -173,8 +174,8 @@ void Paint(const Plane& frame, const Plane& plane, Position at)
 
 namespace {
 
-// The top row that a screen rect has in the frame, whose rows run from the bottom of the screen
-// upwards.
+// The frame row of the rect's bottom edge, because the frame's rows run from the bottom of the
+// screen upwards.
 std::int64_t FrameRow(const Plane& frame, const RECT& rect)
 {
     return std::int64_t{frame.size.cy} - rect.bottom;
@@ -229,8 +230,8 @@ void Compose(const Plane& frame, const Layout& layout, const Planes& planes)
     const Position strip = hasPlane1 ? Position{r[1].left, FrameRow(frame, r[1])} : Position{};
     Paint(frame, {planes.image[3], StripSize(r[1])}, strip);
 
-    // Hangs from the upper edge of plane 1, or of plane 0 without it. Deliberate: rect 3's left
-    // edge is not used.
+    // Plane 4 hangs from the upper edge of plane 1, or of plane 0 when there is no plane 1.
+    // Deliberate: rect 3's left edge is not used.
     const RECT& anchor = hasPlane1 ? r[1] : r[0];
     const std::int64_t upperEdge = std::int64_t{frame.size.cy} - anchor.top;
     const Position overlay{anchor.left, upperEdge - r[3].top - PlaneSize(r[3]).cy};

@@ -6,62 +6,61 @@
 
 #include <cstdint>
 
-// Puts pixel planes onto a frame of 32-bit pixels, with the results of the device-context
+// Puts pixel planes onto a frame of 32-bit pixels. The results are those of the device-context
 // operations MaskBlt (0xCCAA0000), BitBlt SRCCOPY and BitBlt SRCPAINT on bitmaps of the same
-// pixels, but without making bitmaps and device contexts for every frame. Whatever lies outside the
-// frame, the plane or the mask is left out. Row 0 is the first row in memory.
+// pixels, but no frame needs bitmaps or device contexts. Pixels outside the frame, the plane or the
+// mask are left out. Row 0 is the first row in memory.
 
 namespace utils_statics {
 
-// Width and height of a rect, as a plane has them: 0 x 0 when the rect is empty, reversed or
-// larger than 31 bits.
+// The size of a plane with this rect: 0 x 0 when the rect is empty, reversed or larger than 31
+// bits.
 SIZE PlaneSize(const RECT& rect);
 
-// Size of plane 3, from rect 1: only its width counts.
+// The size of plane 3, from rect 1, of which only the width counts.
 SIZE StripSize(const RECT& rect1);
 
-// Pixels that somebody else owns; null pixels are an empty plane.
+// Pixels owned elsewhere; null pixels make an empty plane.
 struct Plane
 {
     std::uint32_t* pixels = nullptr;
     SIZE size{};
 };
 
-// Positions are sums of a caller's 32-bit numbers and need more bits than these.
+// Positions are sums of a caller's 32-bit numbers and need more bits.
 struct Position
 {
     std::int64_t x = 0;
     std::int64_t y = 0;
 };
 
-// Copies the plane to `at` where the mask's bit is 0; the mask's origin lies on the plane's.
+// Copies the plane to `at` where the mask's bit is 0. Mask and plane have the same origin.
 void CopyMasked(const Plane& frame, const Plane& plane, const Mask& mask, Position at);
 
-// Copies the region of the plane to `at`; nothing of it changes when the region is empty or
-// reversed.
+// Copies the region of the plane to `at`. An empty or reversed region changes nothing.
 void CopyRegion(const Plane& frame, const Plane& plane, const RECT& region, Position at);
 
 // ORs the plane, all 32 bits, onto the frame at `at`.
 void Paint(const Plane& frame, const Plane& plane, Position at);
 
-// How a plane lies when its owner hands it over.
+// The orientation of a plane when its owner hands it over.
 struct Orientation
 {
     bool bottomUp = false; // the first row is the bottom one
-    bool mirrored = false; // left and right are exchanged
+    bool mirrored = false; // left and right are swapped
 };
 
 // The five planes and two masks of one frame; a plane not given has null pixels.
 struct Planes
 {
     std::uint32_t* image[5] = {};
-    Orientation orientation[2] = {}; // of planes 0 and 1; the others have their top row first
+    Orientation orientation[2] = {}; // for planes 0 and 1; the others have the top row first
     const Mask* mask[2] = {};
 };
 
-// Six rects in top-down screen coordinates: 0, 1 destinations of planes 0 and 1; 2 place and size
-// of plane 2; 3 size of plane 4 and, with its top, its vertical offset; 4, 5 the regions taken from
-// plane 2, in its own coordinates.
+// Six rects in top-down screen coordinates. Rects 0 and 1 are the destinations of planes 0 and 1.
+// Rect 2 is the place and size of plane 2. Rect 3 is the size of plane 4, and its top is the
+// vertical offset. Rects 4 and 5 are the regions copied from plane 2, in its own coordinates.
 using Layout = RECT[6];
 
 // Turns the planes in place to the frame's orientation: bottom row first, not mirrored.

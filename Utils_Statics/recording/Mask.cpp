@@ -6,7 +6,7 @@ namespace utils_statics {
 
 namespace {
 
-// GetBitmapBits pads rows to 16 bits, also those of a DIB section, whose own rows are padded to 32.
+// GetBitmapBits pads rows to 16 bits, even those of a DIB section, whose own rows are padded to 32.
 std::size_t MaskStride(LONG width)
 {
     return (static_cast<std::size_t>(width) + 15) / 16 * 2;

@@ -11,12 +11,12 @@ namespace {
 // Video for Windows keeps file offsets in 31 bits. Some implementations overwrite the start of a
 // longer movie and report success, so a movie ends before that.
 constexpr std::int64_t movieLimit = 0x7FFFFFFF;
-// Headers, and what a codec may exceed a raw frame by.
+// Bytes for the headers, and for the excess of a codec's frame over a raw one.
 constexpr std::int64_t movieReserve = 1 << 20;
-// The header of a frame's chunk, its padding and its entry in the index.
+// Bytes for the header of a frame's chunk, its padding and its entry in the index.
 constexpr std::int64_t bytesAroundFrame = 8 + 1 + 16;
 
-// What may wait in the buffers of Video for Windows.
+// Bytes that may wait in the buffers of Video for Windows.
 constexpr std::int64_t buffered = 1 << 19;
 
 } // namespace
@@ -81,8 +81,8 @@ WrittenFrame MovieStream::Write(LONG position, void* pixels, LONG size)
     LONG bytes = 0;
     const HRESULT result = AVIStreamWrite(m_outStream.get(), position, 1, pixels, size,
                                           AVIIF_KEYFRAME, &samples, &bytes);
-    // Some implementations exchange the two counts of a compressed stream. With one sample asked
-    // for, the larger one is the number of bytes either way.
+    // Some implementations swap the two counts of a compressed stream. For a single sample the
+    // larger one is the number of bytes either way.
     const LONG counted = std::max(samples, bytes);
     m_bytes += std::max<LONG>(counted, 0);
     if (FAILED(result) || !HasReachedDisk(size)) return {};
@@ -102,8 +102,8 @@ bool MovieStream::HasRoomFor(LONG position, LONG size) const
     return m_bytes + size + around + movieReserve <= movieLimit;
 }
 
-// Whether the frame of `size` bytes that was just written may have found no room. A volume that
-// cannot be asked has room.
+// True when there may have been no room for the frame of `size` bytes that was just written. A
+// volume that cannot be asked counts as one with room.
 bool MovieStream::IsVolumeNearlyFull(LONG size) const
 {
     const std::wstring folder = m_path.substr(0, m_path.find_last_of(L'\\') + 1);
@@ -112,9 +112,9 @@ bool MovieStream::IsVolumeNearlyFull(LONG size) const
     return available.QuadPart < static_cast<std::uint64_t>(size + buffered);
 }
 
-// Some implementations of Video for Windows report success on a full disk. There the file's own
-// size tells. Where the volume has room the report is believed: the size may lag behind in network
-// folders and write caches. It is believed too when the size cannot be asked.
+// Some implementations of Video for Windows report success on a full disk, so on a nearly full
+// volume the file's own size decides. With more room the report is trusted, because the size may
+// lag behind in network folders and write caches. It is also trusted when the size cannot be read.
 bool MovieStream::HasReachedDisk(LONG size) const
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};

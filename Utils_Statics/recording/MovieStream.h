@@ -26,16 +26,16 @@ struct AviStreamTraits
 };
 using AviStream = base::Owner<AviStreamTraits>;
 
-// What became of one frame.
+// The result of writing one frame.
 struct WrittenFrame
 {
-    LONG bytes = 0; // that the stream made of it; 0 or less when it was not written
+    LONG bytes = 0; // the frame's size in the stream; 0 or less when it was not written
     bool succeeded = false;
 };
 
 // A movie being written: its file, its one video stream and, for a compressed one, the codec's
-// stream on top. The steps are taken in the order in which they stand here. What a failed step has
-// opened stays open until Close.
+// stream on top. The steps are called in the order of their declaration. After a failed step,
+// everything opened stays open until Close.
 class MovieStream
 {
 public:
@@ -48,10 +48,10 @@ public:
     // Puts a codec on top of the stream.
     bool Compress(AVICOMPRESSOPTIONS& options);
 
-    // The format of all frames; the palette that a format may announce is empty.
+    // Sets the format of all frames. The palette that a format may announce is empty.
     bool SetFormat(const BITMAPINFOHEADER& format);
 
-    // Whether there is a stream that takes frames.
+    // True when there is a stream that takes frames.
     bool TakesFrames() const { return static_cast<bool>(m_outStream); }
 
     // Writes a frame of `size` bytes at its place in the stream. It fails once the movie has no
