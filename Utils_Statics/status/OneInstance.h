@@ -6,8 +6,8 @@
 
 namespace utils_statics {
 
-// The process's only object of a class of items, made by the first who asks. Of two threads that
-// ask first at the same time, one drops what it made.
+// The process's only object of a class of items, made by the first call. When two threads make it
+// at the same time, one deletes its own.
 template <class Item, class Make>
 Item* OneInstance(std::atomic<Item*>& instance, const Make& make)
 {

@@ -22,7 +22,7 @@ constexpr Gdiplus::ARGB outlineColour = 0xFFB4B496;
 constexpr REAL outlineWidth = 2;
 constexpr REAL shadowOffset = 2;
 
-// The ellipse of which the gauge is the lower half, in pixels.
+// In pixels; the gauge is the lower half of this ellipse.
 constexpr REAL ellipseHeight = 55.2f;
 constexpr REAL textHeight = 13.8f;
 
@@ -59,7 +59,7 @@ void SensorDisplay::DrawTemperature(double temperature, double heat)
 void SensorDisplay::DrawWarning(const std::wstring& text, int used)
 {
     const Gdiplus::RectF layout =
-        Column(used, base::wrap::Subtract(m_rect.right, used)); // from the row's very left
+        Column(used, base::wrap::Subtract(m_rect.right, used)); // the column begins at x = 0
     Gdiplus::RectF shadow = layout;
     shadow.Offset(shadowOffset, shadowOffset);
     m_text.Draw(m_graphics, text, shadow, shadowColour);

@@ -7,7 +7,7 @@
 namespace utils_statics {
 
 // The parts of a probe sensor's display, painted into one row. `used` is the width in pixels that
-// is taken at the row's right edge already.
+// is already taken at the row's right edge.
 class SensorDisplay
 {
 public:
@@ -16,11 +16,11 @@ public:
 
     SensorDisplay(const CRect& rect, Gdiplus::Graphics& graphics);
 
-    // At the right edge. `heat`: 0 pale to 1 red.
+    // Draws at the right edge. `heat` goes from 0 (pale) to 1 (red).
     void DrawTemperature(double temperature, double heat);
-    // Across what is left of the row, with a soft shadow.
+    // Draws across the rest of the row, with a soft shadow.
     void DrawWarning(const std::wstring& text, int used);
-    // A half disc, filled as far as the angle in degrees goes, and the angle over it.
+    // Draws a half disc, filled up to the angle in degrees, and the angle as a text over it.
     void DrawGauge(double angle, int used);
 
 private:

@@ -8,9 +8,9 @@ namespace utils_statics {
 
 namespace {
 
-// Half of what is left of the rectangle's height. Its top edge does not count, deliberately. The
-// subtraction and the shift are unsigned: an image that is too high goes far below the row instead
-// of above it.
+// Half of the height that the image leaves free. Deliberate: the rectangle's top edge does not
+// count. The subtraction and the shift are unsigned, so an image that is too high goes far below
+// the row instead of above it.
 int CentredTop(const CRect& rect, UINT imageHeight)
 {
     const auto height = static_cast<UINT>(base::wrap::Subtract(rect.bottom, rect.top));

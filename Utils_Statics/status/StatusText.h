@@ -10,12 +10,12 @@
 
 namespace utils_statics {
 
-// How an item writes: the family "Arial", or where that is missing the platform's own without
-// serifs.
+// Writes an item's text in the family "Arial" or, where that is missing, in the platform's generic
+// sans serif family.
 class StatusText
 {
 public:
-    // `alignment` holds both ways, across and down.
+    // `alignment` applies both horizontally and vertically.
     StatusText(Gdiplus::REAL points, int style, Gdiplus::StringAlignment alignment);
 
     void Draw(Gdiplus::Graphics& graphics, const std::wstring& text, const Gdiplus::RectF& layout,
