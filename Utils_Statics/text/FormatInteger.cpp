@@ -1,5 +1,5 @@
-// Integers are written here and not by the platform, whose functions go wrong over some
-// combinations of '#', width and precision.
+// Integers are written here because the platform's functions get some combinations of '#', width
+// and precision wrong.
 #include "text/FormatInteger.h"
 
 #include <cstdint>
@@ -15,7 +15,7 @@ bool IsSigned(const FormatConversion& conversion)
     return conversion.type == L'd' || conversion.type == L'i';
 }
 
-// The argument as the type that the size prefix names, sign or zero extended.
+// The argument reduced to the type of the size prefix, then sign or zero extended.
 long long Narrowed(long long value, const FormatConversion& conversion)
 {
     const bool isSigned = IsSigned(conversion);
@@ -37,7 +37,7 @@ unsigned int BaseOf(wchar_t type)
     return type == L'x' || type == L'X' ? 16 : 10;
 }
 
-// Without leading zeros; of zero, nothing.
+// The digits without leading zeros; none for zero.
 std::wstring Digits(unsigned long long magnitude, unsigned int base, bool upperCase)
 {
     const wchar_t* const symbols = upperCase ? L"0123456789ABCDEF" : L"0123456789abcdef";
@@ -62,7 +62,7 @@ std::wstring Padded(const FormatConversion& conversion, const std::wstring& pref
     const std::size_t width = static_cast<std::size_t>(conversion.width);
     const std::size_t padding = width > length ? width - length : 0;
     if (conversion.leftAlign) return prefix + digits + std::wstring(padding, L' ');
-    // A precision says how many zeros there are, so the zero flag then has no meaning.
+    // A precision fixes the number of zeros, so the zero flag has no effect with it.
     if (conversion.zeroPad && conversion.precision < 0)
         return prefix + std::wstring(padding, L'0') + digits;
     return std::wstring(padding, L' ') + prefix + digits;

@@ -6,8 +6,8 @@
 
 namespace utils_statics {
 
-// An argument of the conversion's own size, as the conversion prints it: signed for %d and %i,
-// unsigned for the others.
+// The text of an argument of the conversion's own size: signed for %d and %i, unsigned for the
+// others.
 std::wstring IntegerText(const FormatConversion& conversion, long long argument);
 
 // Upper-case hexadecimal digits, as many as an address of the program has.

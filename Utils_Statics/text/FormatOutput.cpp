@@ -16,7 +16,7 @@ namespace {
 // The largest finite real has 309 digits before its point.
 constexpr std::size_t realCapacity = maximumFormatField + 512;
 
-// "%<flags>*[.*]<type>", the conversion in the one form that is handed to the platform.
+// "%<flags>*[.*]<type>", the only form of a conversion that is passed to the platform.
 std::wstring PlatformForm(const FormatConversion& conversion)
 {
     std::wstring form = L"%";
@@ -70,7 +70,7 @@ void FormatOutput::AppendWideText(const FormatConversion& conversion)
 {
     const wchar_t* text = va_arg(m_arguments, const wchar_t*);
     if (!text) text = L"(null)";
-    // With a precision the text need not end in a zero, so no more of it is looked at.
+    // With a precision the text need not end in a zero, so no more of it is read.
     const bool bounded = conversion.precision >= 0;
     AppendPadded(conversion, text,
                  bounded ? wcsnlen(text, static_cast<std::size_t>(conversion.precision))
@@ -108,7 +108,7 @@ bool FormatOutput::AppendReal(const FormatConversion& conversion)
             ? _snwprintf(number, realCapacity, form.c_str(), conversion.width, conversion.precision,
                          value)
             : _snwprintf(number, realCapacity, form.c_str(), conversion.width, value);
-    if (length < 0) return false; // did not fit, or the platform refused
+    if (length < 0) return false; // the text did not fit, or the platform refused
     m_text.append(number, static_cast<std::size_t>(length));
     return true;
 }

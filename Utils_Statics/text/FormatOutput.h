@@ -8,8 +8,8 @@
 
 namespace utils_statics {
 
-// Appends literal pieces and converted arguments to one text. Every argument is fetched with the
-// type that its conversion states, in order.
+// Appends literal pieces and converted arguments to one text. The arguments are fetched in order,
+// each with the type of its conversion.
 class FormatOutput
 {
 public:
@@ -17,7 +17,7 @@ public:
     explicit FormatOutput(va_list arguments)
     {
         va_copy(m_arguments, arguments);
-        m_text.reserve(128); // more than most texts need, so that one allocation will do
+        m_text.reserve(128); // one allocation is enough for most texts
     }
     ~FormatOutput() { va_end(m_arguments); }
     FormatOutput(const FormatOutput&) = delete;

@@ -67,7 +67,8 @@ void FormatReader::ReadFlags()
     }
 }
 
-// Leaves `number` when there are no digits; false when it is too large, however many digits it has.
+// Leaves `number` unchanged when there are no digits; false when the number is too large, however
+// many digits it has.
 bool FormatReader::ReadNumber(int& number)
 {
     if (!IsDigit(*m_next)) return true;
@@ -104,7 +105,7 @@ void FormatReader::ReadSize()
     }
 }
 
-// Whatever is not listed is refused: %n writes to memory, '*' and '$' take arguments of their own.
+// Unlisted types are refused: %n writes to memory, '*' and '$' take arguments of their own.
 bool FormatReader::ReadType()
 {
     m_conversion.type = *m_next;
@@ -143,7 +144,7 @@ bool FormatReader::ClassifyInteger()
     return m_conversion.size != Size::wide;
 }
 
-// A long double is no argument of these texts: compilers disagree about its size.
+// A long double is refused, because compilers disagree about its size.
 bool FormatReader::ClassifyReal()
 {
     m_conversion.argument = FormatArgument::real;
@@ -157,7 +158,7 @@ bool FormatReader::ClassifyText()
         return false;
     const bool capital = m_conversion.type == L'S' || m_conversion.type == L'C';
     const bool narrow = size == Size::half || (size == Size::standard && capital);
-    // From here on the type says what the argument is, whatever it was written like.
+    // From here on the type alone names the argument, however it was written.
     if (m_conversion.type == L'c' || m_conversion.type == L'C') {
         m_conversion.type = narrow ? L'C' : L'c';
         m_conversion.argument = FormatArgument::integer32;

@@ -5,7 +5,7 @@
 
 namespace utils_statics {
 
-// What a conversion takes from a variadic call, after the default promotions.
+// The argument that a conversion takes from a variadic call, after the default promotions.
 enum class FormatArgument
 {
     integer32, // int, long, and the character and short types, which are promoted
@@ -16,8 +16,8 @@ enum class FormatArgument
     address,
 };
 
-// One conversion such as "%-8.3f", in the reading of the platform's wide printf family: %s and %c
-// are wide, %S and %C narrow, h and l prefixes override that, I64 and I32 are sizes.
+// One conversion such as "%-8.3f", read like the platform's wide printf family does: %s and %c are
+// wide, %S and %C are narrow, the prefixes h and l override that, and I64 and I32 are sizes.
 struct FormatConversion
 {
     bool leftAlign = false;
@@ -64,7 +64,7 @@ public:
     // After `refused` every further call gives `refused`.
     Piece Next();
 
-    // Where the next piece begins.
+    // The beginning of the next piece.
     const wchar_t* Position() const { return m_next; }
     const wchar_t* LiteralBegin() const { return m_literal; }
     std::size_t LiteralLength() const { return m_literalLength; }

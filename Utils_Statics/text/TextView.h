@@ -6,7 +6,7 @@
 
 namespace utils_statics {
 
-// The characters of a text, embedded zeros included. Valid until the text changes.
+// The characters of a text, embedded zeros included. The view is valid until the text changes.
 inline std::wstring_view View(const CString& text)
 {
     return {text.GetString(), static_cast<std::size_t>(text.GetLength())};
