@@ -6,7 +6,7 @@
 
 namespace utils_statics {
 
-// A balloon to be shown, on its way from the thread that raised the notice to the main thread.
+// A request to show a balloon, sent to the main thread by the thread that raised the notice.
 struct BalloonRequest
 {
     CString text;

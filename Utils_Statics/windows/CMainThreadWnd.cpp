@@ -22,7 +22,7 @@ void CMainThreadWnd::Post(std::unique_ptr<BalloonRequest> request)
     const CriticalSectionLock lock(m_section);
     const auto address = reinterpret_cast<WPARAM>(request.get());
     if (IsWindow(m_postable) && ::PostMessageW(m_postable, showBalloon, address, 0))
-        static_cast<void>(request.release()); // the receiver's now
+        static_cast<void>(request.release()); // the receiver owns it now
 }
 
 int CMainThreadWnd::OnCreate(LPCREATESTRUCT description)
@@ -32,7 +32,7 @@ int CMainThreadWnd::OnCreate(LPCREATESTRUCT description)
     return 0;
 }
 
-// From here on nothing is posted any more, and what was has no other reader.
+// Nothing is posted from here on, and nobody else reads the requests already posted.
 void CMainThreadWnd::OnDestroy()
 {
     SetPostable(nullptr);
@@ -50,7 +50,7 @@ void CMainThreadWnd::DropPosted()
 {
     MSG message;
     while (::PeekMessageW(&message, m_hWnd, showBalloon, showBalloon, PM_REMOVE)) {
-        if (message.message == WM_QUIT) { // comes through every filter, and is not for this window
+        if (message.message == WM_QUIT) { // it passes every filter but is not for this window
             DropPosted();
             PostQuitMessage(static_cast<int>(message.wParam));
             return;

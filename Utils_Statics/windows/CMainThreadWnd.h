@@ -19,7 +19,7 @@ public:
 
     bool CreateMessageOnly();
 
-    // On any thread, as long as the object lives. Without a window the request is dropped.
+    // Any thread may call this while the object lives. Without a window the request is dropped.
     void Post(std::unique_ptr<utils_statics::BalloonRequest> request);
 
 protected:
@@ -34,5 +34,5 @@ private:
 
     std::unique_ptr<CToolTipProvider> m_provider;
     CriticalSection m_section;
-    HWND m_postable = nullptr; // m_hWnd as the other threads see it, under m_section
+    HWND m_postable = nullptr; // m_hWnd for the other threads; guarded by m_section
 };

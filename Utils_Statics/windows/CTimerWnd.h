@@ -6,8 +6,8 @@
 
 class CToolTipProvider;
 
-// The hidden window whose timer ends a tip. It belongs to a provider and its copies: they share the
-// tip, so that it makes no difference which of them is told.
+// The hidden window whose timer ends a tip. It belongs to a provider and its copies. They share the
+// tip, so it may notify any of them.
 class CTimerWnd : public CWnd
 {
 public:
@@ -20,7 +20,7 @@ public:
 
     // False when memory is short.
     bool Join(CToolTipProvider& provider) noexcept;
-    // False when the one that left was the last.
+    // False when that provider was the last.
     bool Leave(const CToolTipProvider& provider);
 
 protected:

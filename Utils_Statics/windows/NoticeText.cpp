@@ -9,7 +9,7 @@
 #include <cwchar>
 #include <string>
 
-#define STRSAFE_NO_DEPRECATE // the C functions that other headers call
+#define STRSAFE_NO_DEPRECATE // for the C functions that other headers call
 #include <strsafe.h>
 
 namespace utils_statics {
@@ -26,7 +26,7 @@ bool IsReadable(const MEMORY_BASIC_INFORMATION& region)
            (region.Protect & PAGE_GUARD) == 0;
 }
 
-// How many bytes can be read from `place` on, up to the end of its region of memory.
+// The number of bytes that can be read from `place` on, up to the end of its region of memory.
 std::size_t ReadableSize(const std::byte* place)
 {
     MEMORY_BASIC_INFORMATION region;
@@ -35,8 +35,8 @@ std::size_t ReadableSize(const std::byte* place)
     return end - reinterpret_cast<std::uintptr_t>(place);
 }
 
-// Whether one of the characters ends the text. They need not be aligned: a format that lies has any
-// number for a text.
+// True when one of the characters ends the text. They need not be aligned, because a wrong format
+// takes any number for a text.
 template <class Character>
 bool HasEnd(const std::byte* text, std::size_t length)
 {
@@ -48,7 +48,8 @@ bool HasEnd(const std::byte* text, std::size_t length)
     return false;
 }
 
-// Whether the text of a conversion can be read: up to its end or, with a precision, that far.
+// True when the text of a conversion can be read up to its end or, with a precision, up to that
+// length.
 template <class Character>
 bool CanRead(const Character* text, int precision)
 {
@@ -64,7 +65,7 @@ bool CanRead(const Character* text, int precision)
     return true;
 }
 
-// The conversion for an empty text; it takes the same argument and does not look at it.
+// The conversion for an empty text; it takes the same argument but does not read it.
 std::wstring EmptyText(const FormatConversion& conversion)
 {
     std::wstring text = conversion.leftAlign ? L"%-" : L"%";
@@ -72,7 +73,7 @@ std::wstring EmptyText(const FormatConversion& conversion)
     return text + (conversion.type == L'S' ? L".0S" : L".0s");
 }
 
-// `format` with the percent signs of %n doubled.
+// `format` with the percent sign of each %n doubled.
 std::wstring WithoutWriting(const wchar_t* format)
 {
     std::wstring safe;
