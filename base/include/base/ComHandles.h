@@ -10,8 +10,8 @@
 
 namespace base {
 
-/// Of a COM object: one reference, given back by Release. The object may be of another apartment's
-/// proxy; the owner belongs to the thread that may call it.
+/// For one reference to a COM object, returned by Release. The object may be a proxy for another
+/// apartment's. The owner belongs to the thread that may call it.
 template <class Interface>
 struct ComTraits
 {
@@ -22,7 +22,7 @@ struct ComTraits
 template <class Interface>
 using ComPointer = Owner<ComTraits<Interface>>;
 
-/// Of SysAllocString, which answers null when memory is short.
+/// For results of SysAllocString, which is null when memory is short.
 struct BstrTraits
 {
     using Handle = BSTR;

@@ -9,9 +9,8 @@
 
 namespace base {
 
-/// `bytes` read in a code page of the platform. With MB_ERR_INVALID_CHARS in `flags`, bytes that
-/// are not of that encoding give nothing; without, they become replacement characters. So does a
-/// text of 2 GiB or more.
+/// The text of `bytes` in a code page of the platform. Invalid bytes become replacement characters;
+/// with MB_ERR_INVALID_CHARS in `flags` there is no text. There is none for 2 GiB or more either.
 inline std::optional<std::wstring> WideFromBytes(UINT codePage, std::string_view bytes,
                                                  DWORD flags = 0)
 {
@@ -26,14 +25,14 @@ inline std::optional<std::wstring> WideFromBytes(UINT codePage, std::string_view
     return text;
 }
 
-/// UTF-16 of UTF-8; what is not UTF-8 becomes replacement characters. Empty for 2 GiB or more.
+/// Converts UTF-8 to UTF-16; invalid bytes become replacement characters. Empty for 2 GiB or more.
 inline std::wstring WideFromUtf8(std::string_view utf8)
 {
     return WideFromBytes(CP_UTF8, utf8).value_or(std::wstring());
 }
 
-/// `text` in a code page of the platform; lone surrogates, and what the code page does not have,
-/// become the code page's replacement. Empty for 2^31 characters or more.
+/// Converts `text` to a code page of the platform. Lone surrogates and characters that the code
+/// page lacks become its replacement character. Empty for 2^31 characters or more.
 inline std::string BytesFromWide(UINT codePage, std::wstring_view text)
 {
     if (text.empty() || text.size() > INT_MAX) return {};
@@ -45,7 +44,8 @@ inline std::string BytesFromWide(UINT codePage, std::wstring_view text)
     return bytes;
 }
 
-/// UTF-8 of UTF-16; a lone surrogate becomes the replacement character.
+/// Converts UTF-16 to UTF-8; a lone surrogate becomes the replacement character. Empty for 2^31
+/// characters or more.
 inline std::string Utf8FromWide(std::wstring_view text)
 {
     return BytesFromWide(CP_UTF8, text);

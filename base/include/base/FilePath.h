@@ -6,16 +6,15 @@
 
 namespace base {
 
-/// The absolute form of `path` as of now, of any length. Empty for a null or empty path, for one
-/// that has no absolute form, and when another thread changes the current directory during the
-/// call.
+/// The present absolute form of `path`, of any length. Empty for a null or empty path, for one that
+/// has no absolute form, and when another thread sets a longer current directory during the call.
 inline std::wstring FullPath(const wchar_t* path)
 {
     if (!path || !*path) return {};
     const DWORD needed = GetFullPathNameW(path, 0, nullptr, nullptr);
     std::wstring full(needed, L'\0');
     const DWORD length = needed ? GetFullPathNameW(path, needed, full.data(), nullptr) : 0;
-    full.resize(length < needed ? length : 0); // a longer directory came in between
+    full.resize(length < needed ? length : 0); // a longer directory was set between the calls
     return full;
 }
 

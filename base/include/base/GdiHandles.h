@@ -9,7 +9,7 @@
 // Owners of drawing objects and device contexts, and the guard that selects one into the other.
 namespace base {
 
-/// Of any object that DeleteObject deletes. It must not be selected into a device context then.
+/// For any object that DeleteObject deletes. It must not be selected into a device context by then.
 template <class ObjectHandle>
 struct GdiObjectTraits
 {
@@ -23,7 +23,7 @@ using Font = Owner<GdiObjectTraits<HFONT>>;
 using Pen = Owner<GdiObjectTraits<HPEN>>;
 using Region = Owner<GdiObjectTraits<HRGN>>;
 
-/// Of LoadImageW without LR_SHARED, and of CreateIconIndirect.
+/// For results of LoadImageW without LR_SHARED, and of CreateIconIndirect.
 struct IconTraits
 {
     using Handle = HICON;
@@ -32,7 +32,7 @@ struct IconTraits
 };
 using Icon = Owner<IconTraits>;
 
-/// Of CreateCompatibleDC and CreateDCW.
+/// For results of CreateCompatibleDC and CreateDCW.
 struct MemoryContextTraits
 {
     using Handle = HDC;
@@ -41,7 +41,7 @@ struct MemoryContextTraits
 };
 using MemoryContext = Owner<MemoryContextTraits>;
 
-/// Of GetDC: the context of a window, or of the whole screen for a null window.
+/// The context of GetDC: that of a window, or of the whole screen for a null window.
 class WindowContext
 {
 public:
@@ -61,8 +61,8 @@ private:
     HDC m_context;
 };
 
-/// Selects an object into a device context and puts the one before back at the end of its life.
-/// Context and object outlive it. A null context or object selects nothing.
+/// Selects an object into a device context and restores the previous one when the scope ends.
+/// Context and object must outlive it. A null context or object selects nothing.
 class Selection
 {
 public:
@@ -77,7 +77,7 @@ public:
     Selection(const Selection&) = delete;
     Selection& operator=(const Selection&) = delete;
 
-    /// False when the platform refused, which it does for a bitmap that is selected elsewhere.
+    /// False when the platform refused, as for a bitmap that is selected elsewhere.
     explicit operator bool() const noexcept { return m_before != nullptr; }
 
 private:

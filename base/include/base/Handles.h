@@ -15,7 +15,7 @@ struct RegistryKeyTraits
 };
 using RegistryKey = Owner<RegistryKeyTraits>;
 
-/// Of a handle that is null when there is none: an event, a pipe, a thread, a process.
+/// For a handle whose empty value is null: an event, a pipe, a thread, a process.
 struct KernelObjectTraits
 {
     using Handle = HANDLE;
@@ -27,7 +27,7 @@ using Pipe = Owner<KernelObjectTraits>;
 using Thread = Owner<KernelObjectTraits>;
 using Process = Owner<KernelObjectTraits>;
 
-/// Of CreateFileW, which answers INVALID_HANDLE_VALUE when it fails.
+/// For results of CreateFileW, which returns INVALID_HANDLE_VALUE when it fails.
 struct FileTraits
 {
     using Handle = HANDLE;
@@ -36,7 +36,7 @@ struct FileTraits
 };
 using File = Owner<FileTraits>;
 
-/// Of FindFirstFileW, which answers INVALID_HANDLE_VALUE when it finds nothing.
+/// For results of FindFirstFileW, which returns INVALID_HANDLE_VALUE when it finds nothing.
 struct FindTraits
 {
     using Handle = HANDLE;
@@ -45,7 +45,7 @@ struct FindTraits
 };
 using Find = Owner<FindTraits>;
 
-/// Of LoadLibraryW.
+/// For results of LoadLibraryW.
 struct ModuleTraits
 {
     using Handle = HMODULE;

@@ -7,12 +7,11 @@ namespace base {
 /// Owns one resource and releases it at the end of its life; moved, never copied. Empty by default.
 ///
 /// `Traits` describes the resource:
-/// - `Handle`: the type of its handle;
-/// - `static Handle Empty() noexcept`: the value that stands for none;
-/// - `static void Release(Handle) noexcept`: how one is released, never called for the empty value.
+/// - `Handle` is the type of its handle.
+/// - `static Handle Empty() noexcept` gives the value that stands for none.
+/// - `static void Release(Handle) noexcept` releases one. It is never called for the empty value.
 ///
-/// An owner belongs to one thread at a time. Releasing leaves the thread's last error code to the
-/// platform.
+/// An owner belongs to one thread at a time. Releasing may change the thread's last error code.
 template <class Traits>
 class Owner
 {
@@ -20,7 +19,7 @@ public:
     using Handle = typename Traits::Handle;
 
     Owner() noexcept = default;
-    /// Takes over `handle`, which may be the empty value.
+    /// Takes ownership of `handle`, which may be the empty value.
     explicit Owner(Handle handle) noexcept : m_handle(handle) {}
     Owner(Owner&& other) noexcept : m_handle(other.release()) {}
     Owner& operator=(Owner&& other) noexcept
@@ -33,7 +32,7 @@ public:
     explicit operator bool() const noexcept { return m_handle != Traits::Empty(); }
     Handle get() const noexcept { return m_handle; }
 
-    /// The place for a function that stores a handle; what was held is released first.
+    /// The address for a function that stores a handle. The held one is released first.
     Handle* put() noexcept
     {
         reset();
@@ -43,7 +42,7 @@ public:
     /// Hands the handle over to the caller and leaves the owner empty.
     Handle release() noexcept { return std::exchange(m_handle, Traits::Empty()); }
 
-    /// Releases what is held and takes over `handle`.
+    /// Releases the held handle and takes ownership of `handle`.
     void reset(Handle handle = Traits::Empty()) noexcept
     {
         const Handle old = std::exchange(m_handle, handle);

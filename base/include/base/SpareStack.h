@@ -4,8 +4,8 @@
 
 namespace base {
 
-/// Makes the thread one that can change its stack, unless it is one already, to the end of its
-/// life. It takes some memory of the heap; without that the thread stays as it is.
+/// Makes the thread able to change its stack until the scope ends, unless it already is. This takes
+/// some heap memory; without it the thread stays as it is.
 class FiberScope
 {
 public:
@@ -24,12 +24,12 @@ private:
     bool m_isOurs;
 };
 
-/// A stack that is made ready beforehand, for a thread that may have none left: the thread itself
-/// goes on there, so it keeps the locks that it holds. One thread uses it at a time.
+/// A stack prepared in advance for a thread that may have none left. The thread itself continues on
+/// it, so it keeps the locks that it holds. One thread uses it at a time.
 class SpareStack
 {
 public:
-    /// Takes `size` bytes of memory at once, so that nothing has to be had later.
+    /// Allocates `size` bytes now, so that nothing must be allocated later.
     explicit SpareStack(SIZE_T size) noexcept
         : m_fiber(CreateFiberEx(size, size, FIBER_FLAG_FLOAT_SWITCH, Loop, this))
     {
@@ -37,13 +37,13 @@ public:
     ~SpareStack()
     {
         if (m_fiber) DeleteFiber(m_fiber);
-        m_fiber = nullptr; // for a crash that comes after the static objects' end
+        m_fiber = nullptr; // for a crash after the static objects are destroyed
     }
     SpareStack(const SpareStack&) = delete;
     SpareStack& operator=(const SpareStack&) = delete;
 
-    /// Runs the work there and comes back; on the caller's own stack where that cannot be. The work
-    /// throws nothing.
+    /// Runs the work on the spare stack and comes back. When that is impossible, the work runs on
+    /// the caller's own stack. The work must not throw.
     void Run(void (*work)()) noexcept
     {
         const FiberScope scope;

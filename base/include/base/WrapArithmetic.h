@@ -1,7 +1,7 @@
 #pragma once
 
-// 32-bit arithmetic on numbers that come from outside: sums and products wrap around as the
-// processor's do, and real numbers become integers without undefined behaviour.
+// 32-bit arithmetic on numbers that come from outside: sums and products wrap around like the
+// processor's, and real numbers become integers without undefined behaviour.
 
 #include <cstdint>
 #include <limits>
@@ -21,15 +21,15 @@ constexpr int Multiply(int a, int b)
     return static_cast<int>(static_cast<unsigned int>(a) * static_cast<unsigned int>(b));
 }
 
-/// a / b towards zero. A division by 0 gives 0, and the one quotient that does not fit wraps
-/// around.
+/// The quotient a / b, rounded towards zero. A division by 0 gives 0, and the one quotient that
+/// does not fit wraps around.
 constexpr int Divide(int a, int b)
 {
     if (b == 0) return 0;
     return b == -1 ? Subtract(0, a) : a / b;
 }
 
-/// Towards zero; beyond an int the nearest limit; NaN gives 0.
+/// Rounds towards zero. A value beyond an int gives the nearest limit, and NaN gives 0.
 constexpr int Truncate(double value)
 {
     using Limits = std::numeric_limits<int>;
