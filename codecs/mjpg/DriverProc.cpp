@@ -4,7 +4,7 @@
 
 namespace {
 
-// Given to those who open the codec only to configure it, without a description of what to open.
+// The identifier of an open without a description, which only allows the codec to be configured.
 constexpr LRESULT openedForConfiguration = -65536;
 
 LRESULT OpenCodec(const ICOPEN* open)

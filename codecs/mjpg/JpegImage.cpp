@@ -16,7 +16,7 @@ struct JpegInstanceTraits
     static tjhandle Empty() noexcept { return nullptr; }
     static void Release(tjhandle instance) noexcept { tjDestroy(instance); }
 };
-// The library reports every failure by a result; none of its jumps leaves it.
+// The library reports every failure by a result; none of its long jumps leaves it.
 using Instance = base::Owner<JpegInstanceTraits>;
 
 int PixelFormatOf(const FrameShape& shape)
@@ -58,7 +58,7 @@ std::size_t EncodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int 
 {
     const Instance encoder(tjInitCompress());
     unsigned long size = 0;
-    // Without the accurate transform lower qualities take a coarser one.
+    // Without the accurate transform, lower qualities would use a coarser one.
     const int flags = DirectionOf(shape) | TJFLAG_NOREALLOC | TJFLAG_ACCURATEDCT;
     const int result =
         tjCompress2(encoder.get(), pixels, shape.width, shape.stride, shape.height,
@@ -73,7 +73,8 @@ bool DecodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels
     const auto bytes = static_cast<unsigned long>(size);
     const Instance decoder(tjInitDecompress());
     if (!decoder || !HasSize(decoder, data, bytes, shape)) return false;
-    // A few bytes can ask for millions of scans over the whole image; no camera does.
+    // Without a limit, a few bytes can demand millions of scans over the whole image. No camera
+    // does that.
     const int flags = DirectionOf(shape) | TJFLAG_LIMITSCANS;
     return WentOn(decoder, tjDecompress2(decoder.get(), data, bytes, pixels, shape.width,
                                          shape.stride, shape.height, PixelFormatOf(shape), flags));

@@ -11,7 +11,7 @@ namespace mjpg {
 
 namespace {
 
-// What an application may keep and give back.
+// The state that an application may keep and restore.
 struct State
 {
     DWORD tag;
@@ -114,7 +114,7 @@ LRESULT MjpgCodec::Handle(UINT message, LPARAM first, LPARAM second)
     case ICM_DECOMPRESS: return Decompress(reinterpret_cast<const ICDECOMPRESS*>(first), second);
     case ICM_DECOMPRESS_END: return ICERR_OK;
 
-    default: return ICERR_UNSUPPORTED; // dialogs, palettes and drawing among them
+    default: return ICERR_UNSUPPORTED; // such as dialogs, palettes and drawing
     }
 }
 
@@ -142,7 +142,7 @@ LRESULT MjpgCodec::GetState(void* state, LPARAM size) const
     return ICERR_OK;
 }
 
-// The number of bytes taken, 0 for a state that is not ours.
+// Returns the number of bytes taken, or 0 for a state of another codec.
 LRESULT MjpgCodec::SetState(const void* state, LPARAM size)
 {
     if (!state) {

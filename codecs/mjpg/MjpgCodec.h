@@ -7,8 +7,8 @@ namespace mjpg {
 
 constexpr DWORD fourcc = mmioFOURCC('M', 'J', 'P', 'G');
 
-/// One opened instance of the codec. Every member answers the installable-compressor message of its
-/// name, with that message's return values.
+/// One opened instance of the codec. Every member handles the installable-compressor message of its
+/// name and returns that message's values.
 class MjpgCodec
 {
 public:
@@ -28,7 +28,7 @@ private:
     LRESULT Decompress(const ICDECOMPRESS* frame, LPARAM size) const;
 
     static constexpr DWORD defaultQuality = 7500;
-    DWORD m_quality = defaultQuality; ///< for frames that come without one
+    DWORD m_quality = defaultQuality; ///< for frames without one of their own
 };
 
 } // namespace mjpg

@@ -23,7 +23,7 @@ int Fail(const char* what, DWORD error)
     return 1;
 }
 
-// As UTF-8: a path may hold any letters.
+// Prints UTF-8, because a path may contain any letters.
 void Print(std::FILE* stream, const std::wstring& text)
 {
     std::fputs(base::Utf8FromWide(text + L"\n").c_str(), stream);
@@ -40,7 +40,7 @@ public:
 
     DWORD Error() const { return static_cast<DWORD>(m_error); }
 
-    // Empty when there is no entry, "?" for one that is no text.
+    // Empty when there is no entry; "?" for one that is not a text.
     std::wstring Entry() const
     {
         DWORD size = 0;
@@ -53,7 +53,7 @@ public:
         const LSTATUS result = RegQueryValueExW(m_key.get(), entryName, nullptr, &type,
                                                 reinterpret_cast<BYTE*>(value.data()), &size);
         if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return L"?";
-        value.resize(std::wcslen(value.c_str())); // the registry stores an end of its own, or none
+        value.resize(std::wcslen(value.c_str())); // a stored null at the end is optional
         return value;
     }
 
@@ -71,7 +71,7 @@ private:
     LSTATUS m_error;
 };
 
-// An entry in its long form; as it is when no file lies there.
+// The long form of an entry; the entry itself when there is no such file.
 std::wstring LongPath(const std::wstring& entry)
 {
     wchar_t longPath[MAX_PATH] = {};
@@ -79,7 +79,7 @@ std::wstring LongPath(const std::wstring& entry)
     return length > 0 && length < MAX_PATH ? longPath : entry;
 }
 
-// By the file's name; an entry may give it in its short form.
+// Compares the file's name. An entry may contain its short form.
 bool IsOurs(const std::wstring& entry)
 {
     const std::wstring path = LongPath(entry);
@@ -94,9 +94,9 @@ std::wstring CodecBesideProgram()
     return program.substr(0, program.find_last_of(L'\\') + 1) + codecFile;
 }
 
-// What the drivers' key names is cut at the first blank, so a folder with blanks is shortened;
-// empty when that is not possible. The file keeps its name, by which it is known even when it is
-// gone.
+// The path with its folder in short form if it has blanks, because entries of the drivers' key are
+// cut at the first blank. Empty when there is no short form. The file keeps its name, which
+// identifies it even when the file is gone.
 std::wstring WithoutBlanks(const std::wstring& path)
 {
     if (path.find(L' ') == std::wstring::npos) return path;
