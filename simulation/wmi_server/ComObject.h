@@ -4,7 +4,7 @@
 
 namespace simulation {
 
-// The platform's interface of a class that implements a part of it, or of itself.
+// The platform's interface that a class implements: the one that it names, or itself.
 template <class T>
 struct Offered
 {
@@ -20,7 +20,7 @@ struct Offered<T>
     using Type = typename T::Interface;
 };
 
-// An object of the server with these interfaces; made with `new`, with one reference.
+// An object of the server with these interfaces. It is made with `new` and has one reference.
 template <class First, class... Others>
 class ComObject : public First, public Others..., public WmiUnknown
 {

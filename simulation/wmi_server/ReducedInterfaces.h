@@ -7,7 +7,7 @@
 // The interfaces of the management service, reduced to what the library calls.
 namespace simulation {
 
-// IWbemClassObject with every method that clients here never call refused.
+// An IWbemClassObject that refuses every method which its clients here never call.
 class ReducedClassObject : public IWbemClassObject
 {
 public:
@@ -65,7 +65,7 @@ public:
     HRESULT STDMETHODCALLTYPE GetMethodOrigin(LPCWSTR, BSTR*) override { return E_NOTIMPL; }
 };
 
-// IEnumWbemClassObject with every method that clients here never call refused.
+// An IEnumWbemClassObject that refuses every method which its clients here never call.
 class ReducedEnumerator : public IEnumWbemClassObject
 {
 public:
@@ -77,7 +77,7 @@ public:
     HRESULT STDMETHODCALLTYPE Skip(LONG, ULONG) override { return E_NOTIMPL; }
 };
 
-// IWbemServices with every method that clients here never call refused.
+// An IWbemServices that refuses every method which its clients here never call.
 class ReducedServices : public IWbemServices
 {
 public:

@@ -18,7 +18,7 @@ private:
     WmiProperties m_properties;
 };
 
-// What a query gives, one after the other.
+// The objects that a query returns, one after the other.
 class WmiEnumerator final : public ComObject<ReducedEnumerator>
 {
 public:

@@ -31,7 +31,7 @@ std::wstring Line(const wchar_t* name, const Parts&... parts)
     return line;
 }
 
-// The class that a notification query is for, which ends it.
+// The class of a notification query, which is the query's last word.
 std::wstring EventClass(const std::wstring& query)
 {
     return query.substr(query.find_last_of(L' ') + 1);
@@ -93,7 +93,7 @@ HRESULT WmiServices::ExecNotificationQueryAsync(const BSTR language, const BSTR 
     return WBEM_S_NO_ERROR;
 }
 
-// A service takes a reference for the time of the call at least, also when it refuses.
+// Even a service that refuses takes a reference during the call.
 void WmiServices::TouchSink(IWbemObjectSink* sink)
 {
     if (m_state.sinkReferences != SinkReferences::dropped) return;

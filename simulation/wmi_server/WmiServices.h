@@ -5,7 +5,7 @@
 
 namespace simulation {
 
-// The connected namespace. Its security is asked for as a proxy's would be.
+// The connected namespace. Clients query its security like a proxy's.
 class WmiServices final : public ComObject<ReducedServices, IClientSecurity>
 {
 public:
@@ -34,7 +34,7 @@ private:
     void Subscribe(const std::wstring& query, IWbemObjectSink* sink);
 };
 
-// The door to it.
+// The locator that connects to the namespace.
 class WmiLocator final : public ComObject<IWbemLocator>
 {
 public:

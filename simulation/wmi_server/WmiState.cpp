@@ -20,7 +20,7 @@ std::optional<HRESULT> WmiState::PlannedResult(WmiCall call)
         if (failure.call != call) continue;
         if (failure.number == 0) return failure.result;
         if (failure.number > 0 && --failure.number == 0) {
-            failure.number = -1; // has happened
+            failure.number = -1; // this failure has happened
             return failure.result;
         }
     }

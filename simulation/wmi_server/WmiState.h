@@ -9,7 +9,7 @@
 
 namespace simulation {
 
-// Base of the server's objects, for the list of all of them.
+// The base of the server's objects, which allows a list of all of them.
 class WmiUnknown
 {
 public:
@@ -23,7 +23,7 @@ protected:
 struct PlannedFailure
 {
     WmiCall call;
-    int number; // counts down; 0: every call
+    int number; // counts down; 0 means every call
     HRESULT result;
 };
 
@@ -34,22 +34,22 @@ struct Subscription
     bool isCounted;
 };
 
-// All that the server and its objects share.
+// The state that the server and its objects share.
 struct WmiState
 {
-    // Notes a call and answers what it is to answer when it is to fail.
+    // Records a call. The result is the one to return when the call is to fail, else nothing.
     std::optional<HRESULT> Note(WmiCall call, const std::wstring& line);
-    // Notes a call of an object that is not live.
+    // Records a call of an object that is not live.
     void NoteMisuse() { ++misuses; }
     void Keep(WmiUnknown* object);
-    // An object that was released for the last time.
+    // Takes back an object whose last reference was released.
     void Drop(WmiUnknown* object);
 
     mutable std::mutex mutex;
     std::map<std::wstring, std::vector<WmiProperties>> answers;
     std::chrono::milliseconds delay{0};
     std::vector<PlannedFailure> failures;
-    int failingCall = 0; // counts down; 0: none
+    int failingCall = 0; // counts down; 0 means none
     HRESULT failingResult = S_OK;
     std::vector<WmiCall> throwing;
     std::function<void()> onCancel;

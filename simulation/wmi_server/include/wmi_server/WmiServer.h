@@ -13,8 +13,8 @@
 #include <variant>
 #include <vector>
 
-// The platform's management service (WMI), played inside this process. Wine's has no classes of
-// network drivers, and no machine loses and finds its adapters on demand.
+// The platform's management service (WMI), simulated inside this process. Wine's has no classes of
+// network drivers, and no machine loses and regains its adapters on demand.
 namespace simulation {
 
 // A property's value: null, a text, a 32-bit number, or a 16-bit one.
@@ -23,7 +23,7 @@ using WmiValue = std::variant<std::monostate, std::wstring, std::int32_t, std::i
 // One object's properties by name. An event names its class in "__CLASS".
 using WmiProperties = std::map<std::wstring, WmiValue>;
 
-// What clients call.
+// The calls of clients.
 enum class WmiCall
 {
     createLocator,
@@ -36,20 +36,21 @@ enum class WmiCall
     cancel,    // CancelAsyncCall
 };
 
-// What happens to the references to a subscribed sink.
+// The treatment of the references to a subscribed sink.
 enum class SinkReferences
 {
     untilCancelled, // one for each subscription, released by CancelAsyncCall
     untilReleased,  // the same, but kept until ReleaseSinks
     notTaken,
-    dropped, // taken for the call only, as by a service that refuses
+    dropped, // taken during the call only, as by a service that refuses
 };
 
 struct WmiState;
 
-// While it lives, CoCreateInstance of WbemLocator hands out its locator in process. COM is
-// initialised on the thread that makes it; all threads that use it belong to the same apartment.
-// Its objects stay in memory when they are released, so that a later use is found out and counted.
+// While it lives, CoCreateInstance of WbemLocator creates its locator in process. COM must be
+// initialised on the thread that makes it, and all threads that use it must belong to the same
+// apartment. Its objects stay in memory when they are released, so that later uses are detected and
+// counted.
 class WmiServer
 {
 public:
@@ -59,50 +60,51 @@ public:
     WmiServer(const WmiServer&) = delete;
     WmiServer& operator=(const WmiServer&) = delete;
 
-    // ---- What it answers. May be changed at any time, on any thread.
+    // ---- Its answers. They may be changed at any time, on any thread.
 
-    // The objects that a query gives, compared by its whole text; without an answer none.
+    // Sets the objects that a query returns; the whole text of the query is compared. A query
+    // without an answer returns none.
     void SetAnswer(const std::wstring& query, std::vector<WmiProperties> objects);
-    // How long IEnumWbemClassObject::Next takes.
+    // Sets the time that IEnumWbemClassObject::Next takes.
     void SetDelay(std::chrono::milliseconds delay);
-    // The calls of this kind fail: the `number`-th from now on, or all for 0. With S_OK it succeeds
-    // but stores no object.
+    // Makes calls of this kind fail: the `number`-th from now on, or all for 0. With S_OK the call
+    // succeeds but stores no object.
     void Fail(WmiCall call, HRESULT result, int number = 0);
-    // The `number`-th call of any kind from now on fails.
+    // Makes the `number`-th call of any kind from now on fail.
     void FailCall(int number, HRESULT result);
-    // The calls of this kind throw an int.
+    // Makes the calls of this kind throw an int.
     void Throw(WmiCall call);
-    // No call fails or throws any more.
+    // Makes all calls succeed again.
     void SucceedAgain();
-    // Called inside CancelAsyncCall, before the sink is released.
+    // Sets an action that is called inside CancelAsyncCall, before the sink is released.
     void OnCancel(std::function<void()> action);
 
     // ---- Its events
 
     void SetSinkReferences(SinkReferences references);
-    // Hands the events, as one batch, to the sinks that are subscribed to the class of the first,
-    // on the calling thread. The number of sinks.
+    // Delivers the events as one batch, on the calling thread, to the sinks that are subscribed to
+    // the first event's class. Returns the number of sinks.
     int Deliver(const std::vector<WmiProperties>& events);
-    // An object of its own, with one reference.
+    // Makes an independent object with one reference.
     IWbemClassObject* MakeObject(const WmiProperties& properties);
-    // The sinks that are referred to, one entry for each subscription.
+    // The sinks that are still referenced, one entry for each subscription.
     std::vector<IWbemObjectSink*> Sinks() const;
-    // Releases all that are left; the counts that Release answered.
+    // Releases all sinks that are left. Returns the counts from Release.
     std::vector<ULONG> ReleaseSinks();
-    // What AddRef has answered, in order.
+    // The results of AddRef, in order.
     std::vector<ULONG> SinkCounts() const;
 
-    // ---- What it has seen
+    // ---- Its records
 
-    // The calls with their arguments, a line each, since the last time.
+    // The calls since the last TakeCalls, one line each with its arguments.
     std::vector<std::wstring> TakeCalls();
-    // How many calls there were in all.
+    // The number of all calls.
     int CallCount() const;
-    // Its objects to which somebody refers.
+    // The number of its objects that are still referenced.
     int LiveObjects() const;
-    // Calls of objects that nobody referred to any more.
+    // The number of calls of objects that were no longer referenced.
     int Misuses() const;
-    // From now on released objects are destroyed, for long runs. Misuse is not found out then.
+    // Destroys released objects from now on, for long runs. Misuse is then not detected.
     void ForgetReleased();
 
 private:
