@@ -14,7 +14,7 @@ BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int width, int height)
     return Own(::CreateCompatibleBitmap(dc ? dc->m_hDC : nullptr, width, height));
 }
 
-// The platform's counts are signed; a larger buffer than that can say is never filled.
+// The platform's counts are signed. No bitmap fills a buffer larger than they can express.
 DWORD CBitmap::GetBitmapBits(DWORD size, LPVOID bits) const
 {
     return static_cast<DWORD>(

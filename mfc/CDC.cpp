@@ -10,7 +10,7 @@ using ContextMap = framework::PermanentMap<HDC, CDC>;
 
 ContextMap& Contexts()
 {
-    static auto& map = *new ContextMap; // never destroyed, as of GdiMap
+    static auto& map = *new ContextMap; // never destroyed, like GdiMap
     return map;
 }
 
@@ -24,7 +24,8 @@ HGDIOBJ HandleOf(const CGdiObject* object)
     return object ? object->m_hObject : nullptr;
 }
 
-// Into the output context and, where it is another one, also into the one that is asked.
+// Selects the object into the output context and, where it differs, also into the attribute
+// context.
 HGDIOBJ SelectInto(const CDC& dc, HGDIOBJ object)
 {
     const HGDIOBJ old = dc.m_hDC ? ::SelectObject(dc.m_hDC, object) : nullptr;
@@ -46,7 +47,7 @@ CDC* CDC::FromHandle(HDC context)
     if (CDC* const permanent = Contexts().Find(context)) return permanent;
     auto& temporary = framework::ThreadState::Current().contexts[context];
     if (!temporary) temporary = std::make_unique<CDC>();
-    // Also when it was detached, or its handle destroyed, in between.
+    // A temporary object that was detached, or whose handle was destroyed, gets the handle again.
     if (!temporary->m_hDC) temporary->m_hDC = temporary->m_hAttribDC = context;
     return temporary.get();
 }
@@ -65,7 +66,7 @@ BOOL CDC::Attach(HDC context)
 {
     if (!context || m_hDC) return FALSE;
     m_hDC = m_hAttribDC =
-        context; // first: should memory be short for the map, the handle has its owner
+        context; // set first, so that the handle has an owner if memory is short for the map
     Contexts().Add(context, this);
     return TRUE;
 }

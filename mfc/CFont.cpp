@@ -4,7 +4,7 @@
 
 namespace {
 
-// Vertically, of a context, or of the screen for none.
+// The vertical resolution of a context; of the screen for a null one.
 int DotsPerInch(const CDC* dc)
 {
     if (dc) return ::GetDeviceCaps(dc->m_hAttribDC, LOGPIXELSY);
@@ -28,7 +28,8 @@ BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, i
 BOOL CFont::CreatePointFont(int tenths, LPCTSTR faceName, CDC* dc)
 {
     LOGFONT description = {};
-    // A point is 1/72 inch; negative: the height of the characters without the space above them.
+    // A point is 1/72 inch. A negative height is that of the characters without the space above
+    // them.
     description.lfHeight = -MulDiv(tenths, DotsPerInch(dc), 720);
     description.lfCharSet = DEFAULT_CHARSET;
     lstrcpynW(description.lfFaceName, faceName ? faceName : L"", LF_FACESIZE);

@@ -6,7 +6,7 @@ namespace framework {
 
 PermanentMap<HGDIOBJ, CGdiObject>& GdiMap()
 {
-    // Never destroyed: objects of other modules may go after this DLL's own.
+    // The map is never destroyed: objects of other modules may be destroyed after this DLL's own.
     static auto& map = *new PermanentMap<HGDIOBJ, CGdiObject>;
     return map;
 }
@@ -21,9 +21,9 @@ CGdiObject::~CGdiObject()
 BOOL CGdiObject::Attach(HGDIOBJ object)
 {
     if (!object || m_hObject) return FALSE;
-    m_hObject = object; // first: should memory be short for the map, the handle has its owner
-    // A handle with an object already (a stock object, say) is attached all the same; FromHandle
-    // answers the first.
+    m_hObject = object; // set first: the handle then has an owner if memory is short for the map
+    // A handle that already has an object (a stock object, say) is attached too. FromHandle returns
+    // the first object.
     framework::GdiMap().Add(object, this);
     return TRUE;
 }

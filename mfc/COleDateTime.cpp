@@ -9,7 +9,7 @@ namespace {
 
 WORD ToWord(int value)
 {
-    // What does not fit becomes a part that no moment has.
+    // A value that does not fit becomes one that no moment has.
     return value < 0 || value > 0xFFFF ? WORD(0xFFFF) : static_cast<WORD>(value);
 }
 

@@ -29,7 +29,7 @@ std::wstring Formatted(LPCWSTR format, va_list arguments)
     va_end(measured);
     if (length <= 0) return {};
     std::wstring text(static_cast<size_t>(length), L'\0');
-    // The terminating null has its own place behind the last character.
+    // The terminating null has its own place after the last character.
     const int written = _vsnwprintf(text.data(), text.size() + 1, format, arguments);
     text.resize(static_cast<size_t>(std::max(written, 0)));
     return text;
@@ -249,7 +249,7 @@ void CString::ReleaseBuffer(int newLength)
 
 BOOL CString::LoadString(UINT id)
 {
-    // String resources lie in blocks of sixteen; the block is what can be looked for.
+    // String resources lie in blocks of sixteen, and only a block can be searched for.
     const HINSTANCE module = AfxFindResourceHandle(MAKEINTRESOURCE(id / 16 + 1), RT_STRING);
     const wchar_t* text = nullptr;
     // A buffer size of 0 asks for a pointer to the resource itself, which has no terminating null.

@@ -18,7 +18,7 @@ INT_PTR CStringArray::Add(const CString& text)
 INT_PTR CStringArray::Append(const CStringArray& source)
 {
     const INT_PTR first = GetSize();
-    const size_t count = source.m_items.size(); // of before, when an array is appended to itself
+    const size_t count = source.m_items.size(); // read first: an array may append itself
     m_items.reserve(m_items.size() + count);
     std::copy_n(source.m_items.begin(), count, std::back_inserter(m_items));
     return first;

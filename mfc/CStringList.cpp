@@ -126,7 +126,7 @@ CStringList::Node* CStringList::Insert(Node* previous, Node* next, const CString
     return node;
 }
 
-// A node out of the free ones; the strong guarantee: an allocation that fails changes nothing.
+// Takes a free node. A failed allocation changes nothing.
 CStringList::Node* CStringList::Allocate()
 {
     if (!m_free) {

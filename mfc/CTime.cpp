@@ -8,8 +8,8 @@ tm LocalTm(const CTime& time)
 {
     tm parts = {};
     if (time.GetLocalTm(&parts)) return parts;
-    parts = {}; // the C library has filled it with -1
-    // So that every part reads 0: these are the ones that count from elsewhere.
+    parts = {}; // the C library filled it with -1
+    // These parts do not count from 0. With the values below every part of CTime reads 0.
     parts.tm_year = -1900;
     parts.tm_mon = parts.tm_wday = -1;
     return parts;
@@ -20,7 +20,7 @@ tm LocalTm(const CTime& time)
 CTime::CTime(int year, int month, int day, int hour, int minute, int second, int daylightSaving)
 {
     tm parts = {};
-    // Through unsigned: an absurd year may wrap around, and is refused by the conversion.
+    // The sum is unsigned, because an absurd year may wrap around. The conversion then refuses it.
     parts.tm_year = static_cast<int>(static_cast<unsigned>(year) - 1900u);
     parts.tm_mon = static_cast<int>(static_cast<unsigned>(month) - 1u);
     parts.tm_mday = day;

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Constant-initialised, so that application objects may be built before and after this DLL's other
-// objects.
+// Constant-initialised, so that application objects may be constructed before and after this DLL's
+// other objects.
 constinit std::atomic<CWinApp*> s_theApplication = nullptr;
 constinit base::SlimLock s_modulesMutex;
 constinit CWinApp* s_modules = nullptr;
@@ -56,7 +56,7 @@ CWinApp::CWinApp(LPCTSTR appName, HINSTANCE module) : m_hInstance(module)
     if (IsExecutable(module)) {
         CWinApp* none = nullptr;
         s_theApplication.compare_exchange_strong(none,
-                                                 this); // the first one, should there be several
+                                                 this); // only the first application object counts
         return;
     }
     const std::lock_guard lock(s_modulesMutex);

@@ -42,8 +42,8 @@ BOOL DeleteEntry(const CString& path, LPCTSTR entry)
     return !key || SucceededOrAbsent(RegDeleteValueW(key.get(), entry));
 }
 
-// The text of a value of type REG_SZ. It may grow between the question for its size and the answer,
-// hence the loop.
+// Reads the text of a value of type REG_SZ. The loop is needed because the value may grow after its
+// size was queried.
 bool ReadText(HKEY key, LPCTSTR entry, CString& text)
 {
     std::vector<wchar_t> buffer(128);
@@ -70,7 +70,7 @@ CString ReadIniText(LPCTSTR file, LPCTSTR section, LPCTSTR entry, LPCTSTR defaul
         std::vector<wchar_t> buffer(size);
         const DWORD length = GetPrivateProfileStringW(
             section, entry, defaultValue ? defaultValue : L"", buffer.data(), size, file);
-        // A text that was cut fills the buffer but for its last place.
+        // A text that was cut fills the buffer except for its last place.
         if (length + 1 < size || size >= largest) return {buffer.data(), static_cast<int>(length)};
     }
 }

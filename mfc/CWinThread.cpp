@@ -6,8 +6,8 @@
 
 namespace {
 
-// Gives a worker thread an object of its own for the application's main window, as the
-// application's belongs to another thread.
+// Gives a worker thread an object of its own for the application's main window, because the
+// application's object belongs to another thread.
 class InheritedMainWindow
 {
 public:
@@ -19,7 +19,7 @@ public:
     }
     ~InheritedMainWindow()
     {
-        m_window.m_hWnd = nullptr; // it is not this object's to destroy
+        m_window.m_hWnd = nullptr; // this object must not destroy it
         if (m_thread.m_pMainWnd == &m_window) m_thread.m_pMainWnd = nullptr;
     }
     InheritedMainWindow(const InheritedMainWindow&) = delete;
@@ -51,15 +51,15 @@ CWinThread::~CWinThread()
 BOOL CWinThread::CreateThread(DWORD flags, UINT stackSize, LPSECURITY_ATTRIBUTES security)
 {
     if (m_hThread || !m_pfnThreadProc) return FALSE;
-    m_inheritedWindow = ApplicationsMainWindow(); // read on this thread, not while the new one runs
-    // Started suspended, so that the thread finds the members below set.
+    m_inheritedWindow = ApplicationsMainWindow(); // read here, before the new thread runs
+    // The thread starts suspended, so that it finds the members below set.
     unsigned id = 0;
     const uintptr_t handle =
         _beginthreadex(security, stackSize, &Entry, this, CREATE_SUSPENDED, &id);
     if (handle == 0) return FALSE;
     m_hThread = reinterpret_cast<HANDLE>(handle);
     m_nThreadID = id;
-    // From here on the object may be gone: the thread deletes it.
+    // The object may be gone from here on, because the thread deletes it.
     if (!(flags & CREATE_SUSPENDED)) ::ResumeThread(reinterpret_cast<HANDLE>(handle));
     return TRUE;
 }
@@ -132,7 +132,7 @@ BOOL CWinThread::IsIdleMessage(MSG* message)
     return message->message != WM_PAINT && message->message != caretBlinks;
 }
 
-// Whether the mouse is where the last move of the same kind left it.
+// True when the mouse is where the last move of the same kind left it.
 bool CWinThread::IsRedundantMouseMove(const MSG& message)
 {
     const bool stays = message.message == m_lastMouseMove &&
@@ -156,7 +156,7 @@ BOOL CWinThread::PreTranslateMessage(MSG* message)
 
 BOOL CWinThread::PumpMessage()
 {
-    // -1 reports an error, which cannot be waited out.
+    // -1 reports an error, so waiting again would not help.
     if (GetMessageW(&m_msgCur, nullptr, 0, 0) <= 0) return FALSE;
     MSG message = m_msgCur; // a nested loop overwrites the member
     if (!PreTranslateMessage(&message)) {
@@ -171,7 +171,7 @@ CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter, int prior
 {
     auto thread = std::make_unique<CWinThread>(procedure, parameter);
     if (!thread->CreateThread(flags | CREATE_SUSPENDED, stackSize, security)) return nullptr;
-    CWinThread* const started = thread.release(); // deletes itself when the thread ends
+    CWinThread* const started = thread.release(); // the object deletes itself when the thread ends
     if (priority != THREAD_PRIORITY_NORMAL) started->SetThreadPriority(priority);
     if (!(flags & CREATE_SUSPENDED)) started->ResumeThread();
     return started;

@@ -36,7 +36,7 @@ CWnd* CWnd::FromHandle(HWND window)
     if (CWnd* const permanent = FromHandlePermanent(window)) return permanent;
     auto& temporary = ThreadState::Current().windows[window];
     if (!temporary) temporary = std::make_unique<CWnd>();
-    // Also when it was detached, or its handle destroyed, in between.
+    // A temporary object that was detached, or whose handle was destroyed, gets the handle again.
     if (!temporary->m_hWnd) temporary->m_hWnd = window;
     return temporary.get();
 }
@@ -125,10 +125,10 @@ BOOL CWnd::DestroyWindow()
     const HWND window = m_hWnd;
     const bool permanent = FromHandlePermanent(window) == this;
     const BOOL destroyed = ::DestroyWindow(window);
-    // Told of its end, an object has left the map and may have deleted itself: then this must not
-    // be looked at.
+    // An object that was told of its window's end has left the map and may have deleted itself.
+    // Then `this` must not be read.
     if (permanent && FromHandlePermanent(window) != this) return destroyed;
-    // Without the procedure in place nobody was told.
+    // Without the window procedure in place, the object was not told.
     if (m_hWnd == window && !::IsWindow(window)) Detach();
     return destroyed;
 }
@@ -178,7 +178,7 @@ LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor, HBRUSH background, HICON
     WNDCLASS description = {};
     description.style = style;
     description.lpfnWndProc =
-        ::DefWindowProcW; // the objects' procedure is put in front when a window is created
+        ::DefWindowProcW; // the objects' procedure replaces it when a window is created
     description.hInstance = AfxGetInstanceHandle();
     description.hCursor = cursor;
     description.hbrBackground = background;

@@ -1,4 +1,4 @@
-// How a window's messages find their handlers, and what the handlers do by default.
+// The way of a window's messages to their handlers, and the default handlers.
 #include "ThreadState.h"
 #include "WindowProcedure.h"
 

@@ -3,8 +3,8 @@
 BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds)
 {
     if (reason == DLL_THREAD_DETACH) framework::ThreadState::DeleteCurrent();
-    // When the process ends, the system takes everything back, and other threads were stopped
-    // anywhere.
+    // At the end of the process the system frees everything, and other threads were stopped at any
+    // point.
     if (reason == DLL_PROCESS_DETACH && !processEnds) framework::ThreadState::DeleteAll();
     return TRUE;
 }

@@ -10,8 +10,8 @@
 
 namespace framework {
 
-// Which object a handle is attached to. One map serves all threads, so that an object may be
-// destroyed on another thread than the one that made it without leaving its address behind.
+// Maps handles to the objects that they are attached to. One map serves all threads, so an object
+// that is destroyed on another thread than its own leaves no address behind.
 template <class Handle, class Object>
 class PermanentMap
 {
@@ -23,7 +23,7 @@ public:
         return found == m_objects.end() ? nullptr : found->second;
     }
 
-    // False when the handle has another object already.
+    // False when the handle already has another object.
     bool Add(Handle handle, Object* object)
     {
         const std::unique_lock lock(m_mutex);

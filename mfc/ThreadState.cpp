@@ -11,7 +11,7 @@ namespace {
 constinit base::SlimLock s_chainMutex;
 constinit ThreadState* s_chain = nullptr;
 
-// A slot of thread-local storage; thread_local objects with destructors would keep the DLL loaded
+// A slot of thread-local storage. thread_local objects with destructors would keep the DLL loaded
 // until the thread ends.
 DWORD Slot()
 {
@@ -66,8 +66,8 @@ ThreadState::~ThreadState()
     *link = m_next;
 }
 
-// The objects' handles are not theirs: they are taken away before the objects go, so that nothing
-// is destroyed or deleted.
+// Temporary objects do not own their handles. The handles are removed first, so that no destructor
+// destroys or deletes them.
 void ThreadState::DeleteTemporaryWindows()
 {
     for (auto& [handle, window] : windows)

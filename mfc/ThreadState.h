@@ -11,14 +11,14 @@ class WindowCreation;
 
 namespace framework {
 
-// What the framework keeps for one thread. Made on first use, deleted when the thread ends or the
-// DLL is unloaded.
+// The framework's state of one thread. It is made on first use and deleted when the thread ends or
+// the DLL is unloaded.
 class ThreadState
 {
 public:
-    // The calling thread's.
+    // The calling thread's state.
     static ThreadState& Current();
-    // The calling thread's, null when it has none yet.
+    // The calling thread's state; null when it has none yet.
     static ThreadState* Existing() noexcept;
     static void DeleteCurrent() noexcept;
     static void DeleteAll() noexcept;
@@ -29,13 +29,13 @@ public:
     ThreadState& operator=(const ThreadState&) = delete;
 
     CWinThread* thread = nullptr;       // set on threads that AfxBeginThread started
-    WindowCreation* creation = nullptr; // of the window that is being created
-    const MSG* message = nullptr;       // being handled
+    WindowCreation* creation = nullptr; // the creation under way
+    const MSG* message = nullptr;       // the message being handled
     int proceduresActive = 0;           // window procedures of the framework on the stack
-    CString className;                  // of AfxRegisterWndClass
+    CString className;                  // the last result of AfxRegisterWndClass
 
-    // Temporary objects, none of which owns its handle. GDI handles of different kinds may share a
-    // value over time, hence the type in the key.
+    // Temporary objects, none of which owns its handle. GDI handles of different kinds may have the
+    // same value over time, so the key contains the type.
     std::unordered_map<HWND, std::unique_ptr<CWnd>> windows;
     std::unordered_map<HDC, std::unique_ptr<CDC>> contexts;
     std::map<std::pair<HGDIOBJ, std::type_index>, std::unique_ptr<CGdiObject>> gdiObjects;

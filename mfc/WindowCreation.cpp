@@ -26,8 +26,8 @@ HWND WindowCreation::Create(const CREATESTRUCT& d)
     return window;
 }
 
-// A window that was destroyed in the middle of its creation has told the object so (WM_NCDESTROY),
-// and the object may have deleted itself: it must not be touched unless the map still knows it.
+// A window that is destroyed during its creation tells the object so (WM_NCDESTROY), and the object
+// may then delete itself. It must not be touched unless it is still in the map.
 void WindowCreation::CleanUp()
 {
     const bool attached = m_window && CWnd::FromHandlePermanent(m_window) == &m_object;
@@ -40,7 +40,7 @@ LRESULT CALLBACK WindowCreation::OnHook(int code, WPARAM wParam, LPARAM lParam) 
 {
     WindowCreation* const creation = ThreadState::Current().creation;
     auto* const window = reinterpret_cast<HWND>(wParam);
-    // The input method's own window may be created in between.
+    // The input method's own window may be created meanwhile.
     if (code == HCBT_CREATEWND && creation && !creation->m_window &&
         !(GetClassLongW(window, GCL_STYLE) & CS_IME)) {
         try {

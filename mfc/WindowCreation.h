@@ -5,7 +5,7 @@
 #include <base/Handles.h>
 
 // The creation of one window: while it lives, the first window that the thread creates becomes the
-// object's, with the message map in force from the window's first message on.
+// object's. The message map is in force from the window's first message on.
 class WindowCreation
 {
 public:
@@ -14,7 +14,7 @@ public:
     WindowCreation(const WindowCreation&) = delete;
     WindowCreation& operator=(const WindowCreation&) = delete;
 
-    // Null on failure; then PostNcDestroy has been called, and the object may be gone.
+    // Null on failure. PostNcDestroy has then been called, and the object may be gone.
     HWND Create(const CREATESTRUCT& description);
 
 private:

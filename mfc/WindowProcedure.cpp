@@ -32,7 +32,7 @@ private:
     const MSG* m_outer;
 };
 
-// To be called in a handler of exceptions: tells the debugger what was thrown.
+// Tells the debugger what was thrown. It must be called in an exception handler.
 void ReportException(UINT message) noexcept
 {
     char text[256];
@@ -52,7 +52,7 @@ LRESULT ResultAfterException(const MSG& message) noexcept
     if (message.message == WM_CREATE || message.message == WM_NCCREATE)
         return message.message == WM_CREATE ? -1 : FALSE; // the window is not created
     if (message.message == WM_PAINT)
-        ValidateRect(message.hwnd, nullptr); // or it would be sent for ever
+        ValidateRect(message.hwnd, nullptr); // else it would be sent for ever
     return 0;
 }
 
@@ -60,7 +60,7 @@ LRESULT ResultAfterException(const MSG& message) noexcept
 
 framework::PermanentMap<HWND, CWnd>& WindowProcedure::Windows()
 {
-    // Never destroyed: windows of other modules may go after this DLL's own objects.
+    // The map is never destroyed: windows of other modules may end after this DLL's own objects.
     static auto& map = *new framework::PermanentMap<HWND, CWnd>;
     return map;
 }

@@ -5,7 +5,8 @@
 #include <atlstr.h>
 #include <framework/export.h>
 
-/// The root of the classes that are addressed by pointer: never copied, deleted through any base.
+/// The root of the classes that are addressed by pointer: They are never copied, and may be deleted
+/// through any base.
 class CObject
 {
 public:
@@ -17,6 +18,6 @@ protected:
     CObject() = default;
 };
 
-/// An element's place in a list; null for none.
+/// An element's position in a list; null for none.
 struct __POSITION;
 using POSITION = __POSITION*;

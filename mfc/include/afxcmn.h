@@ -4,7 +4,7 @@
 
 #include <commctrl.h>
 
-/// An owned image list: the destructor destroys it. Functions answer FALSE or -1 when the platform
+/// An owned image list: the destructor destroys it. Functions return FALSE or -1 when the platform
 /// refuses, or on an empty object.
 class MFC_API CImageList : public CObject
 {
@@ -16,11 +16,11 @@ public:
 
     HIMAGELIST GetSafeHandle() const noexcept { return m_hImageList; }
     operator HIMAGELIST() const noexcept { return m_hImageList; }
-    /// FALSE for a null handle, or when one is attached already.
+    /// FALSE for a null handle, or when a handle is already attached.
     BOOL Attach(HIMAGELIST list);
     HIMAGELIST Detach();
     BOOL DeleteImageList();
-    /// Size in pixels; `flags`: ILC_ values; `grow`: how many images it grows by.
+    /// The size is in pixels. `flags` are ILC_ values. `grow` is the number of images to grow by.
     BOOL Create(int width, int height, UINT flags, int initial, int grow);
 
     int GetImageCount() const { return ::ImageList_GetImageCount(m_hImageList); }
@@ -28,8 +28,8 @@ public:
     {
         return ::ImageList_GetImageInfo(m_hImageList, index, info);
     }
-    /// Copy the bitmap's images; answer the index of the first, -1 on failure. With a colour, its
-    /// pixels are transparent.
+    /// Copy the bitmap's images and return the index of the first, or -1 on failure. Pixels of a
+    /// given colour are transparent.
     int Add(CBitmap* bitmap, CBitmap* mask);
     int Add(CBitmap* bitmap, COLORREF mask);
     int Add(HICON icon) { return ::ImageList_AddIcon(m_hImageList, icon); }

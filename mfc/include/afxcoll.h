@@ -5,16 +5,15 @@
 
 #include <afx.h>
 
-/// A growing array of texts. Indexes run from 0; one outside of the array is a mistake of the
-/// caller (trapped in checked builds) unless a member says otherwise. Texts keep the null
-/// characters in them.
+/// A growing array of texts. Indexes start at 0. An index outside the array is a caller's mistake
+/// (trapped in checked builds) unless a member says otherwise. Texts may contain null characters.
 class CStringArray : public CObject
 {
 public:
     INT_PTR GetSize() const noexcept { return static_cast<INT_PTR>(m_items.size()); }
     INT_PTR GetCount() const noexcept { return GetSize(); }
     bool IsEmpty() const noexcept { return m_items.empty(); }
-    /// The last index, -1 for an empty array.
+    /// The last index; -1 for an empty array.
     INT_PTR GetUpperBound() const noexcept { return GetSize() - 1; }
 
     const CString& GetAt(INT_PTR index) const { return m_items[static_cast<size_t>(index)]; }
@@ -27,12 +26,12 @@ public:
     void SetAt(INT_PTR index, const CString& text) { ElementAt(index) = text; }
     /// Grows the array with empty texts up to `index` where needed.
     MFC_API void SetAtGrow(INT_PTR index, const CString& text);
-    /// Answers the index of the new element.
+    /// Returns the index of the new element.
     MFC_API INT_PTR Add(const CString& text);
-    /// Answers the index of the first one.
+    /// Returns the index of the first element appended.
     MFC_API INT_PTR Append(const CStringArray& source);
     MFC_API void Copy(const CStringArray& source);
-    /// Beyond the end the array grows with empty texts first.
+    /// For an index beyond the end, the array first grows with empty texts.
     MFC_API void InsertAt(INT_PTR index, const CString& text, INT_PTR count = 1);
     MFC_API void RemoveAt(INT_PTR index, INT_PTR count = 1);
     MFC_API void SetSize(INT_PTR size);
@@ -47,8 +46,8 @@ private:
 };
 
 /// A doubly linked list of texts. A POSITION stays valid until its own element is removed. Null
-/// positions, and the ends of an empty list, are mistakes of the caller where not said otherwise.
-/// Texts keep the null characters in them.
+/// positions, and the ends of an empty list, are a caller's mistakes unless a member says
+/// otherwise. Texts may contain null characters.
 class MFC_API CStringList : public CObject
 {
 public:
@@ -62,7 +61,7 @@ public:
 
     POSITION GetHeadPosition() const noexcept;
     POSITION GetTailPosition() const noexcept;
-    /// The element at `position`, which moves on (null behind the last).
+    /// The element at `position`, which then moves to the next (null after the last).
     const CString& GetNext(POSITION& position) const;
     const CString& GetPrev(POSITION& position) const;
     CString& GetAt(POSITION position);
@@ -73,16 +72,16 @@ public:
 
     POSITION AddHead(const CString& text);
     POSITION AddTail(const CString& text);
-    /// A null position adds at the head, respectively at the tail.
+    /// For a null position InsertBefore adds at the head and InsertAfter at the tail.
     POSITION InsertBefore(POSITION position, const CString& text);
     POSITION InsertAfter(POSITION position, const CString& text);
-    /// The removed text; an empty one from an empty list.
+    /// Returns the removed text; an empty one for an empty list.
     CString RemoveHead();
     CString RemoveTail();
     void RemoveAt(POSITION position);
     void RemoveAll() noexcept;
 
-    /// The first equal element behind `startAfter` (null: from the head), null when there is none.
+    /// The first equal element after `startAfter` (null: from the head); null when there is none.
     POSITION Find(LPCWSTR text, POSITION startAfter = nullptr) const;
     /// Null when there is no such index.
     POSITION FindIndex(INT_PTR index) const noexcept;

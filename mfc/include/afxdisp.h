@@ -7,11 +7,11 @@
 #include <atltime.h>
 #include <framework/export.h>
 
-/// What the parts of a moment without a calendar date read as.
+/// The value of each part of a moment without a calendar date.
 inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 
-/// A moment as OLE Automation counts it: days since midnight, 30 December 1899, in no particular
-/// time zone; the years 100 to 9999.
+/// A moment in OLE Automation's count: days since midnight, 30 December 1899, in no particular time
+/// zone, for the years 100 to 9999.
 class COleDateTime
 {
 public:
@@ -23,8 +23,8 @@ public:
         null = 2     ///< deliberately none
     };
 
-    /// Status first, value second, as the other way round the value could be read without a look at
-    /// the status.
+    /// The status lies before the value. In the other order the value could be read without a look
+    /// at the status.
     DateTimeStatus m_status = valid;
     DATE m_dt = 0;
 
@@ -33,7 +33,7 @@ public:
     /// Month and day count from 1.
     MFC_API COleDateTime(int year, int month, int day, int hour, int minute, int second);
     MFC_API COleDateTime(const SYSTEMTIME& time);
-    /// Local time.
+    /// Takes local time.
     MFC_API explicit COleDateTime(const CTime& time);
 
     MFC_API static COleDateTime WINAPI GetCurrentTime();
@@ -54,20 +54,19 @@ public:
     MFC_API int GetDayOfWeek() const;
     MFC_API int GetDayOfYear() const;
 
-    /// 0, or 1 (and the status invalid) when there is no such moment.
+    /// Returns 0; or 1, with the status invalid, when there is no such moment.
     MFC_API int SetDateTime(int year, int month, int day, int hour, int minute, int second);
     int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
-    /// On 30 December 1899.
+    /// Sets a time on 30 December 1899.
     int SetTime(int hour, int minute, int second)
     {
         return SetDateTime(1899, 12, 30, hour, minute, second);
     }
-    /// As the C library's wcsftime formats it; empty unless the status is valid.
+    /// Formats like the C library's wcsftime; empty unless the status is valid.
     MFC_API CString Format(LPCWSTR format) const;
 
-    /// By the moment; two moments that are not valid are equal when their status is. Before 1900
-    /// the fraction of the value counts the hours forward although the value is negative, which the
-    /// comparison minds.
+    /// Compares moments. Two that are not valid are equal when their statuses are. The fraction of
+    /// a negative value counts the hours forward, and the comparison takes account of that.
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) noexcept
     {
         return a.m_status == b.m_status &&

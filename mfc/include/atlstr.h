@@ -10,7 +10,7 @@
 #include <framework/export.h>
 
 /// A text of UTF-16 code units that owns its memory. Positions and counts are code units; a null
-/// pointer given as a text counts as empty. Not synchronised: one object belongs to one thread at a
+/// pointer as a text means an empty one. Not synchronised: one object belongs to one thread at a
 /// time. std::bad_alloc and std::length_error are the only exceptions.
 class CString
 {
@@ -23,7 +23,7 @@ public:
     CString(const CString&) = default;
     CString(CString&&) noexcept = default;
     CString(LPCWSTR text) : m_text(View(text)) {}
-    /// The first `length` characters at `text`, which may hold null characters.
+    /// Takes the first `length` characters at `text`, which may include null characters.
     CString(LPCWSTR text, int length) : m_text(View(text, length)) {}
     explicit CString(wchar_t character, int repeat = 1)
         : m_text(repeat > 0 ? static_cast<size_t>(repeat) : 0, character)
@@ -49,8 +49,7 @@ public:
     LPCWSTR GetString() const noexcept { return m_text.c_str(); }
     operator LPCWSTR() const noexcept { return m_text.c_str(); }
 
-    /// The character at `index`, which may be the length (the terminating null); null as well
-    /// beyond.
+    /// The character at `index`; null at the length and beyond.
     wchar_t GetAt(int index) const noexcept
     {
         return InRange(index) ? m_text[static_cast<size_t>(index)] : L'\0';
@@ -86,15 +85,15 @@ public:
     void Append(LPCWSTR text, int length) { m_text += View(text, length); }
     void AppendChar(wchar_t character) { m_text += character; }
 
-    /// Formatting with the C library's wide functions: %s and %c are wide, %S, %hs and %hc narrow,
-    /// %I64d is known. The arguments may point into this text. A format that the library refuses
-    /// gives an empty text.
+    /// Formats with the C library's wide functions: %s and %c are wide, %S, %hs and %hc are narrow,
+    /// and %I64d is known. The arguments may point into this text. A format that the library
+    /// refuses gives an empty text.
     MFC_API void Format(LPCWSTR format, ...);
     MFC_API void FormatV(LPCWSTR format, va_list arguments);
     MFC_API void AppendFormat(LPCWSTR format, ...);
     MFC_API void AppendFormatV(LPCWSTR format, va_list arguments);
-    /// The string resource `id` of the module that holds it (AfxFindResourceHandle); FALSE, and the
-    /// text unchanged, when there is none.
+    /// Loads the string resource `id` of the module that has it (AfxFindResourceHandle). FALSE,
+    /// with the text unchanged, when there is none.
     MFC_API BOOL LoadString(UINT id);
 
     /// Less than, equal to or greater than zero, by the values of the code units. The second form
@@ -102,28 +101,29 @@ public:
     MFC_API int Compare(LPCWSTR other) const noexcept;
     MFC_API int CompareNoCase(LPCWSTR other) const noexcept;
 
-    /// Parts of the text; positions and counts outside of it are cut to fit.
+    /// Parts of the text. Positions and counts beyond it are cut to fit.
     MFC_API CString Mid(int first, int count) const;
     CString Mid(int first) const { return Mid(first, GetLength()); }
     CString Left(int count) const { return Mid(0, count); }
     MFC_API CString Right(int count) const;
-    /// The leading characters that all are in `characters`, respectively none of which is.
+    /// The leading characters that are all in `characters` (including), or all not in it
+    /// (excluding).
     MFC_API CString SpanIncluding(LPCWSTR characters) const;
     MFC_API CString SpanExcluding(LPCWSTR characters) const;
     /// The next piece from `start` on between characters of `delimiters`; runs of delimiters count
-    /// as one. `start` moves behind the delimiter that ended the piece, and becomes -1 when there
-    /// is no further piece (the result is empty).
+    /// as one. `start` moves past the delimiter that ended the piece. It becomes -1, and the result
+    /// is empty, when there are no more pieces.
     MFC_API CString Tokenize(LPCWSTR delimiters, int& start) const;
 
-    /// The position of the first occurrence at or after `start`, -1 when there is none. An empty
-    /// text is found at once.
+    /// The position of the first occurrence at or after `start`; -1 when there is none. An empty
+    /// text is found at `start`.
     MFC_API int Find(wchar_t character, int start = 0) const noexcept;
     MFC_API int Find(LPCWSTR text, int start = 0) const noexcept;
     MFC_API int ReverseFind(wchar_t character) const noexcept;
     MFC_API int FindOneOf(LPCWSTR characters) const noexcept;
 
-    /// Each answers the object itself, or how many places were changed, or the new length.
-    /// Without an argument, all that the platform classes as white space goes.
+    /// Each returns the object itself, the number of changed places, or the new length. Without an
+    /// argument, the platform's white space is trimmed.
     CString& Trim() { return TrimRight().TrimLeft(); }
     MFC_API CString& TrimLeft();
     MFC_API CString& TrimRight();
@@ -147,14 +147,14 @@ public:
     MFC_API int Delete(int index, int count = 1);
 
     /// Direct access: the buffer holds at least `minimumLength` characters and a null, and starts
-    /// with the text. It is to be given back by ReleaseBuffer before any other member is called; -1
-    /// measures up to the first null.
+    /// with the text. ReleaseBuffer must be called before any other member; with -1 it measures up
+    /// to the first null.
     MFC_API LPWSTR GetBuffer(int minimumLength);
     LPWSTR GetBuffer() { return m_text.data(); }
     MFC_API LPWSTR GetBufferSetLength(int length);
     MFC_API void ReleaseBuffer(int newLength = -1);
     void ReleaseBufferSetLength(int newLength) { ReleaseBuffer(newLength < 0 ? 0 : newLength); }
-    /// Cuts the text; a longer or negative length changes nothing.
+    /// Cuts the text; a larger or negative length changes nothing.
     void Truncate(int length)
     {
         if (InRange(length)) m_text.resize(static_cast<size_t>(length));

@@ -8,18 +8,16 @@
 #include <atlstr.h>
 #include <framework/export.h>
 
-/// The system's header makes it a macro, which would rename the functions below.
+/// The system's header defines a macro of this name, which would rename the functions below.
 #undef GetCurrentTime
 
-/// A moment: seconds since 1970-01-01 00:00 UTC, zero by default. Its parts are those of local
-/// time.
+/// A moment: seconds since 1970-01-01 00:00 UTC, zero by default. Its parts are in local time.
 class CTime
 {
 public:
     constexpr CTime() noexcept = default;
     constexpr CTime(__time64_t time) noexcept : m_time(time) {}
-    /// Local time; month and day count from 1. Parts that do not make up a moment give -1
-    /// (GetTime).
+    /// Takes local time; month and day count from 1. Parts that form no moment give -1 (GetTime).
     MFC_API CTime(int year, int month, int day, int hour, int minute, int second,
                   int daylightSaving = -1);
 
@@ -37,7 +35,7 @@ public:
     MFC_API int GetMinute() const;
     MFC_API int GetSecond() const;
     MFC_API int GetDayOfWeek() const;
-    /// As the C library's wcsftime formats local time; empty when it cannot.
+    /// Formats local time like the C library's wcsftime; empty when that fails.
     MFC_API CString Format(LPCWSTR format) const;
 
     friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;

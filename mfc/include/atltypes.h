@@ -6,7 +6,7 @@
 
 #include <framework/Wrapping.h>
 
-/// A width and a height, in whatever unit the function says that takes it.
+/// A width and a height, in the unit of the function that takes it.
 class CSize : public tagSIZE
 {
 public:
@@ -102,7 +102,7 @@ public:
     constexpr int Width() const noexcept { return framework::WrappingSubtract(right, left); }
     constexpr int Height() const noexcept { return framework::WrappingSubtract(bottom, top); }
     constexpr CSize Size() const noexcept { return {Width(), Height()}; }
-    /// The corners themselves: what is done to them is done to the edges.
+    /// The corners themselves: changes to them change the edges.
     CPoint& TopLeft() noexcept { return reinterpret_cast<CPoint&>(left); }
     CPoint& BottomRight() noexcept { return reinterpret_cast<CPoint&>(right); }
     const CPoint& TopLeft() const noexcept { return reinterpret_cast<const CPoint&>(left); }
@@ -115,7 +115,7 @@ public:
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }
 
-    /// Empty: without area. Null: all edges are zero.
+    /// An empty rectangle has no area. The edges of a null one are all zero.
     constexpr BOOL IsRectEmpty() const noexcept { return right <= left || bottom <= top; }
     constexpr BOOL IsRectNull() const noexcept { return *this == CRect(); }
     constexpr BOOL PtInRect(POINT point) const noexcept
@@ -176,16 +176,17 @@ public:
     }
     constexpr void MoveToXY(POINT to) noexcept { MoveToXY(to.x, to.y); }
 
-    /// Exchanges edges so that neither the width nor the height is negative.
+    /// Swaps edges so that neither the width nor the height is negative.
     constexpr void NormalizeRect() noexcept
     {
         if (left > right) std::swap(left, right);
         if (top > bottom) std::swap(top, bottom);
     }
-    /// This becomes the common part of both; empty edges (all zero) and FALSE when they share none.
+    /// Sets this to the common part of both. When they share none, all edges become zero and the
+    /// result is FALSE.
     BOOL IntersectRect(LPCRECT a, LPCRECT b) noexcept { return ::IntersectRect(this, a, b); }
-    /// This becomes the smallest rectangle around both; an empty one counts as absent. FALSE when
-    /// both are empty.
+    /// Sets this to the smallest rectangle around both, ignoring an empty one. FALSE when both are
+    /// empty.
     BOOL UnionRect(LPCRECT a, LPCRECT b) noexcept { return ::UnionRect(this, a, b); }
 
     friend constexpr bool operator==(const CRect& a, const CRect& b) noexcept

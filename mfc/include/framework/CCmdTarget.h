@@ -18,7 +18,7 @@ struct AFX_MSGMAP_ENTRY
     AFX_MSG_HANDLER handler; ///< null ends the map
 };
 
-/// The entries of one class, and how to reach those of its base class.
+/// The entries of one class, and the way to those of its base class.
 struct AFX_MSGMAP
 {
     const AFX_MSGMAP* (*pfnGetBaseMap)(); ///< null in the root class
@@ -33,11 +33,11 @@ class MFC_API CCmdTarget : public CObject
 public:
     ~CCmdTarget() override;
 
-    /// Hands a command (`code` CN_COMMAND) or a control's notification to the map's handler; FALSE
+    /// Passes a command (`code` CN_COMMAND) or a control's notification to the map's handler; FALSE
     /// when there is none.
     virtual BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* info);
 
-    /// The most derived class's first entry for the message, null when no class of the object has
+    /// The most derived class's first entry for the message; null when no class of the object has
     /// one.
     const AFX_MSGMAP_ENTRY* FindMessageEntry(UINT message, UINT code, UINT id) const;
 

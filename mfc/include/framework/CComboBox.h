@@ -15,9 +15,9 @@ public:
 
     int GetCount() const { return static_cast<int>(SendMessage(CB_GETCOUNT)); }
     int GetCurSel() const { return static_cast<int>(SendMessage(CB_GETCURSEL)); }
-    /// -1 clears the selection (and answers CB_ERR).
+    /// -1 clears the selection (and returns CB_ERR).
     int SetCurSel(int index) { return static_cast<int>(SendMessage(CB_SETCURSEL, Index(index))); }
-    /// The index of the new item. -1 inserts at the end.
+    /// Both return the index of the new item. Index -1 inserts at the end.
     int AddString(LPCTSTR text)
     {
         return static_cast<int>(SendMessage(CB_ADDSTRING, 0, Text(text)));
@@ -32,13 +32,13 @@ public:
     {
         return static_cast<int>(SendMessage(CB_GETLBTEXTLEN, Index(index)));
     }
-    /// Unchanged for an index that is not there.
+    /// An index that does not exist leaves `text` unchanged.
     void GetLBText(int index, CString& text) const;
     int FindStringExact(int startAfter, LPCTSTR text) const
     {
         return static_cast<int>(SendMessage(CB_FINDSTRINGEXACT, Index(startAfter), Text(text)));
     }
-    /// -1: the selection field.
+    /// Index -1 means the selection field.
     int GetItemHeight(int index) const
     {
         return static_cast<int>(SendMessage(CB_GETITEMHEIGHT, Index(index)));

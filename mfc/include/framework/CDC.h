@@ -4,10 +4,10 @@
 
 class CWnd;
 
-/// A device context: drawing goes to m_hDC, questions to m_hAttribDC, usually the same. The
-/// destructor deletes the context (DeleteDC). Coordinates are logical units; the functions' results
-/// are those of the GDI functions of the same names, on an empty object those of a failure.
-/// Temporary objects: as of CGdiObject.
+/// A device context: drawing goes to m_hDC, queries go to m_hAttribDC, usually the same. The
+/// destructor deletes the context (DeleteDC). Coordinates are logical units. Functions return what
+/// the GDI functions of the same names return, on an empty object the value of a failure. Temporary
+/// objects behave like those of CGdiObject.
 class MFC_API CDC : public CObject
 {
 public:
@@ -21,11 +21,11 @@ public:
     operator HDC() const noexcept { return m_hDC; }
     static CDC* FromHandle(HDC context);
     static void DeleteTempMap();
-    /// FALSE for a null handle, or when one is attached already.
+    /// FALSE for a null handle, or when a handle is already attached.
     BOOL Attach(HDC context);
     HDC Detach();
     BOOL CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode);
-    /// Null: compatible with the screen.
+    /// Null makes it compatible with the screen.
     BOOL CreateCompatibleDC(CDC* dc);
     virtual BOOL DeleteDC();
     virtual int SaveDC();
@@ -33,7 +33,8 @@ public:
     virtual BOOL RestoreDC(int saved);
 
     int GetDeviceCaps(int index) const { return ::GetDeviceCaps(m_hAttribDC, index); }
-    /// Answer what was selected before (null on failure): borrowed, perhaps temporary.
+    /// Return the object selected before (null on failure), which is borrowed and perhaps
+    /// temporary.
     CGdiObject* SelectStockObject(int index);
     CGdiObject* SelectObject(CGdiObject* object);
     CPen* SelectObject(CPen* pen);
@@ -74,7 +75,7 @@ public:
     }
 
     CPoint GetCurrentPosition() const;
-    /// Answers the position before.
+    /// Returns the previous position.
     CPoint MoveTo(int x, int y);
     CPoint MoveTo(POINT point) { return MoveTo(point.x, point.y); }
     /// The end point itself is not drawn.
@@ -111,7 +112,7 @@ public:
     {
         return ::PatBlt(m_hDC, x, y, width, height, operation);
     }
-    /// A null source is one without a handle.
+    /// A null source acts like one without a handle.
     BOOL BitBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
                 DWORD operation);
     BOOL StretchBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
@@ -127,7 +128,7 @@ public:
     {
         return TextOut(x, y, text.GetString(), text.GetLength());
     }
-    /// `length` -1: up to the terminating null. Answers the height of the text.
+    /// `length` -1 means up to the terminating null. Returns the height of the text.
     virtual int DrawText(LPCTSTR text, int length, LPRECT rect, UINT format)
     {
         return ::DrawTextW(m_hDC, text, length, rect, format);
@@ -147,8 +148,8 @@ public:
     }
 };
 
-/// The context of a window's WM_PAINT message: begins painting, and ends it when it goes. Empty
-/// when the platform refuses.
+/// The context of a window's WM_PAINT message. The constructor begins painting, the destructor ends
+/// it. Empty when the platform refuses.
 class MFC_API CPaintDC : public CDC
 {
 public:
@@ -161,8 +162,8 @@ protected:
     HWND m_hWnd;
 };
 
-/// The context of a window's client area (null: of the screen), released when it goes. Empty when
-/// the platform refuses.
+/// The context of a window's client area (null: of the screen), released by the destructor. Empty
+/// when the platform refuses.
 class MFC_API CClientDC : public CDC
 {
 public:

@@ -5,12 +5,12 @@
 
 class CDC;
 
-/// An owned GDI object: the destructor deletes it. The Create and Load functions answer FALSE, and
-/// leave the object empty, when the platform refuses or when a handle is attached already.
+/// An owned GDI object: the destructor deletes it. The Create and Load functions return FALSE when
+/// the platform refuses, which leaves the object empty, or when a handle is already attached.
 ///
-/// FromHandle answers the object that a handle is attached to, or a temporary one that does not own
-/// the handle. Temporary objects belong to the calling thread and are deleted at idle time of its
-/// message loop, by DeleteTempMap, or when the thread ends: never keep a pointer to one.
+/// FromHandle returns the object that a handle is attached to, or a temporary one that does not own
+/// the handle. Temporary objects belong to the calling thread. They are deleted at idle time of its
+/// message loop, by DeleteTempMap, or when the thread ends, so never keep a pointer to one.
 class MFC_API CGdiObject : public CObject
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     HGDIOBJ GetSafeHandle() const noexcept { return m_hObject; }
     operator HGDIOBJ() const noexcept { return m_hObject; }
-    /// FALSE for a null handle, or when one is attached already.
+    /// FALSE for a null handle, or when a handle is already attached.
     BOOL Attach(HGDIOBJ object);
     /// Gives the handle up without deleting it.
     HGDIOBJ Detach();
@@ -35,7 +35,7 @@ public:
     static void DeleteTempMap();
 
 protected:
-    /// Takes a fresh handle; deletes it when one is attached already.
+    /// Takes ownership of a new handle; deletes it when another is already attached.
     BOOL Own(HGDIOBJ object);
 };
 
@@ -88,7 +88,8 @@ public:
     BOOL CreateFont(int height, int width, int escapement, int orientation, int weight, BYTE italic,
                     BYTE underline, BYTE strikeOut, BYTE charSet, BYTE outPrecision,
                     BYTE clipPrecision, BYTE quality, BYTE pitchAndFamily, LPCTSTR faceName);
-    /// `tenths`: height in tenths of a point, at the resolution of `dc` (null: of the screen).
+    /// `tenths` is the height in tenths of a point, at the resolution of `dc` (null: of the
+    /// screen).
     BOOL CreatePointFont(int tenths, LPCTSTR faceName, CDC* dc = nullptr);
     int GetLogFont(LOGFONT* description) { return GetObject(sizeof *description, description); }
     static CFont* FromHandle(HFONT font);
@@ -101,7 +102,7 @@ public:
     ~CBitmap() override;
 
     operator HBITMAP() const noexcept { return static_cast<HBITMAP>(m_hObject); }
-    /// A bitmap resource of the module that holds it (AfxFindResourceHandle).
+    /// Loads a bitmap resource of the module that has it (AfxFindResourceHandle).
     BOOL LoadBitmap(LPCTSTR name);
     BOOL LoadBitmap(UINT id) { return LoadBitmap(MAKEINTRESOURCE(id)); }
     BOOL CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const void* bits)
@@ -113,9 +114,9 @@ public:
         return Own(::CreateBitmapIndirect(description));
     }
     BOOL CreateCompatibleBitmap(CDC* dc, int width, int height);
-    /// How many bytes the description is long, 0 on failure.
+    /// Returns the description's length in bytes; 0 on failure.
     int GetBitmap(BITMAP* description) const { return GetObject(sizeof *description, description); }
-    /// How many bytes were copied; rows are padded to 16 bits.
+    /// Returns the number of bytes copied. Rows are padded to 16 bits.
     DWORD GetBitmapBits(DWORD size, LPVOID bits) const;
     DWORD SetBitmapBits(DWORD size, const void* bits);
     static CBitmap* FromHandle(HBITMAP bitmap);

@@ -3,18 +3,18 @@
 #include <afxmsg_.h>
 #include <framework/CWinThread.h>
 
-/// The start of the module that a piece of code is compiled into; its address is the module's
-/// instance handle.
+/// The start of the module that this code is compiled into. Its address is the module's instance
+/// handle.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 /// The application object. The executable has one, as a static object; a DLL may have one too, its
-/// module object, which only marks the module as one that holds resources. AfxGetApp never answers
-/// a DLL's object.
+/// module object, which only marks the module as one with resources. AfxGetApp never returns a
+/// DLL's object.
 class MFC_API CWinApp : public CWinThread
 {
 public:
-    /// Without a name the application is called like its program file, without the extension.
-    /// Inline, so that it is compiled into the module that the object belongs to and can tell which
+    /// Without a name the application is named like its program file, without the extension. The
+    /// constructor is inline, so that it is compiled into the object's module and can tell which
     /// that is.
     explicit CWinApp(LPCTSTR appName = nullptr)
         : CWinApp(appName, reinterpret_cast<HINSTANCE>(&__ImageBase))
@@ -26,7 +26,7 @@ public:
     /// frees them.
     LPCTSTR m_pszAppName = nullptr;
     LPCTSTR m_pszExeName = nullptr;
-    LPCTSTR m_pszRegistryKey = nullptr; ///< null: the profile is an INI file
+    LPCTSTR m_pszRegistryKey = nullptr; ///< null when the profile is an INI file
     LPCTSTR m_pszProfileName =
         nullptr; ///< name of the INI file, or the application's key below the registry key
     HINSTANCE m_hInstance = nullptr;
@@ -34,21 +34,21 @@ public:
     int m_nCmdShow = SW_SHOWDEFAULT;
 
     virtual BOOL InitApplication();
-    /// Ends at once, by WM_QUIT, when there is no main window.
+    /// Without a main window it ends at once, by WM_QUIT.
     int Run() override;
 
     /// The profile: values of the registry key HKCU\Software\<registry key>\<profile
-    /// name>\<section> once SetRegistryKey was called, else of the INI file. A section may hold
-    /// backslashes, and then is a key below a key. A missing value, or one of another type, gives
-    /// the default; reading creates nothing.
+    /// name>\<section> after SetRegistryKey, else of the INI file. A section with backslashes is a
+    /// key below a key. A missing value, or one of another type, gives the default; reading creates
+    /// nothing.
     UINT GetProfileInt(LPCTSTR section, LPCTSTR entry, int defaultValue);
     CString GetProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR defaultValue = nullptr);
     BOOL WriteProfileInt(LPCTSTR section, LPCTSTR entry, int value);
-    /// A null entry deletes the section, a null value the entry; deleting what is not there
-    /// succeeds.
+    /// A null entry deletes the section, a null value deletes the entry. Deleting something that
+    /// does not exist succeeds.
     BOOL WriteProfileString(LPCTSTR section, LPCTSTR entry, LPCTSTR value);
-    /// Moves the profile into the registry; `registryKey` usually is the company's name. The
-    /// profile's name becomes the application's.
+    /// Moves the profile into the registry; `registryKey` is usually the company's name. The
+    /// profile takes the application's name.
     void SetRegistryKey(LPCTSTR registryKey);
 
 protected:
@@ -60,26 +60,27 @@ private:
 
     CString SectionKey(LPCTSTR section) const;
 
-    CWinApp* m_nextModule = nullptr; // chain of the DLLs' module objects
+    CWinApp* m_nextModule = nullptr; // the chain of the DLLs' module objects
 };
 
-/// The executable's application object, in whichever module it is asked; null while there is none.
+/// The executable's application object, in whichever module this is called; null while there is
+/// none.
 MFC_API CWinApp* AfxGetApp();
 
-/// The executable's instance handle, where its resources are, and its application's name (null
+/// The executable's instance handle, the handle of its resources, and its application's name (null
 /// without an application).
 MFC_API HINSTANCE AfxGetInstanceHandle();
 MFC_API HINSTANCE AfxGetResourceHandle();
 MFC_API LPCTSTR AfxGetAppName();
 
-/// The module that holds the resource: the executable, else the first of the DLLs with a module
-/// object that does, the latest constructed first. The executable when none does.
+/// The module that has the resource: the executable, else a DLL with a module object; the most
+/// recently constructed one is tried first. The executable when none has it.
 MFC_API HINSTANCE AfxFindResourceHandle(LPCTSTR name, LPCTSTR type);
 
-/// Gives the application object the program's parameters; FALSE without an application object.
+/// Passes the program's parameters to the application object; FALSE when there is none.
 MFC_API BOOL AfxWinInit(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);
 
-/// A program's entry function calls this: initialises the application, runs its message loop and
-/// answers its exit code. When InitInstance answers FALSE, the main window is destroyed and
+/// A program's entry function calls this: it initialises the application, runs its message loop and
+/// returns its exit code. When InitInstance returns FALSE, the main window is destroyed and
 /// ExitInstance is called at once.
 MFC_API int AfxWinMain(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);

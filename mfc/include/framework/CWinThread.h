@@ -4,8 +4,7 @@
 
 class CWnd;
 
-/// The function of a worker thread; its result is the thread's exit code. Nothing may be thrown out
-/// of it.
+/// The function of a worker thread; its result is the thread's exit code. It must not throw.
 using AFX_THREADPROC = UINT(__cdecl*)(LPVOID parameter);
 
 /// A thread: either one that AfxBeginThread started, or the application's first (CWinApp).
@@ -13,9 +12,9 @@ class MFC_API CWinThread : public CCmdTarget
 {
 public:
     CWinThread() = default;
-    /// A worker thread that CreateThread is yet to start.
+    /// Describes a worker thread; CreateThread starts it.
     CWinThread(AFX_THREADPROC procedure, LPVOID parameter);
-    /// Closes the handle; does not end the thread.
+    /// Closes the handle but does not end the thread.
     ~CWinThread() override;
 
     /// The thread's main window; borrowed. When it is destroyed, the thread's message loop ends.
@@ -35,10 +34,10 @@ public:
 
     virtual CWnd* GetMainWnd();
     virtual BOOL InitInstance();
-    /// The message loop: dispatches until WM_QUIT, calling OnIdle whenever the queue is empty.
-    /// Answers ExitInstance().
+    /// Runs the message loop: dispatches until WM_QUIT and calls OnIdle whenever the queue is
+    /// empty. Returns ExitInstance().
     virtual int Run();
-    /// The exit code; by default that of the WM_QUIT message.
+    /// Returns the exit code; by default that of the WM_QUIT message.
     virtual int ExitInstance();
     /// FALSE when no more idle time is needed. The default deletes the thread's temporary objects
     /// (those that the FromHandle functions make) unless a window procedure of the framework is
@@ -47,7 +46,7 @@ public:
     /// FALSE for messages that are no reason to call OnIdle again: a mouse move to where the mouse
     /// already was, painting, the blinking of the caret.
     virtual BOOL IsIdleMessage(MSG* message);
-    /// TRUE when the message is dealt with and not to be dispatched. The default asks the message's
+    /// TRUE when the message is handled and must not be dispatched. The default asks the message's
     /// window and its parents (CWnd::PreTranslateMessage).
     virtual BOOL PreTranslateMessage(MSG* message);
     /// Waits for one message and dispatches it; FALSE for WM_QUIT.
@@ -77,10 +76,10 @@ MFC_API CWinThread* AfxBeginThread(AFX_THREADPROC procedure, LPVOID parameter,
                                    int priority = THREAD_PRIORITY_NORMAL, UINT stackSize = 0,
                                    DWORD flags = 0, LPSECURITY_ATTRIBUTES security = nullptr);
 
-/// The calling thread's object, null on a thread that is not the framework's.
+/// The calling thread's object; null on a thread that is not the framework's.
 MFC_API CWinThread* AfxGetThread();
 
-/// The main window of the calling thread: on the application's first thread the application's, on
-/// one that AfxBeginThread started an object of the thread's own for the same window. Null when
-/// there is none.
+/// The main window of the calling thread. On the application's first thread it is the application's
+/// object. On a thread that AfxBeginThread started, it is the thread's own object for the same
+/// window. Null when there is none.
 MFC_API CWnd* AfxGetMainWnd();

@@ -6,11 +6,11 @@
 
 /// A window with a message map. The object owns its window: the destructor destroys it. Use it on
 /// the window's own thread, except for members that only send or post. No exception leaves the
-/// window procedure: one that a handler lets out ends the message (the result is 0; a window whose
-/// WM_CREATE fails so is not created) and is told to the debugger.
+/// window procedure. One that a handler throws ends the message with the result 0 and is reported
+/// to the debugger; if the message was WM_CREATE, the window is not created.
 ///
-/// FromHandle answers the object that a window is attached to, or a temporary one (as of
-/// CGdiObject), on any thread.
+/// FromHandle returns the object that a window is attached to, or a temporary one (like
+/// CGdiObject's), on any thread.
 class MFC_API CWnd : public CCmdTarget
 {
 public:
@@ -25,31 +25,30 @@ public:
     /// Null when no object is attached.
     static CWnd* FromHandlePermanent(HWND window);
     static void DeleteTempMap();
-    /// FALSE for a null handle, when one is attached already, or when the window has another
+    /// FALSE for a null handle, when a handle is already attached, or when the window has another
     /// object. Messages are not routed to the object: SubclassWindow does that.
     BOOL Attach(HWND window);
     HWND Detach();
     BOOL SubclassWindow(HWND window);
-    /// Gives the window its former procedure back, and up.
+    /// Restores the window's former procedure and detaches the window.
     HWND UnsubclassWindow();
     /// Called before the window's messages begin to arrive.
     virtual void PreSubclassWindow();
 
-    /// A child window. The message map is in force from the window's first message on.
+    /// Creates a child window. The message map is in force from the window's first message on.
     virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
                         CWnd* parent, UINT id, void* context = nullptr);
-    /// Any window; a null class name stands for a plain class of the framework. FALSE when it
-    /// cannot be created: PostNcDestroy has been called then.
+    /// Creates any window; a null class name stands for a plain class of the framework. FALSE when
+    /// it cannot be created; PostNcDestroy has then been called.
     virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
                           const RECT& rect, CWnd* parent, UINT id, LPVOID parameter = nullptr);
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
                   int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
-    /// May change what the window is created with; FALSE refuses.
+    /// May change the description of the window to create; FALSE refuses.
     virtual BOOL PreCreateWindow(CREATESTRUCT& description);
     virtual BOOL DestroyWindow();
 
-    /// The class of a message's way: WindowProc asks OnWndMsg, which looks the message map up, and
-    /// when that does not know the message, DefWindowProc: the window class's own procedure.
+    /// TRUE when the message is handled and must not be dispatched. The default handles none.
     virtual BOOL PreTranslateMessage(MSG* message);
     static const MSG* GetCurrentMessage();
 
@@ -101,7 +100,7 @@ public:
     BOOL IsIconic() const { return ::IsIconic(m_hWnd); }
     BOOL EnableWindow(BOOL enable = TRUE) { return ::EnableWindow(m_hWnd, enable); }
     BOOL IsWindowEnabled() const { return ::IsWindowEnabled(m_hWnd); }
-    /// Disable and enable the window round a modal state of the application.
+    /// Disable and enable the window around a modal state of the application.
     virtual void BeginModalState() { EnableWindow(FALSE); }
     virtual void EndModalState() { EnableWindow(TRUE); }
     CWnd* SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
@@ -127,7 +126,7 @@ public:
         ::MoveWindow(m_hWnd, x, y, width, height, repaint);
     }
     void MoveWindow(LPCRECT rect, BOOL repaint = TRUE);
-    /// `after` null: at the top of the Z order, unless `flags` say otherwise.
+    /// A null `after` means the top of the Z order, unless `flags` say otherwise.
     BOOL SetWindowPos(const CWnd* after, int x, int y, int width, int height, UINT flags)
     {
         return ::SetWindowPos(m_hWnd, after ? after->m_hWnd : nullptr, x, y, width, height, flags);
@@ -142,7 +141,7 @@ public:
     {
         return ::RedrawWindow(m_hWnd, rect, nullptr, flags);
     }
-    /// To be given back by ReleaseDC.
+    /// The caller must release it with ReleaseDC.
     CDC* GetDC() { return CDC::FromHandle(::GetDC(m_hWnd)); }
     int ReleaseDC(CDC* dc) { return dc ? ::ReleaseDC(m_hWnd, dc->m_hDC) : 0; }
 
@@ -157,15 +156,17 @@ public:
     }
 
 protected:
+    /// WindowProc passes a message to OnWndMsg, which looks it up in the message map. A message
+    /// that is not there goes to DefWindowProc, the window class's own procedure.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    /// WM_COMMAND; TRUE when handled. The default looks for the command or notification in the
-    /// message map.
+    /// Handles WM_COMMAND; TRUE when handled. The default looks for the command or notification in
+    /// the message map.
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     /// Called last, when the window is gone; an object on the heap may delete itself here.
     virtual void PostNcDestroy();
-    /// DefWindowProc with the message that is being handled.
+    /// Calls DefWindowProc with the message that is being handled.
     LRESULT Default();
 
     /// The default handlers; each calls Default(). Handlers of a derived class name them in its
@@ -205,7 +206,7 @@ private:
     WNDPROC m_pfnSuper = nullptr; // the window class's procedure, once the window is subclassed
 };
 
-/// The name of a window class with these properties, registered when it is new; valid until the
-/// thread asks for another. Empty when the platform refuses.
+/// Returns the name of a window class with these properties, which is registered when it is new.
+/// The name is valid until the thread's next call. It is empty when the platform refuses.
 MFC_API LPCTSTR AfxRegisterWndClass(UINT style, HCURSOR cursor = nullptr,
                                     HBRUSH background = nullptr, HICON icon = nullptr);

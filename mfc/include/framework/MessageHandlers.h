@@ -1,7 +1,7 @@
 #pragma once
 
-// How a message's two parameters become the arguments of a handler. Used by the macros of afxmsg_.h
-// only.
+// Turns a message's two parameters into the arguments of a handler. Only the macros of afxmsg_.h
+// use this.
 
 #include <type_traits>
 
@@ -22,7 +22,7 @@ struct OwnerOf<Result (Owner::*)(Arguments...)>
     using type = Owner;
 };
 
-/// Calls the method with the arguments; the result of one without any is 0.
+/// Calls the method with the arguments; a method without a result gives 0.
 template <auto Method, class... Arguments>
 LRESULT Call(CCmdTarget* target, Arguments... arguments)
 {
@@ -115,7 +115,7 @@ LRESULT OnOtherWindowInLParam(CCmdTarget* target, WPARAM, LPARAM lParam)
 template <auto Method>
 LRESULT OnHit(CCmdTarget* target, WPARAM wParam, LPARAM lParam)
 {
-    // The hit-test code is the low word as it comes: HTERROR arrives as 0xFFFE.
+    // The hit-test code is the low word unchanged: HTERROR arrives as 0xFFFE.
     return Call<Method>(target, WindowFromHandle(reinterpret_cast<HWND>(wParam)),
                         LowUnsigned(lParam), HighUnsigned(lParam));
 }

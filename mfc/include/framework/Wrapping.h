@@ -2,8 +2,8 @@
 
 namespace framework {
 
-/// Sums and differences of coordinates wrap around, as those of the platform's rectangle functions
-/// do; signed overflow would be undefined.
+/// Sums and differences of coordinates wrap around, like those of the platform's rectangle
+/// functions; signed overflow would be undefined.
 constexpr long WrappingAdd(long a, long b) noexcept
 {
     return static_cast<long>(static_cast<unsigned long>(a) + static_cast<unsigned long>(b));

@@ -1,7 +1,7 @@
 #pragma once
 
 /// MFC_API marks what the framework DLL exports: classes with virtual functions as a whole (their
-/// run-time type information has to be one object), others member by member.
+/// run-time type information must be one object), others member by member.
 #ifdef mfc_EXPORTS
 #define MFC_API __declspec(dllexport)
 #else
