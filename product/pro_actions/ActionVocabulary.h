@@ -10,12 +10,12 @@ class zelXMLNode;
 
 namespace pro_actions {
 
-// Names and numbers that stand for each other one to one.
+// A one-to-one table of names and numbers.
 class NumberedNames
 {
 public:
-    // False, and nothing is added, when the name is empty, the number is -1 or either is already
-    // there.
+    // False, with nothing added, when the name is empty, the number is -1 or either is already
+    // present.
     bool Add(const std::wstring& name, int number);
 
     int NumberOf(std::wstring_view name) const noexcept; // -1 when unknown
@@ -26,11 +26,11 @@ private:
     std::map<int, std::wstring> m_names;
 };
 
-// One vocabulary; never changed once it was read.
+// One vocabulary. It never changes after Read.
 class ActionVocabulary
 {
 public:
-    // Adds what the file's document element lists; false at the first entry that is no good.
+    // Adds the entries listed in the file's document element; false at the first unusable entry.
     bool Read(const zelXMLNode& root);
 
     const NumberedNames& Types() const noexcept { return m_types; }

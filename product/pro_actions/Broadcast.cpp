@@ -7,7 +7,7 @@ namespace {
 constexpr int maxNesting = 64;
 constexpr int maxBroadcasts = 10000;
 
-// This thread's broadcasts below its outermost one.
+// The state of this thread's broadcasts within its outermost one.
 struct Nesting
 {
     int depth = 0;

@@ -6,7 +6,7 @@
 
 namespace pro_actions {
 
-// One broadcast under way on this thread; it may be within notifications of others.
+// A broadcast in progress on this thread; it may be within notifications of others.
 class BroadcastScope
 {
 public:
@@ -15,12 +15,13 @@ public:
     BroadcastScope(const BroadcastScope&) = delete;
     BroadcastScope& operator=(const BroadcastScope&) = delete;
 
-    // Whether it is nested so deep, or is one of so many, that it would go on for ever.
+    // True when broadcasts are nested so deep, or are so many, that they would go on for ever.
     static bool IsRunaway() noexcept;
 };
 
 // Tells every consumer that was registered for the topic when the broadcast began. False when the
-// broadcast was dropped. The first exception of a consumer goes on when all were told.
+// broadcast was dropped. A consumer's exception is rethrown after all were told; of several, the
+// first.
 template <typename Tell>
 bool Broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const Tell& tell)
 {

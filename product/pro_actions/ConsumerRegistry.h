@@ -12,12 +12,12 @@ class IActionStateConsumer;
 
 namespace pro_actions {
 
-// Who is registered for what.
+// The registrations of consumers for topics.
 //
-// Each registration gets a serial number, greater than all before it. A broadcast walks the numbers
-// that were given out before it began, and looks its place up anew whenever registrations have
-// changed. So nothing is copied, nothing can be left dangling by what a consumer does, and a new
-// consumer at the address of a destroyed one is not taken for it.
+// Each registration gets a serial number greater than all earlier ones. A broadcast walks the
+// numbers that were assigned before it began, and finds its place again whenever registrations have
+// changed. So nothing is copied, no consumer's action leaves a dangling pointer, and a new consumer
+// at the address of a destroyed one is not mistaken for it.
 class ConsumerRegistry
 {
 private:
@@ -27,34 +27,34 @@ private:
         Serial serial;
         IActionStateConsumer* consumer;
     };
-    using Registrations = std::vector<Registration>; // by ascending serial number
+    using Registrations = std::vector<Registration>; // in ascending order of serial numbers
 
 public:
-    // Where a broadcast stands.
+    // The position of a broadcast.
     class Walk
     {
     private:
         friend class ConsumerRegistry;
 
         ActionStateInfo m_topic;
-        Serial m_next = 0;                              // of the next consumer at least
-        Serial m_end = 0;                               // of those that are not told any more
-        std::uint64_t m_change = 0;                     // the place below is as of this change
-        const Registrations* m_registrations = nullptr; // null: none of the topic
+        Serial m_next = 0;                              // the least number of the next consumer
+        Serial m_end = 0;                               // the first number that is not told
+        std::uint64_t m_change = 0;                     // the change when m_place was found
+        const Registrations* m_registrations = nullptr; // null when the topic has none
         std::size_t m_place = 0;
     };
 
-    // The process's two registries: of consumers of states, and (all under the default topic) of
-    // notifications.
+    // The process's two registries: of consumers of states, and of consumers of notifications (all
+    // under the default topic).
     static ConsumerRegistry& OfStates() noexcept;
     static ConsumerRegistry& OfNotifications() noexcept;
 
-    // Each does nothing when there is nothing to do. Add throws only for want of memory.
+    // Each does nothing when there is nothing to change. Add throws only when memory is short.
     void Add(IActionStateConsumer& consumer, const ActionStateInfo& topic);
     void Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
     void RemoveAll(IActionStateConsumer& consumer) noexcept;
 
-    // A walk over the consumers that are registered for the topic now.
+    // Starts a walk over the consumers that are now registered for the topic.
     Walk Begin(const ActionStateInfo& topic) noexcept;
 
     // The next consumer of the walk that is still registered; null when there is none.

@@ -7,15 +7,15 @@ namespace pro_actions {
 
 class ActionVocabulary;
 
-// The vocabulary in use. Readers take a share of it, so that loading another one never pulls it
-// away below them.
+// The vocabulary in use. Readers hold a share of it, so that loading another one never destroys it
+// while they read.
 class CurrentVocabulary
 {
 public:
-    // The process has one.
+    // The process's only one.
     static CurrentVocabulary& Get() noexcept;
 
-    // Null while none was loaded.
+    // Null until a vocabulary is loaded.
     std::shared_ptr<const ActionVocabulary> Share() noexcept;
 
     void Set(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept;

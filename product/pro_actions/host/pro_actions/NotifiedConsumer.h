@@ -7,12 +7,12 @@
 
 namespace pro_actions {
 
-/// Tells every consumer registered for notifications that an action was carried out; otherwise as
+/// Tells every consumer registered for notifications that an action was carried out; otherwise like
 /// IActionStateConsumer::ActionStateSignal.
 PRO_ACTIONS_API bool SignalActionNotification(ActionType type, int action, int param);
 
-/// A consumer that hears of actions as well as of states, and that takes registrations back before
-/// its end. Threads as of IActionStateConsumer.
+/// A consumer that is told of actions as well as of states, and that can end its registrations
+/// before its own end. IActionStateConsumer has the rules on threads.
 class PRO_ACTIONS_API NotifiedConsumer : public IActionStateConsumer
 {
 public:
@@ -24,7 +24,7 @@ protected:
     void UnregisterActionSignal(const ActionStateInfo& state) noexcept;
 
     /// From now on every notification reaches this consumer's ActionNotification, once, however
-    /// often it is registered. Throws only for want of memory.
+    /// often it is registered. Throws only when memory is short.
     void RegisterActionNotification();
     void UnregisterActionNotification() noexcept;
 

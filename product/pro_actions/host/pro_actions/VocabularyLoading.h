@@ -5,20 +5,20 @@
 
 #include <string>
 
-// The process-wide action vocabulary as its host fills it: the names of action types and, for each
-// type, of its action codes, read from an XML file (docs/formats/actions.md). Any thread. Nothing
-// throws but for want of memory for a returned text.
+// The host's side of the process-wide action vocabulary: the names of action types and, for each
+// type, of its action codes, read from an XML file (docs/formats/actions.md). Any thread may call
+// these functions. They throw only when memory is short for a returned text.
 namespace pro_actions {
 
-/// Replaces the vocabulary by the file's. False, and the present vocabulary stays, when the file
-/// cannot be read, an entry lacks its name or its number, or a name or number occurs twice where it
-/// has to be the only one.
+/// Replaces the vocabulary with the file's. False, with the vocabulary unchanged, when the file
+/// cannot be read, an entry lacks its name or its number, or a name or number that must be unique
+/// occurs twice.
 PRO_ACTIONS_API bool LoadVocabulary(const std::wstring& path) noexcept;
 
 /// Empties the vocabulary.
 PRO_ACTIONS_API void ClearVocabulary() noexcept;
 
-/// The names back; empty when the number has none.
+/// The names of numbers; empty for a number without one.
 PRO_ACTIONS_API std::wstring ActionTypeName(ActionType type);
 PRO_ACTIONS_API std::wstring ActionName(ActionType type, int action);
 

@@ -6,23 +6,22 @@
 class zelXMLNode;
 
 /// The identity of an action state: an action of the vocabulary with its parameter. The state's
-/// value is not part of it; it travels with each broadcast
-/// (IActionStateConsumer::ActionStateSignal).
+/// value is not part of it; each broadcast carries it (IActionStateConsumer::ActionStateSignal).
 struct PRO_ACTIONS_API ActionStateInfo
 {
     ActionType type = actionTypeNone;
     int action = -1;
     int param = 0;
 
-    /// Back to no state: type and action -1, parameter 0.
+    /// Resets to no state: type and action -1, parameter 0.
     void Reset() noexcept;
 
     /// Reads the attributes "actionType" and "action" (names of the vocabulary) and "actionParam"
-    /// (integer, 0 when it is missing). False, and nothing changes, when the element is invalid or
+    /// (integer, 0 when it is missing). False, with nothing changed, when the element is invalid or
     /// the vocabulary lacks one of the names.
     bool Load(const zelXMLNode& node) noexcept;
 
-    /// By type, then action, then parameter.
+    /// Orders by type, then action, then parameter.
     bool operator<(const ActionStateInfo& other) const noexcept;
     bool operator==(const ActionStateInfo& other) const noexcept = default;
 };

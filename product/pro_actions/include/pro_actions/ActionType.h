@@ -2,9 +2,8 @@
 
 #include <cstdint>
 
-/// An action family. Which values there are, and their names, is the vocabulary's matter
-/// (CProActionCollection): it is data, so that a family can be added without building anything
-/// anew.
+/// An action family. The vocabulary (CProActionCollection) defines the values and their names. It
+/// is data, so that a family can be added without a rebuild.
 enum ActionType : std::int32_t
 {
     actionTypeNone = -1

@@ -6,9 +6,8 @@
 #include <string>
 
 /// The process-wide action vocabulary: the names of action types and, for each type, of its action
-/// codes, read from an XML file (docs/formats/actions.md). It is empty until a file was loaded.
-/// Threads: every function may be called on any thread. Nothing throws but for want of memory for a
-/// returned text.
+/// codes, read from an XML file (docs/formats/actions.md). It is empty until a file is loaded.
+/// Every function may be called on any thread, and none throws.
 class PRO_ACTIONS_API CProActionCollection
 {
 public:
