@@ -20,7 +20,7 @@ bool ConvertFrame(const qor_utils::ScanGeometry& geometry, const unsigned char* 
             InterpolateRun(frame, row.data(), row.data() + width, rows.Steps(), background, image);
         }
     } catch (const std::bad_alloc&) {
-        return false; // before anything is written: both rows exist before the loop
+        return false; // nothing is written yet: both rows exist before the loop
     }
     return true;
 }

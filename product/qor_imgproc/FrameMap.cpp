@@ -32,7 +32,7 @@ FrameMap::FrameMap(const qor_utils::ScanGeometry& geometry)
     try {
         m_pixels = std::make_shared<const Pixels>(geometry);
     } catch (const std::bad_alloc&) {
-        // Not valid: the caller is told by Valid.
+        // The map stays invalid, and Valid tells the caller.
     }
 }
 

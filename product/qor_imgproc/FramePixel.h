@@ -4,19 +4,18 @@
 
 namespace qor_imgproc {
 
-// Where the grey level of one image pixel comes from: four neighbouring bytes of a frame and their
-// weights.
+// The source of one image pixel's grey level: four neighbouring bytes of a frame and their weights.
 struct FramePixel
 {
     static constexpr std::uint32_t outside = 0xFFFFFFFF;
 
-    std::uint32_t offset = outside; // of the four bytes' first
-    std::uint16_t lineWeight = 0;   // of the second line, 0 to 256
-    std::uint16_t sampleWeight = 0; // of the second sample, 0 to 256
+    std::uint32_t offset = outside; // offset of the first of the four bytes
+    std::uint16_t lineWeight = 0;   // weight of the second line, 0 to 256
+    std::uint16_t sampleWeight = 0; // weight of the second sample, 0 to 256
 };
 
-// How the four bytes lie in the frame: from a byte to the one on the next line, and to the next
-// sample. Each is 0 when there is no other line or sample.
+// The steps between the four bytes in the frame: to the next line, and to the next sample. Each is
+// 0 when there is no other line or sample.
 struct FrameSteps
 {
     std::uint32_t line = 0;

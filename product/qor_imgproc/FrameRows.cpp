@@ -26,7 +26,7 @@ bool Fits(int a, int b, long long most)
     return a > 0 && b > 0 && static_cast<long long>(a) * b <= most;
 }
 
-// Microns of a pixel row or column, before flipping.
+// The position of a pixel row or column before flipping, in microns.
 double Microns(int position, int size, bool flipped, int origin, int scale)
 {
     const double unflipped =
@@ -86,7 +86,8 @@ FrameSteps FrameRows::Steps() const
             m_geometry.samples > 1 ? 1u : 0u};
 }
 
-// A copy of the model stays in registers: the compiler knows that the loop does not write to it.
+// A copy of the model stays in registers, because the compiler knows that the loop does not write
+// to it.
 template <ScanShape shape>
 void FrameRows::ToScan(double y)
 {

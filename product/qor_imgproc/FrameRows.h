@@ -13,10 +13,10 @@ namespace qor_imgproc {
 class FrameRows
 {
 public:
-    // Throws std::bad_alloc.
+    // Throws std::bad_alloc when memory is short.
     explicit FrameRows(const qor_utils::ScanGeometry& geometry);
 
-    // Whether the geometry has an image (FrameMap has the conditions).
+    // True when the geometry has an image; FrameMap states the conditions.
     static bool HasImage(const qor_utils::ScanGeometry& geometry);
 
     // Writes the pixels of row `y`, as many as the image is wide. The geometry must have an image.
@@ -32,7 +32,7 @@ private:
     qor_utils::ScanGeometry m_geometry;
     qor_utils::ConversionModel m_model;
     double m_left; // microns of the first pixel
-    double m_step; // and to the next
+    double m_step; // microns to the next pixel
     std::vector<qor_utils::ScanPoint> m_row;
 };
 

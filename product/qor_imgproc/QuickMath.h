@@ -16,7 +16,7 @@ struct QuickMath
         const double smaller = ax < ay ? ax : ay;
         const double larger = ax < ay ? ay : ax;
         const double octant = ArcTangent(smaller / (larger > tiny ? larger : tiny));
-        // Choices between constants only: no jumps that could be guessed wrong.
+        // These only choose between constants, so there are no jumps to mispredict.
         const double quadrant = (ax < ay ? 0.0 : halfPi) + (ax < ay ? 1.0 : -1.0) * octant;
         const double half = (y < 0 ? 2 * halfPi : 0.0) + (y < 0 ? -1.0 : 1.0) * quadrant;
         return (x < 0 ? -1.0 : 1.0) * half;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double positionLimit = 1 << 26; // sixteenths still fit into 32 bits
 
-// A position rounded downwards, and sixteenths above it.
+// A position rounded downwards, and the sixteenths above it.
 struct Sixteenths
 {
     int whole = -1;

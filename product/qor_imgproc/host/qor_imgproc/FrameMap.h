@@ -7,9 +7,9 @@
 
 namespace qor_imgproc {
 
-/// The way from a frame's bytes to an image, worked out once for a geometry and then applied to any
-/// number of frames. Eight bytes an image pixel, shared by copies. It never changes: any number of
-/// threads may convert with it.
+/// The map from a frame's bytes to an image, computed once for a geometry and applied to any number
+/// of frames. It takes eight bytes for each image pixel, which copies share. It never changes, so
+/// any number of threads may convert with it.
 class QOR_IMGPROC_API FrameMap
 {
 public:
@@ -21,8 +21,8 @@ public:
     bool Valid() const;
 
     /// Scan-converts one frame (lines x samples bytes, samples running fastest) into width x height
-    /// grey bytes, rows from the top: bilinear interpolation, `background` outside the frame.
-    /// False, with nothing written, when the map is not valid or a pointer is null.
+    /// grey bytes, rows from the top. Interpolation is bilinear; pixels outside the frame get
+    /// `background`. False, with nothing written, when the map is not valid or a pointer is null.
     bool Convert(const unsigned char* frame, unsigned char* image,
                  unsigned char background = 0) const;
 
