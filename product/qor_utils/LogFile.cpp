@@ -1,4 +1,4 @@
-// The only source that sees spdlog: its headers take long to compile.
+// Only this source includes spdlog, because its headers take long to compile.
 #include "LogFile.h"
 
 #include "qor_utils/CriticalSection.h"
@@ -21,8 +21,7 @@ namespace {
 
 constexpr std::size_t largestFile = 5 * 1024 * 1024;
 constexpr std::size_t oldFiles = 5;
-constexpr ULONGLONG retryAfter =
-    10'000; // milliseconds; opening a file that cannot be takes spdlog 50
+constexpr ULONGLONG retryAfter = 10'000; // milliseconds; spdlog needs 50 to fail at opening a file
 
 // spdlog's own sink for the debugger passes UTF-8 to a function that expects the system's code
 // page.
@@ -59,7 +58,7 @@ public:
             m_sink->log(message);
             m_sink->flush();
         } catch (...) {
-            Fail(); // spdlog's sink is not usable after an error
+            Fail(); // spdlog's sink cannot be used after an error
         }
     }
 
@@ -94,13 +93,13 @@ private:
         m_retryAt = GetTickCount64() + retryAfter;
     }
 
-    std::wstring m_directory; // that the sink is for, or failed for
+    std::wstring m_directory; // the sink's folder, also when the sink failed
     std::unique_ptr<spdlog::sinks::rotating_file_sink_st> m_sink;
     ULONGLONG m_retryAt = 0;
 };
 
-// What a log is written with, and the lock for it. A critical section, not a slim lock: a crash
-// handler that logs on a thread that crashed while it logged must not wait for itself.
+// The state for writing a log, and its lock. The lock is a critical section, not a slim lock: a
+// crash handler may log on a thread that crashed while logging, and must not wait for itself.
 struct Log
 {
     CriticalSection section;
@@ -138,7 +137,7 @@ void WriteToFile(const std::wstring& directory, const spdlog::details::log_msg& 
 
 void WriteToLog(const std::wstring& directory, const LogMessage& message) noexcept
 try {
-    // The place is part of the text, because spdlog leaves out one of line 0.
+    // The place is part of the text, because spdlog omits a place with line 0.
     const std::string place =
         std::string(message.source) + "(" + std::to_string(message.line) + "): ";
     const std::string text = place + base::Utf8FromWide(message.text);

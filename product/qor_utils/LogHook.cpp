@@ -12,7 +12,7 @@ struct Entry
 {
     LogHook hook;
     void* userData;
-    int running = 0; // calls under way
+    int running = 0; // calls in progress
 };
 
 constinit base::SlimLock s_lock; // guards the entry in force and the running count of every entry
@@ -25,8 +25,8 @@ std::shared_ptr<Entry>& EntryInForce()
     return entry;
 }
 
-// One call of the hook under way: counted, so that the hook can be waited for, and marked for its
-// thread.
+// One call of the hook. It is counted, so that SetLogHook can wait for it, and marks its thread as
+// inside the hook.
 class Call
 {
 public:
@@ -74,7 +74,7 @@ void CallLogHook(const LogMessage& message) noexcept
     try {
         const Call call;
         call(message);
-    } catch (...) { // a hook must not bring down the code that only wanted to log
+    } catch (...) { // a hook's failure must not reach the code that logs
     }
 }
 

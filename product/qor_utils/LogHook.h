@@ -4,7 +4,7 @@
 
 namespace qor_utils {
 
-// Hands a message to the hook, if there is one and this thread is not inside one already.
+// Passes a message to the hook, if there is one and this thread is not inside one already.
 void CallLogHook(const LogMessage& message) noexcept;
 
 } // namespace qor_utils

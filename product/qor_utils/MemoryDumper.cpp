@@ -8,12 +8,12 @@
 
 namespace {
 
-constexpr DWORD dumpTimeout = 120'000; // milliseconds; of a dump with all memory on a slow disk
-constexpr DWORD endTimeout = 10'000;   // of a writer that was ended
+constexpr DWORD dumpTimeout = 120'000; // milliseconds; for a dump with all memory on a slow disk
+constexpr DWORD endTimeout = 10'000;   // for a writer that was terminated
 constexpr SIZE_T stackSize = 128 * 1024;
 constexpr wchar_t writerName[] = L"dumpwriter.exe";
 
-// The dump that is being written. There is one, outside any stack.
+// The dump that is being written. There is only one, outside any stack.
 struct Job
 {
     volatile LONG inUse;
@@ -23,15 +23,16 @@ struct Job
     DWORD thread;
     wchar_t program[1024];
     wchar_t command[3072];
-    PROCESS_INFORMATION writer; // without a process where it could not be started
+    PROCESS_INFORMATION writer; // without a process if it could not be started
     bool isWritten;
 };
 constinit Job s_job{};
 
-// The caller may have crashed of having no stack left. Made when the library is loaded.
+// The caller may have crashed because it had no stack left, so this one is made when the library is
+// loaded.
 base::SpareStack s_spareStack(stackSize);
 
-// Beside the module that this code is in.
+// Looks for the writer beside the module of this code.
 bool FindWriter()
 {
     HMODULE module = nullptr;
@@ -47,7 +48,7 @@ bool FindWriter()
     return name != nullptr;
 }
 
-// The writer's main function says what the words mean.
+// The writer's main.cpp defines the meaning of the words.
 bool FormCommand()
 {
     const int length = _snwprintf(
@@ -57,7 +58,8 @@ bool FormCommand()
     return length > 0 && length < static_cast<int>(std::size(s_job.command));
 }
 
-// It does not run yet: the caller goes back to its own stack first, which is to be in the dump.
+// The writer starts suspended, because the caller first returns to its own stack, which the dump
+// must show.
 void StartWriter()
 {
     s_job.writer = {};
@@ -69,14 +71,14 @@ void StartWriter()
                    CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &startup, &s_job.writer);
 }
 
-// On the caller's stack, of which hardly anything may be left.
+// Runs on the caller's stack, of which hardly anything may be left.
 void WaitForWriter()
 {
     ResumeThread(s_job.writer.hThread);
     WaitForSingleObject(s_job.writer.hProcess, dumpTimeout);
 }
 
-// A writer that is not done is ended, and what it has written goes.
+// A writer that has not finished is terminated, and its file is deleted.
 void EndWriter()
 {
     const base::Process writer(s_job.writer.hProcess);

@@ -2,8 +2,8 @@
 
 namespace qor_utils {
 
-// Why a path can be none of the file system's, as a sentence without its subject ("is empty"); null
-// when it can.
+// The reason why the file system cannot have a path, as a sentence without its subject ("is
+// empty"); null for a possible path.
 const wchar_t* PathFault(const wchar_t* path) noexcept;
 
 } // namespace qor_utils

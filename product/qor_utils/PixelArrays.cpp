@@ -29,8 +29,7 @@ void Store(unsigned int* pixels, __m128i four)
     _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels), four);
 }
 
-// Exchanges four pixels from either end while they do not meet; the middle is left to the plain
-// form.
+// Swaps four pixels from each end until they meet; the plain form does the middle.
 void ReverseRow(unsigned int* begin, unsigned int* end)
 {
     while (end - begin >= 8) {

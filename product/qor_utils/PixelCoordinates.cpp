@@ -29,7 +29,7 @@ UPoint Flipped(UPoint pixel, const qor_utils::ScanGeometry& g)
     return pixel;
 }
 
-// The display pixel of a line and a sample, flipping applied.
+// The display pixel of a line and a sample, after flipping.
 UPoint PixelOf(const qor_utils::ScanGeometry& g, int line, int sample)
 {
     const qor_utils::MicronPoint point = qor_utils::ConversionModel(g).ToMicrons(

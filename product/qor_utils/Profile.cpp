@@ -43,8 +43,8 @@ struct Value
     std::vector<BYTE> bytes;
 };
 
-// Another program may make the value longer between two calls, so the size is asked for until it
-// holds.
+// Another program may make the value longer between two calls, so the size is queried again until
+// it suffices.
 std::optional<Value> QueryValue(HKEY key, const wchar_t* name)
 {
     Value value;
@@ -67,8 +67,8 @@ std::optional<Value> ReadValue(const wchar_t* section, const wchar_t* name)
     return QueryValue(key.get(), name);
 }
 
-// The registry keeps whatever bytes a program wrote: an odd number, no terminator, or something
-// behind it.
+// The registry keeps any bytes that a program wrote: an odd number, none to terminate the text, or
+// some after the terminator.
 std::wstring ToText(const std::vector<BYTE>& bytes)
 {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');

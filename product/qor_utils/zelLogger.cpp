@@ -22,11 +22,11 @@ namespace {
 
 constexpr std::size_t longestText = 65536;
 
-// Null until the host sets one. A crash report asks for it whatever another thread or its own was
-// doing, so it is read without a lock.
+// Null until the host sets one. A crash report asks for it while any thread may hold a lock, so it
+// is read without one.
 constinit std::atomic<const std::wstring*> s_directoryOfHost = nullptr;
 
-// A folder that was set is kept to the end, because somebody may still be reading it.
+// A folder that was set is never freed, because a thread may still be reading it.
 const std::wstring* Keep(std::wstring&& directory)
 {
     static base::SlimLock lock;
@@ -35,7 +35,8 @@ const std::wstring* Keep(std::wstring&& directory)
     return &*kept.insert(std::move(directory)).first;
 }
 
-// Makes each missing folder on the way; what cannot be made shows when a file is opened in it.
+// Creates each missing folder on the way. A failure shows later, when a file is opened in the
+// folder.
 void MakeFolders(const std::wstring& folder)
 {
     if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES) return;
@@ -50,7 +51,7 @@ std::wstring LogDirectory()
     return directory ? *directory : zelPath::getPath(qor_utils::logStore, L"");
 }
 
-// Formats into text, which holds longestText characters at the most.
+// Formats into text, which has at most longestText characters.
 void Format(std::wstring& text, const wchar_t* pattern, va_list arguments)
 {
     for (std::size_t size = 512;; size *= 4) {

@@ -53,8 +53,8 @@ void StripTrailingSeparators(std::wstring& folder)
         folder.pop_back();
 }
 
-// Whether it begins at a drive or at a root; "C:name" counts, although it depends on the drive's
-// current folder.
+// True when the folder begins at a drive or at a root. "C:name" counts too, although it depends on
+// the drive's current folder.
 bool IsAbsolute(const std::wstring& folder)
 {
     return IsSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');
@@ -70,7 +70,7 @@ std::wstring Join(std::wstring folder, const std::wstring& name)
 std::wstring ApplicationFolder()
 {
     std::wstring file = base::ModuleFile(nullptr);
-    file.resize(file.find_last_of(L'\\') + 1); // no backslash at all: npos + 1 is 0
+    file.resize(file.find_last_of(L'\\') + 1); // without a backslash, npos + 1 is 0
     return file;
 }
 

@@ -6,7 +6,8 @@ namespace qor_utils {
 
 namespace {
 
-// From the system's folder only: a crash must not run what lies about in the program's.
+// DbgHelp is loaded only from the system's folder, because a crash must not run a stray library of
+// the program's folder.
 HMODULE LoadDbgHelp()
 {
     wchar_t path[MAX_PATH + 16];
@@ -43,8 +44,8 @@ bool DumpLibrary::Write(HANDLE file, HANDLE process, DWORD processId,
         SetEndOfFile(file);
         return m_writeDump(process, processId, file, attempted, stream, nullptr, nullptr) != FALSE;
     };
-    // Where nobody has opened the symbols, some versions of DbgHelp read those of every module for
-    // a dump, which takes seconds and leaves nothing in it. Opened so, they stay unread.
+    // Without opened symbols some versions of DbgHelp read those of every module for a dump, which
+    // takes seconds and adds nothing to it. Symbols opened like this stay unread.
     const bool isOpened = m_openSymbols(process, nullptr, FALSE);
     const bool isWritten = write(type) || (type != MiniDumpNormal && write(MiniDumpNormal));
     if (isOpened) m_closeSymbols(process);

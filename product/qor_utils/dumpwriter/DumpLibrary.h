@@ -6,16 +6,16 @@
 
 namespace qor_utils {
 
-// What the system's DbgHelp has for dumps. It stays loaded.
+// The functions of the system's DbgHelp for dumps. The library stays loaded.
 class DumpLibrary
 {
 public:
-    // Does not convert to true when DbgHelp is not there.
+    // Converts to false when DbgHelp cannot be loaded.
     DumpLibrary();
     explicit operator bool() const { return m_isLoaded; }
 
-    // Writes a dump over what the file has. Null pointers in `exception` leave it out. A type that
-    // DbgHelp refuses becomes the normal one.
+    // Replaces the file's content with a dump. Null pointers in `exception` leave the exception
+    // out. A type that DbgHelp refuses is replaced with the normal one.
     bool Write(HANDLE file, HANDLE process, DWORD processId,
                const MINIDUMP_EXCEPTION_INFORMATION& exception, MINIDUMP_TYPE type) const;
 

@@ -1,5 +1,5 @@
-// Writes a memory dump of the process that started it, MemoryDumper's: a crashed process may lack
-// memory, and its threads may hold any lock. A whole dump or no file: the status is 0 or 1.
+// Writes a memory dump of the process that started it, for MemoryDumper: a crashed process may lack
+// memory, and its threads may hold any lock. The status is 0 for a whole dump and 1 for no file.
 #include "DumpLibrary.h"
 
 #include <base/Handles.h>
@@ -17,11 +17,11 @@ ULONG_PTR Number(const wchar_t* text)
     return static_cast<ULONG_PTR>(std::wcstoull(text, nullptr, 16));
 }
 
-// The process to dump and what is recorded with it, from the command line.
+// The process to dump and the data to record with it, from the command line.
 struct Request
 {
     DWORD processId;
-    MINIDUMP_EXCEPTION_INFORMATION exception; // with addresses of the other process
+    MINIDUMP_EXCEPTION_INFORMATION exception; // has addresses of the other process
     MINIDUMP_TYPE type;
     const wchar_t* path;
 };

@@ -1,8 +1,8 @@
 #pragma once
 
-// The geometry of an ultrasound frame, stated once: the forward conversions of this library and the
-// inverse ones of qor_imgproc are both made of it. docs/conversion-model.md has the formulas and a
-// drawing of each probe type.
+// The geometry of an ultrasound frame, stated once. The forward conversions of this library and the
+// inverse ones of qor_imgproc both use it. docs/conversion-model.md has the formulas and a drawing
+// of each probe type.
 
 #include <qor_utils/ScanGeometry.h>
 #include <qor_utils/ZelProbe.h>
@@ -30,14 +30,14 @@ struct ScanPoint
     double sample = 0;
 };
 
-/// Microns between two samples of a line (the echo travels twice), formed in double precision.
-/// A sampling frequency of 0 gives 0.
+/// Microns between two samples of a line (the echo travels twice), in double precision. A sampling
+/// frequency of 0 gives 0.
 inline double SampleSize(int samplingFreq, int soundSpeed)
 {
     return samplingFreq == 0 ? 0.0 : soundSpeed * 1e6 / (2.0 * samplingFreq);
 }
 
-/// The layouts of scan lines that the model knows; None where no position can be computed.
+/// The layouts of scan lines that the model knows; `none` when no position can be computed.
 enum class ScanShape
 {
     none,
@@ -61,7 +61,7 @@ struct Steering
     double sine = 0;
     double cosine = 1;
 
-    /// Of an angle in thousandths of a degree.
+    /// Computes both for an angle in thousandths of a degree.
     static Steering Of(int steerAngle)
     {
         const double radians = steerAngle * radiansPerMillidegree;
@@ -69,19 +69,19 @@ struct Steering
     }
 };
 
-/// Positions of the scan lines of one frame in microns, and back. A value: no allocation, cheap to
-/// build, any thread.
+/// Converts positions on the scan lines of one frame to microns, and back. A value that allocates
+/// nothing, is cheap to build and may be used on any thread.
 class ConversionModel
 {
 public:
-    /// Input without a geometry (no probe, unknown type, or anything that must be positive and is
-    /// not) makes a model of the shape none. What concerns the image alone is not looked at.
+    /// Input without a geometry (no probe, an unknown type, or a value that must be positive and is
+    /// not) makes a model of the shape `none`. Fields that concern only the image are ignored.
     explicit ConversionModel(const ScanGeometry& geometry)
         : ConversionModel(geometry, Steering::Of(geometry.steerAngle))
     {
     }
 
-    /// The same with the sine and the cosine at hand; `geometry.steerAngle` is not looked at.
+    /// Does the same with a given sine and cosine; `geometry.steerAngle` is ignored.
     ConversionModel(const ScanGeometry& geometry, const Steering& steering)
         : m_shape(ShapeOf(geometry)), m_sin(steering.sine), m_cos(steering.cosine)
     {
@@ -99,7 +99,7 @@ public:
 
     ScanShape Shape() const { return m_shape; }
 
-    /// Where (line, sample) lies. A model of the shape None gives the origin.
+    /// The position of (line, sample). A model of the shape `none` gives the origin.
     MicronPoint ToMicrons(const ScanPoint& scan) const
     {
         const double depth = scan.sample * m_sampleSize;
@@ -117,7 +117,7 @@ public:
         }
     }
 
-    /// The inverse of ToMicrons. A model of the shape None gives line and sample -1.
+    /// The inverse of ToMicrons. A model of the shape `none` gives line and sample -1.
     ScanPoint ToScan(const MicronPoint& point) const
     {
         switch (m_shape) {
@@ -129,7 +129,7 @@ public:
         }
     }
 
-    /// ToScan for a shape known beforehand (it must be the model's own) and with a chosen
+    /// ToScan for a shape known in advance, which must be the model's own, and with a chosen
     /// arithmetic.
     template <ScanShape shape, class Math>
     ScanPoint ToScan(const MicronPoint& point) const
@@ -140,8 +140,8 @@ public:
                     depth * m_samplesPerMicron};
         } else {
             const MicronPoint fan = Unsteer(point);
-            // A concave face looks at its centre from above: there the lines come from the other
-            // side.
+            // A concave face looks at its centre from above. Above that centre the lines come from
+            // the other side.
             const double side = m_radius < 0 && fan.y < 0 ? -1.0 : 1.0;
             const double fromApex = fan.y + m_apex;
             const double range = Length(fan.x, fromApex);
@@ -224,7 +224,7 @@ private:
             return range;
         else
             return fromApex > 0 ? fan.y * range / fromApex
-                                : -range; // behind the apex nothing is imaged
+                                : -range; // nothing is imaged behind the apex
     }
 
     ScanShape m_shape;

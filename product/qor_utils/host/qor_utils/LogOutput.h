@@ -4,7 +4,7 @@
 
 #include <string>
 
-// Where the messages of zelLogger go.
+// The targets of zelLogger's messages.
 namespace qor_utils {
 
 /// One message, as it was logged.
@@ -18,14 +18,14 @@ struct LogMessage
 
 using LogHook = void (*)(const LogMessage& message, void* userData);
 
-/// Sets the function that is handed each message, on the thread that logs it and with no lock held;
-/// null for none. What the hook itself logs is written, but not handed to it again. What the hook
-/// throws is dropped. On return no other thread is inside the former hook; from inside a hook the
-/// call returns without that wait. Any thread.
+/// Sets the function that receives each message, on the thread that logs it and with no lock held;
+/// null for none. Messages that the hook itself logs are written but not passed to it. Its
+/// exceptions are dropped. On return no other thread is inside the former hook, except that a call
+/// from inside a hook does not wait. Any thread may call this.
 QOR_UTILS_API void SetLogHook(LogHook hook, void* userData);
 
-/// Sets the log folder, closing the file in the former one; empty goes back to zelPath's log store.
-/// Any thread.
+/// Sets the log folder and closes the file in the former one. An empty folder restores zelPath's
+/// log store. Any thread may call this.
 QOR_UTILS_API void SetLogDirectory(const std::wstring& directory);
 
 } // namespace qor_utils

@@ -5,14 +5,14 @@
 
 namespace qor_utils {
 
-/// How a frame was acquired and how it lies in its image: the one form in which the imaging
-/// parameters travel from a file to a pixel. The operations whose parameter lists are fixed build
-/// one of these.
+/// The acquisition of a frame and its position in its image. Imaging parameters are passed in this
+/// one form from a file to a pixel. The operations whose parameter lists are fixed build one of
+/// these.
 struct ScanGeometry
 {
-    const ZelProbe* probe = nullptr; ///< used during a call only; null: no geometry
+    const ZelProbe* probe = nullptr; ///< used during a call only; null means no geometry
     int lines = 0;                   ///< scan lines over the whole aperture
-    int samples = 0;                 ///< samples a line, of whole frames
+    int samples = 0;                 ///< samples on a line of a whole frame
     int samplingFreq = 0;            ///< Hz
     int soundSpeed = 1540;           ///< m/s
     int steerAngle = 0;              ///< thousandths of a degree
@@ -20,7 +20,7 @@ struct ScanGeometry
     int lineOffset = 0; ///< the line of the aperture that is line 0
     UPoint origin;      ///< pixel of the image origin before flipping
     UPoint micronsPerPixel;
-    int width = 0; ///< of the image, pixels
+    int width = 0; ///< the image's, pixels
     int height = 0;
     int flip = 0; ///< a set of Flip bits
 };

@@ -4,8 +4,8 @@
 
 #include <windows.h>
 
-/// A lock among the threads of the process; the thread that holds it may enter it again, and leaves
-/// as often.
+/// A lock among the threads of the process. The thread that holds it may enter it again, and must
+/// leave it as often.
 class QOR_UTILS_API CriticalSection
 {
 public:

@@ -5,21 +5,21 @@
 #include <qor_utils/ZelProbe.h>
 #include <qor_utils/export.h>
 
-/// From the acquisition grid (scan line, sample) to the pixels of the displayed image;
-/// docs/conversion-model.md has the geometry. Pure functions: any thread, nothing thrown.
+/// Conversion from the acquisition grid (scan line, sample) to the pixels of the displayed image;
+/// docs/conversion-model.md has the geometry. The functions are pure, may be called on any thread
+/// and do not throw.
 ///
 /// Common parameters:
-/// - `origin`: pixel of the image origin before flipping: the centre of curvature of a curved face,
-/// the centre of the
-///   face of the other probes;
-/// - `micronsPerPixel`: horizontal and vertical scale;
-/// - `samplingFreq` in Hz, `soundSpeed` in m/s;
-/// - `scanA`: steering angle, `scanB`: extension of a phased sector by a virtual apex (0 = none),
-/// both in thousandths
-///   of a degree; `scanC`: line offset, added to `line`;
-/// - `width`, `height`: image size in pixels; `flip`: bit 0 mirrors left-right, bit 1 top-bottom.
-/// Flipping takes place
-///   only when both sizes are non-zero, and maps x to width - x and y to height - y.
+/// - `origin` is the pixel of the image origin before flipping: the centre of curvature of a curved
+///   face, or the centre of the face of other probes.
+/// - `micronsPerPixel` is the horizontal and vertical scale.
+/// - `samplingFreq` is in Hz, `soundSpeed` in m/s.
+/// - `scanA` is the steering angle, `scanB` the extension of a phased sector by a virtual apex
+///   (0 for none), both in thousandths of a degree.
+/// - `scanC` is the line offset, which is added to `line`.
+/// - `width` and `height` are the image's size in pixels.
+/// - `flip` mirrors left-right by bit 0 and top-bottom by bit 1. This happens only when both sizes
+///   are non-zero, and maps x to width - x and y to height - y.
 namespace qor_utils {
 
 /// The bits of `flip`.
@@ -30,15 +30,16 @@ enum Flip : int
 };
 
 /// The display pixel of (line, sample), where `line` counts elements. Input without a geometry (no
-/// probe, unknown type, non-positive frequency or sound speed) gives the pixel of the origin, and
-/// so does a zero scale on its axis; results beyond 32 bits stop at the nearest value.
+/// probe, unknown type, non-positive frequency or sound speed) gives the pixel of the origin. A
+/// zero scale gives the origin's coordinate on its axis. Results beyond 32 bits become the nearest
+/// value.
 QOR_UTILS_API UPoint GetPixelCoordinates(int line, int sample, const UPoint& origin,
                                          const UPoint& micronsPerPixel, int samplingFreq, int scanA,
                                          int scanB, const ZelProbe* probe, int soundSpeed,
                                          int scanC, int width, int height, int flip);
 
-/// As GetPixelCoordinates, with `ld` scan lines over the aperture; 0 or less means one line an
-/// element.
+/// The same as GetPixelCoordinates with `ld` scan lines over the aperture; 0 or less means one line
+/// for each element.
 QOR_UTILS_API UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
                                            const UPoint& micronsPerPixel, int samplingFreq,
                                            int scanA, int scanB, const ZelProbe* probe,

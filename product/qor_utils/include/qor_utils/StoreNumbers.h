@@ -2,7 +2,7 @@
 
 namespace qor_utils {
 
-/// The numbers of zelPath's folders that the libraries ask for. A host may set others besides.
+/// The numbers of zelPath's folders that the libraries use. A host may set others as well.
 enum Store : int
 {
     applicationStore = 0,
@@ -13,7 +13,7 @@ enum Store : int
     savedProtocolsStore = 22,
     logStore = 28, ///< log files and crash reports
     patientDatabaseStore = 34,
-    currentFactoryStore = 37, ///< of the protocol in use
+    currentFactoryStore = 37, ///< factory settings of the protocol in use
     baseSuiteStore = 38,
     secondBaseStore = 39,
 };

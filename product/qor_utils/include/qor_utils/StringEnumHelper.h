@@ -10,15 +10,15 @@
 class QOR_UTILS_API StringEnumHelper
 {
 public:
-    /// Adds a row. Where a name or a value occurs again, look-ups keep answering the row that was
-    /// added first; so a value may have several names of which the first is the one to show. A null
-    /// name is ignored.
+    /// Adds a row. When a name or a value occurs again, look-ups still find the row that was added
+    /// first. So a value may have several names, of which the first is the one to show. A null name
+    /// is ignored.
     void Add(const wchar_t* name, int value);
 
     /// The value of a name, compared exactly (case matters); -1 for an unknown or null name.
     int GetValue(const wchar_t* name) const;
 
-    /// The name of a value, or "Unknown". The text lives as long as this object, also when rows are
+    /// The name of a value, or "Unknown". The text lives as long as this object, even when rows are
     /// added later.
     const wchar_t* GetName(int value) const;
 
@@ -28,6 +28,5 @@ private:
         std::wstring name;
         int value;
     };
-    std::deque<Row>
-        m_rows; // a deque, because adding a row leaves the names handed out where they are
+    std::deque<Row> m_rows; // a deque, because adding a row does not move the names
 };

@@ -12,7 +12,7 @@ enum ProbeType : int
 
 } // namespace qor_utils
 
-/// The description of an ultrasound probe's array. Passed by constant pointer and never kept.
+/// The description of an ultrasound probe's array. It is passed by constant pointer and never kept.
 struct ZelProbe
 {
     int type = 0;        ///< a ProbeType

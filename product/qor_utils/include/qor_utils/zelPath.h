@@ -23,9 +23,9 @@
 class QOR_UTILS_API zelPath
 {
 public:
-    /// The store's folder and the name, joined by one backslash whatever either ends or begins
-    /// with; the name is otherwise taken as it is. An empty name gives the folder with a backslash
-    /// at its end. A number that has no folder gives an empty text. Whether the folder exists is
-    /// not looked at.
+    /// The store's folder and the name, joined by one backslash whatever the folder ends or the
+    /// name begins with. The name is otherwise used unchanged. An empty name gives the folder with
+    /// a backslash at its end. A number that has no folder gives an empty text. The folder need not
+    /// exist.
     static std::wstring getPath(int store, const std::wstring& name);
 };
