@@ -27,8 +27,7 @@ bool StringTable::AddSection(const XliffSection& section, TextPool& pool)
     for (const XliffUnit& entry : section.units) {
         Unit& unit = UnitFor(entry.key);
         unit.base = pool.Keep(entry.source);
-        if (!entry.target || language == 0)
-            continue; // a target in the base language says nothing new
+        if (!entry.target || language == 0) continue; // a target in the base language adds nothing
         if (unit.targets.size() < language) unit.targets.resize(language);
         unit.targets[language - 1] = pool.Keep(*entry.target);
     }
@@ -57,8 +56,7 @@ void StringTable::Index()
         Complete(m_byBase.try_emplace(unit.base, unit).first->second, unit);
 }
 
-// Several keys may share a base text, and a later one may be translated to a language where the
-// first is not.
+// Several keys may share a base text, and a later one may have a translation that the first lacks.
 void StringTable::Complete(Unit& unit, const Unit& other)
 {
     if (unit.targets.size() < other.targets.size()) unit.targets.resize(other.targets.size());

@@ -12,24 +12,25 @@
 namespace zel_string_convert {
 
 // Texts by key and by base text, in any number of languages; language 0 is the base language. The
-// texts themselves lie in a pool, which has to outlive the table.
+// texts themselves lie in a pool, which must outlive the table.
 class StringTable
 {
 public:
-    // Adds a file's units; later ones take the place of earlier ones of the same key. False when
-    // the base language differs from the table's. Look-ups by base text do not see them before
-    // index() is called.
+    // Adds a file's units; later ones replace earlier ones of the same key. False when the base
+    // language differs from the table's. Look-ups by base text find them only after Index() is
+    // called.
     bool Add(const std::vector<XliffSection>& sections, TextPool& pool);
 
     void Index();
 
-    // The languages' tags as they were first written.
+    // The languages' tags in the spelling of their first occurrence.
     const std::vector<std::wstring>& Languages() const { return m_languages; }
 
     // The number of a language, by its tag ignoring case; -1 when the table does not have it.
     int LanguageNumber(const std::wstring& tag) const;
 
-    // In the base language where the other one has none; null for an unknown key or base text.
+    // The text in that language, or in the base language if it has none; null for an unknown key or
+    // base text.
     const wchar_t* ByKey(std::string_view key, int language) const;
     const wchar_t* ByBase(std::wstring_view base, int language) const;
 
@@ -38,7 +39,7 @@ private:
     {
         const wchar_t* base = nullptr;
         std::vector<const wchar_t*>
-            targets; // of language 1 and so on; null or missing where there is none
+            targets; // from language 1 on; null or missing where there is none
     };
     struct Hash
     {

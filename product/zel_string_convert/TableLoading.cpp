@@ -15,7 +15,7 @@ namespace zel_string_convert {
 
 namespace {
 
-constinit base::SlimLock s_changeLock; // held while a new table is built: no change is lost
+constinit base::SlimLock s_changeLock; // held while a new table is built, so that no change is lost
 
 std::optional<StringTable> ReadInto(StringTable table, const std::wstring& path,
                                     std::wstring& error)
@@ -70,7 +70,8 @@ bool LoadTable(const std::wstring& path, std::wstring* error)
 bool AddToTable(const std::wstring& path, std::wstring* error)
 {
     const std::scoped_lock changing(s_changeLock);
-    // Only changes write the table, and this is the one under way: it may be read without its lock.
+    // Only changes write the table, and this is the only one in progress, so it may be read without
+    // its lock.
     return Change(CurrentState().table, path, error);
 }
 

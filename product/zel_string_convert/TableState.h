@@ -7,7 +7,7 @@
 
 namespace zel_string_convert {
 
-// The table in use, the language chosen and the texts that were handed out.
+// The table in use, the chosen language and the texts that were handed out.
 struct TableState
 {
     static constexpr std::size_t mostUnknownKeys = 4096;
@@ -18,7 +18,7 @@ struct TableState
     TextPool unknownKeys{mostUnknownKeys};
 };
 
-// The process has one.
+// The process's only state.
 TableState& CurrentState();
 
 // Guards the table and the language of the state.

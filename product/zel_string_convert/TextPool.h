@@ -9,8 +9,8 @@
 
 namespace zel_string_convert {
 
-// Keeps one copy of each text it is given, where it is, for as long as the pool lives. Any thread
-// may use it.
+// Keeps one copy of each text at a fixed address for as long as the pool lives. Any thread may use
+// it.
 class TextPool
 {
 public:
@@ -34,7 +34,7 @@ private:
     const std::size_t m_mostTexts;
     base::SlimLock m_lock;
     std::unordered_set<std::wstring, Hash, std::equal_to<>>
-        m_texts; // its nodes stay in place when it grows
+        m_texts; // its nodes stay in place when the set grows
 };
 
 } // namespace zel_string_convert

@@ -41,15 +41,15 @@ zelXMLNode ChildNamed(const zelXMLNode& parent, std::wstring_view name)
     return child;
 }
 
-// The texts are those of all elements in it: what inline elements mark or protect belongs to them.
+// The text includes that of all nested elements, because inline elements mark or protect parts of
+// it.
 std::optional<std::wstring> TargetOf(const zelXMLNode& unit)
 {
     const zelXMLNode target = ChildNamed(unit, L"target");
     const std::wstring state = target.getAttribute(L"state");
     if (state == L"new" || state == L"needs-translation") return std::nullopt;
     std::wstring text = zel_xml::AllTextOf(target);
-    if (text.empty())
-        return std::nullopt; // how translators' tools write a text that is still to do
+    if (text.empty()) return std::nullopt; // translators' tools leave an untranslated text empty
     return text;
 }
 
@@ -63,8 +63,8 @@ XliffUnit ReadUnit(const zelXMLNode& element)
     return unit;
 }
 
-// The units in an element and in the bodies and groups in it; not in a header, whose skeleton may
-// be any XML, nor in a bin-unit, nor in the alt-trans of a unit.
+// Reads the units in an element and in its bodies and groups. It skips headers, whose skeleton may
+// be any XML, bin-units, and the alt-trans of a unit.
 void ReadUnits(const zelXMLNode& parent, std::vector<XliffUnit>& units)
 {
     for (zelXMLNode child = parent.getFirstChild(); child.isValid(); ++child) {

@@ -10,7 +10,7 @@ struct XliffUnit
 {
     std::string key; // UTF-8
     std::wstring source;
-    std::optional<std::wstring> target; // absent while it is not translated
+    std::optional<std::wstring> target; // absent until it is translated
 };
 
 // One <file> element: the units of one pair of languages.
@@ -21,8 +21,8 @@ struct XliffSection
     std::vector<XliffUnit> units;
 };
 
-// Reads an XLIFF 1.2 file. Nothing, and error says why, when it cannot be read or is no string
-// table.
+// Reads an XLIFF 1.2 file. The result is empty, and error tells the reason, when the file cannot be
+// read or is not a string table.
 std::optional<std::vector<XliffSection>> ReadXliffFile(const std::wstring& path,
                                                        std::wstring& error);
 

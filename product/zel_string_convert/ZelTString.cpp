@@ -30,7 +30,8 @@ namespace {
 
 constexpr std::size_t longestUnknownKey = 256;
 
-// Texts of the table serve as printf formats, so a key with a percent sign must not pass for one.
+// Texts of the table are used as printf formats, so a key with a percent sign must not be returned
+// as one.
 const wchar_t* UnknownKey(std::string_view key)
 {
     if (key.size() > longestUnknownKey || key.find('%') != std::string_view::npos) return L"";

@@ -8,22 +8,21 @@
 ///
 /// Keys are compared exactly, language tags ignoring case. All members may be called on any thread.
 ///
-/// Texts that are handed out stay where they are and as they are until the library is unloaded,
-/// whatever is loaded or chosen later: a caller may keep the pointer. Equal texts are kept once, so
+/// Texts that are handed out keep their address and content until the library is unloaded, whatever
+/// is loaded or chosen later, so a caller may keep the pointer. Equal texts are stored once, so
 /// loading a table again takes no more memory.
 class ZEL_STRING_CONVERT_API ZelTString
 {
 public:
-    /// The text of a key, in the current language or, where that has none or translated is false,
-    /// in the base language. Never null. An unknown key gives the key itself, so that its absence
-    /// shows on the screen (up to 256 characters and for the first 4096 such keys, because these
-    /// too are kept; then, for null, and for a key with a percent sign, which would be read as a
-    /// format, an empty text).
+    /// The text of a key in the current language or, when that has none or translated is false, in
+    /// the base language. Never null. An unknown key gives the key itself, so that its absence
+    /// shows on the screen. It gives an empty text when the key is null, has a percent sign (it
+    /// would be read as a format), is longer than 256 bytes, or comes after the first 4096 unknown
+    /// keys, which are kept too.
     static const wchar_t* get(const char* key, bool translated);
 
-    /// The text in the current language of which the base language's is the one given; that one
-    /// itself while it has not been translated. Of several keys with the same base text, the first
-    /// in the files counts. Null when the text is null or the base language's texts do not include
-    /// it.
+    /// The current language's text for the given text of the base language, or the base language's
+    /// own when there is no translation. Of several keys with the same base text, the first in the
+    /// files counts. Null when the text is null or is not among the base language's texts.
     static const wchar_t* translate(const wchar_t* text);
 };
