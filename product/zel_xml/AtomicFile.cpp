@@ -10,8 +10,8 @@ namespace zel_xml {
 
 namespace {
 
-// A new file of a name nobody uses, open for writing; deleted with the object unless it was moved
-// away.
+// A new file with an unused name, open for writing. It is deleted with the object unless it was
+// moved away.
 class NewFile
 {
 public:
@@ -55,7 +55,7 @@ private:
     bool m_exists = false;
 };
 
-// Said outright, because not every file system lets this decide over a file's replacement.
+// This is checked explicitly, because some file systems replace a write-protected file.
 bool IsWriteProtected(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());

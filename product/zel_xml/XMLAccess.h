@@ -11,7 +11,7 @@
 
 namespace zel_xml {
 
-// The way from the handles to the tree behind them, for the operations that are no members.
+// Leads from the handles to the tree behind them, for the operations that are not members.
 struct XMLAccess
 {
     using DocumentPointer = std::shared_ptr<XMLDocument>;
@@ -20,7 +20,7 @@ struct XMLAccess
     static const std::wstring& PathOf(const zelXMLFile& file) { return file.m_path; }
     static bool IsReadOnly(const zelXMLFile& file) { return file.m_readOnly; }
 
-    // Puts a document in the place of the one that is open; null closes that one.
+    // Replaces the open document; null closes it.
     static void Put(zelXMLFile& file, DocumentPointer document, std::wstring path, bool readOnly)
     {
         file.m_document = std::move(document);

@@ -8,7 +8,7 @@ namespace zel_xml {
 
 namespace {
 
-// The whole file; false when it cannot be read, is empty or larger than a document may be.
+// Reads the whole file; false when it cannot be read, is empty or is too large for a document.
 bool ReadBytes(const std::wstring& path, std::string& bytes)
 {
     constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;

@@ -9,10 +9,10 @@
 
 namespace zel_xml {
 
-// The tree behind the handles: shared by a zelXMLFile and every zelXMLNode into it.
+// The tree behind the handles. A zelXMLFile and every zelXMLNode into it share it.
 //
-// Removed elements are not freed but kept below an element of their own after the root, out of
-// sight and out of what is saved: a handle that still means one of them stays sound.
+// Removed elements are not freed but kept below a separate element after the root. Navigation and
+// saving do not reach them, and handles to them stay usable.
 class XMLDocument
 {
 public:
@@ -20,18 +20,19 @@ public:
     XMLDocument(const XMLDocument&) = delete;
     XMLDocument& operator=(const XMLDocument&) = delete;
 
-    // The document in an XML file (an absolute path), or null when it cannot be read. faultLine is
-    // then the line on which it is not well-formed or goes beyond a limit; 0 when the file itself
-    // is at fault.
+    // Reads the document in an XML file (an absolute path); null when that fails. faultLine is then
+    // the line on which it is not well-formed or exceeds a limit; 0 when the file itself is at
+    // fault.
     static std::shared_ptr<XMLDocument> Load(const std::wstring& path, int& faultLine);
 
-    // A document with an empty root element.
+    // Makes a document with an empty root element.
     static std::shared_ptr<XMLDocument> Create(const wchar_t* rootName);
 
     pugi::xml_node Root() const;
     bool Remove(pugi::xml_node element);
 
-    // A new, empty last child element; null when the name is none or the depth too great.
+    // Appends a new, empty child element; null when the name is not an XML name or the depth is too
+    // great.
     static pugi::xml_node Append(pugi::xml_node parent, const wchar_t* name);
 
     bool IsRemoved(const pugi::xml_node& element) const
@@ -47,7 +48,7 @@ public:
 
 private:
     pugi::xml_document m_tree;
-    ElementLines m_lines; // of the elements that were read, by their addresses
+    ElementLines m_lines; // the elements that were read, sorted by address
     pugi::xml_node m_removed;
 };
 

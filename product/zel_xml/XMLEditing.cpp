@@ -29,7 +29,7 @@ bool IsOwnText(const pugi::xml_node& node) noexcept
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-// An element lies at most as deep as a document may be.
+// The recursion is bounded, because elements lie at most as deep as a document may be.
 void AppendText(const pugi::xml_node& element, std::wstring& text)
 {
     for (const pugi::xml_node& child : element.children()) {

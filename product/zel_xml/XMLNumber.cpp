@@ -12,8 +12,8 @@ namespace {
 constexpr int maxPrecision = 30;
 constexpr std::size_t maxNumberText = 512; // the largest double has 309 digits before the point
 
-// The number without the white space round it and without a plus sign, as the narrow text that
-// <charconv> reads.
+// The number without surrounding white space and plus sign, as the narrow text that <charconv>
+// reads.
 class NumberText
 {
 public:

@@ -5,7 +5,8 @@
 
 namespace zel_xml {
 
-// Locale-independent texts of numbers; zelXMLNode.h says what is accepted and how precision counts.
+// Locale-independent texts of numbers; zelXMLNode.h states the accepted texts and the meaning of
+// precision.
 bool ParseInt(std::wstring_view text, int& value) noexcept;
 bool ParseDouble(std::wstring_view text, double& value) noexcept;
 std::wstring FormatInt(int value);

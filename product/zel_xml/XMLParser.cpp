@@ -25,7 +25,7 @@ struct ParserDeleter
 };
 using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
-// The code page that is read besides the encodings which expat knows.
+// Describes the one code page that is read besides the encodings known to expat.
 int XMLCALL DescribeEncoding(void*, const XML_Char* name, XML_Encoding* encoding) noexcept
 try {
     constexpr UINT windows1252 = 1252;
@@ -45,7 +45,7 @@ Parser CreateParser()
     Parser parser(XML_ParserCreate(nullptr));
     if (!parser) throw std::bad_alloc();
     XML_SetUnknownEncodingHandler(parser.get(), DescribeEncoding, nullptr);
-    // From the largest document on nothing may grow at all.
+    // A document of the largest size may not grow at all.
     XML_SetBillionLaughsAttackProtectionActivationThreshold(parser.get(), maxDocumentSize);
     XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser.get(), 1.0f);
     return parser;
@@ -65,7 +65,8 @@ bool IsVersion(std::wstring_view version) noexcept
            version.find_first_not_of(L"0123456789", 2) == std::wstring_view::npos;
 }
 
-// What a document type declaration says but for what stands in it: that is part of the tree.
+// The text of a document type declaration without its internal subset, whose entities and default
+// attributes are expanded in the tree.
 std::wstring DoctypeText(const wchar_t* name, const wchar_t* systemId, const wchar_t* publicId)
 {
     const auto quoted = [](const std::wstring& id) {
@@ -78,7 +79,7 @@ std::wstring DoctypeText(const wchar_t* name, const wchar_t* systemId, const wch
     return text;
 }
 
-// Makes the tree of what the parser reports.
+// Builds the tree from the parser's reports.
 class TreeBuilder
 {
 public:
@@ -115,14 +116,14 @@ private:
         }
     }
 
-    // The parser ends at what is not so; a few reports may still follow.
+    // Stops the parser when the condition is false. A few reports may still follow.
     void Require(bool isSound) noexcept
     {
         if (!isSound) XML_StopParser(m_parser.get(), XML_FALSE);
     }
 
-    // The texts of the tree are counted, because default attributes grow without the parser's
-    // knowledge. Of UTF-16 the parser passes lone surrogates on.
+    // Counts the texts of the tree, because the parser's limit does not include default attributes.
+    // Checks the characters, because the parser lets lone surrogates of UTF-16 pass.
     const wchar_t* Checked(const wchar_t* text) noexcept
     {
         const std::wstring_view view(text);
@@ -201,15 +202,15 @@ private:
     void EndDoctype() noexcept { m_isInDoctype = false; }
 
     Parser m_parser;
-    pugi::xml_node m_parent; // of what is reported next
+    pugi::xml_node m_parent; // the parent of the next report
     ElementLines& m_lines;
-    std::wstring m_text; // reported, and not in the tree yet
+    std::wstring m_text; // reported, but not in the tree yet
     std::size_t m_characters = 0;
     int m_depth = 0;
     bool m_isInDoctype = false;
 };
 
-// Whether expat has to be asked for a name of these characters.
+// The verdict on a name by its characters; only names beyond ASCII need expat.
 enum class NameVerdict
 {
     no,

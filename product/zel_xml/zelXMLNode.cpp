@@ -17,7 +17,7 @@ pugi::xml_node FirstElementFrom(pugi::xml_node node) noexcept
     return node;
 }
 
-// pugixml's own look-up by name would also find processing instructions.
+// pugixml's own look-up by name also finds processing instructions.
 pugi::xml_node ChildElement(const pugi::xml_node& parent, const wchar_t* name) noexcept
 {
     if (!name) return {};
@@ -33,7 +33,7 @@ pugi::xml_attribute AttributeOf(pugi::xml_node_struct* element, const wchar_t* n
     return name ? pugi::xml_node(element).attribute(name) : pugi::xml_attribute();
 }
 
-// Runs a write that needs memory and answers false when there was none.
+// Runs a write that needs memory and returns false when memory is short.
 template <typename Write>
 bool Guarded(const Write& write) noexcept
 {
@@ -101,7 +101,7 @@ bool zelXMLNode::removeAttribute(const wchar_t* name) const noexcept
 
 std::wstring zelXMLNode::getAttribute(const wchar_t* name, const wchar_t* defaultValue) const
 {
-    // pugixml's own default would also stand for an empty text.
+    // pugixml's own default also replaces an empty text.
     const pugi::xml_attribute attribute = AttributeOf(m_element, name);
     if (attribute) return attribute.value();
     return defaultValue ? defaultValue : L"";
@@ -133,7 +133,7 @@ bool zelXMLNode::setAttribute(const wchar_t* name, const wchar_t* value) const n
 
 bool zelXMLNode::setAttribute(const wchar_t* name, const std::wstring& value) const noexcept
 {
-    // A text with a zero inside would be cut short silently.
+    // A text with a zero inside would be cut silently.
     return value.find(L'\0') == std::wstring::npos && setAttribute(name, value.c_str());
 }
 
