@@ -4,7 +4,7 @@
 
 namespace utils_statics {
 
-// The external program that collects what a crash left behind.
+// The external program that collects the files of a crash.
 
 // Writes the settings file that tells the reporter what to collect, "crashreport.ini" in the
 // program's folder.

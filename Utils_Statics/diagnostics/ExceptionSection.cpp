@@ -1,4 +1,4 @@
-// What happened, and where.
+// The section on the exception's cause and place.
 #include "diagnostics/CrashRegisters.h"
 #include "diagnostics/ExceptionText.h"
 #include "diagnostics/ReportSections.h"

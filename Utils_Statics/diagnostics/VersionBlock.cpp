@@ -131,8 +131,8 @@ private:
     bool m_isWide;
 };
 
-// The end of what the root may occupy. The platform composes the wide form of a narrow text behind
-// the root, at places that it computes from the root's length.
+// The end of what the root may occupy. The platform writes the wide form of a narrow text after the
+// root, at places that it computes from the root's length.
 std::size_t RoomForRoot(std::size_t size, VersionLayout layout) noexcept
 {
     return layout == VersionLayout::wide ? size

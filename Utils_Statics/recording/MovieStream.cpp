@@ -103,7 +103,7 @@ bool MovieStream::HasRoomFor(LONG position, LONG size) const
 }
 
 // True when there may have been no room for the frame of `size` bytes that was just written. A
-// volume that cannot be asked counts as one with room.
+// volume that cannot be asked is taken to have room.
 bool MovieStream::IsVolumeNearlyFull(LONG size) const
 {
     const std::wstring folder = m_path.substr(0, m_path.find_last_of(L'\\') + 1);
