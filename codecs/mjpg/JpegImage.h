@@ -27,8 +27,8 @@ std::size_t EncodeJpeg(const std::uint8_t* pixels, const FrameShape& shape, int 
                        std::uint8_t* output);
 
 /// Decodes a JPEG image. The readable part of a damaged one is taken, as movie players do. False,
-/// with undefined pixels, when it is no image, has another size than `shape`, or is broken before
-/// its first row.
+/// with undefined pixels, when it is not an image, has another size than `shape`, or is broken
+/// before its first row.
 bool DecodeJpeg(const std::uint8_t* data, std::size_t size, std::uint8_t* pixels,
                 const FrameShape& shape);
 

@@ -10,7 +10,7 @@
 
 namespace base {
 
-/// For one reference to a COM object, returned by Release. The object may be a proxy for another
+/// For one reference to a COM object, given up by Release. The object may be a proxy for another
 /// apartment's. The owner belongs to the thread that may call it.
 template <class Interface>
 struct ComTraits

@@ -9,8 +9,8 @@
 
 namespace base {
 
-/// The text of `bytes` in a code page of the platform. Invalid bytes become replacement characters;
-/// with MB_ERR_INVALID_CHARS in `flags` there is no text. There is none for 2 GiB or more either.
+/// The text of `bytes` in a code page of the platform. Invalid bytes become replacement characters,
+/// but with MB_ERR_INVALID_CHARS in `flags` they give no text. 2 GiB or more give none either.
 inline std::optional<std::wstring> WideFromBytes(UINT codePage, std::string_view bytes,
                                                  DWORD flags = 0)
 {

@@ -43,8 +43,8 @@ public:
     /// (those that the FromHandle functions make) unless a window procedure of the framework is
     /// active further up the stack.
     virtual BOOL OnIdle(LONG count);
-    /// FALSE for messages that are no reason to call OnIdle again: a mouse move to where the mouse
-    /// already was, painting, the blinking of the caret.
+    /// FALSE for messages after which OnIdle need not be called again: a mouse move to the mouse's
+    /// own place, painting, the blinking of the caret.
     virtual BOOL IsIdleMessage(MSG* message);
     /// TRUE when the message is handled and must not be dispatched. The default asks the message's
     /// window and its parents (CWnd::PreTranslateMessage).
