@@ -9,7 +9,7 @@ namespace utils_statics {
 
 using SettingText = FixedText<1024>;
 
-// A 32-bit number; the default for a value of any other type.
+// A 32-bit number; the default for anything else.
 int CrashSettingNumber(const wchar_t* section, const wchar_t* name, int defaultValue) noexcept;
 
 // A text; the default for a value of any other type, and for one that does not fit.
