@@ -12,7 +12,7 @@
 class zelXMLNode;
 
 /// An action state that follows from others: on when any of its sources is on, or when all are. The
-/// file "button_states.xml" of the base protocol store defines these states
+/// file "button_states.xml" of the fall-back factory settings defines these states
 /// (docs/formats/button-states.md).
 ///
 /// Derived states live from LoadAll to DestroyAll; neither may run while a state is being
