@@ -11,7 +11,7 @@ namespace exam {
 
 namespace {
 
-// What follows an option's name.
+// Points to the argument that follows an option's name.
 using Values = const std::wstring*;
 
 struct Option
@@ -154,7 +154,8 @@ const std::map<std::wstring, Option>& Options()
     return options;
 }
 
-// Reads the option at the front. The number of arguments that belong to it, or 0 for an error.
+// Reads the option at the front. The result is the number of arguments that belong to it, or 0 for
+// an error.
 std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> arguments)
 {
     const std::wstring& name = arguments.front();
@@ -172,7 +173,7 @@ std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> argum
     return 1 + values;
 }
 
-// What does not go together, in one sentence; empty when all does.
+// One sentence that names the options that do not go together; empty when all do.
 std::wstring FindConflict(const CommandLine& options)
 {
     std::vector<std::wstring> commands;

@@ -7,7 +7,7 @@
 
 namespace exam {
 
-/// What the user asked for on the command line.
+/// The user's requests on the command line.
 struct CommandLine
 {
     std::wstring language = L"en";
@@ -21,23 +21,23 @@ struct CommandLine
     std::wstring protocolToCheck; ///< folder of protocol files
     std::wstring versionFile;     ///< executable file whose version is to be printed
     std::wstring archive;         ///< zip archive that is made or unpacked
-    std::wstring folderToPack;    ///< into `archive`
-    std::wstring folderToFill;    ///< from `archive`
-    std::wstring password;        ///< of `archive`
+    std::wstring folderToPack;    ///< folder that is packed into `archive`
+    std::wstring folderToFill;    ///< folder that `archive` is unpacked into
+    std::wstring password;        ///< password of `archive`
     std::wstring crashKind;       ///< way in which the program is to crash
-    std::wstring logFolder;       ///< of log and crash reports; empty: store 28
-    bool service = false;         ///< whether the service mode is on
-    bool overwrite = false;       ///< whether `movie` or `archive` may replace a file
+    std::wstring logFolder;       ///< folder of the log and the crash reports; empty: store 28
+    bool service = false;         ///< true: the service mode is on
+    bool overwrite = false;       ///< true: `movie` or `archive` may replace a file
     bool help = false;
-    std::wstring error; ///< one sentence that says what is wrong; empty: nothing
+    std::wstring error; ///< one sentence that says what is wrong; empty when nothing is
 
     bool IsTour() const { return !tourFolder.empty(); }
 
-    /// Where recordings go: the folder that was given, or "recordings" in the folder of the tour,
-    /// or in "out" below the current folder.
+    /// The folder that recordings go to: the folder that was given, or "recordings" in the folder
+    /// of the tour, or "out" below the current folder.
     std::wstring RecordingFolder() const;
 
-    /// Whether a command was given that needs no window.
+    /// True when a command was given that needs no window.
     bool IsCommand() const
     {
         return !cineInfo.empty() || !cineToPlay.empty() || !protocolToCheck.empty() ||

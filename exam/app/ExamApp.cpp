@@ -57,7 +57,7 @@ BOOL ExamApp::InitInstance()
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine() || !ChooseProfile()) return FALSE;
     SetLogFolder();
-    const MiniDumper crashHandler; // stays in force
+    const MiniDumper crashHandler; // its filter stays
     if (m_options.IsCommand()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
         return FALSE;
@@ -95,8 +95,8 @@ bool ExamApp::ReadCommandLine()
     return false;
 }
 
-// Sets where settings are kept. A tour keeps its own, so that it neither reads nor changes the
-// user's. False, with a sentence on standard error, when the user's file cannot be used.
+// Sets where settings are kept. A tour keeps its own and neither reads nor changes the user's.
+// False, with a sentence on standard error, when the user's file cannot be used.
 bool ExamApp::ChooseProfile()
 {
     std::wstring profile = m_options.profile;
@@ -109,7 +109,7 @@ bool ExamApp::ChooseProfile()
         SetRegistryKey(L"Kestrow");
         return true;
     }
-    // The profile functions would look for a name without a folder in the Windows folder.
+    // The profile functions look for a name without a folder in the Windows folder.
     const std::wstring file = base::FullPath(profile.c_str());
     std::free(const_cast<wchar_t*>(m_pszProfileName));
     m_pszProfileName = _wcsdup(file.empty() ? profile.c_str() : file.c_str());

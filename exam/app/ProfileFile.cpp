@@ -17,7 +17,7 @@ bool CanBeCreated(const std::wstring& path)
     return static_cast<bool>(file);
 }
 
-// Whether the beginning of a file is text: narrow without a null, or UTF-16 with its mark.
+// True when the beginning of a file is text: narrow without a null, or UTF-16 with its mark.
 bool IsText(const FileReader& file)
 {
     constexpr std::int64_t enough = 4096;

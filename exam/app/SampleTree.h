@@ -4,8 +4,8 @@
 
 namespace exam {
 
-// Points the numbered stores at the sample data beside the program, and the store of what the user
-// changes below `userFolder`.
+// Points the numbered stores at the sample data beside the program. The store of the user's changes
+// lies below `userFolder`.
 void InstallStores(const std::wstring& userFolder);
 
 // The folder of the string tables.
@@ -14,7 +14,7 @@ std::wstring StringTableFolder();
 // The action vocabulary of the console.
 std::wstring VocabularyFile();
 
-// The folder that a user's own files go to when nothing else is asked for.
+// The folder for a user's own files unless another one is asked for.
 std::wstring DefaultUserFolder();
 
 } // namespace exam

@@ -5,12 +5,12 @@
 
 namespace exam {
 
-/// Answers WM_PAINT without flicker: what is drawn into Context() comes to the window in one go, at
-/// the end of this object's life. The window outlives it.
+/// Answers WM_PAINT without flicker: everything drawn into Context() reaches the window in one go
+/// when this object ends. The window outlives it.
 class BufferedPaint
 {
 public:
-    /// `size` is that of what is drawn, in pixels.
+    /// `size` is the size of the drawn area, in pixels.
     BufferedPaint(CWnd& window, CSize size)
         : m_window(&window), m_size(size), m_selection(MakeContext(), MakeBitmap())
     {
@@ -37,7 +37,7 @@ private:
     CSize m_size;
     CDC m_context;
     CBitmap m_bitmap;
-    base::Selection m_selection; // made of the members above
+    base::Selection m_selection; // uses the members above
 };
 
 } // namespace exam

@@ -9,12 +9,12 @@ namespace exam {
 
 namespace {
 
-// A program of windows gets no console of its own. Where nothing was handed down to write to, the
-// console that it was started from is asked for once.
+// A windowed program gets no console of its own. When no output handle was passed to it, it asks
+// once for the console that it was started from.
 HANDLE ParentConsole()
 {
     static const base::File screen = [] {
-        AttachConsole(ATTACH_PARENT_PROCESS); // refused where the process is attached already
+        AttachConsole(ATTACH_PARENT_PROCESS); // fails when the process is attached already
         return base::File(CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
                                       nullptr));
@@ -40,7 +40,7 @@ void Write(DWORD stream, std::FILE* file, const std::wstring& text)
     const HANDLE handle = GetStdHandle(stream);
     const HANDLE console = IsUsable(handle) ? handle : ParentConsole();
     if (WriteToConsole(console, text)) return;
-    // A file or a pipe.
+    // The output is a file or a pipe.
     const std::string bytes = base::Utf8FromWide(text);
     std::fwrite(bytes.data(), 1, bytes.size(), file);
     std::fflush(file);

@@ -6,7 +6,7 @@ namespace exam {
 
 namespace {
 
-// Asks for nothing but the kind, so that files in use and files without permissions answer too.
+// Asks for the kind only, which works for files in use and for files without permissions too.
 base::File OpenToAsk(const std::wstring& path)
 {
     return base::File(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,

@@ -4,7 +4,7 @@
 
 namespace exam {
 
-/// What a path names.
+/// The kind of thing that a path names.
 enum class FileKind
 {
     missing, ///< nothing
@@ -15,7 +15,7 @@ enum class FileKind
 
 FileKind KindOfFile(const std::wstring& path);
 
-/// What keeps a path from being opened as a file: one sentence, empty for a file.
+/// One sentence that says what keeps a path from being opened as a file; empty for a file.
 std::wstring FindFileProblem(const std::wstring& path);
 
 } // namespace exam

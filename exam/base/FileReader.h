@@ -8,7 +8,7 @@
 
 namespace exam {
 
-/// A file that is open for reading at any place, however large it is. Others may write to it and
+/// A file that is open for reading at any position, however large it is. Others may write to it and
 /// delete it meanwhile.
 class FileReader
 {
@@ -16,7 +16,7 @@ public:
     /// False when the file cannot be opened.
     bool Open(const std::wstring& path);
 
-    /// Bytes of the file when it was opened.
+    /// The size in bytes when the file was opened.
     std::int64_t Size() const { return m_size; }
 
     /// Fills `bytes` from `position` on. False when the file ends before, or cannot be read.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Utils_Statics/BitmapFunctions.h> // with the headers of GDI+
+#include <Utils_Statics/BitmapFunctions.h> // includes the headers of GDI+
 
 namespace exam {
 

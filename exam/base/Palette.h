@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-/// The colours of the sample application. The image is grey on black; everything else is subdued,
-/// so that the image leads.
+/// The colours of the sample application. The image is grey on black. Everything else is subdued,
+/// so that the image stands out.
 namespace exam::palette {
 
 constexpr COLORREF background = RGB(0, 0, 0);

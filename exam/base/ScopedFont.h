@@ -10,7 +10,7 @@ namespace exam {
 class ScopedFont
 {
 public:
-    static constexpr int textSize = 15; ///< pixels; of everything but the title
+    static constexpr int textSize = 15; ///< pixels; for everything but the title
 
     ScopedFont(CDC& dc, int pixels, int weight)
         : m_selection(dc.GetSafeHdc(), Create(pixels, weight))

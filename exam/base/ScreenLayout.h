@@ -18,7 +18,7 @@ struct ScreenLayout
     static constexpr int outlineHeight = 150;
 
     static CRect Header() { return {0, 0, width - statusRowWidth, headerHeight}; }
-    /// Of the status row's own window, to the right of the header.
+    /// The status row's own window, to the right of the header.
     static CRect StatusRow() { return {width - statusRowWidth, 0, width, headerHeight}; }
     static CRect ImageArea()
     {
@@ -46,10 +46,10 @@ struct ScreenLayout
         return rect;
     }
 
-    /// In the upper left corner of ImageArea(), where a sector leaves room.
+    /// The mark stands in the upper left corner of ImageArea(), where a sector leaves room.
     static CRect RecordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
 
-    /// The lower end of the panel.
+    /// The turned outline takes the lower end of the panel.
     static CRect Outline()
     {
         CRect rect = Panel();

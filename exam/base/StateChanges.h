@@ -11,7 +11,7 @@ enum StateChangeType : std::int32_t
     stateImageChanged = 1,       ///< another recording or frame is on display
     stateLanguageChanged = 2,    ///< the texts are in another language
     stateMeasurementChanged = 3, ///< a tool was shown, hidden, grabbed, moved or let go
-    stateDisplayChanged = 4      ///< something else on the screen
+    stateDisplayChanged = 4      ///< something else on the screen changed
 };
 
 namespace exam {

@@ -17,11 +17,11 @@ constexpr int mostLines = 4096;
 constexpr int leastSamples = 2;
 constexpr int mostSamples = 65536;
 constexpr int mostElements = 65536;
-constexpr double mostMicrons = 1e7;            // of a probe or a depth: ten metres
+constexpr double mostMicrons = 1e7;            // ten metres, for a probe or a depth
 constexpr int mostSector = 360'000;            // thousandths of a degree
 constexpr int mostFramesPer1000s = 10'000'000; // ten thousand a second
 
-// What is said of numbers that are possible one by one, but give no image together.
+// Reported for numbers that are possible one by one but give no image together.
 constexpr wchar_t noGeometry[] = L"the header gives no geometry to show the frames by";
 
 std::wstring FindFrameProblem(const CineDescription& description)
@@ -58,7 +58,7 @@ std::wstring FindProbeProblem(const CineDescription& description)
     return L"";
 }
 
-// Whether everything lies within reach of the arithmetic of pixels.
+// True when everything lies within the range of the pixel arithmetic.
 bool IsOfReasonableSize(const CineDescription& description)
 {
     const uDataDesc& stream = description.stream;
@@ -69,7 +69,7 @@ bool IsOfReasonableSize(const CineDescription& description)
            1.0 * stream.sectorAngle + description.apexAngle <= mostSector;
 }
 
-// The conversion itself says whether it can show the frames, in a small image.
+// The conversion itself tells, with a small image, whether it can show the frames.
 bool HasImage(const CineDescription& description)
 {
     return qor_imgproc::FrameMap(FitImage(description, CSize(64, 64)).ToScanGeometry()).Valid();

@@ -6,11 +6,11 @@
 
 namespace exam {
 
-/// Why frames with this header cannot be shown: one sentence; empty when they can.
+/// One sentence that says why frames with this header cannot be shown; empty when they can.
 std::wstring FindHeaderProblem(const CineDescription& description);
 
-/// In what the size of a file differs from what its header counts: one sentence; empty when it does
-/// not. The header must be one without a problem.
+/// One sentence that says how the size of a file differs from its header's count; empty when it
+/// does not. The header must be one without a problem.
 std::wstring FindSizeProblem(const RawCine& cine);
 
 } // namespace exam

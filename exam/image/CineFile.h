@@ -9,31 +9,32 @@
 
 namespace exam {
 
-/// A raw cine file of grey levels. Frames are read when they are asked for, so the memory needed
-/// does not depend on the size of the file. The file stays open as long as the object lives.
+/// A raw cine file of grey levels. Frames are read on demand, so the memory needed does not depend
+/// on the size of the file. The file stays open as long as the object lives.
 class CineFile
 {
 public:
     /// Opens `path`. The result is empty, or one sentence that says what is wrong with the file.
-    /// The size of the file decides how many frames there are when the header's count is 0, because
-    /// the recording was not finished, or larger.
+    /// The size of the file gives the number of frames in two cases: when the header's count is 0
+    /// because the recording was not finished, and when that count is larger than what the file
+    /// holds.
     std::wstring Open(const std::wstring& path);
 
     const CineDescription& Description() const { return m_file.Description(); }
     int Lines() const { return Description().stream.lines; }
     int Samples() const { return Description().stream.samples; }
 
-    /// The rate at which the recording is played: its own, or 30 if it has none.
+    /// The recording's own rate of play, or 30 if it has none.
     double FramesPerSecond() const;
 
     int Frames() const { return m_frames; }
 
-    /// In what the size of the file differs from what its header counts: one sentence; empty when
+    /// One sentence that says how the size of the file differs from its header's count; empty when
     /// it does not.
     const std::wstring& SizeProblem() const { return m_sizeProblem; }
 
     /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` counts from 0. False
-    /// when there is no such frame, or it cannot be read; `bytes` holds nothing of use then.
+    /// when there is no such frame, or it cannot be read; the content of `bytes` is of no use then.
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const;
 
 private:

@@ -56,7 +56,7 @@ void ImageView::SetRecording(const CineFile& cine, CSize size, int depth)
     m_parameters = FitImage(description, size);
     m_map.emplace(m_parameters.ToScanGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
-    // The imaged region is where a white frame is not black.
+    // The imaged region is the part of a white frame that is not black.
     m_frame.assign(static_cast<std::size_t>(cine.Lines()) *
                        static_cast<std::size_t>(m_parameters.samples),
                    UINT8_MAX);
@@ -75,7 +75,7 @@ bool ImageView::Show(const CineFile& cine, int frame)
     return true;
 }
 
-// Leaves the shown samples of lines that have `samples` of them.
+// Shortens each line of `samples` samples to the shown ones.
 void ImageView::CutLines(int samples)
 {
     if (m_parameters.samples == samples) return;
@@ -84,8 +84,8 @@ void ImageView::CutLines(int samples)
         to = std::copy(line, line + m_parameters.samples, to);
 }
 
-// The grey levels count echoes in decibels, so that gain adds to them. The blended edge of the
-// imaged region gets its share.
+// The grey levels are echoes in decibels, so gain is added to them. The blended edge of the imaged
+// region gets its share of the gain.
 void ImageView::ApplyGain()
 {
     if (m_gain == 0) return;

@@ -18,15 +18,15 @@ namespace exam {
 class ImageView
 {
 public:
-    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show(). Shown
-    /// are the first `depth` samples of each line; 0: all of them.
+    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show(). It
+    /// shows the first `depth` samples of each line, or all of them for 0.
     void SetRecording(const CineFile& cine, CSize size, int depth = 0);
 
     /// Sets the gain of the frames that are shown from now on, in decibels.
     void SetGain(int decibels) { m_gain = decibels; }
 
-    /// Converts frame number `frame` of `cine`, which is the recording that was set. False when it
-    /// cannot be read; the image stays what it was.
+    /// Converts frame number `frame` of `cine`, which must be the recording that was set. False
+    /// when it cannot be read; the image is unchanged then.
     bool Show(const CineFile& cine, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
@@ -42,8 +42,8 @@ public:
     /// The smallest rectangle that holds the imaged region; empty when there is none.
     CRect ImagedRect() const { return m_imagedRect; }
 
-    /// The pixel of the imaged region that is nearest to `pixel`: itself, where it lies inside.
-    /// Without an imaged region the result is `pixel`.
+    /// The pixel of the imaged region that is nearest to `pixel`, which is `pixel` itself inside
+    /// the region. Without an imaged region the result is `pixel`.
     CPoint NearestImaged(CPoint pixel) const;
 
 private:
@@ -54,10 +54,9 @@ private:
     std::size_t IndexOf(CPoint pixel) const;
 
     ImagingParameters m_parameters;
-    std::vector<std::uint8_t> m_frame; // the shown samples, line by line
-    std::optional<qor_imgproc::FrameMap>
-        m_map;                        // worked out once a recording, applied to each frame
-    std::vector<std::uint8_t> m_mask; // not 0: inside the imaged region
+    std::vector<std::uint8_t> m_frame;          // the shown samples, line by line
+    std::optional<qor_imgproc::FrameMap> m_map; // computed once a recording, applied to each frame
+    std::vector<std::uint8_t> m_mask;           // not 0: inside the imaged region
     CRect m_imagedRect;
     std::vector<std::uint8_t> m_grey; // rows from the top, without padding
     int m_gain = 0;                   // decibels

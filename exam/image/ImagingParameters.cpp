@@ -19,8 +19,8 @@ constexpr int measuringScale = 10;
 // Frames begin at the first line of the aperture.
 constexpr int lineOffset = 0;
 
-// The smallest rectangle that holds the first and the last sample of every line. All lines are
-// looked at, because the lowest point of a sector lies between its edges.
+// The smallest rectangle that holds the first and the last sample of every line. It covers all
+// lines, because the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
 {
     CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));

@@ -10,29 +10,29 @@
 
 namespace exam {
 
-/// What the geometry functions need to know about one displayed image. Their long parameter lists
-/// are written out here and nowhere else. Coordinates are pixels of the image; (0, 0) is its upper
-/// left corner.
+/// The input of the geometry functions for one displayed image. Their long parameter lists are
+/// written out here and nowhere else. Coordinates are pixels of the image; (0, 0) is its upper left
+/// corner.
 struct ImagingParameters
 {
     ZelProbe probe{};
     int samplingFreq = 0;   ///< Hz
     int soundSpeed = 0;     ///< m/s
     int steerAngle = 0;     ///< thousandths of a degree
-    int apexAngle = 0;      ///< of a virtual apex, thousandths of a degree; 0: none
-    int lines = 0;          ///< of a frame, over the whole aperture
-    int samples = 0;        ///< of a line
+    int apexAngle = 0;      ///< virtual apex, thousandths of a degree; 0: none
+    int lines = 0;          ///< in a frame, over the whole aperture
+    int samples = 0;        ///< in a line
     UPoint origin;          ///< centre of curvature, or of the aperture's face on a flat probe
     UPoint micronsPerPixel; ///< equal in x and y: the image has true proportions
-    int width = 0;          ///< of the image
+    int width = 0;          ///< size of the image
     int height = 0;
     int flip = 0; ///< bit 0: left-right, bit 1: top-bottom
 
     /// The pixel of a sample on a scan line.
     CPoint Pixel(int line, int sample) const;
 
-    /// The scan line (x) and sample (y) nearest to a pixel. A pixel outside the frame gives one on
-    /// its edge.
+    /// The scan line (x) and sample (y) nearest to a pixel. A pixel outside the frame gives a
+    /// position on its edge.
     UPoint ScanPosition(CPoint pixel) const;
 
     /// Draws the part of a scan line between two samples with the selected pen.
@@ -41,20 +41,20 @@ struct ImagingParameters
     /// Draws the line of constant depth between two scan lines with the selected pen.
     void DrawDepthLine(CDC& dc, int sample, int line1, int line2) const;
 
-    /// The distance of two pixels.
+    /// The distance between two pixels.
     double Millimetres(CPoint a, CPoint b) const;
 
-    /// The way along a scan line from one sample to another.
+    /// The distance along a scan line from one sample to another.
     double DepthMillimetres(int sample1, int sample2) const;
 
     /// The depth of the whole frame.
     double DepthMillimetres() const;
 
-    /// What the conversion of whole frames needs. It points to the probe of this object.
+    /// The input of the conversion of whole frames. It points to the probe of this object.
     qor_utils::ScanGeometry ToScanGeometry() const;
 };
 
-/// Chooses the scale and the place at which the frames of a recording fill an image of `size`
+/// Chooses the scale and the position at which the frames of a recording fill an image of `size`
 /// pixels: whole, centred sideways, with a margin all round.
 ImagingParameters FitImage(const CineDescription& cine, CSize size);
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int64_t headerSize = sizeof(CineHeader);
 
-// Which of the header's six free integers holds what.
+// The use of the header's six free integers.
 enum Extra
 {
     steerAngleExtra,

@@ -12,7 +12,7 @@
 
 namespace exam {
 
-/// What the header of a raw cine file says, in the terms of this application.
+/// The content of a raw cine file's header, in the terms of this application.
 /// docs/formats/raw-cine.md describes the format.
 struct CineDescription
 {
@@ -20,13 +20,13 @@ struct CineDescription
     std::int32_t count = 0;         ///< frames; 0 when the recording was not finished
     uDataDesc stream;               ///< sizes, sampling, probe and frame rate; its tag is 0
     std::int32_t steerAngle = 0;    ///< thousandths of a degree
-    std::int32_t apexAngle = 0;     ///< of a virtual apex, thousandths of a degree; 0: none
+    std::int32_t apexAngle = 0;     ///< virtual apex, thousandths of a degree; 0: none
     std::int32_t lineOffset = 0;    ///< lines
     std::int32_t apertureLines = 0; ///< scan lines over the aperture; 0: one per element
     std::int32_t unused[2] = {};
 
-    /// Bytes of a frame. Only B-mode frames have their size in the header, so other types give
-    /// nothing; so do numbers that no frame has.
+    /// The size of a frame in bytes. Only B-mode headers give it, so other types have no result,
+    /// and neither have numbers that no frame can have.
     std::optional<std::int64_t> FrameSize() const;
 };
 
@@ -40,10 +40,10 @@ public:
 
     const CineDescription& Description() const { return m_description; }
 
-    /// Bytes behind the header.
+    /// The number of bytes after the header.
     std::int64_t PayloadSize() const { return m_payloadSize; }
 
-    /// Fills `bytes` with the payload from `offset` on. False when the payload ends before, or
+    /// Fills `bytes` with the payload from `offset` on. False when the payload ends before that, or
     /// cannot be read.
     bool Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;
 

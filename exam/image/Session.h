@@ -8,8 +8,8 @@
 
 namespace exam {
 
-/// What is being examined: the recordings of the sample study, which of them is on display, and
-/// which of its frames.
+/// The examination: the recordings of the sample study, which of them is on display, and which of
+/// its frames.
 class Session
 {
 public:
@@ -27,7 +27,7 @@ public:
     void NextImage();
     void NextFrame() { Step(1); }
 
-    /// Goes on by a number of frames, or back by a negative one, round and round.
+    /// Moves by a number of frames, backwards when it is negative, and wraps at both ends.
     void Step(int frames);
 
 private:

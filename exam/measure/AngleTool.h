@@ -10,7 +10,7 @@ class AngleTool : public ImageTool
 public:
     using ImageTool::ImageTool;
 
-    /// 0 to 180; 0 while two of the points coincide.
+    /// The angle in degrees, 0 to 180; 0 while two of the points coincide.
     double Degrees() const;
 
     void Draw(CDC& dc) const override;

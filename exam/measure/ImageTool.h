@@ -32,7 +32,7 @@ public:
     /// Draws in pixels of the image, with the pen and text settings of the caller.
     virtual void Draw(CDC& dc) const = 0;
 
-    /// What the tool measures now, in the current language.
+    /// The tool's present result, in the current language.
     virtual CString Readout() const = 0;
 
     /// The key of the tool's name in the string table.

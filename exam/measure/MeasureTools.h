@@ -14,7 +14,7 @@ namespace exam {
 class MeasureTools
 {
 public:
-    /// `area`: where the image is in the main window's client area.
+    /// `area`: the image's place in the main window's client area.
     MeasureTools(const ImageView& view, const CRect& area);
 
     DistanceCaliper& Distance() { return m_distance; }

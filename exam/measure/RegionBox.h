@@ -4,7 +4,7 @@
 
 namespace exam {
 
-/// A region of interest between two scan lines and two depths, so that its sides follow the probe's
+/// A region of interest between two scan lines and two depths, so its sides follow the probe's
 /// geometry. The pointer drags two opposite corners. A press anywhere on the image grabs the region
 /// if no tool has a point near.
 class RegionBox : public ImageTool
@@ -12,10 +12,10 @@ class RegionBox : public ImageTool
 public:
     using ImageTool::ImageTool;
 
-    /// Depth from the shallow to the deep side, in millimetres along the scan line.
+    /// The depth from the shallow to the deep side, in millimetres along the scan line.
     double DepthMillimetres() const;
 
-    /// Length of the chord along the deep side, in millimetres.
+    /// The length of the chord along the deep side, in millimetres.
     double WidthMillimetres() const;
 
     void Draw(CDC& dc) const override;

@@ -14,7 +14,7 @@ constexpr int bins = 256;
 constexpr int columnsPerBeat = 180;
 constexpr int traceCount = 4;
 
-// The velocity over one beat as a share of the span above the baseline. A steep systolic peak goes
+// The velocity over one beat as a share of the span above the baseline. A steep systolic peak comes
 // before a slow diastolic decay.
 double Pulse(double phase)
 {

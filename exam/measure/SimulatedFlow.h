@@ -18,7 +18,7 @@ public:
     /// of CDopplerScaling that belong to them. The height of `plot` becomes the display height.
     explicit SimulatedFlow(CSize plot);
 
-    /// A view of the four traces. Valid while this object lives.
+    /// A view of the four traces, valid while this object lives.
     spectralTraceData Traces();
 
 private:

@@ -14,7 +14,8 @@ namespace {
 constexpr float cornerRadius = 7; // pixels
 constexpr int ownAlpha = -1;
 
-// From the edge to the middle: a picture begins with a soft edge, a frame is a seventh of the way.
+// The places run from the edge to the middle. A picture begins with a soft edge; a frame lies about
+// a seventh of the way in.
 constexpr float edgeFactors[] = {0, 1, 1};
 constexpr float edgePlaces[] = {0, 0.12F, 1};
 constexpr float frameFactors[] = {0, 0.2F, 1, 1};

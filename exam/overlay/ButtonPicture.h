@@ -8,20 +8,20 @@
 
 namespace exam {
 
-/// How a button looks.
+/// The look of a button.
 enum class ButtonForm
 {
     normal,
     disabled, ///< grey
-    framed    ///< of what is on
+    framed    ///< its state is on
 };
 
-/// A button's picture from the icon store, with rounded corners, in each of its forms. GDI+ has to
-/// run as long as it lives.
+/// A button's picture from the icon store, with rounded corners, in each of its forms. GDI+ must
+/// run as long as this object lives.
 class ButtonPicture
 {
 public:
-    /// `name` is that of a picture file in the store's folder "buttons".
+    /// `name` is the name of a picture file in the store's folder "buttons".
     explicit ButtonPicture(const wchar_t* name);
 
     void Draw(CDC& dc, const CRect& area, ButtonForm form) const;

@@ -15,7 +15,7 @@ constexpr int diameter = 57;
 constexpr int margin = 16; // from the image's corner
 constexpr int ringWidth = 5;
 
-// The point of the circle's edge at a part of a turn, clockwise from the top.
+// The point on the circle's edge at a fraction of a turn, clockwise from the top.
 CPoint EdgePoint(const CRect& circle, double turn)
 {
     const double angle = 2 * std::numbers::pi * turn;

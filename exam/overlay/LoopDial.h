@@ -5,7 +5,8 @@
 
 namespace exam {
 
-/// A round dial in the upper right corner of the image: how far the loop of frames has gone.
+/// A round dial in the upper right corner of the image that shows how far the loop of frames has
+/// gone.
 class LoopDial : public Overlay
 {
 public:

@@ -11,8 +11,8 @@ enum class NoticeKind
     error
 };
 
-/// Shows a sentence in the current language as a balloon, with a title of its kind, and logs it. On
-/// any thread; it is shown while the main window is open.
+/// Shows a sentence in the current language as a balloon, with a title of its kind, and logs it.
+/// Any thread may call it; the balloon is shown while the main window is open.
 void RaiseNotice(NoticeKind kind, const CString& sentence);
 
 } // namespace exam

@@ -4,8 +4,9 @@
 
 namespace exam {
 
-/// A small window over the image. Its shape may be anything: what its mask leaves out shows the
-/// image, which goes on below it. The mouse goes through it, unless a derived class says otherwise.
+/// A small window over the image. Its shape may be anything: the image is painted below it too, and
+/// shows where the mask leaves pixels out. The mouse goes through it, unless a derived class says
+/// otherwise.
 class Overlay : public CBufferedWnd
 {
 public:
@@ -16,13 +17,13 @@ public:
     void PlaceOver(const CRect& image) override;
     void Refresh() override;
 
-    /// Draws what the window shows into a picture of its parent's client area.
+    /// Draws the window's content into a picture of its parent's client area.
     void DrawOnto(CDC& picture);
 
 protected:
-    /// Where the window is over an image.
+    /// The window's place over an image.
     virtual CRect AreaOver(const CRect& image) const = 0;
-    /// Whether the window is a control of its own.
+    /// True when the window is a control of its own.
     virtual bool TakesMouse() const { return false; }
 
     LRESULT OnNcHitTest(WPARAM wParam, LPARAM lParam);

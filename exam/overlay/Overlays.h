@@ -13,17 +13,17 @@ namespace exam {
 class Overlays
 {
 public:
-    /// Session and view outlive it. The buttons are those of the tool bar.
+    /// Session and view outlive this object. The buttons are those of the tool bar.
     Overlays(const Session& session, const ImageView& view, std::vector<ToolButton> buttons);
 
     /// Shows them over an image whose area is `image`, in client coordinates of `parent`. False
     /// when the platform refuses.
     bool Open(CWnd& parent, const CRect& image);
 
-    /// Has all of them paint what they show now.
+    /// Repaints all of them.
     void Refresh();
 
-    /// Draws those that belong into recordings onto a picture of the parent's client area.
+    /// Draws the windows that belong into recordings onto a picture of the parent's client area.
     void DrawRecorded(CDC& picture);
 
     LoopDial& Dial() { return m_dial; }

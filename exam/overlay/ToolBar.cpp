@@ -14,7 +14,7 @@ constexpr int buttonSize = 40;
 constexpr int gap = 8;
 constexpr int corner = 14; // diameter
 constexpr int fromLeft = 12;
-constexpr int fromTop = 132; // leaves the recording mark and the time of movies their places
+constexpr int fromTop = 132; // leaves room for the recording mark and the time of movies
 
 } // namespace
 

@@ -18,18 +18,18 @@ struct ToolButton
     const char* nameKey;
     const char* tipKey;
     std::function<void()> push;
-    std::function<ButtonForm()> form; ///< how it looks now; a disabled one cannot be pushed
+    std::function<ButtonForm()> form; ///< its look now; a disabled button cannot be pushed
 };
 
 /// Buttons with pictures in a column at the left edge of the image; the image shows between them.
-/// They are for the user at the screen, so that recordings are made without them.
+/// They are for the user at the screen, so recordings leave them out.
 class ToolBar : public Overlay
 {
 public:
     explicit ToolBar(std::vector<ToolButton> buttons);
 
     const std::vector<ToolButton>& Buttons() const { return m_buttons; }
-    /// Where a button is, in the client area.
+    /// The area of a button, in the client area.
     static CRect AreaOf(std::size_t button);
 
     void Draw(CDC* dc) override;
@@ -49,7 +49,7 @@ private:
     std::optional<std::size_t> ButtonAt(CPoint point) const;
 
     std::vector<ToolButton> m_buttons;
-    std::vector<ButtonPicture> m_pictures; // one a button
+    std::vector<ButtonPicture> m_pictures; // one for each button
     HoverTip m_tip;
 };
 

@@ -19,7 +19,7 @@ namespace exam {
 
 namespace {
 
-// A pointer that moves less while a button is down still clicks.
+// A pointer that moves less than this while a button is down still clicks.
 constexpr int dragThreshold = 8;
 
 bool IsFar(CPoint a, CPoint b)
@@ -27,7 +27,8 @@ bool IsFar(CPoint a, CPoint b)
     return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) > dragThreshold;
 }
 
-// A button's text in the current language: that of the key exam.button.NAME, or the name itself.
+// A button's text in the current language: the text of the key exam.button.NAME, or the name
+// itself.
 CString LabelOf(const std::wstring& name)
 {
     const std::string key = "exam.button." + base::Utf8FromWide(name);
@@ -59,7 +60,7 @@ bool ControlPanel::Open(CWnd& owner)
 {
     CRect beside;
     owner.GetWindowRect(&beside);
-    // Below its owner, or as far down as the screen goes.
+    // The panel stands below its owner, or as far down as the screen allows.
     const int lowest = GetSystemMetrics(SM_CYSCREEN) - PanelGrid::height;
     const CPoint corner(beside.left, std::min<int>(beside.bottom, lowest));
     const CString windowClass =
@@ -85,8 +86,8 @@ void ControlPanel::Reload()
         m_lamps->Follow(*button.action);
 }
 
-// Works out which buttons stand where. Whatever belongs to the places of buttons, tips for
-// instance, is set here.
+// Works out which buttons stand where. Everything that depends on the places of buttons, such as
+// tips, is set here.
 void ControlPanel::Arrange()
 {
     m_buttons.clear();
@@ -157,7 +158,7 @@ PanelButtonLook ControlPanel::LookOf(const PanelButton& button) const
 
 std::optional<std::size_t> ControlPanel::ButtonAt(CPoint point) const
 {
-    // Where buttons of a careless layout overlap, the one on top counts.
+    // When buttons overlap, the one on top counts.
     for (std::size_t i = m_buttons.size(); i-- > 0;)
         if (m_buttons[i].area.PtInRect(point)) return i;
     return std::nullopt;
@@ -225,7 +226,7 @@ void ControlPanel::OnRButtonUp(UINT, CPoint point)
     Repaint();
 }
 
-// Keys go on to the main window.
+// Keys still go to the main window.
 LRESULT ControlPanel::OnMouseActivate(WPARAM, LPARAM)
 {
     return MA_NOACTIVATE;

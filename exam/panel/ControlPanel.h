@@ -17,14 +17,14 @@
 
 namespace exam {
 
-/// The control panel: a window of its own below the main window, as the second screen of a console.
-/// Buttons, places, actions and lamps all come from protocol files. A click on a button carries its
-/// action out, the ends of a rotary control turn it, a button that is dragged goes to another cell,
-/// and the right button of the mouse ticks it. What the user has rearranged is saved at once.
+/// The control panel, a window of its own below the main window, like the second screen of a
+/// console. Buttons, places, actions and lamps all come from protocol files. A click on a button
+/// carries its action out, the ends of a rotary control turn it, a button that is dragged goes to
+/// another cell, and the right mouse button ticks it. The user's changes are saved at once.
 class ControlPanel : public CWnd, private IStateChangeConsumer
 {
 public:
-    /// What the panel tells its owner.
+    /// The calls by which the panel reaches its owner.
     struct Listener
     {
         std::function<void(const ActionInfo&)> carryOut;
@@ -33,12 +33,12 @@ public:
 
     explicit ControlPanel(Listener listener);
 
-    /// Creates and shows the window, owned by `owner`; false when the platform refuses. It takes no
-    /// keyboard input away from its owner.
+    /// Creates and shows the window, owned by `owner`; false when the platform refuses. The window
+    /// takes no keyboard input away from its owner.
     bool Open(CWnd& owner);
 
-    /// Reads the buttons' actions and the layout that are in force. All lamps are off until their
-    /// states are broadcast.
+    /// Reads the buttons' actions and the layout in force. All lamps are off until their states are
+    /// broadcast.
     void Reload();
 
     const std::vector<PanelButton>& Buttons() const { return m_buttons; }
@@ -83,7 +83,7 @@ private:
 
     Listener m_listener;
     PanelLayout m_layout;
-    std::vector<PanelButton> m_buttons; // those of the layout that the repository has
+    std::vector<PanelButton> m_buttons; // the layout's buttons that the repository knows
     std::unique_ptr<Lamps> m_lamps;
     std::optional<Press> m_press;
     HoverTip m_tip;

@@ -13,16 +13,16 @@ namespace exam {
 class Lamps : public IActionStateConsumer
 {
 public:
-    /// `changed` is called after each value that is another than before.
+    /// `changed` is called after each value that differs from the one before.
     explicit Lamps(std::function<void()> changed);
 
     /// Listens to all states of a button from now on.
     void Follow(const ButtonAction& button);
 
-    /// Whether any state of the button is on.
+    /// True when any state of the button is on.
     bool IsLit(const ButtonAction& button) const;
 
-    /// The value of the button's first state; none when it has not been told yet.
+    /// The value of the button's first state; none before its first broadcast.
     std::optional<int> ValueOf(const ButtonAction& button) const;
 
     void ActionStateChanged(const ActionStateInfo& source, int value) override;

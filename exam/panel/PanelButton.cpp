@@ -9,7 +9,7 @@ namespace exam {
 
 namespace {
 
-constexpr int endWidth = 22; // of a rotary control
+constexpr int endWidth = 22; // width of each end of a rotary control
 constexpr int lampSize = 6;
 constexpr UINT oneLine = DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
 

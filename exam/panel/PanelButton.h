@@ -19,11 +19,11 @@ struct PanelButton
     /// A rotary control is turned by its left and right ends.
     bool IsRotary() const;
 
-    /// What a push at a pixel of the area does. `isSecond`: the button was pushed last before, and
-    /// that was its first push; without an action of its own a second push is a first one.
+    /// The action of a push at a pixel of the area. `isSecond`: the push before was this button's
+    /// first one. A button without an action for the second push takes it as a first one.
     const ActionInfo& ActionAt(CPoint pixel, bool isSecond) const;
 
-    /// Whether a press at a pixel of the area turns a rotary control.
+    /// True when a press at a pixel of the area turns a rotary control.
     bool IsTurnedAt(CPoint pixel) const;
 
     /// The ends of a rotary control.
@@ -31,10 +31,10 @@ struct PanelButton
     CRect IncrementArea() const;
 };
 
-/// Whether the vocabulary knows the action.
+/// True when the vocabulary knows the action.
 bool IsAction(const ActionInfo& action);
 
-/// How a button looks at the moment.
+/// The present look of a button.
 struct PanelButtonLook
 {
     bool lit = false;

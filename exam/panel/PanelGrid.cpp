@@ -37,7 +37,7 @@ int ToPixel(int origin, int cell, double position)
 bool PanelGrid::Holds(const GridInfo& place)
 {
     const Extent extent(place);
-    // Written so that a NaN is held by no grid.
+    // The comparisons are written so that no grid holds a NaN.
     return place.IsValid() && place.span >= smallestExtent && place.height >= smallestExtent &&
            extent.left >= -resolution && extent.right <= columns + resolution &&
            extent.top >= -resolution && extent.bottom <= rows + resolution;

@@ -13,10 +13,10 @@ struct PanelGrid
 {
     static constexpr int columns = 12;
     static constexpr int rows = 3;
-    static constexpr int width = 1024; ///< of the client area
+    static constexpr int width = 1024; ///< size of the client area
     static constexpr int height = 200;
 
-    /// A button's size must be at least this much of a cell, so that it can be hit.
+    /// A button's sides must be at least this part of a cell, so that it can be hit.
     static constexpr double smallestExtent = 0.25;
 
     struct Cell
@@ -25,16 +25,16 @@ struct PanelGrid
         int column;
     };
 
-    /// Whether a button with this place lies on the grid as a whole, and is large enough.
+    /// True when a button with this place lies wholly on the grid and is large enough.
     static bool Holds(const GridInfo& place);
 
-    /// Whether two buttons on the grid cover a part of each other.
+    /// True when two buttons on the grid overlap.
     static bool Overlap(const GridInfo& a, const GridInfo& b);
 
-    /// The pixels of a button that the grid holds, without the gap to its neighbours.
+    /// The pixels of a button on the grid, without the gap to its neighbours.
     static CRect AreaOf(const GridInfo& place);
 
-    /// The cell of a pixel; none beside the grid.
+    /// The cell of a pixel; none outside the grid.
     static std::optional<Cell> CellAt(CPoint pixel);
 };
 

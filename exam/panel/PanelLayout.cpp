@@ -29,7 +29,7 @@ std::size_t FindInCell(const PlacementList& placements, int row, int column)
     return static_cast<std::size_t>(found - placements.begin());
 }
 
-// Whether a button lies on the grid and on no other button.
+// True when a button lies on the grid and on no other button.
 bool Fits(const PlacementList& placements, std::size_t index)
 {
     const GridInfo& place = placements[index].grid;

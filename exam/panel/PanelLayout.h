@@ -8,14 +8,14 @@
 
 namespace exam {
 
-/// Which button stands where on the control panel: the content of the protocol file "panel.xml"
-/// (docs/formats/panel.md). Buttons whose place the grid does not hold stay in the list, so that
-/// saving loses none, and take no room.
+/// The place of each button on the control panel: the content of the protocol file "panel.xml"
+/// (docs/formats/panel.md). Buttons whose place is not on the grid stay in the list, so that saving
+/// loses none, and take no room.
 class PanelLayout
 {
 public:
-    /// Replaces the layout by a file's. Elements without a name are left out; of those with one
-    /// name the first stays. False, and the layout stays as it is, when the file cannot be read.
+    /// Replaces the layout by a file's. Elements without a name are left out; of several with one
+    /// name the first stays. False, with the layout unchanged, when the file cannot be read.
     bool Load(const std::wstring& path);
 
     /// Writes the file so that a failure leaves the old one whole. False when it failed.
@@ -23,11 +23,12 @@ public:
 
     const std::vector<ButtonPlacement>& Placements() const { return m_placements; }
 
-    /// Moves a button to a cell. The button that begins there takes the other's cell. False, and
-    /// nothing changes, when one of both does not fit into its new place, or it is the old one.
+    /// Moves a button to a cell. The button that begins there takes the other's cell. False, with
+    /// nothing changed, when either button does not fit into its new place, or the place is the old
+    /// one.
     bool Move(std::size_t index, int row, int column);
 
-    /// Sets the user's mark on a button, or takes it away.
+    /// Sets the user's mark on a button, or removes it.
     void ToggleCheck(std::size_t index);
 
 private:

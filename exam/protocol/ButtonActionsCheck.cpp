@@ -1,4 +1,4 @@
-// What ActionRepository ignores in "ButtonActions.xml".
+// Finds what ActionRepository ignores in "ButtonActions.xml".
 #include "protocol/ElementChecks.h"
 #include "protocol/FileChecks.h"
 

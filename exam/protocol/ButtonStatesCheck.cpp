@@ -1,4 +1,4 @@
-// What DerivedState ignores in "button_states.xml", and states that follow from themselves.
+// Finds what DerivedState ignores in "button_states.xml", and states that follow from themselves.
 #include "protocol/Circles.h"
 #include "protocol/ElementChecks.h"
 #include "protocol/FileChecks.h"
@@ -42,7 +42,7 @@ Sources CheckSources(const zelXMLNode& element, Findings& findings)
     return sources;
 }
 
-// The states that follow from themselves, by way of others perhaps.
+// The states that follow from themselves, directly or through others.
 std::set<ActionStateInfo> CircularStates(const SourcesOfStates& states)
 {
     std::map<ActionStateInfo, std::size_t> numbers;

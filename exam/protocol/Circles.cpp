@@ -7,8 +7,8 @@ namespace exam {
 
 namespace {
 
-// One search through the whole graph. A node is open from when it is found until its component is
-// known.
+// One search through the whole graph. A node is open from the moment it is found until its
+// component is known.
 class CircleSearch
 {
 public:
@@ -26,7 +26,7 @@ private:
     struct Visit
     {
         std::size_t node;
-        std::size_t next; // of the nodes that it points to
+        std::size_t next; // index among the nodes that `node` points to
     };
 
     void SearchFrom(std::size_t start)
@@ -68,7 +68,7 @@ private:
         if (m_earliest[node] == m_found[node]) CloseComponent(node);
     }
 
-    // The component is `first` and all that were opened after it.
+    // The component is `first` and all nodes opened after it.
     void CloseComponent(std::size_t first)
     {
         const bool isCircle = m_open.back() != first;
@@ -81,8 +81,8 @@ private:
     }
 
     const Graph& m_graph;
-    std::vector<std::size_t> m_found;    // a node was the first, second ... to be found; 0: not yet
-    std::vector<std::size_t> m_earliest; // the least of these that is reached from a node
+    std::vector<std::size_t> m_found;    // order of finding, from 1; 0: not found yet
+    std::vector<std::size_t> m_earliest; // the lowest of these numbers that a node reaches
     std::vector<std::size_t> m_open;
     std::vector<bool> m_isOpen;
     std::vector<bool> m_isOnCircle;

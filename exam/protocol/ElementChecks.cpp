@@ -22,7 +22,7 @@ std::wstring Quoted(const std::wstring& text)
     return L"'" + text + L"'";
 }
 
-// What keeps an element from naming an action; empty when it names one.
+// The reason why an element does not name an action; empty when it names one.
 std::wstring FindActionProblem(const zelXMLNode& element)
 {
     const std::wstring typeName = element.getAttribute(L"actionType");
@@ -36,7 +36,8 @@ std::wstring FindActionProblem(const zelXMLNode& element)
     return L"";
 }
 
-// Each default is an answer that a number in the text does not give twice.
+// The getters answer the default when the text is no number, so a number gives the same answer for
+// both defaults.
 bool IsInteger(const zelXMLNode& element, const wchar_t* attribute)
 {
     return element.getAttributeInt(attribute, 0) == element.getAttributeInt(attribute, 1);

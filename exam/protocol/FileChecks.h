@@ -9,16 +9,16 @@
 
 namespace exam {
 
-/// The checks of the protocol files, one a file. Each adds a finding for everything below the
-/// document element that will be ignored when the file is read.
+/// One check for each protocol file. Each adds a finding for everything below the document element
+/// that will be ignored when the file is read.
 
-/// "ButtonActions.xml". `names` gets the names of the buttons that are kept.
+/// Checks "ButtonActions.xml". `names` gets the names of the buttons that are kept.
 void CheckButtonActions(const zelXMLNode& root, std::set<std::wstring>& names, Findings& findings);
 
-/// "button_states.xml".
+/// Checks "button_states.xml".
 void CheckButtonStates(const zelXMLNode& root, Findings& findings);
 
-/// "panel.xml". `buttons`: the names of the buttons that there are; empty when they are not known.
+/// Checks "panel.xml". `buttons`: the names of the existing buttons; empty when they are not known.
 void CheckPanel(const zelXMLNode& root, const std::set<std::wstring>& buttons, Findings& findings);
 
 } // namespace exam

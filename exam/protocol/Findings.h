@@ -11,10 +11,10 @@ namespace exam {
 struct Finding
 {
     std::wstring path;
-    int line; ///< 0: of the file as a whole
+    int line; ///< 0: the finding is about the whole file
     std::wstring text;
 
-    /// "path:line: text", as compilers and editors have it.
+    /// "path:line: text", the form that compilers and editors use.
     std::wstring ToLine() const;
 };
 
@@ -24,10 +24,10 @@ class Findings
 public:
     Findings(std::wstring path, std::vector<Finding>& all);
 
-    /// A finding on the line that an element begins on.
+    /// Adds a finding on the line that an element begins on.
     void Add(const zelXMLNode& at, const std::wstring& text);
 
-    /// A finding on a line.
+    /// Adds a finding on a line.
     void AddAt(int line, const std::wstring& text);
 
 private:

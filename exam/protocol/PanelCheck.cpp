@@ -1,4 +1,4 @@
-// What the control panel ignores in "panel.xml".
+// Finds what the control panel ignores in "panel.xml".
 #include "panel/PanelGrid.h"
 #include "protocol/ElementChecks.h"
 #include "protocol/FileChecks.h"
@@ -23,7 +23,7 @@ void CheckGrid(const zelXMLNode& grid, Findings& findings)
         CheckReal(grid, attribute, findings);
 }
 
-// Why a placement shows no button; empty when it shows one.
+// The reason why a placement shows no button; empty when it shows one.
 std::wstring FindPlaceProblem(const ButtonPlacement& placement,
                               const std::set<std::wstring>& buttons)
 {

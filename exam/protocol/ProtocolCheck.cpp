@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr const wchar_t* actionsName = L"ButtonActions.xml";
 constexpr const wchar_t* statesName = L"button_states.xml";
 
-// File names are compared as the file system does.
+// File names are compared without case, as the file system does.
 bool IsNamed(const std::wstring& path, const wchar_t* name)
 {
     return _wcsicmp(fs::path(path).filename().c_str(), name) == 0;
@@ -33,8 +33,8 @@ bool IsProtocolFile(const std::wstring& path)
     return IsNamed(path, actionsName) || IsNamed(path, statesName) || IsNamed(path, panelFileName);
 }
 
-// All protocol files in a folder and below it, in the order of their paths. False when a folder
-// cannot be read.
+// Lists all protocol files in a folder and below it, ordered by path. False when a folder cannot be
+// read.
 bool ListFiles(const std::wstring& folder, std::vector<std::wstring>& files)
 {
     std::error_code error;
@@ -73,7 +73,7 @@ std::wstring Count(std::size_t number, const wchar_t* one, const wchar_t* severa
     return std::to_wstring(number) + L" " + (number == 1 ? one : several);
 }
 
-// By file, and in a file by line.
+// Orders by file, and within a file by line.
 bool IsBefore(const Finding& a, const Finding& b)
 {
     return a.path != b.path ? a.path < b.path : a.line < b.line;

@@ -7,19 +7,19 @@
 
 namespace exam {
 
-/// What was looked at, and what was found.
+/// The files that were checked, and the findings.
 struct ProtocolCheck
 {
-    std::wstring problem;            ///< one sentence: why nothing could be checked; or empty
-    std::vector<std::wstring> files; ///< those that were checked
+    std::wstring problem; ///< one sentence that says why nothing could be checked; empty otherwise
+    std::vector<std::wstring> files; ///< the files that were checked
     std::vector<Finding> findings;
 };
 
-/// Looks at the protocol files "ButtonActions.xml", "button_states.xml" and "panel.xml" in a folder
+/// Checks the protocol files "ButtonActions.xml", "button_states.xml" and "panel.xml" in a folder
 /// and in those below it, with the vocabulary in force.
 ProtocolCheck FindIgnored(const std::wstring& folder);
 
-/// Prints what was found. False when there is anything that will be ignored, or nothing to check.
+/// Prints the findings. False when anything will be ignored, or there is nothing to check.
 bool CheckProtocol(const std::wstring& folder);
 
 } // namespace exam

@@ -23,8 +23,8 @@ constexpr FourCC Code(const char (&text)[5])
 
 constexpr std::int64_t chunkHead = 8;       // name and size
 constexpr std::int64_t listType = 4;        // the name that stands first in a list
-constexpr std::int64_t totalFramesAt = 16;  // in the main header
-constexpr std::int64_t streamLengthAt = 32; // in the stream's header
+constexpr std::int64_t totalFramesAt = 16;  // offset in the main header
+constexpr std::int64_t streamLengthAt = 32; // offset in the stream's header
 
 // A chunk, or the contents of a list; its name is then the type of the list.
 struct Chunk
@@ -38,7 +38,7 @@ struct IndexEntry
 {
     FourCC name;
     std::uint32_t flags;
-    std::uint32_t offset; // of the frame's chunk, from the type of the list of frames on
+    std::uint32_t offset; // of the frame's chunk, counted from the type of the list of frames
     std::uint32_t size;
 };
 static_assert(sizeof(IndexEntry) == 16);
@@ -82,7 +82,8 @@ std::optional<std::uint32_t> ReadNumber(const FileReader& file, const std::optio
     return number;
 }
 
-// How many frames an index lists; nothing when an entry does not lead to a frame of its size.
+// The number of frames that an index lists; nothing when an entry does not lead to a frame of its
+// size.
 std::optional<std::int64_t> CountIndexed(const FileReader& file, const Chunk& frames,
                                          const Chunk& index)
 {

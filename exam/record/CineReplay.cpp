@@ -20,7 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Makes a bitmap of 32-bit pixels of the image on display. It is empty when the platform refuses.
+// Makes a bitmap of 32-bit pixels with the size of the image on display. It is empty when the
+// platform refuses.
 void MakeBitmap(const ImageView& view, CBitmap& bitmap)
 {
     std::vector<unsigned int> pixels(view.GreyLevels().size());
@@ -35,7 +36,7 @@ void Progress(int frame, int frames)
              (frame == frames ? L"\n" : L""));
 }
 
-// The movie under way. Its end closes the file, also when not all frames were written.
+// The movie that is being written. Its end closes the file even when frames are missing.
 class Movie
 {
 public:
@@ -64,7 +65,7 @@ private:
 struct Written
 {
     int frames = 0;
-    std::wstring problem; // empty: all frames were written
+    std::wstring problem; // empty when all frames were written
 };
 
 Written WriteFrames(const CineFile& cine, const std::wstring& path)
@@ -98,7 +99,7 @@ std::wstring WriteMovie(const CineFile& cine, MovieTarget& target)
     return written.problem.empty() ? L"" : written.problem + L"; the movie ends before it";
 }
 
-// What a replay works on.
+// The files and the codec of a replay.
 struct Replay
 {
     CineFile cine;
@@ -147,7 +148,7 @@ bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwr
              L"\n");
     if (cine.SizeProblem().empty()) return true;
     Fail(path + L": " + cine.SizeProblem());
-    return cine.Description().count == 0; // it promised no more than there is
+    return cine.Description().count == 0; // the header promised no more frames than there are
 }
 
 } // namespace exam

@@ -6,7 +6,7 @@ namespace exam {
 
 /// Replays a raw cine file into a movie of its scan-converted frames, and shows the progress on
 /// standard output. An existing movie is only replaced if `overwrite`. False, with a sentence on
-/// standard error, when not all frames that the recording promises are in the movie.
+/// standard error, when the movie lacks frames that the recording promises.
 bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwrite);
 
 } // namespace exam

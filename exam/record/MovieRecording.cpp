@@ -25,7 +25,7 @@ CRect ScreenArea()
     return {0, 0, ScreenLayout::width, ScreenLayout::height};
 }
 
-// The place of the time in the image, or in the strip while that is shown. It is clear of the
+// The place of the time in the image, or in the strip while that is shown. It stays clear of the
 // strip's traces.
 CRect TimeArea()
 {

@@ -10,14 +10,14 @@
 
 namespace exam {
 
-// Records what the screen shows as a movie. The screen at the start is the background. Each frame
-// places these on it:
-// - plane 0: the image with its scale, tools and those windows over it that are to be recorded;
-// - plane 1: the spectral strip, while it is shown;
-// - plane 2, in two regions: the facts and the turned outline beside the image;
-// - plane 3: a mark that moves along the lower edge of the strip;
-// - plane 4: the movie's own time, in the upper left corner of the image or of the strip.
-// Recording mark, status text and keys are not in the movie.
+// Records the screen as a movie. The screen at the start is the background. Each frame places these
+// on it:
+// - Plane 0 is the image with its scale, its tools and those windows over it that are recorded.
+// - Plane 1 is the spectral strip, while it is shown.
+// - Plane 2 holds two regions: the facts and the turned outline beside the image.
+// - Plane 3 is a mark that moves along the lower edge of the strip.
+// - Plane 4 is the movie's own time, in the upper left corner of the image or of the strip.
+// The recording mark, the status text and the keys are not in the movie.
 class MovieRecording : public Recording
 {
 public:

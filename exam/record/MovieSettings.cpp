@@ -30,7 +30,7 @@ std::optional<std::wstring> PrepareCodec(CWinApp& app)
     return name;
 }
 
-// Nothing when the text is more, or less, than a number.
+// The number in a text; nothing when the text holds more or less than a number.
 std::optional<long> Number(const wchar_t* text)
 {
     wchar_t* end = nullptr;
@@ -57,7 +57,8 @@ bool PrepareQuality(CWinApp& app)
     const CString stored = StoredQuality(app);
     if (stored.IsEmpty()) return true;
     const std::optional<long> number = Number(stored);
-    // Where there is no number, the highest is what the library takes without a setting.
+    // A text that is no number becomes the highest quality, which the library takes without a
+    // setting.
     const long quality = std::clamp(number.value_or(highestQuality), lowestQuality, highestQuality);
     if (number == quality) return true;
     zelLogger::zelLogHelper("exam/MovieSettings", __LINE__, qor_utils::warningLevel)(

@@ -10,7 +10,7 @@ namespace exam {
 
 namespace {
 
-// Whether the code page has all characters of a text.
+// True when the code page has all characters of a text.
 bool IsInCodePage(const std::wstring& text)
 {
     if (GetACP() == CP_UTF8) return true;
@@ -35,7 +35,7 @@ std::wstring FolderOf(const std::wstring& fullPath)
     return fullPath.substr(0, fullPath.find_last_of(L"\\/") + 1);
 }
 
-// A name in `folder` that no file has.
+// A path in `folder` that no file has yet.
 std::wstring UnusedPath(const std::wstring& folder)
 {
     const std::wstring stem = folder + L"exam-" + std::to_wstring(GetCurrentProcessId()) + L"-";

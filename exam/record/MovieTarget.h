@@ -5,17 +5,17 @@
 
 namespace exam {
 
-/// A spelling of an existing path in characters of the system's code page, through which movies are
-/// written. Nothing when it has none, not even a short name.
+/// A spelling of an existing path in characters of the system's code page, in which movies are
+/// written. Nothing when the path has none, not even a short name.
 std::optional<std::wstring> CodePagePath(const std::wstring& path);
 
 /// The file that a movie becomes. The movie is written under another name in the same folder and
-/// gets its own name when it is done, so a failure leaves neither a stub nor a damaged older movie.
+/// gets its own name when it is done. So a failure leaves neither a stub nor a damaged older movie.
 class MovieTarget
 {
 public:
     MovieTarget() = default;
-    /// Deletes what was written, unless it was put in place.
+    /// Deletes the written file, unless it was put in place.
     ~MovieTarget();
     MovieTarget(const MovieTarget&) = delete;
     MovieTarget& operator=(const MovieTarget&) = delete;
@@ -24,7 +24,7 @@ public:
     /// there. An existing file is only replaced if `overwrite`.
     std::wstring Choose(const std::wstring& path, bool overwrite);
 
-    /// Where the movie is to be written.
+    /// The path that the movie is written to.
     const std::wstring& WritingPath() const { return m_writingPath; }
 
     /// Gives the written movie its name. False when the platform refuses.

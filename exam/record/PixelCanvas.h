@@ -7,8 +7,8 @@
 
 namespace exam {
 
-// A picture in memory that can be drawn on and read. Pixels have 32 bits with blue in the lowest
-// byte; rows go from the top.
+// A picture in memory for drawing and reading. Pixels have 32 bits with blue in the lowest byte;
+// rows go from the top.
 class PixelCanvas
 {
 public:
@@ -25,7 +25,7 @@ public:
     void Cut(const CRect& part, std::vector<unsigned int>& plane) const;
 
 private:
-    // Each makes a member and gives its handle, which is null when the platform refuses.
+    // Each function makes a member and returns its handle, which is null when the platform refuses.
     HDC MakeContext();
     HGDIOBJ MakeBitmap();
 
@@ -33,7 +33,7 @@ private:
     CDC m_dc;
     CBitmap m_bitmap;
     unsigned int* m_pixels = nullptr; // owned by the bitmap
-    base::Selection m_selection;      // made of the members above
+    base::Selection m_selection;      // uses the members above
 };
 
 } // namespace exam

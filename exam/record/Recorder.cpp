@@ -39,7 +39,7 @@ CString Recorder::StartRaw()
 CString Recorder::StartMovie()
 {
     // The library refuses a missing codec and an unwritable file alike, so the codec is looked up
-    // before.
+    // first.
     const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
     if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());

@@ -9,20 +9,20 @@
 
 namespace exam {
 
-/// What became of a recording.
+/// The result of a recording.
 struct FinishedRecording
 {
     std::wstring path;
     int frames = 0;
-    bool whole = false;    ///< whether the file holds all these frames and can be played
-    bool cutShort = false; ///< whether it ended because a frame could not be written
+    bool whole = false;    ///< true: the file holds all these frames and can be played
+    bool cutShort = false; ///< true: the recording ended because a frame could not be written
 };
 
 /// Starts, feeds and ends recordings of what is on display, one at a time.
 class Recorder
 {
 public:
-    /// Is called at the end of each recording, before Stop() returns.
+    /// Called at the end of each recording, before Stop() returns.
     using Finished = std::function<void(const FinishedRecording& recording)>;
 
     Recorder(const ScreenContent& content, Finished finished);
@@ -35,7 +35,7 @@ public:
     /// on, with the next number that is free.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// Start a recording. The result is a sentence in the current language that says what is being
+    /// Start a recording. The result is a sentence in the current language that says what is
     /// recorded, or why nothing is.
     CString StartRaw();
     CString StartMovie();
@@ -43,7 +43,7 @@ public:
     bool IsRecording() const { return m_recording != nullptr; }
     int Frames() const { return m_frames; }
 
-    /// Keeps what is on display as the next frame. False when it could not be written; the
+    /// Keeps the frame on display as the next one. False when it could not be written; the
     /// recording has ended then.
     bool AddFrame();
 
@@ -60,7 +60,7 @@ private:
     Finished m_finished;
     std::wstring m_folder;
     std::unique_ptr<Recording> m_recording;
-    std::wstring m_path; // of the recording
+    std::wstring m_path; // file of the recording
     int m_frames = 0;
     bool m_announced = false; // the store has announced the file
 };

@@ -13,7 +13,7 @@ struct Announcement
     void* userData = nullptr;
 };
 
-// A recording under way.
+// A recording that is being made.
 class Recording
 {
 public:
@@ -28,7 +28,7 @@ public:
     // Finishes the file and announces it. False when it could not be finished.
     virtual bool Finish() = 0;
 
-    // Looks at the finished file: whether it holds `frames` frames and can be played.
+    // True when the finished file holds `frames` frames and can be played.
     virtual bool IsWhole(const std::wstring& path, int frames) const = 0;
 };
 

@@ -5,11 +5,11 @@
 
 namespace exam {
 
-/// What movies without compression are called where a codec is named.
+/// The name that stands for movies without compression where a codec is named.
 inline constexpr wchar_t uncompressedMovies[] = L"Uncompressed";
 
-/// The codec of this name, whatever its case, as the library has to be given it: "Uncompressed", or
-/// the short name of an installed codec. Nothing when there is none.
+/// The name of an installed codec in the form that the library needs: "Uncompressed", or the
+/// codec's own short name. The case of `name` does not matter. Nothing when there is no such codec.
 std::optional<std::wstring> FindCodec(const std::wstring& name);
 
 } // namespace exam

@@ -12,7 +12,7 @@ namespace exam {
 
 namespace {
 
-// A text of the settings; the keys of a section, each with a null, for a null name.
+// A text of the settings. For a null name, the keys of the section, each with a null at its end.
 std::wstring Setting(const std::wstring& file, const wchar_t* section, const wchar_t* name)
 {
     std::wstring text(32768, L'\0');
@@ -21,7 +21,7 @@ std::wstring Setting(const std::wstring& file, const wchar_t* section, const wch
     return text;
 }
 
-// `text` without its last `count` fields, which commas separate. A path may have commas as well.
+// `text` without its last `count` fields, which commas separate. A path may contain commas too.
 std::wstring WithoutFields(std::wstring text, int count)
 {
     for (; count > 0; --count)
@@ -52,7 +52,7 @@ bool IsThere(const std::wstring& path)
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-// By way of a file beside the archive.
+// Packs the tree by way of a file beside the archive.
 bool PackTree(ZipCompress& zip, const std::wstring& tree, const std::wstring& file)
 {
     if (!ExportTree(tree, file)) return true; // there is no such tree

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-// What a crash left behind, as the crash handler's settings file names it.
+// The files and registry trees that a crash left behind, as the crash handler's settings file names
+// them.
 namespace exam {
 
 struct Collection
@@ -14,12 +15,12 @@ struct Collection
     std::vector<std::wstring> registryTrees; // "HKCU\Software\..."
 };
 
-// Reads the settings file. Nothing when it does not name an archive.
+// Reads the settings file. Nothing when the file does not name an archive.
 std::optional<Collection> ReadCollection(const std::wstring& settingsFile);
 
-// Packs the files that are there, and each registry tree as a file that registry editors read. The
-// names in the archive are relative to the archive's folder. False when any of it failed; the rest
-// is in the archive all the same.
+// Packs the existing files, and each registry tree as a file for registry editors. The names in the
+// archive are relative to the archive's folder. False when any of it failed; the archive still
+// holds the rest.
 bool Pack(const Collection& collection);
 
 } // namespace exam

@@ -1,6 +1,6 @@
 // XCrashReport.exe [/quiet] "PROGRAM.exe"
-// Packs what the crash handler of the program left behind, as "crashreport.ini" beside this program
-// says, and tells where the archive is: in a message, or with /quiet on the standard output only.
+// Packs what a crash of the program left behind, as "crashreport.ini" beside this program lists it.
+// Tells where the archive is: in a message, or with /quiet on the standard output only.
 #include "Collection.h"
 
 #include <base/Encoding.h>
@@ -31,7 +31,8 @@ std::wstring SettingsFile()
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int)
 {
-    // Not by the arguments: the crash handler's command line does not begin with a program.
+    // Reads the command line itself rather than its arguments, because the crash handler's does not
+    // begin with a program.
     const std::wstring_view command = GetCommandLineW();
     const bool isQuiet = command.find(L"/quiet") != std::wstring_view::npos;
     const auto collection = exam::ReadCollection(SettingsFile());

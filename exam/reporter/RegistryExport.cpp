@@ -53,7 +53,7 @@ std::wstring ValueText(DWORD type, const std::vector<BYTE>& data)
         wsprintfW(text, L"dword:%08x", static_cast<unsigned>(number));
         return text;
     }
-    // A text with line breaks would break the file's lines.
+    // Line breaks in a text would break the file's lines.
     std::wstring text(data.size() / sizeof(wchar_t), L'\0');
     std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
     if (!text.empty() && text.back() == L'\0') text.pop_back();
@@ -62,7 +62,7 @@ std::wstring ValueText(DWORD type, const std::vector<BYTE>& data)
     return isPlain ? Quoted(text) : Bytes(type, data);
 }
 
-// The longest name below a key and the largest value, so that every one can be read.
+// The sizes of the longest name below a key and of the largest value, so that each can be read.
 struct Limits
 {
     DWORD subkeyName = 0;

@@ -4,9 +4,9 @@
 
 namespace exam {
 
-// Writes a key of the registry, such as "HKCU\Software\Name", with all below it to a file in the
-// form that registry editors read (UTF-16, version 5.00). False when there is no such key, and no
-// file then, or when the file cannot be written.
+// Writes a key of the registry, such as "HKCU\Software\Name", with all below it to a file for
+// registry editors (UTF-16, version 5.00). False when there is no such key, and then no file is
+// made, or when the file cannot be written.
 bool ExportTree(const std::wstring& path, const std::wstring& file);
 
 } // namespace exam

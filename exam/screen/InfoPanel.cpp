@@ -25,7 +25,7 @@ const char* ProbeKey(int type)
     }
 }
 
-// Writes rows, each a label with its value below, from the top of an area down.
+// Writes rows from the top of an area down. Each row is a label with its value below.
 class Rows
 {
 public:

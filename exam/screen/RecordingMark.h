@@ -4,7 +4,7 @@
 
 namespace exam {
 
-// Draws a red dot and the number of frames that were recorded.
+// Draws a red dot and the number of recorded frames.
 void DrawRecordingMark(CDC& dc, const CRect& area, int frames);
 
 } // namespace exam

@@ -13,7 +13,7 @@ namespace exam {
 
 class Overlays;
 
-/// What the screen shows. The referenced objects outlive it.
+/// The content of the screen. The referenced objects outlive it.
 struct ScreenContent
 {
     const Session& session;
@@ -23,9 +23,9 @@ struct ScreenContent
     bool stripShown = false;
     int rotation = 0; ///< tenths of a degree; 0: no rotated outline
     CString status{};
-    bool keysShown = true;               ///< the list of keys beside the status
-    std::optional<int> recordedFrames{}; ///< set while a recording is under way
-    Overlays* overlays = nullptr;        ///< the windows over the image, where there are any
+    bool keysShown = true;               ///< true: shows the list of keys beside the status
+    std::optional<int> recordedFrames{}; ///< set during a recording
+    Overlays* overlays = nullptr;        ///< the windows over the image; null when there are none
 };
 
 } // namespace exam

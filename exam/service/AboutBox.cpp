@@ -12,7 +12,7 @@ namespace {
 
 constexpr int width = 640;
 constexpr int height = 480;
-// Where the columns of version and description begin, in the units of dialogs.
+// The places where the columns of version and description begin, in dialog units.
 constexpr int tabStops[] = {110, 190};
 
 CRect Centred(CWnd& owner)

@@ -4,12 +4,12 @@
 
 namespace exam {
 
-/// The box that says what program this is and lists its modules with their versions. It never takes
-/// the keyboard, which stays with the window above which it is shown.
+/// The box that names this program and lists its modules with their versions. It never takes the
+/// keyboard, which stays with the window below it.
 class AboutBox : public CWnd
 {
 public:
-    /// Shows the box in the middle of a window, with what is loaded now, or hides it.
+    /// Shows the box in the middle of a window, with the modules that are loaded now, or hides it.
     void Toggle(CWnd& owner);
     bool IsShown() const { return GetSafeHwnd() && IsWindowVisible(); }
 
@@ -21,7 +21,7 @@ private:
     bool Open(CWnd& owner);
     void List();
 
-    HWND m_list = nullptr; // a child, which goes with the box
+    HWND m_list = nullptr; // a child window, destroyed with the box
 };
 
 } // namespace exam

@@ -4,9 +4,9 @@
 
 namespace exam {
 
-/// Listens to what the library logs about zip archives while it lives: the log has the reason of a
-/// failure, and the result of extracting the last entry does not tell one from the end. One at a
-/// time, because it takes the logger's only hook.
+/// Collects what the library logs about zip archives while this object lives. Only the log has the
+/// reason of a failure, and the result of extracting the last entry does not tell a failure from
+/// the end. One object at a time, because it takes the logger's only hook.
 class ArchiveErrors
 {
 public:

@@ -11,7 +11,8 @@ namespace {
 
 volatile int s_sink = 0;
 
-// Near null, where nothing is on any platform. The compiler must not know.
+// An address near null, where no platform maps anything. It is volatile so that the compiler cannot
+// know it.
 volatile int* Nowhere()
 {
     static volatile std::uintptr_t address = 0x10;
@@ -39,7 +40,7 @@ void ExecuteIllegally()
     __asm__ volatile("ud2");
 }
 
-// Without bound; the addition keeps it from becoming a loop.
+// Recurses without bound. The addition keeps the compiler from making it a loop.
 [[gnu::noinline]] int Recurse(int depth)
 {
     volatile char frame[512];

@@ -5,17 +5,17 @@
 
 namespace exam {
 
-/// A way to crash, for service staff to see that a crash is reported.
+/// A way to crash, by which service staff see that a crash is reported.
 struct CrashKind
 {
     const wchar_t* name;
-    const char* textKey; ///< of its text in the service menu
+    const char* textKey; ///< key of its text in the service menu
     void (*crash)();
 };
 
 std::span<const CrashKind> CrashKinds();
 
-/// Ends the program by the crash of a name. Returns only when there is none of that name.
+/// Ends the program by the named kind of crash. Returns only when there is no such kind.
 void CrashOnPurpose(const std::wstring& name);
 
 /// All names, with commas between them.

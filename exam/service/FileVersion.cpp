@@ -56,7 +56,7 @@ bool PrintFileVersion(const std::wstring& path)
     }
     CMiniVersion version(file.c_str());
     version.Release();
-    const bool isThere = version.Init() != 0; // the constructor does not tell
+    const bool isThere = version.Init() != 0; // the constructor reports no failure
     version.Release();
     if (isThere)
         WriteOut(Description(version));

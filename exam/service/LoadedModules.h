@@ -8,9 +8,9 @@ namespace exam {
 /// A module of the running program.
 struct LoadedModule
 {
-    std::wstring name;        ///< its file's name
-    std::wstring version;     ///< of its file; empty when it does not say
-    std::wstring description; ///< of its file; empty when it does not say
+    std::wstring name;        ///< name of its file
+    std::wstring version;     ///< version of its file; empty when there is none
+    std::wstring description; ///< description of its file; empty when there is none
 };
 
 /// All modules, the program first.

@@ -7,8 +7,8 @@
 
 namespace exam {
 
-/// A small window above another one with a bar that fills while files are packed or unpacked. It is
-/// painted at once by each step, because the work is done on the user-interface thread.
+/// A small window above another one, with a bar that fills while files are packed or unpacked. Each
+/// step paints it at once, because the work is done on the user-interface thread.
 class ProgressWindow : public CWnd
 {
 public:
@@ -19,7 +19,7 @@ public:
     void Step(std::size_t done, std::size_t all, const std::wstring& name);
 
 private:
-    HWND m_name = nullptr; // children, which go with the window
+    HWND m_name = nullptr; // child windows, destroyed with the window
     HWND m_bar = nullptr;
 };
 

@@ -29,7 +29,7 @@ CString ResultText(const ArchiveResult& result, const char* doneKey, const std::
     return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
 }
 
-// Fills the bar as long as it lives.
+// The callback that fills the bar. The bar outlives it.
 ArchiveProgress StepsOf(ProgressWindow& bar)
 {
     return [&bar](std::size_t done, std::size_t all, const std::wstring& name) {
@@ -57,7 +57,7 @@ std::wstring ServiceDesk::Archive(int number) const
     return m_folder + name;
 }
 
-// 0 when the folder has none.
+// The number of the last archive; 0 when the folder has none.
 int ServiceDesk::LastNumber() const
 {
     std::error_code error;

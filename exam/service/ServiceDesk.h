@@ -9,7 +9,7 @@
 
 namespace exam {
 
-/// What the main window offers besides the examination: packing and unpacking of the study, the
+/// The main window's services besides the examination: packing and unpacking of the study, the
 /// about box, and in service mode the service menu.
 class ServiceDesk
 {
@@ -17,13 +17,13 @@ public:
     /// Sets the folder of the archives.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// Does what a key asks for; `window` is the main window. The text for its status line, or
-    /// nothing where there is none.
+    /// Handles a key; `window` is the main window. The result is the text for its status line, or
+    /// nothing when there is none.
     std::optional<CString> OnKey(CWnd& window, UINT key);
 
     const AboutBox& About() const { return m_about; }
 
-    /// The archive that was packed last; empty when there is none in the folder.
+    /// The path of the archive that was packed last; empty when there is none in the folder.
     std::wstring LastArchive() const;
 
 private:

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The process's current folder for the length of a scope.
+// Changes the process's current folder for the length of a scope.
 class InFolder
 {
 public:
@@ -38,11 +38,11 @@ public:
     explicit operator bool() const { return !m_error; }
 
 private:
-    std::error_code m_error; // before the path, whose look-up sets it
+    std::error_code m_error; // stands before the path, whose look-up sets it
     fs::path m_before;
 };
 
-// The files below a folder, sorted, but for the archive itself; `error` is set when it cannot be
+// The files below a folder, sorted, without the archive itself; `error` is set when it cannot be
 // read.
 std::vector<std::wstring> FilesBelow(const std::wstring& folder, const std::wstring& archive,
                                      std::error_code& error)
@@ -59,7 +59,7 @@ std::vector<std::wstring> FilesBelow(const std::wstring& folder, const std::wstr
     return files;
 }
 
-// A zip archive keeps names in the system's ANSI code page.
+// True when the archive can hold the name: its names are in the system's ANSI code page.
 bool CanBeKept(const std::wstring& name)
 {
     return base::WideFromBytes(CP_ACP, base::BytesFromWide(CP_ACP, name)) == name;
@@ -86,14 +86,14 @@ ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
     return result;
 }
 
-// Where the library extracts an entry to, from the current folder.
+// The path that the library extracts an entry to, relative to the current folder.
 std::wstring PathOf(std::wstring name)
 {
     if (name.size() > 1 && name[1] == L':') name.erase(0, 2);
     return name.erase(0, name.find_first_not_of(L"/\\"));
 }
 
-// Whether there is a file that must not be written.
+// True when a file is there that must not be written.
 bool IsHeld(const std::wstring& path)
 {
     constexpr auto withoutChange = std::ios::in | std::ios::out;
@@ -108,7 +108,7 @@ enum class Extracted
     failed
 };
 
-// Extracts the current entry. `problem` is the reason of a failure, where there is one.
+// Extracts the current entry. `problem` gets the reason of a failure, if there is one.
 Extracted ExtractEntry(ZipExtract& zip, const std::wstring& name, const char* password, bool isLast,
                        std::wstring& problem)
 {

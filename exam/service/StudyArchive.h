@@ -6,27 +6,28 @@
 
 namespace exam {
 
-/// What became of packing or unpacking.
+/// The result of packing or unpacking.
 struct ArchiveResult
 {
-    std::size_t files = 0; ///< that were packed or unpacked
+    std::size_t files = 0; ///< number of files packed or unpacked
     std::wstring problem;  ///< one sentence; empty when all went well
 };
 
-/// Told before each file: how many are done, how many there are in all, and its name.
+/// Called before each file with the number of finished files, the number of all files, and its
+/// name.
 using ArchiveProgress =
     std::function<void(std::size_t done, std::size_t all, const std::wstring& name)>;
 
-/// Packs the files of a folder and all below it, under names relative to the folder, into a new zip
+/// Packs all files in a folder and below it, under names relative to the folder, into a new zip
 /// archive. Empty folders are left out. A failure leaves no archive.
 ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
                          const ArchiveProgress& progress);
 
-/// Unpacks a zip archive into a folder, which is made if it is missing, over files that are there.
-/// `password` is for encrypted entries. Extraction stays at an entry that is a folder, so that an
-/// archive with one is unpacked up to it, and that is told as a problem. So is what was skipped,
-/// because its name would lead out of the folder or no file of that name could be written; the rest
-/// is unpacked. UI thread: the process's current folder is another one meanwhile.
+/// Unpacks a zip archive into a folder, which is made if it is missing. Existing files are
+/// replaced. `password` is for encrypted entries. The library cannot extract an entry that is a
+/// folder, so an archive with one is unpacked up to it, and `problem` says so. It also names
+/// skipped entries: those whose name leads out of the folder, or whose file cannot be written; the
+/// rest is unpacked. UI thread only, because the process's current folder changes meanwhile.
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
                             const std::string& password, const ArchiveProgress& progress);
 

@@ -12,14 +12,14 @@ namespace exam {
 
 namespace {
 
-constexpr std::size_t endSize = 22; // of the record at the end of an archive
+constexpr std::size_t endSize = 22; // size of the record at the end of an archive
 constexpr std::size_t longestComment = 0xFFFF;
-constexpr std::size_t wideLocatorSize = 20; // stands before it in an archive with wide fields
+constexpr std::size_t wideLocatorSize = 20; // size of the record before that, with wide fields
 constexpr std::size_t wideEndSize = 56;
 constexpr std::size_t entrySize = 46;
 constexpr std::uint64_t largestDirectory = 0x10000000; // 256 MiB
 
-// Bytes of an archive. A number that lies beyond them is 0.
+// The bytes of an archive. A number beyond their end reads as 0.
 class Bytes
 {
 public:
@@ -47,7 +47,7 @@ private:
     std::string m_bytes;
 };
 
-// Where the directory lies.
+// The position and size of the directory.
 struct Place
 {
     std::uint64_t offset;
@@ -83,7 +83,8 @@ private:
     std::uint64_t m_size = 0;
 };
 
-// An archive of more than 65534 entries or 4 GiB says where it lies in a record of its own.
+// An archive of more than 65534 entries or 4 GiB keeps the directory's place in a record of its
+// own.
 std::optional<Place> FindWidePlace(ArchiveFile& file, const Bytes& locator)
 {
     if (locator.Text(0, 4) != "PK\6\7") return std::nullopt;
@@ -104,7 +105,7 @@ std::optional<Place> FindDirectory(ArchiveFile& file)
     const bool isWide = place.count == 0xFFFF || place.offset == 0xFFFFFFFF;
     if (!isWide || end < wideLocatorSize) return place;
     const std::uint64_t locator = file.Size() - tail + end - wideLocatorSize;
-    // 65535 can be the number of entries itself, in an archive without wide fields.
+    // 65535 can also be the true number of entries in an archive without wide fields.
     return FindWidePlace(file, file.Read(locator, wideLocatorSize)).value_or(place);
 }
 

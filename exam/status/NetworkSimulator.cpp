@@ -56,7 +56,7 @@ void NetworkSimulator::SetSignal(int level)
     Tell(L"MSNdis_StatusLinkSpeedChange", wirelessName);
 }
 
-// What the monitoring asks for.
+// Sets the answers to the queries of the monitoring.
 void NetworkSimulator::Answer()
 {
     m_server.SetAnswer(L"SELECT * FROM MSNdis_MediaConnectStatus WHERE InstanceName NOT LIKE "
@@ -77,7 +77,7 @@ void NetworkSimulator::Answer()
     m_server.SetAnswer(L"SELECT * FROM MSNdis_EnumerateAdapter", adapters);
 }
 
-// Waits for the thread: the receivers do no more than store a state and post a message.
+// Waiting for the thread is safe: the receivers only store a state and post a message.
 void NetworkSimulator::Tell(const wchar_t* eventClass, const wchar_t* adapter)
 {
     std::jthread([&] {

@@ -4,17 +4,17 @@
 
 namespace exam {
 
-/// The network adapters of a computer whose platform tells nothing of its own: the platform's
-/// management service is played in this process, with one wired and one wireless adapter. What is
-/// set here is what the service answers from then on, and it is told at once to whoever has
-/// subscribed, on a thread of its own as the platform does.
+/// Simulates network adapters where the platform reports none. It plays the platform's management
+/// service in this process, with one wired and one wireless adapter. The service answers with what
+/// is set here, and it tells every subscriber of a change at once, on a thread of its own as the
+/// platform does.
 ///
-/// COM has to be initialised on the thread that makes and destroys it.
+/// COM must be initialised on the thread that makes and destroys it.
 class NetworkSimulator
 {
 public:
-    /// Everything is there and connected, with a good signal. Throws std::runtime_error when the
-    /// service cannot be registered.
+    /// Both adapters are present and connected at first, with a good signal. Throws
+    /// std::runtime_error when the service cannot be registered.
     NetworkSimulator();
 
     bool IsWiredConnected() const { return m_wired; }
@@ -23,10 +23,10 @@ public:
     int Signal() const { return m_signal; }
 
     void ConnectWired(bool connected);
-    /// The wireless adapter arrives or is removed.
+    /// Plugs the wireless adapter in, or removes it.
     void PlugWireless(bool plugged);
     void ConnectWireless(bool connected);
-    /// Level of the wireless signal in dBm.
+    /// Sets the level of the wireless signal in dBm.
     void SetSignal(int level);
 
 private:

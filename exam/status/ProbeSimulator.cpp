@@ -8,7 +8,7 @@ namespace {
 
 constexpr int sensorVersion = 2;
 
-// 0 to 1 in one period, and back to 0 in the next.
+// Rises from 0 to 1 in one period, and falls back to 0 in the next.
 double ToAndFro(double seconds, double period)
 {
     const double phase = std::fmod(seconds, 2 * period) / period;

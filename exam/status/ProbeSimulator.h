@@ -11,7 +11,7 @@ class ProbeSimulator
 public:
     static constexpr double coldest = 36.0;       ///< degrees Celsius
     static constexpr double hottest = 40.4;       ///< degrees Celsius
-    static constexpr double heatingPeriod = 30.0; ///< seconds from the one to the other
+    static constexpr double heatingPeriod = 30.0; ///< seconds from coldest to hottest
     static constexpr double turningPeriod = 8.0;  ///< seconds from 0 to 180 degrees
 
     /// The reading at a time in seconds, counted from the coldest.
@@ -25,7 +25,7 @@ public:
     void SetError(bool error);
     bool HasError() const { return m_error; }
 
-    /// Goes on by this time in seconds and shows the reading.
+    /// Advances by a time in seconds and shows the reading.
     void Advance(double seconds);
 
 private:

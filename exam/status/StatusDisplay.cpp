@@ -25,7 +25,7 @@ namespace {
 constexpr int strongSignal = -55; // dBm
 constexpr int weakSignal = -88;
 
-// Of a state that is one of several: off means none of them.
+// A switch for one value of a state that has several. Switching it off sets StreamingOff.
 PageSwitch StreamingSwitch(const char* text, CStatusStreaming::StreamingStatus status)
 {
     return {text, [status] { return CStatusStreaming::getState() == status; },

@@ -22,9 +22,9 @@ struct ComTraits
     static void Release(bool) noexcept { CoUninitialize(); }
 };
 
-/// All that makes the status row live: the row, its settings page, the simulated network and probe,
-/// and the registered items. One object, made and destroyed on the user-interface thread. The
-/// items' static setters must not be used after its end.
+/// Keeps the status row live: it holds the row, its settings page, the simulated network and probe,
+/// and the registered items. There is one object, made and destroyed on the user-interface thread.
+/// The items' static setters must not be used after its end.
 class StatusDisplay
 {
 public:
@@ -44,7 +44,7 @@ public:
 
     void OpenPage() { m_page.Open(m_window); }
 
-    /// Takes the icons of 32 pixels instead of those of 24.
+    /// Takes the icons of 32 pixels, or those of 24.
     void UseLargeIcons(bool large);
 
     /// Plugs the simulated probe in or pulls it out; its readings go on while it is plugged in.

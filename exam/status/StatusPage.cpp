@@ -22,7 +22,7 @@ constexpr int columnWidth = (width - 2 * margin) / 2;
 constexpr int firstId = 100;
 constexpr int allSides = 15;
 
-// The upper left corner of a line of a column.
+// The upper left corner of a line in a column.
 CPoint Place(int column, int line)
 {
     return {margin + column * columnWidth, titleHeight + headingHeight + line * lineHeight};
@@ -77,7 +77,7 @@ void StatusPage::Open(CWnd& owner)
     ShowWindow(SW_SHOW);
 }
 
-// False when the platform refuses one.
+// False when the platform refuses a switch.
 bool StatusPage::CreateSwitches()
 {
     const auto shown = static_cast<int>(m_shown.size());
@@ -128,7 +128,7 @@ BOOL StatusPage::OnCommand(WPARAM wParam, LPARAM lParam)
     return TRUE;
 }
 
-// Also while a check box has the focus.
+// Escape closes the page even while a check box has the focus.
 BOOL StatusPage::PreTranslateMessage(MSG* message)
 {
     if (message->message != WM_KEYDOWN || message->wParam != VK_ESCAPE)

@@ -7,23 +7,23 @@
 
 namespace exam {
 
-/// A check box of the page: what it is called, what it shows and what it changes.
+/// A check box of the page: its label, its state and its effect.
 struct PageSwitch
 {
-    const char* text; ///< key of what it is called
+    const char* text; ///< key of its label
     std::function<bool()> isOn;
     std::function<void(bool)> set;
 };
 
-/// The settings of the status row in one column, and what is simulated for it in another, as a
-/// pop-up window over the main window. Escape and the close of stray pop-ups end it.
+/// A pop-up window over the main window, with the settings of the status row in one column and the
+/// simulated states in another. Escape and the close of stray pop-ups end it.
 class StatusPage : public CWnd
 {
 public:
     StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated);
     ~StatusPage() override;
 
-    /// Opens the page, or shows what has changed if it is open.
+    /// Opens the page, or updates it if it is open.
     void Open(CWnd& owner);
 
     /// Clicks a check box as the user would. `index` counts through both columns.

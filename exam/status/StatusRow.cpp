@@ -24,11 +24,11 @@ constexpr UINT_PTR tickTimer = 1;
 constexpr int spacing = 6;      // pixels between two items
 constexpr int addressRoom = 76; // pixels; the address reaches beyond the icon that it belongs to
 
-// Read by the threads that change a state.
+// The threads that change a state read it.
 constinit std::atomic<HWND> s_row = nullptr;
 constinit std::atomic<bool> s_isRepaintPosted = false;
 
-// What an item takes besides the width that it answers.
+// The pixels that an item takes besides the width that it answers.
 int RoomBeside(const IStatusItem* item)
 {
     const bool hasAddress = item == CStatusStreaming::getInstance() && IsAddressWanted() &&
@@ -36,7 +36,7 @@ int RoomBeside(const IStatusItem* item)
     return hasAddress ? addressRoom : spacing;
 }
 
-// From the right to the left; where the items end.
+// Paints the items from right to left. The result is the left edge of the last one.
 int PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
 {
     int right = area.right;
@@ -106,13 +106,13 @@ void StatusRow::OnTimer(UINT_PTR)
     if (m_onTick) m_onTick();
 }
 
-// Some texts are kept by the items.
+// The items keep some texts, so they read their settings again after a change of language.
 void StatusRow::OnStateChange(StateChangeType type, unsigned int, long)
 {
     if (type == stateLanguageChanged && GetSafeHwnd()) ReadSettings();
 }
 
-// On any thread.
+// Any thread may call it.
 void StatusRow::RequestRepaint()
 {
     const HWND row = s_row;

@@ -14,7 +14,7 @@ namespace exam {
 
 /// The status row, a window of its own in the header. The library's items draw themselves into it,
 /// the first registered one at the right. Any thread may ask for a repaint through the items'
-/// callback; it arrives here as one posted message, however many were asked for meanwhile.
+/// callback. It arrives here as one posted message, however many requests came meanwhile.
 class StatusRow : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -29,10 +29,10 @@ public:
     void ReadSettings();
 
     static constexpr double tickSeconds = 0.25;
-    /// Calls a function from now on once a tick; an empty one ends it.
+    /// Sets the function that is called once a tick from now on; an empty one ends the ticks.
     void OnTick(std::function<void()> action);
 
-    /// The left edge of what was painted last, in pixels of the row; its width when it was empty.
+    /// The left edge of the last painting, in pixels of the row; the row's width when it was empty.
     int PaintedFrom() const { return m_paintedFrom; }
 
 protected:

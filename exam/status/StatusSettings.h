@@ -4,12 +4,11 @@
 
 namespace exam {
 
-/// One of the settings that say what the status row shows, a number of the profile section
-/// "Settings\Status".
+/// A setting of what the status row shows. It is a number in the profile section "Settings\Status".
 struct StatusSetting
 {
     const wchar_t* entry;
-    const char* text; ///< key of what it is called
+    const char* text; ///< key of its label
 };
 
 std::span<const StatusSetting> StatusSettings();
@@ -17,7 +16,7 @@ std::span<const StatusSetting> StatusSettings();
 bool IsWanted(const StatusSetting& setting);
 void SetWanted(const StatusSetting& setting, bool wanted);
 
-/// The setting that writes this computer's address over the streaming icon.
+/// True when the setting asks for this computer's address over the streaming icon.
 bool IsAddressWanted();
 
 } // namespace exam

@@ -18,22 +18,22 @@ enum SampleRecording : std::size_t
     linearRecording
 };
 
-/// What the steps of a tour work on.
+/// The objects that the steps of a tour work on.
 struct TourContext
 {
     TourReport& report;
     MainWindow& window;
     ConsoleControls& controls;
     Session& session;
-    std::wstring folder; ///< of the pictures and files that the tour leaves
+    std::wstring folder; ///< folder of the pictures and files that the tour leaves
 
-    /// Lets the window paint what has changed and saves the picture as NAME.png. This is a step.
+    /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step.
     void Picture(const std::wstring& name);
 
     void ShowRecording(SampleRecording recording);
 
-    /// Lets the windows handle their messages until a condition holds. False when it has not within
-    /// a time that is more than enough.
+    /// Lets the windows handle their messages until a condition holds. False when it does not hold
+    /// within a generous time.
     bool WaitUntil(const std::function<bool()>& condition);
 };
 

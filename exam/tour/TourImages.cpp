@@ -33,7 +33,8 @@ void CurvedFrame(TourContext& context)
     const CPoint apex = image.Pixel(120, 0);
     context.report.Step(view.Grey({2, apex.y}) == 0 && view.Grey({apex.x, apex.y - 3}) == 0,
                         L"nothing is shown outside the sector");
-    // Chord of the probe's face: 2 r sin(half the sector), from the recording's published geometry.
+    // The chord of the probe's face is 2 r sin(half the sector), by the recording's published
+    // geometry.
     const double chord = 2 * 26.4 * std::sin((std::acos(-1.0) / 2 + 0.5) / 2);
     const double shown = image.Millimetres(image.Pixel(0, 0), image.Pixel(240, 0));
     context.report.Step(std::abs(shown - chord) < 2 * image.micronsPerPixel.x / 1000.0,

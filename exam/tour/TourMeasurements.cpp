@@ -37,8 +37,8 @@ private:
         Send(message, flags, MAKELPARAM(at.x, at.y));
     }
 
-    // In trackball style the tools move the cursor, which brings mouse messages of its own. So
-    // everything that is pending is handled before and after.
+    // In trackball style the tools move the cursor, which brings mouse messages of its own. So all
+    // pending messages are handled before and after.
     void Send(UINT message, WPARAM wParam, LPARAM lParam)
     {
         HandlePending();
@@ -61,7 +61,8 @@ bool Near(double value, double expected, double tolerance)
     return std::abs(value - expected) <= tolerance;
 }
 
-// Two points on one scan line are 40 mm apart by their samples. The caliper has to measure that.
+// Two points on one scan line are 40 mm apart by their samples, and the caliper has to measure
+// that.
 void Distance(TourContext& context, Mouse& mouse)
 {
     const DistanceCaliper& caliper = context.window.Tools().Distance();
@@ -99,7 +100,7 @@ void Region(TourContext& context, Mouse& mouse)
     mouse.DragPoint(region.Points()[1], image.Pixel(200, 900));
     context.report.Step(Near(region.DepthMillimetres(), 400 * 0.0513434, 0.3),
                         L"the region's depth follows the scan lines");
-    // Chord between lines 150 and 200 at the radius of sample 900.
+    // The chord is between lines 150 and 200 at the radius of sample 900.
     const double radius = 26.4 + 900 * 0.0513434;
     const double chord = 2 * radius * std::sin(50 * (std::acos(-1.0) / 2 + 0.5) / 240 / 2);
     context.report.Step(Near(region.WidthMillimetres(), chord, 1.5),

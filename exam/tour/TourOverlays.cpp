@@ -51,7 +51,7 @@ bool ShowsTip(TourContext& context, const CString& text)
     return context.WaitUntil([&] { return ShownTip() && TextOf(ShownTip()) == text; });
 }
 
-// Saves what the screen shows round the main window's image: tips are windows of their own.
+// Saves the screen around the main window's image, because tips are windows of their own.
 void ScreenPicture(TourContext& context, const std::wstring& name, const CRect& part)
 {
     const std::wstring path = context.folder + L"\\" + name + L".png";
@@ -108,7 +108,7 @@ void Buttons(TourContext& context)
     context.report.Step(context.window.Tools().Distance().IsVisible(),
                         L"a button of the tool bar shows the caliper");
     Push(context, rawButton);
-    Push(context, movieButton); // cannot be pushed now
+    Push(context, movieButton); // has no effect now
     context.report.Step(context.window.IsRecording() &&
                             tools.Buttons()[movieButton].form() == ButtonForm::disabled,
                         L"while raw frames are recorded the movie's button cannot be pushed");
@@ -121,7 +121,7 @@ void Buttons(TourContext& context)
     Push(context, distanceButton);
 }
 
-// Moves the pointer, which stays where it is put: a window that it is not over forgets its tip.
+// Moves the system's pointer: a window forgets its tip when the pointer is not over it.
 void PointAt(CWnd& window, CPoint pixel)
 {
     window.ClientToScreen(&pixel);
@@ -156,7 +156,7 @@ void PanelTips(TourContext& context)
     context.report.Step(context.WaitUntil([] { return !ShownTip(); }), L"and goes, too");
 }
 
-// Where balloons stand: the lower right corner of the console's screen.
+// The lower right corner of the console's screen, where balloons stand.
 CRect BalloonCorner()
 {
     return {700, 620, 1280, 960};

@@ -1,5 +1,5 @@
-// Station 8: the control panel, worked with posted messages of the mouse; and the tour's end, which
-// its button End makes.
+// Station 8: the control panel, worked with posted mouse messages; and the tour's end by its button
+// End.
 #include "panel/PanelFile.h"
 #include "panel/PanelGrid.h"
 #include "tour/Tour.h"
@@ -22,7 +22,7 @@ std::wstring SavedActions()
     return utilsExam::GetProtocolSavePath(L"ButtonActions.xml", nullptr).GetString();
 }
 
-// The hand at the panel.
+// Works the panel with the mouse.
 class Hand
 {
 public:
@@ -69,8 +69,9 @@ private:
         Send(WM_LBUTTONUP, 0, at);
     }
 
-    // Posts a message to the panel's queue, as the user's mouse would, and lets it be handled. The
-    // system's pointer goes along, because capturing the mouse may bring a message of where it is.
+    // Posts a message to the panel's queue, as the user's mouse would, and lets the panel handle
+    // it. The system's pointer moves along, because capturing the mouse may bring a message of its
+    // position.
     void Send(UINT message, WPARAM flags, CPoint at)
     {
         CPoint onScreen = at;
@@ -221,7 +222,7 @@ void RemoveSavedFiles()
 void TourPanel(TourContext& context)
 {
     context.ShowRecording(curvedRecording);
-    RemoveSavedFiles(); // of an earlier tour
+    RemoveSavedFiles(); // files of an earlier tour
     context.controls.Reload();
     Hand hand(context);
     context.report.Step(hand.Panel().Buttons().size() == hand.Panel().Layout().Placements().size(),

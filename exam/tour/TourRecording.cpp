@@ -1,4 +1,4 @@
-// Station 7: what the exam shows is kept, as raw frames byte for byte and as movies.
+// Station 7: the exam is recorded, as raw frames byte for byte and as movies.
 #include "base/Console.h"
 #include "record/VideoCodec.h"
 #include "tour/Tour.h"
@@ -89,7 +89,7 @@ void MissingCodec(TourContext& context)
                         L"a codec that is missing is told, and nothing is recorded");
 }
 
-// Two rounds of the four frames, the second one with the spectral strip.
+// Records two rounds of the four frames, the second one with the spectral strip.
 void Movie(TourContext& context, const wchar_t* codec, const std::wstring& path)
 {
     SetCodec(codec);
@@ -109,7 +109,7 @@ void TourRecording(TourContext& context)
 {
     const std::wstring folder = context.folder + L"\\recordings";
     std::error_code error;
-    fs::remove_all(folder, error); // of an earlier tour
+    fs::remove_all(folder, error); // files of an earlier tour
     context.ShowRecording(linearRecording);
     RawRecordingOfAllFrames(context, folder);
     AnotherImageEndsTheRecording(context, folder);

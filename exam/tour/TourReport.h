@@ -10,7 +10,7 @@ class TourReport
 public:
     void Step(bool held, const std::wstring& what);
 
-    /// Prints the verdict. True when there were steps and all of them held.
+    /// Prints the verdict. True when there was at least one step and all steps held.
     bool Close() const;
 
 private:

@@ -1,4 +1,4 @@
-// Station 9: the study is packed and unpacked, the program says what it is made of, and a crash of
+// Station 9: the study is packed and unpacked, the program lists its modules, and a crash of
 // another exam is reported.
 #include "service/ProgressWindow.h"
 #include "tour/Tour.h"
@@ -79,7 +79,7 @@ void About(TourContext& context)
     context.report.Step(!about.IsShown(), L"the same key closes it");
 }
 
-// What the timer below has found of the open menu.
+// The findings of the timer below about the open menu.
 struct MenuSeen
 {
     std::wstring picture;
@@ -97,7 +97,7 @@ void CALLBACK LookAtMenu(HWND, UINT, UINT_PTR timer, DWORD)
     EndMenu();
 }
 
-// Presses the key of the menu, which returns when the menu is closed: the timer does that.
+// Presses the key of the menu. The call returns when the timer below closes the menu.
 bool OpensMenu(TourContext& context)
 {
     s_menu = {context.folder + L"\\service-menu.png"};
@@ -116,7 +116,7 @@ void Menu(TourContext& context)
     utilsExam::ServiceMode = false;
 }
 
-// Another exam, which crashes; false when it does not end by an access violation.
+// Starts another exam, which crashes; false when it does not end by an access violation.
 bool CrashAnother(const std::wstring& log)
 {
     const std::wstring program = base::ModuleFile(nullptr);
@@ -134,7 +134,7 @@ bool CrashAnother(const std::wstring& log)
            GetExitCodeProcess(process.get(), &code) && code == STATUS_ACCESS_VIOLATION;
 }
 
-// Whether a window shows a text that names the folder.
+// An enumeration callback that stops at the window whose text names the folder.
 BOOL CALLBACK NamesFolder(HWND child, LPARAM folder)
 {
     wchar_t text[1024] = {};
@@ -142,7 +142,7 @@ BOOL CALLBACK NamesFolder(HWND child, LPARAM folder)
     return std::wcsstr(text, reinterpret_cast<const wchar_t*>(folder)) == nullptr;
 }
 
-// The reporter's message about this folder; that of an earlier crash may still be open.
+// The reporter's message about this folder, because one about an earlier crash may still be open.
 HWND FindMessage(const std::wstring& folder)
 {
     const auto wanted = reinterpret_cast<LPARAM>(folder.c_str());
@@ -152,7 +152,7 @@ HWND FindMessage(const std::wstring& folder)
     return nullptr;
 }
 
-// Waits for the message, which comes when the archive is made; null when it does not.
+// Waits for the message, which comes when the archive is made; null when it does not come.
 HWND AwaitMessage(const std::wstring& folder)
 {
     for (DWORD waited = 0; waited < patience; waited += 100) {
@@ -177,7 +177,7 @@ void Crash(TourContext& context)
     const std::wstring log = context.folder + L"\\log";
     std::error_code error;
     if (const HWND old = FindMessage(log)) PostMessageW(old, WM_CLOSE, 0, 0);
-    fs::remove_all(log, error); // of an earlier tour
+    fs::remove_all(log, error); // files of an earlier tour
     context.report.Step(CrashAnother(log), L"another exam crashes");
     const HWND message = AwaitMessage(log);
     context.report.Step(message != nullptr, L"the crash reporter says where the archive is");

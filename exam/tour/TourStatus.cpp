@@ -18,7 +18,7 @@ namespace exam {
 
 namespace {
 
-constexpr int unusableVersion = 1; // of the sensor's interface
+constexpr int unusableVersion = 1; // version of the sensor's interface
 
 void DispatchPending()
 {
@@ -26,7 +26,7 @@ void DispatchPending()
         DispatchMessage(&next);
 }
 
-// What the row takes, in pixels, once what was asked for is painted.
+// The width of the row in pixels, once all requested repaints are done.
 int PaintedWidth(StatusDisplay& status)
 {
     DispatchPending();
@@ -36,7 +36,7 @@ int PaintedWidth(StatusDisplay& status)
     return area.Width() - status.Row().PaintedFrom();
 }
 
-// Whether the icon at the left end of the row is drawn, as it is seen.
+// True when the icon at the left end of the row is visible on the screen.
 bool IsLeftmostLit(StatusDisplay& status)
 {
     constexpr int iconWidth = 24;

@@ -1,4 +1,4 @@
-// Station 3: texts in two languages, and what happens to a wrong translation.
+// Station 3: texts in two languages, and the effect of a wrong translation.
 #include "tour/Tour.h"
 
 #include <Utils_Statics/GetStr.h>

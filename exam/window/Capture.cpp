@@ -14,7 +14,7 @@ namespace {
 constexpr CLSID pngEncoder = {
     0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
 
-// A part of what a device context shows.
+// Saves a part of a device context's content.
 bool SavePart(HDC source, const CRect& part, const std::wstring& path)
 {
     const base::MemoryContext memory(CreateCompatibleDC(source));

@@ -17,7 +17,7 @@ ConsoleControls::ConsoleControls(MainWindow& window, const Session& session,
 ConsoleControls::~ConsoleControls()
 {
     m_window.SetPanel(nullptr);
-    m_panel.DestroyWindow(); // it shows what goes next
+    m_panel.DestroyWindow(); // it shows objects that end next
     DerivedState::DestroyAll();
     ActionRepository::DestroyInstance();
 }

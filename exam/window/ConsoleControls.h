@@ -6,8 +6,8 @@
 
 namespace exam {
 
-/// The control panel and what connects it with the application: actions one way, states the other.
-/// The protocol's files are in force from Reload() to the end of this object.
+/// Connects the control panel with the application: actions one way, states the other. The
+/// protocol's files are in force from Reload() to the end of this object.
 class ConsoleControls
 {
 public:
@@ -20,7 +20,7 @@ public:
     /// Shows the panel; false when the platform refuses its window.
     bool Open();
 
-    /// Reads the protocol's files anew, as at the start of the program.
+    /// Reads the protocol's files again, as at the start of the program.
     void Reload();
 
     ControlPanel& Panel() { return m_panel; }

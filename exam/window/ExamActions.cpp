@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 constexpr int tenthsOfDegree = 10;
 constexpr int fullTurn = 3600;
 
-// Files may hold any number. Within these bounds no sum or product here leaves its range, and no
-// action means more.
+// Files may hold any number. Within these bounds no sum or product here overflows, and every
+// meaningful action fits.
 constexpr int mostParam = 10000;
 
 struct Context
@@ -39,7 +39,7 @@ void SaveImage(const Context& context)
     std::wstring path;
     for (int number = 1; path.empty() || fs::exists(path, error); ++number)
         path = context.pictures + L"\\picture-" + std::to_wstring(number) + L".png";
-    context.window.UpdateWindow(); // what has just changed is on the picture too
+    context.window.UpdateWindow(); // the picture shows the latest change too
     const bool saved = CaptureToPng(context.window.GetSafeHwnd(), path);
     context.window.SetStatus(
         GetStr(saved ? "exam.picture.saved" : "exam.picture.notsaved", path.c_str()));

@@ -8,15 +8,15 @@
 
 namespace exam {
 
-/// What the actions of the vocabulary do in this application. Each that has no effect here (there
-/// is no transmitter, no printer and no patient list) is told in the status line.
+/// Carries out the actions of the vocabulary. An action that has no effect here (there is no
+/// transmitter, no printer and no patient list) is reported in the status line.
 class ExamActions
 {
 public:
     /// `pictures`: the folder of saved pictures.
     ExamActions(MainWindow& window, std::wstring pictures);
 
-    /// Carries an action out, and tells the consumers of action notifications that it was.
+    /// Carries an action out, and notifies the consumers of action notifications.
     void CarryOut(const ActionInfo& action);
 
 private:

@@ -9,14 +9,14 @@
 
 namespace exam {
 
-/// Broadcasts what the application is doing as action states, each when it has changed: whenever
-/// the state-change signal tells of a change, the states are looked at.
+/// Broadcasts the application's action states, each when it has changed. The state-change signal
+/// triggers the look at the states.
 class ExamStates : private IStateChangeConsumer
 {
 public:
     ExamStates(const MainWindow& window, const Session& session);
 
-    /// Broadcasts every state, for consumers that have registered since.
+    /// Broadcasts every state, for consumers that registered after the last broadcast.
     void BroadcastAll();
 
 private:

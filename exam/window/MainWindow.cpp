@@ -181,7 +181,7 @@ void MainWindow::ToggleMovieRecording()
     ToggleRecording(&Recorder::StartMovie);
 }
 
-// Frames go on by themselves while they are recorded or not frozen.
+// Frames advance by themselves while they are recorded or not frozen.
 void MainWindow::RunTimer()
 {
     if (m_session.IsEmpty() || (!m_recorder.IsRecording() && m_frozen)) {

@@ -18,7 +18,7 @@
 namespace exam {
 
 /// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a
-/// console. It repaints when the state-change signal tells of a change, and only then.
+/// console. It repaints only when the state-change signal tells of a change.
 class MainWindow : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -46,11 +46,12 @@ public:
     void SetFrozen(bool frozen);
     bool IsFrozen() const { return m_frozen; }
 
-    /// Brightens the image by decibels, within 20 either way.
+    /// Changes the image's gain by decibels; the sum stays within -20 and 20.
     void ChangeGain(int decibels);
     int Gain() const { return m_gain; }
 
-    /// Shows more or less of the recording's depth, in tenths of it: from a half to the whole.
+    /// Changes the shown depth by tenths of the recording's; the result stays between half and all
+    /// of it.
     void ChangeDepth(int tenths);
     int DepthMillimetres() const;
 
@@ -61,13 +62,13 @@ public:
     /// Shows or hides a measuring tool.
     void ToggleTool(ImageTool& tool);
 
-    /// Begins a recording, or ends the one that is under way, whatever it records.
+    /// Begins a recording, or ends the current one, whatever it records.
     void ToggleRawRecording();
     void ToggleMovieRecording();
     void EndRecording();
     bool IsRecordingMovie() const { return IsRecording() && m_recordsMovie; }
 
-    /// The key K shows and hides this window; null: none.
+    /// Sets the window that the key K shows and hides; null: none.
     void SetPanel(CWnd* panel) { m_panel = panel; }
 
     /// Sets the folder of the recordings, and of the archives of studies.
@@ -110,7 +111,7 @@ private:
     void Report(NoticeKind kind, const CString& sentence);
     void ShowRecordingMark();
 
-    GdiPlusSession m_gdiPlus; // while the buttons' pictures live
+    GdiPlusSession m_gdiPlus; // runs while the buttons' pictures live
     Session& m_session;
     ImageView m_view;
     const CineFile* m_shown = nullptr; // the recording that the view is fitted to
@@ -121,7 +122,7 @@ private:
     bool m_recordsMovie = false;
     bool m_frozen = true;
     int m_gain = 0;          // decibels
-    int m_depth = fullDepth; // tenths of the recording's
+    int m_depth = fullDepth; // tenths of the recording's depth
     CWnd* m_panel = nullptr;
     ServiceDesk m_service;
     Overlays m_overlays;

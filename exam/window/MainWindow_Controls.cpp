@@ -1,4 +1,4 @@
-// MainWindow: what the user controls besides recordings and tools.
+// MainWindow: the user's controls besides recordings and tools.
 #include "window/MainWindow.h"
 
 #include "base/StateChanges.h"
@@ -11,7 +11,7 @@ namespace exam {
 namespace {
 
 constexpr int mostGain = 20;  // decibels
-constexpr int leastDepth = 5; // tenths of the recording's
+constexpr int leastDepth = 5; // tenths of the recording's depth
 
 } // namespace
 
@@ -34,7 +34,7 @@ void MainWindow::ChangeDepth(int tenths)
     const int depth = std::clamp(m_depth + tenths, leastDepth, fullDepth);
     if (depth == m_depth) return;
     m_depth = depth;
-    m_shown = nullptr; // the view is to be fitted anew
+    m_shown = nullptr; // makes the view fit the image again
     TellChange(stateImageChanged);
 }
 

@@ -1,4 +1,4 @@
-// MainWindow: what the buttons of its tool bar do, and how they look.
+// MainWindow: the effect and the look of the tool bar's buttons.
 #include "window/MainWindow.h"
 
 namespace exam {
@@ -9,7 +9,7 @@ ToolButton MainWindow::MeasureButton(ImageTool& tool, const wchar_t* picture, co
             [&tool] { return tool.IsVisible() ? ButtonForm::framed : ButtonForm::normal; }};
 }
 
-// One recording runs at a time: its button ends it, and the other one cannot be pushed.
+// Only one recording runs at a time. Its button ends it, and the other one cannot be pushed.
 ButtonForm MainWindow::RecordForm(bool isMovie) const
 {
     if (!IsRecording()) return ButtonForm::normal;
