@@ -1,4 +1,4 @@
-// A module without anything in it but one function, so that it has an export table.
+// A module with a single function, so that it has an export table.
 extern "C" __declspec(dllexport) int LoadedModuleAnswer()
 {
     return 42;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr UINT windows1252 = 1252;
 
-// A text of whole characters, also beyond the first plane.
+// A text of whole characters, including some beyond the first plane.
 std::wstring RandomText(std::mt19937& random)
 {
     std::uniform_int_distribution<unsigned> codePoint(1, 0x10FFFF);
@@ -78,7 +78,7 @@ TEST(Encoding, CodePagesReadAndWriteTheirCharacters)
 
 TEST(Encoding, TextsThatAreTooLongGiveNothing)
 {
-    // The characters themselves are never looked at.
+    // The characters themselves are never read.
     constexpr std::size_t tooLong = std::size_t{INT_MAX} + 1;
     EXPECT_EQ(base::WideFromBytes(CP_UTF8, std::string_view("a", tooLong)), std::nullopt);
     EXPECT_EQ(base::WideFromUtf8(std::string_view("a", tooLong)), L"");

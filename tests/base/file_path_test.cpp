@@ -11,7 +11,7 @@
 
 namespace {
 
-// Six folders within each other, whose innermost has a path of some 400 characters.
+// Six nested folders. The path of the innermost has some 400 characters.
 class DeepFolder
 {
 public:

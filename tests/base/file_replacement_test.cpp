@@ -44,7 +44,7 @@ TEST_F(FileReplacement, MovesToAPlaceThatIsFree)
     EXPECT_FALSE(FileExists(m_file));
 }
 
-// Whose rights, attributes and times are kept by the platform's own way of replacing.
+// The platform's own function for replacing keeps the file's rights, attributes and times.
 TEST_F(FileReplacement, ReplacesAFileTheWayThatKeepsItsRights)
 {
     const test_support::ImportHook hook(L"base_test.exe", "ReplaceFileW",

@@ -1,4 +1,4 @@
-// That each alias releases its resource, and knows the value that the platform answers for none.
+// Checks that each alias releases its resource, and knows the platform's value for "none".
 #include <base/Handles.h>
 
 #include "test_support/Files.h"
@@ -28,7 +28,7 @@ LRESULT CALLBACK PassOn(int code, WPARAM wParam, LPARAM lParam)
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-// A file must not be taken for an event: the two differ in what stands for none.
+// A file must not be taken for an event, because their values for "none" differ.
 static_assert(!std::is_same_v<base::File, base::Event>);
 static_assert(!std::is_same_v<base::File, base::Find>);
 

@@ -7,8 +7,8 @@
 
 namespace {
 
-// A resource that writes down what is released. 0 is a resource as any other, as it is where the
-// platform says -1 for none.
+// A resource that records each release. 0 is a valid resource, as with handles for which the
+// platform uses -1 as "none".
 struct CountedTraits
 {
     using Handle = int;

@@ -1,6 +1,5 @@
-// What FullPath answers when another thread changes the current directory between its two
-// questions. The change is made here, right behind the first answer, so that it never comes too
-// late.
+// Checks FullPath when another thread changes the current directory between its two questions. The
+// change is made here, right behind the first answer, so that it never comes too late.
 #include <windows.h>
 
 #include <string>
@@ -8,7 +7,7 @@
 
 namespace {
 
-std::wstring s_nextDirectory; // to change to behind the next answer; empty for no change
+std::wstring s_nextDirectory; // directory to change to after the next answer; empty for no change
 
 DWORD AnswerAndChange(const wchar_t* path, DWORD size, wchar_t* buffer, wchar_t** name)
 {

@@ -9,12 +9,12 @@
 
 namespace {
 
-constinit base::SlimLock s_early; // constant-initialised, or this would not compile
+constinit base::SlimLock s_early; // compiles only if it is constant-initialised
 
 static_assert(std::is_trivially_destructible_v<base::SlimLock>);
 static_assert(!std::is_copy_constructible_v<base::SlimLock>);
 
-// Whether another thread could take the lock right now.
+// True when another thread could take the lock right now.
 template <class Guard>
 bool IsFree(base::SlimLock& lock)
 {
@@ -23,7 +23,8 @@ bool IsFree(base::SlimLock& lock)
     return taken;
 }
 
-// A shared guard needs try_lock_shared, which the platform has and the lock does not offer.
+// A shared guard needs try_lock_shared, which the lock does not offer, so the platform's function
+// is called.
 bool IsFreeForReading(base::SlimLock& lock)
 {
     bool taken = false;

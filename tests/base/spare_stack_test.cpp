@@ -1,4 +1,4 @@
-// The stack that is made ready for a thread that has none left.
+// The spare stack for a thread that has none left.
 #include <base/SpareStack.h>
 
 #include <gtest/gtest.h>

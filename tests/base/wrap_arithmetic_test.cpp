@@ -10,7 +10,7 @@ namespace {
 constexpr int least = std::numeric_limits<int>::min();
 constexpr int most = std::numeric_limits<int>::max();
 
-// What 32 bits keep of a number.
+// The low 32 bits of a number.
 int Wrapped(std::int64_t value)
 {
     return static_cast<int>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-// Programming mistakes, in a source of their own so that the optimiser sees none of them coming.
+// Programming mistakes, in a source of their own so that the optimiser cannot see them.
 namespace damage {
 
 void Write(void* block, std::ptrdiff_t offset);

@@ -1,5 +1,5 @@
-// Children commit one mistake each, and have to end with the status of its kind; a correct child
-// ends with 0.
+// Children make one mistake each, and must end with the status of its kind; a correct child ends
+// with 0.
 #include "Damage.h"
 #include "test_support/ChildTest.h"
 #include "test_support/Files.h"
@@ -249,7 +249,7 @@ TEST(Mistake, DISABLED_WriteBehindLargeBlock)
 
 TEST(Mistake, DISABLED_WriteBehindStandardString)
 {
-    std::wstring text(31, L'x'); // with its terminator 64 bytes
+    std::wstring text(31, L'x'); // 64 bytes with its terminator
     damage::Write(text.data(), 64);
 }
 
@@ -257,7 +257,7 @@ TEST(Mistake, DISABLED_WriteBehindFrameworkString)
 {
     CString text;
     wchar_t* const buffer = text.GetBuffer(100);
-    // Its block may be larger than what was asked for; no part of it is a page long.
+    // The block may be larger than the request, but never by a whole page.
     for (std::ptrdiff_t i = 0; i < 4096; ++i)
         damage::Write(buffer, 200 + i);
 }

@@ -1,6 +1,6 @@
-// Uses a little of everything that crosses the boundary: exported functions, data members, strings,
-// and a class that the library calls back. Then sets up, as the application that hosts the library
-// does, what the library reads.
+// Uses something of everything that crosses the boundary: exported functions, data members,
+// strings, and a class that the library calls back. Then sets up everything that the library reads,
+// as the host application does.
 #include <Utils_Statics/Utils_Statics.h>
 
 #include <pro_actions/CProActionCollection.h>
@@ -44,7 +44,8 @@ std::wstring InFolder(const wchar_t* name)
     return zelPath::getPath(qor_utils::applicationStore, name);
 }
 
-// A document with one action type that has one action, as the vocabulary reads it.
+// Writes a document with one action type that has one action, in the form that the vocabulary
+// reads.
 bool WriteVocabulary(const std::wstring& path)
 {
     zelXMLFile file;
@@ -71,7 +72,8 @@ void KeepText(const qor_utils::LogMessage& message, void* kept)
     *static_cast<std::wstring*>(kept) = message.text;
 }
 
-// The log line of a repository without a file, and then the file, in the folder set for it.
+// Checks the log line of a repository without a file, and then the repository with a file in the
+// folder set for it.
 bool IsHosted()
 {
     std::wstring logged;

@@ -38,8 +38,8 @@ inline std::size_t RowsOf(const BITMAPINFOHEADER& format)
     return static_cast<std::size_t>(std::abs(format.biHeight));
 }
 
-// Pixels by screen coordinates, whatever the direction of the rows. The byte after a pixel's
-// colours is 0xA5.
+// Gives access to pixels by screen coordinates, whatever the direction of the rows. The byte after
+// a pixel's colours is 0xA5.
 class Picture
 {
 public:
@@ -67,14 +67,14 @@ public:
     Bytes bytes;
 };
 
-// Smooth enough that what the codec loses is small.
+// Colours so smooth that the codec's loss is small.
 inline int Smooth(std::size_t x, std::size_t y, int channel)
 {
     const double phase = 0.021 * static_cast<double>(x) + 0.9 * channel;
     return static_cast<int>(128 + 90 * std::sin(phase) * std::cos(0.017 * static_cast<double>(y)));
 }
 
-// How close two pictures are, in dB.
+// The similarity of two pictures, in dB.
 inline double Psnr(Picture& a, Picture& b)
 {
     double sum = 0;

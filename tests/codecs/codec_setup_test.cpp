@@ -1,4 +1,4 @@
-// codecsetup.exe, which installs and removes the codec.
+// Tests codecsetup.exe, which installs and removes the codec.
 #include <test_support/Files.h>
 #include <test_support/InstalledCodec.h>
 #include <test_support/Program.h>
@@ -24,7 +24,7 @@ constexpr wchar_t entryName[] = L"vidc.MJPG";
 struct Ended
 {
     DWORD status = STILL_ACTIVE;
-    std::string output; // of both streams
+    std::string output; // text of both streams
 };
 
 Ended RunProgram(const std::wstring& program, const std::wstring& argument)
@@ -54,7 +54,7 @@ Ended RunProgram(const std::wstring& program, const std::wstring& argument)
     return ended;
 }
 
-// The registry's entry; empty when there is none.
+// The registry's entry for the codec; empty when there is none.
 std::wstring Entry()
 {
     wchar_t value[2048] = {};
@@ -71,7 +71,7 @@ void SetEntry(const std::wstring& value, DWORD type = REG_SZ)
               ERROR_SUCCESS);
 }
 
-// In full, whatever form the registry has; empty when no file lies there.
+// The full path, whatever form the registry has; empty when no file lies there.
 std::wstring LongPath(const std::wstring& path)
 {
     wchar_t longPath[MAX_PATH] = {};
@@ -97,7 +97,7 @@ protected:
 TEST_F(CodecSetup, InstallsAndRemovesTheCodecBesideIt)
 {
     EXPECT_EQ(RunSetup(L"status").output, "not installed\r\n");
-    for (int i = 0; i < 2; ++i) { // installed twice is installed
+    for (int i = 0; i < 2; ++i) { // a second installation changes nothing
         const Ended installed = RunSetup(L"install");
         EXPECT_EQ(installed.status, 0u) << installed.output;
         EXPECT_EQ(LongPath(Entry()), m_codec);

@@ -1,5 +1,5 @@
-// Frames through the codec: how close they come back, and frames that are damaged, incomplete or of
-// others.
+// Frames through the codec: how close they come back, and frames that are damaged, incomplete or
+// written by others.
 #include "MjpgCodecFixture.h"
 
 #include <test_support/ChildTest.h>
@@ -165,8 +165,8 @@ TEST_F(MjpgCodec, FrameThatEndsEarlyGivesTheRowsItHas)
         EXPECT_NEAR(out.Pixel(10, y)[1], in.Pixel(10, y)[1], 12) << y;
 }
 
-// Many cameras leave the Huffman tables out of every frame: those of the format's annex are meant
-// then.
+// Many cameras omit the Huffman tables from every frame. Then the tables of the format's annex
+// apply.
 TEST_F(MjpgCodec, FrameWithoutHuffmanTablesHasTheUsualOnes)
 {
     Picture in(RawFormat(64, 48, 24));
@@ -207,8 +207,8 @@ TEST_F(MjpgCodec, EmptyFrameLeavesThePictureBefore)
     EXPECT_EQ(out.bytes, before);
 }
 
-// Run by movie_readers.sh: leaves a movie and the frames that went into it, for readers that nobody
-// here wrote.
+// movie_readers.sh runs this. It leaves a movie and the frames that went into it, for readers by
+// other authors.
 TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"MOVIE_FOLDER");

@@ -18,10 +18,10 @@ namespace synthetic_cine {
 
 using namespace exam;
 
-// Of its frames.
+// The size of its frames.
 constexpr int lines = 64;
 constexpr int samples = 512;
-constexpr unsigned char level = 200; // of every sample
+constexpr unsigned char level = 200; // value of every sample
 
 inline CineDescription Linear()
 {
@@ -48,7 +48,7 @@ inline CineDescription Curved()
 }
 
 // Writes one frame of one grey level and shows it in an image of 300 x 280 pixels. With a depth,
-// the samples below it are black, and it is shown down to there.
+// the samples below it are black, and the image ends there.
 inline void Show(const CineDescription& cine, ImageView& view, int depth = 0)
 {
     const uDataDesc& s = cine.stream;

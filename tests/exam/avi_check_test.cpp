@@ -28,11 +28,11 @@ std::string List(const std::string& type, const std::string& data)
     return Chunk("LIST", type + data);
 }
 
-// What a movie of five frames is made of; a test changes some of it.
+// The parts of a movie of five frames; a test changes some of them.
 struct Parts
 {
-    std::uint32_t total = frameCount;  // in the main header
-    std::uint32_t length = frameCount; // in the stream's header
+    std::uint32_t total = frameCount;  // value in the main header
+    std::uint32_t length = frameCount; // value in the stream's header
     std::string frames;
     std::string index;
 
@@ -61,7 +61,7 @@ struct Parts
     }
 };
 
-// What is found of a file of these bytes.
+// The problem that is found in a file of these bytes.
 std::wstring Problem(const std::string& bytes, int frames = frameCount)
 {
     const test_support::TemporaryFolder folder;

@@ -33,7 +33,7 @@ std::vector<std::int32_t> HeaderWords(int count)
 class CineFileTest : public testing::Test
 {
 protected:
-    // Writes a file of these words followed by `payload` counting bytes, and reads it.
+    // Writes a file of these words and `payload` bytes that count up, and reads it.
     std::wstring Read(const std::vector<std::int32_t>& words, std::size_t payload)
     {
         std::ofstream file(std::filesystem::path(m_path), std::ios::binary);
@@ -180,7 +180,7 @@ TEST_F(CineFileTest, CannotReadAFrameThatWasTakenAwayMeanwhile)
 
 namespace {
 
-// Bytes of memory that the process has for itself.
+// The process's private memory in bytes.
 std::size_t PrivateBytes()
 {
     PROCESS_MEMORY_COUNTERS counters{};
@@ -189,8 +189,8 @@ std::size_t PrivateBytes()
     return counters.PagefileUsage;
 }
 
-// Writes a recording of `frames` frames of 4096 lines x 1024 samples. All are zero but the first
-// byte of the last one, so the file takes no space where the file system has sparse files.
+// Writes a recording of `frames` frames of 4096 lines x 1024 samples. Only the first byte of the
+// last frame is not zero, so the file takes no space where the file system has sparse files.
 void WriteSparseCine(const std::wstring& path, int frames)
 {
     std::vector<std::int32_t> words = HeaderWords(frames);
@@ -215,7 +215,7 @@ void WriteSparseCine(const std::wstring& path, int frames)
 
 TEST_F(CineFileTest, TakesNoMoreMemoryForALongRecordingThanForAShortOne)
 {
-    constexpr int frames = 800; // 3.1 GiB: offsets beyond 32 bits, more than a 32-bit process holds
+    constexpr int frames = 800; // 3.1 GiB, beyond 32-bit offsets and the memory of a 32-bit process
     WriteSparseCine(m_path, frames);
     const std::size_t before = PrivateBytes();
     {

@@ -1,4 +1,4 @@
-// Circles in a graph, compared with the plain search from every node.
+// Circles in a graph, compared with a plain search from every node.
 #include "protocol/Circles.h"
 
 #include <gtest/gtest.h>

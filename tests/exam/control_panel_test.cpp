@@ -1,4 +1,4 @@
-// The control panel as its user has it: a real window, the mouse's messages, protocol files.
+// The control panel as the user has it: a real window, mouse messages, protocol files.
 #include "panel/ControlPanel.h"
 #include "panel/PanelFile.h"
 
@@ -51,7 +51,7 @@ protected:
         ActionRepository::DestroyInstance();
     }
 
-    // What a restart of the program does.
+    // Does the work of a program start.
     void Start()
     {
         DerivedState::LoadAll();
@@ -101,7 +101,7 @@ protected:
         SendInput(1, &input, sizeof input);
     }
 
-    // False when the condition does not hold within a bound.
+    // False when the condition does not hold within a time limit.
     template <class Condition>
     static bool HandleMessagesUntil(const Condition& condition)
     {
@@ -159,7 +159,7 @@ TEST_F(ControlPanelTest, PushesTakeTurnsWhereThereIsASecondOne)
 {
     for (int i = 0; i < 3; ++i)
         Click(Middle(L"Mode"));
-    Click(Middle(L"Freeze")); // another button in between: the next push is a first one
+    Click(Middle(L"Freeze")); // another button comes between, so the next push is a first one
     Click(Middle(L"Mode"));
     Click(Middle(L"Freeze"));
     Click(Middle(L"Freeze"));
@@ -209,7 +209,7 @@ TEST_F(ControlPanelTest, ADraggedButtonGoesToItsCellAndIsStillThereAfterARestart
     Start();
     EXPECT_EQ(AreaOf(L"Freeze"), moved);
     EXPECT_EQ(m_panel->Buttons().size(), 4u);
-    // What is not shown was saved too.
+    // The buttons that are not shown were saved too.
     EXPECT_EQ(m_panel->Layout().Placements().size(), 6u);
 }
 
@@ -230,12 +230,12 @@ TEST_F(ControlPanelTest, ADragToNowhereChangesAndSavesNothing)
     EXPECT_EQ(AreaOf(L"Freeze"), before);
     EXPECT_FALSE(test_support::FileExists(PanelSaveFile()));
     EXPECT_TRUE(m_done.empty());
-    // A pointer that trembles still clicks.
+    // A small movement of the pointer still counts as a click.
     Drag(Middle(L"Freeze"), Middle(L"Freeze") + CPoint(5, 5));
     EXPECT_EQ(m_done.size(), 1u);
 }
 
-// The pointer of the system, which captures the mouse and leaves the window on the way.
+// The system's pointer captures the mouse and leaves the window on the way.
 TEST_F(ControlPanelTest, TheSystemsPointerDragsToo)
 {
     const HWND panel = m_panel->GetSafeHwnd();
@@ -250,7 +250,7 @@ TEST_F(ControlPanelTest, TheSystemsPointerDragsToo)
     PressPointer(MOUSEEVENTF_LEFTUP);
     EXPECT_TRUE(HandleMessagesUntil([] { return GetCapture() == nullptr; }));
     EXPECT_EQ(AreaOf(L"Freeze"), mode);
-    EXPECT_EQ(GetFocus(), focus); // keys still go where they went
+    EXPECT_EQ(GetFocus(), focus); // keys still go to the same window
 }
 
 TEST_F(ControlPanelTest, LosingTheMouseEndsADragWithoutAMove)
@@ -277,7 +277,7 @@ TEST_F(ControlPanelTest, TheRightButtonTicks)
 
 TEST_F(ControlPanelTest, SaysWhenTheLayoutCannotBeSaved)
 {
-    CreateDirectoryW(PanelSaveFile().c_str(), nullptr); // a folder in the file's place
+    CreateDirectoryW(PanelSaveFile().c_str(), nullptr); // a folder in place of the file
     Drag(Middle(L"Freeze"), Middle(L"Mode"));
     EXPECT_EQ(m_sentences, 1);
 }
@@ -295,7 +295,7 @@ TEST_F(ControlPanelTest, PaintsWhateverTheMouseDoes)
     const COLORREF dropped = GetPixel(screen, 600 - 20, 150 + 15);
     ReleaseDC(m_panel->GetSafeHwnd(), screen);
     EXPECT_NE(dragged, CLR_INVALID);
-    EXPECT_NE(dragged, dropped); // pressed looks differ from resting ones
+    EXPECT_NE(dragged, dropped); // a pressed button looks different
 }
 
 TEST_F(ControlPanelTest, WithoutFilesItIsEmptyAndStillAWindow)

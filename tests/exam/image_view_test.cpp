@@ -60,7 +60,7 @@ TEST(ImageView, FindsTheLineAndSampleOfAPixel)
     EXPECT_NEAR(found.y, 300, 3);
 }
 
-// The conversion of frames knows whole apertures only. Shown over the whole aperture, a part of it
+// The conversion of frames supports whole apertures only. A part, shown over the whole aperture,
 // would be measured wrongly.
 TEST(CineHeader, OfAPartOfTheApertureIsRefused)
 {

@@ -1,4 +1,4 @@
-// The windows over the image: what is recorded of them, and the tool bar's buttons.
+// The windows over the image: their part in recordings, and the tool bar's buttons.
 #include "overlay/Overlays.h"
 #include "record/PixelCanvas.h"
 
@@ -34,7 +34,7 @@ protected:
         ASSERT_TRUE(m_overlays.Open(m_parent, image));
     }
 
-    // The pixels of what a recording gets of the overlays, row by row.
+    // The overlays' pixels in a recording, row by row.
     std::vector<unsigned int> Recorded()
     {
         PixelCanvas canvas(image.Size());

@@ -1,4 +1,4 @@
-// The layout of the control panel: its grid, its file, and moving buttons about.
+// The layout of the control panel: its grid, its file, and the moves of buttons.
 #include "panel/PanelGrid.h"
 #include "panel/PanelLayout.h"
 
@@ -141,7 +141,7 @@ TEST_F(PanelLayoutTest, LeavesOutNamelessAndRepeatedPlacements)
     ASSERT_EQ(m_layout.Placements().size(), 2u);
     EXPECT_EQ(PlaceOf(0), Place(1, 1));
     EXPECT_EQ(m_layout.Placements()[1].name, L"a");
-    EXPECT_FALSE(PlaceOf(1).IsValid()); // not the place of the one before
+    EXPECT_FALSE(PlaceOf(1).IsValid()); // does not take the place of the button before
 }
 
 TEST_F(PanelLayoutTest, TheExampleOfItsPageIsReadAsItSays)
@@ -200,11 +200,11 @@ TEST_F(PanelLayoutTest, WhatDoesNotFitStaysWhereItIs)
     LoadThree();
     EXPECT_FALSE(m_layout.Move(2, 0, 11)); // too wide for the last column
     EXPECT_FALSE(m_layout.Move(2, 0, 1));  // B would lie on it
-    EXPECT_FALSE(m_layout.Move(0, 0, 3));  // the second half of C
-    EXPECT_FALSE(m_layout.Move(0, 0, 0));  // where it is
+    EXPECT_FALSE(m_layout.Move(0, 0, 3));  // C covers it
+    EXPECT_FALSE(m_layout.Move(0, 0, 0));  // its own place
     EXPECT_FALSE(m_layout.Move(0, 3, 0));
     EXPECT_FALSE(m_layout.Move(0, -1, -1));
-    EXPECT_FALSE(m_layout.Move(4, 0, 5)); // there is none
+    EXPECT_FALSE(m_layout.Move(4, 0, 5)); // there is no such button
     EXPECT_EQ(PlaceOf(0), Place(0, 0));
     EXPECT_EQ(PlaceOf(1), Place(0, 1));
     EXPECT_EQ(PlaceOf(2), Place(0, 2, 2));
@@ -239,7 +239,7 @@ TEST_F(PanelLayoutTest, AFailureToSaveLeavesTheOldFileWhole)
     EXPECT_NE(test_support::ReadFile(File()), before);
 }
 
-// However buttons are moved, none is lost, leaves the grid or comes to lie on another one.
+// No sequence of moves loses a button, takes one off the grid or puts two on one place.
 TEST_F(PanelLayoutTest, RandomMovesKeepTheGridInOrder)
 {
     LoadThree();

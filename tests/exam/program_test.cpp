@@ -23,7 +23,7 @@ WORD Subsystem(const std::string& image)
 {
     IMAGE_DOS_HEADER dos;
     std::memcpy(&dos, image.data(), sizeof dos);
-    IMAGE_NT_HEADERS headers; // of this program's architecture, which is that of exam.exe
+    IMAGE_NT_HEADERS headers; // headers of this program, which has the architecture of exam.exe
     std::memcpy(&headers, image.data() + dos.e_lfanew, sizeof headers);
     return headers.OptionalHeader.Subsystem;
 }
@@ -42,7 +42,7 @@ std::wstring VersionText(const wchar_t* name)
                : L"no such text";
 }
 
-// A new console of this process, in place of the one that it was started from.
+// A new console for this process, in place of the one that it was started from.
 class OwnConsole
 {
 public:
@@ -60,7 +60,7 @@ public:
 
     explicit operator bool() const { return m_made; }
 
-    // What the first rows show.
+    // The text in the first rows.
     std::wstring Text() const
     {
         const base::File screen(CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
@@ -77,7 +77,7 @@ private:
     bool m_made = false;
 };
 
-// Runs exam.exe without handles for its output; its exit code.
+// Runs exam.exe without handles for its output. The result is its exit code.
 DWORD RunWithoutHandles(std::wstring arguments)
 {
     STARTUPINFOW start{};
@@ -106,7 +106,7 @@ TEST(ExamProgram, WritesToTheConsoleOfItsParent)
 {
     const OwnConsole console;
     if (!console) GTEST_SKIP() << "this platform gives no console here";
-    // Handles that a parent has are handed on to its children; without them there is the console.
+    // A parent's handles are passed on to its children; without them only the console is left.
     SetStdHandle(STD_OUTPUT_HANDLE, nullptr);
     SetStdHandle(STD_ERROR_HANDLE, nullptr);
     EXPECT_EQ(RunWithoutHandles(L"--surprise"), 2u);

@@ -1,4 +1,4 @@
-// What --check-protocol finds, with file and line.
+// Tests the findings of --check-protocol, with file and line.
 #include "protocol/ProtocolCheck.h"
 
 #include <test_support/ProtocolFolders.h>
@@ -205,7 +205,7 @@ TEST_F(ProtocolCheckTest, SaysWhenThereIsNothingToCheck)
     EXPECT_EQ(FindIgnored(m_folder.Path()).problem, L"");
 }
 
-// A finding is a promise about the library: what it says is ignored, is.
+// A finding promises that the library really ignores what it names.
 TEST_F(ProtocolCheckTest, TheSampleFilesHaveNone)
 {
     ASSERT_TRUE(pro_actions::LoadVocabulary(L"" CONSOLE_VOCABULARY));

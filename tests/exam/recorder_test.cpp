@@ -28,7 +28,7 @@ namespace {
 
 CWinApp s_app; // the settings are read through it
 
-// A session that shows the linear recording, and a recorder of it.
+// A session that shows the linear recording, with its recorder.
 class RecorderTest : public testing::Test
 {
 protected:
@@ -69,7 +69,7 @@ protected:
                         [this](const FinishedRecording& recording) { m_finished = recording; }};
 };
 
-// The limit on the size of files under which check-disk-full runs this program; 0 without one.
+// The file size limit that check-disk-full sets for this program; 0 without one.
 std::size_t FileLimit()
 {
     const std::wstring limit = test_support::EnvironmentVariable(L"EXAM_FILE_LIMIT");

@@ -1,4 +1,4 @@
-// What the sample application simulates for its status row, and its settings.
+// The simulations behind the sample application's status row, and its settings.
 #include "status/NetworkSimulator.h"
 #include "status/ProbeSimulator.h"
 #include "status/StatusSettings.h"
@@ -74,7 +74,7 @@ protected:
     SimulatedNetwork() { CWmiService::getInstance()->Update(); }
     ~SimulatedNetwork() override { CWmiService::destroyInstance(); }
 
-    // What a monitoring that starts now finds: wired, wireless connected, its signal.
+    // The findings of a monitoring that starts now: wired, wireless connected, its signal.
     static std::string Found()
     {
         CWmiService& service = *CWmiService::getInstance();

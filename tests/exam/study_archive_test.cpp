@@ -176,7 +176,7 @@ TEST_F(StudyArchive, LeavesTheCurrentFolderAsItWas)
     EXPECT_STREQ(before, after);
 }
 
-// Whatever the bytes say, the reader gives names or nothing, and ends.
+// The reader gives names or nothing for any bytes, and always ends.
 TEST_F(StudyArchive, DirectoryThatLiesDoesNoHarm)
 {
     PackFolder(Archive(), Study(), Ignore);

@@ -12,7 +12,7 @@ using Calls = std::vector<std::wstring>;
 constexpr UINT askMessage = WM_APP + 22;
 constexpr UINT throwMessage = WM_APP + 23;
 
-// Writes down what reaches it.
+// Records every message that reaches it.
 class RecordingWindow : public CWnd
 {
 public:
@@ -112,5 +112,5 @@ protected:
     DECLARE_MESSAGE_MAP()
 };
 
-// Whether a call was written down.
+// True when a call was recorded.
 bool Contains(const Calls& calls, const std::wstring& call);

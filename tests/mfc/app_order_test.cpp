@@ -1,5 +1,5 @@
-// AfxGetApp answers the executable's object, whichever was built first: it, or the module objects
-// of DLLs.
+// AfxGetApp returns the executable's object, no matter whether it or the module objects of DLLs
+// were built first.
 #include <afxwin.h>
 
 #include <base/Handles.h>
@@ -36,7 +36,8 @@ private:
     base::Module m_module;
 };
 
-// In this order: a module object before the executable's application object, and one after it.
+// The order matters: one module object before the executable's application object, and one after
+// it.
 LoadedModule s_earlyModule(L"mfc_module_early.dll");
 CWinApp* const applicationBefore = AfxGetApp();
 CWinApp s_theApplication(L"order");

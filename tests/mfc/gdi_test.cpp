@@ -20,7 +20,7 @@ constexpr COLORREF green = RGB(0, 255, 0);
 constexpr COLORREF blue = RGB(0, 0, 255);
 constexpr COLORREF white = RGB(255, 255, 255);
 
-// Repeats what is to leave no handle behind; the first rounds may fill caches of the platform.
+// Repeats work that must leave no handle behind. The first rounds may fill caches of the platform.
 void ExpectNoLeak(const std::function<void()>& work)
 {
     for (int i = 0; i < 3; ++i)
@@ -176,7 +176,7 @@ TEST(FromHandle, HasTheHandleAgainAfterTheTemporaryObjectLostIt)
     CPen::FromHandle(handle)->Detach();
     EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle);
     EXPECT_TRUE(CPen::FromHandle(handle)->DeleteObject());
-    EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle); // another pen may have it by then
+    EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle); // another pen may have it
     CGdiObject::DeleteTempMap();
 }
 
@@ -207,7 +207,7 @@ TEST(FromHandle, ForgetsObjectsThatAnotherThreadDestroys)
     auto pen = std::make_unique<CPen>(PS_SOLID, 1, red);
     const HPEN handle = *pen;
     std::thread([&] { pen.reset(); }).join();
-    // The handle's value may come back for another object; the map must not answer the destroyed
+    // The handle's value may return for another object; the map must not answer with the destroyed
     // one.
     EXPECT_EQ(CPen::FromHandle(handle)->GetSafeHandle(), handle);
     CGdiObject::DeleteTempMap();
@@ -303,7 +303,7 @@ TEST_F(Canvas, CopiesBetweenContexts)
 
 TEST_F(Canvas, CopiesThroughAMask)
 {
-    constexpr DWORD keep = 0x00AA0029; // the destination as it is
+    constexpr DWORD keep = 0x00AA0029; // leaves the destination as it is
     constexpr DWORD copyWhereSet = MAKEROP4(SRCCOPY, keep);
     CBitmap mask;
     const BYTE bits[] = {0xF0, 0x00, 0xF0, 0x00}; // the left four of eight pixels, two rows

@@ -201,7 +201,7 @@ TEST(CString, ReplacesAndCounts)
     EXPECT_EQ(text, L"abc");
     EXPECT_EQ(text.Replace(L"", L"x"), 0);
     text = L"aaa";
-    EXPECT_EQ(text.Replace(L"aa", L"a"), 1); // what was put in is not looked at again
+    EXPECT_EQ(text.Replace(L"aa", L"a"), 1); // the inserted text is not searched again
     EXPECT_EQ(text, L"aa");
 }
 
@@ -300,7 +300,7 @@ TEST(CString, ReportsAMissingStringResource)
     EXPECT_EQ(text, L"before");
 }
 
-// Random operations against std::wstring as the reference.
+// Compares random operations with std::wstring as the reference.
 TEST(CString, AgreesWithAReferenceOnRandomTexts)
 {
     std::mt19937 random(7);

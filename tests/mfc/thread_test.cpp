@@ -14,7 +14,7 @@ namespace {
 
 constexpr DWORD waitLimit = 30000; // milliseconds; far more than is ever needed
 
-// What a worker saw of its own thread.
+// A worker's view of its own thread.
 struct Observation
 {
     CWinThread* thread = nullptr;
@@ -39,7 +39,7 @@ UINT __cdecl SetEventOf(LPVOID event)
     return 0;
 }
 
-// Runs Observe on a thread of the framework and answers its exit code.
+// Runs Observe on a thread of the framework and returns its exit code.
 DWORD RunObserver(Observation& seen)
 {
     CWinThread* const thread =
@@ -78,7 +78,7 @@ TEST(Thread, HasAnObjectOfItsOwnForTheApplicationsMainWindow)
     EXPECT_NE(seen.mainWindow, nullptr);
     EXPECT_NE(seen.mainWindow, &main);
     EXPECT_EQ(seen.mainHandle, main.m_hWnd);
-    EXPECT_TRUE(IsWindow(main.m_hWnd)); // the worker's end took nothing along
+    EXPECT_TRUE(IsWindow(main.m_hWnd)); // the worker's end left the window alone
     application.m_pMainWnd = nullptr;
 }
 
@@ -105,7 +105,7 @@ TEST(Thread, LeaksNoHandles)
             RunObserver(seen);
         }
     };
-    run(5); // what the first ones leave in caches
+    run(5); // lets the first threads fill caches
     const DWORD before = test_support::HandleCount();
     run(50);
     EXPECT_LE(test_support::HandleCount(), before + 5);
@@ -128,7 +128,7 @@ TEST(Window, OfAHandleHasItAgainAfterItsTemporaryObjectLostIt)
     EXPECT_EQ(CWnd::FromHandle(window)->Detach(), window);
     EXPECT_EQ(CWnd::FromHandle(window)->m_hWnd, window);
     EXPECT_TRUE(CWnd::FromHandle(window)->DestroyWindow());
-    EXPECT_EQ(CWnd::FromHandle(window)->m_hWnd, window); // which another window may have by then
+    EXPECT_EQ(CWnd::FromHandle(window)->m_hWnd, window); // another window may have it
     CWnd::DeleteTempMap();
 }
 
@@ -143,14 +143,14 @@ TEST(Thread, EachHasItsOwnTemporaryObjects)
     EXPECT_EQ(CWnd::FromHandle(desktop), here);
 }
 
-// The message loop of the application.
+// Tests of the application's message loop.
 namespace {
 
 constexpr UINT quitMessage = WM_APP + 7;
 constexpr UINT nestMessage = WM_APP + 8;
 
-// Marks the thread's temporary object of the desktop window, to see whether it is still the same
-// one later. The mark is a handle that no window has: the shell's may be the desktop itself.
+// Marks the thread's temporary object of the desktop window, to see whether it stays the same one.
+// The mark is a handle that no window has, because the shell's window may be the desktop itself.
 void MarkTemporaryDesktop()
 {
     CWnd::FromHandle(GetDesktopWindow())->m_hWnd = HWND_MESSAGE;
@@ -193,7 +193,7 @@ END_MESSAGE_MAP()
 class LoopApplication : public CWinApp
 {
 public:
-    // The main window's end asks the thread to quit; the next test is not to see that.
+    // The main window's end asks the thread to quit; the next test must not see that request.
     ~LoopApplication() override
     {
         window.DestroyWindow();
@@ -276,7 +276,7 @@ TEST(MessageLoop, IsIdleWhenTheQueueIsEmpty)
     LoopApplication application;
     application.start = [&] { application.window.SetTimer(1, 50, &QuitByTimer); };
     EXPECT_EQ(RunApplication(), 0);
-    EXPECT_GE(application.idles, 3); // asked for more until it said that it is done
+    EXPECT_GE(application.idles, 3); // asked again until it reports that it is done
 }
 
 TEST(MessageLoop, OnlyARedundantMouseMoveIsNoReasonToBeIdle)
@@ -300,7 +300,7 @@ TEST(MessageLoop, OnlyARedundantMouseMoveIsNoReasonToBeIdle)
     EXPECT_TRUE(isReason(WM_MOUSEMOVE, {1, 1}));
 }
 
-// Each message arrives when the queue has been empty for a while.
+// The queue has been empty for a while before each message.
 TEST(MessageLoop, IsNotIdleAgainAfterRedundantMouseMovesAlone)
 {
     LoopApplication application;
@@ -346,7 +346,7 @@ TEST(MessageLoop, IsNotEnteredWhenTheApplicationRefusesToStart)
     application.refuse = true;
     RunApplication();
     EXPECT_EQ(application.exits, 1);
-    EXPECT_EQ(application.windowAtExit, nullptr); // the main window was destroyed before
+    EXPECT_EQ(application.windowAtExit, nullptr); // the main window was destroyed already
 }
 
 TEST(MessageLoop, EndsAtOnceWithoutAMainWindow)

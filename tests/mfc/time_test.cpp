@@ -131,8 +131,8 @@ TEST(COleDateTime, HasNoPartsWhenItIsNull)
 TEST(COleDateTime, OrdersMomentsAlsoBeforeItsEpoch)
 {
     EXPECT_LT(COleDateTime(2000, 5, 10, 0, 0, 0), COleDateTime(2000, 5, 10, 0, 0, 1));
-    // Before the epoch the fraction counts forward: 18:00 has the smaller value, and is later all
-    // the same.
+    // Before the epoch the fraction counts forward, so 18:00 has the smaller value although it is
+    // later.
     EXPECT_LT(COleDateTime(1850, 1, 1, 6, 0, 0), COleDateTime(1850, 1, 1, 18, 0, 0));
     EXPECT_LT(COleDateTime(1850, 1, 1, 18, 0, 0), COleDateTime(1850, 1, 2, 6, 0, 0));
     EXPECT_EQ(COleDateTime(1850, 1, 1, 6, 0, 0), COleDateTime(1850, 1, 1, 6, 0, 0));

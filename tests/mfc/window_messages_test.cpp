@@ -1,4 +1,5 @@
-// The message maps of windows: which handler is called, with what, and what it may not let out.
+// The message maps of windows: which handler is called, with which arguments, and which exceptions
+// it must not let out.
 #include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
@@ -93,11 +94,11 @@ TEST(Window, LetsNoExceptionOut)
     window.Open(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     EXPECT_EQ(window.SendMessage(throwMessage), 0);
     window.UpdateWindow();
-    DispatchPosted(); // a window that has just come up may be exposed once more
+    DispatchPosted(); // a new window may be exposed once more
     window.throwInPaint = true;
     window.Invalidate();
     window.UpdateWindow();
-    EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE)); // or it would be painted for ever
+    EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE)); // otherwise it would be painted for ever
     RecordingWindow other;
     other.throwInCreation = true;
     EXPECT_FALSE(other.Open());

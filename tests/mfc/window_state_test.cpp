@@ -1,4 +1,4 @@
-// What windows are asked and told: family, place, state, and the items of a combo box.
+// The queries and settings of windows: family, place, state, and the items of a combo box.
 #include "RecordingWindow.h"
 
 #include <gtest/gtest.h>

@@ -90,7 +90,7 @@ TEST(Window, IsForgottenWhenItIsDestroyedFromOutside)
     ::DestroyWindow(window);
     EXPECT_EQ(window.m_hWnd, nullptr);
     EXPECT_TRUE(Contains(window.Take(), L"destroy"));
-    EXPECT_TRUE(window.Open()); // and may be opened anew
+    EXPECT_TRUE(window.Open()); // can be opened again
 }
 
 TEST(Window, OnTheHeapMayDeleteItself)
@@ -166,7 +166,7 @@ TEST(Window, SubclassesAnExistingOneAndGivesItBack)
     ASSERT_TRUE(window.SubclassWindow(handle));
     EXPECT_EQ(::SendMessageW(handle, askMessage, 2, 3), 5);
     RecordingWindow second;
-    EXPECT_FALSE(second.SubclassWindow(handle)); // it has an object already
+    EXPECT_FALSE(second.SubclassWindow(handle)); // the handle has an object already
     EXPECT_EQ(window.UnsubclassWindow(), handle);
     EXPECT_EQ(GetWindowLongPtrW(handle, GWLP_WNDPROC), procedure);
     EXPECT_EQ(::SendMessageW(handle, askMessage, 2, 3), 0);

@@ -10,7 +10,7 @@
 
 using Event = std::pair<ActionStateInfo, int>;
 
-// Keeps what it is told, and then does what the test wants.
+// Keeps the notifications, and then does what the test asks.
 class Consumer : public pro_actions::NotifiedConsumer
 {
 public:
@@ -23,7 +23,7 @@ public:
     void ActionStateChanged(const ActionStateInfo& source, int value) override
     {
         events.emplace_back(source, value);
-        const auto action = onChange; // a copy: the consumer may be destroyed in it
+        const auto action = onChange; // a copy, because the consumer may be destroyed in it
         if (action) action(source, value);
     }
 

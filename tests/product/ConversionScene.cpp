@@ -7,7 +7,7 @@ Scene RandomScene(Random& random, int type)
     Scene s;
     s.probe = {type, random.Int(2, 300), random.Int(100, 600), random.Int(8000, 80000),
                random.Int(10000, 120000)};
-    // A fan of less than a full turn, and of less than half a turn for a concave face.
+    // The fan is less than a full turn, and less than half a turn for a concave face.
     const double turn = static_cast<double>(s.probe.elements) * s.probe.pitch / s.probe.radius;
     if (type == 0 && turn > 6) s.probe.elements = std::max(1, s.probe.elements / 4);
     if (type == 0 && turn < 3 && random.Int(0, 1)) s.probe.radius = -s.probe.radius;

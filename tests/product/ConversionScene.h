@@ -16,7 +16,7 @@ constexpr int sampleLines = 241;
 constexpr ZelProbe linear{qor_utils::linearProbe, 128, 300, 0, 0};
 constexpr ZelProbe phased{qor_utils::phasedProbe, 64, 220, 0, 90000};
 
-// All that a conversion is given but the position, with a probe of its own.
+// All input of a conversion but the position, with a probe of its own.
 struct Scene
 {
     ZelProbe probe;
@@ -33,7 +33,7 @@ struct Scene
     int flip = 0;
 };
 
-// It points to the probe of the scene.
+// The result points to the probe of the scene.
 inline qor_utils::ScanGeometry GeometryOf(const Scene& s, int samples = 0)
 {
     return {&s.probe, s.lines,  samples, s.samplingFreq, s.soundSpeed, s.steerAngle, s.scanB,
@@ -59,7 +59,7 @@ inline UPoint Unflip(const Scene& s, UPoint p)
     return p;
 }
 
-// What the exact inverse answers: whole numbers and sixteenths above them.
+// The exact inverse: whole numbers and sixteenths above them.
 struct ScanPixel
 {
     int line = 0;
@@ -88,7 +88,7 @@ inline double SampleOf(const ScanPixel& p)
     return p.sample + p.sampleFraction / 16.0;
 }
 
-// The same numbers in every run.
+// Random numbers that are the same in every run.
 class Random
 {
 public:
@@ -102,9 +102,9 @@ private:
     std::mt19937 m_engine{20240917};
 };
 
-// A probe of the type with random settings, and an image of random place; the scale is left to the
-// test.
+// A probe of the type with random settings, and an image at a random place. The test chooses the
+// scale.
 Scene RandomScene(Random& random, int type);
 
-// What tells one random scene from another, for messages.
+// Identifies a random scene in messages.
 std::string Describe(const Scene& s);

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-// A folder that is the log's for a while.
+// A temporary folder that holds the log while it lives.
 class LogFolder
 {
 public:
@@ -36,7 +36,7 @@ void Log(const wchar_t* format, Arguments... arguments)
     zelLogger::zelLogHelper("Utils_Statics/Test", 123, 4)(format, arguments...);
 }
 
-// How often a part stands in a text.
+// Counts how often a part occurs in a text.
 inline std::size_t Count(const std::string& text, const std::string& part)
 {
     std::size_t found = 0;

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-// A document of its own in a folder of its own.
+// A document in a folder of its own.
 class XmlTest : public testing::Test
 {
 protected:
@@ -38,7 +38,7 @@ protected:
     zelXMLFile m_file;
 };
 
-// The names of the child elements in their order.
+// The names of the child elements in order.
 inline std::vector<std::wstring> ChildNames(const zelXMLNode& parent)
 {
     std::vector<std::wstring> names;

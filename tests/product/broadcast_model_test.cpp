@@ -1,4 +1,4 @@
-// The broadcast against a plain model of it.
+// Compares the broadcast with a plain model of it.
 #include "Consumer.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +11,8 @@
 
 namespace {
 
-// Random registrations, broadcasts and destructions, from inside notifications too, against a plain
-// list of who is registered for what since when.
+// Random registrations, broadcasts and destructions, also from inside notifications. A plain list
+// holds who is registered for what since when.
 class BroadcastModel
 {
 public:
@@ -86,7 +86,7 @@ private:
                       [&](const Entry& entry) { return entry.id == id && entry.topic == topic; });
     }
 
-    // The entry that has to be told next, or null.
+    // The entry that must be told next, or null.
     const Entry* Expected(int topic, int after, int before) const
     {
         for (const Entry& entry : m_entries)
@@ -123,8 +123,8 @@ private:
     struct Running
     {
         int topic;
-        int after;  // told up to here
-        int before; // registered when the broadcast began
+        int after;  // time of registration of the last one told
+        int before; // time when the broadcast began
         int depth;
     };
 

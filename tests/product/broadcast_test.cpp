@@ -1,4 +1,4 @@
-// The broadcast of action states: who is told, and what consumers may do meanwhile.
+// The broadcast of action states: the consumers that are told, and what they may do meanwhile.
 #include "Consumer.h"
 
 #include <pro_actions/NotifiedConsumer.h>
@@ -194,7 +194,8 @@ TEST(BroadcastTest, ThreadsMayRegisterAndBroadcastAtOnce)
             while (!go)
                 std::this_thread::yield();
             for (int i = 0; i < 500; ++i) {
-                // States of its own: a consumer must not go while another thread is telling it.
+                // The states are its own, because a consumer must not end while another thread
+                // notifies it.
                 Consumer consumer;
                 consumer.RegisterActionSignal(State(3, t));
                 IActionStateConsumer::ActionStateSignal(State(3, t), i);

@@ -1,4 +1,4 @@
-// The vocabulary that comes with the library: that a console finds its actions in it.
+// Checks that a console finds its actions in the vocabulary that comes with the library.
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>

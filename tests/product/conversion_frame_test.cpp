@@ -1,4 +1,4 @@
-// Whole frames to images.
+// Conversion of whole frames to images.
 #include "ConversionScene.h"
 
 #include <qor_imgproc/ConvertFrame.h>
@@ -123,7 +123,7 @@ TEST(FrameConversion, LineOffsetIsTheLineOfTheApertureThatTheFrameBeginsWith)
         ASSERT_TRUE(qor_imgproc::ConvertFrame(geometry, shifted.data(), moved.data()));
         int compared = 0;
         for (std::size_t i = 0; i < image.size(); ++i) {
-            if (image[i] == 0 || moved[i] == 0) continue; // of only one of the two frames
+            if (image[i] == 0 || moved[i] == 0) continue; // a pixel of only one of the two frames
             EXPECT_EQ(image[i], moved[i]) << Describe(s);
             ++compared;
         }

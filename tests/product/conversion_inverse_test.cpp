@@ -1,4 +1,4 @@
-// Pixels to lines and samples: that they come back, what fractions mean, and what lies outside.
+// Pixels to lines and samples: the round trip, the meaning of fractions, and the pixels outside.
 #include "ConversionScene.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +12,7 @@ using qor_utils::radiansPerMillidegree;
 
 namespace {
 
-// How far apart neighbouring lines and samples are at a position, in microns: the smaller of the
-// two.
+// The distance of neighbouring lines or samples at a position, in microns; the smaller of the two.
 double Fineness(const Scene& s, double line, double sample)
 {
     const ConversionModel model = ModelOf(s);
@@ -42,7 +41,7 @@ TEST(InverseConversion, MapsEveryPixelBackWithinOneLineAndOneSample)
         const int sample = random.Int(0, 4000);
         if (s.probe.radius < 0 &&
             sample * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed) > -s.probe.radius)
-            continue; // behind the centre of a concave face the lines cross
+            continue; // the lines cross behind the centre of a concave face
         const double fine = Fineness(s, line + s.lineOffset, sample);
         if (fine < 1) continue;
         s.scale = {random.Int(1, static_cast<int>(fine)), random.Int(1, static_cast<int>(fine))};
@@ -88,7 +87,7 @@ TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
             std::hypot(static_cast<double>(p.x) - q.x, static_cast<double>(p.y) - q.y);
         const double depth =
             std::abs(a - b) * qor_utils::GetSampleSize(s.samplingFreq, s.soundSpeed);
-        // A pixel in each direction: both ends are rounded.
+        // Both ends are rounded, which may add a pixel in each direction.
         ASSERT_NEAR(pixels, depth / scale, 1.4143) << Describe(s);
     }
 }

@@ -16,8 +16,8 @@ using qor_utils::radiansPerMillidegree;
 
 namespace {
 
-// The curved sample's published geometry: first and last sample, sector; line 120 of 241 points
-// straight down.
+// The curved sample's published geometry: radius of the first and the last sample, and sector. Line
+// 120 of 241 points straight down.
 constexpr double firstRadius = 26400; // microns
 constexpr double lastRadius = 131500;
 constexpr double sector = 3.14159265358979323846 / 2 + 0.5;
@@ -29,7 +29,7 @@ qor_utils::MicronPoint Published(int line, int sample)
     return {r * std::sin(t), r * std::cos(t)};
 }
 
-// The committed recording's own description of itself.
+// The committed recording's own description.
 Scene CommittedSample()
 {
     const std::filesystem::path path(u8"" SAMPLE_IMAGES "/curved.cine"); // any letters
@@ -60,7 +60,8 @@ void ExpectPublishedCoordinates(Scene s)
                 ModelOf(s).ToMicrons({static_cast<double>(line), static_cast<double>(sample)});
             worst = std::max({worst, std::fabs(m.x - expected.x), std::fabs(m.y - expected.y)});
             const UPoint p = Forward(s, line, sample);
-            // Half a pixel of rounding and the difference of the two descriptions.
+            // The tolerance is half a pixel of rounding plus the difference of the two
+            // descriptions.
             ASSERT_NEAR(p.x, 640 + expected.x / 100, 0.55);
             ASSERT_NEAR(p.y, -100 + expected.y / 100, 0.55);
         }

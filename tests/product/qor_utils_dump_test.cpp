@@ -1,4 +1,4 @@
-// Memory dumps, read back by the layout that is published for them.
+// Memory dumps, read back by their published layout.
 #include <qor_utils/MemoryDumper.h>
 
 #include <base/Handles.h>
@@ -25,8 +25,9 @@ namespace {
 using test_support::FileExists;
 using test_support::TemporaryFolder;
 
-// Reads a dump's structures with each offset checked against the file's size. They are packed to 4
-// bytes: an expectation must be given a copy (+member) of a 64-bit member, never a reference to it.
+// Reads a dump's structures and checks each offset against the file's size. The structures are
+// packed to 4 bytes, so an expectation must get a copy (+member) of a 64-bit member, never a
+// reference to it.
 class Dump
 {
 public:
@@ -57,7 +58,7 @@ public:
         return std::nullopt;
     }
 
-    // The entries of a stream that is a count and then an array.
+    // The entries of a stream that is a count followed by an array.
     template <typename Entry>
     std::vector<Entry> List(ULONG32 type) const
     {
@@ -177,7 +178,7 @@ TEST(MiniDump, HasNoExceptionWithoutPointers)
     EXPECT_FALSE(Dump(folder / L"a.dmp").Stream(ExceptionStream));
 }
 
-// It is complete, down to the caller's own frame.
+// The stack is complete, down to the caller's own frame.
 TEST(MiniDump, HoldsTheCallersStack)
 {
     const TemporaryFolder folder;
@@ -272,7 +273,7 @@ TEST(MiniDump, IsOneAtATime)
     EXPECT_GE(written, 1);
 }
 
-// A crash in a library's entry function holds the loader's lock, and no thread can begin then.
+// A crash in a library's entry function holds the loader's lock, so no thread can begin then.
 TEST(MiniDump, IsWrittenUnderTheLoadersLock)
 {
     using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
@@ -317,7 +318,7 @@ TEST(MiniDump, IsWrittenUnderTheHeapsLock)
         << "and the next as ever";
 }
 
-// The dumper goes to a stack of its own and back.
+// The dumper switches to a stack of its own and back.
 TEST(MiniDump, LeavesTheThreadAsItWas)
 {
     const TemporaryFolder folder;
@@ -331,7 +332,7 @@ TEST(MiniDump, LeavesTheThreadAsItWas)
     ConvertFiberToThread();
 }
 
-// A writer that does not end is not waited for for ever.
+// Acts as if the writer never ended: a long wait times out at once.
 DWORD WINAPI TimeOut(HANDLE object, DWORD milliseconds)
 {
     return milliseconds > 60'000 ? WAIT_TIMEOUT : WaitForSingleObject(object, milliseconds);

@@ -1,4 +1,4 @@
-// The logger's file: what it holds, when it is opened and renamed, in which folder, and what it
+// The logger's file: its content, when it is opened and renamed, its folder, and the failures it
 // survives.
 #include "LogFolder.h"
 
@@ -191,7 +191,7 @@ TEST(LogDirectory, IsTheLogStoreUntilOneIsSet)
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"store\\");
     Log(L"x");
     EXPECT_TRUE(FileExists(base / L"store\\qor_utils_logger_test.log"));
-    const LogFolder other; // closes the file, so that the folder can go
+    const LogFolder other; // closes the file, so that the folder can be deleted
     EXPECT_EQ(zelLogger::getCurrentDirectory(), other.Path() + L"\\");
     qor_utils::SetStoreFolder(28, L"");
 }

@@ -1,4 +1,4 @@
-// The logger: what reaches the hook and the debugger, how texts are formatted, and which paths it
+// The logger: what reaches the hook and the debugger, how texts are formatted, and the paths it
 // warns of.
 #include "LogFolder.h"
 
@@ -175,8 +175,8 @@ TEST(LogText, TakesANullSourceForEmpty)
     EXPECT_EQ(capture.Messages()[0].source, "");
 }
 
-// The system announces a text for the debugger by an exception, wide or narrow by its version, that
-// a handler can see.
+// The system sends a text to the debugger by an exception that a handler can see. It is wide or
+// narrow, depending on the system's version.
 std::wstring* s_debuggerText = nullptr;
 
 LONG CALLBACK SeeDebuggerText(EXCEPTION_POINTERS* pointers)

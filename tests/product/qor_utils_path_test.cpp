@@ -15,7 +15,7 @@ using test_support::BesideProgram;
 
 namespace {
 
-// Sets a store's folder and takes it back.
+// Sets a store's folder and restores the old one.
 class StoreFolder
 {
 public:

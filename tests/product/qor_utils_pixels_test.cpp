@@ -57,7 +57,7 @@ TEST(MirrorImage, ReversesEachRow)
     EXPECT_EQ(pixels, (Pixels{3, 2, 1, 6, 5, 4}));
 }
 
-// Every width up to well past the fast form's step, and heights of either parity.
+// The test covers every width up to well past the fast form's step, and heights of either parity.
 TEST(PixelArrays, AgreeWithThePlainFormForEverySmallSize)
 {
     std::mt19937 random(2);
@@ -117,7 +117,7 @@ TEST(PixelArrays, DoNothingWithoutPixels)
     EXPECT_EQ(pixels, in);
 }
 
-// 65536 x 65536 is 0 in 32 bits, and no memory holds so many pixels.
+// 65536 x 65536 is 0 in 32 bits, and no memory holds that many pixels.
 TEST(PixelArrays, DoNothingForSizesThatNoMemoryHolds)
 {
     if (sizeof(void*) > 4) GTEST_SKIP() << "the sizes below fit a 64-bit address space";

@@ -93,7 +93,7 @@ TEST_F(Profile, ReadsTextsOfAnyLength)
     }
 }
 
-// The registry stores the bytes it is given, terminated or not.
+// The registry stores the given bytes, terminated or not.
 TEST_F(Profile, ReadsATextWithoutItsTerminator)
 {
     SetBytes(L"Data", REG_SZ, std::string("a\0b\0", 4));

@@ -1,4 +1,4 @@
-// Geometry values, rounding, the name and value map, the critical section.
+// Geometry values, rounding, the map of names and values, the critical section.
 #include <qor_utils/CriticalSection.h>
 #include <qor_utils/Rounding.h>
 #include <qor_utils/StringEnumHelper.h>
@@ -50,8 +50,7 @@ TEST(GeometryValues, LieInMemoryAsFilesStoreThem)
     EXPECT_EQ(offsetof(uDataDesc, frameRate), 44u);
 }
 
-// So that a client gets the rounding of the library that is there, not of the header it was built
-// with.
+// A client gets the rounding of the loaded library, not of the header that it was built with.
 TEST(Round, IsAnOperationOfTheLibrary)
 {
     const HMODULE library = GetModuleHandleW(L"qor_utils.dll");
@@ -195,7 +194,7 @@ TEST(CriticalSection, MayBeEnteredAgainByItsHolderAndLeavesAsOften)
         order += "b";
     });
     section.Leave();
-    order += "a"; // still held once, so the other thread has not been in
+    order += "a"; // still held once, so the other thread has not entered
     section.Leave();
     other.join();
     EXPECT_EQ(order, "ab");

@@ -1,4 +1,4 @@
-// The string table: what it reads, what it answers, and how long its answers live.
+// The string table: what it reads, what it returns, and how long its results live.
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
@@ -55,7 +55,7 @@ protected:
         return zel_string_convert::LoadTable(Write(L"table.xlf", text));
     }
 
-    // English with German and French, the way three files of a folder hold them.
+    // Loads English with German and French, as three files of a folder hold them.
     void LoadThreeLanguages()
     {
         Write(L"de.xlf",
@@ -431,7 +431,7 @@ TEST_F(StringTable, ReadsTheEntitiesOfTheDocumentType)
     EXPECT_STREQ(ZelTString::get("k", true), L"%d mm/s");
 }
 
-// Damaged files are either refused or read; they never bring anything down.
+// Damaged files are either refused or read; they never cause a crash.
 TEST_F(StringTable, StandsDamagedFiles)
 {
     const std::string good = Document(Section(
@@ -472,7 +472,7 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
     EXPECT_EQ(readers.Finish(), 0);
 }
 
-// The last test: it uses up the places for unknown keys.
+// This test comes last, because it uses up the places for unknown keys.
 TEST_F(StringTable, KeepsABoundedNumberOfUnknownKeys)
 {
     int kept = 0;

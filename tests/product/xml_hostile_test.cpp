@@ -1,4 +1,4 @@
-// Files that were made to hurt: each is read or refused, in the time and memory of its size.
+// Hostile files: each is read or refused, in time and memory proportional to its size.
 #include "XmlTest.h"
 
 #include <zel_xml/XMLDiagnosis.h>
@@ -10,7 +10,7 @@
 
 namespace {
 
-// The most memory that the process has ever had committed.
+// The largest amount of memory that the process ever had committed.
 std::size_t PeakMemory()
 {
     PROCESS_MEMORY_COUNTERS counters{};
@@ -27,7 +27,7 @@ std::string Repeated(const std::string& text, std::size_t count)
     return repeated;
 }
 
-// The characters as UTF-16 with a mark.
+// The characters as UTF-16 with a byte order mark.
 std::string Utf16(const std::string& text)
 {
     std::string bytes = "\xFF\xFE";
@@ -67,7 +67,7 @@ TEST_F(XmlTest, NestingWithoutMeasureIsRefused)
     EXPECT_FALSE(Open("<r a='" + Repeated("&lt;", 100000)));
 }
 
-// Entities of which each is ten times the one before, the last of them used in the document.
+// Entities of which each is ten times the one before. The document uses the last one.
 std::string GrowingEntities(int count, const std::string& use)
 {
     std::string type = "<!DOCTYPE r [<!ENTITY e0 'lol'>";

@@ -1,4 +1,4 @@
-// The lines of a file on which elements and faults lie.
+// The line numbers of elements and faults in a file.
 #include "XmlTest.h"
 
 #include <zel_xml/XMLDiagnosis.h>
@@ -62,7 +62,7 @@ TEST_F(XmlTest, AMarkAndTheEncodingMakeNoDifferenceToLines)
     EXPECT_EQ(LineOf(Root(), L"a"), 3);
 }
 
-// The memory of a tree need not ascend: here it comes from a heap with holes.
+// The memory of a tree need not ascend, so here it comes from a heap with holes.
 TEST_F(XmlTest, AnElementKnowsItsLineWhereverItLiesInMemory)
 {
     std::mt19937 random(5);
@@ -138,7 +138,7 @@ TEST_F(XmlTest, NamesTheAttributesInTheirOrder)
     EXPECT_TRUE(zel_xml::AttributeNamesOf(zelXMLNode()).empty());
 }
 
-// Lines as they are counted while the text is written, the plain way.
+// Compares with the line numbers counted while the text is written.
 TEST_F(XmlTest, LinesAgreeWithPlainCounting)
 {
     std::mt19937 random(3);
@@ -156,7 +156,7 @@ TEST_F(XmlTest, LinesAgreeWithPlainCounting)
             lines.push_back(line);
             text += random() % 2 == 0 ? "<a b='\n&lt;'/>" : "<a b='2'\r\n>\n</a>";
             line += text.back() == '>' && text[text.size() - 2] == '/' ? 1 : 2;
-            text += ' '; // so that a carriage return never meets the next line feed
+            text += ' '; // keeps a carriage return away from the next line feed
         }
         ASSERT_TRUE(Open(text + "</r>"));
         zelXMLNode element = Root().getFirstChild();

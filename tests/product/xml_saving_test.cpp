@@ -1,4 +1,4 @@
-// Saving XML documents: what the file holds then, and that the old one cannot be lost.
+// Saving XML documents: the content of the file, and the safety of the old one.
 #include "XmlTest.h"
 
 #include "../../product/zel_xml/AtomicFile.h"
@@ -41,7 +41,7 @@ TEST_F(XmlTest, KeepsCommentsInstructionsAndTheDocumentType)
         "<r>\n  <!-- b -->\n  <a />\n</r>\n<!-- c -->\n");
 }
 
-// What the document type declares stands in the document itself from then on.
+// Entities and default attributes of the document type stand in the document itself from then on.
 TEST_F(XmlTest, KeepsOfTheDocumentTypeItsNameAndItsIdentifiers)
 {
     const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -122,8 +122,7 @@ TEST_F(XmlTest, SavingIntoAFolderThatIsGoneFails)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
-// The way a disk that fills up half-way looks to the writer: the first bytes go in, then the write
-// fails.
+// Simulates a disk that fills up half-way: the first bytes are written, then the write fails.
 TEST_F(XmlTest, TheOldFileSurvivesAFullDisk)
 {
     WriteFile(Path(), "old");

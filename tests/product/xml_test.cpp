@@ -111,7 +111,7 @@ TEST_F(XmlTest, ReadsEveryDocumentedEncoding)
 
 TEST_F(XmlTest, RefusesWronglyEncodedFiles)
 {
-    EXPECT_FALSE(Open("<r name='\xE4'/>"));             // Latin-1 without saying so
+    EXPECT_FALSE(Open("<r name='\xE4'/>"));             // Latin-1 without a declaration
     EXPECT_FALSE(Open("<r name='\xC0\x80'/>"));         // overlong
     EXPECT_FALSE(Open("<r name='\xED\xA0\x80'/>"));     // a surrogate in UTF-8
     EXPECT_FALSE(Open("<r name='\xF4\x90\x80\x80'/>")); // above U+10FFFF
@@ -122,9 +122,9 @@ TEST_F(XmlTest, RefusesWronglyEncodedFiles)
         EXPECT_FALSE(Open("\xFF\xFE" + Utf16(text, false))) << testing::PrintToString(text);
     EXPECT_FALSE(Open("\xFF\xFE" + Utf16(L"<r/>", false) + "x")); // half a code unit
     EXPECT_FALSE(
-        Open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // bytes that claim to be wide
-    EXPECT_FALSE(Open("<?xml version='1.0' encoding='EBCDIC'?><r/>"));             // unknown
-    EXPECT_FALSE(Open("\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><r/>")); // two answers
+        Open("<?xml version='1.0' encoding='UTF-16'?><r/>")); // narrow bytes that claim to be wide
+    EXPECT_FALSE(Open("<?xml version='1.0' encoding='EBCDIC'?><r/>")); // unknown encoding
+    EXPECT_FALSE(Open("\xEF\xBB\xBF<?xml version='1.0' encoding='latin1'?><r/>")); // two encodings
     EXPECT_FALSE(zel_xml::IsOpen(m_file));
 }
 
@@ -265,7 +265,7 @@ TEST_F(XmlTest, RandomDamageNeverDoesMoreThanFail)
         }
         if (!Open(bytes, false)) continue;
         ++opened;
-        // What was taken must be written so that it is taken again.
+        // A document that was read must be written so that it can be read again.
         const std::wstring copy = m_folder / L"copy.xml";
         ASSERT_TRUE(zel_xml::SaveDocumentAs(m_file, copy.c_str()));
         zelXMLFile again;

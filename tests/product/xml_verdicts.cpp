@@ -1,4 +1,4 @@
-// xml_verdicts FOLDER: prints the names of the files in a folder that are read as XML, for
+// xml_verdicts FOLDER: prints the names of those files in a folder that are read as XML, for
 // check-xml-verdicts.
 #include <zel_xml/zelXMLFile.h>
 

@@ -19,7 +19,8 @@ bool SetEntry(const std::wstring& entry, const std::wstring& value)
                            size) == ERROR_SUCCESS;
 }
 
-// What the registry names is cut at the first blank, so a folder with one has its short form.
+// The platform cuts the registry's file name at the first blank, so a folder with a blank is given
+// by its short form.
 std::wstring WithoutBlanks(const std::wstring& path)
 {
     if (path.find(L' ') == std::wstring::npos) return path;

@@ -17,7 +17,7 @@ TemporaryFolder::TemporaryFolder()
     if (GetTempPathW(MAX_PATH, base) == 0) throw std::runtime_error("GetTempPathW failed");
     const std::wstring prefix =
         std::wstring(base) + L"us" + std::to_wstring(GetCurrentProcessId()) + L"-";
-    do { // process numbers come again, and a test that was killed left its folder behind
+    do { // process numbers repeat, and a test that was killed left its folder behind
         m_path = prefix + std::to_wstring(++serial);
         if (CreateDirectoryW(m_path.c_str(), nullptr)) return;
     } while (GetLastError() == ERROR_ALREADY_EXISTS);

@@ -25,7 +25,7 @@ TemporaryRegistryKey::TemporaryRegistryKey()
     static std::atomic<unsigned> serial{0};
     m_path = L"Software\\test" + std::to_wstring(GetCurrentProcessId()) + L"-" +
              std::to_wstring(++serial);
-    // Process numbers come again, and a test that was ended left its key behind.
+    // Process numbers repeat, and a test that was killed left its key behind.
     RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
     CreateKey(m_path);
 }

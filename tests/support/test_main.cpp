@@ -7,8 +7,7 @@
 
 int main(int argc, char** argv)
 {
-    // A crash ends the program at once with its code, instead of waiting for somebody to close a
-    // dialog.
+    // A crash ends the program at once with its code instead of waiting for a dialog to be closed.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     testing::InitGoogleTest(&argc, argv);

@@ -2,16 +2,16 @@
 
 #include <windows.h>
 
-// A video codec for tests: it counts what it is asked, and does what it is told. The test program
+// A video codec for tests: it counts the requests it gets, and behaves as ordered. The test program
 // loads the same DLL as Video for Windows does, gets its orders through
-// TestCodecOrdersOfThisProcess, and so talks to every instance in its process.
+// TestCodecOrdersOfThisProcess, and so reaches every instance in its process.
 struct TestCodecOrders
 {
     static constexpr int scriptedFrames = 64;
 
-    // What it shall do
+    // The orders:
     wchar_t shortName[16];
-    DWORD flags; // of its information record
+    DWORD flags; // flags in its information record
     BOOL refuseOpen;
     BOOL refuseFormat;
     LONG stateSize;                  // bytes; 0: has no state; negative: does not know the message
@@ -19,9 +19,9 @@ struct TestCodecOrders
     LONG frameBytes[scriptedFrames]; // size of each compressed frame, which starts with the raw
                                      // frame's bytes
     HANDLE closing;  // set when an instance is about to end or to close; null: not told
-    HANDLE mayClose; // waited for before it does; null: not waited
+    HANDLE mayClose; // awaited before that happens; null: not awaited
 
-    // What it was asked
+    // The requests it got:
     LONG opened;
     LONG closed;
     LONG statesRead;
@@ -30,12 +30,12 @@ struct TestCodecOrders
     LONG ended;
     LONG frames;
     LONG messages;
-    LONG quality;   // of the last frame
+    LONG quality;   // quality of the last frame
     DWORD asked;    // ICCOMPRESS_KEYFRAME or 0, for the last frame
-    BYTE state[32]; // the last one written
+    BYTE state[32]; // the state that was written last
 };
 
-// The state's bytes count up from this.
+// The state's bytes count up from this value.
 constexpr BYTE testCodecStateStart = 0x31;
 
 // Exported as "TestCodecOrdersOfThisProcess".

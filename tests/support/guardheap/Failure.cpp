@@ -13,7 +13,7 @@ namespace {
 
 constexpr int shownFrames = 16;
 
-// A text that grows in place: whoever reports about the heap has none.
+// A text that grows in place, because code that reports about the heap must not use it.
 class Line
 {
 public:
@@ -61,7 +61,7 @@ private:
     DWORD m_length = 0;
 };
 
-// As "module+offset": what addr2line takes, with the module's preferred base added.
+// Prints "module+offset". addr2line takes the offset with the module's preferred base added.
 void PrintPlace(const char* word, const void* code)
 {
     Line line;
@@ -78,8 +78,8 @@ void PrintPlace(const char* word, const void* code)
     (line << (name ? name + 1 : path) << "+" << reinterpret_cast<const void*>(offset)).Print();
 }
 
-// Follows the frame pointers, which the checked build keeps. Where a module keeps none the chain
-// ends early.
+// Follows the frame pointers, which the checked build keeps. The chain ends early in a module that
+// keeps none.
 void PrintCallers(const void* frame)
 {
     MEMORY_BASIC_INFORMATION stack{};
@@ -126,8 +126,8 @@ void PrintAccess(const EXCEPTION_RECORD& record)
     line.Print();
 }
 
-// The instruction that the compiler makes the checks of undefined behaviour end in. A program that
-// wants to meet an illegal one itself takes another.
+// The instruction in which the compiler's checks of undefined behaviour end. A program that wants
+// to cause an illegal instruction itself uses another one.
 bool IsCompilersTrap(const void* address)
 {
     const auto* const bytes = static_cast<const unsigned char*>(address);

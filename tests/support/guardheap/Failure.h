@@ -6,17 +6,17 @@
 
 namespace guardheap {
 
-// The status a process ends with after a wrong free or a damaged block: STATUS_HEAP_CORRUPTION.
+// The status of a process that ended after a wrong free or a damaged block: STATUS_HEAP_CORRUPTION.
 constexpr DWORD heapCorruption = 0xC0000374u;
 
-// Says on stderr what is wrong with a pointer and the block it belongs to (null: none), and where
-// the call came from; ends the process. Nothing is allocated, and no handler can swallow it.
+// Reports on stderr what is wrong with a pointer, the block it belongs to (null: none) and the
+// caller; then ends the process. Nothing is allocated, and no handler can swallow it.
 [[noreturn]] void StopForBlock(const char* problem, const void* pointer, const void* block,
                                std::size_t size);
 
-// From now on an access to a page of the region that is not accessible, and an undefined-behaviour
-// trap of a module of the program, are said on stderr and end the process with the code of the
-// exception. All other exceptions pass.
+// Reports from now on two kinds of exception on stderr and ends the process with the exception's
+// code: an access to an inaccessible page of the region, and an undefined-behaviour trap in a
+// module of the program. All other exceptions pass.
 void StopAtFaults();
 
 } // namespace guardheap

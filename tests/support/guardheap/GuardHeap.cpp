@@ -1,7 +1,7 @@
-// The guard-page heap of the checked build: it stands in for the heap functions that the modules of
-// the program import from msvcrt.dll. operator new and delete of libstdc++ call them too, so its
-// blocks are guarded with the others. A pointer from anywhere else (the C run-time's own, or from
-// before this DLL was there) goes to the real function.
+// The guard-page heap of the checked build. It replaces the heap functions that the modules of the
+// program import from msvcrt.dll. operator new and delete of libstdc++ call these functions too, so
+// their blocks are guarded as well. A pointer from anywhere else (the C run-time's own, or one from
+// before this DLL was loaded) goes to the real function.
 #include "guardheap/GuardHeap.h"
 
 #include "Failure.h"
@@ -53,7 +53,7 @@ void __cdecl GuardedFree(void* block)
         s_real.free(block);
 }
 
-// A guarded block always moves: whoever keeps a pointer to the old place is found out.
+// A guarded block always moves, so that a pointer kept to the old place is found out.
 void* __cdecl GuardedRealloc(void* block, std::size_t size)
 {
     if (!block) return GuardedMalloc(size);
@@ -124,7 +124,7 @@ bool FindRealHeap()
            Find(s_real.msize, runtime, "_msize");
 }
 
-// What the loader hands to its observers; documented as LDR_DLL_NOTIFICATION_DATA.
+// The data that the loader hands to its observers; documented as LDR_DLL_NOTIFICATION_DATA.
 struct LoaderText
 {
     USHORT length;
@@ -180,7 +180,7 @@ unsigned GuardheapBlockLimit()
     return guardheap::GuardedRegion::liveBlocks;
 }
 
-// Without its guard pages a checked program does not start: a run would prove nothing.
+// A checked program does not start without its guard pages, because a run would prove nothing.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
     return reason != DLL_PROCESS_ATTACH || guardheap::Start();

@@ -12,7 +12,7 @@ constexpr int slackPattern = 0xB7;
 constexpr int freshPattern = 0xCD;
 constexpr std::uint32_t searchSteps = 4096;
 
-// What a block occupies up to the end of its last page.
+// The bytes that a block occupies up to the end of its last page.
 std::size_t Footprint(std::size_t size)
 {
     const std::size_t least = size == 0 ? 1 : size;
@@ -26,7 +26,7 @@ bool HoldsPattern(const std::byte* first, const std::byte* last)
     return true;
 }
 
-// Whether the process is ending: its other threads are gone, and may have gone while they held a
+// True while the process is ending. Its other threads are gone then, perhaps while they held a
 // lock.
 bool IsEnding()
 {
@@ -42,7 +42,7 @@ bool IsEnding()
 
 } // namespace
 
-// Holds the lock. While the process ends it may be impossible to get; Held() is false then.
+// Holds the lock. The lock may be impossible to get while the process ends; Held() is false then.
 class GuardedRegion::Guard
 {
 public:
@@ -114,8 +114,8 @@ void* GuardedRegion::Allocate(std::size_t size, bool zeros)
     return Start(page);
 }
 
-// The next run of free pages that is long enough, in the order of addresses: reuse is as late as it
-// can be.
+// Takes the next run of free pages that is long enough, in the order of addresses, so that pages
+// are reused as late as possible.
 std::uint32_t GuardedRegion::Claim(std::uint32_t length, std::size_t size)
 {
     if (m_live >= liveBlocks) return none;
@@ -134,7 +134,7 @@ std::uint32_t GuardedRegion::Claim(std::uint32_t length, std::size_t size)
     return none;
 }
 
-// Joins a free run with the free ones behind it; its length then.
+// Joins a free run with the free runs behind it. The result is its new length.
 std::uint32_t GuardedRegion::Widen(std::uint32_t page)
 {
     Run& run = m_runs[page];
@@ -164,7 +164,7 @@ void GuardedRegion::Fill(std::uint32_t page, bool zeros) const
     std::byte* const block = Start(page);
     const std::size_t size = m_runs[page].size;
     std::memset(Address(page), slackPattern, static_cast<std::size_t>(block - Address(page)));
-    if (!zeros) std::memset(block, freshPattern, size); // pages come filled with zeros
+    if (!zeros) std::memset(block, freshPattern, size); // new pages are filled with zeros
     std::memset(block + size, slackPattern, Footprint(size) - size);
 }
 
@@ -189,7 +189,8 @@ std::size_t GuardedRegion::SizeOf(const void* block)
     return m_runs[UsedRun(block)].size;
 }
 
-// The run of a block in use that starts exactly there; there is no way on from any other pointer.
+// The run of a block in use that starts exactly there. Any other pointer is an error that ends the
+// process.
 std::uint32_t GuardedRegion::UsedRun(const void* block) const
 {
     const std::uint32_t page = PageOf(block); // a block starts in the first page of its run
@@ -212,7 +213,7 @@ void GuardedRegion::CheckSlack(std::uint32_t page) const
         StopForBlock("was written to past its end", block, block, size);
 }
 
-// Keeps a freed run out of use for a while, and gives those back that waited longest.
+// Keeps a freed run out of use for a while, and releases the runs that waited longest.
 void GuardedRegion::Quarantine(std::uint32_t page)
 {
     --m_live;

@@ -11,18 +11,18 @@ constexpr std::size_t pageSize = 4096;
 
 // The part of the address space where blocks have guard pages.
 //
-// A block occupies whole pages: its end touches the end of the last one, as far as the alignment of
-// malloc allows, and one more page that is never accessible follows. What the block does not use of
-// its pages is filled with a pattern and checked when it is freed. A freed block's pages become
-// inaccessible, and stay so until quarantineBlocks others or quarantinePages pages were freed after
-// it.
+// A block occupies whole pages. Its end touches the end of the last page, as far as the alignment
+// of malloc allows, and one more page that is never accessible follows. The unused part of its
+// pages is filled with a pattern, which is checked when the block is freed. A freed block's pages
+// become inaccessible. They stay so until quarantineBlocks other blocks or quarantinePages pages
+// were freed after it.
 //
-// The limits keep a 32-bit process alive: address space, and the number of separate mappings its
-// host allows.
+// The limits keep a 32-bit process alive: they bound the address space, and the number of separate
+// mappings that the host allows.
 class GuardedRegion
 {
 public:
-    static constexpr std::size_t alignment = 2 * sizeof(void*); // of malloc
+    static constexpr std::size_t alignment = 2 * sizeof(void*); // alignment of malloc
     static constexpr std::uint32_t pages = 384u * 1024 * 1024 / pageSize;
     static constexpr std::uint32_t liveBlocks = 16384;
     static constexpr std::size_t largestBlock = 16u * 1024 * 1024;
@@ -36,7 +36,7 @@ public:
         quarantined
     };
 
-    // A block as it is now, or as it was before it was freed.
+    // A block in its present state, or as it was before it was freed.
     struct Block
     {
         State state;
@@ -49,22 +49,22 @@ public:
 
     bool Contains(const void* address) const;
 
-    // A block filled with a pattern, or with zeros; null when a limit is reached.
+    // Allocates a block filled with a pattern, or with zeros; null when a limit is reached.
     void* Allocate(std::size_t size, bool zeros);
 
-    // Frees a block. Anything that is wrong with it ends the process.
+    // Frees a block. Any fault in the block ends the process.
     void Release(void* block);
 
-    // The size a block in use was asked for. A pointer that is not the start of one ends the
-    // process.
+    // The size that was requested for a block in use. A pointer that is not the start of a block
+    // ends the process.
     std::size_t SizeOf(const void* block);
 
-    // The block whose pages, guard page included, hold an address of the region. Takes no lock: it
-    // is asked in a fault.
+    // The block whose pages, guard page included, hold an address of the region. Takes no lock,
+    // because the fault handler calls it.
     Block BlockAt(const void* address) const;
 
 private:
-    // A run of pages; what stands at its first page describes it. Inside a run the length is 0.
+    // A run of pages, described by the record at its first page. Inside a run the length is 0.
     struct Run
     {
         std::uint32_t length;
@@ -90,9 +90,9 @@ private:
 
     std::byte* m_base = nullptr;
     Run* m_runs = nullptr;
-    std::uint32_t m_next = 0; // where the search for free pages goes on
+    std::uint32_t m_next = 0; // place where the search for free pages goes on
     std::uint32_t m_live = 0;
-    std::uint32_t m_quarantine[quarantineBlocks] = {}; // a ring of first pages
+    std::uint32_t m_quarantine[quarantineBlocks] = {}; // ring of first pages
     std::uint32_t m_oldest = 0;
     std::uint32_t m_quarantined = 0;
     std::uint32_t m_quarantinedPages = 0;

@@ -50,7 +50,7 @@ void RedirectImport(const char* name, std::uintptr_t* slot, const Redirection* r
 void RedirectDescriptor(HMODULE module, const IMAGE_IMPORT_DESCRIPTOR& imports,
                         const Redirection* redirections, int count)
 {
-    if (imports.OriginalFirstThunk == 0) return; // without the names nothing can be told apart
+    if (imports.OriginalFirstThunk == 0) return; // without the names no import can be identified
     const auto* name = InImage<const IMAGE_THUNK_DATA>(module, imports.OriginalFirstThunk);
     auto* slot = InImage<std::uintptr_t>(module, imports.FirstThunk);
     for (; name->u1.AddressOfData != 0; ++name, ++slot) {

@@ -4,7 +4,7 @@
 
 namespace guardheap {
 
-// The process has one.
+// The process has one region.
 extern GuardedRegion s_region;
 
 } // namespace guardheap

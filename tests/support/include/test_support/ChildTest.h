@@ -8,8 +8,8 @@
 
 namespace test_support {
 
-// Runs one test of this same program in a process of its own, for what ends a process or must not
-// touch this one. The child test is named "...DISABLED_..." so that it never runs by itself; it
+// Runs one test of this same program in a process of its own, for tests that end a process or must
+// not touch this one. The child test is named "...DISABLED_..." so that it never runs by itself. It
 // reads its input from the environment.
 class ChildTest
 {

@@ -6,7 +6,7 @@
 
 namespace test_support {
 
-// COM on this thread while it lives.
+// Initialises COM on this thread for the length of a scope.
 class ComScope
 {
 public:

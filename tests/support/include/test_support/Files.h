@@ -10,7 +10,7 @@ void WriteFile(const std::wstring& path, const std::string& bytes);
 // Reads a whole file; throws when it cannot.
 std::string ReadFile(const std::wstring& path);
 
-// Whether there is a file or a folder.
+// True when there is a file or a folder.
 bool FileExists(const std::wstring& path);
 
 } // namespace test_support

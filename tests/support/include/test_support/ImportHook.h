@@ -4,8 +4,8 @@
 
 namespace test_support {
 
-// Replaces one function that a loaded module imports, as that module sees it, until the end of its
-// life: a test then sees what the module hands to the platform. Other modules are not affected.
+// Replaces one function that a loaded module imports, in that module only, as long as this object
+// lives. So a test sees what the module hands to the platform.
 class ImportHook
 {
 public:

@@ -13,7 +13,7 @@ inline std::wstring CurrentDirectory()
     return buffer;
 }
 
-// Goes to a folder and comes back.
+// Changes the current directory for the length of a scope.
 class InDirectory
 {
 public:

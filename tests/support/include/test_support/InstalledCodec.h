@@ -5,7 +5,7 @@
 namespace test_support {
 
 // A video codec that is installed while the object lives, by the registry entry that Video for
-// Windows looks up. What was installed under the name before is installed again afterwards.
+// Windows looks up. The codec installed under the name before is restored afterwards.
 class InstalledCodec
 {
 public:

@@ -28,7 +28,7 @@ struct LoggedMessage
     }
 };
 
-// Collects what is logged while it lives. One at a time: it takes the logger's only hook.
+// Collects the log while it lives. One object at a time, because it takes the logger's only hook.
 class LogCapture
 {
 public:
@@ -44,7 +44,7 @@ public:
         return std::exchange(m_messages, {});
     }
 
-    // The same without taking them.
+    // The messages since the last Take(), which stay in the capture.
     std::vector<LoggedMessage> Messages() const
     {
         const std::lock_guard lock(m_mutex);

@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-// What programs that read protocol files start from.
+// The starting point of tests that read protocol files.
 namespace test_support {
 
 inline ActionStateInfo State(int type, int action, int param = 0)
@@ -43,7 +43,7 @@ public:
     TestVocabulary& operator=(const TestVocabulary&) = delete;
 };
 
-// The five protocol folders, the current protocol being "P1"; all exist, but the saved one.
+// The five protocol folders; the current protocol is "P1". All exist except the saved one.
 class ProtocolFolders
 {
 public:

@@ -12,7 +12,8 @@ namespace test_support {
 class Readers
 {
 public:
-    // isRight reads once, on every thread at the same time, and says whether what it read may be.
+    // isRight reads once, on every thread at the same time. It tells whether the value read is
+    // allowed.
     explicit Readers(std::function<bool()> isRight) : m_isRight(std::move(isRight))
     {
         for (int i = 0; i < 3; ++i)
@@ -22,7 +23,7 @@ public:
     Readers(const Readers&) = delete;
     Readers& operator=(const Readers&) = delete;
 
-    // Ends the reading and gives how often something wrong was read.
+    // Ends the reading and returns how often a wrong value was read.
     int Finish()
     {
         m_done = true;

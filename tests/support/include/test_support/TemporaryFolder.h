@@ -4,8 +4,7 @@
 
 namespace test_support {
 
-// A new, empty folder that is deleted with all it holds, read-only files included, when the object
-// goes.
+// A new, empty folder. Its end deletes it with all its content, read-only files included.
 class TemporaryFolder
 {
 public:
@@ -14,10 +13,10 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    // Absolute, with backslashes and without one at the end.
+    // An absolute path, with backslashes and without one at the end.
     const std::wstring& Path() const { return m_path; }
 
-    // path() + "\" + name
+    // Path() + "\" + name
     std::wstring operator/(const std::wstring& name) const { return m_path + L"\\" + name; }
 
 private:

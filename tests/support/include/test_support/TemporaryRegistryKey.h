@@ -6,7 +6,7 @@
 
 namespace test_support {
 
-// A new, empty key of the current user, deleted with all it holds when the object goes.
+// A new, empty key of the current user. Its end deletes it with all its content.
 class TemporaryRegistryKey
 {
 public:
@@ -15,10 +15,10 @@ public:
     TemporaryRegistryKey(const TemporaryRegistryKey&) = delete;
     TemporaryRegistryKey& operator=(const TemporaryRegistryKey&) = delete;
 
-    // Below HKEY_CURRENT_USER, without a backslash at its end.
+    // The path below HKEY_CURRENT_USER, without a backslash at its end.
     const std::wstring& Path() const { return m_path; }
 
-    // Sets a value of a key below, which is made if it is missing, to bytes of any type.
+    // Sets a value of a key below this one, which is made if it is missing, to bytes of any type.
     void Set(const std::wstring& subkey, const std::wstring& name, DWORD type, const void* bytes,
              DWORD size) const;
     void SetText(const std::wstring& subkey, const std::wstring& name,

@@ -8,8 +8,8 @@
 
 namespace test_support {
 
-// The place of a virtual member in the virtual table: in this compiler's binary interface a pointer
-// to it holds the place's offset in bytes, plus one.
+// The index of a virtual member in the virtual table. In this compiler's binary interface a pointer
+// to the member holds the offset in bytes, plus one.
 template <class Member>
 std::size_t VirtualPlace(Member member)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests of the guard-page heap ask it. Programs never need to call it: linking it is
+// Queries for the tests of the guard-page heap. Programs need not call them: linking the heap is
 // enough.
 #ifdef guardheap_dll_EXPORTS
 #define GUARDHEAP_API extern "C" __declspec(dllexport)
@@ -8,8 +8,10 @@
 #define GUARDHEAP_API extern "C" __declspec(dllimport)
 #endif
 
-// Whether an address lies in a block that ends at an inaccessible page and is in use. Any thread.
+// True when an address lies in a block that is in use and ends at an inaccessible page. Any thread
+// may call it.
 GUARDHEAP_API bool GuardheapIsGuarded(const void* address);
 
-// How many blocks may have guard pages at a time; further ones come from the C run-time's heap.
+// The number of blocks that may have guard pages at a time; further ones come from the C run-time's
+// heap.
 GUARDHEAP_API unsigned GuardheapBlockLimit();
