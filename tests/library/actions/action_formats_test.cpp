@@ -1,5 +1,5 @@
-// The examples of the pages on file formats, read with the console's own vocabulary: who writes a
-// file after them writes one that works.
+// Reads the examples of the pages on file formats with the console's own vocabulary, so that a file
+// written after them works.
 #include "derived_state_fixture.h"
 
 #include <pro_actions/VocabularyLoading.h>
@@ -43,7 +43,7 @@ protected:
         return {number, CProActionCollection::MapAction(number, action), 0};
     }
 
-    // Whether an action means what the vocabulary's names say.
+    // True when an action has the meaning that the vocabulary's names say.
     static bool Is(const ActionInfo& info, const wchar_t* type, const wchar_t* action, int param)
     {
         const ActionStateInfo named = Named(type, action);

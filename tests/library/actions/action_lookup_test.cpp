@@ -31,7 +31,7 @@ void* CountingRealloc(void* block, std::size_t size)
     return std::realloc(block, size);
 }
 
-// From here on every allocation of the libraries is counted; they go on to the heap as before.
+// Counts every allocation of the libraries from here on; each still goes to the heap.
 void CountAllocations()
 {
     const guardheap::Redirection redirections[] = {
@@ -112,7 +112,7 @@ TEST_F(RepositoryTest, LooksUpWithoutAllocating)
     CountAllocations();
     s_allocations = 0;
     ActionInfo info;
-    info.name = longName; // so that counting is known to work
+    info.name = longName; // shows that the counting works
     EXPECT_GT(s_allocations, 0);
     s_allocations = 0;
     const ButtonAction* const found[] = {repository->GetAction(L"short"),

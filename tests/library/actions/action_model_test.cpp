@@ -7,7 +7,7 @@
 
 namespace {
 
-// What the contract says of a document, word for word.
+// A repository written by the words of the contract.
 class PlainRepository
 {
 public:
@@ -89,8 +89,8 @@ TEST_F(RepositoryTest, AgreesWithAPlainReferenceOverRandomDocuments)
     EXPECT_GT(buttons, 3000u);
 }
 
-// Random bytes of a sound document, changed: the result is a repository, empty or not, whose
-// records go by their own names.
+// Random bytes of a sound document are changed. The result is a repository, empty or not, whose
+// records have their own names.
 TEST_F(RepositoryTest, DamagedDocumentsDoNoMoreThanFail)
 {
     int read = 0;

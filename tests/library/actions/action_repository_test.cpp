@@ -1,4 +1,4 @@
-// The repository of button actions: which file it reads, when, and what it then answers.
+// The repository of button actions: which file it reads, when, and its answers then.
 #include "repository_fixture.h"
 
 #include <Utils_Statics/utilsExam.h>
@@ -77,7 +77,8 @@ TEST_F(RepositoryTest, AFileWithoutButtonsIsNoFailure)
 
 TEST_F(RepositoryTest, AMissingFileIsLoggedOnceAndNotTriedAgain)
 {
-    // The protocol's own search says that it found nothing, and then the repository says so.
+    // The protocol's own search reports first that it found nothing; then the repository reports
+    // it.
     ActionRepository* const repository = ActionRepository::GetInstance();
     ASSERT_TRUE(repository);
     std::vector<LoggedMessage> messages = m_log.Take();

@@ -29,7 +29,7 @@ using test_support::TestVocabulary;
 class ElementTest : public testing::Test
 {
 protected:
-    // The document element of an XML text. It stays good as long as anybody means it.
+    // The document element of an XML text. It stays valid as long as anybody refers to it.
     zelXMLNode Element(const std::string& text)
     {
         const std::wstring path = m_folder / L"element.xml";

@@ -147,7 +147,7 @@ TEST_F(ButtonPlacementTest, ANameThatXmlCannotHoldIsNotWritten)
     EXPECT_EQ(node.getAttribute(L"name"), L"before");
 }
 
-// What a client does: a list of placements written to a file, and read after a restart.
+// Does a client's work: it writes a list of placements to a file, and reads it after a restart.
 TEST_F(ButtonPlacementTest, AListComesBackFromItsFile)
 {
     std::mt19937 random(5);

@@ -15,7 +15,7 @@ inline std::ostream& operator<<(std::ostream& out, const ActionStateInfo& state)
     return out << state.type << '/' << state.action << '/' << state.param;
 }
 
-// Keeps what is broadcast of the states it listens to.
+// Keeps the broadcasts of the states it listens to.
 class Listener : public IActionStateConsumer
 {
 public:
@@ -27,7 +27,7 @@ public:
     }
     void ActionNotification(ActionType, int, int) override {}
 
-    // What was heard since the last call.
+    // The broadcasts heard since the last call.
     std::vector<StateEvent> Take() { return std::exchange(m_events, {}); }
 
 private:

@@ -1,4 +1,4 @@
-// Random definitions and random signals, against a plain reference of what is broadcast.
+// Random definitions and random signals, compared with a plain reference of the broadcasts.
 #include "derived_state_fixture.h"
 #include "plain_vocabulary.h"
 #include "random_document.h"
@@ -8,8 +8,8 @@
 
 namespace {
 
-// Derived states by the words of the contract. Broadcasts within broadcasts end where the action
-// library ends them: 64 deep, and after 10,000 of them.
+// Derived states written by the words of the contract. Broadcasts within broadcasts end where the
+// action library ends them: 64 deep, and after 10,000 of them.
 class PlainStates
 {
 public:
@@ -25,7 +25,7 @@ public:
         }
     }
 
-    // What all consumers together hear of one signal, in the order of hearing.
+    // The broadcasts that all consumers hear after one signal, in order.
     std::vector<StateEvent> Signal(const ActionStateInfo& state, int value)
     {
         m_events.clear();
@@ -87,7 +87,7 @@ TEST_F(DerivedStateTest, AgreeWithAPlainReferenceOverRandomDefinitions)
         const PlainElement root = random.DerivedStates(static_cast<int>(random.Pick(40)));
         PlainStates plain(root);
         const std::set<ActionStateInfo> names = plain.Names();
-        Listener listener; // registered first, so it hears of a state before those that follow
+        Listener listener; // registered first, so that it hears of a state before its followers do
         for (const ActionStateInfo& name : names)
             listener.ListenTo(name);
         ASSERT_TRUE(Load(random.ToXml(root)));

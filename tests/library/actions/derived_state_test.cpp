@@ -1,4 +1,4 @@
-// States that follow from others: what the file says, and what is broadcast when.
+// States that follow from others: the content of the file, and the broadcasts.
 #include "derived_state_fixture.h"
 
 #include <pro_actions/NotifiedConsumer.h>
@@ -19,7 +19,7 @@ class LampTest : public DerivedStateTest
 protected:
     LampTest() { m_lamp.ListenTo(d); }
 
-    // D derived of A and B.
+    // Loads D as derived of A and B.
     bool LoadLamp(const std::string& combine)
     {
         return Load("<states><s actionType='Lamp' action='D'" + combine +
@@ -27,7 +27,7 @@ protected:
                     "</states>");
     }
 
-    // What D broadcasts when a state has a new value.
+    // The broadcasts of D when a state has a new value.
     Ints ValuesAfter(const ActionStateInfo& source, int value)
     {
         IActionStateConsumer::ActionStateSignal(source, value);
@@ -53,7 +53,7 @@ TEST_F(LampTest, OrIsOnWhileAnySourceIs)
 TEST_F(LampTest, AndIsOnWhileAllThatReportedAre)
 {
     ASSERT_TRUE(LoadLamp(""));
-    EXPECT_EQ(ValuesAfter(a, 1), Ints{1}); // B has not reported
+    EXPECT_EQ(ValuesAfter(a, 1), Ints{1}); // B has not been broadcast
     EXPECT_EQ(ValuesAfter(b, 0), Ints{0});
     EXPECT_EQ(ValuesAfter(b, 2), Ints{1});
     EXPECT_EQ(ValuesAfter(a, 0), Ints{0});

@@ -169,7 +169,7 @@ TEST_F(GridInfoTest, WhatIsWithinAThousandthOfTheDefaultComesBackAsTheDefault)
 TEST_F(GridInfoTest, ThousandthsWrittenInDecimalsAreTakenAsWritten)
 {
     const zelXMLNode node = Element("<g/>");
-    for (const double height : {1.001, 0.999}) { // as binary numbers, one is nearer than the other
+    for (const double height : {1.001, 0.999}) { // one is nearer than the other in binary
         GridInfo grid;
         grid.height = height;
         grid.Save(node);
@@ -184,7 +184,7 @@ TEST_F(GridInfoTest, ThousandthsWrittenInDecimalsAreTakenAsWritten)
     }
 }
 
-// Numbers of four decimals against the same in whole ten-thousandths.
+// Compares numbers of four decimals with whole ten-thousandths.
 TEST_F(GridInfoTest, AgreesWithDecimalArithmetic)
 {
     std::mt19937 random(1);
@@ -221,7 +221,7 @@ TEST_F(GridInfoTest, OddNumbersComeBackOrAreLeftOut)
     }
     GridInfo grid;
     grid.displacement = std::numeric_limits<double>::quiet_NaN();
-    grid.Save(node); // it departs from nothing
+    grid.Save(node); // equals the default throughout
     EXPECT_FALSE(zel_xml::HasAttribute(node, L"displacement"));
 }
 

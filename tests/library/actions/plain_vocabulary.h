@@ -7,7 +7,7 @@
 #include <map>
 #include <optional>
 
-// The numbers of TestVocabulary's names, looked up the plain way.
+// Finds the numbers of TestVocabulary's names in the plain way.
 inline int PlainType(const std::wstring& name)
 {
     static const std::map<std::wstring, int> types{
@@ -26,7 +26,7 @@ inline int PlainAction(int type, const std::wstring& name)
     return found == actions.end() ? -1 : found->second;
 }
 
-// Of the texts that RandomDocument uses for parameters.
+// The number of a text that RandomDocument uses for parameters.
 inline int PlainParam(const std::wstring& text)
 {
     static const std::map<std::wstring, int> params{{L"1", 1},

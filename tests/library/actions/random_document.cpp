@@ -18,8 +18,8 @@ const PlainElement* PlainElement::Child(const std::string& child) const
 
 const std::vector<std::wstring>& RandomDocument::ButtonNames()
 {
-    // Names that differ by case, by a blank, by how an accent is written, by a prefix, or only
-    // behind a long common start; names beyond the basic plane, and above it in UTF-16.
+    // Names that differ by case, by a blank, by the writing of an accent, by a prefix, or only
+    // behind a long common start; and names beyond the basic plane, and above it in UTF-16.
     static const std::vector<std::wstring> names{L"",
                                                  L"a",
                                                  L"A",

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-// An element as plain data: what a document is made of, and what the plain reference reads.
+// An element as plain data, from which documents are made and which the plain reference reads.
 struct PlainElement
 {
     std::string name;
@@ -29,10 +29,10 @@ public:
     PlainElement Buttons(int count);
     PlainElement DerivedStates(int count);
 
-    // The document as bytes of UTF-8, with comments, texts and instructions between.
+    // The document as bytes of UTF-8, with comments, texts and instructions in between.
     std::string ToXml(const PlainElement& root);
 
-    // The names that buttons are drawn from, and some that none has.
+    // The names that buttons are drawn from, and some that no button has.
     static const std::vector<std::wstring>& ButtonNames();
 
     unsigned Pick(std::size_t count) { return static_cast<unsigned>(m_random() % count); }

@@ -58,7 +58,7 @@ void PutKind(std::string& bytes, const Entry& entry)
     Put<std::uint16_t>(bytes, IsWide(entry) ? 45 : 20);
     Put(bytes, entry.flags);
     Put(bytes, entry.method);
-    Put<std::uint32_t>(bytes, 0x58A46000); // some day in 2024, at noon
+    Put<std::uint32_t>(bytes, 0x58A46000); // a day in 2024, at noon
 }
 
 void PutLocal(std::string& bytes, const Entry& entry)

@@ -4,33 +4,33 @@
 #include <string>
 #include <vector>
 
-// Zip archives made and read by their published layout, without the library's own zip routines: so
-// that a test can write what no honest program writes, and look at what was written.
+// Makes and reads zip archives by their published layout, without the library's own zip routines.
+// So a test can write what no honest program writes, and look at what was written.
 namespace raw_archive {
 
-// One entry to write. The fields hold what the headers say, which need not be true.
+// An entry to write. The fields hold the headers' claims, which need not be true.
 struct Entry
 {
     std::string name;
-    std::string data; // as it stands in the archive
+    std::string data; // bytes in the archive
     std::uint16_t flags = 0;
     std::uint16_t method = 0;
     std::uint32_t checksum = 0;
-    std::uint64_t compressedSize = 0; // beyond 32 bits it is written as zip64 does
+    std::uint64_t compressedSize = 0; // written as zip64 does when it is beyond 32 bits
     std::uint64_t size = 0;
-    bool wide = false; // write the sizes as zip64 does although they are small
+    bool wide = false; // writes the sizes as zip64 does even when they are small
 };
 
 // Entries whose headers tell the truth.
 Entry Stored(std::string name, std::string content);
 Entry Deflated(std::string name, const std::string& content);
-// With the sizes and the checksum behind the data, as a program writes that cannot seek.
+// Puts the sizes and the checksum behind the data, as a program does that cannot seek.
 Entry WithDescriptor(Entry entry);
 
-// With the archive's end as zip64 has it, where `wideEnd` says so.
+// With `wideEnd` the archive ends in zip64 form.
 std::string Write(const std::vector<Entry>& entries, bool wideEnd = false);
 
-// What the directory of an archive tells of an entry.
+// An entry as the directory of an archive lists it.
 struct Listed
 {
     std::string name;
@@ -40,7 +40,7 @@ struct Listed
     std::uint32_t checksum;
     std::uint32_t compressedSize;
     std::uint32_t size;
-    std::string data; // as it stands in the archive
+    std::string data; // bytes in the archive
 };
 
 // The entries of a small and sound archive; throws std::runtime_error for any other.

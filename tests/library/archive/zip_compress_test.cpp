@@ -1,5 +1,4 @@
-// Writing archives: names, times and compression of the entries, and what happens when a step
-// fails.
+// Writing archives: names, times and compression of the entries, and the effect of a failing step.
 #include "RawArchive.h"
 
 #include <Utils_Statics/ZipCompress.h>
@@ -68,7 +67,7 @@ protected:
         return std::string(text.begin(), text.end());
     }
 
-    // The one message of a failure.
+    // Expects one message about a failure.
     static void ExpectLogged(LogCapture& log, const std::wstring& text)
     {
         const std::vector<LoggedMessage> messages = log.Take();
@@ -142,7 +141,7 @@ TEST_F(ZipWriting, WritesEmptyFiles)
     EXPECT_EQ(entries[0].checksum, 0u);
 }
 
-// The last write of a file, in local time as DOS counts it.
+// The time of a file's last write, in local time as DOS counts it.
 std::uint32_t DosTimeOf(const std::wstring& path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data = {};
@@ -230,8 +229,8 @@ TEST_F(ZipWriting, ANameOfMoreThan65535BytesIsRefused)
     EXPECT_TRUE(raw_archive::List(ReadFile(Archive())).empty());
 }
 
-// A file whose reading fails: the memory of this process at address 0, where the platform lies on
-// a system that offers it as a file.
+// Reading this file fails: it is the memory of this process at address 0, on a system that offers
+// it as a file.
 TEST_F(ZipWriting, AReadErrorEndsTheCopyAndIsLogged)
 {
     const wchar_t* const unreadable = L"Z:\\proc\\self\\mem";
@@ -302,7 +301,7 @@ TEST_F(ZipWriting, AFailedCloseOfTheArchiveIsLogged)
     EXPECT_TRUE(log.Take().empty()) << "there is no archive any more";
 }
 
-// The data of a short file is written when its entry is closed; until then only heads are.
+// The data of a short file is written when its entry is closed; until then only headers are.
 std::size_t FailingWrite(const void* bytes, std::size_t size, std::size_t count, std::FILE* file)
 {
     constexpr std::size_t longestHead = 64;

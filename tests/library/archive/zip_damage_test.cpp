@@ -1,5 +1,5 @@
-// Archives that lie, break off or were tampered with: a false result, never a crash, an endless
-// loop or an open file.
+// Archives that lie, break off or were tampered with: a false result, but no crash, endless loop or
+// open file.
 #include "zip_extract_fixture.h"
 
 #include <Utils_Statics/ZipCompress.h>
@@ -19,7 +19,7 @@ using test_support::LogCapture;
 class ZipDamage : public ZipReading
 {
 protected:
-    // That the first of two entries fails and the second can still be had.
+    // Expects the first of two entries to fail and the second to be extracted.
     void ExpectFailure(const Entry& entry, const std::wstring& message)
     {
         Open({entry, Stored("after", "sound"), Stored("last", "")});
@@ -30,7 +30,7 @@ protected:
         EXPECT_EQ(Content(L"after"), "sound");
     }
 
-    // Extracts what there is, with a bound, and closes.
+    // Extracts everything, up to a limit, and closes.
     void ExtractAll(const std::string& archive)
     {
         test_support::WriteFile(Archive(), archive);
@@ -134,7 +134,7 @@ TEST_F(ZipDamage, ADirectoryThatEndsEarlyFails)
     ExpectLogged(log, L"error -103 with zipfile in unzGetCurrentFileInfo\n");
 }
 
-// A number of entries that no directory can have makes no endless loop.
+// An impossible number of entries makes no endless loop.
 TEST_F(ZipDamage, AnEndlessNumberOfEntriesEnds)
 {
     std::string archive = raw_archive::Write({Stored("a", "1"), Stored("b", "2")}, true);
@@ -156,7 +156,7 @@ TEST_F(ZipDamage, ArchivesThatBreakOffDoNoHarm)
     ExpectNothingOutside();
 }
 
-// The end is kept, so that the reader begins, and the middle is missing.
+// The archive keeps its end, so that the reader begins, and lacks its middle.
 TEST_F(ZipDamage, ArchivesWithAGapDoNoHarm)
 {
     const std::string archive = Sample();
@@ -180,7 +180,7 @@ TEST_F(ZipDamage, DamagedBytesDoNoHarm)
     ExpectNothingOutside();
 }
 
-// Run by disk-full under a limit on the size of files.
+// disk-full runs this program under a limit on the size of files; 0 without one.
 std::size_t FileLimit()
 {
     const std::wstring limit = test_support::EnvironmentVariable(L"ZIP_FILE_LIMIT");
@@ -191,8 +191,8 @@ TEST_F(ZipDamage, DiskFullEndsTheExtraction)
 {
     const std::size_t limit = FileLimit();
     if (limit == 0) GTEST_SKIP() << "run by disk-full, under a limit on the size of files";
-    Entry bomb = Deflated("bomb", std::string(40 * limit, '\0')); // small enough as an archive
-    bomb.size = 100'000'000'000;                                  // and says 100 GB
+    Entry bomb = Deflated("bomb", std::string(40 * limit, '\0')); // the archive is small enough
+    bomb.size = 100'000'000'000;                                  // claims to be 100 GB
     const DWORD before = test_support::HandleCount();
     Open({bomb, Stored("after", "sound"), Stored("last", "")});
     LogCapture log;

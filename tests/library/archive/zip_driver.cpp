@@ -1,8 +1,10 @@
 // Packs and unpacks from a command line, for the scripts that compare with other programs.
-//   zip_driver pack ARCHIVE BASE         the files' paths come a line each from the input, in UTF-8
-//   zip_driver unpack ARCHIVE [PASSWORD] into the current folder
-// Ends with 0 when everything succeeded, which for unpacking nothing tells (the last entry fails in
-// any case): it prints how many entries did. Prints the memory it took.
+//
+// - "zip_driver pack ARCHIVE BASE" reads the files' paths from its input, one a line, in UTF-8.
+// - "zip_driver unpack ARCHIVE [PASSWORD]" extracts into the current folder.
+//
+// Prints the memory it took. Packing ends with 0 when everything succeeded. Unpacking cannot tell,
+// because the last entry fails in any case, so it prints how many entries succeeded.
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 #include <base/Encoding.h>

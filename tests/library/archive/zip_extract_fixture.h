@@ -20,8 +20,8 @@
 #include <string>
 #include <vector>
 
-// An archive in one folder and extraction into a folder below it, so that whatever is written
-// outside of the latter is seen.
+// An archive in one folder and extraction into a folder below it, so that a file written outside
+// the target is noticed.
 class ZipReading : public testing::Test
 {
 protected:
@@ -44,8 +44,8 @@ protected:
     }
     void Open(const std::vector<raw_archive::Entry>& entries) { Open(raw_archive::Write(entries)); }
 
-    // What lies below a folder, files and folders, relative to it and with forward slashes. Not by
-    // <filesystem>, which loses its way in folders whose names end in dots.
+    // The files and folders below a folder, relative to it and with forward slashes. This does not
+    // use <filesystem>, which loses its way in folders whose names end in dots.
     static std::set<std::string> Below(const std::wstring& folder)
     {
         std::set<std::string> found;
@@ -73,7 +73,7 @@ protected:
         return test_support::ReadFile(Target() + L"\\" + name);
     }
 
-    // That nothing was written outside of the target.
+    // Expects that nothing was written outside of the target.
     void ExpectNothingOutside() const
     {
         std::set<std::string> outside;

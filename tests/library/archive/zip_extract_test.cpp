@@ -1,4 +1,4 @@
-// Reading sound archives: what is extracted where, and what the result tells.
+// Reading sound archives: what is extracted where, and the results.
 #include "zip_extract_fixture.h"
 
 #include <Utils_Statics/ZipCompress.h>
@@ -130,7 +130,7 @@ TEST_F(ZipReading, ExtractsThousandsOfEntries)
     EXPECT_EQ(extracted, 1999);
 }
 
-// The zip library takes their number for one that ran over 16 bits, and looks for more.
+// The zip library takes this number for one that exceeded 16 bits, and looks for more.
 TEST_F(ZipReading, ExtractsAsManyEntriesAsAnArchiveCanHave)
 {
     std::vector<Entry> entries(65535, Stored("?", "")); // no file can have that name
@@ -193,7 +193,7 @@ TEST_F(ZipReading, AnArchiveOfOursComesBack)
     test_support::WriteFile(m_folder / L"study.xml", LongContent());
     {
         ZipCompress zip;
-        zip.SetBasePath(m_folder.Path()); // without a separator: the names begin with one
+        zip.SetBasePath(m_folder.Path()); // no separator, because the names begin with one
         ASSERT_TRUE(zip.Create(Archive().c_str()));
         ASSERT_TRUE(zip.AddFile((m_folder / L"study.xml").c_str()));
         ASSERT_TRUE(zip.AddFile((m_folder / L"study.xml").c_str()));
@@ -231,8 +231,8 @@ TEST_F(ZipReading, AFailedOpenClosesTheArchiveBefore)
     EXPECT_TRUE(Below(Target()).empty());
 }
 
-// The zip library does not find an archive's end at the very beginning of a file, so an archive of
-// no entries can be opened only behind something else.
+// The zip library does not find an archive's end at the very beginning of a file. So an archive
+// without entries can be opened only behind something else.
 TEST_F(ZipReading, AnEmptyArchiveHasNoEntryToTellOf)
 {
     test_support::WriteFile(Archive(), raw_archive::Write({}));

@@ -1,5 +1,5 @@
-// The names of entries come from outside. None leads out of the current folder, and what does not
-// is extracted.
+// The names of entries come from outside. None leads out of the current folder. A name that stays
+// inside is extracted.
 #include "zip_extract_fixture.h"
 
 #include <base/FilePath.h>
@@ -16,8 +16,8 @@ using Names = std::set<std::string>;
 class ZipNames : public ZipReading
 {
 protected:
-    // Where an entry's content lands, relative to the target; "" when it is skipped. Everything
-    // that was written is taken away again.
+    // The place of an entry's content, relative to the target; "" when the entry is skipped.
+    // Everything that was written is removed again.
     std::string LandsAt(const std::string& name, std::uint16_t flags = 0)
     {
         raw_archive::Entry entry = Stored(name, "content");
@@ -33,7 +33,7 @@ protected:
         return landed;
     }
 
-    // That an entry is skipped and the log says so, once.
+    // Expects that an entry is skipped and that the log says so, once.
     void ExpectRefused(const std::string& name, std::uint16_t flags = 0)
     {
         LogCapture log;
@@ -44,7 +44,7 @@ protected:
         EXPECT_EQ(messages[0].level, 1);
     }
 
-    // That no file can be created of the name, which is no error.
+    // Expects that no file of the name can be created, which is no error.
     void ExpectSkipped(const std::string& name)
     {
         LogCapture log;
@@ -90,17 +90,18 @@ TEST_F(ZipNames, WithParentFoldersThatLeadOutAreRefused)
         ExpectRefused(name);
 }
 
-// They may be made as folders, and be the parent folder to whoever asks for them later.
+// Such a name may be made as a folder, and name the parent folder to whoever uses it later.
 TEST_F(ZipNames, WithFoldersOfDotsAndBlanksAreRefused)
 {
     for (const char* name :
          {".. /a", "... /a", ".../a", "a/.. ./b", "..../a", ".. \\.. \\a", " /a", "a/. /b"})
         ExpectRefused(name);
-    for (const char* name : {"... ", "....", ". . ."}) // the platform reads nothing of them
+    for (const char* name : {"... ", "....", ". . ."}) // the platform reduces them to nothing
         ExpectSkipped(name);
 }
 
-// The platform takes dots and blanks off the end of a name, and one dot off the end of a folder's.
+// The platform strips dots and blanks from the end of a name, and one dot from the end of a
+// folder's.
 TEST_F(ZipNames, ThatEndInDotsOrBlanksAreExtractedAsThePlatformReadsThem)
 {
     EXPECT_EQ(LandsAt("Smith Jr.\\x.txt"), "Smith Jr/x.txt");
@@ -119,7 +120,7 @@ TEST_F(ZipNames, OfDevicesAreRefused)
         EXPECT_EQ(LandsAt(name), name);
 }
 
-// Which further names are devices is the platform's to know.
+// The platform decides which further names are devices.
 TEST_F(ZipNames, OfDevicesAreThoseOfThePlatform)
 {
     for (const char* name : {"CONIN$", "conout$", "COM0", "aux.txt", "PRN.tar.gz", "LPT4.a.b"}) {
@@ -193,7 +194,7 @@ TEST_F(ZipNames, AreReadWholeWhateverTheirLength)
     EXPECT_EQ(LandsAt(name, 0x800), name);
 }
 
-// Where the platform's limit lies is its own affair.
+// The platform decides where the limit lies.
 TEST_F(ZipNames, TooLongForThePlatformAreSkipped)
 {
     for (const std::size_t size : {300, 1000, 65535})
@@ -217,7 +218,7 @@ TEST_F(ZipNames, ThatAreNotUtf8InSpiteOfTheirFlagAreReadInTheCodePage)
     EXPECT_NE(LandsAt("\xC0\xAE\xC0\xAE/a", utf8), "") << "no dots: UTF-8 does not allow the form";
 }
 
-// Names composed of dangerous parts, at random.
+// The names are random combinations of dangerous parts.
 TEST_F(ZipNames, NeverLeadOutside)
 {
     static const char* const parts[] = {"..", ".",  "..", "\\",  "C:", "a:",  "a",  "NUL",

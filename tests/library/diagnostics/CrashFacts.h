@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-// What a crashing child process tells its test about itself, in a file that both map. It is filled
-// in by a vectored handler, which sees an exception before anybody else does.
+// The facts that a crashing child process records about itself for its test, in a file that both
+// map. A vectored handler fills it in, because it sees an exception before any other handler.
 namespace crash_test {
 
 struct ExceptionFacts
@@ -15,14 +15,14 @@ struct ExceptionFacts
     std::uint64_t stackBase;
     std::uint64_t parameters[2];
     std::uint32_t parameterCount;
-    std::uint32_t byteCount; // of the code that could be read
+    std::uint32_t byteCount; // number of code bytes that could be read
     std::uint8_t bytes[16];
     CONTEXT context;
 };
 
 struct Facts
 {
-    volatile LONG count; // of the exceptions seen, also of those there is no room for
+    volatile LONG count; // number of exceptions seen, even beyond the room here
     ExceptionFacts exceptions[4];
 };
 

@@ -22,7 +22,7 @@ constexpr int addressDigits = 8;
 
 using Match = std::vector<std::wstring>;
 
-// The lines of a file, which are read from the first to the last.
+// The lines of a file, read from first to last.
 class Lines
 {
 public:
@@ -38,7 +38,7 @@ public:
 
     bool IsAtEnd() const { return m_next == m_lines.size(); }
 
-    // The groups of the next line, which has to match. The line is taken.
+    // Takes the next line, which has to match, and returns its groups.
     Match Take(const std::wstring& pattern)
     {
         std::optional<Match> match = TakeIf(pattern);
@@ -46,7 +46,7 @@ public:
         Fail(pattern);
     }
 
-    // The same, but a line that does not match is left.
+    // Takes the next line if it matches, and leaves it otherwise.
     std::optional<Match> TakeIf(const std::wstring& pattern)
     {
         std::wsmatch found;
@@ -59,7 +59,7 @@ public:
         return groups;
     }
 
-    // The next line as it is.
+    // The next line, unchanged.
     std::wstring Any()
     {
         if (IsAtEnd()) Fail(L"any line");
@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    // Every line ends in a carriage return and a line feed, which stand nowhere else.
+    // Every line ends in a carriage return and a line feed, which occur nowhere else.
     void Split(const std::wstring& text)
     {
         std::size_t begin = 0;
@@ -199,7 +199,7 @@ void ParseBytes(Lines& lines, Report& report)
         report.bytes.push_back(text[i] == L'?' ? -1 : static_cast<int>(Hex(text.substr(i, 2))));
 }
 
-// By position and not by pattern: there are hundreds of these lines.
+// Parses by position and not by pattern, because there are hundreds of these lines.
 StackLine ParseStackLine(Lines& lines, const std::wstring& line)
 {
     constexpr std::size_t wordsBegin = 2 + addressDigits + 2;

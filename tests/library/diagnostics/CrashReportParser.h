@@ -43,15 +43,15 @@ struct Report
     std::vector<int> systemMemory;  // load, physical, free, paging file, free, addresses, free
     std::vector<int> processMemory; // page faults, then megabytes, private usage last
     std::map<std::wstring, std::uint64_t> registers;
-    std::vector<int> bytes; // -1 where it could not be read
+    std::vector<int> bytes; // -1 for a byte that could not be read
     std::vector<StackLine> stack;
-    bool isStackCut = false; // by an exception
+    bool isStackCut = false; // an exception cut the stack
     std::vector<Module> modules;
     std::wstring baseName;
 };
 
-// Throws std::runtime_error, with the line's number and text, at the first line that is not as it
-// has to be.
+// Throws std::runtime_error, with the line's number and text, at the first line that breaks the
+// format.
 Report ParseReport(const std::string& file);
 
 } // namespace crash_test

@@ -15,13 +15,13 @@ struct Node
     std::string value; // its bytes
     bool isText = false;
     std::vector<Node> children;
-    // What the node says of itself when that is not the truth.
+    // The node's claim about itself, when that is not the truth.
     std::optional<std::uint16_t> length;
     std::optional<std::uint16_t> valueLength;
     std::optional<std::uint16_t> type;
 };
 
-// The numbers of a resource, in the order in which the resource has them.
+// The numbers of a resource, in the resource's order.
 struct Fixed
 {
     std::uint32_t signature = 0xFEEF04BD;
@@ -31,7 +31,7 @@ struct Fixed
     std::uint32_t productHigh = 0x00050006;
     std::uint32_t productLow = 0x00070008;
     std::uint32_t flagsMask = 0x3F;
-    std::uint32_t flags = 0x142; // more than the mask lets through
+    std::uint32_t flags = 0x142; // sets more bits than the mask allows
     std::uint32_t os = 0x40004;
     std::uint32_t type = 3;
     std::uint32_t subtype = 7;
@@ -47,13 +47,13 @@ Node Translations(const std::vector<std::uint32_t>& languages);
 
 // The bytes of a tree.
 std::string Bytes(const Node& root);
-// As files of 16 bits have them: ASCII texts, no types.
+// The bytes as 16-bit files have them: ASCII texts, no types.
 std::string NarrowBytes(const Node& root);
 
-// A copy of a program file without a version resource at `path`, with this one.
+// Writes a copy of a program file without a version resource to `path`, with this resource.
 void WriteFile(const std::wstring& path, const std::string& resource);
 
-// The bytes of a program file of 16 bits with nothing but that version resource.
+// The bytes of a 16-bit program file that holds nothing but that version resource.
 std::string File16(const std::string& resource);
 
 } // namespace version_resource

@@ -1,4 +1,4 @@
-// A library of nothing: files for the tests of the version reader are made of it.
+// An empty library. The tests of the version reader make their files of it.
 extern "C" int __stdcall BlankMain(void*, unsigned long, void*)
 {
     return 1;

@@ -1,14 +1,20 @@
 // A program that crashes, for the tests of the crash report.
-//   crash_child KIND [--thread STACK] [--log FOLDER] [--facts FILE] [--modules FOLDER]
-//     [--late-log FOLDER] [--bare yes] [--inheritable NAME]
-//   crash_child is-filtered KIND         ends with 0 when the platform calls a filter for a crash
-//   of
-//                                        that kind, with enough stack to go on on another one
-// KIND as crash_kinds.cpp has them; --thread crashes on a new thread with a stack of that many
-// bytes; --modules loads every library of a folder; --late-log sets the log folder after the crash
-// handler was made; --bare makes none; --inheritable opens the event of that name for every program
-// that inherits handles, which CRASH_HANDLE then tells. FILE gets what the process knows of itself:
-// its crash in FILE, the rest in FILE.txt.
+//
+// - "crash_child KIND [OPTIONS]" crashes in the way of that name, which crash_kinds.cpp lists.
+// - "crash_child is-filtered KIND" ends with 0 when the platform calls a filter for such a crash,
+//   with enough stack to go on on another one.
+//
+// The options are these:
+//
+// - "--thread STACK" crashes on a new thread with a stack of that many bytes.
+// - "--log FOLDER" sets the log folder.
+// - "--late-log FOLDER" sets the log folder after the crash handler was made.
+// - "--facts FILE" writes what the process knows of itself: its crash to FILE, the rest to
+//   FILE.txt.
+// - "--modules FOLDER" loads every library of a folder.
+// - "--bare yes" makes no crash handler.
+// - "--inheritable NAME" opens the event of that name for every program that inherits handles;
+//   CRASH_HANDLE then holds the handle.
 #include "CrashFacts.h"
 #include "crash_kinds.h"
 #include "diagnostics/ThreadBlock.h"
@@ -41,7 +47,7 @@ Facts* MapFacts(const std::wstring& path)
     return static_cast<Facts*>(MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, sizeof(Facts)));
 }
 
-// What can be read of the code that was running, without touching what guards something.
+// Copies the readable part of the code that was running, without touching guard pages.
 void CopyCode(ExceptionFacts& facts)
 {
     for (std::uint8_t& byte : facts.bytes) {
@@ -55,7 +61,7 @@ void CopyCode(ExceptionFacts& facts)
     }
 }
 
-// Exceptions by which the platform and the compiler tell something, and that are always handled.
+// Exceptions that the platform and the compiler use as messages, and that are always handled.
 bool IsMessage(DWORD code)
 {
     constexpr DWORD threadName = 0x406D1388, gccThrow = 0x20474343;
@@ -82,7 +88,7 @@ LONG WINAPI Record(EXCEPTION_POINTERS* exception)
     return EXCEPTION_CONTINUE_SEARCH;
 }
 
-// "base size path" of every module.
+// Writes "base size path" for every module.
 void WriteModules(std::FILE* file)
 {
     std::vector<HMODULE> modules(2000);
@@ -152,7 +158,7 @@ int CheckFilter(const wchar_t* kind, std::uintptr_t needed)
 
 void OpenInheritable(const std::wstring& name)
 {
-    const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, TRUE, name.c_str()); // to the end
+    const HANDLE event = OpenEventW(EVENT_MODIFY_STATE, TRUE, name.c_str()); // stays open
     wchar_t number[32];
     wsprintfW(number, L"%u", static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(event)));
     SetEnvironmentVariableW(L"CRASH_HANDLE", number);

@@ -1,4 +1,4 @@
-// Each exception that has a name in the report, from children that really crash of it.
+// Each exception that has a name in the report, from children that really crash by it.
 #include "crash_fixture.h"
 
 #include <cstring>
@@ -13,7 +13,7 @@ struct KnownCode
     const wchar_t* text;
 };
 
-// Faults of the processor are brought about; the rest is raised.
+// Faults of the processor are really caused; the other exceptions are raised.
 constexpr KnownCode codes[] = {
     {"0x40010005", 0x40010005, L"a Control-C"},
     {"0x40010008", 0x40010008, L"a Control-Break"},
@@ -27,7 +27,7 @@ constexpr KnownCode codes[] = {
     {"illegal", 0xC000001D, L"an Illegal Instruction"},
     {"0xC0000025", 0xC0000025, L"a Noncontinuable Exception"},
     {"0xC0000026", 0xC0000026, L"an Invalid Disposition"},
-#ifdef _WIN64 // whose processors have no such instructions
+#ifdef _WIN64 // these processors have no such instructions
     {"0xC000008C", 0xC000008C, L"a Array Bounds Exceeded"},
     {"0xC0000095", 0xC0000095, L"an Integer Overflow"},
 #else
@@ -50,8 +50,8 @@ constexpr KnownCode codes[] = {
     {"0xC0000374", 0xC0000374, L"an Unknown exception type"},
 };
 
-// On a thread that nobody wraps: around main, the compiler's run-time library handles some of the
-// exceptions itself in a 64-bit program.
+// Crashes on a thread without a handler of its own. Around main, the compiler's run-time library
+// handles some of the exceptions itself in a 64-bit program.
 constexpr wchar_t onAThread[] = L"--thread 1048576";
 
 class CrashCode : public CrashTest, public testing::WithParamInterface<KnownCode>
@@ -78,14 +78,14 @@ TEST_P(CrashCode, IsReportedByItsName)
     EXPECT_EQ(m_exitCode, known.code) << "the process still ends by its exception";
 }
 
-// Codes that a platform raises as other ones can still be had from somebody who raises them.
+// A program may raise a code itself, even where the platform raises another one for the fault.
 TEST_P(CrashCode, IsReportedWhenRaised)
 {
     const KnownCode& known = GetParam();
     wchar_t kind[16];
     wsprintfW(kind, L"0x%08X", known.code);
     if (std::wstring(kind) == std::wstring(known.kind, known.kind + std::strlen(known.kind)))
-        return; // is raised by the test before
+        return; // the test before raises it
     ASSERT_TRUE(Crash(kind, onAThread));
     const Report report = TheReport();
     EXPECT_EQ(report.exception, known.text);

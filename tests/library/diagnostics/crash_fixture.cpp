@@ -37,7 +37,7 @@ FILETIME Now()
     return now;
 }
 
-// A time as the report writes it, in seconds of no particular beginning.
+// Converts a time of the report to seconds from an arbitrary beginning.
 long long Seconds(const std::wstring& text)
 {
     SYSTEMTIME time = {};

@@ -14,7 +14,7 @@
 
 namespace crash_test {
 
-// What a loaded module is, as the process saw it.
+// A loaded module as the process saw it.
 struct KnownModule
 {
     std::uint64_t base;
@@ -22,8 +22,8 @@ struct KnownModule
     std::wstring path;
 };
 
-// Runs children that really crash, in a folder of their own: app\ has the program and what stands
-// in for the crash reporter, log\ is the log folder.
+// Runs children that really crash, in a folder of their own: app\ has the program and a stand-in
+// for the crash reporter, log\ is the log folder.
 class CrashTest : public testing::Test
 {
 protected:
@@ -36,39 +36,39 @@ protected:
 
     // Runs the child to its end; false when it does not end in time. The exit code is kept.
     bool Run(const std::wstring& arguments, const std::wstring& program = {});
-    // The same, with the usual log folder and facts.
+    // Runs the child with the usual log folder and facts.
     bool Crash(const std::wstring& kind, const std::wstring& more = {});
-    // The same, with this program as the child's debugger, which handles nothing.
+    // Runs the child as Crash does, with this program as its debugger, which handles nothing.
     bool CrashDebugged(const std::wstring& kind);
 
-    // Whether the platform calls a filter for such a crash, with more stack than the lowest page,
-    // which is not to be used.
+    // True when the platform calls a filter for such a crash, with more stack than the lowest page,
+    // which must not be used.
     bool IsFiltered(const std::wstring& kind)
     {
         return Run(L"is-filtered " + kind + L" 4096") && m_exitCode == 0;
     }
 
-    // Whether the reporter is started within its time. Asked only when it should be, or to see a
-    // moment that it is not.
+    // True when the reporter is started within its time. Ask only when it should be, or to see for
+    // a moment that it is not.
     bool IsReporterStarted(DWORD milliseconds = 20'000) const;
-    // Its command line.
+    // The reporter's command line.
     std::wstring ReporterCommand() const;
 
-    // The files of a folder whose names end so.
+    // The files of a folder whose names have this end.
     std::vector<std::wstring> FilesOf(const std::wstring& folder, const std::wstring& end) const;
 
-    // The one report of the log folder, parsed; a failure of the test when there is not one.
+    // The only report of the log folder, parsed; the test fails when there is not exactly one.
     Report TheReport() const;
 
-    // What the child knew.
+    // The child's own facts.
     Facts TheFacts() const;
     std::vector<KnownModule> KnownModules() const;
 
-    // Checks all of the report against what the child knew of the exception, itself and its
+    // Checks all of the report against the child's knowledge of the exception, itself and its
     // machine.
     void ExpectTrue(const Report& report, const ExceptionFacts& facts) const;
 
-    // Setting the crash handler reads, taken back at the end of the test.
+    // Sets a setting that the crash handler reads, until the end of the test.
     void SetSetting(const wchar_t* section, const wchar_t* name, DWORD type, const void* bytes,
                     DWORD size);
     void SetText(const wchar_t* section, const wchar_t* name, const std::wstring& text);

@@ -20,7 +20,7 @@ namespace crash_test {
 
 namespace {
 
-// Nothing is there on any platform.
+// No platform maps anything at this address.
 constexpr std::uintptr_t nowhere = 0x10;
 
 volatile int s_sink = 0;
@@ -40,7 +40,7 @@ volatile int s_sink = 0;
     reinterpret_cast<void (*)()>(nowhere)();
 }
 
-// A page of code that guards something, as the instruction that faults.
+// Executes a page of code that is a guard page, so that the fetch of the instruction faults.
 void ExecuteGuardPage()
 {
     void* const page = VirtualAlloc(nullptr, 0x1000, MEM_COMMIT | MEM_RESERVE,
@@ -55,7 +55,7 @@ void ExecuteGuardPage()
     s_sink = one / zero;
 }
 
-// Without bound; the addition keeps it from becoming a loop.
+// Recurses without bound. The addition keeps the compiler from making it a loop.
 [[gnu::noinline]] int Recurse(int depth)
 {
     volatile char frame[512];
@@ -63,7 +63,7 @@ void ExecuteGuardPage()
     return Recurse(depth + 1) + frame[0];
 }
 
-// Without bound, and nearly all of the time in the heap, under its lock.
+// Recurses without bound, nearly all of the time in the heap, under its lock.
 [[gnu::noinline]] int RecurseInHeap(int depth)
 {
     volatile char frame[24];
@@ -72,7 +72,7 @@ void ExecuteGuardPage()
     return RecurseInHeap(depth + 1) + frame[0];
 }
 
-// The same in the loader.
+// Recurses without bound in the loader.
 [[gnu::noinline]] int RecurseInLoader(int depth)
 {
     volatile char frame[24];
@@ -82,8 +82,8 @@ void ExecuteGuardPage()
     return RecurseInLoader(depth + 1) + frame[0];
 }
 
-// The x87 unit with one of its exceptions let through; what it does not like is raised by the next
-// instruction that waits for it.
+// Lets one exception of the x87 unit through. The next instruction that waits for the unit raises
+// it.
 void LetThrough(std::uint16_t exception)
 {
     const auto control = static_cast<std::uint16_t>(0x037F & ~exception);
@@ -152,7 +152,7 @@ void ArrayBounds()
 }
 #endif
 
-// Everything of the stack above this frame that is not the platform's is gone, and so is the way
+// Destroys the stack above this frame, as far as it is not the platform's, and with it the way
 // back.
 [[gnu::noinline]] void DestroyStack()
 {
@@ -163,7 +163,7 @@ void ArrayBounds()
         from[i] = static_cast<char>(0xA5);
     asm volatile("movabs $0xA5A5A5A5A5A5A5A5, %%rbp; jmp *%%rbp" : : : "memory");
 #else
-    // Up to the first of the handlers, without which nobody is told.
+    // Stops at the first of the exception handlers, without which nobody is told.
     auto* const end = reinterpret_cast<volatile char*>(utils_statics::ThreadBlock().ExceptionList);
     for (volatile char* at = from; at < end; ++at)
         *at = static_cast<char>(0xA5);
@@ -171,7 +171,7 @@ void ArrayBounds()
 #endif
 }
 
-// On a small stack that is not the thread's own.
+// Crashes on a small stack that is not the thread's own.
 [[gnu::noinline]] void LeaveStack()
 {
     constexpr std::size_t size = 64 * 1024;
@@ -185,7 +185,8 @@ void ArrayBounds()
 #endif
 }
 
-// All of it, in pieces down to the smallest. The compiler must not know that nobody uses them.
+// Takes the whole heap, in pieces down to the smallest. The compiler must not know that nobody uses
+// them.
 void TakeHeap()
 {
     void* volatile taken = nullptr;
@@ -201,7 +202,7 @@ void ExhaustHeap()
     Read();
 }
 
-// Nobody catches it.
+// Throws for want of memory; nobody catches it.
 void WantMemory()
 {
     TakeHeap();
@@ -230,7 +231,7 @@ void InCatchBlock()
     }
 }
 
-// Both at once; whichever is first is reported.
+// Crashes two threads at once; whichever is first is reported.
 void TwoThreads()
 {
     const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -240,7 +241,7 @@ void TwoThreads()
     };
     std::thread first(crash);
     std::thread second(crash);
-    Sleep(100); // for both to wait; not needed for the result
+    Sleep(100); // lets both wait; the result does not need it
     SetEvent(start);
     first.join();
     second.join();
@@ -287,7 +288,7 @@ struct Exception
     EXCEPTION_POINTERS pointers = {&record, &context};
 };
 
-// The first thread's filter begins with setting the process's error mode.
+// Waits for the first thread, whose filter begins with setting the process's error mode.
 void WaitForTheFirst()
 {
     while (GetErrorMode() != SEM_NOGPFAULTERRORBOX)
@@ -303,7 +304,7 @@ DWORD WINAPI CrashAsSecond(void* isReady)
     return 0;
 }
 
-// Ends the process as the platform would when the filter returns, with 40 and what it returned.
+// Ends the process after the filter as the platform would, with 40 plus the filter's result.
 template <void (*lock)()>
 DWORD WINAPI CallFilterAsSecond(void* isReady)
 {
@@ -315,7 +316,7 @@ DWORD WINAPI CallFilterAsSecond(void* isReady)
     return 0;
 }
 
-// While a second thread crashes too.
+// Crashes while a second thread crashes too.
 void WithASecondThread(LPTHREAD_START_ROUTINE second)
 {
     SetErrorMode(0);
@@ -331,7 +332,7 @@ void InLogHook()
     zelLogger::zelLogHelper("crash_kinds", 1, 1)(L"about to crash");
 }
 
-// Stands for a function that releases a lock of the logger: the thread never gets so far.
+// Stands for a function that releases a lock of the logger, but keeps its thread from doing so.
 constinit HANDLE s_isStuck = nullptr;
 
 void WINAPI NeverRelease(void*)
@@ -352,7 +353,7 @@ DWORD WINAPI WriteToLog(void*)
     return 0;
 }
 
-// While another thread, which never goes on, holds the lock that `release` would release.
+// Crashes while another thread, which never goes on, holds the lock that `release` would release.
 void UnderLoggersLock(const char* release, LPTHREAD_START_ROUTINE use)
 {
     s_isStuck = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -373,8 +374,8 @@ void UnderLoggersFileLock()
     UnderLoggersLock("LeaveCriticalSection", WriteToLog);
 }
 
-// Calls the filter as the platform would, twice, and ends with both results: the first one's tens,
-// the second one's ones.
+// Calls the filter twice as the platform would. The exit code has the first result as its tens and
+// the second one as its ones.
 void CallFilter()
 {
     Exception exception;
@@ -383,7 +384,7 @@ void CallFilter()
     ExitProcess(static_cast<UINT>(first * 10 + second));
 }
 
-// Ends with the error modes after the first and after the second call, in 4 bits each.
+// The exit code holds the error modes after the first and after the second call, in 4 bits each.
 void CallFilterForErrorModes()
 {
     Exception exception;
@@ -395,7 +396,8 @@ void CallFilterForErrorModes()
     ExitProcess(first << 4 | GetErrorMode());
 }
 
-// With a page of this very stack that cannot be read, and a stack pointer 64 bytes below it.
+// Calls the filter with an unreadable page in this very stack, and a stack pointer 64 bytes below
+// it.
 void CallFilterWithAnUnreadableStack()
 {
     constexpr std::uintptr_t page = 0x1000;
@@ -413,7 +415,7 @@ void CallFilterWithAnUnreadableStack()
     ExitProcess(static_cast<UINT>(exception.Filter()));
 }
 
-// What the report's file was created with.
+// The arguments with which the report's file was created.
 struct Creation
 {
     DWORD access, share, disposition, flags;
@@ -429,7 +431,7 @@ HANDLE WINAPI SeeCreation(const wchar_t* path, DWORD access, DWORD share,
     return CreateFileW(path, access, share, security, disposition, flags, form);
 }
 
-// Ends with 1 when the file was created as it has to be.
+// The exit code is 1 when the file was created correctly.
 void CallFilterForCreation()
 {
     const test_support::ImportHook hook(L"Utils_Statics.dll", "CreateFileW",
@@ -440,7 +442,7 @@ void CallFilterForCreation()
                 s_creation.flags == (FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH));
 }
 
-// A process that began at one moment and crashes at another, in UTC.
+// The times of a process that began at s_begin and crashes at s_now, in UTC.
 FILETIME s_begin = {};
 FILETIME s_now = {};
 
@@ -455,7 +457,8 @@ void WINAPI TellNow(FILETIME* now)
     *now = s_now;
 }
 
-// With a run of so many units of 100 nanoseconds, up to the 30th of June 2024, 09:05:07.
+// Calls the filter after a run of so many units of 100 nanoseconds that ends on the 30th of June
+// 2024, 09:05:07.
 void CallFilterAfter(long long units)
 {
     const SYSTEMTIME end = {2024, 6, 0, 30, 9, 5, 7, 0};
@@ -489,7 +492,7 @@ FARPROC WINAPI FindOldSystem(HMODULE library, const char* name)
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&TellOldSystem));
 }
 
-// Where no crash handler was made before, so that the system is asked for now.
+// No crash handler was made before, so the filter asks for the system's version now.
 void CallFilterOnAnOldSystem()
 {
     const test_support::ImportHook hook(L"Utils_Statics.dll", "GetProcAddress",
@@ -556,7 +559,7 @@ constexpr Kind kinds[] = {
 
 void Crash(const std::string& kind)
 {
-    char marker[64] = {}; // is found on the stack
+    char marker[64] = {}; // the report must find it on the stack
     std::memcpy(marker, "the marker that every crash leaves on its own stack", 51);
     volatile char* const onStack = marker;
     for (const Kind& known : kinds)

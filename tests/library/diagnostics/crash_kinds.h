@@ -5,7 +5,7 @@
 // The ways to crash that the child process knows.
 namespace crash_test {
 
-// Crashes in the way of that name on the calling thread; returns when there is none, or when the
+// Crashes on the calling thread in the way of that name; returns when there is none, or when the
 // platform did not mind. A number is a code for RaiseException.
 void Crash(const std::string& kind);
 

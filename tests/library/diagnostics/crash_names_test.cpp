@@ -1,4 +1,4 @@
-// The names that the report gives operating systems and exceptions.
+// The names that the report gives to operating systems and exceptions.
 #include "diagnostics/ExceptionText.h"
 #include "diagnostics/SystemName.h"
 

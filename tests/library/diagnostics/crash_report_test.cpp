@@ -15,7 +15,7 @@ namespace {
 
 using CrashReport = CrashTest;
 
-// A moment of UTC as the report writes it.
+// A moment of UTC, in the form of the report.
 std::wstring Local(const SYSTEMTIME& utc)
 {
     FILETIME moment = {}, local = {};
@@ -93,7 +93,7 @@ TEST_F(CrashReport, ListsModulesWithTheirFilesAndVersions)
     EXPECT_GT(named, 3);
 }
 
-// A library of which everything is known, with numbers in its headers that no linker writes.
+// A library of known content, with numbers in its headers that no linker writes.
 class KnownLibrary
 {
 public:
@@ -127,7 +127,7 @@ private:
         std::memcpy(bytes.data() + offset, &number, sizeof number);
     }
 
-    // In local time.
+    // Sets the file's last write, given in local time.
     void SetWritten(const SYSTEMTIME& time)
     {
         FILETIME local = {}, utc = {};

@@ -1,4 +1,4 @@
-// The crash reporter: what it packs of what the crash handler has left.
+// The crash reporter: what it packs of the crash handler's files.
 #include "crash_fixture.h"
 
 #include <Utils_Statics/ZipExtract.h>
@@ -19,7 +19,7 @@ class CrashReporter : public CrashTest
 protected:
     std::wstring Reporter() const { return App(L"reporter.exe"); }
 
-    // Runs the reporter of this project beside the crashed program, without a window.
+    // Runs this project's reporter beside the crashed program, without a window.
     bool Report()
     {
         CopyFileW(test_support::BesideProgram(L"XCrashReport.exe").c_str(), Reporter().c_str(),

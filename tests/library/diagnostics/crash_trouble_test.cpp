@@ -16,7 +16,7 @@ using test_support::WriteFile;
 class CrashTrouble : public CrashTest
 {
 protected:
-    // That a crash is reported in full, with dump, settings and reporter.
+    // Expects that a crash is reported in full, with dump, settings and reporter.
     void ExpectReported(const std::wstring& kind, const std::wstring& more = {})
     {
         ASSERT_TRUE(Crash(kind, more)) << "the process has to end";
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-// Of exhausted stacks: in plain code, and in calls that hold the platform's locks.
+// Exhausted stacks: in plain code, and in calls that hold the platform's locks.
 class ExhaustedStack : public CrashTrouble, public testing::WithParamInterface<const wchar_t*>
 {
 protected:
@@ -63,7 +63,7 @@ TEST_P(ExhaustedStack, OfAnotherThread)
     EXPECT_EQ(m_exitCode, STATUS_STACK_OVERFLOW);
 }
 
-// The process ends also when the platform would have something else in mind.
+// The process ends by its exception even when the platform would do something else.
 TEST_P(ExhaustedStack, WithoutAReporter)
 {
     DeleteFileW(App(L"XCrashReport.exe").c_str());
@@ -106,7 +106,7 @@ TEST_F(CrashTrouble, AnExhaustedHeap)
     ExpectReported(L"heap-exhausted");
 }
 
-// What the platform makes of an exception that nobody can be told of for want of memory.
+// The platform has no memory to tell anybody of this exception.
 TEST_F(CrashTrouble, AnUncaughtExceptionOfAnExhaustedHeap)
 {
     if (sizeof(void*) > 4) GTEST_SKIP() << "no process fills so many addresses in a test's time";
@@ -138,7 +138,7 @@ TEST_F(CrashTrouble, TwoThreadsAtOnce)
     EXPECT_TRUE(IsReporterStarted());
     const Facts facts = TheFacts();
     ASSERT_EQ(facts.count, 2);
-    const Report report = TheReport(); // is one, and whole
+    const Report report = TheReport(); // there is one report, and it is whole
     const bool isSecond = report.stack.at(0).address == StackPointer(facts.exceptions[1].context);
     ExpectTrue(report, facts.exceptions[isSecond]);
     EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
@@ -152,7 +152,7 @@ TEST_F(CrashTrouble, ASecondThreadWaitsForTheReport)
     EXPECT_NE(facts.exceptions[0].thread, facts.exceptions[1].thread);
 }
 
-// The report of the first may need the lock. Then the process ends without it, but soon.
+// The first thread's report may need the lock. Then the process ends without it, but soon.
 TEST_F(CrashTrouble, ASecondThreadWithALockWaitsNotForEver)
 {
     for (const wchar_t* const kind : {L"second-heap-lock", L"second-loader-lock"}) {
@@ -177,7 +177,7 @@ TEST_F(CrashTrouble, InTheLoggersHook)
     ExpectReported(L"log-hook");
 }
 
-// The log folder cannot be asked for then; the last known one has to do.
+// The log folder cannot be read under this lock, so the last known one is used.
 TEST_F(CrashTrouble, UnderTheLockOfTheLoggersFolder)
 {
     ExpectReported(L"logger-folder-lock");
@@ -222,7 +222,7 @@ TEST_F(CrashTrouble, ALogFolderOfAnyCharacters)
               FilesOf(log, L".txt")[0] + L",Crash Log,Text Document");
 }
 
-// The settings hold them in whatever encoding it takes.
+// The settings hold the name in an encoding that can express it.
 TEST_F(CrashTrouble, AProgramOfAnyName)
 {
     const std::wstring program = App(L"\u65E5\u8A8C.exe");
@@ -270,7 +270,7 @@ TEST_F(CrashTrouble, TheReporterIsTheOneThatTheRegistryNames)
     EXPECT_EQ(ReporterCommand(), L" /silent /x:\"y z\" \"crash_child.exe\"");
 }
 
-// The kind of a dump, as its header has it.
+// The kind of a dump, as its header states it.
 std::uint64_t TypeOfDump(const std::wstring& path)
 {
     constexpr std::size_t offset = 24;
@@ -331,8 +331,8 @@ void SetCreated(const std::wstring& path, WORD year)
     SetFileTime(file.get(), &created, nullptr, nullptr);
 }
 
-// The name of the file of a pattern that the platform says was created last. Not every platform
-// keeps the time that was set.
+// The file name of a pattern that the platform reports as created last. Not every platform keeps
+// the time that was set.
 std::wstring NewestOf(const std::wstring& pattern)
 {
     WIN32_FIND_DATAW found = {}, newest = {};
@@ -353,7 +353,7 @@ TEST_F(CrashTrouble, TheNewestActionLogIsCollected)
     SetCreated(Log(L"b.xml"), 2023);
     SetCreated(Log(L"c.xml"), 2022);
     ASSERT_TRUE(Crash(L"read"));
-    // The folder's own separator and one more.
+    // The folder has a separator of its own, so there are two.
     EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
               Log(L"\\" + NewestOf(Log(L"*.xml")) + L",Action Log,Text Document"));
 }
@@ -419,7 +419,7 @@ TEST_F(CrashTrouble, TheReportIsSharedWithNobodyWhileItIsWritten)
     EXPECT_EQ(m_exitCode, 1u);
 }
 
-// Run by disk-full under a limit on the size of files.
+// disk-full runs this under a limit on the size of files.
 TEST_F(CrashTrouble, DiskFullLosesNoMoreThanTheDump)
 {
     if (test_support::EnvironmentVariable(L"CRASH_FILE_LIMIT").empty())

@@ -1,5 +1,5 @@
-// Stands in for the crash reporter: writes how it was called beside itself and tells the test. Sets
-// the event that it would have if it inherited handles.
+// Stands in for the crash reporter. It writes how it was called to a file beside itself, and
+// signals the event to the test. Sets the event that it would have if it inherited handles.
 #include <windows.h>
 
 #include <cstdio>
@@ -14,7 +14,7 @@ int main()
     const std::wstring path = program;
     STARTUPINFOW startup = {};
     GetStartupInfoW(&startup);
-    // The command line, a null, and how the window is to be shown.
+    // Writes the low word of the start-up flags, the requested show state, and the command line.
     std::FILE* const file =
         _wfopen((path.substr(0, path.rfind(L'\\') + 1) + L"witness").c_str(), L"wb");
     const std::wstring command = GetCommandLineW();

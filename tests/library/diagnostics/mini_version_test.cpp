@@ -1,4 +1,4 @@
-// The reader of version resources: what it finds, and what it makes of resources that lie.
+// The reader of version resources: what it finds, and how it copes with resources that lie.
 #include "VersionResource.h"
 
 #include <Utils_Statics/CMiniVersion.h>
@@ -27,7 +27,7 @@ static_assert(sizeof(CMiniVersion) == (sizeof(void*) + 4 + 16 + 16 + 4160 + 7) /
 constexpr std::uint32_t english = 0x04B00409; // code page 1200
 constexpr std::uint32_t german = 0x04B00407;
 
-// What one object answers, and reaches the protected members.
+// Collects the results of one object, and reaches its protected members.
 class Version : public CMiniVersion
 {
 public:
@@ -79,7 +79,7 @@ protected:
     }
     Version Of(const Node& root) { return Of(Bytes(root)); }
 
-    // Of a file that is there.
+    // Reads the file that exists already.
     Version Again()
     {
         Version version(File().c_str());
@@ -93,7 +93,7 @@ protected:
         return Again();
     }
 
-    // That the numbers are right and the texts are these.
+    // Expects that the numbers are right and that the texts are these.
     void ExpectTexts(const Node& root, const std::wstring& texts, const char* what)
     {
         const Version version = Of(root);
@@ -103,7 +103,7 @@ protected:
         EXPECT_EQ(version.Texts(), texts) << what;
     }
 
-    // That nothing at all is read.
+    // Expects that nothing at all is read.
     void ExpectNothing(const Node& root, const char* what)
     {
         const Version version = Of(root);
@@ -113,7 +113,7 @@ protected:
         EXPECT_EQ(version.Texts(), L"||") << what;
     }
 
-    // Reads the file with one bit of it turned; whether it has numbers.
+    // Reads the file with one bit flipped. True when it has numbers.
     bool ReadsWithBit(std::string bytes, std::size_t bit)
     {
         char& byte = bytes[bit / 8];
@@ -274,7 +274,7 @@ TEST_F(MiniVersion, KeepsItsNumbersAfterRelease)
     EXPECT_EQ(info.dwSignature, 0xFEEF04BDu);
     EXPECT_EQ(info.dwFileVersionMS, 0x10002u);
     version.Release();
-    version.Release(); // once more does nothing
+    version.Release(); // a second call does nothing
     EXPECT_EQ(version.GetFixedInfo(info), 0);
     EXPECT_EQ(version.File(), (Numbers{1, 2, 3, 4}));
     EXPECT_EQ(copy.Texts(), L"Kestrow|What|Exam");
@@ -316,7 +316,7 @@ TEST_F(MiniVersion, NumbersThatAreNotThereGiveNothing)
     ExpectNothing(root, "numbers that are there in part");
 }
 
-// What the platform makes of such a resource, where it does not leave it.
+// The results are those of the platform, where it does not read beyond the resource.
 TEST_F(MiniVersion, LengthsBeyondTheParentEndThere)
 {
     Node root = Complete();
@@ -348,7 +348,7 @@ TEST_F(MiniVersion, ADamagedTextIsEmptyAndTheOthersAreRight)
         const std::size_t at = resource.find(key);
         ASSERT_NE(at, std::string::npos);
         const std::size_t end = at - 6 + static_cast<unsigned char>(resource[at - 6]);
-        for (std::size_t i = at; i < end; ++i) // a key that does not end, and no value
+        for (std::size_t i = at; i < end; ++i) // a key without an end, and no value
             resource[i] = 'x';
         texts[damaged].clear();
         EXPECT_EQ(Of(resource).Texts(), texts[0] + L"|" + texts[1] + L"|" + texts[2]);
@@ -397,7 +397,7 @@ TEST_F(MiniVersion, TooShortNumbersGiveNothing)
 TEST_F(MiniVersion, AnUnknownTypeGivesNothing)
 {
     Node root = Complete();
-    root.type = 0x4141; // what makes the platform read the layout of 16-bit files
+    root.type = 0x4141; // makes the platform read the layout of 16-bit files
     ExpectNothing(root, "not of this layout");
 }
 
@@ -421,7 +421,8 @@ TEST_F(MiniVersion, ResourcesThatBreakOffDoNoHarm)
     }
 }
 
-// No more than a glance at each node, though thousands of keys do not end, and megabytes follow.
+// Each node takes no more than a glance, although thousands of keys have no end, and megabytes
+// follow.
 TEST_F(MiniVersion, NodesWithoutAnEndAreReadAtOnce)
 {
     std::string resource = Bytes(Root({}, {}));
@@ -434,7 +435,7 @@ TEST_F(MiniVersion, NodesWithoutAnEndAreReadAtOnce)
     EXPECT_LT(GetTickCount64() - begin, 3000u);
 }
 
-// Nodes that each reach to the end of the resource.
+// Each node reaches to the end of the resource.
 TEST_F(MiniVersion, NodesInsideOfEachOtherAreReadAtOnce)
 {
     std::string resource = Bytes(Root({}, {}));
@@ -473,7 +474,7 @@ TEST_F(MiniVersion, FilesWithOneWrongBitDoNoHarm)
     std::minstd_rand random(23);
     int read = 0;
     for (int round = 0; round < 2000; ++round) {
-        // Every other one in what the platform has to go through.
+        // Every second bit lies in the part that the platform must walk through.
         const std::size_t size =
             round % 2 ? whole.size() : std::min<std::size_t>(whole.size(), 1024);
         read += ReadsWithBit(whole, random() % (size * 8));
@@ -481,7 +482,7 @@ TEST_F(MiniVersion, FilesWithOneWrongBitDoNoHarm)
     EXPECT_GT(read, 1000) << "most bits are no matter";
 }
 
-// All bits of the resource directory and its data, and of the section's header.
+// The flipped bits cover the resource directory, its data and the section's header.
 TEST_F(MiniVersion, AResourceDirectoryWithOneWrongBitDoesNoHarm)
 {
     WriteFile(File(), Bytes(Complete()));
@@ -507,7 +508,7 @@ TEST_F(MiniVersion, DataBeyondTheFileGivesNothing)
     constexpr std::size_t dataEntry = 3 * (16 + 8); // behind three tables of one entry each
     for (const std::size_t field : {dataEntry, dataEntry + 4}) {
         std::string damaged = whole;
-        damaged[directory + field + 2] = '\x40'; // 4 MiB too far, or too much
+        damaged[directory + field + 2] = '\x40'; // 4 MiB too far, or too large
         test_support::WriteFile(File(), damaged);
         EXPECT_EQ(Again().Texts(), L"||");
         EXPECT_EQ(m_found, 0);
@@ -572,7 +573,7 @@ TEST_F(MiniVersion, DataBeyondAFileOf16BitsGivesNothing)
     for (const std::size_t field : {0x80u + 11, 0x80u + 13, 0x80u + 5}) { // offset, size, count
         std::string damaged = whole;
         damaged[field] = '\x7F';
-        if (field == 0x80u + 5) damaged[0x80 + 16] = 2; // and no resource of that name
+        if (field == 0x80u + 5) damaged[0x80 + 16] = 2; // there is no resource of that name
         test_support::WriteFile(File(), damaged);
         EXPECT_EQ(Again().File(), none) << field;
         EXPECT_EQ(m_found, 0) << field;

@@ -1,5 +1,6 @@
-// Prints what the version reader finds in each file of the system folder, a line each, for
-// version-readers: name, result, versions, words, texts, separated by tabs, in UTF-8.
+// Prints what the version reader finds in each file of the system folder, one line a file, for
+// version-readers. A line holds name, result, versions, words and texts, separated by tabs, in
+// UTF-8.
 #include <Utils_Statics/CMiniVersion.h>
 #include <base/Encoding.h>
 #include <base/Handles.h>
@@ -55,7 +56,7 @@ void Print(const std::wstring& folder, const wchar_t* name)
 
 } // namespace
 
-// Takes the folder, with a backslash at its end.
+// The argument is the folder, with a backslash at its end.
 int wmain(int count, wchar_t** arguments)
 {
     if (count != 2) return 2;

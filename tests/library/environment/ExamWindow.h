@@ -7,12 +7,12 @@
 // The program's application object.
 extern CWinApp theApplication;
 
-// A plain window of a class of any name, owned by another one or by none, with a size of its own.
-// Its messages go to a function of the test's.
+// A plain window of a class with any name and size, owned by another window or by none. Its
+// messages go to a function of the test.
 class ExamWindow
 {
 public:
-    // Answers whether the message was handled.
+    // Returns true when the message was handled.
     using Handler = bool (*)(ExamWindow& window, UINT message, WPARAM wParam);
 
     explicit ExamWindow(HWND owner = nullptr, const wchar_t* className = L"ExamTestWindow",
@@ -21,7 +21,7 @@ public:
         Register(className);
         m_window = CreateWindowExW(exStyle, className, L"exam test", WS_POPUP, 40, 40, 300, 200,
                                    owner, nullptr, GetModuleHandleW(nullptr), this);
-        ShowWindow(m_window, SW_SHOWNA); // shown as the active one, it would wait for a manager
+        ShowWindow(m_window, SW_SHOWNA); // an activated window would wait for a window manager
         SetActiveWindow(m_window);
     }
     ~ExamWindow() { DestroyWindow(m_window); }

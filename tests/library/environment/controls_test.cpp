@@ -29,7 +29,7 @@ protected:
         m_parent.Detach();
     }
 
-    // How high the dropped list is, in selection fields; the list's own border is less than a
+    // The height of the dropped list, in selection fields; the list's own border is less than a
     // quarter of one.
     double ListFields()
     {
@@ -102,7 +102,7 @@ LRESULT CALLBACK RecordSize(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     return CallWindowProcW(s_before, window, message, wParam, lParam);
 }
 
-// The size that the box is asked to take, whatever it makes of it.
+// The size that the box is told to take, whatever it makes of it.
 TEST_F(ComboBoxTest, IsResizedByItsSelectionFieldTimesTheItems)
 {
     const CRect before = Place();
@@ -172,11 +172,11 @@ protected:
     }
     static bool IsOn(int key) { return (GetKeyState(key) & 1) != 0; }
 
-    std::vector<Key> keys; // what the last setting pressed
+    std::vector<Key> keys; // the keys that the last setting pressed
 
 private:
-    // The keys pressed since. The state that a thread sees follows the messages that it takes, and
-    // synthesised keys are in its queue when the call that made them returns.
+    // The keys pressed since then. A thread's key state follows the messages that it takes.
+    // Synthesised keys are in its queue when the call that made them returns.
     static std::vector<Key> TakeKeys()
     {
         std::vector<Key> taken;

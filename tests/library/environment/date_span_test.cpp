@@ -53,8 +53,8 @@ TEST(GetMonthSpan, IgnoresTheYears)
     }
 }
 
-// For every pair of days of a year: the count of the days on which a month begins, from the first
-// day to the next coming of the second.
+// For every pair of days of a year, the test counts the days on which a month begins, from the
+// first day to the next coming of the second.
 TEST(GetMonthSpan, AgreesWithCountingForwardOverAllPairsOfDays)
 {
     for (int m0 = 1; m0 <= 12; ++m0)
@@ -69,7 +69,7 @@ TEST(GetMonthSpan, AgreesWithCountingForwardOverAllPairsOfDays)
                             month = month % 12 + 1;
                         }
                     }
-                    // The day that a month begins on is counted as begun.
+                    // The day on which a month begins counts as begun.
                     if (d1 == d0 && m1 != m0) ++begun;
                     ASSERT_EQ(utilsExam::GetMonthSpan(Day(2001, m0, d0), Day(2001, m1, d1)), begun)
                         << m0 << '/' << d0 << " to " << m1 << '/' << d1;

@@ -26,7 +26,7 @@ using test_support::WriteFile;
 
 namespace {
 
-// `folder` with one more component, so that the whole has `length` characters.
+// `folder` with one more component. The whole path has `length` characters.
 std::wstring PathOfLength(const std::wstring& folder, std::size_t length)
 {
     return folder + L"\\" + std::wstring(length - folder.size() - 1, L'd');
@@ -91,7 +91,7 @@ TEST(CreateDirectory, NeverCreatesTheFirstFolderOfARelativePathByItself)
     EXPECT_TRUE(FileExists(folder / L"p\\q\\r"));
 }
 
-// A run-time library that leaves the process somewhere else after every attempt.
+// Stands for a run-time library that leaves the process in another directory after every attempt.
 int __cdecl MakeNothingAndGoElsewhere(const wchar_t*)
 {
     SetCurrentDirectoryW(L"C:\\");
@@ -237,7 +237,7 @@ TEST(RemoveDirectory, DeletesAPathOf259Characters)
     EXPECT_TRUE(log.Take().empty());
 }
 
-// What the library hands to the shell.
+// The request that the library passes to the shell.
 struct ShellRequest
 {
     static int WINAPI Record(SHFILEOPSTRUCTW* request)
@@ -264,7 +264,7 @@ struct ShellRequest
     static inline int s_result = 0;
 };
 
-// A list of one path, as the shell reads it.
+// A list of one path in the shell's format.
 std::wstring ListOf(const std::wstring& path)
 {
     return path + std::wstring(2, L'\0');
@@ -341,7 +341,7 @@ TEST_F(ShellOperationTest, MakesMissingFoldersWithoutAskingWhenSilent)
     EXPECT_EQ(test_support::ReadFile(folder / L"new\\deeper\\one"), "1");
     WriteFile(folder / L"two", "2");
     EXPECT_EQ(Run(FO_COPY, folder / L"two", (folder / L"new\\deeper\\one").c_str()),
-              1); // replaced unasked
+              1); // replaced without asking
     EXPECT_EQ(test_support::ReadFile(folder / L"new\\deeper\\one"), "2");
 }
 
@@ -377,7 +377,7 @@ TEST_F(ShellOperationTest, HandsTheShellWhatTheCallerGaveAndTheFlagsOfItsMode)
     EXPECT_EQ(ShellRequest::s_from, ListOf(L"C:\\a\\b"));
     EXPECT_EQ(ShellRequest::s_to, ListOf(L"C:\\c"));
     EXPECT_EQ(ShellRequest::s_request.fFlags, FOF_FILESONLY | FOF_SIMPLEPROGRESS);
-    // Copies, because the platform packs the record and these are not aligned in it.
+    // These are copies, because the platform packs the record and its fields are unaligned.
     void* const mappingsSeen = ShellRequest::s_request.hNameMappings;
     const wchar_t* const titleSeen = ShellRequest::s_request.lpszProgressTitle;
     EXPECT_EQ(mappingsSeen, &mappings);

@@ -69,7 +69,7 @@ TEST(GetDirectorySize, TakesSizesBeyondFourGigabytes)
     EXPECT_EQ(utilsExam::GetDirectorySize(folder.Path().c_str()), 5'000'000'000);
 }
 
-// The sum as it is defined, folder by folder.
+// The sum by definition, folder by folder.
 std::int64_t PlainSize(const std::wstring& folder)
 {
     WIN32_FIND_DATAW entry;
@@ -90,8 +90,7 @@ std::int64_t PlainSize(const std::wstring& folder)
     return total;
 }
 
-// Folders within one another, made past the limit of the usual path functions, with a file of a
-// byte in each.
+// Nested folders beyond the limit of the usual path functions, with a file of one byte in each.
 class DeepTree
 {
 public:
@@ -130,8 +129,8 @@ TEST(GetDirectorySize, CountsLongPathsWhereThePlatformEnumeratesThem)
     EXPECT_EQ(utilsExam::GetDirectorySize((L"\\\\?\\" + folder.Path()).c_str()), tree.Depth());
 }
 
-// Starts one of the host's own tools on a folder, where the platform runs on a host that has them.
-// The tool is no process of the platform's, so its end shows in what it did.
+// Starts one of the host's own tools on a folder, if the platform runs on a host that has them. The
+// tool is not a process of the platform, so only its effect shows its end.
 bool StartHostTool(const std::string& tool, const std::vector<std::wstring>& paths)
 {
     const auto unixName = reinterpret_cast<char*(CDECL*)(const wchar_t*)>(reinterpret_cast<void*>(
@@ -160,8 +159,8 @@ bool WaitUntil(bool exists, const std::wstring& path)
     return FileExists(path) == exists;
 }
 
-// A link to a folder, made and removed by the platform's functions or, where these do nothing, by
-// the host's tools.
+// A link to a folder. The platform's functions make and remove it or, where these do nothing, the
+// host's tools do.
 class FolderLink
 {
 public:
@@ -195,7 +194,7 @@ TEST(GetDirectorySize, EndsInALoopOfLinks)
     const std::int64_t size = utilsExam::GetDirectorySize(folder.Path().c_str());
     const bool marked = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     EXPECT_TRUE(marked ? size == 100 : size >= 100)
-        << size; // linked folders are skipped where they are known as such
+        << size; // linked folders are skipped when they are known as such
 }
 
 TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
@@ -221,7 +220,7 @@ TEST(GetDirectorySize, SurvivesAFolderThatIsDeletedWhileItIsWalked)
             ASSERT_GE(size, 0);
             ASSERT_LE(size, whole);
         }
-        // A folder that is just being walked can keep its parents from being removed.
+        // A folder that is being walked can keep its parents from being removed.
         remover.join();
         utilsExam::RemoveDirectoryW(tree.c_str(), 1);
         EXPECT_EQ(utilsExam::GetDirectorySize(tree.c_str()), 0);

@@ -70,7 +70,7 @@ bool IsIn(const CRect& rect, int x, int y)
     return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
 }
 
-// The channel of a gradient at a row: `from` at the top, on the way to `to` at the bottom.
+// A channel's value in a gradient from `from` at the top to `to` at the bottom, at a row.
 double Shaded(BYTE from, BYTE to, int row, int height)
 {
     return from + (to - from) * (static_cast<double>(row) / height);
@@ -171,7 +171,7 @@ TEST(DrawDoubleGradient, ShadesWhenAnyOneColourDiffers)
 
 constexpr int leftSide = 1, topSide = 2, rightSide = 4, bottomSide = 8;
 
-// The border as the plainest form has it: a pixel at a time, the sides in their order.
+// The border in its plainest form: pixel by pixel, the sides in order.
 class PlainBorder
 {
 public:
@@ -180,7 +180,7 @@ public:
     {
     }
 
-    // What a pixel must be: a colour, or shaded at this row.
+    // The expected pixel: a colour, or the shade of this row.
     struct Pixel
     {
         COLORREF colour = untouched;
@@ -299,7 +299,7 @@ class AddImageTest : public testing::Test
 protected:
     AddImageTest() { list.Create(16, 12, ILC_COLOR32 | ILC_MASK, 0, 4); }
 
-    // An image of the list over a background.
+    // Draws an image of the list over a background.
     void Draw(Canvas& canvas, int index)
     {
         ASSERT_TRUE(list.Draw(&canvas.dc, index, CPoint(0, 0), ILD_TRANSPARENT));
@@ -390,7 +390,7 @@ TEST_F(AddImageTest, AddsNothingOfWhatIsMissing)
     utilsExam::AddImage(none, bitmap, CSize(16, 12), red);
 }
 
-// So that the pictures behind it keep their numbers.
+// Keeps the numbers of the pictures behind it.
 TEST_F(AddImageTest, AddsAnEmptyPictureOfABitmapThatIsSelectedElsewhere)
 {
     CBitmap bitmap;
@@ -406,7 +406,7 @@ TEST_F(AddImageTest, AddsAnEmptyPictureOfABitmapThatIsSelectedElsewhere)
     EXPECT_NE(canvas.At(8, 6), red);
 }
 
-// What the library asks of the platform, in order.
+// The library's calls to the platform, in order.
 std::vector<std::string> s_calls;
 std::set<HDC> s_targets;
 

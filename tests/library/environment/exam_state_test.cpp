@@ -32,7 +32,7 @@ TEST(ExamState, ConsoleTypeIsUnknownUntilItIsSet)
     EXPECT_STREQ(utilsExam::MapConsoleName(utilsExam::GetConsoleType()), L"Unknown");
     utilsExam::SetConsoleType(eConsoleTavren);
     EXPECT_EQ(utilsExam::GetConsoleType(), 4);
-    utilsExam::SetConsoleType(static_cast<EConsoleType>(123456)); // not validated
+    utilsExam::SetConsoleType(static_cast<EConsoleType>(123456)); // is not validated
     EXPECT_EQ(utilsExam::m_consoleType, 123456);
     utilsExam::SetConsoleType(eConsoleUnknown);
 }
@@ -105,7 +105,7 @@ TEST(ExamState, TextsAndTimesOfTheApplicationAreKept)
     utilsExam::PharmaStart = CTime();
 }
 
-// What the library asks of the process heap.
+// The library's requests to the process heap.
 struct HeapRequest
 {
     static BOOL WINAPI Record(HANDLE heap, HEAP_INFORMATION_CLASS what, void* value, SIZE_T size)
@@ -128,7 +128,7 @@ TEST(ExamState, LowFragmentationHeapIsAskedFor)
                                         reinterpret_cast<void*>(&HeapRequest::Record));
     utilsExam::EnableLowFragmentationHeap();
     EXPECT_EQ(HeapRequest::s_calls, 1);
-    EXPECT_EQ(HeapRequest::s_value, 2u); // the low-fragmentation heap
+    EXPECT_EQ(HeapRequest::s_value, 2u); // low-fragmentation heap
 }
 
 TEST(ExamState, ApplicationObjectIsTheExecutables)

@@ -67,7 +67,7 @@ TEST(CheckFileIsWritable, AcceptsAFileThatDoesNotExist)
     EXPECT_TRUE(utilsExam::CheckFileIsWritable(nullptr));
 }
 
-// The drives that are played, and those that come after the first question.
+// The simulated drives, and those that come after the first question.
 struct PlayedDrive
 {
     std::wstring root;
@@ -98,7 +98,7 @@ UINT WINAPI PlayDriveType(const wchar_t* root)
 class PlayedDrivesTest : public testing::Test
 {
 protected:
-    // What is found; empty when nothing is.
+    // The drive that is found; empty when none is.
     static std::wstring Find(std::vector<PlayedDrive> drives, std::vector<PlayedDrive> later = {})
     {
         s_drives = std::move(drives);

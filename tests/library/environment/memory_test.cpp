@@ -1,5 +1,4 @@
-// Want of memory: std::bad_alloc leaves the operations that return texts or containers, and no
-// other one.
+// Lack of memory: std::bad_alloc leaves only the operations that return texts or containers.
 #include <Utils_Statics/Utils_Statics.h>
 
 #include <test_support/Files.h>
@@ -27,7 +26,7 @@ namespace {
 
 using test_support::TemporaryFolder;
 
-// Every operator new of the process takes its memory here. From the chosen allocation on, this
+// Supplies the memory of every operator new of the process. From the chosen allocation on, this
 // thread gets none.
 class NoMemory
 {
@@ -43,7 +42,7 @@ public:
         s_refused = 0;
         s_thread = GetCurrentThreadId();
     }
-    // Ends it, and tells whether memory was refused.
+    // Ends it. The result is true when memory was refused.
     static bool End()
     {
         s_thread = 0;
@@ -83,7 +82,7 @@ public:
     void SetHandler(IPrecisionHandler*) override {}
 };
 
-// What the operations work on; all of it is made while there is memory.
+// The objects that the operations work on. All of them are made while there is memory.
 class MemoryTest : public testing::Test
 {
 protected:
@@ -105,8 +104,8 @@ protected:
         CStatusFactory::destroyInstance();
     }
 
-    // Calls the operation with memory for none of its allocations, for one, for two and so on,
-    // until it lacks none. Tells whether std::bad_alloc came out.
+    // Calls the operation with memory for none of its allocations, then for one, two and so on,
+    // until it lacks none. True when std::bad_alloc came out.
     static bool Throws(const std::function<void()>& operation)
     {
         bool thrown = false;
@@ -261,7 +260,7 @@ TEST_F(MemoryTest, LeavesNoOperationOnTheStatusRow)
         {"addItem",
          [] {
              CStatusFactory::addItem(nullptr);
-             CStatusFactory::getItems() = {}; // without storage, so that it needs some again
+             CStatusFactory::getItems() = {}; // without storage, so it has to allocate again
          }},
         {"CStatusNetwork::setState", [] { CStatusNetwork::setState(true); }},
         {"setState", [] { CStatusStreaming::setState(CStatusStreaming::StreamingOn); }},

@@ -44,7 +44,7 @@ TEST(GetApplicationPath, IsTheProgramsFolderWithATrailingBackslash)
     EXPECT_EQ(utilsExam::GetApplicationPath(), test_support::BesideProgram(L"").c_str());
 }
 
-// Values below a root key of this process's own.
+// Values below a root key of this process.
 class RegistryPathTest : public testing::Test
 {
 protected:
@@ -121,7 +121,7 @@ TEST(DatabasePaths, AreNormalisedOnce)
     EXPECT_STREQ(utilsExam::GetObjectPath(L"\\\\server\\O1"), L"\\server\\O1.xml"); // deliberate
 }
 
-// Forward slashes turned round, then each pair of backslashes made one, as one walk over the
+// Turns forward slashes round, then makes one of each pair of backslashes, in one walk over the
 // characters.
 std::wstring PlainlyNormalised(const std::wstring& path)
 {
@@ -136,7 +136,7 @@ std::wstring PlainlyNormalised(const std::wstring& path)
     return result;
 }
 
-// The normalised path without its last components, by the platform's own function.
+// The normalised path without its last components, found by the platform's own function.
 std::wstring PlainAncestor(const std::wstring& path, int generations)
 {
     wchar_t buffer[MAX_PATH] = {};
@@ -305,7 +305,7 @@ TEST_F(ParsePathTest, ComposesAPathThroughTheParentFolderWithoutLookingForIt)
     EXPECT_EQ(utilsExam::ParsePath(asAddress.c_str(), L"..\\other\\none.png"),
               Address(L"lay\\../other/none.png").c_str());
     EXPECT_EQ(Parse(L"..\\none.png"), Address(L"lay\\../none.png").c_str());
-    // The second character alone decides.
+    // Only the second character decides.
     EXPECT_EQ(Parse(L"a.png"), Address(L"lay\\a.png").c_str());
     EXPECT_TRUE(m_log.Take().empty());
 }
@@ -365,7 +365,7 @@ std::wstring PlainAddress(const std::wstring& text)
     return result;
 }
 
-// What stands before the first place where the text goes on with the name of its file.
+// The text before the first place that is followed by the name of its file.
 std::wstring PlainFolder(const std::wstring& reference)
 {
     const std::wstring name = PathFindFileNameW(reference.c_str());
@@ -375,7 +375,7 @@ std::wstring PlainFolder(const std::wstring& reference)
     return folder;
 }
 
-// Which rule has given the result.
+// The rule that gave the result.
 enum class Rule : std::size_t
 {
     Unchanged,

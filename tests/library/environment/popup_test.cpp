@@ -21,7 +21,7 @@ namespace {
 
 using Messages = std::vector<std::pair<UINT, WPARAM>>;
 
-// Closes at Escape, as dialogs do.
+// Closes the window at Escape, as dialogs do.
 bool CloseAtEscape(ExamWindow& window, UINT message, WPARAM key)
 {
     if (message != WM_KEYDOWN || key != VK_ESCAPE) return false;
@@ -39,7 +39,7 @@ bool CloseAtReturn(ExamWindow& window, UINT message, WPARAM key)
 class PopupTest : public testing::Test
 {
 protected:
-    // Runs ClosePopup as it is meant to be run, on another thread; how long it took in ms.
+    // Runs ClosePopup on another thread, as intended. The result is its duration in ms.
     static DWORD ClosePopup(HWND popup, HWND owner)
     {
         std::atomic<bool> isDone = false;
@@ -175,9 +175,9 @@ TEST_F(PopupTest, ClosePopupsReturnsAtOnceAndClosesInTheBackground)
     EXPECT_FALSE(utilsExam::ClosePopups(nullptr));
 }
 
-// ---- The platform's answers and what it is asked, played
+// ---- The platform, simulated
 
-// The pop-up that the platform calls enabled, whoever asks.
+// The pop-up that the platform names as enabled, whoever asks.
 HWND s_enabledPopup;
 std::vector<std::pair<HWND, UINT>> s_questions;
 std::vector<std::string> s_calls;
@@ -233,7 +233,7 @@ TEST_F(PlayedPopupTest, TheEnabledPopupIsTheOneThatThePlatformNames)
     s_enabledPopup = popup.Handle();
     EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), popup.Handle());
     EXPECT_EQ(s_questions.at(0), std::pair(owner.Handle(), UINT{GW_ENABLEDPOPUP}));
-    s_enabledPopup = owner.Handle(); // which the platform answers when there is none
+    s_enabledPopup = owner.Handle(); // the platform names the owner when there is no pop-up
     EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), nullptr);
     const ExamWindow balloon(owner.Handle(), L"BalloonHelpClassDS");
     const ExamWindow tool(owner.Handle(), L"ExamTestWindow", WS_EX_TOOLWINDOW);
@@ -260,7 +260,7 @@ TEST_F(PlayedPopupTest, IsShownAndAskedOnceAndLookedForEveryTenthOfASecondForFiv
 TEST_F(PlayedPopupTest, IsAskedFiveTimesAtMost)
 {
     auto popup = std::make_unique<ExamWindow>(owner.Handle());
-    s_enabledPopup = popup->Handle(); // and stays it, although the window goes
+    s_enabledPopup = popup->Handle(); // it stays so although the window goes
     popup.reset();
     utilsExam::ClosePopup(s_enabledPopup, owner.Handle());
     std::vector<std::string> expected;
@@ -277,7 +277,7 @@ TEST_F(PlayedPopupTest, IsLeftAloneWhenItIsNotTheEnabledOneAnyMore)
     EXPECT_TRUE(s_calls.empty());
 }
 
-// Each that closes leaves another one behind, for ever.
+// Each window that closes opens another one, without end.
 HWND s_owner;
 std::vector<std::unique_ptr<ExamWindow>> s_popups;
 

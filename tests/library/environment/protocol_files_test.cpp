@@ -17,7 +17,7 @@ using test_support::WriteFile;
 
 namespace {
 
-// The five protocol folders, the current protocol being "P1".
+// The five protocol folders; the current protocol is "P1".
 class ProtocolFilesTest : public testing::Test
 {
 protected:

@@ -1,4 +1,4 @@
-// Where dialogs and the imaging area lie.
+// The places of dialogs and of the imaging area.
 #include "ExamWindow.h"
 
 #include <Utils_Statics/utilsExam.h>
@@ -9,14 +9,14 @@ CWinApp theApplication(L"screen test");
 
 namespace {
 
-// The environment's flags as a fresh process has them, before and after.
+// Starts and ends with the environment's flags of a fresh process.
 class ScreenTest : public testing::Test
 {
 protected:
     ScreenTest()
     {
         Reset();
-        ShowWindow(window.Handle(), SW_HIDE); // places are asked for, nothing is looked at
+        ShowWindow(window.Handle(), SW_HIDE); // a hidden window has places too
     }
     ~ScreenTest() override { Reset(); }
 
@@ -26,7 +26,7 @@ protected:
         utilsExam::SetFullscreen(false);
         utilsExam::SetLayoutLeft(false);
     }
-    // A main window at this place, without frame.
+    // Puts the main window at this place, without a frame.
     void Place(int x, int y, int width, int height)
     {
         SetWindowPos(window.Handle(), nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);

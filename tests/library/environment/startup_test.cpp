@@ -1,7 +1,7 @@
 // The order in which the library's objects are constructed when it is loaded and destroyed when it
-// is unloaded. This program does not link the library: it loads it, learns of it before any code of
-// it has run, and watches every access to the library's writable memory by guarding the pages and
-// running each access as a single step.
+// is unloaded. This program does not link the library. It loads it and learns of it before any of
+// its code has run. Then it watches every access to the library's writable memory: it guards the
+// pages and runs each access as a single step.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ struct Range
     std::uintptr_t begin = 0, end = 0;
 };
 
-// Where a module keeps its variables.
+// The ranges where a module keeps its variables.
 std::vector<Range> WritableSections(const std::byte* module)
 {
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(module);
@@ -49,8 +49,8 @@ std::vector<Range> WritableSections(const std::byte* module)
     return ranges;
 }
 
-// Watches memory: while it is on, every access from code of this process is recorded in order. One
-// at a time, one thread.
+// Watches memory: while it is on, every access from code of this process is recorded in order. Only
+// one watch and one thread at a time.
 class MemoryWatch
 {
 public:
@@ -64,7 +64,7 @@ public:
         Protect(PAGE_NOACCESS);
     }
 
-    // The memory may have been unmapped in the meantime.
+    // The memory may have been unmapped meanwhile.
     static void Stop()
     {
         Protect(PAGE_READWRITE);
@@ -123,8 +123,7 @@ private:
     static inline bool isStepping = false;
 };
 
-// ---- The loader's notification, which comes when a library is mapped and before any of its code
-// runs
+// ---- The loader's notification, which comes when a library is mapped and before its code runs
 
 struct UnicodeText
 {
@@ -162,7 +161,7 @@ void CALLBACK OnLibrary(ULONG reason, const LoadedNotification* data, void*)
         MemoryWatch::Start(static_cast<std::byte*>(data->base));
 }
 
-// ---- What is watched
+// ---- The watched objects
 
 using Object = Range;
 
@@ -179,7 +178,7 @@ public:
         return {address, address + size};
     }
 
-    // The module object is not exported: it is found by its run-time type information.
+    // The module object is not exported, so its run-time type information identifies it.
     Object ModuleObject() const
     {
         for (const Range& range : WritableSections(reinterpret_cast<const std::byte*>(m_module)))
@@ -206,7 +205,7 @@ private:
         return address >= base + sizeof(void*) && address < base + ImageSize() - 64;
     }
 
-    // The mangled name of the class whose virtual table `table` would be; empty when it is none.
+    // The mangled name of the class whose virtual table would be at `table`; empty when it is none.
     std::string_view TypeName(std::uintptr_t table) const
     {
         if (!Contains(table) || table % sizeof(void*) != 0) return {};
@@ -223,7 +222,7 @@ private:
 
 struct Span
 {
-    std::size_t first, last; // places in the record
+    std::size_t first, last; // places in the recording
 };
 
 std::optional<Span> AccessesOf(const Object& object, const std::vector<Access>& record,

@@ -1,4 +1,4 @@
-// The texts of the version resource are those of version_strings.rc.
+// Checks that the texts of the version resource are those of version_strings.rc.
 #include <base/GdiHandles.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -37,7 +37,7 @@ TEST(GetStringTableEntry, IsEmptyForWhatIsNotThere)
 
 TEST(ProductTexts, AreTheResourcesValues)
 {
-    for (int times = 0; times < 2; ++times) // read, then kept
+    for (int times = 0; times < 2; ++times) // read at first, kept later
     {
         EXPECT_STREQ(utilsExam::GetProductVersion(), L"3.1.4 build 15");
         EXPECT_STREQ(utilsExam::GetProductName(), L"Text test");
@@ -177,7 +177,7 @@ TEST_F(WrapStrTest, AppendsTheWordsAfterALineFeedWithoutTheirDelimiter)
               Width(L"bb cc") > Width(L"aabb") - 1 ? 3 : 2);
 }
 
-// The steps written down one by one with the framework's own string operations.
+// The steps one by one with the framework's own string operations.
 int WrapStrTest::PlainWrap(std::wstring& text, int maximum)
 {
     if (Width(text) < maximum) return 1;

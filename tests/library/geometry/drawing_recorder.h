@@ -8,11 +8,11 @@
 
 #include <vector>
 
-// A line drawn with MoveTo and LineTo.
+// Lines drawn with MoveTo and LineTo.
 using Strokes = std::vector<ULine>;
 
-// An arc as the device got it. The box is in order and without its right and bottom edge, which GDI
-// leaves out.
+// An arc as the device got it. The box is normalised and excludes its right and bottom edge, which
+// GDI leaves out.
 struct RecordedArc
 {
     URect box;
@@ -22,7 +22,7 @@ struct RecordedArc
     bool operator==(const RecordedArc&) const = default;
 };
 
-// A device context that records what is drawn on it, to the pixel.
+// A device context that records every drawing, to the pixel.
 class DrawingRecorder
 {
 public:
@@ -37,7 +37,7 @@ public:
 
     CDC* Dc() { return &m_dc; }
 
-    // What was drawn since the last call of either.
+    // The lines drawn since the last call of either function.
     Strokes TakeStrokes() { return Take().strokes; }
     std::vector<RecordedArc> TakeArcs() { return Take().arcs; }
 

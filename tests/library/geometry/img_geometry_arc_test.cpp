@@ -61,7 +61,7 @@ struct Scene
             clip, clip, scanC, width, height, flip, ld);
     }
 
-    // The one arc that is drawn at a depth from line to line.
+    // The only arc that is drawn at a depth from line to line.
     RecordedArc Arc(int sample, int line1, int line2) const
     {
         DrawingRecorder recorder;
@@ -135,7 +135,7 @@ TEST(Arc, TruncatesDepthAndPixels)
 {
     Scene s;
     s.samplingFreq = 15000000;
-    s.scale = {55503, 27752}; // one more than the radius, and than its half
+    s.scale = {55503, 27752}; // one more than the radius, and than half of it
     EXPECT_EQ(s.Arc(302, 5, 90).box, (URect{320 - 1, -60 - 2, 320 + 2 - 1, -60 + 3 - 1}))
         << "0 and 1 pixels";
     s.scale = {24498, 24499};

@@ -57,8 +57,8 @@ TEST(GetIntersectPt, TakesTheLinesAsInfinite)
 
 TEST(GetIntersectPt, WorksInSinglePrecision)
 {
-    // In double precision the slopes 1/3 and 0.333333343... differ; as single-precision values they
-    // are one.
+    // In double precision the slopes 1/3 and 0.333333343... differ. As single-precision values they
+    // are equal.
     UPoint pt;
     EXPECT_FALSE(CImgGeometry::GetIntersectPt({0, 0, 3, 1}, {0, 5, 33554433, 11184816}, pt));
     // 16777217 is not a single-precision number.
@@ -142,7 +142,7 @@ TEST(ClipLines, EndsALineAtASlopingEdgeWithAStroke)
 TEST(ClipLines, LeavesALineThatEndsAboveASlopingEdge)
 {
     ULine out;
-    // They would meet at (150, 50), below both ends.
+    // The lines would meet at (150, 50), below both ends.
     EXPECT_FALSE(
         CImgGeometry::ClipLines(nullptr, {150, 40, 150, 10}, {100, 0, 200, 100}, out, true));
     EXPECT_EQ(out, (ULine{150, 10, 150, 40})) << "ordered by y";
@@ -152,11 +152,10 @@ TEST(ClipLines, LeavesALineThatStartsBelowASlopingEdge)
 {
     ULine out;
     const ULine edge{100, 0, 200, 100};
-    // They meet at (150, 50), above the line: it is replaced by the edge between the line's
-    // heights.
+    // They meet at (150, 50), above the line. The edge between the line's heights replaces it.
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {150, 60, 150, 90}, edge, out, true));
     EXPECT_EQ(out, (ULine{190, 90, 160, 60})) << "the lower point first";
-    // Above the image the intersection does not count: y = 0, so false.
+    // Above the image the intersection does not count: y is 0, so the result is false.
     EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {100, 60, 100, 90}, edge, out, true));
     EXPECT_EQ(out, (ULine{100, 60, 100, 90}));
     EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {101, 60, 101, 90}, edge, out, true))
@@ -215,8 +214,8 @@ TEST(ClipLines, TakesATenPixelRiseForASlopingLine)
 
 TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
 {
-    // They meet at (-40, 19.6): by rounding at the height of the line's upper end, but 40 pixels
-    // beside it.
+    // They meet at (-40, 19.6). After rounding that is the height of the line's upper end, but 40
+    // pixels beside it.
     const ULine edge{-41, -80, -39, 120};
     DrawingRecorder recorder;
     ULine out;
@@ -227,8 +226,8 @@ TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
 
 TEST(ClipLines, LeavesALineWhoseIntersectionIsAboveItsLowerEndOnly)
 {
-    // The intersection lies between the heights and not between the x values: not possible for one
-    // straight line but for rounding; so all that is left is an edge below the start.
+    // The intersection lies between the heights and not between the x values, which only rounding
+    // makes possible for one straight line. So only an edge below the start remains.
     ULine out;
     EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {0, 0, 10, 100}, {0, 500, 100, 501}, out, true));
 }
@@ -331,7 +330,7 @@ TEST(DrawHorizontalUSLineClip, DrawsLinearProbesAcrossTheEdges)
 TEST(DrawHorizontalUSLineClip, DrawsUnknownProbesToo)
 {
     DrawingRecorder recorder;
-    // Both ends are the origin, and parallel lines do not clip: a line of no length is drawn.
+    // Both ends are the origin, and parallel lines do not clip, so a line of no length is drawn.
     const ULine vertical{0, 0, 0, 9};
     EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 1, vertical, vertical),
               (URect{400, 10, 400, 10}));
@@ -359,7 +358,7 @@ TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
 {
     DrawingRecorder recorder;
     const ULine away{5000, 0, 5001, 900};
-    // Upwards along element 31: the edges only put the ends in order.
+    // The line goes upwards along element 31: the edges only put the ends in order.
     const URect drawn =
         CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 400, 10, Origin, Scale, 7700000, 0,
                                              0, &Phased, 1540, away, away, 0, 800, 600, 0, 0);
@@ -375,7 +374,7 @@ TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
     // Element 31 runs almost straight down from the origin; the first edge is beside it, the second
     // crosses it.
     const ULine beside{
-        0, 0, 0, 9}; // vertical at 0: the line is to its right, and the start is clipped: not met
+        0, 0, 0, 9}; // vertical at 0, with the line on its right and the start clipped: not met
     const ULine across{300, 200, 500, 205};
     const URect drawn =
         CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 0, 400, Origin, Scale, 7700000, 0,

@@ -135,7 +135,7 @@ TEST(GetPixelDistanceCoordinates, MovesByThePhysicalDistance)
         const UPoint b = at(distance);
         const double pixels =
             std::hypot(static_cast<double>(a.x) - b.x, static_cast<double>(a.y) - b.y);
-        // Up to a sample is truncated; both ends are rounded to pixels in two directions.
+        // Up to one sample is truncated; both ends are rounded to pixels in two directions.
         const double sample = qor_utils::GetSampleSize(frequency, 1540);
         ASSERT_LE(pixels * scale, distance + 1.4143 * scale);
         ASSERT_GE(pixels * scale, distance - sample - 1.4143 * scale);
@@ -149,18 +149,20 @@ TEST(GetUSCoordinates, IsZeroWithoutAProbe)
 
 TEST(GetUSCoordinates, CountsElementsLessTheLineOffset)
 {
-    // 3 pixels an element, the middle between 63 and 64.
+    // There are 3 pixels an element, with the middle between 63 and 64.
     EXPECT_EQ(Coordinates(&Linear, {400 - 190, 110}, 999), (UPoint{0, 100}))
         << "a linear probe ignores the lines";
     EXPECT_EQ(Coordinates(&Linear, {400 + 191, 110}, 999), (UPoint{127, 100}));
     EXPECT_EQ(Coordinates(&Linear, {400 + 191, 110}, 999, 0, 27), (UPoint{100, 100}));
-    // 64 lines over 128 elements: the line straight below is between 31 and 32, so twice that.
+    // There are 64 lines over 128 elements. The line straight below lies between 31 and 32, so
+    // twice that.
     EXPECT_EQ(Coordinates(&Curved, {400, 10 + 400 + 100}, 64), (UPoint{63, 100}));
 }
 
 TEST(GetUSCoordinates, DividesByTheLinesOfAPhasedFrame)
 {
-    // 128 lines over 64 elements of a sector of 90 degrees: straight below the origin is line 63.5.
+    // 128 lines cover 64 elements of a sector of 90 degrees: straight below the origin is line
+    // 63.5.
     EXPECT_EQ(Coordinates(&Phased, {400, 110}, 128), (UPoint{32, 100})); // 31.75
     EXPECT_EQ(Coordinates(&Phased, {400, 110}, 64), (UPoint{32, 100}));  // 31.5
     EXPECT_EQ(Coordinates(&Phased, {400, 110}, 16), (UPoint{30, 100}));  // 7.5 x 4
@@ -168,12 +170,12 @@ TEST(GetUSCoordinates, DividesByTheLinesOfAPhasedFrame)
 
 TEST(GetUSCoordinates, RoundsTheSixteenths)
 {
-    // 10 pixels an element, the middle between 63 and 64.
+    // There are 10 pixels an element, with the middle between 63 and 64.
     const ZelProbe wide{1, 128, 1000, 0, 0};
     EXPECT_EQ(Coordinates(&wide, {400 + 8, 110}, 0).x, 64);  // 63.5 + 0.8
     EXPECT_EQ(Coordinates(&wide, {400 + 11, 110}, 0).x, 65); // 63.5 + 1.1
 
-    // 10 pixels a sample
+    // There are 10 pixels a sample.
     const auto sampleAt = [](int y) {
         return CImgGeometry::GetUSCoordinates(400, y, Origin, Scale, frequency / 10, 0, 0, 128,
                                               &Linear, 1540, 0, 0, 0, 0)
@@ -209,8 +211,7 @@ TEST(GetUSCoordinates, InvertsTheDrawnPositions)
         const int offset = pick(-10, 10);
         const int flip = pick(0, 3);
         const int line = pick(0, probe.elements - 1) - offset;
-        const int sample =
-            pick(1500, 3000); // deep enough for fans to be spread out: 25 microns a pixel
+        const int sample = pick(1500, 3000); // deep enough to spread fans out: 25 microns a pixel
         const UPoint scale{25, 25};
         const UPoint p =
             qor_utils::GetPixelCoordinates(line, sample, Origin, scale, frequency, steer, scanB,

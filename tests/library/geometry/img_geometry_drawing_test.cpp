@@ -20,7 +20,7 @@ namespace {
 constexpr int imageWidth = 640;
 constexpr int imageHeight = 480;
 
-// A real device context over pixels that can be read.
+// A real device context over readable pixels.
 class Canvas
 {
 public:
@@ -115,7 +115,7 @@ bool AnyNear(const std::vector<UPoint>& drawn, double x, double y, double reach)
                        [&](const UPoint& p) { return Distance(p.x, p.y, x, y) <= reach; });
 }
 
-// Compares what was drawn with the segment from a to b: nothing beside it and no gap.
+// Compares a drawing with the segment from a to b: nothing beside it and no gap.
 void ExpectSegment(const std::vector<UPoint>& drawn, const UPoint& a, const UPoint& b)
 {
     ASSERT_FALSE(drawn.empty());
@@ -192,7 +192,7 @@ TEST(DrawHorizontalUSLine, UsesTheLineDensity)
 
 namespace {
 
-// The oval that an arc's box stands for: GDI leaves out the right and the bottom edge.
+// The oval of an arc's box, without the right and the bottom edge, which GDI leaves out.
 struct Oval
 {
     double cx, cy, rx, ry;
@@ -220,7 +220,7 @@ struct Position
     double x, y;
 };
 
-// The oval's point on the ray through a pixel.
+// The point of the oval on the ray through a pixel.
 Position OnOval(const Oval& e, const UPoint& p)
 {
     const double angle = std::atan2((p.y - e.cy) / e.ry, (p.x - e.cx) / e.rx);
@@ -229,7 +229,7 @@ Position OnOval(const Oval& e, const UPoint& p)
 
 double FromOval(const Oval& e, const UPoint& p)
 {
-    const Position nearest = OnOval(e, p); // near enough for these nearly round ones
+    const Position nearest = OnOval(e, p); // exact enough for these nearly round ovals
     return Distance(p.x, p.y, nearest.x, nearest.y);
 }
 
@@ -269,7 +269,7 @@ TEST_P(ArcOnCurvedProbe, RunsAlongTheDepthFromLineToLine)
             ASSERT_GE(p.x, std::min(p1.x, p2.x) - 2) << "the arc went round the other way";
             ASSERT_LE(p.x, std::max(p1.x, p2.x) + 2) << "the arc went round the other way";
         }
-        // No gap: the oval's point at every line between is drawn.
+        // There is no gap: the oval's point at every line between is drawn.
         for (int line = std::min(line1, line2); line <= std::max(line1, line2); ++line) {
             const Position p = OnOval(oval, s.At(line, sample));
             ASSERT_TRUE(AnyNear(drawn, p.x, p.y, 2.5))
@@ -283,9 +283,9 @@ TEST_P(ArcOnCurvedProbe, MapsBackToItsDepth)
     const Scene s = ArcScene();
     Canvas canvas;
     s.Horizontal(canvas.Dc(), 300, 5, 90);
-    // The box of an arc has deliberate oddities: it grows by a pixel more on one side than on the
-    // other, so mirrored it lies a pixel off its place; and around a negative radius what should
-    // make it larger makes it smaller.
+    // The box of an arc has deliberate oddities. It grows by a pixel more on one side than on the
+    // other, so the mirrored box lies a pixel off. Around a negative radius, the enlargement makes
+    // it smaller.
     const double reach = 1.5 + (s.flip != 0 ? 1 : 0) + (s.probe.radius < 0 ? 2 : 0);
     const double samplesPerPixel = std::max(s.scale.x, s.scale.y) / 100.0;
     for (const UPoint& p : canvas.Drawn()) {
@@ -304,7 +304,7 @@ INSTANTIATE_TEST_SUITE_P(FlipsRadiusSignsAndSteering, ArcOnCurvedProbe,
 
 TEST(DrawHorizontalUSLine, StartsAtTheRightPointWhenBothHaveTheSameX)
 {
-    // One line only: start and end fall together, and GDI draws the whole oval.
+    // With one line, start and end fall together, and GDI draws the whole oval.
     const Scene s = SceneOf(0, 0);
     Canvas canvas;
     s.Horizontal(canvas.Dc(), 300, 40, 40);
@@ -315,8 +315,8 @@ TEST(DrawHorizontalUSLine, StartsAtTheRightPointWhenBothHaveTheSameX)
 
 TEST(DrawHorizontalUSLine, WrapsTheSoundSpeedProductAround)
 {
-    // 4296 x 1,000,000 is 1,032,704 more than 2^32: a speed of about one metre a second, so the arc
-    // is the face's.
+    // 4296 x 1,000,000 is 1,032,704 more than 2^32, which gives a speed of about one metre a
+    // second. So the arc is the face's.
     Scene fast = SceneOf(0, 0);
     fast.soundSpeed = 4296;
     Canvas canvas;
@@ -385,7 +385,7 @@ TEST(Drawing, SurvivesAbsurdInput)
                                                s.samplingFreq, any(), 0, &s.probe, s.soundSpeed,
                                                clip, clip, any(), any(), any(), any(), any());
     }
-    Canvas canvas; // the same with real drawing, where GDI has to cope with the numbers
+    Canvas canvas; // now with real drawing, where GDI has to cope with the numbers
     for (int i = 0; i < 50; ++i) {
         Scene s = SceneOf(0, any() & 3);
         s.probe.radius = any();

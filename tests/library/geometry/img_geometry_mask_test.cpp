@@ -49,7 +49,7 @@ Bytes Mask(const MaskInput& in, unsigned char before = 0x55)
     return mask;
 }
 
-// The mask step by step, written down apart from the library.
+// The mask step by step, written without the library's code.
 class PlainMask
 {
 public:
@@ -214,7 +214,7 @@ MaskInput CurvedInput(const ZelProbe& probe)
 
 constexpr ZelProbe Curved{0, 128, 400, 40000, 0};
 
-// What the scan converter is asked of a pixel, and what it answers.
+// A question about a pixel to the scan converter, and its answer.
 struct Question
 {
     int x;
@@ -236,7 +236,7 @@ constexpr Answer within{1, 1};
 constexpr Answer beside{1, 0};  // on a line of the region, before its first sample
 constexpr Answer past{1000, 1}; // behind the region's last line
 
-// All else that it is asked with.
+// The other arguments of the question.
 struct Arguments
 {
     URect rect;
@@ -248,8 +248,8 @@ struct Arguments
 
 using Script = std::function<Answer(const Question&)>;
 
-// Answers in the scan converter's place as long as the object lives, and keeps what the library
-// asks. One at a time.
+// Answers in place of the scan converter while this object lives, and keeps the library's
+// questions. One object at a time.
 class ScriptedConverter
 {
 public:
@@ -334,7 +334,7 @@ TEST(CreateImageMask, FindsTheTopWithFullAccuracyAndTheBottomWithout)
     EXPECT_EQ(Mask(SmallInput(1, 10)), (Bytes{0, 0, 0, 0, 0, 1, 1, 1, 1, 0}));
 }
 
-// Rows 1 and 2 are inside too, but the halving does not come by there.
+// Rows 1 and 2 are inside too, but the halving does not reach them.
 TEST(CreateImageMask, TakesTheRegionOfAColumnForOneRun)
 {
     const ScriptedConverter converter(
@@ -431,7 +431,7 @@ TEST(CreateImageMask, MarksTheSectorAndNothingElse)
             const auto pixel = mask[static_cast<std::size_t>(y * in.width + x)];
             ASSERT_TRUE(pixel == 0 || pixel == 255);
             marked += pixel == 255;
-            // Edges are outside; leave out what rounding to sixteenths decides.
+            // Edges are outside; the results that depend on rounding to sixteenths are left out.
             if (line > 1.1 && line < 127.9 && depth > 1.1 && depth < 899.9) {
                 ASSERT_EQ(pixel, 255) << x << " " << y;
             }
@@ -444,7 +444,8 @@ TEST(CreateImageMask, MarksTheSectorAndNothingElse)
 
 TEST(CreateImageMask, EndsAtTheFirstColumnPastTheRegion)
 {
-    // From right to left: the first columns lie past the region, those of the region come later.
+    // Runs from right to left: the first columns lie past the region, and the region's columns
+    // follow.
     const ZelProbe linear{1, 128, 300, 0, 0};
     MaskInput in;
     in.probe = &linear;
@@ -504,7 +505,7 @@ TEST(CreateImageMask, IsTheStepByStepMaskOnRandomInput)
     EXPECT_GT(marked, 400) << "the random input is not all empty";
 }
 
-// A region that begins before the probe's face, behind an extended sector.
+// The region begins before the probe's face, behind an extended sector.
 TEST(CreateImageMask, ReachesBeforeTheFaceOfAnExtendedSector)
 {
     const ZelProbe probe{2, 80, 185, 64188, 52658};
@@ -525,7 +526,7 @@ TEST(CreateImageMask, ReachesBeforeTheFaceOfAnExtendedSector)
     EXPECT_EQ(mask, PlainMask(in).Make());
 }
 
-// Wide steps from line to line: a sixteenth of one is many pixels.
+// The steps from line to line are wide: a sixteenth of one is many pixels.
 TEST(CreateImageMask, IsTheStepByStepMaskOfFramesWithFewLines)
 {
     Random random(2718);

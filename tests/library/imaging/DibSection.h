@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-// A bitmap whose memory the test sees. Pixels are given and answered top row first, as 0xAARRGGBB
+// A bitmap whose memory the test sees. Pixels are passed and returned top row first, as 0xAARRGGBB
 // (0x00RRGGBB with 24 bits a pixel).
 class DibSection
 {
@@ -38,14 +38,15 @@ public:
 
     HBITMAP get() const { return m_bitmap.get(); }
 
-    // The palette of a bitmap of up to 8 bits a pixel, which is all black without it.
+    // Sets the palette of a bitmap of up to 8 bits a pixel, which is all black without it.
     void SetColours(const std::vector<RGBQUAD>& colours) const
     {
         const base::MemoryContext context(CreateCompatibleDC(nullptr));
         const base::Selection selected(context.get(), m_bitmap.get());
         SetDIBColorTable(context.get(), 0, static_cast<UINT>(colours.size()), colours.data());
     }
-    // The pixels of such a bitmap: the numbers of their colours, as far as there are bits for them.
+    // Sets the pixels of such a bitmap to the numbers of their colours, as far as there are bits
+    // for them.
     void SetNumbers(const std::vector<std::uint32_t>& numbers) const
     {
         for (int y = 0; y < m_height; ++y)
@@ -98,7 +99,7 @@ private:
     int m_width;
     int m_height;
     int m_depth; // bits a pixel
-    int m_bytes; // a pixel; 0 for less than 8 bits
+    int m_bytes; // bytes a pixel; 0 for less than 8 bits
     Order m_order;
     int m_stride;
     base::Bitmap m_bitmap;

@@ -27,7 +27,7 @@ inline const Gdiplus::PixelFormat allFormats[] = {
     PixelFormat64bppPARGB,  PixelFormat16bppGrayScale,
 };
 
-// An image over memory of its own, which has random content; the rows lie top-down or bottom-up.
+// An image over memory of its own with random content. The rows lie top-down or bottom-up.
 class RandomImage
 {
 public:
@@ -53,7 +53,7 @@ private:
     Image m_image;
 };
 
-// What GDI+ says each pixel is, row by row; 0 where it does not say.
+// The pixels by GDI+, row by row; 0 where it gives none.
 inline std::vector<std::uint32_t> PixelsOf(Gdiplus::Bitmap& image)
 {
     std::vector<std::uint32_t> pixels;

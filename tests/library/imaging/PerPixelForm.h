@@ -6,7 +6,7 @@
 #include <span>
 
 // The pixel functions in their plain form: one call to GDI+ for each pixel, one channel after the
-// other. What the library does must not differ from it, and must be faster.
+// other. The library's results must equal them, and it must be faster.
 namespace per_pixel_form {
 
 // The grey and the darkened grey of a colour.
@@ -18,13 +18,13 @@ void GrayScaleBitmap(Gdiplus::Bitmap& bitmap, int alpha);
 // `pixels` are rows of `width` pixels, top row first.
 void GrayScale(std::span<std::uint32_t> pixels, int width, int alpha);
 
-// The same by GetPixel and SetPixel of GDI, as the plain form of a device bitmap; without alpha.
+// The plain form for a device bitmap, by GetPixel and SetPixel of GDI. Its pixels have no alpha.
 void GrayScale(HDC context, int width, int height, int alpha);
 
 void PreMultiply(std::span<std::uint8_t> bits, int alpha, COLORREF background,
                  const DWORD* backgroundBits);
 
-// The red of each pixel of `mask` becomes the alpha of the pixel of `source` at its place.
+// Copies the red of each pixel of `mask` to the alpha of the pixel of `source` at the same place.
 void MaskByRed(Gdiplus::Bitmap& mask, Gdiplus::Bitmap& source);
 
 } // namespace per_pixel_form

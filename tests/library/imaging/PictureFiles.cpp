@@ -127,7 +127,7 @@ std::string BmpFileThatClaims(int width, int height)
     return file;
 }
 
-// Its colours, then the mask of what is transparent.
+// Appends its colours, then the mask of its transparent pixels.
 std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower)
 {
     std::string image;

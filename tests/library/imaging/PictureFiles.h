@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-// Image files, written byte by byte, without the platform.
+// Writes image files byte by byte, without the platform.
 
 // A PNG file of these pixels (0xAARRGGBB, top row first). The header may claim another size.
 std::string PngFile(int width, int height, const std::vector<std::uint32_t>& pixels);
 std::string PngFileThatClaims(std::uint32_t width, std::uint32_t height);
 
-// A GIF file whose one picture claims a size and has one red pixel, on a screen of another size.
+// A GIF file whose only picture claims a size and has one red pixel, on a screen of another size.
 struct SizeOfGif
 {
     std::uint32_t width;
@@ -21,12 +21,13 @@ std::string GifFile(SizeOfGif screen, SizeOfGif picture);
 // A BMP file whose header claims this size and whose pixels are missing.
 std::string BmpFileThatClaims(int width, int height);
 
-// A square picture of an icon file, of 32 bits a pixel: the upper half in one colour, the lower in
-// another. Colours without alpha are transparent.
+// A square picture of an icon file, with 32 bits a pixel: the upper half in one colour, the lower
+// in another. Colours without alpha are transparent.
 std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower);
-// One that claims this size and has no pixels.
+// An icon picture that claims this size and has no pixels.
 std::string IconPictureThatClaims(int width, int height);
 
-// An icon file with one entry a picture, all entries of one size; and that of one good picture.
+// An icon file with one entry for each picture, all entries of one size. The second function makes
+// one with a single good picture.
 std::string IconFileOf(int size, const std::vector<std::string>& pictures);
 std::string IconFile(int size, std::uint32_t upper, std::uint32_t lower);

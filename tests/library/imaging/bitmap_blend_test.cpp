@@ -72,7 +72,7 @@ TEST(PreMultiplyRGBChannels, EqualsThePlainFormOnRandomImages)
         for (int height = 1; height <= 5; height += 2)
             for (const bool withBits : {false, true}) {
                 const auto order = height % 4 == 1 ? DibSection::topDown : DibSection::bottomUp;
-                const DibSection section(width, height, 24, order); // only its size counts
+                const DibSection section(width, height, 24, order); // only its size is used
                 const auto count = static_cast<std::size_t>(width * height);
                 Bytes bits = RandomBytes(count * 4, ++seed);
                 std::vector<DWORD> background(count);

@@ -23,7 +23,7 @@ class RoundRectTest : public GdiPlusTest
 class FrameTest : public GdiPlusTest
 {
 protected:
-    // Whether this implementation of GDI+ obeys the factors of a path gradient at all.
+    // True when this implementation of GDI+ obeys the factors of a path gradient at all.
     static bool HonoursBlends()
     {
         Gdiplus::Bitmap image(20, 20, PixelFormat32bppARGB);
@@ -70,7 +70,7 @@ struct Blend
 };
 constexpr Blend even = {linear, ends, 2};
 
-// The gradient over a whole image, by the steps of its description. A null blend sets none.
+// Draws the gradient over a whole image, step by step from its description. A null blend sets none.
 void FillPlain(Gdiplus::Graphics& graphics, Gdiplus::Bitmap& image,
                const Gdiplus::GraphicsPath& path, Color centre, Color edge, const Blend* blend)
 {
@@ -118,7 +118,8 @@ std::vector<std::uint32_t> PlainBordered(Gdiplus::Bitmap& source, Color border, 
     return PixelsOf(*copy);
 }
 
-// What the library asks of the brush of a gradient, as long as the object lives. One at a time.
+// Watches the library's settings for a gradient's brush, as long as the object lives. One at a
+// time.
 class GradientWatch
 {
 public:
@@ -192,8 +193,8 @@ TEST(BitmapFunctions, AreExportedUnderTheirPlainNames)
     EXPECT_EQ(GetProcAddress(library, "_GrayScale"), nullptr);
 }
 
-// Of x 10, y 20, width 100, height 60 and radius 8: lines from r to 2r short of the corners, arcs
-// of two radii at the corners.
+// For x 10, y 20, width 100, height 60 and radius 8: the lines begin r to 2r short of the corners,
+// and arcs of two radii join them there.
 TEST_F(RoundRectTest, JoinsShortLinesToArcs)
 {
     Gdiplus::GraphicsPath path;
@@ -201,14 +202,14 @@ TEST_F(RoundRectTest, JoinsShortLinesToArcs)
     std::vector<Gdiplus::PointF> points(static_cast<std::size_t>(path.GetPointCount()));
     path.GetPathPoints(points.data(), static_cast<int>(points.size()));
     const Gdiplus::PointF expected[] = {
-        {18, 20},  {94, 20},  {102, 20}, {110, 28}, // upper edge, its arc's two ends
+        {18, 20},  {94, 20},  {102, 20}, {110, 28}, // upper edge, then both ends of its arc
         {110, 28}, {110, 64}, {110, 72}, {102, 80}, {94, 80}, {18, 80},
         {18, 80},  {10, 72},  {10, 64},  {10, 28},  {10, 28}, {18, 20},
     };
     std::size_t found = 0;
     for (const Gdiplus::PointF& point : points)
         while (found < std::size(expected) && IsNear(point, expected[found].X, expected[found].Y))
-            ++found; // one point may end a line and begin an arc
+            ++found; // a point may end a line and begin an arc
     EXPECT_EQ(found, std::size(expected));
 
     Gdiplus::RectF bounds;
@@ -267,7 +268,7 @@ TEST_F(FrameTest, RoundedCopiesEqualThePlainFormForSourcesOfAllFormats)
                 const RandomImage source(format, width, height, bottomUp, ++seed);
                 const Image copy((*source).Clone(0, 0, width, height, PixelFormat32bppARGB));
                 const Image rounded(CreateRoundedBitmap(source.get(), radius, linear, ends, 2));
-                if (!copy) { // then there is no rounded copy either
+                if (!copy) { // then there is no rounded copy
                     ASSERT_FALSE(rounded);
                     continue;
                 }
@@ -277,7 +278,7 @@ TEST_F(FrameTest, RoundedCopiesEqualThePlainFormForSourcesOfAllFormats)
             }
 }
 
-// Whether or not this implementation of GDI+ obeys the blend, it is asked for the right one.
+// The library asks GDI+ for the right blend, even where an implementation does not obey it.
 TEST_F(FrameTest, HandsTheBlendAndTheColoursToGdiPlus)
 {
     const Image source = ImageOf(20, 20, Picture(20, 20));
@@ -380,7 +381,7 @@ TEST_F(FrameTest, LeavesTheEvenBlendWhereGdiPlusRefusesTheOneGiven)
 
 TEST_F(FrameTest, WorksOnASourceWhosePixelsGdiPlusDoesNotLendOut)
 {
-    // Turning it grey tries to borrow them; that this fails must not count against the image.
+    // The grey conversion tries to borrow them; its failure must not count against the image.
     const RandomImage source(PixelFormat64bppPARGB, 9, 7, false, 1);
     GrayScaleBitmap(source.get(), -1);
     const Image copy((*source).Clone(0, 0, 9, 7, PixelFormat32bppARGB));

@@ -20,7 +20,7 @@ class GrayScaleTest : public GdiPlusTest
 {
 };
 
-// The operator new of arrays that does not throw, as this compiler names it.
+// The compiler's name for the operator new of arrays that does not throw.
 #ifdef _WIN64
 constexpr const char* newArrayName = "_ZnayRKSt9nothrow_t";
 #else
@@ -67,7 +67,7 @@ TEST_F(GrayScaleBitmapTest, TakesTheLowByteOfAnyOtherAlpha)
     }
 }
 
-// Sums that are whole numbers on paper are where the rounding of the real numbers shows.
+// Sums that are whole numbers in theory show the rounding of the real numbers.
 TEST_F(GrayScaleBitmapTest, CutsTheSumAsRealNumbersRoundIt)
 {
     std::vector<std::uint32_t> greys(256), expected(256);
@@ -131,7 +131,7 @@ TEST_F(GrayScaleBitmapTest, ReturnsWhilePixelsAreLentOut)
     Gdiplus::BitmapData lent = {};
     ASSERT_EQ(image->LockBits(&all, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &lent),
               Gdiplus::Ok);
-    EXPECT_TRUE(GrayScaleBitmap(image.get(), 255)); // whatever pixels it can reach
+    EXPECT_TRUE(GrayScaleBitmap(image.get(), 255)); // true, whatever pixels it can reach
     image->UnlockBits(&lent);
     EXPECT_TRUE(GrayScaleBitmap(image.get(), 255));
     const Gdiplus::Color after(PixelsOf(*image)[0]);
@@ -168,7 +168,7 @@ TEST_F(GrayScaleTest, EqualsThePlainFormOnRandomSections)
 
 TEST_F(GrayScaleTest, EqualsThePlainFormOnEverySumAndAlpha)
 {
-    // Any whole-number sum of the weighted colours is reached by one of these.
+    // These colours reach every whole-number sum of the weighted colours.
     std::vector<std::uint32_t> colours{0x00FFFFFF};
     for (std::uint32_t green = 0; green < 256; green += 3)
         for (std::uint32_t red = 0; red < 256; red += 5)

@@ -21,7 +21,7 @@ namespace {
 
 constexpr SIZE noSize = {-1, -1};
 
-// The pixels of a device bitmap, top row first, with its fourth bytes.
+// The pixels of a device bitmap, top row first, with their fourth bytes.
 std::vector<std::uint32_t> DevicePixels(HBITMAP bitmap)
 {
     BITMAP description = {};
@@ -57,7 +57,7 @@ bool IsNear(std::uint32_t pixel, std::uint32_t expected, int tolerance)
     return true;
 }
 
-// The operator new of one object, as this compiler names it.
+// The compiler's name for the operator new of one object.
 #ifdef _WIN64
 constexpr const char* newName = "_Znwy";
 #else
@@ -216,7 +216,7 @@ TEST_F(BitmapFromFileTest, GivesAnIconItsBackground)
         << std::hex << DevicePixels(*bitmap).front();
 }
 
-// No size of the screen makes a picture unreadable.
+// A picture is readable whatever the size of its screen.
 TEST_F(BitmapFromFileTest, LoadsAGifFileWhateverItsScreen)
 {
     const std::wstring path = m_folder / L"screen.gif";
@@ -397,7 +397,7 @@ TEST_F(IconStoreTest, FollowsANameToWhereverItLeads)
     }
 }
 
-// Each function many times over, with good and bad files.
+// Calls each function many times, with good and bad files.
 TEST_F(LoadingTest, LeavesNothingBehind)
 {
     const std::wstring good = WritePng(L"good.png", 2, 2, four);
@@ -428,7 +428,7 @@ TEST_F(LoadingTest, LeavesNothingBehind)
     EXPECT_EQ(test_support::DrawingObjectCount(), objects);
     EXPECT_EQ(test_support::UserObjectCount(), users);
     EXPECT_EQ(test_support::HandleCount(), handles);
-    EXPECT_TRUE(DeleteFileW(good.c_str())); // nothing keeps it open
+    EXPECT_TRUE(DeleteFileW(good.c_str())); // no call keeps it open
 }
 
 TEST_F(LoadingTest, ReadsPicturesOfOtherWriters)

@@ -55,7 +55,8 @@ protected:
     test_support::TemporaryFolder m_folder;
 };
 
-// Smooth, so that JPEG changes it little, and different in every pixel and channel.
+// A gradient so smooth that JPEG changes it little, with a different value in every pixel and
+// channel.
 std::vector<std::uint32_t> Gradient(int width, int height)
 {
     std::vector<std::uint32_t> pixels;
@@ -81,8 +82,8 @@ struct FileFormat
 {
     int format;
     const wchar_t* extension;
-    std::string start; // of every file of this format
-    int error;         // of a channel
+    std::string start; // the bytes at the start of every file of this format
+    int error;         // largest error of a channel
 };
 const FileFormat fileFormats[] = {
     {0, L"bmp", "BM", 0},        {1, L"gif", "GIF8", 40},
@@ -91,7 +92,7 @@ const FileFormat fileFormats[] = {
 };
 constexpr int gifFormat = 1;
 
-// What 5 bits a channel may differ by when they become 8.
+// The largest difference that 5 bits a channel make when they become 8.
 int RoundingOf(int bits)
 {
     return bits == 16 ? 7 : 0;
@@ -100,7 +101,7 @@ int RoundingOf(int bits)
 constexpr int width = 48;
 constexpr int height = 32;
 
-// Six squares, each of one colour or number, which are whole blocks of a JPEG file.
+// Six squares of one colour or number each, which are whole blocks of a JPEG file.
 std::vector<std::uint32_t> Squares(std::uint32_t step)
 {
     std::vector<std::uint32_t> numbers;
@@ -110,7 +111,7 @@ std::vector<std::uint32_t> Squares(std::uint32_t step)
     return numbers;
 }
 
-// A picture in many colours, of a palette for up to 8 bits a pixel.
+// A picture with many colours, from a palette for up to 8 bits a pixel.
 DibSection Colourful(int bits)
 {
     DibSection section(width, height, bits, DibSection::topDown);
@@ -127,7 +128,7 @@ DibSection Colourful(int bits)
     return section;
 }
 
-// What GDI itself says the pixels are.
+// The pixels as GDI itself reads them.
 std::vector<std::uint32_t> PixelsByGdi(const DibSection& section)
 {
     const base::MemoryContext context(CreateCompatibleDC(nullptr));
@@ -151,7 +152,7 @@ void ExpectPicture(const std::wstring& path, const DibSection& section, int erro
     EXPECT_LE(LargestDifference(PixelsOf(read), PixelsByGdi(section)), error) << name;
 }
 
-// Whether GDI+ by itself writes the bitmap as a GIF file.
+// True when GDI+ itself writes the bitmap as a GIF file.
 bool GdiPlusSavesGif(const DibSection& section)
 {
     const test_support::TemporaryFolder folder;
@@ -366,7 +367,7 @@ TEST_F(SaveBitmapTest, SavesGifFilesOf256ColoursExactly)
     ExpectPicture(path, section, 0);
 }
 
-// Where GDI+ itself cannot, the answer is false.
+// The answer is false where GDI+ itself cannot write the file.
 TEST_F(SaveBitmapTest, SavesGifFilesOfFewColoursExactlyWhereGdiPlusCan)
 {
     for (const int bits : {1, 4}) {

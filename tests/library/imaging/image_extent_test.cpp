@@ -1,4 +1,4 @@
-// Which images are too large for GDI+ to be given, and damaged files.
+// Images too large for GDI+, and damaged files.
 #include "DibSection.h"
 #include "GdiPlus.h"
 #include "PictureFiles.h"
@@ -30,7 +30,7 @@ protected:
 class DamagedFileTest : public ImageExtentTest
 {
 protected:
-    // Whatever the file holds, each function returns.
+    // Calls each loading function; it returns, whatever the file holds.
     void LoadEverywhere(const std::wstring& path)
     {
         SIZE size = {20, 10};
@@ -39,7 +39,7 @@ protected:
         const base::Bitmap resized(ResizeImage(path.c_str(), &size));
     }
 
-    // Whole files of every format, with their extensions.
+    // Complete files of every format, with their extensions.
     std::vector<std::pair<std::wstring, std::string>> WholeFiles()
     {
         std::vector<std::pair<std::wstring, std::string>> files;
@@ -73,7 +73,7 @@ TEST_F(ImageExtentTest, RefusesWhatIsTooLargeInPixels)
     EXPECT_TRUE(Accepts(PngFileThatClaims(1024, 768)));
     EXPECT_TRUE(Accepts(PngFileThatClaims(16383, 16383)));
     EXPECT_FALSE(Accepts(PngFileThatClaims(60000, 60000)));
-    // 2^32 bytes: an implementation that counts in 32 bits makes room for none.
+    // The size is 2^32 bytes: an implementation that counts in 32 bits allocates nothing.
     EXPECT_FALSE(Accepts(PngFileThatClaims(32768, 32768)));
     EXPECT_FALSE(Accepts(PngFileThatClaims(1000000, 1000)));
     EXPECT_FALSE(Accepts(BmpFileThatClaims(60000, 60000)));
@@ -157,7 +157,7 @@ TEST_F(DamagedFileTest, NoCorruptFileDoesHarm)
         const std::wstring path = m_folder / (L"corrupt" + extension);
         for (int round = 0; round < 40; ++round) {
             std::string corrupt = bytes;
-            // Headers, where sizes are, are hit more often than the rest.
+            // Headers hold the sizes, so they are damaged more often than the rest.
             const std::size_t reach =
                 round % 2 ? corrupt.size() : std::min<std::size_t>(64, corrupt.size());
             for (unsigned hits = 1 + random() % 4; hits > 0; --hits)

@@ -13,7 +13,7 @@ struct Problem
 {
     std::string name;
     std::size_t coefficients;
-    std::vector<double> design; // one row of the design matrix after the other
+    std::vector<double> design; // rows of the design matrix, one after the other
     std::vector<double> y;
     std::vector<double> certified;
 };
@@ -30,7 +30,7 @@ inline std::vector<double> Polynomial(const std::vector<double>& x, int degree)
     return design;
 }
 
-// first, first + step, ... : count values.
+// The `count` values first, first + step, ...
 inline std::vector<double> Steps(double first, double step, int count)
 {
     std::vector<double> values;

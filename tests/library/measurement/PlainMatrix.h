@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-// The matrix routines as plain loops, the form that the library's results have to equal bit by bit.
+// The matrix routines as plain loops. The library's results have to equal theirs bit by bit.
 namespace plain {
 
 using Array = std::vector<double>;
@@ -74,7 +74,7 @@ inline Array Product(const Array& a, const Array& b, int n)
     return out;
 }
 
-// row i -= f x row k over all columns, with f taken before the row changes.
+// Subtracts f x row k from row i over all columns; f is taken before the row changes.
 inline void SubtractRow(Array& g, int width, int i, int k)
 {
     const double f = at(g, width, i, k) / at(g, width, k, k);

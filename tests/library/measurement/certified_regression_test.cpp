@@ -54,8 +54,8 @@ class CertifiedRegressionTest : public testing::TestWithParam<Expectation>
 {
 };
 
-// The arithmetic is the same on every machine, so the digits are too: more of them would be as much
-// of a surprise.
+// The arithmetic is the same on every machine, so the digits are too. More digits would be as
+// surprising as fewer.
 TEST_P(CertifiedRegressionTest, ReachesTheDocumentedDigits)
 {
     const Problem problem = GetParam().problem();

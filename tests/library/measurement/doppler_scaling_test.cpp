@@ -32,7 +32,7 @@ protected:
     }
 };
 
-// The values that nobody has set yet: in a process of its own.
+// Checks the values before any is set, in a process of its own.
 TEST(DopplerScalingChild, DISABLED_EverythingStartsAtNothing)
 {
     EXPECT_EQ(CDopplerScaling::GetPWPRP(), 0);

@@ -20,8 +20,8 @@
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-// The same bits, where any NaN stands for every other: which of two NaNs a sum keeps is the
-// processor's choice.
+// True when the bits are the same. Any NaN equals every other, because the processor chooses which
+// of two NaNs a sum keeps.
 inline bool IsSame(double a, double b)
 {
     if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
@@ -84,7 +84,7 @@ inline plain::Array Filled(int rows, int cols, const Source& source)
     return array;
 }
 
-// An output array between fields that nobody may write to.
+// An output array between fences that nobody may write to.
 class Fenced
 {
 public:

@@ -1,4 +1,4 @@
-// The matrix routines one by one: their names, known results, and what they report.
+// The matrix routines one by one: their names, known results, and the status they report.
 #include "matrix_fixture.h"
 
 #include <windows.h>

@@ -77,7 +77,7 @@ TEST(MatrixSizeTest, SizesThatCannotExistAreLeftAlone)
     }
 }
 
-// More than any address space holds, though its size can be told.
+// The memory needed is more than any address space, although its size can be computed.
 TEST(MatrixSizeTest, WantOfScratchMemoryLeavesTheResultsAlone)
 {
     const int n = sizeof(void*) == 4 ? 16000 : 6000000; // 4 GB; more than the address space

@@ -93,7 +93,7 @@ TEST_P(MatrixReferenceTest, IdentityIsComplete)
 INSTANTIATE_TEST_SUITE_P(Sizes, MatrixReferenceTest,
                          testing::Values(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 21, 22, 31,
                                          48, 49));
-// Beyond what the routines were made for.
+// These sizes are beyond those that the routines were made for.
 INSTANTIATE_TEST_SUITE_P(LargerSizes, MatrixReferenceTest, testing::Values(50, 51, 64, 100));
 
 } // namespace

@@ -83,7 +83,7 @@ TEST_F(SpectralTraceTest, ExtremeSizesAreDefined)
 {
     m_view.setData(m_bytes.data(), std::numeric_limits<int>::min(), -1);
     EXPECT_EQ(m_view.getSetSize(), std::numeric_limits<int>::min());
-    m_view.getDataSet(Type(3)); // an address outside the block, only computed
+    m_view.getDataSet(Type(3)); // an address outside the block that is only computed
     m_view.setData(m_bytes.data(), std::numeric_limits<int>::max(), 1);
     m_view.getDataSet(Type(3));
     EXPECT_EQ(m_view.getDataSet(Type(0)), m_bytes.data());

@@ -33,7 +33,7 @@ void Add(Addresses& addresses, const sockaddr* address)
     addresses.emplace(text.begin(), text.end());
 }
 
-// What the host name stands for, as another function of the platform finds it.
+// The addresses of the host name, as another function of the platform finds them.
 void AddHostAddresses(Addresses& addresses)
 {
     WSADATA description;
@@ -51,7 +51,7 @@ void AddHostAddresses(Addresses& addresses)
     WSACleanup();
 }
 
-// What the network adapters have.
+// The addresses of the network adapters.
 void AddAdapterAddresses(Addresses& addresses)
 {
     alignas(IP_ADAPTER_ADDRESSES) static std::byte buffer[1 << 17];
@@ -165,7 +165,7 @@ protected:
         EXPECT_EQ(server.Misuses(), 0);
     }
 
-    // What the adapters' list makes of it; that the other question agrees.
+    // The result for the adapters' list; the other function must agree.
     std::wstring Guid(const std::vector<WmiProperties>& adapters)
     {
         server.SetAnswer(query, adapters);

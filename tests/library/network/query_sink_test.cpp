@@ -14,14 +14,14 @@ using simulation::WmiValue;
 
 namespace {
 
-// A sink of one's own, with one reference, and events for it.
+// A sink of the test's own, with one reference, and events for it.
 class QuerySinkTest : public WmiTest
 {
 protected:
     QuerySinkTest() { sink->AddRef(); }
     ~QuerySinkTest() override { EXPECT_EQ(sink->Release(), 0u); }
 
-    // Delivers a batch; how many repaints it caused.
+    // Delivers a batch of events. The result is the number of repaints.
     int Indicate(const std::vector<WmiProperties>& events)
     {
         std::vector<IWbemClassObject*> objects;
@@ -190,14 +190,14 @@ TEST_F(QuerySinkTest, WhatTheRepaintCallbackThrowsEndsHere)
 
 TEST_F(QuerySinkTest, FailuresOfEachPropertyReadAreHandled)
 {
-    server.Fail(simulation::WmiCall::get, E_FAIL, 1); // the class of the first
+    server.Fail(simulation::WmiCall::get, E_FAIL, 1); // the class of the first event
     EXPECT_EQ(Indicate({Event(connect, L"Wireless"), Event(connect, L"Wireless")}), 0);
-    server.Fail(simulation::WmiCall::get, E_FAIL, 2); // the name of the first
+    server.Fail(simulation::WmiCall::get, E_FAIL, 2); // the name of the first event
     EXPECT_EQ(Indicate({Event(connect, L"NIC"), Event(connect, L"Wireless")}), 1);
     EXPECT_EQ(States(), (std::vector{false, true, false}));
 }
 
-// ---- Events of another thread
+// ---- Events from another thread
 
 using EventThread = WmiTest;
 
@@ -219,8 +219,7 @@ TEST_F(EventThread, ChangesTheStatesWhileTheServicePolls)
     EXPECT_EQ(repaints, 3 * polls + delivered);
 }
 
-// The count of repaints stands still from the moment that the destruction is over, whenever events
-// come.
+// Once the destruction is over, the count of repaints stands still, whenever events come.
 TEST_F(EventThread, ReachesNoItemAfterTheDestruction)
 {
     server.SetSinkReferences(simulation::SinkReferences::untilReleased);
@@ -247,7 +246,7 @@ TEST_F(EventThread, ReachesNoItemAfterTheDestruction)
     }
 }
 
-// The destruction waits for the event that is just being shown.
+// The destruction waits for the event that is being shown.
 TEST_F(EventThread, IsWaitedForWhileItShowsAnEvent)
 {
     static HANDLE entered, released;
@@ -265,7 +264,7 @@ TEST_F(EventThread, IsWaitedForWhileItShowsAnEvent)
         CStatusFactory::destroyInstance();
         isDestroyed = true;
     });
-    Sleep(200); // gives a destruction that does not wait the time to show itself
+    Sleep(200); // gives a destruction that fails to wait the time to show it
     EXPECT_FALSE(isDestroyed);
     SetEvent(released);
     destroyer.join();
@@ -275,7 +274,7 @@ TEST_F(EventThread, IsWaitedForWhileItShowsAnEvent)
     CloseHandle(released);
 }
 
-// The real items are destroyed here, so it takes a process of its own.
+// The real items are destroyed here, so the test has a process of its own.
 TEST(DestroyedItems, DISABLED_AreNotTouchedByEvents)
 {
     const test_support::ComScope com;

@@ -1,4 +1,4 @@
-// How the monitoring connects, subscribes and lets go, with failures at every step.
+// The monitoring connects, subscribes and lets go, with failures at every step.
 #include "wmi_fixture.h"
 
 #include <test_support/ImportHook.h>
@@ -165,7 +165,7 @@ TEST_F(WmiConnection, QueriesWorkWithoutAnySubscription)
     EXPECT_EQ(Service().Query(adapterMode, adapterQuery.c_str()), 1);
 }
 
-// The sink has no reference between two subscriptions then, and must live on nevertheless.
+// Between two subscriptions the sink has no reference, but must live on.
 TEST_F(WmiConnection, AServiceThatRefusesAfterTouchingTheSinkDoesNotDestroyIt)
 {
     server.SetSinkReferences(SinkReferences::dropped);
@@ -235,7 +235,7 @@ TEST_F(WmiConnection, EventsThatComeDuringTheCancellationAreDropped)
     EXPECT_FALSE(CStatusNetwork::getState());
 }
 
-// Every call of a whole life fails once. Nothing may leak, be used after its release or throw.
+// Every call of a whole life fails once. Nothing may leak, throw or be used after its release.
 TEST_F(WmiConnection, AFailureOfAnySingleCallLeavesNothingBehind)
 {
     server.SetAnswer(signalQuery, {Signal(-60)});
@@ -258,7 +258,7 @@ TEST_F(WmiConnection, AFailureOfAnySingleCallLeavesNothingBehind)
         server.FailCall(failing, results[failing % 3]);
         live();
         server.SucceedAgain();
-        server.ReleaseSinks(); // where the failing call was the cancellation
+        server.ReleaseSinks(); // here the failing call was the cancellation
         ASSERT_EQ(server.LiveObjects(), 0) << "call " << failing;
         ASSERT_EQ(server.Misuses(), 0) << "call " << failing;
     }
@@ -287,7 +287,7 @@ TEST_F(WmiConnection, ANamespacesNameThatCannotBeAllocatedIsRaised)
     EXPECT_EQ(server.TakeCalls(), connectCalls + subscribeCalls) << "a later call starts over";
 }
 
-// How many texts can still be allocated.
+// The number of texts that can still be allocated.
 int s_textsLeft;
 
 BSTR WINAPI FewTexts(const OLECHAR* text)
@@ -295,7 +295,7 @@ BSTR WINAPI FewTexts(const OLECHAR* text)
     return s_textsLeft-- > 0 ? SysAllocString(text) : nullptr;
 }
 
-// Each subscription needs two texts, after the one of the namespace's name.
+// Each subscription needs two texts, after one for the namespace's name.
 TEST_F(WmiConnection, ASubscriptionWhoseTextsCannotBeAllocatedIsARefusedOne)
 {
     Service();
@@ -329,7 +329,7 @@ TEST_F(WmiConnection, AQueryWhoseTextsCannotBeAllocatedIsNotRun)
     EXPECT_EQ(States(), (std::vector{true, true, true}));
 }
 
-// Without a class of this process the platform's own service answers, or nobody does.
+// Without a class of this process the platform's own service answers, or none.
 TEST(PlatformsOwnService, IsUsedWhereThereIsOne)
 {
     const test_support::ComScope com;

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-// The texts of the queries, as the service has to see them.
+// The texts of the queries, as the service must receive them.
 inline const std::wstring signalQuery =
     L"SELECT * FROM MSNdis_80211_ReceivedSignalStrength Where active=true";
 inline const std::wstring wiredQuery =
@@ -42,8 +42,8 @@ inline simulation::WmiProperties Event(const wchar_t* eventClass, const wchar_t*
     return {{L"__CLASS", eventClass}, {L"InstanceName", name}};
 }
 
-// A management service in process and nothing connected to it. Afterwards every object has been
-// released, and none was used after that.
+// A management service in process, with nothing connected to it. At the end every object must have
+// been released, and none used after that.
 class WmiTest : public testing::Test
 {
 protected:

@@ -1,4 +1,4 @@
-// What the monitoring asks, and what it makes of the answers.
+// The monitoring's questions, and what it makes of the answers.
 #include "wmi_fixture.h"
 
 #include <chrono>
@@ -15,7 +15,7 @@ using WmiQuery = WmiTest;
 class WmiAnswer : public WmiTest
 {
 protected:
-    // The answer of a query that gives these objects.
+    // The answer to a query that returns these objects.
     std::int32_t Answer(std::int32_t mode, const std::vector<WmiProperties>& objects)
     {
         server.SetAnswer(L"the query", objects);

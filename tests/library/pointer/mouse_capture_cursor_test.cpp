@@ -1,4 +1,4 @@
-// What the arbitration of the pointer does to the system's cursor.
+// The effect of the arbitration of the pointer on the system's cursor.
 #include "mouse_capture_fixture.h"
 
 namespace {
@@ -9,7 +9,8 @@ protected:
     void SetUp() override
     {
         MouseCaptureTest::SetUp();
-        // Twice, because a session that cannot confine may find that out after the first time only.
+        // Tries twice, because a session that cannot confine may find out only after the first
+        // time.
         if (!Confines(CRect(40, 50, 260, 270)) || !Confines(CRect(50, 60, 160, 170)))
             GTEST_SKIP() << "this session does not honour ClipCursor (under Wine it needs the X "
                             "input extension library)";

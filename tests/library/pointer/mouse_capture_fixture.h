@@ -12,7 +12,7 @@
 
 using Log = std::vector<std::string>;
 
-// A tool that writes down what it is told, and does what the test wants from inside its operations.
+// A tool that records its calls, and does what the test asks from inside its operations.
 class Tool : public IMouseHandler
 {
 public:
@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    // A copy runs, because it may destroy the tool.
+    // Runs a copy, because the hook may destroy the tool.
     static void Run(const std::function<void()>& hook)
     {
         if (const std::function<void()> copy = hook) copy();

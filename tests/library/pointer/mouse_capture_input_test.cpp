@@ -76,8 +76,8 @@ TEST_F(MouseCaptureTest, AnyPointAnywhereKeepsTheBackgroundOut)
     EXPECT_TRUE(log.empty());
 }
 
-// 65536 squared is a multiple of 2 to the 32nd: the distance wraps to 0. 50000 squared wraps below
-// zero.
+// 65536 squared is a multiple of 2 to the 32nd, so the distance wraps to 0. 50000 squared wraps
+// below zero.
 TEST_F(MouseCaptureTest, DistancesWrapAroundAt32Bits)
 {
     Tool a(log, "a"), b(log, "b");
@@ -150,7 +150,7 @@ TEST_F(MouseCaptureTest, AMoveOnlyHandlerGetsMovesOnly)
     Tool a(log, "a");
     a.type = LockMoveOnly;
     MouseCapture::Lock(&a, 0);
-    a.type = LockNormal; // the type counts that it had when it was locked
+    a.type = LockNormal; // the type at the time of locking counts
     EXPECT_FALSE(Press(1, 1));
     EXPECT_FALSE(MouseCapture::HandleMouse(WM_MOUSEWHEEL, 0, POINT{1, 1}));
     EXPECT_TRUE(Move(2, 2));

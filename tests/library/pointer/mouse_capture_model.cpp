@@ -5,7 +5,7 @@
 
 namespace capture_model {
 
-// --- The world of a side ---
+// --- The world of one side ---
 
 int Side::Play(const Step& step)
 {
@@ -182,8 +182,8 @@ bool Reference::Unlock()
     return true;
 }
 
-// True when the handler has points. One without, but with a background point, becomes the
-// candidate.
+// True when the handler has points. A handler without points but with a background point becomes
+// the candidate.
 bool Reference::Consider(int tool, int& candidate)
 {
     if (!IsRegistered(tool)) return false;
@@ -225,7 +225,7 @@ bool Reference::LockNext()
     return false;
 }
 
-// The distance in exact arithmetic modulo 2 to the 64th, of which the low 32 bits are what counts.
+// The distance modulo 2 to the 64th. Only its low 32 bits count.
 static std::int32_t Distance(POINT a, POINT b)
 {
     const std::int64_t dx = std::int64_t{a.x} - b.x;

@@ -8,8 +8,8 @@
 #include <vector>
 
 // The two sides that the model check compares: the arbitration itself and a plain reference of it.
-// Both play the same steps; each keeps its own world of tools, whose operations answer from it,
-// write down that they were called, and may themselves play a step.
+// Both play the same steps. Each keeps its own world of tools, whose operations answer from it,
+// record that they were called, and may themselves play a step.
 namespace capture_model {
 
 constexpr int nobody = -1;
@@ -70,7 +70,7 @@ struct Step
     std::vector<POINT> points;
     Traits traits;
     Call call = Call::Release;
-    std::vector<Step> reaction; // one step, for React
+    std::vector<Step> reaction; // the single step for React
 };
 
 struct Event
@@ -88,15 +88,15 @@ struct State
     RECT area = {};
 };
 
-// One side. Tools are numbered in the order of their creation; a slot holds the number of the tool
-// living in it.
+// One side. Tools are numbered in the order of their creation. A slot holds the number of its
+// living tool.
 class Side
 {
 public:
     Side() { m_slots.fill(nobody); }
     virtual ~Side() = default;
 
-    // Plays the step and gives the answer of the arbitration, 0 when it has none.
+    // Plays the step and returns the answer of the arbitration, 0 when it has none.
     int Play(const Step& step);
     virtual State GetState() const = 0;
 
@@ -153,7 +153,7 @@ private:
     int m_reactions = 0;
 };
 
-// The reference: numbers for pointers, and a copy of their list for every walk.
+// The reference uses numbers for pointers, and a copy of their list for every walk.
 class Reference : public Side
 {
 public:
@@ -195,7 +195,7 @@ private:
     bool m_freeze = false;
     bool m_imaging = true;
     bool m_research = false;
-    std::vector<int> m_told; // those that are being told that they lose the lock
+    std::vector<int> m_told; // the tools that are being told that they lose the lock
 };
 
 } // namespace capture_model

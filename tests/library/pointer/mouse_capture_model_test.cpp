@@ -1,5 +1,5 @@
-// The arbitration of the pointer against a plain reference of it, over random steps; the handlers
-// answer from inside their operations with steps of their own.
+// The arbitration of the pointer against a plain reference of it, over random steps. The handlers
+// play steps of their own from inside their operations.
 #include "mouse_capture_model.h"
 
 #include <Utils_Statics/MouseCapture.h>
@@ -16,7 +16,7 @@ namespace capture_model {
 
 namespace {
 
-// A handler that lives in the world of a side. The side outlives it, also when it is destroyed in
+// A handler that lives in the world of a side. The side outlives it, even when it is destroyed in
 // its own operation.
 class ModelTool : public IMouseHandler
 {
@@ -88,7 +88,7 @@ private:
         return tool == nobody ? nullptr : &*m_living[static_cast<std::size_t>(tool)];
     }
 
-    // By number, so that no tool ever has the address of another one.
+    // The tools by number, so that no tool ever has the address of another one.
     mutable std::deque<std::optional<ModelTool>> m_living;
 };
 
@@ -108,8 +108,8 @@ public:
     }
 
 private:
-    // In turn, tools have points and, for a while, none has, so that the background comes into
-    // play.
+    // The phases alternate: tools have points and, for a while, none has, so that the background
+    // comes into play.
     void ChangePhase()
     {
         m_pointless = !m_pointless;
@@ -225,7 +225,7 @@ std::string Describe(const std::vector<Event>& events)
     return text.str();
 }
 
-// What the steps met, so that the check is known to have checked something.
+// Counts what the steps met, so that the check is known to have checked something.
 struct Met
 {
     int answersTrue = 0, locks = 0, releases = 0, inputs = 0, areas = 0;

@@ -164,7 +164,7 @@ TEST_F(MouseCaptureReentryTest, AHandlerMayRemoveOthersWhileThePointsAreCollecte
     auto a = Make("a", 0, {{500, 500}}), b = Make("b", 1, {{300, 300}}),
          c = Make("c", 2, {{100, 100}}), d = Make("d", 3, {{101, 100}});
     UsePointer();
-    c->onPoints = [&] { // one behind the walk, the one visited, one ahead of it
+    c->onPoints = [&] { // one behind the walk, the visited one, and one ahead of it
         a.reset();
         MouseCapture::Unregister(c.get());
         d.reset();
@@ -279,7 +279,7 @@ TEST_F(MouseCaptureReentryTest, RegisteringSurvivesHandlersThatAnswerTheirOrderW
     Tool x(log, "x", 2);
     x.points = {{1, 1}};
     b->onOrder = [&] { b.reset(); };
-    MouseCapture::Register(&x); // belongs before b, which goes when it is asked
+    MouseCapture::Register(&x); // belongs before b, which ends when asked for its order
     for (int i = 0; i < 4; ++i)
         EXPECT_TRUE(MouseCapture::LockNext());
     EXPECT_EQ(TakeLog(), (Log{"a lock 0", "a release", "x lock 0", "x release", "c lock 0",

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Only what is pure: all else is the default.
+// Defines only the pure operations; the others are the default.
 class BareTool : public IMouseHandler
 {
 public:
@@ -14,7 +14,7 @@ public:
     void GetBackgroundRect(CRect& rect) override { rect = CRect(0, 0, 1, 1); }
 };
 
-// The arbitration before anybody used it: read at load, because every test sets it up for itself.
+// The state of the arbitration before first use. It is read at load, because every test sets it up.
 struct InitialState
 {
     bool locked = MouseCapture::IsLocked();
@@ -23,7 +23,7 @@ struct InitialState
     bool wrapsAround = WrapsAround();
     bool wrapsAroundFrozen = (MouseCapture::SetFreeze(true), WrapsAround());
 
-    // Whether the next action of the only tool comes back to it.
+    // True when the next action of the only tool comes back to it.
     static bool WrapsAround()
     {
         Log log;
@@ -47,8 +47,7 @@ TEST_F(MouseCaptureTest, StartsUnlockedInTrackballStyleWithoutAnAreaImagingAndNo
     EXPECT_FALSE(initial.wrapsAroundFrozen) << "imaging";
 }
 
-// The order in which the handlers stand in the list, read off by stepping through them with one
-// point each.
+// The order of the handlers in the list, found by stepping through them with one point each.
 TEST_F(MouseCaptureTest, HandlersStandInLockOrderAndEqualOrdersInRegistrationOrder)
 {
     Tool a(log, "a", 5), b(log, "b", -1), c(log, "c", 5), d(log, "d", 2), e(log, "e", -1);

@@ -1,4 +1,4 @@
-// The broadcast of the handler that wants fine pointer control.
+// The broadcast of the handler that requests fine pointer control.
 #include <Utils_Statics/PrecisionMouse.h>
 
 #include <gtest/gtest.h>

@@ -41,7 +41,7 @@ Messages operator+(Messages a, const Messages& b)
 
 CWinApp theApplication;
 
-// A window that writes down the application messages it is sent.
+// A window that records the application messages it gets.
 class RecordingWindow
 {
 public:
@@ -119,7 +119,7 @@ protected:
         GetClipCursor(&rect);
         return rect;
     }
-    // Whether the cursor is now confined to rect.
+    // True when the cursor is now confined to rect.
     static bool Confine(const CRect& rect) { return ::ClipCursor(&rect) && Clip() == rect; }
 
     RecordingWindow window;

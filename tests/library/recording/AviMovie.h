@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// A finished movie, opened for reading: its video stream as it lies in the file.
+// A finished movie, opened for reading; its video stream as stored in the file.
 class AviMovie
 {
 public:

@@ -9,7 +9,7 @@
 namespace device_context_form {
 
 // The composition of a movie frame in its plain form: bitmaps selected into memory device contexts,
-// MaskBlt, BitBlt. What the library does must not differ from it, and must be faster.
+// MaskBlt, BitBlt. The library's results must equal it, and it must be faster.
 
 // A memory device context with a bitmap selected into it.
 class BitmapContext
@@ -35,7 +35,7 @@ inline int Height(const RECT& rect)
     return static_cast<int>(rect.bottom - rect.top);
 }
 
-// There is no bitmap of a reversed rect's size, so such a rect places nothing.
+// A reversed rect has no bitmap of its size, so it places nothing.
 inline bool HasArea(const RECT& rect)
 {
     return Width(rect) > 0 && Height(rect) > 0;

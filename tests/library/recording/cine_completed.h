@@ -4,7 +4,7 @@
 
 #include <string>
 
-// What a store's callback told: how often, and the last time with which path and on which thread.
+// The calls of a store's callback: their number, and the path and thread of the last one.
 struct Completed
 {
     int calls = 0;

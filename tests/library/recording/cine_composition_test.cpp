@@ -27,8 +27,8 @@ Pixels RandomPixels(Random& random, SIZE size)
     return values;
 }
 
-// A mask of at least the plane's size, because how the device context continues a smaller one is
-// not defined.
+// A mask of at least the plane's size, because the device context's continuation of a smaller one
+// is undefined.
 struct MaskBits
 {
     SIZE size{};
@@ -61,7 +61,7 @@ MaskBits MaskFor(Random& random, SIZE plane)
     return mask;
 }
 
-// Inside the frame, across its edge, outside, empty or reversed.
+// A rect inside the frame, across its edge, outside, empty or reversed.
 RECT RandomRect(Random& random, int frameWidth, int frameHeight)
 {
     const int left = Pick(random, -frameWidth, 2 * frameWidth);
@@ -196,7 +196,7 @@ public:
         return frame;
     }
 
-    // Zero in the byte that a colour does not use.
+    // Clears the byte that a colour does not use.
     void ClearUnusedByte()
     {
         for (auto& value : m_frame)
@@ -232,7 +232,7 @@ Pixels WithoutUnusedByte(Pixels frame)
 
 TEST(CineComposition, HasTheColoursOfTheDeviceContextFormOnRandomScenes)
 {
-    // MaskBlt of Wine takes the fourth byte, which is no colour, from the plane also where the mask
+    // MaskBlt of Wine takes the fourth byte, which is no colour, from the plane even where the mask
     // keeps the frame.
     for (unsigned seed = 0; seed < scenes; ++seed) {
         Scene scene(seed);
@@ -261,7 +261,7 @@ TEST(CineComposition, HasEveryBitOfTheDefinitionOnRandomScenes)
 
 namespace {
 
-// A frame of zeros and a plane of ones, to see where the plane lands.
+// A frame of zeros and a plane of ones, to show where the plane lands.
 struct Small
 {
     static constexpr SIZE size{8, 4};
@@ -375,7 +375,7 @@ TEST(CineComposition, StripKeepsItsWidthOverARectWithoutHeight)
 TEST(CineComposition, OverlayIgnoresTheLeftEdgeOfItsRect)
 {
     Small small;
-    // Hangs one row below the top of rect 0, at rect 0's left edge.
+    // The plane hangs one row below the top of rect 0, at rect 0's left edge.
     const RECT rects[6] = {{2, 0, 6, 4}, {}, {}, {100, 1, 102, 2}, {}, {}};
     utils_statics::Compose(small.Target(), rects,
                            {.image = {nullptr, nullptr, nullptr, nullptr, small.ones.data()}});

@@ -29,7 +29,7 @@ struct Turns
     bool mirror0, bottomUp0, mirror1, bottomUp1;
 };
 
-// Five planes as an application gives them, and what they are after the turns.
+// Five planes as an application gives them, and their content after the turns.
 struct GivenPlanes
 {
     GivenPlanes(unsigned seed, const Turns& turns);

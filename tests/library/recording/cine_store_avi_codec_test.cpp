@@ -1,5 +1,4 @@
-// Recording through codecs: how one is found, what it is told, what it gets back, how it fails and
-// when it is released.
+// Recording through codecs: how one is found, its input and output, its failure, and its release.
 #include "cine_store_avi_fixture.h"
 
 #include "../../codecs/testcodec/TestCodec.h"
@@ -34,8 +33,8 @@ protected:
     }
     ~CineStoreCodec() override { FreeLibrary(dll); }
 
-    // Every codec that was begun is ended, and every one that was opened is closed as far as the
-    // platform does that: the compressed stream of Wine 8.0 never closes its codec.
+    // Every codec that was begun has ended, and every open codec is closed as far as the platform
+    // closes it: the compressed stream of Wine 8.0 never closes its codec.
     void ExpectReleased()
     {
         EXPECT_GE(codec->ended, codec->begun);
@@ -48,7 +47,7 @@ protected:
     TestCodecOrders* codec;
 
 private:
-    // Tries it with a compressed stream that no library of ours has touched.
+    // Checks this with a compressed stream that the library does not touch.
     bool StreamClosesCodec()
     {
         const LONG openBefore = codec->opened - codec->closed;
@@ -133,9 +132,9 @@ TEST_F(CineStoreCodec, IsTheSettingsWhateverSetCompressionSaid)
     EXPECT_TRUE(store.EndStorage());
 }
 
-// The flags of a codec's information record and those of the stream's options have other meanings:
-// the record's "temporal" is the options' "key frames as often as the options say", and these say
-// never.
+// The flags of a codec's information record and those of the stream's options have other meanings.
+// The record's "temporal" means "key frames as often as the options say" in the options, and these
+// say never.
 TEST_F(CineStoreCodec, GivesTheOptionsTheFlagsOfItsRecord)
 {
     static_assert(VIDCF_TEMPORAL == AVICOMPRESSF_KEYFRAMES);
@@ -211,7 +210,7 @@ TEST_F(CineStoreCodec, FramesWithoutBytesAreRepeatedAtTheEnd)
         AddNothing();
     EXPECT_EQ(codec->frames, 5);
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(codec->frames, 7); // two more, of the last composed frame
+    EXPECT_EQ(codec->frames, 7); // two more frames, copies of the last composed one
     const AviMovie movie(fileName);
     EXPECT_EQ(movie.Length(), 7);
     Bytes last = BytesOf(UpsideDown(backgroundPixels, frameWidth));
@@ -286,7 +285,7 @@ TEST_F(CineStoreCodec, FailureInTheMiddleIsFalseAndTheRecordingGoesOn)
     codec->failFrom = -1;
     EXPECT_TRUE(AddNothing()); // at index 3
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(codec->frames, 5); // the failed one produced no bytes, so the last is repeated
+    EXPECT_EQ(codec->frames, 5); // the failed frame produced no bytes, so the last one is repeated
     EXPECT_EQ(AviMovie(fileName).Length(), 5);
     ExpectReleased();
 }
@@ -307,7 +306,7 @@ TEST_F(CineStoreCodec, CodecThatIsSlowToCloseIsWaitedForAndTheMovieIsWhole)
     });
     EXPECT_TRUE(store.EndStorage());
     other.join();
-    EXPECT_EQ(callsWhileClosing, 0); // nobody is told before the movie is closed
+    EXPECT_EQ(callsWhileClosing, 0); // nothing is announced before the movie is closed
     EXPECT_EQ(completed.calls, 1);
     EXPECT_EQ(AviMovie(fileName).Length(), 1);
     codec->mayClose = nullptr;

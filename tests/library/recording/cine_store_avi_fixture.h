@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-// The application's settings, in a registry key of this process that goes with it.
+// The application's settings, in a registry key of this process that is removed with it.
 namespace capture_settings {
 
 void Set(const wchar_t* entry, const wchar_t* value);

@@ -1,4 +1,5 @@
-// What frames hold: the background, the composed planes and masks, whole bitmaps and their turns.
+// The content of frames: the background, the composed planes and masks, whole bitmaps and their
+// turns.
 #include "cine_store_avi_fixture.h"
 
 #include "DeviceContextComposition.h"
@@ -42,7 +43,7 @@ TEST_F(CineStoreAvi, ComposedFramesAreThoseOfTheDeviceContextForm)
             form.image[plane] = given ? planes.turned[plane].data() : nullptr;
         }
         std::copy(layout.begin(), layout.end(), form.rects);
-        form.Compose(expected.data()); // onto the frame before: nothing clears it
+        form.Compose(expected.data()); // composes onto the frame before, which nothing clears
         frames.push_back(BytesOf(expected));
         EXPECT_TRUE(store.AddFrame(image[0], image[1], image[2], image[3], image[4], *mask0, *mask1,
                                    turns.mirror0, turns.bottomUp0, turns.mirror1, turns.bottomUp1));
@@ -86,7 +87,7 @@ TEST_F(CineStoreAvi, RectsAreTakenOnlyTogetherWithABackground)
     EXPECT_TRUE(add());
     fresh.EndStorage();
     ASSERT_TRUE(fresh.InitStorage(fileName.c_str(), nullptr, 64, 48, std::vector<CRect>(), 32));
-    EXPECT_TRUE(add()); // with the rects from before
+    EXPECT_TRUE(add()); // uses the rects from before
     fresh.EndStorage();
 }
 

@@ -1,4 +1,4 @@
-// What a movie recorder hands to Video for Windows, and what it makes of a refusal.
+// The calls of a movie recorder to Video for Windows, and its reaction to a refusal.
 #include "cine_store_avi_fixture.h"
 
 #include "../../codecs/testcodec/TestCodec.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr wchar_t library[] = L"Utils_Statics.dll";
 
-// The stream header as the platform gets it.
+// The stream header that the platform gets.
 struct StreamHeader
 {
     static HRESULT WINAPI Record(PAVIFILE, PAVISTREAM*, AVISTREAMINFOW* info)
@@ -46,7 +46,7 @@ TEST_F(CineStoreAvi, StreamHeaderIsZeroButForWhatItHasToSay)
     EXPECT_EQ(std::memcmp(&StreamHeader::s_info, &expected, sizeof expected), 0);
 }
 
-// The codec's state as the options name it, looked at when the format of the stream is set.
+// The codec's state that the options name, read when the format of the stream is set.
 struct CodecState
 {
     static HRESULT WINAPI Compress(PAVISTREAM* compressed, PAVISTREAM source,
@@ -93,7 +93,7 @@ TEST_F(CineStoreAvi, StateOfTheCodecLivesUntilTheFormatIsSet)
     EXPECT_TRUE(store.EndStorage());
 }
 
-// Whatever refuses a start, the movie before it is released, unfinished, and nothing is recorded.
+// Whatever refuses a start, the movie before it is released unfinished, and nothing is recorded.
 TEST_F(CineStoreAvi, RefusedStartReleasesTheMovieBefore)
 {
     const std::wstring held = folder / L"held.avi";
@@ -125,7 +125,7 @@ TEST_F(CineStoreAvi, RefusedStartReleasesTheMovieBefore)
     }
 }
 
-// A volume that has room, on which what was written is not yet to be seen in the file's size.
+// A volume that has room, on which the file's size does not yet show the written bytes.
 BOOL WINAPI SizeThatLagsBehind(LPCWSTR, GET_FILEEX_INFO_LEVELS, void* data)
 {
     *static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data) = {};
@@ -145,7 +145,7 @@ TEST_F(CineStoreAvi, SizeThatLagsBehindIsNoFailureWhereTheVolumeHasRoom)
     EXPECT_EQ(AviMovie(fileName).Length(), 3);
 }
 
-// The places of the overridden operations; the base's come first.
+// The table places of the overridden operations; the base's come first.
 struct CineSlots : CCineStore
 {
     static std::size_t End() { return test_support::VirtualPlace(&CineSlots::EndStorage); }

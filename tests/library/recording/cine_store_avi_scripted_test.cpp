@@ -1,5 +1,5 @@
-// Movies that need more than this program: other readers, gibibytes of disk, a disk that is full.
-// Scripts run them.
+// Movies that need more than this program: other readers, gibibytes of disk, a full disk. Scripts
+// run these tests.
 #include "cine_store_avi_fixture.h"
 
 #include <base/Handles.h>
@@ -7,8 +7,8 @@
 #include <test_support/ImportHook.h>
 #include <test_support/InstalledCodec.h>
 
-// Run by cine-movie-readers: leaves movies and the frames that went into them, for readers that
-// nobody here wrote.
+// cine-movie-readers runs this. It leaves movies and the frames that went into them, for readers by
+// other authors.
 TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
 {
     const std::wstring target = test_support::EnvironmentVariable(L"MOVIE_FOLDER");
@@ -41,7 +41,7 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
     file.reset();
 }
 
-// Run by the test cine_two_gib, because it writes 2 GiB.
+// The test cine_two_gib runs this, because it writes 2 GiB.
 TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
 {
     if (test_support::EnvironmentVariable(L"CINE_TWO_GIB").empty())
@@ -68,9 +68,8 @@ BOOL WINAPI NoSpaceLeft(LPCWSTR, PULARGE_INTEGER available, PULARGE_INTEGER, PUL
     return TRUE;
 }
 
-// Run by disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
-// The limit fails the writes as a full volume does; what a full volume answers when it is asked for
-// its space is played.
+// disk-full runs this and lets the process write CINE_FILE_LIMIT bytes to any one file. The limit
+// makes writes fail as on a full volume. The full volume's answer about its space is simulated.
 TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::EnvironmentVariable(L"CINE_FILE_LIMIT").empty())

@@ -1,4 +1,4 @@
-// The movie as a whole: its form, its rate, starting and ending it, and what is told when it is
+// The movie as a whole: its form, its rate, starting and ending it, and the announcement when it is
 // complete.
 #include "cine_store_avi_fixture.h"
 
@@ -36,7 +36,7 @@ TEST_F(CineStoreAvi, RateIsFramesInAThousandSecondsTruncated)
 {
     for (const auto& [fps, rate] :
          {std::pair{30.0, 30000u}, {25.0, 25000u}, {29.97, 29970u}, {12.3459, 12345u}}) {
-        if (fps != 30.0) store.SetRate(fps); // 30 is what a new store has
+        if (fps != 30.0) store.SetRate(fps); // a new store has 30
         ASSERT_TRUE(Start());
         EXPECT_TRUE(AddBlank());
         EXPECT_TRUE(store.EndStorage());
@@ -135,7 +135,7 @@ TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
         EXPECT_TRUE(AddNothing());
     }
     EXPECT_TRUE(store.EndStorage());
-    EXPECT_EQ(completed.path, L"movie.avi"); // as it was given
+    EXPECT_EQ(completed.path, L"movie.avi"); // the path as it was given
     EXPECT_EQ(AviMovie(fileName).Length(), 2);
 }
 

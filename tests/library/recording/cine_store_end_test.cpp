@@ -1,4 +1,4 @@
-// The end of a recording: what it finishes, and what it tells to whom.
+// The end of a recording: what it finishes, and whom it tells.
 #include "cine_store_fixture.h"
 
 #include <base/Handles.h>
@@ -61,7 +61,7 @@ TEST_F(CineStore, CallbackMayStartTheNextFile)
             auto& chain = *static_cast<Chain*>(self);
             chain.store.SetCompleteCallback(nullptr, nullptr);
             EXPECT_TRUE(Start(chain.store, chain.next));
-            chain.announced = path; // the path of the file that is finished, still
+            chain.announced = path; // still the path of the finished file
         }
     };
     Chain chain;

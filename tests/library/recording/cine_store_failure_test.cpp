@@ -1,4 +1,4 @@
-// What is refused, what fails in the middle, and what a recorder that is killed leaves behind.
+// Refused calls, failures in the middle, and the remains of a recorder that is killed.
 #include "cine_store_fixture.h"
 
 #include <base/Handles.h>
@@ -116,7 +116,7 @@ TEST_F(CineStore, FullDiskFailsTheHeaderAndThePatchOfTheCount)
     EXPECT_EQ(completed.calls, 0);
 }
 
-// Run by disk-full, which lets this process write CINE_FILE_LIMIT bytes to any one file.
+// disk-full runs this and lets the process write CINE_FILE_LIMIT bytes to any one file.
 TEST_F(CineStore, DiskFullInTheMiddleOfAFrameKeepsTheWholeFramesAndTheCount)
 {
     const std::wstring limitText = test_support::EnvironmentVariable(L"CINE_FILE_LIMIT");

@@ -56,7 +56,7 @@ inline std::uint32_t WordAt(const Bytes& bytes, std::size_t offset)
     return word;
 }
 
-// Looks into the members that a derived store reuses.
+// Reads the members that a derived store reuses.
 struct OpenStore : CCineStore
 {
     using CCineStore::completeCallback;

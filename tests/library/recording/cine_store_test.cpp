@@ -1,4 +1,4 @@
-// The file of a recording, the members that a derived store reuses, and using a store again.
+// The file of a recording, the members that a derived store reuses, and a second use of a store.
 #include "cine_store_fixture.h"
 
 #include <test_support/ResourceCounts.h>
@@ -113,7 +113,7 @@ TEST_F(CineStore, FailedStartStillTakesTheNewValues)
     EXPECT_EQ(open.desc[10], 24500u);
     EXPECT_EQ(open.extra[5], INT32_MIN);
     EXPECT_STREQ(static_cast<const wchar_t*>(open.path),
-                 fileName.c_str()); // no new one is recorded
+                 fileName.c_str()); // no new path is recorded
 }
 
 TEST_F(CineStore, NewStoreIsAllZero)

@@ -1,4 +1,4 @@
-// Signals and slots of other signatures than the state change's.
+// Signals and slots with other signatures than the state change's.
 #include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <test_support/VirtualPlace.h>
@@ -177,7 +177,7 @@ TEST(SignalAndSlot, SlotsOwnIntervalHoldsInsideAnEmission)
     EXPECT_EQ(signal.Call0(), 15); // the suppressed call's result is combined too
 }
 
-// Emits its signal again from inside.
+// Emits its signal again from inside a call.
 struct Emitter
 {
     using Slot = cSlot<Emitter, int, int, int, int, int, int>;
@@ -206,7 +206,7 @@ TEST(SignalAndSlot, BusySignalGivesItsOwnResult)
     EXPECT_FALSE(emitter.signal.IsBusy());
 }
 
-// Calls its own slot again from inside.
+// Calls its own slot again from inside it.
 class Reentrant
 {
 public:

@@ -1,5 +1,5 @@
-// The state-change signal against a plain model of its rules, step by step over random sequences of
-// construct, copy, assign, destroy and emit, the same operations also from inside handlers, with
+// The state-change signal against a plain model of its rules, step by step over random sequences:
+// construct, copy, assign, destroy and emit. The operations also come from inside handlers, with
 // throttling and handlers that throw.
 #include <Utils_Statics/IStateChangeConsumer.h>
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int cellCount = 10; // few, so that addresses are used again and again
+constexpr int cellCount = 10; // few, so that addresses are reused often
 
 struct HandlerFailure
 {
@@ -55,9 +55,9 @@ public:
     virtual void SetThrottled(bool throttled) = 0;
 };
 
-// Plays operations in one world and writes down who was called. What a handler does follows from a
-// sequence of random numbers that is the same for both worlds as long as they call the same
-// handlers in the same order.
+// Plays operations in one world and records who was called. The actions of a handler follow from a
+// sequence of random numbers. The sequence is the same for both worlds as long as they call the
+// same handlers in the same order.
 class Player
 {
 public:
@@ -85,7 +85,7 @@ public:
         return operation;
     }
 
-    // What an operation does not fit is left out, in both worlds alike.
+    // Leaves out an operation that does not fit, in both worlds alike.
     void Apply(const Operation& operation)
     {
         const bool occupied = m_world->IsOccupied(operation.cell);
@@ -111,7 +111,7 @@ public:
         }
     }
 
-    // Called by every handler; answers the handler's result.
+    // Called by every handler; returns the handler's result.
     int Called(int cell, int value)
     {
         trace.push_back(cell);
@@ -153,7 +153,7 @@ private:
 class Model : public World
 {
 public:
-    // With results, an emission sums them up and stops when the sum exceeds `limit`.
+    // With results, an emission adds them up and stops when the sum exceeds `limit`.
     Model(Player& player, bool hasResults, int limit)
         : m_player(player), m_hasResults(hasResults), m_limit(limit)
     {
@@ -235,7 +235,7 @@ private:
 
 constexpr std::uint32_t oneDay = 24 * 3600 * 1000;
 
-// Places for objects whose addresses are the cells'.
+// Places for objects whose addresses are the cells' addresses.
 template <class Object>
 class Cells
 {
@@ -325,8 +325,8 @@ private:
     Cells<Consumer> m_cells;
 };
 
-// A signal of its own with results and a combiner. Two kinds of slots: those of the usual method
-// and others.
+// A signal of its own with results and a combiner. It has two kinds of slots: those of the usual
+// method and others.
 class SlotWorld : public World
 {
     class Consumer
@@ -411,8 +411,8 @@ private:
 
     Player& m_player;
     std::unique_ptr<Signal> m_signal;
-    Cells<Consumer> m_cells; // goes first: a copy keeps a pointer to the signal that the signal
-                             // does not know of
+    Cells<Consumer> m_cells; // goes first, because a copy keeps a pointer to the signal that the
+                             // signal does not know of
 };
 
 constexpr int stepCount = 120000;
@@ -440,7 +440,7 @@ TEST(StateSignalModel, ConsumersBehaveAsTheModelDoes)
         << "the sequences hardly called anybody";
 }
 
-// Plays one signal's life in both worlds until a handler throws (the signal is silent then) or
+// Plays one signal's life in both worlds, until a handler throws (then the signal is silent) or
 // `steps` are done.
 int PlaySignal(std::uint32_t seed, int steps)
 {

@@ -18,7 +18,7 @@ namespace {
 
 constexpr StateChangeType someType{7};
 
-// Writes its name into a shared trace when it is called, and then does what the test says.
+// Writes its name into a shared trace at each call, and then does what the test asks.
 class Consumer : public IStateChangeConsumer
 {
 public:
@@ -37,7 +37,7 @@ public:
             action(); // a copy, because the action may destroy this object
     }
 
-    // What only derived consumers reach.
+    // Only derived consumers reach this signal.
     static Signal& TheSignal() { return m_onStateChangeSignal; }
 
     StateChangeType lastType{};
@@ -233,8 +233,8 @@ TEST_F(StateSignal, SuppressedAttemptCountsAsTheLastOne)
     Consumer::TheSignal().SetMinimumInterval(interval);
     const ULONGLONG start = GetTickCount64();
     Emit();
-    // For longer than the interval, attempts that are much closer than it: only a delay of the
-    // whole machine lets one pass.
+    // Attempts come much closer than the interval, for longer than it. Only a delay of the whole
+    // machine lets one pass.
     ULONGLONG last = GetTickCount64(), longestGap = 0;
     trace.clear();
     while (last - start < 2 * interval) {
@@ -269,7 +269,7 @@ TEST_F(StateSignal, SignalIsNamedAndListsItsSlotsInOrder)
     EXPECT_STREQ(Consumer::TheSignal().GetPeer(0).GetName(), "NoName-Slot");
 }
 
-// Ends with the process-wide signal silent, so it has a process of its own.
+// The process-wide signal ends silent, so the test has a process of its own.
 TEST(StateSignalChild, DISABLED_HandlerThatThrows)
 {
     std::string trace;

@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
-// What the library draws beside icons, a line for each call in its order, while it lives. One at a
-// time. The calls are carried out.
+// Records the library's drawings beside icons while it lives, one line for each call in order. The
+// calls are carried out. One object at a time.
 class DrawingRecord
 {
 public:
-    // `hasArial`: whether the platform has the family that is asked for.
+    // `hasArial`: true when the platform has the requested family.
     explicit DrawingRecord(bool hasArial = true)
     {
         s_lines.clear();
@@ -117,7 +117,7 @@ private:
         Note(L"family without serifs");
         const Status status = Gdiplus::DllExports::GdipGetGenericFontFamilySansSerif(family);
         if (status != Gdiplus::FontFamilyNotFound) return status;
-        // A platform that has no font for it.
+        // A platform without a font for it.
         return Gdiplus::DllExports::GdipCreateFontFamilyFromName(L"Arial", nullptr, family);
     }
 

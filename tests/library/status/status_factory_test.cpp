@@ -23,7 +23,7 @@ using Names = std::vector<std::string>;
 
 Names s_destroyed;
 
-// Says when it goes.
+// Tells of its own end.
 class NamedItem : public IStatusItem
 {
 public:
@@ -55,7 +55,7 @@ protected:
         EXPECT_EQ(server.Misuses(), 0);
     }
 
-    // How many questions were asked of the network since the last time.
+    // The number of questions to the network since the last call.
     int Queries()
     {
         int count = 0;
@@ -148,7 +148,7 @@ TEST_F(StatusFactory, DestroyingAnEmptyRegistryEndsTheMonitoringToo)
     EXPECT_EQ(server.TakeCalls().back(), L"CancelAsyncCall given");
 }
 
-// The items go first, as they did before there was anything to monitor.
+// The items end before the monitoring does.
 bool s_wasConnected;
 simulation::WmiServer* s_server;
 
@@ -168,7 +168,7 @@ TEST_F(StatusFactory, DestroysTheItemsBeforeItEndsTheMonitoring)
     EXPECT_EQ(server.LiveObjects(), 0);
 }
 
-// An event comes while the items go.
+// Receives an event while the items end.
 class TellingItem : public NamedItem
 {
 public:
@@ -253,7 +253,7 @@ TEST_F(WholeLife, DISABLED_OfTheRealItems)
     EXPECT_EQ(row.At(120, 30), 0xFF00FFFFu);
     CStatusFactory::destroyInstance();
     const int before = repaints;
-    Sleep(2200); // the blinking would have asked twice
+    Sleep(2200); // the blinking would have asked for two repaints
     EXPECT_EQ(repaints, before);
     EXPECT_EQ(CStatusBurning::getInstance(), items[2]) << "the pointers stay, stale";
     EXPECT_EQ(server.LiveObjects(), 0);

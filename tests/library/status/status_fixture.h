@@ -21,7 +21,7 @@ extern CWinApp theApplication;
 
 inline constexpr Gdiplus::ARGB background = 0xFF204060;
 
-// GDI+ while it lives.
+// GDI+ runs while it lives.
 class DrawingSession
 {
 public:
@@ -58,7 +58,8 @@ public:
         m_bitmap.GetPixel(x, y, &colour);
         return colour.GetValue();
     }
-    // The smallest rectangle that holds all that was drawn, or all of one kind; empty for nothing.
+    // The smallest rectangle that holds everything drawn, or everything of one kind; empty when
+    // there is nothing.
     CRect Drawn()
     {
         return Where([](Gdiplus::ARGB pixel) { return pixel != background; });
@@ -68,7 +69,7 @@ public:
     {
         return WhereIn(Whole(), condition);
     }
-    // The same in a part of the row.
+    // The same rectangle within a part of the row.
     template <class Condition>
     CRect WhereIn(const CRect& part, const Condition& condition)
     {
@@ -94,23 +95,23 @@ inline void PrintTo(const CRect& rect, std::ostream* out)
          << ')';
 }
 
-// Images in a folder of their own, settings below a key of their own, and a count of the repaints
-// that are asked for.
+// Images in a folder of their own, settings below a key of their own, and a count of the requested
+// repaints.
 class StatusTest : public testing::Test
 {
 protected:
     StatusTest();
     ~StatusTest() override;
 
-    // A file of the image folder's "status\".
+    // A file in the image folder's "status\".
     std::wstring IconFile(const std::wstring& name) const;
-    // Makes it a picture of one colour.
+    // Makes the icon a picture of one colour.
     void WriteIcon(const std::wstring& name, int width, int height, Gdiplus::ARGB colour) const;
-    // A number in "Settings\Status", a text in "Settings".
+    // Sets a number in "Settings\Status", or a text in "Settings".
     void Set(const wchar_t* name, DWORD number) const;
     void SetText(const wchar_t* name, const wchar_t* text) const;
 
-    // The width that drawing an item answers.
+    // The width that the drawing of an item returns.
     static int Draw(const IStatusItem* item, Row& row)
     {
         return item->drawIcon(row.Whole(), row.Graphics());

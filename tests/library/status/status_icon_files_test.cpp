@@ -29,7 +29,7 @@ protected:
     {
         WriteIcon(L"pacemaker.png", width, height, colour);
     }
-    // When it was last written, in seconds before now.
+    // Sets the time of the last write, in seconds before now.
     void SetWritten(int secondsAgo) const
     {
         FILETIME time = {};
@@ -74,7 +74,7 @@ TEST_F(IconFiles, ThatAreFoldersAreNotShown)
     EXPECT_EQ(Shown(row), 0);
 }
 
-// A truncated picture may be shown as far as it goes; its width is the whole one's then.
+// A truncated picture may be shown in part; its width is still that of the whole one.
 TEST_F(IconFiles, CutAnywhereAreShownInPartOrNotAtAll)
 {
     Write(24, 20, green);
@@ -89,7 +89,8 @@ TEST_F(IconFiles, CutAnywhereAreShownInPartOrNotAtAll)
     }
 }
 
-// Random bytes in a file that begins well. Nothing outside of the picture's place is touched.
+// The damage is random bytes in a file that begins well. Nothing outside of the picture's place
+// changes.
 TEST_F(IconFiles, DamagedAnywhereDoNoHarm)
 {
     Write(24, 20, green);
@@ -109,7 +110,7 @@ TEST_F(IconFiles, DamagedAnywhereDoNoHarm)
     }
 }
 
-// A picture of 60000 x 60000 pixels, as its head has it, and nothing behind.
+// The head promises a picture of 60000 x 60000 pixels, and nothing follows.
 TEST_F(IconFiles, ThatPromiseTooMuchAreNotShown)
 {
     Write(24, 20, green);

@@ -1,4 +1,4 @@
-// The items that are one pattern: burning, transfer, recording, tracking and the wired network.
+// The items of one pattern: burning, transfer, recording, tracking and the wired network.
 #include "status_fixture.h"
 
 #include <Utils_Statics/CStatusBurning.h>
@@ -24,9 +24,9 @@ struct Pattern
     void (*setState)(bool);
     bool (*getState)();
     bool (*query)();
-    const wchar_t* setting; // null for none
+    const wchar_t* setting; // null: no setting
     const wchar_t* iconOn;
-    const wchar_t* iconOff; // null for none
+    const wchar_t* iconOff; // null: no icon
 };
 
 template <class Item>
@@ -76,7 +76,7 @@ protected:
         Item()->updateVisibleState();
     }
     static IStatusItem* Item() { return GetParam().item(); }
-    // What the item shows for a setting and a state.
+    // The icon for a setting and a state.
     static const wchar_t* Icon(bool isWanted, bool state)
     {
         const Pattern& pattern = GetParam();
@@ -176,7 +176,7 @@ TEST_P(PatternItem, DrawsInThePartOfTheRowThatIsGiven)
     EXPECT_EQ(row.Drawn(), CRect(76, 20, 100, 40));
 }
 
-// The row's height alone counts, not where it begins.
+// Only the row's height counts, not its position.
 TEST_P(PatternItem, IgnoresTheTopEdge)
 {
     Want(true);
@@ -236,7 +236,7 @@ TEST_P(PatternItem, KeepsAFailureOfTheDrawingToTheGraphics)
     EXPECT_EQ(Draw(Item(), row), 24);
     EXPECT_EQ(row.Graphics().GetLastStatus(), Gdiplus::Ok);
     Gdiplus::Graphics nowhere(static_cast<HDC>(nullptr)); // refuses everything
-    nowhere.GetLastStatus();                              // forgets that it was made of nothing
+    nowhere.GetLastStatus(); // clears the error of being made of nothing
     EXPECT_EQ(Item()->drawIcon(row.Whole(), nowhere), 24);
     EXPECT_NE(nowhere.GetLastStatus(), Gdiplus::Ok);
 }
@@ -255,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(Each, ItemWithSetting,
 TEST(StatusItem, HasItsOperationsInOrder)
 {
     using test_support::VirtualPlace;
-    // The destructor has the first two places in this compiler's tables.
+    // The destructor takes the first two places in this compiler's tables.
     EXPECT_EQ(VirtualPlace(&IStatusItem::issueUpdate), 2u);
     EXPECT_EQ(VirtualPlace(&IStatusItem::updateVisibleState), 3u);
     EXPECT_EQ(VirtualPlace(&IStatusItem::isVisible), 4u);

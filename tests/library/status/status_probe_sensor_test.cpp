@@ -1,4 +1,4 @@
-// The probe sensor's display.
+// The display of the probe sensor.
 #include "../text/TestStringTable.h"
 #include "drawing_record.h"
 #include "status_fixture.h"
@@ -32,7 +32,7 @@ bool IsReddish(Gdiplus::ARGB pixel)
     return GetRValue(pixel >> 16) > 0x80 && GetRValue(pixel >> 8) < 0x60 && GetRValue(pixel) < 0x60;
 }
 
-// The settings are read when the one object is made, so they are the defaults in this process.
+// The settings are read when the only object is made, so in this process they are the defaults.
 class ProbeSensor : public StatusTest
 {
 protected:
@@ -52,7 +52,7 @@ protected:
         CStatusProbeSensor::setState(data);
         return Draw(item, row);
     }
-    // The strongest pixels of the temperature: text is antialiased, so its colour is the one
+    // The strongest pixels of the temperature. Text is antialiased, so its colour is the one
     // farthest from the background.
     static Gdiplus::ARGB TextColour(Row& row, const CRect& area)
     {
@@ -163,8 +163,8 @@ TEST_F(ProbeSensor, ShowsTemperatureAndGauge)
 
 TEST_F(ProbeSensor, TheGaugeFillsFromItsLeftEnd)
 {
-    // The half ellipse lies from x = 98 to 146 below y = 27.6 - (60 - 13.8) / 2 = 4.5; the text
-    // in its middle is left out of account.
+    // The half ellipse lies from x = 98 to 146 below y = 27.6 - (60 - 13.8) / 2 = 4.5; the text in
+    // its middle is ignored.
     const auto filled = [&](double angle, int x, int y) {
         Row row;
         DrawReading(Reading(36.0, angle), row);
@@ -185,10 +185,10 @@ TEST_F(ProbeSensor, TheGaugesColoursAreThose)
 {
     Row row;
     DrawReading(Reading(36.0, 180), row);
-    // 0x64 parts of 0xC8 over the background.
+    // Blends 0x64 parts of 0xC8 over the background.
     const auto over = [](int below) { return (0xC8 * 0x64 + below * (255 - 0x64)) / 255; };
     ExpectColour(row.At(104, 9), over(0x20), over(0x40), over(0x60));
-    // The outline's lowest point, the middle of its two pixels.
+    // The outline's lowest point lies in the middle of its two pixels.
     ExpectColour(row.At(122, 31), 0xB4, 0xB4, 0x96);
     EXPECT_EQ(row.At(122, 41), background) << "below the ellipse and the text";
     EXPECT_EQ(row.At(122, 1), background) << "the upper half is not drawn";
@@ -249,7 +249,7 @@ TEST_F(ProbeSensor, WithoutAUsableSensorOnlyTheWarningIsShown)
     }
 }
 
-// Drawn whether the item is visible or not; the width is 0 only without a text.
+// The text is drawn whether the item is visible or not; the width is 0 only without a text.
 TEST_F(ProbeSensor, AnEmptyWarningTakesNoRoom)
 {
     TestStringTable empty;
@@ -273,7 +273,7 @@ TEST_F(ProbeSensor, AWarningOfABlankClaimsTheRow)
     EXPECT_EQ(row.Drawn(), CRect());
 }
 
-// ---- Every text and shape, in the order in which it is drawn
+// ---- Every text and shape, in drawing order
 
 TEST_F(ProbeSensor, DrawsTheTemperatureAndThenTheGauge)
 {
@@ -338,7 +338,7 @@ TEST_F(ProbeSensor, WritesWithoutArialToo)
     EXPECT_NE(row.Where(IsReddish), CRect());
 }
 
-// The outline is an arc: nothing is drawn along the ellipse's diameter, at y = 4.5.
+// The outline is an arc, so nothing is drawn along the ellipse's diameter, at y = 4.5.
 TEST_F(ProbeSensor, TheGaugesOutlineIsOpenAbove)
 {
     Row row;
@@ -443,9 +443,9 @@ TEST_F(ProbeSensor, TheThresholdIsReadAnewEachTime)
     EXPECT_EQ(DrawReading(Reading(39.9), row), 200) << "the item keeps the one that it found";
 }
 
-// ---- Other settings, each in a process of its own: the object reads them when it is made
+// ---- Other settings, each in a process of its own, because the object reads them when it is made
 
-// The settings come in the environment; the result is checked by the child's own expectations.
+// The settings come from the environment; the child checks the result itself.
 class SettingsOfChild : public StatusTest
 {
 protected:
@@ -469,7 +469,7 @@ protected:
     [[noreturn]] static void End() { std::exit(testing::Test::HasFailure() ? 1 : 42); }
 };
 
-// With the ramp's two ends equal, the way along it is a division by zero.
+// With the ramp's two ends equal, the fraction of the way is a division by zero.
 TEST_F(SettingsOfChild, DISABLED_RampWithoutLength)
 {
     SetText(L"TeeTempThresh", L"38");

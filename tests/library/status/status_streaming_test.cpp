@@ -29,7 +29,7 @@ constexpr auto off = CStatusStreaming::StreamingOff, on = CStatusStreaming::Stre
                toDisk = CStatusStreaming::StreamingToDisk;
 constexpr Gdiplus::ARGB green = 0xFF00C000, orange = 0xFFFFA000;
 
-// The moments at which repaints are asked for.
+// The moments of the repaint requests.
 class Repaints
 {
 public:
@@ -44,7 +44,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_times.clear();
     }
-    // Waits until there are so many; false when that takes too long.
+    // Waits until there are this many; false when that takes too long.
     bool WaitFor(std::size_t count)
     {
         std::unique_lock lock(m_mutex);
@@ -64,7 +64,7 @@ private:
 
 Repaints s_repaints;
 
-// What the look-up of this computer's address finds.
+// The address that the look-up finds for this computer.
 std::array<unsigned char, 4> s_address = {10, 1, 2, 3};
 
 hostent* WINAPI HostWithAddress(const char*)
@@ -109,7 +109,7 @@ protected:
         EXPECT_NE(Draw(item, row), 0);
         return row.Drawn() != CRect();
     }
-    // Where the caption's white is, over a lit icon.
+    // The white area of the caption over a lit icon.
     static CRect Caption(Row& row)
     {
         return row.Where([](Gdiplus::ARGB pixel) { return (pixel & 0xff) > 0x90; });
@@ -229,8 +229,8 @@ TEST_F(StatusStreaming, AnyOtherStateEndsTheBlinkingAndIsLit)
     }
 }
 
-// A state that is set again, and settings that are read again, begin a half anew and leave no
-// second timer behind.
+// A repeated state, or settings that are read again, restart the half period and leave no second
+// timer behind.
 TEST_F(StatusStreaming, BlinksWithOneTimerOnly)
 {
     for (int i = 0; i < 10; ++i) {
@@ -287,7 +287,7 @@ protected:
         s_timerCalls.clear();
     }
 
-    // The platform's timer thread calls.
+    // The call that the platform's timer thread makes.
     static void Tick(UINT timer) { s_timer(timer, 0, 0, 0, 0); }
     static std::size_t Repaints() { return s_repaints.Times().size(); }
 
@@ -320,7 +320,7 @@ TEST_F(StreamingTimer, TurnsTheIconDarkAndLitAndAsksForARepaint)
     EXPECT_EQ(Repaints(), 2u);
 }
 
-// The platform may make a call after the timer was ended.
+// The platform may call after the end of the timer.
 TEST_F(StreamingTimer, DarkensNothingWhenItsCallComesLate)
 {
     const UINT ended = s_lastTimer;
@@ -344,8 +344,8 @@ TEST_F(StreamingTimer, ABlinkingThatTheTimerHasDarkenedIsLitInAnyOtherState)
     EXPECT_TRUE(IsLit());
 }
 
-// The item is destroyed here, so it takes a process of its own. One call of the timer is under way
-// meanwhile, and one comes late.
+// The item is destroyed here, so the test has a process of its own. One call of the timer runs
+// meanwhile, and another comes late.
 TEST_F(StreamingTimer, DISABLED_AfterTheDestruction)
 {
     static HANDLE entered, released;
@@ -363,7 +363,7 @@ TEST_F(StreamingTimer, DISABLED_AfterTheDestruction)
         delete item;
         isDestroyed = true;
     });
-    Sleep(200); // gives a destruction that does not wait the time to show itself
+    Sleep(200); // gives a destruction that fails to wait the time to show it
     EXPECT_FALSE(isDestroyed);
     SetEvent(released);
     destroyer.join();
@@ -446,7 +446,7 @@ TEST_F(StatusStreaming, NoCaptionIsWrittenToDisk)
     EXPECT_EQ(Caption(row), CRect());
 }
 
-// How wide the caption is tells which text it is.
+// The width of the caption identifies its text.
 TEST_F(StatusStreaming, AnAddressThatReachesNobodyIsReplacedByAText)
 {
     TestStringTable table;

@@ -25,11 +25,11 @@ namespace {
 
 constexpr int threadCount = 8;
 
-// Repaints that the timer's thread asked for are not the setters'.
+// Counts the repaints that the setters ask for, not those of the timer's thread.
 std::atomic<long long> s_repaints;
 thread_local bool t_isSetter = false;
 
-// Sets every item once; how many repaints that asks for.
+// Sets every item once. The result is the number of repaints that this requests.
 int SetAll(int thread, int round)
 {
     const bool state = round % 2 == 0;
@@ -42,7 +42,7 @@ int SetAll(int thread, int round)
     CStatusGps::setState(state);
     CStatusRecording::setState(state);
     CStatusStreaming::setState(static_cast<CStatusStreaming::StreamingStatus>(round % 3));
-    // All fields say the same, so that a torn reading shows.
+    // All fields hold the same number, so that a torn reading shows.
     const double number = thread * 1'000'000.0 + round;
     CStatusProbeSensor::setState(
         {true, number, number, static_cast<std::uint8_t>(round % 251), static_cast<int>(number)});
@@ -122,7 +122,7 @@ TEST_F(StatusThreads, SettersOfEightThreadsAreAllCountedWhileOnePaints)
                 paintings);
 }
 
-// Whatever the order in which the last states were set, no timer is left that blinks a lit icon.
+// Whatever the order of the last states, no timer remains that makes a lit icon blink.
 TEST_F(StatusThreads, NoBlinkingIsLeftOverFromARace)
 {
     {
@@ -146,7 +146,7 @@ TEST_F(StatusThreads, NoBlinkingIsLeftOverFromARace)
     CStatusStreaming::setState(CStatusStreaming::StreamingOff);
 }
 
-// The first who asks makes the object, and only one is made: in a fresh process.
+// The first call makes the object, and only one is made. The test has a fresh process.
 TEST(FirstUse, DISABLED_OnEightThreads)
 {
     std::barrier start(threadCount);

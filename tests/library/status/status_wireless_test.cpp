@@ -1,4 +1,4 @@
-// The wireless icon and the signal behind it.
+// The wireless icon and its signal.
 #include "status_fixture.h"
 
 #include <Utils_Statics/CStatusWireless.h>
@@ -67,7 +67,7 @@ TEST_F(StatusWireless, ShowsTheStrengthInFiveSteps)
     }
 }
 
-// Qualities that no level gives exactly: they are even. The steps lie at 20, 40, 60 and 80.
+// The qualities are even, so no level gives them exactly. The steps lie at 20, 40, 60 and 80.
 TEST_F(StatusWireless, IsAtTheWeakestWhenTheSignalIsUnknown)
 {
     server.SetAnswer(query, {});
@@ -150,8 +150,7 @@ TEST_F(StatusWireless, EverySetterAsksForARepaint)
     EXPECT_TRUE(CStatusWireless::isAvailable());
 }
 
-// A service that is slow to answer holds up the painting thread for as long: the row, and the
-// window that it belongs to, stand still.
+// A slow service holds up the painting thread for as long: the row, and its window, stand still.
 TEST_F(StatusWireless, HoldsUpThePaintingAsLongAsTheServiceTakes)
 {
     using namespace std::chrono;

@@ -8,15 +8,15 @@
 #include <stdexcept>
 #include <string>
 
-// The product's string table with the texts of one test: English is the base language, German the
+// The product's string table with the texts of one test; English is the base language, German the
 // current one.
 class TestStringTable
 {
 public:
     ~TestStringTable() { zel_string_convert::ClearTable(); }
 
-    // `translated` null: the key has a text in the base language only. Plain ASCII, any character
-    // of it.
+    // A null `translated` means that the key has a text in the base language only. The texts are
+    // plain ASCII, with any of its characters.
     void Add(const std::string& key, const std::string& base, const char* translated = nullptr)
     {
         m_units += "<trans-unit id=\"" + key + "\" resname=\"" + key +
@@ -25,7 +25,7 @@ public:
         m_units += "</trans-unit>\n";
     }
 
-    // Makes what was added the whole table.
+    // Makes the added texts the whole table.
     void Load()
     {
         const std::wstring path = m_folder / L"texts.xlf";

@@ -17,7 +17,7 @@ inline std::wstring Wide(const std::string& text)
     return std::wstring(text.begin(), text.end());
 }
 
-// What is logged when a translation is not used.
+// The message when a translation is not used.
 inline test_support::LoggedMessage DoesNotMatch(const std::string& key, const std::string& text,
                                                 const std::string& base)
 {
@@ -28,7 +28,7 @@ inline test_support::LoggedMessage DoesNotMatch(const std::string& key, const st
                 Wide(base) + L"'."};
 }
 
-// What is logged when no text is usable.
+// The message when no text is usable.
 inline test_support::LoggedMessage NotSatisfied(int line, const std::string& key,
                                                 const std::string& text)
 {

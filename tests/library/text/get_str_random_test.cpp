@@ -1,4 +1,5 @@
-// Random texts: formatted as the C library does, and taken or refused as a regular expression says.
+// Random texts: they are formatted as the C library does, and accepted or refused as a regular
+// expression says.
 #include "get_str_fixture.h"
 
 #include <cstdio>
@@ -16,7 +17,7 @@ std::string RandomConversion(std::mt19937& random, const std::string& type)
 {
     std::string conversion = "%";
     const bool isUnsigned = std::string("uxXo").find(type.back()) != std::string::npos;
-    // Without a meaning for unsigned numbers; the C libraries do not agree on that.
+    // A sign flag means nothing for unsigned numbers, and the C libraries differ about it.
     const std::string flags = isUnsigned ? "-#" : "-+ #";
     for (const char flag : flags)
         if (random() % 4 == 0) conversion += flag;
@@ -35,8 +36,8 @@ void ExpectLikeThePlatform(const std::string& key, const std::string& format, Va
     EXPECT_EQ(std::wstring(GetStr(key.c_str(), value)), expected) << format;
 }
 
-// The compiler's C library: the platform's own writes out of bounds for some integer formats with
-// '#' and a precision.
+// Compares with the compiler's C library, because the platform's own writes out of bounds for some
+// integer formats with '#' and a precision.
 template <class Value>
 void ExpectLikeTheStandard(const std::string& key, const std::string& format, Value value)
 {
@@ -80,7 +81,7 @@ TEST_F(GetStrTest, FormatsLikeTheCLibrary)
     EXPECT_EQ(log.Take(), Messages{});
 }
 
-// The argument kind of one conversion as a letter, 0 when it is unusable.
+// The argument kind of one conversion as a letter; 0 when the conversion is unusable.
 char KindOf(const std::string& size, char type)
 {
     const bool isPlain = size.empty();
@@ -96,7 +97,8 @@ char KindOf(const std::string& size, char type)
     return size == "h" || (isPlain && type == 'S') ? 'N' : 'W';
 }
 
-// The argument kinds of a whole text, read by a regular expression; nothing when it is unusable.
+// The argument kinds of a whole text, found by a regular expression; nothing when the text is
+// unusable.
 std::optional<std::string> KindsOf(const std::string& text)
 {
     static const std::regex conversion(

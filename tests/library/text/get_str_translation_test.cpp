@@ -1,5 +1,4 @@
-// Translations that do not keep to the base text's conversions: which are taken, and what is
-// logged.
+// Translations that break the base text's conversions: which are used, and what is logged.
 #include "get_str_fixture.h"
 
 using test_support::LogCapture;

@@ -1,5 +1,4 @@
-// This program has no version resource. What the product texts are with one is tested in
-// text_test.cpp.
+// This program has no version resource. text_test.cpp tests the product texts with one.
 #include "TestStringTable.h"
 
 #include <Utils_Statics/utilsExam.h>
@@ -8,7 +7,7 @@
 
 namespace {
 
-// The four texts are then the one for texts that are not set, and stay so once read.
+// Each of the four texts is then the one for "not set", and stays so once read.
 TEST(VersionTexts, SayThatTheyAreNotSetWithoutAVersionResource)
 {
     EXPECT_TRUE(utilsExam::GetStringTableEntry(L"ProductVersion").IsEmpty());

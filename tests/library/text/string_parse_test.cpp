@@ -84,7 +84,7 @@ TEST(GetFirstWord, EndsBeforeTheFirstSeparator)
     EXPECT_STREQ(StringParse::GetFirstWord(L"", L','), L"");
 }
 
-// Character by character, as the words are defined.
+// Splits character by character, by the definition of words.
 Words PlainWords(const std::wstring& text, wchar_t sep)
 {
     Words words;

@@ -48,7 +48,7 @@ void BalloonTest::ExpectPointer(HWND tip, POINT at)
     ASSERT_TRUE(tip);
     RECT area;
     GetWindowRect(tip, &area);
-    // The balloon stands on its point or hangs from it, or is moved to stay on the screen.
+    // The balloon stands on its point, hangs from it, or is moved to stay on the screen.
     const int width = GetSystemMetrics(SM_CXSCREEN);
     EXPECT_LE(area.left, at.x);
     EXPECT_TRUE(area.right >= at.x || area.right >= width);

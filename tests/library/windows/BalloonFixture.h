@@ -17,20 +17,20 @@
 
 extern CWinApp application;
 
-// A service on the test's thread, with what it logs and posts.
+// A service on the test's thread, with its log and its posts.
 class BalloonTest : public testing::Test
 {
 public:
     // Dispatches messages until a tip with this text is shown.
     static HWND WaitForTip(const std::wstring& text);
-    // How long the last tip was to be shown, in milliseconds.
+    // The requested duration of the last tip, in milliseconds.
     static UINT LastTime();
 
 protected:
     BalloonTest();
     ~BalloonTest() override;
 
-    // That the tip points at this place of the screen.
+    // Expects that the tip points at this place of the screen.
     static void ExpectPointer(HWND tip, POINT at);
 
     test_support::LogCapture m_log;

@@ -16,11 +16,11 @@ struct Picture
     friend bool operator==(const Picture&, const Picture&) = default;
 };
 
-// How many pixels differ; -1 for pictures of different sizes.
+// The number of pixels that differ; -1 for pictures of different sizes.
 int Differences(const Picture& a, const Picture& b);
 
-// A window on top of all others whose every pixel has another colour than its neighbours. It does
-// not clip its children, so that they show through it.
+// A topmost window in which neighbouring pixels have different colours. It does not clip its
+// children, so that they show through it.
 class PatternWindow : public CWnd
 {
 public:
@@ -33,9 +33,9 @@ public:
     static std::uint32_t PatternAt(int x, int y);
     static Picture Pattern();
 
-    // Has everything painted that is due, here and in the children.
+    // Paints everything that is due, here and in the children.
     void PaintAll();
-    // What the screen shows of the client area.
+    // The screen's content over the client area.
     Picture Screen();
 
 protected:

@@ -35,7 +35,7 @@ void CountingDelete(void* block, std::size_t size)
     ::operator delete(block, size);
 }
 
-// The sized operator delete, as this compiler names it.
+// The compiler's name for the sized operator delete.
 #ifdef _WIN64
 constexpr const char* sizedDelete = "_ZdlPvy";
 #else
@@ -44,7 +44,7 @@ constexpr const char* sizedDelete = "_ZdlPvj";
 
 } // namespace
 
-// The hooks see what the library calls; this program's own calls go past them.
+// The hooks see the library's calls only, not this program's own.
 RequestCounter::RequestCounter()
     : m_post(L"Utils_Statics.dll", "PostMessageW", reinterpret_cast<void*>(&CountingPostMessage)),
       m_delete(L"Utils_Statics.dll", sizedDelete, reinterpret_cast<void*>(&CountingDelete))

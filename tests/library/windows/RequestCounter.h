@@ -2,8 +2,8 @@
 
 #include <test_support/ImportHook.h>
 
-// What the library posts to its balloon window, and how much of it was freed, as long as the object
-// lives. One at a time.
+// Counts the library's posts to its balloon window, and how many of them were freed, as long as the
+// object lives. One object at a time.
 class RequestCounter
 {
 public:
@@ -13,10 +13,10 @@ public:
     RequestCounter& operator=(const RequestCounter&) = delete;
 
     int Posted() const;
-    // Posted, and not freed.
+    // The requests that were posted and not freed.
     int Alive() const;
 
-    // Has the platform refuse to post from now on.
+    // Makes the platform refuse posts from now on.
     void Refuse();
 
 private:

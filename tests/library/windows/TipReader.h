@@ -8,10 +8,9 @@
 #include <string>
 #include <vector>
 
-// Dispatches this thread's messages until the condition holds; false when it does not within the
-// time.
+// Dispatches this thread's messages until the condition holds; false when it does not hold in time.
 bool PumpUntil(const std::function<bool()>& holds, DWORD milliseconds = 10000);
-// Dispatches what is in the queue.
+// Dispatches the messages in the queue.
 void Pump();
 
 // This thread's tooltip windows, shown or not.
@@ -20,11 +19,11 @@ std::vector<HWND> TipWindows();
 std::vector<HWND> MessageOnlyWindows();
 
 std::wstring TipText(HWND tip);
-// Whether a tooltip window shows the text. Not every platform's control shows, or gives back, more
+// True when a tooltip window shows the text. Not every platform's control shows, or returns, more
 // than 1023 characters of it.
 bool ShowsText(HWND tip, const std::wstring& text);
 
-// What a tooltip window was last given as its title.
+// The title that a tooltip window got last.
 struct TipTitle
 {
     std::wstring text;
@@ -32,8 +31,8 @@ struct TipTitle
     bool isAccepted = false;
 };
 
-// Watches which titles this thread's tooltip windows are given, as long as the object lives: not
-// every platform's control can be asked for its title. One at a time.
+// Records the titles of this thread's tooltip windows as long as the object lives, because not
+// every platform's control can be asked for its title. One object at a time.
 class TitleWatch
 {
 public:
@@ -42,7 +41,7 @@ public:
     TitleWatch(const TitleWatch&) = delete;
     TitleWatch& operator=(const TitleWatch&) = delete;
 
-    // That of a window without one is empty.
+    // The title of a window; empty for a window without one.
     TipTitle Of(HWND tip) const;
 
 private:

@@ -33,7 +33,7 @@ TEST_F(BalloonTest, ShowsTextTitleAndIcon)
         EXPECT_EQ(m_titles.Of(tip).text, L"Recording");
         EXPECT_EQ(m_titles.Of(tip).icon, icon);
     }
-    EXPECT_TRUE(m_log.Take().empty()); // none was to be logged
+    EXPECT_TRUE(m_log.Take().empty()); // no line was expected
 }
 
 TEST_F(BalloonTest, LogsAtTheLevelOfItsType)
@@ -57,7 +57,7 @@ TEST_F(BalloonTest, LogsPercentSignsOfTheTextAsTheyAre)
     EXPECT_EQ(m_log.Take(), expected);
 }
 
-// The first two arguments decide.
+// Only the first two arguments decide.
 TEST_F(BalloonTest, TellsItsFourFormsApart)
 {
     const Service service(here, 1, false, Service::warning);
@@ -111,7 +111,7 @@ TEST_F(BalloonTest, SkipsANullFormat)
 TEST_F(BalloonTest, LogsATextThatDoesNotFit)
 {
     const Service service(here, 1, true, Service::error);
-    const std::wstring fitting(8191 + 2, L'x'); // the format's own length counts, too
+    const std::wstring fitting(8191 + 2, L'x'); // the format's own length counts too
     const std::wstring tooLong(8191 + 3, L'x');
     service(60000u, L"title", L"%s", fitting.c_str());
     EXPECT_TRUE(WaitForTip(fitting));
@@ -149,7 +149,7 @@ TEST_F(BalloonTest, TreatsNullArgumentsAsEmptyTexts)
     EXPECT_TRUE(WaitForTip(L"[] [     ] [   ] [] [] 7"));
 }
 
-// Formats that ask for texts where numbers were passed, or for more than was passed at all.
+// The formats ask for texts where numbers were passed, or for more arguments than were passed.
 TEST_F(BalloonTest, SurvivesFormatsThatLie)
 {
     const Service service(here, 1, false, Service::error);
@@ -205,7 +205,7 @@ TEST_F(BalloonTest, StandsBesideTheCentredScreenOfTheMainWindow)
     application.m_pMainWnd = &main;
     Service(here, 1, false, Service::error)(60000u, L"title", L"text");
     ExpectPointer(WaitForTip(L"text"), {(1200 + 1024) / 2, (900 + 768) / 2});
-    main.DestroyWindow(); // no valid window any more: the desktop counts
+    main.DestroyWindow(); // its window is invalid now, so the desktop counts
     MSG quit;
     while (PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
     }
@@ -244,7 +244,7 @@ TEST_F(BalloonTest, ReplacesTheTipBefore)
 TEST_F(BalloonTest, LogsBeforeCreateAndAfterDestroyButShowsNothing)
 {
     Service::Destroy();
-    Service::Destroy(); // again
+    Service::Destroy(); // a second time
     Service(here, 1, true, Service::warning)(60000u, L"title", L"dropped");
     EXPECT_EQ(m_log.Take().size(), 1u);
     EXPECT_EQ(m_requests.Posted(), 0);
@@ -276,7 +276,7 @@ TEST_F(BalloonTest, FreesRequestsThatNeverReachTheWindow)
     EXPECT_EQ(m_requests.Alive(), 0);
 
     Service::Create();
-    m_requests.Refuse(); // as a full queue does
+    m_requests.Refuse(); // as with a full queue
     for (int i = 0; i < 100; ++i)
         service(60000u, L"title", L"number %d", i);
     EXPECT_EQ(m_requests.Posted(), 200);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int threadCount = 8;
 
-// Eight threads that raise notices, each its share.
+// Eight threads that raise notices, with an equal share each.
 class Raisers
 {
 public:
@@ -104,13 +104,13 @@ TEST_F(BalloonThreadsTest, TheServiceMayComeAndGoMeanwhile)
 
 TEST_F(BalloonThreadsTest, TheWindowMayBeDestroyedByOthersMeanwhile)
 {
-    int cut = 0; // rounds in which notices were still to come
+    int cut = 0; // rounds that ended with notices still to come
     for (int i = 0; i < 5; ++i) {
         Service::Create();
         const HWND window = MessageOnlyWindows().at(0);
         const int before = m_requests.Posted();
         Raisers raisers(1000);
-        while (m_requests.Posted() == before) // nothing is dispatched, so that requests wait
+        while (m_requests.Posted() == before) // dispatches nothing, so that requests wait
             SwitchToThread();
         DestroyWindow(window);
         if (m_requests.Posted() - before < threadCount * 1000) ++cut;

@@ -1,4 +1,4 @@
-// CBufferedWnd: real windows over a patterned parent, and what the screen then shows.
+// CBufferedWnd: real windows over a patterned parent, and the result on the screen.
 #include "PatternWindow.h"
 
 #include <Utils_Statics/CBufferedWnd.h>
@@ -19,7 +19,7 @@ namespace {
 
 CWinApp application(L"buffered_wnd_test");
 
-// What a class has to supply; it overrides nothing else.
+// Overrides only what a class has to supply.
 class PlainOverlay : public CBufferedWnd
 {
 public:
@@ -31,7 +31,7 @@ public:
     using CBufferedWnd::m_mask;
 };
 
-// An overlay with content of its own, counting what it is asked for.
+// An overlay with content of its own that counts its calls.
 class Overlay : public PlainOverlay
 {
 public:
@@ -59,7 +59,7 @@ public:
     int IsRectMask() override { return isRect ? 1 : 0; }
 
     static COLORREF ContentAt(int x, int y) { return RGB(255 - x, 255 - y, (x * y) & 0xFF); }
-    // A checked disc: single pixels in it belong to the m_parent.
+    // A chequered disc: single pixels in it belong to the parent.
     static bool IsInside(int x, int y)
     {
         const int dx = x - 20;
@@ -79,7 +79,7 @@ std::uint32_t PixelOf(COLORREF colour)
     return static_cast<std::uint32_t>(RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));
 }
 
-// The pattern with an overlay's content put on it.
+// The pattern with an overlay's content on it.
 Picture Expected(const CRect& place, bool isRect)
 {
     Picture picture = PatternWindow::Pattern();
@@ -100,7 +100,8 @@ CSize SizeOf(const CBitmap& bitmap)
 class BufferedWndTest : public testing::Test
 {
 protected:
-    // One for all, because a screen without a window manager is slow to hide a window.
+    // One parent serves all tests, because a screen without a window manager is slow to hide a
+    // window.
     static void SetUpTestSuite() { s_parent = std::make_unique<PatternWindow>(); }
     static void TearDownTestSuite() { s_parent.reset(); }
 
@@ -232,7 +233,7 @@ TEST_F(BufferedWndTest, PaintsNothingWithoutASize)
     EXPECT_EQ(Differences(m_parent.Screen(), PatternWindow::Pattern()), 0);
 
     overlay.isRect = false;
-    overlay.MoveWindow(&place); // and it comes to have one
+    overlay.MoveWindow(&place); // then it gets one
     m_parent.PaintAll();
     EXPECT_EQ(Differences(m_parent.Screen(), Expected(place, false)), 0);
     overlay.MoveWindow(50, 30, 0, 33);
@@ -313,7 +314,7 @@ TEST_F(BufferedWndTest, MayBeDestroyedWhileItPaints)
             EXPECT_EQ(overlay.m_hWnd, nullptr);
             m_parent.PaintAll();
             EXPECT_EQ(Differences(m_parent.Screen(), PatternWindow::Pattern()), 0);
-            overlay.CallOnPaint(); // without a window
+            overlay.CallOnPaint(); // now without a window
         }
 }
 

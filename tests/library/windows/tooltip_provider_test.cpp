@@ -169,7 +169,7 @@ TEST_F(ToolTipProviderTest, GivesANewTipItsWholeTime)
 TEST_F(ToolTipProviderTest, CancelsATipAndItsTimer)
 {
     CToolTipProvider provider;
-    provider.CancelToolTip(); // before there is one
+    provider.CancelToolTip(); // before there is any tip
     Show(provider, L"text");
     provider.CancelToolTip();
     EXPECT_FALSE(ShownTip());
