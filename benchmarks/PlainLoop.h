@@ -7,6 +7,6 @@
 
 using Consumers = std::vector<std::unique_ptr<IStateChangeConsumer>>;
 
-/// Calls every handler by a plain loop. In a source of its own, where the compiler does not see
-/// which class the consumers are of, as the library does not: their calls stay virtual.
+/// Calls every handler by a plain loop. It has a source of its own, where the compiler does not see
+/// the consumers' class, so the calls stay virtual as in the library.
 void CallAll(const Consumers& consumers, StateChangeType type, unsigned int param1, long param2);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Prints results as they come and keeps them, so that ratios of one and the same run can be
-/// printed at the end.
+/// Prints results as they come and keeps them, so that the ratios within one run can be printed at
+/// the end.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -22,9 +22,9 @@ public:
             if (run.run_type == Run::RT_Iteration) Keep(run);
     }
 
-    /// One line of the closing table: how many times as long `slow` takes as `fast`. With a goal (0
-    /// = none) the line says whether it was met; a negative goal is an upper bound, met by a ratio
-    /// of at most that.
+    /// Prints one line of the closing table: how many times as long `slow` takes as `fast`. With a
+    /// goal (0 = none) the line says whether it was met. A negative goal is an upper bound: the
+    /// ratio must not exceed its absolute value.
     void PrintRatio(const std::string& slow, const std::string& fast, double goal = 0) const
     {
         const auto s = m_seconds.find(slow);
@@ -42,8 +42,8 @@ public:
     }
 
 private:
-    // Of a benchmark's repetitions the quickest counts: whatever else the machine does only ever
-    // adds time.
+    // The quickest repetition of a benchmark counts, because other work on the machine only adds
+    // time.
     void Keep(const Run& run)
     {
         benchmark::BenchmarkName name = run.run_name;

@@ -1,6 +1,6 @@
 // Button actions: reading 10,000 of them, looking one up by its name among 1,000 and 10,000, and a
-// change of state that 1,000 derived states follow. Each against a plain form or a peer in the same
-// run. Ends with the ratios.
+// change of state that 1,000 derived states follow. Each is compared with a plain form or a peer in
+// the same run. Ends with the ratios.
 #include "RatioReporter.h"
 
 #include <Utils_Statics/ActionRepository.h>
@@ -31,7 +31,7 @@ namespace {
 
 using Names = std::vector<std::wstring>;
 
-// The folder that stands for the protocols of the console, with the vocabulary in force.
+// A folder for the console's protocols, with the vocabulary in force.
 class Protocol
 {
 public:
@@ -62,7 +62,7 @@ std::string Number(std::int64_t number)
     return std::to_string(number);
 }
 
-// The names of as many buttons, as protocols name them: by page, row and function.
+// Makes that many button names as protocols form them: by page, row and function.
 Names MakeNames(std::int64_t count)
 {
     static constexpr const wchar_t* functions[] = {L"Freeze", L"Gain", L"Depth", L"ColorFlow",
@@ -81,7 +81,7 @@ std::string ActionElement(const char* element, std::int64_t param)
            "\" name=\"depth\"/>\n";
 }
 
-// A document of buttons that have everything: four actions and three states each.
+// A document of buttons with everything: four actions and three states each.
 std::string ButtonDocument(const Names& names)
 {
     std::string xml = "<ButtonActions>\n";
@@ -115,7 +115,7 @@ void LoadButtons(benchmark::State& state)
     ActionRepository::DestroyInstance();
 }
 
-// The part of the loading that no reader can save.
+// The part of the loading that every reader needs.
 void OpenDocument(benchmark::State& state)
 {
     const Protocol protocol;
@@ -127,8 +127,7 @@ void OpenDocument(benchmark::State& state)
     ActionRepository::DestroyInstance();
 }
 
-// Looks the names up one after the other in an order of no pattern, by what a caller has: a
-// pointer to characters.
+// Looks the names up in an order without a pattern, by the caller's pointer to characters.
 template <class Find>
 void LookUp(benchmark::State& state, Names names, const Find& find)
 {
@@ -149,7 +148,7 @@ void GetAction(benchmark::State& state)
     ActionRepository::DestroyInstance();
 }
 
-// The map as it is, which makes a string of the caller's characters, and one that needs none.
+// A plain map, which makes a string of the caller's characters, and a map that needs none.
 using Map = std::map<std::wstring, ButtonAction>;
 using ViewMap = std::map<std::wstring, ButtonAction, std::less<>>;
 
@@ -181,7 +180,7 @@ private:
     int m_lit = 0;
 };
 
-// One change of a state that as many derived states follow, each with a lamp that listens to it.
+// One change of a state that this many derived states follow, each with a lamp that listens to it.
 void DerivedStates(benchmark::State& state)
 {
     const Protocol protocol;
@@ -200,7 +199,7 @@ void DerivedStates(benchmark::State& state)
     DerivedState::DestroyAll();
 }
 
-// What a derived state does by itself.
+// A derived state with only its own work.
 struct PlainDerived
 {
     ActionStateInfo state;
@@ -214,8 +213,8 @@ struct PlainDerived
     }
 };
 
-// The same by lists of who follows what, without locks and without a thought for consumers that
-// come and go.
+// The same change, by lists of who follows what, without locks and without support for consumers
+// that come and go.
 void PlainDerivedStates(benchmark::State& state)
 {
     std::map<ActionStateInfo, std::vector<IActionStateConsumer*>> listeners;
@@ -237,7 +236,7 @@ void PlainDerivedStates(benchmark::State& state)
     }
 }
 
-// The same with a signal of Boost's for every state.
+// The same change, with a Boost signal for every state.
 void BoostDerivedStates(benchmark::State& state)
 {
     using Signal = boost::signals2::signal<void(const ActionStateInfo&, int)>;

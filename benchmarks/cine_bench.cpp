@@ -102,7 +102,7 @@ void ComposeInMemory(benchmark::State& state)
     for (auto _ : state) {
         const utils_statics::Mask masks[2] = {
             utils_statics::Mask(scene.mask[0]),
-            utils_statics::Mask(scene.mask[1])}; // read for every frame
+            utils_statics::Mask(scene.mask[1])}; // is read for every frame
         planes.mask[0] = &masks[0];
         planes.mask[1] = &masks[1];
         utils_statics::Compose({scene.frame.data(), {width, height}}, layout, planes);
@@ -160,7 +160,7 @@ void WriteRawFrames(benchmark::State& state)
                                   CREATE_ALWAYS, 0, nullptr);
         DWORD written = 0;
         WriteFile(file, frame.data(), sizeof(CineHeader), &written,
-                  nullptr); // frames lie behind it, off the page grid
+                  nullptr); // frames follow it, off the page grid
         for (int i = 0; i < rawFramesOfFile; ++i)
             if (!WriteFile(file, frame.data(), rawFrame, &written, nullptr))
                 state.SkipWithError("WriteFile failed");

@@ -1,7 +1,7 @@
-// The crash report with 100 modules, from the call of the filter, which is the first that happens
-// behind a fault, to its return, right after the reporter was started: the processor time of the
-// process, and the time that passes, in which another program writes the dump. Each is measured in
-// a process of its own, because a process has one report.
+// The crash report with 100 modules, from the call of the filter, right behind the fault, to its
+// return after the reporter was started. Measured are the processor time of the process, and the
+// time that passes, which includes another program's writing of the dump. Each is measured in a
+// process of its own, because a process has one report.
 #include <Utils_Statics/MiniDumper.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
@@ -24,7 +24,7 @@ constexpr int modules = 100;
 constexpr int goal = 300; // milliseconds of processor time
 const wchar_t* const settings = L"Software\\Kestrow\\Exam\\System\\Path";
 
-// In 100 nanoseconds, of all threads.
+// The processor time of all threads, in units of 100 nanoseconds.
 unsigned long long ProcessorTime()
 {
     FILETIME start = {}, exit = {}, kernel = {}, user = {};
@@ -43,7 +43,7 @@ int LoadedModules()
     return static_cast<int>(size / sizeof(HMODULE));
 }
 
-// Loads copies of a small library until there are enough.
+// Loads copies of a small library until there are enough modules.
 void LoadModules(const std::wstring& folder)
 {
     for (int i = 0; LoadedModules() < modules && i < modules; ++i) {
@@ -67,7 +67,8 @@ unsigned long long DumpTime(Clock clock, const wchar_t* folder, EXCEPTION_POINTE
     return clock() - before;
 }
 
-// The child: ends with the milliseconds that all took, and above 16 bits those of a dump alone.
+// The child's work. The exit code holds the milliseconds of everything, and above 16 bits those of
+// a dump alone.
 int Measure(Clock clock, const wchar_t* folder)
 {
     qor_utils::SetLogDirectory(folder);
@@ -104,7 +105,7 @@ int RunChild(const std::wstring& option)
     return static_cast<int>(code);
 }
 
-// This program itself is the reporter that the crash handler starts, and ends at once.
+// Makes this program the reporter that the crash handler starts; as such it ends at once.
 void SetReporter()
 {
     const std::wstring program = test_support::ProgramPath();
@@ -128,7 +129,7 @@ void ForgetReporter()
 struct Times
 {
     int all;  // negative when a report was not written
-    int dump; // alone
+    int dump; // milliseconds of the dump alone
 };
 
 Times Median(const std::wstring& option)

@@ -1,5 +1,5 @@
-// Pictures of the size of the console's screen, the buffered window, and a balloon from the call to
-// the screen.
+// Pictures of the size of the console's screen, the buffered window, and the time from the call of
+// a balloon to the screen.
 #include "../tests/library/imaging/DibSection.h"
 #include "../tests/library/imaging/GdiPlusSession.h"
 #include "../tests/library/imaging/PerPixelForm.h"
@@ -30,7 +30,7 @@ constexpr std::size_t pixelCount = std::size_t{width} * height;
 using Pixels = std::vector<std::uint32_t>;
 using Image = std::unique_ptr<Gdiplus::Bitmap>;
 
-// Colours at random, opaque.
+// Opaque random colours.
 Pixels Noise()
 {
     std::minstd_rand random(7);
@@ -40,7 +40,7 @@ Pixels Noise()
     return pixels;
 }
 
-// Greys at random: each weighted sum is a whole number.
+// Random greys, whose weighted sums are whole numbers.
 Pixels Echoes()
 {
     Pixels pixels = Noise();
@@ -55,8 +55,9 @@ Image ImageOver(Pixels& pixels)
                                              reinterpret_cast<BYTE*>(pixels.data()));
 }
 
-// Each round works on the same picture, which is copied in and not counted. The clock is read here:
-// to pause the benchmark asks the system, after which the processor has to learn the work anew.
+// Each round works on the same picture, which is copied in uncounted. The clock is read here,
+// because pausing the benchmark asks the system, after which the processor has to warm up to the
+// work again.
 template <class Work>
 void OnFreshPixels(benchmark::State& state, const Pixels& source, std::uint32_t* target, Work work)
 {
@@ -147,7 +148,7 @@ void RoundCorners(benchmark::State& state)
         Image(CreateRoundedBitmap(source.get(), 40, linear, linear, 2));
 }
 
-// The steps that GDI+ takes itself, and then one call for each pixel.
+// The steps of a rounded copy that GDI+ does itself. One call for each pixel follows them.
 void DrawMask(Gdiplus::Bitmap& mask)
 {
     Gdiplus::Graphics graphics(&mask);
@@ -173,7 +174,7 @@ void RoundCornersPixelByPixel(benchmark::State& state)
     }
 }
 
-// What remains of the above when the pixels cost nothing.
+// The part of the above that remains when the pixels cost nothing.
 void DrawMaskAlone(benchmark::State& state)
 {
     Pixels pixels = Noise();
@@ -219,7 +220,7 @@ void BorderPlainly(benchmark::State& state)
     }
 }
 
-// A picture file of half the size, to be doubled.
+// A picture file of half the size, which is doubled.
 class PictureFile
 {
 public:
@@ -260,7 +261,7 @@ void ResizePlainly(benchmark::State& state)
     }
 }
 
-// An ellipse over the whole screen, or the whole of it.
+// A window that covers an ellipse of the screen, or the whole of it.
 class Overlay : public CBufferedWnd
 {
 public:
@@ -296,7 +297,7 @@ void PaintOverlay(benchmark::State& state, bool isRect)
     }
 }
 
-// From the call to a shown tip, the message between the threads' queues included.
+// The time from the call to a shown tip, with the message between the threads' queues.
 void RaiseBalloon(benchmark::State& state)
 {
     BalloonMessageService::Create();

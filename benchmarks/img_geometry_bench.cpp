@@ -100,7 +100,7 @@ void MaskLibrary(benchmark::State& state, const Scene& s)
     }
 }
 
-// The inverse for straight-ahead scanning as anybody would write it.
+// A plain inverse for straight-ahead scanning.
 struct PlainInverse
 {
     explicit PlainInverse(const Scene& s)

@@ -1,5 +1,5 @@
-// The matrix routines against Eigen in double precision doing the same job on the same row-by-row
-// arrays, with sizes that are known at run time only. Ends with a table of the ratios (ours /
+// The matrix routines against Eigen, which does the same job in double precision on the same
+// row-by-row arrays, with sizes known at run time only. Ends with a table of the ratios (ours /
 // Eigen; below 1 is faster).
 #include <Utils_Statics/MatrixRoutines.h>
 
@@ -132,7 +132,7 @@ void LeastSquaresEigen(benchmark::State& state)
 }
 
 #define SIZES                                                                                      \
-    Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times come in coarse steps
+    Arg(3)->Arg(6)->Arg(12)->Arg(24)->Arg(49)->UseRealTime() // processor times are too coarse
 BENCHMARK(ProductOurs)->Name("MatrixProduct/ours")->SIZES;
 BENCHMARK(ProductEigen)->Name("MatrixProduct/Eigen")->SIZES;
 BENCHMARK(InvertOurs)->Name("InvertMatrix/ours")->SIZES;
@@ -140,7 +140,7 @@ BENCHMARK(InvertEigen)->Name("InvertMatrix/Eigen")->SIZES;
 BENCHMARK(LeastSquaresOurs)->Name("LeastSquares1000/ours")->SIZES;
 BENCHMARK(LeastSquaresEigen)->Name("LeastSquares1000/Eigen")->SIZES;
 
-// Keeps the best of the repetitions of each run: the machine's other work can only add to a time.
+// Keeps the best repetition of each run, because the machine's other work only adds time.
 class BestTimes : public benchmark::ConsoleReporter
 {
 public:

@@ -1,10 +1,11 @@
 // The arbitration of the pointer with many handlers of four points, against a plain loop over the
 // same points.
 //
-//   Press/N      HandleMouse with a button press that grabs the nearest of N handlers' points
-//   (LockNearest) PlainLoop/N  the nearest of the same 4 N points, in one array and without
-//   handlers Forward/N    HandleMouse with a move while one of N handlers holds the lock Next/N
-//   LockNext from handler to handler
+// - Press/N calls HandleMouse with a button press that grabs the nearest of N handlers' points
+//   (LockNearest).
+// - PlainLoop/N finds the nearest of the same 4 N points, in one array and without handlers.
+// - Forward/N calls HandleMouse with a move while one of N handlers holds the lock.
+// - Next/N calls LockNext from handler to handler.
 //
 // "ns_per_10_handlers" is the time of one message divided by N / 10; "ratio" is Press against the
 // plain loop, measured right before it in the same run.
@@ -24,7 +25,7 @@ namespace {
 constexpr std::size_t pointsPerHandler = 4;
 using Points = std::array<POINT, pointsPerHandler>;
 
-// What a caliper or box does: it adds the points that it keeps.
+// Does the work of a caliper or box: it adds the points that it keeps.
 class Tool : public IMouseHandler
 {
 public:
@@ -75,7 +76,7 @@ private:
     std::vector<std::unique_ptr<Tool>> m_tools;
 };
 
-// Presses wander over the image.
+// The presses wander over the image.
 POINT PressAt(unsigned int i)
 {
     return {static_cast<LONG>(i * 37 % 1000), static_cast<LONG>(i * 91 % 800)};

@@ -1,6 +1,6 @@
-// One emission of the state-change signal to 1 to 1000 consumers, against a plain loop of virtual
-// calls over the same kind of objects (what no signal can beat) and Boost.Signals2, with its
-// default mutex and with none. Ends with the ratios.
+// One emission of the state-change signal to 1 to 1000 consumers. It is compared with a plain loop
+// of virtual calls over the same kind of objects (no signal can be faster) and with Boost.Signals2,
+// with its default mutex and with none. Ends with the ratios.
 #include "PlainLoop.h"
 #include "RatioReporter.h"
 

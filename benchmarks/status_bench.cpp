@@ -1,5 +1,5 @@
-// Repainting the status row beside loading and drawing the same image files, and one call of a
-// setter.
+// Repainting the status row, compared with loading and drawing the same image files, and one call
+// of a setter.
 #include "RatioReporter.h"
 
 #include <Utils_Statics/CStatusBurning.h>
@@ -50,7 +50,7 @@ std::vector<IStatusItem*> Items()
             CStatusStreaming::getInstance()};
 }
 
-// The picture that the row is painted into, as a double-buffered window has it.
+// The picture that the row is painted into, as in a double-buffered window.
 class RowPicture
 {
 public:
@@ -79,7 +79,7 @@ void PaintRow(benchmark::State& state)
         if (PaintItems(items, picture) != 24 * 7) state.SkipWithError("an icon is missing");
 }
 
-// The signal strength is asked for at each repaint; the answer comes from this process at once.
+// Each repaint asks for the signal strength; the answer comes from this process at once.
 void PaintRowWithoutWireless(benchmark::State& state)
 {
     RowPicture picture;
@@ -89,7 +89,7 @@ void PaintRowWithoutWireless(benchmark::State& state)
         if (PaintItems(items, picture) != 24 * 6) state.SkipWithError("an icon is missing");
 }
 
-// The probe's sensor writes two lines to the log at each repaint.
+// Each repaint logs two lines for the probe's sensor.
 void PaintRowWithSensor(benchmark::State& state)
 {
     RowPicture picture;
@@ -99,7 +99,7 @@ void PaintRowWithSensor(benchmark::State& state)
         if (PaintItems(items, picture) != 24 * 7 + 102) state.SkipWithError("an icon is missing");
 }
 
-// The same icons by the platform's functions alone.
+// Draws the same icons by the platform's functions alone.
 void LoadAndDrawEachFile(benchmark::State& state)
 {
     RowPicture picture;
@@ -134,7 +134,7 @@ void SetState(benchmark::State& state)
     IStatusItem::SetStatusCallback(nullptr);
 }
 
-// The least that a setter can be: a stored flag, and a call through a stored pointer.
+// The least work of a setter: a stored flag, and a call through a stored pointer.
 std::atomic<bool> s_state;
 std::atomic<void (*)()> s_callback = SetFlag;
 

@@ -1,5 +1,5 @@
-// Word splitting, text formatting and layout file look-up beside the plainest form that the
-// standard library offers.
+// Word splitting, text formatting and layout file look-up, compared with the plainest form in the
+// standard library.
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
@@ -64,8 +64,7 @@ void GetStrFormatted(benchmark::State& state)
         benchmark::DoNotOptimize(GetStr("bench.images", 17, L"Meier", 2.5));
 }
 
-// What the call would be without a check: a look-up in a map and the C library's formatter into a
-// buffer.
+// The same call without a check: a look-up in a map and the C library's formatter into a buffer.
 void MapAndSwprintf(benchmark::State& state)
 {
     const std::map<std::string, std::wstring> texts{{"bench.images", L"%d Bilder von %s (%.1f MB)"},
@@ -146,7 +145,7 @@ BENCHMARK(FilesystemExists);
 BENCHMARK(ParsePathRelative);
 BENCHMARK(FilesystemCompose);
 
-// Keeps the times, to be set against each other at the end.
+// Keeps the times, which are compared at the end.
 class TimeKeeper : public benchmark::ConsoleReporter
 {
 public:
