@@ -1,7 +1,7 @@
 // The crash report with 100 modules, from the call of the filter, right behind the fault, to its
-// return after the reporter was started. Measured are the processor time of the process, and the
-// time that passes, which includes another program's writing of the dump. Each is measured in a
-// process of its own, because a process has one report.
+// return after the reporter was started. The program measures the processor time of the process,
+// and the time that passes, which includes another program's writing of the dump. Each is measured
+// in a process of its own, because a process has one report.
 #include <Utils_Statics/MiniDumper.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>

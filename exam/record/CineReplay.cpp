@@ -20,8 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Makes a bitmap of 32-bit pixels with the size of the image on display. It is empty when the
-// platform refuses.
+// Copies the image on display into a bitmap of 32-bit pixels. It is empty when the platform
+// refuses.
 void MakeBitmap(const ImageView& view, CBitmap& bitmap)
 {
     std::vector<unsigned int> pixels(view.GreyLevels().size());

@@ -221,7 +221,7 @@ TEST_F(GridInfoTest, OddNumbersComeBackOrAreLeftOut)
     }
     GridInfo grid;
     grid.displacement = std::numeric_limits<double>::quiet_NaN();
-    grid.Save(node); // equals the default throughout
+    grid.Save(node); // a NaN is no departure from the default
     EXPECT_FALSE(zel_xml::HasAttribute(node, L"displacement"));
 }
 

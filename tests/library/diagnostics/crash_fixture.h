@@ -87,7 +87,7 @@ private:
     void ExpectModules(const Report& report) const;
 
     const test_support::TemporaryFolder m_folder;
-    std::wstring m_searchPath; // of this process, before the test
+    std::wstring m_searchPath; // search path of this process before the test
     base::Event m_reporterStarted;
     std::vector<std::pair<std::wstring, std::wstring>> m_settings;
     FILETIME m_begin = {};

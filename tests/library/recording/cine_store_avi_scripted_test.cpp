@@ -53,7 +53,7 @@ TEST_F(CineStoreAvi, MovieEndsBeforeTwoGibibytesAndPlaysUpToThere)
     int written = 0;
     while (written < 40 && store.AddFrame(frame, false, true))
         ++written;
-    EXPECT_EQ(written, 31); // of 64 MiB each
+    EXPECT_EQ(written, 31); // frames of 64 MiB each
     EXPECT_FALSE(store.AddFrame(frame, false, true));
     EXPECT_TRUE(store.EndStorage());
     const AviMovie movie(fileName);

@@ -23,7 +23,7 @@ using Names = std::vector<std::string>;
 
 Names s_destroyed;
 
-// Tells of its own end.
+// Records its own end.
 class NamedItem : public IStatusItem
 {
 public:

@@ -69,7 +69,7 @@ public:
     {
         return WhereIn(Whole(), condition);
     }
-    // The same rectangle within a part of the row.
+    // The rectangle of the pixels in a part of the row for which the condition holds.
     template <class Condition>
     CRect WhereIn(const CRect& part, const Condition& condition)
     {
