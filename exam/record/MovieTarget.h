@@ -5,7 +5,7 @@
 
 namespace exam {
 
-/// A spelling of an existing path in characters of the system's code page, in which movies are
+/// A spelling of an existing path in characters of the system's code page, by which movies are
 /// written. Nothing when the path has none, not even a short name.
 std::optional<std::wstring> CodePagePath(const std::wstring& path);
 

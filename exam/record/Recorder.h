@@ -43,7 +43,7 @@ public:
     bool IsRecording() const { return m_recording != nullptr; }
     int Frames() const { return m_frames; }
 
-    /// Keeps the frame on display as the next one. False when it could not be written; the
+    /// Keeps what is on display as the next frame. False when it could not be written; the
     /// recording has ended then.
     bool AddFrame();
 

@@ -193,8 +193,8 @@ TEST(BitmapFunctions, AreExportedUnderTheirPlainNames)
     EXPECT_EQ(GetProcAddress(library, "_GrayScale"), nullptr);
 }
 
-// For x 10, y 20, width 100, height 60 and radius 8: the lines begin r to 2r short of the corners,
-// and arcs of two radii join them there.
+// The rectangle has x 10, y 20, width 100, height 60 and radius 8. Each line begins r behind one
+// corner and ends 2r short of the next; arcs of two radii lie at the corners.
 TEST_F(RoundRectTest, JoinsShortLinesToArcs)
 {
     Gdiplus::GraphicsPath path;
