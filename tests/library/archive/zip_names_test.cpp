@@ -90,7 +90,7 @@ TEST_F(ZipNames, WithParentFoldersThatLeadOutAreRefused)
         ExpectRefused(name);
 }
 
-// Such a name may be made as a folder, and name the parent folder to whoever uses it later.
+// Such a folder could be made, and a later reader could take its name for the parent folder.
 TEST_F(ZipNames, WithFoldersOfDotsAndBlanksAreRefused)
 {
     for (const char* name :
