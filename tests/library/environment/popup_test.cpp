@@ -286,8 +286,8 @@ void OpenAnother();
 bool CloseAndOpenAnother(ExamWindow& window, UINT message, WPARAM key)
 {
     if (message != WM_KEYDOWN || key != VK_ESCAPE) return false;
+    OpenAnother(); // first, because the closing ends when it finds no window
     DestroyWindow(window.Handle());
-    OpenAnother();
     return true;
 }
 
