@@ -70,7 +70,10 @@ constexpr Numbers none = {0, 0, 0, 0};
 class MiniVersion : public testing::Test
 {
 protected:
-    std::wstring File() const { return m_folder / L"file.dll"; }
+    std::wstring File() const
+    {
+        return m_folder / (L"file" + std::to_wstring(m_fileNumber) + L".dll");
+    }
 
     Version Of(const std::string& resource)
     {
@@ -118,6 +121,9 @@ protected:
     {
         char& byte = bytes[bit / 8];
         byte = static_cast<char>(byte ^ (1 << bit % 8));
+        // Each has a name of its own: a platform was seen to keep a damaged file open.
+        DeleteFileW(File().c_str());
+        ++m_fileNumber;
         test_support::WriteFile(File(), bytes);
         const Version version = Again();
         EXPECT_TRUE(m_found == 1 || version.File() == none) << "bit " << bit;
@@ -127,6 +133,7 @@ protected:
 
     const test_support::TemporaryFolder m_folder;
     int m_found = 0; // the result of the last Init
+    int m_fileNumber = 0;
 };
 
 Node Table(const std::wstring& language, const std::wstring& company)
