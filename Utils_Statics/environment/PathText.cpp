@@ -80,7 +80,7 @@ std::wstring CurrentDirectory()
 {
     wchar_t buffer[MAX_PATH] = {};
     const DWORD length = GetCurrentDirectoryW(MAX_PATH, buffer);
-    // For a longer directory the buffer is undefined and the result is the size needed.
+    // A longer directory leaves the buffer undefined; the result is then the size needed.
     return length < MAX_PATH ? std::wstring(buffer, length) : std::wstring();
 }
 

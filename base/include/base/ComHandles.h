@@ -10,8 +10,8 @@
 
 namespace base {
 
-/// For one reference to a COM object, given up by Release. The object may be a proxy for another
-/// apartment's. The owner belongs to the thread that may call it.
+/// Owns one reference to a COM object and gives it up by Release. The object may be a proxy for
+/// another apartment's. The owner belongs to the thread that may call it.
 template <class Interface>
 struct ComTraits
 {
@@ -22,7 +22,7 @@ struct ComTraits
 template <class Interface>
 using ComPointer = Owner<ComTraits<Interface>>;
 
-/// For results of SysAllocString, which is null when memory is short.
+/// Owns a result of SysAllocString, which is null when memory is short.
 struct BstrTraits
 {
     using Handle = BSTR;

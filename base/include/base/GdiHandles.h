@@ -9,7 +9,8 @@
 // Owners of drawing objects and device contexts, and the guard that selects one into the other.
 namespace base {
 
-/// For any object that DeleteObject deletes. It must not be selected into a device context by then.
+/// Owns any object that DeleteObject deletes. It must not be selected into a device context by
+/// then.
 template <class ObjectHandle>
 struct GdiObjectTraits
 {
@@ -23,7 +24,7 @@ using Font = Owner<GdiObjectTraits<HFONT>>;
 using Pen = Owner<GdiObjectTraits<HPEN>>;
 using Region = Owner<GdiObjectTraits<HRGN>>;
 
-/// For results of LoadImageW without LR_SHARED, and of CreateIconIndirect.
+/// Owns a result of LoadImageW without LR_SHARED, or of CreateIconIndirect.
 struct IconTraits
 {
     using Handle = HICON;
@@ -32,7 +33,7 @@ struct IconTraits
 };
 using Icon = Owner<IconTraits>;
 
-/// For results of CreateCompatibleDC and CreateDCW.
+/// Owns a result of CreateCompatibleDC or CreateDCW.
 struct MemoryContextTraits
 {
     using Handle = HDC;

@@ -15,7 +15,7 @@ struct RegistryKeyTraits
 };
 using RegistryKey = Owner<RegistryKeyTraits>;
 
-/// For a handle whose empty value is null: an event, a pipe, a thread, a process.
+/// Owns a handle whose empty value is null: an event, a pipe, a thread, a process.
 struct KernelObjectTraits
 {
     using Handle = HANDLE;
@@ -27,7 +27,7 @@ using Pipe = Owner<KernelObjectTraits>;
 using Thread = Owner<KernelObjectTraits>;
 using Process = Owner<KernelObjectTraits>;
 
-/// For results of CreateFileW, which returns INVALID_HANDLE_VALUE when it fails.
+/// Owns a result of CreateFileW, which returns INVALID_HANDLE_VALUE when it fails.
 struct FileTraits
 {
     using Handle = HANDLE;
@@ -36,7 +36,7 @@ struct FileTraits
 };
 using File = Owner<FileTraits>;
 
-/// For results of FindFirstFileW, which returns INVALID_HANDLE_VALUE when it finds nothing.
+/// Owns a result of FindFirstFileW, which returns INVALID_HANDLE_VALUE when it finds nothing.
 struct FindTraits
 {
     using Handle = HANDLE;
@@ -45,7 +45,7 @@ struct FindTraits
 };
 using Find = Owner<FindTraits>;
 
-/// For results of LoadLibraryW.
+/// Owns a result of LoadLibraryW.
 struct ModuleTraits
 {
     using Handle = HMODULE;
