@@ -45,8 +45,8 @@ public:
     /// the reader then stays at it. True otherwise, also for an entry that is skipped because its
     /// name is refused or no file of its name can be created.
     ///
-    /// For an entry that is a folder, the folder is created, the result tells whether that
-    /// succeeded, and the reader deliberately stays where it is. The next call sees the same entry
+    /// An entry that is a folder is created as one, and the result tells whether that succeeded.
+    /// The reader deliberately stays where it is then. The next call sees the same entry
     /// again, so a loop over entries needs an end of its own, for example after their number.
     bool ExtractNext(const char* password) noexcept;
 
