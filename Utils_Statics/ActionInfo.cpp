@@ -1,4 +1,4 @@
-#include <Utils_Statics/ActionInfo.h>
+#include "Utils_Statics/ActionInfo.h"
 
 #include <pro_actions/CProActionCollection.h>
 #include <zel_xml/zelXMLNode.h>

@@ -1,9 +1,9 @@
+#include "Utils_Statics/ActionRepository.h"
+
 #include "actions/ButtonActions.h"
 
-#include <Utils_Statics/ActionRepository.h>
-#include <Utils_Statics/utilsExam.h>
-
 #include <qor_utils/zelLogger.h>
+#include <Utils_Statics/utilsExam.h>
 #include <zel_xml/zelXMLFile.h>
 
 #include <new>

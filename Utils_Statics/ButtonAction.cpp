@@ -1,4 +1,4 @@
-#include <Utils_Statics/ButtonAction.h>
+#include "Utils_Statics/ButtonAction.h"
 
 #include <zel_xml/zelXMLNode.h>
 

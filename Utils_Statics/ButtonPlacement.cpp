@@ -1,4 +1,4 @@
-#include <Utils_Statics/ButtonPlacement.h>
+#include "Utils_Statics/ButtonPlacement.h"
 
 #include <zel_xml/zelXMLNode.h>
 

@@ -1,4 +1,4 @@
-#include <Utils_Statics/CBufferedWnd.h>
+#include "Utils_Statics/CBufferedWnd.h"
 
 #include <base/GdiHandles.h>
 

@@ -1,12 +1,12 @@
-#include <Utils_Statics/CCineStore.h>
+#include "Utils_Statics/CCineStore.h"
+
+#include <io.h>
 
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <utility>
-
-#include <io.h>
 
 namespace {
 

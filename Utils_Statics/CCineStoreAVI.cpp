@@ -1,4 +1,4 @@
-#include <Utils_Statics/CCineStoreAVI.h>
+#include "Utils_Statics/CCineStoreAVI.h"
 
 #include "recording/CaptureSettings.h"
 #include "recording/CodecOptions.h"

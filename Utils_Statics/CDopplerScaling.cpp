@@ -1,4 +1,4 @@
-#include <Utils_Statics/CDopplerScaling.h>
+#include "Utils_Statics/CDopplerScaling.h"
 
 #include <cmath>
 

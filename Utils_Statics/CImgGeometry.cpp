@@ -1,9 +1,9 @@
-#include <Utils_Statics/CImgGeometry.h>
+#include "Utils_Statics/CImgGeometry.h"
 
 #include <base/WrapArithmetic.h>
+#include <qor_utils/PixelCoordinates.h>
 
 #include <afxwin.h>
-#include <qor_utils/PixelCoordinates.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include <Utils_Statics/CMiniVersion.h>
+#include "Utils_Statics/CMiniVersion.h"
 
 #include "diagnostics/VersionFile.h"
 

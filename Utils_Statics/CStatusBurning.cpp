@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusBurning.h>
+#include "Utils_Statics/CStatusBurning.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

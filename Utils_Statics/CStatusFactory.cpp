@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusFactory.h>
+#include "Utils_Statics/CStatusFactory.h"
 
 #include <Utils_Statics/CWmiService.h>
 #include <Utils_Statics/IStatusItem.h>

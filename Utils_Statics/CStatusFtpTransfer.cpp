@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusFtpTransfer.h>
+#include "Utils_Statics/CStatusFtpTransfer.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusGps.h>
+#include "Utils_Statics/CStatusGps.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

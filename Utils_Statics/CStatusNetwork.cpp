@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusNetwork.h>
+#include "Utils_Statics/CStatusNetwork.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

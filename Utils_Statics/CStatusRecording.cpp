@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusRecording.h>
+#include "Utils_Statics/CStatusRecording.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusStreaming.h>
+#include "Utils_Statics/CStatusStreaming.h"
 
 #include "environment/ProfileSettings.h"
 #include "status/OneInstance.h"
@@ -6,10 +6,9 @@
 #include "status/StatusText.h"
 #include "text/TextView.h"
 
+#include <base/SlimLock.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <base/SlimLock.h>
 
 #include <mmsystem.h>
 

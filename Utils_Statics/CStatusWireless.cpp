@@ -1,4 +1,4 @@
-#include <Utils_Statics/CStatusWireless.h>
+#include "Utils_Statics/CStatusWireless.h"
 
 #include "status/OneInstance.h"
 #include "status/StatusIcon.h"

@@ -1,4 +1,4 @@
-#include <Utils_Statics/CToolTipProvider.h>
+#include "Utils_Statics/CToolTipProvider.h"
 
 #include "environment/PathText.h"
 #include "windows/CTimerWnd.h"

@@ -1,13 +1,12 @@
-#include <Utils_Statics/CWmiService.h>
+#include "Utils_Statics/CWmiService.h"
 
 #include "network/DriverNamespace.h"
 #include "network/ObjectProperty.h"
 
+#include <base/WrapArithmetic.h>
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/QuerySink.h>
-
-#include <base/WrapArithmetic.h>
 
 #include <algorithm>
 #include <optional>

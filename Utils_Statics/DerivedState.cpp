@@ -1,4 +1,4 @@
-#include <Utils_Statics/DerivedState.h>
+#include "Utils_Statics/DerivedState.h"
 
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>

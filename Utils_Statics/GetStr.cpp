@@ -1,8 +1,8 @@
-#include <Utils_Statics/GetStr.h>
+#include "Utils_Statics/GetStr.h"
 
 #include "environment/EnvironmentLog.h"
-#include "text/FormatContract.h"
 #include "environment/PathText.h"
+#include "text/FormatContract.h"
 #include "text/TextView.h"
 
 #include <zel_string_convert/ZelTString.h>

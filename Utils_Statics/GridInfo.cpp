@@ -1,4 +1,4 @@
-#include <Utils_Statics/GridInfo.h>
+#include "Utils_Statics/GridInfo.h"
 
 #include <zel_xml/zelXMLNode.h>
 

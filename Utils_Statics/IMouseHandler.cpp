@@ -1,4 +1,4 @@
-#include <Utils_Statics/IMouseHandler.h>
+#include "Utils_Statics/IMouseHandler.h"
 
 #include <Utils_Statics/MouseCapture.h>
 

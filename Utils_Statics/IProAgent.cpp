@@ -1,4 +1,4 @@
-#include <Utils_Statics/IProAgent.h>
+#include "Utils_Statics/IProAgent.h"
 
 namespace {
 constexpr INT_PTR blockSize = 10;

@@ -1,4 +1,4 @@
-#include <Utils_Statics/IStateChangeConsumer.h>
+#include "Utils_Statics/IStateChangeConsumer.h"
 
 IStateChangeConsumer::IStateChangeConsumer()
 {

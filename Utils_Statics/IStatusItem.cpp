@@ -1,4 +1,4 @@
-#include <Utils_Statics/IStatusItem.h>
+#include "Utils_Statics/IStatusItem.h"
 
 constinit std::atomic<IStatusItem::StatusCallback> IStatusItem::m_pfnStatusCallback = nullptr;
 

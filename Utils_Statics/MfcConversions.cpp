@@ -1,4 +1,4 @@
-#include <Utils_Statics/MfcConversions.h>
+#include "Utils_Statics/MfcConversions.h"
 
 #include "text/TextView.h"
 

@@ -1,4 +1,4 @@
-#include <Utils_Statics/MiniDumper.h>
+#include "Utils_Statics/MiniDumper.h"
 
 #include "diagnostics/CrashReport.h"
 

@@ -1,9 +1,9 @@
-#include <Utils_Statics/MouseCapture.h>
-
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/MouseCapture.h"
 
 #include "pointer/HandlerWalk.h"
+
 #include <base/WrapArithmetic.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
 #include <cstdint>

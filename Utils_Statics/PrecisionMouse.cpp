@@ -1,4 +1,4 @@
-#include <Utils_Statics/PrecisionMouse.h>
+#include "Utils_Statics/PrecisionMouse.h"
 
 #include <new>
 

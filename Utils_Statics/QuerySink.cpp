@@ -1,4 +1,4 @@
-#include <Utils_Statics/QuerySink.h>
+#include "Utils_Statics/QuerySink.h"
 
 #include "network/ObjectProperty.h"
 

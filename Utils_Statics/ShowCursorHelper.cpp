@@ -1,6 +1,6 @@
-#include "environment/MainWindow.h"
+#include "Utils_Statics/ShowCursorHelper.h"
 
-#include <Utils_Statics/ShowCursorHelper.h>
+#include "environment/MainWindow.h"
 
 #include <qor_utils/CriticalSection.h>
 

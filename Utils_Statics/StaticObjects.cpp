@@ -5,6 +5,7 @@
 // initialised at compile time or on first use; the test static_constructors_check ensures this.
 #include "CUtils_StaticsApp.h"
 
+#include <qor_utils/CriticalSection.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
@@ -12,8 +13,6 @@
 #include <Utils_Statics/PrecisionMouse.h>
 #include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <qor_utils/CriticalSection.h>
 
 IStateChangeConsumer::Signal IStateChangeConsumer::m_onStateChangeSignal;
 

@@ -1,14 +1,12 @@
-#include <Utils_Statics/CStatusProbeSensor.h>
-
 #include "environment/ProfileSettings.h"
 #include "status/OneInstance.h"
 #include "status/SensorDisplay.h"
 #include "text/TextView.h"
 
-#include <Utils_Statics/GetStr.h>
-
 #include <base/SlimLock.h>
 #include <qor_utils/zelLogger.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
+#include <Utils_Statics/GetStr.h>
 
 #include <cstdlib>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include <Utils_Statics/StringParse.h>
+#include "Utils_Statics/StringParse.h"
 
 #include "text/TextView.h"
 

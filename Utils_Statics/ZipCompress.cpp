@@ -1,4 +1,4 @@
-#include <Utils_Statics/ZipCompress.h>
+#include "Utils_Statics/ZipCompress.h"
 
 #include "archive/ArchiveLog.h"
 #include "environment/PathText.h"

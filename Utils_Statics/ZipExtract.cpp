@@ -1,11 +1,11 @@
-#include <Utils_Statics/ZipExtract.h>
+#include "Utils_Statics/ZipExtract.h"
 
 #include "archive/ArchiveLog.h"
 #include "archive/EntryName.h"
 #include "environment/PathText.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <base/Encoding.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <unzip.h>
 

@@ -1,12 +1,11 @@
-#include <Utils_Statics/BalloonMessageService.h>
-#include <Utils_Statics/utilsExam.h>
-
 #include "environment/PathText.h"
 #include "windows/CMainThreadWnd.h"
 #include "windows/NoticeText.h"
 
 #include <base/SlimLock.h>
 #include <qor_utils/zelLogger.h>
+#include <Utils_Statics/BalloonMessageService.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cwchar>
 #include <memory>

@@ -1,4 +1,4 @@
-#include <Utils_Statics/spectralTraceData.h>
+#include "Utils_Statics/spectralTraceData.h"
 
 #include <cstdint>
 

@@ -3,20 +3,18 @@
 // the same run. Ends with the ratios.
 #include "RatioReporter.h"
 
-#include <Utils_Statics/ActionRepository.h>
-#include <Utils_Statics/DerivedState.h>
+#include <benchmark/benchmark.h>
+#include <boost/signals2.hpp>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
-#include <zel_xml/zelXMLFile.h>
-
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <benchmark/benchmark.h>
-#include <boost/signals2.hpp>
+#include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/DerivedState.h>
+#include <zel_xml/zelXMLFile.h>
 
 #include <algorithm>
 #include <functional>

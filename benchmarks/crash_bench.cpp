@@ -2,15 +2,15 @@
 // return after the reporter was started. The program measures the processor time of the process,
 // and the time that passes, which includes another program's writing of the dump. Each is measured
 // in a process of its own, because a process has one report.
-#include <Utils_Statics/MiniDumper.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/MemoryDumper.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
+#include <Utils_Statics/MiniDumper.h>
 
-#include <psapi.h>
 #include <windows.h>
+#include <psapi.h>
 
 #include <algorithm>
 #include <cstdio>

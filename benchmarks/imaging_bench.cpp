@@ -6,13 +6,12 @@
 #include "../tests/library/windows/TipReader.h"
 #include "RatioReporter.h"
 
+#include <base/GdiHandles.h>
+#include <benchmark/benchmark.h>
+#include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/CBufferedWnd.h>
-#include <base/GdiHandles.h>
-#include <test_support/TemporaryFolder.h>
-
-#include <benchmark/benchmark.h>
 
 #include <chrono>
 #include <cstring>

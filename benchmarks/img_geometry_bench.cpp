@@ -2,11 +2,11 @@
 
 #include "RatioReporter.h"
 
-#include <Utils_Statics/CImgGeometry.h>
 #include <qor_imgproc/ConvertFrame.h>
 #include <qor_imgproc/FrameMap.h>
 #include <qor_imgproc/ScanConverter.h>
 #include <qor_utils/PixelCoordinates.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <cmath>
 #include <iterator>

@@ -1,10 +1,9 @@
 // The matrix routines against Eigen, which does the same job in double precision on the same
 // row-by-row arrays, with sizes known at run time only. Ends with a table of the ratios (ours /
 // Eigen; below 1 is faster).
-#include <Utils_Statics/MatrixRoutines.h>
-
-#include <Eigen/Dense>
 #include <benchmark/benchmark.h>
+#include <Eigen/Dense>
+#include <Utils_Statics/MatrixRoutines.h>
 
 #include <cstdio>
 #include <map>

@@ -9,9 +9,8 @@
 //
 // "ns_per_10_handlers" is the time of one message divided by N / 10; "ratio" is Press against the
 // plain loop, measured right before it in the same run.
-#include <Utils_Statics/MouseCapture.h>
-
 #include <benchmark/benchmark.h>
+#include <Utils_Statics/MouseCapture.h>
 
 #include <array>
 #include <chrono>

@@ -4,10 +4,9 @@
 #include "PlainLoop.h"
 #include "RatioReporter.h"
 
-#include <Utils_Statics/IStateChangeConsumer.h>
-
 #include <benchmark/benchmark.h>
 #include <boost/signals2.hpp>
+#include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <memory>
 #include <string>

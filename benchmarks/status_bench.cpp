@@ -2,28 +2,26 @@
 // of a setter.
 #include "RatioReporter.h"
 
+#include <benchmark/benchmark.h>
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
 #include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/CWmiService.h>
-#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <afxwin.h>
-#include <qor_utils/StoreNumbers.h>
-#include <qor_utils/LogOutput.h>
-#include <qor_utils/StoreFolders.h>
 #include <wmi_server/WmiServer.h>
 
-#include <benchmark/benchmark.h>
-
-#include <objidl.h>
+#include <afxwin.h>
 
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <atomic>
 #include <cstdlib>

@@ -1,12 +1,11 @@
 // Word splitting, text formatting and layout file look-up, compared with the plainest form in the
 // standard library.
+#include <benchmark/benchmark.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
-
-#include <benchmark/benchmark.h>
 
 #include <windows.h>
 

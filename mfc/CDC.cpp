@@ -1,8 +1,8 @@
 #include "GdiMap.h"
 
-#include <utility>
-
 #include <framework/FromHandle.h>
+
+#include <utility>
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include <utility>
-
 #include <afxcmn.h>
+
+#include <utility>
 
 CImageList::~CImageList()
 {

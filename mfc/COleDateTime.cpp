@@ -1,9 +1,9 @@
 #include <afxdisp.h>
 
+#include <oleauto.h>
+
 #include <cmath>
 #include <cwchar>
-
-#include <oleauto.h>
 
 namespace {
 

@@ -1,8 +1,7 @@
-#include <atlstr.h>
-
 #include <base/Encoding.h>
-
 #include <framework/CWinApp.h>
+
+#include <atlstr.h>
 
 #include <algorithm>
 #include <cwchar>

@@ -1,7 +1,7 @@
-#include <afxwin.h>
-
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
+
+#include <afxwin.h>
 
 #include <atomic>
 #include <cstdlib>

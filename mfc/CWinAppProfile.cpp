@@ -1,7 +1,7 @@
 // The profile of the application: its settings in the registry or in an INI file.
-#include <afxwin.h>
-
 #include <base/Handles.h>
+
+#include <afxwin.h>
 
 #include <cstdlib>
 #include <cwchar>

@@ -2,9 +2,9 @@
 #include "WindowCreation.h"
 #include "WindowProcedure.h"
 
-#include <utility>
-
 #include <framework/FromHandle.h>
+
+#include <utility>
 
 using framework::ThreadState;
 

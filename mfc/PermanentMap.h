@@ -2,11 +2,10 @@
 
 #include <base/SlimLock.h>
 
-#include <utility>
-
 #include <mutex>
 #include <shared_mutex>
 #include <unordered_map>
+#include <utility>
 
 namespace framework {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <afxwin.h>
-
 #include <base/Handles.h>
+
+#include <afxwin.h>
 
 // The creation of one window: while it lives, the first window that the thread creates becomes the
 // object's. The message map is in force from the window's first message on.

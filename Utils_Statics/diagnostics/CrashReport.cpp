@@ -13,8 +13,9 @@
 #include <qor_utils/zelLogger.h>
 #include <qor_utils/zelPath.h>
 
-#include <cfloat>
 #include <xmmintrin.h>
+
+#include <cfloat>
 
 namespace utils_statics {
 

@@ -1,7 +1,7 @@
 // utilsExam: the settings of the capture ("print") buttons.
-#include "environment/ProfileSettings.h"
+#include "Utils_Statics/utilsExam.h"
 
-#include <Utils_Statics/utilsExam.h>
+#include "environment/ProfileSettings.h"
 
 using utils_statics::ProfileNumber;
 

@@ -1,5 +1,5 @@
 // utilsExam: small functions on controls, fonts and keys.
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/utilsExam.h"
 
 #include <base/WrapArithmetic.h>
 

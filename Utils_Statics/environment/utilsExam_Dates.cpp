@@ -1,5 +1,5 @@
 // utilsExam: spans of dates.
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/utilsExam.h"
 
 #include <afxdisp.h>
 

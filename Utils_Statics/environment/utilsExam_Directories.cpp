@@ -1,9 +1,10 @@
 // utilsExam: creating, measuring, copying and deleting directories.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/CurrentDirectoryScope.h"
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <base/Handles.h>
 
 #include <direct.h>

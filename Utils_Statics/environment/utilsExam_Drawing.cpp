@@ -1,8 +1,9 @@
 // utilsExam: gradients and borders.
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/utilsExam.h"
+
+#include <base/GdiHandles.h>
 
 #include <afxwin.h>
-#include <base/GdiHandles.h>
 
 namespace {
 

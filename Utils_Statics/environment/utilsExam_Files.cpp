@@ -1,7 +1,8 @@
 // utilsExam: single files, drives and pixel bytes.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/PathText.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <base/Handles.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // utilsExam: pictures for image lists.
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/utilsExam.h"
 
 #include <base/GdiHandles.h>
 

@@ -1,9 +1,10 @@
 // utilsExam: files named in layout documents.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 #include "text/TextView.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 

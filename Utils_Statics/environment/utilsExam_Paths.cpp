@@ -1,10 +1,11 @@
 // utilsExam: the places of the application's own files, patients, studies, images and layout
 // resources.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 #include "text/TextView.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <qor_utils/Profile.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>

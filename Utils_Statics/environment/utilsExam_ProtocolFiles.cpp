@@ -1,9 +1,10 @@
 // utilsExam: the copy of a protocol file that is in force, and the place to save a changed copy.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/EnvironmentLog.h"
 #include "environment/PathText.h"
 #include "text/TextView.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 

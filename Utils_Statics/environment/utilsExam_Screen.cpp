@@ -1,7 +1,7 @@
 // utilsExam: the places of dialogs and of the imaging area on the console's screen.
-#include "environment/MainWindow.h"
+#include "Utils_Statics/utilsExam.h"
 
-#include <Utils_Statics/utilsExam.h>
+#include "environment/MainWindow.h"
 
 #include <algorithm>
 

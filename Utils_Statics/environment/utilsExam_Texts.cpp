@@ -1,5 +1,5 @@
 // utilsExam: small text helpers, and fitting a text into a width.
-#include <Utils_Statics/utilsExam.h>
+#include "Utils_Statics/utilsExam.h"
 
 #include "text/TextView.h"
 

@@ -1,10 +1,10 @@
 // utilsExam: the texts of the program file's version resource.
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/PathText.h"
 
-#include <Utils_Statics/GetStr.h>
-#include <Utils_Statics/utilsExam.h>
-
 #include <base/SlimLock.h>
+#include <Utils_Statics/GetStr.h>
 
 #include <cstddef>
 #include <cwchar>

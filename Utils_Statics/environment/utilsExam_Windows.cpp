@@ -1,7 +1,7 @@
 // utilsExam: stray pop-up windows.
-#include "environment/MainWindow.h"
+#include "Utils_Statics/utilsExam.h"
 
-#include <Utils_Statics/utilsExam.h>
+#include "environment/MainWindow.h"
 
 #include <cwchar>
 

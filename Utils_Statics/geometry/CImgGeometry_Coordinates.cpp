@@ -1,9 +1,8 @@
-#include <Utils_Statics/CImgGeometry.h>
+#include "Utils_Statics/CImgGeometry.h"
 
 #include "geometry/Angle.h"
 
 #include <base/WrapArithmetic.h>
-
 #include <qor_imgproc/ScanConverter.h>
 #include <qor_utils/PixelCoordinates.h>
 #include <qor_utils/Rounding.h>

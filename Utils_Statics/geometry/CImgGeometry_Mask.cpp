@@ -1,5 +1,5 @@
 // CImgGeometry: the mask of the imaged region.
-#include <Utils_Statics/CImgGeometry.h>
+#include "Utils_Statics/CImgGeometry.h"
 
 #include "geometry/Angle.h"
 

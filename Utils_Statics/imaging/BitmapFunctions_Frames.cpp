@@ -1,4 +1,4 @@
-#include <Utils_Statics/BitmapFunctions.h>
+#include "Utils_Statics/BitmapFunctions.h"
 
 #include "imaging/LockedPixels.h"
 #include "imaging/PixelKernels.h"

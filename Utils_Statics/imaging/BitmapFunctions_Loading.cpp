@@ -1,4 +1,4 @@
-#include <Utils_Statics/BitmapFunctions.h>
+#include "Utils_Statics/BitmapFunctions.h"
 
 #include "environment/PathText.h"
 #include "imaging/ImageExtent.h"

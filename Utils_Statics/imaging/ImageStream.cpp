@@ -3,6 +3,7 @@
 #include "imaging/ImageExtent.h"
 
 #include <base/Handles.h>
+
 #include <shlwapi.h>
 
 #include <new>

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <Utils_Statics/BitmapFunctions.h>
-
 #include <base/ComHandles.h>
+#include <Utils_Statics/BitmapFunctions.h>
 
 #include <memory>
 #include <string_view>

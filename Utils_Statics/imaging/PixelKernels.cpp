@@ -2,10 +2,10 @@
 // plain loops do the remaining pixels and define the result.
 #include "imaging/PixelKernels.h"
 
+#include <emmintrin.h>
+
 #include <array>
 #include <bit>
-
-#include <emmintrin.h>
 
 namespace utils_statics {
 

@@ -1,4 +1,4 @@
-#include <Utils_Statics/MatrixRoutines.h>
+#include "Utils_Statics/MatrixRoutines.h"
 
 #include "measurement/AugmentedMatrix.h"
 #include "measurement/MatrixKernels.h"

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <windows.h>
-
-#include <wbemidl.h>
-
 #include <comdef.h>
+#include <wbemidl.h>
 
 #include <cstdint>
 #include <optional>

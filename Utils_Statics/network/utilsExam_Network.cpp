@@ -1,11 +1,11 @@
 // utilsExam: network facts that are shown to the user.
 #include <winsock2.h>
 
+#include "Utils_Statics/utilsExam.h"
+
 #include "environment/PathText.h"
 #include "network/DriverNamespace.h"
 #include "network/ObjectProperty.h"
-
-#include <Utils_Statics/utilsExam.h>
 
 using namespace utils_statics;
 

@@ -1,5 +1,5 @@
 // CCineStoreAVI: the codec that compresses the movie.
-#include <Utils_Statics/CCineStoreAVI.h>
+#include "Utils_Statics/CCineStoreAVI.h"
 
 #include "recording/CaptureSettings.h"
 #include "recording/CodecOptions.h"

@@ -1,5 +1,5 @@
 // CCineStoreAVI: frames that are composed of planes or come whole from a bitmap.
-#include <Utils_Statics/CCineStoreAVI.h>
+#include "Utils_Statics/CCineStoreAVI.h"
 
 #include "recording/CineComposition.h"
 #include "recording/MovieStream.h"

@@ -2,10 +2,10 @@
 
 #include <qor_utils/PixelArrays.h>
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstring>
-
-#include <emmintrin.h>
 
 namespace utils_statics {
 

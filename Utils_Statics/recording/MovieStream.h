@@ -1,6 +1,7 @@
 #pragma once
 
 #include <base/Owner.h>
+
 #include <windows.h>
 #include <vfw.h>
 

@@ -2,9 +2,8 @@
 
 #include <afxwin.h>
 
-#include <objidl.h>
-
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <functional>
 #include <string>

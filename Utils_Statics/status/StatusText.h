@@ -1,10 +1,8 @@
 #pragma once
 
 #include <windows.h>
-
-#include <objidl.h>
-
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <string>
 

@@ -3,6 +3,7 @@
 #include "text/FormatInteger.h"
 
 #include <base/Encoding.h>
+
 #include <windows.h>
 
 #include <cstdio>

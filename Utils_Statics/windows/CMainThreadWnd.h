@@ -2,8 +2,9 @@
 
 #include "windows/BalloonRequest.h"
 
-#include <afxwin.h>
 #include <qor_utils/CriticalSection.h>
+
+#include <afxwin.h>
 
 #include <memory>
 

@@ -13,12 +13,12 @@
 #include "tour/Tour.h"
 #include "tour/TourStatus.h"
 
-#include <Utils_Statics/MiniDumper.h>
-#include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
 #include <base/Owner.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/LogOutput.h>
+#include <Utils_Statics/MiniDumper.h>
+#include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 

@@ -1,10 +1,10 @@
 #include "app/SampleTree.h"
 
-#include <Utils_Statics/MfcConversions.h>
-#include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
+#include <Utils_Statics/MfcConversions.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cstdlib>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <afxwin.h>
-
 #include <base/GdiHandles.h>
+
+#include <afxwin.h>
 
 namespace exam {
 

@@ -3,8 +3,9 @@
 #include "image/CineFile.h"
 #include "image/ImagingParameters.h"
 
-#include <afxwin.h>
 #include <qor_imgproc/FrameMap.h>
+
+#include <afxwin.h>
 
 #include <cstddef>
 #include <cstdint>

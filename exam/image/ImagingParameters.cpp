@@ -1,7 +1,7 @@
 #include "image/ImagingParameters.h"
 
-#include <Utils_Statics/CImgGeometry.h>
 #include <qor_utils/PixelCoordinates.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <algorithm>
 #include <cmath>

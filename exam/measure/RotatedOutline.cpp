@@ -3,8 +3,8 @@
 #include "base/Palette.h"
 #include "base/Strokes.h"
 
-#include <Utils_Statics/MatrixRoutines.h>
 #include <base/GdiHandles.h>
+#include <Utils_Statics/MatrixRoutines.h>
 
 #include <algorithm>
 #include <cmath>

@@ -3,9 +3,9 @@
 #include "base/Palette.h"
 #include "base/Strokes.h"
 
+#include <base/GdiHandles.h>
 #include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/GetStr.h>
-#include <base/GdiHandles.h>
 
 #include <cmath>
 #include <vector>

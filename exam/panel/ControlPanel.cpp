@@ -7,9 +7,9 @@
 #include "panel/PanelFile.h"
 #include "panel/PanelGrid.h"
 
+#include <base/Encoding.h>
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/GetStr.h>
-#include <base/Encoding.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Utils_Statics/ButtonAction.h>
 #include <pro_actions/IActionStateConsumer.h>
+#include <Utils_Statics/ButtonAction.h>
 
 #include <functional>
 #include <map>

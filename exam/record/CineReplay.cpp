@@ -4,8 +4,8 @@
 #include "base/ScreenLayout.h"
 #include "image/ImageView.h"
 #include "record/AviCheck.h"
-#include "record/MovieTarget.h"
 #include "record/MovieSettings.h"
+#include "record/MovieTarget.h"
 #include "record/VideoCodec.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>

@@ -2,8 +2,9 @@
 
 #include "record/VideoCodec.h"
 
-#include <afxwin.h>
 #include <qor_utils/zelLogger.h>
+
+#include <afxwin.h>
 
 #include <algorithm>
 #include <cwchar>

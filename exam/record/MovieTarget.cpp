@@ -4,6 +4,7 @@
 
 #include <base/FilePath.h>
 #include <base/FileReplacement.h>
+
 #include <windows.h>
 
 namespace exam {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <afxwin.h>
 #include <base/GdiHandles.h>
+
+#include <afxwin.h>
 
 #include <vector>
 

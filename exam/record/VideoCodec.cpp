@@ -3,7 +3,6 @@
 #include <base/Owner.h>
 
 #include <windows.h>
-
 #include <vfw.h>
 
 #include <cwchar>

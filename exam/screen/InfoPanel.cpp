@@ -4,7 +4,6 @@
 #include "screen/ScreenContent.h"
 
 #include <qor_utils/ZelProbe.h>
-
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 

@@ -2,8 +2,8 @@
 
 #include "base/Palette.h"
 
-#include <Utils_Statics/GetStr.h>
 #include <base/GdiHandles.h>
+#include <Utils_Statics/GetStr.h>
 
 namespace exam {
 

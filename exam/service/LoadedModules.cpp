@@ -4,8 +4,8 @@
 
 #include <base/FilePath.h>
 
-#include <psapi.h>
 #include <windows.h>
+#include <psapi.h>
 
 namespace exam {
 

@@ -2,9 +2,9 @@
 
 #include "service/CrashOnPurpose.h"
 
+#include <base/Owner.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
-#include <base/Owner.h>
 
 namespace exam {
 

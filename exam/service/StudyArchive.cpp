@@ -3,10 +3,10 @@
 #include "service/ArchiveErrors.h"
 #include "service/ZipDirectory.h"
 
-#include <Utils_Statics/ZipCompress.h>
-#include <Utils_Statics/ZipExtract.h>
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <Utils_Statics/ZipCompress.h>
+#include <Utils_Statics/ZipExtract.h>
 
 #include <algorithm>
 #include <filesystem>

@@ -3,6 +3,8 @@
 #include "base/ScreenLayout.h"
 #include "status/StatusSettings.h"
 
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
@@ -13,8 +15,6 @@
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/utilsExam.h>
-#include <qor_utils/StoreFolders.h>
-#include <qor_utils/StoreNumbers.h>
 
 #include <array>
 

@@ -4,8 +4,8 @@
 #include "tour/Tour.h"
 #include "window/Capture.h"
 
-#include <Utils_Statics/GetStr.h>
 #include <base/GdiHandles.h>
+#include <Utils_Statics/GetStr.h>
 
 #include <afxwin.h>
 

@@ -1,9 +1,9 @@
 // Station 2: paths, directories and the layers of protocol files.
 #include "tour/Tour.h"
 
-#include <Utils_Statics/utilsExam.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <filesystem>
 #include <fstream>

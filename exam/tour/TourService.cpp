@@ -4,10 +4,10 @@
 #include "tour/Tour.h"
 #include "window/Capture.h"
 
-#include <Utils_Statics/GetStr.h>
-#include <Utils_Statics/utilsExam.h>
 #include <base/FilePath.h>
 #include <base/Handles.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cwchar>
 #include <filesystem>

@@ -1,11 +1,11 @@
 // Station 3: texts in two languages, and the effect of a wrong translation.
 #include "tour/Tour.h"
 
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/zelLogger.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
-#include <qor_utils/LogOutput.h>
-#include <qor_utils/zelLogger.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 

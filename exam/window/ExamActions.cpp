@@ -2,11 +2,11 @@
 
 #include "window/Capture.h"
 
-#include <Utils_Statics/GetStr.h>
-#include <Utils_Statics/MouseCapture.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/NotifiedConsumer.h>
 #include <pro_actions/VocabularyLoading.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/MouseCapture.h>
 
 #include <algorithm>
 #include <filesystem>

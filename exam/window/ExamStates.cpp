@@ -1,8 +1,8 @@
 #include "window/ExamStates.h"
 
-#include <Utils_Statics/MouseCapture.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/IActionStateConsumer.h>
+#include <Utils_Statics/MouseCapture.h>
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "window/MainWindow.h"
 
-#include <Utils_Statics/IStateChangeConsumer.h>
 #include <pro_actions/ActionStateInfo.h>
+#include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <map>
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <windows.h>
+#include <framework/export.h>
 
 #include <atlstr.h>
-#include <framework/export.h>
+
+#include <windows.h>
 
 /// The root of the classes that are addressed by pointer: They are never copied, and may be deleted
 /// through any base.

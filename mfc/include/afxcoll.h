@@ -1,9 +1,9 @@
 #pragma once
 
+#include <afx.h>
+
 #include <memory>
 #include <vector>
-
-#include <afx.h>
 
 /// A growing array of texts. Indexes start at 0. An index outside the array is a caller's mistake
 /// (trapped in checked builds) unless a member says otherwise. Texts may contain null characters.

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <windows.h>
-
-#include <oaidl.h>
+#include <framework/export.h>
 
 #include <atltime.h>
-#include <framework/export.h>
+
+#include <windows.h>
+#include <oaidl.h>
 
 /// The value of each part of a moment without a calendar date.
 inline constexpr int AFX_OLE_DATETIME_ERROR = -1;

@@ -1,6 +1,11 @@
 #pragma once
 
-#include <windows.h>
+#include <framework/CComboBox.h>
+#include <framework/CDC.h>
+#include <framework/CGdiObject.h>
+#include <framework/CWinApp.h>
+#include <framework/CWinThread.h>
+#include <framework/CWnd.h>
 
 #include <afx.h>
 #include <afxcoll.h>
@@ -8,9 +13,4 @@
 #include <atltime.h>
 #include <atltypes.h>
 
-#include <framework/CComboBox.h>
-#include <framework/CDC.h>
-#include <framework/CGdiObject.h>
-#include <framework/CWinApp.h>
-#include <framework/CWinThread.h>
-#include <framework/CWnd.h>
+#include <windows.h>

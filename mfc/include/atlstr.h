@@ -1,13 +1,13 @@
 #pragma once
 
+#include <framework/export.h>
+
 #include <windows.h>
 
-#include <cstdarg>
 #include <compare>
+#include <cstdarg>
 #include <string>
 #include <string_view>
-
-#include <framework/export.h>
 
 /// A text of UTF-16 code units that owns its memory. Positions and counts are code units; a null
 /// pointer as a text means an empty one. Not synchronised: one object belongs to one thread at a

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <framework/export.h>
+
+#include <atlstr.h>
+
 #include <windows.h>
 
 #include <compare>
 #include <ctime>
-
-#include <atlstr.h>
-#include <framework/export.h>
 
 /// The system's header defines a macro of this name, which would rename the functions below.
 #undef GetCurrentTime

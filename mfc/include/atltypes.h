@@ -1,10 +1,10 @@
 #pragma once
 
+#include <framework/Wrapping.h>
+
 #include <windows.h>
 
 #include <algorithm>
-
-#include <framework/Wrapping.h>
 
 /// A width and a height, in the unit of the function that takes it.
 class CSize : public tagSIZE

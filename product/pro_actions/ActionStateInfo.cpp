@@ -1,7 +1,6 @@
-#include <pro_actions/ActionStateInfo.h>
+#include "pro_actions/ActionStateInfo.h"
 
 #include <pro_actions/CProActionCollection.h>
-
 #include <zel_xml/zelXMLNode.h>
 
 #include <exception>

@@ -1,4 +1,4 @@
-#include <pro_actions/CProActionCollection.h>
+#include "pro_actions/CProActionCollection.h"
 
 #include "ActionVocabulary.h"
 #include "CurrentVocabulary.h"

@@ -1,4 +1,4 @@
-#include <pro_actions/IActionStateConsumer.h>
+#include "pro_actions/IActionStateConsumer.h"
 
 #include "Broadcast.h"
 #include "ConsumerRegistry.h"

@@ -1,4 +1,4 @@
-#include <pro_actions/NotifiedConsumer.h>
+#include "pro_actions/NotifiedConsumer.h"
 
 #include "Broadcast.h"
 #include "ConsumerRegistry.h"

@@ -1,4 +1,4 @@
-#include <pro_actions/VocabularyLoading.h>
+#include "pro_actions/VocabularyLoading.h"
 
 #include "ActionVocabulary.h"
 #include "CurrentVocabulary.h"

@@ -1,4 +1,4 @@
-#include <qor_imgproc/ConvertFrame.h>
+#include "qor_imgproc/ConvertFrame.h"
 
 #include "FrameRows.h"
 

@@ -1,4 +1,4 @@
-#include <qor_imgproc/FrameMap.h>
+#include "qor_imgproc/FrameMap.h"
 
 #include "FrameRows.h"
 

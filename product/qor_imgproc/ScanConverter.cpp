@@ -1,4 +1,4 @@
-#include <qor_imgproc/ScanConverter.h>
+#include "qor_imgproc/ScanConverter.h"
 
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/ScanGeometry.h>

@@ -1,4 +1,4 @@
-#include <qor_utils/PixelCoordinates.h>
+#include "qor_utils/PixelCoordinates.h"
 
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/Rounding.h>

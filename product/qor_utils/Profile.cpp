@@ -1,9 +1,8 @@
 #include "qor_utils/Profile.h"
 
-#include <qor_utils/HostProfile.h>
-
 #include <base/Handles.h>
 #include <base/SlimLock.h>
+#include <qor_utils/HostProfile.h>
 
 #include <algorithm>
 #include <mutex>

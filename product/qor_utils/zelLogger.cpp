@@ -5,11 +5,10 @@
 #include "PathFault.h"
 #include "qor_utils/zelPath.h"
 
-#include <qor_utils/LogOutput.h>
-#include <qor_utils/StoreNumbers.h>
-
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
+#include <qor_utils/LogOutput.h>
+#include <qor_utils/StoreNumbers.h>
 
 #include <atomic>
 #include <cstdarg>

@@ -1,10 +1,9 @@
 #include "qor_utils/zelPath.h"
 
-#include <qor_utils/StoreFolders.h>
-#include <qor_utils/StoreNumbers.h>
-
 #include <base/FilePath.h>
 #include <base/SlimLock.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 
 #include <algorithm>
 #include <map>

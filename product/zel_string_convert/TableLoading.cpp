@@ -1,4 +1,4 @@
-#include <zel_string_convert/TableLoading.h>
+#include "zel_string_convert/TableLoading.h"
 
 #include "TableState.h"
 #include "XliffFile.h"

@@ -1,7 +1,6 @@
 #include "XliffFile.h"
 
 #include <base/Encoding.h>
-
 #include <zel_xml/XMLDiagnosis.h>
 #include <zel_xml/XMLEditing.h>
 #include <zel_xml/zelXMLFile.h>

@@ -1,4 +1,4 @@
-#include <zel_xml/XMLDiagnosis.h>
+#include "zel_xml/XMLDiagnosis.h"
 
 #include "XMLAccess.h"
 

@@ -1,4 +1,4 @@
-#include <zel_xml/XMLEditing.h>
+#include "zel_xml/XMLEditing.h"
 
 #include "AtomicFile.h"
 #include "XMLAccess.h"

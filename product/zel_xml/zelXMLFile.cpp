@@ -1,10 +1,9 @@
-#include <zel_xml/zelXMLFile.h>
+#include "zel_xml/zelXMLFile.h"
 
 #include "XMLAccess.h"
 #include "XMLDocument.h"
 
 #include <base/FilePath.h>
-
 #include <zel_xml/XMLEditing.h>
 
 #include <exception>

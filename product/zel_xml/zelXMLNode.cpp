@@ -1,4 +1,4 @@
-#include <zel_xml/zelXMLNode.h>
+#include "zel_xml/zelXMLNode.h"
 
 #include "XMLDocument.h"
 #include "XMLNumber.h"

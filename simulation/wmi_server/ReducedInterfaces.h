@@ -1,7 +1,6 @@
 #pragma once
 
 #include <windows.h>
-
 #include <wbemidl.h>
 
 // The interfaces of the management service, reduced to what the library calls.

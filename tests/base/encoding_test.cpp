@@ -1,5 +1,4 @@
 #include <base/Encoding.h>
-
 #include <gtest/gtest.h>
 
 #include <random>

@@ -1,10 +1,9 @@
-#include <base/FilePath.h>
-#include <base/Handles.h>
-
 #include "test_support/InDirectory.h"
 #include "test_support/Program.h"
 #include "test_support/TemporaryFolder.h"
 
+#include <base/FilePath.h>
+#include <base/Handles.h>
 #include <gtest/gtest.h>
 
 #include <vector>

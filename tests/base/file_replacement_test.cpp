@@ -1,5 +1,4 @@
 #include <base/FileReplacement.h>
-
 #include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>

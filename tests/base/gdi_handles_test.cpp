@@ -1,5 +1,4 @@
 #include <base/GdiHandles.h>
-
 #include <gtest/gtest.h>
 
 #include <type_traits>

@@ -1,11 +1,10 @@
 // Checks that each alias releases its resource, and knows the platform's value for "none".
-#include <base/Handles.h>
-
 #include "test_support/Files.h"
 #include "test_support/Program.h"
 #include "test_support/TemporaryFolder.h"
 #include "test_support/TemporaryRegistryKey.h"
 
+#include <base/Handles.h>
 #include <gtest/gtest.h>
 
 #include <type_traits>

@@ -1,5 +1,4 @@
 #include <base/Owner.h>
-
 #include <gtest/gtest.h>
 
 #include <type_traits>

@@ -1,5 +1,4 @@
 #include <base/SlimLock.h>
-
 #include <gtest/gtest.h>
 
 #include <mutex>

@@ -1,6 +1,5 @@
 // The spare stack for a thread that has none left.
 #include <base/SpareStack.h>
-
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,5 +1,4 @@
 #include <base/WrapArithmetic.h>
-
 #include <gtest/gtest.h>
 
 #include <cstdint>

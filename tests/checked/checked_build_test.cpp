@@ -6,11 +6,10 @@
 #include "test_support/TemporaryFolder.h"
 
 #include <base/Handles.h>
-
-#include <atlstr.h>
+#include <gtest/gtest.h>
 #include <guardheap/GuardHeap.h>
 
-#include <gtest/gtest.h>
+#include <atlstr.h>
 
 #include <climits>
 #include <cstdlib>

@@ -1,8 +1,6 @@
 // Uses something of everything that crosses the boundary: exported functions, data members,
 // strings, and a class that the library calls back. Then sets up everything that the library reads,
 // as the host application does.
-#include <Utils_Statics/Utils_Statics.h>
-
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/NotifiedConsumer.h>
 #include <pro_actions/VocabularyLoading.h>
@@ -15,6 +13,7 @@
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
+#include <Utils_Statics/Utils_Statics.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_xml/XMLDiagnosis.h>
 #include <zel_xml/XMLEditing.h>

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <test_support/InstalledCodec.h>
-
 #include <gtest/gtest.h>
+#include <test_support/InstalledCodec.h>
 
 #include <windows.h>
 #include <vfw.h>

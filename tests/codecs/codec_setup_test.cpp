@@ -1,13 +1,11 @@
 // Tests codecsetup.exe, which installs and removes the codec.
+#include <base/Encoding.h>
+#include <base/Handles.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/InstalledCodec.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <base/Encoding.h>
-#include <base/Handles.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

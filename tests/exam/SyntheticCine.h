@@ -3,12 +3,11 @@
 // Recordings of one frame of one grey level, from a linear and a curved probe.
 
 #include "image/ImageView.h"
-#include <qor_utils/ZelProbe.h>
-
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <qor_utils/ZelProbe.h>
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,4 @@
 #include "record/AviCheck.h"
-
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 

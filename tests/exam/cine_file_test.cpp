@@ -1,10 +1,9 @@
 #include "image/CineFile.h"
-#include <qor_utils/ZelProbe.h>
-
 #include "test_support/TemporaryFolder.h"
 
 #include <base/Handles.h>
 #include <gtest/gtest.h>
+#include <qor_utils/ZelProbe.h>
 
 #include <windows.h>
 #include <psapi.h>

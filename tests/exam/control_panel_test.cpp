@@ -2,9 +2,9 @@
 #include "panel/ControlPanel.h"
 #include "panel/PanelFile.h"
 
+#include <test_support/ProtocolFolders.h>
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/DerivedState.h>
-#include <test_support/ProtocolFolders.h>
 
 #include <optional>
 

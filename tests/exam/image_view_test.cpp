@@ -1,6 +1,5 @@
-#include "SyntheticCine.h"
-
 #include "image/CineCheck.h"
+#include "SyntheticCine.h"
 
 #include <gtest/gtest.h>
 

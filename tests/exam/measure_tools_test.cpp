@@ -1,6 +1,5 @@
-#include "SyntheticCine.h"
-
 #include "measure/MeasureTools.h"
+#include "SyntheticCine.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // The windows over the image: their part in recordings, and the tool bar's buttons.
 #include "overlay/Overlays.h"
+
 #include "record/PixelCanvas.h"
 
-#include <Utils_Statics/utilsExam.h>
+#include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
 #include <string>

@@ -1,9 +1,10 @@
+#include "record/Recorder.h"
+
+#include "base/ScreenLayout.h"
 #include "image/Session.h"
 #include "measure/MeasureTools.h"
 #include "measure/SimulatedFlow.h"
-#include "base/ScreenLayout.h"
 #include "record/AviCheck.h"
-#include "record/Recorder.h"
 #include "record/MovieSettings.h"
 #include "record/VideoCodec.h"
 #include "screen/ScreenContent.h"

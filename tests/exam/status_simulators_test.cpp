@@ -3,15 +3,14 @@
 #include "status/ProbeSimulator.h"
 #include "status/StatusSettings.h"
 
+#include <gtest/gtest.h>
+#include <test_support/ComScope.h>
+#include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/CWmiService.h>
 
 #include <afxwin.h>
-#include <test_support/ComScope.h>
-#include <test_support/TemporaryRegistryKey.h>
-
-#include <gtest/gtest.h>
 
 #include <string>
 

@@ -3,10 +3,9 @@
 #include "service/ZipDirectory.h"
 
 #include <base/Handles.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

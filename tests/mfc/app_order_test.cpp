@@ -1,10 +1,9 @@
 // AfxGetApp returns the executable's object, no matter whether it or the module objects of DLLs
 // were built first.
-#include <afxwin.h>
-
 #include <base/Handles.h>
-
 #include <gtest/gtest.h>
+
+#include <afxwin.h>
 
 extern "C" {
 __declspec(dllimport) CWinApp* ModuleObject();

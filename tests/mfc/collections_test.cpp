@@ -1,6 +1,6 @@
-#include <afxcoll.h>
-
 #include <gtest/gtest.h>
+
+#include <afxcoll.h>
 
 #include <list>
 #include <random>

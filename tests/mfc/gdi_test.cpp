@@ -1,12 +1,10 @@
 // GDI objects and device contexts, with counts of the process's handles.
-#include <afxcmn.h>
-#include <afxwin.h>
-
 #include <base/GdiHandles.h>
-
+#include <gtest/gtest.h>
 #include <test_support/ResourceCounts.h>
 
-#include <gtest/gtest.h>
+#include <afxcmn.h>
+#include <afxwin.h>
 
 #include <functional>
 #include <optional>

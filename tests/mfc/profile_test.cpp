@@ -1,12 +1,10 @@
 // The application's profile, in the real registry below a key of this process only, and in a real
 // INI file.
-#include <afxwin.h>
-
 #include <base/Handles.h>
-
+#include <gtest/gtest.h>
 #include <test_support/TemporaryFolder.h>
 
-#include <gtest/gtest.h>
+#include <afxwin.h>
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
-#include <atlstr.h>
-
 #include <gtest/gtest.h>
+
+#include <atlstr.h>
 
 #include <cstdarg>
 #include <random>

@@ -1,10 +1,8 @@
-#include <afxwin.h>
-
 #include <base/Handles.h>
-
+#include <gtest/gtest.h>
 #include <test_support/ResourceCounts.h>
 
-#include <gtest/gtest.h>
+#include <afxwin.h>
 
 #include <functional>
 #include <memory>

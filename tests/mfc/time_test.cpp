@@ -1,13 +1,13 @@
+#include <gtest/gtest.h>
+
 #include <afxdisp.h>
 #include <atltime.h>
 
-#include <gtest/gtest.h>
+#include <oleauto.h>
 
 #include <cmath>
 #include <limits>
 #include <random>
-
-#include <oleauto.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include <atltypes.h>
-
 #include <gtest/gtest.h>
+
+#include <atltypes.h>
 
 #include <climits>
 #include <random>

@@ -2,7 +2,6 @@
 #include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
-
 #include <test_support/ResourceCounts.h>
 
 #include <stdexcept>

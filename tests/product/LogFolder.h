@@ -2,7 +2,6 @@
 
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
-
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
 

@@ -1,13 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
 #include <zel_xml/XMLEditing.h>
 #include <zel_xml/zelXMLFile.h>
 #include <zel_xml/zelXMLNode.h>
-
-#include <test_support/Files.h>
-#include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <iterator>

@@ -1,15 +1,13 @@
 // The action vocabulary, and action states by their names in it.
 #include "ActionStates.h"
 
+#include <gtest/gtest.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>
-#include <zel_xml/zelXMLFile.h>
-
 #include <test_support/Files.h>
 #include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <zel_xml/zelXMLFile.h>
 
 #include <string>
 #include <vector>

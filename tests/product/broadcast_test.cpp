@@ -1,9 +1,8 @@
 // The broadcast of action states: the consumers that are told, and what they may do meanwhile.
 #include "Consumer.h"
 
-#include <pro_actions/NotifiedConsumer.h>
-
 #include <gtest/gtest.h>
+#include <pro_actions/NotifiedConsumer.h>
 
 #include <atomic>
 #include <cstddef>

@@ -1,10 +1,9 @@
 // Checks that a console finds its actions in the vocabulary that comes with the library.
+#include <gtest/gtest.h>
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <zel_xml/zelXMLFile.h>
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>

@@ -1,10 +1,9 @@
 // Conversion of whole frames to images.
 #include "ConversionScene.h"
 
+#include <gtest/gtest.h>
 #include <qor_imgproc/ConvertFrame.h>
 #include <qor_imgproc/FrameMap.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <climits>

@@ -1,13 +1,11 @@
 // Memory dumps, read back by their published layout.
-#include <qor_utils/MemoryDumper.h>
-
 #include <base/Handles.h>
+#include <gtest/gtest.h>
+#include <qor_utils/MemoryDumper.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 #include <dbghelp.h>

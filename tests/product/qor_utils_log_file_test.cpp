@@ -2,16 +2,13 @@
 // survives.
 #include "LogFolder.h"
 
+#include <base/Handles.h>
+#include <gtest/gtest.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
-
-#include <base/Handles.h>
-
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

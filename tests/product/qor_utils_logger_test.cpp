@@ -2,13 +2,10 @@
 // warns of.
 #include "LogFolder.h"
 
-#include <qor_utils/LogOutput.h>
-
 #include <base/Handles.h>
-
-#include <test_support/Files.h>
-
 #include <gtest/gtest.h>
+#include <qor_utils/LogOutput.h>
+#include <test_support/Files.h>
 
 #include <windows.h>
 

@@ -1,11 +1,9 @@
 // Store paths.
+#include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
-
 #include <test_support/Program.h>
 #include <test_support/Readers.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

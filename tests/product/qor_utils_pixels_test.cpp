@@ -1,7 +1,6 @@
 // Row reversal and mirroring of pixel arrays.
-#include <qor_utils/PixelArrays.h>
-
 #include <gtest/gtest.h>
+#include <qor_utils/PixelArrays.h>
 
 #include <climits>
 #include <random>

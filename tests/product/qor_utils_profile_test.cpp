@@ -1,11 +1,9 @@
 // The profile reader, on the real registry.
+#include <gtest/gtest.h>
 #include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
-
 #include <test_support/Readers.h>
 #include <test_support/TemporaryRegistryKey.h>
-
-#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,14 +1,13 @@
 // Geometry values, rounding, the map of names and values, the critical section.
+#include <gtest/gtest.h>
 #include <qor_utils/CriticalSection.h>
 #include <qor_utils/Rounding.h>
 #include <qor_utils/StringEnumHelper.h>
+#include <qor_utils/uData.h>
 #include <qor_utils/ULine.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
 #include <qor_utils/ZelProbe.h>
-#include <qor_utils/uData.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

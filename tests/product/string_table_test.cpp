@@ -1,12 +1,10 @@
 // The string table: what it reads, what it returns, and how long its results live.
-#include <zel_string_convert/TableLoading.h>
-#include <zel_string_convert/ZelTString.h>
-
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <zel_string_convert/TableLoading.h>
+#include <zel_string_convert/ZelTString.h>
 
 #include <windows.h>
 

@@ -1,10 +1,8 @@
 // Saving XML documents: the content of the file, and the safety of the old one.
+#include "../../product/zel_xml/AtomicFile.h"
 #include "XmlTest.h"
 
-#include "../../product/zel_xml/AtomicFile.h"
-
 #include <base/Handles.h>
-
 #include <test_support/InDirectory.h>
 
 #include <new>

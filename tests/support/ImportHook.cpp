@@ -1,6 +1,5 @@
-#include <test_support/ImportHook.h>
-
 #include <gtest/gtest.h>
+#include <test_support/ImportHook.h>
 
 #include <cstddef>
 #include <cstring>

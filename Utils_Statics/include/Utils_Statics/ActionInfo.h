@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Utils_Statics/export.h>
 #include <pro_actions/ActionType.h>
+#include <Utils_Statics/export.h>
 
 #include <cstdint>
 #include <string>

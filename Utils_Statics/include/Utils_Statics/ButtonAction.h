@@ -1,8 +1,8 @@
 #pragma once
 
+#include <pro_actions/ActionStateInfo.h>
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/export.h>
-#include <pro_actions/ActionStateInfo.h>
 
 #include <set>
 #include <string>

@@ -4,6 +4,7 @@
 #include <Utils_Statics/export.h>
 
 #include <afxwin.h>
+
 #include <vfw.h>
 
 #include <cstdint>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Utils_Statics/export.h>
-
-#include <atltypes.h>
 #include <qor_utils/ULine.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
 #include <qor_utils/ZelProbe.h>
+#include <Utils_Statics/export.h>
+
+#include <atltypes.h>
 
 class CDC;
 

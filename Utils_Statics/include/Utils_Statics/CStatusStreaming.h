@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Utils_Statics/IStatusItem.h>
 #include <Utils_Statics/export.h>
+#include <Utils_Statics/IStatusItem.h>
 
 #include <windows.h>
 

@@ -3,7 +3,6 @@
 #include <Utils_Statics/export.h>
 
 #include <windows.h>
-
 #include <commctrl.h>
 
 class CTimerWnd;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Utils_Statics/export.h>
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/IActionStateConsumer.h>
+#include <Utils_Statics/export.h>
 
 #include <cstdint>
 #include <map>

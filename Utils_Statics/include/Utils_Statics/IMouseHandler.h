@@ -2,8 +2,9 @@
 
 #include <Utils_Statics/export.h>
 
-#include <windows.h>
 #include <atltypes.h>
+
+#include <windows.h>
 
 #include <vector>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <Utils_Statics/StateChangeType.h>
 #include <Utils_Statics/cPreProcessor.h>
 #include <Utils_Statics/cSignal.h>
 #include <Utils_Statics/cSlot.h>
 #include <Utils_Statics/export.h>
+#include <Utils_Statics/StateChangeType.h>
 
 /// Base of everything that wants to learn of changes of application state. A consumer hears every
 /// emission from its construction to its destruction; there is no other way to subscribe or

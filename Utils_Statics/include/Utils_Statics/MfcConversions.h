@@ -1,9 +1,8 @@
 #pragma once
 
-#include <Utils_Statics/export.h>
-
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
+#include <Utils_Statics/export.h>
 
 #include <atlstr.h>
 #include <atltypes.h>

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <Utils_Statics/IMouseHandler.h>
 #include <Utils_Statics/export.h>
+#include <Utils_Statics/IMouseHandler.h>
+
+#include <atltypes.h>
 
 #include <windows.h>
-#include <atltypes.h>
 
 #include <optional>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <Utils_Statics/export.h>
 #include <Utils_Statics/IPrecisionControl.h>
 #include <Utils_Statics/IPrecisionHandler.h>
-#include <Utils_Statics/export.h>
 
 #include <set>
 

@@ -1,11 +1,10 @@
 #pragma once
 
+#include <sys/timeb.h>
 #include <Utils_Statics/cPointerArray.h>
 
 #include <cstdint>
 #include <type_traits>
-
-#include <sys/timeb.h>
 
 /// The common part of signals and slots. A signal calls its slots in the order they were connected;
 /// either side may be destroyed first. A slot's method takes the first ones of the arguments P1 to

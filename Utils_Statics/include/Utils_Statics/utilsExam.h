@@ -1,14 +1,14 @@
 #pragma once
 
+#include <qor_utils/StringEnumHelper.h>
 #include <Utils_Statics/EConsoleType.h>
-#include <Utils_Statics/StateChangeType.h>
 #include <Utils_Statics/export.h>
+#include <Utils_Statics/StateChangeType.h>
 
 #include <afxcoll.h>
 #include <atlstr.h>
 #include <atltime.h>
 #include <atltypes.h>
-#include <qor_utils/StringEnumHelper.h>
 
 #include <string>
 #include <vector>

@@ -3,9 +3,7 @@
 #include <base/Owner.h>
 
 #include <windows.h>
-
 #include <unknwn.h>
-
 #include <oleauto.h>
 
 namespace base {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <afxmsg_.h>
 #include <framework/CWinThread.h>
+
+#include <afxmsg_.h>
 
 /// The start of the module that this code is compiled into. Its address is the module's instance
 /// handle.

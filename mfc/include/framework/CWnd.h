@@ -1,8 +1,9 @@
 #pragma once
 
-#include <afxmsg_.h>
 #include <framework/CCmdTarget.h>
 #include <framework/CDC.h>
+
+#include <afxmsg_.h>
 
 /// A window with a message map. The object owns its window: the destructor destroys it. Use it on
 /// the window's own thread, except for members that only send or post. No exception leaves the

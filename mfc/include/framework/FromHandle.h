@@ -1,8 +1,8 @@
 #pragma once
 
-#include <windows.h>
-
 #include <framework/export.h>
+
+#include <windows.h>
 
 class CDC;
 class CWnd;

@@ -3,11 +3,12 @@
 // Turns a message's two parameters into the arguments of a handler. Only the macros of afxmsg_.h
 // use this.
 
-#include <type_traits>
-
-#include <atltypes.h>
 #include <framework/CCmdTarget.h>
 #include <framework/FromHandle.h>
+
+#include <atltypes.h>
+
+#include <type_traits>
 
 /// The notification code of a command that does not come from a control.
 inline constexpr int CN_COMMAND = 0;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <windows.h>
-
 #include <dbghelp.h>
 
 namespace qor_utils {

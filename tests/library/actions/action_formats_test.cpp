@@ -3,7 +3,6 @@
 #include "derived_state_fixture.h"
 
 #include <pro_actions/VocabularyLoading.h>
-
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/ButtonPlacement.h>
 

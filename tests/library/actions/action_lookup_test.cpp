@@ -1,8 +1,7 @@
 // Looking buttons up: among many names, among names that are hard to tell apart, and without
 // allocating.
-#include "repository_fixture.h"
-
 #include "../../support/guardheap/Modules.h"
+#include "repository_fixture.h"
 
 #include <cstdlib>
 #include <map>

@@ -1,21 +1,18 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
-#include <zel_xml/zelXMLFile.h>
-
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
 #include <test_support/ProtocolFolders.h>
 #include <test_support/TemporaryFolder.h>
-
 #include <zel_xml/XMLEditing.h>
-
-#include <gtest/gtest.h>
+#include <zel_xml/zelXMLFile.h>
 
 #include <windows.h>
 

@@ -2,7 +2,6 @@
 #include "derived_state_fixture.h"
 
 #include <pro_actions/NotifiedConsumer.h>
-
 #include <test_support/VirtualPlace.h>
 
 namespace {

@@ -1,14 +1,13 @@
 // Writing archives: names, times and compression of the entries, and the effect of a failing step.
 #include "RawArchive.h"
 
-#include <Utils_Statics/ZipCompress.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/ZipCompress.h>
 
 #include <windows.h>
 

@@ -2,9 +2,9 @@
 // open file.
 #include "zip_extract_fixture.h"
 
-#include <Utils_Statics/ZipCompress.h>
 #include <test_support/ChildTest.h>
 #include <test_support/ResourceCounts.h>
+#include <Utils_Statics/ZipCompress.h>
 
 #include <random>
 

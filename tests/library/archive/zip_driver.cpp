@@ -5,13 +5,13 @@
 //
 // Prints the memory it took. Packing ends with 0 when everything succeeded. Unpacking cannot tell,
 // because the last entry fails in any case, so it prints how many entries succeeded.
-#include <Utils_Statics/ZipCompress.h>
-#include <Utils_Statics/ZipExtract.h>
 #include <base/Encoding.h>
 #include <qor_utils/LogOutput.h>
+#include <Utils_Statics/ZipCompress.h>
+#include <Utils_Statics/ZipExtract.h>
 
-#include <psapi.h>
 #include <windows.h>
+#include <psapi.h>
 
 #include <cstdio>
 #include <iostream>

@@ -2,15 +2,14 @@
 
 #include "RawArchive.h"
 
-#include <Utils_Statics/ZipExtract.h>
 #include <base/Encoding.h>
 #include <base/Handles.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/ZipExtract.h>
 
 #include <windows.h>
 

@@ -1,9 +1,9 @@
 // Reading sound archives: what is extracted where, and the results.
 #include "zip_extract_fixture.h"
 
-#include <Utils_Statics/ZipCompress.h>
 #include <base/Handles.h>
 #include <test_support/ResourceCounts.h>
+#include <Utils_Statics/ZipCompress.h>
 
 #include <type_traits>
 

@@ -15,17 +15,17 @@
 // - "--bare yes" makes no crash handler.
 // - "--inheritable NAME" opens the event of that name for every program that inherits handles;
 //   CRASH_HANDLE then holds the handle.
-#include "CrashFacts.h"
 #include "crash_kinds.h"
+#include "CrashFacts.h"
 #include "diagnostics/ThreadBlock.h"
 
-#include <Utils_Statics/MiniDumper.h>
 #include <base/Encoding.h>
 #include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
+#include <Utils_Statics/MiniDumper.h>
 
-#include <psapi.h>
 #include <windows.h>
+#include <psapi.h>
 
 #include <cstdio>
 #include <map>

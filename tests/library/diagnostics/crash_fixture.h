@@ -4,9 +4,8 @@
 #include "CrashReportParser.h"
 
 #include <base/Handles.h>
-#include <test_support/TemporaryFolder.h>
-
 #include <gtest/gtest.h>
+#include <test_support/TemporaryFolder.h>
 
 #include <optional>
 #include <string>

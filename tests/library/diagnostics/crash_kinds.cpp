@@ -2,10 +2,10 @@
 
 #include "diagnostics/ThreadBlock.h"
 
-#include <Utils_Statics/MiniDumper.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/MiniDumper.h>
 
 #include <windows.h>
 

@@ -1,10 +1,10 @@
 // The crash report, the dump, the settings and the reporter, from children that really crash.
-#include "VersionResource.h"
 #include "crash_fixture.h"
+#include "VersionResource.h"
 
-#include <Utils_Statics/CMiniVersion.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
+#include <Utils_Statics/CMiniVersion.h>
 
 #include <cstddef>
 #include <cstring>

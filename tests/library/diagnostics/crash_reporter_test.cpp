@@ -1,10 +1,10 @@
 // The crash reporter: what it packs of the crash handler's files.
 #include "crash_fixture.h"
 
-#include <Utils_Statics/ZipExtract.h>
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>
 #include <test_support/Program.h>
+#include <Utils_Statics/ZipExtract.h>
 
 #include <set>
 

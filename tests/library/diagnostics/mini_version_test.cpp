@@ -1,12 +1,11 @@
 // The reader of version resources: what it finds, and how it copes with resources that lie.
 #include "VersionResource.h"
 
-#include <Utils_Statics/CMiniVersion.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/CMiniVersion.h>
 
 #include <algorithm>
 #include <array>

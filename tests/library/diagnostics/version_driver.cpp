@@ -1,9 +1,9 @@
 // Prints what the version reader finds in each file of the system folder, one line a file, for
 // version-readers. A line holds name, result, versions, words and texts, separated by tabs, in
 // UTF-8.
-#include <Utils_Statics/CMiniVersion.h>
 #include <base/Encoding.h>
 #include <base/Handles.h>
+#include <Utils_Statics/CMiniVersion.h>
 
 #include <cstdio>
 #include <cwchar>

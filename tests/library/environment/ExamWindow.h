@@ -1,8 +1,8 @@
 #pragma once
 
-#include <afxwin.h>
-
 #include <gtest/gtest.h>
+
+#include <afxwin.h>
 
 // The program's application object.
 extern CWinApp theApplication;

@@ -1,9 +1,8 @@
 // Ages in years and spans in months.
+#include <gtest/gtest.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <afxdisp.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

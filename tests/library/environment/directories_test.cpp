@@ -1,16 +1,14 @@
 // utilsExam: creating, deleting and copying directories.
 #include <base/Handles.h>
-#include <Utils_Statics/utilsExam.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <windows.h>
-
 #include <shellapi.h>
 #include <shlwapi.h>
 

@@ -1,11 +1,9 @@
 // Gradients and borders, read back pixel by pixel, and pictures for image lists.
-#include <Utils_Statics/utilsExam.h>
-
 #include <base/GdiHandles.h>
+#include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <afxcmn.h>
 #include <afxwin.h>

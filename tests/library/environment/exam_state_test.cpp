@@ -1,10 +1,9 @@
 // The exam environment's state, its defaults and its small accessors.
+#include <gtest/gtest.h>
+#include <test_support/ImportHook.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
-
-#include <test_support/ImportHook.h>
-#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,10 +1,9 @@
 // utilsExam: single files, drives and pixel bytes.
-#include <Utils_Statics/utilsExam.h>
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <windows.h>
 

@@ -1,17 +1,14 @@
 // Lack of memory: std::bad_alloc leaves only the operations that return texts or containers.
-#include <Utils_Statics/Utils_Statics.h>
-
+#include <gtest/gtest.h>
+#include <qor_utils/ULine.h>
+#include <qor_utils/ZelProbe.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ProtocolFolders.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <qor_utils/ULine.h>
-#include <qor_utils/ZelProbe.h>
+#include <Utils_Statics/Utils_Statics.h>
 #include <zel_xml/zelXMLFile.h>
 #include <zel_xml/zelXMLNode.h>
-
-#include <gtest/gtest.h>
 
 #include <afxdisp.h>
 #include <afxwin.h>

@@ -1,4 +1,4 @@
-#include <Utils_Statics/utilsExam.h>
+#include <gtest/gtest.h>
 #include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
 #include <qor_utils/StoreFolders.h>
@@ -8,11 +8,9 @@
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TemporaryRegistryKey.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <windows.h>
-
 #include <shlwapi.h>
 
 #include <array>

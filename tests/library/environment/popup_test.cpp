@@ -1,10 +1,9 @@
 // Finding and closing pop-up windows.
 #include "ExamWindow.h"
 
-#include <Utils_Statics/utilsExam.h>
-
 #include <base/Handles.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <atomic>
 #include <memory>

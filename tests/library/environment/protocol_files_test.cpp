@@ -1,11 +1,10 @@
-#include <Utils_Statics/utilsExam.h>
+#include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <windows.h>
 

@@ -1,9 +1,8 @@
 // The places of dialogs and of the imaging area.
 #include "ExamWindow.h"
 
-#include <Utils_Statics/utilsExam.h>
-
 #include <test_support/TemporaryRegistryKey.h>
+#include <Utils_Statics/utilsExam.h>
 
 CWinApp theApplication(L"screen test");
 

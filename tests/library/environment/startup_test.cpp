@@ -2,9 +2,9 @@
 // is unloaded. This program does not link the library. It loads it and learns of it before any of
 // its code has run. Then it watches every access to the library's writable memory: it guards the
 // pages and runs each access as a single step.
-#include <windows.h>
-
 #include <gtest/gtest.h>
+
+#include <windows.h>
 
 #include <algorithm>
 #include <array>

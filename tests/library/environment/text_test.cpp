@@ -1,8 +1,7 @@
 // Checks that the texts of the version resource are those of version_strings.rc.
 #include <base/GdiHandles.h>
-#include <Utils_Statics/utilsExam.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
 

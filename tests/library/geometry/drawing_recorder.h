@@ -1,10 +1,10 @@
 #pragma once
 
-#include <afxwin.h>
-
 #include <qor_utils/ULine.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
+
+#include <afxwin.h>
 
 #include <vector>
 

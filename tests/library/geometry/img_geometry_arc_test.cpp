@@ -1,12 +1,10 @@
 // Arcs of constant depth as the device gets them, to the pixel, and the parameters that reach the
 // conversion routines.
-#include <Utils_Statics/CImgGeometry.h>
-
 #include "drawing_recorder.h"
 
 #include <gtest/gtest.h>
-
 #include <qor_utils/PixelCoordinates.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <algorithm>
 #include <random>

@@ -1,8 +1,7 @@
-#include <Utils_Statics/CImgGeometry.h>
-
 #include "drawing_recorder.h"
 
 #include <gtest/gtest.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <climits>
 #include <ostream>

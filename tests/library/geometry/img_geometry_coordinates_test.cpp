@@ -1,8 +1,6 @@
-#include <Utils_Statics/CImgGeometry.h>
-
 #include <gtest/gtest.h>
-
 #include <qor_utils/PixelCoordinates.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <climits>
 #include <cmath>

@@ -1,18 +1,17 @@
 #include <base/GdiHandles.h>
+#include <gtest/gtest.h>
+#include <qor_utils/PixelCoordinates.h>
 #include <Utils_Statics/CImgGeometry.h>
 
 #include <afxwin.h>
-#include <gtest/gtest.h>
-
-#include <qor_utils/PixelCoordinates.h>
 
 #include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <tuple>
-#include <optional>
 #include <vector>
 
 namespace {

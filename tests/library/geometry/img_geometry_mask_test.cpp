@@ -1,10 +1,8 @@
-#include <Utils_Statics/CImgGeometry.h>
-
 #include <gtest/gtest.h>
-
 #include <qor_imgproc/ScanConverter.h>
 #include <qor_utils/PixelCoordinates.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/CImgGeometry.h>
 
 #include <algorithm>
 #include <climits>

@@ -2,9 +2,8 @@
 
 #include "GdiPlusSession.h"
 
-#include <Utils_Statics/BitmapFunctions.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/BitmapFunctions.h>
 
 #include <cstdint>
 #include <cstdlib>

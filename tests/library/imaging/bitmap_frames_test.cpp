@@ -2,10 +2,9 @@
 #include "GdiPlus.h"
 #include "PerPixelForm.h"
 
+#include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 

@@ -1,12 +1,11 @@
 // Turning images grey: GrayScaleBitmap on GDI+ images, GrayScale on device bitmaps.
+#include "DibSection.h"
 #include "GdiPlus.h"
 #include "PerPixelForm.h"
-#include "DibSection.h"
-
-#include <test_support/ImportHook.h>
-#include <test_support/ResourceCounts.h>
 
 #include <gtest/gtest.h>
+#include <test_support/ImportHook.h>
+#include <test_support/ResourceCounts.h>
 
 #include <cstring>
 #include <new>

@@ -2,6 +2,8 @@
 #include "GdiPlus.h"
 #include "PictureFiles.h"
 
+#include <base/GdiHandles.h>
+#include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/ChildTest.h>
@@ -9,10 +11,6 @@
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
-
-#include <base/GdiHandles.h>
 
 #include <cmath>
 #include <new>

@@ -2,13 +2,12 @@
 #include "DibSection.h"
 #include "GdiPlus.h"
 
+#include <gtest/gtest.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdlib>

@@ -1,14 +1,13 @@
 // Images too large for GDI+, and damaged files.
 #include "DibSection.h"
 #include "GdiPlus.h"
-#include "PictureFiles.h"
 #include "imaging/ImageExtent.h"
 #include "imaging/ImageStream.h"
-
-#include <test_support/Files.h>
-#include <test_support/TemporaryFolder.h>
+#include "PictureFiles.h"
 
 #include <gtest/gtest.h>
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
 
 #include <random>
 

@@ -1,10 +1,9 @@
 // The least-squares routine on published problems with certified solutions.
 // docs/least-squares-accuracy.md has the table; the digits here and there are the same.
-#include <Utils_Statics/MatrixRoutines.h>
-
 #include "CertifiedRegression.h"
 
 #include <gtest/gtest.h>
+#include <Utils_Statics/MatrixRoutines.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,7 @@
 // The scale of the spectral Doppler display.
-#include <Utils_Statics/CDopplerScaling.h>
-
-#include <test_support/ChildTest.h>
-
 #include <gtest/gtest.h>
+#include <test_support/ChildTest.h>
+#include <Utils_Statics/CDopplerScaling.h>
 
 #include <cmath>
 #include <limits>

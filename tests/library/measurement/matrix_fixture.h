@@ -1,10 +1,9 @@
 #pragma once
 
-#include <Utils_Statics/MatrixRoutines.h>
-
 #include "PlainMatrix.h"
 
 #include <gtest/gtest.h>
+#include <Utils_Statics/MatrixRoutines.h>
 
 #include <algorithm>
 #include <bit>

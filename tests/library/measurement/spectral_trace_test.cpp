@@ -1,7 +1,6 @@
 // Views of spectral trace blocks.
-#include <Utils_Statics/spectralTraceData.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/spectralTraceData.h>
 
 #include <limits>
 #include <vector>

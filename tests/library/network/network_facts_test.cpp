@@ -1,17 +1,14 @@
 // The local address and the wireless adapter.
 #include <winsock2.h>
 
-#include <ws2tcpip.h>
-
-#include <iphlpapi.h>
-
-#include <Utils_Statics/utilsExam.h>
-
+#include <gtest/gtest.h>
 #include <test_support/ComScope.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/utilsExam.h>
 #include <wmi_server/WmiServer.h>
 
-#include <gtest/gtest.h>
+#include <iphlpapi.h>
+#include <ws2tcpip.h>
 
 #include <cstddef>
 #include <cstdio>

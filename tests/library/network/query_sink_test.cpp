@@ -1,11 +1,10 @@
 // The receiver of the drivers' events, by itself and behind the service.
 #include "wmi_fixture.h"
 
-#include <Utils_Statics/CStatusFactory.h>
-#include <Utils_Statics/QuerySink.h>
-
 #include <test_support/ChildTest.h>
 #include <test_support/VirtualPlace.h>
+#include <Utils_Statics/CStatusFactory.h>
+#include <Utils_Statics/QuerySink.h>
 
 #include <thread>
 

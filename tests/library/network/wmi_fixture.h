@@ -1,13 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+#include <test_support/ComScope.h>
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/CWmiService.h>
-
-#include <test_support/ComScope.h>
 #include <wmi_server/WmiServer.h>
-
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <string>

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <string>

@@ -2,10 +2,9 @@
 // play steps of their own from inside their operations.
 #include "mouse_capture_model.h"
 
+#include <gtest/gtest.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <gtest/gtest.h>
 
 #include <deque>
 #include <optional>

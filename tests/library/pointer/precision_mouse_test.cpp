@@ -1,7 +1,6 @@
 // The broadcast of the handler that requests fine pointer control.
-#include <Utils_Statics/PrecisionMouse.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/PrecisionMouse.h>
 
 #include <algorithm>
 #include <array>

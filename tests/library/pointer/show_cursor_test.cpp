@@ -1,9 +1,8 @@
 // The counted guard of the ordinary cursor, against a real main window that records its messages.
+#include <gtest/gtest.h>
 #include <Utils_Statics/ShowCursorHelper.h>
 
 #include <afxwin.h>
-
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>

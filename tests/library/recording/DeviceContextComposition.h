@@ -1,6 +1,7 @@
 #pragma once
 
 #include <base/GdiHandles.h>
+
 #include <windows.h>
 
 #include <cstdint>

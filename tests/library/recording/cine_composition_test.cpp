@@ -1,6 +1,5 @@
-#include "recording/CineComposition.h"
-
 #include "DeviceContextComposition.h"
+#include "recording/CineComposition.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // Recording through codecs: how one is found, its input and output, its failure, and its release.
-#include "cine_store_avi_fixture.h"
-
 #include "../../codecs/testcodec/TestCodec.h"
+#include "cine_store_avi_fixture.h"
 
 #include <test_support/InstalledCodec.h>
 #include <test_support/ResourceCounts.h>

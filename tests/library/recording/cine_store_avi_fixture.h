@@ -1,14 +1,12 @@
 #pragma once
 
-#include <Utils_Statics/CCineStoreAVI.h>
-
 #include "AviMovie.h"
 #include "cine_completed.h"
 #include "cine_pictures.h"
 
-#include <test_support/TemporaryFolder.h>
-
 #include <gtest/gtest.h>
+#include <test_support/TemporaryFolder.h>
+#include <Utils_Statics/CCineStoreAVI.h>
 
 #include <memory>
 #include <string>

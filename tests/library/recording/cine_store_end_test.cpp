@@ -2,6 +2,7 @@
 #include "cine_store_fixture.h"
 
 #include <base/Handles.h>
+
 #include <memory>
 #include <utility>
 

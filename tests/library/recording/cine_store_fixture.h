@@ -1,13 +1,11 @@
 #pragma once
 
-#include <Utils_Statics/CCineStore.h>
-
 #include "cine_completed.h"
 
+#include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/CCineStore.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,6 @@
 // The agent that the whole process reaches.
-#include <Utils_Statics/IProAgent.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/IProAgent.h>
 
 namespace {
 

@@ -1,9 +1,7 @@
 // Signals and slots with other signatures than the state change's.
-#include <Utils_Statics/IStateChangeConsumer.h>
-
-#include <test_support/VirtualPlace.h>
-
 #include <gtest/gtest.h>
+#include <test_support/VirtualPlace.h>
+#include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <memory>
 #include <stdexcept>

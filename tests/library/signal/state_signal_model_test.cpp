@@ -1,9 +1,8 @@
 // The state-change signal against a plain model of its rules, step by step over random sequences:
 // construct, copy, assign, destroy and emit. The operations also come from inside handlers, with
 // throttling and handlers that throw.
-#include <Utils_Statics/IStateChangeConsumer.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,8 @@
 // The state-change signal: who is called, in which order, and what suppresses a call.
+#include <gtest/gtest.h>
+#include <test_support/ChildTest.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <test_support/ChildTest.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>

@@ -3,10 +3,8 @@
 #include <test_support/ImportHook.h>
 
 #include <windows.h>
-
-#include <objidl.h>
-
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <cwchar>
 #include <string>

@@ -1,6 +1,8 @@
 // The registry of the items, with items of the test's own and with the real ones.
 #include "status_fixture.h"
 
+#include <test_support/ChildTest.h>
+#include <test_support/ComScope.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusGps.h>
@@ -9,9 +11,6 @@
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/CWmiService.h>
-
-#include <test_support/ChildTest.h>
-#include <test_support/ComScope.h>
 #include <wmi_server/WmiServer.h>
 
 #include <type_traits>

@@ -1,7 +1,7 @@
 #include "status_fixture.h"
 
-#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 
 CWinApp theApplication(L"status");
 

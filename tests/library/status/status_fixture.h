@@ -1,16 +1,14 @@
 #pragma once
 
+#include <gtest/gtest.h>
+#include <test_support/TemporaryFolder.h>
+#include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/IStatusItem.h>
 
 #include <afxwin.h>
-#include <test_support/TemporaryFolder.h>
-#include <test_support/TemporaryRegistryKey.h>
-
-#include <gtest/gtest.h>
-
-#include <objidl.h>
 
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <atomic>
 #include <memory>

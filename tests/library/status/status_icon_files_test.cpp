@@ -1,13 +1,12 @@
 // Image files that are missing, damaged, hostile or replaced.
 #include "status_fixture.h"
 
-#include <Utils_Statics/CStatusGps.h>
-
 #include <base/Handles.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/CStatusGps.h>
 
 #include <random>
 

@@ -1,14 +1,13 @@
 // The items of one pattern: burning, transfer, recording, tracking and the wired network.
 #include "status_fixture.h"
 
+#include <test_support/Files.h>
+#include <test_support/VirtualPlace.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusRecording.h>
-
-#include <test_support/Files.h>
-#include <test_support/VirtualPlace.h>
 
 #include <string>
 #include <type_traits>

@@ -3,10 +3,9 @@
 #include "drawing_record.h"
 #include "status_fixture.h"
 
-#include <Utils_Statics/CStatusProbeSensor.h>
-
 #include <test_support/ChildTest.h>
 #include <test_support/LogCapture.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 
 #include <cmath>
 #include <cstddef>

@@ -5,11 +5,10 @@
 #include "drawing_record.h"
 #include "status_fixture.h"
 
-#include <Utils_Statics/CStatusStreaming.h>
-#include <Utils_Statics/utilsExam.h>
-
 #include <test_support/ChildTest.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/CStatusStreaming.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <mmsystem.h>
 

@@ -1,16 +1,15 @@
 // Setters on eight threads at once while another one paints.
 #include "status_fixture.h"
 
+#include <test_support/ChildTest.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
 #include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
-#include <Utils_Statics/CStatusProbeSensor.h>
-
-#include <test_support/ChildTest.h>
 
 #include <atomic>
 #include <barrier>

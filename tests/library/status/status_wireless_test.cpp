@@ -1,11 +1,10 @@
 // The wireless icon and its signal.
 #include "status_fixture.h"
 
-#include <Utils_Statics/CStatusWireless.h>
-#include <Utils_Statics/CWmiService.h>
-
 #include <test_support/ComScope.h>
 #include <test_support/ImportHook.h>
+#include <Utils_Statics/CStatusWireless.h>
+#include <Utils_Statics/CWmiService.h>
 #include <wmi_server/WmiServer.h>
 
 #include <chrono>

@@ -1,6 +1,5 @@
-#include <Utils_Statics/MfcConversions.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/MfcConversions.h>
 
 #include <climits>
 

@@ -2,11 +2,9 @@
 
 #include "TestStringTable.h"
 
-#include <Utils_Statics/GetStr.h>
-
-#include <test_support/LogCapture.h>
-
 #include <gtest/gtest.h>
+#include <test_support/LogCapture.h>
+#include <Utils_Statics/GetStr.h>
 
 #include <string>
 #include <vector>

@@ -1,9 +1,8 @@
 // This program has no version resource. text_test.cpp tests the product texts with one.
 #include "TestStringTable.h"
 
-#include <Utils_Statics/utilsExam.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/utilsExam.h>
 
 namespace {
 

@@ -1,6 +1,5 @@
-#include <Utils_Statics/StringParse.h>
-
 #include <gtest/gtest.h>
+#include <Utils_Statics/StringParse.h>
 
 #include <climits>
 #include <random>

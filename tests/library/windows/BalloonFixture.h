@@ -3,15 +3,14 @@
 #include "RequestCounter.h"
 #include "TipReader.h"
 
+#include <gtest/gtest.h>
+#include <test_support/ImportHook.h>
+#include <test_support/LogCapture.h>
+#include <test_support/ResourceCounts.h>
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
-#include <test_support/ImportHook.h>
-#include <test_support/LogCapture.h>
-#include <test_support/ResourceCounts.h>
-
-#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,11 +1,10 @@
 // CBufferedWnd: real windows over a patterned parent, and the result on the screen.
 #include "PatternWindow.h"
 
-#include <Utils_Statics/CBufferedWnd.h>
+#include <gtest/gtest.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/VirtualPlace.h>
-
-#include <gtest/gtest.h>
+#include <Utils_Statics/CBufferedWnd.h>
 
 #include <functional>
 #include <memory>

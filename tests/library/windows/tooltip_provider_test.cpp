@@ -1,11 +1,11 @@
 // CToolTipProvider, read back from the tooltip control.
 #include "TipReader.h"
 
-#include <Utils_Statics/CToolTipProvider.h>
-#include <afxwin.h>
-#include <test_support/ResourceCounts.h>
-
 #include <gtest/gtest.h>
+#include <test_support/ResourceCounts.h>
+#include <Utils_Statics/CToolTipProvider.h>
+
+#include <afxwin.h>
 
 #include <memory>
 #include <type_traits>

@@ -2,8 +2,8 @@
 
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/ActionType.h>
-#include <pro_actions/IActionStateConsumer.h>
 #include <pro_actions/export.h>
+#include <pro_actions/IActionStateConsumer.h>
 
 namespace pro_actions {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <qor_utils/export.h>
 #include <qor_utils/UPoint.h>
 #include <qor_utils/URect.h>
 #include <qor_utils/ZelProbe.h>
-#include <qor_utils/export.h>
 
 /// Conversion from the acquisition grid (scan line, sample) to the pixels of the displayed image;
 /// docs/conversion-model.md has the geometry. The functions are pure, may be called on any thread

@@ -1,13 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/StoreFolders.h>
-
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 
