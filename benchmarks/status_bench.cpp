@@ -2,6 +2,7 @@
 // of a setter.
 #include "RatioReporter.h"
 
+#include <base/GdiPlusSession.h>
 #include <benchmark/benchmark.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
@@ -19,9 +20,6 @@
 #include <wmi_server/WmiServer.h>
 
 #include <afxwin.h>
-
-#include <gdiplus.h>
-#include <objidl.h>
 
 #include <atomic>
 #include <cstdlib>
@@ -232,11 +230,10 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     const Surroundings surroundings;
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    ULONG_PTR token = 0;
-    const Gdiplus::GdiplusStartupInput input;
-    Gdiplus::GdiplusStartup(&token, &input, nullptr);
-    Run();
-    Gdiplus::GdiplusShutdown(token);
+    {
+        const base::GdiPlusSession session;
+        Run();
+    }
     CoUninitialize();
     return 0;
 }
