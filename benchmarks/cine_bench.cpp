@@ -1,10 +1,10 @@
 // Cine recording at the size of the imaging screen: composing a frame, writing raw frames, and the
 // whole chain to a movie.
-#include "../tests/library/recording/DeviceContextComposition.h"
 #include "RatioReporter.h"
 #include "recording/CineComposition.h"
 
 #include <benchmark/benchmark.h>
+#include <test_support/DeviceContextComposition.h>
 #include <test_support/InstalledCodec.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/CCineStoreAVI.h>

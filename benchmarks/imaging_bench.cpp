@@ -1,14 +1,14 @@
 // Pictures of the size of the console's screen, the buffered window, and the time from the call of
 // a balloon to the screen.
-#include "../tests/library/imaging/DibSection.h"
-#include "../tests/library/imaging/GdiPlusSession.h"
-#include "../tests/library/imaging/PerPixelForm.h"
-#include "../tests/library/windows/TipReader.h"
 #include "RatioReporter.h"
 
 #include <base/GdiHandles.h>
+#include <base/GdiPlusSession.h>
 #include <benchmark/benchmark.h>
+#include <test_support/DibSection.h>
+#include <test_support/PerPixelForm.h>
 #include <test_support/TemporaryFolder.h>
+#include <test_support/TipReader.h>
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/CBufferedWnd.h>
@@ -17,6 +17,10 @@
 #include <cstring>
 #include <memory>
 #include <random>
+
+using test_support::DibSection;
+using test_support::Pump;
+using test_support::ShownTip;
 
 namespace {
 
@@ -358,7 +362,7 @@ void PrintRatios(const RatioReporter& reporter)
 
 int main(int argc, char** argv)
 {
-    const GdiPlusSession session;
+    const base::GdiPlusSession session;
     RegisterPictures();
     benchmark::RegisterBenchmark("Paint/masked", PaintOverlay, false);
     benchmark::RegisterBenchmark("Paint/rectangle", PaintOverlay, true);

@@ -207,12 +207,12 @@ TEST_F(MjpgCodec, EmptyFrameLeavesThePictureBefore)
     EXPECT_EQ(out.bytes, before);
 }
 
-// movie_readers.sh runs this. It leaves a movie and the frames that went into it, for readers by
+// movie-readers runs this. It leaves a movie and the frames that went into it, for readers by
 // other authors.
 TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"MOVIE_FOLDER");
-    if (folder.empty()) GTEST_SKIP() << "needs a folder for its movie; movie_readers.sh names one";
+    if (folder.empty()) GTEST_SKIP() << "needs a folder for its movie; movie-readers names one";
     constexpr int frames = 20;
     AVIFileInit();
     PAVIFILE file = nullptr;

@@ -1,11 +1,11 @@
 // The action vocabulary, and action states by their names in it.
 #include "ActionStates.h"
+#include "Readers.h"
 
 #include <gtest/gtest.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <test_support/Files.h>
-#include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
 #include <zel_xml/zelXMLFile.h>
 
@@ -119,7 +119,7 @@ TEST_F(VocabularyTest, AnotherFileReplacesTheWholeVocabulary)
 TEST_F(VocabularyTest, CanBeReplacedWhileOtherThreadsRead)
 {
     ASSERT_TRUE(Load(sample));
-    test_support::Readers readers([] {
+    Readers readers([] {
         const int type = CProActionCollection::MapActionType(L"Imaging");
         return type == 1 || type == -1;
     });

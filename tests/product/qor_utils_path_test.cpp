@@ -1,9 +1,10 @@
 // Store paths.
+#include "Readers.h"
+
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Program.h>
-#include <test_support/Readers.h>
 
 #include <windows.h>
 
@@ -107,7 +108,7 @@ TEST(zelPath, LeavesTheNameAsItIs)
 TEST(zelPath, AnswersWholePathsWhileTheHostChangesThem)
 {
     const StoreFolder start(34, L"A:\\one");
-    test_support::Readers readers([] {
+    Readers readers([] {
         const std::wstring path = zelPath::getPath(34, L"x");
         return path == L"A:\\one\\x" || path == L"B:\\another\\folder\\x";
     });

@@ -1,8 +1,9 @@
 // The profile reader, on the real registry.
+#include "Readers.h"
+
 #include <gtest/gtest.h>
 #include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
-#include <test_support/Readers.h>
 #include <test_support/TemporaryRegistryKey.h>
 
 #include <string>
@@ -153,7 +154,7 @@ TEST_F(Profile, StandsAChangeOfRootWhileOthersRead)
     const test_support::TemporaryRegistryKey otherKey;
     m_key.SetNumber(section, L"Count", 1);
     otherKey.SetNumber(section, L"Count", 2);
-    test_support::Readers readers([] {
+    Readers readers([] {
         const int value = ReadProfileInt(section, L"Count", 7);
         return value == 1 || value == 2;
     });

@@ -1,7 +1,8 @@
 // The string table: what it reads, what it returns, and how long its results live.
+#include "Readers.h"
+
 #include <gtest/gtest.h>
 #include <test_support/Files.h>
-#include <test_support/Readers.h>
 #include <test_support/TemporaryFolder.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
@@ -457,7 +458,7 @@ TEST_F(StringTable, AnswersWhileItIsLoadedAndTheLanguageChanges)
     test_support::WriteFile(three / L"x.xlf", Document(Section("de", Unit("yes", "Yes", "Ja")) +
                                                        Section("fr", Unit("yes", "Yes", "Oui"))));
     ASSERT_TRUE(zel_string_convert::LoadTable(three.Path()));
-    test_support::Readers readers([] {
+    Readers readers([] {
         const std::wstring text = ZelTString::get("yes", true);
         const std::wstring word = text.substr(0, text.find(L'!'));
         ZelTString::translate(L"Yes");

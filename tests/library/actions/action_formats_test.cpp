@@ -1,6 +1,6 @@
 // Reads the examples of the pages on file formats with the console's own vocabulary, so that a file
 // written after them works.
-#include "derived_state_fixture.h"
+#include "DerivedStateFixture.h"
 
 #include <pro_actions/VocabularyLoading.h>
 #include <Utils_Statics/ActionRepository.h>

@@ -1,7 +1,7 @@
 // Looking buttons up: among many names, among names that are hard to tell apart, and without
 // allocating.
 #include "../../support/guardheap/Modules.h"
-#include "repository_fixture.h"
+#include "RepositoryFixture.h"
 
 #include <cstdlib>
 #include <map>

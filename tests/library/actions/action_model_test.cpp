@@ -1,7 +1,7 @@
 // Random documents, read by the repository and by a plain reference.
-#include "plain_vocabulary.h"
-#include "random_document.h"
-#include "repository_fixture.h"
+#include "PlainVocabulary.h"
+#include "RandomDocument.h"
+#include "RepositoryFixture.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Reading one action and one button from their elements.
-#include "actions_fixture.h"
+#include "ActionsFixture.h"
 
 #include <Utils_Statics/ActionInfo.h>
 #include <Utils_Statics/ButtonAction.h>

@@ -1,5 +1,5 @@
 // The repository of button actions: which file it reads, when, and its answers then.
-#include "repository_fixture.h"
+#include "RepositoryFixture.h"
 
 #include <Utils_Statics/utilsExam.h>
 

@@ -1,5 +1,5 @@
 // The placement of a button, and the element that holds it.
-#include "actions_fixture.h"
+#include "ActionsFixture.h"
 
 #include <Utils_Statics/ButtonPlacement.h>
 

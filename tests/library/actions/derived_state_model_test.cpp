@@ -1,7 +1,7 @@
 // Random definitions and random signals, compared with a plain reference of the broadcasts.
-#include "derived_state_fixture.h"
-#include "plain_vocabulary.h"
-#include "random_document.h"
+#include "DerivedStateFixture.h"
+#include "PlainVocabulary.h"
+#include "RandomDocument.h"
 
 #include <map>
 #include <set>

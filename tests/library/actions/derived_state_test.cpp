@@ -1,5 +1,5 @@
 // States that follow from others: the content of the file, and the broadcasts.
-#include "derived_state_fixture.h"
+#include "DerivedStateFixture.h"
 
 #include <pro_actions/NotifiedConsumer.h>
 #include <test_support/VirtualPlace.h>

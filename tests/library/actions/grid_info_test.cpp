@@ -1,5 +1,5 @@
 // The grid position of a button: its validity, its equality and its element.
-#include "actions_fixture.h"
+#include "ActionsFixture.h"
 
 #include <Utils_Statics/GridInfo.h>
 

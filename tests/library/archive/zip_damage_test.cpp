@@ -1,6 +1,6 @@
 // Archives that lie, break off or were tampered with: a false result, but no crash, endless loop or
 // open file.
-#include "zip_extract_fixture.h"
+#include "ZipExtractFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/ResourceCounts.h>

@@ -1,5 +1,5 @@
 // Reading sound archives: what is extracted where, and the results.
-#include "zip_extract_fixture.h"
+#include "ZipExtractFixture.h"
 
 #include <base/Handles.h>
 #include <test_support/ResourceCounts.h>

@@ -1,6 +1,6 @@
 // The names of entries come from outside. None leads out of the current folder. A name that stays
 // inside is extracted.
-#include "zip_extract_fixture.h"
+#include "ZipExtractFixture.h"
 
 #include <base/FilePath.h>
 

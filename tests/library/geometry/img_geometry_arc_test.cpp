@@ -1,6 +1,6 @@
 // Arcs of constant depth as the device gets them, to the pixel, and the parameters that reach the
 // conversion routines.
-#include "drawing_recorder.h"
+#include "DrawingRecorder.h"
 
 #include <gtest/gtest.h>
 #include <qor_utils/PixelCoordinates.h>

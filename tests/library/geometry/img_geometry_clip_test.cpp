@@ -1,4 +1,4 @@
-#include "drawing_recorder.h"
+#include "DrawingRecorder.h"
 
 #include <gtest/gtest.h>
 #include <Utils_Statics/CImgGeometry.h>

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "GdiPlusSession.h"
-
+#include <base/GdiPlusSession.h>
 #include <gtest/gtest.h>
 #include <Utils_Statics/BitmapFunctions.h>
 
@@ -15,7 +14,7 @@ using Image = std::unique_ptr<Gdiplus::Bitmap>;
 
 class GdiPlusTest : public testing::Test
 {
-    GdiPlusSession m_session;
+    base::GdiPlusSession m_session;
 };
 
 inline const Gdiplus::PixelFormat allFormats[] = {

@@ -1,10 +1,11 @@
 // PreMultiplyRGBChannels.
-#include "DibSection.h"
-#include "PerPixelForm.h"
-
 #include <gtest/gtest.h>
+#include <test_support/DibSection.h>
+#include <test_support/PerPixelForm.h>
 
 #include <random>
+
+using test_support::DibSection;
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Rounded rectangles, rounded and bordered copies, and the names of all bitmap functions.
 #include "GdiPlus.h"
-#include "PerPixelForm.h"
 
 #include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
+#include <test_support/PerPixelForm.h>
 #include <test_support/ResourceCounts.h>
 
 #include <cmath>

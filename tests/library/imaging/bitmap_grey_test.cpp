@@ -1,14 +1,16 @@
 // Turning images grey: GrayScaleBitmap on GDI+ images, GrayScale on device bitmaps.
-#include "DibSection.h"
 #include "GdiPlus.h"
-#include "PerPixelForm.h"
 
 #include <gtest/gtest.h>
+#include <test_support/DibSection.h>
 #include <test_support/ImportHook.h>
+#include <test_support/PerPixelForm.h>
 #include <test_support/ResourceCounts.h>
 
 #include <cstring>
 #include <new>
+
+using test_support::DibSection;
 
 namespace {
 

@@ -432,7 +432,7 @@ TEST_F(LoadingTest, LeavesNothingBehind)
 TEST_F(LoadingTest, ReadsPicturesOfOtherWriters)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"PICTURE_FOLDER");
-    if (folder.empty()) GTEST_SKIP() << "run by picture_readers.sh, which sets PICTURE_FOLDER";
+    if (folder.empty()) GTEST_SKIP() << "run by picture-readers, which sets PICTURE_FOLDER";
     for (const wchar_t* const extension : {L"bmp", L"gif", L"jpg", L"png", L"tif"}) {
         const std::wstring path = folder + L"\\made." + extension;
         const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(path.c_str()));

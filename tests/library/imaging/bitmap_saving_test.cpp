@@ -1,9 +1,9 @@
 // Encoders, their parameter blocks, saving device bitmaps, and the grey palette.
-#include "DibSection.h"
 #include "GdiPlus.h"
 
 #include <gtest/gtest.h>
 #include <test_support/ChildTest.h>
+#include <test_support/DibSection.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
@@ -15,6 +15,7 @@
 
 using Gdiplus::EncoderParameter;
 using Gdiplus::EncoderParameters;
+using test_support::DibSection;
 
 namespace {
 
@@ -436,7 +437,7 @@ TEST_F(SaveBitmapTest, LeavesNothingBehind)
 TEST_F(SaveBitmapTest, WritesPicturesForOtherReaders)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"PICTURE_FOLDER");
-    if (folder.empty()) GTEST_SKIP() << "run by picture_readers.sh, which sets PICTURE_FOLDER";
+    if (folder.empty()) GTEST_SKIP() << "run by picture-readers, which sets PICTURE_FOLDER";
     const DibSection section(64, 48, 32, DibSection::bottomUp);
     section.SetPixels(Gradient(64, 48));
     for (const FileFormat& file : fileFormats)
@@ -465,7 +466,7 @@ TEST(CreateGrayscalePalette, HasTwoHundredAndFiftySixOpaqueGreys)
 
 TEST(CreateGrayscalePalette, IsAPaletteThatGdiPlusTakes)
 {
-    const GdiPlusSession session;
+    const base::GdiPlusSession session;
     const std::unique_ptr<Gdiplus::ColorPalette> palette(CreateGrayscalePalette());
     Gdiplus::Bitmap image(4, 4, PixelFormat8bppIndexed);
     ASSERT_EQ(image.SetPalette(palette.get()), Gdiplus::Ok);

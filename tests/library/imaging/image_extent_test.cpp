@@ -1,17 +1,18 @@
 // Images too large for GDI+, and damaged files.
-#include "DibSection.h"
 #include "GdiPlus.h"
 #include "imaging/ImageExtent.h"
 #include "imaging/ImageStream.h"
 #include "PictureFiles.h"
 
 #include <gtest/gtest.h>
+#include <test_support/DibSection.h>
 #include <test_support/Files.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <random>
 
 using namespace utils_statics;
+using test_support::DibSection;
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The matrix routines one by one: their names, known results, and the status they report.
-#include "matrix_fixture.h"
+#include "MatrixFixture.h"
 
 #include <windows.h>
 

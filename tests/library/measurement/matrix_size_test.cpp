@@ -1,5 +1,5 @@
 // The matrix routines at the sizes and with the arrays that they must leave alone.
-#include "matrix_fixture.h"
+#include "MatrixFixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The matrix routines against plain loops, bit by bit.
-#include "matrix_fixture.h"
+#include "MatrixFixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The receiver of the drivers' events, by itself and behind the service.
-#include "wmi_fixture.h"
+#include "WmiFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/VirtualPlace.h>

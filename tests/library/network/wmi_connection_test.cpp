@@ -1,5 +1,5 @@
 // The monitoring connects, subscribes and lets go, with failures at every step.
-#include "wmi_fixture.h"
+#include "WmiFixture.h"
 
 #include <test_support/ImportHook.h>
 

@@ -1,5 +1,5 @@
 // The monitoring's questions, and what it makes of the answers.
-#include "wmi_fixture.h"
+#include "WmiFixture.h"
 
 #include <chrono>
 #include <climits>

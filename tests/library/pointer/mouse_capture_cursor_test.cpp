@@ -1,5 +1,5 @@
 // The effect of the arbitration of the pointer on the system's cursor.
-#include "mouse_capture_fixture.h"
+#include "MouseCaptureFixture.h"
 
 namespace {
 

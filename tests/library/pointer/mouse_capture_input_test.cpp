@@ -1,5 +1,5 @@
 // Mouse messages: what a press grabs, what lets go, and what reaches the owner.
-#include "mouse_capture_fixture.h"
+#include "MouseCaptureFixture.h"
 
 #include <climits>
 

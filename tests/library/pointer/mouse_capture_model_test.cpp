@@ -1,6 +1,6 @@
 // The arbitration of the pointer against a plain reference of it, over random steps. The handlers
 // play steps of their own from inside their operations.
-#include "mouse_capture_model.h"
+#include "MouseCaptureModel.h"
 
 #include <gtest/gtest.h>
 #include <Utils_Statics/MouseCapture.h>

@@ -1,5 +1,5 @@
 // The user's next action: from point to point and from handler to handler.
-#include "mouse_capture_fixture.h"
+#include "MouseCaptureFixture.h"
 
 #include <climits>
 

@@ -1,5 +1,5 @@
 // Calls of the arbitration from inside a handler's operations.
-#include "mouse_capture_fixture.h"
+#include "MouseCaptureFixture.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 // The handlers of the pointer and its lock: registration, defaults, and who is told when the lock
 // changes hands.
-#include "mouse_capture_fixture.h"
+#include "MouseCaptureFixture.h"
 
 #include <test_support/VirtualPlace.h>
 

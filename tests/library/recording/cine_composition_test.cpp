@@ -1,7 +1,7 @@
-#include "DeviceContextComposition.h"
 #include "recording/CineComposition.h"
 
 #include <gtest/gtest.h>
+#include <test_support/DeviceContextComposition.h>
 
 #include <algorithm>
 #include <functional>

@@ -1,6 +1,6 @@
 // Recording through codecs: how one is found, its input and output, its failure, and its release.
-#include "../../codecs/testcodec/TestCodec.h"
-#include "cine_store_avi_fixture.h"
+#include "CineStoreAviFixture.h"
+#include "testcodec/TestCodec.h"
 
 #include <test_support/InstalledCodec.h>
 #include <test_support/ResourceCounts.h>

@@ -1,7 +1,8 @@
 // The content of frames: the background, the composed planes and masks, whole bitmaps and their
 // turns.
-#include "cine_store_avi_fixture.h"
-#include "DeviceContextComposition.h"
+#include "CineStoreAviFixture.h"
+
+#include <test_support/DeviceContextComposition.h>
 
 #include <algorithm>
 

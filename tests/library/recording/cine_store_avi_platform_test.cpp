@@ -1,6 +1,6 @@
 // The calls of a movie recorder to Video for Windows, and its reaction to a refusal.
-#include "../../codecs/testcodec/TestCodec.h"
-#include "cine_store_avi_fixture.h"
+#include "CineStoreAviFixture.h"
+#include "testcodec/TestCodec.h"
 
 #include <base/Handles.h>
 #include <test_support/ImportHook.h>

@@ -1,6 +1,6 @@
 // Movies that need more than this program: other readers, gibibytes of disk, a full disk. Scripts
 // run these tests.
-#include "cine_store_avi_fixture.h"
+#include "CineStoreAviFixture.h"
 
 #include <base/Handles.h>
 #include <test_support/ChildTest.h>

@@ -1,6 +1,6 @@
 // The movie as a whole: its form, its rate, starting and ending it, and the announcement when it is
 // complete.
-#include "cine_store_avi_fixture.h"
+#include "CineStoreAviFixture.h"
 
 #include <base/Handles.h>
 #include <test_support/Files.h>

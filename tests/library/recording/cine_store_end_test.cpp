@@ -1,5 +1,5 @@
 // The end of a recording: what it finishes, and whom it tells.
-#include "cine_store_fixture.h"
+#include "CineStoreFixture.h"
 
 #include <base/Handles.h>
 

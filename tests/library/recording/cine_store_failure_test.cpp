@@ -1,5 +1,5 @@
 // Refused calls, failures in the middle, and the remains of a recorder that is killed.
-#include "cine_store_fixture.h"
+#include "CineStoreFixture.h"
 
 #include <base/Handles.h>
 #include <test_support/ChildTest.h>

@@ -1,5 +1,5 @@
 // The file of a recording, the members that a derived store reuses, and a second use of a store.
-#include "cine_store_fixture.h"
+#include "CineStoreFixture.h"
 
 #include <test_support/ResourceCounts.h>
 

@@ -1,5 +1,5 @@
 // The registry of the items, with items of the test's own and with the real ones.
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/ComScope.h>

@@ -1,5 +1,5 @@
 // Image files that are missing, damaged, hostile or replaced.
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <base/Handles.h>
 #include <qor_utils/StoreFolders.h>
@@ -220,7 +220,7 @@ TEST_F(IconFiles, AreShownByASecondDrawingSessionToo)
     Write(24, 20, green);
     EXPECT_EQ(Colour(), green);
     {
-        const DrawingSession second;
+        const base::GdiPlusSession second;
         EXPECT_EQ(Colour(), green);
     }
     EXPECT_EQ(Colour(), green);

@@ -1,5 +1,5 @@
 // The items of one pattern: burning, transfer, recording, tracking and the wired network.
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <test_support/Files.h>
 #include <test_support/VirtualPlace.h>

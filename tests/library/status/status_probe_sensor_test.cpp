@@ -1,10 +1,10 @@
 // The display of the probe sensor.
-#include "../text/TestStringTable.h"
-#include "drawing_record.h"
-#include "status_fixture.h"
+#include "DrawingRecord.h"
+#include "StatusFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/LogCapture.h>
+#include <test_support/TestStringTable.h>
 #include <Utils_Statics/CStatusProbeSensor.h>
 
 #include <cmath>
@@ -12,6 +12,7 @@
 #include <limits>
 
 using test_support::LogCapture;
+using test_support::TestStringTable;
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The streaming icon: its three states, its blinking and its caption.
 #include <winsock2.h>
 
-#include "../text/TestStringTable.h"
-#include "drawing_record.h"
-#include "status_fixture.h"
+#include "DrawingRecord.h"
+#include "StatusFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <test_support/ImportHook.h>
+#include <test_support/TestStringTable.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -21,6 +21,7 @@
 #include <vector>
 
 using namespace std::chrono;
+using test_support::TestStringTable;
 
 namespace {
 

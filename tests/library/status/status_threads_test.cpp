@@ -1,5 +1,5 @@
 // Setters on eight threads at once while another one paints.
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <test_support/ChildTest.h>
 #include <Utils_Statics/CStatusBurning.h>

@@ -1,5 +1,5 @@
 // The wireless icon and its signal.
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <test_support/ComScope.h>
 #include <test_support/ImportHook.h>

@@ -1,6 +1,6 @@
 // Random texts: they are formatted as the C library does, and accepted or refused as a regular
 // expression says.
-#include "get_str_fixture.h"
+#include "GetStrFixture.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // Texts by key, formatted with arguments, and texts translated by themselves.
-#include "get_str_fixture.h"
+#include "GetStrFixture.h"
 
 #include <cfloat>
 #include <cstddef>

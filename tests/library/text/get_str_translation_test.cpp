@@ -1,5 +1,5 @@
 // Translations that break the base text's conversions: which are used, and what is logged.
-#include "get_str_fixture.h"
+#include "GetStrFixture.h"
 
 using test_support::LogCapture;
 

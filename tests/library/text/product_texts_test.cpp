@@ -1,8 +1,9 @@
 // This program has no version resource. text_test.cpp tests the product texts with one.
-#include "TestStringTable.h"
-
 #include <gtest/gtest.h>
+#include <test_support/TestStringTable.h>
 #include <Utils_Statics/utilsExam.h>
+
+using test_support::TestStringTable;
 
 namespace {
 

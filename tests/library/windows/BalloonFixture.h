@@ -1,18 +1,28 @@
 #pragma once
 
 #include "RequestCounter.h"
-#include "TipReader.h"
 
 #include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
 #include <test_support/ResourceCounts.h>
+#include <test_support/TipReader.h>
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
 
 #include <string>
+
+using test_support::MessageOnlyWindows;
+using test_support::Pump;
+using test_support::PumpUntil;
+using test_support::ShownTip;
+using test_support::ShowsText;
+using test_support::TipText;
+using test_support::TipTitle;
+using test_support::TipWindows;
+using test_support::TitleWatch;
 
 extern CWinApp application;
 

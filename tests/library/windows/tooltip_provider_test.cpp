@@ -1,14 +1,22 @@
 // CToolTipProvider, read back from the tooltip control.
-#include "TipReader.h"
-
 #include <gtest/gtest.h>
 #include <test_support/ResourceCounts.h>
+#include <test_support/TipReader.h>
 #include <Utils_Statics/CToolTipProvider.h>
 
 #include <afxwin.h>
 
 #include <memory>
 #include <type_traits>
+
+using test_support::MessageOnlyWindows;
+using test_support::Pump;
+using test_support::PumpUntil;
+using test_support::ShownTip;
+using test_support::ShowsText;
+using test_support::TipText;
+using test_support::TipWindows;
+using test_support::TitleWatch;
 
 #ifndef _WIN64
 static_assert(sizeof(TOOLINFOW) == 48);

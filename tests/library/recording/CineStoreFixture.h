@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cine_completed.h"
+#include "CineCompleted.h"
 
 #include <gtest/gtest.h>
 #include <test_support/Files.h>

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace test_support {
+
 // The product's string table with the texts of one test; English is the base language, German the
 // current one.
 class TestStringTable
@@ -52,7 +54,7 @@ private:
 
     void Write(const std::wstring& path) const
     {
-        test_support::WriteFile(
+        WriteFile(
             path,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
@@ -63,6 +65,8 @@ private:
                 m_units + "</body></file></xliff>\n");
     }
 
-    test_support::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
     std::string m_units;
 };
+
+} // namespace test_support

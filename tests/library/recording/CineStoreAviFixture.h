@@ -1,8 +1,8 @@
 #pragma once
 
 #include "AviMovie.h"
-#include "cine_completed.h"
-#include "cine_pictures.h"
+#include "CineCompleted.h"
+#include "CinePictures.h"
 
 #include <gtest/gtest.h>
 #include <test_support/TemporaryFolder.h>

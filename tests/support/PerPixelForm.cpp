@@ -1,4 +1,4 @@
-#include "PerPixelForm.h"
+#include "test_support/PerPixelForm.h"
 
 namespace per_pixel_form {
 

@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-namespace test_support {
-
 // Threads that read the same thing again and again, while the test's own thread changes it.
 class Readers
 {
@@ -43,5 +41,3 @@ private:
     std::atomic<int> m_wrong = 0;
     std::vector<std::jthread> m_threads;
 };
-
-} // namespace test_support

@@ -1,4 +1,4 @@
-#include "cine_store_avi_fixture.h"
+#include "CineStoreAviFixture.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "mouse_capture_model.h"
+#include "MouseCaptureModel.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "actions_fixture.h"
+#include "ActionsFixture.h"
 
 #include <Utils_Statics/DerivedState.h>
 

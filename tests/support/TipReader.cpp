@@ -1,6 +1,8 @@
-#include "TipReader.h"
+#include "test_support/TipReader.h"
 
 #include <map>
+
+namespace test_support {
 
 namespace {
 
@@ -111,3 +113,5 @@ HWND ShownTip()
         if (IsWindowVisible(tip)) return tip;
     return nullptr;
 }
+
+} // namespace test_support

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <Utils_Statics/BitmapFunctions.h>
+#include <windows.h>
+#include <gdiplus.h>
+#include <objidl.h>
 
 #include <cstdint>
 #include <span>

@@ -1,4 +1,4 @@
-#include "cine_pictures.h"
+#include "CinePictures.h"
 
 #include <algorithm>
 #include <random>

@@ -1,14 +1,12 @@
 #pragma once
 
+#include <base/GdiPlusSession.h>
 #include <gtest/gtest.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/IStatusItem.h>
 
 #include <afxwin.h>
-
-#include <gdiplus.h>
-#include <objidl.h>
 
 #include <atomic>
 #include <memory>
@@ -18,23 +16,6 @@
 extern CWinApp theApplication;
 
 inline constexpr Gdiplus::ARGB background = 0xFF204060;
-
-// GDI+ runs while it lives.
-class DrawingSession
-{
-public:
-    DrawingSession()
-    {
-        const Gdiplus::GdiplusStartupInput input;
-        Gdiplus::GdiplusStartup(&m_token, &input, nullptr);
-    }
-    ~DrawingSession() { Gdiplus::GdiplusShutdown(m_token); }
-    DrawingSession(const DrawingSession&) = delete;
-    DrawingSession& operator=(const DrawingSession&) = delete;
-
-private:
-    ULONG_PTR m_token = 0;
-};
 
 // A row to draw into, and its pixels.
 class Row
@@ -118,7 +99,7 @@ protected:
     inline static std::atomic<int> repaints = 0;
 
 private:
-    DrawingSession m_session;
+    base::GdiPlusSession m_session;
     test_support::TemporaryFolder m_images;
     test_support::TemporaryRegistryKey m_settings;
 };

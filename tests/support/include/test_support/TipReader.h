@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace test_support {
+
 // Dispatches this thread's messages until the condition holds; false when it does not hold in time.
 bool PumpUntil(const std::function<bool()>& holds, DWORD milliseconds = 10000);
 // Dispatches the messages in the queue.
@@ -49,3 +51,5 @@ private:
 
 // The tip that is shown; null when there is none.
 HWND ShownTip();
+
+} // namespace test_support

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "random_document.h"
+#include "RandomDocument.h"
 
 #include <pro_actions/ActionStateInfo.h>
 

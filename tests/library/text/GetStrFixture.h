@@ -1,13 +1,14 @@
 #pragma once
 
-#include "TestStringTable.h"
-
 #include <gtest/gtest.h>
 #include <test_support/LogCapture.h>
+#include <test_support/TestStringTable.h>
 #include <Utils_Statics/GetStr.h>
 
 #include <string>
 #include <vector>
+
+using test_support::TestStringTable;
 
 // A text of ASCII characters only.
 inline std::wstring Wide(const std::string& text)

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace test_support {
+
 // A bitmap whose memory the test sees. Pixels are passed and returned top row first, as 0xAARRGGBB
 // (0x00RRGGBB with 24 bits a pixel).
 class DibSection
@@ -105,3 +107,5 @@ private:
     base::Bitmap m_bitmap;
     std::uint8_t* m_bits = nullptr;
 };
+
+} // namespace test_support

@@ -1,4 +1,4 @@
-#include "status_fixture.h"
+#include "StatusFixture.h"
 
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>

@@ -1,4 +1,4 @@
-#include "random_document.h"
+#include "RandomDocument.h"
 
 #include <algorithm>
 
