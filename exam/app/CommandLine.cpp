@@ -216,7 +216,7 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
     return result;
 }
 
-const wchar_t* UsageText()
+std::wstring UsageText()
 {
     return L"usage: exam.exe [OPTIONS]\n"
            L"\n"
@@ -263,17 +263,7 @@ const wchar_t* UsageText()
            L"\"Settings\\Status\" says what\n"
            L"the status row shows; a click on the row opens the page of its settings.\n"
            L"\n"
-           L"Keys: Space shows the next image, F the next frame, L the other language; 1, 2 and 3 "
-           L"show and hide the\n"
-           L"distance, angle and region tools; P switches between pointer and trackball style, Tab "
-           L"takes up the next\n"
-           L"point; S shows the spectral strip, R turns the outline by 15 degrees; C starts and "
-           L"ends a recording of\n"
-           L"raw frames, V of a movie; K shows and hides the control panel; Z packs the study into "
-           L"an archive\n"
-           L"beside the recordings, U unpacks the last one; A shows and hides what the program is "
-           L"made of; Esc\n"
-           L"leaves.\n";
+           L"Keys:\n";
 }
 
 } // namespace exam

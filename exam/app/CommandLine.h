@@ -48,7 +48,7 @@ struct CommandLine
 /// Reads the arguments after the program's name. Nothing is thrown; `error` says what is wrong.
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
 
-/// The text of --help.
-const wchar_t* UsageText();
+/// The text of --help, which KeyHelp() goes on.
+std::wstring UsageText();
 
 } // namespace exam

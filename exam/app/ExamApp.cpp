@@ -3,7 +3,6 @@
 #include "app/ProfileFile.h"
 #include "app/SampleTree.h"
 #include "base/Console.h"
-#include "base/StateChanges.h"
 #include "protocol/ProtocolCheck.h"
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
@@ -11,7 +10,6 @@
 #include "service/CrashOnPurpose.h"
 #include "service/FileVersion.h"
 #include "tour/Tour.h"
-#include "tour/TourStatus.h"
 
 #include <base/FilePath.h>
 #include <base/Owner.h>
@@ -66,7 +64,7 @@ BOOL ExamApp::InitInstance()
     utilsExam::SetConsoleType(m_options.console);
     InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
-    if (!OpenMainWindow() || !OpenControls() || !OpenStatusRow()) return FALSE;
+    if (!OpenMainWindow() || !OpenStatusRow()) return FALSE;
     utilsExam::AppInitDone = true;
     if (!m_options.IsTour()) return TRUE;
     m_exitCode = RunTour();
@@ -77,8 +75,8 @@ BOOL ExamApp::InitInstance()
 int ExamApp::ExitInstance()
 {
     m_status.reset();
-    m_controls.reset();
     m_window.reset();
+    m_state.reset();
     return m_exitCode;
 }
 
@@ -86,7 +84,7 @@ bool ExamApp::ReadCommandLine()
 {
     m_options = ParseCommandLine(Arguments());
     if (m_options.help) {
-        WriteOut(UsageText());
+        if (LoadTexts()) WriteOut(UsageText() + KeyHelp());
         return false;
     }
     if (m_options.error.empty()) return true;
@@ -157,8 +155,9 @@ bool ExamApp::LoadVocabulary()
 
 bool ExamApp::LoadImages()
 {
+    m_state = std::make_unique<ExamState>();
     for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
-        const std::wstring problem = m_session.Add(name);
+        const std::wstring problem = m_state->AddRecording(name);
         if (!problem.empty()) return Fail(problem);
     }
     return true;
@@ -166,19 +165,12 @@ bool ExamApp::LoadImages()
 
 bool ExamApp::OpenMainWindow()
 {
-    m_window = std::make_unique<MainWindow>(m_session);
-    m_window->SetRecordingFolder(base::FullPath(m_options.RecordingFolder().c_str()));
-    TellChange(stateImageChanged);
+    const std::wstring folder = base::FullPath(m_options.RecordingFolder().c_str());
+    m_window = std::make_unique<MainWindow>(*m_state, folder);
     m_pMainWnd = m_window.get();
-    if (m_window->Open()) return true;
-    return Fail(L"the main window cannot be created; is there a screen?");
-}
-
-bool ExamApp::OpenControls()
-{
-    const std::wstring pictures = base::FullPath(m_options.RecordingFolder().c_str());
-    m_controls = std::make_unique<ConsoleControls>(*m_window, m_session, pictures);
-    return m_controls->Open() || Fail(L"the control panel cannot be created");
+    if (!m_window->Open()) return Fail(L"the main window cannot be created; is there a screen?");
+    m_window->Panel().Reload();
+    return m_window->Panel().Open(*m_window) || Fail(L"the control panel cannot be created");
 }
 
 bool ExamApp::OpenStatusRow()
@@ -190,10 +182,8 @@ bool ExamApp::OpenStatusRow()
 int ExamApp::RunTour()
 {
     TourReport report;
-    TourContext context{report, *m_window, *m_controls, m_session, m_options.tourFolder};
+    TourContext context{report, *m_state, *m_window, *m_status, m_options.tourFolder};
     TakeTour(context);
-    TourStatus(context, *m_status);
-    TourEnd(context);
     return report.Close() ? 0 : exitFailure;
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/CommandLine.h"
-#include "image/Session.h"
 #include "status/StatusDisplay.h"
-#include "window/ConsoleControls.h"
 #include "window/MainWindow.h"
 
 #include <afxwin.h>
@@ -29,14 +27,12 @@ private:
     bool LoadImages();
     bool LoadVocabulary();
     bool OpenMainWindow();
-    bool OpenControls();
     bool OpenStatusRow();
     int RunTour();
 
     CommandLine m_options;
-    Session m_session;
+    std::unique_ptr<ExamState> m_state;
     std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<ConsoleControls> m_controls;
     std::unique_ptr<StatusDisplay> m_status;
     int m_exitCode = 0;
 };

@@ -1,6 +1,5 @@
 #include "app/ProfileFile.h"
 
-#include "base/FileKind.h"
 #include "base/FileReader.h"
 
 #include <algorithm>

@@ -1,6 +1,40 @@
 #include "base/FileReader.h"
 
+#include <base/Handles.h>
+
 namespace exam {
+
+namespace {
+
+// Asks for the kind only, which works for files in use and for files without permissions too.
+base::File OpenToAsk(const std::wstring& path)
+{
+    return base::File(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+} // namespace
+
+FileKind KindOfFile(const std::wstring& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    const bool known = attributes != INVALID_FILE_ATTRIBUTES;
+    if (known && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileKind::folder;
+    const base::File file = OpenToAsk(path);
+    if (file) return GetFileType(file.get()) == FILE_TYPE_DISK ? FileKind::file : FileKind::device;
+    return known || GetLastError() == ERROR_ACCESS_DENIED ? FileKind::file : FileKind::missing;
+}
+
+std::wstring FindFileProblem(const std::wstring& path)
+{
+    switch (KindOfFile(path)) {
+    case FileKind::missing: return L"there is no such file";
+    case FileKind::folder: return L"this is a folder, not a file";
+    case FileKind::device: return L"this is a device, not a file";
+    default: return L"";
+    }
+}
 
 bool FileReader::Open(const std::wstring& path)
 {

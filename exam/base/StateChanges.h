@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Utils_Statics/StateChangeType.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cstdint>
 
@@ -11,12 +12,16 @@ enum StateChangeType : std::int32_t
     stateImageChanged = 1,       ///< another recording or frame is on display
     stateLanguageChanged = 2,    ///< the texts are in another language
     stateMeasurementChanged = 3, ///< a tool was shown, hidden, grabbed, moved or let go
-    stateDisplayChanged = 4      ///< something else on the screen changed
+    stateDisplayChanged = 4,     ///< something else on the screen changed
+    stateFitChanged = 5          ///< the image has another size; its frame follows
 };
 
 namespace exam {
 
 /// Tells every consumer of the state-change signal.
-void TellChange(StateChangeType change);
+inline void TellChange(StateChangeType change)
+{
+    utilsExam::StateChangeSignal(change, 0, 0);
+}
 
 } // namespace exam

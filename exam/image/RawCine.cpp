@@ -1,6 +1,6 @@
 #include "image/RawCine.h"
 
-#include "base/FileKind.h"
+#include "base/FileReader.h"
 
 #include <Utils_Statics/CineHeader.h>
 

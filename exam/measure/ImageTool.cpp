@@ -1,7 +1,7 @@
 #include "measure/ImageTool.h"
 
+#include "base/Painting.h"
 #include "base/StateChanges.h"
-#include "base/Strokes.h"
 
 #include <Utils_Statics/MouseCapture.h>
 

@@ -1,7 +1,7 @@
 #include "measure/RotatedOutline.h"
 
+#include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/Strokes.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/MatrixRoutines.h>

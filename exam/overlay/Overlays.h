@@ -1,20 +1,53 @@
 #pragma once
 
-#include "overlay/DepthBadge.h"
-#include "overlay/LoopDial.h"
+#include "overlay/Overlay.h"
 #include "overlay/ToolBar.h"
+#include "state/ExamState.h"
 
 #include <array>
 #include <vector>
 
 namespace exam {
 
+/// A round dial in the upper right corner of the image that shows how far the loop of frames has
+/// gone.
+class LoopDial : public Overlay
+{
+public:
+    explicit LoopDial(const ExamState& state) : m_state(state) {}
+
+    void Draw(CDC* dc) override;
+    void DrawMask(CDC* dc) override;
+
+protected:
+    CRect AreaOver(const CRect& image) const override;
+
+private:
+    const ExamState& m_state;
+};
+
+/// A rectangle below the dial: the depth that is shown.
+class DepthBadge : public Overlay
+{
+public:
+    explicit DepthBadge(const ExamState& state) : m_state(state) {}
+
+    void Draw(CDC* dc) override;
+    int IsRectMask() override { return 1; }
+
+protected:
+    CRect AreaOver(const CRect& image) const override;
+
+private:
+    const ExamState& m_state;
+};
+
 /// All windows over the image.
 class Overlays
 {
 public:
-    /// Session and view outlive this object. The buttons are those of the tool bar.
-    Overlays(const Session& session, const ImageView& view, std::vector<ToolButton> buttons);
+    /// The state outlives this object. The buttons are those of the tool bar.
+    Overlays(const ExamState& state, std::vector<ToolButton> buttons);
 
     /// Shows them over an image whose area is `image`, in client coordinates of `parent`. False
     /// when the platform refuses.

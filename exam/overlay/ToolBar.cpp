@@ -2,13 +2,26 @@
 
 #include "base/Palette.h"
 
+#include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/GetStr.h>
 
+#include <iterator>
+#include <string>
 #include <utility>
 
 namespace exam {
 
 namespace {
+
+constexpr float cornerRadius = 7; // pixels
+constexpr int ownAlpha = -1;
+
+// The places run from the edge to the middle. A picture begins with a soft edge; a frame lies about
+// a seventh of the way in.
+constexpr float edgeFactors[] = {0, 1, 1};
+constexpr float edgePlaces[] = {0, 0.12F, 1};
+constexpr float frameFactors[] = {0, 0.2F, 1, 1};
+constexpr float framePlaces[] = {0, 0.15F, 0.3F, 1};
 
 constexpr int buttonSize = 40;
 constexpr int gap = 8;
@@ -17,6 +30,38 @@ constexpr int fromLeft = 12;
 constexpr int fromTop = 132; // leaves room for the recording mark and the time of movies
 
 } // namespace
+
+ButtonPicture::ButtonPicture(const wchar_t* name)
+{
+    const Image loaded(LoadImageFromIconStore((std::wstring(L"buttons\\") + name).c_str()));
+    m_normal.reset(CreateRoundedBitmap(loaded.get(), cornerRadius, edgeFactors, edgePlaces,
+                                       static_cast<int>(std::size(edgeFactors))));
+    if (!m_normal) return;
+    m_disabled.reset(m_normal->Clone(0, 0, static_cast<int>(m_normal->GetWidth()),
+                                     static_cast<int>(m_normal->GetHeight()),
+                                     PixelFormat32bppARGB));
+    GrayScaleBitmap(m_disabled.get(), ownAlpha);
+    m_framed.reset(CreateBorderedBitmap(m_normal.get(), frameFactors, framePlaces,
+                                        static_cast<int>(std::size(frameFactors)),
+                                        palette::accent));
+}
+
+const ButtonPicture::Image& ButtonPicture::In(ButtonForm form) const
+{
+    switch (form) {
+    case ButtonForm::disabled: return m_disabled;
+    case ButtonForm::framed: return m_framed;
+    default: return m_normal;
+    }
+}
+
+void ButtonPicture::Draw(CDC& dc, const CRect& area, ButtonForm form) const
+{
+    const Image& image = In(form);
+    if (!image) return;
+    Gdiplus::Graphics graphics(dc.GetSafeHdc());
+    graphics.DrawImage(image.get(), area.left, area.top, area.Width(), area.Height());
+}
 
 BEGIN_MESSAGE_MAP(ToolBar, Overlay)
     ON_WM_LBUTTONDOWN()
@@ -80,7 +125,7 @@ void ToolBar::OnMouseMove(UINT, CPoint point)
     const std::optional<std::size_t> button = ButtonAt(point);
     if (!button) return m_tip.Leave();
     m_tip.Follow(*this, AreaOf(*button), GetStr(m_buttons[*button].nameKey),
-                 GetStr(m_buttons[*button].tipKey));
+                 m_buttons[*button].tip());
 }
 
 LRESULT ToolBar::OnMouseLeave(WPARAM, LPARAM)

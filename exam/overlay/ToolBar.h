@@ -1,22 +1,54 @@
 #pragma once
 
-#include "overlay/ButtonPicture.h"
 #include "overlay/HoverTip.h"
 #include "overlay/Overlay.h"
 
+#include <Utils_Statics/BitmapFunctions.h> // includes the headers of GDI+
+
+#include <afxwin.h>
+
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace exam {
+
+/// The look of a button.
+enum class ButtonForm
+{
+    normal,
+    disabled, ///< grey
+    framed    ///< its state is on
+};
+
+/// A button's picture from the icon store, with rounded corners, in each of its forms. GDI+ must
+/// run as long as this object lives.
+class ButtonPicture
+{
+public:
+    /// `name` is the name of a picture file in the store's folder "buttons".
+    explicit ButtonPicture(const wchar_t* name);
+
+    void Draw(CDC& dc, const CRect& area, ButtonForm form) const;
+
+private:
+    using Image = std::unique_ptr<Gdiplus::Bitmap>;
+
+    const Image& In(ButtonForm form) const;
+
+    Image m_normal;
+    Image m_disabled;
+    Image m_framed;
+};
 
 /// A button of the tool bar.
 struct ToolButton
 {
     const wchar_t* picture; ///< its name in the folder of button pictures
     const char* nameKey;
-    const char* tipKey;
+    std::function<CString()> tip;
     std::function<void()> push;
     std::function<ButtonForm()> form; ///< its look now; a disabled button cannot be pushed
 };

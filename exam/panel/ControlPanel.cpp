@@ -1,14 +1,13 @@
 #include "panel/ControlPanel.h"
 
-#include "base/BufferedPaint.h"
+#include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/ScopedFont.h"
 #include "base/StateChanges.h"
-#include "panel/PanelFile.h"
-#include "panel/PanelGrid.h"
+#include "panel/PanelLayout.h"
 
 #include <base/Encoding.h>
 #include <Utils_Statics/ActionRepository.h>
+#include <Utils_Statics/DerivedState.h>
 #include <Utils_Statics/GetStr.h>
 
 #include <algorithm>
@@ -56,6 +55,14 @@ ControlPanel::ControlPanel(Listener listener)
 {
 }
 
+ControlPanel::~ControlPanel()
+{
+    DestroyWindow(); // it shows objects that end next
+    m_buttons.clear();
+    DerivedState::DestroyAll();
+    ActionRepository::DestroyInstance();
+}
+
 bool ControlPanel::Open(CWnd& owner)
 {
     CRect beside;
@@ -74,6 +81,7 @@ bool ControlPanel::Open(CWnd& owner)
 
 void ControlPanel::Reload()
 {
+    DerivedState::LoadAll();
     m_press.reset();
     m_pushedOnce.clear();
     m_buttons.clear(); // they point into the repository
@@ -84,6 +92,7 @@ void ControlPanel::Reload()
     m_lamps = std::make_unique<Lamps>([this] { Repaint(); });
     for (const PanelButton& button : m_buttons)
         m_lamps->Follow(*button.action);
+    m_listener.broadcast();
 }
 
 // Works out which buttons stand where. Everything that depends on the places of buttons, such as

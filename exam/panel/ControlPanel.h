@@ -1,7 +1,6 @@
 #pragma once
 
 #include "overlay/HoverTip.h"
-#include "panel/Lamps.h"
 #include "panel/PanelButton.h"
 #include "panel/PanelLayout.h"
 
@@ -29,16 +28,19 @@ public:
     {
         std::function<void(const ActionInfo&)> carryOut;
         std::function<void(const CString&)> tell; ///< a sentence for the user
+        std::function<void()> broadcast;          ///< broadcasts all action states
     };
 
     explicit ControlPanel(Listener listener);
+    ~ControlPanel() override;
 
     /// Creates and shows the window, owned by `owner`; false when the platform refuses. The window
     /// takes no keyboard input away from its owner.
     bool Open(CWnd& owner);
 
-    /// Reads the buttons' actions and the layout in force. All lamps are off until their states are
-    /// broadcast.
+    /// Reads the protocol's files in force: derived states, the buttons' actions and the layout.
+    /// They stay in force until the end of this object. All states are broadcast then, for the
+    /// lamps.
     void Reload();
 
     const std::vector<PanelButton>& Buttons() const { return m_buttons; }

@@ -1,5 +1,5 @@
 // Finds what the control panel ignores in "panel.xml".
-#include "panel/PanelGrid.h"
+#include "panel/PanelLayout.h"
 #include "protocol/ElementChecks.h"
 #include "protocol/FileChecks.h"
 

@@ -1,8 +1,8 @@
 #include "protocol/ProtocolCheck.h"
 
 #include "base/Console.h"
-#include "base/FileKind.h"
-#include "panel/PanelFile.h"
+#include "base/FileReader.h"
+#include "panel/PanelLayout.h"
 #include "protocol/FileChecks.h"
 
 #include <zel_xml/XMLDiagnosis.h>

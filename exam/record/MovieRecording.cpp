@@ -1,12 +1,10 @@
 #include "record/MovieRecording.h"
 
+#include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/ScopedFont.h"
 #include "base/ScreenLayout.h"
-#include "overlay/Overlays.h"
 #include "record/AviCheck.h"
 #include "record/MovieTarget.h"
-#include "screen/Screen.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -56,8 +54,8 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 
 } // namespace
 
-MovieRecording::MovieRecording(const ScreenContent& content)
-    : m_content(content), m_rate(content.session.Cine().FramesPerSecond()),
+MovieRecording::MovieRecording(const ExamState& state, const Painter& paint)
+    : m_state(state), m_paint(paint), m_rate(state.Recordings().Cine().FramesPerSecond()),
       m_screen(ScreenArea().Size()), m_time(TimeArea().Size())
 {
     MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());
@@ -69,7 +67,7 @@ bool MovieRecording::Start(const std::wstring& path, const Announcement& announc
     const std::filesystem::path file(path);
     const auto folder = CodePagePath(file.parent_path().wstring());
     if (!folder || !m_screen || !m_time) return false;
-    DrawCurrentScreen();
+    m_paint(m_screen.Context());
     Plane pixels;
     m_screen.Cut(ScreenArea(), pixels);
     CBitmap background;
@@ -88,13 +86,13 @@ bool MovieRecording::Start(const std::wstring& path, const Announcement& announc
 
 bool MovieRecording::AddFrame()
 {
-    DrawCurrentScreen();
+    m_paint(m_screen.Context());
     DrawTime();
     DrawSweep();
     m_screen.Cut(ScreenLayout::ImageArea(), m_image);
     m_screen.Cut(ScreenLayout::Strip(), m_strip);
     m_screen.Cut(ScreenLayout::Panel(), m_panel);
-    const bool strip = m_content.stripShown;
+    const bool strip = m_state.IsStripShown();
     ++m_frames;
     return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
                             strip ? m_sweep.data() : nullptr, m_clock.data(), m_imageMask,
@@ -109,16 +107,6 @@ bool MovieRecording::Finish()
 bool MovieRecording::IsWhole(const std::wstring& path, int frames) const
 {
     return FindMovieProblem(path, frames).empty();
-}
-
-void MovieRecording::DrawCurrentScreen()
-{
-    ScreenContent shown = m_content;
-    shown.recordedFrames.reset();
-    shown.status.Empty();
-    shown.keysShown = false;
-    DrawScreen(m_screen.Context(), shown);
-    if (shown.overlays) shown.overlays->DrawRecorded(m_screen.Context());
 }
 
 // The time is light on black, because the composition adds this plane to the image.

@@ -2,7 +2,7 @@
 
 #include "record/PixelCanvas.h"
 #include "record/Recording.h"
-#include "screen/ScreenContent.h"
+#include "state/ExamState.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
 
@@ -21,7 +21,8 @@ namespace exam {
 class MovieRecording : public Recording
 {
 public:
-    explicit MovieRecording(const ScreenContent& content);
+    // State and painter outlive this object.
+    MovieRecording(const ExamState& state, const Painter& paint);
 
     bool Start(const std::wstring& path, const Announcement& announcement) override;
     bool AddFrame() override;
@@ -31,11 +32,11 @@ public:
 private:
     using Plane = std::vector<unsigned int>;
 
-    void DrawCurrentScreen();
     void DrawTime();
     void DrawSweep();
 
-    const ScreenContent& m_content;
+    const ExamState& m_state;
+    const Painter& m_paint;
     double m_rate; // frames per second
     int m_frames = 0;
     PixelCanvas m_screen;

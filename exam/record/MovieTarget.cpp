@@ -1,6 +1,6 @@
 #include "record/MovieTarget.h"
 
-#include "base/FileKind.h"
+#include "base/FileReader.h"
 
 #include <base/FilePath.h>
 #include <base/FileReplacement.h>

@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 
 } // namespace
 
-Recorder::Recorder(const ScreenContent& content, Finished finished)
-    : m_content(content), m_finished(std::move(finished))
+Recorder::Recorder(const ExamState& state, Painter paint, Finished finished)
+    : m_state(state), m_paint(std::move(paint)), m_finished(std::move(finished))
 {
 }
 
@@ -32,7 +32,7 @@ Recorder::~Recorder()
 
 CString Recorder::StartRaw()
 {
-    return Start(std::make_unique<RawRecording>(m_content.session), L"recording-%03d.cine",
+    return Start(std::make_unique<RawRecording>(m_state.Recordings()), L"recording-%03d.cine",
                  "exam.record.raw");
 }
 
@@ -43,7 +43,7 @@ CString Recorder::StartMovie()
     const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
     if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
-    return Start(std::make_unique<MovieRecording>(m_content), L"movie-%03d.avi",
+    return Start(std::make_unique<MovieRecording>(m_state, m_paint), L"movie-%03d.avi",
                  "exam.record.movie");
 }
 

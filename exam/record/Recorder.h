@@ -1,7 +1,7 @@
 #pragma once
 
 #include "record/Recording.h"
-#include "screen/ScreenContent.h"
+#include "state/ExamState.h"
 
 #include <functional>
 #include <memory>
@@ -25,7 +25,8 @@ public:
     /// Called at the end of each recording, before Stop() returns.
     using Finished = std::function<void(const FinishedRecording& recording)>;
 
-    Recorder(const ScreenContent& content, Finished finished);
+    /// `paint` paints the screen as it belongs into a movie.
+    Recorder(const ExamState& state, Painter paint, Finished finished);
     /// Finishes the recording without telling anybody.
     ~Recorder();
     Recorder(const Recorder&) = delete;
@@ -56,7 +57,8 @@ private:
     void End(bool cutShort);
     static void OnComplete(const wchar_t* path, void* self) noexcept;
 
-    const ScreenContent& m_content;
+    const ExamState& m_state;
+    Painter m_paint;
     Finished m_finished;
     std::wstring m_folder;
     std::unique_ptr<Recording> m_recording;

@@ -2,6 +2,9 @@
 
 #include <Utils_Statics/CCineStore.h>
 
+#include <afxwin.h>
+
+#include <functional>
 #include <string>
 
 namespace exam {
@@ -12,6 +15,9 @@ struct Announcement
     CCineStore::CompleteCallback callback = nullptr;
     void* userData = nullptr;
 };
+
+// Paints the screen as it belongs into a movie.
+using Painter = std::function<void(CDC&)>;
 
 // A recording that is being made.
 class Recording

@@ -1,13 +1,20 @@
 #pragma once
 
-#include "screen/ScreenContent.h"
+#include "state/ExamState.h"
 
 #include <afxwin.h>
 
 namespace exam {
 
+/// The purpose for which the screen is painted.
+enum class ScreenUse
+{
+    display,
+    movie ///< without the recording mark, the status text and the keys
+};
+
 /// Paints the whole client area: header, image with its scale and tools, recording mark, facts and
 /// status line.
-void DrawScreen(CDC& dc, const ScreenContent& content);
+void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use);
 
 } // namespace exam

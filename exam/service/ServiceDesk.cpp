@@ -1,7 +1,6 @@
 #include "service/ServiceDesk.h"
 
 #include "service/ProgressWindow.h"
-#include "service/ServiceMenu.h"
 #include "service/StudyArchive.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -38,17 +37,6 @@ ArchiveProgress StepsOf(ProgressWindow& bar)
 }
 
 } // namespace
-
-std::optional<CString> ServiceDesk::OnKey(CWnd& window, UINT key)
-{
-    switch (key) {
-    case 'Z': return Pack(window);
-    case 'U': return Unpack(window);
-    case 'A': m_about.Toggle(window); return std::nullopt;
-    case VK_F11: ShowServiceMenu(window.GetSafeHwnd()); return std::nullopt;
-    default: return std::nullopt;
-    }
-}
 
 std::wstring ServiceDesk::Archive(int number) const
 {

@@ -1,7 +1,7 @@
 #include "status/StatusDisplay.h"
 
 #include "base/ScreenLayout.h"
-#include "status/StatusSettings.h"
+#include "status/StatusRow.h"
 
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "base/GdiPlusSession.h"
-#include "status/NetworkSimulator.h"
-#include "status/ProbeSimulator.h"
 #include "status/StatusPage.h"
 #include "status/StatusRow.h"
+#include "status/StatusSimulators.h"
 
+#include <base/GdiPlusSession.h>
 #include <base/Owner.h>
 
 #include <objbase.h>
@@ -56,7 +55,7 @@ private:
 
     CWnd& m_window;
     base::Owner<ComTraits> m_com;
-    GdiPlusSession m_drawing;
+    base::GdiPlusSession m_drawing;
     NetworkSimulator m_network;
     ProbeSimulator m_probe;
     std::wstring m_images; // folder of the small icons

@@ -1,7 +1,7 @@
 #include "status/StatusPage.h"
 
+#include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/ScopedFont.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

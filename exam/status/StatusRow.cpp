@@ -1,16 +1,16 @@
 #include "status/StatusRow.h"
 
-#include "base/BufferedPaint.h"
-#include "base/GdiPlusSession.h"
+#include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/ScopedFont.h"
 #include "base/StateChanges.h"
-#include "status/StatusSettings.h"
 
+#include <base/GdiPlusSession.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/IStatusItem.h>
+
+#include <afxwin.h>
 
 #include <atomic>
 #include <utility>
@@ -18,6 +18,18 @@
 namespace exam {
 
 namespace {
+
+constexpr wchar_t section[] = L"Settings\\Status";
+
+constexpr StatusSetting address = {L"StreamingIP", "exam.status.address"};
+
+constexpr StatusSetting settings[] = {{L"NetworkConnection", "exam.status.network"},
+                                      {L"WirelessStrength", "exam.status.wireless"},
+                                      {L"CDBurning", "exam.status.burning"},
+                                      {L"FTPTransfer", "exam.status.transfer"},
+                                      {L"CineRecording", "exam.status.recording"},
+                                      {L"Streaming", "exam.status.streaming"},
+                                      address};
 
 constexpr UINT repaintMessage = WM_APP + 310;
 constexpr UINT_PTR tickTimer = 1;
@@ -57,6 +69,26 @@ void PaintHint(CDC& dc, CRect area)
 }
 
 } // namespace
+
+std::span<const StatusSetting> StatusSettings()
+{
+    return settings;
+}
+
+bool IsWanted(const StatusSetting& setting)
+{
+    return AfxGetApp()->GetProfileInt(section, setting.entry, 0) != 0;
+}
+
+void SetWanted(const StatusSetting& setting, bool wanted)
+{
+    AfxGetApp()->WriteProfileInt(section, setting.entry, wanted ? 1 : 0);
+}
+
+bool IsAddressWanted()
+{
+    return IsWanted(address);
+}
 
 BEGIN_MESSAGE_MAP(StatusRow, CWnd)
     ON_WM_ERASEBKGND()

@@ -1,36 +1,74 @@
 #include "tour/Tour.h"
 
-#include "base/StateChanges.h"
+#include "base/Console.h"
 #include "window/Capture.h"
-
-#include <Utils_Statics/utilsExam.h>
 
 #include <filesystem>
 
 namespace exam {
 
-void TourContext::Picture(const std::wstring& name)
+void TourReport::Step(bool held, const std::wstring& what)
 {
-    window.RedrawWindow(nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    const std::wstring path = folder + L"\\" + name + L".png";
-    report.Step(CaptureToPng(window.GetSafeHwnd(), path), L"picture " + name + L".png");
+    ++m_steps;
+    if (!held) ++m_failed;
+    WriteOut((held ? L"  \u2713 " : L"  \u2717 ") + what + L"\n");
 }
 
-void TourContext::ShowRecording(SampleRecording recording)
+bool TourReport::Close() const
 {
-    session.Select(recording);
-    TellChange(stateImageChanged);
+    const std::wstring steps = std::to_wstring(m_steps);
+    if (m_failed == 0 && m_steps > 0) {
+        WriteOut(L"tour: all " + steps + L" steps held\n");
+        return true;
+    }
+    WriteOut(L"tour: " + std::to_wstring(m_failed) + L" of " + steps + L" steps failed\n");
+    return false;
+}
+
+void TourContext::Picture(const std::wstring& name)
+{
+    PictureOf(window.GetSafeHwnd(), name);
+}
+
+void TourContext::PictureOf(HWND other, const std::wstring& name)
+{
+    RedrawWindow(other, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    report.Step(CaptureToPng(other, PathOf(name)), L"picture " + name + L".png");
+}
+
+void TourContext::PictureOf(const CRect& part, const std::wstring& name)
+{
+    report.Step(CaptureScreenToPng(part, PathOf(name)), L"picture " + name + L".png");
+}
+
+std::wstring TourContext::PathOf(const std::wstring& picture) const
+{
+    return folder + L"\\" + picture + L".png";
+}
+
+void TourContext::Key(UINT key)
+{
+    window.SendMessage(WM_KEYDOWN, key, 0);
+}
+
+void TourContext::SetCodec(const wchar_t* name)
+{
+    AfxGetApp()->WriteProfileString(L"Settings\\Capture", L"RecordCodec", name);
+}
+
+void TourContext::HandlePending(HWND only)
+{
+    for (MSG next; PeekMessage(&next, only, 0, 0, PM_REMOVE);)
+        DispatchMessage(&next);
 }
 
 bool TourContext::WaitUntil(const std::function<bool()>& condition)
 {
     constexpr ULONGLONG patience = 20000; // milliseconds
     const ULONGLONG end = GetTickCount64() + patience;
-    MSG next;
     while (!condition() && GetTickCount64() < end) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
-        while (PeekMessage(&next, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessage(&next);
+        HandlePending();
     }
     return condition();
 }
@@ -48,11 +86,12 @@ void TakeTour(TourContext& context)
     TourTexts(context);
     TourImages(context);
     TourMeasurements(context);
-    TourDoppler(context);
     TourRecording(context);
     TourPanel(context);
     TourService(context);
     TourOverlays(context);
+    TourStatus(context);
+    TourEnd(context);
 }
 
 } // namespace exam

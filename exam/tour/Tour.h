@@ -1,8 +1,6 @@
 #pragma once
 
-#include "image/Session.h"
-#include "tour/TourReport.h"
-#include "window/ConsoleControls.h"
+#include "status/StatusDisplay.h"
 #include "window/MainWindow.h"
 
 #include <cstddef>
@@ -18,23 +16,48 @@ enum SampleRecording : std::size_t
     linearRecording
 };
 
+/// Counts the steps of a tour and prints a line for each, with a tick or a cross.
+class TourReport
+{
+public:
+    void Step(bool held, const std::wstring& what);
+
+    /// Prints the verdict. True when there was at least one step and all steps held.
+    bool Close() const;
+
+private:
+    int m_steps = 0;
+    int m_failed = 0;
+};
+
 /// The objects that the steps of a tour work on.
 struct TourContext
 {
     TourReport& report;
+    ExamState& state;
     MainWindow& window;
-    ConsoleControls& controls;
-    Session& session;
+    StatusDisplay& status;
     std::wstring folder; ///< folder of the pictures and files that the tour leaves
 
     /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step.
     void Picture(const std::wstring& name);
+    /// The same for another window, and for a part of the screen.
+    void PictureOf(HWND other, const std::wstring& name);
+    void PictureOf(const CRect& part, const std::wstring& name);
+    std::wstring PathOf(const std::wstring& picture) const;
 
-    void ShowRecording(SampleRecording recording);
+    /// Presses a key, which the window handles before this returns.
+    void Key(UINT key);
+
+    /// Lets all windows of this thread, or one window, handle their messages.
+    void HandlePending(HWND only = nullptr);
 
     /// Lets the windows handle their messages until a condition holds. False when it does not hold
     /// within a generous time.
     bool WaitUntil(const std::function<bool()>& condition);
+
+    /// Sets the codec of movies in the profile.
+    void SetCodec(const wchar_t* name);
 };
 
 /// Walks through every subsystem the application uses.
@@ -46,11 +69,11 @@ void TourPaths(TourContext& context);
 void TourTexts(TourContext& context);
 void TourImages(TourContext& context);
 void TourMeasurements(TourContext& context);
-void TourDoppler(TourContext& context);
 void TourRecording(TourContext& context);
 void TourPanel(TourContext& context);
 void TourService(TourContext& context);
 void TourOverlays(TourContext& context);
+void TourStatus(TourContext& context);
 
 /// Ends the application by its own button; nothing can come after it.
 void TourEnd(TourContext& context);

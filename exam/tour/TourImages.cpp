@@ -22,8 +22,8 @@ double MeanGrey(const ImageView& view, int firstLine, int lastLine, int firstSam
 
 void CurvedFrame(TourContext& context)
 {
-    context.ShowRecording(curvedRecording);
-    const ImageView& view = context.window.View();
+    context.state.SelectImage(curvedRecording);
+    const ImageView& view = context.state.View();
     const ImagingParameters& image = view.Parameters();
     context.report.Step(image.probe.type == qor_utils::curvedProbe && image.lines == 241,
                         L"the curved recording is on display");
@@ -44,8 +44,8 @@ void CurvedFrame(TourContext& context)
 
 void LinearFrame(TourContext& context)
 {
-    context.ShowRecording(linearRecording);
-    const ImagingParameters& image = context.window.View().Parameters();
+    context.state.SelectImage(linearRecording);
+    const ImagingParameters& image = context.state.View().Parameters();
     const double width = image.Millimetres(image.Pixel(0, 0), image.Pixel(127, 0));
     const double depth = image.Millimetres(image.Pixel(64, 0), image.Pixel(64, 1535));
     context.report.Step(std::abs(width - 12.7) < 0.1 && std::abs(depth - 19.71) < 0.1,
@@ -55,11 +55,11 @@ void LinearFrame(TourContext& context)
 
 void NextFrame(TourContext& context)
 {
-    context.window.SendMessage(WM_KEYDOWN, 'F', 0);
-    context.report.Step(context.session.Frame() == 1, L"a key shows the next frame");
-    context.window.NextLanguage();
+    context.Key('F');
+    context.report.Step(context.state.Recordings().Frame() == 1, L"a key shows the next frame");
+    context.state.NextLanguage();
     context.Picture(L"linear-next-frame-other-language");
-    context.window.NextLanguage();
+    context.state.NextLanguage();
 }
 
 } // namespace
@@ -69,7 +69,7 @@ void TourImages(TourContext& context)
     CurvedFrame(context);
     LinearFrame(context);
     NextFrame(context);
-    context.ShowRecording(curvedRecording);
+    context.state.SelectImage(curvedRecording);
 }
 
 } // namespace exam

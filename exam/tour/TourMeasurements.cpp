@@ -1,7 +1,10 @@
-// Station 5: measuring on the image with the mouse, through the arbitration, with posted messages.
+// Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
+// the spectral strip, and the outline of a turned image.
 #include "base/ScreenLayout.h"
+#include "measure/RotatedOutline.h"
 #include "tour/Tour.h"
 
+#include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/MouseCapture.h>
 
 #include <cmath>
@@ -15,7 +18,7 @@ namespace {
 class Mouse
 {
 public:
-    explicit Mouse(MainWindow& window) : m_window(window.GetSafeHwnd()) {}
+    explicit Mouse(TourContext& context) : m_context(context) {}
 
     void Press(CPoint at) { Post(WM_LBUTTONDOWN, MK_LBUTTON, at); }
     void Drag(CPoint to) { Post(WM_MOUSEMOVE, MK_LBUTTON, to); }
@@ -41,19 +44,13 @@ private:
     // pending messages are handled before and after.
     void Send(UINT message, WPARAM wParam, LPARAM lParam)
     {
-        HandlePending();
-        ::PostMessage(m_window, message, wParam, lParam);
-        HandlePending();
+        const HWND window = m_context.window.GetSafeHwnd();
+        m_context.HandlePending(window);
+        ::PostMessage(window, message, wParam, lParam);
+        m_context.HandlePending(window);
     }
 
-    void HandlePending()
-    {
-        MSG next;
-        while (PeekMessage(&next, m_window, 0, 0, PM_REMOVE))
-            DispatchMessage(&next);
-    }
-
-    HWND m_window;
+    TourContext& m_context;
 };
 
 bool Near(double value, double expected, double tolerance)
@@ -65,8 +62,8 @@ bool Near(double value, double expected, double tolerance)
 // that.
 void Distance(TourContext& context, Mouse& mouse)
 {
-    const DistanceCaliper& caliper = context.window.Tools().Distance();
-    const ImagingParameters& image = context.window.View().Parameters();
+    const DistanceCaliper& caliper = context.state.Tools().Distance();
+    const ImagingParameters& image = context.state.View().Parameters();
     mouse.Key('1');
     const CPoint shallow = image.Pixel(60, 300);
     const CPoint deep = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
@@ -82,7 +79,7 @@ void Distance(TourContext& context, Mouse& mouse)
 
 void Angle(TourContext& context, Mouse& mouse)
 {
-    const AngleTool& angle = context.window.Tools().Angle();
+    const AngleTool& angle = context.state.Tools().Angle();
     mouse.Key('2');
     const CPoint vertex(300, 320);
     mouse.DragPoint(angle.Points()[1], vertex);
@@ -93,8 +90,8 @@ void Angle(TourContext& context, Mouse& mouse)
 
 void Region(TourContext& context, Mouse& mouse)
 {
-    const RegionBox& region = context.window.Tools().Region();
-    const ImagingParameters& image = context.window.View().Parameters();
+    const RegionBox& region = context.state.Tools().Region();
+    const ImagingParameters& image = context.state.View().Parameters();
     mouse.Key('3');
     mouse.DragPoint(region.Points()[0], image.Pixel(150, 500));
     mouse.DragPoint(region.Points()[1], image.Pixel(200, 900));
@@ -116,7 +113,7 @@ void PressBeyondReach(TourContext& context, Mouse& mouse)
 
 void Trackball(TourContext& context, Mouse& mouse)
 {
-    const DistanceCaliper& caliper = context.window.Tools().Distance();
+    const DistanceCaliper& caliper = context.state.Tools().Distance();
     mouse.Key('P');
     mouse.Key(VK_TAB);
     const bool first = MouseCapture::GetLock() == &caliper;
@@ -126,19 +123,43 @@ void Trackball(TourContext& context, Mouse& mouse)
     mouse.Move(before);
     mouse.Key(VK_TAB);
     mouse.Key(VK_TAB);
-    context.report.Step(first && moved &&
-                            MouseCapture::GetLock() == &context.window.Tools().Angle(),
+    context.report.Step(first && moved && MouseCapture::GetLock() == &context.state.Tools().Angle(),
                         L"in trackball style Tab steps from point to point and from tool to tool");
     mouse.Key('P');
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");
+}
+
+// The velocity scale of the spectral strip.
+void Strip(TourContext& context)
+{
+    context.state.ShowStrip(true);
+    context.Picture(L"spectral-strip");
+    // The full span is PRF x c / (2 f): 4 kHz x 1540 m/s / 5 MHz.
+    const double span = CDopplerScaling::GetVelPerPixel() *
+                        static_cast<double>(CDopplerScaling::GetPWDisplayHeight());
+    context.report.Step(std::abs(span - 1.232) < 1e-9, L"the strip spans 1.232 m/s");
+    context.state.ShowStrip(false);
+}
+
+// A turned image's bounding box.
+void Outline(TourContext& context)
+{
+    const RotatedOutline outline = RotateImageOutline(CSize(400, 300), 300);
+    // w cos a + h sin a and w sin a + h cos a at 30 degrees
+    context.report.Step(std::abs(outline.bounds.Width() - 496) <= 1 &&
+                            std::abs(outline.bounds.Height() - 460) <= 1,
+                        L"an image turned by 30 degrees is held by its bounding box");
+    context.state.Rotate(300);
+    context.Picture(L"turned-outline");
+    context.state.Rotate(-context.state.Rotation());
 }
 
 } // namespace
 
 void TourMeasurements(TourContext& context)
 {
-    context.ShowRecording(curvedRecording);
-    Mouse mouse(context.window);
+    context.state.SelectImage(curvedRecording);
+    Mouse mouse(context);
     Distance(context, mouse);
     Angle(context, mouse);
     Region(context, mouse);
@@ -147,6 +168,8 @@ void TourMeasurements(TourContext& context)
     context.Picture(L"measurements");
     for (const UINT key : {L'1', L'2', L'3'})
         mouse.Key(key);
+    Strip(context);
+    Outline(context);
 }
 
 } // namespace exam

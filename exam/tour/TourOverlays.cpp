@@ -1,8 +1,7 @@
-// Station 10: windows over the image, buttons with pictures, tips and balloons.
+// Station 9: windows over the image, buttons with pictures, tips and balloons.
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
 #include "tour/Tour.h"
-#include "window/Capture.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/GetStr.h>
@@ -51,13 +50,6 @@ bool ShowsTip(TourContext& context, const CString& text)
     return context.WaitUntil([&] { return ShownTip() && TextOf(ShownTip()) == text; });
 }
 
-// Saves the screen around the main window's image, because tips are windows of their own.
-void ScreenPicture(TourContext& context, const std::wstring& name, const CRect& part)
-{
-    const std::wstring path = context.folder + L"\\" + name + L".png";
-    context.report.Step(CaptureScreenToPng(part, path), L"picture " + name + L".png");
-}
-
 COLORREF PixelAt(CWnd& window, CPoint pixel)
 {
     return GetPixel(base::WindowContext(window).get(), pixel.x, pixel.y);
@@ -87,7 +79,7 @@ void Push(TourContext& context, std::size_t button)
 
 void Indicators(TourContext& context)
 {
-    context.ShowRecording(curvedRecording);
+    context.state.SelectImage(curvedRecording);
     context.Picture(L"overlays");
     LoopDial& dial = context.window.OverImage().Dial();
     CRect area;
@@ -105,14 +97,14 @@ void Buttons(TourContext& context)
 {
     ToolBar& tools = context.window.OverImage().Tools();
     Push(context, distanceButton);
-    context.report.Step(context.window.Tools().Distance().IsVisible(),
+    context.report.Step(context.state.Tools().Distance().IsVisible(),
                         L"a button of the tool bar shows the caliper");
     Push(context, rawButton);
     Push(context, movieButton); // has no effect now
-    context.report.Step(context.window.IsRecording() &&
+    context.report.Step(context.state.Recording() &&
                             tools.Buttons()[movieButton].form() == ButtonForm::disabled,
                         L"while raw frames are recorded the movie's button cannot be pushed");
-    context.window.AdvanceRecording();
+    context.window.Exam().Advance();
     context.Picture(L"tool-buttons");
     const CRect movie = ToolBar::AreaOf(movieButton);
     context.report.Step(IsGrey(ScreenPixelAt(tools, movie.CenterPoint())) &&
@@ -133,25 +125,25 @@ void Tips(TourContext& context)
     ToolBar& tools = context.window.OverImage().Tools();
     for (int language = 0; language < 2; ++language) {
         PointAt(tools, ToolBar::AreaOf(distanceButton).CenterPoint());
-        const bool held = ShowsTip(context, GetStr("exam.tip.distance"));
+        const bool held = ShowsTip(context, TipOf(*CommandOfKey('1')));
         context.report.Step(held, L"a tip says what the button under the pointer does");
-        ScreenPicture(context, language ? L"tip-other-language" : L"tip", {0, 160, 520, 360});
+        context.PictureOf(CRect(0, 160, 520, 360), language ? L"tip-other-language" : L"tip");
         PointAt(context.window, ScreenLayout::Panel().CenterPoint());
         context.report.Step(context.WaitUntil([] { return !ShownTip(); }),
                             L"and goes with the pointer");
-        context.window.NextLanguage();
+        context.state.NextLanguage();
     }
 }
 
 void PanelTips(TourContext& context)
 {
-    ControlPanel& panel = context.controls.Panel();
+    ControlPanel& panel = context.window.Panel();
     const PanelButton& button = panel.Buttons().front();
     PointAt(panel, button.area.CenterPoint());
     context.report.Step(
         ShowsTip(context, GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button")),
         L"a tip on the control panel says how a button is worked");
-    ScreenPicture(context, L"panel-tip", {0, 700, 1024, 1024});
+    context.PictureOf(CRect(0, 700, 1024, 1024), L"panel-tip");
     PointAt(context.window, ScreenLayout::Panel().CenterPoint());
     context.report.Step(context.WaitUntil([] { return !ShownTip(); }), L"and goes, too");
 }
@@ -165,21 +157,21 @@ CRect BalloonCorner()
 void Balloons(TourContext& context)
 {
     Push(context, rawButton); // ends the recording
-    context.report.Step(ShowsTip(context, context.window.Status()),
+    context.report.Step(ShowsTip(context, context.state.Status()),
                         L"a balloon says what was recorded");
-    ScreenPicture(context, L"balloon-finished", BalloonCorner());
-    context.window.NextLanguage();
-    AfxGetApp()->WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"no such codec");
+    context.PictureOf(BalloonCorner(), L"balloon-finished");
+    context.state.NextLanguage();
+    context.SetCodec(L"no such codec");
     Push(context, movieButton);
-    context.report.Step(!context.window.IsRecording() &&
+    context.report.Step(!context.state.Recording() &&
                             ShowsTip(context, GetStr("exam.record.nocodec", L"no such codec")),
                         L"in the other language one says why nothing is recorded");
-    ScreenPicture(context, L"balloon-error", BalloonCorner());
+    context.PictureOf(BalloonCorner(), L"balloon-error");
     RaiseNotice(NoticeKind::warning, GetStr("exam.record.broken", 12));
     context.report.Step(ShowsTip(context, GetStr("exam.record.broken", 12)),
                         L"a warning takes the place of the balloon before");
-    ScreenPicture(context, L"balloon-warning", BalloonCorner());
-    context.window.NextLanguage();
+    context.PictureOf(BalloonCorner(), L"balloon-warning");
+    context.state.NextLanguage();
 }
 
 } // namespace
@@ -191,7 +183,7 @@ void TourOverlays(TourContext& context)
     Tips(context);
     PanelTips(context);
     Balloons(context);
-    context.window.SetStatus(L"");
+    context.state.SetStatus(L"");
 }
 
 } // namespace exam

@@ -1,9 +1,7 @@
-// Station 8: the control panel, worked with posted mouse messages; and the tour's end by its button
+// Station 7: the control panel, worked with posted mouse messages; and the tour's end by its button
 // End.
-#include "panel/PanelFile.h"
-#include "panel/PanelGrid.h"
+#include "panel/PanelLayout.h"
 #include "tour/Tour.h"
-#include "window/Capture.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -46,15 +44,9 @@ public:
     void Release(CPoint at) { Send(WM_LBUTTONUP, 0, at); }
     void Tick(const wchar_t* name) { Send(WM_RBUTTONUP, 0, AreaOf(name).CenterPoint()); }
 
-    void Picture(const std::wstring& name)
-    {
-        Panel().UpdateWindow();
-        const std::wstring path = m_context.folder + L"\\" + name + L".png";
-        m_context.report.Step(CaptureToPng(Panel().GetSafeHwnd(), path),
-                              L"picture " + name + L".png");
-    }
+    void Picture(const std::wstring& name) { m_context.PictureOf(Panel().GetSafeHwnd(), name); }
 
-    ControlPanel& Panel() const { return m_context.controls.Panel(); }
+    ControlPanel& Panel() const { return m_context.window.Panel(); }
 
     CRect AreaOf(const wchar_t* name) const
     {
@@ -77,17 +69,9 @@ private:
         CPoint onScreen = at;
         Panel().ClientToScreen(&onScreen);
         SetCursorPos(onScreen.x, onScreen.y);
-        HandlePending();
+        m_context.HandlePending(Panel().GetSafeHwnd());
         ::PostMessage(Panel().GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
-        HandlePending();
-    }
-
-    void HandlePending()
-    {
-        const HWND panel = Panel().GetSafeHwnd(); // a message may close it
-        MSG next;
-        while (panel && PeekMessage(&next, panel, 0, 0, PM_REMOVE))
-            DispatchMessage(&next);
+        m_context.HandlePending(Panel().GetSafeHwnd());
     }
 
     TourContext& m_context;
@@ -97,10 +81,11 @@ void Freeze(TourContext& context, Hand& hand)
 {
     hand.Push(L"Linear");
     const bool frozen = hand.IsLit(L"Linear") && hand.IsLit(L"Freeze");
-    const int first = context.session.Frame();
+    const int first = context.state.Recordings().Frame();
     hand.Push(L"Freeze");
     const bool dark = !hand.IsLit(L"Freeze");
-    const bool runs = context.WaitUntil([&] { return context.session.Frame() != first; });
+    const bool runs =
+        context.WaitUntil([&] { return context.state.Recordings().Frame() != first; });
     hand.Push(L"Freeze");
     context.report.Step(frozen && dark && runs && hand.IsLit(L"Freeze"),
                         L"Freeze lets the frames run and stops them, and its lamp follows");
@@ -109,20 +94,20 @@ void Freeze(TourContext& context, Hand& hand)
 
 void RotaryControls(TourContext& context, Hand& hand)
 {
-    const int depth = context.window.DepthMillimetres();
+    const int depth = context.state.DepthMillimetres();
     for (int i = 0; i < 3; ++i) {
         hand.TurnUp(L"Gain");
         hand.TurnDown(L"Depth");
     }
-    const int less = context.window.DepthMillimetres();
-    context.report.Step(context.window.Gain() == 6 && less < depth * 3 / 4 && less > depth / 2,
+    const int less = context.state.DepthMillimetres();
+    context.report.Step(context.state.Gain() == 6 && less < depth * 3 / 4 && less > depth / 2,
                         L"the rotary controls change gain and depth");
     context.Picture(L"panel-gain-and-depth");
     for (int i = 0; i < 3; ++i) {
         hand.TurnDown(L"Gain");
         hand.TurnUp(L"Depth");
     }
-    context.report.Step(context.window.Gain() == 0 && context.window.DepthMillimetres() == depth,
+    context.report.Step(context.state.Gain() == 0 && context.state.DepthMillimetres() == depth,
                         L"and turn them back");
 }
 
@@ -137,7 +122,7 @@ void DerivedLamps(TourContext& context, Hand& hand)
     hand.Picture(L"panel");
     hand.Push(L"Stop");
     hand.Push(L"Clear");
-    context.report.Step(!context.window.IsRecording() && !hand.IsLit(L"Stop") &&
+    context.report.Step(!context.state.Recording() && !hand.IsLit(L"Stop") &&
                             !hand.IsLit(L"Record") && !hand.IsLit(L"Clear"),
                         L"Stop and Clear end both, and the lamps go out");
 }
@@ -145,10 +130,10 @@ void DerivedLamps(TourContext& context, Hand& hand)
 void SecondPush(TourContext& context, Hand& hand)
 {
     hand.Push(L"Color");
-    const CString first = context.window.Status();
+    const CString first = context.state.Status();
     hand.Push(L"Color");
     context.report.Step(first == GetStr("exam.action.noeffect", L"Mode", L"Color") &&
-                            context.window.Status() ==
+                            context.state.Status() ==
                                 GetStr("exam.action.noeffect", L"Mode", L"PowerDoppler"),
                         L"a second push does what the file says; what has no effect is told");
 }
@@ -158,12 +143,11 @@ void PictureAndVisibility(TourContext& context, Hand& hand)
     const std::wstring picture = context.folder + L"\\recordings\\picture-1.png";
     hand.Push(L"Picture");
     context.report.Step(fs::exists(fs::path(picture)) &&
-                            context.window.Status() ==
-                                GetStr("exam.picture.saved", picture.c_str()),
+                            context.state.Status() == GetStr("exam.picture.saved", picture.c_str()),
                         L"Picture keeps what is on the screen");
-    context.window.SendMessage(WM_KEYDOWN, 'K');
+    context.Key('K');
     const bool hidden = !hand.Panel().IsWindowVisible();
-    context.window.SendMessage(WM_KEYDOWN, 'K');
+    context.Key('K');
     context.report.Step(hidden && hand.Panel().IsWindowVisible(),
                         L"the key K hides the panel and shows it again");
 }
@@ -178,7 +162,7 @@ void Rearrange(TourContext& context, Hand& hand)
     hand.Tick(L"Freeze");
     context.report.Step(hand.AreaOf(L"Print") == patient && hand.AreaOf(L"Patient") == print,
                         L"a button that is dragged onto another one takes its place");
-    context.controls.Reload();
+    context.window.Panel().Reload();
     const bool ticked =
         hand.Panel().Layout().Placements()[hand.Panel().Find(L"Freeze")->placement].check;
     context.report.Step(PanelFileInForce() == PanelSaveFile() && ticked &&
@@ -195,19 +179,19 @@ void SavedCopyOfTheActions(TourContext& context, Hand& hand)
            "action=\"Freeze\"/></Button><Button name=\"B\"><Push1 actionType=\"Imaging\" "
            "action=\"Gain\" actionParam=\"2147483647\"/><Push2 actionType=\"Imaging\" "
            "action=\"Rotate\" actionParam=\"-2147483648\"/></Button></ButtonActions>\n";
-    context.controls.Reload();
+    context.window.Panel().Reload();
     const bool only = hand.Panel().Buttons().size() == 2;
     hand.Push(L"Print");
-    context.report.Step(only && !context.window.IsFrozen(),
+    context.report.Step(only && !context.state.IsFrozen(),
                         L"the user's copy of the actions shadows the factory's");
     hand.Push(L"Print");
     hand.Push(L"B");
     hand.Push(L"B");
-    context.report.Step(context.window.Gain() == 20 && context.window.Rotation() < 3600 &&
-                            context.window.Rotation() >= 0,
+    context.report.Step(context.state.Gain() == 20 && context.state.Rotation() < 3600 &&
+                            context.state.Rotation() >= 0,
                         L"a parameter without measure goes as far as its limit");
-    context.window.ChangeGain(-20);
-    context.window.SetRotation(0);
+    context.state.ChangeGain(-20);
+    context.state.Rotate(-context.state.Rotation());
 }
 
 void RemoveSavedFiles()
@@ -221,9 +205,9 @@ void RemoveSavedFiles()
 
 void TourPanel(TourContext& context)
 {
-    context.ShowRecording(curvedRecording);
+    context.state.SelectImage(curvedRecording);
     RemoveSavedFiles(); // files of an earlier tour
-    context.controls.Reload();
+    context.window.Panel().Reload();
     Hand hand(context);
     context.report.Step(hand.Panel().Buttons().size() == hand.Panel().Layout().Placements().size(),
                         L"every button of the factory's layout stands on the panel");
@@ -235,8 +219,8 @@ void TourPanel(TourContext& context)
     Rearrange(context, hand);
     SavedCopyOfTheActions(context, hand);
     RemoveSavedFiles();
-    context.controls.Reload();
-    context.window.SetStatus(L"");
+    context.window.Panel().Reload();
+    context.state.SetStatus(L"");
 }
 
 void TourEnd(TourContext& context)

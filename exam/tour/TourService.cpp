@@ -1,4 +1,4 @@
-// Station 9: the study is packed and unpacked, the program lists its modules, and a crash of
+// Station 8: the study is packed and unpacked, the program lists its modules, and a crash of
 // another exam is reported.
 #include "service/ProgressWindow.h"
 #include "tour/Tour.h"
@@ -28,37 +28,25 @@ std::string ReadWhole(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-void Key(TourContext& context, UINT key)
-{
-    context.window.SendMessage(WM_KEYDOWN, key, 0);
-}
-
-void PictureOf(TourContext& context, HWND window, const std::wstring& name)
-{
-    const std::wstring path = context.folder + L"\\" + name + L".png";
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    context.report.Step(CaptureToPng(window, path), L"picture " + name + L".png");
-}
-
 void ProgressBar(TourContext& context)
 {
     ProgressWindow bar;
     const bool isOpen = bar.Open(context.window, GetStr("exam.archive.packing"));
     bar.Step(2, 3, L"P1\\S1\\study.xml");
     context.report.Step(isOpen, L"the bar of packing is shown");
-    PictureOf(context, bar.GetSafeHwnd(), L"packing");
+    context.PictureOf(bar.GetSafeHwnd(), L"packing");
 }
 
 void StudyThereAndBack(TourContext& context)
 {
     const std::wstring folder = context.folder + L"\\recordings\\study-001";
-    Key(context, 'Z');
-    context.report.Step(context.window.Status() ==
+    context.Key('Z');
+    context.report.Step(context.state.Status() ==
                             GetStr("exam.archive.packed", 2, (folder + L".zip").c_str()),
                         L"the study's two files are packed");
     context.Picture(L"packed");
-    Key(context, 'U');
-    context.report.Step(context.window.Status() ==
+    context.Key('U');
+    context.report.Step(context.state.Status() ==
                             GetStr("exam.archive.unpacked", 2, folder.c_str()),
                         L"and unpacked");
     const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
@@ -71,11 +59,11 @@ void StudyThereAndBack(TourContext& context)
 
 void About(TourContext& context)
 {
-    Key(context, 'A');
-    const AboutBox& about = context.window.Service().About();
+    context.Key('A');
+    const AboutBox& about = context.window.Exam().Service().About();
     context.report.Step(about.IsShown(), L"the about box lists the modules");
-    PictureOf(context, about.GetSafeHwnd(), L"about");
-    Key(context, 'A');
+    context.PictureOf(about.GetSafeHwnd(), L"about");
+    context.Key('A');
     context.report.Step(!about.IsShown(), L"the same key closes it");
 }
 
@@ -100,9 +88,9 @@ void CALLBACK LookAtMenu(HWND, UINT, UINT_PTR timer, DWORD)
 // Presses the key of the menu. The call returns when the timer below closes the menu.
 bool OpensMenu(TourContext& context)
 {
-    s_menu = {context.folder + L"\\service-menu.png"};
+    s_menu = {context.PathOf(L"service-menu")};
     const UINT_PTR timer = SetTimer(nullptr, 0, 500, LookAtMenu);
-    Key(context, VK_F11);
+    context.Key(VK_F11);
     KillTimer(nullptr, timer);
     return s_menu.isSeen;
 }
@@ -196,7 +184,7 @@ void TourService(TourContext& context)
     About(context);
     Menu(context);
     Crash(context);
-    context.window.SetStatus(L"");
+    context.state.SetStatus(L"");
 }
 
 } // namespace exam

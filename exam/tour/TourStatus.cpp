@@ -1,9 +1,7 @@
-// Station 11: the status row.
-#include "tour/TourStatus.h"
-
+// Station 10: the status row.
 #include "base/Palette.h"
-#include "status/StatusSettings.h"
-#include "window/Capture.h"
+#include "status/StatusRow.h"
+#include "tour/Tour.h"
 
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
@@ -20,16 +18,11 @@ namespace {
 
 constexpr int unusableVersion = 1; // version of the sensor's interface
 
-void DispatchPending()
-{
-    for (MSG next; PeekMessage(&next, nullptr, 0, 0, PM_REMOVE);)
-        DispatchMessage(&next);
-}
-
 // The width of the row in pixels, once all requested repaints are done.
-int PaintedWidth(StatusDisplay& status)
+int PaintedWidth(TourContext& context)
 {
-    DispatchPending();
+    StatusDisplay& status = context.status;
+    context.HandlePending();
     status.Row().RedrawWindow();
     CRect area;
     status.Row().GetClientRect(&area);
@@ -48,13 +41,15 @@ bool IsLeftmostLit(StatusDisplay& status)
     return false;
 }
 
-void Settings(TourContext& context, StatusDisplay& status)
+void Settings(TourContext& context)
 {
+    StatusDisplay& status = context.status;
     // An earlier tour may have left its settings in this folder.
     for (const StatusSetting& setting : StatusSettings())
         SetWanted(setting, false);
     status.Row().ReadSettings();
-    context.report.Step(PaintedWidth(status) == 0, L"without its settings the status row is empty");
+    context.report.Step(PaintedWidth(context) == 0,
+                        L"without its settings the status row is empty");
     status.OpenPage();
     context.report.Step(utilsExam::FindPopupWindow(nullptr) == status.Page().GetSafeHwnd(),
                         L"the settings page is the pop-up over the main window");
@@ -65,35 +60,33 @@ void Settings(TourContext& context, StatusDisplay& status)
     for (const StatusSetting& setting : StatusSettings())
         all = all && IsWanted(setting);
     context.report.Step(all, L"the settings page writes the settings");
-    status.Page().RedrawWindow(nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    context.report.Step(
-        CaptureToPng(status.Page().GetSafeHwnd(), context.folder + L"\\status-page.png"),
-        L"picture status-page.png");
+    context.PictureOf(status.Page().GetSafeHwnd(), L"status-page");
     context.report.Step(utilsExam::ClosePopups(nullptr) &&
                             context.WaitUntil([&] { return !status.Page().GetSafeHwnd(); }),
                         L"the settings page closes like any stray pop-up");
-    context.report.Step(PaintedWidth(status) > 48, L"network and wireless signal are shown");
+    context.report.Step(PaintedWidth(context) > 48, L"network and wireless signal are shown");
     context.Picture(L"status-idle");
 }
 
-void NetworkEvents(TourContext& context, StatusDisplay& status)
+void NetworkEvents(TourContext& context)
 {
+    StatusDisplay& status = context.status;
     NetworkSimulator& network = status.Network();
     network.ConnectWired(false);
     context.report.Step(!CStatusNetwork::isConnected(), L"a lost network is told by an event");
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-network-lost");
     int strength = 0;
     for (const int level : {-95, -85, -75, -65, -55}) {
         network.SetSignal(level);
-        PaintedWidth(status);
+        PaintedWidth(context);
         context.Picture(L"status-wireless-" + std::to_wstring(++strength));
     }
     network.ConnectWireless(false);
     context.report.Step(!CStatusWireless::isConnected(), L"a lost wireless network too");
     network.PlugWireless(false);
     context.report.Step(!CStatusWireless::isAvailable(), L"so is an adapter that is pulled out");
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-wireless-gone");
     network.PlugWireless(true);
     network.ConnectWireless(true);
@@ -101,68 +94,71 @@ void NetworkEvents(TourContext& context, StatusDisplay& status)
     network.ConnectWired(true);
 }
 
-void Work(TourContext& context, StatusDisplay& status)
+void Work(TourContext& context)
 {
-    const int before = PaintedWidth(status);
+    const int before = PaintedWidth(context);
     CStatusBurning::setState(true);
     CStatusFtpTransfer::setState(true);
     CStatusGps::setState(true);
     CStatusRecording::setState(true);
-    context.report.Step(PaintedWidth(status) == before + 4 * (24 + 6),
+    context.report.Step(PaintedWidth(context) == before + 4 * (24 + 6),
                         L"burning, transfer, tracking and recording take four icons");
     context.Picture(L"status-working");
 }
 
-void Streaming(TourContext& context, StatusDisplay& status)
+void Streaming(TourContext& context)
 {
+    StatusDisplay& status = context.status;
     CStatusStreaming::setState(CStatusStreaming::StreamingOn);
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-streaming");
     CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
-    const int lit = PaintedWidth(status);
+    const int lit = PaintedWidth(context);
     // Each picture is taken at the beginning of its second.
     context.report.Step(context.WaitUntil([&] { return !IsLeftmostLit(status); }),
                         L"the blinking goes dark by itself");
     context.Picture(L"status-disk-dark");
-    context.report.Step(PaintedWidth(status) == lit, L"the row stands still while it blinks");
+    context.report.Step(PaintedWidth(context) == lit, L"the row stands still while it blinks");
     context.report.Step(context.WaitUntil([&] { return IsLeftmostLit(status); }),
                         L"and lights up again");
     context.Picture(L"status-disk-lit");
     CStatusStreaming::setState(CStatusStreaming::StreamingOff);
 }
 
-void Probe(TourContext& context, StatusDisplay& status)
+void Probe(TourContext& context)
 {
+    StatusDisplay& status = context.status;
     ProbeSimulator& probe = status.Probe();
-    const int before = PaintedWidth(status);
+    const int before = PaintedWidth(context);
     probe.Plug(true);
     probe.Advance(2);
-    context.report.Step(PaintedWidth(status) == before + 102 + 6,
+    context.report.Step(PaintedWidth(context) == before + 102 + 6,
                         L"the probe shows its temperature and its angle");
     context.Picture(L"status-probe-cool");
     probe.Advance(18);
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-probe-warm");
     probe.Advance(10);
-    context.report.Step(PaintedWidth(status) > before + 102 + 6,
+    context.report.Step(PaintedWidth(context) > before + 102 + 6,
                         L"a probe that is too hot warns over the rest of the row");
     context.Picture(L"status-probe-hot");
     probe.Plug(true);
     probe.SetError(true);
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-probe-error");
     probe.SetError(false);
     CStatusProbeSensor::setState({true, ProbeSimulator::coldest, 0, 0, unusableVersion});
-    PaintedWidth(status);
+    PaintedWidth(context);
     context.Picture(L"status-probe-unusable");
     probe.Plug(true);
 }
 
-void LargeIcons(TourContext& context, StatusDisplay& status)
+void LargeIcons(TourContext& context)
 {
-    const int before = PaintedWidth(status);
+    StatusDisplay& status = context.status;
+    const int before = PaintedWidth(context);
     status.UseLargeIcons(true);
-    context.report.Step(PaintedWidth(status) == before + 6 * 8,
+    context.report.Step(PaintedWidth(context) == before + 6 * 8,
                         L"the large icons are 8 pixels wider");
     context.Picture(L"status-large");
     status.UseLargeIcons(false);
@@ -178,15 +174,15 @@ void Rest(StatusDisplay& status)
 
 } // namespace
 
-void TourStatus(TourContext& context, StatusDisplay& status)
+void TourStatus(TourContext& context)
 {
-    Settings(context, status);
-    NetworkEvents(context, status);
-    Work(context, status);
-    Streaming(context, status);
-    Probe(context, status);
-    LargeIcons(context, status);
-    Rest(status);
+    Settings(context);
+    NetworkEvents(context);
+    Work(context);
+    Streaming(context);
+    Probe(context);
+    LargeIcons(context);
+    Rest(context.status);
 }
 
 } // namespace exam

@@ -1,18 +1,14 @@
 #include "window/Capture.h"
 
-#include "base/GdiPlusSession.h"
-
 #include <base/GdiHandles.h>
-
-#include <memory>
+#include <base/GdiPlusSession.h>
+#include <Utils_Statics/BitmapFunctions.h>
 
 namespace exam {
 
 namespace {
 
-// CLSID of the PNG encoder of GDI+.
-constexpr CLSID pngEncoder = {
-    0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+constexpr int pngFormat = 3; // a format of GetCompression
 
 // Saves a part of a device context's content.
 bool SavePart(HDC source, const CRect& part, const std::wstring& path)
@@ -25,11 +21,8 @@ bool SavePart(HDC source, const CRect& part, const std::wstring& path)
         BitBlt(memory.get(), 0, 0, part.Width(), part.Height(), source, part.left, part.top,
                SRCCOPY);
     }
-    const GdiPlusSession session;
-    if (!session) return false;
-    const std::unique_ptr<Gdiplus::Bitmap> image(
-        Gdiplus::Bitmap::FromHBITMAP(bitmap.get(), nullptr));
-    return image && image->Save(path.c_str(), &pngEncoder, nullptr) == Gdiplus::Ok;
+    const base::GdiPlusSession session;
+    return session && SaveBitmap(bitmap.get(), pngFormat, path.c_str());
 }
 
 } // namespace

@@ -1,31 +1,22 @@
 #include "window/MainWindow.h"
 
-#include "base/BufferedPaint.h"
+#include "base/Painting.h"
 #include "base/Resources.h"
 #include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
+#include "window/Capture.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
-#include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
-#include <zel_string_convert/TableLoading.h>
-#include <zel_string_convert/ZelTString.h>
-
-#include <algorithm>
 
 namespace exam {
 
 namespace {
 
 constexpr UINT_PTR playTimer = 1;
-constexpr double shortestInterval = 10; // milliseconds
-
-// Tenths of a degree.
-constexpr int rotationStep = 150;
-constexpr int fullTurn = 3600;
 
 } // namespace
 
@@ -40,14 +31,13 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
-MainWindow::MainWindow(Session& session)
-    : m_session(session), m_tools(m_view, ScreenLayout::Image()),
-      m_flow(ScreenLayout::Strip().Size()), m_content{m_session, m_view, m_tools, m_flow},
-      m_recorder(m_content,
-                 [this](const FinishedRecording& recording) { RecordingFinished(recording); }),
-      m_overlays(m_session, m_view, ToolButtons())
+MainWindow::MainWindow(ExamState& state, const std::wstring& folder)
+    : m_state(state), m_exam(state, *this, folder), m_commands(m_exam),
+      m_overlays(state, ToolButtons()),
+      m_panel({[this](const ActionInfo& action) { m_commands.CarryOut(action); },
+               [this](const CString& sentence) { m_state.SetStatus(sentence); },
+               [this] { m_commands.BroadcastAll(); }})
 {
-    m_content.overlays = &m_overlays;
 }
 
 bool MainWindow::Open()
@@ -64,58 +54,41 @@ bool MainWindow::Open()
     return true;
 }
 
-void MainWindow::SetRecordingFolder(const std::wstring& folder)
+std::vector<ToolButton> MainWindow::ToolButtons()
 {
-    m_recorder.SetFolder(folder);
-    m_service.SetFolder(folder);
-}
-
-void MainWindow::SetStatus(const CString& text)
-{
-    m_content.status = text;
-    TellChange(stateDisplayChanged);
-}
-
-void MainWindow::ShowStrip(bool shown)
-{
-    m_content.stripShown = shown;
-    TellChange(stateDisplayChanged);
-}
-
-void MainWindow::SetRotation(int angle)
-{
-    m_content.rotation = angle;
-    TellChange(stateDisplayChanged);
-}
-
-void MainWindow::NextLanguage()
-{
-    zel_string_convert::SetLanguage(zel_string_convert::CurrentLanguage() == L"en" ? L"de" : L"en");
-    TellChange(stateLanguageChanged);
+    std::vector<ToolButton> buttons;
+    for (const Command& command : Commands()) {
+        if (!command.picture) continue;
+        buttons.push_back({command.picture, command.nameKey, [&command] { return TipOf(command); },
+                           [this, &command] { m_commands.CarryOut(command); },
+                           [this, &command] {
+                               if (!IsPossible(command, m_state)) return ButtonForm::disabled;
+                               return IsOn(command, m_state) ? ButtonForm::framed
+                                                             : ButtonForm::normal;
+                           }});
+    }
+    return buttons;
 }
 
 void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 {
     ++m_changesSeen;
-    if (type == stateImageChanged && !m_session.IsEmpty()) ShowFrame();
     if (!GetSafeHwnd()) return;
     if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
+    RunTimer();
     Invalidate(FALSE);
     m_overlays.Refresh(); // the image is painted below them
 }
 
-void MainWindow::ShowFrame()
+void MainWindow::RunTimer()
 {
-    const CineFile& cine = m_session.Cine();
-    if (m_shown != &cine) {
-        EndRecording(); // a recording holds frames of one size
-        m_shown = &cine;
-        m_view.SetRecording(cine, ScreenLayout::Image().Size(),
-                            cine.Samples() * m_depth / fullDepth);
-        m_tools.Reset();
-    }
-    if (!m_view.Show(cine, m_session.Frame()))
-        Report(NoticeKind::warning, GetStr("exam.image.unreadable", m_session.Frame() + 1));
+    const std::optional<unsigned> interval = m_exam.PlayInterval();
+    if (interval == m_interval) return;
+    m_interval = interval;
+    if (interval)
+        SetTimer(playTimer, *interval, nullptr);
+    else
+        KillTimer(playTimer);
 }
 
 BOOL MainWindow::OnEraseBkgnd(CDC*)
@@ -126,120 +99,34 @@ BOOL MainWindow::OnEraseBkgnd(CDC*)
 void MainWindow::OnPaint()
 {
     BufferedPaint paint(*this, CSize(ScreenLayout::width, ScreenLayout::height));
-    DrawScreen(paint.Context(), m_content);
+    DrawScreen(paint.Context(), m_state, ScreenUse::display);
 }
 
-void MainWindow::ToggleTool(ImageTool& tool)
+void MainWindow::PaintMovie(CDC& dc)
 {
-    tool.Show(!tool.IsVisible());
+    DrawScreen(dc, m_state, ScreenUse::movie);
+    m_overlays.DrawRecorded(dc);
+}
+
+bool MainWindow::SavePicture(const std::wstring& path)
+{
+    UpdateWindow(); // the picture shows the latest change too
+    return CaptureToPng(GetSafeHwnd(), path);
+}
+
+void MainWindow::TogglePanel()
+{
+    m_panel.ShowWindow(m_panel.IsWindowVisible() ? SW_HIDE : SW_SHOWNOACTIVATE);
 }
 
 void MainWindow::OnKeyDown(UINT key, UINT, UINT)
 {
-    switch (key) {
-    case VK_SPACE: return NextImage();
-    case 'F': return StepFrames(1);
-    case 'L': return NextLanguage();
-    case '1': return ToggleTool(m_tools.Distance());
-    case '2': return ToggleTool(m_tools.Angle());
-    case '3': return ToggleTool(m_tools.Region());
-    case 'P':
-        return m_tools.SetInput(MouseCapture::GetInput() == InputPointer ? InputTrackball
-                                                                         : InputPointer);
-    case VK_TAB: MouseCapture::LockNext(); return;
-    case 'S': return ShowStrip(!m_content.stripShown);
-    case 'R': return SetRotation((m_content.rotation + rotationStep) % fullTurn);
-    case 'C': return ToggleRawRecording();
-    case 'V': return ToggleMovieRecording();
-    case 'K': return TogglePanel();
-    case VK_ESCAPE: DestroyWindow(); return;
-    default:
-        if (const auto text = m_service.OnKey(*this, key)) SetStatus(*text);
-        return;
-    }
-}
-
-void MainWindow::ToggleRecording(CString (Recorder::*start)())
-{
-    if (m_recorder.IsRecording()) return EndRecording();
-    m_content.status = (m_recorder.*start)();
-    if (!m_recorder.IsRecording())
-        RaiseNotice(NoticeKind::error, m_content.status); // why nothing is recorded
-    RunTimer();
-    ShowRecordingMark();
-}
-
-void MainWindow::ToggleRawRecording()
-{
-    if (!IsRecording()) m_recordsMovie = false;
-    ToggleRecording(&Recorder::StartRaw);
-}
-
-void MainWindow::ToggleMovieRecording()
-{
-    if (!IsRecording()) m_recordsMovie = true;
-    ToggleRecording(&Recorder::StartMovie);
-}
-
-// Frames advance by themselves while they are recorded or not frozen.
-void MainWindow::RunTimer()
-{
-    if (m_session.IsEmpty() || (!m_recorder.IsRecording() && m_frozen)) {
-        KillTimer(playTimer);
-        return;
-    }
-    const double interval = 1000 / m_session.Cine().FramesPerSecond();
-    SetTimer(playTimer, static_cast<UINT>(std::max(shortestInterval, interval)), nullptr);
-}
-
-void MainWindow::EndRecording()
-{
-    m_recorder.Stop();
-    RunTimer();
-    ShowRecordingMark();
-}
-
-void MainWindow::RecordingFinished(const FinishedRecording& recording)
-{
-    if (!recording.whole)
-        Report(NoticeKind::error, GetStr("exam.record.damaged", recording.path.c_str()));
-    else if (recording.cutShort)
-        Report(NoticeKind::warning, GetStr("exam.record.broken", recording.frames));
-    else
-        Report(NoticeKind::finished,
-               GetStr("exam.record.finished", recording.frames, recording.path.c_str()));
-}
-
-void MainWindow::Report(NoticeKind kind, const CString& sentence)
-{
-    m_content.status = sentence;
-    RaiseNotice(kind, sentence);
-}
-
-void MainWindow::AdvanceRecording()
-{
-    if (!m_recorder.IsRecording()) return;
-    if (!m_recorder.AddFrame()) {
-        RunTimer();
-        return ShowRecordingMark();
-    }
-    m_session.NextFrame();
-    TellChange(stateImageChanged);
-    ShowRecordingMark();
-}
-
-void MainWindow::ShowRecordingMark()
-{
-    m_content.recordedFrames.reset();
-    if (m_recorder.IsRecording()) m_content.recordedFrames = m_recorder.Frames();
-    CStatusRecording::setState(m_recorder.IsRecording());
-    TellChange(stateDisplayChanged);
+    if (const Command* const command = CommandOfKey(key)) m_commands.CarryOut(*command);
 }
 
 void MainWindow::OnTimer(UINT_PTR)
 {
-    if (IsRecording()) return AdvanceRecording();
-    StepFrames(1);
+    m_exam.Advance();
 }
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
@@ -259,7 +146,7 @@ void MainWindow::OnMouseMove(UINT flags, CPoint point)
 
 void MainWindow::OnDestroy()
 {
-    EndRecording();
+    m_exam.EndRecording();
     BalloonMessageService::Destroy();
     CWnd::OnDestroy();
     utilsExam::AppExiting = true;

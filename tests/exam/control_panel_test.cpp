@@ -1,6 +1,6 @@
 // The control panel as the user has it: a real window, mouse messages, protocol files.
 #include "panel/ControlPanel.h"
-#include "panel/PanelFile.h"
+#include "panel/PanelLayout.h"
 
 #include <test_support/ProtocolFolders.h>
 #include <Utils_Statics/ActionRepository.h>
@@ -45,27 +45,17 @@ protected:
         m_owner.CreateEx(0, nullptr, L"owner", WS_POPUP, CRect(0, 0, 200, 100), nullptr, 0);
         Start();
     }
-    ~ControlPanelTest() override
-    {
-        End();
-        ActionRepository::DestroyInstance();
-    }
 
     // Does the work of a program start.
     void Start()
     {
-        DerivedState::LoadAll();
-        m_panel.emplace(
-            ControlPanel::Listener{[this](const ActionInfo& action) { m_done.push_back(action); },
-                                   [this](const CString&) { ++m_sentences; }});
+        m_panel.emplace(ControlPanel::Listener{
+            [this](const ActionInfo& action) { m_done.push_back(action); },
+            [this](const CString&) { ++m_sentences; }, [this] { ++m_broadcasts; }});
         m_panel->Reload();
         ASSERT_TRUE(m_panel->Open(m_owner));
     }
-    void End()
-    {
-        m_panel.reset();
-        DerivedState::DestroyAll();
-    }
+    void End() { m_panel.reset(); }
 
     void WriteFactory(const std::wstring& name, const std::string& text)
     {
@@ -130,11 +120,13 @@ protected:
     CWnd m_owner;
     std::vector<ActionInfo> m_done;
     int m_sentences = 0;
+    int m_broadcasts = 0;
     std::optional<ControlPanel> m_panel;
 };
 
 TEST_F(ControlPanelTest, ShowsButtonsThatHaveAnActionAndAPlace)
 {
+    EXPECT_EQ(m_broadcasts, 1); // of all states, for the lamps
     EXPECT_EQ(m_panel->Buttons().size(), 4u);
     EXPECT_EQ(m_panel->Find(L"Nobody"), nullptr);
     EXPECT_EQ(m_panel->Find(L"Hidden"), nullptr);
@@ -208,6 +200,7 @@ TEST_F(ControlPanelTest, ADraggedButtonGoesToItsCellAndIsStillThereAfterARestart
     End();
     Start();
     EXPECT_EQ(AreaOf(L"Freeze"), moved);
+    EXPECT_EQ(m_broadcasts, 1); // of all states, for the lamps
     EXPECT_EQ(m_panel->Buttons().size(), 4u);
     // The buttons that are not shown were saved too.
     EXPECT_EQ(m_panel->Layout().Placements().size(), 6u);

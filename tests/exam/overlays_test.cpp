@@ -3,6 +3,7 @@
 
 #include "record/PixelCanvas.h"
 
+#include <base/GdiPlusSession.h>
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
@@ -67,18 +68,16 @@ protected:
         m_overlays.Tools().SendMessage(WM_LBUTTONDOWN, 0, MAKELPARAM(middle.x, middle.y));
     }
 
-    GdiPlusSession m_gdiPlus;
-    Session m_session;
-    ImageView m_view;
+    base::GdiPlusSession m_gdiPlus;
+    ExamState m_state;
     ButtonForm m_form = ButtonForm::normal;
     int m_pushed = 0;
     CWnd m_parent;
-    Overlays m_overlays{
-        m_session,
-        m_view,
-        {{L"raw.png", "name", "tip", [this] { ++m_pushed; }, [this] { return m_form; }},
-         {L"missing.png", "name", "tip", [this] { m_pushed += 100; },
-          [] { return ButtonForm::framed; }}}};
+    Overlays m_overlays{m_state,
+                        {{L"raw.png", "name", [] { return L"tip"; }, [this] { ++m_pushed; },
+                          [this] { return m_form; }},
+                         {L"missing.png", "name", [] { return L"tip"; },
+                          [this] { m_pushed += 100; }, [] { return ButtonForm::framed; }}}};
 };
 
 } // namespace

@@ -1,5 +1,4 @@
 // The layout of the control panel: its grid, its file, and the moves of buttons.
-#include "panel/PanelGrid.h"
 #include "panel/PanelLayout.h"
 
 #include <base/Handles.h>

@@ -1,13 +1,10 @@
 #include "record/Recorder.h"
 
 #include "base/ScreenLayout.h"
-#include "image/Session.h"
-#include "measure/MeasureTools.h"
-#include "measure/SimulatedFlow.h"
 #include "record/AviCheck.h"
 #include "record/MovieSettings.h"
 #include "record/VideoCodec.h"
-#include "screen/ScreenContent.h"
+#include "screen/Screen.h"
 
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
@@ -40,9 +37,7 @@ protected:
         std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
         s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
         SetCodec(L"Uncompressed");
-        EXPECT_EQ(m_session.Add(L"linear.cine"), L"");
-        m_view.SetRecording(m_session.Cine(), ScreenLayout::Image().Size());
-        m_view.Show(m_session.Cine(), 0);
+        EXPECT_EQ(m_state.AddRecording(L"linear.cine"), L"");
         m_recorder.SetFolder(m_folder.Path());
     }
 
@@ -60,13 +55,9 @@ protected:
     }
 
     test_support::TemporaryFolder m_folder;
-    Session m_session;
-    ImageView m_view;
-    MeasureTools m_tools{m_view, ScreenLayout::Image()};
-    SimulatedFlow m_flow{ScreenLayout::Strip().Size()};
-    ScreenContent m_content{m_session, m_view, m_tools, m_flow};
+    ExamState m_state;
     FinishedRecording m_finished;
-    Recorder m_recorder{m_content,
+    Recorder m_recorder{m_state, [this](CDC& dc) { DrawScreen(dc, m_state, ScreenUse::movie); },
                         [this](const FinishedRecording& recording) { m_finished = recording; }};
 };
 

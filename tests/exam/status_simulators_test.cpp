@@ -1,7 +1,6 @@
 // The simulations behind the sample application's status row, and its settings.
-#include "status/NetworkSimulator.h"
-#include "status/ProbeSimulator.h"
-#include "status/StatusSettings.h"
+#include "status/StatusRow.h"
+#include "status/StatusSimulators.h"
 
 #include <gtest/gtest.h>
 #include <test_support/ComScope.h>

@@ -1,5 +1,6 @@
-#include "status/NetworkSimulator.h"
+#include "status/StatusSimulators.h"
 
+#include <cmath>
 #include <string>
 #include <thread>
 
@@ -18,6 +19,15 @@ simulation::WmiProperties Media(const wchar_t* name, bool connected)
     constexpr int driversDisconnected = 1;
     return {{L"InstanceName", name},
             {L"NdisMediaConnectStatus", connected ? driversConnected : driversDisconnected}};
+}
+
+constexpr int sensorVersion = 2;
+
+// Rises from 0 to 1 in one period, and falls back to 0 in the next.
+double ToAndFro(double seconds, double period)
+{
+    const double phase = std::fmod(seconds, 2 * period) / period;
+    return phase <= 1 ? phase : 2 - phase;
 }
 
 } // namespace
@@ -83,6 +93,39 @@ void NetworkSimulator::Tell(const wchar_t* eventClass, const wchar_t* adapter)
     std::jthread([&] {
         m_server.Deliver({{{L"__CLASS", eventClass}, {L"InstanceName", adapter}}});
     }).join();
+}
+
+CStatusProbeSensor::SensorData ProbeSimulator::ReadingAt(double seconds)
+{
+    return {true, coldest + (hottest - coldest) * ToAndFro(seconds, heatingPeriod),
+            180 * ToAndFro(seconds, turningPeriod), 0, sensorVersion};
+}
+
+void ProbeSimulator::Plug(bool plugged)
+{
+    m_plugged = plugged;
+    m_time = 0;
+    Show();
+}
+
+void ProbeSimulator::SetError(bool error)
+{
+    m_error = error;
+    Show();
+}
+
+void ProbeSimulator::Advance(double seconds)
+{
+    m_time += seconds;
+    Show();
+}
+
+void ProbeSimulator::Show() const
+{
+    CStatusProbeSensor::SensorData reading;
+    if (m_plugged) reading = ReadingAt(m_time);
+    if (m_error) reading.errorStatus = 1;
+    CStatusProbeSensor::setState(reading);
 }
 
 } // namespace exam

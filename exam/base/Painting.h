@@ -1,0 +1,85 @@
+#pragma once
+
+#include <base/GdiHandles.h>
+
+#include <afxwin.h>
+
+#include <initializer_list>
+#include <span>
+
+namespace exam {
+
+/// Selects a font for the length of a scope.
+class ScopedFont
+{
+public:
+    static constexpr int textSize = 15; ///< pixels; for everything but the title
+
+    ScopedFont(CDC& dc, int pixels, int weight)
+        : m_selection(dc.GetSafeHdc(), Create(pixels, weight))
+    {
+    }
+
+private:
+    HGDIOBJ Create(int pixels, int weight)
+    {
+        m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                          OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                          DEFAULT_PITCH | FF_SWISS, L"Arial");
+        return m_font.GetSafeHandle();
+    }
+
+    CFont m_font; // initialised before the selection, whose argument creates it
+    base::Selection m_selection;
+};
+
+/// Answers WM_PAINT without flicker: everything drawn into Context() reaches the window in one go
+/// when this object ends. The window outlives it.
+class BufferedPaint
+{
+public:
+    /// `size` is the size of the drawn area, in pixels.
+    BufferedPaint(CWnd& window, CSize size)
+        : m_window(&window), m_size(size), m_selection(MakeContext(), MakeBitmap())
+    {
+    }
+    ~BufferedPaint() { m_window.BitBlt(0, 0, m_size.cx, m_size.cy, &m_context, 0, 0, SRCCOPY); }
+    BufferedPaint(const BufferedPaint&) = delete;
+    BufferedPaint& operator=(const BufferedPaint&) = delete;
+
+    CDC& Context() { return m_context; }
+
+private:
+    HDC MakeContext()
+    {
+        m_context.CreateCompatibleDC(&m_window);
+        return m_context.GetSafeHdc();
+    }
+    HGDIOBJ MakeBitmap()
+    {
+        m_bitmap.CreateCompatibleBitmap(&m_window, m_size.cx, m_size.cy);
+        return m_bitmap.GetSafeHandle();
+    }
+
+    CPaintDC m_window;
+    CSize m_size;
+    CDC m_context;
+    CBitmap m_bitmap;
+    base::Selection m_selection; // uses the members above
+};
+
+/// Draws straight lines from point to point with the selected pen. The last point itself is not
+/// drawn.
+inline void DrawLines(CDC& dc, std::span<const CPoint> points)
+{
+    if (points.empty()) return;
+    dc.MoveTo(points.front());
+    for (const CPoint& point : points.subspan(1))
+        dc.LineTo(point);
+}
+inline void DrawLines(CDC& dc, std::initializer_list<CPoint> points)
+{
+    DrawLines(dc, std::span(points.begin(), points.size()));
+}
+
+} // namespace exam

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "commands/Examination.h"
+
+#include <pro_actions/ActionStateInfo.h>
+#include <Utils_Statics/ActionInfo.h>
+
+#include <map>
+#include <span>
+#include <string>
+
+namespace exam {
+
+/// One thing that the user can have done. Keys, tool bar, control panel, lamps and the help all
+/// come from the table of commands.
+struct Command
+{
+    UINT key = 0;                     ///< virtual key; 0: none
+    int keyParam = 0;                 ///< the parameter that key and tool bar give
+    const wchar_t* type = nullptr;    ///< its type in the action vocabulary; null: none
+    const wchar_t* action = nullptr;  ///< its name in that type
+    const wchar_t* picture = nullptr; ///< file of its picture on the tool bar; null: not there
+    const char* nameKey = nullptr;    ///< key of its name; null for one without key and picture
+    const char* tipKey = nullptr;     ///< key of a text that says what it does; null with the name
+
+    /// Carries it out; the vocabulary explains the parameter. Null: it has no effect here.
+    void (*carryOut)(Examination& exam, int param) = nullptr;
+
+    /// Its state for a parameter; 0 is off. Null: it has none.
+    int (*value)(const ExamState& state, int param) = nullptr;
+    int params = 1; ///< the parameters that have a state, from 0 on
+
+    /// True when it can be carried out now. Null: always.
+    bool (*isPossible)(const ExamState& state) = nullptr;
+};
+
+/// The table.
+std::span<const Command> Commands();
+
+/// The command of a key or an action; null when there is none.
+const Command* CommandOfKey(UINT key);
+const Command* CommandOfAction(const ActionInfo& action);
+
+bool IsOn(const Command& command, const ExamState& state);
+bool IsPossible(const Command& command, const ExamState& state);
+
+/// The tip of a command, with its key when it has one, in the current language.
+CString TipOf(const Command& command);
+
+/// One line for each key that says what it does, in the current language.
+std::wstring KeyHelp();
+
+/// Has commands carried out, and broadcasts their states as action states, each when it has
+/// changed. The state-change signal triggers the look at the states.
+class CommandDesk : private IStateChangeConsumer
+{
+public:
+    explicit CommandDesk(Examination& exam) : m_exam(exam) {}
+
+    /// Carries a command out with the parameter of its key, if it is possible.
+    void CarryOut(const Command& command);
+
+    /// Carries an action out, and notifies the consumers of action notifications. The status line
+    /// reports an action without effect here: there is no transmitter, no printer and no patient
+    /// list.
+    void CarryOut(const ActionInfo& action);
+
+    /// Broadcasts every state, for consumers that registered after the last broadcast.
+    void BroadcastAll();
+
+private:
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    void BroadcastChanges();
+
+    Examination& m_exam;
+    std::map<ActionStateInfo, int> m_told;
+};
+
+} // namespace exam

@@ -1,0 +1,107 @@
+#include "commands/Examination.h"
+
+#include "base/StateChanges.h"
+
+#include <Utils_Statics/CStatusRecording.h>
+#include <Utils_Statics/GetStr.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace exam {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double shortestInterval = 10; // milliseconds
+
+} // namespace
+
+Examination::Examination(ExamState& state, ExamWindow& window, const std::wstring& folder)
+    : m_state(state), m_window(window), m_folder(folder),
+      m_recorder(
+          state, [this](CDC& dc) { m_window.PaintMovie(dc); },
+          [this](const FinishedRecording& recording) { RecordingFinished(recording); })
+{
+    m_recorder.SetFolder(folder);
+    m_service.SetFolder(folder);
+}
+
+void Examination::ToggleRecording(bool isMovie)
+{
+    if (m_recorder.IsRecording()) return EndRecording();
+    m_recordsMovie = isMovie;
+    const CString sentence = isMovie ? m_recorder.StartMovie() : m_recorder.StartRaw();
+    m_state.SetStatus(sentence);
+    if (!m_recorder.IsRecording()) RaiseNotice(NoticeKind::error, sentence);
+    TellRecording();
+}
+
+void Examination::EndRecording()
+{
+    m_recorder.Stop();
+    TellRecording();
+}
+
+void Examination::Advance()
+{
+    if (m_recorder.IsRecording() && !m_recorder.AddFrame()) return TellRecording();
+    m_state.StepFrames(1);
+    if (m_recorder.IsRecording()) TellRecording();
+}
+
+std::optional<unsigned> Examination::PlayInterval() const
+{
+    const Session& session = m_state.Recordings();
+    if (session.IsEmpty() || (m_state.IsFrozen() && !m_recorder.IsRecording())) return {};
+    return static_cast<unsigned>(
+        std::max(shortestInterval, 1000 / session.Cine().FramesPerSecond()));
+}
+
+void Examination::SavePicture()
+{
+    std::error_code error; // a missing folder shows when the file is written
+    fs::create_directories(m_folder, error);
+    std::wstring path;
+    for (int number = 1; path.empty() || fs::exists(path, error); ++number)
+        path = m_folder + L"\\picture-" + std::to_wstring(number) + L".png";
+    const bool saved = m_window.SavePicture(path);
+    m_state.SetStatus(GetStr(saved ? "exam.picture.saved" : "exam.picture.notsaved", path.c_str()));
+}
+
+void Examination::OnStateChange(StateChangeType type, unsigned int, long)
+{
+    // A recording holds frames of one size.
+    if (type == stateFitChanged && m_recorder.IsRecording()) EndRecording();
+    if (type == stateImageChanged && !m_state.IsFrameReadable())
+        RaiseNotice(NoticeKind::warning, m_state.Status());
+}
+
+void Examination::TellRecording()
+{
+    const bool isRecording = m_recorder.IsRecording();
+    CStatusRecording::setState(isRecording);
+    std::optional<RunningRecording> recording;
+    if (isRecording) recording = {m_recordsMovie, m_recorder.Frames()};
+    m_state.SetRecording(recording);
+}
+
+void Examination::RecordingFinished(const FinishedRecording& recording)
+{
+    if (!recording.whole)
+        Report(NoticeKind::error, GetStr("exam.record.damaged", recording.path.c_str()));
+    else if (recording.cutShort)
+        Report(NoticeKind::warning, GetStr("exam.record.broken", recording.frames));
+    else
+        Report(NoticeKind::finished,
+               GetStr("exam.record.finished", recording.frames, recording.path.c_str()));
+}
+
+void Examination::Report(NoticeKind kind, const CString& sentence)
+{
+    m_state.SetStatus(sentence);
+    RaiseNotice(kind, sentence);
+}
+
+} // namespace exam

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "overlay/Notices.h"
+#include "record/Recorder.h"
+#include "service/ServiceDesk.h"
+#include "state/ExamState.h"
+
+#include <Utils_Statics/IStateChangeConsumer.h>
+
+#include <afxwin.h>
+
+#include <optional>
+#include <string>
+
+namespace exam {
+
+/// What commands need of the window that shows the exam.
+class ExamWindow
+{
+public:
+    /// The owner of the windows that services open.
+    virtual CWnd& Owner() = 0;
+    /// Saves what the window shows as a PNG file. False when it could not be written.
+    virtual bool SavePicture(const std::wstring& path) = 0;
+    /// Paints the screen as it belongs into a movie.
+    virtual void PaintMovie(CDC& dc) = 0;
+    virtual void TogglePanel() = 0;
+    virtual void Close() = 0;
+
+protected:
+    ~ExamWindow() = default;
+};
+
+/// The things that commands work on: the exam's state, its recorder and the services. It tells the
+/// user how recordings end.
+class Examination : private IStateChangeConsumer
+{
+public:
+    /// `folder`: the folder of recordings, pictures and archives. State and window outlive this
+    /// object.
+    Examination(ExamState& state, ExamWindow& window, const std::wstring& folder);
+
+    ExamState& State() { return m_state; }
+    const ExamState& State() const { return m_state; }
+    ExamWindow& Window() { return m_window; }
+    ServiceDesk& Service() { return m_service; }
+
+    /// Begins a recording of raw frames or of a movie, or ends the current one.
+    void ToggleRecording(bool isMovie);
+    void EndRecording();
+
+    /// Shows the next frame. The one on display is recorded before, during a recording.
+    void Advance();
+
+    /// The milliseconds between two frames; nothing while they stand still.
+    std::optional<unsigned> PlayInterval() const;
+
+    /// Saves what the window shows as picture-1.png and so on, with the next number that is free.
+    void SavePicture();
+
+private:
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    void TellRecording();
+    void RecordingFinished(const FinishedRecording& recording);
+    void Report(NoticeKind kind, const CString& sentence);
+
+    ExamState& m_state;
+    ExamWindow& m_window;
+    std::wstring m_folder;
+    Recorder m_recorder;
+    bool m_recordsMovie = false;
+    ServiceDesk m_service;
+};
+
+} // namespace exam

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "image/ImageView.h"
+#include "image/Session.h"
+#include "measure/MeasureTools.h"
+#include "measure/SpectralStrip.h"
+
+#include <atlstr.h>
+
+#include <optional>
+#include <string>
+
+namespace exam {
+
+/// A recording that is being made.
+struct RunningRecording
+{
+    bool isMovie = false;
+    int frames = 0;
+};
+
+/// The state of the examination. It knows no window: windows paint it, commands change it, and the
+/// state-change signal tells of each change.
+class ExamState
+{
+public:
+    ExamState();
+    ExamState(const ExamState&) = delete;
+    ExamState& operator=(const ExamState&) = delete;
+
+    /// Adds a recording of the images store; the first one is put on display. The result is empty,
+    /// or one sentence that says what is wrong.
+    std::wstring AddRecording(const std::wstring& name);
+
+    const Session& Recordings() const { return m_session; }
+    const ImageView& View() const { return m_view; }
+    MeasureTools& Tools() { return m_tools; }
+    const MeasureTools& Tools() const { return m_tools; }
+    const SimulatedFlow& Flow() const { return m_flow; }
+
+    /// Put another recording or frame on display. A frame that cannot be read leaves the image as
+    /// it was, and the status line says so.
+    void SelectImage(std::size_t index);
+    void NextImage();
+    void StepFrames(int frames);
+    bool IsFrameReadable() const { return m_readable; }
+
+    /// Changes the image's gain by decibels; the sum stays within -20 and 20.
+    void ChangeGain(int decibels);
+    int Gain() const { return m_gain; }
+
+    /// Changes the shown depth by tenths of the recording's; the result stays between half and all
+    /// of it.
+    void ChangeDepth(int tenths);
+    int DepthMillimetres() const;
+
+    /// Frames run at the rate of their recording unless they are frozen.
+    void SetFrozen(bool frozen);
+    bool IsFrozen() const { return m_frozen; }
+
+    void ShowStrip(bool shown);
+    bool IsStripShown() const { return m_stripShown; }
+
+    /// Turns the outline by tenths of a degree. It is hidden at 0.
+    void Rotate(int angle);
+    /// The outline's angle, from 0 to 3599 tenths of a degree.
+    int Rotation() const { return m_rotation; }
+
+    /// Chooses trackball or pointer style, and lets go of a point that is held.
+    void SetInput(InputType input);
+
+    /// Switches to the other language of the string tables.
+    void NextLanguage();
+
+    /// Sets the sentence of the status line.
+    void SetStatus(const CString& sentence);
+    const CString& Status() const { return m_status; }
+
+    void SetRecording(const std::optional<RunningRecording>& recording);
+    const std::optional<RunningRecording>& Recording() const { return m_recording; }
+
+private:
+    static constexpr int fullDepth = 10;
+
+    void FitImage();
+    void ShowFrame();
+
+    Session m_session;
+    ImageView m_view;
+    std::optional<std::size_t> m_fitted; // the recording that the view is fitted to
+    bool m_readable = true;
+    MeasureTools m_tools;
+    SimulatedFlow m_flow;
+    int m_gain = 0;          // decibels
+    int m_depth = fullDepth; // tenths of the recording's depth
+    bool m_frozen = true;
+    bool m_stripShown = false;
+    int m_rotation = 0;
+    CString m_status;
+    std::optional<RunningRecording> m_recording;
+};
+
+} // namespace exam
