@@ -56,12 +56,7 @@ void ImageView::SetRecording(const CineFile& cine, CSize size, int depth)
     m_parameters = FitImage(description, size);
     m_map.emplace(m_parameters.ToScanGeometry());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
-    // The imaged region is the part of a white frame that is not black.
-    m_frame.assign(static_cast<std::size_t>(cine.Lines()) *
-                       static_cast<std::size_t>(m_parameters.samples),
-                   UINT8_MAX);
-    m_mask = m_grey;
-    m_map->Convert(m_frame.data(), m_mask.data());
+    m_mask = m_parameters.Mask();
     m_imagedRect = BoundingRect(m_mask, m_parameters.width);
 }
 
@@ -70,8 +65,8 @@ bool ImageView::Show(const CineFile& cine, int frame)
     if (!cine.ReadFrame(frame, m_frame)) return false;
     if (!m_map) return true;
     CutLines(cine.Samples());
-    m_map->Convert(m_frame.data(), m_grey.data());
     ApplyGain();
+    m_map->Convert(m_frame.data(), m_grey.data());
     return true;
 }
 
@@ -84,16 +79,13 @@ void ImageView::CutLines(int samples)
         to = std::copy(line, line + m_parameters.samples, to);
 }
 
-// The grey levels are echoes in decibels, so gain is added to them. The blended edge of the imaged
-// region gets its share of the gain.
+// Echoes are levels of decibels, so gain is added to them.
 void ImageView::ApplyGain()
 {
     if (m_gain == 0) return;
     const int levels = m_gain * UINT8_MAX / dynamicRange;
-    for (std::size_t i = 0; i < m_grey.size(); ++i) {
-        const int added = levels * m_mask[i] / UINT8_MAX;
-        m_grey[i] = static_cast<std::uint8_t>(std::clamp<int>(m_grey[i] + added, 0, UINT8_MAX));
-    }
+    for (std::uint8_t& echo : m_frame)
+        echo = static_cast<std::uint8_t>(std::clamp<int>(echo + levels, 0, UINT8_MAX));
 }
 
 void ImageView::Paint(CDC& dc, CPoint at) const

@@ -117,6 +117,19 @@ double ImagingParameters::DepthMillimetres() const
     return qor_utils::GetSampleSize(samplingFreq, soundSpeed) * samples / 1000.0;
 }
 
+std::vector<std::uint8_t> ImagingParameters::Mask() const
+{
+    std::vector<std::uint8_t> mask(static_cast<std::size_t>(width) *
+                                   static_cast<std::size_t>(height));
+    // The edges of the region are outside, so the last line and sample are.
+    const CRect region(0, 0, probe.elements - DivideUp(probe.elements, std::max(1, lines)),
+                       samples - 1);
+    CImgGeometry::CreateImageMask(mask.data(), width, height, samplingFreq, steerAngle, lines,
+                                  region, apexAngle, &probe, soundSpeed, origin, micronsPerPixel,
+                                  UINT8_MAX);
+    return mask;
+}
+
 qor_utils::ScanGeometry ImagingParameters::ToScanGeometry() const
 {
     qor_utils::ScanGeometry geometry;

@@ -8,6 +8,9 @@
 
 #include <afxwin.h>
 
+#include <cstdint>
+#include <vector>
+
 namespace exam {
 
 /// The input of the geometry functions for one displayed image. Their long parameter lists are
@@ -49,6 +52,9 @@ struct ImagingParameters
 
     /// The depth of the whole frame.
     double DepthMillimetres() const;
+
+    /// The mask of the imaged region: a byte for each pixel, rows from the top, not 0 inside.
+    std::vector<std::uint8_t> Mask() const;
 
     /// The input of the conversion of whole frames. It points to the probe of this object.
     qor_utils::ScanGeometry ToScanGeometry() const;
