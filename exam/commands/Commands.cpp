@@ -275,11 +275,12 @@ CString TipOf(const Command& command)
 
 std::wstring KeyHelp()
 {
+    constexpr std::size_t width = 13; // the longest name has nine letters
     std::wstring help;
     for (const Command& command : commands) {
         if (command.key == 0) continue;
         std::wstring line = L"  " + std::wstring(KeyName(command.key));
-        line.resize(10, L' ');
+        line.resize(width, L' ');
         help += line + GetStr(command.tipKey).GetString() + L"\n";
     }
     return help;

@@ -1,0 +1,351 @@
+// The table of commands, and what comes of them. No window is needed.
+#include "commands/Commands.h"
+
+#include <gtest/gtest.h>
+#include <pro_actions/CProActionCollection.h>
+#include <pro_actions/NotifiedConsumer.h>
+#include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+#include <Utils_Statics/GetStr.h>
+#include <zel_string_convert/TableLoading.h>
+#include <zel_string_convert/ZelTString.h>
+
+#include <climits>
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+using namespace exam;
+
+namespace {
+
+CWinApp s_app; // the settings are read through it
+
+// Counts what is asked of the window.
+class CountingWindow : public ExamWindow
+{
+public:
+    CWnd& Owner() override { return m_owner; }
+    bool SavePicture(const std::wstring& path) override
+    {
+        m_picture = path;
+        return m_canSave;
+    }
+    void PaintMovie(CDC&) override { ++m_painted; }
+    void TogglePanel() override { ++m_toggled; }
+    void Close() override { ++m_closed; }
+
+    CWnd m_owner;
+    std::wstring m_picture;
+    bool m_canSave = true;
+    int m_painted = 0;
+    int m_toggled = 0;
+    int m_closed = 0;
+};
+
+// Keeps the states and actions that it is told.
+class Listener : public pro_actions::NotifiedConsumer
+{
+public:
+    explicit Listener(const std::vector<ActionStateInfo>& states)
+    {
+        for (const ActionStateInfo& state : states)
+            RegisterActionSignal(state);
+        RegisterActionNotification();
+    }
+    void ActionStateChanged(const ActionStateInfo&, int value) override
+    {
+        m_values.push_back(value);
+    }
+    void ActionNotification(ActionType, int, int param) override { m_params.push_back(param); }
+
+    std::vector<int> m_values;
+    std::vector<int> m_params;
+};
+
+ActionInfo Action(const wchar_t* type, const wchar_t* action, int param = 0)
+{
+    const ActionType number = CProActionCollection::MapActionType(type);
+    return {number, CProActionCollection::MapAction(number, action), param, L""};
+}
+
+ActionStateInfo StateOf(const wchar_t* type, const wchar_t* action, int param = 0)
+{
+    const ActionInfo info = Action(type, action);
+    return {info.type, info.action, param};
+}
+
+class CommandsTest : public testing::Test
+{
+protected:
+    CommandsTest()
+    {
+        EXPECT_TRUE(zel_string_convert::LoadTable(test_support::BesideProgram(L"sample\\strings")));
+        EXPECT_TRUE(
+            pro_actions::LoadVocabulary(test_support::BesideProgram(L"sample\\actions.xml")));
+        qor_utils::SetStoreFolder(qor_utils::imagesStore,
+                                  test_support::BesideProgram(L"sample\\images"));
+        for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
+            EXPECT_EQ(m_state.AddRecording(name), L"");
+    }
+    ~CommandsTest() override
+    {
+        for (ImageTool* const tool : m_state.Tools().All())
+            tool->Show(false);
+        pro_actions::ClearVocabulary();
+        zel_string_convert::ClearTable();
+    }
+
+    void Press(UINT key) { m_desk.CarryOut(*CommandOfKey(key)); }
+    void CarryOut(const wchar_t* type, const wchar_t* action, int param = 0)
+    {
+        m_desk.CarryOut(Action(type, action, param));
+    }
+    bool IsOn(UINT key) const { return exam::IsOn(*CommandOfKey(key), m_state); }
+    bool IsPossible(UINT key) const { return exam::IsPossible(*CommandOfKey(key), m_state); }
+
+    test_support::TemporaryFolder m_folder;
+    ExamState m_state;
+    CountingWindow m_window;
+    Examination m_exam{m_state, m_window, m_folder.Path()};
+    CommandDesk m_desk{m_exam};
+};
+
+} // namespace
+
+TEST_F(CommandsTest, EachKeyAndEachActionBelongToOneCommand)
+{
+    std::set<UINT> keys;
+    std::set<std::pair<ActionType, int>> actions;
+    for (const Command& command : Commands()) {
+        if (command.key != 0) {
+            EXPECT_TRUE(keys.insert(command.key).second) << command.key;
+            EXPECT_EQ(CommandOfKey(command.key), &command);
+        }
+        if (!command.type) continue;
+        const ActionInfo action = Action(command.type, command.action);
+        EXPECT_TRUE(actions.insert({action.type, action.action}).second) << command.action;
+        EXPECT_EQ(CommandOfAction(action), &command);
+    }
+    EXPECT_EQ(CommandOfKey(0), nullptr);
+    EXPECT_EQ(CommandOfKey('Q'), nullptr);
+    EXPECT_EQ(CommandOfAction(ActionInfo()), nullptr);
+}
+
+TEST_F(CommandsTest, TheVocabularyKnowsEachAction)
+{
+    for (const Command& command : Commands()) {
+        EXPECT_EQ(command.type == nullptr, command.action == nullptr);
+        if (!command.type) continue;
+        const ActionInfo action = Action(command.type, command.action);
+        EXPECT_NE(action.type, actionTypeNone) << command.type;
+        EXPECT_NE(action.action, -1) << command.action;
+    }
+}
+
+TEST_F(CommandsTest, HasTextsInBothLanguagesWhereAUserMeetsIt)
+{
+    for (const wchar_t* const language : {L"en", L"de"}) {
+        ASSERT_TRUE(zel_string_convert::SetLanguage(language));
+        for (const Command& command : Commands()) {
+            const bool isMet = command.key != 0 || command.picture;
+            EXPECT_EQ(command.nameKey != nullptr, isMet);
+            EXPECT_EQ(command.tipKey != nullptr, isMet);
+            if (!isMet) continue;
+            for (const char* const key : {command.nameKey, command.tipKey}) {
+                EXPECT_FALSE(GetStr(key).IsEmpty()) << key;
+                EXPECT_NE(GetStr(key), CString(key)) << key;
+            }
+        }
+    }
+}
+
+TEST_F(CommandsTest, PicturesAreInTheSample)
+{
+    int pictures = 0;
+    for (const Command& command : Commands()) {
+        if (!command.picture) continue;
+        ++pictures;
+        EXPECT_NE(command.key, 0u); // the tip names it
+        EXPECT_TRUE(std::filesystem::exists(
+            test_support::BesideProgram(L"sample\\images\\buttons\\") + command.picture));
+    }
+    EXPECT_EQ(pictures, 5);
+}
+
+TEST_F(CommandsTest, TheHelpHasOneLineForEachKey)
+{
+    const std::wstring help = KeyHelp();
+    for (const wchar_t* const line :
+         {L"  1          a caliper whose two points the mouse drags\n",
+          L"  Space      shows the next recording\n", L"  Esc        leaves the exam\n"})
+        EXPECT_NE(help.find(line), std::wstring::npos) << line;
+    const auto keys = std::count_if(Commands().begin(), Commands().end(),
+                                    [](const Command& command) { return command.key != 0; });
+    EXPECT_EQ(std::count(help.begin(), help.end(), L'\n'), keys);
+}
+
+// The status line's text is written by hand: "1 2 3: tools   Tab: next point ...".
+TEST_F(CommandsTest, TheStatusLineNamesKeysOfTheTable)
+{
+    for (const wchar_t* const language : {L"en", L"de"}) {
+        ASSERT_TRUE(zel_string_convert::SetLanguage(language));
+        std::set<std::wstring> known;
+        std::wistringstream help(KeyHelp());
+        for (std::wstring line; std::getline(help, line);)
+            known.insert(line.substr(2, line.find(L' ', 2) - 2));
+        std::wstring text = GetStr("exam.keys").GetString();
+        int named = 0;
+        for (std::size_t end = text.find(L':'); end != std::wstring::npos; end = text.find(L':')) {
+            const std::size_t gap = text.rfind(L"   ", end);
+            const std::size_t begin = gap == std::wstring::npos ? 0 : gap;
+            std::wistringstream keys(text.substr(begin, end - begin));
+            for (std::wstring key; keys >> key; ++named)
+                EXPECT_TRUE(known.contains(key)) << key;
+            text.erase(0, end + 1);
+        }
+        EXPECT_EQ(named, 11);
+    }
+}
+
+TEST_F(CommandsTest, TipsNameTheKey)
+{
+    EXPECT_EQ(TipOf(*CommandOfKey('1')), L"Key 1: a caliper whose two points the mouse drags");
+    zel_string_convert::SetLanguage(L"de");
+    EXPECT_EQ(TipOf(*CommandOfKey(VK_SPACE)), L"Taste Leertaste: zeigt die nächste Aufzeichnung");
+}
+
+TEST_F(CommandsTest, AKeySwitchesItsStateOnAndOff)
+{
+    for (const UINT key : {UINT{'1'}, UINT{'2'}, UINT{'3'}, UINT{'S'}, UINT{'P'}}) {
+        EXPECT_FALSE(IsOn(key)) << key;
+        Press(key);
+        EXPECT_TRUE(IsOn(key)) << key;
+        Press(key);
+        EXPECT_FALSE(IsOn(key)) << key;
+    }
+    Press('R');
+    EXPECT_EQ(m_state.Rotation(), 150);
+    Press('F');
+    EXPECT_EQ(m_state.Recordings().Frame(), 0); // the curved recording has one frame
+    Press(VK_SPACE);
+    Press('F');
+    EXPECT_EQ(m_state.Recordings().Frame(), 1);
+    EXPECT_FALSE(IsOn('F')); // it has no state
+}
+
+TEST_F(CommandsTest, AskTheWindowForWhatOnlyAWindowCanDo)
+{
+    Press('K');
+    Press(VK_ESCAPE);
+    EXPECT_EQ(m_window.m_toggled, 1);
+    EXPECT_EQ(m_window.m_closed, 1);
+    CarryOut(L"Document", L"SaveImage");
+    EXPECT_EQ(m_window.m_picture, m_folder / L"picture-1.png");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.picture.saved", m_window.m_picture.c_str()));
+    m_window.m_canSave = false;
+    CarryOut(L"Document", L"SaveImage");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.picture.notsaved", m_window.m_picture.c_str()));
+}
+
+TEST_F(CommandsTest, ActionsTakeTheParameterOfTheProtocolFile)
+{
+    CarryOut(L"Imaging", L"Gain", 4);
+    EXPECT_EQ(m_state.Gain(), 4);
+    CarryOut(L"Probe", L"Select", 1);
+    EXPECT_EQ(m_state.Recordings().Current(), 1u);
+    CarryOut(L"Cine", L"Step", -1);
+    EXPECT_EQ(m_state.Recordings().Frame(), 3);
+    CarryOut(L"Imaging", L"Gain", INT_MAX);
+    EXPECT_EQ(m_state.Gain(), 20);
+    CarryOut(L"Imaging", L"Rotate", INT_MIN);
+    EXPECT_EQ(m_state.Rotation(), 800); // -10,000 degrees
+    CarryOut(L"Probe", L"Select", INT_MIN);
+    EXPECT_EQ(m_state.Recordings().Current(), 1u);
+}
+
+TEST_F(CommandsTest, ClearHidesEveryTool)
+{
+    Press('1');
+    Press('3');
+    CarryOut(L"Measurement", L"Clear");
+    EXPECT_FALSE(IsOn('1') || IsOn('3'));
+}
+
+TEST_F(CommandsTest, AnActionIsToldWhenItWasCarriedOutAndNoOther)
+{
+    Listener listener({});
+    CarryOut(L"Imaging", L"Gain", 2);
+    EXPECT_EQ(listener.m_params, std::vector<int>{2});
+    CarryOut(L"Document", L"Print");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.action.noeffect", L"Document", L"Print"));
+    CarryOut(L"Measurement", L"Measure"); // has a state and no effect
+    EXPECT_EQ(m_state.Status(), GetStr("exam.action.noeffect", L"Measurement", L"Measure"));
+    EXPECT_EQ(listener.m_params.size(), 1u);
+}
+
+TEST_F(CommandsTest, BroadcastsAStateWhenItHasChanged)
+{
+    m_desk.BroadcastAll();
+    Listener listener({StateOf(L"Imaging", L"Freeze"), StateOf(L"Probe", L"Select", 0),
+                       StateOf(L"Probe", L"Select", 1), StateOf(L"Measurement", L"Measure")});
+    CarryOut(L"Imaging", L"Freeze");
+    EXPECT_EQ(std::exchange(listener.m_values, {}), std::vector<int>{0});
+    m_state.SetStatus(L"nothing of theirs");
+    EXPECT_TRUE(listener.m_values.empty());
+    CarryOut(L"Probe", L"Select", 1);
+    EXPECT_EQ(std::exchange(listener.m_values, {}), (std::vector<int>{0, 1}));
+    Press('2');
+    EXPECT_EQ(std::exchange(listener.m_values, {}), std::vector<int>{1});
+    m_desk.BroadcastAll();
+    EXPECT_EQ(listener.m_values, (std::vector<int>{0, 1, 0, 1}));
+}
+
+TEST_F(CommandsTest, OnlyOneRecordingRunsAtATime)
+{
+    EXPECT_TRUE(IsPossible('C') && IsPossible('V'));
+    Press('C');
+    EXPECT_TRUE(IsOn('C'));
+    EXPECT_FALSE(IsPossible('V'));
+    Press('V');
+    CarryOut(L"Document", L"RecordMovie");
+    EXPECT_TRUE(m_state.Recording() && !m_state.Recording()->isMovie);
+    m_exam.Advance();
+    EXPECT_EQ(m_state.Recording()->frames, 1);
+    Press('C');
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_EQ(m_state.Status(),
+              GetStr("exam.record.finished", 1, (m_folder / L"recording-001.cine").c_str()));
+    EXPECT_TRUE(IsPossible('V'));
+}
+
+TEST_F(CommandsTest, ARecordingEndsWhenTheImageHasAnotherSize)
+{
+    for (const auto change : {+[](ExamState& state) { state.NextImage(); },
+                              +[](ExamState& state) { state.ChangeDepth(-1); }}) {
+        Press('C');
+        m_state.StepFrames(1);
+        EXPECT_TRUE(m_state.Recording());
+        change(m_state);
+        EXPECT_FALSE(m_state.Recording());
+    }
+}
+
+TEST_F(CommandsTest, FramesRunUnlessTheyAreFrozenOrWhileTheyAreRecorded)
+{
+    EXPECT_EQ(m_exam.PlayInterval(), std::nullopt);
+    m_state.SetFrozen(false);
+    const std::optional<unsigned> interval = m_exam.PlayInterval();
+    ASSERT_TRUE(interval);
+    EXPECT_NEAR(*interval, 1000 / m_state.Recordings().Cine().FramesPerSecond(), 1);
+    m_state.SetFrozen(true);
+    Press('C');
+    EXPECT_EQ(m_exam.PlayInterval(), interval);
+    CarryOut(L"Console", L"Cancel");
+    EXPECT_EQ(m_exam.PlayInterval(), std::nullopt);
+}
