@@ -2,8 +2,7 @@
 
 #include "service/CrashOnPurpose.h"
 
-#include <functional>
-#include <map>
+#include <algorithm>
 #include <set>
 #include <span>
 
@@ -11,147 +10,76 @@ namespace exam {
 
 namespace {
 
-// Points to the argument that follows an option's name.
-using Values = const std::wstring*;
-
+// An option takes texts, or one word, or it is a flag.
 struct Option
 {
-    std::size_t values;
-    std::function<void(CommandLine&, Values)> set;
+    const wchar_t* name;
+    std::vector<std::wstring CommandLine::*> texts{};
+    const wchar_t* needs = L""; // said when a text is empty
+    bool isCommand = false;     // true: only one of these can be done
+    void (*read)(CommandLine& options, const std::wstring& word) = nullptr;
+    bool CommandLine::*flag = nullptr;
+
+    std::size_t Values() const { return read ? 1 : texts.size(); }
 };
 
-void SetLanguage(CommandLine& options, Values values)
+void ReadLanguage(CommandLine& options, const std::wstring& word)
 {
-    const std::wstring& value = *values;
-    if (value != L"en" && value != L"de")
-        options.error = L"--language takes en or de, not '" + value + L"'";
-    options.language = value;
+    if (word != L"en" && word != L"de")
+        options.error = L"--language takes en or de, not '" + word + L"'";
+    options.language = word;
 }
 
-void SetConsole(CommandLine& options, Values values)
+void ReadConsole(CommandLine& options, const std::wstring& word)
 {
-    const std::wstring& value = *values;
-    options.console = utilsExam::MapConsoleType(value.c_str());
+    options.console = utilsExam::MapConsoleType(word.c_str());
     if (options.console == eConsoleUnknown)
-        options.error = L"--console knows no model '" + value + L"'";
+        options.error = L"--console knows no model '" + word + L"'";
 }
 
-void SetTourFolder(CommandLine& options, Values values)
+void ReadCrash(CommandLine& options, const std::wstring& word)
 {
-    if (values->empty()) options.error = L"--tour needs a folder";
-    options.tourFolder = *values;
-}
-
-void SetProfile(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--profile needs a file";
-    options.profile = *values;
-}
-
-void SetRecordings(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--recordings needs a folder";
-    options.recordings = *values;
-}
-
-void SetCineInfo(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--cine-info needs a file";
-    options.cineInfo = *values;
-}
-
-void SetCineToAvi(CommandLine& options, Values values)
-{
-    if (values[0].empty() || values[1].empty()) options.error = L"--cine-to-avi needs two files";
-    options.cineToPlay = values[0];
-    options.movie = values[1];
-}
-
-void SetProtocolToCheck(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--check-protocol needs a folder";
-    options.protocolToCheck = *values;
-}
-
-void SetVersionInfo(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--version-info needs a file";
-    options.versionFile = *values;
-}
-
-void SetPack(CommandLine& options, Values values)
-{
-    if (values[0].empty() || values[1].empty()) options.error = L"--pack needs a file and a folder";
-    options.archive = values[0];
-    options.folderToPack = values[1];
-}
-
-void SetUnpack(CommandLine& options, Values values)
-{
-    if (values[0].empty() || values[1].empty())
-        options.error = L"--unpack needs a file and a folder";
-    options.archive = values[0];
-    options.folderToFill = values[1];
-}
-
-void SetPassword(CommandLine& options, Values values)
-{
-    if (values->empty()) options.error = L"--password needs a text";
-    options.password = *values;
-}
-
-void SetCrash(CommandLine& options, Values values)
-{
-    options.crashKind = *values;
+    options.crashKind = word;
     for (const CrashKind& kind : CrashKinds())
-        if (*values == kind.name) return;
-    options.error = L"--crash takes " + CrashNames() + L", not '" + *values + L"'";
+        if (word == kind.name) return;
+    options.error = L"--crash takes " + CrashNames() + L", not '" + word + L"'";
 }
 
-void SetLog(CommandLine& options, Values values)
+const std::vector<Option>& Options()
 {
-    if (values->empty()) options.error = L"--log needs a folder";
-    options.logFolder = *values;
-}
-
-void SetService(CommandLine& options, Values)
-{
-    options.service = true;
-}
-
-void SetOverwrite(CommandLine& options, Values)
-{
-    options.overwrite = true;
-}
-
-void SetHelp(CommandLine& options, Values)
-{
-    options.help = true;
-}
-
-const std::map<std::wstring, Option>& Options()
-{
-    static const std::map<std::wstring, Option> options{
-        {L"--language", {1, SetLanguage}},
-        {L"--console", {1, SetConsole}},
-        {L"--tour", {1, SetTourFolder}},
-        {L"--profile", {1, SetProfile}},
-        {L"--recordings", {1, SetRecordings}},
-        {L"--cine-info", {1, SetCineInfo}},
-        {L"--cine-to-avi", {2, SetCineToAvi}},
-        {L"--check-protocol", {1, SetProtocolToCheck}},
-        {L"--version-info", {1, SetVersionInfo}},
-        {L"--pack", {2, SetPack}},
-        {L"--unpack", {2, SetUnpack}},
-        {L"--password", {1, SetPassword}},
-        {L"--crash", {1, SetCrash}},
-        {L"--log", {1, SetLog}},
-        {L"--service", {0, SetService}},
-        {L"--overwrite", {0, SetOverwrite}},
-        {L"--help", {0, SetHelp}},
-        {L"-h", {0, SetHelp}},
+    using Line = CommandLine;
+    static const std::vector<Option> options{
+        {.name = L"--language", .read = ReadLanguage},
+        {.name = L"--console", .read = ReadConsole},
+        {L"--tour", {&Line::tourFolder}, L"a folder", true},
+        {L"--profile", {&Line::profile}, L"a file"},
+        {L"--recordings", {&Line::recordings}, L"a folder"},
+        {L"--cine-info", {&Line::cineInfo}, L"a file", true},
+        {L"--cine-to-avi", {&Line::cineToPlay, &Line::movie}, L"two files", true},
+        {L"--check-protocol", {&Line::protocolToCheck}, L"a folder", true},
+        {L"--version-info", {&Line::versionFile}, L"a file", true},
+        {L"--pack", {&Line::archive, &Line::folderToPack}, L"a file and a folder", true},
+        {L"--unpack", {&Line::archive, &Line::folderToFill}, L"a file and a folder", true},
+        {.name = L"--crash", .isCommand = true, .read = ReadCrash},
+        {L"--password", {&Line::password}, L"a text"},
+        {L"--log", {&Line::logFolder}, L"a folder"},
+        {.name = L"--service", .flag = &Line::service},
+        {.name = L"--overwrite", .flag = &Line::overwrite},
+        {.name = L"--help", .flag = &Line::help},
+        {.name = L"-h", .flag = &Line::help},
     };
     return options;
+}
+
+void Set(CommandLine& options, const Option& option, std::span<const std::wstring> values)
+{
+    if (option.flag) options.*option.flag = true;
+    if (option.read) option.read(options, values.front());
+    for (std::size_t i = 0; i < option.texts.size(); ++i) {
+        if (values[i].empty())
+            options.error = std::wstring(option.name) + L" needs " + option.needs;
+        options.*option.texts[i] = values[i];
+    }
 }
 
 // Reads the option at the front. The result is the number of arguments that belong to it, or 0 for
@@ -159,32 +87,27 @@ const std::map<std::wstring, Option>& Options()
 std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> arguments)
 {
     const std::wstring& name = arguments.front();
-    const auto option = Options().find(name);
+    const auto option = std::find_if(Options().begin(), Options().end(),
+                                     [&name](const Option& each) { return each.name == name; });
     if (option == Options().end()) {
         options.error = L"unknown argument '" + name + L"'";
         return 0;
     }
-    const std::size_t values = option->second.values;
+    const std::size_t values = option->Values();
     if (arguments.size() <= values) {
         options.error = name + (values == 1 ? L" needs a value" : L" needs two values");
         return 0;
     }
-    option->second.set(options, arguments.data() + 1);
+    Set(options, *option, arguments.subspan(1, values));
     return 1 + values;
 }
 
 // One sentence that names the options that do not go together; empty when all do.
-std::wstring FindConflict(const CommandLine& options)
+std::wstring FindConflict(const CommandLine& options, const std::set<std::wstring>& given)
 {
     std::vector<std::wstring> commands;
-    if (options.IsTour()) commands.emplace_back(L"--tour");
-    if (!options.cineInfo.empty()) commands.emplace_back(L"--cine-info");
-    if (!options.cineToPlay.empty()) commands.emplace_back(L"--cine-to-avi");
-    if (!options.protocolToCheck.empty()) commands.emplace_back(L"--check-protocol");
-    if (!options.versionFile.empty()) commands.emplace_back(L"--version-info");
-    if (!options.folderToPack.empty()) commands.emplace_back(L"--pack");
-    if (!options.folderToFill.empty()) commands.emplace_back(L"--unpack");
-    if (!options.crashKind.empty()) commands.emplace_back(L"--crash");
+    for (const Option& option : Options())
+        if (option.isCommand && given.contains(option.name)) commands.emplace_back(option.name);
     if (commands.size() > 1)
         return commands[0] + L" and " + commands[1] + L" cannot be done at once";
     if (options.overwrite && options.cineToPlay.empty() && options.folderToPack.empty())
@@ -212,7 +135,7 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
         else
             i += ReadOption(result, std::span(arguments).subspan(i));
     }
-    if (result.error.empty() && !result.help) result.error = FindConflict(result);
+    if (result.error.empty() && !result.help) result.error = FindConflict(result, given);
     return result;
 }
 

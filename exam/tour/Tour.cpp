@@ -3,6 +3,8 @@
 #include "base/Console.h"
 #include "window/Capture.h"
 
+#include <base/FileContents.h>
+
 #include <filesystem>
 
 namespace exam {
@@ -71,6 +73,13 @@ bool TourContext::WaitUntil(const std::function<bool()>& condition)
         HandlePending();
     }
     return condition();
+}
+
+bool HoldSameBytes(const std::wstring& one, const std::wstring& other)
+{
+    constexpr std::size_t limit = 100'000'000; // more than any file of a tour has
+    const std::optional<std::string> bytes = base::ReadFileWhole(one.c_str(), limit);
+    return bytes && !bytes->empty() && bytes == base::ReadFileWhole(other.c_str(), limit);
 }
 
 void TakeTour(TourContext& context)

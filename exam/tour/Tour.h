@@ -60,6 +60,9 @@ struct TourContext
     void SetCodec(const wchar_t* name);
 };
 
+/// True when both files have the same bytes, and any.
+bool HoldSameBytes(const std::wstring& one, const std::wstring& other);
+
 /// Walks through every subsystem the application uses.
 void TakeTour(TourContext& context);
 

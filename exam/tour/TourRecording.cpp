@@ -9,20 +9,12 @@
 #include <afxwin.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace exam {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadWhole(const std::wstring& path)
-{
-    std::ifstream file(fs::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 void Advance(TourContext& context, int frames)
 {
@@ -52,8 +44,7 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.Key('C');
     context.report.Step(counted && IsAnnounced(context, 4, path),
                         L"the file of four raw frames is announced");
-    const std::string original = ReadWhole(utilsExam::GetImage(L"linear.cine"));
-    context.report.Step(!original.empty() && ReadWhole(path) == original,
+    context.report.Step(HoldSameBytes(path, utilsExam::GetImage(L"linear.cine")),
                         L"the raw recording is the original file byte for byte");
     CineFile reopened;
     context.report.Step(reopened.Open(path).empty() && reopened.SizeProblem().empty() &&

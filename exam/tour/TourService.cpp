@@ -11,7 +11,6 @@
 
 #include <cwchar>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 namespace exam {
@@ -21,12 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr DWORD patience = 60'000; // milliseconds; more than enough
-
-std::string ReadWhole(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 void ProgressBar(TourContext& context)
 {
@@ -51,10 +44,9 @@ void StudyThereAndBack(TourContext& context)
                         L"and unpacked");
     const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
     const fs::path study = utilsExam::GetStudyPath(object).GetString();
-    const std::string original = ReadWhole(study);
-    context.report.Step(!original.empty() &&
-                            original == ReadWhole(fs::path(folder) / study.filename()),
-                        L"the unpacked study file is the original byte for byte");
+    context.report.Step(
+        HoldSameBytes((fs::path(folder) / study.filename()).wstring(), study.wstring()),
+        L"the unpacked study file is the original byte for byte");
 }
 
 void About(TourContext& context)
