@@ -49,7 +49,7 @@ int IsAnyToolVisible(const State& state, int)
 
 int IsOnDisplay(const State& state, int param)
 {
-    return state.Recordings().Current() == static_cast<std::size_t>(param);
+    return state.Current() == static_cast<std::size_t>(param);
 }
 
 // Only one recording runs at a time, so the other kind cannot begin meanwhile.

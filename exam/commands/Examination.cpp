@@ -53,10 +53,9 @@ void Examination::Advance()
 
 std::optional<unsigned> Examination::PlayInterval() const
 {
-    const Session& session = m_state.Recordings();
-    if (session.IsEmpty() || (m_state.IsFrozen() && !m_recorder.IsRecording())) return {};
+    if (!m_state.HasRecording() || (m_state.IsFrozen() && !m_recorder.IsRecording())) return {};
     return static_cast<unsigned>(
-        std::max(shortestInterval, 1000 / session.Cine().FramesPerSecond()));
+        std::max(shortestInterval, 1000 / m_state.Cine().FramesPerSecond()));
 }
 
 void Examination::SavePicture()

@@ -59,8 +59,7 @@ void LoopDial::Draw(CDC* dc)
 {
     const CRect area = Client();
     dc->FillSolidRect(&area, palette::header);
-    if (m_state.Recordings().IsEmpty()) return;
-    const Session& session = m_state.Recordings();
+    if (!m_state.HasRecording()) return;
     CRect circle = area;
     circle.DeflateRect(ringWidth, ringWidth);
     CPen edge(PS_SOLID, 1, palette::label);
@@ -72,7 +71,7 @@ void LoopDial::Draw(CDC* dc)
         dc->Ellipse(&circle);
     }
     const base::Selection selected(dc->GetSafeHdc(), gone.GetSafeHandle());
-    FillPie(*dc, circle, (session.Frame() + 1.0) / session.Cine().Frames());
+    FillPie(*dc, circle, (m_state.Frame() + 1.0) / m_state.Cine().Frames());
 }
 
 void LoopDial::DrawMask(CDC* dc)
@@ -96,7 +95,7 @@ void DepthBadge::Draw(CDC* dc)
     dc->FillSolidRect(&area, palette::header);
     CBrush edge(palette::line);
     dc->FrameRect(&area, &edge);
-    if (m_state.Recordings().IsEmpty()) return;
+    if (!m_state.HasRecording()) return;
     const ScopedFont font(*dc, ScopedFont::textSize, FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);

@@ -1,7 +1,7 @@
 #include "record/CineInfo.h"
 
 #include "base/Console.h"
-#include "image/CineCheck.h"
+#include "image/CineFile.h"
 #include "image/RawCine.h"
 
 #include <cwchar>

@@ -55,7 +55,7 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 } // namespace
 
 MovieRecording::MovieRecording(const ExamState& state, const Painter& paint)
-    : m_state(state), m_paint(paint), m_rate(state.Recordings().Cine().FramesPerSecond()),
+    : m_state(state), m_paint(paint), m_rate(state.Cine().FramesPerSecond()),
       m_screen(ScreenArea().Size()), m_time(TimeArea().Size())
 {
     MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());

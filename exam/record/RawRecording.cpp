@@ -1,12 +1,12 @@
 #include "record/RawRecording.h"
 
-#include "image/CineCheck.h"
+#include "image/CineFile.h"
 
 namespace exam {
 
 bool RawRecording::Start(const std::wstring& path, const Announcement& announcement)
 {
-    const CineDescription& cine = m_session.Cine().Description();
+    const CineDescription& cine = m_state.Cine().Description();
     if (!m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle, cine.apexAngle,
                              cine.lineOffset, cine.apertureLines, 0, 0))
         return false;
@@ -16,7 +16,7 @@ bool RawRecording::Start(const std::wstring& path, const Announcement& announcem
 
 bool RawRecording::AddFrame()
 {
-    return m_session.Cine().ReadFrame(m_session.Frame(), m_frame) &&
+    return m_state.Cine().ReadFrame(m_state.Frame(), m_frame) &&
            m_store.AddFrame(m_frame.data(), static_cast<int>(m_frame.size()));
 }
 

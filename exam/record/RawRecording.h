@@ -1,18 +1,18 @@
 #pragma once
 
-#include "image/Session.h"
 #include "record/Recording.h"
+#include "state/ExamState.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace exam {
 
-// Records the session's frames byte for byte into a raw cine file.
+// Records the frames on display byte for byte into a raw cine file.
 class RawRecording : public Recording
 {
 public:
-    explicit RawRecording(const Session& session) : m_session(session) {}
+    explicit RawRecording(const ExamState& state) : m_state(state) {}
 
     bool Start(const std::wstring& path, const Announcement& announcement) override;
     bool AddFrame() override;
@@ -20,7 +20,7 @@ public:
     bool IsWhole(const std::wstring& path, int frames) const override;
 
 private:
-    const Session& m_session;
+    const ExamState& m_state;
     std::vector<std::uint8_t> m_frame;
     CCineStore m_store;
 };

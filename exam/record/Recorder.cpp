@@ -32,7 +32,7 @@ Recorder::~Recorder()
 
 CString Recorder::StartRaw()
 {
-    return Start(std::make_unique<RawRecording>(m_state.Recordings()), L"recording-%03d.cine",
+    return Start(std::make_unique<RawRecording>(m_state), L"recording-%03d.cine",
                  "exam.record.raw");
 }
 

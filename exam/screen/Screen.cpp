@@ -129,16 +129,15 @@ void DrawInfoPanel(CDC& dc, const CRect& area, const ExamState& state)
     rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
     rows.Add("exam.label.mode",
              GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (state.Recordings().IsEmpty()) return;
+    if (!state.HasRecording()) return;
     const ImagingParameters& image = state.View().Parameters();
-    const Session& session = state.Recordings();
     rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
     rows.Add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
     rows.Add("exam.label.scale",
              GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     rows.Add("exam.label.frame",
-             GetStr("exam.value.frame", session.Frame() + 1, session.Cine().Frames()));
+             GetStr("exam.value.frame", state.Frame() + 1, state.Cine().Frames()));
     for (const ImageTool* const tool : state.Tools().All())
         if (tool->IsVisible()) rows.Add(tool->NameKey(), tool->Readout());
 }
@@ -162,7 +161,7 @@ void DrawImageArea(CDC& dc, const ExamState& state)
 {
     const CRect area = ScreenLayout::ImageArea();
     dc.FillSolidRect(&area, palette::background);
-    if (state.Recordings().IsEmpty()) return;
+    if (!state.HasRecording()) return;
     state.View().Paint(dc, area.TopLeft());
     // Scale and tools draw in pixels of the image.
     dc.SetViewportOrg(area.left, area.top);

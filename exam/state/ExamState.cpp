@@ -4,11 +4,13 @@
 #include "base/StateChanges.h"
 
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace exam {
 
@@ -27,43 +29,48 @@ ExamState::ExamState()
 
 std::wstring ExamState::AddRecording(const std::wstring& name)
 {
-    std::wstring problem = m_session.Add(name);
-    if (problem.empty() && m_session.Count() == 1) ShowFrame();
-    return problem;
+    const std::wstring path = utilsExam::GetImage(name.c_str());
+    CineFile cine;
+    if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
+    m_recordings.push_back(std::move(cine));
+    if (m_recordings.size() == 1) ShowFrame();
+    return {};
 }
 
 void ExamState::SelectImage(std::size_t index)
 {
-    m_session.Select(index);
+    if (index >= m_recordings.size()) return;
+    m_current = index;
+    m_frame = 0;
     ShowFrame();
 }
 
 void ExamState::NextImage()
 {
-    m_session.NextImage();
-    ShowFrame();
+    if (HasRecording()) SelectImage((m_current + 1) % m_recordings.size());
 }
 
 void ExamState::StepFrames(int frames)
 {
-    m_session.Step(frames);
+    if (!HasRecording()) return;
+    const int count = Cine().Frames();
+    m_frame = (m_frame + frames % count + count) % count;
     ShowFrame();
 }
 
 void ExamState::ShowFrame()
 {
-    if (m_session.IsEmpty()) return;
-    if (m_fitted != m_session.Current()) FitImage();
-    m_readable = m_view.Show(m_session.Cine(), m_session.Frame());
-    if (!m_readable) m_status = GetStr("exam.image.unreadable", m_session.Frame() + 1);
+    if (m_fitted != m_current) FitImage();
+    m_readable = m_view.Show(Cine(), m_frame);
+    if (!m_readable) m_status = GetStr("exam.image.unreadable", m_frame + 1);
     TellChange(stateImageChanged);
 }
 
 void ExamState::FitImage()
 {
-    m_fitted = m_session.Current();
-    const CineFile& cine = m_session.Cine();
-    m_view.SetRecording(cine, ScreenLayout::Image().Size(), cine.Samples() * m_depth / fullDepth);
+    m_fitted = m_current;
+    m_view.SetRecording(Cine(), ScreenLayout::Image().Size(),
+                        Cine().Samples() * m_depth / fullDepth);
     TellChange(stateFitChanged);
     m_tools.Reset();
 }
@@ -72,7 +79,7 @@ void ExamState::ChangeGain(int decibels)
 {
     m_gain = std::clamp(m_gain + decibels, -mostGain, mostGain);
     m_view.SetGain(m_gain);
-    ShowFrame();
+    if (HasRecording()) ShowFrame();
 }
 
 void ExamState::ChangeDepth(int tenths)
@@ -81,12 +88,12 @@ void ExamState::ChangeDepth(int tenths)
     if (depth == m_depth) return;
     m_depth = depth;
     m_fitted.reset();
-    ShowFrame();
+    if (HasRecording()) ShowFrame();
 }
 
 int ExamState::DepthMillimetres() const
 {
-    if (m_session.IsEmpty()) return 0;
+    if (!HasRecording()) return 0;
     return static_cast<int>(std::lround(m_view.Parameters().DepthMillimetres()));
 }
 

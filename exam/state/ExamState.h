@@ -1,7 +1,6 @@
 #pragma once
 
 #include "image/ImageView.h"
-#include "image/Session.h"
 #include "measure/MeasureTools.h"
 #include "measure/SpectralStrip.h"
 
@@ -9,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -32,16 +32,22 @@ public:
     /// or one sentence that says what is wrong.
     std::wstring AddRecording(const std::wstring& name);
 
-    const Session& Recordings() const { return m_session; }
+    /// The recording and the frame on display. Cine() needs one.
+    bool HasRecording() const { return !m_recordings.empty(); }
+    const CineFile& Cine() const { return m_recordings[m_current]; }
+    std::size_t Current() const { return m_current; }
+    int Frame() const { return m_frame; }
+
     const ImageView& View() const { return m_view; }
     MeasureTools& Tools() { return m_tools; }
     const MeasureTools& Tools() const { return m_tools; }
     const SimulatedFlow& Flow() const { return m_flow; }
 
-    /// Put another recording or frame on display. A frame that cannot be read leaves the image as
-    /// it was, and the status line says so.
+    /// Put another recording, from its first frame on, or another frame on display. A frame that
+    /// cannot be read leaves the image as it was, and the status line says so.
     void SelectImage(std::size_t index);
     void NextImage();
+    /// Moves by a number of frames, backwards when it is negative, and wraps at both ends.
     void StepFrames(int frames);
     bool IsFrameReadable() const { return m_readable; }
 
@@ -85,7 +91,9 @@ private:
     void FitImage();
     void ShowFrame();
 
-    Session m_session;
+    std::vector<CineFile> m_recordings;
+    std::size_t m_current = 0;
+    int m_frame = 0;
     ImageView m_view;
     std::optional<std::size_t> m_fitted; // the recording that the view is fitted to
     bool m_readable = true;

@@ -9,7 +9,7 @@
 
 namespace exam {
 
-/// The recordings of the sample study, in the order in which the session holds them.
+/// The recordings of the sample study, in the order in which they are added.
 enum SampleRecording : std::size_t
 {
     curvedRecording,

@@ -56,7 +56,7 @@ void LinearFrame(TourContext& context)
 void NextFrame(TourContext& context)
 {
     context.Key('F');
-    context.report.Step(context.state.Recordings().Frame() == 1, L"a key shows the next frame");
+    context.report.Step(context.state.Frame() == 1, L"a key shows the next frame");
     context.state.NextLanguage();
     context.Picture(L"linear-next-frame-other-language");
     context.state.NextLanguage();

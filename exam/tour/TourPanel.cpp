@@ -81,11 +81,10 @@ void Freeze(TourContext& context, Hand& hand)
 {
     hand.Push(L"Linear");
     const bool frozen = hand.IsLit(L"Linear") && hand.IsLit(L"Freeze");
-    const int first = context.state.Recordings().Frame();
+    const int first = context.state.Frame();
     hand.Push(L"Freeze");
     const bool dark = !hand.IsLit(L"Freeze");
-    const bool runs =
-        context.WaitUntil([&] { return context.state.Recordings().Frame() != first; });
+    const bool runs = context.WaitUntil([&] { return context.state.Frame() != first; });
     hand.Push(L"Freeze");
     context.report.Step(frozen && dark && runs && hand.IsLit(L"Freeze"),
                         L"Freeze lets the frames run and stops them, and its lamp follows");

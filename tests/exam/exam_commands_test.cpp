@@ -232,10 +232,10 @@ TEST_F(CommandsTest, AKeySwitchesItsStateOnAndOff)
     Press('R');
     EXPECT_EQ(m_state.Rotation(), 150);
     Press('F');
-    EXPECT_EQ(m_state.Recordings().Frame(), 0); // the curved recording has one frame
+    EXPECT_EQ(m_state.Frame(), 0); // the curved recording has one frame
     Press(VK_SPACE);
     Press('F');
-    EXPECT_EQ(m_state.Recordings().Frame(), 1);
+    EXPECT_EQ(m_state.Frame(), 1);
     EXPECT_FALSE(IsOn('F')); // it has no state
 }
 
@@ -258,15 +258,15 @@ TEST_F(CommandsTest, ActionsTakeTheParameterOfTheProtocolFile)
     CarryOut(L"Imaging", L"Gain", 4);
     EXPECT_EQ(m_state.Gain(), 4);
     CarryOut(L"Probe", L"Select", 1);
-    EXPECT_EQ(m_state.Recordings().Current(), 1u);
+    EXPECT_EQ(m_state.Current(), 1u);
     CarryOut(L"Cine", L"Step", -1);
-    EXPECT_EQ(m_state.Recordings().Frame(), 3);
+    EXPECT_EQ(m_state.Frame(), 3);
     CarryOut(L"Imaging", L"Gain", INT_MAX);
     EXPECT_EQ(m_state.Gain(), 20);
     CarryOut(L"Imaging", L"Rotate", INT_MIN);
     EXPECT_EQ(m_state.Rotation(), 800); // -10,000 degrees
     CarryOut(L"Probe", L"Select", INT_MIN);
-    EXPECT_EQ(m_state.Recordings().Current(), 1u);
+    EXPECT_EQ(m_state.Current(), 1u);
 }
 
 TEST_F(CommandsTest, ClearHidesEveryTool)
@@ -342,7 +342,7 @@ TEST_F(CommandsTest, FramesRunUnlessTheyAreFrozenOrWhileTheyAreRecorded)
     m_state.SetFrozen(false);
     const std::optional<unsigned> interval = m_exam.PlayInterval();
     ASSERT_TRUE(interval);
-    EXPECT_NEAR(*interval, 1000 / m_state.Recordings().Cine().FramesPerSecond(), 1);
+    EXPECT_NEAR(*interval, 1000 / m_state.Cine().FramesPerSecond(), 1);
     m_state.SetFrozen(true);
     Press('C');
     EXPECT_EQ(m_exam.PlayInterval(), interval);

@@ -1,4 +1,4 @@
-#include "image/CineCheck.h"
+#include "image/CineFile.h"
 #include "SyntheticCine.h"
 
 #include <gtest/gtest.h>

@@ -26,7 +26,7 @@ namespace {
 
 CWinApp s_app; // the settings are read through it
 
-// A session that shows the linear recording, with its recorder.
+// A state that shows the linear recording, with its recorder.
 class RecorderTest : public testing::Test
 {
 protected:
