@@ -64,7 +64,7 @@ void CheckFiles(ProtocolCheck& result, const wchar_t* name, const Check& check)
             continue;
         }
         const int line = zel_xml::FaultLineOf(path.c_str());
-        findings.AddAt(line, FaultOf(line));
+        findings.Add(line, FaultOf(line));
     }
 }
 

@@ -4,6 +4,8 @@
 #include <test_support/ProtocolFolders.h>
 
 #include <filesystem>
+#include <random>
+#include <set>
 
 using namespace exam;
 using test_support::TestVocabulary;
@@ -135,6 +137,90 @@ TEST_F(ProtocolCheckTest, FindsStatesThatFollowFromThemselves)
     EXPECT_EQ(States(state("A", "B") + state("B", "C") + state("C", "A") + state("D", "A")),
               (Lines{L"2" + text, L"3" + text, L"4" + text}));
     EXPECT_EQ(States(state("A", "B") + state("B", "C") + state("C", "D")), Lines{});
+}
+
+// Circles of states. A graph tells for each node the nodes that it points to: its sources.
+using Graph = std::vector<std::set<std::size_t>>;
+
+bool LeadsBack(const Graph& graph, std::size_t start)
+{
+    std::set<std::size_t> seen;
+    std::vector<std::size_t> pending(graph[start].begin(), graph[start].end());
+    while (!pending.empty()) {
+        const std::size_t node = pending.back();
+        pending.pop_back();
+        if (node == start) return true;
+        if (seen.insert(node).second)
+            pending.insert(pending.end(), graph[node].begin(), graph[node].end());
+    }
+    return false;
+}
+
+class StateCirclesTest : public ProtocolCheckTest
+{
+protected:
+    // The nodes whose states are found to follow from themselves. The parameter of a node's state
+    // is its number, and so is its line, counted from the second.
+    std::vector<std::size_t> OnCircles(const Graph& graph)
+    {
+        std::string text;
+        for (std::size_t node = 0; node < graph.size(); ++node) {
+            text += State(node, ">");
+            for (const std::size_t source : graph[node])
+                text += State(source, "/>");
+            text += "</s>\n";
+        }
+        std::vector<std::size_t> nodes;
+        for (const std::wstring& line : States(text))
+            if (line.ends_with(L"the state follows from itself: its broadcasts are cut off"))
+                nodes.push_back(std::stoul(line) - 2);
+        return nodes;
+    }
+
+private:
+    static std::string State(std::size_t node, const char* end)
+    {
+        return "<s actionType='Lamp' action='A' actionParam='" + std::to_string(node) + "'" + end;
+    }
+};
+
+TEST_F(StateCirclesTest, OfNoStatesThereAreNone)
+{
+    EXPECT_TRUE(OnCircles({}).empty());
+}
+
+TEST_F(StateCirclesTest, AStateBesideACircleIsNotOnIt)
+{
+    // 0 -> 1 -> 2 -> 1, 2 -> 3, 4 -> 4
+    EXPECT_EQ(OnCircles({{1}, {2}, {1, 3}, {}, {4}}), (std::vector<std::size_t>{1, 2, 4}));
+}
+
+TEST_F(StateCirclesTest, EqualThePlainFormOnRandomGraphs)
+{
+    std::mt19937 random(1);
+    Graph graph; // many graphs side by side, because reading a file takes long
+    for (int round = 0; round < 3000; ++round) {
+        const std::size_t first = graph.size();
+        const std::size_t nodes = 1 + random() % 20;
+        graph.resize(first + nodes);
+        for (std::size_t edges = random() % 40; edges > 0; --edges)
+            graph[first + random() % nodes].insert(first + random() % nodes);
+    }
+    std::vector<std::size_t> expected;
+    for (std::size_t node = 0; node < graph.size(); ++node)
+        if (LeadsBack(graph, node)) expected.push_back(node);
+    EXPECT_EQ(OnCircles(graph), expected);
+}
+
+// About as long as a file may be.
+TEST_F(StateCirclesTest, AreFoundAtTheEndOfALongChain)
+{
+    constexpr std::size_t length = 100'000;
+    Graph graph(length);
+    for (std::size_t node = 0; node + 1 < length; ++node)
+        graph[node] = {node + 1};
+    graph[length - 1] = {length - 2};
+    EXPECT_EQ(OnCircles(graph), (std::vector<std::size_t>{length - 2, length - 1}));
 }
 
 TEST_F(ProtocolCheckTest, FindsPlacementsThatShowNothing)
