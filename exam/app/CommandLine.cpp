@@ -10,111 +10,175 @@ namespace exam {
 
 namespace {
 
-// An option takes texts, or one word, or it is a flag.
-struct Option
-{
-    const wchar_t* name;
-    std::vector<std::wstring CommandLine::*> texts{};
-    const wchar_t* needs = L""; // said when a text is empty
-    bool isCommand = false;     // true: only one of these can be done
-    void (*read)(CommandLine& options, const std::wstring& word) = nullptr;
-    bool CommandLine::*flag = nullptr;
+using Values = std::span<const std::wstring>;
 
-    std::size_t Values() const { return read ? 1 : texts.size(); }
+enum class Place
+{
+    window, // where the options of the application with its window are described
+    command // where those of the commands that need none are
 };
 
-void ReadLanguage(CommandLine& options, const std::wstring& word)
+struct Option
 {
-    if (word != L"en" && word != L"de")
-        options.error = L"--language takes en or de, not '" + word + L"'";
-    options.language = word;
+    std::wstring_view name;
+    std::wstring_view arguments; // the names of its values in --help, with blanks between them
+    Place place;
+    bool isCommand;       // true: only one such option can be carried out
+    const wchar_t* needs; // what no value may lack by being empty; null: `keep` looks at the value
+    std::wstring (*keep)(CommandLine&, Values); // the result says what is wrong; empty: nothing
+    const wchar_t* help;                        // lines of --help; null: not described
+};
+
+template <std::wstring CommandLine::*... members>
+std::wstring Keep(CommandLine& options, Values values)
+{
+    auto value = values.begin();
+    ((options.*members = *value++), ...);
+    return L"";
 }
 
-void ReadConsole(CommandLine& options, const std::wstring& word)
+template <bool CommandLine::*member>
+std::wstring Set(CommandLine& options, Values)
 {
-    options.console = utilsExam::MapConsoleType(word.c_str());
-    if (options.console == eConsoleUnknown)
-        options.error = L"--console knows no model '" + word + L"'";
+    options.*member = true;
+    return L"";
 }
 
-void ReadCrash(CommandLine& options, const std::wstring& word)
+std::wstring KeepLanguage(CommandLine& options, Values values)
 {
-    options.crashKind = word;
-    for (const CrashKind& kind : CrashKinds())
-        if (word == kind.name) return;
-    options.error = L"--crash takes " + CrashNames() + L", not '" + word + L"'";
+    options.language = values[0];
+    if (values[0] == L"en" || values[0] == L"de") return L"";
+    return L"--language takes en or de, not '" + values[0] + L"'";
 }
 
-const std::vector<Option>& Options()
+std::wstring KeepConsole(CommandLine& options, Values values)
 {
-    using Line = CommandLine;
-    static const std::vector<Option> options{
-        {.name = L"--language", .read = ReadLanguage},
-        {.name = L"--console", .read = ReadConsole},
-        {L"--tour", {&Line::tourFolder}, L"a folder", true},
-        {L"--profile", {&Line::profile}, L"a file"},
-        {L"--recordings", {&Line::recordings}, L"a folder"},
-        {L"--cine-info", {&Line::cineInfo}, L"a file", true},
-        {L"--cine-to-avi", {&Line::cineToPlay, &Line::movie}, L"two files", true},
-        {L"--check-protocol", {&Line::protocolToCheck}, L"a folder", true},
-        {L"--version-info", {&Line::versionFile}, L"a file", true},
-        {L"--pack", {&Line::archive, &Line::folderToPack}, L"a file and a folder", true},
-        {L"--unpack", {&Line::archive, &Line::folderToFill}, L"a file and a folder", true},
-        {.name = L"--crash", .isCommand = true, .read = ReadCrash},
-        {L"--password", {&Line::password}, L"a text"},
-        {L"--log", {&Line::logFolder}, L"a folder"},
-        {.name = L"--service", .flag = &Line::service},
-        {.name = L"--overwrite", .flag = &Line::overwrite},
-        {.name = L"--help", .flag = &Line::help},
-        {.name = L"-h", .flag = &Line::help},
-    };
-    return options;
+    options.console = utilsExam::MapConsoleType(values[0].c_str());
+    if (options.console != eConsoleUnknown) return L"";
+    return L"--console knows no model '" + values[0] + L"'";
 }
 
-void Set(CommandLine& options, const Option& option, std::span<const std::wstring> values)
+std::wstring KeepCrash(CommandLine& options, Values values)
 {
-    if (option.flag) options.*option.flag = true;
-    if (option.read) option.read(options, values.front());
-    for (std::size_t i = 0; i < option.texts.size(); ++i) {
-        if (values[i].empty())
-            options.error = std::wstring(option.name) + L" needs " + option.needs;
-        options.*option.texts[i] = values[i];
+    options.crashKind = values[0];
+    std::wstring names;
+    for (const std::wstring& name : CrashNames()) {
+        if (values[0] == name) return L"";
+        names += name + L", ";
     }
+    return L"--crash takes " + names + L"not '" + values[0] + L"'";
+}
+
+using C = CommandLine;
+constexpr Option options[] = {
+    {L"--language", L"L", Place::window, false, nullptr, KeepLanguage,
+     L"language of the texts: en (default) or de"},
+    {L"--console", L"M", Place::window, false, nullptr, KeepConsole,
+     L"console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren"},
+    {L"--tour", L"DIR", Place::window, true, L"a folder", Keep<&C::tourFolder>,
+     L"run unattended, check every step, leave pictures and files in DIR;\n"
+     L"exits 0 only when all steps held"},
+    {L"--profile", L"FILE", Place::window, false, L"a file", Keep<&C::profile>,
+     L"keep the settings in this INI file instead of the registry; the tour uses\n"
+     L"exam.ini in its folder"},
+    {L"--recordings", L"DIR", Place::window, false, L"a folder", Keep<&C::recordings>,
+     L"the folder of the recordings; without it, out\\recordings below the current\n"
+     L"folder, or recordings in the folder of the tour"},
+    {L"--log", L"DIR", Place::window, false, L"a folder", Keep<&C::logFolder>,
+     L"the folder of the log and of crash reports; without it, log beside the program"},
+    {L"--service", L"", Place::window, false, nullptr, Set<&C::service>,
+     L"service mode: F11 opens the menu of the service staff"},
+    {L"--help", L"", Place::window, false, nullptr, Set<&C::help>, L"this text"},
+    {L"-h", L"", Place::window, false, nullptr, Set<&C::help>, nullptr},
+    {L"--cine-info", L"FILE", Place::command, true, L"a file", Keep<&C::cineInfo>,
+     L"print the header of a raw cine and check it and the file's size; exits 0\n"
+     L"when the file can be replayed whole, 1 when not"},
+    {L"--cine-to-avi", L"FILE OUT", Place::command, true, L"two files",
+     Keep<&C::cineToPlay, &C::movie>,
+     L"replay a raw cine into a movie; exits 0 when all frames are in it"},
+    {L"--check-protocol", L"DIR", Place::command, true, L"a folder", Keep<&C::protocolToCheck>,
+     L"print what will be ignored in the protocol files in DIR and below it, with\n"
+     L"file and line; exits 1 when there is any"},
+    {L"--version-info", L"FILE", Place::command, true, L"a file", Keep<&C::versionFile>,
+     L"print the version resource of an executable file"},
+    {L"--pack", L"FILE DIR", Place::command, true, L"a file and a folder",
+     Keep<&C::archive, &C::folderToPack>,
+     L"pack the files of a folder, and all below it, into a zip archive"},
+    {L"--unpack", L"FILE DIR", Place::command, true, L"a file and a folder",
+     Keep<&C::archive, &C::folderToFill>, L"unpack a zip archive into a folder"},
+    {L"--password", L"P", Place::command, false, L"a text", Keep<&C::password>,
+     L"the password of an encrypted archive"},
+    {L"--crash", L"KIND", Place::command, true, nullptr, KeepCrash,
+     L"crash, to see the report: read, write, divide, illegal, stack or thread"},
+    {L"--overwrite", L"", Place::command, false, nullptr, Set<&C::overwrite>,
+     L"let --cine-to-avi or --pack replace an existing file"},
+};
+
+std::size_t ValuesOf(const Option& option)
+{
+    if (option.arguments.empty()) return 0;
+    return 1 + static_cast<std::size_t>(std::ranges::count(option.arguments, L' '));
 }
 
 // Reads the option at the front. The result is the number of arguments that belong to it, or 0 for
 // an error.
-std::size_t ReadOption(CommandLine& options, std::span<const std::wstring> arguments)
+std::size_t ReadOption(CommandLine& result, Values arguments)
 {
     const std::wstring& name = arguments.front();
-    const auto option = std::find_if(Options().begin(), Options().end(),
-                                     [&name](const Option& each) { return each.name == name; });
-    if (option == Options().end()) {
-        options.error = L"unknown argument '" + name + L"'";
+    const auto* const option = std::ranges::find(options, name, &Option::name);
+    if (option == std::end(options)) {
+        result.error = L"unknown argument '" + name + L"'";
         return 0;
     }
-    const std::size_t values = option->Values();
-    if (arguments.size() <= values) {
-        options.error = name + (values == 1 ? L" needs a value" : L" needs two values");
+    const std::size_t count = ValuesOf(*option);
+    if (arguments.size() <= count) {
+        result.error = name + (count == 1 ? L" needs a value" : L" needs two values");
         return 0;
     }
-    Set(options, *option, arguments.subspan(1, values));
-    return 1 + values;
+    const Values values = arguments.subspan(1, count);
+    if (option->needs && std::ranges::any_of(values, &std::wstring::empty))
+        result.error = name + L" needs " + option->needs;
+    else
+        result.error = option->keep(result, values);
+    return 1 + count;
 }
 
 // One sentence that names the options that do not go together; empty when all do.
-std::wstring FindConflict(const CommandLine& options, const std::set<std::wstring>& given)
+std::wstring FindConflict(const std::set<std::wstring, std::less<>>& given)
 {
-    std::vector<std::wstring> commands;
-    for (const Option& option : Options())
-        if (option.isCommand && given.contains(option.name)) commands.emplace_back(option.name);
-    if (commands.size() > 1)
-        return commands[0] + L" and " + commands[1] + L" cannot be done at once";
-    if (options.overwrite && options.cineToPlay.empty() && options.folderToPack.empty())
+    std::wstring first;
+    for (const Option& option : options) {
+        if (!option.isCommand || !given.contains(option.name)) continue;
+        if (!first.empty())
+            return first + L" and " + std::wstring(option.name) + L" cannot be done at once";
+        first = option.name;
+    }
+    if (given.contains(L"--overwrite") && first != L"--cine-to-avi" && first != L"--pack")
         return L"--overwrite goes with --cine-to-avi or --pack";
-    if (!options.password.empty() && options.folderToFill.empty())
+    if (given.contains(L"--password") && first != L"--unpack")
         return L"--password goes with --unpack";
     return L"";
+}
+
+// The lines of --help about the options of one place. What they do is said from `column` on, below
+// a name that is longer.
+std::wstring Describe(Place place, std::size_t column)
+{
+    const std::wstring indent(column, L' ');
+    std::wstring text;
+    for (const Option& option : options) {
+        if (option.place != place || !option.help) continue;
+        std::wstring line = L"  " + std::wstring(option.name);
+        if (!option.arguments.empty()) line += L" " + std::wstring(option.arguments);
+        if (line.size() < column)
+            line.resize(column, L' ');
+        else
+            line += L"\n" + indent;
+        for (const wchar_t* letter = option.help; *letter; ++letter)
+            line += *letter == L'\n' ? L"\n" + indent : std::wstring(1, *letter);
+        text += line + L"\n";
+    }
+    return text;
 }
 
 } // namespace
@@ -128,14 +192,14 @@ std::wstring CommandLine::RecordingFolder() const
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
 {
     CommandLine result;
-    std::set<std::wstring> given;
+    std::set<std::wstring, std::less<>> given;
     for (std::size_t i = 0; i < arguments.size() && result.error.empty();) {
         if (!given.insert(arguments[i]).second)
             result.error = arguments[i] + L" is given twice";
         else
-            i += ReadOption(result, std::span(arguments).subspan(i));
+            i += ReadOption(result, Values(arguments).subspan(i));
     }
-    if (result.error.empty() && !result.help) result.error = FindConflict(result, given);
+    if (result.error.empty() && !result.help) result.error = FindConflict(given);
     return result;
 }
 
@@ -144,41 +208,11 @@ std::wstring UsageText()
     return L"usage: exam.exe [OPTIONS]\n"
            L"\n"
            L"The sample exam application: shows recorded ultrasound frames in a window.\n"
+           L"\n" +
+           Describe(Place::window, 17) +
            L"\n"
-           L"  --language L   language of the texts: en (default) or de\n"
-           L"  --console M    console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren\n"
-           L"  --tour DIR     run unattended, check every step, leave pictures and files in DIR;\n"
-           L"                 exits 0 only when all steps held\n"
-           L"  --profile FILE keep the settings in this INI file instead of the registry; the tour "
-           L"uses\n"
-           L"                 exam.ini in its folder\n"
-           L"  --recordings DIR\n"
-           L"                 the folder of the recordings; without it, out\\recordings below the "
-           L"current\n"
-           L"                 folder, or recordings in the folder of the tour\n"
-           L"  --log DIR      the folder of the log and of crash reports; without it, log beside "
-           L"the program\n"
-           L"  --service      service mode: F11 opens the menu of the service staff\n"
-           L"  --help         this text\n"
-           L"\n"
-           L"Without a window:\n"
-           L"  --cine-info FILE         print the header of a raw cine and check it and the file's "
-           L"size; exits 0\n"
-           L"                           when the file can be replayed whole, 1 when not\n"
-           L"  --cine-to-avi FILE OUT   replay a raw cine into a movie; exits 0 when all frames "
-           L"are in it\n"
-           L"  --check-protocol DIR     print what will be ignored in the protocol files in DIR "
-           L"and "
-           L"below it, with\n"
-           L"                           file and line; exits 1 when there is any\n"
-           L"  --version-info FILE      print the version resource of an executable file\n"
-           L"  --pack FILE DIR          pack the files of a folder, and all below it, into a zip "
-           L"archive\n"
-           L"  --unpack FILE DIR        unpack a zip archive into a folder\n"
-           L"  --password P             the password of an encrypted archive\n"
-           L"  --crash KIND             crash, to see the report: read, write, divide, illegal, "
-           L"stack or thread\n"
-           L"  --overwrite              let --cine-to-avi or --pack replace an existing file\n"
+           L"Without a window:\n" +
+           Describe(Place::command, 27) +
            L"\n"
            L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
            L"codec (MJPG at\n"

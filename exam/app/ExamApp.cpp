@@ -6,9 +6,9 @@
 #include "protocol/ProtocolCheck.h"
 #include "record/CineInfo.h"
 #include "record/CineReplay.h"
-#include "service/ArchiveCommands.h"
 #include "service/CrashOnPurpose.h"
-#include "service/FileVersion.h"
+#include "service/ModuleVersions.h"
+#include "service/StudyArchive.h"
 #include "tour/Tour.h"
 
 #include <base/FilePath.h>

@@ -1,6 +1,6 @@
 #include "commands/Commands.h"
 
-#include "service/ServiceMenu.h"
+#include "service/CrashOnPurpose.h"
 
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/IActionStateConsumer.h>

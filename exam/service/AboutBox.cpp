@@ -1,6 +1,6 @@
 #include "service/AboutBox.h"
 
-#include "service/LoadedModules.h"
+#include "service/ModuleVersions.h"
 
 #include <Utils_Statics/GetStr.h>
 

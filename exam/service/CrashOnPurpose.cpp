@@ -1,6 +1,8 @@
 #include "service/CrashOnPurpose.h"
 
-#include <windows.h>
+#include <base/Owner.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cstdint>
 #include <thread>
@@ -58,6 +60,13 @@ void ReadOnThread()
     std::thread(Read).join();
 }
 
+struct CrashKind
+{
+    const wchar_t* name;
+    const char* textKey; // key of its text in the service menu
+    void (*crash)();
+};
+
 constexpr CrashKind kinds[] = {
     {L"read", "exam.crash.read", Read},
     {L"write", "exam.crash.write", Write},
@@ -67,11 +76,21 @@ constexpr CrashKind kinds[] = {
     {L"thread", "exam.crash.thread", ReadOnThread},
 };
 
+struct MenuTraits
+{
+    using Handle = HMENU;
+    static HMENU Empty() noexcept { return nullptr; }
+    static void Release(HMENU menu) noexcept { DestroyMenu(menu); }
+};
+
 } // namespace
 
-std::span<const CrashKind> CrashKinds()
+std::vector<std::wstring> CrashNames()
 {
-    return kinds;
+    std::vector<std::wstring> names;
+    for (const CrashKind& kind : kinds)
+        names.emplace_back(kind.name);
+    return names;
 }
 
 void CrashOnPurpose(const std::wstring& name)
@@ -80,12 +99,18 @@ void CrashOnPurpose(const std::wstring& name)
         if (name == kind.name) kind.crash();
 }
 
-std::wstring CrashNames()
+void ShowServiceMenu(HWND owner)
 {
-    std::wstring names;
+    if (!utilsExam::ServiceMode) return;
+    const base::Owner<MenuTraits> menu(CreatePopupMenu());
+    UINT command = 0;
     for (const CrashKind& kind : kinds)
-        names += (names.empty() ? L"" : L", ") + std::wstring(kind.name);
-    return names;
+        AppendMenuW(menu.get(), MF_STRING, ++command, GetStr(kind.textKey));
+    POINT place = {};
+    GetCursorPos(&place);
+    const int chosen = TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY, place.x, place.y, 0,
+                                      owner, nullptr);
+    if (chosen > 0) kinds[chosen - 1].crash();
 }
 
 } // namespace exam

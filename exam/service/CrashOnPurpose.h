@@ -1,24 +1,20 @@
 #pragma once
 
-#include <span>
+#include <windows.h>
+
 #include <string>
+#include <vector>
 
 namespace exam {
 
-/// A way to crash, by which service staff see that a crash is reported.
-struct CrashKind
-{
-    const wchar_t* name;
-    const char* textKey; ///< key of its text in the service menu
-    void (*crash)();
-};
+/// The names of the ways to crash, by which service staff see that a crash is reported.
+std::vector<std::wstring> CrashNames();
 
-std::span<const CrashKind> CrashKinds();
-
-/// Ends the program by the named kind of crash. Returns only when there is no such kind.
+/// Ends the program in the way of this name. Returns only when there is no such way.
 void CrashOnPurpose(const std::wstring& name);
 
-/// All names, with commas between them.
-std::wstring CrashNames();
+/// Opens the menu of the service staff at the mouse pointer and carries out the choice, which is a
+/// crash on purpose. Does nothing outside the service mode. Returns when the menu is closed.
+void ShowServiceMenu(HWND owner);
 
 } // namespace exam

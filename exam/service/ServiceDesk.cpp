@@ -1,5 +1,6 @@
 #include "service/ServiceDesk.h"
 
+#include "service/CrashOnPurpose.h"
 #include "service/ProgressWindow.h"
 #include "service/StudyArchive.h"
 

@@ -1,17 +1,22 @@
 #include "service/StudyArchive.h"
 
-#include "service/ArchiveErrors.h"
-#include "service/ZipDirectory.h"
+#include "base/Console.h"
+#include "base/FileReader.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <base/InFolder.h>
+#include <base/Owner.h>
+#include <qor_utils/LogOutput.h>
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
+
+#include <unzip.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <vector>
+#include <string_view>
 
 namespace exam {
 
@@ -19,28 +24,74 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Changes the process's current folder for the length of a scope.
-class InFolder
+// Collects what the library logs about zip archives while this object lives. Only the log has the
+// reason of a failure, and the result of extracting the last entry does not tell a failure from the
+// end. One object at a time, because it takes the logger's only hook.
+class ArchiveErrors
 {
 public:
-    explicit InFolder(const std::wstring& folder) : m_before(fs::current_path(m_error))
-    {
-        if (!m_error) fs::current_path(folder, m_error);
-    }
-    ~InFolder()
-    {
-        std::error_code ignored;
-        fs::current_path(m_before, ignored);
-    }
-    InFolder(const InFolder&) = delete;
-    InFolder& operator=(const InFolder&) = delete;
+    ArchiveErrors() { qor_utils::SetLogHook(KeepFirst, &m_first); }
+    ~ArchiveErrors() { qor_utils::SetLogHook(nullptr, nullptr); }
+    ArchiveErrors(const ArchiveErrors&) = delete;
+    ArchiveErrors& operator=(const ArchiveErrors&) = delete;
 
-    explicit operator bool() const { return !m_error; }
+    // The first message; empty when there was none.
+    const std::wstring& First() const { return m_first; }
 
 private:
-    std::error_code m_error; // stands before the path, whose look-up sets it
-    fs::path m_before;
+    static void KeepFirst(const qor_utils::LogMessage& message, void* first)
+    {
+        constexpr std::string_view source = "Utils_Statics/ZipArchive";
+        auto& text = *static_cast<std::wstring*>(first);
+        if (!text.empty() || message.source != source) return;
+        text = message.text;
+        text.erase(text.find_last_not_of(L'\n') + 1);
+    }
+
+    std::wstring m_first;
 };
+
+// True when the record at the end of an archive is whole. The zip library takes what is missing
+// there for zeros.
+bool HasWholeEnd(const std::wstring& archive)
+{
+    constexpr std::size_t endSize = 22; // the record without its comment
+    constexpr std::int64_t longest = endSize + 0xFFFF;
+    FileReader file;
+    if (!file.Open(archive)) return false;
+    const std::int64_t size = std::min(file.Size(), longest);
+    std::string tail(static_cast<std::size_t>(size), '\0');
+    if (!file.Read(file.Size() - size, tail.data(), tail.size())) return false;
+    const std::size_t end = tail.rfind("PK\5\6");
+    return end != std::string::npos && tail.size() - end >= endSize;
+}
+
+struct ZipReaderTraits
+{
+    using Handle = unzFile;
+    static unzFile Empty() noexcept { return nullptr; }
+    static void Release(unzFile reader) noexcept { unzClose(reader); }
+};
+
+// Reads the name of the reader's current entry into `name`, through `bytes`, which has room for the
+// longest one. False when the directory is damaged there.
+bool ReadEntryName(unzFile reader, std::string& bytes, std::wstring& name)
+{
+    constexpr uLong utf8Flag = 0x800;
+    unz_file_info64 info = {};
+    if (unzGetCurrentFileInfo64(reader, &info, bytes.data(), static_cast<uLong>(bytes.size()),
+                                nullptr, 0, nullptr, 0) != UNZ_OK)
+        return false;
+    const UINT codePage = (info.flag & utf8Flag) != 0 ? CP_UTF8 : CP_ACP;
+    name = base::WideFromBytes(codePage, std::string_view(bytes).substr(0, info.size_filename))
+               .value_or(std::wstring());
+    return true;
+}
+
+bool IsFolderName(const std::wstring& name)
+{
+    return name.ends_with(L'/') || name.ends_with(L'\\');
+}
 
 // The files below a folder, sorted, without the archive itself; `error` is set when it cannot be
 // read.
@@ -151,7 +202,40 @@ ArchiveResult ExtractEntries(ZipExtract& zip, const std::vector<std::wstring>& n
     return result;
 }
 
+// Shows the progress of a command.
+void PrintName(std::size_t, std::size_t, const std::wstring& name)
+{
+    WriteOut(L"  " + name + L"\n");
+}
+
+// Prints the result of a command. False when there was a problem.
+bool Print(const ArchiveResult& result, const std::wstring& done)
+{
+    if (result.problem.empty())
+        WriteOut(std::to_wstring(result.files) + L" files " + done + L"\n");
+    else
+        WriteError(L"exam: " + result.problem + L"\n");
+    return result.problem.empty();
+}
+
 } // namespace
+
+std::optional<std::vector<std::wstring>> ReadEntryNames(const std::wstring& archive)
+{
+    const base::Owner<ZipReaderTraits> reader(
+        unzOpen(base::BytesFromWide(CP_ACP, archive).c_str()));
+    unz_global_info64 directory = {};
+    if (!HasWholeEnd(archive) || !reader || unzGetGlobalInfo64(reader.get(), &directory) != UNZ_OK)
+        return std::nullopt;
+    std::vector<std::wstring> names;
+    std::string bytes(0xFFFF, '\0');
+    for (ZPOS64_T i = 0; i < directory.number_entry; ++i) {
+        const bool isThere = i == 0 || unzGoToNextFile(reader.get()) == UNZ_OK;
+        if (!isThere || !ReadEntryName(reader.get(), bytes, names.emplace_back()))
+            return std::nullopt;
+    }
+    return names;
+}
 
 ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
                          const ArchiveProgress& progress)
@@ -181,9 +265,26 @@ ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& fol
     if (!names || !zip.Open(source.c_str())) return {0, archive + L" is no zip archive"};
     std::error_code error;
     fs::create_directories(folder, error);
-    const InFolder inFolder(folder);
+    const base::InFolder inFolder(folder);
     if (!inFolder) return {0, L"the folder " + folder + L" cannot be made"};
     return ExtractEntries(zip, *names, password.empty() ? nullptr : password.c_str(), progress);
+}
+
+bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite)
+{
+    std::error_code error;
+    if (!overwrite && fs::exists(archive, error)) {
+        WriteError(L"exam: " + archive + L" is there already; --overwrite replaces it\n");
+        return false;
+    }
+    return Print(PackFolder(archive, folder, PrintName), L"packed into " + archive);
+}
+
+bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
+                   const std::wstring& password)
+{
+    return Print(UnpackArchive(archive, folder, base::BytesFromWide(CP_ACP, password), PrintName),
+                 L"unpacked into " + folder);
 }
 
 } // namespace exam

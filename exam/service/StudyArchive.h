@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -30,5 +32,18 @@ ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder
 /// rest is unpacked. UI thread only, because the process's current folder changes meanwhile.
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
                             const std::string& password, const ArchiveProgress& progress);
+
+/// The names of a zip archive's entries, in the order of its directory. Nothing when the file is
+/// not a zip archive or its directory is damaged.
+std::optional<std::vector<std::wstring>> ReadEntryNames(const std::wstring& archive);
+
+/// Packs a folder and prints the result. False, with a sentence on standard error, when it failed,
+/// and when the archive exists and `overwrite` does not allow replacing it.
+bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite);
+
+/// Unpacks an archive into a folder and prints the result. False, with a sentence on standard
+/// error, when not all of it is there.
+bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
+                   const std::wstring& password);
 
 } // namespace exam

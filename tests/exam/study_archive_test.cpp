@@ -1,6 +1,5 @@
 // Packing and unpacking of studies, and the reader of an archive's directory.
 #include "service/StudyArchive.h"
-#include "service/ZipDirectory.h"
 
 #include <base/Handles.h>
 #include <gtest/gtest.h>

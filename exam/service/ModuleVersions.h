@@ -16,4 +16,8 @@ struct LoadedModule
 /// All modules, the program first.
 std::vector<LoadedModule> LoadedModules();
 
+/// Prints the version resource of an executable file. False, with a sentence on standard error,
+/// when the file has none.
+bool PrintFileVersion(const std::wstring& path);
+
 } // namespace exam
