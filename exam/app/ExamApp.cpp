@@ -4,8 +4,7 @@
 #include "app/SampleTree.h"
 #include "base/Console.h"
 #include "protocol/ProtocolCheck.h"
-#include "record/CineInfo.h"
-#include "record/CineReplay.h"
+#include "record/CineCommands.h"
 #include "service/CrashOnPurpose.h"
 #include "service/ModuleVersions.h"
 #include "service/StudyArchive.h"
@@ -117,9 +116,8 @@ bool ExamApp::ChooseProfile()
 // Says what went wrong; the program ends with a failure.
 bool ExamApp::Fail(const std::wstring& problem)
 {
-    WriteError(L"exam: " + problem + L"\n");
     m_exitCode = exitFailure;
-    return false;
+    return exam::Fail(problem);
 }
 
 void ExamApp::SetLogFolder()

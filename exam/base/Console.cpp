@@ -53,9 +53,10 @@ void WriteOut(const std::wstring& text)
     Write(STD_OUTPUT_HANDLE, stdout, text);
 }
 
-void WriteError(const std::wstring& text)
+bool Fail(const std::wstring& problem)
 {
-    Write(STD_ERROR_HANDLE, stderr, text);
+    Write(STD_ERROR_HANDLE, stderr, L"exam: " + problem + L"\n");
+    return false;
 }
 
 } // namespace exam

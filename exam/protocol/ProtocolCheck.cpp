@@ -108,10 +108,7 @@ ProtocolCheck FindIgnored(const std::wstring& folder)
 bool CheckProtocol(const std::wstring& folder)
 {
     const ProtocolCheck check = FindIgnored(folder);
-    if (!check.problem.empty()) {
-        WriteError(L"exam: " + folder + L": " + check.problem + L"\n");
-        return false;
-    }
+    if (!check.problem.empty()) return Fail(folder + L": " + check.problem);
     for (const Finding& finding : check.findings)
         WriteOut(finding.ToLine() + L"\n");
     WriteOut(Count(check.files.size(), L"file", L"files") + L", " +

@@ -3,8 +3,7 @@
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
-#include "record/AviCheck.h"
-#include "record/MovieTarget.h"
+#include "record/MovieFile.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,7 +1,6 @@
 #include "record/MovieSettings.h"
 
-#include "record/VideoCodec.h"
-
+#include <base/VideoCodec.h>
 #include <qor_utils/zelLogger.h>
 
 #include <afxwin.h>
@@ -17,6 +16,7 @@ constexpr wchar_t section[] = L"Settings\\Capture";
 constexpr wchar_t codecEntry[] = L"RecordCodec";
 constexpr wchar_t qualityEntry[] = L"RecordQuality";
 constexpr wchar_t firstChoice[] = L"MJPG";
+constexpr wchar_t uncompressed[] = L"Uncompressed";
 
 constexpr long lowestQuality = 0; // percent
 constexpr long highestQuality = 100;
@@ -69,6 +69,15 @@ bool PrepareQuality(CWinApp& app)
 }
 
 } // namespace
+
+std::optional<std::wstring> FindCodec(const std::wstring& name)
+{
+    const auto isNamed = [&](const wchar_t* codec) { return _wcsicmp(codec, name.c_str()) == 0; };
+    if (isNamed(uncompressed)) return uncompressed;
+    ICINFO info;
+    if (!base::FindVideoCodec(info, isNamed)) return {};
+    return info.szName;
+}
 
 std::optional<std::wstring> PrepareMovieSettings()
 {

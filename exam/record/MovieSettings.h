@@ -5,6 +5,11 @@
 
 namespace exam {
 
+/// The name of an installed codec in the form that the library needs: "Uncompressed", which stands
+/// for movies without compression, or the codec's own short name. The case of `name` does not
+/// matter. Nothing when there is no such codec.
+std::optional<std::wstring> FindCodec(const std::wstring& name);
+
 /// Corrects the settings that the library reads when a movie begins (section "Settings\Capture"),
 /// writes the changes back, and returns the codec's name.
 /// A missing "RecordCodec" becomes "MJPG", so that the library does not fall back to its own

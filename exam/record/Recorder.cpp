@@ -1,9 +1,8 @@
 #include "record/Recorder.h"
 
+#include "image/CineFile.h"
 #include "record/MovieRecording.h"
 #include "record/MovieSettings.h"
-#include "record/RawRecording.h"
-#include "record/VideoCodec.h"
 
 #include <Utils_Statics/GetStr.h>
 
@@ -16,6 +15,43 @@ namespace exam {
 namespace {
 
 namespace fs = std::filesystem;
+
+// Records the frames on display byte for byte into a raw cine file.
+class RawRecording : public Recording
+{
+public:
+    explicit RawRecording(const ExamState& state) : m_state(state) {}
+
+    bool Start(const std::wstring& path, const Announcement& announcement) override
+    {
+        const CineDescription& cine = m_state.Cine().Description();
+        if (!m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle,
+                                 cine.apexAngle, cine.lineOffset, cine.apertureLines, 0, 0))
+            return false;
+        m_store.SetCompleteCallback(announcement.callback, announcement.userData);
+        return true;
+    }
+
+    bool AddFrame() override
+    {
+        return m_state.Cine().ReadFrame(m_state.Frame(), m_frame) &&
+               m_store.AddFrame(m_frame.data(), static_cast<int>(m_frame.size()));
+    }
+
+    bool Finish() override { return m_store.EndStorage(); }
+
+    bool IsWhole(const std::wstring& path, int frames) const override
+    {
+        RawCine cine;
+        return cine.Open(path).empty() && cine.Description().count == frames &&
+               FindSizeProblem(cine).empty();
+    }
+
+private:
+    const ExamState& m_state;
+    std::vector<std::uint8_t> m_frame;
+    CCineStore m_store;
+};
 
 } // namespace
 

@@ -104,19 +104,14 @@ bool PrintFileVersion(const std::wstring& path)
 {
     const std::wstring file = base::FullPath(path.c_str());
     std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) {
-        WriteError(L"exam: there is no file " + path + L"\n");
-        return false;
-    }
+    if (!std::filesystem::is_regular_file(file, error)) return Fail(L"there is no file " + path);
     CMiniVersion version(file.c_str());
     version.Release();
     const bool isThere = version.Init() != 0; // the constructor reports no failure
     version.Release();
-    if (isThere)
-        WriteOut(Description(version));
-    else
-        WriteError(L"exam: " + path + L" has no version resource\n");
-    return isThere;
+    if (!isThere) return Fail(path + L" has no version resource");
+    WriteOut(Description(version));
+    return true;
 }
 
 } // namespace exam

@@ -211,11 +211,9 @@ void PrintName(std::size_t, std::size_t, const std::wstring& name)
 // Prints the result of a command. False when there was a problem.
 bool Print(const ArchiveResult& result, const std::wstring& done)
 {
-    if (result.problem.empty())
-        WriteOut(std::to_wstring(result.files) + L" files " + done + L"\n");
-    else
-        WriteError(L"exam: " + result.problem + L"\n");
-    return result.problem.empty();
+    if (!result.problem.empty()) return Fail(result.problem);
+    WriteOut(std::to_wstring(result.files) + L" files " + done + L"\n");
+    return true;
 }
 
 } // namespace
@@ -273,10 +271,8 @@ ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& fol
 bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite)
 {
     std::error_code error;
-    if (!overwrite && fs::exists(archive, error)) {
-        WriteError(L"exam: " + archive + L" is there already; --overwrite replaces it\n");
-        return false;
-    }
+    if (!overwrite && fs::exists(archive, error))
+        return Fail(archive + L" is there already; --overwrite replaces it");
     return Print(PackFolder(archive, folder, PrintName), L"packed into " + archive);
 }
 

@@ -1,6 +1,6 @@
 // Station 6: the exam is recorded, as raw frames byte for byte and as movies.
 #include "base/Console.h"
-#include "record/VideoCodec.h"
+#include "record/MovieSettings.h"
 #include "tour/Tour.h"
 
 #include <Utils_Statics/GetStr.h>

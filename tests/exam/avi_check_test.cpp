@@ -1,4 +1,4 @@
-#include "record/AviCheck.h"
+#include "record/MovieFile.h"
 #include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 

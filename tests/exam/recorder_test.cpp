@@ -1,9 +1,8 @@
 #include "record/Recorder.h"
 
 #include "base/ScreenLayout.h"
-#include "record/AviCheck.h"
+#include "record/MovieFile.h"
 #include "record/MovieSettings.h"
-#include "record/VideoCodec.h"
 #include "screen/Screen.h"
 
 #include <gtest/gtest.h>
