@@ -99,53 +99,37 @@ void Progress(int frame, int frames)
              (frame == frames ? L"\n" : L""));
 }
 
-// The movie that is being written. Its end closes the file even when frames are missing.
-class Movie
-{
-public:
-    Movie() = default;
-    ~Movie() { m_store.EndStorage(); }
-    Movie(const Movie&) = delete;
-    Movie& operator=(const Movie&) = delete;
-
-    bool Start(const std::wstring& path, CSize size, double rate)
-    {
-        m_store.SetRate(rate);
-        return m_store.InitStorage(path.c_str(), nullptr, size.cx, size.cy, CRect(), 32);
-    }
-
-    bool Add(const ImageView& view)
-    {
-        CBitmap bitmap;
-        MakeBitmap(view, bitmap);
-        return m_store.AddFrame(bitmap, false, false);
-    }
-
-private:
-    CCineStoreAVI m_store;
-};
-
 struct Written
 {
     int frames = 0;
     std::wstring problem; // empty when all frames were written
 };
 
+Written AddFrames(const CineFile& cine, ImageView& view, CCineStoreAVI& movie)
+{
+    for (int frame = 0; frame < cine.Frames(); ++frame) {
+        const std::wstring name = L"frame " + std::to_wstring(frame + 1);
+        if (!view.Show(cine, frame)) return {frame, name + L" cannot be read"};
+        CBitmap bitmap;
+        MakeBitmap(view, bitmap);
+        if (!movie.AddFrame(bitmap, false, false)) return {frame, name + L" cannot be written"};
+        Progress(frame + 1, cine.Frames());
+    }
+    return {cine.Frames(), L""};
+}
+
 Written WriteFrames(const CineFile& cine, const std::wstring& path)
 {
     const CSize size = ScreenLayout::Image().Size();
     ImageView view;
     view.SetRecording(cine, size);
-    Movie movie;
-    if (!movie.Start(path, size, cine.FramesPerSecond()))
-        return {0, L"the movie cannot be written"};
-    for (int frame = 0; frame < cine.Frames(); ++frame) {
-        const std::wstring name = L"frame " + std::to_wstring(frame + 1);
-        if (!view.Show(cine, frame)) return {frame, name + L" cannot be read"};
-        if (!movie.Add(view)) return {frame, name + L" cannot be written"};
-        Progress(frame + 1, cine.Frames());
-    }
-    return {cine.Frames(), L""};
+    CCineStoreAVI movie;
+    movie.SetRate(cine.FramesPerSecond());
+    Written written{0, L"the movie cannot be written"};
+    if (movie.InitStorage(path.c_str(), nullptr, size.cx, size.cy, CRect(), 32))
+        written = AddFrames(cine, view, movie);
+    movie.EndStorage(); // closes the file even when frames are missing
+    return written;
 }
 
 // Writes the movie and keeps it if it can be played. The result is empty, or one sentence that says

@@ -1,12 +1,15 @@
-#include "record/MovieRecording.h"
-
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
 #include "record/MovieFile.h"
+#include "record/PixelCanvas.h"
+#include "record/Recording.h"
+
+#include <Utils_Statics/CCineStoreAVI.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <vector>
 
 namespace exam {
 
@@ -51,7 +54,48 @@ void MakeOpenMask(CBitmap& mask, CSize size)
     mask.CreateBitmap(size.cx, size.cy, 1, 1, bits.data());
 }
 
-} // namespace
+// Records the screen as a movie. The screen at the start is the background. Each frame places these
+// on it:
+// - Plane 0 is the image with its scale, its tools and those windows over it that are recorded.
+// - Plane 1 is the spectral strip, while it is shown.
+// - Plane 2 holds two regions: the facts and the turned outline beside the image.
+// - Plane 3 is a mark that moves along the lower edge of the strip.
+// - Plane 4 is the movie's own time, in the upper left corner of the image or of the strip.
+// The recording mark, the status text and the keys are not in the movie.
+class MovieRecording : public Recording
+{
+public:
+    MovieRecording(const ExamState& state, const Painter& paint);
+
+    bool Start(const std::wstring& path) override;
+    bool AddFrame() override;
+    CCineStore& Store() override { return m_store; }
+    bool IsWhole(const std::wstring& path, int frames) const override
+    {
+        return FindMovieProblem(path, frames).empty();
+    }
+
+private:
+    using Plane = std::vector<unsigned int>;
+
+    void DrawTime();
+    void DrawSweep();
+
+    const ExamState& m_state;
+    const Painter& m_paint;
+    double m_rate; // frames per second
+    int m_frames = 0;
+    PixelCanvas m_screen;
+    PixelCanvas m_time;
+    CBitmap m_imageMask;
+    CBitmap m_stripMask;
+    Plane m_image;
+    Plane m_strip;
+    Plane m_panel;
+    Plane m_sweep;
+    Plane m_clock;
+    CCineStoreAVI m_store;
+};
 
 MovieRecording::MovieRecording(const ExamState& state, const Painter& paint)
     : m_state(state), m_paint(paint), m_rate(state.Cine().FramesPerSecond()),
@@ -61,7 +105,7 @@ MovieRecording::MovieRecording(const ExamState& state, const Painter& paint)
     MakeOpenMask(m_stripMask, ScreenLayout::Strip().Size());
 }
 
-bool MovieRecording::Start(const std::wstring& path, const Announcement& announcement)
+bool MovieRecording::Start(const std::wstring& path)
 {
     const std::filesystem::path file(path);
     const auto folder = CodePagePath(file.parent_path().wstring());
@@ -73,14 +117,11 @@ bool MovieRecording::Start(const std::wstring& path, const Announcement& announc
     if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data()))
         return false;
     m_store.SetRate(m_rate);
-    if (!m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(),
-                             &background, ScreenLayout::width, ScreenLayout::height, MovieLayout(),
-                             32)) {
-        m_store.EndStorage(); // releases what was opened
-        return false;
-    }
-    m_store.SetCompleteCallback(announcement.callback, announcement.userData);
-    return true;
+    if (m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(), &background,
+                            ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32))
+        return true;
+    m_store.EndStorage(); // releases what was opened
+    return false;
 }
 
 bool MovieRecording::AddFrame()
@@ -96,16 +137,6 @@ bool MovieRecording::AddFrame()
     return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
                             strip ? m_sweep.data() : nullptr, m_clock.data(), m_imageMask,
                             m_stripMask, false, false, false, false);
-}
-
-bool MovieRecording::Finish()
-{
-    return m_store.EndStorage();
-}
-
-bool MovieRecording::IsWhole(const std::wstring& path, int frames) const
-{
-    return FindMovieProblem(path, frames).empty();
 }
 
 // The time is light on black, because the composition adds this plane to the image.
@@ -131,6 +162,13 @@ void MovieRecording::DrawSweep()
     m_sweep.assign(static_cast<std::size_t>(width) * sweepHeight, 0);
     for (int row = 0; row < sweepHeight; ++row)
         std::fill_n(m_sweep.begin() + row * width + from, sweepLength, sweepColour);
+}
+
+} // namespace
+
+std::unique_ptr<Recording> MakeMovieRecording(const ExamState& state, const Painter& paint)
+{
+    return std::make_unique<MovieRecording>(state, paint);
 }
 
 } // namespace exam

@@ -1,12 +1,11 @@
 #include "record/Recorder.h"
 
 #include "image/CineFile.h"
-#include "record/MovieRecording.h"
 #include "record/MovieSettings.h"
+#include "record/NumberedFiles.h"
 
 #include <Utils_Statics/GetStr.h>
 
-#include <cwchar>
 #include <filesystem>
 #include <utility>
 
@@ -14,22 +13,17 @@ namespace exam {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Records the frames on display byte for byte into a raw cine file.
 class RawRecording : public Recording
 {
 public:
     explicit RawRecording(const ExamState& state) : m_state(state) {}
 
-    bool Start(const std::wstring& path, const Announcement& announcement) override
+    bool Start(const std::wstring& path) override
     {
         const CineDescription& cine = m_state.Cine().Description();
-        if (!m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle,
-                                 cine.apexAngle, cine.lineOffset, cine.apertureLines, 0, 0))
-            return false;
-        m_store.SetCompleteCallback(announcement.callback, announcement.userData);
-        return true;
+        return m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle,
+                                   cine.apexAngle, cine.lineOffset, cine.apertureLines, 0, 0);
     }
 
     bool AddFrame() override
@@ -38,7 +32,7 @@ public:
                m_store.AddFrame(m_frame.data(), static_cast<int>(m_frame.size()));
     }
 
-    bool Finish() override { return m_store.EndStorage(); }
+    CCineStore& Store() override { return m_store; }
 
     bool IsWhole(const std::wstring& path, int frames) const override
     {
@@ -79,32 +73,20 @@ CString Recorder::StartMovie()
     const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
     if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
-    return Start(std::make_unique<MovieRecording>(m_state, m_paint), L"movie-%03d.avi",
-                 "exam.record.movie");
+    return Start(MakeMovieRecording(m_state, m_paint), L"movie-%03d.avi", "exam.record.movie");
 }
 
 CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name,
                         const char* runningKey)
 {
     std::error_code error; // a missing folder shows when the file is created
-    fs::create_directories(m_folder, error);
-    m_path = NextPath(name);
-    if (!recording->Start(m_path, {OnComplete, this}))
-        return GetStr("exam.record.nofile", m_path.c_str());
+    std::filesystem::create_directories(m_folder, error);
+    m_path = FindNumbered(m_folder, name).next;
+    if (!recording->Start(m_path)) return GetStr("exam.record.nofile", m_path.c_str());
+    recording->Store().SetCompleteCallback(OnComplete, this);
     m_recording = std::move(recording);
     m_frames = 0;
     return GetStr(runningKey);
-}
-
-std::wstring Recorder::NextPath(const wchar_t* name) const
-{
-    for (int number = 1;; ++number) {
-        wchar_t file[32];
-        std::swprintf(file, std::size(file), name, number);
-        std::wstring path = m_folder + L"\\" + file;
-        std::error_code error;
-        if (!fs::exists(path, error)) return path;
-    }
 }
 
 bool Recorder::AddFrame()
@@ -128,7 +110,7 @@ void Recorder::End(bool cutShort)
     const std::unique_ptr<Recording> ended = std::exchange(m_recording, nullptr);
     if (!ended) return;
     m_announced = false;
-    ended->Finish();
+    ended->Store().EndStorage();
     const bool whole = m_announced && ended->IsWhole(m_path, m_frames);
     if (m_finished) m_finished({m_path, m_frames, whole, cutShort});
 }

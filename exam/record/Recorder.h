@@ -1,7 +1,6 @@
 #pragma once
 
 #include "record/Recording.h"
-#include "state/ExamState.h"
 
 #include <functional>
 #include <memory>
@@ -53,7 +52,6 @@ public:
 private:
     CString Start(std::unique_ptr<Recording> recording, const wchar_t* name,
                   const char* runningKey);
-    std::wstring NextPath(const wchar_t* name) const;
     void End(bool cutShort);
     static void OnComplete(const wchar_t* path, void* self) noexcept;
 

@@ -1,13 +1,11 @@
 #include "service/ServiceDesk.h"
 
-#include "service/CrashOnPurpose.h"
-#include "service/ProgressWindow.h"
+#include "record/NumberedFiles.h"
 #include "service/StudyArchive.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
-#include <cstdio>
 #include <filesystem>
 
 namespace exam {
@@ -15,6 +13,8 @@ namespace exam {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr wchar_t archiveName[] = L"study-%03d.zip";
 
 // The folder of the study that the images belong to.
 std::wstring StudyFolder()
@@ -39,43 +39,20 @@ ArchiveProgress StepsOf(ProgressWindow& bar)
 
 } // namespace
 
-std::wstring ServiceDesk::Archive(int number) const
-{
-    wchar_t name[32];
-    std::swprintf(name, std::size(name), L"\\study-%03d.zip", number);
-    return m_folder + name;
-}
-
-// The number of the last archive; 0 when the folder has none.
-int ServiceDesk::LastNumber() const
-{
-    std::error_code error;
-    int number = 0;
-    while (fs::exists(Archive(number + 1), error))
-        ++number;
-    return number;
-}
-
-std::wstring ServiceDesk::LastArchive() const
-{
-    const int number = LastNumber();
-    return number > 0 ? Archive(number) : std::wstring();
-}
-
 CString ServiceDesk::Pack(CWnd& window)
 {
     std::error_code error; // a missing folder shows when the archive is created
     fs::create_directories(m_folder, error);
     ProgressWindow bar;
     bar.Open(window, GetStr("exam.archive.packing"));
-    const std::wstring archive = Archive(LastNumber() + 1);
+    const std::wstring archive = FindNumbered(m_folder, archiveName).next;
     return ResultText(PackFolder(archive, StudyFolder(), StepsOf(bar)), "exam.archive.packed",
                       archive);
 }
 
 CString ServiceDesk::Unpack(CWnd& window)
 {
-    const std::wstring archive = LastArchive();
+    const std::wstring archive = FindNumbered(m_folder, archiveName).last;
     if (archive.empty()) return GetStr("exam.archive.none", m_folder.c_str());
     ProgressWindow bar;
     bar.Open(window, GetStr("exam.archive.unpacking"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/AboutBox.h"
+#include "service/ServiceWindows.h"
 
 #include <afxwin.h>
 
@@ -25,13 +25,7 @@ public:
     void ToggleAbout(CWnd& window) { m_about.Toggle(window); }
     const AboutBox& About() const { return m_about; }
 
-    /// The path of the archive that was packed last; empty when there is none in the folder.
-    std::wstring LastArchive() const;
-
 private:
-    std::wstring Archive(int number) const;
-    int LastNumber() const;
-
     std::wstring m_folder;
     AboutBox m_about;
 };

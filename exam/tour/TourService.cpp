@@ -1,6 +1,6 @@
 // Station 8: the study is packed and unpacked, the program lists its modules, and a crash of
 // another exam is reported.
-#include "service/ProgressWindow.h"
+#include "service/ServiceWindows.h"
 #include "tour/Tour.h"
 #include "window/Capture.h"
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <cstddef>
+#include <string>
+
+// The small windows over the main window. They never take the keyboard, which stays with the window
+// below them. Their controls are child windows, destroyed with them.
+namespace exam {
+
+/// The box that names this program and lists its modules with their versions.
+class AboutBox : public CWnd
+{
+public:
+    /// Shows the box in the middle of a window, with the modules that are loaded now, or hides it.
+    void Toggle(CWnd& owner);
+    bool IsShown() const { return GetSafeHwnd() && IsWindowVisible(); }
+
+protected:
+    void OnClose();
+    DECLARE_MESSAGE_MAP()
+
+private:
+    bool Open(CWnd& owner);
+    void List();
+
+    HWND m_list = nullptr;
+};
+
+/// A window with a bar that fills while files are packed or unpacked. Each step paints it at once,
+/// because the work is done on the user-interface thread.
+class ProgressWindow : public CWnd
+{
+public:
+    /// Shows the window; false when the platform refuses.
+    bool Open(CWnd& owner, const CString& title);
+
+    /// Shows that `done` of `all` files are finished, and the name of the next.
+    void Step(std::size_t done, std::size_t all, const std::wstring& name);
+
+private:
+    HWND m_name = nullptr;
+    HWND m_bar = nullptr;
+};
+
+} // namespace exam
