@@ -2,11 +2,14 @@
 
 #include "base/FileReader.h"
 
+#include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/FileReplacement.h>
 
 #include <windows.h>
+#include <vfw.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace exam {
@@ -14,17 +17,6 @@ namespace exam {
 namespace {
 
 // ---- The place of a movie
-
-// True when the code page has all characters of a text.
-bool IsInCodePage(const std::wstring& text)
-{
-    if (GetACP() == CP_UTF8) return true;
-    BOOL replaced = FALSE;
-    const int length =
-        WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(),
-                            static_cast<int>(text.size()), nullptr, 0, nullptr, &replaced);
-    return length > 0 && !replaced;
-}
 
 std::wstring ShortPath(const std::wstring& path)
 {
@@ -52,42 +44,20 @@ std::wstring UnusedPath(const std::wstring& folder)
 
 // ---- The parts of a movie
 
-// The name of a chunk, as its four characters lie in the file.
-using FourCC = std::uint32_t;
-
-constexpr FourCC Code(const char (&text)[5])
-{
-    FourCC code = 0;
-    for (int i = 3; i >= 0; --i)
-        code = code << 8 | static_cast<unsigned char>(text[i]);
-    return code;
-}
-
-constexpr std::int64_t chunkHead = 8;       // name and size
-constexpr std::int64_t listType = 4;        // the name that stands first in a list
-constexpr std::int64_t totalFramesAt = 16;  // offset in the main header
-constexpr std::int64_t streamLengthAt = 32; // offset in the stream's header
+constexpr std::int64_t chunkHead = 8; // name and size
+constexpr std::int64_t listType = 4;  // the name that stands first in a list
 
 // A chunk, or the contents of a list; its name is then the type of the list.
 struct Chunk
 {
-    FourCC name = 0;
+    FOURCC name = 0;
     std::int64_t begin = 0;
     std::int64_t end = 0;
 };
 
-struct IndexEntry
+bool IsFrame(FOURCC name)
 {
-    FourCC name;
-    std::uint32_t flags;
-    std::uint32_t offset; // of the frame's chunk, counted from the type of the list of frames
-    std::uint32_t size;
-};
-static_assert(sizeof(IndexEntry) == 16);
-
-bool IsFrame(FourCC name)
-{
-    return name == Code("00db") || name == Code("00dc");
+    return name == mmioFOURCC('0', '0', 'd', 'b') || name == mmioFOURCC('0', '0', 'd', 'c');
 }
 
 // The chunk at `position`; nothing when it does not end by `end`.
@@ -97,14 +67,14 @@ std::optional<Chunk> ReadChunk(const FileReader& file, std::int64_t position, st
     if (position + chunkHead > end || !file.Read(position, head, sizeof head)) return {};
     Chunk chunk{head[0], position + chunkHead, position + chunkHead + head[1]};
     if (chunk.end > end) return {};
-    if (chunk.name != Code("RIFF") && chunk.name != Code("LIST")) return chunk;
+    if (chunk.name != FOURCC_RIFF && chunk.name != FOURCC_LIST) return chunk;
     if (!file.Read(chunk.begin, &chunk.name, sizeof chunk.name)) return {};
     chunk.begin += listType;
     return chunk;
 }
 
 // The first chunk of that name in a list.
-std::optional<Chunk> FindChunk(const FileReader& file, const Chunk& list, FourCC name)
+std::optional<Chunk> FindChunk(const FileReader& file, const Chunk& list, FOURCC name)
 {
     std::int64_t position = list.begin;
     while (const auto chunk = ReadChunk(file, position, list.end)) {
@@ -129,14 +99,15 @@ std::optional<std::uint32_t> ReadNumber(const FileReader& file, const std::optio
 std::optional<std::int64_t> CountIndexed(const FileReader& file, const Chunk& frames,
                                          const Chunk& index)
 {
-    const std::int64_t entries = (index.end - index.begin) / std::int64_t{sizeof(IndexEntry)};
+    constexpr std::int64_t entrySize = sizeof(AVIINDEXENTRY);
+    const std::int64_t entries = (index.end - index.begin) / entrySize;
     for (std::int64_t i = 0; i < entries; ++i) {
-        IndexEntry entry{};
-        if (!file.Read(index.begin + i * std::int64_t{sizeof entry}, &entry, sizeof entry))
-            return {};
-        const auto frame = ReadChunk(file, frames.begin - listType + entry.offset, frames.end);
-        if (!frame || !IsFrame(entry.name) || frame->name != entry.name ||
-            frame->end - frame->begin != entry.size)
+        AVIINDEXENTRY entry{}; // its offset is counted from the type of the list of frames
+        if (!file.Read(index.begin + i * entrySize, &entry, sizeof entry)) return {};
+        const auto frame =
+            ReadChunk(file, frames.begin - listType + entry.dwChunkOffset, frames.end);
+        if (!frame || !IsFrame(entry.ckid) || frame->name != entry.ckid ||
+            frame->end - frame->begin != entry.dwChunkLength)
             return {};
     }
     return entries;
@@ -151,6 +122,11 @@ std::wstring CompareCounts(std::int64_t indexed, std::int64_t total, std::int64_
 }
 
 } // namespace
+
+bool IsInCodePage(const std::wstring& text)
+{
+    return base::WideFromBytes(CP_ACP, base::BytesFromWide(CP_ACP, text)) == text;
+}
 
 std::optional<std::wstring> CodePagePath(const std::wstring& path)
 {
@@ -178,8 +154,7 @@ std::wstring MovieTarget::Choose(const std::wstring& path, bool overwrite)
     const auto writable = CodePagePath(folder);
     if (!writable)
         return L"the folder's name has characters that the system's code page does not have, and "
-               L"no "
-               L"short form; movies cannot be written there";
+               L"no short form; movies cannot be written there";
     m_writingPath = UnusedPath(*writable);
     return L"";
 }
@@ -198,17 +173,19 @@ std::wstring FindMovieProblem(const std::wstring& path, int frames)
     FileReader file;
     if (!file.Open(path)) return L"it cannot be read again";
     const auto riff = ReadChunk(file, 0, file.Size());
-    if (!riff || riff->name != Code("AVI ")) return L"it is shorter than its header says";
-    const auto headers = FindChunk(file, *riff, Code("hdrl"));
+    if (!riff || riff->name != formtypeAVI) return L"it is shorter than its header says";
+    const auto headers = FindChunk(file, *riff, listtypeAVIHEADER);
     if (!headers) return L"it has no header";
-    const auto total = ReadNumber(file, FindChunk(file, *headers, Code("avih")), totalFramesAt);
-    const auto stream = FindChunk(file, *headers, Code("strl"));
+    const auto total = ReadNumber(file, FindChunk(file, *headers, ckidAVIMAINHDR),
+                                  offsetof(MainAVIHeader, dwTotalFrames));
+    const auto stream = FindChunk(file, *headers, listtypeSTREAMHEADER);
     if (!total || !stream) return L"it has no header";
-    const auto length = ReadNumber(file, FindChunk(file, *stream, Code("strh")), streamLengthAt);
+    const auto length = ReadNumber(file, FindChunk(file, *stream, ckidSTREAMHEADER),
+                                   offsetof(AVIStreamHeader, dwLength));
     if (!length) return L"it has no header";
-    const auto movie = FindChunk(file, *riff, Code("movi"));
+    const auto movie = FindChunk(file, *riff, listtypeAVIMOVIE);
     if (!movie) return L"it has no frames";
-    const auto index = FindChunk(file, *riff, Code("idx1"));
+    const auto index = FindChunk(file, *riff, ckidAVINEWINDEX);
     if (!index) return L"it has no index";
     const auto indexed = CountIndexed(file, *movie, *index);
     if (!indexed) return L"its index does not lead to its frames";

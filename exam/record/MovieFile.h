@@ -5,6 +5,9 @@
 
 namespace exam {
 
+/// True when the system's code page has all characters of a text.
+bool IsInCodePage(const std::wstring& text);
+
 /// A spelling of an existing path in characters of the system's code page, by which movies are
 /// written. Nothing when the path has none, not even a short name.
 std::optional<std::wstring> CodePagePath(const std::wstring& path);

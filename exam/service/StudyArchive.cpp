@@ -2,6 +2,7 @@
 
 #include "base/Console.h"
 #include "base/FileReader.h"
+#include "record/MovieFile.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -110,12 +111,6 @@ std::vector<std::wstring> FilesBelow(const std::wstring& folder, const std::wstr
     return files;
 }
 
-// True when the archive can hold the name: its names are in the system's ANSI code page.
-bool CanBeKept(const std::wstring& name)
-{
-    return base::WideFromBytes(CP_ACP, base::BytesFromWide(CP_ACP, name)) == name;
-}
-
 ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
                        std::size_t baseSize, const ArchiveProgress& progress)
 {
@@ -124,7 +119,7 @@ ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
     for (const std::wstring& file : files) {
         const std::wstring name = file.substr(baseSize);
         progress(result.files, files.size(), name);
-        if (!CanBeKept(name))
+        if (!IsInCodePage(name))
             result.problem = name + L" has characters that an archive cannot keep";
         else if (!zip.AddFile(file.c_str()))
             result.problem = name + L" cannot be packed: code " + errors.First();
