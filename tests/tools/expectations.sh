@@ -1,9 +1,7 @@
-# Shared by the scripts that test the shell tools. Sourced, never run; `finish` ends a script.
+# Shared by the scripts that test the shell tools. Sourced, never run.
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-failures=0
+source "$top/tests/support/expectations.sh"
 
 # Nothing that a test starts may set anything up or build: these end every attempt, and say so.
 mkdir "$folder/forbidden"
@@ -11,9 +9,6 @@ for name in apt-get cmake ctest debootstrap; do
   printf '#!/bin/sh\necho "%s was called" >&2\nexit 99\n' "$name" >"$folder/forbidden/$name"
 done
 chmod +x "$folder"/forbidden/*
-
-held() { printf '  ok      %s\n' "$*"; }
-broken() { printf '  FAILED  %s\n' "$*"; failures=$((failures + 1)); }
 
 # run COMMAND...: leaves its status in `status` and what it printed in $folder/out and $folder/err.
 run() {
@@ -45,5 +40,3 @@ appears() {
   done
   return 1
 }
-
-finish() { exit $((failures > 0)); }
