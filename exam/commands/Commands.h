@@ -44,7 +44,7 @@ const Command* CommandOfAction(const ActionInfo& action);
 bool IsOn(const Command& command, const ExamState& state);
 bool IsPossible(const Command& command, const ExamState& state);
 
-/// The tip of a command, with its key when it has one, in the current language.
+/// The key of a command and what it does, in the current language. It has texts.
 CString TipOf(const Command& command);
 
 /// One line for each key that says what it does, in the current language.

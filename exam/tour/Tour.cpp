@@ -58,6 +58,13 @@ void TourContext::SetCodec(const wchar_t* name)
     AfxGetApp()->WriteProfileString(L"Settings\\Capture", L"RecordCodec", name);
 }
 
+void TourContext::Post(HWND to, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    HandlePending(to);
+    PostMessage(to, message, wParam, lParam);
+    HandlePending(to);
+}
+
 void TourContext::HandlePending(HWND only)
 {
     for (MSG next; PeekMessage(&next, only, 0, 0, PM_REMOVE);)

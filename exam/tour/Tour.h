@@ -49,6 +49,10 @@ struct TourContext
     /// Presses a key, which the window handles before this returns.
     void Key(UINT key);
 
+    /// Posts a message to a window's queue, as the user's mouse would, and lets the window handle
+    /// it, and what was pending before and comes of it.
+    void Post(HWND to, UINT message, WPARAM wParam, LPARAM lParam);
+
     /// Lets all windows of this thread, or one window, handle their messages.
     void HandlePending(HWND only = nullptr);
 

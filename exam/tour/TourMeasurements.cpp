@@ -13,8 +13,8 @@ namespace exam {
 
 namespace {
 
-// Posts messages to the main window's queue, as the user's mouse would, and lets the window handle
-// them.
+// Works the main window with the mouse. In trackball style the tools move the cursor, which brings
+// mouse messages of its own.
 class Mouse
 {
 public:
@@ -24,7 +24,7 @@ public:
     void Drag(CPoint to) { Post(WM_MOUSEMOVE, MK_LBUTTON, to); }
     void Move(CPoint to) { Post(WM_MOUSEMOVE, 0, to); }
     void Release(CPoint at) { Post(WM_LBUTTONUP, 0, at); }
-    void Key(UINT key) { Send(WM_KEYDOWN, key, 0); }
+    void Key(UINT key) { m_context.Post(m_context.window.GetSafeHwnd(), WM_KEYDOWN, key, 0); }
 
     void DragPoint(CPoint from, CPoint to)
     {
@@ -37,17 +37,7 @@ private:
     void Post(UINT message, WPARAM flags, CPoint imagePoint)
     {
         const CPoint at = imagePoint + ScreenLayout::Image().TopLeft();
-        Send(message, flags, MAKELPARAM(at.x, at.y));
-    }
-
-    // In trackball style the tools move the cursor, which brings mouse messages of its own. So all
-    // pending messages are handled before and after.
-    void Send(UINT message, WPARAM wParam, LPARAM lParam)
-    {
-        const HWND window = m_context.window.GetSafeHwnd();
-        m_context.HandlePending(window);
-        ::PostMessage(window, message, wParam, lParam);
-        m_context.HandlePending(window);
+        m_context.Post(m_context.window.GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
     }
 
     TourContext& m_context;

@@ -61,17 +61,14 @@ private:
         Send(WM_LBUTTONUP, 0, at);
     }
 
-    // Posts a message to the panel's queue, as the user's mouse would, and lets the panel handle
-    // it. The system's pointer moves along, because capturing the mouse may bring a message of its
+    // The system's pointer moves along, because capturing the mouse may bring a message of its
     // position.
     void Send(UINT message, WPARAM flags, CPoint at)
     {
         CPoint onScreen = at;
         Panel().ClientToScreen(&onScreen);
         SetCursorPos(onScreen.x, onScreen.y);
-        m_context.HandlePending(Panel().GetSafeHwnd());
-        ::PostMessage(Panel().GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
-        m_context.HandlePending(Panel().GetSafeHwnd());
+        m_context.Post(Panel().GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
     }
 
     TourContext& m_context;

@@ -3,8 +3,6 @@
 #include "panel/PanelLayout.h"
 
 #include <test_support/ProtocolFolders.h>
-#include <Utils_Statics/ActionRepository.h>
-#include <Utils_Statics/DerivedState.h>
 
 #include <optional>
 
@@ -200,7 +198,6 @@ TEST_F(ControlPanelTest, ADraggedButtonGoesToItsCellAndIsStillThereAfterARestart
     End();
     Start();
     EXPECT_EQ(AreaOf(L"Freeze"), moved);
-    EXPECT_EQ(m_broadcasts, 1); // of all states, for the lamps
     EXPECT_EQ(m_panel->Buttons().size(), 4u);
     // The buttons that are not shown were saved too.
     EXPECT_EQ(m_panel->Layout().Placements().size(), 6u);
