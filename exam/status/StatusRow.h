@@ -7,10 +7,6 @@
 #include <functional>
 #include <span>
 
-namespace Gdiplus {
-class Graphics;
-}
-
 namespace exam {
 
 /// A setting of what the status row shows. It is a number in the profile section "Settings\Status".
