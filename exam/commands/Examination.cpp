@@ -1,6 +1,7 @@
 #include "commands/Examination.h"
 
 #include "base/StateChanges.h"
+#include "record/NumberedFiles.h"
 
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
@@ -11,8 +12,6 @@
 namespace exam {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr double shortestInterval = 10; // milliseconds
 
@@ -61,10 +60,8 @@ std::optional<unsigned> Examination::PlayInterval() const
 void Examination::SavePicture()
 {
     std::error_code error; // a missing folder shows when the file is written
-    fs::create_directories(m_folder, error);
-    std::wstring path;
-    for (int number = 1; path.empty() || fs::exists(path, error); ++number)
-        path = m_folder + L"\\picture-" + std::to_wstring(number) + L".png";
+    std::filesystem::create_directories(m_folder, error);
+    const std::wstring path = FindNumbered(m_folder, L"picture-%d.png").next;
     const bool saved = m_window.SavePicture(path);
     m_state.SetStatus(GetStr(saved ? "exam.picture.saved" : "exam.picture.notsaved", path.c_str()));
 }

@@ -15,7 +15,8 @@ struct NumberedFiles
     std::wstring next; ///< the path of the first free number
 };
 
-/// Looks for the numbered files of a folder. `name` is their name, with %03d for the number.
+/// Looks for the numbered files of a folder. `name` is their name, with %03d or
+/// %d for the number.
 inline NumberedFiles FindNumbered(const std::wstring& folder, const wchar_t* name)
 {
     NumberedFiles files;
