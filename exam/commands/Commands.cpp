@@ -222,12 +222,13 @@ ActionStateInfo StateOf(const Command& command, int param)
 
 CString KeyName(UINT key)
 {
+    const wchar_t letter[] = {static_cast<wchar_t>(key), L'\0'};
     switch (key) {
     case VK_SPACE: return GetStr("exam.key.space");
     case VK_TAB: return L"Tab";
     case VK_ESCAPE: return L"Esc";
     case VK_F11: return L"F11";
-    default: return std::wstring(1, static_cast<wchar_t>(key)).c_str();
+    default: return letter;
     }
 }
 
