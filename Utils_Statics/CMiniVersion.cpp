@@ -1,9 +1,8 @@
 #include "Utils_Statics/CMiniVersion.h"
 
-#include "diagnostics/VersionFile.h"
+#include "diagnostics/VersionBlock.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <cwchar>
 #include <iterator>
@@ -13,15 +12,6 @@ namespace {
 
 // The compilers of Windows have these sizes on both architectures.
 static_assert(sizeof(unsigned) == sizeof(DWORD) && sizeof(unsigned short) == sizeof(wchar_t));
-
-// The low half of a translation's word is the language, the high half the code page.
-bool StringQuery(wchar_t (&query)[256], DWORD translation, const wchar_t* key)
-{
-    const int length = _snwprintf(query, std::size(query), L"\\StringFileInfo\\%04x%04x\\%s",
-                                  static_cast<unsigned>(LOWORD(translation)),
-                                  static_cast<unsigned>(HIWORD(translation)), key);
-    return length > 0 && length < static_cast<int>(std::size(query));
-}
 
 void SplitVersion(DWORD high, DWORD low, unsigned short (&version)[4])
 {
@@ -58,15 +48,10 @@ int CMiniVersion::Init() noexcept
 // False when there is no version resource or it is unusable.
 bool CMiniVersion::ReadVersionData() noexcept
 {
-    // The platform reads a little behind the last node to find the end of the nodes.
-    constexpr std::size_t behind = 16;
-    const auto layout = utils_statics::LayoutOfVersionResource(m_modulePath);
-    DWORD unused = 0;
-    const DWORD size = layout ? GetFileVersionInfoSizeW(m_modulePath, &unused) : 0;
-    if (size == 0) return false;
-    m_versionData = new (std::nothrow) unsigned char[size + behind]();
-    return m_versionData && GetFileVersionInfoW(m_modulePath, 0, size, m_versionData) &&
-           utils_statics::MendVersionBlock(m_versionData, size, *layout);
+    const utils_statics::VersionReader reader(m_modulePath);
+    if (reader.Size() == 0) return false;
+    m_versionData = new (std::nothrow) unsigned char[reader.Size()]();
+    return m_versionData && reader.Read(m_versionData);
 }
 
 void CMiniVersion::Release() noexcept
@@ -75,44 +60,24 @@ void CMiniVersion::Release() noexcept
     m_versionData = nullptr;
 }
 
-bool CMiniVersion::Query(const wchar_t* name, const void*& value, unsigned& length) const noexcept
+int CMiniVersion::GetFixedInfo(VS_FIXEDFILEINFO& info) const noexcept
 {
     void* found = nullptr;
     UINT size = 0;
-    if (!m_versionData || !VerQueryValueW(m_versionData, name, &found, &size) || !found)
-        return false;
-    value = found;
-    length = size;
-    return true;
-}
-
-int CMiniVersion::GetFixedInfo(VS_FIXEDFILEINFO& info) const noexcept
-{
-    const void* value = nullptr;
-    unsigned size = 0;
-    if (!Query(L"\\", value, size) || size < sizeof info) return 0;
-    std::memcpy(&info, value, sizeof info); // it need not be aligned
+    if (!m_versionData || !VerQueryValueW(m_versionData, L"\\", &found, &size) || !found ||
+        size < sizeof info)
+        return 0;
+    std::memcpy(&info, found, sizeof info); // it need not be aligned
     return 1;
 }
 
 int CMiniVersion::GetStringInfo(const wchar_t* key, wchar_t* out) const noexcept
 {
     if (!m_versionData || !out || !key) return 0;
-    out[0] = L'\0';
-    const void* value = nullptr;
-    unsigned length = 0;
-    DWORD translation = 0;
-    if (!Query(L"\\VarFileInfo\\Translation", value, length) || length < sizeof translation)
-        return 0;
-    std::memcpy(&translation, value, sizeof translation);
-
     wchar_t query[256];
-    if (!StringQuery(query, translation, key) || !Query(query, value, length)) return 0;
-    const auto* const text = static_cast<const wchar_t*>(value);
-    const std::size_t size = wcsnlen(text, std::min(length, textSize - 1));
-    std::wmemcpy(out, text, size);
-    out[size] = L'\0';
-    return 1;
+    const auto text = utils_statics::VersionText(m_versionData, key, query);
+    out[text.copy(out, textSize - 1)] = L'\0';
+    return text.data() ? 1 : 0;
 }
 
 int CMiniVersion::GetFileVersion(unsigned short* out) const noexcept

@@ -1,8 +1,9 @@
 #include "diagnostics/VersionFile.h"
 
-#include "diagnostics/ExecutableFile.h"
+#include <base/Handles.h>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace utils_statics {
 
@@ -16,6 +17,62 @@ constexpr std::uint64_t RoundedUp(std::uint64_t size, std::uint64_t unit)
 {
     return (size + unit - 1) / unit * unit;
 }
+
+base::File OpenFound(const wchar_t* path) noexcept
+{
+    wchar_t found[1024];
+    const DWORD capacity = sizeof found / sizeof *found;
+    const DWORD length = SearchPathW(nullptr, path, L".dll", capacity, found, nullptr);
+    if (length == 0 || length >= capacity) return {};
+    return base::File(CreateFileW(found, GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr));
+}
+
+// An executable file whose bytes are not trusted.
+class ExecutableFile
+{
+public:
+    explicit ExecutableFile(const wchar_t* path) noexcept : m_file(OpenFound(path))
+    {
+        LARGE_INTEGER size = {};
+        if (m_file && GetFileSizeEx(m_file.get(), &size))
+            m_size = static_cast<std::uint64_t>(size.QuadPart);
+    }
+
+    // 0 when there is no such file.
+    std::uint64_t Size() const noexcept { return m_size; }
+
+    bool Contains(std::uint64_t offset, std::uint64_t size) const noexcept
+    {
+        return offset <= m_size && m_size - offset >= size;
+    }
+
+    // False when part of the record lies outside the file, and when more reads are made than any
+    // honest file needs.
+    template <class Record>
+    bool Read(std::uint64_t offset, Record& record) noexcept
+    {
+        return ReadBytes(offset, &record, sizeof record);
+    }
+
+private:
+    bool ReadBytes(std::uint64_t offset, void* bytes, std::size_t size) noexcept
+    {
+        if (m_readsLeft == 0 || !Contains(offset, size)) return false;
+        --m_readsLeft;
+        OVERLAPPED place = {};
+        place.Offset = static_cast<DWORD>(offset);
+        place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+        DWORD read = 0;
+        return ReadFile(m_file.get(), bytes, static_cast<DWORD>(size), &read, &place) &&
+               read == size;
+    }
+
+    base::File m_file;
+    std::uint64_t m_size = 0;
+    int m_readsLeft = 20000;
+};
 
 // An executable file of 32 or 64 bits.
 class PortableExecutable

@@ -1,10 +1,15 @@
 #pragma once
 
-#include "diagnostics/VersionBlock.h"
-
 #include <optional>
 
 namespace utils_statics {
+
+// The ways in which the nodes of a version resource are written.
+enum class VersionLayout
+{
+    wide,  // in files of 32 and 64 bits: texts in UTF-16, a type in each node
+    narrow // in files of 16 bits: texts in the ANSI code page, no types
+};
 
 // The layout of the version resource of an executable file, when the platform can be asked for it
 // safely. In a damaged file the platform follows sizes and addresses wherever they lead. It is safe

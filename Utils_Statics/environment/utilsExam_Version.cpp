@@ -1,55 +1,22 @@
 // utilsExam: the texts of the program file's version resource.
 #include "Utils_Statics/utilsExam.h"
 
+#include "diagnostics/VersionBlock.h"
 #include "environment/PathText.h"
 
 #include <base/SlimLock.h>
 #include <Utils_Statics/GetStr.h>
 
-#include <cstddef>
 #include <cwchar>
 #include <mutex>
 #include <shared_mutex>
+#include <string>
+#include <string_view>
 #include <vector>
 
 using namespace utils_statics;
 
 namespace {
-
-struct LanguageAndCodePage
-{
-    WORD language;
-    WORD codePage;
-};
-
-std::vector<std::byte> VersionInformation(const CString& file)
-{
-    DWORD unused = 0;
-    std::vector<std::byte> information(GetFileVersionInfoSizeW(file, &unused));
-    if (!information.empty() &&
-        !GetFileVersionInfoW(file, 0, static_cast<DWORD>(information.size()), information.data()))
-        information.clear();
-    return information;
-}
-
-bool FirstTranslation(const std::vector<std::byte>& information, LanguageAndCodePage& first)
-{
-    void* found = nullptr;
-    UINT size = 0;
-    if (!VerQueryValueW(information.data(), L"\\VarFileInfo\\Translation", &found, &size) ||
-        size < sizeof first)
-        return false;
-    first = *static_cast<const LanguageAndCodePage*>(found);
-    return true;
-}
-
-std::wstring ValueQuery(const LanguageAndCodePage& translation, const wchar_t* name)
-{
-    wchar_t block[32];
-    std::swprintf(block, std::size(block), L"\\StringFileInfo\\%04x%04x\\", translation.language,
-                  translation.codePage);
-    return std::wstring(block) + OrEmpty(name);
-}
 
 // Guards the caches below: balloon messages ask for the product's name on any thread.
 constinit base::SlimLock s_cacheLock;
@@ -72,17 +39,13 @@ CString CachedEntry(CString& cache, const wchar_t* name)
 
 CString utilsExam::GetStringTableEntry(const wchar_t* name)
 {
-    const std::vector<std::byte> information = VersionInformation(GetApplicationFilePath());
-    LanguageAndCodePage translation = {};
-    if (information.empty() || !FirstTranslation(information, translation)) return CString();
-
-    void* value = nullptr;
-    UINT length = 0; // in characters
-    const std::wstring query = ValueQuery(translation, name);
-    if (!VerQueryValueW(information.data(), query.c_str(), &value, &length) || !value)
-        return CString();
-    const wchar_t* const text = static_cast<const wchar_t*>(value);
-    return CString(text, static_cast<int>(wcsnlen(text, length)));
+    const CString file = GetApplicationFilePath();
+    const VersionReader reader(file);
+    std::vector<unsigned char> block(reader.Size());
+    if (block.empty() || !reader.Read(block.data())) return CString();
+    std::wstring query(versionQuerySize + std::wcslen(OrEmpty(name)), L'\0');
+    const std::wstring_view text = VersionText(block.data(), OrEmpty(name), query);
+    return CString(text.data(), static_cast<int>(text.size()));
 }
 
 CString utilsExam::GetProductVersion()

@@ -58,7 +58,6 @@ protected:
 private:
     static int CopyText(const wchar_t* text, unsigned short* out, int len) noexcept;
     bool ReadVersionData() noexcept;
-    bool Query(const wchar_t* name, const void*& value, unsigned& length) const noexcept;
 
     unsigned char* m_versionData = nullptr;
     unsigned m_reserved = 0;
