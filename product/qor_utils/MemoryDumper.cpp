@@ -6,6 +6,8 @@
 #include <cwchar>
 #include <iterator>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's name for the module of this code
+
 namespace {
 
 constexpr DWORD dumpTimeout = 120'000; // milliseconds; for a dump with all memory on a slow disk
@@ -32,16 +34,12 @@ constinit Job s_job{};
 // loaded.
 base::SpareStack s_spareStack(stackSize);
 
-// Looks for the writer beside the module of this code.
+// Looks for the writer beside this library.
 bool FindWriter()
 {
-    HMODULE module = nullptr;
-    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            reinterpret_cast<const wchar_t*>(&FindWriter), &module))
-        return false;
     constexpr DWORD room = std::size(s_job.program) - std::size(writerName);
-    const DWORD length = GetModuleFileNameW(module, s_job.program, room);
+    const DWORD length =
+        GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), s_job.program, room);
     wchar_t* const name =
         length > 0 && length < room ? std::wcsrchr(s_job.program, L'\\') : nullptr;
     if (name) std::wcscpy(name + 1, writerName);
