@@ -1,12 +1,28 @@
 #include "diagnostics/CrashFiles.h"
 
-#include "diagnostics/ReportTime.h"
-
 #include <base/Handles.h>
 
 namespace utils_statics {
 
 namespace {
+
+// The present in local time, as the names of a crash's files have it: "06302024_090506", in steps
+// of two seconds.
+FixedText<64> DosTimeStamp() noexcept
+{
+    FILETIME now = {};
+    FILETIME local = {};
+    WORD date = 0;
+    WORD time = 0;
+    GetSystemTimeAsFileTime(&now);
+    FileTimeToLocalFileTime(&now, &local);
+    FileTimeToDosDateTime(&local, &date, &time);
+    FixedText<64> text;
+    wsprintfW(text.data(), L"%02d%02d%04d_%02d%02d%02d", date >> 5 & 0xF, date & 0x1F,
+              (date >> 9) + 1980, time >> 11, time >> 5 & 0x3F, (time & 0x1F) * 2);
+    text.Measure();
+    return text;
+}
 
 void FindProgram(CrashFiles& files) noexcept
 {
@@ -46,6 +62,28 @@ void SetPath(FixedText<Size>& path, const CrashFiles& files, const wchar_t* exte
     path += extension;
 }
 
+base::RegistryKey OpenSection(const wchar_t* section) noexcept
+{
+    FixedText<256> path;
+    path = L"Software\\Kestrow\\Exam\\";
+    path += section;
+    base::RegistryKey key;
+    RegOpenKeyExW(HKEY_CURRENT_USER, path.Text(), 0, KEY_QUERY_VALUE, key.put());
+    return key;
+}
+
+// Reads a value of one type into `out`; `size` becomes its size in bytes.
+bool ReadValue(const wchar_t* section, const wchar_t* name, DWORD wantedType, void* out,
+               DWORD& size) noexcept
+{
+    const base::RegistryKey key = OpenSection(section);
+    DWORD type = REG_NONE;
+    return key &&
+           RegQueryValueExW(key.get(), name, nullptr, &type, static_cast<BYTE*>(out), &size) ==
+               ERROR_SUCCESS &&
+           type == wantedType;
+}
+
 } // namespace
 
 void FindCrashFiles(CrashFiles& files, std::wstring_view logFolder) noexcept
@@ -59,6 +97,26 @@ void FindCrashFiles(CrashFiles& files, std::wstring_view logFolder) noexcept
     SetPath(files.archive, files, L".zip");
     SetPath(files.report, files, L".txt");
     FindActionLog(files);
+}
+
+int CrashSettingNumber(const wchar_t* section, const wchar_t* name, int defaultValue) noexcept
+{
+    int number = 0;
+    DWORD size = sizeof number;
+    const bool isRead = ReadValue(section, name, REG_DWORD, &number, size);
+    return isRead && size == sizeof number ? number : defaultValue;
+}
+
+void CrashSettingText(const wchar_t* section, const wchar_t* name, const wchar_t* defaultValue,
+                      SettingText& out) noexcept
+{
+    DWORD size = SettingText::capacity * sizeof(wchar_t); // the registry need not store a null
+    if (!ReadValue(section, name, REG_SZ, out.data(), size)) {
+        out = defaultValue;
+        return;
+    }
+    out.data()[size / sizeof(wchar_t)] = L'\0';
+    out.Measure();
 }
 
 } // namespace utils_statics

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "diagnostics/FixedText.h"
-
-#include <windows.h>
+#include "diagnostics/ReportText.h"
 
 #include <string_view>
 
@@ -28,5 +26,17 @@ struct CrashFiles
 
 // Finds them all; `logFolder` is the log folder as the logger names it, or a fall-back.
 void FindCrashFiles(CrashFiles& files, std::wstring_view logFolder) noexcept;
+
+// Registry values that configure the crash handler. They are read from the registry itself, below
+// the application's key of the current user, because the application may no longer respond.
+
+using SettingText = FixedText<1024>;
+
+// A 32-bit number; the default for anything else.
+int CrashSettingNumber(const wchar_t* section, const wchar_t* name, int defaultValue) noexcept;
+
+// A text; the default for a value of any other type, and for one that does not fit.
+void CrashSettingText(const wchar_t* section, const wchar_t* name, const wchar_t* defaultValue,
+                      SettingText& out) noexcept;
 
 } // namespace utils_statics

@@ -1,7 +1,5 @@
 #include "diagnostics/CrashReporter.h"
 
-#include "diagnostics/CrashSettings.h"
-
 #include <base/Handles.h>
 
 namespace utils_statics {

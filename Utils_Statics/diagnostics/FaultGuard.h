@@ -2,7 +2,21 @@
 
 #include <windows.h>
 
+#include <cstddef>
+#include <cstdint>
+
 namespace utils_statics {
+
+// The platform's record of the current thread: the bounds of its stack and, on x86, the list of the
+// handlers in force.
+inline NT_TIB& ThreadBlock() noexcept
+{
+    // The compiler mistakes an offset from the segment for an address near null.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
+    return *reinterpret_cast<NT_TIB*>(NtCurrentTeb());
+#pragma GCC diagnostic pop
+}
 
 // Keeps a fault in one part of the crash report from ending the report: the part stops where it
 // faulted, and the next begins. Nothing is unwound, so a part owns only what may leak in a process
@@ -26,5 +40,15 @@ private:
     static bool RunPart(void (*part)(void*), void* context) noexcept;
     static LONG WINAPI OnException(EXCEPTION_POINTERS* exception) noexcept;
 };
+
+// Copies `size` bytes from any address of this process. False when not all of them can be read.
+// Guard pages, such as those at the end of a stack, are not touched.
+bool ReadMemory(std::uintptr_t address, void* out, std::size_t size) noexcept;
+
+template <class Value>
+bool ReadMemory(std::uintptr_t address, Value& out) noexcept
+{
+    return ReadMemory(address, &out, sizeof out);
+}
 
 } // namespace utils_statics

@@ -1,9 +1,6 @@
 // Every module in the process's address space.
-#include "diagnostics/CrashRegisters.h"
 #include "diagnostics/FaultGuard.h"
-#include "diagnostics/ReadableMemory.h"
 #include "diagnostics/ReportSections.h"
-#include "diagnostics/ReportTime.h"
 
 #include <Utils_Statics/CMiniVersion.h>
 

@@ -1,10 +1,23 @@
 #include "diagnostics/ReportText.h"
 
 #include <cstdarg>
-#include <cwchar>
-#include <string_view>
 
 namespace utils_statics {
+
+FixedText<64> LocalTimeText(const FILETIME& utc) noexcept
+{
+    FixedText<64> text;
+    FILETIME local = {};
+    SYSTEMTIME time = {};
+    if (!FileTimeToLocalFileTime(&utc, &local) || !FileTimeToSystemTime(&local, &time)) {
+        text = L"Unknown";
+        return text;
+    }
+    wsprintfW(text.data(), L"%d/%d/%d %02d:%02d:%02d", time.wMonth, time.wDay, time.wYear,
+              time.wHour, time.wMinute, time.wSecond);
+    text.Measure();
+    return text;
+}
 
 bool ReportText::Open(const wchar_t* path) noexcept
 {

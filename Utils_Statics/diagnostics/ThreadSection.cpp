@@ -1,6 +1,5 @@
 // The registers, the code and the stack of the crashed thread.
-#include "diagnostics/CrashRegisters.h"
-#include "diagnostics/ReadableMemory.h"
+#include "diagnostics/FaultGuard.h"
 #include "diagnostics/ReportSections.h"
 
 #include <algorithm>

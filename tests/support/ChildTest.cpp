@@ -42,9 +42,9 @@ void ChildTest::Kill()
 
 std::wstring EnvironmentVariable(const wchar_t* name)
 {
-    wchar_t value[1024] = {};
-    const DWORD length = GetEnvironmentVariableW(name, value, 1024);
-    return length < 1024 ? std::wstring(value, length) : std::wstring();
+    std::wstring value(32767, L'\0'); // the longest
+    value.resize(GetEnvironmentVariableW(name, value.data(), 32767));
+    return value;
 }
 
 } // namespace test_support

@@ -1,6 +1,6 @@
 // A program that crashes, for the tests of the crash report.
 //
-// - "crash_child KIND [OPTIONS]" crashes in the way of that name, which crash_kinds.cpp lists.
+// - "crash_child KIND [OPTIONS]" crashes in the way of that name, which CrashKinds.cpp lists.
 // - "crash_child is-filtered KIND" ends with 0 when the platform calls a filter for such a crash,
 //   with enough stack to go on on another one.
 //
@@ -15,9 +15,9 @@
 // - "--bare yes" makes no crash handler.
 // - "--inheritable NAME" opens the event of that name for every program that inherits handles;
 //   CRASH_HANDLE then holds the handle.
-#include "crash_kinds.h"
 #include "CrashFacts.h"
-#include "diagnostics/ThreadBlock.h"
+#include "CrashKinds.h"
+#include "diagnostics/FaultGuard.h"
 
 #include <base/Encoding.h>
 #include <base/Handles.h>
@@ -164,11 +164,6 @@ void OpenInheritable(const std::wstring& name)
     SetEnvironmentVariableW(L"CRASH_HANDLE", number);
 }
 
-std::wstring Option(std::map<std::wstring, std::wstring>& options, const wchar_t* name)
-{
-    return options[name];
-}
-
 } // namespace
 
 int wmain(int count, wchar_t** arguments)
@@ -181,16 +176,13 @@ int wmain(int count, wchar_t** arguments)
     if (s_kind == "is-filtered" && count == 4)
         return CheckFilter(arguments[2], std::stoul(arguments[3]));
 
-    if (const std::wstring log = Option(options, L"--log"); !log.empty())
+    if (const std::wstring log = options[L"--log"]; !log.empty()) qor_utils::SetLogDirectory(log);
+    if (options[L"--bare"].empty()) MiniDumper();
+    if (const std::wstring log = options[L"--late-log"]; !log.empty())
         qor_utils::SetLogDirectory(log);
-    if (Option(options, L"--bare").empty()) MiniDumper();
-    if (const std::wstring log = Option(options, L"--late-log"); !log.empty())
-        qor_utils::SetLogDirectory(log);
-    if (const std::wstring folder = Option(options, L"--modules"); !folder.empty())
-        LoadModules(folder);
-    if (const std::wstring name = Option(options, L"--inheritable"); !name.empty())
-        OpenInheritable(name);
-    if (const std::wstring facts = Option(options, L"--facts"); !facts.empty()) {
+    if (const std::wstring folder = options[L"--modules"]; !folder.empty()) LoadModules(folder);
+    if (const std::wstring name = options[L"--inheritable"]; !name.empty()) OpenInheritable(name);
+    if (const std::wstring facts = options[L"--facts"]; !facts.empty()) {
         s_facts = MapFacts(facts);
         std::FILE* const file = _wfopen((facts + L".txt").c_str(), L"wb");
         WriteModules(file);
@@ -198,7 +190,7 @@ int wmain(int count, wchar_t** arguments)
         AddVectoredExceptionHandler(TRUE, Record);
     }
 
-    if (const std::wstring size = Option(options, L"--thread"); !size.empty()) {
+    if (const std::wstring size = options[L"--thread"]; !size.empty()) {
         const base::Thread thread(CreateThread(nullptr, std::stoul(size), CrashOnThread, nullptr,
                                                STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
         WaitForSingleObject(thread.get(), INFINITE);

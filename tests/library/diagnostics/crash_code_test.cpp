@@ -1,5 +1,5 @@
 // Each exception that has a name in the report, from children that really crash by it.
-#include "crash_fixture.h"
+#include "CrashFixture.h"
 
 #include <cstring>
 

@@ -1,6 +1,5 @@
 // The names that the report gives to operating systems and exceptions.
-#include "diagnostics/ExceptionText.h"
-#include "diagnostics/SystemName.h"
+#include "diagnostics/ReportSections.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The crash report, the dump, the settings and the reporter, from children that really crash.
-#include "crash_fixture.h"
+#include "CrashFixture.h"
 #include "VersionResource.h"
 
 #include <test_support/Files.h>
@@ -244,19 +244,14 @@ TEST_F(CrashReport, TellsTheReporterWhatToCollect)
     ASSERT_TRUE(Crash(L"read"));
     ASSERT_TRUE(IsReporterStarted());
     const std::wstring base = Log(TheReport().baseName);
-    const auto value = [&](const wchar_t* section, const wchar_t* name) {
-        wchar_t text[1024] = {};
-        GetPrivateProfileStringW(section, name, L"(none)", text, 1024,
-                                 App(L"crashreport.ini").c_str());
-        return std::wstring(text);
-    };
-    EXPECT_EQ(value(L"RegistryToAdd", L"Registry001"), L"HKCU\\Software\\Kestrow,Registry Tree");
-    EXPECT_EQ(value(L"RegistryToAdd", L"Registry002"),
+    EXPECT_EQ(ReporterSetting(L"RegistryToAdd", L"Registry001"),
+              L"HKCU\\Software\\Kestrow,Registry Tree");
+    EXPECT_EQ(ReporterSetting(L"RegistryToAdd", L"Registry002"),
               L"HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Exam,Version Tree");
-    EXPECT_EQ(value(L"FilesToAdd", L"File001"), base + L".dmp,Crash Dump,DMP File");
-    EXPECT_EQ(value(L"FilesToAdd", L"File002"), base + L".txt,Crash Log,Text Document");
-    EXPECT_EQ(value(L"FilesToAdd", L"File004"), L"(none)") << "there is no action log";
-    EXPECT_EQ(value(L"ZipFileName", L"Zip"), base + L".zip");
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File001"), base + L".dmp,Crash Dump,DMP File");
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File002"), base + L".txt,Crash Log,Text Document");
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File004"), L"(none)") << "there is no action log";
+    EXPECT_EQ(ReporterSetting(L"ZipFileName", L"Zip"), base + L".zip");
     EXPECT_EQ(ReporterCommand(), L"  \"crash_child.exe\"");
 }
 

@@ -1,5 +1,5 @@
 // The crash reporter: what it packs of the crash handler's files.
-#include "crash_fixture.h"
+#include "CrashFixture.h"
 
 #include <test_support/Files.h>
 #include <test_support/InDirectory.h>

@@ -1,5 +1,5 @@
 // Crashes that leave little to work with, and reports that meet obstacles.
-#include "crash_fixture.h"
+#include "CrashFixture.h"
 
 #include <base/Encoding.h>
 #include <test_support/ChildTest.h>
@@ -24,19 +24,6 @@ protected:
         ExpectTrue(TheReport(), TheFacts().exceptions[0]);
         EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
         EXPECT_TRUE(FileExists(App(L"crashreport.ini")));
-    }
-
-    static std::wstring Name(const std::wstring& path)
-    {
-        return path.substr(path.rfind(L'\\') + 1);
-    }
-
-    std::wstring Setting(const wchar_t* section, const wchar_t* name) const
-    {
-        wchar_t text[1024] = {};
-        GetPrivateProfileStringW(section, name, L"(none)", text, 1024,
-                                 App(L"crashreport.ini").c_str());
-        return text;
     }
 };
 
@@ -218,7 +205,7 @@ TEST_F(CrashTrouble, ALogFolderOfAnyCharacters)
     ASSERT_TRUE(Crash(L"read", L"--late-log \"" + log + L"\""));
     EXPECT_TRUE(IsReporterStarted());
     ASSERT_EQ(FilesOf(log, L".txt").size(), 1u);
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File002"),
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File002"),
               FilesOf(log, L".txt")[0] + L",Crash Log,Text Document");
 }
 
@@ -230,14 +217,15 @@ TEST_F(CrashTrouble, AProgramOfAnyName)
     ASSERT_TRUE(Run(L"read --log \"" + Log(L"") + L".\"", program));
     const std::vector<std::wstring> dumps = FilesOf(Log(L""), L".dmp");
     ASSERT_EQ(dumps.size(), 1u);
-    EXPECT_EQ(Name(Setting(L"FilesToAdd", L"File001")), Name(dumps[0]) + L",Crash Dump,DMP File");
+    EXPECT_EQ(NameOf(ReporterSetting(L"FilesToAdd", L"File001")),
+              NameOf(dumps[0]) + L",Crash Dump,DMP File");
 }
 
 TEST_F(CrashTrouble, AnActionLogOfAnyName)
 {
     WriteFile(Log(L"\u65E5\u8A8C.xml"), "<log/>");
     ASSERT_TRUE(Crash(L"read"));
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File004"),
               Log(L"\\\u65E5\u8A8C.xml") + L",Action Log,Text Document");
 }
 
@@ -246,8 +234,8 @@ TEST_F(CrashTrouble, SettingsThatAreThereAreKeptInAnyEncoding)
     WritePrivateProfileStringW(L"Mail", L"To", L"Ren\u00E9", App(L"crashreport.ini").c_str());
     WriteFile(Log(L"\u65E5\u8A8C.xml"), "<log/>");
     ASSERT_TRUE(Crash(L"read"));
-    EXPECT_EQ(Setting(L"Mail", L"To"), L"Ren\u00E9");
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
+    EXPECT_EQ(ReporterSetting(L"Mail", L"To"), L"Ren\u00E9");
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File004"),
               Log(L"\\\u65E5\u8A8C.xml") + L",Action Log,Text Document");
 }
 
@@ -354,7 +342,7 @@ TEST_F(CrashTrouble, TheNewestActionLogIsCollected)
     SetCreated(Log(L"c.xml"), 2022);
     ASSERT_TRUE(Crash(L"read"));
     // The folder has a separator of its own, so there are two.
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"),
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File004"),
               Log(L"\\" + NewestOf(Log(L"*.xml")) + L",Action Log,Text Document"));
 }
 
@@ -363,8 +351,8 @@ TEST_F(CrashTrouble, SettingsThatAreNotWrittenStayAsTheyAre)
     WritePrivateProfileStringW(L"FilesToAdd", L"File004", L"old", App(L"crashreport.ini").c_str());
     WritePrivateProfileStringW(L"Mail", L"To", L"kept", App(L"crashreport.ini").c_str());
     ASSERT_TRUE(Crash(L"read"));
-    EXPECT_EQ(Setting(L"FilesToAdd", L"File004"), L"old") << "there is no action log";
-    EXPECT_EQ(Setting(L"Mail", L"To"), L"kept");
+    EXPECT_EQ(ReporterSetting(L"FilesToAdd", L"File004"), L"old") << "there is no action log";
+    EXPECT_EQ(ReporterSetting(L"Mail", L"To"), L"kept");
 }
 
 TEST_F(CrashTrouble, OnlyTheFirstExceptionIsReported)

@@ -1,6 +1,6 @@
-#include "crash_kinds.h"
+#include "CrashKinds.h"
 
-#include "diagnostics/ThreadBlock.h"
+#include "diagnostics/FaultGuard.h"
 
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
@@ -90,53 +90,9 @@ void LetThrough(std::uint16_t exception)
     asm volatile("fninit; fldcw %0" : : "m"(control));
 }
 
-void FloatInvalid()
-{
-    LetThrough(0x01);
-    asm volatile("fldz; fldz; fdivrp; fwait");
-}
-
-void FloatDenormal()
-{
-    LetThrough(0x02);
-    const double denormal = 4.9e-324;
-    asm volatile("fldl %0; fld1; faddp; fwait" : : "m"(denormal));
-}
-
-void FloatDivide()
-{
-    LetThrough(0x04);
-    asm volatile("fld1; fldz; fdivrp; fwait");
-}
-
 void Scale(int power)
 {
     asm volatile("fildl %0; fld1; fscale; fwait" : : "m"(power));
-}
-
-void FloatOverflow()
-{
-    LetThrough(0x08);
-    Scale(20000);
-}
-
-void FloatUnderflow()
-{
-    LetThrough(0x10);
-    Scale(-20000);
-}
-
-void FloatInexact()
-{
-    LetThrough(0x20);
-    const int three = 3;
-    asm volatile("fld1; fidivl %0; fwait" : : "m"(three));
-}
-
-void FloatStack()
-{
-    LetThrough(0x01);
-    asm volatile("fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fwait");
 }
 
 #ifndef _WIN64
@@ -196,12 +152,6 @@ void TakeHeap()
         while (taken);
 }
 
-void ExhaustHeap()
-{
-    TakeHeap();
-    Read();
-}
-
 // Throws for want of memory; nobody catches it.
 void WantMemory()
 {
@@ -259,18 +209,6 @@ void LockLoader()
         GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrLockLoaderLock")));
     ULONG_PTR cookie = 0;
     if (lock) lock(0, nullptr, &cookie);
-}
-
-void UnderHeapLock()
-{
-    LockHeap();
-    Read();
-}
-
-void UnderLoaderLock()
-{
-    LockLoader();
-    Read();
 }
 
 // An exception as the platform hands it to the filter.
@@ -362,16 +300,6 @@ void UnderLoggersLock(const char* release, LPTHREAD_START_ROUTINE use)
     CloseHandle(CreateThread(nullptr, 0, use, nullptr, 0, nullptr));
     WaitForSingleObject(s_isStuck, INFINITE);
     Read();
-}
-
-void UnderLoggersFolderLock()
-{
-    UnderLoggersLock("ReleaseSRWLockExclusive", ChangeLogFolder);
-}
-
-void UnderLoggersFileLock()
-{
-    UnderLoggersLock("LeaveCriticalSection", WriteToLog);
 }
 
 // Calls the filter twice as the platform would. The exit code has the first result as its tens and
@@ -515,13 +443,43 @@ constexpr Kind kinds[] = {
     {"privileged", [] { asm volatile("hlt"); }},
     {"breakpoint", [] { asm volatile("int3"); }},
     {"divide", Divide},
-    {"float-invalid", FloatInvalid},
-    {"float-denormal", FloatDenormal},
-    {"float-divide", FloatDivide},
-    {"float-overflow", FloatOverflow},
-    {"float-underflow", FloatUnderflow},
-    {"float-inexact", FloatInexact},
-    {"float-stack", FloatStack},
+    {"float-invalid",
+     [] {
+         LetThrough(0x01);
+         asm volatile("fldz; fldz; fdivrp; fwait");
+     }},
+    {"float-denormal",
+     [] {
+         LetThrough(0x02);
+         const double denormal = 4.9e-324;
+         asm volatile("fldl %0; fld1; faddp; fwait" : : "m"(denormal));
+     }},
+    {"float-divide",
+     [] {
+         LetThrough(0x04);
+         asm volatile("fld1; fldz; fdivrp; fwait");
+     }},
+    {"float-overflow",
+     [] {
+         LetThrough(0x08);
+         Scale(20000);
+     }},
+    {"float-underflow",
+     [] {
+         LetThrough(0x10);
+         Scale(-20000);
+     }},
+    {"float-inexact",
+     [] {
+         LetThrough(0x20);
+         const int three = 3;
+         asm volatile("fld1; fidivl %0; fwait" : : "m"(three));
+     }},
+    {"float-stack",
+     [] {
+         LetThrough(0x01);
+         asm volatile("fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fld1; fwait");
+     }},
 #ifndef _WIN64
     {"overflow", IntegerOverflow},
     {"bounds", ArrayBounds},
@@ -531,7 +489,11 @@ constexpr Kind kinds[] = {
     {"overflow-in-loader", [] { s_sink = RecurseInLoader(0); }},
     {"destroyed-stack", DestroyStack},
     {"left-stack", LeaveStack},
-    {"heap-exhausted", ExhaustHeap},
+    {"heap-exhausted",
+     [] {
+         TakeHeap();
+         Read();
+     }},
     {"bad-alloc", WantMemory},
     {"vectored-handler", InVectoredHandler},
     {"catch-block", InCatchBlock},
@@ -539,11 +501,19 @@ constexpr Kind kinds[] = {
     {"second-thread", [] { WithASecondThread(CrashAsSecond); }},
     {"second-heap-lock", [] { WithASecondThread(CallFilterAsSecond<LockHeap>); }},
     {"second-loader-lock", [] { WithASecondThread(CallFilterAsSecond<LockLoader>); }},
-    {"heap-lock", UnderHeapLock},
-    {"loader-lock", UnderLoaderLock},
+    {"heap-lock",
+     [] {
+         LockHeap();
+         Read();
+     }},
+    {"loader-lock",
+     [] {
+         LockLoader();
+         Read();
+     }},
     {"log-hook", InLogHook},
-    {"logger-folder-lock", UnderLoggersFolderLock},
-    {"logger-file-lock", UnderLoggersFileLock},
+    {"logger-folder-lock", [] { UnderLoggersLock("ReleaseSRWLockExclusive", ChangeLogFolder); }},
+    {"logger-file-lock", [] { UnderLoggersLock("LeaveCriticalSection", WriteToLog); }},
     {"call-filter", CallFilter},
     {"error-modes", CallFilterForErrorModes},
     {"unreadable-stack", CallFilterWithAnUnreadableStack},

@@ -1,4 +1,4 @@
-#include "crash_fixture.h"
+#include "CrashFixture.h"
 
 #include <base/Encoding.h>
 #include <test_support/ChildTest.h>
@@ -18,18 +18,6 @@ constexpr DWORD longestRun = 150'000; // milliseconds, on a busy machine
 
 const std::wstring settingsKey = L"Software\\Kestrow\\Exam\\";
 
-std::wstring EnvironmentText(const wchar_t* name)
-{
-    std::wstring text(32767, L'\0');
-    text.resize(GetEnvironmentVariableW(name, text.data(), 32767));
-    return text;
-}
-
-std::wstring NameOf(const std::wstring& path)
-{
-    return path.substr(path.rfind(L'\\') + 1);
-}
-
 FILETIME Now()
 {
     FILETIME now = {};
@@ -37,7 +25,15 @@ FILETIME Now()
     return now;
 }
 
-// Converts a time of the report to seconds from an arbitrary beginning.
+// Seconds from an arbitrary beginning.
+long long Seconds(const FILETIME& moment)
+{
+    return static_cast<long long>(std::uint64_t{moment.dwHighDateTime} << 32 |
+                                  moment.dwLowDateTime) /
+           10'000'000;
+}
+
+// Converts a time of the report to seconds.
 long long Seconds(const std::wstring& text)
 {
     SYSTEMTIME time = {};
@@ -46,22 +42,24 @@ long long Seconds(const std::wstring& text)
                      &time.wYear, &time.wHour, &time.wMinute, &time.wSecond) != 6 ||
         !SystemTimeToFileTime(&time, &moment))
         throw std::runtime_error("no time: " + base::Utf8FromWide(text));
-    return static_cast<long long>(std::uint64_t{moment.dwHighDateTime} << 32 |
-                                  moment.dwLowDateTime) /
-           10'000'000;
+    return Seconds(moment);
 }
 
 long long LocalSeconds(const FILETIME& utc)
 {
     FILETIME local = {};
     FileTimeToLocalFileTime(&utc, &local);
-    return static_cast<long long>(std::uint64_t{local.dwHighDateTime} << 32 | local.dwLowDateTime) /
-           10'000'000;
+    return Seconds(local);
 }
 
 } // namespace
 
-CrashTest::CrashTest() : m_searchPath(EnvironmentText(L"PATH")), m_begin(Now())
+std::wstring NameOf(const std::wstring& path)
+{
+    return path.substr(path.rfind(L'\\') + 1);
+}
+
+CrashTest::CrashTest() : m_searchPath(test_support::EnvironmentVariable(L"PATH")), m_begin(Now())
 {
     static std::atomic<unsigned> serial{0};
     CreateDirectoryW((m_folder / L"app").c_str(), nullptr);
@@ -158,6 +156,13 @@ std::wstring CrashTest::ReporterCommand() const
     EXPECT_EQ(text[0] & STARTF_USESHOWWINDOW, STARTF_USESHOWWINDOW);
     EXPECT_EQ(text[1], SW_SHOW);
     return text.substr(2);
+}
+
+std::wstring CrashTest::ReporterSetting(const wchar_t* section, const wchar_t* name) const
+{
+    wchar_t text[1024] = {};
+    GetPrivateProfileStringW(section, name, L"(none)", text, 1024, App(L"crashreport.ini").c_str());
+    return text;
 }
 
 std::vector<std::wstring> CrashTest::FilesOf(const std::wstring& folder,

@@ -13,6 +13,9 @@
 
 namespace crash_test {
 
+// The file name of a path.
+std::wstring NameOf(const std::wstring& path);
+
 // A loaded module as the process saw it.
 struct KnownModule
 {
@@ -52,6 +55,9 @@ protected:
     bool IsReporterStarted(DWORD milliseconds = 20'000) const;
     // The reporter's command line.
     std::wstring ReporterCommand() const;
+
+    // A text of the settings file that tells the reporter what to collect; "(none)" without one.
+    std::wstring ReporterSetting(const wchar_t* section, const wchar_t* name) const;
 
     // The files of a folder whose names have this end.
     std::vector<std::wstring> FilesOf(const std::wstring& folder, const std::wstring& end) const;
