@@ -1,17 +1,111 @@
 // XCrashReport.exe [/quiet] "PROGRAM.exe"
 // Packs what a crash of the program left behind, as "crashreport.ini" beside this program lists it.
 // Tells where the archive is: in a message, or with /quiet on the standard output only.
-#include "Collection.h"
+#include "RegistryExport.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <Utils_Statics/ZipCompress.h>
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
+
+// The files and registry trees that a crash left behind, as the crash handler's settings file names
+// them.
+struct Collection
+{
+    std::wstring archive;                    // the path of the archive to make
+    std::vector<std::wstring> files;         // to put into it; some may be missing
+    std::vector<std::wstring> registryTrees; // "HKCU\Software\..."
+};
+
+// A text of the settings. For a null name, the keys of the section, each with a null at its end.
+std::wstring Setting(const std::wstring& file, const wchar_t* section, const wchar_t* name)
+{
+    std::wstring text(32768, L'\0');
+    text.resize(GetPrivateProfileStringW(section, name, L"", text.data(),
+                                         static_cast<DWORD>(text.size()), file.c_str()));
+    return text;
+}
+
+// `text` without its last `count` fields, which commas separate. A path may contain commas too.
+std::wstring WithoutFields(std::wstring text, int count)
+{
+    for (; count > 0; --count)
+        text.resize(std::min(text.rfind(L','), text.size()));
+    return text;
+}
+
+// The values of a section, each without its last `fields` fields.
+std::vector<std::wstring> Values(const std::wstring& file, const wchar_t* section, int fields)
+{
+    std::vector<std::wstring> values;
+    const std::wstring names = Setting(file, section, nullptr);
+    for (std::size_t begin = 0; begin < names.size();) {
+        const std::wstring name = names.c_str() + begin;
+        values.push_back(WithoutFields(Setting(file, section, name.c_str()), fields));
+        begin += name.size() + 1;
+    }
+    return values;
+}
+
+std::wstring FolderOf(const std::wstring& path)
+{
+    return path.substr(0, path.rfind(L'\\') + 1);
+}
+
+bool IsThere(const std::wstring& path)
+{
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Packs the tree by way of a file beside the archive.
+bool PackTree(ZipCompress& zip, const std::wstring& tree, const std::wstring& file)
+{
+    if (!exam::ExportTree(tree, file)) return true; // there is no such tree
+    const bool isPacked = zip.AddFile(file.c_str());
+    DeleteFileW(file.c_str());
+    return isPacked;
+}
+
+// Reads the settings file. Nothing when the file does not name an archive.
+std::optional<Collection> ReadCollection(const std::wstring& settingsFile)
+{
+    Collection collection;
+    collection.archive = Setting(settingsFile, L"ZipFileName", L"Zip");
+    if (collection.archive.empty()) return std::nullopt;
+    collection.files = Values(settingsFile, L"FilesToAdd", 2);
+    collection.registryTrees = Values(settingsFile, L"RegistryToAdd", 1);
+    return collection;
+}
+
+// Packs the existing files, and each registry tree as a file for registry editors. The names in the
+// archive are relative to the archive's folder. False when any of it failed; the archive still
+// holds the rest.
+bool Pack(const Collection& collection)
+{
+    const std::wstring folder = FolderOf(collection.archive);
+    ZipCompress zip;
+    zip.SetBasePath(folder);
+    if (!zip.Create(collection.archive.c_str())) return false;
+    bool isPacked = true;
+    for (const std::wstring& file : collection.files)
+        if (IsThere(file)) isPacked = zip.AddFile(file.c_str()) && isPacked;
+    int number = 0;
+    for (const std::wstring& tree : collection.registryTrees)
+        isPacked =
+            PackTree(zip, tree, folder + L"registry" + std::to_wstring(++number) + L".reg") &&
+            isPacked;
+    return isPacked;
+}
 
 void Tell(const std::wstring& message, bool isQuiet)
 {
@@ -19,12 +113,6 @@ void Tell(const std::wstring& message, bool isQuiet)
     std::fflush(stdout);
     if (!isQuiet)
         MessageBoxW(nullptr, message.c_str(), L"Crash report", MB_OK | MB_ICONINFORMATION);
-}
-
-std::wstring SettingsFile()
-{
-    const std::wstring program = base::ModuleFile(nullptr);
-    return program.substr(0, program.rfind(L'\\') + 1) + L"crashreport.ini";
 }
 
 } // namespace
@@ -35,12 +123,13 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int)
     // begin with a program.
     const std::wstring_view command = GetCommandLineW();
     const bool isQuiet = command.find(L"/quiet") != std::wstring_view::npos;
-    const auto collection = exam::ReadCollection(SettingsFile());
+    const std::wstring settings = FolderOf(base::ModuleFile(nullptr)) + L"crashreport.ini";
+    const auto collection = ReadCollection(settings);
     if (!collection) {
-        Tell(L"There is no crash to report: " + SettingsFile() + L" names no archive.", isQuiet);
+        Tell(L"There is no crash to report: " + settings + L" names no archive.", isQuiet);
         return 1;
     }
-    const bool isPacked = exam::Pack(*collection);
+    const bool isPacked = Pack(*collection);
     Tell((isPacked ? L"The crash report is in " : L"A part of the crash report is in ") +
              collection->archive,
          isQuiet);
