@@ -1,4 +1,5 @@
 // The section on the exception's cause and place.
+#include "diagnostics/FaultGuard.h"
 #include "diagnostics/ReportSections.h"
 
 namespace utils_statics {
@@ -69,10 +70,10 @@ void WriteExceptionCause(ReportText& report, const CrashFiles& files,
     const DWORD code = exception.ExceptionRecord->ExceptionCode;
     const CONTEXT& context = *exception.ContextRecord;
     FixedText<1024> module;
-    FindModuleOf(CodeAddress(context), module);
+    FindModuleOf(context.*codeAddress, module);
     report.Write(L"%s caused %s (0x%08x) \r\nin module %s at %04x:" ADDRESS_FORMAT L".\r\n\r\n",
                  files.processName.Text(), ExceptionText(code), code, module.Text(),
-                 static_cast<unsigned>(LOWORD(context.SegCs)), CodeAddress(context));
+                 static_cast<unsigned>(LOWORD(context.SegCs)), context.*codeAddress);
 }
 
 void WriteAccessViolation(ReportText& report, const EXCEPTION_RECORD& record) noexcept

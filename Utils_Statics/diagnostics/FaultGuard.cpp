@@ -47,13 +47,8 @@ void GoOnAtRecovery(CONTEXT& context) noexcept
 {
     constexpr DWORD directionFlag = 0x400;
     context.EFlags &= ~directionFlag;
-#ifdef _WIN64
-    context.Rsp = context.Rsp / 16 * 16 - sizeof(void*);
-    context.Rip = reinterpret_cast<DWORD64>(&Recover);
-#else
-    context.Esp = context.Esp / 16 * 16 - sizeof(void*);
-    context.Eip = reinterpret_cast<DWORD>(&Recover);
-#endif
+    context.*stackAddress = context.*stackAddress / 16 * 16 - sizeof(void*);
+    context.*codeAddress = reinterpret_cast<std::uintptr_t>(&Recover);
 }
 
 // The number of readable bytes from `address` on, within one region of pages; 0 for none.

@@ -7,6 +7,15 @@
 
 namespace utils_statics {
 
+// The registers of a context that every processor has.
+#ifdef _WIN64
+constexpr auto codeAddress = &CONTEXT::Rip;
+constexpr auto stackAddress = &CONTEXT::Rsp;
+#else
+constexpr auto codeAddress = &CONTEXT::Eip;
+constexpr auto stackAddress = &CONTEXT::Esp;
+#endif
+
 // The platform's record of the current thread: the bounds of its stack and, on x86, the list of the
 // handlers in force.
 inline NT_TIB& ThreadBlock() noexcept

@@ -84,7 +84,7 @@ void WriteCodeBytes(ReportText& report, const CONTEXT& context) noexcept
     report.Write(L"\r\nBytes at CS:EIP:\r\n");
     for (std::size_t i = 0; i < count; ++i) {
         std::uint8_t byte = 0;
-        if (ReadMemory(CodeAddress(context) + i, byte))
+        if (ReadMemory(context.*codeAddress + i, byte))
             report.Write(L"%02x ", byte);
         else
             report.Write(L"?? ");
@@ -94,7 +94,7 @@ void WriteCodeBytes(ReportText& report, const CONTEXT& context) noexcept
 void WriteStack(ReportText& report, const CONTEXT& context, std::uintptr_t stackBase) noexcept
 {
     report.Write(L"\r\n\r\nStack:\r\n");
-    const std::uintptr_t first = StackAddress(context);
+    const std::uintptr_t first = context.*stackAddress;
     if (first >= stackBase) return;
     std::size_t words = std::min<std::size_t>(stackBase - first, longestStack) / 4;
     for (std::uintptr_t address = first; words > 0;) {

@@ -27,23 +27,11 @@ struct Facts
 };
 
 #ifdef _WIN64
-inline std::uintptr_t CodePointer(const CONTEXT& context)
-{
-    return context.Rip;
-}
-inline std::uintptr_t StackPointer(const CONTEXT& context)
-{
-    return context.Rsp;
-}
+constexpr auto codePointer = &CONTEXT::Rip;
+constexpr auto stackPointer = &CONTEXT::Rsp;
 #else
-inline std::uintptr_t CodePointer(const CONTEXT& context)
-{
-    return context.Eip;
-}
-inline std::uintptr_t StackPointer(const CONTEXT& context)
-{
-    return context.Esp;
-}
+constexpr auto codePointer = &CONTEXT::Eip;
+constexpr auto stackPointer = &CONTEXT::Esp;
 #endif
 
 } // namespace crash_test

@@ -241,7 +241,7 @@ void CrashTest::ExpectException(const Report& report, const ExceptionFacts& fact
     EXPECT_EQ(report.process, L"crash_child");
     EXPECT_EQ(report.code, facts.code);
     EXPECT_EQ(report.segment, LOWORD(facts.context.SegCs)) << "a selector has 16 bits";
-    EXPECT_EQ(report.instruction, CodePointer(facts.context));
+    EXPECT_EQ(report.instruction, facts.context.*codePointer);
     const bool isViolation = facts.code == STATUS_ACCESS_VIOLATION && facts.parameterCount >= 2;
     EXPECT_EQ(report.violation.has_value(), isViolation);
     if (isViolation && report.violation) {
@@ -307,7 +307,7 @@ void CrashTest::ExpectRegisters(const Report& report, const CONTEXT& context) co
 
 void CrashTest::ExpectStack(const Report& report, const ExceptionFacts& facts) const
 {
-    const std::uint64_t first = StackPointer(facts.context);
+    const std::uint64_t first = facts.context.*stackPointer;
     std::size_t words = 0;
     for (const StackLine& line : report.stack) {
         EXPECT_EQ(line.address, first + words * 4);

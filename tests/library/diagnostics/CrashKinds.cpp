@@ -1,5 +1,6 @@
 #include "CrashKinds.h"
 
+#include "CrashFacts.h"
 #include "diagnostics/FaultGuard.h"
 
 #include <qor_utils/LogOutput.h>
@@ -333,11 +334,7 @@ void CallFilterWithAnUnreadableStack()
     room[0] = 0;
     const std::uintptr_t hole = (reinterpret_cast<std::uintptr_t>(room) + 2 * page) / page * page;
     Exception exception;
-#ifdef _WIN64
-    exception.context.Rsp = hole - 64;
-#else
-    exception.context.Esp = hole - 64;
-#endif
+    exception.context.*stackPointer = hole - 64;
     DWORD before = 0;
     VirtualProtect(reinterpret_cast<void*>(hole), page, PAGE_NOACCESS, &before);
     ExitProcess(static_cast<UINT>(exception.Filter()));

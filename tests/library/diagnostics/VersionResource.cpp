@@ -50,6 +50,14 @@ Node StringTable(std::wstring language, std::vector<Node> texts)
     return {std::move(language), {}, true, std::move(texts), {}, {}, {}};
 }
 
+Node StringTable(const std::wstring& language, const std::wstring& company,
+                 const std::wstring& description, const std::wstring& product)
+{
+    return StringTable(language,
+                       {Text(L"CompanyName", company), Text(L"FileDescription", description),
+                        Text(L"ProductName", product)});
+}
+
 Node StringFileInfo(std::vector<Node> tables)
 {
     return {L"StringFileInfo", {}, true, std::move(tables), {}, {}, {}};
@@ -61,6 +69,11 @@ Node Translations(const std::vector<std::uint32_t>& languages)
                             languages.size() * sizeof(std::uint32_t));
     Node translation = {L"Translation", value, false, {}, {}, {}, {}};
     return {L"VarFileInfo", {}, true, {std::move(translation)}, {}, {}, {}};
+}
+
+Node InEnglish(Node table)
+{
+    return Root({}, {StringFileInfo({std::move(table)}), Translations({english})});
 }
 
 std::string Bytes(const Node& node)
@@ -127,14 +140,13 @@ std::string File16(const std::string& resource)
 
 void WriteFile(const std::wstring& path, const std::string& resource)
 {
-    constexpr WORD english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
     std::string bytes = resource;
     if (!CopyFileW(test_support::BesideProgram(L"blank.dll").c_str(), path.c_str(), FALSE))
         throw std::runtime_error("cannot copy blank.dll");
     const HANDLE update = BeginUpdateResourceW(path.c_str(), TRUE);
     if (!update ||
         !UpdateResourceW(update, reinterpret_cast<LPCWSTR>(RT_VERSION),
-                         MAKEINTRESOURCEW(VS_VERSION_INFO), english, bytes.data(),
+                         MAKEINTRESOURCEW(VS_VERSION_INFO), LOWORD(english), bytes.data(),
                          static_cast<DWORD>(bytes.size())) ||
         !EndUpdateResourceW(update, FALSE))
         throw std::runtime_error("cannot put a resource into a file");

@@ -8,6 +8,8 @@
 // Version resources composed byte by byte, so that a test can write what no compiler writes.
 namespace version_resource {
 
+constexpr std::uint32_t english = 0x04B00409; // code page 1200
+
 // A node of the resource's tree: a key, a value, children.
 struct Node
 {
@@ -42,8 +44,13 @@ struct Fixed
 Node Root(const Fixed& fixed, std::vector<Node> children);
 Node Text(std::wstring key, const std::wstring& value);
 Node StringTable(std::wstring language, std::vector<Node> texts);
+// The three texts that the version reader knows.
+Node StringTable(const std::wstring& language, const std::wstring& company,
+                 const std::wstring& description, const std::wstring& product);
 Node StringFileInfo(std::vector<Node> tables);
 Node Translations(const std::vector<std::uint32_t>& languages);
+// A resource with one table of texts, in the one language English.
+Node InEnglish(Node table);
 
 // The bytes of a tree.
 std::string Bytes(const Node& root);

@@ -52,7 +52,7 @@ void CopyCode(ExceptionFacts& facts)
 {
     for (std::uint8_t& byte : facts.bytes) {
         auto* const address =
-            reinterpret_cast<std::uint8_t*>(CodePointer(facts.context)) + facts.byteCount;
+            reinterpret_cast<std::uint8_t*>(facts.context.*codePointer) + facts.byteCount;
         MEMORY_BASIC_INFORMATION region = {};
         VirtualQuery(address, &region, sizeof region);
         if (region.State != MEM_COMMIT || (region.Protect & (PAGE_GUARD | PAGE_NOACCESS))) return;

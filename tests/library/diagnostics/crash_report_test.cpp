@@ -100,11 +100,8 @@ public:
     explicit KnownLibrary(const std::wstring& path) : m_path(path)
     {
         using namespace version_resource;
-        WriteFile(path, Bytes(Root({}, {StringFileInfo({StringTable(
-                                            L"040904B0", {Text(L"CompanyName", L"A company"),
-                                                          Text(L"ProductName", L"A product"),
-                                                          Text(L"FileDescription", L"A text")})}),
-                                        Translations({0x04B00409})})));
+        WriteFile(path, Bytes(InEnglish(
+                            StringTable(L"040904B0", L"A company", L"A text", L"A product"))));
         std::string bytes = test_support::ReadFile(path);
         std::uint32_t headers = 0;
         std::memcpy(&headers, bytes.data() + offsetof(IMAGE_DOS_HEADER, e_lfanew), 4);

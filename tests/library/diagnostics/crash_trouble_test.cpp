@@ -126,7 +126,7 @@ TEST_F(CrashTrouble, TwoThreadsAtOnce)
     const Facts facts = TheFacts();
     ASSERT_EQ(facts.count, 2);
     const Report report = TheReport(); // there is one report, and it is whole
-    const bool isSecond = report.stack.at(0).address == StackPointer(facts.exceptions[1].context);
+    const bool isSecond = report.stack.at(0).address == facts.exceptions[1].context.*stackPointer;
     ExpectTrue(report, facts.exceptions[isSecond]);
     EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
 }

@@ -11,7 +11,9 @@
 #include <array>
 #include <cstring>
 #include <random>
+#include <stdexcept>
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -23,7 +25,6 @@ static_assert(std::is_trivially_copyable_v<CMiniVersion>, "a plain value");
 static_assert(sizeof(CMiniVersion) == (sizeof(void*) + 4 + 16 + 16 + 4160 + 7) / 8 * 8 ||
               sizeof(CMiniVersion) == sizeof(void*) + 4 + 16 + 16 + 4160);
 
-constexpr std::uint32_t english = 0x04B00409; // code page 1200
 constexpr std::uint32_t german = 0x04B00407;
 
 // Collects the results of one object, and reaches its protected members.
@@ -66,6 +67,26 @@ private:
 
 constexpr Numbers none = {0, 0, 0, 0};
 
+Node Table(const std::wstring& language, const std::wstring& company)
+{
+    return StringTable(language, company, L"What", L"Exam");
+}
+
+Node Complete()
+{
+    return InEnglish(Table(L"040904b0", L"Kestrow"));
+}
+
+// The offsets of the header of a file's resource section, and of the resources.
+std::pair<std::size_t, std::size_t> ResourcesOf(const std::string& file)
+{
+    const std::size_t header = file.find(".rsrc");
+    if (header == std::string::npos) throw std::runtime_error("the file has no resources");
+    std::uint32_t begin = 0;
+    std::memcpy(&begin, file.data() + header + 20, sizeof begin);
+    return {header, begin};
+}
+
 class MiniVersion : public testing::Test
 {
 protected:
@@ -80,6 +101,13 @@ protected:
         return Again();
     }
     Version Of(const Node& root) { return Of(Bytes(root)); }
+
+    // Writes a file with a complete resource and returns its bytes.
+    std::string WholeFile()
+    {
+        WriteFile(File(), Bytes(Complete()));
+        return test_support::ReadFile(File());
+    }
 
     // Reads the file that exists already.
     Version Again()
@@ -115,6 +143,13 @@ protected:
         EXPECT_EQ(version.Texts(), L"||") << what;
     }
 
+    // Expects that what a damaged resource gave is within bounds.
+    void ExpectNoHarm(const Version& version)
+    {
+        EXPECT_TRUE(m_found == 0 || m_found == 1);
+        EXPECT_LT(version.Texts().size(), 3u * 520);
+    }
+
     // Reads the file with one bit flipped. True when it has numbers.
     bool ReadsWithBit(std::string bytes, std::size_t bit)
     {
@@ -125,8 +160,9 @@ protected:
         ++m_fileNumber;
         test_support::WriteFile(File(), bytes);
         const Version version = Again();
-        EXPECT_TRUE(m_found == 1 || version.File() == none) << "bit " << bit;
-        EXPECT_LT(version.Texts().size(), 3u * 520) << "bit " << bit;
+        const testing::ScopedTrace trace(__FILE__, __LINE__, "bit " + std::to_string(bit));
+        EXPECT_TRUE(m_found == 1 || version.File() == none);
+        ExpectNoHarm(version);
         return m_found == 1;
     }
 
@@ -134,17 +170,6 @@ protected:
     int m_found = 0; // the result of the last Init
     int m_fileNumber = 0;
 };
-
-Node Table(const std::wstring& language, const std::wstring& company)
-{
-    return StringTable(language, {Text(L"CompanyName", company), Text(L"FileDescription", L"What"),
-                                  Text(L"ProductName", L"Exam")});
-}
-
-Node Complete()
-{
-    return Root({}, {StringFileInfo({Table(L"040904b0", L"Kestrow")}), Translations({english})});
-}
 
 TEST_F(MiniVersion, ReadsNumbersWordsAndTexts)
 {
@@ -226,8 +251,7 @@ TEST_F(MiniVersion, OnlyTheFirstLanguageOfTheTranslationCounts)
 TEST_F(MiniVersion, AMissingTextStaysEmpty)
 {
     const Version version =
-        Of(Root({}, {StringFileInfo({StringTable(L"040904b0", {Text(L"ProductName", L"Exam")})}),
-                     Translations({english})}));
+        Of(InEnglish(StringTable(L"040904b0", {Text(L"ProductName", L"Exam")})));
     EXPECT_EQ(m_found, 1);
     EXPECT_EQ(version.Texts(), L"||Exam");
 }
@@ -235,9 +259,7 @@ TEST_F(MiniVersion, AMissingTextStaysEmpty)
 TEST_F(MiniVersion, CutsTextsToTheirFields)
 {
     const std::wstring text(2000, L'x');
-    EXPECT_EQ(
-        Of(Root({}, {StringFileInfo({Table(L"040904b0", text)}), Translations({english})})).Texts(),
-        text.substr(0, 519) + L"|What|Exam");
+    EXPECT_EQ(Of(InEnglish(Table(L"040904b0", text))).Texts(), text.substr(0, 519) + L"|What|Exam");
 }
 
 TEST_F(MiniVersion, GettersStayWithinTheLengthTheyAreGiven)
@@ -272,7 +294,7 @@ TEST_F(MiniVersion, GettersOfTextsStoreNothingWithoutAPlace)
 
 TEST_F(MiniVersion, KeepsItsNumbersAfterRelease)
 {
-    WriteFile(File(), Bytes(Complete()));
+    WholeFile();
     Version version(File().c_str());
     Version copy = version; // shares the buffer
     VS_FIXEDFILEINFO info = {};
@@ -288,7 +310,7 @@ TEST_F(MiniVersion, KeepsItsNumbersAfterRelease)
 
 TEST_F(MiniVersion, StringInfoRefusesNull)
 {
-    WriteFile(File(), Bytes(Complete()));
+    WholeFile();
     Version version(File().c_str());
     wchar_t text[520] = L"before";
     EXPECT_EQ(version.GetStringInfo(nullptr, text), 0);
@@ -420,11 +442,8 @@ TEST_F(MiniVersion, ALastTextWithoutItsNullStaysInTheResource)
 TEST_F(MiniVersion, ResourcesThatBreakOffDoNoHarm)
 {
     const std::string whole = Bytes(Complete());
-    for (std::size_t size = 1; size < whole.size(); size += 7) {
-        const Version version = Of(whole.substr(0, size));
-        EXPECT_TRUE(m_found == 0 || m_found == 1);
-        EXPECT_LT(version.Texts().size(), 3u * 520);
-    }
+    for (std::size_t size = 1; size < whole.size(); size += 7)
+        ExpectNoHarm(Of(whole.substr(0, size)));
 }
 
 // Each node takes no more than a glance, although thousands of keys have no end, and megabytes
@@ -467,16 +486,13 @@ TEST_F(MiniVersion, DamagedResourcesDoNoHarm)
         std::string damaged = whole;
         for (unsigned i = 1 + random() % 5; i > 0; --i)
             damaged[random() % damaged.size()] = static_cast<char>(random());
-        const Version version = Of(damaged);
-        EXPECT_TRUE(m_found == 0 || m_found == 1);
-        EXPECT_LT(version.Texts().size(), 3u * 520);
+        ExpectNoHarm(Of(damaged));
     }
 }
 
 TEST_F(MiniVersion, FilesWithOneWrongBitDoNoHarm)
 {
-    WriteFile(File(), Bytes(Complete()));
-    const std::string whole = test_support::ReadFile(File());
+    const std::string whole = WholeFile();
     std::minstd_rand random(23);
     int read = 0;
     for (int round = 0; round < 2000; ++round) {
@@ -491,30 +507,22 @@ TEST_F(MiniVersion, FilesWithOneWrongBitDoNoHarm)
 // The flipped bits cover the resource directory, its data and the section's header.
 TEST_F(MiniVersion, AResourceDirectoryWithOneWrongBitDoesNoHarm)
 {
-    WriteFile(File(), Bytes(Complete()));
-    const std::string whole = test_support::ReadFile(File());
-    const std::size_t header = whole.find(".rsrc");
-    ASSERT_NE(header, std::string::npos);
-    std::uint32_t directory = 0;
-    std::memcpy(&directory, whole.data() + header + 20, sizeof directory);
-    for (std::size_t bit = header * 8; bit < (header + 40) * 8; ++bit)
-        ReadsWithBit(whole, bit);
+    const std::string whole = WholeFile();
+    const auto [header, begin] = ResourcesOf(whole);
+    for (std::size_t bit = 0; bit < 40 * 8; ++bit)
+        ReadsWithBit(whole, header * 8 + bit);
     for (std::size_t bit = 0; bit < 100 * 8; ++bit)
-        ReadsWithBit(whole, directory * 8 + bit);
+        ReadsWithBit(whole, begin * 8 + bit);
 }
 
 TEST_F(MiniVersion, DataBeyondTheFileGivesNothing)
 {
-    WriteFile(File(), Bytes(Complete()));
-    const std::string whole = test_support::ReadFile(File());
-    const std::size_t header = whole.find(".rsrc");
-    ASSERT_NE(header, std::string::npos);
-    std::uint32_t directory = 0;
-    std::memcpy(&directory, whole.data() + header + 20, sizeof directory);
+    const std::string whole = WholeFile();
+    const std::size_t begin = ResourcesOf(whole).second;
     constexpr std::size_t dataEntry = 3 * (16 + 8); // behind three tables of one entry each
     for (const std::size_t field : {dataEntry, dataEntry + 4}) {
         std::string damaged = whole;
-        damaged[directory + field + 2] = '\x40'; // 4 MiB too far, or too large
+        damaged[begin + field + 2] = '\x40'; // 4 MiB too far, or too large
         test_support::WriteFile(File(), damaged);
         EXPECT_EQ(Again().Texts(), L"||");
         EXPECT_EQ(m_found, 0);
@@ -523,8 +531,7 @@ TEST_F(MiniVersion, DataBeyondTheFileGivesNothing)
 
 TEST_F(MiniVersion, AFileThatBreaksOffDoesNoHarm)
 {
-    WriteFile(File(), Bytes(Complete()));
-    const std::string whole = test_support::ReadFile(File());
+    const std::string whole = WholeFile();
     for (std::size_t size = 0; size < whole.size(); size += 1 + size / 50) {
         test_support::WriteFile(File(), whole.substr(0, size));
         EXPECT_TRUE(Again().File() == none || m_found == 1) << size;
