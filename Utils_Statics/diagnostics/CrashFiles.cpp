@@ -54,29 +54,22 @@ void FindActionLog(CrashFiles& files) noexcept
     } while (FindNextFileW(find.get(), &found));
 }
 
-template <std::size_t Size>
-void SetPath(FixedText<Size>& path, const CrashFiles& files, const wchar_t* extension) noexcept
+void SetPath(CrashPath& path, const CrashFiles& files, const wchar_t* extension) noexcept
 {
     path = files.folder.View();
     path += files.baseName.View();
     path += extension;
 }
 
-base::RegistryKey OpenSection(const wchar_t* section) noexcept
+// Reads a value of one type into `out`; `size` becomes its size in bytes.
+bool ReadValue(const wchar_t* section, const wchar_t* name, DWORD wantedType, void* out,
+               DWORD& size) noexcept
 {
     FixedText<256> path;
     path = L"Software\\Kestrow\\Exam\\";
     path += section;
     base::RegistryKey key;
     RegOpenKeyExW(HKEY_CURRENT_USER, path.Text(), 0, KEY_QUERY_VALUE, key.put());
-    return key;
-}
-
-// Reads a value of one type into `out`; `size` becomes its size in bytes.
-bool ReadValue(const wchar_t* section, const wchar_t* name, DWORD wantedType, void* out,
-               DWORD& size) noexcept
-{
-    const base::RegistryKey key = OpenSection(section);
     DWORD type = REG_NONE;
     return key &&
            RegQueryValueExW(key.get(), name, nullptr, &type, static_cast<BYTE*>(out), &size) ==

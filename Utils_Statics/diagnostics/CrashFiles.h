@@ -6,6 +6,8 @@
 
 namespace utils_statics {
 
+using CrashPath = FixedText<2 * MAX_PATH + 32>;
+
 // The names and paths of one crash. They depend on the time of the crash and on the log folder at
 // that time, so none is known before.
 struct CrashFiles
@@ -14,10 +16,10 @@ struct CrashFiles
     FixedText<MAX_PATH> processName;
     FixedText<MAX_PATH + 32> baseName; // the process's name and the time of the crash
     FixedText<MAX_PATH> folder;        // the log folder, with a separator at its end
-    FixedText<2 * MAX_PATH + 32> report;
-    FixedText<2 * MAX_PATH + 32> dump;
-    FixedText<2 * MAX_PATH + 32> archive;
-    FixedText<2 * MAX_PATH + 32> actionLog; // the search pattern when there is none
+    CrashPath report;
+    CrashPath dump;
+    CrashPath archive;
+    CrashPath actionLog; // the search pattern when there is none
     bool hasActionLog;
 
     // The folder of the running program, with a backslash at its end.

@@ -53,11 +53,10 @@ public:
         WritePrivateProfileStringW(section, name, value, m_path.Text());
     }
 
-    template <std::size_t Size>
-    void SetFile(const wchar_t* name, const FixedText<Size>& path,
+    void SetFile(const wchar_t* name, const CrashPath& path,
                  const wchar_t* description) const noexcept
     {
-        FixedText<Size + 64> value;
+        FixedText<2 * MAX_PATH + 96> value;
         value = path.View();
         value += description;
         Set(L"FilesToAdd", name, value.Text());
