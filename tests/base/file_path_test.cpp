@@ -1,9 +1,9 @@
-#include "test_support/InDirectory.h"
 #include "test_support/Program.h"
 #include "test_support/TemporaryFolder.h"
 
 #include <base/FilePath.h>
 #include <base/Handles.h>
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -48,7 +48,7 @@ TEST(FullPath, NothingHasNone)
 TEST(FullPath, RelativePathsLieInTheCurrentDirectory)
 {
     const test_support::TemporaryFolder folder;
-    const test_support::InDirectory inside(folder.Path());
+    const base::InFolder inside(folder.Path());
     EXPECT_EQ(base::FullPath(L"name"), folder / L"name");
     EXPECT_EQ(base::FullPath(L"a/../b\\.\\c"), folder / L"b\\c");
 }

@@ -46,8 +46,7 @@ TEST_F(FileReplacement, MovesToAPlaceThatIsFree)
 // The platform's own function for replacing keeps the file's rights, attributes and times.
 TEST_F(FileReplacement, ReplacesAFileTheWayThatKeepsItsRights)
 {
-    const test_support::ImportHook hook(L"base_test.exe", "ReplaceFileW",
-                                        reinterpret_cast<void*>(&RecordReplacement));
+    const test_support::ImportHook hook(L"base_test.exe", "ReplaceFileW", &RecordReplacement);
     s_hook = &hook;
     s_replaced.clear();
     WriteFile(m_file, "new");

@@ -23,9 +23,9 @@ DWORD AnswerAndChange(const wchar_t* path, DWORD size, wchar_t* buffer, wchar_t*
 #include <base/FilePath.h>
 #undef GetFullPathNameW
 
-#include "test_support/InDirectory.h"
 #include "test_support/TemporaryFolder.h"
 
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -43,7 +43,7 @@ protected:
 
 TEST_F(FullPathRace, LongerDirectoryGivesNoPath)
 {
-    const test_support::InDirectory inside(m_folder.Path());
+    const base::InFolder inside(m_folder.Path());
     s_nextDirectory = m_longer;
     EXPECT_EQ(base::FullPath(L"name"), L"");
     EXPECT_EQ(base::FullPath(L"name"), m_longer + L"\\name") << "the next time it is there";
@@ -51,7 +51,7 @@ TEST_F(FullPathRace, LongerDirectoryGivesNoPath)
 
 TEST_F(FullPathRace, ShorterDirectoryGivesItsWholePath)
 {
-    const test_support::InDirectory inside(m_longer);
+    const base::InFolder inside(m_longer);
     s_nextDirectory = m_folder.Path();
     EXPECT_EQ(base::FullPath(L"name"), m_folder / L"name");
 }

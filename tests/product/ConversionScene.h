@@ -4,9 +4,11 @@
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/PixelCoordinates.h>
 #include <qor_utils/ScanGeometry.h>
+#include <test_support/Random.h>
 
-#include <random>
 #include <string>
+
+using test_support::Random;
 
 constexpr ZelProbe sampleCurved{qor_utils::curvedProbe, 188, 292, 26400,
                                 0}; // the probe of the committed curved sample
@@ -87,20 +89,6 @@ inline double SampleOf(const ScanPixel& p)
 {
     return p.sample + p.sampleFraction / 16.0;
 }
-
-// Random numbers that are the same in every run.
-class Random
-{
-public:
-    int Int(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_engine); }
-    double Real(double low, double high)
-    {
-        return std::uniform_real_distribution<double>(low, high)(m_engine);
-    }
-
-private:
-    std::mt19937 m_engine{20240917};
-};
 
 // A probe of the type with random settings, and an image at a random place. The test chooses the
 // scale.

@@ -40,7 +40,7 @@ double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int s
 
 TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
 {
-    Random random;
+    Random random(20240917);
     for (int i = 0; i < 60; ++i) {
         Scene s = RandomScene(random, i % 3);
         s.width = random.Int(1, 200);
@@ -99,7 +99,7 @@ TEST(FrameConversion, RefusesWhatHasNoImage)
 
 TEST(FrameConversion, LineOffsetIsTheLineOfTheApertureThatTheFrameBeginsWith)
 {
-    Random random;
+    Random random(20240917);
     for (int type = 0; type < 3; ++type) {
         Scene s = RandomScene(random, type);
         s.lines = 40;

@@ -341,8 +341,7 @@ TEST(MiniDump, IsGivenUpWhereItTakesTooLong)
     const TemporaryFolder folder;
     const std::wstring path = folder / L"a.dmp";
     {
-        const test_support::ImportHook hook(L"qor_utils.dll", "WaitForSingleObject",
-                                            reinterpret_cast<void*>(&TimeOut));
+        const test_support::ImportHook hook(L"qor_utils.dll", "WaitForSingleObject", &TimeOut);
         EXPECT_FALSE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
     }
     EXPECT_FALSE(FileExists(path));

@@ -3,12 +3,12 @@
 #include "LogFolder.h"
 
 #include <base/Handles.h>
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
-#include <test_support/InDirectory.h>
 
 #include <windows.h>
 
@@ -174,7 +174,7 @@ TEST(LogDirectory, StaysWhereItIsWhenTheCurrentFolderChanges)
 {
     const TemporaryFolder base;
     {
-        const test_support::InDirectory inside(base.Path());
+        const base::InFolder inside(base.Path());
         qor_utils::SetLogDirectory(L"logs");
     }
     EXPECT_EQ(zelLogger::getCurrentDirectory(), base / L"logs\\");

@@ -3,7 +3,7 @@
 #include "XmlTest.h"
 
 #include <base/Handles.h>
-#include <test_support/InDirectory.h>
+#include <base/InFolder.h>
 
 #include <new>
 
@@ -81,7 +81,7 @@ TEST_F(XmlTest, SavesToTheSameFileAfterTheCurrentDirectoryChanged)
 {
     WriteFile(Path(), "<r/>");
     {
-        const test_support::InDirectory inside(m_folder.Path());
+        const base::InFolder inside(m_folder.Path());
         ASSERT_TRUE(m_file.open(L"document.xml", false));
     }
     ASSERT_TRUE(Root().setAttributeInt(L"n", 1));

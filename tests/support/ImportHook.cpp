@@ -44,7 +44,7 @@ void** FindEntry(HMODULE module, const char* function)
 
 } // namespace
 
-ImportHook::ImportHook(const wchar_t* module, const char* function, void* replacement)
+void ImportHook::Replace(const wchar_t* module, const char* function, void* replacement)
 {
     const HMODULE loaded = GetModuleHandleW(module);
     m_entry = loaded ? FindEntry(loaded, function) : nullptr;

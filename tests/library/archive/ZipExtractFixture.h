@@ -4,9 +4,9 @@
 
 #include <base/Encoding.h>
 #include <base/Handles.h>
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 #include <test_support/Files.h>
-#include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/ZipExtract.h>
@@ -91,6 +91,6 @@ protected:
     }
 
     const test_support::TemporaryFolder m_folder;
-    std::optional<test_support::InDirectory> m_inTarget;
+    std::optional<base::InFolder> m_inTarget;
     ZipExtract m_zip;
 };

@@ -292,7 +292,7 @@ TEST_F(ZipWriting, AFailedCloseOfTheArchiveIsLogged)
 {
     ZipCompress zip;
     ASSERT_TRUE(zip.Create(Archive().c_str()));
-    const ImportHook hook(L"Utils_Statics.dll", "fclose", reinterpret_cast<void*>(FailingClose));
+    const ImportHook hook(L"Utils_Statics.dll", "fclose", FailingClose);
     LogCapture log;
     zip.Close();
     ExpectLogged(log, L"-1");
@@ -317,8 +317,7 @@ TEST_F(ZipWriting, AFailedCloseOfAnEntryIsLogged)
     zip.SetBasePath(m_folder / L"data\\");
     ASSERT_TRUE(zip.Create(Archive().c_str()));
     {
-        const ImportHook hook(L"Utils_Statics.dll", "fwrite",
-                              reinterpret_cast<void*>(FailingWrite));
+        const ImportHook hook(L"Utils_Statics.dll", "fwrite", FailingWrite);
         LogCapture log;
         EXPECT_FALSE(zip.AddFile(File().c_str()));
         ExpectLogged(log, L"-1");

@@ -1,8 +1,8 @@
 // The crash reporter: what it packs of the crash handler's files.
 #include "CrashFixture.h"
 
+#include <base/InFolder.h>
 #include <test_support/Files.h>
-#include <test_support/InDirectory.h>
 #include <test_support/Program.h>
 #include <Utils_Statics/ZipExtract.h>
 
@@ -32,7 +32,7 @@ protected:
     {
         const std::wstring folder = App(L"unpacked");
         CreateDirectoryW(folder.c_str(), nullptr);
-        const test_support::InDirectory inFolder(folder);
+        const base::InFolder inFolder(folder);
         ZipExtract zip;
         EXPECT_TRUE(zip.Open(archive.c_str()));
         while (zip.ExtractNext(nullptr)) {

@@ -1,9 +1,9 @@
 // utilsExam: creating, deleting and copying directories.
 #include <base/Handles.h>
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
-#include <test_support/InDirectory.h>
 #include <test_support/LogCapture.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/utilsExam.h>
@@ -15,9 +15,9 @@
 #include <cwchar>
 #include <string>
 
+using base::InFolder;
 using test_support::FileExists;
 using test_support::ImportHook;
-using test_support::InDirectory;
 using test_support::LogCapture;
 using test_support::TemporaryFolder;
 using test_support::WriteFile;
@@ -81,7 +81,7 @@ TEST(CreateDirectory, FailsWhereAFileIsInTheWay)
 TEST(CreateDirectory, NeverCreatesTheFirstFolderOfARelativePathByItself)
 {
     const TemporaryFolder folder;
-    const InDirectory inside(folder.Path());
+    const InFolder inside(folder.Path());
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p\\q"), 0);
     EXPECT_FALSE(FileExists(L"p"));
     EXPECT_EQ(utilsExam::CreateDirectoryW(L"p"), 1);
@@ -99,14 +99,13 @@ int __cdecl MakeNothingAndGoElsewhere(const wchar_t*)
 TEST(CreateDirectory, LeavesTheCurrentDirectoryAsItIsOnEveryWayOut)
 {
     const TemporaryFolder folder;
-    const InDirectory inside(folder.Path());
-    const std::wstring before = test_support::CurrentDirectory();
-    const ImportHook hook(L"Utils_Statics.dll", "_wmkdir",
-                          reinterpret_cast<void*>(&MakeNothingAndGoElsewhere));
+    const InFolder inside(folder.Path());
+    const std::wstring before = base::CurrentFolder();
+    const ImportHook hook(L"Utils_Statics.dll", "_wmkdir", &MakeNothingAndGoElsewhere);
     for (const wchar_t* const path :
          {L"new", L"none\\below", L"new\\a\\b\\c", L"Q:\\no\\such\\drive", L"", L"?*"}) {
         EXPECT_EQ(utilsExam::CreateDirectoryW(path), 0);
-        EXPECT_EQ(test_support::CurrentDirectory(), before);
+        EXPECT_EQ(base::CurrentFolder(), before);
     }
 }
 
@@ -172,11 +171,11 @@ TEST(RemoveDirectory, TakesARelativePathFromTheCurrentDirectory)
 {
     const TemporaryFolder folder;
     utilsExam::CreateDirectoryW((folder / L"tree\\a").c_str());
-    const InDirectory inside(folder.Path());
-    const std::wstring before = test_support::CurrentDirectory();
+    const InFolder inside(folder.Path());
+    const std::wstring before = base::CurrentFolder();
     utilsExam::RemoveDirectoryW(L"tree", 0);
     EXPECT_FALSE(FileExists(folder / L"tree"));
-    EXPECT_EQ(test_support::CurrentDirectory(), before);
+    EXPECT_EQ(base::CurrentFolder(), before);
 }
 
 TEST(RemoveDirectory, DoesNothingWhereNothingIs)
@@ -252,8 +251,7 @@ struct ShellRequest
     static ImportHook Hook()
     {
         s_calls = s_result = 0;
-        return ImportHook(L"Utils_Statics.dll", "SHFileOperationW",
-                          reinterpret_cast<void*>(&Record));
+        return ImportHook(L"Utils_Statics.dll", "SHFileOperationW", &Record);
     }
 
     static inline SHFILEOPSTRUCTW s_request;
@@ -439,7 +437,7 @@ TEST_F(ShellOperationTest, HandsOverTheCallersFlags)
 
 TEST_F(ShellOperationTest, RefusesAnAbsentSource)
 {
-    const InDirectory inside(folder.Path());
+    const InFolder inside(folder.Path());
     WriteFile(folder / L"one", "1");
     EXPECT_EQ(Run(FO_DELETE, L"", nullptr), 0);
     EXPECT_EQ(

@@ -437,9 +437,9 @@ BOOL WINAPI NoteStretch(HDC target, int x, int y, int width, int height, HDC sou
 TEST_F(AddImageTest, StretchesTheWholeSourceInHalftoneModeFromTheBrushOrigin)
 {
     constexpr wchar_t library[] = L"Utils_Statics.dll";
-    const ImportHook mode(library, "SetStretchBltMode", reinterpret_cast<void*>(&NoteMode));
-    const ImportHook origin(library, "SetBrushOrgEx", reinterpret_cast<void*>(&NoteOrigin));
-    const ImportHook stretch(library, "StretchBlt", reinterpret_cast<void*>(&NoteStretch));
+    const ImportHook mode(library, "SetStretchBltMode", &NoteMode);
+    const ImportHook origin(library, "SetBrushOrgEx", &NoteOrigin);
+    const ImportHook stretch(library, "StretchBlt", &NoteStretch);
     CBitmap bitmap;
     MakeHalves(bitmap, 64, 48, red, blue);
     utilsExam::AddImage(list, bitmap, CSize(16, 12), RGB(1, 1, 1));

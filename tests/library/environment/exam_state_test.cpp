@@ -124,7 +124,7 @@ struct HeapRequest
 TEST(ExamState, LowFragmentationHeapIsAskedFor)
 {
     const test_support::ImportHook hook(L"Utils_Statics.dll", "HeapSetInformation",
-                                        reinterpret_cast<void*>(&HeapRequest::Record));
+                                        &HeapRequest::Record);
     utilsExam::EnableLowFragmentationHeap();
     EXPECT_EQ(HeapRequest::s_calls, 1);
     EXPECT_EQ(HeapRequest::s_value, 2u); // low-fragmentation heap

@@ -109,10 +109,8 @@ protected:
     }
 
 private:
-    const ImportHook m_strings{L"Utils_Statics.dll", "GetLogicalDriveStringsW",
-                               reinterpret_cast<void*>(&PlayDriveStrings)};
-    const ImportHook m_types{L"Utils_Statics.dll", "GetDriveTypeW",
-                             reinterpret_cast<void*>(&PlayDriveType)};
+    const ImportHook m_strings{L"Utils_Statics.dll", "GetLogicalDriveStringsW", &PlayDriveStrings};
+    const ImportHook m_types{L"Utils_Statics.dll", "GetDriveTypeW", &PlayDriveType};
 };
 
 TEST_F(PlayedDrivesTest, TheFirstRemovableFixedOrRamDriveIsFound)

@@ -28,7 +28,7 @@ using test_support::TemporaryFolder;
 class NoMemory
 {
 public:
-    NoMemory() : m_hook(L"libstdc++-6.dll", "malloc", reinterpret_cast<void*>(&Allocate)) {}
+    NoMemory() : m_hook(L"libstdc++-6.dll", "malloc", &Allocate) {}
     ~NoMemory() { s_thread = 0; }
     NoMemory(const NoMemory&) = delete;
     NoMemory& operator=(const NoMemory&) = delete;

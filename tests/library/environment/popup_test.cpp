@@ -219,10 +219,10 @@ protected:
                                               "257 27", "256 13", "257 13"};
 
 private:
-    const ImportHook m_getWindow{library, "GetWindow", reinterpret_cast<void*>(&PlayGetWindow)};
-    const ImportHook m_show{library, "ShowWindow", reinterpret_cast<void*>(&NoteShow)};
-    const ImportHook m_post{library, "PostMessageW", reinterpret_cast<void*>(&NotePost)};
-    const ImportHook m_sleep{library, "Sleep", reinterpret_cast<void*>(&NoteSleep)};
+    const ImportHook m_getWindow{library, "GetWindow", &PlayGetWindow};
+    const ImportHook m_show{library, "ShowWindow", &NoteShow};
+    const ImportHook m_post{library, "PostMessageW", &NotePost};
+    const ImportHook m_sleep{library, "Sleep", &NoteSleep};
 };
 
 TEST_F(PlayedPopupTest, TheEnabledPopupIsTheOneThatThePlatformNames)

@@ -1,64 +1,19 @@
 // Arcs of constant depth as the device gets them, to the pixel, and the parameters that reach the
 // conversion routines.
 #include "DrawingRecorder.h"
+#include "GeometryScene.h"
 
 #include <gtest/gtest.h>
-#include <qor_utils/PixelCoordinates.h>
-#include <Utils_Statics/CImgGeometry.h>
+#include <test_support/Random.h>
 
-#include <algorithm>
-#include <random>
 #include <string>
+
+using test_support::Random;
 
 namespace {
 
-struct Scene
+struct ArcScene : Scene
 {
-    ZelProbe probe{0, 96, 300, 40000, 80000};
-    UPoint origin{320, -60};
-    UPoint scale{220, 200};
-    int samplingFreq = 7700000; // 100 microns a sample
-    int scanA = 0;
-    int scanB = 0;
-    int soundSpeed = 1540;
-    int scanC = 0;
-    int width = 640;
-    int height = 480;
-    int flip = 0;
-    int ld = 0;
-
-    UPoint At(int line, int sample) const
-    {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA,
-                                                scanB, &probe, soundSpeed, ld, scanC, width, height,
-                                                flip);
-    }
-
-    URect Vertical(CDC* dc, int line, int sample1, int sample2) const
-    {
-        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale,
-                                                samplingFreq, scanA, scanB, &probe, soundSpeed,
-                                                scanC, width, height, flip, ld);
-    }
-    URect Horizontal(CDC* dc, int sample, int line1, int line2) const
-    {
-        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale,
-                                                  samplingFreq, scanA, scanB, &probe, soundSpeed,
-                                                  scanC, width, height, flip, ld);
-    }
-    URect VerticalClip(CDC* dc, int line, int sample1, int sample2, const ULine& clip) const
-    {
-        return CImgGeometry::DrawVerticalUSLineClip(dc, line, sample1, sample2, origin, scale,
-                                                    samplingFreq, scanA, scanB, &probe, soundSpeed,
-                                                    clip, clip, scanC, width, height, flip, ld);
-    }
-    URect HorizontalClip(CDC* dc, int sample, int line1, int line2, const ULine& clip) const
-    {
-        return CImgGeometry::DrawHorizontalUSLineClip(
-            dc, sample, line1, line2, origin, scale, samplingFreq, scanA, scanB, &probe, soundSpeed,
-            clip, clip, scanC, width, height, flip, ld);
-    }
-
     // The only arc that is drawn at a depth from line to line.
     RecordedArc Arc(int sample, int line1, int line2) const
     {
@@ -68,20 +23,6 @@ struct Scene
         EXPECT_EQ(arcs.size(), 1u);
         return arcs.empty() ? RecordedArc{} : arcs.front();
     }
-};
-
-URect Bounds(const UPoint& a, const UPoint& b)
-{
-    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
-}
-
-class Random
-{
-public:
-    int Int(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_engine); }
-
-private:
-    std::mt19937 m_engine{99};
 };
 
 Scene RandomScene(Random& random, int type)
@@ -109,7 +50,7 @@ Scene RandomScene(Random& random, int type)
 // and 350 of 200.
 TEST(Arc, LiesInABoxOnePixelLargerAtTheRightAndTheBottom)
 {
-    Scene s;
+    ArcScene s;
     EXPECT_EQ(s.Arc(300, 5, 90).box, (URect{320 - 319, -60 - 351, 320 + 320 - 1, -60 + 352 - 1}));
     s.flip = 1;
     EXPECT_EQ(s.Arc(300, 5, 90).box, (URect{640 - 640, -411, 640 - 1 - 1, 291}));
@@ -123,7 +64,7 @@ TEST(Arc, LiesInABoxOnePixelLargerAtTheRightAndTheBottom)
 // and -50.
 TEST(Arc, LiesInAReversedBoxBeforeTheCentreOfAConcaveFace)
 {
-    Scene s;
+    ArcScene s;
     s.probe.radius = -40000;
     EXPECT_EQ(s.Arc(300, 5, 90).box, (URect{320 - 43, -60 - 48, 320 + 44 - 1, -60 + 49 - 1}));
 }
@@ -131,7 +72,7 @@ TEST(Arc, LiesInAReversedBoxBeforeTheCentreOfAConcaveFace)
 // 302 samples of 51.33 microns are 15502.67 microns.
 TEST(Arc, TruncatesDepthAndPixels)
 {
-    Scene s;
+    ArcScene s;
     s.samplingFreq = 15000000;
     s.scale = {55503, 27752}; // one more than the radius, and than half of it
     EXPECT_EQ(s.Arc(302, 5, 90).box, (URect{320 - 1, -60 - 2, 320 + 2 - 1, -60 + 3 - 1}))
@@ -146,7 +87,7 @@ TEST(Arc, StartsAtTheEndWithTheSmallerXUnlessItIsReversed)
     for (const int radius : {40000, -90000})
         for (const int flip : {0, 1, 2, 3}) {
             SCOPED_TRACE("radius " + std::to_string(radius) + " flip " + std::to_string(flip));
-            Scene s;
+            ArcScene s;
             s.probe.radius = radius;
             s.flip = flip;
             const UPoint a = s.At(5, 300);
@@ -164,7 +105,7 @@ TEST(Arc, StartsAtTheEndWithTheSmallerXUnlessItIsReversed)
 // Steered by a quarter turn, lines 10 and 85 of 96 lie one above the other.
 TEST(Arc, OfTwoEndsOneAboveTheOtherStartsAtTheSecondOrReversedAtTheFirst)
 {
-    Scene s;
+    ArcScene s;
     s.scanA = 90000;
     for (const auto& [line1, line2] : {std::pair(10, 85), std::pair(85, 10)}) {
         s.flip = 0;
@@ -180,7 +121,7 @@ TEST(Arc, OfTwoEndsOneAboveTheOtherStartsAtTheSecondOrReversedAtTheFirst)
 
 TEST(Arc, IsNotDrawnBeyondWhatGdiCanDraw)
 {
-    Scene s;
+    ArcScene s;
     s.origin = {320, -600000};
     DrawingRecorder recorder;
     EXPECT_EQ(s.Horizontal(recorder.Dc(), 300, 5, 90), Bounds(s.At(5, 300), s.At(90, 300)));
@@ -189,7 +130,7 @@ TEST(Arc, IsNotDrawnBeyondWhatGdiCanDraw)
 
 TEST(Drawing, PassesEveryParameterOn)
 {
-    Random random;
+    Random random(99);
     for (int i = 0; i < 3000; ++i) {
         const Scene s = RandomScene(random, i % 3); // an extended sector, so nothing is clipped
         const int line = random.Int(0, 200);
@@ -201,13 +142,11 @@ TEST(Drawing, PassesEveryParameterOn)
         const URect across = Bounds(s.At(line, sample), s.At(line2, sample));
         ASSERT_EQ(s.Vertical(nullptr, line, sample, sample2), along);
         ASSERT_EQ(s.Horizontal(nullptr, sample, line, line2), across);
-        ASSERT_EQ(s.VerticalClip(nullptr, line, sample, sample2, clip), along);
-        ASSERT_EQ(s.HorizontalClip(nullptr, sample, line, line2, clip), across);
-        const UPoint deeper = CImgGeometry::GetPixelDistanceCoordinates(
-            line, sample, 0, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB, &s.probe,
-            s.soundSpeed, s.scanC, s.width, s.height, s.flip);
-        ASSERT_EQ(deeper, qor_utils::GetPixelCoordinates(
-                              line, sample, s.origin, s.scale, s.samplingFreq, s.scanA, s.scanB,
-                              &s.probe, s.soundSpeed, s.scanC, s.width, s.height, s.flip));
+        ASSERT_EQ(s.VerticalClip(nullptr, line, sample, sample2, clip, clip), along);
+        ASSERT_EQ(s.HorizontalClip(nullptr, sample, line, line2, clip, clip), across);
+        ASSERT_EQ(s.Below(line, sample, 0),
+                  qor_utils::GetPixelCoordinates(line, sample, s.origin, s.scale, s.samplingFreq,
+                                                 s.scanA, s.scanB, &s.probe, s.soundSpeed, s.scanC,
+                                                 s.width, s.height, s.flip));
     }
 }

@@ -1,11 +1,14 @@
 #include "DrawingRecorder.h"
+#include "GeometryScene.h"
 
 #include <gtest/gtest.h>
-#include <Utils_Statics/CImgGeometry.h>
+#include <test_support/Random.h>
 
 #include <climits>
 #include <ostream>
-#include <random>
+#include <source_location>
+
+using test_support::Random;
 
 void PrintTo(const ULine& line, std::ostream* out)
 {
@@ -72,9 +75,9 @@ TEST(GetIntersectPt, StopsAtTheLimitsForAbsurdLines)
                                              {0, INT_MAX, 1, INT_MIN}, pt));
     EXPECT_TRUE(CImgGeometry::GetIntersectPt({INT_MAX, 0, INT_MAX, 1}, {0, 0, 1, INT_MAX}, pt));
     EXPECT_EQ(pt, (UPoint{INT_MAX, INT_MAX}));
-    std::mt19937 engine(3);
+    Random random(3);
     const int extremes[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, 2, INT_MAX - 1, INT_MAX};
-    const auto any = [&] { return extremes[std::uniform_int_distribution<int>(0, 7)(engine)]; };
+    const auto any = [&] { return random.Of(extremes); };
     for (int i = 0; i < 20000; ++i) {
         ULine out;
         const ULine a{any(), any(), any(), any()};
@@ -84,182 +87,138 @@ TEST(GetIntersectPt, StopsAtTheLimitsForAbsurdLines)
     }
 }
 
+namespace {
+
+const ULine falling{100, 0, 40, 300}; // x = 80 at y = 100
+const ULine upright{100, 0, 100, 50};
+const ULine level{0, 50, 300, 50};
+const ULine sloping{100, 0, 200, 100}; // x = y + 100
+const ULine steep{50, 0, 60, 100};
+
+// Compares the result, and the strokes of a device context, which is optional.
+void Expect(bool isClipped, const ULine& line, const ULine& edge, bool atStart, const ULine& result,
+            const Strokes& strokes, const std::source_location& place)
+{
+    const testing::ScopedTrace trace(place.file_name(), static_cast<int>(place.line()), "");
+    DrawingRecorder recorder;
+    for (CDC* const dc : {recorder.Dc(), static_cast<CDC*>(nullptr)}) {
+        ULine out;
+        EXPECT_EQ(CImgGeometry::ClipLines(dc, line, edge, out, atStart), isClipped);
+        EXPECT_EQ(out, result);
+    }
+    EXPECT_EQ(recorder.TakeStrokes(), strokes);
+}
+
+void Clips(const ULine& line, const ULine& edge, bool atStart, const ULine& result,
+           const Strokes& strokes = {},
+           const std::source_location& place = std::source_location::current())
+{
+    Expect(true, line, edge, atStart, result, strokes, place);
+}
+
+void Leaves(const ULine& line, const ULine& edge, bool atStart, const ULine& result,
+            const std::source_location& place = std::source_location::current())
+{
+    Expect(false, line, edge, atStart, result, {}, place);
+}
+
+} // namespace
+
 TEST(ClipLines, OrdersByXWhenThereIsNoIntersection)
 {
-    ULine out;
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {9, 1, 2, 50}, {9, 11, 2, 60}, out, true));
-    EXPECT_EQ(out, (ULine{2, 50, 9, 1}));
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {5, 60, 5, 1}, {7, 0, 7, 1}, out, true));
-    EXPECT_EQ(out, (ULine{5, 60, 5, 1})) << "equal x keeps the order";
+    Leaves({9, 1, 2, 50}, {9, 11, 2, 60}, true, {2, 50, 9, 1});
+    Leaves({5, 60, 5, 1}, {7, 0, 7, 1}, true, {5, 60, 5, 1}); // equal x keeps the order
 }
 
 TEST(ClipLines, ClipsANearlyHorizontalLineInXOnly)
 {
-    DrawingRecorder recorder;
-    const ULine edge{100, 0, 40, 300}; // x = 80 at y = 100
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 200, 100}, edge, out, true));
-    EXPECT_EQ(out, (ULine{80, 100, 200, 100}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {200, 100, 0, 100}, edge, out, false));
-    EXPECT_EQ(out, (ULine{0, 100, 80, 100}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 200, 109}, edge, out, true))
-        << "nine pixels of rise";
-    EXPECT_EQ(out.x2, 200);
-    EXPECT_EQ(out.y2, 109);
-    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {81, 100, 200, 100}, edge, out, true))
-        << "all inside";
-    EXPECT_EQ(out, (ULine{81, 100, 200, 100}));
-    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {0, 100, 79, 100}, edge, out, false))
-        << "all inside";
-    EXPECT_EQ(out, (ULine{0, 100, 79, 100}));
-    EXPECT_TRUE(recorder.TakeStrokes().empty());
+    Clips({0, 100, 200, 100}, falling, true, {80, 100, 200, 100});
+    Clips({200, 100, 0, 100}, falling, false, {0, 100, 80, 100});
+    Clips({0, 100, 200, 109}, falling, true, {79, 104, 200, 109}); // nine pixels of rise
+    Leaves({81, 100, 200, 100}, falling, true, {81, 100, 200, 100});
+    Leaves({0, 100, 79, 100}, falling, false, {0, 100, 79, 100});
+    // At an upright edge, at y = 102.25.
+    Clips({0, 100, 200, 109}, {50, 0, 50, 9}, true, {50, 102, 200, 109});
+    Leaves({60, 100, 200, 109}, {50, 0, 50, 9}, true, {60, 100, 200, 109});
 }
 
-TEST(ClipLines, ClipsANearlyHorizontalLineAtAVerticalEdge)
-{
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 100, 200, 109}, {50, 0, 50, 9}, out, true));
-    EXPECT_EQ(out, (ULine{50, 102, 200, 109})); // 102.25
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {60, 100, 200, 109}, {50, 0, 50, 9}, out, true));
-    EXPECT_EQ(out, (ULine{60, 100, 200, 109}));
-}
-
+// The result is ordered by y. The stroke runs to the edge's x at the line's lower end.
 TEST(ClipLines, EndsALineAtASlopingEdgeWithAStroke)
 {
-    DrawingRecorder recorder;
-    const ULine edge{100, 0, 200, 100}; // x = y + 100
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 200, 150, 0}, edge, out, true));
-    EXPECT_EQ(out, (ULine{150, 0, 150, 50})) << "ordered by y, the lower end clipped";
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 300, 50}}))
-        << "to the edge's x at the line's lower end";
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, false))
-        << "at either end";
-    EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
+    Clips({150, 200, 150, 0}, sloping, true, {150, 0, 150, 50}, {{150, 50, 300, 50}});
+    Clips({150, 0, 150, 200}, sloping, false, {150, 0, 150, 50}, {{150, 50, 300, 50}});
 }
 
+// The lines would meet at (150, 50), below both ends.
 TEST(ClipLines, LeavesALineThatEndsAboveASlopingEdge)
 {
-    ULine out;
-    // The lines would meet at (150, 50), below both ends.
-    EXPECT_FALSE(
-        CImgGeometry::ClipLines(nullptr, {150, 40, 150, 10}, {100, 0, 200, 100}, out, true));
-    EXPECT_EQ(out, (ULine{150, 10, 150, 40})) << "ordered by y";
+    Leaves({150, 40, 150, 10}, sloping, true, {150, 10, 150, 40});
 }
 
 TEST(ClipLines, LeavesALineThatStartsBelowASlopingEdge)
 {
-    ULine out;
-    const ULine edge{100, 0, 200, 100};
-    // They meet at (150, 50), above the line. The edge between the line's heights replaces it.
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {150, 60, 150, 90}, edge, out, true));
-    EXPECT_EQ(out, (ULine{190, 90, 160, 60})) << "the lower point first";
-    // Above the image the intersection does not count: y is 0, so the result is false.
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {100, 60, 100, 90}, edge, out, true));
-    EXPECT_EQ(out, (ULine{100, 60, 100, 90}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {101, 60, 101, 90}, edge, out, true))
-        << "y = 1 does";
+    // They meet at (150, 50), above the line. The edge between the line's heights replaces it, with
+    // the lower point first.
+    Clips({150, 60, 150, 90}, sloping, true, {190, 90, 160, 60});
+    // Above the image the intersection does not count: y is 0, so the result is false. y = 1 does.
+    Leaves({100, 60, 100, 90}, sloping, true, {100, 60, 100, 90});
+    Clips({101, 60, 101, 90}, sloping, true, {190, 90, 160, 60});
 }
 
+// The edge is nowhere at the height of the line's lower end, nor at those of a line below it.
 TEST(ClipLines, EndsALineAtAHorizontalEdgeWithoutAStroke)
 {
-    DrawingRecorder recorder;
-    const ULine edge{0, 50, 300, 50};
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 0, 150, 200}, edge, out, true));
-    EXPECT_EQ(out, (ULine{150, 0, 150, 50}));
-    EXPECT_TRUE(recorder.TakeStrokes().empty())
-        << "the edge is nowhere at the height of the line's lower end";
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 60, 150, 200}, edge, out, true));
-    EXPECT_EQ(out, (ULine{0, 0, 0, 0})) << "nor at the heights of a line below it";
+    Clips({150, 0, 150, 200}, level, true, {150, 0, 150, 50});
+    Clips({150, 60, 150, 200}, level, true, {0, 0, 0, 0});
 }
 
 TEST(ClipLines, CountsEndsOnTheEdgeAsMeetingIt)
 {
-    DrawingRecorder recorder;
-    const ULine edge{100, 0, 200, 100}; // x = y + 100
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 50, 150, 90}, edge, out, true));
-    EXPECT_EQ(out, (ULine{150, 50, 150, 50})) << "the upper end";
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {150, 10, 150, 50}, edge, out, true));
-    EXPECT_EQ(out, (ULine{150, 10, 150, 50})) << "the lower end";
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{150, 50, 190, 50}, {150, 50, 150, 50}}));
+    Clips({150, 50, 150, 90}, sloping, true, {150, 50, 150, 50}, {{150, 50, 190, 50}});
+    Clips({150, 10, 150, 50}, sloping, true, {150, 10, 150, 50}, {{150, 50, 150, 50}});
 
-    const ULine vertical{100, 0, 100, 50};
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 180, 90}, vertical, out, true));
-    EXPECT_EQ(out, (ULine{100, 10, 180, 90}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {100, 10, 180, 90}, vertical, out, false));
-    EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the other edge or on it";
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {20, 10, 100, 90}, vertical, out, true));
-    EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "all of it beside the edge or on it";
-    EXPECT_TRUE(
-        CImgGeometry::ClipLines(nullptr, {100, 10, 100, 15}, {100, 12, 300, 13}, out, true));
-    EXPECT_EQ(out, (ULine{100, 12, 100, 15}));
+    Clips({100, 10, 180, 90}, upright, true, {100, 10, 180, 90}, {{100, 10, 100, 90}});
+    Clips({100, 10, 180, 90}, upright, false, {100, 10, 100, 90}); // all beside the other edge
+    Clips({20, 10, 100, 90}, upright, true, {100, 10, 100, 90});   // all beside the edge
+    Clips({100, 10, 100, 15}, {100, 12, 300, 13}, true, {100, 12, 100, 15});
 }
 
+// Nine pixels are clipped in x only. With ten the lower end goes, in either direction.
 TEST(ClipLines, TakesATenPixelRiseForASlopingLine)
 {
-    const ULine edge{50, 0, 60, 100};
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 101}, edge, out, true))
-        << "nine: clipped in x only";
-    EXPECT_EQ(out, (ULine{61, 107, 200, 101}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {0, 110, 200, 100}, edge, out, true))
-        << "ten: the lower end goes";
-    EXPECT_EQ(out, (ULine{200, 100, 61, 107}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(nullptr, {200, 100, 0, 110}, edge, out, true));
-    EXPECT_EQ(out, (ULine{200, 100, 61, 107})) << "in either direction";
+    Clips({0, 110, 200, 101}, steep, true, {61, 107, 200, 101});
+    Clips({0, 110, 200, 100}, steep, true, {200, 100, 61, 107}, {{61, 107, 61, 107}});
+    Clips({200, 100, 0, 110}, steep, true, {200, 100, 61, 107}, {{61, 107, 61, 107}});
 }
 
+// They meet at (-40, 19.6). After rounding that is the height of the line's upper end, but 40
+// pixels beside it.
 TEST(ClipLines, ReplacesAFlatLineByTheEdgeThatItMissesByLessThanAPixelOfHeight)
 {
-    // They meet at (-40, 19.6). After rounding that is the height of the line's upper end, but 40
-    // pixels beside it.
-    const ULine edge{-41, -80, -39, 120};
-    DrawingRecorder recorder;
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {0, 20, 1000, 30}, edge, out, true));
-    EXPECT_EQ(out, (ULine{-40, 30, -40, 20}));
-    EXPECT_TRUE(recorder.TakeStrokes().empty());
+    Clips({0, 20, 1000, 30}, {-41, -80, -39, 120}, true, {-40, 30, -40, 20});
 }
 
+// The intersection lies between the heights and not between the x values, which only rounding makes
+// possible for one straight line. So only an edge below the start remains.
 TEST(ClipLines, LeavesALineWhoseIntersectionIsAboveItsLowerEndOnly)
 {
-    // The intersection lies between the heights and not between the x values, which only rounding
-    // makes possible for one straight line. So only an edge below the start remains.
-    ULine out;
-    EXPECT_FALSE(CImgGeometry::ClipLines(nullptr, {0, 0, 10, 100}, {0, 500, 100, 501}, out, true));
+    Leaves({0, 0, 10, 100}, {0, 500, 100, 501}, true, {0, 0, 10, 100});
 }
 
+// Only the x values move. A line is ordered by x before.
 TEST(ClipLines, MovesALineBesideAVerticalEdgeOntoIt)
 {
-    DrawingRecorder recorder;
-    const ULine edge{100, 0, 100, 50};
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {20, 10, 60, 90}, edge, out, true));
-    EXPECT_EQ(out, (ULine{100, 10, 100, 90})) << "only the x values";
-    EXPECT_FALSE(CImgGeometry::ClipLines(recorder.Dc(), {20, 10, 60, 90}, edge, out, false));
-    EXPECT_EQ(out, (ULine{20, 10, 60, 90}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {160, 10, 120, 90}, edge, out, false));
-    EXPECT_EQ(out, (ULine{100, 90, 100, 10})) << "ordered by x before";
-    EXPECT_TRUE(recorder.TakeStrokes().empty());
+    Clips({20, 10, 60, 90}, upright, true, {100, 10, 100, 90});
+    Leaves({20, 10, 60, 90}, upright, false, {20, 10, 60, 90});
+    Clips({160, 10, 120, 90}, upright, false, {100, 90, 100, 10});
 }
 
+// The stroke runs down to the lower end in any case.
 TEST(ClipLines, CutsALineAtAVerticalEdgeWithAStrokeAlongIt)
 {
-    DrawingRecorder recorder;
-    const ULine edge{100, 0, 100, 50};
-    ULine out;
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 10, 120, 90}, edge, out, true));
-    EXPECT_EQ(out, (ULine{100, 50, 120, 90}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 10, 120, 90}, edge, out, false));
-    EXPECT_EQ(out, (ULine{80, 10, 100, 50}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}));
-    EXPECT_TRUE(CImgGeometry::ClipLines(recorder.Dc(), {80, 90, 120, 10}, edge, out, true));
-    EXPECT_EQ(out, (ULine{100, 50, 120, 10}));
-    EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{100, 50, 100, 90}}))
-        << "down to the lower end in any case";
+    Clips({80, 10, 120, 90}, upright, true, {100, 50, 120, 90}, {{100, 50, 100, 90}});
+    Clips({80, 10, 120, 90}, upright, false, {80, 10, 100, 50}, {{100, 50, 100, 90}});
+    Clips({80, 90, 120, 10}, upright, true, {100, 50, 120, 10}, {{100, 50, 100, 90}});
 }
 
 TEST(ClipLines, TakesTheSameObjectForLineAndResult)
@@ -274,17 +233,13 @@ namespace {
 constexpr ZelProbe Linear{1, 128, 300, 0, 0};
 constexpr ZelProbe Phased{2, 64, 220, 0, 90000};
 constexpr ZelProbe UnknownProbe{5, 64, 220, 0, 90000};
-constexpr UPoint Origin{400, 10};
-constexpr UPoint Scale{100, 100};
 constexpr ULine LeftEdge{400, 10, 0, 410};
 constexpr ULine RightEdge{400, 10, 800, 410};
 
-URect Horizontal(CDC* dc, const ZelProbe* probe, int scanB, const ULine& clip1 = LeftEdge,
+URect Horizontal(CDC* dc, const ZelProbe& probe, int scanB, const ULine& clip1 = LeftEdge,
                  const ULine& clip2 = RightEdge)
 {
-    return CImgGeometry::DrawHorizontalUSLineClip(dc, 300, -20, 50, Origin, Scale, 7700000, 0,
-                                                  scanB, probe, 1540, clip1, clip2, 0, 800, 600, 0,
-                                                  0);
+    return SceneOf(probe, scanB).HorizontalClip(dc, 300, -20, 50, clip1, clip2);
 }
 
 } // namespace
@@ -292,7 +247,7 @@ URect Horizontal(CDC* dc, const ZelProbe* probe, int scanB, const ULine& clip1 =
 TEST(DrawHorizontalUSLineClip, ClipsAPhasedLineAtTheSectorsEdge)
 {
     DrawingRecorder recorder;
-    const URect drawn = Horizontal(recorder.Dc(), &Phased, 0);
+    const URect drawn = Horizontal(recorder.Dc(), Phased, 0);
     const Strokes strokes = recorder.TakeStrokes();
     ASSERT_FALSE(strokes.empty());
     const ULine& last = strokes.back();
@@ -304,13 +259,11 @@ TEST(DrawHorizontalUSLineClip, ClipsAPhasedLineAtTheSectorsEdge)
 
 TEST(DrawHorizontalUSLineClip, DrawsExtendedSectorsAndLinearProbesWhole)
 {
-    for (const ZelProbe* probe : {&Linear, &Phased}) {
+    for (const Scene& scene : {SceneOf(Linear), SceneOf(Phased, 10000)}) {
         DrawingRecorder recorder;
-        const int scanB = probe == &Phased ? 10000 : 0;
-        Horizontal(recorder.Dc(), probe, scanB);
+        scene.HorizontalClip(recorder.Dc(), 300, -20, 50, LeftEdge, RightEdge);
         const Strokes clipped = recorder.TakeStrokes();
-        CImgGeometry::DrawHorizontalUSLine(recorder.Dc(), 300, -20, 50, Origin, Scale, 7700000, 0,
-                                           scanB, probe, 1540, 0, 800, 600, 0, 0);
+        scene.Horizontal(recorder.Dc(), 300, -20, 50);
         EXPECT_EQ(clipped, recorder.TakeStrokes());
         EXPECT_EQ(clipped.size(), 1u);
     }
@@ -320,7 +273,7 @@ TEST(DrawHorizontalUSLineClip, DrawsLinearProbesAcrossTheEdges)
 {
     DrawingRecorder recorder;
     const ULine across{100, 0, 500, 600}; // x = 306 at the line's y = 310
-    const URect drawn = Horizontal(recorder.Dc(), &Linear, 0, across, across);
+    const URect drawn = Horizontal(recorder.Dc(), Linear, 0, across, across);
     ASSERT_LT(drawn.left, 300);
     ASSERT_GT(drawn.right, 310);
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{drawn.left, 310, drawn.right, 310}}));
@@ -331,10 +284,13 @@ TEST(DrawHorizontalUSLineClip, DrawsUnknownProbesToo)
     DrawingRecorder recorder;
     // Both ends are the origin, and parallel lines do not clip, so a line of no length is drawn.
     const ULine vertical{0, 0, 0, 9};
-    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 1, vertical, vertical),
+    EXPECT_EQ(Horizontal(recorder.Dc(), UnknownProbe, 1, vertical, vertical),
               (URect{400, 10, 400, 10}));
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 10}}));
-    EXPECT_EQ(Horizontal(recorder.Dc(), nullptr, 1), (URect{400, 10, 400, 10}))
+    EXPECT_EQ(CImgGeometry::DrawHorizontalUSLineClip(recorder.Dc(), 300, -20, 50, {400, 10},
+                                                     {100, 100}, 7700000, 0, 1, nullptr, 1540,
+                                                     LeftEdge, RightEdge, 0, 800, 600, 0, 0),
+              (URect{400, 10, 400, 10}))
         << "no probe is as an unknown one";
 }
 
@@ -343,11 +299,11 @@ TEST(DrawHorizontalUSLineClip, ClipsUnknownProbesAsPhasedOnes)
     DrawingRecorder recorder;
     // Both ends are the origin (400, 10), a line without length; the edge is at y = 30 there.
     const ULine edge{0, 30, 900, 30};
-    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, edge, edge), (URect{400, 10, 400, 30}));
+    EXPECT_EQ(Horizontal(recorder.Dc(), UnknownProbe, 0, edge, edge), (URect{400, 10, 400, 30}));
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 30, 400, 10}}))
         << "at the start, by the first edge";
     const ULine parallel{0, 0, 0, 9};
-    EXPECT_EQ(Horizontal(recorder.Dc(), &UnknownProbe, 0, parallel, edge),
+    EXPECT_EQ(Horizontal(recorder.Dc(), UnknownProbe, 0, parallel, edge),
               (URect{400, 10, 400, 30}));
     EXPECT_EQ(recorder.TakeStrokes(), (Strokes{{400, 10, 400, 30}}))
         << "at the end, by the second edge";
@@ -358,9 +314,7 @@ TEST(DrawVerticalUSLineClip, DrawsWhatTheSecondEdgeLeftWhenNeitherClips)
     DrawingRecorder recorder;
     const ULine away{5000, 0, 5001, 900};
     // The line goes upwards along element 31: the edges only put the ends in order.
-    const URect drawn =
-        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 400, 10, Origin, Scale, 7700000, 0,
-                                             0, &Phased, 1540, away, away, 0, 800, 600, 0, 0);
+    const URect drawn = SceneOf(Phased).VerticalClip(recorder.Dc(), 31, 400, 10, away, away);
     const Strokes strokes = recorder.TakeStrokes();
     ASSERT_EQ(strokes.size(), 1u);
     EXPECT_EQ(strokes.front().y1, drawn.top);
@@ -375,9 +329,7 @@ TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
     const ULine beside{
         0, 0, 0, 9}; // vertical at 0, with the line on its right and the start clipped: not met
     const ULine across{300, 200, 500, 205};
-    const URect drawn =
-        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 31, 0, 400, Origin, Scale, 7700000, 0,
-                                             0, &Phased, 1540, beside, across, 0, 800, 600, 0, 0);
+    const URect drawn = SceneOf(Phased).VerticalClip(recorder.Dc(), 31, 0, 400, beside, across);
     EXPECT_EQ(drawn.top, 10);
     EXPECT_NEAR(drawn.bottom, 202, 1);
     EXPECT_EQ(recorder.TakeStrokes().size(), 2u) << "the stroke along the edge and the line";
@@ -385,15 +337,11 @@ TEST(DrawVerticalUSLineClip, ClipsTheSecondEdgeWhenTheFirstDoesNot)
 
 TEST(DrawVerticalUSLineClip, LeavesCurvedProbesUnclipped)
 {
-    const ZelProbe curved{0, 128, 300, 40000, 0};
+    const Scene curved = SceneOf({0, 128, 300, 40000, 0});
     DrawingRecorder recorder;
     const ULine edge{0, 450, 800, 450};
-    const URect clipped =
-        CImgGeometry::DrawVerticalUSLineClip(recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0,
-                                             0, &curved, 1540, edge, edge, 0, 800, 600, 0, 0);
+    const URect clipped = curved.VerticalClip(recorder.Dc(), 60, 10, 400, edge, edge);
     const Strokes first = recorder.TakeStrokes();
-    const URect whole = CImgGeometry::DrawVerticalUSLine(
-        recorder.Dc(), 60, 10, 400, Origin, Scale, 7700000, 0, 0, &curved, 1540, 0, 800, 600, 0, 0);
-    EXPECT_EQ(clipped, whole);
+    EXPECT_EQ(clipped, curved.Vertical(recorder.Dc(), 60, 10, 400));
     EXPECT_EQ(first, recorder.TakeStrokes());
 }

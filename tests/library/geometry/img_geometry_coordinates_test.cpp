@@ -1,10 +1,12 @@
+#include "GeometryScene.h"
+
 #include <gtest/gtest.h>
-#include <qor_utils/PixelCoordinates.h>
-#include <Utils_Statics/CImgGeometry.h>
+#include <test_support/Random.h>
 
 #include <climits>
 #include <cmath>
-#include <random>
+
+using test_support::Random;
 
 namespace {
 
@@ -75,14 +77,11 @@ TEST(GetUSDistance, TakesTheDifferenceIn32Bits)
 
 TEST(GetPixelDistanceCoordinates, GoesWholeSamplesDeeper)
 {
-    const auto at = [](int startSample, int distance) {
-        return CImgGeometry::GetPixelDistanceCoordinates(
-            20, startSample, distance, Origin, Scale, frequency, 0, 0, &Linear, 1540, 0, 0, 0, 0);
-    };
-    EXPECT_EQ(at(50, 2000).y, 10 + 70);
-    EXPECT_EQ(at(50, 2099).y, 10 + 70) << "truncated to whole samples";
-    EXPECT_EQ(at(50, -2099).y, 10 + 30) << "toward zero";
-    EXPECT_EQ(at(50, 2000).x, at(50, 0).x);
+    const Scene s = SceneOf(Linear);
+    EXPECT_EQ(s.Below(20, 50, 2000).y, 10 + 70);
+    EXPECT_EQ(s.Below(20, 50, 2099).y, 10 + 70) << "truncated to whole samples";
+    EXPECT_EQ(s.Below(20, 50, -2099).y, 10 + 30) << "toward zero";
+    EXPECT_EQ(s.Below(20, 50, 2000).x, s.Below(20, 50, 0).x);
 }
 
 TEST(GetPixelDistanceCoordinates, FormsTheSoundSpeedProductIn32Bits)
@@ -90,20 +89,19 @@ TEST(GetPixelDistanceCoordinates, FormsTheSoundSpeedProductIn32Bits)
     // 2200 x 1,000,000 wraps around to -2094967296.
     const int n = static_cast<int>(5000 / (-2094967296.0 / (2.0 * frequency)));
     ASSERT_LT(n, 0);
-    const UPoint p = CImgGeometry::GetPixelDistanceCoordinates(
-        20, 500, 5000, Origin, Scale, frequency, 0, 0, &Linear, 2200, 0, 0, 0, 0);
-    EXPECT_EQ(p, qor_utils::GetPixelCoordinates(20, 500 + n, Origin, Scale, frequency, 0, 0,
-                                                &Linear, 2200, 0, 0, 0, 0));
+    Scene s = SceneOf(Linear);
+    s.soundSpeed = 2200;
+    EXPECT_EQ(s.Below(20, 500, 5000), s.At(20, 500 + n));
 }
 
 TEST(GetPixelDistanceCoordinates, GivesDefinedResultsWithoutAFrequency)
 {
-    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, 0, 0, 0,
-                                                        &Linear, 1540, 0, 0, 0, 0),
-              Origin);
-    EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 5000, Origin, Scale, frequency, 0, 0,
-                                                        &Linear, 0, 0, 0, 0, 0),
-              Origin);
+    Scene s = SceneOf(Linear);
+    s.samplingFreq = 0;
+    EXPECT_EQ(s.Below(20, 5, 5000), Origin);
+    s = SceneOf(Linear);
+    s.soundSpeed = 0;
+    EXPECT_EQ(s.Below(20, 5, 5000), Origin);
     EXPECT_EQ(CImgGeometry::GetPixelDistanceCoordinates(20, 5, 0, Origin, Scale, 0, 0, 0, nullptr,
                                                         0, 0, 0, 0, 0),
               Origin);
@@ -111,30 +109,24 @@ TEST(GetPixelDistanceCoordinates, GivesDefinedResultsWithoutAFrequency)
 
 TEST(GetPixelDistanceCoordinates, MovesByThePhysicalDistance)
 {
-    std::mt19937 engine(7);
-    const auto pick = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    };
-    const ZelProbe* probes[] = {&Curved, &Linear, &Phased};
+    Random random(7);
+    const ZelProbe probes[] = {Curved, Linear, Phased};
     for (int i = 0; i < 20000; ++i) {
-        const ZelProbe* probe = probes[i % 3];
-        const int line = pick(0, probe->elements - 1);
-        const int start = pick(0, 1000);
-        const int distance = pick(0, 100000);
-        const int scale = pick(30, 300);
-        const int frequency = pick(2000000, 20000000);
-        const int steer = pick(-20000, 20000);
-        const auto at = [&](int microns) {
-            return CImgGeometry::GetPixelDistanceCoordinates(line, start, microns, Origin,
-                                                             {scale, scale}, frequency, steer, 0,
-                                                             probe, 1540, 0, 800, 600, i & 3);
-        };
-        const UPoint a = at(0);
-        const UPoint b = at(distance);
+        Scene s = SceneOf(probes[i % 3]);
+        const int line = random.Int(0, s.probe.elements - 1);
+        const int start = random.Int(0, 1000);
+        const int distance = random.Int(0, 100000);
+        const int scale = random.Int(30, 300);
+        s.scale = {scale, scale};
+        s.samplingFreq = random.Int(2000000, 20000000);
+        s.scanA = random.Int(-20000, 20000);
+        s.flip = i & 3;
+        const UPoint a = s.Below(line, start, 0);
+        const UPoint b = s.Below(line, start, distance);
         const double pixels =
             std::hypot(static_cast<double>(a.x) - b.x, static_cast<double>(a.y) - b.y);
         // Up to one sample is truncated; both ends are rounded to pixels in two directions.
-        const double sample = qor_utils::GetSampleSize(frequency, 1540);
+        const double sample = qor_utils::GetSampleSize(s.samplingFreq, 1540);
         ASSERT_LE(pixels * scale, distance + 1.4143 * scale);
         ASSERT_GE(pixels * scale, distance - sample - 1.4143 * scale);
     }
@@ -197,19 +189,17 @@ TEST(GetUSCoordinates, UndoesTheFlip)
 
 TEST(GetUSCoordinates, InvertsTheDrawnPositions)
 {
-    std::mt19937 engine(11);
-    const auto pick = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    };
+    Random random(11);
     for (int i = 0; i < 30000; ++i) {
-        ZelProbe probe{i % 3, pick(16, 256), pick(200, 400), pick(30000, 60000),
-                       pick(60000, 100000)};
-        const int steer = pick(-15000, 15000);
-        const int scanB = probe.type == 2 ? pick(0, 1) * pick(1, 20000) : 0;
-        const int offset = pick(-10, 10);
-        const int flip = pick(0, 3);
-        const int line = pick(0, probe.elements - 1) - offset;
-        const int sample = pick(1500, 3000); // deep enough to spread fans out: 25 microns a pixel
+        ZelProbe probe{i % 3, random.Int(16, 256), random.Int(200, 400), random.Int(30000, 60000),
+                       random.Int(60000, 100000)};
+        const int steer = random.Int(-15000, 15000);
+        const int scanB = probe.type == 2 ? random.Int(0, 1) * random.Int(1, 20000) : 0;
+        const int offset = random.Int(-10, 10);
+        const int flip = random.Int(0, 3);
+        const int line = random.Int(0, probe.elements - 1) - offset;
+        const int sample =
+            random.Int(1500, 3000); // deep enough to spread fans out: 25 microns a pixel
         const UPoint scale{25, 25};
         const UPoint p =
             qor_utils::GetPixelCoordinates(line, sample, Origin, scale, frequency, steer, scanB,

@@ -1,7 +1,8 @@
+#include "GeometryScene.h"
+
 #include <base/GdiHandles.h>
 #include <gtest/gtest.h>
-#include <qor_utils/PixelCoordinates.h>
-#include <Utils_Statics/CImgGeometry.h>
+#include <test_support/Random.h>
 
 #include <afxwin.h>
 
@@ -60,38 +61,6 @@ private:
     CDC m_dc;
 };
 
-struct Scene
-{
-    ZelProbe probe;
-    UPoint origin;
-    UPoint scale;
-    int scanA = 0;
-    int scanB = 0;
-    int flip = 0;
-    int samplingFreq = 7700000; // 100 microns a sample
-    int soundSpeed = 1540;
-    int ld = 0;
-
-    UPoint At(int line, int sample) const
-    {
-        return qor_utils::GetPixelCoordinatesLD(line, sample, origin, scale, samplingFreq, scanA,
-                                                scanB, &probe, soundSpeed, ld, 0, imageWidth,
-                                                imageHeight, flip);
-    }
-    URect Vertical(CDC* dc, int line, int sample1, int sample2) const
-    {
-        return CImgGeometry::DrawVerticalUSLine(dc, line, sample1, sample2, origin, scale,
-                                                samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
-                                                imageWidth, imageHeight, flip, ld);
-    }
-    URect Horizontal(CDC* dc, int sample, int line1, int line2) const
-    {
-        return CImgGeometry::DrawHorizontalUSLine(dc, sample, line1, line2, origin, scale,
-                                                  samplingFreq, scanA, scanB, &probe, soundSpeed, 0,
-                                                  imageWidth, imageHeight, flip, ld);
-    }
-};
-
 double Distance(double ax, double ay, double bx, double by)
 {
     return std::hypot(ax - bx, ay - by);
@@ -132,17 +101,11 @@ void ExpectSegment(const std::vector<UPoint>& drawn, const UPoint& a, const UPoi
     }
 }
 
-URect Bounds(const UPoint& a, const UPoint& b)
-{
-    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
-}
-
 Scene SceneOf(int type, int flip, int scanA = 0, int scanB = 0)
 {
     Scene s;
-    s.probe = {type, 96, 300, 40000, 80000};
-    s.origin = {320, type == 0 ? -60 : 20};
-    s.scale = {220, 200};
+    s.probe.type = type;
+    if (type != 0) s.origin.y = 20;
     s.scanA = scanA;
     s.scanB = scanB;
     s.flip = flip;
@@ -290,7 +253,7 @@ TEST_P(ArcOnCurvedProbe, MapsBackToItsDepth)
     for (const UPoint& p : canvas.Drawn()) {
         const UPoint back = CImgGeometry::GetUSCoordinates(
             p.x, p.y, s.origin, s.scale, s.samplingFreq, s.scanA, 0, 96, &s.probe, s.soundSpeed, 0,
-            imageWidth, imageHeight, s.flip);
+            s.width, s.height, s.flip);
         ASSERT_NEAR(back.y, 300, reach * samplesPerPixel + 0.5) << p.x << "," << p.y;
         ASSERT_GE(back.x, 3);
         ASSERT_LE(back.x, 92);
@@ -367,8 +330,8 @@ TEST(Drawing, ComputesTheSameWithoutADeviceContext)
 TEST(Drawing, SurvivesAbsurdInput)
 {
     const int extremes[] = {INT_MIN, INT_MIN + 1, -1000, -1, 0, 1, 1540, INT_MAX - 1, INT_MAX};
-    unsigned int state = 12345;
-    const auto any = [&] { return extremes[(state = state * 1664525u + 1013904223u) >> 8 & 7]; };
+    test_support::Random random(12345);
+    const auto any = [&] { return random.Of(extremes); };
     for (int i = 0; i < 20000; ++i) {
         Scene s = SceneOf(i % 3, any());
         s.probe = {i % 3, any(), any(), any(), any()};
@@ -380,9 +343,13 @@ TEST(Drawing, SurvivesAbsurdInput)
         const ULine clip{any(), any(), any(), any()};
         s.Vertical(nullptr, any(), any(), any());
         s.Horizontal(nullptr, any(), any(), any());
-        CImgGeometry::DrawHorizontalUSLineClip(nullptr, any(), any(), any(), s.origin, s.scale,
-                                               s.samplingFreq, any(), 0, &s.probe, s.soundSpeed,
-                                               clip, clip, any(), any(), any(), any(), any());
+        s.scanA = any();
+        s.scanC = any();
+        s.width = any();
+        s.height = any();
+        s.flip = any();
+        s.ld = any();
+        s.HorizontalClip(nullptr, any(), any(), any(), clip, clip);
     }
     Canvas canvas; // now with real drawing, where GDI has to cope with the numbers
     for (int i = 0; i < 50; ++i) {

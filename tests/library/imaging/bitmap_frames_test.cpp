@@ -131,12 +131,9 @@ public:
     };
 
     GradientWatch()
-        : m_centre(L"Utils_Statics.dll", "GdipSetPathGradientCenterColor",
-                   reinterpret_cast<void*>(&SetCentre)),
-          m_edges(L"Utils_Statics.dll", "GdipSetPathGradientSurroundColorsWithCount",
-                  reinterpret_cast<void*>(&SetEdges)),
-          m_blend(L"Utils_Statics.dll", "GdipSetPathGradientBlend",
-                  reinterpret_cast<void*>(&SetBlend))
+        : m_centre(L"Utils_Statics.dll", "GdipSetPathGradientCenterColor", &SetCentre),
+          m_edges(L"Utils_Statics.dll", "GdipSetPathGradientSurroundColorsWithCount", &SetEdges),
+          m_blend(L"Utils_Statics.dll", "GdipSetPathGradientBlend", &SetBlend)
     {
         s_asked = {};
     }

@@ -236,8 +236,7 @@ TEST_F(GrayScaleTest, FailsWhenMemoryIsShort)
 {
     const DibSection section(4, 4, 32, DibSection::topDown);
     const std::vector<std::uint32_t> before = section.Pixels();
-    const test_support::ImportHook hook(L"Utils_Statics.dll", newArrayName,
-                                        reinterpret_cast<void*>(&NoMemory));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", newArrayName, &NoMemory);
     EXPECT_NO_THROW(EXPECT_FALSE(GrayScale(section.get(), 255)));
     EXPECT_EQ(section.Pixels(), before);
 }

@@ -249,8 +249,7 @@ TEST_F(BitmapFromFileTest, LoadsAnIconBesideABadEntry)
 TEST_F(BitmapFromFileTest, FailsWhenMemoryIsShort)
 {
     const std::wstring path = WritePng(L"four.png", 2, 2, four);
-    const test_support::ImportHook hook(L"Utils_Statics.dll", newName,
-                                        reinterpret_cast<void*>(&NoMemory));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", newName, &NoMemory);
     EXPECT_NO_THROW(EXPECT_EQ(BitmapFromFile(path.c_str()), nullptr));
 }
 

@@ -381,8 +381,7 @@ TEST_F(SaveBitmapTest, SavesGifFilesOfFewColoursExactlyWhereGdiPlusCan)
 
 TEST_F(SaveBitmapTest, PassesTheEncoderAndNoParametersToGdiPlus)
 {
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "GdipSaveImageToFile",
-                                        reinterpret_cast<void*>(&WatchedSave));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GdipSaveImageToFile", &WatchedSave);
     const DibSection section(2, 2, 32, DibSection::topDown);
     const wchar_t* const mimeTypes[] = {L"image/bmp", L"image/gif", L"image/jpeg", L"image/png",
                                         L"image/tiff"};

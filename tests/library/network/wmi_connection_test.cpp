@@ -272,8 +272,7 @@ BSTR WINAPI NoText(const OLECHAR*)
 TEST_F(WmiConnection, ANamespacesNameThatCannotBeAllocatedIsRaised)
 {
     {
-        const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
-                                            reinterpret_cast<void*>(NoText));
+        const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", NoText);
         try {
             CWmiService::getInstance();
             ADD_FAILURE() << "nothing was raised";
@@ -299,8 +298,7 @@ BSTR WINAPI FewTexts(const OLECHAR* text)
 TEST_F(WmiConnection, ASubscriptionWhoseTextsCannotBeAllocatedIsARefusedOne)
 {
     Service();
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
-                                        reinterpret_cast<void*>(FewTexts));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", FewTexts);
     for (int texts = 1; texts <= 11; ++texts) {
         s_textsLeft = texts;
         EXPECT_EQ(Service().Initialize(), texts == 11) << texts;
@@ -314,8 +312,7 @@ TEST_F(WmiConnection, AQueryWhoseTextsCannotBeAllocatedIsNotRun)
     server.SetAnswer(adapterQuery, {Adapter(L"Wireless")});
     Service();
     server.TakeCalls();
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
-                                        reinterpret_cast<void*>(FewTexts));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", FewTexts);
     for (int texts = 0; texts <= 2; ++texts) {
         s_textsLeft = texts;
         std::int32_t answer = 0;

@@ -31,8 +31,7 @@ struct StreamHeader
 TEST_F(CineStoreAvi, StreamHeaderIsZeroButForWhatItHasToSay)
 {
     std::memset(&StreamHeader::s_info, 0xCC, sizeof StreamHeader::s_info);
-    const ImportHook hook(library, "AVIFileCreateStreamW",
-                          reinterpret_cast<void*>(&StreamHeader::Record));
+    const ImportHook hook(library, "AVIFileCreateStreamW", &StreamHeader::Record);
     store.SetRate(25.0);
     EXPECT_FALSE(Start());
     AVISTREAMINFOW expected;
@@ -79,10 +78,8 @@ TEST_F(CineStoreAvi, StateOfTheCodecLivesUntilTheFormatIsSet)
     codec->failFrom = -1;
     codec->stateSize = 20;
     capture_settings::Set(L"RecordCodec", L"test codec");
-    const ImportHook compress(library, "AVIMakeCompressedStream",
-                              reinterpret_cast<void*>(&CodecState::Compress));
-    const ImportHook setFormat(library, "AVIStreamSetFormat",
-                               reinterpret_cast<void*>(&CodecState::SetFormat));
+    const ImportHook compress(library, "AVIMakeCompressedStream", &CodecState::Compress);
+    const ImportHook setFormat(library, "AVIStreamSetFormat", &CodecState::SetFormat);
     CodecState::s_compress = &compress;
     CodecState::s_setFormat = &setFormat;
     ASSERT_TRUE(Start());
@@ -135,8 +132,7 @@ TEST_F(CineStoreAvi, SizeThatLagsBehindIsNoFailureWhereTheVolumeHasRoom)
 {
     ASSERT_TRUE(Start(store, 1024, 768));
     {
-        const ImportHook hook(library, "GetFileAttributesExW",
-                              reinterpret_cast<void*>(&SizeThatLagsBehind));
+        const ImportHook hook(library, "GetFileAttributesExW", &SizeThatLagsBehind);
         for (int i = 0; i < 3; ++i)
             EXPECT_TRUE(AddNothing());
     }

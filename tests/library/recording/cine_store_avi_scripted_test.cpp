@@ -74,8 +74,7 @@ TEST_F(CineStoreAvi, DiskFullFailsTheFrameAndTheEndReturns)
 {
     if (test_support::EnvironmentVariable(L"CINE_FILE_LIMIT").empty())
         GTEST_SKIP() << "needs a limit on the size of files; disk-full sets one";
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW",
-                                        reinterpret_cast<void*>(&NoSpaceLeft));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetDiskFreeSpaceExW", &NoSpaceLeft);
     ASSERT_TRUE(Start(store, 1024, 768));
     EXPECT_FALSE(AddNothing()); // 3 MiB
     EXPECT_FALSE(AddNothing());

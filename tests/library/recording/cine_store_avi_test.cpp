@@ -3,8 +3,8 @@
 #include "CineStoreAviFixture.h"
 
 #include <base/Handles.h>
+#include <base/InFolder.h>
 #include <test_support/Files.h>
-#include <test_support/InDirectory.h>
 
 #include <climits>
 #include <cmath>
@@ -126,11 +126,11 @@ TEST_F(CineStoreAvi, RelativePathStaysWhereItWasWhenTheCurrentDirectoryChanges)
 {
     const TemporaryFolder other;
     test_support::WriteFile(other / L"movie.avi", "another file of this name, and a small one");
-    const test_support::InDirectory first(folder.Path());
+    const base::InFolder first(folder.Path());
     background = BitmapOf(Noise(512, 512, 2), 512, 512);
     ASSERT_TRUE(store.InitStorage(L"movie.avi", background.get(), 512, 512, layout, 32));
     {
-        const test_support::InDirectory second(other.Path());
+        const base::InFolder second(other.Path());
         EXPECT_TRUE(AddNothing());
         EXPECT_TRUE(AddNothing());
     }

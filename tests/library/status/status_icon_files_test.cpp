@@ -237,8 +237,7 @@ TEST_F(IconFiles, WhosePathsFindNoMemoryTakeNoRoom)
     Row row;
     int width = -1;
     {
-        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc",
-                                            reinterpret_cast<void*>(NoMemory));
+        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc", NoMemory);
         EXPECT_NO_THROW(width = Shown(row));
     }
     EXPECT_EQ(width, 0);

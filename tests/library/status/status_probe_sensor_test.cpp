@@ -357,8 +357,7 @@ TEST_F(ProbeSensor, TakesNoRoomWhenItsWarningFindsNoMemory)
     Row row;
     int width = -1;
     {
-        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc",
-                                            reinterpret_cast<void*>(NoMemory));
+        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc", NoMemory);
         EXPECT_NO_THROW(width = Draw(item, row));
     }
     EXPECT_EQ(width, 0);

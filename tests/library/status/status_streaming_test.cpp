@@ -118,8 +118,7 @@ protected:
     IStatusItem* const item = CStatusStreaming::getInstance();
 
 private:
-    const test_support::ImportHook m_hook{L"Utils_Statics.dll", "gethostbyname",
-                                          reinterpret_cast<void*>(&HostWithAddress)};
+    const test_support::ImportHook m_hook{L"Utils_Statics.dll", "gethostbyname", &HostWithAddress};
 };
 
 TEST_F(StatusStreaming, IsOneObjectWithThreeStates)
@@ -292,10 +291,8 @@ protected:
     static std::size_t Repaints() { return s_repaints.Times().size(); }
 
 private:
-    const test_support::ImportHook m_set{L"Utils_Statics.dll", "timeSetEvent",
-                                         reinterpret_cast<void*>(&StartTimer)};
-    const test_support::ImportHook m_end{L"Utils_Statics.dll", "timeKillEvent",
-                                         reinterpret_cast<void*>(&EndTimer)};
+    const test_support::ImportHook m_set{L"Utils_Statics.dll", "timeSetEvent", &StartTimer};
+    const test_support::ImportHook m_end{L"Utils_Statics.dll", "timeKillEvent", &EndTimer};
 };
 
 TEST_F(StreamingTimer, IsEndedBeforeEachStartAndKeepsItsNumber)
@@ -467,8 +464,7 @@ TEST_F(StatusStreaming, AnAddressThatReachesNobodyIsReplacedByAText)
 
 TEST_F(StatusStreaming, NoAddressAtAllIsWrittenAsNothing)
 {
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "gethostbyname",
-                                        reinterpret_cast<void*>(&NoHost));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "gethostbyname", &NoHost);
     Want(true, true);
     CStatusStreaming::setState(on);
     Row row;

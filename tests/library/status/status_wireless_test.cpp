@@ -95,8 +95,7 @@ BSTR WINAPI NoText(const OLECHAR*)
 TEST_F(StatusWireless, IsAtTheWeakestWhenTheQuestionFindsNoMemory)
 {
     SetSignal(-50);
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString",
-                                        reinterpret_cast<void*>(NoText));
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", NoText);
     EXPECT_NO_THROW(EXPECT_EQ(Shown(), 1));
     CWmiService::destroyInstance();
     EXPECT_NO_THROW(EXPECT_EQ(Shown(), 0)) << "there is nobody to ask";

@@ -11,7 +11,11 @@ class ImportHook
 public:
     // `module` is a file name such as L"Utils_Statics.dll". `replacement` has the function's own
     // type. Fails the test when the module does not import a function of that name.
-    ImportHook(const wchar_t* module, const char* function, void* replacement);
+    template <class Function>
+    ImportHook(const wchar_t* module, const char* function, Function* replacement)
+    {
+        Replace(module, function, reinterpret_cast<void*>(replacement));
+    }
     ~ImportHook();
     ImportHook(const ImportHook&) = delete;
     ImportHook& operator=(const ImportHook&) = delete;
@@ -24,6 +28,7 @@ public:
     }
 
 private:
+    void Replace(const wchar_t* module, const char* function, void* replacement);
     void Set(void* function);
 
     void** m_entry = nullptr;
