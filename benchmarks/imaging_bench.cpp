@@ -6,6 +6,7 @@
 #include <base/GdiPlusSession.h>
 #include <benchmark/benchmark.h>
 #include <test_support/DibSection.h>
+#include <test_support/Messages.h>
 #include <test_support/PerPixelForm.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TipReader.h>

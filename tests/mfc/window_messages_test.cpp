@@ -3,6 +3,7 @@
 #include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
+#include <test_support/Messages.h>
 
 namespace {
 
@@ -17,13 +18,6 @@ protected:
 BEGIN_MESSAGE_MAP(DerivedWindow, RecordingWindow)
     ON_COMMAND(100, OnDerivedCommand)
 END_MESSAGE_MAP()
-
-void DispatchPosted()
-{
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageW(&message);
-}
 
 } // namespace
 
@@ -65,7 +59,7 @@ TEST(Window, PaintsAndErases)
     RecordingWindow window;
     window.Open(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     window.UpdateWindow();
-    DispatchPosted();
+    test_support::Pump();
     window.Take();
     window.eraseItself = true;
     window.Invalidate();
@@ -94,7 +88,7 @@ TEST(Window, LetsNoExceptionOut)
     window.Open(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
     EXPECT_EQ(window.SendMessage(throwMessage), 0);
     window.UpdateWindow();
-    DispatchPosted(); // a new window may be exposed once more
+    test_support::Pump(); // a new window may be exposed once more
     window.throwInPaint = true;
     window.Invalidate();
     window.UpdateWindow();
@@ -143,11 +137,6 @@ TEST(Window, ReceivesItsTimers)
     window.Open();
     window.Take();
     EXPECT_NE(window.SetTimer(8345, 10, nullptr), 0u);
-    const ULONGLONG limit = GetTickCount64() + 30000;
-    MSG message;
-    while (!Contains(window.calls, L"timer 8345") && GetTickCount64() < limit &&
-           GetMessageW(&message, nullptr, 0, 0) > 0)
-        DispatchMessageW(&message);
-    EXPECT_TRUE(Contains(window.Take(), L"timer 8345"));
+    EXPECT_TRUE(test_support::PumpUntil([&] { return Contains(window.calls, L"timer 8345"); }));
     EXPECT_TRUE(window.KillTimer(8345));
 }

@@ -33,26 +33,6 @@ LRESULT CALLBACK NoteTitle(int code, WPARAM wParam, LPARAM lParam)
 
 } // namespace
 
-void Pump()
-{
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageW(&message);
-}
-
-bool PumpUntil(const std::function<bool()>& holds, DWORD milliseconds)
-{
-    const ULONGLONG end = GetTickCount64() + milliseconds;
-    for (;;) {
-        Pump();
-        if (holds()) return true;
-        const ULONGLONG now = GetTickCount64();
-        if (now >= end) return false;
-        const DWORD left = static_cast<DWORD>(end - now);
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, left < 20 ? left : 20, QS_ALLINPUT);
-    }
-}
-
 std::vector<HWND> TipWindows()
 {
     std::vector<HWND> tips;

@@ -1,10 +1,12 @@
 // Combo boxes, toggle keys and fonts.
-#include "ExamWindow.h"
-
+#include <gtest/gtest.h>
+#include <test_support/ExamWindow.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <climits>
 #include <optional>
+
+using test_support::ExamWindow;
 
 CWinApp theApplication;
 
@@ -269,7 +271,7 @@ TEST_F(DialogFontTest, IsSetOnTheDialogAndAllItsControls)
 TEST(DialogFont, ReachesTheDialogItself)
 {
     ExamWindow window;
-    window.onMessage = [](ExamWindow&, UINT message, WPARAM wParam) {
+    window.onMessage = [](ExamWindow&, UINT message, WPARAM wParam, LPARAM) {
         if (message == WM_SETFONT) s_dialogFont = reinterpret_cast<HFONT>(wParam);
         return message == WM_SETFONT;
     };

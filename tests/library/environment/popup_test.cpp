@@ -1,8 +1,9 @@
 // Finding and closing pop-up windows.
-#include "ExamWindow.h"
-
 #include <base/Handles.h>
+#include <gtest/gtest.h>
+#include <test_support/ExamWindow.h>
 #include <test_support/ImportHook.h>
+#include <test_support/Messages.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <atomic>
@@ -12,7 +13,10 @@
 #include <utility>
 #include <vector>
 
+using test_support::AsMainWindow;
+using test_support::ExamWindow;
 using test_support::ImportHook;
+using test_support::PumpUntil;
 
 CWinApp theApplication;
 
@@ -21,14 +25,14 @@ namespace {
 using Messages = std::vector<std::pair<UINT, WPARAM>>;
 
 // Closes the window at Escape, as dialogs do.
-bool CloseAtEscape(ExamWindow& window, UINT message, WPARAM key)
+bool CloseAtEscape(ExamWindow& window, UINT message, WPARAM key, LPARAM)
 {
     if (message != WM_KEYDOWN || key != VK_ESCAPE) return false;
     DestroyWindow(window.Handle());
     return true;
 }
 
-bool CloseAtReturn(ExamWindow& window, UINT message, WPARAM key)
+bool CloseAtReturn(ExamWindow& window, UINT message, WPARAM key, LPARAM)
 {
     if (message != WM_KEYDOWN || key != VK_RETURN) return false;
     DestroyWindow(window.Handle());
@@ -47,7 +51,7 @@ protected:
             utilsExam::ClosePopup(popup, owner);
             isDone = true;
         });
-        EXPECT_TRUE(DispatchUntil([&] { return isDone.load(); }));
+        EXPECT_TRUE(PumpUntil([&] { return isDone.load(); }));
         return static_cast<DWORD>(GetTickCount64() - start);
     }
 
@@ -88,7 +92,7 @@ TEST_F(PopupTest, ABalloonHelpWindowIsNoPopup)
     EXPECT_EQ(utilsExam::FindPopupWindow(owner.Handle()), nullptr);
     EXPECT_FALSE(utilsExam::ClosePopups(owner.Handle()));
     ClosePopup(balloon.Handle(), owner.Handle());
-    EXPECT_FALSE(DispatchUntil([&] { return !balloon.Exists(); }, 300));
+    EXPECT_FALSE(PumpUntil([&] { return !balloon.Exists(); }, 300));
 }
 
 TEST_F(PopupTest, TheClassNameIsComparedExactly)
@@ -110,7 +114,7 @@ TEST_F(PopupTest, IsAskedToCloseByFocusEscapeAndReturn)
 {
     ExamWindow popup(owner.Handle());
     s_keys.clear();
-    popup.onMessage = [](ExamWindow& window, UINT message, WPARAM wParam) {
+    popup.onMessage = [](ExamWindow& window, UINT message, WPARAM wParam, LPARAM) {
         if (message != WM_SETFOCUS && message != WM_KEYDOWN && message != WM_KEYUP) return false;
         s_keys.emplace_back(message, wParam);
         if (s_keys.size() == 5) DestroyWindow(window.Handle());
@@ -140,7 +144,7 @@ TEST_F(PopupTest, GivesUpAfterFiveSecondsOnOneThatRefuses)
 {
     ExamWindow popup(owner.Handle());
     s_keys.clear();
-    popup.onMessage = [](ExamWindow&, UINT message, WPARAM wParam) {
+    popup.onMessage = [](ExamWindow&, UINT message, WPARAM wParam, LPARAM) {
         if (message == WM_KEYDOWN) s_keys.emplace_back(message, wParam);
         return message == WM_CLOSE;
     };
@@ -170,7 +174,7 @@ TEST_F(PopupTest, ClosePopupsReturnsAtOnceAndClosesInTheBackground)
     popup.onMessage = CloseAtEscape;
     EXPECT_TRUE(utilsExam::ClosePopups(nullptr));
     EXPECT_TRUE(popup.Exists()) << "its messages have not been dispatched yet";
-    EXPECT_TRUE(DispatchUntil([&] { return !popup.Exists(); }));
+    EXPECT_TRUE(PumpUntil([&] { return !popup.Exists(); }));
     EXPECT_FALSE(utilsExam::ClosePopups(nullptr));
 }
 
@@ -282,7 +286,7 @@ std::vector<std::unique_ptr<ExamWindow>> s_popups;
 
 void OpenAnother();
 
-bool CloseAndOpenAnother(ExamWindow& window, UINT message, WPARAM key)
+bool CloseAndOpenAnother(ExamWindow& window, UINT message, WPARAM key, LPARAM)
 {
     if (message != WM_KEYDOWN || key != VK_ESCAPE) return false;
     OpenAnother(); // first, because the closing ends when it finds no window
@@ -301,8 +305,8 @@ TEST_F(PopupTest, ClosePopupsGivesUpAtTheTenth)
     s_owner = owner.Handle();
     OpenAnother();
     EXPECT_TRUE(utilsExam::ClosePopups(owner.Handle()));
-    EXPECT_TRUE(DispatchUntil([] { return s_popups.size() == 10; }));
-    EXPECT_FALSE(DispatchUntil([] { return s_popups.size() > 10; }, 1500));
+    EXPECT_TRUE(PumpUntil([] { return s_popups.size() == 10; }));
+    EXPECT_FALSE(PumpUntil([] { return s_popups.size() > 10; }, 1500));
     EXPECT_TRUE(s_popups.back()->Exists());
     s_popups.clear();
 }

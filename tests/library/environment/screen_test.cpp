@@ -1,8 +1,11 @@
 // The places of dialogs and of the imaging area.
-#include "ExamWindow.h"
-
+#include <gtest/gtest.h>
+#include <test_support/ExamWindow.h>
 #include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/utilsExam.h>
+
+using test_support::AsMainWindow;
+using test_support::ExamWindow;
 
 CWinApp theApplication(L"screen test");
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <test_support/DibSection.h>
 #include <test_support/PerPixelForm.h>
+#include <Utils_Statics/BitmapFunctions.h>
 
 #include <random>
 

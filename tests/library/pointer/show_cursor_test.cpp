@@ -1,5 +1,7 @@
 // The counted guard of the ordinary cursor, against a real main window that records its messages.
 #include <gtest/gtest.h>
+#include <test_support/ExamWindow.h>
+#include <test_support/Messages.h>
 #include <Utils_Statics/ShowCursorHelper.h>
 
 #include <afxwin.h>
@@ -10,6 +12,11 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
+
+using test_support::ExamWindow;
+using test_support::PumpUntil;
+
+CWinApp theApplication;
 
 static_assert(sizeof(ShowCursorHelper) == sizeof(RECT) + sizeof(BOOL) + 4);
 static_assert(std::is_copy_assignable_v<ShowCursorHelper> &&
@@ -38,51 +45,25 @@ Messages operator+(Messages a, const Messages& b)
     return a;
 }
 
-CWinApp theApplication;
-
 // A window that records the application messages it gets.
 class RecordingWindow
 {
 public:
     RecordingWindow()
     {
-        static const ATOM windowClass = RegisterWindowClass();
-        m_window = CreateWindowExW(0, MAKEINTATOM(windowClass), L"recording", WS_POPUP, 100, 100,
-                                   300, 200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
-        ShowWindow(m_window, SW_SHOWNA); // an activated window would wait for a window manager
+        m_window.onMessage = [this](ExamWindow&, UINT message, WPARAM wParam, LPARAM lParam) {
+            Received({message, wParam, lParam});
+            return false;
+        };
     }
-    ~RecordingWindow() { DestroyWindow(m_window); }
-    RecordingWindow(const RecordingWindow&) = delete;
-    RecordingWindow& operator=(const RecordingWindow&) = delete;
 
-    HWND Handle() const { return m_window; }
+    HWND Handle() const { return m_window.Handle(); }
     Messages Take() { return std::exchange(m_messages, {}); }
 
     std::function<void(const Message&)> onMessage;
     bool captureLost = false;
 
 private:
-    static ATOM RegisterWindowClass()
-    {
-        WNDCLASSW description = {};
-        description.lpfnWndProc = Procedure;
-        description.hInstance = GetModuleHandleW(nullptr);
-        description.lpszClassName = L"ShowCursorTestWindow";
-        return RegisterClassW(&description);
-    }
-
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-    {
-        if (message == WM_NCCREATE)
-            SetWindowLongPtrW(window, GWLP_USERDATA,
-                              reinterpret_cast<LONG_PTR>(
-                                  reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-        if (auto* self =
-                reinterpret_cast<RecordingWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA)))
-            self->Received({message, wParam, lParam});
-        return DefWindowProcW(window, message, wParam, lParam);
-    }
-
     void Received(const Message& message)
     {
         if (message.message == WM_CAPTURECHANGED) captureLost = true;
@@ -91,8 +72,8 @@ private:
         if (onMessage) onMessage(message);
     }
 
-    HWND m_window = nullptr;
     Messages m_messages;
+    ExamWindow m_window;
 };
 
 class ShowCursorTest : public testing::Test
@@ -293,55 +274,39 @@ TEST_F(ShowCursorTest, TheMainWindowMayCreateAGuardWhileItHandlesTheMessages)
     EXPECT_EQ(window.Take(), switchOff);
 }
 
-// Dispatches this thread's messages until the handle is signalled; false when that takes too long.
-bool DispatchUntil(HANDLE handle)
-{
-    const ULONGLONG deadline = GetTickCount64() + 60'000;
-    while (GetTickCount64() < deadline) {
-        if (MsgWaitForMultipleObjects(1, &handle, FALSE, 1000, QS_ALLINPUT) == WAIT_OBJECT_0)
-            return true;
-        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
-            DispatchMessageW(&message);
-    }
-    return false;
-}
-
 TEST_F(ShowCursorTest, AGuardOfAnotherThreadNestsWithThisOnes)
 {
-    const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::atomic<bool> isDone = false;
     auto guard = std::make_unique<ShowCursorHelper>(true);
     EXPECT_EQ(window.Take(), switchOn);
     std::thread other([&] {
         {
             const ShowCursorHelper nested(true);
         }
-        SetEvent(done);
+        isDone = true;
     });
-    EXPECT_TRUE(DispatchUntil(done));
+    EXPECT_TRUE(PumpUntil([&] { return isDone.load(); }));
     other.join();
     EXPECT_TRUE(window.Take().empty());
     guard.reset();
     EXPECT_EQ(window.Take(), switchOff);
-    CloseHandle(done);
 }
 
 TEST_F(ShowCursorTest, FourThreadsAtOnceSwitchOnAndOffInTurn)
 {
     constexpr int threadCount = 4, rounds = 50;
-    const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     std::atomic<int> running = threadCount;
     const auto work = [&] {
         for (int i = 0; i < rounds; ++i) {
             const ShowCursorHelper outer(true);
             const ShowCursorHelper inner(true);
         }
-        if (--running == 0) SetEvent(done);
+        --running;
     };
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i)
         threads.emplace_back(work);
-    const bool finished = DispatchUntil(done);
-    ASSERT_TRUE(finished) << "the guards wait for each other";
+    ASSERT_TRUE(PumpUntil([&] { return running == 0; })) << "the guards wait for each other";
     for (std::thread& thread : threads)
         thread.join();
 
@@ -357,7 +322,6 @@ TEST_F(ShowCursorTest, FourThreadsAtOnceSwitchOnAndOffInTurn)
         const ShowCursorHelper guard(true);
     }
     EXPECT_EQ(window.Take(), period) << "no guard is left counted";
-    CloseHandle(done);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
+#include <test_support/Messages.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TipReader.h>
 #include <Utils_Statics/BalloonMessageService.h>

@@ -1,6 +1,7 @@
 #include "PatternWindow.h"
 
 #include <base/GdiHandles.h>
+#include <test_support/Messages.h>
 
 namespace {
 
@@ -62,9 +63,7 @@ void PatternWindow::OnPaint()
 void PatternWindow::PaintAll()
 {
     RedrawWindow(nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageW(&message);
+    test_support::Pump();
 }
 
 Picture PatternWindow::Screen()

@@ -1,5 +1,6 @@
 // CToolTipProvider, read back from the tooltip control.
 #include <gtest/gtest.h>
+#include <test_support/Messages.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TipReader.h>
 #include <Utils_Statics/CToolTipProvider.h>

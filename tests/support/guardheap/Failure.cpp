@@ -1,8 +1,6 @@
 #include "Failure.h"
 
 #include "GuardedRegion.h"
-#include "Modules.h"
-#include "TheRegion.h"
 
 #include <cstdint>
 #include <cwchar>
@@ -60,6 +58,15 @@ private:
     char m_text[512];
     DWORD m_length = 0;
 };
+
+HMODULE ModuleOf(const void* code)
+{
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<const wchar_t*>(code), &module);
+    return module;
+}
 
 // Prints "module+offset". addr2line takes the offset with the module's preferred base added.
 void PrintPlace(const char* word, const void* code)
@@ -159,6 +166,18 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
 }
 
 } // namespace
+
+bool IsOfProgram(HMODULE module)
+{
+    static const char ownAddress = 0;
+    if (!module || module == ModuleOf(&ownAddress)) return false;
+    wchar_t windows[MAX_PATH] = {};
+    wchar_t path[MAX_PATH] = {};
+    const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH || GetModuleFileNameW(module, path, MAX_PATH) == 0)
+        return false;
+    return _wcsnicmp(path, windows, length) != 0 || path[length] != L'\\';
+}
 
 void StopForBlock(const char* problem, const void* pointer, const void* block, std::size_t size)
 {

@@ -14,6 +14,10 @@ constexpr DWORD heapCorruption = 0xC0000374u;
 [[noreturn]] void StopForBlock(const char* problem, const void* pointer, const void* block,
                                std::size_t size);
 
+// True when a module came with the program: it lies outside the Windows directory and is not this
+// DLL itself. The system's modules keep their own heap.
+bool IsOfProgram(HMODULE module);
+
 // Reports from now on two kinds of exception on stderr and ends the process with the exception's
 // code: an access to an inaccessible page of the region, and an undefined-behaviour trap in a
 // module of the program. All other exceptions pass.

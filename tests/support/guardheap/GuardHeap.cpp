@@ -5,13 +5,15 @@
 #include "guardheap/GuardHeap.h"
 
 #include "Failure.h"
-#include "Modules.h"
-#include "TheRegion.h"
+#include "GuardedRegion.h"
+
+#include <test_support/Imports.h>
+
+#include <psapi.h>
 
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
-#include <iterator>
 
 namespace guardheap {
 
@@ -100,13 +102,42 @@ void* Plain(Function* function)
     return reinterpret_cast<void*>(function);
 }
 
+// The imports from msvcrt.dll that go to functions of this DLL.
+struct Redirection
+{
+    const char* name;
+    void* function;
+};
 const Redirection redirections[] = {
     {"malloc", Plain(GuardedMalloc)},   {"calloc", Plain(GuardedCalloc)},
     {"realloc", Plain(GuardedRealloc)}, {"free", Plain(GuardedFree)},
     {"_expand", Plain(GuardedExpand)},  {"_msize", Plain(GuardedMsize)},
     {"_strdup", Plain(GuardedStrdup)},  {"_wcsdup", Plain(GuardedWcsdup)},
 };
-constexpr int redirectionCount = static_cast<int>(std::size(redirections));
+
+// Redirects the imports of a module of the program; other modules are left alone. May be repeated.
+void RedirectImports(HMODULE module)
+{
+    if (!IsOfProgram(module)) return;
+    test_support::AnyImport(module, [](const char* library, const char* name, void** slot) {
+        if (_stricmp(library, "msvcrt.dll") != 0) return false;
+        for (const Redirection& redirection : redirections)
+            if (*slot != redirection.function && std::strcmp(name, redirection.name) == 0)
+                test_support::SetImport(slot, redirection.function);
+        return false;
+    });
+}
+
+void RedirectAllImports()
+{
+    constexpr int mostModules = 512;
+    static HMODULE modules[mostModules];
+    DWORD bytes = 0;
+    if (!K32EnumProcessModules(GetCurrentProcess(), modules, sizeof modules, &bytes)) return;
+    const DWORD loaded = bytes / sizeof(HMODULE);
+    for (DWORD i = 0; i < loaded && i < mostModules; ++i)
+        RedirectImports(modules[i]);
+}
 
 template <class Function>
 bool Find(Function*& function, HMODULE module, const char* name)
@@ -144,8 +175,7 @@ using LoaderObserver = void(CALLBACK*)(ULONG reason, const LoaderEvent*, void* c
 void CALLBACK OnLoader(ULONG reason, const LoaderEvent* event, void*)
 {
     constexpr ULONG loaded = 1;
-    if (reason == loaded)
-        RedirectImports(static_cast<HMODULE>(event->base), redirections, redirectionCount);
+    if (reason == loaded) RedirectImports(static_cast<HMODULE>(event->base));
 }
 
 // Modules that are loaded later are redirected before their first code runs.
@@ -161,7 +191,7 @@ bool Start()
 {
     if (!FindRealHeap() || !s_region.Reserve() || !ObserveLoader()) return false;
     StopAtFaults();
-    RedirectAllImports(redirections, redirectionCount);
+    RedirectAllImports();
     return true;
 }
 

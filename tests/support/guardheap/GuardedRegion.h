@@ -99,4 +99,7 @@ private:
     base::SlimLock m_lock;
 };
 
+// The process has one region.
+extern GuardedRegion s_region;
+
 } // namespace guardheap

@@ -29,7 +29,6 @@ public:
 
 private:
     void Replace(const wchar_t* module, const char* function, void* replacement);
-    void Set(void* function);
 
     void** m_entry = nullptr;
     void* m_original = nullptr;

@@ -3,16 +3,10 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace test_support {
-
-// Dispatches this thread's messages until the condition holds; false when it does not hold in time.
-bool PumpUntil(const std::function<bool()>& holds, DWORD milliseconds = 10000);
-// Dispatches the messages in the queue.
-void Pump();
 
 // This thread's tooltip windows, shown or not.
 std::vector<HWND> TipWindows();

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <afxwin.h>
+
+#include <functional>
 
 // The program's application object.
 extern CWinApp theApplication;
+
+namespace test_support {
 
 // A plain window of a class with any name and size, owned by another window or by none. Its
 // messages go to a function of the test.
@@ -13,7 +15,8 @@ class ExamWindow
 {
 public:
     // Returns true when the message was handled.
-    using Handler = bool (*)(ExamWindow& window, UINT message, WPARAM wParam);
+    using Handler =
+        std::function<bool(ExamWindow& window, UINT message, WPARAM wParam, LPARAM lParam)>;
 
     explicit ExamWindow(HWND owner = nullptr, const wchar_t* className = L"ExamTestWindow",
                         DWORD exStyle = 0)
@@ -31,7 +34,7 @@ public:
     HWND Handle() const { return m_window; }
     bool Exists() const { return IsWindow(m_window) != FALSE; }
 
-    Handler onMessage = nullptr;
+    Handler onMessage;
 
 private:
     static void Register(const wchar_t* className)
@@ -50,7 +53,7 @@ private:
                               reinterpret_cast<LONG_PTR>(
                                   reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
         auto* const self = reinterpret_cast<ExamWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (self && self->onMessage && self->onMessage(*self, message, wParam)) return 0;
+        if (self && self->onMessage && self->onMessage(*self, message, wParam, lParam)) return 0;
         return DefWindowProcW(window, message, wParam, lParam);
     }
 
@@ -78,16 +81,4 @@ private:
     CWnd m_main;
 };
 
-// Dispatches this thread's messages until `isDone` holds; false when that takes too long.
-template <class Condition>
-bool DispatchUntil(const Condition& isDone, DWORD milliseconds = 60'000)
-{
-    const ULONGLONG deadline = GetTickCount64() + milliseconds;
-    while (!isDone()) {
-        if (GetTickCount64() >= deadline) return false;
-        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
-            DispatchMessageW(&message);
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-    }
-    return true;
-}
+} // namespace test_support
