@@ -1,6 +1,7 @@
 // Signals and slots with other signatures than the state change's.
 #include <gtest/gtest.h>
 #include <test_support/VirtualPlace.h>
+#include <Utils_Statics/IProAgent.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <memory>
@@ -254,6 +255,28 @@ TEST(SignalAndSlot, VirtualOperationsStandInTheAgreedOrder)
     EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call2), 4u);
     EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call1), 5u);
     EXPECT_EQ(test_support::VirtualPlace(&IntBase::Call0), 6u);
+}
+
+// The agent that the whole process reaches.
+
+class Agent : public IProAgent
+{
+public:
+    Agent() { m_agent = this; }
+    ~Agent() override = default;
+    void Execute() override {}
+};
+
+TEST(ProAgent, IsReachableWhileItLives)
+{
+    EXPECT_EQ(IProAgent::GetAgent(), nullptr);
+    {
+        Agent agent;
+        EXPECT_EQ(IProAgent::GetAgent(), &agent);
+        agent.AddTail(L"task");
+        EXPECT_EQ(agent.GetCount(), 1);
+    }
+    EXPECT_EQ(IProAgent::GetAgent(), nullptr);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <base/GdiPlusSession.h>
 #include <gtest/gtest.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/IStatusItem.h>
@@ -12,8 +14,8 @@
 #include <memory>
 #include <string>
 
-// The program's application object; its name is "status".
-extern CWinApp theApplication;
+// The program's application object.
+inline CWinApp theApplication(L"status");
 
 inline constexpr Gdiplus::ARGB background = 0xFF204060;
 
@@ -79,16 +81,45 @@ inline void PrintTo(const CRect& rect, std::ostream* out)
 class StatusTest : public testing::Test
 {
 protected:
-    StatusTest();
-    ~StatusTest() override;
+    StatusTest()
+    {
+        repaints = 0;
+        qor_utils::SetStoreFolder(qor_utils::imagesStore, m_images.Path());
+        CreateDirectoryW((m_images / L"status").c_str(), nullptr);
+        theApplication.SetRegistryKey(m_settings.Path().c_str() +
+                                      std::wstring(L"Software\\").size());
+        IStatusItem::SetStatusCallback([] { ++repaints; });
+    }
+    ~StatusTest() override
+    {
+        IStatusItem::SetStatusCallback(nullptr);
+        qor_utils::SetStoreFolder(qor_utils::imagesStore, L"");
+    }
 
     // A file in the image folder's "status\".
-    std::wstring IconFile(const std::wstring& name) const;
+    std::wstring IconFile(const std::wstring& name) const
+    {
+        return m_images / (L"status\\" + name);
+    }
     // Makes the icon a picture of one colour.
-    void WriteIcon(const std::wstring& name, int width, int height, Gdiplus::ARGB colour) const;
+    void WriteIcon(const std::wstring& name, int width, int height, Gdiplus::ARGB colour) const
+    {
+        // The encoder of PNG files.
+        constexpr CLSID png = {
+            0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
+        Gdiplus::Bitmap picture(width, height, PixelFormat32bppARGB);
+        Gdiplus::Graphics(&picture).Clear(Gdiplus::Color(colour));
+        ASSERT_EQ(picture.Save(IconFile(name).c_str(), &png, nullptr), Gdiplus::Ok);
+    }
     // Sets a number in "Settings\Status", or a text in "Settings".
-    void Set(const wchar_t* name, DWORD number) const;
-    void SetText(const wchar_t* name, const wchar_t* text) const;
+    void Set(const wchar_t* name, DWORD number) const
+    {
+        m_settings.SetNumber(L"status\\Settings\\Status", name, number);
+    }
+    void SetText(const wchar_t* name, const wchar_t* text) const
+    {
+        m_settings.SetText(L"status\\Settings", name, text);
+    }
 
     // The width that the drawing of an item returns.
     static int Draw(const IStatusItem* item, Row& row)

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "RequestCounter.h"
-
 #include <gtest/gtest.h>
 #include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
@@ -26,6 +24,25 @@ using test_support::TipWindows;
 using test_support::TitleWatch;
 
 extern CWinApp application;
+
+// Counts the library's posts to its balloon window, and how many of them were freed, as long as the
+// object lives. One object at a time.
+class RequestCounter
+{
+public:
+    RequestCounter();
+
+    int Posted() const;
+    // The requests that were posted and not freed.
+    int Alive() const;
+
+    // Makes the platform refuse posts from now on.
+    void Refuse();
+
+private:
+    test_support::ImportHook m_post;
+    test_support::ImportHook m_delete;
+};
 
 // A service on the test's thread, with its log and its posts.
 class BalloonTest : public testing::Test
