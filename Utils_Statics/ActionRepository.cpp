@@ -1,13 +1,23 @@
 #include "Utils_Statics/ActionRepository.h"
 
-#include "actions/ButtonActions.h"
-
 #include <qor_utils/zelLogger.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_xml/zelXMLFile.h>
 
+#include <functional>
+#include <map>
 #include <new>
+#include <string_view>
 #include <utility>
+
+namespace utils_statics {
+
+// A record keeps its address until the map is cleared.
+class ButtonActions : public std::map<std::wstring, ButtonAction, std::less<>>
+{
+};
+
+} // namespace utils_statics
 
 namespace {
 
@@ -41,7 +51,9 @@ void ActionRepository::DestroyInstance()
 
 const ButtonAction* ActionRepository::GetAction(const wchar_t* name) const noexcept
 {
-    return m_actions->Find(name);
+    if (!name) return nullptr;
+    const auto found = m_actions->find(std::wstring_view(name));
+    return found == m_actions->end() ? nullptr : &found->second;
 }
 
 bool ActionRepository::Load()
@@ -51,8 +63,10 @@ try {
     if (!file.open(utilsExam::GetProtocolFile(L"ButtonActions.xml"), true)) return false;
     zelXMLNode element = file.getRootElement().getFirstChild();
     for (; element.isValid(); ++element) {
-        auto button = std::make_unique<ButtonAction>();
-        if (button->Load(element)) m_actions->Insert(std::move(button));
+        ButtonAction button;
+        if (!button.Load(element)) continue;
+        const std::wstring name = button.name;
+        m_actions->try_emplace(name, std::move(button)); // of several with a name, the first stays
     }
     return true;
 } catch (const std::bad_alloc&) {
@@ -61,5 +75,5 @@ try {
 
 void ActionRepository::RemoveAll()
 {
-    m_actions->Clear();
+    m_actions->clear();
 }

@@ -1,7 +1,7 @@
 #include "Utils_Statics/CStatusGps.h"
 
 #include "status/OneInstance.h"
-#include "status/StatusIcon.h"
+#include "status/StatusDrawing.h"
 
 #include <Utils_Statics/utilsExam.h>
 

@@ -1,9 +1,7 @@
 #include "Utils_Statics/CStatusStreaming.h"
 
-#include "environment/ProfileSettings.h"
 #include "status/OneInstance.h"
-#include "status/StatusIcon.h"
-#include "status/StatusText.h"
+#include "status/StatusDrawing.h"
 #include "text/TextView.h"
 
 #include <base/SlimLock.h>

@@ -1,6 +1,6 @@
 #include "Utils_Statics/CToolTipProvider.h"
 
-#include "environment/PathText.h"
+#include "text/TextView.h"
 #include "windows/CTimerWnd.h"
 
 #include <afxwin.h>

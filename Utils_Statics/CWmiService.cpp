@@ -1,7 +1,6 @@
 #include "Utils_Statics/CWmiService.h"
 
-#include "network/DriverNamespace.h"
-#include "network/ObjectProperty.h"
+#include "network/NetworkDrivers.h"
 
 #include <base/WrapArithmetic.h>
 #include <Utils_Statics/CStatusNetwork.h>

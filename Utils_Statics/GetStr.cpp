@@ -1,7 +1,6 @@
 #include "Utils_Statics/GetStr.h"
 
 #include "environment/EnvironmentLog.h"
-#include "environment/PathText.h"
 #include "text/FormatContract.h"
 #include "text/TextView.h"
 

@@ -1,6 +1,6 @@
 #include "Utils_Statics/QuerySink.h"
 
-#include "network/ObjectProperty.h"
+#include "network/NetworkDrivers.h"
 
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusWireless.h>

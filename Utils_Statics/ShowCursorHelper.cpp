@@ -1,6 +1,6 @@
 #include "Utils_Statics/ShowCursorHelper.h"
 
-#include "environment/MainWindow.h"
+#include "environment/Application.h"
 
 #include <qor_utils/CriticalSection.h>
 

@@ -1,9 +1,13 @@
-// utilsExam: the application's mode flags and console model, start-up, and the environment's log
-// lines. Objects that need construction at run time are in StaticObjects.cpp.
+// utilsExam: the application's mode flags and console model, start-up, the capture ("print")
+// buttons' settings, and the environment's log lines. Objects that need construction at run time
+// are in StaticObjects.cpp.
+#include "environment/Application.h"
 #include "environment/EnvironmentLog.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/utilsExam.h>
+
+#include <new>
 
 namespace {
 
@@ -12,6 +16,21 @@ constinit ModeCallback s_isResearchModeActive = nullptr;
 
 // The value of HeapCompatibilityInformation that stands for the low-fragmentation heap.
 constexpr ULONG lowFragmentationHeap = 2;
+
+constexpr wchar_t captureSection[] = L"Settings\\Capture";
+
+// The flags and actions are the application's own; the library only knows the defaults.
+constexpr int defaultAction = 18;
+
+int DefaultFlags(unsigned int n)
+{
+    switch (n) {
+    case 0: return 1;
+    case 1: return 13;
+    case 2: return 64;
+    default: return 3;
+    }
+}
 
 } // namespace
 
@@ -124,4 +143,22 @@ void utilsExam::EnableLowFragmentationHeap() noexcept
 void utilsExam::StateChangeSignal(StateChangeType type, unsigned int param1, long param2)
 {
     IStateChangeConsumer::StateChangeSignal(type, param1, param2);
+}
+
+unsigned int utilsExam::GetPrintButtonFlags(unsigned int n)
+try {
+    CString entry;
+    entry.Format(L"PrintButton%d", n);
+    return utils_statics::ProfileNumber(captureSection, entry, DefaultFlags(n));
+} catch (const std::bad_alloc&) {
+    return static_cast<unsigned int>(DefaultFlags(n));
+}
+
+unsigned int utilsExam::GetPrintButtonAction(unsigned int n)
+try {
+    CString entry;
+    entry.Format(L"PrintButton%d_Action", n);
+    return utils_statics::ProfileNumber(captureSection, entry, defaultAction);
+} catch (const std::bad_alloc&) {
+    return defaultAction;
 }

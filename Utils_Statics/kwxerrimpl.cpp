@@ -1,4 +1,4 @@
-#include "environment/PathText.h"
+#include "text/TextView.h"
 #include "windows/CMainThreadWnd.h"
 #include "windows/NoticeText.h"
 

@@ -1,61 +1,45 @@
 #pragma once
 
-#include <windows.h>
+#include "text/TextView.h"
 
+#include <shlwapi.h>
+
+#include <algorithm>
 #include <string>
 
-// Path texts and the bounds of path buffers.
 namespace utils_statics {
 
-// `text`, or an empty text for null.
-inline const wchar_t* OrEmpty(const wchar_t* text)
-{
-    return text ? text : L"";
-}
-
-// Replaces every `from` with `to`.
-void ReplaceAll(std::wstring& text, wchar_t from, wchar_t to);
-
 // Removes every occurrence of `part`, in one pass from the left.
-void RemoveAll(std::wstring& text, const std::wstring& part);
+inline void RemoveAll(std::wstring& text, const std::wstring& part)
+{
+    for (auto found = text.find(part); found != std::wstring::npos; found = text.find(part, found))
+        text.erase(found, part.size());
+}
 
 // Turns each pair of backslashes into one, in one pass from the left without overlap: three become
 // two. The two leading backslashes of a network path become one as well; network paths are not
 // supported here.
-void CollapseBackslashes(std::wstring& path);
+inline void CollapseBackslashes(std::wstring& path)
+{
+    for (auto pair = path.find(L"\\\\"); pair != std::wstring::npos;
+         pair = path.find(L"\\\\", pair + 1))
+        path.erase(pair, 1);
+}
 
 // `path` (null is empty) with backslashes only, collapsed `passes` times.
-std::wstring NormalisedPath(const wchar_t* path, int passes);
-
-void StripTrailingSeparators(std::wstring& path);
-
-// Ensures that a text that is not empty ends in a backslash.
-void EnsureTrailingBackslash(std::wstring& path);
-
-// A path for a function of the platform that edits in place; at most MAX_PATH - 1 characters.
-class PathBuffer
+inline std::wstring NormalisedPath(const wchar_t* path, int passes)
 {
-public:
-    // A longer path leaves the buffer empty.
-    explicit PathBuffer(const std::wstring& path);
-
-    wchar_t* data() { return m_text; }
-    std::wstring Text() const { return m_text; }
-
-private:
-    wchar_t m_text[MAX_PATH] = {};
-};
-
-// `path`, of any length, without its last component.
-std::wstring WithoutLastComponent(std::wstring path);
-
-// `path`, of any length, without one backslash at its end. The root of a drive keeps its own.
-std::wstring WithoutTrailingBackslash(std::wstring path);
+    std::wstring normalised = OrEmpty(path);
+    std::replace(normalised.begin(), normalised.end(), L'/', L'\\');
+    for (int pass = 0; pass < passes; ++pass)
+        CollapseBackslashes(normalised);
+    return normalised;
+}
 
 // True when there is a file or folder of this name.
-bool PathExists(const std::wstring& path);
-
-// The process's current directory; empty when it does not fit a path buffer.
-std::wstring CurrentDirectory();
+inline bool PathExists(const std::wstring& path)
+{
+    return PathFileExistsW(path.c_str()) != FALSE;
+}
 
 } // namespace utils_statics

@@ -1,16 +1,44 @@
-// utilsExam: small text helpers, and fitting a text into a width.
+// utilsExam: the texts of the program file's version resource, small text helpers, fitting a text
+// into a width, and spans of dates.
 #include "Utils_Statics/utilsExam.h"
 
+#include "diagnostics/VersionBlock.h"
 #include "text/TextView.h"
 
+#include <base/SlimLock.h>
+#include <Utils_Statics/GetStr.h>
+
+#include <afxdisp.h>
 #include <afxwin.h>
 
 #include <algorithm>
+#include <cwchar>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
 #include <string_view>
+#include <vector>
 
 using namespace utils_statics;
 
 namespace {
+
+// Guards the caches below: balloon messages ask for the product's name on any thread.
+constinit base::SlimLock s_cacheLock;
+
+// The text of `name`, read once and kept while it is not empty.
+CString CachedEntry(CString& cache, const wchar_t* name)
+{
+    {
+        const std::shared_lock lock(s_cacheLock);
+        if (!cache.IsEmpty()) return cache;
+    }
+    CString entry = utilsExam::GetStringTableEntry(name); // without the lock: it may take long
+    if (entry.IsEmpty()) entry = GetStr("product.description.notset");
+    const std::unique_lock lock(s_cacheLock);
+    if (cache.IsEmpty()) cache = entry;
+    return cache;
+}
 
 constexpr std::wstring_view delimiters = L" \n";
 
@@ -80,6 +108,40 @@ private:
 
 } // namespace
 
+CString utilsExam::GetStringTableEntry(const wchar_t* name)
+{
+    const CString file = GetApplicationFilePath();
+    const VersionReader reader(file);
+    std::vector<unsigned char> block(reader.Size());
+    if (block.empty() || !reader.Read(block.data())) return CString();
+    std::wstring query(versionQuerySize + std::wcslen(OrEmpty(name)), L'\0');
+    return ToCString(VersionText(block.data(), OrEmpty(name), query));
+}
+
+CString utilsExam::GetProductVersion()
+{
+    static CString cache;
+    return CachedEntry(cache, L"ProductVersion");
+}
+
+CString utilsExam::GetProductName()
+{
+    static CString cache;
+    return CachedEntry(cache, L"ProductName");
+}
+
+CString utilsExam::GetProductPublisher()
+{
+    static CString cache;
+    return CachedEntry(cache, L"CompanyName");
+}
+
+CString utilsExam::GetBuildDate()
+{
+    static CString cache;
+    return CachedEntry(cache, L"BuildDate");
+}
+
 void utilsExam::StlListToMfcList(const std::vector<std::wstring>& from, CStringArray& to)
 {
     for (const std::wstring& text : from)
@@ -110,4 +172,23 @@ int utilsExam::WrapStr(CDC* dc, CString& text, int width)
     }
     text = ToCString(longest);
     return lines.Count();
+}
+
+int utilsExam::GetYearSpan(const COleDateTime& from, const COleDateTime& to)
+{
+    const int years = to.GetYear() - from.GetYear();
+    const bool beforeTheDay = to.GetMonth() < from.GetMonth() ||
+                              (to.GetMonth() == from.GetMonth() && to.GetDay() < from.GetDay());
+    return beforeTheDay ? years - 1 : years;
+}
+
+int utilsExam::GetMonthSpan(const COleDateTime& from, const COleDateTime& to)
+{
+    constexpr int monthsOfAYear = 12;
+    int months = to.GetMonth() - from.GetMonth();
+    if (months < 0) months += monthsOfAYear;
+    const bool beforeTheDay = to.GetDay() < from.GetDay();
+    if (months == 0 && to.GetDay() == from.GetDay()) return 0;
+    if (months == 0 && beforeTheDay) return monthsOfAYear;
+    return beforeTheDay ? months : months + 1; // a started month counts
 }

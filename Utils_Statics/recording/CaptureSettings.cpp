@@ -1,6 +1,6 @@
 #include "recording/CaptureSettings.h"
 
-#include "environment/ProfileSettings.h"
+#include "environment/Application.h"
 
 namespace utils_statics {
 

@@ -6,6 +6,12 @@
 
 namespace utils_statics {
 
+// `text`, or an empty text for null.
+inline const wchar_t* OrEmpty(const wchar_t* text)
+{
+    return text ? text : L"";
+}
+
 // The characters of a text, embedded zeros included. The view is valid until the text changes.
 inline std::wstring_view View(const CString& text)
 {

@@ -1,12 +1,26 @@
 #pragma once
 
-#include "windows/BalloonRequest.h"
-
 #include <qor_utils/CriticalSection.h>
+#include <Utils_Statics/CToolTipProvider.h>
 
 #include <afxwin.h>
+#include <atlstr.h>
 
 #include <memory>
+
+namespace utils_statics {
+
+// A request to show a balloon, sent to the main thread by the thread that raised the notice.
+struct BalloonRequest
+{
+    CString text;
+    CString title;
+    POINT at; // screen pixels
+    CToolTipProvider::IconType icon;
+    unsigned int timeMs;
+};
+
+} // namespace utils_statics
 
 // The hidden window of the user-interface thread that shows balloons for all threads.
 class CMainThreadWnd : public CWnd

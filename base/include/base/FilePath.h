@@ -18,6 +18,20 @@ inline std::wstring FullPath(const wchar_t* path)
     return full;
 }
 
+/// `path` without the slashes and backslashes at its end.
+inline std::wstring WithoutTrailingSeparators(std::wstring path)
+{
+    path.resize(path.find_last_not_of(L"\\/") + 1); // npos + 1 is 0
+    return path;
+}
+
+/// `path` with a backslash at its end; an empty one stays empty.
+inline std::wstring WithTrailingBackslash(std::wstring path)
+{
+    if (!path.empty() && path.back() != L'\\') path += L'\\';
+    return path;
+}
+
 /// The file name of a module, of any length; null means the running program. Empty when the
 /// platform cannot tell.
 inline std::wstring ModuleFile(HMODULE module)

@@ -1,6 +1,6 @@
-#include "status/StatusIcon.h"
+#include "status/StatusDrawing.h"
 
-#include "environment/ProfileSettings.h"
+#include "environment/Application.h"
 
 #include <base/WrapArithmetic.h>
 
@@ -41,6 +41,23 @@ try {
     return static_cast<int>(image.GetWidth());
 } catch (...) { // memory is short
     return 0;
+}
+
+StatusText::StatusText(Gdiplus::REAL points, int style, Gdiplus::StringAlignment alignment)
+    : m_arial(L"Arial"),
+      m_font(m_arial.IsAvailable() ? &m_arial : Gdiplus::FontFamily::GenericSansSerif(), points,
+             style, Gdiplus::UnitPoint)
+{
+    m_format.SetAlignment(alignment);
+    m_format.SetLineAlignment(alignment);
+}
+
+void StatusText::Draw(Gdiplus::Graphics& graphics, const std::wstring& text,
+                      const Gdiplus::RectF& layout, Gdiplus::ARGB colour) const
+{
+    const Gdiplus::SolidBrush brush{Gdiplus::Color(colour)};
+    graphics.DrawString(text.c_str(), static_cast<INT>(text.size()), &m_font, layout, &m_format,
+                        &brush);
 }
 
 } // namespace utils_statics

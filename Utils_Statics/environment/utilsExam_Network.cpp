@@ -4,8 +4,7 @@
 #include "Utils_Statics/utilsExam.h"
 
 #include "environment/PathText.h"
-#include "network/DriverNamespace.h"
-#include "network/ObjectProperty.h"
+#include "network/NetworkDrivers.h"
 
 using namespace utils_statics;
 
