@@ -1,27 +1,74 @@
 #include "XMLDocument.h"
 
+#include <base/FileContents.h>
+#include <base/FileReplacement.h>
 #include <base/Handles.h>
 
 #include <algorithm>
+#include <atomic>
+#include <limits>
 
 namespace zel_xml {
 
 namespace {
 
-// Reads the whole file; false when it cannot be read, is empty or is too large for a document.
-bool ReadBytes(const std::wstring& path, std::string& bytes)
+// A new file with an unused name, open for writing. It is deleted with the object unless it was
+// moved away.
+class NewFile
 {
-    constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const base::File file(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) return false;
-    LARGE_INTEGER size{};
-    if (!GetFileSizeEx(file.get(), &size) || size.QuadPart <= 0) return false;
-    if (size.QuadPart > static_cast<LONGLONG>(maxDocumentSize)) return false;
-    bytes.resize(static_cast<std::size_t>(size.QuadPart));
-    DWORD read = 0;
-    return ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) &&
-           read == bytes.size();
+public:
+    explicit NewFile(const std::wstring& folder)
+    {
+        static std::atomic<unsigned> serial{0};
+        const std::wstring stem = folder + L"~xml" + std::to_wstring(GetCurrentProcessId()) + L"-";
+        do {
+            m_path = stem + std::to_wstring(++serial) + L".tmp";
+            m_file.reset(CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+        } while (!m_file && GetLastError() == ERROR_FILE_EXISTS);
+        m_exists = IsOpen();
+    }
+
+    ~NewFile()
+    {
+        m_file.reset();
+        if (m_exists) DeleteFileW(m_path.c_str());
+    }
+
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    bool IsOpen() const { return static_cast<bool>(m_file); }
+
+    bool Write(const std::string& bytes)
+    {
+        if (bytes.size() > std::numeric_limits<DWORD>::max()) return false;
+        const DWORD size = static_cast<DWORD>(bytes.size());
+        DWORD written = 0;
+        return WriteFile(m_file.get(), bytes.data(), size, &written, nullptr) && written == size;
+    }
+
+    bool MoveOver(const std::wstring& path)
+    {
+        // Without the flush a power cut could leave the new name on a file that was never written.
+        if (!FlushFileBuffers(m_file.get())) return false;
+        m_file.reset();
+        if (!base::MoveOver(m_path.c_str(), path.c_str())) return false;
+        m_exists = false;
+        return true;
+    }
+
+private:
+    std::wstring m_path;
+    base::File m_file;
+    bool m_exists = false;
+};
+
+// This is checked explicitly, because some file systems replace a write-protected file.
+bool IsWriteProtected(const std::wstring& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
 int DepthOf(pugi::xml_node element) noexcept
@@ -50,10 +97,10 @@ private:
 std::shared_ptr<XMLDocument> XMLDocument::Load(const std::wstring& path, int& faultLine)
 {
     faultLine = 0;
-    std::string bytes;
-    if (!ReadBytes(path, bytes)) return nullptr;
+    const auto bytes = base::ReadFileWhole(path.c_str(), maxDocumentSize);
+    if (!bytes || bytes->empty()) return nullptr;
     auto document = std::make_shared<XMLDocument>();
-    faultLine = ParseXml(bytes, document->m_tree, document->m_lines);
+    faultLine = ParseXml(*bytes, document->m_tree, document->m_lines);
     return faultLine == 0 ? document : nullptr;
 }
 
@@ -85,6 +132,14 @@ int XMLDocument::LineOf(const pugi::xml_node& element) const noexcept
     const ElementLines::value_type first(element.internal_object(), 0);
     const auto found = std::lower_bound(m_lines.begin(), m_lines.end(), first);
     return found != m_lines.end() && found->first == first.first ? found->second : 0;
+}
+
+bool XMLDocument::Save(const std::wstring& path) const
+{
+    const std::string bytes = ToBytes();
+    if (IsWriteProtected(path)) return false;
+    NewFile file(path.substr(0, path.find_last_of(L"\\/") + 1));
+    return file.IsOpen() && file.Write(bytes) && file.MoveOver(path);
 }
 
 std::string XMLDocument::ToBytes() const

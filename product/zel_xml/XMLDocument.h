@@ -43,10 +43,14 @@ public:
     // The line of the file that an element begins on; 0 for one that was not read from a file.
     int LineOf(const pugi::xml_node& element) const noexcept;
 
+    // Writes a new file beside path (absolute) and puts it in path's place in one step. On any
+    // failure, even want of memory, path is unchanged and nothing is left beside it.
+    bool Save(const std::wstring& path) const;
+
+private:
     // The whole document in UTF-8 with its declaration.
     std::string ToBytes() const;
 
-private:
     pugi::xml_document m_tree;
     ElementLines m_lines; // the elements that were read, sorted by address
     pugi::xml_node m_removed;

@@ -1,9 +1,7 @@
 #include "zel_xml/XMLEditing.h"
 
-#include "AtomicFile.h"
 #include "XMLAccess.h"
 #include "XMLParser.h"
-#include "XMLText.h"
 
 #include <base/FilePath.h>
 
@@ -17,8 +15,7 @@ namespace {
 bool WriteDocument(const XMLDocument& document, const std::wstring& path) noexcept
 {
     try {
-        const std::string bytes = document.ToBytes();
-        return ReplaceAtomically(path, [&bytes](HANDLE file) { return WriteBytes(file, bytes); });
+        return document.Save(path);
     } catch (const std::exception&) {
         return false;
     }

@@ -1,7 +1,5 @@
 #include "XMLParser.h"
 
-#include "XMLText.h"
-
 #include <base/Encoding.h>
 
 #include <expat.h>
@@ -53,7 +51,6 @@ Parser CreateParser()
 
 bool Parse(const Parser& parser, std::string_view bytes)
 {
-    if (bytes.size() > maxDocumentSize) return false;
     const int size = static_cast<int>(bytes.size());
     return XML_Parse(parser.get(), bytes.data(), size, XML_TRUE) == XML_STATUS_OK;
 }
@@ -210,6 +207,22 @@ private:
     bool m_isInDoctype = false;
 };
 
+bool IsHighSurrogate(wchar_t c) noexcept
+{
+    return c >= 0xD800 && c <= 0xDBFF;
+}
+
+bool IsLowSurrogate(wchar_t c) noexcept
+{
+    return c >= 0xDC00 && c <= 0xDFFF;
+}
+
+bool IsPlainCharacter(wchar_t c) noexcept
+{
+    if (c < 0x20) return c == L'\t' || c == L'\n' || c == L'\r';
+    return c < 0xD800 || (c > 0xDFFF && c < 0xFFFE);
+}
+
 // The verdict on a name by its characters; only names beyond ASCII need expat.
 enum class NameVerdict
 {
@@ -248,9 +261,20 @@ try {
     const NameVerdict verdict = name ? JudgeName(name) : NameVerdict::no;
     if (verdict != NameVerdict::askParser) return verdict == NameVerdict::yes;
     const std::string element = base::Utf8FromWide(std::wstring(L"<").append(name).append(L"/>"));
-    return IsXmlText(name) && Parse(CreateParser(), element);
+    return element.size() <= maxDocumentSize && IsXmlText(name) && Parse(CreateParser(), element);
 } catch (const std::exception&) {
     return false;
+}
+
+bool IsXmlText(std::wstring_view text) noexcept
+{
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (IsPlainCharacter(text[i])) continue;
+        if (!IsHighSurrogate(text[i]) || i + 1 == text.size() || !IsLowSurrogate(text[i + 1]))
+            return false;
+        ++i;
+    }
+    return true;
 }
 
 } // namespace zel_xml

@@ -3,7 +3,6 @@
 #include "XMLDocument.h"
 #include "XMLNumber.h"
 #include "XMLParser.h"
-#include "XMLText.h"
 
 #include <exception>
 #include <utility>
