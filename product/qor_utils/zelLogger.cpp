@@ -2,10 +2,10 @@
 
 #include "LogFile.h"
 #include "LogHook.h"
-#include "PathFault.h"
 #include "qor_utils/zelPath.h"
 
 #include <base/FilePath.h>
+#include <base/Folders.h>
 #include <base/SlimLock.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreNumbers.h>
@@ -20,6 +20,8 @@
 namespace {
 
 constexpr std::size_t longestText = 65536;
+constexpr wchar_t longPathPrefix[] = L"\\\\?\\";
+constexpr std::size_t longPathPrefixLength = 4;
 
 // Null until the host sets one. A crash report asks for it while any thread may hold a lock, so it
 // is read without one.
@@ -34,14 +36,10 @@ const std::wstring* Keep(std::wstring&& directory)
     return &*kept.insert(std::move(directory)).first;
 }
 
-// Creates each missing folder on the way. A failure shows later, when a file is opened in the
-// folder.
-void MakeFolders(const std::wstring& folder)
+// A failure shows later, when a file is opened in the folder.
+void MakeMissing(const std::wstring& folder)
 {
-    if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES) return;
-    for (auto end = folder.find(L'\\'); end != std::wstring::npos;
-         end = folder.find(L'\\', end + 1))
-        CreateDirectoryW(folder.substr(0, end).c_str(), nullptr);
+    if (GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES) base::MakeFolders(folder);
 }
 
 std::wstring LogDirectory()
@@ -64,10 +62,36 @@ void Format(std::wstring& text, const wchar_t* pattern, va_list arguments)
     }
 }
 
+bool IsLetter(wchar_t c)
+{
+    return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
+}
+
+bool IsForbidden(wchar_t c)
+{
+    return c < L' ' || std::wcschr(L"<>\"|?*", c) != nullptr;
+}
+
+// The reason why the file system cannot have a path, as a sentence without its subject ("is
+// empty"); null for a possible path.
+const wchar_t* PathFault(const wchar_t* path) noexcept
+{
+    if (!path || !*path) return L"is empty";
+    if (std::wcsncmp(path, longPathPrefix, longPathPrefixLength) == 0)
+        path += longPathPrefixLength;
+    else if (wcsnlen(path, MAX_PATH) >= MAX_PATH)
+        return L"is too long";
+    if (IsLetter(path[0]) && path[1] == L':') path += 2;
+    for (; *path; ++path) {
+        if (IsForbidden(*path) || *path == L':') return L"holds a character that no file name can";
+    }
+    return nullptr;
+}
+
 void Write(const qor_utils::LogMessage& message)
 {
     const std::wstring directory = LogDirectory();
-    MakeFolders(directory);
+    MakeMissing(directory);
     qor_utils::WriteToLog(directory, message);
     qor_utils::CallLogHook(message);
 }
@@ -76,8 +100,7 @@ void Write(const qor_utils::LogMessage& message)
 
 void qor_utils::SetLogDirectory(const std::wstring& directory)
 {
-    std::wstring text = base::FullPath(directory.c_str());
-    if (!text.empty() && text.back() != L'\\') text += L'\\';
+    std::wstring text = base::WithTrailingBackslash(base::FullPath(directory.c_str()));
     s_directoryOfHost = text.empty() ? nullptr : Keep(std::move(text));
     CloseLogFile();
 }
@@ -85,13 +108,13 @@ void qor_utils::SetLogDirectory(const std::wstring& directory)
 std::wstring zelLogger::getCurrentDirectory()
 {
     std::wstring directory = LogDirectory();
-    MakeFolders(directory);
+    MakeMissing(directory);
     return directory;
 }
 
 bool zelLogger::checkPath(const char* source, int line, const wchar_t* path)
 {
-    const wchar_t* fault = qor_utils::PathFault(path);
+    const wchar_t* const fault = PathFault(path);
     if (!fault) return true;
     zelLogHelper(source, line, qor_utils::warningLevel)(L"The path '%s' %s.", path ? path : L"",
                                                         fault);

@@ -46,12 +46,6 @@ bool IsSeparator(wchar_t c)
     return c == L'\\' || c == L'/';
 }
 
-void StripTrailingSeparators(std::wstring& folder)
-{
-    while (!folder.empty() && IsSeparator(folder.back()))
-        folder.pop_back();
-}
-
 // True when the folder begins at a drive or at a root. "C:name" counts too, although it depends on
 // the drive's current folder.
 bool IsAbsolute(const std::wstring& folder)
@@ -59,11 +53,10 @@ bool IsAbsolute(const std::wstring& folder)
     return IsSeparator(folder[0]) || (folder.size() > 1 && folder[1] == L':');
 }
 
-std::wstring Join(std::wstring folder, const std::wstring& name)
+std::wstring Join(const std::wstring& folder, const std::wstring& name)
 {
-    StripTrailingSeparators(folder);
     const auto begin = std::find_if_not(name.begin(), name.end(), IsSeparator);
-    return std::move(folder) + L"\\" + std::wstring(begin, name.end());
+    return base::WithoutTrailingSeparators(folder) + L"\\" + std::wstring(begin, name.end());
 }
 
 std::wstring ApplicationFolder()
@@ -93,7 +86,7 @@ std::wstring zelPath::getPath(int store, const std::wstring& name)
     if (!folder) return {};
     if (folder->empty()) return Join(ApplicationFolder(), name);
     if (!IsAbsolute(*folder)) folder = Join(ApplicationFolder(), *folder);
-    return Join(*std::move(folder), name);
+    return Join(*folder, name);
 }
 
 void qor_utils::SetStoreFolder(int store, const std::wstring& folder)
