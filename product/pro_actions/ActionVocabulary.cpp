@@ -2,9 +2,24 @@
 
 #include <zel_xml/zelXMLNode.h>
 
+#include <mutex>
+
 namespace pro_actions {
 
 namespace {
+
+// The vocabulary in use and its lock.
+struct Current
+{
+    std::mutex mutex;
+    std::shared_ptr<const ActionVocabulary> vocabulary;
+};
+
+Current& TheCurrent() noexcept
+{
+    static Current current;
+    return current;
+}
 
 bool AddEntry(NumberedNames& names, const zelXMLNode& element, const wchar_t* numberAttribute)
 {
@@ -55,6 +70,18 @@ const NumberedNames& ActionVocabulary::ActionsOf(ActionType type) const noexcept
     static const NumberedNames none;
     const auto found = m_actions.find(type);
     return found == m_actions.end() ? none : found->second;
+}
+
+std::shared_ptr<const ActionVocabulary> CurrentVocabulary() noexcept
+{
+    const std::scoped_lock lock(TheCurrent().mutex);
+    return TheCurrent().vocabulary;
+}
+
+void SetCurrentVocabulary(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept
+{
+    const std::scoped_lock lock(TheCurrent().mutex);
+    TheCurrent().vocabulary.swap(vocabulary);
 }
 
 } // namespace pro_actions

@@ -3,6 +3,7 @@
 #include <pro_actions/ActionType.h>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -42,5 +43,11 @@ private:
     NumberedNames m_types;
     std::map<int, NumberedNames> m_actions;
 };
+
+// A share of the vocabulary in use, so that loading another one never destroys it while it is read.
+// Null until a vocabulary is loaded.
+std::shared_ptr<const ActionVocabulary> CurrentVocabulary() noexcept;
+
+void SetCurrentVocabulary(std::shared_ptr<const ActionVocabulary> vocabulary) noexcept;
 
 } // namespace pro_actions

@@ -1,13 +1,12 @@
 #include "pro_actions/CProActionCollection.h"
 
 #include "ActionVocabulary.h"
-#include "CurrentVocabulary.h"
 
 using pro_actions::CurrentVocabulary;
 
 ActionType CProActionCollection::MapActionType(const wchar_t* name) noexcept
 {
-    const auto vocabulary = CurrentVocabulary::Get().Share();
+    const auto vocabulary = CurrentVocabulary();
     return vocabulary && name ? static_cast<ActionType>(vocabulary->Types().NumberOf(name))
                               : actionTypeNone;
 }
@@ -19,7 +18,7 @@ ActionType CProActionCollection::MapActionType(const std::wstring& name) noexcep
 
 int CProActionCollection::MapAction(ActionType type, const wchar_t* name) noexcept
 {
-    const auto vocabulary = CurrentVocabulary::Get().Share();
+    const auto vocabulary = CurrentVocabulary();
     return vocabulary && name ? vocabulary->ActionsOf(type).NumberOf(name) : -1;
 }
 

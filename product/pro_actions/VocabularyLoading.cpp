@@ -1,7 +1,6 @@
 #include "pro_actions/VocabularyLoading.h"
 
 #include "ActionVocabulary.h"
-#include "CurrentVocabulary.h"
 
 #include <zel_xml/zelXMLFile.h>
 
@@ -17,7 +16,7 @@ bool LoadVocabulary(const std::wstring& path) noexcept
         zelXMLFile file;
         auto vocabulary = std::make_shared<ActionVocabulary>();
         if (!file.open(path, true) || !vocabulary->Read(file.getRootElement())) return false;
-        CurrentVocabulary::Get().Set(std::move(vocabulary));
+        SetCurrentVocabulary(std::move(vocabulary));
         return true;
     } catch (const std::exception&) { // out of memory
         return false;
@@ -26,18 +25,18 @@ bool LoadVocabulary(const std::wstring& path) noexcept
 
 void ClearVocabulary() noexcept
 {
-    CurrentVocabulary::Get().Set(nullptr);
+    SetCurrentVocabulary(nullptr);
 }
 
 std::wstring ActionTypeName(ActionType type)
 {
-    const auto vocabulary = CurrentVocabulary::Get().Share();
+    const auto vocabulary = CurrentVocabulary();
     return vocabulary ? vocabulary->Types().NameOf(type) : std::wstring();
 }
 
 std::wstring ActionName(ActionType type, int action)
 {
-    const auto vocabulary = CurrentVocabulary::Get().Share();
+    const auto vocabulary = CurrentVocabulary();
     return vocabulary ? vocabulary->ActionsOf(type).NameOf(action) : std::wstring();
 }
 

@@ -2,7 +2,6 @@
 
 #include "TableState.h"
 #include "XliffFile.h"
-#include "XliffFolder.h"
 
 #include <algorithm>
 #include <mutex>

@@ -3,6 +3,7 @@
 #include <base/SlimLock.h>
 
 #include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -19,7 +20,13 @@ public:
     }
 
     // The pool's copy; null for a new text when the pool is full.
-    const wchar_t* Keep(std::wstring_view text);
+    const wchar_t* Keep(std::wstring_view text)
+    {
+        const std::scoped_lock guard(m_lock);
+        const auto known = m_texts.find(text);
+        if (known != m_texts.end()) return known->c_str();
+        return m_texts.size() < m_mostTexts ? m_texts.emplace(text).first->c_str() : nullptr;
+    }
 
 private:
     struct Hash

@@ -21,6 +21,10 @@ struct XliffSection
     std::vector<XliffUnit> units;
 };
 
+// The given file, or the string table files of the given folder in the order of their names. Empty
+// when there is nothing at the path.
+std::vector<std::wstring> XliffFilesAt(const std::wstring& path);
+
 // Reads an XLIFF 1.2 file. The result is empty, and error tells the reason, when the file cannot be
 // read or is not a string table.
 std::optional<std::vector<XliffSection>> ReadXliffFile(const std::wstring& path,
