@@ -1,5 +1,7 @@
 #include "Utils_Statics/ButtonPlacement.h"
 
+#include "text/TextView.h"
+
 #include <zel_xml/zelXMLNode.h>
 
 #include <new>
@@ -17,7 +19,7 @@ ButtonPlacement::ButtonPlacement(const std::wstring& buttonName, bool isChecked)
 }
 
 ButtonPlacement::ButtonPlacement(const wchar_t* buttonName, bool isChecked)
-    : name(buttonName ? buttonName : L""), check(isChecked)
+    : name(utils_statics::OrEmpty(buttonName)), check(isChecked)
 {
 }
 

@@ -1,14 +1,71 @@
 #include "Utils_Statics/CToolTipProvider.h"
 
 #include "text/TextView.h"
-#include "windows/CTimerWnd.h"
 
 #include <afxwin.h>
 
 #include <new>
 #include <utility>
+#include <vector>
 
 using utils_statics::OrEmpty;
+
+// The hidden window whose timer ends a tip. It belongs to a provider and its copies. They share the
+// tip, so it may notify any of them.
+class CTimerWnd : public CWnd
+{
+public:
+    static constexpr UINT_PTR timerId = 8345;
+
+    explicit CTimerWnd(CToolTipProvider& provider) : m_providers(1, &provider) {}
+
+    bool CreateMessageOnly();
+
+    // False when memory is short.
+    bool Join(CToolTipProvider& provider) noexcept;
+    // False when that provider was the last.
+    bool Leave(const CToolTipProvider& provider);
+
+protected:
+    afx_msg void OnTimer(UINT_PTR id);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    std::vector<CToolTipProvider*> m_providers; // never empty
+};
+
+BEGIN_MESSAGE_MAP(CTimerWnd, CWnd)
+    ON_WM_TIMER()
+END_MESSAGE_MAP()
+
+bool CTimerWnd::CreateMessageOnly()
+{
+    return CreateEx(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr) != FALSE;
+}
+
+bool CTimerWnd::Join(CToolTipProvider& provider) noexcept
+{
+    try {
+        m_providers.push_back(&provider);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+bool CTimerWnd::Leave(const CToolTipProvider& provider)
+{
+    std::erase(m_providers, &provider);
+    return !m_providers.empty();
+}
+
+void CTimerWnd::OnTimer(UINT_PTR id)
+{
+    if (id == timerId)
+        m_providers.front()->CancelToolTip();
+    else
+        CWnd::OnTimer(id);
+}
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "Utils_Statics/CWmiService.h"
 
 #include "network/NetworkDrivers.h"
+#include "text/TextView.h"
 
 #include <base/WrapArithmetic.h>
 #include <Utils_Statics/CStatusNetwork.h>
@@ -150,7 +151,7 @@ void CWmiService::Update()
 std::int32_t CWmiService::Query(std::int32_t mode, const wchar_t* query)
 {
     if (!m_services) return unknown;
-    QueryResult objects(*m_services, query ? query : L"");
+    QueryResult objects(*m_services, OrEmpty(query));
     while (const auto object = objects.Next())
         if (const auto figure = Figure(mode, *object.get())) return *figure;
     return unknown;

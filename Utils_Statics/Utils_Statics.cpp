@@ -1,8 +1,6 @@
-// utilsExam: the application's mode flags and console model, start-up, the capture ("print")
-// buttons' settings, and the environment's log lines. Objects that need construction at run time
-// are in StaticObjects.cpp.
+// utilsExam: the application's mode flags and console model, start-up, and the capture ("print")
+// buttons' settings. Objects that need construction at run time are in StaticObjects.cpp.
 #include "environment/Application.h"
-#include "environment/EnvironmentLog.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/utilsExam.h>
@@ -33,15 +31,6 @@ int DefaultFlags(unsigned int n)
 }
 
 } // namespace
-
-namespace utils_statics {
-
-zelLogger::zelLogHelper EnvironmentLog(EnvironmentMessage message, int level)
-{
-    return zelLogger::zelLogHelper(environmentSource, message, level);
-}
-
-} // namespace utils_statics
 
 constinit EConsoleType utilsExam::m_consoleType = eConsoleUnknown;
 constinit CTime utilsExam::PharmaStart;

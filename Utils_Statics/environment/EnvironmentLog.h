@@ -22,6 +22,9 @@ enum EnvironmentMessage : int
 };
 
 // A helper for one message of the exam environment.
-zelLogger::zelLogHelper EnvironmentLog(EnvironmentMessage message, int level);
+inline zelLogger::zelLogHelper EnvironmentLog(EnvironmentMessage message, int level)
+{
+    return zelLogger::zelLogHelper(environmentSource, message, level);
+}
 
 } // namespace utils_statics

@@ -1,12 +1,12 @@
 #include "qor_imgproc/ScanConverter.h"
 
+#include <base/WrapArithmetic.h>
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/ScanGeometry.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace {
 
@@ -29,9 +29,7 @@ Sixteenths ToSixteenths(double position, int corner)
 {
     const double bounded = std::clamp(position, -positionLimit, positionLimit);
     const int sixteenths = Floor(bounded * 16 + 0.5);
-    using Limits = std::numeric_limits<std::int32_t>;
-    const std::int64_t whole = std::int64_t{sixteenths >> 4} - corner;
-    return {static_cast<int>(std::clamp<std::int64_t>(whole, Limits::min(), Limits::max())),
+    return {base::wrap::Saturate(std::int64_t{sixteenths >> 4} - corner),
             static_cast<unsigned int>(sixteenths & 15)};
 }
 

@@ -1,20 +1,13 @@
 #include "qor_utils/PixelCoordinates.h"
 
+#include <base/WrapArithmetic.h>
 #include <qor_utils/ConversionModel.h>
 #include <qor_utils/Rounding.h>
 #include <qor_utils/ScanGeometry.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace {
-
-int Saturate(std::int64_t value)
-{
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
-}
 
 int ToPixel(int origin, double microns, int micronsPerPixel)
 {
@@ -24,8 +17,10 @@ int ToPixel(int origin, double microns, int micronsPerPixel)
 UPoint Flipped(UPoint pixel, const qor_utils::ScanGeometry& g)
 {
     if (g.width == 0 || g.height == 0) return pixel;
-    if (g.flip & qor_utils::flipLeftRight) pixel.x = Saturate(std::int64_t{g.width} - pixel.x);
-    if (g.flip & qor_utils::flipTopBottom) pixel.y = Saturate(std::int64_t{g.height} - pixel.y);
+    if (g.flip & qor_utils::flipLeftRight)
+        pixel.x = base::wrap::Saturate(std::int64_t{g.width} - pixel.x);
+    if (g.flip & qor_utils::flipTopBottom)
+        pixel.y = base::wrap::Saturate(std::int64_t{g.height} - pixel.y);
     return pixel;
 }
 
@@ -41,7 +36,7 @@ UPoint PixelOf(const qor_utils::ScanGeometry& g, int line, int sample)
 
 int ScaleEdge(int edge, int lines, int elements)
 {
-    return Saturate(std::int64_t{edge} * lines / elements);
+    return base::wrap::Saturate(std::int64_t{edge} * lines / elements);
 }
 
 } // namespace

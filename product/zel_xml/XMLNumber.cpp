@@ -49,11 +49,6 @@ private:
     bool m_usable = false;
 };
 
-std::wstring Widen(const char* begin, const char* end)
-{
-    return std::wstring(begin, end);
-}
-
 } // namespace
 
 bool ParseInt(std::wstring_view text, int& value) noexcept
@@ -79,7 +74,7 @@ std::wstring FormatDouble(double value, int precision)
     const auto result = precision < 0 ? std::to_chars(begin, end, value)
                                       : std::to_chars(begin, end, value, std::chars_format::fixed,
                                                       std::min(precision, maxPrecision));
-    return Widen(begin, result.ptr);
+    return std::wstring(begin, result.ptr);
 }
 
 } // namespace zel_xml

@@ -49,6 +49,13 @@ TEST(WrapArithmetic, QuotientsGoTowardsZero)
     EXPECT_EQ(base::wrap::Divide(0, 0), 0);
 }
 
+TEST(WrapArithmetic, WiderNumbersStopAtTheLimits)
+{
+    EXPECT_EQ(base::wrap::Saturate(std::int64_t{most} + 1), most);
+    EXPECT_EQ(base::wrap::Saturate(std::int64_t{least} - 1), least);
+    EXPECT_EQ(base::wrap::Saturate(-7), -7);
+}
+
 TEST(WrapArithmetic, RealNumbersAreCutTowardsZeroAndStopAtTheLimits)
 {
     EXPECT_EQ(base::wrap::Truncate(2.9), 2);

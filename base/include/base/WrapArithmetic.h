@@ -3,6 +3,7 @@
 // 32-bit arithmetic on numbers that come from outside: sums and products wrap around like the
 // processor's, and real numbers become integers without undefined behaviour.
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -27,6 +28,13 @@ constexpr int Divide(int a, int b)
 {
     if (b == 0) return 0;
     return b == -1 ? Subtract(0, a) : a / b;
+}
+
+/// The nearest number that an int can hold.
+constexpr int Saturate(std::int64_t value)
+{
+    using Limits = std::numeric_limits<int>;
+    return static_cast<int>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
 /// Rounds towards zero. A value beyond an int gives the nearest limit, and NaN gives 0.
