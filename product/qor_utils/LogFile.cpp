@@ -1,6 +1,5 @@
 // Only this source includes spdlog, because its headers take long to compile.
-#include "LogFile.h"
-
+#include "LogTargets.h"
 #include "qor_utils/CriticalSection.h"
 #include "qor_utils/zelLogger.h"
 

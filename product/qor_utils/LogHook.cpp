@@ -1,4 +1,4 @@
-#include "LogHook.h"
+#include "LogTargets.h"
 
 #include <base/SlimLock.h>
 

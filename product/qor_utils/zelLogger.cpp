@@ -1,7 +1,6 @@
 #include "qor_utils/zelLogger.h"
 
-#include "LogFile.h"
-#include "LogHook.h"
+#include "LogTargets.h"
 #include "qor_utils/zelPath.h"
 
 #include <base/FilePath.h>

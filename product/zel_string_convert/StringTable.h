@@ -1,15 +1,54 @@
 #pragma once
 
-#include "TextPool.h"
 #include "XliffFile.h"
 
+#include <base/SlimLock.h>
+
 #include <functional>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace zel_string_convert {
+
+// Lets sets and maps of texts be searched for a view of a text.
+template <class Character>
+struct Hash
+{
+    using is_transparent = void;
+    std::size_t operator()(std::basic_string_view<Character> text) const noexcept
+    {
+        return std::hash<std::basic_string_view<Character>>()(text);
+    }
+};
+
+// Keeps one copy of each text at a fixed address for as long as the pool lives. Any thread may use
+// it.
+class TextPool
+{
+public:
+    explicit TextPool(std::size_t mostTexts = static_cast<std::size_t>(-1)) : m_mostTexts(mostTexts)
+    {
+    }
+
+    // The pool's copy; null for a new text when the pool is full.
+    const wchar_t* Keep(std::wstring_view text)
+    {
+        const std::scoped_lock guard(m_lock);
+        const auto known = m_texts.find(text);
+        if (known != m_texts.end()) return known->c_str();
+        return m_texts.size() < m_mostTexts ? m_texts.emplace(text).first->c_str() : nullptr;
+    }
+
+private:
+    const std::size_t m_mostTexts;
+    base::SlimLock m_lock;
+    std::unordered_set<std::wstring, Hash<wchar_t>, std::equal_to<>>
+        m_texts; // its nodes stay in place when the set grows
+};
 
 // Texts by key and by base text, in any number of languages; language 0 is the base language. The
 // texts themselves lie in a pool, which must outlive the table.
@@ -41,14 +80,6 @@ private:
         std::vector<const wchar_t*>
             targets; // from language 1 on; null or missing where there is none
     };
-    struct Hash
-    {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view key) const noexcept
-        {
-            return std::hash<std::string_view>()(key);
-        }
-    };
 
     bool AddSection(const XliffSection& section, TextPool& pool);
     std::size_t NumberFor(const std::wstring& tag);
@@ -58,7 +89,7 @@ private:
 
     std::vector<std::wstring> m_languages;
     std::vector<Unit> m_units; // in the order of the files
-    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> m_byKey;
+    std::unordered_map<std::string, std::size_t, Hash<char>, std::equal_to<>> m_byKey;
     std::unordered_map<std::wstring_view, Unit> m_byBase;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "StringTable.h"
-#include "TextPool.h"
 
 #include <base/SlimLock.h>
 

@@ -1,10 +1,13 @@
 #include "zel_xml/zelXMLNode.h"
 
 #include "XMLDocument.h"
-#include "XMLNumber.h"
 #include "XMLParser.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -30,6 +33,58 @@ pugi::xml_node ChildElement(const pugi::xml_node& parent, const wchar_t* name) n
 pugi::xml_attribute AttributeOf(pugi::xml_node_struct* element, const wchar_t* name) noexcept
 {
     return name ? pugi::xml_node(element).attribute(name) : pugi::xml_attribute();
+}
+
+// The texts of numbers do not depend on the locale.
+constexpr int maxPrecision = 30;
+constexpr std::size_t maxNumberText = 512; // the largest double has 309 digits before the point
+
+// The number without surrounding white space and plus sign, as the narrow text that <charconv>
+// reads.
+class NumberText
+{
+public:
+    explicit NumberText(std::wstring_view text) noexcept
+    {
+        constexpr std::wstring_view space = L" \t\r\n";
+        const std::size_t begin = std::min(text.find_first_not_of(space), text.size());
+        text.remove_prefix(begin);
+        text.remove_suffix(text.size() - (text.find_last_not_of(space) + 1));
+        if (text.size() > 1 && text[0] == L'+' && text[1] != L'-') text.remove_prefix(1);
+        if (text.size() > m_text.size()) return;
+        for (const wchar_t c : text) {
+            if (c > 0x7F) return;
+            m_text[m_length++] = static_cast<char>(c);
+        }
+        m_usable = m_length > 0;
+    }
+
+    // `otherwise` when the text is no number of this type.
+    template <typename Number>
+    Number ValueOr(Number otherwise) const noexcept
+    {
+        Number number{};
+        const char* end = m_text.data() + m_length;
+        const auto [stop, error] = std::from_chars(m_text.data(), end, number);
+        const bool isNumber = m_usable && error == std::errc{} && stop == end;
+        return isNumber ? number : otherwise;
+    }
+
+private:
+    std::array<char, maxNumberText> m_text{};
+    std::size_t m_length = 0;
+    bool m_usable = false;
+};
+
+std::wstring FormatDouble(double value, int precision)
+{
+    std::array<char, maxNumberText> text;
+    char* const begin = text.data();
+    char* const end = begin + text.size();
+    const auto result = precision < 0 ? std::to_chars(begin, end, value)
+                                      : std::to_chars(begin, end, value, std::chars_format::fixed,
+                                                      std::min(precision, maxPrecision));
+    return std::wstring(begin, result.ptr);
 }
 
 // Runs a write that needs memory and returns false when memory is short.
@@ -108,16 +163,12 @@ std::wstring zelXMLNode::getAttribute(const wchar_t* name, const wchar_t* defaul
 
 int zelXMLNode::getAttributeInt(const wchar_t* name, int defaultValue) const noexcept
 {
-    int value = defaultValue;
-    zel_xml::ParseInt(AttributeOf(m_element, name).value(), value);
-    return value;
+    return NumberText(AttributeOf(m_element, name).value()).ValueOr(defaultValue);
 }
 
 double zelXMLNode::getAttributeDouble(const wchar_t* name, double defaultValue) const noexcept
 {
-    double value = defaultValue;
-    zel_xml::ParseDouble(AttributeOf(m_element, name).value(), value);
-    return value;
+    return NumberText(AttributeOf(m_element, name).value()).ValueOr(defaultValue);
 }
 
 bool zelXMLNode::setAttribute(const wchar_t* name, const wchar_t* value) const noexcept
@@ -138,10 +189,10 @@ bool zelXMLNode::setAttribute(const wchar_t* name, const std::wstring& value) co
 
 bool zelXMLNode::setAttributeInt(const wchar_t* name, int value) const noexcept
 {
-    return Guarded([&] { return setAttribute(name, zel_xml::FormatInt(value)); });
+    return Guarded([&] { return setAttribute(name, std::to_wstring(value)); });
 }
 
 bool zelXMLNode::setAttributeDouble(const wchar_t* name, double value, int precision) const noexcept
 {
-    return Guarded([&] { return setAttribute(name, zel_xml::FormatDouble(value, precision)); });
+    return Guarded([&] { return setAttribute(name, FormatDouble(value, precision)); });
 }

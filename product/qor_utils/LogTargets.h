@@ -11,4 +11,7 @@ void WriteToLog(const std::wstring& directory, const LogMessage& message) noexce
 // Closes the log file; the next message opens it again.
 void CloseLogFile() noexcept;
 
+// Passes a message to the hook, if there is one and this thread is not inside one already.
+void CallLogHook(const LogMessage& message) noexcept;
+
 } // namespace qor_utils
