@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cwchar>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -27,7 +28,8 @@ namespace {
 std::wstring WithoutTrailingBackslash(std::wstring path)
 {
     PathRemoveBackslashW(path.data()); // it only shortens, so any length is safe
-    return path.c_str();
+    path.resize(std::wcslen(path.c_str()));
+    return path;
 }
 
 // The component before the first backslash is never created by itself: it is a drive, or the first

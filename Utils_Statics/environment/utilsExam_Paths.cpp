@@ -40,7 +40,8 @@ std::wstring WithoutLastComponent(std::wstring path)
     // one character past the end, which must be a second zero.
     path.push_back(L'\0');
     PathRemoveFileSpecW(path.data());
-    return path.c_str();
+    path.resize(std::wcslen(path.c_str()));
+    return path;
 }
 
 // The text before the first occurrence of the file's name. Deliberate: a folder whose name contains
