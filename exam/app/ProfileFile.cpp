@@ -9,13 +9,6 @@ namespace exam {
 
 namespace {
 
-bool CanBeCreated(const std::wstring& path)
-{
-    const base::File file(CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
-                                      FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    return static_cast<bool>(file);
-}
-
 // True when the beginning of a file is text: narrow without a null, or UTF-16 with its mark.
 bool IsText(const FileReader& file)
 {
@@ -30,8 +23,11 @@ bool IsText(const FileReader& file)
 
 std::wstring FindProfileProblem(const std::wstring& path)
 {
-    if (KindOfFile(path) == FileKind::missing)
-        return CanBeCreated(path) ? L"" : L"it cannot be created";
+    if (KindOfFile(path) == FileKind::missing) {
+        const base::File created(CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr,
+                                             CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        return created ? L"" : L"it cannot be created";
+    }
     if (std::wstring problem = FindFileProblem(path); !problem.empty()) return problem;
     FileReader file;
     if (!file.Open(path)) return L"it cannot be read";

@@ -7,6 +7,7 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <filesystem>
+#include <functional>
 
 namespace exam {
 
@@ -32,9 +33,7 @@ CString ResultText(const ArchiveResult& result, const char* doneKey, const std::
 // The callback that fills the bar. The bar outlives it.
 ArchiveProgress StepsOf(ProgressWindow& bar)
 {
-    return [&bar](std::size_t done, std::size_t all, const std::wstring& name) {
-        bar.Step(done, all, name);
-    };
+    return std::bind_front(&ProgressWindow::Step, &bar);
 }
 
 } // namespace

@@ -3,15 +3,13 @@
 // Recordings of one frame of one grey level, from a linear and a curved probe.
 
 #include "image/ImageView.h"
-#include "test_support/Files.h"
 #include "test_support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <qor_utils/ZelProbe.h>
+#include <Utils_Statics/CCineStore.h>
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
 namespace synthetic_cine {
 
@@ -50,34 +48,19 @@ inline CineDescription Curved()
 // the samples below it are black, and the image ends there.
 inline void Show(const CineDescription& cine, ImageView& view, int depth = 0)
 {
-    const uDataDesc& s = cine.stream;
-    const std::vector<std::int32_t> words = {cine.type,
-                                             cine.count,
-                                             s.lines,
-                                             s.samples,
-                                             s.bitsPerSample,
-                                             s.samplingFreq,
-                                             s.soundSpeed,
-                                             s.probeType,
-                                             s.elements,
-                                             s.pitch,
-                                             s.radius,
-                                             s.sectorAngle,
-                                             s.frameRate,
-                                             cine.steerAngle,
-                                             cine.apexAngle,
-                                             cine.lineOffset,
-                                             cine.apertureLines,
-                                             0,
-                                             0};
-    std::string bytes(reinterpret_cast<const char*>(words.data()), words.size() * 4);
+    std::string frame;
     const std::size_t bright = static_cast<std::size_t>(depth > 0 ? depth : samples);
     for (int line = 0; line < lines; ++line) {
-        bytes.append(bright, static_cast<char>(level));
-        bytes.append(samples - bright, '\0');
+        frame.append(bright, static_cast<char>(level));
+        frame.append(samples - bright, '\0');
     }
     const test_support::TemporaryFolder folder;
-    test_support::WriteFile(folder / L"test.cine", bytes);
+    CCineStore store;
+    ASSERT_TRUE(store.InitStorage((folder / L"test.cine").c_str(), cine.type, cine.stream,
+                                  cine.steerAngle, cine.apexAngle, cine.lineOffset,
+                                  cine.apertureLines, 0, 0));
+    ASSERT_TRUE(store.AddFrame(frame.data(), static_cast<int>(frame.size())));
+    ASSERT_TRUE(store.EndStorage());
     CineFile file;
     ASSERT_EQ(file.Open(folder / L"test.cine"), L"");
     view.SetRecording(file, CSize(300, 280), depth);
