@@ -12,7 +12,6 @@
 #include <initializer_list>
 #include <map>
 #include <optional>
-#include <ranges>
 #include <vector>
 
 namespace exam {
@@ -240,7 +239,8 @@ States CircularStates(const SourcesOfStates& sources)
         }
     }
     seen.clear();
-    for (const ActionStateInfo& state : order | std::views::reverse) {
+    std::ranges::reverse(order);
+    for (const ActionStateInfo& state : order) {
         std::vector<ActionStateInfo> together;
         Follow(back, state, seen, together);
         if (together.size() > 1) circular.insert(together.begin(), together.end());
