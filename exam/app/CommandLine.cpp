@@ -12,10 +12,11 @@ namespace {
 
 using Values = std::span<const std::wstring>;
 
+// The part of --help that describes an option.
 enum class Place
 {
-    window, // where the options of the application with its window are described
-    command // where those of the commands that need none are
+    window, // options of the application with its window
+    command // commands that need no window, and their options
 };
 
 struct Option
@@ -23,8 +24,9 @@ struct Option
     std::wstring_view name;
     std::wstring_view arguments; // the names of its values in --help, with blanks between them
     Place place;
-    bool isCommand;       // true: only one such option can be carried out
-    const wchar_t* needs; // what no value may lack by being empty; null: `keep` looks at the value
+    bool isCommand; // true: no other command can be given besides
+    // Said of an option with an empty value: it "needs a folder". Null: `keep` judges the value.
+    const wchar_t* needs;
     std::wstring (*keep)(CommandLine&, Values); // the result says what is wrong; empty: nothing
     const wchar_t* help;                        // lines of --help; null: not described
 };
@@ -160,8 +162,8 @@ std::wstring FindConflict(const std::set<std::wstring, std::less<>>& given)
     return L"";
 }
 
-// The lines of --help about the options of one place. What they do is said from `column` on, below
-// a name that is longer.
+// The lines of --help about the options of one place. What an option does stands from `column` on,
+// on the next line when its name is too long.
 std::wstring Describe(Place place, std::size_t column)
 {
     const std::wstring indent(column, L' ');

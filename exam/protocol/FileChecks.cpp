@@ -147,8 +147,8 @@ States CheckStates(const zelXMLNode& element, const std::wstring& ignored, Findi
     return states;
 }
 
-// Calls `check` for each child that has a name of its own. The others are ignored; `has` tells what
-// the line of the earlier one does with the name.
+// Calls `check` for each child that has a name of its own. Of the others it says that they are
+// `ignored`, and of a repeated name that the earlier line `has` it.
 template <class Check>
 void CheckNamed(const zelXMLNode& root, const std::wstring& ignored, const wchar_t* has,
                 Findings& findings, const Check& check)
