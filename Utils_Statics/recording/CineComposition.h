@@ -1,10 +1,9 @@
 #pragma once
 
-#include "recording/Mask.h"
-
 #include <windows.h>
 
 #include <cstdint>
+#include <vector>
 
 // Puts pixel planes onto a frame of 32-bit pixels. The results are those of the device-context
 // operations MaskBlt (0xCCAA0000), BitBlt SRCCOPY and BitBlt SRCPAINT on bitmaps of the same
@@ -32,6 +31,24 @@ struct Position
 {
     std::int64_t x = 0;
     std::int64_t y = 0;
+};
+
+// The bits of a monochrome bitmap, read once. 0 lets a plane's pixel through. 1 does not, and
+// neither does a pixel outside the bitmap.
+class Mask
+{
+public:
+    // A bitmap that is null or not monochrome gives an empty mask, which lets nothing through.
+    explicit Mask(HBITMAP bitmap);
+    // The bits lie row by row, the leftmost pixel in the highest bit, rows padded to 16 bits.
+    Mask(std::vector<std::uint8_t> bits, SIZE size);
+
+    SIZE Size() const { return m_size; }
+    const std::uint8_t* Row(int y) const;
+
+private:
+    SIZE m_size{};
+    std::vector<std::uint8_t> m_bits;
 };
 
 // Copies the plane to `at` where the mask's bit is 0. Mask and plane have the same origin.

@@ -21,17 +21,6 @@ constexpr std::int64_t buffered = 1 << 19;
 
 } // namespace
 
-void AviFileTraits::Release(PAVIFILE file) noexcept
-{
-    AVIFileRelease(file);
-    AVIFileExit();
-}
-
-void AviStreamTraits::Release(PAVISTREAM stream) noexcept
-{
-    AVIStreamRelease(stream);
-}
-
 bool MovieStream::Create(const wchar_t* fileName)
 {
     Close();

@@ -15,7 +15,11 @@ struct AviFileTraits
 {
     using Handle = PAVIFILE;
     static PAVIFILE Empty() noexcept { return nullptr; }
-    static void Release(PAVIFILE file) noexcept;
+    static void Release(PAVIFILE file) noexcept
+    {
+        AVIFileRelease(file);
+        AVIFileExit();
+    }
 };
 using AviFile = base::Owner<AviFileTraits>;
 
@@ -23,7 +27,7 @@ struct AviStreamTraits
 {
     using Handle = PAVISTREAM;
     static PAVISTREAM Empty() noexcept { return nullptr; }
-    static void Release(PAVISTREAM stream) noexcept;
+    static void Release(PAVISTREAM stream) noexcept { AVIStreamRelease(stream); }
 };
 using AviStream = base::Owner<AviStreamTraits>;
 
