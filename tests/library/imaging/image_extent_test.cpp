@@ -1,7 +1,6 @@
 // Images too large for GDI+, and damaged files.
 #include "GdiPlus.h"
-#include "imaging/ImageExtent.h"
-#include "imaging/ImageStream.h"
+#include "imaging/ImageFile.h"
 #include "PictureFiles.h"
 
 #include <gtest/gtest.h>
