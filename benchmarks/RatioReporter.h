@@ -35,10 +35,26 @@ public:
                     Verdict(ratio, goal).c_str());
     }
 
-    static void PrintHeading()
+    /// Does the same for two benchmarks with the same argument.
+    void PrintRatioAt(int argument, const std::string& slow, const std::string& fast,
+                      double goal = 0) const
     {
+        const std::string number = std::to_string(argument);
+        PrintRatio(slow + "/" + number, fast + "/" + number, goal);
+    }
+
+    /// Runs the benchmarks that the command line chooses and prints the closing table, whose lines
+    /// `printRatios` prints. The result is that of the program.
+    static int RunAll(int argc, char** argv, void (*printRatios)(const RatioReporter&))
+    {
+        benchmark::Initialize(&argc, argv);
+        if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+        RatioReporter reporter;
+        benchmark::RunSpecifiedBenchmarks(&reporter);
         std::printf("\n| %-38s | %-38s | %8s | %-24s |\n", "takes", "times as long as", "ratio",
                     "goal");
+        printRatios(reporter);
+        return 0;
     }
 
 private:

@@ -1,6 +1,5 @@
-// Button actions: reading 10,000 of them, looking one up by its name among 1,000 and 10,000, and a
-// change of state that 1,000 derived states follow. Each is compared with a plain form or a peer in
-// the same run. Ends with the ratios.
+// Button actions: reading 10,000 of them, and a change of state that 1,000 derived states follow.
+// Each is compared with a plain form or a peer in the same run. Ends with the ratios.
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
@@ -17,12 +16,9 @@
 #include <zel_xml/zelXMLFile.h>
 
 #include <algorithm>
-#include <functional>
 #include <map>
 #include <memory>
-#include <random>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -95,11 +91,11 @@ std::string ButtonDocument(const Names& names)
     return xml + "</ButtonActions>\n";
 }
 
-const ActionRepository& LoadRepository(const Names& names, const Protocol& protocol)
+void LoadRepository(const Names& names, const Protocol& protocol)
 {
     test_support::WriteFile(protocol.ButtonFile(), ButtonDocument(names));
     ActionRepository::DestroyInstance();
-    return *ActionRepository::GetInstance();
+    ActionRepository::GetInstance();
 }
 
 void LoadButtons(benchmark::State& state)
@@ -123,41 +119,6 @@ void OpenDocument(benchmark::State& state)
         benchmark::DoNotOptimize(file.open(protocol.ButtonFile(), true));
     }
     ActionRepository::DestroyInstance();
-}
-
-// Looks the names up in an order without a pattern, by the caller's pointer to characters.
-template <class Find>
-void LookUp(benchmark::State& state, Names names, const Find& find)
-{
-    std::shuffle(names.begin(), names.end(), std::mt19937(1));
-    std::size_t next = 0;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(find(names[next].c_str()));
-        next = next + 1 == names.size() ? 0 : next + 1;
-    }
-}
-
-void GetAction(benchmark::State& state)
-{
-    const Protocol protocol;
-    const Names names = MakeNames(state.range(0));
-    const ActionRepository& repository = LoadRepository(names, protocol);
-    LookUp(state, names, [&](const wchar_t* name) { return repository.GetAction(name); });
-    ActionRepository::DestroyInstance();
-}
-
-// A plain map, which makes a string of the caller's characters, and a map that needs none.
-using Map = std::map<std::wstring, ButtonAction>;
-using ViewMap = std::map<std::wstring, ButtonAction, std::less<>>;
-
-template <class Peer, class Key>
-void LookUpInPeer(benchmark::State& state)
-{
-    const Names names = MakeNames(state.range(0));
-    Peer buttons;
-    for (const std::wstring& name : names)
-        buttons[name].name = name;
-    LookUp(state, names, [&](const wchar_t* name) { return &buttons.find(Key(name))->second; });
 }
 
 const ActionStateInfo source{static_cast<ActionType>(1), 0, 0};
@@ -258,7 +219,6 @@ void BoostDerivedStates(benchmark::State& state)
         signals[source](source, value ^= 1);
 }
 
-constexpr int nameCounts[] = {100, 1000, 10000};
 constexpr int stateCounts[] = {10, 1000};
 
 void Register(const char* name, void (*function)(benchmark::State&), int argument)
@@ -270,11 +230,6 @@ void RegisterAll()
 {
     Register("LoadButtons", LoadButtons, 10000);
     Register("OpenDocument", OpenDocument, 10000);
-    for (const int count : nameCounts) {
-        Register("GetAction", GetAction, count);
-        Register("Map", LookUpInPeer<Map, std::wstring>, count);
-        Register("ViewMap", LookUpInPeer<ViewMap, std::wstring_view>, count);
-    }
     for (const int count : stateCounts) {
         Register("DerivedStates", DerivedStates, count);
         Register("PlainDerivedStates", PlainDerivedStates, count);
@@ -282,26 +237,12 @@ void RegisterAll()
     }
 }
 
-std::string Suffix(int count)
-{
-    std::string suffix("/");
-    suffix += Number(count);
-    return suffix;
-}
-
 void PrintRatios(const RatioReporter& reporter)
 {
-    RatioReporter::PrintHeading();
     reporter.PrintRatio("LoadButtons/10000", "OpenDocument/10000");
-    for (const int count : nameCounts) {
-        const std::string suffix = Suffix(count);
-        reporter.PrintRatio("GetAction" + suffix, "Map" + suffix);
-        reporter.PrintRatio("GetAction" + suffix, "ViewMap" + suffix);
-    }
     for (const int count : stateCounts) {
-        const std::string suffix = Suffix(count);
-        reporter.PrintRatio("DerivedStates" + suffix, "PlainDerivedStates" + suffix);
-        reporter.PrintRatio("BoostDerivedStates" + suffix, "DerivedStates" + suffix);
+        reporter.PrintRatioAt(count, "DerivedStates", "PlainDerivedStates");
+        reporter.PrintRatioAt(count, "BoostDerivedStates", "DerivedStates");
     }
 }
 
@@ -309,11 +250,6 @@ void PrintRatios(const RatioReporter& reporter)
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     RegisterAll();
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintRatios(reporter);
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

@@ -199,6 +199,13 @@ void RecordMovie(benchmark::State& state, const wchar_t* codec, int quality)
         static_cast<double>(state.iterations() * framesOfMovie), benchmark::Counter::kIsRate);
 }
 
+void PrintRatios(const RatioReporter& reporter)
+{
+    reporter.PrintRatio("Compose/device contexts", "Compose/memory", 5);
+    reporter.PrintRatio("Compose/memory", "Compose/memcpy", -2);
+    reporter.PrintRatio("Raw/AddFrame", "Raw/WriteFile", -1.1);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -222,13 +229,7 @@ int main(int argc, char** argv)
     movie("Movie/uncompressed", L"Uncompressed", 100);
     movie("Movie/MJPG 75", L"MJPG", 75);
     movie("Movie/MJPG 100", L"MJPG", 100);
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    RatioReporter::PrintHeading();
-    reporter.PrintRatio("Compose/device contexts", "Compose/memory", 5);
-    reporter.PrintRatio("Compose/memory", "Compose/memcpy", -2);
-    reporter.PrintRatio("Raw/AddFrame", "Raw/WriteFile", -1.1);
+    const int result = RatioReporter::RunAll(argc, argv, PrintRatios);
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\CineBench");
-    return 0;
+    return result;
 }

@@ -340,7 +340,6 @@ void RegisterPictures()
 
 void PrintRatios(const RatioReporter& reporter)
 {
-    RatioReporter::PrintHeading();
     reporter.PrintRatio("GrayScaleBitmap/per pixel", "GrayScaleBitmap/colours", 20);
     reporter.PrintRatio("GrayScaleBitmap/per pixel", "GrayScaleBitmap/greys", 20);
     reporter.PrintRatio("GrayScale/per pixel", "GrayScale/library", 20);
@@ -368,9 +367,5 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("Paint/masked", PaintOverlay, false);
     benchmark::RegisterBenchmark("Paint/rectangle", PaintOverlay, true);
     benchmark::RegisterBenchmark("Balloon/raised and shown", RaiseBalloon);
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintRatios(reporter);
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

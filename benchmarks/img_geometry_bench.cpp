@@ -234,9 +234,8 @@ void Register()
     }
 }
 
-void PrintTable(const RatioReporter& reporter)
+void PrintRatios(const RatioReporter& reporter)
 {
-    RatioReporter::PrintHeading();
     for (const Scene& scene : Scenes) {
         const std::string probe = std::string("/") + scene.name;
         reporter.PrintRatio("mask: every pixel" + probe, "mask: CreateImageMask" + probe, 3);
@@ -251,9 +250,5 @@ void PrintTable(const RatioReporter& reporter)
 int main(int argc, char** argv)
 {
     Register();
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintTable(reporter);
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

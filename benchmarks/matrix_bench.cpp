@@ -1,15 +1,13 @@
 // The matrix routines against Eigen, which does the same job in double precision on the same
-// row-by-row arrays, with sizes known at run time only. Ends with a table of the ratios (ours /
-// Eigen; below 1 is faster).
+// row-by-row arrays, with sizes known at run time only. Ends with the ratios.
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <Eigen/Dense>
 #include <Utils_Statics/MatrixRoutines.h>
 
-#include <cstdio>
-#include <map>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -139,51 +137,16 @@ BENCHMARK(InvertEigen)->Name("InvertMatrix/Eigen")->SIZES;
 BENCHMARK(LeastSquaresOurs)->Name("LeastSquares1000/ours")->SIZES;
 BENCHMARK(LeastSquaresEigen)->Name("LeastSquares1000/Eigen")->SIZES;
 
-// Keeps the best repetition of each run, because the machine's other work only adds time.
-class BestTimes : public benchmark::ConsoleReporter
+void PrintRatios(const RatioReporter& reporter)
 {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-            const std::string name = run.run_name.function_name + "/" + run.run_name.args;
-            const double time = run.GetAdjustedRealTime();
-            const auto [found, isNew] = m_times.emplace(name, time);
-            if (!isNew && time < found->second) found->second = time;
-        }
-    }
-
-    void PrintRatios() const
-    {
-        std::printf("\n%-18s %4s %12s %12s %8s\n", "routine", "n", "ours ns", "Eigen ns", "ratio");
-        for (const char* routine : {"MatrixProduct", "InvertMatrix", "LeastSquares1000"})
-            for (const char* n : {"3", "6", "12", "24", "49"})
-                PrintRatio(routine, n);
-    }
-
-private:
-    void PrintRatio(const std::string& routine, const std::string& n) const
-    {
-        const auto ours = m_times.find(routine + "/ours/" + n),
-                   eigen = m_times.find(routine + "/Eigen/" + n);
-        if (ours == m_times.end() || eigen == m_times.end()) return;
-        std::printf("%-18s %4s %12.1f %12.1f %8.2f\n", routine.c_str(), n.c_str(), ours->second,
-                    eigen->second, ours->second / eigen->second);
-    }
-
-    std::map<std::string, double> m_times;
-};
+    for (const std::string routine : {"MatrixProduct", "InvertMatrix", "LeastSquares1000"})
+        for (const int n : {3, 6, 12, 24, 49})
+            reporter.PrintRatioAt(n, routine + "/ours", routine + "/Eigen", n <= 12 ? -1.5 : 0);
+}
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    BestTimes reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

@@ -7,13 +7,14 @@
 // - Forward/N calls HandleMouse with a move while one of N handlers holds the lock.
 // - Next/N calls LockNext from handler to handler.
 //
-// "ns_per_10_handlers" is the time of one message divided by N / 10; "ratio" is Press against the
-// plain loop, measured right before it in the same run.
+// "per 10 handlers" is the time of one message divided by N / 10. Ends with the
+// ratios.
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <Utils_Statics/MouseCapture.h>
 
 #include <array>
-#include <chrono>
 #include <climits>
 #include <memory>
 #include <random>
@@ -95,43 +96,25 @@ std::size_t NearestOf(const std::vector<POINT>& points, POINT pt)
     return best;
 }
 
-double PlainNanoseconds(const std::vector<POINT>& points)
-{
-    using Clock = std::chrono::steady_clock;
-    const unsigned int rounds = static_cast<unsigned int>(20'000'000 / (points.size() + 10));
-    const Clock::time_point start = Clock::now();
-    for (unsigned int i = 0; i < rounds; ++i)
-        benchmark::DoNotOptimize(NearestOf(points, PressAt(i)));
-    return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / rounds;
-}
-
-void Report(benchmark::State& state, double nanoseconds)
-{
-    state.counters["ns_per_10_handlers"] = nanoseconds * 10 / static_cast<double>(state.range(0));
-}
-
+// Gives the time of one message a counter for each 10 handlers.
 template <typename Message>
-double Measure(benchmark::State& state, Message message)
+void Measure(benchmark::State& state, Message message)
 {
-    using Clock = std::chrono::steady_clock;
     unsigned int i = 0;
-    const Clock::time_point start = Clock::now();
     for ([[maybe_unused]] auto _ : state)
         message(i++);
-    const double nanoseconds =
-        std::chrono::duration<double, std::nano>(Clock::now() - start).count() / i;
-    Report(state, nanoseconds);
-    return nanoseconds;
+    using Counter = benchmark::Counter;
+    state.counters["per 10 handlers"] =
+        Counter(static_cast<double>(state.range(0)) / 10,
+                Counter::kIsIterationInvariantRate | Counter::kInvert);
 }
 
 void Press(benchmark::State& state)
 {
     const Scene scene(static_cast<std::size_t>(state.range(0)), InputPointer);
-    const double plain = PlainNanoseconds(scene.all);
-    const double nanoseconds = Measure(state, [](unsigned int i) {
+    Measure(state, [](unsigned int i) {
         benchmark::DoNotOptimize(MouseCapture::HandleMouse(WM_LBUTTONDOWN, MK_LBUTTON, PressAt(i)));
     });
-    state.counters["ratio"] = nanoseconds / plain;
 }
 
 void PlainLoop(benchmark::State& state)
@@ -159,11 +142,20 @@ void Next(benchmark::State& state)
     });
 }
 
-BENCHMARK(PlainLoop)->Arg(10)->Arg(100)->Arg(1000);
-BENCHMARK(Press)->Arg(10)->Arg(100)->Arg(1000);
-BENCHMARK(Forward)->Arg(10)->Arg(100)->Arg(1000);
-BENCHMARK(Next)->Arg(10)->Arg(1000);
+BENCHMARK(PlainLoop)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime();
+BENCHMARK(Press)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime();
+BENCHMARK(Forward)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime();
+BENCHMARK(Next)->Arg(10)->Arg(1000)->UseRealTime();
+
+void PrintRatios(const RatioReporter& reporter)
+{
+    for (const int handlers : {10, 100, 1000})
+        reporter.PrintRatioAt(handlers, "Press", "PlainLoop");
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
+}

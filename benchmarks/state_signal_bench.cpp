@@ -1,7 +1,6 @@
 // One emission of the state-change signal to 1 to 1000 consumers. It is compared with a plain loop
 // of virtual calls over the same kind of objects (no signal can be faster) and with Boost.Signals2,
 // with its default mutex and with none. Ends with the ratios.
-#include "PlainLoop.h"
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
@@ -9,10 +8,11 @@
 #include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace {
+
+using Consumers = std::vector<std::unique_ptr<IStateChangeConsumer>>;
 
 class Consumer : public IStateChangeConsumer
 {
@@ -38,7 +38,8 @@ void PlainLoop(benchmark::State& state)
 {
     const Consumers consumers = MakeConsumers(state.range(0));
     for (auto _ : state) {
-        CallAll(consumers, StateChangeType{3}, 5, 7);
+        for (const auto& consumer : consumers)
+            consumer->OnStateChange(StateChangeType{3}, 5, 7);
         benchmark::ClobberMemory();
     }
 }
@@ -73,46 +74,29 @@ using UnlockedBoostSignal = boost::signals2::signal_type<
     void(StateChangeType, unsigned int, long),
     boost::signals2::keywords::mutex_type<boost::signals2::dummy_mutex>>::type;
 
-void Boost(benchmark::State& state)
-{
-    EmitBoost<BoostSignal>(state);
-}
-
-void BoostUnlocked(benchmark::State& state)
-{
-    EmitBoost<UnlockedBoostSignal>(state);
-}
-
 constexpr int counts[] = {1, 10, 100, 1000};
+
+void Register(const char* name, void (*function)(benchmark::State&), int count)
+{
+    benchmark::RegisterBenchmark(name, function)->Arg(count)->Repetitions(5)->MinTime(0.05);
+}
 
 void RegisterAll()
 {
     for (const int count : counts) {
-        benchmark::RegisterBenchmark("PlainLoop", PlainLoop)
-            ->Arg(count)
-            ->Repetitions(5)
-            ->MinTime(0.05);
-        benchmark::RegisterBenchmark("StateSignal", StateSignal)
-            ->Arg(count)
-            ->Repetitions(5)
-            ->MinTime(0.05);
-        benchmark::RegisterBenchmark("BoostUnlocked", BoostUnlocked)
-            ->Arg(count)
-            ->Repetitions(5)
-            ->MinTime(0.05);
-        benchmark::RegisterBenchmark("Boost", Boost)->Arg(count)->Repetitions(5)->MinTime(0.05);
+        Register("PlainLoop", PlainLoop, count);
+        Register("StateSignal", StateSignal, count);
+        Register("BoostUnlocked", EmitBoost<UnlockedBoostSignal>, count);
+        Register("Boost", EmitBoost<BoostSignal>, count);
     }
 }
 
 void PrintRatios(const RatioReporter& reporter)
 {
-    RatioReporter::PrintHeading();
     for (const int count : counts) {
-        std::string suffix("/");
-        suffix += std::to_string(count);
-        reporter.PrintRatio("StateSignal" + suffix, "PlainLoop" + suffix, count >= 10 ? -2 : 0);
-        reporter.PrintRatio("Boost" + suffix, "StateSignal" + suffix, 1);
-        reporter.PrintRatio("BoostUnlocked" + suffix, "StateSignal" + suffix, 1);
+        reporter.PrintRatioAt(count, "StateSignal", "PlainLoop", count >= 10 ? -2 : 0);
+        reporter.PrintRatioAt(count, "Boost", "StateSignal", 1);
+        reporter.PrintRatioAt(count, "BoostUnlocked", "StateSignal", 1);
     }
 }
 
@@ -120,11 +104,6 @@ void PrintRatios(const RatioReporter& reporter)
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     RegisterAll();
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintRatios(reporter);
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

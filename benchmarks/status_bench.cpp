@@ -202,7 +202,15 @@ void SetAllStates(bool state)
                                      : CStatusStreaming::StreamingOff);
 }
 
-void Run()
+void PrintRatios(const RatioReporter& reporter)
+{
+    reporter.PrintRatio("PaintRow", "LoadAndDrawEachFile");
+    reporter.PrintRatio("PaintRow", "PaintRowWithoutWireless");
+    reporter.PrintRatio("PaintRowWithSensor", "PaintRow");
+    reporter.PrintRatio("SetState", "StoreAndCall");
+}
+
+int Run(int argc, char** argv)
 {
     simulation::WmiServer server;
     server.ForgetReleased();
@@ -212,28 +220,19 @@ void Run()
     CStatusProbeSensor::setState({true, 36.0, 90.0, 0, 2});
     for (IStatusItem* const item : Items())
         item->updateVisibleState();
-
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    RatioReporter::PrintHeading();
-    reporter.PrintRatio("PaintRow", "LoadAndDrawEachFile");
-    reporter.PrintRatio("PaintRow", "PaintRowWithoutWireless");
-    reporter.PrintRatio("PaintRowWithSensor", "PaintRow");
-    reporter.PrintRatio("SetState", "StoreAndCall");
+    const int result = RatioReporter::RunAll(argc, argv, PrintRatios);
     CWmiService::destroyInstance();
+    return result;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
     const Surroundings surroundings;
+    const base::GdiPlusSession session;
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    {
-        const base::GdiPlusSession session;
-        Run();
-    }
+    const int result = Run(argc, argv);
     CoUninitialize();
-    return 0;
+    return result;
 }

@@ -1,5 +1,7 @@
 // Word splitting, text formatting and layout file look-up, compared with the plainest form in the
 // standard library.
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
@@ -11,6 +13,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
@@ -144,35 +147,14 @@ BENCHMARK(FilesystemExists);
 BENCHMARK(ParsePathRelative);
 BENCHMARK(FilesystemCompose);
 
-// Keeps the times, which are compared at the end.
-class TimeKeeper : public benchmark::ConsoleReporter
+void PrintRatios(const RatioReporter& reporter)
 {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.iterations > 0) times[run.benchmark_name()] = run.GetAdjustedRealTime();
-    }
-
-    std::map<std::string, double> times;
-};
-
-void PrintRatio(const TimeKeeper& keeper, const char* ours, const char* plain)
-{
-    const auto our = keeper.times.find(ours);
-    const auto other = keeper.times.find(plain);
-    if (our == keeper.times.end() || other == keeper.times.end()) return;
-    std::printf("%-20s %10.0f ns   %-24s %10.0f ns   %5.2f\n", ours, our->second, plain,
-                other->second, our->second / other->second);
-}
-
-void WriteFile(const fs::path& path, const char* text)
-{
-    FILE* const file = _wfopen(path.c_str(), L"wb");
-    if (!file) return;
-    std::fputs(text, file);
-    std::fclose(file);
+    reporter.PrintRatio("GetAllWords", "FindAndSubstr");
+    reporter.PrintRatio("GetAllWords", "GetlineOfStringStream");
+    reporter.PrintRatio("GetStrFormatted", "MapAndSwprintf");
+    reporter.PrintRatio("GetStrPlain", "MapAndCopy");
+    reporter.PrintRatio("ParsePathFound", "FilesystemExists");
+    reporter.PrintRatio("ParsePathRelative", "FilesystemCompose");
 }
 
 constexpr const char* table =
@@ -189,24 +171,14 @@ constexpr const char* table =
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
     fs::create_directories(LayoutFolder());
-    WriteFile(LayoutFolder() / L"img.png", "x");
-    WriteFile(LayoutFolder() / L"texts.xlf", table);
+    std::ofstream(LayoutFolder() / L"img.png") << "x";
+    std::ofstream(LayoutFolder() / L"texts.xlf") << table;
     if (!zel_string_convert::LoadTable(LayoutFolder() / L"texts.xlf") ||
         !zel_string_convert::SetLanguage(L"de"))
         return 1;
-
-    TimeKeeper keeper;
-    benchmark::RunSpecifiedBenchmarks(&keeper);
-    std::printf("\n%-20s %13s   %-24s %13s   ratio\n", "Utils_Statics", "", "plain form", "");
-    PrintRatio(keeper, "GetAllWords", "FindAndSubstr");
-    PrintRatio(keeper, "GetAllWords", "GetlineOfStringStream");
-    PrintRatio(keeper, "GetStrFormatted", "MapAndSwprintf");
-    PrintRatio(keeper, "GetStrPlain", "MapAndCopy");
-    PrintRatio(keeper, "ParsePathFound", "FilesystemExists");
-    PrintRatio(keeper, "ParsePathRelative", "FilesystemCompose");
+    const int result = RatioReporter::RunAll(argc, argv, PrintRatios);
     std::error_code error;
     fs::remove_all(LayoutFolder(), error);
-    return 0;
+    return result;
 }
