@@ -1,7 +1,6 @@
 #include "wmi_server/WmiServer.h"
 
 #include "WmiObjects.h"
-#include "WmiServices.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -17,7 +16,7 @@ class LocatorFactory final : public IClassFactory
 public:
     explicit LocatorFactory(WmiState& state) : m_state(state) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override
     {
         *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
         if (!*object) return E_NOINTERFACE;
@@ -31,7 +30,7 @@ public:
         if (references == 0) delete this;
         return static_cast<ULONG>(references);
     }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override
+    STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** object) override
     {
         *object = nullptr;
         if (const auto failure = m_state.Note(WmiCall::createLocator, L"CreateLocator"))
@@ -41,7 +40,7 @@ public:
         locator->Release();
         return result;
     }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
 
 private:
     ~LocatorFactory() = default;
@@ -51,6 +50,42 @@ private:
 };
 
 } // namespace
+
+std::optional<HRESULT> WmiState::Note(WmiCall call, const std::wstring& line)
+{
+    const std::lock_guard lock(mutex);
+    if (keepsReleased) calls.push_back(line);
+    ++callCount;
+    if (std::ranges::find(throwing, call) != throwing.end()) throw 1;
+    return PlannedResult(call);
+}
+
+std::optional<HRESULT> WmiState::PlannedResult(WmiCall call)
+{
+    if (failingCall > 0 && --failingCall == 0) return failingResult;
+    for (PlannedFailure& failure : failures) {
+        if (failure.call != call) continue;
+        if (failure.number == 0) return failure.result;
+        if (failure.number > 0 && --failure.number == 0) {
+            failure.number = -1; // this failure has happened
+            return failure.result;
+        }
+    }
+    return std::nullopt;
+}
+
+void WmiState::Keep(WmiUnknown* object)
+{
+    const std::lock_guard lock(mutex);
+    objects.emplace_back(object);
+}
+
+void WmiState::Drop(WmiUnknown* object)
+{
+    const std::lock_guard lock(mutex);
+    if (keepsReleased) return;
+    std::erase_if(objects, [&](const auto& kept) { return kept.get() == object; });
+}
 
 WmiServer::WmiServer() : m_state(std::make_unique<WmiState>())
 {
