@@ -1,11 +1,13 @@
-#include "MjpgCodec.h"
-
 #include "JpegImage.h"
+
+#include <windows.h>
+#include <vfw.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
+#include <new>
 
 namespace mjpg {
 
@@ -18,6 +20,7 @@ struct State
     DWORD quality;
 };
 
+constexpr DWORD fourcc = mmioFOURCC('M', 'J', 'P', 'G');
 constexpr DWORD stateTag = mmioFOURCC('M', 'J', 'S', '1');
 constexpr LONG largestSide = 16384;
 
@@ -86,7 +89,29 @@ LRESULT StoreNumber(LPARAM address, DWORD number)
     return ICERR_OK;
 }
 
-} // namespace
+// One opened instance of the codec. Every member handles the installable-compressor message of its
+// name and returns that message's values.
+class MjpgCodec
+{
+public:
+    LRESULT Handle(UINT message, LPARAM first, LPARAM second);
+
+private:
+    LRESULT GetInfo(ICINFO* info, LPARAM size) const;
+    LRESULT GetState(void* state, LPARAM size) const;
+    LRESULT SetState(const void* state, LPARAM size);
+    LRESULT SetQuality(const DWORD* quality);
+
+    LRESULT CompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
+    LRESULT CompressGetSize(const BITMAPINFOHEADER* input) const;
+    LRESULT Compress(const ICCOMPRESS* frame, LPARAM size) const;
+
+    LRESULT DecompressGetFormat(const BITMAPINFOHEADER* input, BITMAPINFOHEADER* output) const;
+    LRESULT Decompress(const ICDECOMPRESS* frame, LPARAM size) const;
+
+    static constexpr DWORD defaultQuality = 7500;
+    DWORD m_quality = defaultQuality; // for frames without one of their own
+};
 
 LRESULT MjpgCodec::Handle(UINT message, LPARAM first, LPARAM second)
 {
@@ -233,6 +258,46 @@ LRESULT MjpgCodec::Decompress(const ICDECOMPRESS* frame, LPARAM size) const
         DecodeJpeg(static_cast<const std::uint8_t*>(frame->lpInput), frame->lpbiInput->biSizeImage,
                    static_cast<std::uint8_t*>(frame->lpOutput), ShapeOf(*frame->lpbiOutput));
     return decoded ? ICERR_OK : ICERR_ERROR;
+}
+
+// The identifier of an open without a description, which only allows the codec to be configured.
+constexpr LRESULT openedForConfiguration = -65536;
+
+LRESULT OpenCodec(const ICOPEN* open)
+{
+    if (!open) return openedForConfiguration;
+    if (open->fccType != ICTYPE_VIDEO) return 0;
+    return reinterpret_cast<LRESULT>(new (std::nothrow) MjpgCodec);
+}
+
+MjpgCodec* CodecOf(DWORD_PTR id)
+{
+    const bool isCodec = id != 0 && static_cast<LRESULT>(id) != openedForConfiguration;
+    return isCodec ? reinterpret_cast<MjpgCodec*>(id) : nullptr;
+}
+
+} // namespace
+
+// The entry point that Video for Windows calls for every message.
+extern "C" __declspec(dllexport) LRESULT CALLBACK
+    DriverProc(DWORD_PTR id, HDRVR driver, UINT message, LPARAM first, LPARAM second)
+{
+    switch (message) {
+    case DRV_LOAD:
+    case DRV_FREE:
+    case DRV_ENABLE:
+    case DRV_DISABLE: return 1;
+    case DRV_OPEN: return OpenCodec(reinterpret_cast<const ICOPEN*>(second));
+    case DRV_CLOSE: delete CodecOf(id); return 1;
+    case DRV_QUERYCONFIGURE: return 0; // there is no dialog
+    case DRV_CONFIGURE:
+    case DRV_INSTALL:
+    case DRV_REMOVE: return DRVCNF_OK;
+    default: break;
+    }
+    if (message < DRV_USER) return DefDriverProc(id, driver, message, first, second);
+    MjpgCodec* const codec = CodecOf(id);
+    return codec ? codec->Handle(message, first, second) : ICERR_UNSUPPORTED;
 }
 
 } // namespace mjpg
