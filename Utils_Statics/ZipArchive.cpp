@@ -2,10 +2,10 @@
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <base/Folders.h>
 #include <base/Handles.h>
 #include <base/StdFile.h>
 #include <qor_utils/zelLogger.h>
-#include <Utils_Statics/utilsExam.h>
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 
@@ -278,14 +278,6 @@ std::wstring TargetPath(const std::wstring& name)
     return path ? *std::move(path) : std::wstring();
 }
 
-// Creates a relative path's folders from the first to the last. True when the last was created.
-bool CreateFolders(const std::wstring& path)
-{
-    for (auto end = path.find(L'\\'); end != std::wstring::npos; end = path.find(L'\\', end + 1))
-        utilsExam::CreateDirectoryW(path.substr(0, end).c_str());
-    return utilsExam::CreateDirectoryW(path.c_str()) != 0;
-}
-
 // Goes to the next entry. UNZ_END_OF_LIST_OF_FILE, still at the last entry, when there is none.
 int GoToNext(unzFile archive)
 {
@@ -310,7 +302,7 @@ base::StdFile CreateWithFolders(const std::wstring& path)
     base::StdFile file(_wfopen(path.c_str(), L"wb"));
     const std::size_t folder = path.rfind(L'\\');
     if (file || folder == std::wstring::npos) return file;
-    CreateFolders(path.substr(0, folder));
+    base::MakeFolders(path.substr(0, folder));
     return base::StdFile(_wfopen(path.c_str(), L"wb"));
 }
 
@@ -338,7 +330,8 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
         Entry entry;
         if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
         const std::wstring path = TargetPath(entry.name);
-        if (IsFolderEntry(entry.name)) return CreateFolders(path); // deliberately does not go on
+        if (IsFolderEntry(entry.name))
+            return base::MakeFolders(path); // deliberately does not go on
 
         bool extracted = entry.hasKnownMethod
                              ? ExtractFile(path, entry.isEncrypted ? password : nullptr)

@@ -1,6 +1,6 @@
 #include "imaging/ImageFile.h"
 
-#include <base/Handles.h>
+#include <base/FileContents.h>
 
 #include <shlwapi.h>
 
@@ -182,17 +182,8 @@ MaybeExtent TiffExtent(Reader& file)
     return extent;
 }
 
-// ---- Files in memory
-
-constexpr LONGLONG largestFile = 512LL * 1024 * 1024;
-
-// The size is 0 for a file without one, such as a folder, and for a file that is too large.
-DWORD SizeOf(const base::File& file)
-{
-    LARGE_INTEGER size;
-    const bool isUsable = file && GetFileSizeEx(file.get(), &size) && size.QuadPart <= largestFile;
-    return isUsable ? static_cast<DWORD>(size.QuadPart) : 0;
-}
+// Larger files are not read.
+constexpr std::size_t largestFile = 512 * 1024 * 1024;
 
 } // namespace
 
@@ -206,14 +197,11 @@ bool MayBeDecoded(IStream& file)
 }
 
 MemoryStream StreamOfFile(const wchar_t* path)
-{
-    const base::File file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    const DWORD size = SizeOf(file);
-    const std::unique_ptr<char[]> bytes(new (std::nothrow) char[size]);
-    DWORD read = 0;
-    if (!bytes || !ReadFile(file.get(), bytes.get(), size, &read, nullptr)) return {};
-    return StreamOfBytes({bytes.get(), read});
+try {
+    const auto bytes = base::ReadFileWhole(path, largestFile, FILE_SHARE_READ | FILE_SHARE_DELETE);
+    return bytes ? StreamOfBytes(*bytes) : MemoryStream();
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 // The stream is the shell's. On some platforms a stream over global memory can no longer be read
