@@ -7,6 +7,7 @@
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
@@ -23,15 +24,12 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 CWinApp theApplication(L"status bench");
 
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::vector<const wchar_t*> icons = {
     L"status/connectionon.png",    L"status/wireless5.png", L"status/burn.png",
@@ -163,31 +161,16 @@ BENCHMARK(SetSensorReading);
 
 // ---- The surroundings
 
-// Settings, images and log of this run.
-class Surroundings
+// Sets the settings, images and log of this run.
+void SetSurroundings(const test_support::TemporaryFolder& folder)
 {
-public:
-    Surroundings() : m_folder(fs::temp_directory_path() / L"status_bench")
-    {
-        fs::create_directories(m_folder);
-        theApplication.m_pszProfileName = _wcsdup((m_folder / L"settings.ini").c_str());
-        for (const wchar_t* const name : {L"NetworkConnection", L"WirelessStrength", L"CDBurning",
-                                          L"FTPTransfer", L"CineRecording", L"Streaming"})
-            theApplication.WriteProfileInt(L"Settings\\Status", name, 1);
-        qor_utils::SetStoreFolder(qor_utils::imagesStore, SAMPLE_IMAGES);
-        qor_utils::SetLogDirectory(m_folder);
-    }
-    ~Surroundings()
-    {
-        std::error_code error;
-        fs::remove_all(m_folder, error);
-    }
-    Surroundings(const Surroundings&) = delete;
-    Surroundings& operator=(const Surroundings&) = delete;
-
-private:
-    fs::path m_folder;
-};
+    theApplication.m_pszProfileName = _wcsdup((folder / L"settings.ini").c_str());
+    for (const wchar_t* const name : {L"NetworkConnection", L"WirelessStrength", L"CDBurning",
+                                      L"FTPTransfer", L"CineRecording", L"Streaming"})
+        theApplication.WriteProfileInt(L"Settings\\Status", name, 1);
+    qor_utils::SetStoreFolder(qor_utils::imagesStore, SAMPLE_IMAGES);
+    qor_utils::SetLogDirectory(folder.Path());
+}
 
 void SetAllStates(bool state)
 {
@@ -229,7 +212,8 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    const Surroundings surroundings;
+    const test_support::TemporaryFolder folder;
+    SetSurroundings(folder);
     const base::GdiPlusSession session;
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     const int result = Run(argc, argv);

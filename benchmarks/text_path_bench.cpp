@@ -3,6 +3,8 @@
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
+#include <test_support/Files.h>
+#include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/StringParse.h>
 #include <Utils_Statics/utilsExam.h>
@@ -13,7 +15,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
@@ -97,21 +98,27 @@ void MapAndCopy(benchmark::State& state)
 
 namespace fs = std::filesystem;
 
-fs::path LayoutFolder()
+const test_support::TemporaryFolder& LayoutFolder()
 {
-    return fs::temp_directory_path() / L"text_path_bench";
+    static const test_support::TemporaryFolder folder;
+    return folder;
+}
+
+fs::path Reference()
+{
+    return LayoutFolder() / L"main.xml";
 }
 
 void ParsePathFound(benchmark::State& state)
 {
-    const std::wstring reference = L"file:///" + (LayoutFolder() / L"main.xml").generic_wstring();
+    const std::wstring reference = L"file:///" + Reference().generic_wstring();
     for (auto _ : state)
         benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"img.png"));
 }
 
 void FilesystemExists(benchmark::State& state)
 {
-    const fs::path reference = LayoutFolder() / L"main.xml";
+    const fs::path reference = Reference();
     for (auto _ : state) {
         fs::path found = reference.parent_path() / L"img.png";
         if (!fs::exists(found)) state.SkipWithError("the file is gone");
@@ -121,14 +128,14 @@ void FilesystemExists(benchmark::State& state)
 
 void ParsePathRelative(benchmark::State& state)
 {
-    const std::wstring reference = L"file:///" + (LayoutFolder() / L"main.xml").generic_wstring();
+    const std::wstring reference = L"file:///" + Reference().generic_wstring();
     for (auto _ : state)
         benchmark::DoNotOptimize(utilsExam::ParsePath(reference.c_str(), L"..\\img.png"));
 }
 
 void FilesystemCompose(benchmark::State& state)
 {
-    const fs::path reference = LayoutFolder() / L"main.xml";
+    const fs::path reference = Reference();
     for (auto _ : state) {
         std::wstring composed = (reference.parent_path() / L"..\\img.png").generic_wstring();
         benchmark::DoNotOptimize(composed);
@@ -171,14 +178,10 @@ constexpr const char* table =
 
 int main(int argc, char** argv)
 {
-    fs::create_directories(LayoutFolder());
-    std::ofstream(LayoutFolder() / L"img.png") << "x";
-    std::ofstream(LayoutFolder() / L"texts.xlf") << table;
+    test_support::WriteFile(LayoutFolder() / L"img.png", "x");
+    test_support::WriteFile(LayoutFolder() / L"texts.xlf", table);
     if (!zel_string_convert::LoadTable(LayoutFolder() / L"texts.xlf") ||
         !zel_string_convert::SetLanguage(L"de"))
         return 1;
-    const int result = RatioReporter::RunAll(argc, argv, PrintRatios);
-    std::error_code error;
-    fs::remove_all(LayoutFolder(), error);
-    return result;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }

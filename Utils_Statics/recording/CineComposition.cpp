@@ -146,6 +146,36 @@ LONG Extent(LONG first, LONG end)
     return length > 0 && length <= INT32_MAX ? static_cast<LONG>(length) : 0;
 }
 
+// The frame row of the rect's bottom edge, because the frame's rows run from the bottom of the
+// screen upwards.
+std::int64_t FrameRow(const Plane& frame, const RECT& rect)
+{
+    return std::int64_t{frame.size.cy} - rect.bottom;
+}
+
+void PlaceMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const Mask* mask)
+{
+    if (pixels && mask)
+        CopyMasked(frame, {pixels, PlaneSize(rect)}, *mask, {rect.left, FrameRow(frame, rect)});
+}
+
+void Invert(std::uint32_t* pixels, SIZE size)
+{
+    qor_utils::InvertImage(pixels, size.cx, size.cy);
+}
+
+void Mirror(std::uint32_t* pixels, SIZE size)
+{
+    qor_utils::MirrorImage(pixels, size.cx, size.cy);
+}
+
+// A region of plane 2 keeps its place within the plane, measured from the plane's first row.
+void PlaceRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const RECT& region)
+{
+    const Position at{std::int64_t{rect.left} + region.left, FrameRow(frame, rect) + region.top};
+    CopyRegion(frame, {pixels, PlaneSize(rect)}, region, at);
+}
+
 } // namespace
 
 Mask::Mask(HBITMAP bitmap)
@@ -203,40 +233,6 @@ void Paint(const Plane& frame, const Plane& plane, Position at)
                    PaintRow(target, source, length);
                });
 }
-
-namespace {
-
-// The frame row of the rect's bottom edge, because the frame's rows run from the bottom of the
-// screen upwards.
-std::int64_t FrameRow(const Plane& frame, const RECT& rect)
-{
-    return std::int64_t{frame.size.cy} - rect.bottom;
-}
-
-void PlaceMasked(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const Mask* mask)
-{
-    if (pixels && mask)
-        CopyMasked(frame, {pixels, PlaneSize(rect)}, *mask, {rect.left, FrameRow(frame, rect)});
-}
-
-void Invert(std::uint32_t* pixels, SIZE size)
-{
-    qor_utils::InvertImage(pixels, size.cx, size.cy);
-}
-
-void Mirror(std::uint32_t* pixels, SIZE size)
-{
-    qor_utils::MirrorImage(pixels, size.cx, size.cy);
-}
-
-// A region of plane 2 keeps its place within the plane, measured from the plane's first row.
-void PlaceRegion(const Plane& frame, const RECT& rect, std::uint32_t* pixels, const RECT& region)
-{
-    const Position at{std::int64_t{rect.left} + region.left, FrameRow(frame, rect) + region.top};
-    CopyRegion(frame, {pixels, PlaneSize(rect)}, region, at);
-}
-
-} // namespace
 
 void TurnPlanes(const Layout& layout, const Planes& planes)
 {
