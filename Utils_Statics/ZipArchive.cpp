@@ -216,10 +216,10 @@ bool IsFolderEntry(std::wstring_view name)
 std::optional<std::wstring> PathInside(std::wstring_view name)
 {
     std::wstring folder = base::FullPath(L".");
-    EnsureTrailingBackslash(folder);
+    if (!folder.ends_with(L'\\')) folder += L'\\';
     std::wstring path = base::FullPath((folder + std::wstring(WithoutRoot(name))).c_str());
     if (path.empty()) return path;
-    EnsureTrailingBackslash(path);
+    if (!path.ends_with(L'\\')) path += L'\\';
     if (!path.starts_with(folder)) return std::nullopt;
     path.erase(0, folder.size());
     if (!path.empty()) path.pop_back();

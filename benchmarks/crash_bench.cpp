@@ -2,7 +2,6 @@
 // return after the reporter was started. The program measures the processor time of the process,
 // and the time that passes, which includes another program's writing of the dump. Each is measured
 // in a process of its own, because a process has one report.
-#include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/MemoryDumper.h>
 #include <test_support/Program.h>
@@ -10,6 +9,7 @@
 #include <Utils_Statics/MiniDumper.h>
 
 #include <windows.h>
+#include <process.h>
 #include <psapi.h>
 
 #include <algorithm>
@@ -86,23 +86,14 @@ int Measure(Clock clock, const wchar_t* folder)
     return static_cast<int>(dump / 10'000 << 16 | all / 10'000);
 }
 
+// Returns the exit code, or -1 when the child cannot be started.
 int RunChild(const std::wstring& option)
 {
     const test_support::TemporaryFolder folder;
     const std::wstring program = test_support::ProgramPath();
-    std::wstring command = L"\"" + program + L"\" " + option + L" \"" + folder.Path() + L"\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        nullptr, &startup, &info))
-        return -1;
-    const base::Thread thread(info.hThread);
-    const base::Process process(info.hProcess);
-    DWORD code = 0;
-    WaitForSingleObject(process.get(), INFINITE);
-    GetExitCodeProcess(process.get(), &code);
-    return static_cast<int>(code);
+    const auto quoted = [](const std::wstring& text) { return L"\"" + text + L"\""; };
+    return static_cast<int>(_wspawnl(_P_WAIT, program.c_str(), quoted(program).c_str(),
+                                     option.c_str(), quoted(folder.Path()).c_str(), nullptr));
 }
 
 // Makes this program the reporter that the crash handler starts; as such it ends at once.

@@ -7,6 +7,7 @@
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/ComScope.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
@@ -215,8 +216,6 @@ int main(int argc, char** argv)
     const test_support::TemporaryFolder folder;
     SetSurroundings(folder);
     const base::GdiPlusSession session;
-    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    const int result = Run(argc, argv);
-    CoUninitialize();
-    return result;
+    const test_support::ComScope com;
+    return Run(argc, argv);
 }
