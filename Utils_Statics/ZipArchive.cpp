@@ -1,4 +1,4 @@
-#include "environment/PathText.h"
+#include "text/TextView.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -215,11 +215,10 @@ bool IsFolderEntry(std::wstring_view name)
 // alternate stream of a file.
 std::optional<std::wstring> PathInside(std::wstring_view name)
 {
-    std::wstring folder = base::FullPath(L".");
-    if (!folder.ends_with(L'\\')) folder += L'\\';
+    const std::wstring folder = base::WithTrailingBackslash(base::FullPath(L"."));
     std::wstring path = base::FullPath((folder + std::wstring(WithoutRoot(name))).c_str());
     if (path.empty()) return path;
-    if (!path.ends_with(L'\\')) path += L'\\';
+    path = base::WithTrailingBackslash(std::move(path));
     if (!path.starts_with(folder)) return std::nullopt;
     path.erase(0, folder.size());
     if (!path.empty()) path.pop_back();

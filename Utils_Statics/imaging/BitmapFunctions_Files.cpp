@@ -1,8 +1,8 @@
 // Bitmap functions: saving and loading.
 #include "Utils_Statics/BitmapFunctions.h"
 
-#include "environment/PathText.h"
 #include "imaging/ImageFile.h"
+#include "text/TextView.h"
 
 #include <base/GdiHandles.h>
 #include <qor_utils/StoreNumbers.h>
