@@ -6,47 +6,42 @@
 // The interfaces of the management service, reduced to what the library calls.
 namespace simulation {
 
+// Declares a method that the clients here never call.
+#define REFUSED(method)                                                                            \
+    STDMETHODIMP method override                                                                   \
+    {                                                                                              \
+        return E_NOTIMPL;                                                                          \
+    }
+
 // An IWbemClassObject that refuses every method which its clients here never call.
 class ReducedClassObject : public IWbemClassObject
 {
 public:
     using Interface = IWbemClassObject;
 
-    STDMETHODIMP GetQualifierSet(IWbemQualifierSet**) override { return E_NOTIMPL; }
-    STDMETHODIMP Put(LPCWSTR, LONG, VARIANT*, CIMTYPE) override { return E_NOTIMPL; }
-    STDMETHODIMP Delete(LPCWSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP GetNames(LPCWSTR, LONG, VARIANT*, SAFEARRAY**) override { return E_NOTIMPL; }
-    STDMETHODIMP BeginEnumeration(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP Next(LONG, BSTR*, VARIANT*, CIMTYPE*, LONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP EndEnumeration() override { return E_NOTIMPL; }
-    STDMETHODIMP GetPropertyQualifierSet(LPCWSTR, IWbemQualifierSet**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP Clone(IWbemClassObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetObjectText(LONG, BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP SpawnDerivedClass(LONG, IWbemClassObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP SpawnInstance(LONG, IWbemClassObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP CompareTo(LONG, IWbemClassObject*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetPropertyOrigin(LPCWSTR, BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP InheritsFrom(LPCWSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMethod(LPCWSTR, LONG, IWbemClassObject**, IWbemClassObject**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP PutMethod(LPCWSTR, LONG, IWbemClassObject*, IWbemClassObject*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP DeleteMethod(LPCWSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP BeginMethodEnumeration(LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP NextMethod(LONG, BSTR*, IWbemClassObject**, IWbemClassObject**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP EndMethodEnumeration() override { return E_NOTIMPL; }
-    STDMETHODIMP GetMethodQualifierSet(LPCWSTR, IWbemQualifierSet**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMethodOrigin(LPCWSTR, BSTR*) override { return E_NOTIMPL; }
+    REFUSED(GetQualifierSet(IWbemQualifierSet**));
+    REFUSED(Put(LPCWSTR, LONG, VARIANT*, CIMTYPE));
+    REFUSED(Delete(LPCWSTR));
+    REFUSED(GetNames(LPCWSTR, LONG, VARIANT*, SAFEARRAY**));
+    REFUSED(BeginEnumeration(LONG));
+    REFUSED(Next(LONG, BSTR*, VARIANT*, CIMTYPE*, LONG*));
+    REFUSED(EndEnumeration());
+    REFUSED(GetPropertyQualifierSet(LPCWSTR, IWbemQualifierSet**));
+    REFUSED(Clone(IWbemClassObject**));
+    REFUSED(GetObjectText(LONG, BSTR*));
+    REFUSED(SpawnDerivedClass(LONG, IWbemClassObject**));
+    REFUSED(SpawnInstance(LONG, IWbemClassObject**));
+    REFUSED(CompareTo(LONG, IWbemClassObject*));
+    REFUSED(GetPropertyOrigin(LPCWSTR, BSTR*));
+    REFUSED(InheritsFrom(LPCWSTR));
+    REFUSED(GetMethod(LPCWSTR, LONG, IWbemClassObject**, IWbemClassObject**));
+    REFUSED(PutMethod(LPCWSTR, LONG, IWbemClassObject*, IWbemClassObject*));
+    REFUSED(DeleteMethod(LPCWSTR));
+    REFUSED(BeginMethodEnumeration(LONG));
+    REFUSED(NextMethod(LONG, BSTR*, IWbemClassObject**, IWbemClassObject**));
+    REFUSED(EndMethodEnumeration());
+    REFUSED(GetMethodQualifierSet(LPCWSTR, IWbemQualifierSet**));
+    REFUSED(GetMethodOrigin(LPCWSTR, BSTR*));
 };
 
 // An IEnumWbemClassObject that refuses every method which its clients here never call.
@@ -55,10 +50,10 @@ class ReducedEnumerator : public IEnumWbemClassObject
 public:
     using Interface = IEnumWbemClassObject;
 
-    STDMETHODIMP Reset() override { return E_NOTIMPL; }
-    STDMETHODIMP NextAsync(ULONG, IWbemObjectSink*) override { return E_NOTIMPL; }
-    STDMETHODIMP Clone(IEnumWbemClassObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP Skip(LONG, ULONG) override { return E_NOTIMPL; }
+    REFUSED(Reset());
+    REFUSED(NextAsync(ULONG, IWbemObjectSink*));
+    REFUSED(Clone(IEnumWbemClassObject**));
+    REFUSED(Skip(LONG, ULONG));
 };
 
 // An IWbemServices that refuses every method which its clients here never call.
@@ -67,90 +62,31 @@ class ReducedServices : public IWbemServices
 public:
     using Interface = IWbemServices;
 
-    STDMETHODIMP OpenNamespace(const BSTR, LONG, IWbemContext*, IWbemServices**,
-                               IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP QueryObjectSink(LONG, IWbemObjectSink**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetObject(const BSTR, LONG, IWbemContext*, IWbemClassObject**,
-                           IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetObjectAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP PutClass(IWbemClassObject*, LONG, IWbemContext*, IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP PutClassAsync(IWbemClassObject*, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP DeleteClass(const BSTR, LONG, IWbemContext*, IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP DeleteClassAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP CreateClassEnum(const BSTR, LONG, IWbemContext*, IEnumWbemClassObject**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP CreateClassEnumAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP PutInstance(IWbemClassObject*, LONG, IWbemContext*, IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP PutInstanceAsync(IWbemClassObject*, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP DeleteInstance(const BSTR, LONG, IWbemContext*, IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP DeleteInstanceAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP CreateInstanceEnum(const BSTR, LONG, IWbemContext*,
-                                    IEnumWbemClassObject**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP CreateInstanceEnumAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP ExecQueryAsync(const BSTR, const BSTR, LONG, IWbemContext*,
-                                IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP ExecNotificationQuery(const BSTR, const BSTR, LONG, IWbemContext*,
-                                       IEnumWbemClassObject**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP ExecMethod(const BSTR, const BSTR, LONG, IWbemContext*, IWbemClassObject*,
-                            IWbemClassObject**, IWbemCallResult**) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP ExecMethodAsync(const BSTR, const BSTR, LONG, IWbemContext*, IWbemClassObject*,
-                                 IWbemObjectSink*) override
-    {
-        return E_NOTIMPL;
-    }
+    REFUSED(OpenNamespace(const BSTR, LONG, IWbemContext*, IWbemServices**, IWbemCallResult**));
+    REFUSED(QueryObjectSink(LONG, IWbemObjectSink**));
+    REFUSED(GetObject(const BSTR, LONG, IWbemContext*, IWbemClassObject**, IWbemCallResult**));
+    REFUSED(GetObjectAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(PutClass(IWbemClassObject*, LONG, IWbemContext*, IWbemCallResult**));
+    REFUSED(PutClassAsync(IWbemClassObject*, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(DeleteClass(const BSTR, LONG, IWbemContext*, IWbemCallResult**));
+    REFUSED(DeleteClassAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(CreateClassEnum(const BSTR, LONG, IWbemContext*, IEnumWbemClassObject**));
+    REFUSED(CreateClassEnumAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(PutInstance(IWbemClassObject*, LONG, IWbemContext*, IWbemCallResult**));
+    REFUSED(PutInstanceAsync(IWbemClassObject*, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(DeleteInstance(const BSTR, LONG, IWbemContext*, IWbemCallResult**));
+    REFUSED(DeleteInstanceAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(CreateInstanceEnum(const BSTR, LONG, IWbemContext*, IEnumWbemClassObject**));
+    REFUSED(CreateInstanceEnumAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(ExecQueryAsync(const BSTR, const BSTR, LONG, IWbemContext*, IWbemObjectSink*));
+    REFUSED(ExecNotificationQuery(const BSTR, const BSTR, LONG, IWbemContext*,
+                                  IEnumWbemClassObject**));
+    REFUSED(ExecMethod(const BSTR, const BSTR, LONG, IWbemContext*, IWbemClassObject*,
+                       IWbemClassObject**, IWbemCallResult**));
+    REFUSED(ExecMethodAsync(const BSTR, const BSTR, LONG, IWbemContext*, IWbemClassObject*,
+                            IWbemObjectSink*));
 };
+
+#undef REFUSED
 
 } // namespace simulation
