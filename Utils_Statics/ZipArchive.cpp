@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -211,19 +210,20 @@ bool IsFolderEntry(std::wstring_view name)
 // The path to extract an entry to, relative to the current folder, with one backslash between
 // folders. The platform resolves the name after its drive letter and leading separators are
 // removed. The path is empty for the current folder itself and for a name too long for any path.
-// There is none for a name that leads out of the current folder: to its parent, a device or an
-// alternate stream of a file.
-std::optional<std::wstring> PathInside(std::wstring_view name)
+// It is empty too, with a log line, for a name that leads out of the current folder: to its parent,
+// a device or an alternate stream of a file.
+std::wstring PathInside(const std::wstring& name)
 {
     const std::wstring folder = base::WithTrailingBackslash(base::FullPath(L"."));
     std::wstring path = base::FullPath((folder + std::wstring(WithoutRoot(name))).c_str());
     if (path.empty()) return path;
     path = base::WithTrailingBackslash(std::move(path));
-    if (!path.starts_with(folder)) return std::nullopt;
+    const bool startsInside = path.starts_with(folder);
     path.erase(0, folder.size());
     if (!path.empty()) path.pop_back();
-    if (LeadsOut(path)) return std::nullopt;
-    return path;
+    if (startsInside && !LeadsOut(path)) return path;
+    ArchiveError()(L"'%s' leads out of the current folder.", name.c_str());
+    return {};
 }
 
 // ---- Reading entries
@@ -267,14 +267,6 @@ bool CurrentEntry(unzFile archive, Entry& entry)
     // Data compressed with another method the reader would pass on as it is.
     entry.hasKnownMethod = info.compression_method == 0 || info.compression_method == Z_DEFLATED;
     return true;
-}
-
-// The path that the entry goes to; empty, with a log line, when it would leave the current folder.
-std::wstring TargetPath(const std::wstring& name)
-{
-    auto path = PathInside(name);
-    if (!path) ArchiveError()(L"'%s' leads out of the current folder.", name.c_str());
-    return path ? *std::move(path) : std::wstring();
 }
 
 // Goes to the next entry. UNZ_END_OF_LIST_OF_FILE, still at the last entry, when there is none.
@@ -328,7 +320,7 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
     try {
         Entry entry;
         if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
-        const std::wstring path = TargetPath(entry.name);
+        const std::wstring path = PathInside(entry.name);
         if (IsFolderEntry(entry.name))
             return base::MakeFolders(path); // deliberately does not go on
 
