@@ -113,12 +113,14 @@ void DrawArc(CDC* dc, const Imaging& imaging, int sample, const UPoint& p1, cons
     ::Arc(dc->m_hDC, box.left, box.top, box.right, box.bottom, start.x, start.y, end.x, end.y);
 }
 
-// Draws the straight line from p1 to p2 on a probe that is not curved. It is clipped to the sector
-// edges unless the probe is linear or the sector extended.
+// Draws the straight line from p1 to p2, clipped to the sector edges unless the probe is curved or
+// linear or the sector extended.
 URect DrawClipped(CDC* dc, const Imaging& imaging, const UPoint& p1, const UPoint& p2,
                   const ULine& clip1, const ULine& clip2)
 {
-    if (imaging.ProbeType() == qor_utils::linearProbe) return DrawStraight(dc, p1, p2);
+    const int probe = imaging.ProbeType();
+    if (probe == qor_utils::curvedProbe || probe == qor_utils::linearProbe)
+        return DrawStraight(dc, p1, p2);
     const ULine line{p1.x, p1.y, p2.x, p2.y};
     ULine out = line;
     // `out` is drawn even when neither edge clips.
@@ -166,9 +168,6 @@ URect CImgGeometry::DrawVerticalUSLineClip(CDC* dc, int line, int sample1, int s
 {
     const Imaging imaging{origin,     micronsPerPixel, samplingFreq, scanA,  scanB, probe,
                           soundSpeed, scanC,           width,        height, flip,  ld};
-    if (imaging.ProbeType() == qor_utils::curvedProbe)
-        return DrawVerticalUSLine(dc, line, sample1, sample2, origin, micronsPerPixel, samplingFreq,
-                                  scanA, scanB, probe, soundSpeed, scanC, width, height, flip, ld);
     return DrawClipped(dc, imaging, imaging.ToPixel(line, sample1), imaging.ToPixel(line, sample2),
                        clip1, clip2);
 }
