@@ -1,14 +1,33 @@
-"""The project's own files, and who includes whom among the C++ ones. Shared by the checks."""
+"""The project's own files, who includes whom among the C++ ones, and a tool's arguments. Shared by
+the tools in Python."""
 
 import pathlib
 import posixpath
 import re
 import subprocess
+import sys
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^">]+)[">]', re.M)
 # Includes of private headers are written from these folders.
 ROOTS = ["Utils_Statics", "exam"]
+
+
+def arguments(usage, fewest=0, most=0, options=()):
+    """The tool's arguments: one of the options, or as many others as it takes. --help prints the
+    usage, and what is wrong ends the tool with status 2."""
+    given = sys.argv[1:]
+    if given in (["--help"], ["-h"]):
+        print(usage.strip())
+        sys.exit()
+    if len(given) == 1 and given[0] in options:
+        return given
+    unknown = [word for word in given if word.startswith("-")] or given[most:]
+    if unknown or len(given) < fewest:
+        what = f"unknown argument '{unknown[0]}'" if unknown else "an argument is missing"
+        print(f"{pathlib.Path(sys.argv[0]).name}: {what}; see --help", file=sys.stderr)
+        sys.exit(2)
+    return given
 
 
 def own_files(*patterns):
