@@ -17,6 +17,19 @@ note() { printf '%s\n' "$*" >&2; }
 step() { printf '==> %s\n' "$*"; }
 die()  { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
 
+# usage: prints what a tool says of itself in the comment at its top. A tool with options of its own
+# replaces it.
+usage() { sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"; }
+
+# no_arguments "$@": for a tool that takes none but --help.
+no_arguments() {
+  [ $# -gt 0 ] || return 0
+  case $1 in
+    --help|-h) usage; exit 0 ;;
+    *) misuse "unknown argument '$1'" ;;
+  esac
+}
+
 # misuse WHAT: for a wrong option; its line stands alone and the status is 2.
 misuse() { printf '%s: %s; see --help\n' "${0##*/}" "$*" >&2; exit 2; }
 
@@ -28,8 +41,14 @@ case $UTILS_STATICS_WINE in
   *) die "UTILS_STATICS_WINE is '$UTILS_STATICS_WINE' and has to be 8 or 10" ;;
 esac
 
+choose_arch() { # choose_arch ARCH: for the option --arch
+  case $1 in
+    x86|x64) arch=$1 ;;
+    *) misuse "--arch takes x86 or x64" ;;
+  esac
+}
 choose_wine() { # choose_wine VERSION: for the option --wine
-  case ${1:-} in
+  case $1 in
     8|10) UTILS_STATICS_WINE=$1 ;;
     *) misuse "--wine takes 8 or 10" ;;
   esac
