@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-/// The root of the classes that are addressed by pointer: They are never copied, and may be deleted
+/// The root of the classes that are addressed by pointer. They are never copied, and may be deleted
 /// through any base.
 class CObject
 {

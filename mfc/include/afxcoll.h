@@ -31,13 +31,13 @@ public:
     /// Returns the index of the first element appended.
     MFC_API INT_PTR Append(const CStringArray& source);
     MFC_API void Copy(const CStringArray& source);
-    /// For an index beyond the end, the array first grows with empty texts.
+    /// The array first grows with empty texts up to an `index` beyond its end.
     MFC_API void InsertAt(INT_PTR index, const CString& text, INT_PTR count = 1);
     MFC_API void RemoveAt(INT_PTR index, INT_PTR count = 1);
     MFC_API void SetSize(INT_PTR size);
     void RemoveAll() noexcept { m_items.clear(); }
 
-    /// For range-based loops.
+    /// Range-based loops call these.
     auto begin() const noexcept { return m_items.begin(); }
     auto end() const noexcept { return m_items.end(); }
 
@@ -72,7 +72,7 @@ public:
 
     POSITION AddHead(const CString& text);
     POSITION AddTail(const CString& text);
-    /// For a null position InsertBefore adds at the head and InsertAfter at the tail.
+    /// InsertBefore adds at the head for a null position, and InsertAfter at the tail.
     POSITION InsertBefore(POSITION position, const CString& text);
     POSITION InsertAfter(POSITION position, const CString& text);
     /// Returns the removed text; an empty one for an empty list.

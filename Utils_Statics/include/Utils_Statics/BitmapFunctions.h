@@ -95,8 +95,11 @@ UTILS_STATICS_API bool GrayScaleBitmap(Gdiplus::Bitmap* bitmap, int alpha);
 /// a device context.
 UTILS_STATICS_API bool GrayScale(HBITMAP bitmap, unsigned char alpha);
 
-/// Blends pixels with the background. Each colour byte becomes (pixel * `alpha` + background * (255
-/// - `alpha`)) / 255, cut to a whole number; each fourth byte becomes `alpha`.
+/// Blends pixels with the background. Each fourth byte becomes `alpha`. Each colour byte becomes
+///
+///     (pixel * alpha + background * (255 - alpha)) / 255
+///
+/// cut to a whole number.
 ///
 /// `bits` are the pixels: four bytes each, blue first, rows without padding. Only the width and
 /// height are read from `bitmap`. The background is `backgroundBits`, pixels of the same kind and

@@ -14,8 +14,9 @@
 ///    keys. A text that is returned as a pointer lives as long as the library is loaded.
 /// 4. Threads. Everything is called on the user-interface thread, except the static setters and
 ///    getters of the status items, which any thread may call. Locks guard only the state of those
-///    items and the count of ShowCursorHelper. The logger and the string table, which the library
-///    calls, have locks of their own.
+///    items, the count of ShowCursorHelper, and what notices of other threads need: the window that
+///    takes them and the product's texts that they show. The logger and the string table, which the
+///    library calls, have locks of their own.
 /// 5. Null. A null text counts as an empty one. A null interface pointer is ignored. A null output
 ///    pointer is allowed only where the declaration names it.
 /// 6. Failures and exceptions. The result tells of a failure: false, zero, an empty text, an

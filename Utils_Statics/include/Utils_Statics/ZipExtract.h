@@ -46,8 +46,8 @@ public:
     /// name is refused or no file of its name can be created.
     ///
     /// An entry that is a folder is created as one, and the result tells whether that succeeded.
-    /// The reader deliberately stays where it is then. The next call sees the same entry
-    /// again, so a loop over entries needs an end of its own, for example after their number.
+    /// The reader deliberately stays where it is then. The next call sees the same entry again, so
+    /// a loop over entries needs an end of its own, for example after their number.
     bool ExtractNext(const char* password) noexcept;
 
     /// Does nothing when no archive is open.

@@ -22,7 +22,7 @@ public:
     void lock_shared() noexcept { AcquireSRWLockShared(&m_lock); }
     void unlock_shared() noexcept { ReleaseSRWLockShared(&m_lock); }
 
-    /// For the functions of the platform that wait on a lock.
+    /// The lock as the platform's own functions take it.
     SRWLOCK* Native() noexcept { return &m_lock; }
 
 private:

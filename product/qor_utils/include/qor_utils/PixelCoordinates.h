@@ -38,8 +38,8 @@ QOR_UTILS_API UPoint GetPixelCoordinates(int line, int sample, const UPoint& ori
                                          int scanB, const ZelProbe* probe, int soundSpeed,
                                          int scanC, int width, int height, int flip);
 
-/// The same as GetPixelCoordinates with `ld` scan lines over the aperture; 0 or less means one line
-/// for each element.
+/// Does what GetPixelCoordinates does, with `ld` scan lines over the aperture. An `ld` of 0 or less
+/// means one line for each element.
 QOR_UTILS_API UPoint GetPixelCoordinatesLD(int line, int sample, const UPoint& origin,
                                            const UPoint& micronsPerPixel, int samplingFreq,
                                            int scanA, int scanB, const ZelProbe* probe,

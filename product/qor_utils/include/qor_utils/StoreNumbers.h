@@ -13,7 +13,7 @@ enum Store : int
     savedProtocolsStore = 22,
     logStore = 28, ///< log files and crash reports
     patientDatabaseStore = 34,
-    currentFactoryStore = 37, ///< factory settings of the protocol in use
+    currentFactoryStore = 37, ///< factory settings of the protocol in use; set by the host
     baseSuiteStore = 38,
     secondBaseStore = 39,
 };

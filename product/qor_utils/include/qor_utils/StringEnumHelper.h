@@ -5,8 +5,8 @@
 #include <deque>
 #include <string>
 
-/// A two-way map between names and the values of an enumeration, for tables of a few rows.
-/// Not locked: fill it before other threads read it.
+/// A two-way map between names and the values of an enumeration, for tables of a few rows. It has
+/// no lock: fill it before other threads read it.
 class QOR_UTILS_API StringEnumHelper
 {
 public:

@@ -12,16 +12,17 @@ enum uData : std::int32_t
     uDataEcg = 4
 };
 
-/// The description of one data stream: twelve 32-bit integers, stored in files as in memory.
+/// The description of one data stream: twelve 32-bit integers. A file holds all but the tag, as
+/// they are in memory.
 struct uDataDesc
 {
-    std::int32_t tag = 0; ///< for the owner's use; never stored
+    std::int32_t tag = 0; ///< free for the running program's use
     std::int32_t lines = 0;
     std::int32_t samples = 0; ///< samples on a line
     std::int32_t bitsPerSample = 0;
     std::int32_t samplingFreq = 0; ///< Hz
     std::int32_t soundSpeed = 0;   ///< m/s
-    std::int32_t probeType = 0;    ///< like ZelProbe::type; the next fields like ZelProbe's
+    std::int32_t probeType = 0;    ///< a ProbeType; the next fields are like those of ZelProbe
     std::int32_t elements = 0;
     std::int32_t pitch = 0;       ///< microns
     std::int32_t radius = 0;      ///< microns

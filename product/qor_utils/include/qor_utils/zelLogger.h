@@ -38,8 +38,10 @@ public:
     /// length is not limited.
     static bool checkPath(const char* source, int line, const wchar_t* path);
 
-    /// Writes one message: zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32, 1)(L"%s
-    /// not found.", name);
+    /// Writes one message:
+    ///
+    ///     zelLogger::zelLogHelper("Utils_Statics/ActionRepository", 32, 1)(L"%s not found.",
+    ///     name);
     class QOR_UTILS_API zelLogHelper
     {
     public:

@@ -35,7 +35,7 @@ private:
     friend struct zel_xml::XMLAccess;
 
     std::shared_ptr<zel_xml::XMLDocument> m_document;
-    std::wstring
-        m_path; // absolute, so that a change of the current directory does not move the file
+    // Absolute, so that a change of the current directory does not move the file.
+    std::wstring m_path;
     bool m_readOnly = true;
 };

@@ -17,9 +17,9 @@ struct XMLAccess;
 /// A handle to one element of an XML document: two pointers, returned and passed by value. Copies
 /// mean the same element.
 ///
-/// A handle keeps its document in memory, so it stays usable after the zelXMLFile is
-/// closed or gone. A handle to an element that was removed stays usable too; the element is only no
-/// longer part of what is saved. Every operation may be called on an invalid handle (one that is
+/// A handle keeps its document in memory, so it stays usable after the zelXMLFile is closed or
+/// gone. A handle to an element that was removed stays usable too; the element is only no longer
+/// part of what is saved. Every operation may be called on an invalid handle (one that is
 /// default-constructed or means "there is none"): it returns nothing, the given default or false.
 ///
 /// Constness is that of the handle, not of the element: a const handle can write. All handles of
