@@ -77,8 +77,8 @@ private:
     struct Unit
     {
         const wchar_t* base = nullptr;
-        std::vector<const wchar_t*>
-            targets; // from language 1 on; null or missing where there is none
+        // The texts from language 1 on; null or missing where there is none.
+        std::vector<const wchar_t*> targets;
     };
 
     bool AddSection(const XliffSection& section, TextPool& pool);

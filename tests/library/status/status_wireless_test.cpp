@@ -161,7 +161,7 @@ TEST_F(StatusWireless, HoldsUpThePaintingAsLongAsTheServiceTakes)
     RecordProperty("milliseconds", static_cast<int>(taken.count()));
 }
 
-// The same with half a minute, to be run by hand.
+// Holds it up for half a minute. To be run by hand.
 TEST_F(StatusWireless, DISABLED_HoldsUpThePaintingForHalfAMinute)
 {
     using namespace std::chrono;
