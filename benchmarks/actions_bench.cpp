@@ -172,8 +172,8 @@ struct PlainDerived
     }
 };
 
-// The same change, by lists of who follows what, without locks and without support for consumers
-// that come and go.
+// Makes the same change by lists of who follows what, without locks and without support for
+// consumers that come and go.
 void PlainDerivedStates(benchmark::State& state)
 {
     std::map<ActionStateInfo, std::vector<IActionStateConsumer*>> listeners;
@@ -195,7 +195,7 @@ void PlainDerivedStates(benchmark::State& state)
     }
 }
 
-// The same change, with a Boost signal for every state.
+// Makes the same change with a Boost signal for every state.
 void BoostDerivedStates(benchmark::State& state)
 {
     using Signal = boost::signals2::signal<void(const ActionStateInfo&, int)>;

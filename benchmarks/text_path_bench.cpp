@@ -67,7 +67,7 @@ void GetStrFormatted(benchmark::State& state)
         benchmark::DoNotOptimize(GetStr("bench.images", 17, L"Meier", 2.5));
 }
 
-// The same call without a check: a look-up in a map and the C library's formatter into a buffer.
+// Does the same without a check: looks a map up and has the C library format into a buffer.
 void MapAndSwprintf(benchmark::State& state)
 {
     const std::map<std::string, std::wstring> texts{{"bench.images", L"%d Bilder von %s (%.1f MB)"},
