@@ -116,23 +116,32 @@ MINIDUMP_THREAD ThreadOf(const Dump& dump, DWORD id)
     throw std::runtime_error("the thread is not in the dump");
 }
 
-TEST(MiniDump, HasTheHeaderOfItsKind)
+class MiniDump : public testing::Test
 {
-    const TemporaryFolder folder;
+protected:
+    bool Write(EXCEPTION_POINTERS* exception = nullptr, int type = 0) const
+    {
+        return MemoryDumper::GenerateMiniDump(m_path.c_str(), exception, type);
+    }
+
+    const TemporaryFolder m_folder;
+    const std::wstring m_path = m_folder / L"a.dmp";
+};
+
+TEST_F(MiniDump, HasTheHeaderOfItsKind)
+{
     CapturedException exception;
-    ASSERT_TRUE(
-        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
-    const Dump dump(folder / L"a.dmp");
+    ASSERT_TRUE(Write(&exception.pointers));
+    const Dump dump(m_path);
     EXPECT_EQ(dump.Header().Signature, 0x504D444Du); // "MDMP"
     EXPECT_EQ(dump.Header().Version & 0xFFFF, 0xA793u);
     EXPECT_EQ(+dump.Header().Flags, 0u);
 }
 
-TEST(MiniDump, DescribesTheSystemAndTheModules)
+TEST_F(MiniDump, DescribesTheSystemAndTheModules)
 {
-    const TemporaryFolder folder;
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    const Dump dump(folder / L"a.dmp");
+    ASSERT_TRUE(Write());
+    const Dump dump(m_path);
     const auto system = dump.Stream(SystemInfoStream);
     ASSERT_TRUE(system);
     EXPECT_EQ(dump.At<USHORT>(system->Rva),
@@ -145,13 +154,11 @@ TEST(MiniDump, DescribesTheSystemAndTheModules)
     EXPECT_TRUE(found);
 }
 
-TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
+TEST_F(MiniDump, RecordsTheExceptionForTheCallingThread)
 {
-    const TemporaryFolder folder;
     CapturedException exception;
-    ASSERT_TRUE(
-        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0));
-    const Dump dump(folder / L"a.dmp");
+    ASSERT_TRUE(Write(&exception.pointers));
+    const Dump dump(m_path);
     const auto location = dump.Stream(ExceptionStream);
     ASSERT_TRUE(location);
     const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
@@ -169,22 +176,20 @@ TEST(MiniDump, RecordsTheExceptionForTheCallingThread)
 #endif
 }
 
-TEST(MiniDump, HasNoExceptionWithoutPointers)
+TEST_F(MiniDump, HasNoExceptionWithoutPointers)
 {
-    const TemporaryFolder folder;
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    EXPECT_FALSE(Dump(folder / L"a.dmp").Stream(ExceptionStream));
+    ASSERT_TRUE(Write());
+    EXPECT_FALSE(Dump(m_path).Stream(ExceptionStream));
 }
 
 // The stack is complete, down to the caller's own frame.
-TEST(MiniDump, HoldsTheCallersStack)
+TEST_F(MiniDump, HoldsTheCallersStack)
 {
-    const TemporaryFolder folder;
     char marker[32] = {};
     std::strcpy(marker, "stack marker of this very");
     volatile char* const onStack = marker;
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    const Dump dump(folder / L"a.dmp");
+    ASSERT_TRUE(Write());
+    const Dump dump(m_path);
     const MINIDUMP_THREAD thread = ThreadOf(dump, GetCurrentThreadId());
     const auto address = reinterpret_cast<ULONG64>(onStack);
     ASSERT_GE(address, +thread.Stack.StartOfMemoryRange);
@@ -194,71 +199,64 @@ TEST(MiniDump, HoldsTheCallersStack)
     EXPECT_STREQ(stack.data() + offset, marker);
 }
 
-TEST(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
+TEST_F(MiniDump, HoldsTheHeapWhenFullMemoryIsAskedFor)
 {
-    const TemporaryFolder folder;
     std::vector<char> marker(100);
     for (std::size_t i = 0; i < marker.size(); ++i)
         marker[i] = static_cast<char>(i * 37 + 11);
     const std::string_view bytes(marker.data(), marker.size());
     ASSERT_TRUE(
-        MemoryDumper::GenerateMiniDump((folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"full.dmp").c_str(), nullptr,
+        MemoryDumper::GenerateMiniDump((m_folder / L"small.dmp").c_str(), nullptr, MiniDumpNormal));
+    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((m_folder / L"full.dmp").c_str(), nullptr,
                                                MiniDumpWithFullMemory));
-    EXPECT_FALSE(Dump(folder / L"small.dmp").Contains(bytes));
-    const Dump full(folder / L"full.dmp");
+    EXPECT_FALSE(Dump(m_folder / L"small.dmp").Contains(bytes));
+    const Dump full(m_folder / L"full.dmp");
     EXPECT_EQ(+full.Header().Flags, static_cast<ULONG64>(MiniDumpWithFullMemory));
     EXPECT_TRUE(full.Contains(bytes));
 }
 
-TEST(MiniDump, IsWrittenWhateverTheTypeSays)
+TEST_F(MiniDump, IsWrittenWhateverTheTypeSays)
 {
-    const TemporaryFolder folder;
     for (const int type : {~MiniDumpWithFullMemory, 1 << 30, 1, 4}) {
-        const std::wstring path = folder / L"a.dmp";
-        ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, type)) << type;
-        EXPECT_EQ(Dump(path).Header().Signature, 0x504D444Du) << type;
+        ASSERT_TRUE(Write(nullptr, type)) << type;
+        EXPECT_EQ(Dump(m_path).Header().Signature, 0x504D444Du) << type;
     }
 }
 
-TEST(MiniDump, ReplacesAFileThatIsThere)
+TEST_F(MiniDump, ReplacesAFileThatIsThere)
 {
-    const TemporaryFolder folder;
-    test_support::WriteFile(folder / L"a.dmp", std::string(20'000'000, 'x'));
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0));
-    EXPECT_FALSE(Dump(folder / L"a.dmp").Contains("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"));
+    test_support::WriteFile(m_path, std::string(20'000'000, 'x'));
+    ASSERT_TRUE(Write());
+    EXPECT_FALSE(Dump(m_path).Contains("xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"));
 }
 
-TEST(MiniDump, TakesAPathWithAnyCharacters)
+TEST_F(MiniDump, TakesAPathWithAnyCharacters)
 {
-    const TemporaryFolder folder;
-    const std::wstring path = folder / L"\x4E2D \xD83D\xDE00.dmp";
+    const std::wstring path = m_folder / L"\x4E2D \xD83D\xDE00.dmp";
     ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
     EXPECT_TRUE(FileExists(path));
 }
 
-TEST(MiniDump, FailsWhereNoFileCanBe)
+TEST_F(MiniDump, FailsWhereNoFileCanBe)
 {
-    const TemporaryFolder folder;
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(nullptr, nullptr, 0));
     EXPECT_FALSE(MemoryDumper::GenerateMiniDump(L"", nullptr, 0));
-    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(folder.Path().c_str(), nullptr, 0));
-    EXPECT_FALSE(MemoryDumper::GenerateMiniDump((folder / L"missing\\a.dmp").c_str(), nullptr, 0));
+    EXPECT_FALSE(MemoryDumper::GenerateMiniDump(m_folder.Path().c_str(), nullptr, 0));
     EXPECT_FALSE(
-        MemoryDumper::GenerateMiniDump((folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), nullptr, 0))
-        << "a failure ends with its call";
+        MemoryDumper::GenerateMiniDump((m_folder / L"missing\\a.dmp").c_str(), nullptr, 0));
+    EXPECT_FALSE(
+        MemoryDumper::GenerateMiniDump((m_folder / std::wstring(2000, L'x')).c_str(), nullptr, 0));
+    EXPECT_TRUE(Write()) << "a failure ends with its call";
 }
 
-TEST(MiniDump, IsOneAtATime)
+TEST_F(MiniDump, IsOneAtATime)
 {
-    const TemporaryFolder folder;
     std::atomic<int> written = 0;
     {
         std::vector<std::jthread> threads;
         for (int t = 0; t < 4; ++t) {
             threads.emplace_back([&, t] {
-                const std::wstring path = folder / std::to_wstring(t);
+                const std::wstring path = m_folder / std::to_wstring(t);
                 if (MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0)) {
                     ++written;
                     EXPECT_EQ(Dump(path).Header().Signature, 0x504D444Du);
@@ -272,7 +270,7 @@ TEST(MiniDump, IsOneAtATime)
 }
 
 // A crash in a library's entry function holds the loader's lock, so no thread can begin then.
-TEST(MiniDump, IsWrittenUnderTheLoadersLock)
+TEST_F(MiniDump, IsWrittenUnderTheLoadersLock)
 {
     using Lock = LONG(WINAPI*)(ULONG, ULONG*, ULONG_PTR*);
     using Unlock = LONG(WINAPI*)(ULONG, ULONG_PTR);
@@ -282,50 +280,42 @@ TEST(MiniDump, IsWrittenUnderTheLoadersLock)
     const auto unlock = reinterpret_cast<Unlock>(
         reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
     if (!lock || !unlock) GTEST_SKIP() << "the platform does not offer the loader's lock";
-    const TemporaryFolder folder;
     CapturedException exception;
     ULONG_PTR cookie = 0;
     ASSERT_EQ(lock(0, nullptr, &cookie), 0);
-    const bool written =
-        MemoryDumper::GenerateMiniDump((folder / L"a.dmp").c_str(), &exception.pointers, 0);
+    const bool written = Write(&exception.pointers);
     unlock(0, cookie);
     ASSERT_TRUE(written);
-    const Dump dump(folder / L"a.dmp");
+    const Dump dump(m_path);
     const auto location = dump.Stream(ExceptionStream);
     ASSERT_TRUE(location);
     const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
     EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
     EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
     EXPECT_FALSE(dump.List<MINIDUMP_MODULE>(ModuleListStream).empty());
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
-        << "and the next as ever";
+    EXPECT_TRUE(Write()) << "and the next as ever";
 }
 
 // A crash inside an allocation holds the heap's lock.
-TEST(MiniDump, IsWrittenUnderTheHeapsLock)
+TEST_F(MiniDump, IsWrittenUnderTheHeapsLock)
 {
-    const TemporaryFolder folder;
-    const std::wstring path = folder / L"a.dmp";
     CapturedException exception;
     ASSERT_TRUE(HeapLock(GetProcessHeap()));
-    const bool written = MemoryDumper::GenerateMiniDump(path.c_str(), &exception.pointers, 0);
+    const bool written = Write(&exception.pointers);
     HeapUnlock(GetProcessHeap());
     ASSERT_TRUE(written);
-    EXPECT_TRUE(Dump(path).Stream(ExceptionStream));
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump((folder / L"b.dmp").c_str(), nullptr, 0))
-        << "and the next as ever";
+    EXPECT_TRUE(Dump(m_path).Stream(ExceptionStream));
+    EXPECT_TRUE(Write()) << "and the next as ever";
 }
 
 // The dumper switches to a stack of its own and back.
-TEST(MiniDump, LeavesTheThreadAsItWas)
+TEST_F(MiniDump, LeavesTheThreadAsItWas)
 {
-    const TemporaryFolder folder;
-    const std::wstring path = folder / L"a.dmp";
-    ASSERT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    ASSERT_TRUE(Write());
     EXPECT_FALSE(IsThreadAFiber());
     void* const fiber = ConvertThreadToFiber(nullptr);
     ASSERT_TRUE(fiber);
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    EXPECT_TRUE(Write());
     EXPECT_EQ(GetCurrentFiber(), fiber);
     ConvertFiberToThread();
 }
@@ -336,16 +326,14 @@ DWORD WINAPI TimeOut(HANDLE object, DWORD milliseconds)
     return milliseconds > 60'000 ? WAIT_TIMEOUT : WaitForSingleObject(object, milliseconds);
 }
 
-TEST(MiniDump, IsGivenUpWhereItTakesTooLong)
+TEST_F(MiniDump, IsGivenUpWhereItTakesTooLong)
 {
-    const TemporaryFolder folder;
-    const std::wstring path = folder / L"a.dmp";
     {
         const test_support::ImportHook hook(L"qor_utils.dll", "WaitForSingleObject", &TimeOut);
-        EXPECT_FALSE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+        EXPECT_FALSE(Write());
     }
-    EXPECT_FALSE(FileExists(path));
-    EXPECT_TRUE(MemoryDumper::GenerateMiniDump(path.c_str(), nullptr, 0));
+    EXPECT_FALSE(FileExists(m_path));
+    EXPECT_TRUE(Write());
 }
 
 } // namespace

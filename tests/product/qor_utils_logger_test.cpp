@@ -20,31 +20,38 @@ using test_support::ReadFile;
 
 constexpr std::size_t longestText = 65536;
 
-TEST(LogHook, IsHandedSourceLineLevelAndText)
+// The log in a folder of its own, and what is logged.
+class LoggerTest : public testing::Test
 {
-    const LogFolder folder;
-    const LogCapture capture;
+protected:
+    const LogFolder m_folder;
+    const LogCapture m_capture;
+};
+using LogHook = LoggerTest;
+using LogText = LoggerTest;
+using LogOutput = LoggerTest;
+using CheckPath = LoggerTest;
+
+TEST_F(LogHook, IsHandedSourceLineLevelAndText)
+{
     zelLogger::zelLogHelper("Utils_Statics/Utils_Statics", 1332,
                             2)(L"Layout File - File %s not found.", L"a.xml");
-    ASSERT_EQ(capture.Messages().size(), 1u);
-    EXPECT_EQ(capture.Messages()[0].source, "Utils_Statics/Utils_Statics");
-    EXPECT_EQ(capture.Messages()[0].line, 1332);
-    EXPECT_EQ(capture.Messages()[0].level, 2);
-    EXPECT_EQ(capture.Messages()[0].text, L"Layout File - File a.xml not found.");
+    ASSERT_EQ(m_capture.Messages().size(), 1u);
+    EXPECT_EQ(m_capture.Messages()[0].source, "Utils_Statics/Utils_Statics");
+    EXPECT_EQ(m_capture.Messages()[0].line, 1332);
+    EXPECT_EQ(m_capture.Messages()[0].level, 2);
+    EXPECT_EQ(m_capture.Messages()[0].text, L"Layout File - File a.xml not found.");
 }
 
-TEST(LogHook, IsNotCalledOnceItIsTakenAway)
+TEST_F(LogHook, IsNotCalledOnceItIsTakenAway)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     qor_utils::SetLogHook(nullptr, nullptr);
     Log(L"x");
-    EXPECT_TRUE(capture.Messages().empty());
+    EXPECT_TRUE(m_capture.Messages().empty());
 }
 
-TEST(LogHook, MayLogItself)
+TEST_F(LogHook, MayLogItself)
 {
-    const LogFolder folder;
     int calls = 0;
     const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
@@ -55,12 +62,11 @@ TEST(LogHook, MayLogItself)
     Log(L"again");
     qor_utils::SetLogHook(nullptr, nullptr);
     EXPECT_EQ(calls, 2);
-    EXPECT_EQ(Count(ReadFile(folder.File()), "from the hook"), 2u);
+    EXPECT_EQ(Count(ReadFile(m_folder.File()), "from the hook"), 2u);
 }
 
-TEST(LogHook, MayThrow)
+TEST_F(LogHook, MayThrow)
 {
-    const LogFolder folder;
     const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
         throw std::runtime_error("hook");
@@ -73,9 +79,8 @@ TEST(LogHook, MayThrow)
     EXPECT_EQ(calls, 2);
 }
 
-TEST(LogHook, MayTakeItselfAway)
+TEST_F(LogHook, MayTakeItselfAway)
 {
-    const LogFolder folder;
     int calls = 0;
     const auto hook = [](const qor_utils::LogMessage&, void* data) {
         ++*static_cast<int*>(data);
@@ -87,7 +92,7 @@ TEST(LogHook, MayTakeItselfAway)
     EXPECT_EQ(calls, 1);
 }
 
-TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
+TEST_F(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
 {
     struct Gate
     {
@@ -96,7 +101,6 @@ TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
         std::atomic<int> calls = 0;
         std::atomic<bool> left = false;
     } gate;
-    const LogFolder folder;
     const auto hook = [](const qor_utils::LogMessage&, void* data) {
         auto& g = *static_cast<Gate*>(data);
         if (g.calls++ > 0) return; // only the first call waits
@@ -118,58 +122,48 @@ TEST(LogHook, IsLeftByOtherThreadsWhenSetHookReturns)
     EXPECT_TRUE(leftAtReturn);
 }
 
-TEST(LogText, IsFormattedAsThePlatformFormatsWideText)
+TEST_F(LogText, IsFormattedAsThePlatformFormatsWideText)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     Log(L"%s|%S|%hs|%ls|%c|%d|%5.2f|%08x|%%", L"wide", "narrow", "narrow", L"wide", L'c', -5,
         3.14159, 0xBEEFu);
-    EXPECT_EQ(LastText(capture), L"wide|narrow|narrow|wide|c|-5| 3.14|0000beef|%");
+    EXPECT_EQ(LastText(m_capture), L"wide|narrow|narrow|wide|c|-5| 3.14|0000beef|%");
     Log(L"%I64u", 18446744073709551615ull);
-    EXPECT_EQ(LastText(capture), L"18446744073709551615");
+    EXPECT_EQ(LastText(m_capture), L"18446744073709551615");
     Log(L"%s", static_cast<const wchar_t*>(nullptr));
-    EXPECT_EQ(LastText(capture), L"(null)");
+    EXPECT_EQ(LastText(m_capture), L"(null)");
 }
 
-TEST(LogText, IsEmptyForANullOrEmptyFormat)
+TEST_F(LogText, IsEmptyForANullOrEmptyFormat)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     Log(nullptr);
-    EXPECT_EQ(LastText(capture), L"");
+    EXPECT_EQ(LastText(m_capture), L"");
     Log(L"");
-    EXPECT_EQ(LastText(capture), L"");
-    EXPECT_EQ(capture.Messages().size(), 2u);
+    EXPECT_EQ(LastText(m_capture), L"");
+    EXPECT_EQ(m_capture.Messages().size(), 2u);
 }
 
-TEST(LogText, IsWholeUpToItsLimitAndCutThere)
+TEST_F(LogText, IsWholeUpToItsLimitAndCutThere)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     for (const std::size_t length :
          {511u, 512u, 513u, 2047u, 2048u, 32768u, 65535u, 65536u, 65537u, 200000u}) {
         const std::wstring text(length, L'x');
         Log(L"%s", text.c_str());
-        EXPECT_EQ(LastText(capture), text.substr(0, longestText)) << length;
+        EXPECT_EQ(LastText(m_capture), text.substr(0, longestText)) << length;
     }
 }
 
-TEST(LogText, IsBoundedHoweverWideAFieldIs)
+TEST_F(LogText, IsBoundedHoweverWideAFieldIs)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     Log(L"%99999999d", 1);
-    EXPECT_LE(LastText(capture).size(), longestText);
-    EXPECT_EQ(capture.Messages().size(), 1u);
+    EXPECT_LE(LastText(m_capture).size(), longestText);
+    EXPECT_EQ(m_capture.Messages().size(), 1u);
 }
 
-TEST(LogText, TakesANullSourceForEmpty)
+TEST_F(LogText, TakesANullSourceForEmpty)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     zelLogger::zelLogHelper(nullptr, 0, 1)(L"x");
-    ASSERT_EQ(capture.Messages().size(), 1u);
-    EXPECT_EQ(capture.Messages()[0].source, "");
+    ASSERT_EQ(m_capture.Messages().size(), 1u);
+    EXPECT_EQ(m_capture.Messages()[0].source, "");
 }
 
 // The system sends a text to the debugger by an exception that a handler can see. It is wide or
@@ -191,9 +185,8 @@ LONG CALLBACK SeeDebuggerText(EXCEPTION_POINTERS* pointers)
     return EXCEPTION_CONTINUE_SEARCH;
 }
 
-TEST(LogOutput, GoesToTheDebuggerToo)
+TEST_F(LogOutput, GoesToTheDebuggerToo)
 {
-    const LogFolder folder;
     std::wstring text;
     s_debuggerText = &text;
     void* const handler = AddVectoredExceptionHandler(1, &SeeDebuggerText);
@@ -204,10 +197,8 @@ TEST(LogOutput, GoesToTheDebuggerToo)
         << testing::PrintToString(text);
 }
 
-TEST(CheckPath, AcceptsWhatAFileSystemCanHold)
+TEST_F(CheckPath, AcceptsWhatAFileSystemCanHold)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     const std::wstring long259 = L"C:\\" + std::wstring(256, L'x');
     const std::wstring prefixed = L"\\\\?\\C:\\" + std::wstring(400, L'x');
     for (const wchar_t* path :
@@ -215,13 +206,11 @@ TEST(CheckPath, AcceptsWhatAFileSystemCanHold)
           L"\xD83D\xDE00", long259.c_str(), prefixed.c_str()})
         EXPECT_TRUE(zelLogger::checkPath("s", 1, path))
             << testing::PrintToString(std::wstring(path));
-    EXPECT_TRUE(capture.Messages().empty());
+    EXPECT_TRUE(m_capture.Messages().empty());
 }
 
-TEST(CheckPath, WarnsOfWhatItCannot)
+TEST_F(CheckPath, WarnsOfWhatItCannot)
 {
-    const LogFolder folder;
-    const LogCapture capture;
     const std::wstring long260 = L"C:\\" + std::wstring(257, L'x');
     const wchar_t* const faulty[] = {L"",
                                      L"C:\\a<b",
@@ -239,14 +228,14 @@ TEST(CheckPath, WarnsOfWhatItCannot)
     std::size_t warnings = 0;
     for (const wchar_t* path : faulty) {
         EXPECT_FALSE(zelLogger::checkPath("Utils_Statics/Utils_Statics", 1029, path));
-        ASSERT_EQ(capture.Messages().size(), ++warnings)
+        ASSERT_EQ(m_capture.Messages().size(), ++warnings)
             << testing::PrintToString(std::wstring(path));
-        EXPECT_EQ(capture.Messages().back().source, "Utils_Statics/Utils_Statics");
-        EXPECT_EQ(capture.Messages().back().line, 1029);
-        EXPECT_EQ(capture.Messages().back().level, 2);
+        EXPECT_EQ(m_capture.Messages().back().source, "Utils_Statics/Utils_Statics");
+        EXPECT_EQ(m_capture.Messages().back().line, 1029);
+        EXPECT_EQ(m_capture.Messages().back().level, 2);
     }
     EXPECT_FALSE(zelLogger::checkPath("s", 1, nullptr));
-    EXPECT_EQ(LastText(capture), L"The path '' is empty.");
+    EXPECT_EQ(LastText(m_capture), L"The path '' is empty.");
 }
 
 } // namespace

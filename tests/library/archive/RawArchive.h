@@ -1,5 +1,7 @@
 #pragma once
 
+#include <test_support/LogCapture.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -50,3 +52,9 @@ std::vector<Listed> List(const std::string& archive);
 std::string Deflate(const std::string& content);
 
 } // namespace raw_archive
+
+// Expects that the archives have logged one failure.
+inline void ExpectLogged(test_support::LogCapture& log, const std::wstring& text)
+{
+    log.ExpectOne("Utils_Statics/ZipArchive", 1, text);
+}

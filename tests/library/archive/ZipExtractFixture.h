@@ -81,15 +81,6 @@ protected:
         EXPECT_EQ(outside, std::set<std::string>{"archive.zip"});
     }
 
-    static void ExpectLogged(test_support::LogCapture& log, const std::wstring& text)
-    {
-        const std::vector<test_support::LoggedMessage> messages = log.Take();
-        ASSERT_EQ(messages.size(), 1u);
-        EXPECT_EQ(messages[0].source, "Utils_Statics/ZipArchive");
-        EXPECT_EQ(messages[0].level, 1);
-        EXPECT_EQ(messages[0].text, text);
-    }
-
     const test_support::TemporaryFolder m_folder;
     std::optional<base::InFolder> m_inTarget;
     ZipExtract m_zip;

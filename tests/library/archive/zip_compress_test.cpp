@@ -66,16 +66,6 @@ protected:
         return std::string(text.begin(), text.end());
     }
 
-    // Expects one message about a failure.
-    static void ExpectLogged(LogCapture& log, const std::wstring& text)
-    {
-        const std::vector<LoggedMessage> messages = log.Take();
-        ASSERT_EQ(messages.size(), 1u);
-        EXPECT_EQ(messages[0].source, "Utils_Statics/ZipArchive");
-        EXPECT_EQ(messages[0].level, 1);
-        EXPECT_EQ(messages[0].text, text);
-    }
-
     const TemporaryFolder m_folder;
 };
 

@@ -229,12 +229,4 @@ TEST_F(ZipDamage, DiskFullEndsThePacking)
     EXPECT_EQ(test_support::HandleCount(), before);
 }
 
-TEST(ZipChild, DISABLED_RunsUntilItsInputEnds)
-{
-    std::printf("keeper runs\n");
-    std::fflush(stdout);
-    while (std::getchar() != EOF) {
-    }
-}
-
 } // namespace

@@ -1,6 +1,6 @@
 // Gradients and borders, read back pixel by pixel, and pictures for image lists.
-#include <base/GdiHandles.h>
 #include <gtest/gtest.h>
+#include <test_support/Canvas.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
 #include <Utils_Statics/utilsExam.h>
@@ -25,42 +25,14 @@ constexpr COLORREF black = RGB(0, 0, 0);
 constexpr COLORREF red = RGB(255, 0, 0);
 constexpr COLORREF blue = RGB(0, 0, 255);
 
-// A device context on a bitmap of 32 bits.
-class Canvas
+// Its pixels have a colour that no test draws.
+class Canvas : public test_support::Canvas
 {
 public:
-    Canvas(int width, int height) : m_width(width), m_height(height)
+    Canvas(int width, int height) : test_support::Canvas(width, height)
     {
-        BITMAPINFO info = {};
-        info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* bits = nullptr;
-        m_bitmap.reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-        m_bits = static_cast<const DWORD*>(bits);
-        dc.CreateCompatibleDC(nullptr);
-        m_before = SelectObject(dc, m_bitmap.get());
-        Clear();
+        dc.FillSolidRect(0, 0, width, height, untouched);
     }
-    ~Canvas() { SelectObject(dc, m_before); }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-
-    void Clear() { dc.FillSolidRect(0, 0, m_width, m_height, untouched); }
-    COLORREF At(int x, int y) const
-    {
-        GdiFlush();
-        const DWORD pixel = m_bits[y * m_width + x];
-        return RGB(pixel >> 16 & 0xff, pixel >> 8 & 0xff, pixel & 0xff);
-    }
-    int Width() const { return m_width; }
-    int Height() const { return m_height; }
-
-    CDC dc;
-
-private:
-    int m_width, m_height;
-    base::Bitmap m_bitmap;
-    const DWORD* m_bits;
-    HGDIOBJ m_before;
 };
 
 bool IsIn(const CRect& rect, int x, int y)

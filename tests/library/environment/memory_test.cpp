@@ -3,7 +3,7 @@
 #include <qor_utils/ULine.h>
 #include <qor_utils/ZelProbe.h>
 #include <test_support/Files.h>
-#include <test_support/ImportHook.h>
+#include <test_support/NoMemory.h>
 #include <test_support/ProtocolFolders.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/Utils_Statics.h>
@@ -21,44 +21,8 @@
 
 namespace {
 
+using test_support::NoMemory;
 using test_support::TemporaryFolder;
-
-// Supplies the memory of every operator new of the process. From the chosen allocation on, this
-// thread gets none.
-class NoMemory
-{
-public:
-    NoMemory() : m_hook(L"libstdc++-6.dll", "malloc", &Allocate) {}
-    ~NoMemory() { s_thread = 0; }
-    NoMemory(const NoMemory&) = delete;
-    NoMemory& operator=(const NoMemory&) = delete;
-
-    static void From(int allocation)
-    {
-        s_left = allocation;
-        s_refused = 0;
-        s_thread = GetCurrentThreadId();
-    }
-    // Ends it. The result is true when memory was refused.
-    static bool End()
-    {
-        s_thread = 0;
-        return s_refused != 0;
-    }
-
-private:
-    static void* Allocate(std::size_t size)
-    {
-        if (GetCurrentThreadId() != s_thread || s_left-- > 0) return std::malloc(size);
-        ++s_refused;
-        return nullptr;
-    }
-
-    inline static DWORD s_thread = 0;
-    inline static int s_left = 0;
-    inline static int s_refused = 0;
-    test_support::ImportHook m_hook;
-};
 
 class Handler : public IMouseHandler
 {

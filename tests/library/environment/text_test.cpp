@@ -96,6 +96,14 @@ protected:
 
     int PlainWrap(std::wstring& text, int maximum);
 
+    // Expects so many lines of a text at a width, and that the text is this one then.
+    void Expect(const wchar_t* text, int width, int lines, const wchar_t* result)
+    {
+        CString asked(text);
+        EXPECT_EQ(utilsExam::WrapStr(&dc, asked, width), lines);
+        EXPECT_STREQ(asked, result);
+    }
+
     CDC dc;
     base::Font font;
     std::optional<base::Selection> selected;
@@ -112,37 +120,27 @@ TEST_F(WrapStrTest, IsZeroWithoutTextOrDeviceContext)
 
 TEST_F(WrapStrTest, LeavesATextThatFits)
 {
-    CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"aa bbbb c") + 1), 1);
-    EXPECT_STREQ(text, L"aa bbbb c");
+    Expect(L"aa bbbb c", Width(L"aa bbbb c") + 1, 1, L"aa bbbb c");
 }
 
 TEST_F(WrapStrTest, ReplacesATextOfExactlyTheWidthByItsLongestWord)
 {
-    CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"aa bbbb c")), 1);
-    EXPECT_STREQ(text, L"bbbb");
+    Expect(L"aa bbbb c", Width(L"aa bbbb c"), 1, L"bbbb");
 }
 
 TEST_F(WrapStrTest, CountsOneLineForEachWordThatFillsIt)
 {
-    CString text(L"aa bbbb c");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"bbbb")), 3);
-    EXPECT_STREQ(text, L"bbbb");
+    Expect(L"aa bbbb c", Width(L"bbbb"), 3, L"bbbb");
 }
 
 TEST_F(WrapStrTest, LeavesASingleWordHoweverWide)
 {
-    CString text(L"abcdefghijklmnop");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, 3), 1);
-    EXPECT_STREQ(text, L"abcdefghijklmnop");
+    Expect(L"abcdefghijklmnop", 3, 1, L"abcdefghijklmnop");
 }
 
 TEST_F(WrapStrTest, CountsALineMoreForAFirstWordThatIsTooWide)
 {
-    CString text(L"abcdef g");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"abc")), 3);
-    EXPECT_STREQ(text, L"abcdef");
+    Expect(L"abcdef g", Width(L"abc"), 3, L"abcdef");
 }
 
 TEST_F(WrapStrTest, TakesTheFirstOfEquallyLongWords)
@@ -154,16 +152,12 @@ TEST_F(WrapStrTest, TakesTheFirstOfEquallyLongWords)
 
 TEST_F(WrapStrTest, SkipsLeadingDelimitersButMeasuresThem)
 {
-    CString text(L"    aa b");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, Width(L"    aa") - 1), 2);
-    EXPECT_STREQ(text, L"aa");
+    Expect(L"    aa b", Width(L"    aa") - 1, 2, L"aa");
 }
 
 TEST_F(WrapStrTest, GivesOneLineForDelimitersAlone)
 {
-    CString text(L"      ");
-    EXPECT_EQ(utilsExam::WrapStr(&dc, text, 1), 1);
-    EXPECT_STREQ(text, L"");
+    Expect(L"      ", 1, 1, L"");
 }
 
 TEST_F(WrapStrTest, AppendsTheWordsAfterALineFeedWithoutTheirDelimiter)

@@ -1,7 +1,7 @@
 #include "GeometryScene.h"
 
-#include <base/GdiHandles.h>
 #include <gtest/gtest.h>
+#include <test_support/Canvas.h>
 #include <test_support/Random.h>
 
 #include <afxwin.h>
@@ -20,45 +20,24 @@ namespace {
 constexpr int imageWidth = 640;
 constexpr int imageHeight = 480;
 
-// A real device context over readable pixels.
-class Canvas
+// A real device context over readable pixels, with a white pen.
+class Canvas : public test_support::Canvas
 {
 public:
-    Canvas()
-    {
-        BITMAPINFO info{};
-        info.bmiHeader = {
-            sizeof info.bmiHeader, imageWidth, -imageHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* bits = nullptr;
-        m_bitmap.reset(CreateDIBSection(m_memory.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-        m_bits = static_cast<const unsigned int*>(bits);
-        m_selectedBitmap.emplace(m_memory.get(), m_bitmap.get());
-        m_selectedPen.emplace(m_memory.get(), GetStockObject(WHITE_PEN));
-        m_dc.Attach(m_memory.get());
-    }
-    ~Canvas() { m_dc.Detach(); }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
+    Canvas() : test_support::Canvas(imageWidth, imageHeight) { dc.SelectStockObject(WHITE_PEN); }
 
-    CDC* Dc() { return &m_dc; }
+    CDC* Dc() { return &dc; }
 
     std::vector<UPoint> Drawn() const
     {
-        GdiFlush();
         std::vector<UPoint> points;
-        for (int y = 0; y < imageHeight; ++y)
-            for (int x = 0; x < imageWidth; ++x)
-                if ((m_bits[y * imageWidth + x] & 0xFFFFFF) != 0) points.push_back({x, y});
+        int place = 0;
+        for (const std::uint32_t pixel : Pixels()) {
+            if ((pixel & 0xFFFFFF) != 0) points.push_back({place % imageWidth, place / imageWidth});
+            ++place;
+        }
         return points;
     }
-
-private:
-    base::Bitmap m_bitmap;
-    base::MemoryContext m_memory{CreateCompatibleDC(nullptr)};
-    std::optional<base::Selection> m_selectedBitmap;
-    std::optional<base::Selection> m_selectedPen;
-    const unsigned int* m_bits = nullptr;
-    CDC m_dc;
 };
 
 double Distance(double ax, double ay, double bx, double by)

@@ -9,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,7 @@ namespace {
 
 struct MaskInput
 {
-    int width = 0;
-    int height = 0;
+    int width = 0, height = 0;
     int samplingFreq = 0;
     int steerAngle = 0;
     int lines = 0;
@@ -27,8 +27,7 @@ struct MaskInput
     int scanB = 0;
     const ZelProbe* probe = nullptr;
     int soundSpeed = 1540;
-    UPoint origin;
-    UPoint scale;
+    UPoint origin, scale;
     unsigned char value = 255;
 };
 
@@ -40,12 +39,17 @@ std::size_t Size(const MaskInput& in)
            static_cast<std::size_t>(std::max(0, in.height));
 }
 
-Bytes Mask(const MaskInput& in, unsigned char before = 0x55)
+bool Create(unsigned char* mask, const MaskInput& in)
 {
-    Bytes mask(Size(in), before);
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(
-        mask.data(), in.width, in.height, in.samplingFreq, in.steerAngle, in.lines, in.imageRect,
-        in.scanB, in.probe, in.soundSpeed, in.origin, in.scale, in.value));
+    return CImgGeometry::CreateImageMask(mask, in.width, in.height, in.samplingFreq, in.steerAngle,
+                                         in.lines, in.imageRect, in.scanB, in.probe, in.soundSpeed,
+                                         in.origin, in.scale, in.value);
+}
+
+Bytes Mask(const MaskInput& in)
+{
+    Bytes mask(Size(in), 0x55);
+    EXPECT_TRUE(Create(mask.data(), in));
     return mask;
 }
 
@@ -110,8 +114,7 @@ private:
     bool Inside(int x, int y, bool fine)
     {
         int sample = 0;
-        unsigned int lineFraction = 0;
-        unsigned int sampleFraction = 0;
+        unsigned int lineFraction = 0, sampleFraction = 0;
         ScanConverter::GetPreciseUSCoordinates(
             x, y, &m_line, &sample, &lineFraction, &sampleFraction, m_rect, m_in.probe,
             m_in.soundSpeed, m_in.steerAngle, m_in.scanB, m_in.lines, m_in.samplingFreq,
@@ -131,29 +134,15 @@ private:
 std::string Describe(const MaskInput& in)
 {
     const ZelProbe& p = *in.probe;
-    std::string text = "probe";
-    for (int n : {p.type,
-                  p.elements,
-                  p.pitch,
-                  p.radius,
-                  p.sectorAngle,
-                  in.width,
-                  in.height,
-                  in.samplingFreq,
-                  in.steerAngle,
-                  in.lines,
-                  in.scanB,
-                  in.soundSpeed,
-                  in.origin.x,
-                  in.origin.y,
-                  in.scale.x,
-                  in.scale.y,
-                  static_cast<int>(in.imageRect.left),
-                  static_cast<int>(in.imageRect.top),
-                  static_cast<int>(in.imageRect.right),
-                  static_cast<int>(in.imageRect.bottom)})
-        text += " " + std::to_string(n);
-    return text;
+    std::ostringstream text;
+    text << "probe " << p.type << ' ' << p.elements << ' ' << p.pitch << ' ' << p.radius << ' '
+         << p.sectorAngle << ", " << in.width << " x " << in.height << ", frequency "
+         << in.samplingFreq << ", steered " << in.steerAngle << ", lines " << in.lines << ", scanB "
+         << in.scanB << ", speed " << in.soundSpeed << ", origin " << in.origin.x << ' '
+         << in.origin.y << ", scale " << in.scale.x << ' ' << in.scale.y << ", region "
+         << in.imageRect.left << ' ' << in.imageRect.top << ' ' << in.imageRect.right << ' '
+         << in.imageRect.bottom;
+    return text.str();
 }
 
 ZelProbe RandomProbe(Random& random)
@@ -206,8 +195,7 @@ constexpr ZelProbe Curved{0, 128, 400, 40000, 0};
 // A question about a pixel to the scan converter, and its answer.
 struct Question
 {
-    int x;
-    int y;
+    int x, y;
     bool fine;
 
     friend bool operator==(const Question&, const Question&) = default;
@@ -218,8 +206,7 @@ struct Question
 };
 struct Answer
 {
-    int line;
-    int sample;
+    int line, sample;
 };
 constexpr Answer within{1, 1};
 constexpr Answer beside{1, 0};  // on a line of the region, before its first sample
@@ -294,14 +281,9 @@ MaskInput SmallInput(int width, int height)
 TEST(CreateImageMask, WritesNothingWithoutWidth)
 {
     unsigned char pixel = 7;
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 0, 10, 7700000, 0, 128, CRect(0, 0, 128, 500),
-                                              0, &Curved, 1540, {0, 0}, {100, 100}, 1));
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(nullptr, -1, 10, 7700000, 0, 128,
-                                              CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
-                                              {100, 100}, 1));
-    EXPECT_TRUE(CImgGeometry::CreateImageMask(&pixel, 10, -10, 7700000, 0, 128,
-                                              CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
-                                              {100, 100}, 1));
+    EXPECT_TRUE(Create(&pixel, SmallInput(0, 10)));
+    EXPECT_TRUE(Create(nullptr, SmallInput(-1, 10)));
+    EXPECT_TRUE(Create(&pixel, SmallInput(10, -10)));
     EXPECT_EQ(pixel, 7);
 }
 
@@ -381,29 +363,22 @@ TEST(CreateImageMask, AsksWithTheParametersThatItIsGiven)
     const ScriptedConverter converter([](const Question&) { return within; });
     Mask(in);
     const Arguments& last = converter.Last();
-    EXPECT_EQ(last.rect.left, 8); // 64 lines over 128 elements
-    EXPECT_EQ(last.rect.top, 5);
-    EXPECT_EQ(last.rect.right, 56);
-    EXPECT_EQ(last.rect.bottom, 800);
+    EXPECT_EQ(last.rect, (URect{8, 5, 56, 800})); // 64 lines over 128 elements
     EXPECT_EQ(last.probe, &Curved);
     EXPECT_EQ(last.soundSpeed, 1500);
     EXPECT_EQ(last.steerAngle, 30000);
     EXPECT_EQ(last.scanB, 7);
     EXPECT_EQ(last.lines, 64);
     EXPECT_EQ(last.samplingFreq, 7700000);
-    EXPECT_EQ(last.origin.x, 200);
-    EXPECT_EQ(last.origin.y, -80);
-    EXPECT_EQ(last.scale.x, 300);
-    EXPECT_EQ(last.scale.y, 200);
+    EXPECT_EQ(last.origin, (UPoint{200, -80}));
+    EXPECT_EQ(last.scale, (UPoint{300, 200}));
     EXPECT_EQ(last.sinSteer, std::sin(30000 * 1.7453292519943296e-5));
     EXPECT_EQ(last.cosSteer, std::cos(30000 * 1.7453292519943296e-5));
 }
 
 TEST(CreateImageMask, RefusesANullMask)
 {
-    EXPECT_FALSE(CImgGeometry::CreateImageMask(nullptr, 10, 10, 7700000, 0, 128,
-                                               CRect(0, 0, 128, 500), 0, &Curved, 1540, {0, 0},
-                                               {100, 100}, 1));
+    EXPECT_FALSE(Create(nullptr, SmallInput(10, 10)));
 }
 
 TEST(CreateImageMask, MarksTheSectorAndNothingElse)
@@ -492,27 +467,6 @@ TEST(CreateImageMask, IsTheStepByStepMaskOnRandomInput)
         marked += std::count(expected.begin(), expected.end(), in.value) > 0;
     }
     EXPECT_GT(marked, 400) << "the random input is not all empty";
-}
-
-// The region begins before the probe's face, behind an extended sector.
-TEST(CreateImageMask, ReachesBeforeTheFaceOfAnExtendedSector)
-{
-    const ZelProbe probe{2, 80, 185, 64188, 52658};
-    MaskInput in;
-    in.probe = &probe;
-    in.width = 7;
-    in.height = 19;
-    in.samplingFreq = 5193262;
-    in.steerAngle = -23527;
-    in.lines = 80;
-    in.imageRect = CRect(-277, -818, 80, 243);
-    in.scanB = 40796;
-    in.soundSpeed = 1629;
-    in.origin = {7, 8};
-    in.scale = {12158, 12158};
-    const Bytes mask = Mask(in);
-    EXPECT_EQ(mask[1], in.value); // pixel (1, 0)
-    EXPECT_EQ(mask, PlainMask(in).Make());
 }
 
 TEST(CreateImageMask, IsTheStepByStepMaskOnAdversarialInput)

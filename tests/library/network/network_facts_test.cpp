@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <test_support/ComScope.h>
 #include <test_support/ImportHook.h>
+#include <test_support/NoMemory.h>
 #include <Utils_Statics/utilsExam.h>
 #include <wmi_server/WmiServer.h>
 
@@ -116,36 +117,30 @@ hostent* WINAPI NoAddress(const char*)
     return &host;
 }
 
-template <class Function>
-void* Address(Function* function)
-{
-    return reinterpret_cast<void*>(function);
-}
-
 constexpr wchar_t library[] = L"Utils_Statics.dll";
 
 TEST(GetLocalIP, IsTheFirstAddressInDottedForm)
 {
-    const ImportHook name(library, "gethostname", Address(CheckedHostName));
-    const ImportHook host(library, "gethostbyname", Address(TwoAddresses));
+    const ImportHook name(library, "gethostname", CheckedHostName);
+    const ImportHook host(library, "gethostbyname", TwoAddresses);
     EXPECT_STREQ(utilsExam::GetLocalIP(), L"10.1.2.3");
 }
 
 TEST(GetLocalIP, IsEmptyWithoutAHostName)
 {
-    const ImportHook hook(library, "gethostname", Address(NoHostName));
+    const ImportHook hook(library, "gethostname", NoHostName);
     EXPECT_STREQ(utilsExam::GetLocalIP(), L"");
 }
 
 TEST(GetLocalIP, IsEmptyForAHostNameThatDoesNotResolve)
 {
-    const ImportHook hook(library, "gethostname", Address(UnknownHostName));
+    const ImportHook hook(library, "gethostname", UnknownHostName);
     EXPECT_STREQ(utilsExam::GetLocalIP(), L"");
 }
 
 TEST(GetLocalIP, IsEmptyForAHostWithoutAddresses)
 {
-    const ImportHook hook(library, "gethostbyname", Address(NoAddress));
+    const ImportHook hook(library, "gethostbyname", NoAddress);
     EXPECT_STREQ(utilsExam::GetLocalIP(), L"");
 }
 
@@ -228,15 +223,10 @@ TEST_F(WirelessAdapter, IsEmptyWhenAnyCallFails)
     EXPECT_EQ(utilsExam::GetWirelessAdapterGuid(), L"{5}");
 }
 
-BSTR WINAPI NoText(const OLECHAR*)
-{
-    return nullptr;
-}
-
 TEST_F(WirelessAdapter, IsEmptyWhenATextCannotBeAllocated)
 {
     server.SetAnswer(query, {Adapter(L"Wireless", L"{5}")});
-    const ImportHook hook(library, "SysAllocString", Address(NoText));
+    const test_support::FewTexts none;
     std::wstring guid = L"?";
     EXPECT_NO_THROW(guid = utilsExam::GetWirelessAdapterGuid());
     EXPECT_EQ(guid, L"");

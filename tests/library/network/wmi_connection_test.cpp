@@ -1,7 +1,7 @@
 // The monitoring connects, subscribes and lets go, with failures at every step.
 #include "WmiFixture.h"
 
-#include <test_support/ImportHook.h>
+#include <test_support/NoMemory.h>
 
 #include <comdef.h>
 
@@ -264,15 +264,10 @@ TEST_F(WmiConnection, AFailureOfAnySingleCallLeavesNothingBehind)
     }
 }
 
-BSTR WINAPI NoText(const OLECHAR*)
-{
-    return nullptr;
-}
-
 TEST_F(WmiConnection, ANamespacesNameThatCannotBeAllocatedIsRaised)
 {
     {
-        const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", NoText);
+        const test_support::FewTexts few;
         try {
             CWmiService::getInstance();
             ADD_FAILURE() << "nothing was raised";
@@ -286,21 +281,13 @@ TEST_F(WmiConnection, ANamespacesNameThatCannotBeAllocatedIsRaised)
     EXPECT_EQ(server.TakeCalls(), connectCalls + subscribeCalls) << "a later call starts over";
 }
 
-// The number of texts that can still be allocated.
-int s_textsLeft;
-
-BSTR WINAPI FewTexts(const OLECHAR* text)
-{
-    return s_textsLeft-- > 0 ? SysAllocString(text) : nullptr;
-}
-
 // Each subscription needs two texts, after one for the namespace's name.
 TEST_F(WmiConnection, ASubscriptionWhoseTextsCannotBeAllocatedIsARefusedOne)
 {
     Service();
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", FewTexts);
+    const test_support::FewTexts few;
     for (int texts = 1; texts <= 11; ++texts) {
-        s_textsLeft = texts;
+        test_support::FewTexts::Allow(texts);
         EXPECT_EQ(Service().Initialize(), texts == 11) << texts;
         EXPECT_EQ(server.Sinks().size(), static_cast<std::size_t>((texts - 1) / 2)) << texts;
         EXPECT_EQ(server.LiveObjects(), 2) << "the connection stays";
@@ -312,15 +299,15 @@ TEST_F(WmiConnection, AQueryWhoseTextsCannotBeAllocatedIsNotRun)
     server.SetAnswer(adapterQuery, {Adapter(L"Wireless")});
     Service();
     server.TakeCalls();
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", FewTexts);
+    const test_support::FewTexts few;
     for (int texts = 0; texts <= 2; ++texts) {
-        s_textsLeft = texts;
+        test_support::FewTexts::Allow(texts);
         std::int32_t answer = 0;
         EXPECT_NO_THROW(answer = Service().Query(adapterMode, adapterQuery.c_str()));
         EXPECT_EQ(answer, texts == 2 ? 1 : -1);
         EXPECT_EQ(server.TakeCalls().empty(), texts < 2);
     }
-    s_textsLeft = 0;
+    test_support::FewTexts::Allow(0);
     SetStates(false);
     EXPECT_NO_THROW(Service().Update());
     EXPECT_EQ(States(), (std::vector{true, true, true}));

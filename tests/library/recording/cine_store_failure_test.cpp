@@ -150,14 +150,6 @@ constexpr std::size_t killedFrameSize = 5001;
 
 } // namespace
 
-// Keeps a program of this platform running for disk-full.
-TEST(CineStoreChild, DISABLED_RunsUntilItsInputEnds)
-{
-    std::puts("keeper runs");
-    while (std::getchar() != EOF)
-        continue;
-}
-
 // Records, tells its parent, and waits for its end.
 TEST(CineStoreChild, DISABLED_RecordsUntilItIsKilled)
 {

@@ -119,21 +119,14 @@ private:
         return Gdiplus::DllExports::GdipCreateFontFamilyFromName(L"Arial", nullptr, family);
     }
 
-    template <class Function>
-    static void* Address(Function* function)
-    {
-        return reinterpret_cast<void*>(function);
-    }
-
     inline static std::vector<std::wstring> s_lines;
     inline static bool s_hasArial = true;
 
     static constexpr const wchar_t* library = L"Utils_Statics.dll";
-    const test_support::ImportHook m_string{library, "GdipDrawString", Address(DrawString)};
-    const test_support::ImportHook m_pie{library, "GdipFillPie", Address(FillPie)};
-    const test_support::ImportHook m_arc{library, "GdipDrawArc", Address(DrawArc)};
-    const test_support::ImportHook m_family{library, "GdipCreateFontFamilyFromName",
-                                            Address(CreateFamily)};
+    const test_support::ImportHook m_string{library, "GdipDrawString", DrawString};
+    const test_support::ImportHook m_pie{library, "GdipFillPie", FillPie};
+    const test_support::ImportHook m_arc{library, "GdipDrawArc", DrawArc};
+    const test_support::ImportHook m_family{library, "GdipCreateFontFamilyFromName", CreateFamily};
     const test_support::ImportHook m_generic{library, "GdipGetGenericFontFamilySansSerif",
-                                             Address(GenericFamily)};
+                                             GenericFamily};
 };

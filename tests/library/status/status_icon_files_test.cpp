@@ -5,7 +5,7 @@
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/Files.h>
-#include <test_support/ImportHook.h>
+#include <test_support/NoMemory.h>
 #include <Utils_Statics/CStatusGps.h>
 
 #include <random>
@@ -226,18 +226,14 @@ TEST_F(IconFiles, AreShownByASecondDrawingSessionToo)
     EXPECT_EQ(Colour(), green);
 }
 
-void* NoMemory(std::size_t)
-{
-    return nullptr;
-}
-
 TEST_F(IconFiles, WhosePathsFindNoMemoryTakeNoRoom)
 {
     Write(24, 20, green);
     Row row;
     int width = -1;
     {
-        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc", NoMemory);
+        const test_support::NoMemory memory;
+        test_support::NoMemory::From(0);
         EXPECT_NO_THROW(width = Shown(row));
     }
     EXPECT_EQ(width, 0);

@@ -4,6 +4,7 @@
 
 #include <test_support/ChildTest.h>
 #include <test_support/LogCapture.h>
+#include <test_support/NoMemory.h>
 #include <test_support/TestStringTable.h>
 #include <Utils_Statics/CStatusProbeSensor.h>
 
@@ -27,9 +28,43 @@ SensorData Reading(double temperature, double angle = 90, std::uint8_t error = 0
     return {true, temperature, angle, error, version};
 }
 
+// The temperature's part of the row.
+const CRect readout(146, 0, 200, 60);
+
 bool IsReddish(Gdiplus::ARGB pixel)
 {
     return GetRValue(pixel >> 16) > 0x80 && GetRValue(pixel >> 8) < 0x60 && GetRValue(pixel) < 0x60;
+}
+
+// The strongest pixels of the temperature. Text is antialiased, so its colour is the one
+// farthest from the background.
+Gdiplus::ARGB TextColour(Row& row, const CRect& area)
+{
+    Gdiplus::ARGB found = background;
+    int farthest = 0;
+    for (int y = area.top; y < area.bottom; ++y)
+        for (int x = area.left; x < area.right; ++x) {
+            const int away = std::abs(GetRValue(row.At(x, y) >> 16) - 0x20);
+            if (away > farthest) {
+                farthest = away;
+                found = row.At(x, y);
+            }
+        }
+    return found;
+}
+
+void ExpectColour(Gdiplus::ARGB colour, int red, int green, int blue)
+{
+    EXPECT_NEAR(GetRValue(colour >> 16), red, 3);
+    EXPECT_NEAR(GetRValue(colour >> 8), green, 3);
+    EXPECT_NEAR(GetRValue(colour), blue, 3);
+}
+
+void LoadWarnings(TestStringTable& table, const char* noSensor, const char* tooHot)
+{
+    table.Add("status.probesensor.nosensor", noSensor, noSensor);
+    table.Add("status.probesensor.maxtemp", tooHot, tooHot);
+    table.Load();
 }
 
 // The settings are read when the only object is made, so in this process they are the defaults.
@@ -38,9 +73,7 @@ class ProbeSensor : public StatusTest
 protected:
     ProbeSensor()
     {
-        table.Add("status.probesensor.nosensor", "NO SENSOR", "NO SENSOR");
-        table.Add("status.probesensor.maxtemp", "TOO HOT", "TOO HOT");
-        table.Load();
+        LoadWarnings(table, "NO SENSOR", "TOO HOT");
         CStatusProbeSensor::setState({});
         repaints = 0;
     }
@@ -52,28 +85,6 @@ protected:
         CStatusProbeSensor::setState(data);
         return Draw(item, row);
     }
-    // The strongest pixels of the temperature. Text is antialiased, so its colour is the one
-    // farthest from the background.
-    static Gdiplus::ARGB TextColour(Row& row, const CRect& area)
-    {
-        Gdiplus::ARGB found = background;
-        int farthest = 0;
-        for (int y = area.top; y < area.bottom; ++y)
-            for (int x = area.left; x < area.right; ++x) {
-                const int away = std::abs(GetRValue(row.At(x, y) >> 16) - 0x20);
-                if (away > farthest) {
-                    farthest = away;
-                    found = row.At(x, y);
-                }
-            }
-        return found;
-    }
-    static void ExpectColour(Gdiplus::ARGB colour, int red, int green, int blue)
-    {
-        EXPECT_NEAR(GetRValue(colour >> 16), red, 3);
-        EXPECT_NEAR(GetRValue(colour >> 8), green, 3);
-        EXPECT_NEAR(GetRValue(colour), blue, 3);
-    }
 
     IStatusItem* const item = CStatusProbeSensor::getInstance();
     TestStringTable table;
@@ -82,11 +93,7 @@ protected:
 TEST_F(ProbeSensor, StartsWithoutASensor)
 {
     const SensorData start;
-    EXPECT_FALSE(start.isSensorSupported);
-    EXPECT_EQ(start.temperature, -1.0);
-    EXPECT_EQ(start.angle, -1.0);
-    EXPECT_EQ(start.errorStatus, 0);
-    EXPECT_EQ(start.muxVersion, 0);
+    EXPECT_EQ(start, (SensorData{false, -1.0, -1.0, 0, 0}));
     EXPECT_EQ(CStatusProbeSensor::getState(), start);
     EXPECT_FALSE(item->isVisible());
     EXPECT_EQ(CStatusProbeSensor::getInstance(), item);
@@ -157,7 +164,7 @@ TEST_F(ProbeSensor, ShowsTemperatureAndGauge)
     const CRect drawn = row.Drawn();
     EXPECT_GE(drawn.left, 200 - 102 - 1) << "the outline is two pixels wide";
     EXPECT_LT(drawn.left, 200 - 90);
-    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+    ExpectColour(TextColour(row, readout), 231, 235, 246);
     ExpectColour(TextColour(row, CRect(98 + 16, 16, 98 + 34, 44)), 231, 235, 246);
 }
 
@@ -204,7 +211,7 @@ TEST_F(ProbeSensor, TheTextReddensOnItsWayToTheThreshold)
     for (const auto& expected : rows) {
         Row row;
         DrawReading(Reading(expected.temperature), row);
-        ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, expected.green, expected.blue);
+        ExpectColour(TextColour(row, readout), 231, expected.green, expected.blue);
     }
 }
 
@@ -212,14 +219,13 @@ TEST_F(ProbeSensor, WarnsOverTheRestOfTheRowWhenTooHot)
 {
     Row row;
     EXPECT_EQ(DrawReading(Reading(39.9), row), 200);
-    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 0, 0);
+    ExpectColour(TextColour(row, readout), 231, 0, 0);
     const CRect warning = row.Where([](Gdiplus::ARGB pixel) { return pixel == 0xFFFF0000; });
     EXPECT_GT(warning.Width(), 30);
     EXPECT_NEAR((warning.left + warning.right) / 2.0, 73, 3) << "centred in what is left";
     EXPECT_NEAR((warning.top + warning.bottom) / 2.0, 30, 4);
     EXPECT_LE(warning.right, 146);
-    const Gdiplus::ARGB gauge = row.At(104, 8);
-    EXPECT_EQ(gauge, background) << "there is no gauge";
+    EXPECT_EQ(row.At(104, 8), background) << "there is no gauge";
 }
 
 TEST_F(ProbeSensor, TheThresholdItselfIsNotTooHot)
@@ -234,7 +240,7 @@ TEST_F(ProbeSensor, WarnsOfAnErrorAtANormalTemperature)
     Row row;
     EXPECT_EQ(DrawReading(Reading(36, 90, 1), row), 200);
     EXPECT_NE(row.Where(IsReddish), CRect());
-    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+    ExpectColour(TextColour(row, readout), 231, 235, 246);
 }
 
 TEST_F(ProbeSensor, WithoutAUsableSensorOnlyTheWarningIsShown)
@@ -253,9 +259,7 @@ TEST_F(ProbeSensor, WithoutAUsableSensorOnlyTheWarningIsShown)
 TEST_F(ProbeSensor, AnEmptyWarningTakesNoRoom)
 {
     TestStringTable empty;
-    empty.Add("status.probesensor.nosensor", "", "");
-    empty.Add("status.probesensor.maxtemp", "", "");
-    empty.Load();
+    LoadWarnings(empty, "", "");
     DrawingRecord record;
     Row row;
     EXPECT_EQ(DrawReading({}, row), 0);
@@ -266,8 +270,7 @@ TEST_F(ProbeSensor, AnEmptyWarningTakesNoRoom)
 TEST_F(ProbeSensor, AWarningOfABlankClaimsTheRow)
 {
     TestStringTable blank;
-    blank.Add("status.probesensor.nosensor", " ", " ");
-    blank.Load();
+    LoadWarnings(blank, " ", " ");
     Row row;
     EXPECT_EQ(DrawReading({}, row), 200);
     EXPECT_EQ(row.Drawn(), CRect());
@@ -347,17 +350,13 @@ TEST_F(ProbeSensor, TheGaugesOutlineIsOpenAbove)
         EXPECT_EQ(row.At(110, y), background) << y;
 }
 
-void* NoMemory(std::size_t)
-{
-    return nullptr;
-}
-
 TEST_F(ProbeSensor, TakesNoRoomWhenItsWarningFindsNoMemory)
 {
     Row row;
     int width = -1;
     {
-        const test_support::ImportHook hook(L"libstdc++-6.dll", "malloc", NoMemory);
+        const test_support::NoMemory memory;
+        test_support::NoMemory::From(0);
         EXPECT_NO_THROW(width = Draw(item, row));
     }
     EXPECT_EQ(width, 0);
@@ -387,27 +386,26 @@ TEST_F(ProbeSensor, BeginsAtTheTopOfTheRectangle)
 
 TEST_F(ProbeSensor, LogsWhatItDraws)
 {
-    const LogCapture log;
+    LogCapture log;
     const auto texts = [&](const SensorData& data) {
         Row row;
         DrawReading(data, row);
-        std::vector<std::wstring> found;
-        for (const auto& message : const_cast<LogCapture&>(log).Take()) {
+        Lines found;
+        for (const auto& message : log.Take()) {
             EXPECT_EQ(message.source, "Utils_Statics/StatusProbeSensor");
             EXPECT_EQ(message.level, 4);
             found.push_back(message.text);
         }
         return found;
     };
-    using Texts = std::vector<std::wstring>;
-    EXPECT_EQ(texts(Reading(36)), (Texts{L"isSensorSupported 1 errorStatus 0 muxVersion 2\n",
+    EXPECT_EQ(texts(Reading(36)), (Lines{L"isSensorSupported 1 errorStatus 0 muxVersion 2\n",
                                          L"sensorData valid()\n"}));
     EXPECT_EQ(texts(Reading(40, 90, 255, 3)),
-              (Texts{L"isSensorSupported 1 errorStatus 255 muxVersion 3\n", L"sensorData valid()\n",
+              (Lines{L"isSensorSupported 1 errorStatus 255 muxVersion 3\n", L"sensorData valid()\n",
                      L" hardware error status\n"}));
     EXPECT_EQ(
         texts({false, 36, 90, 1, -1}),
-        (Texts{L"isSensorSupported 0 errorStatus 1 muxVersion -1\n", L"sensorData invalid()\n"}));
+        (Lines{L"isSensorSupported 0 errorStatus 1 muxVersion -1\n", L"sensorData invalid()\n"}));
 }
 
 TEST_F(ProbeSensor, ReadingsThatAreNoNumbersDoNoHarm)
@@ -420,7 +418,7 @@ TEST_F(ProbeSensor, ReadingsThatAreNoNumbersDoNoHarm)
         }
     Row row;
     DrawReading(Reading(nan, 90), row);
-    ExpectColour(TextColour(row, CRect(146, 0, 200, 60)), 231, 235, 246);
+    ExpectColour(TextColour(row, readout), 231, 235, 246);
 }
 
 TEST_F(ProbeSensor, TheThresholdIsReadAnewEachTime)
@@ -428,15 +426,12 @@ TEST_F(ProbeSensor, TheThresholdIsReadAnewEachTime)
     EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 39.8);
     SetText(L"TeeTempThresh", L"41.25");
     EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 41.25);
-    const struct
-    {
-        const wchar_t* text;
-        double value;
-    } rows[] = {{L"hot", 0},  {L"", 0},         {L"  42", 42},   {L"40,5", 40},
-                {L"4e1", 40}, {L"-3.5C", -3.5}, {L"39.8 ", 39.8}};
-    for (const auto& row : rows) {
-        SetText(L"TeeTempThresh", row.text);
-        EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), row.value);
+    const std::pair<const wchar_t*, double> rows[] = {
+        {L"hot", 0},  {L"", 0},         {L"  42", 42},   {L"40,5", 40},
+        {L"4e1", 40}, {L"-3.5C", -3.5}, {L"39.8 ", 39.8}};
+    for (const auto& [text, value] : rows) {
+        SetText(L"TeeTempThresh", text);
+        EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), value);
     }
     Row row;
     EXPECT_EQ(DrawReading(Reading(39.9), row), 200) << "the item keeps the one that it found";
@@ -444,85 +439,61 @@ TEST_F(ProbeSensor, TheThresholdIsReadAnewEachTime)
 
 // ---- Other settings, each in a process of its own, because the object reads them when it is made
 
-// The settings come from the environment; the child checks the result itself.
-class SettingsOfChild : public StatusTest
+// A reading, and the colour and width of its text.
+struct Shown
 {
-protected:
-    // The colour and width of a reading's text.
-    void Expect(double temperature, int green, int blue, int width)
-    {
-        TestStringTable table;
-        table.Add("status.probesensor.maxtemp", "TOO HOT", "TOO HOT");
-        table.Load();
-        CStatusProbeSensor::setState(Reading(temperature));
+    double temperature;
+    int green, blue, width;
+};
+using AllShown = std::vector<Shown>;
+
+struct Settings
+{
+    const char* name;
+    const wchar_t *threshold, *warnStart;
+    AllShown shown;
+};
+
+class ProbeSensorSettings : public StatusTest, public testing::WithParamInterface<Settings>
+{
+};
+
+TEST_P(ProbeSensorSettings, DISABLED_OfChild)
+{
+    SetText(L"TeeTempThresh", GetParam().threshold);
+    SetText(L"TeeTempWarnStart", GetParam().warnStart);
+    TestStringTable table;
+    LoadWarnings(table, "NO SENSOR", "TOO HOT");
+    for (const Shown& shown : GetParam().shown) {
+        SCOPED_TRACE(shown.temperature);
+        CStatusProbeSensor::setState(Reading(shown.temperature));
         Row row;
-        EXPECT_EQ(Draw(CStatusProbeSensor::getInstance(), row), width) << temperature;
-        Gdiplus::ARGB strongest = background;
-        for (int y = 0; y < 60; ++y)
-            for (int x = 146; x < 200; ++x)
-                if (GetRValue(row.At(x, y) >> 16) > GetRValue(strongest >> 16))
-                    strongest = row.At(x, y);
-        EXPECT_NEAR(GetRValue(strongest >> 8), green, 3) << temperature;
-        EXPECT_NEAR(GetRValue(strongest), blue, 3) << temperature;
+        EXPECT_EQ(Draw(CStatusProbeSensor::getInstance(), row), shown.width);
+        ExpectColour(TextColour(row, readout), 231, shown.green, shown.blue);
     }
-    [[noreturn]] static void End() { std::exit(testing::Test::HasFailure() ? 1 : 42); }
-};
-
-// With the ramp's two ends equal, the fraction of the way is a division by zero.
-TEST_F(SettingsOfChild, DISABLED_RampWithoutLength)
-{
-    SetText(L"TeeTempThresh", L"38");
-    SetText(L"TeeTempWarnStart", L"38");
-    Expect(37.9, 235, 246, 102);
-    Expect(38, 235, 246, 102);
-    Expect(38.1, 0, 0, 200);
-    End();
+    std::exit(HasFailure() ? 1 : 42);
 }
-
-TEST_F(SettingsOfChild, DISABLED_RampThatEndsBeforeItStarts)
-{
-    SetText(L"TeeTempThresh", L"36");
-    SetText(L"TeeTempWarnStart", L"38");
-    Expect(35, 0, 0, 102);
-    Expect(37, 117, 123, 200);
-    Expect(39, 235, 246, 200);
-    End();
-}
-
-TEST_F(SettingsOfChild, DISABLED_SettingsThatAreNoNumbers)
-{
-    SetText(L"TeeTempThresh", L"hot");
-    SetText(L"TeeTempWarnStart", L"warm");
-    Expect(-1, 235, 246, 102);
-    Expect(0, 235, 246, 102);
-    Expect(36, 0, 0, 200);
-    End();
-}
-
-TEST_F(SettingsOfChild, DISABLED_SettingsThatAreSet)
-{
-    SetText(L"TeeTempThresh", L"50");
-    SetText(L"TeeTempWarnStart", L"40");
-    Expect(39.9, 235, 246, 102);
-    Expect(45, 117, 123, 102);
-    Expect(50, 0, 0, 102);
-    Expect(50.1, 0, 0, 200);
-    End();
-}
-
-class ProbeSensorSettings : public testing::TestWithParam<const char*>
-{
-};
 
 TEST_P(ProbeSensorSettings, AreTakenWhenTheItemIsMade)
 {
-    test_support::ChildTest child("SettingsOfChild.DISABLED_" + std::string(GetParam()));
+    test_support::ChildTest child(std::string("Each/ProbeSensorSettings.DISABLED_OfChild/") +
+                                  GetParam().name);
     EXPECT_EQ(child.Wait(60'000), 42u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, ProbeSensorSettings,
-                         testing::Values("RampWithoutLength", "RampThatEndsBeforeItStarts",
-                                         "SettingsThatAreNoNumbers", "SettingsThatAreSet"),
-                         [](const auto& row) { return std::string(row.param); });
+// With the ramp's two ends equal, the fraction of the way is a division by zero.
+const AllShown ofNoRamp{{37.9, 235, 246, 102}, {38, 235, 246, 102}, {38.1, 0, 0, 200}};
+const AllShown ofAReversedRamp{{35, 0, 0, 102}, {37, 117, 123, 200}, {39, 235, 246, 200}};
+const AllShown ofZeros{{-1, 235, 246, 102}, {0, 235, 246, 102}, {36, 0, 0, 200}};
+const AllShown ofARamp{
+    {39.9, 235, 246, 102}, {45, 117, 123, 102}, {50, 0, 0, 102}, {50.1, 0, 0, 200}};
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, ProbeSensorSettings,
+    testing::Values(Settings{"RampWithoutLength", L"38", L"38", ofNoRamp},
+                    Settings{"RampThatEndsBeforeItStarts", L"36", L"38", ofAReversedRamp},
+                    Settings{"SettingsThatAreNoNumbers", L"hot", L"warm", ofZeros},
+                    Settings{"SettingsThatAreSet", L"50", L"40", ofARamp}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 } // namespace

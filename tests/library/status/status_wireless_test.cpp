@@ -2,7 +2,7 @@
 #include "StatusFixture.h"
 
 #include <test_support/ComScope.h>
-#include <test_support/ImportHook.h>
+#include <test_support/NoMemory.h>
 #include <Utils_Statics/CStatusWireless.h>
 #include <Utils_Statics/CWmiService.h>
 #include <wmi_server/WmiServer.h>
@@ -87,15 +87,10 @@ TEST_F(StatusWireless, IsAtTheWeakestWhenNotConnectedButAsksAllTheSame)
     EXPECT_EQ(calls.front(), L"ExecQuery \"WQL\" \"" + query + L"\" 48 null");
 }
 
-BSTR WINAPI NoText(const OLECHAR*)
-{
-    return nullptr;
-}
-
 TEST_F(StatusWireless, IsAtTheWeakestWhenTheQuestionFindsNoMemory)
 {
     SetSignal(-50);
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "SysAllocString", NoText);
+    const test_support::FewTexts none;
     EXPECT_NO_THROW(EXPECT_EQ(Shown(), 1));
     CWmiService::destroyInstance();
     EXPECT_NO_THROW(EXPECT_EQ(Shown(), 0)) << "there is nobody to ask";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 
@@ -42,6 +43,14 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         return std::exchange(m_messages, {});
+    }
+
+    // Expects one message since the last call of either, from this source, and takes it.
+    void ExpectOne(const std::string& source, int level, const std::wstring& text)
+    {
+        const std::vector<LoggedMessage> messages = Take();
+        ASSERT_EQ(messages.size(), 1u);
+        EXPECT_EQ(messages[0], (LoggedMessage{source, messages[0].line, level, text}));
     }
 
     // The messages since the last Take(), which stay in the capture.
