@@ -3,10 +3,10 @@
 #include "MjpgCodecFixture.h"
 
 #include <test_support/ChildTest.h>
+#include <test_support/Files.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
 #include <random>
 #include <string>
 #include <utility>
@@ -234,8 +234,7 @@ TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
     Picture picture(RawFormat(320, 200, 32));
     picture.format.biSizeImage = static_cast<DWORD>(picture.bytes.size());
     ASSERT_EQ(AVIStreamSetFormat(stream, 0, &picture.format, sizeof picture.format), AVIERR_OK);
-    std::ofstream expected(std::string(folder.begin(), folder.end()) + "\\frames.bgr0",
-                           std::ios::binary);
+    std::string expected;
     for (int frame = 0; frame < frames; ++frame) {
         picture.Paint([&](std::size_t x, std::size_t y, int channel) {
             return Smooth(x + 7u * static_cast<unsigned>(frame), y, channel);
@@ -245,11 +244,11 @@ TEST_F(MjpgCodec, WritesAMovieForOtherReaders)
                                  nullptr),
                   AVIERR_OK);
         for (std::size_t y = 0; y < 200; ++y)
-            expected.write(reinterpret_cast<const char*>(picture.Pixel(0, y)), 320 * 4);
+            expected.append(reinterpret_cast<const char*>(picture.Pixel(0, y)), 320 * 4);
     }
     AVIStreamRelease(stream);
     AVIStreamRelease(raw);
     AVIFileRelease(file);
     AVIFileExit();
-    EXPECT_TRUE(expected.good());
+    test_support::WriteFile(folder + L"\\frames.bgr0", expected);
 }

@@ -36,6 +36,12 @@ struct Scene
     int flip = 0;
 };
 
+// The scene of the committed curved sample.
+inline Scene SampleScene()
+{
+    return {sampleCurved, sampleLines, sampleFrequency, 1540, 0, 0, 0, {640, -100}, {100, 100}};
+}
+
 // The result points to the probe of the scene.
 inline qor_utils::ScanGeometry GeometryOf(const Scene& s, int samples = 0)
 {

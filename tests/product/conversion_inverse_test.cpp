@@ -94,18 +94,7 @@ TEST(Conversion, PixelDistanceAlongALineIsTheDepthDifference)
 
 TEST(InverseConversion, CountsFromTheCornerOfARectangle)
 {
-    const Scene s{sampleCurved,
-                  sampleLines,
-                  sampleFrequency,
-                  1540,
-                  0,
-                  0,
-                  0,
-                  {640, -100},
-                  {100, 100},
-                  0,
-                  0,
-                  0};
+    const Scene s = SampleScene();
     const ScanPixel plain = Precise(s, {700, 700});
     const ScanPixel relative = Precise(s, {700, 700}, {40, 100, 200, 900});
     EXPECT_EQ(relative.line, plain.line - 40);
@@ -129,18 +118,7 @@ TEST(InverseConversion, RoundsDownwardsWithPositiveSixteenths)
 
 TEST(InverseConversion, UnusableInputIsOutside)
 {
-    const Scene good{sampleCurved,
-                     sampleLines,
-                     sampleFrequency,
-                     1540,
-                     0,
-                     0,
-                     0,
-                     {640, -100},
-                     {100, 100},
-                     0,
-                     0,
-                     0};
+    const Scene good = SampleScene();
     const auto outside = [](const Scene& s) {
         const ScanPixel p = Precise(s, {640, 500}, {5, 6, 7, 8});
         return p.line == -1 && p.sample == -1 && p.lineFraction == 0 && p.sampleFraction == 0;

@@ -3,13 +3,14 @@
 #include "ConversionScene.h"
 
 #include <gtest/gtest.h>
+#include <test_support/Files.h>
 
 #include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 
 using qor_utils::ConversionModel;
 using qor_utils::radiansPerMillidegree;
@@ -33,10 +34,10 @@ qor_utils::MicronPoint Published(int line, int sample)
 Scene CommittedSample()
 {
     const std::filesystem::path path(u8"" SAMPLE_IMAGES "/curved.cine"); // any letters
-    std::ifstream file(path, std::ios::binary);
     std::array<std::int32_t, 19> header{};
-    file.read(reinterpret_cast<char*>(header.data()), sizeof header);
-    EXPECT_TRUE(file) << path;
+    const std::string bytes = test_support::ReadFile(path.wstring()).substr(0, sizeof header);
+    EXPECT_EQ(bytes.size(), sizeof header) << path;
+    std::memcpy(header.data(), bytes.data(), bytes.size());
     Scene s;
     s.samplingFreq = header[5];
     s.soundSpeed = header[6];

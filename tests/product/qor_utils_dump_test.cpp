@@ -116,6 +116,17 @@ MINIDUMP_THREAD ThreadOf(const Dump& dump, DWORD id)
     throw std::runtime_error("the thread is not in the dump");
 }
 
+// The captured exception, in this thread.
+MINIDUMP_EXCEPTION_STREAM ExceptionOf(const Dump& dump)
+{
+    const auto location = dump.Stream(ExceptionStream);
+    if (!location) throw std::runtime_error("no exception is in the dump");
+    const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
+    EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
+    EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
+    return stream;
+}
+
 class MiniDump : public testing::Test
 {
 protected:
@@ -159,11 +170,7 @@ TEST_F(MiniDump, RecordsTheExceptionForTheCallingThread)
     CapturedException exception;
     ASSERT_TRUE(Write(&exception.pointers));
     const Dump dump(m_path);
-    const auto location = dump.Stream(ExceptionStream);
-    ASSERT_TRUE(location);
-    const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
-    EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
-    EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
+    const MINIDUMP_EXCEPTION_STREAM stream = ExceptionOf(dump);
     EXPECT_EQ(stream.ExceptionRecord.NumberParameters, 2u);
     EXPECT_EQ(+stream.ExceptionRecord.ExceptionInformation[1], 0x1234u);
     const auto context = dump.At<CONTEXT>(stream.ThreadContext.Rva);
@@ -287,11 +294,7 @@ TEST_F(MiniDump, IsWrittenUnderTheLoadersLock)
     unlock(0, cookie);
     ASSERT_TRUE(written);
     const Dump dump(m_path);
-    const auto location = dump.Stream(ExceptionStream);
-    ASSERT_TRUE(location);
-    const auto stream = dump.At<MINIDUMP_EXCEPTION_STREAM>(location->Rva);
-    EXPECT_EQ(stream.ThreadId, GetCurrentThreadId());
-    EXPECT_EQ(stream.ExceptionRecord.ExceptionCode, 0xC0000005u);
+    ExceptionOf(dump);
     EXPECT_FALSE(dump.List<MINIDUMP_MODULE>(ModuleListStream).empty());
     EXPECT_TRUE(Write()) << "and the next as ever";
 }

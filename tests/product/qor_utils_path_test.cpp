@@ -5,30 +5,16 @@
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Program.h>
+#include <test_support/StoreFolder.h>
 
 #include <windows.h>
 
 #include <string>
 
 using test_support::BesideProgram;
+using test_support::StoreFolder;
 
 namespace {
-
-// Sets a store's folder and restores the old one.
-class StoreFolder
-{
-public:
-    StoreFolder(int store, const std::wstring& folder) : m_store(store)
-    {
-        qor_utils::SetStoreFolder(store, folder);
-    }
-    ~StoreFolder() { qor_utils::SetStoreFolder(m_store, L""); }
-    StoreFolder(const StoreFolder&) = delete;
-    StoreFolder& operator=(const StoreFolder&) = delete;
-
-private:
-    int m_store;
-};
 
 TEST(zelPath, HasADefaultTreeBelowTheApplication)
 {

@@ -1,11 +1,14 @@
 #include "test_support/Files.h"
 
+#include <base/FileContents.h>
+
 #include <windows.h>
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 namespace test_support {
 
@@ -19,9 +22,10 @@ void WriteFile(const std::wstring& path, const std::string& bytes)
 
 std::string ReadFile(const std::wstring& path)
 {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    if (!file) throw std::runtime_error("cannot read a test file");
-    return std::string(std::istreambuf_iterator<char>(file), {});
+    constexpr std::size_t limit = 0xFFFFFFFF;
+    std::optional<std::string> bytes = base::ReadFileWhole(path.c_str(), limit);
+    if (!bytes) throw std::runtime_error("cannot read a test file");
+    return std::move(*bytes);
 }
 
 bool FileExists(const std::wstring& path)

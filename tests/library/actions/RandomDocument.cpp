@@ -200,3 +200,15 @@ void RandomDocument::WriteText(const std::wstring& text, std::string& xml)
             xml += "&#" + std::to_string(code) + ';';
     }
 }
+
+void RandomDocument::Damage(std::string& xml, unsigned changes)
+{
+    for (; changes > 0; --changes) {
+        const std::size_t at = Pick(xml.size());
+        switch (Pick(3)) {
+        case 0: xml[at] = static_cast<char>(Pick(256)); break;
+        case 1: xml.erase(at, Pick(40)); break;
+        default: xml.insert(at, xml.substr(Pick(xml.size()), Pick(200)));
+        }
+    }
+}

@@ -36,6 +36,9 @@ public:
     // The document as bytes of UTF-8, with comments, texts and instructions in between.
     std::string ToXml(const PlainElement& root);
 
+    // Changes, removes or repeats some bytes of a document.
+    void Damage(std::string& xml, unsigned changes);
+
     // The names that buttons are drawn from, and some that no button has.
     static const std::vector<std::wstring>& ButtonNames();
 

@@ -283,14 +283,7 @@ TEST_F(RepositoryTest, DamagedDocumentsDoNoMoreThanFail)
     for (unsigned seed = 0; seed < 700; ++seed) {
         RandomDocument random(seed);
         std::string xml = random.ToXml(random.Buttons(12));
-        for (unsigned change = random.Pick(5); change > 0; --change) {
-            const std::size_t at = random.Pick(xml.size());
-            switch (random.Pick(3)) {
-            case 0: xml[at] = static_cast<char>(random.Pick(256)); break;
-            case 1: xml.erase(at, random.Pick(40)); break;
-            default: xml.insert(at, xml.substr(random.Pick(xml.size()), random.Pick(200)));
-            }
-        }
+        random.Damage(xml, random.Pick(5));
         const ActionRepository* const repository = Load(xml);
         for (const std::wstring& name : RandomDocument::ButtonNames())
             if (const ButtonAction* const button = repository->GetAction(name.c_str())) {

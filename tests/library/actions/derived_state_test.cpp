@@ -322,13 +322,7 @@ TEST_F(DerivedStateTest, DamagedDefinitionsDoNoMoreThanFail)
     for (unsigned seed = 0; seed < 500; ++seed) {
         RandomDocument random(seed);
         std::string xml = random.ToXml(random.DerivedStates(8));
-        for (unsigned change = 1 + random.Pick(2); change > 0; --change) {
-            const std::size_t at = random.Pick(xml.size());
-            if (random.Pick(2) == 0)
-                xml[at] = static_cast<char>(random.Pick(256));
-            else
-                xml.erase(at, random.Pick(40));
-        }
+        random.Damage(xml, 1 + random.Pick(2));
         loaded += Load(xml);
         for (int action = 0; action < 4; ++action)
             IActionStateConsumer::ActionStateSignal(State(9, action), 1);

@@ -19,6 +19,13 @@
 #include <string>
 #include <vector>
 
+using raw_archive::Deflated;
+using raw_archive::Entry;
+using raw_archive::Stored;
+using raw_archive::WithDescriptor;
+using test_support::LogCapture;
+using Names = std::set<std::string>;
+
 // An archive in one folder and extraction into a folder below it, so that a file written outside
 // the target is noticed.
 class ZipReading : public testing::Test
@@ -41,18 +48,17 @@ protected:
         test_support::WriteFile(Archive(), archive);
         ASSERT_TRUE(m_zip.Open(Archive().c_str()));
     }
-    void Open(const std::vector<raw_archive::Entry>& entries) { Open(raw_archive::Write(entries)); }
+    void Open(const std::vector<Entry>& entries) { Open(raw_archive::Write(entries)); }
 
     // The files and folders below a folder, relative to it and with forward slashes. This does not
     // use <filesystem>, which loses its way in folders whose names end in dots.
-    static std::set<std::string> Below(const std::wstring& folder)
+    static Names Below(const std::wstring& folder)
     {
-        std::set<std::string> found;
+        Names found;
         AddBelow(folder, "", found);
         return found;
     }
-    static void AddBelow(const std::wstring& folder, const std::string& prefix,
-                         std::set<std::string>& found)
+    static void AddBelow(const std::wstring& folder, const std::string& prefix, Names& found)
     {
         WIN32_FIND_DATAW entry = {};
         const base::Find find(FindFirstFileW((folder + L"\\*").c_str(), &entry));
@@ -75,10 +81,10 @@ protected:
     // Expects that nothing was written outside of the target.
     void ExpectNothingOutside() const
     {
-        std::set<std::string> outside;
+        Names outside;
         for (const std::string& name : Below(m_folder.Path()))
             if (!name.starts_with("target")) outside.insert(name);
-        EXPECT_EQ(outside, std::set<std::string>{"archive.zip"});
+        EXPECT_EQ(outside, Names{"archive.zip"});
     }
 
     const test_support::TemporaryFolder m_folder;

@@ -10,12 +10,6 @@
 
 namespace {
 
-using raw_archive::Deflated;
-using raw_archive::Entry;
-using raw_archive::Stored;
-using raw_archive::WithDescriptor;
-using test_support::LogCapture;
-
 class ZipDamage : public ZipReading
 {
 protected:

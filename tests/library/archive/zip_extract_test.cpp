@@ -9,13 +9,6 @@
 
 namespace {
 
-using raw_archive::Deflated;
-using raw_archive::Entry;
-using raw_archive::Stored;
-using raw_archive::WithDescriptor;
-using test_support::LogCapture;
-using Names = std::set<std::string>;
-
 static_assert(std::is_copy_constructible_v<ZipExtract> && std::is_copy_assignable_v<ZipExtract>);
 static_assert(std::has_virtual_destructor_v<ZipExtract>);
 static_assert(sizeof(ZipExtract) == 2 * sizeof(void*) + 32768, "the buffer is in the object");

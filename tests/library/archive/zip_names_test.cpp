@@ -9,10 +9,6 @@
 
 namespace {
 
-using raw_archive::Stored;
-using test_support::LogCapture;
-using Names = std::set<std::string>;
-
 class ZipNames : public ZipReading
 {
 protected:
@@ -20,7 +16,7 @@ protected:
     // Everything that was written is removed again.
     std::string LandsAt(const std::string& name, std::uint16_t flags = 0)
     {
-        raw_archive::Entry entry = Stored(name, "content");
+        Entry entry = Stored(name, "content");
         entry.flags = flags;
         Open({entry, Stored("next", "")});
         EXPECT_TRUE(m_zip.ExtractNext(nullptr)) << name << ": a skipped entry counts as success";
@@ -224,7 +220,7 @@ TEST_F(ZipNames, NeverLeadOutside)
     static const char* const parts[] = {"..", ".",  "..", "\\",  "C:", "a:",  "a",  "NUL",
                                         " ",  "..", "b",  "\\?", "",   "...", "..", "x"};
     std::minstd_rand random(11);
-    std::vector<raw_archive::Entry> entries;
+    std::vector<Entry> entries;
     for (int i = 0; i < 400; ++i) {
         std::string name;
         for (unsigned k = 1 + random() % 7; k > 0; --k)

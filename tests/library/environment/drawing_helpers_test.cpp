@@ -269,6 +269,13 @@ class AddImageTest : public testing::Test
 protected:
     AddImageTest() { list.Create(16, 12, ILC_COLOR32 | ILC_MASK, 0, 4); }
 
+    // Adds a bitmap of two halves.
+    void Add(int width, int height, COLORREF left, COLORREF right, COLORREF mask = RGB(1, 1, 1))
+    {
+        CBitmap bitmap;
+        MakeHalves(bitmap, width, height, left, right);
+        utilsExam::AddImage(list, bitmap, CSize(16, 12), mask);
+    }
     // Draws an image of the list over a background.
     void Draw(Canvas& canvas, int index)
     {
@@ -299,9 +306,7 @@ TEST_F(AddImageTest, ScalesTheWholeBitmap)
 
 TEST_F(AddImageTest, EnlargesToo)
 {
-    CBitmap bitmap;
-    MakeHalves(bitmap, 4, 3, red, blue);
-    utilsExam::AddImage(list, bitmap, CSize(16, 12), RGB(1, 1, 1));
+    Add(4, 3, red, blue);
     Canvas canvas(16, 12);
     Draw(canvas, 0);
     EXPECT_EQ(canvas.At(0, 0), red);
@@ -310,9 +315,7 @@ TEST_F(AddImageTest, EnlargesToo)
 
 TEST_F(AddImageTest, TheMasksColourIsTransparent)
 {
-    CBitmap bitmap;
-    MakeHalves(bitmap, 32, 24, red, RGB(255, 0, 255));
-    utilsExam::AddImage(list, bitmap, CSize(16, 12), RGB(255, 0, 255));
+    Add(32, 24, red, RGB(255, 0, 255), RGB(255, 0, 255));
     Canvas canvas(16, 12);
     Draw(canvas, 0);
     EXPECT_EQ(canvas.At(2, 5), red);
@@ -321,11 +324,8 @@ TEST_F(AddImageTest, TheMasksColourIsTransparent)
 
 TEST_F(AddImageTest, AddsBehindWhatIsThere)
 {
-    CBitmap first, second;
-    MakeHalves(first, 16, 12, red, red);
-    MakeHalves(second, 16, 12, blue, blue);
-    utilsExam::AddImage(list, first, CSize(16, 12), RGB(1, 1, 1));
-    utilsExam::AddImage(list, second, CSize(16, 12), RGB(1, 1, 1));
+    Add(16, 12, red, red);
+    Add(16, 12, blue, blue);
     ASSERT_EQ(list.GetImageCount(), 2);
     Canvas canvas(16, 12);
     Draw(canvas, 1);

@@ -1,4 +1,5 @@
 // Lack of memory: std::bad_alloc leaves only the operations that return texts or containers.
+#include <base/InFolder.h>
 #include <gtest/gtest.h>
 #include <qor_utils/ULine.h>
 #include <qor_utils/ZelProbe.h>
@@ -86,6 +87,7 @@ protected:
     test_support::ProtocolFolders m_protocol;
     test_support::TestVocabulary m_vocabulary{m_protocol / L"actions.xml"};
     TemporaryFolder m_folder;
+    base::InFolder m_inside{m_folder.Path()}; // where entries of archives go
     zelXMLFile m_document;
     NoMemory m_memory;
 };

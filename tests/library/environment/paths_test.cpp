@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 #include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
-#include <qor_utils/StoreFolders.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
 #include <test_support/Program.h>
+#include <test_support/StoreFolder.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/utilsExam.h>
@@ -20,6 +20,7 @@
 
 using test_support::LogCapture;
 using test_support::LoggedMessage;
+using test_support::StoreFolder;
 using test_support::TemporaryFolder;
 using test_support::WriteFile;
 
@@ -91,17 +92,15 @@ TEST_F(RegistryPathTest, TakesTextsLongerThanAPathBuffer)
 
 TEST(GetPatientRootPath, IsTheFolderOfThePatientDatabase)
 {
-    qor_utils::SetStoreFolder(34, L"D:\\patients");
+    const StoreFolder patients(34, L"D:\\patients");
     EXPECT_STREQ(utilsExam::GetPatientRootPath(), L"D:\\patients\\");
-    qor_utils::SetStoreFolder(34, L"");
 }
 
 TEST(GetImage, IsANameInTheImageFolder)
 {
-    qor_utils::SetStoreFolder(2, L"D:\\images");
+    const StoreFolder images(2, L"D:\\images");
     EXPECT_EQ(utilsExam::GetImage(L"status/net.png"), L"D:\\images\\status/net.png");
     EXPECT_EQ(utilsExam::GetImage(nullptr), L"D:\\images\\");
-    qor_utils::SetStoreFolder(2, L"");
 }
 
 TEST(DatabasePaths, FollowTheFolderOfPatientStudyAndObject)
@@ -215,13 +214,6 @@ protected:
         for (const wchar_t* const name :
              {L"lay", L"lay\\res", L"layouts", L"layouts\\res", L"fallback"})
             CreateDirectoryW((m_folder / name).c_str(), nullptr);
-        qor_utils::SetStoreFolder(9, m_folder / L"layouts");
-        qor_utils::SetStoreFolder(21, m_folder / L"fallback");
-    }
-    ~ParsePathTest() override
-    {
-        qor_utils::SetStoreFolder(9, L"");
-        qor_utils::SetStoreFolder(21, L"");
     }
 
     CString Parse(const wchar_t* path) const
@@ -231,6 +223,8 @@ protected:
     std::wstring Address(const wchar_t* name) const { return WithForwardSlashes(m_folder / name); }
 
     TemporaryFolder m_folder;
+    StoreFolder m_layouts{9, m_folder / L"layouts"};
+    StoreFolder m_fallback{21, m_folder / L"fallback"};
     std::wstring m_reference;
     LogCapture m_log;
 };

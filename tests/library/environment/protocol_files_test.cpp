@@ -3,7 +3,7 @@
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
 #include <test_support/LogCapture.h>
-#include <test_support/TemporaryFolder.h>
+#include <test_support/ProtocolFolders.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <windows.h>
@@ -11,36 +11,14 @@
 using test_support::FileExists;
 using test_support::LogCapture;
 using test_support::LoggedMessage;
-using test_support::TemporaryFolder;
 using test_support::WriteFile;
 
 namespace {
 
-// The five protocol folders; the current protocol is "P1".
 class ProtocolFilesTest : public testing::Test
 {
 protected:
-    ProtocolFilesTest()
-    {
-        SetStore(1, L"fallback");
-        SetStore(22, L"saved");
-        SetStore(37, L"factory\\P1\\");
-        SetStore(38, L"base");
-        SetStore(39, L"second");
-    }
-    ~ProtocolFilesTest() override
-    {
-        for (const int store : {1, 22, 37, 38, 39})
-            qor_utils::SetStoreFolder(store, L"");
-    }
-
-    void SetStore(int store, const wchar_t* name)
-    {
-        qor_utils::SetStoreFolder(store, folder / name);
-        utilsExam::CreateDirectoryW((folder / name).c_str());
-    }
-
-    TemporaryFolder folder;
+    test_support::ProtocolFolders folder;
     LogCapture log;
 };
 

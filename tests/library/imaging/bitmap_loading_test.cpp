@@ -4,12 +4,12 @@
 
 #include <base/GdiHandles.h>
 #include <gtest/gtest.h>
-#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/ResourceCounts.h>
+#include <test_support/StoreFolder.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <cmath>
@@ -93,9 +93,6 @@ class LoadImageFromResourceTest : public LoadingTest
 class IconStoreTest : public LoadingTest
 {
 protected:
-    IconStoreTest() { qor_utils::SetStoreFolder(qor_utils::imagesStore, m_folder / L"store"); }
-    ~IconStoreTest() override { qor_utils::SetStoreFolder(qor_utils::imagesStore, L""); }
-
     void SetUp() override
     {
         CreateDirectoryW((m_folder / L"store").c_str(), nullptr);
@@ -109,6 +106,9 @@ protected:
         return image && image->GetLastStatus() == Gdiplus::Ok &&
                PixelsOf(*image) == PixelsOf(*icon);
     }
+
+private:
+    test_support::StoreFolder m_store{qor_utils::imagesStore, m_folder / L"store"};
 };
 
 using Pixels = std::vector<std::uint32_t>;

@@ -210,6 +210,14 @@ TEST_F(EncoderTest, ComparesMimeTypesExactly)
     EXPECT_EQ(GetEncoderClsid(L"image/png", nullptr), -1);
 }
 
+void ExpectLong(const Gdiplus::EncoderParameter& parameter, const GUID& guid, ULONG value)
+{
+    EXPECT_EQ(std::memcmp(&parameter.Guid, &guid, sizeof guid), 0);
+    EXPECT_EQ(parameter.NumberOfValues, 1u);
+    EXPECT_EQ(parameter.Type, static_cast<ULONG>(Gdiplus::EncoderParameterValueTypeLong));
+    EXPECT_EQ(*static_cast<ULONG*>(parameter.Value), value);
+}
+
 TEST_F(EncoderTest, ChoosesJpegWithFullQualityForUnknownFormats)
 {
     for (const int format : {2, 7, -1, 5, INT_MAX, INT_MIN}) {
@@ -219,11 +227,7 @@ TEST_F(EncoderTest, ChoosesJpegWithFullQualityForUnknownFormats)
         const CLSID jpeg = EncoderOf(L"image/jpeg");
         EXPECT_EQ(std::memcmp(&clsid, &jpeg, sizeof clsid), 0);
         ASSERT_EQ(block->Count, 1u);
-        EXPECT_EQ(std::memcmp(&block->Parameter[0].Guid, &quality, sizeof quality), 0);
-        EXPECT_EQ(block->Parameter[0].NumberOfValues, 1u);
-        EXPECT_EQ(block->Parameter[0].Type,
-                  static_cast<ULONG>(Gdiplus::EncoderParameterValueTypeLong));
-        EXPECT_EQ(*static_cast<ULONG*>(block->Parameter[0].Value), 100u);
+        ExpectLong(block->Parameter[0], quality, 100u);
     }
 }
 
@@ -235,10 +239,7 @@ TEST_F(EncoderTest, StatesTheColourDepthOfTiff)
     const CLSID tiff = EncoderOf(L"image/tiff");
     EXPECT_EQ(std::memcmp(&clsid, &tiff, sizeof clsid), 0);
     ASSERT_EQ(block->Count, 3u);
-    EXPECT_EQ(std::memcmp(&block->Parameter[0].Guid, &colourDepth, sizeof colourDepth), 0);
-    EXPECT_EQ(block->Parameter[0].NumberOfValues, 1u);
-    EXPECT_EQ(block->Parameter[0].Type, static_cast<ULONG>(Gdiplus::EncoderParameterValueTypeLong));
-    EXPECT_EQ(*static_cast<ULONG*>(block->Parameter[0].Value), 32u);
+    ExpectLong(block->Parameter[0], colourDepth, 32u);
 }
 
 TEST_F(EncoderTest, FillsNothingInForTheOtherFormats)

@@ -4,6 +4,7 @@
 
 #include <base/Handles.h>
 #include <test_support/ChildTest.h>
+#include <test_support/Files.h>
 #include <test_support/ImportHook.h>
 #include <test_support/InstalledCodec.h>
 #include <test_support/VirtualPlace.h>
@@ -190,14 +191,10 @@ TEST_F(CineStoreAvi, WritesMoviesForOtherReaders)
         }
         EXPECT_TRUE(store.EndStorage());
     }
-    base::File file(CreateFileW((target + L"\\frames.bgr0").c_str(), GENERIC_WRITE, 0, nullptr,
-                                CREATE_ALWAYS, 0, nullptr));
-    for (const Pixels& frame : frames) {
-        DWORD written = 0;
-        EXPECT_TRUE(WriteFile(file.get(), frame.data(), static_cast<DWORD>(frame.size() * 4),
-                              &written, nullptr));
-    }
-    file.reset();
+    std::string bytes;
+    for (const Pixels& frame : frames)
+        bytes.append(reinterpret_cast<const char*>(frame.data()), frame.size() * 4);
+    test_support::WriteFile(target + L"\\frames.bgr0", bytes);
 }
 
 // The test cine_two_gib runs this, because it writes 2 GiB.

@@ -2,8 +2,8 @@
 
 #include <base/GdiPlusSession.h>
 #include <gtest/gtest.h>
-#include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/StoreFolder.h>
 #include <test_support/TemporaryFolder.h>
 #include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/IStatusItem.h>
@@ -84,17 +84,12 @@ protected:
     StatusTest()
     {
         repaints = 0;
-        qor_utils::SetStoreFolder(qor_utils::imagesStore, m_images.Path());
         CreateDirectoryW((m_images / L"status").c_str(), nullptr);
         theApplication.SetRegistryKey(m_settings.Path().c_str() +
                                       std::wstring(L"Software\\").size());
         IStatusItem::SetStatusCallback([] { ++repaints; });
     }
-    ~StatusTest() override
-    {
-        IStatusItem::SetStatusCallback(nullptr);
-        qor_utils::SetStoreFolder(qor_utils::imagesStore, L"");
-    }
+    ~StatusTest() override { IStatusItem::SetStatusCallback(nullptr); }
 
     // A file in the image folder's "status\".
     std::wstring IconFile(const std::wstring& name) const
@@ -132,5 +127,6 @@ protected:
 private:
     base::GdiPlusSession m_session;
     test_support::TemporaryFolder m_images;
+    test_support::StoreFolder m_store{qor_utils::imagesStore, m_images.Path()};
     test_support::TemporaryRegistryKey m_settings;
 };

@@ -3,14 +3,13 @@
 #include <gtest/gtest.h>
 #include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/VocabularyLoading.h>
-#include <qor_utils/StoreFolders.h>
 #include <test_support/Files.h>
+#include <test_support/StoreFolder.h>
 #include <test_support/TemporaryFolder.h>
 
 #include <windows.h>
 
 #include <string>
-#include <utility>
 
 // The starting point of tests that read protocol files.
 namespace test_support {
@@ -41,32 +40,26 @@ public:
     TestVocabulary& operator=(const TestVocabulary&) = delete;
 };
 
-// The five protocol folders; the current protocol is "P1". All exist except the saved one.
+// The five protocol folders; the current protocol is "P1", of which nothing is saved yet.
 class ProtocolFolders
 {
 public:
     ProtocolFolders()
     {
-        const std::pair<int, const wchar_t*> stores[] = {
-            {1, L"fallback"}, {22, L"saved"}, {37, L"factory\\P1"}, {38, L"base"}, {39, L"second"}};
-        CreateDirectoryW((m_folder / L"factory").c_str(), nullptr);
-        for (const auto& [store, name] : stores) {
-            qor_utils::SetStoreFolder(store, m_folder / name);
+        for (const wchar_t* name :
+             {L"fallback", L"factory", L"factory\\P1", L"saved", L"base", L"second"})
             CreateDirectoryW((m_folder / name).c_str(), nullptr);
-        }
     }
-    ~ProtocolFolders()
-    {
-        for (const int store : {1, 22, 37, 38, 39})
-            qor_utils::SetStoreFolder(store, L"");
-    }
-    ProtocolFolders(const ProtocolFolders&) = delete;
-    ProtocolFolders& operator=(const ProtocolFolders&) = delete;
 
     std::wstring operator/(const std::wstring& name) const { return m_folder / name; }
 
 private:
-    test_support::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
+    StoreFolder m_stores[5] = {{1, m_folder / L"fallback"},
+                               {22, m_folder / L"saved"},
+                               {37, m_folder / L"factory\\P1"},
+                               {38, m_folder / L"base"},
+                               {39, m_folder / L"second"}};
 };
 
 } // namespace test_support
