@@ -36,11 +36,11 @@ constexpr Gdiplus::ARGB outlineColour = 0xFFB4B496;
 constexpr REAL outlineWidth = 2;
 constexpr REAL shadowOffset = 2;
 
-// In pixels; the gauge is the lower half of this ellipse.
+// The gauge is the lower half of this ellipse; pixels.
 constexpr REAL ellipseHeight = 55.2f;
 constexpr REAL textHeight = 13.8f;
 
-// From a pale grey blue to pure red.
+// The colour of a heat of 0 is a pale grey blue, that of 1 pure red.
 Gdiplus::ARGB HeatColour(double heat)
 {
     const double coolness = 1 - heat;

@@ -7,8 +7,8 @@
 // - Forward/N calls HandleMouse with a move while one of N handlers holds the lock.
 // - Next/N calls LockNext from handler to handler.
 //
-// "per 10 handlers" is the time of one message divided by N / 10. Ends with the
-// ratios.
+// "per 10 handlers" is the time of one message divided by N / 10. The program ends
+// with the ratios.
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>

@@ -12,7 +12,10 @@ target_compile_options(project_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
   # A product and a sum round separately on every processor, so that results are the same bits
   # everywhere.
-  -ffp-contract=off)
+  -ffp-contract=off
+  # For this target the compiler counts on the registers that its own copy of an inline function
+  # leaves alone; the linker may keep the copy of another source, which leaves others.
+  -fno-ipa-ra)
 
 if(UTILS_STATICS_ARCH STREQUAL "x86")
   target_compile_options(project_settings INTERFACE

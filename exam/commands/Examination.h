@@ -14,7 +14,7 @@
 
 namespace exam {
 
-/// What commands need of the window that shows the exam.
+/// The window that shows the exam, as far as commands need it.
 class ExamWindow
 {
 public:

@@ -41,7 +41,7 @@ struct TourContext
 
     /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step.
     void Picture(const std::wstring& name);
-    /// The same for another window, and for a part of the screen.
+    /// These do so with another window, and with a part of the screen.
     void PictureOf(HWND other, const std::wstring& name);
     void PictureOf(const CRect& part, const std::wstring& name);
     std::wstring PathOf(const std::wstring& picture) const;

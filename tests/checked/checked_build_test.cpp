@@ -34,7 +34,7 @@ constexpr int noSuchDeed = 77;
 constexpr const wchar_t* saidVariable = L"CHECKED_BUILD_SAID";
 constexpr const wchar_t* deedVariable = L"CHECKED_BUILD_DEED";
 
-// What a child does, and the status that it must end with.
+// A mistake that a child commits, and the status that it must end with.
 struct Deed
 {
     const char* name;

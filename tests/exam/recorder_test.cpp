@@ -189,11 +189,3 @@ TEST_F(RecorderTest, DiskFullLeavesAMovieThatIsSaidNotToBeWhole)
     EXPECT_GT(m_finished.frames, 0);
     EXPECT_FALSE(m_finished.whole);
 }
-
-// Keeps a program of this platform running for check-disk-full.
-TEST(RecorderChild, DISABLED_RunsUntilItsInputEnds)
-{
-    std::puts("keeper runs");
-    while (std::getchar() != EOF)
-        continue;
-}

@@ -418,13 +418,5 @@ TEST_F(CrashTrouble, DiskFullLosesNoMoreThanTheDump)
     EXPECT_TRUE(FileExists(App(L"crashreport.ini")));
 }
 
-TEST(CrashChild, DISABLED_RunsUntilItsInputEnds)
-{
-    std::printf("keeper runs\n");
-    std::fflush(stdout);
-    while (std::getchar() != EOF) {
-    }
-}
-
 } // namespace
 } // namespace crash_test

@@ -36,8 +36,8 @@ bool IsReddish(Gdiplus::ARGB pixel)
     return GetRValue(pixel >> 16) > 0x80 && GetRValue(pixel >> 8) < 0x60 && GetRValue(pixel) < 0x60;
 }
 
-// The strongest pixels of the temperature. Text is antialiased, so its colour is the one
-// farthest from the background.
+// The strongest pixels of the temperature. Text is antialiased, so its colour is the one farthest
+// from the background.
 Gdiplus::ARGB TextColour(Row& row, const CRect& area)
 {
     Gdiplus::ARGB found = background;
