@@ -2,10 +2,10 @@
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
-#include <base/Folders.h>
 #include <base/Handles.h>
 #include <base/StdFile.h>
 #include <qor_utils/zelLogger.h>
+#include <Utils_Statics/utilsExam.h>
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 
@@ -287,13 +287,22 @@ int GoToNext(unzFile archive)
     return UNZ_END_OF_LIST_OF_FILE;
 }
 
+// Creates a relative path's folders. True when the last was created. The helper never creates the
+// first of several folders.
+bool CreateFolders(const std::wstring& path)
+{
+    const std::size_t first = path.find(L'\\');
+    if (first != std::wstring::npos) utilsExam::CreateDirectoryW(path.substr(0, first).c_str());
+    return utilsExam::CreateDirectoryW(path.c_str()) != 0;
+}
+
 base::StdFile CreateWithFolders(const std::wstring& path)
 {
     if (path.empty()) return {};
     base::StdFile file(_wfopen(path.c_str(), L"wb"));
     const std::size_t folder = path.rfind(L'\\');
     if (file || folder == std::wstring::npos) return file;
-    base::MakeFolders(path.substr(0, folder));
+    CreateFolders(path.substr(0, folder));
     return base::StdFile(_wfopen(path.c_str(), L"wb"));
 }
 
@@ -321,8 +330,7 @@ bool ZipExtract::ExtractNext(const char* password) noexcept
         Entry entry;
         if (!m_archive || !CurrentEntry(m_archive, entry)) return false;
         const std::wstring path = PathInside(entry.name);
-        if (IsFolderEntry(entry.name))
-            return base::MakeFolders(path); // deliberately does not go on
+        if (IsFolderEntry(entry.name)) return CreateFolders(path); // deliberately does not go on
 
         bool extracted = entry.hasKnownMethod
                              ? ExtractFile(path, entry.isEncrypted ? password : nullptr)

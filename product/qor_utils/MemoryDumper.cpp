@@ -6,7 +6,8 @@
 #include <cwchar>
 #include <iterator>
 
-extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's name for the module of this code
+// NOLINTNEXTLINE(readability-identifier-naming): the linker's name for the module of this code
+extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace {
 
