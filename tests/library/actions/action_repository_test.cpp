@@ -2,6 +2,7 @@
 #include "ActionsFixture.h"
 #include "RandomDocument.h"
 
+#include <test_support/NoMemory.h>
 #include <Utils_Statics/ActionRepository.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -40,6 +41,20 @@ int Push1Param(const wchar_t* name)
 {
     const ButtonAction* const button = ActionRepository::GetInstance()->GetAction(name);
     return button ? button->push1.param : -1;
+}
+
+TEST_F(RepositoryTest, LooksUpWithoutAllocating)
+{
+    const std::wstring longName(1000, L'x');
+    const ActionRepository* const repository =
+        Load("<r><b name='" + std::string(1000, 'x') + "'/></r>");
+    test_support::NoMemory noMemory;
+    noMemory.From(0);
+    const ButtonAction* const found = repository->GetAction(longName.c_str());
+    const ButtonAction* const missing = repository->GetAction(longName.c_str() + 1);
+    EXPECT_FALSE(test_support::NoMemory::End());
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(missing);
 }
 
 TEST_F(RepositoryTest, ReadsEveryChildOfTheDocumentElement)

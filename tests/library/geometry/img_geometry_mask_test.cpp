@@ -469,6 +469,27 @@ TEST(CreateImageMask, IsTheStepByStepMaskOnRandomInput)
     EXPECT_GT(marked, 400) << "the random input is not all empty";
 }
 
+// The region begins before the probe's face, behind an extended sector.
+TEST(CreateImageMask, ReachesBeforeTheFaceOfAnExtendedSector)
+{
+    const ZelProbe probe{2, 80, 185, 64188, 52658};
+    MaskInput in;
+    in.probe = &probe;
+    in.width = 7;
+    in.height = 19;
+    in.samplingFreq = 5193262;
+    in.steerAngle = -23527;
+    in.lines = 80;
+    in.imageRect = CRect(-277, -818, 80, 243);
+    in.scanB = 40796;
+    in.soundSpeed = 1629;
+    in.origin = {7, 8};
+    in.scale = {12158, 12158};
+    const Bytes mask = Mask(in);
+    EXPECT_EQ(mask[1], in.value); // pixel (1, 0)
+    EXPECT_EQ(mask, PlainMask(in).Make());
+}
+
 TEST(CreateImageMask, IsTheStepByStepMaskOnAdversarialInput)
 {
     Random random(815);
