@@ -6,6 +6,7 @@
 #include <windows.h>
 #include <psapi.h>
 
+#include <algorithm>
 #include <fstream>
 
 namespace {
@@ -16,6 +17,12 @@ std::size_t PeakMemory()
     PROCESS_MEMORY_COUNTERS counters{};
     K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.PeakPagefileUsage;
+}
+
+// The growth of that amount. Some platforms report less than they did before.
+std::size_t GrowthSince(std::size_t before)
+{
+    return std::max(PeakMemory(), before) - before;
 }
 
 std::string Repeated(const std::string& text, std::size_t count)
@@ -52,7 +59,7 @@ TEST_F(XmlTest, AnElementOf200MegabytesIsRefusedWithoutBeingRead)
     const std::size_t before = PeakMemory();
     EXPECT_FALSE(m_file.open(Path(), true));
     EXPECT_FALSE(zel_xml::IsOpen(m_file));
-    EXPECT_LT(PeakMemory() - before, 16u << 20);
+    EXPECT_LT(GrowthSince(before), 16u << 20);
     ASSERT_TRUE(DeleteFileW(Path().c_str()));
 }
 
@@ -88,7 +95,7 @@ TEST_F(XmlTest, EntitiesThatGrowWithoutMeasureAreRefused)
         EXPECT_FALSE(Open(GrowingEntities(29, use))) << use;
         EXPECT_GT(zel_xml::FaultLineOf(Path().c_str()), 0);
     }
-    EXPECT_LT(PeakMemory() - before, 256u << 20);
+    EXPECT_LT(GrowthSince(before), 256u << 20);
 }
 
 // One long entity, used often: the file with its entities expanded would be too large.
