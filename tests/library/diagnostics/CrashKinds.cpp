@@ -1,19 +1,17 @@
 #include "CrashKinds.h"
 
-#include "CrashFacts.h"
 #include "diagnostics/FaultGuard.h"
+#include "FilterCalls.h"
 
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 #include <test_support/ImportHook.h>
-#include <Utils_Statics/MiniDumper.h>
 
 #include <windows.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -212,21 +210,6 @@ void LockLoader()
     if (lock) lock(0, nullptr, &cookie);
 }
 
-// An exception as the platform hands it to the filter.
-struct Exception
-{
-    Exception()
-    {
-        RtlCaptureContext(&context);
-        record.ExceptionCode = STATUS_ILLEGAL_INSTRUCTION;
-    }
-    LONG Filter() { return MiniDumper::TopLevelFilter(&pointers); }
-
-    CONTEXT context = {};
-    EXCEPTION_RECORD record = {};
-    EXCEPTION_POINTERS pointers = {&record, &context};
-};
-
 // Waits for the first thread, whose filter begins with setting the process's error mode.
 void WaitForTheFirst()
 {
@@ -296,134 +279,15 @@ DWORD WINAPI WriteToLog(void*)
 void UnderLoggersLock(const char* release, LPTHREAD_START_ROUTINE use)
 {
     s_isStuck = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    const test_support::ImportHook hook(L"qor_utils.dll", release,
-                                        reinterpret_cast<void*>(&NeverRelease));
+    const test_support::ImportHook hook(L"qor_utils.dll", release, &NeverRelease);
     CloseHandle(CreateThread(nullptr, 0, use, nullptr, 0, nullptr));
     WaitForSingleObject(s_isStuck, INFINITE);
     Read();
 }
 
-// Calls the filter twice as the platform would. The exit code has the first result as its tens and
-// the second one as its ones.
-void CallFilter()
-{
-    Exception exception;
-    const LONG first = exception.Filter();
-    const LONG second = exception.Filter();
-    ExitProcess(static_cast<UINT>(first * 10 + second));
-}
-
-// The exit code holds the error modes after the first and after the second call, in 4 bits each.
-void CallFilterForErrorModes()
-{
-    Exception exception;
-    SetErrorMode(SEM_FAILCRITICALERRORS);
-    exception.Filter();
-    const UINT first = GetErrorMode();
-    SetErrorMode(SEM_FAILCRITICALERRORS);
-    exception.Filter();
-    ExitProcess(first << 4 | GetErrorMode());
-}
-
-// Calls the filter with an unreadable page in this very stack, and a stack pointer 64 bytes below
-// it.
-void CallFilterWithAnUnreadableStack()
-{
-    constexpr std::uintptr_t page = 0x1000;
-    volatile char room[3 * page];
-    room[0] = 0;
-    const std::uintptr_t hole = (reinterpret_cast<std::uintptr_t>(room) + 2 * page) / page * page;
-    Exception exception;
-    exception.context.*stackPointer = hole - 64;
-    DWORD before = 0;
-    VirtualProtect(reinterpret_cast<void*>(hole), page, PAGE_NOACCESS, &before);
-    ExitProcess(static_cast<UINT>(exception.Filter()));
-}
-
-// The arguments with which the report's file was created.
-struct Creation
-{
-    DWORD access, share, disposition, flags;
-};
-Creation s_creation = {};
-
-HANDLE WINAPI SeeCreation(const wchar_t* path, DWORD access, DWORD share,
-                          SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                          HANDLE form)
-{
-    const std::wstring_view name = path;
-    if (name.ends_with(L".txt")) s_creation = {access, share, disposition, flags};
-    return CreateFileW(path, access, share, security, disposition, flags, form);
-}
-
-// The exit code is 1 when the file was created correctly.
-void CallFilterForCreation()
-{
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "CreateFileW",
-                                        reinterpret_cast<void*>(&SeeCreation));
-    Exception().Filter();
-    ExitProcess(s_creation.access == GENERIC_WRITE && s_creation.share == 0 &&
-                s_creation.disposition == CREATE_ALWAYS &&
-                s_creation.flags == (FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH));
-}
-
-// The times of a process that began at s_begin and crashes at s_now, in UTC.
-FILETIME s_begin = {};
-FILETIME s_now = {};
-
-BOOL WINAPI TellTimes(HANDLE, FILETIME* begin, FILETIME*, FILETIME*, FILETIME*)
-{
-    *begin = s_begin;
-    return TRUE;
-}
-
-void WINAPI TellNow(FILETIME* now)
-{
-    *now = s_now;
-}
-
-// Calls the filter after a run of so many units of 100 nanoseconds that ends on the 30th of June
-// 2024, 09:05:07.
-void CallFilterAfter(long long units)
-{
-    const SYSTEMTIME end = {2024, 6, 0, 30, 9, 5, 7, 0};
-    SystemTimeToFileTime(&end, &s_now);
-    const auto now = static_cast<long long>(s_now.dwHighDateTime) << 32 | s_now.dwLowDateTime;
-    s_begin.dwHighDateTime = static_cast<DWORD>((now - units) >> 32);
-    s_begin.dwLowDateTime = static_cast<DWORD>(now - units);
-    const test_support::ImportHook times(L"Utils_Statics.dll", "GetProcessTimes",
-                                         reinterpret_cast<void*>(&TellTimes));
-    const test_support::ImportHook clock(L"Utils_Statics.dll", "GetSystemTimeAsFileTime",
-                                         reinterpret_cast<void*>(&TellNow));
-    ExitProcess(static_cast<UINT>(Exception().Filter()));
-}
-
 constexpr long long millisecond = 10'000;
 constexpr long long minute = 60'000 * millisecond;
 constexpr long long longRun = (3 * 24 * 60 + 4 * 60 + 5) * minute + 6'789 * millisecond + 1'234;
-
-LONG WINAPI TellOldSystem(OSVERSIONINFOW* system)
-{
-    system->dwPlatformId = VER_PLATFORM_WIN32_NT;
-    system->dwMajorVersion = 5;
-    system->dwMinorVersion = 1;
-    system->dwBuildNumber = 2600;
-    return 0;
-}
-
-FARPROC WINAPI FindOldSystem(HMODULE library, const char* name)
-{
-    if (std::strcmp(name, "RtlGetVersion") != 0) return GetProcAddress(library, name);
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&TellOldSystem));
-}
-
-// No crash handler was made before, so the filter asks for the system's version now.
-void CallFilterOnAnOldSystem()
-{
-    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetProcAddress",
-                                        reinterpret_cast<void*>(&FindOldSystem));
-    ExitProcess(static_cast<UINT>(Exception().Filter()));
-}
 
 struct Kind
 {
