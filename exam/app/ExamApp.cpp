@@ -83,7 +83,8 @@ bool ExamApp::ReadCommandLine()
 {
     m_options = ParseCommandLine(Arguments());
     if (m_options.help) {
-        if (LoadTexts()) WriteOut(UsageText() + KeyHelp());
+        WriteOut(UsageText());
+        if (LoadTexts()) WriteOut(KeyHelp());
         return false;
     }
     if (m_options.error.empty()) return true;
