@@ -220,6 +220,12 @@ public:
         if (message->message == quitMessage) idlesAtQuit = idles;
         return CWinApp::PreTranslateMessage(message);
     }
+    // A posted move has the place of the pointer, which any program on the desktop may move.
+    BOOL IsIdleMessage(MSG* message) override
+    {
+        if (message->message == WM_MOUSEMOVE) message->pt = {1, 1};
+        return CWinApp::IsIdleMessage(message);
+    }
     int ExitInstance() override
     {
         ++exits;
