@@ -1,0 +1,15 @@
+// The crash report: one object at the start, and a program that dies of an unhandled exception
+// leaves a report, a memory dump and the settings for the crash reporter in its log folder.
+#include <qor_utils/LogOutput.h>
+#include <Utils_Statics/MiniDumper.h>
+
+#include <cstdio>
+
+int main(int arguments, char**)
+{
+    qor_utils::SetLogDirectory(L"log");
+    const MiniDumper reporter;
+    std::printf("a crash would be reported\n");
+    std::fflush(stdout);
+    if (arguments > 1) *reinterpret_cast<volatile int*>(arguments) = 0; // any argument: crash
+}

@@ -1,0 +1,19 @@
+#include <qor_utils/StoreNumbers.h>
+#include <qor_utils/zelPath.h>
+#include <Utils_Statics/Utils_Statics.h>
+#include <zel_string_convert/TableLoading.h>
+
+#include <cstdio>
+
+int main()
+{
+    using namespace zel_string_convert;
+    const auto texts = zelPath::getPath(qor_utils::applicationStore, L"client.xlf");
+    if (!LoadTable(texts) || !SetLanguage(L"de")) return 1;
+    std::printf("%ls\n", GetStr("client.depth", 12).GetString());
+
+    CStringArray words;
+    StringParse::GetAllWords(L"gain,depth,focus", words, L',');
+    for (const CString& word : words)
+        std::printf("%ls\n", word.GetString());
+}
