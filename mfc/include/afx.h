@@ -19,6 +19,7 @@ protected:
     CObject() = default;
 };
 
-/// An element's position in a list; null for none.
 struct __POSITION;
+
+/// An element's position in a list; null for none.
 using POSITION = __POSITION*;

@@ -15,10 +15,11 @@ inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 class COleDateTime
 {
 public:
+    /// Whether the value is a moment.
     enum DateTimeStatus
     {
-        error = -1,
-        valid = 0,
+        error = -1,  ///< something failed
+        valid = 0,   ///< a moment
         invalid = 1, ///< no such moment
         null = 2     ///< deliberately none
     };
@@ -26,18 +27,22 @@ public:
     /// The status lies before the value. In the other order the value could be read without a look
     /// at the status.
     DateTimeStatus m_status = valid;
-    DATE m_dt = 0;
+    DATE m_dt = 0; ///< days since midnight, 30 December 1899
 
     constexpr COleDateTime() noexcept = default;
+    /// Invalid when the count is no moment.
     MFC_API COleDateTime(DATE date);
     /// Month and day count from 1.
     MFC_API COleDateTime(int year, int month, int day, int hour, int minute, int second);
+    /// Leaves the milliseconds out.
     MFC_API COleDateTime(const SYSTEMTIME& time);
     /// Takes local time.
     MFC_API explicit COleDateTime(const CTime& time);
 
+    /// The present moment in local time.
     MFC_API static COleDateTime WINAPI GetCurrentTime();
 
+    /// The status, which may be set without the value.
     constexpr DateTimeStatus GetStatus() const noexcept { return m_status; }
     constexpr void SetStatus(DateTimeStatus status) noexcept { m_status = status; }
     /// False unless the status is valid.
@@ -56,6 +61,7 @@ public:
 
     /// Returns 0; or 1, with the status invalid, when there is no such moment.
     MFC_API int SetDateTime(int year, int month, int day, int hour, int minute, int second);
+    /// Sets midnight of a day.
     int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
     /// Sets a time on 30 December 1899.
     int SetTime(int hour, int minute, int second)

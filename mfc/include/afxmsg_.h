@@ -10,13 +10,16 @@
 #include <framework/CCmdTarget.h>
 #include <framework/MessageHandlers.h>
 
+/// Marks a handler for the reader; it stands for nothing.
 #define afx_msg
 
+/// Declares the map in a class. Members that follow are protected or as they are declared.
 #define DECLARE_MESSAGE_MAP()                                                                      \
 protected:                                                                                         \
     static const AFX_MSGMAP* GetThisMessageMap();                                                  \
     const AFX_MSGMAP* GetMessageMap() const override;
 
+/// Begins the map in one source of the class; entries follow.
 #define BEGIN_MESSAGE_MAP(theClass, baseClass)                                                     \
     const AFX_MSGMAP* theClass::GetMessageMap() const                                              \
     {                                                                                              \
@@ -28,6 +31,7 @@ protected:                                                                      
         using BaseClass = baseClass;                                                               \
         static constexpr AFX_MSGMAP_ENTRY entries[] = {
 
+/// Ends the map.
 #define END_MESSAGE_MAP()                                                                          \
     {                                                                                              \
         0, 0, 0, 0, nullptr                                                                        \
@@ -43,6 +47,7 @@ protected:                                                                      
 /// void member()
 #define ON_COMMAND(id, member)                                                                     \
     {WM_COMMAND, CN_COMMAND, id, id, &framework::OnNothing<&ThisClass::member>},
+/// void member(), for a notification of a control
 #define ON_CONTROL(code, id, member)                                                               \
     {WM_COMMAND, code, id, id, &framework::OnNothing<&ThisClass::member>},
 #define ON_BN_CLICKED(id, member) ON_CONTROL(BN_CLICKED, id, member)

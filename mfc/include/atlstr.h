@@ -15,16 +15,20 @@
 class CString
 {
 public:
+    /// The names that generic code uses.
     using XCHAR = wchar_t;
     using PXSTR = wchar_t*;
     using PCXSTR = const wchar_t*;
 
     constexpr CString() noexcept = default;
+    /// Copy or take over a text.
     CString(const CString&) = default;
     CString(CString&&) noexcept = default;
+    /// Copies the text.
     CString(LPCWSTR text) : m_text(View(text)) {}
     /// Takes the first `length` characters at `text`, which may include null characters.
     CString(LPCWSTR text, int length) : m_text(View(text, length)) {}
+    /// Repeats a character; nothing for a count that is not positive.
     explicit CString(wchar_t character, int repeat = 1)
         : m_text(repeat > 0 ? static_cast<size_t>(repeat) : 0, character)
     {
@@ -33,8 +37,10 @@ public:
     MFC_API explicit CString(LPCSTR text);
     ~CString() = default;
 
+    /// Copy or take over a text.
     CString& operator=(const CString&) = default;
     CString& operator=(CString&&) noexcept = default;
+    /// Copies the text, which may lie in this one.
     CString& operator=(LPCWSTR text) { return Assign(View(text)); }
     CString& operator=(wchar_t character)
     {
@@ -42,8 +48,11 @@ public:
         return *this;
     }
 
+    /// The number of code units.
     int GetLength() const noexcept { return static_cast<int>(m_text.size()); }
+    /// True for a length of 0.
     bool IsEmpty() const noexcept { return m_text.empty(); }
+    /// Leaves the text empty and without memory.
     void Empty() noexcept { m_text = std::wstring(); }
     /// Null-terminated; valid until the text is changed.
     LPCWSTR GetString() const noexcept { return m_text.c_str(); }
@@ -60,15 +69,14 @@ public:
     {
         if (InRange(index)) m_text[static_cast<size_t>(index)] = character;
     }
+    /// Replace the text.
     void SetString(LPCWSTR text) { Assign(View(text)); }
     void SetString(LPCWSTR text, int length) { Assign(View(text, length)); }
 
+    /// Append a text or a character.
     CString& operator+=(const CString& text)
-
     {
-
         m_text += text.m_text;
-
         return *this;
     }
     CString& operator+=(LPCWSTR text)
@@ -81,6 +89,7 @@ public:
         m_text += character;
         return *this;
     }
+    /// Append a text, its first `length` characters, or a character.
     void Append(LPCWSTR text) { m_text += View(text); }
     void Append(LPCWSTR text, int length) { m_text += View(text, length); }
     void AppendChar(wchar_t character) { m_text += character; }
@@ -119,7 +128,9 @@ public:
     /// text is found at `start`.
     MFC_API int Find(wchar_t character, int start = 0) const noexcept;
     MFC_API int Find(LPCWSTR text, int start = 0) const noexcept;
+    /// The position of the last occurrence; -1 when there is none.
     MFC_API int ReverseFind(wchar_t character) const noexcept;
+    /// The position of the first of any of the characters; -1 when there is none.
     MFC_API int FindOneOf(LPCWSTR characters) const noexcept;
 
     /// Each returns the object itself, the number of changed places, or the new length. Without an
@@ -150,8 +161,11 @@ public:
     /// with the text. ReleaseBuffer must be called before any other member; with -1 it measures up
     /// to the first null.
     MFC_API LPWSTR GetBuffer(int minimumLength);
+    /// The buffer of the text as it is.
     LPWSTR GetBuffer() { return m_text.data(); }
+    /// The buffer of a text of exactly this length.
     MFC_API LPWSTR GetBufferSetLength(int length);
+    /// Ends direct access and sets the length; -1 measures it.
     MFC_API void ReleaseBuffer(int newLength = -1);
     void ReleaseBufferSetLength(int newLength) { ReleaseBuffer(newLength < 0 ? 0 : newLength); }
     /// Cuts the text; a larger or negative length changes nothing.
@@ -159,8 +173,10 @@ public:
     {
         if (InRange(length)) m_text.resize(static_cast<size_t>(length));
     }
+    /// Makes room for `length` characters without changing the text.
     void Preallocate(int length) { m_text.reserve(length > 0 ? static_cast<size_t>(length) : 0); }
 
+    /// Join two texts, or a text and a character.
     friend CString operator+(const CString& a, const CString& b)
     {
         return Join(a.m_text, b.m_text);
@@ -170,6 +186,7 @@ public:
     friend CString operator+(const CString& a, wchar_t b) { return Join(a.m_text, {&b, 1}); }
     friend CString operator+(wchar_t a, const CString& b) { return Join({&a, 1}, b.m_text); }
 
+    /// Compare by the values of the code units.
     friend bool operator==(const CString& a, const CString& b) noexcept
     {
         return a.m_text == b.m_text;
@@ -215,4 +232,5 @@ private:
     std::wstring m_text;
 };
 
+/// The name that code for two character sets uses.
 using CStringW = CString;

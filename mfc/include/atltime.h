@@ -17,13 +17,16 @@ class CTime
 {
 public:
     constexpr CTime() noexcept = default;
+    /// Seconds since 1970-01-01 00:00 UTC.
     constexpr CTime(__time64_t time) noexcept : m_time(time) {}
     /// Takes local time; month and day count from 1. Parts that form no moment give -1 (GetTime).
     MFC_API CTime(int year, int month, int day, int hour, int minute, int second,
                   int daylightSaving = -1);
 
+    /// The present moment.
     MFC_API static CTime WINAPI GetCurrentTime();
 
+    /// Seconds since 1970-01-01 00:00 UTC; -1 for no moment.
     constexpr __time64_t GetTime() const noexcept { return m_time; }
     /// Null when the moment has no local calendar date.
     MFC_API tm* GetLocalTm(tm* result) const;
@@ -39,6 +42,7 @@ public:
     /// Formats local time like the C library's wcsftime; empty when that fails.
     MFC_API CString Format(LPCWSTR format) const;
 
+    /// Compares moments.
     friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;
 
 private:

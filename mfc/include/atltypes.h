@@ -10,13 +10,16 @@
 class CSize : public tagSIZE
 {
 public:
+    /// Zero by default.
     constexpr CSize() noexcept : tagSIZE{0, 0} {}
     constexpr CSize(int width, int height) noexcept : tagSIZE{width, height} {}
     constexpr CSize(SIZE size) noexcept : tagSIZE(size) {}
     explicit constexpr CSize(POINT point) noexcept : tagSIZE{point.x, point.y} {}
 
+    /// Sets both values.
     constexpr void SetSize(int width, int height) noexcept { *this = CSize(width, height); }
 
+    /// Sums and differences wrap around at the ends of the 32-bit range.
     constexpr CSize operator-() const noexcept { return CSize() - *this; }
     friend constexpr CSize operator+(const CSize& a, const SIZE& b) noexcept
     {
@@ -39,6 +42,7 @@ public:
 class [[gnu::may_alias]] CPoint : public tagPOINT
 {
 public:
+    /// Zero by default.
     constexpr CPoint() noexcept : tagPOINT{0, 0} {}
     constexpr CPoint(int pointX, int pointY) noexcept : tagPOINT{pointX, pointY} {}
     constexpr CPoint(POINT point) noexcept : tagPOINT(point) {}
@@ -49,11 +53,14 @@ public:
     {
     }
 
+    /// Sets both coordinates.
     constexpr void SetPoint(int pointX, int pointY) noexcept { *this = CPoint(pointX, pointY); }
+    /// Move the point.
     constexpr void Offset(int dx, int dy) noexcept { *this += CSize(dx, dy); }
     constexpr void Offset(POINT by) noexcept { *this += CSize(by); }
     constexpr void Offset(SIZE by) noexcept { *this += by; }
 
+    /// The difference of two points is a size.
     constexpr CPoint operator-() const noexcept { return CPoint() - CSize(*this); }
     friend constexpr CPoint operator+(const CPoint& a, const CSize& b) noexcept
     {
@@ -86,6 +93,7 @@ public:
 class CRect : public tagRECT
 {
 public:
+    /// All edges are zero by default.
     constexpr CRect() noexcept : tagRECT{0, 0, 0, 0} {}
     constexpr CRect(int l, int t, int r, int b) noexcept : tagRECT{l, t, r, b} {}
     constexpr CRect(const RECT& rect) noexcept : tagRECT(rect) {}
@@ -99,6 +107,8 @@ public:
     {
     }
 
+    /// Wrap around for edges that lie too far apart; negative for edges that are the wrong way
+    /// round.
     constexpr int Width() const noexcept { return framework::WrappingSubtract(right, left); }
     constexpr int Height() const noexcept { return framework::WrappingSubtract(bottom, top); }
     constexpr CSize Size() const noexcept { return {Width(), Height()}; }
@@ -112,18 +122,22 @@ public:
     {
         return {framework::WrappingAdd(left, right) / 2, framework::WrappingAdd(top, bottom) / 2};
     }
+    /// For functions of the platform.
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }
 
     /// An empty rectangle has no area. The edges of a null one are all zero.
     constexpr BOOL IsRectEmpty() const noexcept { return right <= left || bottom <= top; }
     constexpr BOOL IsRectNull() const noexcept { return *this == CRect(); }
+    /// True for a point inside, the left and top edges included.
     constexpr BOOL PtInRect(POINT point) const noexcept
     {
         return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
     }
+    /// True when all edges are the same.
     constexpr BOOL EqualRect(LPCRECT other) const noexcept { return *this == CRect(*other); }
 
+    /// Set all edges.
     constexpr void SetRect(int l, int t, int r, int b) noexcept { *this = CRect(l, t, r, b); }
     constexpr void SetRect(POINT topLeft, POINT bottomRight) noexcept
     {
@@ -132,6 +146,7 @@ public:
     constexpr void SetRectEmpty() noexcept { *this = CRect(); }
     constexpr void CopyRect(LPCRECT source) noexcept { *this = CRect(*source); }
 
+    /// Move each edge outwards.
     constexpr void InflateRect(int l, int t, int r, int b) noexcept
     {
         left = framework::WrappingSubtract(left, l);
@@ -145,6 +160,7 @@ public:
     {
         InflateRect(by->left, by->top, by->right, by->bottom);
     }
+    /// Move each edge inwards.
     constexpr void DeflateRect(int l, int t, int r, int b) noexcept
     {
         using framework::WrappingSubtract;
@@ -158,6 +174,7 @@ public:
         DeflateRect(by->left, by->top, by->right, by->bottom);
     }
 
+    /// Move the rectangle by a distance.
     constexpr void OffsetRect(int dx, int dy) noexcept
     {
         left = framework::WrappingAdd(left, dx);
@@ -167,6 +184,7 @@ public:
     }
     constexpr void OffsetRect(SIZE by) noexcept { OffsetRect(by.cx, by.cy); }
     constexpr void OffsetRect(POINT by) noexcept { OffsetRect(by.x, by.y); }
+    /// Move the rectangle so that its top left corner lies there.
     constexpr void MoveToX(int x) noexcept { OffsetRect(framework::WrappingSubtract(x, left), 0); }
     constexpr void MoveToY(int y) noexcept { OffsetRect(0, framework::WrappingSubtract(y, top)); }
     constexpr void MoveToXY(int x, int y) noexcept
@@ -189,10 +207,12 @@ public:
     /// empty.
     BOOL UnionRect(LPCRECT a, LPCRECT b) noexcept { return ::UnionRect(this, a, b); }
 
+    /// True when all edges are the same.
     friend constexpr bool operator==(const CRect& a, const CRect& b) noexcept
     {
         return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
     }
+    /// Move the rectangle.
     constexpr CRect& operator+=(POINT by) noexcept
     {
         OffsetRect(by);
@@ -213,6 +233,7 @@ public:
         OffsetRect(-CSize(by));
         return *this;
     }
+    /// Like IntersectRect and UnionRect with another rectangle.
     CRect& operator&=(const RECT& other) noexcept
     {
         IntersectRect(this, &other);
@@ -223,6 +244,7 @@ public:
         UnionRect(this, &other);
         return *this;
     }
+    /// Return the rectangle that the operators above would leave.
     friend constexpr CRect operator+(CRect rect, POINT by) noexcept { return rect += by; }
     friend constexpr CRect operator+(CRect rect, SIZE by) noexcept { return rect += by; }
     friend constexpr CRect operator-(CRect rect, POINT by) noexcept { return rect -= by; }

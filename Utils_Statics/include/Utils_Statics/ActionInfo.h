@@ -19,6 +19,7 @@ struct UTILS_STATICS_API ActionInfo
     std::wstring name;                ///< for display or look-up; may be empty
 
     ActionInfo() = default;
+    /// Sets each field as given; nothing is looked up in the vocabulary.
     ActionInfo(ActionType actionType, int actionCode, int actionParam, std::wstring actionName);
 
     /// Reads the attributes "actionType", "action", "actionParam" and "name". Every field is set; a

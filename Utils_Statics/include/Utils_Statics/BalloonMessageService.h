@@ -33,11 +33,12 @@
 class UTILS_STATICS_API BalloonMessageService
 {
 public:
+    /// The urgency of a notice: the icon of its balloon and its level in the log.
     enum MsgType : int
     {
-        information = 0, // every other value counts as this one
-        warning = 1,
-        error = 2,
+        information = 0, ///< every other value counts as this one
+        warning = 1,     ///< asks for attention
+        error = 2,       ///< something failed
     };
 
     /// `file` and `line` name the place that raises the notice, for the log. `file` has to be a

@@ -12,11 +12,12 @@ class zelXMLNode;
 /// docs/formats/button-placements.md describes the attributes.
 struct UTILS_STATICS_API ButtonPlacement
 {
-    std::wstring name;
-    GridInfo grid;
-    bool check = false;
+    std::wstring name;  ///< that of the button's ButtonAction
+    GridInfo grid;      ///< where the button is
+    bool check = false; ///< whether it carries a check mark
 
     ButtonPlacement() = default;
+    /// A button that is not placed yet. A null name counts as an empty one.
     ButtonPlacement(const std::wstring& buttonName, bool isChecked);
     ButtonPlacement(const wchar_t* buttonName, bool isChecked);
 

@@ -42,6 +42,7 @@ public:
     /// False leaves the window out when the screen is recorded to a movie.
     virtual bool CanDrawOnAVI() const;
 
+    /// Disable the window around a modal state of the application, and enable it again.
     void BeginModalState() override;
     void EndModalState() override;
 
@@ -51,6 +52,7 @@ public:
 protected:
     void PostNcDestroy() override;
 
+    /// Create the bitmaps, bring them to the window's new size, and paint.
     afx_msg int OnCreate(LPCREATESTRUCT description);
     afx_msg void OnSize(UINT type, int width, int height);
     afx_msg void OnPaint();
@@ -62,8 +64,8 @@ protected:
     /// The complement of m_mask, for derived classes; up to date whenever a masked window calls
     /// Draw.
     CBitmap m_inverseMask;
-    CBitmap m_mask;
-    CBitmap m_buffer;
+    CBitmap m_mask;   ///< the shape, as DrawMask drew it
+    CBitmap m_buffer; ///< the content, as Draw drew it
 
 private:
     void PrepareMasks(CDC& screen, const CRect& client);

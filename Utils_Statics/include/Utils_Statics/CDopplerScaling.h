@@ -18,8 +18,9 @@ public:
     /// Height of the spectral display, pixels.
     static void SetPWDisplayHeight(long height) noexcept;
     static void SetPWLRP(long lrp) noexcept; ///< kept for callers; nothing here uses it
-    static void SetVecDopScaleFactor(double factor) noexcept;  ///< divides the velocity per pixel
-    static void SetBaselineStartPos(double position) noexcept; ///< pixels
+    static void SetVecDopScaleFactor(double factor) noexcept; ///< divides the velocity per pixel
+    static void
+    SetBaselineStartPos(double position) noexcept; ///< added by GetPixelBaseline, pixels
 
     /// The value set last; at first 0, and 1.0 for the scale factor.
     static long GetPWPRP() noexcept;

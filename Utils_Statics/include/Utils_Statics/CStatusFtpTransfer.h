@@ -18,6 +18,7 @@ public:
 
     /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool transferring);
+    /// The state that was stored last.
     static bool getState() noexcept;
     static bool isTransferring() noexcept; ///< the same as getState
 

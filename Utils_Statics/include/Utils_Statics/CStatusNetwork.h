@@ -19,6 +19,7 @@ public:
 
     /// Stores the state and asks for a repaint, even when nothing changed.
     static void setState(bool connected);
+    /// The state that was stored last.
     static bool getState() noexcept;
     static bool isConnected() noexcept; ///< the same as getState
 

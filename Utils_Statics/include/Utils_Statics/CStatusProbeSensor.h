@@ -20,11 +20,11 @@ public:
     /// A reading. It is valid when there is a sensor whose interface has version 2 or later.
     struct SensorData
     {
-        bool isSensorSupported = false;
-        double temperature = -1.0;    ///< degrees Celsius
-        double angle = -1.0;          ///< degrees, 0 to 180
-        std::uint8_t errorStatus = 0; ///< 0: no error of the hardware
-        std::int32_t muxVersion = 0;  ///< version of the sensor's interface
+        bool isSensorSupported = false; ///< whether the probe has a sensor
+        double temperature = -1.0;      ///< degrees Celsius
+        double angle = -1.0;            ///< degrees, 0 to 180
+        std::uint8_t errorStatus = 0;   ///< 0: no error of the hardware
+        std::int32_t muxVersion = 0;    ///< version of the sensor's interface
 
         /// Compares exactly; a NaN equals nothing.
         friend bool operator==(const SensorData&, const SensorData&) = default;
@@ -35,6 +35,7 @@ public:
 
     /// Stores a reading and asks for a repaint; does neither when it equals the stored one.
     static void setState(const SensorData& data);
+    /// The reading that was stored last.
     static SensorData getState();
 
     /// The temperature above which the item warns, in degrees Celsius, read on each call from

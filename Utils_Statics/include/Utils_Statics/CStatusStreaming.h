@@ -19,11 +19,12 @@
 class UTILS_STATICS_API CStatusStreaming : public IStatusItem
 {
 public:
+    /// Whether the image is streamed, and where to.
     enum StreamingStatus : std::int32_t
     {
-        StreamingOff = 0,
-        StreamingOn = 1,
-        StreamingToDisk = 2
+        StreamingOff = 0,   ///< nowhere
+        StreamingOn = 1,    ///< over the network
+        StreamingToDisk = 2 ///< to a file
     };
 
     /// The object, to be registered with CStatusFactory::addItem.
@@ -32,6 +33,7 @@ public:
     /// Stores the state, restarts or ends the blinking, and asks for a repaint, even when nothing
     /// changed.
     static void setState(StreamingStatus status);
+    /// The state that was stored last.
     static StreamingStatus getState() noexcept;
     /// True in every state but StreamingOff.
     static bool isStreaming() noexcept;
@@ -43,6 +45,7 @@ protected:
     void issueUpdate() const override;
     /// Also looks up the address, which may take seconds, and restarts the blinking.
     void updateVisibleState() override;
+    /// True while the image is streamed and the setting is on, and while it is streamed to disk.
     bool isVisible() const override;
     /// While the icon is dark, nothing is drawn but the width is the same, so that the row does not
     /// move.

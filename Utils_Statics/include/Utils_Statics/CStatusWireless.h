@@ -22,11 +22,13 @@ public:
 
     /// Stores whether the adapter is connected and asks for a repaint, even when nothing changed.
     static void setConnected(bool connected);
+    /// The state that setConnected stored last.
     static bool isConnected() noexcept;
 
     /// Stores whether there is a wireless adapter and asks for a repaint, even when nothing
     /// changed.
     static void setAvailable(bool available);
+    /// The state that setAvailable stored last.
     static bool isAvailable() noexcept;
 
     /// Asks for a repaint: the signal strength, which is read at drawing time, may have changed.

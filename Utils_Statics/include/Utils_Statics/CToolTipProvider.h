@@ -26,6 +26,7 @@ public:
     };
 
     CToolTipProvider();
+    /// Share the tip of the other; an assigned object first gives up its own share.
     CToolTipProvider(const CToolTipProvider& other);
     CToolTipProvider& operator=(const CToolTipProvider& other);
     virtual ~CToolTipProvider();

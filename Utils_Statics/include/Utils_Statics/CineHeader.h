@@ -11,7 +11,7 @@ struct CineHeader
     /// The number of words of uDataDesc that are stored: all but the first, which is a tag of the
     /// running program.
     static constexpr int descWords = 11;
-    static constexpr int extraValues = 6;
+    static constexpr int extraValues = 6; ///< the number of the caller's integers
 
     uData type{}; ///< kind of data in the file
     /// The number of frames, or the size in bytes of the last ECG block (CCineStore::AddECGData).

@@ -38,6 +38,7 @@ public:
     /// are left out silently.
     static bool LoadAll();
 
+    /// Destroys all derived states; their sources are no longer followed.
     static void DestroyAll();
 
 private:

@@ -11,9 +11,9 @@
 /// The messages that a handler accepts while it holds the lock.
 enum LockType : int
 {
-    LockNormal = 0,       // every pointer message
-    LockMoveOnly = 1,     // move messages only
-    LockTrackballOnly = 2 // every message; cannot be locked while the input is InputPointer
+    LockNormal = 0,       ///< every pointer message
+    LockMoveOnly = 1,     ///< move messages only
+    LockTrackballOnly = 2 ///< every message; cannot be locked while the input is InputPointer
 };
 
 /// A tool that takes part in the arbitration of the pointer (see MouseCapture).
@@ -60,6 +60,7 @@ public:
 
 protected:
     IMouseHandler();
+    /// Copies nothing: the copy is a handler of its own, which nobody has registered.
     IMouseHandler(const IMouseHandler&);
     IMouseHandler& operator=(const IMouseHandler&) = default;
     virtual ~IMouseHandler();

@@ -22,5 +22,6 @@ protected:
     /// Does the agent's work, which the application defines.
     virtual void Execute() = 0;
 
+    /// The agent of the process, which the derived class sets; null when there is none.
     static IProAgent* m_agent;
 };

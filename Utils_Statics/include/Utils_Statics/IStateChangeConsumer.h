@@ -40,8 +40,10 @@ public:
     static void StateChangeSignal(StateChangeType type, unsigned int param1, long param2);
 
 protected:
+    /// A consumer's connection to the signal.
     using Slot = cSlot<IStateChangeConsumer, void, StateChangeType, unsigned int, long,
                        cPreProcessor::unusable*, cPreProcessor::unusable*>;
+    /// The signal, for which OnStateChange is the usual method.
     using Signal = cSignal<void, StateChangeType, unsigned int, long, cPreProcessor::unusable*,
                            cPreProcessor::unusable*, &IStateChangeConsumer::OnStateChange>;
 

@@ -13,6 +13,7 @@
 /// comes in two forms: one returns the converted value, the other fills its second argument.
 namespace QOR_MFC_CONVERSIONS {
 
+/// Both coordinates are copied as they are.
 UTILS_STATICS_API CPoint QOR_2_MFC(const UPoint& point);
 UTILS_STATICS_API void QOR_2_MFC(const UPoint& point, CPoint& converted);
 UTILS_STATICS_API UPoint MFC_2_QOR(const CPoint& point);

@@ -13,8 +13,8 @@
 /// The way the user points.
 enum InputType : int
 {
-    InputTrackball = 0, // the cursor stays confined; LockNext steps through the points
-    InputPointer = 1    // pressing grabs the nearest point, releasing lets go
+    InputTrackball = 0, ///< the cursor stays confined; LockNext steps through the points
+    InputPointer = 1    ///< pressing grabs the nearest point, releasing lets go
 };
 
 /// The arbitration of the pointer. It decides which of the registered handlers owns the pointer
@@ -57,6 +57,7 @@ public:
     /// Takes the lock away and ends the confinement to a handler's rectangle. Always true.
     UTILS_STATICS_API static bool Unlock();
 
+    /// True while a handler holds the lock.
     UTILS_STATICS_API static bool IsLocked();
 
     /// The handler that holds the lock, or null.

@@ -22,11 +22,14 @@ public:
     QuerySink(const QuerySink&) = delete;
     QuerySink& operator=(const QuerySink&) = delete;
 
+    /// The platform's rules for objects that count their references. The interfaces are IUnknown
+    /// and IWbemObjectSink.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     /// Always returns WBEM_S_NO_ERROR. An exception of the repaint callback ends here.
     HRESULT STDMETHODCALLTYPE Indicate(LONG count, IWbemClassObject** events) override;
+    /// Does nothing and returns WBEM_S_NO_ERROR.
     HRESULT STDMETHODCALLTYPE SetStatus(LONG flags, HRESULT result, BSTR text,
                                         IWbemClassObject* object) override;
     virtual ~QuerySink();

@@ -13,6 +13,7 @@ class cPointerArray
 {
 public:
     cPointerArray() noexcept = default;
+    /// Empty when there is no memory for the copy.
     cPointerArray(const cPointerArray& other) noexcept { *this = other; }
     /// Leaves the array as it is when there is no memory for the copy.
     cPointerArray& operator=(const cPointerArray& other) noexcept
@@ -23,6 +24,7 @@ public:
         return *this;
     }
 
+    /// The number of pointers.
     std::uint32_t Size() const noexcept { return m_size; }
 
     /// Throws std::out_of_range for an index outside of the array.
@@ -33,6 +35,7 @@ public:
         return m_items[index];
     }
 
+    /// True when `item` is in the array.
     bool Contains(const T* item) const noexcept { return Find(item) != End(); }
 
     /// True when `item` is in the array; quick when it is still at `index`.

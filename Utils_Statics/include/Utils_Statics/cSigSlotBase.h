@@ -47,25 +47,30 @@ public:
         m_minimumInterval = milliseconds;
         m_resultWhenThrottled = result;
     }
+    /// The least time between two invocations in milliseconds.
     std::uint32_t GetMinimumInterval() const noexcept { return m_minimumInterval; }
 
     /// Sets the result of an invocation while another one of this object is under way; 0 by
     /// default.
     void SetResultWhenBusy(ResultType result) noexcept { m_resultWhenBusy = result; }
+    /// True during an invocation, and for good after one that threw.
     bool IsBusy() const noexcept { return m_busy != 0; }
 
+    /// The number of slots of a signal, or of signals of a slot.
     std::uint32_t GetPeerCount() const noexcept { return m_peers.Size(); }
 
     /// Throws std::out_of_range for an index outside of the array.
     cSigSlotBase& GetPeer(std::uint32_t index) const { return *m_peers.At(index); }
 
 protected:
+    /// The two kinds of objects that can be connected.
     enum Kind : std::uint32_t
     {
-        kindSlot = 0,
-        kindSignal = 1
+        kindSlot = 0,  ///< a cSlot
+        kindSignal = 1 ///< a cSignal
     };
 
+    /// An object without peers; `name` outlives it.
     cSigSlotBase(Kind kind, const char* name) noexcept : m_kind(kind), m_name(name) {}
     ~cSigSlotBase() = default;
 
@@ -114,6 +119,7 @@ protected:
         return now < last + m_minimumInterval;
     }
 
+    /// True when `index` is the place of a peer.
     bool HasPeer(std::uint32_t index) const noexcept { return index < m_peers.Size(); }
 
     /// True when `peer`, which was at `index`, is still among the peers, hence not destroyed.
@@ -125,8 +131,10 @@ protected:
     /// Sets the address that stands for a slot's type and the method it is bound to; null by
     /// default.
     void SetMethodTag(const char* tag) noexcept { m_methodTag = tag; }
+    /// The tag that SetMethodTag stored last.
     static const char* MethodTag(const cSigSlotBase& object) noexcept { return object.m_methodTag; }
 
+    /// The results of suppressed invocations, and the flag of one that is under way.
     ResultType ResultWhenThrottled() const noexcept { return m_resultWhenThrottled; }
     ResultType ResultWhenBusy() const noexcept { return m_resultWhenBusy; }
     void SetBusy(bool busy) noexcept { m_busy = busy; }

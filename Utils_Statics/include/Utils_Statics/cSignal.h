@@ -24,6 +24,7 @@ public:
     /// Combines one slot's result with the running one; false ends the emission.
     using Combiner = bool (*)(ResultType* running, ResultType result);
 
+    /// A signal without slots; `name` outlives it.
     explicit cSignal(const char* name = "NoName-Signal") noexcept : Base(Base::kindSignal, name) {}
     ~cSignal() { this->DisconnectAll(); }
 

@@ -17,6 +17,7 @@ class cSlot final : public cSigSlotBase<Result, P1, P2, P3, P4, P5>
 public:
     using typename Base::ResultType;
 
+    /// A method of the receiver that takes the first 0 to 5 arguments.
     using Method0 = Result (Receiver::*)();
     using Method1 = Result (Receiver::*)(P1);
     using Method2 = Result (Receiver::*)(P1, P2);

@@ -69,6 +69,7 @@ public:
 
     // ---- Console model and modes
 
+    /// The model that was stored last; at first eConsoleUnknown.
     static EConsoleType GetConsoleType() noexcept;
     /// Stores any value, even one without a name.
     static void SetConsoleType(EConsoleType type) noexcept;
@@ -92,6 +93,7 @@ public:
     /// True for either of the two variants.
     static bool isOEMBuild() noexcept;
 
+    /// Read and set the data members of these names.
     static bool IsFullscreen() noexcept;
     static void SetFullscreen(bool fullscreen) noexcept;
     static bool IsLayoutLeft() noexcept;

@@ -11,10 +11,10 @@ using AFX_MSG_HANDLER = LRESULT (*)(CCmdTarget* target, WPARAM wParam, LPARAM lP
 /// identifiers.
 struct AFX_MSGMAP_ENTRY
 {
-    UINT nMessage;
-    UINT nCode;
-    UINT nID;
-    UINT nLastID;
+    UINT nMessage;           ///< WM_...
+    UINT nCode;              ///< notification code of a command
+    UINT nID;                ///< first identifier of a command
+    UINT nLastID;            ///< last identifier of a command
     AFX_MSG_HANDLER handler; ///< null ends the map
 };
 
@@ -22,7 +22,7 @@ struct AFX_MSGMAP_ENTRY
 struct AFX_MSGMAP
 {
     const AFX_MSGMAP* (*pfnGetBaseMap)(); ///< null in the root class
-    const AFX_MSGMAP_ENTRY* lpEntries;
+    const AFX_MSGMAP_ENTRY* lpEntries;    ///< the last one has no handler
 };
 
 struct AFX_CMDHANDLERINFO;
@@ -43,6 +43,8 @@ public:
 
 protected:
     CCmdTarget() = default;
+    /// The map of this class, and that of the object's own class. DECLARE_MESSAGE_MAP declares both
+    /// in a derived class.
     static const AFX_MSGMAP* GetThisMessageMap();
     virtual const AFX_MSGMAP* GetMessageMap() const;
 };

@@ -14,24 +14,33 @@ public:
     CDC() = default;
     ~CDC() override;
 
+    /// The handles of drawing and of queries; null for an empty object.
     HDC m_hDC = nullptr;
     HDC m_hAttribDC = nullptr;
 
+    /// The handle, also of an empty object (null).
     HDC GetSafeHdc() const noexcept { return m_hDC; }
     operator HDC() const noexcept { return m_hDC; }
+    /// Null for a null handle.
     static CDC* FromHandle(HDC context);
+    /// Deletes the calling thread's temporary objects.
     static void DeleteTempMap();
     /// FALSE for a null handle, or when a handle is already attached.
     BOOL Attach(HDC context);
+    /// Gives the context up without deleting it, and returns its handle.
     HDC Detach();
+    /// FALSE when the platform refuses, or when a handle is already attached.
     BOOL CreateDC(LPCTSTR driver, LPCTSTR device, LPCTSTR output, const void* mode);
     /// Null makes it compatible with the screen.
     BOOL CreateCompatibleDC(CDC* dc);
+    /// Deletes the context, which leaves the object empty.
     virtual BOOL DeleteDC();
+    /// The number of the saved state, for RestoreDC; 0 on failure.
     virtual int SaveDC();
     /// -1 restores the latest saved state.
     virtual BOOL RestoreDC(int saved);
 
+    /// A fact about the device.
     int GetDeviceCaps(int index) const { return ::GetDeviceCaps(m_hAttribDC, index); }
     /// Return the object selected before (null on failure), which is borrowed and perhaps
     /// temporary.
@@ -41,9 +50,11 @@ public:
     CBrush* SelectObject(CBrush* brush);
     virtual CFont* SelectObject(CFont* font);
     CBitmap* SelectObject(CBitmap* bitmap);
+    /// The selected objects, borrowed and perhaps temporary.
     CBitmap* GetCurrentBitmap() const;
     CFont* GetCurrentFont() const;
 
+    /// The attributes of drawing. Setting one returns what it was before.
     COLORREF GetTextColor() const { return ::GetTextColor(m_hAttribDC); }
     COLORREF GetBkColor() const { return ::GetBkColor(m_hAttribDC); }
     int GetBkMode() const { return ::GetBkMode(m_hAttribDC); }
@@ -60,6 +71,7 @@ public:
     virtual CPoint SetViewportOrg(int x, int y);
     CPoint SetViewportOrg(POINT point) { return SetViewportOrg(point.x, point.y); }
 
+    /// GDI's functions of these names.
     int GetClipBox(LPRECT rect) const { return ::GetClipBox(m_hAttribDC, rect); }
     int IntersectClipRect(int x1, int y1, int x2, int y2)
     {
@@ -74,6 +86,7 @@ public:
         return ::ExcludeClipRect(m_hDC, x1, y1, x2, y2);
     }
 
+    /// Where the next line begins.
     CPoint GetCurrentPosition() const;
     /// Returns the previous position.
     CPoint MoveTo(int x, int y);
@@ -81,6 +94,7 @@ public:
     /// The end point itself is not drawn.
     BOOL LineTo(int x, int y) { return ::LineTo(m_hDC, x, y); }
     BOOL LineTo(POINT point) { return LineTo(point.x, point.y); }
+    /// GDI's functions of these names.
     BOOL Arc(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4)
     {
         return ::Arc(m_hDC, x1, y1, x2, y2, x3, y3, x4, y4);
@@ -101,9 +115,11 @@ public:
     /// Leaves the background colour as it was.
     void FillSolidRect(LPCRECT rect, COLORREF colour);
     void FillSolidRect(int x, int y, int width, int height, COLORREF colour);
+    /// GDI's function of this name.
     BOOL GradientFill(TRIVERTEX* vertices, ULONG vertexCount, void* elements, ULONG elementCount,
                       DWORD mode);
 
+    /// GDI's functions of these names.
     COLORREF GetPixel(int x, int y) const { return ::GetPixel(m_hDC, x, y); }
     COLORREF GetPixel(POINT point) const { return GetPixel(point.x, point.y); }
     COLORREF SetPixel(int x, int y, COLORREF colour) { return ::SetPixel(m_hDC, x, y, colour); }
@@ -120,6 +136,7 @@ public:
     BOOL MaskBlt(int x, int y, int width, int height, CDC* source, int xSource, int ySource,
                  CBitmap& mask, int xMask, int yMask, DWORD operation);
 
+    /// Draws a text at a place.
     virtual BOOL TextOut(int x, int y, LPCTSTR text, int length)
     {
         return ::TextOutW(m_hDC, x, y, text, length);
@@ -137,11 +154,13 @@ public:
     {
         return DrawText(text.GetString(), text.GetLength(), rect, format);
     }
+    /// The size that the text takes in the selected font.
     CSize GetTextExtent(LPCTSTR text, int length) const;
     CSize GetTextExtent(const CString& text) const
     {
         return GetTextExtent(text.GetString(), text.GetLength());
     }
+    /// The measures of the selected font.
     BOOL GetTextMetrics(TEXTMETRIC* metrics) const
     {
         return ::GetTextMetricsW(m_hAttribDC, metrics);
@@ -153,13 +172,15 @@ public:
 class MFC_API CPaintDC : public CDC
 {
 public:
+    /// The window must be handling WM_PAINT.
     explicit CPaintDC(CWnd* window);
     ~CPaintDC() override;
 
+    /// The description that BeginPaint filled.
     PAINTSTRUCT m_ps = {};
 
 protected:
-    HWND m_hWnd;
+    HWND m_hWnd; ///< the window that is painted
 };
 
 /// The context of a window's client area (null: of the screen), released by the destructor. Empty
@@ -167,9 +188,10 @@ protected:
 class MFC_API CClientDC : public CDC
 {
 public:
+    /// Takes the context from the platform.
     explicit CClientDC(CWnd* window);
     ~CClientDC() override;
 
 protected:
-    HWND m_hWnd;
+    HWND m_hWnd; ///< the window; null for the screen
 };

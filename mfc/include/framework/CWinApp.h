@@ -30,10 +30,12 @@ public:
     LPCTSTR m_pszRegistryKey = nullptr; ///< null when the profile is an INI file
     LPCTSTR m_pszProfileName =
         nullptr; ///< name of the INI file, or the application's key below the registry key
+    /// The module that the object was compiled into.
     HINSTANCE m_hInstance = nullptr;
     LPTSTR m_lpCmdLine = nullptr; ///< borrowed
     int m_nCmdShow = SW_SHOWDEFAULT;
 
+    /// Called before InitInstance; FALSE ends the program. TRUE by default.
     virtual BOOL InitApplication();
     /// Without a main window it ends at once, by WM_QUIT.
     int Run() override;
@@ -53,6 +55,7 @@ public:
     void SetRegistryKey(LPCTSTR registryKey);
 
 protected:
+    /// Makes the object of the module with this handle.
     CWinApp(LPCTSTR appName, HINSTANCE module);
     DECLARE_MESSAGE_MAP()
 

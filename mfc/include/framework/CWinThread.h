@@ -21,18 +21,22 @@ public:
     CWnd* m_pMainWnd = nullptr;
     /// Deletes the object when its thread ends (the default of AfxBeginThread).
     BOOL m_bAutoDelete = TRUE;
+    /// The platform's handle, which this object closes, and the number.
     HANDLE m_hThread = nullptr;
     DWORD m_nThreadID = 0;
 
     /// Starts the thread; FALSE when the platform refuses. `flags` may be CREATE_SUSPENDED.
     BOOL CreateThread(DWORD flags = 0, UINT stackSize = 0,
                       LPSECURITY_ATTRIBUTES security = nullptr);
+    /// The platform's functions of these names, for this thread.
     DWORD ResumeThread() { return ::ResumeThread(m_hThread); }
     DWORD SuspendThread() { return ::SuspendThread(m_hThread); }
     int GetThreadPriority() { return ::GetThreadPriority(m_hThread); }
     BOOL SetThreadPriority(int priority) { return ::SetThreadPriority(m_hThread, priority); }
 
+    /// m_pMainWnd by default.
     virtual CWnd* GetMainWnd();
+    /// The thread's first work; FALSE, as by default, ends it without a message loop.
     virtual BOOL InitInstance();
     /// Runs the message loop: dispatches until WM_QUIT and calls OnIdle whenever the queue is
     /// empty. Returns ExitInstance().
@@ -53,6 +57,7 @@ public:
     virtual BOOL PumpMessage();
 
 protected:
+    /// The message that PumpMessage fetched last.
     MSG m_msgCur = {};
 
 private:

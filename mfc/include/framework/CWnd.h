@@ -18,18 +18,24 @@ public:
     CWnd() = default;
     ~CWnd() override;
 
+    /// The handle, which stays the object's; null for an empty object.
     HWND m_hWnd = nullptr;
 
+    /// The handle, also of an empty object (null).
     HWND GetSafeHwnd() const noexcept { return m_hWnd; }
     operator HWND() const noexcept { return m_hWnd; }
+    /// Null for a null handle.
     static CWnd* FromHandle(HWND window);
     /// Null when no object is attached.
     static CWnd* FromHandlePermanent(HWND window);
+    /// Deletes the calling thread's temporary objects.
     static void DeleteTempMap();
     /// FALSE for a null handle, when a handle is already attached, or when the window has another
     /// object. Messages are not routed to the object: SubclassWindow does that.
     BOOL Attach(HWND window);
+    /// Gives the window up without destroying it, and returns its handle.
     HWND Detach();
+    /// Attaches the window and routes its messages to the object; FALSE like Attach.
     BOOL SubclassWindow(HWND window);
     /// Restores the window's former procedure and detaches the window.
     HWND UnsubclassWindow();
@@ -43,16 +49,21 @@ public:
     /// it cannot be created; PostNcDestroy has then been called.
     virtual BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style,
                           const RECT& rect, CWnd* parent, UINT id, LPVOID parameter = nullptr);
+    /// Does the same with the rectangle as a place and a size, and with handles.
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y,
                   int width, int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
     /// May change the description of the window to create; FALSE refuses.
     virtual BOOL PreCreateWindow(CREATESTRUCT& description);
+    /// FALSE when there is no window, or when the platform refuses because it belongs to another
+    /// thread. The object may have deleted itself in PostNcDestroy.
     virtual BOOL DestroyWindow();
 
     /// TRUE when the message is handled and must not be dispatched. The default handles none.
     virtual BOOL PreTranslateMessage(MSG* message);
+    /// The message that a window procedure of the framework is handling on this thread, or null.
     static const MSG* GetCurrentMessage();
 
+    /// The platform's functions of these names, for this window.
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const
     {
         return ::SendMessageW(m_hWnd, message, wParam, lParam);
@@ -62,11 +73,14 @@ public:
         return ::PostMessageW(m_hWnd, message, wParam, lParam);
     }
 
+    /// The window's style, and its extended one.
     DWORD GetStyle() const { return static_cast<DWORD>(::GetWindowLongW(m_hWnd, GWL_STYLE)); }
     DWORD GetExStyle() const { return static_cast<DWORD>(::GetWindowLongW(m_hWnd, GWL_EXSTYLE)); }
     /// TRUE when the style changed. Non-zero `positionFlags` are passed to SetWindowPos.
     BOOL ModifyStyle(DWORD remove, DWORD add, UINT positionFlags = 0);
+    /// Does the same with the extended style.
     BOOL ModifyStyleEx(DWORD remove, DWORD add, UINT positionFlags = 0);
+    /// The platform's functions of these names, for this window.
     int GetDlgCtrlID() const { return ::GetDlgCtrlID(m_hWnd); }
     CWnd* GetDlgItem(int id) const { return FromHandle(::GetDlgItem(m_hWnd, id)); }
     CWnd* GetParent() const { return FromHandle(::GetParent(m_hWnd)); }
@@ -76,26 +90,31 @@ public:
         CWnd* const owner = GetWindow(GW_OWNER);
         return owner ? owner : GetParent();
     }
+    /// The platform's functions of these names, for this window.
     CWnd* GetWindow(UINT command) const { return FromHandle(::GetWindow(m_hWnd, command)); }
     BOOL IsChild(const CWnd* window) const
     {
         return ::IsChild(m_hWnd, window ? window->m_hWnd : nullptr);
     }
+    /// The platform's functions of these names; null for none.
     static CWnd* GetDesktopWindow() { return FromHandle(::GetDesktopWindow()); }
     static CWnd* GetActiveWindow() { return FromHandle(::GetActiveWindow()); }
     static CWnd* GetForegroundWindow() { return FromHandle(::GetForegroundWindow()); }
     static CWnd* GetFocus() { return FromHandle(::GetFocus()); }
     static CWnd* GetCapture() { return FromHandle(::GetCapture()); }
 
+    /// The platform's functions of these names, for this window.
     void SetWindowText(LPCTSTR text) { ::SetWindowTextW(m_hWnd, text); }
     void GetWindowText(CString& text) const;
     int GetWindowTextLength() const { return ::GetWindowTextLengthW(m_hWnd); }
+    /// The font that the window draws with; null is the system's. It stays the caller's.
     void SetFont(CFont* font, BOOL redraw = TRUE);
     CFont* GetFont() const
     {
         return CFont::FromHandle(reinterpret_cast<HFONT>(SendMessage(WM_GETFONT)));
     }
 
+    /// The platform's functions of these names, for this window.
     BOOL ShowWindow(int command) { return ::ShowWindow(m_hWnd, command); }
     BOOL IsWindowVisible() const { return ::IsWindowVisible(m_hWnd); }
     BOOL IsIconic() const { return ::IsIconic(m_hWnd); }
@@ -104,12 +123,16 @@ public:
     /// Disable and enable the window around a modal state of the application.
     virtual void BeginModalState() { EnableWindow(FALSE); }
     virtual void EndModalState() { EnableWindow(TRUE); }
+    /// The platform's functions of these names, for this window. Three of them return the window
+    /// that had the role before.
     CWnd* SetFocus() { return FromHandle(::SetFocus(m_hWnd)); }
     CWnd* SetActiveWindow() { return FromHandle(::SetActiveWindow(m_hWnd)); }
     BOOL SetForegroundWindow() { return ::SetForegroundWindow(m_hWnd); }
     void BringWindowToTop() { ::BringWindowToTop(m_hWnd); }
     CWnd* SetCapture() { return FromHandle(::SetCapture(m_hWnd)); }
 
+    /// The platform's functions of these names, for this window. Of a rectangle both corners are
+    /// converted.
     void GetWindowRect(LPRECT rect) const { ::GetWindowRect(m_hWnd, rect); }
     void GetClientRect(LPRECT rect) const { ::GetClientRect(m_hWnd, rect); }
     void ClientToScreen(LPPOINT point) const { ::ClientToScreen(m_hWnd, point); }
@@ -133,6 +156,7 @@ public:
         return ::SetWindowPos(m_hWnd, after ? after->m_hWnd : nullptr, x, y, width, height, flags);
     }
 
+    /// The platform's functions of these names, for this window.
     void Invalidate(BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, nullptr, erase); }
     void InvalidateRect(LPCRECT rect, BOOL erase = TRUE) { ::InvalidateRect(m_hWnd, rect, erase); }
     void ValidateRect(LPCRECT rect) { ::ValidateRect(m_hWnd, rect); }
@@ -144,8 +168,10 @@ public:
     }
     /// The caller must release it with ReleaseDC.
     CDC* GetDC() { return CDC::FromHandle(::GetDC(m_hWnd)); }
+    /// Gives a context of GetDC back; 0 for null.
     int ReleaseDC(CDC* dc) { return dc ? ::ReleaseDC(m_hWnd, dc->m_hDC) : 0; }
 
+    /// The platform's functions of these names, for this window.
     UINT_PTR SetTimer(UINT_PTR id, UINT milliseconds, TIMERPROC procedure)
     {
         return ::SetTimer(m_hWnd, id, milliseconds, procedure);

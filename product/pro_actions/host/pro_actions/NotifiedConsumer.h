@@ -21,11 +21,13 @@ public:
 protected:
     NotifiedConsumer() noexcept;
 
+    /// Ends the registration for a state; does nothing when there is none.
     void UnregisterActionSignal(const ActionStateInfo& state) noexcept;
 
     /// From now on every notification reaches this consumer's ActionNotification, once, however
     /// often it is registered. Throws only when memory is short.
     void RegisterActionNotification();
+    /// Ends the registration for notifications; does nothing when there is none.
     void UnregisterActionNotification() noexcept;
 
     /// Ends all registrations of this consumer.

@@ -9,9 +9,9 @@ class zelXMLNode;
 /// value is not part of it; each broadcast carries it (IActionStateConsumer::ActionStateSignal).
 struct PRO_ACTIONS_API ActionStateInfo
 {
-    ActionType type = actionTypeNone;
-    int action = -1;
-    int param = 0;
+    ActionType type = actionTypeNone; ///< the action's family; -1: no state
+    int action = -1;                  ///< the action within its family; -1: no state
+    int param = 0;                    ///< its meaning depends on the action
 
     /// Resets to no state: type and action -1, parameter 0.
     void Reset() noexcept;
@@ -23,5 +23,6 @@ struct PRO_ACTIONS_API ActionStateInfo
 
     /// Orders by type, then action, then parameter.
     bool operator<(const ActionStateInfo& other) const noexcept;
+    /// Compares all three fields.
     bool operator==(const ActionStateInfo& other) const noexcept = default;
 };

@@ -18,6 +18,7 @@ public:
     /// of more than 2^31 - 1 bytes, an image of more than 2^26 pixels or too little memory.
     explicit FrameMap(const qor_utils::ScanGeometry& geometry);
 
+    /// True when the map can convert.
     bool Valid() const;
 
     /// Scan-converts one frame (lines x samples bytes, samples running fastest) into width x height

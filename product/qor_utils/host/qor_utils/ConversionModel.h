@@ -18,16 +18,16 @@ inline constexpr double radiansPerMillidegree = 1.7453292519943296e-5;
 /// probe).
 struct MicronPoint
 {
-    double x = 0;
-    double y = 0;
+    double x = 0; ///< to the right
+    double y = 0; ///< away from the probe
 };
 
 /// A position on the acquisition grid: line index over the aperture and sample index along the
 /// line.
 struct ScanPoint
 {
-    double line = 0;
-    double sample = 0;
+    double line = 0;   ///< scan line, may lie between two
+    double sample = 0; ///< sample on the line, may lie between two
 };
 
 /// Microns between two samples of a line (the echo travels twice), in double precision. A sampling
@@ -58,8 +58,8 @@ struct PlatformMath
 /// The sine and the cosine of a steering angle.
 struct Steering
 {
-    double sine = 0;
-    double cosine = 1;
+    double sine = 0;   ///< of the angle
+    double cosine = 1; ///< of the angle
 
     /// Computes both for an angle in thousandths of a degree.
     static Steering Of(int steerAngle)
@@ -97,6 +97,7 @@ public:
         if (m_shape == ScanShape::phased) SetPhased(probe, lines, geometry.scanB, aperture);
     }
 
+    /// The layout of the scan lines; `none` when the input had no geometry.
     ScanShape Shape() const { return m_shape; }
 
     /// The position of (line, sample). A model of the shape `none` gives the origin.

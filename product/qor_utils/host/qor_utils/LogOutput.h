@@ -10,12 +10,13 @@ namespace qor_utils {
 /// One message, as it was logged.
 struct LogMessage
 {
-    const char* source; ///< the source file's path without its extension; never null
-    int line;
-    int level;
+    const char* source;  ///< the source file's path without its extension; never null
+    int line;            ///< in the source file
+    int level;           ///< a level of zelLogger
     const wchar_t* text; ///< valid during the call only; never null
 };
 
+/// A function of the application that receives messages.
 using LogHook = void (*)(const LogMessage& message, void* userData);
 
 /// Sets the function that receives each message, on the thread that logs it and with no lock held;

@@ -19,10 +19,10 @@ struct ScanGeometry
     int scanB = 0;      ///< extension of a phased sector by a virtual apex, thousandths of a degree
     int lineOffset = 0; ///< the line of the aperture that is line 0
     UPoint origin;      ///< pixel of the image origin before flipping
-    UPoint micronsPerPixel;
-    int width = 0; ///< the image's, pixels
-    int height = 0;
-    int flip = 0; ///< a set of Flip bits
+    UPoint micronsPerPixel; ///< scale, across and down
+    int width = 0;          ///< the image's, pixels
+    int height = 0;         ///< the image's, pixels
+    int flip = 0;           ///< a set of Flip bits
 };
 
 } // namespace qor_utils

@@ -14,7 +14,9 @@ public:
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
 
+    /// Waits until no other thread holds the lock, and takes it.
     void Enter() noexcept;
+    /// Gives the lock back, once for each Enter.
     void Leave() noexcept;
 
 private:
@@ -25,6 +27,7 @@ private:
 class CriticalSectionLock
 {
 public:
+    /// Enters the section, which must outlive this object.
     explicit CriticalSectionLock(CriticalSection& section) noexcept : m_section(section)
     {
         m_section.Enter();

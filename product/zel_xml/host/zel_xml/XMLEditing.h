@@ -30,6 +30,7 @@ ZEL_XML_API bool SaveDocumentAs(const zelXMLFile& file, const wchar_t* path) noe
 /// Closes the document. Remaining element handles keep it in memory.
 ZEL_XML_API void CloseDocument(zelXMLFile& file) noexcept;
 
+/// True while the file has a document, read or created.
 ZEL_XML_API bool IsOpen(const zelXMLFile& file) noexcept;
 
 /// The element's name; empty for an invalid handle.
@@ -45,6 +46,7 @@ ZEL_XML_API std::wstring AllTextOf(const zelXMLNode& element);
 /// an invalid handle or a text with a character that XML does not allow.
 ZEL_XML_API bool SetText(const zelXMLNode& element, const std::wstring& text) noexcept;
 
+/// False for an invalid handle and a null name too.
 ZEL_XML_API bool HasAttribute(const zelXMLNode& element, const wchar_t* name) noexcept;
 
 /// Appends a new, empty child element, even when others have the same name. The handle is invalid

@@ -30,6 +30,7 @@ class ZEL_XML_API zelXMLNode
 public:
     zelXMLNode() noexcept;
 
+    /// True when the handle means an element.
     bool isValid() const noexcept;
 
     /// The first child element, or an invalid handle. Texts, comments and instructions are skipped.
@@ -48,6 +49,7 @@ public:
     /// Removes the first child element of that name; false when there is none.
     bool removeChildByName(const wchar_t* name) const noexcept;
 
+    /// Removes the attribute; false when there is none.
     bool removeAttribute(const wchar_t* name) const noexcept;
 
     /// The attribute's text, or the default when the attribute is missing. A null default counts as
