@@ -6,30 +6,44 @@
 #include <memory>
 #include <vector>
 
+namespace {
+
+constexpr int png = 3;
+constexpr int side = 64;
+
+// An orange square on a black ground.
+bool SaveButton(const wchar_t* path)
+{
+    std::vector<DWORD> pixels(side * side, 0xFF000000);
+    for (int y = 16; y < 48; ++y)
+        for (int x = 16; x < 48; ++x)
+            pixels[y * side + x] = 0xFFC08040;
+    CBitmap picture;
+    picture.CreateBitmap(side, side, 1, 32, pixels.data());
+    return SaveBitmap(picture, png, path);
+}
+
+void ShowDisabled(const wchar_t* path)
+{
+    const SIZE icon = {32, 32};
+    const std::unique_ptr<CBitmap> button(BitmapFromFile(path, &icon));
+    if (!button) return;
+    GrayScale(*button, 128);
+    DWORD pixels[32 * 32] = {};
+    GetBitmapBits(*button, sizeof pixels, pixels);
+    std::printf("the square becomes %06lx\n", pixels[16 * 32 + 16] & 0xFFFFFF);
+    std::printf("the key colour, that of the top right pixel, becomes %06lx\n",
+                pixels[31] & 0xFFFFFF);
+}
+
+} // namespace
+
 int main()
 {
     ULONG_PTR session = 0;
     const Gdiplus::GdiplusStartupInput input;
     if (Gdiplus::GdiplusStartup(&session, &input, nullptr) != Gdiplus::Ok) return 1;
-
-    std::vector<DWORD> pixels(64 * 64, 0xFFC08040); // orange
-    CBitmap picture;
-    picture.CreateBitmap(64, 64, 1, 32, pixels.data());
-    constexpr int png = 3;
-    std::printf("saved: %d\n", SaveBitmap(picture, png, L"button.png"));
-
-    const SIZE icon = {24, 24};
-    {
-        const std::unique_ptr<CBitmap> small(BitmapFromFile(L"button.png", &icon));
-        if (!small) return 1;
-        BITMAP description = {};
-        small->GetBitmap(&description);
-        std::printf("loaded at %ld x %ld\n", description.bmWidth, description.bmHeight);
-
-        GrayScale(*small, 255);
-        DWORD grey[24 * 24] = {};
-        GetBitmapBits(*small, sizeof grey, grey);
-        std::printf("its key colour stays marked: %06lx\n", grey[0] & 0xFFFFFF);
-    }
+    std::printf("saved: %d\n", SaveButton(L"button.png"));
+    ShowDisabled(L"button.png");
     Gdiplus::GdiplusShutdown(session); // when no object of GDI+ is left
 }

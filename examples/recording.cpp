@@ -13,7 +13,7 @@ void Finished(const wchar_t* path, void*)
     std::printf("finished %ls\n", path);
 }
 
-void RecordCine()
+bool RecordCine()
 {
     uDataDesc description;
     description.lines = 128;
@@ -23,10 +23,10 @@ void RecordCine()
 
     CCineStore store;
     store.SetCompleteCallback(Finished, nullptr);
-    store.InitStorage(L"frames.cine", uDataBMode, description, 0, 0, 0, 0, 0, 0);
+    bool held = store.InitStorage(L"frames.cine", uDataBMode, description, 0, 0, 0, 0, 0, 0);
     for (int i = 0; i < 10; ++i)
-        store.AddFrame(frame.data(), static_cast<int>(frame.size()));
-    store.EndStorage();
+        held = held && store.AddFrame(frame.data(), static_cast<int>(frame.size()));
+    return store.EndStorage() && held; // a full disk shows in these results and nowhere else
 }
 
 bool RecordMovie()
@@ -41,8 +41,7 @@ bool RecordMovie()
     bool held = movie.InitStorage(L"screen.avi", nullptr, 320, 240, CRect(0, 0, 320, 240), 32);
     for (int i = 0; i < 25; ++i)
         held = held && movie.AddFrame(screen, false, false);
-    movie.EndStorage();
-    return held;
+    return movie.EndStorage() && held;
 }
 
 } // namespace
@@ -51,6 +50,5 @@ int main()
 {
     CWinApp application; // whose profile the movie's settings are read from
     application.WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"Uncompressed");
-    RecordCine();
-    return RecordMovie() ? 0 : 1;
+    return RecordCine() && RecordMovie() ? 0 : 1;
 }

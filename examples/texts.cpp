@@ -1,3 +1,5 @@
+// Texts: a table of translated texts is loaded from beside the program, and a text comes with its
+// arguments in the user's language. A list in one text becomes words.
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <Utils_Statics/Utils_Statics.h>

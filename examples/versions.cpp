@@ -1,5 +1,6 @@
-// Version resources: of a file by CMiniVersion, and of the running program by utilsExam.
+// Version resources: of any file by CMiniVersion, and of the running program by utilsExam.
 #include <Utils_Statics/CMiniVersion.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <cstdio>
 
@@ -16,4 +17,7 @@ int main()
     CMiniVersion nothing(L"no such file.dll");
     nothing.GetFileVersion(number);
     std::printf("a missing file reads as %d.%d\n", number[0], number[1]);
+
+    // This program has no resource, and no string table to say so in words.
+    std::printf("this program's version: %ls\n", utilsExam::GetProductVersion().GetString());
 }
