@@ -46,27 +46,30 @@ void ConsumerRegistry::RemoveAll(IActionStateConsumer& consumer) noexcept
     }
 }
 
-ConsumerRegistry::Walk ConsumerRegistry::Begin(const ActionStateInfo& topic) noexcept
-{
-    const std::scoped_lock guard{m_mutex};
-    Walk walk;
-    walk.m_topic = topic;
-    walk.m_end = m_nextSerial;
-    LookUp(walk);
-    return walk;
-}
-
 IActionStateConsumer* ConsumerRegistry::Next(Walk& walk) noexcept
 {
+    if (walk.m_isOver) return nullptr;
     const std::scoped_lock guard{m_mutex};
-    if (walk.m_change != m_change) LookUp(walk);
-    const Registrations* const registrations = walk.m_registrations;
-    if (!registrations || walk.m_place == registrations->size()) return nullptr;
-    const Registration& registration = (*registrations)[walk.m_place];
-    if (registration.serial >= walk.m_end) return nullptr;
+    if (walk.m_end == 0) {
+        walk.m_end = m_nextSerial;
+        LookUp(walk);
+    } else if (walk.m_change != m_change)
+        LookUp(walk);
+    walk.m_isOver = IsAtEnd(walk);
+    if (walk.m_isOver) return nullptr;
+    const Registration& registration = (*walk.m_registrations)[walk.m_place];
     walk.m_next = registration.serial + 1;
     ++walk.m_place;
+    // Whoever is registered from now on gets a number that is not told.
+    walk.m_isOver = IsAtEnd(walk);
     return registration.consumer;
+}
+
+bool ConsumerRegistry::IsAtEnd(const Walk& walk) noexcept
+{
+    const Registrations* const registrations = walk.m_registrations;
+    return !registrations || walk.m_place == registrations->size() ||
+           (*registrations)[walk.m_place].serial >= walk.m_end;
 }
 
 void ConsumerRegistry::LookUp(Walk& walk) const noexcept

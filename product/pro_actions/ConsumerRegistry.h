@@ -30,13 +30,17 @@ private:
     using Registrations = std::vector<Registration>; // in ascending order of serial numbers
 
 public:
-    // The position of a broadcast.
+    // The position of a broadcast, which begins when the first consumer is asked for.
     class Walk
     {
+    public:
+        explicit Walk(const ActionStateInfo& topic) noexcept : m_topic(topic) {}
+
     private:
         friend class ConsumerRegistry;
 
         ActionStateInfo m_topic;
+        bool m_isOver = false;                          // no further consumer is told
         Serial m_next = 0;                              // the least number of the next consumer
         Serial m_end = 0;                               // the first number that is not told
         std::uint64_t m_change = 0;                     // the change when m_place was found
@@ -54,15 +58,15 @@ public:
     void Remove(IActionStateConsumer& consumer, const ActionStateInfo& topic) noexcept;
     void RemoveAll(IActionStateConsumer& consumer) noexcept;
 
-    // Starts a walk over the consumers that are now registered for the topic.
-    Walk Begin(const ActionStateInfo& topic) noexcept;
-
-    // The next consumer of the walk that is still registered; null when there is none.
+    // The next consumer of the walk that is still registered; null when there is none. Those that
+    // are registered at the first call are told. The call for each takes the lock once; it costs
+    // more than all else that is done here.
     IActionStateConsumer* Next(Walk& walk) noexcept;
 
 private:
     void Erase(Registrations& registrations, const IActionStateConsumer& consumer) noexcept;
     void LookUp(Walk& walk) const noexcept;
+    static bool IsAtEnd(const Walk& walk) noexcept;
 
     std::mutex m_mutex;
     std::map<ActionStateInfo, Registrations> m_topics;

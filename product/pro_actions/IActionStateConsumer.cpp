@@ -50,7 +50,7 @@ bool Broadcast(ConsumerRegistry& registry, const ActionStateInfo& topic, const T
 {
     const BroadcastScope scope;
     if (BroadcastScope::IsRunaway()) return false;
-    ConsumerRegistry::Walk walk = registry.Begin(topic);
+    ConsumerRegistry::Walk walk(topic);
     std::exception_ptr failure;
     while (IActionStateConsumer* const consumer = registry.Next(walk)) {
         try {
