@@ -83,6 +83,19 @@ Between Split(double position, int count)
     return {first, static_cast<int>((position - first) * 256 + 0.5)};
 }
 
+// True for a position between the first index and the last; false for a NaN.
+bool IsWithin(double position, int count)
+{
+    return position >= 0 && position <= count - 1;
+}
+
+FramePixel PixelAt(const Between& lines, const Between& samples, int samplesPerLine)
+{
+    return {static_cast<std::uint32_t>(lines.first) * static_cast<std::uint32_t>(samplesPerLine) +
+                static_cast<std::uint32_t>(samples.first),
+            static_cast<std::uint16_t>(lines.weight), static_cast<std::uint16_t>(samples.weight)};
+}
+
 } // namespace
 
 FrameRows::FrameRows(const ScanGeometry& geometry)
@@ -108,12 +121,10 @@ void FrameRows::Row(int y, FramePixel* pixels)
     const double down =
         Microns(y, m_geometry.height, IsFlipped(m_geometry, qor_utils::flipTopBottom),
                 m_geometry.origin.y, m_geometry.micronsPerPixel.y);
-    if (m_model.Shape() == ScanShape::curved) ToScan<ScanShape::curved>(down);
-    if (m_model.Shape() == ScanShape::linear) ToScan<ScanShape::linear>(down);
-    if (m_model.Shape() == ScanShape::phased) ToScan<ScanShape::phased>(down);
-    if (m_model.Shape() == ScanShape::extended) ToScan<ScanShape::extended>(down);
-    for (const ScanPoint& scan : m_row)
-        *pixels++ = MakePixel(scan);
+    if (m_model.Shape() == ScanShape::linear) LinearRow(down, pixels);
+    if (m_model.Shape() == ScanShape::curved) FanRow<ScanShape::curved>(down, pixels);
+    if (m_model.Shape() == ScanShape::phased) FanRow<ScanShape::phased>(down, pixels);
+    if (m_model.Shape() == ScanShape::extended) FanRow<ScanShape::extended>(down, pixels);
 }
 
 FrameSteps FrameRows::Steps() const
@@ -122,10 +133,29 @@ FrameSteps FrameRows::Steps() const
             m_geometry.samples > 1 ? 1u : 0u};
 }
 
+// A row of a linear image lies at one depth, so all its pixels have the samples of the first.
+void FrameRows::LinearRow(double y, FramePixel* pixels) const
+{
+    const ConversionModel model = m_model;
+    const double left = m_left;
+    const double step = m_step;
+    const int width = m_geometry.width;
+    const int lines = m_geometry.lines;
+    const int samples = m_geometry.samples;
+    const double sample = model.ToScan<ScanShape::linear, QuickMath>({left, y}).sample;
+    std::fill_n(pixels, width, FramePixel());
+    if (!IsWithin(sample, samples)) return;
+    const Between depth = Split(sample, samples);
+    for (int x = 0; x < width; ++x) {
+        const double line = model.ToScan<ScanShape::linear, QuickMath>({left + x * step, y}).line;
+        if (IsWithin(line, lines)) pixels[x] = PixelAt(Split(line, lines), depth, samples);
+    }
+}
+
 // A copy of the model stays in registers, because the compiler knows that the loop does not write
 // to it.
 template <ScanShape shape>
-void FrameRows::ToScan(double y)
+void FrameRows::FanRow(double y, FramePixel* pixels)
 {
     const ConversionModel model = m_model;
     const double left = m_left;
@@ -134,19 +164,16 @@ void FrameRows::ToScan(double y)
     ScanPoint* row = m_row.data();
     for (int x = 0; x < width; ++x)
         row[x] = model.ToScan<shape, QuickMath>({left + x * step, y});
+    for (const ScanPoint& scan : m_row)
+        *pixels++ = PixelOf(scan);
 }
 
-FramePixel FrameRows::MakePixel(const ScanPoint& scan) const
+FramePixel FrameRows::PixelOf(const ScanPoint& scan) const
 {
-    const bool inside = scan.line >= 0 && scan.line <= m_geometry.lines - 1 && scan.sample >= 0 &&
-                        scan.sample <= m_geometry.samples - 1;
-    if (!inside) return {};
-    const Between lines = Split(scan.line, m_geometry.lines);
-    const Between samples = Split(scan.sample, m_geometry.samples);
-    return {static_cast<std::uint32_t>(lines.first) *
-                    static_cast<std::uint32_t>(m_geometry.samples) +
-                static_cast<std::uint32_t>(samples.first),
-            static_cast<std::uint16_t>(lines.weight), static_cast<std::uint16_t>(samples.weight)};
+    const int lines = m_geometry.lines;
+    const int samples = m_geometry.samples;
+    if (!IsWithin(scan.line, lines) || !IsWithin(scan.sample, samples)) return {};
+    return PixelAt(Split(scan.line, lines), Split(scan.sample, samples), samples);
 }
 
 } // namespace qor_imgproc

@@ -64,9 +64,10 @@ public:
     FrameSteps Steps() const;
 
 private:
+    void LinearRow(double y, FramePixel* pixels) const;
     template <qor_utils::ScanShape shape>
-    void ToScan(double y);
-    FramePixel MakePixel(const qor_utils::ScanPoint& scan) const;
+    void FanRow(double y, FramePixel* pixels);
+    FramePixel PixelOf(const qor_utils::ScanPoint& scan) const;
 
     qor_utils::ScanGeometry m_geometry;
     qor_utils::ConversionModel m_model;

@@ -36,7 +36,69 @@ double PlainPixel(const Scene& s, const std::vector<unsigned char>& frame, int s
            (grey(l + 1, n) * (1 - fs) + grey(l + 1, n + 1) * fs) * fl;
 }
 
+// The first of two indices that a position lies between, and the weight of the second in 256ths.
+struct Neighbours
+{
+    Neighbours(double position, int count)
+        : first(std::min(static_cast<int>(position), std::max(0, count - 2))),
+          second(std::min(first + 1, count - 1)),
+          weight(static_cast<int>((position - first) * 256 + 0.5))
+    {
+    }
+
+    int Between(int here, int next) const { return here * (256 - weight) + next * weight; }
+
+    int first;
+    int second;
+    int weight;
+};
+
+// The same interpolation in 256ths, for a comparison bit by bit.
+unsigned char ExactPixel(const Scene& s, const std::vector<unsigned char>& frame, int samples,
+                         UPoint pixel, unsigned char background)
+{
+    const UPoint p = Unflip(s, pixel);
+    const auto scan = ModelOf(s).ToScan({(static_cast<double>(p.x) - s.origin.x) * s.scale.x,
+                                         (static_cast<double>(p.y) - s.origin.y) * s.scale.y});
+    if (!(scan.line >= 0 && scan.line <= s.lines - 1 && scan.sample >= 0 &&
+          scan.sample <= samples - 1))
+        return background;
+    const Neighbours line(scan.line, s.lines);
+    const Neighbours sample(scan.sample, samples);
+    const auto onLine = [&](int number) {
+        const unsigned char* const bytes =
+            frame.data() + static_cast<std::size_t>(number) * static_cast<std::size_t>(samples);
+        return sample.Between(bytes[sample.first], bytes[sample.second]);
+    };
+    return static_cast<unsigned char>(
+        (line.Between(onLine(line.first), onLine(line.second)) + 0x8000) >> 16);
+}
+
 } // namespace
+
+TEST(FrameConversion, OfALinearProbeIsThatOfEachPixelAlone)
+{
+    Random random(20261122);
+    for (int i = 0; i < 200; ++i) {
+        Scene s = RandomScene(random, qor_utils::linearProbe);
+        s.width = random.Int(1, 60);
+        s.height = random.Int(1, 60);
+        s.origin = {random.Int(-10, s.width), random.Int(-10, 10)};
+        s.scale = {random.Int(50, 800), random.Int(50, 800)};
+        const int samples = random.Int(1, 600);
+        std::vector<unsigned char> frame(static_cast<std::size_t>(s.lines * samples));
+        std::generate(frame.begin(), frame.end(),
+                      [&] { return static_cast<unsigned char>(random.Int(0, 255)); });
+        std::vector<unsigned char> image(static_cast<std::size_t>(s.width * s.height));
+        ASSERT_TRUE(
+            qor_imgproc::ConvertFrame(GeometryOf(s, samples), frame.data(), image.data(), 77));
+        std::vector<unsigned char> exact;
+        for (int y = 0; y < s.height; ++y)
+            for (int x = 0; x < s.width; ++x)
+                exact.push_back(ExactPixel(s, frame, samples, {x, y}, 77));
+        ASSERT_EQ(image, exact) << Describe(s);
+    }
+}
 
 TEST(FrameConversion, IsTheBilinearInterpolationOfTheFrame)
 {
