@@ -2,6 +2,7 @@
 #include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/Handles.h>
+#include <base/ProgramVersion.h>
 
 #include <windows.h>
 
@@ -145,6 +146,12 @@ int Uninstall()
     return 0;
 }
 
+int Version()
+{
+    Print(stdout, L"codecsetup " + base::ProgramVersion());
+    return 0;
+}
+
 int Status()
 {
     const DriversKey key(KEY_QUERY_VALUE);
@@ -166,7 +173,8 @@ int wmain(int argc, wchar_t** argv)
     if (command == L"install") return Install();
     if (command == L"remove") return Uninstall();
     if (command == L"status") return Status();
-    std::puts("usage: codecsetup install|remove|status\n"
+    if (command == L"--version") return Version();
+    std::puts("usage: codecsetup install|remove|status|--version\n"
               "Installs the codec that lies beside this program as vidc.MJPG, or removes it.");
     return 2;
 }

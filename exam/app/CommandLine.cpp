@@ -91,6 +91,7 @@ constexpr Option options[] = {
     {L"--service", L"", Place::window, false, nullptr, Set<&C::service>,
      L"service mode: F11 opens the menu of the service staff"},
     {L"--help", L"", Place::window, false, nullptr, Set<&C::help>, L"this text"},
+    {L"--version", L"", Place::window, false, nullptr, Set<&C::version>, L"the program's version"},
     {L"-h", L"", Place::window, false, nullptr, Set<&C::help>, nullptr},
     {L"--cine-info", L"FILE", Place::command, true, L"a file", Keep<&C::cineInfo>,
      L"print the header of a raw cine and check it and the file's size; exits 0\n"

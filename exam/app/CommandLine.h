@@ -29,7 +29,8 @@ struct CommandLine
     bool service = false;         ///< true: the service mode is on
     bool overwrite = false;       ///< true: `movie` or `archive` may replace a file
     bool help = false;
-    std::wstring error; ///< one sentence that says what is wrong; empty when nothing is
+    bool version = false; ///< true: the program's own version is to be printed
+    std::wstring error;   ///< one sentence that says what is wrong; empty when nothing is
 
     bool IsTour() const { return !tourFolder.empty(); }
 

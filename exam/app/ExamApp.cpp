@@ -12,6 +12,7 @@
 
 #include <base/FilePath.h>
 #include <base/Owner.h>
+#include <base/ProgramVersion.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/LogOutput.h>
 #include <Utils_Statics/MiniDumper.h>
@@ -85,6 +86,10 @@ bool ExamApp::ReadCommandLine()
     if (m_options.help) {
         WriteOut(UsageText());
         if (LoadTexts()) WriteOut(KeyHelp());
+        return false;
+    }
+    if (m_options.version) {
+        WriteOut(L"exam " + base::ProgramVersion() + L"\n");
         return false;
     }
     if (m_options.error.empty()) return true;

@@ -1,10 +1,12 @@
 // XCrashReport.exe [/quiet] "PROGRAM.exe"
+// XCrashReport.exe --version
 // Packs what a crash of the program left behind, as "crashreport.ini" beside this program lists it.
 // Tells where the archive is: in a message, or with /quiet on the standard output only.
 #include "RegistryExport.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <base/ProgramVersion.h>
 #include <Utils_Statics/ZipCompress.h>
 
 #include <windows.h>
@@ -122,6 +124,10 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int)
     // Reads the command line itself rather than its arguments, because the crash handler's does not
     // begin with a program.
     const std::wstring_view command = GetCommandLineW();
+    if (command.ends_with(L" --version")) {
+        Tell(L"XCrashReport " + base::ProgramVersion(), true);
+        return 0;
+    }
     const bool isQuiet = command.find(L"/quiet") != std::wstring_view::npos;
     const std::wstring settings = FolderOf(base::ModuleFile(nullptr)) + L"crashreport.ini";
     const auto collection = ReadCollection(settings);

@@ -181,7 +181,8 @@ TEST_F(CodecSetup, TellsItsUsageOtherwise)
     for (const wchar_t* argument : {L"", L"Install", L"install now", L"--help"}) {
         const Ended ended = RunSetup(argument);
         EXPECT_EQ(ended.status, 2u);
-        EXPECT_NE(ended.output.find("usage: codecsetup install|remove|status"), std::string::npos);
+        EXPECT_NE(ended.output.find("usage: codecsetup install|remove|status|--version"),
+                  std::string::npos);
     }
     EXPECT_EQ(Entry(), L"");
 }

@@ -51,6 +51,12 @@ TEST(CommandLine, AsksForHelpWithEitherSpelling)
     EXPECT_TRUE(ParseCommandLine({L"-h"}).help);
 }
 
+TEST(CommandLine, AsksForTheVersion)
+{
+    EXPECT_TRUE(ParseCommandLine({L"--version"}).version);
+    EXPECT_FALSE(ParseCommandLine({L"--help"}).version);
+}
+
 TEST(CommandLine, TellsWhatIsWrong)
 {
     EXPECT_EQ(ParseCommandLine({L"--surprise"}).error, L"unknown argument '--surprise'");

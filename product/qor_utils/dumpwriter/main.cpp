@@ -1,11 +1,15 @@
 // Writes a memory dump of the process that started it, for MemoryDumper: a crashed process may lack
 // memory, and its threads may hold any lock. The status is 0 for a whole dump and 1 for no file.
+// With --version alone it prints its version.
 #include <base/Handles.h>
+#include <base/ProgramVersion.h>
 
 #include <windows.h>
 #include <dbghelp.h>
 
+#include <cstdio>
 #include <cwchar>
+#include <string_view>
 
 namespace {
 
@@ -118,5 +122,9 @@ bool Write(const Request& request)
 
 int wmain(int count, wchar_t** arguments)
 {
+    if (count == 2 && std::wstring_view(arguments[1]) == L"--version") {
+        std::printf("dumpwriter %ls\n", base::ProgramVersion().c_str());
+        return 0;
+    }
     return count == argumentCount && Write(Read(arguments)) ? 0 : 1;
 }
