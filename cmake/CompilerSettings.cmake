@@ -62,7 +62,7 @@ foreach(_path IN LISTS _originals)
   endif()
   cmake_path(GET _path FILENAME _name)
   set(_dll ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${_name})
-  if(${_path} IS_NEWER_THAN ${_dll}.debug)
+  if(NOT EXISTS ${_dll}.debug OR NOT ${_dll}.debug IS_NEWER_THAN ${_path})
     file(COPY ${_path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY} FOLLOW_SYMLINK_CHAIN)
     execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/split-debug ${CMAKE_OBJCOPY} ${_dll}
       COMMAND_ERROR_IS_FATAL ANY)

@@ -1,5 +1,5 @@
-# What `cmake --install` puts in place, and the package that find_package(Utils_Statics CONFIG)
-# finds.
+# What `cmake --install` puts in place, the package that find_package(Utils_Statics CONFIG) finds,
+# and the archives that `cpack` makes of it.
 include(CMakePackageConfigHelpers)
 
 get_property(_libraries GLOBAL PROPERTY project_libraries)
@@ -33,6 +33,7 @@ endif()
 foreach(_dll IN LISTS UTILS_STATICS_RUNTIME_DLLS)
   install(FILES ${_dll}.debug DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Debug)
 endforeach()
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
 # Ours, and those of all that is linked in or lies beside it.
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
 install(DIRECTORY ${UTILS_STATICS_DEPENDENCIES_USED}/licences/
@@ -54,9 +55,35 @@ endif()
 configure_package_config_file(cmake/Utils_StaticsConfig.cmake.in
   ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake INSTALL_DESTINATION ${_package}
   PATH_VARS CMAKE_INSTALL_BINDIR)
-# Before version 1 a minor version may change the interface.
+# docs/package.md says what a version keeps. Before version 1 a minor version may change the
+# interface.
+set(_compatibility SameMajorVersion)
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(_compatibility SameMinorVersion)
+endif()
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
-  COMPATIBILITY SameMinorVersion)
+  COMPATIBILITY ${_compatibility})
 install(FILES
   ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake ${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
   DESTINATION ${_package})
+
+# The sums of what was installed before, so it comes last.
+foreach(_component IN ITEMS Utils_Statics Debug)
+  install(SCRIPT cmake/InstalledSums.cmake COMPONENT ${_component})
+endforeach()
+
+# `cpack` makes two archives in the folder package/ of the build: one of all that an application
+# needs, and one of the debug files.
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/package)
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL Utils_Statics Debug)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${UTILS_STATICS_ARCH})
+set(CPACK_ARCHIVE_UTILS_STATICS_FILE_NAME ${CPACK_PACKAGE_FILE_NAME})
+set(CPACK_ARCHIVE_DEBUG_FILE_NAME ${CPACK_PACKAGE_FILE_NAME}-debug)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS   # whatever the user's umask is
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PROJECT_SOURCES ${PROJECT_SOURCE_DIR})
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/PackageTime.cmake)
+include(CPack)

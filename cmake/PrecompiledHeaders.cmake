@@ -36,10 +36,7 @@ function(use_precompiled name set)
 endfunction()
 
 if(UTILS_STATICS_PRECOMPILED_HEADERS)
-  precompiled_set(precompiled_module ${_common})
-  if(NOT UTILS_STATICS_CHECKED)
-    target_compile_options(precompiled_module PRIVATE -g)   # as every module that is shipped
-  endif()
+  precompiled_set(precompiled_module ${_common} LINK shipped_settings)
   if(UTILS_STATICS_TESTS)
     precompiled_set(precompiled_test ${_common} <chrono> <fstream> <random> <thread>
       <gtest/gtest.h> LINK GTest::gtest)

@@ -21,8 +21,9 @@ endfunction()
 
 # project_module(NAME DESCRIPTION [PRODUCT])
 #
-# What every DLL and program that is shipped has: a version resource, and in release builds its
-# debug information in a file of its own beside it, NAME.debug.
+# What every DLL and program that is shipped has: a version resource, the same bytes wherever and
+# whenever it is built, and in release builds its debug information in a file of its own beside it,
+# NAME.debug.
 function(project_module name description)
   set(DESCRIPTION ${description})
   set(PRODUCT Utils_Statics)
@@ -40,8 +41,8 @@ function(project_module name description)
   file(GENERATE OUTPUT ${_resource} INPUT ${_resource}.in)
   target_sources(${name} PRIVATE ${_resource})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:shipped_settings>)
   if(NOT UTILS_STATICS_CHECKED)
-    target_compile_options(${name} PRIVATE -g)
     add_custom_command(TARGET ${name} POST_BUILD
       COMMAND ${PROJECT_SOURCE_DIR}/tools/split-debug ${CMAKE_OBJCOPY} $<TARGET_FILE:${name}>
       VERBATIM)
