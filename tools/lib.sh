@@ -98,6 +98,22 @@ prefix_of() {
 
 deps_of() { say "$cache/deps-$1-$deps_version"; }
 
+# enter_root: leaves in `runner` what runs a program inside the root of the 32-bit Wine. Everything
+# of the machine but its own programs and libraries is visible there under the same path.
+enter_root() {
+  local root folder
+  root=$(wine_root)
+  # /sys is where Wine looks up the processors.
+  runner=(bwrap --bind "$root" / --proc /proc --dev-bind /dev /dev
+    --ro-bind /sys /sys --ro-bind /etc/passwd /etc/passwd)
+  for folder in /*; do
+    case $folder in
+      /bin|/boot|/dev|/etc|/lib*|/proc|/sbin|/sys|/usr|/var|/lost+found) ;;
+      *) [ ! -d "$folder" ] || [ -L "$folder" ] || runner+=(--bind "$folder" "$folder") ;;
+    esac
+  done
+}
+
 # pe_machine FILE: x86 or x64, read from the program itself; fails for anything else.
 pe_machine() {
   local offset machine
