@@ -38,7 +38,10 @@ find_package(pugixml CONFIG REQUIRED)
 find_package(libjpeg-turbo CONFIG REQUIRED)
 find_package(minizip CONFIG REQUIRED)   # brings zlib
 if(UTILS_STATICS_TESTS)
-  find_package(GTest CONFIG REQUIRED)
+  find_package(GTest CONFIG)
+  if(NOT GTest_FOUND)
+    message(FATAL_ERROR "${_dependencies} has no GoogleTest; run tools/setup")
+  endif()
 endif()
 
 # Header-only packages of the distribution.
@@ -47,7 +50,10 @@ target_include_directories(spdlog_headers SYSTEM INTERFACE ${_dependencies}/host
 target_compile_definitions(spdlog_headers INTERFACE SPDLOG_FMT_EXTERNAL FMT_HEADER_ONLY)
 
 if(UTILS_STATICS_BENCHMARKS)
-  find_package(benchmark CONFIG REQUIRED)
+  find_package(benchmark CONFIG)
+  if(NOT benchmark_FOUND)
+    message(FATAL_ERROR "${_dependencies} has no Google Benchmark; run tools/setup")
+  endif()
   add_library(benchmark_peers INTERFACE)   # Boost.Signals2 and Eigen
   target_include_directories(benchmark_peers SYSTEM INTERFACE ${_dependencies}/host-include)
 endif()

@@ -14,8 +14,21 @@ deps_version=4   # cmake/Dependencies.cmake reads it here
 
 say()  { printf '%s\n' "$*"; }
 note() { printf '%s\n' "$*" >&2; }
-step() { printf '==> %s\n' "$*"; }
 die()  { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
+
+# step WHAT: says what begins, which step of how many it is, and since when the command runs. Before
+# its first step a command says with expect_steps how many there will be.
+steps=0 step_number=0
+expect_steps() { steps=$1; }
+step() {
+  local number='' since=''
+  if [ "$steps" -gt 0 ]; then
+    step_number=$((step_number + 1))
+    number="${0##*/} $step_number/$steps: "
+  fi
+  [ "$SECONDS" -lt 1 ] || since=" (after $((SECONDS / 60)) min $((SECONDS % 60)) s)"
+  say "==> $number$*$since"
+}
 
 # usage: prints what a tool says of itself in the comment at its top. A tool with options of its own
 # replaces it.
@@ -98,6 +111,9 @@ prefix_of() {
 
 deps_of() { say "$cache/deps-$1-$deps_version"; }
 
+# is_built ARCH NAME: whether a dependency is in that folder, whole.
+is_built() { [ -f "$(deps_of "$1")/.built/$2" ]; }
+
 # enter_root: leaves in `runner` what runs a program inside the root of the 32-bit Wine. Everything
 # of the machine but its own programs and libraries is visible there under the same path.
 enter_root() {
@@ -138,17 +154,4 @@ take_screen() {
   flock -w 1 "$how" 8 || { note "==> waiting for another run on this machine"; flock "$how" 8; }
   DISPLAY=$("$top/tools/screen" 8>&-) || exit
   export DISPLAY
-}
-
-# build_preset PRESET [TARGET]: configures when needed and builds, showing the builder's progress.
-build_preset() {
-  local log=$top/build/$1-configure.log
-  step "building $1"
-  mkdir -p "$top/build"
-  export NINJA_STATUS="[%f/%t %es] "
-  if ! cmake --preset "$1" >"$log" 2>&1; then
-    tail -n 15 "$log" >&2
-    die "configuring $1 failed; the whole log is $log"
-  fi
-  cmake --build --preset "$1" ${2:+--target "$2"} || die "building $1 failed"
 }
