@@ -55,14 +55,9 @@ endif()
 configure_package_config_file(cmake/Utils_StaticsConfig.cmake.in
   ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake INSTALL_DESTINATION ${_package}
   PATH_VARS CMAKE_INSTALL_BINDIR)
-# docs/package.md says what a version keeps. Before version 1 a minor version may change the
-# interface.
-set(_compatibility SameMajorVersion)
-if(PROJECT_VERSION_MAJOR EQUAL 0)
-  set(_compatibility SameMinorVersion)
-endif()
+# docs/package.md says what a version keeps.
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
-  COMPATIBILITY ${_compatibility})
+  COMPATIBILITY SameMajorVersion)
 install(FILES
   ${CMAKE_BINARY_DIR}/Utils_StaticsConfig.cmake ${CMAKE_BINARY_DIR}/Utils_StaticsConfigVersion.cmake
   DESTINATION ${_package})
