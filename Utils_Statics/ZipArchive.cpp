@@ -1,5 +1,6 @@
 #include "text/TextView.h"
 
+#include <base/CompilerExtensions.h>
 #include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/Handles.h>
@@ -27,7 +28,7 @@ static_assert(std::is_same_v<unzFile, void*>);
 namespace {
 
 // A helper for one error message of the zip archives.
-zelLogger::zelLogHelper ArchiveError(int line = __builtin_LINE())
+zelLogger::zelLogHelper ArchiveError(int line = BASE_CALLERS_LINE)
 {
     return {"Utils_Statics/ZipArchive", line, qor_utils::errorLevel};
 }
@@ -39,7 +40,7 @@ constexpr int highestLevel = 9;
 constexpr unsigned mostEntries = 65535;
 
 // Logs the code of a failed call of the writer. True when the call succeeded.
-bool Written(int error, int line = __builtin_LINE())
+bool Written(int error, int line = BASE_CALLERS_LINE)
 {
     if (error != ZIP_OK) ArchiveError(line)(L"%d", error);
     return error == ZIP_OK;
@@ -229,7 +230,7 @@ std::wstring PathInside(const std::wstring& name)
 // ---- Reading entries
 
 // Logs the code of a failed call of the reader. True when the call succeeded.
-bool Read(int error, const wchar_t* call, int line = __builtin_LINE())
+bool Read(int error, const wchar_t* call, int line = BASE_CALLERS_LINE)
 {
     if (error != UNZ_OK) ArchiveError(line)(L"error %d with zipfile in %s\n", error, call);
     return error == UNZ_OK;

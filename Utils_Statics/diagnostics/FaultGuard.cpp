@@ -1,5 +1,7 @@
 #include "diagnostics/FaultGuard.h"
 
+#include <base/CompilerExtensions.h>
+
 #include <algorithm>
 
 namespace utils_statics {
@@ -10,7 +12,7 @@ namespace {
 // part.
 struct Recovery
 {
-    void* place[5]; // filled by the compiler's setjmp
+    base::SavedPlace place;
     void* exceptionList;
     Recovery* outer;
 };
@@ -39,7 +41,7 @@ bool IsFault(DWORD code) noexcept
     Recovery* const recovery = s_innermost;
     ThreadBlock().ExceptionList =
         static_cast<EXCEPTION_REGISTRATION_RECORD*>(recovery->exceptionList);
-    __builtin_longjmp(recovery->place, 1);
+    BASE_GO_ON_AT(recovery->place);
 }
 
 // Makes the thread continue in Recover, with the stack as it is right after a call.
@@ -78,13 +80,12 @@ LONG WINAPI FaultGuard::OnException(EXCEPTION_POINTERS* exception) noexcept
     return EXCEPTION_CONTINUE_EXECUTION;
 }
 
-// Not inlined: the compiler's setjmp needs a frame that stays.
-[[gnu::noinline]] bool FaultGuard::RunPart(void (*part)(void*), void* context) noexcept
+BASE_NEVER_INLINED bool FaultGuard::RunPart(void (*part)(void*), void* context) noexcept
 {
     Recovery recovery = {};
     recovery.exceptionList = ThreadBlock().ExceptionList;
     recovery.outer = s_innermost;
-    const bool isDone = __builtin_setjmp(recovery.place) == 0;
+    const bool isDone = BASE_SAVE_PLACE(recovery.place) == 0;
     if (isDone) {
         s_thread = GetCurrentThreadId();
         s_innermost = &recovery;

@@ -20,11 +20,9 @@ constexpr auto stackAddress = &CONTEXT::Esp;
 // handlers in force.
 inline NT_TIB& ThreadBlock() noexcept
 {
-    // The compiler mistakes an offset from the segment for an address near null.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Warray-bounds"
-    return *reinterpret_cast<NT_TIB*>(NtCurrentTeb());
-#pragma GCC diagnostic pop
+    // Volatile: the compiler mistakes an offset from the segment for an address near null.
+    NT_TIB* volatile const block = reinterpret_cast<NT_TIB*>(NtCurrentTeb());
+    return *block;
 }
 
 // Keeps a fault in one part of the crash report from ending the report: the part stops where it

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <limits>
 
 namespace exam {
 
@@ -51,11 +52,10 @@ std::optional<std::int64_t> CineDescription::FrameSize() const
     if (type != uDataBMode || stream.lines < 1 || stream.samples < 1 || bits < 8 || bits > 64 ||
         bits % 8 != 0)
         return {};
-    std::int64_t size = 0;
-    if (__builtin_mul_overflow(std::int64_t{stream.lines} * stream.samples, std::int64_t{bits} / 8,
-                               &size))
-        return {};
-    return size;
+    const std::int64_t values = std::int64_t{stream.lines} * stream.samples;
+    const std::int64_t bytes = bits / 8;
+    if (values > std::numeric_limits<std::int64_t>::max() / bytes) return {};
+    return values * bytes;
 }
 
 std::wstring RawCine::Open(const std::wstring& path)

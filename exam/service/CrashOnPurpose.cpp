@@ -1,5 +1,6 @@
 #include "service/CrashOnPurpose.h"
 
+#include <base/CompilerExtensions.h>
 #include <base/Owner.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -39,11 +40,11 @@ void Divide()
 
 void ExecuteIllegally()
 {
-    __asm__ volatile("ud2");
+    base::ExecuteIllegalInstruction();
 }
 
 // Recurses without bound. The addition keeps the compiler from making it a loop.
-[[gnu::noinline]] int Recurse(int depth)
+BASE_NEVER_INLINED int Recurse(int depth)
 {
     volatile char frame[512];
     frame[0] = static_cast<char>(depth);

@@ -1,0 +1,31 @@
+#pragma once
+
+// What the compiler at hand knows and the language does not. No other source names such a thing, so
+// another compiler needs its own words here and nowhere else.
+
+// Keeps a function from being inlined. Stands before its declaration.
+#define BASE_NEVER_INLINED [[gnu::noinline]]
+
+// As a default argument: the line of the call. std::source_location would say it too, but the
+// checkers of the sources do not know it.
+#define BASE_CALLERS_LINE __builtin_LINE()
+
+// The compiler's setjmp and longjmp. They save a place of a running function (0 is the result) and
+// go on there later (the result is another one). Unlike those of the C library they unwind nothing
+// and call nothing, so they also serve where the stack or the heap is damaged. The function has to
+// be one that is never inlined.
+#define BASE_SAVE_PLACE(place) __builtin_setjmp(place)
+#define BASE_GO_ON_AT(place) __builtin_longjmp(place, 1)
+
+namespace base {
+
+// A place that BASE_SAVE_PLACE fills.
+using SavedPlace = void* [5];
+
+// An instruction that no processor knows.
+[[noreturn]] inline void ExecuteIllegalInstruction() noexcept
+{
+    __builtin_trap();
+}
+
+} // namespace base
