@@ -11,5 +11,5 @@ int main(int arguments, char**)
     const MiniDumper reporter;
     std::printf("a crash would be reported\n");
     std::fflush(stdout);
-    if (arguments > 1) *reinterpret_cast<volatile int*>(arguments) = 0; // any argument: crash
+    if (arguments > 1) *reinterpret_cast<volatile int*>(8) = 0; // any argument: crash
 }
