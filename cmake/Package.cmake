@@ -34,6 +34,11 @@ foreach(_dll IN LISTS UTILS_STATICS_RUNTIME_DLLS)
   install(FILES ${_dll}.debug DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Debug)
 endforeach()
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
+# The pages, in the same places to each other as in the checkout, so that their links hold.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg" PATTERN reference EXCLUDE)
 # Ours, and those of all that is linked in or lies beside it.
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/Utils_Statics)
 install(DIRECTORY ${UTILS_STATICS_DEPENDENCIES_USED}/licences/

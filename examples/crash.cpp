@@ -3,6 +3,7 @@
 #include <qor_utils/LogOutput.h>
 #include <Utils_Statics/MiniDumper.h>
 
+#include <cstdint>
 #include <cstdio>
 
 int main(int arguments, char**)
@@ -11,5 +12,6 @@ int main(int arguments, char**)
     const MiniDumper reporter;
     std::printf("a crash would be reported\n");
     std::fflush(stdout);
-    if (arguments > 1) *reinterpret_cast<volatile int*>(8) = 0; // any argument: crash
+    volatile std::uintptr_t nowhere = 8;
+    if (arguments > 1) *reinterpret_cast<int*>(nowhere) = 0; // any argument: crash
 }

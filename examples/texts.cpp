@@ -11,7 +11,11 @@ int main()
 {
     using namespace zel_string_convert;
     const auto texts = zelPath::getPath(qor_utils::applicationStore, L"client.xlf");
-    if (!LoadTable(texts) || !SetLanguage(L"de")) return 1;
+    std::wstring problem;
+    if (!LoadTable(texts, &problem) || !SetLanguage(L"de")) {
+        std::fprintf(stderr, "no texts: %ls\n", problem.c_str());
+        return 1;
+    }
     std::printf("%ls\n", GetStr("client.depth", 12).GetString());
 
     CStringArray words;

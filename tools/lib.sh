@@ -151,7 +151,13 @@ take_screen() {
   [ "$1" = alone ] || how=--shared
   need_commands Xvfb flock setsid
   exec 8>>"$cache/screen.lock"
-  flock -w 1 "$how" 8 || { note "==> waiting for another run on this machine"; flock "$how" 8; }
+  if ! flock -w 1 "$how" 8; then
+    local whom=''
+    [ "$1" = alone ] || whom=", which has the screen to itself: $(cat "$cache/screen.user" || true)"
+    note "==> waiting for another run on this machine$whom"
+    flock "$how" 8
+  fi
+  [ "$1" != alone ] || say "${0##*/} in $top, process $$" >"$cache/screen.user"
   DISPLAY=$("$top/tools/screen" 8>&-) || exit
   export DISPLAY
 }

@@ -1,7 +1,5 @@
 #include "diagnostics/FaultGuard.h"
 
-#include <base/CompilerExtensions.h>
-
 #include <algorithm>
 
 namespace utils_statics {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <base/CompilerExtensions.h>
+
 #include <windows.h>
 
 #include <cstddef>
@@ -20,9 +22,9 @@ constexpr auto stackAddress = &CONTEXT::Esp;
 // handlers in force.
 inline NT_TIB& ThreadBlock() noexcept
 {
-    // Volatile: the compiler mistakes an offset from the segment for an address near null.
-    NT_TIB* volatile const block = reinterpret_cast<NT_TIB*>(NtCurrentTeb());
-    return *block;
+    BASE_TRUST_SEGMENT_OFFSETS_BEGIN
+    return *reinterpret_cast<NT_TIB*>(NtCurrentTeb());
+    BASE_TRUST_SEGMENT_OFFSETS_END
 }
 
 // Keeps a fault in one part of the crash report from ending the report: the part stops where it

@@ -174,7 +174,9 @@ int wmain(int argc, wchar_t** argv)
     if (command == L"remove") return Uninstall();
     if (command == L"status") return Status();
     if (command == L"--version") return Version();
-    std::puts("usage: codecsetup install|remove|status|--version\n"
-              "Installs the codec that lies beside this program as vidc.MJPG, or removes it.");
-    return 2;
+    const bool isAsked = command == L"--help";
+    std::fputs("usage: codecsetup install|remove|status|--version|--help\n"
+               "Installs the codec that lies beside this program as vidc.MJPG, or removes it.\n",
+               isAsked ? stdout : stderr);
+    return isAsked ? 0 : 2;
 }

@@ -6,8 +6,9 @@
 
 /// Writes one zip archive. Files are compressed into it under names relative to a base folder.
 ///
-/// One thread at a time uses an object. A failure gives a false result and a log line with the code
-/// of the zip library, at level 1 under the source Utils_Statics/ZipArchive; nothing throws. The
+/// One thread at a time uses an object. A failure gives a false result and, except in Create, a
+/// log line with the code of the zip library, at level 1 under the source
+/// Utils_Statics/ZipArchive. Nothing throws. The
 /// memory needed does not depend on the size of the files; it grows by some 100 bytes for each
 /// file.
 class UTILS_STATICS_API ZipCompress
@@ -18,11 +19,13 @@ public:
     /// would close it.
     ZipCompress(const ZipCompress&) = default;
     ZipCompress& operator=(const ZipCompress&) = default;
+    /// Closes the archive that is open.
     virtual ~ZipCompress();
 
     /// Closes the archive that is open and creates a new one; an existing file is replaced. When it
-    /// cannot be created, the result is false and no archive is open. The system's ANSI code page
-    /// has to be able to express `path`, because the zip library opens the file by such a name.
+    /// cannot be created, the result is false, no archive is open, and nothing is logged. The
+    /// system's ANSI code page has to be able to express `path`, because the zip library opens the
+    /// file by such a name.
     bool Create(const wchar_t* path) noexcept;
 
     /// Sets the prefix that AddFile removes from its paths, exactly as it stands: with "C:\data"

@@ -8,8 +8,8 @@
 /// Reads one zip archive. Its entries are extracted one after the other into the current folder.
 ///
 /// One thread at a time uses an object; meanwhile no other thread changes the process's current
-/// folder. A failure gives a false result and a log line with the code of the zip library, at level
-/// 1 under the source Utils_Statics/ZipArchive; nothing throws.
+/// folder. A failure gives a false result and, except in Open, a log line with the code of the zip
+/// library, at level 1 under the source Utils_Statics/ZipArchive. Nothing throws.
 ///
 /// No entry leaves the current folder. An entry's name is read as a path relative to the folder, in
 /// the system's ANSI code page, or in UTF-8 when the entry says so. Either slash separates folders.
@@ -29,11 +29,12 @@ public:
     /// would close it.
     ZipExtract(const ZipExtract&) = default;
     ZipExtract& operator=(const ZipExtract&) = default;
+    /// Closes the archive that is open.
     virtual ~ZipExtract();
 
     /// Closes the archive that is open and opens another one, at its first entry. False when there
-    /// is no readable archive of that name. The system's ANSI code page has to be able to express
-    /// `path`.
+    /// is no readable archive of that name; nothing is logged. The system's ANSI code page has to
+    /// be able to express `path`.
     bool Open(const wchar_t* path) noexcept;
 
     /// Extracts the current entry, making the folders it needs and replacing an existing file, and
@@ -46,8 +47,9 @@ public:
     /// name is refused or no file of its name can be created.
     ///
     /// An entry that is a folder is created as one, and the result tells whether that succeeded.
-    /// The reader deliberately stays where it is then. The next call sees the same entry again, so
-    /// a loop over entries needs an end of its own, for example after their number.
+    /// The reader deliberately stays where it is then. The next call sees the same entry again, and
+    /// is false without a log line, because the folder is there by now. So what stands behind such
+    /// an entry is not extracted. ZipCompress writes none; other programs do.
     bool ExtractNext(const char* password) noexcept;
 
     /// Does nothing when no archive is open.

@@ -17,6 +17,12 @@
 #define BASE_SAVE_PLACE(place) __builtin_setjmp(place)
 #define BASE_GO_ON_AT(place) __builtin_longjmp(place, 1)
 
+// The lines between them read memory at an offset from a segment's start. The compiler mistakes it
+// for an address near null, and would warn.
+#define BASE_TRUST_SEGMENT_OFFSETS_BEGIN                                                           \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Warray-bounds\"")
+#define BASE_TRUST_SEGMENT_OFFSETS_END _Pragma("GCC diagnostic pop")
+
 namespace base {
 
 // A place that BASE_SAVE_PLACE fills.

@@ -41,7 +41,8 @@ public:
     int Run() override;
 
     /// The profile: values of the registry key HKCU\Software\<registry key>\<profile
-    /// name>\<section> after SetRegistryKey, else of the INI file. A section with backslashes is a
+    /// name>\<section> after SetRegistryKey, else of the INI file, which lies in
+    /// the Windows folder when its name has no folder. A section with backslashes is a
     /// key below a key. A missing value, or one of another type, gives the default; reading creates
     /// nothing.
     UINT GetProfileInt(LPCTSTR section, LPCTSTR entry, int defaultValue);
