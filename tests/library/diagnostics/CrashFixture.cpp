@@ -91,9 +91,15 @@ base::Process CrashTest::Start(const std::wstring& arguments, const std::wstring
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, FALSE, flags, nullptr,
-                        m_folder.Path().c_str(), &startup, &info))
-        throw std::runtime_error("cannot start the child");
+    // A busy machine has refused a start that it allows a moment later.
+    for (int attempt = 1; !CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, FALSE,
+                                          flags, nullptr, m_folder.Path().c_str(), &startup, &info);
+         ++attempt) {
+        if (attempt == 10)
+            throw std::runtime_error("cannot start the child, error " +
+                                     std::to_string(GetLastError()));
+        Sleep(100);
+    }
     const base::Thread thread(info.hThread);
     return base::Process(info.hProcess);
 }
