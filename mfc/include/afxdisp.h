@@ -15,7 +15,7 @@ inline constexpr int AFX_OLE_DATETIME_ERROR = -1;
 class COleDateTime
 {
 public:
-    /// Whether the value is a moment.
+    /// The status tells whether the value is a moment.
     enum DateTimeStatus
     {
         error = -1,  ///< something failed

@@ -122,7 +122,7 @@ public:
     {
         return {framework::WrappingAdd(left, right) / 2, framework::WrappingAdd(top, bottom) / 2};
     }
-    /// For functions of the platform.
+    /// Functions of the platform take a rectangle by its address.
     constexpr operator LPRECT() noexcept { return this; }
     constexpr operator LPCRECT() const noexcept { return this; }
 
@@ -233,7 +233,7 @@ public:
         OffsetRect(-CSize(by));
         return *this;
     }
-    /// Like IntersectRect and UnionRect with another rectangle.
+    /// Leave the common part with another rectangle, or the least one around both.
     CRect& operator&=(const RECT& other) noexcept
     {
         IntersectRect(this, &other);

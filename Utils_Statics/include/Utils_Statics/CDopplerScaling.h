@@ -19,8 +19,8 @@ public:
     static void SetPWDisplayHeight(long height) noexcept;
     static void SetPWLRP(long lrp) noexcept; ///< kept for callers; nothing here uses it
     static void SetVecDopScaleFactor(double factor) noexcept; ///< divides the velocity per pixel
-    static void
-    SetBaselineStartPos(double position) noexcept; ///< added by GetPixelBaseline, pixels
+    /// GetPixelBaseline adds this position, in pixels.
+    static void SetBaselineStartPos(double position) noexcept;
 
     /// The value set last; at first 0, and 1.0 for the scale factor.
     static long GetPWPRP() noexcept;

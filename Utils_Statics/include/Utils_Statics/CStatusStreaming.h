@@ -19,7 +19,7 @@
 class UTILS_STATICS_API CStatusStreaming : public IStatusItem
 {
 public:
-    /// Whether the image is streamed, and where to.
+    /// The states tell whether the image is streamed, and where to.
     enum StreamingStatus : std::int32_t
     {
         StreamingOff = 0,   ///< nowhere

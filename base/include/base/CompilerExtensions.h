@@ -1,19 +1,19 @@
 #pragma once
 
-// What the compiler at hand knows and the language does not. No other source names such a thing, so
-// another compiler needs its own words here and nowhere else.
+// This header holds what the compiler at hand knows and the language does not. No other source
+// names such a thing, so another compiler needs its own words here and nowhere else.
 
-// Keeps a function from being inlined. Stands before its declaration.
+// Keeps a function from being inlined. The mark stands before the declaration.
 #define BASE_NEVER_INLINED [[gnu::noinline]]
 
-// As a default argument: the line of the call. std::source_location would say it too, but the
-// checkers of the sources do not know it.
+// Tells the line of the call when it is a default argument. std::source_location would tell it too,
+// but the checkers of the sources do not know it.
 #define BASE_CALLERS_LINE __builtin_LINE()
 
 // The compiler's setjmp and longjmp. They save a place of a running function (0 is the result) and
 // go on there later (the result is another one). Unlike those of the C library they unwind nothing
-// and call nothing, so they also serve where the stack or the heap is damaged. The function has to
-// be one that is never inlined.
+// and call nothing, so they also serve where the stack or the heap is damaged. The function must
+// not be inlined: the place lies in its frame, which has to stay.
 #define BASE_SAVE_PLACE(place) __builtin_setjmp(place)
 #define BASE_GO_ON_AT(place) __builtin_longjmp(place, 1)
 

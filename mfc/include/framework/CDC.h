@@ -86,7 +86,7 @@ public:
         return ::ExcludeClipRect(m_hDC, x1, y1, x2, y2);
     }
 
-    /// Where the next line begins.
+    /// The position at which the next line begins.
     CPoint GetCurrentPosition() const;
     /// Returns the previous position.
     CPoint MoveTo(int x, int y);

@@ -91,7 +91,7 @@ base::Process CrashTest::Start(const std::wstring& arguments, const std::wstring
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info = {};
-    // A busy machine has refused a start that it allows a moment later.
+    // A busy machine refused a start once, for a reason that is not known.
     for (int attempt = 1; !CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, FALSE,
                                           flags, nullptr, m_folder.Path().c_str(), &startup, &info);
          ++attempt) {
