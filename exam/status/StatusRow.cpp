@@ -6,6 +6,7 @@
 
 #include <base/GdiPlusSession.h>
 #include <Utils_Statics/CStatusFactory.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/IStatusItem.h>
@@ -46,18 +47,6 @@ int RoomBeside(const IStatusItem* item)
     const bool hasAddress = item == CStatusStreaming::getInstance() && IsAddressWanted() &&
                             CStatusStreaming::getState() == CStatusStreaming::StreamingOn;
     return hasAddress ? addressRoom : spacing;
-}
-
-// Paints the items from right to left. The result is the left edge of the last one.
-int PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
-{
-    int right = area.right;
-    for (const IStatusItem* const item : CStatusFactory::getItems()) {
-        if (!item->isVisible()) continue;
-        const int width = item->drawIcon(CRect(0, 0, right, area.bottom), graphics);
-        if (width > 0) right -= width + RoomBeside(item);
-    }
-    return right;
 }
 
 void PaintHint(CDC& dc, CRect area)
@@ -121,6 +110,7 @@ void StatusRow::ReadSettings()
 {
     for (IStatusItem* const item : CStatusFactory::getItems())
         item->updateVisibleState();
+    m_reading.Forget();
     Invalidate(FALSE);
 }
 
@@ -169,6 +159,21 @@ void StatusRow::OnPaint()
     GetClientRect(&area);
     BufferedPaint paint(*this, area.Size());
     Paint(paint.Context(), area);
+}
+
+// Paints the items from right to left. The result is the left edge of the last one.
+int StatusRow::PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
+{
+    int right = area.right;
+    for (const IStatusItem* const item : CStatusFactory::getItems()) {
+        if (!item->isVisible()) continue;
+        const CRect free(0, 0, right, area.bottom);
+        const int width = item == CStatusProbeSensor::getInstance()
+                              ? m_reading.Draw(*item, free, graphics)
+                              : item->drawIcon(free, graphics);
+        if (width > 0) right -= width + RoomBeside(item);
+    }
+    return right;
 }
 
 void StatusRow::Paint(CDC& dc, const CRect& area)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "status/KeptReading.h"
+
 #include <Utils_Statics/IStateChangeConsumer.h>
 
 #include <afxwin.h>
@@ -40,7 +42,8 @@ public:
     /// Lets the items read their settings again.
     void ReadSettings();
 
-    static constexpr double tickSeconds = 0.25;
+    /// A probe reports its reading once a tick. More often would fill the log.
+    static constexpr double tickSeconds = 5;
     /// Sets the function that is called once a tick from now on; an empty one ends the ticks.
     void OnTick(std::function<void()> action);
 
@@ -59,9 +62,11 @@ private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     static void RequestRepaint();
     void Paint(CDC& dc, const CRect& area);
+    int PaintItems(Gdiplus::Graphics& graphics, const CRect& area);
 
     std::function<void()> m_onClick;
     std::function<void()> m_onTick;
+    KeptReading m_reading;
     int m_paintedFrom = 0;
 };
 
