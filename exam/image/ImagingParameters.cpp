@@ -88,6 +88,18 @@ UPoint ImagingParameters::ScanPosition(CPoint pixel) const
             std::clamp(position.y, 0, std::max(0, samples - 1))};
 }
 
+FramePoint ImagingParameters::InFrame(CPoint pixel) const
+{
+    return {1.0 * (pixel.x - origin.x) * micronsPerPixel.x,
+            1.0 * (pixel.y - origin.y) * micronsPerPixel.y};
+}
+
+CPoint ImagingParameters::PixelOf(const FramePoint& point) const
+{
+    return {origin.x + static_cast<int>(std::lround(point.x / std::max(1, micronsPerPixel.x))),
+            origin.y + static_cast<int>(std::lround(point.y / std::max(1, micronsPerPixel.y)))};
+}
+
 void ImagingParameters::DrawScanLine(CDC& dc, int line, int sample1, int sample2) const
 {
     CImgGeometry::DrawVerticalUSLine(&dc, line, sample1, sample2, origin, micronsPerPixel,

@@ -13,6 +13,14 @@
 
 namespace exam {
 
+/// A place in a frame: microns from the origin of its geometry, whatever part of it an image shows
+/// at whatever scale.
+struct FramePoint
+{
+    double x = 0;
+    double y = 0;
+};
+
 /// The input of the geometry functions for one displayed image. Their long parameter lists are
 /// written out here and nowhere else. Coordinates are pixels of the image; (0, 0) is its upper left
 /// corner.
@@ -37,6 +45,10 @@ struct ImagingParameters
     /// The scan line (x) and sample (y) nearest to a pixel. A pixel outside the frame gives a
     /// position on its edge.
     UPoint ScanPosition(CPoint pixel) const;
+
+    /// The place in the frame that a pixel shows, and the pixel that shows it.
+    FramePoint InFrame(CPoint pixel) const;
+    CPoint PixelOf(const FramePoint& point) const;
 
     /// Draws the part of a scan line between two samples with the selected pen.
     void DrawScanLine(CDC& dc, int line, int sample1, int sample2) const;

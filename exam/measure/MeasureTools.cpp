@@ -12,9 +12,33 @@
 
 namespace exam {
 
-double DistanceCaliper::Millimetres() const
+namespace {
+
+constexpr double hit = 12;    // pixels; a press so near means the point itself
+constexpr double reach = 100; // pixels within which a press grabs a point
+
+struct Nearest
 {
-    return Image().Millimetres(Points()[0], Points()[1]);
+    int index = 0;
+    double distance = reach;
+};
+
+Nearest NearestPoint(const ImageTool& tool, CPoint pixel)
+{
+    Nearest nearest;
+    for (std::size_t i = 0; i < tool.Points().size(); ++i) {
+        const CSize away = tool.Points()[i] - pixel;
+        const double distance = std::hypot(away.cx, away.cy);
+        if (distance < nearest.distance) nearest = {static_cast<int>(i), distance};
+    }
+    return nearest;
+}
+
+} // namespace
+
+ImageTool::Values DistanceCaliper::Measure() const
+{
+    return {Image().Millimetres(Points()[0], Points()[1])};
 }
 
 void DistanceCaliper::Draw(CDC& dc) const
@@ -28,7 +52,7 @@ CString DistanceCaliper::Readout() const
     return GetStr("exam.value.millimetres", Millimetres());
 }
 
-double AngleTool::Degrees() const
+ImageTool::Values AngleTool::Measure() const
 {
     const CSize a = Points()[0] - Points()[1];
     const CSize b = Points()[2] - Points()[1];
@@ -36,7 +60,7 @@ double AngleTool::Degrees() const
     const double sy = Image().micronsPerPixel.y;
     const double dot = a.cx * sx * b.cx * sx + a.cy * sy * b.cy * sy;
     const double cross = (1.0 * a.cx * b.cy - 1.0 * a.cy * b.cx) * sx * sy;
-    return std::abs(std::atan2(cross, dot)) * 180 / std::numbers::pi;
+    return {std::abs(std::atan2(cross, dot)) * 180 / std::numbers::pi};
 }
 
 void AngleTool::Draw(CDC& dc) const
@@ -57,17 +81,12 @@ RegionBox::Extent RegionBox::ScanExtent() const
     return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
 }
 
-double RegionBox::DepthMillimetres() const
+ImageTool::Values RegionBox::Measure() const
 {
     const Extent extent = ScanExtent();
-    return Image().DepthMillimetres(extent.sample1, extent.sample2);
-}
-
-double RegionBox::WidthMillimetres() const
-{
-    const Extent extent = ScanExtent();
-    return Image().Millimetres(Image().Pixel(extent.line1, extent.sample2),
-                               Image().Pixel(extent.line2, extent.sample2));
+    return {Image().Millimetres(Image().Pixel(extent.line1, extent.sample2),
+                                Image().Pixel(extent.line2, extent.sample2)),
+            Image().DepthMillimetres(extent.sample1, extent.sample2)};
 }
 
 void RegionBox::Draw(CDC& dc) const
@@ -86,22 +105,52 @@ CString RegionBox::Readout() const
 }
 
 MeasureTools::MeasureTools(const ImageView& view, const CRect& area)
-    : m_view(view), m_area(area), m_distance(view, area.TopLeft(), 1, std::vector<CPoint>(2)),
-      m_angle(view, area.TopLeft(), 2, std::vector<CPoint>(3)),
-      m_region(view, area.TopLeft(), 3, std::vector<CPoint>(2))
+    : m_area(area), m_distance({view, area.TopLeft(), m_uses}, 1, {{42, 40}, {58, 40}}),
+      m_angle({view, area.TopLeft(), m_uses}, 2, {{36, 50}, {42, 66}, {52, 52}}),
+      m_region({view, area.TopLeft(), m_uses}, 3, {{40, 60}, {62, 76}})
 {
     MouseCapture::Initialize(m_area, InputPointer);
 }
 
-void MeasureTools::Reset()
+void MeasureTools::Follow(const FrameName& frame)
 {
-    const CRect imaged = m_view.ImagedRect();
-    const auto at = [&imaged](int x, int y) {
-        return imaged.TopLeft() + CPoint(imaged.Width() * x / 100, imaged.Height() * y / 100);
-    };
-    m_distance.SetPoints({at(42, 40), at(58, 40)});
-    m_angle.SetPoints({at(36, 50), at(42, 66), at(52, 52)});
-    m_region.SetPoints({at(40, 60), at(62, 76)});
+    for (ImageTool* const tool : All())
+        tool->Follow(frame);
+}
+
+int MeasureTools::Measured() const
+{
+    return m_distance.Measured() + m_angle.Measured() + m_region.Measured();
+}
+
+// The visible tool that was used last; null without a visible one.
+ImageTool* MeasureTools::InHand()
+{
+    ImageTool* inHand = nullptr;
+    for (ImageTool* const tool : All())
+        if (tool->IsVisible() && (!inHand || tool->LastUse() > inHand->LastUse())) inHand = tool;
+    return inHand;
+}
+
+void MeasureTools::Press(UINT flags, CPoint at)
+{
+    ImageTool* const inHand = InHand();
+    if (MouseCapture::GetInput() != InputPointer || !inHand || !m_area.PtInRect(at)) {
+        MouseCapture::HandleMouse(WM_LBUTTONDOWN, flags, at);
+        return;
+    }
+    const CPoint pixel(at - m_area.TopLeft());
+    const Nearest own = NearestPoint(*inHand, pixel);
+    const auto tools = All();
+    const bool hitsAnother =
+        own.distance > hit && std::any_of(tools.begin(), tools.end(), [&](const ImageTool* tool) {
+            return tool != inHand && tool->IsVisible() &&
+                   NearestPoint(*tool, pixel).distance <= hit;
+        });
+    if (hitsAnother || own.distance >= reach)
+        MouseCapture::HandleMouse(WM_LBUTTONDOWN, flags, at);
+    else
+        MouseCapture::Lock(inHand, own.index);
 }
 
 void MeasureTools::SetInput(InputType input)

@@ -14,11 +14,14 @@ class DistanceCaliper : public ImageTool
 public:
     using ImageTool::ImageTool;
 
-    double Millimetres() const;
+    double Millimetres() const { return Result()[0]; }
 
     void Draw(CDC& dc) const override;
     CString Readout() const override;
     const char* NameKey() const override { return "exam.tool.distance"; }
+
+protected:
+    Values Measure() const override;
 };
 
 /// Three points, and the angle at the second one between the other two.
@@ -28,11 +31,14 @@ public:
     using ImageTool::ImageTool;
 
     /// The angle in degrees, 0 to 180; 0 while two of the points coincide.
-    double Degrees() const;
+    double Degrees() const { return Result()[0]; }
 
     void Draw(CDC& dc) const override;
     CString Readout() const override;
     const char* NameKey() const override { return "exam.tool.angle"; }
+
+protected:
+    Values Measure() const override;
 };
 
 /// A region of interest between two scan lines and two depths, so its sides follow the probe's
@@ -44,16 +50,17 @@ public:
     using ImageTool::ImageTool;
 
     /// The depth from the shallow to the deep side, in millimetres along the scan line.
-    double DepthMillimetres() const;
+    double DepthMillimetres() const { return Result()[1]; }
 
     /// The length of the chord along the deep side, in millimetres.
-    double WidthMillimetres() const;
+    double WidthMillimetres() const { return Result()[0]; }
 
     void Draw(CDC& dc) const override;
     CString Readout() const override;
     const char* NameKey() const override { return "exam.tool.region"; }
 
 protected:
+    Values Measure() const override;
     bool HasBackgroundPoint() const override { return true; }
 
 private:
@@ -70,6 +77,8 @@ class MeasureTools
 public:
     /// `area`: the image's place in the main window's client area.
     MeasureTools(const ImageView& view, const CRect& area);
+    MeasureTools(const MeasureTools&) = delete;
+    MeasureTools& operator=(const MeasureTools&) = delete;
 
     DistanceCaliper& Distance() { return m_distance; }
     AngleTool& Angle() { return m_angle; }
@@ -80,8 +89,16 @@ public:
     std::array<ImageTool*, 3> All() { return {&m_distance, &m_angle, &m_region}; }
     std::array<const ImageTool*, 3> All() const { return {&m_distance, &m_angle, &m_region}; }
 
-    /// Puts every tool back to its first place in the imaged region.
-    void Reset();
+    /// Goes over to the measurements of the frame that the image shows now.
+    void Follow(const FrameName& frame);
+
+    /// The number of measurements, of all tools and frames, whose points the user has set.
+    int Measured() const;
+
+    /// Passes a press of the mouse on, in client coordinates. In pointer style the tool in hand,
+    /// which is the one shown or grabbed last, takes it before the others, unless the press hits
+    /// the point of another one.
+    void Press(UINT flags, CPoint at);
 
     /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
@@ -90,8 +107,10 @@ public:
     void Draw(CDC& dc) const;
 
 private:
-    const ImageView& m_view;
+    ImageTool* InHand();
+
     CRect m_area;
+    unsigned m_uses = 0;
     DistanceCaliper m_distance;
     AngleTool m_angle;
     RegionBox m_region;

@@ -63,6 +63,7 @@ void ExamState::ShowFrame()
     if (m_fitted != m_current) FitImage();
     m_readable = m_view.Show(Cine(), m_frame);
     if (!m_readable) m_status = GetStr("exam.image.unreadable", m_frame + 1);
+    m_tools.Follow({m_current, m_frame});
     TellChange(stateImageChanged);
 }
 
@@ -72,7 +73,6 @@ void ExamState::FitImage()
     m_view.SetRecording(Cine(), ScreenLayout::Image().Size(),
                         Cine().Samples() * m_depth / fullDepth);
     TellChange(stateFitChanged);
-    m_tools.Reset();
 }
 
 void ExamState::ChangeGain(int decibels)

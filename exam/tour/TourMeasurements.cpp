@@ -94,6 +94,25 @@ void Region(TourContext& context, Mouse& mouse)
                         L"its deep side is as long as the geometry says");
 }
 
+// The result stays that of the frame it was measured on.
+void Belonging(TourContext& context)
+{
+    const DistanceCaliper& caliper = context.state.Tools().Distance();
+    const CString before = caliper.Readout();
+    const std::vector<CPoint> places = caliper.Points();
+    context.state.ChangeDepth(-1);
+    context.report.Step(caliper.IsVisible() && caliper.Points() != places &&
+                            caliper.Readout() == before,
+                        L"at another depth a distance keeps its value and its place in the frame");
+    context.state.SelectImage(linearRecording);
+    const bool hidden = !caliper.IsVisible();
+    context.state.SelectImage(curvedRecording);
+    context.state.ChangeDepth(1);
+    context.report.Step(hidden && caliper.IsVisible() && caliper.Points() == places &&
+                            caliper.Readout() == before,
+                        L"another frame does not show it; back on its own it is the same");
+}
+
 void PressBeyondReach(TourContext& context, Mouse& mouse)
 {
     mouse.Press({5, 5});
@@ -153,6 +172,7 @@ void TourMeasurements(TourContext& context)
     Distance(context, mouse);
     Angle(context, mouse);
     Region(context, mouse);
+    Belonging(context);
     PressBeyondReach(context, mouse);
     Trackball(context, mouse);
     context.Picture(L"measurements");

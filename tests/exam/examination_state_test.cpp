@@ -1,4 +1,5 @@
 // The state of the exam, which no window is needed for.
+#include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
 #include "state/ExamState.h"
 
@@ -146,17 +147,101 @@ TEST_F(ExamStateTest, KeepsGainAndDepthWithinTheirLimits)
     EXPECT_EQ(m_state.DepthMillimetres(), whole);
 }
 
-TEST_F(ExamStateTest, PutsTheToolsBackWhenTheImageHasAnotherSize)
+TEST_F(ExamStateTest, AMeasurementKeepsItsValueAndItsPlaceAtAnotherDepth)
 {
     DistanceCaliper& caliper = m_state.Tools().Distance();
-    const std::vector<CPoint> first = caliper.Points();
-    const CPoint elsewhere = m_state.View().Parameters().Pixel(60, 300);
-    caliper.SetPoints({elsewhere, elsewhere});
-    m_state.StepFrames(1);
-    EXPECT_EQ(caliper.Points()[0], elsewhere);
+    caliper.Show(true);
+    const ImagingParameters& image = m_state.View().Parameters();
+    caliper.SetPoints({image.Pixel(60, 300), image.Pixel(60, 900)});
+    const std::vector<CPoint> points = caliper.Points();
+    const double value = caliper.Millimetres();
     m_state.ChangeDepth(-2);
+    EXPECT_TRUE(caliper.IsVisible());
+    EXPECT_EQ(caliper.Millimetres(), value);
+    for (const auto& [point, sample] : {std::pair{0, 300}, {1, 900}}) {
+        const CPoint expected = image.Pixel(60, sample);
+        EXPECT_NEAR(caliper.Points()[static_cast<std::size_t>(point)].x, expected.x, 2);
+        EXPECT_NEAR(caliper.Points()[static_cast<std::size_t>(point)].y, expected.y, 2);
+    }
     m_state.ChangeDepth(2);
-    EXPECT_EQ(caliper.Points(), first);
+    EXPECT_EQ(caliper.Points(), points);
+    EXPECT_EQ(caliper.Millimetres(), value);
+}
+
+TEST_F(ExamStateTest, AMeasurementIsHiddenWhereTheImageDoesNotReach)
+{
+    DistanceCaliper& caliper = m_state.Tools().Distance();
+    caliper.Show(true);
+    const ImagingParameters& image = m_state.View().Parameters();
+    caliper.SetPoints({image.Pixel(120, 300), image.Pixel(120, image.samples - 50)});
+    const double value = caliper.Millimetres();
+    m_state.ChangeDepth(-5);
+    EXPECT_FALSE(caliper.IsVisible());
+    EXPECT_TRUE(caliper.IsOutside());
+    caliper.Show(true); // changes nothing
+    EXPECT_FALSE(caliper.IsVisible());
+    m_state.ChangeDepth(5);
+    EXPECT_TRUE(caliper.IsVisible());
+    EXPECT_EQ(caliper.Millimetres(), value);
+}
+
+TEST_F(ExamStateTest, EachFrameHasItsOwnMeasurement)
+{
+    m_state.SelectImage(linear);
+    DistanceCaliper& caliper = m_state.Tools().Distance();
+    caliper.Show(true);
+    const CPoint elsewhere = m_state.View().Parameters().Pixel(60, 300);
+    caliper.SetPoints({elsewhere});
+    const double value = caliper.Millimetres();
+    m_state.StepFrames(1);
+    EXPECT_FALSE(caliper.IsVisible());
+    EXPECT_NE(caliper.Points()[0], elsewhere);
+    caliper.Show(true);
+    caliper.SetPoints({m_state.View().Parameters().Pixel(30, 800)});
+    EXPECT_EQ(m_state.Tools().Measured(), 2);
+    m_state.SelectImage(curved);
+    EXPECT_FALSE(caliper.IsVisible());
+    m_state.SelectImage(linear);
+    EXPECT_TRUE(caliper.IsVisible());
+    EXPECT_EQ(caliper.Points()[0], elsewhere);
+    EXPECT_EQ(caliper.Millimetres(), value);
+    caliper.Clear();
+    EXPECT_FALSE(caliper.IsVisible());
+    EXPECT_EQ(m_state.Tools().Measured(), 1);
+}
+
+TEST_F(ExamStateTest, LetsGoOfAPointWhenTheFrameChanges)
+{
+    m_state.SelectImage(linear);
+    m_state.Tools().Distance().Show(true);
+    m_state.Tools().Press(MK_LBUTTON,
+                          m_state.Tools().Distance().Points()[0] + ScreenLayout::Image().TopLeft());
+    EXPECT_TRUE(MouseCapture::IsLocked());
+    m_state.StepFrames(1);
+    EXPECT_FALSE(MouseCapture::IsLocked());
+}
+
+TEST_F(ExamStateTest, APressTakesAPointOfTheToolInHand)
+{
+    DistanceCaliper& caliper = m_state.Tools().Distance();
+    AngleTool& angle = m_state.Tools().Angle();
+    caliper.Show(true);
+    angle.Show(true);
+    const CPoint middle = m_state.View().ImagedRect().CenterPoint();
+    const CPoint corner = ScreenLayout::Image().TopLeft();
+    caliper.SetPoints({middle, middle + CPoint(60, 0)});
+    angle.SetPoints({middle + CPoint(0, 50), middle + CPoint(0, 150), middle + CPoint(80, 150)});
+    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(0, 20)); // nearer to the caliper
+    EXPECT_EQ(MouseCapture::GetLock(), &angle);
+    MouseCapture::Unlock();
+    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(2, 2)); // on the caliper's point
+    EXPECT_EQ(MouseCapture::GetLock(), &caliper);
+    MouseCapture::Unlock();
+    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(0, 30)); // nearer to the angle
+    EXPECT_EQ(MouseCapture::GetLock(), &caliper);
+    MouseCapture::Unlock();
+    caliper.Show(false);
+    angle.Show(false);
 }
 
 TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)

@@ -14,7 +14,7 @@ protected:
     void ShowImage(const CineDescription& cine)
     {
         Show(cine, m_view);
-        m_tools.Reset();
+        m_tools.Follow({++m_shown, 0});
     }
 
     bool AllPointsAreImaged() const
@@ -26,6 +26,7 @@ protected:
     }
 
     ImageView m_view;
+    std::size_t m_shown = 0;
     MeasureTools m_tools{m_view, CRect(0, 0, 300, 280)};
 };
 
