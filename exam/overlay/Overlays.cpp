@@ -121,6 +121,12 @@ void Overlays::Refresh()
         overlay->Refresh();
 }
 
+void Overlays::DrawAll(CDC& picture)
+{
+    for (Overlay* const overlay : All())
+        if (overlay->GetSafeHwnd()) overlay->DrawOnto(picture);
+}
+
 void Overlays::DrawRecorded(CDC& picture)
 {
     for (Overlay* const overlay : All())

@@ -56,7 +56,9 @@ public:
     /// Repaints all of them.
     void Refresh();
 
-    /// Draws the windows that belong into recordings onto a picture of the parent's client area.
+    /// Draw the windows onto a picture of the parent's client area: all of them, so that the
+    /// parent's painting never covers one for a moment; or those that belong into recordings.
+    void DrawAll(CDC& picture);
     void DrawRecorded(CDC& picture);
 
     LoopDial& Dial() { return m_dial; }

@@ -116,6 +116,7 @@ std::optional<std::size_t> ToolBar::ButtonAt(CPoint point) const
 
 void ToolBar::OnLButtonDown(UINT, CPoint point)
 {
+    m_tip.Press();
     const std::optional<std::size_t> button = ButtonAt(point);
     if (button && m_buttons[*button].form() != ButtonForm::disabled) m_buttons[*button].push();
 }

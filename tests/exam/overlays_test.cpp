@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/TipReader.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
@@ -155,3 +156,83 @@ TEST_F(OverlaysTest, DrawsDisabledPicturesGreyAndFramedOnesWithAFrame)
     EXPECT_GT(framed[middleOfLeftEdge] >> 16 & 0xFF, 200u); // the frame's colour is light
     EXPECT_LT(normal[middleOfLeftEdge] >> 16 & 0xFF, 100u);
 }
+
+namespace {
+
+class HoverTipTest : public testing::TestWithParam<CSize>
+{
+protected:
+    HoverTipTest()
+    {
+        m_window.CreateEx(0, nullptr, L"window", WS_POPUP | WS_VISIBLE,
+                          CRect(CPoint(300, 300), GetParam()), nullptr, 0);
+    }
+    ~HoverTipTest() override { m_window.DestroyWindow(); }
+
+    // Handles messages for a time; the result is the tip that is shown then.
+    static HWND TipAfter(DWORD milliseconds)
+    {
+        const ULONGLONG end = GetTickCount64() + milliseconds;
+        while (GetTickCount64() < end) {
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+            for (MSG next; PeekMessage(&next, nullptr, 0, 0, PM_REMOVE);)
+                DispatchMessage(&next);
+        }
+        return test_support::ShownTip();
+    }
+
+    void PointAt(int thing)
+    {
+        m_tip.Follow(m_window, CRect(CPoint(thing * 20, 5), CSize(20, 20)), L"Title",
+                     L"A text of some length for the thing");
+    }
+
+    CWnd m_window;
+    HoverTip m_tip;
+};
+
+} // namespace
+
+TEST_P(HoverTipTest, ComesAfterHalfASecondBesideTheWindow)
+{
+    PointAt(1);
+    EXPECT_EQ(TipAfter(300), nullptr);
+    const HWND tip = TipAfter(700);
+    ASSERT_NE(tip, nullptr);
+    CRect shown;
+    CRect window;
+    GetWindowRect(tip, &shown);
+    m_window.GetWindowRect(&window);
+    CRect both;
+    EXPECT_FALSE(both.IntersectRect(&shown, &window))
+        << shown.left << "," << shown.top << " - " << shown.right << "," << shown.bottom;
+    m_tip.Leave();
+    EXPECT_EQ(test_support::ShownTip(), nullptr);
+}
+
+TEST_P(HoverTipTest, DoesNotComeWhenThePointerHasGoneOn)
+{
+    PointAt(1);
+    TipAfter(300);
+    PointAt(2);
+    EXPECT_EQ(TipAfter(300), nullptr);
+    m_tip.Leave();
+    EXPECT_EQ(TipAfter(700), nullptr);
+}
+
+TEST_P(HoverTipTest, GoesOnAPressAndStaysAwayFromThatThing)
+{
+    PointAt(1);
+    m_tip.Press();
+    PointAt(1);
+    EXPECT_EQ(TipAfter(800), nullptr);
+    PointAt(2);
+    EXPECT_NE(TipAfter(800), nullptr);
+    m_tip.Press();
+    EXPECT_EQ(test_support::ShownTip(), nullptr);
+    PointAt(2);
+    EXPECT_EQ(TipAfter(800), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachShape, HoverTipTest,
+                         testing::Values(CSize(400, 60), CSize(60, 200)));
