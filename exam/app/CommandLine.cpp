@@ -99,6 +99,9 @@ constexpr Option options[] = {
     {L"--cine-to-avi", L"FILE OUT", Place::command, true, L"two files",
      Keep<&C::cineToPlay, &C::movie>,
      L"replay a raw cine into a movie; exits 0 when all frames are in it"},
+    {L"--repair", L"FILE", Place::command, true, L"a file", Keep<&C::recordingToRepair>,
+     L"repair a movie or a raw cine whose recording was cut off: its whole frames\n"
+     L"stay, and the damaged file is replaced when the repaired one is whole"},
     {L"--check-protocol", L"DIR", Place::command, true, L"a folder", Keep<&C::protocolToCheck>,
      L"print what will be ignored in the protocol files in DIR and below it, with\n"
      L"file and line; exits 1 when there is any"},
@@ -114,7 +117,7 @@ constexpr Option options[] = {
     {L"--crash", L"KIND", Place::command, true, nullptr, KeepCrash,
      L"crash, to see the report: read, write, divide, illegal, stack or thread"},
     {L"--overwrite", L"", Place::command, false, nullptr, Set<&C::overwrite>,
-     L"let --cine-to-avi or --pack replace an existing file"},
+     L"let --cine-to-avi, --pack or --unpack replace existing files"},
 };
 
 std::size_t ValuesOf(const Option& option)
@@ -156,8 +159,9 @@ std::wstring FindConflict(const std::set<std::wstring, std::less<>>& given)
             return first + L" and " + std::wstring(option.name) + L" cannot be done at once";
         first = option.name;
     }
-    if (given.contains(L"--overwrite") && first != L"--cine-to-avi" && first != L"--pack")
-        return L"--overwrite goes with --cine-to-avi or --pack";
+    if (given.contains(L"--overwrite") && first != L"--cine-to-avi" && first != L"--pack" &&
+        first != L"--unpack")
+        return L"--overwrite goes with --cine-to-avi, --pack or --unpack";
     if (given.contains(L"--password") && first != L"--unpack")
         return L"--password goes with --unpack";
     return L"";

@@ -18,16 +18,17 @@ struct CommandLine
     std::wstring cineInfo;   ///< raw cine file whose header is to be printed
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
-    std::wstring protocolToCheck; ///< folder of protocol files
-    std::wstring versionFile;     ///< executable file whose version is to be printed
-    std::wstring archive;         ///< zip archive that is made or unpacked
-    std::wstring folderToPack;    ///< folder that is packed into `archive`
-    std::wstring folderToFill;    ///< folder that `archive` is unpacked into
-    std::wstring password;        ///< password of `archive`
-    std::wstring crashKind;       ///< way in which the program is to crash
-    std::wstring logFolder;       ///< folder of the log and the crash reports; empty: store 28
-    bool service = false;         ///< true: the service mode is on
-    bool overwrite = false;       ///< true: `movie` or `archive` may replace a file
+    std::wstring recordingToRepair; ///< movie or raw cine that was cut off
+    std::wstring protocolToCheck;   ///< folder of protocol files
+    std::wstring versionFile;       ///< executable file whose version is to be printed
+    std::wstring archive;           ///< zip archive that is made or unpacked
+    std::wstring folderToPack;      ///< folder that is packed into `archive`
+    std::wstring folderToFill;      ///< folder that `archive` is unpacked into
+    std::wstring password;          ///< password of `archive`
+    std::wstring crashKind;         ///< way in which the program is to crash
+    std::wstring logFolder;         ///< folder of the log and the crash reports; empty: store 28
+    bool service = false;           ///< true: the service mode is on
+    bool overwrite = false;         ///< true: files may be replaced
     bool help = false;
     bool version = false; ///< true: the program's own version is to be printed
     std::wstring error;   ///< one sentence that says what is wrong; empty when nothing is
@@ -41,8 +42,9 @@ struct CommandLine
     /// True when a command was given that needs no window.
     bool IsCommand() const
     {
-        return !cineInfo.empty() || !cineToPlay.empty() || !protocolToCheck.empty() ||
-               !versionFile.empty() || !archive.empty() || !crashKind.empty();
+        return !cineInfo.empty() || !cineToPlay.empty() || !recordingToRepair.empty() ||
+               !protocolToCheck.empty() || !versionFile.empty() || !archive.empty() ||
+               !crashKind.empty();
     }
 };
 

@@ -5,6 +5,7 @@
 #include "base/Console.h"
 #include "protocol/ProtocolCheck.h"
 #include "record/CineCommands.h"
+#include "record/Repair.h"
 #include "service/CrashOnPurpose.h"
 #include "service/ModuleVersions.h"
 #include "service/StudyArchive.h"
@@ -15,6 +16,7 @@
 #include <base/ProgramVersion.h>
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/LogOutput.h>
+#include <qor_utils/zelLogger.h>
 #include <Utils_Statics/MiniDumper.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
@@ -30,6 +32,7 @@ namespace {
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
+constexpr char logSource[] = "exam/ExamApp";
 
 struct ArgumentListTraits
 {
@@ -55,6 +58,7 @@ BOOL ExamApp::InitInstance()
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine() || !ChooseProfile()) return FALSE;
     SetLogFolder();
+    LogStart();
     const MiniDumper crashHandler; // its filter stays
     if (m_options.IsCommand()) {
         m_exitCode = RunCommand() ? 0 : exitFailure;
@@ -77,6 +81,9 @@ int ExamApp::ExitInstance()
     m_status.reset();
     m_window.reset();
     m_state.reset();
+    if (m_isLogged)
+        zelLogger::zelLogHelper(logSource, __LINE__, qor_utils::informationLevel)(
+            L"The exam ends with exit code %d.", m_exitCode);
     return m_exitCode;
 }
 
@@ -131,6 +138,14 @@ void ExamApp::SetLogFolder()
     if (!m_options.logFolder.empty()) qor_utils::SetLogDirectory(m_options.logFolder);
 }
 
+void ExamApp::LogStart()
+{
+    m_isLogged = true;
+    zelLogger::zelLogHelper(logSource, __LINE__, qor_utils::informationLevel)(
+        L"%s %s starts.", utilsExam::GetProductName().GetString(),
+        utilsExam::GetProductVersion().GetString());
+}
+
 bool ExamApp::RunCommand()
 {
     const CommandLine& o = m_options;
@@ -138,7 +153,9 @@ bool ExamApp::RunCommand()
     if (!o.crashKind.empty()) CrashOnPurpose(o.crashKind);
     if (!o.versionFile.empty()) return PrintFileVersion(o.versionFile);
     if (!o.folderToPack.empty()) return PackCommand(o.archive, o.folderToPack, o.overwrite);
-    if (!o.folderToFill.empty()) return UnpackCommand(o.archive, o.folderToFill, o.password);
+    if (!o.folderToFill.empty())
+        return UnpackCommand(o.archive, o.folderToFill, o.password, o.overwrite);
+    if (!o.recordingToRepair.empty()) return RepairCommand(o.recordingToRepair);
     return o.cineInfo.empty() ? ReplayCine(o.cineToPlay, o.movie, o.overwrite)
                               : PrintCineInfo(o.cineInfo);
 }
@@ -173,6 +190,7 @@ bool ExamApp::OpenMainWindow()
     m_window = std::make_unique<MainWindow>(*m_state, folder);
     m_pMainWnd = m_window.get();
     if (!m_window->Open()) return Fail(L"the main window cannot be created; is there a screen?");
+    if (!m_options.IsTour()) m_window->Exam().RepairRecordings();
     m_window->Panel().Reload();
     return m_window->Panel().Open(*m_window) || Fail(L"the control panel cannot be created");
 }

@@ -23,6 +23,7 @@ private:
     bool Fail(const std::wstring& problem);
     bool RunCommand();
     void SetLogFolder();
+    void LogStart();
     bool LoadTexts();
     bool LoadImages();
     bool LoadVocabulary();
@@ -34,6 +35,7 @@ private:
     std::unique_ptr<ExamState> m_state;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<StatusDisplay> m_status;
+    bool m_isLogged = false; // the log has a line of the start
     int m_exitCode = 0;
 };
 

@@ -23,15 +23,18 @@ constexpr int mostParam = 10000;
 
 using State = ExamState;
 
-void Toggle(ImageTool& tool)
+// A measurement belongs to one frame, so the frames stand still for it, unless they are recorded.
+void Toggle(Examination& exam, ImageTool& tool)
 {
     tool.Show(!tool.IsVisible());
+    if (tool.IsOutside()) exam.State().SetStatus(GetStr("exam.measure.outside"));
+    if (tool.IsVisible() && !exam.State().Recording()) exam.State().SetFrozen(true);
 }
 
 void ClearMeasurements(Examination& exam, int)
 {
     for (ImageTool* const tool : exam.State().Tools().All())
-        tool->Show(false);
+        tool->Clear();
 }
 
 void ChangePointer(Examination& exam, int)
@@ -80,6 +83,7 @@ constexpr Command commands[] = {
      .carryOut = [](Examination& e, int param) { e.State().ChangeDepth(param); },
      .value = [](const State& s, int) { return s.DepthMillimetres(); }},
     {.key = 'R',
+     .repeats = true,
      .keyParam = 15,
      .type = L"Imaging",
      .action = L"Rotate",
@@ -105,7 +109,7 @@ constexpr Command commands[] = {
      .picture = L"distance.png",
      .nameKey = "exam.tool.distance",
      .tipKey = "exam.tip.distance",
-     .carryOut = [](Examination& e, int) { Toggle(e.State().Tools().Distance()); },
+     .carryOut = [](Examination& e, int) { Toggle(e, e.State().Tools().Distance()); },
      .value = [](const State& s, int) -> int { return s.Tools().Distance().IsVisible(); }},
     {.key = '2',
      .type = L"Measurement",
@@ -113,7 +117,7 @@ constexpr Command commands[] = {
      .picture = L"angle.png",
      .nameKey = "exam.tool.angle",
      .tipKey = "exam.tip.angle",
-     .carryOut = [](Examination& e, int) { Toggle(e.State().Tools().Angle()); },
+     .carryOut = [](Examination& e, int) { Toggle(e, e.State().Tools().Angle()); },
      .value = [](const State& s, int) -> int { return s.Tools().Angle().IsVisible(); }},
     {.key = '3',
      .type = L"Measurement",
@@ -121,9 +125,10 @@ constexpr Command commands[] = {
      .picture = L"region.png",
      .nameKey = "exam.tool.region",
      .tipKey = "exam.tip.region",
-     .carryOut = [](Examination& e, int) { Toggle(e.State().Tools().Region()); },
+     .carryOut = [](Examination& e, int) { Toggle(e, e.State().Tools().Region()); },
      .value = [](const State& s, int) -> int { return s.Tools().Region().IsVisible(); }},
     {.key = VK_TAB,
+     .repeats = true,
      .type = L"Measurement",
      .action = L"NextPoint",
      .nameKey = "exam.command.point",
@@ -152,6 +157,7 @@ constexpr Command commands[] = {
      .value = IsRecorded<true>,
      .isPossible = CanRecord<true>},
     {.key = 'F',
+     .repeats = true,
      .keyParam = 1,
      .type = L"Cine",
      .action = L"Step",
@@ -188,6 +194,16 @@ constexpr Command commands[] = {
      .nameKey = "exam.command.panel",
      .tipKey = "exam.tip.panel",
      .carryOut = [](Examination& e, int) { e.Window().TogglePanel(); }},
+    {.key = 'K',
+     .withControl = true,
+     .nameKey = "exam.command.lock",
+     .tipKey = "exam.tip.lock",
+     .carryOut = [](Examination& e, int) { e.Window().TogglePanelLock(); }},
+    {.key = 'R',
+     .withControl = true,
+     .nameKey = "exam.command.reset",
+     .tipKey = "exam.tip.reset",
+     .carryOut = [](Examination& e, int) { e.Window().ResetPanel(); }},
     {.key = 'Z',
      .nameKey = "exam.command.pack",
      .tipKey = "exam.tip.pack",
@@ -196,8 +212,7 @@ constexpr Command commands[] = {
     {.key = 'U',
      .nameKey = "exam.command.unpack",
      .tipKey = "exam.tip.unpack",
-     .carryOut = [](Examination& e,
-                    int) { e.State().SetStatus(e.Service().Unpack(e.Window().Owner())); }},
+     .carryOut = [](Examination& e, int) { e.Unpack(); }},
     {.key = 'A',
      .nameKey = "exam.command.about",
      .tipKey = "exam.tip.about",
@@ -207,11 +222,16 @@ constexpr Command commands[] = {
      .tipKey = "exam.tip.service",
      .carryOut = [](Examination& e, int) { ShowServiceMenu(e.Window().Owner().GetSafeHwnd()); }},
     {.key = VK_ESCAPE,
+     .nameKey = "exam.command.cancel",
+     .tipKey = "exam.tip.cancel",
+     .carryOut = [](Examination& e, int) { e.Cancel(); }},
+    {.key = 'Q',
+     .withControl = true,
      .type = L"Exam",
      .action = L"End",
      .nameKey = "exam.button.End",
      .tipKey = "exam.tip.end",
-     .carryOut = [](Examination& e, int) { e.Window().Close(); }},
+     .carryOut = [](Examination& e, int) { e.Leave(); }},
 };
 
 ActionStateInfo StateOf(const Command& command, int param)
@@ -220,10 +240,11 @@ ActionStateInfo StateOf(const Command& command, int param)
     return {type, CProActionCollection::MapAction(type, command.action), param};
 }
 
-CString KeyName(UINT key)
+CString KeyName(const Command& command)
 {
-    const wchar_t letter[] = {static_cast<wchar_t>(key), L'\0'};
-    switch (key) {
+    const wchar_t letter[] = {static_cast<wchar_t>(command.key), L'\0'};
+    if (command.withControl) return GetStr("exam.key.control", letter);
+    switch (command.key) {
     case VK_SPACE: return GetStr("exam.key.space");
     case VK_TAB: return L"Tab";
     case VK_ESCAPE: return L"Esc";
@@ -239,11 +260,12 @@ std::span<const Command> Commands()
     return commands;
 }
 
-const Command* CommandOfKey(UINT key)
+const Command* CommandOfKey(UINT key, bool withControl)
 {
     const auto* const found =
-        std::find_if(std::begin(commands), std::end(commands),
-                     [key](const Command& each) { return key != 0 && each.key == key; });
+        std::find_if(std::begin(commands), std::end(commands), [&](const Command& each) {
+            return key != 0 && each.key == key && each.withControl == withControl;
+        });
     return found == std::end(commands) ? nullptr : found;
 }
 
@@ -271,7 +293,7 @@ bool IsPossible(const Command& command, const ExamState& state)
 CString TipOf(const Command& command)
 {
     const CString tip = GetStr(command.tipKey);
-    return GetStr("exam.tip.key", KeyName(command.key).GetString(), tip.GetString());
+    return GetStr("exam.tip.key", KeyName(command).GetString(), tip.GetString());
 }
 
 std::wstring KeyHelp()
@@ -280,11 +302,18 @@ std::wstring KeyHelp()
     std::wstring help;
     for (const Command& command : commands) {
         if (command.key == 0) continue;
-        std::wstring line = L"  " + std::wstring(KeyName(command.key));
+        std::wstring line = L"  " + std::wstring(KeyName(command));
         line.resize(width, L' ');
         help += line + GetStr(command.tipKey).GetString() + L"\n";
     }
     return help;
+}
+
+void CommandDesk::Press(const KeyPress& press)
+{
+    const Command* const command = CommandOfKey(press.key, press.control);
+    if (!command || press.other || (press.isRepeat && !command->repeats)) return;
+    CarryOut(*command);
 }
 
 void CommandDesk::CarryOut(const Command& command)

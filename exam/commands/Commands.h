@@ -16,6 +16,8 @@ namespace exam {
 struct Command
 {
     UINT key = 0;                     ///< virtual key; 0: none
+    bool withControl = false;         ///< true: the key needs Ctrl; false: no other key with it
+    bool repeats = false;             ///< true: a key that is held carries it out again and again
     int keyParam = 0;                 ///< the parameter that key and tool bar give
     const wchar_t* type = nullptr;    ///< its type in the action vocabulary; null: none
     const wchar_t* action = nullptr;  ///< its name in that type
@@ -37,8 +39,17 @@ struct Command
 /// The table.
 std::span<const Command> Commands();
 
+/// A key that is pressed, and what is held with it.
+struct KeyPress
+{
+    UINT key = 0;          ///< virtual key
+    bool control = false;  ///< Ctrl is held
+    bool other = false;    ///< Shift, Alt or a Windows key is held
+    bool isRepeat = false; ///< the key was down already
+};
+
 /// The command of a key or an action; null when there is none.
-const Command* CommandOfKey(UINT key);
+const Command* CommandOfKey(UINT key, bool withControl = false);
 const Command* CommandOfAction(const ActionInfo& action);
 
 bool IsOn(const Command& command, const ExamState& state);
@@ -56,6 +67,10 @@ class CommandDesk : private IStateChangeConsumer
 {
 public:
     explicit CommandDesk(Examination& exam) : m_exam(exam) {}
+
+    /// Carries the command of a key out. Keys that belong to no command, with what is held, do
+    /// nothing, and neither does one that is held and whose command does not repeat.
+    void Press(const KeyPress& press);
 
     /// Carries a command out with the parameter of its key, if it is possible.
     void CarryOut(const Command& command);

@@ -2,9 +2,11 @@
 
 #include "base/StateChanges.h"
 #include "record/NumberedFiles.h"
+#include "record/Repair.h"
 
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/MouseCapture.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -43,6 +45,53 @@ void Examination::EndRecording()
     TellRecording();
 }
 
+void Examination::Cancel()
+{
+    if (m_service.CloseAbout()) return;
+    if (MouseCapture::IsLocked())
+        MouseCapture::Unlock();
+    else
+        EndRecording();
+}
+
+// The question to ask before the window closes; empty when nothing would be lost.
+CString Examination::WhatWouldBeLost() const
+{
+    const int measured = m_state.Tools().Measured();
+    return measured == 0 ? CString() : GetStr("exam.close.measurements", measured);
+}
+
+void Examination::Leave()
+{
+    if (m_isAsking) return;
+    const CString question = WhatWouldBeLost();
+    m_isAsking = true;
+    const bool leaves = question.IsEmpty() || m_window.Ask(question);
+    m_isAsking = false;
+    if (!leaves) return;
+    EndRecording();
+    m_window.Close();
+}
+
+void Examination::RepairRecordings()
+{
+    for (const Repaired& repaired : RepairFolder(m_folder)) {
+        const CString path = repaired.path.c_str();
+        if (repaired.problem.empty())
+            Report(NoticeKind::finished,
+                   GetStr("exam.repair.done", path.GetString(), repaired.frames));
+        else
+            Report(NoticeKind::warning,
+                   GetStr("exam.repair.failed", path.GetString(), repaired.problem.c_str()));
+    }
+}
+
+void Examination::Unpack()
+{
+    m_state.SetStatus(m_service.Unpack(
+        m_window.Owner(), [this](const CString& question) { return m_window.Ask(question); }));
+}
+
 void Examination::Advance()
 {
     if (m_recorder.IsRecording() && !m_recorder.AddFrame()) return TellRecording();
@@ -52,7 +101,7 @@ void Examination::Advance()
 
 std::optional<unsigned> Examination::PlayInterval() const
 {
-    if (!m_state.HasRecording() || (m_state.IsFrozen() && !m_recorder.IsRecording())) return {};
+    if (!m_state.HasRecording() || m_state.IsFrozen()) return {};
     return static_cast<unsigned>(
         std::max(shortestInterval, 1000 / m_state.Cine().FramesPerSecond()));
 }
@@ -77,6 +126,11 @@ void Examination::OnStateChange(StateChangeType type, unsigned int, long)
 void Examination::TellRecording()
 {
     const bool isRecording = m_recorder.IsRecording();
+    if (isRecording && !m_state.Recording()) {
+        m_wasFrozen = m_state.IsFrozen();
+        m_state.SetFrozen(false);
+    }
+    if (!isRecording && m_state.Recording() && m_wasFrozen) m_state.SetFrozen(true);
     CStatusRecording::setState(isRecording);
     std::optional<RunningRecording> recording;
     if (isRecording) recording = {m_recordsMovie, m_recorder.Frames()};
@@ -85,7 +139,10 @@ void Examination::TellRecording()
 
 void Examination::RecordingFinished(const FinishedRecording& recording)
 {
-    if (!recording.whole)
+    if (recording.frames == 0)
+        Report(NoticeKind::warning,
+               GetStr(recording.cutShort ? "exam.record.unwritable" : "exam.record.empty"));
+    else if (!recording.whole)
         Report(NoticeKind::error, GetStr("exam.record.damaged", recording.path.c_str()));
     else if (recording.cutShort)
         Report(NoticeKind::warning, GetStr("exam.record.broken", recording.frames));

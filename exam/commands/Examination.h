@@ -25,6 +25,12 @@ public:
     /// Paints the screen as it belongs into a movie.
     virtual void PaintMovie(CDC& dc) = 0;
     virtual void TogglePanel() = 0;
+    /// Lets the control panel's buttons be moved, or no longer.
+    virtual void TogglePanelLock() = 0;
+    /// Takes back what the user has changed on the control panel.
+    virtual void ResetPanel() = 0;
+    /// Asks the user; true for yes.
+    virtual bool Ask(const CString& question) = 0;
     virtual void Close() = 0;
 
 protected:
@@ -49,10 +55,23 @@ public:
     void ToggleRecording(bool isMovie);
     void EndRecording();
 
+    /// Ends what is under way: an open box, a point in hand, or a recording.
+    void Cancel();
+
+    /// Closes the window. What would be lost is asked about before, and what is open is finished.
+    void Leave();
+
+    /// Repairs the recordings of the folder that were cut off, and tells of each.
+    void RepairRecordings();
+
+    /// Unpacks the archive that was packed last, and asks before it replaces files.
+    void Unpack();
+
     /// Shows the next frame. The one on display is recorded before, during a recording.
     void Advance();
 
-    /// The milliseconds between two frames; nothing while they stand still.
+    /// The milliseconds between two frames; nothing while they stand still. A recording lets them
+    /// run.
     std::optional<unsigned> PlayInterval() const;
 
     /// Saves what the window shows as picture-1.png and so on, with the next number that is free.
@@ -60,6 +79,7 @@ public:
 
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    CString WhatWouldBeLost() const;
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);
     void Report(NoticeKind kind, const CString& sentence);
@@ -69,6 +89,8 @@ private:
     std::wstring m_folder;
     Recorder m_recorder;
     bool m_recordsMovie = false;
+    bool m_wasFrozen = false; // before the recording
+    bool m_isAsking = false;  // the question before closing is open
     ServiceDesk m_service;
 };
 

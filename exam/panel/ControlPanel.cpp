@@ -95,6 +95,12 @@ void ControlPanel::Reload()
     m_listener.broadcast();
 }
 
+void ControlPanel::Reset()
+{
+    DeleteFileW(PanelSaveFile().c_str());
+    Reload();
+}
+
 // Works out which buttons stand where. Everything that depends on the places of buttons, such as
 // tips, is set here.
 void ControlPanel::Arrange()
@@ -175,6 +181,7 @@ std::optional<std::size_t> ControlPanel::ButtonAt(CPoint point) const
 
 void ControlPanel::OnLButtonDown(UINT, CPoint point)
 {
+    m_tip.Press();
     const auto button = ButtonAt(point);
     if (!button) return;
     m_press = Press{*button, point, point};
@@ -186,7 +193,7 @@ void ControlPanel::OnMouseMove(UINT, CPoint point)
 {
     if (!m_press) return ShowTip(point);
     m_press->now = point;
-    if (IsFar(m_press->at, point)) m_press->isDrag = true;
+    if (!m_isLocked && IsFar(m_press->at, point)) m_press->isDrag = true;
     if (m_press->isDrag) Repaint();
 }
 
@@ -213,9 +220,9 @@ void ControlPanel::OnLButtonUp(UINT, CPoint point)
     ReleaseCapture();
     Repaint();
     press.now = point;
-    if (press.isDrag || IsFar(press.at, point))
+    if (press.isDrag || (!m_isLocked && IsFar(press.at, point)))
         Drop(press);
-    else
+    else if (m_buttons[press.button].area.PtInRect(point))
         Push(press.button, press.at);
 }
 

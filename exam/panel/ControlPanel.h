@@ -18,8 +18,9 @@ namespace exam {
 
 /// The control panel, a window of its own below the main window, like the second screen of a
 /// console. Buttons, places, actions and lamps all come from protocol files. A click on a button
-/// carries its action out, the ends of a rotary control turn it, a button that is dragged goes to
-/// another cell, and the right mouse button ticks it. The user's changes are saved at once.
+/// carries its action out, the ends of a rotary control turn it, and the right mouse button ticks
+/// it. While the panel is not locked, a button that is dragged goes to another cell. The user's
+/// changes are saved at once.
 class ControlPanel : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -42,6 +43,13 @@ public:
     /// They stay in force until the end of this object. All states are broadcast then, for the
     /// lamps.
     void Reload();
+
+    /// A locked panel, as it is at first, lets no button be moved.
+    void SetLocked(bool locked) { m_isLocked = locked; }
+    bool IsLocked() const { return m_isLocked; }
+
+    /// Removes the user's layout and goes back to the one that came with the protocol.
+    void Reset();
 
     const std::vector<PanelButton>& Buttons() const { return m_buttons; }
     const PanelLayout& Layout() const { return m_layout; }
@@ -89,6 +97,7 @@ private:
     std::unique_ptr<Lamps> m_lamps;
     std::optional<Press> m_press;
     HoverTip m_tip;
+    bool m_isLocked = true;
     std::wstring m_pushedOnce; // the button whose next push is a second one
 };
 

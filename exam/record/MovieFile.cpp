@@ -1,13 +1,12 @@
 #include "record/MovieFile.h"
 
 #include "base/FileReader.h"
+#include "base/UnusedPath.h"
+#include "record/AviChunks.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/FileReplacement.h>
-
-#include <windows.h>
-#include <vfw.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -15,8 +14,6 @@
 namespace exam {
 
 namespace {
-
-// ---- The place of a movie
 
 std::wstring ShortPath(const std::wstring& path)
 {
@@ -30,58 +27,6 @@ std::wstring ShortPath(const std::wstring& path)
 std::wstring FolderOf(const std::wstring& fullPath)
 {
     return fullPath.substr(0, fullPath.find_last_of(L"\\/") + 1);
-}
-
-// A path in `folder` that no file has yet.
-std::wstring UnusedPath(const std::wstring& folder)
-{
-    const std::wstring stem = folder + L"exam-" + std::to_wstring(GetCurrentProcessId()) + L"-";
-    for (int number = 1;; ++number) {
-        std::wstring path = stem + std::to_wstring(number) + L".avi";
-        if (KindOfFile(path) == FileKind::missing) return path;
-    }
-}
-
-// ---- The parts of a movie
-
-constexpr std::int64_t chunkHead = 8; // name and size
-constexpr std::int64_t listType = 4;  // the name that stands first in a list
-
-// A chunk, or the contents of a list; its name is then the type of the list.
-struct Chunk
-{
-    FOURCC name = 0;
-    std::int64_t begin = 0;
-    std::int64_t end = 0;
-};
-
-bool IsFrame(FOURCC name)
-{
-    return name == mmioFOURCC('0', '0', 'd', 'b') || name == mmioFOURCC('0', '0', 'd', 'c');
-}
-
-// The chunk at `position`; nothing when it does not end by `end`.
-std::optional<Chunk> ReadChunk(const FileReader& file, std::int64_t position, std::int64_t end)
-{
-    std::uint32_t head[2] = {};
-    if (position + chunkHead > end || !file.Read(position, head, sizeof head)) return {};
-    Chunk chunk{head[0], position + chunkHead, position + chunkHead + head[1]};
-    if (chunk.end > end) return {};
-    if (chunk.name != FOURCC_RIFF && chunk.name != FOURCC_LIST) return chunk;
-    if (!file.Read(chunk.begin, &chunk.name, sizeof chunk.name)) return {};
-    chunk.begin += listType;
-    return chunk;
-}
-
-// The first chunk of that name in a list.
-std::optional<Chunk> FindChunk(const FileReader& file, const Chunk& list, FOURCC name)
-{
-    std::int64_t position = list.begin;
-    while (const auto chunk = ReadChunk(file, position, list.end)) {
-        if (chunk->name == name) return chunk;
-        position = chunk->end + chunk->end % 2;
-    }
-    return {};
 }
 
 std::optional<std::uint32_t> ReadNumber(const FileReader& file, const std::optional<Chunk>& chunk,
@@ -155,7 +100,7 @@ std::wstring MovieTarget::Choose(const std::wstring& path, bool overwrite)
     if (!writable)
         return L"the folder's name has characters that the system's code page does not have, and "
                L"no short form; movies cannot be written there";
-    m_writingPath = UnusedPath(*writable);
+    m_writingPath = UnusedPath(*writable + L"exam-", L".avi");
     return L"";
 }
 

@@ -2,6 +2,7 @@
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
 #include "record/MovieFile.h"
+#include "record/MovieNote.h"
 #include "record/PixelCanvas.h"
 #include "record/Recording.h"
 
@@ -65,7 +66,7 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 class MovieRecording : public Recording
 {
 public:
-    MovieRecording(const ExamState& state, const Painter& paint);
+    MovieRecording(const ExamState& state, const Painter& paint, FOURCC codec);
 
     bool Start(const std::wstring& path) override;
     bool AddFrame() override;
@@ -83,6 +84,7 @@ private:
 
     const ExamState& m_state;
     const Painter& m_paint;
+    FOURCC m_codec;
     double m_rate; // frames per second
     int m_frames = 0;
     PixelCanvas m_screen;
@@ -97,8 +99,8 @@ private:
     CCineStoreAVI m_store;
 };
 
-MovieRecording::MovieRecording(const ExamState& state, const Painter& paint)
-    : m_state(state), m_paint(paint), m_rate(state.Cine().FramesPerSecond()),
+MovieRecording::MovieRecording(const ExamState& state, const Painter& paint, FOURCC codec)
+    : m_state(state), m_paint(paint), m_codec(codec), m_rate(state.Cine().FramesPerSecond()),
       m_screen(ScreenArea().Size()), m_time(TimeArea().Size())
 {
     MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());
@@ -118,8 +120,11 @@ bool MovieRecording::Start(const std::wstring& path)
         return false;
     m_store.SetRate(m_rate);
     if (m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(), &background,
-                            ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32))
+                            ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32)) {
+        WriteNote(path, {ScreenLayout::width, ScreenLayout::height,
+                         static_cast<std::int32_t>(m_rate * 1000), m_codec});
         return true;
+    }
     m_store.EndStorage(); // releases what was opened
     return false;
 }
@@ -166,9 +171,10 @@ void MovieRecording::DrawSweep()
 
 } // namespace
 
-std::unique_ptr<Recording> MakeMovieRecording(const ExamState& state, const Painter& paint)
+std::unique_ptr<Recording> MakeMovieRecording(const ExamState& state, const Painter& paint,
+                                              FOURCC codec)
 {
-    return std::make_unique<MovieRecording>(state, paint);
+    return std::make_unique<MovieRecording>(state, paint, codec);
 }
 
 } // namespace exam

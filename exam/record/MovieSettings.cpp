@@ -79,6 +79,13 @@ std::optional<std::wstring> FindCodec(const std::wstring& name)
     return info.szName;
 }
 
+FOURCC CodeOfCodec(const std::wstring& name)
+{
+    ICINFO info;
+    const auto isNamed = [&](const wchar_t* codec) { return codec == name; };
+    return base::FindVideoCodec(info, isNamed) ? info.fccHandler : 0;
+}
+
 std::optional<std::wstring> PrepareMovieSettings()
 {
     CWinApp& app = *AfxGetApp();

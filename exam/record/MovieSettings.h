@@ -1,5 +1,8 @@
 #pragma once
 
+#include <windows.h>
+#include <vfw.h>
+
 #include <optional>
 #include <string>
 
@@ -9,6 +12,9 @@ namespace exam {
 /// for movies without compression, or the codec's own short name. The case of `name` does not
 /// matter. Nothing when there is no such codec.
 std::optional<std::wstring> FindCodec(const std::wstring& name);
+
+/// The code by which movies name an installed codec; 0 for "Uncompressed" and for no codec.
+FOURCC CodeOfCodec(const std::wstring& name);
 
 /// Corrects the settings that the library reads when a movie begins (section "Settings\Capture"),
 /// writes the changes back, and returns the codec's name.

@@ -1,6 +1,7 @@
 #include "record/Recorder.h"
 
 #include "image/CineFile.h"
+#include "record/MovieNote.h"
 #include "record/MovieSettings.h"
 #include "record/NumberedFiles.h"
 
@@ -73,7 +74,8 @@ CString Recorder::StartMovie()
     const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
     if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
-    return Start(MakeMovieRecording(m_state, m_paint), L"movie-%03d.avi", "exam.record.movie");
+    return Start(MakeMovieRecording(m_state, m_paint, CodeOfCodec(*codec)), L"movie-%03d.avi",
+                 "exam.record.movie");
 }
 
 CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name,
@@ -112,6 +114,9 @@ void Recorder::End(bool cutShort)
     m_announced = false;
     ended->Store().EndStorage();
     const bool whole = m_announced && ended->IsWhole(m_path, m_frames);
+    // A file without a frame has nothing to keep, and the number is free again.
+    if (m_frames == 0) DeleteFileW(m_path.c_str());
+    if (m_frames == 0 || whole) RemoveNote(m_path); // any other one can be repaired
     if (m_finished) m_finished({m_path, m_frames, whole, cutShort});
 }
 

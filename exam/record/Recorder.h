@@ -12,7 +12,7 @@ namespace exam {
 struct FinishedRecording
 {
     std::wstring path;
-    int frames = 0;
+    int frames = 0;        ///< 0: the file was removed again
     bool whole = false;    ///< true: the file holds all these frames and can be played
     bool cutShort = false; ///< true: the recording ended because a frame could not be written
 };

@@ -6,6 +6,8 @@
 
 #include <afxwin.h>
 
+#include <vfw.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -34,7 +36,9 @@ public:
     virtual bool IsWhole(const std::wstring& path, int frames) const = 0;
 };
 
-// Records the screen as a movie. State and painter outlive the recording.
-std::unique_ptr<Recording> MakeMovieRecording(const ExamState& state, const Painter& paint);
+// Records the screen as a movie, with the codec of that code (0: uncompressed). State and painter
+// outlive the recording.
+std::unique_ptr<Recording> MakeMovieRecording(const ExamState& state, const Painter& paint,
+                                              FOURCC codec);
 
 } // namespace exam

@@ -49,15 +49,25 @@ CString ServiceDesk::Pack(CWnd& window)
                       archive);
 }
 
-CString ServiceDesk::Unpack(CWnd& window)
+bool ServiceDesk::CloseAbout()
+{
+    if (!m_about.IsShown()) return false;
+    m_about.ShowWindow(SW_HIDE);
+    return true;
+}
+
+CString ServiceDesk::Unpack(CWnd& window, const std::function<bool(const CString& question)>& ask)
 {
     const std::wstring archive = FindNumbered(m_folder, archiveName).last;
     if (archive.empty()) return GetStr("exam.archive.none", m_folder.c_str());
+    const std::wstring folder = fs::path(archive).replace_extension().wstring();
+    const std::size_t there = FilesInTheWay(archive, folder).size();
+    if (there > 0 && !ask(GetStr("exam.archive.replace", static_cast<int>(there), folder.c_str())))
+        return GetStr("exam.archive.kept", folder.c_str());
     ProgressWindow bar;
     bar.Open(window, GetStr("exam.archive.unpacking"));
-    const std::wstring folder = fs::path(archive).replace_extension().wstring();
-    return ResultText(UnpackArchive(archive, folder, {}, StepsOf(bar)), "exam.archive.unpacked",
-                      folder);
+    return ResultText(UnpackArchive(archive, folder, {}, Existing::replace, StepsOf(bar)),
+                      "exam.archive.unpacked", folder);
 }
 
 } // namespace exam

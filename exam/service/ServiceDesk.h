@@ -4,6 +4,7 @@
 
 #include <afxwin.h>
 
+#include <functional>
 #include <string>
 
 namespace exam {
@@ -19,10 +20,13 @@ public:
     /// Pack the study and unpack the last archive. `window` is the main window. The result is the
     /// sentence for its status line.
     CString Pack(CWnd& window);
-    CString Unpack(CWnd& window);
+    /// `ask` asks the user before files are replaced.
+    CString Unpack(CWnd& window, const std::function<bool(const CString& question)>& ask);
 
     /// Shows the about box, or hides it.
     void ToggleAbout(CWnd& window) { m_about.Toggle(window); }
+    /// Hides the about box; false when it was not open.
+    bool CloseAbout();
     const AboutBox& About() const { return m_about; }
 
 private:

@@ -2,10 +2,12 @@
 
 #include "base/Console.h"
 #include "base/FileReader.h"
+#include "base/UnusedPath.h"
 #include "record/MovieFile.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
+#include <base/FileReplacement.h>
 #include <base/InFolder.h>
 #include <base/Owner.h>
 #include <qor_utils/LogOutput.h>
@@ -16,7 +18,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
 namespace exam {
@@ -139,13 +140,42 @@ std::wstring PathOf(std::wstring name)
     return name.erase(0, name.find_first_not_of(L"/\\"));
 }
 
-// True when a file is there that must not be written.
-bool IsHeld(const std::wstring& path)
+// The folder that an archive is unpacked into, and one in it that each file is written to first.
+// The end of this object removes that one with all it holds, so no part of a file stays.
+class Destination
 {
-    constexpr auto withoutChange = std::ios::in | std::ios::out;
-    std::error_code error;
-    return fs::exists(path, error) && !std::fstream(fs::path(path), withoutChange);
-}
+public:
+    explicit Destination(const std::wstring& folder) : m_folder(base::FullPath(folder.c_str()))
+    {
+        std::error_code error;
+        fs::create_directories(m_folder, error);
+        m_writing = UnusedPath(m_folder + L"\\unpacking-", L"");
+        if (!fs::create_directory(m_writing, error)) m_writing.clear();
+    }
+    ~Destination()
+    {
+        std::error_code error;
+        if (!m_writing.empty()) fs::remove_all(m_writing, error);
+    }
+    Destination(const Destination&) = delete;
+    Destination& operator=(const Destination&) = delete;
+
+    // Empty when it could not be made.
+    const std::wstring& WritingFolder() const { return m_writing; }
+
+    // Moves a whole file into the folder. False when it cannot be written there.
+    bool Take(const std::wstring& path) const
+    {
+        const std::wstring place = m_folder + L"\\" + path;
+        std::error_code error; // a missing folder shows when the file is moved
+        fs::create_directories(fs::path(place).parent_path(), error);
+        return base::MoveOver((m_writing + L"\\" + path).c_str(), place.c_str());
+    }
+
+private:
+    std::wstring m_folder;
+    std::wstring m_writing;
+};
 
 enum class Extracted
 {
@@ -154,13 +184,13 @@ enum class Extracted
     failed
 };
 
-// Extracts the current entry. `problem` gets the reason of a failure, if there is one.
-Extracted ExtractEntry(ZipExtract& zip, const std::wstring& name, const char* password, bool isLast,
-                       std::wstring& problem)
+// Extracts the current entry into the current folder, and lets the destination take it. `problem`
+// gets the reason of a failure, if there is one.
+Extracted ExtractEntry(ZipExtract& zip, const Destination& destination, const std::wstring& name,
+                       const char* password, bool isLast, std::wstring& problem)
 {
     const ArchiveErrors errors;
     const std::wstring path = PathOf(name);
-    const bool wasHeld = IsHeld(path);
     const bool wentOn = zip.ExtractNext(password);
     if (errors.First().starts_with(L"error ")) {
         problem = name + L": " + errors.First();
@@ -171,21 +201,22 @@ Extracted ExtractEntry(ZipExtract& zip, const std::wstring& name, const char* pa
         return Extracted::failed;
     }
     std::error_code error;
-    if (!errors.First().empty() || wasHeld || !fs::exists(path, error)) return Extracted::skipped;
-    if (wentOn || isLast) return Extracted::written;
+    if (!errors.First().empty() || !fs::exists(path, error)) return Extracted::skipped;
+    if (wentOn || isLast) return destination.Take(path) ? Extracted::written : Extracted::skipped;
     problem = name + L" cannot be unpacked";
     return Extracted::failed;
 }
 
-ArchiveResult ExtractEntries(ZipExtract& zip, const std::vector<std::wstring>& names,
-                             const char* password, const ArchiveProgress& progress)
+ArchiveResult ExtractEntries(ZipExtract& zip, const Destination& destination,
+                             const std::vector<std::wstring>& names, const char* password,
+                             const ArchiveProgress& progress)
 {
     ArchiveResult result;
     std::wstring skipped;
     for (std::size_t i = 0; i < names.size(); ++i) {
         progress(i, names.size(), names[i]);
-        const Extracted extracted =
-            ExtractEntry(zip, names[i], password, i + 1 == names.size(), result.problem);
+        const Extracted extracted = ExtractEntry(zip, destination, names[i], password,
+                                                 i + 1 == names.size(), result.problem);
         if (extracted == Extracted::failed) return result;
         if (extracted == Extracted::written)
             ++result.files;
@@ -240,27 +271,52 @@ ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder
     const std::vector<std::wstring> files = FilesBelow(root, target, error);
     if (error) return {0, L"the folder " + folder + L" cannot be read"};
     if (files.empty()) return {0, L"the folder " + folder + L" has no files"};
+    // The archive gets its name when it is whole; until then, an older one stays.
+    const std::wstring written = UnusedPath(target + L".", L".part");
     ZipCompress zip;
     zip.SetBasePath(root);
-    if (!zip.Create(target.c_str())) return {0, archive + L" cannot be written"};
+    if (!zip.Create(written.c_str())) return {0, archive + L" cannot be written"};
     ArchiveResult result = AddFiles(zip, files, root.size(), progress);
     zip.Close();
-    if (!result.problem.empty()) fs::remove(target, error);
+    if (result.problem.empty() && !base::MoveOver(written.c_str(), target.c_str()))
+        result.problem = archive + L" cannot be replaced";
+    fs::remove(written, error); // is gone when all went well
     return result;
 }
 
+std::vector<std::wstring> FilesInTheWay(const std::wstring& archive, const std::wstring& folder)
+{
+    std::vector<std::wstring> found;
+    const fs::path place = folder;
+    const auto names = ReadEntryNames(base::FullPath(archive.c_str()));
+    for (const std::wstring& name : names.value_or(std::vector<std::wstring>())) {
+        const fs::path path = PathOf(name);
+        const bool leadsOut = std::ranges::find(path, fs::path(L"..")) != path.end(); // is skipped
+        if (!leadsOut && KindOfFile((place / path).wstring()) == FileKind::file)
+            found.push_back(name);
+    }
+    return found;
+}
+
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
-                            const std::string& password, const ArchiveProgress& progress)
+                            const std::string& password, Existing existing,
+                            const ArchiveProgress& progress)
 {
     const std::wstring source = base::FullPath(archive.c_str());
     const auto names = ReadEntryNames(source);
     ZipExtract zip;
     if (!names || !zip.Open(source.c_str())) return {0, archive + L" is no zip archive"};
-    std::error_code error;
-    fs::create_directories(folder, error);
-    const base::InFolder inFolder(folder);
-    if (!inFolder) return {0, L"the folder " + folder + L" cannot be made"};
-    return ExtractEntries(zip, *names, password.empty() ? nullptr : password.c_str(), progress);
+    const std::vector<std::wstring> inTheWay = FilesInTheWay(archive, folder);
+    if (existing == Existing::keep && !inTheWay.empty())
+        return {0, folder + L" has " + std::to_wstring(inTheWay.size()) +
+                       L" of the files already, " + inTheWay.front() +
+                       L" first; nothing was unpacked, --overwrite replaces them"};
+    const Destination destination(folder);
+    const base::InFolder inFolder(destination.WritingFolder());
+    if (destination.WritingFolder().empty() || !inFolder)
+        return {0, L"the folder " + folder + L" cannot be made"};
+    return ExtractEntries(zip, destination, *names, password.empty() ? nullptr : password.c_str(),
+                          progress);
 }
 
 bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite)
@@ -272,9 +328,10 @@ bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool o
 }
 
 bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
-                   const std::wstring& password)
+                   const std::wstring& password, bool overwrite)
 {
-    return Print(UnpackArchive(archive, folder, base::BytesFromWide(CP_ACP, password), PrintName),
+    return Print(UnpackArchive(archive, folder, base::BytesFromWide(CP_ACP, password),
+                               overwrite ? Existing::replace : Existing::keep, PrintName),
                  L"unpacked into " + folder);
 }
 

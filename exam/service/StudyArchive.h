@@ -20,18 +20,31 @@ struct ArchiveResult
 using ArchiveProgress =
     std::function<void(std::size_t done, std::size_t all, const std::wstring& name)>;
 
-/// Packs all files in a folder and below it, under names relative to the folder, into a new zip
-/// archive. Empty folders are left out. A failure leaves no archive.
+/// Packs all files in a folder and below it, under names relative to the folder, into a zip
+/// archive. Empty folders are left out. The archive is written under another name, beside its own,
+/// and gets its own when it is whole. A failure leaves the archive that was there before, or none.
 ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
                          const ArchiveProgress& progress);
 
-/// Unpacks a zip archive into a folder, which is made if it is missing. Existing files are
-/// replaced. `password` is for encrypted entries. The library cannot extract an entry that is a
-/// folder, so an archive with one is unpacked up to it, and `problem` says so. It also names
-/// skipped entries: those whose name leads out of the folder, or whose file cannot be written; the
-/// rest is unpacked. UI thread only, because the process's current folder changes meanwhile.
+/// The fate of files that an unpacked archive has too.
+enum class Existing
+{
+    keep, ///< nothing is unpacked while there is any
+    replace
+};
+
+/// The names of an archive's entries whose files a folder has already.
+std::vector<std::wstring> FilesInTheWay(const std::wstring& archive, const std::wstring& folder);
+
+/// Unpacks a zip archive into a folder, which is made if it is missing. Each file gets its name
+/// when it is whole, so a failure leaves no part of one. `password` is for encrypted entries. The
+/// library cannot extract an entry that is a folder, so an archive with one is unpacked up to it,
+/// and `problem` says so. It also names skipped entries: those whose name leads out of the folder,
+/// or whose file cannot be written; the rest is unpacked. UI thread only, because the process's
+/// current folder changes meanwhile.
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
-                            const std::string& password, const ArchiveProgress& progress);
+                            const std::string& password, Existing existing,
+                            const ArchiveProgress& progress);
 
 /// The names of a zip archive's entries, in the order of its directory. Nothing when the file is
 /// not a zip archive or its directory is damaged.
@@ -42,8 +55,9 @@ std::optional<std::vector<std::wstring>> ReadEntryNames(const std::wstring& arch
 bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool overwrite);
 
 /// Unpacks an archive into a folder and prints the result. False, with a sentence on standard
-/// error, when not all of it is there.
+/// error, when not all of it is there, and when files are there that `overwrite` does not allow
+/// replacing.
 bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
-                   const std::wstring& password);
+                   const std::wstring& password, bool overwrite);
 
 } // namespace exam

@@ -125,13 +125,12 @@ void DerivedLamps(TourContext& context, Hand& hand)
 
 void SecondPush(TourContext& context, Hand& hand)
 {
-    hand.Push(L"Color");
-    const CString first = context.state.Status();
-    hand.Push(L"Color");
-    context.report.Step(first == GetStr("exam.action.noeffect", L"Mode", L"Color") &&
-                            context.state.Status() ==
-                                GetStr("exam.action.noeffect", L"Mode", L"PowerDoppler"),
-                        L"a second push does what the file says; what has no effect is told");
+    context.state.ShowStrip(true);
+    hand.Push(L"PulsedDoppler"); // switches
+    const bool hidden = !context.state.IsStripShown();
+    hand.Push(L"PulsedDoppler"); // goes back to B
+    context.report.Step(hidden && !context.state.IsStripShown(),
+                        L"a second push does what the file says");
 }
 
 void PictureAndVisibility(TourContext& context, Hand& hand)
@@ -150,19 +149,26 @@ void PictureAndVisibility(TourContext& context, Hand& hand)
 
 void Rearrange(TourContext& context, Hand& hand)
 {
-    const CRect print = hand.AreaOf(L"Print");
-    const CRect patient = hand.AreaOf(L"Patient");
-    hand.Hold(L"Print", patient.CenterPoint() + CPoint(20, 12));
+    const CRect picture = hand.AreaOf(L"Picture");
+    const CRect movie = hand.AreaOf(L"Movie");
+    const CPoint to = movie.CenterPoint() + CPoint(20, 12);
+    hand.Hold(L"Picture", to);
+    hand.Release(to);
+    context.report.Step(hand.Panel().IsLocked() && hand.AreaOf(L"Picture") == picture,
+                        L"while the panel is locked, a drag moves no button");
+    hand.Panel().SetLocked(false);
+    hand.Hold(L"Picture", to);
     hand.Picture(L"panel-drag");
-    hand.Release(patient.CenterPoint() + CPoint(20, 12));
+    hand.Release(to);
+    hand.Panel().SetLocked(true);
     hand.Tick(L"Freeze");
-    context.report.Step(hand.AreaOf(L"Print") == patient && hand.AreaOf(L"Patient") == print,
+    context.report.Step(hand.AreaOf(L"Picture") == movie && hand.AreaOf(L"Movie") == picture,
                         L"a button that is dragged onto another one takes its place");
     context.window.Panel().Reload();
     const bool ticked =
         hand.Panel().Layout().Placements()[hand.Panel().Find(L"Freeze")->placement].check;
     context.report.Step(PanelFileInForce() == PanelSaveFile() && ticked &&
-                            hand.AreaOf(L"Print") == patient && hand.AreaOf(L"Patient") == print &&
+                            hand.AreaOf(L"Picture") == movie && hand.AreaOf(L"Movie") == picture &&
                             hand.IsLit(L"Freeze"),
                         L"the layout comes back from the file that was saved at once");
     hand.Picture(L"panel-rearranged");
@@ -171,16 +177,16 @@ void Rearrange(TourContext& context, Hand& hand)
 void SavedCopyOfTheActions(TourContext& context, Hand& hand)
 {
     std::ofstream(fs::path(SavedActions()))
-        << "<ButtonActions><Button name=\"Print\"><Push1 actionType=\"Imaging\" "
+        << "<ButtonActions><Button name=\"Picture\"><Push1 actionType=\"Imaging\" "
            "action=\"Freeze\"/></Button><Button name=\"B\"><Push1 actionType=\"Imaging\" "
            "action=\"Gain\" actionParam=\"2147483647\"/><Push2 actionType=\"Imaging\" "
            "action=\"Rotate\" actionParam=\"-2147483648\"/></Button></ButtonActions>\n";
     context.window.Panel().Reload();
     const bool only = hand.Panel().Buttons().size() == 2;
-    hand.Push(L"Print");
+    hand.Push(L"Picture");
     context.report.Step(only && !context.state.IsFrozen(),
                         L"the user's copy of the actions shadows the factory's");
-    hand.Push(L"Print");
+    hand.Push(L"Picture");
     hand.Push(L"B");
     hand.Push(L"B");
     context.report.Step(context.state.Gain() == 20 && context.state.Rotation() < 3600 &&

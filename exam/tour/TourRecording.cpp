@@ -65,6 +65,15 @@ void AnotherImageEndsTheRecording(TourContext& context, const std::wstring& fold
     context.state.SelectImage(linearRecording);
 }
 
+void NothingRecorded(TourContext& context, const std::wstring& folder)
+{
+    context.Key('C');
+    context.Key('C');
+    context.report.Step(context.state.Status() == GetStr("exam.record.empty") &&
+                            !fs::exists(fs::path(folder + L"\\recording-003.cine")),
+                        L"a recording without a frame leaves no file");
+}
+
 void MissingCodec(TourContext& context)
 {
     context.SetCodec(L"no such codec");
@@ -99,6 +108,7 @@ void TourRecording(TourContext& context)
     context.state.SelectImage(linearRecording);
     RawRecordingOfAllFrames(context, folder);
     AnotherImageEndsTheRecording(context, folder);
+    NothingRecorded(context, folder);
     MissingCodec(context);
     Movie(context, L"Uncompressed", folder + L"\\movie-001.avi");
     if (FindCodec(L"MJPG"))

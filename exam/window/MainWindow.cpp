@@ -18,6 +18,11 @@ namespace {
 
 constexpr UINT_PTR playTimer = 1;
 
+bool IsHeld(int key)
+{
+    return GetKeyState(key) < 0;
+}
+
 } // namespace
 
 BEGIN_MESSAGE_MAP(MainWindow, CWnd)
@@ -28,6 +33,9 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
     ON_WM_TIMER()
+    ON_WM_CLOSE()
+    ON_MESSAGE(WM_QUERYENDSESSION, OnQueryEndSession)
+    ON_MESSAGE(WM_ENDSESSION, OnEndSession)
     ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
@@ -100,6 +108,7 @@ void MainWindow::OnPaint()
 {
     BufferedPaint paint(*this, CSize(ScreenLayout::width, ScreenLayout::height));
     DrawScreen(paint.Context(), m_state, ScreenUse::display);
+    m_overlays.DrawAll(paint.Context());
 }
 
 void MainWindow::PaintMovie(CDC& dc)
@@ -119,9 +128,29 @@ void MainWindow::TogglePanel()
     m_panel.ShowWindow(m_panel.IsWindowVisible() ? SW_HIDE : SW_SHOWNOACTIVATE);
 }
 
-void MainWindow::OnKeyDown(UINT key, UINT, UINT)
+bool MainWindow::Ask(const CString& question)
 {
-    if (const Command* const command = CommandOfKey(key)) m_commands.CarryOut(*command);
+    return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
+                         MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+}
+
+void MainWindow::TogglePanelLock()
+{
+    m_panel.SetLocked(!m_panel.IsLocked());
+    m_state.SetStatus(GetStr(m_panel.IsLocked() ? "exam.panel.locked" : "exam.panel.unlocked"));
+}
+
+void MainWindow::ResetPanel()
+{
+    m_panel.Reset();
+    m_state.SetStatus(GetStr("exam.panel.reset"));
+}
+
+void MainWindow::OnKeyDown(UINT key, UINT, UINT flags)
+{
+    m_commands.Press({key, IsHeld(VK_CONTROL),
+                      IsHeld(VK_SHIFT) || IsHeld(VK_MENU) || IsHeld(VK_LWIN) || IsHeld(VK_RWIN),
+                      (flags & KF_REPEAT) != 0});
 }
 
 void MainWindow::OnTimer(UINT_PTR)
@@ -131,7 +160,7 @@ void MainWindow::OnTimer(UINT_PTR)
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
-    MouseCapture::HandleMouse(WM_LBUTTONDOWN, flags, point);
+    m_state.Tools().Press(flags, point);
 }
 
 void MainWindow::OnLButtonUp(UINT flags, CPoint point)
@@ -142,6 +171,25 @@ void MainWindow::OnLButtonUp(UINT flags, CPoint point)
 void MainWindow::OnMouseMove(UINT flags, CPoint point)
 {
     MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, point);
+}
+
+void MainWindow::OnClose()
+{
+    m_exam.Leave();
+}
+
+// The session waits for no question, and the process may be ended soon after, so what is open is
+// finished now.
+LRESULT MainWindow::OnQueryEndSession(WPARAM, LPARAM)
+{
+    m_exam.EndRecording();
+    return TRUE;
+}
+
+LRESULT MainWindow::OnEndSession(WPARAM isEnding, LPARAM)
+{
+    if (isEnding) m_exam.EndRecording();
+    return 0;
 }
 
 void MainWindow::OnDestroy()

@@ -33,6 +33,9 @@ protected:
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
     void OnTimer(UINT_PTR id);
+    void OnClose();
+    LRESULT OnQueryEndSession(WPARAM wParam, LPARAM lParam);
+    LRESULT OnEndSession(WPARAM isEnding, LPARAM lParam);
     void OnDestroy();
     DECLARE_MESSAGE_MAP()
 
@@ -41,6 +44,9 @@ private:
     bool SavePicture(const std::wstring& path) override;
     void PaintMovie(CDC& dc) override;
     void TogglePanel() override;
+    void TogglePanelLock() override;
+    void ResetPanel() override;
+    bool Ask(const CString& question) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;

@@ -113,7 +113,7 @@ TEST(CommandLine, OverwritesOnlyWhereItIsAsked)
     EXPECT_FALSE(ParseCommandLine({L"--cine-to-avi", L"a", L"b"}).overwrite);
     EXPECT_TRUE(ParseCommandLine({L"--overwrite", L"--cine-to-avi", L"a", L"b"}).overwrite);
     EXPECT_EQ(ParseCommandLine({L"--overwrite", L"--cine-info", L"a"}).error,
-              L"--overwrite goes with --cine-to-avi or --pack");
+              L"--overwrite goes with --cine-to-avi, --pack or --unpack");
 }
 
 TEST(CommandLine, ReadsTheCommandOnProtocolFiles)

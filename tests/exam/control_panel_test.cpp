@@ -52,6 +52,7 @@ protected:
             [this](const CString&) { ++m_sentences; }, [this] { ++m_broadcasts; }});
         m_panel->Reload();
         ASSERT_TRUE(m_panel->Open(m_owner));
+        m_panel->SetLocked(false);
     }
     void End() { m_panel.reset(); }
 
@@ -210,6 +211,32 @@ TEST_F(ControlPanelTest, ADragOntoAnotherButtonExchangesThem)
     Drag(freezeArea.CenterPoint(), modeArea.CenterPoint());
     EXPECT_EQ(AreaOf(L"Freeze"), modeArea);
     EXPECT_EQ(AreaOf(L"Mode"), freezeArea);
+}
+
+TEST_F(ControlPanelTest, ALockedPanelLetsNoButtonBeMoved)
+{
+    const CRect before = AreaOf(L"Freeze");
+    m_panel->SetLocked(true);
+    Drag(Middle(L"Freeze"), Middle(L"Mode"));
+    EXPECT_EQ(AreaOf(L"Freeze"), before);
+    EXPECT_FALSE(test_support::FileExists(PanelSaveFile()));
+    EXPECT_TRUE(m_done.empty()); // it was let go over another button
+    Drag(Middle(L"Freeze"), Middle(L"Freeze") + CPoint(12, 8));
+    EXPECT_EQ(m_done.size(), 1u);
+    End();
+    m_panel.emplace(ControlPanel::Listener{});
+    EXPECT_TRUE(m_panel->IsLocked()); // at first
+}
+
+TEST_F(ControlPanelTest, GoesBackToTheLayoutThatItCameWith)
+{
+    const CRect before = AreaOf(L"Freeze");
+    Drag(before.CenterPoint(), Middle(L"Mode"));
+    m_panel->Reset();
+    EXPECT_EQ(AreaOf(L"Freeze"), before);
+    EXPECT_FALSE(test_support::FileExists(PanelSaveFile()));
+    m_panel->Reset(); // changes nothing
+    EXPECT_EQ(AreaOf(L"Freeze"), before);
 }
 
 TEST_F(ControlPanelTest, ADragToNowhereChangesAndSavesNothing)

@@ -1,5 +1,6 @@
 // The table of commands, and what comes of them. No window is needed.
 #include "commands/Commands.h"
+#include "service/StudyArchive.h"
 
 #include <gtest/gtest.h>
 #include <pro_actions/CProActionCollection.h>
@@ -7,14 +8,17 @@
 #include <pro_actions/VocabularyLoading.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/Files.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/MouseCapture.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <climits>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -38,6 +42,13 @@ public:
     }
     void PaintMovie(CDC&) override { ++m_painted; }
     void TogglePanel() override { ++m_toggled; }
+    void TogglePanelLock() override { ++m_lockToggled; }
+    void ResetPanel() override { ++m_reset; }
+    bool Ask(const CString& question) override
+    {
+        m_questions.push_back(question);
+        return m_answer;
+    }
     void Close() override { ++m_closed; }
 
     CWnd m_owner;
@@ -45,6 +56,10 @@ public:
     bool m_canSave = true;
     int m_painted = 0;
     int m_toggled = 0;
+    int m_lockToggled = 0;
+    int m_reset = 0;
+    std::vector<CString> m_questions;
+    bool m_answer = false;
     int m_closed = 0;
 };
 
@@ -120,12 +135,12 @@ protected:
 
 TEST_F(CommandsTest, EachKeyAndEachActionBelongToOneCommand)
 {
-    std::set<UINT> keys;
+    std::set<std::pair<UINT, bool>> keys;
     std::set<std::pair<ActionType, int>> actions;
     for (const Command& command : Commands()) {
         if (command.key != 0) {
-            EXPECT_TRUE(keys.insert(command.key).second) << command.key;
-            EXPECT_EQ(CommandOfKey(command.key), &command);
+            EXPECT_TRUE(keys.insert({command.key, command.withControl}).second) << command.key;
+            EXPECT_EQ(CommandOfKey(command.key, command.withControl), &command);
         }
         if (!command.type) continue;
         const ActionInfo action = Action(command.type, command.action);
@@ -133,7 +148,9 @@ TEST_F(CommandsTest, EachKeyAndEachActionBelongToOneCommand)
         EXPECT_EQ(CommandOfAction(action), &command);
     }
     EXPECT_EQ(CommandOfKey(0), nullptr);
+    EXPECT_EQ(CommandOfKey('X'), nullptr);
     EXPECT_EQ(CommandOfKey('Q'), nullptr);
+    EXPECT_EQ(CommandOfKey('C', true), nullptr);
     EXPECT_EQ(CommandOfAction(ActionInfo()), nullptr);
 }
 
@@ -183,7 +200,7 @@ TEST_F(CommandsTest, TheHelpHasOneLineForEachKey)
     const std::wstring help = KeyHelp();
     for (const wchar_t* const line :
          {L"  1          a caliper whose two points the mouse drags\n",
-          L"  Space      shows the next recording\n", L"  Esc        leaves the exam\n"})
+          L"  Space      shows the next recording\n", L"  Ctrl+Q     leaves the exam\n"})
         EXPECT_NE(help.find(line), std::wstring::npos) << line;
     const auto keys = std::count_if(Commands().begin(), Commands().end(),
                                     [](const Command& command) { return command.key != 0; });
@@ -242,8 +259,12 @@ TEST_F(CommandsTest, AKeySwitchesItsStateOnAndOff)
 TEST_F(CommandsTest, AskTheWindowForWhatOnlyAWindowCanDo)
 {
     Press('K');
-    Press(VK_ESCAPE);
+    m_desk.Press({.key = 'K', .control = true});
+    m_desk.Press({.key = 'R', .control = true});
+    m_desk.Press({.key = 'Q', .control = true});
     EXPECT_EQ(m_window.m_toggled, 1);
+    EXPECT_EQ(m_window.m_lockToggled, 1);
+    EXPECT_EQ(m_window.m_reset, 1);
     EXPECT_EQ(m_window.m_closed, 1);
     CarryOut(L"Document", L"SaveImage");
     EXPECT_EQ(m_window.m_picture, m_folder / L"picture-1.png");
@@ -300,10 +321,10 @@ TEST_F(CommandsTest, BroadcastsAStateWhenItHasChanged)
     EXPECT_TRUE(listener.m_values.empty());
     CarryOut(L"Probe", L"Select", 1);
     EXPECT_EQ(std::exchange(listener.m_values, {}), (std::vector<int>{0, 1}));
-    Press('2');
-    EXPECT_EQ(std::exchange(listener.m_values, {}), std::vector<int>{1});
+    Press('2'); // lets the frames stand, too
+    EXPECT_EQ(std::exchange(listener.m_values, {}), (std::vector<int>{1, 1}));
     m_desk.BroadcastAll();
-    EXPECT_EQ(listener.m_values, (std::vector<int>{0, 1, 0, 1}));
+    EXPECT_EQ(listener.m_values, (std::vector<int>{1, 1, 0, 1}));
 }
 
 TEST_F(CommandsTest, OnlyOneRecordingRunsAtATime)
@@ -348,4 +369,117 @@ TEST_F(CommandsTest, FramesRunUnlessTheyAreFrozenOrWhileTheyAreRecorded)
     EXPECT_EQ(m_exam.PlayInterval(), interval);
     CarryOut(L"Console", L"Cancel");
     EXPECT_EQ(m_exam.PlayInterval(), std::nullopt);
+}
+
+TEST_F(CommandsTest, AKeyNeedsItsModifiersAndNoOther)
+{
+    m_desk.Press({.key = 'C', .control = true});
+    m_desk.Press({.key = 'C', .other = true});
+    m_desk.Press({.key = 'Q'});
+    m_desk.Press({.key = 'Q', .control = true, .other = true});
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_EQ(m_window.m_closed, 0);
+    m_desk.Press({.key = 'C'});
+    EXPECT_TRUE(m_state.Recording());
+}
+
+TEST_F(CommandsTest, AHeldKeyRepeatsOnlyWhatSteps)
+{
+    for (const UINT key : {UINT{'C'}, UINT{'Z'}, UINT{'1'}, UINT{VK_SPACE}, UINT{'L'}})
+        m_desk.Press({.key = key, .isRepeat = true});
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_TRUE(m_state.Status().IsEmpty());
+    EXPECT_FALSE(IsOn('1'));
+    EXPECT_EQ(m_state.Current(), 0u);
+    Press(VK_SPACE);
+    for (int i = 0; i < 3; ++i)
+        m_desk.Press({.key = 'F', .isRepeat = true});
+    EXPECT_EQ(m_state.Frame(), 3);
+}
+
+TEST_F(CommandsTest, ClosingAsksWhenMeasurementsWouldBeLost)
+{
+    Press('1');
+    CarryOut(L"Exam", L"End");
+    EXPECT_TRUE(m_window.m_questions.empty()); // nobody has measured anything
+    EXPECT_EQ(m_window.m_closed, 1);
+    m_state.Tools().Distance().SetPoints({CPoint(300, 200)});
+    Press('C');
+    m_exam.Advance();
+    m_exam.Leave();
+    EXPECT_EQ(m_window.m_questions, std::vector<CString>{GetStr("exam.close.measurements", 1)});
+    EXPECT_EQ(m_window.m_closed, 1);
+    EXPECT_TRUE(m_state.Recording()); // the exam goes on
+    m_window.m_answer = true;
+    m_exam.Leave();
+    EXPECT_EQ(m_window.m_closed, 2);
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_TRUE(std::filesystem::exists(m_folder / L"recording-001.cine"));
+}
+
+TEST_F(CommandsTest, EscapeEndsWhatIsUnderWayAndNeverTheExam)
+{
+    m_state.Tools().Distance().Show(true);
+    m_state.SetInput(InputTrackball);
+    MouseCapture::LockNext();
+    Press('C');
+    Press(VK_ESCAPE);
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    EXPECT_TRUE(m_state.Recording());
+    Press(VK_ESCAPE);
+    EXPECT_FALSE(m_state.Recording());
+    Press(VK_ESCAPE);
+    EXPECT_EQ(m_window.m_closed, 0);
+    m_state.SetInput(InputPointer);
+}
+
+TEST_F(CommandsTest, ARecordingOfNoFrameSaysSo)
+{
+    Press('C');
+    Press('C');
+    EXPECT_EQ(m_state.Status(), GetStr("exam.record.empty"));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"recording-001.cine"));
+}
+
+TEST_F(CommandsTest, NothingIsFrozenWhileFramesAreRecorded)
+{
+    Press('C');
+    EXPECT_FALSE(m_state.IsFrozen());
+    CarryOut(L"Imaging", L"Freeze"); // the frames stand, and so does the recording
+    EXPECT_EQ(m_exam.PlayInterval(), std::nullopt);
+    EXPECT_TRUE(m_state.Recording());
+    CarryOut(L"Imaging", L"Freeze");
+    EXPECT_NE(m_exam.PlayInterval(), std::nullopt);
+    Press('C');
+    EXPECT_TRUE(m_state.IsFrozen()); // as before the recording
+    m_state.SetFrozen(false);
+    Press('C');
+    Press('C');
+    EXPECT_FALSE(m_state.IsFrozen());
+}
+
+TEST_F(CommandsTest, AMeasurementLetsTheFramesStand)
+{
+    m_state.SetFrozen(false);
+    Press('2');
+    EXPECT_TRUE(m_state.IsFrozen());
+}
+
+TEST_F(CommandsTest, UnpackingAsksBeforeItReplacesFiles)
+{
+    std::filesystem::create_directories(m_folder / L"study-001");
+    std::ofstream(std::filesystem::path(m_folder / L"study-001\\study.xml")) << "mine";
+    std::filesystem::create_directories(m_folder / L"study");
+    std::ofstream(std::filesystem::path(m_folder / L"study\\study.xml")) << "packed";
+    ASSERT_EQ(PackFolder(m_folder / L"study-001.zip", m_folder / L"study",
+                         [](std::size_t, std::size_t, const std::wstring&) {})
+                  .problem,
+              L"");
+    m_exam.Unpack();
+    EXPECT_EQ(m_window.m_questions.size(), 1u);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.archive.kept", (m_folder / L"study-001").c_str()));
+    EXPECT_EQ(test_support::ReadFile(m_folder / L"study-001\\study.xml"), "mine");
+    m_window.m_answer = true;
+    m_exam.Unpack();
+    EXPECT_EQ(test_support::ReadFile(m_folder / L"study-001\\study.xml"), "packed");
 }

@@ -189,3 +189,17 @@ TEST_F(RecorderTest, DiskFullLeavesAMovieThatIsSaidNotToBeWhole)
     EXPECT_GT(m_finished.frames, 0);
     EXPECT_FALSE(m_finished.whole);
 }
+
+TEST_F(RecorderTest, ARecordingWithoutAFrameLeavesNoFile)
+{
+    for (const bool isMovie : {false, true}) {
+        EXPECT_FALSE((isMovie ? m_recorder.StartMovie() : m_recorder.StartRaw()).IsEmpty());
+        EXPECT_TRUE(m_recorder.IsRecording());
+        m_recorder.Stop();
+        EXPECT_EQ(m_finished.frames, 0);
+        EXPECT_FALSE(m_finished.cutShort);
+        for (const wchar_t* const name :
+             {L"recording-001.cine", L"movie-001.avi", L"movie-001.avi.unfinished"})
+            EXPECT_FALSE(std::filesystem::exists(m_folder / name)) << name;
+    }
+}

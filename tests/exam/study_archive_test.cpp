@@ -8,11 +8,14 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <random>
 
 namespace {
 
 using exam::ArchiveResult;
+using exam::Existing;
 using exam::PackFolder;
 using exam::ReadEntryNames;
 using exam::UnpackArchive;
@@ -22,6 +25,16 @@ using test_support::WriteFile;
 using Names = std::vector<std::wstring>;
 
 void Ignore(std::size_t, std::size_t, const std::wstring&) {}
+
+// The names of what lies in a folder, sorted.
+Names FilesIn(const std::wstring& folder)
+{
+    Names names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().wstring());
+    std::ranges::sort(names);
+    return names;
+}
 
 class StudyArchive : public testing::Test
 {
@@ -46,7 +59,7 @@ TEST_F(StudyArchive, ComesBackByteForByte)
     const ArchiveResult packed = PackFolder(Archive(), Study(), Ignore);
     EXPECT_EQ(packed.problem, L"");
     EXPECT_EQ(packed.files, 2u);
-    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_EQ(unpacked.problem, L"");
     EXPECT_EQ(unpacked.files, 2u);
     EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>");
@@ -97,7 +110,7 @@ TEST_F(StudyArchive, ThatIsDamagedIsAProblemAlsoInItsLastEntry)
     const std::size_t last = bytes.find("study.xml");
     bytes[last + 9] = static_cast<char>(bytes[last + 9] ^ 0x55);
     WriteFile(Archive(), bytes);
-    const ArchiveResult result = UnpackArchive(Archive(), Out(), "", Ignore);
+    const ArchiveResult result = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_NE(result.problem, L"");
     EXPECT_EQ(result.files, 1u);
 }
@@ -110,16 +123,58 @@ TEST_F(StudyArchive, NamesWhatWasSkipped)
          at = bytes.find("deep\\image.raw", at))
         bytes.replace(at, 14, "..\\..\\mage.raw");
     WriteFile(Archive(), bytes);
-    ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_EQ(unpacked.problem, L"skipped, because no such file can be written: ..\\..\\mage.raw");
     EXPECT_EQ(unpacked.files, 1u);
     EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>") << "the rest is there";
 
     const base::File held(CreateFileW((Out() + L"\\study.xml").c_str(), GENERIC_READ, 0, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
-    unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_NE(unpacked.problem.find(L"mage.raw, study.xml"), std::wstring::npos);
     EXPECT_EQ(unpacked.files, 0u);
+}
+
+TEST_F(StudyArchive, HasItsNameOnlyWhenItIsWhole)
+{
+    WriteFile(Archive(), "the older one");
+    PackFolder(Archive(), Study(), [&](std::size_t, std::size_t, const std::wstring&) {
+        EXPECT_EQ(ReadFile(Archive()), "the older one");
+    });
+    EXPECT_EQ(ReadEntryNames(Archive()).value_or(Names()).size(), 2u);
+    const std::string whole = ReadFile(Archive());
+    WriteFile(Study() + L"\\\u8D85.xml", "");
+    EXPECT_NE(PackFolder(Archive(), Study(), Ignore).problem, L"");
+    EXPECT_EQ(ReadFile(Archive()), whole) << "a failure leaves the older one";
+    EXPECT_EQ(FilesIn(m_folder.Path()), (Names{L"study", L"study.zip"}));
+}
+
+TEST_F(StudyArchive, ReplacesFilesOnlyWhenThatIsAllowed)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    CreateDirectoryW(Out().c_str(), nullptr);
+    WriteFile(Out() + L"\\study.xml", "mine");
+    EXPECT_EQ(exam::FilesInTheWay(Archive(), Out()), Names{L"study.xml"});
+    EXPECT_NE(UnpackArchive(Archive(), Out(), "", Existing::keep, Ignore).problem, L"");
+    EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "mine");
+    EXPECT_EQ(FilesIn(Out()), Names{L"study.xml"}) << "nothing was unpacked";
+    EXPECT_EQ(UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore).files, 2u);
+    EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>");
+    EXPECT_EQ(FilesIn(Out()), (Names{L"deep", L"study.xml"}));
+}
+
+TEST_F(StudyArchive, LeavesNoPartOfAFileThatCannotBeUnpacked)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    std::string bytes = ReadFile(Archive());
+    const std::size_t last = bytes.find("study.xml");
+    bytes[last + 9] = static_cast<char>(bytes[last + 9] ^ 0x55);
+    WriteFile(Archive(), bytes);
+    CreateDirectoryW(Out().c_str(), nullptr);
+    WriteFile(Out() + L"\\study.xml", "mine");
+    EXPECT_NE(UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore).problem, L"");
+    EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "mine");
+    EXPECT_EQ(FilesIn(Out()), (Names{L"deep", L"study.xml"}));
 }
 
 TEST_F(StudyArchive, KeepsNamesThatEndInADot)
@@ -132,7 +187,7 @@ TEST_F(StudyArchive, KeepsNamesThatEndInADot)
          at = bytes.find("Jr\\name", at))
         bytes.replace(at, 7, "J.\\name");
     WriteFile(Archive(), bytes);
-    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Ignore);
+    const ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_EQ(unpacked.problem, L"");
     EXPECT_EQ(ReadFile(Out() + L"\\Smith J\\name"), "Smith");
 }
@@ -159,8 +214,10 @@ TEST_F(StudyArchive, CanHave65535Entries)
 TEST_F(StudyArchive, IsNeededToUnpack)
 {
     WriteFile(Archive(), "no archive at all");
-    EXPECT_NE(UnpackArchive(Archive(), Out(), "", Ignore).problem, L"");
-    EXPECT_NE(UnpackArchive(m_folder / L"missing.zip", Out(), "", Ignore).problem, L"");
+    EXPECT_NE(UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore).problem, L"");
+    EXPECT_NE(
+        UnpackArchive(m_folder / L"missing.zip", Out(), "", Existing::replace, Ignore).problem,
+        L"");
 }
 
 TEST_F(StudyArchive, LeavesTheCurrentFolderAsItWas)
@@ -169,7 +226,7 @@ TEST_F(StudyArchive, LeavesTheCurrentFolderAsItWas)
     wchar_t after[MAX_PATH] = {};
     GetCurrentDirectoryW(MAX_PATH, before);
     PackFolder(Archive(), Study(), Ignore);
-    UnpackArchive(Archive(), Out(), "", Ignore);
+    UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     GetCurrentDirectoryW(MAX_PATH, after);
     EXPECT_STREQ(before, after);
 }

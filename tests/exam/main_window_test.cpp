@@ -1,0 +1,217 @@
+// The main window as the user has it: ways out of it, and what the screen shows while frames run.
+#include "base/ScreenLayout.h"
+#include "record/MovieFile.h"
+#include "window/MainWindow.h"
+
+#include <base/GdiHandles.h>
+#include <gtest/gtest.h>
+#include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
+#include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+#include <zel_string_convert/TableLoading.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <optional>
+#include <thread>
+#include <vector>
+
+using namespace exam;
+
+namespace {
+
+CWinApp s_app; // the settings are read through it
+
+class MainWindowTest : public testing::Test
+{
+protected:
+    MainWindowTest()
+    {
+        EXPECT_TRUE(zel_string_convert::LoadTable(test_support::BesideProgram(L"sample\\strings")));
+        EXPECT_TRUE(
+            pro_actions::LoadVocabulary(test_support::BesideProgram(L"sample\\actions.xml")));
+        qor_utils::SetStoreFolder(qor_utils::imagesStore,
+                                  test_support::BesideProgram(L"sample\\images"));
+        std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
+        s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
+        s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"Uncompressed");
+        for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
+            EXPECT_EQ(m_state.AddRecording(name), L"");
+        m_state.SelectImage(1);
+        m_window.emplace(m_state, m_folder.Path());
+        EXPECT_TRUE(m_window->Open());
+        s_app.m_pMainWnd = &*m_window;
+    }
+    ~MainWindowTest() override
+    {
+        if (m_window->GetSafeHwnd()) m_window->DestroyWindow();
+        s_app.m_pMainWnd = nullptr;
+        m_window.reset();
+        HandleMessages();
+        utilsExam::AppExiting = false;
+        pro_actions::ClearVocabulary();
+        zel_string_convert::ClearTable();
+    }
+
+    static void HandleMessages()
+    {
+        for (MSG next; PeekMessage(&next, nullptr, 0, 0, PM_REMOVE);)
+            DispatchMessage(&next);
+    }
+
+    void RecordMovie(int frames)
+    {
+        m_window->Exam().ToggleRecording(true);
+        for (int i = 0; i < frames; ++i)
+            m_window->Exam().Advance();
+        ASSERT_TRUE(m_state.Recording());
+    }
+
+    void ExpectWholeMovie(int frames)
+    {
+        EXPECT_FALSE(m_state.Recording());
+        EXPECT_EQ(FindMovieProblem(m_folder / L"movie-001.avi", frames), L"");
+    }
+
+    test_support::TemporaryFolder m_folder;
+    ExamState m_state;
+    std::optional<MainWindow> m_window;
+};
+
+// Answers the next message box of this thread.
+UINT s_answer = 0;
+int s_boxes = 0;
+
+void CALLBACK Answer(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    const HWND box = FindWindowW(L"#32770", nullptr);
+    if (!box) return;
+    KillTimer(nullptr, timer);
+    ++s_boxes;
+    PostMessageW(box, WM_COMMAND, s_answer, 0);
+}
+
+void AnswerNextBox(UINT answer)
+{
+    s_answer = answer;
+    SetTimer(nullptr, 0, 50, Answer);
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, EveryWayOutFinishesTheRecording)
+{
+    RecordMovie(3);
+    m_window->SendMessage(WM_CLOSE);
+    EXPECT_EQ(m_window->GetSafeHwnd(), nullptr);
+    ExpectWholeMovie(3);
+}
+
+TEST_F(MainWindowTest, TheEndOfTheSessionFinishesTheRecording)
+{
+    RecordMovie(3);
+    EXPECT_TRUE(m_window->SendMessage(WM_QUERYENDSESSION));
+    ExpectWholeMovie(3);
+}
+
+TEST_F(MainWindowTest, AForcedEndOfTheSessionFinishesTheRecording)
+{
+    RecordMovie(2);
+    m_window->SendMessage(WM_ENDSESSION, FALSE);
+    EXPECT_TRUE(m_state.Recording()); // the session goes on
+    m_window->SendMessage(WM_ENDSESSION, TRUE);
+    ExpectWholeMovie(2);
+}
+
+TEST_F(MainWindowTest, ClosingAsksAboutMeasurementsAndGoesOnWithANo)
+{
+    m_state.Tools().Distance().Show(true);
+    m_state.Tools().Distance().SetPoints({CPoint(300, 200)});
+    s_boxes = 0;
+    AnswerNextBox(IDNO);
+    m_window->SendMessage(WM_CLOSE);
+    EXPECT_EQ(s_boxes, 1);
+    ASSERT_NE(m_window->GetSafeHwnd(), nullptr);
+    AnswerNextBox(IDYES);
+    m_window->SendMessage(WM_CLOSE);
+    EXPECT_EQ(s_boxes, 2);
+    EXPECT_EQ(m_window->GetSafeHwnd(), nullptr);
+}
+
+TEST_F(MainWindowTest, AHeldKeyRecordsOnce)
+{
+    constexpr LPARAM repeated = 0x40000001;
+    m_window->SendMessage(WM_KEYDOWN, 'C', 1);
+    for (int i = 0; i < 5; ++i)
+        m_window->SendMessage(WM_KEYDOWN, 'C', repeated);
+    EXPECT_TRUE(m_state.Recording());
+}
+
+namespace {
+
+// Pixels of the windows over the image that look the same on every frame.
+std::vector<CPoint> StablePixels(MainWindow& window)
+{
+    const auto inside = [](CWnd& overlay, CPoint pixel) {
+        overlay.ClientToScreen(&pixel);
+        return pixel;
+    };
+    LoopDial& dial = window.OverImage().Dial();
+    CRect area;
+    dial.GetClientRect(&area);
+    std::vector<CPoint> pixels = {inside(dial, {area.CenterPoint().x, 2}),
+                                  inside(dial, {2, area.CenterPoint().y})};
+    ToolBar& tools = window.OverImage().Tools();
+    for (std::size_t i = 0; i < tools.Buttons().size(); ++i)
+        pixels.push_back(inside(tools, ToolBar::AreaOf(i).CenterPoint()));
+    return pixels;
+}
+
+std::vector<COLORREF> OnScreen(const std::vector<CPoint>& pixels)
+{
+    const base::WindowContext screen(nullptr);
+    const CRect part(0, 0, ScreenLayout::width, ScreenLayout::height);
+    const base::MemoryContext memory(CreateCompatibleDC(screen.get()));
+    const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), part.Width(), part.Height()));
+    const base::Selection selection(memory.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, part.Width(), part.Height(), screen.get(), 0, 0, SRCCOPY);
+    std::vector<COLORREF> colours;
+    for (const CPoint& pixel : pixels)
+        colours.push_back(GetPixel(memory.get(), pixel.x, pixel.y));
+    return colours;
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, NoScreenshotMissesAWindowOverTheImageWhileFramesRun)
+{
+    RedrawWindow(m_window->GetSafeHwnd(), nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    HandleMessages();
+    const std::vector<CPoint> pixels = StablePixels(*m_window);
+    const std::vector<COLORREF> expected = OnScreen(pixels);
+    for (const COLORREF colour : expected)
+        ASSERT_NE(colour, RGB(0, 0, 0)); // what is below them is black
+    constexpr int screenshots = 30;
+    int missing = 0;
+    std::atomic<bool> done = false;
+    {
+        const std::jthread watcher([&] {
+            for (int i = 0; i < screenshots; ++i) {
+                missing += OnScreen(pixels) != expected;
+                Sleep(23);
+            }
+            done = true;
+        });
+        while (!done) {
+            m_state.StepFrames(1);
+            HandleMessages();
+        }
+    }
+    EXPECT_EQ(missing, 0) << "of " << screenshots;
+}
