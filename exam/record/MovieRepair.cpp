@@ -260,6 +260,12 @@ bool WriteMovie(const FileReader& from, const std::vector<Chunk>& frames, const 
 
 } // namespace
 
+bool HoldsFrame(const std::wstring& movie)
+{
+    FileReader file;
+    return file.Open(movie) && FindFirstFrame(file).has_value();
+}
+
 std::wstring RebuildMovie(const std::wstring& damaged, const std::wstring& rebuilt, int& frames)
 {
     FileReader file;

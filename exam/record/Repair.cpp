@@ -93,7 +93,7 @@ std::wstring FindProblem(const std::wstring& path)
 // True for a recording that was cut off after its first frame.
 bool IsCutOff(const std::wstring& path)
 {
-    if (IsMovie(path)) return ReadNote(path).has_value();
+    if (IsMovie(path)) return ReadNote(path).has_value() && HoldsFrame(path);
     RawCine cine;
     return fs::path(path).extension() == L".cine" && cine.Open(path).empty() &&
            cine.Description().count == 0 && FramesOf(cine) > 0;
@@ -139,6 +139,9 @@ std::vector<Repaired> RepairFolder(const std::wstring& folder)
     std::vector<Repaired> repaired;
     for (const std::wstring& path : cutOff)
         repaired.push_back(RepairRecording(path));
+    // A movie may have been finished just before its note could be removed.
+    std::erase_if(repaired,
+                  [](const Repaired& each) { return each.frames == 0 && each.problem.empty(); });
     return repaired;
 }
 

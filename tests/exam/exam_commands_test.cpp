@@ -458,6 +458,18 @@ TEST_F(CommandsTest, NothingIsFrozenWhileFramesAreRecorded)
     EXPECT_FALSE(m_state.IsFrozen());
 }
 
+TEST_F(CommandsTest, TheLampOfTheTrackballShowsTheStyle)
+{
+    m_desk.BroadcastAll();
+    Listener lamp({StateOf(L"Console", L"Pointer")});
+    CarryOut(L"Console", L"Pointer");
+    EXPECT_EQ(MouseCapture::GetInput(), InputTrackball);
+    EXPECT_EQ(std::exchange(lamp.m_values, {}), std::vector<int>{1});
+    CarryOut(L"Console", L"Pointer");
+    EXPECT_EQ(MouseCapture::GetInput(), InputPointer);
+    EXPECT_EQ(lamp.m_values, std::vector<int>{0});
+}
+
 TEST_F(CommandsTest, AMeasurementLetsTheFramesStand)
 {
     m_state.SetFrozen(false);

@@ -200,6 +200,19 @@ TEST_F(RepairTest, LeavesAWholeMovieAlone)
     EXPECT_EQ(ReadFile(movie), whole);
 }
 
+TEST_F(RepairTest, TellsNothingOfMoviesThatWereFinishedOrNotBegun)
+{
+    RecordAndKill(L"Uncompressed");
+    const std::wstring movie = m_folder / L"movie-001.avi";
+    const MovieNote note = ReadNote(movie).value_or(MovieNote());
+    RepairRecording(movie);
+    WriteNote(movie, note);
+    WriteFile(m_folder / L"movie-002.avi", std::string(4096, '\0'));
+    WriteNote(m_folder / L"movie-002.avi", note);
+    EXPECT_TRUE(RepairFolder(m_folder.Path()).empty());
+    EXPECT_FALSE(ReadNote(movie));
+}
+
 TEST_F(RepairTest, LeavesARecordingAloneThatIsStillWritten)
 {
     const std::wstring path = WriteCine(0);
