@@ -46,9 +46,9 @@ TEST_P(PhantomTest, BothWallsMoveWithTheDiameter)
             least = std::min(least, missing);
             most = std::max(most, missing);
         }
-        EXPECT_GT(least, -0.5 * wavelength);
-        EXPECT_LT(most, 3 * wavelength);
-        EXPECT_LT(most - least, 0.4 * vessel.pulsation * vessel.diameter / 2);
+        EXPECT_GT(least, 0.3 * wavelength);
+        EXPECT_LT(most, 1.6 * wavelength);
+        EXPECT_LT(most - least, 0.25 * vessel.pulsation * vessel.diameter / 2);
     }
 }
 
