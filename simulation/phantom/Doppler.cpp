@@ -15,7 +15,7 @@ namespace {
 using Signal = std::vector<std::complex<double>>;
 
 constexpr double signalPower = 100; // of a sample volume full of blood, where noise has 1
-constexpr int wallBins = 3;         // next to velocity 0; a direction whose flow is slower has none
+constexpr int wallBins = 5;         // next to velocity 0; a direction whose flow is slower has none
 constexpr int windowBins = 2;       // by which the window widens the velocities
 // The logarithm of how much likelier flow has to be than noise. It is large because neighbouring
 // bins are not independent.
@@ -74,35 +74,48 @@ public:
     // long cells are seen.
     void AddBlood(Signal& signal, double time) const
     {
-        const VesselMotion& motion = m_patient.Motion();
-        const double middle = (static_cast<double>(signal.size()) - 1) / 2;
-        const double travel = motion.Travel(time);
-        const double radius = motion.Radius(time);
-        std::vector<double> ways;
-        std::vector<double> growths;
-        for (std::size_t pulse = 0; pulse < signal.size(); ++pulse) {
-            const double at =
-                time + (static_cast<double>(pulse) - middle) * m_gate.pulsePeriod * 1e-6;
-            ways.push_back((motion.Travel(at) - travel) * Along(m_patient.Axis()) * m_turnsPerMm);
-            growths.push_back((motion.Radius(at) - radius) * Along(m_patient.Normal()) *
-                              m_turnsPerMm);
-        }
+        const std::vector<Change> changes = ChangesRound(time, signal.size());
+        const double travel = m_patient.Motion().Travel(time);
+        const double radius = m_patient.Motion().Radius(time);
         for (const BloodCell& cell : m_patient.Blood()) {
             const PointMm place =
                 m_patient.Place(m_patient.AlongAt(cell, travel), cell.across * radius);
             const PointMm offset{place.x - m_gate.place.x, place.y - m_gate.place.y};
-            const double amplitude = WeightAt(offset);
+            const double amplitude = AmplitudeAt(offset);
             if (amplitude <= 0) continue;
             const double start = Along(offset) * m_turnsPerMm;
             for (std::size_t pulse = 0; pulse < signal.size(); ++pulse) {
-                const SineCosine phase =
-                    OfTurns(start + cell.velocity * ways[pulse] + cell.across * growths[pulse]);
+                const SineCosine phase = OfTurns(start + cell.velocity * changes[pulse].flow +
+                                                 cell.across * changes[pulse].growth);
                 signal[pulse] += std::complex(amplitude * phase.cosine, amplitude * phase.sine);
             }
         }
     }
 
 private:
+    // How far the phases of the blood have turned at a pulse: by the flow on the axis, and by the
+    // growth of the vessel at its wall.
+    struct Change
+    {
+        double flow;
+        double growth;
+    };
+    std::vector<Change> ChangesRound(double time, std::size_t pulses) const
+    {
+        const VesselMotion& motion = m_patient.Motion();
+        const double middle = (static_cast<double>(pulses) - 1) / 2;
+        const double flow = Along(m_patient.Axis()) * m_turnsPerMm;
+        const double growth = Along(m_patient.Normal()) * m_turnsPerMm;
+        std::vector<Change> changes;
+        for (std::size_t pulse = 0; pulse < pulses; ++pulse) {
+            const double at =
+                time + (static_cast<double>(pulse) - middle) * m_gate.pulsePeriod * 1e-6;
+            changes.push_back({(motion.Travel(at) - motion.Travel(time)) * flow,
+                               (motion.Radius(at) - motion.Radius(time)) * growth});
+        }
+        return changes;
+    }
+
     static double DepthOf(const Patient& patient, PointMm place)
     {
         return patient.Grid().ToScan(place).sample * patient.Grid().SampleSize();
@@ -113,9 +126,9 @@ private:
         return direction.x * m_beam.x + direction.y * m_beam.y;
     }
 
-    // The share of an echo that the volume takes in: all along its length, and fading to nothing at
-    // a beam width on both sides.
-    double WeightAt(PointMm offset) const
+    // The amplitude of an echo: even along the volume's length, and fading to nothing at a beam
+    // width on both sides.
+    double AmplitudeAt(PointMm offset) const
     {
         const double aside = (offset.x * m_beam.y - offset.y * m_beam.x) / m_width;
         if (!(std::abs(Along(offset)) <= m_gate.length / 2) || aside * aside >= 1) return 0;
@@ -152,57 +165,72 @@ std::vector<float> Periodogram(Signal signal)
     return power;
 }
 
-// What one direction of a spectrum shows, in bins from velocity 0.
-struct Flow
+// The powers of one direction of a spectrum, from velocity 0 on.
+std::vector<double> PowersOf(const std::vector<float>& power, int direction)
 {
-    int envelope = 0;
-    int mean = 0;
-};
+    const auto zero = static_cast<std::ptrdiff_t>(power.size() / 2);
+    std::vector<double> powers;
+    for (std::ptrdiff_t bin = 0; bin < zero; ++bin)
+        powers.push_back(power[static_cast<std::size_t>(zero + direction * bin)]);
+    return powers;
+}
 
 // The powers of a periodogram are distributed exponentially: about 1 in noise, about a larger mean
 // in the velocities of the blood, which are those up to the envelope. The envelope is the bin for
-// which this is the likeliest. The mean is that of the power up to there.
-Flow FlowOf(const std::vector<float>& power, int direction)
+// which this is the likeliest, or 0.
+int EnvelopeOf(const std::vector<double>& powers)
 {
-    const int zero = static_cast<int>(power.size()) / 2;
-    const auto at = [&](int bin) {
-        return static_cast<double>(power[static_cast<std::size_t>(zero + direction * bin)]);
-    };
-    Flow flow;
-    double sum = 0;
+    int envelope = 0;
     double best = leastLikelihood;
-    for (int bin = wallBins; bin < zero; ++bin) {
-        sum += at(bin);
+    double sum = 0;
+    for (int bin = wallBins; bin < static_cast<int>(powers.size()); ++bin) {
+        sum += powers[static_cast<std::size_t>(bin)];
         const double count = bin - wallBins + 1;
+        if (sum <= count) continue;
         const double likelihood = sum - count - count * Logarithm(sum / count);
-        if (sum > count && likelihood > best) {
-            best = likelihood;
-            flow.envelope = bin - windowBins;
-        }
+        if (likelihood <= best) continue;
+        best = likelihood;
+        envelope = bin - windowBins;
     }
-    double weight = 0;
-    double moment = 0;
-    for (int bin = 0; bin <= flow.envelope; ++bin) {
-        weight += at(bin);
-        moment += at(bin) * bin;
-    }
-    if (weight > 0) flow.mean = static_cast<int>(RoundToWhole(moment / weight));
-    return flow;
+    return envelope;
 }
 
-void AddTraces(Spectrum& spectrum, std::size_t column, const std::vector<float>& power)
+// The mean bin of the power up to the envelope.
+int MeanOf(const std::vector<double>& powers, int envelope)
+{
+    if (envelope == 0) return 0;
+    double sum = 0;
+    double moment = 0;
+    for (int bin = 0; bin <= envelope; ++bin) {
+        sum += powers[static_cast<std::size_t>(bin)];
+        moment += powers[static_cast<std::size_t>(bin)] * bin;
+    }
+    return static_cast<int>(RoundToWhole(moment / sum));
+}
+
+void SetTraces(Spectrum& spectrum, std::size_t column, const std::vector<float>& power)
 {
     const auto columns = static_cast<std::size_t>(spectrum.columns);
-    const int zero = spectrum.bins / 2;
-    const auto set = [&](std::size_t trace, int bin) {
-        spectrum.traces[trace * columns + column] = static_cast<unsigned char>(bin);
-    };
-    const Flow forward = FlowOf(power, 1);
-    const Flow reverse = FlowOf(power, -1);
-    set(0, zero + forward.envelope);
-    set(1, zero - reverse.envelope);
-    set(2, zero + forward.mean);
-    set(3, zero - reverse.mean);
+    for (const int direction : {1, -1}) {
+        const std::vector<double> powers = PowersOf(power, direction);
+        const int envelope = EnvelopeOf(powers);
+        const int zero = spectrum.bins / 2;
+        const std::size_t first = column + (direction > 0 ? 0 : columns);
+        spectrum.traces[first] = static_cast<unsigned char>(zero + direction * envelope);
+        spectrum.traces[first + 2 * columns] =
+            static_cast<unsigned char>(zero + direction * MeanOf(powers, envelope));
+    }
+}
+
+// Noise of the mean power 1.
+Signal NoiseOf(Random random, int pulses)
+{
+    Signal signal;
+    for (int pulse = 0; pulse < pulses; ++pulse) {
+        const float real = random.Noise();
+        signal.emplace_back(real, random.Noise());
+    }
+    return signal;
 }
 
 unsigned char SpectralLevel(float power)
@@ -230,15 +258,10 @@ Spectrum Phantom::Doppler(const DopplerGate& gate, double start, int columns,
     const SampleVolume volume(*m_patient, gate, soundSpeed);
     for (int column = 0; column < columns; ++column) {
         const double time = start + column / columnsPerSecond;
-        Random random(m_settings.seed, time);
-        Signal signal;
-        for (int pulse = 0; pulse < gate.bins / 2; ++pulse) {
-            const float real = random.Noise();
-            signal.emplace_back(real, random.Noise());
-        }
+        Signal signal = NoiseOf(Random(m_settings.seed, time), gate.bins / 2);
         volume.AddBlood(signal, time);
         const std::vector<float> power = Periodogram(std::move(signal));
-        AddTraces(spectrum, static_cast<std::size_t>(column), power);
+        SetTraces(spectrum, static_cast<std::size_t>(column), power);
         spectrum.power.insert(spectrum.power.end(), power.begin(), power.end());
         std::transform(power.begin(), power.end(), std::back_inserter(spectrum.levels),
                        SpectralLevel);

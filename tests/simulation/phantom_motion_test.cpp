@@ -36,19 +36,22 @@ TEST_P(PhantomTest, BothWallsMoveWithTheDiameter)
     const double beat = 60 / m_settings.heartRate;
     const double wavelength = 1540e3 / m_settings.frequency;
     const Vessel& vessel = m_settings.vessel;
-    for (const double side : {-1.0, 1.0}) {
-        double least = 1e9;
-        double most = -1e9;
-        for (int i = 0; i < 12; ++i) {
-            const double time = 7 + beat * i / 12;
-            const double missing = m_phantom.VesselDiameter(time) / 2 -
-                                   RadiusOnSide(PhantomFrame(m_phantom, time), vessel, side);
-            least = std::min(least, missing);
-            most = std::max(most, missing);
+    double least[] = {1e9, 1e9};
+    double most[] = {-1e9, -1e9};
+    for (int i = 0; i < 12; ++i) {
+        const double time = 7 + beat * i / 12;
+        const PhantomFrame frame(m_phantom, time);
+        for (const int side : {0, 1}) {
+            const double missing =
+                m_phantom.VesselDiameter(time) / 2 - RadiusOnSide(frame, vessel, 2 * side - 1);
+            least[side] = std::min(least[side], missing);
+            most[side] = std::max(most[side], missing);
         }
-        EXPECT_GT(least, 0.3 * wavelength);
-        EXPECT_LT(most, 1.6 * wavelength);
-        EXPECT_LT(most - least, 0.25 * vessel.pulsation * vessel.diameter / 2);
+    }
+    for (const int side : {0, 1}) {
+        EXPECT_GT(least[side], 0.3 * wavelength);
+        EXPECT_LT(most[side], 1.6 * wavelength);
+        EXPECT_LT(most[side] - least[side], 0.25 * vessel.pulsation * vessel.diameter / 2);
     }
 }
 
