@@ -15,8 +15,9 @@ Random::Random(std::uint32_t seed, double time)
 
 float Random::Noise()
 {
-    // A number from -1 to 1 has the variance 1/3.
-    const double sum = Between(-1, 1) + Between(-1, 1) + Between(-1, 1) + Between(-1, 1);
+    double sum = 0;
+    for (int i = 0; i < 4; ++i)
+        sum += Between(-1, 1); // of the variance 1/3
     return static_cast<float>(sum * std::sqrt(3.0 / 8));
 }
 
