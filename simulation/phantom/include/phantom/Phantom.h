@@ -76,8 +76,8 @@ public:
                      double columnsPerSecond) const;
 
     /// A sample volume on the vessel's centre that takes in the whole lumen and shows all
-    /// velocities without folding. A linear probe's beam is steered by 20 degrees, away from the
-    /// normal of the vessel.
+    /// velocities without folding, as far as a pulse period of 50 microseconds or more can. A
+    /// linear probe's beam is steered by 20 degrees, away from the normal of the vessel.
     DopplerGate DefaultGate() const;
 
     // ---- The truth. A phantom that is not valid answers 0.
