@@ -77,9 +77,8 @@ void Register()
     benchmark::RegisterBenchmark("100 spectra a second", Period, columnPeriod)->UseManualTime();
 }
 
-void PrintTable(const RatioReporter& reporter)
+void PrintRatios(const RatioReporter& reporter)
 {
-    RatioReporter::PrintHeading();
     for (const Probe& probe : probes) {
         const std::string name = probe.name;
         reporter.PrintRatio("30 frames a second", "frame" + name, 2);
@@ -93,9 +92,5 @@ void PrintTable(const RatioReporter& reporter)
 int main(int argc, char** argv)
 {
     Register();
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    PrintTable(reporter);
-    return 0;
+    return RatioReporter::RunAll(argc, argv, PrintRatios);
 }
