@@ -41,17 +41,6 @@ int DivideUp(int dividend, int divisor)
     return (dividend + divisor - 1) / divisor;
 }
 
-ZelProbe ProbeOf(const uDataDesc& stream)
-{
-    ZelProbe probe{};
-    probe.type = stream.probeType;
-    probe.elements = stream.elements;
-    probe.pitch = stream.pitch;
-    probe.radius = stream.radius;
-    probe.sectorAngle = stream.sectorAngle;
-    return probe;
-}
-
 ImagingParameters WithoutScale(const CineDescription& description, CSize size)
 {
     ImagingParameters image;
@@ -158,6 +147,17 @@ qor_utils::ScanGeometry ImagingParameters::ToScanGeometry() const
     geometry.height = height;
     geometry.flip = flip;
     return geometry;
+}
+
+ZelProbe ProbeOf(const uDataDesc& stream)
+{
+    ZelProbe probe{};
+    probe.type = stream.probeType;
+    probe.elements = stream.elements;
+    probe.pitch = stream.pitch;
+    probe.radius = stream.radius;
+    probe.sectorAngle = stream.sectorAngle;
+    return probe;
 }
 
 ImagingParameters FitImage(const CineDescription& cine, CSize size)

@@ -72,6 +72,9 @@ struct ImagingParameters
     qor_utils::ScanGeometry ToScanGeometry() const;
 };
 
+/// The probe that a recording's description names.
+ZelProbe ProbeOf(const uDataDesc& stream);
+
 /// Chooses the scale and the position at which the frames of a recording fill an image of `size`
 /// pixels: whole, centred sideways, with a margin all round.
 ImagingParameters FitImage(const CineDescription& cine, CSize size);
