@@ -1,0 +1,27 @@
+#pragma once
+
+#include "study/MarkValues.h"
+
+#include <string>
+
+// The texts of a study in the current language.
+namespace exam {
+
+/// The text of a key that takes no arguments.
+std::wstring TextOf(const char* key);
+
+/// A number with this many decimals and the language's decimal sign. Nothing is grouped, and no
+/// zero is negative.
+std::wstring NumberText(double value, int decimals);
+
+/// The name of an object for readers: its title, its file's name or its id, whichever comes first.
+std::wstring NameOf(const StudyObject& object);
+std::wstring ObjectNameOf(const Mark& mark, const StudyContent& study);
+
+/// A mark's frame as readers count, from 1; empty on the strip.
+std::wstring FrameText(const Mark& mark);
+
+/// A value with its name and its unit, such as "Length 12.5 mm".
+std::wstring ValueText(const MarkValue& value);
+
+} // namespace exam
