@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace exam {
 
@@ -42,9 +41,9 @@ const MarkKindInfo& InfoOf(MarkKind kind)
 
 std::optional<MarkKind> KindNamed(const std::wstring& name)
 {
-    const auto found =
-        std::ranges::find_if(kinds, [&](const MarkKindInfo& info) { return name == info.name; });
-    return found == std::end(kinds) ? std::nullopt : std::optional(found->kind);
+    for (const MarkKindInfo& info : kinds)
+        if (name == info.name) return info.kind;
+    return std::nullopt;
 }
 
 bool IsSound(const Mark& mark)

@@ -11,7 +11,7 @@ template <class Value>
 class Shared
 {
 public:
-    Shared(Value value) : m_value(std::make_shared<const Value>(std::move(value))) {}
+    explicit Shared(Value value) : m_value(std::make_shared<const Value>(std::move(value))) {}
 
     const Value& operator*() const { return *m_value; }
     const Value* operator->() const { return m_value.get(); }

@@ -129,7 +129,7 @@ bool Study::SetPoints(int number, std::vector<MarkPoint> points)
     });
 }
 
-bool Study::MoveMark(int number, MarkPoint by)
+bool Study::MoveMark(int number, const MarkPoint& by)
 {
     return ReplaceMark(number, [&](Mark& mark) {
         const StudyObject* const object = FindObject(m_content, mark.object);
@@ -199,7 +199,7 @@ bool Study::ReplaceMark(int number, const std::function<bool(Mark&)>& change)
     if (found == changed.marks.end()) return false;
     Mark mark = **found;
     if (!change(mark)) return false;
-    *found = std::move(mark);
+    *found = Shared<Mark>(std::move(mark));
     return Put(std::move(changed));
 }
 

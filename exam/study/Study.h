@@ -18,8 +18,8 @@ namespace exam {
 /// 2. A change that is not possible (an unknown number, a wrong count of points, a number that is
 ///    not finite, a limit below) is refused and changes nothing. A change to what is there already
 ///    is no step.
-/// 3. The limits keep the whole history below 16 MiB: 1,000 marks of 1,000 points, 1,000 objects,
-///    4,000 characters in a text. A text is cut there.
+/// 3. Limits keep a study with its whole history below 40 MiB: 1,000 marks of 1,000 points, 1,000
+///    objects, 4,000 characters in a text. A text is cut there.
 /// 4. A character that files cannot keep (a control character, half of a pair) becomes U+FFFD.
 ///
 /// User-interface thread only.
@@ -50,7 +50,7 @@ public:
     bool SetPoints(int number, std::vector<MarkPoint> points);
     /// Moves a mark as a whole. On a frame `by` is in millimetres, so that no measured value
     /// changes; on the strip it is in seconds and metres per second.
-    bool MoveMark(int number, MarkPoint by);
+    bool MoveMark(int number, const MarkPoint& by);
     bool Rename(int number, std::wstring text);
     bool RemoveMark(int number);
 

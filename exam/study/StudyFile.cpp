@@ -139,7 +139,7 @@ std::wstring StudyFile::Save(const StudyContent& content)
 std::wstring StudyFile::SavePatient(const Patient& patient)
 {
     if (m_hasPatient && patient == m_saved.patient) return {};
-    const std::wstring problem =
+    std::wstring problem =
         m_patient.Save([&](const zelXMLNode& root) { WritePatient(patient, root); });
     if (problem.empty()) m_hasPatient = true;
     return problem;
