@@ -77,6 +77,9 @@ constexpr Option options[] = {
      L"language of the texts: en (default) or de"},
     {L"--console", L"M", Place::window, false, nullptr, KeepConsole,
      L"console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren"},
+    {L"--fixed", L"", Place::window, false, nullptr, Set<&C::fixed>,
+     L"show the window in the fixed form of a console, 1024 x 768 pixels with the\n"
+     L"control panel below it, as the tour does"},
     {L"--tour", L"DIR", Place::window, true, L"a folder", Keep<&C::tourFolder>,
      L"run unattended, check every step, leave pictures and files in DIR;\n"
      L"exits 0 only when all steps held"},

@@ -27,6 +27,7 @@ struct CommandLine
     std::wstring password;          ///< password of `archive`
     std::wstring crashKind;         ///< way in which the program is to crash
     std::wstring logFolder;         ///< folder of the log and the crash reports; empty: store 28
+    bool fixed = false;             ///< true: the window has the fixed form of a console
     bool service = false;           ///< true: the service mode is on
     bool overwrite = false;         ///< true: files may be replaced
     bool help = false;

@@ -189,15 +189,16 @@ bool ExamApp::OpenMainWindow()
     const std::wstring folder = base::FullPath(m_options.RecordingFolder().c_str());
     m_window = std::make_unique<MainWindow>(*m_state, folder);
     m_pMainWnd = m_window.get();
-    if (!m_window->Open()) return Fail(L"the main window cannot be created; is there a screen?");
+    const bool isFixed = m_options.fixed || m_options.IsTour();
+    if (!m_window->Open(isFixed ? WindowForm::console : WindowForm::window))
+        return Fail(L"the main window cannot be created; is there a screen?");
     if (!m_options.IsTour()) m_window->Exam().RepairRecordings();
-    m_window->Panel().Reload();
-    return m_window->Panel().Open(*m_window) || Fail(L"the control panel cannot be created");
+    return m_window->OpenPanel() || Fail(L"the control panel cannot be created");
 }
 
 bool ExamApp::OpenStatusRow()
 {
-    m_status = std::make_unique<StatusDisplay>(*m_window);
+    m_status = std::make_unique<StatusDisplay>(*m_window, *m_state);
     return m_status->Open() || Fail(L"the status row cannot be created");
 }
 

@@ -33,6 +33,21 @@ private:
     base::Selection m_selection;
 };
 
+/// Brings a context back to its present state, with its clipping and its origin, when the scope
+/// ends.
+class SavedState
+{
+public:
+    explicit SavedState(CDC& dc) : m_dc(dc), m_saved(dc.SaveDC()) {}
+    ~SavedState() { m_dc.RestoreDC(m_saved); }
+    SavedState(const SavedState&) = delete;
+    SavedState& operator=(const SavedState&) = delete;
+
+private:
+    CDC& m_dc;
+    int m_saved;
+};
+
 /// Answers WM_PAINT without flicker: everything drawn into Context() reaches the window in one go
 /// when this object ends. The window outlives it.
 class BufferedPaint

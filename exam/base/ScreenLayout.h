@@ -4,59 +4,47 @@
 
 namespace exam {
 
-/// The fixed layout of the main window's client area, in pixels.
+/// The places of the main window's parts, in pixels of its client area.
 struct ScreenLayout
 {
-    static constexpr int width = 1024;
-    static constexpr int height = 768;
-    static constexpr int headerHeight = 44;
-    static constexpr int statusHeight = 32;
-    static constexpr int statusRowWidth = 460;
-    static constexpr int panelWidth = 248;
-    static constexpr int rulerWidth = 64;
-    static constexpr int stripHeight = 200;
-    static constexpr int outlineHeight = 150;
+    CSize client{};   ///< size of the client area
+    double scale = 1; ///< the pixels that stand for one pixel at 96 dpi
+    CRect header{};
+    CRect statusRow{};     ///< the status row's own window, to the right of the header
+    CRect tools{};         ///< room of the tool bar
+    CRect dial{};          ///< the place that shows how far the loop of frames has gone
+    CRect badge{};         ///< the shown depth
+    CRect imageArea{};     ///< the image, with the depth scale to the right of it
+    CRect image{};         ///< the part of imageArea that shows the frame
+    CRect strip{};         ///< the spectral strip, while it is shown
+    CRect panel{};         ///< the facts beside the image
+    CRect outline{};       ///< the turned outline, at the lower end of the panel
+    CRect timeline{};      ///< the frames of the recording as a line; empty: none
+    CRect recordingMark{}; ///< the sign that a recording runs
+    CRect controlPanel{};  ///< the docked control panel; empty: it is not docked
+    CRect status{};        ///< the status line
+    CRect movie{};         ///< the part that movies show; it begins at the corner
 
-    static CRect Header() { return {0, 0, width - statusRowWidth, headerHeight}; }
-    /// The status row's own window, to the right of the header.
-    static CRect StatusRow() { return {width - statusRowWidth, 0, width, headerHeight}; }
-    static CRect ImageArea()
-    {
-        return {0, headerHeight, width - panelWidth, height - statusHeight};
-    }
-    static CRect Panel()
-    {
-        return {width - panelWidth, headerHeight, width, height - statusHeight};
-    }
-    static CRect Status() { return {0, height - statusHeight, width, height}; }
+    int Scaled(int pixels) const { return static_cast<int>(pixels * scale + 0.5); }
 
-    /// The part of ImageArea() that shows the frame. The depth scale stands to the right of it.
-    static CRect Image()
-    {
-        CRect rect = ImageArea();
-        rect.right -= rulerWidth;
-        return rect;
-    }
-
-    /// The spectral strip covers the lower end of ImageArea() while it is shown.
-    static CRect Strip()
-    {
-        CRect rect = ImageArea();
-        rect.top = rect.bottom - stripHeight;
-        return rect;
-    }
-
-    /// The mark stands in the upper left corner of ImageArea(), where a sector leaves room.
-    static CRect RecordingMark() { return {16, headerHeight + 12, 176, headerHeight + 36}; }
-
-    /// The turned outline takes the lower end of the panel.
-    static CRect Outline()
-    {
-        CRect rect = Panel();
-        rect.top = rect.bottom - outlineHeight;
-        rect.DeflateRect(24, 16);
-        return rect;
-    }
+    bool operator==(const ScreenLayout& other) const = default;
 };
+
+/// The fixed form of a console: 1024 x 768 pixels. The strip covers the lower end of the image
+/// while it is shown, and tool bar, dial, badge and recording mark stand in corners of the image.
+ScreenLayout ConsoleLayout();
+
+/// The things that the layout of a window follows from.
+struct WindowRoom
+{
+    CSize client{};
+    int dpi = 96;
+    bool hasControlPanel = true; ///< the control panel is docked
+    bool hasStrip = false;       ///< the strip is shown
+};
+
+/// The layout of a window whose size the user chooses. No part overlaps another one, but those
+/// that are parts of each other. Lengths follow the dpi as far as the window has room.
+ScreenLayout WindowLayout(const WindowRoom& room);
 
 } // namespace exam

@@ -125,11 +125,6 @@ void ImageTool::SetPoints(const std::vector<CPoint>& points)
     TellChange(stateMeasurementChanged);
 }
 
-CRect ImageTool::Area() const
-{
-    return {m_surroundings.corner, CSize(Image().width, Image().height)};
-}
-
 void ImageTool::DrawPoints(CDC& dc) const
 {
     for (std::size_t i = 0; i < m_points.size(); ++i) {
@@ -150,7 +145,8 @@ bool ImageTool::OnMouseInput(unsigned int message, unsigned int, int x, int y)
 {
     if (m_active < 0 || m_active >= static_cast<int>(m_points.size())) return false;
     if (message == WM_MOUSEMOVE) {
-        MovePoint(static_cast<std::size_t>(m_active), CPoint(CPoint(x, y) - m_surroundings.corner));
+        MovePoint(static_cast<std::size_t>(m_active),
+                  CPoint(CPoint(x, y) - m_surroundings.area.TopLeft()));
         TellChange(stateMeasurementChanged);
         return true;
     }
@@ -171,7 +167,7 @@ void ImageTool::OnReleaseMouse()
 void ImageTool::GetAutoPoints(std::vector<POINT>& points)
 {
     for (const CPoint& point : m_points)
-        points.push_back(point + m_surroundings.corner);
+        points.push_back(point + m_surroundings.area.TopLeft());
 }
 
 void ImageTool::SetLock(int index)
@@ -179,12 +175,11 @@ void ImageTool::SetLock(int index)
     m_active = index;
     m_lastUse = ++m_surroundings.uses;
     if (MouseCapture::GetInput() == InputTrackball) {
-        // Client pixels are screen pixels, because the main window's client area begins at the
-        // screen's corner.
-        CRect area = Area();
+        CRect area = m_surroundings.area;
         MouseCapture::ClipCursor(&area);
         if (index >= 0 && index < static_cast<int>(m_points.size())) {
-            const CPoint at = m_points[static_cast<std::size_t>(index)] + m_surroundings.corner;
+            const CPoint at =
+                m_points[static_cast<std::size_t>(index)] + m_surroundings.area.TopLeft();
             SetCursorPos(at.x, at.y);
         }
     }
@@ -193,7 +188,7 @@ void ImageTool::SetLock(int index)
 
 void ImageTool::GetBackgroundRect(CRect& rect)
 {
-    rect = Area();
+    rect = m_surroundings.area;
 }
 
 } // namespace exam

@@ -27,14 +27,14 @@ struct FrameName
 struct ToolSurroundings
 {
     const ImageView& view;
-    CPoint corner;  ///< the image's upper left corner in the client area
-    unsigned& uses; ///< counts what is done with the tools
+    const CRect& area; ///< the image's place on the screen
+    unsigned& uses;    ///< counts what is done with the tools
 };
 
 /// A measuring tool on the image: a few points that the pointer drags, as MouseCapture allows.
 /// Each frame has a measurement of its own. It belongs to the places in the frame that were
 /// pointed at, and its value is the one that was measured there, whatever depth is shown later.
-/// The points are pixels of the image, while MouseCapture works in pixels of the client area. The
+/// The points are pixels of the image, while MouseCapture works in pixels of the screen. The
 /// state-change signal tells of every change.
 class ImageTool : public IMouseHandler
 {
@@ -112,7 +112,6 @@ private:
         bool isMeasured = false; // the user has set a point
     };
 
-    CRect Area() const;
     const Mark* Current() const;
     Mark& Keep();
     bool PlacePoints();

@@ -105,11 +105,18 @@ CString RegionBox::Readout() const
 }
 
 MeasureTools::MeasureTools(const ImageView& view, const CRect& area)
-    : m_area(area), m_distance({view, area.TopLeft(), m_uses}, 1, {{42, 40}, {58, 40}}),
-      m_angle({view, area.TopLeft(), m_uses}, 2, {{36, 50}, {42, 66}, {52, 52}}),
-      m_region({view, area.TopLeft(), m_uses}, 3, {{40, 60}, {62, 76}})
+    : m_area(area), m_distance({view, m_area, m_uses}, 1, {{42, 40}, {58, 40}}),
+      m_angle({view, m_area, m_uses}, 2, {{36, 50}, {42, 66}, {52, 52}}),
+      m_region({view, m_area, m_uses}, 3, {{40, 60}, {62, 76}})
 {
     MouseCapture::Initialize(m_area, InputPointer);
+}
+
+void MeasureTools::SetArea(const CRect& area)
+{
+    if (area == m_area) return;
+    m_area = area;
+    MouseCapture::Initialize(m_area, MouseCapture::GetInput());
 }
 
 void MeasureTools::Follow(const FrameName& frame)

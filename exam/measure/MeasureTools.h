@@ -75,7 +75,7 @@ private:
 class MeasureTools
 {
 public:
-    /// `area`: the image's place in the main window's client area.
+    /// `area`: the image's place on the screen.
     MeasureTools(const ImageView& view, const CRect& area);
     MeasureTools(const MeasureTools&) = delete;
     MeasureTools& operator=(const MeasureTools&) = delete;
@@ -95,7 +95,10 @@ public:
     /// The number of measurements, of all tools and frames, whose points the user has set.
     int Measured() const;
 
-    /// Passes a press of the mouse on, in client coordinates. In pointer style the tool in hand,
+    /// Says where the image is on the screen now.
+    void SetArea(const CRect& area);
+
+    /// Passes a press of the mouse on, in pixels of the screen. In pointer style the tool in hand,
     /// which is the one shown or grabbed last, takes it before the others, unless the press hits
     /// the point of another one.
     void Press(UINT flags, CPoint at);

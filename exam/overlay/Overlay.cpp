@@ -8,16 +8,16 @@ BEGIN_MESSAGE_MAP(Overlay, CBufferedWnd)
     ON_MESSAGE(WM_NCHITTEST, OnNcHitTest)
 END_MESSAGE_MAP()
 
-bool Overlay::Open(CWnd& parent, const CRect& image)
+bool Overlay::Open(CWnd& parent, const CRect& room)
 {
     // Transparent, so that the parent paints below it even where it clips its children.
-    return Create(WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, &parent, AreaOver(image), 0,
-                  CString()) != 0;
+    return Create(WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, &parent, AreaIn(room), 0, CString()) !=
+           0;
 }
 
-void Overlay::PlaceOver(const CRect& image)
+void Overlay::PlaceOver(const CRect& room)
 {
-    const CRect area = AreaOver(image);
+    const CRect area = AreaIn(room);
     SetWindowPos(nullptr, area.left, area.top, area.Width(), area.Height(),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }

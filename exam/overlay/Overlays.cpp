@@ -15,11 +15,8 @@ namespace exam {
 
 namespace {
 
-constexpr int margin = 16; // from the image's corner
-
-// The dial.
-constexpr int diameter = 57;
-constexpr int ringWidth = 5;
+// The part of the dial's diameter that its ring is wide.
+constexpr int ringShare = 11;
 
 // The point on the circle's edge at a fraction of a turn, clockwise from the top.
 CPoint EdgePoint(const CRect& circle, double turn)
@@ -42,18 +39,7 @@ void FillPie(CDC& dc, const CRect& circle, double turn)
     Pie(dc, circle.left, circle.top, circle.right, circle.bottom, end.x, end.y, start.x, start.y);
 }
 
-// The badge.
-constexpr int width = 120;
-constexpr int height = 26;
-constexpr int marginTop = 84;
-
 } // namespace
-
-CRect LoopDial::AreaOver(const CRect& image) const
-{
-    const CPoint corner(image.right - margin - diameter, image.top + margin);
-    return {corner, CSize(diameter, diameter)};
-}
 
 void LoopDial::Draw(CDC* dc)
 {
@@ -61,7 +47,7 @@ void LoopDial::Draw(CDC* dc)
     dc->FillSolidRect(&area, palette::header);
     if (!m_state.HasRecording()) return;
     CRect circle = area;
-    circle.DeflateRect(ringWidth, ringWidth);
+    circle.DeflateRect(area.Width() / ringShare, area.Height() / ringShare);
     CPen edge(PS_SOLID, 1, palette::label);
     CBrush ground(palette::panel);
     CBrush gone(palette::accent);
@@ -83,12 +69,6 @@ void LoopDial::DrawMask(CDC* dc)
     dc->Ellipse(&area);
 }
 
-CRect DepthBadge::AreaOver(const CRect& image) const
-{
-    const CPoint corner(image.right - margin - width, image.top + marginTop);
-    return {corner, CSize(width, height)};
-}
-
 void DepthBadge::Draw(CDC* dc)
 {
     CRect area = Client();
@@ -96,7 +76,7 @@ void DepthBadge::Draw(CDC* dc)
     CBrush edge(palette::line);
     dc->FrameRect(&area, &edge);
     if (!m_state.HasRecording()) return;
-    const ScopedFont font(*dc, ScopedFont::textSize, FW_NORMAL);
+    const ScopedFont font(*dc, m_state.Layout().Scaled(ScopedFont::textSize), FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);
     dc->DrawText(GetStr("exam.value.depth", m_state.View().Parameters().DepthMillimetres()), &area,
@@ -104,15 +84,28 @@ void DepthBadge::Draw(CDC* dc)
 }
 
 Overlays::Overlays(const ExamState& state, std::vector<ToolButton> buttons)
-    : m_dial(state), m_badge(state), m_tools(std::move(buttons))
+    : m_state(state), m_dial(state), m_badge(state), m_tools(std::move(buttons))
 {
 }
 
-bool Overlays::Open(CWnd& parent, const CRect& image)
+std::array<CRect, 3> Overlays::Rooms() const
 {
-    const std::array<Overlay*, 3> all = All();
-    return std::all_of(all.begin(), all.end(),
-                       [&](Overlay* overlay) { return overlay->Open(parent, image); });
+    const ScreenLayout& layout = m_state.Layout();
+    return {layout.dial, layout.badge, layout.tools};
+}
+
+bool Overlays::Open(CWnd& parent)
+{
+    bool isOpen = true;
+    for (std::size_t i = 0; i < All().size(); ++i)
+        isOpen = isOpen && All().at(i)->Open(parent, Rooms().at(i));
+    return isOpen;
+}
+
+void Overlays::Place()
+{
+    for (std::size_t i = 0; i < All().size(); ++i)
+        if (All().at(i)->GetSafeHwnd()) All().at(i)->PlaceOver(Rooms().at(i));
 }
 
 void Overlays::Refresh()

@@ -9,7 +9,7 @@
 
 namespace exam {
 
-/// A round dial in the upper right corner of the image that shows how far the loop of frames has
+/// A round dial that shows how far the loop of frames has
 /// gone.
 class LoopDial : public Overlay
 {
@@ -19,14 +19,11 @@ public:
     void Draw(CDC* dc) override;
     void DrawMask(CDC* dc) override;
 
-protected:
-    CRect AreaOver(const CRect& image) const override;
-
 private:
     const ExamState& m_state;
 };
 
-/// A rectangle below the dial: the depth that is shown.
+/// A rectangle with the depth that is shown.
 class DepthBadge : public Overlay
 {
 public:
@@ -34,9 +31,6 @@ public:
 
     void Draw(CDC* dc) override;
     int IsRectMask() override { return 1; }
-
-protected:
-    CRect AreaOver(const CRect& image) const override;
 
 private:
     const ExamState& m_state;
@@ -49,9 +43,12 @@ public:
     /// The state outlives this object. The buttons are those of the tool bar.
     Overlays(const ExamState& state, std::vector<ToolButton> buttons);
 
-    /// Shows them over an image whose area is `image`, in client coordinates of `parent`. False
-    /// when the platform refuses.
-    bool Open(CWnd& parent, const CRect& image);
+    /// Shows them in their places of the state's layout, in the client area of `parent`. False when
+    /// the platform refuses.
+    bool Open(CWnd& parent);
+
+    /// Moves them to their places after the layout has changed.
+    void Place();
 
     /// Repaints all of them.
     void Refresh();
@@ -66,7 +63,9 @@ public:
 
 private:
     std::array<Overlay*, 3> All() { return {&m_dial, &m_badge, &m_tools}; }
+    std::array<CRect, 3> Rooms() const;
 
+    const ExamState& m_state;
     LoopDial m_dial;
     DepthBadge m_badge;
     ToolBar m_tools;

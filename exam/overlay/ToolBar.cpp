@@ -5,6 +5,7 @@
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/GetStr.h>
 
+#include <algorithm>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -23,11 +24,14 @@ constexpr float edgePlaces[] = {0, 0.12F, 1};
 constexpr float frameFactors[] = {0, 0.2F, 1, 1};
 constexpr float framePlaces[] = {0, 0.15F, 0.3F, 1};
 
-constexpr int buttonSize = 40;
-constexpr int gap = 8;
-constexpr int corner = 14; // diameter
-constexpr int fromLeft = 12;
-constexpr int fromTop = 132; // leaves room for the recording mark and the time of movies
+// The parts of a button's size.
+constexpr double gapShare = 0.2;
+constexpr double cornerShare = 0.35; // diameter
+
+int GapOf(int size)
+{
+    return static_cast<int>(size * gapShare);
+}
 
 } // namespace
 
@@ -75,16 +79,21 @@ ToolBar::ToolBar(std::vector<ToolButton> buttons) : m_buttons(std::move(buttons)
         m_pictures.emplace_back(button.picture);
 }
 
-CRect ToolBar::AreaOf(std::size_t button)
+CRect ToolBar::AreaOf(std::size_t button) const
 {
-    const int top = static_cast<int>(button) * (buttonSize + gap);
-    return {CPoint(0, top), CSize(buttonSize, buttonSize)};
+    const int size = Client().Width();
+    const int top = static_cast<int>(button) * (size + GapOf(size));
+    return {CPoint(0, top), CSize(size, size)};
 }
 
-CRect ToolBar::AreaOver(const CRect& image) const
+CRect ToolBar::AreaIn(const CRect& room) const
 {
-    const int height = m_buttons.empty() ? 0 : AreaOf(m_buttons.size() - 1).bottom;
-    return {CPoint(image.left + fromLeft, image.top + fromTop), CSize(buttonSize, height)};
+    const auto count = static_cast<int>(m_buttons.size());
+    if (count == 0) return {room.TopLeft(), CSize(room.Width(), 0)};
+    const int most = static_cast<int>(room.Height() / (count * (1 + gapShare)));
+    const int size = std::min<int>(room.Width(), most);
+    const CPoint corner(room.left + (room.Width() - size) / 2, room.top);
+    return {corner, CSize(size, count * (size + GapOf(size)) - GapOf(size))};
 }
 
 void ToolBar::Draw(CDC* dc)
@@ -103,6 +112,7 @@ void ToolBar::DrawMask(CDC* dc)
     dc->SelectStockObject(WHITE_PEN);
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
         const CRect area = AreaOf(i);
+        const int corner = static_cast<int>(area.Width() * cornerShare);
         RoundRect(*dc, area.left, area.top, area.right, area.bottom, corner, corner);
     }
 }

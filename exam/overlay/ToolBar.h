@@ -53,7 +53,7 @@ struct ToolButton
     std::function<ButtonForm()> form; ///< its look now; a disabled button cannot be pushed
 };
 
-/// Buttons with pictures in a column at the left edge of the image; the image shows between them.
+/// Buttons with pictures in a column, as wide as its room, or as small as it takes to find place.
 /// They are for the user at the screen, so recordings leave them out.
 class ToolBar : public Overlay
 {
@@ -62,14 +62,14 @@ public:
 
     const std::vector<ToolButton>& Buttons() const { return m_buttons; }
     /// The area of a button, in the client area.
-    static CRect AreaOf(std::size_t button);
+    CRect AreaOf(std::size_t button) const;
 
     void Draw(CDC* dc) override;
     void DrawMask(CDC* dc) override;
     bool CanDrawOnAVI() const override { return false; }
 
 protected:
-    CRect AreaOver(const CRect& image) const override;
+    CRect AreaIn(const CRect& room) const override;
     bool TakesMouse() const override { return true; }
 
     void OnLButtonDown(UINT flags, CPoint point);

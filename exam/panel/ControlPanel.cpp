@@ -26,6 +26,15 @@ bool IsFar(CPoint a, CPoint b)
     return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) > dragThreshold;
 }
 
+DWORD StyleOf(PanelForm form)
+{
+    switch (form) {
+    case PanelForm::docked: return WS_CHILD;
+    case PanelForm::floating: return WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME;
+    default: return WS_POPUP;
+    }
+}
+
 // A button's text in the current language: the text of the key exam.button.NAME, or the name
 // itself.
 CString LabelOf(const std::wstring& name)
@@ -41,6 +50,7 @@ CString LabelOf(const std::wstring& name)
 BEGIN_MESSAGE_MAP(ControlPanel, CWnd)
     ON_WM_ERASEBKGND()
     ON_WM_PAINT()
+    ON_WM_SIZE()
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
@@ -63,20 +73,34 @@ ControlPanel::~ControlPanel()
     ActionRepository::DestroyInstance();
 }
 
-bool ControlPanel::Open(CWnd& owner)
+CRect ControlPanel::AreaBelow(const CWnd& owner)
 {
     CRect beside;
     owner.GetWindowRect(&beside);
-    // The panel stands below its owner, or as far down as the screen allows.
-    const int lowest = GetSystemMetrics(SM_CYSCREEN) - PanelGrid::height;
-    const CPoint corner(beside.left, std::min<int>(beside.bottom, lowest));
+    const int lowest = GetSystemMetrics(SM_CYSCREEN) - PanelGrid::consoleSize.cy;
+    return {CPoint(beside.left, std::min<int>(beside.bottom, lowest)), PanelGrid::consoleSize};
+}
+
+bool ControlPanel::Open(CWnd& owner, PanelForm form, const CRect& area)
+{
+    if (GetSafeHwnd()) DestroyWindow();
+    m_press.reset();
     const CString windowClass =
         AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW));
-    if (!CreateEx(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, windowClass, GetStr("exam.panel.title"),
-                  WS_POPUP, CRect(corner, CSize(PanelGrid::width, PanelGrid::height)), &owner, 0))
+    const DWORD extended = form == PanelForm::docked ? 0 : WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW;
+    if (!CreateEx(extended, windowClass, GetStr("exam.panel.title"), StyleOf(form), area, &owner,
+                  0))
         return false;
     ShowWindow(SW_SHOWNOACTIVATE);
     return true;
+}
+
+CSize ControlPanel::Client() const
+{
+    if (!GetSafeHwnd()) return PanelGrid::consoleSize;
+    CRect client;
+    GetClientRect(&client);
+    return client.Size();
 }
 
 void ControlPanel::Reload()
@@ -106,14 +130,16 @@ void ControlPanel::Reset()
 void ControlPanel::Arrange()
 {
     m_buttons.clear();
+    const CSize client = Client();
     const std::vector<ButtonPlacement>& placements = m_layout.Placements();
     for (std::size_t i = 0; i < placements.size(); ++i) {
         const ButtonPlacement& placement = placements[i];
         const ButtonAction* const action =
             ActionRepository::GetInstance()->GetAction(placement.name.c_str());
         if (!action || !PanelGrid::Holds(placement.grid)) continue;
-        m_buttons.push_back(
-            {i, action, LabelOf(placement.name), PanelGrid::AreaOf(placement.grid)});
+        m_buttons.push_back({i, action, LabelOf(placement.name),
+                             PanelGrid::AreaOf(placement.grid, client),
+                             PanelGrid::ScaleOf(client)});
     }
     Repaint();
 }
@@ -129,6 +155,7 @@ const PanelButton* ControlPanel::Find(const std::wstring& name) const
 void ControlPanel::OnStateChange(StateChangeType type, unsigned int, long)
 {
     if (type != stateLanguageChanged || m_press) return;
+    if (GetSafeHwnd()) SetWindowText(GetStr("exam.panel.title"));
     Arrange();
 }
 
@@ -144,13 +171,19 @@ BOOL ControlPanel::OnEraseBkgnd(CDC*)
 
 void ControlPanel::OnPaint()
 {
-    BufferedPaint paint(*this, CSize(PanelGrid::width, PanelGrid::height));
+    BufferedPaint paint(*this, Client());
     Draw(paint.Context());
+}
+
+void ControlPanel::OnSize(UINT, int, int)
+{
+    m_press.reset();
+    Arrange();
 }
 
 void ControlPanel::Draw(CDC& dc) const
 {
-    dc.FillSolidRect(0, 0, PanelGrid::width, PanelGrid::height, palette::panel);
+    dc.FillSolidRect(0, 0, Client().cx, Client().cy, palette::panel);
     const ScopedFont font(dc, ScopedFont::textSize - 2, FW_NORMAL);
     for (const PanelButton& button : m_buttons)
         DrawPanelButton(dc, button, LookOf(button));
@@ -265,8 +298,8 @@ void ControlPanel::Drop(const Press& press)
     GridInfo first = m_layout.Placements()[button.placement].grid;
     first.span = 1;
     first.height = 1;
-    const auto cell =
-        PanelGrid::CellAt(PanelGrid::AreaOf(first).CenterPoint() + (press.now - press.at));
+    const CPoint middle = PanelGrid::AreaOf(first, Client()).CenterPoint();
+    const auto cell = PanelGrid::CellAt(middle + (press.now - press.at), Client());
     if (!cell || !m_layout.Move(button.placement, cell->row, cell->column)) return;
     Arrange();
     SaveLayout();

@@ -16,11 +16,18 @@
 
 namespace exam {
 
-/// The control panel, a window of its own below the main window, like the second screen of a
-/// console. Buttons, places, actions and lamps all come from protocol files. A click on a button
-/// carries its action out, the ends of a rotary control turn it, and the right mouse button ticks
-/// it. While the panel is not locked, a button that is dragged goes to another cell. The user's
-/// changes are saved at once.
+/// The ways in which the control panel is shown.
+enum class PanelForm
+{
+    below,   ///< below the fixed form of the main window, like the second screen of a console
+    docked,  ///< a part of the main window
+    floating ///< a window of its own, which the user moves and resizes
+};
+
+/// The control panel, with buttons that grow and shrink with it. Buttons, places, actions and lamps
+/// all come from protocol files. A click on a button carries its action out, the ends of a rotary
+/// control turn it, and the right mouse button ticks it. While the panel is not locked, a button
+/// that is dragged goes to another cell. The user's changes are saved at once.
 class ControlPanel : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -35,9 +42,13 @@ public:
     explicit ControlPanel(Listener listener);
     ~ControlPanel() override;
 
-    /// Creates and shows the window, owned by `owner`; false when the platform refuses. The window
-    /// takes no keyboard input away from its owner.
-    bool Open(CWnd& owner);
+    /// Creates and shows the window, or shows it in another form; false when the platform refuses.
+    /// The window takes no keyboard input away from its owner. `area` is its place, in the owner's
+    /// client area when it is docked, else on the screen.
+    bool Open(CWnd& owner, PanelForm form, const CRect& area);
+
+    /// The place below a window of the fixed form, or as far down as the screen allows.
+    static CRect AreaBelow(const CWnd& owner);
 
     /// Reads the protocol's files in force: derived states, the buttons' actions and the layout.
     /// They stay in force until the end of this object. All states are broadcast then, for the
@@ -61,6 +72,7 @@ public:
 protected:
     BOOL OnEraseBkgnd(CDC* dc);
     void OnPaint();
+    void OnSize(UINT type, int width, int height);
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
@@ -81,6 +93,7 @@ private:
     };
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    CSize Client() const;
     void Arrange();
     void Repaint();
     void Draw(CDC& dc) const;

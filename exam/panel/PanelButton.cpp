@@ -14,6 +14,9 @@ namespace {
 
 constexpr int endWidth = 22; // width of each end of a rotary control
 constexpr int lampSize = 6;
+constexpr int textMargin = 4;
+constexpr int textSize = ScopedFont::textSize - 2;
+constexpr int leastTextSize = 9; // pixels, however small the panel is
 constexpr UINT oneLine = DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
 
 void DrawBody(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
@@ -28,8 +31,10 @@ void DrawBody(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
 void DrawLamp(CDC& dc, const PanelButton& button, bool lit)
 {
     if (button.action->states.empty() || button.IsRotary()) return;
-    const CPoint at(button.area.CenterPoint().x - 2 * lampSize, button.area.top + lampSize);
-    const CRect lamp(at, CSize(4 * lampSize, lampSize - 1));
+    const CSize size(button.Scaled(4 * lampSize), button.Scaled(lampSize - 1));
+    const CPoint at(button.area.CenterPoint().x - size.cx / 2,
+                    button.area.top + button.Scaled(lampSize));
+    const CRect lamp(at, size);
     dc.FillSolidRect(&lamp, lit ? palette::accent : palette::panel);
 }
 
@@ -41,6 +46,17 @@ void DrawEnds(CDC& dc, const PanelButton& button)
     CRect plus = button.IncrementArea();
     dc.DrawText(L"\u2212", &minus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     dc.DrawText(L"+", &plus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+// Draws a line of text, as large as the panel's scale says, or smaller if it would not fit.
+void DrawFitted(CDC& dc, const PanelButton& button, const CString& text, CRect box, UINT format)
+{
+    for (int size = std::max(button.Scaled(textSize), leastTextSize);; --size) {
+        const ScopedFont font(dc, size, FW_NORMAL);
+        if (size > leastTextSize && dc.GetTextExtent(text).cx > box.Width()) continue;
+        dc.DrawText(text, &box, format | oneLine);
+        return;
+    }
 }
 
 // A tick in the upper right corner.
@@ -55,15 +71,13 @@ void DrawCheck(CDC& dc, const CRect& area)
 void DrawTexts(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
 {
     CRect box = button.area;
-    box.DeflateRect(button.IsRotary() ? endWidth : 4, 6);
+    box.DeflateRect(button.Scaled(button.IsRotary() ? endWidth : textMargin), button.Scaled(6));
     dc.SetTextColor(palette::text);
-    if (look.value.IsEmpty()) {
-        dc.DrawText(button.label, &box, DT_CENTER | DT_VCENTER | oneLine);
-        return;
-    }
-    dc.DrawText(button.label, &box, DT_CENTER | DT_TOP | oneLine);
+    if (look.value.IsEmpty())
+        return DrawFitted(dc, button, button.label, box, DT_CENTER | DT_VCENTER);
+    DrawFitted(dc, button, button.label, box, DT_CENTER | DT_TOP);
     dc.SetTextColor(palette::accent);
-    dc.DrawText(look.value, &box, DT_CENTER | DT_BOTTOM | oneLine);
+    DrawFitted(dc, button, look.value, box, DT_CENTER | DT_BOTTOM);
 }
 
 } // namespace
@@ -93,14 +107,14 @@ const ActionInfo& PanelButton::ActionAt(CPoint pixel, bool isSecond) const
 CRect PanelButton::DecrementArea() const
 {
     CRect end = area;
-    end.right = end.left + endWidth;
+    end.right = end.left + Scaled(endWidth);
     return end;
 }
 
 CRect PanelButton::IncrementArea() const
 {
     CRect end = area;
-    end.left = end.right - endWidth;
+    end.left = end.right - Scaled(endWidth);
     return end;
 }
 

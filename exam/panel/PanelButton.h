@@ -19,6 +19,7 @@ struct PanelButton
     const ButtonAction* action; ///< the repository's record of it
     CString label;              ///< in the current language
     CRect area;                 ///< in pixels of the panel's client area
+    double scale = 1;           ///< the size of what is drawn, compared to a console
 
     /// A rotary control is turned by its left and right ends.
     bool IsRotary() const;
@@ -33,6 +34,8 @@ struct PanelButton
     /// The ends of a rotary control.
     CRect DecrementArea() const;
     CRect IncrementArea() const;
+
+    int Scaled(int pixels) const { return static_cast<int>(pixels * scale + 0.5); }
 };
 
 /// True when the vocabulary knows the action.

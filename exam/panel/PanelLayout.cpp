@@ -14,11 +14,23 @@ namespace exam {
 
 namespace {
 
-constexpr int cellWidth = 84;
-constexpr int cellHeight = 62;
-constexpr int left = (PanelGrid::width - PanelGrid::columns * cellWidth) / 2;
-constexpr int top = (PanelGrid::height - PanelGrid::rows * cellHeight) / 2;
+// Pixels on a console; they grow and shrink with the client area.
+constexpr int marginX = 8;
+constexpr int marginY = 7;
 constexpr int halfGap = 3;
+
+// The cells in pixels of a client area.
+struct Cells
+{
+    explicit Cells(CSize client)
+        : left(marginX * PanelGrid::ScaleOf(client)), top(marginY * PanelGrid::ScaleOf(client)),
+          width((client.cx - 2 * left) / PanelGrid::columns),
+          height((client.cy - 2 * top) / PanelGrid::rows)
+    {
+    }
+
+    double left, top, width, height;
+};
 
 // Numbers that differ by less are the same to a placement.
 constexpr double resolution = 0.001;
@@ -35,9 +47,9 @@ struct Extent
     double left, top, right, bottom;
 };
 
-int ToPixel(int origin, int cell, double position)
+int ToPixel(double origin, double cell, double position)
 {
-    return origin + static_cast<int>(std::lround(cell * position));
+    return static_cast<int>(std::lround(origin + cell * position));
 }
 
 using PlacementList = std::vector<ButtonPlacement>;
@@ -77,6 +89,11 @@ void Put(GridInfo& place, int row, int column)
 
 } // namespace
 
+double PanelGrid::ScaleOf(CSize client)
+{
+    return std::min(1.0 * client.cx / consoleSize.cx, 1.0 * client.cy / consoleSize.cy);
+}
+
 bool PanelGrid::Holds(const GridInfo& place)
 {
     const Extent extent(place);
@@ -94,20 +111,27 @@ bool PanelGrid::Overlap(const GridInfo& a, const GridInfo& b)
            first.top < second.bottom - resolution && second.top < first.bottom - resolution;
 }
 
-CRect PanelGrid::AreaOf(const GridInfo& place)
+CRect PanelGrid::AreaOf(const GridInfo& place, CSize client)
 {
     const Extent extent(place);
-    CRect area(ToPixel(left, cellWidth, extent.left), ToPixel(top, cellHeight, extent.top),
-               ToPixel(left, cellWidth, extent.right), ToPixel(top, cellHeight, extent.bottom));
-    area.DeflateRect(halfGap, halfGap);
+    const Cells cells(client);
+    CRect area(ToPixel(cells.left, cells.width, extent.left),
+               ToPixel(cells.top, cells.height, extent.top),
+               ToPixel(cells.left, cells.width, extent.right),
+               ToPixel(cells.top, cells.height, extent.bottom));
+    const int gap = static_cast<int>(std::lround(halfGap * ScaleOf(client)));
+    area.DeflateRect(gap, gap);
     return area;
 }
 
-std::optional<PanelGrid::Cell> PanelGrid::CellAt(CPoint pixel)
+std::optional<PanelGrid::Cell> PanelGrid::CellAt(CPoint pixel, CSize client)
 {
-    const CRect grid(left, top, left + columns * cellWidth, top + rows * cellHeight);
-    if (!grid.PtInRect(pixel)) return std::nullopt;
-    return Cell{(pixel.y - top) / cellHeight, (pixel.x - left) / cellWidth};
+    const Cells cells(client);
+    const double row = (pixel.y - cells.top) / cells.height;
+    const double column = (pixel.x - cells.left) / cells.width;
+    // The comparisons are written so that no cell holds a NaN.
+    if (!(row >= 0 && row < rows && column >= 0 && column < columns)) return std::nullopt;
+    return Cell{static_cast<int>(row), static_cast<int>(column)};
 }
 
 bool PanelLayout::Load(const std::wstring& path)

@@ -12,13 +12,18 @@
 
 namespace exam {
 
-/// The grid of the control panel: its cells, and their places in pixels of the panel's client area.
+/// The grid of the control panel: its cells, and their places in pixels of the panel's client area,
+/// which they fill.
 struct PanelGrid
 {
     static constexpr int columns = 12;
     static constexpr int rows = 3;
-    static constexpr int width = 1024; ///< size of the client area
-    static constexpr int height = 200;
+
+    /// The size of the client area on a console.
+    static constexpr CSize consoleSize{1024, 200};
+
+    /// The pixels of a client area that stand for one pixel of a console's panel.
+    static double ScaleOf(CSize client);
 
     /// A button's sides must be at least this part of a cell, so that it can be hit.
     static constexpr double smallestExtent = 0.25;
@@ -35,11 +40,11 @@ struct PanelGrid
     /// True when two buttons on the grid overlap.
     static bool Overlap(const GridInfo& a, const GridInfo& b);
 
-    /// The pixels of a button on the grid, without the gap to its neighbours.
-    static CRect AreaOf(const GridInfo& place);
+    /// The pixels of a button on the grid of a client area, without the gap to its neighbours.
+    static CRect AreaOf(const GridInfo& place, CSize client);
 
     /// The cell of a pixel; none outside the grid.
-    static std::optional<Cell> CellAt(CPoint pixel);
+    static std::optional<Cell> CellAt(CPoint pixel, CSize client);
 };
 
 /// The place of each button on the control panel: the content of the protocol file "panel.xml"

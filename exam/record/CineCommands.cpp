@@ -120,7 +120,7 @@ Written AddFrames(const CineFile& cine, ImageView& view, CCineStoreAVI& movie)
 
 Written WriteFrames(const CineFile& cine, const std::wstring& path)
 {
-    const CSize size = ScreenLayout::Image().Size();
+    const CSize size = ConsoleLayout().image.Size();
     ImageView view;
     view.SetRecording(cine, size);
     CCineStoreAVI movie;

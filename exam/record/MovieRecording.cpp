@@ -21,11 +21,6 @@ constexpr int sweepLength = 24; // pixels
 constexpr int sweepStep = 8;    // pixels a frame
 constexpr unsigned int sweepColour = 0x00FFBE50;
 
-CRect ScreenArea()
-{
-    return {0, 0, ScreenLayout::width, ScreenLayout::height};
-}
-
 // The place of the time in the image, or in the strip while that is shown. It stays clear of the
 // strip's traces.
 CRect TimeArea()
@@ -33,14 +28,23 @@ CRect TimeArea()
     return {0, 112, 160, 136};
 }
 
+// The place of the spectral strip. While there is none, the composition has to be given one too.
+CRect StripOf(const ScreenLayout& screen)
+{
+    if (!screen.strip.IsRectEmpty()) return screen.strip;
+    CRect strip = screen.imageArea;
+    strip.top = strip.CenterPoint().y;
+    return strip;
+}
+
 // The rects of the composition. The last two are regions of the panel and count rows from its lower
 // edge, because the composition takes them after it has turned the plane upside down.
-std::vector<CRect> MovieLayout()
+std::vector<CRect> MovieLayout(const ScreenLayout& screen)
 {
-    const CRect panel = ScreenLayout::Panel();
-    const int outline = ScreenLayout::outlineHeight;
-    return {ScreenLayout::ImageArea(),
-            ScreenLayout::Strip(),
+    const CRect& panel = screen.panel;
+    const int outline = panel.bottom - screen.outline.top;
+    return {screen.imageArea,
+            StripOf(screen),
             panel,
             TimeArea(),
             CRect(0, outline, panel.Width(), panel.Height()),
@@ -83,6 +87,7 @@ private:
     void DrawSweep();
 
     const ExamState& m_state;
+    const ScreenLayout m_layout; // the recording ends when the screen gets another one
     const Painter& m_paint;
     FOURCC m_codec;
     double m_rate; // frames per second
@@ -100,11 +105,12 @@ private:
 };
 
 MovieRecording::MovieRecording(const ExamState& state, const Painter& paint, FOURCC codec)
-    : m_state(state), m_paint(paint), m_codec(codec), m_rate(state.Cine().FramesPerSecond()),
-      m_screen(ScreenArea().Size()), m_time(TimeArea().Size())
+    : m_state(state), m_layout(state.Layout()), m_paint(paint), m_codec(codec),
+      m_rate(state.Cine().FramesPerSecond()), m_screen(m_layout.movie.Size()),
+      m_time(TimeArea().Size())
 {
-    MakeOpenMask(m_imageMask, ScreenLayout::ImageArea().Size());
-    MakeOpenMask(m_stripMask, ScreenLayout::Strip().Size());
+    MakeOpenMask(m_imageMask, m_layout.imageArea.Size());
+    MakeOpenMask(m_stripMask, StripOf(m_layout).Size());
 }
 
 bool MovieRecording::Start(const std::wstring& path)
@@ -114,15 +120,14 @@ bool MovieRecording::Start(const std::wstring& path)
     if (!folder || !m_screen || !m_time) return false;
     m_paint(m_screen.Context());
     Plane pixels;
-    m_screen.Cut(ScreenArea(), pixels);
+    m_screen.Cut(m_layout.movie, pixels);
+    const CSize size = m_layout.movie.Size();
     CBitmap background;
-    if (!background.CreateBitmap(ScreenLayout::width, ScreenLayout::height, 1, 32, pixels.data()))
-        return false;
+    if (!background.CreateBitmap(size.cx, size.cy, 1, 32, pixels.data())) return false;
     m_store.SetRate(m_rate);
     if (m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(), &background,
-                            ScreenLayout::width, ScreenLayout::height, MovieLayout(), 32)) {
-        WriteNote(path, {ScreenLayout::width, ScreenLayout::height,
-                         static_cast<std::int32_t>(m_rate * 1000), m_codec});
+                            size.cx, size.cy, MovieLayout(m_layout), 32)) {
+        WriteNote(path, {size.cx, size.cy, static_cast<std::int32_t>(m_rate * 1000), m_codec});
         return true;
     }
     m_store.EndStorage(); // releases what was opened
@@ -134,9 +139,9 @@ bool MovieRecording::AddFrame()
     m_paint(m_screen.Context());
     DrawTime();
     DrawSweep();
-    m_screen.Cut(ScreenLayout::ImageArea(), m_image);
-    m_screen.Cut(ScreenLayout::Strip(), m_strip);
-    m_screen.Cut(ScreenLayout::Panel(), m_panel);
+    m_screen.Cut(m_layout.imageArea, m_image);
+    m_screen.Cut(StripOf(m_layout), m_strip);
+    m_screen.Cut(m_layout.panel, m_panel);
     const bool strip = m_state.IsStripShown();
     ++m_frames;
     return m_store.AddFrame(m_image.data(), strip ? m_strip.data() : nullptr, m_panel.data(),
@@ -162,7 +167,7 @@ void MovieRecording::DrawTime()
 
 void MovieRecording::DrawSweep()
 {
-    const int width = ScreenLayout::Strip().Width();
+    const int width = StripOf(m_layout).Width();
     const int from = m_frames * sweepStep % (width - sweepLength);
     m_sweep.assign(static_cast<std::size_t>(width) * sweepHeight, 0);
     for (int row = 0; row < sweepHeight; ++row)

@@ -87,10 +87,10 @@ std::optional<MovieNote> NoteFromFrame(const FileReader& file, const Chunk& fram
 {
     if (const auto size = JpegSize(file, frame))
         return MovieNote{size->cx, size->cy, usualRate, jpegCodec};
-    constexpr std::int64_t screen =
-        std::int64_t{ScreenLayout::width} * ScreenLayout::height * bytesPerPixel;
+    const CSize size = ConsoleLayout().movie.Size();
+    const std::int64_t screen = std::int64_t{size.cx} * size.cy * bytesPerPixel;
     if (frame.end - frame.begin != screen) return {};
-    return MovieNote{ScreenLayout::width, ScreenLayout::height, usualRate, 0};
+    return MovieNote{size.cx, size.cy, usualRate, 0};
 }
 
 bool IsPlausible(const MovieNote& note)

@@ -2,12 +2,11 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
-#include "base/ScreenLayout.h"
-#include "measure/RotatedOutline.h"
 #include "measure/SpectralStrip.h"
+#include "screen/InfoPanel.h"
+#include "screen/Timeline.h"
 
 #include <base/GdiHandles.h>
-#include <qor_utils/ZelProbe.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -18,19 +17,32 @@ namespace {
 constexpr int micronsPerHalfCentimetre = 5000;
 constexpr int longTick = 10;
 constexpr int shortTick = 5;
+constexpr int tickGap = 4;
+constexpr CSize labelSize(48, 16);
 
-void DrawLabel(CDC& dc, int x, int y, int centimetres)
+void DrawLabel(CDC& dc, const ScreenLayout& layout, CPoint at, int centimetres)
 {
     CString text;
     text.Format(centimetres == 0 ? L"%d cm" : L"%d", centimetres);
-    CRect box(x, y - 8, x + 48, y + 8);
+    const int height = layout.Scaled(labelSize.cy);
+    CRect box(CPoint(at.x, at.y - height / 2), CSize(layout.Scaled(labelSize.cx), height));
     dc.DrawText(text, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+}
+
+// The whole centimetres from one number of the scale to the next, so that the numbers stand apart.
+int LabelStep(const ScreenLayout& layout, const ImagingParameters& image)
+{
+    for (const int step : {1, 2, 5})
+        if (step * 2 * micronsPerHalfCentimetre / image.micronsPerPixel.y >
+            layout.Scaled(labelSize.cy))
+            return step;
+    return 10;
 }
 
 // Draws the depth scale beside the image: a tick every half centimetre from the probe's face down.
 // The ticks of whole centimetres are longer and numbered. `x` is the column of the scale in pixels
 // of the image.
-void DrawRuler(CDC& dc, const ImagingParameters& image, int x)
+void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& image, int x)
 {
     if (image.micronsPerPixel.y <= 0 || image.lines < 1) return;
     CPen pen(PS_SOLID, 1, palette::scale);
@@ -41,117 +53,55 @@ void DrawRuler(CDC& dc, const ImagingParameters& image, int x)
     const int middle = image.lines / 2;
     const int top = image.Pixel(middle, 0).y;
     const int bottom = image.Pixel(middle, image.samples - 1).y;
+    const int labelStep = 2 * LabelStep(layout, image);
     DrawLines(dc, {CPoint(x, top), CPoint(x, bottom)});
     for (int half = 0;; ++half) {
         const int y = top + half * micronsPerHalfCentimetre / image.micronsPerPixel.y;
         if (y > bottom) break;
-        const bool whole = half % 2 == 0;
-        DrawLines(dc, {CPoint(x, y), CPoint(x + (whole ? longTick : shortTick), y)});
-        if (whole) DrawLabel(dc, x + longTick + 4, y, half / 2);
+        const int tick = half % 2 == 0 ? longTick : shortTick;
+        DrawLines(dc, {CPoint(x, y), CPoint(x + layout.Scaled(tick), y)});
+        if (half % labelStep == 0)
+            DrawLabel(dc, layout, {x + layout.Scaled(longTick + tickGap), y}, half / 2);
     }
 }
 
+constexpr int titleSize = 18;
+constexpr int barMargin = 16;
 constexpr int dotSize = 14;
 constexpr int gap = 8;
 
-void DrawDot(CDC& dc, int x, int y)
+void DrawDot(CDC& dc, const CRect& area)
 {
     CBrush brush(palette::recording);
     CPen pen(PS_SOLID, 1, palette::recording);
     const base::Selection fill(dc.GetSafeHdc(), brush.GetSafeHandle());
     const base::Selection edge(dc.GetSafeHdc(), pen.GetSafeHandle());
-    dc.Ellipse(x, y, x + dotSize, y + dotSize);
+    dc.Ellipse(&area);
 }
 
 // Draws a red dot and the number of recorded frames.
-void DrawRecordingMark(CDC& dc, const CRect& area, int frames)
+void DrawRecordingMark(CDC& dc, const ScreenLayout& layout, int frames)
 {
-    DrawDot(dc, area.left, area.top + (area.Height() - dotSize) / 2);
-    CRect box = area;
-    box.left += dotSize + gap;
+    CRect box = layout.recordingMark;
+    const int size = layout.Scaled(dotSize);
+    DrawDot(dc, CRect(CPoint(box.left, box.CenterPoint().y - size / 2), CSize(size, size)));
+    box.left += size + layout.Scaled(gap);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::text);
     dc.DrawText(GetStr("exam.record.mark", frames), &box,
                 DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
-constexpr int rowHeight = 44;
-constexpr int valueBelowLabel = 18;
-
-const char* ProbeKey(int type)
+void DrawBar(CDC& dc, const ScreenLayout& layout, const CRect& bar, const CString& left,
+             const CString& right)
 {
-    switch (type) {
-    case qor_utils::curvedProbe: return "exam.probe.curved";
-    case qor_utils::linearProbe: return "exam.probe.linear";
-    case qor_utils::phasedProbe: return "exam.probe.phased";
-    default: return "exam.probe.unknown";
-    }
-}
-
-// Writes rows from the top of an area down. Each row is a label with its value below.
-class Rows
-{
-public:
-    Rows(CDC& dc, const CRect& area) : m_dc(dc), m_row(area)
-    {
-        m_row.bottom = m_row.top + rowHeight;
-    }
-
-    void Add(const char* labelKey, const CString& value)
-    {
-        Write(GetStr(labelKey), palette::label, 0);
-        Write(value, palette::text, valueBelowLabel);
-        m_row.OffsetRect(0, rowHeight);
-    }
-
-private:
-    void Write(const CString& text, COLORREF colour, int down)
-    {
-        CRect box = m_row;
-        box.top += down;
-        m_dc.SetTextColor(colour);
-        m_dc.DrawText(text, &box, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
-    }
-
-    CDC& m_dc;
-    CRect m_row;
-};
-
-// Draws the column of facts beside the image in the current language: console, modes, probe, depth
-// and the results of the tools.
-void DrawInfoPanel(CDC& dc, const CRect& area, const ExamState& state)
-{
-    dc.FillSolidRect(&area, palette::panel);
-    dc.SetBkMode(TRANSPARENT);
-    CRect box = area;
-    box.DeflateRect(18, 16);
-    Rows rows(dc, box);
-    rows.Add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
-    rows.Add("exam.label.mode",
-             GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (!state.HasRecording()) return;
-    const ImagingParameters& image = state.View().Parameters();
-    rows.Add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
-    rows.Add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
-    rows.Add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
-    rows.Add("exam.label.scale",
-             GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
-    rows.Add("exam.label.frame",
-             GetStr("exam.value.frame", state.Frame() + 1, state.Cine().Frames()));
-    for (const ImageTool* const tool : state.Tools().All())
-        if (tool->IsVisible()) rows.Add(tool->NameKey(), tool->Readout());
-}
-
-void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& right)
-{
-    dc.FillSolidRect(&bar, palette::header);
     dc.SetBkMode(TRANSPARENT);
     CRect box = bar;
-    box.DeflateRect(16, 0);
+    box.DeflateRect(layout.Scaled(barMargin), 0);
     dc.SetTextColor(palette::text);
     dc.DrawText(left, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_PATH_ELLIPSIS);
-    constexpr int between = 24;
-    if (dc.GetTextExtent(left).cx + between + dc.GetTextExtent(right).cx > box.Width())
+    if (dc.GetTextExtent(left).cx + 3 * layout.Scaled(gap) + dc.GetTextExtent(right).cx >
+        box.Width())
         return; // there is no room for both, and the left one is more important
     dc.SetTextColor(palette::label);
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
@@ -159,45 +109,43 @@ void DrawBar(CDC& dc, const CRect& bar, const CString& left, const CString& righ
 
 void DrawImageArea(CDC& dc, const ExamState& state)
 {
-    const CRect area = ScreenLayout::ImageArea();
-    dc.FillSolidRect(&area, palette::background);
+    const ScreenLayout& layout = state.Layout();
+    dc.FillSolidRect(&layout.imageArea, palette::background);
     if (!state.HasRecording()) return;
-    state.View().Paint(dc, area.TopLeft());
+    const SavedState saved(dc);
+    dc.IntersectClipRect(&layout.imageArea);
+    state.View().Paint(dc, layout.image.TopLeft());
     // Scale and tools draw in pixels of the image.
-    dc.SetViewportOrg(area.left, area.top);
-    DrawRuler(dc, state.View().Parameters(), ScreenLayout::Image().Width());
+    dc.SetViewportOrg(layout.image.left, layout.image.top);
+    DrawRuler(dc, layout, state.View().Parameters(), layout.image.Width());
     state.Tools().Draw(dc);
-    dc.SetViewportOrg(0, 0);
 }
 
-void DrawPanel(CDC& dc, const ExamState& state)
+// The parts of the window that movies leave out.
+void DrawControls(CDC& dc, const ExamState& state)
 {
-    DrawInfoPanel(dc, ScreenLayout::Panel(), state);
-    if (state.Rotation() == 0) return;
-    const CSize size(state.View().Parameters().width, state.View().Parameters().height);
-    DrawRotatedOutline(dc, ScreenLayout::Outline(), RotateImageOutline(size, state.Rotation()));
+    const ScreenLayout& layout = state.Layout();
+    DrawTimeline(dc, state);
+    if (state.Recording()) DrawRecordingMark(dc, layout, state.Recording()->frames);
+    DrawBar(dc, layout, layout.status, state.Status(), GetStr("exam.keys"));
 }
 
 } // namespace
 
 void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
 {
+    const ScreenLayout& layout = state.Layout();
+    dc.FillSolidRect(0, 0, layout.client.cx, layout.client.cy, palette::header);
     {
-        const ScopedFont font(dc, 18, FW_SEMIBOLD);
-        DrawBar(dc, ScreenLayout::Header(), GetStr("exam.title"),
+        const ScopedFont font(dc, layout.Scaled(titleSize), FW_SEMIBOLD);
+        DrawBar(dc, layout, layout.header, GetStr("exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
-    // The row is a window of its own; movies, which have none, show its place empty.
-    const CRect row = ScreenLayout::StatusRow();
-    dc.FillSolidRect(&row, palette::header);
-    const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
+    const ScopedFont font(dc, layout.Scaled(ScopedFont::textSize), FW_NORMAL);
     DrawImageArea(dc, state);
-    DrawPanel(dc, state);
-    if (state.IsStripShown()) DrawSpectralStrip(dc, ScreenLayout::Strip(), state.Flow().Traces());
-    if (use == ScreenUse::movie) return DrawBar(dc, ScreenLayout::Status(), L"", L"");
-    if (state.Recording())
-        DrawRecordingMark(dc, ScreenLayout::RecordingMark(), state.Recording()->frames);
-    DrawBar(dc, ScreenLayout::Status(), state.Status(), GetStr("exam.keys"));
+    DrawInfoPanel(dc, state);
+    if (state.IsStripShown()) DrawSpectralStrip(dc, layout.strip, state.Flow().Traces());
+    if (use == ScreenUse::display) DrawControls(dc, state);
 }
 
 } // namespace exam

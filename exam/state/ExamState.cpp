@@ -1,6 +1,5 @@
 #include "state/ExamState.h"
 
-#include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -22,9 +21,19 @@ constexpr int fullTurn = 3600; // tenths of a degree
 
 } // namespace
 
-ExamState::ExamState()
-    : m_tools(m_view, ScreenLayout::Image()), m_flow(ScreenLayout::Strip().Size())
+ExamState::ExamState() : m_tools(m_view, m_layout.image), m_flow(m_layout.strip.Size()) {}
+
+void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 {
+    m_tools.SetArea(layout.image + corner);
+    if (layout == m_layout) return;
+    m_layout = layout;
+    m_flow.emplace(m_layout.strip.Size());
+    m_fitted.reset();
+    if (HasRecording())
+        ShowFrame();
+    else
+        TellChange(stateFitChanged);
 }
 
 std::wstring ExamState::AddRecording(const std::wstring& name)
@@ -70,8 +79,7 @@ void ExamState::ShowFrame()
 void ExamState::FitImage()
 {
     m_fitted = m_current;
-    m_view.SetRecording(Cine(), ScreenLayout::Image().Size(),
-                        Cine().Samples() * m_depth / fullDepth);
+    m_view.SetRecording(Cine(), m_layout.image.Size(), Cine().Samples() * m_depth / fullDepth);
     TellChange(stateFitChanged);
 }
 

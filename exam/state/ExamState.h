@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ScreenLayout.h"
 #include "image/ImageView.h"
 #include "measure/MeasureTools.h"
 #include "measure/SpectralStrip.h"
@@ -24,6 +25,7 @@ struct RunningRecording
 class ExamState
 {
 public:
+    /// The screen has the fixed form of a console at first.
     ExamState();
     ExamState(const ExamState&) = delete;
     ExamState& operator=(const ExamState&) = delete;
@@ -31,6 +33,10 @@ public:
     /// Adds a recording of the images store; the first one is put on display. The result is empty,
     /// or one sentence that says what is wrong.
     std::wstring AddRecording(const std::wstring& name);
+
+    /// Gives the screen another layout; `corner` is the client area's corner on the screen.
+    void SetLayout(const ScreenLayout& layout, CPoint corner);
+    const ScreenLayout& Layout() const { return m_layout; }
 
     /// The recording and the frame on display. Cine() needs one.
     bool HasRecording() const { return !m_recordings.empty(); }
@@ -41,7 +47,7 @@ public:
     const ImageView& View() const { return m_view; }
     MeasureTools& Tools() { return m_tools; }
     const MeasureTools& Tools() const { return m_tools; }
-    const SimulatedFlow& Flow() const { return m_flow; }
+    const SimulatedFlow& Flow() const { return *m_flow; }
 
     /// Put another recording, from its first frame on, or another frame on display. A frame that
     /// cannot be read leaves the image as it was, and the status line says so.
@@ -91,6 +97,7 @@ private:
     void FitImage();
     void ShowFrame();
 
+    ScreenLayout m_layout = ConsoleLayout();
     std::vector<CineFile> m_recordings;
     std::size_t m_current = 0;
     int m_frame = 0;
@@ -98,9 +105,9 @@ private:
     std::optional<std::size_t> m_fitted; // the recording that the view is fitted to
     bool m_readable = true;
     MeasureTools m_tools;
-    SimulatedFlow m_flow;
-    int m_gain = 0;          // decibels
-    int m_depth = fullDepth; // tenths of the recording's depth
+    std::optional<SimulatedFlow> m_flow; // as wide as the strip
+    int m_gain = 0;                      // decibels
+    int m_depth = fullDepth;             // tenths of the recording's depth
     bool m_frozen = true;
     bool m_stripShown = false;
     int m_rotation = 0;

@@ -1,6 +1,6 @@
 #include "status/StatusDisplay.h"
 
-#include "base/ScreenLayout.h"
+#include "base/StateChanges.h"
 #include "status/StatusRow.h"
 
 #include <qor_utils/StoreFolders.h>
@@ -36,8 +36,9 @@ PageSwitch StreamingSwitch(const char* text, CStatusStreaming::StreamingStatus s
 
 } // namespace
 
-StatusDisplay::StatusDisplay(CWnd& window)
-    : m_window(window), m_com(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))),
+StatusDisplay::StatusDisplay(CWnd& window, const ExamState& state)
+    : m_window(window), m_state(state),
+      m_com(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))),
       m_images(utilsExam::GetImage(L"")), m_page(ShownSwitches(), SimulatedSwitches()),
       m_row([this] { OpenPage(); })
 {
@@ -58,9 +59,15 @@ bool StatusDisplay::Open()
         CStatusStreaming::getInstance(), CStatusProbeSensor::getInstance()};
     for (IStatusItem* const item : items)
         CStatusFactory::addItem(item);
-    if (!m_row.Open(m_window, ScreenLayout::StatusRow())) return false;
+    if (!m_row.Open(m_window, m_state.Layout().statusRow)) return false;
     m_row.ReadSettings();
     return true;
+}
+
+void StatusDisplay::OnStateChange(StateChangeType type, unsigned int, long)
+{
+    if (type == stateFitChanged && m_row.GetSafeHwnd())
+        m_row.MoveWindow(&m_state.Layout().statusRow);
 }
 
 void StatusDisplay::UseLargeIcons(bool large)

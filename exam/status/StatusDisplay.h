@@ -1,5 +1,6 @@
 #pragma once
 
+#include "state/ExamState.h"
 #include "status/StatusPage.h"
 #include "status/StatusRow.h"
 #include "status/StatusSimulators.h"
@@ -24,12 +25,13 @@ struct ComTraits
 /// Keeps the status row live: it holds the row, its settings page, the simulated network and probe,
 /// and the registered items. There is one object, made and destroyed on the user-interface thread.
 /// The items' static setters must not be used after its end.
-class StatusDisplay
+class StatusDisplay : private IStateChangeConsumer
 {
 public:
-    /// Connects the network monitoring to the simulated network. `window` outlives it.
-    explicit StatusDisplay(CWnd& window);
-    ~StatusDisplay();
+    /// Connects the network monitoring to the simulated network. The row follows the layout of
+    /// `state` in `window`. Both outlive it.
+    StatusDisplay(CWnd& window, const ExamState& state);
+    ~StatusDisplay() override;
     StatusDisplay(const StatusDisplay&) = delete;
     StatusDisplay& operator=(const StatusDisplay&) = delete;
 
@@ -50,10 +52,12 @@ public:
     void PlugProbe(bool plugged);
 
 private:
+    void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     std::vector<PageSwitch> ShownSwitches();
     std::vector<PageSwitch> SimulatedSwitches();
 
     CWnd& m_window;
+    const ExamState& m_state;
     base::Owner<ComTraits> m_com;
     base::GdiPlusSession m_drawing;
     NetworkSimulator m_network;

@@ -1,6 +1,5 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
 // the spectral strip, and the outline of a turned image.
-#include "base/ScreenLayout.h"
 #include "measure/RotatedOutline.h"
 #include "tour/Tour.h"
 
@@ -36,7 +35,7 @@ public:
 private:
     void Post(UINT message, WPARAM flags, CPoint imagePoint)
     {
-        const CPoint at = imagePoint + ScreenLayout::Image().TopLeft();
+        const CPoint at = imagePoint + m_context.state.Layout().image.TopLeft();
         m_context.Post(m_context.window.GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
     }
 

@@ -1,6 +1,5 @@
 // Station 9: windows over the image, buttons with pictures, tips and balloons.
 #include "base/Palette.h"
-#include "base/ScreenLayout.h"
 #include "tour/Tour.h"
 
 #include <base/GdiHandles.h>
@@ -66,15 +65,11 @@ bool IsGrey(COLORREF colour)
     return GetRValue(colour) == GetGValue(colour) && GetGValue(colour) == GetBValue(colour);
 }
 
-LPARAM MiddleOf(std::size_t button)
-{
-    const CPoint middle = ToolBar::AreaOf(button).CenterPoint();
-    return MAKELPARAM(middle.x, middle.y);
-}
-
 void Push(TourContext& context, std::size_t button)
 {
-    context.window.OverImage().Tools().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MiddleOf(button));
+    ToolBar& tools = context.window.OverImage().Tools();
+    const CPoint middle = tools.AreaOf(button).CenterPoint();
+    tools.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(middle.x, middle.y));
 }
 
 void Indicators(TourContext& context)
@@ -106,9 +101,9 @@ void Buttons(TourContext& context)
                         L"while raw frames are recorded the movie's button cannot be pushed");
     context.window.Exam().Advance();
     context.Picture(L"tool-buttons");
-    const CRect movie = ToolBar::AreaOf(movieButton);
+    const CRect movie = tools.AreaOf(movieButton);
     context.report.Step(IsGrey(ScreenPixelAt(tools, movie.CenterPoint())) &&
-                            !IsGrey(ScreenPixelAt(tools, ToolBar::AreaOf(rawButton).CenterPoint())),
+                            !IsGrey(ScreenPixelAt(tools, tools.AreaOf(rawButton).CenterPoint())),
                         L"its picture is grey, that of the other one is not");
     Push(context, distanceButton);
 }
@@ -124,11 +119,11 @@ void Tips(TourContext& context)
 {
     ToolBar& tools = context.window.OverImage().Tools();
     for (int language = 0; language < 2; ++language) {
-        PointAt(tools, ToolBar::AreaOf(distanceButton).CenterPoint());
+        PointAt(tools, tools.AreaOf(distanceButton).CenterPoint());
         const bool held = ShowsTip(context, TipOf(*CommandOfKey('1')));
         context.report.Step(held, L"a tip says what the button under the pointer does");
         context.PictureOf(CRect(0, 160, 520, 360), language ? L"tip-other-language" : L"tip");
-        PointAt(context.window, ScreenLayout::Panel().CenterPoint());
+        PointAt(context.window, context.state.Layout().panel.CenterPoint());
         context.report.Step(context.WaitUntil([] { return !ShownTip(); }),
                             L"and goes with the pointer");
         context.state.NextLanguage();
@@ -144,7 +139,7 @@ void PanelTips(TourContext& context)
         ShowsTip(context, GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button")),
         L"a tip on the control panel says how a button is worked");
     context.PictureOf(CRect(0, 700, 1024, 1024), L"panel-tip");
-    PointAt(context.window, ScreenLayout::Panel().CenterPoint());
+    PointAt(context.window, context.state.Layout().panel.CenterPoint());
     context.report.Step(context.WaitUntil([] { return !ShownTip(); }), L"and goes, too");
 }
 

@@ -2,10 +2,11 @@
 
 #include "base/Painting.h"
 #include "base/Resources.h"
-#include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
+#include "screen/Timeline.h"
 #include "window/Capture.h"
+#include "window/WindowPlace.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/GetStr.h>
@@ -33,6 +34,10 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
     ON_WM_TIMER()
+    ON_WM_SIZE()
+    ON_WM_MOVE()
+    ON_MESSAGE(WM_GETMINMAXINFO, OnMinMaxInfo)
+    ON_MESSAGE(WM_DPICHANGED, OnDpiChanged)
     ON_WM_CLOSE()
     ON_MESSAGE(WM_QUERYENDSESSION, OnQueryEndSession)
     ON_MESSAGE(WM_ENDSESSION, OnEndSession)
@@ -48,18 +53,67 @@ MainWindow::MainWindow(ExamState& state, const std::wstring& folder)
 {
 }
 
-bool MainWindow::Open()
+bool MainWindow::Open(WindowForm form)
 {
+    m_form = form;
+    m_panelForm = form == WindowForm::console ? PanelForm::below : PanelForm::docked;
+    if (!Create(form)) return false;
+    m_dpi = DpiOf(GetSafeHwnd());
+    Arrange();
+    if (!m_overlays.Open(*this)) return false;
+    BalloonMessageService::Create();
+    const bool isMaximised = form == WindowForm::window && ReadWindowPlace().isMaximised;
+    ShowWindow(isMaximised ? SW_SHOWMAXIMIZED : SW_SHOW);
+    return true;
+}
+
+bool MainWindow::Create(WindowForm form)
+{
+    const bool isFixed = form == WindowForm::console;
     const CString windowClass =
         AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr,
                             LoadIcon(GetModuleHandle(nullptr), MAKEINTRESOURCE(IDI_EXAM)));
-    const CRect frame(0, 0, ScreenLayout::width, ScreenLayout::height);
-    if (!CreateEx(0, windowClass, GetStr("exam.title"), WS_POPUP | WS_SYSMENU, frame, nullptr, 0))
-        return false;
-    if (!m_overlays.Open(*this, ScreenLayout::Image())) return false;
-    BalloonMessageService::Create();
-    ShowWindow(SW_SHOW);
-    return true;
+    const CRect area =
+        isFixed ? CRect(CPoint(0, 0), ConsoleLayout().client) : ReadWindowPlace().area;
+    return CreateEx(0, windowClass, GetStr("exam.title"),
+                    isFixed ? WS_POPUP | WS_SYSMENU : WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, area,
+                    nullptr, 0);
+}
+
+bool MainWindow::OpenPanel()
+{
+    m_panel.Reload();
+    const CRect area = m_panelForm == PanelForm::docked ? m_state.Layout().controlPanel
+                                                        : ControlPanel::AreaBelow(*this);
+    return m_panel.Open(*this, m_panelForm, area);
+}
+
+// Lays the window out anew, if anything that the layout follows from has changed.
+void MainWindow::Arrange()
+{
+    CRect client;
+    GetClientRect(&client);
+    if (client.IsRectEmpty()) return; // it is minimised
+    const bool hasPanel = m_panelForm == PanelForm::docked;
+    m_state.SetLayout(m_form == WindowForm::console
+                          ? ConsoleLayout()
+                          : WindowLayout({client.Size(), m_dpi, hasPanel, m_state.IsStripShown()}),
+                      OnScreen({0, 0}));
+}
+
+// Puts the windows in this one into their places.
+void MainWindow::PlaceParts()
+{
+    m_placed = m_state.Layout();
+    m_overlays.Place();
+    if (m_panelForm == PanelForm::docked && m_panel.GetSafeHwnd())
+        m_panel.MoveWindow(&m_placed.controlPanel);
+}
+
+CPoint MainWindow::OnScreen(CPoint point) const
+{
+    ClientToScreen(&point);
+    return point;
 }
 
 std::vector<ToolButton> MainWindow::ToolButtons()
@@ -83,6 +137,8 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     ++m_changesSeen;
     if (!GetSafeHwnd()) return;
     if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
+    Arrange();
+    if (m_placed != m_state.Layout()) PlaceParts();
     RunTimer();
     Invalidate(FALSE);
     m_overlays.Refresh(); // the image is painted below them
@@ -106,7 +162,7 @@ BOOL MainWindow::OnEraseBkgnd(CDC*)
 
 void MainWindow::OnPaint()
 {
-    BufferedPaint paint(*this, CSize(ScreenLayout::width, ScreenLayout::height));
+    BufferedPaint paint(*this, m_state.Layout().client);
     DrawScreen(paint.Context(), m_state, ScreenUse::display);
     m_overlays.DrawAll(paint.Context());
 }
@@ -160,17 +216,57 @@ void MainWindow::OnTimer(UINT_PTR)
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
-    m_state.Tools().Press(flags, point);
+    if (m_state.Layout().timeline.PtInRect(point) && m_state.HasRecording()) {
+        m_isSeeking = true;
+        SetCapture();
+        return Seek(point);
+    }
+    m_state.Tools().Press(flags, OnScreen(point));
+}
+
+void MainWindow::Seek(CPoint point)
+{
+    m_state.SetFrozen(true);
+    m_state.StepFrames(FrameAt(m_state, point.x) - m_state.Frame());
 }
 
 void MainWindow::OnLButtonUp(UINT flags, CPoint point)
 {
-    MouseCapture::HandleMouse(WM_LBUTTONUP, flags, point);
+    if (m_isSeeking) ReleaseCapture();
+    m_isSeeking = false;
+    MouseCapture::HandleMouse(WM_LBUTTONUP, flags, OnScreen(point));
 }
 
 void MainWindow::OnMouseMove(UINT flags, CPoint point)
 {
-    MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, point);
+    if (m_isSeeking) return Seek(point);
+    MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, OnScreen(point));
+}
+
+void MainWindow::OnSize(UINT, int, int)
+{
+    Arrange();
+}
+
+void MainWindow::OnMove(int, int)
+{
+    Arrange(); // tools work in pixels of the screen
+}
+
+LRESULT MainWindow::OnMinMaxInfo(WPARAM, LPARAM info)
+{
+    if (m_form == WindowForm::window)
+        reinterpret_cast<MINMAXINFO*>(info)->ptMinTrackSize = {leastWindow.cx, leastWindow.cy};
+    return 0;
+}
+
+// The platform proposes a place of the same size to the eye.
+LRESULT MainWindow::OnDpiChanged(WPARAM dpi, LPARAM place)
+{
+    m_dpi = LOWORD(dpi);
+    if (m_form == WindowForm::window) MoveWindow(reinterpret_cast<const RECT*>(place));
+    Arrange();
+    return 0;
 }
 
 void MainWindow::OnClose()
@@ -195,6 +291,7 @@ LRESULT MainWindow::OnEndSession(WPARAM isEnding, LPARAM)
 void MainWindow::OnDestroy()
 {
     m_exam.EndRecording();
+    if (m_form == WindowForm::window) WriteWindowPlace(GetSafeHwnd());
     BalloonMessageService::Destroy();
     CWnd::OnDestroy();
     utilsExam::AppExiting = true;

@@ -8,9 +8,15 @@
 
 namespace exam {
 
-/// The application's main window: 1024 x 768 pixels of client area at the screen's corner, as on a
-/// console. It paints the exam's state, and passes keys and the mouse on. It repaints only when the
-/// state-change signal tells of a change.
+/// The forms of the main window.
+enum class WindowForm
+{
+    window, ///< with a title and a border; its size and place are the user's, and are kept
+    console ///< 1024 x 768 pixels of client area at the screen's corner, as on a console
+};
+
+/// The application's main window. It paints the exam's state, and passes keys and the mouse on. It
+/// repaints only when the state-change signal tells of a change.
 class MainWindow : public CWnd, private IStateChangeConsumer, private ExamWindow
 {
 public:
@@ -18,7 +24,10 @@ public:
     MainWindow(ExamState& state, const std::wstring& folder);
 
     /// Creates and shows the window; false when the platform refuses.
-    bool Open();
+    bool Open(WindowForm form);
+
+    /// Shows the control panel, whose files are read; false when the platform refuses.
+    bool OpenPanel();
 
     Examination& Exam() { return m_exam; }
     Overlays& OverImage() { return m_overlays; }
@@ -33,6 +42,10 @@ protected:
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
     void OnTimer(UINT_PTR id);
+    void OnSize(UINT type, int width, int height);
+    void OnMove(int x, int y);
+    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
+    LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     void OnClose();
     LRESULT OnQueryEndSession(WPARAM wParam, LPARAM lParam);
     LRESULT OnEndSession(WPARAM isEnding, LPARAM lParam);
@@ -51,6 +64,11 @@ private:
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void RunTimer();
+    bool Create(WindowForm form);
+    void Arrange();
+    void PlaceParts();
+    void Seek(CPoint point);
+    CPoint OnScreen(CPoint point) const;
     std::vector<ToolButton> ToolButtons();
 
     base::GdiPlusSession m_gdiPlus; // runs while the buttons' pictures live
@@ -59,6 +77,11 @@ private:
     CommandDesk m_commands;
     Overlays m_overlays;
     ControlPanel m_panel;
+    WindowForm m_form = WindowForm::console;
+    PanelForm m_panelForm = PanelForm::below;
+    int m_dpi = 96;
+    ScreenLayout m_placed;              // the layout that the windows in this one follow
+    bool m_isSeeking = false;           // the mouse holds the mark of the timeline
     std::optional<unsigned> m_interval; // of the timer that runs
     unsigned m_changesSeen = 0;
 };

@@ -51,7 +51,7 @@ protected:
             [this](const ActionInfo& action) { m_done.push_back(action); },
             [this](const CString&) { ++m_sentences; }, [this] { ++m_broadcasts; }});
         m_panel->Reload();
-        ASSERT_TRUE(m_panel->Open(m_owner));
+        ASSERT_TRUE(m_panel->Open(m_owner, PanelForm::below, ControlPanel::AreaBelow(m_owner)));
         m_panel->SetLocked(false);
     }
     void End() { m_panel.reset(); }

@@ -215,7 +215,7 @@ TEST_F(ExamStateTest, LetsGoOfAPointWhenTheFrameChanges)
     m_state.SelectImage(linear);
     m_state.Tools().Distance().Show(true);
     m_state.Tools().Press(MK_LBUTTON,
-                          m_state.Tools().Distance().Points()[0] + ScreenLayout::Image().TopLeft());
+                          m_state.Tools().Distance().Points()[0] + ConsoleLayout().image.TopLeft());
     EXPECT_TRUE(MouseCapture::IsLocked());
     m_state.StepFrames(1);
     EXPECT_FALSE(MouseCapture::IsLocked());
@@ -228,7 +228,7 @@ TEST_F(ExamStateTest, APressTakesAPointOfTheToolInHand)
     caliper.Show(true);
     angle.Show(true);
     const CPoint middle = m_state.View().ImagedRect().CenterPoint();
-    const CPoint corner = ScreenLayout::Image().TopLeft();
+    const CPoint corner = ConsoleLayout().image.TopLeft();
     caliper.SetPoints({middle, middle + CPoint(60, 0)});
     angle.SetPoints({middle + CPoint(0, 50), middle + CPoint(0, 150), middle + CPoint(80, 150)});
     m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(0, 20)); // nearer to the caliper

@@ -43,17 +43,52 @@ protected:
         for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
             EXPECT_EQ(m_state.AddRecording(name), L"");
         m_state.SelectImage(1);
+        Open(WindowForm::console);
+    }
+
+    void Open(WindowForm form)
+    {
+        Close();
         m_window.emplace(m_state, m_folder.Path());
-        EXPECT_TRUE(m_window->Open());
+        EXPECT_TRUE(m_window->Open(form));
+        EXPECT_TRUE(m_window->OpenPanel());
         s_app.m_pMainWnd = &*m_window;
     }
-    ~MainWindowTest() override
+
+    void Close()
     {
-        if (m_window->GetSafeHwnd()) m_window->DestroyWindow();
+        if (m_window && m_window->GetSafeHwnd()) m_window->DestroyWindow();
         s_app.m_pMainWnd = nullptr;
         m_window.reset();
         HandleMessages();
         utilsExam::AppExiting = false;
+    }
+
+    CRect Area() const
+    {
+        CRect area;
+        m_window->GetWindowRect(&area);
+        return area;
+    }
+
+    CSize Client() const
+    {
+        CRect client;
+        m_window->GetClientRect(&client);
+        return client.Size();
+    }
+
+    // The place of a window in the main window's client area.
+    CRect PlaceOf(const CWnd& part) const
+    {
+        CRect area;
+        part.GetWindowRect(&area);
+        m_window->ScreenToClient(&area);
+        return area;
+    }
+    ~MainWindowTest() override
+    {
+        Close();
         pro_actions::ClearVocabulary();
         zel_string_convert::ClearTable();
     }
@@ -103,6 +138,109 @@ void AnswerNextBox(UINT answer)
 }
 
 } // namespace
+
+TEST_F(MainWindowTest, TheConsoleIsFixedAndItsPanelStandsBelow)
+{
+    EXPECT_EQ(Area(), CRect(0, 0, 1024, 768));
+    EXPECT_EQ(m_state.Layout(), ConsoleLayout());
+    EXPECT_EQ(PlaceOf(m_window->Panel()).Size(), CSize(1024, 200));
+    EXPECT_NE(m_window->GetStyle() & WS_POPUP, 0u);
+}
+
+TEST_F(MainWindowTest, TheWindowHasATitleAndABorderAndItsPartsFollowItsSize)
+{
+    Open(WindowForm::window);
+    EXPECT_EQ(m_window->GetStyle() & WS_OVERLAPPEDWINDOW, DWORD{WS_OVERLAPPEDWINDOW});
+    CString title;
+    m_window->GetWindowText(title);
+    EXPECT_EQ(title, GetStr("exam.title"));
+    for (const CSize size : {CSize(900, 700), CSize(1200, 800), CSize(800, 600)}) {
+        m_window->MoveWindow(10, 20, size.cx, size.cy);
+        HandleMessages();
+        const ScreenLayout& layout = m_state.Layout();
+        EXPECT_EQ(layout.client, Client());
+        EXPECT_EQ(m_state.View().Parameters().width, layout.image.Width());
+        EXPECT_EQ(PlaceOf(m_window->Panel()), layout.controlPanel);
+        EXPECT_EQ(PlaceOf(m_window->OverImage().Dial()), layout.dial);
+        EXPECT_EQ(PlaceOf(m_window->OverImage().Tools()).TopLeft(), layout.tools.TopLeft());
+    }
+}
+
+TEST_F(MainWindowTest, TheWindowIsNeverSmallerThanItsLeastSize)
+{
+    Open(WindowForm::window);
+    MINMAXINFO info = {};
+    m_window->SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+    EXPECT_EQ(CPoint(info.ptMinTrackSize), CPoint(800, 600));
+}
+
+TEST_F(MainWindowTest, TheWindowComesBackWhereItWas)
+{
+    Open(WindowForm::window);
+    const CRect place(30, 40, 1000, 720);
+    m_window->MoveWindow(&place);
+    Open(WindowForm::window);
+    EXPECT_EQ(Area(), place);
+    m_window->ShowWindow(SW_MAXIMIZE);
+    Open(WindowForm::window);
+    EXPECT_TRUE(IsZoomed(m_window->GetSafeHwnd()));
+    m_window->ShowWindow(SW_RESTORE);
+    EXPECT_EQ(Area(), place);
+}
+
+TEST_F(MainWindowTest, AWindowThatWouldBeOffTheScreenComesBackOntoIt)
+{
+    for (const auto& [entry, value] :
+         {std::pair(L"Left", -5000), {L"Top", 100}, {L"Width", 900}, {L"Height", 700}})
+        s_app.WriteProfileInt(L"Settings\\Window", entry, value);
+    Open(WindowForm::window);
+    const CRect screen(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    CRect both;
+    EXPECT_TRUE(both.IntersectRect(&screen, Area()));
+    EXPECT_EQ(both, Area());
+}
+
+TEST_F(MainWindowTest, TheWindowFollowsTheResolutionOfItsScreen)
+{
+    Open(WindowForm::window);
+    CRect place(0, 0, 1260, 980);
+    m_window->SendMessage(WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place));
+    EXPECT_EQ(Area(), place);
+    EXPECT_EQ(m_state.Layout().scale, 1.5);
+    EXPECT_EQ(m_state.Layout().client, Client());
+}
+
+TEST_F(MainWindowTest, APressOnTheTimelineShowsItsFrame)
+{
+    Open(WindowForm::window);
+    const CRect line = m_state.Layout().timeline;
+    const auto at = [&](int x) { return MAKELPARAM(x, line.CenterPoint().y); };
+    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, at(line.right - 2));
+    EXPECT_EQ(m_state.Frame(), 3);
+    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, at(line.left - 40));
+    EXPECT_EQ(m_state.Frame(), 0);
+    m_window->SendMessage(WM_LBUTTONUP, 0, at(line.left));
+    m_window->SendMessage(WM_MOUSEMOVE, 0, at(line.right));
+    EXPECT_EQ(m_state.Frame(), 0);
+}
+
+TEST_F(MainWindowTest, PointsOfAToolAreTakenWhereTheyAreShownInAMovedWindow)
+{
+    Open(WindowForm::window);
+    m_window->MoveWindow(120, 60, 1000, 800);
+    HandleMessages();
+    DistanceCaliper& caliper = m_state.Tools().Distance();
+    caliper.Show(true);
+    const CPoint from = caliper.Points()[0];
+    const auto at = [&](CPoint pixel) {
+        pixel += CSize(m_state.Layout().image.TopLeft());
+        return MAKELPARAM(pixel.x, pixel.y);
+    };
+    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, at(from));
+    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, at(from + CPoint(10, 20)));
+    m_window->SendMessage(WM_LBUTTONUP, 0, at(from + CPoint(10, 20)));
+    EXPECT_EQ(caliper.Points()[0], from + CPoint(10, 20));
+}
 
 TEST_F(MainWindowTest, EveryWayOutFinishesTheRecording)
 {
@@ -168,14 +306,14 @@ std::vector<CPoint> StablePixels(MainWindow& window)
                                   inside(dial, {2, area.CenterPoint().y})};
     ToolBar& tools = window.OverImage().Tools();
     for (std::size_t i = 0; i < tools.Buttons().size(); ++i)
-        pixels.push_back(inside(tools, ToolBar::AreaOf(i).CenterPoint()));
+        pixels.push_back(inside(tools, tools.AreaOf(i).CenterPoint()));
     return pixels;
 }
 
 std::vector<COLORREF> OnScreen(const std::vector<CPoint>& pixels)
 {
     const base::WindowContext screen(nullptr);
-    const CRect part(0, 0, ScreenLayout::width, ScreenLayout::height);
+    const CRect part(CPoint(0, 0), ConsoleLayout().client);
     const base::MemoryContext memory(CreateCompatibleDC(screen.get()));
     const base::Bitmap bitmap(CreateCompatibleBitmap(screen.get(), part.Width(), part.Height()));
     const base::Selection selection(memory.get(), bitmap.get());

@@ -19,7 +19,7 @@ using namespace exam;
 
 CWinApp application(L"overlays_test");
 
-const CRect image(0, 0, 712, 692);
+const CRect image(0, 0, 1024, 768);
 
 class OverlaysTest : public testing::Test
 {
@@ -33,7 +33,7 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(m_parent.CreateEx(0, nullptr, L"parent", WS_POPUP, image, nullptr, 0));
-        ASSERT_TRUE(m_overlays.Open(m_parent, image));
+        ASSERT_TRUE(m_overlays.Open(m_parent));
     }
 
     // The overlays' pixels in a recording, row by row.
@@ -65,7 +65,7 @@ protected:
 
     void Push(std::size_t button)
     {
-        const CPoint middle = ToolBar::AreaOf(button).CenterPoint();
+        const CPoint middle = m_overlays.Tools().AreaOf(button).CenterPoint();
         m_overlays.Tools().SendMessage(WM_LBUTTONDOWN, 0, MAKELPARAM(middle.x, middle.y));
     }
 
@@ -116,7 +116,7 @@ TEST_F(OverlaysTest, PushesTheButtonThatIsHitUnlessItIsDisabled)
     m_form = ButtonForm::disabled;
     Push(0);
     EXPECT_EQ(m_pushed, 101);
-    const CPoint between(5, ToolBar::AreaOf(0).bottom + 2);
+    const CPoint between(5, m_overlays.Tools().AreaOf(0).bottom + 2);
     m_overlays.Tools().SendMessage(WM_LBUTTONDOWN, 0, MAKELPARAM(between.x, between.y));
     EXPECT_EQ(m_pushed, 101);
 }

@@ -86,11 +86,11 @@ TEST(PanelGrid, ShiftsAndSizesCountInCells)
     GridInfo shifted = Place(1, 3, 2, 1.5);
     shifted.offset = 0.5;
     shifted.displacement = -0.5;
-    const CRect cell = PanelGrid::AreaOf(Place(0, 0));
-    const CRect next = PanelGrid::AreaOf(Place(1, 1));
+    const CRect cell = PanelGrid::AreaOf(Place(0, 0), PanelGrid::consoleSize);
+    const CRect next = PanelGrid::AreaOf(Place(1, 1), PanelGrid::consoleSize);
     const int width = next.left - cell.left;
     const int height = next.top - cell.top;
-    const CRect area = PanelGrid::AreaOf(shifted);
+    const CRect area = PanelGrid::AreaOf(shifted, PanelGrid::consoleSize);
     EXPECT_EQ(area.left, cell.left + 3 * width + width / 2);
     EXPECT_EQ(area.top, cell.top + height / 2);
     EXPECT_EQ(area.Width(), cell.Width() + width);
@@ -101,17 +101,17 @@ TEST(PanelGrid, FindsTheCellOfEachOfItsPixels)
 {
     for (int row = 0; row < PanelGrid::rows; ++row)
         for (int column = 0; column < PanelGrid::columns; ++column) {
-            const CRect area = PanelGrid::AreaOf(Place(row, column));
+            const CRect area = PanelGrid::AreaOf(Place(row, column), PanelGrid::consoleSize);
             for (const CPoint pixel : {area.TopLeft(), area.CenterPoint()}) {
-                const auto cell = PanelGrid::CellAt(pixel);
+                const auto cell = PanelGrid::CellAt(pixel, PanelGrid::consoleSize);
                 ASSERT_TRUE(cell);
                 EXPECT_EQ(cell->row, row);
                 EXPECT_EQ(cell->column, column);
             }
         }
-    EXPECT_FALSE(PanelGrid::CellAt({0, 0}));
-    EXPECT_FALSE(PanelGrid::CellAt({-50, 50}));
-    EXPECT_FALSE(PanelGrid::CellAt({PanelGrid::width, PanelGrid::height}));
+    EXPECT_FALSE(PanelGrid::CellAt({0, 0}, PanelGrid::consoleSize));
+    EXPECT_FALSE(PanelGrid::CellAt({-50, 50}, PanelGrid::consoleSize));
+    EXPECT_FALSE(PanelGrid::CellAt({1024, 200}, PanelGrid::consoleSize));
 }
 
 TEST(PanelGrid, NeighboursDoNotOverlap)

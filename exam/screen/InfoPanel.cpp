@@ -1,0 +1,115 @@
+#include "screen/InfoPanel.h"
+
+#include "base/Palette.h"
+#include "measure/RotatedOutline.h"
+
+#include <qor_utils/ZelProbe.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <vector>
+
+namespace exam {
+
+namespace {
+
+// Lengths in pixels at 96 dpi.
+constexpr int rowHeight = 44;
+constexpr int valueBelowLabel = 18;
+constexpr int lowRowHeight = 21;
+constexpr CSize margin(18, 16);
+constexpr CSize lowMargin(12, 8);
+
+struct Fact
+{
+    CString label;
+    CString value;
+};
+
+const char* ProbeKey(int type)
+{
+    switch (type) {
+    case qor_utils::curvedProbe: return "exam.probe.curved";
+    case qor_utils::linearProbe: return "exam.probe.linear";
+    case qor_utils::phasedProbe: return "exam.probe.phased";
+    default: return "exam.probe.unknown";
+    }
+}
+
+std::vector<Fact> FactsOf(const ExamState& state)
+{
+    std::vector<Fact> facts;
+    const auto add = [&](const char* labelKey, const CString& value) {
+        facts.push_back({GetStr(labelKey), value});
+    };
+    add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
+    add("exam.label.mode",
+        GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
+    if (!state.HasRecording()) return facts;
+    const ImagingParameters& image = state.View().Parameters();
+    add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
+    add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
+    add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
+    add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
+    add("exam.label.frame", GetStr("exam.value.frame", state.Frame() + 1, state.Cine().Frames()));
+    for (const ImageTool* const tool : state.Tools().All())
+        if (tool->IsVisible()) add(tool->NameKey(), tool->Readout());
+    return facts;
+}
+
+void Write(CDC& dc, const CString& text, CRect box, COLORREF colour, UINT side)
+{
+    dc.SetTextColor(colour);
+    dc.DrawText(text, &box, side | DT_TOP | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+}
+
+void DrawHighRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
+{
+    for (const Fact& fact : facts) {
+        Write(dc, fact.label, box, palette::label, DT_LEFT);
+        CRect below = box;
+        below.top += layout.Scaled(valueBelowLabel);
+        Write(dc, fact.value, below, palette::text, DT_LEFT);
+        box.top += layout.Scaled(rowHeight);
+    }
+}
+
+void DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
+{
+    for (const Fact& fact : facts) {
+        Write(dc, fact.label, box, palette::label, DT_LEFT);
+        Write(dc, fact.value, box, palette::text, DT_RIGHT);
+        box.top += layout.Scaled(lowRowHeight);
+    }
+}
+
+void DrawOutline(CDC& dc, const ExamState& state)
+{
+    const CSize size(state.View().Parameters().width, state.View().Parameters().height);
+    DrawRotatedOutline(dc, state.Layout().outline, RotateImageOutline(size, state.Rotation()));
+}
+
+} // namespace
+
+void DrawInfoPanel(CDC& dc, const ExamState& state)
+{
+    const ScreenLayout& layout = state.Layout();
+    dc.FillSolidRect(&layout.panel, palette::panel);
+    dc.SetBkMode(TRANSPARENT);
+    const std::vector<Fact> facts = FactsOf(state);
+    CRect box = layout.panel;
+    if (state.Rotation() != 0) {
+        DrawOutline(dc, state);
+        box.bottom = layout.outline.top;
+    }
+    const int high = layout.Scaled(margin.cy + rowHeight * static_cast<int>(facts.size()));
+    const bool isHigh = high <= box.Height();
+    const CSize& around = isHigh ? margin : lowMargin;
+    box.DeflateRect(layout.Scaled(around.cx), layout.Scaled(around.cy));
+    if (isHigh)
+        DrawHighRows(dc, layout, box, facts);
+    else
+        DrawLowRows(dc, layout, box, facts);
+}
+
+} // namespace exam

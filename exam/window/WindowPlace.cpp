@@ -1,0 +1,99 @@
+#include "window/WindowPlace.h"
+
+#include <base/GdiHandles.h>
+
+#include <afxwin.h>
+
+#include <algorithm>
+
+namespace exam {
+
+namespace {
+
+constexpr wchar_t section[] = L"Settings\\Window";
+constexpr wchar_t leftEntry[] = L"Left";
+constexpr wchar_t topEntry[] = L"Top";
+constexpr wchar_t widthEntry[] = L"Width";
+constexpr wchar_t heightEntry[] = L"Height";
+constexpr wchar_t maximisedEntry[] = L"Maximised";
+
+int Read(const wchar_t* entry)
+{
+    return static_cast<int>(AfxGetApp()->GetProfileInt(section, entry, 0));
+}
+
+void Write(const wchar_t* entry, int value)
+{
+    AfxGetApp()->WriteProfileInt(section, entry, value);
+}
+
+CRect WorkingArea()
+{
+    CRect area(0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return area;
+}
+
+// Nine tenths of the working area in its middle, as large as the least window at least.
+CRect FirstArea()
+{
+    const CRect working = WorkingArea();
+    const CSize size(std::max<int>(leastWindow.cx, working.Width() * 9 / 10),
+                     std::max<int>(leastWindow.cy, working.Height() * 9 / 10));
+    const CSize beside(std::max<int>(0, working.Width() - size.cx) / 2,
+                       std::max<int>(0, working.Height() - size.cy) / 2);
+    return {working.TopLeft() + beside, size};
+}
+
+// True when the user can take the window by its title.
+bool IsWithinReach(const CRect& area)
+{
+    constexpr int titleHeight = 24;
+    constexpr int enough = 80;
+    CRect title = area;
+    title.bottom = title.top + titleHeight;
+    title.DeflateRect(enough, 0);
+    return MonitorFromRect(&title, MONITOR_DEFAULTTONULL) != nullptr;
+}
+
+} // namespace
+
+WindowPlace ReadWindowPlace()
+{
+    WindowPlace place;
+    place.isMaximised = Read(maximisedEntry) != 0;
+    place.area =
+        CRect(CPoint(Read(leftEntry), Read(topEntry)), CSize(Read(widthEntry), Read(heightEntry)));
+    const bool isLarge =
+        place.area.Width() >= leastWindow.cx && place.area.Height() >= leastWindow.cy;
+    if (!isLarge || !IsWithinReach(place.area)) place.area = FirstArea();
+    return place;
+}
+
+void WriteWindowPlace(HWND window)
+{
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    if (!GetWindowPlacement(window, &placement)) return;
+    CRect area = placement.rcNormalPosition;
+    area.OffsetRect(WorkingArea().TopLeft()); // the platform counts from there
+    Write(leftEntry, area.left);
+    Write(topEntry, area.top);
+    Write(widthEntry, area.Width());
+    Write(heightEntry, area.Height());
+    Write(maximisedEntry,
+          IsZoomed(window) || (IsIconic(window) && (placement.flags & WPF_RESTORETOMAXIMIZED)));
+}
+
+int DpiOf(HWND window)
+{
+    // The platform's own function is younger than the oldest platform.
+    using Function = UINT(WINAPI*)(HWND);
+    const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
+    const UINT dpi = function ? function(window) : 0;
+    if (dpi != 0) return static_cast<int>(dpi);
+    return GetDeviceCaps(base::WindowContext(window).get(), LOGPIXELSX);
+}
+
+} // namespace exam
