@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 namespace exam {
 
@@ -17,12 +18,12 @@ struct GreyBitmapInfo
     RGBQUAD colours[256];
 };
 
-GreyBitmapInfo MakeGreyBitmapInfo(int width)
+GreyBitmapInfo MakeGreyBitmapInfo(int width, int rows)
 {
     GreyBitmapInfo info;
     info.header.biSize = sizeof info.header;
     info.header.biWidth = width;
-    info.header.biHeight = -1;
+    info.header.biHeight = -rows; // from the top
     info.header.biPlanes = 1;
     info.header.biBitCount = 8;
     info.header.biCompression = BI_RGB;
@@ -53,11 +54,59 @@ void ImageView::SetRecording(const CineFile& cine, CSize size, int depth)
 {
     CineDescription description = cine.Description();
     if (depth > 0) description.stream.samples = std::min(depth, cine.Samples());
-    m_parameters = FitImage(description, size);
-    m_map.emplace(m_parameters.ToScanGeometry());
+    m_fitted = FitImage(description, size);
+    m_zoom = std::max(m_zoom, LeastZoom());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
+    Look();
+}
+
+// Makes everything that depends on the part of the frame that is shown.
+void ImageView::Look()
+{
+    m_parameters = m_zoom == 1 ? m_fitted : ZoomImage(m_fitted, m_zoom, m_middle);
+    m_middle = Middle();
+    m_map.emplace(m_parameters.ToScanGeometry());
     m_mask = m_parameters.Mask();
     m_imagedRect = BoundingRect(m_mask, m_parameters.width);
+}
+
+double ImageView::LeastZoom() const
+{
+    return std::min(1.0, m_fitted.micronsPerPixel.x / std::max(1.0, m_fitted.SampleMicrons()));
+}
+
+FramePoint ImageView::Middle() const
+{
+    return m_parameters.InFrame({m_parameters.width / 2, m_parameters.height / 2});
+}
+
+void ImageView::ZoomAt(double factor, CPoint pixel)
+{
+    const FramePoint at = m_parameters.InFrame(pixel);
+    m_zoom = std::clamp(m_zoom * factor, LeastZoom(), mostZoom);
+    const double microns = std::max(1L, std::lround(m_fitted.micronsPerPixel.x / m_zoom));
+    m_middle = {at.x + (m_parameters.width / 2 - pixel.x) * microns,
+                at.y + (m_parameters.height / 2 - pixel.y) * microns};
+    Look();
+}
+
+void ImageView::Pan(CSize pixels)
+{
+    m_middle.x -= 1.0 * pixels.cx * m_parameters.micronsPerPixel.x;
+    m_middle.y -= 1.0 * pixels.cy * m_parameters.micronsPerPixel.y;
+    Look();
+}
+
+void ImageView::ShowWhole()
+{
+    m_zoom = 1;
+    Look();
+}
+
+void ImageView::ShowSamples()
+{
+    const double one = m_fitted.micronsPerPixel.x / std::max(1.0, m_fitted.SampleMicrons());
+    ZoomAt(one / m_zoom, {m_parameters.width / 2, m_parameters.height / 2});
 }
 
 bool ImageView::Show(const CineFile& cine, int frame)
@@ -90,13 +139,15 @@ void ImageView::ApplyGain()
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    // GDI expects the rows of a bitmap to be padded to four bytes. These are not, so each row is
+    // GDI expects the rows of a bitmap to be padded to four bytes. Where these are not, each row is
     // drawn as a bitmap of its own.
-    const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width);
+    const auto width = static_cast<std::size_t>(m_parameters.width);
+    const int rows = width % sizeof(DWORD) == 0 ? m_parameters.height : 1;
+    const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width, rows);
     const auto* const bitmap = reinterpret_cast<const BITMAPINFO*>(&info);
-    const std::size_t width = static_cast<std::size_t>(m_parameters.width);
-    for (int y = 0; y < m_parameters.height; ++y)
-        SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y + y, static_cast<DWORD>(width), 1, 0, 0, 0, 1,
+    for (int y = 0; y < m_parameters.height; y += rows)
+        SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y + y, static_cast<DWORD>(width),
+                          static_cast<DWORD>(rows), 0, 0, 0, static_cast<UINT>(rows),
                           m_grey.data() + width * static_cast<std::size_t>(y), bitmap,
                           DIB_RGB_COLORS);
 }

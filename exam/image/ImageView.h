@@ -23,6 +23,18 @@ public:
     /// shows the first `depth` samples of each line, or all of them for 0.
     void SetRecording(const CineFile& cine, CSize size, int depth = 0);
 
+    /// The image is shown between so many times smaller and larger than it is fitted.
+    static constexpr double mostZoom = 8;
+    double LeastZoom() const;
+    double Zoom() const { return m_zoom; }
+
+    /// Change the part of the frame that the image shows from the next Show() on, within the
+    /// frame's edges. Another recording is shown as the one before it.
+    void ZoomAt(double factor, CPoint pixel); ///< what the pixel shows stays there
+    void Pan(CSize pixels);                   ///< what is shown moves by so many pixels
+    void ShowWhole();                         ///< fitted
+    void ShowSamples();                       ///< a pixel for each sample of a line, at the middle
+
     /// Sets the gain of the frames that are shown from now on, in decibels.
     void SetGain(int decibels) { m_gain = decibels; }
 
@@ -48,12 +60,17 @@ public:
     CPoint NearestImaged(CPoint pixel) const;
 
 private:
+    void Look();
+    FramePoint Middle() const;
     void CutLines(int samples);
     void ApplyGain();
     bool Contains(CPoint pixel) const;
     bool IsImaged(CPoint pixel) const;
     std::size_t IndexOf(CPoint pixel) const;
 
+    ImagingParameters m_fitted;
+    double m_zoom = 1;
+    FramePoint m_middle; // while the image is zoomed
     ImagingParameters m_parameters;
     std::vector<std::uint8_t> m_frame;          // the shown samples, line by line
     std::optional<qor_imgproc::FrameMap> m_map; // computed once a recording, applied to each frame

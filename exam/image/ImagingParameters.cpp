@@ -115,7 +115,12 @@ double ImagingParameters::DepthMillimetres(int sample1, int sample2) const
 
 double ImagingParameters::DepthMillimetres() const
 {
-    return qor_utils::GetSampleSize(samplingFreq, soundSpeed) * samples / 1000.0;
+    return SampleMicrons() * samples / 1000.0;
+}
+
+double ImagingParameters::SampleMicrons() const
+{
+    return qor_utils::GetSampleSize(samplingFreq, soundSpeed);
 }
 
 std::vector<std::uint8_t> ImagingParameters::Mask() const
@@ -175,6 +180,25 @@ ImagingParameters FitImage(const CineDescription& cine, CSize size)
     const CRect fitted = Extent(image);
     image.origin.x = (image.width - fitted.Width()) / 2 - fitted.left;
     image.origin.y = margin - fitted.top;
+    return image;
+}
+
+ImagingParameters ZoomImage(const ImagingParameters& fitted, double zoom, const FramePoint& middle)
+{
+    ImagingParameters image = fitted;
+    const int microns = std::max(1, static_cast<int>(std::lround(fitted.micronsPerPixel.x / zoom)));
+    image.micronsPerPixel = {microns, microns};
+    image.origin = {0, 0};
+    const CRect extent = Extent(image);
+    const int x = image.width / 2 - static_cast<int>(std::lround(middle.x / microns));
+    const int y = image.height / 2 - static_cast<int>(std::lround(middle.y / microns));
+    const auto within = [](int wanted, int begin, int end, int room, int otherwise) {
+        if (end - begin + 2 * margin <= room) return otherwise;
+        return std::clamp(wanted, room - margin - end, margin - begin);
+    };
+    image.origin.x = within(x, extent.left, extent.right, image.width,
+                            (image.width - extent.Width()) / 2 - extent.left);
+    image.origin.y = within(y, extent.top, extent.bottom, image.height, margin - extent.top);
     return image;
 }
 

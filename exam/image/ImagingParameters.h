@@ -65,6 +65,9 @@ struct ImagingParameters
     /// The depth of the whole frame.
     double DepthMillimetres() const;
 
+    /// The microns from one sample to the next.
+    double SampleMicrons() const;
+
     /// The mask of the imaged region: a byte for each pixel, rows from the top, not 0 inside.
     std::vector<std::uint8_t> Mask() const;
 
@@ -78,5 +81,10 @@ ZelProbe ProbeOf(const uDataDesc& stream);
 /// Chooses the scale and the position at which the frames of a recording fill an image of `size`
 /// pixels: whole, centred sideways, with a margin all round.
 ImagingParameters FitImage(const CineDescription& cine, CSize size);
+
+/// Shows a part of a fitted image `zoom` times as large, with a place of the frame in the middle,
+/// or as near to it as the frame's edges allow. A frame that is lower or narrower than the image
+/// stays where it is fitted in that direction.
+ImagingParameters ZoomImage(const ImagingParameters& fitted, double zoom, const FramePoint& middle);
 
 } // namespace exam

@@ -49,6 +49,7 @@ std::wstring ExamState::AddRecording(const std::wstring& name)
 void ExamState::SelectImage(std::size_t index)
 {
     if (index >= m_recordings.size()) return;
+    if (index != m_current) m_view.ShowWhole();
     m_current = index;
     m_frame = 0;
     ShowFrame();
@@ -96,6 +97,35 @@ void ExamState::ChangeDepth(int tenths)
     if (depth == m_depth) return;
     m_depth = depth;
     m_fitted.reset();
+    if (HasRecording()) ShowFrame();
+}
+
+void ExamState::ZoomAt(double factor, CPoint pixel)
+{
+    m_view.ZoomAt(factor, pixel);
+    ShowAgain();
+}
+
+void ExamState::Pan(CSize pixels)
+{
+    m_view.Pan(pixels);
+    ShowAgain();
+}
+
+void ExamState::ShowWhole()
+{
+    m_view.ShowWhole();
+    ShowAgain();
+}
+
+void ExamState::ShowSamples()
+{
+    m_view.ShowSamples();
+    ShowAgain();
+}
+
+void ExamState::ShowAgain()
+{
     if (HasRecording()) ShowFrame();
 }
 

@@ -66,6 +66,12 @@ public:
     void ChangeDepth(int tenths);
     int DepthMillimetres() const;
 
+    /// Change the part of the frame that is shown, as ImageView says.
+    void ZoomAt(double factor, CPoint pixel);
+    void Pan(CSize pixels);
+    void ShowWhole();
+    void ShowSamples();
+
     /// Frames run at the rate of their recording unless they are frozen.
     void SetFrozen(bool frozen);
     bool IsFrozen() const { return m_frozen; }
@@ -95,6 +101,7 @@ private:
     static constexpr int fullDepth = 10;
 
     void FitImage();
+    void ShowAgain();
     void ShowFrame();
 
     ScreenLayout m_layout = ConsoleLayout();

@@ -13,6 +13,8 @@
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <cmath>
+
 namespace exam {
 
 namespace {
@@ -33,6 +35,10 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
+    ON_WM_MBUTTONDOWN()
+    ON_WM_MBUTTONUP()
+    ON_WM_MOUSEWHEEL()
+    ON_WM_CAPTURECHANGED()
     ON_WM_TIMER()
     ON_WM_SIZE()
     ON_WM_MOVE()
@@ -216,12 +222,54 @@ void MainWindow::OnTimer(UINT_PTR)
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
-    if (m_state.Layout().timeline.PtInRect(point) && m_state.HasRecording()) {
-        m_isSeeking = true;
-        SetCapture();
-        return Seek(point);
-    }
+    if (m_state.Layout().timeline.PtInRect(point)) return Take(Drag::timeline, point);
     m_state.Tools().Press(flags, OnScreen(point));
+    // A press that no tool takes moves the image.
+    if (!MouseCapture::IsLocked() && m_state.View().Zoom() != 1) Take(Drag::image, point);
+}
+
+void MainWindow::OnMButtonDown(UINT, CPoint point)
+{
+    Take(Drag::image, point);
+}
+
+void MainWindow::OnMButtonUp(UINT, CPoint)
+{
+    if (m_drag == Drag::image) ReleaseCapture();
+}
+
+void MainWindow::Take(Drag drag, CPoint point)
+{
+    if (!m_state.HasRecording()) return;
+    if (drag == Drag::image && !m_state.Layout().image.PtInRect(point)) return;
+    m_drag = drag;
+    m_dragged = point;
+    SetCapture();
+    if (drag == Drag::timeline) Seek(point);
+}
+
+void MainWindow::DragTo(CPoint point)
+{
+    if (m_drag == Drag::timeline) return Seek(point);
+    m_state.Pan(point - m_dragged);
+    m_dragged = point;
+}
+
+void MainWindow::OnCaptureChanged(CWnd*)
+{
+    m_drag = Drag::nothing;
+}
+
+// The wheel's position is one of the screen.
+BOOL MainWindow::OnMouseWheel(UINT, short delta, CPoint point)
+{
+    constexpr double zoomOfNotch = 1.25;
+    ScreenToClient(&point);
+    const CRect& image = m_state.Layout().image;
+    if (!m_state.HasRecording() || !image.PtInRect(point)) return FALSE;
+    m_state.ZoomAt(std::pow(zoomOfNotch, 1.0 * delta / WHEEL_DELTA),
+                   CPoint(point - image.TopLeft()));
+    return TRUE;
 }
 
 void MainWindow::Seek(CPoint point)
@@ -232,14 +280,13 @@ void MainWindow::Seek(CPoint point)
 
 void MainWindow::OnLButtonUp(UINT flags, CPoint point)
 {
-    if (m_isSeeking) ReleaseCapture();
-    m_isSeeking = false;
+    if (m_drag != Drag::nothing) ReleaseCapture();
     MouseCapture::HandleMouse(WM_LBUTTONUP, flags, OnScreen(point));
 }
 
 void MainWindow::OnMouseMove(UINT flags, CPoint point)
 {
-    if (m_isSeeking) return Seek(point);
+    if (m_drag != Drag::nothing) return DragTo(point);
     MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, OnScreen(point));
 }
 

@@ -41,6 +41,10 @@ protected:
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
+    void OnMButtonDown(UINT flags, CPoint point);
+    void OnMButtonUp(UINT flags, CPoint point);
+    BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+    void OnCaptureChanged(CWnd* next);
     void OnTimer(UINT_PTR id);
     void OnSize(UINT type, int width, int height);
     void OnMove(int x, int y);
@@ -53,6 +57,14 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    // The things that the mouse holds, apart from the tools' points.
+    enum class Drag
+    {
+        nothing,
+        timeline, // the mark of the timeline
+        image     // the image itself, to move it
+    };
+
     CWnd& Owner() override { return *this; }
     bool SavePicture(const std::wstring& path) override;
     void PaintMovie(CDC& dc) override;
@@ -67,6 +79,8 @@ private:
     bool Create(WindowForm form);
     void Arrange();
     void PlaceParts();
+    void Take(Drag drag, CPoint point);
+    void DragTo(CPoint point);
     void Seek(CPoint point);
     CPoint OnScreen(CPoint point) const;
     std::vector<ToolButton> ToolButtons();
@@ -80,8 +94,9 @@ private:
     WindowForm m_form = WindowForm::console;
     PanelForm m_panelForm = PanelForm::below;
     int m_dpi = 96;
-    ScreenLayout m_placed;              // the layout that the windows in this one follow
-    bool m_isSeeking = false;           // the mouse holds the mark of the timeline
+    ScreenLayout m_placed; // the layout that the windows in this one follow
+    Drag m_drag = Drag::nothing;
+    CPoint m_dragged;                   // the pointer's place at the last move
     std::optional<unsigned> m_interval; // of the timer that runs
     unsigned m_changesSeen = 0;
 };

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 using namespace synthetic_cine;
 
 TEST(ImageView, ShowsTheFrameWhereItsGeometrySays)
@@ -57,6 +59,84 @@ TEST(ImageView, FindsTheLineAndSampleOfAPixel)
     const UPoint found = image.ScanPosition(image.Pixel(20, 300));
     EXPECT_NEAR(found.x, 20, 1);
     EXPECT_NEAR(found.y, 300, 3);
+}
+
+TEST(ImageView, ZoomsAtAPixelAsFarAsEightTimes)
+{
+    for (const CineDescription& cine : {Linear(), Curved()}) {
+        ImageView view;
+        Show(cine, view);
+        const ImagingParameters whole = view.Parameters();
+        view.ZoomAt(3, {150, 140}); // the frame is larger than the image in both directions
+        const CPoint pixel(120, 160);
+        const FramePoint before = view.Parameters().InFrame(pixel);
+        for (int i = 0; i < 20; ++i) {
+            view.ZoomAt(1.25, pixel);
+            const ImagingParameters& image = view.Parameters();
+            const FramePoint after = image.InFrame(pixel);
+            EXPECT_NEAR(after.x, before.x, whole.micronsPerPixel.x) << view.Zoom();
+            EXPECT_NEAR(after.y, before.y, whole.micronsPerPixel.y) << view.Zoom();
+            EXPECT_NEAR(image.micronsPerPixel.x, whole.micronsPerPixel.x / view.Zoom(), 0.5);
+        }
+        EXPECT_EQ(view.Zoom(), ImageView::mostZoom);
+        view.ShowWhole();
+        EXPECT_EQ(view.Zoom(), 1);
+        EXPECT_EQ(view.Parameters().Pixel(5, 5).x, whole.Pixel(5, 5).x);
+        EXPECT_EQ(view.Parameters().Pixel(5, 5).y, whole.Pixel(5, 5).y);
+    }
+}
+
+TEST(ImageView, PansAsFarAsTheEdgesOfTheFrame)
+{
+    for (const CineDescription& cine : {Linear(), Curved()}) {
+        ImageView view;
+        Show(cine, view);
+        view.ZoomAt(4, {150, 140});
+        for (const CSize away :
+             {CSize(5000, 0), CSize(-9000, 0), CSize(0, 5000), CSize(0, -9000)}) {
+            view.Pan(away);
+            EXPECT_FALSE(view.ImagedRect().IsRectEmpty());
+        }
+        view.Pan(CSize(90000, 90000)); // the frame's upper left corner comes into view
+        const CRect extent = view.ImagedRect();
+        EXPECT_GT(extent.left, 0);
+        EXPECT_GT(extent.top, 0);
+    }
+}
+
+TEST(ImageView, AMovedImageShowsWhatWasShownThere)
+{
+    ImageView view;
+    Show(Linear(), view);
+    view.ZoomAt(3, {150, 140});
+    const FramePoint before = view.Parameters().InFrame({100, 100});
+    view.Pan(CSize(12, -9));
+    const FramePoint after = view.Parameters().InFrame({112, 91});
+    EXPECT_NEAR(after.x, before.x, 1);
+    EXPECT_NEAR(after.y, before.y, 1);
+}
+
+TEST(ImageView, ShowsAPixelForEachSample)
+{
+    ImageView view;
+    Show(Curved(), view);
+    view.ShowSamples();
+    EXPECT_EQ(view.Parameters().micronsPerPixel.y, std::lround(view.Parameters().SampleMicrons()));
+}
+
+TEST(ImageView, ADistanceIsTheSameAtAnyZoom)
+{
+    ImageView view;
+    Show(Linear(), view);
+    const auto distance = [&] {
+        const ImagingParameters& image = view.Parameters();
+        return image.Millimetres(image.Pixel(10, 20), image.Pixel(lines - 10, samples - 20));
+    };
+    const double whole = distance();
+    for (const double factor : {2.0, 2.0, 1.7}) {
+        view.ZoomAt(factor, {150, 140});
+        EXPECT_NEAR(distance(), whole, 0.4);
+    }
 }
 
 // The conversion of frames supports whole apertures only. A part, shown over the whole aperture,

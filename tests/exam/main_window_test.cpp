@@ -15,6 +15,7 @@
 #include <zel_string_convert/TableLoading.h>
 
 #include <atomic>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <optional>
@@ -222,6 +223,38 @@ TEST_F(MainWindowTest, APressOnTheTimelineShowsItsFrame)
     m_window->SendMessage(WM_LBUTTONUP, 0, at(line.left));
     m_window->SendMessage(WM_MOUSEMOVE, 0, at(line.right));
     EXPECT_EQ(m_state.Frame(), 0);
+}
+
+TEST_F(MainWindowTest, TheWheelZoomsAtThePointerAndADragMovesTheImage)
+{
+    Open(WindowForm::window);
+    const CRect& image = m_state.Layout().image;
+    const CPoint pointer = image.TopLeft() + CPoint(200, 150);
+    m_state.ZoomAt(3, image.CenterPoint());
+    const FramePoint under = m_state.View().Parameters().InFrame({200, 150});
+    CPoint onScreen = pointer;
+    m_window->ClientToScreen(&onScreen);
+    m_window->SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(0, 4 * WHEEL_DELTA),
+                          MAKELPARAM(onScreen.x, onScreen.y));
+    EXPECT_NEAR(m_state.View().Zoom(), 3 * std::pow(1.25, 4), 1e-9);
+    const double pixel = m_state.View().Parameters().micronsPerPixel.x;
+    EXPECT_NEAR(m_state.View().Parameters().InFrame({200, 150}).x, under.x, pixel);
+    const auto at = [&](CPoint point) { return MAKELPARAM(point.x, point.y); };
+    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, at(pointer));
+    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, at(pointer + CPoint(-20, 0)));
+    m_window->SendMessage(WM_LBUTTONUP, 0, at(pointer + CPoint(-20, 0)));
+    m_window->SendMessage(WM_MOUSEMOVE, 0, at(pointer + CPoint(-90, 0)));
+    EXPECT_NEAR(m_state.View().Parameters().InFrame({180, 150}).x, under.x, pixel);
+}
+
+TEST_F(MainWindowTest, ZoomingDoesNotEndAMovie)
+{
+    RecordMovie(1);
+    m_state.ZoomAt(2, {300, 300});
+    m_window->Exam().Advance();
+    m_state.ShowWhole();
+    m_window->Exam().EndRecording();
+    ExpectWholeMovie(2);
 }
 
 TEST_F(MainWindowTest, PointsOfAToolAreTakenWhereTheyAreShownInAMovedWindow)
