@@ -9,27 +9,31 @@
 
 namespace exam {
 
-/// Selects a font for the length of a scope.
+/// The one font of the application, smooth, in a height in pixels.
+class TextFont : public CFont
+{
+public:
+    explicit TextFont(int pixels, int weight = FW_NORMAL)
+    {
+        CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                   OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                   DEFAULT_PITCH | FF_SWISS, L"Arial");
+    }
+};
+
+/// Selects the font for the length of a scope.
 class ScopedFont
 {
 public:
-    static constexpr int textSize = 15; ///< pixels; for everything but the title
+    static constexpr int textSize = 15; ///< pixels at 96 dpi; for everything but the title
 
     ScopedFont(CDC& dc, int pixels, int weight)
-        : m_selection(dc.GetSafeHdc(), Create(pixels, weight))
+        : m_font(pixels, weight), m_selection(dc.GetSafeHdc(), m_font.GetSafeHandle())
     {
     }
 
 private:
-    HGDIOBJ Create(int pixels, int weight)
-    {
-        m_font.CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                          OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
-                          DEFAULT_PITCH | FF_SWISS, L"Arial");
-        return m_font.GetSafeHandle();
-    }
-
-    CFont m_font; // initialised before the selection, whose argument creates it
+    TextFont m_font;
     base::Selection m_selection;
 };
 

@@ -21,6 +21,9 @@ constexpr int tenthsOfDegree = 10;
 // meaningful action fits.
 constexpr int mostParam = 10000;
 
+constexpr double zoomStep = 1.25;
+constexpr int panPart = 10;
+
 using State = ExamState;
 
 // A measurement belongs to one frame, so the frames stand still for it, unless they are recorded.
@@ -50,6 +53,42 @@ int IsAnyToolVisible(const State& state, int)
                        [](const ImageTool* tool) { return tool->IsVisible(); });
 }
 
+void SelectImage(Examination& exam, int param)
+{
+    exam.State().SelectImage(static_cast<std::size_t>(param));
+}
+
+void ChangeGain(Examination& exam, int param)
+{
+    exam.State().ChangeGain(param);
+}
+
+void ChangeDepth(Examination& exam, int param)
+{
+    exam.State().ChangeDepth(param);
+}
+
+void StepFrames(Examination& exam, int param)
+{
+    exam.State().StepFrames(param);
+}
+
+// The image's middle stays where it is.
+void Zoom(Examination& exam, double factor)
+{
+    if (!exam.State().HasRecording()) return;
+    const ImagingParameters& image = exam.State().View().Parameters();
+    exam.State().ZoomAt(factor, {image.width / 2, image.height / 2});
+}
+
+// Looks further into a direction, by a part of the image's size.
+void Pan(Examination& exam, int right, int down)
+{
+    if (!exam.State().HasRecording()) return;
+    const ImagingParameters& image = exam.State().View().Parameters();
+    exam.State().Pan({right * image.width / panPart, down * image.height / panPart});
+}
+
 int IsOnDisplay(const State& state, int param)
 {
     return state.Current() == static_cast<std::size_t>(param);
@@ -70,40 +109,80 @@ bool CanRecord(const State& state)
 
 // The names of types and actions are those of the vocabulary.
 constexpr Command commands[] = {
-    {.type = L"Imaging",
+    {.key = VK_RETURN,
+     .menu = Menu::image,
+     .type = L"Imaging",
      .action = L"Freeze",
+     .nameKey = "exam.button.Freeze",
+     .tipKey = "exam.tip.freeze",
      .carryOut = [](Examination& e, int) { e.State().SetFrozen(!e.State().IsFrozen()); },
      .value = [](const State& s, int) -> int { return s.IsFrozen(); }},
-    {.type = L"Imaging",
+    {.key = VK_OEM_PLUS,
+     .repeats = true,
+     .keyParam = 1,
+     .menu = Menu::image,
+     .type = L"Imaging",
      .action = L"Gain",
-     .carryOut = [](Examination& e, int param) { e.State().ChangeGain(param); },
-     .value = [](const State& s, int) { return s.Gain(); }},
-    {.type = L"Imaging",
+     .nameKey = "exam.command.gain.up",
+     .tipKey = "exam.tip.gain.up",
+     .carryOut = ChangeGain,
+     .value = [](const State& s, int) { return s.Gain(); },
+     .isNumber = true},
+    {.key = VK_OEM_MINUS,
+     .repeats = true,
+     .keyParam = -1,
+     .menu = Menu::image,
+     .nameKey = "exam.command.gain.down",
+     .tipKey = "exam.tip.gain.down",
+     .carryOut = ChangeGain},
+    {.key = VK_NEXT,
+     .repeats = true,
+     .keyParam = 1,
+     .menu = Menu::image,
+     .type = L"Imaging",
      .action = L"Depth",
-     .carryOut = [](Examination& e, int param) { e.State().ChangeDepth(param); },
-     .value = [](const State& s, int) { return s.DepthMillimetres(); }},
+     .nameKey = "exam.command.depth.more",
+     .tipKey = "exam.tip.depth.more",
+     .carryOut = ChangeDepth,
+     .value = [](const State& s, int) { return s.DepthMillimetres(); },
+     .isNumber = true},
+    {.key = VK_PRIOR,
+     .repeats = true,
+     .keyParam = -1,
+     .menu = Menu::image,
+     .nameKey = "exam.command.depth.less",
+     .tipKey = "exam.tip.depth.less",
+     .carryOut = ChangeDepth},
     {.key = 'R',
      .repeats = true,
      .keyParam = 15,
+     .menu = Menu::image,
      .type = L"Imaging",
      .action = L"Rotate",
-     .nameKey = "exam.button.Rotate",
+     .nameKey = "exam.command.rotate",
      .tipKey = "exam.tip.rotate",
      .carryOut = [](Examination& e, int param) { e.State().Rotate(param * tenthsOfDegree); },
-     .value = [](const State& s, int) { return s.Rotation() / tenthsOfDegree; }},
-    {.type = L"Mode",
+     .value = [](const State& s, int) { return s.Rotation() / tenthsOfDegree; },
+     .isNumber = true},
+    {.key = 'B',
+     .menu = Menu::image,
+     .type = L"Mode",
      .action = L"B",
+     .nameKey = "exam.command.bmode",
+     .tipKey = "exam.tip.bmode",
      .carryOut = [](Examination& e, int) { e.State().ShowStrip(false); },
      .value = [](const State&, int) { return 1; }},
     {.key = 'S',
+     .menu = Menu::image,
      .type = L"Mode",
      .action = L"PulsedDoppler",
-     .nameKey = "exam.button.PulsedDoppler",
+     .nameKey = "exam.command.strip",
      .tipKey = "exam.tip.strip",
      .carryOut = [](Examination& e, int) { e.State().ShowStrip(!e.State().IsStripShown()); },
      .value = [](const State& s, int) -> int { return s.IsStripShown(); }},
     {.type = L"Measurement", .action = L"Measure", .value = IsAnyToolVisible},
     {.key = '1',
+     .menu = Menu::measure,
      .type = L"Measurement",
      .action = L"Distance",
      .picture = L"distance.png",
@@ -112,6 +191,7 @@ constexpr Command commands[] = {
      .carryOut = [](Examination& e, int) { Toggle(e, e.State().Tools().Distance()); },
      .value = [](const State& s, int) -> int { return s.Tools().Distance().IsVisible(); }},
     {.key = '2',
+     .menu = Menu::measure,
      .type = L"Measurement",
      .action = L"Angle",
      .picture = L"angle.png",
@@ -120,6 +200,7 @@ constexpr Command commands[] = {
      .carryOut = [](Examination& e, int) { Toggle(e, e.State().Tools().Angle()); },
      .value = [](const State& s, int) -> int { return s.Tools().Angle().IsVisible(); }},
     {.key = '3',
+     .menu = Menu::measure,
      .type = L"Measurement",
      .action = L"Area",
      .picture = L"region.png",
@@ -129,29 +210,42 @@ constexpr Command commands[] = {
      .value = [](const State& s, int) -> int { return s.Tools().Region().IsVisible(); }},
     {.key = VK_TAB,
      .repeats = true,
+     .menu = Menu::measure,
      .type = L"Measurement",
      .action = L"NextPoint",
      .nameKey = "exam.command.point",
      .tipKey = "exam.tip.point",
      .carryOut = [](Examination&, int) { MouseCapture::LockNext(); }},
-    {.type = L"Measurement", .action = L"Clear", .carryOut = ClearMeasurements},
-    {.type = L"Document",
+    {.key = VK_DELETE,
+     .menu = Menu::measure,
+     .type = L"Measurement",
+     .action = L"Clear",
+     .nameKey = "exam.command.clear",
+     .tipKey = "exam.tip.clear",
+     .carryOut = ClearMeasurements},
+    {.key = VK_F9,
+     .menu = Menu::exam,
+     .type = L"Document",
      .action = L"SaveImage",
+     .nameKey = "exam.command.picture",
+     .tipKey = "exam.tip.picture",
      .carryOut = [](Examination& e, int) { e.SavePicture(); }},
     {.key = 'C',
+     .menu = Menu::exam,
      .type = L"Document",
      .action = L"Record",
      .picture = L"raw.png",
-     .nameKey = "exam.button.raw",
+     .nameKey = "exam.command.raw",
      .tipKey = "exam.tip.raw",
      .carryOut = [](Examination& e, int) { e.ToggleRecording(false); },
      .value = IsRecorded<false>,
      .isPossible = CanRecord<false>},
     {.key = 'V',
+     .menu = Menu::exam,
      .type = L"Document",
      .action = L"RecordMovie",
      .picture = L"movie.png",
-     .nameKey = "exam.button.movie",
+     .nameKey = "exam.command.movie",
      .tipKey = "exam.tip.movie",
      .carryOut = [](Examination& e, int) { e.ToggleRecording(true); },
      .value = IsRecorded<true>,
@@ -159,74 +253,162 @@ constexpr Command commands[] = {
     {.key = 'F',
      .repeats = true,
      .keyParam = 1,
+     .menu = Menu::image,
      .type = L"Cine",
      .action = L"Step",
-     .nameKey = "exam.button.Frame",
+     .nameKey = "exam.command.frame.next",
      .tipKey = "exam.tip.frame",
-     .carryOut = [](Examination& e, int param) { e.State().StepFrames(param); }},
+     .carryOut = StepFrames},
+    {.key = 'D',
+     .repeats = true,
+     .keyParam = -1,
+     .menu = Menu::image,
+     .nameKey = "exam.command.frame.previous",
+     .tipKey = "exam.tip.frame.previous",
+     .carryOut = StepFrames},
     {.key = VK_SPACE,
+     .menu = Menu::image,
      .type = L"Probe",
      .action = L"Next",
      .nameKey = "exam.command.image",
      .tipKey = "exam.tip.image",
      .carryOut = [](Examination& e, int) { e.State().NextImage(); }},
-    {.type = L"Probe",
+    {.key = VK_F6,
+     .keyParam = 0,
+     .menu = Menu::image,
+     .type = L"Probe",
      .action = L"Select",
-     .carryOut = [](Examination& e,
-                    int param) { e.State().SelectImage(static_cast<std::size_t>(param)); },
+     .nameKey = "exam.command.curved",
+     .tipKey = "exam.tip.curved",
+     .carryOut = SelectImage,
      .value = IsOnDisplay,
      .params = 2},
+    {.key = VK_F7,
+     .keyParam = 1,
+     .menu = Menu::image,
+     .nameKey = "exam.command.linear",
+     .tipKey = "exam.tip.linear",
+     .carryOut = SelectImage,
+     .value = IsOnDisplay},
+    {.key = VK_OEM_PLUS,
+     .withControl = true,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.zoom.in",
+     .tipKey = "exam.tip.zoom.in",
+     .carryOut = [](Examination& e, int) { Zoom(e, zoomStep); }},
+    {.key = VK_OEM_MINUS,
+     .withControl = true,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.zoom.out",
+     .tipKey = "exam.tip.zoom.out",
+     .carryOut = [](Examination& e, int) { Zoom(e, 1 / zoomStep); }},
+    {.key = '0',
+     .menu = Menu::view,
+     .nameKey = "exam.command.zoom.whole",
+     .tipKey = "exam.tip.zoom.whole",
+     .carryOut = [](Examination& e, int) { e.State().ShowWhole(); }},
+    {.key = 'O',
+     .menu = Menu::view,
+     .nameKey = "exam.command.zoom.samples",
+     .tipKey = "exam.tip.zoom.samples",
+     .carryOut = [](Examination& e, int) { e.State().ShowSamples(); }},
+    {.key = VK_LEFT,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.pan.left",
+     .tipKey = "exam.tip.pan.left",
+     .carryOut = [](Examination& e, int) { Pan(e, 1, 0); }},
+    {.key = VK_RIGHT,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.pan.right",
+     .tipKey = "exam.tip.pan.right",
+     .carryOut = [](Examination& e, int) { Pan(e, -1, 0); }},
+    {.key = VK_UP,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.pan.up",
+     .tipKey = "exam.tip.pan.up",
+     .carryOut = [](Examination& e, int) { Pan(e, 0, 1); }},
+    {.key = VK_DOWN,
+     .repeats = true,
+     .menu = Menu::view,
+     .nameKey = "exam.command.pan.down",
+     .tipKey = "exam.tip.pan.down",
+     .carryOut = [](Examination& e, int) { Pan(e, 0, -1); }},
     {.key = 'P',
+     .menu = Menu::measure,
      .type = L"Console",
      .action = L"Pointer",
-     .nameKey = "exam.button.Pointer",
+     .nameKey = "exam.command.pointer",
      .tipKey = "exam.tip.pointer",
      .carryOut = ChangePointer,
      .value = [](const State&, int) -> int { return MouseCapture::GetInput() == InputTrackball; }},
-    {.type = L"Console",
+    {.key = 'E',
+     .menu = Menu::exam,
+     .type = L"Console",
      .action = L"Cancel",
+     .nameKey = "exam.button.Stop",
+     .tipKey = "exam.tip.stop",
      .carryOut = [](Examination& e, int) { e.EndRecording(); }},
     {.key = 'L',
+     .menu = Menu::view,
      .nameKey = "exam.command.language",
      .tipKey = "exam.tip.language",
      .carryOut = [](Examination& e, int) { e.State().NextLanguage(); }},
     {.key = 'K',
+     .menu = Menu::view,
      .nameKey = "exam.command.panel",
      .tipKey = "exam.tip.panel",
      .carryOut = [](Examination& e, int) { e.Window().TogglePanel(); }},
     {.key = 'K',
      .withControl = true,
+     .menu = Menu::view,
      .nameKey = "exam.command.lock",
      .tipKey = "exam.tip.lock",
      .carryOut = [](Examination& e, int) { e.Window().TogglePanelLock(); }},
     {.key = 'R',
      .withControl = true,
+     .menu = Menu::view,
      .nameKey = "exam.command.reset",
      .tipKey = "exam.tip.reset",
      .carryOut = [](Examination& e, int) { e.Window().ResetPanel(); }},
     {.key = 'Z',
+     .menu = Menu::exam,
      .nameKey = "exam.command.pack",
      .tipKey = "exam.tip.pack",
      .carryOut = [](Examination& e,
                     int) { e.State().SetStatus(e.Service().Pack(e.Window().Owner())); }},
     {.key = 'U',
+     .menu = Menu::exam,
      .nameKey = "exam.command.unpack",
      .tipKey = "exam.tip.unpack",
      .carryOut = [](Examination& e, int) { e.Unpack(); }},
+    {.key = VK_F1,
+     .menu = Menu::help,
+     .nameKey = "exam.command.keys",
+     .tipKey = "exam.tip.keys",
+     .carryOut = [](Examination& e, int) { e.Window().ToggleKeys(); }},
     {.key = 'A',
+     .menu = Menu::help,
      .nameKey = "exam.command.about",
      .tipKey = "exam.tip.about",
      .carryOut = [](Examination& e, int) { e.Service().ToggleAbout(e.Window().Owner()); }},
     {.key = VK_F11,
+     .menu = Menu::help,
      .nameKey = "exam.command.service",
      .tipKey = "exam.tip.service",
      .carryOut = [](Examination& e, int) { ShowServiceMenu(e.Window().Owner().GetSafeHwnd()); }},
     {.key = VK_ESCAPE,
+     .menu = Menu::exam,
      .nameKey = "exam.command.cancel",
      .tipKey = "exam.tip.cancel",
      .carryOut = [](Examination& e, int) { e.Cancel(); }},
     {.key = 'Q',
      .withControl = true,
+     .menu = Menu::exam,
      .type = L"Exam",
      .action = L"End",
      .nameKey = "exam.button.End",
@@ -240,17 +422,31 @@ ActionStateInfo StateOf(const Command& command, int param)
     return {type, CProActionCollection::MapAction(type, command.action), param};
 }
 
-CString KeyName(const Command& command)
+// The name of a key by itself.
+CString NameOfKey(UINT key)
 {
-    const wchar_t letter[] = {static_cast<wchar_t>(command.key), L'\0'};
-    if (command.withControl) return GetStr("exam.key.control", letter);
-    switch (command.key) {
+    switch (key) {
     case VK_SPACE: return GetStr("exam.key.space");
+    case VK_RETURN: return GetStr("exam.key.enter");
+    case VK_DELETE: return GetStr("exam.key.delete");
+    case VK_PRIOR: return GetStr("exam.key.pageup");
+    case VK_NEXT: return GetStr("exam.key.pagedown");
+    case VK_LEFT: return GetStr("exam.key.left");
+    case VK_RIGHT: return GetStr("exam.key.right");
+    case VK_UP: return GetStr("exam.key.up");
+    case VK_DOWN: return GetStr("exam.key.down");
     case VK_TAB: return L"Tab";
     case VK_ESCAPE: return L"Esc";
-    case VK_F11: return L"F11";
-    default: return letter;
+    case VK_OEM_PLUS: return L"+";
+    case VK_OEM_MINUS: return L"\u2212";
+    default: break;
     }
+    CString name;
+    if (key >= VK_F1 && key <= VK_F12)
+        name.Format(L"F%u", key - VK_F1 + 1);
+    else
+        name.Format(L"%c", static_cast<wchar_t>(key));
+    return name;
 }
 
 } // namespace
@@ -282,12 +478,18 @@ const Command* CommandOfAction(const ActionInfo& action)
 
 bool IsOn(const Command& command, const ExamState& state)
 {
-    return command.value && command.value(state, command.keyParam) != 0;
+    return command.value && !command.isNumber && command.value(state, command.keyParam) != 0;
 }
 
 bool IsPossible(const Command& command, const ExamState& state)
 {
     return command.carryOut && (!command.isPossible || command.isPossible(state));
+}
+
+CString KeyName(const Command& command)
+{
+    const CString key = NameOfKey(command.key);
+    return command.withControl ? GetStr("exam.key.control", key.GetString()) : key;
 }
 
 CString TipOf(const Command& command)
@@ -298,7 +500,7 @@ CString TipOf(const Command& command)
 
 std::wstring KeyHelp()
 {
-    constexpr std::size_t width = 13; // the longest name has nine letters
+    constexpr std::size_t width = 18; // the longest name has fourteen letters
     std::wstring help;
     for (const Command& command : commands) {
         if (command.key == 0) continue;
@@ -348,7 +550,7 @@ void CommandDesk::OnStateChange(StateChangeType, unsigned int, long)
 void CommandDesk::BroadcastChanges()
 {
     for (const Command& command : commands) {
-        for (int param = 0; command.value && param < command.params; ++param) {
+        for (int param = 0; command.type && command.value && param < command.params; ++param) {
             const ActionStateInfo state = StateOf(command, param);
             const int value = command.value(m_exam.State(), param);
             const auto told = m_told.find(state);

@@ -11,18 +11,30 @@
 
 namespace exam {
 
-/// One thing that the user can have done. Keys, tool bar, control panel, lamps and the help all
-/// come from the table of commands.
+/// The menus, from left to right.
+enum class Menu
+{
+    none,
+    exam,
+    image,
+    measure,
+    view,
+    help
+};
+
+/// One thing that the user can have done. Keys, menus, tool bar, control panel, lamps and the help
+/// all come from the table of commands.
 struct Command
 {
     UINT key = 0;                     ///< virtual key; 0: none
     bool withControl = false;         ///< true: the key needs Ctrl; false: no other key with it
     bool repeats = false;             ///< true: a key that is held carries it out again and again
-    int keyParam = 0;                 ///< the parameter that key and tool bar give
+    int keyParam = 0;                 ///< the parameter that key, menu and tool bar give
+    Menu menu = Menu::none;           ///< the menu that it stands in, in the table's order
     const wchar_t* type = nullptr;    ///< its type in the action vocabulary; null: none
     const wchar_t* action = nullptr;  ///< its name in that type
     const wchar_t* picture = nullptr; ///< file of its picture on the tool bar; null: not there
-    const char* nameKey = nullptr;    ///< key of its name; null for one without key and picture
+    const char* nameKey = nullptr;    ///< key of its name; null for a state without effect
     const char* tipKey = nullptr;     ///< key of a text that says what it does; null with the name
 
     /// Carries it out; the vocabulary explains the parameter. Null: it has no effect here.
@@ -30,7 +42,8 @@ struct Command
 
     /// Its state for a parameter; 0 is off. Null: it has none.
     int (*value)(const ExamState& state, int param) = nullptr;
-    int params = 1; ///< the parameters that have a state, from 0 on
+    bool isNumber = false; ///< its state is a number, and not on or off
+    int params = 1;        ///< the parameters that have a state, from 0 on
 
     /// True when it can be carried out now. Null: always.
     bool (*isPossible)(const ExamState& state) = nullptr;
@@ -52,11 +65,15 @@ struct KeyPress
 const Command* CommandOfKey(UINT key, bool withControl = false);
 const Command* CommandOfAction(const ActionInfo& action);
 
+/// False for a state that is a number.
 bool IsOn(const Command& command, const ExamState& state);
 bool IsPossible(const Command& command, const ExamState& state);
 
 /// The key of a command and what it does, in the current language. It has texts.
 CString TipOf(const Command& command);
+
+/// The name of its key as it stands on a keyboard, in the current language.
+CString KeyName(const Command& command);
 
 /// One line for each key that says what it does, in the current language.
 std::wstring KeyHelp();

@@ -269,6 +269,7 @@ void ControlPanel::OnCaptureChanged(CWnd*)
 void ControlPanel::OnRButtonUp(UINT, CPoint point)
 {
     const auto button = ButtonAt(point);
+    if (!button) Default(); // a context menu
     if (!button || m_press) return;
     m_layout.ToggleCheck(m_buttons[*button].placement);
     SaveLayout();

@@ -44,11 +44,9 @@ BEGIN_MESSAGE_MAP(StatusPage, CWnd)
 END_MESSAGE_MAP()
 
 StatusPage::StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated)
-    : m_shown(std::move(shown)), m_simulated(std::move(simulated)), m_background(palette::panel)
+    : m_shown(std::move(shown)), m_simulated(std::move(simulated)), m_font(ScopedFont::textSize),
+      m_background(palette::panel)
 {
-    m_font.CreateFont(-ScopedFont::textSize, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                      DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
-                      DEFAULT_PITCH | FF_SWISS, L"Arial");
 }
 
 StatusPage::~StatusPage()

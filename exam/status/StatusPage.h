@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Painting.h"
+
 #include <afxwin.h>
 
 #include <functional>
@@ -46,7 +48,7 @@ private:
 
     std::vector<PageSwitch> m_shown;
     std::vector<PageSwitch> m_simulated;
-    CFont m_font;
+    TextFont m_font;
     CBrush m_background;
 };
 

@@ -87,7 +87,7 @@ bool OpensMenu(TourContext& context)
     return s_menu.isSeen;
 }
 
-void Menu(TourContext& context)
+void ServiceMenu(TourContext& context)
 {
     context.report.Step(!OpensMenu(context), L"there is no service menu outside of service mode");
     utilsExam::ServiceMode = true;
@@ -174,7 +174,7 @@ void TourService(TourContext& context)
     ProgressBar(context);
     StudyThereAndBack(context);
     About(context);
-    Menu(context);
+    ServiceMenu(context);
     Crash(context);
     context.state.SetStatus(L"");
 }

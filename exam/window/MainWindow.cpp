@@ -6,6 +6,7 @@
 #include "screen/Screen.h"
 #include "screen/Timeline.h"
 #include "window/Capture.h"
+#include "window/Menus.h"
 #include "window/WindowPlace.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
@@ -20,6 +21,15 @@ namespace exam {
 namespace {
 
 constexpr UINT_PTR playTimer = 1;
+
+// The key that means the same as one of the number pad.
+UINT WithoutNumberPad(UINT key)
+{
+    if (key == VK_ADD) return VK_OEM_PLUS;
+    if (key == VK_SUBTRACT) return VK_OEM_MINUS;
+    if (key >= VK_NUMPAD0 && key <= VK_NUMPAD9) return key - VK_NUMPAD0 + '0';
+    return key;
+}
 
 bool IsHeld(int key)
 {
@@ -39,6 +49,8 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_MBUTTONUP()
     ON_WM_MOUSEWHEEL()
     ON_WM_CAPTURECHANGED()
+    ON_MESSAGE(WM_INITMENUPOPUP, OnInitMenuPopup)
+    ON_MESSAGE(WM_CONTEXTMENU, OnContextMenu)
     ON_WM_TIMER()
     ON_WM_SIZE()
     ON_WM_MOVE()
@@ -64,6 +76,7 @@ bool MainWindow::Open(WindowForm form)
     m_form = form;
     m_panelForm = form == WindowForm::console ? PanelForm::below : PanelForm::docked;
     if (!Create(form)) return false;
+    ShowMenuBar();
     m_dpi = DpiOf(GetSafeHwnd());
     Arrange();
     if (!m_overlays.Open(*this)) return false;
@@ -92,6 +105,17 @@ bool MainWindow::OpenPanel()
     const CRect area = m_panelForm == PanelForm::docked ? m_state.Layout().controlPanel
                                                         : ControlPanel::AreaBelow(*this);
     return m_panel.Open(*this, m_panelForm, area);
+}
+
+// Shows the menus in the current language. A console has none.
+void MainWindow::ShowMenuBar()
+{
+    if (m_form == WindowForm::console) return;
+    MenuHandle bar = MakeMenuBar();
+    const HMENU before = ::GetMenu(GetSafeHwnd());
+    if (!::SetMenu(GetSafeHwnd(), bar.get())) return;
+    bar.release(); // it is the window's now
+    if (before) DestroyMenu(before);
 }
 
 // Lays the window out anew, if anything that the layout follows from has changed.
@@ -142,7 +166,10 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
 {
     ++m_changesSeen;
     if (!GetSafeHwnd()) return;
-    if (type == stateLanguageChanged) SetWindowText(GetStr("exam.title"));
+    if (type == stateLanguageChanged) {
+        SetWindowText(GetStr("exam.title"));
+        ShowMenuBar();
+    }
     Arrange();
     if (m_placed != m_state.Layout()) PlaceParts();
     RunTimer();
@@ -210,9 +237,38 @@ void MainWindow::ResetPanel()
 
 void MainWindow::OnKeyDown(UINT key, UINT, UINT flags)
 {
-    m_commands.Press({key, IsHeld(VK_CONTROL),
+    m_commands.Press({WithoutNumberPad(key), IsHeld(VK_CONTROL),
                       IsHeld(VK_SHIFT) || IsHeld(VK_MENU) || IsHeld(VK_LWIN) || IsHeld(VK_RWIN),
                       (flags & KF_REPEAT) != 0});
+}
+
+BOOL MainWindow::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    const Command* const command = lParam == 0 ? CommandOfItem(LOWORD(wParam)) : nullptr;
+    if (!command) return CWnd::OnCommand(wParam, lParam);
+    m_commands.CarryOut(*command);
+    return TRUE;
+}
+
+LRESULT MainWindow::OnInitMenuPopup(WPARAM menu, LPARAM)
+{
+    ShowStates(reinterpret_cast<HMENU>(menu), m_state);
+    return 0;
+}
+
+// The place is that of the pointer on the screen, or -1 for the key of context menus.
+LRESULT MainWindow::OnContextMenu(WPARAM, LPARAM place)
+{
+    const CRect& image = m_state.Layout().image;
+    CPoint point(place);
+    if (place == -1) point = OnScreen(image.CenterPoint());
+    CPoint inClient = point;
+    ScreenToClient(&inClient);
+    const MenuHandle menu = image.PtInRect(inClient) ? MakeContextMenu({Menu::measure, Menu::image})
+                                                     : MakeContextMenu({Menu::view});
+    TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, point.x, point.y, 0, GetSafeHwnd(),
+                   nullptr);
+    return 0;
 }
 
 void MainWindow::OnTimer(UINT_PTR)

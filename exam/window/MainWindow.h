@@ -3,6 +3,7 @@
 #include "commands/Commands.h"
 #include "overlay/Overlays.h"
 #include "panel/ControlPanel.h"
+#include "window/KeyList.h"
 
 #include <base/GdiPlusSession.h>
 
@@ -32,6 +33,7 @@ public:
     Examination& Exam() { return m_exam; }
     Overlays& OverImage() { return m_overlays; }
     ControlPanel& Panel() { return m_panel; }
+    const KeyList& Keys() const { return m_keys; }
     unsigned ChangesSeen() const { return m_changesSeen; }
 
 protected:
@@ -45,6 +47,9 @@ protected:
     void OnMButtonUp(UINT flags, CPoint point);
     BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
     void OnCaptureChanged(CWnd* next);
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    LRESULT OnInitMenuPopup(WPARAM menu, LPARAM lParam);
+    LRESULT OnContextMenu(WPARAM wParam, LPARAM place);
     void OnTimer(UINT_PTR id);
     void OnSize(UINT type, int width, int height);
     void OnMove(int x, int y);
@@ -69,6 +74,7 @@ private:
     bool SavePicture(const std::wstring& path) override;
     void PaintMovie(CDC& dc) override;
     void TogglePanel() override;
+    void ToggleKeys() override { m_keys.Toggle(*this); }
     void TogglePanelLock() override;
     void ResetPanel() override;
     bool Ask(const CString& question) override;
@@ -77,6 +83,7 @@ private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void RunTimer();
     bool Create(WindowForm form);
+    void ShowMenuBar();
     void Arrange();
     void PlaceParts();
     void Take(Drag drag, CPoint point);
@@ -91,6 +98,7 @@ private:
     CommandDesk m_commands;
     Overlays m_overlays;
     ControlPanel m_panel;
+    KeyList m_keys;
     WindowForm m_form = WindowForm::console;
     PanelForm m_panelForm = PanelForm::below;
     int m_dpi = 96;

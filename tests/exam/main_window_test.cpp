@@ -14,7 +14,9 @@
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 
+#include <algorithm>
 #include <atomic>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -245,6 +247,105 @@ TEST_F(MainWindowTest, TheWheelZoomsAtThePointerAndADragMovesTheImage)
     m_window->SendMessage(WM_LBUTTONUP, 0, at(pointer + CPoint(-20, 0)));
     m_window->SendMessage(WM_MOUSEMOVE, 0, at(pointer + CPoint(-90, 0)));
     EXPECT_NEAR(m_state.View().Parameters().InFrame({180, 150}).x, under.x, pixel);
+}
+
+namespace {
+
+// The texts of a menu's items, and of the menus below them.
+std::vector<CString> TextsOf(HMENU menu)
+{
+    std::vector<CString> texts;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        wchar_t text[200] = {};
+        GetMenuStringW(menu, static_cast<UINT>(i), text, 200, MF_BYPOSITION);
+        texts.emplace_back(text);
+        if (const HMENU popup = GetSubMenu(menu, i)) {
+            const std::vector<CString> below = TextsOf(popup);
+            texts.insert(texts.end(), below.begin(), below.end());
+        }
+    }
+    return texts;
+}
+
+UINT StateOfItem(HMENU popup, const CString& text)
+{
+    for (int i = 0; i < GetMenuItemCount(popup); ++i) {
+        wchar_t found[200] = {};
+        GetMenuStringW(popup, static_cast<UINT>(i), found, 200, MF_BYPOSITION);
+        if (text == found) return GetMenuState(popup, static_cast<UINT>(i), MF_BYPOSITION);
+    }
+    return UINT_MAX;
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, TheMenusHoldEachCommandWithItsKeyInEachLanguage)
+{
+    EXPECT_EQ(GetMenu(m_window->GetSafeHwnd()), nullptr); // a console has none
+    Open(WindowForm::window);
+    std::vector<CString> before;
+    for (int language = 0; language < 2; ++language) {
+        const std::vector<CString> texts = TextsOf(GetMenu(m_window->GetSafeHwnd()));
+        EXPECT_NE(texts, before);
+        for (const Command& command : Commands()) {
+            if (command.menu == Menu::none) continue;
+            const CString text = GetStr(command.nameKey) + L"\t" + KeyName(command);
+            EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << command.nameKey;
+        }
+        before = texts;
+        m_state.NextLanguage();
+    }
+}
+
+TEST_F(MainWindowTest, MenusTickWhatIsOnAndGreyWhatCannotBeDone)
+{
+    Open(WindowForm::window);
+    m_state.Tools().Distance().Show(true);
+    m_state.SetRecording(RunningRecording{true, 0});
+    const auto stateOf = [&](int menu, UINT key) {
+        const HMENU popup = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), menu);
+        m_window->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup));
+        const Command& command = *CommandOfKey(key);
+        return StateOfItem(popup, GetStr(command.nameKey) + L"\t" + KeyName(command));
+    };
+    EXPECT_EQ(stateOf(2, '1'), UINT{MF_CHECKED});
+    EXPECT_EQ(stateOf(2, '2'), UINT{MF_UNCHECKED});
+    EXPECT_EQ(stateOf(0, 'C'), UINT{MF_GRAYED});
+    EXPECT_EQ(stateOf(0, 'V'), UINT{MF_CHECKED});
+    EXPECT_EQ(stateOf(1, VK_OEM_PLUS), 0u); // the gain is a number
+    m_state.SetRecording({});
+}
+
+TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)
+{
+    Open(WindowForm::window);
+    const HMENU measure = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), 2);
+    m_window->SendMessage(WM_COMMAND, GetMenuItemID(measure, 0));
+    EXPECT_TRUE(m_state.Tools().Distance().IsVisible());
+    m_window->SendMessage(WM_COMMAND, 1000 + Commands().size()); // there is no such item
+}
+
+TEST_F(MainWindowTest, TheListOfKeysOpensAndClosesByItsKey)
+{
+    Open(WindowForm::window);
+    m_window->SendMessage(WM_KEYDOWN, VK_F1, 1);
+    ASSERT_TRUE(m_window->Keys().IsShown());
+    m_window->SendMessage(WM_KEYDOWN, VK_F1, 1);
+    EXPECT_FALSE(m_window->Keys().IsShown());
+    m_window->SendMessage(WM_KEYDOWN, VK_F1, 1);
+    MSG escape = {m_window->Keys().GetSafeHwnd(), WM_KEYDOWN, VK_ESCAPE, 1, 0, {}};
+    EXPECT_TRUE(const_cast<KeyList&>(m_window->Keys()).PreTranslateMessage(&escape));
+    EXPECT_FALSE(m_window->Keys().IsShown());
+}
+
+TEST_F(MainWindowTest, TheKeysOfTheNumberPadCount)
+{
+    Open(WindowForm::window);
+    const int before = m_state.Gain();
+    m_window->SendMessage(WM_KEYDOWN, VK_ADD, 1);
+    EXPECT_EQ(m_state.Gain(), before + 1);
+    m_window->SendMessage(WM_KEYDOWN, VK_SUBTRACT, 1);
+    EXPECT_EQ(m_state.Gain(), before);
 }
 
 TEST_F(MainWindowTest, ZoomingDoesNotEndAMovie)

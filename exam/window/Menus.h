@@ -1,0 +1,34 @@
+#pragma once
+
+#include "commands/Commands.h"
+
+#include <base/Owner.h>
+
+#include <afxwin.h>
+
+#include <initializer_list>
+
+namespace exam {
+
+/// Owns a menu that no window has.
+struct MenuTraits
+{
+    using Handle = HMENU;
+    static Handle Empty() noexcept { return nullptr; }
+    static void Release(Handle menu) noexcept { DestroyMenu(menu); }
+};
+using MenuHandle = base::Owner<MenuTraits>;
+
+/// The menu bar in the current language, with an item for each command that stands in a menu.
+MenuHandle MakeMenuBar();
+
+/// A menu that holds the commands of some menus, for the right mouse button.
+MenuHandle MakeContextMenu(std::initializer_list<Menu> menus);
+
+/// Ticks the items of a menu whose commands are on, and greys those that are not possible now.
+void ShowStates(HMENU menu, const ExamState& state);
+
+/// The command of an item; null for anything else.
+const Command* CommandOfItem(UINT id);
+
+} // namespace exam
