@@ -25,6 +25,8 @@ public:
     /// Paints the screen as it belongs into a movie.
     virtual void PaintMovie(CDC& dc) = 0;
     virtual void TogglePanel() = 0;
+    /// Takes the control panel out of the window, or docks it again.
+    virtual void FloatPanel() = 0;
     /// Shows the list of keys, or hides it.
     virtual void ToggleKeys() = 0;
     /// Lets the control panel's buttons be moved, or no longer.

@@ -21,6 +21,8 @@ namespace {
 // A pointer that moves less than this while a button is down still clicks.
 constexpr int dragThreshold = 8;
 
+constexpr CSize leastFloating(560, 140);
+
 bool IsFar(CPoint a, CPoint b)
 {
     return std::max(std::abs(a.x - b.x), std::abs(a.y - b.y)) > dragThreshold;
@@ -51,12 +53,15 @@ BEGIN_MESSAGE_MAP(ControlPanel, CWnd)
     ON_WM_ERASEBKGND()
     ON_WM_PAINT()
     ON_WM_SIZE()
+    ON_WM_MOVE()
     ON_WM_LBUTTONDOWN()
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
     ON_MESSAGE(WM_MOUSELEAVE, OnMouseLeave)
     ON_WM_RBUTTONUP()
     ON_WM_CAPTURECHANGED()
+    ON_WM_CLOSE()
+    ON_MESSAGE(WM_GETMINMAXINFO, OnMinMaxInfo)
     ON_MESSAGE(WM_MOUSEACTIVATE, OnMouseActivate)
 END_MESSAGE_MAP()
 
@@ -178,7 +183,13 @@ void ControlPanel::OnPaint()
 void ControlPanel::OnSize(UINT, int, int)
 {
     m_press.reset();
+    GetWindowRect(&m_lastPlace);
     Arrange();
+}
+
+void ControlPanel::OnMove(int, int)
+{
+    GetWindowRect(&m_lastPlace);
 }
 
 void ControlPanel::Draw(CDC& dc) const
@@ -274,6 +285,12 @@ void ControlPanel::OnRButtonUp(UINT, CPoint point)
     m_layout.ToggleCheck(m_buttons[*button].placement);
     SaveLayout();
     Repaint();
+}
+
+LRESULT ControlPanel::OnMinMaxInfo(WPARAM, LPARAM info)
+{
+    reinterpret_cast<MINMAXINFO*>(info)->ptMinTrackSize = {leastFloating.cx, leastFloating.cy};
+    return 0;
 }
 
 // Keys still go to the main window.

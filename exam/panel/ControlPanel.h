@@ -37,6 +37,7 @@ public:
         std::function<void(const ActionInfo&)> carryOut;
         std::function<void(const CString&)> tell; ///< a sentence for the user
         std::function<void()> broadcast;          ///< broadcasts all action states
+        std::function<void()> close = [] {};      ///< the user closes the panel
     };
 
     explicit ControlPanel(Listener listener);
@@ -49,6 +50,9 @@ public:
 
     /// The place below a window of the fixed form, or as far down as the screen allows.
     static CRect AreaBelow(const CWnd& owner);
+
+    /// The last place of the window on the screen, also when it is gone.
+    const CRect& LastPlace() const { return m_lastPlace; }
 
     /// Reads the protocol's files in force: derived states, the buttons' actions and the layout.
     /// They stay in force until the end of this object. All states are broadcast then, for the
@@ -73,12 +77,15 @@ protected:
     BOOL OnEraseBkgnd(CDC* dc);
     void OnPaint();
     void OnSize(UINT type, int width, int height);
+    void OnMove(int x, int y);
     void OnLButtonDown(UINT flags, CPoint point);
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
     LRESULT OnMouseLeave(WPARAM wParam, LPARAM lParam);
     void OnRButtonUp(UINT flags, CPoint point);
     void OnCaptureChanged(CWnd* next);
+    void OnClose() { m_listener.close(); }
+    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
@@ -111,6 +118,7 @@ private:
     std::optional<Press> m_press;
     HoverTip m_tip;
     bool m_isLocked = true;
+    CRect m_lastPlace{};
     std::wstring m_pushedOnce; // the button whose next push is a second one
 };
 

@@ -4,37 +4,18 @@
 #include "base/Resources.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
-#include "screen/Timeline.h"
 #include "window/Capture.h"
 #include "window/Menus.h"
-#include "window/WindowPlace.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/GetStr.h>
-#include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <cmath>
 
 namespace exam {
 
 namespace {
 
 constexpr UINT_PTR playTimer = 1;
-
-// The key that means the same as one of the number pad.
-UINT WithoutNumberPad(UINT key)
-{
-    if (key == VK_ADD) return VK_OEM_PLUS;
-    if (key == VK_SUBTRACT) return VK_OEM_MINUS;
-    if (key >= VK_NUMPAD0 && key <= VK_NUMPAD9) return key - VK_NUMPAD0 + '0';
-    return key;
-}
-
-bool IsHeld(int key)
-{
-    return GetKeyState(key) < 0;
-}
 
 } // namespace
 
@@ -67,14 +48,15 @@ MainWindow::MainWindow(ExamState& state, const std::wstring& folder)
       m_overlays(state, ToolButtons()),
       m_panel({[this](const ActionInfo& action) { m_commands.CarryOut(action); },
                [this](const CString& sentence) { m_state.SetStatus(sentence); },
-               [this] { m_commands.BroadcastAll(); }})
+               [this] { m_commands.BroadcastAll(); },
+               [this] { ChangePanel(false, m_panelPlace.isFloating); }})
 {
 }
 
 bool MainWindow::Open(WindowForm form)
 {
     m_form = form;
-    m_panelForm = form == WindowForm::console ? PanelForm::below : PanelForm::docked;
+    if (form == WindowForm::window) m_panelPlace = ReadPanelPlace();
     if (!Create(form)) return false;
     ShowMenuBar();
     m_dpi = DpiOf(GetSafeHwnd());
@@ -99,14 +81,6 @@ bool MainWindow::Create(WindowForm form)
                     nullptr, 0);
 }
 
-bool MainWindow::OpenPanel()
-{
-    m_panel.Reload();
-    const CRect area = m_panelForm == PanelForm::docked ? m_state.Layout().controlPanel
-                                                        : ControlPanel::AreaBelow(*this);
-    return m_panel.Open(*this, m_panelForm, area);
-}
-
 // Shows the menus in the current language. A console has none.
 void MainWindow::ShowMenuBar()
 {
@@ -124,7 +98,7 @@ void MainWindow::Arrange()
     CRect client;
     GetClientRect(&client);
     if (client.IsRectEmpty()) return; // it is minimised
-    const bool hasPanel = m_panelForm == PanelForm::docked;
+    const bool hasPanel = m_panelPlace.isShown && !m_panelPlace.isFloating;
     m_state.SetLayout(m_form == WindowForm::console
                           ? ConsoleLayout()
                           : WindowLayout({client.Size(), m_dpi, hasPanel, m_state.IsStripShown()}),
@@ -136,14 +110,8 @@ void MainWindow::PlaceParts()
 {
     m_placed = m_state.Layout();
     m_overlays.Place();
-    if (m_panelForm == PanelForm::docked && m_panel.GetSafeHwnd())
+    if (FormOfPanel() == PanelForm::docked && m_panel.GetSafeHwnd())
         m_panel.MoveWindow(&m_placed.controlPanel);
-}
-
-CPoint MainWindow::OnScreen(CPoint point) const
-{
-    ClientToScreen(&point);
-    return point;
 }
 
 std::vector<ToolButton> MainWindow::ToolButtons()
@@ -212,138 +180,15 @@ bool MainWindow::SavePicture(const std::wstring& path)
     return CaptureToPng(GetSafeHwnd(), path);
 }
 
-void MainWindow::TogglePanel()
-{
-    m_panel.ShowWindow(m_panel.IsWindowVisible() ? SW_HIDE : SW_SHOWNOACTIVATE);
-}
-
 bool MainWindow::Ask(const CString& question)
 {
     return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
-void MainWindow::TogglePanelLock()
-{
-    m_panel.SetLocked(!m_panel.IsLocked());
-    m_state.SetStatus(GetStr(m_panel.IsLocked() ? "exam.panel.locked" : "exam.panel.unlocked"));
-}
-
-void MainWindow::ResetPanel()
-{
-    m_panel.Reset();
-    m_state.SetStatus(GetStr("exam.panel.reset"));
-}
-
-void MainWindow::OnKeyDown(UINT key, UINT, UINT flags)
-{
-    m_commands.Press({WithoutNumberPad(key), IsHeld(VK_CONTROL),
-                      IsHeld(VK_SHIFT) || IsHeld(VK_MENU) || IsHeld(VK_LWIN) || IsHeld(VK_RWIN),
-                      (flags & KF_REPEAT) != 0});
-}
-
-BOOL MainWindow::OnCommand(WPARAM wParam, LPARAM lParam)
-{
-    const Command* const command = lParam == 0 ? CommandOfItem(LOWORD(wParam)) : nullptr;
-    if (!command) return CWnd::OnCommand(wParam, lParam);
-    m_commands.CarryOut(*command);
-    return TRUE;
-}
-
-LRESULT MainWindow::OnInitMenuPopup(WPARAM menu, LPARAM)
-{
-    ShowStates(reinterpret_cast<HMENU>(menu), m_state);
-    return 0;
-}
-
-// The place is that of the pointer on the screen, or -1 for the key of context menus.
-LRESULT MainWindow::OnContextMenu(WPARAM, LPARAM place)
-{
-    const CRect& image = m_state.Layout().image;
-    CPoint point(place);
-    if (place == -1) point = OnScreen(image.CenterPoint());
-    CPoint inClient = point;
-    ScreenToClient(&inClient);
-    const MenuHandle menu = image.PtInRect(inClient) ? MakeContextMenu({Menu::measure, Menu::image})
-                                                     : MakeContextMenu({Menu::view});
-    TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, point.x, point.y, 0, GetSafeHwnd(),
-                   nullptr);
-    return 0;
-}
-
 void MainWindow::OnTimer(UINT_PTR)
 {
     m_exam.Advance();
-}
-
-void MainWindow::OnLButtonDown(UINT flags, CPoint point)
-{
-    if (m_state.Layout().timeline.PtInRect(point)) return Take(Drag::timeline, point);
-    m_state.Tools().Press(flags, OnScreen(point));
-    // A press that no tool takes moves the image.
-    if (!MouseCapture::IsLocked() && m_state.View().Zoom() != 1) Take(Drag::image, point);
-}
-
-void MainWindow::OnMButtonDown(UINT, CPoint point)
-{
-    Take(Drag::image, point);
-}
-
-void MainWindow::OnMButtonUp(UINT, CPoint)
-{
-    if (m_drag == Drag::image) ReleaseCapture();
-}
-
-void MainWindow::Take(Drag drag, CPoint point)
-{
-    if (!m_state.HasRecording()) return;
-    if (drag == Drag::image && !m_state.Layout().image.PtInRect(point)) return;
-    m_drag = drag;
-    m_dragged = point;
-    SetCapture();
-    if (drag == Drag::timeline) Seek(point);
-}
-
-void MainWindow::DragTo(CPoint point)
-{
-    if (m_drag == Drag::timeline) return Seek(point);
-    m_state.Pan(point - m_dragged);
-    m_dragged = point;
-}
-
-void MainWindow::OnCaptureChanged(CWnd*)
-{
-    m_drag = Drag::nothing;
-}
-
-// The wheel's position is one of the screen.
-BOOL MainWindow::OnMouseWheel(UINT, short delta, CPoint point)
-{
-    constexpr double zoomOfNotch = 1.25;
-    ScreenToClient(&point);
-    const CRect& image = m_state.Layout().image;
-    if (!m_state.HasRecording() || !image.PtInRect(point)) return FALSE;
-    m_state.ZoomAt(std::pow(zoomOfNotch, 1.0 * delta / WHEEL_DELTA),
-                   CPoint(point - image.TopLeft()));
-    return TRUE;
-}
-
-void MainWindow::Seek(CPoint point)
-{
-    m_state.SetFrozen(true);
-    m_state.StepFrames(FrameAt(m_state, point.x) - m_state.Frame());
-}
-
-void MainWindow::OnLButtonUp(UINT flags, CPoint point)
-{
-    if (m_drag != Drag::nothing) ReleaseCapture();
-    MouseCapture::HandleMouse(WM_LBUTTONUP, flags, OnScreen(point));
-}
-
-void MainWindow::OnMouseMove(UINT flags, CPoint point)
-{
-    if (m_drag != Drag::nothing) return DragTo(point);
-    MouseCapture::HandleMouse(WM_MOUSEMOVE, flags, OnScreen(point));
 }
 
 void MainWindow::OnSize(UINT, int, int)
@@ -394,7 +239,11 @@ LRESULT MainWindow::OnEndSession(WPARAM isEnding, LPARAM)
 void MainWindow::OnDestroy()
 {
     m_exam.EndRecording();
-    if (m_form == WindowForm::window) WriteWindowPlace(GetSafeHwnd());
+    if (m_form == WindowForm::window) {
+        KeepPanelPlace();
+        WriteWindowPlace(GetSafeHwnd());
+        WritePanelPlace(m_panelPlace);
+    }
     BalloonMessageService::Destroy();
     CWnd::OnDestroy();
     utilsExam::AppExiting = true;

@@ -4,6 +4,7 @@
 #include "overlay/Overlays.h"
 #include "panel/ControlPanel.h"
 #include "window/KeyList.h"
+#include "window/WindowPlace.h"
 
 #include <base/GdiPlusSession.h>
 
@@ -74,6 +75,7 @@ private:
     bool SavePicture(const std::wstring& path) override;
     void PaintMovie(CDC& dc) override;
     void TogglePanel() override;
+    void FloatPanel() override;
     void ToggleKeys() override { m_keys.Toggle(*this); }
     void TogglePanelLock() override;
     void ResetPanel() override;
@@ -84,6 +86,10 @@ private:
     void RunTimer();
     bool Create(WindowForm form);
     void ShowMenuBar();
+    PanelForm FormOfPanel() const;
+    CRect AreaOfPanel() const;
+    void KeepPanelPlace();
+    void ChangePanel(bool isShown, bool isFloating);
     void Arrange();
     void PlaceParts();
     void Take(Drag drag, CPoint point);
@@ -100,7 +106,7 @@ private:
     ControlPanel m_panel;
     KeyList m_keys;
     WindowForm m_form = WindowForm::console;
-    PanelForm m_panelForm = PanelForm::below;
+    PanelPlace m_panelPlace; // while the window has the form of one
     int m_dpi = 96;
     ScreenLayout m_placed; // the layout that the windows in this one follow
     Drag m_drag = Drag::nothing;

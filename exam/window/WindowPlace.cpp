@@ -10,21 +10,38 @@ namespace exam {
 
 namespace {
 
-constexpr wchar_t section[] = L"Settings\\Window";
+constexpr wchar_t windowSection[] = L"Settings\\Window";
+constexpr wchar_t panelSection[] = L"Settings\\Panel";
 constexpr wchar_t leftEntry[] = L"Left";
 constexpr wchar_t topEntry[] = L"Top";
 constexpr wchar_t widthEntry[] = L"Width";
 constexpr wchar_t heightEntry[] = L"Height";
 constexpr wchar_t maximisedEntry[] = L"Maximised";
+constexpr wchar_t hiddenEntry[] = L"Hidden";
+constexpr wchar_t floatingEntry[] = L"Floating";
 
-int Read(const wchar_t* entry)
+int Read(const wchar_t* section, const wchar_t* entry)
 {
     return static_cast<int>(AfxGetApp()->GetProfileInt(section, entry, 0));
 }
 
-void Write(const wchar_t* entry, int value)
+void Write(const wchar_t* section, const wchar_t* entry, int value)
 {
     AfxGetApp()->WriteProfileInt(section, entry, value);
+}
+
+CRect ReadArea(const wchar_t* section)
+{
+    return {CPoint(Read(section, leftEntry), Read(section, topEntry)),
+            CSize(Read(section, widthEntry), Read(section, heightEntry))};
+}
+
+void WriteArea(const wchar_t* section, const CRect& area)
+{
+    Write(section, leftEntry, area.left);
+    Write(section, topEntry, area.top);
+    Write(section, widthEntry, area.Width());
+    Write(section, heightEntry, area.Height());
 }
 
 CRect WorkingArea()
@@ -61,9 +78,8 @@ bool IsWithinReach(const CRect& area)
 WindowPlace ReadWindowPlace()
 {
     WindowPlace place;
-    place.isMaximised = Read(maximisedEntry) != 0;
-    place.area =
-        CRect(CPoint(Read(leftEntry), Read(topEntry)), CSize(Read(widthEntry), Read(heightEntry)));
+    place.isMaximised = Read(windowSection, maximisedEntry) != 0;
+    place.area = ReadArea(windowSection);
     const bool isLarge =
         place.area.Width() >= leastWindow.cx && place.area.Height() >= leastWindow.cy;
     if (!isLarge || !IsWithinReach(place.area)) place.area = FirstArea();
@@ -77,12 +93,26 @@ void WriteWindowPlace(HWND window)
     if (!GetWindowPlacement(window, &placement)) return;
     CRect area = placement.rcNormalPosition;
     area.OffsetRect(WorkingArea().TopLeft()); // the platform counts from there
-    Write(leftEntry, area.left);
-    Write(topEntry, area.top);
-    Write(widthEntry, area.Width());
-    Write(heightEntry, area.Height());
-    Write(maximisedEntry,
-          IsZoomed(window) || (IsIconic(window) && (placement.flags & WPF_RESTORETOMAXIMIZED)));
+    WriteArea(windowSection, area);
+    const bool wasMaximised = IsIconic(window) && (placement.flags & WPF_RESTORETOMAXIMIZED) != 0;
+    Write(windowSection, maximisedEntry, IsZoomed(window) || wasMaximised);
+}
+
+PanelPlace ReadPanelPlace()
+{
+    PanelPlace place;
+    place.isShown = Read(panelSection, hiddenEntry) == 0;
+    place.isFloating = Read(panelSection, floatingEntry) != 0;
+    place.area = ReadArea(panelSection);
+    if (place.area.Height() <= 0 || !IsWithinReach(place.area)) place.area.SetRectEmpty();
+    return place;
+}
+
+void WritePanelPlace(const PanelPlace& place)
+{
+    Write(panelSection, hiddenEntry, !place.isShown);
+    Write(panelSection, floatingEntry, place.isFloating);
+    WriteArea(panelSection, place.area);
 }
 
 int DpiOf(HWND window)

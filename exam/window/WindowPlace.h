@@ -23,6 +23,17 @@ WindowPlace ReadWindowPlace();
 /// Keeps the place of a window in the profile.
 void WriteWindowPlace(HWND window);
 
+/// The control panel as the profile keeps it.
+struct PanelPlace
+{
+    bool isShown = true;
+    bool isFloating = false;
+    CRect area{}; ///< when it floats; empty: it never did, or would be off the screen
+};
+
+PanelPlace ReadPanelPlace();
+void WritePanelPlace(const PanelPlace& place);
+
 /// The dots per inch of the screen that a window is on.
 int DpiOf(HWND window);
 

@@ -42,6 +42,7 @@ public:
     }
     void PaintMovie(CDC&) override { ++m_painted; }
     void TogglePanel() override { ++m_toggled; }
+    void FloatPanel() override { ++m_floated; }
     void ToggleKeys() override { ++m_keysToggled; }
     void TogglePanelLock() override { ++m_lockToggled; }
     void ResetPanel() override { ++m_reset; }
@@ -57,6 +58,7 @@ public:
     bool m_canSave = true;
     int m_painted = 0;
     int m_toggled = 0;
+    int m_floated = 0;
     int m_keysToggled = 0;
     int m_lockToggled = 0;
     int m_reset = 0;

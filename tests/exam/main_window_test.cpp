@@ -325,6 +325,55 @@ TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)
     m_window->SendMessage(WM_COMMAND, 1000 + Commands().size()); // there is no such item
 }
 
+TEST_F(MainWindowTest, AHiddenPanelGivesItsRoomToTheImage)
+{
+    Open(WindowForm::window);
+    const int height = m_state.Layout().image.Height();
+    m_window->SendMessage(WM_KEYDOWN, 'K', 1);
+    EXPECT_FALSE(m_window->Panel().IsWindowVisible());
+    EXPECT_GT(m_state.Layout().image.Height(), height + 100);
+    Open(WindowForm::window);
+    EXPECT_FALSE(m_window->Panel().IsWindowVisible()); // as it was left
+    m_window->SendMessage(WM_KEYDOWN, 'K', 1);
+    EXPECT_TRUE(m_window->Panel().IsWindowVisible());
+    EXPECT_EQ(m_state.Layout().image.Height(), height);
+    EXPECT_EQ(PlaceOf(m_window->Panel()), m_state.Layout().controlPanel);
+}
+
+TEST_F(MainWindowTest, AFloatingPanelIsAWindowOfItsOwnAndComesBackWhereItWas)
+{
+    Open(WindowForm::window);
+    m_window->SendMessage(WM_KEYDOWN, 'J', 1);
+    ControlPanel& panel = m_window->Panel();
+    EXPECT_EQ(panel.GetStyle() & (WS_POPUP | WS_CHILD), DWORD{WS_POPUP});
+    EXPECT_TRUE(m_state.Layout().controlPanel.IsRectEmpty());
+    const CRect place(100, 150, 900, 350);
+    panel.MoveWindow(&place);
+    CRect client;
+    panel.GetClientRect(&client);
+    for (const PanelButton& button : panel.Buttons()) {
+        CRect inside;
+        EXPECT_TRUE(inside.IntersectRect(&button.area, &client));
+        EXPECT_EQ(inside, button.area);
+    }
+    Open(WindowForm::window);
+    CRect now;
+    m_window->Panel().GetWindowRect(&now);
+    EXPECT_EQ(now, place);
+    m_window->Panel().SendMessage(WM_CLOSE);
+    EXPECT_FALSE(m_window->Panel().IsWindowVisible());
+}
+
+TEST_F(MainWindowTest, ResettingDocksAndLocksThePanel)
+{
+    Open(WindowForm::window);
+    m_window->SendMessage(WM_KEYDOWN, 'J', 1);
+    m_window->Panel().SetLocked(false);
+    static_cast<ExamWindow&>(m_window->Exam().Window()).ResetPanel();
+    EXPECT_TRUE(m_window->Panel().IsLocked());
+    EXPECT_EQ(PlaceOf(m_window->Panel()), m_state.Layout().controlPanel);
+}
+
 TEST_F(MainWindowTest, TheListOfKeysOpensAndClosesByItsKey)
 {
     Open(WindowForm::window);
