@@ -16,4 +16,18 @@ constexpr COLORREF scale = RGB(170, 184, 200);
 constexpr COLORREF accent = RGB(255, 190, 80);
 constexpr COLORREF recording = RGB(235, 50, 50);
 
+/// A colour of text and one that it stands on.
+struct Pair
+{
+    COLORREF text;
+    COLORREF ground;
+};
+
+/// Every pair in which the application writes. Their contrast is at least 4.5 : 1.
+constexpr Pair texts[] = {{text, background}, {text, header},       {text, panel},
+                          {text, line},       {label, background},  {label, header},
+                          {label, panel},     {scale, background},  {scale, header},
+                          {scale, line},      {accent, background}, {accent, header},
+                          {accent, line}};
+
 } // namespace exam::palette

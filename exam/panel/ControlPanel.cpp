@@ -1,5 +1,6 @@
 #include "panel/ControlPanel.h"
 
+#include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "base/StateChanges.h"
@@ -100,6 +101,15 @@ bool ControlPanel::Open(CWnd& owner, PanelForm form, const CRect& area)
     return true;
 }
 
+// The text follows the screen's resolution as far as two lines of it find room on a button.
+int ControlPanel::TextSize(CSize client) const
+{
+    constexpr int linesOfThreeRows = 10; // with the space round them
+    const int most = client.cy / linesOfThreeRows;
+    const int dpi = GetSafeHwnd() ? DpiOf(GetSafeHwnd()) : USER_DEFAULT_SCREEN_DPI;
+    return std::min(most, MulDiv(ScopedFont::textSize - 2, dpi, USER_DEFAULT_SCREEN_DPI));
+}
+
 CSize ControlPanel::Client() const
 {
     if (!GetSafeHwnd()) return PanelGrid::consoleSize;
@@ -143,8 +153,8 @@ void ControlPanel::Arrange()
             ActionRepository::GetInstance()->GetAction(placement.name.c_str());
         if (!action || !PanelGrid::Holds(placement.grid)) continue;
         m_buttons.push_back({i, action, LabelOf(placement.name),
-                             PanelGrid::AreaOf(placement.grid, client),
-                             PanelGrid::ScaleOf(client)});
+                             PanelGrid::AreaOf(placement.grid, client), PanelGrid::ScaleOf(client),
+                             TextSize(client)});
     }
     Repaint();
 }
@@ -195,7 +205,6 @@ void ControlPanel::OnMove(int, int)
 void ControlPanel::Draw(CDC& dc) const
 {
     dc.FillSolidRect(0, 0, Client().cx, Client().cy, palette::panel);
-    const ScopedFont font(dc, ScopedFont::textSize - 2, FW_NORMAL);
     for (const PanelButton& button : m_buttons)
         DrawPanelButton(dc, button, LookOf(button));
     if (!m_press || !m_press->isDrag) return;

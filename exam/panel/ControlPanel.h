@@ -101,6 +101,7 @@ private:
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     CSize Client() const;
+    int TextSize(CSize client) const;
     void Arrange();
     void Repaint();
     void Draw(CDC& dc) const;

@@ -15,8 +15,7 @@ namespace {
 constexpr int endWidth = 22; // width of each end of a rotary control
 constexpr int lampSize = 6;
 constexpr int textMargin = 4;
-constexpr int textSize = ScopedFont::textSize - 2;
-constexpr int leastTextSize = 9; // pixels, however small the panel is
+constexpr int leastTextSize = 9; // pixels, however little room there is
 constexpr UINT oneLine = DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
 
 void DrawBody(CDC& dc, const PanelButton& button, const PanelButtonLook& look)
@@ -38,25 +37,25 @@ void DrawLamp(CDC& dc, const PanelButton& button, bool lit)
     dc.FillSolidRect(&lamp, lit ? palette::accent : palette::panel);
 }
 
-void DrawEnds(CDC& dc, const PanelButton& button)
-{
-    if (!button.IsRotary()) return;
-    dc.SetTextColor(palette::scale);
-    CRect minus = button.DecrementArea();
-    CRect plus = button.IncrementArea();
-    dc.DrawText(L"\u2212", &minus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
-    dc.DrawText(L"+", &plus, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
-}
-
-// Draws a line of text, as large as the panel's scale says, or smaller if it would not fit.
+// Draws a line of text, as large as the button says, or smaller if it would not fit.
 void DrawFitted(CDC& dc, const PanelButton& button, const CString& text, CRect box, UINT format)
 {
-    for (int size = std::max(button.Scaled(textSize), leastTextSize);; --size) {
+    for (int size = std::max(button.textSize, leastTextSize);; --size) {
         const ScopedFont font(dc, size, FW_NORMAL);
         if (size > leastTextSize && dc.GetTextExtent(text).cx > box.Width()) continue;
         dc.DrawText(text, &box, format | oneLine);
         return;
     }
+}
+
+void DrawEnds(CDC& dc, const PanelButton& button)
+{
+    if (!button.IsRotary()) return;
+    dc.SetTextColor(palette::scale);
+    const CRect minus = button.DecrementArea();
+    const CRect plus = button.IncrementArea();
+    DrawFitted(dc, button, L"\u2212", minus, DT_CENTER | DT_VCENTER);
+    DrawFitted(dc, button, L"+", plus, DT_CENTER | DT_VCENTER);
 }
 
 // A tick in the upper right corner.

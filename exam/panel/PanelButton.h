@@ -20,6 +20,7 @@ struct PanelButton
     CString label;              ///< in the current language
     CRect area;                 ///< in pixels of the panel's client area
     double scale = 1;           ///< the size of what is drawn, compared to a console
+    int textSize = 13;          ///< pixels
 
     /// A rotary control is turned by its left and right ends.
     bool IsRotary() const;

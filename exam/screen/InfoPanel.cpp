@@ -19,6 +19,7 @@ constexpr int valueBelowLabel = 18;
 constexpr int lowRowHeight = 21;
 constexpr CSize margin(18, 16);
 constexpr CSize lowMargin(12, 8);
+constexpr int lowGap = 6;
 
 struct Fact
 {
@@ -77,8 +78,10 @@ void DrawHighRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vec
 void DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
 {
     for (const Fact& fact : facts) {
-        Write(dc, fact.label, box, palette::label, DT_LEFT);
         Write(dc, fact.value, box, palette::text, DT_RIGHT);
+        CRect before = box; // the value is more important
+        before.right -= dc.GetTextExtent(fact.value).cx + layout.Scaled(lowGap);
+        Write(dc, fact.label, before, palette::label, DT_LEFT);
         box.top += layout.Scaled(lowRowHeight);
     }
 }

@@ -1,5 +1,6 @@
 #include "service/ServiceWindows.h"
 
+#include "base/Dpi.h"
 #include "service/ModuleVersions.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -12,7 +13,7 @@ namespace exam {
 
 namespace {
 
-const CSize aboutSize(640, 480);
+const CSize aboutSize(780, 500);
 // The places where the columns of version and description begin, in dialog units.
 constexpr int tabStops[] = {110, 190};
 
@@ -20,30 +21,51 @@ const CSize progressSize(420, 110);
 constexpr int margin = 16;
 constexpr int lineHeight = 20;
 
+int Scaled(const CWnd& owner, int pixels)
+{
+    return MulDiv(pixels, DpiOf(owner.GetSafeHwnd()), USER_DEFAULT_SCREEN_DPI);
+}
+
 // The place in the middle of a window.
 CRect Centred(const CWnd& owner, CSize size)
 {
     CRect rect;
     owner.GetWindowRect(&rect);
     const CPoint middle = rect.CenterPoint();
-    return {CPoint(middle.x - size.cx / 2, middle.y - size.cy / 2), size};
+    const CSize scaled(Scaled(owner, size.cx), Scaled(owner, size.cy));
+    return {CPoint(middle.x - scaled.cx / 2, middle.y - scaled.cy / 2), scaled};
 }
 
-HWND AddControl(const CWnd& window, const wchar_t* className, DWORD style, const CRect& place)
+HWND AddControl(const CWnd& window, const wchar_t* className, DWORD style, const CRect& place,
+                const TextFont& font)
 {
     const HWND control = CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style,
                                          place.left, place.top, place.Width(), place.Height(),
                                          window.GetSafeHwnd(), nullptr, nullptr, nullptr);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)),
-                 0);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.GetSafeHandle()), 0);
     return control;
+}
+
+// The colours of a control that is a window in another one.
+LRESULT Colour(WPARAM context, const CBrush& background)
+{
+    auto* const dc = reinterpret_cast<HDC>(context);
+    SetTextColor(dc, palette::text);
+    SetBkColor(dc, palette::panel);
+    return reinterpret_cast<LRESULT>(background.GetSafeHandle());
 }
 
 } // namespace
 
 BEGIN_MESSAGE_MAP(AboutBox, CWnd)
     ON_WM_CLOSE()
+    ON_MESSAGE(WM_CTLCOLORLISTBOX, OnControlColour)
 END_MESSAGE_MAP()
+
+LRESULT AboutBox::OnControlColour(WPARAM dc, LPARAM)
+{
+    return Colour(dc, m_background);
+}
 
 void AboutBox::Toggle(CWnd& owner)
 {
@@ -64,8 +86,10 @@ bool AboutBox::Open(CWnd& owner)
         return false;
     CRect client;
     GetClientRect(&client);
+    m_font = std::make_unique<TextFont>(Scaled(owner, ScopedFont::textSize));
     m_list = AddControl(*this, L"LISTBOX",
-                        WS_VSCROLL | LBS_NOSEL | LBS_USETABSTOPS | LBS_NOINTEGRALHEIGHT, client);
+                        WS_VSCROLL | LBS_NOSEL | LBS_USETABSTOPS | LBS_NOINTEGRALHEIGHT, client,
+                        *m_font);
     ::SendMessageW(m_list, LB_SETTABSTOPS, std::size(tabStops),
                    reinterpret_cast<LPARAM>(std::data(tabStops)));
     return m_list != nullptr;
@@ -85,22 +109,43 @@ void AboutBox::OnClose()
     ShowWindow(SW_HIDE);
 }
 
+BEGIN_MESSAGE_MAP(ProgressWindow, CWnd)
+    ON_WM_ERASEBKGND()
+    ON_MESSAGE(WM_CTLCOLORSTATIC, OnControlColour)
+END_MESSAGE_MAP()
+
+BOOL ProgressWindow::OnEraseBkgnd(CDC* dc)
+{
+    CRect client;
+    GetClientRect(&client);
+    dc->FillRect(&client, &m_background);
+    return TRUE;
+}
+
+LRESULT ProgressWindow::OnControlColour(WPARAM dc, LPARAM)
+{
+    return Colour(dc, m_background);
+}
+
 bool ProgressWindow::Open(CWnd& owner, const CString& title)
 {
     const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    const CString plainClass =
-        AfxRegisterWndClass(0, nullptr, reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1), nullptr);
-    if (!CreateEx(WS_EX_NOACTIVATE, plainClass, title, WS_POPUP | WS_CAPTION,
+    if (!CreateEx(WS_EX_NOACTIVATE, nullptr, title, WS_POPUP | WS_CAPTION,
                   Centred(owner, progressSize), &owner, 0))
         return false;
     CRect line;
     GetClientRect(&line);
-    line.DeflateRect(margin, margin / 2);
-    line.bottom = line.top + lineHeight;
-    m_name = AddControl(*this, L"STATIC", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS, line);
-    line.OffsetRect(0, lineHeight + margin / 4);
-    m_bar = AddControl(*this, PROGRESS_CLASSW, PBS_SMOOTH, line);
+    m_font = std::make_unique<TextFont>(Scaled(owner, ScopedFont::textSize));
+    const int around = Scaled(owner, margin);
+    const int height = Scaled(owner, lineHeight);
+    line.DeflateRect(around, around / 2);
+    line.bottom = line.top + height;
+    m_name = AddControl(*this, L"STATIC", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS, line, *m_font);
+    line.OffsetRect(0, height + around / 4);
+    m_bar = AddControl(*this, PROGRESS_CLASSW, PBS_SMOOTH, line, *m_font);
+    ::SendMessageW(m_bar, PBM_SETBKCOLOR, 0, static_cast<LPARAM>(palette::line));
+    ::SendMessageW(m_bar, PBM_SETBARCOLOR, 0, static_cast<LPARAM>(palette::accent));
     ShowWindow(SW_SHOWNOACTIVATE);
     return m_name && m_bar;
 }

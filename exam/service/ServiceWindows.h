@@ -1,8 +1,12 @@
 #pragma once
 
+#include "base/Painting.h"
+#include "base/Palette.h"
+
 #include <afxwin.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 // The small windows over the main window. They never take the keyboard, which stays with the window
@@ -19,12 +23,15 @@ public:
 
 protected:
     void OnClose();
+    LRESULT OnControlColour(WPARAM dc, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:
     bool Open(CWnd& owner);
     void List();
 
+    CBrush m_background{palette::panel};
+    std::unique_ptr<TextFont> m_font;
     HWND m_list = nullptr;
 };
 
@@ -39,7 +46,14 @@ public:
     /// Shows that `done` of `all` files are finished, and the name of the next.
     void Step(std::size_t done, std::size_t all, const std::wstring& name);
 
+protected:
+    BOOL OnEraseBkgnd(CDC* dc);
+    LRESULT OnControlColour(WPARAM dc, LPARAM lParam);
+    DECLARE_MESSAGE_MAP()
+
 private:
+    CBrush m_background{palette::panel};
+    std::unique_ptr<TextFont> m_font;
     HWND m_name = nullptr;
     HWND m_bar = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "status/StatusRow.h"
 
+#include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "base/StateChanges.h"
@@ -13,6 +14,7 @@
 
 #include <afxwin.h>
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -49,9 +51,10 @@ int RoomBeside(const IStatusItem* item)
     return hasAddress ? addressRoom : spacing;
 }
 
-void PaintHint(CDC& dc, CRect area)
+void PaintHint(CDC& dc, CRect area, int dpi)
 {
-    const ScopedFont font(dc, ScopedFont::textSize, FW_NORMAL);
+    const int size = MulDiv(ScopedFont::textSize, dpi, USER_DEFAULT_SCREEN_DPI);
+    const ScopedFont font(dc, std::min<int>(size, area.Height() / 2), FW_NORMAL);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::label);
     dc.DrawText(GetStr("exam.status.hint"), &area, DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
@@ -187,7 +190,7 @@ void StatusRow::Paint(CDC& dc, const CRect& area)
     }
     if (m_paintedFrom < free.right) return;
     m_paintedFrom = area.Width();
-    PaintHint(dc, free);
+    PaintHint(dc, free, DpiOf(GetSafeHwnd()));
 }
 
 void StatusRow::OnLButtonDown(UINT, CPoint)

@@ -1,8 +1,8 @@
 #include "window/KeyList.h"
 
+#include "base/Dpi.h"
 #include "base/Palette.h"
 #include "commands/Commands.h"
-#include "window/WindowPlace.h"
 
 #include <Utils_Statics/GetStr.h>
 

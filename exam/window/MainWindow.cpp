@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Resources.h"
 #include "base/StateChanges.h"
@@ -32,6 +33,11 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_CAPTURECHANGED()
     ON_MESSAGE(WM_INITMENUPOPUP, OnInitMenuPopup)
     ON_MESSAGE(WM_CONTEXTMENU, OnContextMenu)
+    ON_MESSAGE(WM_NCPAINT, OnFrameChange)
+    ON_MESSAGE(WM_NCACTIVATE, OnFrameChange)
+    ON_MESSAGE(WM_MEASUREITEM, OnMeasureItem)
+    ON_MESSAGE(WM_DRAWITEM, OnDrawItem)
+    ON_MESSAGE(WM_MENUCHAR, OnMenuChar)
     ON_WM_TIMER()
     ON_WM_SIZE()
     ON_WM_MOVE()
@@ -58,8 +64,8 @@ bool MainWindow::Open(WindowForm form)
     m_form = form;
     if (form == WindowForm::window) m_panelPlace = ReadPanelPlace();
     if (!Create(form)) return false;
-    ShowMenuBar();
     m_dpi = DpiOf(GetSafeHwnd());
+    ShowMenuBar();
     Arrange();
     if (!m_overlays.Open(*this)) return false;
     BalloonMessageService::Create();
@@ -212,6 +218,7 @@ LRESULT MainWindow::OnMinMaxInfo(WPARAM, LPARAM info)
 LRESULT MainWindow::OnDpiChanged(WPARAM dpi, LPARAM place)
 {
     m_dpi = LOWORD(dpi);
+    ShowMenuBar(); // its items are measured when it is made
     if (m_form == WindowForm::window) MoveWindow(reinterpret_cast<const RECT*>(place));
     Arrange();
     return 0;

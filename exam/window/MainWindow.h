@@ -50,6 +50,10 @@ protected:
     void OnCaptureChanged(CWnd* next);
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     LRESULT OnInitMenuPopup(WPARAM menu, LPARAM lParam);
+    LRESULT OnFrameChange(WPARAM wParam, LPARAM lParam);
+    LRESULT OnMeasureItem(WPARAM wParam, LPARAM item);
+    LRESULT OnDrawItem(WPARAM wParam, LPARAM item);
+    LRESULT OnMenuChar(WPARAM letter, LPARAM menu);
     LRESULT OnContextMenu(WPARAM wParam, LPARAM place);
     void OnTimer(UINT_PTR id);
     void OnSize(UINT type, int width, int height);

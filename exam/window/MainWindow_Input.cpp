@@ -2,6 +2,7 @@
 #include "window/MainWindow.h"
 
 #include "screen/Timeline.h"
+#include "window/MenuLook.h"
 #include "window/Menus.h"
 
 #include <Utils_Statics/MouseCapture.h>
@@ -53,6 +54,31 @@ LRESULT MainWindow::OnInitMenuPopup(WPARAM menu, LPARAM)
 {
     ShowStates(reinterpret_cast<HMENU>(menu), m_state);
     return 0;
+}
+
+LRESULT MainWindow::OnFrameChange(WPARAM, LPARAM)
+{
+    const LRESULT result = Default();
+    DrawMenuBarRest(GetSafeHwnd());
+    return result;
+}
+
+LRESULT MainWindow::OnMeasureItem(WPARAM, LPARAM item)
+{
+    MeasureMenuItem(*reinterpret_cast<MEASUREITEMSTRUCT*>(item), m_dpi);
+    return TRUE;
+}
+
+LRESULT MainWindow::OnDrawItem(WPARAM, LPARAM item)
+{
+    DrawMenuItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(item), m_dpi);
+    return TRUE;
+}
+
+LRESULT MainWindow::OnMenuChar(WPARAM letter, LPARAM menu)
+{
+    const auto place = FindItemByLetter(reinterpret_cast<HMENU>(menu), LOWORD(letter));
+    return place ? MAKELRESULT(*place, MNC_EXECUTE) : MAKELRESULT(0, MNC_IGNORE);
 }
 
 // The place is that of the pointer on the screen, or -1 for the key of context menus.

@@ -7,6 +7,7 @@
 #include <afxwin.h>
 
 #include <initializer_list>
+#include <optional>
 
 namespace exam {
 
@@ -19,6 +20,18 @@ struct MenuTraits
 };
 using MenuHandle = base::Owner<MenuTraits>;
 
+/// The texts of an item, which the application draws.
+struct MenuText
+{
+    CString name{};
+    CString key{};
+    bool isOnBar = false;
+    bool isLine = false; ///< it only divides others, and has no text
+};
+
+/// The texts of the item with this data, in the current language.
+MenuText TextOfMenu(ULONG_PTR data);
+
 /// The menu bar in the current language, with an item for each command that stands in a menu.
 MenuHandle MakeMenuBar();
 
@@ -27,6 +40,9 @@ MenuHandle MakeContextMenu(std::initializer_list<Menu> menus);
 
 /// Ticks the items of a menu whose commands are on, and greys those that are not possible now.
 void ShowStates(HMENU menu, const ExamState& state);
+
+/// The place of the item whose name has that letter underlined, or begins with it.
+std::optional<int> FindItemByLetter(HMENU menu, wchar_t letter);
 
 /// The command of an item; null for anything else.
 const Command* CommandOfItem(UINT id);

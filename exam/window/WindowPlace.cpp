@@ -1,7 +1,5 @@
 #include "window/WindowPlace.h"
 
-#include <base/GdiHandles.h>
-
 #include <afxwin.h>
 
 #include <algorithm>
@@ -113,17 +111,6 @@ void WritePanelPlace(const PanelPlace& place)
     Write(panelSection, hiddenEntry, !place.isShown);
     Write(panelSection, floatingEntry, place.isFloating);
     WriteArea(panelSection, place.area);
-}
-
-int DpiOf(HWND window)
-{
-    // The platform's own function is younger than the oldest platform.
-    using Function = UINT(WINAPI*)(HWND);
-    const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(
-        GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
-    const UINT dpi = function ? function(window) : 0;
-    if (dpi != 0) return static_cast<int>(dpi);
-    return GetDeviceCaps(base::WindowContext(window).get(), LOGPIXELSX);
 }
 
 } // namespace exam

@@ -34,7 +34,4 @@ struct PanelPlace
 PanelPlace ReadPanelPlace();
 void WritePanelPlace(const PanelPlace& place);
 
-/// The dots per inch of the screen that a window is on.
-int DpiOf(HWND window);
-
 } // namespace exam

@@ -1,6 +1,8 @@
 // The main window as the user has it: ways out of it, and what the screen shows while frames run.
+#include "base/Palette.h"
 #include "base/ScreenLayout.h"
 #include "record/MovieFile.h"
+#include "record/PixelCanvas.h"
 #include "window/MainWindow.h"
 
 #include <base/GdiHandles.h>
@@ -272,7 +274,9 @@ UINT StateOfItem(HMENU popup, const CString& text)
     for (int i = 0; i < GetMenuItemCount(popup); ++i) {
         wchar_t found[200] = {};
         GetMenuStringW(popup, static_cast<UINT>(i), found, 200, MF_BYPOSITION);
-        if (text == found) return GetMenuState(popup, static_cast<UINT>(i), MF_BYPOSITION);
+        if (text == found)
+            return GetMenuState(popup, static_cast<UINT>(i), MF_BYPOSITION) &
+                   (MF_CHECKED | MF_GRAYED);
     }
     return UINT_MAX;
 }
@@ -314,6 +318,41 @@ TEST_F(MainWindowTest, MenusTickWhatIsOnAndGreyWhatCannotBeDone)
     EXPECT_EQ(stateOf(0, 'V'), UINT{MF_CHECKED});
     EXPECT_EQ(stateOf(1, VK_OEM_PLUS), 0u); // the gain is a number
     m_state.SetRecording({});
+}
+
+TEST_F(MainWindowTest, ALetterChoosesTheMenuThatUnderlinesIt)
+{
+    Open(WindowForm::window);
+    const auto menu = reinterpret_cast<LPARAM>(GetMenu(m_window->GetSafeHwnd()));
+    EXPECT_EQ(m_window->SendMessage(WM_MENUCHAR, 'v', menu), MAKELRESULT(3, MNC_EXECUTE));
+    EXPECT_EQ(HIWORD(m_window->SendMessage(WM_MENUCHAR, 'x', menu)), MNC_IGNORE);
+}
+
+TEST_F(MainWindowTest, MenusAreWrittenInTheColoursOfTheApplication)
+{
+    Open(WindowForm::window);
+    MEASUREITEMSTRUCT measured = {};
+    measured.CtlType = ODT_MENU;
+    m_window->SendMessage(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&measured));
+    EXPECT_GT(measured.itemWidth, 100u);
+    PixelCanvas canvas(CSize(300, 40));
+    DRAWITEMSTRUCT drawn = {};
+    drawn.CtlType = ODT_MENU;
+    drawn.hDC = canvas.Context();
+    drawn.rcItem = CRect(0, 0, 300, 40);
+    drawn.itemState = ODS_SELECTED | ODS_CHECKED;
+    m_window->SendMessage(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&drawn));
+    EXPECT_EQ(canvas.Context().GetPixel(0, 0), palette::line);
+    std::vector<unsigned int> pixels;
+    canvas.Cut(CRect(0, 0, 300, 40), pixels);
+    const auto holds = [&](COLORREF colour) {
+        const unsigned int wanted =
+            RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)); // blue is the lowest byte
+        return std::any_of(pixels.begin(), pixels.end(),
+                           [&](unsigned int pixel) { return (pixel & 0xFFFFFF) == wanted; });
+    };
+    EXPECT_TRUE(holds(palette::text));
+    EXPECT_TRUE(holds(palette::accent)); // the tick
 }
 
 TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)
