@@ -181,6 +181,9 @@ bool ExamApp::LoadImages()
         const std::wstring problem = m_state->AddRecording(name);
         if (!problem.empty()) return Fail(problem);
     }
+    for (const auto probe : {simulation::ProbeShape::curved, simulation::ProbeShape::linear,
+                             simulation::ProbeShape::phased})
+        m_state->AddSimulation(probe);
     return true;
 }
 

@@ -76,7 +76,7 @@ void StepFrames(Examination& exam, int param)
 // The image's middle stays where it is.
 void Zoom(Examination& exam, double factor)
 {
-    if (!exam.State().HasRecording()) return;
+    if (!exam.State().HasSource()) return;
     const ImagingParameters& image = exam.State().View().Parameters();
     exam.State().ZoomAt(factor, {image.width / 2, image.height / 2});
 }
@@ -84,7 +84,7 @@ void Zoom(Examination& exam, double factor)
 // Looks further into a direction, by a part of the image's size.
 void Pan(Examination& exam, int right, int down)
 {
-    if (!exam.State().HasRecording()) return;
+    if (!exam.State().HasSource()) return;
     const ImagingParameters& image = exam.State().View().Parameters();
     exam.State().Pan({right * image.width / panPart, down * image.height / panPart});
 }
@@ -282,12 +282,36 @@ constexpr Command commands[] = {
      .tipKey = "exam.tip.curved",
      .carryOut = SelectImage,
      .value = IsOnDisplay,
-     .params = 2},
+     .params = 5},
     {.key = VK_F7,
      .keyParam = 1,
      .menu = Menu::image,
      .nameKey = "exam.command.linear",
      .tipKey = "exam.tip.linear",
+     .carryOut = SelectImage,
+     .value = IsOnDisplay},
+    {.key = '1',
+     .withControl = true,
+     .keyParam = 2,
+     .menu = Menu::image,
+     .nameKey = "exam.command.simulated.curved",
+     .tipKey = "exam.tip.simulated.curved",
+     .carryOut = SelectImage,
+     .value = IsOnDisplay},
+    {.key = '2',
+     .withControl = true,
+     .keyParam = 3,
+     .menu = Menu::image,
+     .nameKey = "exam.command.simulated.linear",
+     .tipKey = "exam.tip.simulated.linear",
+     .carryOut = SelectImage,
+     .value = IsOnDisplay},
+    {.key = '3',
+     .withControl = true,
+     .keyParam = 4,
+     .menu = Menu::image,
+     .nameKey = "exam.command.simulated.phased",
+     .tipKey = "exam.tip.simulated.phased",
      .carryOut = SelectImage,
      .value = IsOnDisplay},
     {.key = VK_OEM_PLUS,

@@ -94,16 +94,31 @@ void Examination::Unpack()
 
 void Examination::Advance()
 {
+    if (m_state.HasSource() && m_state.Source().IsLive()) return FollowProbe();
     if (m_recorder.IsRecording() && !m_recorder.AddFrame()) return TellRecording();
     m_state.StepFrames(1);
     if (m_recorder.IsRecording()) TellRecording();
 }
 
+void Examination::FollowProbe()
+{
+    const int behind = m_state.FramesBehind();
+    if (behind == 0) return;
+    if (!m_recorder.IsRecording()) return m_state.StepFrames(behind);
+    for (int i = 0; i < behind; ++i) {
+        m_state.StepFrames(1);
+        if (!m_recorder.AddFrame()) break;
+    }
+    TellRecording();
+}
+
 std::optional<unsigned> Examination::PlayInterval() const
 {
-    if (!m_state.HasRecording() || m_state.IsFrozen()) return {};
+    if (!m_state.HasSource() || m_state.IsFrozen()) return {};
+    // A probe has a clock of its own, and is only asked for what is new.
+    if (m_state.Source().IsLive()) return static_cast<unsigned>(shortestInterval);
     return static_cast<unsigned>(
-        std::max(shortestInterval, 1000 / m_state.Cine().FramesPerSecond()));
+        std::max(shortestInterval, 1000 / m_state.Source().FramesPerSecond()));
 }
 
 void Examination::SavePicture()

@@ -71,7 +71,8 @@ public:
     /// Unpacks the archive that was packed last, and asks before it replaces files.
     void Unpack();
 
-    /// Shows the next frame. The one on display is recorded before, during a recording.
+    /// Shows the next frame, and the newest one of a probe. A recording takes the one on display
+    /// before, and all that a probe has made.
     void Advance();
 
     /// The milliseconds between two frames; nothing while they stand still. A recording lets them
@@ -83,6 +84,7 @@ public:
 
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    void FollowProbe();
     CString WhatWouldBeLost() const;
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);

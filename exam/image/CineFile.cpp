@@ -82,8 +82,6 @@ std::wstring Bytes(std::int64_t count)
     return std::to_wstring(count) + L" bytes";
 }
 
-constexpr double usualFramesPerSecond = 30;
-
 } // namespace
 
 std::wstring FindHeaderProblem(const CineDescription& description)
@@ -118,12 +116,6 @@ std::wstring CineFile::Open(const std::wstring& path)
         m_frames = static_cast<int>(std::min<std::int64_t>(held, INT_MAX));
     m_sizeProblem = FindSizeProblem(m_file);
     return m_frames > 0 ? L"" : L"the file holds no whole frame";
-}
-
-double CineFile::FramesPerSecond() const
-{
-    const int rate = Description().stream.frameRate; // frames per 1000 s
-    return rate > 0 ? rate / 1000.0 : usualFramesPerSecond;
 }
 
 std::int64_t CineFile::FrameSize() const

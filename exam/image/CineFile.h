@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/RawCine.h"
+#include "image/FrameSource.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace exam {
 
 /// A raw cine file of grey levels. Frames are read on demand, so the memory needed does not depend
 /// on the size of the file. The file stays open as long as the object lives.
-class CineFile
+class CineFile : public FrameSource
 {
 public:
     /// Opens `path`. The result is empty, or one sentence that says what is wrong with the file.
@@ -20,22 +20,14 @@ public:
     /// holds.
     std::wstring Open(const std::wstring& path);
 
-    const CineDescription& Description() const { return m_file.Description(); }
-    int Lines() const { return Description().stream.lines; }
-    int Samples() const { return Description().stream.samples; }
-
-    /// The recording's own rate of play, or 30 if it has none.
-    double FramesPerSecond() const;
-
-    int Frames() const { return m_frames; }
+    const CineDescription& Description() const override { return m_file.Description(); }
+    int Frames() const override { return m_frames; }
 
     /// One sentence that says how the size of the file differs from its header's count; empty when
     /// it does not.
     const std::wstring& SizeProblem() const { return m_sizeProblem; }
 
-    /// Reads the Lines() x Samples() bytes of a frame, line by line; `frame` counts from 0. False
-    /// when there is no such frame, or it cannot be read; the content of `bytes` is of no use then.
-    bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const;
+    bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
 
 private:
     std::int64_t FrameSize() const;

@@ -1,5 +1,7 @@
 #include "image/ImageView.h"
 
+#include "image/GreyBitmap.h"
+
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -10,29 +12,6 @@ namespace {
 
 // Decibels between the darkest and the brightest grey level.
 constexpr int dynamicRange = 60;
-
-// A bitmap header followed by a grey scale as its colour table: the layout of a BITMAPINFO.
-struct GreyBitmapInfo
-{
-    BITMAPINFOHEADER header{};
-    RGBQUAD colours[256];
-};
-
-GreyBitmapInfo MakeGreyBitmapInfo(int width, int rows)
-{
-    GreyBitmapInfo info;
-    info.header.biSize = sizeof info.header;
-    info.header.biWidth = width;
-    info.header.biHeight = -rows; // from the top
-    info.header.biPlanes = 1;
-    info.header.biBitCount = 8;
-    info.header.biCompression = BI_RGB;
-    for (int i = 0; i < 256; ++i) {
-        const BYTE level = static_cast<BYTE>(i);
-        info.colours[i] = {level, level, level, 0};
-    }
-    return info;
-}
 
 // The smallest rectangle that holds the pixels that are set.
 CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
@@ -50,10 +29,10 @@ CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
 
 } // namespace
 
-void ImageView::SetRecording(const CineFile& cine, CSize size, int depth)
+void ImageView::SetSource(const FrameSource& source, CSize size, int depth)
 {
-    CineDescription description = cine.Description();
-    if (depth > 0) description.stream.samples = std::min(depth, cine.Samples());
+    CineDescription description = source.Description();
+    if (depth > 0) description.stream.samples = std::min(depth, source.Samples());
     m_fitted = FitImage(description, size);
     m_zoom = std::max(m_zoom, LeastZoom());
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
@@ -109,11 +88,11 @@ void ImageView::ShowSamples()
     ZoomAt(one / m_zoom, {m_parameters.width / 2, m_parameters.height / 2});
 }
 
-bool ImageView::Show(const CineFile& cine, int frame)
+bool ImageView::Show(const FrameSource& source, int frame)
 {
-    if (!cine.ReadFrame(frame, m_frame)) return false;
+    if (!source.ReadFrame(frame, m_frame)) return false;
     if (!m_map) return true;
-    CutLines(cine.Samples());
+    CutLines(source.Samples());
     ApplyGain();
     m_map->Convert(m_frame.data(), m_grey.data());
     return true;
@@ -139,17 +118,7 @@ void ImageView::ApplyGain()
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    // GDI expects the rows of a bitmap to be padded to four bytes. Where these are not, each row is
-    // drawn as a bitmap of its own.
-    const auto width = static_cast<std::size_t>(m_parameters.width);
-    const int rows = width % sizeof(DWORD) == 0 ? m_parameters.height : 1;
-    const GreyBitmapInfo info = MakeGreyBitmapInfo(m_parameters.width, rows);
-    const auto* const bitmap = reinterpret_cast<const BITMAPINFO*>(&info);
-    for (int y = 0; y < m_parameters.height; y += rows)
-        SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y + y, static_cast<DWORD>(width),
-                          static_cast<DWORD>(rows), 0, 0, 0, static_cast<UINT>(rows),
-                          m_grey.data() + width * static_cast<std::size_t>(y), bitmap,
-                          DIB_RGB_COLORS);
+    PaintGrey(dc, at, CSize(m_parameters.width, m_parameters.height), m_grey.data());
 }
 
 int ImageView::Grey(CPoint pixel) const

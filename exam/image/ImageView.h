@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/CineFile.h"
+#include "image/FrameSource.h"
 #include "image/ImagingParameters.h"
 
 #include <qor_imgproc/FrameMap.h>
@@ -15,13 +15,13 @@
 
 namespace exam {
 
-/// One frame of a recording, scan-converted for display.
+/// One frame, scan-converted for display.
 class ImageView
 {
 public:
-    /// Fits the frames of `cine` into an image of `size` pixels, which is black until Show(). It
+    /// Fits the frames of `source` into an image of `size` pixels, which is black until Show(). It
     /// shows the first `depth` samples of each line, or all of them for 0.
-    void SetRecording(const CineFile& cine, CSize size, int depth = 0);
+    void SetSource(const FrameSource& source, CSize size, int depth = 0);
 
     /// The image is shown between so many times smaller and larger than it is fitted.
     static constexpr double mostZoom = 8;
@@ -38,9 +38,9 @@ public:
     /// Sets the gain of the frames that are shown from now on, in decibels.
     void SetGain(int decibels) { m_gain = decibels; }
 
-    /// Converts frame number `frame` of `cine`, which must be the recording that was set. False
+    /// Converts frame number `frame` of `source`, which must be the one that was set. False
     /// when it cannot be read; the image is unchanged then.
-    bool Show(const CineFile& cine, int frame);
+    bool Show(const FrameSource& source, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
 

@@ -22,7 +22,8 @@ enum Extra
     apexAngleExtra,
     lineOffsetExtra,
     apertureLinesExtra,
-    firstUnusedExtra
+    originExtra,
+    unusedExtra
 };
 
 uDataDesc ToStream(const std::uint32_t (&words)[CineHeader::descWords])
@@ -41,7 +42,8 @@ CineDescription ToDescription(const CineHeader& header)
             header.extra[apexAngleExtra],
             header.extra[lineOffsetExtra],
             header.extra[apertureLinesExtra],
-            {header.extra[firstUnusedExtra], header.extra[firstUnusedExtra + 1]}};
+            CineOrigin{header.extra[originExtra]},
+            header.extra[unusedExtra]};
 }
 
 } // namespace

@@ -12,6 +12,13 @@
 
 namespace exam {
 
+/// Where the frames of a raw cine come from.
+enum class CineOrigin : std::int32_t
+{
+    recorded = 0,
+    simulated = 1 ///< they show no patient
+};
+
 /// The content of a raw cine file's header, in the terms of this application.
 /// docs/formats/raw-cine.md describes the format.
 struct CineDescription
@@ -23,7 +30,8 @@ struct CineDescription
     std::int32_t apexAngle = 0;     ///< virtual apex, thousandths of a degree; 0: none
     std::int32_t lineOffset = 0;    ///< lines
     std::int32_t apertureLines = 0; ///< scan lines over the aperture; 0: one per element
-    std::int32_t unused[2] = {};
+    CineOrigin origin = CineOrigin::recorded;
+    std::int32_t unused = 0;
 
     /// The size of a frame in bytes. Only B-mode headers give it, so other types have no result,
     /// and neither have numbers that no frame can have.

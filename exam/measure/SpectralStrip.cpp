@@ -2,6 +2,7 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "image/GreyBitmap.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/CDopplerScaling.h>
@@ -9,34 +10,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace exam {
 
 namespace {
 
-constexpr int bins = 256;
-constexpr int columnsPerBeat = 180;
-constexpr int traceCount = 4;
-
-// The velocity over one beat as a share of the span above the baseline. A steep systolic peak comes
-// before a slow diastolic decay.
-double Pulse(double phase)
-{
-    const double systole = std::exp(-std::pow((phase - 0.18) / 0.09, 2));
-    const double diastole = 0.22 + 0.08 * std::sin(2 * std::numbers::pi * phase);
-    return 0.75 * systole + diastole;
-}
-
-unsigned char Bin(double share)
-{
-    return static_cast<unsigned char>(
-        std::clamp(std::lround(bins / 2.0 + share * bins / 2), 0L, bins - 1L));
-}
-
 constexpr int scaleWidth = 82;
+constexpr int captionHeight = 22; // of a line of text;
 constexpr double metresPerTick = 0.25;
+constexpr int leastRoom = 16; // pixels that stay on both sides of the baseline
 
 // The row of the window in which a bin of the spectrum lies.
 int RowOfBin(const CRect& plot, int bin)
@@ -44,13 +29,20 @@ int RowOfBin(const CRect& plot, int bin)
     return plot.bottom - static_cast<int>(std::lround(CDopplerScaling::GetPixelBaseline(bin)));
 }
 
-// Draws one trace from the left of the window. Each byte is the bin of one column.
-void DrawTrace(CDC& dc, const CRect& plot, const unsigned char* trace, int length, COLORREF colour)
+int Baseline(const CRect& plot)
 {
+    return RowOfBin(plot, static_cast<int>(CDopplerScaling::GetPWFFT() / 2));
+}
+
+// Draws one trace from a column of the window on. Each byte is the bin of one column.
+void DrawTrace(CDC& dc, const CRect& plot, int left, const spectralTraceData& traces,
+               eTraceType type, COLORREF colour)
+{
+    const unsigned char* const trace = traces.getDataSet(type);
     if (!trace) return;
     std::vector<CPoint> points;
-    for (int x = 0; x < length && x < plot.Width(); ++x)
-        points.emplace_back(plot.left + x, RowOfBin(plot, trace[x]));
+    for (int i = 0; i < traces.getSetSize(); ++i)
+        points.emplace_back(left + i, RowOfBin(plot, trace[i]));
     CPen pen(PS_SOLID, 1, colour);
     const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
     DrawLines(dc, points);
@@ -66,52 +58,118 @@ void DrawVelocityTick(CDC& dc, const CRect& plot, int baseline, double velocity,
                 DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
-void DrawScale(CDC& dc, const CRect& plot, int baseline)
+void DrawVelocities(CDC& dc, const CRect& plot)
 {
-    CPen pen(PS_SOLID, 1, palette::scale);
-    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
-    dc.SetTextColor(palette::scale);
-    dc.SetBkMode(TRANSPARENT);
+    const int baseline = Baseline(plot);
     DrawLines(dc, {CPoint(plot.left, baseline), CPoint(plot.right, baseline)});
     if (const double perPixel = CDopplerScaling::GetVelPerPixel(); perPixel > 0)
-        for (int tick = -8; tick <= 8; ++tick)
+        for (int tick = -16; tick <= 16; ++tick)
             DrawVelocityTick(dc, plot, baseline, tick * metresPerTick, perPixel);
 }
 
 } // namespace
 
-SimulatedFlow::SimulatedFlow(CSize plot)
+void SpectralStrip::Place(const CRect& area)
 {
-    CDopplerScaling::SetPWPRP(250);
-    CDopplerScaling::SetPWFreq(2500000);
-    CDopplerScaling::SetPWFFT(bins);
-    CDopplerScaling::SetPWVesselAngle(0);
-    CDopplerScaling::SetVecDopScaleFactor(1.0);
-    CDopplerScaling::SetBaselineStartPos(0.0);
-    CDopplerScaling::SetPWDisplayHeight(plot.cy);
-    const int count = std::max<int>(plot.cx, 0);
-    m_bins.resize(static_cast<std::size_t>(count) * traceCount, Bin(0));
-    m_traces.setData(m_bins.data(), static_cast<int>(m_bins.size()), traceCount);
-    for (int x = 0; x < count; ++x) {
-        const double share = Pulse(static_cast<double>(x % columnsPerBeat) / columnsPerBeat);
-        m_traces.getDataSet(eTraceEnvelopeForward)[x] = Bin(share * 0.9);
-        m_traces.getDataSet(eTraceMeanForward)[x] = Bin(share * 0.6);
-    }
+    m_area = area;
+    m_plot = area;
+    m_plot.right -= std::min<int>(scaleWidth, area.Width());
+    m_plot.bottom -= std::min<int>(captionHeight, area.Height());
+    MoveBaseline(0);
 }
 
-void DrawSpectralStrip(CDC& dc, const CRect& area, const spectralTraceData& data)
+void SpectralStrip::Show(FlowSpectrum flow)
 {
-    dc.FillSolidRect(&area, palette::background);
-    CRect plot = area;
-    plot.right -= scaleWidth;
-    const int baseline = RowOfBin(plot, static_cast<int>(CDopplerScaling::GetPWFFT() / 2));
-    DrawScale(dc, plot, baseline);
-    DrawTrace(dc, plot, data.getDataSet(eTraceMeanForward), data.getSetSize(), palette::label);
-    DrawTrace(dc, plot, data.getDataSet(eTraceEnvelopeForward), data.getSetSize(), palette::accent);
-    CRect caption(area.left + 16, area.bottom - 28, area.right, area.bottom - 6);
+    m_flow = std::move(flow);
+    m_traces.setData(m_flow.traces.data(), static_cast<int>(m_flow.traces.size()),
+                     FlowSpectrum::traceCount);
+    CDopplerScaling::SetPWPRP(m_flow.scale.pulsePeriod);
+    CDopplerScaling::SetPWFreq(m_flow.scale.frequency);
+    CDopplerScaling::SetPWFFT(m_flow.scale.bins);
+    CDopplerScaling::SetPWVesselAngle(m_flow.scale.vesselAngle);
+    CDopplerScaling::SetVecDopScaleFactor(1.0);
+    MoveBaseline(0);
+}
+
+void SpectralStrip::MoveBaseline(int pixels)
+{
+    const int most = std::max(0, m_plot.Height() / 2 - leastRoom);
+    m_baseline = std::clamp(m_baseline + pixels, -most, most);
+    CDopplerScaling::SetPWDisplayHeight(m_plot.Height());
+    CDopplerScaling::SetBaselineStartPos(m_baseline);
+}
+
+int SpectralStrip::BaselineRow() const
+{
+    return Baseline(m_plot);
+}
+
+double SpectralStrip::TimeAt(double x) const
+{
+    const double column = m_flow.firstColumn + m_flow.columns - (m_plot.right - x);
+    return column / m_flow.columnsPerSecond;
+}
+
+double SpectralStrip::ColumnOf(double seconds) const
+{
+    const double column = seconds * m_flow.columnsPerSecond;
+    return m_plot.right - (m_flow.firstColumn + m_flow.columns - column);
+}
+
+void SpectralStrip::Draw(CDC& dc) const
+{
+    if (m_area.IsRectEmpty()) return;
+    dc.FillSolidRect(&m_area, palette::background);
+    dc.SetBkMode(TRANSPARENT);
+    if (HasFlow()) DrawSpectra(dc);
+    CRect caption(m_area.left + 16, m_plot.bottom - captionHeight, m_plot.right, m_plot.bottom);
     dc.SetTextColor(palette::label);
-    dc.DrawText(GetStr("exam.doppler.simulated"), &caption,
-                DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(GetStr(HasFlow() ? "exam.doppler.simulated" : "exam.doppler.none"), &caption,
+                DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    if (!HasFlow()) return;
+    CPen pen(PS_SOLID, 1, palette::scale);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    dc.SetTextColor(palette::scale);
+    DrawVelocities(dc, m_plot);
+    DrawTimes(dc);
+    const int left = m_plot.right - m_flow.columns;
+    DrawTrace(dc, m_plot, left, m_traces, eTraceMeanForward, palette::label);
+    DrawTrace(dc, m_plot, left, m_traces, eTraceEnvelopeForward, palette::accent);
+}
+
+// Draws the spectra as a grey picture, one row of the plot after the other.
+void SpectralStrip::DrawSpectra(CDC& dc) const
+{
+    const int height = m_plot.Height();
+    const int width = m_flow.columns;
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width * height));
+    for (int row = 0; row < height; ++row) {
+        const int above = height - row - m_baseline; // pixels above the lower end of the spectrum
+        const int bin = above * m_flow.scale.bins / std::max(1, height);
+        if (bin < 0 || bin >= m_flow.scale.bins) continue;
+        for (int column = 0; column < width; ++column)
+            pixels[static_cast<std::size_t>(row * width + column)] =
+                m_flow.levels[static_cast<std::size_t>(column * m_flow.scale.bins + bin)];
+    }
+    PaintGrey(dc, CPoint(m_plot.right - m_flow.columns, m_plot.top), CSize(width, height),
+              pixels.data());
+}
+
+// Draws the time axis below the spectra: a tick every half second, those of whole seconds numbered.
+void SpectralStrip::DrawTimes(CDC& dc) const
+{
+    DrawLines(dc, {CPoint(m_plot.left, m_plot.bottom), CPoint(m_plot.right, m_plot.bottom)});
+    const int last = static_cast<int>(std::floor(TimeAt(m_plot.right) * 2));
+    for (int half = last; half >= 0; --half) {
+        const int x = static_cast<int>(std::lround(ColumnOf(half / 2.0)));
+        if (x < m_plot.left || x < m_plot.right - m_flow.columns) break;
+        const bool isWhole = half % 2 == 0;
+        DrawLines(dc, {CPoint(x, m_plot.bottom), CPoint(x, m_plot.bottom + (isWhole ? 6 : 3))});
+        CRect box(x + 3, m_plot.bottom + 2, x + 60, m_area.bottom);
+        if (isWhole && box.right < m_plot.right)
+            dc.DrawText(GetStr("exam.value.seconds", half / 2), &box,
+                        DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
+    }
 }
 
 } // namespace exam

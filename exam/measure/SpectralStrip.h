@@ -1,36 +1,61 @@
 #pragma once
 
+#include "image/FlowSpectrum.h"
+
 #include <Utils_Statics/spectralTraceData.h>
 
 #include <afxwin.h>
 
-#include <vector>
-
 namespace exam {
 
-/// Spectral traces of a simulated pulsating flow, because the sample study has no recorded one. The
-/// traces are the envelope and the mean of the velocities towards the probe and away from it, as
-/// bins of a spectrum. Nothing flows away from the probe.
-class SimulatedFlow
+/// The spectral Doppler strip: the spectra of a flow against time, the newest at the right end, a
+/// pixel for each. Its scale is that of CDopplerScaling, whose parameters it sets.
+class SpectralStrip
 {
 public:
-    /// Fills the traces, one value for each column of `plot`, and sets the acquisition parameters
-    /// of CDopplerScaling that belong to them. The height of `plot` becomes the display height.
-    explicit SimulatedFlow(CSize plot);
-    SimulatedFlow(const SimulatedFlow&) = delete;
-    SimulatedFlow& operator=(const SimulatedFlow&) = delete;
+    SpectralStrip() = default;
+    SpectralStrip(const SpectralStrip&) = delete;
+    SpectralStrip& operator=(const SpectralStrip&) = delete;
 
-    /// A view of the four traces, valid while this object lives.
+    /// Puts the strip at a place in the client area. It is hidden in an empty one.
+    void Place(const CRect& area);
+
+    /// Shows the end of a flow, or nothing for one without columns.
+    void Show(FlowSpectrum flow);
+
+    /// Moves the baseline by pixels, upwards when positive, as far as a part of the spectrum stays
+    /// on both sides of it.
+    void MoveBaseline(int pixels);
+    int BaselineRow() const;
+
+    /// The place of the spectra in the client area; empty while the strip is hidden.
+    CRect Plot() const { return m_plot; }
+
+    /// The number of columns that the plot has room for.
+    int Room() const { return m_plot.Width(); }
+
+    bool HasFlow() const { return m_flow.columns > 0; }
+    const FlowSpectrum& Flow() const { return m_flow; }
+
+    /// A view of the four traces, valid until another flow is shown.
     const spectralTraceData& Traces() const { return m_traces; }
 
-private:
-    std::vector<unsigned char> m_bins;
-    spectralTraceData m_traces;
-};
+    /// The time at a client pixel, and the pixel of a time in seconds.
+    double TimeAt(double x) const;
+    double ColumnOf(double seconds) const;
 
-/// Draws a spectral Doppler strip: the velocity scale, the baseline and the traces of `data`, whose
-/// bytes are spectral bins. The scale comes from CDopplerScaling, whose display height must be the
-/// height of `area`.
-void DrawSpectralStrip(CDC& dc, const CRect& area, const spectralTraceData& data);
+    /// Draws the strip with its scales in client pixels.
+    void Draw(CDC& dc) const;
+
+private:
+    void DrawSpectra(CDC& dc) const;
+    void DrawTimes(CDC& dc) const;
+
+    CRect m_area;
+    CRect m_plot;
+    FlowSpectrum m_flow;
+    spectralTraceData m_traces;
+    int m_baseline = 0; // pixels above its own place
+};
 
 } // namespace exam

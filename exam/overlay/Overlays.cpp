@@ -45,7 +45,7 @@ void LoopDial::Draw(CDC* dc)
 {
     const CRect area = Client();
     dc->FillSolidRect(&area, palette::header);
-    if (!m_state.HasRecording()) return;
+    if (!m_state.HasSource()) return;
     CRect circle = area;
     circle.DeflateRect(area.Width() / ringShare, area.Height() / ringShare);
     CPen edge(PS_SOLID, 1, palette::label);
@@ -57,7 +57,7 @@ void LoopDial::Draw(CDC* dc)
         dc->Ellipse(&circle);
     }
     const base::Selection selected(dc->GetSafeHdc(), gone.GetSafeHandle());
-    FillPie(*dc, circle, (m_state.Frame() + 1.0) / m_state.Cine().Frames());
+    FillPie(*dc, circle, 1.0 * m_state.FramePosition() / std::max(1, m_state.Source().Frames()));
 }
 
 void LoopDial::DrawMask(CDC* dc)
@@ -75,7 +75,7 @@ void DepthBadge::Draw(CDC* dc)
     dc->FillSolidRect(&area, palette::header);
     CBrush edge(palette::line);
     dc->FrameRect(&area, &edge);
-    if (!m_state.HasRecording()) return;
+    if (!m_state.HasSource()) return;
     const ScopedFont font(*dc, m_state.Layout().Scaled(ScopedFont::textSize), FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);

@@ -50,6 +50,7 @@ void PrintDescription(const CineDescription& cine)
     static constexpr const wchar_t* types[] = {L"B-mode", L"colour", L"spectral", L"M-mode",
                                                L"ECG"};
     static constexpr const wchar_t* probes[] = {L"curved", L"linear", L"phased"};
+    static constexpr const wchar_t* origins[] = {L"recorded", L"simulated"};
     const uDataDesc& stream = cine.stream;
 
     Field(L"type", std::to_wstring(cine.type) + L" (" + NameOf(cine.type, types) + L")");
@@ -70,7 +71,9 @@ void PrintDescription(const CineDescription& cine)
     Field(L"virtual apex angle", Thousandths(cine.apexAngle) + L"\u00B0");
     Number(L"line offset", cine.lineOffset, L" lines");
     Number(L"aperture", cine.apertureLines, L" scan lines (0: one per element)");
-    Field(L"unused", std::to_wstring(cine.unused[0]) + L", " + std::to_wstring(cine.unused[1]));
+    const auto origin = static_cast<std::int32_t>(cine.origin);
+    Field(L"origin", std::to_wstring(origin) + L" (" + NameOf(origin, origins) + L")");
+    Number(L"unused", cine.unused);
 }
 
 // Prints the sizes. The result is empty, or one sentence that says what is wrong with the file.
@@ -122,7 +125,7 @@ Written WriteFrames(const CineFile& cine, const std::wstring& path)
 {
     const CSize size = ConsoleLayout().image.Size();
     ImageView view;
-    view.SetRecording(cine, size);
+    view.SetSource(cine, size);
     CCineStoreAVI movie;
     movie.SetRate(cine.FramesPerSecond());
     Written written{0, L"the movie cannot be written"};

@@ -106,7 +106,7 @@ private:
 
 MovieRecording::MovieRecording(const ExamState& state, const Painter& paint, FOURCC codec)
     : m_state(state), m_layout(state.Layout()), m_paint(paint), m_codec(codec),
-      m_rate(state.Cine().FramesPerSecond()), m_screen(m_layout.movie.Size()),
+      m_rate(state.Source().FramesPerSecond()), m_screen(m_layout.movie.Size()),
       m_time(TimeArea().Size())
 {
     MakeOpenMask(m_imageMask, m_layout.imageArea.Size());

@@ -22,14 +22,15 @@ public:
 
     bool Start(const std::wstring& path) override
     {
-        const CineDescription& cine = m_state.Cine().Description();
+        const CineDescription& cine = m_state.Source().Description();
         return m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle,
-                                   cine.apexAngle, cine.lineOffset, cine.apertureLines, 0, 0);
+                                   cine.apexAngle, cine.lineOffset, cine.apertureLines,
+                                   static_cast<int>(cine.origin), cine.unused);
     }
 
     bool AddFrame() override
     {
-        return m_state.Cine().ReadFrame(m_state.Frame(), m_frame) &&
+        return m_state.Source().ReadFrame(m_state.Frame(), m_frame) &&
                m_store.AddFrame(m_frame.data(), static_cast<int>(m_frame.size()));
     }
 

@@ -46,13 +46,15 @@ std::vector<Fact> FactsOf(const ExamState& state)
     add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
     add("exam.label.mode",
         GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (!state.HasRecording()) return facts;
+    if (!state.HasSource()) return facts;
     const ImagingParameters& image = state.View().Parameters();
+    if (state.Source().IsSimulated()) add("exam.label.source", GetStr("exam.source.simulated"));
     add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
     add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
     add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
-    add("exam.label.frame", GetStr("exam.value.frame", state.Frame() + 1, state.Cine().Frames()));
+    add("exam.label.frame",
+        GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
     for (const ImageTool* const tool : state.Tools().All())
         if (tool->IsVisible()) add(tool->NameKey(), tool->Readout());
     return facts;

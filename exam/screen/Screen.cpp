@@ -111,7 +111,7 @@ void DrawImageArea(CDC& dc, const ExamState& state)
 {
     const ScreenLayout& layout = state.Layout();
     dc.FillSolidRect(&layout.imageArea, palette::background);
-    if (!state.HasRecording()) return;
+    if (!state.HasSource()) return;
     const SavedState saved(dc);
     dc.IntersectClipRect(&layout.imageArea);
     state.View().Paint(dc, layout.image.TopLeft());
@@ -138,13 +138,15 @@ void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
     dc.FillSolidRect(0, 0, layout.client.cx, layout.client.cy, palette::header);
     {
         const ScopedFont font(dc, layout.Scaled(titleSize), FW_SEMIBOLD);
-        DrawBar(dc, layout, layout.header, GetStr("exam.title"),
+        const bool isSimulated = state.HasSource() && state.Source().IsSimulated();
+        DrawBar(dc, layout, layout.header,
+                GetStr(isSimulated ? "exam.title.simulated" : "exam.title"),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
     const ScopedFont font(dc, layout.Scaled(ScopedFont::textSize), FW_NORMAL);
     DrawImageArea(dc, state);
     DrawInfoPanel(dc, state);
-    if (state.IsStripShown()) DrawSpectralStrip(dc, layout.strip, state.Flow().Traces());
+    state.Strip().Draw(dc);
     if (use == ScreenUse::display) DrawControls(dc, state);
 }
 

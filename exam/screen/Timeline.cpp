@@ -23,10 +23,11 @@ CRect LineOf(const ScreenLayout& layout)
     return line;
 }
 
-int PlaceOf(const ExamState& state, const CRect& line)
+int PlaceOnLine(const ExamState& state, const CRect& line)
 {
-    const int steps = std::max(1, state.Cine().Frames() - 1);
-    return line.left + static_cast<int>(std::lround(1.0 * line.Width() * state.Frame() / steps));
+    const int steps = std::max(1, state.Source().Frames() - 1);
+    const int place = state.FramePosition() - 1;
+    return line.left + static_cast<int>(std::lround(1.0 * line.Width() * place / steps));
 }
 
 } // namespace
@@ -34,9 +35,9 @@ int PlaceOf(const ExamState& state, const CRect& line)
 void DrawTimeline(CDC& dc, const ExamState& state)
 {
     const ScreenLayout& layout = state.Layout();
-    if (layout.timeline.IsRectEmpty() || !state.HasRecording()) return;
+    if (layout.timeline.IsRectEmpty() || !state.HasSource()) return;
     const CRect line = LineOf(layout);
-    const int place = PlaceOf(state, line);
+    const int place = PlaceOnLine(state, line);
     dc.FillSolidRect(&line, palette::line);
     CRect gone = line;
     gone.right = place;
@@ -46,10 +47,10 @@ void DrawTimeline(CDC& dc, const ExamState& state)
     dc.FillSolidRect(&mark, palette::text);
 }
 
-int FrameAt(const ExamState& state, int x)
+int PlaceAt(const ExamState& state, int x)
 {
     const CRect line = LineOf(state.Layout());
-    const int last = state.Cine().Frames() - 1;
+    const int last = std::max(0, state.Source().Frames() - 1);
     const double share = 1.0 * (x - line.left) / std::max(1, line.Width());
     return std::clamp(static_cast<int>(std::lround(share * last)), 0, last);
 }

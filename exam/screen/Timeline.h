@@ -10,7 +10,7 @@ namespace exam {
 /// place for it.
 void DrawTimeline(CDC& dc, const ExamState& state);
 
-/// The number of the frame at a pixel of the timeline; the nearest one beside its ends.
-int FrameAt(const ExamState& state, int x);
+/// The place of the frame at a pixel of the timeline, from 0 on; the nearest one beside its ends.
+int PlaceAt(const ExamState& state, int x);
 
 } // namespace exam

@@ -1,6 +1,8 @@
 #include "state/ExamState.h"
 
 #include "base/StateChanges.h"
+#include "image/CineFile.h"
+#include "image/LiveProbe.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -21,16 +23,16 @@ constexpr int fullTurn = 3600; // tenths of a degree
 
 } // namespace
 
-ExamState::ExamState() : m_tools(m_view, m_layout.image), m_flow(m_layout.strip.Size()) {}
+ExamState::ExamState() : m_tools(m_view, m_layout.image) {}
 
 void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 {
     m_tools.SetArea(layout.image + corner);
     if (layout == m_layout) return;
     m_layout = layout;
-    m_flow.emplace(m_layout.strip.Size());
+    PlaceStrip();
     m_fitted.reset();
-    if (HasRecording())
+    if (HasSource())
         ShowFrame();
     else
         TellChange(stateFitChanged);
@@ -39,40 +41,58 @@ void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 std::wstring ExamState::AddRecording(const std::wstring& name)
 {
     const std::wstring path = utilsExam::GetImage(name.c_str());
-    CineFile cine;
-    if (std::wstring problem = cine.Open(path); !problem.empty()) return path + L": " + problem;
-    m_recordings.push_back(std::move(cine));
-    if (m_recordings.size() == 1) ShowFrame();
+    auto cine = std::make_unique<CineFile>();
+    if (std::wstring problem = cine->Open(path); !problem.empty()) return path + L": " + problem;
+    m_sources.push_back(std::move(cine));
+    if (m_sources.size() == 1) ShowFrame();
     return {};
+}
+
+void ExamState::AddSimulation(simulation::ProbeShape probe)
+{
+    m_sources.push_back(std::make_unique<LiveProbe>(probe));
 }
 
 void ExamState::SelectImage(std::size_t index)
 {
-    if (index >= m_recordings.size()) return;
+    if (index >= m_sources.size()) return;
     if (index != m_current) m_view.ShowWhole();
+    const bool wasLive = Source().IsLive();
+    m_sources[m_current]->Run(false);
     m_current = index;
-    m_frame = 0;
+    const FrameSource& source = Source();
+    m_frame = source.IsLive() ? source.FirstFrame() + source.Frames() - 1 : 0;
     ShowFrame();
+    if (wasLive || source.IsLive()) SetFrozen(!source.IsLive());
 }
 
 void ExamState::NextImage()
 {
-    if (HasRecording()) SelectImage((m_current + 1) % m_recordings.size());
+    if (HasSource()) SelectImage((m_current + 1) % m_sources.size());
 }
 
 void ExamState::StepFrames(int frames)
 {
-    if (!HasRecording()) return;
-    const int count = Cine().Frames();
-    m_frame = (m_frame + frames % count + count) % count;
+    const int count = HasSource() ? Source().Frames() : 0;
+    if (count == 0) return;
+    const int first = Source().FirstFrame();
+    m_frame = first + ((m_frame - first + frames) % count + count) % count;
     ShowFrame();
+}
+
+int ExamState::FramesBehind() const
+{
+    if (!HasSource() || !Source().IsLive()) return 0;
+    return std::max(0, Source().FirstFrame() + Source().Frames() - 1 - m_frame);
 }
 
 void ExamState::ShowFrame()
 {
     if (m_fitted != m_current) FitImage();
-    m_readable = m_view.Show(Cine(), m_frame);
-    if (!m_readable) m_status = GetStr("exam.image.unreadable", m_frame + 1);
+    const bool isThere = Source().Frames() > 0; // a probe's first frame takes a moment
+    m_readable = !isThere || m_view.Show(Source(), m_frame);
+    if (!m_readable) m_status = GetStr("exam.image.unreadable", FramePosition());
+    if (m_stripShown) m_strip.Show(Source().Flow(m_strip.Room()));
     m_tools.Follow({m_current, m_frame});
     TellChange(stateImageChanged);
 }
@@ -80,7 +100,7 @@ void ExamState::ShowFrame()
 void ExamState::FitImage()
 {
     m_fitted = m_current;
-    m_view.SetRecording(Cine(), m_layout.image.Size(), Cine().Samples() * m_depth / fullDepth);
+    m_view.SetSource(Source(), m_layout.image.Size(), Source().Samples() * m_depth / fullDepth);
     TellChange(stateFitChanged);
 }
 
@@ -88,7 +108,7 @@ void ExamState::ChangeGain(int decibels)
 {
     m_gain = std::clamp(m_gain + decibels, -mostGain, mostGain);
     m_view.SetGain(m_gain);
-    if (HasRecording()) ShowFrame();
+    if (HasSource()) ShowFrame();
 }
 
 void ExamState::ChangeDepth(int tenths)
@@ -97,7 +117,7 @@ void ExamState::ChangeDepth(int tenths)
     if (depth == m_depth) return;
     m_depth = depth;
     m_fitted.reset();
-    if (HasRecording()) ShowFrame();
+    if (HasSource()) ShowFrame();
 }
 
 void ExamState::ZoomAt(double factor, CPoint pixel)
@@ -126,24 +146,32 @@ void ExamState::ShowSamples()
 
 void ExamState::ShowAgain()
 {
-    if (HasRecording()) ShowFrame();
+    if (HasSource()) ShowFrame();
 }
 
 int ExamState::DepthMillimetres() const
 {
-    if (!HasRecording()) return 0;
+    if (!HasSource()) return 0;
     return static_cast<int>(std::lround(m_view.Parameters().DepthMillimetres()));
 }
 
 void ExamState::SetFrozen(bool frozen)
 {
     m_frozen = frozen;
+    if (HasSource()) m_sources[m_current]->Run(!frozen);
     TellChange(stateDisplayChanged);
+}
+
+void ExamState::PlaceStrip()
+{
+    m_strip.Place(m_stripShown ? m_layout.strip : CRect());
+    if (m_stripShown && HasSource()) m_strip.Show(Source().Flow(m_strip.Room()));
 }
 
 void ExamState::ShowStrip(bool shown)
 {
     m_stripShown = shown;
+    PlaceStrip();
     TellChange(stateDisplayChanged);
 }
 

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "base/ScreenLayout.h"
+#include "image/FrameSource.h"
 #include "image/ImageView.h"
 #include "measure/MeasureTools.h"
 #include "measure/SpectralStrip.h"
 
+#include <phantom/PhantomSettings.h>
+
 #include <atlstr.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,24 +42,32 @@ public:
     void SetLayout(const ScreenLayout& layout, CPoint corner);
     const ScreenLayout& Layout() const { return m_layout; }
 
-    /// The recording and the frame on display. Cine() needs one.
-    bool HasRecording() const { return !m_recordings.empty(); }
-    const CineFile& Cine() const { return m_recordings[m_current]; }
+    /// Adds a probe on a simulated patient. It runs when it is put on display.
+    void AddSimulation(simulation::ProbeShape probe);
+
+    /// The recording or probe, and the frame, on display. Source() needs one.
+    bool HasSource() const { return !m_sources.empty(); }
+    const FrameSource& Source() const { return *m_sources[m_current]; }
     std::size_t Current() const { return m_current; }
     int Frame() const { return m_frame; }
+    /// The frame's place among those that there are, from 1 on.
+    int FramePosition() const { return m_frame - Source().FirstFrame() + 1; }
 
     const ImageView& View() const { return m_view; }
     MeasureTools& Tools() { return m_tools; }
     const MeasureTools& Tools() const { return m_tools; }
-    const SimulatedFlow& Flow() const { return *m_flow; }
+    const SpectralStrip& Strip() const { return m_strip; }
 
-    /// Put another recording, from its first frame on, or another frame on display. A frame that
-    /// cannot be read leaves the image as it was, and the status line says so.
+    /// Put another recording, from its first frame on, a probe, or another frame on display. A
+    /// probe runs then, and a recording after it stands still. A frame that cannot be read leaves
+    /// the image as it was, and the status line says so.
     void SelectImage(std::size_t index);
     void NextImage();
     /// Moves by a number of frames, backwards when it is negative, and wraps at both ends.
     void StepFrames(int frames);
     bool IsFrameReadable() const { return m_readable; }
+    /// The number of frames that a running probe has made since the one on display.
+    int FramesBehind() const;
 
     /// Changes the image's gain by decibels; the sum stays within -20 and 20.
     void ChangeGain(int decibels);
@@ -72,7 +84,7 @@ public:
     void ShowWhole();
     void ShowSamples();
 
-    /// Frames run at the rate of their recording unless they are frozen.
+    /// Frames run at their own rate unless they are frozen.
     void SetFrozen(bool frozen);
     bool IsFrozen() const { return m_frozen; }
 
@@ -102,19 +114,20 @@ private:
 
     void FitImage();
     void ShowAgain();
+    void PlaceStrip();
     void ShowFrame();
 
     ScreenLayout m_layout = ConsoleLayout();
-    std::vector<CineFile> m_recordings;
+    std::vector<std::unique_ptr<FrameSource>> m_sources;
     std::size_t m_current = 0;
     int m_frame = 0;
     ImageView m_view;
-    std::optional<std::size_t> m_fitted; // the recording that the view is fitted to
+    std::optional<std::size_t> m_fitted; // the source that the view is fitted to
     bool m_readable = true;
     MeasureTools m_tools;
-    std::optional<SimulatedFlow> m_flow; // as wide as the strip
-    int m_gain = 0;                      // decibels
-    int m_depth = fullDepth;             // tenths of the recording's depth
+    SpectralStrip m_strip;
+    int m_gain = 0;          // decibels
+    int m_depth = fullDepth; // tenths of the recording's depth
     bool m_frozen = true;
     bool m_stripShown = false;
     int m_rotation = 0;

@@ -102,6 +102,7 @@ void TakeTour(TourContext& context)
     TourTexts(context);
     TourImages(context);
     TourMeasurements(context);
+    TourSimulation(context);
     TourRecording(context);
     TourPanel(context);
     TourService(context);

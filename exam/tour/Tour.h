@@ -9,11 +9,15 @@
 
 namespace exam {
 
-/// The recordings of the sample study, in the order in which they are added.
-enum SampleRecording : std::size_t
+/// The recordings of the sample study, and the probes on simulated patients, in the order in which
+/// they are added.
+enum SampleSource : std::size_t
 {
     curvedRecording,
-    linearRecording
+    linearRecording,
+    simulatedCurved,
+    simulatedLinear,
+    simulatedPhased
 };
 
 /// Counts the steps of a tour and prints a line for each, with a tick or a cross.
@@ -76,6 +80,7 @@ void TourPaths(TourContext& context);
 void TourTexts(TourContext& context);
 void TourImages(TourContext& context);
 void TourMeasurements(TourContext& context);
+void TourSimulation(TourContext& context);
 void TourRecording(TourContext& context);
 void TourPanel(TourContext& context);
 void TourService(TourContext& context);

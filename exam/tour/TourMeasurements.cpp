@@ -1,9 +1,8 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
-// the spectral strip, and the outline of a turned image.
+// the outline of a turned image.
 #include "measure/RotatedOutline.h"
 #include "tour/Tour.h"
 
-#include <Utils_Statics/CDopplerScaling.h>
 #include <Utils_Statics/MouseCapture.h>
 
 #include <cmath>
@@ -137,18 +136,6 @@ void Trackball(TourContext& context, Mouse& mouse)
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");
 }
 
-// The velocity scale of the spectral strip.
-void Strip(TourContext& context)
-{
-    context.state.ShowStrip(true);
-    context.Picture(L"spectral-strip");
-    // The full span is PRF x c / (2 f): 4 kHz x 1540 m/s / 5 MHz.
-    const double span = CDopplerScaling::GetVelPerPixel() *
-                        static_cast<double>(CDopplerScaling::GetPWDisplayHeight());
-    context.report.Step(std::abs(span - 1.232) < 1e-9, L"the strip spans 1.232 m/s");
-    context.state.ShowStrip(false);
-}
-
 // A turned image's bounding box.
 void Outline(TourContext& context)
 {
@@ -177,7 +164,6 @@ void TourMeasurements(TourContext& context)
     context.Picture(L"measurements");
     for (const UINT key : {L'1', L'2', L'3'})
         mouse.Key(key);
-    Strip(context);
     Outline(context);
 }
 

@@ -1,4 +1,4 @@
-// Station 9: windows over the image, buttons with pictures, tips and balloons.
+// Station 10: windows over the image, buttons with pictures, tips and balloons.
 #include "base/Palette.h"
 #include "tour/Tour.h"
 

@@ -1,4 +1,4 @@
-// Station 7: the control panel, worked with posted mouse messages; and the tour's end by its button
+// Station 8: the control panel, worked with posted mouse messages; and the tour's end by its button
 // End.
 #include "panel/PanelLayout.h"
 #include "tour/Tour.h"

@@ -1,5 +1,6 @@
-// Station 6: the exam is recorded, as raw frames byte for byte and as movies.
+// Station 7: the exam is recorded, as raw frames byte for byte and as movies.
 #include "base/Console.h"
+#include "image/CineFile.h"
 #include "record/MovieSettings.h"
 #include "tour/Tour.h"
 
@@ -91,6 +92,7 @@ void Movie(TourContext& context, const wchar_t* codec, const std::wstring& path)
     context.Key('V');
     Advance(context, 4);
     context.state.ShowStrip(true);
+    context.Picture(L"movie-strip");
     Advance(context, 4);
     context.Key('V');
     context.state.ShowStrip(false);

@@ -1,4 +1,4 @@
-// Station 8: the study is packed and unpacked, the program lists its modules, and a crash of
+// Station 9: the study is packed and unpacked, the program lists its modules, and a crash of
 // another exam is reported.
 #include "service/ServiceWindows.h"
 #include "tour/Tour.h"

@@ -132,7 +132,7 @@ BOOL MainWindow::OnMouseWheel(UINT, short delta, CPoint point)
     constexpr double zoomOfNotch = 1.25;
     ScreenToClient(&point);
     const CRect& image = m_state.Layout().image;
-    if (!m_state.HasRecording() || !image.PtInRect(point)) return FALSE;
+    if (!m_state.HasSource() || !image.PtInRect(point)) return FALSE;
     m_state.ZoomAt(std::pow(zoomOfNotch, 1.0 * delta / WHEEL_DELTA),
                    CPoint(point - image.TopLeft()));
     return TRUE;
@@ -145,7 +145,7 @@ void MainWindow::OnCaptureChanged(CWnd*)
 
 void MainWindow::Take(Drag drag, CPoint point)
 {
-    if (!m_state.HasRecording()) return;
+    if (!m_state.HasSource()) return;
     if (drag == Drag::image && !m_state.Layout().image.PtInRect(point)) return;
     m_drag = drag;
     m_dragged = point;
@@ -163,7 +163,7 @@ void MainWindow::DragTo(CPoint point)
 void MainWindow::Seek(CPoint point)
 {
     m_state.SetFrozen(true);
-    m_state.StepFrames(FrameAt(m_state, point.x) - m_state.Frame());
+    m_state.StepFrames(PlaceAt(m_state, point.x) + 1 - m_state.FramePosition());
 }
 
 } // namespace exam

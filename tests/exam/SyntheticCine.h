@@ -2,6 +2,7 @@
 
 // Recordings of one frame of one grey level, from a linear and a curved probe.
 
+#include "image/CineFile.h"
 #include "image/ImageView.h"
 #include "test_support/TemporaryFolder.h"
 
@@ -63,7 +64,7 @@ inline void Show(const CineDescription& cine, ImageView& view, int depth = 0)
     ASSERT_TRUE(store.EndStorage());
     CineFile file;
     ASSERT_EQ(file.Open(folder / L"test.cine"), L"");
-    view.SetRecording(file, CSize(300, 280), depth);
+    view.SetSource(file, CSize(300, 280), depth);
     ASSERT_TRUE(view.Show(file, 0));
 }
 

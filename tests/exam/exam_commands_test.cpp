@@ -371,7 +371,7 @@ TEST_F(CommandsTest, FramesRunUnlessTheyAreFrozenOrWhileTheyAreRecorded)
     m_state.SetFrozen(false);
     const std::optional<unsigned> interval = m_exam.PlayInterval();
     ASSERT_TRUE(interval);
-    EXPECT_NEAR(*interval, 1000 / m_state.Cine().FramesPerSecond(), 1);
+    EXPECT_NEAR(*interval, 1000 / m_state.Source().FramesPerSecond(), 1);
     m_state.SetFrozen(true);
     Press('C');
     EXPECT_EQ(m_exam.PlayInterval(), interval);

@@ -254,6 +254,58 @@ TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)
     EXPECT_EQ(m_state.Rotation(), 0);
 }
 
+// Shows what a probe has made meanwhile, until its frame has this number.
+bool FollowProbe(ExamState& state, int frame)
+{
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (state.Frame() < frame && GetTickCount64() < end) {
+        if (const int behind = state.FramesBehind(); behind > 0) state.StepFrames(behind);
+        Sleep(5);
+    }
+    return state.Frame() >= frame;
+}
+
+TEST_F(ExamStateTest, AProbeRunsWhileItIsOnDisplayAndNotFrozen)
+{
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    EXPECT_TRUE(m_state.Source().IsSimulated());
+    EXPECT_FALSE(m_state.IsFrozen());
+    EXPECT_TRUE(m_state.IsFrameReadable()); // though there is none yet
+    ASSERT_TRUE(FollowProbe(m_state, 3));
+    m_state.SetFrozen(true);
+    const int newest = m_state.Source().FirstFrame() + m_state.Source().Frames() - 1;
+    m_state.StepFrames(1 - m_state.FramePosition());
+    EXPECT_EQ(m_state.Frame(), m_state.Source().FirstFrame());
+    EXPECT_EQ(m_state.FramePosition(), 1);
+    m_state.StepFrames(-1);
+    EXPECT_EQ(m_state.Frame(), newest);
+    EXPECT_EQ(m_state.FramesBehind(), 0);
+    m_state.SelectImage(linear);
+    EXPECT_TRUE(m_state.IsFrozen());
+    m_state.SelectImage(2);
+    EXPECT_EQ(m_state.Frame(), newest);
+    EXPECT_TRUE(FollowProbe(m_state, newest + 1));
+}
+
+TEST_F(ExamStateTest, TheStripShowsTheFlowOfTheSourceOnDisplay)
+{
+    m_state.ShowStrip(true);
+    EXPECT_FALSE(m_state.Strip().HasFlow());
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    ASSERT_TRUE(FollowProbe(m_state, 3));
+    const SpectralStrip& strip = m_state.Strip();
+    ASSERT_TRUE(strip.HasFlow());
+    EXPECT_EQ(strip.ColumnOf(strip.TimeAt(100.5)), 100.5);
+    EXPECT_EQ(strip.TimeAt(strip.Plot().right),
+              (strip.Flow().firstColumn + strip.Flow().columns) / 100.0);
+    m_state.SelectImage(linear);
+    EXPECT_FALSE(m_state.Strip().HasFlow());
+    m_state.ShowStrip(false);
+    EXPECT_TRUE(m_state.Strip().Plot().IsRectEmpty());
+}
+
 TEST_F(ExamStateTest, SwitchesBetweenTheLanguages)
 {
     EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"en");

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "image/FlowSpectrum.h"
+#include "image/RawCine.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace exam {
+
+/// Frames of grey levels that can be shown: those of a recording, or those that a probe makes now.
+/// Frames have consecutive numbers.
+class FrameSource
+{
+public:
+    FrameSource() = default;
+    FrameSource(FrameSource&&) = default;
+    FrameSource& operator=(FrameSource&&) = default;
+    virtual ~FrameSource() = default;
+
+    virtual const CineDescription& Description() const = 0;
+    int Lines() const { return Description().stream.lines; }
+    int Samples() const { return Description().stream.samples; }
+
+    /// The frames' own rate, or 30 if they have none.
+    double FramesPerSecond() const;
+
+    /// True for a probe that makes frames while it runs. The others have all of them.
+    virtual bool IsLive() const { return false; }
+    /// Lets a live probe make frames from now on, or no longer.
+    virtual void Run(bool) {}
+
+    /// True for frames of no patient. Whoever shows or records them says so.
+    bool IsSimulated() const { return Description().origin == CineOrigin::simulated; }
+
+    /// The number of the oldest frame that there is, and how many there are from it on.
+    virtual int FirstFrame() const { return 0; }
+    virtual int Frames() const = 0;
+
+    /// Reads the Lines() x Samples() bytes of a frame, line by line. False when there is no such
+    /// frame, or it cannot be read; the content of `bytes` is of no use then.
+    virtual bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const = 0;
+
+    /// The last columns of the flow's spectrum, at most this many. None without Doppler.
+    virtual FlowSpectrum Flow(int columns) const;
+};
+
+} // namespace exam

@@ -1,0 +1,52 @@
+#include "image/GreyBitmap.h"
+
+#include <cstddef>
+
+namespace exam {
+
+namespace {
+
+// A bitmap header followed by a grey scale as its colour table: the layout of a BITMAPINFO.
+struct GreyBitmapInfo
+{
+    BITMAPINFOHEADER header{};
+    RGBQUAD colours[256];
+};
+
+GreyBitmapInfo MakeGreyBitmapInfo(CSize size)
+{
+    GreyBitmapInfo info;
+    info.header.biSize = sizeof info.header;
+    info.header.biWidth = size.cx;
+    info.header.biHeight = -size.cy;
+    info.header.biPlanes = 1;
+    info.header.biBitCount = 8;
+    info.header.biCompression = BI_RGB;
+    for (int i = 0; i < 256; ++i) {
+        const BYTE level = static_cast<BYTE>(i);
+        info.colours[i] = {level, level, level, 0};
+    }
+    return info;
+}
+
+void PaintRows(CDC& dc, CPoint at, CSize size, const std::uint8_t* levels)
+{
+    const GreyBitmapInfo info = MakeGreyBitmapInfo(size);
+    SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y, static_cast<DWORD>(size.cx),
+                      static_cast<DWORD>(size.cy), 0, 0, 0, static_cast<UINT>(size.cy), levels,
+                      reinterpret_cast<const BITMAPINFO*>(&info), DIB_RGB_COLORS);
+}
+
+} // namespace
+
+void PaintGrey(CDC& dc, CPoint at, CSize size, const std::uint8_t* levels)
+{
+    // The platform expects rows that are padded to four bytes. Others are painted one by one.
+    constexpr int padding = 4;
+    if (size.cx % padding == 0) return PaintRows(dc, at, size, levels);
+    for (int y = 0; y < size.cy; ++y)
+        PaintRows(dc, CPoint(at.x, at.y + y), CSize(size.cx, 1),
+                  levels + static_cast<std::ptrdiff_t>(y) * size.cx);
+}
+
+} // namespace exam

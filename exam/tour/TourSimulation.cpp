@@ -1,0 +1,130 @@
+// Station 6: a probe on a simulated patient, live: frames at their rate beside a window that keeps
+// answering, the spectrum of the flow, and what is recorded of it.
+#include "image/CineFile.h"
+#include "tour/Tour.h"
+
+#include <Utils_Statics/CDopplerScaling.h>
+#include <Utils_Statics/GetStr.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <iterator>
+
+namespace exam {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr double longestBlock = 100; // milliseconds
+
+// What the window did while it showed a running probe.
+struct LiveView
+{
+    int frames = 0;
+    double seconds = 0;
+    double longest = 0; // milliseconds in which no message was handled
+};
+
+LiveView Watch(TourContext& context, double seconds)
+{
+    LiveView view;
+    const int first = context.state.Frame();
+    const Clock::time_point begin = Clock::now();
+    Clock::time_point last = begin;
+    while (last - begin < std::chrono::duration<double>(seconds)) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+        const Clock::time_point woken = Clock::now();
+        context.HandlePending();
+        last = Clock::now();
+        view.longest = std::max(view.longest, Milliseconds(last - woken).count());
+    }
+    view.frames = context.state.Frame() - first;
+    view.seconds = std::chrono::duration<double>(last - begin).count();
+    return view;
+}
+
+std::wstring Rounded(double value)
+{
+    return std::to_wstring(std::lround(value));
+}
+
+void Live(TourContext& context, SampleSource source, const std::wstring& name)
+{
+    const ExamState& state = context.state;
+    context.state.ShowStrip(true);
+    context.state.SelectImage(source);
+    context.report.Step(context.WaitUntil([&] { return state.Frame() > 10; }),
+                        L"the " + name + L" probe on the simulated patient runs");
+    // Other programs may take the processor for a while, but hardly in each of three seconds.
+    const LiveView views[] = {Watch(context, 1), Watch(context, 1), Watch(context, 1)};
+    double longest = views[0].longest;
+    double rate = 0;
+    for (const LiveView& view : views) {
+        longest = std::min(longest, view.longest);
+        rate += view.frames / view.seconds / std::size(views);
+    }
+    context.report.Step(std::abs(rate - state.Source().FramesPerSecond()) < 1.5,
+                        L"it shows " + Rounded(rate) + L" frames a second");
+    context.report.Step(longest < longestBlock,
+                        L"the window is busy for " + Rounded(longest) + L" ms at most meanwhile");
+    context.Picture(L"simulated-" + name);
+    context.state.SetFrozen(true);
+    const int newest = state.Frame();
+    context.state.StepFrames(-10);
+    context.report.Step(state.Frame() == newest - 10 && state.IsFrameReadable(),
+                        L"its last frames can be looked at when it stands still");
+    context.state.ShowStrip(false);
+}
+
+// The full span of velocities is c / (2 f T cos a).
+void Span(TourContext& context)
+{
+    context.state.ShowStrip(true);
+    const FlowScale& scale = context.state.Strip().Flow().scale;
+    const double cosine = std::cos(scale.vesselAngle / 1000.0 * std::acos(-1.0) / 180);
+    const double span = 1540e6 / (2.0 * scale.frequency * scale.pulsePeriod * cosine);
+    const double shown = CDopplerScaling::GetVelPerPixel() *
+                         static_cast<double>(CDopplerScaling::GetPWDisplayHeight());
+    context.report.Step(span > 0 && std::abs(shown / span - 1) < 1e-3,
+                        L"the strip spans the velocities that the pulses allow");
+    context.state.ShowStrip(false);
+}
+
+void Recorded(TourContext& context)
+{
+    const std::wstring path = context.folder + L"\\recordings\\recording-001.cine";
+    std::error_code error;
+    std::filesystem::remove_all(context.folder + L"\\recordings", error); // of an earlier tour
+    context.state.SelectImage(simulatedLinear);
+    context.Key('C');
+    const bool held = context.WaitUntil(
+        [&] { return context.state.Recording() && context.state.Recording()->frames >= 20; });
+    context.Key('C');
+    CineFile cine;
+    context.report.Step(held && cine.Open(path).empty() && cine.Frames() >= 20 &&
+                            cine.IsSimulated(),
+                        L"a recording of it says that it is simulated");
+    std::vector<std::uint8_t> frame;
+    std::vector<std::uint8_t> next;
+    context.report.Step(cine.ReadFrame(0, frame) && cine.ReadFrame(1, next) && frame != next,
+                        L"its frames differ, because vessel and blood move");
+}
+
+} // namespace
+
+void TourSimulation(TourContext& context)
+{
+    Live(context, simulatedCurved, L"curved");
+    Live(context, simulatedLinear, L"linear");
+    Live(context, simulatedPhased, L"phased");
+    Span(context);
+    Recorded(context);
+    context.state.SelectImage(curvedRecording);
+    context.state.SetFrozen(true);
+}
+
+} // namespace exam
