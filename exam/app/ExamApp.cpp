@@ -25,6 +25,7 @@
 #include <shellapi.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace exam {
 
@@ -66,7 +67,12 @@ BOOL ExamApp::InitInstance()
     }
     utilsExam::ServiceMode = m_options.service;
     utilsExam::SetConsoleType(m_options.console);
-    InstallStores(m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder());
+    const std::wstring userFolder =
+        base::FullPath((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()).c_str());
+    InstallStores(userFolder);
+    std::error_code error; // a tour begins with the sample patient alone
+    if (m_options.IsTour()) std::filesystem::remove_all(userFolder + L"\\patients", error);
+    m_studyFolder = PreparePatients(userFolder);
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
     if (!OpenMainWindow() || !OpenStatusRow()) return FALSE;
     utilsExam::AppInitDone = true;
@@ -196,6 +202,7 @@ bool ExamApp::OpenMainWindow()
     if (!m_window->Open(isFixed ? WindowForm::console : WindowForm::window))
         return Fail(L"the main window cannot be created; is there a screen?");
     if (!m_options.IsTour()) m_window->Exam().RepairRecordings();
+    m_window->Exam().OpenStudy(m_studyFolder);
     return m_window->OpenPanel() || Fail(L"the control panel cannot be created");
 }
 

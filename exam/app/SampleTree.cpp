@@ -1,10 +1,14 @@
 #include "app/SampleTree.h"
 
+#include "base/FileReader.h"
+
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/utilsExam.h>
+
+#include <shellapi.h>
 
 #include <cstdlib>
 
@@ -24,7 +28,7 @@ void InstallStores(const std::wstring& userFolder)
     const std::wstring sample = ApplicationFolder() + L"sample\\";
     qor_utils::SetStoreFolder(qor_utils::applicationStore, ApplicationFolder());
     qor_utils::SetStoreFolder(qor_utils::imagesStore, sample + L"images");
-    qor_utils::SetStoreFolder(qor_utils::patientDatabaseStore, sample + L"patients");
+    qor_utils::SetStoreFolder(qor_utils::patientDatabaseStore, userFolder + L"\\patients");
     qor_utils::SetStoreFolder(qor_utils::layoutStore, sample + L"layout");
     qor_utils::SetStoreFolder(qor_utils::fallbackLayoutStore, sample + L"layout-fallback");
     qor_utils::SetStoreFolder(qor_utils::baseSuiteStore, sample + L"protocols\\suite");
@@ -33,6 +37,15 @@ void InstallStores(const std::wstring& userFolder)
     qor_utils::SetStoreFolder(qor_utils::currentFactoryStore,
                               sample + L"protocols\\factory\\Abdomen");
     qor_utils::SetStoreFolder(qor_utils::savedProtocolsStore, userFolder + L"\\protocols");
+}
+
+std::wstring PreparePatients(const std::wstring& userFolder)
+{
+    const std::wstring patients = userFolder + L"\\patients";
+    if (KindOfFile(patients) == FileKind::missing) // a failure shows when the study is opened
+        utilsExam::SHFileOperationW(FO_COPY, (ApplicationFolder() + L"sample\\patients").c_str(),
+                                    patients.c_str(), TRUE, 0, nullptr, nullptr, nullptr);
+    return patients + L"\\P1\\S1";
 }
 
 std::wstring StringTableFolder()

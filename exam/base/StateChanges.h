@@ -11,7 +11,7 @@ enum StateChangeType : std::int32_t
 {
     stateImageChanged = 1,       ///< another recording or frame is on display
     stateLanguageChanged = 2,    ///< the texts are in another language
-    stateMeasurementChanged = 3, ///< a tool was shown, hidden, grabbed, moved or let go
+    stateMeasurementChanged = 3, ///< a mark or the study changed, or the mark in hand did
     stateDisplayChanged = 4,     ///< something else on the screen changed
     stateFitChanged = 5          ///< the image has another size; its frame follows
 };

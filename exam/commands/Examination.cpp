@@ -1,7 +1,7 @@
 #include "commands/Examination.h"
 
+#include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
-#include "record/NumberedFiles.h"
 #include "record/Repair.h"
 
 #include <Utils_Statics/CStatusRecording.h>
@@ -47,7 +47,7 @@ void Examination::EndRecording()
 
 void Examination::Cancel()
 {
-    if (m_service.CloseAbout()) return;
+    if (m_service.CloseAbout() || m_state.Marks().Cancel()) return;
     if (MouseCapture::IsLocked())
         MouseCapture::Unlock();
     else
@@ -55,10 +55,12 @@ void Examination::Cancel()
 }
 
 // The question to ask before the window closes; empty when nothing would be lost.
-CString Examination::WhatWouldBeLost() const
+CString Examination::WhatWouldBeLost()
 {
-    const int measured = m_state.Tools().Measured();
-    return measured == 0 ? CString() : GetStr("exam.close.measurements", measured);
+    if (m_study.IsSaved(m_state.Content()) || m_state.Content().marks.empty()) return {};
+    const std::wstring problem = m_study.Save(m_state.Content());
+    if (problem.empty()) return {};
+    return GetStr("exam.close.unsaved", problem.c_str());
 }
 
 void Examination::Leave()
@@ -71,6 +73,65 @@ void Examination::Leave()
     if (!leaves) return;
     EndRecording();
     m_window.Close();
+}
+
+bool PrecisionKeys::Move(int dx, int dy)
+{
+    if (m_handler) m_handler->OnPrecisionMove(dx, dy);
+    return m_handler != nullptr;
+}
+
+void Examination::OpenStudy(const std::wstring& folder)
+{
+    StudyContent content;
+    std::wstring problem = m_study.Open(folder, content);
+    const std::wstring missing = m_state.OpenStudy(std::move(content), folder);
+    if (problem.empty()) problem = missing;
+    if (!problem.empty()) Report(NoticeKind::warning, problem.c_str());
+}
+
+bool Examination::SaveStudy()
+{
+    const std::wstring problem = m_study.Save(m_state.Content());
+    if (problem.empty())
+        m_state.SetStatus(GetStr("exam.study.saved", m_state.StudyFolder().c_str()));
+    else
+        Report(NoticeKind::error, problem.c_str());
+    return problem.empty();
+}
+
+void Examination::SaveChanges()
+{
+    if (m_state.Marks().IsWorking() || m_study.IsSaved(m_state.Content())) return;
+    const std::wstring problem = m_study.Save(m_state.Content());
+    if (!problem.empty()) Report(NoticeKind::error, problem.c_str());
+}
+
+void Examination::RenameSelected()
+{
+    const Mark* const mark = FindMark(m_state.Content(), m_state.Marks().Selected());
+    if (!mark) return;
+    const int number = mark->number;
+    const auto text = m_window.AskText(GetStr("exam.command.rename"), mark->text.c_str());
+    if (!text) return;
+    m_state.Document().EndGesture();
+    m_state.Document().Rename(number, text->GetString());
+    m_state.Marks().Refresh();
+}
+
+void Examination::MovePrecisely(int dx, int dy)
+{
+    if (!m_precision.Move(dx, dy)) m_state.SetStatus(GetStr("exam.precise.nothing"));
+}
+
+void Examination::ExportTable()
+{
+    m_state.SetStatus(m_study.WriteTable(m_state.Content(), m_folder));
+}
+
+void Examination::ExportReport()
+{
+    m_state.SetStatus(m_study.WriteReport(m_state, m_folder));
 }
 
 void Examination::RepairRecordings()

@@ -3,9 +3,11 @@
 #include "overlay/Notices.h"
 #include "record/Recorder.h"
 #include "service/ServiceDesk.h"
+#include "service/StudyDesk.h"
 #include "state/ExamState.h"
 
 #include <Utils_Statics/IStateChangeConsumer.h>
+#include <Utils_Statics/PrecisionMouse.h>
 
 #include <afxwin.h>
 
@@ -35,10 +37,30 @@ public:
     virtual void ResetPanel() = 0;
     /// Asks the user; true for yes.
     virtual bool Ask(const CString& question) = 0;
+    /// Asks the user for a text, which is `text` at first; none when the user cancels.
+    virtual std::optional<CString> AskText(const CString& title, const CString& text) = 0;
     virtual void Close() = 0;
 
 protected:
     ~ExamWindow() = default;
+};
+
+/// Moves a point in small steps by the keyboard.
+class PrecisionKeys : private IPrecisionControl
+{
+public:
+    PrecisionKeys() { PrecisionMouse::Register(this); }
+    ~PrecisionKeys() { PrecisionMouse::Unregister(this); }
+    PrecisionKeys(const PrecisionKeys&) = delete;
+    PrecisionKeys& operator=(const PrecisionKeys&) = delete;
+
+    /// False when no point is in hand.
+    bool Move(int dx, int dy);
+
+private:
+    void SetHandler(IPrecisionHandler* handler) override { m_handler = handler; }
+
+    IPrecisionHandler* m_handler = nullptr;
 };
 
 /// The things that commands work on: the exam's state, its recorder and the services. It tells the
@@ -79,13 +101,29 @@ public:
     /// run.
     std::optional<unsigned> PlayInterval() const;
 
+    /// Opens the study in a folder, and keeps it there from now on. The user is told of what cannot
+    /// be used.
+    void OpenStudy(const std::wstring& folder);
+    /// Keeps the study. False, and the user is told, when it cannot be written.
+    bool SaveStudy();
+    /// Keeps it when it has changed and nothing is in hand.
+    void SaveChanges();
+
+    void RenameSelected();
+    /// Moves the point in hand by steps of the precision mouse.
+    void MovePrecisely(int dx, int dy);
+
+    /// Write the measurements as measurements-1.csv, and a report as report-1.html, and so on.
+    void ExportTable();
+    void ExportReport();
+
     /// Saves what the window shows as picture-1.png and so on, with the next number that is free.
     void SavePicture();
 
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void FollowProbe();
-    CString WhatWouldBeLost() const;
+    CString WhatWouldBeLost();
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);
     void Report(NoticeKind kind, const CString& sentence);
@@ -96,7 +134,9 @@ private:
     Recorder m_recorder;
     bool m_recordsMovie = false;
     bool m_wasFrozen = false; // before the recording
-    bool m_isAsking = false;  // the question before closing is open
+    StudyDesk m_study;
+    PrecisionKeys m_precision;
+    bool m_isAsking = false; // the question before closing is open
     ServiceDesk m_service;
 };
 

@@ -56,12 +56,12 @@ double ImageView::LeastZoom() const
 
 FramePoint ImageView::Middle() const
 {
-    return m_parameters.InFrame({m_parameters.width / 2, m_parameters.height / 2});
+    return m_parameters.InFrame({m_parameters.width / 2.0, m_parameters.height / 2.0});
 }
 
 void ImageView::ZoomAt(double factor, CPoint pixel)
 {
-    const FramePoint at = m_parameters.InFrame(pixel);
+    const FramePoint at = m_parameters.InFrame({1.0 * pixel.x, 1.0 * pixel.y});
     m_zoom = std::clamp(m_zoom * factor, LeastZoom(), mostZoom);
     const double microns = std::max(1L, std::lround(m_fitted.micronsPerPixel.x / m_zoom));
     m_middle = {at.x + (m_parameters.width / 2 - pixel.x) * microns,

@@ -77,16 +77,15 @@ UPoint ImagingParameters::ScanPosition(CPoint pixel) const
             std::clamp(position.y, 0, std::max(0, samples - 1))};
 }
 
-FramePoint ImagingParameters::InFrame(CPoint pixel) const
+FramePoint ImagingParameters::InFrame(const PixelPoint& pixel) const
 {
-    return {1.0 * (pixel.x - origin.x) * micronsPerPixel.x,
-            1.0 * (pixel.y - origin.y) * micronsPerPixel.y};
+    return {(pixel.x - origin.x) * micronsPerPixel.x, (pixel.y - origin.y) * micronsPerPixel.y};
 }
 
-CPoint ImagingParameters::PixelOf(const FramePoint& point) const
+PixelPoint ImagingParameters::PixelOf(const FramePoint& point) const
 {
-    return {origin.x + static_cast<int>(std::lround(point.x / std::max(1, micronsPerPixel.x))),
-            origin.y + static_cast<int>(std::lround(point.y / std::max(1, micronsPerPixel.y)))};
+    return {origin.x + point.x / std::max(1, micronsPerPixel.x),
+            origin.y + point.y / std::max(1, micronsPerPixel.y)};
 }
 
 void ImagingParameters::DrawScanLine(CDC& dc, int line, int sample1, int sample2) const

@@ -21,6 +21,13 @@ struct FramePoint
     double y = 0;
 };
 
+/// A position in pixels, between them too.
+struct PixelPoint
+{
+    double x = 0;
+    double y = 0;
+};
+
 /// The input of the geometry functions for one displayed image. Their long parameter lists are
 /// written out here and nowhere else. Coordinates are pixels of the image; (0, 0) is its upper left
 /// corner.
@@ -46,9 +53,9 @@ struct ImagingParameters
     /// position on its edge.
     UPoint ScanPosition(CPoint pixel) const;
 
-    /// The place in the frame that a pixel shows, and the pixel that shows it.
-    FramePoint InFrame(CPoint pixel) const;
-    CPoint PixelOf(const FramePoint& point) const;
+    /// The place in the frame that is shown at a position of the image, and that position.
+    FramePoint InFrame(const PixelPoint& pixel) const;
+    PixelPoint PixelOf(const FramePoint& point) const;
 
     /// Draws the part of a scan line between two samples with the selected pen.
     void DrawScanLine(CDC& dc, int line, int sample1, int sample2) const;

@@ -1,9 +1,9 @@
 #include "record/Recorder.h"
 
+#include "base/NumberedFiles.h"
 #include "image/CineFile.h"
 #include "record/MovieNote.h"
 #include "record/MovieSettings.h"
-#include "record/NumberedFiles.h"
 
 #include <Utils_Statics/GetStr.h>
 
@@ -22,10 +22,7 @@ public:
 
     bool Start(const std::wstring& path) override
     {
-        const CineDescription& cine = m_state.Source().Description();
-        return m_store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle,
-                                   cine.apexAngle, cine.lineOffset, cine.apertureLines,
-                                   static_cast<int>(cine.origin), cine.unused);
+        return BeginCine(m_store, path, m_state.Source().Description());
     }
 
     bool AddFrame() override

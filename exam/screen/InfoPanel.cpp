@@ -1,6 +1,7 @@
 #include "screen/InfoPanel.h"
 
 #include "base/Palette.h"
+#include "measure/MarkList.h"
 #include "measure/RotatedOutline.h"
 
 #include <qor_utils/ZelProbe.h>
@@ -17,6 +18,7 @@ namespace {
 constexpr int rowHeight = 44;
 constexpr int valueBelowLabel = 18;
 constexpr int lowRowHeight = 21;
+constexpr int leastList = 90; // for some marks and their values
 constexpr CSize margin(18, 16);
 constexpr CSize lowMargin(12, 8);
 constexpr int lowGap = 6;
@@ -55,8 +57,6 @@ std::vector<Fact> FactsOf(const ExamState& state)
     add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     add("exam.label.frame",
         GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
-    for (const ImageTool* const tool : state.Tools().All())
-        if (tool->IsVisible()) add(tool->NameKey(), tool->Readout());
     return facts;
 }
 
@@ -66,7 +66,8 @@ void Write(CDC& dc, const CString& text, CRect box, COLORREF colour, UINT side)
     dc.DrawText(text, &box, side | DT_TOP | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
-void DrawHighRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
+// Both return the part of the box that is left.
+CRect DrawHighRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
 {
     for (const Fact& fact : facts) {
         Write(dc, fact.label, box, palette::label, DT_LEFT);
@@ -75,9 +76,10 @@ void DrawHighRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vec
         Write(dc, fact.value, below, palette::text, DT_LEFT);
         box.top += layout.Scaled(rowHeight);
     }
+    return box;
 }
 
-void DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
+CRect DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vector<Fact>& facts)
 {
     for (const Fact& fact : facts) {
         Write(dc, fact.value, box, palette::text, DT_RIGHT);
@@ -86,6 +88,7 @@ void DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vect
         Write(dc, fact.label, before, palette::label, DT_LEFT);
         box.top += layout.Scaled(lowRowHeight);
     }
+    return box;
 }
 
 void DrawOutline(CDC& dc, const ExamState& state)
@@ -107,14 +110,15 @@ void DrawInfoPanel(CDC& dc, const ExamState& state)
         DrawOutline(dc, state);
         box.bottom = layout.outline.top;
     }
-    const int high = layout.Scaled(margin.cy + rowHeight * static_cast<int>(facts.size()));
-    const bool isHigh = high <= box.Height();
+    const auto rows = static_cast<int>(facts.size());
+    const std::vector<int> marks = state.Marks().Shown();
+    const int list = marks.empty() ? 0 : leastList;
+    const bool isHigh = layout.Scaled(2 * margin.cy + rowHeight * rows + list) <= box.Height();
     const CSize& around = isHigh ? margin : lowMargin;
     box.DeflateRect(layout.Scaled(around.cx), layout.Scaled(around.cy));
-    if (isHigh)
-        DrawHighRows(dc, layout, box, facts);
-    else
-        DrawLowRows(dc, layout, box, facts);
+    const CRect rest =
+        isHigh ? DrawHighRows(dc, layout, box, facts) : DrawLowRows(dc, layout, box, facts);
+    DrawMarkList(dc, rest, state.Content(), marks, state.Marks().Selected());
 }
 
 } // namespace exam

@@ -112,13 +112,13 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     const ScreenLayout& layout = state.Layout();
     dc.FillSolidRect(&layout.imageArea, palette::background);
     if (!state.HasSource()) return;
+    state.View().Paint(dc, layout.image.TopLeft());
     const SavedState saved(dc);
     dc.IntersectClipRect(&layout.imageArea);
-    state.View().Paint(dc, layout.image.TopLeft());
-    // Scale and tools draw in pixels of the image.
+    state.Marks().Draw(dc, MarkPlace::frame);
+    // The scale draws in pixels of the image.
     dc.SetViewportOrg(layout.image.left, layout.image.top);
     DrawRuler(dc, layout, state.View().Parameters(), layout.image.Width());
-    state.Tools().Draw(dc);
 }
 
 // The parts of the window that movies leave out.
@@ -147,6 +147,7 @@ void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
     DrawImageArea(dc, state);
     DrawInfoPanel(dc, state);
     state.Strip().Draw(dc);
+    state.Marks().Draw(dc, MarkPlace::strip);
     if (use == ScreenUse::display) DrawControls(dc, state);
 }
 

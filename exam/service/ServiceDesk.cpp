@@ -1,6 +1,6 @@
 #include "service/ServiceDesk.h"
 
-#include "record/NumberedFiles.h"
+#include "base/NumberedFiles.h"
 #include "service/StudyArchive.h"
 
 #include <Utils_Statics/GetStr.h>

@@ -1,16 +1,20 @@
 #include "state/ExamState.h"
 
+#include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
 #include "image/CineFile.h"
 #include "image/LiveProbe.h"
 
+#include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <utility>
 
 namespace exam {
@@ -23,11 +27,14 @@ constexpr int fullTurn = 3600; // tenths of a degree
 
 } // namespace
 
-ExamState::ExamState() : m_tools(m_view, m_layout.image) {}
+ExamState::ExamState()
+    : m_marks(m_study, m_view, m_strip, m_layout.image, [this] { return TakeUpFrame(); })
+{
+}
 
 void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 {
-    m_tools.SetArea(layout.image + corner);
+    m_marks.SetArea(layout.image, corner);
     if (layout == m_layout) return;
     m_layout = layout;
     PlaceStrip();
@@ -40,17 +47,134 @@ void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 
 std::wstring ExamState::AddRecording(const std::wstring& name)
 {
-    const std::wstring path = utilsExam::GetImage(name.c_str());
+    return AddFile(std::wstring(utilsExam::GetImage(name.c_str())), name);
+}
+
+// Adds a recording whose objects in a study have this name.
+std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& name)
+{
     auto cine = std::make_unique<CineFile>();
     if (std::wstring problem = cine->Open(path); !problem.empty()) return path + L": " + problem;
-    m_sources.push_back(std::move(cine));
+    m_sources.push_back({std::move(cine), name});
     if (m_sources.size() == 1) ShowFrame();
     return {};
 }
 
 void ExamState::AddSimulation(simulation::ProbeShape probe)
 {
-    m_sources.push_back(std::make_unique<LiveProbe>(probe));
+    m_sources.push_back({std::make_unique<LiveProbe>(probe), {}});
+}
+
+std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& folder)
+{
+    MouseCapture::Unlock();
+    m_study.Open(std::move(content));
+    m_studyFolder = folder;
+    m_kept.clear();
+    std::wstring problem;
+    for (const auto& object : Content().objects) {
+        std::wstring own = AddImageOf(*object);
+        if (problem.empty()) problem = std::move(own);
+    }
+    ShowStudy();
+    return problem;
+}
+
+std::wstring ExamState::AddImageOf(const StudyObject& object)
+{
+    if (object.image.empty() || SourceNamed(object.image)) return {};
+    const std::filesystem::path inStudy = std::filesystem::path(m_studyFolder) / object.image;
+    if (AddFile(inStudy.wstring(), object.image).empty()) return {};
+    return AddRecording(object.image);
+}
+
+const FrameSource* ExamState::SourceNamed(const std::wstring& image) const
+{
+    const auto found = std::ranges::find(m_sources, image, &Entry::name);
+    return found == m_sources.end() || image.empty() ? nullptr : found->source.get();
+}
+
+// Shows the marks that the study has now for the frame on display.
+void ExamState::ShowStudy()
+{
+    m_marks.Follow(FindFrame());
+    m_marks.Refresh();
+}
+
+bool ExamState::Undo()
+{
+    MouseCapture::Unlock();
+    const bool done = m_study.Undo();
+    ShowStudy();
+    return done;
+}
+
+bool ExamState::Redo()
+{
+    MouseCapture::Unlock();
+    const bool done = m_study.Redo();
+    ShowStudy();
+    return done;
+}
+
+bool ExamState::RemoveSelected()
+{
+    m_study.EndGesture();
+    const bool done = m_study.RemoveMark(m_marks.Selected());
+    ShowStudy();
+    return done;
+}
+
+void ExamState::RemoveShown()
+{
+    m_marks.Cancel();
+    m_study.BeginGesture();
+    for (const int number : m_marks.Shown())
+        m_study.RemoveMark(number);
+    m_study.EndGesture();
+    ShowStudy();
+}
+
+// The frame on display as the study names it; without an id when the study does not know it.
+StudyFrame ExamState::FindFrame() const
+{
+    if (!HasSource()) return {};
+    std::wstring name = m_sources[m_current].name;
+    if (const auto kept = m_kept.find({m_current, m_frame}); kept != m_kept.end())
+        name = kept->second;
+    const int frame = Source().IsLive() ? 0 : m_frame; // a live frame is kept as one of its own
+    for (const auto& object : Content().objects)
+        if (!name.empty() && object->image == name) return {object->id, frame};
+    return {};
+}
+
+StudyFrame ExamState::TakeUpFrame()
+{
+    if (!HasSource()) return {};
+    if (StudyFrame found = FindFrame(); !found.object.empty()) return found;
+    const std::pair key(m_current, m_frame);
+    if (Source().IsLive() && !m_kept.contains(key) && !KeepLiveFrame()) {
+        SetStatus(GetStr("exam.measure.unkept", m_studyFolder.c_str()));
+        return {};
+    }
+    StudyObject object;
+    object.image = Source().IsLive() ? m_kept[key] : m_sources[m_current].name;
+    const CineDescription& cine = Source().Description();
+    object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
+    m_study.AddObject(std::move(object));
+    return FindFrame();
+}
+
+// Writes the frame on display, which a probe will have no more, into the study's folder, and adds
+// it to the recordings.
+bool ExamState::KeepLiveFrame()
+{
+    const std::wstring path = FindNumbered(m_studyFolder, L"simulated-%03d.cine").next;
+    base::MakeFolders(m_studyFolder);
+    if (!WriteFrame(Source(), m_frame, path)) return false;
+    const std::wstring name = std::filesystem::path(path).filename().wstring();
+    m_kept[{m_current, m_frame}] = name;
+    return AddFile(path, name).empty();
 }
 
 void ExamState::SelectImage(std::size_t index)
@@ -58,7 +182,7 @@ void ExamState::SelectImage(std::size_t index)
     if (index >= m_sources.size()) return;
     if (index != m_current) m_view.ShowWhole();
     const bool wasLive = Source().IsLive();
-    m_sources[m_current]->Run(false);
+    m_sources[m_current].source->Run(false);
     m_current = index;
     const FrameSource& source = Source();
     m_frame = source.IsLive() ? source.FirstFrame() + source.Frames() - 1 : 0;
@@ -93,7 +217,7 @@ void ExamState::ShowFrame()
     m_readable = !isThere || m_view.Show(Source(), m_frame);
     if (!m_readable) m_status = GetStr("exam.image.unreadable", FramePosition());
     if (m_stripShown) m_strip.Show(Source().Flow(m_strip.Room()));
-    m_tools.Follow({m_current, m_frame});
+    m_marks.Follow(FindFrame());
     TellChange(stateImageChanged);
 }
 
@@ -158,7 +282,7 @@ int ExamState::DepthMillimetres() const
 void ExamState::SetFrozen(bool frozen)
 {
     m_frozen = frozen;
-    if (HasSource()) m_sources[m_current]->Run(!frozen);
+    if (HasSource()) m_sources[m_current].source->Run(!frozen);
     TellChange(stateDisplayChanged);
 }
 
@@ -172,6 +296,7 @@ void ExamState::ShowStrip(bool shown)
 {
     m_stripShown = shown;
     PlaceStrip();
+    m_marks.Refresh();
     TellChange(stateDisplayChanged);
 }
 
@@ -181,9 +306,15 @@ void ExamState::Rotate(int angle)
     TellChange(stateDisplayChanged);
 }
 
+void ExamState::ChooseMark(MarkKind kind)
+{
+    if (!m_recording) SetFrozen(true);
+    m_marks.Choose(kind);
+}
+
 void ExamState::SetInput(InputType input)
 {
-    m_tools.SetInput(input);
+    m_marks.SetInput(input);
     TellChange(stateDisplayChanged);
 }
 

@@ -3,16 +3,19 @@
 #include "base/ScreenLayout.h"
 #include "image/FrameSource.h"
 #include "image/ImageView.h"
-#include "measure/MeasureTools.h"
+#include "measure/MarkBoard.h"
 #include "measure/SpectralStrip.h"
+#include "study/Study.h"
 
 #include <phantom/PhantomSettings.h>
 
 #include <atlstr.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace exam {
@@ -41,21 +44,38 @@ public:
     /// Gives the screen another layout; `corner` is the client area's corner on the screen.
     void SetLayout(const ScreenLayout& layout, CPoint corner);
     const ScreenLayout& Layout() const { return m_layout; }
+    /// Puts another study, which is kept in `folder`, in the place of this one. Its recordings
+    /// that are not there yet are added from that folder or the images store. The result is empty,
+    /// or one sentence that names the first one that cannot be.
+    std::wstring OpenStudy(StudyContent content, const std::wstring& folder);
+    const std::wstring& StudyFolder() const { return m_studyFolder; }
+
+    /// Change the study by its own operations; false when there is nothing to do.
+    bool Undo();
+    bool Redo();
+    bool RemoveSelected();
+    /// Removes all marks on display, in one step.
+    void RemoveShown();
 
     /// Adds a probe on a simulated patient. It runs when it is put on display.
     void AddSimulation(simulation::ProbeShape probe);
 
     /// The recording or probe, and the frame, on display. Source() needs one.
     bool HasSource() const { return !m_sources.empty(); }
-    const FrameSource& Source() const { return *m_sources[m_current]; }
+    const FrameSource& Source() const { return *m_sources[m_current].source; }
     std::size_t Current() const { return m_current; }
+    /// The recording that objects of a study have for their image; null when it is not there.
+    const FrameSource* SourceNamed(const std::wstring& image) const;
     int Frame() const { return m_frame; }
     /// The frame's place among those that there are, from 1 on.
     int FramePosition() const { return m_frame - Source().FirstFrame() + 1; }
 
     const ImageView& View() const { return m_view; }
-    MeasureTools& Tools() { return m_tools; }
-    const MeasureTools& Tools() const { return m_tools; }
+    MarkBoard& Marks() { return m_marks; }
+    const MarkBoard& Marks() const { return m_marks; }
+    Study& Document() { return m_study; }
+    const Study& Document() const { return m_study; }
+    const StudyContent& Content() const { return m_study.Content(); }
     const SpectralStrip& Strip() const { return m_strip; }
 
     /// Put another recording, from its first frame on, a probe, or another frame on display. A
@@ -96,6 +116,9 @@ public:
     /// The outline's angle, from 0 to 3599 tenths of a degree.
     int Rotation() const { return m_rotation; }
 
+    /// Lets the frames stand still, and the next press begin a mark of a kind.
+    void ChooseMark(MarkKind kind);
+
     /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
 
@@ -112,20 +135,37 @@ public:
 private:
     static constexpr int fullDepth = 10;
 
+    // A recording or probe, and its name in studies: its file's, or nothing for a probe, of which
+    // only single frames are kept.
+    struct Entry
+    {
+        std::unique_ptr<FrameSource> source;
+        std::wstring name;
+    };
+
     void FitImage();
     void ShowAgain();
     void PlaceStrip();
     void ShowFrame();
+    std::wstring AddFile(const std::wstring& path, const std::wstring& name);
+    std::wstring AddImageOf(const StudyObject& object);
+    void ShowStudy();
+    StudyFrame FindFrame() const;
+    StudyFrame TakeUpFrame();
+    bool KeepLiveFrame();
 
     ScreenLayout m_layout = ConsoleLayout();
-    std::vector<std::unique_ptr<FrameSource>> m_sources;
+    std::vector<Entry> m_sources;
     std::size_t m_current = 0;
     int m_frame = 0;
     ImageView m_view;
     std::optional<std::size_t> m_fitted; // the source that the view is fitted to
     bool m_readable = true;
-    MeasureTools m_tools;
     SpectralStrip m_strip;
+    Study m_study;
+    std::wstring m_studyFolder;
+    std::map<std::pair<std::size_t, int>, std::wstring> m_kept; // the files of a probe's frames
+    MarkBoard m_marks;
     int m_gain = 0;          // decibels
     int m_depth = fullDepth; // tenths of the recording's depth
     bool m_frozen = true;

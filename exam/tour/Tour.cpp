@@ -1,6 +1,7 @@
 #include "tour/Tour.h"
 
 #include "base/Console.h"
+#include "study/MarkValues.h"
 #include "window/Capture.h"
 
 #include <base/FileContents.h>
@@ -51,6 +52,14 @@ std::wstring TourContext::PathOf(const std::wstring& picture) const
 void TourContext::Key(UINT key)
 {
     window.SendMessage(WM_KEYDOWN, key, 0);
+}
+
+double TourContext::LastValue(std::size_t index) const
+{
+    const StudyContent& study = state.Content();
+    if (study.marks.empty()) return -1;
+    const std::vector<MarkValue> values = ValuesOf(*study.marks.back(), study);
+    return index < values.size() ? values[index].value : -1;
 }
 
 void TourContext::SetCodec(const wchar_t* name)

@@ -64,6 +64,9 @@ struct TourContext
     /// within a generous time.
     bool WaitUntil(const std::function<bool()>& condition);
 
+    /// A value of the mark that the study got last, as the exam measures it; -1: there is none.
+    double LastValue(std::size_t index = 0) const;
+
     /// Sets the codec of movies in the profile.
     void SetCodec(const wchar_t* name);
 };

@@ -1,7 +1,8 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
 // the outline of a turned image.
 #include "measure/RotatedOutline.h"
-#include "tour/Tour.h"
+#include "study/StudyFile.h"
+#include "tour/TourMouse.h"
 
 #include <Utils_Statics/MouseCapture.h>
 
@@ -11,103 +12,119 @@ namespace exam {
 
 namespace {
 
-// Works the main window with the mouse. In trackball style the tools move the cursor, which brings
-// mouse messages of its own.
-class Mouse
-{
-public:
-    explicit Mouse(TourContext& context) : m_context(context) {}
-
-    void Press(CPoint at) { Post(WM_LBUTTONDOWN, MK_LBUTTON, at); }
-    void Drag(CPoint to) { Post(WM_MOUSEMOVE, MK_LBUTTON, to); }
-    void Move(CPoint to) { Post(WM_MOUSEMOVE, 0, to); }
-    void Release(CPoint at) { Post(WM_LBUTTONUP, 0, at); }
-    void Key(UINT key) { m_context.Post(m_context.window.GetSafeHwnd(), WM_KEYDOWN, key, 0); }
-
-    void DragPoint(CPoint from, CPoint to)
-    {
-        Press(from);
-        Drag(to);
-        Release(to);
-    }
-
-private:
-    void Post(UINT message, WPARAM flags, CPoint imagePoint)
-    {
-        const CPoint at = imagePoint + m_context.state.Layout().image.TopLeft();
-        m_context.Post(m_context.window.GetSafeHwnd(), message, flags, MAKELPARAM(at.x, at.y));
-    }
-
-    TourContext& m_context;
-};
-
 bool Near(double value, double expected, double tolerance)
 {
     return std::abs(value - expected) <= tolerance;
 }
 
-// Two points on one scan line are 40 mm apart by their samples, and the caliper has to measure
-// that.
+// Counts the marks of the study.
+std::size_t Count(const TourContext& context)
+{
+    return context.state.Content().marks.size();
+}
+
+// Two points on one scan line are 40 mm apart by their samples, and the distance has to be that.
 void Distance(TourContext& context, Mouse& mouse)
 {
-    const DistanceCaliper& caliper = context.state.Tools().Distance();
     const ImagingParameters& image = context.state.View().Parameters();
     mouse.Key('1');
-    const CPoint shallow = image.Pixel(60, 300);
-    const CPoint deep = image.Pixel(60, 300 + 779); // 779 samples of 51.343 um
-    mouse.DragPoint(caliper.Points()[0], shallow);
-    mouse.DragPoint(caliper.Points()[1], deep);
-    context.report.Step(caliper.Points()[0] == shallow && caliper.Points()[1] == deep,
-                        L"the caliper's points are dragged with the mouse");
-    context.report.Step(Near(caliper.Millimetres(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
-                        L"the caliper measures 40 mm along a slanted scan line");
+    context.report.Step(context.state.Marks().Chosen() == MarkKind::distance,
+                        L"a key chooses what the next drag measures");
+    mouse.DragPoint(image.Pixel(60, 300), image.Pixel(60, 300 + 779)); // of 51.343 um
+    context.report.Step(Near(context.LastValue(), 40.0, 1.5 * image.micronsPerPixel.x / 1000.0),
+                        L"a drag along a slanted scan line measures 40 mm");
     context.report.Step(!MouseCapture::IsLocked(),
                         L"nobody holds the pointer after the button is released");
 }
 
 void Angle(TourContext& context, Mouse& mouse)
 {
-    const AngleTool& angle = context.state.Tools().Angle();
-    mouse.Key('2');
     const CPoint vertex(300, 320);
-    mouse.DragPoint(angle.Points()[1], vertex);
-    mouse.DragPoint(angle.Points()[0], vertex + CPoint(100, 0));
-    mouse.DragPoint(angle.Points()[2], vertex + CPoint(100, -100));
-    context.report.Step(Near(angle.Degrees(), 45.0, 0.01), L"the angle tool measures 45 degrees");
+    mouse.Key('2');
+    mouse.DragPoint(vertex, vertex + CPoint(100, 0));
+    const bool first = Near(context.LastValue(), 60, 0.5);
+    mouse.DragPoint(vertex + CPoint(50, -87), vertex + CPoint(100, -100));
+    context.report.Step(first && Near(context.LastValue(), 45.0, 0.5),
+                        L"an angle follows each of its three points");
 }
 
-void Region(TourContext& context, Mouse& mouse)
+// The area of an ellipse, of an outline and of a rectangle, by the size of a pixel.
+void Areas(TourContext& context, Mouse& mouse)
 {
-    const RegionBox& region = context.state.Tools().Region();
-    const ImagingParameters& image = context.state.View().Parameters();
+    const double pixel = context.state.View().Parameters().micronsPerPixel.x / 10000.0; // cm
+    mouse.Key('4');
+    mouse.DragPoint({300, 180}, {400, 180}); // the other axis is 0.6 times as long
+    context.report.Step(Near(context.LastValue(1), std::acos(-1.0) * 50 * 30 * pixel * pixel, 0.05),
+                        L"an ellipse has the area of its axes");
+    mouse.Key('5');
+    mouse.Press({250, 240});
+    for (const CPoint corner : {CPoint(330, 240), CPoint(330, 300), CPoint(250, 300)})
+        mouse.Drag(corner);
+    mouse.Release({250, 300});
+    context.report.Step(Near(context.LastValue(1), 80 * 60 * pixel * pixel, 0.05),
+                        L"an outline has the area that was drawn round");
     mouse.Key('3');
-    mouse.DragPoint(region.Points()[0], image.Pixel(150, 500));
-    mouse.DragPoint(region.Points()[1], image.Pixel(200, 900));
-    context.report.Step(Near(region.DepthMillimetres(), 400 * 0.0513434, 0.3),
-                        L"the region's depth follows the scan lines");
-    // The chord is between lines 150 and 200 at the radius of sample 900.
-    const double radius = 26.4 + 900 * 0.0513434;
-    const double chord = 2 * radius * std::sin(50 * (std::acos(-1.0) / 2 + 0.5) / 240 / 2);
-    context.report.Step(Near(region.WidthMillimetres(), chord, 1.5),
-                        L"its deep side is as long as the geometry says");
+    mouse.DragPoint({360, 180}, {420, 240});
+    context.report.Step(Near(context.LastValue(2), 60 * 60 * pixel * pixel, 0.05),
+                        L"a rectangle has the area of its sides");
+}
+
+void WholeLine(TourContext& context, Mouse& mouse)
+{
+    mouse.Key('1');
+    mouse.DragPoint({280, 140}, {380, 140});
+    const double length = context.LastValue();
+    mouse.DragPoint({330, 140}, {330, 120});
+    const CPoint there(280, 120);
+    const std::vector<int> shown = context.state.Marks().Shown();
+    const Mark& mark = *FindMark(context.state.Content(), shown.back());
+    const ImagingParameters& image = context.state.View().Parameters();
+    const UPoint end = image.ScanPosition(there);
+    context.report.Step(Near(context.LastValue(), length, 1e-6) &&
+                            Near(mark.points[0].x, end.x, 2) && Near(mark.points[0].y, end.y, 4),
+                        L"a line that is dragged between its ends moves as a whole");
+}
+
+void Steps(TourContext& context, Mouse& mouse)
+{
+    const std::size_t all = Count(context);
+    const double length = context.LastValue();
+    for (const UINT key : {VK_RIGHT, VK_RIGHT, VK_RIGHT})
+        mouse.Key(key);
+    const StudyContent moved = context.state.Content();
+    mouse.Key(VK_DELETE);
+    const bool deleted = Count(context) == all - 1;
+    context.state.Undo();
+    context.report.Step(deleted && Count(context) == all, L"a mark is deleted, and comes back");
+    context.state.Undo();
+    const bool back = Near(context.LastValue(), length, 1e-9);
+    context.state.Redo();
+    context.report.Step(back && context.state.Content() == moved,
+                        L"a point moves by tenths of a pixel, in one step that can be taken back");
+    while (context.state.Undo()) {
+    }
+    const bool empty = Count(context) == 0;
+    while (context.state.Redo()) {
+    }
+    const bool deletedAgain = Count(context) == all - 1;
+    context.state.Undo();
+    context.report.Step(empty && deletedAgain && context.state.Content() == moved,
+                        L"everything is taken back, and done again");
 }
 
 // The result stays that of the frame it was measured on.
 void Belonging(TourContext& context)
 {
-    const DistanceCaliper& caliper = context.state.Tools().Distance();
-    const CString before = caliper.Readout();
-    const std::vector<CPoint> places = caliper.Points();
+    const double before = context.LastValue();
+    const std::size_t shown = context.state.Marks().Shown().size();
     context.state.ChangeDepth(-1);
-    context.report.Step(caliper.IsVisible() && caliper.Points() != places &&
-                            caliper.Readout() == before,
-                        L"at another depth a distance keeps its value and its place in the frame");
+    context.report.Step(Near(context.LastValue(), before, 1e-9),
+                        L"at another depth a distance keeps its value");
     context.state.SelectImage(linearRecording);
-    const bool hidden = !caliper.IsVisible();
+    const bool hidden = context.state.Marks().Shown().empty();
     context.state.SelectImage(curvedRecording);
     context.state.ChangeDepth(1);
-    context.report.Step(hidden && caliper.IsVisible() && caliper.Points() == places &&
-                            caliper.Readout() == before,
+    context.report.Step(hidden && context.state.Marks().Shown().size() == shown,
                         L"another frame does not show it; back on its own it is the same");
 }
 
@@ -120,20 +137,31 @@ void PressBeyondReach(TourContext& context, Mouse& mouse)
 
 void Trackball(TourContext& context, Mouse& mouse)
 {
-    const DistanceCaliper& caliper = context.state.Tools().Distance();
     mouse.Key('P');
+    mouse.Key('1');
+    const IMouseHandler* const made = MouseCapture::GetLock();
+    const double length = context.LastValue();
+    const CPoint first = CPoint(context.state.View().Parameters().width / 2 - 40,
+                                context.state.View().Parameters().height / 2);
+    mouse.Move({first.x - 20, first.y});
+    const bool moved = made && context.LastValue() > length;
     mouse.Key(VK_TAB);
-    const bool first = MouseCapture::GetLock() == &caliper;
-    const CPoint before = caliper.Points()[0];
-    mouse.Move(before + CPoint(7, 5));
-    const bool moved = caliper.Points()[0] == before + CPoint(7, 5);
-    mouse.Move(before);
-    mouse.Key(VK_TAB);
-    mouse.Key(VK_TAB);
-    context.report.Step(first && moved && MouseCapture::GetLock() == &context.state.Tools().Angle(),
-                        L"in trackball style Tab steps from point to point and from tool to tool");
+    context.report.Step(
+        moved && MouseCapture::GetLock() == made,
+        L"in trackball style a mark comes at once, and Tab steps to its next point");
     mouse.Key('P');
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");
+}
+
+void Kept(TourContext& context)
+{
+    context.state.Document().Rename(context.state.Marks().Shown().front(), L"Liver");
+    const bool saved = context.window.Exam().SaveStudy();
+    StudyFile file;
+    StudyContent read;
+    const std::wstring problem = file.Open(context.state.StudyFolder(), read);
+    context.report.Step(saved && problem.empty() && read == context.state.Content(),
+                        L"the study keeps its measurements in its own files");
 }
 
 // A turned image's bounding box.
@@ -157,13 +185,14 @@ void TourMeasurements(TourContext& context)
     Mouse mouse(context);
     Distance(context, mouse);
     Angle(context, mouse);
-    Region(context, mouse);
+    Areas(context, mouse);
+    WholeLine(context, mouse);
+    context.Picture(L"measurements");
+    Steps(context, mouse);
     Belonging(context);
     PressBeyondReach(context, mouse);
     Trackball(context, mouse);
-    context.Picture(L"measurements");
-    for (const UINT key : {L'1', L'2', L'3'})
-        mouse.Key(key);
+    Kept(context);
     Outline(context);
 }
 

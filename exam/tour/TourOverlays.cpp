@@ -92,8 +92,8 @@ void Buttons(TourContext& context)
 {
     ToolBar& tools = context.window.OverImage().Tools();
     Push(context, distanceButton);
-    context.report.Step(context.state.Tools().Distance().IsVisible(),
-                        L"a button of the tool bar shows the caliper");
+    context.report.Step(context.state.Marks().Chosen() == MarkKind::distance,
+                        L"a button of the tool bar chooses the distance");
     Push(context, rawButton);
     Push(context, movieButton); // has no effect now
     context.report.Step(context.state.Recording() &&

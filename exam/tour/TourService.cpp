@@ -1,5 +1,5 @@
-// Station 9: the study is packed and unpacked, the program lists its modules, and a crash of
-// another exam is reported.
+// Station 9: the study is written as a table and a report, packed and unpacked, the program lists
+// its modules, and a crash of another exam is reported.
 #include "service/ServiceWindows.h"
 #include "tour/Tour.h"
 #include "window/Capture.h"
@@ -30,17 +30,32 @@ void ProgressBar(TourContext& context)
     context.PictureOf(bar.GetSafeHwnd(), L"packing");
 }
 
+void Exported(TourContext& context)
+{
+    context.window.Exam().ExportTable();
+    context.window.Exam().ExportReport();
+    const fs::path folder = context.folder + L"\\recordings";
+    std::error_code error;
+    context.report.Step(fs::file_size(folder / L"measurements-1.csv", error) > 300,
+                        L"the measurements are written as a table");
+    context.report.Step(fs::file_size(folder / L"report-1.html", error) > 20000,
+                        L"and as a report with pictures");
+    context.state.SetStatus(L"");
+}
+
 void StudyThereAndBack(TourContext& context)
 {
     const std::wstring folder = context.folder + L"\\recordings\\study-001";
+    const auto files =
+        static_cast<int>(std::distance(fs::directory_iterator(context.state.StudyFolder()), {}));
     context.Key('Z');
     context.report.Step(context.state.Status() ==
-                            GetStr("exam.archive.packed", 2, (folder + L".zip").c_str()),
-                        L"the study's two files are packed");
+                            GetStr("exam.archive.packed", files, (folder + L".zip").c_str()),
+                        L"all files of the study are packed");
     context.Picture(L"packed");
     context.Key('U');
     context.report.Step(context.state.Status() ==
-                            GetStr("exam.archive.unpacked", 2, folder.c_str()),
+                            GetStr("exam.archive.unpacked", files, folder.c_str()),
                         L"and unpacked");
     const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
     const fs::path study = utilsExam::GetStudyPath(object).GetString();
@@ -172,6 +187,7 @@ void Crash(TourContext& context)
 void TourService(TourContext& context)
 {
     ProgressBar(context);
+    Exported(context);
     StudyThereAndBack(context);
     About(context);
     ServiceMenu(context);

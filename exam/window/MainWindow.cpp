@@ -5,6 +5,7 @@
 #include "base/Resources.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
+#include "service/Form.h"
 #include "window/Capture.h"
 #include "window/Menus.h"
 
@@ -17,6 +18,8 @@ namespace exam {
 namespace {
 
 constexpr UINT_PTR playTimer = 1;
+constexpr UINT_PTR saveTimer = 2;
+constexpr UINT saveDelay = 1000; // milliseconds after the last change of the study
 
 } // namespace
 
@@ -146,6 +149,7 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     }
     Arrange();
     if (m_placed != m_state.Layout()) PlaceParts();
+    if (type == stateMeasurementChanged) SetTimer(saveTimer, saveDelay, nullptr);
     RunTimer();
     Invalidate(FALSE);
     m_overlays.Refresh(); // the image is painted below them
@@ -192,9 +196,19 @@ bool MainWindow::Ask(const CString& question)
                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
-void MainWindow::OnTimer(UINT_PTR)
+std::optional<CString> MainWindow::AskText(const CString& title, const CString& text)
 {
-    m_exam.Advance();
+    std::vector<FormField> fields = {{.label = GetStr("exam.form.text"), .value = text}};
+    const auto nothingWrong = [](const std::vector<FormField>&) { return CString(); };
+    if (!AskForm(GetSafeHwnd(), title, fields, nothingWrong)) return {};
+    return fields.front().value;
+}
+
+void MainWindow::OnTimer(UINT_PTR id)
+{
+    if (id == playTimer) return m_exam.Advance();
+    KillTimer(saveTimer);
+    m_exam.SaveChanges();
 }
 
 void MainWindow::OnSize(UINT, int, int)
@@ -234,6 +248,7 @@ void MainWindow::OnClose()
 LRESULT MainWindow::OnQueryEndSession(WPARAM, LPARAM)
 {
     m_exam.EndRecording();
+    m_exam.SaveChanges();
     return TRUE;
 }
 

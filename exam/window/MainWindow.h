@@ -84,6 +84,7 @@ private:
     void TogglePanelLock() override;
     void ResetPanel() override;
     bool Ask(const CString& question) override;
+    std::optional<CString> AskText(const CString& title, const CString& text) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;

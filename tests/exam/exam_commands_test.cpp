@@ -1,4 +1,5 @@
 // The table of commands, and what comes of them. No window is needed.
+#include "base/ScreenLayout.h"
 #include "commands/Commands.h"
 #include "service/StudyArchive.h"
 
@@ -19,6 +20,7 @@
 #include <climits>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -51,6 +53,7 @@ public:
         m_questions.push_back(question);
         return m_answer;
     }
+    std::optional<CString> AskText(const CString&, const CString&) override { return m_text; }
     void Close() override { ++m_closed; }
 
     CWnd m_owner;
@@ -64,6 +67,7 @@ public:
     int m_reset = 0;
     std::vector<CString> m_questions;
     bool m_answer = false;
+    std::optional<CString> m_text;
     int m_closed = 0;
 };
 
@@ -114,12 +118,19 @@ protected:
     }
     ~CommandsTest() override
     {
-        for (ImageTool* const tool : m_state.Tools().All())
-            tool->Show(false);
+        MouseCapture::Unlock();
         pro_actions::ClearVocabulary();
         zel_string_convert::ClearTable();
     }
 
+    // Makes a distance in the middle of the image.
+    void Measure()
+    {
+        m_state.Marks().ChooseNothing();
+        m_state.Marks().Choose(MarkKind::distance);
+        m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
+        MouseCapture::Unlock();
+    }
     void Press(UINT key) { m_desk.CarryOut(*CommandOfKey(key)); }
     void CarryOut(const wchar_t* type, const wchar_t* action, int param = 0)
     {
@@ -204,11 +215,10 @@ TEST_F(CommandsTest, PicturesAreInTheSample)
 TEST_F(CommandsTest, TheHelpHasOneLineForEachKey)
 {
     const std::wstring help = KeyHelp();
-    for (const wchar_t* const line :
-         {L"  1               a caliper whose two points the mouse drags\n",
-          L"  Space           shows the next recording\n",
-          L"  Ctrl++          shows a part of the image larger\n",
-          L"  Ctrl+Q          leaves the exam\n"})
+    for (const wchar_t* const line : {L"  1               the next drag measures a distance\n",
+                                      L"  Space           shows the next recording\n",
+                                      L"  Ctrl++          shows a part of the image larger\n",
+                                      L"  Ctrl+Q          leaves the exam\n"})
         EXPECT_NE(help.find(line), std::wstring::npos) << line;
     const auto keys = std::count_if(Commands().begin(), Commands().end(),
                                     [](const Command& command) { return command.key != 0; });
@@ -240,7 +250,7 @@ TEST_F(CommandsTest, TheStatusLineNamesKeysOfTheTable)
 
 TEST_F(CommandsTest, TipsNameTheKey)
 {
-    EXPECT_EQ(TipOf(*CommandOfKey('1')), L"Key 1: a caliper whose two points the mouse drags");
+    EXPECT_EQ(TipOf(*CommandOfKey('1')), L"Key 1: the next drag measures a distance");
     zel_string_convert::SetLanguage(L"de");
     EXPECT_EQ(TipOf(*CommandOfKey(VK_SPACE)), L"Taste Leertaste: zeigt die nächste Aufzeichnung");
 }
@@ -298,12 +308,86 @@ TEST_F(CommandsTest, ActionsTakeTheParameterOfTheProtocolFile)
     EXPECT_EQ(m_state.Current(), 1u);
 }
 
-TEST_F(CommandsTest, ClearHidesEveryTool)
+TEST_F(CommandsTest, ClearRemovesWhatIsOnDisplayInOneStep)
 {
-    Press('1');
-    Press('3');
+    Measure();
+    Measure();
     CarryOut(L"Measurement", L"Clear");
-    EXPECT_FALSE(IsOn('1') || IsOn('3'));
+    EXPECT_TRUE(m_state.Content().marks.empty());
+    CarryOut(L"Measurement", L"Undo");
+    EXPECT_EQ(m_state.Content().marks.size(), 2u);
+}
+
+TEST_F(CommandsTest, UndoAndRedoAreThereWhenThereIsSomethingToTakeBack)
+{
+    const Command& undo = *CommandOfKey('Z', true);
+    const Command& redo = *CommandOfKey('Y', true);
+    EXPECT_FALSE(exam::IsPossible(undo, m_state) || exam::IsPossible(redo, m_state));
+    Measure();
+    EXPECT_TRUE(exam::IsPossible(undo, m_state));
+    m_desk.CarryOut(undo);
+    EXPECT_FALSE(exam::IsPossible(undo, m_state));
+    EXPECT_TRUE(m_state.Content().marks.empty());
+    m_desk.CarryOut(redo);
+    EXPECT_EQ(m_state.Content().marks.size(), 1u);
+}
+
+TEST_F(CommandsTest, TheSelectedMarkIsRenamedAndDeleted)
+{
+    EXPECT_FALSE(IsPossible(VK_F2) || IsPossible(VK_DELETE));
+    Measure();
+    Press(VK_F2); // the user cancels
+    EXPECT_EQ(m_state.Content().marks.front()->text, L"");
+    m_window.m_text = L"Liver";
+    Press(VK_F2);
+    EXPECT_EQ(m_state.Content().marks.front()->text, L"Liver");
+    Press(VK_DELETE);
+    EXPECT_TRUE(m_state.Content().marks.empty());
+}
+
+TEST_F(CommandsTest, TheArrowKeysMoveThePointInHand)
+{
+    Press(VK_RIGHT);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.precise.nothing"));
+    m_state.SetInput(InputTrackball);
+    Press('1');
+    const MarkPoint before = m_state.Content().marks.front()->points[0];
+    Press(VK_RIGHT);
+    Press(VK_DOWN);
+    const MarkPoint after = m_state.Content().marks.front()->points[0];
+    EXPECT_GT(after.x, before.x);
+    EXPECT_GT(after.y, before.y);
+    EXPECT_LT(after.x, before.x + 1);
+    m_state.SetInput(InputPointer);
+}
+
+TEST_F(CommandsTest, TheStudyIsKeptInItsFolderAndComesBack)
+{
+    m_exam.OpenStudy(m_folder / L"P1\\S1");
+    Measure();
+    m_exam.SaveChanges();
+    const StudyContent kept = m_state.Content();
+    m_state.RemoveShown();
+    m_exam.OpenStudy(m_folder / L"P1\\S1");
+    EXPECT_EQ(m_state.Content(), kept);
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+    m_exam.Leave();
+    EXPECT_TRUE(m_window.m_questions.empty());
+    EXPECT_EQ(m_window.m_closed, 1);
+}
+
+TEST_F(CommandsTest, MeasurementsLeaveAsATableAndAReport)
+{
+    Measure();
+    m_exam.ExportTable();
+    EXPECT_EQ(m_state.Status(),
+              GetStr("exam.export.saved", (m_folder / L"measurements-1.csv").c_str()));
+    EXPECT_NE(test_support::ReadFile(m_folder / L"measurements-1.csv").find("curved.cine"),
+              std::string::npos);
+    m_exam.ExportReport();
+    const std::string page = test_support::ReadFile(m_folder / L"report-1.html");
+    EXPECT_NE(page.find("data:image/png;base64,"), std::string::npos);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_folder.Path()), {}), 2);
 }
 
 TEST_F(CommandsTest, AnActionIsToldWhenItWasCarriedOutAndNoOther)
@@ -311,8 +395,8 @@ TEST_F(CommandsTest, AnActionIsToldWhenItWasCarriedOutAndNoOther)
     Listener listener({});
     CarryOut(L"Imaging", L"Gain", 2);
     EXPECT_EQ(listener.m_params, std::vector<int>{2});
-    CarryOut(L"Document", L"Print");
-    EXPECT_EQ(m_state.Status(), GetStr("exam.action.noeffect", L"Document", L"Print"));
+    CarryOut(L"Document", L"Burn");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.action.noeffect", L"Document", L"Burn"));
     CarryOut(L"Measurement", L"Measure"); // has a state and no effect
     EXPECT_EQ(m_state.Status(), GetStr("exam.action.noeffect", L"Measurement", L"Measure"));
     EXPECT_EQ(listener.m_params.size(), 1u);
@@ -411,11 +495,11 @@ TEST_F(CommandsTest, ClosingAsksWhenMeasurementsWouldBeLost)
     CarryOut(L"Exam", L"End");
     EXPECT_TRUE(m_window.m_questions.empty()); // nobody has measured anything
     EXPECT_EQ(m_window.m_closed, 1);
-    m_state.Tools().Distance().SetPoints({CPoint(300, 200)});
+    Measure();
     Press('C');
     m_exam.Advance();
     m_exam.Leave();
-    EXPECT_EQ(m_window.m_questions, std::vector<CString>{GetStr("exam.close.measurements", 1)});
+    ASSERT_EQ(m_window.m_questions.size(), 1u); // there is no study open that could keep it
     EXPECT_EQ(m_window.m_closed, 1);
     EXPECT_TRUE(m_state.Recording()); // the exam goes on
     m_window.m_answer = true;
@@ -427,8 +511,9 @@ TEST_F(CommandsTest, ClosingAsksWhenMeasurementsWouldBeLost)
 
 TEST_F(CommandsTest, EscapeEndsWhatIsUnderWayAndNeverTheExam)
 {
-    m_state.Tools().Distance().Show(true);
     m_state.SetInput(InputTrackball);
+    Press('1');
+    MouseCapture::Unlock();
     MouseCapture::LockNext();
     Press('C');
     Press(VK_ESCAPE);

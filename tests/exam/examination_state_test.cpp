@@ -1,6 +1,7 @@
 // The state of the exam, which no window is needed for.
 #include "base/ScreenLayout.h"
 #include "base/StateChanges.h"
+#include "image/CineFile.h"
 #include "state/ExamState.h"
 
 #include <base/Handles.h>
@@ -47,6 +48,17 @@ protected:
 
     int Frame() const { return m_state.Frame(); }
 
+    // Makes a distance by a drag, in pixels of the image.
+    void Measure(CPoint from, CPoint to)
+    {
+        const CPoint corner = m_state.Layout().image.TopLeft();
+        m_state.Marks().ChooseNothing();
+        m_state.Marks().Choose(MarkKind::distance);
+        m_state.Marks().Press(MK_LBUTTON, corner + from);
+        MouseCapture::HandleMouse(WM_MOUSEMOVE, MK_LBUTTON, corner + to);
+        MouseCapture::HandleMouse(WM_LBUTTONUP, 0, corner + to);
+    }
+
     test_support::TemporaryFolder m_folder;
     ExamState m_state;
 
@@ -58,6 +70,17 @@ private:
 
     std::vector<int> m_changes;
 };
+
+// Shows what a probe has made meanwhile, until its frame has this number.
+bool FollowProbe(ExamState& state, int frame)
+{
+    const ULONGLONG end = GetTickCount64() + 20000;
+    while (state.Frame() < frame && GetTickCount64() < end) {
+        if (const int behind = state.FramesBehind(); behind > 0) state.StepFrames(behind);
+        Sleep(5);
+    }
+    return state.Frame() >= frame;
+}
 
 } // namespace
 
@@ -71,8 +94,7 @@ TEST_F(ExamStateTest, BeginsFrozenOnTheFirstRecordingWithoutAnythingElse)
     EXPECT_EQ(m_state.Rotation(), 0);
     EXPECT_TRUE(m_state.Status().IsEmpty());
     EXPECT_FALSE(m_state.Recording());
-    for (const ImageTool* const tool : m_state.Tools().All())
-        EXPECT_FALSE(tool->IsVisible());
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
 }
 
 TEST_F(ExamStateTest, SaysWhichRecordingCannotBeAdded)
@@ -126,8 +148,10 @@ TEST_F(ExamStateTest, TellsWhatAChangeConcerns)
     m_state.SetInput(InputPointer);
     m_state.SetStatus(L"a sentence");
     m_state.SetRecording(RunningRecording{true, 1});
-    EXPECT_EQ(Changes(), std::vector<int>(6, stateDisplayChanged));
-    m_state.Tools().Angle().Show(true);
+    std::vector<int> told = Changes();
+    std::erase(told, stateMeasurementChanged);
+    EXPECT_EQ(told, std::vector<int>(6, stateDisplayChanged));
+    m_state.Marks().Choose(MarkKind::angle);
     EXPECT_EQ(Changes(), std::vector<int>{stateMeasurementChanged});
 }
 
@@ -147,101 +171,83 @@ TEST_F(ExamStateTest, KeepsGainAndDepthWithinTheirLimits)
     EXPECT_EQ(m_state.DepthMillimetres(), whole);
 }
 
-TEST_F(ExamStateTest, AMeasurementKeepsItsValueAndItsPlaceAtAnotherDepth)
+TEST_F(ExamStateTest, AMeasurementKeepsItsPlaceAtAnotherDepthAndHidesWhereTheImageEnds)
 {
-    DistanceCaliper& caliper = m_state.Tools().Distance();
-    caliper.Show(true);
     const ImagingParameters& image = m_state.View().Parameters();
-    caliper.SetPoints({image.Pixel(60, 300), image.Pixel(60, 900)});
-    const std::vector<CPoint> points = caliper.Points();
-    const double value = caliper.Millimetres();
-    m_state.ChangeDepth(-2);
-    EXPECT_TRUE(caliper.IsVisible());
-    EXPECT_EQ(caliper.Millimetres(), value);
-    for (const auto& [point, sample] : {std::pair{0, 300}, {1, 900}}) {
-        const CPoint expected = image.Pixel(60, sample);
-        EXPECT_NEAR(caliper.Points()[static_cast<std::size_t>(point)].x, expected.x, 2);
-        EXPECT_NEAR(caliper.Points()[static_cast<std::size_t>(point)].y, expected.y, 2);
-    }
-    m_state.ChangeDepth(2);
-    EXPECT_EQ(caliper.Points(), points);
-    EXPECT_EQ(caliper.Millimetres(), value);
-}
-
-TEST_F(ExamStateTest, AMeasurementIsHiddenWhereTheImageDoesNotReach)
-{
-    DistanceCaliper& caliper = m_state.Tools().Distance();
-    caliper.Show(true);
-    const ImagingParameters& image = m_state.View().Parameters();
-    caliper.SetPoints({image.Pixel(120, 300), image.Pixel(120, image.samples - 50)});
-    const double value = caliper.Millimetres();
-    m_state.ChangeDepth(-5);
-    EXPECT_FALSE(caliper.IsVisible());
-    EXPECT_TRUE(caliper.IsOutside());
-    caliper.Show(true); // changes nothing
-    EXPECT_FALSE(caliper.IsVisible());
+    Measure(image.Pixel(60, 300), image.Pixel(60, 1600));
+    const StudyContent made = m_state.Content();
+    m_state.ChangeDepth(-1);
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+    m_state.ChangeDepth(-4);
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
     m_state.ChangeDepth(5);
-    EXPECT_TRUE(caliper.IsVisible());
-    EXPECT_EQ(caliper.Millimetres(), value);
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+    EXPECT_EQ(m_state.Content(), made);
 }
 
-TEST_F(ExamStateTest, EachFrameHasItsOwnMeasurement)
+TEST_F(ExamStateTest, EachFrameHasItsOwnMeasurements)
 {
     m_state.SelectImage(linear);
-    DistanceCaliper& caliper = m_state.Tools().Distance();
-    caliper.Show(true);
-    const CPoint elsewhere = m_state.View().Parameters().Pixel(60, 300);
-    caliper.SetPoints({elsewhere});
-    const double value = caliper.Millimetres();
+    Measure({300, 200}, {300, 300});
     m_state.StepFrames(1);
-    EXPECT_FALSE(caliper.IsVisible());
-    EXPECT_NE(caliper.Points()[0], elsewhere);
-    caliper.Show(true);
-    caliper.SetPoints({m_state.View().Parameters().Pixel(30, 800)});
-    EXPECT_EQ(m_state.Tools().Measured(), 2);
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
+    Measure({300, 200}, {300, 300});
+    EXPECT_EQ(m_state.Marks().Shown(), std::vector<int>{2});
     m_state.SelectImage(curved);
-    EXPECT_FALSE(caliper.IsVisible());
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
     m_state.SelectImage(linear);
-    EXPECT_TRUE(caliper.IsVisible());
-    EXPECT_EQ(caliper.Points()[0], elsewhere);
-    EXPECT_EQ(caliper.Millimetres(), value);
-    caliper.Clear();
-    EXPECT_FALSE(caliper.IsVisible());
-    EXPECT_EQ(m_state.Tools().Measured(), 1);
+    EXPECT_EQ(m_state.Marks().Shown(), std::vector<int>{1});
+    EXPECT_EQ(m_state.Content().objects.size(), 1u);
 }
 
 TEST_F(ExamStateTest, LetsGoOfAPointWhenTheFrameChanges)
 {
     m_state.SelectImage(linear);
-    m_state.Tools().Distance().Show(true);
-    m_state.Tools().Press(MK_LBUTTON,
-                          m_state.Tools().Distance().Points()[0] + ConsoleLayout().image.TopLeft());
+    Measure({300, 200}, {300, 300});
+    m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.TopLeft() + CPoint(300, 300));
     EXPECT_TRUE(MouseCapture::IsLocked());
     m_state.StepFrames(1);
     EXPECT_FALSE(MouseCapture::IsLocked());
 }
 
-TEST_F(ExamStateTest, APressTakesAPointOfTheToolInHand)
+TEST_F(ExamStateTest, AStudyBringsItsRecordingsAndMarks)
 {
-    DistanceCaliper& caliper = m_state.Tools().Distance();
-    AngleTool& angle = m_state.Tools().Angle();
-    caliper.Show(true);
-    angle.Show(true);
-    const CPoint middle = m_state.View().ImagedRect().CenterPoint();
-    const CPoint corner = ConsoleLayout().image.TopLeft();
-    caliper.SetPoints({middle, middle + CPoint(60, 0)});
-    angle.SetPoints({middle + CPoint(0, 50), middle + CPoint(0, 150), middle + CPoint(80, 150)});
-    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(0, 20)); // nearer to the caliper
-    EXPECT_EQ(MouseCapture::GetLock(), &angle);
-    MouseCapture::Unlock();
-    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(2, 2)); // on the caliper's point
-    EXPECT_EQ(MouseCapture::GetLock(), &caliper);
-    MouseCapture::Unlock();
-    m_state.Tools().Press(MK_LBUTTON, corner + middle + CPoint(0, 30)); // nearer to the angle
-    EXPECT_EQ(MouseCapture::GetLock(), &caliper);
-    MouseCapture::Unlock();
-    caliper.Show(false);
-    angle.Show(false);
+    Measure({300, 200}, {300, 300});
+    StudyContent content = m_state.Content();
+    StudyObject missing;
+    missing.id = L"O7";
+    missing.image = L"missing.cine";
+    content.objects.emplace_back(missing);
+    EXPECT_NE(m_state.OpenStudy(content, m_folder / L"S1").find(L"missing.cine"),
+              std::wstring::npos);
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+    EXPECT_FALSE(m_state.Undo()); // the steps are those of this study
+    EXPECT_EQ(m_state.OpenStudy({}, m_folder / L"S2"), L"");
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
+}
+
+TEST_F(ExamStateTest, AMeasuredFrameOfAProbeIsKeptAndSaysThatItIsSimulated)
+{
+    m_state.OpenStudy({}, m_folder / L"S1");
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    ASSERT_TRUE(FollowProbe(m_state, 3));
+    m_state.ChooseMark(MarkKind::distance);
+    EXPECT_TRUE(m_state.IsFrozen());
+    Measure({300, 200}, {300, 300});
+    Measure({340, 200}, {340, 300});
+    EXPECT_EQ(m_state.Marks().Shown().size(), 2u);
+    CineFile kept;
+    ASSERT_EQ(kept.Open(m_folder / L"S1\\simulated-001.cine"), L"");
+    EXPECT_TRUE(kept.IsSimulated());
+    std::vector<std::uint8_t> live;
+    std::vector<std::uint8_t> file;
+    EXPECT_TRUE(m_state.Source().ReadFrame(m_state.Frame(), live) && kept.ReadFrame(0, file));
+    EXPECT_EQ(live, file);
+    m_state.StepFrames(-1);
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
+    m_state.SelectImage(3); // the frame that was kept
+    EXPECT_EQ(m_state.Marks().Shown().size(), 2u);
 }
 
 TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)
@@ -252,17 +258,6 @@ TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)
     EXPECT_EQ(m_state.Rotation(), 150);
     m_state.Rotate(-150 - 36000);
     EXPECT_EQ(m_state.Rotation(), 0);
-}
-
-// Shows what a probe has made meanwhile, until its frame has this number.
-bool FollowProbe(ExamState& state, int frame)
-{
-    const ULONGLONG end = GetTickCount64() + 20000;
-    while (state.Frame() < frame && GetTickCount64() < end) {
-        if (const int behind = state.FramesBehind(); behind > 0) state.StepFrames(behind);
-        Sleep(5);
-    }
-    return state.Frame() >= frame;
 }
 
 TEST_F(ExamStateTest, AProbeRunsWhileItIsOnDisplayAndNotFrozen)
@@ -317,15 +312,13 @@ TEST_F(ExamStateTest, SwitchesBetweenTheLanguages)
 
 TEST_F(ExamStateTest, ChoosesTheInputStyleAndLetsGoOfAPoint)
 {
-    m_state.Tools().Distance().Show(true);
     m_state.SetInput(InputTrackball);
     EXPECT_EQ(MouseCapture::GetInput(), InputTrackball);
-    MouseCapture::LockNext();
+    m_state.ChooseMark(MarkKind::distance);
     EXPECT_TRUE(MouseCapture::IsLocked());
     m_state.SetInput(InputPointer);
     EXPECT_EQ(MouseCapture::GetInput(), InputPointer);
     EXPECT_FALSE(MouseCapture::IsLocked());
-    m_state.Tools().Distance().Show(false);
 }
 
 TEST_F(ExamStateTest, KeepsTheImageAndSaysSoWhenAFrameCannotBeRead)

@@ -69,11 +69,11 @@ TEST(ImageView, ZoomsAtAPixelAsFarAsEightTimes)
         const ImagingParameters whole = view.Parameters();
         view.ZoomAt(3, {150, 140}); // the frame is larger than the image in both directions
         const CPoint pixel(120, 160);
-        const FramePoint before = view.Parameters().InFrame(pixel);
+        const FramePoint before = view.Parameters().InFrame({1.0 * pixel.x, 1.0 * pixel.y});
         for (int i = 0; i < 20; ++i) {
             view.ZoomAt(1.25, pixel);
             const ImagingParameters& image = view.Parameters();
-            const FramePoint after = image.InFrame(pixel);
+            const FramePoint after = image.InFrame({1.0 * pixel.x, 1.0 * pixel.y});
             EXPECT_NEAR(after.x, before.x, whole.micronsPerPixel.x) << view.Zoom();
             EXPECT_NEAR(after.y, before.y, whole.micronsPerPixel.y) << view.Zoom();
             EXPECT_NEAR(image.micronsPerPixel.x, whole.micronsPerPixel.x / view.Zoom(), 0.5);

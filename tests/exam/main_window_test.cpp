@@ -304,7 +304,7 @@ TEST_F(MainWindowTest, TheMenusHoldEachCommandWithItsKeyInEachLanguage)
 TEST_F(MainWindowTest, MenusTickWhatIsOnAndGreyWhatCannotBeDone)
 {
     Open(WindowForm::window);
-    m_state.Tools().Distance().Show(true);
+    m_state.ChooseMark(MarkKind::distance);
     m_state.SetRecording(RunningRecording{true, 0});
     const auto stateOf = [&](int menu, UINT key) {
         const HMENU popup = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), menu);
@@ -360,7 +360,7 @@ TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)
     Open(WindowForm::window);
     const HMENU measure = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), 2);
     m_window->SendMessage(WM_COMMAND, GetMenuItemID(measure, 0));
-    EXPECT_TRUE(m_state.Tools().Distance().IsVisible());
+    EXPECT_EQ(m_state.Marks().Chosen(), MarkKind::distance);
     m_window->SendMessage(WM_COMMAND, 1000 + Commands().size()); // there is no such item
 }
 
@@ -446,22 +446,30 @@ TEST_F(MainWindowTest, ZoomingDoesNotEndAMovie)
     ExpectWholeMovie(2);
 }
 
-TEST_F(MainWindowTest, PointsOfAToolAreTakenWhereTheyAreShownInAMovedWindow)
+TEST_F(MainWindowTest, AMarkIsDrawnAndMovedWhereItIsShownInAMovedWindow)
 {
     Open(WindowForm::window);
     m_window->MoveWindow(120, 60, 1000, 800);
     HandleMessages();
-    DistanceCaliper& caliper = m_state.Tools().Distance();
-    caliper.Show(true);
-    const CPoint from = caliper.Points()[0];
-    const auto at = [&](CPoint pixel) {
-        pixel += CSize(m_state.Layout().image.TopLeft());
-        return MAKELPARAM(pixel.x, pixel.y);
+    const CPoint from = m_state.Layout().image.CenterPoint();
+    const CPoint to = from + CPoint(30, 40);
+    const auto drag = [&](CPoint a, CPoint b) {
+        m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(a.x, a.y));
+        m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(b.x, b.y));
+        m_window->SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(b.x, b.y));
     };
-    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, at(from));
-    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, at(from + CPoint(10, 20)));
-    m_window->SendMessage(WM_LBUTTONUP, 0, at(from + CPoint(10, 20)));
-    EXPECT_EQ(caliper.Points()[0], from + CPoint(10, 20));
+    const auto pixelOf = [&](std::size_t point) {
+        const MarkPoint& place = m_state.Content().marks.front()->points[point];
+        return FrameSurface(m_state.View(), m_state.Layout().image.TopLeft()).PixelOf(place);
+    };
+    m_state.ChooseMark(MarkKind::distance);
+    drag(from, to);
+    ASSERT_EQ(m_state.Content().marks.size(), 1u);
+    EXPECT_NEAR(pixelOf(0).x, from.x, 1);
+    EXPECT_NEAR(pixelOf(1).y, to.y, 1);
+    drag(to, to + CPoint(10, 20));
+    EXPECT_NEAR(pixelOf(1).x, to.x + 10, 1);
+    EXPECT_NEAR(pixelOf(1).y, to.y + 20, 1);
 }
 
 TEST_F(MainWindowTest, EveryWayOutFinishesTheRecording)
@@ -490,8 +498,9 @@ TEST_F(MainWindowTest, AForcedEndOfTheSessionFinishesTheRecording)
 
 TEST_F(MainWindowTest, ClosingAsksAboutMeasurementsAndGoesOnWithANo)
 {
-    m_state.Tools().Distance().Show(true);
-    m_state.Tools().Distance().SetPoints({CPoint(300, 200)});
+    m_state.Marks().Choose(MarkKind::distance);
+    m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
+    MouseCapture::Unlock(); // there is no study open that could keep the mark
     s_boxes = 0;
     AnswerNextBox(IDNO);
     m_window->SendMessage(WM_CLOSE);

@@ -1,0 +1,77 @@
+#include "measure/MarkDrawing.h"
+
+#include "base/Painting.h"
+#include "base/Palette.h"
+
+#include <base/GdiHandles.h>
+
+#include <algorithm>
+
+namespace exam {
+
+namespace {
+
+// Half the size of a point's cross, in pixels.
+constexpr int restingArm = 6;
+constexpr int grabbedArm = 9;
+
+constexpr int labelGap = 8; // pixels between a mark and its number
+constexpr int labelRoom = 4;
+
+std::vector<CPoint> Rounded(const PixelPoints& points)
+{
+    std::vector<CPoint> pixels;
+    for (const PixelPoint& point : points)
+        pixels.push_back(PixelAt(point));
+    return pixels;
+}
+
+void DrawCross(CDC& dc, CPoint at, int arm)
+{
+    DrawLines(dc, {CPoint(at.x - arm, at.y), CPoint(at.x + arm + 1, at.y)});
+    DrawLines(dc, {CPoint(at.x, at.y - arm), CPoint(at.x, at.y + arm + 1)});
+}
+
+// Draws a text on a ground of its own, so that it can be read on any echo. It stays within the
+// area.
+void DrawLabel(CDC& dc, CPoint at, const CString& text, const MarkLook& look)
+{
+    const CSize size = dc.GetTextExtent(text) + CSize(2 * labelRoom, 2);
+    CRect box(at, size);
+    if (box.right > look.area.right) box.OffsetRect(look.area.right - box.right, 0);
+    if (box.bottom > look.area.bottom) box.OffsetRect(0, look.area.bottom - box.bottom);
+    dc.FillSolidRect(&box, palette::header);
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(look.isSelected ? palette::accent : palette::text);
+    dc.DrawText(text, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+CPoint LabelPlace(const std::vector<CPoint>& points)
+{
+    const auto last = std::ranges::max_element(points, {}, &CPoint::x);
+    return *last + CPoint(labelGap, -labelGap);
+}
+
+CString LabelOf(const Mark& mark)
+{
+    if (!InfoOf(mark.kind).isMeasurement) return mark.text.c_str();
+    CString label;
+    label.Format(L"%d", mark.number);
+    return label;
+}
+
+} // namespace
+
+void DrawMark(CDC& dc, const Mark& mark, const PixelPoints& points, const MarkLook& look)
+{
+    CPen pen(PS_SOLID, look.isSelected ? 2 : 1, palette::accent);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    DrawLines(dc, Rounded(OutlineOf(mark.kind, points)));
+    const std::vector<CPoint> pixels = Rounded(points);
+    for (std::size_t i = 0; i < Grips(mark); ++i)
+        DrawCross(dc, pixels[i], static_cast<int>(i) == look.active ? grabbedArm : restingArm);
+    if (const CString label = LabelOf(mark); !label.IsEmpty())
+        DrawLabel(dc, LabelPlace(pixels), label, look);
+}
+
+} // namespace exam
