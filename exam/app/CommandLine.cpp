@@ -134,6 +134,10 @@ std::size_t ValuesOf(const Option& option)
 std::size_t ReadOption(CommandLine& result, Values arguments)
 {
     const std::wstring& name = arguments.front();
+    if (!name.empty() && !name.starts_with(L"-") && result.image.empty()) {
+        result.image = name;
+        return 1;
+    }
     const auto* const option = std::ranges::find(options, name, &Option::name);
     if (option == std::end(options)) {
         result.error = L"unknown argument '" + name + L"'";
@@ -210,14 +214,17 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
             i += ReadOption(result, Values(arguments).subspan(i));
     }
     if (result.error.empty() && !result.help) result.error = FindConflict(given);
+    if (result.error.empty() && result.IsCommand() && !result.image.empty())
+        result.error = L"unknown argument '" + result.image + L"'";
     return result;
 }
 
 std::wstring UsageText()
 {
-    return L"usage: exam.exe [OPTIONS]\n"
+    return L"usage: exam.exe [OPTIONS] [FILE]\n"
            L"\n"
            L"The sample exam application: shows recorded ultrasound frames in a window.\n"
+           L"It opens FILE, a raw cine.\n"
            L"\n" +
            Describe(Place::window, 17) +
            L"\n"

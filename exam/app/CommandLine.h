@@ -12,6 +12,7 @@ struct CommandLine
 {
     std::wstring language = L"en";
     EConsoleType console = eConsolePemmit;
+    std::wstring image;      ///< recording that is opened; empty: none
     std::wstring tourFolder; ///< empty: stay open and interactive
     std::wstring profile;    ///< INI file that holds the settings; empty: the registry
     std::wstring recordings; ///< folder of the recordings; empty: see RecordingFolder()

@@ -203,6 +203,8 @@ bool ExamApp::OpenMainWindow()
         return Fail(L"the main window cannot be created; is there a screen?");
     if (!m_options.IsTour()) m_window->Exam().RepairRecordings();
     m_window->Exam().OpenStudy(m_studyFolder);
+    if (!m_options.image.empty())
+        m_window->Exam().OpenImage(base::FullPath(m_options.image.c_str()));
     return m_window->OpenPanel() || Fail(L"the control panel cannot be created");
 }
 

@@ -3,6 +3,8 @@
 #include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
 #include "record/Repair.h"
+#include "service/PatientForm.h"
+#include "service/RecentFiles.h"
 
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
@@ -112,11 +114,54 @@ void Examination::RenameSelected()
     const Mark* const mark = FindMark(m_state.Content(), m_state.Marks().Selected());
     if (!mark) return;
     const int number = mark->number;
-    const auto text = m_window.AskText(GetStr("exam.command.rename"), mark->text.c_str());
+    const auto text = AskText(GetStr("exam.command.rename"), mark->text.c_str());
     if (!text) return;
     m_state.Document().EndGesture();
     m_state.Document().Rename(number, text->GetString());
     m_state.Marks().Refresh();
+}
+
+std::optional<CString> Examination::AskText(const CString& title, const CString& text)
+{
+    std::vector<FormField> fields = {{.label = GetStr("exam.form.text"), .value = text}};
+    const auto nothingWrong = [](const std::vector<FormField>&) { return CString(); };
+    if (!m_window.Fill(title, fields, nothingWrong)) return {};
+    return fields.front().value;
+}
+
+void Examination::Annotate()
+{
+    const auto text = AskText(GetStr("study.kind.text"), CString());
+    if (text && !text->IsEmpty()) m_state.ChooseMark(MarkKind::text, text->GetString());
+}
+
+void Examination::EditPatient()
+{
+    std::vector<FormField> fields = PatientFields(m_state.Content().patient);
+    if (!m_window.Fill(GetStr("exam.command.patient"), fields, FindPatientProblem)) return;
+    m_state.Document().EndGesture();
+    m_state.Document().SetPatient(PatientOf(fields));
+    m_state.Marks().Refresh();
+}
+
+void Examination::OpenImage(const std::wstring& path)
+{
+    if (const std::wstring problem = m_state.OpenImage(path); !problem.empty())
+        return Report(NoticeKind::error, GetStr("exam.image.unopened", problem.c_str()));
+    AddRecentFile(path);
+    m_state.SetStatus(GetStr("exam.image.opened", path.c_str()));
+}
+
+void Examination::ChooseImage()
+{
+    if (const std::wstring path = m_window.ChooseImage(); !path.empty()) OpenImage(path);
+}
+
+void Examination::ChooseRecentImage()
+{
+    const std::vector<std::wstring> recent = RecentFiles();
+    if (recent.empty()) return m_state.SetStatus(GetStr("exam.image.norecent"));
+    if (const std::wstring path = m_window.ChooseOneOf(recent); !path.empty()) OpenImage(path);
 }
 
 void Examination::MovePrecisely(int dx, int dy)
@@ -157,7 +202,7 @@ void Examination::Advance()
 {
     if (m_state.HasSource() && m_state.Source().IsLive()) return FollowProbe();
     if (m_recorder.IsRecording() && !m_recorder.AddFrame()) return TellRecording();
-    m_state.StepFrames(1);
+    m_state.PlayOn();
     if (m_recorder.IsRecording()) TellRecording();
 }
 
@@ -179,7 +224,7 @@ std::optional<unsigned> Examination::PlayInterval() const
     // A probe has a clock of its own, and is only asked for what is new.
     if (m_state.Source().IsLive()) return static_cast<unsigned>(shortestInterval);
     return static_cast<unsigned>(
-        std::max(shortestInterval, 1000 / m_state.Source().FramesPerSecond()));
+        std::max(shortestInterval, 1000 / (m_state.Source().FramesPerSecond() * m_state.Speed())));
 }
 
 void Examination::SavePicture()

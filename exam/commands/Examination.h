@@ -2,6 +2,7 @@
 
 #include "overlay/Notices.h"
 #include "record/Recorder.h"
+#include "service/Form.h"
 #include "service/ServiceDesk.h"
 #include "service/StudyDesk.h"
 #include "state/ExamState.h"
@@ -37,8 +38,13 @@ public:
     virtual void ResetPanel() = 0;
     /// Asks the user; true for yes.
     virtual bool Ask(const CString& question) = 0;
-    /// Asks the user for a text, which is `text` at first; none when the user cancels.
-    virtual std::optional<CString> AskText(const CString& title, const CString& text) = 0;
+    /// Asks the user to fill a form (AskForm).
+    virtual bool Fill(const CString& title, std::vector<FormField>& fields,
+                      const FormCheck& check) = 0;
+    /// Asks the user for a recording to open; empty when the user cancels.
+    virtual std::wstring ChooseImage() = 0;
+    /// Asks the user for one of these paths; empty when the user cancels.
+    virtual std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) = 0;
     virtual void Close() = 0;
 
 protected:
@@ -110,6 +116,16 @@ public:
     void SaveChanges();
 
     void RenameSelected();
+    /// Asks for a text, which the next press on the image places.
+    void Annotate();
+    /// Asks for the patient's data.
+    void EditPatient();
+
+    /// Puts a recording on display, and on the list of recent ones. The user is told of a file that
+    /// cannot be used.
+    void OpenImage(const std::wstring& path);
+    void ChooseImage();
+    void ChooseRecentImage();
     /// Moves the point in hand by steps of the precision mouse.
     void MovePrecisely(int dx, int dy);
 
@@ -123,6 +139,7 @@ public:
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void FollowProbe();
+    std::optional<CString> AskText(const CString& title, const CString& text);
     CString WhatWouldBeLost();
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);

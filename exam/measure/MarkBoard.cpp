@@ -172,11 +172,12 @@ bool MarkBoard::UpdateHandles()
     return changes > 0;
 }
 
-void MarkBoard::Choose(MarkKind kind)
+void MarkBoard::Choose(MarkKind kind, const std::wstring& text)
 {
     if (IsWorking()) MouseCapture::Unlock();
     if (m_chosen == kind) return ChooseNothing();
     m_chosen = kind;
+    m_text = text;
     if (MouseCapture::GetInput() == InputTrackball) {
         const CRect area = SurfaceOf(kind).Area();
         ChooseNothing();
@@ -326,6 +327,7 @@ int MarkBoard::Add(MarkKind kind, const PixelPoints& pixels)
     m_frame = m_takeUp();
     Mark mark;
     mark.kind = kind;
+    mark.text = m_text;
     mark.object = m_frame.object;
     mark.frame = isOnStrip ? 0 : m_frame.frame;
     mark.points = PointsAt(kind, pixels);

@@ -83,9 +83,9 @@ public:
     /// Looks again at what the study holds and the display shows.
     void Refresh();
 
-    /// Lets the next press begin a mark of a kind, or no mark when it was chosen already. In
-    /// trackball style the mark comes at once, with its first point in hand.
-    void Choose(MarkKind kind);
+    /// Lets the next press begin a mark of a kind, with a text, or no mark when the kind was chosen
+    /// already. In trackball style the mark comes at once, with its first point in hand.
+    void Choose(MarkKind kind, const std::wstring& text = {});
     void ChooseNothing();
     std::optional<MarkKind> Chosen() const { return m_chosen; }
 
@@ -170,6 +170,7 @@ private:
     std::vector<std::unique_ptr<MarkHandle>> m_handles;
     Pencil m_pencil{*this};
     std::optional<MarkKind> m_chosen;
+    std::wstring m_text; // of the mark that was chosen
     int m_selected = 0;
     int m_drawn = 0; // the number of the mark that begins; 0: none
     MarkKind m_drawnKind = MarkKind::distance;

@@ -36,14 +36,15 @@ void DrawCross(CDC& dc, CPoint at, int arm)
 // area.
 void DrawLabel(CDC& dc, CPoint at, const CString& text, const MarkLook& look)
 {
-    const CSize size = dc.GetTextExtent(text) + CSize(2 * labelRoom, 2);
+    CSize size = dc.GetTextExtent(text) + CSize(2 * labelRoom, 2);
+    size.cx = std::min<int>(size.cx, look.area.Width() / 2);
     CRect box(at, size);
     if (box.right > look.area.right) box.OffsetRect(look.area.right - box.right, 0);
     if (box.bottom > look.area.bottom) box.OffsetRect(0, look.area.bottom - box.bottom);
     dc.FillSolidRect(&box, palette::header);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(look.isSelected ? palette::accent : palette::text);
-    dc.DrawText(text, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    dc.DrawText(text, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
 CPoint LabelPlace(const std::vector<CPoint>& points)

@@ -57,6 +57,10 @@ std::vector<Fact> FactsOf(const ExamState& state)
     add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     add("exam.label.frame",
         GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
+    const auto [first, last] = state.Loop();
+    const bool isWhole = first == 1 && last == state.Source().Frames();
+    if (!state.Source().IsLive() && (!isWhole || state.Speed() != 1))
+        add("exam.label.play", GetStr("exam.value.play", state.Speed(), first, last));
     return facts;
 }
 

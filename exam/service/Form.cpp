@@ -36,9 +36,7 @@ struct Template
 class Form
 {
 public:
-    using Check = std::function<CString(const std::vector<FormField>&)>;
-
-    Form(const CString& title, std::vector<FormField>& fields, const Check& check)
+    Form(const CString& title, std::vector<FormField>& fields, const FormCheck& check)
         : m_title(title), m_fields(fields), m_check(check)
     {
     }
@@ -162,13 +160,13 @@ private:
 
     CString m_title;
     std::vector<FormField>& m_fields;
-    const Check& m_check;
+    const FormCheck& m_check;
 };
 
 } // namespace
 
 bool AskForm(HWND owner, const CString& title, std::vector<FormField>& fields,
-             const std::function<CString(const std::vector<FormField>& fields)>& check)
+             const FormCheck& check)
 {
     return Form(title, fields, check).Run(owner);
 }

@@ -11,14 +11,17 @@ namespace exam {
 struct FormField
 {
     CString label;
-    CString value;
+    CString value = {};
     std::vector<CString> choices = {}; ///< the value is one of these; empty: any text
     bool isLong = false;               ///< the text has room for several lines
 };
 
-/// Asks the user to fill a form. `check` gives a sentence that says what is wrong with the values,
-/// or nothing. False, with the fields as they were, when the user cancels.
+/// Gives a sentence that says what is wrong with the values of a form, or nothing.
+using FormCheck = std::function<CString(const std::vector<FormField>& fields)>;
+
+/// Asks the user to fill a form, until nothing is wrong with it. False, with the fields as they
+/// were, when the user cancels.
 bool AskForm(HWND owner, const CString& title, std::vector<FormField>& fields,
-             const std::function<CString(const std::vector<FormField>& fields)>& check);
+             const FormCheck& check);
 
 } // namespace exam

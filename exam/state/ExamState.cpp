@@ -35,6 +35,7 @@ ExamState::ExamState()
 void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
 {
     m_marks.SetArea(layout.image, corner);
+    m_baseline.SetOrigin(corner);
     if (layout == m_layout) return;
     m_layout = layout;
     PlaceStrip();
@@ -186,6 +187,8 @@ void ExamState::SelectImage(std::size_t index)
     m_current = index;
     const FrameSource& source = Source();
     m_frame = source.IsLive() ? source.FirstFrame() + source.Frames() - 1 : 0;
+    m_loopFirst = 0;
+    m_loopLast.reset();
     ShowFrame();
     if (wasLive || source.IsLive()) SetFrozen(!source.IsLive());
 }
@@ -202,6 +205,65 @@ void ExamState::StepFrames(int frames)
     const int first = Source().FirstFrame();
     m_frame = first + ((m_frame - first + frames) % count + count) % count;
     ShowFrame();
+}
+
+void ExamState::ShowPosition(int position)
+{
+    if (HasSource()) StepFrames(position - FramePosition());
+}
+
+void ExamState::PlayOn()
+{
+    if (!HasSource() || Source().Frames() == 0) return;
+    const auto [first, last] = Loop();
+    const int next = FramePosition() + 1;
+    ShowPosition(next > last || next < first ? first : next);
+}
+
+void ExamState::ChangeSpeed(int steps)
+{
+    constexpr int most = 2;
+    m_speed = std::clamp(m_speed + std::clamp(steps, -2 * most, 2 * most), -most, most);
+    TellChange(stateDisplayChanged);
+}
+
+void ExamState::BeginLoop()
+{
+    m_loopFirst = m_frame;
+    if (m_loopLast && *m_loopLast < m_frame) m_loopLast.reset();
+    TellChange(stateDisplayChanged);
+}
+
+void ExamState::EndLoop()
+{
+    m_loopLast = m_frame;
+    if (m_loopFirst > m_frame) m_loopFirst = 0;
+    TellChange(stateDisplayChanged);
+}
+
+void ExamState::ClearLoop()
+{
+    m_loopFirst = 0;
+    m_loopLast.reset();
+    TellChange(stateDisplayChanged);
+}
+
+std::pair<int, int> ExamState::Loop() const
+{
+    if (!HasSource()) return {1, 1};
+    const int count = Source().Frames();
+    const int offset = 1 - Source().FirstFrame();
+    return {std::clamp(m_loopFirst + offset, 1, std::max(1, count)),
+            std::clamp(m_loopLast.value_or(count - offset) + offset, 1, std::max(1, count))};
+}
+
+std::wstring ExamState::OpenImage(const std::wstring& path)
+{
+    if (!SourceNamed(path))
+        if (std::wstring problem = AddFile(path, path); !problem.empty()) return problem;
+    const auto found = std::ranges::find(m_sources, path, &Entry::name);
+    SelectImage(static_cast<std::size_t>(found - m_sources.begin()));
+    return {};
 }
 
 int ExamState::FramesBehind() const
@@ -306,10 +368,21 @@ void ExamState::Rotate(int angle)
     TellChange(stateDisplayChanged);
 }
 
-void ExamState::ChooseMark(MarkKind kind)
+void ExamState::ChooseMark(MarkKind kind, const std::wstring& text)
 {
     if (!m_recording) SetFrozen(true);
-    m_marks.Choose(kind);
+    m_marks.Choose(kind, text);
+}
+
+void ExamState::Press(UINT flags, CPoint at)
+{
+    if (m_marks.Chosen() || !m_baseline.Press(at)) m_marks.Press(flags, at);
+}
+
+void ExamState::MoveBaseline(int pixels)
+{
+    m_strip.MoveBaseline(pixels);
+    TellChange(stateDisplayChanged);
 }
 
 void ExamState::SetInput(InputType input)

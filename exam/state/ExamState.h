@@ -3,6 +3,7 @@
 #include "base/ScreenLayout.h"
 #include "image/FrameSource.h"
 #include "image/ImageView.h"
+#include "measure/BaselineHandle.h"
 #include "measure/MarkBoard.h"
 #include "measure/SpectralStrip.h"
 #include "study/Study.h"
@@ -11,6 +12,7 @@
 
 #include <atlstr.h>
 
+#include <cmath>
 #include <map>
 #include <memory>
 #include <optional>
@@ -89,6 +91,25 @@ public:
     /// The number of frames that a running probe has made since the one on display.
     int FramesBehind() const;
 
+    /// Shows the frame with this place, from 1 on.
+    void ShowPosition(int position);
+    /// Shows the next frame of a loop that plays.
+    void PlayOn();
+    /// Changes the speed of play by factors of 2; the result stays between a quarter and 4 times.
+    void ChangeSpeed(int steps);
+    double Speed() const { return std::ldexp(1, m_speed); }
+
+    /// Let a loop that plays begin or end with the frame on display, or take in all frames again.
+    void BeginLoop();
+    void EndLoop();
+    void ClearLoop();
+    /// The places of the loop's first and last frame, from 1 on.
+    std::pair<int, int> Loop() const;
+
+    /// Opens a recording that no store has, and puts it on display. The result is empty, or one
+    /// sentence that names the file.
+    std::wstring OpenImage(const std::wstring& path);
+
     /// Changes the image's gain by decibels; the sum stays within -20 and 20.
     void ChangeGain(int decibels);
     int Gain() const { return m_gain; }
@@ -117,7 +138,14 @@ public:
     int Rotation() const { return m_rotation; }
 
     /// Lets the frames stand still, and the next press begin a mark of a kind.
-    void ChooseMark(MarkKind kind);
+    void ChooseMark(MarkKind kind, const std::wstring& text = {});
+
+    /// Passes a press of the mouse on, in client coordinates: to the strip's baseline, and then to
+    /// the marks.
+    void Press(UINT flags, CPoint at);
+
+    /// Moves the strip's baseline by pixels, upwards when positive.
+    void MoveBaseline(int pixels);
 
     /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
@@ -161,7 +189,11 @@ private:
     ImageView m_view;
     std::optional<std::size_t> m_fitted; // the source that the view is fitted to
     bool m_readable = true;
+    int m_speed = 0; // the power of 2
+    int m_loopFirst = 0;
+    std::optional<int> m_loopLast; // none: the last one that there is
     SpectralStrip m_strip;
+    BaselineHandle m_baseline{m_strip};
     Study m_study;
     std::wstring m_studyFolder;
     std::map<std::pair<std::size_t, int>, std::wstring> m_kept; // the files of a probe's frames

@@ -4,6 +4,8 @@
 #include <qor_utils/ZelProbe.h>
 
 #include <cmath>
+#include <set>
+#include <string>
 
 namespace exam {
 
@@ -62,6 +64,36 @@ void NextFrame(TourContext& context)
     context.state.NextLanguage();
 }
 
+void Play(TourContext& context)
+{
+    context.state.ShowPosition(2);
+    context.state.BeginLoop();
+    context.state.ShowPosition(3);
+    context.state.EndLoop();
+    context.state.ChangeSpeed(1);
+    context.Key(VK_F5);
+    std::set<int> seen;
+    const bool played = context.WaitUntil([&] {
+        seen.insert(context.state.FramePosition());
+        return seen.size() == 2;
+    });
+    context.Picture(L"linear-loop");
+    context.Key(VK_F5);
+    context.report.Step(played && seen == std::set{2, 3} && context.state.IsFrozen(),
+                        L"a loop of two frames plays, and stands still again");
+    context.state.ChangeSpeed(-1);
+    context.state.ClearLoop();
+}
+
+void Opened(TourContext& context)
+{
+    context.window.Exam().OpenImage(context.folder + L"\\no such file.cine");
+    context.report.Step(std::wstring(context.state.Status()).find(L"no such file.cine") !=
+                            std::wstring::npos,
+                        L"a recording that cannot be opened is named");
+    context.state.SetStatus(L"");
+}
+
 } // namespace
 
 void TourImages(TourContext& context)
@@ -69,6 +101,8 @@ void TourImages(TourContext& context)
     CurvedFrame(context);
     LinearFrame(context);
     NextFrame(context);
+    Play(context);
+    Opened(context);
     context.state.SelectImage(curvedRecording);
 }
 

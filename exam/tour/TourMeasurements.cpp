@@ -3,7 +3,9 @@
 #include "measure/RotatedOutline.h"
 #include "study/StudyFile.h"
 #include "tour/TourMouse.h"
+#include "window/Capture.h"
 
+#include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 
 #include <cmath>
@@ -153,6 +155,46 @@ void Trackball(TourContext& context, Mouse& mouse)
     context.report.Step(!MouseCapture::IsLocked(), L"switching the style lets go of the pointer");
 }
 
+// Texts, arrows and the patient lie in the study too.
+void Annotations(TourContext& context, Mouse& mouse)
+{
+    context.state.ChooseMark(MarkKind::text, L"Liver");
+    mouse.Press({200, 300});
+    mouse.Release({200, 300});
+    mouse.Key('W');
+    mouse.DragPoint({440, 330}, {390, 300});
+    const auto& marks = context.state.Content().marks;
+    context.report.Step(marks.size() > 1 && marks.back()->kind == MarkKind::arrow &&
+                            marks[marks.size() - 2]->text == L"Liver",
+                        L"a text and an arrow stand on the image");
+    context.Picture(L"annotations");
+}
+
+// The form is modal, so a timer works it: it takes the picture, writes a name and confirms.
+const TourContext* s_form = nullptr;
+
+void CALLBACK WorkForm(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    constexpr int nameField = 100;
+    const HWND form = FindWindowW(L"#32770", GetStr("exam.command.patient"));
+    if (!form) return;
+    KillTimer(nullptr, timer);
+    SetDlgItemTextW(form, nameField, L"Ada Sample");
+    RedrawWindow(form, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    CaptureToPng(form, s_form->PathOf(L"patient-form"));
+    SendMessageW(form, WM_COMMAND, IDOK, 0);
+}
+
+void PatientForm(TourContext& context)
+{
+    constexpr UINT delay = 200; // milliseconds, until it is open
+    s_form = &context;
+    SetTimer(nullptr, 0, delay, WorkForm);
+    context.window.Exam().EditPatient();
+    context.report.Step(context.state.Content().patient.name == L"Ada Sample",
+                        L"the patient's form changes the study");
+}
+
 void Kept(TourContext& context)
 {
     context.state.Document().Rename(context.state.Marks().Shown().front(), L"Liver");
@@ -192,6 +234,8 @@ void TourMeasurements(TourContext& context)
     Belonging(context);
     PressBeyondReach(context, mouse);
     Trackball(context, mouse);
+    Annotations(context, mouse);
+    PatientForm(context);
     Kept(context);
     Outline(context);
 }

@@ -29,8 +29,8 @@ struct LiveView
 {
     int frames = 0;
     double seconds = 0;
-    double longest = 0;     // milliseconds in which no message was handled
-    double longestWork = 0; // milliseconds of the processor that the thread took for it
+    double longest = 0;     // milliseconds that a message took
+    double longestWork = 0; // milliseconds of the processor that the thread took for one
 };
 
 // The milliseconds of a processor that this thread has taken.
@@ -49,18 +49,18 @@ LiveView Watch(TourContext& context, double seconds)
     LiveView view;
     const int first = context.state.Frame();
     const Clock::time_point begin = Clock::now();
-    Clock::time_point last = begin;
-    while (last - begin < std::chrono::duration<double>(seconds)) {
+    while (Clock::now() - begin < std::chrono::duration<double>(seconds)) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-        const Clock::time_point woken = Clock::now();
+        MSG next;
+        if (!PeekMessage(&next, nullptr, 0, 0, PM_REMOVE)) continue;
+        const Clock::time_point taken = Clock::now();
         const double work = WorkOfThread();
-        context.HandlePending();
-        last = Clock::now();
+        DispatchMessage(&next);
+        view.longest = std::max(view.longest, Milliseconds(Clock::now() - taken).count());
         view.longestWork = std::max(view.longestWork, WorkOfThread() - work);
-        view.longest = std::max(view.longest, Milliseconds(last - woken).count());
     }
     view.frames = context.state.Frame() - first;
-    view.seconds = std::chrono::duration<double>(last - begin).count();
+    view.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     return view;
 }
 

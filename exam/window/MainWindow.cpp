@@ -5,13 +5,15 @@
 #include "base/Resources.h"
 #include "base/StateChanges.h"
 #include "screen/Screen.h"
-#include "service/Form.h"
+#include "service/FileChoice.h"
 #include "window/Capture.h"
 #include "window/Menus.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
+
+#include <shellapi.h>
 
 namespace exam {
 
@@ -46,6 +48,7 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_MOVE()
     ON_MESSAGE(WM_GETMINMAXINFO, OnMinMaxInfo)
     ON_MESSAGE(WM_DPICHANGED, OnDpiChanged)
+    ON_MESSAGE(WM_DROPFILES, OnDropFiles)
     ON_WM_CLOSE()
     ON_MESSAGE(WM_QUERYENDSESSION, OnQueryEndSession)
     ON_MESSAGE(WM_ENDSESSION, OnEndSession)
@@ -72,6 +75,7 @@ bool MainWindow::Open(WindowForm form)
     Arrange();
     if (!m_overlays.Open(*this)) return false;
     BalloonMessageService::Create();
+    DragAcceptFiles(GetSafeHwnd(), TRUE);
     const bool isMaximised = form == WindowForm::window && ReadWindowPlace().isMaximised;
     ShowWindow(isMaximised ? SW_SHOWMAXIMIZED : SW_SHOW);
     return true;
@@ -196,12 +200,26 @@ bool MainWindow::Ask(const CString& question)
                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
-std::optional<CString> MainWindow::AskText(const CString& title, const CString& text)
+bool MainWindow::Fill(const CString& title, std::vector<FormField>& fields, const FormCheck& check)
 {
-    std::vector<FormField> fields = {{.label = GetStr("exam.form.text"), .value = text}};
-    const auto nothingWrong = [](const std::vector<FormField>&) { return CString(); };
-    if (!AskForm(GetSafeHwnd(), title, fields, nothingWrong)) return {};
-    return fields.front().value;
+    return AskForm(GetSafeHwnd(), title, fields, check);
+}
+
+std::wstring MainWindow::ChooseImage()
+{
+    return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), L"*.cine");
+}
+
+std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)
+{
+    return ChooseFromMenu(GetSafeHwnd(), paths);
+}
+
+LRESULT MainWindow::OnDropFiles(WPARAM dropped, LPARAM)
+{
+    for (const std::wstring& path : TakeDropped(reinterpret_cast<HDROP>(dropped)))
+        m_exam.OpenImage(path);
+    return 0;
 }
 
 void MainWindow::OnTimer(UINT_PTR id)

@@ -60,6 +60,7 @@ protected:
     void OnMove(int x, int y);
     LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
+    LRESULT OnDropFiles(WPARAM dropped, LPARAM lParam);
     void OnClose();
     LRESULT OnQueryEndSession(WPARAM wParam, LPARAM lParam);
     LRESULT OnEndSession(WPARAM isEnding, LPARAM lParam);
@@ -84,7 +85,10 @@ private:
     void TogglePanelLock() override;
     void ResetPanel() override;
     bool Ask(const CString& question) override;
-    std::optional<CString> AskText(const CString& title, const CString& text) override;
+    bool Fill(const CString& title, std::vector<FormField>& fields,
+              const FormCheck& check) override;
+    std::wstring ChooseImage() override;
+    std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;

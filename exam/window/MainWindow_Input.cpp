@@ -99,7 +99,7 @@ LRESULT MainWindow::OnContextMenu(WPARAM, LPARAM place)
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
     if (m_state.Layout().timeline.PtInRect(point)) return Take(Drag::timeline, point);
-    m_state.Marks().Press(flags, point);
+    m_state.Press(flags, point);
     // A press that no tool takes moves the image.
     if (!MouseCapture::IsLocked() && m_state.View().Zoom() != 1) Take(Drag::image, point);
 }

@@ -92,6 +92,14 @@ TEST(CommandLine, AsksForAllValuesOfAnOption)
     EXPECT_EQ(ParseCommandLine({L"--profile", L""}).error, L"--profile needs a file");
 }
 
+TEST(CommandLine, OpensOneFileInAWindow)
+{
+    EXPECT_EQ(ParseCommandLine({L"a.cine"}).image, L"a.cine");
+    EXPECT_EQ(ParseCommandLine({L"--service", L"a.cine"}).error, L"");
+    EXPECT_EQ(ParseCommandLine({L"a.cine", L"b.cine"}).error, L"unknown argument 'b.cine'");
+    EXPECT_EQ(ParseCommandLine({L"--cine-info", L"a", L"b"}).error, L"unknown argument 'b'");
+}
+
 TEST(CommandLine, KeepsTheFirstError)
 {
     EXPECT_EQ(ParseCommandLine({L"--one", L"--two"}).error, L"unknown argument '--one'");

@@ -1,6 +1,7 @@
 // The table of commands, and what comes of them. No window is needed.
 #include "base/ScreenLayout.h"
 #include "commands/Commands.h"
+#include "service/PatientForm.h"
 #include "service/StudyArchive.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
+#include <algorithm>
 #include <climits>
 #include <filesystem>
 #include <fstream>
@@ -53,7 +55,18 @@ public:
         m_questions.push_back(question);
         return m_answer;
     }
-    std::optional<CString> AskText(const CString&, const CString&) override { return m_text; }
+    bool Fill(const CString&, std::vector<FormField>& fields, const FormCheck& check) override
+    {
+        if (!m_text) return false;
+        fields.front().value = *m_text;
+        return check(fields).IsEmpty();
+    }
+    std::wstring ChooseImage() override { return m_chosen; }
+    std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override
+    {
+        m_offered = paths;
+        return m_chosen;
+    }
     void Close() override { ++m_closed; }
 
     CWnd m_owner;
@@ -68,6 +81,8 @@ public:
     std::vector<CString> m_questions;
     bool m_answer = false;
     std::optional<CString> m_text;
+    std::wstring m_chosen;
+    std::vector<std::wstring> m_offered;
     int m_closed = 0;
 };
 
@@ -343,6 +358,58 @@ TEST_F(CommandsTest, TheSelectedMarkIsRenamedAndDeleted)
     EXPECT_EQ(m_state.Content().marks.front()->text, L"Liver");
     Press(VK_DELETE);
     EXPECT_TRUE(m_state.Content().marks.empty());
+}
+
+TEST_F(CommandsTest, ATextIsAskedForAndPlaced)
+{
+    Press('T'); // the user cancels
+    EXPECT_FALSE(m_state.Marks().Chosen());
+    m_window.m_text = L"Gallbladder";
+    Press('T');
+    m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
+    MouseCapture::Unlock();
+    ASSERT_EQ(m_state.Content().marks.size(), 1u);
+    EXPECT_EQ(m_state.Content().marks.front()->text, L"Gallbladder");
+    EXPECT_EQ(m_state.Content().marks.front()->kind, MarkKind::text);
+    Measure();
+    EXPECT_EQ(m_state.Content().marks.back()->text, L"");
+}
+
+TEST_F(CommandsTest, ThePatientIsEditedAndCanBeTakenBack)
+{
+    m_window.m_text = L"Ada Sample";
+    Press(VK_F4);
+    EXPECT_EQ(m_state.Content().patient.name, L"Ada Sample");
+    CarryOut(L"Measurement", L"Undo");
+    EXPECT_EQ(m_state.Content().patient.name, L"");
+}
+
+TEST_F(CommandsTest, AFormKeepsAPatientAndRefusesAWrongDate)
+{
+    const Patient patient{L"Ada", L"4711", L"1969-07-20", L"female", L"two\nlines"};
+    std::vector<FormField> fields = PatientFields(patient);
+    EXPECT_EQ(PatientOf(fields), patient);
+    EXPECT_TRUE(FindPatientProblem(fields).IsEmpty());
+    fields[2].value = L"20.7.1969";
+    EXPECT_FALSE(FindPatientProblem(fields).IsEmpty());
+    EXPECT_EQ(PatientOf(PatientFields({{}, {}, {}, L"unknown", {}})).sex, L"unknown");
+    EXPECT_EQ(PatientOf(PatientFields({})), Patient());
+}
+
+TEST_F(CommandsTest, TellsWhatCannotBeOpenedAndRemembersWhatCan)
+{
+    m_desk.CarryOut(*CommandOfKey('O', true)); // the user cancels
+    const std::wstring recording = test_support::BesideProgram(L"sample\\images\\linear.cine");
+    m_exam.OpenImage(recording);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.image.opened", recording.c_str()));
+    m_window.m_chosen = m_folder / L"none.cine";
+    m_desk.CarryOut(*CommandOfKey('O', true));
+    EXPECT_NE(std::wstring(m_state.Status()).find(L"none.cine"), std::wstring::npos);
+    m_window.m_chosen.clear();
+    Press(VK_F3);
+    ASSERT_FALSE(m_window.m_offered.empty());
+    EXPECT_EQ(m_window.m_offered.front(), recording);
+    EXPECT_EQ(std::ranges::count(m_window.m_offered, m_folder / L"none.cine"), 0);
 }
 
 TEST_F(CommandsTest, TheArrowKeysMoveThePointInHand)

@@ -1,0 +1,74 @@
+#include "service/FileChoice.h"
+
+#include <base/Owner.h>
+#include <Utils_Statics/GetStr.h>
+
+#include <commdlg.h>
+
+#include <algorithm>
+
+namespace exam {
+
+namespace {
+
+constexpr std::size_t longestPath = 32768;
+
+struct MenuTraits
+{
+    using Handle = HMENU;
+    static HMENU Empty() noexcept { return nullptr; }
+    static void Release(HMENU menu) noexcept { DestroyMenu(menu); }
+};
+
+} // namespace
+
+std::wstring ChooseFile(HWND owner, const CString& name, const wchar_t* pattern)
+{
+    std::wstring filter = name.GetString();
+    filter += L'\0';
+    filter += pattern;
+    filter += L'\0';
+    filter += GetStr("exam.files.all").GetString();
+    filter += std::wstring(L"\0*.*\0", 5);
+    std::wstring path(longestPath, L'\0');
+    OPENFILENAMEW choice = {};
+    choice.lStructSize = sizeof choice;
+    choice.hwndOwner = owner;
+    choice.lpstrFilter = filter.c_str();
+    choice.lpstrFile = path.data();
+    choice.nMaxFile = static_cast<DWORD>(path.size());
+    choice.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    return GetOpenFileNameW(&choice) ? path.c_str() : L"";
+}
+
+std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths)
+{
+    const base::Owner<MenuTraits> menu(CreatePopupMenu());
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        std::wstring text = paths[i]; // an ampersand would underline the next character
+        for (auto at = text.find(L'&'); at != std::wstring::npos; at = text.find(L'&', at + 2))
+            text.insert(at, 1, L'&');
+        AppendMenuW(menu.get(), MF_STRING, i + 1, text.c_str());
+    }
+    POINT at = {};
+    GetCursorPos(&at);
+    const int chosen =
+        TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY, at.x, at.y, 0, owner, nullptr);
+    const auto index = static_cast<std::size_t>(chosen - 1);
+    return chosen > 0 && index < paths.size() ? paths[index] : L"";
+}
+
+std::vector<std::wstring> TakeDropped(HDROP dropped)
+{
+    std::vector<std::wstring> paths;
+    const UINT count = DragQueryFileW(dropped, 0xFFFFFFFF, nullptr, 0);
+    for (UINT i = 0; i < count; ++i) {
+        std::wstring path(DragQueryFileW(dropped, i, nullptr, 0) + 1, L'\0');
+        path.resize(DragQueryFileW(dropped, i, path.data(), static_cast<UINT>(path.size())));
+        paths.push_back(path);
+    }
+    DragFinish(dropped);
+    return paths;
+}
+
+} // namespace exam

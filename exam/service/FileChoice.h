@@ -1,0 +1,23 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <shellapi.h>
+
+#include <string>
+#include <vector>
+
+// The platform's own ways to choose files.
+namespace exam {
+
+/// Asks for a file that exists; `name` says what files of `pattern` are. Empty when the user
+/// cancels.
+std::wstring ChooseFile(HWND owner, const CString& name, const wchar_t* pattern);
+
+/// Asks for one of some paths by a menu at the pointer; empty when the user cancels.
+std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths);
+
+/// The paths of what was dropped, which is released.
+std::vector<std::wstring> TakeDropped(HDROP dropped);
+
+} // namespace exam
