@@ -192,6 +192,12 @@ void Examination::RepairRecordings()
     }
 }
 
+void Examination::Pack()
+{
+    SaveChanges();
+    m_state.SetStatus(m_service.Pack(m_window.Owner()));
+}
+
 void Examination::Unpack()
 {
     m_state.SetStatus(m_service.Unpack(

@@ -96,6 +96,9 @@ public:
     /// Repairs the recordings of the folder that were cut off, and tells of each.
     void RepairRecordings();
 
+    /// Packs the study as it is now.
+    void Pack();
+
     /// Unpacks the archive that was packed last, and asks before it replaces files.
     void Unpack();
 

@@ -107,6 +107,17 @@ void DrawBar(CDC& dc, const ScreenLayout& layout, const CRect& bar, const CStrin
     dc.DrawText(right, &box, DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
+// The patient and the study on display; a simulated patient has no name.
+CString TitleOf(const ExamState& state)
+{
+    if (state.HasSource() && state.Source().IsSimulated()) return GetStr("exam.title.simulated");
+    const StudyContent& study = state.Content();
+    if (study.patient.name.empty()) return GetStr("exam.title");
+    CString title = study.patient.name.c_str();
+    if (!study.description.empty()) title += CString(L", ") + study.description.c_str();
+    return title;
+}
+
 void DrawImageArea(CDC& dc, const ExamState& state)
 {
     const ScreenLayout& layout = state.Layout();
@@ -138,9 +149,7 @@ void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
     dc.FillSolidRect(0, 0, layout.client.cx, layout.client.cy, palette::header);
     {
         const ScopedFont font(dc, layout.Scaled(titleSize), FW_SEMIBOLD);
-        const bool isSimulated = state.HasSource() && state.Source().IsSimulated();
-        DrawBar(dc, layout, layout.header,
-                GetStr(isSimulated ? "exam.title.simulated" : "exam.title"),
+        DrawBar(dc, layout, layout.header, TitleOf(state),
                 utilsExam::GetProductName() + L" " + utilsExam::GetProductVersion());
     }
     const ScopedFont font(dc, layout.Scaled(ScopedFont::textSize), FW_NORMAL);

@@ -376,6 +376,8 @@ void ExamState::ChooseMark(MarkKind kind, const std::wstring& text)
 
 void ExamState::Press(UINT flags, CPoint at)
 {
+    if (m_marks.Chosen() && Content().marks.size() >= Study::mostMarks)
+        SetStatus(GetStr("exam.marks.full", static_cast<int>(Study::mostMarks)));
     if (m_marks.Chosen() || !m_baseline.Press(at)) m_marks.Press(flags, at);
 }
 

@@ -200,6 +200,24 @@ TEST_F(ExamStateTest, EachFrameHasItsOwnMeasurements)
     EXPECT_EQ(m_state.Content().objects.size(), 1u);
 }
 
+TEST_F(ExamStateTest, SaysWhenAStudyHasRoomForNoMoreMarks)
+{
+    Measure({300, 200}, {300, 300});
+    StudyContent content = m_state.Content();
+    const Mark mark = *content.marks.front();
+    while (content.marks.size() < Study::mostMarks) {
+        Mark next = mark;
+        next.number = ++content.lastNumber;
+        content.marks.emplace_back(next);
+    }
+    m_state.OpenStudy(content, m_folder / L"S1");
+    m_state.ChooseMark(MarkKind::distance);
+    m_state.Press(MK_LBUTTON, ScreenLayout::Image().CenterPoint());
+    MouseCapture::Unlock();
+    EXPECT_EQ(m_state.Status(), GetStr("exam.marks.full", 1000));
+    EXPECT_EQ(m_state.Content(), content);
+}
+
 TEST_F(ExamStateTest, LetsGoOfAPointWhenTheFrameChanges)
 {
     m_state.SelectImage(linear);

@@ -149,6 +149,14 @@ TEST_F(MarkBoardTest, EachDragIsOneStep)
     EXPECT_TRUE(m_board.Shown().empty());
 }
 
+TEST_F(MarkBoardTest, WhatComesAfterADragIsAnotherStep)
+{
+    Make(MarkKind::distance, {120, 100}, {180, 100});
+    m_study.Rename(1, L"Liver");
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_EQ(At(1).text, L"");
+}
+
 TEST_F(MarkBoardTest, ALineMovesAsAWholeByWhatLiesBetweenItsPoints)
 {
     const Mark before = Make(MarkKind::distance, {120, 100}, {180, 100});
