@@ -191,8 +191,10 @@ void PatientForm(TourContext& context)
     s_form = &context;
     SetTimer(nullptr, 0, delay, WorkForm);
     context.window.Exam().EditPatient();
-    context.report.Step(context.state.Content().patient.name == L"Ada Sample",
-                        L"the patient's form changes the study");
+    const bool changed = context.state.Content().patient.name == L"Ada Sample";
+    context.state.Undo();
+    context.report.Step(changed && context.state.Content().patient.name != L"Ada Sample",
+                        L"the patient's form changes the study, which can be taken back");
 }
 
 void Kept(TourContext& context)

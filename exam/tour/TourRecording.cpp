@@ -94,6 +94,7 @@ void Movie(TourContext& context, const wchar_t* codec, const std::wstring& path)
     context.state.ShowStrip(true);
     context.Picture(L"movie-strip");
     Advance(context, 4);
+    context.Picture(L"spectral-strip");
     context.Key('V');
     context.state.ShowStrip(false);
     context.report.Step(IsAnnounced(context, 8, path) && fs::file_size(fs::path(path)) > 0,
