@@ -92,7 +92,6 @@ void Movie(TourContext& context, const wchar_t* codec, const std::wstring& path)
     context.Key('V');
     Advance(context, 4);
     context.state.ShowStrip(true);
-    context.Picture(L"movie-strip");
     Advance(context, 4);
     context.Picture(L"spectral-strip");
     context.Key('V');

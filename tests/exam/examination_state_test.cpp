@@ -212,7 +212,7 @@ TEST_F(ExamStateTest, SaysWhenAStudyHasRoomForNoMoreMarks)
     }
     m_state.OpenStudy(content, m_folder / L"S1");
     m_state.ChooseMark(MarkKind::distance);
-    m_state.Press(MK_LBUTTON, ScreenLayout::Image().CenterPoint());
+    m_state.Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
     MouseCapture::Unlock();
     EXPECT_EQ(m_state.Status(), GetStr("exam.marks.full", 1000));
     EXPECT_EQ(m_state.Content(), content);
