@@ -46,9 +46,9 @@ void Exported(TourContext& context)
 void StudyThereAndBack(TourContext& context)
 {
     const std::wstring folder = context.folder + L"\\recordings\\study-001";
+    context.Key('Z'); // which keeps what has changed first
     const auto files =
         static_cast<int>(std::distance(fs::directory_iterator(context.state.StudyFolder()), {}));
-    context.Key('Z');
     context.report.Step(context.state.Status() ==
                             GetStr("exam.archive.packed", files, (folder + L".zip").c_str()),
                         L"all files of the study are packed");
