@@ -3,6 +3,7 @@
 #include "app/ProfileFile.h"
 #include "app/SampleTree.h"
 #include "base/Console.h"
+#include "commands/Commands.h"
 #include "protocol/ProtocolCheck.h"
 #include "record/CineCommands.h"
 #include "record/Repair.h"

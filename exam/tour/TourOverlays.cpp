@@ -1,5 +1,6 @@
 // Station 10: windows over the image, buttons with pictures, tips and balloons.
 #include "base/Palette.h"
+#include "commands/Commands.h"
 #include "tour/Tour.h"
 
 #include <base/GdiHandles.h>

@@ -107,10 +107,10 @@ void KeyList::AddCommands()
 {
     int row = 0;
     for (const Command& command : Commands()) {
-        if (command.key == 0) continue;
+        if (command.key.code == 0) continue;
         SetCell(m_list, row, 0, KeyName(command));
-        SetCell(m_list, row, 1, GetStr(command.nameKey));
-        SetCell(m_list, row, 2, GetStr(command.tipKey));
+        SetCell(m_list, row, 1, GetStr(command.text.name));
+        SetCell(m_list, row, 2, GetStr(command.text.tip));
         ++row;
     }
     for (WPARAM column = 0; column < 3; ++column)

@@ -132,13 +132,13 @@ std::vector<ToolButton> MainWindow::ToolButtons()
     std::vector<ToolButton> buttons;
     for (const Command& command : Commands()) {
         if (!command.picture) continue;
-        buttons.push_back({command.picture, command.nameKey, [&command] { return TipOf(command); },
-                           [this, &command] { m_commands.CarryOut(command); },
-                           [this, &command] {
-                               if (!IsPossible(command, m_state)) return ButtonForm::disabled;
-                               return IsOn(command, m_state) ? ButtonForm::framed
-                                                             : ButtonForm::normal;
-                           }});
+        buttons.push_back(
+            {command.picture, command.text.name, [&command] { return TipOf(command); },
+             [this, &command] { m_commands.CarryOut(command); },
+             [this, &command] {
+                 if (!IsPossible(command, m_state)) return ButtonForm::disabled;
+                 return IsOn(command, m_state) ? ButtonForm::framed : ButtonForm::normal;
+             }});
     }
     return buttons;
 }

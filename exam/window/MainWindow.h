@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commands/Commands.h"
+#include "commands/CommandDesk.h"
 #include "overlay/Overlays.h"
 #include "panel/ControlPanel.h"
 #include "window/KeyList.h"

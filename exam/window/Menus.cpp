@@ -59,7 +59,7 @@ void AddCommands(HMENU to, Menu menu)
     for (std::size_t i = 0; i < Commands().size(); ++i) {
         const Command& command = Commands()[i];
         if (command.menu != menu) continue;
-        const CString text = GetStr(command.nameKey) + L"\t" + KeyName(command);
+        const CString text = GetStr(command.text.name) + L"\t" + KeyName(command);
         AddItem(to, static_cast<UINT>(firstItem + i), nullptr, text, i);
     }
 }
@@ -73,7 +73,7 @@ MenuText TextOfMenu(ULONG_PTR data)
         return {.name = GetStr(std::span(menuNames)[data - firstMenuData].nameKey),
                 .isOnBar = true};
     const Command& command = Commands()[data];
-    return {.name = GetStr(command.nameKey), .key = KeyName(command)};
+    return {.name = GetStr(command.text.name), .key = KeyName(command)};
 }
 
 MenuHandle MakeMenuBar()

@@ -1,5 +1,6 @@
 // The table of commands, and what comes of them. No window is needed.
 #include "base/ScreenLayout.h"
+#include "commands/CommandDesk.h"
 #include "commands/Commands.h"
 #include "service/PatientForm.h"
 #include "service/StudyArchive.h"
@@ -168,13 +169,14 @@ TEST_F(CommandsTest, EachKeyAndEachActionBelongToOneCommand)
     std::set<std::pair<UINT, bool>> keys;
     std::set<std::pair<ActionType, int>> actions;
     for (const Command& command : Commands()) {
-        if (command.key != 0) {
-            EXPECT_TRUE(keys.insert({command.key, command.withControl}).second) << command.key;
-            EXPECT_EQ(CommandOfKey(command.key, command.withControl), &command);
+        if (command.key.code != 0) {
+            EXPECT_TRUE(keys.insert({command.key.code, command.key.withControl}).second)
+                << command.key.code;
+            EXPECT_EQ(CommandOfKey(command.key.code, command.key.withControl), &command);
         }
-        if (!command.type) continue;
-        const ActionInfo action = Action(command.type, command.action);
-        EXPECT_TRUE(actions.insert({action.type, action.action}).second) << command.action;
+        if (!command.action.type) continue;
+        const ActionInfo action = Action(command.action.type, command.action.name);
+        EXPECT_TRUE(actions.insert({action.type, action.action}).second) << command.action.name;
         EXPECT_EQ(CommandOfAction(action), &command);
     }
     EXPECT_EQ(CommandOfKey(0), nullptr);
@@ -187,11 +189,11 @@ TEST_F(CommandsTest, EachKeyAndEachActionBelongToOneCommand)
 TEST_F(CommandsTest, TheVocabularyKnowsEachAction)
 {
     for (const Command& command : Commands()) {
-        EXPECT_EQ(command.type == nullptr, command.action == nullptr);
-        if (!command.type) continue;
-        const ActionInfo action = Action(command.type, command.action);
-        EXPECT_NE(action.type, actionTypeNone) << command.type;
-        EXPECT_NE(action.action, -1) << command.action;
+        EXPECT_EQ(command.action.type == nullptr, command.action.name == nullptr);
+        if (!command.action.type) continue;
+        const ActionInfo action = Action(command.action.type, command.action.name);
+        EXPECT_NE(action.type, actionTypeNone) << command.action.type;
+        EXPECT_NE(action.action, -1) << command.action.name;
     }
 }
 
@@ -201,12 +203,12 @@ TEST_F(CommandsTest, EachHasAKeyAMenuAndTextsInBothLanguages)
         ASSERT_TRUE(zel_string_convert::SetLanguage(language));
         for (const Command& command : Commands()) {
             const bool isMet = command.carryOut != nullptr;
-            EXPECT_EQ(command.nameKey != nullptr, isMet);
-            EXPECT_EQ(command.tipKey != nullptr, isMet);
+            EXPECT_EQ(command.text.name != nullptr, isMet);
+            EXPECT_EQ(command.text.tip != nullptr, isMet);
             if (!isMet) continue;
-            EXPECT_NE(command.key, 0u) << command.nameKey;
-            EXPECT_NE(command.menu, Menu::none) << command.nameKey;
-            for (const char* const key : {command.nameKey, command.tipKey}) {
+            EXPECT_NE(command.key.code, 0u) << command.text.name;
+            EXPECT_NE(command.menu, Menu::none) << command.text.name;
+            for (const char* const key : {command.text.name, command.text.tip}) {
                 EXPECT_FALSE(GetStr(key).IsEmpty()) << key;
                 EXPECT_NE(GetStr(key), CString(key)) << key;
             }
@@ -220,7 +222,7 @@ TEST_F(CommandsTest, PicturesAreInTheSample)
     for (const Command& command : Commands()) {
         if (!command.picture) continue;
         ++pictures;
-        EXPECT_NE(command.key, 0u); // the tip names it
+        EXPECT_NE(command.key.code, 0u); // the tip names it
         EXPECT_TRUE(std::filesystem::exists(
             test_support::BesideProgram(L"sample\\images\\buttons\\") + command.picture));
     }
@@ -236,7 +238,7 @@ TEST_F(CommandsTest, TheHelpHasOneLineForEachKey)
                                       L"  Ctrl+Q          leaves the exam\n"})
         EXPECT_NE(help.find(line), std::wstring::npos) << line;
     const auto keys = std::count_if(Commands().begin(), Commands().end(),
-                                    [](const Command& command) { return command.key != 0; });
+                                    [](const Command& command) { return command.key.code != 0; });
     EXPECT_EQ(std::count(help.begin(), help.end(), L'\n'), keys);
 }
 

@@ -1,6 +1,7 @@
 // The main window as the user has it: ways out of it, and what the screen shows while frames run.
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
+#include "commands/Commands.h"
 #include "record/MovieFile.h"
 #include "record/PixelCanvas.h"
 #include "window/MainWindow.h"
@@ -293,8 +294,8 @@ TEST_F(MainWindowTest, TheMenusHoldEachCommandWithItsKeyInEachLanguage)
         EXPECT_NE(texts, before);
         for (const Command& command : Commands()) {
             if (command.menu == Menu::none) continue;
-            const CString text = GetStr(command.nameKey) + L"\t" + KeyName(command);
-            EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << command.nameKey;
+            const CString text = GetStr(command.text.name) + L"\t" + KeyName(command);
+            EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << command.text.name;
         }
         before = texts;
         m_state.NextLanguage();
@@ -310,7 +311,7 @@ TEST_F(MainWindowTest, MenusTickWhatIsOnAndGreyWhatCannotBeDone)
         const HMENU popup = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), menu);
         m_window->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup));
         const Command& command = *CommandOfKey(key);
-        return StateOfItem(popup, GetStr(command.nameKey) + L"\t" + KeyName(command));
+        return StateOfItem(popup, GetStr(command.text.name) + L"\t" + KeyName(command));
     };
     EXPECT_EQ(stateOf(2, '1'), UINT{MF_CHECKED});
     EXPECT_EQ(stateOf(2, '2'), UINT{MF_UNCHECKED});
