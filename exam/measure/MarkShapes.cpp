@@ -106,6 +106,24 @@ CPoint PixelAt(const PixelPoint& point)
     return {static_cast<int>(std::lround(point.x)), static_cast<int>(std::lround(point.y))};
 }
 
+PixelPoint Exactly(CPoint pixel)
+{
+    return {static_cast<double>(pixel.x), static_cast<double>(pixel.y)};
+}
+
+PixelPoint MiddleOf(const CRect& area)
+{
+    return {(area.left + area.right) / 2.0, (area.top + area.bottom) / 2.0};
+}
+
+PixelPoint MiddleOf(const PixelPoints& points)
+{
+    PixelPoint middle;
+    for (const PixelPoint& point : points)
+        middle = Sum(middle, Scaled(point, 1.0 / static_cast<double>(points.size())));
+    return middle;
+}
+
 double Distance(const PixelPoint& a, const PixelPoint& b)
 {
     return std::hypot(b.x - a.x, b.y - a.y);

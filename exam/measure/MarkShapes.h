@@ -10,8 +10,13 @@ namespace exam {
 
 using PixelPoints = std::vector<PixelPoint>;
 
-/// The pixel that a position falls on.
+/// The pixel that a position falls on, and the middle of a pixel.
 CPoint PixelAt(const PixelPoint& point);
+PixelPoint Exactly(CPoint pixel);
+
+PixelPoint MiddleOf(const CRect& area);
+/// The place by which a mark is moved as a whole.
+PixelPoint MiddleOf(const PixelPoints& points);
 
 double Distance(const PixelPoint& a, const PixelPoint& b);
 

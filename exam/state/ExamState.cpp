@@ -1,11 +1,9 @@
 #include "state/ExamState.h"
 
-#include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
 #include "image/CineFile.h"
 #include "image/LiveProbe.h"
 
-#include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
@@ -14,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 
 namespace exam {
@@ -66,118 +63,6 @@ void ExamState::AddSimulation(simulation::ProbeShape probe)
     m_sources.push_back({std::make_unique<LiveProbe>(probe), {}});
 }
 
-std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& folder)
-{
-    MouseCapture::Unlock();
-    m_study.Open(std::move(content));
-    m_studyFolder = folder;
-    m_kept.clear();
-    std::wstring problem;
-    for (const auto& object : Content().objects) {
-        std::wstring own = AddImageOf(*object);
-        if (problem.empty()) problem = std::move(own);
-    }
-    ShowStudy();
-    return problem;
-}
-
-std::wstring ExamState::AddImageOf(const StudyObject& object)
-{
-    if (object.image.empty() || SourceNamed(object.image)) return {};
-    const std::filesystem::path inStudy = std::filesystem::path(m_studyFolder) / object.image;
-    if (AddFile(inStudy.wstring(), object.image).empty()) return {};
-    return AddRecording(object.image);
-}
-
-const FrameSource* ExamState::SourceNamed(const std::wstring& image) const
-{
-    const auto found = std::ranges::find(m_sources, image, &Entry::name);
-    return found == m_sources.end() || image.empty() ? nullptr : found->source.get();
-}
-
-// Shows the marks that the study has now for the frame on display.
-void ExamState::ShowStudy()
-{
-    m_marks.Follow(FindFrame());
-    m_marks.Refresh();
-}
-
-bool ExamState::Undo()
-{
-    MouseCapture::Unlock();
-    const bool done = m_study.Undo();
-    ShowStudy();
-    return done;
-}
-
-bool ExamState::Redo()
-{
-    MouseCapture::Unlock();
-    const bool done = m_study.Redo();
-    ShowStudy();
-    return done;
-}
-
-bool ExamState::RemoveSelected()
-{
-    m_study.EndGesture();
-    const bool done = m_study.RemoveMark(m_marks.Selected());
-    ShowStudy();
-    return done;
-}
-
-void ExamState::RemoveShown()
-{
-    m_marks.Cancel();
-    m_study.BeginGesture();
-    for (const int number : m_marks.Shown())
-        m_study.RemoveMark(number);
-    m_study.EndGesture();
-    ShowStudy();
-}
-
-// The frame on display as the study names it; without an id when the study does not know it.
-StudyFrame ExamState::FindFrame() const
-{
-    if (!HasSource()) return {};
-    std::wstring name = m_sources[m_current].name;
-    if (const auto kept = m_kept.find({m_current, m_frame}); kept != m_kept.end())
-        name = kept->second;
-    const int frame = Source().IsLive() ? 0 : m_frame; // a live frame is kept as one of its own
-    for (const auto& object : Content().objects)
-        if (!name.empty() && object->image == name) return {object->id, frame};
-    return {};
-}
-
-StudyFrame ExamState::TakeUpFrame()
-{
-    if (!HasSource()) return {};
-    if (StudyFrame found = FindFrame(); !found.object.empty()) return found;
-    const std::pair key(m_current, m_frame);
-    if (Source().IsLive() && !m_kept.contains(key) && !KeepLiveFrame()) {
-        SetStatus(GetStr("exam.measure.unkept", m_studyFolder.c_str()));
-        return {};
-    }
-    StudyObject object;
-    object.image = Source().IsLive() ? m_kept[key] : m_sources[m_current].name;
-    const CineDescription& cine = Source().Description();
-    object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
-    m_study.AddObject(std::move(object));
-    return FindFrame();
-}
-
-// Writes the frame on display, which a probe will have no more, into the study's folder, and adds
-// it to the recordings.
-bool ExamState::KeepLiveFrame()
-{
-    const std::wstring path = FindNumbered(m_studyFolder, L"simulated-%03d.cine").next;
-    base::MakeFolders(m_studyFolder);
-    if (!WriteFrame(Source(), m_frame, path)) return false;
-    const std::wstring name = std::filesystem::path(path).filename().wstring();
-    m_kept[{m_current, m_frame}] = name;
-    return AddFile(path, name).empty();
-}
-
 void ExamState::SelectImage(std::size_t index)
 {
     if (index >= m_sources.size()) return;
@@ -198,65 +83,6 @@ void ExamState::NextImage()
     if (HasSource()) SelectImage((m_current + 1) % m_sources.size());
 }
 
-void ExamState::StepFrames(int frames)
-{
-    const int count = HasSource() ? Source().Frames() : 0;
-    if (count == 0) return;
-    const int first = Source().FirstFrame();
-    m_frame = first + ((m_frame - first + frames) % count + count) % count;
-    ShowFrame();
-}
-
-void ExamState::ShowPosition(int position)
-{
-    if (HasSource()) StepFrames(position - FramePosition());
-}
-
-void ExamState::PlayOn()
-{
-    if (!HasSource() || Source().Frames() == 0) return;
-    const auto [first, last] = Loop();
-    const int next = FramePosition() + 1;
-    ShowPosition(next > last || next < first ? first : next);
-}
-
-void ExamState::ChangeSpeed(int steps)
-{
-    constexpr int most = 2;
-    m_speed = std::clamp(m_speed + std::clamp(steps, -2 * most, 2 * most), -most, most);
-    TellChange(stateDisplayChanged);
-}
-
-void ExamState::BeginLoop()
-{
-    m_loopFirst = m_frame;
-    if (m_loopLast && *m_loopLast < m_frame) m_loopLast.reset();
-    TellChange(stateDisplayChanged);
-}
-
-void ExamState::EndLoop()
-{
-    m_loopLast = m_frame;
-    if (m_loopFirst > m_frame) m_loopFirst = 0;
-    TellChange(stateDisplayChanged);
-}
-
-void ExamState::ClearLoop()
-{
-    m_loopFirst = 0;
-    m_loopLast.reset();
-    TellChange(stateDisplayChanged);
-}
-
-std::pair<int, int> ExamState::Loop() const
-{
-    if (!HasSource()) return {1, 1};
-    const int count = Source().Frames();
-    const int offset = 1 - Source().FirstFrame();
-    return {std::clamp(m_loopFirst + offset, 1, std::max(1, count)),
-            std::clamp(m_loopLast.value_or(count - offset) + offset, 1, std::max(1, count))};
-}
-
 std::wstring ExamState::OpenImage(const std::wstring& path)
 {
     if (!SourceNamed(path))
@@ -264,12 +90,6 @@ std::wstring ExamState::OpenImage(const std::wstring& path)
     const auto found = std::ranges::find(m_sources, path, &Entry::name);
     SelectImage(static_cast<std::size_t>(found - m_sources.begin()));
     return {};
-}
-
-int ExamState::FramesBehind() const
-{
-    if (!HasSource() || !Source().IsLive()) return 0;
-    return std::max(0, Source().FirstFrame() + Source().Frames() - 1 - m_frame);
 }
 
 void ExamState::ShowFrame()

@@ -485,7 +485,7 @@ TEST_F(CommandsTest, BroadcastsAStateWhenItHasChanged)
     Press('2'); // lets the frames stand, too
     EXPECT_EQ(std::exchange(listener.m_values, {}), (std::vector<int>{1, 1}));
     m_desk.BroadcastAll();
-    EXPECT_EQ(listener.m_values, (std::vector<int>{1, 1, 0, 1}));
+    EXPECT_EQ(listener.m_values, (std::vector<int>{1, 0, 1, 1}));
 }
 
 TEST_F(CommandsTest, OnlyOneRecordingRunsAtATime)

@@ -1,0 +1,128 @@
+// The study: its recordings and marks, undo and redo, and the frames that it keeps.
+#include "state/ExamState.h"
+
+#include "base/NumberedFiles.h"
+
+#include <base/Folders.h>
+#include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/MouseCapture.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+namespace exam {
+
+std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& folder)
+{
+    MouseCapture::Unlock();
+    m_study.Open(std::move(content));
+    m_studyFolder = folder;
+    m_kept.clear();
+    std::wstring problem;
+    for (const auto& object : Content().objects) {
+        std::wstring own = AddImageOf(*object);
+        if (problem.empty()) problem = std::move(own);
+    }
+    ShowStudy();
+    return problem;
+}
+
+std::wstring ExamState::AddImageOf(const StudyObject& object)
+{
+    if (object.image.empty() || SourceNamed(object.image)) return {};
+    const std::filesystem::path inStudy = std::filesystem::path(m_studyFolder) / object.image;
+    if (AddFile(inStudy.wstring(), object.image).empty()) return {};
+    return AddRecording(object.image);
+}
+
+const FrameSource* ExamState::SourceNamed(const std::wstring& image) const
+{
+    const auto found = std::ranges::find(m_sources, image, &Entry::name);
+    return found == m_sources.end() || image.empty() ? nullptr : found->source.get();
+}
+
+// Shows the marks that the study has now for the frame on display.
+void ExamState::ShowStudy()
+{
+    m_marks.Follow(FindFrame());
+    m_marks.Refresh();
+}
+
+bool ExamState::Undo()
+{
+    MouseCapture::Unlock();
+    const bool done = m_study.Undo();
+    ShowStudy();
+    return done;
+}
+
+bool ExamState::Redo()
+{
+    MouseCapture::Unlock();
+    const bool done = m_study.Redo();
+    ShowStudy();
+    return done;
+}
+
+bool ExamState::RemoveSelected()
+{
+    m_study.EndGesture();
+    const bool done = m_study.RemoveMark(m_marks.Selected());
+    ShowStudy();
+    return done;
+}
+
+void ExamState::RemoveShown()
+{
+    m_marks.Cancel();
+    m_study.BeginGesture();
+    for (const int number : m_marks.Shown())
+        m_study.RemoveMark(number);
+    m_study.EndGesture();
+    ShowStudy();
+}
+
+// The frame on display as the study names it; without an id when the study does not know it.
+StudyFrame ExamState::FindFrame() const
+{
+    if (!HasSource()) return {};
+    std::wstring name = m_sources[m_current].name;
+    if (const auto kept = m_kept.find({m_current, m_frame}); kept != m_kept.end())
+        name = kept->second;
+    const int frame = Source().IsLive() ? 0 : m_frame; // a live frame is kept as one of its own
+    for (const auto& object : Content().objects)
+        if (!name.empty() && object->image == name) return {object->id, frame};
+    return {};
+}
+
+StudyFrame ExamState::TakeUpFrame()
+{
+    if (!HasSource()) return {};
+    if (StudyFrame found = FindFrame(); !found.object.empty()) return found;
+    const std::pair key(m_current, m_frame);
+    if (Source().IsLive() && !m_kept.contains(key) && !KeepLiveFrame()) {
+        SetStatus(GetStr("exam.measure.unkept", m_studyFolder.c_str()));
+        return {};
+    }
+    StudyObject object;
+    object.image = Source().IsLive() ? m_kept[key] : m_sources[m_current].name;
+    const CineDescription& cine = Source().Description();
+    object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
+    m_study.AddObject(std::move(object));
+    return FindFrame();
+}
+
+// Writes the frame on display, which a probe will have no more, into the study's folder, and adds
+// it to the recordings.
+bool ExamState::KeepLiveFrame()
+{
+    const std::wstring path = FindNumbered(m_studyFolder, L"simulated-%03d.cine").next;
+    base::MakeFolders(m_studyFolder);
+    if (!WriteFrame(Source(), m_frame, path)) return false;
+    const std::wstring name = std::filesystem::path(path).filename().wstring();
+    m_kept[{m_current, m_frame}] = name;
+    return AddFile(path, name).empty();
+}
+
+} // namespace exam
