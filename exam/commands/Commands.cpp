@@ -46,6 +46,7 @@ CString NameOfKey(UINT key)
     case VK_RIGHT: return GetStr("exam.key.right");
     case VK_UP: return GetStr("exam.key.up");
     case VK_DOWN: return GetStr("exam.key.down");
+    case VK_BACK: return GetStr("exam.key.back");
     case VK_TAB: return L"Tab";
     case VK_ESCAPE: return L"Esc";
     case VK_HOME: return GetStr("exam.key.home");

@@ -71,8 +71,13 @@ public:
 
     /// Passes a press of the mouse on, in client coordinates. It begins the mark that was chosen.
     /// Otherwise in pointer style the selected mark takes it before the others, unless it hits
-    /// another one.
+    /// another one. A selected trace gives its points, one more where its outline is hit between
+    /// two, and the whole within it.
     void Press(UINT flags, CPoint at);
+
+    /// Takes the point that was in hand last out of the selected trace.
+    void RemovePoint();
+    bool CanRemovePoint() const;
 
     /// Chooses trackball or pointer style, and lets go of a point that is held.
     void SetInput(InputType input);
@@ -121,11 +126,13 @@ private:
     void Take(const MarkHandle& handle, int index);
     void Put(int number, std::size_t index, const PixelPoint& to);
     void Shift(int number, PixelPoint from, const PixelPoint& to);
-    void Move(int number, std::size_t index, const PixelPoint& to);
+    void Move(int number, int place, const PixelPoint& to);
     void MovePrecisely(MarkHandle& handle, int dx, int dy);
     void Release();
 
     bool PressMark(CPoint at);
+    bool PressTrace(const PixelPoint& at);
+    const Mark* SelectedTrace() const;
 
     Study& m_study;
     FrameSurface m_frameSurface;

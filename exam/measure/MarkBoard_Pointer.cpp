@@ -75,9 +75,63 @@ bool MarkBoard::PressMark(CPoint at)
             whole = handle.get();
     }
     m_last = place;
-    if (best.first && (best.second.distance <= hit || !whole))
+    if (best.first && best.second.distance <= hit)
         return MouseCapture::Lock(best.first, best.second.index);
-    return whole && MouseCapture::Lock(whole, static_cast<int>(Grips(*Find(whole->Number()))));
+    if (PressTrace(place)) return true;
+    if (whole) return MouseCapture::Lock(whole, static_cast<int>(Grips(*Find(whole->Number()))));
+    if (best.first) return MouseCapture::Lock(best.first, best.second.index);
+    const Mark* const trace = SelectedTrace();
+    return trace && Encloses(OutlineOf(trace->kind, PixelsOf(*trace)), place) &&
+           MouseCapture::Lock(HandleOf(m_selected), 0);
+}
+
+// Gives the press to the point of the selected trace that it hits. A press on the outline between
+// two points makes one there.
+bool MarkBoard::PressTrace(const PixelPoint& at)
+{
+    const Mark* const trace = SelectedTrace();
+    if (!trace) return false;
+    const PixelPoints points = PixelsOf(*trace);
+    const PixelPoints outline = OutlineOf(trace->kind, points);
+    const Nearest nearest = NearestGrip(points, points.size(), at);
+    if (nearest.distance <= lineHit)
+        return MouseCapture::Lock(HandleOf(m_selected), nearest.index + 1);
+    if (DistanceFrom(outline, at) > lineHit || points.size() >= InfoOf(MarkKind::trace).mostPoints)
+        return false;
+    const std::size_t place = NearestLine(outline, at);
+    MouseCapture::Lock(HandleOf(m_selected), static_cast<int>(place) + 1);
+    std::vector<MarkPoint> more = Find(m_selected)->points;
+    more.insert(more.begin() + static_cast<std::ptrdiff_t>(place),
+                SurfaceOf(MarkKind::trace).PointAt(at));
+    m_study.SetPoints(m_selected, std::move(more));
+    Refresh();
+    return true;
+}
+
+const Mark* MarkBoard::SelectedTrace() const
+{
+    const Mark* const mark = Find(Selected());
+    return mark && mark->kind == MarkKind::trace ? mark : nullptr;
+}
+
+bool MarkBoard::CanRemovePoint() const
+{
+    const Mark* const trace = SelectedTrace();
+    return trace && !IsWorking() && PointAtPlace(*trace, HandleOf(m_selected)->Active()) &&
+           trace->points.size() > InfoOf(MarkKind::trace).fewestPoints;
+}
+
+void MarkBoard::RemovePoint()
+{
+    if (!CanRemovePoint()) return;
+    MarkHandle& handle = *HandleOf(m_selected);
+    std::vector<MarkPoint> fewer = Find(m_selected)->points;
+    fewer.erase(fewer.begin() + handle.Active() - 1);
+    handle.LetGo();
+    PrecisionMouse::ClearPosition();
+    m_study.EndGesture();
+    m_study.SetPoints(m_selected, std::move(fewer));
+    Refresh();
 }
 
 // Adds a mark to what is on display. The result is its number; 0 when the study refuses it.
@@ -146,8 +200,8 @@ void MarkBoard::Take(const MarkHandle& handle, int index)
     const Mark* const mark = Find(handle.Number());
     if (mark && MouseCapture::GetInput() == InputTrackball) {
         const PixelPoints points = PixelsOf(*mark);
-        const auto at = static_cast<std::size_t>(index);
-        m_last = at < Grips(*mark) ? points[at] : MiddleOf(points);
+        const auto at = PointAtPlace(*mark, index);
+        m_last = at ? points[*at] : MiddleOf(points);
         CRect area = SurfaceOf(mark->kind).Area();
         area.OffsetRect(m_origin);
         MouseCapture::ClipCursor(&area);
@@ -158,12 +212,12 @@ void MarkBoard::Take(const MarkHandle& handle, int index)
     TellChange(stateMeasurementChanged);
 }
 
-void MarkBoard::Move(int number, std::size_t index, const PixelPoint& to)
+void MarkBoard::Move(int number, int place, const PixelPoint& to)
 {
     const Mark* const mark = Find(number);
     if (!mark) return;
-    if (index < Grips(*mark))
-        Put(number, index, to);
+    if (const auto index = PointAtPlace(*mark, place))
+        Put(number, *index, to);
     else
         Shift(number, m_last, to);
     Refresh();
@@ -206,11 +260,11 @@ void MarkBoard::MovePrecisely(MarkHandle& handle, int dx, int dy)
         m_study.BeginGesture();
         m_isPrecise = true;
     }
-    const auto index = static_cast<std::size_t>(handle.Active());
-    PixelPoint to = index < Grips(*mark) ? PixelsOf(*mark)[index] : m_last;
+    const auto index = PointAtPlace(*mark, handle.Active());
+    PixelPoint to = index ? PixelsOf(*mark)[*index] : m_last;
     to.x += dx * precisionStep;
     to.y += dy * precisionStep;
-    Move(handle.Number(), index, to);
+    Move(handle.Number(), handle.Active(), to);
 }
 
 void MarkBoard::Release()

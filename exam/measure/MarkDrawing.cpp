@@ -71,6 +71,8 @@ void DrawMark(CDC& dc, const Mark& mark, const PixelPoints& points, const MarkLo
     const std::vector<CPoint> pixels = Rounded(points);
     for (std::size_t i = 0; i < Grips(mark); ++i)
         DrawCross(dc, pixels[i], static_cast<int>(i) == look.active ? grabbedArm : restingArm);
+    if (const auto active = PointAtPlace(mark, look.active); active && Grips(mark) == 0)
+        DrawCross(dc, pixels[*active], grabbedArm);
     if (const CString label = LabelOf(mark); !label.IsEmpty())
         DrawLabel(dc, LabelPlace(pixels), label, look);
 }

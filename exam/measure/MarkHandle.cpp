@@ -21,7 +21,7 @@ bool MarkHandle::OnMouseInput(unsigned int message, unsigned int, int x, int y)
     if (m_active < 0) return false;
     if (message == WM_MOUSEMOVE) {
         const CPoint at = CPoint(x, y) - CSize(m_board.m_origin);
-        m_board.Move(m_number, static_cast<std::size_t>(m_active), Exactly(at));
+        m_board.Move(m_number, m_active, Exactly(at));
         return true;
     }
     // In trackball style the button puts the point down and takes up the next one.

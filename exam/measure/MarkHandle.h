@@ -17,7 +17,8 @@ public:
     MarkHandle(MarkBoard& board, int number) : m_board(board), m_number(number) {}
 
     int Number() const { return m_number; }
-    /// The point in hand, or that was in hand last; -1: none. The precision mouse moves it.
+    /// The place in hand, or that was in hand last, as PointAtPlace() counts; -1: none. The
+    /// precision mouse moves it.
     int Active() const { return m_active; }
     void LetGo() { m_active = -1; }
 

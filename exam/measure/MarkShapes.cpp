@@ -176,6 +176,15 @@ std::size_t Grips(const Mark& mark)
     return isDrawn ? 0 : mark.points.size();
 }
 
+std::optional<std::size_t> PointAtPlace(const Mark& mark, int place)
+{
+    const auto at = static_cast<std::size_t>(place);
+    if (place < 0) return {};
+    if (at < Grips(mark)) return at;
+    const bool isOfTrace = mark.kind == MarkKind::trace && at > 0 && at <= mark.points.size();
+    return isOfTrace ? std::optional(at - 1) : std::nullopt;
+}
+
 PixelPoints OutlineOf(MarkKind kind, const PixelPoints& points)
 {
     switch (kind) {
@@ -196,10 +205,33 @@ PixelPoints OutlineOf(MarkKind kind, const PixelPoints& points)
 
 double DistanceFrom(const PixelPoints& path, const PixelPoint& place)
 {
+    const std::size_t line = NearestLine(path, place);
+    return line == 0 ? 1e9 : DistanceFromLine(path[line - 1], path[line], place);
+}
+
+std::size_t NearestLine(const PixelPoints& path, const PixelPoint& place)
+{
+    std::size_t nearest = 0;
     double least = 1e9;
-    for (std::size_t i = 1; i < path.size(); ++i)
-        least = std::min(least, DistanceFromLine(path[i - 1], path[i], place));
-    return least;
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const double distance = DistanceFromLine(path[i - 1], path[i], place);
+        if (distance >= least) continue;
+        least = distance;
+        nearest = i;
+    }
+    return nearest;
+}
+
+bool Encloses(const PixelPoints& path, const PixelPoint& place)
+{
+    bool isInside = false; // changes at each line that is crossed on the way to the right
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const PixelPoint& a = path[i - 1];
+        const PixelPoint& b = path[i];
+        if ((a.y > place.y) == (b.y > place.y)) continue;
+        if (place.x < a.x + (b.x - a.x) * (place.y - a.y) / (b.y - a.y)) isInside = !isInside;
+    }
+    return isInside;
 }
 
 } // namespace exam

@@ -3,6 +3,7 @@
 #include "measure/MarkSurface.h"
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 // The shapes of marks in client pixels.
@@ -31,13 +32,23 @@ PixelPoints PointsAround(MarkKind kind, const PixelPoint& middle);
 /// stays at the end of the other axis.
 void PutPoint(MarkKind kind, PixelPoints& points, std::size_t index, const PixelPoint& to);
 
-/// The points that are put elsewhere one by one. A trace and a flow have none.
+/// The points that the arbitration offers one by one. A trace has too many, and a flow none.
 std::size_t Grips(const Mark& mark);
+
+/// The point that a place of a mark means: its grips come first, then the mark as a whole, which is
+/// no point, and then the points of a trace.
+std::optional<std::size_t> PointAtPlace(const Mark& mark, int place);
 
 /// The lines that a mark is drawn by, as one path from point to point; none for a text.
 PixelPoints OutlineOf(MarkKind kind, const PixelPoints& points);
 
 /// The distance of a place from the nearest part of a path; huge for an empty one.
 double DistanceFrom(const PixelPoints& path, const PixelPoint& place);
+
+/// The line of a path that is nearest to a place, by the index of the point that it ends at.
+std::size_t NearestLine(const PixelPoints& path, const PixelPoint& place);
+
+/// True for a place within a closed path.
+bool Encloses(const PixelPoints& path, const PixelPoint& place);
 
 } // namespace exam

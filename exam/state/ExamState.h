@@ -52,7 +52,8 @@ public:
     std::wstring OpenStudy(StudyContent content, const std::wstring& folder);
     const std::wstring& StudyFolder() const { return m_studyFolder; }
 
-    /// Change the study by its own operations; false when there is nothing to do.
+    /// Change the study by its own operations; false when there is nothing to do. The file of a
+    /// probe's frame goes and comes back with the frame.
     bool Undo();
     bool Redo();
     bool RemoveSelected();
@@ -171,6 +172,14 @@ private:
         std::wstring name;
     };
 
+    // The frame of a probe that the study keeps: the name of its file in the study's folder, and
+    // the bytes of that file while undo has taken it away.
+    struct KeptFrame
+    {
+        std::wstring name;
+        std::string bytes = {};
+    };
+
     void FitImage();
     void ShowAgain();
     void PlaceStrip();
@@ -181,6 +190,9 @@ private:
     StudyFrame FindFrame() const;
     StudyFrame TakeUpFrame();
     bool KeepLiveFrame();
+    void FollowKeptFrames();
+    bool TakeAway(KeptFrame& kept, std::size_t probe);
+    bool BringBack(KeptFrame& kept);
 
     ScreenLayout m_layout = ConsoleLayout();
     std::vector<Entry> m_sources;
@@ -196,7 +208,7 @@ private:
     BaselineHandle m_baseline{m_strip};
     Study m_study;
     std::wstring m_studyFolder;
-    std::map<std::pair<std::size_t, int>, std::wstring> m_kept; // the files of a probe's frames
+    std::map<std::pair<std::size_t, int>, KeptFrame> m_kept; // by the probe and its frame
     MarkBoard m_marks;
     int m_gain = 0;          // decibels
     int m_depth = fullDepth; // tenths of the recording's depth

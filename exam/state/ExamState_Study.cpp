@@ -3,15 +3,23 @@
 
 #include "base/NumberedFiles.h"
 
+#include <base/FileContents.h>
 #include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 
 namespace exam {
+
+namespace {
+
+constexpr std::size_t mostFrameBytes = 300'000'000; // more than a recording of one frame has
+
+} // namespace
 
 std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& folder)
 {
@@ -53,6 +61,7 @@ bool ExamState::Undo()
 {
     MouseCapture::Unlock();
     const bool done = m_study.Undo();
+    FollowKeptFrames();
     ShowStudy();
     return done;
 }
@@ -61,6 +70,7 @@ bool ExamState::Redo()
 {
     MouseCapture::Unlock();
     const bool done = m_study.Redo();
+    FollowKeptFrames();
     ShowStudy();
     return done;
 }
@@ -89,7 +99,7 @@ StudyFrame ExamState::FindFrame() const
     if (!HasSource()) return {};
     std::wstring name = m_sources[m_current].name;
     if (const auto kept = m_kept.find({m_current, m_frame}); kept != m_kept.end())
-        name = kept->second;
+        name = kept->second.name;
     const int frame = Source().IsLive() ? 0 : m_frame; // a live frame is kept as one of its own
     for (const auto& object : Content().objects)
         if (!name.empty() && object->image == name) return {object->id, frame};
@@ -106,10 +116,11 @@ StudyFrame ExamState::TakeUpFrame()
         return {};
     }
     StudyObject object;
-    object.image = Source().IsLive() ? m_kept[key] : m_sources[m_current].name;
+    object.image = Source().IsLive() ? m_kept[key].name : m_sources[m_current].name;
     const CineDescription& cine = Source().Description();
     object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
     m_study.AddObject(std::move(object));
+    FollowKeptFrames();
     return FindFrame();
 }
 
@@ -121,8 +132,53 @@ bool ExamState::KeepLiveFrame()
     base::MakeFolders(m_studyFolder);
     if (!WriteFrame(Source(), m_frame, path)) return false;
     const std::wstring name = std::filesystem::path(path).filename().wstring();
-    m_kept[{m_current, m_frame}] = name;
+    m_kept[{m_current, m_frame}] = {name};
     return AddFile(path, name).empty();
+}
+
+// Takes the files away that the study keeps no more, and brings those back that it keeps again.
+void ExamState::FollowKeptFrames()
+{
+    for (auto& [key, kept] : m_kept) {
+        const bool isKept =
+            std::ranges::any_of(Content().objects, [&name = kept.name](const auto& object) {
+                return object->image == name;
+            });
+        if (isKept == (SourceNamed(kept.name) != nullptr)) continue;
+        if (!(isKept ? BringBack(kept) : TakeAway(kept, key.first)))
+            SetStatus(GetStr("exam.measure.unkept", m_studyFolder.c_str()));
+    }
+}
+
+// The probe is shown again in the place of the file.
+bool ExamState::TakeAway(KeptFrame& kept, std::size_t probe)
+{
+    const std::wstring path = m_studyFolder + L"\\" + kept.name;
+    auto bytes = base::ReadFileWhole(path.c_str(), mostFrameBytes);
+    if (!bytes) return false;
+    const auto entry = std::ranges::find(m_sources, kept.name, &Entry::name);
+    const auto index = static_cast<std::size_t>(entry - m_sources.begin());
+    if (index == m_current) {
+        SelectImage(probe);
+        SetFrozen(true);
+    }
+    m_sources.erase(entry); // the file is closed
+    if (m_current > index) --m_current;
+    if (m_fitted && *m_fitted > index) --*m_fitted;
+    kept.bytes = std::move(*bytes);
+    return DeleteFileW(path.c_str()) != FALSE;
+}
+
+bool ExamState::BringBack(KeptFrame& kept)
+{
+    const std::filesystem::path path = m_studyFolder + L"\\" + kept.name;
+    {
+        std::ofstream file(path, std::ios::binary);
+        file.write(kept.bytes.data(), static_cast<std::streamsize>(kept.bytes.size()));
+        if (!file.flush()) return false;
+    }
+    kept.bytes.clear();
+    return AddFile(path.wstring(), kept.name).empty();
 }
 
 } // namespace exam

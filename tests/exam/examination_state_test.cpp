@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/Files.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/GetStr.h>
@@ -16,6 +17,7 @@
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -266,6 +268,42 @@ TEST_F(ExamStateTest, AMeasuredFrameOfAProbeIsKeptAndSaysThatItIsSimulated)
     EXPECT_TRUE(m_state.Marks().Shown().empty());
     m_state.SelectImage(3); // the frame that was kept
     EXPECT_EQ(m_state.Marks().Shown().size(), 2u);
+}
+
+TEST_F(ExamStateTest, UndoTakesTheFrameOfAProbeAwayAndRedoBringsItBack)
+{
+    m_state.OpenStudy({}, m_folder / L"S1");
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    ASSERT_TRUE(FollowProbe(m_state, 3));
+    m_state.ChooseMark(MarkKind::distance);
+    Measure({300, 200}, {300, 300});
+    const std::wstring path = m_folder / L"S1\\simulated-001.cine";
+    const std::string bytes = test_support::ReadFile(path);
+    ASSERT_FALSE(bytes.empty());
+    m_state.SelectImage(3); // the file
+    EXPECT_TRUE(m_state.Undo());
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(m_state.Current(), 2u); // the probe
+    EXPECT_EQ(m_state.SourceNamed(L"simulated-001.cine"), nullptr);
+    EXPECT_TRUE(m_state.Redo());
+    EXPECT_EQ(test_support::ReadFile(path), bytes);
+    m_state.SelectImage(3);
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+}
+
+TEST_F(ExamStateTest, AFrameThatWasTakenAwayIsKeptAgainForANewMark)
+{
+    m_state.OpenStudy({}, m_folder / L"S1");
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    ASSERT_TRUE(FollowProbe(m_state, 3));
+    m_state.ChooseMark(MarkKind::distance);
+    Measure({300, 200}, {300, 300});
+    EXPECT_TRUE(m_state.Undo());
+    Measure({310, 200}, {310, 300});
+    EXPECT_TRUE(std::filesystem::exists(m_folder / L"S1\\simulated-001.cine"));
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
 }
 
 TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)

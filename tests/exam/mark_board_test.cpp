@@ -124,6 +124,78 @@ TEST_F(MarkBoardTest, ATraceFollowsThePointer)
     EXPECT_NEAR(Value(mark, 1), Millimetres(60) * Millimetres(60) / 100, 1e-6);
 }
 
+class TraceTest : public MarkBoardTest
+{
+protected:
+    TraceTest()
+    {
+        m_board.Choose(MarkKind::trace);
+        Press({120, 100});
+        for (const CPoint at : {CPoint(180, 100), CPoint(180, 160), CPoint(120, 160)})
+            Move(at);
+        Release({120, 160});
+    }
+    const std::vector<MarkPoint>& Points() const { return At(1).points; }
+};
+
+TEST_F(TraceTest, ItsPointsMoveOneByOne)
+{
+    const StudyContent before = m_study.Content();
+    const std::vector<MarkPoint> points = Points();
+    Drag({180, 160}, {210, 190});
+    ASSERT_EQ(Points().size(), 4u);
+    EXPECT_NE(Points()[2], points[2]);
+    for (const std::size_t other : {0u, 1u, 3u})
+        EXPECT_EQ(Points()[other], points[other]) << other;
+    EXPECT_NEAR(Value(At(1), 1), Millimetres(60) * Millimetres(90) / 100, 1e-6);
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_EQ(m_study.Content(), before);
+}
+
+TEST_F(TraceTest, APressBetweenTwoPointsMakesOneAndADragMovesIt)
+{
+    Drag({150, 100}, {150, 70});
+    ASSERT_EQ(Points().size(), 5u);
+    EXPECT_NEAR(Value(At(1), 1), Millimetres(60) * Millimetres(75) / 100, 1e-6);
+    Drag({120, 130}, {90, 130}); // on the line that closes it
+    ASSERT_EQ(Points().size(), 6u);
+    EXPECT_NEAR(Value(At(1), 1), Millimetres(60) * Millimetres(90) / 100, 1e-6);
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_EQ(Points().size(), 4u);
+}
+
+TEST_F(TraceTest, ThePointInHandIsTakenOut)
+{
+    EXPECT_FALSE(m_board.CanRemovePoint()); // none was in hand yet
+    Drag({180, 160}, {182, 162});
+    const std::vector<MarkPoint> points = Points();
+    ASSERT_TRUE(m_board.CanRemovePoint());
+    m_board.RemovePoint();
+    EXPECT_EQ(Points(), (std::vector<MarkPoint>{points[0], points[1], points[3]}));
+    EXPECT_FALSE(m_board.CanRemovePoint());
+    Drag({120, 160}, {121, 161});
+    EXPECT_FALSE(m_board.CanRemovePoint()); // three are the fewest
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_TRUE(m_study.Undo());
+    EXPECT_EQ(Points(), points);
+}
+
+TEST_F(TraceTest, WithinItTheWholeMovesAndAnotherOneIsMovedByItsOutline)
+{
+    const std::vector<MarkPoint> points = Points();
+    Drag({150, 130}, {150, 140});
+    for (std::size_t i = 0; i < points.size(); ++i)
+        EXPECT_NE(Points()[i], points[i]);
+    EXPECT_NEAR(Value(At(1), 1), Millimetres(60) * Millimetres(60) / 100, 1e-6);
+    Make(MarkKind::distance, {60, 250}, {100, 250}); // it is selected now
+    Drag({150, 170}, {150, 160});
+    EXPECT_EQ(m_board.Selected(), 1);
+    ASSERT_EQ(Points().size(), 4u);
+    for (std::size_t i = 0; i < points.size(); ++i)
+        EXPECT_NEAR(Points()[i].y, points[i].y, 1e-6);
+}
+
 TEST_F(MarkBoardTest, APressWithoutADragMakesAMarkOfASizeThatCanBeWorked)
 {
     for (const MarkKind kind : {MarkKind::distance, MarkKind::angle, MarkKind::ellipse,
