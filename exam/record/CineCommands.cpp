@@ -6,6 +6,7 @@
 #include "image/ImageView.h"
 #include "record/MovieFile.h"
 #include "record/MovieSettings.h"
+#include "record/PixelCanvas.h"
 
 #include <Utils_Statics/CCineStoreAVI.h>
 
@@ -86,13 +87,13 @@ std::wstring Check(const RawCine& cine)
     return problem.empty() ? FindSizeProblem(cine) : problem;
 }
 
-// Copies the image on display into a bitmap of 32-bit pixels. It is empty when the platform
+// Copies the image on display into a bitmap of opaque 32-bit pixels. It is empty when the platform
 // refuses.
 void MakeBitmap(const ImageView& view, CBitmap& bitmap)
 {
     std::vector<unsigned int> pixels(view.GreyLevels().size());
     std::transform(view.GreyLevels().begin(), view.GreyLevels().end(), pixels.begin(),
-                   [](std::uint8_t level) { return level * 0x010101u; });
+                   [](std::uint8_t level) { return PixelCanvas::opaque | level * 0x010101u; });
     bitmap.CreateBitmap(view.Parameters().width, view.Parameters().height, 1, 32, pixels.data());
 }
 

@@ -14,6 +14,8 @@ namespace exam {
 class PixelCanvas
 {
 public:
+    static constexpr unsigned int opaque = 0xFF000000;
+
     // Makes a black picture. When the platform refuses, drawing does nothing and all pixels read as
     // black.
     explicit PixelCanvas(CSize size) : m_size(size), m_selection(MakeContext(), MakeBitmap()) {}
@@ -23,16 +25,19 @@ public:
     CDC& Context() { return m_dc; }
     void Clear() { m_dc.FillSolidRect(0, 0, m_size.cx, m_size.cy, RGB(0, 0, 0)); }
 
-    // Copies `part`, which lies within the picture, into `plane`.
+    // Copies `part`, which lies within the picture, into `plane`. The fourth byte of each pixel,
+    // which drawing leaves as it likes, becomes 255: some players take it for opacity.
     void Cut(const CRect& part, std::vector<unsigned int>& plane) const
     {
         const auto width = static_cast<std::size_t>(part.Width());
-        plane.assign(width * static_cast<std::size_t>(part.Height()), 0);
+        plane.assign(width * static_cast<std::size_t>(part.Height()), opaque);
         if (!m_selection) return;
         GdiFlush(); // drawing may still be under way
         auto out = plane.begin();
         for (std::ptrdiff_t y = part.top; y < part.bottom; ++y)
-            out = std::copy_n(m_pixels + y * m_size.cx + part.left, width, out);
+            out = std::transform(m_pixels + y * m_size.cx + part.left,
+                                 m_pixels + y * m_size.cx + part.left + width, out,
+                                 [](unsigned int pixel) { return pixel | opaque; });
     }
 
 private:

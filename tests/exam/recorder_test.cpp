@@ -1,6 +1,9 @@
 #include "record/Recorder.h"
 
+#include "base/FileReader.h"
 #include "base/ScreenLayout.h"
+#include "record/AviChunks.h"
+#include "record/CineCommands.h"
 #include "record/MovieFile.h"
 #include "record/MovieSettings.h"
 #include "screen/Screen.h"
@@ -14,10 +17,13 @@
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <utility>
+#include <vector>
 
 using namespace exam;
 
@@ -67,6 +73,27 @@ std::size_t FileLimit()
     return limit.empty() ? 0 : std::stoul(limit);
 }
 
+// The least fourth byte of all pixels of an uncompressed movie; -1 when it has no frame.
+int LeastOpacity(const std::wstring& movie)
+{
+    FileReader file;
+    if (!file.Open(movie)) return -1;
+    const auto riff = ReadChunk(file, 0, file.Size());
+    const auto frames = riff ? FindChunk(file, *riff, mmioFOURCC('m', 'o', 'v', 'i')) : riff;
+    int least = -1;
+    for (std::int64_t at = frames ? frames->begin : 0; frames && at < frames->end;) {
+        const auto frame = ReadChunk(file, at, frames->end);
+        if (!frame) return -1;
+        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(frame->end - frame->begin));
+        if (!IsFrame(frame->name) || !file.Read(frame->begin, bytes.data(), bytes.size()))
+            return -1;
+        for (std::size_t i = 3; i < bytes.size(); i += 4)
+            least = least < 0 ? bytes[i] : std::min<int>(least, bytes[i]);
+        at = Behind(*frame);
+    }
+    return least;
+}
+
 } // namespace
 
 TEST_F(RecorderTest, TellsOfAWholeRawRecording)
@@ -87,6 +114,17 @@ TEST_F(RecorderTest, TellsOfAWholeMovie)
     EXPECT_EQ(m_finished.frames, 3);
     EXPECT_TRUE(m_finished.whole);
     EXPECT_EQ(FindMovieProblem(m_finished.path, 3), L"");
+}
+
+TEST_F(RecorderTest, MoviesAreOpaqueInEveryPlayer)
+{
+    m_state.ShowStrip(true); // each of the composition's planes is there
+    m_recorder.StartMovie();
+    Record(2);
+    EXPECT_EQ(LeastOpacity(m_finished.path), 255);
+    ASSERT_TRUE(ReplayCine(test_support::BesideProgram(L"sample\\images\\linear.cine"),
+                           m_folder / L"replayed.avi", false));
+    EXPECT_EQ(LeastOpacity(m_folder / L"replayed.avi"), 255);
 }
 
 TEST_F(RecorderTest, RecordsNoMovieWhenTheSettingOfTheCodecCannotBeKept)
