@@ -100,17 +100,24 @@ std::vector<LoadedModule> LoadedModules()
     return modules;
 }
 
+std::optional<std::wstring> FileVersionText(const std::wstring& path)
+{
+    CMiniVersion version(path.c_str());
+    version.Release();
+    const bool isThere = version.Init() != 0; // the constructor reports no failure
+    version.Release();
+    if (!isThere) return {};
+    return Description(version);
+}
+
 bool PrintFileVersion(const std::wstring& path)
 {
     const std::wstring file = base::FullPath(path.c_str());
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) return Fail(L"there is no file " + path);
-    CMiniVersion version(file.c_str());
-    version.Release();
-    const bool isThere = version.Init() != 0; // the constructor reports no failure
-    version.Release();
-    if (!isThere) return Fail(path + L" has no version resource");
-    WriteOut(Description(version));
+    const auto text = FileVersionText(file);
+    if (!text) return Fail(path + L" has no version resource");
+    WriteOut(*text);
     return true;
 }
 

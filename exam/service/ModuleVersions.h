@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,10 @@ struct LoadedModule
 
 /// All modules, the program first.
 std::vector<LoadedModule> LoadedModules();
+
+/// The version resource of an executable file as lines of text; nothing when the file has none that
+/// is sound.
+std::optional<std::wstring> FileVersionText(const std::wstring& path);
 
 /// Prints the version resource of an executable file. False, with a sentence on standard error,
 /// when the file has none.
