@@ -2,11 +2,9 @@
 
 #include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
-#include "record/Repair.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
 
-#include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
 
@@ -29,22 +27,6 @@ Examination::Examination(ExamState& state, ExamWindow& window, const std::wstrin
 {
     m_recorder.SetFolder(folder);
     m_service.SetFolder(folder);
-}
-
-void Examination::ToggleRecording(bool isMovie)
-{
-    if (m_recorder.IsRecording()) return EndRecording();
-    m_recordsMovie = isMovie;
-    const CString sentence = isMovie ? m_recorder.StartMovie() : m_recorder.StartRaw();
-    m_state.SetStatus(sentence);
-    if (!m_recorder.IsRecording()) RaiseNotice(NoticeKind::error, sentence);
-    TellRecording();
-}
-
-void Examination::EndRecording()
-{
-    m_recorder.Stop();
-    TellRecording();
 }
 
 void Examination::Cancel()
@@ -179,19 +161,6 @@ void Examination::ExportReport()
     m_state.SetStatus(m_study.WriteReport(m_state, m_folder));
 }
 
-void Examination::RepairRecordings()
-{
-    for (const Repaired& repaired : RepairFolder(m_folder)) {
-        const CString path = repaired.path.c_str();
-        if (repaired.problem.empty())
-            Report(NoticeKind::finished,
-                   GetStr("exam.repair.done", path.GetString(), repaired.frames));
-        else
-            Report(NoticeKind::warning,
-                   GetStr("exam.repair.failed", path.GetString(), repaired.problem.c_str()));
-    }
-}
-
 void Examination::Pack()
 {
     SaveChanges();
@@ -248,34 +217,6 @@ void Examination::OnStateChange(StateChangeType type, unsigned int, long)
     if (type == stateFitChanged && m_recorder.IsRecording()) EndRecording();
     if (type == stateImageChanged && !m_state.IsFrameReadable())
         RaiseNotice(NoticeKind::warning, m_state.Status());
-}
-
-void Examination::TellRecording()
-{
-    const bool isRecording = m_recorder.IsRecording();
-    if (isRecording && !m_state.Recording()) {
-        m_wasFrozen = m_state.IsFrozen();
-        m_state.SetFrozen(false);
-    }
-    if (!isRecording && m_state.Recording() && m_wasFrozen) m_state.SetFrozen(true);
-    CStatusRecording::setState(isRecording);
-    std::optional<RunningRecording> recording;
-    if (isRecording) recording = {m_recordsMovie, m_recorder.Frames()};
-    m_state.SetRecording(recording);
-}
-
-void Examination::RecordingFinished(const FinishedRecording& recording)
-{
-    if (recording.frames == 0)
-        Report(NoticeKind::warning,
-               GetStr(recording.cutShort ? "exam.record.unwritable" : "exam.record.empty"));
-    else if (!recording.whole)
-        Report(NoticeKind::error, GetStr("exam.record.damaged", recording.path.c_str()));
-    else if (recording.cutShort)
-        Report(NoticeKind::warning, GetStr("exam.record.broken", recording.frames));
-    else
-        Report(NoticeKind::finished,
-               GetStr("exam.record.finished", recording.frames, recording.path.c_str()));
 }
 
 void Examination::Report(NoticeKind kind, const CString& sentence)

@@ -45,6 +45,8 @@ public:
     virtual std::wstring ChooseImage() = 0;
     /// Asks the user for one of these paths; empty when the user cancels.
     virtual std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) = 0;
+    /// Opens a file with the program that the system has for it; false when there is none.
+    virtual bool OpenElsewhere(const std::wstring& path) = 0;
     virtual void Close() = 0;
 
 protected:
@@ -86,6 +88,14 @@ public:
     /// Begins a recording of raw frames or of a movie, or ends the current one.
     void ToggleRecording(bool isMovie);
     void EndRecording();
+    /// Marks the frame that the running recording has taken last.
+    void MarkRecording();
+    /// Opens the recording that was finished last: a raw one here, a movie with the system's
+    /// player.
+    void OpenFinished();
+    /// Does what a click on the sentence of the status line means: opens the recording that it
+    /// tells of.
+    void FollowStatus();
 
     /// Ends what is under way: an open box, a point in hand, or a recording.
     void Cancel();
@@ -152,7 +162,7 @@ private:
     ExamWindow& m_window;
     std::wstring m_folder;
     Recorder m_recorder;
-    bool m_recordsMovie = false;
+    std::wstring m_finished;  // the last recording; empty: none yet
     bool m_wasFrozen = false; // before the recording
     StudyDesk m_study;
     PrecisionKeys m_precision;

@@ -1,5 +1,6 @@
 #include "image/CineFile.h"
 
+#include "image/CineMarks.h"
 #include "image/ImagingParameters.h"
 
 #include <qor_imgproc/FrameMap.h>
@@ -115,6 +116,7 @@ std::wstring CineFile::Open(const std::wstring& path)
     if (m_frames == 0 || m_frames > held)
         m_frames = static_cast<int>(std::min<std::int64_t>(held, INT_MAX));
     m_sizeProblem = FindSizeProblem(m_file);
+    m_marks = ReadMarks(path);
     return m_frames > 0 ? L"" : L"the file holds no whole frame";
 }
 

@@ -27,6 +27,8 @@ public:
     /// it does not.
     const std::wstring& SizeProblem() const { return m_sizeProblem; }
 
+    std::span<const int> Marks() const override { return m_marks; }
+
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
 
 private:
@@ -35,6 +37,7 @@ private:
     RawCine m_file;
     int m_frames = 0;
     std::wstring m_sizeProblem;
+    std::vector<int> m_marks;
 };
 
 /// One sentence that says why frames with this header cannot be shown; empty when they can.

@@ -4,6 +4,7 @@
 #include "image/RawCine.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace exam {
@@ -40,6 +41,9 @@ public:
     /// Reads the Lines() x Samples() bytes of a frame, line by line. False when there is no such
     /// frame, or it cannot be read; the content of `bytes` is of no use then.
     virtual bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const = 0;
+
+    /// The marked frames, in their order.
+    virtual std::span<const int> Marks() const { return {}; }
 
     /// The last columns of the flow's spectrum, at most this many. None without Doppler.
     virtual FlowSpectrum Flow(int columns) const;

@@ -2,17 +2,35 @@
 
 #include "base/NumberedFiles.h"
 #include "image/CineFile.h"
+#include "image/CineMarks.h"
 #include "record/MovieNote.h"
 #include "record/MovieSettings.h"
 
+#include <base/Handles.h>
 #include <Utils_Statics/GetStr.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
 namespace exam {
 
 namespace {
+
+constexpr wchar_t movieName[] = L"movie-%03d.avi";
+
+// Video for Windows counts places in movies in 31 bits.
+constexpr std::int64_t largestMovie = 0x7FFFFFFF; // bytes
+
+// The size of a file that is being written; 0 when the platform does not tell it.
+std::int64_t SizeOf(const std::wstring& path)
+{
+    const base::File file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER size{};
+    return file && GetFileSizeEx(file.get(), &size) ? size.QuadPart : 0;
+}
 
 // Records the frames on display byte for byte into a raw cine file.
 class RawRecording : public Recording
@@ -61,8 +79,8 @@ Recorder::~Recorder()
 
 CString Recorder::StartRaw()
 {
-    return Start(std::make_unique<RawRecording>(m_state), L"recording-%03d.cine",
-                 "exam.record.raw");
+    return Start(std::make_unique<RawRecording>(m_state), L"recording-%03d.cine", "exam.record.raw",
+                 false);
 }
 
 CString Recorder::StartMovie()
@@ -71,22 +89,61 @@ CString Recorder::StartMovie()
     // first.
     const std::optional<std::wstring> codec = PrepareMovieSettings();
     if (!codec) return GetStr("exam.record.nosetting");
-    if (!FindCodec(*codec)) return GetStr("exam.record.nocodec", codec->c_str());
-    return Start(MakeMovieRecording(m_state, m_paint, CodeOfCodec(*codec)), L"movie-%03d.avi",
-                 "exam.record.movie");
+    if (!FindCodec(*codec))
+        return GetStr("exam.record.nocodec", FindNumbered(m_folder, movieName).next.c_str(),
+                      codec->c_str());
+    return Start(MakeMovieRecording(m_state, m_paint, CodeOfCodec(*codec)), movieName,
+                 "exam.record.movie", true);
 }
 
 CString Recorder::Start(std::unique_ptr<Recording> recording, const wchar_t* name,
-                        const char* runningKey)
+                        const char* runningKey, bool isMovie)
 {
     std::error_code error; // a missing folder shows when the file is created
     std::filesystem::create_directories(m_folder, error);
     m_path = FindNumbered(m_folder, name).next;
     if (!recording->Start(m_path)) return GetStr("exam.record.nofile", m_path.c_str());
+    RemoveMarks(m_path); // those of an earlier recording of this name
     recording->Store().SetCompleteCallback(OnComplete, this);
     m_recording = std::move(recording);
     m_frames = 0;
+    m_running = {.isMovie = isMovie};
+    m_began = std::chrono::steady_clock::now();
+    MeasureRoom();
     return GetStr(runningKey);
+}
+
+const RunningRecording& Recorder::Running()
+{
+    const auto elapsed = std::chrono::steady_clock::now() - m_began;
+    const std::int64_t seconds = std::chrono::floor<std::chrono::seconds>(elapsed).count();
+    m_running.frames = m_frames;
+    if (seconds != m_running.seconds) {
+        m_running.seconds = seconds;
+        MeasureRoom();
+    }
+    return m_running;
+}
+
+void Recorder::MeasureRoom()
+{
+    ULARGE_INTEGER available{};
+    m_running.bytesLeft.reset();
+    m_running.secondsLeft.reset();
+    if (!GetDiskFreeSpaceExW(m_folder.c_str(), &available, nullptr, nullptr)) return;
+    const std::int64_t written = SizeOf(m_path);
+    m_running.bytesLeft = static_cast<std::int64_t>(available.QuadPart);
+    if (m_running.isMovie) // the smaller one counts
+        m_running.bytesLeft = std::min(*m_running.bytesLeft, largestMovie - written);
+    if (written > 0 && m_running.seconds > 0)
+        m_running.secondsLeft = *m_running.bytesLeft * m_running.seconds / written;
+}
+
+CString Recorder::Mark()
+{
+    const int frame = std::max(0, m_frames - 1);
+    return GetStr(AddMark(m_path, frame) ? "exam.record.marked" : "exam.record.unmarked", frame + 1,
+                  m_path.c_str());
 }
 
 bool Recorder::AddFrame()
@@ -113,7 +170,10 @@ void Recorder::End(bool cutShort)
     ended->Store().EndStorage();
     const bool whole = m_announced && ended->IsWhole(m_path, m_frames);
     // A file without a frame has nothing to keep, and the number is free again.
-    if (m_frames == 0) DeleteFileW(m_path.c_str());
+    if (m_frames == 0) {
+        DeleteFileW(m_path.c_str());
+        RemoveMarks(m_path);
+    }
     if (m_frames == 0 || whole) RemoveNote(m_path); // any other one can be repaired
     if (m_finished) m_finished({m_path, m_frames, whole, cutShort});
 }

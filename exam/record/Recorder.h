@@ -2,6 +2,7 @@
 
 #include "record/Recording.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -43,6 +44,12 @@ public:
     bool IsRecording() const { return m_recording != nullptr; }
     int Frames() const { return m_frames; }
 
+    /// What is known of the running recording. The disk is asked once a second.
+    const RunningRecording& Running();
+
+    /// Marks the last recorded frame. The result is a sentence in the current language.
+    CString Mark();
+
     /// Keeps what is on display as the next frame. False when it could not be written; the
     /// recording has ended then.
     bool AddFrame();
@@ -50,8 +57,9 @@ public:
     void Stop();
 
 private:
-    CString Start(std::unique_ptr<Recording> recording, const wchar_t* name,
-                  const char* runningKey);
+    CString Start(std::unique_ptr<Recording> recording, const wchar_t* name, const char* runningKey,
+                  bool isMovie);
+    void MeasureRoom();
     void End(bool cutShort);
     static void OnComplete(const wchar_t* path, void* self) noexcept;
 
@@ -62,6 +70,8 @@ private:
     std::unique_ptr<Recording> m_recording;
     std::wstring m_path; // file of the recording
     int m_frames = 0;
+    RunningRecording m_running;
+    std::chrono::steady_clock::time_point m_began;
     bool m_announced = false; // the store has announced the file
 };
 

@@ -4,6 +4,7 @@
 #include "base/Palette.h"
 #include "measure/SpectralStrip.h"
 #include "screen/InfoPanel.h"
+#include "screen/RecordingText.h"
 #include "screen/Timeline.h"
 
 #include <base/GdiHandles.h>
@@ -79,8 +80,8 @@ void DrawDot(CDC& dc, const CRect& area)
     dc.Ellipse(&area);
 }
 
-// Draws a red dot and the number of recorded frames.
-void DrawRecordingMark(CDC& dc, const ScreenLayout& layout, int frames)
+// Draws a red dot and the time of the recording.
+void DrawRecordingMark(CDC& dc, const ScreenLayout& layout, const RunningRecording& recording)
 {
     CRect box = layout.recordingMark;
     const int size = layout.Scaled(dotSize);
@@ -88,7 +89,7 @@ void DrawRecordingMark(CDC& dc, const ScreenLayout& layout, int frames)
     box.left += size + layout.Scaled(gap);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::text);
-    dc.DrawText(GetStr("exam.record.mark", frames), &box,
+    dc.DrawText(RecordingTimeText(recording), &box,
                 DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
@@ -137,8 +138,10 @@ void DrawControls(CDC& dc, const ExamState& state)
 {
     const ScreenLayout& layout = state.Layout();
     DrawTimeline(dc, state);
-    if (state.Recording()) DrawRecordingMark(dc, layout, state.Recording()->frames);
-    DrawBar(dc, layout, layout.status, state.Status(), GetStr("exam.keys"));
+    const auto& recording = state.Recording();
+    if (recording) DrawRecordingMark(dc, layout, *recording);
+    DrawBar(dc, layout, layout.status, state.Status(),
+            recording ? RecordingRoomText(*recording) : GetStr("exam.keys"));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include <atlstr.h>
 
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -27,6 +28,9 @@ struct RunningRecording
 {
     bool isMovie = false;
     int frames = 0;
+    std::int64_t seconds = 0;                     ///< whole ones since it began
+    std::optional<std::int64_t> bytesLeft = {};   ///< that it can still take; none: not known
+    std::optional<std::int64_t> secondsLeft = {}; ///< at its rate so far; none: not known
 };
 
 /// The state of the examination. It knows no window: windows paint it, commands change it, and the

@@ -75,13 +75,13 @@ void NothingRecorded(TourContext& context, const std::wstring& folder)
                         L"a recording without a frame leaves no file");
 }
 
-void MissingCodec(TourContext& context)
+void MissingCodec(TourContext& context, const std::wstring& movie)
 {
     context.SetCodec(L"no such codec");
     context.Key('V');
     context.report.Step(!context.state.Recording() &&
                             context.state.Status() ==
-                                GetStr("exam.record.nocodec", L"no such codec"),
+                                GetStr("exam.record.nocodec", movie.c_str(), L"no such codec"),
                         L"a codec that is missing is told, and nothing is recorded");
 }
 
@@ -111,7 +111,7 @@ void TourRecording(TourContext& context)
     RawRecordingOfAllFrames(context, folder);
     AnotherImageEndsTheRecording(context, folder);
     NothingRecorded(context, folder);
-    MissingCodec(context);
+    MissingCodec(context, folder + L"\\movie-001.avi");
     Movie(context, L"Uncompressed", folder + L"\\movie-001.avi");
     if (FindCodec(L"MJPG"))
         Movie(context, L"MJPG", folder + L"\\movie-002.avi");

@@ -215,6 +215,11 @@ std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)
     return ChooseFromMenu(GetSafeHwnd(), paths);
 }
 
+bool MainWindow::OpenElsewhere(const std::wstring& path)
+{
+    return OpenWithSystem(GetSafeHwnd(), path);
+}
+
 LRESULT MainWindow::OnDropFiles(WPARAM dropped, LPARAM)
 {
     for (const std::wstring& path : TakeDropped(reinterpret_cast<HDROP>(dropped)))

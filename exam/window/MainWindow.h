@@ -89,6 +89,7 @@ private:
               const FormCheck& check) override;
     std::wstring ChooseImage() override;
     std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override;
+    bool OpenElsewhere(const std::wstring& path) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;

@@ -99,6 +99,7 @@ LRESULT MainWindow::OnContextMenu(WPARAM, LPARAM place)
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
     if (m_state.Layout().timeline.PtInRect(point)) return Take(Drag::timeline, point);
+    if (m_state.Layout().status.PtInRect(point)) return m_exam.FollowStatus();
     m_state.Press(flags, point);
     // A press that no tool takes moves the image.
     if (!MouseCapture::IsLocked() && m_state.View().Zoom() != 1) Take(Drag::image, point);

@@ -2,6 +2,9 @@
 #include "base/ScreenLayout.h"
 #include "commands/CommandDesk.h"
 #include "commands/Commands.h"
+#include "record/PixelCanvas.h"
+#include "screen/RecordingText.h"
+#include "screen/Timeline.h"
 #include "service/PatientForm.h"
 #include "service/StudyArchive.h"
 
@@ -68,6 +71,11 @@ public:
         m_offered = paths;
         return m_chosen;
     }
+    bool OpenElsewhere(const std::wstring& path) override
+    {
+        m_opened = path;
+        return m_hasPlayer;
+    }
     void Close() override { ++m_closed; }
 
     CWnd m_owner;
@@ -84,6 +92,8 @@ public:
     std::optional<CString> m_text;
     std::wstring m_chosen;
     std::vector<std::wstring> m_offered;
+    std::wstring m_opened;
+    bool m_hasPlayer = true;
     int m_closed = 0;
 };
 
@@ -504,6 +514,73 @@ TEST_F(CommandsTest, OnlyOneRecordingRunsAtATime)
     EXPECT_EQ(m_state.Status(),
               GetStr("exam.record.finished", 1, (m_folder / L"recording-001.cine").c_str()));
     EXPECT_TRUE(IsPossible('V'));
+}
+
+TEST_F(CommandsTest, MarksStayWithTheRecordingThatOneKeyOpens)
+{
+    const std::wstring path = m_folder / L"recording-001.cine";
+    m_state.SelectImage(1);
+    EXPECT_FALSE(IsPossible(VK_F8));
+    Press(VK_F9);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.record.none"));
+    Press('C');
+    for (int frame = 1; frame <= 4; ++frame) {
+        m_exam.Advance();
+        if (frame % 2 == 0) Press(VK_F8);
+    }
+    EXPECT_EQ(m_state.Status(), GetStr("exam.record.marked", 4, path.c_str()));
+    Press('C');
+    m_state.SetStatus(L"something else");
+    m_exam.FollowStatus();
+    EXPECT_EQ(m_state.Current(), 1u);
+    Press(VK_F9);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.image.opened", path.c_str()));
+    EXPECT_EQ(m_state.Source().Frames(), 4);
+    EXPECT_TRUE(std::ranges::equal(m_state.Source().Marks(), std::vector<int>{1, 3}));
+}
+
+TEST_F(CommandsTest, TheTimelineShowsTheMarks)
+{
+    const std::wstring path = m_folder / L"marked.cine";
+    std::filesystem::copy_file(test_support::BesideProgram(L"sample\\images\\linear.cine"), path);
+    for (const char* const marks : {"", "2\nnonsense\n99\n-1\n"}) {
+        std::ofstream(std::filesystem::path(path + L".marks")) << marks;
+        ExamState state;
+        state.SetLayout(WindowLayout({.client = {1280, 800}}), {0, 0});
+        EXPECT_EQ(state.OpenImage(path), L"");
+        PixelCanvas picture(state.Layout().client);
+        DrawTimeline(picture.Context(), state);
+        std::vector<unsigned int> pixels;
+        picture.Cut(state.Layout().timeline, pixels);
+        const bool isMarked = std::ranges::count(pixels, 0xFFAAB8C8u) > 0; // palette::scale
+        EXPECT_EQ(isMarked, *marks != 0);
+    }
+}
+
+TEST_F(CommandsTest, TheScreenTellsTheTimeOfARecordingAndWhatIsLeft)
+{
+    RunningRecording recording{false, 12, 65};
+    EXPECT_EQ(RecordingTimeText(recording), L"REC 1:05");
+    EXPECT_EQ(RecordingRoomText(recording), L"12 frames");
+    recording.secondsLeft = 3725;
+    recording.bytesLeft = 3'440'000'000;
+    EXPECT_EQ(RecordingRoomText(recording), L"12 frames, 1:02:05 left, 3.4 GB free");
+    recording.bytesLeft = 999'000'000;
+    zel_string_convert::SetLanguage(L"de");
+    EXPECT_EQ(RecordingRoomText(recording), L"12 Bilder, noch 1:02:05, 999 MB frei");
+}
+
+TEST_F(CommandsTest, AClickOnItsSentenceOpensAFinishedMovie)
+{
+    s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"Uncompressed");
+    Press('V');
+    m_exam.Advance();
+    Press('V');
+    m_exam.FollowStatus();
+    EXPECT_EQ(m_window.m_opened, m_folder / L"movie-001.avi");
+    m_window.m_hasPlayer = false;
+    m_exam.FollowStatus();
+    EXPECT_EQ(m_state.Status(), GetStr("exam.record.noplayer", m_window.m_opened.c_str()));
 }
 
 TEST_F(CommandsTest, ARecordingEndsWhenTheImageHasAnotherSize)

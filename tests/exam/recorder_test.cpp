@@ -2,6 +2,7 @@
 
 #include "base/FileReader.h"
 #include "base/ScreenLayout.h"
+#include "image/CineMarks.h"
 #include "record/AviChunks.h"
 #include "record/CineCommands.h"
 #include "record/MovieFile.h"
@@ -125,6 +126,50 @@ TEST_F(RecorderTest, MoviesAreOpaqueInEveryPlayer)
     ASSERT_TRUE(ReplayCine(test_support::BesideProgram(L"sample\\images\\linear.cine"),
                            m_folder / L"replayed.avi", false));
     EXPECT_EQ(LeastOpacity(m_folder / L"replayed.avi"), 255);
+}
+
+TEST_F(RecorderTest, TellsItsTimeAndWhatIsLeft)
+{
+    m_recorder.StartRaw();
+    EXPECT_EQ(m_recorder.Running().seconds, 0);
+    EXPECT_FALSE(m_recorder.Running().secondsLeft); // there is no rate yet
+    for (int i = 0; i < 100 && m_recorder.Running().seconds < 1; ++i) {
+        EXPECT_TRUE(m_recorder.AddFrame());
+        Sleep(25); // frames come at a rate
+    }
+    const RunningRecording running = m_recorder.Running();
+    EXPECT_EQ(running.frames, m_recorder.Frames());
+    EXPECT_EQ(running.seconds, 1);
+    std::error_code error;
+    const auto space = std::filesystem::space(m_folder.Path(), error).available;
+    ASSERT_TRUE(running.bytesLeft && running.secondsLeft);
+    EXPECT_NEAR(static_cast<double>(*running.bytesLeft), static_cast<double>(space), 2e8);
+    const double rate = 128.0 * 1536 * running.frames; // bytes in this second
+    EXPECT_NEAR(static_cast<double>(*running.secondsLeft) * rate,
+                static_cast<double>(*running.bytesLeft), 0.2 * static_cast<double>(space));
+    m_recorder.Stop();
+}
+
+TEST_F(RecorderTest, AMovieHasNoMoreRoomThanItsFormat)
+{
+    m_recorder.StartMovie();
+    EXPECT_LE(m_recorder.Running().bytesLeft, 0x7FFFFFFF);
+    m_recorder.Stop();
+}
+
+TEST_F(RecorderTest, ANewRecordingHasNoMarksOfAnOlderOne)
+{
+    const std::wstring path = m_folder / L"recording-001.cine";
+    EXPECT_TRUE(AddMark(path, 7));
+    m_recorder.StartRaw();
+    m_recorder.AddFrame();
+    m_recorder.Mark();
+    EXPECT_EQ(ReadMarks(path), std::vector<int>{0});
+    Record(0);
+    m_recorder.StartRaw();
+    m_recorder.Mark();
+    Record(0);
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"recording-002.cine.marks"));
 }
 
 TEST_F(RecorderTest, RecordsNoMovieWhenTheSettingOfTheCodecCannotBeKept)
