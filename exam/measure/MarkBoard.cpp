@@ -129,13 +129,14 @@ void MarkBoard::SetInput(InputType input)
     MouseCapture::Initialize(m_area + m_origin, input);
 }
 
-void MarkBoard::Draw(CDC& dc, MarkPlace place) const
+void MarkBoard::Draw(CDC& dc, MarkPlace place, double scale) const
 {
     for (const auto& handle : m_handles) {
         const Mark& mark = *Find(handle->Number());
         if (InfoOf(mark.kind).place == place)
-            DrawMark(dc, mark, PixelsOf(mark),
-                     {mark.number == m_selected, handle->Active(), SurfaceOf(mark.kind).Area()});
+            DrawMark(
+                dc, mark, PixelsOf(mark),
+                {mark.number == m_selected, handle->Active(), SurfaceOf(mark.kind).Area(), scale});
     }
 }
 
@@ -167,7 +168,7 @@ bool MarkBoard::IsShown(const Mark& mark) const
     const MarkSurface& surface = SurfaceOf(mark.kind);
     if (surface.Area().IsRectEmpty() || mark.object != m_frame.object) return false;
     return (isOnStrip || mark.frame == m_frame.frame) &&
-           std::ranges::all_of(mark.points,
+           std::ranges::any_of(mark.points,
                                [&](const MarkPoint& point) { return surface.Shows(point); });
 }
 

@@ -61,7 +61,8 @@ public:
     int Selected() const;
     void Select(int number);
 
-    /// The numbers of the marks on display.
+    /// The numbers of the marks on display. One that is only in part can be worked by what is seen
+    /// of it.
     std::vector<int> Shown() const;
 
     /// True while a point, or a mark that begins, is in hand.
@@ -86,8 +87,9 @@ public:
     /// pixels the pointer is arbitrated.
     void SetArea(const CRect& area, CPoint origin);
 
-    /// Draws the marks of a place in client pixels.
-    void Draw(CDC& dc, MarkPlace place) const;
+    /// Draws the marks of a place in client pixels. `scale`: the pixels that stand for one pixel at
+    /// 96 dpi.
+    void Draw(CDC& dc, MarkPlace place, double scale) const;
 
 private:
     friend class MarkHandle;
@@ -112,6 +114,7 @@ private:
     PixelPoints PixelsOf(const Mark& mark) const;
     std::vector<MarkPoint> PointsAt(MarkKind kind, const PixelPoints& pixels) const;
     bool IsShown(const Mark& mark) const;
+    bool IsBeside(int number, int place) const;
     MarkHandle* HandleOf(int number) const;
 
     bool UpdateHandles();
@@ -152,6 +155,7 @@ private:
     PixelPoint m_from;        // where the drag began
     PixelPoint m_last;        // where it is now
     PixelPoints m_stroke;     // of a trace that begins
+    bool m_isBeside = false;  // the point in hand was not on display when it was taken
     bool m_isPrecise = false; // the gesture of the study is one of the precision mouse
 };
 

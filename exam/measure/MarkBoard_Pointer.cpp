@@ -196,9 +196,10 @@ void MarkBoard::Take(const MarkHandle& handle, int index)
         if (other.get() != &handle) other->LetGo();
     m_selected = handle.Number();
     m_isPrecise = false;
+    m_isBeside = IsBeside(handle.Number(), index);
     m_study.BeginGesture();
     const Mark* const mark = Find(handle.Number());
-    if (mark && MouseCapture::GetInput() == InputTrackball) {
+    if (mark && !m_isBeside && MouseCapture::GetInput() == InputTrackball) {
         const PixelPoints points = PixelsOf(*mark);
         const auto at = PointAtPlace(*mark, index);
         m_last = at ? points[*at] : MiddleOf(points);
@@ -212,10 +213,21 @@ void MarkBoard::Take(const MarkHandle& handle, int index)
     TellChange(stateMeasurementChanged);
 }
 
+// True for a point that is not on display. Nobody sees where it would go, so it stays.
+bool MarkBoard::IsBeside(int number, int place) const
+{
+    const Mark* const mark = Find(number);
+    const auto index = mark ? PointAtPlace(*mark, place) : std::nullopt;
+    if (!index) return false;
+    const MarkSurface& surface = SurfaceOf(mark->kind);
+    const MarkPoint& point = mark->points[*index];
+    return !surface.Shows(point) || !surface.Area().PtInRect(PixelAt(surface.PixelOf(point)));
+}
+
 void MarkBoard::Move(int number, int place, const PixelPoint& to)
 {
     const Mark* const mark = Find(number);
-    if (!mark) return;
+    if (!mark || m_isBeside) return;
     if (const auto index = PointAtPlace(*mark, place))
         Put(number, *index, to);
     else

@@ -12,9 +12,6 @@ namespace exam {
 
 namespace {
 
-constexpr int lineHeight = 18;
-constexpr int indent = 14;
-
 struct Line
 {
     CString text;
@@ -40,6 +37,9 @@ std::vector<Line> LinesOf(const StudyContent& study, const std::vector<int>& num
 void DrawMarkList(CDC& dc, const CRect& area, const StudyContent& study,
                   const std::vector<int>& numbers, int selected)
 {
+    const CSize letter = dc.GetTextExtent(L"0"); // lines and indents follow the font
+    const int lineHeight = letter.cy + 1;
+    const int indent = 2 * letter.cx;
     std::vector<Line> lines = LinesOf(study, numbers);
     const auto room = static_cast<std::size_t>(area.Height() / lineHeight);
     if (room > 0 && lines.size() > room) {

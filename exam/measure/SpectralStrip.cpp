@@ -3,6 +3,7 @@
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "image/GreyBitmap.h"
+#include "study/StudyTexts.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/CDopplerScaling.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -18,10 +20,17 @@ namespace exam {
 
 namespace {
 
+// Lengths in pixels at 96 dpi.
 constexpr int scaleWidth = 82;
-constexpr int captionHeight = 22; // of a line of text;
-constexpr double metresPerTick = 0.25;
-constexpr int leastRoom = 16; // pixels that stay on both sides of the baseline
+constexpr int captionHeight = 22; // of a line of text
+constexpr int captionMargin = 16;
+constexpr int leastRoom = 16; // stays on both sides of the baseline
+constexpr int longTick = 6;
+constexpr int shortTick = 3;
+constexpr int tickGap = 4;
+
+// The steps between two ticks of velocity, in metres per second.
+constexpr double tickSteps[] = {0.25, 0.5, 1, 2, 5};
 
 // The row of the window in which a bin of the spectrum lies.
 int RowOfBin(const CRect& plot, int bin)
@@ -48,33 +57,29 @@ void DrawTrace(CDC& dc, const CRect& plot, int left, const spectralTraceData& tr
     DrawLines(dc, points);
 }
 
-void DrawVelocityTick(CDC& dc, const CRect& plot, int baseline, double velocity, double perPixel)
+int TextHeight(CDC& dc)
 {
-    const int y = baseline - static_cast<int>(std::lround(velocity / perPixel));
-    if (y < plot.top + 8 || y > plot.bottom - 8) return;
-    DrawLines(dc, {CPoint(plot.right, y), CPoint(plot.right + 6, y)});
-    CRect box(plot.right + 10, y - 8, plot.right + scaleWidth, y + 8);
-    dc.DrawText(GetStr("exam.value.velocity", velocity), &box,
-                DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    return dc.GetTextExtent(L"0").cy;
 }
 
-void DrawVelocities(CDC& dc, const CRect& plot)
+// The velocity from one number of the scale to the next, so that the numbers stand apart.
+double TickStep(double perPixel, int textHeight)
 {
-    const int baseline = Baseline(plot);
-    DrawLines(dc, {CPoint(plot.left, baseline), CPoint(plot.right, baseline)});
-    if (const double perPixel = CDopplerScaling::GetVelPerPixel(); perPixel > 0)
-        for (int tick = -16; tick <= 16; ++tick)
-            DrawVelocityTick(dc, plot, baseline, tick * metresPerTick, perPixel);
+    constexpr double between = 1.5; // heights of the text
+    for (const double step : tickSteps)
+        if (step / perPixel >= between * textHeight) return step;
+    return tickSteps[std::size(tickSteps) - 1];
 }
 
 } // namespace
 
-void SpectralStrip::Place(const CRect& area)
+void SpectralStrip::Place(const CRect& area, double scale)
 {
     m_area = area;
+    m_scale = scale;
     m_plot = area;
-    m_plot.right -= std::min<int>(scaleWidth, area.Width());
-    m_plot.bottom -= std::min<int>(captionHeight, area.Height());
+    m_plot.right -= std::min<int>(Scaled(scaleWidth), area.Width());
+    m_plot.bottom -= std::min<int>(Scaled(captionHeight), area.Height());
     MoveBaseline(0);
 }
 
@@ -93,7 +98,7 @@ void SpectralStrip::Show(FlowSpectrum flow)
 
 void SpectralStrip::MoveBaseline(int pixels)
 {
-    const int most = std::max(0, m_plot.Height() / 2 - leastRoom);
+    const int most = std::max(0, m_plot.Height() / 2 - Scaled(leastRoom));
     m_baseline = std::clamp(m_baseline + pixels, -most, most);
     CDopplerScaling::SetPWDisplayHeight(m_plot.Height());
     CDopplerScaling::SetBaselineStartPos(m_baseline);
@@ -122,7 +127,8 @@ void SpectralStrip::Draw(CDC& dc) const
     dc.FillSolidRect(&m_area, palette::background);
     dc.SetBkMode(TRANSPARENT);
     if (HasFlow()) DrawSpectra(dc);
-    CRect caption(m_area.left + 16, m_plot.bottom - captionHeight, m_plot.right, m_plot.bottom);
+    CRect caption(m_area.left + Scaled(captionMargin), m_plot.bottom - Scaled(captionHeight),
+                  m_plot.right, m_plot.bottom);
     dc.SetTextColor(palette::label);
     dc.DrawText(GetStr(HasFlow() ? "exam.doppler.simulated" : "exam.doppler.none"), &caption,
                 DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
@@ -130,7 +136,7 @@ void SpectralStrip::Draw(CDC& dc) const
     CPen pen(PS_SOLID, 1, palette::scale);
     const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
     dc.SetTextColor(palette::scale);
-    DrawVelocities(dc, m_plot);
+    DrawVelocities(dc);
     DrawTimes(dc);
     const int left = m_plot.right - m_flow.columns;
     DrawTrace(dc, m_plot, left, m_traces, eTraceMeanForward, palette::label);
@@ -155,6 +161,30 @@ void SpectralStrip::DrawSpectra(CDC& dc) const
               pixels.data());
 }
 
+void SpectralStrip::DrawVelocity(CDC& dc, double velocity, int y) const
+{
+    const int half = TextHeight(dc) / 2;
+    if (y < m_plot.top + half || y > m_plot.bottom - half) return;
+    const int end = m_plot.right + Scaled(longTick);
+    DrawLines(dc, {CPoint(m_plot.right, y), CPoint(end, y)});
+    CRect box(end + Scaled(tickGap), y - half, m_area.right, y + half + 1);
+    dc.DrawText(GetStr("exam.value.velocity", NumberText(velocity, 2).c_str()), &box,
+                DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+void SpectralStrip::DrawVelocities(CDC& dc) const
+{
+    const int baseline = BaselineRow();
+    DrawLines(dc, {CPoint(m_plot.left, baseline), CPoint(m_plot.right, baseline)});
+    const double perPixel = CDopplerScaling::GetVelPerPixel();
+    if (perPixel <= 0) return;
+    const double step = TickStep(perPixel, TextHeight(dc));
+    const int most = static_cast<int>(2 * m_plot.Height() * perPixel / step);
+    for (int tick = -most; tick <= most; ++tick)
+        DrawVelocity(dc, tick * step,
+                     baseline - static_cast<int>(std::lround(tick * step / perPixel)));
+}
+
 // Draws the time axis below the spectra: a tick every half second, those of whole seconds numbered.
 void SpectralStrip::DrawTimes(CDC& dc) const
 {
@@ -164,11 +194,13 @@ void SpectralStrip::DrawTimes(CDC& dc) const
         const int x = static_cast<int>(std::lround(ColumnOf(half / 2.0)));
         if (x < m_plot.left || x < m_plot.right - m_flow.columns) break;
         const bool isWhole = half % 2 == 0;
-        DrawLines(dc, {CPoint(x, m_plot.bottom), CPoint(x, m_plot.bottom + (isWhole ? 6 : 3))});
-        CRect box(x + 3, m_plot.bottom + 2, x + 60, m_area.bottom);
+        const int tick = Scaled(isWhole ? longTick : shortTick);
+        DrawLines(dc, {CPoint(x, m_plot.bottom), CPoint(x, m_plot.bottom + tick)});
+        const CString text = GetStr("exam.value.seconds", half / 2);
+        CRect box(x + Scaled(tickGap), m_plot.bottom + 1, m_area.right, m_area.bottom);
+        box.right = box.left + dc.GetTextExtent(text).cx;
         if (isWhole && box.right < m_plot.right)
-            dc.DrawText(GetStr("exam.value.seconds", half / 2), &box,
-                        DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
+            dc.DrawText(text, &box, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
     }
 }
 

@@ -17,8 +17,9 @@ public:
     SpectralStrip(const SpectralStrip&) = delete;
     SpectralStrip& operator=(const SpectralStrip&) = delete;
 
-    /// Puts the strip at a place in the client area. It is hidden in an empty one.
-    void Place(const CRect& area);
+    /// Puts the strip at a place in the client area. It is hidden in an empty one. `scale`: the
+    /// pixels that stand for one pixel at 96 dpi.
+    void Place(const CRect& area, double scale = 1);
 
     /// Shows the end of a flow, or nothing for one without columns.
     void Show(FlowSpectrum flow);
@@ -48,10 +49,14 @@ public:
     void Draw(CDC& dc) const;
 
 private:
+    int Scaled(int pixels) const { return static_cast<int>(pixels * m_scale + 0.5); }
     void DrawSpectra(CDC& dc) const;
+    void DrawVelocities(CDC& dc) const;
+    void DrawVelocity(CDC& dc, double velocity, int y) const;
     void DrawTimes(CDC& dc) const;
 
     CRect m_area;
+    double m_scale = 1;
     CRect m_plot;
     FlowSpectrum m_flow;
     spectralTraceData m_traces;

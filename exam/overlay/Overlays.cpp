@@ -2,6 +2,7 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "study/StudyTexts.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/GetStr.h>
@@ -79,7 +80,8 @@ void DepthBadge::Draw(CDC* dc)
     const ScopedFont font(*dc, m_state.Layout().Scaled(ScopedFont::textSize), FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);
-    dc->DrawText(GetStr("exam.value.depth", m_state.View().Parameters().DepthMillimetres()), &area,
+    const std::wstring depth = NumberText(m_state.View().Parameters().DepthMillimetres(), 1);
+    dc->DrawText(GetStr("exam.value.depth", depth.c_str()), &area,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 

@@ -3,6 +3,7 @@
 #include "base/Palette.h"
 #include "measure/MarkList.h"
 #include "measure/RotatedOutline.h"
+#include "study/StudyTexts.h"
 
 #include <qor_utils/ZelProbe.h>
 #include <Utils_Statics/GetStr.h>
@@ -53,14 +54,16 @@ std::vector<Fact> FactsOf(const ExamState& state)
     if (state.Source().IsSimulated()) add("exam.label.source", GetStr("exam.source.simulated"));
     add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
     add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
-    add("exam.label.depth", GetStr("exam.value.depth", image.DepthMillimetres()));
+    add("exam.label.depth",
+        GetStr("exam.value.depth", NumberText(image.DepthMillimetres(), 1).c_str()));
     add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     add("exam.label.frame",
         GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
     const auto [first, last] = state.Loop();
     const bool isWhole = first == 1 && last == state.Source().Frames();
     if (!state.Source().IsLive() && (!isWhole || state.Speed() != 1))
-        add("exam.label.play", GetStr("exam.value.play", state.Speed(), first, last));
+        add("exam.label.play",
+            GetStr("exam.value.play", NumberText(state.Speed(), 2).c_str(), first, last));
     return facts;
 }
 

@@ -127,7 +127,7 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     state.View().Paint(dc, layout.image.TopLeft());
     const SavedState saved(dc);
     dc.IntersectClipRect(&layout.imageArea);
-    state.Marks().Draw(dc, MarkPlace::frame);
+    state.Marks().Draw(dc, MarkPlace::frame, layout.scale);
     // The scale draws in pixels of the image.
     dc.SetViewportOrg(layout.image.left, layout.image.top);
     DrawRuler(dc, layout, state.View().Parameters(), layout.image.Width());
@@ -159,7 +159,7 @@ void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
     DrawImageArea(dc, state);
     DrawInfoPanel(dc, state);
     state.Strip().Draw(dc);
-    state.Marks().Draw(dc, MarkPlace::strip);
+    state.Marks().Draw(dc, MarkPlace::strip, layout.scale);
     if (use == ScreenUse::display) DrawControls(dc, state);
 }
 

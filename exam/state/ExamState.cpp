@@ -170,7 +170,7 @@ void ExamState::SetFrozen(bool frozen)
 
 void ExamState::PlaceStrip()
 {
-    m_strip.Place(m_stripShown ? m_layout.strip : CRect());
+    m_strip.Place(m_stripShown ? m_layout.strip : CRect(), m_layout.scale);
     if (m_stripShown && HasSource()) m_strip.Show(Source().Flow(m_strip.Room()));
 }
 

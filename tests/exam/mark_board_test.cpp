@@ -1,10 +1,12 @@
 // The marks on a frame and on the strip, worked with the mouse as the main window passes it on.
 #include "measure/MarkBoard.h"
+#include "record/PixelCanvas.h"
 #include "study/MarkValues.h"
 #include "SyntheticCine.h"
 
 #include <Utils_Statics/PrecisionMouse.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -333,6 +335,48 @@ TEST_F(MarkBoardTest, ShowsTheMarksOfItsFrameAndLetsGoOfOthers)
     m_frame = 0;
     m_board.Follow(TakeUp());
     EXPECT_EQ(m_board.Shown(), std::vector<int>{1});
+}
+
+TEST_F(MarkBoardTest, AMarkThatReachesOutOfTheDisplayIsDrawnAsFarAsItIsSeen)
+{
+    Make(MarkKind::distance, {60, 60}, {240, 200});
+    const double length = Value(At(1));
+    m_view.ZoomAt(3, {60, 60});
+    m_board.Refresh();
+    ASSERT_EQ(m_board.Shown(), std::vector<int>{1});
+    PixelCanvas canvas(CSize(600, 560));
+    m_board.Draw(canvas.Context(), MarkPlace::frame, 1);
+    const auto isDrawn = [&](const CRect& part) {
+        std::vector<unsigned int> pixels;
+        canvas.Cut(part, pixels);
+        return std::ranges::any_of(pixels, [](unsigned int pixel) { return pixel != 0; });
+    };
+    EXPECT_TRUE(isDrawn(CRect(0, 0, 300, 280)));
+    EXPECT_FALSE(isDrawn(CRect(0, 280, 600, 560)));
+    EXPECT_FALSE(isDrawn(CRect(300, 0, 600, 280)));
+    m_view.ShowWhole();
+    Show(Linear(), m_view, samples / 2); // one end is deeper
+    m_board.Refresh();
+    EXPECT_EQ(m_board.Shown(), std::vector<int>{1});
+    EXPECT_EQ(Value(At(1)), length);
+}
+
+TEST_F(MarkBoardTest, APointThatIsNotOnDisplayStaysWhereItIs)
+{
+    Make(MarkKind::distance, {60, 60}, {240, 200});
+    m_view.ZoomAt(3, {60, 60});
+    m_board.SetInput(InputTrackball);
+    m_board.Refresh();
+    const std::vector<MarkPoint> before = At(1).points;
+    ASSERT_TRUE(MouseCapture::LockNext());
+    Move({100, 100});
+    const std::vector<MarkPoint> moved = At(1).points;
+    EXPECT_NE(moved[0], before[0]);
+    EXPECT_EQ(moved[1], before[1]);
+    ASSERT_TRUE(MouseCapture::LockNext());
+    Move({120, 120});
+    EXPECT_EQ(At(1).points, moved);
+    m_board.SetInput(InputPointer);
 }
 
 TEST_F(MarkBoardTest, AMarkThatGoesWhileItIsInHandIsLetGo)
