@@ -5,6 +5,8 @@ namespace exam {
 
 namespace {
 
+using State = ExamState;
+
 constexpr double zoomStep = 1.25;
 
 constexpr int panPart = 10;
@@ -34,7 +36,8 @@ constexpr Command viewCommands[] = {
      .carryOut = [](Examination& e, int) { Zoom(e, 1 / zoomStep); }},
     {.key = {.code = '0'},
      .text = {"exam.command.zoom.whole", "exam.tip.zoom.whole"},
-     .carryOut = [](Examination& e, int) { e.State().ShowWhole(); }},
+     .carryOut = [](Examination& e, int) { e.State().ShowWhole(); },
+     .value = [](const State& s, int) -> int { return s.View().Zoom() == 1; }},
     {.key = {.code = 'O'},
      .text = {"exam.command.zoom.samples", "exam.tip.zoom.samples"},
      .carryOut = [](Examination& e, int) { e.State().ShowSamples(); }},
@@ -55,13 +58,16 @@ constexpr Command viewCommands[] = {
      .carryOut = [](Examination& e, int) { e.State().NextLanguage(); }},
     {.key = {.code = 'K'},
      .text = {"exam.command.panel", "exam.tip.panel"},
-     .carryOut = [](Examination& e, int) { e.Window().TogglePanel(); }},
+     .carryOut = [](Examination& e, int) { e.Window().TogglePanel(); },
+     .value = [](const State& s, int) -> int { return s.Panel().isShown; }},
     {.key = {.code = 'J'},
      .text = {"exam.command.float", "exam.tip.float"},
-     .carryOut = [](Examination& e, int) { e.Window().FloatPanel(); }},
+     .carryOut = [](Examination& e, int) { e.Window().FloatPanel(); },
+     .value = [](const State& s, int) -> int { return s.Panel().isFloating; }},
     {.key = {.code = 'K', .withControl = true},
      .text = {"exam.command.lock", "exam.tip.lock"},
-     .carryOut = [](Examination& e, int) { e.Window().TogglePanelLock(); }},
+     .carryOut = [](Examination& e, int) { e.Window().TogglePanelLock(); },
+     .value = [](const State& s, int) -> int { return s.Panel().isLocked; }},
     {.key = {.code = 'R', .withControl = true},
      .text = {"exam.command.reset", "exam.tip.reset"},
      .carryOut = [](Examination& e, int) { e.Window().ResetPanel(); }},

@@ -59,7 +59,7 @@ BEGIN_MESSAGE_MAP(ControlPanel, CWnd)
     ON_WM_LBUTTONUP()
     ON_WM_MOUSEMOVE()
     ON_MESSAGE(WM_MOUSELEAVE, OnMouseLeave)
-    ON_WM_RBUTTONUP()
+    ON_MESSAGE(WM_CONTEXTMENU, OnContextMenu)
     ON_WM_CAPTURECHANGED()
     ON_WM_CLOSE()
     ON_MESSAGE(WM_GETMINMAXINFO, OnMinMaxInfo)
@@ -232,11 +232,12 @@ std::optional<std::size_t> ControlPanel::ButtonAt(CPoint point) const
     return std::nullopt;
 }
 
-void ControlPanel::OnLButtonDown(UINT, CPoint point)
+void ControlPanel::OnLButtonDown(UINT flags, CPoint point)
 {
     m_tip.Press();
     const auto button = ButtonAt(point);
     if (!button) return;
+    if (flags & MK_CONTROL) return ToggleCheck(*button);
     m_press = Press{*button, point, point};
     SetCapture();
     Repaint();
@@ -286,12 +287,16 @@ void ControlPanel::OnCaptureChanged(CWnd*)
     Repaint();
 }
 
-void ControlPanel::OnRButtonUp(UINT, CPoint point)
+// The owner has the menus.
+LRESULT ControlPanel::OnContextMenu(WPARAM window, LPARAM place)
 {
-    const auto button = ButtonAt(point);
-    if (!button) Default(); // a context menu
-    if (!button || m_press) return;
-    m_layout.ToggleCheck(m_buttons[*button].placement);
+    m_tip.Press();
+    return ::SendMessage(::GetParent(GetSafeHwnd()), WM_CONTEXTMENU, window, place);
+}
+
+void ControlPanel::ToggleCheck(std::size_t button)
+{
+    m_layout.ToggleCheck(m_buttons[button].placement);
     SaveLayout();
     Repaint();
 }

@@ -26,8 +26,9 @@ enum class PanelForm
 
 /// The control panel, with buttons that grow and shrink with it. Buttons, places, actions and lamps
 /// all come from protocol files. A click on a button carries its action out, the ends of a rotary
-/// control turn it, and the right mouse button ticks it. While the panel is not locked, a button
-/// that is dragged goes to another cell. The user's changes are saved at once.
+/// control turn it, and a click with Ctrl ticks it. While the panel is not locked, a button that is
+/// dragged goes to another cell. The user's changes are saved at once. Its owner shows the context
+/// menu.
 class ControlPanel : public CWnd, private IStateChangeConsumer
 {
 public:
@@ -82,7 +83,7 @@ protected:
     void OnLButtonUp(UINT flags, CPoint point);
     void OnMouseMove(UINT flags, CPoint point);
     LRESULT OnMouseLeave(WPARAM wParam, LPARAM lParam);
-    void OnRButtonUp(UINT flags, CPoint point);
+    LRESULT OnContextMenu(WPARAM window, LPARAM place);
     void OnCaptureChanged(CWnd* next);
     void OnClose() { m_listener.close(); }
     LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
@@ -109,6 +110,7 @@ private:
     void ShowTip(CPoint point);
     std::optional<std::size_t> ButtonAt(CPoint point) const;
     void Push(std::size_t button, CPoint at);
+    void ToggleCheck(std::size_t button);
     void Drop(const Press& press);
     void SaveLayout();
 

@@ -33,6 +33,14 @@ struct RunningRecording
     std::optional<std::int64_t> secondsLeft = {}; ///< at its rate so far; none: not known
 };
 
+/// How the control panel is shown.
+struct PanelState
+{
+    bool isShown = true;
+    bool isFloating = false;
+    bool isLocked = true;
+};
+
 /// The state of the examination. It knows no window: windows paint it, commands change it, and the
 /// state-change signal tells of each change.
 class ExamState
@@ -158,6 +166,9 @@ public:
     /// Switches to the other language of the string tables.
     void NextLanguage();
 
+    void SetPanel(const PanelState& panel) { m_panel = panel; }
+    const PanelState& Panel() const { return m_panel; }
+
     /// Sets the sentence of the status line.
     void SetStatus(const CString& sentence);
     const CString& Status() const { return m_status; }
@@ -219,6 +230,7 @@ private:
     bool m_frozen = true;
     bool m_stripShown = false;
     int m_rotation = 0;
+    PanelState m_panel;
     CString m_status;
     std::optional<RunningRecording> m_recording;
 };

@@ -42,7 +42,10 @@ public:
         Send(WM_MOUSEMOVE, MK_LBUTTON, at);
     }
     void Release(CPoint at) { Send(WM_LBUTTONUP, 0, at); }
-    void Tick(const wchar_t* name) { Send(WM_RBUTTONUP, 0, AreaOf(name).CenterPoint()); }
+    void Tick(const wchar_t* name)
+    {
+        Send(WM_LBUTTONDOWN, MK_LBUTTON | MK_CONTROL, AreaOf(name).CenterPoint());
+    }
 
     void Picture(const std::wstring& name) { m_context.PictureOf(Panel().GetSafeHwnd(), name); }
 

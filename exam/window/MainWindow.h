@@ -99,6 +99,7 @@ private:
     PanelForm FormOfPanel() const;
     CRect AreaOfPanel() const;
     void KeepPanelPlace();
+    void TellPanel();
     void ChangePanel(bool isShown, bool isFloating);
     void Arrange();
     void PlaceParts();

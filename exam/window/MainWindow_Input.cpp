@@ -82,15 +82,17 @@ LRESULT MainWindow::OnMenuChar(WPARAM letter, LPARAM menu)
 }
 
 // The place is that of the pointer on the screen, or -1 for the key of context menus.
-LRESULT MainWindow::OnContextMenu(WPARAM, LPARAM place)
+LRESULT MainWindow::OnContextMenu(WPARAM over, LPARAM place)
 {
     const CRect& image = m_state.Layout().image;
     CPoint point(place);
     if (place == -1) point = OnScreen(image.CenterPoint());
     CPoint inClient = point;
     ScreenToClient(&inClient);
-    const MenuHandle menu = image.PtInRect(inClient) ? MakeContextMenu({Menu::measure, Menu::image})
-                                                     : MakeContextMenu({Menu::view});
+    const bool isOnImage =
+        image.PtInRect(inClient) && reinterpret_cast<HWND>(over) != m_panel.GetSafeHwnd();
+    const MenuHandle menu =
+        isOnImage ? MakeContextMenu({Menu::measure, Menu::image}) : MakeContextMenu({Menu::view});
     TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, point.x, point.y, 0, GetSafeHwnd(),
                    nullptr);
     return 0;

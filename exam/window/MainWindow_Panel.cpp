@@ -8,6 +8,7 @@ namespace exam {
 bool MainWindow::OpenPanel()
 {
     m_panel.Reload();
+    TellPanel();
     if (!m_panelPlace.isShown) return true;
     return m_panel.Open(*this, FormOfPanel(), AreaOfPanel());
 }
@@ -48,8 +49,15 @@ void MainWindow::ChangePanel(bool isShown, bool isFloating)
     m_panelPlace.isShown = isShown;
     m_panelPlace.isFloating = isFloating;
     if (m_panel.GetSafeHwnd()) m_panel.DestroyWindow();
+    TellPanel();
     Arrange();
     if (isShown) m_panel.Open(*this, FormOfPanel(), AreaOfPanel());
+}
+
+// Menus tick what is on.
+void MainWindow::TellPanel()
+{
+    m_state.SetPanel({m_panelPlace.isShown, m_panelPlace.isFloating, m_panel.IsLocked()});
 }
 
 void MainWindow::TogglePanel()
@@ -65,6 +73,7 @@ void MainWindow::FloatPanel()
 void MainWindow::TogglePanelLock()
 {
     m_panel.SetLocked(!m_panel.IsLocked());
+    TellPanel();
     m_state.SetStatus(GetStr(m_panel.IsLocked() ? "exam.panel.locked" : "exam.panel.unlocked"));
 }
 

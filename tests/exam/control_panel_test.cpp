@@ -15,6 +15,25 @@ namespace {
 
 const ActionStateInfo freeze = State(1, 0);
 
+// Notes the places at which it is asked for a context menu.
+class Owner : public CWnd
+{
+public:
+    std::vector<CPoint> m_menus;
+
+protected:
+    LRESULT OnContextMenu(WPARAM, LPARAM place)
+    {
+        m_menus.emplace_back(place);
+        return 0;
+    }
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(Owner, CWnd)
+    ON_MESSAGE(WM_CONTEXTMENU, OnContextMenu)
+END_MESSAGE_MAP()
+
 class ControlPanelTest : public testing::Test
 {
 protected:
@@ -116,7 +135,7 @@ protected:
 
     ProtocolFolders m_protocol;
     TestVocabulary m_vocabulary{m_protocol / L"actions.xml"};
-    CWnd m_owner;
+    Owner m_owner;
     std::vector<ActionInfo> m_done;
     int m_sentences = 0;
     int m_broadcasts = 0;
@@ -281,15 +300,31 @@ TEST_F(ControlPanelTest, LosingTheMouseEndsADragWithoutAMove)
     EXPECT_TRUE(m_done.empty());
 }
 
-TEST_F(ControlPanelTest, TheRightButtonTicks)
+TEST_F(ControlPanelTest, AClickWithCtrlTicksAndPushesNothing)
 {
-    Send(WM_RBUTTONUP, Middle(L"Mode"));
-    Send(WM_RBUTTONUP, CPoint(5, 190));
+    const auto click = [&](CPoint at) {
+        m_panel->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON | MK_CONTROL, MAKELPARAM(at.x, at.y));
+        m_panel->SendMessage(WM_LBUTTONUP, MK_CONTROL, MAKELPARAM(at.x, at.y));
+    };
+    click(Middle(L"Mode"));
+    click(CPoint(5, 190));
+    EXPECT_TRUE(m_done.empty());
     End();
     Start();
     const auto& placements = m_panel->Layout().Placements();
     EXPECT_TRUE(placements[m_panel->Find(L"Mode")->placement].check);
     EXPECT_FALSE(placements[m_panel->Find(L"Freeze")->placement].check);
+}
+
+TEST_F(ControlPanelTest, ARightClickOnAButtonAsksTheOwnerForAMenuAndPushesNothing)
+{
+    Send(WM_RBUTTONDOWN, Middle(L"Mode"));
+    Send(WM_RBUTTONUP, Middle(L"Mode"));
+    CPoint onScreen = Middle(L"Mode");
+    m_panel->ClientToScreen(&onScreen);
+    EXPECT_EQ(m_owner.m_menus, std::vector<CPoint>{onScreen});
+    EXPECT_TRUE(m_done.empty());
+    EXPECT_FALSE(m_panel->Layout().Placements()[m_panel->Find(L"Mode")->placement].check);
 }
 
 TEST_F(ControlPanelTest, SaysWhenTheLayoutCannotBeSaved)
