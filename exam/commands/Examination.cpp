@@ -4,6 +4,8 @@
 #include "base/StateChanges.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
+#include "service/Terms.h"
+#include "study/StudyTexts.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -115,6 +117,18 @@ void Examination::Annotate()
 {
     const auto text = AskText(GetStr("study.kind.text"), CString());
     if (text && !text->IsEmpty()) m_state.ChooseMark(MarkKind::text, text->GetString());
+}
+
+void Examination::AnnotateWithTerm()
+{
+    const std::vector<std::wstring> terms = AnnotationTerms();
+    if (terms.empty()) return m_state.SetStatus(GetStr("exam.terms.none"));
+    std::vector<std::wstring> names;
+    for (const std::wstring& term : terms)
+        names.push_back(TermText(term));
+    const auto chosen = std::ranges::find(names, m_window.ChooseOneOf(names));
+    if (chosen == names.end()) return;
+    m_state.ChooseMark(MarkKind::term, terms[static_cast<std::size_t>(chosen - names.begin())]);
 }
 
 void Examination::EditPatient()

@@ -131,6 +131,8 @@ public:
     void RenameSelected();
     /// Asks for a text, which the next press on the image places.
     void Annotate();
+    /// Asks for one of the protocol's terms, which the next press places.
+    void AnnotateWithTerm();
     /// Asks for the patient's data.
     void EditPatient();
 

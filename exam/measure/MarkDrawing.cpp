@@ -2,6 +2,7 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "study/StudyTexts.h"
 
 #include <base/GdiHandles.h>
 
@@ -55,7 +56,7 @@ CPoint LabelPlace(const std::vector<CPoint>& points, int gap)
 
 CString LabelOf(const Mark& mark)
 {
-    if (!InfoOf(mark.kind).isMeasurement) return mark.text.c_str();
+    if (!InfoOf(mark.kind).isMeasurement) return TextOf(mark).c_str();
     CString label;
     label.Format(L"%d", mark.number);
     return label;

@@ -1,5 +1,7 @@
 #include "measure/MarkShapes.h"
 
+#include "study/SpectralPoints.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -57,6 +59,17 @@ PixelPoint OtherEnd(const PixelPoint& a, const PixelPoint& b, double half)
     const PixelPoint axis = Difference(b, a);
     const double length = std::hypot(axis.x, axis.y);
     return length == 0 ? a : Sum(Middle(a, b), Scaled(Turned(axis, 90), half / length));
+}
+
+PixelPoints CurveOutline(const PixelPoints& points)
+{
+    std::vector<MarkPoint> trace;
+    for (const PixelPoint& point : points)
+        trace.push_back({point.x, point.y});
+    PixelPoints curve;
+    for (const MarkPoint& point : SmoothTrace(trace))
+        curve.push_back({point.x, point.y});
+    return curve;
 }
 
 PixelPoints EllipseOutline(const PixelPoints& points)
@@ -191,6 +204,7 @@ PixelPoints OutlineOf(MarkKind kind, const PixelPoints& points)
     case MarkKind::ellipse: return EllipseOutline(points);
     case MarkKind::rectangle: return RectangleOutline(points[0], points[1]);
     case MarkKind::arrow: return ArrowOutline(points[0], points[1]);
+    case MarkKind::flow: return CurveOutline(points);
     case MarkKind::velocity:
     case MarkKind::text:
     case MarkKind::term: return {};

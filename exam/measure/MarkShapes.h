@@ -39,7 +39,8 @@ std::size_t Grips(const Mark& mark);
 /// no point, and then the points of a trace.
 std::optional<std::size_t> PointAtPlace(const Mark& mark, int place);
 
-/// The lines that a mark is drawn by, as one path from point to point; none for a text.
+/// The lines that a mark is drawn by, as one path from point to point; none for a text. That of a
+/// flow is the smooth curve through its points.
 PixelPoints OutlineOf(MarkKind kind, const PixelPoints& points);
 
 /// The distance of a place from the nearest part of a path; huge for an empty one.

@@ -27,6 +27,7 @@ constexpr int fullTurn = 3600; // tenths of a degree
 ExamState::ExamState()
     : m_marks(m_study, m_view, m_strip, m_layout.image, [this] { return TakeUpFrame(); })
 {
+    MouseCapture::SetFreeze(m_frozen);
 }
 
 void ExamState::SetLayout(const ScreenLayout& layout, CPoint corner)
@@ -164,6 +165,7 @@ int ExamState::DepthMillimetres() const
 void ExamState::SetFrozen(bool frozen)
 {
     m_frozen = frozen;
+    MouseCapture::SetFreeze(frozen);
     if (HasSource()) m_sources[m_current].source->Run(!frozen);
     TellChange(stateDisplayChanged);
 }

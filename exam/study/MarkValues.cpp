@@ -1,6 +1,7 @@
 #include "study/MarkValues.h"
 
 #include "study/FrameScale.h"
+#include "study/SpectralPoints.h"
 
 #include <algorithm>
 #include <cmath>
@@ -123,6 +124,13 @@ Values HeartRateValues(const Points& p)
     return {{"study.value.heartRate", "study.unit.perMinute", 60 * beats / seconds, 0}};
 }
 
+double Fastest(const Points& p)
+{
+    const auto fastest = std::ranges::max_element(
+        p, [](const MarkPoint& a, const MarkPoint& b) { return std::abs(a.y) < std::abs(b.y); });
+    return fastest->y;
+}
+
 // The mean is the integral over time by the trapezoidal rule, divided by the time.
 Values FlowValues(const Points& p)
 {
@@ -131,10 +139,9 @@ Values FlowValues(const Points& p)
     double integral = 0;
     for (std::size_t i = 1; i < p.size(); ++i)
         integral += (p[i].x - p[i - 1].x) * (p[i].y + p[i - 1].y) / 2;
-    const auto peak = std::ranges::max_element(
-        p, [](const MarkPoint& a, const MarkPoint& b) { return std::abs(a.y) < std::abs(b.y); });
-    return {Velocity("study.value.peak", peak->y),
-            Velocity("study.value.mean", integral / seconds)};
+    return {Velocity("study.value.peak", Fastest(p)),
+            Velocity("study.value.mean", integral / seconds),
+            Velocity("study.value.curve", Fastest(SmoothTrace(p)))};
 }
 
 // The points are in the unit of the result: millimetres, or seconds and metres per second.

@@ -24,8 +24,8 @@ struct MarkValue
 /// - trace: circumference and area of the closed outline; one that crosses itself has no true area
 /// - rectangle: width, height and area
 /// - velocity; time; heart rate: beats between the first and the last point in a minute
-/// - flow: the velocity that is farthest from 0, and the mean over the time from the first to the
-///   last point
+/// - flow: the velocity that is farthest from 0, the mean over the time from the first to the last
+///   point, and the velocity of the smooth curve that is farthest from 0
 ///
 /// Annotations have none, nor has a mark on a frame without a geometry, and neither have times of
 /// no length.

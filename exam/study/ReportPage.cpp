@@ -95,9 +95,13 @@ std::string PatientTable(const StudyContent& study)
 {
     const Patient& patient = study.patient;
     const std::pair<const char*, std::wstring> lines[] = {
-        {"study.patient.name", patient.name},      {"study.patient.id", patient.id},
-        {"study.patient.birth", patient.birth},    {"study.patient.sex", SexText(patient.sex)},
-        {"study.report.date", study.date},         {"study.report.study", study.description},
+        {"study.patient.name", patient.name},
+        {"study.patient.id", patient.id},
+        {"study.patient.birth", patient.birth},
+        {"study.patient.sex", SexText(patient.sex)},
+        {"study.patient.age", AgeText(patient, study.date)},
+        {"study.report.date", study.date},
+        {"study.report.study", study.description},
         {"study.patient.comment", patient.comment}};
     std::string rows;
     for (const auto& [key, text] : lines)
@@ -131,7 +135,7 @@ std::string MarkTable(const StudyContent& study, bool measurements)
     for (const Shared<Mark>& mark : study.marks) {
         if (InfoOf(mark->kind).isMeasurement != measurements) continue;
         std::vector<std::wstring> cells = {std::to_wstring(mark->number),
-                                           TextOf(InfoOf(mark->kind).key), mark->text,
+                                           TextOf(InfoOf(mark->kind).key), TextOf(*mark),
                                            ObjectNameOf(*mark, study), FrameText(*mark)};
         if (measurements) cells.push_back(ValueLines(*mark, study));
         rows += Row("td", cells);

@@ -89,4 +89,24 @@ std::vector<MarkPoint> CurveThrough(const std::vector<MarkPoint>& trace, int deg
     return curve;
 }
 
+std::vector<MarkPoint> SmoothTrace(const std::vector<MarkPoint>& trace)
+{
+    constexpr std::size_t degree = 3;
+    constexpr std::size_t reach = 5; // points on each side of those that one curve places
+    constexpr std::size_t placed = 3;
+    std::vector<MarkPoint> smooth;
+    while (smooth.size() < trace.size()) {
+        const std::size_t at = smooth.size();
+        const std::size_t first = at < reach ? 0 : at - reach;
+        const std::size_t last = std::min(trace.size(), at + placed + reach);
+        const auto begin = trace.begin();
+        const std::vector<MarkPoint> part(begin + static_cast<std::ptrdiff_t>(first),
+                                          begin + static_cast<std::ptrdiff_t>(last));
+        const std::vector<MarkPoint> curve = CurveThrough(part, degree);
+        for (std::size_t i = at; i < std::min(trace.size(), at + placed); ++i)
+            smooth.push_back(curve[i - first]);
+    }
+    return smooth;
+}
+
 } // namespace exam

@@ -26,4 +26,8 @@ std::vector<MarkPoint> TracePoints(const spectralTraceData& traces, eTraceType t
 /// together for such a curve.
 std::vector<MarkPoint> CurveThrough(const std::vector<MarkPoint>& trace, int degree);
 
+/// A trace of any length without its noise: each point lies on the curve of the third degree
+/// through its neighbours. A trace that is too short for that is unchanged.
+std::vector<MarkPoint> SmoothTrace(const std::vector<MarkPoint>& trace);
+
 } // namespace exam

@@ -1,12 +1,34 @@
 #include "study/StudyTexts.h"
 
+#include "study/Study.h"
+
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
+
+#include <afxdisp.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cwchar>
 #include <iterator>
 
 namespace exam {
+
+namespace {
+
+COleDateTime DayOf(const std::wstring& date)
+{
+    COleDateTime day;
+    day.SetStatus(COleDateTime::null);
+    int year = 0;
+    int month = 0;
+    int monthDay = 0;
+    if (IsDate(date) && std::swscanf(date.c_str(), L"%d-%d-%d", &year, &month, &monthDay) == 3)
+        day.SetDate(year, month, monthDay);
+    return day;
+}
+
+} // namespace
 
 std::wstring TextOf(const char* key)
 {
@@ -43,6 +65,30 @@ std::wstring FrameText(const Mark& mark)
 {
     const bool isOnFrame = InfoOf(mark.kind).place == MarkPlace::frame;
     return isOnFrame ? std::to_wstring(mark.frame + 1LL) : std::wstring();
+}
+
+std::wstring TermText(const std::wstring& term)
+{
+    const CString translated = TranslateStr(term.c_str());
+    return translated.IsEmpty() ? term : translated.GetString();
+}
+
+std::wstring TextOf(const Mark& mark)
+{
+    return mark.kind == MarkKind::term ? TermText(mark.text) : mark.text;
+}
+
+std::wstring AgeText(const Patient& patient, const std::wstring& date)
+{
+    constexpr int leastYears = 2;
+    const COleDateTime birth = DayOf(patient.birth);
+    COleDateTime day = DayOf(date);
+    if (day.GetStatus() != COleDateTime::valid) day = COleDateTime::GetCurrentTime();
+    if (birth.GetStatus() != COleDateTime::valid || day < birth) return {};
+    const int years = utilsExam::GetYearSpan(birth, day);
+    if (years >= leastYears) return GetStr("study.age.years", years).GetString();
+    const int begun = utilsExam::GetMonthSpan(birth, day); // one of them is not over yet
+    return GetStr("study.age.months", 12 * years + std::max(0, begun - 1)).GetString();
 }
 
 std::wstring ValueText(const MarkValue& value)

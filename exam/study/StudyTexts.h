@@ -21,6 +21,17 @@ std::wstring ObjectNameOf(const Mark& mark, const StudyContent& study);
 /// A mark's frame as readers count, from 1; empty on the strip.
 std::wstring FrameText(const Mark& mark);
 
+/// A term in the current language; terms are kept in the base language. One that the string table
+/// does not know stays as it is.
+std::wstring TermText(const std::wstring& term);
+
+/// The text of a mark for readers.
+std::wstring TextOf(const Mark& mark);
+
+/// The patient's age on a day, or today when that is no day: whole years, and below two years whole
+/// months. Empty without a day of birth before it.
+std::wstring AgeText(const Patient& patient, const std::wstring& date);
+
 /// A value with its name and its unit, such as "Length 12.5 mm".
 std::wstring ValueText(const MarkValue& value);
 

@@ -1,6 +1,7 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
 // the outline of a turned image.
 #include "measure/RotatedOutline.h"
+#include "service/Terms.h"
 #include "study/StudyFile.h"
 #include "tour/TourMouse.h"
 #include "window/Capture.h"
@@ -161,12 +162,18 @@ void Annotations(TourContext& context, Mouse& mouse)
     context.state.ChooseMark(MarkKind::text, L"Liver");
     mouse.Press({200, 300});
     mouse.Release({200, 300});
+    const std::vector<std::wstring> terms = AnnotationTerms();
+    context.report.Step(terms.size() > 1, L"the protocol offers terms for annotations");
+    context.state.ChooseMark(MarkKind::term, terms.empty() ? L"" : terms.back());
+    mouse.Press({300, 130});
+    mouse.Release({300, 130});
     mouse.Key('W');
     mouse.DragPoint({440, 330}, {390, 300});
     const auto& marks = context.state.Content().marks;
-    context.report.Step(marks.size() > 1 && marks.back()->kind == MarkKind::arrow &&
-                            marks[marks.size() - 2]->text == L"Liver",
-                        L"a text and an arrow stand on the image");
+    context.report.Step(marks.size() > 2 && marks.back()->kind == MarkKind::arrow &&
+                            marks[marks.size() - 3]->text == L"Liver" &&
+                            marks[marks.size() - 2]->kind == MarkKind::term,
+                        L"a text, a term and an arrow stand on the image");
     context.Picture(L"annotations");
 }
 

@@ -204,6 +204,7 @@ void Flow(TourContext& context, const simulation::Phantom& patient)
     Tell(context, L"peak velocity, m/s", context.LastValue(0), 0.96 * peak, 1.04 * peak);
     Tell(context, L"mean of the fastest velocity, m/s", context.LastValue(1), 0.95 * mean,
          1.05 * mean);
+    Tell(context, L"peak of the smooth curve, m/s", context.LastValue(2), 0.95 * peak, 1.03 * peak);
     MeasureFlow(context, '8', 3.2 * beat);
     const double slip = 2 / (100 * beat);
     Tell(context, L"heart rate, 1/min", context.LastValue(), patient.HeartRate() * (1 - slip),

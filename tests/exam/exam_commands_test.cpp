@@ -359,6 +359,19 @@ TEST_F(CommandsTest, UndoAndRedoAreThereWhenThereIsSomethingToTakeBack)
     EXPECT_EQ(m_state.Content().marks.size(), 1u);
 }
 
+TEST_F(CommandsTest, WithTheTrackballTheLastPointOfAFrozenImageLetsGo)
+{
+    m_state.SetInput(InputTrackball);
+    Press('1');
+    ASSERT_TRUE(MouseCapture::IsLocked());
+    for (int points = 3; points > 0; --points) { // the third moves the mark as a whole
+        EXPECT_TRUE(MouseCapture::IsLocked()) << points;
+        Press(VK_TAB);
+    }
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    m_state.SetInput(InputPointer);
+}
+
 TEST_F(CommandsTest, TheSelectedMarkIsRenamedAndDeleted)
 {
     EXPECT_FALSE(IsPossible(VK_F2) || IsPossible(VK_DELETE));
@@ -385,6 +398,29 @@ TEST_F(CommandsTest, ATextIsAskedForAndPlaced)
     EXPECT_EQ(m_state.Content().marks.front()->kind, MarkKind::text);
     Measure();
     EXPECT_EQ(m_state.Content().marks.back()->text, L"");
+}
+
+TEST_F(CommandsTest, ATermOfTheProtocolIsChosenInTheUsersLanguage)
+{
+    qor_utils::SetStoreFolder(qor_utils::baseSuiteStore, m_folder.Path());
+    const std::wstring file = m_folder / L"annotations.xml";
+    test_support::WriteFile(file, "<annotations><term text=\"Liver\"/><other text=\"x\"/><term/>"
+                                  "<term text=\"Spleen\"/></annotations>");
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    CarryOut(L"Annotation", L"Text");
+    EXPECT_EQ(m_window.m_offered, (std::vector<std::wstring>{L"Leber", L"Milz"}));
+    EXPECT_FALSE(m_state.Marks().Chosen()); // the user cancels
+    m_window.m_chosen = L"Milz";
+    CarryOut(L"Annotation", L"Text");
+    m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
+    MouseCapture::Unlock();
+    ASSERT_EQ(m_state.Content().marks.size(), 1u);
+    EXPECT_EQ(m_state.Content().marks.front()->kind, MarkKind::term);
+    EXPECT_EQ(m_state.Content().marks.front()->text, L"Spleen");
+    test_support::WriteFile(file, "<annotations>");
+    CarryOut(L"Annotation", L"Text");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.terms.none"));
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"en"));
 }
 
 TEST_F(CommandsTest, ThePatientIsEditedAndCanBeTakenBack)

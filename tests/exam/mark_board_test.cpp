@@ -1,5 +1,7 @@
 // The marks on a frame and on the strip, worked with the mouse as the main window passes it on.
+#include "base/Painting.h"
 #include "measure/MarkBoard.h"
+#include "measure/MarkList.h"
 #include "record/PixelCanvas.h"
 #include "study/MarkValues.h"
 #include "SyntheticCine.h"
@@ -422,4 +424,22 @@ TEST_F(MarkBoardTest, TheStripIsMeasuredByItsSpectra)
     m_strip.Place(CRect());
     m_board.Refresh();
     EXPECT_TRUE(m_board.Shown().empty());
+}
+
+TEST_F(MarkBoardTest, TheListGivesALongNameSeveralRows)
+{
+    Make(MarkKind::distance, {120, 100}, {180, 100});
+    PixelCanvas canvas(CSize(120, 100));
+    const ScopedFont font(canvas.Context(), ScopedFont::textSize, FW_NORMAL);
+    // Names begin at the left edge, and values behind an indent.
+    const auto startsInSecondRow = [&](const wchar_t* name) {
+        m_study.Rename(1, name);
+        canvas.Clear();
+        DrawMarkList(canvas.Context(), CRect(0, 0, 120, 100), m_study.Content(), {1}, 0);
+        std::vector<unsigned int> pixels;
+        canvas.Cut(CRect(0, 20, 10, 34), pixels);
+        return std::ranges::any_of(pixels, [](unsigned int pixel) { return pixel != 0; });
+    };
+    EXPECT_FALSE(startsInSecondRow(L"Aorta"));
+    EXPECT_TRUE(startsInSecondRow(L"Common carotid artery in systole"));
 }

@@ -66,6 +66,7 @@ TEST_F(StudyExportTest, ATableHasARowForEachValue)
               "4711,1,Distance,,curved.cine,3,Length,5.00,mm\r\n"
               "4711,2,Flow,\"a, \"\"b\"\"\",curved.cine,,Peak velocity,-1.250,m/s\r\n"
               "4711,2,Flow,\"a, \"\"b\"\"\",curved.cine,,Mean velocity,-0.625,m/s\r\n"
+              "4711,2,Flow,\"a, \"\"b\"\"\",curved.cine,,Peak of the curve,-1.250,m/s\r\n"
               "4711,4,Angle,no geometry,picture.png,1,,,\r\n");
 }
 
@@ -84,6 +85,36 @@ TEST_F(StudyExportTest, AReportWithoutMarksHasNoEmptySections)
     const std::string page = ReportPage(m_study.Content(), {});
     EXPECT_EQ(page.find("<h2>"), std::string::npos);
     EXPECT_NE(page.find("1969-07-20"), std::string::npos);
+}
+
+TEST_F(StudyExportTest, TheAgeIsThatOfTheDayOfTheExamination)
+{
+    const auto age = [](const wchar_t* birth, const wchar_t* date) {
+        return AgeText({.name = {}, .id = {}, .birth = birth, .sex = {}, .comment = {}}, date);
+    };
+    EXPECT_EQ(age(L"1969-07-20", L"2026-07-19"), L"56 years");
+    EXPECT_EQ(age(L"1969-07-20", L"2026-07-20"), L"57 years");
+    EXPECT_EQ(age(L"2024-01-20", L"2026-01-15"), L"23 months");
+    EXPECT_EQ(age(L"2024-01-20", L"2026-01-20"), L"2 years");
+    EXPECT_EQ(age(L"2024-12-15", L"2025-03-10"), L"2 months");
+    EXPECT_EQ(age(L"2024-12-15", L"2025-03-15"), L"3 months");
+    EXPECT_EQ(age(L"2024-12-15", L"2024-12-15"), L"0 months");
+    EXPECT_EQ(age(L"2024-12-15", L"2024-12-14"), L"");
+    EXPECT_EQ(age(L"", L"2024-12-14"), L"");
+    EXPECT_NE(age(L"1969-07-20", L""), L""); // today
+    EXPECT_NE(ReportPage(m_study.Content(), {}).find("<td>56 years</td>"), std::string::npos);
+}
+
+TEST_F(StudyExportTest, ATermFollowsTheLanguage)
+{
+    const std::wstring object = m_study.AddObject(Recording(L"a.cine"));
+    m_study.AddMark(On(object, StripMark(MarkKind::term, {{1, 1}}), L"Liver"));
+    m_study.AddMark(On(object, StripMark(MarkKind::text, {{1, 1}}), L"Kidney"));
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    const std::string page = ReportPage(m_study.Content(), {});
+    EXPECT_NE(page.find("<td>Leber</td>"), std::string::npos);
+    EXPECT_NE(page.find("<td>Kidney</td>"), std::string::npos); // the user's own words
+    EXPECT_EQ(TermText(L"unknown"), L"unknown");
 }
 
 // For check-study-exports: a table and a report in each language, and the bytes of the picture.

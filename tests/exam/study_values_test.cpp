@@ -224,8 +224,8 @@ TEST(StudyValuesTest, TheStripNeedsNoGeometry)
     ExpectNear(values(MarkKind::time, {{1.5, 0.2}, {0.25, 0.7}}), {1.25});
     ExpectNear(values(MarkKind::heartRate, {{0.2, 1}, {1.0, 1}}), {75});
     ExpectNear(values(MarkKind::heartRate, {{0, 1}, {0.7, 1}, {1.7, 1}, {2.4, 1}}), {75});
-    ExpectNear(values(MarkKind::flow, {{0, 0}, {0.1, 1}, {0.3, 0}}), {1, 0.5});
-    ExpectNear(values(MarkKind::flow, {{0, 0.25}, {1, -1.25}, {2, 0.25}}), {-1.25, -0.5});
+    ExpectNear(values(MarkKind::flow, {{0, 0}, {0.1, 1}, {0.3, 0}}), {1, 0.5, 1});
+    ExpectNear(values(MarkKind::flow, {{0, 0.25}, {1, -1.25}, {2, 0.25}}), {-1.25, -0.5, -1.25});
 }
 
 TEST_F(SpectralTest, AVelocityIsThatOfItsHeight)
@@ -264,7 +264,7 @@ TEST_F(SpectralTest, AFlowOfKnownTruthIsMeasuredFromItsTrace)
     const auto points = TracePoints(traces, eTraceEnvelopeForward, -5, 1000, 0.01);
     ASSERT_EQ(points.size(), block.size());
     // A velocity is known to half a bin.
-    ExpectNear(NumbersOf(StripMark(MarkKind::flow, points), Acquisition()), {1.1, 0.6},
+    ExpectNear(NumbersOf(StripMark(MarkKind::flow, points), Acquisition()), {1.1, 0.6, 1.1},
                span / bins / 2);
     EXPECT_TRUE(TracePoints(traces, eTraceEnvelopeForward, 90, 90, 0.01).empty());
     EXPECT_TRUE(TracePoints(spectralTraceData(), eTraceEnvelopeForward, 0, 9, 0.01).empty());
@@ -304,4 +304,32 @@ TEST(StudyCurveTest, NeedsMorePlacesThanTheDegree)
     EXPECT_EQ(CurveThrough(few, 2), few);
     EXPECT_EQ(CurveThrough({}, 2), std::vector<MarkPoint>());
     ExpectNear({CurveThrough(few, 1)[1].y}, {7});
+}
+
+TEST(StudyCurveTest, FollowsATraceOfAnyLengthAndDropsItsNoise)
+{
+    test_support::Random random(7);
+    double before = 0, after = 0;
+    std::vector<MarkPoint> trace;
+    const auto truth = [](double seconds) { return 0.6 - 0.5 * std::cos(5 * seconds); };
+    for (int i = 0; i < 1000; ++i)
+        trace.push_back({i / 100.0, truth(i / 100.0) + random.Real(-0.1, 0.1)});
+    const auto curve = SmoothTrace(trace);
+    ASSERT_EQ(curve.size(), trace.size());
+    for (std::size_t i = 0; i < trace.size(); ++i) {
+        EXPECT_EQ(curve[i].x, trace[i].x);
+        before += std::pow(trace[i].y - truth(trace[i].x), 2);
+        after += std::pow(curve[i].y - truth(trace[i].x), 2);
+    }
+    EXPECT_LT(after, before / 2);
+    const auto values = NumbersOf(StripMark(MarkKind::flow, trace), Acquisition());
+    EXPECT_GT(values[0], 1.15); // a peak of noise
+    EXPECT_NEAR(values[2], 1.1, 0.09);
+}
+
+TEST(StudyCurveTest, LeavesAShortTraceAsItIs)
+{
+    const std::vector<MarkPoint> few = {{0, 1}, {1, 5}, {2, 3}};
+    EXPECT_EQ(SmoothTrace(few), few);
+    EXPECT_TRUE(SmoothTrace({}).empty());
 }
