@@ -1,5 +1,7 @@
 #pragma once
 
+#include <qor_utils/UPoint.h>
+
 #include <vector>
 
 namespace exam {
@@ -22,6 +24,8 @@ struct FlowSpectrum
     static constexpr int traceCount = 4;
 
     FlowScale scale;
+    UPoint gateBegin; ///< scan line and sample of the sample volume's end towards the probe
+    UPoint gateEnd;   ///< the same of its other end
     int firstColumn = 0;
     int columns = 0;
     double columnsPerSecond = 100;

@@ -126,25 +126,16 @@ int ImageView::Grey(CPoint pixel) const
     return Contains(pixel) ? m_grey[IndexOf(pixel)] : 0;
 }
 
-bool ImageView::IsImaged(CPoint pixel) const
+void ImageView::FillOutside(CDC& dc, CPoint at, COLORREF colour) const
 {
-    return Contains(pixel) && m_mask[IndexOf(pixel)] != 0;
-}
-
-CPoint ImageView::NearestImaged(CPoint pixel) const
-{
-    if (IsImaged(pixel)) return pixel;
-    CPoint nearest = pixel;
-    std::int64_t least = INT64_MAX;
-    for (int y = m_imagedRect.top; y < m_imagedRect.bottom; ++y)
-        for (int x = m_imagedRect.left; x < m_imagedRect.right; ++x) {
-            const std::int64_t dx = std::int64_t{x} - pixel.x;
-            const std::int64_t dy = std::int64_t{y} - pixel.y;
-            if (dx * dx + dy * dy >= least || !IsImaged({x, y})) continue;
-            least = dx * dx + dy * dy;
-            nearest = {x, y};
+    const int width = m_parameters.width;
+    for (int y = 0; y < m_parameters.height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const int begin = x;
+            while (x < width && m_mask[IndexOf({x, y})] == 0)
+                ++x;
+            if (x > begin) dc.FillSolidRect(at.x + begin, at.y + y, x - begin, 1, colour);
         }
-    return nearest;
 }
 
 bool ImageView::Contains(CPoint pixel) const

@@ -43,6 +43,8 @@ public:
     bool Show(const FrameSource& source, int frame);
 
     void Paint(CDC& dc, CPoint at) const;
+    /// Fills what is painted outside the imaged region with a colour.
+    void FillOutside(CDC& dc, CPoint at, COLORREF colour) const;
 
     const ImagingParameters& Parameters() const { return m_parameters; }
 
@@ -55,17 +57,12 @@ public:
     /// The smallest rectangle that holds the imaged region; empty when there is none.
     CRect ImagedRect() const { return m_imagedRect; }
 
-    /// The pixel of the imaged region that is nearest to `pixel`, which is `pixel` itself inside
-    /// the region. Without an imaged region the result is `pixel`.
-    CPoint NearestImaged(CPoint pixel) const;
-
 private:
     void Look();
     FramePoint Middle() const;
     void CutLines(int samples);
     void ApplyGain();
     bool Contains(CPoint pixel) const;
-    bool IsImaged(CPoint pixel) const;
     std::size_t IndexOf(CPoint pixel) const;
 
     ImagingParameters m_fitted;

@@ -2,11 +2,15 @@
 
 #include <qor_utils/PixelCoordinates.h>
 #include <Utils_Statics/CImgGeometry.h>
+#include <Utils_Statics/MfcConversions.h>
 
 #include <algorithm>
 #include <cmath>
 
 namespace exam {
+
+using QOR_MFC_CONVERSIONS::MFC_2_QOR;
+using QOR_MFC_CONVERSIONS::QOR_2_MFC;
 
 namespace {
 
@@ -60,10 +64,9 @@ ImagingParameters WithoutScale(const CineDescription& description, CSize size)
 
 CPoint ImagingParameters::Pixel(int line, int sample) const
 {
-    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
+    return QOR_2_MFC(qor_utils::GetPixelCoordinatesLD(
         line, sample, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, &probe,
-        soundSpeed, lines, lineOffset, width, height, flip);
-    return {pixel.x, pixel.y};
+        soundSpeed, lines, lineOffset, width, height, flip));
 }
 
 UPoint ImagingParameters::ScanPosition(CPoint pixel) const
@@ -88,18 +91,21 @@ PixelPoint ImagingParameters::PixelOf(const FramePoint& point) const
             origin.y + point.y / std::max(1, micronsPerPixel.y)};
 }
 
-void ImagingParameters::DrawScanLine(CDC& dc, int line, int sample1, int sample2) const
-{
-    CImgGeometry::DrawVerticalUSLine(&dc, line, sample1, sample2, origin, micronsPerPixel,
-                                     samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
-                                     lineOffset, width, height, flip, lines);
-}
-
 void ImagingParameters::DrawDepthLine(CDC& dc, int sample, int line1, int line2) const
 {
     CImgGeometry::DrawHorizontalUSLine(&dc, sample, line1, line2, origin, micronsPerPixel,
                                        samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
                                        lineOffset, width, height, flip, lines);
+}
+
+CPoint ImagingParameters::EntryOfBeam(const UPoint& first, const UPoint& second) const
+{
+    const auto between = [](CPoint a, CPoint b) { return ULine{a.x, a.y, b.x, b.y}; };
+    const ULine beam = between(Pixel(first.x, first.y), Pixel(second.x, second.y));
+    UPoint entry = MFC_2_QOR(Pixel(first.x, 0));
+    CImgGeometry::GetIntersectPt(beam, between(Pixel(first.x - 1, 0), Pixel(first.x + 1, 0)),
+                                 entry); // is unchanged where they do not meet
+    return QOR_2_MFC(entry);
 }
 
 double ImagingParameters::Millimetres(CPoint a, CPoint b) const

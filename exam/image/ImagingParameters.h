@@ -57,11 +57,12 @@ struct ImagingParameters
     FramePoint InFrame(const PixelPoint& pixel) const;
     PixelPoint PixelOf(const FramePoint& point) const;
 
-    /// Draws the part of a scan line between two samples with the selected pen.
-    void DrawScanLine(CDC& dc, int line, int sample1, int sample2) const;
-
     /// Draws the line of constant depth between two scan lines with the selected pen.
     void DrawDepthLine(CDC& dc, int sample, int line1, int line2) const;
+
+    /// The pixel of the probe's face at which a beam through two places enters the body; each is a
+    /// scan line (x) and a sample (y).
+    CPoint EntryOfBeam(const UPoint& first, const UPoint& second) const;
 
     /// The distance between two pixels.
     double Millimetres(CPoint a, CPoint b) const;

@@ -39,6 +39,17 @@ FlowScale ScaleOf(const simulation::Phantom& patient, const simulation::DopplerG
             static_cast<int>(std::lround(angle * 1000))};
 }
 
+// The scan line and sample of a place on the gate's beam, in parts of the gate's length from its
+// middle.
+UPoint EndOf(const simulation::Phantom& patient, const simulation::DopplerGate& gate, double part)
+{
+    const double angle = gate.beamAngle * std::numbers::pi / 180;
+    const double way = part * gate.length;
+    const simulation::ScanPosition end = patient.PositionOf(
+        {gate.place.x + way * std::sin(angle), gate.place.y + way * std::cos(angle)});
+    return {static_cast<int>(std::lround(end.line)), static_cast<int>(std::lround(end.sample))};
+}
+
 } // namespace
 
 LiveProbe::LiveProbe(simulation::ProbeShape shape)
@@ -83,6 +94,8 @@ FlowSpectrum LiveProbe::Flow(int columns) const
     const std::lock_guard guard(m_lock);
     FlowSpectrum flow;
     flow.scale = m_scale;
+    flow.gateBegin = m_gateBegin;
+    flow.gateEnd = m_gateEnd;
     flow.columns = std::clamp<int>(columns, 0, static_cast<int>(m_columns.size()));
     flow.firstColumn = m_nextColumn - flow.columns;
     flow.columnsPerSecond = columnsPerSecond;
@@ -110,6 +123,8 @@ void LiveProbe::Work(const std::stop_token& stop)
     {
         const std::lock_guard guard(m_lock);
         m_scale = ScaleOf(*m_made, m_gate);
+        m_gateBegin = EndOf(*m_made, m_gate, -0.5);
+        m_gateEnd = EndOf(*m_made, m_gate, 0.5);
         m_patient = m_made.get();
     }
     m_due = Clock::now();

@@ -65,6 +65,8 @@ private:
     bool m_runs = false;
     const simulation::Phantom* m_patient = nullptr;
     FlowScale m_scale;
+    UPoint m_gateBegin;
+    UPoint m_gateEnd;
     std::deque<std::vector<std::uint8_t>> m_frames;
     int m_nextFrame = 0;
     std::deque<Column> m_columns;

@@ -12,6 +12,7 @@ namespace exam {
 namespace {
 
 constexpr int pngFormat = 3; // of SaveBitmap
+constexpr COLORREF paper = RGB(255, 255, 255);
 
 void DrawMarks(CDC& dc, const ImageView& view, const StudyContent& study,
                const std::wstring& object, int frame)
@@ -43,6 +44,7 @@ bool SaveMarkedFrame(const FrameSource& source, int frame, const StudyContent& s
         const base::Selection selection(screen.GetSafeHdc(), bitmap.GetSafeHandle());
         const ScopedFont font(screen, ScopedFont::textSize, FW_NORMAL);
         view.Paint(screen, CPoint(0, 0));
+        view.FillOutside(screen, CPoint(0, 0), paper);
         DrawMarks(screen, view, study, object, frame);
     }
     const base::GdiPlusSession session;

@@ -10,7 +10,8 @@
 namespace exam {
 
 /// Draws a frame of a recording with those marks of a study that lie on it, into a picture of
-/// `size` pixels, and saves it as a PNG file. False when that is not possible.
+/// `size` pixels, and saves it as a PNG file. It is white outside the imaged region, for paper.
+/// False when that is not possible.
 bool SaveMarkedFrame(const FrameSource& source, int frame, const StudyContent& study,
                      const std::wstring& object, CSize size, const std::wstring& path);
 

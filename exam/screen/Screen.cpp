@@ -6,6 +6,7 @@
 #include "screen/InfoPanel.h"
 #include "screen/RecordingText.h"
 #include "screen/Timeline.h"
+#include "study/StudyTexts.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/GetStr.h>
@@ -66,6 +67,24 @@ void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& ima
     }
 }
 
+// Draws the sample volume of the flow on the strip, with the beam that comes from the probe.
+void DrawGate(CDC& dc, const ImagingParameters& image, const FlowSpectrum& flow)
+{
+    constexpr int tick = 3; // scan lines on each side
+    CPen beam(PS_DOT, 1, palette::scale);
+    CPen gate(PS_SOLID, 1, palette::accent);
+    const CPoint begin = image.Pixel(flow.gateBegin.x, flow.gateBegin.y);
+    dc.SetBkMode(TRANSPARENT);
+    {
+        const base::Selection selection(dc.GetSafeHdc(), beam.GetSafeHandle());
+        DrawLines(dc, {image.EntryOfBeam(flow.gateBegin, flow.gateEnd), begin});
+    }
+    const base::Selection selection(dc.GetSafeHdc(), gate.GetSafeHandle());
+    DrawLines(dc, {begin, image.Pixel(flow.gateEnd.x, flow.gateEnd.y)});
+    for (const UPoint& end : {flow.gateBegin, flow.gateEnd})
+        image.DrawDepthLine(dc, end.y, end.x - tick, end.x + tick);
+}
+
 constexpr int titleSize = 18;
 constexpr int barMargin = 16;
 constexpr int dotSize = 14;
@@ -115,6 +134,8 @@ CString TitleOf(const ExamState& state)
     const StudyContent& study = state.Content();
     if (study.patient.name.empty()) return GetStr("exam.title");
     CString title = study.patient.name.c_str();
+    const std::wstring age = AgeText(study.patient, study.date);
+    if (!age.empty()) title += CString(L", ") + age.c_str();
     if (!study.description.empty()) title += CString(L", ") + study.description.c_str();
     return title;
 }
@@ -128,9 +149,11 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     const SavedState saved(dc);
     dc.IntersectClipRect(&layout.imageArea);
     state.Marks().Draw(dc, MarkPlace::frame, layout.scale);
-    // The scale draws in pixels of the image.
+    // Scale and sample volume draw in pixels of the image.
     dc.SetViewportOrg(layout.image.left, layout.image.top);
-    DrawRuler(dc, layout, state.View().Parameters(), layout.image.Width());
+    const ImagingParameters& image = state.View().Parameters();
+    DrawRuler(dc, layout, image, layout.image.Width());
+    if (state.IsStripShown() && state.Strip().HasFlow()) DrawGate(dc, image, state.Strip().Flow());
 }
 
 // The parts of the window that movies leave out.

@@ -1,4 +1,5 @@
 #include "image/CineFile.h"
+#include "record/PixelCanvas.h"
 #include "SyntheticCine.h"
 
 #include <gtest/gtest.h>
@@ -49,6 +50,38 @@ TEST(ImageView, ShowsTheUpperPartOfADepth)
         const CPoint deepest = image.Pixel(lines / 2, samples / 2 - 1);
         EXPECT_EQ(view.Grey({deepest.x, deepest.y + 3}), 0);
     }
+}
+
+TEST(ImageView, FillsWhatLiesOutsideTheImagedRegion)
+{
+    ImageView view;
+    Show(Curved(), view);
+    PixelCanvas canvas(CSize(320, 300));
+    view.Paint(canvas.Context(), CPoint(10, 20));
+    view.FillOutside(canvas.Context(), CPoint(10, 20), RGB(255, 255, 255));
+    const auto at = [&](CPoint pixel) {
+        return canvas.Context().GetPixel(pixel.x + 10, pixel.y + 20);
+    };
+    EXPECT_EQ(at({0, 0}), RGB(255, 255, 255));
+    EXPECT_EQ(at({299, 279}), RGB(255, 255, 255));
+    const CPoint inside = view.Parameters().Pixel(lines / 2, samples / 2);
+    EXPECT_EQ(at(inside), RGB(level, level, level));
+    EXPECT_EQ(canvas.Context().GetPixel(5, 5), 0u); // beside the image
+}
+
+TEST(ImageView, ABeamEntersTheBodyAtTheProbesFace)
+{
+    ImageView view;
+    Show(Curved(), view);
+    const ImagingParameters& image = view.Parameters();
+    const CPoint straight = image.EntryOfBeam({10, 200}, {10, 400});
+    EXPECT_LE(std::abs(straight.x - image.Pixel(10, 0).x), 2);
+    EXPECT_LE(std::abs(straight.y - image.Pixel(10, 0).y), 2);
+    Show(Linear(), view);
+    const CPoint slanted = view.Parameters().EntryOfBeam({30, 200}, {20, 400});
+    EXPECT_LE(std::abs(slanted.x - view.Parameters().Pixel(40, 0).x), 3);
+    EXPECT_EQ(slanted.y, view.Parameters().Pixel(40, 0).y);
+    EXPECT_EQ(view.Parameters().EntryOfBeam({30, 0}, {10, 0}), view.Parameters().Pixel(30, 0));
 }
 
 TEST(ImageView, FindsTheLineAndSampleOfAPixel)

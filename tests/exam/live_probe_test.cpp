@@ -91,6 +91,10 @@ TEST_P(LiveProbeTest, ItsSpectraAreThoseOfThePatientAtTheirTimes)
             EXPECT_EQ(flow.traces.at(static_cast<std::size_t>(trace * flow.columns + i)),
                       truth.traces.at(static_cast<std::size_t>(trace)));
     }
+    const simulation::ScanPosition middle = patient.PositionOf(gate.place);
+    EXPECT_NEAR((flow.gateBegin.x + flow.gateEnd.x) / 2.0, middle.line, 1);
+    EXPECT_NEAR((flow.gateBegin.y + flow.gateEnd.y) / 2.0, middle.sample, 1);
+    EXPECT_LT(flow.gateBegin.y, flow.gateEnd.y);
     EXPECT_EQ(flow.scale.bins, gate.bins);
     EXPECT_EQ(flow.scale.pulsePeriod, gate.pulsePeriod);
     EXPECT_EQ(flow.scale.frequency, gate.frequency);
