@@ -1,6 +1,7 @@
 #include "service/Form.h"
 
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
 #include <utility>
@@ -22,6 +23,8 @@ constexpr short longRows = 3;
 constexpr short buttonWidth = 54;
 constexpr short buttonHeight = 15;
 constexpr short problemHeight = 20;
+
+constexpr int mostChoices = 12; // of an open list, which scrolls to the others
 
 struct Template
 {
@@ -129,10 +132,13 @@ private:
                 id);
             return;
         }
-        box.bottom += rowHeight * static_cast<int>(field.choices.size() + 1); // of the open list
         HWND list = Add(form, L"COMBOBOX", L"", WS_TABSTOP | CBS_DROPDOWNLIST, box, id);
         for (const CString& choice : field.choices)
             SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(choice.GetString()));
+        CComboBox shown;
+        shown.Attach(list);
+        utilsExam::SetComboBoxDropdownHeight(shown, 0, mostChoices);
+        shown.Detach();
         const auto chosen = std::ranges::find(field.choices, field.value);
         if (chosen != field.choices.end())
             SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(chosen - field.choices.begin()),

@@ -17,8 +17,15 @@ void TourReport::Step(bool held, const std::wstring& what)
     WriteOut((held ? L"  \u2713 " : L"  \u2717 ") + what + L"\n");
 }
 
-bool TourReport::Close() const
+void TourReport::Execute()
 {
+    for (POSITION place = GetHeadPosition(); place;)
+        WriteOut(L"tour: nobody answered: " + std::wstring(GetNext(place)) + L"\n");
+}
+
+bool TourReport::Close()
+{
+    Execute();
     const std::wstring steps = std::to_wstring(m_steps);
     if (m_failed == 0 && m_steps > 0) {
         WriteOut(L"tour: all " + steps + L" steps held\n");

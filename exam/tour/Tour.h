@@ -3,6 +3,8 @@
 #include "status/StatusDisplay.h"
 #include "window/MainWindow.h"
 
+#include <Utils_Statics/IProAgent.h>
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -20,16 +22,22 @@ enum SampleSource : std::size_t
     simulatedPhased
 };
 
-/// Counts the steps of a tour and prints a line for each, with a tick or a cross.
-class TourReport
+/// Counts the steps of a tour and prints a line for each, with a tick or a cross. It is the agent
+/// of the unattended run, whose texts are the questions that nobody answered.
+class TourReport : public IProAgent
 {
 public:
+    TourReport() { m_agent = this; }
+
     void Step(bool held, const std::wstring& what);
 
     /// Prints the verdict. True when there was at least one step and all steps held.
-    bool Close() const;
+    bool Close();
 
 private:
+    /// Prints the questions.
+    void Execute() override;
+
     int m_steps = 0;
     int m_failed = 0;
 };

@@ -11,6 +11,9 @@
 
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/IProAgent.h>
+#include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/utilsExam.h>
 
 #include <shellapi.h>
@@ -22,6 +25,8 @@ namespace {
 constexpr UINT_PTR playTimer = 1;
 constexpr UINT_PTR saveTimer = 2;
 constexpr UINT saveDelay = 1000; // milliseconds after the last change of the study
+
+constexpr UINT cursorMessage = WM_APP + 60; // of ShowCursorHelper
 
 } // namespace
 
@@ -52,6 +57,7 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_WM_CLOSE()
     ON_MESSAGE(WM_QUERYENDSESSION, OnQueryEndSession)
     ON_MESSAGE(WM_ENDSESSION, OnEndSession)
+    ON_MESSAGE(cursorMessage, OnCursorWanted)
     ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
@@ -194,30 +200,46 @@ bool MainWindow::SavePicture(const std::wstring& path)
     return CaptureToPng(GetSafeHwnd(), path);
 }
 
+// Nobody answers the questions of an unattended run. Its agent keeps them.
 bool MainWindow::Ask(const CString& question)
 {
+    if (IProAgent* const agent = IProAgent::GetAgent()) {
+        agent->AddTail(question);
+        return true;
+    }
+    const ShowCursorHelper cursor(false);
     return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
 bool MainWindow::Fill(const CString& title, std::vector<FormField>& fields, const FormCheck& check)
 {
+    const ShowCursorHelper cursor(false);
     return AskForm(GetSafeHwnd(), title, fields, check);
 }
 
 std::wstring MainWindow::ChooseImage()
 {
+    const ShowCursorHelper cursor(false);
     return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), L"*.cine");
 }
 
 std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)
 {
+    const ShowCursorHelper cursor(false);
     return ChooseFromMenu(GetSafeHwnd(), paths);
 }
 
 bool MainWindow::OpenElsewhere(const std::wstring& path)
 {
     return OpenWithSystem(GetSafeHwnd(), path);
+}
+
+// No tool confines the cursor while a dialog or a menu needs it: the point in hand is put down.
+LRESULT MainWindow::OnCursorWanted(WPARAM isWanted, LPARAM)
+{
+    if (isWanted) MouseCapture::Unlock();
+    return 0;
 }
 
 LRESULT MainWindow::OnDropFiles(WPARAM dropped, LPARAM)

@@ -60,6 +60,7 @@ protected:
     void OnMove(int x, int y);
     LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCursorWanted(WPARAM isWanted, LPARAM lParam);
     LRESULT OnDropFiles(WPARAM dropped, LPARAM lParam);
     void OnClose();
     LRESULT OnQueryEndSession(WPARAM wParam, LPARAM lParam);

@@ -2,6 +2,7 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "window/MenuPicture.h"
 #include "window/Menus.h"
 
 #include <base/GdiHandles.h>
@@ -15,6 +16,7 @@ constexpr int textSize = ScopedFont::textSize - 1;
 constexpr int lineHeight = 22;
 constexpr int dividerHeight = 7;
 constexpr int checkWidth = 24;
+constexpr int pictureSize = 18;
 constexpr int keyGap = 24;
 constexpr int barMargin = 4;
 
@@ -33,6 +35,13 @@ void DrawTick(CDC& dc, const CRect& area, int dpi)
     const CPoint low = area.CenterPoint() + CPoint(-Scaled(1, dpi), Scaled(4, dpi));
     DrawLines(dc, {low - CSize(Scaled(4, dpi), Scaled(4, dpi)), low,
                    low + CPoint(Scaled(7, dpi), -Scaled(9, dpi))});
+}
+
+CRect PlaceOfPicture(const CRect& check, int dpi)
+{
+    const CSize size(Scaled(pictureSize, dpi), Scaled(pictureSize, dpi));
+    const CPoint middle = check.CenterPoint();
+    return {CPoint(middle.x - size.cx / 2, middle.y - size.cy / 2), size};
 }
 
 } // namespace
@@ -97,7 +106,10 @@ void DrawMenuItem(const DRAWITEMSTRUCT& item, int dpi)
     }
     CRect check = box;
     check.right = check.left + Scaled(checkWidth, dpi);
-    if (item.itemState & ODS_CHECKED) DrawTick(dc, check, dpi);
+    if (item.itemState & ODS_CHECKED)
+        DrawTick(dc, check, dpi);
+    else if (text.picture)
+        DrawMenuPicture(dc, PlaceOfPicture(check, dpi), text.picture, !isGrey);
     box.left = check.right;
     box.right -= Scaled(keyGap, dpi);
     dc.DrawText(text.name, &box, DT_LEFT | oneLine);

@@ -73,7 +73,7 @@ MenuText TextOfMenu(ULONG_PTR data)
         return {.name = GetStr(std::span(menuNames)[data - firstMenuData].nameKey),
                 .isOnBar = true};
     const Command& command = Commands()[data];
-    return {.name = GetStr(command.text.name), .key = KeyName(command)};
+    return {.name = GetStr(command.text.name), .key = KeyName(command), .picture = command.picture};
 }
 
 MenuHandle MakeMenuBar()

@@ -26,7 +26,8 @@ struct MenuText
     CString name{};
     CString key{};
     bool isOnBar = false;
-    bool isLine = false; ///< it only divides others, and has no text
+    const wchar_t* picture = nullptr; ///< file of its command's picture; null: none
+    bool isLine = false;              ///< it only divides others, and has no text
 };
 
 /// The texts of the item with this data, in the current language.

@@ -14,6 +14,8 @@
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/IProAgent.h>
+#include <Utils_Statics/MouseCapture.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 
@@ -356,6 +358,42 @@ TEST_F(MainWindowTest, MenusAreWrittenInTheColoursOfTheApplication)
     EXPECT_TRUE(holds(palette::accent)); // the tick
 }
 
+TEST_F(MainWindowTest, AnItemShowsThePictureOfItsCommandAndAGreyOneWhenItIsNotPossible)
+{
+    Open(WindowForm::window);
+    const auto found = std::ranges::find_if(
+        Commands(), [](const Command& command) { return command.picture != nullptr; });
+    ASSERT_NE(found, Commands().end());
+    DRAWITEMSTRUCT drawn = {};
+    drawn.CtlType = ODT_MENU;
+    drawn.itemData = static_cast<ULONG_PTR>(found - Commands().begin());
+    drawn.rcItem = CRect(0, 0, 300, 24);
+    const auto colours = [&](UINT state) {
+        PixelCanvas canvas(CSize(300, 24));
+        drawn.hDC = canvas.Context();
+        drawn.itemState = state;
+        m_window->SendMessage(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&drawn));
+        std::vector<unsigned int> pixels;
+        canvas.Cut(CRect(2, 2, 22, 22), pixels);
+        int picture = 0, coloured = 0;
+        for (const unsigned int pixel : pixels) {
+            const auto [least, most] =
+                std::minmax({pixel & 0xFF, pixel >> 8 & 0xFF, pixel >> 16 & 0xFF});
+            const COLORREF colour = RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
+            if (colour == palette::header) continue;
+            ++picture;
+            if (most - least > 2) ++coloured;
+        }
+        return std::pair(picture, coloured);
+    };
+    const auto [picture, coloured] = colours(0);
+    EXPECT_GT(picture, 60);
+    EXPECT_GT(coloured, 30);
+    const auto [grey, colouredGrey] = colours(ODS_GRAYED);
+    EXPECT_GT(grey, 60);
+    EXPECT_EQ(colouredGrey, 0);
+}
+
 TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)
 {
     Open(WindowForm::window);
@@ -510,6 +548,39 @@ TEST_F(MainWindowTest, ClosingAsksAboutMeasurementsAndGoesOnWithANo)
     AnswerNextBox(IDYES);
     m_window->SendMessage(WM_CLOSE);
     EXPECT_EQ(s_boxes, 2);
+    EXPECT_EQ(m_window->GetSafeHwnd(), nullptr);
+}
+
+TEST_F(MainWindowTest, ADialogGetsTheCursorFromTheTool)
+{
+    m_state.SetInput(InputTrackball);
+    m_state.Marks().Choose(MarkKind::distance);
+    ASSERT_TRUE(MouseCapture::IsLocked());
+    s_boxes = 0;
+    AnswerNextBox(IDNO);
+    m_window->SendMessage(WM_CLOSE);
+    EXPECT_EQ(s_boxes, 1);
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    EXPECT_TRUE(m_window->IsWindowEnabled());
+    m_state.SetInput(InputPointer);
+}
+
+TEST_F(MainWindowTest, TheAgentOfAnUnattendedRunTakesTheQuestions)
+{
+    class Agent : public IProAgent
+    {
+    public:
+        Agent() { m_agent = this; }
+
+    private:
+        void Execute() override {}
+    };
+    Agent agent;
+    m_state.Marks().Choose(MarkKind::distance);
+    m_state.Marks().Press(MK_LBUTTON, m_state.Layout().image.CenterPoint());
+    MouseCapture::Unlock();
+    m_window->SendMessage(WM_CLOSE);
+    EXPECT_EQ(agent.GetCount(), 1);
     EXPECT_EQ(m_window->GetSafeHwnd(), nullptr);
 }
 
