@@ -1,6 +1,8 @@
 #include "image/GreyBitmap.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <vector>
 
 namespace exam {
 
@@ -41,12 +43,15 @@ void PaintRows(CDC& dc, CPoint at, CSize size, const std::uint8_t* levels)
 
 void PaintGrey(CDC& dc, CPoint at, CSize size, const std::uint8_t* levels)
 {
-    // The platform expects rows that are padded to four bytes. Others are painted one by one.
+    // The platform expects rows that are padded to four bytes.
     constexpr int padding = 4;
-    if (size.cx % padding == 0) return PaintRows(dc, at, size, levels);
-    for (int y = 0; y < size.cy; ++y)
-        PaintRows(dc, CPoint(at.x, at.y + y), CSize(size.cx, 1),
-                  levels + static_cast<std::ptrdiff_t>(y) * size.cx);
+    const int stride = (size.cx + padding - 1) / padding * padding;
+    if (stride == size.cx) return PaintRows(dc, at, size, levels);
+    std::vector<std::uint8_t> padded(static_cast<std::size_t>(stride) *
+                                     static_cast<std::size_t>(size.cy));
+    for (std::ptrdiff_t y = 0; y < size.cy; ++y)
+        std::copy_n(levels + y * size.cx, size.cx, padded.begin() + y * stride);
+    PaintRows(dc, at, size, padded.data());
 }
 
 } // namespace exam

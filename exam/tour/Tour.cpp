@@ -1,63 +1,116 @@
 #include "tour/Tour.h"
 
-#include "base/Console.h"
+#include "commands/Commands.h"
+#include "screen/Screen.h"
 #include "study/MarkValues.h"
+#include "tour/TourScreen.h"
 #include "window/Capture.h"
 
 #include <base/FileContents.h>
 
 #include <filesystem>
+#include <utility>
 
 namespace exam {
 
-void TourReport::Step(bool held, const std::wstring& what)
+namespace {
+
+// Paints what of a window has changed.
+void Repaint(HWND window)
 {
-    ++m_steps;
-    if (!held) ++m_failed;
-    WriteOut((held ? L"  \u2713 " : L"  \u2717 ") + what + L"\n");
+    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
-void TourReport::Execute()
+void TellKey(TourReport& report, UINT key)
 {
-    for (POSITION place = GetHeadPosition(); place;)
-        WriteOut(L"tour: nobody answered: " + std::wstring(GetNext(place)) + L"\n");
+    if (const Command* const command = CommandOfKey(key))
+        report.Do(std::wstring(L"key ") + KeyName(*command).GetString());
 }
 
-bool TourReport::Close()
+// What is seen after each step. The picture of all windows is kept as a file of its own whenever it
+// is not the last one.
+class TourEye
 {
-    Execute();
-    const std::wstring steps = std::to_wstring(m_steps);
-    if (m_failed == 0 && m_steps > 0) {
-        WriteOut(L"tour: all " + steps + L" steps held\n");
-        return true;
+public:
+    explicit TourEye(TourContext& context) : m_context(context)
+    {
+        std::error_code error;
+        std::filesystem::remove_all(Folder(), error); // pictures of an earlier tour
+        std::filesystem::create_directories(Folder(), error);
+        m_context.report.look = [this](std::wstring& picture) { return Look(picture); };
     }
-    WriteOut(L"tour: " + std::to_wstring(m_failed) + L" of " + steps + L" steps failed\n");
-    return false;
+    ~TourEye() { m_context.report.look = {}; }
+    TourEye(const TourEye&) = delete;
+    TourEye& operator=(const TourEye&) = delete;
+
+private:
+    std::wstring Folder() const { return m_context.folder + L"\\steps"; }
+
+    std::wstring Look(std::wstring& picture)
+    {
+        const HWND window = m_context.window.GetSafeHwnd();
+        if (!window) return {};
+        Repaint(window);
+        Repaint(m_context.window.Panel().GetSafeHwnd());
+        if (std::wstring clipped = FindClippedWindow(); !clipped.empty())
+            return L"the window '" + clipped + L"' leaves the screen";
+        if (std::wstring cut = FindCut(); !cut.empty()) return L"the text '" + cut + L"' is cut";
+        return Keep(picture);
+    }
+
+    std::wstring FindCut() const
+    {
+        const ExamState& state = m_context.state;
+        std::wstring cut = FindCutText([&](CDC& dc) { DrawScreen(dc, state, ScreenUse::display); });
+        return cut.empty() ? FindCutLabel() : cut;
+    }
+
+    std::wstring Keep(std::wstring& picture)
+    {
+        const base::Bitmap bitmap = Capture(nullptr, AreaOfWindows());
+        std::vector<std::uint32_t> pixels = PixelsOf(bitmap.get());
+        if (IsEmpty(pixels)) return L"nothing is seen";
+        if (pixels == m_pixels) return {};
+        m_pixels = std::move(pixels);
+        picture = std::to_wstring(++m_pictures) + L".png";
+        return SavePng(bitmap.get(), Folder() + L"\\" + picture) ? L"" : L"no picture is kept";
+    }
+
+    TourContext& m_context;
+    std::vector<std::uint32_t> m_pixels;
+    int m_pictures = 0;
+};
+
+} // namespace
+
+void TourContext::Picture(const std::wstring& name, Place place)
+{
+    PictureOf(window.GetSafeHwnd(), name, place);
 }
 
-void TourContext::Picture(const std::wstring& name)
+void TourContext::PictureOf(HWND other, const std::wstring& name, Place place)
 {
-    PictureOf(window.GetSafeHwnd(), name);
+    Repaint(other);
+    CRect client;
+    GetClientRect(other, &client);
+    Keep(Capture(other, client).get(), name, place);
 }
 
-void TourContext::PictureOf(HWND other, const std::wstring& name)
+void TourContext::PictureOf(const CRect& part, const std::wstring& name, Place place)
 {
-    RedrawWindow(other, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    report.Step(CaptureToPng(other, PathOf(name)), L"picture " + name + L".png");
+    Keep(Capture(nullptr, part).get(), name, place);
 }
 
-void TourContext::PictureOf(const CRect& part, const std::wstring& name)
+void TourContext::Keep(HBITMAP bitmap, const std::wstring& name, Place place)
 {
-    report.Step(CaptureScreenToPng(part, PathOf(name)), L"picture " + name + L".png");
-}
-
-std::wstring TourContext::PathOf(const std::wstring& picture) const
-{
-    return folder + L"\\" + picture + L".png";
+    const bool held =
+        !IsEmpty(PixelsOf(bitmap)) && SavePng(bitmap, folder + L"\\" + name + L".png");
+    report.Step(held, L"picture " + name + L".png", place);
 }
 
 void TourContext::Key(UINT key)
 {
+    TellKey(report, key);
     window.SendMessage(WM_KEYDOWN, key, 0);
 }
 
@@ -76,6 +129,8 @@ void TourContext::SetCodec(const wchar_t* name)
 
 void TourContext::Post(HWND to, UINT message, WPARAM wParam, LPARAM lParam)
 {
+    if (message == WM_KEYDOWN) TellKey(report, static_cast<UINT>(wParam));
+    if (message == WM_LBUTTONDOWN) report.Do(L"mouse");
     HandlePending(to);
     PostMessage(to, message, wParam, lParam);
     HandlePending(to);
@@ -113,6 +168,8 @@ void TakeTour(TourContext& context)
         context.report.Step(false, L"the folder " + context.folder + L" can be made");
         return;
     }
+    context.report.WriteTo(context.folder + L"\\steps.txt");
+    const TourEye eye(context);
     TourEnvironment(context);
     TourPaths(context);
     TourTexts(context);
@@ -121,9 +178,9 @@ void TakeTour(TourContext& context)
     TourSimulation(context);
     TourRecording(context);
     TourPanel(context);
-    TourService(context);
     TourOverlays(context);
     TourStatus(context);
+    TourService(context);
     TourEnd(context);
 }
 

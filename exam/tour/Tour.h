@@ -1,9 +1,8 @@
 #pragma once
 
 #include "status/StatusDisplay.h"
+#include "tour/TourReport.h"
 #include "window/MainWindow.h"
-
-#include <Utils_Statics/IProAgent.h>
 
 #include <cstddef>
 #include <functional>
@@ -22,26 +21,6 @@ enum SampleSource : std::size_t
     simulatedPhased
 };
 
-/// Counts the steps of a tour and prints a line for each, with a tick or a cross. It is the agent
-/// of the unattended run, whose texts are the questions that nobody answered.
-class TourReport : public IProAgent
-{
-public:
-    TourReport() { m_agent = this; }
-
-    void Step(bool held, const std::wstring& what);
-
-    /// Prints the verdict. True when there was at least one step and all steps held.
-    bool Close();
-
-private:
-    /// Prints the questions.
-    void Execute() override;
-
-    int m_steps = 0;
-    int m_failed = 0;
-};
-
 /// The objects that the steps of a tour work on.
 struct TourContext
 {
@@ -51,12 +30,14 @@ struct TourContext
     StatusDisplay& status;
     std::wstring folder; ///< folder of the pictures and files that the tour leaves
 
-    /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step.
-    void Picture(const std::wstring& name);
+    using Place = TourReport::Place;
+
+    /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step,
+    /// which fails when there is only one colour in the picture.
+    void Picture(const std::wstring& name, Place place = Place::current());
     /// These do so with another window, and with a part of the screen.
-    void PictureOf(HWND other, const std::wstring& name);
-    void PictureOf(const CRect& part, const std::wstring& name);
-    std::wstring PathOf(const std::wstring& picture) const;
+    void PictureOf(HWND other, const std::wstring& name, Place place = Place::current());
+    void PictureOf(const CRect& part, const std::wstring& name, Place place = Place::current());
 
     /// Presses a key, which the window handles before this returns.
     void Key(UINT key);
@@ -77,6 +58,9 @@ struct TourContext
 
     /// Sets the codec of movies in the profile.
     void SetCodec(const wchar_t* name);
+
+private:
+    void Keep(HBITMAP bitmap, const std::wstring& name, Place place);
 };
 
 /// True when both files have the same bytes, and any.

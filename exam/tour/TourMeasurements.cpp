@@ -4,7 +4,6 @@
 #include "service/Terms.h"
 #include "study/StudyFile.h"
 #include "tour/TourMouse.h"
-#include "window/Capture.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -178,7 +177,7 @@ void Annotations(TourContext& context, Mouse& mouse)
 }
 
 // The form is modal, so a timer works it: it takes the picture, writes a name and confirms.
-const TourContext* s_form = nullptr;
+TourContext* s_form = nullptr;
 
 void CALLBACK WorkForm(HWND, UINT, UINT_PTR timer, DWORD)
 {
@@ -187,8 +186,7 @@ void CALLBACK WorkForm(HWND, UINT, UINT_PTR timer, DWORD)
     if (!form) return;
     KillTimer(nullptr, timer);
     SetDlgItemTextW(form, nameField, L"Ada Sample");
-    RedrawWindow(form, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    CaptureToPng(form, s_form->PathOf(L"patient-form"));
+    s_form->PictureOf(form, L"patient-form");
     SendMessageW(form, WM_COMMAND, IDOK, 0);
 }
 

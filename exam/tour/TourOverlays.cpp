@@ -1,4 +1,4 @@
-// Station 10: windows over the image, buttons with pictures, tips and balloons.
+// Station 9: windows over the image, buttons with pictures, tips and balloons.
 #include "base/Palette.h"
 #include "commands/Commands.h"
 #include "tour/Tour.h"
@@ -18,23 +18,6 @@ constexpr std::size_t distanceButton = 0;
 constexpr std::size_t rawButton = 3;
 constexpr std::size_t movieButton = 4;
 
-BOOL CALLBACK FindShownTip(HWND window, LPARAM result)
-{
-    wchar_t name[32] = {};
-    GetClassNameW(window, name, 32);
-    if (CString(name) != TOOLTIPS_CLASSW || !IsWindowVisible(window)) return TRUE;
-    *reinterpret_cast<HWND*>(result) = window;
-    return FALSE;
-}
-
-// The tip that is shown on this thread; null when there is none.
-HWND ShownTip()
-{
-    HWND shown = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), FindShownTip, reinterpret_cast<LPARAM>(&shown));
-    return shown;
-}
-
 CString TextOf(HWND tip)
 {
     wchar_t text[1024] = {};
@@ -45,9 +28,24 @@ CString TextOf(HWND tip)
     return text;
 }
 
+// An enumeration callback that stops at a visible tip with the text.
+BOOL CALLBACK IsOtherTip(HWND window, LPARAM text)
+{
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, 32);
+    return CString(name) != TOOLTIPS_CLASSW || !IsWindowVisible(window) ||
+           TextOf(window) != *reinterpret_cast<const CString*>(text);
+}
+
+// A notice may be shown beside the tip.
+bool IsTipShown(const CString& text)
+{
+    return !EnumThreadWindows(GetCurrentThreadId(), IsOtherTip, reinterpret_cast<LPARAM>(&text));
+}
+
 bool ShowsTip(TourContext& context, const CString& text)
 {
-    return context.WaitUntil([&] { return ShownTip() && TextOf(ShownTip()) == text; });
+    return context.WaitUntil([&] { return IsTipShown(text); });
 }
 
 COLORREF PixelAt(CWnd& window, CPoint pixel)
@@ -121,11 +119,12 @@ void Tips(TourContext& context)
     ToolBar& tools = context.window.OverImage().Tools();
     for (int language = 0; language < 2; ++language) {
         PointAt(tools, tools.AreaOf(distanceButton).CenterPoint());
-        const bool held = ShowsTip(context, TipOf(*CommandOfKey('1')));
-        context.report.Step(held, L"a tip says what the button under the pointer does");
+        const CString tip = TipOf(*CommandOfKey('1'));
+        context.report.Step(ShowsTip(context, tip),
+                            L"a tip says what the button under the pointer does");
         context.PictureOf(CRect(0, 160, 520, 360), language ? L"tip-other-language" : L"tip");
         PointAt(context.window, context.state.Layout().panel.CenterPoint());
-        context.report.Step(context.WaitUntil([] { return !ShownTip(); }),
+        context.report.Step(context.WaitUntil([&] { return !IsTipShown(tip); }),
                             L"and goes with the pointer");
         context.state.NextLanguage();
     }
@@ -136,12 +135,12 @@ void PanelTips(TourContext& context)
     ControlPanel& panel = context.window.Panel();
     const PanelButton& button = panel.Buttons().front();
     PointAt(panel, button.area.CenterPoint());
-    context.report.Step(
-        ShowsTip(context, GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button")),
-        L"a tip on the control panel says how a button is worked");
+    const CString tip = GetStr(button.IsRotary() ? "exam.tip.rotary" : "exam.tip.button");
+    context.report.Step(ShowsTip(context, tip),
+                        L"a tip on the control panel says how a button is worked");
     context.PictureOf(CRect(0, 700, 1024, 1024), L"panel-tip");
     PointAt(context.window, context.state.Layout().panel.CenterPoint());
-    context.report.Step(context.WaitUntil([] { return !ShownTip(); }), L"and goes, too");
+    context.report.Step(context.WaitUntil([&] { return !IsTipShown(tip); }), L"and goes, too");
 }
 
 // The lower right corner of the console's screen, where balloons stand.

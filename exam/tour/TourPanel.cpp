@@ -32,7 +32,11 @@ public:
         return button && Panel().IsLit(*button);
     }
 
-    void Push(const wchar_t* name) { Click(AreaOf(name).CenterPoint()); }
+    void Push(const wchar_t* name)
+    {
+        m_context.report.Do(std::wstring(L"button ") + name);
+        Click(AreaOf(name).CenterPoint());
+    }
     void TurnUp(const wchar_t* name) { Click({AreaOf(name).right - 4, AreaOf(name).top + 20}); }
     void TurnDown(const wchar_t* name) { Click({AreaOf(name).left + 4, AreaOf(name).top + 20}); }
 

@@ -47,6 +47,7 @@ double WorkOfThread()
 LiveView Watch(TourContext& context, double seconds)
 {
     LiveView view;
+    context.HandlePending(); // frames that came meanwhile are not of this time
     const int first = context.state.Frame();
     const Clock::time_point begin = Clock::now();
     while (Clock::now() - begin < std::chrono::duration<double>(seconds)) {

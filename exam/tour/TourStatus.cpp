@@ -1,4 +1,4 @@
-// Station 11: the status row.
+// Station 10: the status row.
 #include "base/Palette.h"
 #include "status/StatusRow.h"
 #include "tour/Tour.h"

@@ -1,16 +1,21 @@
 #pragma once
 
+#include <base/GdiHandles.h>
+
 #include <atltypes.h>
 
 #include <string>
 
 namespace exam {
 
+/// The content of a part of a window's client area, or of the screen, whatever windows it shows,
+/// for a null window.
+base::Bitmap Capture(HWND window, const CRect& part);
+
+/// Saves a bitmap as a PNG file. False when it could not be written.
+bool SavePng(HBITMAP bitmap, const std::wstring& path);
+
 /// Saves the content of a window's client area as a PNG file. False when it could not be written.
 bool CaptureToPng(HWND window, const std::wstring& path);
-
-/// Saves a part of the screen, whatever windows it shows, as a PNG file. False when it could not be
-/// written.
-bool CaptureScreenToPng(const CRect& part, const std::wstring& path);
 
 } // namespace exam
