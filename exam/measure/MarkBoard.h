@@ -130,7 +130,7 @@ private:
     void Put(int number, std::size_t index, const PixelPoint& to);
     void Shift(int number, PixelPoint from, const PixelPoint& to);
     void Move(int number, int place, const PixelPoint& to);
-    void MovePrecisely(MarkHandle& handle, int dx, int dy);
+    void MovePrecisely(const MarkHandle& handle, int dx, int dy);
     void Release();
 
     bool PressMark(CPoint at);

@@ -264,7 +264,7 @@ void MarkBoard::Shift(int number, PixelPoint from, const PixelPoint& to)
 }
 
 // All steps of the precision mouse on one point are one step of the study.
-void MarkBoard::MovePrecisely(MarkHandle& handle, int dx, int dy)
+void MarkBoard::MovePrecisely(const MarkHandle& handle, int dx, int dy)
 {
     const Mark* const mark = Find(handle.Number());
     if (!mark || handle.Active() < 0) return;
