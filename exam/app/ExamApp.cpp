@@ -68,16 +68,19 @@ BOOL ExamApp::InitInstance()
     }
     utilsExam::ServiceMode = m_options.service;
     utilsExam::SetConsoleType(m_options.console);
-    const std::wstring userFolder =
+    m_userFolder =
         base::FullPath((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()).c_str());
-    InstallStores(userFolder);
+    InstallStores(m_userFolder);
     std::error_code error; // a tour begins with the sample patient alone
-    if (m_options.IsTour()) std::filesystem::remove_all(userFolder + L"\\patients", error);
-    m_studyFolder = PreparePatients(userFolder);
+    if (m_options.IsTour()) std::filesystem::remove_all(m_userFolder + L"\\patients", error);
+    m_studyFolder = PreparePatients(m_userFolder);
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
     if (!OpenMainWindow() || !OpenStatusRow()) return FALSE;
     utilsExam::AppInitDone = true;
-    if (!m_options.IsTour()) return TRUE;
+    if (!m_options.IsTour()) {
+        m_window->Exam().OfferRecovery();
+        return TRUE;
+    }
     m_exitCode = RunTour();
     m_window->DestroyWindow();
     return FALSE;
@@ -202,8 +205,10 @@ bool ExamApp::OpenMainWindow()
     const bool isFixed = m_options.fixed || m_options.IsTour();
     if (!m_window->Open(isFixed ? WindowForm::console : WindowForm::window))
         return Fail(L"the main window cannot be created; is there a screen?");
-    if (!m_options.IsTour()) m_window->Exam().RepairRecordings();
-    m_window->Exam().OpenStudy(m_studyFolder);
+    if (m_options.IsTour())
+        m_window->Exam().OpenStudy(m_studyFolder);
+    else
+        m_window->Exam().BeginSession(m_userFolder, m_studyFolder);
     if (!m_options.image.empty())
         m_window->Exam().OpenImage(base::FullPath(m_options.image.c_str()));
     return m_window->OpenPanel() || Fail(L"the control panel cannot be created");

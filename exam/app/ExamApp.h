@@ -32,6 +32,7 @@ private:
     int RunTour();
 
     CommandLine m_options;
+    std::wstring m_userFolder;
     std::wstring m_studyFolder;
     std::unique_ptr<ExamState> m_state;
     std::unique_ptr<MainWindow> m_window;

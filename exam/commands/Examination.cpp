@@ -69,6 +69,7 @@ bool PrecisionKeys::Move(int dx, int dy)
 
 void Examination::OpenStudy(const std::wstring& folder)
 {
+    m_session.SetStudy(folder);
     StudyContent content;
     std::wstring problem = m_study.Open(folder, content);
     const std::wstring missing = m_state.OpenStudy(std::move(content), folder);
@@ -88,7 +89,7 @@ bool Examination::SaveStudy()
 
 void Examination::SaveChanges()
 {
-    if (m_state.Marks().IsWorking() || m_study.IsSaved(m_state.Content())) return;
+    if (m_study.IsSaved(m_state.Content())) return;
     const std::wstring problem = m_study.Save(m_state.Content());
     if (!problem.empty()) Report(NoticeKind::error, problem.c_str());
 }

@@ -4,6 +4,7 @@
 #include "record/Recorder.h"
 #include "service/Form.h"
 #include "service/ServiceDesk.h"
+#include "service/Session.h"
 #include "service/StudyDesk.h"
 #include "state/ExamState.h"
 
@@ -14,6 +15,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -38,6 +40,10 @@ public:
     virtual void ResetPanel() = 0;
     /// Asks the user; true for yes.
     virtual bool Ask(const CString& question) = 0;
+    /// Asks whether to do what is most probably wanted; true for yes.
+    virtual bool Offer(const CString& question) = 0;
+    /// Shows a file in its folder.
+    virtual void ShowFile(const std::wstring& path) = 0;
     /// Asks the user to fill a form (AskForm).
     virtual bool Fill(const CString& title, std::vector<FormField>& fields,
                       const FormCheck& check) = 0;
@@ -103,8 +109,14 @@ public:
     /// Closes the window. What would be lost is asked about before, and what is open is finished.
     void Leave();
 
-    /// Repairs the recordings of the folder that were cut off, and tells of each.
-    void RepairRecordings();
+    /// Begins a session: repairs the recordings that were cut off, and opens the study of the
+    /// session before if that one did not end, or the one in a folder.
+    void BeginSession(const std::wstring& userFolder, const std::wstring& study);
+    /// Offers what was recovered of the session before, and the report of its crash. Otherwise a
+    /// new study is begun.
+    void OfferRecovery();
+    /// Ends the session, because the program may be ended from now on.
+    void EndSession();
 
     /// Packs the study as it is now.
     void Pack();
@@ -125,7 +137,7 @@ public:
     void OpenStudy(const std::wstring& folder);
     /// Keeps the study. False, and the user is told, when it cannot be written.
     bool SaveStudy();
-    /// Keeps it when it has changed and nothing is in hand.
+    /// Keeps it when it has changed.
     void SaveChanges();
 
     void RenameSelected();
@@ -154,6 +166,7 @@ public:
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void FollowProbe();
+    void RepairRecordings(const std::wstring& folder);
     std::optional<CString> AskText(const CString& title, const CString& text);
     CString WhatWouldBeLost();
     void TellRecording();
@@ -167,6 +180,9 @@ private:
     std::wstring m_finished;  // the last recording; empty: none yet
     bool m_wasFrozen = false; // before the recording
     StudyDesk m_study;
+    Session m_session;
+    std::optional<LostSession> m_lost;    // until it was offered
+    std::vector<std::wstring> m_repaired; // the recordings of this start
     PrecisionKeys m_precision;
     bool m_isAsking = false; // the question before closing is open
     ServiceDesk m_service;

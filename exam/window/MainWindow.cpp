@@ -24,7 +24,7 @@ namespace {
 
 constexpr UINT_PTR playTimer = 1;
 constexpr UINT_PTR saveTimer = 2;
-constexpr UINT saveDelay = 1000; // milliseconds after the last change of the study
+constexpr UINT saveDelay = 1000; // milliseconds after a change of the study
 
 constexpr UINT cursorMessage = WM_APP + 60; // of ShowCursorHelper
 
@@ -159,7 +159,8 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     }
     Arrange();
     if (m_placed != m_state.Layout()) PlaceParts();
-    if (type == stateMeasurementChanged) SetTimer(saveTimer, saveDelay, nullptr);
+    if (type == stateMeasurementChanged && !m_savesSoon)
+        m_savesSoon = SetTimer(saveTimer, saveDelay, nullptr) != 0;
     RunTimer();
     Invalidate(FALSE);
     m_overlays.Refresh(); // the image is painted below them
@@ -212,6 +213,18 @@ bool MainWindow::Ask(const CString& question)
                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
+bool MainWindow::Offer(const CString& question)
+{
+    return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
+                         MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+void MainWindow::ShowFile(const std::wstring& path)
+{
+    ShellExecuteW(GetSafeHwnd(), nullptr, L"explorer.exe", (L"/select,\"" + path + L"\"").c_str(),
+                  nullptr, SW_SHOWNORMAL);
+}
+
 bool MainWindow::Fill(const CString& title, std::vector<FormField>& fields, const FormCheck& check)
 {
     const ShowCursorHelper cursor(false);
@@ -253,6 +266,7 @@ void MainWindow::OnTimer(UINT_PTR id)
 {
     if (id == playTimer) return m_exam.Advance();
     KillTimer(saveTimer);
+    m_savesSoon = false;
     m_exam.SaveChanges();
 }
 
@@ -299,7 +313,7 @@ LRESULT MainWindow::OnQueryEndSession(WPARAM, LPARAM)
 
 LRESULT MainWindow::OnEndSession(WPARAM isEnding, LPARAM)
 {
-    if (isEnding) m_exam.EndRecording();
+    if (isEnding) m_exam.EndSession();
     return 0;
 }
 

@@ -86,6 +86,8 @@ private:
     void TogglePanelLock() override;
     void ResetPanel() override;
     bool Ask(const CString& question) override;
+    bool Offer(const CString& question) override;
+    void ShowFile(const std::wstring& path) override;
     bool Fill(const CString& title, std::vector<FormField>& fields,
               const FormCheck& check) override;
     std::wstring ChooseImage() override;
@@ -125,6 +127,7 @@ private:
     CPoint m_dragged;                   // the pointer's place at the last move
     std::optional<unsigned> m_interval; // of the timer that runs
     unsigned m_changesSeen = 0;
+    bool m_savesSoon = false; // the timer that keeps the study runs
 };
 
 } // namespace exam

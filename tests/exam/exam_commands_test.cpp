@@ -59,6 +59,12 @@ public:
         m_questions.push_back(question);
         return m_answer;
     }
+    bool Offer(const CString& question) override
+    {
+        m_questions.push_back(question);
+        return m_answer;
+    }
+    void ShowFile(const std::wstring& path) override { m_shown = path; }
     bool Fill(const CString&, std::vector<FormField>& fields, const FormCheck& check) override
     {
         if (!m_text) return false;
@@ -89,6 +95,7 @@ public:
     int m_reset = 0;
     std::vector<CString> m_questions;
     bool m_answer = false;
+    std::wstring m_shown;
     std::optional<CString> m_text;
     std::wstring m_chosen;
     std::vector<std::wstring> m_offered;

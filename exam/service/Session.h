@@ -1,0 +1,49 @@
+#pragma once
+
+#include <base/Handles.h>
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace exam {
+
+/// What a session left that did not end as it should.
+struct LostSession
+{
+    std::wstring study;      ///< the study's folder
+    std::wstring recordings; ///< the folder of its recordings
+    std::wstring report;     ///< the report of its crash; empty: it was ended from outside
+};
+
+/// The session of an exam, from the start to the end. A file in the user's folder tells of it as
+/// long as it runs, and stays behind when it does not end as it should.
+class Session
+{
+public:
+    Session() = default;
+    ~Session() { End(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Begins the session. The result is what the one before left, if it did not end. While another
+    /// one runs in that folder, this one leaves no trace.
+    std::optional<LostSession> Begin(const std::wstring& userFolder,
+                                     const std::wstring& recordings);
+
+    /// Says which study the session is about.
+    void SetStudy(const std::wstring& folder);
+
+    void End();
+
+private:
+    void Write();
+
+    base::File m_file;
+    ULONGLONG m_begin = 0; // in the units of a FILETIME
+    std::wstring m_study;
+    std::wstring m_recordings;
+};
+
+} // namespace exam
