@@ -16,7 +16,8 @@ int IsRecorded(const State& state, int = 0)
 template <bool isMovie>
 bool CanRecord(const State& state)
 {
-    return IsRecorded<!isMovie>(state) == 0;
+    const bool isShowable = isMovie || !state.HasSource() || !state.Source().IsPicture();
+    return IsRecorded<!isMovie>(state) == 0 && isShowable;
 }
 
 constexpr Command examCommands[] = {

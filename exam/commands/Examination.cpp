@@ -144,7 +144,7 @@ void Examination::EditPatient()
 void Examination::OpenImage(const std::wstring& path)
 {
     if (const std::wstring problem = m_state.OpenImage(path); !problem.empty())
-        return Report(NoticeKind::error, GetStr("exam.image.unopened", problem.c_str()));
+        return Report(NoticeKind::error, problem.c_str());
     AddRecentFile(path);
     m_state.SetStatus(GetStr("exam.image.opened", path.c_str()));
 }

@@ -3,11 +3,15 @@
 #include "image/FlowSpectrum.h"
 #include "image/RawCine.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace exam {
+
+/// The colours of a picture's pixel.
+inline constexpr std::size_t pictureColours = 3;
 
 /// Frames of grey levels that can be shown: those of a recording, or those that a probe makes now.
 /// Frames have consecutive numbers.
@@ -31,6 +35,10 @@ public:
     /// Lets a live probe make frames from now on, or no longer.
     virtual void Run(bool) {}
 
+    /// True for pixels of pictures and movies, which have no scale. Nothing is measured on them in
+    /// millimetres, and they are no raw recording.
+    virtual bool IsPicture() const { return false; }
+
     /// True for frames of no patient. Whoever shows or records them says so.
     bool IsSimulated() const { return Description().origin == CineOrigin::simulated; }
 
@@ -38,8 +46,9 @@ public:
     virtual int FirstFrame() const { return 0; }
     virtual int Frames() const = 0;
 
-    /// Reads the Lines() x Samples() bytes of a frame, line by line. False when there is no such
-    /// frame, or it cannot be read; the content of `bytes` is of no use then.
+    /// Reads the Lines() x Samples() bytes of a frame, line by line; of a picture those of its
+    /// blue, its green and its red. False when there is no such frame, or it cannot be read; the
+    /// content of `bytes` is of no use then.
     virtual bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const = 0;
 
     /// The marked frames, in their order.

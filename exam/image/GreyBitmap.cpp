@@ -54,4 +54,13 @@ void PaintGrey(CDC& dc, CPoint at, CSize size, const std::uint8_t* levels)
     PaintRows(dc, at, size, padded.data());
 }
 
+void PaintColours(CDC& dc, CPoint at, CSize size, const std::uint8_t* pixels)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, size.cx, -size.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    SetDIBitsToDevice(dc.GetSafeHdc(), at.x, at.y, static_cast<DWORD>(size.cx),
+                      static_cast<DWORD>(size.cy), 0, 0, 0, static_cast<UINT>(size.cy), pixels,
+                      &info, DIB_RGB_COLORS);
+}
+
 } // namespace exam

@@ -32,9 +32,11 @@ CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
 void ImageView::SetSource(const FrameSource& source, CSize size, int depth)
 {
     CineDescription description = source.Description();
-    if (depth > 0) description.stream.samples = std::min(depth, source.Samples());
+    m_isPicture = source.IsPicture();
+    if (depth > 0 && !m_isPicture) description.stream.samples = std::min(depth, source.Samples());
     m_fitted = FitImage(description, size);
     m_zoom = std::max(m_zoom, LeastZoom());
+    m_pixels.clear();
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
     Look();
 }
@@ -94,8 +96,23 @@ bool ImageView::Show(const FrameSource& source, int frame)
     if (!m_map) return true;
     CutLines(source.Samples());
     ApplyGain();
-    m_map->Convert(m_frame.data(), m_grey.data());
+    if (m_isPicture)
+        ConvertColours();
+    else
+        m_map->Convert(m_frame.data(), m_grey.data());
     return true;
+}
+
+// The green is converted last and stays as the grey levels.
+void ImageView::ConvertColours()
+{
+    const std::size_t plane = m_frame.size() / pictureColours;
+    m_pixels.resize(m_grey.size() * sizeof(RGBQUAD));
+    for (const std::size_t colour : {0U, 2U, 1U}) {
+        m_map->Convert(m_frame.data() + colour * plane, m_grey.data());
+        for (std::size_t i = 0; i < m_grey.size(); ++i)
+            m_pixels[i * sizeof(RGBQUAD) + colour] = m_grey[i];
+    }
 }
 
 // Shortens each line of `samples` samples to the shown ones.
@@ -118,7 +135,11 @@ void ImageView::ApplyGain()
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    PaintGrey(dc, at, CSize(m_parameters.width, m_parameters.height), m_grey.data());
+    const CSize size(m_parameters.width, m_parameters.height);
+    if (m_isPicture && !m_pixels.empty())
+        PaintColours(dc, at, size, m_pixels.data());
+    else
+        PaintGrey(dc, at, size, m_grey.data());
 }
 
 int ImageView::Grey(CPoint pixel) const

@@ -48,7 +48,8 @@ public:
 
     const ImagingParameters& Parameters() const { return m_parameters; }
 
-    /// The image's grey levels, rows from the top; 0 outside the imaged region.
+    /// The image's grey levels, or the green of a picture, rows from the top; 0 outside the imaged
+    /// region.
     std::span<const std::uint8_t> GreyLevels() const { return m_grey; }
 
     /// Grey level of a pixel; 0 outside the imaged region and outside the image.
@@ -62,6 +63,7 @@ private:
     FramePoint Middle() const;
     void CutLines(int samples);
     void ApplyGain();
+    void ConvertColours();
     bool Contains(CPoint pixel) const;
     std::size_t IndexOf(CPoint pixel) const;
 
@@ -74,7 +76,9 @@ private:
     std::vector<std::uint8_t> m_mask;           // not 0: inside the imaged region
     CRect m_imagedRect;
     std::vector<std::uint8_t> m_grey; // rows from the top, without padding
-    int m_gain = 0;                   // decibels
+    bool m_isPicture = false;
+    std::vector<std::uint8_t> m_pixels; // of a picture: blue, green, red and 0; else empty
+    int m_gain = 0;                     // decibels
 };
 
 } // namespace exam

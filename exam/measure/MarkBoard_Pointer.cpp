@@ -254,13 +254,15 @@ void MarkBoard::Shift(int number, PixelPoint from, const PixelPoint& to)
     const MarkSurface& surface = SurfaceOf(mark.kind);
     m_last = to;
     const CRect area = surface.Area();
-    for (const PixelPoint& point : PixelsOf(mark)) {
-        const PixelPoint moved{point.x + to.x - from.x, point.y + to.y - from.y};
+    PixelPoints pixels = PixelsOf(mark);
+    for (PixelPoint& moved : pixels) {
+        moved = {moved.x + to.x - from.x, moved.y + to.y - from.y};
         if (!area.PtInRect(PixelAt(moved)) ||
             Distance(surface.PixelOf(surface.PointAt(moved)), moved) > 1)
             return;
     }
-    m_study.MoveMark(number, surface.Way(from, to));
+    if (!m_study.MoveMark(number, surface.Way(from, to))) // a picture has no millimetres
+        m_study.SetPoints(number, PointsAt(mark.kind, pixels));
 }
 
 // All steps of the precision mouse on one point are one step of the study.

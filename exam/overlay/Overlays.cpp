@@ -76,7 +76,7 @@ void DepthBadge::Draw(CDC* dc)
     dc->FillSolidRect(&area, palette::header);
     CBrush edge(palette::line);
     dc->FrameRect(&area, &edge);
-    if (!m_state.HasSource()) return;
+    if (!m_state.HasSource() || m_state.Source().IsPicture()) return;
     const ScopedFont font(*dc, m_state.Layout().Scaled(ScopedFont::textSize), FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);

@@ -2,7 +2,7 @@
 
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"
-#include "record/AviChunks.h"
+#include "image/AviChunks.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>

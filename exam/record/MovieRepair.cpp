@@ -2,7 +2,7 @@
 
 #include "base/FileReader.h"
 #include "base/ScreenLayout.h"
-#include "record/AviChunks.h"
+#include "image/AviChunks.h"
 #include "record/MovieNote.h"
 
 #include <base/Handles.h>

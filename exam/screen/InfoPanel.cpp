@@ -52,11 +52,16 @@ std::vector<Fact> FactsOf(const ExamState& state)
     if (!state.HasSource()) return facts;
     const ImagingParameters& image = state.View().Parameters();
     if (state.Source().IsSimulated()) add("exam.label.source", GetStr("exam.source.simulated"));
-    add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
-    add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
-    add("exam.label.depth",
-        GetStr("exam.value.depth", NumberText(image.DepthMillimetres(), 1).c_str()));
-    add("exam.label.scale", GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
+    if (state.Source().IsPicture()) {
+        add("exam.label.pixels", GetStr("exam.value.lines", image.lines, image.samples));
+    } else {
+        add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
+        add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
+        add("exam.label.depth",
+            GetStr("exam.value.depth", NumberText(image.DepthMillimetres(), 1).c_str()));
+        add("exam.label.scale",
+            GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
+    }
     add("exam.label.frame",
         GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
     const auto [first, last] = state.Loop();

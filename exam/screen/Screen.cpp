@@ -149,6 +149,7 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     const SavedState saved(dc);
     dc.IntersectClipRect(&layout.imageArea);
     state.Marks().Draw(dc, MarkPlace::frame, layout.scale);
+    if (state.Source().IsPicture()) return; // it has no scale
     // Scale and sample volume draw in pixels of the image.
     dc.SetViewportOrg(layout.image.left, layout.image.top);
     const ImagingParameters& image = state.View().Parameters();

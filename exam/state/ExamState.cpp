@@ -1,8 +1,8 @@
 #include "state/ExamState.h"
 
 #include "base/StateChanges.h"
-#include "image/CineFile.h"
 #include "image/LiveProbe.h"
+#include "image/OpenFrames.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -52,9 +52,9 @@ std::wstring ExamState::AddRecording(const std::wstring& name)
 // Adds a recording whose objects in a study have this name.
 std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& name)
 {
-    auto cine = std::make_unique<CineFile>();
-    if (std::wstring problem = cine->Open(path); !problem.empty()) return path + L": " + problem;
-    m_sources.push_back({std::move(cine), name});
+    OpenedFrames opened = OpenFrames(path);
+    if (!opened.source) return opened.problem;
+    m_sources.push_back({std::move(opened.source), name});
     if (m_sources.size() == 1) ShowFrame();
     return {};
 }
@@ -158,7 +158,7 @@ void ExamState::ShowAgain()
 
 int ExamState::DepthMillimetres() const
 {
-    if (!HasSource()) return 0;
+    if (!HasSource() || Source().IsPicture()) return 0;
     return static_cast<int>(std::lround(m_view.Parameters().DepthMillimetres()));
 }
 

@@ -118,7 +118,7 @@ StudyFrame ExamState::TakeUpFrame()
     StudyObject object;
     object.image = Source().IsLive() ? m_kept[key].name : m_sources[m_current].name;
     const CineDescription& cine = Source().Description();
-    object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
+    if (!Source().IsPicture()) object.acquisition = {cine.stream, cine.steerAngle, cine.apexAngle};
     m_study.AddObject(std::move(object));
     FollowKeptFrames();
     return FindFrame();

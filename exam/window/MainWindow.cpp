@@ -4,6 +4,7 @@
 #include "base/Painting.h"
 #include "base/Resources.h"
 #include "base/StateChanges.h"
+#include "image/OpenFrames.h"
 #include "screen/Screen.h"
 #include "service/FileChoice.h"
 #include "window/Capture.h"
@@ -234,7 +235,7 @@ bool MainWindow::Fill(const CString& title, std::vector<FormField>& fields, cons
 std::wstring MainWindow::ChooseImage()
 {
     const ShowCursorHelper cursor(false);
-    return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), L"*.cine");
+    return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), showablePatterns);
 }
 
 std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)

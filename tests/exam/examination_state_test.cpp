@@ -3,14 +3,18 @@
 #include "base/StateChanges.h"
 #include "image/CineFile.h"
 #include "state/ExamState.h"
+#include "study/MarkValues.h"
 
+#include <base/GdiPlusSession.h>
 #include <base/Handles.h>
 #include <gtest/gtest.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/DibSection.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
+#include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/IStateChangeConsumer.h>
 #include <Utils_Statics/MouseCapture.h>
@@ -415,6 +419,30 @@ TEST_F(ExamStateTest, OpensARecordingFromAnywhereOnce)
     EXPECT_EQ(m_state.Current(), 2u);
     EXPECT_NE(m_state.OpenImage(m_folder / L"no.cine").find(L"no.cine"), std::wstring::npos);
     EXPECT_EQ(m_state.Current(), 2u);
+}
+
+TEST_F(ExamStateTest, APictureHasMarksAndNoMillimetres)
+{
+    const std::wstring path = m_folder / L"picture.png";
+    {
+        const base::GdiPlusSession session;
+        const test_support::DibSection picture(400, 300, 32, test_support::DibSection::topDown);
+        ASSERT_TRUE(SaveBitmap(picture.get(), 3, path.c_str()));
+    }
+    ASSERT_EQ(m_state.OpenImage(path), L"");
+    EXPECT_EQ(m_state.DepthMillimetres(), 0);
+    Measure({300, 200}, {380, 200});
+    ASSERT_EQ(m_state.Marks().Shown().size(), 1u);
+    const Mark made = *m_state.Content().marks.front();
+    EXPECT_TRUE(ValuesOf(made, m_state.Content()).empty());
+    const CPoint corner = m_state.Layout().image.TopLeft();
+    m_state.Press(MK_LBUTTON, corner + CPoint(340, 200)); // moves it as a whole
+    MouseCapture::HandleMouse(WM_MOUSEMOVE, MK_LBUTTON, corner + CPoint(340, 230));
+    MouseCapture::HandleMouse(WM_LBUTTONUP, 0, corner + CPoint(340, 230));
+    const Mark& moved = *m_state.Content().marks.front();
+    EXPECT_NEAR(moved.points[0].x, made.points[0].x, 1e-6);
+    EXPECT_GT(moved.points[0].y, made.points[0].y + 5);
+    EXPECT_NEAR(moved.points[1].y, moved.points[0].y, 1e-6);
 }
 
 TEST_F(ExamStateTest, SwitchesBetweenTheLanguages)

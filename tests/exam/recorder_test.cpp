@@ -3,6 +3,7 @@
 #include "base/FileReader.h"
 #include "base/ScreenLayout.h"
 #include "image/CineMarks.h"
+#include "image/OpenFrames.h"
 #include "record/AviChunks.h"
 #include "record/CineCommands.h"
 #include "record/MovieFile.h"
@@ -115,6 +116,9 @@ TEST_F(RecorderTest, TellsOfAWholeMovie)
     EXPECT_EQ(m_finished.frames, 3);
     EXPECT_TRUE(m_finished.whole);
     EXPECT_EQ(FindMovieProblem(m_finished.path, 3), L"");
+    const OpenedFrames opened = OpenFrames(m_finished.path);
+    ASSERT_TRUE(opened.source) << opened.problem.c_str();
+    EXPECT_EQ(opened.source->Frames(), 3);
 }
 
 TEST_F(RecorderTest, MoviesAreOpaqueInEveryPlayer)

@@ -2,6 +2,7 @@
 #include "record/Repair.h"
 
 #include "image/CineFile.h"
+#include "image/OpenFrames.h"
 #include "record/MovieFile.h"
 #include "record/MovieNote.h"
 #include "record/MovieSettings.h"
@@ -60,6 +61,9 @@ protected:
         EXPECT_EQ(repaired[0].problem, L"");
         EXPECT_GE(repaired[0].frames, recordedFrames - 1); // the platform may hold the last one
         EXPECT_EQ(FindMovieProblem(movie, repaired[0].frames), L"");
+        const OpenedFrames opened = OpenFrames(movie);
+        ASSERT_TRUE(opened.source) << opened.problem.c_str();
+        EXPECT_EQ(opened.source->Frames(), repaired[0].frames);
         EXPECT_FALSE(ReadNote(movie));
         EXPECT_TRUE(RepairFolder(m_folder.Path()).empty());
         ExpectPlays(movie, repaired[0].frames);

@@ -1,4 +1,4 @@
-#include "record/AviChunks.h"
+#include "image/AviChunks.h"
 
 namespace exam {
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "image/PixelFrames.h"
+
+#include <string>
+
+namespace exam {
+
+/// A picture of any format that the platform reads, as one frame. It is in memory.
+class PictureFile : public PixelFrames
+{
+public:
+    /// False when the file holds no picture that can be shown. A very large one is made smaller.
+    bool Open(const std::wstring& path);
+
+    bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
+
+private:
+    std::vector<std::uint8_t> m_planes;
+};
+
+} // namespace exam
