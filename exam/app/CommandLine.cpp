@@ -2,6 +2,8 @@
 
 #include "service/CrashOnPurpose.h"
 
+#include <Utils_Statics/utilsExam.h>
+
 #include <algorithm>
 #include <set>
 #include <span>
@@ -55,8 +57,8 @@ std::wstring KeepLanguage(CommandLine& options, Values values)
 
 std::wstring KeepConsole(CommandLine& options, Values values)
 {
-    options.console = utilsExam::MapConsoleType(values[0].c_str());
-    if (options.console != eConsoleUnknown) return L"";
+    options.console = values[0];
+    if (utilsExam::MapConsoleType(values[0].c_str()) != eConsoleUnknown) return L"";
     return L"--console knows no model '" + values[0] + L"'";
 }
 
@@ -74,9 +76,9 @@ std::wstring KeepCrash(CommandLine& options, Values values)
 using C = CommandLine;
 constexpr Option options[] = {
     {L"--language", L"L", Place::window, false, nullptr, KeepLanguage,
-     L"language of the texts: en (default) or de"},
+     L"language of the texts: en or de; without it, as it is set"},
     {L"--console", L"M", Place::window, false, nullptr, KeepConsole,
-     L"console model: Pemmit (default), Olkesh, Vollet, Saquin or Tavren"},
+     L"console model: Pemmit, Olkesh, Vollet, Saquin or Tavren; without it, as it is set"},
     {L"--fixed", L"", Place::window, false, nullptr, Set<&C::fixed>,
      L"show the window in the fixed form of a console, 1024 x 768 pixels with the\n"
      L"control panel below it, as the tour does"},
@@ -87,10 +89,11 @@ constexpr Option options[] = {
      L"keep the settings in this INI file instead of the registry; the tour uses\n"
      L"exam.ini in its folder"},
     {L"--recordings", L"DIR", Place::window, false, L"a folder", Keep<&C::recordings>,
-     L"the folder of the recordings; without it, out\\recordings below the current\n"
-     L"folder, or recordings in the folder of the tour"},
+     L"the folder of the recordings; without it, as it is set (out\\recordings below the\n"
+     L"current folder at first), or recordings in the folder of the tour"},
     {L"--log", L"DIR", Place::window, false, L"a folder", Keep<&C::logFolder>,
-     L"the folder of the log and of crash reports; without it, log beside the program"},
+     L"the folder of the log and of crash reports; without it, as it is set (log\n"
+     L"beside the program at first)"},
     {L"--service", L"", Place::window, false, nullptr, Set<&C::service>,
      L"service mode: F11 opens the menu of the service staff"},
     {L"--help", L"", Place::window, false, nullptr, Set<&C::help>, L"this text"},
@@ -197,10 +200,14 @@ std::wstring Describe(Place place, std::size_t column)
 
 } // namespace
 
-std::wstring CommandLine::RecordingFolder() const
+Settings CommandLine::Over(Settings kept) const
 {
-    if (!recordings.empty()) return recordings;
-    return (IsTour() ? tourFolder : L"out") + L"\\recordings";
+    if (!language.empty()) kept.language = language;
+    if (!console.empty()) kept.console = console;
+    if (!logFolder.empty()) kept.log = logFolder;
+    if (IsTour()) kept.recordings = tourFolder + L"\\recordings";
+    if (!recordings.empty()) kept.recordings = recordings;
+    return kept;
 }
 
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments)
@@ -231,11 +238,7 @@ std::wstring UsageText()
            L"Without a window:\n" +
            Describe(Place::command, 27) +
            L"\n"
-           L"Settings, section \"Settings\\Capture\": RecordCodec is the short name of the movies' "
-           L"codec (MJPG at\n"
-           L"first) or Uncompressed, RecordQuality its quality in percent. Section "
-           L"\"Settings\\Status\" says what\n"
-           L"the status row shows; a click on the row opens the page of its settings.\n"
+           L"F12 opens the settings; Ctrl+I exports them as a file for --profile.\n"
            L"\n"
            L"Keys:\n";
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Utils_Statics/utilsExam.h>
+#include "service/Settings.h"
 
 #include <string>
 #include <vector>
@@ -10,12 +10,12 @@ namespace exam {
 /// The user's requests on the command line.
 struct CommandLine
 {
-    std::wstring language = L"en";
-    EConsoleType console = eConsolePemmit;
+    std::wstring language;   ///< empty: as it is set
+    std::wstring console;    ///< name of the model; empty: as it is set
     std::wstring image;      ///< recording that is opened; empty: none
     std::wstring tourFolder; ///< empty: stay open and interactive
     std::wstring profile;    ///< INI file that holds the settings; empty: the registry
-    std::wstring recordings; ///< folder of the recordings; empty: see RecordingFolder()
+    std::wstring recordings; ///< folder of the recordings; empty: as it is set, or the tour's
     std::wstring cineInfo;   ///< raw cine file whose header is to be printed
     std::wstring cineToPlay; ///< raw cine file to be replayed into `movie`
     std::wstring movie;
@@ -27,19 +27,19 @@ struct CommandLine
     std::wstring folderToFill;      ///< folder that `archive` is unpacked into
     std::wstring password;          ///< password of `archive`
     std::wstring crashKind;         ///< way in which the program is to crash
-    std::wstring logFolder;         ///< folder of the log and the crash reports; empty: store 28
-    bool fixed = false;             ///< true: the window has the fixed form of a console
-    bool service = false;           ///< true: the service mode is on
-    bool overwrite = false;         ///< true: files may be replaced
+    std::wstring logFolder; ///< folder of the log and the crash reports; empty: as it is set
+    bool fixed = false;     ///< true: the window has the fixed form of a console
+    bool service = false;   ///< true: the service mode is on
+    bool overwrite = false; ///< true: files may be replaced
     bool help = false;
     bool version = false; ///< true: the program's own version is to be printed
     std::wstring error;   ///< one sentence that says what is wrong; empty when nothing is
 
     bool IsTour() const { return !tourFolder.empty(); }
 
-    /// The folder that recordings go to: the folder that was given, or "recordings" in the folder
-    /// of the tour, or "out" below the current folder.
-    std::wstring RecordingFolder() const;
+    /// The settings of this run: those that were given in the place of `kept`. A tour records into
+    /// "recordings" in its folder.
+    Settings Over(Settings kept) const;
 
     /// True when a command was given that needs no window.
     bool IsCommand() const

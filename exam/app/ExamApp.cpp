@@ -59,6 +59,7 @@ BOOL ExamApp::InitInstance()
 {
     utilsExam::EnableLowFragmentationHeap();
     if (!ReadCommandLine() || !ChooseProfile()) return FALSE;
+    m_settings = m_options.Over(m_options.IsTour() ? Settings() : ReadSettings());
     SetLogFolder();
     LogStart();
     const MiniDumper crashHandler; // its filter stays
@@ -67,7 +68,6 @@ BOOL ExamApp::InitInstance()
         return FALSE;
     }
     utilsExam::ServiceMode = m_options.service;
-    utilsExam::SetConsoleType(m_options.console);
     m_userFolder =
         base::FullPath((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()).c_str());
     InstallStores(m_userFolder);
@@ -102,6 +102,7 @@ bool ExamApp::ReadCommandLine()
     m_options = ParseCommandLine(Arguments());
     if (m_options.help) {
         WriteOut(UsageText());
+        m_settings = m_options.Over({});
         if (LoadTexts()) WriteOut(KeyHelp());
         return false;
     }
@@ -145,7 +146,7 @@ bool ExamApp::Fail(const std::wstring& problem)
 
 void ExamApp::SetLogFolder()
 {
-    if (!m_options.logFolder.empty()) qor_utils::SetLogDirectory(m_options.logFolder);
+    if (!m_settings.log.empty()) qor_utils::SetLogDirectory(m_settings.log);
 }
 
 void ExamApp::LogStart()
@@ -173,7 +174,7 @@ bool ExamApp::RunCommand()
 bool ExamApp::LoadTexts()
 {
     if (zel_string_convert::LoadTable(StringTableFolder()) &&
-        zel_string_convert::SetLanguage(m_options.language))
+        zel_string_convert::SetLanguage(m_settings.language))
         return true;
     return Fail(L"the string tables in " + StringTableFolder() + L" cannot be read");
 }
@@ -199,12 +200,13 @@ bool ExamApp::LoadImages()
 
 bool ExamApp::OpenMainWindow()
 {
-    const std::wstring folder = base::FullPath(m_options.RecordingFolder().c_str());
-    m_window = std::make_unique<MainWindow>(*m_state, folder);
+    m_window =
+        std::make_unique<MainWindow>(*m_state, base::FullPath(m_settings.recordings.c_str()));
     m_pMainWnd = m_window.get();
     const bool isFixed = m_options.fixed || m_options.IsTour();
     if (!m_window->Open(isFixed ? WindowForm::console : WindowForm::window))
         return Fail(L"the main window cannot be created; is there a screen?");
+    m_window->Exam().Settings().Use(m_settings);
     if (m_options.IsTour())
         m_window->Exam().OpenStudy(m_studyFolder);
     else
@@ -216,7 +218,7 @@ bool ExamApp::OpenMainWindow()
 
 bool ExamApp::OpenStatusRow()
 {
-    m_status = std::make_unique<StatusDisplay>(*m_window, *m_state);
+    m_status = std::make_unique<StatusDisplay>(*m_window, m_window->Exam());
     return m_status->Open() || Fail(L"the status row cannot be created");
 }
 

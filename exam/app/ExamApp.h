@@ -33,6 +33,7 @@ private:
 
     CommandLine m_options;
     std::wstring m_userFolder;
+    Settings m_settings; // of this run
     std::wstring m_studyFolder;
     std::unique_ptr<ExamState> m_state;
     std::unique_ptr<MainWindow> m_window;

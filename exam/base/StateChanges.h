@@ -13,7 +13,8 @@ enum StateChangeType : std::int32_t
     stateLanguageChanged = 2,    ///< the texts are in another language
     stateMeasurementChanged = 3, ///< a mark or the study changed, or the mark in hand did
     stateDisplayChanged = 4,     ///< something else on the screen changed
-    stateFitChanged = 5          ///< the image has another size; its frame follows
+    stateFitChanged = 5,         ///< the image has another size; its frame follows
+    stateSettingsChanged = 6     ///< settings were changed
 };
 
 namespace exam {

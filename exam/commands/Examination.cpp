@@ -22,13 +22,24 @@ constexpr double shortestInterval = 10; // milliseconds
 } // namespace
 
 Examination::Examination(ExamState& state, ExamWindow& window, const std::wstring& folder)
-    : m_state(state), m_window(window), m_folder(folder),
+    : m_state(state), m_window(window),
       m_recorder(
           state, [this](CDC& dc) { m_window.PaintMovie(dc); },
           [this](const FinishedRecording& recording) { RecordingFinished(recording); })
 {
+    SetFolder(folder);
+}
+
+void Examination::SetFolder(const std::wstring& folder)
+{
+    m_folder = folder;
     m_recorder.SetFolder(folder);
     m_service.SetFolder(folder);
+}
+
+void Examination::ShowPage(std::function<void()> StatusPages::*page) const
+{
+    if (m_pages.*page) (m_pages.*page)();
 }
 
 void Examination::Cancel()

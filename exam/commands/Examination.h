@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/SettingsDesk.h"
 #include "overlay/Notices.h"
 #include "record/Recorder.h"
 #include "service/Form.h"
@@ -13,6 +14,7 @@
 
 #include <afxwin.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -77,6 +79,13 @@ private:
     IPrecisionHandler* m_handler = nullptr;
 };
 
+/// The ways to open the pages that belong to the status row; empty: there is no row.
+struct StatusPages
+{
+    std::function<void()> row;     ///< what the row shows
+    std::function<void()> devices; ///< the simulated devices
+};
+
 /// The things that commands work on: the exam's state, its recorder and the services. It tells the
 /// user how recordings end.
 class Examination : private IStateChangeConsumer
@@ -90,6 +99,17 @@ public:
     const ExamState& State() const { return m_state; }
     ExamWindow& Window() { return m_window; }
     ServiceDesk& Service() { return m_service; }
+    SettingsDesk& Settings() { return m_settings; }
+
+    /// Sets the folder of recordings, pictures and archives.
+    void SetFolder(const std::wstring& folder);
+
+    /// Opens one of the status row's pages, as far as there is a status row.
+    void ShowPage(std::function<void()> StatusPages::*page) const;
+    void SetPages(const StatusPages& pages) { m_pages = pages; }
+
+    /// Tells the user by the status line and a notice.
+    void Report(NoticeKind kind, const CString& sentence);
 
     /// Begins a recording of raw frames or of a movie, or ends the current one.
     void ToggleRecording(bool isMovie);
@@ -171,7 +191,6 @@ private:
     CString WhatWouldBeLost();
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);
-    void Report(NoticeKind kind, const CString& sentence);
 
     ExamState& m_state;
     ExamWindow& m_window;
@@ -186,6 +205,8 @@ private:
     PrecisionKeys m_precision;
     bool m_isAsking = false; // the question before closing is open
     ServiceDesk m_service;
+    SettingsDesk m_settings{*this};
+    StatusPages m_pages;
 };
 
 } // namespace exam

@@ -5,7 +5,6 @@
 #include "study/StudyTexts.h"
 
 #include <base/GdiHandles.h>
-#include <Utils_Statics/GetStr.h>
 
 #include <algorithm>
 #include <cmath>
@@ -80,8 +79,7 @@ void DepthBadge::Draw(CDC* dc)
     const ScopedFont font(*dc, m_state.Layout().Scaled(ScopedFont::textSize), FW_NORMAL);
     dc->SetBkMode(TRANSPARENT);
     dc->SetTextColor(palette::text);
-    const std::wstring depth = NumberText(m_state.View().Parameters().DepthMillimetres(), 1);
-    dc->DrawText(GetStr("exam.value.depth", depth.c_str()), &area,
+    dc->DrawText(LengthText(m_state.View().Parameters().DepthMillimetres()).c_str(), &area,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 

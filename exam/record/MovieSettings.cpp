@@ -1,5 +1,7 @@
 #include "record/MovieSettings.h"
 
+#include "base/ProfileText.h"
+
 #include <base/VideoCodec.h>
 #include <qor_utils/zelLogger.h>
 
@@ -12,9 +14,6 @@ namespace exam {
 
 namespace {
 
-constexpr wchar_t section[] = L"Settings\\Capture";
-constexpr wchar_t codecEntry[] = L"RecordCodec";
-constexpr wchar_t qualityEntry[] = L"RecordQuality";
 constexpr wchar_t firstChoice[] = L"MJPG";
 constexpr wchar_t uncompressed[] = L"Uncompressed";
 
@@ -23,11 +22,11 @@ constexpr long highestQuality = 100;
 
 std::optional<std::wstring> PrepareCodec(CWinApp& app)
 {
-    const CString stored = app.GetProfileString(section, codecEntry, L"");
+    const CString stored = app.GetProfileString(movieSection, codecEntry, L"");
     const std::wstring wanted = stored.IsEmpty() ? firstChoice : stored.GetString();
     const std::wstring name = FindCodec(wanted).value_or(wanted);
     if (name == stored.GetString()) return name;
-    if (!app.WriteProfileString(section, codecEntry, name.c_str())) return {};
+    if (!app.WriteProfileString(movieSection, codecEntry, name.c_str())) return {};
     return name;
 }
 
@@ -40,22 +39,9 @@ std::optional<long> Number(const wchar_t* text)
     return number;
 }
 
-// The stored quality as a text, whether the profile keeps it as a number or as a text; empty when
-// there is none.
-CString StoredQuality(CWinApp& app)
-{
-    CString text = app.GetProfileString(section, qualityEntry, L"");
-    if (!text.IsEmpty()) return text;
-    constexpr int absent = -1;
-    const int number = static_cast<int>(app.GetProfileInt(section, qualityEntry, absent));
-    CString digits;
-    if (number != absent) digits.Format(L"%d", number);
-    return digits;
-}
-
 bool PrepareQuality(CWinApp& app)
 {
-    const CString stored = StoredQuality(app);
+    const CString stored = ProfileText(movieSection, qualityEntry);
     if (stored.IsEmpty()) return true;
     const std::optional<long> number = Number(stored);
     // A text that is no number becomes the highest quality, which the library takes without a
@@ -65,10 +51,21 @@ bool PrepareQuality(CWinApp& app)
     zelLogger::zelLogHelper("exam/MovieSettings", __LINE__, qor_utils::warningLevel)(
         L"RecordQuality is '%s'; movies are recorded with %ld percent.", stored.GetString(),
         quality);
-    return app.WriteProfileInt(section, qualityEntry, static_cast<int>(quality)) != FALSE;
+    return app.WriteProfileInt(movieSection, qualityEntry, static_cast<int>(quality)) != FALSE;
 }
 
 } // namespace
+
+std::vector<std::wstring> InstalledCodecs()
+{
+    std::vector<std::wstring> names = {uncompressed};
+    ICINFO info;
+    base::FindVideoCodec(info, [&](const wchar_t* codec) {
+        if (std::ranges::find(names, codec) == names.end()) names.emplace_back(codec);
+        return false;
+    });
+    return names;
+}
 
 std::optional<std::wstring> FindCodec(const std::wstring& name)
 {

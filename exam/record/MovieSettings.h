@@ -5,8 +5,17 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
+
+/// The places of movies' settings in the profile, from which the library reads them.
+inline constexpr wchar_t movieSection[] = L"Settings\\Capture";
+inline constexpr wchar_t codecEntry[] = L"RecordCodec";
+inline constexpr wchar_t qualityEntry[] = L"RecordQuality";
+
+/// "Uncompressed", and the short names of the installed codecs.
+std::vector<std::wstring> InstalledCodecs();
 
 /// The name of an installed codec in the form that the library needs: "Uncompressed", which stands
 /// for movies without compression, or the codec's own short name. The case of `name` does not

@@ -57,8 +57,7 @@ std::vector<Fact> FactsOf(const ExamState& state)
     } else {
         add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
         add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
-        add("exam.label.depth",
-            GetStr("exam.value.depth", NumberText(image.DepthMillimetres(), 1).c_str()));
+        add("exam.label.depth", LengthText(image.DepthMillimetres()).c_str());
         add("exam.label.scale",
             GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
     }

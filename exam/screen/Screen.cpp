@@ -24,11 +24,12 @@ constexpr CSize labelSize(48, 16);
 
 void DrawLabel(CDC& dc, const ScreenLayout& layout, CPoint at, int centimetres)
 {
-    CString text;
-    text.Format(centimetres == 0 ? L"%d cm" : L"%d", centimetres);
+    const MarkValue shown = AsShown({"", "study.unit.mm", 10.0 * centimetres, 0});
+    std::wstring text = NumberText(shown.value, 0);
+    if (centimetres == 0) text += L" " + TextOf(shown.unitKey);
     const int height = layout.Scaled(labelSize.cy);
     CRect box(CPoint(at.x, at.y - height / 2), CSize(layout.Scaled(labelSize.cx), height));
-    dc.DrawText(text, &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+    dc.DrawText(text.c_str(), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
 }
 
 // The whole centimetres from one number of the scale to the next, so that the numbers stand apart.

@@ -1,6 +1,7 @@
 #include "status/StatusDisplay.h"
 
 #include "base/StateChanges.h"
+#include "service/StatusSettings.h"
 #include "status/StatusRow.h"
 
 #include <qor_utils/StoreFolders.h>
@@ -17,6 +18,7 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <array>
+#include <span>
 
 namespace exam {
 
@@ -25,10 +27,13 @@ namespace {
 constexpr int strongSignal = -55; // dBm
 constexpr int weakSignal = -88;
 
+constexpr std::size_t hardware = 6; // the devices of the first column
+
 // A switch for one value of a state that has several. Switching it off sets StreamingOff.
-PageSwitch StreamingSwitch(const char* text, CStatusStreaming::StreamingStatus status)
+PageSwitch StreamingSwitch(std::size_t index, CStatusStreaming::StreamingStatus status)
 {
-    return {text, [status] { return CStatusStreaming::getState() == status; },
+    return {DeviceSettings()[index].text,
+            [status] { return CStatusStreaming::getState() == status; },
             [status](bool on) {
                 CStatusStreaming::setState(on ? status : CStatusStreaming::StreamingOff);
             }};
@@ -36,16 +41,22 @@ PageSwitch StreamingSwitch(const char* text, CStatusStreaming::StreamingStatus s
 
 } // namespace
 
-StatusDisplay::StatusDisplay(CWnd& window, const ExamState& state)
-    : m_window(window), m_state(state),
+StatusDisplay::StatusDisplay(CWnd& window, Examination& exam)
+    : m_window(window), m_exam(exam), m_state(exam.State()),
       m_com(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))),
-      m_images(utilsExam::GetImage(L"")), m_page(ShownSwitches(), SimulatedSwitches()),
+      m_images(utilsExam::GetImage(L"")),
+      m_page("exam.status.title", {"exam.status.networks", RowSwitches({0, 1, 5, 6})},
+             {"exam.status.work", RowSwitches({2, 3, 4})}),
+      m_deviceStates(DeviceStates()),
+      m_devices("exam.status.devices", {"exam.status.hardware", DeviceSwitches(0, hardware)},
+                {"exam.status.work", DeviceSwitches(hardware, m_deviceStates.size() - hardware)}),
       m_row([this] { OpenPage(); })
 {
 }
 
 StatusDisplay::~StatusDisplay()
 {
+    m_exam.SetPages({});
     IStatusItem::SetStatusCallback(nullptr);
     CStatusFactory::destroyInstance();
 }
@@ -60,12 +71,14 @@ bool StatusDisplay::Open()
     for (IStatusItem* const item : items)
         CStatusFactory::addItem(item);
     if (!m_row.Open(m_window, m_state.Layout().statusRow)) return false;
-    m_row.ReadSettings();
+    m_exam.SetPages({[this] { OpenPage(); }, [this] { OpenDevices(); }});
+    TakeSettings();
     return true;
 }
 
 void StatusDisplay::OnStateChange(StateChangeType type, unsigned int, long)
 {
+    if (type == stateSettingsChanged && m_row.GetSafeHwnd()) TakeSettings();
     if (type == stateFitChanged && m_row.GetSafeHwnd())
         m_row.MoveWindow(&m_state.Layout().statusRow);
 }
@@ -84,44 +97,81 @@ void StatusDisplay::PlugProbe(bool plugged)
                          : std::function<void()>());
 }
 
-std::vector<PageSwitch> StatusDisplay::ShownSwitches()
+void StatusDisplay::TakeSettings()
+{
+    UseLargeIcons(m_exam.Settings().InEffect().icons == L"large");
+    m_row.ReadSettings();
+    for (std::size_t i = 0; i < m_deviceStates.size(); ++i) {
+        const bool wanted = IsWanted(DeviceSettings()[i]);
+        if (m_deviceStates[i].isOn() != wanted) m_deviceStates[i].set(wanted);
+    }
+}
+
+// One state may change another one, so all of them are kept.
+void StatusDisplay::KeepDevices() const
+{
+    for (std::size_t i = 0; i < m_deviceStates.size(); ++i)
+        SetWanted(DeviceSettings()[i], m_deviceStates[i].isOn());
+}
+
+std::vector<PageSwitch> StatusDisplay::RowSwitches(std::initializer_list<std::size_t> settings)
 {
     std::vector<PageSwitch> switches;
-    for (const StatusSetting& setting : StatusSettings())
+    for (const std::size_t index : settings) {
+        const StatusSetting& setting = StatusSettings()[index];
         switches.push_back({setting.text, [&setting] { return IsWanted(setting); },
                             [this, &setting](bool wanted) {
                                 SetWanted(setting, wanted);
                                 m_row.ReadSettings();
                             }});
-    switches.push_back({"exam.status.largeicons", [this] { return m_largeIcons; },
-                        [this](bool large) { UseLargeIcons(large); }});
+    }
     return switches;
 }
 
-std::vector<PageSwitch> StatusDisplay::SimulatedSwitches()
+// The switches of some devices, which keep what they set.
+std::vector<PageSwitch> StatusDisplay::DeviceSwitches(std::size_t first, std::size_t count)
 {
-    return {{"exam.status.sim.wired", [this] { return m_network.IsWiredConnected(); },
-             [this](bool on) { m_network.ConnectWired(on); }},
-            {"exam.status.sim.adapter", [this] { return m_network.HasWireless(); },
-             [this](bool on) { m_network.PlugWireless(on); }},
-            {"exam.status.sim.connected", [this] { return m_network.IsWirelessConnected(); },
-             [this](bool on) { m_network.ConnectWireless(on); }},
-            {"exam.status.sim.weak", [this] { return m_network.Signal() == weakSignal; },
-             [this](bool on) { m_network.SetSignal(on ? weakSignal : strongSignal); }},
-            {"exam.status.sim.burning", CStatusBurning::isBurning, CStatusBurning::setState},
-            {"exam.status.sim.transfer", CStatusFtpTransfer::isTransferring,
-             CStatusFtpTransfer::setState},
-            {"exam.status.sim.tracking", [this] { return m_tracking; },
-             [this](bool on) {
-                 m_tracking = on;
-                 CStatusGps::setState(on);
-             }},
-            StreamingSwitch("exam.status.sim.streaming", CStatusStreaming::StreamingOn),
-            StreamingSwitch("exam.status.sim.disk", CStatusStreaming::StreamingToDisk),
-            {"exam.status.sim.probe", [this] { return m_probe.IsPlugged(); },
-             [this](bool on) { PlugProbe(on); }},
-            {"exam.status.sim.error", [this] { return m_probe.HasError(); },
-             [this](bool on) { m_probe.SetError(on); }}};
+    std::vector<PageSwitch> switches;
+    for (const PageSwitch& state : std::span(m_deviceStates).subspan(first, count))
+        switches.push_back({state.text, state.isOn, [this, set = state.set](bool on) {
+                                set(on);
+                                KeepDevices();
+                            }});
+    return switches;
+}
+
+std::vector<PageSwitch> StatusDisplay::DeviceStates()
+{
+    const auto device = [](std::size_t index, auto isOn, auto set) {
+        return PageSwitch{DeviceSettings()[index].text, isOn, set};
+    };
+    return {
+        device(
+            0, [this] { return m_network.IsWiredConnected(); },
+            [this](bool on) { m_network.ConnectWired(on); }),
+        device(
+            1, [this] { return m_network.HasWireless(); },
+            [this](bool on) { m_network.PlugWireless(on); }),
+        device(
+            2, [this] { return m_network.IsWirelessConnected(); },
+            [this](bool on) { m_network.ConnectWireless(on); }),
+        device(
+            3, [this] { return m_network.Signal() == weakSignal; },
+            [this](bool on) { m_network.SetSignal(on ? weakSignal : strongSignal); }),
+        device(
+            4, [this] { return m_probe.IsPlugged(); }, [this](bool on) { PlugProbe(on); }),
+        device(
+            5, [this] { return m_probe.HasError(); }, [this](bool on) { m_probe.SetError(on); }),
+        device(6, CStatusBurning::isBurning, CStatusBurning::setState),
+        device(7, CStatusFtpTransfer::isTransferring, CStatusFtpTransfer::setState),
+        device(
+            8, [this] { return m_tracking; },
+            [this](bool on) {
+                m_tracking = on;
+                CStatusGps::setState(on);
+            }),
+        StreamingSwitch(9, CStatusStreaming::StreamingOn),
+        StreamingSwitch(10, CStatusStreaming::StreamingToDisk)};
 }
 
 } // namespace exam

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "state/ExamState.h"
+#include "commands/Examination.h"
 #include "status/StatusPage.h"
 #include "status/StatusRow.h"
 #include "status/StatusSimulators.h"
@@ -10,6 +10,8 @@
 
 #include <objbase.h>
 
+#include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -29,8 +31,8 @@ class StatusDisplay : private IStateChangeConsumer
 {
 public:
     /// Connects the network monitoring to the simulated network. The row follows the layout of
-    /// `state` in `window`. Both outlive it.
-    StatusDisplay(CWnd& window, const ExamState& state);
+    /// the exam's state in `window`. Both outlive it.
+    StatusDisplay(CWnd& window, Examination& exam);
     ~StatusDisplay() override;
     StatusDisplay(const StatusDisplay&) = delete;
     StatusDisplay& operator=(const StatusDisplay&) = delete;
@@ -40,10 +42,12 @@ public:
 
     StatusRow& Row() { return m_row; }
     StatusPage& Page() { return m_page; }
+    StatusPage& Devices() { return m_devices; }
     NetworkSimulator& Network() { return m_network; }
     ProbeSimulator& Probe() { return m_probe; }
 
     void OpenPage() { m_page.Open(m_window); }
+    void OpenDevices() { m_devices.Open(m_window); }
 
     /// Takes the icons of 32 pixels, or those of 24.
     void UseLargeIcons(bool large);
@@ -53,10 +57,14 @@ public:
 
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
-    std::vector<PageSwitch> ShownSwitches();
-    std::vector<PageSwitch> SimulatedSwitches();
+    std::vector<PageSwitch> RowSwitches(std::initializer_list<std::size_t> settings);
+    std::vector<PageSwitch> DeviceStates();
+    std::vector<PageSwitch> DeviceSwitches(std::size_t first, std::size_t count);
+    void TakeSettings();
+    void KeepDevices() const;
 
     CWnd& m_window;
+    Examination& m_exam;
     const ExamState& m_state;
     base::Owner<ComTraits> m_com;
     base::GdiPlusSession m_drawing;
@@ -66,6 +74,8 @@ private:
     bool m_largeIcons = false;
     bool m_tracking = false;
     StatusPage m_page;
+    std::vector<PageSwitch> m_deviceStates; // in the order of DeviceSettings()
+    StatusPage m_devices;
     StatusRow m_row;
 };
 

@@ -43,9 +43,9 @@ BEGIN_MESSAGE_MAP(StatusPage, CWnd)
     ON_MESSAGE(WM_CTLCOLORSTATIC, OnControlColour)
 END_MESSAGE_MAP()
 
-StatusPage::StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated)
-    : m_shown(std::move(shown)), m_simulated(std::move(simulated)), m_font(ScopedFont::textSize),
-      m_background(palette::panel)
+StatusPage::StatusPage(const char* title, PageColumn left, PageColumn right)
+    : m_title(title), m_left(std::move(left)), m_right(std::move(right)),
+      m_font(ScopedFont::textSize), m_background(palette::panel)
 {
 }
 
@@ -57,14 +57,14 @@ StatusPage::~StatusPage()
 void StatusPage::Open(CWnd& owner)
 {
     if (GetSafeHwnd()) return ShowStates();
-    const auto lines = static_cast<int>(std::max(m_shown.size(), m_simulated.size()));
+    const auto lines = static_cast<int>(std::max(m_left.switches.size(), m_right.switches.size()));
     const CSize size(width, titleHeight + headingHeight + lines * lineHeight + margin);
     const CPoint screen = utilsExam::CalculateDialogRect().TopLeft();
     const CPoint place(screen.x + (utilsExam::GetMainScreenSize().cx - size.cx) / 2,
                        screen.y + (utilsExam::GetMainScreenSize().cy - size.cy) / 2);
     const CString windowClass = AfxRegisterWndClass(0, LoadCursor(nullptr, IDC_ARROW));
-    if (!CreateEx(0, windowClass, GetStr("exam.status.title"), WS_POPUP | WS_CLIPCHILDREN,
-                  CRect(place, size), &owner, 0))
+    if (!CreateEx(0, windowClass, GetStr(m_title), WS_POPUP | WS_CLIPCHILDREN, CRect(place, size),
+                  &owner, 0))
         return;
     if (!CreateSwitches()) {
         DestroyWindow();
@@ -78,8 +78,8 @@ void StatusPage::Open(CWnd& owner)
 // False when the platform refuses a switch.
 bool StatusPage::CreateSwitches()
 {
-    const auto shown = static_cast<int>(m_shown.size());
-    const auto simulated = static_cast<int>(m_simulated.size());
+    const auto shown = static_cast<int>(m_left.switches.size());
+    const auto simulated = static_cast<int>(m_right.switches.size());
     bool created = true;
     for (int line = 0; line < shown; ++line)
         created = CreateSwitch(line, Place(0, line)) && created;
@@ -100,13 +100,14 @@ bool StatusPage::CreateSwitch(int index, const CPoint& place)
 const PageSwitch& StatusPage::Switch(int index) const
 {
     const auto place = static_cast<std::size_t>(index);
-    return place < m_shown.size() ? m_shown.at(place) : m_simulated.at(place - m_shown.size());
+    return place < m_left.switches.size() ? m_left.switches.at(place)
+                                          : m_right.switches.at(place - m_left.switches.size());
 }
 
 // One switch may change what another one shows.
 void StatusPage::ShowStates()
 {
-    const auto count = static_cast<int>(m_shown.size() + m_simulated.size());
+    const auto count = static_cast<int>(m_left.switches.size() + m_right.switches.size());
     for (int index = 0; index < count; ++index)
         CheckDlgButton(GetSafeHwnd(), firstId + index,
                        Switch(index).isOn() ? BST_CHECKED : BST_UNCHECKED);
@@ -158,12 +159,11 @@ void StatusPage::OnPaint()
     dc.SetBkMode(TRANSPARENT);
     const ScopedFont font(dc, ScopedFont::textSize, FW_SEMIBOLD);
     title.left += margin;
-    DrawLine(dc, title, GetStr("exam.status.title"), palette::text);
+    DrawLine(dc, title, GetStr(m_title), palette::text);
     const CSize heading(columnWidth, headingHeight);
     const CSize above(0, headingHeight);
-    DrawLine(dc, CRect(Place(0, 0) - above, heading), GetStr("exam.status.shown"), palette::label);
-    DrawLine(dc, CRect(Place(1, 0) - above, heading), GetStr("exam.status.simulated"),
-             palette::label);
+    DrawLine(dc, CRect(Place(0, 0) - above, heading), GetStr(m_left.heading), palette::label);
+    DrawLine(dc, CRect(Place(1, 0) - above, heading), GetStr(m_right.heading), palette::label);
 }
 
 LRESULT StatusPage::OnControlColour(WPARAM dc, LPARAM)

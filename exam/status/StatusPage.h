@@ -17,12 +17,20 @@ struct PageSwitch
     std::function<void(bool)> set;
 };
 
-/// A pop-up window over the main window, with the settings of the status row in one column and the
-/// simulated states in another. Escape and the close of stray pop-ups end it.
+/// A column of the page.
+struct PageColumn
+{
+    const char* heading; ///< key of its heading
+    std::vector<PageSwitch> switches;
+};
+
+/// A pop-up window over the main window, with switches in two columns. Escape and the close of
+/// stray pop-ups end it.
 class StatusPage : public CWnd
 {
 public:
-    StatusPage(std::vector<PageSwitch> shown, std::vector<PageSwitch> simulated);
+    /// `title`: the key of its title.
+    StatusPage(const char* title, PageColumn left, PageColumn right);
     ~StatusPage() override;
 
     /// Opens the page, or updates it if it is open.
@@ -46,8 +54,9 @@ private:
     bool CreateSwitch(int index, const CPoint& place);
     void ShowStates();
 
-    std::vector<PageSwitch> m_shown;
-    std::vector<PageSwitch> m_simulated;
+    const char* m_title;
+    PageColumn m_left;
+    PageColumn m_right;
     TextFont m_font;
     CBrush m_background;
 };

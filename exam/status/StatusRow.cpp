@@ -22,18 +22,6 @@ namespace exam {
 
 namespace {
 
-constexpr wchar_t section[] = L"Settings\\Status";
-
-constexpr StatusSetting address = {L"StreamingIP", "exam.status.address"};
-
-constexpr StatusSetting settings[] = {{L"NetworkConnection", "exam.status.network"},
-                                      {L"WirelessStrength", "exam.status.wireless"},
-                                      {L"CDBurning", "exam.status.burning"},
-                                      {L"FTPTransfer", "exam.status.transfer"},
-                                      {L"CineRecording", "exam.status.recording"},
-                                      {L"Streaming", "exam.status.streaming"},
-                                      address};
-
 constexpr UINT repaintMessage = WM_APP + 310;
 constexpr UINT_PTR tickTimer = 1;
 constexpr int spacing = 6;      // pixels between two items
@@ -62,24 +50,9 @@ void PaintHint(CDC& dc, CRect area, int dpi)
 
 } // namespace
 
-std::span<const StatusSetting> StatusSettings()
-{
-    return settings;
-}
-
-bool IsWanted(const StatusSetting& setting)
-{
-    return AfxGetApp()->GetProfileInt(section, setting.entry, 0) != 0;
-}
-
-void SetWanted(const StatusSetting& setting, bool wanted)
-{
-    AfxGetApp()->WriteProfileInt(section, setting.entry, wanted ? 1 : 0);
-}
-
 bool IsAddressWanted()
 {
-    return IsWanted(address);
+    return IsWanted(StatusSettings().back());
 }
 
 BEGIN_MESSAGE_MAP(StatusRow, CWnd)

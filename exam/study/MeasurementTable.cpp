@@ -54,7 +54,8 @@ void AddMeasurement(Table& table, const Mark& mark, const StudyContent& study)
         study.patient.id, std::to_wstring(mark.number), TextOf(InfoOf(mark.kind).key),
         mark.text,        ObjectNameOf(mark, study),    FrameText(mark)};
     const std::vector<MarkValue> values = ValuesOf(mark, study);
-    for (const MarkValue& value : values) {
+    for (const MarkValue& each : values) {
+        const MarkValue value = AsShown(each);
         std::vector<std::wstring> row = head;
         row.push_back(TextOf(value.nameKey));
         row.push_back(NumberText(value.value, value.decimals + furtherDecimals));

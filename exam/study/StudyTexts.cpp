@@ -11,10 +11,21 @@
 #include <charconv>
 #include <cwchar>
 #include <iterator>
+#include <string_view>
 
 namespace exam {
 
 namespace {
+
+constexpr double millimetresPerCentimetre = 10;
+
+constinit LengthUnit s_lengthUnit = LengthUnit::millimetre;
+
+std::wstring AmountText(const MarkValue& value)
+{
+    const MarkValue shown = AsShown(value);
+    return NumberText(shown.value, shown.decimals) + L" " + TextOf(shown.unitKey);
+}
 
 COleDateTime DayOf(const std::wstring& date)
 {
@@ -29,6 +40,24 @@ COleDateTime DayOf(const std::wstring& date)
 }
 
 } // namespace
+
+void ShowLengthsIn(LengthUnit unit)
+{
+    s_lengthUnit = unit;
+}
+
+MarkValue AsShown(const MarkValue& value)
+{
+    const bool isLength = std::string_view(value.unitKey) == "study.unit.mm";
+    if (!isLength || s_lengthUnit == LengthUnit::millimetre) return value;
+    return {value.nameKey, "study.unit.cm", value.value / millimetresPerCentimetre,
+            value.decimals + 1};
+}
+
+std::wstring LengthText(double millimetres)
+{
+    return AmountText({"", "study.unit.mm", millimetres, 1});
+}
 
 std::wstring TextOf(const char* key)
 {
@@ -93,8 +122,7 @@ std::wstring AgeText(const Patient& patient, const std::wstring& date)
 
 std::wstring ValueText(const MarkValue& value)
 {
-    return TextOf(value.nameKey) + L" " + NumberText(value.value, value.decimals) + L" " +
-           TextOf(value.unitKey);
+    return TextOf(value.nameKey) + L" " + AmountText(value);
 }
 
 } // namespace exam

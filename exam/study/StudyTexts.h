@@ -32,6 +32,20 @@ std::wstring TextOf(const Mark& mark);
 /// months. Empty without a day of birth before it.
 std::wstring AgeText(const Patient& patient, const std::wstring& date);
 
+/// The units in which readers are shown lengths; millimetres at first.
+enum class LengthUnit
+{
+    millimetre,
+    centimetre
+};
+void ShowLengthsIn(LengthUnit unit);
+
+/// A value in the unit in which readers are shown it; areas are always in square centimetres.
+MarkValue AsShown(const MarkValue& value);
+
+/// A length with its unit, such as "12.5 mm".
+std::wstring LengthText(double millimetres);
+
 /// A value with its name and its unit, such as "Length 12.5 mm".
 std::wstring ValueText(const MarkValue& value);
 

@@ -41,7 +41,7 @@ bool IsLeftmostLit(StatusDisplay& status)
     return false;
 }
 
-void Settings(TourContext& context)
+void RowSettings(TourContext& context)
 {
     StatusDisplay& status = context.status;
     // An earlier tour may have left its settings in this folder.
@@ -176,7 +176,7 @@ void Rest(StatusDisplay& status)
 
 void TourStatus(TourContext& context)
 {
-    Settings(context);
+    RowSettings(context);
     NetworkEvents(context);
     Work(context);
     Streaming(context);

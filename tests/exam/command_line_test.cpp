@@ -3,14 +3,17 @@
 #include <gtest/gtest.h>
 
 using exam::ParseCommandLine;
+using exam::Settings;
 
-TEST(CommandLine, WithoutArgumentsOpensInEnglishOnTheFirstConsole)
+TEST(CommandLine, WithoutArgumentsOpensAsItIsSet)
 {
     const auto options = ParseCommandLine({});
     EXPECT_TRUE(options.error.empty());
     EXPECT_FALSE(options.IsTour());
-    EXPECT_EQ(options.language, L"en");
-    EXPECT_EQ(options.console, eConsolePemmit);
+    Settings kept;
+    kept.language = L"de";
+    kept.recordings = L"D:\\loops";
+    EXPECT_EQ(options.Over(kept), kept);
 }
 
 TEST(CommandLine, ReadsEveryOption)
@@ -18,8 +21,8 @@ TEST(CommandLine, ReadsEveryOption)
     const auto options =
         ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});
     EXPECT_EQ(options.error, L"");
-    EXPECT_EQ(options.language, L"de");
-    EXPECT_EQ(options.console, eConsoleTavren);
+    EXPECT_EQ(options.Over({}).language, L"de");
+    EXPECT_EQ(options.Over({}).console, L"Tavren");
     EXPECT_EQ(options.tourFolder, L"out");
 }
 
@@ -138,13 +141,13 @@ TEST(CommandLine, ReadsTheCommandOnProtocolFiles)
 
 TEST(CommandLine, RecordsWhereItIsAskedTo)
 {
-    EXPECT_EQ(ParseCommandLine({L"--recordings", L"D:\\loops"}).RecordingFolder(), L"D:\\loops");
+    EXPECT_EQ(ParseCommandLine({L"--recordings", L"D:\\loops"}).Over({}).recordings, L"D:\\loops");
     EXPECT_EQ(ParseCommandLine({L"--recordings", L""}).error, L"--recordings needs a folder");
 }
 
 TEST(CommandLine, RecordsBelowTheCurrentFolderOrTheTours)
 {
-    EXPECT_EQ(ParseCommandLine({}).RecordingFolder(), L"out\\recordings");
-    EXPECT_EQ(ParseCommandLine({L"--tour", L"D:\\tour"}).RecordingFolder(),
+    EXPECT_EQ(ParseCommandLine({}).Over({}).recordings, L"out\\recordings");
+    EXPECT_EQ(ParseCommandLine({L"--tour", L"D:\\tour"}).Over({}).recordings,
               L"D:\\tour\\recordings");
 }

@@ -2,16 +2,20 @@
 #include "base/ScreenLayout.h"
 #include "commands/CommandDesk.h"
 #include "commands/Commands.h"
+#include "record/MovieSettings.h"
 #include "record/PixelCanvas.h"
 #include "screen/RecordingText.h"
 #include "screen/Timeline.h"
 #include "service/PatientForm.h"
+#include "service/StatusSettings.h"
 #include "service/StudyArchive.h"
+#include "study/StudyTexts.h"
 
 #include <gtest/gtest.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/NotifiedConsumer.h>
 #include <pro_actions/VocabularyLoading.h>
+#include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
 #include <test_support/Files.h>
@@ -19,13 +23,17 @@
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/utilsExam.h>
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <initializer_list>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -67,9 +75,11 @@ public:
     void ShowFile(const std::wstring& path) override { m_shown = path; }
     bool Fill(const CString&, std::vector<FormField>& fields, const FormCheck& check) override
     {
-        if (!m_text) return false;
-        fields.front().value = *m_text;
-        return check(fields).IsEmpty();
+        if (m_edit) m_edit(fields);
+        if (!m_text && !m_edit) return false;
+        if (m_text) fields.front().value = *m_text;
+        m_problem = check(fields);
+        return m_problem.IsEmpty();
     }
     std::wstring ChooseImage() override { return m_chosen; }
     std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override
@@ -97,6 +107,8 @@ public:
     bool m_answer = false;
     std::wstring m_shown;
     std::optional<CString> m_text;
+    std::function<void(std::vector<FormField>&)> m_edit;
+    CString m_problem; // of the last form
     std::wstring m_chosen;
     std::vector<std::wstring> m_offered;
     std::wstring m_opened;
@@ -141,6 +153,7 @@ class CommandsTest : public testing::Test
 protected:
     CommandsTest()
     {
+        UseProfile(m_folder / L"exam.ini");
         EXPECT_TRUE(zel_string_convert::LoadTable(test_support::BesideProgram(L"sample\\strings")));
         EXPECT_TRUE(
             pro_actions::LoadVocabulary(test_support::BesideProgram(L"sample\\actions.xml")));
@@ -148,12 +161,35 @@ protected:
                                   test_support::BesideProgram(L"sample\\images"));
         for (const wchar_t* const name : {L"curved.cine", L"linear.cine"})
             EXPECT_EQ(m_state.AddRecording(name), L"");
+        Settings settings;
+        settings.recordings = m_folder.Path();
+        m_exam.Settings().Use(settings);
     }
     ~CommandsTest() override
     {
         MouseCapture::Unlock();
+        ShowLengthsIn(LengthUnit::millimetre);
+        utilsExam::SetConsoleType(eConsolePemmit);
         pro_actions::ClearVocabulary();
         zel_string_convert::ClearTable();
+    }
+
+    static void UseProfile(const std::wstring& file)
+    {
+        std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
+        s_app.m_pszProfileName = _wcsdup(file.c_str());
+    }
+
+    // Fills the form of the settings: the texts of fields by their place.
+    bool EditSettings(std::initializer_list<std::pair<std::size_t, CString>> values)
+    {
+        m_window.m_edit = [&](std::vector<FormField>& fields) {
+            for (const auto& [place, value] : values)
+                fields.at(place).value = value;
+        };
+        Press(VK_F12);
+        m_window.m_edit = nullptr;
+        return m_window.m_problem.IsEmpty();
     }
 
     // Makes a distance in the middle of the image.
@@ -611,6 +647,114 @@ TEST_F(CommandsTest, TheScreenTellsTheTimeOfARecordingAndWhatIsLeft)
     recording.bytesLeft = 999'000'000;
     zel_string_convert::SetLanguage(L"de");
     EXPECT_EQ(RecordingRoomText(recording), L"12 Bilder, noch 1:02:05, 999 MB frei");
+}
+
+TEST_F(CommandsTest, SettingsTakeEffectAtOnceAndSurviveARestart)
+{
+    const std::wstring loops = m_folder / L"loops\\of today";
+    EXPECT_EQ(LengthText(12.34), L"12.3 mm");
+    ASSERT_TRUE(EditSettings({{0, L"Uncompressed"},
+                              {1, L"40"},
+                              {2, loops.c_str()},
+                              {3, (m_folder / L"log").c_str()},
+                              {4, L"in centimetres"},
+                              {5, L"Deutsch"},
+                              {6, L"large"},
+                              {7, L"Tavren"}}));
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
+    EXPECT_EQ(LengthText(12.34), L"1,23 cm");
+    EXPECT_EQ(utilsExam::GetConsoleType(), eConsoleTavren);
+    Press('V');
+    m_exam.Advance();
+    Press('V');
+    EXPECT_TRUE(std::filesystem::exists(loops + L"\\movie-001.avi"));
+    const Settings chosen = m_exam.Settings().InEffect();
+    EXPECT_EQ(chosen.icons, L"large");
+
+    EXPECT_EQ(ReadSettings(), chosen);
+    zel_string_convert::SetLanguage(L"en");
+    ShowLengthsIn(LengthUnit::millimetre);
+    Examination restarted(m_state, m_window, m_folder.Path());
+    restarted.Settings().Use(ReadSettings());
+    EXPECT_EQ(restarted.Settings().InEffect(), chosen);
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
+    EXPECT_EQ(LengthText(12.34), L"1,23 cm");
+    qor_utils::SetLogDirectory({}); // the folder goes
+}
+
+TEST_F(CommandsTest, TheFormOfTheSettingsTakesNothingThatCannotBe)
+{
+    const std::wstring file = m_folder / L"a file";
+    std::ofstream(std::filesystem::path(file)) << "x";
+    for (const wchar_t* const quality : {L"101", L"-1", L"best", L"", L"1000000000000"})
+        EXPECT_FALSE(EditSettings({{1, quality}})) << quality;
+    EXPECT_FALSE(EditSettings({{2, L""}}));
+    EXPECT_FALSE(EditSettings({{2, file.c_str()}}));
+    EXPECT_EQ(m_window.m_problem, GetStr("exam.settings.wrongfolder", file.c_str()));
+    EXPECT_FALSE(EditSettings({{3, (file + L"\\log").c_str()}}));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / L"exam.ini"));
+}
+
+TEST_F(CommandsTest, TheFormOfTheSettingsOffersTheInstalledCodecsAndTheOneThatIsSet)
+{
+    std::vector<CString> choices;
+    CString value;
+    const auto look = [&](const std::vector<FormField>& fields) {
+        choices = fields.front().choices;
+        value = fields.front().value;
+    };
+    s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"none such");
+    m_window.m_edit = look;
+    Press(VK_F12);
+    EXPECT_EQ(value, L"none such");
+    ASSERT_FALSE(choices.empty());
+    EXPECT_EQ(choices.back(), L"none such");
+    choices.pop_back();
+    EXPECT_EQ(choices.front(), L"Uncompressed");
+    for (const CString& codec : choices)
+        EXPECT_EQ(FindCodec(codec.GetString()), codec.GetString());
+}
+
+TEST_F(CommandsTest, ExportedSettingsAreAProfile)
+{
+    ASSERT_TRUE(EditSettings({{1, L"33"}, {4, L"in centimetres"}, {7, L"Vollet"}}));
+    SetWanted(StatusSettings()[2], true);
+    SetWanted(DeviceSettings()[0], false);
+    const Settings chosen = m_exam.Settings().InEffect();
+    m_desk.Press({.key = 'I', .control = true});
+    const std::wstring file = chosen.recordings + L"\\settings-1.ini";
+    EXPECT_EQ(m_state.Status(), GetStr("exam.export.saved", file.c_str()));
+    UseProfile(file);
+    EXPECT_EQ(ReadSettings(), chosen);
+    EXPECT_TRUE(IsWanted(StatusSettings()[2]));
+    EXPECT_FALSE(IsWanted(StatusSettings()[3]));
+    EXPECT_FALSE(IsWanted(DeviceSettings()[0]));
+    EXPECT_TRUE(IsWanted(DeviceSettings()[1]));
+}
+
+TEST_F(CommandsTest, AResetOfTheSettingsAsksAndTakesTheShippedOnes)
+{
+    ASSERT_TRUE(EditSettings({{4, L"in centimetres"}, {5, L"Deutsch"}}));
+    const Settings chosen = m_exam.Settings().InEffect();
+    m_window.m_answer = false;
+    m_desk.Press({.key = 'W', .control = true});
+    EXPECT_EQ(m_window.m_questions.back(), GetStr("exam.settings.ask"));
+    EXPECT_EQ(m_exam.Settings().InEffect(), chosen);
+    EXPECT_EQ(ReadSettings().units, L"cm");
+    m_window.m_answer = true;
+    m_desk.Press({.key = 'W', .control = true});
+    EXPECT_EQ(ReadSettings(), Settings());
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"en");
+    EXPECT_EQ(LengthText(10), L"10.0 mm");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.settings.shipped"));
+}
+
+TEST_F(CommandsTest, SettingsThatCannotBeKeptHoldAndAreTold)
+{
+    UseProfile(m_folder / L"no\\such\\exam.ini");
+    m_exam.Settings().NextLanguage();
+    EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
+    EXPECT_EQ(m_state.Status(), GetStr("exam.settings.unkept"));
 }
 
 TEST_F(CommandsTest, AClickOnItsSentenceOpensAFinishedMovie)

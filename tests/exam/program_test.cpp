@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
+#include <test_support/TemporaryFolder.h>
 
 #include <windows.h>
 
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -77,6 +79,79 @@ private:
     bool m_made = false;
 };
 
+// exam.exe with its window, which a user closes.
+class RunningExam
+{
+public:
+    explicit RunningExam(const std::wstring& arguments)
+    {
+        STARTUPINFOW start{};
+        start.cb = sizeof start;
+        PROCESS_INFORMATION process{};
+        std::wstring line = L"exam.exe " + arguments;
+        if (!CreateProcessW(Exam().c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                            nullptr, &start, &process))
+            return;
+        m_process.reset(process.hProcess);
+        CloseHandle(process.hThread);
+    }
+    ~RunningExam()
+    {
+        if (m_process) TerminateProcess(m_process.get(), 1);
+    }
+    RunningExam(const RunningExam&) = delete;
+    RunningExam& operator=(const RunningExam&) = delete;
+
+    // The title of its window, once it is there.
+    std::wstring Title()
+    {
+        for (int i = 0; i < 300 && !m_window && IsRunning(100); ++i)
+            EnumWindows(TakeWindow, reinterpret_cast<LPARAM>(this));
+        wchar_t title[100] = {};
+        GetWindowTextW(m_window, title, 100);
+        return title;
+    }
+
+    // Waits, and tells whether it still runs.
+    bool IsRunning(DWORD milliseconds)
+    {
+        return m_process && WaitForSingleObject(m_process.get(), milliseconds) == WAIT_TIMEOUT;
+    }
+
+    // The exit code; MAXDWORD when it does not end.
+    DWORD Close()
+    {
+        PostMessageW(m_window, WM_CLOSE, 0, 0);
+        DWORD code = MAXDWORD;
+        if (!IsRunning(60000)) GetExitCodeProcess(m_process.get(), &code);
+        m_process.reset();
+        return code;
+    }
+
+private:
+    static BOOL CALLBACK TakeWindow(HWND window, LPARAM self)
+    {
+        auto* const exam = reinterpret_cast<RunningExam*>(self);
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        const bool isMain = process == GetProcessId(exam->m_process.get()) &&
+                            IsWindowVisible(window) && !GetWindow(window, GW_OWNER);
+        if (isMain) exam->m_window = window;
+        return !isMain;
+    }
+
+    base::Process m_process;
+    HWND m_window = nullptr;
+};
+
+std::size_t Count(const std::string& text, const std::string& part)
+{
+    std::size_t count = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
 // Runs exam.exe without handles for its output. The result is its exit code.
 DWORD RunWithoutHandles(std::wstring arguments)
 {
@@ -137,4 +212,38 @@ TEST(ExamProgram, NamesItsVersion)
     EXPECT_EQ(VersionText(L"ProductVersion"), L"" EXAM_VERSION);
     EXPECT_EQ(VersionText(L"FileVersion"), L"" EXAM_VERSION);
     EXPECT_EQ(VersionText(L"OriginalFilename"), L"exam.exe");
+}
+
+// Every source of lines is at work: a plugged probe, the status row, frames that run.
+TEST(ExamProgram, LogsItsStartAndItsEndOnceAndLittleBetween)
+{
+    const test_support::TemporaryFolder folder;
+    const std::wstring profile = folder / L"exam.ini";
+    test_support::WriteFile(profile, "[Settings\\Devices]\r\nProbe=1\r\n[Settings\\Status]\r\n"
+                                     "NetworkConnection=1\r\nStreaming=1\r\n");
+    RunningExam exam(L"--profile \"" + profile + L"\" --log \"" + folder / L"log" +
+                     L"\" --recordings \"" + folder.Path() + L"\"");
+    ASSERT_FALSE(exam.Title().empty());
+    ASSERT_TRUE(exam.IsRunning(6000)); // a probe reports once in five seconds
+    EXPECT_EQ(exam.Close(), 0u);
+    const std::string log = test_support::ReadFile(folder / L"log\\exam.log");
+    EXPECT_EQ(Count(log, " starts."), 1u) << log;
+    EXPECT_EQ(Count(log, "The exam ends with exit code 0."), 1u) << log;
+    EXPECT_LT(Count(log, "\n"), 30u) << log;
+}
+
+TEST(ExamProgram, StartsWithTheSettingsThatWereKept)
+{
+    const test_support::TemporaryFolder folder;
+    const std::wstring profile = folder / L"exam.ini";
+    const std::pair<const char*, const wchar_t*> titles[] = {
+        {"en", L"Sample patient, sample study"}, {"de", L"Beispielpatient, Beispielstudie"}};
+    for (const auto& [language, title] : titles) {
+        test_support::WriteFile(profile,
+                                std::string("[Settings\\Exam]\r\nLanguage=") + language + "\r\n");
+        RunningExam exam(L"--profile \"" + profile + L"\" --log \"" + folder / L"log" +
+                         L"\" --recordings \"" + folder.Path() + L"\"");
+        EXPECT_EQ(exam.Title(), title);
+        EXPECT_EQ(exam.Close(), 0u);
+    }
 }

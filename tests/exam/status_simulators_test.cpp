@@ -1,4 +1,5 @@
 // The simulations behind the sample application's status row, and its settings.
+#include "service/Settings.h"
 #include "status/StatusRow.h"
 #include "status/StatusSimulators.h"
 
@@ -120,6 +121,51 @@ TEST_F(SimulatedNetwork, AnswersWhatItTold)
     EXPECT_EQ(Found(), "01 40");
     network.ConnectWireless(false);
     EXPECT_EQ(Found(), "00 40");
+}
+
+class RegistrySettings : public testing::Test
+{
+protected:
+    RegistrySettings()
+    {
+        theApplication.SetRegistryKey(m_key.Path().c_str() + std::wstring(L"Software\\").size());
+    }
+
+    test_support::TemporaryRegistryKey m_key;
+};
+
+TEST_F(RegistrySettings, AreReadAsTheyWereWritten)
+{
+    EXPECT_EQ(exam::ReadSettings(), exam::Settings());
+    const exam::Settings chosen{L"none such", L"75", L"D:\\loops", L"D:\\log",
+                                L"cm",        L"de", L"large",     L"Tavren"};
+    EXPECT_TRUE(exam::WriteSettings(chosen, exam::Settings()));
+    EXPECT_EQ(exam::ReadSettings(), chosen);
+    // The library reads the quality as a number.
+    EXPECT_EQ(theApplication.GetProfileInt(L"Settings\\Capture", L"RecordQuality", -1), 75u);
+    exam::RemoveSettings();
+    EXPECT_EQ(exam::ReadSettings(), exam::Settings());
+}
+
+TEST_F(RegistrySettings, AreAsShippedWhereTheProfileSaysNothingKnown)
+{
+    for (const wchar_t* const entry : {L"Units", L"Language", L"Icons", L"Console"})
+        theApplication.WriteProfileString(L"Settings\\Exam", entry, L"inches");
+    EXPECT_EQ(exam::ReadSettings(), exam::Settings());
+}
+
+TEST_F(RegistrySettings, OfDevicesAreAsShippedUntilTheyAreChosen)
+{
+    int on = 0;
+    for (const exam::StatusSetting& device : exam::DeviceSettings()) {
+        on += exam::IsWanted(device);
+        exam::SetWanted(device, !device.isShipped);
+        EXPECT_NE(exam::IsWanted(device), device.isShipped);
+    }
+    EXPECT_EQ(on, 3); // network, wireless adapter and wireless network
+    exam::RemoveSettings();
+    for (const exam::StatusSetting& device : exam::DeviceSettings())
+        EXPECT_EQ(exam::IsWanted(device), device.isShipped);
 }
 
 TEST(StatusSettings, AreNumbersOfTheProfile)
