@@ -68,6 +68,30 @@ void RowSettings(TourContext& context)
     context.Picture(L"status-idle");
 }
 
+// The simulated devices have a page of their own, which keeps their states.
+void Devices(TourContext& context)
+{
+    constexpr int probe = 4;
+    StatusDisplay& status = context.status;
+    context.window.Exam().ShowPage(&StatusPages::devices);
+    context.PictureOf(status.Devices().GetSafeHwnd(), L"devices-page");
+    status.Devices().Click(probe);
+    context.report.Step(status.Probe().IsPlugged() && IsWanted(DeviceSettings()[probe]),
+                        L"a simulated device is switched on, and stays so");
+    status.Devices().Click(probe);
+    context.report.Step(!status.Probe().IsPlugged() && !IsWanted(DeviceSettings()[probe]),
+                        L"and off again");
+    utilsExam::ClosePopups(nullptr);
+    const int before = PaintedWidth(context);
+    SettingsDesk& desk = context.window.Exam().Settings();
+    Settings settings = desk.InEffect();
+    settings.icons = L"large";
+    desk.Change(settings);
+    context.report.Step(PaintedWidth(context) == before + 2 * 8, L"a setting makes icons larger");
+    settings.icons = L"small";
+    desk.Change(settings);
+}
+
 void NetworkEvents(TourContext& context)
 {
     StatusDisplay& status = context.status;
@@ -177,6 +201,7 @@ void Rest(StatusDisplay& status)
 void TourStatus(TourContext& context)
 {
     RowSettings(context);
+    Devices(context);
     NetworkEvents(context);
     Work(context);
     Streaming(context);
