@@ -2,6 +2,7 @@
 // XCrashReport.exe --version
 // Packs what a crash of the program left behind, as "crashreport.ini" beside this program lists it.
 // Tells where the archive is: in a message, or with /quiet on the standard output only.
+#include "base/DarkDialog.h"
 #include "RegistryExport.h"
 
 #include <base/Encoding.h>
@@ -113,8 +114,7 @@ void Tell(const std::wstring& message, bool isQuiet)
 {
     std::printf("%s\n", base::Utf8FromWide(message).c_str());
     std::fflush(stdout);
-    if (!isQuiet)
-        MessageBoxW(nullptr, message.c_str(), L"Crash report", MB_OK | MB_ICONINFORMATION);
+    if (!isQuiet) exam::ShowBox(nullptr, L"Crash report", message, {{IDOK, L"OK"}}, IDOK);
 }
 
 } // namespace
