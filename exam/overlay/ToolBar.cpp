@@ -14,11 +14,14 @@ namespace exam {
 
 namespace {
 
-constexpr float cornerRadius = 7; // pixels
+constexpr float cornerPart = 7 / 40.0F; // of a picture's width
+constexpr int framePart = 10;           // the part of a button's width that a frame takes
 constexpr int ownAlpha = -1;
 
-// The places run from the edge to the middle. A picture begins with a soft edge; a frame lies about
-// a seventh of the way in.
+constexpr const wchar_t* sizeFolders[] = {L"", L"144\\", L"192\\"};
+
+// The places run from the edge to the middle. A plate begins with a soft edge; a frame lies about a
+// seventh of the way in.
 constexpr float edgeFactors[] = {0, 1, 1};
 constexpr float edgePlaces[] = {0, 0.12F, 1};
 constexpr float frameFactors[] = {0, 0.2F, 1, 1};
@@ -27,6 +30,15 @@ constexpr float framePlaces[] = {0, 0.15F, 0.3F, 1};
 // The parts of a button's size.
 constexpr double gapShare = 0.2;
 constexpr double cornerShare = 0.35; // diameter
+
+std::unique_ptr<Gdiplus::Bitmap> Grey(Gdiplus::Bitmap& image)
+{
+    std::unique_ptr<Gdiplus::Bitmap> grey(image.Clone(0, 0, static_cast<int>(image.GetWidth()),
+                                                      static_cast<int>(image.GetHeight()),
+                                                      PixelFormat32bppARGB));
+    GrayScaleBitmap(grey.get(), ownAlpha);
+    return grey;
+}
 
 int GapOf(int size)
 {
@@ -37,34 +49,52 @@ int GapOf(int size)
 
 ButtonPicture::ButtonPicture(const wchar_t* name)
 {
-    const Image loaded(LoadImageFromIconStore((std::wstring(L"buttons\\") + name).c_str()));
-    m_normal.reset(CreateRoundedBitmap(loaded.get(), cornerRadius, edgeFactors, edgePlaces,
-                                       static_cast<int>(std::size(edgeFactors))));
-    if (!m_normal) return;
-    m_disabled.reset(m_normal->Clone(0, 0, static_cast<int>(m_normal->GetWidth()),
-                                     static_cast<int>(m_normal->GetHeight()),
-                                     PixelFormat32bppARGB));
-    GrayScaleBitmap(m_disabled.get(), ownAlpha);
-    m_framed.reset(CreateBorderedBitmap(m_normal.get(), frameFactors, framePlaces,
-                                        static_cast<int>(std::size(frameFactors)),
-                                        palette::accent));
+    for (const wchar_t* const folder : sizeFolders)
+        m_sizes.push_back(Load(folder, name));
 }
 
-const ButtonPicture::Image& ButtonPicture::In(ButtonForm form) const
+ButtonPicture::Parts ButtonPicture::Load(const std::wstring& folder, const wchar_t* name)
 {
-    switch (form) {
-    case ButtonForm::disabled: return m_disabled;
-    case ButtonForm::framed: return m_framed;
-    default: return m_normal;
-    }
+    Parts parts;
+    const Image ground(LoadImageFromIconStore((folder + L"buttons\\plate.png").c_str()));
+    parts.symbol.reset(LoadImageFromIconStore((folder + L"buttons\\" + name).c_str()));
+    if (!ground || !parts.symbol) return {};
+    parts.plate.reset(
+        CreateRoundedBitmap(ground.get(), cornerPart * static_cast<float>(ground->GetWidth()),
+                            edgeFactors, edgePlaces, static_cast<int>(std::size(edgeFactors))));
+    if (!parts.plate) return {};
+    parts.frame.reset(CreateBorderedBitmap(parts.plate.get(), frameFactors, framePlaces,
+                                           static_cast<int>(std::size(frameFactors)),
+                                           palette::accent));
+    parts.greyPlate = Grey(*parts.plate);
+    parts.greySymbol = Grey(*parts.symbol);
+    return parts;
+}
+
+const ButtonPicture::Parts& ButtonPicture::InSize(int width) const
+{
+    const auto found = std::ranges::find_if(m_sizes, [width](const Parts& parts) {
+        return parts.symbol && static_cast<int>(parts.symbol->GetWidth()) >= width;
+    });
+    return found == m_sizes.end() ? m_sizes.back() : *found;
 }
 
 void ButtonPicture::Draw(CDC& dc, const CRect& area, ButtonForm form) const
 {
-    const Image& image = In(form);
-    if (!image) return;
+    const Parts& parts = InSize(area.Width());
+    const bool isDisabled = form == ButtonForm::disabled;
     Gdiplus::Graphics graphics(dc.GetSafeHdc());
-    graphics.DrawImage(image.get(), area.left, area.top, area.Width(), area.Height());
+    graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
+    const auto draw = [&](const Image& image, const CRect& to) {
+        if (image) graphics.DrawImage(image.get(), to.left, to.top, to.Width(), to.Height());
+    };
+    CRect inner = area;
+    if (form == ButtonForm::framed) {
+        draw(parts.frame, area);
+        inner.DeflateRect(area.Width() / framePart, area.Width() / framePart);
+    }
+    draw(isDisabled ? parts.greyPlate : parts.plate, inner);
+    draw(isDisabled ? parts.greySymbol : parts.symbol, area);
 }
 
 BEGIN_MESSAGE_MAP(ToolBar, Overlay)

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace exam {
@@ -23,24 +24,35 @@ enum class ButtonForm
     framed    ///< its state is on
 };
 
-/// A button's picture from the icon store, with rounded corners, in each of its forms. GDI+ must
-/// run as long as this object lives.
+/// A button's picture from the icon store in each of its forms: a symbol on a plate with rounded
+/// corners. GDI+ must run as long as this object lives.
 class ButtonPicture
 {
 public:
-    /// `name` is the name of a picture file in the store's folder "buttons".
+    /// `name` is the name of the symbol's file in the store's folders "buttons", "144\\buttons" and
+    /// "192\\buttons", which hold it in the sizes for these dots per inch, and "plate.png" too.
     explicit ButtonPicture(const wchar_t* name);
 
+    /// The picture for the fewest dots per inch that fills the area is drawn.
     void Draw(CDC& dc, const CRect& area, ButtonForm form) const;
 
 private:
     using Image = std::unique_ptr<Gdiplus::Bitmap>;
 
-    const Image& In(ButtonForm form) const;
+    // The parts in one size.
+    struct Parts
+    {
+        Image plate;
+        Image frame; // the plate with a frame
+        Image symbol;
+        Image greyPlate;
+        Image greySymbol;
+    };
 
-    Image m_normal;
-    Image m_disabled;
-    Image m_framed;
+    static Parts Load(const std::wstring& folder, const wchar_t* name);
+    const Parts& InSize(int width) const;
+
+    std::vector<Parts> m_sizes; // from the smallest on
 };
 
 /// A button of the tool bar.

@@ -4,8 +4,6 @@
 #include "service/StatusSettings.h"
 #include "status/StatusRow.h"
 
-#include <qor_utils/StoreFolders.h>
-#include <qor_utils/StoreNumbers.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusFtpTransfer.h>
@@ -78,16 +76,29 @@ bool StatusDisplay::Open()
 
 void StatusDisplay::OnStateChange(StateChangeType type, unsigned int, long)
 {
-    if (type == stateSettingsChanged && m_row.GetSafeHwnd()) TakeSettings();
-    if (type == stateFitChanged && m_row.GetSafeHwnd())
-        m_row.MoveWindow(&m_state.Layout().statusRow);
+    if (type == stateLanguageChanged) {
+        m_page.FollowLanguage();
+        m_devices.FollowLanguage();
+    }
+    if (!m_row.GetSafeHwnd()) return;
+    if (type == stateSettingsChanged) TakeSettings();
+    if (type != stateFitChanged) return;
+    m_row.MoveWindow(&m_state.Layout().statusRow);
+    ChooseIcons();
 }
 
 void StatusDisplay::UseLargeIcons(bool large)
 {
     m_largeIcons = large;
-    qor_utils::SetStoreFolder(qor_utils::imagesStore, large ? m_images + L"large" : m_images);
-    m_row.Invalidate(FALSE);
+    ChooseIcons();
+}
+
+// Takes the icons that were drawn for the resolution nearest to the layout's.
+void StatusDisplay::ChooseIcons()
+{
+    const double scale = m_state.Layout().scale;
+    const wchar_t* const resolution = scale >= 1.75 ? L"192\\" : scale >= 1.25 ? L"144\\" : L"";
+    m_row.UseIcons(m_images + resolution + (m_largeIcons ? L"large" : L""));
 }
 
 void StatusDisplay::PlugProbe(bool plugged)

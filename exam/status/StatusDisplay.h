@@ -49,7 +49,7 @@ public:
     void OpenPage() { m_page.Open(m_window); }
     void OpenDevices() { m_devices.Open(m_window); }
 
-    /// Takes the icons of 32 pixels, or those of 24.
+    /// Takes the icons of 32 pixels, or those of 24, both at 96 dpi.
     void UseLargeIcons(bool large);
 
     /// Plugs the simulated probe in or pulls it out; its readings go on while it is plugged in.
@@ -70,7 +70,9 @@ private:
     base::GdiPlusSession m_drawing;
     NetworkSimulator m_network;
     ProbeSimulator m_probe;
-    std::wstring m_images; // folder of the small icons
+    void ChooseIcons();
+
+    std::wstring m_images; // folder of the images
     bool m_largeIcons = false;
     bool m_tracking = false;
     StatusPage m_page;

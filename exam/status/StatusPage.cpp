@@ -1,5 +1,6 @@
 #include "status/StatusPage.h"
 
+#include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
 
@@ -13,6 +14,7 @@ namespace exam {
 
 namespace {
 
+// Lengths in pixels at 96 dpi.
 constexpr int width = 560;
 constexpr int titleHeight = 40;
 constexpr int headingHeight = 34;
@@ -21,12 +23,6 @@ constexpr int margin = 20;
 constexpr int columnWidth = (width - 2 * margin) / 2;
 constexpr int firstId = 100;
 constexpr int allSides = 15;
-
-// The upper left corner of a line in a column.
-CPoint Place(int column, int line)
-{
-    return {margin + column * columnWidth, titleHeight + headingHeight + line * lineHeight};
-}
 
 void DrawLine(CDC& dc, CRect box, const CString& text, COLORREF colour)
 {
@@ -45,7 +41,7 @@ END_MESSAGE_MAP()
 
 StatusPage::StatusPage(const char* title, PageColumn left, PageColumn right)
     : m_title(title), m_left(std::move(left)), m_right(std::move(right)),
-      m_font(ScopedFont::textSize), m_background(palette::panel)
+      m_background(palette::panel)
 {
 }
 
@@ -57,8 +53,11 @@ StatusPage::~StatusPage()
 void StatusPage::Open(CWnd& owner)
 {
     if (GetSafeHwnd()) return ShowStates();
+    m_dpi = DpiOf(owner.GetSafeHwnd());
+    m_font = std::make_unique<TextFont>(Scaled(ScopedFont::textSize));
     const auto lines = static_cast<int>(std::max(m_left.switches.size(), m_right.switches.size()));
-    const CSize size(width, titleHeight + headingHeight + lines * lineHeight + margin);
+    const CSize size(Scaled(width),
+                     Scaled(titleHeight + headingHeight + lines * lineHeight + margin));
     const CPoint screen = utilsExam::CalculateDialogRect().TopLeft();
     const CPoint place(screen.x + (utilsExam::GetMainScreenSize().cx - size.cx) / 2,
                        screen.y + (utilsExam::GetMainScreenSize().cy - size.cy) / 2);
@@ -70,9 +69,31 @@ void StatusPage::Open(CWnd& owner)
         DestroyWindow();
         return;
     }
-    utilsExam::ChangeDialogFont(this, &m_font, FALSE);
+    utilsExam::ChangeDialogFont(this, m_font.get(), FALSE);
     ShowStates();
     ShowWindow(SW_SHOW);
+}
+
+int StatusPage::Scaled(int pixels) const
+{
+    return MulDiv(pixels, m_dpi, USER_DEFAULT_SCREEN_DPI);
+}
+
+// The upper left corner of a line in a column.
+CPoint StatusPage::Place(int column, int line) const
+{
+    return {Scaled(margin + column * columnWidth),
+            Scaled(titleHeight + headingHeight + line * lineHeight)};
+}
+
+void StatusPage::FollowLanguage()
+{
+    if (!GetSafeHwnd()) return;
+    SetWindowText(GetStr(m_title));
+    const auto count = static_cast<int>(m_left.switches.size() + m_right.switches.size());
+    for (int index = 0; index < count; ++index)
+        SetDlgItemTextW(GetSafeHwnd(), firstId + index, GetStr(Switch(index).text));
+    Invalidate();
 }
 
 // False when the platform refuses a switch.
@@ -92,7 +113,7 @@ bool StatusPage::CreateSwitch(int index, const CPoint& place)
 {
     return ::CreateWindowEx(0, L"BUTTON", GetStr(Switch(index).text),
                             WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
-                            columnWidth - margin, lineHeight, GetSafeHwnd(),
+                            Scaled(columnWidth - margin), Scaled(lineHeight), GetSafeHwnd(),
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr,
                             nullptr) != nullptr;
 }
@@ -149,19 +170,24 @@ BOOL StatusPage::OnEraseBkgnd(CDC*)
 void StatusPage::OnPaint()
 {
     CPaintDC dc(this);
+    Draw(dc);
+}
+
+void StatusPage::Draw(CDC& dc)
+{
     CRect area;
     GetClientRect(&area);
     dc.FillSolidRect(&area, palette::panel);
     CRect title = area;
-    title.bottom = title.top + titleHeight;
+    title.bottom = title.top + Scaled(titleHeight);
     utilsExam::DrawGradient(&dc, title, palette::line, palette::header);
     utilsExam::DrawBorder(&dc, area, allSides, palette::line, palette::label);
     dc.SetBkMode(TRANSPARENT);
-    const ScopedFont font(dc, ScopedFont::textSize, FW_SEMIBOLD);
-    title.left += margin;
+    const ScopedFont font(dc, Scaled(ScopedFont::textSize), FW_SEMIBOLD);
+    title.left += Scaled(margin);
     DrawLine(dc, title, GetStr(m_title), palette::text);
-    const CSize heading(columnWidth, headingHeight);
-    const CSize above(0, headingHeight);
+    const CSize heading(Scaled(columnWidth), Scaled(headingHeight));
+    const CSize above(0, heading.cy);
     DrawLine(dc, CRect(Place(0, 0) - above, heading), GetStr(m_left.heading), palette::label);
     DrawLine(dc, CRect(Place(1, 0) - above, heading), GetStr(m_right.heading), palette::label);
 }

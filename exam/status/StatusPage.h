@@ -5,6 +5,7 @@
 #include <afxwin.h>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace exam {
@@ -39,6 +40,12 @@ public:
     /// Clicks a check box as the user would. `index` counts through both columns.
     void Click(int index);
 
+    /// Writes the labels again.
+    void FollowLanguage();
+
+    /// Draws what the page itself holds: its title, headings and border.
+    void Draw(CDC& dc);
+
 protected:
     BOOL PreTranslateMessage(MSG* message) override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
@@ -50,6 +57,8 @@ protected:
 
 private:
     const PageSwitch& Switch(int index) const;
+    int Scaled(int pixels) const;
+    CPoint Place(int column, int line) const;
     bool CreateSwitches();
     bool CreateSwitch(int index, const CPoint& place);
     void ShowStates();
@@ -57,7 +66,8 @@ private:
     const char* m_title;
     PageColumn m_left;
     PageColumn m_right;
-    TextFont m_font;
+    int m_dpi = USER_DEFAULT_SCREEN_DPI;
+    std::unique_ptr<TextFont> m_font;
     CBrush m_background;
 };
 

@@ -6,11 +6,14 @@
 #include "base/StateChanges.h"
 
 #include <base/GdiPlusSession.h>
+#include <qor_utils/StoreFolders.h>
+#include <qor_utils/StoreNumbers.h>
 #include <Utils_Statics/CStatusFactory.h>
 #include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/IStatusItem.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <afxwin.h>
 
@@ -24,19 +27,37 @@ namespace {
 
 constexpr UINT repaintMessage = WM_APP + 310;
 constexpr UINT_PTR tickTimer = 1;
-constexpr int spacing = 6;      // pixels between two items
-constexpr int addressRoom = 76; // pixels; the address reaches beyond the icon that it belongs to
+// Lengths in pixels at 96 dpi.
+constexpr int spacing = 6;      // between two items
+constexpr int addressRoom = 76; // the address reaches beyond the icon that it belongs to
 
 // The threads that change a state read it.
 constinit std::atomic<HWND> s_row = nullptr;
 constinit std::atomic<bool> s_isRepaintPosted = false;
 
+// The items look for their icons in the images store, which is another one for the length of a
+// scope.
+class IconFolder
+{
+public:
+    explicit IconFolder(const std::wstring& folder) : m_before(utilsExam::GetImage(L""))
+    {
+        if (!folder.empty()) qor_utils::SetStoreFolder(qor_utils::imagesStore, folder);
+    }
+    ~IconFolder() { qor_utils::SetStoreFolder(qor_utils::imagesStore, m_before); }
+    IconFolder(const IconFolder&) = delete;
+    IconFolder& operator=(const IconFolder&) = delete;
+
+private:
+    std::wstring m_before;
+};
+
 // The pixels that an item takes besides the width that it answers.
-int RoomBeside(const IStatusItem* item)
+int RoomBeside(const IStatusItem* item, int dpi)
 {
     const bool hasAddress = item == CStatusStreaming::getInstance() && IsAddressWanted() &&
                             CStatusStreaming::getState() == CStatusStreaming::StreamingOn;
-    return hasAddress ? addressRoom : spacing;
+    return MulDiv(hasAddress ? addressRoom : spacing, dpi, USER_DEFAULT_SCREEN_DPI);
 }
 
 void PaintHint(CDC& dc, CRect area, int dpi)
@@ -80,6 +101,13 @@ bool StatusRow::Open(CWnd& parent, const CRect& place)
     s_row = GetSafeHwnd();
     IStatusItem::SetStatusCallback(RequestRepaint);
     return true;
+}
+
+void StatusRow::UseIcons(const std::wstring& folder)
+{
+    m_icons = folder;
+    m_reading.Forget();
+    Invalidate(FALSE);
 }
 
 void StatusRow::ReadSettings()
@@ -140,6 +168,8 @@ void StatusRow::OnPaint()
 // Paints the items from right to left. The result is the left edge of the last one.
 int StatusRow::PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
 {
+    const IconFolder icons(m_icons);
+    const int dpi = DpiOf(GetSafeHwnd());
     int right = area.right;
     for (const IStatusItem* const item : CStatusFactory::getItems()) {
         if (!item->isVisible()) continue;
@@ -147,7 +177,7 @@ int StatusRow::PaintItems(Gdiplus::Graphics& graphics, const CRect& area)
         const int width = item == CStatusProbeSensor::getInstance()
                               ? m_reading.Draw(*item, free, graphics)
                               : item->drawIcon(free, graphics);
-        if (width > 0) right -= width + RoomBeside(item);
+        if (width > 0) right -= width + RoomBeside(item, dpi);
     }
     return right;
 }

@@ -27,6 +27,9 @@ public:
     /// Creates and shows the window; false when the platform refuses.
     bool Open(CWnd& parent, const CRect& place);
 
+    /// Lets the items take their icons from a folder of images.
+    void UseIcons(const std::wstring& folder);
+
     /// Lets the items read their settings again.
     void ReadSettings();
 
@@ -55,6 +58,7 @@ private:
     std::function<void()> m_onClick;
     std::function<void()> m_onTick;
     KeptReading m_reading;
+    std::wstring m_icons; // empty: those of the store
     int m_paintedFrom = 0;
 };
 

@@ -17,6 +17,8 @@ namespace {
 // Lengths in pixels at 96 dpi.
 constexpr CSize wholeSize(760, 640);
 
+constexpr int columns = 3;
+
 void AddColumn(HWND list, int index, const char* titleKey)
 {
     CString title = GetStr(titleKey);
@@ -81,11 +83,21 @@ bool KeyList::Open(CWnd& owner)
     CRect client;
     GetClientRect(&client);
     OnSize(0, client.Width(), client.Height());
-    AddColumns();
-    AddCommands();
+    FollowLanguage();
     ShowWindow(SW_SHOW);
     ::SetFocus(m_list);
     return true;
+}
+
+void KeyList::FollowLanguage()
+{
+    if (!IsShown()) return;
+    SetWindowText(GetStr("exam.keys.title"));
+    ::SendMessageW(m_list, LVM_DELETEALLITEMS, 0, 0);
+    for (int column = 0; column < columns; ++column)
+        ::SendMessageW(m_list, LVM_DELETECOLUMN, 0, 0);
+    AddColumns();
+    AddCommands();
 }
 
 void KeyList::AddColumns()
@@ -113,7 +125,7 @@ void KeyList::AddCommands()
         SetCell(m_list, row, 2, GetStr(command.text.tip));
         ++row;
     }
-    for (WPARAM column = 0; column < 3; ++column)
+    for (WPARAM column = 0; column < columns; ++column)
         ::SendMessageW(m_list, LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE);
 }
 

@@ -17,6 +17,9 @@ public:
 
     /// Shows the list over a window, or hides it. False when the platform refuses.
     bool Toggle(CWnd& owner);
+    /// Writes the texts again.
+    void FollowLanguage();
+
     bool IsShown() const { return GetSafeHwnd() != nullptr; }
 
     BOOL PreTranslateMessage(MSG* message) override;
