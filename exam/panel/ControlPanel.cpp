@@ -22,7 +22,7 @@ namespace {
 // A pointer that moves less than this while a button is down still clicks.
 constexpr int dragThreshold = 8;
 
-constexpr CSize leastFloating(560, 140);
+constexpr CSize leastFloating(560, 140); // pixels at 96 dpi
 
 bool IsFar(CPoint a, CPoint b)
 {
@@ -303,7 +303,10 @@ void ControlPanel::ToggleCheck(std::size_t button)
 
 LRESULT ControlPanel::OnMinMaxInfo(WPARAM, LPARAM info)
 {
-    reinterpret_cast<MINMAXINFO*>(info)->ptMinTrackSize = {leastFloating.cx, leastFloating.cy};
+    const int dpi = DpiOf(GetSafeHwnd());
+    reinterpret_cast<MINMAXINFO*>(info)->ptMinTrackSize = {
+        MulDiv(leastFloating.cx, dpi, USER_DEFAULT_SCREEN_DPI),
+        MulDiv(leastFloating.cy, dpi, USER_DEFAULT_SCREEN_DPI)};
     return 0;
 }
 

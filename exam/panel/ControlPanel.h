@@ -72,6 +72,9 @@ public:
 
     /// The button of that name; null when none stands on the panel.
     const PanelButton* Find(const std::wstring& name) const;
+    /// Draws the panel in pixels of its client area.
+    void Draw(CDC& dc) const;
+
     bool IsLit(const PanelButton& button) const { return m_lamps->IsLit(*button.action); }
 
 protected:
@@ -105,7 +108,6 @@ private:
     int TextSize(CSize client) const;
     void Arrange();
     void Repaint();
-    void Draw(CDC& dc) const;
     PanelButtonLook LookOf(const PanelButton& button) const;
     void ShowTip(CPoint point);
     std::optional<std::size_t> ButtonAt(CPoint point) const;

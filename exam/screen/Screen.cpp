@@ -12,6 +12,8 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <algorithm>
+
 namespace exam {
 
 namespace {
@@ -22,13 +24,16 @@ constexpr int shortTick = 5;
 constexpr int tickGap = 4;
 constexpr CSize labelSize(48, 16);
 
+// The number stands level with its tick, or as near as it stays within the image's height.
 void DrawLabel(CDC& dc, const ScreenLayout& layout, CPoint at, int centimetres)
 {
     const MarkValue shown = AsShown({"", "study.unit.mm", 10.0 * centimetres, 0});
     std::wstring text = NumberText(shown.value, 0);
     if (centimetres == 0) text += L" " + TextOf(shown.unitKey);
-    const int height = layout.Scaled(labelSize.cy);
-    CRect box(CPoint(at.x, at.y - height / 2), CSize(layout.Scaled(labelSize.cx), height));
+    const int height = dc.GetTextExtent(text.c_str()).cy;
+    const int lowest = std::max<int>(0, layout.image.Height() - height);
+    CRect box(CPoint(at.x, std::clamp<int>(at.y - height / 2, 0, lowest)),
+              CSize(layout.Scaled(labelSize.cx), height));
     dc.DrawText(text.c_str(), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
 }
 
@@ -60,10 +65,10 @@ void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& ima
     DrawLines(dc, {CPoint(x, top), CPoint(x, bottom)});
     for (int half = 0;; ++half) {
         const int y = top + half * micronsPerHalfCentimetre / image.micronsPerPixel.y;
-        if (y > bottom) break;
+        if (y > std::min<int>(bottom, layout.image.Height())) break;
         const int tick = half % 2 == 0 ? longTick : shortTick;
         DrawLines(dc, {CPoint(x, y), CPoint(x + layout.Scaled(tick), y)});
-        if (half % labelStep == 0)
+        if (half % labelStep == 0 && y >= 0)
             DrawLabel(dc, layout, {x + layout.Scaled(longTick + tickGap), y}, half / 2);
     }
 }

@@ -180,6 +180,7 @@ void TakeTour(TourContext& context)
     TourPanel(context);
     TourOverlays(context);
     TourStatus(context);
+    TourWindow(context);
     TourService(context);
     TourEnd(context);
 }

@@ -81,6 +81,7 @@ void TourPanel(TourContext& context);
 void TourService(TourContext& context);
 void TourOverlays(TourContext& context);
 void TourStatus(TourContext& context);
+void TourWindow(TourContext& context);
 
 /// Ends the application by its own button; nothing can come after it.
 void TourEnd(TourContext& context);

@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "base/DarkDialog.h"
 #include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Resources.h"
@@ -28,6 +29,13 @@ constexpr UINT_PTR saveTimer = 2;
 constexpr UINT saveDelay = 1000; // milliseconds after a change of the study
 
 constexpr UINT cursorMessage = WM_APP + 60; // of ShowCursorHelper
+
+constexpr DWORD formStyles = WS_POPUP | WS_OVERLAPPEDWINDOW;
+
+DWORD StyleOf(WindowForm form)
+{
+    return form == WindowForm::console ? WS_POPUP | WS_SYSMENU : WS_OVERLAPPEDWINDOW;
+}
 
 } // namespace
 
@@ -90,24 +98,33 @@ bool MainWindow::Open(WindowForm form)
 
 bool MainWindow::Create(WindowForm form)
 {
-    const bool isFixed = form == WindowForm::console;
     const CString windowClass =
         AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_ARROW), nullptr,
                             LoadIcon(GetModuleHandle(nullptr), MAKEINTRESOURCE(IDI_EXAM)));
-    const CRect area =
-        isFixed ? CRect(CPoint(0, 0), ConsoleLayout().client) : ReadWindowPlace().area;
-    return CreateEx(0, windowClass, GetStr("exam.title"),
-                    isFixed ? WS_POPUP | WS_SYSMENU : WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, area,
+    const CRect area = form == WindowForm::console ? CRect(CPoint(0, 0), ConsoleLayout().client)
+                                                   : ReadWindowPlace().area;
+    return CreateEx(0, windowClass, GetStr("exam.title"), StyleOf(form) | WS_CLIPCHILDREN, area,
                     nullptr, 0);
+}
+
+void MainWindow::TakeForm(WindowForm form, const CRect& area)
+{
+    m_form = form;
+    m_dpi = DpiOf(GetSafeHwnd());
+    ModifyStyle(formStyles, StyleOf(form));
+    ShowMenuBar();
+    ::SetWindowPos(GetSafeHwnd(), nullptr, area.left, area.top, area.Width(), area.Height(),
+                   SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    m_panelPlace = {};
+    ChangePanel(true, false);
 }
 
 // Shows the menus in the current language. A console has none.
 void MainWindow::ShowMenuBar()
 {
-    if (m_form == WindowForm::console) return;
-    MenuHandle bar = MakeMenuBar();
+    MenuHandle bar = m_form == WindowForm::console ? MenuHandle() : MakeMenuBar();
     const HMENU before = ::GetMenu(GetSafeHwnd());
-    if (!::SetMenu(GetSafeHwnd(), bar.get())) return;
+    if ((!bar && !before) || !::SetMenu(GetSafeHwnd(), bar.get())) return;
     bar.release(); // it is the window's now
     if (before) DestroyMenu(before);
 }
@@ -157,6 +174,7 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
     if (type == stateLanguageChanged) {
         SetWindowText(GetStr("exam.title"));
         ShowMenuBar();
+        m_keys.FollowLanguage();
     }
     Arrange();
     if (m_placed != m_state.Layout()) PlaceParts();
@@ -209,15 +227,21 @@ bool MainWindow::Ask(const CString& question)
         agent->AddTail(question);
         return true;
     }
-    const ShowCursorHelper cursor(false);
-    return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
-                         MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+    return AskYesOrNo(question, IDNO);
 }
 
 bool MainWindow::Offer(const CString& question)
 {
-    return ::MessageBoxW(GetSafeHwnd(), question, GetStr("exam.title"),
-                         MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return AskYesOrNo(question, IDYES);
+}
+
+bool MainWindow::AskYesOrNo(const CString& question, int byDefault)
+{
+    const ShowCursorHelper cursor(false);
+    return ShowBox(GetSafeHwnd(), GetStr("exam.title").GetString(), question.GetString(),
+                   {{IDYES, GetStr("exam.answer.yes").GetString()},
+                    {IDNO, GetStr("exam.answer.no").GetString()}},
+                   byDefault) == IDYES;
 }
 
 void MainWindow::ShowFile(const std::wstring& path)
@@ -285,6 +309,8 @@ LRESULT MainWindow::OnMinMaxInfo(WPARAM, LPARAM info)
 {
     if (m_form == WindowForm::window)
         reinterpret_cast<MINMAXINFO*>(info)->ptMinTrackSize = {leastWindow.cx, leastWindow.cy};
+    // It may be larger than this screen, to be looked at as it is on others.
+    reinterpret_cast<MINMAXINFO*>(info)->ptMaxTrackSize = {SHRT_MAX, SHRT_MAX};
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include "commands/CommandDesk.h"
 #include "overlay/Overlays.h"
+#include "overlay/TipLook.h"
 #include "panel/ControlPanel.h"
 #include "window/KeyList.h"
 #include "window/WindowPlace.h"
@@ -27,6 +28,9 @@ public:
 
     /// Creates and shows the window; false when the platform refuses.
     bool Open(WindowForm form);
+
+    /// Gives the open window another form, at a place on the screen.
+    void TakeForm(WindowForm form, const CRect& area);
 
     /// Shows the control panel, whose files are read; false when the platform refuses.
     bool OpenPanel();
@@ -69,6 +73,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    bool AskYesOrNo(const CString& question, int byDefault);
     // The things that the mouse holds, apart from the tools' points.
     enum class Drag
     {
@@ -119,6 +124,7 @@ private:
     Overlays m_overlays;
     ControlPanel m_panel;
     KeyList m_keys;
+    TipLook m_tipLook;
     WindowForm m_form = WindowForm::console;
     PanelPlace m_panelPlace; // while the window has the form of one
     int m_dpi = 96;
