@@ -26,7 +26,6 @@
 #include <shellapi.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace exam {
 
@@ -71,8 +70,8 @@ BOOL ExamApp::InitInstance()
     m_userFolder =
         base::FullPath((m_options.IsTour() ? m_options.tourFolder : DefaultUserFolder()).c_str());
     InstallStores(m_userFolder);
-    std::error_code error; // a tour begins with the sample patient alone
-    if (m_options.IsTour()) std::filesystem::remove_all(m_userFolder + L"\\patients", error);
+    if (m_options.IsTour()) // it begins with the sample patient alone
+        utilsExam::RemoveDirectoryW((m_userFolder + L"\\patients").c_str(), TRUE);
     m_studyFolder = PreparePatients(m_userFolder);
     if (!LoadTexts() || !LoadVocabulary() || !LoadImages()) return FALSE;
     if (!OpenMainWindow() || !OpenStatusRow()) return FALSE;

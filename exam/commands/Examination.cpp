@@ -9,9 +9,9 @@
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace exam {
 
@@ -230,8 +230,7 @@ std::optional<unsigned> Examination::PlayInterval() const
 
 void Examination::SavePicture()
 {
-    std::error_code error; // a missing folder shows when the file is written
-    std::filesystem::create_directories(m_folder, error);
+    utilsExam::CreateDirectoryW(m_folder.c_str()); // a missing one shows when the file is written
     const std::wstring path = FindNumbered(m_folder, L"picture-%d.png").next;
     const bool saved = m_window.SavePicture(path);
     m_state.SetStatus(GetStr(saved ? "exam.picture.saved" : "exam.picture.notsaved", path.c_str()));

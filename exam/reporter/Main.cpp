@@ -8,6 +8,7 @@
 #include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/ProgramVersion.h>
+#include <Utils_Statics/utilsExam.h>
 #include <Utils_Statics/ZipCompress.h>
 
 #include <windows.h>
@@ -67,7 +68,8 @@ std::wstring FolderOf(const std::wstring& path)
 
 bool IsThere(const std::wstring& path)
 {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    WIN32_FIND_DATAW data;
+    return utilsExam::GetFileData(path.c_str(), &data) != 0;
 }
 
 // Packs the tree by way of a file beside the archive.

@@ -40,8 +40,8 @@ ArchiveProgress StepsOf(ProgressWindow& bar)
 
 CString ServiceDesk::Pack(CWnd& window)
 {
-    std::error_code error; // a missing folder shows when the archive is created
-    fs::create_directories(m_folder, error);
+    utilsExam::CreateDirectoryW(
+        m_folder.c_str()); // a missing one shows when the archive is created
     ProgressWindow bar;
     bar.Open(window, GetStr("exam.archive.packing"));
     const std::wstring archive = FindNumbered(m_folder, archiveName).next;

@@ -1,9 +1,13 @@
 #include "service/ServiceWindows.h"
 
 #include "base/Dpi.h"
+#include "base/Resources.h"
 #include "service/ModuleVersions.h"
 
+#include <base/GdiPlusSession.h>
+#include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <commctrl.h>
 
@@ -60,6 +64,7 @@ LRESULT Colour(WPARAM context, const CBrush& background)
 BEGIN_MESSAGE_MAP(AboutBox, CWnd)
     ON_WM_CLOSE()
     ON_MESSAGE(WM_CTLCOLORLISTBOX, OnControlColour)
+    ON_MESSAGE(WM_CTLCOLORSTATIC, OnControlColour)
 END_MESSAGE_MAP()
 
 LRESULT AboutBox::OnControlColour(WPARAM dc, LPARAM)
@@ -87,6 +92,7 @@ bool AboutBox::Open(CWnd& owner)
     CRect client;
     GetClientRect(&client);
     m_font = std::make_unique<TextFont>(Scaled(owner, ScopedFont::textSize));
+    AddPicture(client);
     m_list = AddControl(*this, L"LISTBOX",
                         WS_VSCROLL | LBS_NOSEL | LBS_USETABSTOPS | LBS_NOINTEGRALHEIGHT, client,
                         *m_font);
@@ -95,13 +101,38 @@ bool AboutBox::Open(CWnd& owner)
     return m_list != nullptr;
 }
 
+// Shows the program's picture at the top of an area, which keeps the rest.
+void AboutBox::AddPicture(CRect& area)
+{
+    const base::GdiPlusSession session;
+    Gdiplus::Bitmap* loaded = nullptr;
+    if (!session || !LoadImageFromResource(&loaded, GetModuleHandleW(nullptr),
+                                           MAKEINTRESOURCEW(IDR_EXAM_PICTURE), RT_RCDATA))
+        return;
+    const std::unique_ptr<Gdiplus::Bitmap> picture(loaded);
+    Gdiplus::Color ground;
+    ground.SetFromCOLORREF(palette::panel);
+    HBITMAP bitmap = nullptr;
+    picture->GetHBITMAP(ground, &bitmap);
+    m_picture.Attach(bitmap);
+    CRect place = area;
+    place.bottom = area.top += static_cast<int>(picture->GetHeight()) + 2 * margin;
+    const HWND shown = AddControl(*this, L"STATIC", SS_BITMAP | SS_CENTERIMAGE, place, *m_font);
+    ::SendMessageW(shown, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap));
+}
+
 void AboutBox::List()
 {
     ::SendMessageW(m_list, LB_RESETCONTENT, 0, 0);
-    for (const LoadedModule& module : LoadedModules()) {
-        const std::wstring line = module.name + L"\t" + module.version + L"\t" + module.description;
-        ::SendMessageW(m_list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
-    }
+    const auto add = [this](const CString& line) {
+        ::SendMessageW(m_list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.GetString()));
+    };
+    add(utilsExam::GetProductName() + L"\t" + utilsExam::GetProductVersion() + L"\t" +
+        utilsExam::GetProductPublisher() + L", " +
+        utilsExam::GetStringTableEntry(L"LegalCopyright"));
+    add(L"");
+    for (const LoadedModule& module : LoadedModules())
+        add((module.name + L"\t" + module.version + L"\t" + module.description).c_str());
 }
 
 void AboutBox::OnClose()

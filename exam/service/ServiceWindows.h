@@ -28,8 +28,10 @@ protected:
 
 private:
     bool Open(CWnd& owner);
+    void AddPicture(CRect& area);
     void List();
 
+    CBitmap m_picture;
     CBrush m_background{palette::panel};
     std::unique_ptr<TextFont> m_font;
     HWND m_list = nullptr;

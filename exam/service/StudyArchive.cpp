@@ -11,6 +11,7 @@
 #include <base/InFolder.h>
 #include <base/Owner.h>
 #include <qor_utils/LogOutput.h>
+#include <Utils_Statics/utilsExam.h>
 #include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 
@@ -147,15 +148,13 @@ class Destination
 public:
     explicit Destination(const std::wstring& folder) : m_folder(base::FullPath(folder.c_str()))
     {
-        std::error_code error;
-        fs::create_directories(m_folder, error);
+        utilsExam::CreateDirectoryW(m_folder.c_str());
         m_writing = UnusedPath(m_folder + L"\\unpacking-", L"");
-        if (!fs::create_directory(m_writing, error)) m_writing.clear();
+        if (!utilsExam::CreateDirectoryW(m_writing.c_str())) m_writing.clear();
     }
     ~Destination()
     {
-        std::error_code error;
-        if (!m_writing.empty()) fs::remove_all(m_writing, error);
+        if (!m_writing.empty()) utilsExam::RemoveDirectoryW(m_writing.c_str(), TRUE);
     }
     Destination(const Destination&) = delete;
     Destination& operator=(const Destination&) = delete;

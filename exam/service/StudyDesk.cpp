@@ -8,8 +8,8 @@
 #include "study/StudyTexts.h"
 
 #include <base/FileContents.h>
-#include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <filesystem>
 #include <fstream>
@@ -39,7 +39,7 @@ bool WriteNew(const std::wstring& path, const std::string& bytes)
 
 CString WriteNumbered(const std::wstring& folder, const wchar_t* name, const std::string& bytes)
 {
-    base::MakeFolders(folder);
+    utilsExam::CreateDirectoryW(folder.c_str());
     const std::wstring path = FindNumbered(folder, name).next;
     return GetStr(WriteNew(path, bytes) ? "exam.export.saved" : "exam.export.unsaved",
                   path.c_str());
@@ -96,7 +96,7 @@ CString StudyDesk::WriteTable(const StudyContent& content, const std::wstring& f
 
 CString StudyDesk::WriteReport(const ExamState& state, const std::wstring& folder) const
 {
-    base::MakeFolders(folder);
+    utilsExam::CreateDirectoryW(folder.c_str());
     return WriteNumbered(folder, L"report-%d.html",
                          ReportPage(state.Content(), Pictures(state, folder)));
 }

@@ -3,7 +3,6 @@
 #include "study/Study.h"
 #include "study/StudyElements.h"
 
-#include <base/Folders.h>
 #include <base/Handles.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -127,7 +126,7 @@ std::wstring StudyFile::ObjectPath(const std::wstring& id) const
 std::wstring StudyFile::Save(const StudyContent& content)
 {
     if (!m_isOpen) return GetStr("study.problem.unwritable", m_folder.c_str()).GetString();
-    base::MakeFolders(m_folder);
+    utilsExam::CreateDirectoryW(m_folder.c_str());
     std::wstring problem = SaveObjects(content);
     if (problem.empty()) problem = SavePatient(content.patient);
     if (problem.empty())

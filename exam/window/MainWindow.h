@@ -73,7 +73,6 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    bool AskYesOrNo(const CString& question, int byDefault);
     // The things that the mouse holds, apart from the tools' points.
     enum class Drag
     {
