@@ -53,8 +53,6 @@ public:
     virtual std::wstring ChooseImage() = 0;
     /// Asks the user for one of these paths; empty when the user cancels.
     virtual std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) = 0;
-    /// Opens a file with the program that the system has for it; false when there is none.
-    virtual bool OpenElsewhere(const std::wstring& path) = 0;
     virtual void Close() = 0;
 
 protected:

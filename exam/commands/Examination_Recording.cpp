@@ -1,13 +1,8 @@
 // The recordings that an examination makes.
 #include "commands/Examination.h"
 
-#include "record/Repair.h"
-
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/GetStr.h>
-
-#include <cwchar>
-#include <filesystem>
 
 namespace exam {
 
@@ -64,29 +59,12 @@ void Examination::MarkRecording()
 void Examination::OpenFinished()
 {
     if (m_finished.empty()) return m_state.SetStatus(GetStr("exam.record.none"));
-    const bool isMovie =
-        _wcsicmp(std::filesystem::path(m_finished).extension().c_str(), L".avi") == 0;
-    if (!isMovie) return OpenImage(m_finished);
-    if (!m_window.OpenElsewhere(m_finished))
-        m_state.SetStatus(GetStr("exam.record.noplayer", m_finished.c_str()));
+    OpenImage(m_finished);
 }
 
 void Examination::FollowStatus()
 {
     if (!m_finished.empty() && m_state.Status().Find(m_finished.c_str()) >= 0) OpenFinished();
-}
-
-void Examination::RepairRecordings()
-{
-    for (const Repaired& repaired : RepairFolder(m_folder)) {
-        const CString path = repaired.path.c_str();
-        if (repaired.problem.empty())
-            Report(NoticeKind::finished,
-                   GetStr("exam.repair.done", path.GetString(), repaired.frames));
-        else
-            Report(NoticeKind::warning,
-                   GetStr("exam.repair.failed", path.GetString(), repaired.problem.c_str()));
-    }
 }
 
 } // namespace exam

@@ -58,13 +58,6 @@ std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths)
     return chosen > 0 && index < paths.size() ? paths[index] : L"";
 }
 
-bool OpenWithSystem(HWND owner, const std::wstring& path)
-{
-    constexpr INT_PTR lastError = 32; // results above it are no errors
-    return reinterpret_cast<INT_PTR>(ShellExecuteW(owner, L"open", path.c_str(), nullptr, nullptr,
-                                                   SW_SHOWNORMAL)) > lastError;
-}
-
 std::vector<std::wstring> TakeDropped(HDROP dropped)
 {
     std::vector<std::wstring> paths;

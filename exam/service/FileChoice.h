@@ -17,9 +17,6 @@ std::wstring ChooseFile(HWND owner, const CString& name, const wchar_t* pattern)
 /// Asks for one of some paths by a menu at the pointer; empty when the user cancels.
 std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths);
 
-/// Opens a file with the program that the system has for it; false when there is none.
-bool OpenWithSystem(HWND owner, const std::wstring& path);
-
 /// The paths of what was dropped, which is released.
 std::vector<std::wstring> TakeDropped(HDROP dropped);
 

@@ -146,8 +146,8 @@ public:
     {
         m_context.Key('J');
         Look(L"floating", {});
-        const WindowPicture picture(m_context.window.Panel().GetSafeHwnd());
-        m_context.report.Step(picture.Save(m_context.PathOf(Name(L"floating-panel"))) &&
+        WindowPicture picture(m_context.window.Panel().GetSafeHwnd());
+        m_context.report.Step(picture.Save(PathOf(Name(L"floating-panel"))) &&
                                   picture.IsDrawn(picture.Client()),
                               Name(L"floating-panel") + L" shows the panel");
         m_context.Key('J');
@@ -174,12 +174,17 @@ private:
         return L"window-" + std::wstring(m_size.name) + L"-" + form;
     }
 
+    std::wstring PathOf(const std::wstring& picture) const
+    {
+        return m_context.folder + L"\\" + picture + L".png";
+    }
+
     void Look(const wchar_t* form, std::vector<CRect> parts)
     {
         const HWND window = m_context.window.GetSafeHwnd();
         m_context.HandlePending();
         WindowPicture picture(window);
-        m_context.report.Step(picture.Save(m_context.folder + L"\\" + Name(form) + L".png"),
+        m_context.report.Step(picture.Save(PathOf(Name(form))),
                               L"picture " + Name(form) + L".png");
         m_context.report.Step(picture.Client().Size() == Layout().client && AreAllWhole(window),
                               Name(form) + L": no window is clipped");

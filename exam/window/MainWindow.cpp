@@ -268,11 +268,6 @@ std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)
     return ChooseFromMenu(GetSafeHwnd(), paths);
 }
 
-bool MainWindow::OpenElsewhere(const std::wstring& path)
-{
-    return OpenWithSystem(GetSafeHwnd(), path);
-}
-
 // No tool confines the cursor while a dialog or a menu needs it: the point in hand is put down.
 LRESULT MainWindow::OnCursorWanted(WPARAM isWanted, LPARAM)
 {

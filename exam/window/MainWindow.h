@@ -96,10 +96,10 @@ private:
               const FormCheck& check) override;
     std::wstring ChooseImage() override;
     std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override;
-    bool OpenElsewhere(const std::wstring& path) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
+    bool AskYesOrNo(const CString& question, int byDefault);
     void RunTimer();
     bool Create(WindowForm form);
     void ShowMenuBar();
