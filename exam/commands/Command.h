@@ -60,6 +60,8 @@ struct Command
     /// True when it can be carried out now. Null: always.
     bool (*isPossible)(const ExamState& state) = nullptr;
 
+    bool opensRecent = false; ///< its item in the menu opens the list of recent files
+
     Menu menu = Menu::none; ///< the menu that it stands in, in the table's order
 };
 

@@ -51,8 +51,10 @@ public:
                       const FormCheck& check) = 0;
     /// Asks the user for a recording to open; empty when the user cancels.
     virtual std::wstring ChooseImage() = 0;
-    /// Asks the user for one of these paths; empty when the user cancels.
-    virtual std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) = 0;
+    /// Opens the menu of recent files.
+    virtual void ShowRecent() = 0;
+    /// Shows the images of the study with thumbnails, or hides them.
+    virtual void ToggleImages() = 0;
     virtual void Close() = 0;
 
 protected:
@@ -170,7 +172,11 @@ public:
     /// cannot be used.
     void OpenImage(const std::wstring& path);
     void ChooseImage();
-    void ChooseRecentImage();
+    /// The images of the study: by their names there, and the files beside it and among the
+    /// recordings by their paths.
+    std::vector<std::wstring> StudyImages() const;
+    /// Puts one of them on display.
+    void ShowStudyImage(const std::wstring& name);
     /// Moves the point in hand by steps of the precision mouse.
     void MovePrecisely(int dx, int dy);
 

@@ -1,24 +1,14 @@
 #include "service/FileChoice.h"
 
-#include <base/Owner.h>
 #include <Utils_Statics/GetStr.h>
 
 #include <commdlg.h>
-
-#include <algorithm>
 
 namespace exam {
 
 namespace {
 
 constexpr std::size_t longestPath = 32768;
-
-struct MenuTraits
-{
-    using Handle = HMENU;
-    static HMENU Empty() noexcept { return nullptr; }
-    static void Release(HMENU menu) noexcept { DestroyMenu(menu); }
-};
 
 } // namespace
 
@@ -39,23 +29,6 @@ std::wstring ChooseFile(HWND owner, const CString& name, const wchar_t* pattern)
     choice.nMaxFile = static_cast<DWORD>(path.size());
     choice.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     return GetOpenFileNameW(&choice) ? path.c_str() : L"";
-}
-
-std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths)
-{
-    const base::Owner<MenuTraits> menu(CreatePopupMenu());
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-        std::wstring text = paths[i]; // an ampersand would underline the next character
-        for (auto at = text.find(L'&'); at != std::wstring::npos; at = text.find(L'&', at + 2))
-            text.insert(at, 1, L'&');
-        AppendMenuW(menu.get(), MF_STRING, i + 1, text.c_str());
-    }
-    POINT at = {};
-    GetCursorPos(&at);
-    const int chosen =
-        TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY, at.x, at.y, 0, owner, nullptr);
-    const auto index = static_cast<std::size_t>(chosen - 1);
-    return chosen > 0 && index < paths.size() ? paths[index] : L"";
 }
 
 std::vector<std::wstring> TakeDropped(HDROP dropped)

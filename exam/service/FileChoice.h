@@ -14,9 +14,6 @@ namespace exam {
 /// cancels.
 std::wstring ChooseFile(HWND owner, const CString& name, const wchar_t* pattern);
 
-/// Asks for one of some paths by a menu at the pointer; empty when the user cancels.
-std::wstring ChooseFromMenu(HWND owner, const std::vector<std::wstring>& paths);
-
 /// The paths of what was dropped, which is released.
 std::vector<std::wstring> TakeDropped(HDROP dropped);
 

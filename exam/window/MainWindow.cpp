@@ -76,7 +76,10 @@ MainWindow::MainWindow(ExamState& state, const std::wstring& folder)
       m_panel({[this](const ActionInfo& action) { m_commands.CarryOut(action); },
                [this](const CString& sentence) { m_state.SetStatus(sentence); },
                [this] { m_commands.BroadcastAll(); },
-               [this] { ChangePanel(false, m_panelPlace.isFloating); }})
+               [this] { ChangePanel(false, m_panelPlace.isFloating); }}),
+      m_images({[this] { return m_exam.StudyImages(); },
+                [this](const std::wstring& name) { return m_state.SourceNamed(name); },
+                [this](const std::wstring& name) { m_exam.ShowStudyImage(name); }})
 {
 }
 
@@ -260,12 +263,6 @@ std::wstring MainWindow::ChooseImage()
 {
     const ShowCursorHelper cursor(false);
     return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), showablePatterns);
-}
-
-std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& paths)
-{
-    const ShowCursorHelper cursor(false);
-    return ChooseFromMenu(GetSafeHwnd(), paths);
 }
 
 // No tool confines the cursor while a dialog or a menu needs it: the point in hand is put down.

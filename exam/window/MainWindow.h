@@ -5,6 +5,7 @@
 #include "overlay/TipLook.h"
 #include "panel/ControlPanel.h"
 #include "window/KeyList.h"
+#include "window/StudyImages.h"
 #include "window/WindowPlace.h"
 
 #include <base/GdiPlusSession.h>
@@ -39,6 +40,7 @@ public:
     Overlays& OverImage() { return m_overlays; }
     ControlPanel& Panel() { return m_panel; }
     const KeyList& Keys() const { return m_keys; }
+    StudyImages& Images() { return m_images; }
     unsigned ChangesSeen() const { return m_changesSeen; }
 
 protected:
@@ -95,7 +97,8 @@ private:
     bool Fill(const CString& title, std::vector<FormField>& fields,
               const FormCheck& check) override;
     std::wstring ChooseImage() override;
-    std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override;
+    void ShowRecent() override;
+    void ToggleImages() override { m_images.Toggle(*this); }
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
@@ -124,6 +127,7 @@ private:
     ControlPanel m_panel;
     KeyList m_keys;
     TipLook m_tipLook;
+    StudyImages m_images;
     WindowForm m_form = WindowForm::console;
     PanelPlace m_panelPlace; // while the window has the form of one
     int m_dpi = 96;

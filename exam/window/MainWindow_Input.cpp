@@ -44,6 +44,11 @@ void MainWindow::OnKeyDown(UINT key, UINT, UINT flags)
 
 BOOL MainWindow::OnCommand(WPARAM wParam, LPARAM lParam)
 {
+    if (const std::wstring recent = RecentFileOfItem(LOWORD(wParam));
+        lParam == 0 && !recent.empty()) {
+        m_exam.OpenImage(recent);
+        return TRUE;
+    }
     const Command* const command = lParam == 0 ? CommandOfItem(LOWORD(wParam)) : nullptr;
     if (!command) return CWnd::OnCommand(wParam, lParam);
     m_commands.CarryOut(*command);
@@ -96,6 +101,13 @@ LRESULT MainWindow::OnContextMenu(WPARAM over, LPARAM place)
     TrackPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, point.x, point.y, 0, GetSafeHwnd(),
                    nullptr);
     return 0;
+}
+
+void MainWindow::ShowRecent()
+{
+    const MenuHandle menu = MakeRecentMenu();
+    const CPoint corner = OnScreen(m_state.Layout().image.TopLeft());
+    TrackPopupMenu(menu.get(), TPM_LEFTALIGN, corner.x, corner.y, 0, GetSafeHwnd(), nullptr);
 }
 
 void MainWindow::OnLButtonDown(UINT flags, CPoint point)

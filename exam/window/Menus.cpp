@@ -1,13 +1,18 @@
 #include "window/Menus.h"
 
+#include "service/RecentFiles.h"
 #include "window/MenuLook.h"
 
 #include <Utils_Statics/GetStr.h>
 
+#include <shlwapi.h>
+
+#include <algorithm>
 #include <cwchar>
 #include <cwctype>
 #include <iterator>
 #include <span>
+#include <vector>
 
 namespace exam {
 
@@ -30,6 +35,11 @@ constexpr MenuName menuNames[] = {{Menu::exam, "exam.menu.exam"},
 // The data of the menus themselves lie above those of the commands, which are their indices.
 constexpr ULONG_PTR firstMenuData = 10000;
 constexpr ULONG_PTR lineData = 20000;
+constexpr ULONG_PTR firstRecentData = 30000;
+
+constexpr UINT firstRecent = 3000;
+constexpr ULONG_PTR recentMenu = 1; // the data of a menu of recent files
+constexpr UINT longestName = 60;    // characters of a path in a menu
 
 // The text is given too, for the keyboard and for those who read the screen aloud.
 void AddItem(HMENU to, UINT id, HMENU below, CString text, ULONG_PTR data)
@@ -60,8 +70,43 @@ void AddCommands(HMENU to, Menu menu)
         const Command& command = Commands()[i];
         if (command.menu != menu) continue;
         const CString text = GetStr(command.text.name) + L"\t" + KeyName(command);
-        AddItem(to, static_cast<UINT>(firstItem + i), nullptr, text, i);
+        const HMENU below = command.opensRecent ? MakeRecentMenu().release() : nullptr;
+        AddItem(to, static_cast<UINT>(firstItem + i), below, text, i);
     }
+}
+
+// A number to choose it by, and its path, shortened in the middle.
+CString TextOfRecent(std::size_t index)
+{
+    const std::vector<std::wstring> recent = RecentFiles();
+    if (index >= recent.size()) return GetStr("exam.image.norecent");
+    wchar_t path[longestName] = {};
+    PathCompactPathExW(path, recent[index].c_str(), longestName, 0);
+    CString text;
+    text.Format(L"&%d  ", static_cast<int>(index + 1));
+    for (const wchar_t letter : std::wstring(path))
+        text += letter == L'&' ? L"&&" : std::wstring(1, letter).c_str();
+    return text;
+}
+
+// Puts the present files into the menu.
+void FillRecent(HMENU menu)
+{
+    while (DeleteMenu(menu, 0, MF_BYPOSITION)) {
+    }
+    const std::size_t count = RecentFiles().size();
+    for (std::size_t i = 0; i < std::max<std::size_t>(1, count); ++i)
+        AddItem(menu, static_cast<UINT>(firstRecent + i), nullptr, TextOfRecent(i),
+                firstRecentData + i);
+    if (count == 0) EnableMenuItem(menu, 0, MF_BYPOSITION | MF_GRAYED);
+}
+
+bool IsOfRecent(HMENU menu)
+{
+    MENUINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = MIM_MENUDATA;
+    return GetMenuInfo(menu, &info) && info.dwMenuData == recentMenu;
 }
 
 } // namespace
@@ -69,6 +114,7 @@ void AddCommands(HMENU to, Menu menu)
 MenuText TextOfMenu(ULONG_PTR data)
 {
     if (data == lineData) return {.isLine = true};
+    if (data >= firstRecentData) return {.name = TextOfRecent(data - firstRecentData)};
     if (data >= firstMenuData)
         return {.name = GetStr(std::span(menuNames)[data - firstMenuData].nameKey),
                 .isOnBar = true};
@@ -88,6 +134,25 @@ MenuHandle MakeMenuBar()
     return bar;
 }
 
+MenuHandle MakeRecentMenu()
+{
+    MenuHandle popup(CreatePopupMenu());
+    MENUINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = MIM_MENUDATA;
+    info.dwMenuData = recentMenu;
+    SetMenuInfo(popup.get(), &info);
+    FillRecent(popup.get());
+    SetBackground(popup.get());
+    return popup;
+}
+
+std::wstring RecentFileOfItem(UINT id)
+{
+    const std::vector<std::wstring> recent = RecentFiles();
+    return id >= firstRecent && id - firstRecent < recent.size() ? recent[id - firstRecent] : L"";
+}
+
 MenuHandle MakeContextMenu(std::initializer_list<Menu> menus)
 {
     MenuHandle popup(CreatePopupMenu());
@@ -103,6 +168,7 @@ MenuHandle MakeContextMenu(std::initializer_list<Menu> menus)
 
 void ShowStates(HMENU menu, const ExamState& state)
 {
+    if (IsOfRecent(menu)) return FillRecent(menu);
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         const auto place = static_cast<UINT>(i);
         const Command* const command = CommandOfItem(GetMenuItemID(menu, i));

@@ -8,6 +8,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <string>
 
 namespace exam {
 
@@ -44,6 +45,12 @@ void ShowStates(HMENU menu, const ExamState& state);
 
 /// The place of the item whose name has that letter underlined, or begins with it.
 std::optional<int> FindItemByLetter(HMENU menu, wchar_t letter);
+
+/// The menu of the recent files. One on the bar is filled by ShowStates().
+MenuHandle MakeRecentMenu();
+
+/// The recent file of an item; empty for anything else.
+std::wstring RecentFileOfItem(UINT id);
 
 /// The command of an item; null for anything else.
 const Command* CommandOfItem(UINT id);

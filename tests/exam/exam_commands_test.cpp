@@ -7,6 +7,7 @@
 #include "screen/RecordingText.h"
 #include "screen/Timeline.h"
 #include "service/PatientForm.h"
+#include "service/RecentFiles.h"
 #include "service/StatusSettings.h"
 #include "service/StudyArchive.h"
 #include "study/StudyTexts.h"
@@ -82,11 +83,8 @@ public:
         return m_problem.IsEmpty();
     }
     std::wstring ChooseImage() override { return m_chosen; }
-    std::wstring ChooseOneOf(const std::vector<std::wstring>& paths) override
-    {
-        m_offered = paths;
-        return m_chosen;
-    }
+    void ShowRecent() override { ++m_recentShown; }
+    void ToggleImages() override { ++m_imagesToggled; }
     void Close() override { ++m_closed; }
 
     CWnd m_owner;
@@ -105,7 +103,8 @@ public:
     std::function<void(std::vector<FormField>&)> m_edit;
     CString m_problem; // of the last form
     std::wstring m_chosen;
-    std::vector<std::wstring> m_offered;
+    int m_recentShown = 0;
+    int m_imagesToggled = 0;
     int m_closed = 0;
 };
 
@@ -489,11 +488,11 @@ TEST_F(CommandsTest, TellsWhatCannotBeOpenedAndRemembersWhatCan)
     m_window.m_chosen = m_folder / L"none.cine";
     m_desk.CarryOut(*CommandOfKey('O', true));
     EXPECT_NE(std::wstring(m_state.Status()).find(L"none.cine"), std::wstring::npos);
-    m_window.m_chosen.clear();
     Press(VK_F3);
-    ASSERT_FALSE(m_window.m_offered.empty());
-    EXPECT_EQ(m_window.m_offered.front(), recording);
-    EXPECT_EQ(std::ranges::count(m_window.m_offered, m_folder / L"none.cine"), 0);
+    EXPECT_EQ(m_window.m_recentShown, 1);
+    ASSERT_FALSE(RecentFiles().empty());
+    EXPECT_EQ(RecentFiles().front(), recording);
+    EXPECT_EQ(std::ranges::count(RecentFiles(), m_folder / L"none.cine"), 0);
 }
 
 TEST_F(CommandsTest, TheArrowKeysMoveThePointInHand)

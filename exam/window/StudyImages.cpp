@@ -1,0 +1,106 @@
+#include "window/StudyImages.h"
+
+#include "base/Dpi.h"
+#include "image/OpenFrames.h"
+#include "image/Thumbnail.h"
+
+#include <commctrl.h>
+
+#include <filesystem>
+#include <utility>
+
+namespace exam {
+
+namespace {
+
+constexpr UINT_PTR makeTimer = 1;
+constexpr CSize pictureSize(144, 108); // pixels at 96 dpi
+constexpr CSize gap(32, 48);           // between two pictures; the names are below them
+
+CSize Scaled(CSize size, int dpi)
+{
+    return {MulDiv(size.cx, dpi, USER_DEFAULT_SCREEN_DPI),
+            MulDiv(size.cy, dpi, USER_DEFAULT_SCREEN_DPI)};
+}
+
+} // namespace
+
+BEGIN_MESSAGE_MAP(StudyImages, ListWindow)
+    ON_WM_TIMER()
+    ON_MESSAGE(WM_NOTIFY, OnNotify)
+END_MESSAGE_MAP()
+
+StudyImages::StudyImages(Callbacks callbacks)
+    : ListWindow("exam.command.images", LVS_ICON | LVS_SINGLESEL | LVS_AUTOARRANGE, VK_F8),
+      m_callbacks(std::move(callbacks))
+{
+}
+
+void StudyImages::Fill()
+{
+    m_names = m_callbacks.names();
+    m_made = 0;
+    const int dpi = DpiOf(GetSafeHwnd());
+    const CSize size = Scaled(pictureSize, dpi);
+    const CSize spacing = size + Scaled(gap, dpi);
+    const HIMAGELIST pictures =
+        ImageList_Create(size.cx, size.cy, ILC_COLOR32, static_cast<int>(m_names.size()), 1);
+    ::SendMessageW(List(), LVM_SETIMAGELIST, LVSIL_NORMAL, // which is the list's now
+                   reinterpret_cast<LPARAM>(pictures));
+    ::SendMessageW(List(), LVM_SETICONSPACING, 0, MAKELPARAM(spacing.cx, spacing.cy));
+    for (std::size_t i = 0; i < m_names.size(); ++i) {
+        std::wstring text = std::filesystem::path(m_names[i]).filename().wstring();
+        LVITEMW item = {};
+        item.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_STATE;
+        item.iItem = static_cast<int>(i);
+        item.iImage = I_IMAGENONE;
+        item.state = item.stateMask = i == 0 ? LVIS_SELECTED | LVIS_FOCUSED : 0U;
+        item.pszText = text.data();
+        ::SendMessageW(List(), LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    }
+    SetTimer(makeTimer, USER_TIMER_MINIMUM, nullptr);
+}
+
+bool StudyImages::MakeNext()
+{
+    if (!IsShown() || m_made >= m_names.size()) return false;
+    const std::wstring& name = m_names[m_made];
+    OpenedFrames opened;
+    const FrameSource* source = m_callbacks.source(name);
+    if (!source) {
+        opened = OpenFrames(name);
+        source = opened.source.get();
+    }
+    LVITEMW item = {};
+    item.mask = LVIF_IMAGE;
+    item.iItem = static_cast<int>(m_made++);
+    item.iImage = I_IMAGENONE; // of what cannot be shown
+    if (source) {
+        CBitmap picture;
+        PaintThumbnail(*source, Scaled(pictureSize, DpiOf(GetSafeHwnd())), picture);
+        const auto list =
+            reinterpret_cast<HIMAGELIST>(::SendMessageW(List(), LVM_GETIMAGELIST, LVSIL_NORMAL, 0));
+        item.iImage = ImageList_Add(list, static_cast<HBITMAP>(picture.GetSafeHandle()), nullptr);
+    }
+    ::SendMessageW(List(), LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    return m_made < m_names.size();
+}
+
+void StudyImages::OnTimer(UINT_PTR)
+{
+    if (!MakeNext()) KillTimer(makeTimer);
+}
+
+LRESULT StudyImages::OnNotify(WPARAM, LPARAM notice)
+{
+    const auto& activated = *reinterpret_cast<const NMITEMACTIVATE*>(notice);
+    if (activated.hdr.code != LVN_ITEMACTIVATE) return Default();
+    const auto item = static_cast<std::size_t>(::SendMessageW(
+        List(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
+    if (item >= m_names.size()) return 0;
+    PostMessage(WM_CLOSE); // the list still needs the window
+    m_callbacks.open(m_names[item]);
+    return 0;
+}
+
+} // namespace exam
