@@ -19,6 +19,7 @@
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/StoreFolders.h>
 #include <qor_utils/StoreNumbers.h>
+#include <test_support/ChildTest.h>
 #include <test_support/Files.h>
 #include <test_support/Program.h>
 #include <test_support/TemporaryFolder.h>
@@ -608,6 +609,35 @@ TEST_F(CommandsTest, MarksStayWithTheRecordingThatOneKeyOpens)
     EXPECT_EQ(m_state.Status(), GetStr("exam.image.opened", path.c_str()));
     EXPECT_EQ(m_state.Source().Frames(), 4);
     EXPECT_TRUE(std::ranges::equal(m_state.Source().Marks(), std::vector<int>{1, 3}));
+}
+
+// A limit on the size of files, which check-disk-full sets, stands for the disk.
+TEST_F(CommandsTest, AFullDiskIsToldWithTheFileAndWhatCanBeDone)
+{
+    const std::wstring limit = test_support::EnvironmentVariable(L"EXAM_FILE_LIMIT");
+    if (limit.empty())
+        GTEST_SKIP() << "needs a limit on the size of files; check-disk-full sets one";
+    constexpr int frameSize = 128 * 1536;
+    const int frames = (std::stoi(limit) - 76) / frameSize;
+    const std::wstring path = m_folder / L"recording-001.cine";
+    m_state.SelectImage(1);
+    Press('C');
+    for (int i = 0; i <= frames; ++i)
+        m_exam.Advance();
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_EQ(m_state.Status(), frames == 0 ? GetStr("exam.record.unwritable", path.c_str())
+                                            : GetStr("exam.record.broken", path.c_str(), frames));
+    EXPECT_EQ(std::filesystem::exists(path), frames > 0);
+}
+
+TEST_F(CommandsTest, AMissingCodecIsToldWithTheFileAndWhatCanBeDone)
+{
+    s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", L"none such");
+    Press('V');
+    EXPECT_FALSE(m_state.Recording());
+    EXPECT_EQ(m_state.Status(),
+              GetStr("exam.record.nocodec", (m_folder / L"movie-001.avi").c_str(), L"none such"));
+    EXPECT_GE(m_state.Status().Find(KeyName(*CommandOfKey(VK_F12))), 0); // opens the settings
 }
 
 TEST_F(CommandsTest, TheTimelineShowsTheMarks)

@@ -656,3 +656,16 @@ TEST_F(MainWindowTest, NoScreenshotMissesAWindowOverTheImageWhileFramesRun)
     }
     EXPECT_EQ(missing, 0) << "of " << screenshots;
 }
+
+TEST_F(MainWindowTest, AClickOnItsMessageOpensAFinishedRecording)
+{
+    Open(WindowForm::window);
+    m_window->Exam().ToggleRecording(false);
+    m_window->Exam().Advance();
+    m_window->Exam().EndRecording();
+    const CPoint message = m_state.Layout().status.CenterPoint();
+    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(message.x, message.y));
+    EXPECT_EQ(m_state.Source().Frames(), 1); // the other recording has four
+    EXPECT_EQ(m_state.Status(),
+              GetStr("exam.image.opened", (m_folder / L"recording-001.cine").c_str()));
+}
