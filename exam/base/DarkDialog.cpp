@@ -81,11 +81,12 @@ protected:
     CSize Fill() override
     {
         const int around = Scaled(margin);
-        const CSize text = SizeOf(m_text, Scaled(widestText));
+        const CSize text = SizeOf(m_text, Scaled(widestText)); // long paths are broken too
         const int least = static_cast<int>(m_buttons.size()) * Scaled(leastButton + gap);
         const CSize all(std::max<int>(text.cx, least) + 2 * around,
                         text.cy + ButtonHeight() + 3 * around);
-        Add(L"STATIC", m_text, SS_NOPREFIX, CRect(CPoint(around, around), text), -1);
+        Add(L"STATIC", m_text, SS_NOPREFIX | SS_EDITCONTROL, CRect(CPoint(around, around), text),
+            -1);
         AddButtons(m_buttons, m_usual, {all.cx - around, all.cy - around});
         SetFocus(GetDlgItem(Window(), m_usual));
         return all;
@@ -190,7 +191,8 @@ CSize DarkDialog::SizeOf(const std::wstring& text, int width) const
     const base::WindowContext context(m_window);
     const base::Selection font(context.get(), m_font->GetSafeHandle());
     CRect box(0, 0, width, 0);
-    DrawTextW(context.get(), text.c_str(), -1, &box, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    DrawTextW(context.get(), text.c_str(), -1, &box,
+              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
     return box.Size();
 }
 

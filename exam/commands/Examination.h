@@ -55,6 +55,8 @@ public:
     virtual void ShowRecent() = 0;
     /// Shows the images of the study with thumbnails, or hides them.
     virtual void ToggleImages() = 0;
+    /// Asks the user for one of these texts by a menu at the pointer; empty when the user cancels.
+    virtual std::wstring ChooseOneOf(const std::vector<std::wstring>& texts) = 0;
     virtual void Close() = 0;
 
 protected:

@@ -97,7 +97,10 @@ constexpr Command helpCommands[] = {
      .carryOut = [](Examination& e, int) { e.Service().ToggleAbout(e.Window().Owner()); }},
     {.key = {.code = VK_F11},
      .text = {"exam.command.service", "exam.tip.service"},
-     .carryOut = [](Examination& e, int) { ShowServiceMenu(e.Window().Owner().GetSafeHwnd()); }},
+     .carryOut =
+         [](Examination& e, int) {
+             CrashByChoice([&](const auto& texts) { return e.Window().ChooseOneOf(texts); });
+         }},
 };
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "service/CrashOnPurpose.h"
 
 #include <base/CompilerExtensions.h>
-#include <base/Owner.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -77,13 +76,6 @@ constexpr CrashKind kinds[] = {
     {L"thread", "exam.crash.thread", ReadOnThread},
 };
 
-struct MenuTraits
-{
-    using Handle = HMENU;
-    static HMENU Empty() noexcept { return nullptr; }
-    static void Release(HMENU menu) noexcept { DestroyMenu(menu); }
-};
-
 } // namespace
 
 std::vector<std::wstring> CrashNames()
@@ -100,18 +92,16 @@ void CrashOnPurpose(const std::wstring& name)
         if (name == kind.name) kind.crash();
 }
 
-void ShowServiceMenu(HWND owner)
+void CrashByChoice(
+    const std::function<std::wstring(const std::vector<std::wstring>& texts)>& choose)
 {
     if (!utilsExam::ServiceMode) return;
-    const base::Owner<MenuTraits> menu(CreatePopupMenu());
-    UINT command = 0;
+    std::vector<std::wstring> texts;
     for (const CrashKind& kind : kinds)
-        AppendMenuW(menu.get(), MF_STRING, ++command, GetStr(kind.textKey));
-    POINT place = {};
-    GetCursorPos(&place);
-    const int chosen = TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY, place.x, place.y, 0,
-                                      owner, nullptr);
-    if (chosen > 0) kinds[chosen - 1].crash();
+        texts.emplace_back(GetStr(kind.textKey));
+    const std::wstring chosen = choose(texts);
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        if (texts[i] == chosen) kinds[i].crash();
 }
 
 } // namespace exam

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <windows.h>
-
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,8 +12,9 @@ std::vector<std::wstring> CrashNames();
 /// Ends the program in the way of this name. Returns only when there is no such way.
 void CrashOnPurpose(const std::wstring& name);
 
-/// Opens the menu of the service staff at the mouse pointer and carries out the choice, which is a
-/// crash on purpose. Does nothing outside the service mode. Returns when the menu is closed.
-void ShowServiceMenu(HWND owner);
+/// Lets the service staff choose one of the ways to crash by `choose`, which gives one of some
+/// texts, and carries it out. Does nothing outside the service mode.
+void CrashByChoice(
+    const std::function<std::wstring(const std::vector<std::wstring>& texts)>& choose);
 
 } // namespace exam

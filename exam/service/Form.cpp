@@ -97,9 +97,9 @@ private:
         box.left = label.right + Scaled(gap);
         box.bottom -= Scaled(rowHeight - fieldHeight);
         if (!field.choices.empty()) return AddChoices(field, box, id);
-        const DWORD lines = field.isLong ? ES_MULTILINE | ES_WANTRETURN | WS_VSCROLL : 0;
-        Add(L"EDIT", field.value.GetString(), WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL | lines, box,
-            id);
+        const DWORD lines =
+            field.isLong ? ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL : ES_AUTOHSCROLL;
+        Add(L"EDIT", field.value.GetString(), WS_TABSTOP | WS_BORDER | lines, box, id);
     }
 
     void AddChoices(const FormField& field, CRect box, int id)

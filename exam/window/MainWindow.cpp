@@ -265,6 +265,23 @@ std::wstring MainWindow::ChooseImage()
     return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), showablePatterns);
 }
 
+std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& texts)
+{
+    const ShowCursorHelper cursor(false);
+    std::vector<CString> items;
+    for (const std::wstring& text : texts) {
+        items.emplace_back(text.c_str());
+        items.back().Replace(L"&", L"&&"); // one alone would underline the next letter
+    }
+    const MenuHandle menu = MakeTextMenu(items);
+    CPoint at;
+    GetCursorPos(&at);
+    const int chosen =
+        TrackPopupMenu(menu.get(), TPM_RETURNCMD, at.x, at.y, 0, GetSafeHwnd(), nullptr);
+    const auto index = static_cast<std::size_t>(chosen - 1);
+    return chosen > 0 && index < texts.size() ? texts[index] : std::wstring();
+}
+
 // No tool confines the cursor while a dialog or a menu needs it: the point in hand is put down.
 LRESULT MainWindow::OnCursorWanted(WPARAM isWanted, LPARAM)
 {

@@ -99,6 +99,7 @@ private:
     std::wstring ChooseImage() override;
     void ShowRecent() override;
     void ToggleImages() override { m_images.Toggle(*this); }
+    std::wstring ChooseOneOf(const std::vector<std::wstring>& texts) override;
     void Close() override { DestroyWindow(); }
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;

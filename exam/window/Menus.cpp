@@ -41,6 +41,9 @@ constexpr UINT firstRecent = 3000;
 constexpr ULONG_PTR recentMenu = 1; // the data of a menu of recent files
 constexpr UINT longestName = 60;    // characters of a path in a menu
 
+// Addresses of texts lie above all of them.
+constexpr ULONG_PTR leastAddress = 0x10000;
+
 // The text is given too, for the keyboard and for those who read the screen aloud.
 void AddItem(HMENU to, UINT id, HMENU below, CString text, ULONG_PTR data)
 {
@@ -113,6 +116,7 @@ bool IsOfRecent(HMENU menu)
 
 MenuText TextOfMenu(ULONG_PTR data)
 {
+    if (data >= leastAddress) return {.name = reinterpret_cast<const wchar_t*>(data)};
     if (data == lineData) return {.isLine = true};
     if (data >= firstRecentData) return {.name = TextOfRecent(data - firstRecentData)};
     if (data >= firstMenuData)
@@ -162,6 +166,16 @@ MenuHandle MakeContextMenu(std::initializer_list<Menu> menus)
                         reinterpret_cast<const wchar_t*>(lineData));
         AddCommands(popup.get(), menu);
     }
+    SetBackground(popup.get());
+    return popup;
+}
+
+MenuHandle MakeTextMenu(const std::vector<CString>& texts)
+{
+    MenuHandle popup(CreatePopupMenu());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        AddItem(popup.get(), static_cast<UINT>(i + 1), nullptr, texts[i],
+                reinterpret_cast<ULONG_PTR>(texts[i].GetString()));
     SetBackground(popup.get());
     return popup;
 }

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -39,6 +40,9 @@ MenuHandle MakeMenuBar();
 
 /// A menu that holds the commands of some menus, for the right mouse button.
 MenuHandle MakeContextMenu(std::initializer_list<Menu> menus);
+
+/// A menu of texts, which outlive it; their items are numbered from 1 on.
+MenuHandle MakeTextMenu(const std::vector<CString>& texts);
 
 /// Ticks the items of a menu whose commands are on, and greys those that are not possible now.
 void ShowStates(HMENU menu, const ExamState& state);
