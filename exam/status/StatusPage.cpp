@@ -15,7 +15,7 @@ namespace exam {
 namespace {
 
 // Lengths in pixels at 96 dpi.
-constexpr int width = 560;
+constexpr int width = 600;
 constexpr int titleHeight = 40;
 constexpr int headingHeight = 34;
 constexpr int lineHeight = 28;

@@ -186,7 +186,7 @@ void StatusRow::Paint(CDC& dc, const CRect& area)
 {
     dc.FillSolidRect(&area, palette::header);
     CRect free = area;
-    free.right -= spacing;
+    free.right -= MulDiv(spacing, DpiOf(GetSafeHwnd()), USER_DEFAULT_SCREEN_DPI);
     {
         Gdiplus::Graphics graphics(dc.GetSafeHdc());
         m_paintedFrom = PaintItems(graphics, free);

@@ -130,12 +130,29 @@ protected:
 UINT s_answer = 0;
 int s_boxes = 0;
 
+// The colours of the box's ground and of its fields, as it answers those that ask.
+COLORREF s_middle = 0;
+COLORREF s_edit = 0;
+
+COLORREF ColourOf(HWND box, UINT question)
+{
+    const base::WindowContext context(box);
+    const LRESULT brush = SendMessageW(box, question, reinterpret_cast<WPARAM>(context.get()),
+                                       reinterpret_cast<LPARAM>(box));
+    LOGBRUSH look = {};
+    GetObjectW(reinterpret_cast<HGDIOBJ>(brush), sizeof look, &look);
+    EXPECT_EQ(GetTextColor(context.get()), palette::text);
+    return look.lbColor;
+}
+
 void CALLBACK Answer(HWND, UINT, UINT_PTR timer, DWORD)
 {
     const HWND box = FindWindowW(L"#32770", nullptr);
     if (!box) return;
     KillTimer(nullptr, timer);
     ++s_boxes;
+    s_middle = ColourOf(box, WM_CTLCOLORDLG);
+    s_edit = ColourOf(box, WM_CTLCOLOREDIT);
     PostMessageW(box, WM_COMMAND, s_answer, 0);
 }
 
@@ -321,6 +338,34 @@ TEST_F(MainWindowTest, MenusTickWhatIsOnAndGreyWhatCannotBeDone)
     EXPECT_EQ(stateOf(0, 'V'), UINT{MF_CHECKED});
     EXPECT_EQ(stateOf(1, VK_OEM_PLUS), 0u); // the gain is a number
     m_state.SetRecording({});
+}
+
+TEST_F(MainWindowTest, MenusTickTheFormOfThePanelAndTheWholeImage)
+{
+    Open(WindowForm::window);
+    const auto isTicked = [&](const char* nameKey) {
+        const HMENU popup = GetSubMenu(GetMenu(m_window->GetSafeHwnd()), 3);
+        m_window->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup));
+        const auto found = std::ranges::find_if(Commands(), [&](const Command& command) {
+            return command.text.name && CString(command.text.name) == CString(nameKey);
+        });
+        return StateOfItem(popup, GetStr(nameKey) + L"\t" + KeyName(*found)) == MF_CHECKED;
+    };
+    const auto ticks = [&] {
+        return std::vector<bool>{isTicked("exam.command.panel"), isTicked("exam.command.float"),
+                                 isTicked("exam.command.lock")};
+    };
+    EXPECT_EQ(ticks(), (std::vector<bool>{true, false, true})); // docked
+    m_window->SendMessage(WM_KEYDOWN, 'J', 1);
+    EXPECT_EQ(ticks(), (std::vector<bool>{true, true, true})); // floating
+    m_window->SendMessage(WM_KEYDOWN, 'K', 1);
+    EXPECT_FALSE(ticks()[0]); // hidden
+    m_window->SendMessage(WM_KEYDOWN, 'K', 1);
+    static_cast<ExamWindow&>(m_window->Exam().Window()).TogglePanelLock();
+    EXPECT_FALSE(ticks()[2]);
+    EXPECT_TRUE(isTicked("exam.command.zoom.whole"));
+    m_state.ZoomAt(2, {100, 100});
+    EXPECT_FALSE(isTicked("exam.command.zoom.whole"));
 }
 
 TEST_F(MainWindowTest, ALetterChoosesTheMenuThatUnderlinesIt)
@@ -544,6 +589,8 @@ TEST_F(MainWindowTest, ClosingAsksAboutMeasurementsAndGoesOnWithANo)
     AnswerNextBox(IDNO);
     m_window->SendMessage(WM_CLOSE);
     EXPECT_EQ(s_boxes, 1);
+    EXPECT_EQ(s_middle, palette::panel);
+    EXPECT_EQ(s_edit, palette::header);
     ASSERT_NE(m_window->GetSafeHwnd(), nullptr);
     AnswerNextBox(IDYES);
     m_window->SendMessage(WM_CLOSE);

@@ -1,6 +1,8 @@
 // The windows over the image: their part in recordings, and the tool bar's buttons.
 #include "overlay/Overlays.h"
 
+#include "base/Palette.h"
+#include "overlay/TipLook.h"
 #include "record/PixelCanvas.h"
 
 #include <base/GdiPlusSession.h>
@@ -11,7 +13,9 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -157,6 +161,30 @@ TEST_F(OverlaysTest, DrawsDisabledPicturesGreyAndFramedOnesWithAFrame)
     EXPECT_LT(normal[middleOfLeftEdge] >> 16 & 0xFF, 100u);
 }
 
+TEST_F(OverlaysTest, DrawsThePictureOfEachResolutionPointByPoint)
+{
+    const ButtonPicture picture(L"distance.png");
+    for (const auto& [file, size] : {std::pair(L"buttons\\distance.png", 40),
+                                     {L"144\\buttons\\distance.png", 60},
+                                     {L"192\\buttons\\distance.png", 80}}) {
+        const std::unique_ptr<Gdiplus::Bitmap> symbol(LoadImageFromIconStore(file));
+        ASSERT_EQ(static_cast<int>(symbol->GetWidth()), size);
+        const CRect area(0, 0, size, size);
+        PixelCanvas canvas(area.Size());
+        picture.Draw(canvas.Context(), area, ButtonForm::normal);
+        int opaque = 0;
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x) {
+                Gdiplus::Color colour;
+                symbol->GetPixel(x, y, &colour);
+                if (colour.GetAlpha() != 255) continue;
+                ++opaque;
+                EXPECT_EQ(canvas.Context().GetPixel(x, y), colour.ToCOLORREF()) << size;
+            }
+        EXPECT_GT(opaque, size);
+    }
+}
+
 namespace {
 
 class HoverTipTest : public testing::TestWithParam<CSize>
@@ -187,6 +215,7 @@ protected:
                      L"A text of some length for the thing");
     }
 
+    TipLook m_look;
     CWnd m_window;
     HoverTip m_tip;
 };
@@ -208,6 +237,19 @@ TEST_P(HoverTipTest, ComesAfterHalfASecondBesideTheWindow)
         << shown.left << "," << shown.top << " - " << shown.right << "," << shown.bottom;
     m_tip.Leave();
     EXPECT_EQ(test_support::ShownTip(), nullptr);
+}
+
+TEST_P(HoverTipTest, HasTheColoursAndTheFontOfTheApplication)
+{
+    PointAt(1);
+    const HWND tip = TipAfter(1000);
+    ASSERT_NE(tip, nullptr);
+    EXPECT_EQ(static_cast<COLORREF>(SendMessageW(tip, TTM_GETTIPBKCOLOR, 0, 0)), palette::line);
+    EXPECT_EQ(static_cast<COLORREF>(SendMessageW(tip, TTM_GETTIPTEXTCOLOR, 0, 0)), palette::text);
+    LOGFONTW font = {};
+    GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(tip, WM_GETFONT, 0, 0)), sizeof font, &font);
+    EXPECT_STREQ(font.lfFaceName, L"Arial");
+    EXPECT_EQ(font.lfQuality, ANTIALIASED_QUALITY);
 }
 
 TEST_P(HoverTipTest, DoesNotComeWhenThePointerHasGoneOn)
