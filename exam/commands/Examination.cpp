@@ -138,9 +138,8 @@ void Examination::AnnotateWithTerm()
 {
     const std::vector<std::wstring> terms = AnnotationTerms();
     if (terms.empty()) return m_state.SetStatus(GetStr("exam.terms.none"));
-    std::vector<std::wstring> names;
-    for (const std::wstring& term : terms)
-        names.push_back(TermText(term));
+    std::vector<std::wstring> names(terms.size());
+    std::ranges::transform(terms, names.begin(), TermText);
     const auto chosen = std::ranges::find(names, m_window.ChooseOneOf(names));
     if (chosen == names.end()) return;
     m_state.ChooseMark(MarkKind::term, terms[static_cast<std::size_t>(chosen - names.begin())]);

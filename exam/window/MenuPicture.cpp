@@ -24,19 +24,16 @@ Gdiplus::ARGB Opaque(COLORREF colour)
 
 void DrawMenuPicture(CDC& dc, const CRect& area, const wchar_t* name, bool isPossible)
 {
-    constexpr BYTE dimmed = 140;
     const base::GdiPlusSession session;
     const std::wstring path = utilsExam::GetImage((std::wstring(L"buttons\\") + name).c_str());
     const SIZE size = area.Size();
     const std::unique_ptr<CBitmap> picture(
-        session ? BitmapFromFile(path.c_str(), &size, false, Opaque(palette::header)) : nullptr);
+        session ? BitmapFromFile(path.c_str(), &size, !isPossible, Opaque(palette::header))
+                : nullptr);
     if (!picture) return;
-    COLORREF ground = palette::header;
-    if (!isPossible && GrayScale(static_cast<HBITMAP>(picture->GetSafeHandle()), dimmed))
-        ground = RGB(dimmed, dimmed, dimmed);
     CImageList list;
     list.Create(area.Width(), area.Height(), ILC_COLOR24 | ILC_MASK, 1, 0);
-    utilsExam::AddImage(list, *picture, area.Size(), ground);
+    utilsExam::AddImage(list, *picture, area.Size(), palette::header);
     list.Draw(&dc, 0, area.TopLeft(), ILD_TRANSPARENT);
 }
 
