@@ -65,6 +65,7 @@ private:
         benchmark::BenchmarkName name = run.run_name;
         name.repetitions.clear();
         name.min_time.clear();
+        name.iterations.clear();
         name.time_type.clear();
         const double seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
         const auto known = m_seconds.try_emplace(name.str(), seconds).first;

@@ -52,17 +52,31 @@ private:
     int m_saved;
 };
 
-/// Answers WM_PAINT without flicker: everything drawn into Context() reaches the window in one go
-/// when this object ends. The window outlives it.
+/// The part of a window that waits to be painted, in client coordinates.
+inline base::Region PartToPaint(HWND window)
+{
+    base::Region part(CreateRectRgn(0, 0, 0, 0));
+    GetUpdateRgn(window, part.get(), FALSE);
+    return part;
+}
+
+/// Answers WM_PAINT without flicker: everything drawn into Context(), in client coordinates,
+/// reaches the window in one go when this object ends. What need not be painted is clipped. The
+/// window outlives it.
 class BufferedPaint
 {
 public:
-    /// `size` is the size of the drawn area, in pixels.
-    BufferedPaint(CWnd& window, CSize size)
-        : m_window(&window), m_size(size), m_selection(MakeContext(), MakeBitmap())
+    explicit BufferedPaint(CWnd& window)
+        : m_part(PartToPaint(window.GetSafeHwnd())), m_window(&window),
+          m_area(m_window.m_ps.rcPaint), m_selection(MakeContext(), MakeBitmap())
     {
+        SelectClipRgn(m_context.GetSafeHdc(), m_part.get());
     }
-    ~BufferedPaint() { m_window.BitBlt(0, 0, m_size.cx, m_size.cy, &m_context, 0, 0, SRCCOPY); }
+    ~BufferedPaint()
+    {
+        m_window.BitBlt(m_area.left, m_area.top, m_area.Width(), m_area.Height(), &m_context,
+                        m_area.left, m_area.top, SRCCOPY);
+    }
     BufferedPaint(const BufferedPaint&) = delete;
     BufferedPaint& operator=(const BufferedPaint&) = delete;
 
@@ -76,12 +90,13 @@ private:
     }
     HGDIOBJ MakeBitmap()
     {
-        m_bitmap.CreateCompatibleBitmap(&m_window, m_size.cx, m_size.cy);
+        m_bitmap.CreateCompatibleBitmap(&m_window, m_area.right, m_area.bottom);
         return m_bitmap.GetSafeHandle();
     }
 
+    base::Region m_part; // is asked for before the paint begins, which forgets it
     CPaintDC m_window;
-    CSize m_size;
+    CRect m_area; // that holds the part
     CDC m_context;
     CBitmap m_bitmap;
     base::Selection m_selection; // uses the members above

@@ -13,6 +13,8 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <functional>
 
 namespace exam {
 
@@ -20,7 +22,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double shortestInterval = 10; // milliseconds
+constexpr unsigned shortestInterval = 10; // milliseconds
+constexpr int mostCaughtUp = 10;          // frames that are shown faster after a delay
 
 } // namespace
 
@@ -207,7 +210,10 @@ void Examination::ExportTable()
 
 void Examination::ExportReport()
 {
-    m_state.SetStatus(m_study.WriteReport(m_state, m_folder));
+    ProgressWindow bar;
+    bar.Open(m_window.Owner(), GetStr("exam.export.writing"));
+    m_state.SetStatus(
+        m_study.WriteReport(m_state, m_folder, std::bind_front(&ProgressWindow::Step, &bar)));
 }
 
 void Examination::Pack()
@@ -245,10 +251,21 @@ void Examination::FollowProbe()
 std::optional<unsigned> Examination::PlayInterval() const
 {
     if (!m_state.HasSource() || m_state.IsFrozen()) return {};
-    // A probe has a clock of its own, and is only asked for what is new.
-    if (m_state.Source().IsLive()) return static_cast<unsigned>(shortestInterval);
-    return static_cast<unsigned>(
-        std::max(shortestInterval, 1000 / (m_state.Source().FramesPerSecond() * m_state.Speed())));
+    return shortestInterval; // a clock tells which frames are due, and timers are coarse
+}
+
+void Examination::Play()
+{
+    const Clock::time_point now = Clock::now();
+    if (!m_state.Source().IsLive()) {
+        if (now < m_due) return;
+        const double rate = m_state.Source().FramesPerSecond() * m_state.Speed();
+        const auto period =
+            std::chrono::round<Clock::duration>(std::chrono::duration<double>(1 / rate));
+        if (m_due + mostCaughtUp * period < now) m_due = now;
+        m_due += period;
+    }
+    Advance();
 }
 
 void Examination::SavePicture()
@@ -261,6 +278,7 @@ void Examination::SavePicture()
 
 void Examination::OnStateChange(StateChangeType type, unsigned int, long)
 {
+    if (m_state.IsFrozen()) m_due = {};
     // A recording holds frames of one size.
     if (type == stateFitChanged && m_recorder.IsRecording()) EndRecording();
     if (type == stateImageChanged && !m_state.IsFrameReadable())

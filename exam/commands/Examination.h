@@ -14,6 +14,7 @@
 
 #include <afxwin.h>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -150,9 +151,12 @@ public:
     /// before, and all that a probe has made.
     void Advance();
 
-    /// The milliseconds between two frames; nothing while they stand still. A recording lets them
-    /// run.
+    /// The milliseconds between two calls of Play; nothing while frames stand still. A recording
+    /// lets them run.
     std::optional<unsigned> PlayInterval() const;
+
+    /// Advances when the next frame is due by the clock. None is skipped.
+    void Play();
 
     /// Opens the study in a folder, and keeps it there from now on. The user is told of what cannot
     /// be used.
@@ -200,7 +204,10 @@ private:
 
     ExamState& m_state;
     ExamWindow& m_window;
+    using Clock = std::chrono::steady_clock;
+
     std::wstring m_folder;
+    Clock::time_point m_due; // of the next frame
     Recorder m_recorder;
     std::wstring m_finished;  // the last recording; empty: none yet
     bool m_wasFrozen = false; // before the recording

@@ -47,8 +47,19 @@ void ImageView::Look()
     m_parameters = m_zoom == 1 ? m_fitted : ZoomImage(m_fitted, m_zoom, m_middle);
     m_middle = Middle();
     m_map.emplace(m_parameters.ToScanGeometry());
-    m_mask = m_parameters.Mask();
-    m_imagedRect = BoundingRect(m_mask, m_parameters.width);
+    m_mask.reset();
+}
+
+// The mask is made when it is asked for, because zooming and panning need none.
+const std::vector<std::uint8_t>& ImageView::Mask() const
+{
+    if (!m_mask) m_mask = m_parameters.Mask();
+    return *m_mask;
+}
+
+CRect ImageView::ImagedRect() const
+{
+    return BoundingRect(Mask(), m_parameters.width);
 }
 
 double ImageView::LeastZoom() const
@@ -153,7 +164,7 @@ void ImageView::FillOutside(CDC& dc, CPoint at, COLORREF colour) const
     for (int y = 0; y < m_parameters.height; ++y)
         for (int x = 0; x < width; ++x) {
             const int begin = x;
-            while (x < width && m_mask[IndexOf({x, y})] == 0)
+            while (x < width && Mask()[IndexOf({x, y})] == 0)
                 ++x;
             if (x > begin) dc.FillSolidRect(at.x + begin, at.y + y, x - begin, 1, colour);
         }

@@ -56,11 +56,12 @@ public:
     int Grey(CPoint pixel) const;
 
     /// The smallest rectangle that holds the imaged region; empty when there is none.
-    CRect ImagedRect() const { return m_imagedRect; }
+    CRect ImagedRect() const;
 
 private:
     void Look();
     FramePoint Middle() const;
+    const std::vector<std::uint8_t>& Mask() const;
     void CutLines(int samples);
     void ApplyGain();
     void ConvertColours();
@@ -73,9 +74,8 @@ private:
     ImagingParameters m_parameters;
     std::vector<std::uint8_t> m_frame;          // the shown samples, line by line
     std::optional<qor_imgproc::FrameMap> m_map; // computed once a recording, applied to each frame
-    std::vector<std::uint8_t> m_mask;           // not 0: inside the imaged region
-    CRect m_imagedRect;
-    std::vector<std::uint8_t> m_grey; // rows from the top, without padding
+    mutable std::optional<std::vector<std::uint8_t>> m_mask; // not 0: inside the imaged region
+    std::vector<std::uint8_t> m_grey;                        // rows from the top, without padding
     bool m_isPicture = false;
     std::vector<std::uint8_t> m_pixels; // of a picture: blue, green, red and 0; else empty
     int m_gain = 0;                     // decibels

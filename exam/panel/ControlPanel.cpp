@@ -186,7 +186,7 @@ BOOL ControlPanel::OnEraseBkgnd(CDC*)
 
 void ControlPanel::OnPaint()
 {
-    BufferedPaint paint(*this, Client());
+    BufferedPaint paint(*this);
     Draw(paint.Context());
 }
 

@@ -176,6 +176,11 @@ void DrawControls(CDC& dc, const ExamState& state)
 
 } // namespace
 
+BarTexts TextsOfBars(const ExamState& state)
+{
+    return {TitleOf(state), state.Status()};
+}
+
 void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use)
 {
     const ScreenLayout& layout = state.Layout();

@@ -13,6 +13,14 @@ enum class ScreenUse
     movie ///< without the recording mark, the status text and the keys
 };
 
+/// The texts of the bars, which do not follow the frame.
+struct BarTexts
+{
+    CString title;
+    CString status;
+};
+BarTexts TextsOfBars(const ExamState& state);
+
 /// Paints the whole client area: header, image with its scale and tools, recording mark, facts and
 /// status line.
 void DrawScreen(CDC& dc, const ExamState& state, ScreenUse use);

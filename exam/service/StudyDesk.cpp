@@ -59,12 +59,16 @@ std::vector<std::pair<std::wstring, int>> MarkedFrames(const StudyContent& study
     return frames;
 }
 
-std::vector<ReportPicture> Pictures(const ExamState& state, const std::wstring& folder)
+std::vector<ReportPicture> Pictures(const ExamState& state, const std::wstring& folder,
+                                    const ArchiveProgress& progress)
 {
     const StudyContent& study = state.Content();
     std::vector<ReportPicture> pictures;
     const std::wstring path = UnusedPath(folder + L"\\report-", L".png");
-    for (const auto& [id, frame] : MarkedFrames(study)) {
+    const auto frames = MarkedFrames(study);
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const auto& [id, frame] = frames[i];
+        progress(i, frames.size(), id);
         const StudyObject* const object = FindObject(study, id);
         const FrameSource* const source = object ? state.SourceNamed(object->image) : nullptr;
         if (!source || !SaveMarkedFrame(*source, frame, study, id, pictureSize, path)) continue;
@@ -94,11 +98,12 @@ CString StudyDesk::WriteTable(const StudyContent& content, const std::wstring& f
     return WriteNumbered(folder, L"measurements-%d.csv", MeasurementTable(content));
 }
 
-CString StudyDesk::WriteReport(const ExamState& state, const std::wstring& folder) const
+CString StudyDesk::WriteReport(const ExamState& state, const std::wstring& folder,
+                               const ArchiveProgress& progress) const
 {
     utilsExam::CreateDirectoryW(folder.c_str());
     return WriteNumbered(folder, L"report-%d.html",
-                         ReportPage(state.Content(), Pictures(state, folder)));
+                         ReportPage(state.Content(), Pictures(state, folder, progress)));
 }
 
 } // namespace exam

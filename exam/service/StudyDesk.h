@@ -1,5 +1,6 @@
 #pragma once
 
+#include "service/StudyArchive.h"
 #include "state/ExamState.h"
 #include "study/StudyFile.h"
 
@@ -20,9 +21,10 @@ public:
     bool IsSaved(const StudyContent& content) const { return m_file.IsSaved(content); }
 
     /// Write measurements-1.csv or report-1.html and so on into a folder. The result is the
-    /// sentence for the status line.
+    /// sentence for the status line. `progress` is called before each picture of the report.
     CString WriteTable(const StudyContent& content, const std::wstring& folder) const;
-    CString WriteReport(const ExamState& state, const std::wstring& folder) const;
+    CString WriteReport(const ExamState& state, const std::wstring& folder,
+                        const ArchiveProgress& progress) const;
 
 private:
     StudyFile m_file;

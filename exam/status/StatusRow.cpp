@@ -161,7 +161,7 @@ void StatusRow::OnPaint()
 {
     CRect area;
     GetClientRect(&area);
-    BufferedPaint paint(*this, area.Size());
+    BufferedPaint paint(*this);
     Paint(paint.Context(), area);
 }
 

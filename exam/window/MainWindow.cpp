@@ -6,7 +6,6 @@
 #include "base/Resources.h"
 #include "base/StateChanges.h"
 #include "image/OpenFrames.h"
-#include "screen/Screen.h"
 #include "service/FileChoice.h"
 #include "window/Capture.h"
 #include "window/Menus.h"
@@ -180,12 +179,29 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
         m_keys.FollowLanguage();
     }
     Arrange();
-    if (m_placed != m_state.Layout()) PlaceParts();
+    const bool isPlaced = m_placed == m_state.Layout();
+    if (!isPlaced) PlaceParts();
     if (type == stateMeasurementChanged && !m_savesSoon)
         m_savesSoon = SetTimer(saveTimer, saveDelay, nullptr) != 0;
     RunTimer();
-    Invalidate(FALSE);
+    if (isPlaced && type != stateLanguageChanged && type != stateFitChanged)
+        InvalidateParts();
+    else
+        Invalidate(FALSE);
     m_overlays.Refresh(); // the image is painted below them
+}
+
+// Lets what may have changed be painted: the parts that follow the frame, and the bars whose texts
+// are others.
+void MainWindow::InvalidateParts()
+{
+    const ScreenLayout& layout = m_state.Layout();
+    const BarTexts texts = TextsOfBars(m_state);
+    if (texts.title != m_texts.title) InvalidateRect(&layout.header, FALSE);
+    if (texts.status != m_texts.status) InvalidateRect(&layout.status, FALSE);
+    for (const CRect& part :
+         {layout.imageArea, layout.strip, layout.panel, layout.timeline, layout.recordingMark})
+        if (!part.IsRectEmpty()) InvalidateRect(&part, FALSE);
 }
 
 void MainWindow::RunTimer()
@@ -206,7 +222,8 @@ BOOL MainWindow::OnEraseBkgnd(CDC*)
 
 void MainWindow::OnPaint()
 {
-    BufferedPaint paint(*this, m_state.Layout().client);
+    BufferedPaint paint(*this);
+    m_texts = TextsOfBars(m_state);
     DrawScreen(paint.Context(), m_state, ScreenUse::display);
     m_overlays.DrawAll(paint.Context());
 }
@@ -298,7 +315,7 @@ LRESULT MainWindow::OnDropFiles(WPARAM dropped, LPARAM)
 
 void MainWindow::OnTimer(UINT_PTR id)
 {
-    if (id == playTimer) return m_exam.Advance();
+    if (id == playTimer) return m_exam.Play();
     KillTimer(saveTimer);
     m_savesSoon = false;
     m_exam.SaveChanges();

@@ -4,6 +4,7 @@
 #include "overlay/Overlays.h"
 #include "overlay/TipLook.h"
 #include "panel/ControlPanel.h"
+#include "screen/Screen.h"
 #include "window/KeyList.h"
 #include "window/StudyImages.h"
 #include "window/WindowPlace.h"
@@ -104,6 +105,7 @@ private:
 
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     bool AskYesOrNo(const CString& question, int byDefault);
+    void InvalidateParts();
     void RunTimer();
     bool Create(WindowForm form);
     void ShowMenuBar();
@@ -132,6 +134,7 @@ private:
     WindowForm m_form = WindowForm::console;
     PanelPlace m_panelPlace; // while the window has the form of one
     int m_dpi = 96;
+    BarTexts m_texts;      // that are painted
     ScreenLayout m_placed; // the layout that the windows in this one follow
     Drag m_drag = Drag::nothing;
     CPoint m_dragged;                   // the pointer's place at the last move
