@@ -219,13 +219,14 @@ void Examination::ExportReport()
 void Examination::Pack()
 {
     SaveChanges();
-    m_state.SetStatus(m_service.Pack(m_window.Owner()));
+    m_state.SetStatus(m_service.Pack(m_window.Owner(), m_state.StudyFolder()));
 }
 
 void Examination::Unpack()
 {
     m_state.SetStatus(m_service.Unpack(
-        m_window.Owner(), [this](const CString& question) { return m_window.Ask(question); }));
+        m_window.Owner(), {[this](const CString& question) { return m_window.Ask(question); },
+                           [this](const CString& text) { m_window.Tell(text); }}));
 }
 
 void Examination::Advance()

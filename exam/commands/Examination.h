@@ -45,6 +45,8 @@ public:
     virtual bool Ask(const CString& question) = 0;
     /// Asks whether to do what is most probably wanted; true for yes.
     virtual bool Offer(const CString& question) = 0;
+    /// Tells the user something that is more than a line.
+    virtual void Tell(const CString& text) = 0;
     /// Shows a file in its folder.
     virtual void ShowFile(const std::wstring& path) = 0;
     /// Asks the user to fill a form (AskForm).
@@ -167,7 +169,7 @@ public:
     void SaveChanges();
 
     void RenameSelected();
-    /// Asks for a text, which the next press on the image places.
+    /// Asks for a text or one of the terms, which the next press on the image places.
     void Annotate();
     /// Asks for one of the protocol's terms, which the next press places.
     void AnnotateWithTerm();

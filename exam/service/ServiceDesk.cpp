@@ -6,8 +6,8 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <functional>
 
 namespace exam {
 
@@ -17,36 +17,36 @@ namespace fs = std::filesystem;
 
 constexpr wchar_t archiveName[] = L"study-%03d.zip";
 
-// The folder of the study that the images belong to.
-std::wstring StudyFolder()
-{
-    const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
-    return fs::path(utilsExam::GetStudyPath(object).GetString()).parent_path().wstring();
-}
-
 CString ResultText(const ArchiveResult& result, const char* doneKey, const std::wstring& place)
 {
+    if (result.isCancelled) return GetStr("exam.archive.cancelled", static_cast<int>(result.files));
     if (!result.problem.empty()) return GetStr("exam.archive.failed", result.problem.c_str());
     return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
 }
 
-// The callback that fills the bar. The bar outlives it.
-ArchiveProgress StepsOf(ProgressWindow& bar)
+// What was skipped, and why.
+CString SkippedText(const std::vector<SkippedEntry>& skipped)
 {
-    return std::bind_front(&ProgressWindow::Step, &bar);
+    constexpr std::size_t most = 20; // that a box has room for
+    CString text = GetStr("exam.archive.skipped", static_cast<int>(skipped.size())) + L"\n";
+    for (std::size_t i = 0; i < std::min(most, skipped.size()); ++i)
+        text += L"\n" + GetStr(skipped[i].reason == SkipReason::name ? "exam.archive.skipped.name"
+                                                                     : "exam.archive.skipped.file",
+                               skipped[i].name.c_str());
+    return skipped.size() > most ? text + L"\n..." : text;
 }
 
 } // namespace
 
-CString ServiceDesk::Pack(CWnd& window)
+CString ServiceDesk::Pack(CWnd& window, const std::wstring& study)
 {
-    utilsExam::CreateDirectoryW(
-        m_folder.c_str()); // a missing one shows when the archive is created
-    ProgressWindow bar;
-    bar.Open(window, GetStr("exam.archive.packing"));
+    // A missing folder shows when the archive is created.
+    utilsExam::CreateDirectoryW(m_folder.c_str());
     const std::wstring archive = FindNumbered(m_folder, archiveName).next;
-    return ResultText(PackFolder(archive, StudyFolder(), StepsOf(bar)), "exam.archive.packed",
-                      archive);
+    const ArchiveResult result = WorkWithProgress(
+        window, GetStr("exam.archive.packing"),
+        [&](const ArchiveProgress& progress) { return PackFolder(archive, study, progress); });
+    return ResultText(result, "exam.archive.packed", archive);
 }
 
 bool ServiceDesk::CloseAbout()
@@ -56,18 +56,21 @@ bool ServiceDesk::CloseAbout()
     return true;
 }
 
-CString ServiceDesk::Unpack(CWnd& window, const std::function<bool(const CString& question)>& ask)
+CString ServiceDesk::Unpack(CWnd& window, const Talk& talk)
 {
     const std::wstring archive = FindNumbered(m_folder, archiveName).last;
     if (archive.empty()) return GetStr("exam.archive.none", m_folder.c_str());
     const std::wstring folder = fs::path(archive).replace_extension().wstring();
     const std::size_t there = FilesInTheWay(archive, folder).size();
-    if (there > 0 && !ask(GetStr("exam.archive.replace", static_cast<int>(there), folder.c_str())))
+    if (there > 0 &&
+        !talk.ask(GetStr("exam.archive.replace", static_cast<int>(there), folder.c_str())))
         return GetStr("exam.archive.kept", folder.c_str());
-    ProgressWindow bar;
-    bar.Open(window, GetStr("exam.archive.unpacking"));
-    return ResultText(UnpackArchive(archive, folder, {}, Existing::replace, StepsOf(bar)),
-                      "exam.archive.unpacked", folder);
+    const ArchiveResult result =
+        WorkWithProgress(window, GetStr("exam.archive.unpacking"), [&](const auto& progress) {
+            return UnpackArchive(archive, folder, {}, Existing::replace, progress);
+        });
+    if (!result.skipped.empty()) talk.tell(SkippedText(result.skipped));
+    return ResultText(result, "exam.archive.unpacked", folder);
 }
 
 } // namespace exam

@@ -17,11 +17,17 @@ public:
     /// Sets the folder of the archives.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// Pack the study and unpack the last archive. `window` is the main window. The result is the
+    /// How the user is asked before files are replaced, and told what was skipped.
+    struct Talk
+    {
+        std::function<bool(const CString& question)> ask;
+        std::function<void(const CString& text)> tell;
+    };
+
+    /// Pack a study and unpack the last archive. `window` is the main window. The result is the
     /// sentence for its status line.
-    CString Pack(CWnd& window);
-    /// `ask` asks the user before files are replaced.
-    CString Unpack(CWnd& window, const std::function<bool(const CString& question)>& ask);
+    CString Pack(CWnd& window, const std::wstring& study);
+    CString Unpack(CWnd& window, const Talk& talk);
 
     /// Shows the about box, or hides it.
     void ToggleAbout(CWnd& window) { m_about.Toggle(window); }

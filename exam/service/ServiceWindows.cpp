@@ -11,7 +11,11 @@
 
 #include <commctrl.h>
 
+#include <chrono>
+#include <future>
 #include <iterator>
+#include <mutex>
+#include <optional>
 
 namespace exam {
 
@@ -21,7 +25,8 @@ const CSize aboutSize(780, 500);
 // The places where the columns of version and description begin, in dialog units.
 constexpr int tabStops[] = {110, 190};
 
-const CSize progressSize(420, 110);
+const CSize progressSize(420, 138);
+const CSize buttonSize(110, 28);
 constexpr int margin = 16;
 constexpr int lineHeight = 20;
 
@@ -141,6 +146,7 @@ void AboutBox::OnClose()
 }
 
 BEGIN_MESSAGE_MAP(ProgressWindow, CWnd)
+    ON_WM_CLOSE()
     ON_WM_ERASEBKGND()
     ON_MESSAGE(WM_CTLCOLORSTATIC, OnControlColour)
 END_MESSAGE_MAP()
@@ -177,8 +183,22 @@ bool ProgressWindow::Open(CWnd& owner, const CString& title)
     m_bar = AddControl(*this, PROGRESS_CLASSW, PBS_SMOOTH, line, *m_font);
     ::SendMessageW(m_bar, PBM_SETBKCOLOR, 0, static_cast<LPARAM>(palette::line));
     ::SendMessageW(m_bar, PBM_SETBARCOLOR, 0, static_cast<LPARAM>(palette::accent));
-    ShowWindow(SW_SHOWNOACTIVATE);
-    return m_name && m_bar;
+    CRect button(CPoint(line.right - Scaled(owner, buttonSize.cx), line.bottom + around / 2),
+                 CSize(Scaled(owner, buttonSize.cx), Scaled(owner, buttonSize.cy)));
+    m_button = AddControl(*this, L"BUTTON", WS_TABSTOP | BS_DEFPUSHBUTTON, button, *m_font);
+    ::SetWindowTextW(m_button, GetStr("exam.form.cancel"));
+    SetWindowLongPtrW(m_button, GWLP_ID, IDCANCEL);
+    ShowWindow(SW_SHOW);
+    ::SetFocus(m_button);
+    return m_name && m_bar && m_button;
+}
+
+BOOL ProgressWindow::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    if (LOWORD(wParam) != IDCANCEL) return CWnd::OnCommand(wParam, lParam);
+    m_isCancelled = true;
+    ::EnableWindow(m_button, FALSE);
+    return TRUE;
 }
 
 void ProgressWindow::Step(std::size_t done, std::size_t all, const std::wstring& name)
@@ -187,6 +207,77 @@ void ProgressWindow::Step(std::size_t done, std::size_t all, const std::wstring&
     ::SendMessageW(m_bar, PBM_SETRANGE32, 0, static_cast<LPARAM>(all));
     ::SendMessageW(m_bar, PBM_SETPOS, done, 0);
     RedrawWindow(nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+namespace {
+
+// How far the work is, as its thread says and the window reads.
+class SharedProgress
+{
+public:
+    bool Tell(std::size_t done, std::size_t all, const std::wstring& name)
+    {
+        const std::scoped_lock lock(m_lock);
+        m_told = {done, all, name};
+        return !m_isCancelled;
+    }
+    void Show(ProgressWindow& window)
+    {
+        const std::scoped_lock lock(m_lock);
+        m_isCancelled = window.IsCancelled();
+        if (m_told) window.Step(m_told->done, m_told->all, m_told->name);
+        m_told.reset();
+    }
+
+private:
+    struct Step
+    {
+        std::size_t done;
+        std::size_t all;
+        std::wstring name;
+    };
+    std::mutex m_lock;
+    std::optional<Step> m_told; // since it was last shown
+    bool m_isCancelled = false;
+};
+
+// Handles the messages of this thread; those of the keyboard work the window.
+void HandleMessages(HWND window)
+{
+    for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
+        if (message.message == WM_QUIT) { // ends the program when the work is done
+            PostMessageW(window, WM_CLOSE, 0, 0);
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        if (window && IsDialogMessageW(window, &message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+} // namespace
+
+ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
+                               const std::function<ArchiveResult(const ArchiveProgress&)>& work)
+{
+    constexpr DWORD interval = 50; // milliseconds
+    SharedProgress progress;
+    auto result = std::async(std::launch::async, [&] {
+        return work([&](std::size_t done, std::size_t all, const std::wstring& name) {
+            return progress.Tell(done, all, name);
+        });
+    });
+    ProgressWindow window;
+    window.Open(owner, title);
+    const bool wasEnabled = owner.GetSafeHwnd() && !::EnableWindow(owner.GetSafeHwnd(), FALSE);
+    while (result.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) {
+        progress.Show(window);
+        HandleMessages(window.GetSafeHwnd());
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, interval, QS_ALLINPUT);
+    }
+    if (wasEnabled) ::EnableWindow(owner.GetSafeHwnd(), TRUE);
+    return result.get();
 }
 
 } // namespace exam

@@ -2,10 +2,12 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "service/StudyArchive.h"
 
 #include <afxwin.h>
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -37,8 +39,7 @@ private:
     HWND m_list = nullptr;
 };
 
-/// A window with a bar that fills while files are packed or unpacked. Each step paints it at once,
-/// because the work is done on the user-interface thread.
+/// A window with a bar that fills while files are packed or unpacked, and a button to cancel.
 class ProgressWindow : public CWnd
 {
 public:
@@ -48,7 +49,11 @@ public:
     /// Shows that `done` of `all` files are finished, and the name of the next.
     void Step(std::size_t done, std::size_t all, const std::wstring& name);
 
+    bool IsCancelled() const { return m_isCancelled; }
+
 protected:
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    void OnClose() { m_isCancelled = true; }
     BOOL OnEraseBkgnd(CDC* dc);
     LRESULT OnControlColour(WPARAM dc, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
@@ -58,6 +63,14 @@ private:
     std::unique_ptr<TextFont> m_font;
     HWND m_name = nullptr;
     HWND m_bar = nullptr;
+    HWND m_button = nullptr;
+    bool m_isCancelled = false;
 };
+
+/// Does the work on a thread of its own while a window shows its progress. All windows live
+/// meanwhile, but the owner takes no input. The user may cancel, which takes effect with the next
+/// file.
+ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
+                               const std::function<ArchiveResult(const ArchiveProgress&)>& work);
 
 } // namespace exam

@@ -120,7 +120,8 @@ ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
     ArchiveResult result;
     for (const std::wstring& file : files) {
         const std::wstring name = file.substr(baseSize);
-        progress(result.files, files.size(), name);
+        result.isCancelled = !progress(result.files, files.size(), name);
+        if (result.isCancelled) return result;
         if (!IsInCodePage(name))
             result.problem = name + L" has characters that an archive cannot keep";
         else if (!zip.AddFile(file.c_str()))
@@ -133,6 +134,8 @@ ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
         result.problem = L"the archive cannot be finished: code " + errors.First();
     return result;
 }
+
+constexpr wchar_t skippedText[] = L"skipped, because no such file can be written: ";
 
 // The path that the library extracts an entry to, relative to the current folder.
 std::wstring PathOf(std::wstring name)
@@ -179,7 +182,8 @@ private:
 enum class Extracted
 {
     written,
-    skipped,
+    noName,     // skipped because of its name
+    unwritable, // skipped because of the file that is there
     failed
 };
 
@@ -200,8 +204,9 @@ Extracted ExtractEntry(ZipExtract& zip, const Destination& destination, const st
         return Extracted::failed;
     }
     std::error_code error;
-    if (!errors.First().empty() || !fs::exists(path, error)) return Extracted::skipped;
-    if (wentOn || isLast) return destination.Take(path) ? Extracted::written : Extracted::skipped;
+    if (!errors.First().empty() || !fs::exists(path, error)) return Extracted::noName;
+    if (wentOn || isLast)
+        return destination.Take(path) ? Extracted::written : Extracted::unwritable;
     problem = name + L" cannot be unpacked";
     return Extracted::failed;
 }
@@ -211,26 +216,29 @@ ArchiveResult ExtractEntries(ZipExtract& zip, const Destination& destination,
                              const ArchiveProgress& progress)
 {
     ArchiveResult result;
-    std::wstring skipped;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        progress(i, names.size(), names[i]);
+        result.isCancelled = !progress(i, names.size(), names[i]);
+        if (result.isCancelled) return result;
         const Extracted extracted = ExtractEntry(zip, destination, names[i], password,
                                                  i + 1 == names.size(), result.problem);
         if (extracted == Extracted::failed) return result;
         if (extracted == Extracted::written)
             ++result.files;
         else
-            skipped += (skipped.empty() ? L"" : L", ") + names[i];
+            result.skipped.push_back({names[i], extracted == Extracted::noName
+                                                    ? SkipReason::name
+                                                    : SkipReason::unwritable});
     }
-    if (!skipped.empty())
-        result.problem = L"skipped, because no such file can be written: " + skipped;
+    for (const SkippedEntry& entry : result.skipped)
+        result.problem += (result.problem.empty() ? std::wstring(skippedText) : L", ") + entry.name;
     return result;
 }
 
 // Shows the progress of a command.
-void PrintName(std::size_t, std::size_t, const std::wstring& name)
+bool PrintName(std::size_t, std::size_t, const std::wstring& name)
 {
     WriteOut(L"  " + name + L"\n");
+    return true;
 }
 
 // Prints the result of a command. False when there was a problem.
@@ -277,7 +285,8 @@ ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder
     if (!zip.Create(written.c_str())) return {0, archive + L" cannot be written"};
     ArchiveResult result = AddFiles(zip, files, root.size(), progress);
     zip.Close();
-    if (result.problem.empty() && !base::MoveOver(written.c_str(), target.c_str()))
+    const bool isWhole = result.problem.empty() && !result.isCancelled;
+    if (isWhole && !base::MoveOver(written.c_str(), target.c_str()))
         result.problem = archive + L" cannot be replaced";
     fs::remove(written, error); // is gone when all went well
     return result;

@@ -8,21 +8,37 @@
 
 namespace exam {
 
+/// Why an entry was not unpacked.
+enum class SkipReason
+{
+    name,      ///< its name leads out of the folder, or no file can have it
+    unwritable ///< the file that is there cannot be replaced, or the disk is full
+};
+
+struct SkippedEntry
+{
+    std::wstring name;
+    SkipReason reason;
+};
+
 /// The result of packing or unpacking.
 struct ArchiveResult
 {
-    std::size_t files = 0; ///< number of files packed or unpacked
-    std::wstring problem;  ///< one sentence; empty when all went well
+    std::size_t files = 0;                  ///< number of files packed or unpacked
+    std::wstring problem = {};              ///< one sentence; empty when all went well
+    bool isCancelled = false;               ///< the progress asked for the end
+    std::vector<SkippedEntry> skipped = {}; ///< the problem names them, too
 };
 
 /// Called before each file with the number of finished files, the number of all files, and its
-/// name.
+/// name. False ends the work there.
 using ArchiveProgress =
-    std::function<void(std::size_t done, std::size_t all, const std::wstring& name)>;
+    std::function<bool(std::size_t done, std::size_t all, const std::wstring& name)>;
 
 /// Packs all files in a folder and below it, under names relative to the folder, into a zip
 /// archive. Empty folders are left out. The archive is written under another name, beside its own,
-/// and gets its own when it is whole. A failure leaves the archive that was there before, or none.
+/// and gets its own when it is whole. A failure or an early end leaves the archive that was there
+/// before, or none. Any thread may call it, one at a time.
 ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
                          const ArchiveProgress& progress);
 
@@ -40,8 +56,8 @@ std::vector<std::wstring> FilesInTheWay(const std::wstring& archive, const std::
 /// when it is whole, so a failure leaves no part of one. `password` is for encrypted entries. The
 /// library cannot extract an entry that is a folder, so an archive with one is unpacked up to it,
 /// and `problem` says so. It also names skipped entries: those whose name leads out of the folder,
-/// or whose file cannot be written; the rest is unpacked. UI thread only, because the process's
-/// current folder changes meanwhile.
+/// or whose file cannot be written; the rest is unpacked. The process's current folder changes
+/// meanwhile, so nobody else may use it.
 ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& folder,
                             const std::string& password, Existing existing,
                             const ArchiveProgress& progress);

@@ -264,6 +264,11 @@ bool MainWindow::AskYesOrNo(const CString& question, int byDefault)
                    byDefault) == IDYES;
 }
 
+void MainWindow::Tell(const CString& text)
+{
+    ::MessageBoxW(GetSafeHwnd(), text, GetStr("exam.title"), MB_OK | MB_ICONWARNING);
+}
+
 void MainWindow::ShowFile(const std::wstring& path)
 {
     ShellExecuteW(GetSafeHwnd(), nullptr, L"explorer.exe", (L"/select,\"" + path + L"\"").c_str(),

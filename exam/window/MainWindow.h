@@ -94,6 +94,7 @@ private:
     void ResetPanel() override;
     bool Ask(const CString& question) override;
     bool Offer(const CString& question) override;
+    void Tell(const CString& text) override;
     void ShowFile(const std::wstring& path) override;
     bool Fill(const CString& title, std::vector<FormField>& fields,
               const FormCheck& check) override;

@@ -12,6 +12,7 @@
 #include "service/StudyArchive.h"
 #include "study/StudyTexts.h"
 
+#include <base/Handles.h>
 #include <gtest/gtest.h>
 #include <pro_actions/CProActionCollection.h>
 #include <pro_actions/NotifiedConsumer.h>
@@ -74,6 +75,7 @@ public:
         m_questions.push_back(question);
         return m_answer;
     }
+    void Tell(const CString& text) override { m_told.push_back(text); }
     void ShowFile(const std::wstring& path) override { m_shown = path; }
     bool Fill(const CString&, std::vector<FormField>& fields, const FormCheck& check) override
     {
@@ -100,6 +102,7 @@ public:
     std::vector<CString> m_questions;
     bool m_answer = false;
     std::wstring m_shown;
+    std::vector<CString> m_told;
     std::optional<CString> m_text;
     std::function<void(std::vector<FormField>&)> m_edit;
     CString m_problem; // of the last form
@@ -933,7 +936,7 @@ TEST_F(CommandsTest, UnpackingAsksBeforeItReplacesFiles)
     std::filesystem::create_directories(m_folder / L"study");
     std::ofstream(std::filesystem::path(m_folder / L"study\\study.xml")) << "packed";
     ASSERT_EQ(PackFolder(m_folder / L"study-001.zip", m_folder / L"study",
-                         [](std::size_t, std::size_t, const std::wstring&) {})
+                         [](std::size_t, std::size_t, const std::wstring&) { return true; })
                   .problem,
               L"");
     m_exam.Unpack();
@@ -943,4 +946,10 @@ TEST_F(CommandsTest, UnpackingAsksBeforeItReplacesFiles)
     m_window.m_answer = true;
     m_exam.Unpack();
     EXPECT_EQ(test_support::ReadFile(m_folder / L"study-001\\study.xml"), "packed");
+    EXPECT_TRUE(m_window.m_told.empty());
+    const base::File held(CreateFileW((m_folder / L"study-001\\study.xml").c_str(), GENERIC_READ, 0,
+                                      nullptr, OPEN_EXISTING, 0, nullptr));
+    m_exam.Unpack();
+    ASSERT_EQ(m_window.m_told.size(), 1u);
+    EXPECT_GE(m_window.m_told[0].Find(L"study.xml - the file that is there"), 0);
 }

@@ -24,7 +24,10 @@ using test_support::ReadFile;
 using test_support::WriteFile;
 using Names = std::vector<std::wstring>;
 
-void Ignore(std::size_t, std::size_t, const std::wstring&) {}
+bool Ignore(std::size_t, std::size_t, const std::wstring&)
+{
+    return true;
+}
 
 // The names of what lies in a folder, sorted.
 Names FilesIn(const std::wstring& folder)
@@ -73,10 +76,34 @@ TEST_F(StudyArchive, TellsEachFileBeforeItIsDone)
         EXPECT_EQ(done, told.size());
         EXPECT_EQ(all, 2u);
         told.push_back(name);
+        return true;
     };
     PackFolder(Archive(), Study(), progress);
     EXPECT_EQ(told, (Names{L"deep\\image.raw", L"study.xml"}));
     EXPECT_EQ(ReadEntryNames(Archive()), told);
+}
+
+TEST_F(StudyArchive, ThatIsCancelledLeavesTheOlderOneAndNoPart)
+{
+    WriteFile(Archive(), "the older one");
+    const ArchiveResult result =
+        PackFolder(Archive(), Study(),
+                   [](std::size_t done, std::size_t, const std::wstring&) { return done == 0; });
+    EXPECT_TRUE(result.isCancelled);
+    EXPECT_EQ(result.files, 1u);
+    EXPECT_EQ(ReadFile(Archive()), "the older one");
+    EXPECT_EQ(FilesIn(m_folder.Path()), (Names{L"study", L"study.zip"}));
+}
+
+TEST_F(StudyArchive, ThatIsCancelledWhileItIsUnpackedLeavesWholeFiles)
+{
+    PackFolder(Archive(), Study(), Ignore);
+    const ArchiveResult result =
+        UnpackArchive(Archive(), Out(), "", Existing::replace,
+                      [](std::size_t done, std::size_t, const std::wstring&) { return done == 0; });
+    EXPECT_TRUE(result.isCancelled);
+    EXPECT_EQ(result.files, 1u);
+    EXPECT_EQ(FilesIn(Out()), Names{L"deep"});
 }
 
 TEST_F(StudyArchive, LeavesItselfOutOfTheFolderItIsIn)
@@ -126,12 +153,16 @@ TEST_F(StudyArchive, NamesWhatWasSkipped)
     ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_EQ(unpacked.problem, L"skipped, because no such file can be written: ..\\..\\mage.raw");
     EXPECT_EQ(unpacked.files, 1u);
+    ASSERT_EQ(unpacked.skipped.size(), 1u);
+    EXPECT_EQ(unpacked.skipped[0].reason, exam::SkipReason::name);
     EXPECT_EQ(ReadFile(Out() + L"\\study.xml"), "<study/>") << "the rest is there";
 
     const base::File held(CreateFileW((Out() + L"\\study.xml").c_str(), GENERIC_READ, 0, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
     unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
     EXPECT_NE(unpacked.problem.find(L"mage.raw, study.xml"), std::wstring::npos);
+    ASSERT_EQ(unpacked.skipped.size(), 2u);
+    EXPECT_EQ(unpacked.skipped[1].reason, exam::SkipReason::unwritable);
     EXPECT_EQ(unpacked.files, 0u);
 }
 
@@ -140,6 +171,7 @@ TEST_F(StudyArchive, HasItsNameOnlyWhenItIsWhole)
     WriteFile(Archive(), "the older one");
     PackFolder(Archive(), Study(), [&](std::size_t, std::size_t, const std::wstring&) {
         EXPECT_EQ(ReadFile(Archive()), "the older one");
+        return true;
     });
     EXPECT_EQ(ReadEntryNames(Archive()).value_or(Names()).size(), 2u);
     const std::string whole = ReadFile(Archive());

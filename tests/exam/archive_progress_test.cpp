@@ -1,0 +1,97 @@
+// The window that shows how far packing is: everything lives meanwhile, and the user may cancel.
+#include "service/ServiceWindows.h"
+
+#include <base/Handles.h>
+#include <gtest/gtest.h>
+#include <test_support/Messages.h>
+
+#include <functional>
+
+using namespace exam;
+
+namespace {
+
+constexpr wchar_t title[] = L"Packing for a test";
+
+CWinApp s_app;
+std::function<void()> s_tick; // what a timer of the user-interface thread does
+
+void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
+{
+    s_tick();
+}
+
+class ArchiveProgressTest : public testing::Test
+{
+protected:
+    ArchiveProgressTest()
+    {
+        EXPECT_TRUE(m_owner.CreateEx(0, nullptr, L"owner", WS_POPUP | WS_VISIBLE,
+                                     CRect(0, 0, 600, 400), nullptr, 0));
+        m_timer = SetTimer(nullptr, 0, 20, Tick);
+    }
+    ~ArchiveProgressTest() override
+    {
+        KillTimer(nullptr, m_timer);
+        m_owner.DestroyWindow();
+    }
+
+    bool IsEnabled() const { return IsWindowEnabled(m_owner.GetSafeHwnd()) != FALSE; }
+
+    CWnd m_owner;
+    UINT_PTR m_timer = 0;
+};
+
+} // namespace
+
+TEST_F(ArchiveProgressTest, TheThreadOfTheWindowsLivesWhileAFileIsPacked)
+{
+    const base::Event seen(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    bool wasEnabled = true;
+    std::wstring name;
+    s_tick = [&] {
+        const HWND window = FindWindowW(nullptr, title);
+        wchar_t text[100] = {};
+        GetWindowTextW(FindWindowExW(window, nullptr, L"STATIC", nullptr), text, 100);
+        name = text;
+        wasEnabled = IsEnabled();
+        if (name == L"one.cine") SetEvent(seen.get());
+    };
+    const ArchiveResult result =
+        WorkWithProgress(m_owner, title, [&](const ArchiveProgress& progress) {
+            ArchiveResult done;
+            EXPECT_TRUE(progress(0, 2, L"one.cine"));
+            done.files = WaitForSingleObject(seen.get(), 60'000) == WAIT_OBJECT_0 ? 1 : 0;
+            return done;
+        });
+    EXPECT_EQ(result.files, 1u);
+    EXPECT_EQ(name, L"one.cine");
+    EXPECT_FALSE(wasEnabled);
+    EXPECT_TRUE(IsEnabled());
+    EXPECT_EQ(FindWindowW(nullptr, title), nullptr);
+}
+
+TEST_F(ArchiveProgressTest, TheButtonAndEscapeCancel)
+{
+    for (const bool byKey : {false, true}) {
+        s_tick = [&] {
+            const HWND window = FindWindowW(nullptr, title);
+            const HWND button = FindWindowExW(window, nullptr, L"BUTTON", nullptr);
+            if (byKey)
+                PostMessageW(button, WM_KEYDOWN, VK_ESCAPE, 1);
+            else
+                PostMessageW(button, BM_CLICK, 0, 0);
+        };
+        const ArchiveResult result =
+            WorkWithProgress(m_owner, title, [](const ArchiveProgress& progress) {
+                ArchiveResult done;
+                for (; done.files < 3000 && !done.isCancelled; ++done.files) {
+                    done.isCancelled = !progress(done.files, 3000, L"file");
+                    Sleep(20);
+                }
+                return done;
+            });
+        EXPECT_TRUE(result.isCancelled) << byKey;
+        EXPECT_LT(result.files, 3000u);
+    }
+}
