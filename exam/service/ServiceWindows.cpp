@@ -164,7 +164,7 @@ LRESULT ProgressWindow::OnControlColour(WPARAM dc, LPARAM)
     return Colour(dc, m_background);
 }
 
-bool ProgressWindow::Open(CWnd& owner, const CString& title)
+bool ProgressWindow::Open(CWnd& owner, const CString& title, bool canCancel)
 {
     const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
@@ -183,14 +183,21 @@ bool ProgressWindow::Open(CWnd& owner, const CString& title)
     m_bar = AddControl(*this, PROGRESS_CLASSW, PBS_SMOOTH, line, *m_font);
     ::SendMessageW(m_bar, PBM_SETBKCOLOR, 0, static_cast<LPARAM>(palette::line));
     ::SendMessageW(m_bar, PBM_SETBARCOLOR, 0, static_cast<LPARAM>(palette::accent));
-    CRect button(CPoint(line.right - Scaled(owner, buttonSize.cx), line.bottom + around / 2),
-                 CSize(Scaled(owner, buttonSize.cx), Scaled(owner, buttonSize.cy)));
-    m_button = AddControl(*this, L"BUTTON", WS_TABSTOP | BS_DEFPUSHBUTTON, button, *m_font);
+    ShowWindow(SW_SHOW);
+    return m_name && m_bar && (!canCancel || AddButton(line));
+}
+
+// The button stands below a line.
+bool ProgressWindow::AddButton(const CRect& line)
+{
+    const CWnd& owner = *this;
+    const CSize size(Scaled(owner, buttonSize.cx), Scaled(owner, buttonSize.cy));
+    CRect area(CPoint(line.right - size.cx, line.bottom + Scaled(owner, margin) / 2), size);
+    m_button = AddControl(*this, L"BUTTON", WS_TABSTOP | BS_DEFPUSHBUTTON, area, *m_font);
     ::SetWindowTextW(m_button, GetStr("exam.form.cancel"));
     SetWindowLongPtrW(m_button, GWLP_ID, IDCANCEL);
-    ShowWindow(SW_SHOW);
     ::SetFocus(m_button);
-    return m_name && m_bar && m_button;
+    return m_button != nullptr;
 }
 
 BOOL ProgressWindow::OnCommand(WPARAM wParam, LPARAM lParam)
@@ -269,7 +276,7 @@ ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
         });
     });
     ProgressWindow window;
-    window.Open(owner, title);
+    window.Open(owner, title, true);
     const bool wasEnabled = owner.GetSafeHwnd() && !::EnableWindow(owner.GetSafeHwnd(), FALSE);
     while (result.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) {
         progress.Show(window);

@@ -39,12 +39,12 @@ private:
     HWND m_list = nullptr;
 };
 
-/// A window with a bar that fills while files are packed or unpacked, and a button to cancel.
+/// A window with a bar that fills while something is done file by file.
 class ProgressWindow : public CWnd
 {
 public:
-    /// Shows the window; false when the platform refuses.
-    bool Open(CWnd& owner, const CString& title);
+    /// Shows the window, with a button to cancel if the work can be; false when the platform refuses.
+    bool Open(CWnd& owner, const CString& title, bool canCancel = false);
 
     /// Shows that `done` of `all` files are finished, and the name of the next.
     void Step(std::size_t done, std::size_t all, const std::wstring& name);
@@ -59,6 +59,8 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    bool AddButton(const CRect& line);
+
     CBrush m_background{palette::panel};
     std::unique_ptr<TextFont> m_font;
     HWND m_name = nullptr;
