@@ -49,30 +49,30 @@ Words Consoles()
     return names;
 }
 
-constexpr wchar_t exam[] = L"Settings\\Exam";
+constexpr wchar_t examSection[] = L"Settings\\Exam";
 
-constexpr Setting settings[] = {
+constexpr Setting allSettings[] = {
     {movieSection, codecEntry, &Settings::codec, "exam.settings.codec", Kind::offered,
      InstalledCodecs},
     {movieSection, qualityEntry, &Settings::quality, "exam.settings.quality", Kind::number},
-    {exam, L"Recordings", &Settings::recordings, "exam.settings.recordings", Kind::folder},
-    {exam, L"Log", &Settings::log, "exam.settings.log", Kind::folder},
-    {exam, L"Units", &Settings::units, "exam.settings.units", Kind::word,
+    {examSection, L"Recordings", &Settings::recordings, "exam.settings.recordings", Kind::folder},
+    {examSection, L"Log", &Settings::log, "exam.settings.log", Kind::folder},
+    {examSection, L"Units", &Settings::units, "exam.settings.units", Kind::word,
      [] {
          return Words{L"mm", L"cm"};
      },
      true},
-    {exam, L"Language", &Settings::language, "exam.settings.language", Kind::word,
+    {examSection, L"Language", &Settings::language, "exam.settings.language", Kind::word,
      [] {
          return Words{L"en", L"de"};
      },
      true},
-    {exam, L"Icons", &Settings::icons, "exam.settings.icons", Kind::word,
+    {examSection, L"Icons", &Settings::icons, "exam.settings.icons", Kind::word,
      [] {
          return Words{L"small", L"large"};
      },
      true},
-    {exam, L"Console", &Settings::console, "exam.settings.console", Kind::word, Consoles},
+    {examSection, L"Console", &Settings::console, "exam.settings.console", Kind::word, Consoles},
 };
 
 CString TextOfWord(const Setting& setting, const std::wstring& word)
@@ -136,17 +136,17 @@ void ForEachSwitch(const Visit& visit)
 Settings ReadSettings()
 {
     Settings read;
-    for (const Setting& each : settings) {
+    for (const Setting& each : allSettings) {
         const std::wstring value(ProfileText(each.section, each.entry));
         if (!value.empty() && IsKnown(each, value)) read.*each.value = value;
     }
     return read;
 }
 
-bool WriteSettings(const Settings& values, const Settings& before)
+bool WriteSettings(const Settings& settings, const Settings& before)
 {
-    return std::ranges::all_of(settings, [&](const Setting& each) {
-        return values.*each.value == before.*each.value || Write(each, values.*each.value);
+    return std::ranges::all_of(allSettings, [&](const Setting& each) {
+        return settings.*each.value == before.*each.value || Write(each, settings.*each.value);
     });
 }
 
@@ -155,11 +155,11 @@ void RemoveSettings()
     const auto remove = [](const auto& each) {
         AfxGetApp()->WriteProfileString(each.section, each.entry, nullptr);
     };
-    std::ranges::for_each(settings, remove);
+    std::ranges::for_each(allSettings, remove);
     ForEachSwitch(remove);
 }
 
-bool ExportSettings(const Settings& values, const std::wstring& path)
+bool ExportSettings(const Settings& settings, const std::wstring& path)
 {
     bool isWritten = true;
     const auto write = [&](const auto& setting, const wchar_t* value) {
@@ -167,25 +167,25 @@ bool ExportSettings(const Settings& values, const std::wstring& path)
                                                path.c_str()) != FALSE &&
                     isWritten;
     };
-    for (const Setting& each : settings)
-        write(each, (values.*each.value).c_str());
+    for (const Setting& each : allSettings)
+        write(each, (settings.*each.value).c_str());
     ForEachSwitch([&](const StatusSetting& each) { write(each, IsWanted(each) ? L"1" : L"0"); });
     return isWritten;
 }
 
-std::vector<FormField> SettingFields(const Settings& values)
+std::vector<FormField> SettingFields(const Settings& settings)
 {
     std::vector<FormField> fields;
-    for (const Setting& each : settings)
-        fields.push_back(FieldOf(each, values.*each.value));
+    for (const Setting& each : allSettings)
+        fields.push_back(FieldOf(each, settings.*each.value));
     return fields;
 }
 
 Settings SettingsOf(const std::vector<FormField>& fields)
 {
     Settings chosen;
-    for (std::size_t i = 0; i < std::size(settings); ++i) {
-        const Setting& setting = std::span(settings)[i];
+    for (std::size_t i = 0; i < std::size(allSettings); ++i) {
+        const Setting& setting = std::span(allSettings)[i];
         chosen.*setting.value = fields.at(i).value;
         if (!setting.hasTexts) continue;
         for (const std::wstring& word : setting.words())
