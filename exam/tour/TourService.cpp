@@ -82,6 +82,9 @@ void About(TourContext& context)
     context.Key('A');
     const AboutBox& about = context.window.Exam().Service().About();
     context.report.Step(about.IsShown(), L"the about box lists the modules");
+    const HWND picture = FindWindowExW(about.GetSafeHwnd(), nullptr, L"STATIC", nullptr);
+    context.report.Step(picture && SendMessageW(picture, STM_GETIMAGE, IMAGE_BITMAP, 0) != 0,
+                        L"it shows the program's picture");
     context.PictureOf(about.GetSafeHwnd(), L"about");
     context.Key('A');
     context.report.Step(!about.IsShown(), L"the same key closes it");
