@@ -1,12 +1,11 @@
 #include "imaging/ImageFile.h"
 
+#include "imaging/ImageExtent.h"
+
 #include <base/FileContents.h>
 
 #include <shlwapi.h>
 
-#include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <new>
 #include <optional>
 
@@ -14,173 +13,31 @@ namespace utils_statics {
 
 namespace {
 
-// ---- The sizes stated in the headers of image files. Nothing else of them is read.
-
-using namespace std::string_view_literals;
-
-constexpr std::uint32_t oldDibHeader = 12; // bytes; its fields have 16 bits
-
-// No more entries are read: real files have some dozen.
-constexpr std::uint32_t mostEntries = 1000;
-
-struct Extent
-{
-    std::int64_t width;
-    std::int64_t height;
-};
-using MaybeExtent = std::optional<Extent>;
-
-enum class ByteOrder
-{
-    little,
-    big,
-};
-
-std::int64_t SizeOf(IStream& file)
-{
-    ULARGE_INTEGER size = {};
-    return SUCCEEDED(file.Seek({}, STREAM_SEEK_END, &size))
-               ? static_cast<std::int64_t>(size.QuadPart)
-               : 0;
-}
-
-// Reads a file at any offset. Numbers that lie outside the file are 0.
-class Reader
+// The bytes that a stream gives.
+class StreamBytes : public ImageBytes
 {
 public:
-    explicit Reader(IStream& file) : m_file(file), m_size(SizeOf(file)) {}
+    explicit StreamBytes(IStream& stream) : m_stream(stream) {}
 
-    std::uint32_t Number(std::int64_t at, int bytes, ByteOrder order)
+    std::int64_t Size() override
     {
-        std::array<char, 4> text = {};
-        Read(at, text.data(), bytes);
-        std::uint32_t number = 0;
-        for (int i = 0; i < bytes; ++i) {
-            const int place = order == ByteOrder::big ? bytes - 1 - i : i;
-            number |= std::uint32_t{static_cast<std::uint8_t>(text[static_cast<std::size_t>(i)])}
-                      << 8 * place;
-        }
-        return number;
+        ULARGE_INTEGER size = {};
+        return SUCCEEDED(m_stream.Seek({}, STREAM_SEEK_END, &size))
+                   ? static_cast<std::int64_t>(size.QuadPart)
+                   : 0;
     }
-    std::uint32_t Little(std::int64_t at, int bytes)
-    {
-        return Number(at, bytes, ByteOrder::little);
-    }
-    std::uint32_t Big(std::int64_t at, int bytes) { return Number(at, bytes, ByteOrder::big); }
 
-    bool Has(std::int64_t at, std::string_view text)
+    // An offset beyond the end is never sought, because some of the platform's streams cannot be
+    // read afterwards.
+    void Read(std::int64_t at, char* to, int bytes) override
     {
-        std::array<char, 8> found = {};
-        Read(at, found.data(), static_cast<int>(text.size()));
-        return std::string_view(found.data(), text.size()) == text;
+        if (SUCCEEDED(m_stream.Seek({.QuadPart = at}, STREAM_SEEK_SET, nullptr)))
+            m_stream.Read(to, static_cast<ULONG>(bytes), nullptr);
     }
 
 private:
-    // An offset beyond the end is never sought, because some of the platform's streams cannot be
-    // read afterwards.
-    void Read(std::int64_t at, char* to, int bytes)
-    {
-        if (at + bytes <= m_size &&
-            SUCCEEDED(m_file.Seek({.QuadPart = at}, STREAM_SEEK_SET, nullptr)))
-            m_file.Read(to, static_cast<ULONG>(bytes), nullptr);
-    }
-
-    IStream& m_file;
-    std::int64_t m_size;
+    IStream& m_stream;
 };
-
-// The extent of a PNG image that begins at `at`.
-MaybeExtent PngExtent(Reader& file, std::int64_t at)
-{
-    if (!file.Has(at, "\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
-    return Extent{file.Big(at + 16, 4), file.Big(at + 20, 4)};
-}
-
-// The offset of a GIF file's first block, after its palette.
-std::int64_t FirstGifBlock(Reader& file)
-{
-    const std::uint32_t flags = file.Little(10, 1);
-    const bool hasPalette = (flags & 0x80) != 0;
-    return 13 + (hasPalette ? 3LL << ((flags & 7) + 1) : 0);
-}
-
-// The offset after the extension that begins at `at`.
-std::int64_t BehindGifExtension(Reader& file, std::int64_t at)
-{
-    at += 2;
-    while (const std::uint32_t size = file.Little(at, 1))
-        at += 1 + std::int64_t{size};
-    return at + 1;
-}
-
-// The extent of the first picture. The screen that holds the pictures is not decoded.
-MaybeExtent GifExtent(Reader& file)
-{
-    if (!file.Has(0, "GIF8"sv)) return std::nullopt;
-    std::int64_t at = FirstGifBlock(file);
-    while (file.Has(at, "\x21"sv))
-        at = BehindGifExtension(file, at);
-    if (!file.Has(at, "\x2C"sv)) return std::nullopt;
-    return Extent{file.Little(at + 5, 2), file.Little(at + 7, 2)};
-}
-
-// The extent in the header of a device-independent bitmap; the height of a top-down one is
-// negative.
-Extent DibExtent(Reader& file, std::int64_t at)
-{
-    if (file.Little(at, 4) == oldDibHeader) return {file.Little(at + 4, 2), file.Little(at + 6, 2)};
-    const auto width = static_cast<std::int32_t>(file.Little(at + 4, 4));
-    const auto height = static_cast<std::int32_t>(file.Little(at + 8, 4));
-    return {width, std::abs(std::int64_t{height})};
-}
-
-MaybeExtent BmpExtent(Reader& file)
-{
-    if (!file.Has(0, "BM"sv)) return std::nullopt;
-    return DibExtent(file, 14);
-}
-
-// The extent of an icon file's first picture, the only one that GDI+ decodes.
-MaybeExtent IconExtent(Reader& file)
-{
-    if (!file.Has(0, "\0\0\1\0"sv)) return std::nullopt;
-    const std::int64_t at = file.Little(18, 4);
-    const MaybeExtent png = PngExtent(file, at);
-    return png ? png : DibExtent(file, at);
-}
-
-// The extent in the first frame header among the segments of a JPEG file.
-MaybeExtent JpegExtent(Reader& file)
-{
-    if (!file.Has(0, "\xFF\xD8\xFF"sv)) return std::nullopt;
-    for (std::int64_t at = 2; file.Big(at, 1) == 0xFF;) {
-        const std::uint32_t marker = file.Big(at + 1, 1);
-        const bool isFrame =
-            marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-        if (isFrame) return Extent{file.Big(at + 7, 2), file.Big(at + 5, 2)};
-        at += marker == 0xFF ? 1 : 2 + std::int64_t{file.Big(at + 2, 2)}; // 0xFF is padding
-    }
-    return std::nullopt;
-}
-
-// The extent in the first directory of a TIFF file.
-MaybeExtent TiffExtent(Reader& file)
-{
-    const bool isBig = file.Has(0, "MM\0*"sv);
-    if (!isBig && !file.Has(0, "II*\0"sv)) return std::nullopt;
-    const ByteOrder order = isBig ? ByteOrder::big : ByteOrder::little;
-    const std::int64_t directory = file.Number(4, 4, order);
-    const std::uint32_t entries = std::min(file.Number(directory, 2, order), mostEntries);
-    Extent extent = {1, 1};
-    for (std::uint32_t i = 0; i < entries; ++i) {
-        const std::int64_t entry = directory + 2 + 12 * std::int64_t{i};
-        const std::uint32_t tag = file.Number(entry, 2, order);
-        const int bytes = file.Number(entry + 2, 2, order) == 3 ? 2 : 4; // a short or a long
-        if (tag == 256) extent.width = file.Number(entry + 8, bytes, order);
-        if (tag == 257) extent.height = file.Number(entry + 8, bytes, order);
-    }
-    return extent;
-}
 
 // Larger files are not read.
 constexpr std::size_t largestFile = 512 * 1024 * 1024;
@@ -189,10 +46,8 @@ constexpr std::size_t largestFile = 512 * 1024 * 1024;
 
 bool MayBeDecoded(IStream& file)
 {
-    Reader reader(file);
-    MaybeExtent extent = PngExtent(reader, 0);
-    for (const auto read : {GifExtent, BmpExtent, IconExtent, JpegExtent, TiffExtent})
-        if (!extent) extent = read(reader);
+    StreamBytes bytes(file);
+    const std::optional<ImageExtent> extent = StatedExtent(bytes);
     return !extent || !IsTooLarge(extent->width, extent->height);
 }
 

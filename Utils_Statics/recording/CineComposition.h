@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -47,6 +48,10 @@ public:
     const std::uint8_t* Row(int y) const;
 
 private:
+    // The bytes of a row. GetBitmapBits pads rows to 16 bits, even those of a DIB section, whose
+    // own rows are padded to 32.
+    static std::size_t Stride(LONG width);
+
     SIZE m_size{};
     std::vector<std::uint8_t> m_bits;
 };

@@ -20,9 +20,6 @@ constexpr int margin = 12;
 // fine enough for any probe.
 constexpr int measuringScale = 10;
 
-// Frames begin at the first line of the aperture.
-constexpr int lineOffset = 0;
-
 // The smallest rectangle that holds the first and the last sample of every line. It covers all
 // lines, because the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
@@ -89,13 +86,6 @@ PixelPoint ImagingParameters::PixelOf(const FramePoint& point) const
 {
     return {origin.x + point.x / std::max(1, micronsPerPixel.x),
             origin.y + point.y / std::max(1, micronsPerPixel.y)};
-}
-
-void ImagingParameters::DrawDepthLine(CDC& dc, int sample, int line1, int line2) const
-{
-    CImgGeometry::DrawHorizontalUSLine(&dc, sample, line1, line2, origin, micronsPerPixel,
-                                       samplingFreq, steerAngle, apexAngle, &probe, soundSpeed,
-                                       lineOffset, width, height, flip, lines);
 }
 
 CPoint ImagingParameters::EntryOfBeam(const UPoint& first, const UPoint& second) const

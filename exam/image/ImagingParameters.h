@@ -6,10 +6,12 @@
 #include <qor_utils/UPoint.h>
 #include <qor_utils/ZelProbe.h>
 
-#include <afxwin.h>
+#include <atltypes.h>
 
 #include <cstdint>
 #include <vector>
+
+class CDC;
 
 namespace exam {
 
@@ -33,6 +35,8 @@ struct PixelPoint
 /// corner.
 struct ImagingParameters
 {
+    static constexpr int lineOffset = 0; ///< frames begin at the first line of the aperture
+
     ZelProbe probe{};
     int samplingFreq = 0;   ///< Hz
     int soundSpeed = 0;     ///< m/s
