@@ -158,6 +158,11 @@ bool IsPossible(int rows, int cols) noexcept
 void Product(const Operand& a, const double* b, std::size_t bStride, std::size_t rows,
              std::size_t cols, std::size_t count, double* out, std::size_t outStride) noexcept
 {
+    if (count == 0) { // there need be no arrays to sum over
+        for (std::size_t i = 0; i < rows; ++i)
+            std::fill_n(out + i * outStride, cols, 0.0);
+        return;
+    }
     SumAll<Start::zero>(a, b, bStride, rows, cols, count, out, outStride, false);
 }
 
