@@ -90,15 +90,22 @@ std::int64_t BehindGifExtension(Reader& file, std::int64_t at)
     return at + 1;
 }
 
-// The extent of the first picture. The screen that holds the pictures is not decoded.
-MaybeExtent GifExtent(Reader& file)
+// The offset of a GIF file's first picture; none for other files and for files without pictures.
+std::optional<std::int64_t> FirstGifPicture(Reader& file)
 {
     if (!file.Has(0, "GIF8"sv)) return std::nullopt;
     std::int64_t at = FirstGifBlock(file);
     while (file.Has(at, "\x21"sv))
         at = BehindGifExtension(file, at);
-    if (!file.Has(at, "\x2C"sv)) return std::nullopt;
-    return Extent{file.Little(at + 5, 2), file.Little(at + 7, 2)};
+    return file.Has(at, "\x2C"sv) ? std::optional(at) : std::nullopt;
+}
+
+// The extent of the first picture. The screen that holds the pictures is not decoded.
+MaybeExtent GifExtent(Reader& file)
+{
+    const std::optional<std::int64_t> at = FirstGifPicture(file);
+    if (!at) return std::nullopt;
+    return Extent{file.Little(*at + 5, 2), file.Little(*at + 7, 2)};
 }
 
 // The extent in the header of a device-independent bitmap; the height of a top-down one is
@@ -168,6 +175,14 @@ std::optional<ImageExtent> StatedExtent(ImageBytes& file)
     for (const auto read : {GifExtent, BmpExtent, IconExtent, JpegExtent, TiffExtent})
         if (!extent) extent = read(reader);
     return extent;
+}
+
+bool IsGifWithoutPalette(ImageBytes& file)
+{
+    constexpr std::uint32_t paletteFlag = 0x80;
+    Reader reader(file);
+    const std::optional<std::int64_t> picture = FirstGifPicture(reader);
+    return picture && ((reader.Little(10, 1) | reader.Little(*picture + 9, 1)) & paletteFlag) == 0;
 }
 
 } // namespace utils_statics

@@ -25,4 +25,7 @@ struct ImageExtent
 // every other file. Nothing else of the file is read.
 std::optional<ImageExtent> StatedExtent(ImageBytes& file);
 
+// True for a GIF file whose first picture has no colours, neither its own nor the file's.
+bool IsGifWithoutPalette(ImageBytes& file);
+
 } // namespace utils_statics

@@ -47,6 +47,7 @@ constexpr std::size_t largestFile = 512 * 1024 * 1024;
 bool MayBeDecoded(IStream& file)
 {
     StreamBytes bytes(file);
+    if (IsGifWithoutPalette(bytes)) return false;
     const std::optional<ImageExtent> extent = StatedExtent(bytes);
     return !extent || !IsTooLarge(extent->width, extent->height);
 }

@@ -26,7 +26,8 @@ constexpr bool IsBitmapSize(std::int64_t width, std::int64_t height)
 }
 
 // True when a file may be given to GDI+. False when its header (BMP, GIF, ICO, JPEG, PNG, TIFF)
-// states a size that is too large (IsTooLarge). The platform judges every other file, image or not.
+// states a size that is too large (IsTooLarge), and for a GIF file without colours, on which some
+// decoders crash. The platform judges every other file, image or not.
 // The stream's position is undefined afterwards.
 bool MayBeDecoded(IStream& file);
 

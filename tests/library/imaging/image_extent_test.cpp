@@ -135,6 +135,28 @@ TEST_F(ImageExtentTest, KeepsEnormousImagesFromEveryLoader)
     }
 }
 
+// Some decoders take colours for granted.
+TEST_F(DamagedFileTest, AGifFileWithoutColoursIsRefused)
+{
+    const std::string start("GIF89a\2\0\2\0\0\0\0", 13);
+    const std::string extension("!\xF9\4\1\0\0\0\0", 8);
+    const std::string picture(",\0\0\0\0\2\0\2\0\0\2\3\x44\2\5\0;", 17);
+    const std::string palette("\0\0\0\xFF\xFF\xFF", 6);
+    for (const std::string& bytes : {start + picture, start + extension + picture}) {
+        EXPECT_FALSE(Accepts(bytes));
+        const std::wstring path = m_folder / L"colourless.gif";
+        test_support::WriteFile(path, bytes);
+        LoadEverywhere(path);
+    }
+    std::string withColours = start + palette + picture;
+    withColours[10] = '\x80';
+    EXPECT_TRUE(Accepts(withColours));
+    std::string withOwnColours = start + picture;
+    withOwnColours[22] = '\x80';
+    withOwnColours.insert(23, palette);
+    EXPECT_TRUE(Accepts(withOwnColours));
+}
+
 TEST_F(DamagedFileTest, NoTruncatedFileDoesHarm)
 {
     for (const auto& [extension, bytes] : WholeFiles()) {
