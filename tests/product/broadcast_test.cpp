@@ -1,7 +1,7 @@
 // The broadcast of action states: the consumers that are told, and what they may do meanwhile.
 #include <gtest/gtest.h>
 #include <pro_actions/NotifiedConsumer.h>
-#include <test_support/ProtocolFolders.h>
+#include <test_support/ActionState.h>
 
 #include <algorithm>
 #include <atomic>

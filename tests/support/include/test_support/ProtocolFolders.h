@@ -1,8 +1,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <pro_actions/ActionStateInfo.h>
 #include <pro_actions/VocabularyLoading.h>
+#include <test_support/ActionState.h>
 #include <test_support/Files.h>
 #include <test_support/StoreFolder.h>
 #include <test_support/TemporaryFolder.h>
@@ -13,11 +13,6 @@
 
 // The starting point of tests that read protocol files.
 namespace test_support {
-
-inline ActionStateInfo State(int type, int action, int param = 0)
-{
-    return {static_cast<ActionType>(type), action, param};
-}
 
 // A vocabulary in force while it lives: type Imaging (1) with Freeze (0) and Depth (7), type Mode
 // (2) with B (0), M (1) and Freeze (3), type Empty (0), and type Lamp (9) with A, B, C, D (0 to 3).
