@@ -1,11 +1,4 @@
 # What tools/setup cross-built or brought from the distribution, as imported targets.
-if(DEFINED ENV{UTILS_STATICS_CACHE})
-  set(_cache $ENV{UTILS_STATICS_CACHE})
-elseif(DEFINED ENV{XDG_CACHE_HOME})
-  set(_cache $ENV{XDG_CACHE_HOME}/utils-statics)
-else()
-  set(_cache $ENV{HOME}/.cache/utils-statics)
-endif()
 
 # The version of the folder stands in one place only. A build folder made before it was raised
 # follows it.
