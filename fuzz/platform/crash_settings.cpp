@@ -25,7 +25,10 @@ public:
 
     void Set(DWORD type, std::string_view bytes) const
     {
-        RegSetValueExW(m_key.get(), L"Value", 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+        // Some platforms look for a text's null behind it.
+        const std::string followed = std::string(bytes) + "..";
+        RegSetValueExW(m_key.get(), L"Value", 0, type,
+                       reinterpret_cast<const BYTE*>(followed.data()),
                        static_cast<DWORD>(bytes.size()));
     }
 

@@ -14,12 +14,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace fuzz {
 
-/// The bytes of one input, taken from the front. Behind the last one there are zeros.
+/// The bytes of one input, which may lie nowhere when there are none, taken from the front. Behind
+/// the last one there are zeros.
 class Input
 {
 public:
     Input(const std::uint8_t* data, std::size_t size)
-        : m_rest(reinterpret_cast<const char*>(data), size)
+        : m_rest(size == 0 ? "" : reinterpret_cast<const char*>(data), size)
     {
     }
 
