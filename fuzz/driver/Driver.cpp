@@ -40,7 +40,7 @@ std::vector<std::string> ReadInputs(const std::wstring& folder)
 // What a target may not lose from input to input.
 struct Resources
 {
-    std::uintptr_t handles = test_support::NextHandle();
+    DWORD handles = test_support::HandleCount();
     DWORD drawingObjects = test_support::DrawingObjectCount();
     DWORD userObjects = test_support::UserObjectCount();
     SIZE_T bytes = PrivateBytes();

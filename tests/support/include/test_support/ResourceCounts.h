@@ -1,7 +1,5 @@
 #pragma once
 
-#include <base/Handles.h>
-
 #include <windows.h>
 
 #include <cstdint>
@@ -19,14 +17,6 @@ inline DWORD HandleCount()
         count += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE;
     }
     return count;
-}
-
-// The number that a new handle gets. It is the lowest free one, so it rises when handles are lost.
-// Not every platform counts them for HandleCount.
-inline std::uintptr_t NextHandle()
-{
-    const base::Event event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
-    return reinterpret_cast<std::uintptr_t>(event.get()) / 4;
 }
 
 // The drawing objects of this process.
