@@ -2,6 +2,7 @@
 // open file.
 #include "ZipExtractFixture.h"
 
+#include <qor_utils/zelLogger.h>
 #include <test_support/ChildTest.h>
 #include <test_support/ResourceCounts.h>
 #include <Utils_Statics/ZipCompress.h>
@@ -10,13 +11,13 @@
 
 namespace {
 
-// The handles that the platform may keep from its first work with files on. The tests that count
-// handles do that work hundreds of times.
-constexpr DWORD keptHandles = 10;
-
 class ZipDamage : public ZipReading
 {
 protected:
+    // A process's first log line opens the log file and the way to a debugger. Both stay open, and
+    // are not what the tests count.
+    ZipDamage() { zelLogger::zelLogHelper("ZipDamage", 0, qor_utils::errorLevel)(L"a line"); }
+
     // Expects the first of two entries to fail and the second to be extracted.
     void ExpectFailure(const Entry& entry, const std::wstring& message)
     {
@@ -150,7 +151,7 @@ TEST_F(ZipDamage, ArchivesThatBreakOffDoNoHarm)
     const DWORD before = test_support::HandleCount();
     for (std::size_t size = 0; size < archive.size(); size += 1 + size % 13)
         ExtractAll(archive.substr(0, size));
-    EXPECT_LE(test_support::HandleCount(), before + keptHandles);
+    EXPECT_EQ(test_support::HandleCount(), before);
     ExpectNothingOutside();
 }
 
@@ -174,7 +175,7 @@ TEST_F(ZipDamage, DamagedBytesDoNoHarm)
             damaged[random() % damaged.size()] = static_cast<char>(random());
         ExtractAll(damaged);
     }
-    EXPECT_LE(test_support::HandleCount(), before + keptHandles);
+    EXPECT_EQ(test_support::HandleCount(), before);
     ExpectNothingOutside();
 }
 
@@ -200,7 +201,6 @@ TEST_F(ZipDamage, DiskFullEndsTheExtraction)
         EXPECT_TRUE(m_zip.ExtractNext(nullptr));
         m_zip.Close();
     };
-    extract(); // the platform keeps some handles from its first work with files on
     const DWORD before = test_support::HandleCount();
     extract();
     EXPECT_EQ(test_support::HandleCount(), before);
@@ -229,7 +229,6 @@ TEST_F(ZipDamage, DiskFullEndsThePacking)
         for (const auto& message : messages)
             EXPECT_EQ(message.text, L"-1");
     };
-    pack();
     const DWORD before = test_support::HandleCount();
     pack();
     EXPECT_EQ(test_support::HandleCount(), before);
