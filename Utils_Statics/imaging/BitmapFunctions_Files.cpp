@@ -85,7 +85,7 @@ Image WithPalette(Image image)
 // The image, or null unless GDI+ created it successfully.
 Image IfOk(Image image)
 {
-    return image->GetLastStatus() == Gdiplus::Ok ? std::move(image) : nullptr;
+    return image && image->GetLastStatus() == Gdiplus::Ok ? std::move(image) : nullptr;
 }
 
 Image NewImage(SIZE size, Gdiplus::PixelFormat format)
@@ -101,10 +101,12 @@ SIZE SizeOf(Bitmap& image)
     return {static_cast<LONG>(image.GetWidth()), static_cast<LONG>(image.GetHeight())};
 }
 
-// Draws the whole of one image over the whole of another.
+// Draws the whole of one image over the whole of another. An image without a size is one that GDI+
+// cannot tell it of.
 bool DrawScaled(Gdiplus::Graphics& onto, SIZE target, Bitmap& image)
 {
     const SIZE source = SizeOf(image);
+    if (source.cx == 0 || source.cy == 0) return false;
     const Gdiplus::Rect all(0, 0, static_cast<INT>(target.cx), static_cast<INT>(target.cy));
     return onto.DrawImage(&image, all, 0, 0, static_cast<INT>(source.cx),
                           static_cast<INT>(source.cy), Gdiplus::UnitPixel) == Gdiplus::Ok;
@@ -149,18 +151,18 @@ Image LoadPictureOrIcon(const wchar_t* path, const SIZE* size, Gdiplus::ARGB bac
 
 // The device bitmaps of GDI+ are sections of 32 bits a pixel, so an image can use their memory as
 // its pixels.
-void TurnGrey(HBITMAP bitmap)
+bool TurnGrey(HBITMAP bitmap)
 {
     DIBSECTION section = {};
     if (GetObjectW(bitmap, sizeof section, &section) != sizeof section ||
         section.dsBm.bmBitsPixel != 32)
-        return;
+        return false;
     GdiFlush();
     // The order of the rows makes no difference.
     Bitmap pixels(static_cast<INT>(section.dsBm.bmWidth), std::abs(section.dsBm.bmHeight),
                   static_cast<INT>(section.dsBm.bmWidthBytes), PixelFormat32bppARGB,
                   static_cast<BYTE*>(section.dsBm.bmBits));
-    GrayScaleBitmap(&pixels, 255);
+    return pixels.GetLastStatus() == Gdiplus::Ok && GrayScaleBitmap(&pixels, 255);
 }
 
 // The result is empty for a resource that does not exist.
@@ -213,8 +215,8 @@ void GetCompression(int format, EncoderParameters** params, CLSID* clsid, int ex
 bool SaveBitmap(HBITMAP bitmap, int format, const wchar_t* path)
 {
     if (!bitmap || !path) return false;
-    Image image = std::make_unique<Bitmap>(bitmap, nullptr);
-    if (image->GetLastStatus() != Gdiplus::Ok) return false;
+    Image image = IfOk(std::make_unique<Bitmap>(bitmap, nullptr));
+    if (!image) return false;
     if (format == gifFormat) image = WithPalette(std::move(image));
     EncoderParameters* params = nullptr;
     CLSID clsid = {};
@@ -261,7 +263,7 @@ try {
     if (!path || !PathFileExistsW(path)) return nullptr;
     base::Bitmap bitmap = DeviceBitmap(LoadPictureOrIcon(path, size, background), background);
     if (!bitmap) return nullptr;
-    if (grayscale) TurnGrey(bitmap.get());
+    if (grayscale && !TurnGrey(bitmap.get())) return nullptr;
     auto result = std::make_unique<CBitmap>();
     if (!result->Attach(bitmap.get())) return nullptr;
     bitmap.release();

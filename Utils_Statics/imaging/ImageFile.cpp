@@ -74,7 +74,7 @@ std::unique_ptr<Gdiplus::Bitmap> Decode(const MemoryStream& stream)
     if (!stream || !MayBeDecoded(*stream.get())) return nullptr;
     stream.get()->Seek({}, STREAM_SEEK_SET, nullptr);
     auto image = std::make_unique<Gdiplus::Bitmap>(stream.get());
-    if (image->GetLastStatus() == Gdiplus::Ok) return image;
+    if (image && image->GetLastStatus() == Gdiplus::Ok) return image;
     // Some implementations of GDI+ keep the stream of a damaged image; this releases its memory.
     stream.get()->SetSize({});
     return nullptr;
