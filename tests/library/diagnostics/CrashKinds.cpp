@@ -295,6 +295,39 @@ struct Kind
     void (*crash)();
 };
 
+LRESULT CALLBACK ReadInProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_NULL) Read();
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void InWindowProcedure()
+{
+    const HWND window = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                        nullptr, nullptr);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ReadInProcedure));
+    SendMessageW(window, WM_NULL, 0, 0);
+}
+
+BOOL CALLBACK ReadInCallback(INIT_ONCE*, void*, void**)
+{
+    Read();
+    return TRUE;
+}
+
+void InSystemCallback()
+{
+    INIT_ONCE once = INIT_ONCE_STATIC_INIT;
+    InitOnceExecuteOnce(&once, ReadInCallback, nullptr, nullptr);
+}
+
+// Crashes while the program's own end is under way.
+void AtTheEnd()
+{
+    std::atexit(Read);
+    std::exit(0);
+}
+
 constexpr Kind kinds[] = {
     {"read", Read},
     {"write", Write},
@@ -358,6 +391,9 @@ constexpr Kind kinds[] = {
     {"bad-alloc", WantMemory},
     {"vectored-handler", InVectoredHandler},
     {"catch-block", InCatchBlock},
+    {"window-procedure", InWindowProcedure},
+    {"system-callback", InSystemCallback},
+    {"shut-down", AtTheEnd},
     {"two-threads", TwoThreads},
     {"second-thread", [] { WithASecondThread(CrashAsSecond); }},
     {"second-heap-lock", [] { WithASecondThread(CallFilterAsSecond<LockHeap>); }},

@@ -105,6 +105,10 @@ std::vector<Row> GraphicsRows()
         FAILS(GetWindowTextW, 0),
         FAILS(InvertRect, 0),
         FAILS_AFTER(KillTimer, 0),
+#ifdef _WIN64 // elsewhere they are those without Ptr
+        FAILS(GetWindowLongPtrW, 0),
+        FAILS(SetWindowLongPtrW, 0),
+#endif
         FAILS(LoadBitmapW, 0),
         FAILS(LoadCursorW, 0),
         FAILS(LoadIconW, 0),

@@ -66,6 +66,7 @@ std::vector<Row> LanguageRows()
         FAILS(_filelength, -1),
         FAILS(_filelengthi64, -1),
         FAILS(_fileno, -1),
+        FAILS(_gmtime64, 0),
         FAILS(_localtime64, 0),
         FAILS(_mktime64, -1),
         FAILS(_wcsdup, 0),
