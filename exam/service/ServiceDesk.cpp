@@ -1,7 +1,7 @@
 #include "service/ServiceDesk.h"
 
 #include "base/NumberedFiles.h"
-#include "service/StudyArchive.h"
+#include "service/WorkWithProgress.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>

@@ -2,12 +2,10 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
-#include "service/StudyArchive.h"
 
 #include <afxwin.h>
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -68,11 +66,5 @@ private:
     HWND m_button = nullptr;
     bool m_isCancelled = false;
 };
-
-/// Does the work on a thread of its own while a window shows its progress. All windows live
-/// meanwhile, but the owner takes no input. The user may cancel, which takes effect with the next
-/// file.
-ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
-                               const std::function<ArchiveResult(const ArchiveProgress&)>& work);
 
 } // namespace exam

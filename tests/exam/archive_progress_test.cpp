@@ -1,5 +1,5 @@
 // The window that shows how far packing is: everything lives meanwhile, and the user may cancel.
-#include "service/ServiceWindows.h"
+#include "service/WorkWithProgress.h"
 
 #include <base/Handles.h>
 #include <gtest/gtest.h>
