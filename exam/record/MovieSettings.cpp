@@ -47,10 +47,13 @@ bool PrepareQuality(CWinApp& app)
     // A text that is no number becomes the highest quality, which the library takes without a
     // setting.
     const long quality = std::clamp(number.value_or(highestQuality), lowestQuality, highestQuality);
-    if (number == quality) return true;
-    zelLogger::zelLogHelper("exam/MovieSettings", __LINE__, qor_utils::warningLevel)(
-        L"RecordQuality is '%s'; movies are recorded with %ld percent.", stored.GetString(),
-        quality);
+    // The library reads no text of the registry.
+    const UINT read = app.GetProfileInt(movieSection, qualityEntry, -1);
+    if (number == quality && read == static_cast<UINT>(quality)) return true;
+    if (number != quality)
+        zelLogger::zelLogHelper("exam/MovieSettings", __LINE__, qor_utils::warningLevel)(
+            L"RecordQuality is '%s'; movies are recorded with %ld percent.", stored.GetString(),
+            quality);
     return app.WriteProfileInt(movieSection, qualityEntry, static_cast<int>(quality)) != FALSE;
 }
 

@@ -1,4 +1,5 @@
 // The simulations behind the sample application's status row, and its settings.
+#include "record/MovieSettings.h"
 #include "service/Settings.h"
 #include "status/StatusRow.h"
 #include "status/StatusSimulators.h"
@@ -145,6 +146,14 @@ TEST_F(RegistrySettings, AreReadAsTheyWereWritten)
     EXPECT_EQ(theApplication.GetProfileInt(L"Settings\\Capture", L"RecordQuality", -1), 75u);
     exam::RemoveSettings();
     EXPECT_EQ(exam::ReadSettings(), exam::Settings());
+}
+
+TEST_F(RegistrySettings, AQualityThatIsATextBecomesANumber)
+{
+    theApplication.WriteProfileString(L"Settings\\Capture", L"RecordQuality", L"40");
+    EXPECT_EQ(exam::ReadSettings().quality, L"40");
+    EXPECT_TRUE(exam::PrepareMovieSettings());
+    EXPECT_EQ(theApplication.GetProfileInt(L"Settings\\Capture", L"RecordQuality", -1), 40u);
 }
 
 TEST_F(RegistrySettings, AreAsShippedWhereTheProfileSaysNothingKnown)
