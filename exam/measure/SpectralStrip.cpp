@@ -65,7 +65,7 @@ int TextHeight(CDC& dc)
 // The velocity from one number of the scale to the next, so that the numbers stand apart.
 double TickStep(double perPixel, int textHeight)
 {
-    constexpr double between = 1.5; // heights of the text
+    constexpr double between = 1.2; // heights of the text
     for (const double step : tickSteps)
         if (step / perPixel >= between * textHeight) return step;
     return tickSteps[std::size(tickSteps) - 1];

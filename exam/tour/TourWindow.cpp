@@ -142,14 +142,18 @@ public:
         m_context.state.NextLanguage();
     }
 
+    void Keys()
+    {
+        m_context.Key(VK_F1);
+        Window(L"keys", m_context.window.Keys().GetSafeHwnd());
+        m_context.Key(VK_F1);
+    }
+
     void Floating()
     {
         m_context.Key('J');
         Look(L"floating", {});
-        WindowPicture picture(m_context.window.Panel().GetSafeHwnd());
-        m_context.report.Step(picture.Save(PathOf(Name(L"floating-panel"))) &&
-                                  picture.IsDrawn(picture.Client()),
-                              Name(L"floating-panel") + L" shows the panel");
+        Window(L"floating-panel", m_context.window.Panel().GetSafeHwnd());
         m_context.Key('J');
     }
 
@@ -179,13 +183,22 @@ private:
         return m_context.folder + L"\\" + picture + L".png";
     }
 
+    // Looks at a window that stands over the main one.
+    void Window(const wchar_t* name, HWND window)
+    {
+        m_context.HandlePending();
+        WindowPicture picture(window);
+        m_context.report.Step(picture.Save(PathOf(Name(name))) &&
+                                  picture.IsDrawn(picture.Client()) && AreAllWhole(window),
+                              L"picture " + Name(name) + L".png shows all of it");
+    }
+
     void Look(const wchar_t* form, std::vector<CRect> parts)
     {
         const HWND window = m_context.window.GetSafeHwnd();
         m_context.HandlePending();
         WindowPicture picture(window);
-        m_context.report.Step(picture.Save(PathOf(Name(form))),
-                              L"picture " + Name(form) + L".png");
+        m_context.report.Step(picture.Save(PathOf(Name(form))), L"picture " + Name(form) + L".png");
         m_context.report.Step(picture.Client().Size() == Layout().client && AreAllWhole(window),
                               Name(form) + L": no window is clipped");
         parts.insert(parts.end(), {Layout().header, Layout().image, Layout().panel, Layout().tools,
@@ -208,6 +221,7 @@ void TourWindow(TourContext& context)
     for (const Size& size : sizes) {
         Visit visit(context, size);
         visit.Docked();
+        visit.Keys();
         visit.Floating();
         visit.Hidden();
         visit.Zoomed();

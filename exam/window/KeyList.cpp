@@ -12,12 +12,10 @@ namespace {
 
 constexpr int columns = 3;
 
-void AddColumn(HWND list, int index, const char* titleKey)
+void AddColumn(HWND list, int index)
 {
-    CString title = GetStr(titleKey);
     LVCOLUMNW column = {};
-    column.mask = LVCF_TEXT | LVCF_SUBITEM;
-    column.pszText = title.GetBuffer();
+    column.mask = LVCF_SUBITEM;
     column.iSubItem = index;
     SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
                  reinterpret_cast<LPARAM>(&column));
@@ -38,7 +36,7 @@ void SetCell(HWND list, int row, int column, CString text)
 
 KeyList::KeyList()
     : ListWindow("exam.keys.title",
-                 LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER, VK_F1)
+                 LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER, VK_F1)
 {
 }
 
@@ -53,16 +51,13 @@ void KeyList::FollowLanguage()
     if (!IsShown()) return;
     SetWindowText(GetStr("exam.keys.title"));
     ::SendMessageW(List(), LVM_DELETEALLITEMS, 0, 0);
-    for (int column = 0; column < columns; ++column)
-        ::SendMessageW(List(), LVM_DELETECOLUMN, 0, 0);
-    Fill();
+    AddCommands();
 }
 
 void KeyList::AddColumns()
 {
-    AddColumn(List(), 0, "exam.keys.key");
-    AddColumn(List(), 1, "exam.keys.command");
-    AddColumn(List(), 2, "exam.keys.effect");
+    for (int column = 0; column < columns; ++column)
+        AddColumn(List(), column);
     ::SendMessageW(List(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
                    LVS_EX_FULLROWSELECT);
 }

@@ -14,7 +14,7 @@ namespace exam {
 namespace {
 
 // Lengths in pixels at 96 dpi.
-constexpr CSize wholeSize(760, 640);
+constexpr CSize wholeSize(900, 640);
 
 } // namespace
 
