@@ -13,8 +13,10 @@
 //   FILE.txt.
 // - "--modules FOLDER" loads every library of a folder.
 // - "--bare yes" makes no crash handler.
+// - "--fail FUNCTION" makes the next call of the library's to that function fail, and says so.
 // - "--inheritable NAME" opens the event of that name for every program that inherits handles;
 //   CRASH_HANDLE then holds the handle.
+#include "../faults/FaultHooks.h"
 #include "CrashFacts.h"
 #include "CrashKinds.h"
 #include "diagnostics/FaultGuard.h"
@@ -29,6 +31,7 @@
 
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -164,6 +167,19 @@ void OpenInheritable(const std::wstring& name)
     SetEnvironmentVariableW(L"CRASH_HANDLE", number);
 }
 
+void SayThatItFailed()
+{
+    DWORD written = 0;
+    WriteFile(GetStdHandle(STD_ERROR_HANDLE), "failed\n", 7, &written, nullptr);
+}
+
+int ListRows()
+{
+    for (const std::string& row : faults::Hooks().rows)
+        std::puts(row.c_str());
+    return 0;
+}
+
 } // namespace
 
 int wmain(int count, wchar_t** arguments)
@@ -175,6 +191,8 @@ int wmain(int count, wchar_t** arguments)
     s_kind = base::Utf8FromWide(arguments[1]);
     if (s_kind == "is-filtered" && count == 4)
         return CheckFilter(arguments[2], std::stoul(arguments[3]));
+
+    if (s_kind == "rows") return ListRows();
 
     if (const std::wstring log = options[L"--log"]; !log.empty()) qor_utils::SetLogDirectory(log);
     if (options[L"--bare"].empty()) MiniDumper();
@@ -190,6 +208,12 @@ int wmain(int count, wchar_t** arguments)
         AddVectoredExceptionHandler(TRUE, Record);
     }
 
+    const std::string function = base::Utf8FromWide(options[L"--fail"]);
+    std::optional<faults::Hooks> hooks;
+    if (!function.empty()) {
+        hooks.emplace();
+        faults::FailNext({function, nullptr}, SayThatItFailed);
+    }
     if (const std::wstring size = options[L"--thread"]; !size.empty()) {
         const base::Thread thread(CreateThread(nullptr, std::stoul(size), CrashOnThread, nullptr,
                                                STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));

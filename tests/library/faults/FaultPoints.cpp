@@ -13,6 +13,12 @@ bool s_records = false;
 int s_rests = 0;
 Site s_failing;
 bool s_hasFailed = false;
+void (*s_onFailure)() = nullptr;
+
+bool IsFailing(const Site& site)
+{
+    return s_failing.address ? site == s_failing : site.function == s_failing.function;
+}
 
 } // namespace
 
@@ -41,10 +47,11 @@ Rest::~Rest()
     --s_rests;
 }
 
-void FailNext(const Site& site)
+void FailNext(const Site& site, void (*onFailure)())
 {
     const std::lock_guard lock(s_mutex);
     s_failing = site;
+    s_onFailure = onFailure;
     s_hasFailed = false;
 }
 
@@ -60,9 +67,10 @@ bool IsDue(const Site& site)
     const std::lock_guard lock(s_mutex);
     if (s_rests > 0) return false;
     if (s_records) s_sites.insert(site);
-    if (!site.address || site != s_failing) return false;
+    if (!IsFailing(site)) return false;
     s_failing = {};
     s_hasFailed = true;
+    if (s_onFailure) s_onFailure();
     return true;
 }
 

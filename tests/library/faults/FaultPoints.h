@@ -53,8 +53,9 @@ public:
     Rest& operator=(const Rest&) = delete;
 };
 
-// The next call that comes from this site fails.
-void FailNext(const Site& site);
+// The next call that comes from this site fails; without an address, the next call of the function.
+// `onFailure` is called then.
+void FailNext(const Site& site, void (*onFailure)() = nullptr);
 // True when it has failed. No call fails any more.
 bool HasFailed();
 
