@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 
 namespace exam {
 
@@ -212,8 +211,11 @@ void Examination::ExportReport()
 {
     ProgressWindow bar;
     bar.Open(m_window.Owner(), GetStr("exam.export.writing"));
-    m_state.SetStatus(
-        m_study.WriteReport(m_state, m_folder, std::bind_front(&ProgressWindow::Step, &bar)));
+    const auto show = [&bar](std::size_t done, std::size_t all, const std::wstring& name) {
+        bar.Step(done, all, name);
+        return true;
+    };
+    m_state.SetStatus(m_study.WriteReport(m_state, m_folder, show));
 }
 
 void Examination::Pack()
