@@ -172,10 +172,12 @@ bool ExamApp::RunCommand()
 
 bool ExamApp::LoadTexts()
 {
-    if (zel_string_convert::LoadTable(StringTableFolder()) &&
+    std::wstring problem;
+    if (zel_string_convert::LoadTable(StringTableFolder(), &problem) &&
         zel_string_convert::SetLanguage(m_settings.language))
         return true;
-    return Fail(L"the string tables in " + StringTableFolder() + L" cannot be read");
+    if (!problem.empty()) problem = L": " + problem;
+    return Fail(L"the string tables in " + StringTableFolder() + L" cannot be used" + problem);
 }
 
 bool ExamApp::LoadVocabulary()

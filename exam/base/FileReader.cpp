@@ -1,5 +1,6 @@
 #include "base/FileReader.h"
 
+#include <base/FilePath.h>
 #include <base/Handles.h>
 
 namespace exam {
@@ -18,6 +19,8 @@ base::File OpenToAsk(const std::wstring& path)
 
 FileKind KindOfFile(const std::wstring& path)
 {
+    // The platform knows names such as CON in every folder, also where the device is not there.
+    if (base::FullPath(path.c_str()).starts_with(L"\\\\.\\")) return FileKind::device;
     const DWORD attributes = GetFileAttributesW(path.c_str());
     const bool known = attributes != INVALID_FILE_ATTRIBUTES;
     if (known && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileKind::folder;

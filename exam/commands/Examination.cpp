@@ -161,7 +161,9 @@ void Examination::OpenImage(const std::wstring& path)
     if (const std::wstring problem = m_state.OpenImage(path); !problem.empty())
         return Report(NoticeKind::error, problem.c_str());
     AddRecentFile(path);
-    m_state.SetStatus(GetStr("exam.image.opened", path.c_str()));
+    const std::wstring missing = m_state.Source().Problem();
+    if (missing.empty()) return m_state.SetStatus(GetStr("exam.image.opened", path.c_str()));
+    Report(NoticeKind::warning, GetStr("exam.image.partly", path.c_str(), missing.c_str()));
 }
 
 void Examination::ChooseImage()

@@ -26,6 +26,7 @@ public:
     /// One sentence that says how the size of the file differs from its header's count; empty when
     /// it does not.
     const std::wstring& SizeProblem() const { return m_sizeProblem; }
+    std::wstring Problem() const override { return m_sizeProblem; }
 
     std::span<const int> Marks() const override { return m_marks; }
 

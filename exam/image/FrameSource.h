@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace exam {
@@ -38,6 +39,9 @@ public:
     /// True for pixels of pictures and movies, which have no scale. Nothing is measured on them in
     /// millimetres, and they are no raw recording.
     virtual bool IsPicture() const { return false; }
+
+    /// One sentence that says what of a recording is missing; empty when nothing is.
+    virtual std::wstring Problem() const { return {}; }
 
     /// True for frames of no patient. Whoever shows or records them says so.
     bool IsSimulated() const { return Description().origin == CineOrigin::simulated; }

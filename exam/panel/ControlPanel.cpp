@@ -132,6 +132,8 @@ void ControlPanel::Reload()
     for (const PanelButton& button : m_buttons)
         m_lamps->Follow(*button.action);
     m_listener.broadcast();
+    if (const std::wstring file = UnreadablePanelFile(); !file.empty())
+        m_listener.tell(GetStr("exam.panel.unreadable", file.c_str()));
 }
 
 void ControlPanel::Reset()

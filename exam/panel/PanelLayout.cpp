@@ -1,5 +1,7 @@
 #include "panel/PanelLayout.h"
 
+#include "base/FileReader.h"
+
 #include <Utils_Statics/MfcConversions.h>
 #include <Utils_Statics/utilsExam.h>
 #include <zel_xml/XMLEditing.h>
@@ -181,6 +183,16 @@ void PanelLayout::ToggleCheck(std::size_t index)
 std::wstring PanelFileInForce()
 {
     return QOR_MFC_CONVERSIONS::MFC_2_QOR(utilsExam::GetProtocolFile(panelFileName));
+}
+
+std::wstring UnreadablePanelFile()
+{
+    for (const wchar_t* const name : {L"ButtonActions.xml", panelFileName}) {
+        const std::wstring path = QOR_MFC_CONVERSIONS::MFC_2_QOR(utilsExam::GetProtocolFile(name));
+        zelXMLFile file;
+        if (KindOfFile(path) != FileKind::missing && !file.open(path, true)) return path;
+    }
+    return {};
 }
 
 std::wstring PanelSaveFile()

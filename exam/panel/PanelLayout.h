@@ -80,6 +80,9 @@ inline constexpr const wchar_t* panelFileName = L"panel.xml";
 /// The path of the copy that is in force: the user's, the factory's or the base copy.
 std::wstring PanelFileInForce();
 
+/// The first of the panel's files that are in force and cannot be read; empty when all can.
+std::wstring UnreadablePanelFile();
+
 /// The path that the user's copy is saved to.
 std::wstring PanelSaveFile();
 

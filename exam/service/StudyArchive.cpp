@@ -253,11 +253,12 @@ bool Print(const ArchiveResult& result, const std::wstring& done)
 
 std::optional<std::vector<std::wstring>> ReadEntryNames(const std::wstring& archive)
 {
+    // Reading a device may wait for ever.
+    if (KindOfFile(archive) != FileKind::file || !HasWholeEnd(archive)) return std::nullopt;
     const base::Owner<ZipReaderTraits> reader(
         unzOpen(base::BytesFromWide(CP_ACP, archive).c_str()));
     unz_global_info64 directory = {};
-    if (!HasWholeEnd(archive) || !reader || unzGetGlobalInfo64(reader.get(), &directory) != UNZ_OK)
-        return std::nullopt;
+    if (!reader || unzGetGlobalInfo64(reader.get(), &directory) != UNZ_OK) return std::nullopt;
     std::vector<std::wstring> names;
     std::string bytes(0xFFFF, '\0');
     for (ZPOS64_T i = 0; i < directory.number_entry; ++i) {

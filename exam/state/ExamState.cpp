@@ -98,7 +98,9 @@ void ExamState::ShowFrame()
     if (m_fitted != m_current) FitImage();
     const bool isThere = Source().Frames() > 0; // a probe's first frame takes a moment
     m_readable = !isThere || m_view.Show(Source(), m_frame);
-    if (!m_readable) m_status = GetStr("exam.image.unreadable", FramePosition());
+    if (!m_readable)
+        m_status =
+            GetStr("exam.image.unreadable", FramePosition(), m_sources[m_current].name.c_str());
     if (m_stripShown) m_strip.Show(Source().Flow(m_strip.Room()));
     m_marks.Follow(FindFrame());
     TellChange(stateImageChanged);

@@ -40,7 +40,10 @@ std::wstring ExamState::AddImageOf(const StudyObject& object)
 {
     if (object.image.empty() || SourceNamed(object.image)) return {};
     const std::filesystem::path inStudy = std::filesystem::path(m_studyFolder) / object.image;
-    if (AddFile(inStudy.wstring(), object.image).empty()) return {};
+    if (AddFile(inStudy.wstring(), object.image).empty()) {
+        const std::wstring missing = m_sources.back().source->Problem();
+        return missing.empty() ? missing : inStudy.wstring() + L": " + missing;
+    }
     return AddRecording(object.image);
 }
 

@@ -479,7 +479,7 @@ TEST_F(ExamStateTest, KeepsTheImageAndSaysSoWhenAFrameCannotBeRead)
     const std::vector<std::uint8_t> before(grey.begin(), grey.end());
     m_state.StepFrames(1);
     EXPECT_FALSE(m_state.IsFrameReadable());
-    EXPECT_EQ(m_state.Status(), GetStr("exam.image.unreadable", 3));
+    EXPECT_EQ(m_state.Status(), GetStr("exam.image.unreadable", 3, L"linear.cine"));
     const auto after = m_state.View().GreyLevels();
     EXPECT_EQ(before, std::vector<std::uint8_t>(after.begin(), after.end()));
     m_state.StepFrames(-1);
