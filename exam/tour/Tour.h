@@ -34,10 +34,10 @@ struct TourContext
 
     /// Lets the window paint all changes and saves the picture as NAME.png. This counts as a step,
     /// which fails when there is only one colour in the picture.
-    void Picture(const std::wstring& name, Place place = Place::current());
+    void Picture(const std::wstring& name, Place place = Place::Current());
     /// These do so with another window, and with a part of the screen.
-    void PictureOf(HWND other, const std::wstring& name, Place place = Place::current());
-    void PictureOf(const CRect& part, const std::wstring& name, Place place = Place::current());
+    void PictureOf(HWND other, const std::wstring& name, Place place = Place::Current());
+    void PictureOf(const CRect& part, const std::wstring& name, Place place = Place::Current());
 
     /// Presses a key, which the window handles before this returns.
     void Key(UINT key);

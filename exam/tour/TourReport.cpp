@@ -4,7 +4,7 @@
 
 #include <base/Encoding.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 
 namespace exam {
@@ -16,11 +16,17 @@ std::string FileName(const char* path)
     return std::filesystem::path(path).filename().string();
 }
 
-// The name of a function alone, from its declaration with namespaces and parameters.
-std::string FunctionName(std::string declaration)
+// The processor time of all threads of this process until now.
+std::chrono::milliseconds Worked()
 {
-    declaration.erase(std::min(declaration.find('('), declaration.size()));
-    return declaration.substr(declaration.find_last_of(": ") + 1);
+    FILETIME moment = {};
+    FILETIME kernel = {};
+    FILETIME user = {};
+    GetProcessTimes(GetCurrentProcess(), &moment, &moment, &kernel, &user);
+    const auto ticks = [](const FILETIME& time) { // of 100 nanoseconds
+        return static_cast<std::int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+    };
+    return std::chrono::milliseconds((ticks(kernel) + ticks(user)) / 10'000);
 }
 
 } // namespace
@@ -41,17 +47,19 @@ void TourReport::Step(bool held, const std::wstring& what, Place place)
     const auto taken = std::chrono::round<std::chrono::milliseconds>(Clock::now() - m_begin);
     std::wstring picture;
     std::wstring problem = look ? look(picture) : std::wstring();
-    if (problem.empty() && taken > m_longestStep) problem = L"it takes too long";
+    const bool isLong = Worked() - m_worked > m_longestStep || taken > 6 * m_longestStep;
+    if (problem.empty() && isLong) problem = L"it takes too long";
     if (!problem.empty()) held = false;
     const std::wstring said = problem.empty() ? what : what + L" (" + problem + L")";
     ++m_steps;
     if (!held) ++m_failed;
     WriteOut((held ? L"  \u2713 " : L"  \u2717 ") + said + L"\n");
-    m_file << held << '\t' << taken.count() << '\t' << FileName(place.file_name()) << '\t'
-           << FunctionName(place.function_name()) << '\t' << base::Utf8FromWide(m_done) << '\t'
+    m_file << held << '\t' << taken.count() << '\t' << FileName(place.file) << '\t'
+           << place.function << '\t' << base::Utf8FromWide(m_done) << '\t'
            << base::Utf8FromWide(said) << '\t' << base::Utf8FromWide(picture) << std::endl;
     m_done.clear();
     m_begin = Clock::now();
+    m_worked = Worked();
 }
 
 void TourReport::Execute()

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <base/CompilerExtensions.h>
 #include <Utils_Statics/IProAgent.h>
 
 #include <chrono>
 #include <fstream>
 #include <functional>
-#include <source_location>
 #include <string>
 
 namespace exam {
@@ -16,9 +16,20 @@ namespace exam {
 class TourReport : public IProAgent
 {
 public:
-    using Place = std::source_location;
+    /// The place in the sources that a step is taken at.
+    struct Place
+    {
+        const char* file;
+        const char* function;
+        static Place Current(const char* file = BASE_CALLERS_FILE,
+                             const char* function = BASE_CALLERS_FUNCTION)
+        {
+            return {file, function};
+        }
+    };
 
-    /// A step fails, too, when it takes longer than this.
+    /// A step fails, too, when the process works on it for longer than this, or waits for six times
+    /// as long. The clock alone does not tell, because it runs on while other programs work.
     explicit TourReport(std::chrono::milliseconds longestStep = std::chrono::seconds(5))
         : m_longestStep(longestStep)
     {
@@ -34,7 +45,7 @@ public:
     /// or nothing; the argument gets the name of a new picture, if there is one.
     std::function<std::wstring(std::wstring& picture)> look;
 
-    void Step(bool held, const std::wstring& what, Place place = Place::current());
+    void Step(bool held, const std::wstring& what, Place place = Place::Current());
 
     /// Tells what the user does in the step that comes next.
     void Do(const std::wstring& what);
@@ -54,6 +65,7 @@ private:
     std::ofstream m_file;
     std::wstring m_done;
     Clock::time_point m_begin = Clock::now();
+    std::chrono::milliseconds m_worked{}; // until the step before
 };
 
 } // namespace exam

@@ -6,9 +6,11 @@
 // Keeps a function from being inlined. The mark stands before the declaration.
 #define BASE_NEVER_INLINED [[gnu::noinline]]
 
-// Tells the line of the call when it is a default argument. std::source_location would tell it too,
-// but the checkers of the sources do not know it.
+// Tell the place of the call when they are default arguments. std::source_location would tell it
+// too, but the checkers of the sources do not know it.
 #define BASE_CALLERS_LINE __builtin_LINE()
+#define BASE_CALLERS_FILE __builtin_FILE()
+#define BASE_CALLERS_FUNCTION __builtin_FUNCTION()
 
 // The compiler's setjmp and longjmp. They save a place of a running function (0 is the result) and
 // go on there later (the result is another one). Unlike those of the C library they unwind nothing
