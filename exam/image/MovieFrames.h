@@ -23,7 +23,7 @@ public:
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
 
 private:
-    bool ReadHeaders(std::int64_t headers, std::int64_t end);
+    bool ReadHeaders(std::int64_t begin, std::int64_t end);
     bool ReadIndex(std::int64_t begin, std::int64_t end);
     bool FindDecoder(FOURCC handler);
 
