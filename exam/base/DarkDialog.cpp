@@ -211,6 +211,7 @@ void DarkDialog::AddButtons(const std::vector<DialogButton>& buttons, int usual,
 {
     m_usual = usual;
     std::vector<int> widths;
+    widths.reserve(buttons.size());
     for (const DialogButton& button : buttons)
         widths.push_back(
             std::max<int>(Scaled(leastButton),

@@ -61,12 +61,12 @@ protected:
     LRESULT OnMeasureItem(WPARAM wParam, LPARAM item);
     LRESULT OnDrawItem(WPARAM wParam, LPARAM item);
     LRESULT OnMenuChar(WPARAM letter, LPARAM menu);
-    LRESULT OnContextMenu(WPARAM wParam, LPARAM place);
+    LRESULT OnContextMenu(WPARAM over, LPARAM place);
     void OnTimer(UINT_PTR id);
     void OnSize(UINT type, int width, int height);
     void OnMove(int x, int y);
-    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
-    LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
+    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM info);
+    LRESULT OnDpiChanged(WPARAM dpi, LPARAM place);
     LRESULT OnCursorWanted(WPARAM isWanted, LPARAM lParam);
     LRESULT OnDropFiles(WPARAM dropped, LPARAM lParam);
     void OnClose();
