@@ -99,8 +99,9 @@ protected:
     std::vector<Operation> Product();
     std::vector<Operation> Computing() const;
 
-    // One of two, and the other next time.
-    std::wstring Next() { return std::to_wstring(++m_changes % 2); }
+    // One of two names, and the other next time. Their lengths differ, so that a text that is read
+    // while it changes shows.
+    std::wstring Next() { return ++m_changes % 2 ? L"0" : std::wstring(200, L'1'); }
 
     static constexpr ActionStateInfo freeze = {static_cast<ActionType>(1), 0, 0};
     base::GdiPlusSession m_session;
@@ -188,7 +189,8 @@ std::vector<Operation> Threads::Product()
         {"zelPath.h",
          [this] {
              const std::wstring path = zelPath::getPath(qor_utils::imagesStore, L"a");
-             return path == m_folder / L"0\\a" || path == m_folder / L"1\\a";
+             return path == m_folder / L"0\\a" ||
+                    path == m_folder / (std::wstring(200, L'1') + L"\\a");
          }},
         {"LogOutput.h",
          [this] {
