@@ -101,7 +101,7 @@ protected:
 
     // One of two names, and the other next time. Their lengths differ, so that a text that is read
     // while it changes shows.
-    std::wstring Next() { return ++m_changes % 2 ? L"0" : std::wstring(200, L'1'); }
+    std::wstring Next() { return ++m_changes % 2 ? L"0" : std::wstring(60, L'1'); }
 
     static constexpr ActionStateInfo freeze = {static_cast<ActionType>(1), 0, 0};
     base::GdiPlusSession m_session;
@@ -190,7 +190,7 @@ std::vector<Operation> Threads::Product()
          [this] {
              const std::wstring path = zelPath::getPath(qor_utils::imagesStore, L"a");
              return path == m_folder / L"0\\a" ||
-                    path == m_folder / (std::wstring(200, L'1') + L"\\a");
+                    path == m_folder / (std::wstring(60, L'1') + L"\\a");
          }},
         {"LogOutput.h",
          [this] {
