@@ -19,12 +19,4 @@ FlowSpectrum FrameSource::Flow(int) const
     return {};
 }
 
-bool WriteFrame(const FrameSource& source, int frame, const std::wstring& path)
-{
-    std::vector<std::uint8_t> bytes;
-    CCineStore store;
-    return source.ReadFrame(frame, bytes) && BeginCine(store, path, source.Description()) &&
-           store.AddFrame(bytes.data(), static_cast<int>(bytes.size())) && store.EndStorage();
-}
-
 } // namespace exam

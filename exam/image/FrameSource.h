@@ -62,7 +62,4 @@ public:
     virtual FlowSpectrum Flow(int columns) const;
 };
 
-/// Writes one frame as a raw cine. False when it cannot be read or written.
-bool WriteFrame(const FrameSource& source, int frame, const std::wstring& path);
-
 } // namespace exam

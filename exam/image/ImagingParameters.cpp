@@ -9,7 +9,6 @@
 
 namespace exam {
 
-using QOR_MFC_CONVERSIONS::MFC_2_QOR;
 using QOR_MFC_CONVERSIONS::QOR_2_MFC;
 
 namespace {
@@ -86,16 +85,6 @@ PixelPoint ImagingParameters::PixelOf(const FramePoint& point) const
 {
     return {origin.x + point.x / std::max(1, micronsPerPixel.x),
             origin.y + point.y / std::max(1, micronsPerPixel.y)};
-}
-
-CPoint ImagingParameters::EntryOfBeam(const UPoint& first, const UPoint& second) const
-{
-    const auto between = [](CPoint a, CPoint b) { return ULine{a.x, a.y, b.x, b.y}; };
-    const ULine beam = between(Pixel(first.x, first.y), Pixel(second.x, second.y));
-    UPoint entry = MFC_2_QOR(Pixel(first.x, 0));
-    CImgGeometry::GetIntersectPt(beam, between(Pixel(first.x - 1, 0), Pixel(first.x + 1, 0)),
-                                 entry); // is unchanged where they do not meet
-    return QOR_2_MFC(entry);
 }
 
 double ImagingParameters::Millimetres(CPoint a, CPoint b) const

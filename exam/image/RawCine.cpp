@@ -72,13 +72,6 @@ std::wstring RawCine::Open(const std::wstring& path)
     return L"";
 }
 
-bool BeginCine(CCineStore& store, const std::wstring& path, const CineDescription& cine)
-{
-    return store.InitStorage(path.c_str(), cine.type, cine.stream, cine.steerAngle, cine.apexAngle,
-                             cine.lineOffset, cine.apertureLines, static_cast<int>(cine.origin),
-                             cine.unused);
-}
-
 bool RawCine::Read(std::int64_t offset, std::span<std::uint8_t> bytes) const
 {
     return offset >= 0 && m_file.Read(headerSize + offset, bytes.data(), bytes.size());

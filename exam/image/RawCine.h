@@ -3,7 +3,6 @@
 #include "base/FileReader.h"
 
 #include <qor_utils/uData.h>
-#include <Utils_Statics/CCineStore.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -61,8 +60,5 @@ private:
     CineDescription m_description;
     std::int64_t m_payloadSize = 0;
 };
-
-/// Begins a raw cine with this description. False when the file cannot be written.
-bool BeginCine(CCineStore& store, const std::wstring& path, const CineDescription& cine);
 
 } // namespace exam

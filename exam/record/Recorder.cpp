@@ -3,6 +3,7 @@
 #include "base/NumberedFiles.h"
 #include "image/CineFile.h"
 #include "image/CineMarks.h"
+#include "image/CineWriting.h"
 #include "record/MovieNote.h"
 #include "record/MovieSettings.h"
 

@@ -2,6 +2,7 @@
 #include "state/ExamState.h"
 
 #include "base/NumberedFiles.h"
+#include "image/CineWriting.h"
 
 #include <base/FileContents.h>
 #include <base/Folders.h>

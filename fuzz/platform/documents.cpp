@@ -42,7 +42,8 @@ void ReadPanel(const std::wstring& path)
     const auto& placements = panel.Placements();
     for (std::size_t i = 0; i < placements.size() && i < 8; ++i) {
         if (exam::PanelGrid::Holds(placements[i].grid))
-            fuzz::Require(!exam::PanelGrid::AreaOf(placements[i].grid).IsRectEmpty(),
+            fuzz::Require(!exam::PanelGrid::AreaOf(placements[i].grid, exam::PanelGrid::consoleSize)
+                               .IsRectEmpty(),
                           "a button on the grid has pixels");
         panel.Move(i, 1, 1);
         panel.ToggleCheck(i);

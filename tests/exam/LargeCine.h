@@ -2,6 +2,7 @@
 
 // A recording of many frames that takes no room on the disk: all but its header is a hole.
 
+#include "image/CineWriting.h"
 #include "image/RawCine.h"
 
 #include <base/Handles.h>

@@ -151,7 +151,7 @@ std::wstring Repaired(Place&, const std::wstring& path)
 std::wstring Unpacked(Place& place, const std::wstring& path)
 {
     return UnpackArchive(path, place / L"unpacked", "", Existing::replace,
-                         [](std::size_t, std::size_t, const std::wstring&) {})
+                         [](std::size_t, std::size_t, const std::wstring&) { return true; })
         .problem;
 }
 
@@ -227,8 +227,9 @@ std::vector<Kind> Kinds()
     Kind archive = {"Archive", L"study-001.zip",
                     [](Place& place) {
                         place.WriteStudy();
-                        PackFolder(place / L"study-001.zip", place.Study(),
-                                   [](std::size_t, std::size_t, const std::wstring&) {});
+                        PackFolder(
+                            place / L"study-001.zip", place.Study(),
+                            [](std::size_t, std::size_t, const std::wstring&) { return true; });
                     },
                     Unpacked};
     return {

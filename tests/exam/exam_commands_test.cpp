@@ -86,6 +86,11 @@ public:
         return m_problem.IsEmpty();
     }
     std::wstring ChooseImage() override { return m_chosen; }
+    std::wstring ChooseOneOf(const std::vector<std::wstring>& texts) override
+    {
+        m_offered = texts;
+        return m_chosen;
+    }
     void ShowRecent() override { ++m_recentShown; }
     void ToggleImages() override { ++m_imagesToggled; }
     void Close() override { ++m_closed; }
@@ -107,6 +112,7 @@ public:
     std::function<void(std::vector<FormField>&)> m_edit;
     CString m_problem; // of the last form
     std::wstring m_chosen;
+    std::vector<std::wstring> m_offered;
     int m_recentShown = 0;
     int m_imagesToggled = 0;
     int m_closed = 0;

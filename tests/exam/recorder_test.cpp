@@ -2,9 +2,9 @@
 
 #include "base/FileReader.h"
 #include "base/ScreenLayout.h"
+#include "image/AviChunks.h"
 #include "image/CineMarks.h"
 #include "image/OpenFrames.h"
-#include "record/AviChunks.h"
 #include "record/CineCommands.h"
 #include "record/MovieFile.h"
 #include "record/MovieSettings.h"

@@ -3,6 +3,7 @@
 #include "app/SampleTree.h"
 #include "base/Dpi.h"
 #include "status/StatusDisplay.h"
+#include "window/MainWindow.h"
 #include "WrittenTexts.h"
 
 #include <test_support/TemporaryFolder.h>
@@ -62,11 +63,10 @@ TEST(StatusPage, IsWholeAndTheIconsAreThoseOfTheResolution)
     for (const StatusSetting& setting : StatusSettings())
         SetWanted(setting, std::wstring(setting.entry) == L"Streaming");
     ExamState state;
-    CWnd owner;
-    ASSERT_TRUE(owner.CreateEx(0, nullptr, L"owner", WS_POPUP | WS_VISIBLE, CRect(0, 0, 1920, 1080),
-                               nullptr, 0));
+    MainWindow window(state, folder.Path());
+    ASSERT_TRUE(window.Open(WindowForm::console));
     {
-        StatusDisplay status(owner, state);
+        StatusDisplay status(window, window.Exam());
         ASSERT_TRUE(status.Open());
         CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
         for (const Screen& screen : screens) {
@@ -84,5 +84,5 @@ TEST(StatusPage, IsWholeAndTheIconsAreThoseOfTheResolution)
         CStatusStreaming::setState(CStatusStreaming::StreamingOff);
     }
     AssumeDpi(0);
-    owner.DestroyWindow();
+    window.DestroyWindow();
 }
