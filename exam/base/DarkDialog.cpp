@@ -53,8 +53,8 @@ void DrawButton(const DRAWITEMSTRUCT& item)
 {
     CDC& dc = *CDC::FromHandle(item.hDC);
     CRect box(item.rcItem);
-    dc.FillSolidRect(&box, item.itemState & ODS_SELECTED ? palette::line : palette::header);
-    CBrush edge(item.itemState & ODS_FOCUS ? palette::accent : palette::label);
+    dc.FillSolidRect(&box, (item.itemState & ODS_SELECTED) != 0 ? palette::line : palette::header);
+    CBrush edge((item.itemState & ODS_FOCUS) != 0 ? palette::accent : palette::label);
     dc.FrameRect(&box, &edge);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::text);
