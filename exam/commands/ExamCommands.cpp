@@ -68,7 +68,7 @@ constexpr Command examCommands[] = {
      .text = {"exam.command.recent", "exam.tip.recent"},
      .carryOut = [](Examination& e, int) { e.Window().ShowRecent(); },
      .opensRecent = true},
-    {.key = {.code = VK_F8},
+    {.key = {.code = 'I'},
      .text = {"exam.command.images", "exam.tip.images"},
      .carryOut = [](Examination& e, int) { e.Window().ToggleImages(); }},
     {.key = {.code = 'E'},

@@ -41,7 +41,8 @@ private:
 class ProgressWindow : public CWnd
 {
 public:
-    /// Shows the window, with a button to cancel if the work can be; false when the platform refuses.
+    /// Shows the window, with a button to cancel if the work can be; false when the platform
+    /// refuses.
     bool Open(CWnd& owner, const CString& title, bool canCancel = false);
 
     /// Shows that `done` of `all` files are finished, and the name of the next.

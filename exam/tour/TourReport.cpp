@@ -16,8 +16,9 @@ std::string FileName(const char* path)
     return std::filesystem::path(path).filename().string();
 }
 
-// The processor time of all threads of this process until now.
-std::chrono::milliseconds Worked()
+} // namespace
+
+std::chrono::milliseconds TourReport::Worked()
 {
     FILETIME moment = {};
     FILETIME kernel = {};
@@ -28,8 +29,6 @@ std::chrono::milliseconds Worked()
     };
     return std::chrono::milliseconds((ticks(kernel) + ticks(user)) / 10'000);
 }
-
-} // namespace
 
 void TourReport::WriteTo(const std::wstring& file)
 {

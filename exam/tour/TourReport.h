@@ -59,13 +59,16 @@ private:
 
     using Clock = std::chrono::steady_clock;
 
+    // The processor time of all threads of this process until now.
+    static std::chrono::milliseconds Worked();
+
     std::chrono::milliseconds m_longestStep;
     int m_steps = 0;
     int m_failed = 0;
     std::ofstream m_file;
     std::wstring m_done;
     Clock::time_point m_begin = Clock::now();
-    std::chrono::milliseconds m_worked{}; // until the step before
+    std::chrono::milliseconds m_worked = Worked(); // until the step before
 };
 
 } // namespace exam

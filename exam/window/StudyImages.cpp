@@ -31,7 +31,7 @@ BEGIN_MESSAGE_MAP(StudyImages, ListWindow)
 END_MESSAGE_MAP()
 
 StudyImages::StudyImages(Callbacks callbacks)
-    : ListWindow("exam.command.images", LVS_ICON | LVS_SINGLESEL | LVS_AUTOARRANGE, VK_F8),
+    : ListWindow("exam.command.images", LVS_ICON | LVS_SINGLESEL | LVS_AUTOARRANGE, 'I'),
       m_callbacks(std::move(callbacks))
 {
 }

@@ -180,7 +180,7 @@ TEST_F(ExamStateTest, KeepsGainAndDepthWithinTheirLimits)
 TEST_F(ExamStateTest, AMeasurementKeepsItsPlaceAtAnotherDepthAndHidesWhereTheImageEnds)
 {
     const ImagingParameters& image = m_state.View().Parameters();
-    Measure(image.Pixel(60, 300), image.Pixel(60, 1600));
+    Measure(image.Pixel(60, 1300), image.Pixel(60, 1600));
     const StudyContent made = m_state.Content();
     m_state.ChangeDepth(-1);
     EXPECT_EQ(m_state.Marks().Shown().size(), 1u);

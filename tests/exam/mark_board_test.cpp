@@ -351,7 +351,8 @@ TEST_F(MarkBoardTest, AMarkThatReachesOutOfTheDisplayIsDrawnAsFarAsItIsSeen)
     const auto isDrawn = [&](const CRect& part) {
         std::vector<unsigned int> pixels;
         canvas.Cut(part, pixels);
-        return std::ranges::any_of(pixels, [](unsigned int pixel) { return (pixel & 0xFFFFFF) != 0; });
+        return std::ranges::any_of(pixels,
+                                   [](unsigned int pixel) { return (pixel & 0xFFFFFF) != 0; });
     };
     EXPECT_TRUE(isDrawn(CRect(0, 0, 300, 280)));
     EXPECT_FALSE(isDrawn(CRect(0, 280, 600, 560)));
@@ -438,7 +439,8 @@ TEST_F(MarkBoardTest, TheListGivesALongNameSeveralRows)
         DrawMarkList(canvas.Context(), CRect(0, 0, 120, 100), m_study.Content(), {1}, 0);
         std::vector<unsigned int> pixels;
         canvas.Cut(CRect(0, 20, 10, 34), pixels);
-        return std::ranges::any_of(pixels, [](unsigned int pixel) { return (pixel & 0xFFFFFF) != 0; });
+        return std::ranges::any_of(pixels,
+                                   [](unsigned int pixel) { return (pixel & 0xFFFFFF) != 0; });
     };
     EXPECT_FALSE(startsInSecondRow(L"Aorta"));
     EXPECT_TRUE(startsInSecondRow(L"Common carotid artery in systole"));

@@ -71,7 +71,7 @@ TEST(StatusPage, IsWholeAndTheIconsAreThoseOfTheResolution)
         CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
         for (const Screen& screen : screens) {
             AssumeDpi(screen.dpi);
-            state.SetLayout(WindowLayout({screen.size, screen.dpi}), CPoint(0, 0));
+            window.TakeForm(WindowForm::window, CRect(CPoint(0, 0), screen.size));
             LookAtIcons(status, screen);
             status.OpenPage();
             for (int language = 0; language < 2; ++language) {

@@ -6,6 +6,7 @@
 #include "record/PixelCanvas.h"
 #include "screen/Screen.h"
 #include "service/PatientForm.h"
+#include "study/StudyTexts.h"
 #include "window/MainWindow.h"
 #include "window/MenuLook.h"
 #include "window/Menus.h"
@@ -172,7 +173,7 @@ TEST_P(WindowTextsTest, TheStripIsWhole)
 TEST_P(WindowTextsTest, TheDepthIsWhole)
 {
     InEachLanguage([&] {
-        const CSize text = SizeOf(GetStr("exam.value.depth", L"1234.5"));
+        const CSize text = SizeOf(LengthText(1234.5).c_str());
         EXPECT_LE(text.cx, m_state.Layout().badge.Width());
         EXPECT_LE(text.cy, m_state.Layout().badge.Height());
         EXPECT_LE(SizeOf(GetStr("exam.status.hint")).cx, m_state.Layout().statusRow.Width());
