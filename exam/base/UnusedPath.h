@@ -13,7 +13,8 @@ inline std::wstring UnusedPath(const std::wstring& stem, const std::wstring& end
     const std::wstring own = stem + std::to_wstring(GetCurrentProcessId()) + L"-";
     constexpr int mostTries = 1000; // a folder that nothing may be asked of seems to have them all
     for (int number = 1;; ++number) {
-        std::wstring path = own + std::to_wstring(number) + ending;
+        std::wstring path = own;
+        path += std::to_wstring(number) += ending;
         if (number == mostTries || KindOfFile(path) == FileKind::missing) return path;
     }
 }

@@ -34,8 +34,7 @@ std::vector<int> ReadMarks(const std::wstring& recording)
         if (place > 0) marks.push_back(place - 1);
     }
     std::ranges::sort(marks);
-    const auto [first, last] = std::ranges::unique(marks);
-    marks.erase(first, last);
+    marks.erase(std::unique(marks.begin(), marks.end()), marks.end());
     return marks;
 }
 

@@ -77,8 +77,8 @@ void ImageView::ZoomAt(double factor, CPoint pixel)
     const FramePoint at = m_parameters.InFrame({1.0 * pixel.x, 1.0 * pixel.y});
     m_zoom = std::clamp(m_zoom * factor, LeastZoom(), mostZoom);
     const double microns = std::max(1L, std::lround(m_fitted.micronsPerPixel.x / m_zoom));
-    m_middle = {at.x + (m_parameters.width / 2 - pixel.x) * microns,
-                at.y + (m_parameters.height / 2 - pixel.y) * microns};
+    const CPoint way(m_parameters.width / 2 - pixel.x, m_parameters.height / 2 - pixel.y);
+    m_middle = {at.x + way.x * microns, at.y + way.y * microns};
     Look();
 }
 

@@ -49,9 +49,9 @@ void DrawTrace(CDC& dc, const CRect& plot, int left, const spectralTraceData& tr
 {
     const unsigned char* const trace = traces.getDataSet(type);
     if (!trace) return;
-    std::vector<CPoint> points;
+    std::vector<CPoint> points(static_cast<std::size_t>(std::max(0, traces.getSetSize())));
     for (int i = 0; i < traces.getSetSize(); ++i)
-        points.emplace_back(left + i, RowOfBin(plot, trace[i]));
+        points[static_cast<std::size_t>(i)] = CPoint(left + i, RowOfBin(plot, trace[i]));
     CPen pen(PS_SOLID, 1, colour);
     const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
     DrawLines(dc, points);

@@ -89,7 +89,7 @@ protected:
     LRESULT OnContextMenu(WPARAM window, LPARAM place);
     void OnCaptureChanged(CWnd* next);
     void OnClose() { m_listener.close(); }
-    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM lParam);
+    LRESULT OnMinMaxInfo(WPARAM wParam, LPARAM info);
     LRESULT OnMouseActivate(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 

@@ -188,7 +188,7 @@ std::wstring PanelFileInForce()
 std::wstring UnreadablePanelFile()
 {
     for (const wchar_t* const name : {L"ButtonActions.xml", panelFileName}) {
-        const std::wstring path = QOR_MFC_CONVERSIONS::MFC_2_QOR(utilsExam::GetProtocolFile(name));
+        std::wstring path = QOR_MFC_CONVERSIONS::MFC_2_QOR(utilsExam::GetProtocolFile(name));
         zelXMLFile file;
         if (KindOfFile(path) != FileKind::missing && !file.open(path, true)) return path;
     }

@@ -136,9 +136,8 @@ std::vector<Repaired> RepairFolder(const std::wstring& folder)
         const std::wstring path = entry->path().wstring();
         if (IsCutOff(path) && !IsBeingWritten(path)) cutOff.push_back(path);
     }
-    std::vector<Repaired> repaired;
-    for (const std::wstring& path : cutOff)
-        repaired.push_back(RepairRecording(path));
+    std::vector<Repaired> repaired(cutOff.size());
+    std::ranges::transform(cutOff, repaired.begin(), RepairRecording);
     // A movie may have been finished just before its note could be removed.
     std::erase_if(repaired,
                   [](const Repaired& each) { return each.frames == 0 && each.problem.empty(); });

@@ -32,7 +32,7 @@ protected:
     ~StatusRowTest() override { m_parent.DestroyWindow(); }
 
     // The lines that the sensor's item logs for some paintings of the row.
-    long LinesOf(int paintings)
+    std::ptrdiff_t LinesOf(int paintings)
     {
         test_support::LogCapture log;
         for (int i = 0; i < paintings; ++i)
@@ -53,7 +53,7 @@ protected:
 
 TEST_F(StatusRowTest, LetsTheProbesItemDrawOnceForEachReading)
 {
-    const long once = LinesOf(1);
+    const std::ptrdiff_t once = LinesOf(1);
     EXPECT_GT(once, 0);
     EXPECT_LT(m_row.PaintedFrom(), 460);
     EXPECT_EQ(LinesOf(20), 0);
