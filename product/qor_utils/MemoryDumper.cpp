@@ -73,8 +73,9 @@ void StartWriter()
 // Runs on the caller's stack, of which hardly anything may be left.
 void WaitForWriter()
 {
-    ResumeThread(s_job.writer.hThread);
-    WaitForSingleObject(s_job.writer.hProcess, dumpTimeout);
+    constexpr DWORD refused = 0xFFFFFFFF;
+    if (ResumeThread(s_job.writer.hThread) != refused)
+        WaitForSingleObject(s_job.writer.hProcess, dumpTimeout);
 }
 
 // A writer that has not finished is terminated, and its file is deleted.

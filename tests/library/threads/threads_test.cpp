@@ -23,6 +23,9 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <functional>
+#include <map>
+#include <mutex>
 #include <random>
 #include <thread>
 
@@ -33,7 +36,7 @@ constexpr unsigned threadCount = 8;
 class Consumer : public IActionStateConsumer
 {
 public:
-    explicit Consumer(const ActionStateInfo& state) { RegisterActionSignal(state); }
+    void Register(const ActionStateInfo& state) { RegisterActionSignal(state); }
     void ActionStateChanged(const ActionStateInfo&, int value) override { m_value = value; }
     void ActionNotification(ActionType, int, int) override {}
 
@@ -103,6 +106,14 @@ protected:
     // while it changes shows.
     std::wstring Next() { return ++m_changes % 2 ? L"0" : std::wstring(60, L'1'); }
 
+    // The consumer of the calling thread. It stays until all threads have ended, because no
+    // consumer may be destroyed while another thread is telling it.
+    Consumer& OwnConsumer()
+    {
+        const std::scoped_lock lock(m_lock);
+        return m_consumers[std::this_thread::get_id()];
+    }
+
     static constexpr ActionStateInfo freeze = {static_cast<ActionType>(1), 0, 0};
     base::GdiPlusSession m_session;
     test_support::TemporaryRegistryKey m_key;
@@ -110,6 +121,10 @@ protected:
     test_support::TestVocabulary m_vocabulary{m_protocol / L"actions.xml"};
     test_support::TemporaryFolder m_folder;
     std::atomic<unsigned> m_changes = 0;
+
+private:
+    std::mutex m_lock;
+    std::map<std::thread::id, Consumer> m_consumers;
 };
 
 std::vector<Operation> Threads::Library() const
@@ -174,8 +189,9 @@ std::vector<Operation> Threads::Product()
                     pro_actions::ActionName(static_cast<ActionType>(1), 7) == L"Depth";
          }},
         {"IActionStateConsumer.h",
-         [] {
-             const Consumer consumer(freeze);
+         [this] {
+             Consumer& consumer = OwnConsumer();
+             consumer.Register(freeze);
              IActionStateConsumer::ActionStateSignal(freeze, 1);
              return consumer.Value() == 1;
          }},
