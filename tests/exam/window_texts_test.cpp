@@ -337,7 +337,8 @@ bool HasPlaceOfItsOwn(const std::string& id)
     static const std::regex others(
         "(exam\\.(button|command|menu|tip|key|label|value|probe|mode|sample|answer|form|about)\\..*"
         ")"
-        "|exam\\.keys.*|exam\\.status\\..*|exam\\.close\\..*|exam\\.archive\\.replace"
+        "|exam\\.keys.*|exam\\.status\\..*|exam\\.close\\..*|exam\\.recovery\\..*|exam\\.archive\\."
+        "replace"
         "|exam\\.patient\\..*|study\\..*|exam\\.record\\.mark|exam\\.service.*");
     return std::regex_match(id, others);
 }
@@ -360,7 +361,8 @@ TEST_P(WindowTextsTest, EachSentenceFindsRoomInTheStatusLine)
 TEST_P(WindowTextsTest, QuestionsAreWhole)
 {
     for (const TableText& text : TableTexts()) {
-        if (text.id != "exam.archive.replace" && text.id.find("exam.close.") != 0) continue;
+        static const std::regex questions("exam\\.(archive\\.replace|(close|recovery)\\..*)");
+        if (!std::regex_match(text.id, questions)) continue;
         int looked = 0;
         const std::function<void(HWND)> look = [&](HWND box) {
             ++looked;
