@@ -1,23 +1,17 @@
 #include "window/MainWindow.h"
 
-#include "base/DarkDialog.h"
 #include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Resources.h"
 #include "base/StateChanges.h"
-#include "image/OpenFrames.h"
 #include "service/FileChoice.h"
 #include "window/Capture.h"
 #include "window/Menus.h"
 
 #include <Utils_Statics/BalloonMessageService.h>
 #include <Utils_Statics/GetStr.h>
-#include <Utils_Statics/IProAgent.h>
 #include <Utils_Statics/MouseCapture.h>
-#include <Utils_Statics/ShowCursorHelper.h>
 #include <Utils_Statics/utilsExam.h>
-
-#include <shellapi.h>
 
 namespace exam {
 
@@ -238,70 +232,6 @@ bool MainWindow::SavePicture(const std::wstring& path)
 {
     UpdateWindow(); // the picture shows the latest change too
     return CaptureToPng(GetSafeHwnd(), path);
-}
-
-// Nobody answers the questions of an unattended run. Its agent keeps them.
-bool MainWindow::Ask(const CString& question)
-{
-    if (IProAgent* const agent = IProAgent::GetAgent()) {
-        agent->AddTail(question);
-        return true;
-    }
-    return AskYesOrNo(question, IDNO);
-}
-
-bool MainWindow::Offer(const CString& question)
-{
-    return AskYesOrNo(question, IDYES);
-}
-
-bool MainWindow::AskYesOrNo(const CString& question, int byDefault)
-{
-    const ShowCursorHelper cursor(false);
-    return ShowBox(GetSafeHwnd(), GetStr("exam.title").GetString(), question.GetString(),
-                   {{IDYES, GetStr("exam.answer.yes").GetString()},
-                    {IDNO, GetStr("exam.answer.no").GetString()}},
-                   byDefault) == IDYES;
-}
-
-void MainWindow::Tell(const CString& text)
-{
-    ::MessageBoxW(GetSafeHwnd(), text, GetStr("exam.title"), MB_OK | MB_ICONWARNING);
-}
-
-void MainWindow::ShowFile(const std::wstring& path)
-{
-    ShellExecuteW(GetSafeHwnd(), nullptr, L"explorer.exe", (L"/select,\"" + path + L"\"").c_str(),
-                  nullptr, SW_SHOWNORMAL);
-}
-
-bool MainWindow::Fill(const CString& title, std::vector<FormField>& fields, const FormCheck& check)
-{
-    const ShowCursorHelper cursor(false);
-    return AskForm(GetSafeHwnd(), title, fields, check);
-}
-
-std::wstring MainWindow::ChooseImage()
-{
-    const ShowCursorHelper cursor(false);
-    return ChooseFile(GetSafeHwnd(), GetStr("exam.files.cine"), showablePatterns);
-}
-
-std::wstring MainWindow::ChooseOneOf(const std::vector<std::wstring>& texts)
-{
-    const ShowCursorHelper cursor(false);
-    std::vector<CString> items;
-    for (const std::wstring& text : texts) {
-        items.emplace_back(text.c_str());
-        items.back().Replace(L"&", L"&&"); // one alone would underline the next letter
-    }
-    const MenuHandle menu = MakeTextMenu(items);
-    CPoint at;
-    GetCursorPos(&at);
-    const int chosen =
-        TrackPopupMenu(menu.get(), TPM_RETURNCMD, at.x, at.y, 0, GetSafeHwnd(), nullptr);
-    const auto index = static_cast<std::size_t>(chosen - 1);
-    return chosen > 0 && index < texts.size() ? texts[index] : std::wstring();
 }
 
 // No tool confines the cursor while a dialog or a menu needs it: the point in hand is put down.
