@@ -2,14 +2,11 @@
 
 #include <qor_utils/PixelCoordinates.h>
 #include <Utils_Statics/CImgGeometry.h>
-#include <Utils_Statics/MfcConversions.h>
 
 #include <algorithm>
 #include <cmath>
 
 namespace exam {
-
-using QOR_MFC_CONVERSIONS::QOR_2_MFC;
 
 namespace {
 
@@ -60,9 +57,10 @@ ImagingParameters WithoutScale(const CineDescription& description, CSize size)
 
 CPoint ImagingParameters::Pixel(int line, int sample) const
 {
-    return QOR_2_MFC(qor_utils::GetPixelCoordinatesLD(
+    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
         line, sample, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, &probe,
-        soundSpeed, lines, lineOffset, width, height, flip));
+        soundSpeed, lines, lineOffset, width, height, flip);
+    return {pixel.x, pixel.y};
 }
 
 UPoint ImagingParameters::ScanPosition(CPoint pixel) const
