@@ -47,6 +47,9 @@ public:
 
     void Step(bool held, const std::wstring& what, Place place = Place::Current());
 
+    /// The processor time of all threads of this process until now.
+    static std::chrono::milliseconds Worked();
+
     /// Tells what the user does in the step that comes next.
     void Do(const std::wstring& what);
 
@@ -58,9 +61,6 @@ private:
     void Execute() override;
 
     using Clock = std::chrono::steady_clock;
-
-    // The processor time of all threads of this process until now.
-    static std::chrono::milliseconds Worked();
 
     std::chrono::milliseconds m_longestStep;
     int m_steps = 0;

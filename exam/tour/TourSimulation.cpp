@@ -22,6 +22,7 @@ constexpr double longestBlock = 100; // milliseconds
 
 // Other programs may take both processors for a while. The tour only holds that frames run, and
 // prints their rate.
+constexpr double busyShare = 0.8; // of one processor
 constexpr double leastRate = 10;
 
 // What the window did while it showed a running probe.
@@ -77,10 +78,16 @@ void Live(TourContext& context, SampleSource source, const std::wstring& name)
     context.state.SelectImage(source);
     context.report.Step(context.WaitUntil([&] { return state.Frame() > 10; }),
                         L"the " + name + L" probe on the simulated patient runs");
+    const std::chrono::duration<double> before = TourReport::Worked();
     const LiveView view = Watch(context, 3);
+    const std::chrono::duration<double> work = TourReport::Worked() - before;
     const double rate = view.frames / view.seconds;
-    context.report.Step(rate > leastRate && rate < state.Source().FramesPerSecond() + 1.5,
-                        L"it shows " + Rounded(rate) + L" frames a second");
+    // A program that is built with checks is too slow, and has no processor left then.
+    const bool isBusy = work.count() > busyShare * view.seconds;
+    context.report.Step((rate > leastRate || isBusy) &&
+                            rate < state.Source().FramesPerSecond() + 1.5,
+                        L"it shows " + Rounded(rate) + L" frames a second" +
+                            (rate > leastRate ? L"" : L", and the processor makes no more"));
     context.report.Step(view.longestWork < longestBlock,
                         L"the window works for " + Rounded(view.longestWork) +
                             L" ms at most meanwhile, and is back after " + Rounded(view.longest) +

@@ -13,11 +13,12 @@
 //   FILE.txt.
 // - "--modules FOLDER" loads every library of a folder.
 // - "--bare yes" makes no crash handler.
-// - "--fail FUNCTION" makes the next call of the library's to that function fail, and says so.
+// - "--fail FUNCTION" makes the next call of the library's to that function fail, and says so
+//   (crash_fault_child only).
 // - "--inheritable NAME" opens the event of that name for every program that inherits handles;
 //   CRASH_HANDLE then holds the handle.
-#include "../faults/FaultHooks.h"
 #include "CrashFacts.h"
+#include "CrashFaults.h"
 #include "CrashKinds.h"
 #include "diagnostics/FaultGuard.h"
 
@@ -31,7 +32,6 @@
 
 #include <cstdio>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -167,19 +167,6 @@ void OpenInheritable(const std::wstring& name)
     SetEnvironmentVariableW(L"CRASH_HANDLE", number);
 }
 
-void SayThatItFailed()
-{
-    DWORD written = 0;
-    WriteFile(GetStdHandle(STD_ERROR_HANDLE), "failed\n", 7, &written, nullptr);
-}
-
-int ListRows()
-{
-    for (const std::string& row : faults::Hooks().rows)
-        std::puts(row.c_str());
-    return 0;
-}
-
 } // namespace
 
 int wmain(int count, wchar_t** arguments)
@@ -192,7 +179,7 @@ int wmain(int count, wchar_t** arguments)
     if (s_kind == "is-filtered" && count == 4)
         return CheckFilter(arguments[2], std::stoul(arguments[3]));
 
-    if (s_kind == "rows") return ListRows();
+    if (s_kind == "rows") return ListFunctions();
 
     if (const std::wstring log = options[L"--log"]; !log.empty()) qor_utils::SetLogDirectory(log);
     if (options[L"--bare"].empty()) MiniDumper();
@@ -209,11 +196,7 @@ int wmain(int count, wchar_t** arguments)
     }
 
     const std::string function = base::Utf8FromWide(options[L"--fail"]);
-    std::optional<faults::Hooks> hooks;
-    if (!function.empty()) {
-        hooks.emplace();
-        faults::FailNext({function, nullptr}, SayThatItFailed);
-    }
+    if (!function.empty() && !LetFail(function)) return 1;
     if (const std::wstring size = options[L"--thread"]; !size.empty()) {
         const base::Thread thread(CreateThread(nullptr, std::stoul(size), CrashOnThread, nullptr,
                                                STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
