@@ -24,6 +24,7 @@ GreyBitmapInfo MakeGreyBitmapInfo(CSize size)
     info.header.biPlanes = 1;
     info.header.biBitCount = 8;
     info.header.biCompression = BI_RGB;
+    info.header.biClrUsed = 256; // a metafile does not work it out
     for (int i = 0; i < 256; ++i) {
         const BYTE level = static_cast<BYTE>(i);
         info.colours[i] = {level, level, level, 0};
