@@ -6,6 +6,7 @@
 
 #include <commctrl.h>
 
+#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -93,8 +94,10 @@ void StudyImages::OnTimer(UINT_PTR)
 
 LRESULT StudyImages::OnNotify(WPARAM, LPARAM notice)
 {
-    const auto& activated = *reinterpret_cast<const NMITEMACTIVATE*>(notice);
-    if (activated.hdr.code != LVN_ITEMACTIVATE) return Default();
+    // The notice of a key is packed, and so may lie anywhere.
+    NMHDR header;
+    std::memcpy(&header, reinterpret_cast<const void*>(notice), sizeof header);
+    if (header.code != LVN_ITEMACTIVATE) return Default();
     const auto item = static_cast<std::size_t>(::SendMessageW(
         List(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
     if (item >= m_names.size()) return 0;
