@@ -82,7 +82,7 @@ TEST(StatusPage, IsWholeAndTheIconsAreThoseOfTheResolution)
         }
         EXPECT_TRUE(std::filesystem::exists(utilsExam::GetImage(L"curved.cine")));
         CStatusStreaming::setState(CStatusStreaming::StreamingOff);
+        window.DestroyWindow(); // it tells the display that nothing is recorded
     }
     AssumeDpi(0);
-    window.DestroyWindow();
 }
