@@ -2,24 +2,15 @@
 // without a sign of life.
 #include "base/Painting.h"
 #include "LargeCine.h"
+#include "MainWindowFixture.h"
 #include "window/Capture.h"
-#include "window/MainWindow.h"
 
-#include <gtest/gtest.h>
-#include <pro_actions/VocabularyLoading.h>
-#include <qor_utils/StoreFolders.h>
-#include <qor_utils/StoreNumbers.h>
-#include <test_support/Program.h>
-#include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/MouseCapture.h>
-#include <Utils_Statics/utilsExam.h>
-#include <zel_string_convert/TableLoading.h>
 
 #include <commctrl.h>
 #include <psapi.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <utility>
@@ -29,56 +20,14 @@ using namespace exam;
 
 namespace {
 
-CWinApp s_app; // the settings are read through it
-
-class WindowFeel : public testing::Test
+class WindowFeel : public OpenMainWindow
 {
 protected:
     WindowFeel()
     {
-        using test_support::BesideProgram;
-        EXPECT_TRUE(zel_string_convert::LoadTable(BesideProgram(L"sample\\strings")));
-        EXPECT_TRUE(pro_actions::LoadVocabulary(BesideProgram(L"sample\\actions.xml")));
-        qor_utils::SetStoreFolder(qor_utils::imagesStore, BesideProgram(L"sample\\images"));
-        std::free(const_cast<wchar_t*>(s_app.m_pszProfileName));
-        s_app.m_pszProfileName = _wcsdup((m_folder / L"exam.ini").c_str());
         EXPECT_EQ(m_state.AddRecording(L"linear.cine"), L"");
         Open(WindowForm::console);
     }
-    ~WindowFeel() override
-    {
-        Close();
-        pro_actions::ClearVocabulary();
-        zel_string_convert::ClearTable();
-    }
-
-    void Open(WindowForm form)
-    {
-        Close();
-        m_window.emplace(m_state, m_folder.Path());
-        EXPECT_TRUE(m_window->Open(form));
-        EXPECT_TRUE(m_window->OpenPanel());
-        s_app.m_pMainWnd = &*m_window;
-    }
-
-    void Close()
-    {
-        if (m_window && m_window->GetSafeHwnd()) m_window->DestroyWindow();
-        s_app.m_pMainWnd = nullptr;
-        m_window.reset();
-        HandleMessages();
-        utilsExam::AppExiting = false;
-    }
-
-    static void HandleMessages()
-    {
-        for (MSG next; PeekMessage(&next, nullptr, 0, 0, PM_REMOVE);)
-            DispatchMessage(&next);
-    }
-
-    test_support::TemporaryFolder m_folder;
-    ExamState m_state;
-    std::optional<MainWindow> m_window;
 };
 
 // The parts of the window that wait to be painted.
