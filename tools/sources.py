@@ -10,7 +10,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parent.parent
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^">]+)[">]', re.M)
 # Includes of private headers are written from these folders.
-ROOTS = ["Utils_Statics", "exam", "product", "simulation"]
+ROOTS = ["Utils_Statics", "core", "exam", "product", "simulation"]
 
 
 def arguments(usage, fewest=0, most=0, options=()):

@@ -8,7 +8,7 @@
 #include "record/MovieSettings.h"
 #include "record/Recorder.h"
 #include "screen/Screen.h"
-#include "SyntheticCine.h"
+#include "../core/SyntheticCine.h"
 
 #include <base/Handles.h>
 #include <qor_utils/StoreFolders.h>
