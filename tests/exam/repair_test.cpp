@@ -1,6 +1,7 @@
 // Recordings that were cut off: what a killed process leaves, and what becomes of it.
 #include "record/Repair.h"
 
+#include "../core/SyntheticCine.h"
 #include "image/CineFile.h"
 #include "image/OpenFrames.h"
 #include "record/MovieFile.h"
@@ -8,7 +9,6 @@
 #include "record/MovieSettings.h"
 #include "record/Recorder.h"
 #include "screen/Screen.h"
-#include "../core/SyntheticCine.h"
 
 #include <base/Handles.h>
 #include <qor_utils/StoreFolders.h>
