@@ -6,7 +6,7 @@
 
 namespace exam {
 
-/// How the bins of a spectrum are velocities, in the units of CDopplerScaling.
+/// Gives the bins of a spectrum their velocities, in the units of CDopplerScaling.
 struct FlowScale
 {
     int pulsePeriod = 0; ///< microseconds

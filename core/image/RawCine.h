@@ -12,7 +12,7 @@
 
 namespace exam {
 
-/// Where the frames of a raw cine come from.
+/// The frames of a raw cine come from one of these.
 enum class CineOrigin : std::int32_t
 {
     recorded = 0,

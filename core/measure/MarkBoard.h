@@ -125,7 +125,7 @@ private:
     void Draw(const PixelPoint& to);
     void Finish();
 
-    // What handles ask for.
+    // Handles call these.
     void Take(const MarkHandle& handle, int index);
     void Put(int number, std::size_t index, const PixelPoint& to);
     void Shift(int number, PixelPoint from, const PixelPoint& to);

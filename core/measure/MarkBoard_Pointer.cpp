@@ -1,4 +1,4 @@
-// How the pointer makes and moves marks.
+// The pointer makes and moves marks.
 #include "measure/MarkBoard.h"
 
 #include "base/StateChanges.h"

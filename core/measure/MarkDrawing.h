@@ -6,7 +6,7 @@
 
 namespace exam {
 
-/// How a mark looks now.
+/// This says how a mark looks now.
 struct MarkLook
 {
     bool isSelected = false;

@@ -44,7 +44,7 @@ public:
     bool IsRecording() const { return m_recording != nullptr; }
     int Frames() const { return m_frames; }
 
-    /// What is known of the running recording. The disk is asked once a second.
+    /// Returns what is known of the running recording. The disk is asked once a second.
     const RunningRecording& Running();
 
     /// Marks the last recorded frame. The result is a sentence in the current language.

@@ -33,7 +33,7 @@ struct RunningRecording
     std::optional<std::int64_t> secondsLeft = {}; ///< at its rate so far; none: not known
 };
 
-/// How the control panel is shown.
+/// The control panel is shown in one of these ways.
 struct PanelState
 {
     bool isShown = true;

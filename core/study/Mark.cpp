@@ -11,7 +11,7 @@ constexpr std::size_t manyPoints = 1000;
 constexpr auto onFrame = MarkPlace::frame;
 constexpr auto onStrip = MarkPlace::strip;
 
-// In the order of MarkKind.
+// The order is that of MarkKind.
 constexpr MarkKindInfo kinds[] = {
     {MarkKind::distance, L"distance", "study.kind.distance", onFrame, true, 2, 2},
     {MarkKind::angle, L"angle", "study.kind.angle", onFrame, true, 3, 3},

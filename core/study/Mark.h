@@ -24,7 +24,7 @@ enum class MarkKind
     term   ///< a text from the list of terms
 };
 
-/// What a mark lies on, which says what the coordinates of its points are.
+/// A mark lies on one of these, which says what the coordinates of its points are.
 enum class MarkPlace
 {
     frame, ///< scan line (x) and sample (y) of one frame

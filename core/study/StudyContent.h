@@ -23,11 +23,11 @@ struct Patient
     friend bool operator==(const Patient&, const Patient&) = default;
 };
 
-/// What Patient::sex may be, besides empty. The string table has a text for "study.sex." and each.
+/// Patient::sex is one of these or empty. The string table has a text for "study.sex." and each.
 inline constexpr const wchar_t* sexes[] = {L"female", L"male", L"other"};
 
-/// How the frames of a recording were acquired, from which all millimetres follow. Without scan
-/// lines (a picture, the strip alone) there are none.
+/// This says how the frames of a recording were acquired. All millimetres follow from it. Without
+/// scan lines (a picture, the strip alone) there are none.
 struct Acquisition
 {
     uDataDesc stream;            ///< its tag is 0

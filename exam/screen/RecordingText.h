@@ -2,10 +2,10 @@
 
 #include "state/ExamState.h"
 
-// What the screen says of a running recording, in the current language.
+// The screen says these things of a running recording, in the current language.
 namespace exam {
 
-/// Its time, such as "REC 1:05".
+/// The time so far, such as "REC 1:05".
 CString RecordingTimeText(const RunningRecording& recording);
 
 /// Its frames, and the time and the space that are left as far as they are known, such as

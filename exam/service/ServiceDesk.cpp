@@ -24,7 +24,7 @@ CString ResultText(const ArchiveResult& result, const char* doneKey, const std::
     return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
 }
 
-// What was skipped, and why.
+// Names what was skipped, and why.
 CString SkippedText(const std::vector<SkippedEntry>& skipped)
 {
     constexpr std::size_t most = 20; // that a box has room for

@@ -17,7 +17,7 @@ public:
     /// Sets the folder of the archives.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// How the user is asked before files are replaced, and told what was skipped.
+    /// The user is asked by these before files are replaced, and told what was skipped.
     struct Talk
     {
         std::function<bool(const CString& question)> ask;

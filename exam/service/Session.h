@@ -9,7 +9,7 @@
 
 namespace exam {
 
-/// What a session left that did not end as it should.
+/// A session that did not end as it should has left this.
 struct LostSession
 {
     std::wstring study;      ///< the study's folder

@@ -14,7 +14,7 @@ struct StatusSetting
     bool isShipped = false; ///< its state as long as nobody has chosen
 };
 
-/// What the status row shows.
+/// These settings say what the status row shows.
 std::span<const StatusSetting> StatusSettings();
 
 /// The states of the simulated devices.

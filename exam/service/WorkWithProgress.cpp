@@ -12,7 +12,7 @@ namespace exam {
 
 namespace {
 
-// How far the work is, as its thread says and the window reads.
+// The thread says here how far the work is, and the window reads it.
 class SharedProgress
 {
 public:

@@ -27,8 +27,8 @@ void TellKey(TourReport& report, UINT key)
         report.Do(std::wstring(L"key ") + KeyName(*command).GetString());
 }
 
-// What is seen after each step. The picture of all windows is kept as a file of its own whenever it
-// is not the last one.
+// Keeps what is seen after each step. The picture of all windows is kept as a file of its own
+// whenever it is not the last one.
 class TourEye
 {
 public:

@@ -25,7 +25,7 @@ constexpr double longestBlock = 100; // milliseconds
 constexpr double busyShare = 0.8; // of one processor
 constexpr double leastRate = 10;
 
-// What the window did while it showed a running probe.
+// Counts what the window did while it showed a running probe.
 struct LiveView
 {
     int frames = 0;

@@ -90,7 +90,7 @@ private:
     const simulation::Phantom& m_patient;
 };
 
-// Where a profile first reaches a level.
+// Finds where a profile first reaches a level.
 template <class Profile>
 double Crossing(const Profile& profile, double level, double from, double to)
 {

@@ -1,4 +1,4 @@
-// What the window asks and tells the user.
+// The window asks and tells the user here.
 #include "window/MainWindow.h"
 
 #include "base/DarkDialog.h"

@@ -13,7 +13,7 @@ namespace exam {
 class StudyImages : public ListWindow
 {
 public:
-    /// What the window works with. Names are those of Examination::StudyImages().
+    /// The window works with these. Names are those of Examination::StudyImages().
     struct Callbacks
     {
         std::function<std::vector<std::wstring>()> names;

@@ -37,7 +37,7 @@ std::vector<std::string> ReadInputs(const std::wstring& folder)
     return inputs;
 }
 
-// What a target may not lose from input to input.
+// A target may not lose any of these from input to input.
 struct Resources
 {
     DWORD handles = test_support::HandleCount();

@@ -11,7 +11,7 @@ namespace {
 // Larger inputs only take time.
 constexpr std::size_t mostBytes = 1 << 16;
 
-// Where sizes and counts overflow or change their sign.
+// Sizes and counts overflow or change their sign at these.
 constexpr std::uint32_t edges[] = {0,      1,      0x7F,       0x80,       0xFF,      0x100,
                                    0x7FFF, 0x8000, 0xFFFF,     0x10000,    0xFFFFFF,  0x7FFFFFFF,
                                    0x20,   0x40,   0x80000000, 0xFFFFFFFF, 0xFFFFFFFE};

@@ -1,4 +1,4 @@
-// What an image file of any format claims to be.
+// The target reads what an image file of any format claims to be.
 #include "imaging/ImageExtent.h"
 
 #include <fuzz/Input.h>

@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    // How far the phases of the blood have turned at a pulse: by the flow on the axis, and by the
+    // The phases of the blood have turned so far at a pulse: by the flow on the axis, and by the
     // growth of the vessel at its wall.
     struct Change
     {

@@ -78,7 +78,7 @@ double Patient::MovingLayer() const
            4 * (m_motion.LargestRadius() - m_motion.SmallestRadius());
 }
 
-// How far the vessel goes on both sides of its centre until it has left the frame.
+// Says how far the vessel goes on both sides of its centre until it has left the frame.
 double Patient::VisibleHalfLength() const
 {
     const Acquisition& a = m_settings.acquisition;

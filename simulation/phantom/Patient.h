@@ -46,7 +46,7 @@ public:
     bool IsFluid(PointMm point) const;
 
     const std::vector<BloodCell>& Blood() const { return m_blood; }
-    // How many moving scatterers lie on a square millimetre.
+    // So many moving scatterers lie on a square millimetre.
     double Density() const { return m_density; }
     // The place along the axis of a blood cell, mm, when the blood on the axis went as far as this.
     // A cell that leaves the vessel at one end enters it at the other.

@@ -8,8 +8,8 @@
 
 namespace simulation {
 
-// What a scanner does with echoes: the gain over depth, its own noise, and the compression of
-// amplitudes to grey levels.
+// The receiver does what a scanner does with echoes: the gain over depth, its own noise, and the
+// compression of amplitudes to grey levels.
 class Receiver
 {
 public:

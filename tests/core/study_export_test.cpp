@@ -117,7 +117,8 @@ TEST_F(StudyExportTest, ATermFollowsTheLanguage)
     EXPECT_EQ(TermText(L"unknown"), L"unknown");
 }
 
-// For check-study-exports: a table and a report in each language, and the bytes of the picture.
+// check-study-exports reads these files: a table and a report in each language, and the bytes of
+// the picture.
 TEST_F(StudyExportTest, DISABLED_WritesFiles)
 {
     const std::wstring folder = test_support::EnvironmentVariable(L"EXAM_STUDY_FOLDER");

@@ -1,4 +1,4 @@
-// What is measured, against numbers that are known beforehand.
+// Measured values are compared with numbers that are known beforehand.
 #include "image/ImagingParameters.h"
 #include "study/FrameScale.h"
 #include "study/MarkValues.h"

@@ -390,7 +390,7 @@ TEST_P(BadInput, ThatCannotBeOpenedIsNamed)
     }
 }
 
-// For the kinds whose names the application does not choose itself.
+// The application does not choose the names of these kinds itself.
 class BadDevice : public BadInput
 {
 };

@@ -1,4 +1,4 @@
-// What the main window shows while frames run, and how recordings end with it.
+// The main window shows running frames, and recordings end with it.
 #include "base/ScreenLayout.h"
 #include "MainWindowFixture.h"
 #include "record/MovieFile.h"

@@ -1,5 +1,5 @@
-// What the next start offers after an exam that crashed or was killed. exam.exe itself runs here,
-// worked by the messages that a user's input becomes.
+// The next start offers what an exam that crashed or was killed has left. exam.exe itself runs
+// here, worked by the messages that a user's input becomes.
 #include <base/Handles.h>
 #include <gtest/gtest.h>
 #include <test_support/Files.h>

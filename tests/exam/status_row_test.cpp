@@ -1,4 +1,4 @@
-// What the status row asks of its items.
+// The status row asks its items for what it shows.
 #include "status/StatusRow.h"
 #include "status/StatusSimulators.h"
 

@@ -1,4 +1,4 @@
-// What a tour finds wrong with what it sees, and what it keeps of its steps.
+// A tour finds what is wrong with what it sees, and keeps its steps.
 #include "base/Painting.h"
 #include "tour/TourReport.h"
 #include "tour/TourScreen.h"

@@ -1,5 +1,5 @@
-// What the main window takes to paint, open, play and work: only what changed, and never long
-// without a sign of life.
+// The main window paints, opens, plays and works: only what changed, and never long without a
+// sign of life.
 #include "base/Painting.h"
 #include "LargeCine.h"
 #include "MainWindowFixture.h"

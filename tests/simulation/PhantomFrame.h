@@ -72,7 +72,7 @@ private:
     std::vector<unsigned char> m_frame;
 };
 
-// Where a profile that starts at `from` first reaches a level; `to` when it never does.
+// Finds where a profile that starts at `from` first reaches a level; `to` when it never does.
 template <class Profile>
 double Crossing(const Profile& profile, double level, double from, double to)
 {

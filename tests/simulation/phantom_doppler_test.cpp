@@ -15,7 +15,7 @@ enum Trace : std::size_t
     meanReverse,
 };
 
-// What the traces say of the vessel: velocities along its axis towards the right, m/s.
+// Holds what the traces say of the vessel: velocities along its axis towards the right, m/s.
 class Traces
 {
 public:

@@ -1,4 +1,4 @@
-// What a frame of the phantom shows, and where.
+// A frame of the phantom shows its tissue and its vessel in their places.
 #include "phantom/Patient.h"
 #include "PhantomFrame.h"
 
@@ -16,7 +16,7 @@ ZelProbe ProbeOf(const Acquisition& a)
     return {static_cast<int>(a.probe), a.elements, a.pitch, a.radius, a.sectorAngle};
 }
 
-// Without an image. The probe has to outlive the result.
+// The result has no image. The probe has to outlive it.
 qor_utils::ScanGeometry GeometryOf(const Acquisition& acquisition, const ZelProbe& probe)
 {
     qor_utils::ScanGeometry geometry;

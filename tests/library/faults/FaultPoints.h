@@ -13,8 +13,8 @@
 // Makes calls of the library and of the product's libraries fail, one at a time.
 namespace faults {
 
-// How a call fails: in place of the platform's function, or after it, as the closing of something
-// does, which is gone all the same.
+// A call fails in one of two ways: in place of the platform's function, or after it, as the closing
+// of something does, which is gone all the same.
 enum class When
 {
     instead,
@@ -83,7 +83,7 @@ struct Name
     char text[size] = {};
 };
 
-// What the modules call in place of the function.
+// The modules call this in place of the function.
 template <class Function, Name name, std::intptr_t value, When when>
 struct Fault;
 

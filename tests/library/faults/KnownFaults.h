@@ -4,13 +4,13 @@
 
 namespace faults {
 
-// Whether a failure of this function is let pass in this step, and nobody has to tell.
+// True when a failure of this function is let pass in this step, and nobody has to tell.
 bool IsUnheard(std::string_view step, std::string_view function);
 
-// Whether something stays open after a failure of this function in this step.
+// True when something stays open after a failure of this function in this step.
 bool IsKept(std::string_view step, std::string_view function);
 
-// Whether this function is not made to fail in this step.
+// True when this function is not made to fail in this step.
 bool IsSpared(std::string_view step, std::string_view function);
 
 } // namespace faults

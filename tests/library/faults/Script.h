@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-// What an application does with the library, in steps that can be repeated.
+// The script does what an application does with the library, in steps that can be repeated.
 namespace faults {
 
-// What a step saw of the library: the results, and the truth behind them.
+// A step keeps what it saw of the library: the results, and the truth behind them.
 class Outcome
 {
 public:
@@ -32,7 +32,7 @@ public:
         if (value == otherwise) m_tells = true;
         Sees(value);
     }
-    // What is there afterwards.
+    // These are there afterwards.
     void Sees(const std::wstring& fact) { m_seen += ' ' + std::string(fact.begin(), fact.end()); }
     void Sees(long long number) { m_seen += ' ' + std::to_string(number); }
 

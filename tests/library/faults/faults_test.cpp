@@ -27,7 +27,7 @@ CWinApp theApplication(L"faults");
 namespace faults {
 namespace {
 
-// What a program has open.
+// Counts what a program has open.
 struct Resources
 {
     DWORD handles = test_support::HandleCount();
@@ -122,7 +122,7 @@ TEST_F(FaultsTest, TheTableIsWhole)
                 static_cast<unsigned>(hooks.exempt.size()));
 }
 
-// What became of the faults, in numbers.
+// Counts what became of the faults.
 struct Tally
 {
     unsigned sites = 0;    // places of calls
@@ -188,7 +188,7 @@ private:
         FailOnce(site, true);
         const Resources before = std::exchange(m_resources, Resources());
         if (!m_resources.IsAbove(before)) return;
-        // What is kept once is not lost, and neither is a thread that still works.
+        // A block that is kept once is not lost, and neither is a thread that still works.
         if (!Grows(site, before) || !Grows(site, m_resources)) return;
         if (!IsKept(m_step.name, site.function))
             ADD_FAILURE() << site.function << " in " << m_step.name << ": before " << before

@@ -68,7 +68,7 @@ struct Operation
     std::function<bool()> isRight;
 };
 
-// What the operations work on. Those that change something change it between two values.
+// The operations work on this. Those that change something change it between two values.
 class Threads : public testing::Test
 {
 protected:

@@ -5,7 +5,7 @@
 
 #include <stddef.h>
 
-// What a library exports and imports, where all sources are one program.
+// All sources are one program here, so a library exports and imports nothing.
 #define __declspec(what)
 
 #ifdef __cplusplus
