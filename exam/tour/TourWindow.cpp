@@ -51,8 +51,9 @@ bool AreAllWhole(HWND window)
     return areWhole;
 }
 
-// A picture of a window's client area. A window may be larger than the screen, so it is moved
-// about and looked at part by part.
+// A picture of a window's client area. A window that is larger than the screen is moved about and
+// looked at part by part. One that is not stays where all of it is on the screen, because a
+// platform may keep no pixels of what lies outside.
 class WindowPicture
 {
 public:
@@ -64,10 +65,12 @@ public:
         m_selection.emplace(m_memory.get(), m_bitmap.get());
         CRect before;
         GetWindowRect(window, &before);
-        const CSize part(GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) / 2);
-        for (int y = 0; y < m_client.bottom; y += part.cy)
-            for (int x = 0; x < m_client.right; x += part.cx)
-                Take(window, CRect(CPoint(x, y), part));
+        const CSize screen(GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+        if (before.Width() <= screen.cx && before.Height() <= screen.cy) {
+            MoveTo(window, CPoint(0, 0));
+            Take(window, m_client);
+        } else
+            TakeParts(window, {screen.cx / 2, screen.cy / 2});
         MoveTo(window, before.TopLeft());
     }
 
@@ -100,14 +103,22 @@ private:
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
-    void Take(HWND window, const CRect& part)
+    void TakeParts(HWND window, CSize size)
     {
         CRect all;
         CPoint origin(0, 0);
         GetWindowRect(window, &all);
         ClientToScreen(window, &origin);
         all.OffsetRect(-origin);
-        MoveTo(window, {all.left - part.left, all.top - part.top});
+        for (int y = 0; y < m_client.bottom; y += size.cy)
+            for (int x = 0; x < m_client.right; x += size.cx) {
+                MoveTo(window, {all.left - x, all.top - y});
+                Take(window, CRect(CPoint(x, y), size));
+            }
+    }
+
+    void Take(HWND window, const CRect& part)
+    {
         RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
         BitBlt(m_memory.get(), part.left, part.top, part.Width(), part.Height(),
                base::WindowContext(window).get(), part.left, part.top, SRCCOPY);
