@@ -30,6 +30,15 @@ std::optional<std::wstring> PrepareCodec(CWinApp& app)
     return name;
 }
 
+// True for a codec that compresses the pictures of movies. Some only show those of others.
+bool IsCompressor(DWORD handler)
+{
+    const BITMAPINFOHEADER picture = {sizeof picture, 640, 480, 1, 32, BI_RGB,
+                                      640 * 480 * 4,  0,   0,   0, 0};
+    const base::VideoCodec codec(ICOpen(ICTYPE_VIDEO, handler, ICMODE_COMPRESS));
+    return codec && ICCompressQuery(codec.get(), &picture, nullptr) == ICERR_OK;
+}
+
 // The number in a text; nothing when the text holds more or less than a number.
 std::optional<long> Number(const wchar_t* text)
 {
@@ -64,7 +73,8 @@ std::vector<std::wstring> InstalledCodecs()
     std::vector<std::wstring> names = {uncompressed};
     ICINFO info;
     base::FindVideoCodec(info, [&](const wchar_t* codec) {
-        if (std::ranges::find(names, codec) == names.end()) names.emplace_back(codec);
+        if (std::ranges::find(names, codec) == names.end() && IsCompressor(info.fccHandler))
+            names.emplace_back(codec);
         return false;
     });
     return names;

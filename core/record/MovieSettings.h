@@ -14,7 +14,7 @@ inline constexpr wchar_t movieSection[] = L"Settings\\Capture";
 inline constexpr wchar_t codecEntry[] = L"RecordCodec";
 inline constexpr wchar_t qualityEntry[] = L"RecordQuality";
 
-/// "Uncompressed", and the short names of the installed codecs.
+/// "Uncompressed", and the short names of the installed codecs that record.
 std::vector<std::wstring> InstalledCodecs();
 
 /// The name of an installed codec in the form that the library needs: "Uncompressed", which stands

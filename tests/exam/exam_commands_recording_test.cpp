@@ -3,6 +3,7 @@
 #include "base/ScreenLayout.h"
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
+#include "record/MovieSettings.h"
 #include "record/PixelCanvas.h"
 #include "screen/RecordingText.h"
 #include "screen/Timeline.h"
@@ -89,6 +90,16 @@ TEST_F(CommandsTest, AMissingCodecIsToldWithTheFileAndWhatCanBeDone)
     EXPECT_EQ(m_state.Status(),
               GetStr("exam.record.nocodec", (m_folder / L"movie-001.avi").c_str(), L"none such"));
     EXPECT_GE(m_state.Status().Find(KeyName(*CommandOfKey(VK_F12))), 0); // opens the settings
+}
+
+TEST_F(CommandsTest, EveryCodecThatIsOfferedRecords)
+{
+    for (const std::wstring& codec : InstalledCodecs()) {
+        s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", codec.c_str());
+        Press('V');
+        EXPECT_TRUE(m_state.Recording()) << codec;
+        m_exam.EndRecording();
+    }
 }
 
 TEST_F(CommandsTest, TheTimelineShowsTheMarks)
