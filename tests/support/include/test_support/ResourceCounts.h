@@ -19,16 +19,43 @@ inline DWORD HandleCount()
     return count;
 }
 
-// The drawing objects of this process.
+// The drawing objects of this process. Where the platform does not count them, all possible handles
+// are tried; the upper half of a handle may be left out.
 inline DWORD DrawingObjectCount()
 {
-    return GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    if (count > 0) return count;
+    for (std::uintptr_t value = 1; value <= 0xFFFF; ++value)
+        count += GetObjectType(reinterpret_cast<HGDIOBJ>(value)) != 0;
+    return count;
 }
 
-// The windows, menus and other user objects of this process.
+inline bool IsWindowOfThisProcess(HWND window)
+{
+    DWORD process = 0;
+    return GetWindowThreadProcessId(window, &process) != 0 && process == GetCurrentProcessId();
+}
+
+inline bool IsIcon(HICON icon)
+{
+    ICONINFO parts{};
+    if (!GetIconInfo(icon, &parts)) return false;
+    DeleteObject(parts.hbmMask);
+    DeleteObject(parts.hbmColor);
+    return true;
+}
+
+// The windows, menus and other user objects of this process. Where the platform does not count
+// them, the first 4096 possible handles are tried, of which it gives the free ones away first.
 inline DWORD UserObjectCount()
 {
-    return GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    DWORD count = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    if (count > 0) return count;
+    constexpr std::uintptr_t first = 0x20;
+    for (std::uintptr_t value = first; value < first + std::uintptr_t{2} * 4096; value += 2)
+        count += IsWindowOfThisProcess(reinterpret_cast<HWND>(value)) ||
+                 IsMenu(reinterpret_cast<HMENU>(value)) || IsIcon(reinterpret_cast<HICON>(value));
+    return count;
 }
 
 } // namespace test_support
