@@ -257,6 +257,7 @@ protected:
 };
 
 HFONT s_dialogFont;
+bool s_isRedrawn;
 
 TEST_F(DialogFontTest, IsSetOnTheDialogAndAllItsControls)
 {
@@ -268,19 +269,24 @@ TEST_F(DialogFontTest, IsSetOnTheDialogAndAllItsControls)
         EXPECT_EQ(FontOf(window), nullptr) << "the system's";
 }
 
-TEST(DialogFont, ReachesTheDialogItself)
+TEST(DialogFont, ReachesTheDialogItselfAndRepaintsItAtWill)
 {
     ExamWindow window;
-    window.onMessage = [](ExamWindow&, UINT message, WPARAM wParam, LPARAM) {
-        if (message == WM_SETFONT) s_dialogFont = reinterpret_cast<HFONT>(wParam);
-        return message == WM_SETFONT;
+    window.onMessage = [](ExamWindow&, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message != WM_SETFONT) return false;
+        s_dialogFont = reinterpret_cast<HFONT>(wParam);
+        s_isRedrawn = LOWORD(lParam) != 0;
+        return true;
     };
     CWnd dialog;
     dialog.Attach(window.Handle());
     CFont font;
     font.CreatePointFont(100, L"Arial");
-    utilsExam::ChangeDialogFont(&dialog, &font, 0);
-    EXPECT_EQ(s_dialogFont, static_cast<HFONT>(font));
+    for (const int redraw : {0, 1, 2}) {
+        utilsExam::ChangeDialogFont(&dialog, &font, redraw);
+        EXPECT_EQ(s_dialogFont, static_cast<HFONT>(font));
+        EXPECT_EQ(s_isRedrawn, redraw != 0);
+    }
     dialog.Detach();
 }
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -98,7 +99,8 @@ TEST(CreateImageMask, WritesNothingWithoutWidth)
 {
     unsigned char pixel = 7;
     EXPECT_TRUE(Create(&pixel, SmallInput(0, 10)));
-    EXPECT_TRUE(Create(nullptr, SmallInput(-1, 10)));
+    for (const auto& [width, height] : {std::pair{-1, 10}, {0, 10}, {10, 0}})
+        EXPECT_TRUE(Create(nullptr, SmallInput(width, height))) << width << " x " << height;
     EXPECT_TRUE(Create(&pixel, SmallInput(10, -10)));
     EXPECT_EQ(pixel, 7);
 }

@@ -1,19 +1,24 @@
 #include "PictureFiles.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
+void AppendNumber(std::string& bytes, std::uint32_t value, int count, bool isBig)
+{
+    for (int i = 0; i < count; ++i)
+        bytes += static_cast<char>(value >> 8 * (isBig ? count - 1 - i : i));
+}
+
 void AppendBig32(std::string& bytes, std::uint32_t value)
 {
-    for (int shift = 24; shift >= 0; shift -= 8)
-        bytes += static_cast<char>(value >> shift);
+    AppendNumber(bytes, value, 4, true);
 }
 
 void AppendLittle(std::string& bytes, std::uint32_t value, int count)
 {
-    for (int i = 0; i < count; ++i)
-        bytes += static_cast<char>(value >> 8 * i);
+    AppendNumber(bytes, value, count, false);
 }
 
 std::uint32_t Crc(const std::string& bytes)
@@ -124,6 +129,32 @@ std::string BmpFileThatClaims(int width, int height)
     AppendLittle(file, 0, 4);
     AppendLittle(file, 54, 4);
     AppendInfoHeader(file, width, height);
+    return file;
+}
+
+std::string JpegFileThatClaims(std::uint32_t width, std::uint32_t height)
+{
+    // A byte of padding, a comment, a table whose marker is between those of frames, and the frame.
+    std::string file("\xFF\xD8\xFF\xFF\xFE\0\5abc\xFF\xC4\0\2\xFF\xC2\0\x11\x08", 19);
+    AppendNumber(file, height, 2, true);
+    AppendNumber(file, width, 2, true);
+    return file.append(8, '\0');
+}
+
+std::string TiffFileThatClaims(std::uint32_t width, std::uint32_t height, bool isBig, int bytes)
+{
+    constexpr std::uint32_t directory = 12;
+    std::string file(isBig ? "MM\0*" : "II*\0", 4);
+    AppendNumber(file, directory, 4, isBig);
+    file.resize(directory);
+    AppendNumber(file, 2, 2, isBig);
+    for (const auto& [tag, value] : {std::pair{256U, width}, std::pair{257U, height}}) {
+        AppendNumber(file, tag, 2, isBig);
+        AppendNumber(file, bytes == 2 ? 3 : 4, 2, isBig);
+        AppendNumber(file, 1, 4, isBig);
+        AppendNumber(file, value, bytes, isBig);
+        file.append(static_cast<std::size_t>(4 - bytes), '\0');
+    }
     return file;
 }
 

@@ -21,6 +21,11 @@ std::string GifFile(SizeOfGif screen, SizeOfGif picture);
 // A BMP file whose header claims this size and whose pixels are missing.
 std::string BmpFileThatClaims(int width, int height);
 
+// A JPEG file and a TIFF file that claim this size and have no pixels. In the TIFF file all numbers
+// begin with their high byte when it is big; those of the size have so many bytes.
+std::string JpegFileThatClaims(std::uint32_t width, std::uint32_t height);
+std::string TiffFileThatClaims(std::uint32_t width, std::uint32_t height, bool isBig, int bytes);
+
 // A square picture of an icon file, with 32 bits a pixel: the upper half in one colour, the lower
 // in another. Colours without alpha are transparent.
 std::string IconPicture(int size, std::uint32_t upper, std::uint32_t lower);

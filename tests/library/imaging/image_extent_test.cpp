@@ -89,6 +89,25 @@ TEST_F(ImageExtentTest, CountsThePictureOfAGifFileAndNotItsScreen)
     }
 }
 
+TEST_F(ImageExtentTest, FindsTheFrameOfAJpegFileBehindOtherSegments)
+{
+    EXPECT_TRUE(Accepts(JpegFileThatClaims(16383, 16383)));
+    EXPECT_TRUE(Accepts(JpegFileThatClaims(65535, 4000)));
+    EXPECT_FALSE(Accepts(JpegFileThatClaims(16384, 16384)));
+    EXPECT_FALSE(Accepts(JpegFileThatClaims(65535, 4100)));
+}
+
+TEST_F(ImageExtentTest, ReadsTheSizeOfATiffFileInEachOrderAndLengthOfNumbers)
+{
+    for (const bool isBig : {false, true})
+        for (const int bytes : {2, 4}) {
+            EXPECT_TRUE(Accepts(TiffFileThatClaims(16383, 16383, isBig, bytes)));
+            EXPECT_TRUE(Accepts(TiffFileThatClaims(65535, 4000, isBig, bytes)));
+            EXPECT_FALSE(Accepts(TiffFileThatClaims(16384, 16384, isBig, bytes)));
+            EXPECT_FALSE(Accepts(TiffFileThatClaims(65535, 4100, isBig, bytes)));
+        }
+}
+
 // GDI+ decodes no other.
 TEST_F(ImageExtentTest, CountsTheFirstPictureOfAnIconFile)
 {
