@@ -16,12 +16,12 @@ namespace {
 
 constexpr std::size_t largestFile = 1'000'000; // bytes
 
+} // namespace
+
 std::wstring MarksPath(const std::wstring& recording)
 {
     return recording + L".marks";
 }
-
-} // namespace
 
 std::vector<int> ReadMarks(const std::wstring& recording)
 {

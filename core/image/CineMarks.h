@@ -8,6 +8,9 @@
 // ".marks" behind it: one frame a line, counted from 1.
 namespace exam {
 
+/// The file with the marks of a recording, which may be missing.
+std::wstring MarksPath(const std::wstring& recording);
+
 /// The marked frames of a recording, counted from 0, each once and in their order. None when there
 /// is no such file; lines that name no frame are left out.
 std::vector<int> ReadMarks(const std::wstring& recording);

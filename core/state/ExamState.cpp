@@ -54,14 +54,14 @@ std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& na
 {
     OpenedFrames opened = OpenFrames(path);
     if (!opened.source) return opened.problem;
-    m_sources.push_back({std::move(opened.source), name});
+    m_sources.push_back({std::move(opened.source), name, path});
     if (m_sources.size() == 1) ShowFrame();
     return {};
 }
 
 void ExamState::AddSimulation(simulation::ProbeShape probe)
 {
-    m_sources.push_back({std::make_unique<LiveProbe>(probe), {}});
+    m_sources.push_back({std::make_unique<LiveProbe>(probe), {}, {}});
 }
 
 void ExamState::SelectImage(std::size_t index)

@@ -63,6 +63,9 @@ public:
     /// or one sentence that names the first one that cannot be.
     std::wstring OpenStudy(StudyContent content, const std::wstring& folder);
     const std::wstring& StudyFolder() const { return m_studyFolder; }
+    /// The file that an object of the study has for its image: in the study's folder, or else in
+    /// the images store. It may be missing.
+    std::wstring ImagePath(const std::wstring& image) const;
 
     /// Change the study by its own operations; false when there is nothing to do. The file of a
     /// probe's frame goes and comes back with the frame.
@@ -185,6 +188,7 @@ private:
     {
         std::unique_ptr<FrameSource> source;
         std::wstring name;
+        std::wstring path; // its file
     };
 
     // The frame of a probe that the study keeps: the name of its file in the study's folder, and

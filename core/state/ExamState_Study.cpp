@@ -1,6 +1,7 @@
 // The study: its recordings and marks, undo and redo, and the frames that it keeps.
 #include "state/ExamState.h"
 
+#include "base/FileReader.h"
 #include "base/NumberedFiles.h"
 #include "image/CineWriting.h"
 
@@ -8,6 +9,7 @@
 #include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -37,15 +39,25 @@ std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& fold
     return problem;
 }
 
+std::wstring ExamState::ImagePath(const std::wstring& image) const
+{
+    const std::wstring inStudy = (std::filesystem::path(m_studyFolder) / image).wstring();
+    if (KindOfFile(inStudy) != FileKind::missing) return inStudy;
+    return std::wstring(utilsExam::GetImage(image.c_str()));
+}
+
 std::wstring ExamState::AddImageOf(const StudyObject& object)
 {
-    if (object.image.empty() || SourceNamed(object.image)) return {};
-    const std::filesystem::path inStudy = std::filesystem::path(m_studyFolder) / object.image;
-    if (AddFile(inStudy.wstring(), object.image).empty()) {
-        const std::wstring missing = m_sources.back().source->Problem();
-        return missing.empty() ? missing : inStudy.wstring() + L": " + missing;
+    if (object.image.empty()) return {};
+    const std::wstring path = ImagePath(object.image);
+    for (Entry& entry : m_sources) {
+        if (entry.name != object.image) continue;
+        if (entry.path == path) return {};
+        entry.name = entry.path; // another study's, or one of the images store
     }
-    return AddRecording(object.image);
+    if (std::wstring problem = AddFile(path, object.image); !problem.empty()) return problem;
+    const std::wstring missing = m_sources.back().source->Problem();
+    return missing.empty() ? missing : path + L": " + missing;
 }
 
 const FrameSource* ExamState::SourceNamed(const std::wstring& image) const

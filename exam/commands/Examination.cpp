@@ -223,14 +223,12 @@ void Examination::ExportReport()
 void Examination::Pack()
 {
     SaveChanges();
-    m_state.SetStatus(m_service.Pack(m_window.Owner(), m_state.StudyFolder()));
+    m_state.SetStatus(m_service.Pack(m_window.Owner(), m_state, StudyImages(), m_talk));
 }
 
 void Examination::Unpack()
 {
-    m_state.SetStatus(m_service.Unpack(
-        m_window.Owner(), {[this](const CString& question) { return m_window.Ask(question); },
-                           [this](const CString& text) { m_window.Tell(text); }}));
+    m_state.SetStatus(m_service.Unpack(m_window.Owner(), m_talk));
 }
 
 void Examination::Advance()

@@ -143,7 +143,7 @@ public:
     /// Ends the session, because the program may be ended from now on.
     void EndSession();
 
-    /// Packs the study as it is now.
+    /// Packs the study as it is now, with all that belongs to it.
     void Pack();
 
     /// Unpacks the archive that was packed last, and asks before it replaces files.
@@ -220,6 +220,9 @@ private:
     PrecisionKeys m_precision;
     bool m_isAsking = false; // the question before closing is open
     ServiceDesk m_service;
+    const ServiceDesk::Talk m_talk{
+        [this](const CString& question) { return m_window.Ask(question); },
+        [this](const CString& text) { m_window.Tell(text); }};
     SettingsDesk m_settings{*this};
     StatusPages m_pages;
 };

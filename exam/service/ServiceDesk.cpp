@@ -1,6 +1,7 @@
 #include "service/ServiceDesk.h"
 
 #include "base/NumberedFiles.h"
+#include "service/StudyFiles.h"
 #include "service/WorkWithProgress.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -24,28 +25,39 @@ CString ResultText(const ArchiveResult& result, const char* doneKey, const std::
     return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
 }
 
+const char* ReasonKey(SkipReason reason)
+{
+    switch (reason) {
+    case SkipReason::name: return "exam.archive.skipped.name";
+    case SkipReason::missing: return "exam.archive.skipped.missing";
+    default: return "exam.archive.skipped.file";
+    }
+}
+
 // Names what was skipped, and why.
-CString SkippedText(const std::vector<SkippedEntry>& skipped)
+CString SkippedText(const char* titleKey, const std::vector<SkippedEntry>& skipped)
 {
     constexpr std::size_t most = 20; // that a box has room for
-    CString text = GetStr("exam.archive.skipped", static_cast<int>(skipped.size())) + L"\n";
+    CString text = GetStr(titleKey, static_cast<int>(skipped.size())) + L"\n";
     for (std::size_t i = 0; i < std::min(most, skipped.size()); ++i)
-        text += L"\n" + GetStr(skipped[i].reason == SkipReason::name ? "exam.archive.skipped.name"
-                                                                     : "exam.archive.skipped.file",
-                               skipped[i].name.c_str());
+        text += L"\n" + GetStr(ReasonKey(skipped[i].reason), skipped[i].name.c_str());
     return skipped.size() > most ? text + L"\n..." : text;
 }
 
 } // namespace
 
-CString ServiceDesk::Pack(CWnd& window, const std::wstring& study)
+CString ServiceDesk::Pack(CWnd& window, const ExamState& state,
+                          const std::vector<std::wstring>& images, const Talk& talk)
 {
     // A missing folder shows when the archive is created.
     utilsExam::CreateDirectoryW(m_folder.c_str());
     const std::wstring archive = FindNumbered(m_folder, archiveName).next;
-    const ArchiveResult result = WorkWithProgress(
-        window, GetStr("exam.archive.packing"),
-        [&](const ArchiveProgress& progress) { return PackFolder(archive, study, progress); });
+    const StudyFiles study(state, images, archive);
+    const ArchiveResult result =
+        WorkWithProgress(window, GetStr("exam.archive.packing"), [&](const auto& progress) {
+            return PackFiles(archive, study.Files(), progress);
+        });
+    if (!study.Missing().empty()) talk.tell(SkippedText("exam.archive.left", study.Missing()));
     return ResultText(result, "exam.archive.packed", archive);
 }
 
@@ -69,7 +81,7 @@ CString ServiceDesk::Unpack(CWnd& window, const Talk& talk)
         WorkWithProgress(window, GetStr("exam.archive.unpacking"), [&](const auto& progress) {
             return UnpackArchive(archive, folder, {}, Existing::replace, progress);
         });
-    if (!result.skipped.empty()) talk.tell(SkippedText(result.skipped));
+    if (!result.skipped.empty()) talk.tell(SkippedText("exam.archive.skipped", result.skipped));
     return ResultText(result, "exam.archive.unpacked", folder);
 }
 

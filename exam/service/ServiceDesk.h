@@ -1,11 +1,13 @@
 #pragma once
 
 #include "service/ServiceWindows.h"
+#include "state/ExamState.h"
 
 #include <afxwin.h>
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -17,16 +19,17 @@ public:
     /// Sets the folder of the archives.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// The user is asked by these before files are replaced, and told what was skipped.
+    /// The user is asked by these before files are replaced, and told what was left out.
     struct Talk
     {
         std::function<bool(const CString& question)> ask;
         std::function<void(const CString& text)> tell;
     };
 
-    /// Pack a study and unpack the last archive. `window` is the main window. The result is the
-    /// sentence for its status line.
-    CString Pack(CWnd& window, const std::wstring& study);
+    /// Pack the study with its images (Examination::StudyImages), and unpack the last archive.
+    /// `window` is the main window. The result is the sentence for its status line.
+    CString Pack(CWnd& window, const ExamState& state, const std::vector<std::wstring>& images,
+                 const Talk& talk);
     CString Unpack(CWnd& window, const Talk& talk);
 
     /// Shows the about box, or hides it.

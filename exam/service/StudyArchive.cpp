@@ -3,7 +3,6 @@
 #include "base/Console.h"
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"
-#include "record/MovieFile.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -12,7 +11,6 @@
 #include <base/Owner.h>
 #include <qor_utils/LogOutput.h>
 #include <Utils_Statics/utilsExam.h>
-#include <Utils_Statics/ZipCompress.h>
 #include <Utils_Statics/ZipExtract.h>
 
 #include <unzip.h>
@@ -94,45 +92,6 @@ bool ReadEntryName(unzFile reader, std::string& bytes, std::wstring& name)
 bool IsFolderName(const std::wstring& name)
 {
     return name.ends_with(L'/') || name.ends_with(L'\\');
-}
-
-// The files below a folder, sorted, without the archive itself; `error` is set when it cannot be
-// read.
-std::vector<std::wstring> FilesBelow(const std::wstring& folder, const std::wstring& archive,
-                                     std::error_code& error)
-{
-    std::vector<std::wstring> files;
-    fs::recursive_directory_iterator entry(folder, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        std::error_code unknown;
-        const std::wstring path = entry->path().wstring();
-        if (entry->is_regular_file(unknown) && !fs::equivalent(path, archive, unknown))
-            files.push_back(path);
-    }
-    std::ranges::sort(files);
-    return files;
-}
-
-ArchiveResult AddFiles(ZipCompress& zip, const std::vector<std::wstring>& files,
-                       std::size_t baseSize, const ArchiveProgress& progress)
-{
-    const ArchiveErrors errors;
-    ArchiveResult result;
-    for (const std::wstring& file : files) {
-        const std::wstring name = file.substr(baseSize);
-        result.isCancelled = !progress(result.files, files.size(), name);
-        if (result.isCancelled) return result;
-        if (!IsInCodePage(name))
-            result.problem = name + L" has characters that an archive cannot keep";
-        else if (!zip.AddFile(file.c_str()))
-            result.problem = name + L" cannot be packed: code " + errors.First();
-        if (!result.problem.empty()) return result;
-        ++result.files;
-    }
-    zip.Close();
-    if (!errors.First().empty())
-        result.problem = L"the archive cannot be finished: code " + errors.First();
-    return result;
 }
 
 constexpr wchar_t skippedText[] = L"skipped, because no such file can be written: ";
@@ -234,11 +193,14 @@ ArchiveResult ExtractEntries(ZipExtract& zip, const Destination& destination,
     return result;
 }
 
-// Shows the progress of a command.
-bool PrintName(std::size_t, std::size_t, const std::wstring& name)
+// Shows the progress of a command: each name once.
+ArchiveProgress PrintNames()
 {
-    WriteOut(L"  " + name + L"\n");
-    return true;
+    return [last = std::wstring()](std::size_t, std::size_t, const std::wstring& name) mutable {
+        if (name != last) WriteOut(L"  " + name + L"\n");
+        last = name;
+        return true;
+    };
 }
 
 // Prints the result of a command. False when there was a problem.
@@ -267,30 +229,6 @@ std::optional<std::vector<std::wstring>> ReadEntryNames(const std::wstring& arch
             return std::nullopt;
     }
     return names;
-}
-
-ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
-                         const ArchiveProgress& progress)
-{
-    const std::wstring target = base::FullPath(archive.c_str());
-    std::wstring root = base::FullPath(folder.c_str());
-    if (!root.ends_with(L'\\')) root += L'\\';
-    std::error_code error;
-    const std::vector<std::wstring> files = FilesBelow(root, target, error);
-    if (error) return {0, L"the folder " + folder + L" cannot be read"};
-    if (files.empty()) return {0, L"the folder " + folder + L" has no files"};
-    // The archive gets its name when it is whole; until then, an older one stays.
-    const std::wstring written = UnusedPath(target + L".", L".part");
-    ZipCompress zip;
-    zip.SetBasePath(root);
-    if (!zip.Create(written.c_str())) return {0, archive + L" cannot be written"};
-    ArchiveResult result = AddFiles(zip, files, root.size(), progress);
-    zip.Close();
-    const bool isWhole = result.problem.empty() && !result.isCancelled;
-    if (isWhole && !base::MoveOver(written.c_str(), target.c_str()))
-        result.problem = archive + L" cannot be replaced";
-    fs::remove(written, error); // is gone when all went well
-    return result;
 }
 
 std::vector<std::wstring> FilesInTheWay(const std::wstring& archive, const std::wstring& folder)
@@ -333,14 +271,14 @@ bool PackCommand(const std::wstring& archive, const std::wstring& folder, bool o
     std::error_code error;
     if (!overwrite && fs::exists(archive, error))
         return Fail(archive + L" is there already; --overwrite replaces it");
-    return Print(PackFolder(archive, folder, PrintName), L"packed into " + archive);
+    return Print(PackFolder(archive, folder, PrintNames()), L"packed into " + archive);
 }
 
 bool UnpackCommand(const std::wstring& archive, const std::wstring& folder,
                    const std::wstring& password, bool overwrite)
 {
     return Print(UnpackArchive(archive, folder, base::BytesFromWide(CP_ACP, password),
-                               overwrite ? Existing::replace : Existing::keep, PrintName),
+                               overwrite ? Existing::replace : Existing::keep, PrintNames()),
                  L"unpacked into " + folder);
 }
 

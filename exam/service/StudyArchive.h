@@ -8,13 +8,15 @@
 
 namespace exam {
 
-/// Why an entry was not unpacked.
+/// Why a file was left out.
 enum class SkipReason
 {
-    name,      ///< its name leads out of the folder, or no file can have it
-    unwritable ///< the file that is there cannot be replaced, or the disk is full
+    name,       ///< its name leads out of the folder, or no file can have it
+    unwritable, ///< the file that is there cannot be replaced, or the disk is full
+    missing     ///< the study names it, but there is no such file to pack
 };
 
+/// A file that is left out when an archive is packed or unpacked.
 struct SkippedEntry
 {
     std::wstring name;
@@ -30,15 +32,31 @@ struct ArchiveResult
     std::vector<SkippedEntry> skipped = {}; ///< the problem names them, too
 };
 
-/// Called before each file with the number of finished files, the number of all files, and its
-/// name. False ends the work there.
+/// Called before each file and while it is packed, with how much of all is done, in any unit, and
+/// the file's name. False ends the work there.
 using ArchiveProgress =
     std::function<bool(std::size_t done, std::size_t all, const std::wstring& name)>;
 
-/// Packs all files in a folder and below it, under names relative to the folder, into a zip
-/// archive. Empty folders are left out. The archive is written under another name, beside its own,
-/// and gets its own when it is whole. A failure or an early end leaves the archive that was there
-/// before, or none. Any thread may call it, one at a time.
+/// A file that is packed, and its name in the archive.
+struct PackedFile
+{
+    std::wstring path;
+    std::wstring name;
+};
+
+/// Packs files into a zip archive. It is written under another name, beside its own, and gets its
+/// own when it is whole. A failure or an early end, which takes effect within a file too, leaves
+/// the archive that was there before, or none. The entries' names are in UTF-8. Any thread may call
+/// it.
+ArchiveResult PackFiles(const std::wstring& archive, const std::vector<PackedFile>& files,
+                        const ArchiveProgress& progress);
+
+/// The files of a folder and below it, but for one, with names relative to the folder; sorted.
+/// Nothing when the folder cannot be read.
+std::optional<std::vector<PackedFile>> FilesBelow(const std::wstring& folder,
+                                                  const std::wstring& leftOut);
+
+/// Packs all files in a folder and below it. Empty folders are left out.
 ArchiveResult PackFolder(const std::wstring& archive, const std::wstring& folder,
                          const ArchiveProgress& progress);
 

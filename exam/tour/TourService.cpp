@@ -10,6 +10,7 @@
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <filesystem>
 #include <fstream>
@@ -46,10 +47,10 @@ void Exported(TourContext& context)
 }
 
 // Leaves the names of the archive's files, for the page about the tour.
-void ListArchive(const TourContext& context, const std::wstring& archive)
+void ListArchive(const TourContext& context, const std::vector<std::wstring>& names)
 {
     std::ofstream list(fs::path(context.folder) / L"archive.txt", std::ios::binary);
-    for (const std::wstring& name : ReadEntryNames(archive).value_or(std::vector<std::wstring>()))
+    for (const std::wstring& name : names)
         list << base::Utf8FromWide(name) << '\n';
 }
 
@@ -57,14 +58,18 @@ void StudyThereAndBack(TourContext& context)
 {
     const std::wstring folder = context.folder + L"\\recordings\\study-001";
     context.Key('Z');
-    // They are counted afterwards. The frame that was measured last gets its file when the study is
-    // kept, which packing does first, if a second without a change has not done it before.
-    const auto files =
-        static_cast<int>(std::distance(fs::directory_iterator(context.state.StudyFolder()), {}));
+    const auto names = ReadEntryNames(folder + L".zip").value_or(std::vector<std::wstring>());
+    const auto files = static_cast<int>(names.size());
+    const auto hasOne = [&names](const wchar_t* name) {
+        return std::ranges::find(names, name) != names.end();
+    };
+    context.report.Step(hasOne(L"patient.xml") && hasOne(L"S1\\study.xml") &&
+                            hasOne(L"S1\\recording-001.cine") && hasOne(L"S1\\movie-001.avi"),
+                        L"the archive holds patient, study and recordings");
     context.report.Step(context.state.Status() ==
                             GetStr("exam.archive.packed", files, (folder + L".zip").c_str()),
                         L"all files of the study are packed");
-    ListArchive(context, folder + L".zip");
+    ListArchive(context, names);
     context.Picture(L"packed");
     context.Key('U');
     context.report.Step(context.state.Status() ==
@@ -73,7 +78,7 @@ void StudyThereAndBack(TourContext& context)
     const CString object = utilsExam::GetPatientRootPath() + L"P1\\S1\\O1";
     const fs::path study = utilsExam::GetStudyPath(object).GetString();
     context.report.Step(
-        HoldSameBytes((fs::path(folder) / study.filename()).wstring(), study.wstring()),
+        HoldSameBytes((fs::path(folder) / L"S1" / study.filename()).wstring(), study.wstring()),
         L"the unpacked study file is the original byte for byte");
 }
 

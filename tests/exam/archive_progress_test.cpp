@@ -4,7 +4,11 @@
 #include <base/Handles.h>
 #include <gtest/gtest.h>
 #include <test_support/Messages.h>
+#include <test_support/TemporaryFolder.h>
 
+#include <commctrl.h>
+
+#include <filesystem>
 #include <functional>
 
 using namespace exam;
@@ -94,4 +98,36 @@ TEST_F(ArchiveProgressTest, TheButtonAndEscapeCancel)
         EXPECT_TRUE(result.isCancelled) << byKey;
         EXPECT_LT(result.files, 3000u);
     }
+}
+
+TEST_F(ArchiveProgressTest, CancelEndsPackingWithinALargeFileAndLeavesNothing)
+{
+    const test_support::TemporaryFolder folder;
+    const std::wstring large = folder / L"large.cine";
+    {
+        const base::File file(CreateFileW(large.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+        LARGE_INTEGER size{};
+        size.QuadPart = 1 << 30;
+        ASSERT_TRUE(SetFilePointerEx(file.get(), size, nullptr, FILE_BEGIN));
+        ASSERT_TRUE(SetEndOfFile(file.get()));
+    }
+    ULONGLONG asked = 0;
+    s_tick = [&] {
+        const HWND window = FindWindowW(nullptr, title);
+        const HWND bar = FindWindowExW(window, nullptr, L"msctls_progress32", nullptr);
+        if (asked != 0 || SendMessageW(bar, PBM_GETPOS, 0, 0) == 0) return;
+        asked = GetTickCount64();
+        PostMessageW(FindWindowExW(window, nullptr, L"BUTTON", nullptr), BM_CLICK, 0, 0);
+    };
+    const ArchiveResult result =
+        WorkWithProgress(m_owner, title, [&](const ArchiveProgress& progress) {
+            return PackFiles(folder / L"study.zip", {{large, L"S1\\large.cine"}}, progress);
+        });
+    const ULONGLONG took = GetTickCount64() - asked;
+    RecordProperty("milliseconds", static_cast<int>(took));
+    EXPECT_TRUE(result.isCancelled);
+    EXPECT_NE(asked, 0u);
+    EXPECT_LT(took, 1000u); // the whole file takes far longer
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }

@@ -1,6 +1,7 @@
 // The commands on marks, the patient, images and the study.
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
+#include "image/CineMarks.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
 #include "service/StudyArchive.h"
@@ -230,4 +231,79 @@ TEST_F(CommandsTest, UnpackingAsksBeforeItReplacesFiles)
     m_exam.Unpack();
     ASSERT_EQ(m_window.m_told.size(), 1u);
     EXPECT_GE(m_window.m_told[0].Find(L"study.xml - the file that is there"), 0);
+}
+
+// Everything of a study comes along, and nothing of this machine: two recordings of one name from
+// elsewhere, one with a mark only in its own folder, and one that is not marked.
+TEST_F(CommandsTest, APackedStudyOpensElsewhere)
+{
+    namespace fs = std::filesystem;
+    const std::wstring sample = test_support::BesideProgram(L"sample\\images\\");
+    const std::wstring study = m_folder / L"here\\P1\\S1";
+    for (const wchar_t* const folder : {L"here\\P1\\S1", L"one", L"two"})
+        fs::create_directories(m_folder / folder);
+    fs::copy_file(sample + L"linear.cine", m_folder / L"one\\same.cine");
+    fs::copy_file(sample + L"curved.cine", m_folder / L"two\\SAME.cine");
+    fs::copy_file(sample + L"curved.cine", study + L"\\own.cine");
+    fs::copy_file(sample + L"linear.cine", m_folder / L"recording-001.cine");
+    std::ofstream(fs::path(m_folder / L"recording-001.cine.marks")) << "1\n";
+    m_exam.OpenStudy(study);
+    m_window.m_text = L"Ada Sample";
+    Press(VK_F4);
+    m_window.m_text.reset();
+    for (const std::wstring& path :
+         {m_folder / L"one\\same.cine", m_folder / L"two\\SAME.cine", study + L"\\own.cine"}) {
+        m_exam.OpenImage(path);
+        Measure();
+    }
+    m_state.SelectImage(0); // of the images store
+    Measure();
+    const std::vector<Shared<Mark>> marks = m_state.Content().marks;
+    ASSERT_EQ(marks.size(), 4u);
+    m_exam.Pack();
+    EXPECT_EQ(m_state.Status(),
+              GetStr("exam.archive.packed", 12, (m_folder / L"study-001.zip").c_str()));
+    EXPECT_TRUE(m_window.m_told.empty());
+    m_exam.Unpack();
+    for (const wchar_t* const folder : {L"here", L"one", L"two", L"recording-001.cine"})
+        EXPECT_TRUE(MoveFileW((m_folder / folder).c_str(), (m_folder / folder + L".gone").c_str()));
+    const std::wstring unpacked = m_folder / L"study-001\\S1";
+    m_exam.OpenStudy(unpacked);
+    EXPECT_EQ(m_state.Content().patient.name, L"Ada Sample");
+    EXPECT_EQ(m_state.Content().marks, marks);
+    std::vector<std::wstring> names;
+    for (const auto& object : m_state.Content().objects) {
+        names.push_back(object->image);
+        ASSERT_TRUE(m_state.SourceNamed(object->image));
+        EXPECT_EQ(m_state.ImagePath(object->image), unpacked + L"\\" + object->image);
+        EXPECT_EQ(m_state.SourceNamed(object->image)->Description().stream,
+                  object->acquisition.stream);
+    }
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"same.cine", L"SAME-2.cine", L"own.cine",
+                                                L"curved.cine"}));
+    EXPECT_EQ(ReadMarks(unpacked + L"\\recording-001.cine"), std::vector<int>{0});
+    const auto images = m_exam.StudyImages();
+    EXPECT_EQ(std::ranges::count(images, unpacked + L"\\recording-001.cine"), 1);
+    for (const wchar_t* const file : {L"O1.xml", L"O2.xml", L"O3.xml", L"O4.xml"})
+        EXPECT_EQ(test_support::ReadFile(unpacked + L"\\" + file).find(":\\"), std::string::npos)
+            << file;
+}
+
+TEST_F(CommandsTest, PackingTellsOfImagesThatAreGoneAndLeavesNothingBesides)
+{
+    namespace fs = std::filesystem;
+    fs::create_directories(m_folder / L"P1\\S1");
+    m_exam.OpenStudy(m_folder / L"P1\\S1");
+    m_state.SelectImage(0);
+    Measure();
+    std::ofstream(fs::path(m_folder / L"P1\\S1\\study.xml")) << ""; // is written anew
+    qor_utils::SetStoreFolder(qor_utils::imagesStore, m_folder / L"nowhere");
+    m_exam.Pack();
+    ASSERT_EQ(m_window.m_told.size(), 1u);
+    EXPECT_GE(m_window.m_told[0].Find(L"curved.cine - there is no such file"), 0);
+    std::vector<std::wstring> left;
+    for (const auto& entry : fs::directory_iterator(m_folder.Path()))
+        left.push_back(entry.path().filename().wstring());
+    std::ranges::sort(left);
+    EXPECT_EQ(left, (std::vector<std::wstring>{L"P1", L"study-001.zip"}));
 }

@@ -281,7 +281,7 @@ TEST_F(WindowFeel, LongWorkShowsItsProgress)
     EXPECT_LT(signs.Longest(), longestBlock) << "packing";
     exam.Unpack();
     EXPECT_LT(signs.Longest(), longestBlock) << "unpacking";
-    EXPECT_TRUE(std::filesystem::exists(m_folder / L"study-001\\marked.cine"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / L"study-001\\S1\\marked.cine"));
 }
 
 } // namespace
