@@ -13,7 +13,7 @@ struct Figure
 };
 
 constexpr Figure figures[] = {{"handles", 16}, {"files", 32},  {"GDI", 16},
-                              {"USER", 16},    {"threads", 4}, {"MiB", 16}};
+                              {"USER", 16},    {"threads", 4}, {"MiB", 32}};
 constexpr std::size_t figureCount = std::size(figures);
 
 /// The figures of one moment, in their order.
