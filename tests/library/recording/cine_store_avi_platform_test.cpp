@@ -142,6 +142,24 @@ TEST_F(CineStoreAvi, SizeThatLagsBehindIsNoFailureWhereTheVolumeHasRoom)
     EXPECT_EQ(AviMovie(fileName).Length(), 3);
 }
 
+std::wstring s_askedFolder;
+
+BOOL WINAPI RecordFolder(LPCWSTR folder, PULARGE_INTEGER available, PULARGE_INTEGER,
+                         PULARGE_INTEGER)
+{
+    s_askedFolder = folder;
+    available->QuadPart = INT64_MAX;
+    return TRUE;
+}
+
+TEST_F(CineStoreAvi, RoomIsThatOfTheVolumeThatHoldsTheMovie)
+{
+    ASSERT_TRUE(Start());
+    const ImportHook hook(library, "GetDiskFreeSpaceExW", &RecordFolder);
+    EXPECT_TRUE(AddNothing());
+    EXPECT_EQ(s_askedFolder, fileName.substr(0, fileName.rfind(L'\\') + 1));
+}
+
 // The table places of the overridden operations; the base's come first.
 struct CineSlots : CCineStore
 {
