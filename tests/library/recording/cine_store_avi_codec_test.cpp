@@ -162,21 +162,25 @@ TEST_F(CineStoreCodec, GetsTheQualityInHundredthsOfAPercent)
 
 TEST_F(CineStoreCodec, GetsItsOwnStateBack)
 {
-    codec->stateSize = 20;
-    ASSERT_TRUE(Start());
-    EXPECT_GE(codec->statesWritten, 1);
-    for (unsigned i = 0; i < 32; ++i)
-        EXPECT_EQ(codec->state[i], i < 20 ? testCodecStateStart + i : 0u) << i;
-    EXPECT_TRUE(store.EndStorage());
+    for (const unsigned size : {1u, 20u}) {
+        codec->stateSize = static_cast<LONG>(size);
+        ASSERT_TRUE(Start());
+        EXPECT_GE(codec->statesWritten, 1);
+        for (unsigned i = 0; i < 32; ++i)
+            EXPECT_EQ(codec->state[i], i < size ? testCodecStateStart + i : 0u) << i;
+        EXPECT_TRUE(store.EndStorage());
+    }
 }
 
 TEST_F(CineStoreCodec, NeedsNoState)
 {
     for (const LONG size : {0L, -1L, -100L}) {
         codec->stateSize = size;
+        codec->statesRead = 0;
         codec->statesWritten = 0;
         EXPECT_TRUE(Start()) << size;
         EXPECT_TRUE(AddBlank());
+        EXPECT_EQ(codec->statesRead, 1) << "only its size is asked for";
         EXPECT_EQ(codec->statesWritten, 0) << size;
         EXPECT_TRUE(store.EndStorage());
     }
