@@ -1,5 +1,6 @@
 #include "base/DarkDialog.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Palette.h"
 
@@ -41,24 +42,10 @@ INT_PTR Colour(WPARAM context, COLORREF ground)
     return reinterpret_cast<INT_PTR>(Ground(ground));
 }
 
-std::wstring TextOf(HWND window)
-{
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-    return text;
-}
-
 void DrawButton(const DRAWITEMSTRUCT& item)
 {
-    CDC& dc = *CDC::FromHandle(item.hDC);
-    CRect box(item.rcItem);
-    dc.FillSolidRect(&box, (item.itemState & ODS_SELECTED) != 0 ? palette::line : palette::header);
-    CBrush edge((item.itemState & ODS_FOCUS) != 0 ? palette::accent : palette::label);
-    dc.FrameRect(&box, &edge);
-    dc.SetBkMode(TRANSPARENT);
-    dc.SetTextColor(palette::text);
-    dc.DrawText(TextOf(item.hwndItem).c_str(), &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    DrawDarkButton(*CDC::FromHandle(item.hDC), item.hwndItem, (item.itemState & ODS_SELECTED) != 0,
+                   (item.itemState & ODS_FOCUS) != 0);
 }
 
 bool IsButton(HWND control)

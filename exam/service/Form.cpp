@@ -1,5 +1,6 @@
 #include "service/Form.h"
 
+#include "base/DarkControls.h"
 #include "base/DarkDialog.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -105,6 +106,7 @@ private:
     void AddChoices(const FormField& field, CRect box, int id)
     {
         HWND list = Add(L"COMBOBOX", L"", WS_TABSTOP | CBS_DROPDOWNLIST, box, id);
+        Darken(list);
         for (const CString& choice : field.choices)
             SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(choice.GetString()));
         CComboBox shown;

@@ -1,5 +1,6 @@
 #include "service/ServiceWindows.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Resources.h"
 #include "service/ModuleVersions.h"
@@ -177,8 +178,7 @@ bool ProgressWindow::Open(CWnd& owner, const CString& title, bool canCancel)
     m_name = AddControl(*this, L"STATIC", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS, line, *m_font);
     line.OffsetRect(0, height + around / 4);
     m_bar = AddControl(*this, PROGRESS_CLASSW, PBS_SMOOTH, line, *m_font);
-    ::SendMessageW(m_bar, PBM_SETBKCOLOR, 0, static_cast<LPARAM>(palette::line));
-    ::SendMessageW(m_bar, PBM_SETBARCOLOR, 0, static_cast<LPARAM>(palette::accent));
+    Darken(m_bar);
     ShowWindow(SW_SHOW);
     return m_name && m_bar && (!canCancel || AddButton(line));
 }
@@ -192,6 +192,7 @@ bool ProgressWindow::AddButton(const CRect& line)
     m_button = AddControl(*this, L"BUTTON", WS_TABSTOP | BS_DEFPUSHBUTTON, area, *m_font);
     ::SetWindowTextW(m_button, GetStr("exam.form.cancel"));
     SetWindowLongPtrW(m_button, GWLP_ID, IDCANCEL);
+    Darken(m_button);
     ::SetFocus(m_button);
     return m_button != nullptr;
 }

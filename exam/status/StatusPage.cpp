@@ -1,5 +1,6 @@
 #include "status/StatusPage.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
@@ -111,11 +112,13 @@ bool StatusPage::CreateSwitches()
 
 bool StatusPage::CreateSwitch(int index, const CPoint& place)
 {
-    return ::CreateWindowEx(0, L"BUTTON", GetStr(Switch(index).text),
-                            WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
-                            Scaled(columnWidth - margin), Scaled(lineHeight), GetSafeHwnd(),
-                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr,
-                            nullptr) != nullptr;
+    const HWND box = ::CreateWindowEx(
+        0, L"BUTTON", GetStr(Switch(index).text),
+        WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place.x, place.y,
+        Scaled(columnWidth - margin), Scaled(lineHeight), GetSafeHwnd(),
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(firstId + index)), nullptr, nullptr);
+    if (box) Darken(box);
+    return box != nullptr;
 }
 
 const PageSwitch& StatusPage::Switch(int index) const

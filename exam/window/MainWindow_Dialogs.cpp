@@ -43,7 +43,8 @@ bool MainWindow::AskYesOrNo(const CString& question, int byDefault)
 
 void MainWindow::Tell(const CString& text)
 {
-    ::MessageBoxW(GetSafeHwnd(), text, GetStr("exam.title"), MB_OK | MB_ICONWARNING);
+    ShowBox(GetSafeHwnd(), GetStr("exam.title").GetString(), text.GetString(),
+            {{IDOK, GetStr("exam.form.ok").GetString()}}, IDOK);
 }
 
 void MainWindow::ShowFile(const std::wstring& path)

@@ -1,5 +1,6 @@
 #include "window/MenuLook.h"
 
+#include "base/DarkControls.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
 #include "window/MenuPicture.h"
@@ -25,16 +26,6 @@ constexpr UINT oneLine = DT_SINGLELINE | DT_VCENTER;
 int Scaled(int pixels, int dpi)
 {
     return MulDiv(pixels, dpi, USER_DEFAULT_SCREEN_DPI);
-}
-
-// A tick in the middle of an area.
-void DrawTick(CDC& dc, const CRect& area, int dpi)
-{
-    CPen pen(PS_SOLID, Scaled(2, dpi), palette::accent);
-    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
-    const CPoint low = area.CenterPoint() + CPoint(-Scaled(1, dpi), Scaled(4, dpi));
-    DrawLines(dc, {low - CSize(Scaled(4, dpi), Scaled(4, dpi)), low,
-                   low + CPoint(Scaled(7, dpi), -Scaled(9, dpi))});
 }
 
 CRect PlaceOfPicture(const CRect& check, int dpi)
@@ -107,7 +98,7 @@ void DrawMenuItem(const DRAWITEMSTRUCT& item, int dpi)
     CRect check = box;
     check.right = check.left + Scaled(checkWidth, dpi);
     if (item.itemState & ODS_CHECKED)
-        DrawTick(dc, check, dpi);
+        DrawTick(dc, check.CenterPoint(), dpi);
     else if (text.picture)
         DrawMenuPicture(dc, PlaceOfPicture(check, dpi), text.picture, !isGrey);
     box.left = check.right;

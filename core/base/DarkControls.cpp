@@ -1,0 +1,162 @@
+#include "base/DarkControls.h"
+
+#include "base/Dpi.h"
+#include "base/Painting.h"
+#include "base/Palette.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace exam {
+
+namespace {
+
+constexpr int boxSize = 16; // pixels at 96 dpi
+constexpr int strokeWidth = 2;
+
+CString TextOf(HWND window)
+{
+    CString text;
+    const int length = GetWindowTextLengthW(window) + 1;
+    GetWindowTextW(window, text.GetBuffer(length), length);
+    text.ReleaseBuffer();
+    return text;
+}
+
+CRect ClientOf(HWND window)
+{
+    CRect client;
+    GetClientRect(window, &client);
+    return client;
+}
+
+void DrawFrame(CDC& dc, const CRect& area, bool hasFocus)
+{
+    CBrush edge(hasFocus ? palette::accent : palette::label);
+    dc.FrameRect(&area, &edge);
+}
+
+void DrawLine(CDC& dc, const CString& text, CRect area)
+{
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(palette::text);
+    dc.DrawText(text, &area, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+void DrawPushButton(CDC& dc, HWND button)
+{
+    const bool isPressed = (SendMessageW(button, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+    DrawDarkButton(dc, button, isPressed, GetFocus() == button);
+}
+
+void DrawCheckBox(CDC& dc, HWND box)
+{
+    CRect area = ClientOf(box);
+    dc.FillSolidRect(&area, palette::panel);
+    const int dpi = DpiOf(box);
+    const int size = MulDiv(boxSize, dpi, USER_DEFAULT_SCREEN_DPI);
+    const CRect square(CPoint(area.left, area.CenterPoint().y - size / 2), CSize(size, size));
+    dc.FillSolidRect(&square, palette::header);
+    DrawFrame(dc, square, GetFocus() == box);
+    if (SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED)
+        DrawTick(dc, square.CenterPoint(), dpi);
+    area.left = square.right + size / 2;
+    DrawLine(dc, TextOf(box), area);
+}
+
+void DrawList(CDC& dc, HWND list)
+{
+    COMBOBOXINFO parts = {};
+    parts.cbSize = sizeof parts;
+    if (!GetComboBoxInfo(list, &parts)) return;
+    const CRect area = ClientOf(list);
+    dc.FillSolidRect(&area, palette::header);
+    DrawFrame(dc, area, GetFocus() == list);
+    const int dpi = DpiOf(list);
+    const int half = MulDiv(4, dpi, USER_DEFAULT_SCREEN_DPI);
+    CPen pen(PS_SOLID, MulDiv(strokeWidth, dpi, USER_DEFAULT_SCREEN_DPI), palette::text);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    const CPoint low = CRect(parts.rcButton).CenterPoint() + CPoint(0, half / 2);
+    DrawLines(dc, {low - CSize(half, half), low, low + CPoint(half + 1, -half - 1)});
+    CRect text(parts.rcItem);
+    text.left += half / 2;
+    DrawLine(dc, TextOf(list), text);
+}
+
+void DrawProgress(CDC& dc, HWND bar)
+{
+    CRect area = ClientOf(bar);
+    dc.FillSolidRect(&area, palette::line);
+    const auto ask = [bar](UINT message, WPARAM which) {
+        return static_cast<int>(SendMessageW(bar, message, which, 0));
+    };
+    const int all = ask(PBM_GETRANGE, FALSE);
+    if (all > 0) area.right = area.left + MulDiv(area.Width(), ask(PBM_GETPOS, 0), all);
+    dc.FillSolidRect(&area, palette::accent);
+}
+
+using DrawControl = void (*)(CDC& dc, HWND control);
+
+DrawControl DrawingOf(HWND control)
+{
+    wchar_t name[32] = {};
+    GetClassNameW(control, name, 32);
+    const CString kind(name);
+    if (kind.CompareNoCase(WC_COMBOBOXW) == 0) return DrawList;
+    if (kind.CompareNoCase(PROGRESS_CLASSW) == 0) return DrawProgress;
+    const auto style = GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK;
+    return style == BS_AUTOCHECKBOX ? DrawCheckBox : DrawPushButton;
+}
+
+// The messages after which the platform has painted a control anew.
+bool Paints(UINT message)
+{
+    constexpr UINT painting[] = {WM_PAINT,     WM_SETFOCUS, WM_KILLFOCUS, WM_ENABLE,
+                                 WM_SETTEXT,   BM_SETCHECK, BM_SETSTATE,  BM_SETSTYLE,
+                                 CB_SETCURSEL, PBM_SETPOS,  WM_MOUSEMOVE, WM_LBUTTONDOWN,
+                                 WM_LBUTTONUP, WM_KEYDOWN};
+    return std::ranges::find(painting, message) != std::end(painting);
+}
+
+LRESULT CALLBACK PaintOver(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                           DWORD_PTR) noexcept
+{
+    const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(control, PaintOver, id);
+    if (!Paints(message) || !IsWindowVisible(control)) return result;
+    const base::WindowContext context(control);
+    const base::Selection font(context.get(),
+                               reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    DrawingOf(control)(*CDC::FromHandle(context.get()), control);
+    return result;
+}
+
+} // namespace
+
+void DrawDarkButton(CDC& dc, HWND button, bool isPressed, bool hasFocus)
+{
+    CRect box = ClientOf(button);
+    dc.FillSolidRect(&box, isPressed ? palette::line : palette::header);
+    DrawFrame(dc, box, hasFocus);
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(IsWindowEnabled(button) ? palette::text : palette::label);
+    dc.DrawText(TextOf(button), &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+void Darken(HWND control)
+{
+    SetWindowSubclass(control, PaintOver, 1, 0);
+}
+
+void DrawTick(CDC& dc, CPoint middle, int dpi)
+{
+    const auto scaled = [dpi](int pixels) { return MulDiv(pixels, dpi, USER_DEFAULT_SCREEN_DPI); };
+    CPen pen(PS_SOLID, scaled(strokeWidth), palette::accent);
+    const base::Selection selection(dc.GetSafeHdc(), pen.GetSafeHandle());
+    const CPoint low = middle + CPoint(-scaled(1), scaled(4));
+    DrawLines(dc, {low - CSize(scaled(4), scaled(4)), low, low + CPoint(scaled(7), -scaled(9))});
+}
+
+} // namespace exam
