@@ -7,6 +7,7 @@
 #include "window/Capture.h"
 
 #include <base/FileContents.h>
+#include <Utils_Statics/GetStr.h>
 
 #include <filesystem>
 #include <utility>
@@ -15,10 +16,20 @@ namespace exam {
 
 namespace {
 
-// Paints what of a window has changed.
-void Repaint(HWND window)
+// What is done with the modal form of a title, once a timer finds it open.
+struct FormWork
 {
-    RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    CString title;
+    std::function<void(HWND)> work;
+};
+FormWork s_form;
+
+void CALLBACK WorkOpenForm(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    const HWND form = FindWindowW(L"#32770", s_form.title);
+    if (!form) return;
+    KillTimer(nullptr, timer);
+    s_form.work(form);
 }
 
 void TellKey(TourReport& report, UINT key)
@@ -48,10 +59,8 @@ private:
 
     std::wstring Look(std::wstring& picture)
     {
-        const HWND window = m_context.window.GetSafeHwnd();
-        if (!window) return {};
-        Repaint(window);
-        Repaint(m_context.window.Panel().GetSafeHwnd());
+        if (!m_context.window.GetSafeHwnd()) return {};
+        RepaintWindows();
         if (std::wstring clipped = FindClippedWindow(); !clipped.empty())
             return L"the window '" + clipped + L"' leaves the screen";
         if (std::wstring cut = FindCut(); !cut.empty()) return L"the text '" + cut + L"' is cut";
@@ -90,7 +99,7 @@ void TourContext::Picture(const std::wstring& name, Place place)
 
 void TourContext::PictureOf(HWND other, const std::wstring& name, Place place)
 {
-    Repaint(other);
+    RepaintWindows();
     CRect client;
     GetClientRect(other, &client);
     Keep(Capture(other, client).get(), name, place);
@@ -112,6 +121,15 @@ void TourContext::Key(UINT key)
 {
     TellKey(report, key);
     window.SendMessage(WM_KEYDOWN, key, 0);
+}
+
+void TourContext::WorkForm(const char* titleKey, const std::function<void()>& open,
+                           std::function<void(HWND)> work)
+{
+    constexpr UINT delay = 200; // milliseconds, until it is open
+    s_form = {GetStr(titleKey), std::move(work)};
+    SetTimer(nullptr, 0, delay, WorkOpenForm);
+    open();
 }
 
 double TourContext::LastValue(std::size_t index) const

@@ -42,6 +42,11 @@ struct TourContext
     /// Presses a key, which the window handles before this returns.
     void Key(UINT key);
 
+    /// Calls `open`, which shows a modal form of that title. Once it is open, `work` is called with
+    /// it, and ends it.
+    void WorkForm(const char* titleKey, const std::function<void()>& open,
+                  std::function<void(HWND)> work);
+
     /// Posts a message to a window's queue, as the user's mouse would, and lets the window handle
     /// it, and what was pending before and comes of it.
     void Post(HWND to, UINT message, WPARAM wParam, LPARAM lParam);

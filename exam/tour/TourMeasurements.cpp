@@ -176,26 +176,16 @@ void Annotations(TourContext& context, Mouse& mouse)
     context.Picture(L"annotations");
 }
 
-// The form is modal, so a timer works it: it takes the picture, writes a name and confirms.
-TourContext* s_form = nullptr;
-
-void CALLBACK WorkForm(HWND, UINT, UINT_PTR timer, DWORD)
-{
-    constexpr int nameField = 100;
-    const HWND form = FindWindowW(L"#32770", GetStr("exam.command.patient"));
-    if (!form) return;
-    KillTimer(nullptr, timer);
-    SetDlgItemTextW(form, nameField, L"Ada Sample");
-    s_form->PictureOf(form, L"patient-form");
-    SendMessageW(form, WM_COMMAND, IDOK, 0);
-}
-
 void PatientForm(TourContext& context)
 {
-    constexpr UINT delay = 200; // milliseconds, until it is open
-    s_form = &context;
-    SetTimer(nullptr, 0, delay, WorkForm);
-    context.window.Exam().EditPatient();
+    constexpr int nameField = 100;
+    context.WorkForm(
+        "exam.command.patient", [&] { context.window.Exam().EditPatient(); },
+        [&](HWND form) {
+            SetDlgItemTextW(form, nameField, L"Ada Sample");
+            context.PictureOf(form, L"patient-form");
+            SendMessageW(form, WM_COMMAND, IDOK, 0);
+        });
     const bool changed = context.state.Content().patient.name == L"Ada Sample";
     context.state.Undo();
     context.report.Step(changed && context.state.Content().patient.name != L"Ada Sample",

@@ -143,10 +143,10 @@ void PanelTips(TourContext& context)
     context.report.Step(context.WaitUntil([&] { return !IsTipShown(tip); }), L"and goes, too");
 }
 
-// The lower right corner of the console's screen, where balloons stand.
+// The lower part of the console's screen, where balloons stand.
 CRect BalloonCorner()
 {
-    return {700, 620, 1280, 960};
+    return {0, 700, 1280, 900};
 }
 
 void Balloons(TourContext& context)

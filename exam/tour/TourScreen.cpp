@@ -112,6 +112,12 @@ bool IsEmpty(const std::vector<std::uint32_t>& pixels)
     return std::ranges::adjacent_find(pixels, std::ranges::not_equal_to()) == pixels.end();
 }
 
+void RepaintWindows()
+{
+    for (const HWND window : Windows())
+        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 CRect AreaOfWindows()
 {
     CRect all;

@@ -15,6 +15,9 @@ std::vector<std::uint32_t> PixelsOf(HBITMAP bitmap);
 /// True for no pixels, and for pixels of one colour.
 bool IsEmpty(const std::vector<std::uint32_t>& pixels);
 
+/// Paints what of the visible windows of this thread has changed.
+void RepaintWindows();
+
 /// The windows of this thread that a user sees: the smallest rectangle that holds them.
 CRect AreaOfWindows();
 

@@ -1,5 +1,5 @@
-// Station 11: the study is written as a table and a report, packed and unpacked, the program lists
-// its modules, and a crash of another exam is reported.
+// Station 11: the settings are asked for, the study is written as a table and a report, packed and
+// unpacked, the program lists its modules, and a crash of another exam is reported.
 #include "service/ServiceWindows.h"
 #include "service/StudyArchive.h"
 #include "tour/Tour.h"
@@ -27,10 +27,20 @@ constexpr DWORD patience = 60'000; // milliseconds; more than enough
 void ProgressBar(TourContext& context)
 {
     ProgressWindow bar;
-    const bool isOpen = bar.Open(context.window, GetStr("exam.archive.packing"));
+    const bool isOpen = bar.Open(context.window, GetStr("exam.archive.packing"), true);
     bar.Step(2, 3, L"P1\\S1\\study.xml");
     context.report.Step(isOpen, L"the bar of packing is shown");
     context.PictureOf(bar.GetSafeHwnd(), L"packing");
+}
+
+void SettingsForm(TourContext& context)
+{
+    context.WorkForm(
+        "exam.command.settings", [&] { context.Key(VK_F12); },
+        [&](HWND form) {
+            context.PictureOf(form, L"settings-form");
+            SendMessageW(form, WM_COMMAND, IDCANCEL, 0);
+        });
 }
 
 void Exported(TourContext& context)
@@ -119,6 +129,7 @@ bool OpensMenu(TourContext& context)
     const UINT_PTR timer = SetTimer(nullptr, 0, 500, LookAtMenu);
     context.Key(VK_F11);
     KillTimer(nullptr, timer);
+    context.HandlePending(); // so that what the menu has hidden is seen
     return s_menu.isSeen;
 }
 
@@ -205,6 +216,7 @@ void Crash(TourContext& context)
 
 void TourService(TourContext& context)
 {
+    SettingsForm(context);
     ProgressBar(context);
     Exported(context);
     StudyThereAndBack(context);

@@ -237,6 +237,7 @@ void TourWindow(TourContext& context)
         visit.Hidden();
         visit.Zoomed();
     }
+    context.window.Panel().SendMessage(WM_MOUSELEAVE); // it was moved below the pointer
     AssumeDpi(0);
     context.window.TakeForm(WindowForm::console, CRect(CPoint(0, 0), ConsoleLayout().client));
     context.report.look = look;
