@@ -20,11 +20,15 @@ h1 { font-size: 18pt; margin: 0 0 4mm; }
 h2 { font-size: 13pt; margin: 8mm 0 2mm; border-bottom: 1px solid #8a949e; }
 table { border-collapse: collapse; width: 100%; }
 th, td { text-align: left; vertical-align: top; padding: 1mm 3mm 1mm 0; white-space: pre-wrap;
-  overflow-wrap: anywhere; }
+  overflow-wrap: break-word; }
+td:last-child { overflow-wrap: anywhere; }
+h1 + table th { width: 50mm; }
 th { font-weight: 600; }
 tr + tr { border-top: 1px solid #d5dade; }
 figure { margin: 0 0 5mm; break-inside: avoid; }
 img { max-width: 100%; max-height: 110mm; }
+figcaption { color: #4a545e; }
+@media (max-width: 600px) { body { font-size: 9pt; } h1 + table th { width: 30mm; } }
 @page { margin: 15mm; }
 @media print { body { margin: 0; padding: 0; max-width: none; } tr { break-inside: avoid; } }
 )";

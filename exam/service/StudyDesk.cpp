@@ -72,7 +72,8 @@ std::vector<ReportPicture> Pictures(const ExamState& state, const std::wstring& 
         const StudyObject* const object = FindObject(study, id);
         const FrameSource* const source = object ? state.SourceNamed(object->image) : nullptr;
         if (!source || !SaveMarkedFrame(*source, frame, study, id, pictureSize, path)) continue;
-        std::wstring caption = NameOf(*object) + L", " + std::to_wstring(frame + 1);
+        std::wstring caption = NameOf(*object) + L", " + TextOf("study.column.frame") + L" " +
+                               std::to_wstring(frame + 1);
         if (source->IsSimulated()) caption += L", " + TextOf("exam.source.simulated");
         pictures.push_back(
             {base::ReadFileWhole(path.c_str(), largestPicture).value_or(std::string()), caption});
