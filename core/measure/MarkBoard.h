@@ -136,6 +136,7 @@ private:
     bool PressMark(CPoint at);
     bool PressTrace(const PixelPoint& at);
     const Mark* SelectedTrace() const;
+    bool OffersPoints(const Mark& mark) const;
 
     Study& m_study;
     FrameSurface m_frameSurface;

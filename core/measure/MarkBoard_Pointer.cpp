@@ -114,6 +114,12 @@ const Mark* MarkBoard::SelectedTrace() const
     return mark && mark->kind == MarkKind::trace ? mark : nullptr;
 }
 
+// The trackball steps through the points of the selected trace once it has come to its whole.
+bool MarkBoard::OffersPoints(const Mark& mark) const
+{
+    return &mark == SelectedTrace() && MouseCapture::GetInput() == InputTrackball;
+}
+
 bool MarkBoard::CanRemovePoint() const
 {
     const Mark* const trace = SelectedTrace();

@@ -13,7 +13,7 @@ void MarkHandle::OnPrecisionMove(int dx, int dy)
 
 void MarkHandle::OnPrecisionAccept()
 {
-    if (MouseCapture::GetLock() == this) MouseCapture::LockNext();
+    MouseCapture::LockNext();
 }
 
 bool MarkHandle::OnMouseInput(unsigned int message, unsigned int, int x, int y)
@@ -26,7 +26,7 @@ bool MarkHandle::OnMouseInput(unsigned int message, unsigned int, int x, int y)
     }
     // In trackball style the button puts the point down and takes up the next one.
     if (message == WM_LBUTTONDOWN) {
-        MouseCapture::LockNext();
+        OnPrecisionAccept();
         return true;
     }
     return false;
@@ -46,6 +46,9 @@ void MarkHandle::GetAutoPoints(std::vector<POINT>& points)
         points.push_back(PixelAt(pixels[i]) + m_board.m_origin);
     if (mark->kind != MarkKind::flow && pixels.size() > 1)
         points.push_back(PixelAt(MiddleOf(pixels)) + m_board.m_origin);
+    if (!m_board.OffersPoints(*mark)) return;
+    for (const PixelPoint& pixel : pixels)
+        points.push_back(PixelAt(pixel) + m_board.m_origin);
 }
 
 void MarkHandle::SetLock(int index)

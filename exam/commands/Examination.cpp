@@ -83,6 +83,12 @@ bool PrecisionKeys::Move(int dx, int dy)
     return m_handler != nullptr;
 }
 
+bool PrecisionKeys::Accept()
+{
+    if (m_handler) m_handler->OnPrecisionAccept();
+    return m_handler != nullptr;
+}
+
 void Examination::OpenStudy(const std::wstring& folder)
 {
     m_session.SetStudy(folder);
@@ -202,6 +208,11 @@ void Examination::ShowStudyImage(const std::wstring& name)
 void Examination::MovePrecisely(int dx, int dy)
 {
     if (!m_precision.Move(dx, dy)) m_state.SetStatus(GetStr("exam.precise.nothing"));
+}
+
+void Examination::NextPoint()
+{
+    if (!m_precision.Accept()) MouseCapture::LockNext();
 }
 
 void Examination::ExportTable()

@@ -66,7 +66,7 @@ protected:
     ~ExamWindow() = default;
 };
 
-/// Moves a point in small steps by the keyboard.
+/// Moves a point in small steps by the keyboard, and puts it down.
 class PrecisionKeys : private IPrecisionControl
 {
 public:
@@ -77,6 +77,7 @@ public:
 
     /// False when no point is in hand.
     bool Move(int dx, int dy);
+    bool Accept();
 
 private:
     void SetHandler(IPrecisionHandler* handler) override { m_handler = handler; }
@@ -187,6 +188,8 @@ public:
     void ShowStudyImage(const std::wstring& name);
     /// Moves the point in hand by steps of the precision mouse.
     void MovePrecisely(int dx, int dy);
+    /// Puts the point in hand down, and takes up the next one.
+    void NextPoint();
 
     /// Write the measurements as measurements-1.csv, and a report as report-1.html, and so on.
     void ExportTable();

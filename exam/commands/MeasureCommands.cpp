@@ -132,7 +132,7 @@ constexpr Command measureCommands[] = {
     {.key = {.code = VK_TAB, .repeats = true},
      .action = {L"Measurement", L"NextPoint"},
      .text = {"exam.command.point", "exam.tip.point"},
-     .carryOut = [](Examination&, int) { MouseCapture::LockNext(); }},
+     .carryOut = [](Examination& e, int) { e.NextPoint(); }},
     {.key = {.code = VK_DELETE, .withControl = true},
      .action = {L"Measurement", L"Clear"},
      .text = {"exam.command.clear", "exam.tip.clear"},

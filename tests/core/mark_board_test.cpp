@@ -323,6 +323,21 @@ TEST_F(MarkBoardTest, InTrackballStyleAMarkComesWithItsFirstPointInHand)
     m_board.SetInput(InputPointer);
 }
 
+TEST_F(MarkBoardTest, TheTrackballStepsThroughTheWholeTraceAndThenItsPoints)
+{
+    m_board.SetInput(InputTrackball);
+    m_board.Choose(MarkKind::trace);
+    const std::vector<MarkPoint> before = At(1).points;
+    for (std::size_t point = 0; point < 2; ++point) {
+        ASSERT_TRUE(MouseCapture::LockNext());
+        Move({100, 40});
+        std::vector<MarkPoint> moved = At(1).points;
+        EXPECT_NE(moved[point], before[point]);
+        EXPECT_EQ(moved[point + 1], before[point + 1]);
+    }
+    m_board.SetInput(InputPointer);
+}
+
 TEST_F(MarkBoardTest, ShowsTheMarksOfItsFrameAndLetsGoOfOthers)
 {
     Make(MarkKind::distance, {120, 100}, {180, 100});

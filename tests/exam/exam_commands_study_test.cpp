@@ -13,6 +13,7 @@
 #include <test_support/Program.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/MouseCapture.h>
+#include <Utils_Statics/PrecisionMouse.h>
 #include <zel_string_convert/TableLoading.h>
 
 #include <algorithm>
@@ -134,6 +135,22 @@ TEST_F(CommandsTest, TellsWhatCannotBeOpenedAndRemembersWhatCan)
     ASSERT_FALSE(RecentFiles().empty());
     EXPECT_EQ(RecentFiles().front(), recording);
     EXPECT_EQ(std::ranges::count(RecentFiles(), m_folder / L"none.cine"), 0);
+}
+
+TEST_F(CommandsTest, TabPutsThePointDownThatTheArrowKeysMove)
+{
+    struct Point : IPrecisionHandler
+    {
+        void OnPrecisionMove(int, int) override {}
+        void OnPrecisionAccept() override { ++accepted; }
+        int accepted = 0;
+    };
+    Point point;
+    PrecisionMouse::UpdateHandler(&point);
+    Press(VK_TAB);
+    PrecisionMouse::ClearPosition();
+    Press(VK_TAB);
+    EXPECT_EQ(point.accepted, 1);
 }
 
 TEST_F(CommandsTest, TheArrowKeysMoveThePointInHand)
