@@ -25,6 +25,9 @@ constexpr int rowHeight = 34;
 constexpr int longRows = 3;
 constexpr int problemHeight = 40; // two lines
 
+constexpr int listEdge = 6;                        // above and below the field of a list
+constexpr auto ownField = static_cast<WPARAM>(-1); // of CB_SETITEMHEIGHT
+
 constexpr int mostChoices = 12; // of an open list, which scrolls to the others
 
 class Form : public DarkDialog
@@ -106,6 +109,7 @@ private:
     void AddChoices(const FormField& field, CRect box, int id)
     {
         HWND list = Add(L"COMBOBOX", L"", WS_TABSTOP | CBS_DROPDOWNLIST, box, id);
+        SendMessageW(list, CB_SETITEMHEIGHT, ownField, Scaled(fieldHeight - listEdge));
         Darken(list);
         for (const CString& choice : field.choices)
             SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(choice.GetString()));
