@@ -20,8 +20,8 @@ h1 { font-size: 18pt; margin: 0 0 4mm; }
 h2 { font-size: 13pt; margin: 8mm 0 2mm; border-bottom: 1px solid #8a949e; }
 table { border-collapse: collapse; width: 100%; }
 th, td { text-align: left; vertical-align: top; padding: 1mm 3mm 1mm 0; white-space: pre-wrap;
-  overflow-wrap: break-word; }
-td:last-child { overflow-wrap: anywhere; }
+  overflow-wrap: anywhere; }
+th, td:nth-child(2):not(:last-child) { overflow-wrap: break-word; }
 h1 + table th { width: 50mm; }
 th { font-weight: 600; }
 tr + tr { border-top: 1px solid #d5dade; }
