@@ -12,6 +12,7 @@ struct ExceptionFacts
 {
     DWORD code;
     DWORD thread;
+    std::uint64_t address; // as the exception's record gives it
     std::uint64_t stackBase;
     std::uint64_t parameters[2];
     std::uint32_t parameterCount;
@@ -22,6 +23,7 @@ struct ExceptionFacts
 
 struct Facts
 {
+    FILETIME begin;      // of the first exception
     volatile LONG count; // number of exceptions seen, even beyond the room here
     ExceptionFacts exceptions[4];
 };

@@ -393,6 +393,7 @@ constexpr Kind kinds[] = {
     {"catch-block", InCatchBlock},
     {"window-procedure", InWindowProcedure},
     {"system-callback", InSystemCallback},
+    {"start-up", Read},
     {"shut-down", AtTheEnd},
     {"two-threads", TwoThreads},
     {"second-thread", [] { WithASecondThread(CrashAsSecond); }},

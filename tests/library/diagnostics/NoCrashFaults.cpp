@@ -1,8 +1,8 @@
 #include "CrashFaults.h"
 
-int ListFunctions()
+bool ListCallsOfTheCrash()
 {
-    return 1;
+    return false;
 }
 
 bool LetFail(const std::string&)

@@ -13,8 +13,8 @@
 //   FILE.txt.
 // - "--modules FOLDER" loads every library of a folder.
 // - "--bare yes" makes no crash handler.
-// - "--fail FUNCTION" makes the next call of the library's to that function fail, and says so
-//   (crash_fault_child only).
+// - "--calls yes" lists the places from which the library calls the platform during the crash, and
+//   "--fail PLACE" makes the next call from there fail, and says so (crash_fault_child only).
 // - "--inheritable NAME" opens the event of that name for every program that inherits handles;
 //   CRASH_HANDLE then holds the handle.
 #include "CrashFacts.h"
@@ -79,9 +79,11 @@ LONG WINAPI Record(EXCEPTION_POINTERS* exception)
     if (IsMessage(record.ExceptionCode)) return EXCEPTION_CONTINUE_SEARCH;
     const LONG index = InterlockedIncrement(&s_facts->count) - 1;
     if (index >= 4) return EXCEPTION_CONTINUE_SEARCH;
+    if (index == 0) GetSystemTimeAsFileTime(&s_facts->begin);
     ExceptionFacts& facts = s_facts->exceptions[index];
     facts.code = record.ExceptionCode;
     facts.thread = GetCurrentThreadId();
+    facts.address = reinterpret_cast<std::uintptr_t>(record.ExceptionAddress);
     facts.stackBase = reinterpret_cast<std::uintptr_t>(utils_statics::ThreadBlock().StackBase);
     facts.parameterCount = record.NumberParameters;
     for (DWORD i = 0; i < 2 && i < record.NumberParameters; ++i)
@@ -167,9 +169,7 @@ void OpenInheritable(const std::wstring& name)
     SetEnvironmentVariableW(L"CRASH_HANDLE", number);
 }
 
-} // namespace
-
-int wmain(int count, wchar_t** arguments)
+int Run(int count, wchar_t** arguments)
 {
     if (count < 2) return 2;
     std::map<std::wstring, std::wstring> options;
@@ -178,8 +178,6 @@ int wmain(int count, wchar_t** arguments)
     s_kind = base::Utf8FromWide(arguments[1]);
     if (s_kind == "is-filtered" && count == 4)
         return CheckFilter(arguments[2], std::stoul(arguments[3]));
-
-    if (s_kind == "rows") return ListFunctions();
 
     if (const std::wstring log = options[L"--log"]; !log.empty()) qor_utils::SetLogDirectory(log);
     if (options[L"--bare"].empty()) MiniDumper();
@@ -195,8 +193,9 @@ int wmain(int count, wchar_t** arguments)
         AddVectoredExceptionHandler(TRUE, Record);
     }
 
-    const std::string function = base::Utf8FromWide(options[L"--fail"]);
-    if (!function.empty() && !LetFail(function)) return 1;
+    if (!options[L"--calls"].empty() && !ListCallsOfTheCrash()) return 1;
+    const std::string place = base::Utf8FromWide(options[L"--fail"]);
+    if (!place.empty() && !LetFail(place)) return 1;
     if (const std::wstring size = options[L"--thread"]; !size.empty()) {
         const base::Thread thread(CreateThread(nullptr, std::stoul(size), CrashOnThread, nullptr,
                                                STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
@@ -206,4 +205,23 @@ int wmain(int count, wchar_t** arguments)
     }
     std::fprintf(stderr, "nothing crashed\n");
     return 3;
+}
+
+// Crashes while the program's own objects are constructed, before its main function.
+struct StartUp
+{
+    StartUp()
+    {
+        int count = 0;
+        wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+        if (count > 1 && arguments[1] == std::wstring(L"start-up")) Run(count, arguments);
+    }
+};
+const StartUp s_startUp;
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    return Run(count, arguments);
 }

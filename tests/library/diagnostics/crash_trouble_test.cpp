@@ -407,12 +407,17 @@ TEST_F(CrashTrouble, TheReportIsSharedWithNobodyWhileItIsWritten)
     EXPECT_EQ(m_exitCode, 1u);
 }
 
-// disk-full runs this under a limit on the size of files.
+// disk-full runs this under a limit on the size of files, which a dump of all memory meets.
 TEST_F(CrashTrouble, DiskFullLosesNoMoreThanTheDump)
 {
-    if (test_support::EnvironmentVariable(L"CRASH_FILE_LIMIT").empty())
-        GTEST_SKIP() << "run by disk-full, under a limit on the size of files";
+    const std::wstring limit = test_support::EnvironmentVariable(L"CRASH_FILE_LIMIT");
+    if (limit.empty()) GTEST_SKIP() << "run by disk-full, under a limit on the size of files";
+    const DWORD withFullMemory = 2;
+    SetSetting(L"System\\HW Options", L"DumpType", REG_DWORD, &withFullMemory,
+               sizeof withFullMemory);
     ASSERT_TRUE(Crash(L"read"));
+    for (const std::wstring& dump : FilesOf(Log(L""), L".dmp"))
+        EXPECT_EQ(std::to_wstring(test_support::ReadFile(dump).size()), limit);
     EXPECT_TRUE(IsReporterStarted());
     ExpectTrue(TheReport(), TheFacts().exceptions[0]);
     EXPECT_TRUE(FileExists(App(L"crashreport.ini")));
