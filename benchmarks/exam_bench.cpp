@@ -165,6 +165,15 @@ void ZoomPlain(benchmark::State& state)
     });
 }
 
+// Makes the image of a frame.
+void Show(benchmark::State& state, const Orientation& orientation)
+{
+    ImageView view;
+    view.SetOrientation(orientation);
+    view.SetSource(Recording(), zoomed);
+    Measure(state, [&] { view.Show(Recording(), 0); });
+}
+
 // A recording of 600 MB that takes no room on the disk.
 class LargeRecording
 {
@@ -244,6 +253,7 @@ void PrintRatios(const RatioReporter& reporter)
     reporter.PrintRatio("repaint", "repaint: pixels alone");
     reporter.PrintRatio("repaint", "a frame's repaint");
     reporter.PrintRatio("zoom: map and mask at once", "zoom");
+    reporter.PrintRatio("an upright frame", "a turned frame");
     reporter.PrintRatio("1 s", "open 600 MB", 1);
     reporter.PrintRatio("play: a frame", "1/30 s", -1.01);
 }
@@ -257,6 +267,8 @@ int main(int argc, char** argv)
     Register("repaint: pixels alone", RepaintPlain);
     Register("zoom", Zoom);
     Register("a frame's repaint", RepaintFrame);
+    Register("an upright frame", [](benchmark::State& state) { Show(state, {}); });
+    Register("a turned frame", [](benchmark::State& state) { Show(state, {true, false, 1}); });
     benchmark::RegisterBenchmark("1 s", Budget, 1)->UseManualTime()->Iterations(1);
     benchmark::RegisterBenchmark("open 600 MB", Open)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("1/30 s", Budget, 1.0 / 30)->UseManualTime()->Iterations(1);

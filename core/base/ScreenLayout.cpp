@@ -11,9 +11,8 @@ constexpr int headerHeight = 44;
 constexpr int statusRowWidth = 460;
 constexpr int panelWidth = 248;
 constexpr int rulerWidth = 64;
+constexpr int rulerHeight = 34; // below the image
 constexpr int stripHeight = 200;
-constexpr int outlineHeight = 150;
-constexpr CSize outlineMargin(24, 16);
 
 // The fixed form.
 constexpr int consoleWidth = 1024;
@@ -79,18 +78,20 @@ void DivideTimeline(ScreenLayout& layout, CRect line)
     layout.timeline = line;
 }
 
-// The part of the panel that an outline of `height` pixels takes.
-CRect OutlineIn(const CRect& panel, const ScreenLayout& layout)
+// Parts the image from the room of the depth scale.
+void DivideImageArea(ScreenLayout& layout, bool isOnSide)
 {
-    CRect outline = panel;
-    outline.top = std::max<int>(outline.top, outline.bottom - layout.Scaled(outlineHeight));
-    outline.DeflateRect(layout.Scaled(outlineMargin.cx), layout.Scaled(outlineMargin.cy));
-    return outline;
+    layout.image = layout.imageArea;
+    if (isOnSide)
+        CutBottom(layout.image, layout.Scaled(rulerHeight));
+    else
+        CutRight(layout.image, layout.Scaled(rulerWidth));
+    layout.image.right -= layout.image.Width() % 4; // rows of pixels need no padding
 }
 
 } // namespace
 
-ScreenLayout ConsoleLayout()
+ScreenLayout ConsoleLayout(bool isOnSide)
 {
     ScreenLayout layout;
     layout.client = {consoleWidth, consoleHeight};
@@ -100,11 +101,9 @@ ScreenLayout ConsoleLayout()
     layout.statusRow = CutRight(layout.header, statusRowWidth);
     layout.status = CutBottom(rest, consoleStatusHeight);
     layout.panel = CutRight(rest, panelWidth);
-    layout.outline = OutlineIn(layout.panel, layout);
     layout.imageArea = rest;
     layout.strip = CutBottom(rest, stripHeight);
-    layout.image = layout.imageArea;
-    CutRight(layout.image, rulerWidth);
+    DivideImageArea(layout, isOnSide);
     // The corners are those in which a sector leaves room.
     const CPoint corner = layout.image.TopLeft();
     layout.recordingMark = CRect(corner + CPoint(16, 12), CSize(160, 24));
@@ -132,16 +131,13 @@ ScreenLayout WindowLayout(const WindowRoom& room)
     layout.movie = CRect(0, 0, room.client.cx, rest.bottom);
     layout.panel =
         CutRight(rest, std::min<int>(layout.Scaled(panelWidth), room.client.cx * 3 / 10));
-    layout.outline = OutlineIn(layout.panel, layout);
     layout.tools = CutLeft(rest, layout.Scaled(toolsWidth));
     layout.tools.DeflateRect(layout.Scaled(toolsMargin), layout.Scaled(toolsMargin));
     if (room.hasStrip)
         layout.strip =
             CutBottom(rest, std::min<int>(layout.Scaled(stripHeight), rest.Height() * 2 / 5));
     layout.imageArea = rest;
-    CutRight(rest, layout.Scaled(rulerWidth));
-    rest.right -= rest.Width() % 4; // rows of pixels need no padding
-    layout.image = rest;
+    DivideImageArea(layout, room.isOnSide);
     return layout;
 }
 

@@ -14,11 +14,10 @@ struct ScreenLayout
     CRect tools{};         ///< room of the tool bar
     CRect dial{};          ///< the place that shows how far the loop of frames has gone
     CRect badge{};         ///< the shown depth
-    CRect imageArea{};     ///< the image, with the depth scale to the right of it
+    CRect imageArea{};     ///< the image, with the depth scale to the right of it or below it
     CRect image{};         ///< the part of imageArea that shows the frame
     CRect strip{};         ///< the spectral strip, while it is shown
     CRect panel{};         ///< the facts beside the image
-    CRect outline{};       ///< the turned outline, at the lower end of the panel
     CRect timeline{};      ///< the frames of the recording as a line; empty: none
     CRect recordingMark{}; ///< the sign that a recording runs
     CRect controlPanel{};  ///< the docked control panel; empty: it is not docked
@@ -32,7 +31,8 @@ struct ScreenLayout
 
 /// The fixed form of a console: 1024 x 768 pixels. The strip covers the lower end of the image
 /// while it is shown, and tool bar, dial, badge and recording mark stand in corners of the image.
-ScreenLayout ConsoleLayout();
+/// `isOnSide`: the depth scale lies below the image.
+ScreenLayout ConsoleLayout(bool isOnSide = false);
 
 /// The things that the layout of a window follows from.
 struct WindowRoom
@@ -41,6 +41,7 @@ struct WindowRoom
     int dpi = 96;
     bool hasControlPanel = true; ///< the control panel is docked
     bool hasStrip = false;       ///< the strip is shown
+    bool isOnSide = false;       ///< the depth scale lies below the image
 };
 
 /// The layout of a window whose size the user chooses. No part overlaps another one, but those

@@ -10,9 +10,6 @@ namespace exam {
 
 namespace {
 
-// Decibels between the darkest and the brightest grey level.
-constexpr int dynamicRange = 60;
-
 // The smallest rectangle that holds the pixels that are set.
 CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
 {
@@ -34,7 +31,8 @@ void ImageView::SetSource(const FrameSource& source, CSize size, int depth)
     CineDescription description = source.Description();
     m_isPicture = source.IsPicture();
     if (depth > 0 && !m_isPicture) description.stream.samples = std::min(depth, source.Samples());
-    m_fitted = FitImage(description, size);
+    m_size = size;
+    m_fitted = FitImage(description, size, m_orientation);
     m_zoom = std::max(m_zoom, LeastZoom());
     m_pixels.clear();
     m_grey.assign(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy), 0);
@@ -59,7 +57,7 @@ const std::vector<std::uint8_t>& ImageView::Mask() const
 
 CRect ImageView::ImagedRect() const
 {
-    return BoundingRect(Mask(), m_parameters.width);
+    return BoundingRect(Mask(), m_size.cx);
 }
 
 double ImageView::LeastZoom() const
@@ -67,9 +65,16 @@ double ImageView::LeastZoom() const
     return std::min(1.0, m_fitted.micronsPerPixel.x / std::max(1.0, m_fitted.SampleMicrons()));
 }
 
+// The pixel at which ZoomImage puts a place into the middle.
+PixelPoint ImageView::Centre() const
+{
+    const CPoint upright(m_parameters.width / 2, m_parameters.height / 2);
+    return m_parameters.Turn().Displayed({1.0 * upright.x, 1.0 * upright.y});
+}
+
 FramePoint ImageView::Middle() const
 {
-    return m_parameters.InFrame({m_parameters.width / 2.0, m_parameters.height / 2.0});
+    return m_parameters.InFrame(Centre());
 }
 
 void ImageView::ZoomAt(double factor, CPoint pixel)
@@ -77,15 +82,16 @@ void ImageView::ZoomAt(double factor, CPoint pixel)
     const FramePoint at = m_parameters.InFrame({1.0 * pixel.x, 1.0 * pixel.y});
     m_zoom = std::clamp(m_zoom * factor, LeastZoom(), mostZoom);
     const double microns = std::max(1L, std::lround(m_fitted.micronsPerPixel.x / m_zoom));
-    const CPoint way(m_parameters.width / 2 - pixel.x, m_parameters.height / 2 - pixel.y);
-    m_middle = {at.x + way.x * microns, at.y + way.y * microns};
+    const double scale = microns / m_parameters.micronsPerPixel.x;
+    const FramePoint middle = Middle();
+    m_middle = {at.x + (middle.x - at.x) * scale, at.y + (middle.y - at.y) * scale};
     Look();
 }
 
 void ImageView::Pan(CSize pixels)
 {
-    m_middle.x -= 1.0 * pixels.cx * m_parameters.micronsPerPixel.x;
-    m_middle.y -= 1.0 * pixels.cy * m_parameters.micronsPerPixel.y;
+    const PixelPoint centre = Centre();
+    m_middle = m_parameters.InFrame({centre.x - pixels.cx, centre.y - pixels.cy});
     Look();
 }
 
@@ -98,7 +104,7 @@ void ImageView::ShowWhole()
 void ImageView::ShowSamples()
 {
     const double one = m_fitted.micronsPerPixel.x / std::max(1.0, m_fitted.SampleMicrons());
-    ZoomAt(one / m_zoom, {m_parameters.width / 2, m_parameters.height / 2});
+    ZoomAt(one / m_zoom, {m_size.cx / 2, m_size.cy / 2});
 }
 
 bool ImageView::Show(const FrameSource& source, int frame)
@@ -106,12 +112,23 @@ bool ImageView::Show(const FrameSource& source, int frame)
     if (!source.ReadFrame(frame, m_frame)) return false;
     if (!m_map) return true;
     CutLines(source.Samples());
-    ApplyGain();
+    ChangeLevels();
     if (m_isPicture)
         ConvertColours();
     else
-        m_map->Convert(m_frame.data(), m_grey.data());
+        Convert(m_frame.data());
     return true;
+}
+
+void ImageView::Convert(const std::uint8_t* frame)
+{
+    if (m_parameters.orientation == Orientation()) {
+        m_map->Convert(frame, m_grey.data());
+        return;
+    }
+    m_upright.resize(m_grey.size());
+    m_map->Convert(frame, m_upright.data());
+    m_parameters.Turn().TurnPixels(m_upright.data(), m_grey.data());
 }
 
 // The green is converted last and stays as the grey levels.
@@ -120,7 +137,7 @@ void ImageView::ConvertColours()
     const std::size_t plane = m_frame.size() / pictureColours;
     m_pixels.resize(m_grey.size() * sizeof(RGBQUAD));
     for (const std::size_t colour : {0U, 2U, 1U}) {
-        m_map->Convert(m_frame.data() + colour * plane, m_grey.data());
+        Convert(m_frame.data() + colour * plane);
         for (std::size_t i = 0; i < m_grey.size(); ++i)
             m_pixels[i * sizeof(RGBQUAD) + colour] = m_grey[i];
     }
@@ -135,22 +152,21 @@ void ImageView::CutLines(int samples)
         to = std::copy(line, line + m_parameters.samples, to);
 }
 
-// Echoes are levels of decibels, so gain is added to them.
-void ImageView::ApplyGain()
+// The levels change before the conversion, so that the image stays black beside the frame.
+void ImageView::ChangeLevels()
 {
-    if (m_gain == 0) return;
-    const int levels = m_gain * UINT8_MAX / dynamicRange;
+    if (m_gain == 0 && m_window == GreyWindow()) return;
+    const auto table = GreyTable(m_window, m_gain);
     for (std::uint8_t& echo : m_frame)
-        echo = static_cast<std::uint8_t>(std::clamp<int>(echo + levels, 0, UINT8_MAX));
+        echo = table[echo];
 }
 
 void ImageView::Paint(CDC& dc, CPoint at) const
 {
-    const CSize size(m_parameters.width, m_parameters.height);
     if (m_isPicture && !m_pixels.empty())
-        PaintColours(dc, at, size, m_pixels.data());
+        PaintColours(dc, at, m_size, m_pixels.data());
     else
-        PaintGrey(dc, at, size, m_grey.data());
+        PaintGrey(dc, at, m_size, m_grey.data());
 }
 
 int ImageView::Grey(CPoint pixel) const
@@ -160,8 +176,8 @@ int ImageView::Grey(CPoint pixel) const
 
 void ImageView::FillOutside(CDC& dc, CPoint at, COLORREF colour) const
 {
-    const int width = m_parameters.width;
-    for (int y = 0; y < m_parameters.height; ++y)
+    const int width = m_size.cx;
+    for (int y = 0; y < m_size.cy; ++y)
         for (int x = 0; x < width; ++x) {
             const int begin = x;
             while (x < width && Mask()[IndexOf({x, y})] == 0)
@@ -172,13 +188,12 @@ void ImageView::FillOutside(CDC& dc, CPoint at, COLORREF colour) const
 
 bool ImageView::Contains(CPoint pixel) const
 {
-    return pixel.x >= 0 && pixel.y >= 0 && pixel.x < m_parameters.width &&
-           pixel.y < m_parameters.height;
+    return pixel.x >= 0 && pixel.y >= 0 && pixel.x < m_size.cx && pixel.y < m_size.cy;
 }
 
 std::size_t ImageView::IndexOf(CPoint pixel) const
 {
-    return static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_parameters.width) +
+    return static_cast<std::size_t>(pixel.y) * static_cast<std::size_t>(m_size.cx) +
            static_cast<std::size_t>(pixel.x);
 }
 

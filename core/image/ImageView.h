@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/FrameSource.h"
+#include "image/GreyWindow.h"
 #include "image/ImagingParameters.h"
 
 #include <qor_imgproc/FrameMap.h>
@@ -35,8 +36,12 @@ public:
     void ShowWhole();                         ///< fitted
     void ShowSamples();                       ///< a pixel for each sample of a line, at the middle
 
-    /// Sets the gain of the frames that are shown from now on, in decibels.
+    /// Says how the frames of the next SetSource() lie in the image.
+    void SetOrientation(const Orientation& orientation) { m_orientation = orientation; }
+
+    /// Set the gain of the frames that are shown from now on, in decibels, and their grey levels.
     void SetGain(int decibels) { m_gain = decibels; }
+    void SetGreyWindow(const GreyWindow& window) { m_window = window; }
 
     /// Converts frame number `frame` of `source`, which must be the one that was set. False
     /// when it cannot be read; the image is unchanged then.
@@ -60,14 +65,18 @@ public:
 
 private:
     void Look();
+    PixelPoint Centre() const;
     FramePoint Middle() const;
     const std::vector<std::uint8_t>& Mask() const;
     void CutLines(int samples);
-    void ApplyGain();
+    void ChangeLevels();
+    void Convert(const std::uint8_t* frame);
     void ConvertColours();
     bool Contains(CPoint pixel) const;
     std::size_t IndexOf(CPoint pixel) const;
 
+    Orientation m_orientation;
+    CSize m_size{};
     ImagingParameters m_fitted;
     double m_zoom = 1;
     FramePoint m_middle; // while the image is zoomed
@@ -75,10 +84,12 @@ private:
     std::vector<std::uint8_t> m_frame;          // the shown samples, line by line
     std::optional<qor_imgproc::FrameMap> m_map; // computed once a recording, applied to each frame
     mutable std::optional<std::vector<std::uint8_t>> m_mask; // not 0: inside the imaged region
+    std::vector<std::uint8_t> m_upright;                     // before it is turned
     std::vector<std::uint8_t> m_grey;                        // rows from the top, without padding
     bool m_isPicture = false;
     std::vector<std::uint8_t> m_pixels; // of a picture: blue, green, red and 0; else empty
     int m_gain = 0;                     // decibels
+    GreyWindow m_window;
 };
 
 } // namespace exam

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace exam {
 
@@ -16,14 +17,26 @@ constexpr int margin = 12;
 // fine enough for any probe.
 constexpr int measuringScale = 10;
 
+// The image is mirrored and turned as a whole, see ImageTurn.
+constexpr int unflipped = 0;
+
+CPoint UprightPixel(const ImagingParameters& image, int line, int sample)
+{
+    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
+        line, sample, image.origin, image.micronsPerPixel, image.samplingFreq, image.steerAngle,
+        image.apexAngle, &image.probe, image.soundSpeed, image.lines, ImagingParameters::lineOffset,
+        image.width, image.height, unflipped);
+    return {pixel.x, pixel.y};
+}
+
 // The smallest rectangle that holds the first and the last sample of every line. It covers all
 // lines, because the lowest point of a sector lies between its edges.
 CRect Extent(const ImagingParameters& image)
 {
-    CRect extent(CPoint(image.Pixel(0, 0)), CSize(0, 0));
+    CRect extent(UprightPixel(image, 0, 0), CSize(0, 0));
     for (int line = 0; line < image.lines; ++line) {
         for (const int sample : {0, image.samples - 1}) {
-            const CPoint pixel = image.Pixel(line, sample);
+            const CPoint pixel = UprightPixel(image, line, sample);
             extent.left = std::min(extent.left, pixel.x);
             extent.right = std::max(extent.right, pixel.x);
             extent.top = std::min(extent.top, pixel.y);
@@ -57,17 +70,18 @@ ImagingParameters WithoutScale(const CineDescription& description, CSize size)
 
 CPoint ImagingParameters::Pixel(int line, int sample) const
 {
-    const UPoint pixel = qor_utils::GetPixelCoordinatesLD(
-        line, sample, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, &probe,
-        soundSpeed, lines, lineOffset, width, height, flip);
-    return {pixel.x, pixel.y};
+    const CPoint upright = UprightPixel(*this, line, sample);
+    const PixelPoint displayed = Turn().Displayed({1.0 * upright.x, 1.0 * upright.y});
+    return {static_cast<int>(displayed.x), static_cast<int>(displayed.y)};
 }
 
 UPoint ImagingParameters::ScanPosition(CPoint pixel) const
 {
+    const PixelPoint upright = Turn().Upright({1.0 * pixel.x, 1.0 * pixel.y});
     const UPoint position = CImgGeometry::GetUSCoordinates(
-        pixel.x, pixel.y, origin, micronsPerPixel, samplingFreq, steerAngle, apexAngle, lines,
-        &probe, soundSpeed, lineOffset, width, height, flip);
+        static_cast<int>(upright.x), static_cast<int>(upright.y), origin, micronsPerPixel,
+        samplingFreq, steerAngle, apexAngle, lines, &probe, soundSpeed, lineOffset, width, height,
+        unflipped);
     // The library's result counts elements across the aperture, not the lines of the frame.
     const int elements = std::max(1, probe.elements);
     return {std::clamp(position.x * lines / elements, 0, std::max(0, lines - 1)),
@@ -76,13 +90,14 @@ UPoint ImagingParameters::ScanPosition(CPoint pixel) const
 
 FramePoint ImagingParameters::InFrame(const PixelPoint& pixel) const
 {
-    return {(pixel.x - origin.x) * micronsPerPixel.x, (pixel.y - origin.y) * micronsPerPixel.y};
+    const PixelPoint upright = Turn().Upright(pixel);
+    return {(upright.x - origin.x) * micronsPerPixel.x, (upright.y - origin.y) * micronsPerPixel.y};
 }
 
 PixelPoint ImagingParameters::PixelOf(const FramePoint& point) const
 {
-    return {origin.x + point.x / std::max(1, micronsPerPixel.x),
-            origin.y + point.y / std::max(1, micronsPerPixel.y)};
+    return Turn().Displayed({origin.x + point.x / std::max(1, micronsPerPixel.x),
+                             origin.y + point.y / std::max(1, micronsPerPixel.y)});
 }
 
 double ImagingParameters::Millimetres(CPoint a, CPoint b) const
@@ -115,7 +130,9 @@ std::vector<std::uint8_t> ImagingParameters::Mask() const
     CImgGeometry::CreateImageMask(mask.data(), width, height, samplingFreq, steerAngle, lines,
                                   region, apexAngle, &probe, soundSpeed, origin, micronsPerPixel,
                                   UINT8_MAX);
-    return mask;
+    std::vector<std::uint8_t> displayed(mask.size());
+    Turn().TurnPixels(mask.data(), displayed.data());
+    return displayed;
 }
 
 qor_utils::ScanGeometry ImagingParameters::ToScanGeometry() const
@@ -132,7 +149,6 @@ qor_utils::ScanGeometry ImagingParameters::ToScanGeometry() const
     geometry.micronsPerPixel = micronsPerPixel;
     geometry.width = width;
     geometry.height = height;
-    geometry.flip = flip;
     return geometry;
 }
 
@@ -147,8 +163,9 @@ ZelProbe ProbeOf(const uDataDesc& stream)
     return probe;
 }
 
-ImagingParameters FitImage(const CineDescription& cine, CSize size)
+ImagingParameters FitImage(const CineDescription& cine, CSize size, const Orientation& orientation)
 {
+    if (orientation.IsOnSide()) std::swap(size.cx, size.cy);
     ImagingParameters image = WithoutScale(cine, size);
     image.micronsPerPixel = {measuringScale, measuringScale};
     const CRect extent = Extent(image);
@@ -162,6 +179,7 @@ ImagingParameters FitImage(const CineDescription& cine, CSize size)
     const CRect fitted = Extent(image);
     image.origin.x = (image.width - fitted.Width()) / 2 - fitted.left;
     image.origin.y = margin - fitted.top;
+    image.orientation = orientation;
     return image;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/ImageTurn.h"
 #include "image/RawCine.h"
 
 #include <qor_utils/ScanGeometry.h>
@@ -23,32 +24,30 @@ struct FramePoint
     double y = 0;
 };
 
-/// A position in pixels, between them too.
-struct PixelPoint
-{
-    double x = 0;
-    double y = 0;
-};
-
 /// The input of the geometry functions for one displayed image. Their long parameter lists are
-/// written out here and nowhere else. Coordinates are pixels of the image; (0, 0) is its upper left
-/// corner.
+/// written out here and nowhere else. Coordinates are pixels of the image as it lies on the screen;
+/// (0, 0) is its upper left corner.
 struct ImagingParameters
 {
     static constexpr int lineOffset = 0; ///< frames begin at the first line of the aperture
 
     ZelProbe probe{};
-    int samplingFreq = 0;   ///< Hz
-    int soundSpeed = 0;     ///< m/s
-    int steerAngle = 0;     ///< thousandths of a degree
-    int apexAngle = 0;      ///< virtual apex, thousandths of a degree; 0: none
-    int lines = 0;          ///< in a frame, over the whole aperture
-    int samples = 0;        ///< in a line
-    UPoint origin;          ///< centre of curvature, or of the aperture's face on a flat probe
+    int samplingFreq = 0; ///< Hz
+    int soundSpeed = 0;   ///< m/s
+    int steerAngle = 0;   ///< thousandths of a degree
+    int apexAngle = 0;    ///< virtual apex, thousandths of a degree; 0: none
+    int lines = 0;        ///< in a frame, over the whole aperture
+    int samples = 0;      ///< in a line
+    UPoint origin; ///< centre of curvature, or of a flat probe's face; a pixel of the upright image
     UPoint micronsPerPixel; ///< equal in x and y: the image has true proportions
-    int width = 0;          ///< size of the image
+    int width = 0;          ///< size of the upright image
     int height = 0;
-    int flip = 0; ///< bit 0: left-right, bit 1: top-bottom
+    Orientation orientation; ///< of the image on the screen
+
+    ImageTurn Turn() const { return {orientation, CSize(width, height)}; }
+
+    /// The size of the image on the screen.
+    CSize Size() const { return Turn().Size(); }
 
     /// The pixel of a sample on a scan line.
     CPoint Pixel(int line, int sample) const;
@@ -61,7 +60,8 @@ struct ImagingParameters
     FramePoint InFrame(const PixelPoint& pixel) const;
     PixelPoint PixelOf(const FramePoint& point) const;
 
-    /// Draws the line of constant depth between two scan lines with the selected pen.
+    /// Draws the line of constant depth between two scan lines with the selected pen. The context
+    /// begins at the image's corner.
     void DrawDepthLine(CDC& dc, int sample, int line1, int line2) const;
 
     /// The pixel of the probe's face at which a beam through two places enters the body; each is a
@@ -83,7 +83,8 @@ struct ImagingParameters
     /// The mask of the imaged region: a byte for each pixel, rows from the top, not 0 inside.
     std::vector<std::uint8_t> Mask() const;
 
-    /// The input of the conversion of whole frames. It points to the probe of this object.
+    /// The input of the conversion of whole frames to upright images. It points to the probe of
+    /// this object.
     qor_utils::ScanGeometry ToScanGeometry() const;
 };
 
@@ -91,8 +92,9 @@ struct ImagingParameters
 ZelProbe ProbeOf(const uDataDesc& stream);
 
 /// Chooses the scale and the position at which the frames of a recording fill an image of `size`
-/// pixels: whole, centred sideways, with a margin all round.
-ImagingParameters FitImage(const CineDescription& cine, CSize size);
+/// pixels on the screen: whole, centred sideways, with a margin all round.
+ImagingParameters FitImage(const CineDescription& cine, CSize size,
+                           const Orientation& orientation = {});
 
 /// Shows a part of a fitted image `zoom` times as large, with a place of the frame in the middle,
 /// or as near to it as the frame's edges allow. A frame that is lower or narrower than the image

@@ -17,7 +17,7 @@ constexpr double tolerance = 1e-6;
 
 CRect FrameSurface::Area() const
 {
-    return {m_corner, CSize(m_view.Parameters().width, m_view.Parameters().height)};
+    return {m_corner, m_view.Parameters().Size()};
 }
 
 PixelPoint FrameSurface::PixelOf(const MarkPoint& point) const

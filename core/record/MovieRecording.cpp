@@ -42,13 +42,13 @@ CRect StripOf(const ScreenLayout& screen)
 std::vector<CRect> MovieLayout(const ScreenLayout& screen)
 {
     const CRect& panel = screen.panel;
-    const int outline = panel.bottom - screen.outline.top;
+    const int half = panel.Height() / 2;
     return {screen.imageArea,
             StripOf(screen),
             panel,
             TimeArea(),
-            CRect(0, outline, panel.Width(), panel.Height()),
-            CRect(0, 0, panel.Width(), outline)};
+            CRect(0, half, panel.Width(), panel.Height()),
+            CRect(0, 0, panel.Width(), half)};
 }
 
 // Makes a mask that lets the whole plane through. Tools are drawn outside the imaged region too.
@@ -63,7 +63,7 @@ void MakeOpenMask(CBitmap& mask, CSize size)
 // on it:
 // - Plane 0 is the image with its scale, its tools and those windows over it that are recorded.
 // - Plane 1 is the spectral strip, while it is shown.
-// - Plane 2 holds two regions: the facts and the turned outline beside the image.
+// - Plane 2 holds two regions: the upper and the lower half of the facts beside the image.
 // - Plane 3 is a mark that moves along the lower edge of the strip.
 // - Plane 4 is the movie's own time, in the upper left corner of the image or of the strip.
 // The recording mark, the status text and the keys are not in the movie.

@@ -18,9 +18,8 @@ namespace exam {
 
 namespace {
 
-constexpr int mostGain = 20;   // decibels
-constexpr int leastDepth = 5;  // tenths of the recording's depth
-constexpr int fullTurn = 3600; // tenths of a degree
+constexpr int mostGain = 20;  // decibels
+constexpr int leastDepth = 5; // tenths of the recording's depth
 
 } // namespace
 
@@ -117,7 +116,7 @@ void ExamState::ChangeGain(int decibels)
 {
     m_gain = std::clamp(m_gain + decibels, -mostGain, mostGain);
     m_view.SetGain(m_gain);
-    if (HasSource()) ShowFrame();
+    ShowAgain();
 }
 
 void ExamState::ChangeDepth(int tenths)
@@ -126,30 +125,6 @@ void ExamState::ChangeDepth(int tenths)
     if (depth == m_depth) return;
     m_depth = depth;
     m_fitted.reset();
-    if (HasSource()) ShowFrame();
-}
-
-void ExamState::ZoomAt(double factor, CPoint pixel)
-{
-    m_view.ZoomAt(factor, pixel);
-    ShowAgain();
-}
-
-void ExamState::Pan(CSize pixels)
-{
-    m_view.Pan(pixels);
-    ShowAgain();
-}
-
-void ExamState::ShowWhole()
-{
-    m_view.ShowWhole();
-    ShowAgain();
-}
-
-void ExamState::ShowSamples()
-{
-    m_view.ShowSamples();
     ShowAgain();
 }
 
@@ -183,12 +158,6 @@ void ExamState::ShowStrip(bool shown)
     m_stripShown = shown;
     PlaceStrip();
     m_marks.Refresh();
-    TellChange(stateDisplayChanged);
-}
-
-void ExamState::Rotate(int angle)
-{
-    m_rotation = ((m_rotation + angle) % fullTurn + fullTurn) % fullTurn;
     TellChange(stateDisplayChanged);
 }
 

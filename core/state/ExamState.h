@@ -130,6 +130,11 @@ public:
     void ChangeGain(int decibels);
     int Gain() const { return m_gain; }
 
+    /// Change the image's grey levels, or show all of them again.
+    void MoveGreyWindow(int byLevel, int byWidth);
+    void ResetGreyWindow();
+    const GreyWindow& Levels() const { return m_window; }
+
     /// Changes the shown depth by tenths of the recording's; the result stays between half and all
     /// of it.
     void ChangeDepth(int tenths);
@@ -148,10 +153,12 @@ public:
     void ShowStrip(bool shown);
     bool IsStripShown() const { return m_stripShown; }
 
-    /// Turns the outline by tenths of a degree. It is hidden at 0.
-    void Rotate(int angle);
-    /// The outline's angle, from 0 to 3599 tenths of a degree.
-    int Rotation() const { return m_rotation; }
+    /// Mirror the image, as the probe has its sides, and turn it by degrees, clockwise: by as many
+    /// whole quarters as hold them.
+    void FlipSides();
+    void FlipDepth();
+    void Rotate(int degrees);
+    const Orientation& ImageOrientation() const { return m_orientation; }
 
     /// Lets the frames stand still, and the next press begin a mark of a kind.
     void ChooseMark(MarkKind kind, const std::wstring& text = {});
@@ -200,6 +207,8 @@ private:
     };
 
     void FitImage();
+    void Orient(const Orientation& orientation);
+    void SetGreyWindow(const GreyWindow& window);
     void ShowAgain();
     void PlaceStrip();
     void ShowFrame();
@@ -229,11 +238,12 @@ private:
     std::wstring m_studyFolder;
     std::map<std::pair<std::size_t, int>, KeptFrame> m_kept; // by the probe and its frame
     MarkBoard m_marks;
-    int m_gain = 0;          // decibels
+    int m_gain = 0; // decibels
+    GreyWindow m_window;
+    Orientation m_orientation;
     int m_depth = fullDepth; // tenths of the recording's depth
     bool m_frozen = true;
     bool m_stripShown = false;
-    int m_rotation = 0;
     PanelState m_panel;
     CString m_status;
     std::optional<RunningRecording> m_recording;

@@ -4,7 +4,8 @@ namespace exam {
 
 namespace {
 
-constexpr int tenthsOfDegree = 10;
+constexpr int quarterTurn = 90; // degrees
+constexpr int levelStep = 8;
 
 using State = ExamState;
 
@@ -62,12 +63,38 @@ constexpr Command imageCommands[] = {
     {.key = {.code = VK_OEM_COMMA, .repeats = true, .param = -1},
      .text = {"exam.command.depth.less", "exam.tip.depth.less"},
      .carryOut = ChangeDepth},
-    {.key = {.code = 'R', .repeats = true, .param = 15},
+    {.key = {.code = 'H'},
+     .action = {L"Imaging", L"FlipHorizontal"},
+     .text = {"exam.command.flip.sides", "exam.tip.flip.sides"},
+     .carryOut = [](Examination& e, int) { e.State().FlipSides(); },
+     .value = [](const State& s, int) -> int { return s.ImageOrientation().flipsSides; }},
+    {.key = {.code = 'H', .withControl = true},
+     .action = {L"Imaging", L"FlipVertical"},
+     .text = {"exam.command.flip.depth", "exam.tip.flip.depth"},
+     .carryOut = [](Examination& e, int) { e.State().FlipDepth(); },
+     .value = [](const State& s, int) -> int { return s.ImageOrientation().flipsDepth; }},
+    {.key = {.code = 'R', .param = quarterTurn},
      .action = {L"Imaging", L"Rotate"},
      .text = {"exam.command.rotate", "exam.tip.rotate"},
-     .carryOut = [](Examination& e, int param) { e.State().Rotate(param * tenthsOfDegree); },
-     .value = [](const State& s, int) { return s.Rotation() / tenthsOfDegree; },
+     .carryOut = [](Examination& e, int param) { e.State().Rotate(param); },
+     .value = [](const State& s, int) { return s.ImageOrientation().quarters * quarterTurn; },
      .isNumber = true},
+    {.key = {.code = 'N', .repeats = true, .param = -levelStep},
+     .text = {"exam.command.window.narrower", "exam.tip.window.narrower"},
+     .carryOut = [](Examination& e, int param) { e.State().MoveGreyWindow(0, param); }},
+    {.key = {.code = 'M', .repeats = true, .param = levelStep},
+     .text = {"exam.command.window.wider", "exam.tip.window.wider"},
+     .carryOut = [](Examination& e, int param) { e.State().MoveGreyWindow(0, param); }},
+    {.key = {.code = 'N', .withControl = true, .repeats = true, .param = -levelStep},
+     .text = {"exam.command.window.lower", "exam.tip.window.lower"},
+     .carryOut = [](Examination& e, int param) { e.State().MoveGreyWindow(param, 0); }},
+    {.key = {.code = 'M', .withControl = true, .repeats = true, .param = levelStep},
+     .text = {"exam.command.window.higher", "exam.tip.window.higher"},
+     .carryOut = [](Examination& e, int param) { e.State().MoveGreyWindow(param, 0); }},
+    {.key = {.code = '0', .withControl = true},
+     .text = {"exam.command.window.whole", "exam.tip.window.whole"},
+     .carryOut = [](Examination& e, int) { e.State().ResetGreyWindow(); },
+     .isPossible = [](const State& s) { return s.Levels() != GreyWindow(); }},
     {.key = {.code = 'B'},
      .action = {L"Mode", L"B"},
      .text = {"exam.command.bmode", "exam.tip.bmode"},

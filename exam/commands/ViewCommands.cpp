@@ -15,16 +15,16 @@ constexpr int panPart = 10;
 void Zoom(Examination& exam, double factor)
 {
     if (!exam.State().HasSource()) return;
-    const ImagingParameters& image = exam.State().View().Parameters();
-    exam.State().ZoomAt(factor, {image.width / 2, image.height / 2});
+    const CSize size = exam.State().View().Parameters().Size();
+    exam.State().ZoomAt(factor, {size.cx / 2, size.cy / 2});
 }
 
 // Looks further into a direction, by a part of the image's size.
 void Pan(Examination& exam, int right, int down)
 {
     if (!exam.State().HasSource()) return;
-    const ImagingParameters& image = exam.State().View().Parameters();
-    exam.State().Pan({right * image.width / panPart, down * image.height / panPart});
+    const CSize size = exam.State().View().Parameters().Size();
+    exam.State().Pan({right * size.cx / panPart, down * size.cy / panPart});
 }
 
 constexpr Command viewCommands[] = {

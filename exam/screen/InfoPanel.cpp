@@ -2,7 +2,6 @@
 
 #include "base/Palette.h"
 #include "measure/MarkList.h"
-#include "measure/RotatedOutline.h"
 #include "study/StudyTexts.h"
 
 #include <qor_utils/ZelProbe.h>
@@ -40,6 +39,15 @@ const char* ProbeKey(int type)
     }
 }
 
+// The signs of the ways in which the image is mirrored.
+CString FlipText(const Orientation& orientation)
+{
+    CString text;
+    if (orientation.flipsSides) text += L"  \u2194";
+    if (orientation.flipsDepth) text += L"  \u2195";
+    return text;
+}
+
 std::vector<Fact> FactsOf(const ExamState& state)
 {
     std::vector<Fact> facts;
@@ -63,6 +71,13 @@ std::vector<Fact> FactsOf(const ExamState& state)
     }
     add("exam.label.frame",
         GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
+    const Orientation& lies = state.ImageOrientation();
+    if (lies != Orientation())
+        add("exam.label.orientation",
+            GetStr("exam.value.orientation", lies.quarters * 90) + FlipText(lies));
+    const GreyWindow& window = state.Levels();
+    if (window != GreyWindow())
+        add("exam.label.window", GetStr("exam.value.window", window.level, window.width));
     const auto [first, last] = state.Loop();
     const bool isWhole = first == 1 && last == state.Source().Frames();
     if (!state.Source().IsLive() && (!isWhole || state.Speed() != 1))
@@ -102,12 +117,6 @@ CRect DrawLowRows(CDC& dc, const ScreenLayout& layout, CRect box, const std::vec
     return box;
 }
 
-void DrawOutline(CDC& dc, const ExamState& state)
-{
-    const CSize size(state.View().Parameters().width, state.View().Parameters().height);
-    DrawRotatedOutline(dc, state.Layout().outline, RotateImageOutline(size, state.Rotation()));
-}
-
 } // namespace
 
 void DrawInfoPanel(CDC& dc, const ExamState& state)
@@ -117,10 +126,6 @@ void DrawInfoPanel(CDC& dc, const ExamState& state)
     dc.SetBkMode(TRANSPARENT);
     const std::vector<Fact> facts = FactsOf(state);
     CRect box = layout.panel;
-    if (state.Rotation() != 0) {
-        DrawOutline(dc, state);
-        box.bottom = layout.outline.top;
-    }
     const auto rows = static_cast<int>(facts.size());
     const std::vector<int> marks = state.Marks().Shown();
     const int list = marks.empty() ? 0 : leastList;

@@ -2,6 +2,7 @@
 
 #include "base/Painting.h"
 #include "base/Palette.h"
+#include "measure/MarkShapes.h"
 #include "measure/SpectralStrip.h"
 #include "screen/InfoPanel.h"
 #include "screen/RecordingText.h"
@@ -13,6 +14,7 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace exam {
 
@@ -24,33 +26,70 @@ constexpr int shortTick = 5;
 constexpr int tickGap = 4;
 constexpr CSize labelSize(48, 16);
 
-// The number stands level with its tick, or as near as it stays within the image's height.
-void DrawLabel(CDC& dc, const ScreenLayout& layout, CPoint at, int centimetres)
+// The depth scale runs beside the image, or below it when the image lies on its side. Its parts are
+// given by their place along the depth and across it, in pixels of the image.
+class Ruler
 {
-    const MarkValue shown = AsShown({"", "study.unit.mm", 10.0 * centimetres, 0});
-    std::wstring text = NumberText(shown.value, 0);
-    if (centimetres == 0) text += L" " + TextOf(shown.unitKey);
-    const int height = dc.GetTextExtent(text.c_str()).cy;
-    const int lowest = std::max<int>(0, layout.image.Height() - height);
-    CRect box(CPoint(at.x, std::clamp<int>(at.y - height / 2, 0, lowest)),
-              CSize(layout.Scaled(labelSize.cx), height));
-    dc.DrawText(text.c_str(), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
-}
+public:
+    Ruler(const ScreenLayout& layout, const ImagingParameters& image)
+        : m_layout(layout), m_image(image), m_isOnSide(image.orientation.IsOnSide()),
+          m_base(m_isOnSide ? layout.image.Height() : layout.image.Width()),
+          m_room(m_isOnSide ? layout.image.Width() : layout.image.Height())
+    {
+    }
 
-// The whole centimetres from one number of the scale to the next, so that the numbers stand apart.
-int LabelStep(const ScreenLayout& layout, const ImagingParameters& image)
-{
-    for (const int step : {1, 2, 5})
-        if (step * 2 * micronsPerHalfCentimetre / image.micronsPerPixel.y >
-            layout.Scaled(labelSize.cy))
-            return step;
-    return 10;
-}
+    // The place along the depth of what lies so many microns below the probe's face.
+    int At(int microns) const
+    {
+        const FramePoint face = m_image.InFrame(Exactly(m_image.Pixel(m_image.lines / 2, 0)));
+        const CPoint pixel = PixelAt(m_image.PixelOf({face.x, face.y + microns}));
+        return m_isOnSide ? pixel.x : pixel.y;
+    }
+    bool IsShown(int along) const { return along >= 0 && along <= m_room; }
 
-// Draws the depth scale beside the image: a tick every half centimetre from the probe's face down.
-// The ticks of whole centimetres are longer and numbered. `x` is the column of the scale in pixels
-// of the image.
-void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& image, int x)
+    void DrawLine(CDC& dc, int from, int to, int across) const
+    {
+        DrawLines(dc, {PointAt(from, 0), PointAt(to, across)});
+    }
+
+    // The number stands at its tick, or as near as it stays within the image.
+    void DrawLabel(CDC& dc, int along, int centimetres) const
+    {
+        const MarkValue shown = AsShown({"", "study.unit.mm", 10.0 * centimetres, 0});
+        std::wstring text = NumberText(shown.value, 0);
+        if (centimetres == 0) text += L" " + TextOf(shown.unitKey);
+        const CSize size = dc.GetTextExtent(text.c_str());
+        const int length = m_isOnSide ? size.cx : size.cy;
+        const int begin = std::clamp(along - length / 2, 0, std::max(0, m_room - length));
+        CRect box(PointAt(begin, m_layout.Scaled(longTick + tickGap)), size);
+        dc.DrawText(text.c_str(), &box, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+    }
+
+    // The whole centimetres from one number to the next, so that the numbers stand apart.
+    int LabelStep() const
+    {
+        const int room = m_layout.Scaled(m_isOnSide ? labelSize.cx : labelSize.cy);
+        for (const int step : {1, 2, 5})
+            if (step * 2 * micronsPerHalfCentimetre / m_image.micronsPerPixel.y > room) return step;
+        return 10;
+    }
+
+private:
+    CPoint PointAt(int along, int across) const
+    {
+        return m_isOnSide ? CPoint(along, m_base + across) : CPoint(m_base + across, along);
+    }
+
+    const ScreenLayout& m_layout;
+    const ImagingParameters& m_image;
+    bool m_isOnSide;
+    int m_base;
+    int m_room;
+};
+
+// Draws a tick every half centimetre from the probe's face on. The ticks of whole centimetres are
+// longer and numbered.
+void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& image)
 {
     if (image.micronsPerPixel.y <= 0 || image.lines < 1) return;
     CPen pen(PS_SOLID, 1, palette::scale);
@@ -58,18 +97,15 @@ void DrawRuler(CDC& dc, const ScreenLayout& layout, const ImagingParameters& ima
     dc.SetTextColor(palette::scale);
     dc.SetBkMode(TRANSPARENT);
 
-    const int middle = image.lines / 2;
-    const int top = image.Pixel(middle, 0).y;
-    const int bottom = image.Pixel(middle, image.samples - 1).y;
-    const int labelStep = 2 * LabelStep(layout, image);
-    DrawLines(dc, {CPoint(x, top), CPoint(x, bottom)});
-    for (int half = 0;; ++half) {
-        const int y = top + half * micronsPerHalfCentimetre / image.micronsPerPixel.y;
-        if (y > std::min<int>(bottom, layout.image.Height())) break;
-        const int tick = half % 2 == 0 ? longTick : shortTick;
-        DrawLines(dc, {CPoint(x, y), CPoint(x + layout.Scaled(tick), y)});
-        if (half % labelStep == 0 && y >= 0)
-            DrawLabel(dc, layout, {x + layout.Scaled(longTick + tickGap), y}, half / 2);
+    const Ruler ruler(layout, image);
+    const int depth = static_cast<int>(image.DepthMillimetres() * 1000);
+    const int labelStep = 2 * ruler.LabelStep();
+    ruler.DrawLine(dc, ruler.At(0), ruler.At(depth), 0);
+    for (int half = 0; half * micronsPerHalfCentimetre <= depth; ++half) {
+        const int along = ruler.At(half * micronsPerHalfCentimetre);
+        if (!ruler.IsShown(along)) continue;
+        ruler.DrawLine(dc, along, along, layout.Scaled(half % 2 == 0 ? longTick : shortTick));
+        if (half % labelStep == 0) ruler.DrawLabel(dc, along, half / 2);
     }
 }
 
@@ -96,13 +132,28 @@ constexpr int barMargin = 16;
 constexpr int dotSize = 14;
 constexpr int gap = 8;
 
-void DrawDot(CDC& dc, const CRect& area)
+void DrawDot(CDC& dc, const CRect& area, COLORREF colour)
 {
-    CBrush brush(palette::recording);
-    CPen pen(PS_SOLID, 1, palette::recording);
+    CBrush brush(colour);
+    CPen pen(PS_SOLID, 1, colour);
     const base::Selection fill(dc.GetSafeHdc(), brush.GetSafeHandle());
     const base::Selection edge(dc.GetSafeHdc(), pen.GetSafeHandle());
     dc.Ellipse(&area);
+}
+
+// Marks the probe's side at which the lines begin with a dot beside its face, away from the image.
+void DrawSideMark(CDC& dc, const ScreenLayout& layout, const ImagingParameters& image)
+{
+    constexpr int distance = 7;
+    constexpr int radius = 4;
+    const int sample = image.samples / 2; // the lines of a sector have one face
+    const CSize across = image.Pixel(0, sample) - image.Pixel(image.lines - 1, sample);
+    const double length = std::max(1.0, std::hypot(across.cx, across.cy));
+    const double way = layout.Scaled(distance) / length;
+    CRect dot(image.Pixel(0, 0), CSize(0, 0));
+    dot.OffsetRect(std::lround(across.cx * way), std::lround(across.cy * way));
+    dot.InflateRect(layout.Scaled(radius), layout.Scaled(radius));
+    DrawDot(dc, dot, palette::accent);
 }
 
 // Draws a red dot and the time of the recording.
@@ -110,7 +161,8 @@ void DrawRecordingMark(CDC& dc, const ScreenLayout& layout, const RunningRecordi
 {
     CRect box = layout.recordingMark;
     const int size = layout.Scaled(dotSize);
-    DrawDot(dc, CRect(CPoint(box.left, box.CenterPoint().y - size / 2), CSize(size, size)));
+    DrawDot(dc, CRect(CPoint(box.left, box.CenterPoint().y - size / 2), CSize(size, size)),
+            palette::recording);
     box.left += size + layout.Scaled(gap);
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(palette::text);
@@ -159,7 +211,8 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     // Scale and sample volume draw in pixels of the image.
     dc.SetViewportOrg(layout.image.left, layout.image.top);
     const ImagingParameters& image = state.View().Parameters();
-    DrawRuler(dc, layout, image, layout.image.Width());
+    DrawRuler(dc, layout, image);
+    DrawSideMark(dc, layout, image);
     if (state.IsStripShown() && state.Strip().HasFlow()) DrawGate(dc, image, state.Strip().Flow());
 }
 

@@ -1,6 +1,6 @@
 // Station 5: measuring on the image with the mouse, through the arbitration, with posted messages;
-// the outline of a turned image.
-#include "measure/RotatedOutline.h"
+// a mirrored and turned image.
+#include "measure/MarkSurface.h"
 #include "service/Terms.h"
 #include "study/StudyFile.h"
 #include "tour/TourMouse.h"
@@ -203,17 +203,29 @@ void Kept(TourContext& context)
                         L"the study keeps its measurements in its own files");
 }
 
-// A turned image's bounding box.
-void Outline(TourContext& context)
+// An image that is mirrored and turned, in fewer grey levels, with the first measurement on it.
+void Turned(TourContext& context, Mouse& mouse)
 {
-    const RotatedOutline outline = RotateImageOutline(CSize(400, 300), 300);
-    // w cos a + h sin a and w sin a + h cos a at 30 degrees
-    context.report.Step(std::abs(outline.bounds.Width() - 496) <= 1 &&
-                            std::abs(outline.bounds.Height() - 460) <= 1,
-                        L"an image turned by 30 degrees is held by its bounding box");
-    context.state.Rotate(300);
-    context.Picture(L"turned-outline");
-    context.state.Rotate(-context.state.Rotation());
+    const Mark mark = *context.state.Content().marks.front();
+    const FrameSurface surface(context.state.View(), context.state.Layout().image.TopLeft());
+    const PixelPoint before = surface.PixelOf(mark.points.front());
+    mouse.Key('H');
+    mouse.Key('R');
+    context.state.MoveGreyWindow(-28, -136);
+    const PixelPoint after = surface.PixelOf(mark.points.front());
+    const MarkPoint back = surface.PointAt(after);
+    const bool isThere =
+        Near(back.x, mark.points.front().x, 0.001) && Near(back.y, mark.points.front().y, 0.001);
+    context.report.Step(PixelAt(after) != PixelAt(before) && isThere &&
+                            *context.state.Content().marks.front() == mark,
+                        L"a measurement stays where it was made on the tissue when the image is "
+                        L"mirrored and turned");
+    context.Picture(L"turned-image");
+    context.state.ResetGreyWindow();
+    context.state.Rotate(-context.state.ImageOrientation().quarters * 90);
+    mouse.Key('H');
+    context.report.Step(PixelAt(surface.PixelOf(mark.points.front())) == PixelAt(before),
+                        L"and comes back with the image");
 }
 
 } // namespace
@@ -234,7 +246,7 @@ void TourMeasurements(TourContext& context)
     Annotations(context, mouse);
     PatientForm(context);
     Kept(context);
-    Outline(context);
+    Turned(context, mouse);
 }
 
 } // namespace exam

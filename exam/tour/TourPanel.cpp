@@ -196,11 +196,10 @@ void SavedCopyOfTheActions(TourContext& context, Hand& hand)
     hand.Push(L"Picture");
     hand.Push(L"B");
     hand.Push(L"B");
-    context.report.Step(context.state.Gain() == 20 && context.state.Rotation() < 3600 &&
-                            context.state.Rotation() >= 0,
+    context.report.Step(context.state.Gain() == 20 &&
+                            context.state.ImageOrientation().quarters == 0,
                         L"a parameter without measure goes as far as its limit");
     context.state.ChangeGain(-20);
-    context.state.Rotate(-context.state.Rotation());
 }
 
 void RemoveSavedFiles()

@@ -132,10 +132,12 @@ void MainWindow::Arrange()
     GetClientRect(&client);
     if (client.IsRectEmpty()) return; // it is minimised
     const bool hasPanel = m_panelPlace.isShown && !m_panelPlace.isFloating;
-    m_state.SetLayout(m_form == WindowForm::console
-                          ? ConsoleLayout()
-                          : WindowLayout({client.Size(), m_dpi, hasPanel, m_state.IsStripShown()}),
-                      OnScreen({0, 0}));
+    const bool isOnSide = m_state.ImageOrientation().IsOnSide();
+    m_state.SetLayout(
+        m_form == WindowForm::console
+            ? ConsoleLayout(isOnSide)
+            : WindowLayout({client.Size(), m_dpi, hasPanel, m_state.IsStripShown(), isOnSide}),
+        OnScreen({0, 0}));
 }
 
 // Puts the windows in this one into their places.

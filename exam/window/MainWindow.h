@@ -81,7 +81,8 @@ private:
     {
         nothing,
         timeline, // the mark of the timeline
-        image     // the image itself, to move it
+        image,    // the image itself, to move it
+        levels    // its grey window: across for the width, down for the level
     };
 
     CWnd& Owner() override { return *this; }

@@ -114,6 +114,7 @@ void MainWindow::OnLButtonDown(UINT flags, CPoint point)
 {
     if (m_state.Layout().timeline.PtInRect(point)) return Take(Drag::timeline, point);
     if (m_state.Layout().status.PtInRect(point)) return m_exam.FollowStatus();
+    if (flags & MK_CONTROL) return Take(Drag::levels, point);
     m_state.Press(flags, point);
     // A press that no tool takes moves the image.
     if (!MouseCapture::IsLocked() && m_state.View().Zoom() != 1) Take(Drag::image, point);
@@ -161,7 +162,7 @@ void MainWindow::OnCaptureChanged(CWnd*)
 void MainWindow::Take(Drag drag, CPoint point)
 {
     if (!m_state.HasSource()) return;
-    if (drag == Drag::image && !m_state.Layout().image.PtInRect(point)) return;
+    if (drag != Drag::timeline && !m_state.Layout().image.PtInRect(point)) return;
     m_drag = drag;
     m_dragged = point;
     SetCapture();
@@ -171,7 +172,11 @@ void MainWindow::Take(Drag drag, CPoint point)
 void MainWindow::DragTo(CPoint point)
 {
     if (m_drag == Drag::timeline) return Seek(point);
-    m_state.Pan(point - m_dragged);
+    const CSize way = point - m_dragged;
+    if (m_drag == Drag::levels)
+        m_state.MoveGreyWindow(way.cy, way.cx);
+    else
+        m_state.Pan(way);
     m_dragged = point;
 }
 

@@ -97,7 +97,7 @@ TEST_F(ExamStateTest, BeginsFrozenOnTheFirstRecordingWithoutAnythingElse)
     EXPECT_TRUE(m_state.IsFrozen());
     EXPECT_FALSE(m_state.IsStripShown());
     EXPECT_EQ(m_state.Gain(), 0);
-    EXPECT_EQ(m_state.Rotation(), 0);
+    EXPECT_EQ(m_state.ImageOrientation(), Orientation());
     EXPECT_TRUE(m_state.Status().IsEmpty());
     EXPECT_FALSE(m_state.Recording());
     EXPECT_TRUE(m_state.Marks().Shown().empty());
@@ -150,13 +150,12 @@ TEST_F(ExamStateTest, TellsWhatAChangeConcerns)
     EXPECT_EQ(Changes(), std::vector<int>{stateLanguageChanged});
     m_state.SetFrozen(false);
     m_state.ShowStrip(true);
-    m_state.Rotate(10);
     m_state.SetInput(InputPointer);
     m_state.SetStatus(L"a sentence");
     m_state.SetRecording(RunningRecording{true, 1});
     std::vector<int> told = Changes();
     std::erase(told, stateMeasurementChanged);
-    EXPECT_EQ(told, std::vector<int>(6, stateDisplayChanged));
+    EXPECT_EQ(told, std::vector<int>(5, stateDisplayChanged));
     m_state.Marks().Choose(MarkKind::angle);
     EXPECT_EQ(Changes(), std::vector<int>{stateMeasurementChanged});
 }
@@ -310,14 +309,60 @@ TEST_F(ExamStateTest, AFrameThatWasTakenAwayIsKeptAgainForANewMark)
     EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
 }
 
-TEST_F(ExamStateTest, TurnsTheOutlineRoundAndRound)
+TEST_F(ExamStateTest, TurnsTheImageByQuartersRoundAndRound)
 {
-    m_state.Rotate(-150);
-    EXPECT_EQ(m_state.Rotation(), 3450);
-    m_state.Rotate(300);
-    EXPECT_EQ(m_state.Rotation(), 150);
-    m_state.Rotate(-150 - 36000);
-    EXPECT_EQ(m_state.Rotation(), 0);
+    for (const auto& [degrees, quarters] : {std::pair{90, 1},
+                                            {15, 2},
+                                            {180, 0},
+                                            {-15, 3},
+                                            {-90, 2},
+                                            {360, 2},
+                                            {-3600, 2},
+                                            {0, 2},
+                                            {91, 0}}) {
+        m_state.Rotate(degrees);
+        EXPECT_EQ(m_state.ImageOrientation().quarters, quarters) << degrees;
+        const CRect imaged = m_state.View().ImagedRect();
+        EXPECT_FALSE(imaged.IsRectEmpty());
+        EXPECT_EQ(m_state.View().Parameters().Size(), m_state.Layout().image.Size());
+    }
+}
+
+TEST_F(ExamStateTest, AMeasurementKeepsItsPlaceOnTheTissueInEachOrientation)
+{
+    const ImagingParameters& image = m_state.View().Parameters();
+    Measure(image.Pixel(60, 300), image.Pixel(60, 1079));
+    const StudyContent made = m_state.Content();
+    const ImagingParameters upright = image;
+    for (int i = 0; i < 16; ++i) {
+        m_state.Rotate(90);
+        if (i % 4 == 3) m_state.FlipSides();
+        if (i % 8 == 7) m_state.FlipDepth();
+        EXPECT_EQ(m_state.Marks().Shown(), std::vector<int>{1});
+        EXPECT_EQ(m_state.Content(), made);
+        // Its grip is taken where the tissue is now.
+        m_state.Press(MK_LBUTTON, m_state.Layout().image.TopLeft() + image.Pixel(60, 300));
+        EXPECT_TRUE(MouseCapture::IsLocked());
+        MouseCapture::Unlock();
+        EXPECT_EQ(m_state.Content(), made);
+    }
+    EXPECT_EQ(m_state.ImageOrientation(), Orientation());
+    EXPECT_EQ(image.Pixel(60, 300), upright.Pixel(60, 300));
+}
+
+TEST_F(ExamStateTest, KeepsTheGreyWindowUntilItIsReset)
+{
+    const CPoint pixel = m_state.View().Parameters().Pixel(60, 600);
+    const int before = m_state.View().Grey(pixel);
+    ASSERT_GT(before, 0);
+    m_state.MoveGreyWindow(-128, -1000);
+    EXPECT_EQ(m_state.View().Grey(pixel), 255);
+    m_state.SelectImage(linear);
+    m_state.SelectImage(curved);
+    EXPECT_EQ(m_state.View().Grey(pixel), 255);
+    EXPECT_EQ(m_state.Levels(), (GreyWindow{0, 1}));
+    m_state.ResetGreyWindow();
+    EXPECT_EQ(m_state.View().Grey(pixel), before);
 }
 
 TEST_F(ExamStateTest, AProbeRunsWhileItIsOnDisplayAndNotFrozen)

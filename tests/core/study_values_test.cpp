@@ -173,15 +173,16 @@ TEST(StudyValuesTest, AMarkThatIsMovedKeepsItsValues)
 }
 
 // The image rounds both ends to pixels, so the lengths differ by less than two of them.
-TEST(StudyValuesTest, AgreeWithTheImageInEverySizeAndFlip)
+TEST(StudyValuesTest, AgreeWithTheImageInEverySizeAndOrientation)
 {
     test_support::Random random(17);
     for (const Acquisition& probe : {Linear(), Curved(), Phased()}) {
         CineDescription cine;
         cine.stream = probe.stream;
         for (const int width : {300, 1200}) {
-            ImagingParameters image = FitImage(cine, CSize(width, width));
-            image.flip = random.Int(0, 3);
+            const Orientation orientation{random.Int(0, 1) != 0, random.Int(0, 1) != 0,
+                                          random.Int(0, 3)};
+            const ImagingParameters image = FitImage(cine, CSize(width, width), orientation);
             for (int i = 0; i < 100; ++i) {
                 const CPoint a(random.Int(0, lines - 1), random.Int(0, 5999));
                 const CPoint b(random.Int(0, lines - 1), random.Int(0, 5999));

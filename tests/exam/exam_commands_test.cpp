@@ -153,7 +153,7 @@ TEST_F(CommandsTest, TipsNameTheKey)
 
 TEST_F(CommandsTest, AKeySwitchesItsStateOnAndOff)
 {
-    for (const UINT key : {UINT{'1'}, UINT{'2'}, UINT{'3'}, UINT{'S'}, UINT{'P'}}) {
+    for (const UINT key : {UINT{'1'}, UINT{'2'}, UINT{'3'}, UINT{'S'}, UINT{'P'}, UINT{'H'}}) {
         EXPECT_FALSE(IsOn(key)) << key;
         Press(key);
         EXPECT_TRUE(IsOn(key)) << key;
@@ -161,7 +161,7 @@ TEST_F(CommandsTest, AKeySwitchesItsStateOnAndOff)
         EXPECT_FALSE(IsOn(key)) << key;
     }
     Press('R');
-    EXPECT_EQ(m_state.Rotation(), 150);
+    EXPECT_EQ(m_state.ImageOrientation(), (Orientation{false, false, 1}));
     Press('F');
     EXPECT_EQ(m_state.Frame(), 0); // the curved recording has one frame
     Press(VK_SPACE);
@@ -199,9 +199,23 @@ TEST_F(CommandsTest, ActionsTakeTheParameterOfTheProtocolFile)
     CarryOut(L"Imaging", L"Gain", INT_MAX);
     EXPECT_EQ(m_state.Gain(), 20);
     CarryOut(L"Imaging", L"Rotate", INT_MIN);
-    EXPECT_EQ(m_state.Rotation(), 800); // -10,000 degrees
+    EXPECT_EQ(m_state.ImageOrientation().quarters, 0); // 112 quarters hold 10,000 degrees
     CarryOut(L"Probe", L"Select", INT_MIN);
     EXPECT_EQ(m_state.Current(), 1u);
+}
+
+TEST_F(CommandsTest, KeysMoveTheGreyWindowAndBringAllLevelsBack)
+{
+    Press('N');
+    m_desk.Press({.key = 'M', .control = true, .isRepeat = true});
+    EXPECT_EQ(m_state.Levels(), (GreyWindow{136, 248}));
+    m_desk.Press({.key = 'N', .control = true});
+    Press('M');
+    EXPECT_EQ(m_state.Levels(), GreyWindow());
+    EXPECT_FALSE(exam::IsPossible(*CommandOfKey('0', true), m_state));
+    Press('N');
+    m_desk.Press({.key = '0', .control = true});
+    EXPECT_EQ(m_state.Levels(), GreyWindow());
 }
 
 TEST_F(CommandsTest, WithTheTrackballTheLastPointOfAFrozenImageLetsGo)

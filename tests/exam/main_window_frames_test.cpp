@@ -1,7 +1,9 @@
 // The main window shows running frames, and recordings end with it.
 #include "base/ScreenLayout.h"
+#include "image/CineFile.h"
 #include "MainWindowFixture.h"
 #include "record/MovieFile.h"
+#include "record/PixelCanvas.h"
 
 #include <base/GdiHandles.h>
 #include <Utils_Statics/GetStr.h>
@@ -152,4 +154,33 @@ TEST_F(MainWindowFramesTest, AClickOnItsMessageOpensAFinishedRecording)
     EXPECT_EQ(m_state.Source().Frames(), 1); // the other recording has four
     EXPECT_EQ(m_state.Status(),
               GetStr("exam.image.opened", (m_folder / L"recording-001.cine").c_str()));
+}
+
+TEST_F(MainWindowFramesTest, MoviesShowTheImageAsItLiesAndRawRecordingsKeepItsEchoes)
+{
+    m_state.FlipSides();
+    m_state.Rotate(90);
+    m_state.MoveGreyWindow(-60, -100);
+    const ImageView& view = m_state.View();
+    PixelCanvas canvas(m_state.Layout().client);
+    m_window->Exam().Window().PaintMovie(canvas.Context());
+    for (const CPoint scan : {CPoint(20, 200), CPoint(64, 300), CPoint(100, 400)}) {
+        const CPoint pixel = view.Parameters().Pixel(scan.x, scan.y);
+        const CPoint at = m_state.Layout().image.TopLeft() + pixel;
+        const int grey = view.Grey(pixel);
+        EXPECT_EQ(canvas.Context().GetPixel(at.x, at.y), RGB(grey, grey, grey));
+    }
+    m_window->Exam().ToggleRecording(false);
+    m_window->Exam().Advance();
+    m_window->Exam().EndRecording();
+    CineFile recorded;
+    ASSERT_EQ(recorded.Open(m_folder / L"recording-001.cine"), L"");
+    std::vector<std::uint8_t> kept;
+    ASSERT_TRUE(recorded.ReadFrame(0, kept));
+    bool isThere = false; // among the frames, because they ran
+    for (int i = 0; i < m_state.Source().Frames(); ++i) {
+        std::vector<std::uint8_t> echoes;
+        isThere = isThere || (m_state.Source().ReadFrame(i, echoes) && echoes == kept);
+    }
+    EXPECT_TRUE(isThere);
 }

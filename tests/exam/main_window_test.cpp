@@ -245,3 +245,33 @@ TEST_F(MainWindowFormTest, AMarkIsDrawnAndMovedWhereItIsShownInAMovedWindow)
     EXPECT_NEAR(pixelOf(1).x, to.x + 10, 1);
     EXPECT_NEAR(pixelOf(1).y, to.y + 20, 1);
 }
+
+TEST_F(MainWindowFormTest, ADragWithCtrlMovesTheGreyWindowAndMeasuresNothing)
+{
+    Open(WindowForm::window);
+    const CPoint from = m_state.Layout().image.CenterPoint();
+    m_state.ChooseMark(MarkKind::distance);
+    m_window->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON | MK_CONTROL, MAKELPARAM(from.x, from.y));
+    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x - 50, from.y + 20));
+    m_window->SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x - 60, from.y + 10));
+    m_window->SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(from.x - 60, from.y + 10));
+    m_window->SendMessage(WM_MOUSEMOVE, 0, MAKELPARAM(from.x, from.y));
+    EXPECT_EQ(m_state.Levels(), (GreyWindow{138, 196}));
+    EXPECT_TRUE(m_state.Content().marks.empty());
+}
+
+TEST_F(MainWindowFormTest, AnImageOnItsSideHasItsScaleBelow)
+{
+    for (const WindowForm form : {WindowForm::window, WindowForm::console}) {
+        Open(form);
+        const ScreenLayout upright = m_state.Layout();
+        m_window->SendMessage(WM_KEYDOWN, 'R', 1);
+        EXPECT_EQ(m_state.Layout().imageArea, upright.imageArea);
+        EXPECT_GT(m_state.Layout().image.Width(), upright.image.Width());
+        EXPECT_LT(m_state.Layout().image.Height(), upright.image.Height());
+        EXPECT_EQ(m_state.View().Parameters().Size(), m_state.Layout().image.Size());
+        for (int i = 0; i < 3; ++i)
+            m_window->SendMessage(WM_KEYDOWN, 'R', 1);
+        EXPECT_EQ(m_state.Layout(), upright);
+    }
+}

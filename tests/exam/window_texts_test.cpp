@@ -135,6 +135,10 @@ TEST_P(WindowTextsTest, TheFactsOfEveryImageAreWhole)
             m_state.ChangeSpeed(1);
             utilsExam::ResearchMode = image == 0;
             m_state.SetRecording(RunningRecording{true, 12345});
+            if (image == 1) m_state.FlipDepth();
+            m_state.FlipSides();
+            m_state.Rotate(90);
+            m_state.MoveGreyWindow(-8, -8);
             ExpectWholeScreen();
             m_state.SetRecording({});
             m_state.ChangeSpeed(-1);
