@@ -38,6 +38,7 @@ Examination::Examination(ExamState& state, ExamWindow& window, const std::wstrin
 void Examination::SetFolder(const std::wstring& folder)
 {
     m_folder = folder;
+    m_session.AddRecordings(folder);
     m_recorder.SetFolder(folder);
     m_service.SetFolder(folder);
 }

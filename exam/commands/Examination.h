@@ -122,9 +122,10 @@ public:
     void EndRecording();
     /// Marks the frame that the running recording has taken last.
     void MarkRecording();
-    /// Opens the recording that was finished last: a raw one here, a movie with the system's
-    /// player.
+    /// Opens the recording that was finished last.
     void OpenFinished();
+    /// True for a sentence that tells of it.
+    bool TellsOfFinished(const CString& sentence) const;
     /// Does what a click on the sentence of the status line means: opens the recording that it
     /// tells of.
     void FollowStatus();

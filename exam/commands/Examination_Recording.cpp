@@ -62,9 +62,14 @@ void Examination::OpenFinished()
     OpenImage(m_finished);
 }
 
+bool Examination::TellsOfFinished(const CString& sentence) const
+{
+    return !m_finished.empty() && sentence.Find(m_finished.c_str()) >= 0;
+}
+
 void Examination::FollowStatus()
 {
-    if (!m_finished.empty() && m_state.Status().Find(m_finished.c_str()) >= 0) OpenFinished();
+    if (TellsOfFinished(m_state.Status())) OpenFinished();
 }
 
 } // namespace exam

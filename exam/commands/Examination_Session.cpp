@@ -7,15 +7,18 @@
 #include <Utils_Statics/GetStr.h>
 
 #include <filesystem>
+#include <set>
 #include <utility>
 
 namespace exam {
 
 void Examination::BeginSession(const std::wstring& userFolder, const std::wstring& study)
 {
-    m_lost = m_session.Begin(userFolder, m_folder);
-    RepairRecordings(m_folder);
-    if (m_lost && m_lost->recordings != m_folder) RepairRecordings(m_lost->recordings);
+    m_lost = m_session.Begin(userFolder);
+    std::set<std::wstring> folders = {m_folder};
+    if (m_lost) folders.insert(m_lost->recordings.begin(), m_lost->recordings.end());
+    for (const std::wstring& folder : folders)
+        RepairRecordings(folder);
     OpenStudy(m_lost ? m_lost->study : study);
 }
 

@@ -4,9 +4,19 @@
 
 #include <base/Owner.h>
 
+#include <atlstr.h>
+
+#include <functional>
 #include <memory>
 
 namespace exam {
+
+/// What a click on a tip may lead to.
+struct TipLink
+{
+    std::function<bool(const CString& text)> isOne; ///< a click on a tip with this text follows it
+    std::function<void()> follow;
+};
 
 struct WinEventHookTraits
 {
@@ -16,12 +26,13 @@ struct WinEventHookTraits
 };
 
 /// Gives the tips and balloons of the user-interface thread the application's colours and font,
-/// whoever makes their windows, by the messages that the platform's control has for that. There is
-/// one object at a time.
+/// whoever makes their windows, by the messages that the platform's control has for that. Clicks on
+/// those that are links are followed; the mouse sees through the others. There is one object at a
+/// time.
 class TipLook
 {
 public:
-    TipLook();
+    explicit TipLook(TipLink link = {});
     ~TipLook();
     TipLook(const TipLook&) = delete;
     TipLook& operator=(const TipLook&) = delete;
@@ -29,7 +40,10 @@ public:
 private:
     static void CALLBACK OnEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object,
                                  LONG child, DWORD thread, DWORD time) noexcept;
+    static LRESULT CALLBACK OnMessage(HWND tip, UINT message, WPARAM wParam, LPARAM lParam,
+                                      UINT_PTR id, DWORD_PTR data) noexcept;
 
+    TipLink m_link;
     std::unique_ptr<TextFont> m_font;
     base::Owner<WinEventHookTraits> m_hook;
 };

@@ -3,6 +3,7 @@
 #include <base/FilePath.h>
 #include <base/Folders.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 
@@ -13,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr wchar_t fileName[] = L"\\session.running";
-constexpr DWORD longestFile = 200'000; // bytes; longer than any two paths
+constexpr DWORD longestFile = 200'000; // bytes; longer than some paths
 
 std::wstring ReadText(HANDLE file)
 {
@@ -57,26 +58,25 @@ std::wstring ReportSince(ULONGLONG time)
     return IsNewer(archive, time) ? archive : text;
 }
 
-// The lines of the file: the time of its begin, and the two folders.
+// The lines of the file: the time of its begin, the study's folder, and those of recordings.
 std::optional<LostSession> ReadSession(const std::wstring& text)
 {
     std::wistringstream lines(text);
     std::wstring begin;
     LostSession lost;
-    if (!std::getline(lines, begin) || !std::getline(lines, lost.recordings) ||
-        !std::getline(lines, lost.study) || lost.study.empty())
+    if (!std::getline(lines, begin) || !std::getline(lines, lost.study) || lost.study.empty())
         return {};
+    for (std::wstring folder; std::getline(lines, folder);)
+        lost.recordings.push_back(folder);
     lost.report = ReportSince(std::wcstoull(begin.c_str(), nullptr, 10));
     return lost;
 }
 
 } // namespace
 
-std::optional<LostSession> Session::Begin(const std::wstring& userFolder,
-                                          const std::wstring& recordings)
+std::optional<LostSession> Session::Begin(const std::wstring& userFolder)
 {
     base::MakeFolders(userFolder);
-    m_recordings = recordings;
     m_file.reset(CreateFileW((userFolder + fileName).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
                              0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!m_file) return {};
@@ -88,6 +88,13 @@ std::optional<LostSession> Session::Begin(const std::wstring& userFolder,
     return lost;
 }
 
+void Session::AddRecordings(const std::wstring& folder)
+{
+    if (std::ranges::find(m_recordings, folder) != m_recordings.end()) return;
+    m_recordings.push_back(folder);
+    Write();
+}
+
 void Session::SetStudy(const std::wstring& folder)
 {
     m_study = folder;
@@ -97,7 +104,9 @@ void Session::SetStudy(const std::wstring& folder)
 void Session::Write()
 {
     if (!m_file) return;
-    const std::wstring text = std::to_wstring(m_begin) + L"\n" + m_recordings + L"\n" + m_study;
+    std::wstring text = std::to_wstring(m_begin) + L"\n" + m_study;
+    for (const std::wstring& folder : m_recordings)
+        text += L"\n" + folder;
     DWORD written = 0;
     SetFilePointer(m_file.get(), 0, nullptr, FILE_BEGIN);
     WriteFile(m_file.get(), text.data(), static_cast<DWORD>(text.size() * sizeof(wchar_t)),

@@ -6,15 +6,16 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace exam {
 
 /// A session that did not end as it should has left this.
 struct LostSession
 {
-    std::wstring study;      ///< the study's folder
-    std::wstring recordings; ///< the folder of its recordings
-    std::wstring report;     ///< the report of its crash; empty: it was ended from outside
+    std::wstring study;                   ///< the study's folder
+    std::vector<std::wstring> recordings; ///< the folders of its recordings
+    std::wstring report; ///< the report of its crash; empty: it was ended from outside
 };
 
 /// The session of an exam, from the start to the end. A file in the user's folder tells of it as
@@ -29,8 +30,10 @@ public:
 
     /// Begins the session. The result is what the one before left, if it did not end. While another
     /// one runs in that folder, this one leaves no trace.
-    std::optional<LostSession> Begin(const std::wstring& userFolder,
-                                     const std::wstring& recordings);
+    std::optional<LostSession> Begin(const std::wstring& userFolder);
+
+    /// Says where recordings go from now on. One that runs may still be in a folder of before.
+    void AddRecordings(const std::wstring& folder);
 
     /// Says which study the session is about.
     void SetStudy(const std::wstring& folder);
@@ -43,7 +46,7 @@ private:
     base::File m_file;
     ULONGLONG m_begin = 0; // in the units of a FILETIME
     std::wstring m_study;
-    std::wstring m_recordings;
+    std::vector<std::wstring> m_recordings;
 };
 
 } // namespace exam

@@ -62,7 +62,7 @@ void HandleMessages(HWND window)
 ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
                                const std::function<ArchiveResult(const ArchiveProgress&)>& work)
 {
-    constexpr DWORD interval = 50; // milliseconds
+    constexpr DWORD interval = 20; // milliseconds
     SharedProgress progress;
     auto result = std::async(std::launch::async, [&] {
         return work([&](std::size_t done, std::size_t all, const std::wstring& name) {

@@ -131,7 +131,8 @@ private:
     Overlays m_overlays;
     ControlPanel m_panel;
     KeyList m_keys;
-    TipLook m_tipLook;
+    TipLook m_tipLook{{[this](const CString& text) { return m_exam.TellsOfFinished(text); },
+                       [this] { m_exam.OpenFinished(); }}};
     StudyImages m_images;
     WindowForm m_form = WindowForm::console;
     PanelPlace m_panelPlace; // while the window has the form of one

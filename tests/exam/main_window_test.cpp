@@ -3,6 +3,7 @@
 #include "MainWindowFixture.h"
 #include "screen/Timeline.h"
 
+#include <test_support/TipReader.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -274,4 +275,37 @@ TEST_F(MainWindowFormTest, AnImageOnItsSideHasItsScaleBelow)
             m_window->SendMessage(WM_KEYDOWN, 'R', 1);
         EXPECT_EQ(m_state.Layout(), upright);
     }
+}
+
+TEST_F(MainWindowFormTest, AClickOnTheBalloonOfAFinishedRecordingOpensIt)
+{
+    Examination& exam = m_window->Exam();
+    exam.ToggleRecording(false);
+    exam.Advance();
+    exam.EndRecording();
+    HandleMessages();
+    const HWND tip = test_support::ShownTip();
+    ASSERT_TRUE(tip);
+    CRect area;
+    GetWindowRect(tip, &area);
+    EXPECT_EQ(WindowFromPoint(area.CenterPoint()), tip) << "the mouse does not see through it";
+    EXPECT_EQ(m_state.Current(), 1u);
+    SendMessageW(tip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
+    EXPECT_FALSE(IsWindowVisible(tip));
+    const FrameSource* const opened = m_state.SourceNamed(m_folder / L"recording-001.cine");
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(&m_state.Source(), opened);
+}
+
+TEST_F(MainWindowFormTest, TheMouseSeesThroughOtherBalloons)
+{
+    m_window->Exam().Report(NoticeKind::warning, L"This tells of no recording.");
+    HandleMessages();
+    const HWND tip = test_support::ShownTip();
+    ASSERT_TRUE(tip);
+    CRect area;
+    GetWindowRect(tip, &area);
+    EXPECT_NE(WindowFromPoint(area.CenterPoint()), tip);
+    SendMessageW(tip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
+    EXPECT_EQ(m_state.Current(), 1u);
 }

@@ -135,6 +135,17 @@ public:
 
     void Press(UINT key) const { PostMessageW(Find(false), WM_KEYDOWN, key, 0); }
 
+    // Sets the folder of the recordings in the form of the settings.
+    void RecordInto(const std::wstring& folder)
+    {
+        constexpr int field = 102;
+        Press(VK_F12);
+        EXPECT_TRUE(Await([&] { return GetDlgItem(Find(true), field) != nullptr; }));
+        SendMessageW(GetDlgItem(Find(true), field), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>(folder.c_str()));
+        Answer(IDOK);
+    }
+
     // Measures a distance in the middle of the image.
     void Measure() const
     {
@@ -190,18 +201,24 @@ protected:
     }
     std::wstring Recording() const { return m_folder / L"recordings\\recording-001.cine"; }
 
+    // Records until the file holds frames.
+    static void Record(const RunningExam& exam, const std::wstring& path)
+    {
+        exam.Press('C');
+        ASSERT_TRUE(Await([&] {
+            std::error_code error; // the file comes with the first frame
+            const auto size = fs::file_size(path, error);
+            return !error && size > 1'000'000;
+        }));
+    }
+
     // Works with an exam until its measurement is kept and its recording holds frames.
     void Work(RunningExam& exam)
     {
         ASSERT_EQ(exam.Question(), L"");
         exam.Measure();
         ASSERT_TRUE(Await([&] { return MarksIn(L"S1") == 1; }));
-        exam.Press('C');
-        ASSERT_TRUE(Await([&] {
-            std::error_code error; // the file comes with the first frame
-            const auto size = fs::file_size(Recording(), error);
-            return !error && size > 1'000'000;
-        }));
+        Record(exam, Recording());
     }
 
     test_support::TemporaryFolder m_folder;
@@ -236,6 +253,26 @@ TEST_F(RecoveryTest, AfterAKillTheStudyAndTheRecordingAreOffered)
     RunningExam third(m_folder.Path());
     EXPECT_EQ(third.Question(), L"");
     third.Close();
+}
+
+// The next start is told another folder, so the settings do not tell it where to look.
+TEST_F(RecoveryTest, ARecordingInAFolderThatWasChosenMeanwhileIsOffered)
+{
+    const std::wstring elsewhere = m_folder / L"elsewhere";
+    {
+        RunningExam killed(m_folder.Path());
+        Work(killed);
+        killed.RecordInto(elsewhere);
+        killed.Press('C'); // the recording in the first folder is whole
+        Record(killed, elsewhere + L"\\recording-001.cine");
+        killed.Kill();
+    }
+    RunningExam next(m_folder.Path());
+    const std::wstring question = next.Question();
+    EXPECT_TRUE(Has(question, elsewhere + L"\\recording-001.cine")) << question.c_str();
+    EXPECT_FALSE(Has(question, Recording())) << question.c_str();
+    next.Answer(IDYES);
+    next.Close();
 }
 
 TEST_F(RecoveryTest, WithoutAnythingToOfferNothingIsAsked)
