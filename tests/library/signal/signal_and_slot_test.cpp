@@ -71,6 +71,22 @@ TEST(SignalAndSlot, ConnectingTwiceListsEachOnce)
     EXPECT_EQ(&slot.GetPeer(0), &signal);
 }
 
+TEST(SignalAndSlot, CopyOfASlotKnowsTheSignalsThatDoNotKnowIt)
+{
+    IntSignal signal;
+    Receiver receiver;
+    IntSlot slot, assigned;
+    slot.Bind(&receiver, &Receiver::None);
+    signal.Connect(slot);
+    const IntSlot copy(slot);
+    assigned = slot;
+    for (const IntSlot* each : std::vector<const IntSlot*>{&copy, &assigned}) {
+        ASSERT_EQ(each->GetPeerCount(), 1u);
+        EXPECT_EQ(&each->GetPeer(0), &signal);
+    }
+    EXPECT_EQ(signal.GetPeerCount(), 1u);
+}
+
 TEST(SignalAndSlot, SlotTakesOnlyTheNumberOfArgumentsOfItsMethod)
 {
     Receiver receiver;
