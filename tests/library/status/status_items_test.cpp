@@ -9,6 +9,7 @@
 #include <Utils_Statics/CStatusNetwork.h>
 #include <Utils_Statics/CStatusRecording.h>
 
+#include <algorithm>
 #include <string>
 #include <type_traits>
 
@@ -50,6 +51,11 @@ const Pattern patterns[] = {
      L"NetworkConnection", L"connectionon.png", L"connection.png"},
     {"Gps", Of<CStatusGps>, CStatusGps::setState, nullptr, nullptr, nullptr, L"pacemaker.png",
      nullptr}};
+
+// Asked when the program starts, before any test.
+const bool s_isAnyOnAtTheStart =
+    std::any_of(std::begin(patterns), std::end(patterns),
+                [](const Pattern& pattern) { return pattern.getState && pattern.getState(); });
 
 class PatternItem : public StatusTest, public testing::WithParamInterface<Pattern>
 {
@@ -250,6 +256,11 @@ INSTANTIATE_TEST_SUITE_P(Each, PatternItem, testing::ValuesIn(patterns), NameOf)
 INSTANTIATE_TEST_SUITE_P(Each, ItemWithSetting,
                          testing::ValuesIn(std::begin(patterns), std::prev(std::end(patterns))),
                          NameOf);
+
+TEST(StatusItem, IsOffUntilItIsSet)
+{
+    EXPECT_FALSE(s_isAnyOnAtTheStart);
+}
 
 TEST(StatusItem, HasItsOperationsInOrder)
 {
