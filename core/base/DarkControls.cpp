@@ -110,26 +110,36 @@ DrawControl DrawingOf(HWND control)
     return style == BS_AUTOCHECKBOX ? DrawCheckBox : DrawPushButton;
 }
 
-// The messages after which the platform has painted a control anew.
+// The messages at which the platform paints a control without WM_PAINT.
 bool Paints(UINT message)
 {
-    constexpr UINT painting[] = {WM_PAINT,     WM_SETFOCUS, WM_KILLFOCUS, WM_ENABLE,
-                                 WM_SETTEXT,   BM_SETCHECK, BM_SETSTATE,  BM_SETSTYLE,
-                                 CB_SETCURSEL, PBM_SETPOS,  WM_MOUSEMOVE, WM_LBUTTONDOWN,
-                                 WM_LBUTTONUP, WM_KEYDOWN};
+    constexpr UINT painting[] = {WM_SETFOCUS, WM_KILLFOCUS, WM_ENABLE,      WM_SETTEXT,
+                                 BM_SETCHECK, BM_SETSTATE,  BM_SETSTYLE,    CB_SETCURSEL,
+                                 PBM_SETPOS,  WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP,
+                                 WM_KEYDOWN};
     return std::ranges::find(painting, message) != std::end(painting);
 }
 
-LRESULT CALLBACK PaintOver(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                           DWORD_PTR) noexcept
+void Draw(HDC dc, HWND control)
 {
-    const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(control, PaintOver, id);
-    if (!Paints(message) || !IsWindowVisible(control)) return result;
-    const base::WindowContext context(control);
-    const base::Selection font(context.get(),
+    const base::Selection font(dc,
                                reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
-    DrawingOf(control)(*CDC::FromHandle(context.get()), control);
+    DrawingOf(control)(*CDC::FromHandle(dc), control);
+}
+
+LRESULT CALLBACK Follow(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                        DWORD_PTR) noexcept
+{
+    if (message == WM_PAINT) {
+        PAINTSTRUCT paint = {};
+        Draw(BeginPaint(control, &paint), control);
+        EndPaint(control, &paint);
+        return 0;
+    }
+    const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(control, Follow, id);
+    if (Paints(message) && IsWindowVisible(control))
+        Draw(base::WindowContext(control).get(), control);
     return result;
 }
 
@@ -147,7 +157,7 @@ void DrawDarkButton(CDC& dc, HWND button, bool isPressed, bool hasFocus)
 
 void Darken(HWND control)
 {
-    SetWindowSubclass(control, PaintOver, 1, 0);
+    SetWindowSubclass(control, Follow, 1, 0);
 }
 
 void DrawTick(CDC& dc, CPoint middle, int dpi)

@@ -179,11 +179,12 @@ void Annotations(TourContext& context, Mouse& mouse)
 void PatientForm(TourContext& context)
 {
     constexpr int nameField = 100;
+    const auto here = TourContext::Place::Current();
     context.WorkForm(
         "exam.command.patient", [&] { context.window.Exam().EditPatient(); },
         [&](HWND form) {
             SetDlgItemTextW(form, nameField, L"Ada Sample");
-            context.PictureOf(form, L"patient-form");
+            context.PictureOf(form, L"patient-form", here);
             SendMessageW(form, WM_COMMAND, IDOK, 0);
         });
     const bool changed = context.state.Content().patient.name == L"Ada Sample";

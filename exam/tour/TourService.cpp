@@ -35,10 +35,11 @@ void ProgressBar(TourContext& context)
 
 void SettingsForm(TourContext& context)
 {
+    const auto here = TourContext::Place::Current();
     context.WorkForm(
         "exam.command.settings", [&] { context.Key(VK_F12); },
         [&](HWND form) {
-            context.PictureOf(form, L"settings-form");
+            context.PictureOf(form, L"settings-form", here);
             SendMessageW(form, WM_COMMAND, IDCANCEL, 0);
         });
 }
