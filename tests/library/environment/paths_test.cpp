@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 #include <qor_utils/HostProfile.h>
 #include <qor_utils/Profile.h>
+#include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelPath.h>
 #include <test_support/Files.h>
+#include <test_support/ImportHook.h>
 #include <test_support/LogCapture.h>
 #include <test_support/Program.h>
 #include <test_support/StoreFolder.h>
@@ -18,6 +20,7 @@
 #include <string>
 #include <utility>
 
+using test_support::ImportHook;
 using test_support::LogCapture;
 using test_support::LoggedMessage;
 using test_support::StoreFolder;
@@ -41,6 +44,29 @@ TEST(GetApplicationFilePath, IsTheFileOfTheRunningProgram)
 TEST(GetApplicationPath, IsTheProgramsFolderWithATrailingBackslash)
 {
     EXPECT_EQ(utilsExam::GetApplicationPath(), test_support::BesideProgram(L"").c_str());
+}
+
+DWORD WINAPI FindNoName(HMODULE, wchar_t*, DWORD)
+{
+    return 0;
+}
+
+DWORD WINAPI TellNegative(HMODULE, wchar_t*, DWORD)
+{
+    return 0x80000000;
+}
+
+TEST(GetApplicationFilePath, IsEmptyAfterAFailureAndInTheApplicationFolderAfterANegativeCount)
+{
+    const TemporaryFolder folder;
+    const StoreFolder application(qor_utils::applicationStore, folder.Path());
+    {
+        const ImportHook hook(L"Utils_Statics.dll", "GetModuleFileNameW", &FindNoName);
+        EXPECT_EQ(utilsExam::GetApplicationFilePath(), L"");
+    }
+    const ImportHook hook(L"Utils_Statics.dll", "GetModuleFileNameW", &TellNegative);
+    EXPECT_EQ(utilsExam::GetApplicationFilePath(), (folder / L"exam.exe").c_str());
+    EXPECT_EQ(utilsExam::GetApplicationPath(), (folder / L"").c_str());
 }
 
 // Values below a root key of this process.

@@ -112,6 +112,29 @@ TEST(SignalAndSlot, SlotTakesOnlyTheNumberOfArgumentsOfItsMethod)
     EXPECT_FALSE(slot.IsBusy());
 }
 
+TEST(SignalAndSlot, SignalHandsOnAsManyArgumentsAsItIsGiven)
+{
+    Receiver receiver;
+    IntSlot slots[6];
+    slots[0].Bind(&receiver, &Receiver::None);
+    slots[1].Bind(&receiver, &Receiver::One);
+    slots[2].Bind(&receiver, &Receiver::Two);
+    slots[3].Bind(&receiver, &Receiver::Three);
+    slots[4].Bind(&receiver, &Receiver::Four);
+    slots[5].Bind(&receiver, &Receiver::Five);
+    IntSignal signal;
+    EXPECT_TRUE(signal.IsValid());
+    signal.SetCombiner(&Sum);
+    for (IntSlot& slot : slots)
+        signal.Connect(slot);
+    EXPECT_EQ(signal.Call0(), 10);
+    EXPECT_EQ(signal.Call1(1), 1);
+    EXPECT_EQ(signal.Call2(1, 2), 3);
+    EXPECT_EQ(signal.Call3(1, 2, 3), 6);
+    EXPECT_EQ(signal.Call4(1, 2, 3, 4), 10);
+    EXPECT_EQ(signal.Call5(1, 2, 3, 4, 5), 15);
+}
+
 TEST(SignalAndSlot, CombinerSumsAndEndsTheEmission)
 {
     IntSignal signal;
