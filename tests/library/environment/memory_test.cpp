@@ -154,6 +154,11 @@ TEST_F(MemoryTest, LeavesNoOperationOnFilesAndFolders)
              if (zip.Create(archive.c_str())) zip.AddFile(file.c_str());
              zip.Close();
          }},
+        {"ZipCompress without a base path",
+         [&] {
+             ZipCompress zip;
+             if (zip.Create(archive.c_str())) zip.AddFile(file.c_str());
+         }},
         {"ZipExtract",
          [&] {
              ZipExtract zip;
@@ -161,6 +166,11 @@ TEST_F(MemoryTest, LeavesNoOperationOnFilesAndFolders)
              zip.Close();
          }},
         {"IsWirelessAdapterAvailable", [] { utilsExam::IsWirelessAdapterAvailable(); }},
+        {"FindFirstRemovableDrive",
+         [] {
+             CString drive;
+             utilsExam::FindFirstRemovableDrive(drive);
+         }},
     };
     for (const Operation& operation : operations)
         EXPECT_FALSE(Throws(operation.call)) << operation.name;
@@ -249,7 +259,10 @@ TEST_F(MemoryTest, LeavesNoOperationOnWindowsAndFacts)
              const CToolTipProvider copy(provider);
          }},
         {"ClosePopups", [] { utilsExam::ClosePopups(nullptr); }},
-        {"GetPrintButtonAction", [] { utilsExam::GetPrintButtonAction(1); }},
+        {"GetPrintButtonAction", [] { EXPECT_EQ(utilsExam::GetPrintButtonAction(1), 18u); }},
+        {"GetPrintButtonFlags", [] { EXPECT_EQ(utilsExam::GetPrintButtonFlags(1), 13u); }},
+        {"getTemperatureThreshold",
+         [] { EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 39.8); }},
         {"CalculateDialogRect", [] { utilsExam::CalculateDialogRect(); }},
         {"BalloonMessageService",
          [] {
