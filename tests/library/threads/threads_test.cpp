@@ -13,6 +13,7 @@
 #include <qor_utils/StoreNumbers.h>
 #include <qor_utils/zelLogger.h>
 #include <qor_utils/zelPath.h>
+#include <test_support/LockOrder.h>
 #include <test_support/ProtocolFolders.h>
 #include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryRegistryKey.h>
@@ -20,6 +21,7 @@
 #include <zel_string_convert/TableLoading.h>
 #include <zel_string_convert/ZelTString.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -27,6 +29,7 @@
 #include <map>
 #include <mutex>
 #include <random>
+#include <string_view>
 #include <thread>
 
 namespace {
@@ -257,16 +260,12 @@ std::vector<Operation> Threads::Computing() const
     };
 }
 
-TEST_F(Threads, EightOnEveryOperationThatIsAllowedFromAny)
+// Calls the operations in random order on eight threads for a time. Each result has to be right,
+// and no two locks may be taken in two orders.
+void CallOnEight(const std::vector<Operation>& operations, std::chrono::seconds time)
 {
-    std::vector<Operation> operations = Library();
-    for (const auto& more : {Product(), Computing()})
-        operations.insert(operations.end(), more.begin(), more.end());
-    for (const Operation& operation : operations)
-        EXPECT_TRUE(operation.isRight()) << operation.header;
-    const DWORD handles = test_support::HandleCount();
-
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const test_support::LockOrder order;
+    const auto end = std::chrono::steady_clock::now() + time;
     std::vector<std::atomic<unsigned>> calls(operations.size());
     std::vector<std::atomic<unsigned>> wrong(operations.size());
     std::vector<std::jthread> threads;
@@ -292,7 +291,58 @@ TEST_F(Threads, EightOnEveryOperationThatIsAllowedFromAny)
         EXPECT_EQ(wrong[i], 0u) << operations[i].header;
         EXPECT_GT(calls[i], threadCount) << operations[i].header;
     }
+    std::printf("%u pairs of locks\n", static_cast<unsigned>(order.Pairs()));
+    EXPECT_EQ(order.Circles(), "");
+}
+
+TEST_F(Threads, EightOnEveryOperationThatIsAllowedFromAny)
+{
+    std::vector<Operation> operations = Library();
+    for (const auto& more : {Product(), Computing()})
+        operations.insert(operations.end(), more.begin(), more.end());
+    for (const Operation& operation : operations)
+        EXPECT_TRUE(operation.isRight()) << operation.header;
+    const DWORD handles = test_support::HandleCount();
+    CallOnEight(operations, std::chrono::seconds(10));
+    EXPECT_GT(test_support::LockOrder::Pairs(), 0u);
     EXPECT_LE(test_support::HandleCount(), handles + threadCount); // each keeps one for its locks
+}
+
+// Few operations are called far more often, so that they meet where they are short.
+TEST_F(Threads, EightOnThoseThatShareAState)
+{
+    const std::vector<std::string_view> groups[] = {
+        {"StoreFolders.h", "zelPath.h"}, {"TableLoading.h", "ZelTString.h"},
+        {"LogOutput.h", "zelLogger.h"},  {"VocabularyLoading.h", "CProActionCollection.h"},
+        {"IActionStateConsumer.h"},
+    };
+    for (const auto& group : groups) {
+        std::vector<Operation> operations = Product();
+        std::erase_if(operations, [&](const Operation& operation) {
+            return std::ranges::find(group, operation.header) == group.end();
+        });
+        ASSERT_EQ(operations.size(), group.size());
+        CallOnEight(operations, std::chrono::seconds(2));
+    }
+}
+
+// The check itself, with locks that nobody waits for.
+TEST(LockOrder, TwoOrdersAreACircleEvenByWayOfAThirdLock)
+{
+    const test_support::LockOrder order;
+    const int a = 0, b = 0, c = 0;
+    const auto nest = [&](const int& first, const int& second) {
+        order.WaitsFor(&first, &first);
+        order.WaitsFor(&second, &second);
+        order.Releases(&first);
+        order.Releases(&second);
+    };
+    nest(a, b);
+    nest(b, c);
+    EXPECT_EQ(order.Pairs(), 2u);
+    EXPECT_EQ(order.Circles(), "");
+    nest(c, a);
+    EXPECT_NE(order.Circles(), "");
 }
 
 } // namespace

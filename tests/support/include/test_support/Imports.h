@@ -6,6 +6,11 @@
 
 namespace test_support {
 
+// The library and the product's libraries.
+inline constexpr const wchar_t* libraryModules[] = {
+    L"Utils_Statics.dll", L"mfc.dll",         L"qor_utils.dll",         L"qor_imgproc.dll",
+    L"zel_xml.dll",       L"pro_actions.dll", L"zel_string_convert.dll"};
+
 // Calls visit(library, function, slot) for what a module imports by name, until it returns true.
 // `slot` is where the module keeps the function's address. False when no call returned true.
 template <class Visit>
