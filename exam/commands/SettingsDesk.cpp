@@ -1,5 +1,6 @@
 #include "commands/SettingsDesk.h"
 
+#include "base/LanguageVariable.h"
 #include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
 #include "commands/Examination.h"
@@ -22,6 +23,7 @@ void SettingsDesk::Use(const Settings& settings)
     if (settings.log != before.log) qor_utils::SetLogDirectory(settings.log);
     utilsExam::SetConsoleType(utilsExam::MapConsoleType(settings.console.c_str()));
     ShowLengthsIn(settings.units == L"cm" ? LengthUnit::centimetre : LengthUnit::millimetre);
+    SetEnvironmentVariableW(languageVariable, settings.language.c_str()); // for the crash reporter
     if (zel_string_convert::CurrentLanguage() != settings.language &&
         zel_string_convert::SetLanguage(settings.language))
         TellChange(stateLanguageChanged);

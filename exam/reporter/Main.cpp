@@ -3,13 +3,16 @@
 // Packs what a crash of the program left behind, as "crashreport.ini" beside this program lists it.
 // Tells where the archive is: in a message, or with /quiet on the standard output only.
 #include "base/DarkDialog.h"
+#include "base/LanguageVariable.h"
 #include "RegistryExport.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
 #include <base/ProgramVersion.h>
+#include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 #include <Utils_Statics/ZipCompress.h>
+#include <zel_string_convert/TableLoading.h>
 
 #include <windows.h>
 
@@ -112,11 +115,28 @@ bool Pack(const Collection& collection)
     return isPacked;
 }
 
+// Takes the language of the program that crashed. Without its tables the texts are English.
+void LoadTexts()
+{
+    wchar_t language[16] = {};
+    GetEnvironmentVariableW(exam::languageVariable, language, 16);
+    zel_string_convert::LoadTable(FolderOf(base::ModuleFile(nullptr)) + L"sample\\strings");
+    zel_string_convert::SetLanguage(language);
+}
+
+// The translation of a text that the string tables have.
+std::wstring InUsersLanguage(const wchar_t* text)
+{
+    const CString translated = TranslateStr(text);
+    return translated.IsEmpty() ? text : translated.GetString();
+}
+
 void Tell(const std::wstring& message, bool isQuiet)
 {
     std::printf("%s\n", base::Utf8FromWide(message).c_str());
     std::fflush(stdout);
-    if (!isQuiet) exam::ShowBox(nullptr, L"Crash report", message, {{IDOK, L"OK"}}, IDOK);
+    if (!isQuiet)
+        exam::ShowBox(nullptr, InUsersLanguage(L"Crash report"), message, {{IDOK, L"OK"}}, IDOK);
 }
 
 } // namespace
@@ -130,16 +150,20 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int)
         Tell(L"XCrashReport " + base::ProgramVersion(), true);
         return 0;
     }
+    LoadTexts();
     const bool isQuiet = command.find(L"/quiet") != std::wstring_view::npos;
     const std::wstring settings = FolderOf(base::ModuleFile(nullptr)) + L"crashreport.ini";
     const auto collection = ReadCollection(settings);
     if (!collection) {
-        Tell(L"There is no crash to report: " + settings + L" names no archive.", isQuiet);
+        Tell(InUsersLanguage(L"There is no crash to report: no archive is named in") + L" " +
+                 settings,
+             isQuiet);
         return 1;
     }
     const bool isPacked = Pack(*collection);
-    Tell((isPacked ? L"The crash report is in " : L"A part of the crash report is in ") +
-             collection->archive,
+    Tell(InUsersLanguage(isPacked ? L"The crash report is in"
+                                  : L"A part of the crash report is in") +
+             L" " + collection->archive,
          isQuiet);
     return isPacked ? 0 : 1;
 }

@@ -314,3 +314,21 @@ TEST_F(RecoveryTest, AfterACrashTheReportIsOfferedTooAndANewStudyCanBegin)
         next.Close();
     }
 }
+
+TEST_F(RecoveryTest, TheCrashReporterSpeaksTheLanguageOfTheExam)
+{
+    WritePrivateProfileStringW(L"Settings\\Exam", L"Language", L"de",
+                               (m_folder / L"exam.ini").c_str());
+    RunningExam crashed(m_folder.Path());
+    EXPECT_EQ(crashed.Question(), L"");
+    crashed.Crash();
+    HWND message = nullptr;
+    ASSERT_TRUE(Await([&] {
+        message = FindWindowExW(nullptr, nullptr, nullptr, L"Absturzbericht");
+        return message != nullptr;
+    }));
+    std::wstring text;
+    EnumChildWindows(message, AddText, reinterpret_cast<LPARAM>(&text));
+    EXPECT_TRUE(Has(text, L"Der Absturzbericht liegt in " + m_folder.Path())) << text.c_str();
+    PostMessageW(message, WM_CLOSE, 0, 0);
+}
