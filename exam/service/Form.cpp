@@ -2,6 +2,7 @@
 
 #include "base/DarkControls.h"
 #include "base/DarkDialog.h"
+#include "service/FileChoice.h"
 
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
@@ -14,6 +15,7 @@ namespace exam {
 namespace {
 
 constexpr int firstField = 100;
+constexpr int firstBrowse = 200; // the buttons beside folders
 constexpr int problemText = 99;
 
 // Lengths in pixels at 96 dpi.
@@ -21,6 +23,7 @@ constexpr int margin = 16;
 constexpr int gap = 12;
 constexpr int fieldWidth = 320;
 constexpr int fieldHeight = 25;
+constexpr int browseWidth = 36;
 constexpr int rowHeight = 34;
 constexpr int longRows = 3;
 constexpr int problemHeight = 40; // two lines
@@ -60,8 +63,9 @@ protected:
     }
 
     // Takes the values over, unless the check finds something.
-    bool Accept(int) override
+    bool Accept(int button) override
     {
+        if (button >= firstBrowse) return Browse(button - firstBrowse + firstField);
         std::vector<FormField> filled = m_fields;
         for (std::size_t i = 0; i < filled.size(); ++i) {
             HWND control = GetDlgItem(Window(), firstField + static_cast<int>(i));
@@ -79,6 +83,20 @@ protected:
     }
 
 private:
+    // Lets the user look for the folder of a field. The dialog goes on.
+    bool Browse(int field)
+    {
+        const HWND edit = GetDlgItem(Window(), field);
+        CString folder;
+        GetWindowTextW(edit, folder.GetBuffer(MAX_PATH), MAX_PATH);
+        folder.ReleaseBuffer();
+        const std::wstring chosen =
+            ChooseFolder(Window(), m_fields[static_cast<std::size_t>(field - firstField)].label,
+                         folder.GetString());
+        if (!chosen.empty()) SetWindowTextW(edit, chosen.c_str());
+        return false;
+    }
+
     int HeightOf(const FormField& field) const
     {
         return Scaled(field.isLong ? rowHeight * longRows : rowHeight);
@@ -103,7 +121,13 @@ private:
         if (!field.choices.empty()) return AddChoices(field, box, id);
         const DWORD lines =
             field.isLong ? ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL : ES_AUTOHSCROLL;
+        const int right = box.right;
+        if (field.isFolder) box.right -= Scaled(browseWidth) + Scaled(gap) / 2;
         Add(L"EDIT", field.value.GetString(), WS_TABSTOP | WS_BORDER | lines, box, id);
+        if (!field.isFolder) return;
+        box.left = right - Scaled(browseWidth);
+        box.right = right;
+        Add(L"BUTTON", L"\u2026", WS_TABSTOP | BS_OWNERDRAW, box, id - firstField + firstBrowse);
     }
 
     void AddChoices(const FormField& field, CRect box, int id)

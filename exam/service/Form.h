@@ -14,6 +14,7 @@ struct FormField
     CString value = {};
     std::vector<CString> choices = {}; ///< the value is one of these; empty: any text
     bool isLong = false;               ///< the text has room for several lines
+    bool isFolder = false;             ///< a folder, which can be looked for too
 };
 
 /// Gives a sentence that says what is wrong with the values of a form, or nothing.

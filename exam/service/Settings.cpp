@@ -99,7 +99,9 @@ bool Write(const Setting& setting, const std::wstring& value)
 
 FormField FieldOf(const Setting& setting, const std::wstring& value)
 {
-    FormField field{.label = GetStr(setting.label), .value = TextOfWord(setting, value)};
+    FormField field{.label = GetStr(setting.label),
+                    .value = TextOfWord(setting, value),
+                    .isFolder = setting.kind == Kind::folder};
     if (!setting.words) return field;
     Words words = setting.words();
     if (std::ranges::find(words, value) == words.end()) words.push_back(value); // it is there

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "commands/Command.h"
 #include "window/ListWindow.h"
+
+#include <vector>
 
 namespace exam {
 
-/// A window that lists the keys and what they do, made from the table of commands. Escape and the
+/// A window that lists the keys and what they do, made from the table of commands. A long text
+/// takes several rows, so that nothing scrolls sideways. Escape and the
 /// key that opened it close it.
 class KeyList : public ListWindow
 {
@@ -16,8 +20,12 @@ public:
 
 private:
     void Fill() override;
+    void Resized() override;
     void AddColumns();
     void AddCommands();
+    int WidestOf(CString (*text)(const Command& command)) const;
+    int WidthOf(const CString& text) const;
+    std::vector<CString> RowsOf(const CString& text, int width) const;
 };
 
 } // namespace exam

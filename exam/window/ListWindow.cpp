@@ -70,7 +70,9 @@ bool ListWindow::Open(CWnd& owner)
 
 void ListWindow::OnSize(UINT, int width, int height)
 {
-    if (m_list) ::MoveWindow(m_list, 0, 0, width, height, TRUE);
+    if (!m_list) return;
+    ::MoveWindow(m_list, 0, 0, width, height, TRUE);
+    Resized();
 }
 
 BOOL ListWindow::PreTranslateMessage(MSG* message)

@@ -30,6 +30,9 @@ protected:
     /// Fills the list, which is empty.
     virtual void Fill() = 0;
 
+    /// Follows the size of the list, which may be empty yet.
+    virtual void Resized() {}
+
     HWND List() const { return m_list; }
 
     void OnSize(UINT type, int width, int height);

@@ -6,6 +6,9 @@
 #include <test_support/TipReader.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
+#include <zel_string_convert/TableLoading.h>
+
+#include <commctrl.h>
 
 #include <utility>
 
@@ -308,4 +311,36 @@ TEST_F(MainWindowFormTest, TheMouseSeesThroughOtherBalloons)
     EXPECT_NE(WindowFromPoint(area.CenterPoint()), tip);
     SendMessageW(tip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
     EXPECT_EQ(m_state.Current(), 1u);
+}
+
+TEST_F(MainWindowFormTest, TheListOfKeysNeverScrollsSidewaysNorCutsATextOff)
+{
+    Open(WindowForm::window);
+    m_window->MoveWindow(0, 0, 800, 600);
+    for (const wchar_t* const language : {L"en", L"de"}) {
+        ASSERT_TRUE(zel_string_convert::SetLanguage(language));
+        m_window->SendMessage(WM_KEYDOWN, VK_F1, 1);
+        const HWND list =
+            FindWindowExW(m_window->Keys().GetSafeHwnd(), nullptr, WC_LISTVIEWW, nullptr);
+        ASSERT_TRUE(list);
+        EXPECT_EQ(GetWindowLongPtrW(list, GWL_STYLE) & WS_HSCROLL, 0) << language;
+        const auto rows = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+        EXPECT_GT(rows, 50);
+        for (int column = 0; column < 3; ++column)
+            for (int row = 0; row < rows; ++row) {
+                wchar_t text[200] = {};
+                LVITEMW item = {};
+                item.iSubItem = column;
+                item.pszText = text;
+                item.cchTextMax = 200;
+                SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                             reinterpret_cast<LPARAM>(&item));
+                EXPECT_LT(
+                    SendMessageW(list, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text)),
+                    SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0))
+                    << text;
+            }
+        m_window->SendMessage(WM_KEYDOWN, VK_F1, 1);
+    }
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"en"));
 }
