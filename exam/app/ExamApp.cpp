@@ -7,9 +7,9 @@
 #include "protocol/ProtocolCheck.h"
 #include "record/CineCommands.h"
 #include "record/Repair.h"
+#include "record/StudyArchive.h"
 #include "service/CrashOnPurpose.h"
 #include "service/ModuleVersions.h"
-#include "service/StudyArchive.h"
 #include "tour/Tour.h"
 
 #include <base/FilePath.h>

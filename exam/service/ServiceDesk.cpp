@@ -1,7 +1,7 @@
 #include "service/ServiceDesk.h"
 
 #include "base/NumberedFiles.h"
-#include "service/StudyFiles.h"
+#include "record/StudyFiles.h"
 #include "service/WorkWithProgress.h"
 
 #include <Utils_Statics/GetStr.h>

@@ -1,7 +1,7 @@
 // Station 11: the settings are asked for, the study is written as a table and a report, packed and
 // unpacked, the program lists its modules, and a crash of another exam is reported.
+#include "record/StudyArchive.h"
 #include "service/ServiceWindows.h"
-#include "service/StudyArchive.h"
 #include "tour/Tour.h"
 
 #include <base/Encoding.h>

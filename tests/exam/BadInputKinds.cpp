@@ -3,7 +3,7 @@
 #include "app/ProfileFile.h"
 #include "protocol/ProtocolCheck.h"
 #include "record/Repair.h"
-#include "service/StudyArchive.h"
+#include "record/StudyArchive.h"
 
 #include <test_support/Files.h>
 #include <Utils_Statics/utilsExam.h>

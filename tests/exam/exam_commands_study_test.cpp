@@ -2,9 +2,9 @@
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
 #include "image/CineMarks.h"
+#include "record/StudyArchive.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
-#include "service/StudyArchive.h"
 
 #include <base/Handles.h>
 #include <qor_utils/StoreFolders.h>

@@ -1,5 +1,5 @@
 // Packing and unpacking of studies, and the reader of an archive's directory.
-#include "service/StudyArchive.h"
+#include "record/StudyArchive.h"
 
 #include <base/Handles.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "service/StudyArchive.h"
+#include "record/StudyArchive.h"
 
 #include "base/Console.h"
 #include "base/FileReader.h"

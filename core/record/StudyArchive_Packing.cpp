@@ -1,6 +1,6 @@
 // The packing of archives. The library packs a file in one call, which nobody can end; here the
 // user can, at any moment.
-#include "service/StudyArchive.h"
+#include "record/StudyArchive.h"
 
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/StudyArchive.h"
+#include "record/StudyArchive.h"
 #include "state/ExamState.h"
 
 #include <set>

@@ -1,4 +1,4 @@
-#include "service/StudyFiles.h"
+#include "record/StudyFiles.h"
 
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"
