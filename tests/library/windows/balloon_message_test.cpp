@@ -172,6 +172,22 @@ TEST_F(BalloonTest, SurvivesFormatsThatLie)
     EXPECT_TRUE(WaitForTip(L"the end"));
 }
 
+// A text needs no end where the precision ends it. Behind this one nothing can be read.
+TEST_F(BalloonTest, ReadsNoFurtherThanThePrecision)
+{
+    const Service service(here, 1, false, Service::error);
+    constexpr std::size_t page = 0x1000;
+    void* const memory = VirtualAlloc(nullptr, 2 * page, MEM_RESERVE, PAGE_NOACCESS);
+    ASSERT_TRUE(VirtualAlloc(memory, page, MEM_COMMIT, PAGE_READWRITE));
+    wchar_t* const text = static_cast<wchar_t*>(memory) + page / sizeof(wchar_t) - 3;
+    std::memcpy(text, L"abc", 3 * sizeof(wchar_t));
+    service(60000u, L"title", L"%.3s|%.2s", text, text);
+    EXPECT_TRUE(WaitForTip(L"abc|ab"));
+    service(60000u, L"title", L"[%s] [%.4s]", text, text);
+    EXPECT_TRUE(WaitForTip(L"[] []"));
+    VirtualFree(memory, 0, MEM_RELEASE);
+}
+
 TEST_F(BalloonTest, ShowsTextsAtAnyAddress)
 {
     const Service service(here, 1, false, Service::error);
