@@ -2,6 +2,7 @@
 
 #include "base/FileReader.h"
 #include "image/CineFile.h"
+#include "image/CineProblem.h"
 #include "image/MovieFrames.h"
 #include "image/PictureFile.h"
 
@@ -74,7 +75,8 @@ OpenedFrames OpenFrames(const std::wstring& path)
     if (problem.empty()) return {std::move(cine), {}};
     if (!PathMatchSpecW(path.c_str(), L"*.cine"))
         return {nullptr, Sentence("exam.open.unknown", path)};
-    return {nullptr, GetStr("exam.open.cine", path.c_str(), problem.c_str()).GetString()};
+    return {nullptr,
+            GetStr("exam.open.cine", path.c_str(), InUsersLanguage(problem).c_str()).GetString()};
 }
 
 } // namespace exam

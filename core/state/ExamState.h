@@ -75,6 +75,14 @@ public:
     /// Removes all marks on display, in one step.
     void RemoveShown();
 
+    /// Closes a recording that was opened, so that its file can be removed. The first one takes its
+    /// place on display.
+    void CloseImage(const std::wstring& name);
+    /// Removes the object of an image, with its marks, from the study.
+    void RemoveImage(const std::wstring& name);
+    /// The name of the image on display; empty for a probe.
+    std::wstring ImageName() const { return HasSource() ? m_sources[m_current].name : L""; }
+
     /// Adds a probe on a simulated patient. It runs when it is put on display.
     void AddSimulation(simulation::ProbeShape probe);
 
@@ -219,6 +227,7 @@ private:
     StudyFrame TakeUpFrame();
     bool KeepLiveFrame();
     void FollowKeptFrames();
+    void Close(std::size_t index, std::size_t next);
     bool TakeAway(KeptFrame& kept, std::size_t probe);
     bool BringBack(KeptFrame& kept);
 

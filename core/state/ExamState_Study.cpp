@@ -3,6 +3,7 @@
 
 #include "base/FileReader.h"
 #include "base/NumberedFiles.h"
+#include "image/CineProblem.h"
 #include "image/CineWriting.h"
 
 #include <base/FileContents.h>
@@ -57,7 +58,7 @@ std::wstring ExamState::AddImageOf(const StudyObject& object)
     }
     if (std::wstring problem = AddFile(path, object.image); !problem.empty()) return problem;
     const std::wstring missing = m_sources.back().source->Problem();
-    return missing.empty() ? missing : path + L": " + missing;
+    return missing.empty() ? missing : path + L": " + InUsersLanguage(missing);
 }
 
 const FrameSource* ExamState::SourceNamed(const std::wstring& image) const
@@ -166,6 +167,38 @@ void ExamState::FollowKeptFrames()
     }
 }
 
+// Closes a file, and shows another image in its place.
+void ExamState::Close(std::size_t index, std::size_t next)
+{
+    if (index == m_current) {
+        SelectImage(next);
+        SetFrozen(true);
+    }
+    m_sources.erase(m_sources.begin() + static_cast<std::ptrdiff_t>(index));
+    if (m_current > index) --m_current;
+    if (m_fitted && *m_fitted > index) --*m_fitted;
+}
+
+void ExamState::CloseImage(const std::wstring& name)
+{
+    const auto entry = std::ranges::find(m_sources, name, &Entry::name);
+    if (entry == m_sources.begin() || entry == m_sources.end()) return;
+    Close(static_cast<std::size_t>(entry - m_sources.begin()), 0);
+    std::erase_if(m_kept, [&](const auto& each) { return each.second.name == name; });
+}
+
+void ExamState::RemoveImage(const std::wstring& name)
+{
+    m_study.EndGesture();
+    for (const auto& object : Content().objects) {
+        if (object->image != name) continue;
+        const std::wstring id = object->id;
+        m_study.RemoveObject(id);
+        break;
+    }
+    ShowStudy();
+}
+
 // The probe is shown again in the place of the file.
 bool ExamState::TakeAway(KeptFrame& kept, std::size_t probe)
 {
@@ -173,14 +206,7 @@ bool ExamState::TakeAway(KeptFrame& kept, std::size_t probe)
     auto bytes = base::ReadFileWhole(path.c_str(), mostFrameBytes);
     if (!bytes) return false;
     const auto entry = std::ranges::find(m_sources, kept.name, &Entry::name);
-    const auto index = static_cast<std::size_t>(entry - m_sources.begin());
-    if (index == m_current) {
-        SelectImage(probe);
-        SetFrozen(true);
-    }
-    m_sources.erase(entry); // the file is closed
-    if (m_current > index) --m_current;
-    if (m_fitted && *m_fitted > index) --*m_fitted;
+    Close(static_cast<std::size_t>(entry - m_sources.begin()), probe);
     kept.bytes = std::move(*bytes);
     return DeleteFileW(path.c_str()) != FALSE;
 }

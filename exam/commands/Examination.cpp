@@ -2,9 +2,7 @@
 
 #include "base/NumberedFiles.h"
 #include "base/StateChanges.h"
-#include "image/OpenFrames.h"
 #include "service/PatientForm.h"
-#include "service/RecentFiles.h"
 #include "service/Terms.h"
 #include "study/StudyTexts.h"
 
@@ -13,13 +11,10 @@
 #include <Utils_Statics/utilsExam.h>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace exam {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr unsigned shortestInterval = 10; // milliseconds
 constexpr int mostCaughtUp = 10;          // frames that are shown faster after a delay
@@ -161,49 +156,6 @@ void Examination::EditPatient()
     m_state.Document().EndGesture();
     m_state.Document().SetPatient(PatientOf(fields));
     m_state.Marks().Refresh();
-}
-
-void Examination::OpenImage(const std::wstring& path)
-{
-    if (const std::wstring problem = m_state.OpenImage(path); !problem.empty())
-        return Report(NoticeKind::error, problem.c_str());
-    AddRecentFile(path);
-    const std::wstring missing = m_state.Source().Problem();
-    if (missing.empty()) return m_state.SetStatus(GetStr("exam.image.opened", path.c_str()));
-    Report(NoticeKind::warning, GetStr("exam.image.partly", path.c_str(), missing.c_str()));
-}
-
-void Examination::ChooseImage()
-{
-    if (const std::wstring path = m_window.ChooseImage(); !path.empty()) OpenImage(path);
-}
-
-std::vector<std::wstring> Examination::StudyImages() const
-{
-    std::vector<std::wstring> images;
-    for (const auto& object : m_state.Content().objects)
-        if (std::ranges::find(images, object->image) == images.end())
-            images.push_back(object->image);
-    const std::size_t named = images.size();
-    for (const std::wstring& folder : {m_state.StudyFolder(), m_folder}) {
-        std::error_code error; // a folder that is not there has no files
-        for (fs::directory_iterator entry(folder, error);
-             !error && entry != fs::directory_iterator(); entry.increment(error)) {
-            const std::wstring path = entry->path().wstring();
-            const bool isNamed =
-                std::ranges::find(images, entry->path().filename().wstring()) != images.end();
-            if (IsShowable(path) && !isNamed) images.push_back(path);
-        }
-    }
-    std::ranges::sort(images.begin() + static_cast<std::ptrdiff_t>(named), images.end());
-    return images;
-}
-
-void Examination::ShowStudyImage(const std::wstring& name)
-{
-    if (!m_state.SourceNamed(name)) return OpenImage(name);
-    m_state.OpenImage(name);
-    m_state.SetStatus(GetStr("exam.image.opened", name.c_str()));
 }
 
 void Examination::MovePrecisely(int dx, int dy)

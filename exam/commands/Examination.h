@@ -187,6 +187,9 @@ public:
     std::vector<std::wstring> StudyImages() const;
     /// Puts one of them on display.
     void ShowStudyImage(const std::wstring& name);
+    /// Removes one of them, with its marks, when the user wants that. A file of the study's folder
+    /// or among the recordings goes to the recycle bin; others stay. False when nothing was done.
+    bool RemoveStudyImage(const std::wstring& name);
     /// Moves the point in hand by steps of the precision mouse.
     void MovePrecisely(int dx, int dy);
     /// Puts the point in hand down, and takes up the next one.
@@ -202,6 +205,8 @@ public:
 private:
     void OnStateChange(StateChangeType type, unsigned int param1, long param2) override;
     void FollowProbe();
+    bool MoveToBin(const std::wstring& name, const std::wstring& path);
+    bool IsOwnFile(const std::wstring& path) const;
     void RepairRecordings(const std::wstring& folder);
     std::optional<CString> AskText(const CString& title, const CString& text);
     CString WhatWouldBeLost();

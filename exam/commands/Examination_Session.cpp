@@ -2,6 +2,7 @@
 #include "commands/Examination.h"
 
 #include "base/NumberedFiles.h"
+#include "image/CineProblem.h"
 #include "record/Repair.h"
 
 #include <Utils_Statics/GetStr.h>
@@ -31,8 +32,8 @@ void Examination::RepairRecordings(const std::wstring& folder)
             Report(NoticeKind::finished,
                    GetStr("exam.repair.done", path.GetString(), repaired.frames));
         } else {
-            Report(NoticeKind::warning,
-                   GetStr("exam.repair.failed", path.GetString(), repaired.problem.c_str()));
+            Report(NoticeKind::warning, GetStr("exam.repair.failed", path.GetString(),
+                                               InUsersLanguage(repaired.problem).c_str()));
         }
     }
 }

@@ -72,7 +72,8 @@ MainWindow::MainWindow(ExamState& state, const std::wstring& folder)
                [this] { ChangePanel(false, m_panelPlace.isFloating); }}),
       m_images({[this] { return m_exam.StudyImages(); },
                 [this](const std::wstring& name) { return m_state.SourceNamed(name); },
-                [this](const std::wstring& name) { m_exam.ShowStudyImage(name); }})
+                [this](const std::wstring& name) { m_exam.ShowStudyImage(name); },
+                [this](const std::wstring& name) { return m_exam.RemoveStudyImage(name); }})
 {
 }
 

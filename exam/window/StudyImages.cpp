@@ -87,6 +87,20 @@ bool StudyImages::MakeNext()
     return m_made < m_names.size();
 }
 
+std::size_t StudyImages::Selected() const
+{
+    return static_cast<std::size_t>(::SendMessageW(List(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
+                                                   MAKELPARAM(LVNI_SELECTED, 0)));
+}
+
+void StudyImages::RemoveSelected()
+{
+    const std::size_t item = Selected();
+    if (item >= m_names.size() || !m_callbacks.remove || !m_callbacks.remove(m_names[item])) return;
+    ::SendMessageW(List(), LVM_DELETEALLITEMS, 0, 0);
+    Fill();
+}
+
 void StudyImages::OnTimer(UINT_PTR)
 {
     if (!MakeNext()) KillTimer(makeTimer);
@@ -97,9 +111,13 @@ LRESULT StudyImages::OnNotify(WPARAM, LPARAM notice)
     // The notice of a key is packed, and so may lie anywhere.
     NMHDR header;
     std::memcpy(&header, reinterpret_cast<const void*>(notice), sizeof header);
+    if (header.code == LVN_KEYDOWN) {
+        NMLVKEYDOWN press;
+        std::memcpy(&press, reinterpret_cast<const void*>(notice), sizeof press);
+        if (press.wVKey == VK_DELETE) RemoveSelected();
+    }
     if (header.code != LVN_ITEMACTIVATE) return Default();
-    const auto item = static_cast<std::size_t>(::SendMessageW(
-        List(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
+    const std::size_t item = Selected();
     if (item >= m_names.size()) return 0;
     PostMessage(WM_CLOSE); // the list still needs the window
     m_callbacks.open(m_names[item]);

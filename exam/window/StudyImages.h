@@ -9,7 +9,8 @@
 
 namespace exam {
 
-/// The images of a study as small pictures. A double click or Enter opens one.
+/// The images of a study as small pictures. A double click or Enter opens one, Delete
+/// removes it.
 class StudyImages : public ListWindow
 {
 public:
@@ -20,6 +21,8 @@ public:
         /// The frames of a name that are open already; null for a file that is not.
         std::function<const FrameSource*(const std::wstring& name)> source;
         std::function<void(const std::wstring& name)> open;
+        /// Removes one from the study; false when the user does not want that.
+        std::function<bool(const std::wstring& name)> remove = {};
     };
 
     explicit StudyImages(Callbacks callbacks);
@@ -35,6 +38,8 @@ protected:
 
 private:
     void Fill() override;
+    void RemoveSelected();
+    std::size_t Selected() const;
 
     Callbacks m_callbacks;
     std::vector<std::wstring> m_names;

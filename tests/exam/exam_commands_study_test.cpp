@@ -2,6 +2,7 @@
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
 #include "image/CineMarks.h"
+#include "image/OpenFrames.h"
 #include "record/StudyArchive.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
@@ -323,4 +324,82 @@ TEST_F(CommandsTest, PackingTellsOfImagesThatAreGoneAndLeavesNothingBesides)
         left.push_back(entry.path().filename().wstring());
     std::ranges::sort(left);
     EXPECT_EQ(left, (std::vector<std::wstring>{L"P1", L"study-001.zip"}));
+}
+
+TEST_F(CommandsTest, ARecordingGoesToTheRecycleBinWithItsMarksWhenTheUserWantsThat)
+{
+    namespace fs = std::filesystem;
+    const std::wstring path = m_folder / L"recording-001.cine";
+    fs::copy_file(test_support::BesideProgram(L"sample\\images\\linear.cine"), path);
+    std::ofstream(fs::path(MarksPath(path))) << "1\n";
+    m_exam.OpenStudy(m_folder / L"P1\\S1");
+    m_exam.OpenImage(path);
+    Measure();
+    const auto remove = [this] { m_desk.CarryOut(*CommandOfKey('D', true)); };
+    remove(); // the user says no
+    EXPECT_TRUE(fs::exists(path));
+    EXPECT_EQ(m_state.Content().marks.size(), 1u);
+    m_window.m_answer = true;
+    remove();
+    ASSERT_EQ(m_window.m_questions.size(), 2u);
+    EXPECT_EQ(m_window.m_questions[1], GetStr("exam.remove.file", L"recording-001.cine", 1));
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_FALSE(fs::exists(MarksPath(path)));
+    EXPECT_TRUE(m_state.Content().objects.empty());
+    EXPECT_FALSE(m_state.SourceNamed(path));
+    EXPECT_EQ(m_state.Status(), GetStr("exam.remove.done", L"recording-001.cine"));
+}
+
+TEST_F(CommandsTest, AnImageFromElsewhereLeavesTheStudyAndKeepsItsFile)
+{
+    m_window.m_answer = true;
+    m_state.SelectImage(0);
+    EXPECT_FALSE(m_exam.RemoveStudyImage(L"curved.cine"));
+    EXPECT_EQ(m_state.Status(), GetStr("exam.remove.nothing"));
+    Measure();
+    EXPECT_TRUE(m_exam.RemoveStudyImage(L"curved.cine"));
+    EXPECT_TRUE(m_state.Content().marks.empty());
+    EXPECT_TRUE(m_state.SourceNamed(L"curved.cine"));
+    EXPECT_TRUE(std::filesystem::exists(m_state.ImagePath(L"curved.cine")));
+    CarryOut(L"Measurement", L"Undo");
+    EXPECT_EQ(m_state.Content().marks.size(), 1u);
+}
+
+TEST_F(CommandsTest, AFileThatCannotBeRemovedStaysOpen)
+{
+    const std::wstring path = m_folder / L"recording-001.cine";
+    std::filesystem::copy_file(test_support::BesideProgram(L"sample\\images\\linear.cine"), path);
+    m_exam.OpenImage(path);
+    Measure();
+    const base::File held(CreateFileW(path.c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                      nullptr));
+    m_window.m_answer = true;
+    EXPECT_FALSE(m_exam.RemoveStudyImage(path));
+    EXPECT_EQ(m_state.Status(), GetStr("exam.remove.failed", path.c_str()));
+    EXPECT_TRUE(m_state.SourceNamed(path));
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+}
+
+TEST_F(CommandsTest, WhatIsWrongWithARawCineIsSaidInTheUsersLanguage)
+{
+    const std::string whole =
+        test_support::ReadFile(test_support::BesideProgram(L"sample\\images\\linear.cine"));
+    const auto said = [this](const std::string& bytes) {
+        test_support::WriteFile(m_folder / L"one.cine", bytes);
+        return OpenFrames(m_folder / L"one.cine").problem;
+    };
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    EXPECT_NE(said(whole.substr(0, 40)).find(L"k\u00FCrzer als die 76 Bytes"), std::wstring::npos);
+    std::string other = whole;
+    other[0] = 4;
+    EXPECT_NE(said(other).find(L"die Datei enth\u00E4lt keine B-Bilder"), std::wstring::npos);
+    test_support::WriteFile(m_folder / L"cut.cine", whole.substr(0, whole.size() - 1));
+    m_exam.OpenImage(m_folder / L"cut.cine");
+    const std::wstring status(m_state.Status());
+    EXPECT_NE(status.find(L"der Kopf z\u00E4hlt 1 Bilder zu "), std::wstring::npos)
+        << status.c_str();
+    EXPECT_NE(status.find(L"(0 ganze Bilder)"), std::wstring::npos) << status.c_str();
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"en"));
+    EXPECT_NE(said(other).find(L"the file does not hold B-mode frames"), std::wstring::npos);
 }

@@ -92,11 +92,16 @@ protected:
     std::vector<std::wstring> m_names;
     OpenedFrames m_open; // stands for a recording that is open already
     std::vector<std::wstring> m_opened;
+    std::vector<std::wstring> m_removed;
     StudyImages m_images{{[this] { return m_names; },
                           [this](const std::wstring& name) {
                               return name == L"open.cine" ? m_open.source.get() : nullptr;
                           },
-                          [this](const std::wstring& name) { m_opened.push_back(name); }}};
+                          [this](const std::wstring& name) { m_opened.push_back(name); },
+                          [this](const std::wstring& name) {
+                              m_removed.push_back(name);
+                              return std::erase(m_names, name) > 0;
+                          }}};
     HWND m_list = nullptr;
 };
 
@@ -121,6 +126,16 @@ TEST_F(StudyImagesTest, EachHasItsNameAndItsSmallPictureUnlessItCannotBeShown)
     EXPECT_EQ(PictureOf(0), 0);
     EXPECT_EQ(PictureOf(1), 1);
     EXPECT_LT(PictureOf(2), 0);
+}
+
+TEST_F(StudyImagesTest, DeleteRemovesTheOneThatIsChosen)
+{
+    SendMessageW(m_list, WM_KEYDOWN, VK_RIGHT, 1);
+    SendMessageW(m_list, WM_KEYDOWN, VK_DELETE, 1);
+    ASSERT_EQ(m_removed.size(), 1u);
+    EXPECT_EQ(SendMessageW(m_list, LVM_GETITEMCOUNT, 0, 0), 2);
+    EXPECT_EQ(std::ranges::count(m_names, m_removed[0]), 0);
+    EXPECT_TRUE(m_images.IsShown());
 }
 
 TEST_F(StudyImagesTest, TheyAreMadeByThemselves)
