@@ -335,7 +335,7 @@ TEST_F(CommandsTest, ARecordingGoesToTheRecycleBinWithItsMarksWhenTheUserWantsTh
     m_exam.OpenStudy(m_folder / L"P1\\S1");
     m_exam.OpenImage(path);
     Measure();
-    const auto remove = [this] { m_desk.CarryOut(*CommandOfKey('D', true)); };
+    const auto remove = [this] { m_desk.CarryOut(*CommandOfKey('X', true)); };
     remove(); // the user says no
     EXPECT_TRUE(fs::exists(path));
     EXPECT_EQ(m_state.Content().marks.size(), 1u);
