@@ -2,16 +2,11 @@
 
 #include <test_support/Imports.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace faults {
 
 namespace {
-
-constexpr const wchar_t* modules[] = {L"Utils_Statics.dll",     L"mfc.dll",     L"qor_utils.dll",
-                                      L"qor_imgproc.dll",       L"zel_xml.dll", L"pro_actions.dll",
-                                      L"zel_string_convert.dll"};
 
 // Want of memory in the compiler's libraries is the matter of memory_test.
 bool IsOfTheCompiler(std::string_view library)
@@ -23,13 +18,6 @@ bool IsOfTheCompiler(std::string_view library)
 bool IsOfAModule(std::string_view function)
 {
     return function.starts_with("_Z");
-}
-
-bool IsExempt(std::string_view function)
-{
-    for (const Exempt& exempt : ExemptFunctions())
-        if (std::ranges::find(exempt.names, function) != exempt.names.end()) return true;
-    return false;
 }
 
 std::map<std::string_view, Row> Table()
@@ -46,7 +34,7 @@ std::map<std::string_view, Row> Table()
 
 Hooks::Hooks() : m_table(Table())
 {
-    for (const wchar_t* const module : modules)
+    for (const wchar_t* const module : test_support::libraryModules)
         test_support::AnyImport(GetModuleHandleW(module),
                                 [&](const char* library, const char* function, void** slot) {
                                     Take(library, function, slot);
@@ -65,7 +53,7 @@ void Hooks::Take(const char* library, const char* function, void** slot)
     const auto row = m_table.find(function);
     if (row == m_table.end()) {
         if (IsOfAModule(function) || IsOfTheCompiler(library)) return;
-        (IsExempt(function) ? exempt : missing).insert(function);
+        (Contains(ExemptFunctions(), function) ? exempt : missing).insert(function);
         return;
     }
     rows.insert(function);

@@ -1,7 +1,16 @@
 // Functions that are not made to fail.
 #include "FaultRows.h"
 
+#include <algorithm>
+
 namespace faults {
+
+bool Contains(const std::vector<Exempt>& groups, std::string_view function)
+{
+    return std::ranges::any_of(groups, [&](const Exempt& group) {
+        return std::ranges::find(group.names, function) != group.names.end();
+    });
+}
 
 const std::vector<Exempt>& ExemptFunctions()
 {

@@ -7,7 +7,7 @@
 
 namespace faults {
 
-// Functions that are not made to fail, and why.
+// Functions that are not made to fail, in general or by the script, and why.
 struct Exempt
 {
     const char* reason;
@@ -19,5 +19,10 @@ std::vector<Row> SystemRows();
 std::vector<Row> GraphicsRows();
 std::vector<Row> LanguageRows();
 const std::vector<Exempt>& ExemptFunctions();
+
+// The functions with a row that the script never comes to call.
+const std::vector<Exempt>& UncalledFunctions();
+
+bool Contains(const std::vector<Exempt>& groups, std::string_view function);
 
 } // namespace faults

@@ -25,6 +25,7 @@ constexpr Known unheard[] = {
 };
 
 constexpr Known spared[] = {
+    {"AfxBeginThread", "ResumeThread", "a thread that cannot be resumed stays for good"},
     {"ClosePopups", "ResumeThread", "a thread that cannot be resumed stays for good"},
     {"ZipExtract", "malloc", "the zip library keeps a file open when it has no memory for itself"},
     {"ZipCompress", "malloc", "the zip library writes to an entry's header without looking"},

@@ -18,6 +18,7 @@ using test_support::TemporaryFolder;
 
 constexpr int side = 16;
 constexpr float factors[] = {0, 1};
+constexpr int gif = 1;
 constexpr int png = 3;
 
 HBITMAP HandleOf(CBitmap& bitmap)
@@ -92,6 +93,15 @@ std::vector<Step> FilePictures(const TemporaryFolder& folder)
              outcome.Result(succeeded);
              if (succeeded) outcome.Sees(Content(saved));
          }},
+        {"SaveBitmap, of few colours",
+         [=](Outcome& outcome) {
+             CBitmap bitmap;
+             Fill(bitmap);
+             DeleteFileW(saved.c_str());
+             const bool succeeded = SaveBitmap(HandleOf(bitmap), gif, saved.c_str());
+             outcome.Result(succeeded);
+             if (succeeded) outcome.Sees(Content(saved));
+         }},
         {"BitmapFromFile",
          [=](Outcome& outcome) {
              const SIZE size = {8, 8};
@@ -120,6 +130,11 @@ std::vector<Step> FilePictures(const TemporaryFolder& folder)
              const Image image(LoadImageFromIconStore(L"picture.png"));
              outcome.Result(image && image->GetWidth() == side);
              if (image) outcome.Sees(image->GetWidth());
+         }},
+        {"LoadImageFromIconStore, none",
+         [](Outcome& outcome) {
+             const Image image(LoadImageFromIconStore(L"none.png"));
+             outcome.Result(image && image->GetLastStatus() == Gdiplus::Ok);
          }},
         {"LoadImageFromResource",
          [](Outcome& outcome) {
@@ -223,6 +238,13 @@ std::vector<Step> Drawings()
                 [](CDC& dc) {
                     ULine out;
                     CImgGeometry::ClipLines(&dc, {0, 0, 60, 50}, {30, 0, 20, 60}, out, true);
+                }),
+        Drawing("DrawHorizontalUSLine",
+                [](CDC& dc) {
+                    static constexpr ZelProbe probe = {qor_utils::curvedProbe, 128, 300, 20'000};
+                    CImgGeometry::DrawHorizontalUSLine(&dc, 20, 10, 100, {32, 0}, {900, 900},
+                                                       40'000'000, 0, 0, &probe, 1540, 0, 64, 64, 0,
+                                                       0);
                 }),
         {"WrapStr",
          [](Outcome& outcome) {

@@ -78,6 +78,14 @@ std::vector<Step> ComputingSteps(const TemporaryFolder& folder)
              outcome.Result(zel_xml::SaveDocument(file));
              outcome.Sees(Content(document));
          }},
+        {"SaveDocument, a new one",
+         [=](Outcome& outcome) {
+             DeleteFileW(document.c_str());
+             zelXMLFile file;
+             outcome.Result(zel_xml::CreateDocument(file, document.c_str(), L"new"));
+             outcome.Result(zel_xml::SaveDocument(file));
+             outcome.Sees(Content(document));
+         }},
         {"LoadTable",
          [=](Outcome& outcome) {
              WriteFile(table, Table());

@@ -16,7 +16,11 @@ class Overlay : public CBufferedWnd
 {
 public:
     void Draw(CDC* dc) override { dc->FillSolidRect(CRect(0, 0, 40, 40), 0x405060); }
-    void DrawMask(CDC* dc) override { dc->FillSolidRect(CRect(5, 5, 30, 30), 0xFFFFFF); }
+    void DrawMask(CDC* dc) override
+    {
+        CBufferedWnd::DrawMask(dc);
+        dc->FillSolidRect(CRect(5, 5, 30, 30), 0xFFFFFF);
+    }
     void PlaceOver(const CRect&) override {}
     void Refresh() override { Invalidate(FALSE); }
 };
@@ -82,6 +86,11 @@ std::vector<Step> Controls()
              utilsExam::ChangeDialogFont(AfxGetMainWnd(), &font, 1);
              utilsExam::ChangeDialogFont(AfxGetMainWnd(), nullptr, 0);
          }},
+        {"ShowCursorHelper",
+         [](Outcome&) {
+             SetCapture(AfxGetMainWnd()->GetSafeHwnd());
+             const ShowCursorHelper guard(false);
+         }},
         {"SetKeyState", [](Outcome&) { utilsExam::SetKeyState(VK_NUMLOCK, 0); }},
         // Without the window's place, that of the screen counts.
         {"CalculateDialogRect",
@@ -134,7 +143,16 @@ std::vector<Step> StatusSteps()
              [] { CStatusStreaming::setState(CStatusStreaming::StreamingOn); }),
         draw("CStatusWireless", CStatusWireless::getInstance(),
              [] { CStatusWireless::setConnected(true); }),
-        draw("CStatusProbeSensor", CStatusProbeSensor::getInstance(), [] {}),
+        draw("CStatusProbeSensor", CStatusProbeSensor::getInstance(),
+             [] {
+                 CStatusProbeSensor::setState(
+                     {.isSensorSupported = true, .angle = 30, .muxVersion = 2});
+             }),
+        {"CStatusStreaming, to a disk",
+         [](Outcome&) {
+             CStatusStreaming::setState(CStatusStreaming::StreamingToDisk);
+             CStatusStreaming::setState(CStatusStreaming::StreamingOff);
+         }},
         {"CWmiService",
          [](Outcome& outcome) {
              CWmiService::destroyInstance();

@@ -55,7 +55,7 @@ protected:
     {
         qor_utils::SetProfileRoot(m_key.Path().c_str());
         theApplication.SetRegistryKey(m_key.Path().c_str() + std::wstring(L"Software\\").size());
-        m_key.SetText(L"System\\Path", L"Export", L"D:\\export");
+        m_key.Set(L"System\\Path", L"Export", REG_EXPAND_SZ, L"D:\\export", 20);
         m_key.SetNumber(L"faults\\Settings\\Capture", L"PrintButton1_Action", 5);
         m_key.SetText(L"faults\\Settings\\Capture", L"RecordCodec", L"Uncompressed");
         for (const wchar_t* const item : {L"CDBurning", L"CineRecording", L"FTPTransfer",
@@ -262,11 +262,11 @@ TEST_F(FaultsTest, EachCallThatFailsIsToldAndCostsNothing)
         all += tally;
     }
     all.Print("all");
-    std::printf("%u of %u functions failed; the others:", static_cast<unsigned>(failed.size()),
+    std::printf("%u of %u functions failed\n", static_cast<unsigned>(failed.size()),
                 static_cast<unsigned>(hooks.rows.size()));
     for (const std::string& row : hooks.rows)
-        if (!failed.contains(row)) std::printf(" %s", row.c_str());
-    std::printf("\n");
+        EXPECT_TRUE(failed.contains(row) || Contains(UncalledFunctions(), row))
+            << row << " is never called, without a reason";
 }
 
 } // namespace
