@@ -71,7 +71,7 @@ constexpr Command examCommands[] = {
     {.key = {.code = 'I'},
      .text = {"exam.command.images", "exam.tip.images"},
      .carryOut = [](Examination& e, int) { e.Window().ToggleImages(); }},
-    {.key = {.code = 'X', .withControl = true},
+    {.key = {.code = 'B', .withControl = true},
      .text = {"exam.command.remove", "exam.tip.remove"},
      .carryOut = [](Examination& e, int) { e.RemoveStudyImage(e.State().ImageName()); },
      .isPossible = [](const State& s) { return !s.Recording(); }},
