@@ -19,9 +19,11 @@ WindowCreation::~WindowCreation()
 
 HWND WindowCreation::Create(const CREATESTRUCT& d)
 {
-    const HWND window =
-        CreateWindowExW(d.dwExStyle, d.lpszClass, d.lpszName, static_cast<DWORD>(d.style), d.x, d.y,
-                        d.cx, d.cy, d.hwndParent, d.hMenu, d.hInstance, d.lpCreateParams);
+    HWND window = nullptr;
+    if (m_hook) // without it, nobody would have the window
+        window =
+            CreateWindowExW(d.dwExStyle, d.lpszClass, d.lpszName, static_cast<DWORD>(d.style), d.x,
+                            d.y, d.cx, d.cy, d.hwndParent, d.hMenu, d.hInstance, d.lpCreateParams);
     if (!window) CleanUp();
     return window;
 }
