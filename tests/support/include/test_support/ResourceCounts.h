@@ -30,10 +30,23 @@ inline DWORD DrawingObjectCount()
     return count;
 }
 
-inline bool IsWindowOfThisProcess(HWND window)
+inline BOOL CALLBACK CountOwnWindow(HWND window, LPARAM count)
 {
     DWORD process = 0;
-    return GetWindowThreadProcessId(window, &process) != 0 && process == GetCurrentProcessId();
+    GetWindowThreadProcessId(window, &process);
+    *reinterpret_cast<DWORD*>(count) += process == GetCurrentProcessId();
+    return TRUE;
+}
+
+// The windows of this process, those that take messages alone too.
+inline DWORD WindowCount()
+{
+    DWORD count = 0;
+    EnumChildWindows(GetDesktopWindow(), CountOwnWindow, reinterpret_cast<LPARAM>(&count));
+    if (const HWND first = FindWindowExW(HWND_MESSAGE, nullptr, nullptr, nullptr))
+        EnumChildWindows(GetAncestor(first, GA_PARENT), CountOwnWindow,
+                         reinterpret_cast<LPARAM>(&count));
+    return count;
 }
 
 inline bool IsIcon(HICON icon)
@@ -45,16 +58,16 @@ inline bool IsIcon(HICON icon)
     return true;
 }
 
-// The windows, menus and other user objects of this process. Where the platform does not count
-// them, the first 4096 possible handles are tried, of which it gives the free ones away first.
+// The windows, menus and icons of this process. Where the platform does not count them, the first
+// 4096 possible handles of menus and icons are tried, of which it gives the free ones away first.
 inline DWORD UserObjectCount()
 {
     DWORD count = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
     if (count > 0) return count;
+    count = WindowCount();
     constexpr std::uintptr_t first = 0x20;
     for (std::uintptr_t value = first; value < first + std::uintptr_t{2} * 4096; value += 2)
-        count += IsWindowOfThisProcess(reinterpret_cast<HWND>(value)) ||
-                 IsMenu(reinterpret_cast<HMENU>(value)) || IsIcon(reinterpret_cast<HICON>(value));
+        count += IsMenu(reinterpret_cast<HMENU>(value)) || IsIcon(reinterpret_cast<HICON>(value));
     return count;
 }
 
