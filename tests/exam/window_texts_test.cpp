@@ -341,8 +341,8 @@ bool HasPlaceOfItsOwn(const std::string& id)
     static const std::regex others(
         "(exam\\.(button|command|menu|tip|key|label|value|probe|mode|sample|answer|form|about)\\..*"
         ")"
-        "|exam\\.keys.*|exam\\.status\\..*|exam\\.close\\..*|exam\\.recovery\\..*|exam\\.archive\\."
-        "replace"
+        "|exam\\.keys.*|exam\\.status\\..*|exam\\.close\\..*|exam\\.recovery\\..*"
+        "|exam\\.archive\\.replace|exam\\.remove\\.(file|marks)"
         "|exam\\.patient\\..*|study\\..*|exam\\.record\\.mark|exam\\.service.*");
     return std::regex_match(id, others);
 }
@@ -365,7 +365,8 @@ TEST_P(WindowTextsTest, EachSentenceFindsRoomInTheStatusLine)
 TEST_P(WindowTextsTest, QuestionsAreWhole)
 {
     for (const TableText& text : TableTexts()) {
-        static const std::regex questions("exam\\.(archive\\.replace|(close|recovery)\\..*)");
+        static const std::regex questions(
+            "exam\\.(archive\\.replace|remove\\.(file|marks)|(close|recovery)\\..*)");
         if (!std::regex_match(text.id, questions)) continue;
         int looked = 0;
         const std::function<void(HWND)> look = [&](HWND box) {
