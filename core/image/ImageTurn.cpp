@@ -78,12 +78,4 @@ void ImageTurn::TurnPixels(const std::uint8_t* upright, std::uint8_t* displayed)
     }
 }
 
-void ImageTurn::TurnDrawing(CDC& dc) const
-{
-    const auto element = [this](std::size_t i) { return static_cast<FLOAT>(m_matrix[i]); };
-    const XFORM turn = {element(0), element(3), element(1), element(4), element(2), element(5)};
-    SetGraphicsMode(dc.GetSafeHdc(), GM_ADVANCED);
-    SetWorldTransform(dc.GetSafeHdc(), &turn);
-}
-
 } // namespace exam

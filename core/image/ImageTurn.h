@@ -1,9 +1,11 @@
 #pragma once
 
-#include <afxwin.h>
+#include <atltypes.h>
 
 #include <array>
 #include <cstdint>
+
+class CDC;
 
 namespace exam {
 
