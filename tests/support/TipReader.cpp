@@ -1,5 +1,7 @@
 #include "test_support/TipReader.h"
 
+#include "test_support/ResourceCounts.h"
+
 #include <map>
 
 namespace test_support {
@@ -92,6 +94,29 @@ HWND ShownTip()
     for (const HWND tip : TipWindows())
         if (IsWindowVisible(tip)) return tip;
     return nullptr;
+}
+
+DWORD DrawingObjectsLostWithATip()
+{
+    const auto live = [] {
+        const HWND tip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, TTS_BALLOON, 0, 0,
+                                         0, 0, nullptr, nullptr, nullptr, nullptr);
+        wchar_t text[] = L"text";
+        TOOLINFOW tool = {};
+        tool.cbSize = sizeof tool;
+        tool.uFlags = TTF_TRACK;
+        tool.lpszText = text;
+        SendMessageW(tip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+        SendMessageW(tip, TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&tool));
+        UpdateWindow(tip);
+        DestroyWindow(tip);
+    };
+    constexpr DWORD times = 10;
+    live();
+    const DWORD before = DrawingObjectCount();
+    for (DWORD i = 0; i < times; ++i)
+        live();
+    return (DrawingObjectCount() - before) / times;
 }
 
 } // namespace test_support

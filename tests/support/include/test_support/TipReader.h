@@ -46,4 +46,8 @@ private:
 // The tip that is shown; null when there is none.
 HWND ShownTip();
 
+// The drawing objects that the platform's own control loses with each tip that it showed: none, if
+// the platform is right.
+DWORD DrawingObjectsLostWithATip();
+
 } // namespace test_support
