@@ -30,7 +30,7 @@ public:
 
 private:
     void Add(const std::wstring& path, const std::wstring& name);
-    std::wstring TakeUp(const std::wstring& path);
+    std::wstring TakeUp(const std::wstring& image);
     void WriteObject(const StudyObject& object, const std::wstring& image);
 
     std::wstring m_own;    // the study's folder in the archive, with a backslash
