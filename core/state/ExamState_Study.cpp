@@ -42,7 +42,7 @@ std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& fold
 
 std::wstring ExamState::ImagePath(const std::wstring& image) const
 {
-    const std::wstring inStudy = (std::filesystem::path(m_studyFolder) / image).wstring();
+    std::wstring inStudy = (std::filesystem::path(m_studyFolder) / image).wstring();
     if (KindOfFile(inStudy) != FileKind::missing) return inStudy;
     return std::wstring(utilsExam::GetImage(image.c_str()));
 }
