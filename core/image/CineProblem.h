@@ -4,7 +4,7 @@
 
 namespace exam {
 
-/// What is said of a damaged recording, in the user's language. The readers say it in the base
+/// Translates what is said of a damaged recording. The readers say it in the base
 /// language of the string tables, where a # stands for each number. A sentence that the tables do
 /// not have stays as it is.
 std::wstring InUsersLanguage(const std::wstring& sentence);

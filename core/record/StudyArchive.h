@@ -8,7 +8,7 @@
 
 namespace exam {
 
-/// Why a file was left out.
+/// A file was left out for one of these reasons.
 enum class SkipReason
 {
     name,       ///< its name leads out of the folder, or no file can have it

@@ -11,7 +11,7 @@
 
 namespace exam {
 
-/// What a click on a tip may lead to.
+/// A click on a tip may follow this.
 struct TipLink
 {
     std::function<bool(const CString& text)> isOne; ///< a click on a tip with this text follows it

@@ -1,4 +1,4 @@
-// What the pointer does on the control panel.
+// The control panel answers the pointer.
 #include "panel/ControlPanel.h"
 
 #include "panel/PanelLayout.h"

@@ -16,7 +16,7 @@ namespace exam {
 
 namespace {
 
-// What is done with the modal form of a title, once a timer finds it open.
+// Does its work with the modal form of a title, once a timer finds it open.
 struct FormWork
 {
     CString title;

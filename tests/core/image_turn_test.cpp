@@ -1,5 +1,5 @@
-// How an image lies on the screen: the map there and back, pixels against their plain form, marks
-// on the tissue, and grey levels.
+// An image lies on the screen in eight ways: the map there and back, pixels against their plain
+// form, marks on the tissue, and grey levels.
 #include "image/GreyWindow.h"
 #include "measure/MarkShapes.h"
 #include "measure/MarkSurface.h"

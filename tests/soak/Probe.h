@@ -1,6 +1,6 @@
 #pragma once
 
-// What the hook in the application and the driver outside agree on.
+// The hook in the application and the driver outside agree on these.
 namespace soak {
 
 // The registered message to the main window that asks for the figures.

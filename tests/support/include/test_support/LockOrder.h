@@ -17,8 +17,8 @@ public:
     LockOrder(const LockOrder&) = delete;
     LockOrder& operator=(const LockOrder&) = delete;
 
-    // What a thread tells of each lock: that it is about to wait for it at a place of the code,
-    // that it has it without waiting, and that it releases it.
+    // A thread tells of each lock that it is about to wait for it at a place of the code, that it
+    // has it without waiting, and that it releases it.
     static void WaitsFor(const void* lock, const void* place);
     static void Has(const void* lock);
     static void Releases(const void* lock);
