@@ -16,7 +16,7 @@ namespace exam {
 
 namespace {
 
-// Does its work with the modal form of a title, once a timer finds it open.
+// A timer does the work with the modal form of the title, once it finds it open.
 struct FormWork
 {
     CString title;
