@@ -70,8 +70,8 @@ choose_wine() { # choose_wine VERSION: for the option --wine
 # The folder of the 32-bit root with the chosen Wine.
 wine_root() {
   case $UTILS_STATICS_WINE in
-    8) say "$cache/wine-i386-2" ;;
-    10) say "$cache/wine10-i386-1" ;;
+    8) say "$cache/wine-i386-3" ;;
+    10) say "$cache/wine10-i386-2" ;;
   esac
 }
 
@@ -104,8 +104,8 @@ triplet_of() {
 # 64-bit Wine without its 32-bit half cannot share one, and a later Wine changes an earlier one's.
 prefix_of() {
   case $UTILS_STATICS_WINE in
-    8) say "$cache/wineprefix-$1-3" ;;
-    *) say "$cache/wineprefix$UTILS_STATICS_WINE-$1-3" ;;
+    8) say "$cache/wineprefix-$1-4" ;;
+    *) say "$cache/wineprefix$UTILS_STATICS_WINE-$1-4" ;;
   esac
 }
 
