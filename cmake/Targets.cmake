@@ -158,6 +158,7 @@ endmacro()
 # GoogleTest programs, run by CTest through tools/wine; without SOURCES, each is NAME.cpp. The
 # closing line is asked for, because Wine can end with status 0 without having run a program. NEEDS
 # are built before. SERIAL tests use what the whole session shares (cursor, focus, profile keys).
+# Tests whose programs crash lock `crashes` instead, or too: the settings of the crash handler.
 function(project_test)
   cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LINK;NEEDS;DEFINE;PROPERTIES" ${ARGN})
   foreach(name IN LISTS arg_UNPARSED_ARGUMENTS)
