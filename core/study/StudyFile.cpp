@@ -155,6 +155,7 @@ std::wstring StudyFile::SaveObjects(const StudyContent& content)
         if (problem.empty())
             problem =
                 entry->second.Save([&](const zelXMLNode& root) { WriteObject(*object, root); });
+        if (!problem.empty() && isNew) m_objects.erase(entry); // nothing is known of its file
         if (!problem.empty()) return problem;
     }
     return {};

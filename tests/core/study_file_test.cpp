@@ -278,6 +278,21 @@ TEST_F(StudyFileTest, ANewObjectTakesNoFileThatIsThere)
     EXPECT_EQ(study.AddObject(Recording(L"new.cine")), L"O8");
 }
 
+TEST_F(StudyFileTest, ANewObjectNeverReplacesAFileThatCannotBeUsed)
+{
+    WriteSample();
+    Study study;
+    StudyFile file;
+    StudyContent content;
+    ASSERT_EQ(file.Open(Folder(), content), L"");
+    study.Open(content);
+    ASSERT_EQ(study.AddObject(Recording(L"new.cine")), L"O2");
+    WriteFile(Folder() + L"\\O2.xml", "<object"); // somebody else was faster
+    for (int i = 0; i < 2; ++i)
+        EXPECT_NE(file.Save(study.Content()).find(L"O2.xml"), std::wstring::npos);
+    EXPECT_EQ(ReadFile(Folder() + L"\\O2.xml"), "<object");
+}
+
 TEST_F(StudyFileTest, AFailedSaveLeavesTheOldFile)
 {
     WriteSample();
