@@ -50,13 +50,17 @@ void MarkBoard::Refresh()
 // there are the same as before.
 bool MarkBoard::UpdateHandles()
 {
-    auto changes = std::erase_if(m_handles, [this](const std::unique_ptr<MarkHandle>& handle) {
+    const auto isGone = [this](const std::unique_ptr<MarkHandle>& handle) {
         const Mark* const mark = Find(handle->Number());
-        if (mark && IsShown(*mark)) return false;
-        if (MouseCapture::GetLock() == handle.get()) MouseCapture::Unlock();
-        PrecisionMouse::ClearPosition();
-        return true;
-    });
+        return !mark || !IsShown(*mark);
+    };
+    // To let go is told, and whoever hears of it may look at the handles.
+    const IMouseHandler* const lock = MouseCapture::GetLock();
+    if (std::ranges::any_of(
+            m_handles, [&](const auto& handle) { return handle.get() == lock && isGone(handle); }))
+        MouseCapture::Unlock();
+    if (std::ranges::any_of(m_handles, isGone)) PrecisionMouse::ClearPosition();
+    auto changes = std::erase_if(m_handles, isGone);
     for (const auto& mark : m_study.Content().marks) {
         if (!IsShown(*mark) || HandleOf(mark->number)) continue;
         m_handles.push_back(std::make_unique<MarkHandle>(*this, mark->number));

@@ -126,7 +126,7 @@ private:
     void Finish();
 
     // Handles call these.
-    void Take(const MarkHandle& handle, int index);
+    void Take(MarkHandle& handle, int index);
     void Put(int number, std::size_t index, const PixelPoint& to);
     void Shift(int number, PixelPoint from, const PixelPoint& to);
     void Move(int number, int place, const PixelPoint& to);

@@ -196,7 +196,7 @@ void MarkBoard::Finish()
     TellChange(stateMeasurementChanged);
 }
 
-void MarkBoard::Take(const MarkHandle& handle, int index)
+void MarkBoard::Take(MarkHandle& handle, int index)
 {
     for (const auto& other : m_handles)
         if (other.get() != &handle) other->LetGo();
@@ -215,7 +215,7 @@ void MarkBoard::Take(const MarkHandle& handle, int index)
         const CPoint cursor = PixelAt(m_last) + m_origin;
         SetCursorPos(cursor.x, cursor.y);
     }
-    PrecisionMouse::UpdateHandler(const_cast<MarkHandle*>(&handle));
+    PrecisionMouse::UpdateHandler(&handle);
     TellChange(stateMeasurementChanged);
 }
 

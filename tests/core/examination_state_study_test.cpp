@@ -28,6 +28,29 @@ TEST_F(ExamStateTest, AMeasurementKeepsItsPlaceAtAnotherDepthAndHidesWhereTheIma
     EXPECT_EQ(m_state.Content(), made);
 }
 
+TEST_F(ExamStateTest, MarksThatGoWithTheOneInHandAreGoneForAllWhoHear)
+{
+    const ImagingParameters& image = m_state.View().Parameters();
+    Measure(image.Pixel(40, 1300), image.Pixel(40, 1600));
+    Measure(image.Pixel(60, 300), image.Pixel(60, 600));
+    Measure(image.Pixel(80, 1300), image.Pixel(80, 1600));
+    struct Listener : ::IStateChangeConsumer
+    {
+        explicit Listener(const ExamState& state) : m_state(state) {}
+        void OnStateChange(StateChangeType, unsigned int, long) override
+        {
+            m_shown = m_state.Marks().Shown();
+        }
+        const ExamState& m_state;
+        std::vector<int> m_shown;
+    } listener(m_state);
+    m_state.Press(MK_LBUTTON, m_state.Layout().image.TopLeft() + image.Pixel(80, 1600));
+    ASSERT_TRUE(m_state.Marks().IsWorking());
+    m_state.ChangeDepth(-5);
+    EXPECT_FALSE(MouseCapture::IsLocked());
+    EXPECT_EQ(listener.m_shown, std::vector<int>{2});
+}
+
 TEST_F(ExamStateTest, EachFrameHasItsOwnMeasurements)
 {
     m_state.SelectImage(linear);
