@@ -8,21 +8,22 @@
 
 namespace exam {
 
-/// Paths of files that are numbered from 1 on.
+/// The paths of numbered files.
 struct NumberedFiles
 {
     std::wstring last; ///< the last file before the first free number; empty: there is none
     std::wstring next; ///< the path of the first free number
+    int number = 0;    ///< that number
 };
 
-/// Looks for the numbered files of a folder. `name` is their name, with %03d or
+/// Looks for the numbered files of a folder, from a number on. `name` is their name, with %03d or
 /// %d for the number.
-inline NumberedFiles FindNumbered(const std::wstring& folder, const wchar_t* name)
+inline NumberedFiles FindNumbered(const std::wstring& folder, const wchar_t* name, int first = 1)
 {
     NumberedFiles files;
-    for (int number = 1;; ++number) {
+    for (files.number = first;; ++files.number) {
         wchar_t file[32];
-        std::swprintf(file, std::size(file), name, number);
+        std::swprintf(file, std::size(file), name, files.number);
         files.next = folder + L"\\" + file;
         std::error_code error;
         if (!std::filesystem::exists(files.next, error)) return files;

@@ -85,10 +85,14 @@ void ExamState::NextImage()
 
 std::wstring ExamState::OpenImage(const std::wstring& path)
 {
-    if (!SourceNamed(path))
-        if (std::wstring problem = AddFile(path, path); !problem.empty()) return problem;
-    const auto found = std::ranges::find(m_sources, path, &Entry::name);
-    SelectImage(static_cast<std::size_t>(found - m_sources.begin()));
+    const auto found = std::ranges::find_if(m_sources, [&](const Entry& each) {
+        return !path.empty() && (each.name == path || each.path == path);
+    });
+    const auto index = static_cast<std::size_t>(found - m_sources.begin());
+    if (index == m_sources.size())
+        if (std::wstring problem = AddFile(path, NameInStudy(path)); !problem.empty())
+            return problem;
+    SelectImage(index);
     return {};
 }
 

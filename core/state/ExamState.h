@@ -130,8 +130,8 @@ public:
     /// The places of the loop's first and last frame, from 1 on.
     std::pair<int, int> Loop() const;
 
-    /// Opens a recording that no store has, and puts it on display. The result is empty, or one
-    /// sentence that names the file.
+    /// Opens a recording by its path, or by its name in the study when it is open already, and puts
+    /// it on display. The result is empty, or one sentence that names the file.
     std::wstring OpenImage(const std::wstring& path);
 
     /// Changes the image's gain by decibels; the sum stays within -20 and 20.
@@ -222,6 +222,7 @@ private:
     void ShowFrame();
     std::wstring AddFile(const std::wstring& path, const std::wstring& name);
     std::wstring AddImageOf(const StudyObject& object);
+    std::wstring NameInStudy(const std::wstring& path) const;
     void ShowStudy();
     StudyFrame FindFrame() const;
     StudyFrame TakeUpFrame();
@@ -246,6 +247,7 @@ private:
     Study m_study;
     std::wstring m_studyFolder;
     std::map<std::pair<std::size_t, int>, KeptFrame> m_kept; // by the probe and its frame
+    int m_lastKept = 0; // the number of the last one; undone ones come back under theirs
     MarkBoard m_marks;
     int m_gain = 0; // decibels
     GreyWindow m_window;

@@ -21,7 +21,7 @@ namespace exam {
 
 namespace {
 
-constexpr std::size_t mostFrameBytes = 300'000'000; // more than a recording of one frame has
+constexpr std::size_t largestFrame = 300'000'000; // bytes; more than a recording of one has
 
 } // namespace
 
@@ -31,6 +31,9 @@ std::wstring ExamState::OpenStudy(StudyContent content, const std::wstring& fold
     m_study.Open(std::move(content));
     m_studyFolder = folder;
     m_kept.clear();
+    m_lastKept = 0;
+    for (Entry& entry : m_sources) // a name means the file that this study finds by it
+        if (!entry.name.empty() && entry.path != ImagePath(entry.name)) entry.name = entry.path;
     std::wstring problem;
     for (const auto& object : Content().objects) {
         std::wstring own = AddImageOf(*object);
@@ -49,13 +52,8 @@ std::wstring ExamState::ImagePath(const std::wstring& image) const
 
 std::wstring ExamState::AddImageOf(const StudyObject& object)
 {
-    if (object.image.empty()) return {};
+    if (object.image.empty() || SourceNamed(object.image)) return {};
     const std::wstring path = ImagePath(object.image);
-    for (Entry& entry : m_sources) {
-        if (entry.name != object.image) continue;
-        if (entry.path == path) return {};
-        entry.name = entry.path; // another study's, or one of the images store
-    }
     if (std::wstring problem = AddFile(path, object.image); !problem.empty()) return problem;
     const std::wstring missing = m_sources.back().source->Problem();
     return missing.empty() ? missing : path + L": " + InUsersLanguage(missing);
@@ -67,7 +65,15 @@ const FrameSource* ExamState::SourceNamed(const std::wstring& image) const
     return found == m_sources.end() || image.empty() ? nullptr : found->source.get();
 }
 
-// Shows the marks that the study has now for the frame on display.
+// The name by which objects of the study have a file for their image; its path when none has.
+std::wstring ExamState::NameInStudy(const std::wstring& path) const
+{
+    for (const auto& object : Content().objects)
+        if (ImagePath(object->image) == path) return object->image;
+    return path;
+}
+
+// Shows the marks that the study has for the frame on display.
 void ExamState::ShowStudy()
 {
     m_marks.Follow(FindFrame());
@@ -145,12 +151,16 @@ StudyFrame ExamState::TakeUpFrame()
 // it to the recordings.
 bool ExamState::KeepLiveFrame()
 {
-    const std::wstring path = FindNumbered(m_studyFolder, L"simulated-%03d.cine").next;
+    const NumberedFiles files = FindNumbered(m_studyFolder, L"simulated-%03d.cine", m_lastKept + 1);
     base::MakeFolders(m_studyFolder);
-    if (!WriteFrame(Source(), m_frame, path)) return false;
-    const std::wstring name = std::filesystem::path(path).filename().wstring();
+    if (!WriteFrame(Source(), m_frame, files.next)) {
+        DeleteFileW(files.next.c_str()); // no part of a frame stays
+        return false;
+    }
+    m_lastKept = files.number;
+    const std::wstring name = std::filesystem::path(files.next).filename().wstring();
     m_kept[{m_current, m_frame}] = {name};
-    return AddFile(path, name).empty();
+    return AddFile(files.next, name).empty();
 }
 
 // Takes the files away that the study keeps no more, and brings those back that it keeps again.
@@ -203,7 +213,7 @@ void ExamState::RemoveImage(const std::wstring& name)
 bool ExamState::TakeAway(KeptFrame& kept, std::size_t probe)
 {
     const std::wstring path = m_studyFolder + L"\\" + kept.name;
-    auto bytes = base::ReadFileWhole(path.c_str(), mostFrameBytes);
+    auto bytes = base::ReadFileWhole(path.c_str(), largestFrame);
     if (!bytes) return false;
     const auto entry = std::ranges::find(m_sources, kept.name, &Entry::name);
     Close(static_cast<std::size_t>(entry - m_sources.begin()), probe);

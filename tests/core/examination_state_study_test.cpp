@@ -158,6 +158,45 @@ TEST_F(ExamStateTest, AFrameThatWasTakenAwayIsKeptAgainForANewMark)
     EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
 }
 
+TEST_F(ExamStateTest, AnotherFrameOfAProbeNeverTakesTheNameOfOneThatWasTakenAway)
+{
+    ASSERT_NO_FATAL_FAILURE(HoldAProbe());
+    Measure({300, 200}, {300, 300});
+    EXPECT_TRUE(m_state.Undo());
+    m_state.StepFrames(-1);
+    Measure({310, 200}, {310, 300});
+    EXPECT_TRUE(std::filesystem::exists(m_folder / L"S1\\simulated-002.cine"));
+    m_state.StepFrames(1);
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
+}
+
+TEST_F(ExamStateTest, AFrameOfAnotherStudyIsNotTakenForOneOfTheSameName)
+{
+    ASSERT_NO_FATAL_FAILURE(HoldAProbe());
+    Measure({300, 200}, {300, 300});
+    m_state.OpenStudy({}, m_folder / L"S2");
+    m_state.StepFrames(-1);
+    Measure({310, 200}, {310, 300});
+    std::vector<std::uint8_t> live;
+    std::vector<std::uint8_t> kept;
+    ASSERT_TRUE(m_state.Source().ReadFrame(m_state.Frame(), live));
+    const FrameSource* const named = m_state.SourceNamed(L"simulated-001.cine");
+    ASSERT_TRUE(named && named->ReadFrame(0, kept));
+    EXPECT_EQ(kept, live);
+    m_state.SelectImage(3); // the frame of the other study
+    EXPECT_TRUE(m_state.Marks().Shown().empty());
+}
+
+TEST_F(ExamStateTest, AnImageOfTheStudyIsOpenedAgainWithItsMarks)
+{
+    ASSERT_NO_FATAL_FAILURE(HoldAProbe());
+    Measure({300, 200}, {300, 300});
+    m_state.CloseImage(L"simulated-001.cine");
+    EXPECT_EQ(m_state.OpenImage(m_folder / L"S1\\simulated-001.cine"), L"");
+    EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+    EXPECT_TRUE(m_state.SourceNamed(L"simulated-001.cine"));
+}
+
 TEST_F(ExamStateTest, AMeasurementKeepsItsPlaceOnTheTissueInEachOrientation)
 {
     const ImagingParameters& image = m_state.View().Parameters();
