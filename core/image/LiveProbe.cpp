@@ -162,7 +162,7 @@ void LiveProbe::MakeFrame()
 // depend on the frames.
 void LiveProbe::MakeColumns()
 {
-    const int end = static_cast<int>(m_nextFrame * columnsPerSecond / FramesPerSecond());
+    const int end = static_cast<int>(1.0 * m_nextFrame * columnsPerSecond / FramesPerSecond());
     std::vector<Column> made;
     for (int column = m_nextColumn; column < end; ++column) {
         const double time = 1.0 * column / columnsPerSecond;
