@@ -12,6 +12,7 @@ namespace exam {
 
 inline constexpr std::int64_t chunkHead = 8; ///< bytes of a chunk's name and size
 inline constexpr std::int64_t listType = 4;  ///< bytes of the name that stands first in a list
+inline constexpr std::int64_t mostFrameBytes = 300'000'000; ///< of a frame that is read
 
 /// A chunk of a movie's file, or the contents of a list; its name is then the type of the list.
 struct Chunk

@@ -14,8 +14,7 @@ namespace exam {
 
 namespace {
 
-constexpr int mostPixels = 8192;                // in a row or a column
-constexpr std::int64_t mostBytes = 300'000'000; // of a frame
+constexpr int mostPixels = 8192; // in a row or a column
 
 bool IsPossible(const BITMAPINFOHEADER& format)
 {
@@ -100,7 +99,7 @@ bool MovieFrames::ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const
     if (frame < 0 || frame >= Frames()) return false;
     const auto chunk =
         ReadChunk(m_file, m_frames + m_index[static_cast<std::size_t>(frame)], m_end);
-    if (!chunk || !IsFrame(chunk->name) || chunk->end - chunk->begin > mostBytes) return false;
+    if (!chunk || !IsFrame(chunk->name) || chunk->end - chunk->begin > mostFrameBytes) return false;
     std::vector<std::uint8_t> read(static_cast<std::size_t>(chunk->end - chunk->begin));
     if (!m_file.Read(chunk->begin, read.data(), read.size())) return false;
     std::vector<std::uint8_t> rows;

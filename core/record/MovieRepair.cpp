@@ -46,7 +46,7 @@ std::vector<Chunk> FindFrames(const FileReader& file)
     auto position = FindFirstFrame(file);
     while (position) {
         const auto chunk = ReadChunk(file, *position, file.Size());
-        if (!chunk || !IsFrame(chunk->name)) break;
+        if (!chunk || !IsFrame(chunk->name) || chunk->end - chunk->begin > mostFrameBytes) break;
         frames.push_back(*chunk);
         position = Behind(*chunk);
     }
