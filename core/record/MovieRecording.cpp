@@ -9,6 +9,7 @@
 #include <Utils_Statics/CCineStoreAVI.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <vector>
 
@@ -127,7 +128,8 @@ bool MovieRecording::Start(const std::wstring& path)
     m_store.SetRate(m_rate);
     if (m_store.InitStorage((std::filesystem::path(*folder) / file.filename()).c_str(), &background,
                             size.cx, size.cy, MovieLayout(m_layout), 32)) {
-        WriteNote(path, {size.cx, size.cy, static_cast<std::int32_t>(m_rate * 1000), m_codec});
+        WriteNote(path, {size.cx, size.cy, static_cast<std::int32_t>(std::lround(m_rate * 1000)),
+                         m_codec});
         return true;
     }
     m_store.EndStorage(); // releases what was opened
