@@ -30,12 +30,13 @@ void SettingsDesk::Use(const Settings& settings)
     TellChange(stateSettingsChanged);
 }
 
-void SettingsDesk::Change(const Settings& settings)
+bool SettingsDesk::Change(const Settings& settings)
 {
     const Settings before = m_inEffect;
     Use(settings);
-    if (!WriteSettings(settings, before))
-        m_exam.Report(NoticeKind::error, GetStr("exam.settings.unkept"));
+    if (WriteSettings(settings, before)) return true;
+    m_exam.Report(NoticeKind::error, GetStr("exam.settings.unkept"));
+    return false;
 }
 
 void SettingsDesk::Edit()
@@ -47,8 +48,7 @@ void SettingsDesk::Edit()
     std::vector<FormField> fields = SettingFields(shown);
     if (!m_exam.Window().Fill(GetStr("exam.command.settings"), fields, FindSettingProblem)) return;
     m_inEffect = shown;
-    Change(SettingsOf(fields));
-    m_exam.State().SetStatus(GetStr("exam.settings.kept"));
+    if (Change(SettingsOf(fields))) m_exam.State().SetStatus(GetStr("exam.settings.kept"));
 }
 
 void SettingsDesk::NextLanguage()

@@ -18,8 +18,9 @@ public:
     /// Lets settings take effect, without keeping them.
     void Use(const Settings& settings);
 
-    /// Lets settings take effect and keeps them. The user is told when they cannot be kept.
-    void Change(const Settings& settings);
+    /// Lets settings take effect and keeps them. False, and the user is told, when they cannot be
+    /// kept.
+    bool Change(const Settings& settings);
 
     /// Asks the user for them in a form.
     void Edit();

@@ -122,4 +122,7 @@ TEST_F(CommandsTest, SettingsThatCannotBeKeptHoldAndAreTold)
     m_exam.Settings().NextLanguage();
     EXPECT_EQ(zel_string_convert::CurrentLanguage(), L"de");
     EXPECT_EQ(m_state.Status(), GetStr("exam.settings.unkept"));
+    m_state.SetStatus(L"");
+    ASSERT_TRUE(EditSettings({{1, L"40"}}));
+    EXPECT_EQ(m_state.Status(), GetStr("exam.settings.unkept"));
 }
