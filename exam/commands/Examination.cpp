@@ -208,8 +208,12 @@ void Examination::FollowProbe()
     const int behind = m_state.FramesBehind();
     if (behind == 0) return;
     if (!m_recorder.IsRecording()) return m_state.StepFrames(behind);
-    for (int i = 0; i < behind; ++i) {
-        m_state.StepFrames(1);
+    const int newest = m_state.Frame() + behind;
+    while (m_state.Frame() < newest) {
+        if (m_state.FramePosition() < 0) // the probe has dropped the next frames
+            m_state.ShowPosition(1);
+        else
+            m_state.StepFrames(1);
         if (!m_recorder.AddFrame()) break;
     }
     TellRecording();

@@ -3,6 +3,7 @@
 #include "base/ScreenLayout.h"
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
+#include "image/LiveProbe.h"
 #include "record/MovieSettings.h"
 #include "record/PixelCanvas.h"
 #include "screen/RecordingText.h"
@@ -179,6 +180,22 @@ TEST_F(CommandsTest, ARecordingOfNoFrameSaysSo)
     Press('C');
     EXPECT_EQ(m_state.Status(), GetStr("exam.record.empty"));
     EXPECT_FALSE(std::filesystem::exists(m_folder / L"recording-001.cine"));
+}
+
+TEST_F(CommandsTest, FramesThatAProbeHasDroppedAreNotRecordedInAnotherOrder)
+{
+    m_state.AddSimulation(simulation::ProbeShape::linear);
+    m_state.SelectImage(2);
+    Press('C');
+    const ULONGLONG end = GetTickCount64() + 30000;
+    while (m_state.Source().FirstFrame() < 20 && GetTickCount64() < end)
+        Sleep(20);
+    ASSERT_GE(m_state.Source().FirstFrame(), 20);
+    const int newest = m_state.Frame() + m_state.FramesBehind();
+    m_exam.Advance();
+    EXPECT_GE(m_state.Frame(), newest);
+    EXPECT_LE(m_state.Recording()->frames, LiveProbe::mostFrames);
+    Press('C');
 }
 
 TEST_F(CommandsTest, NothingIsFrozenWhileFramesAreRecorded)
