@@ -55,7 +55,7 @@ void Examination::Cancel()
 // The question to ask before the window closes; empty when nothing would be lost.
 CString Examination::WhatWouldBeLost()
 {
-    if (m_study.IsSaved(m_state.Content()) || m_state.Content().marks.empty()) return {};
+    if (m_study.IsSaved(m_state.Content()) || m_state.Content() == StudyContent()) return {};
     const std::wstring problem = m_study.Save(m_state.Content());
     if (problem.empty()) return {};
     return GetStr("exam.close.unsaved", problem.c_str());

@@ -219,6 +219,21 @@ TEST_F(CommandsTest, ClosingAsksWhenMeasurementsWouldBeLost)
     EXPECT_TRUE(std::filesystem::exists(m_folder / L"recording-001.cine"));
 }
 
+TEST_F(CommandsTest, ClosingKeepsThePatientOrAsks)
+{
+    m_window.m_text = L"Ada Sample";
+    Press(VK_F4);
+    m_exam.Leave();
+    EXPECT_EQ(m_window.m_questions.size(), 1u); // there is no study open that could keep it
+    EXPECT_EQ(m_window.m_closed, 0);
+    m_exam.OpenStudy(m_folder / L"P1\\S1");
+    Press(VK_F4);
+    m_exam.Leave();
+    EXPECT_EQ(m_window.m_questions.size(), 1u);
+    EXPECT_EQ(m_window.m_closed, 1);
+    EXPECT_NE(test_support::ReadFile(m_folder / L"P1\\patient.xml").find("Ada"), std::string::npos);
+}
+
 TEST_F(CommandsTest, AMeasurementLetsTheFramesStand)
 {
     m_state.SetFrozen(false);
