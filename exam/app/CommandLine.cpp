@@ -231,7 +231,7 @@ std::wstring UsageText()
     return L"usage: exam.exe [OPTIONS] [FILE]\n"
            L"\n"
            L"The sample exam application: shows recorded ultrasound frames in a window.\n"
-           L"It opens FILE, a raw cine.\n"
+           L"It opens FILE: a raw cine, a movie or a picture.\n"
            L"\n" +
            Describe(Place::window, 17) +
            L"\n"

@@ -12,7 +12,7 @@ struct CommandLine
 {
     std::wstring language;   ///< empty: as it is set
     std::wstring console;    ///< name of the model; empty: as it is set
-    std::wstring image;      ///< recording that is opened; empty: none
+    std::wstring image;      ///< recording or picture that is opened; empty: none
     std::wstring tourFolder; ///< empty: stay open and interactive
     std::wstring profile;    ///< INI file that holds the settings; empty: the registry
     std::wstring recordings; ///< folder of the recordings; empty: as it is set, or the tour's
@@ -53,7 +53,7 @@ struct CommandLine
 /// Reads the arguments after the program's name. Nothing is thrown; `error` says what is wrong.
 CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
 
-/// The text of --help, which KeyHelp() goes on.
+/// The text of --help up to the keys, which KeyHelp() lists.
 std::wstring UsageText();
 
 } // namespace exam
