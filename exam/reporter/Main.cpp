@@ -75,11 +75,11 @@ bool IsThere(const std::wstring& path)
     return utilsExam::GetFileData(path.c_str(), &data) != 0;
 }
 
-// Packs the tree by way of a file beside the archive.
+// Packs the tree, if there is one, by way of a file beside the archive.
 bool PackTree(ZipCompress& zip, const std::wstring& tree, const std::wstring& file)
 {
-    if (!exam::ExportTree(tree, file)) return true; // there is no such tree
-    const bool isPacked = zip.AddFile(file.c_str());
+    const bool isWritten = exam::ExportTree(tree, file);
+    const bool isPacked = isWritten && (!IsThere(file) || zip.AddFile(file.c_str()));
     DeleteFileW(file.c_str());
     return isPacked;
 }

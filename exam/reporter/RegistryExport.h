@@ -5,8 +5,8 @@
 namespace exam {
 
 // Writes a key of the registry, such as "HKCU\Software\Name", with all below it to a file for
-// registry editors (UTF-16, version 5.00). False when there is no such key, and then no file is
-// made, or when the file cannot be written.
+// registry editors (UTF-16, version 5.00). No file is made when there is no such key. False when
+// the file cannot be written whole.
 bool ExportTree(const std::wstring& path, const std::wstring& file);
 
 } // namespace exam
