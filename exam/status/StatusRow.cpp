@@ -98,6 +98,7 @@ bool StatusRow::Open(CWnd& parent, const CRect& place)
         AfxRegisterWndClass(CS_HREDRAW | CS_VREDRAW, LoadCursor(nullptr, IDC_HAND));
     parent.ModifyStyle(0, WS_CLIPCHILDREN); // it paints round the row
     if (!CreateEx(0, windowClass, L"", WS_CHILD | WS_VISIBLE, place, &parent, 0)) return false;
+    s_isRepaintPosted = false; // a message that was posted to a row before is lost
     s_row = GetSafeHwnd();
     IStatusItem::SetStatusCallback(RequestRepaint);
     return true;

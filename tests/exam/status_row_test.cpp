@@ -63,6 +63,16 @@ TEST_F(StatusRowTest, LetsTheProbesItemDrawOnceForEachReading)
     EXPECT_EQ(LinesOf(20), once);
 }
 
+TEST_F(StatusRowTest, IsAskedForARepaintAfterARowThatTookItsMessageAway)
+{
+    m_probe.Advance(1); // posts a message
+    m_row.DestroyWindow();
+    ASSERT_TRUE(m_row.Open(m_parent, CRect(0, 0, 460, 44)));
+    m_probe.Advance(1);
+    MSG message;
+    EXPECT_TRUE(PeekMessageW(&message, m_row.GetSafeHwnd(), WM_APP, 0xBFFF, PM_NOREMOVE));
+}
+
 TEST_F(StatusRowTest, PaintsAKeptReadingAsTheItemDrewIt)
 {
     const auto pixels = [this] {
