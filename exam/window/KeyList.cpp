@@ -57,13 +57,6 @@ void KeyList::Fill()
     AddCommands();
 }
 
-void KeyList::FollowLanguage()
-{
-    if (!IsShown()) return;
-    SetWindowText(GetStr("exam.keys.title"));
-    AddCommands();
-}
-
 void KeyList::Resized()
 {
     const auto rows = ::SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0);

@@ -8,15 +8,11 @@
 namespace exam {
 
 /// A window that lists the keys and what they do, made from the table of commands. A long text
-/// takes several rows, so that nothing scrolls sideways. Escape and the
-/// key that opened it close it.
+/// takes several rows, so that nothing scrolls sideways.
 class KeyList : public ListWindow
 {
 public:
     KeyList();
-
-    /// Writes the texts again.
-    void FollowLanguage();
 
 private:
     void Fill() override;

@@ -68,6 +68,13 @@ bool ListWindow::Open(CWnd& owner)
     return true;
 }
 
+void ListWindow::FollowLanguage()
+{
+    if (!IsShown()) return;
+    SetWindowText(GetStr(m_titleKey));
+    Resized();
+}
+
 void ListWindow::OnSize(UINT, int width, int height)
 {
     if (!m_list) return;

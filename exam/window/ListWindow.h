@@ -18,6 +18,9 @@ public:
     bool Toggle(CWnd& owner);
     bool IsShown() const { return GetSafeHwnd() != nullptr; }
 
+    /// Writes the texts again.
+    void FollowLanguage();
+
     BOOL PreTranslateMessage(MSG* message) override;
 
 protected:
@@ -30,7 +33,7 @@ protected:
     /// Fills the list, which is empty.
     virtual void Fill() = 0;
 
-    /// Follows the size of the list, which may be empty yet.
+    /// Follows the size of the list, which may be empty yet, and the language.
     virtual void Resized() {}
 
     HWND List() const { return m_list; }

@@ -174,6 +174,7 @@ void MainWindow::OnStateChange(StateChangeType type, unsigned int, long)
         SetWindowText(GetStr("exam.title"));
         ShowMenuBar();
         m_keys.FollowLanguage();
+        m_images.FollowLanguage();
     }
     Arrange();
     const bool isPlaced = m_placed == m_state.Layout();

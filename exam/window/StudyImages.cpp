@@ -46,8 +46,9 @@ void StudyImages::Fill()
     const CSize spacing = size + Scaled(gap, dpi);
     const HIMAGELIST pictures =
         ImageList_Create(size.cx, size.cy, ILC_COLOR32, static_cast<int>(m_names.size()), 1);
-    ::SendMessageW(List(), LVM_SETIMAGELIST, LVSIL_NORMAL, // which is the list's now
-                   reinterpret_cast<LPARAM>(pictures));
+    // The list view destroys the pictures that it has at its end, and gives those before back.
+    ImageList_Destroy(reinterpret_cast<HIMAGELIST>(::SendMessageW(
+        List(), LVM_SETIMAGELIST, LVSIL_NORMAL, reinterpret_cast<LPARAM>(pictures))));
     ::SendMessageW(List(), LVM_SETICONSPACING, 0, MAKELPARAM(spacing.cx, spacing.cy));
     for (std::size_t i = 0; i < m_names.size(); ++i) {
         std::wstring text = std::filesystem::path(m_names[i]).filename().wstring();

@@ -9,8 +9,7 @@
 
 namespace exam {
 
-/// The images of a study as small pictures. A double click or Enter opens one, Delete
-/// removes it.
+/// The images of a study as small pictures. A double click or Enter opens one, Delete removes it.
 class StudyImages : public ListWindow
 {
 public:

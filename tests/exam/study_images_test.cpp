@@ -11,6 +11,7 @@
 #include <test_support/Files.h>
 #include <test_support/Messages.h>
 #include <test_support/Program.h>
+#include <test_support/ResourceCounts.h>
 #include <test_support/TemporaryFolder.h>
 #include <Utils_Statics/BitmapFunctions.h>
 #include <Utils_Statics/GetStr.h>
@@ -136,6 +137,28 @@ TEST_F(StudyImagesTest, DeleteRemovesTheOneThatIsChosen)
     EXPECT_EQ(SendMessageW(m_list, LVM_GETITEMCOUNT, 0, 0), 2);
     EXPECT_EQ(std::ranges::count(m_names, m_removed[0]), 0);
     EXPECT_TRUE(m_images.IsShown());
+}
+
+TEST_F(StudyImagesTest, AnImageThatIsRemovedLeavesNoPicturesBehind)
+{
+    DWORD before = 0;
+    for (int removed = 0; removed < 3; ++removed) {
+        SendMessageW(m_list, WM_KEYDOWN, VK_DELETE, 1);
+        if (removed == 0) before = test_support::DrawingObjectCount();
+    }
+    EXPECT_TRUE(m_names.empty());
+    EXPECT_EQ(test_support::DrawingObjectCount(), before);
+}
+
+TEST_F(StudyImagesTest, TheWindowFollowsTheLanguage)
+{
+    EXPECT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    m_images.FollowLanguage();
+    CString title;
+    m_images.GetWindowText(title);
+    EXPECT_EQ(title, GetStr("exam.command.images"));
+    zel_string_convert::SetLanguage(L"en");
+    EXPECT_NE(title, GetStr("exam.command.images"));
 }
 
 TEST_F(StudyImagesTest, TheyAreMadeByThemselves)
