@@ -9,8 +9,7 @@
 
 namespace exam {
 
-/// A round dial that shows how far the loop of frames has
-/// gone.
+/// A round dial that shows how far the loop of frames has gone.
 class LoopDial : public Overlay
 {
 public:
