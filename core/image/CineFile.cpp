@@ -24,6 +24,7 @@ constexpr double mostMicrons = 1e7;            // ten metres, for a probe or a d
 constexpr int mostSector = 360'000;            // thousandths of a degree
 constexpr int mostFramesPer1000s = 10'000'000; // ten thousand a second
 
+constexpr wchar_t noFrame[] = L"the file holds no whole frame";
 // Reported for numbers that are possible one by one but give no image together.
 constexpr wchar_t noGeometry[] = L"the header gives no geometry to show the frames by";
 
@@ -92,12 +93,18 @@ std::wstring FindHeaderProblem(const CineDescription& description)
     return IsOfReasonableSize(description) && HasImage(description) ? L"" : noGeometry;
 }
 
+std::wstring OpenToShow(RawCine& cine, const std::wstring& path)
+{
+    std::wstring problem = cine.Open(path);
+    return problem.empty() ? FindHeaderProblem(cine.Description()) : problem;
+}
+
 std::wstring FindSizeProblem(const RawCine& cine)
 {
     const std::int64_t frameSize = cine.Description().FrameSize().value_or(1);
     const std::int64_t held = cine.PayloadSize() / frameSize;
     const std::int32_t count = cine.Description().count;
-    if (count == 0 && held == 0) return L"the file holds no whole frame";
+    if (count == 0 && held == 0) return noFrame;
     if (count == 0)
         return L"the recording was not finished: its count is 0, and it holds " +
                std::to_wstring(held) + L" whole frames";
@@ -109,15 +116,14 @@ std::wstring FindSizeProblem(const RawCine& cine)
 
 std::wstring CineFile::Open(const std::wstring& path)
 {
-    if (std::wstring problem = m_file.Open(path); !problem.empty()) return problem;
-    if (std::wstring problem = FindHeaderProblem(Description()); !problem.empty()) return problem;
+    if (std::wstring problem = OpenToShow(m_file, path); !problem.empty()) return problem;
     const std::int64_t held = m_file.PayloadSize() / FrameSize();
     m_frames = Description().count;
     if (m_frames == 0 || m_frames > held)
         m_frames = static_cast<int>(std::min<std::int64_t>(held, INT_MAX));
     m_sizeProblem = FindSizeProblem(m_file);
     m_marks = ReadMarks(path);
-    return m_frames > 0 ? L"" : L"the file holds no whole frame";
+    return m_frames > 0 ? L"" : noFrame;
 }
 
 std::int64_t CineFile::FrameSize() const

@@ -25,7 +25,6 @@ public:
 
     /// One sentence that says how the size of the file differs from its header's count; empty when
     /// it does not.
-    const std::wstring& SizeProblem() const { return m_sizeProblem; }
     std::wstring Problem() const override { return m_sizeProblem; }
 
     std::span<const int> Marks() const override { return m_marks; }
@@ -43,6 +42,10 @@ private:
 
 /// One sentence that says why frames with this header cannot be shown; empty when they can.
 std::wstring FindHeaderProblem(const CineDescription& description);
+
+/// Opens a raw cine whose frames can be shown. The result is empty, or one sentence that says what
+/// is wrong with the file.
+std::wstring OpenToShow(RawCine& cine, const std::wstring& path);
 
 /// One sentence that says how the size of a file differs from its header's count; empty when it
 /// does not. The header must be one without a problem.

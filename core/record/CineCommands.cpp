@@ -204,8 +204,8 @@ bool ReplayCine(const std::wstring& path, const std::wstring& movie, bool overwr
         return Fail(movie + L": " + problem);
     WriteOut(movie + L": " + std::to_wstring(cine.Frames()) + L" frames, codec " + replay.codec +
              L"\n");
-    if (cine.SizeProblem().empty()) return true;
-    Fail(path + L": " + cine.SizeProblem());
+    if (cine.Problem().empty()) return true;
+    Fail(path + L": " + cine.Problem());
     return cine.Description().count == 0; // the header promised no more frames than there are
 }
 

@@ -62,9 +62,7 @@ bool FinishCine(const std::wstring& path, std::int32_t count, std::int64_t size)
 std::wstring RebuildCine(const std::wstring& damaged, const std::wstring& rebuilt, int& frames)
 {
     RawCine cine;
-    if (std::wstring problem = cine.Open(damaged); !problem.empty()) return problem;
-    if (std::wstring problem = FindHeaderProblem(cine.Description()); !problem.empty())
-        return problem;
+    if (std::wstring problem = OpenToShow(cine, damaged); !problem.empty()) return problem;
     const std::int64_t held = std::min<std::int64_t>(FramesOf(cine), INT32_MAX);
     if (held == 0) return L"it holds no whole frame";
     const std::int64_t size =
@@ -79,10 +77,8 @@ std::wstring RebuildCine(const std::wstring& damaged, const std::wstring& rebuil
 std::wstring FindCineProblem(const std::wstring& path)
 {
     RawCine cine;
-    if (std::wstring problem = cine.Open(path); !problem.empty()) return problem;
-    if (std::wstring problem = FindHeaderProblem(cine.Description()); !problem.empty())
-        return problem;
-    return FindSizeProblem(cine);
+    std::wstring problem = OpenToShow(cine, path);
+    return problem.empty() ? FindSizeProblem(cine) : problem;
 }
 
 std::wstring FindProblem(const std::wstring& path)

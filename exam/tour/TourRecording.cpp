@@ -48,7 +48,7 @@ void RawRecordingOfAllFrames(TourContext& context, const std::wstring& folder)
     context.report.Step(HoldSameBytes(path, utilsExam::GetImage(L"linear.cine")),
                         L"the raw recording is the original file byte for byte");
     CineFile reopened;
-    context.report.Step(reopened.Open(path).empty() && reopened.SizeProblem().empty() &&
+    context.report.Step(reopened.Open(path).empty() && reopened.Problem().empty() &&
                             reopened.Frames() == 4,
                         L"it can be opened again");
     context.Picture(L"recording-finished");

@@ -63,7 +63,7 @@ TEST_F(CineFileTest, ReadsTheHeaderAndEveryFrame)
 {
     ASSERT_EQ(Read(HeaderWords(2), 30), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_EQ(m_cine.SizeProblem(), L"");
+    EXPECT_EQ(m_cine.Problem(), L"");
     EXPECT_EQ(m_cine.Lines(), lines);
     EXPECT_EQ(m_cine.Samples(), samples);
     EXPECT_EQ(m_cine.Description().stream.samplingFreq, 15000000);
@@ -90,14 +90,14 @@ TEST_F(CineFileTest, CountsTheFramesOfARecordingThatWasCutOff)
 {
     ASSERT_EQ(Read(HeaderWords(0), 37), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_NE(m_cine.SizeProblem(), L"");
+    EXPECT_NE(m_cine.Problem(), L"");
 }
 
 TEST_F(CineFileTest, BelievesTheSizeWhenTheCountPromisesMore)
 {
     ASSERT_EQ(Read(HeaderWords(2000000000), 30), L"");
     EXPECT_EQ(m_cine.Frames(), 2);
-    EXPECT_NE(m_cine.SizeProblem(), L"");
+    EXPECT_NE(m_cine.Problem(), L"");
 }
 
 TEST_F(CineFileTest, TellsWhatIsWrongWithAFile)
@@ -223,7 +223,7 @@ TEST_F(CineFileTest, TakesNoMoreMemoryForALongRecordingThanForAShortOne)
     }
     ASSERT_EQ(m_cine.Open(m_path), L"");
     EXPECT_EQ(m_cine.Frames(), frames);
-    EXPECT_EQ(m_cine.SizeProblem(), L"");
+    EXPECT_EQ(m_cine.Problem(), L"");
     const std::vector<std::uint8_t> last = Frame(frames - 1);
     ASSERT_EQ(last.size(), std::size_t{4096} * 1024);
     EXPECT_EQ(last[0], 7);

@@ -177,7 +177,7 @@ TEST_F(RepairTest, ARawRecordingThatWasKilledIsWholeAgain)
     EXPECT_EQ(repaired[0].frames, recordedFrames);
     CineFile cine;
     EXPECT_EQ(cine.Open(path), L"");
-    EXPECT_EQ(cine.SizeProblem(), L"");
+    EXPECT_EQ(cine.Problem(), L"");
     EXPECT_EQ(cine.Frames(), recordedFrames);
 }
 
