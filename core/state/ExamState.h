@@ -160,6 +160,8 @@ public:
 
     void ShowStrip(bool shown);
     bool IsStripShown() const { return m_stripShown; }
+    /// True while the strip shows the spectra of a flow.
+    bool IsFlowShown() const { return m_stripShown && m_strip.HasFlow(); }
 
     /// Mirror the image, as the probe has its sides, and turn it by degrees, clockwise: by as many
     /// whole quarters as hold them.

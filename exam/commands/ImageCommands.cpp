@@ -9,9 +9,9 @@ constexpr int levelStep = 8;
 
 using State = ExamState;
 
-bool HasFlow(const State& state)
+bool IsFlowShown(const State& state)
 {
-    return state.IsStripShown() && state.Strip().HasFlow();
+    return state.IsFlowShown();
 }
 
 void SelectImage(Examination& exam, int param)
@@ -148,11 +148,11 @@ constexpr Command imageCommands[] = {
      .action = {L"Spectral", L"Baseline"},
      .text = {"exam.command.baseline.up", "exam.tip.baseline.up"},
      .carryOut = [](Examination& e, int param) { e.State().MoveBaseline(param); },
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = VK_NEXT, .repeats = true, .param = -4},
      .text = {"exam.command.baseline.down", "exam.tip.baseline.down"},
      .carryOut = [](Examination& e, int param) { e.State().MoveBaseline(param); },
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = VK_SPACE},
      .action = {L"Probe", L"Next"},
      .text = {"exam.command.image", "exam.tip.image"},

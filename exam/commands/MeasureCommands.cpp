@@ -8,6 +8,11 @@ namespace {
 
 using State = ExamState;
 
+bool IsFlowShown(const State& state)
+{
+    return state.IsFlowShown();
+}
+
 // Lets the next press begin a mark of a kind.
 template <MarkKind kind>
 void Choose(Examination& exam, int)
@@ -19,11 +24,6 @@ template <MarkKind kind>
 int IsChosen(const State& state, int)
 {
     return state.Marks().Chosen() == kind;
-}
-
-bool HasFlow(const State& state)
-{
-    return state.IsStripShown() && state.Strip().HasFlow();
 }
 
 bool IsMarkSelected(const State& state)
@@ -77,25 +77,25 @@ constexpr Command measureCommands[] = {
      .text = {"study.kind.velocity", "exam.tip.velocity"},
      .carryOut = Choose<MarkKind::velocity>,
      .value = IsChosen<MarkKind::velocity>,
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = '7'},
      .action = {L"Measurement", L"Time"},
      .text = {"study.kind.time", "exam.tip.time"},
      .carryOut = Choose<MarkKind::time>,
      .value = IsChosen<MarkKind::time>,
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = '8'},
      .action = {L"Measurement", L"HeartRate"},
      .text = {"study.kind.heartRate", "exam.tip.heartRate"},
      .carryOut = Choose<MarkKind::heartRate>,
      .value = IsChosen<MarkKind::heartRate>,
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = '9'},
      .action = {L"Spectral", L"AutoTrace"},
      .text = {"study.kind.flow", "exam.tip.flow"},
      .carryOut = Choose<MarkKind::flow>,
      .value = IsChosen<MarkKind::flow>,
-     .isPossible = HasFlow},
+     .isPossible = IsFlowShown},
     {.key = {.code = 'Z', .withControl = true, .repeats = true},
      .action = {L"Measurement", L"Undo"},
      .text = {"exam.command.undo", "exam.tip.undo"},

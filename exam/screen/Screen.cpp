@@ -213,7 +213,7 @@ void DrawImageArea(CDC& dc, const ExamState& state)
     const ImagingParameters& image = state.View().Parameters();
     DrawRuler(dc, layout, image);
     DrawSideMark(dc, layout, image);
-    if (state.IsStripShown() && state.Strip().HasFlow()) DrawGate(dc, image, state.Strip().Flow());
+    if (state.IsFlowShown()) DrawGate(dc, image, state.Strip().Flow());
 }
 
 // The parts of the window that movies leave out.
