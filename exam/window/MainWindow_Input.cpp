@@ -183,7 +183,7 @@ void MainWindow::DragTo(CPoint point)
 void MainWindow::Seek(CPoint point)
 {
     m_state.SetFrozen(true);
-    m_state.StepFrames(PlaceAt(m_state, point.x) + 1 - m_state.FramePosition());
+    m_state.ShowPosition(PlaceAt(m_state, point.x) + 1);
 }
 
 } // namespace exam
