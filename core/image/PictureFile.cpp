@@ -11,6 +11,7 @@ namespace exam {
 namespace {
 
 constexpr int mostPixels = 4096; // in a row or a column
+constexpr int pngFormat = 3;     // of SaveBitmap
 
 // The size to show a picture in; empty when the file holds none.
 SIZE SizeOf(const std::wstring& path)
@@ -49,6 +50,12 @@ bool PictureFile::ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const
     if (frame != 0) return false;
     bytes = m_planes;
     return true;
+}
+
+bool SavePng(HBITMAP bitmap, const std::wstring& path)
+{
+    const base::GdiPlusSession session;
+    return session && SaveBitmap(bitmap, pngFormat, path.c_str());
 }
 
 } // namespace exam

@@ -19,4 +19,7 @@ private:
     std::vector<std::uint8_t> m_planes;
 };
 
+/// Saves a bitmap, which no context holds, as a PNG file. False when it could not be written.
+bool SavePng(HBITMAP bitmap, const std::wstring& path);
+
 } // namespace exam

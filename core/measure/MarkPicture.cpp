@@ -1,17 +1,15 @@
 #include "measure/MarkPicture.h"
 
 #include "base/Painting.h"
+#include "image/PictureFile.h"
 #include "measure/MarkDrawing.h"
 
 #include <base/GdiHandles.h>
-#include <base/GdiPlusSession.h>
-#include <Utils_Statics/BitmapFunctions.h>
 
 namespace exam {
 
 namespace {
 
-constexpr int pngFormat = 3; // of SaveBitmap
 constexpr COLORREF paper = RGB(255, 255, 255);
 
 void DrawMarks(CDC& dc, const ImageView& view, const StudyContent& study,
@@ -47,9 +45,7 @@ bool SaveMarkedFrame(const FrameSource& source, int frame, const StudyContent& s
         view.FillOutside(screen, CPoint(0, 0), paper);
         DrawMarks(screen, view, study, object, frame);
     }
-    const base::GdiPlusSession session;
-    return session &&
-           SaveBitmap(static_cast<HBITMAP>(bitmap.GetSafeHandle()), pngFormat, path.c_str());
+    return SavePng(static_cast<HBITMAP>(bitmap.GetSafeHandle()), path);
 }
 
 } // namespace exam

@@ -1,6 +1,7 @@
 #include "tour/Tour.h"
 
 #include "commands/Commands.h"
+#include "image/PictureFile.h"
 #include "screen/Screen.h"
 #include "study/MarkValues.h"
 #include "tour/TourScreen.h"

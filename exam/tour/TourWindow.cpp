@@ -1,5 +1,6 @@
 // Station 12: the window as a user has it, in sizes and on screens of several resolutions.
 #include "base/Dpi.h"
+#include "image/PictureFile.h"
 #include "tour/Tour.h"
 #include "window/Capture.h"
 

@@ -1,15 +1,8 @@
 #include "window/Capture.h"
 
-#include <base/GdiPlusSession.h>
-#include <Utils_Statics/BitmapFunctions.h>
+#include "image/PictureFile.h"
 
 namespace exam {
-
-namespace {
-
-constexpr int pngFormat = 3; // a format of GetCompression
-
-} // namespace
 
 base::Bitmap Capture(HWND window, const CRect& part)
 {
@@ -21,12 +14,6 @@ base::Bitmap Capture(HWND window, const CRect& part)
         BitBlt(memory.get(), 0, 0, part.Width(), part.Height(), source.get(), part.left, part.top,
                SRCCOPY);
     return bitmap;
-}
-
-bool SavePng(HBITMAP bitmap, const std::wstring& path)
-{
-    const base::GdiPlusSession session;
-    return session && SaveBitmap(bitmap, pngFormat, path.c_str());
 }
 
 bool CaptureToPng(HWND window, const std::wstring& path)

@@ -12,9 +12,6 @@ namespace exam {
 /// for a null window.
 base::Bitmap Capture(HWND window, const CRect& part);
 
-/// Saves a bitmap as a PNG file. False when it could not be written.
-bool SavePng(HBITMAP bitmap, const std::wstring& path);
-
 /// Saves the content of a window's client area as a PNG file. False when it could not be written.
 bool CaptureToPng(HWND window, const std::wstring& path);
 
