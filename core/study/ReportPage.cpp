@@ -5,8 +5,6 @@
 #include <base/Encoding.h>
 #include <zel_string_convert/TableLoading.h>
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace exam {
@@ -87,12 +85,6 @@ std::string Row(const std::string& tag, const std::vector<std::wstring>& cells)
     for (const std::wstring& cell : cells)
         row += TextElement(tag, cell);
     return Element("tr", row);
-}
-
-std::wstring SexText(const std::wstring& sex)
-{
-    if (std::ranges::find(sexes, sex) == std::end(sexes)) return sex;
-    return TextOf(("study.sex." + base::Utf8FromWide(sex)).c_str());
 }
 
 std::string PatientTable(const StudyContent& study)

@@ -2,6 +2,7 @@
 
 #include "study/Study.h"
 
+#include <base/Encoding.h>
 #include <Utils_Statics/GetStr.h>
 #include <Utils_Statics/utilsExam.h>
 
@@ -105,6 +106,12 @@ std::wstring TermText(const std::wstring& term)
 std::wstring TextOf(const Mark& mark)
 {
     return mark.kind == MarkKind::term ? TermText(mark.text) : mark.text;
+}
+
+std::wstring SexText(const std::wstring& sex)
+{
+    if (std::ranges::find(sexes, sex) == std::end(sexes)) return sex;
+    return TextOf(("study.sex." + base::Utf8FromWide(sex)).c_str());
 }
 
 std::wstring AgeText(const Patient& patient, const std::wstring& date)

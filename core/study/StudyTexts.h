@@ -28,6 +28,9 @@ std::wstring TermText(const std::wstring& term);
 /// The text of a mark for readers.
 std::wstring TextOf(const Mark& mark);
 
+/// A patient's sex in the current language. One that is not known stays as it is.
+std::wstring SexText(const std::wstring& sex);
+
 /// The patient's age on a day, or today when that is no day: whole years, and below two years whole
 /// months. Empty without a day of birth before it.
 std::wstring AgeText(const Patient& patient, const std::wstring& date);

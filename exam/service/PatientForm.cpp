@@ -1,11 +1,13 @@
 #include "service/PatientForm.h"
 
 #include "study/Study.h"
+#include "study/StudyTexts.h"
 
 #include <Utils_Statics/GetStr.h>
 
-#include <iterator>
+#include <algorithm>
 #include <string>
+#include <vector>
 
 namespace exam {
 
@@ -20,18 +22,6 @@ enum Field : std::size_t
     comment
 };
 
-CString NameOfSex(const std::wstring& value)
-{
-    if (value.empty()) return CString();
-    const std::string key = "study.sex." + std::string(value.begin(), value.end());
-    return GetStr(key.c_str());
-}
-
-bool IsKnownSex(const std::wstring& value)
-{
-    return value.empty() || std::find(std::begin(sexes), std::end(sexes), value) != std::end(sexes);
-}
-
 } // namespace
 
 std::vector<FormField> PatientFields(const Patient& patient)
@@ -40,19 +30,19 @@ std::vector<FormField> PatientFields(const Patient& patient)
         {.label = GetStr("study.patient.name"), .value = patient.name.c_str()},
         {.label = GetStr("study.patient.id"), .value = patient.id.c_str()},
         {.label = GetStr("exam.patient.birth"), .value = patient.birth.c_str()},
-        {.label = GetStr("study.patient.sex"), .choices = {CString()}},
+        {.label = GetStr("study.patient.sex"),
+         .value = SexText(patient.sex).c_str(),
+         .choices = {CString()}},
         {.label = GetStr("study.patient.comment"),
          .value = patient.comment.c_str(),
          .isLong = true},
     };
+    std::vector<CString>& choices = fields[sex].choices;
     for (const wchar_t* const each : sexes)
-        fields[sex].choices.push_back(NameOfSex(each));
-    if (IsKnownSex(patient.sex))
-        fields[sex].value = NameOfSex(patient.sex);
-    else { // what another application wrote stays unless another one is chosen
-        fields[sex].value = patient.sex.c_str();
-        fields[sex].choices.push_back(fields[sex].value);
-    }
+        choices.emplace_back(SexText(each).c_str());
+    // What another application wrote stays unless another one is chosen.
+    if (std::ranges::find(choices, fields[sex].value) == choices.end())
+        choices.push_back(fields[sex].value);
     return fields;
 }
 
@@ -64,7 +54,7 @@ Patient PatientOf(const std::vector<FormField>& fields)
     patient.birth = fields[birth].value;
     patient.sex = fields[sex].value;
     for (const wchar_t* const each : sexes)
-        if (fields[sex].value == NameOfSex(each)) patient.sex = each;
+        if (fields[sex].value == SexText(each).c_str()) patient.sex = each;
     patient.comment = fields[comment].value;
     return patient;
 }
