@@ -155,6 +155,16 @@ void DrawDarkButton(CDC& dc, HWND button, bool isPressed, bool hasFocus)
     dc.DrawText(TextOf(button), &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
+LRESULT DarkColours(WPARAM context, COLORREF ground)
+{
+    static const base::Brush panel(CreateSolidBrush(palette::panel));
+    static const base::Brush header(CreateSolidBrush(palette::header));
+    auto* const dc = reinterpret_cast<HDC>(context);
+    SetTextColor(dc, palette::text);
+    SetBkColor(dc, ground);
+    return reinterpret_cast<LRESULT>((ground == palette::panel ? panel : header).get());
+}
+
 void Darken(HWND control)
 {
     SetWindowSubclass(control, Follow, 1, 0);

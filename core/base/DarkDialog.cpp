@@ -26,22 +26,6 @@ struct Template
     WORD title = 0;
 };
 
-HBRUSH Ground(COLORREF colour)
-{
-    static const base::Brush panel(CreateSolidBrush(palette::panel));
-    static const base::Brush header(CreateSolidBrush(palette::header));
-    return colour == palette::panel ? panel.get() : header.get();
-}
-
-// The answer to a control that asks for its colours.
-INT_PTR Colour(WPARAM context, COLORREF ground)
-{
-    auto* const dc = reinterpret_cast<HDC>(context);
-    SetTextColor(dc, palette::text);
-    SetBkColor(dc, ground);
-    return reinterpret_cast<INT_PTR>(Ground(ground));
-}
-
 void DrawButton(const DRAWITEMSTRUCT& item)
 {
     DrawDarkButton(*CDC::FromHandle(item.hDC), item.hwndItem, (item.itemState & ODS_SELECTED) != 0,
@@ -115,9 +99,9 @@ INT_PTR DarkDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_CTLCOLORDLG:
     case WM_CTLCOLORSTATIC:
-    case WM_CTLCOLORBTN: return Colour(wParam, palette::panel);
+    case WM_CTLCOLORBTN: return DarkColours(wParam, palette::panel);
     case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORLISTBOX: return Colour(wParam, palette::header);
+    case WM_CTLCOLORLISTBOX: return DarkColours(wParam, palette::header);
     case WM_DRAWITEM: DrawButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)); return TRUE;
     // Buttons that are drawn here have no style of a usual one that could wander.
     case DM_SETDEFID: return TRUE;

@@ -96,7 +96,7 @@ private:
 
     base::Region m_part; // is asked for before the paint begins, which forgets it
     CPaintDC m_window;
-    CRect m_area; // that holds the part
+    CRect m_area; // holds the part
     CDC m_context;
     CBitmap m_bitmap;
     base::Selection m_selection; // uses the members above

@@ -2,6 +2,7 @@
 
 #include "base/DarkControls.h"
 #include "base/Dpi.h"
+#include "base/Palette.h"
 #include "base/Resources.h"
 #include "service/ModuleVersions.h"
 
@@ -52,15 +53,6 @@ HWND AddControl(const CWnd& window, const wchar_t* className, DWORD style, const
     return control;
 }
 
-// The colours of a control that is a window in another one.
-LRESULT Colour(WPARAM context, const CBrush& background)
-{
-    auto* const dc = reinterpret_cast<HDC>(context);
-    SetTextColor(dc, palette::text);
-    SetBkColor(dc, palette::panel);
-    return reinterpret_cast<LRESULT>(background.GetSafeHandle());
-}
-
 } // namespace
 
 BEGIN_MESSAGE_MAP(AboutBox, CWnd)
@@ -71,7 +63,7 @@ END_MESSAGE_MAP()
 
 LRESULT AboutBox::OnControlColour(WPARAM dc, LPARAM)
 {
-    return Colour(dc, m_background);
+    return DarkColours(dc, palette::panel);
 }
 
 void AboutBox::Toggle(CWnd& owner)
@@ -152,13 +144,13 @@ BOOL ProgressWindow::OnEraseBkgnd(CDC* dc)
 {
     CRect client;
     GetClientRect(&client);
-    dc->FillRect(&client, &m_background);
+    dc->FillSolidRect(&client, palette::panel);
     return TRUE;
 }
 
 LRESULT ProgressWindow::OnControlColour(WPARAM dc, LPARAM)
 {
-    return Colour(dc, m_background);
+    return DarkColours(dc, palette::panel);
 }
 
 bool ProgressWindow::Open(CWnd& owner, const CString& title, bool canCancel)

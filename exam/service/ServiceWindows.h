@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Painting.h"
-#include "base/Palette.h"
 
 #include <afxwin.h>
 
@@ -32,7 +31,6 @@ private:
     void List();
 
     CBitmap m_picture;
-    CBrush m_background{palette::panel};
     std::unique_ptr<TextFont> m_font;
     HWND m_list = nullptr;
 };
@@ -60,7 +58,6 @@ protected:
 private:
     bool AddButton(const CRect& line);
 
-    CBrush m_background{palette::panel};
     std::unique_ptr<TextFont> m_font;
     HWND m_name = nullptr;
     HWND m_bar = nullptr;

@@ -41,8 +41,7 @@ BEGIN_MESSAGE_MAP(StatusPage, CWnd)
 END_MESSAGE_MAP()
 
 StatusPage::StatusPage(const char* title, PageColumn left, PageColumn right)
-    : m_title(title), m_left(std::move(left)), m_right(std::move(right)),
-      m_background(palette::panel)
+    : m_title(title), m_left(std::move(left)), m_right(std::move(right))
 {
 }
 
@@ -197,10 +196,7 @@ void StatusPage::Draw(CDC& dc)
 
 LRESULT StatusPage::OnControlColour(WPARAM dc, LPARAM)
 {
-    auto* const context = reinterpret_cast<HDC>(dc);
-    SetTextColor(context, palette::text);
-    SetBkColor(context, palette::panel);
-    return reinterpret_cast<LRESULT>(m_background.GetSafeHandle());
+    return DarkColours(dc, palette::panel);
 }
 
 } // namespace exam

@@ -68,7 +68,6 @@ private:
     PageColumn m_right;
     int m_dpi = USER_DEFAULT_SCREEN_DPI;
     std::unique_ptr<TextFont> m_font;
-    CBrush m_background;
 };
 
 } // namespace exam
