@@ -194,7 +194,7 @@ void CheckCombine(const zelXMLNode& element, Findings& findings)
     const std::wstring combine = element.getAttribute(L"combine");
     if (combine == L"Or" || combine == L"And" || !zel_xml::HasAttribute(element, L"combine"))
         return;
-    findings.Add(element, L"combine counts as And: '" + combine + L"' is not Or");
+    findings.Add(element, L"combine counts as And: " + Quoted(combine) + L" is not Or");
 }
 
 States CheckSources(const zelXMLNode& element, Findings& findings)

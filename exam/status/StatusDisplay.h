@@ -60,6 +60,7 @@ private:
     std::vector<PageSwitch> RowSwitches(std::initializer_list<std::size_t> settings);
     std::vector<PageSwitch> DeviceStates();
     std::vector<PageSwitch> DeviceSwitches(std::size_t first, std::size_t count);
+    void ChooseIcons();
     void TakeSettings();
     void KeepDevices() const;
 
@@ -70,8 +71,6 @@ private:
     base::GdiPlusSession m_drawing;
     NetworkSimulator m_network;
     ProbeSimulator m_probe;
-    void ChooseIcons();
-
     std::wstring m_images; // folder of the images
     bool m_largeIcons = false;
     bool m_tracking = false;
