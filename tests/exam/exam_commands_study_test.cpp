@@ -2,7 +2,9 @@
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
 #include "image/CineMarks.h"
+#include "image/CineProblem.h"
 #include "image/OpenFrames.h"
+#include "record/Repair.h"
 #include "record/StudyArchive.h"
 #include "service/PatientForm.h"
 #include "service/RecentFiles.h"
@@ -394,6 +396,15 @@ TEST_F(CommandsTest, AFileThatCannotBeRemovedStaysOpen)
     EXPECT_EQ(m_state.Status(), GetStr("exam.remove.failed", path.c_str()));
     EXPECT_TRUE(m_state.SourceNamed(path));
     EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+}
+
+TEST_F(CommandsTest, WhyAMovieCannotBeRepairedIsSaidInTheUsersLanguage)
+{
+    ASSERT_TRUE(zel_string_convert::SetLanguage(L"de"));
+    const std::string frame("00db\4\0\0\0abcd", 12);
+    test_support::WriteFile(m_folder / L"cut.avi", frame);
+    const std::wstring problem = RepairRecording(m_folder / L"cut.avi").problem;
+    EXPECT_NE(InUsersLanguage(problem).find(L"sagen nicht, wie gro\u00DF"), std::wstring::npos);
 }
 
 TEST_F(CommandsTest, WhatIsWrongWithARawCineIsSaidInTheUsersLanguage)
