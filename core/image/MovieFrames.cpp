@@ -14,10 +14,9 @@ namespace exam {
 
 namespace {
 
-constexpr int mostPixels = 8192; // in a row or a column
-
 bool IsPossible(const BITMAPINFOHEADER& format)
 {
+    constexpr int mostPixels = PixelFrames::mostPixels;
     return format.biSize >= sizeof format && format.biWidth > 0 && format.biWidth <= mostPixels &&
            format.biHeight >= -mostPixels && format.biHeight <= mostPixels;
 }

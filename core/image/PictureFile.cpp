@@ -10,8 +10,8 @@ namespace exam {
 
 namespace {
 
-constexpr int mostPixels = 4096; // in a row or a column
-constexpr int pngFormat = 3;     // of SaveBitmap
+constexpr int mostShown = 4096; // pixels in a row or a column
+constexpr int pngFormat = 3;    // of SaveBitmap
 
 // The size to show a picture in; empty when the file holds none.
 SIZE SizeOf(const std::wstring& path)
@@ -19,7 +19,7 @@ SIZE SizeOf(const std::wstring& path)
     Gdiplus::Bitmap picture(path.c_str());
     if (picture.GetLastStatus() != Gdiplus::Ok) return {};
     const double larger = std::max(picture.GetWidth(), picture.GetHeight());
-    const double scale = std::min(1.0, mostPixels / std::max(1.0, larger));
+    const double scale = std::min(1.0, mostShown / std::max(1.0, larger));
     return {static_cast<LONG>(picture.GetWidth() * scale),
             static_cast<LONG>(picture.GetHeight() * scale)};
 }

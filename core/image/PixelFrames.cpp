@@ -15,8 +15,6 @@ constexpr int pixelMicrons = 100;
 constexpr int soundSpeed = 1540;
 constexpr int samplingFreq = soundSpeed * (1'000'000 / pixelMicrons) / 2;
 
-constexpr int mostPixels = 8192; // in a row or a column
-
 } // namespace
 
 bool PixelFrames::Describe(SIZE size, int frames, int framesPer1000s)

@@ -14,6 +14,8 @@ namespace exam {
 class PixelFrames : public FrameSource
 {
 public:
+    static constexpr int mostPixels = 8192; ///< in a row or a column
+
     const CineDescription& Description() const override { return m_description; }
     int Frames() const override { return m_description.count; }
     bool IsPicture() const override { return true; }

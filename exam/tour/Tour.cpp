@@ -2,6 +2,7 @@
 
 #include "commands/Commands.h"
 #include "image/PictureFile.h"
+#include "record/MovieSettings.h"
 #include "screen/Screen.h"
 #include "study/MarkValues.h"
 #include "tour/TourScreen.h"
@@ -143,7 +144,7 @@ double TourContext::LastValue(std::size_t index) const
 
 void TourContext::SetCodec(const wchar_t* name)
 {
-    AfxGetApp()->WriteProfileString(L"Settings\\Capture", L"RecordCodec", name);
+    AfxGetApp()->WriteProfileString(movieSection, codecEntry, name);
 }
 
 void TourContext::Post(HWND to, UINT message, WPARAM wParam, LPARAM lParam)

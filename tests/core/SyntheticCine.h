@@ -3,12 +3,12 @@
 // Recordings of one frame of one grey level, from a linear and a curved probe.
 
 #include "image/CineFile.h"
+#include "image/CineWriting.h"
 #include "image/ImageView.h"
 #include "test_support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <qor_utils/ZelProbe.h>
-#include <Utils_Statics/CCineStore.h>
 
 #include <string>
 
@@ -57,9 +57,7 @@ inline void Show(const CineDescription& cine, ImageView& view, int depth = 0)
     }
     const test_support::TemporaryFolder folder;
     CCineStore store;
-    ASSERT_TRUE(store.InitStorage((folder / L"test.cine").c_str(), cine.type, cine.stream,
-                                  cine.steerAngle, cine.apexAngle, cine.lineOffset,
-                                  cine.apertureLines, 0, 0));
+    ASSERT_TRUE(BeginCine(store, folder / L"test.cine", cine));
     ASSERT_TRUE(store.AddFrame(frame.data(), static_cast<int>(frame.size())));
     ASSERT_TRUE(store.EndStorage());
     CineFile file;
