@@ -48,41 +48,51 @@ CString FlipText(const Orientation& orientation)
     return text;
 }
 
-std::vector<Fact> FactsOf(const ExamState& state)
+void Add(std::vector<Fact>& facts, const char* labelKey, const CString& value)
 {
-    std::vector<Fact> facts;
-    const auto add = [&](const char* labelKey, const CString& value) {
-        facts.push_back({GetStr(labelKey), value});
-    };
-    add("exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
-    add("exam.label.mode",
-        GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
-    if (!state.HasSource()) return facts;
-    const ImagingParameters& image = state.View().Parameters();
-    if (state.Source().IsSimulated()) add("exam.label.source", GetStr("exam.source.simulated"));
-    if (state.Source().IsPicture()) {
-        add("exam.label.pixels", GetStr("exam.value.lines", image.lines, image.samples));
-    } else {
-        add("exam.label.probe", GetStr(ProbeKey(image.probe.type)));
-        add("exam.label.lines", GetStr("exam.value.lines", image.lines, image.samples));
-        add("exam.label.depth", LengthText(image.DepthMillimetres()).c_str());
-        add("exam.label.scale",
-            GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
-    }
-    add("exam.label.frame",
-        GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
+    facts.push_back({GetStr(labelKey), value});
+}
+
+void AddImage(std::vector<Fact>& facts, const FrameSource& source, const ImagingParameters& image)
+{
+    const CString lines = GetStr("exam.value.lines", image.lines, image.samples);
+    if (source.IsSimulated()) Add(facts, "exam.label.source", GetStr("exam.source.simulated"));
+    if (source.IsPicture()) return Add(facts, "exam.label.pixels", lines);
+    Add(facts, "exam.label.probe", GetStr(ProbeKey(image.probe.type)));
+    Add(facts, "exam.label.lines", lines);
+    Add(facts, "exam.label.depth", LengthText(image.DepthMillimetres()).c_str());
+    Add(facts, "exam.label.scale",
+        GetStr("exam.value.scale", static_cast<int>(image.micronsPerPixel.x)));
+}
+
+// Adds what the user has changed about the way in which frames are shown.
+void AddDisplay(std::vector<Fact>& facts, const ExamState& state)
+{
     const Orientation& lies = state.ImageOrientation();
     if (lies != Orientation())
-        add("exam.label.orientation",
+        Add(facts, "exam.label.orientation",
             GetStr("exam.value.orientation", lies.quarters * 90) + FlipText(lies));
     const GreyWindow& window = state.Levels();
     if (window != GreyWindow())
-        add("exam.label.window", GetStr("exam.value.window", window.level, window.width));
+        Add(facts, "exam.label.window", GetStr("exam.value.window", window.level, window.width));
     const auto [first, last] = state.Loop();
     const bool isWhole = first == 1 && last == state.Source().Frames();
     if (!state.Source().IsLive() && (!isWhole || state.Speed() != 1))
-        add("exam.label.play",
+        Add(facts, "exam.label.play",
             GetStr("exam.value.play", NumberText(state.Speed(), 2).c_str(), first, last));
+}
+
+std::vector<Fact> FactsOf(const ExamState& state)
+{
+    std::vector<Fact> facts;
+    Add(facts, "exam.label.console", utilsExam::MapConsoleName(utilsExam::GetConsoleType()));
+    Add(facts, "exam.label.mode",
+        GetStr(utilsExam::ResearchMode ? "exam.mode.research" : "exam.mode.clinical"));
+    if (!state.HasSource()) return facts;
+    AddImage(facts, state.Source(), state.View().Parameters());
+    Add(facts, "exam.label.frame",
+        GetStr("exam.value.frame", state.FramePosition(), state.Source().Frames()));
+    AddDisplay(facts, state);
     return facts;
 }
 
