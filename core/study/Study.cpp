@@ -165,12 +165,6 @@ void Study::EndGesture()
     m_gesture.reset();
 }
 
-void Study::CancelGesture()
-{
-    if (m_gesture) m_content = std::move(*m_gesture);
-    m_gesture.reset();
-}
-
 bool Study::Undo()
 {
     EndGesture();

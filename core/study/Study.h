@@ -58,8 +58,6 @@ public:
     /// ends the one before.
     void BeginGesture();
     void EndGesture();
-    /// Ends the gesture and takes its changes back, with no step left.
-    void CancelGesture();
 
     /// Each ends a gesture first. False when there is no such step.
     bool Undo();
