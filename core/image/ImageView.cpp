@@ -3,28 +3,9 @@
 #include "image/GreyBitmap.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 namespace exam {
-
-namespace {
-
-// The smallest rectangle that holds the pixels that are set.
-CRect BoundingRect(const std::vector<std::uint8_t>& mask, int width)
-{
-    CRect box(INT_MAX, INT_MAX, 0, 0);
-    for (std::size_t i = 0; i < mask.size(); ++i) {
-        if (mask[i] == 0) continue;
-        const int x = static_cast<int>(i) % width;
-        const int y = static_cast<int>(i) / width;
-        box.SetRect(std::min<int>(box.left, x), std::min<int>(box.top, y),
-                    std::max<int>(box.right, x + 1), std::max<int>(box.bottom, y + 1));
-    }
-    return box.right > 0 ? box : CRect();
-}
-
-} // namespace
 
 void ImageView::SetSource(const FrameSource& source, CSize size, int depth)
 {
@@ -45,19 +26,6 @@ void ImageView::Look()
     m_parameters = m_zoom == 1 ? m_fitted : ZoomImage(m_fitted, m_zoom, m_middle);
     m_middle = Middle();
     m_map.emplace(m_parameters.ToScanGeometry());
-    m_mask.reset();
-}
-
-// The mask is made when it is asked for, because zooming and panning need none.
-const std::vector<std::uint8_t>& ImageView::Mask() const
-{
-    if (!m_mask) m_mask = m_parameters.Mask();
-    return *m_mask;
-}
-
-CRect ImageView::ImagedRect() const
-{
-    return BoundingRect(Mask(), m_size.cx);
 }
 
 double ImageView::LeastZoom() const
@@ -176,11 +144,12 @@ int ImageView::Grey(CPoint pixel) const
 
 void ImageView::FillOutside(CDC& dc, CPoint at, COLORREF colour) const
 {
+    const std::vector<std::uint8_t> mask = m_parameters.Mask(); // not 0: inside
     const int width = m_size.cx;
     for (int y = 0; y < m_size.cy; ++y)
         for (int x = 0; x < width; ++x) {
             const int begin = x;
-            while (x < width && Mask()[IndexOf({x, y})] == 0)
+            while (x < width && mask[IndexOf({x, y})] == 0)
                 ++x;
             if (x > begin) dc.FillSolidRect(at.x + begin, at.y + y, x - begin, 1, colour);
         }

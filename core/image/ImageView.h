@@ -60,14 +60,10 @@ public:
     /// Grey level of a pixel; 0 outside the imaged region and outside the image.
     int Grey(CPoint pixel) const;
 
-    /// The smallest rectangle that holds the imaged region; empty when there is none.
-    CRect ImagedRect() const;
-
 private:
     void Look();
     PixelPoint Centre() const;
     FramePoint Middle() const;
-    const std::vector<std::uint8_t>& Mask() const;
     void CutLines(int samples);
     void ChangeLevels();
     void Convert(const std::uint8_t* frame);
@@ -82,10 +78,9 @@ private:
     FramePoint m_middle; // while the image is zoomed
     ImagingParameters m_parameters;
     std::vector<std::uint8_t> m_frame;          // the shown samples, line by line
-    std::optional<qor_imgproc::FrameMap> m_map; // computed once a recording, applied to each frame
-    mutable std::optional<std::vector<std::uint8_t>> m_mask; // not 0: inside the imaged region
-    std::vector<std::uint8_t> m_upright;                     // before it is turned
-    std::vector<std::uint8_t> m_grey;                        // rows from the top, without padding
+    std::optional<qor_imgproc::FrameMap> m_map; // made by Look(), applied to each frame
+    std::vector<std::uint8_t> m_upright;        // before it is turned
+    std::vector<std::uint8_t> m_grey;           // rows from the top, without padding
     bool m_isPicture = false;
     std::vector<std::uint8_t> m_pixels; // of a picture: blue, green, red and 0; else empty
     int m_gain = 0;                     // decibels

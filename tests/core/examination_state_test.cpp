@@ -1,6 +1,7 @@
 // The state of the exam, which no window is needed for.
 #include "base/StateChanges.h"
 #include "ExamStateFixture.h"
+#include "ImagedRect.h"
 
 #include <base/Handles.h>
 #include <Utils_Statics/GetStr.h>
@@ -101,7 +102,7 @@ TEST_F(ExamStateTest, TurnsTheImageByQuartersRoundAndRound)
                                             {91, 0}}) {
         m_state.Rotate(degrees);
         EXPECT_EQ(m_state.ImageOrientation().quarters, quarters) << degrees;
-        const CRect imaged = m_state.View().ImagedRect();
+        const CRect imaged = ImagedRect(m_state.View());
         EXPECT_FALSE(imaged.IsRectEmpty());
         EXPECT_EQ(m_state.View().Parameters().Size(), m_state.Layout().image.Size());
     }

@@ -1,6 +1,7 @@
 // An image lies on the screen in eight ways: the map there and back, pixels against their plain
 // form, marks on the tissue, and grey levels.
 #include "image/GreyWindow.h"
+#include "ImagedRect.h"
 #include "measure/MarkShapes.h"
 #include "measure/MarkSurface.h"
 #include "record/PixelCanvas.h"
@@ -150,9 +151,9 @@ TEST(ImageTurn, TheImageShowsThePixelsOfTheUprightOne)
             const CPoint middle = view.Parameters().Pixel(lines / 2, samples / 2);
             const int grey = view.Grey(middle);
             EXPECT_EQ(canvas.Context().GetPixel(middle.x, middle.y), RGB(grey, grey, grey));
-            const CRect box = view.ImagedRect();
+            const CRect box = ImagedRect(view);
             const CPoint corner =
-                PlainlyTurned(plain.ImagedRect().TopLeft(), landscape, orientation);
+                PlainlyTurned(ImagedRect(plain).TopLeft(), landscape, orientation);
             EXPECT_TRUE(corner.x == box.left || corner.x == box.right - 1);
             EXPECT_TRUE(corner.y == box.top || corner.y == box.bottom - 1);
         }

@@ -1,4 +1,5 @@
 #include "image/CineFile.h"
+#include "ImagedRect.h"
 #include "record/PixelCanvas.h"
 #include "SyntheticCine.h"
 
@@ -128,10 +129,10 @@ TEST(ImageView, PansAsFarAsTheEdgesOfTheFrame)
         for (const CSize away :
              {CSize(5000, 0), CSize(-9000, 0), CSize(0, 5000), CSize(0, -9000)}) {
             view.Pan(away);
-            EXPECT_FALSE(view.ImagedRect().IsRectEmpty());
+            EXPECT_FALSE(ImagedRect(view).IsRectEmpty());
         }
         view.Pan(CSize(90000, 90000)); // the frame's upper left corner comes into view
-        const CRect extent = view.ImagedRect();
+        const CRect extent = ImagedRect(view);
         EXPECT_GT(extent.left, 0);
         EXPECT_GT(extent.top, 0);
     }
