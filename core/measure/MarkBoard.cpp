@@ -54,7 +54,7 @@ bool MarkBoard::UpdateHandles()
         const Mark* const mark = Find(handle->Number());
         return !mark || !IsShown(*mark);
     };
-    // To let go is told, and whoever hears of it may look at the handles.
+    // The release is told at once, and who hears of it may look at the handles.
     const IMouseHandler* const lock = MouseCapture::GetLock();
     if (std::ranges::any_of(
             m_handles, [&](const auto& handle) { return handle.get() == lock && isGone(handle); }))

@@ -9,15 +9,15 @@
 
 namespace exam {
 
-// A picture in memory for drawing and reading. Pixels have 32 bits with blue in the lowest byte;
-// rows go from the top.
+/// A picture in memory for drawing and reading. Pixels have 32 bits with blue in the lowest byte;
+/// rows go from the top.
 class PixelCanvas
 {
 public:
     static constexpr unsigned int opaque = 0xFF000000;
 
-    // Makes a black picture. When the platform refuses, drawing does nothing and all pixels read as
-    // black.
+    /// Makes a black picture. When the platform refuses, drawing does nothing and all pixels read
+    /// as black.
     explicit PixelCanvas(CSize size) : m_size(size), m_selection(MakeContext(), MakeBitmap()) {}
 
     explicit operator bool() const { return static_cast<bool>(m_selection); }
@@ -25,8 +25,8 @@ public:
     CDC& Context() { return m_dc; }
     void Clear() { m_dc.FillSolidRect(0, 0, m_size.cx, m_size.cy, RGB(0, 0, 0)); }
 
-    // Copies `part`, which lies within the picture, into `plane`. The fourth byte of each pixel,
-    // which drawing leaves as it likes, becomes 255: some players take it for opacity.
+    /// Copies `part`, which lies within the picture, into `plane`. The fourth byte of each pixel,
+    /// which drawing leaves as it likes, becomes 255: some players take it for opacity.
     void Cut(const CRect& part, std::vector<unsigned int>& plane) const
     {
         const auto width = static_cast<std::size_t>(part.Width());

@@ -10,7 +10,7 @@
 
 namespace exam {
 
-// The application object of exam.exe.
+/// The application object of exam.exe.
 class ExamApp : public CWinApp
 {
 public:

@@ -40,7 +40,7 @@ std::vector<FormField> PatientFields(const Patient& patient)
     std::vector<CString>& choices = fields[sex].choices;
     for (const wchar_t* const each : sexes)
         choices.emplace_back(SexText(each).c_str());
-    // What another application wrote stays unless another one is chosen.
+    // A text that another application wrote stays unless the user chooses another one.
     if (std::ranges::find(choices, fields[sex].value) == choices.end())
         choices.push_back(fields[sex].value);
     return fields;
