@@ -230,8 +230,8 @@ std::wstring UsageText()
 {
     return L"usage: exam.exe [OPTIONS] [FILE]\n"
            L"\n"
-           L"The sample exam application: shows recorded ultrasound frames in a window.\n"
-           L"It opens FILE: a raw cine, a movie or a picture.\n"
+           L"The sample exam application: shows recorded and simulated ultrasound frames in a\n"
+           L"window. It opens FILE, a raw cine, a movie or a picture.\n"
            L"\n" +
            Describe(Place::window, 17) +
            L"\n"
