@@ -1,4 +1,4 @@
-# What tools/setup cross-built or brought from the distribution, as imported targets.
+# Imports as targets what tools/setup cross-built or brought from the distribution.
 
 # The version of the folder stands in one place only. A build folder made before it was raised
 # follows it.

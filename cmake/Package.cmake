@@ -1,5 +1,5 @@
-# What `cmake --install` puts in place, the package that find_package(Utils_Statics CONFIG) finds,
-# and the archives that `cpack` makes of it.
+# Makes the package that `cmake --install` puts in place and find_package(Utils_Statics CONFIG)
+# finds, and the archives that `cpack` makes of it.
 include(CMakePackageConfigHelpers)
 
 get_property(_libraries GLOBAL PROPERTY project_libraries)
@@ -12,8 +12,8 @@ foreach(_library IN LISTS _libraries)
     FILES_MATCHING PATTERN "*.h")
 endforeach()
 
-# What the program that hosts the libraries needs besides; in a folder of its own, so that only who
-# links NAME_host sees it.
+# The headers of the program that hosts the libraries have a folder of their own, so that only who
+# links NAME_host sees them.
 get_property(_hosts GLOBAL PROPERTY project_hosts)
 foreach(_library IN LISTS _hosts)
   get_target_property(_folder ${_library} SOURCE_DIR)
@@ -46,7 +46,7 @@ install(DIRECTORY ${UTILS_STATICS_DEPENDENCIES_USED}/licences/
 
 set(_package ${CMAKE_INSTALL_LIBDIR}/cmake/Utils_Statics)
 install(EXPORT Utils_StaticsTargets NAMESPACE Utils_Statics:: DESTINATION ${_package})
-# What has to lie beside a program that uses the library.
+# These files have to lie beside a program that uses the library.
 set(_client_files ${_libraries})
 list(TRANSFORM _client_files APPEND .dll)
 list(APPEND _client_files dumpwriter.exe)

@@ -1,5 +1,5 @@
-# What every module that is shipped is compiled and linked with besides: the interface target
-# shipped_settings. Its bytes depend on the sources and the compilers alone, not on the folder or
+# Every module that is shipped is compiled and linked with the interface target shipped_settings,
+# too. Its bytes depend on the sources and the compilers alone, not on the folder or
 # the time of the build. A checked build is never shipped.
 add_library(shipped_settings INTERFACE)
 if(UTILS_STATICS_CHECKED)
@@ -16,6 +16,6 @@ target_compile_options(shipped_settings INTERFACE
   -ffile-prefix-map=${_sources_from_build}=/Utils_Statics
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=/Utils_Statics
   -ffile-prefix-map=${PROJECT_BINARY_DIR}=/Utils_Statics/build
-  # For the module's debug file, which does not tell in which order the options came.
+  # The module's debug file does not tell in which order the options came.
   -g -gno-record-gcc-switches)
 target_link_options(shipped_settings INTERFACE -Wl,--no-insert-timestamp)

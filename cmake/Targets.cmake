@@ -21,8 +21,8 @@ endfunction()
 
 # project_module(NAME DESCRIPTION [PRODUCT])
 #
-# What every DLL and program that is shipped has: a version resource, the same bytes wherever and
-# whenever it is built, and in release builds its debug information in a file of its own beside it,
+# Every DLL and program that is shipped has a version resource, the same bytes wherever and whenever
+# it is built, and in release builds its debug information in a file of its own beside it,
 # NAME.debug.
 function(project_module name description)
   set(DESCRIPTION ${description})

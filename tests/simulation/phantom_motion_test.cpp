@@ -100,7 +100,7 @@ double Correlation(const PhantomFrame& a, const PhantomFrame& b, double across, 
            std::sqrt((sums[2] - sums[0] * sums[0]) * (sums[3] - sums[1] * sums[1]));
 }
 
-// Without noise, so that nothing but motion changes a frame.
+// There is no noise, so nothing but motion changes a frame.
 TEST_P(PhantomTest, FlowDecorrelatesAndTissueDoesNot)
 {
     PhantomSettings settings = m_settings;
