@@ -1,5 +1,5 @@
-// Button actions: reading 10,000 of them, and a change of state that 1,000 derived states follow.
-// Each is compared with a plain form or a peer in the same run. Ends with the ratios.
+// This reads 10,000 button actions, and changes a state that 1,000 derived states follow. Each is
+// compared with a plain form or a peer in the same run. It ends with the ratios.
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>

@@ -1,5 +1,5 @@
-// Cine recording at the size of the imaging screen: composing a frame, writing raw frames, and the
-// whole chain to a movie.
+// This records cines at the size of the imaging screen: it composes a frame, writes raw frames, and
+// goes the whole way to a movie.
 #include "RatioReporter.h"
 #include "recording/CineComposition.h"
 

@@ -1,5 +1,5 @@
-// Painting the sample application's window at 1920 x 1080 pixels, zooming, opening and playing
-// recordings, in the processor's time of the thread that does it.
+// This paints the sample application's window at 1920 x 1080 pixels, zooms, and opens and plays
+// recordings. It counts the processor time of the thread that does it.
 #include "../tests/exam/LargeCine.h"
 #include "base/ScreenLayout.h"
 #include "image/CineFile.h"

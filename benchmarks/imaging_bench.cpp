@@ -1,5 +1,5 @@
-// Pictures of the size of the console's screen, the buffered window, and the time from the call of
-// a balloon to the screen.
+// This measures pictures of the size of the console's screen, the buffered window, and the time
+// from the call of a balloon to the screen.
 #include "RatioReporter.h"
 
 #include <base/GdiHandles.h>

@@ -1,4 +1,4 @@
-// The mask of the imaged region and scan conversion, against their plain forms.
+// This compares the mask of the imaged region and scan conversion with their plain forms.
 
 #include "RatioReporter.h"
 

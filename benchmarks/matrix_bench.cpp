@@ -1,5 +1,5 @@
-// The matrix routines against Eigen, which does the same job in double precision on the same
-// row-by-row arrays, with sizes known at run time only. Ends with the ratios.
+// This compares the matrix routines with Eigen, which does the same job in double precision on the
+// same row-by-row arrays, with sizes known at run time only. It ends with the ratios.
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>

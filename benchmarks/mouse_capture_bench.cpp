@@ -1,5 +1,5 @@
-// The arbitration of the pointer with many handlers of four points, against a plain loop over the
-// same points.
+// This compares the arbitration of the pointer, with many handlers of four points, with a plain
+// loop over the same points.
 //
 // - Press/N calls HandleMouse with a button press that grabs the nearest of N handlers' points
 //   (LockNearest).

@@ -1,5 +1,5 @@
-// Frames of the phantom against the time between two frames, and against the plain form that makes
-// the echoes of all that is at rest anew.
+// This compares frames of the phantom with the time between two frames, and with the plain form
+// that makes the echoes of all that is at rest anew.
 
 #include "phantom/Receiver.h"
 #include "RatioReporter.h"

@@ -1,5 +1,5 @@
-// Repainting the status row, compared with loading and drawing the same image files, and one call
-// of a setter.
+// This compares a repaint of the status row with loading and drawing the same image files, and
+// measures one call of a setter.
 #include "RatioReporter.h"
 
 #include <base/GdiPlusSession.h>

@@ -1,5 +1,5 @@
-// Word splitting, text formatting and layout file look-up, compared with the plainest form in the
-// standard library.
+// This compares word splitting, text formatting and layout file look-up with the plainest form in
+// the standard library.
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>

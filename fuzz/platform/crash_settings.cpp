@@ -1,4 +1,5 @@
-// A crash setting in the registry: the first byte is the type of the value, the rest its bytes.
+// The target reads a crash setting of the registry. The first byte is the type of the value, and
+// the rest are its bytes.
 #include "diagnostics/CrashFiles.h"
 
 #include <fuzz/Input.h>

@@ -1,5 +1,5 @@
-// One XML document as each kind that the product reads: buttons, placements, states, a panel, a
-// vocabulary.
+// The target reads one XML document as each kind that the product has: buttons, placements, states,
+// a panel, a vocabulary.
 #include "panel/PanelLayout.h"
 
 #include <fuzz/Input.h>

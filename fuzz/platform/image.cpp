@@ -1,4 +1,4 @@
-// An image file of any format, loaded and scaled.
+// The target loads an image file of any format, and scales it.
 #include <base/GdiHandles.h>
 #include <base/GdiPlusSession.h>
 #include <fuzz/Input.h>

@@ -1,4 +1,4 @@
-// The name of a file in a protocol or layout document, in UTF-16.
+// The target looks for a file by a name in UTF-16, as a protocol or layout document has it.
 #include <fuzz/Input.h>
 #include <fuzz/Require.h>
 #include <test_support/ProtocolFolders.h>

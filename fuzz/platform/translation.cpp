@@ -1,4 +1,4 @@
-// A translated text in UTF-16, on its way through the string table to a call with arguments.
+// The target sends a translated text in UTF-16 through the string table to a call with arguments.
 #include <base/Encoding.h>
 #include <fuzz/Input.h>
 #include <fuzz/InputFile.h>

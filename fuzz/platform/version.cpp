@@ -1,4 +1,4 @@
-// An executable file with a version resource, read by its path.
+// The target reads the version of an executable file, by its path.
 #include <fuzz/Input.h>
 #include <fuzz/InputFile.h>
 #include <fuzz/Require.h>

@@ -1,4 +1,4 @@
-// A zip archive, extracted as a whole. Nothing may appear outside of the current folder.
+// The target extracts a zip archive as a whole. Nothing may appear outside of the current folder.
 #include <fuzz/Input.h>
 #include <fuzz/InputFile.h>
 #include <fuzz/Require.h>

@@ -1,4 +1,4 @@
-// A raw cine file: its header, the conversion that the header asks for, and its frames.
+// The target reads a raw cine file, and converts its frames as the header asks for.
 #include "image/CineFile.h"
 #include "image/ImagingParameters.h"
 

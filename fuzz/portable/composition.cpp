@@ -1,4 +1,4 @@
-// A frame composed of planes of any sizes at any places, as the document of a recording asks for.
+// The target composes a frame of planes of any sizes at any places.
 #include "recording/CineComposition.h"
 
 #include <fuzz/Input.h>

@@ -1,5 +1,5 @@
-// A translated text as a format, for calls with each kind of argument. The first byte chooses the
-// call; the text follows in UTF-16.
+// The target formats by a translated text, for calls with each kind of argument. The first byte
+// chooses the call, and the text follows in UTF-16.
 #include "text/FormatContract.h"
 #include "text/FormatText.h"
 

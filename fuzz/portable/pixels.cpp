@@ -1,5 +1,5 @@
-// Rows of pixels with each operation that is made with vectors, against its plain form. The first
-// byte chooses the operation; two numbers and the pixels follow.
+// The target compares each operation on rows of pixels that is made with vectors with its plain
+// form. The first byte chooses the operation; two numbers and the pixels follow.
 #include "imaging/PixelKernels.h"
 
 #include <fuzz/Input.h>

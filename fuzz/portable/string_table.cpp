@@ -1,4 +1,4 @@
-// A string table: an XLIFF file.
+// The target reads a string table, which is an XLIFF file.
 #include "zel_string_convert/XliffFile.h"
 
 #include <fuzz/Input.h>

@@ -1,4 +1,4 @@
-// The nodes of a version resource. The first byte chooses their layout.
+// The target walks the nodes of a version resource. The first byte chooses their layout.
 #include "diagnostics/VersionNodes.h"
 
 #include <fuzz/Input.h>

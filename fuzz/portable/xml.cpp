@@ -1,4 +1,4 @@
-// An XML document of any kind: buttons, placements, states, layouts.
+// The target reads an XML document of any kind: buttons, placements, states, layouts.
 #include "zel_xml/XMLParser.h"
 
 #include <fuzz/Input.h>
