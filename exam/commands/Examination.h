@@ -137,7 +137,8 @@ public:
     void Leave();
 
     /// Begins a session: repairs the recordings that were cut off, and opens the study of the
-    /// session before if that one did not end, or the one in a folder.
+    /// session before if that one did not end, or the one in a folder. While another exam runs, it
+    /// begins a new study beside that one.
     void BeginSession(const std::wstring& userFolder, const std::wstring& study);
     /// Offers what was recovered of the session before, and the report of its crash. Otherwise a
     /// new study is begun.
@@ -207,6 +208,7 @@ private:
     void FollowProbe();
     bool MoveToBin(const std::wstring& name, const std::wstring& path);
     bool IsOwnFile(const std::wstring& path) const;
+    void BeginBeside(const std::wstring& study);
     void RepairRecordings(const std::wstring& folder);
     std::optional<CString> AskText(const CString& title, const CString& text);
     CString WhatWouldBeLost();

@@ -5,6 +5,7 @@
 #include "image/CineProblem.h"
 #include "record/Repair.h"
 
+#include <base/Folders.h>
 #include <Utils_Statics/GetStr.h>
 
 #include <filesystem>
@@ -20,7 +21,19 @@ void Examination::BeginSession(const std::wstring& userFolder, const std::wstrin
     if (m_lost) folders.insert(m_lost->recordings.begin(), m_lost->recordings.end());
     for (const std::wstring& folder : folders)
         RepairRecordings(folder);
+    if (m_session.IsSecond()) return BeginBeside(study);
     OpenStudy(m_lost ? m_lost->study : study);
+}
+
+// Begins a new study beside one that another exam keeps, which would overwrite it otherwise. The
+// folder is made at once, so that no third exam takes it.
+void Examination::BeginBeside(const std::wstring& study)
+{
+    const std::wstring patient = std::filesystem::path(study).parent_path().wstring();
+    const std::wstring folder = FindNumbered(patient, L"S%d").next;
+    base::MakeFolders(folder);
+    OpenStudy(folder);
+    Report(NoticeKind::warning, GetStr("exam.recovery.second", folder.c_str()));
 }
 
 void Examination::RepairRecordings(const std::wstring& folder)

@@ -79,6 +79,7 @@ std::optional<LostSession> Session::Begin(const std::wstring& userFolder)
     base::MakeFolders(userFolder);
     m_file.reset(CreateFileW((userFolder + fileName).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
                              0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    m_isSecond = !m_file && GetLastError() == ERROR_SHARING_VIOLATION;
     if (!m_file) return {};
     std::optional<LostSession> lost = ReadSession(ReadText(m_file.get()));
     FILETIME now = {};

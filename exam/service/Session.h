@@ -32,6 +32,9 @@ public:
     /// one runs in that folder, this one leaves no trace.
     std::optional<LostSession> Begin(const std::wstring& userFolder);
 
+    /// True when another session ran in that folder at the begin of this one.
+    bool IsSecond() const { return m_isSecond; }
+
     /// Says where recordings go from now on. One that runs may still be in a folder of before.
     void AddRecordings(const std::wstring& folder);
 
@@ -44,6 +47,7 @@ private:
     void Write();
 
     base::File m_file;
+    bool m_isSecond = false;
     ULONGLONG m_begin = 0; // in the units of a FILETIME
     std::wstring m_study;
     std::vector<std::wstring> m_recordings;

@@ -275,6 +275,21 @@ TEST_F(RecoveryTest, ARecordingInAFolderThatWasChosenMeanwhileIsOffered)
     next.Close();
 }
 
+TEST_F(RecoveryTest, ASecondExamKeepsAStudyOfItsOwn)
+{
+    RunningExam first(m_folder.Path());
+    ASSERT_EQ(first.Question(), L"");
+    first.Measure();
+    ASSERT_TRUE(Await([&] { return MarksIn(L"S1") == 1; }));
+    RunningExam second(m_folder.Path());
+    ASSERT_EQ(second.Question(), L"");
+    second.Measure();
+    EXPECT_TRUE(Await([&] { return MarksIn(L"S2") == 1; }));
+    EXPECT_EQ(MarksIn(L"S1"), 1);
+    second.Close();
+    first.Close();
+}
+
 TEST_F(RecoveryTest, WithoutAnythingToOfferNothingIsAsked)
 {
     {
