@@ -1,6 +1,6 @@
 #pragma once
 
-// Studies for tests: recordings of every kind of probe, and marks on them.
+// These are studies for tests: recordings of every kind of probe, and marks on them.
 
 #include "study/Study.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Recordings of one frame of one grey level, from a linear and a curved probe.
+// These are recordings of one frame of one grey level, from a linear and a curved probe.
 
 #include "image/CineFile.h"
 #include "image/CineWriting.h"

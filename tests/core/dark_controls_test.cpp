@@ -1,4 +1,4 @@
-// Controls of the platform that look like the rest of the application.
+// Controls of the platform look like the rest of the application.
 #include "base/DarkControls.h"
 #include "base/Palette.h"
 

@@ -1,4 +1,4 @@
-// The state of the exam, which no window is needed for.
+// The state of the exam needs no window.
 #include "base/StateChanges.h"
 #include "ExamStateFixture.h"
 #include "ImagedRect.h"

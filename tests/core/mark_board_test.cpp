@@ -1,4 +1,4 @@
-// The marks on a frame and on the strip, worked with the mouse as the main window passes it on.
+// The marks on a frame and on the strip follow the mouse, as the main window passes it on.
 #include "base/Painting.h"
 #include "measure/MarkBoard.h"
 #include "measure/MarkList.h"

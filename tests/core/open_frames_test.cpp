@@ -1,4 +1,4 @@
-// Pictures and movies as they are opened to be shown, and what is said of other files.
+// Pictures and movies are opened to be shown, and a sentence tells of other files.
 #include "image/ImageView.h"
 #include "image/OpenFrames.h"
 #include "image/Thumbnail.h"
@@ -188,7 +188,7 @@ TEST_F(OpenFramesTest, ALockedFileIsSaidToBeOpenElsewhere)
     EXPECT_NE(problem.find(L"locked.png cannot be read"), std::wstring::npos) << problem.c_str();
 }
 
-TEST_F(OpenFramesTest, SurvivesEveryTruncationAndRandomDamage)
+TEST_F(OpenFramesTest, SurvivesTruncationAndRandomDamage)
 {
     test_support::Random random(17);
     for (const std::wstring& path : {SavePicture(L"a.png", 3), SaveMovie()}) {

@@ -1,4 +1,4 @@
-// The places of the window's parts at every size and resolution.
+// The window's parts have their places at every size and resolution.
 #include "base/ScreenLayout.h"
 
 #include <gtest/gtest.h>

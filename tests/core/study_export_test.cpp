@@ -1,4 +1,5 @@
-// Tables and reports. Programs that did not write them read them in check-study-exports.
+// Tables and reports say what a study holds. Programs that did not write them read them in
+// check-study-exports.
 #include "study/MeasurementTable.h"
 #include "study/ReportPage.h"
 #include "study/StudyTexts.h"

@@ -1,4 +1,4 @@
-// The files of a study: what they keep, and that nothing is lost.
+// The files of a study keep all of it, and lose nothing that is not understood.
 #include "study/Study.h"
 #include "study/StudyFile.h"
 #include "StudySamples.h"
@@ -232,7 +232,7 @@ TEST_F(StudyFileTest, FilesThatCannotBeUsedAreRefusedAndKept)
     }
 }
 
-TEST_F(StudyFileTest, EveryByteThatIsMissingIsTold)
+TEST_F(StudyFileTest, AFileThatIsCutOffIsRefused)
 {
     WriteSample();
     const std::string sound = ReadFile(StudyPath());

@@ -1,4 +1,4 @@
-// The document of an examination, and its undo and redo.
+// The document of an examination changes in steps, which undo and redo take back and forth.
 #include "study/Study.h"
 #include "StudySamples.h"
 

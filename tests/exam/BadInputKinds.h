@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// The kinds of files that the application opens, finds or is given.
+// These kinds of files are opened or found by the application, or given to it.
 namespace exam::bad_input {
 
 enum class Harm

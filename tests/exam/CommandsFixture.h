@@ -1,6 +1,6 @@
 #pragma once
 
-// Commands on an examination, without a window.
+// Commands work on an examination without a window.
 
 #include "commands/CommandDesk.h"
 #include "commands/Commands.h"

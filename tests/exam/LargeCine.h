@@ -1,6 +1,7 @@
 #pragma once
 
-// A recording of many frames that takes no room on the disk: all but its header is a hole.
+// A recording of many frames takes no room on the disk: all but its header and first frame is a
+// hole.
 
 #include "image/CineWriting.h"
 #include "image/RawCine.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-// Finds the texts that are written, and whether they have room, in windows of several sizes and
-// resolutions.
+// This finds the texts that are written, and whether they have room, in windows of several sizes
+// and resolutions.
 
 #include "record/PixelCanvas.h"
 

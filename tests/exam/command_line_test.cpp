@@ -16,7 +16,7 @@ TEST(CommandLine, WithoutArgumentsOpensAsItIsSet)
     EXPECT_EQ(options.Over(kept), kept);
 }
 
-TEST(CommandLine, ReadsEveryOption)
+TEST(CommandLine, ReadsLanguageConsoleAndTour)
 {
     const auto options =
         ParseCommandLine({L"--language", L"de", L"--console", L"Tavren", L"--tour", L"out"});

@@ -1,4 +1,5 @@
-// The control panel as the user has it: a real window, mouse messages, protocol files.
+// The control panel is tried as the user has it, with a real window, mouse messages and protocol
+// files.
 #include "panel/ControlPanel.h"
 #include "panel/PanelLayout.h"
 
@@ -334,7 +335,7 @@ TEST_F(ControlPanelTest, SaysWhenTheLayoutCannotBeSaved)
     EXPECT_EQ(m_sentences, 1);
 }
 
-TEST_F(ControlPanelTest, PaintsWhateverTheMouseDoes)
+TEST_F(ControlPanelTest, AButtonLooksPressedWhileItIsDragged)
 {
     m_panel->UpdateWindow();
     Send(WM_LBUTTONDOWN, Middle(L"Freeze"));

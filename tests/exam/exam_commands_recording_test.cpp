@@ -1,4 +1,4 @@
-// The commands that record, and what the screen tells meanwhile.
+// Commands record, and the screen tells of it meanwhile.
 #include "base/Palette.h"
 #include "base/ScreenLayout.h"
 #include "commands/Commands.h"
@@ -98,7 +98,9 @@ TEST_F(CommandsTest, EveryCodecThatIsOfferedRecords)
     for (const std::wstring& codec : InstalledCodecs()) {
         s_app.WriteProfileString(L"Settings\\Capture", L"RecordCodec", codec.c_str());
         Press('V');
-        EXPECT_TRUE(m_state.Recording()) << codec;
+        m_exam.Advance();
+        ASSERT_TRUE(m_state.Recording()) << codec;
+        EXPECT_EQ(m_state.Recording()->frames, 1) << codec;
         m_exam.EndRecording();
     }
 }
@@ -158,6 +160,8 @@ TEST_F(CommandsTest, ARecordingEndsWhenTheImageHasAnotherSize)
 
 TEST_F(CommandsTest, FramesRunUnlessTheyAreFrozenOrWhileTheyAreRecorded)
 {
+    m_state.SelectImage(1);  // it has four frames
+    m_state.ChangeSpeed(-2); // so that the next one is not due while the test runs on
     EXPECT_EQ(m_exam.PlayInterval(), std::nullopt);
     m_state.SetFrozen(false);
     const std::optional<unsigned> interval = m_exam.PlayInterval();

@@ -1,4 +1,4 @@
-// The commands on settings.
+// Commands change, export and reset the settings.
 #include "CommandsFixture.h"
 #include "record/MovieSettings.h"
 #include "service/StatusSettings.h"

@@ -1,4 +1,4 @@
-// The commands on marks, the patient, images and the study.
+// Commands work on marks, the patient, images and the study.
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
 #include "image/CineMarks.h"

@@ -1,4 +1,4 @@
-// The table of commands: its keys, texts and actions, and what comes of a press.
+// The table of commands has keys, texts and actions, and a press carries a command out.
 #include "commands/Commands.h"
 #include "CommandsFixture.h"
 

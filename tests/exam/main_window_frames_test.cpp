@@ -46,7 +46,7 @@ TEST_F(MainWindowFramesTest, ZoomingDoesNotEndAMovie)
     ExpectWholeMovie(2);
 }
 
-TEST_F(MainWindowFramesTest, EveryWayOutFinishesTheRecording)
+TEST_F(MainWindowFramesTest, ClosingTheWindowFinishesTheRecording)
 {
     RecordMovie(3);
     m_window->SendMessage(WM_CLOSE);

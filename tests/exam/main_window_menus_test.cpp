@@ -1,4 +1,4 @@
-// The menus of the main window, and what it asks.
+// The main window has menus, and asks questions.
 #include "base/Palette.h"
 #include "commands/Commands.h"
 #include "MainWindowFixture.h"

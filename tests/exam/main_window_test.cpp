@@ -1,4 +1,4 @@
-// The main window as the user has it: its form and place, the image, and the control panel.
+// The main window has its form and place, the image and the control panel, as the user has them.
 #include "base/ScreenLayout.h"
 #include "MainWindowFixture.h"
 #include "screen/Timeline.h"

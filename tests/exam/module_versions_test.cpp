@@ -1,4 +1,4 @@
-// Versions of damaged files: whatever bit is wrong, the answer is a text or none.
+// Damaged files are asked for their version: whatever bit is wrong, the answer is a text or none.
 #include "service/ModuleVersions.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The layout of the control panel: its grid, its file, and the moves of buttons.
+// The layout of the control panel has a grid and a file, and its buttons move.
 #include "panel/PanelLayout.h"
 
 #include <base/Handles.h>
@@ -269,6 +269,7 @@ TEST_F(PanelLayoutTest, AHundredThousandPlacementsAreReadAndSaved)
     EXPECT_EQ(m_layout.Placements().size(), 100000u);
     EXPECT_TRUE(m_layout.Save(File()));
     EXPECT_TRUE(m_layout.Load(File()));
+    EXPECT_EQ(m_layout.Placements().size(), 100000u);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// exam.exe as the system sees it: its kind, its resources, and where its output goes.
+// exam.exe is tried as the system sees it: its kind, its resources, and where its output goes.
 #include "base/Resources.h"
 
 #include <base/Handles.h>

@@ -1,4 +1,4 @@
-// Tests the findings of --check-protocol, with file and line.
+// --check-protocol names what it finds, with file and line.
 #include "protocol/ProtocolCheck.h"
 
 #include <test_support/ProtocolFolders.h>

@@ -143,21 +143,22 @@ TEST_F(RecorderTest, TellsItsTimeAndWhatIsLeft)
     }
     const RunningRecording running = m_recorder.Running();
     EXPECT_EQ(running.frames, m_recorder.Frames());
-    EXPECT_EQ(running.seconds, 1);
+    EXPECT_GE(running.seconds, 1);
     std::error_code error;
     const auto space = std::filesystem::space(m_folder.Path(), error).available;
     ASSERT_TRUE(running.bytesLeft && running.secondsLeft);
     EXPECT_NEAR(static_cast<double>(*running.bytesLeft), static_cast<double>(space), 2e8);
-    const double rate = 128.0 * 1536 * running.frames; // bytes in this second
-    EXPECT_NEAR(static_cast<double>(*running.secondsLeft) * rate,
-                static_cast<double>(*running.bytesLeft), 0.2 * static_cast<double>(space));
+    const double written = 76 + 128.0 * 1536 * running.frames; // bytes in these seconds
+    EXPECT_NEAR(static_cast<double>(*running.secondsLeft) * written,
+                static_cast<double>(*running.bytesLeft * running.seconds), written);
     m_recorder.Stop();
 }
 
 TEST_F(RecorderTest, AMovieHasNoMoreRoomThanItsFormat)
 {
     m_recorder.StartMovie();
-    EXPECT_LE(m_recorder.Running().bytesLeft, 0x7FFFFFFF);
+    ASSERT_TRUE(m_recorder.Running().bytesLeft);
+    EXPECT_LE(*m_recorder.Running().bytesLeft, 0x7FFFFFFF);
     m_recorder.Stop();
 }
 

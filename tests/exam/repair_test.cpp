@@ -1,4 +1,4 @@
-// Recordings that were cut off: what a killed process leaves, and what becomes of it.
+// Recordings that a killed process leaves are repaired.
 #include "record/Repair.h"
 
 #include "../core/SyntheticCine.h"
@@ -247,7 +247,7 @@ TEST_F(RepairTest, SaysWhatCannotBeRepairedAndKeepsIt)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_folder.Path()), {}), 5);
 }
 
-TEST_F(RepairTest, SurvivesEveryTruncation)
+TEST_F(RepairTest, MakesACutMovieWholeOrLeavesItAsItIs)
 {
     RecordAndKill(L"Uncompressed");
     const std::wstring movie = m_folder / L"movie-001.avi";

@@ -1,4 +1,4 @@
-// The page of the status row and its icons on screens of several resolutions. There is one status
+// The page of the status row and its icons fit screens of several resolutions. There is one status
 // display in the life of a process, and so one test.
 #include "app/SampleTree.h"
 #include "base/Dpi.h"

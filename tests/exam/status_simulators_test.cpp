@@ -1,4 +1,4 @@
-// The simulations behind the sample application's status row, and its settings.
+// The sample application's status row shows simulated devices, and has settings.
 #include "record/MovieSettings.h"
 #include "service/Settings.h"
 #include "status/StatusRow.h"

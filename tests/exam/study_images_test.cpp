@@ -1,4 +1,4 @@
-// The ways to images: the list with small pictures, and the menu of recent files.
+// A list with small pictures and the menu of recent files lead to images.
 #include "image/OpenFrames.h"
 #include "service/RecentFiles.h"
 #include "state/ExamState.h"

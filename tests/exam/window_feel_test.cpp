@@ -1,5 +1,4 @@
-// The main window paints, opens, plays and works: only what changed, and never long without a
-// sign of life.
+// The main window paints only what changed, and never works long without a sign of life.
 #include "base/Painting.h"
 #include "LargeCine.h"
 #include "MainWindowFixture.h"
