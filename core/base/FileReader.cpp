@@ -3,6 +3,8 @@
 #include <base/FilePath.h>
 #include <base/Handles.h>
 
+#include <utility>
+
 namespace exam {
 
 namespace {
@@ -41,12 +43,30 @@ std::wstring FindFileProblem(const std::wstring& path)
 
 bool FileReader::Open(const std::wstring& path)
 {
+    m_path = base::FullPath(path.c_str());
     m_file.reset(CreateFileW(path.c_str(), GENERIC_READ,
                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size{};
-    if (!m_file || !GetFileSizeEx(m_file.get(), &size)) return false;
+    FILE_BASIC_INFO times{};
+    if (!m_file || !GetFileSizeEx(m_file.get(), &size) ||
+        !GetFileInformationByHandleEx(m_file.get(), FileBasicInfo, &times, sizeof times))
+        return false;
     m_size = size.QuadPart;
+    m_written = times.LastWriteTime.QuadPart;
+    return true;
+}
+
+void FileReader::Rest() const
+{
+    m_file.reset();
+}
+
+bool FileReader::Reopen() const
+{
+    FileReader again;
+    if (!again.Open(m_path) || again.m_size != m_size || again.m_written != m_written) return false;
+    m_file = std::move(again.m_file);
     return true;
 }
 
@@ -55,7 +75,7 @@ bool FileReader::Read(std::int64_t position, void* bytes, std::size_t size) cons
     LARGE_INTEGER place{};
     place.QuadPart = position;
     DWORD read = 0;
-    return position >= 0 && size <= MAXDWORD &&
+    return position >= 0 && size <= MAXDWORD && (m_file || Reopen()) &&
            SetFilePointerEx(m_file.get(), place, nullptr, FILE_BEGIN) &&
            ReadFile(m_file.get(), bytes, static_cast<DWORD>(size), &read, nullptr) && read == size;
 }

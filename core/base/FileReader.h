@@ -22,13 +22,17 @@ FileKind KindOfFile(const std::wstring& path);
 /// One sentence that says what keeps a path from being opened as a file; empty for a file.
 std::wstring FindFileProblem(const std::wstring& path);
 
-/// A file that is open for reading at any position, however large it is. Others may write to it and
-/// delete it meanwhile.
+/// A file for reading at any position, however large it is. Others may write to it and delete it
+/// meanwhile.
 class FileReader
 {
 public:
     /// False when the file cannot be opened.
     bool Open(const std::wstring& path);
+
+    /// Closes the file until it is read again. It cannot be read any more when it was changed
+    /// meanwhile.
+    void Rest() const;
 
     /// The size in bytes when the file was opened.
     std::int64_t Size() const { return m_size; }
@@ -37,8 +41,12 @@ public:
     bool Read(std::int64_t position, void* bytes, std::size_t size) const;
 
 private:
-    base::File m_file;
+    bool Reopen() const;
+
+    std::wstring m_path;
+    mutable base::File m_file;
     std::int64_t m_size = 0;
+    std::int64_t m_written = 0; // the time of the last write, in the platform's units
 };
 
 } // namespace exam

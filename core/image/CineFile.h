@@ -10,7 +10,7 @@
 namespace exam {
 
 /// A raw cine file of grey levels. Frames are read on demand, so the memory needed does not depend
-/// on the size of the file. The file stays open as long as the object lives.
+/// on the size of the file.
 class CineFile : public FrameSource
 {
 public:
@@ -30,6 +30,7 @@ public:
     std::span<const int> Marks() const override { return m_marks; }
 
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
+    void Rest() const override { m_file.Rest(); }
 
 private:
     std::int64_t FrameSize() const;

@@ -12,8 +12,7 @@
 namespace exam {
 
 /// The frames of an AVI movie that all stand by themselves, as those of recordings do. They are
-/// read on demand, and decoded by the codec that the movie names. The file stays open as long as
-/// the object lives.
+/// read on demand, and decoded by the codec that the movie names.
 class MovieFrames : public PixelFrames
 {
 public:
@@ -21,6 +20,7 @@ public:
     bool Open(const std::wstring& path);
 
     bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const override;
+    void Rest() const override { m_file.Rest(); }
 
 private:
     bool ReadHeaders(std::int64_t begin, std::int64_t end);

@@ -51,6 +51,9 @@ public:
     /// The number of bytes after the header.
     std::int64_t PayloadSize() const { return m_payloadSize; }
 
+    /// Closes the file until it is read again.
+    void Rest() const { m_file.Rest(); }
+
     /// Fills `bytes` with the payload from `offset` on. False when the payload ends before that, or
     /// cannot be read.
     bool Read(std::int64_t offset, std::span<std::uint8_t> bytes) const;

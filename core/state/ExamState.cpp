@@ -53,9 +53,21 @@ std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& na
 {
     OpenedFrames opened = OpenFrames(path);
     if (!opened.source) return opened.problem;
+    opened.source->Rest();
     m_sources.push_back({std::move(opened.source), name, path});
     if (m_sources.size() == 1) ShowFrame();
     return {};
+}
+
+// Opens a file anew that was changed since it was shown, if it can be shown now.
+void ExamState::OpenChanged(Entry& entry)
+{
+    std::vector<std::uint8_t> bytes;
+    if (entry.source->IsLive() || entry.source->ReadFrame(0, bytes)) return;
+    OpenedFrames opened = OpenFrames(entry.path);
+    if (!opened.source) return;
+    entry.source = std::move(opened.source);
+    m_fitted.reset();
 }
 
 void ExamState::AddSimulation(simulation::ProbeShape probe)
@@ -69,7 +81,9 @@ void ExamState::SelectImage(std::size_t index)
     if (index != m_current) m_view.ShowWhole();
     const bool wasLive = Source().IsLive();
     m_sources[m_current].source->Run(false);
+    Source().Rest();
     m_current = index;
+    OpenChanged(m_sources[index]);
     const FrameSource& source = Source();
     m_frame = source.IsLive() ? source.FirstFrame() + source.Frames() - 1 : 0;
     m_loopFirst = 0;

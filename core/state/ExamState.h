@@ -223,6 +223,7 @@ private:
     void PlaceStrip();
     void ShowFrame();
     std::wstring AddFile(const std::wstring& path, const std::wstring& name);
+    void OpenChanged(Entry& entry);
     std::wstring AddImageOf(const StudyObject& object);
     std::wstring NameInStudy(const std::wstring& path) const;
     void ShowStudy();

@@ -72,6 +72,7 @@ std::vector<ReportPicture> Pictures(const ExamState& state, const std::wstring& 
         const StudyObject* const object = FindObject(study, id);
         const FrameSource* const source = object ? state.SourceNamed(object->image) : nullptr;
         if (!source || !SaveMarkedFrame(*source, frame, study, id, pictureSize, path)) continue;
+        source->Rest();
         std::wstring caption = NameOf(*object) + L", " + TextOf("study.column.frame") + L" " +
                                std::to_wstring(frame + 1);
         if (source->IsSimulated()) caption += L", " + TextOf("exam.source.simulated");

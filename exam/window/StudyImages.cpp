@@ -80,6 +80,7 @@ bool StudyImages::MakeNext()
     if (source) {
         CBitmap picture;
         PaintThumbnail(*source, Scaled(pictureSize, DpiOf(GetSafeHwnd())), picture);
+        source->Rest();
         auto* const list =
             reinterpret_cast<HIMAGELIST>(::SendMessageW(List(), LVM_GETIMAGELIST, LVSIL_NORMAL, 0));
         item.iImage = ImageList_Add(list, static_cast<HBITMAP>(picture.GetSafeHandle()), nullptr);

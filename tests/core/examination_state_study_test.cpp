@@ -4,6 +4,7 @@
 #include "study/MarkValues.h"
 
 #include <base/GdiPlusSession.h>
+#include <base/Handles.h>
 #include <test_support/DibSection.h>
 #include <test_support/Files.h>
 #include <Utils_Statics/BitmapFunctions.h>
@@ -128,6 +129,58 @@ TEST_F(ExamStateTest, AMeasuredFrameOfAProbeIsKeptAndSaysThatItIsSimulated)
     EXPECT_TRUE(m_state.Marks().Shown().empty());
     m_state.SelectImage(3); // the frame that was kept
     EXPECT_EQ(m_state.Marks().Shown().size(), 2u);
+}
+
+namespace {
+
+// True when nobody has the file open.
+bool IsClosed(const std::wstring& path)
+{
+    return static_cast<bool>(
+        base::File(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)));
+}
+
+} // namespace
+
+TEST_F(ExamStateTest, OnlyTheFileOnDisplayIsOpen)
+{
+    const std::wstring first = m_folder / L"curved.cine";
+    const std::wstring second = m_folder / L"linear.cine";
+    EXPECT_TRUE(!IsClosed(first) && IsClosed(second));
+    m_state.SelectImage(linear);
+    EXPECT_TRUE(IsClosed(first) && !IsClosed(second));
+    m_state.SelectImage(curved);
+    EXPECT_TRUE(!IsClosed(first) && IsClosed(second));
+    ASSERT_NO_FATAL_FAILURE(HoldAProbe());
+    for (int frames = 1; frames <= 3; ++frames) {
+        Measure({300, 200}, {300, 300});
+        EXPECT_EQ(m_state.Marks().Shown().size(), 1u);
+        m_state.StepFrames(-1);
+    }
+    for (const wchar_t* const kept : {L"001", L"002", L"003"})
+        EXPECT_TRUE(IsClosed(m_folder / L"S1\\simulated-" + kept + L".cine")) << kept;
+    EXPECT_TRUE(IsClosed(first) && IsClosed(second));
+    m_state.SelectImage(linear);
+    EXPECT_TRUE(m_state.IsFrameReadable());
+}
+
+TEST_F(ExamStateTest, AFileThatWasChangedWhileItWasClosedIsOpenedAnew)
+{
+    m_state.SelectImage(linear);
+    const CineDescription before = m_state.Source().Description();
+    m_state.SelectImage(curved);
+    const CineDescription other = m_state.Source().Description();
+    const std::wstring path = m_folder / L"linear.cine";
+    ASSERT_TRUE(CopyFileW((m_folder / L"curved.cine").c_str(), path.c_str(), FALSE));
+    m_state.SelectImage(linear);
+    EXPECT_TRUE(m_state.IsFrameReadable());
+    EXPECT_NE(m_state.Source().Description().stream, before.stream);
+    EXPECT_EQ(m_state.Source().Description().stream, other.stream);
+    EXPECT_EQ(m_state.View().Parameters().lines, other.stream.lines);
+    m_state.SelectImage(curved);
+    test_support::WriteFile(path, "no recording");
+    m_state.SelectImage(linear);
+    EXPECT_FALSE(m_state.IsFrameReadable());
 }
 
 TEST_F(ExamStateTest, UndoTakesTheFrameOfAProbeAwayAndRedoBringsItBack)

@@ -52,6 +52,8 @@ bool FileReader::Open(const std::wstring&)
     return true;
 }
 
+void FileReader::Rest() const {}
+
 bool FileReader::Read(std::int64_t position, void* bytes, std::size_t size) const
 {
     if (position < 0 || position > m_size || static_cast<std::uint64_t>(m_size - position) < size)
