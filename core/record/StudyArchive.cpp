@@ -3,6 +3,7 @@
 #include "base/Console.h"
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"
+#include "image/CineProblem.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -94,8 +95,6 @@ bool IsFolderName(const std::wstring& name)
     return name.ends_with(L'/') || name.ends_with(L'\\');
 }
 
-constexpr wchar_t skippedText[] = L"skipped, because no such file can be written: ";
-
 // The path that the library extracts an entry to, relative to the current folder.
 std::wstring PathOf(std::wstring name)
 {
@@ -155,18 +154,18 @@ Extracted ExtractEntry(ZipExtract& zip, const Destination& destination, const st
     const std::wstring path = PathOf(name);
     const bool wentOn = zip.ExtractNext(password);
     if (errors.First().starts_with(L"error ")) {
-        problem = name + L": " + errors.First();
+        problem = Quoted(name) + L" cannot be unpacked: " + Quoted(errors.First());
         return Extracted::failed;
     }
     if (IsFolderName(name)) {
-        problem = L"extraction stays at the folder entry " + name;
+        problem = L"extraction stays at the folder entry " + Quoted(name);
         return Extracted::failed;
     }
     std::error_code error;
     if (!errors.First().empty() || !fs::exists(path, error)) return Extracted::noName;
     if (wentOn || isLast)
         return destination.Take(path) ? Extracted::written : Extracted::unwritable;
-    problem = name + L" cannot be unpacked";
+    problem = Quoted(name) + L" cannot be unpacked";
     return Extracted::failed;
 }
 
@@ -188,8 +187,11 @@ ArchiveResult ExtractEntries(ZipExtract& zip, const Destination& destination,
                                                     ? SkipReason::name
                                                     : SkipReason::unwritable});
     }
+    std::wstring skipped;
     for (const SkippedEntry& entry : result.skipped)
-        result.problem += (result.problem.empty() ? std::wstring(skippedText) : L", ") + entry.name;
+        skipped += (skipped.empty() ? L"" : L", ") + entry.name;
+    if (!skipped.empty())
+        result.problem = L"skipped, because no such file can be written: " + Quoted(skipped);
     return result;
 }
 
@@ -252,7 +254,7 @@ ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& fol
     const std::wstring source = base::FullPath(archive.c_str());
     const auto names = ReadEntryNames(source);
     ZipExtract zip;
-    if (!names || !zip.Open(source.c_str())) return {0, archive + L" is no zip archive"};
+    if (!names || !zip.Open(source.c_str())) return {0, Quoted(archive) + L" is no zip archive"};
     const std::vector<std::wstring> inTheWay = FilesInTheWay(archive, folder);
     if (existing == Existing::keep && !inTheWay.empty())
         return {0, folder + L" has " + std::to_wstring(inTheWay.size()) +
@@ -261,7 +263,7 @@ ArchiveResult UnpackArchive(const std::wstring& archive, const std::wstring& fol
     const Destination destination(folder);
     const base::InFolder inFolder(destination.WritingFolder());
     if (destination.WritingFolder().empty() || !inFolder)
-        return {0, L"the folder " + folder + L" cannot be made"};
+        return {0, L"the folder " + Quoted(folder) + L" cannot be made"};
     return ExtractEntries(zip, destination, *names, password.empty() ? nullptr : password.c_str(),
                           progress);
 }

@@ -26,9 +26,9 @@ struct SkippedEntry
 /// The result of packing or unpacking.
 struct ArchiveResult
 {
-    std::size_t files = 0;                  ///< number of files packed or unpacked
-    std::wstring problem = {};              ///< one sentence; empty when all went well
-    bool isCancelled = false;               ///< the progress asked for the end
+    std::size_t files = 0;     ///< number of files packed or unpacked
+    std::wstring problem = {}; ///< one sentence for InUsersLanguage(); empty when all went well
+    bool isCancelled = false;  ///< the progress asked for the end
     std::vector<SkippedEntry> skipped = {}; ///< the problem names them, too
 };
 

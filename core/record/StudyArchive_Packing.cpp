@@ -4,6 +4,7 @@
 
 #include "base/FileReader.h"
 #include "base/UnusedPath.h"
+#include "image/CineProblem.h"
 
 #include <base/Encoding.h>
 #include <base/FilePath.h>
@@ -105,7 +106,8 @@ ArchiveResult AddFiles(zipFile zip, const std::vector<PackedFile>& files,
         const Added added = tell(0) ? AddFile(zip, file, tell) : Added::cancelled;
         result.isCancelled = added == Added::cancelled;
         if (added == Added::failed)
-            result.problem = file.path + L" cannot be packed; is it in use, or the disk full?";
+            result.problem =
+                Quoted(file.path) + L" cannot be packed; is it in use, or the disk full?";
         if (added != Added::whole) return result;
         before += SizeOf(file.path);
         ++result.files;
@@ -138,20 +140,21 @@ ArchiveResult PackFiles(const std::wstring& archive, const std::vector<PackedFil
 {
     constexpr std::size_t mostEntries = 65535; // that other programs read
     if (files.empty() || files.size() > mostEntries)
-        return {0, archive + L" cannot hold " + std::to_wstring(files.size()) + L" files"};
+        return {0, Quoted(archive) + L" cannot hold " + std::to_wstring(files.size()) + L" files"};
     const std::wstring target = base::FullPath(archive.c_str());
     // The archive gets its name when it is whole; until then, an older one stays.
     const std::wstring written = UnusedPath(target + L".", L".part");
     base::Owner<ZipWriterTraits> zip(
         zipOpen(base::BytesFromWide(CP_ACP, written).c_str(), APPEND_STATUS_CREATE));
-    if (!zip) return {0, archive + L" cannot be written"};
+    if (!zip) return {0, Quoted(archive) + L" cannot be written"};
     ArchiveResult result = AddFiles(zip.get(), files, progress);
     const bool isClosed = zipClose(zip.release(), nullptr) == ZIP_OK;
     if (!result.problem.empty() || result.isCancelled || !isClosed ||
         !base::MoveOver(written.c_str(), target.c_str())) {
         if (result.problem.empty() && !result.isCancelled)
-            result.problem = archive + (isClosed ? L" cannot be replaced"
-                                                 : L" cannot be finished; is the disk full?");
+            result.problem =
+                Quoted(archive) +
+                (isClosed ? L" cannot be replaced" : L" cannot be finished; is the disk full?");
         DeleteFileW(written.c_str());
     }
     return result;

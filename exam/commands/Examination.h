@@ -149,7 +149,8 @@ public:
     /// Packs the study as it is now, with all that belongs to it.
     void Pack();
 
-    /// Unpacks the archive that was packed last, and asks before it replaces files.
+    /// Unpacks the archive that was packed last, asks before it replaces files, and offers to open
+    /// the study.
     void Unpack();
 
     /// Shows the next frame, and the newest one of a probe. A recording takes the one on display
@@ -212,6 +213,7 @@ private:
     void RepairRecordings(const std::wstring& folder);
     std::optional<CString> AskText(const CString& title, const CString& text);
     CString WhatWouldBeLost();
+    void OfferStudy(const std::wstring& folder);
     void TellRecording();
     void RecordingFinished(const FinishedRecording& recording);
 
@@ -233,7 +235,8 @@ private:
     ServiceDesk m_service;
     const ServiceDesk::Talk m_talk{
         [this](const CString& question) { return m_window.Ask(question); },
-        [this](const CString& text) { m_window.Tell(text); }};
+        [this](const CString& text) { m_window.Tell(text); },
+        [this](const std::wstring& folder) { OfferStudy(folder); }};
     SettingsDesk m_settings{*this};
     StatusPages m_pages;
 };

@@ -73,6 +73,15 @@ void Examination::OfferRecovery()
     if (!lost->report.empty()) m_window.ShowFile(lost->report);
 }
 
+// Opens an unpacked study when the user wants that. What is open is kept before.
+void Examination::OfferStudy(const std::wstring& folder)
+{
+    if (!m_window.Offer(GetStr("exam.archive.open", folder.c_str()))) return;
+    SaveChanges();
+    const CString lost = WhatWouldBeLost();
+    if (lost.IsEmpty() || m_window.Ask(lost)) OpenStudy(folder);
+}
+
 void Examination::EndSession()
 {
     EndRecording();

@@ -1,6 +1,8 @@
 #include "service/ServiceDesk.h"
 
+#include "base/FileReader.h"
 #include "base/NumberedFiles.h"
+#include "image/CineProblem.h"
 #include "record/StudyFiles.h"
 #include "service/WorkWithProgress.h"
 
@@ -21,7 +23,8 @@ constexpr wchar_t archiveName[] = L"study-%03d.zip";
 CString ResultText(const ArchiveResult& result, const char* doneKey, const std::wstring& place)
 {
     if (result.isCancelled) return GetStr("exam.archive.cancelled", static_cast<int>(result.files));
-    if (!result.problem.empty()) return GetStr("exam.archive.failed", result.problem.c_str());
+    if (!result.problem.empty())
+        return GetStr("exam.archive.failed", InUsersLanguage(result.problem).c_str());
     return GetStr(doneKey, static_cast<int>(result.files), place.c_str());
 }
 
@@ -42,6 +45,19 @@ CString SkippedText(const char* titleKey, const std::vector<SkippedEntry>& skipp
     for (std::size_t i = 0; i < std::min(most, skipped.size()); ++i)
         text += L"\n" + GetStr(ReasonKey(skipped[i].reason), skipped[i].name.c_str());
     return skipped.size() > most ? text + L"\n..." : text;
+}
+
+// The folder of the study among unpacked files; empty when there is none.
+std::wstring FindStudy(const std::wstring& folder)
+{
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const fs::path object = entry->path() / L"O1";
+        if (KindOfFile(utilsExam::GetStudyPath(object.c_str()).GetString()) == FileKind::file)
+            return entry->path().wstring();
+    }
+    return {};
 }
 
 } // namespace
@@ -82,6 +98,8 @@ CString ServiceDesk::Unpack(CWnd& window, const Talk& talk)
             return UnpackArchive(archive, folder, {}, Existing::replace, progress);
         });
     if (!result.skipped.empty()) talk.tell(SkippedText("exam.archive.skipped", result.skipped));
+    const std::wstring study = FindStudy(folder);
+    if (!study.empty() && result.problem.empty() && !result.isCancelled) talk.offer(study);
     return ResultText(result, "exam.archive.unpacked", folder);
 }
 

@@ -19,11 +19,13 @@ public:
     /// Sets the folder of the archives.
     void SetFolder(const std::wstring& folder) { m_folder = folder; }
 
-    /// The user is asked by these before files are replaced, and told what was left out.
+    /// The user is asked by these before files are replaced, told what was left out, and offered
+    /// the study in a folder that was unpacked.
     struct Talk
     {
         std::function<bool(const CString& question)> ask;
         std::function<void(const CString& text)> tell;
+        std::function<void(const std::wstring& folder)> offer;
     };
 
     /// Pack the study with its images (Examination::StudyImages), and unpack the last archive.

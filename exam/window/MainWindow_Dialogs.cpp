@@ -17,7 +17,7 @@
 
 namespace exam {
 
-// Nobody answers the questions of an unattended run. Its agent keeps them.
+// Nobody answers the questions of an unattended run. Its agent keeps them, and takes no offer.
 bool MainWindow::Ask(const CString& question)
 {
     if (IProAgent* const agent = IProAgent::GetAgent()) {
@@ -29,7 +29,7 @@ bool MainWindow::Ask(const CString& question)
 
 bool MainWindow::Offer(const CString& question)
 {
-    return AskYesOrNo(question, IDYES);
+    return !IProAgent::GetAgent() && AskYesOrNo(question, IDYES);
 }
 
 bool MainWindow::AskYesOrNo(const CString& question, int byDefault)

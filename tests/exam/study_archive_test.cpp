@@ -172,7 +172,7 @@ TEST_F(StudyArchive, FailsWhenAFileCannotBeRead)
     const base::File held(CreateFileW((Study() + L"\\study.xml").c_str(), GENERIC_READ, 0, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
     const ArchiveResult result = PackFolder(Archive(), Study(), Ignore);
-    EXPECT_NE(result.problem.find(L"study.xml cannot be packed"), std::wstring::npos);
+    EXPECT_NE(result.problem.find(L"study.xml\" cannot be packed"), std::wstring::npos);
     EXPECT_FALSE(FileExists(Archive())) << "half an archive is none";
 }
 
@@ -197,7 +197,8 @@ TEST_F(StudyArchive, NamesWhatWasSkipped)
         bytes.replace(at, 14, "..\\..\\mage.raw");
     WriteFile(Archive(), bytes);
     ArchiveResult unpacked = UnpackArchive(Archive(), Out(), "", Existing::replace, Ignore);
-    EXPECT_EQ(unpacked.problem, L"skipped, because no such file can be written: ..\\..\\mage.raw");
+    EXPECT_EQ(unpacked.problem,
+              L"skipped, because no such file can be written: \"..\\..\\mage.raw\"");
     EXPECT_EQ(unpacked.files, 1u);
     ASSERT_EQ(unpacked.skipped.size(), 1u);
     EXPECT_EQ(unpacked.skipped[0].reason, exam::SkipReason::name);

@@ -346,7 +346,7 @@ bool HasPlaceOfItsOwn(const std::string& id)
         "(exam\\.(button|command|menu|tip|key|label|value|probe|mode|sample|answer|form|about)\\..*"
         ")"
         "|exam\\.keys.*|exam\\.status\\..*|exam\\.close\\..*|exam\\.recovery\\..*"
-        "|exam\\.archive\\.replace|exam\\.remove\\.(file|marks)"
+        "|exam\\.archive\\.(replace|open)|exam\\.remove\\.(file|marks)"
         "|exam\\.patient\\..*|study\\..*|exam\\.record\\.mark|exam\\.service.*");
     return std::regex_match(id, others);
 }
@@ -371,7 +371,7 @@ TEST_P(WindowTextsTest, QuestionsAreWhole)
     int asked = 0;
     for (const TableText& text : TableTexts()) {
         static const std::regex questions(
-            "exam\\.(archive\\.replace|remove\\.(file|marks)|(close|recovery)\\..*)");
+            "exam\\.(archive\\.(replace|open)|remove\\.(file|marks)|(close|recovery)\\..*)");
         if (!std::regex_match(text.id, questions)) continue;
         ++asked;
         int looked = 0;
