@@ -5,6 +5,8 @@
 #include "base/Palette.h"
 
 #include <commctrl.h>
+#include <dwmapi.h>
+#include <uxtheme.h>
 
 #include <algorithm>
 #include <iterator>
@@ -15,6 +17,8 @@ namespace {
 
 constexpr int boxSize = 16; // pixels at 96 dpi
 constexpr int strokeWidth = 2;
+
+constexpr DWORD darkModeAttribute = 20; // DWMWA_USE_IMMERSIVE_DARK_MODE of later headers
 
 CString TextOf(HWND window)
 {
@@ -168,6 +172,20 @@ LRESULT DarkColours(WPARAM context, COLORREF ground)
 void Darken(HWND control)
 {
     SetWindowSubclass(control, Follow, 1, 0);
+    COMBOBOXINFO parts = {};
+    parts.cbSize = sizeof parts;
+    if (GetComboBoxInfo(control, &parts)) DarkenScrollBars(parts.hwndList);
+}
+
+void DarkenFrame(HWND window)
+{
+    const BOOL isDark = TRUE;
+    DwmSetWindowAttribute(window, darkModeAttribute, &isDark, sizeof isDark);
+}
+
+void DarkenScrollBars(HWND control)
+{
+    SetWindowTheme(control, L"DarkMode_Explorer", nullptr);
 }
 
 void DrawTick(CDC& dc, CPoint middle, int dpi)

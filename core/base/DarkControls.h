@@ -15,6 +15,11 @@ LRESULT DarkColours(WPARAM context, COLORREF ground);
 /// of the application from now on. The platform does all the rest.
 void Darken(HWND control);
 
+/// Lets the title bar of a window be dark where the platform has dark ones, and the scroll bars of
+/// a control.
+void DarkenFrame(HWND window);
+void DarkenScrollBars(HWND control);
+
 /// Draws a tick around a point. `dpi`: the dots per inch of the screen.
 void DrawTick(CDC& dc, CPoint middle, int dpi);
 

@@ -123,6 +123,7 @@ void DarkDialog::Open(HWND window)
     m_dpi = DpiOf(m_owner ? m_owner : window);
     m_font = std::make_unique<TextFont>(Scaled(ScopedFont::textSize));
     SetWindowTextW(window, m_title.c_str());
+    DarkenFrame(window);
     Centre(Fill());
 }
 

@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <string>
 #include <utility>
@@ -14,6 +15,7 @@ namespace exam {
 namespace {
 
 constexpr std::size_t longestText = 0x10000; // more than a notice has
+constexpr int widestLine = 320;              // pixels at 96 dpi; longer ones wrap
 
 constinit const TextFont* s_font = nullptr;
 constinit const TipLink* s_link = nullptr;
@@ -70,6 +72,8 @@ void CALLBACK TipLook::OnEvent(HWINEVENTHOOK, DWORD, HWND window, LONG object, L
 LRESULT CALLBACK TipLook::OnMessage(HWND tip, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                     DWORD_PTR) noexcept
 {
+    if (message == TTM_SETMAXTIPWIDTH)
+        lParam = std::min<LPARAM>(lParam, MulDiv(widestLine, DpiOf(tip), USER_DEFAULT_SCREEN_DPI));
     if (message == WM_NCHITTEST && IsLink(tip)) return HTCLIENT;
     if (message != WM_LBUTTONDOWN || !IsLink(tip))
         return DefSubclassProc(tip, message, wParam, lParam);

@@ -1,5 +1,6 @@
 #include "panel/ControlPanel.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Palette.h"
@@ -88,6 +89,7 @@ bool ControlPanel::Open(CWnd& owner, PanelForm form, const CRect& area)
     if (!CreateEx(extended, windowClass, GetStr("exam.panel.title"), StyleOf(form), area, &owner,
                   0))
         return false;
+    DarkenFrame(GetSafeHwnd());
     ShowWindow(SW_SHOWNOACTIVATE);
     return true;
 }

@@ -83,6 +83,7 @@ bool AboutBox::Open(CWnd& owner)
     if (!CreateEx(WS_EX_NOACTIVATE, nullptr, L"", WS_POPUP | WS_CAPTION | WS_SYSMENU,
                   Centred(owner, aboutSize), &owner, 0))
         return false;
+    DarkenFrame(GetSafeHwnd());
     CRect client;
     GetClientRect(&client);
     m_font = std::make_unique<TextFont>(Scaled(owner, ScopedFont::textSize));
@@ -90,6 +91,7 @@ bool AboutBox::Open(CWnd& owner)
     m_list = AddControl(*this, L"LISTBOX",
                         WS_VSCROLL | LBS_NOSEL | LBS_USETABSTOPS | LBS_NOINTEGRALHEIGHT, client,
                         *m_font);
+    DarkenScrollBars(m_list);
     ::SendMessageW(m_list, LB_SETTABSTOPS, std::size(tabStops),
                    reinterpret_cast<LPARAM>(std::data(tabStops)));
     return m_list != nullptr;
@@ -104,13 +106,19 @@ void AboutBox::AddPicture(CRect& area)
                                            MAKEINTRESOURCEW(IDR_EXAM_PICTURE), RT_RCDATA))
         return;
     const std::unique_ptr<Gdiplus::Bitmap> picture(loaded);
+    const CSize size(Scaled(*this, static_cast<int>(picture->GetWidth())),
+                     Scaled(*this, static_cast<int>(picture->GetHeight())));
+    Gdiplus::Bitmap scaled(size.cx, size.cy, PixelFormat32bppARGB);
+    Gdiplus::Graphics graphics(&scaled);
+    graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQualityBicubic);
+    graphics.DrawImage(picture.get(), 0, 0, size.cx, size.cy);
     Gdiplus::Color ground;
     ground.SetFromCOLORREF(palette::panel);
     HBITMAP bitmap = nullptr;
-    picture->GetHBITMAP(ground, &bitmap);
+    scaled.GetHBITMAP(ground, &bitmap);
     m_picture.Attach(bitmap);
     CRect place = area;
-    place.bottom = area.top += static_cast<int>(picture->GetHeight()) + 2 * margin;
+    place.bottom = area.top += size.cy + Scaled(*this, 2 * margin);
     const HWND shown = AddControl(*this, L"STATIC", SS_BITMAP | SS_CENTERIMAGE, place, *m_font);
     ::SendMessageW(shown, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap));
 }
@@ -160,6 +168,7 @@ bool ProgressWindow::Open(CWnd& owner, const CString& title, bool canCancel)
     if (!CreateEx(WS_EX_NOACTIVATE, nullptr, title, WS_POPUP | WS_CAPTION,
                   Centred(owner, progressSize), &owner, 0))
         return false;
+    DarkenFrame(GetSafeHwnd());
     CRect line;
     GetClientRect(&line);
     m_font = std::make_unique<TextFont>(Scaled(owner, ScopedFont::textSize));

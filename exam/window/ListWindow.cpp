@@ -1,5 +1,6 @@
 #include "window/ListWindow.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Palette.h"
 
@@ -52,6 +53,8 @@ bool ListWindow::Open(CWnd& owner)
     m_list = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | m_style, 0, 0, 0, 0,
                              GetSafeHwnd(), nullptr, nullptr, nullptr);
     if (!m_list) return false;
+    DarkenFrame(GetSafeHwnd());
+    DarkenScrollBars(m_list);
     ::SendMessageW(m_list, WM_SETFONT, reinterpret_cast<WPARAM>(m_font->GetSafeHandle()), FALSE);
     const auto colour = [&](UINT message, COLORREF value) {
         ::SendMessageW(m_list, message, 0, static_cast<LPARAM>(value));

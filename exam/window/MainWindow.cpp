@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "base/DarkControls.h"
 #include "base/Dpi.h"
 #include "base/Painting.h"
 #include "base/Resources.h"
@@ -100,8 +101,11 @@ bool MainWindow::Create(WindowForm form)
                             LoadIcon(GetModuleHandle(nullptr), MAKEINTRESOURCE(IDI_EXAM)));
     const CRect area = form == WindowForm::console ? CRect(CPoint(0, 0), ConsoleLayout().client)
                                                    : ReadWindowPlace().area;
-    return CreateEx(0, windowClass, GetStr("exam.title"), StyleOf(form) | WS_CLIPCHILDREN, area,
-                    nullptr, 0);
+    if (!CreateEx(0, windowClass, GetStr("exam.title"), StyleOf(form) | WS_CLIPCHILDREN, area,
+                  nullptr, 0))
+        return false;
+    DarkenFrame(GetSafeHwnd());
+    return true;
 }
 
 void MainWindow::TakeForm(WindowForm form, const CRect& area)

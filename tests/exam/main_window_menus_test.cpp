@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <climits>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 using namespace exam;
@@ -206,6 +206,7 @@ TEST_F(MainWindowTest, AnItemShowsThePictureOfItsCommandAndAGreyOneWhenItIsNotPo
         std::vector<unsigned int> pixels;
         canvas.Cut(CRect(2, 2, 22, 22), pixels);
         int picture = 0, coloured = 0;
+        unsigned int brightest = 0;
         for (const unsigned int pixel : pixels) {
             const auto [least, most] =
                 std::minmax({pixel & 0xFF, pixel >> 8 & 0xFF, pixel >> 16 & 0xFF});
@@ -213,15 +214,19 @@ TEST_F(MainWindowTest, AnItemShowsThePictureOfItsCommandAndAGreyOneWhenItIsNotPo
             if (colour == palette::header) continue;
             ++picture;
             if (most - least > 2) ++coloured;
+            brightest = std::max(brightest, most);
         }
-        return std::pair(picture, coloured);
+        return std::tuple(picture, coloured, brightest);
     };
-    const auto [picture, coloured] = colours(0);
+    const auto [picture, coloured, bright] = colours(0);
     EXPECT_GT(picture, 25); // a line and its two ends
     EXPECT_GT(coloured, 15);
-    const auto [grey, colouredGrey] = colours(ODS_GRAYED);
+    EXPECT_GT(bright, 200u);
+    const auto [grey, colouredGrey, dim] = colours(ODS_GRAYED);
     EXPECT_GT(grey, 25);
     EXPECT_EQ(colouredGrey, 0);
+    EXPECT_LE(dim, 150u);
+    EXPECT_GT(dim, 50u);
 }
 
 TEST_F(MainWindowTest, AnItemOfAMenuCarriesItsCommandOut)

@@ -268,6 +268,22 @@ TEST_P(WindowTextsTest, TheListOfKeysShowsEachCell)
     });
 }
 
+TEST_P(WindowTextsTest, ThePictureOfTheAboutBoxHasTheSizeOfTheResolution)
+{
+    constexpr int ownSize = 64; // at 96 dpi
+    m_window->SendMessage(WM_KEYDOWN, 'A', 1);
+    const HWND about = m_window->Exam().Service().About().GetSafeHwnd();
+    const HWND shown = FindWindowExW(about, nullptr, L"STATIC", nullptr);
+    const LRESULT picture = SendMessageW(shown, STM_GETIMAGE, IMAGE_BITMAP, 0);
+    BITMAP facts = {};
+    GetObjectW(reinterpret_cast<HGDIOBJ>(picture), sizeof facts, &facts);
+    EXPECT_EQ(CSize(facts.bmWidth, facts.bmHeight), CSize(Scaled(ownSize), Scaled(ownSize)));
+    CRect area;
+    GetClientRect(shown, &area);
+    EXPECT_GE(area.Height(), facts.bmHeight);
+    m_window->SendMessage(WM_KEYDOWN, 'A', 1);
+}
+
 namespace {
 
 // Looks at the dialog that opens next, and closes it.
