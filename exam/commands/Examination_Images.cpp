@@ -106,6 +106,7 @@ bool Examination::MoveToBin(const std::wstring& name, const std::wstring& path)
     const bool wasOpen = m_state.SourceNamed(name) != nullptr;
     m_state.CloseImage(name);
     if (remove(path)) {
+        if (m_finished == path) m_finished.clear();
         if (KindOfFile(MarksPath(path)) == FileKind::file) remove(MarksPath(path));
         return true;
     }

@@ -218,3 +218,14 @@ TEST_F(CommandsTest, NothingIsFrozenWhileFramesAreRecorded)
     Press('C');
     EXPECT_FALSE(m_state.IsFrozen());
 }
+
+TEST_F(CommandsTest, AFinishedRecordingThatWasRemovedIsNotOpened)
+{
+    Press('C');
+    m_exam.Advance();
+    Press('C');
+    m_window.m_answer = true;
+    ASSERT_TRUE(m_exam.RemoveStudyImage(m_folder / L"recording-001.cine"));
+    Press(VK_F9);
+    EXPECT_EQ(m_state.Status(), GetStr("exam.record.none"));
+}
