@@ -2,12 +2,18 @@
 
 import fnmatch
 import itertools
+import pathlib
 import re
 import sys
 
 import sources
 
 MAP = "tools/arrows"
+LIBRARY = "Utils_Statics/"
+# Sources at the top of the library that have the name of no header.
+ROOMS = {"ZipArchive": "archive", "StatusProbeSensor": "status", "kwxerrimpl": "windows",
+         "Utils_Statics": "environment", "StaticObjects": "environment",
+         "CUtils_StaticsApp": "environment"}
 
 
 def spread(path):
@@ -78,3 +84,17 @@ def read_map():
             except (ValueError, IndexError) as error:
                 sys.exit(f"{MAP}: '{line}' is no line of a map: {error}")
     return sections
+
+
+def room_namer():
+    """A function that names the room of a file of the library, which is its header's for a source
+    at the top."""
+    section = next(each for each in read_map() if each.prefix == LIBRARY)
+
+    def room(file):
+        path = pathlib.PurePosixPath(section.inside(file))
+        if len(path.parts) > 1:
+            return section.place(str(path))
+        return ROOMS.get(path.stem) or section.place(f"include/Utils_Statics/{path.stem}.h")
+
+    return room
