@@ -26,6 +26,7 @@ bool MovieStream::Create(const wchar_t* fileName)
     Close();
     m_bytes = 0;
     m_path = base::FullPath(fileName);
+    m_folder = m_path.substr(0, m_path.find_last_of(L'\\') + 1);
     AVIFileInit();
     PAVIFILE opened = nullptr;
     if (FAILED(AVIFileOpenW(&opened, fileName, OF_WRITE | OF_CREATE, nullptr)) || !opened) {
@@ -95,9 +96,8 @@ bool MovieStream::HasRoomFor(LONG position, LONG size) const
 // volume that cannot be asked is taken to have room.
 bool MovieStream::IsVolumeNearlyFull(LONG size) const
 {
-    const std::wstring folder = m_path.substr(0, m_path.find_last_of(L'\\') + 1);
     ULARGE_INTEGER available{};
-    if (!GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return false;
+    if (!GetDiskFreeSpaceExW(m_folder.c_str(), &available, nullptr, nullptr)) return false;
     return available.QuadPart < static_cast<std::uint64_t>(size + buffered);
 }
 

@@ -75,6 +75,7 @@ private:
     AviStream m_outStream;    // frames are written here
     std::int64_t m_bytes = 0; // of all frames written, as the codec made them
     std::wstring m_path;      // absolute: the current folder may change
+    std::wstring m_folder;    // its folder, made ahead: memory may be short when it is asked for
 };
 
 } // namespace utils_statics

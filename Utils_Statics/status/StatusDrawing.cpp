@@ -4,6 +4,8 @@
 
 #include <base/WrapArithmetic.h>
 
+#include <new>
+
 namespace utils_statics {
 
 namespace {
@@ -28,8 +30,10 @@ void DrawAtRight(Gdiplus::Bitmap& image, const CRect& rect, Gdiplus::Graphics& g
 } // namespace
 
 bool IsWanted(const wchar_t* setting)
-{
+try {
     return ProfileNumber(L"Settings\\Status", setting, 0) != 0;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 int DrawStatusIcon(const std::function<std::wstring()>& path, const CRect& rect,

@@ -7,6 +7,7 @@
 #include <test_support/NoMemory.h>
 #include <test_support/ProtocolFolders.h>
 #include <test_support/TemporaryFolder.h>
+#include <test_support/TemporaryRegistryKey.h>
 #include <Utils_Statics/Utils_Statics.h>
 #include <zel_xml/zelXMLFile.h>
 #include <zel_xml/zelXMLNode.h>
@@ -15,6 +16,7 @@
 #include <afxwin.h>
 
 #include <cstdlib>
+#include <cwchar>
 #include <functional>
 #include <new>
 #include <string>
@@ -44,12 +46,15 @@ public:
     void SetHandler(IPrecisionHandler*) override {}
 };
 
+CWinApp application(L"memory");
+
 // The objects that the operations work on. All of them are made while there is memory.
 class MemoryTest : public testing::Test
 {
 protected:
     MemoryTest()
     {
+        application.SetRegistryKey(m_settings.Path().c_str() + std::wcslen(L"Software\\"));
         test_support::WriteFile(m_protocol / L"factory\\P1\\ButtonActions.xml",
                                 "<b><b name='a button with a long name'><Push1 "
                                 "actionType='Imaging' action='Depth'/></b></b>");
@@ -64,6 +69,12 @@ protected:
         ActionRepository::DestroyInstance();
         DerivedState::DestroyAll();
         CStatusFactory::destroyInstance();
+    }
+
+    void StoreSetting(const std::wstring& section, const wchar_t* name,
+                      const std::wstring& text) const
+    {
+        m_settings.SetText(L"memory\\" + section, name, text);
     }
 
     // Calls the operation with memory for none of its allocations, then for one, two and so on,
@@ -87,6 +98,7 @@ protected:
     test_support::ProtocolFolders m_protocol;
     test_support::TestVocabulary m_vocabulary{m_protocol / L"actions.xml"};
     TemporaryFolder m_folder;
+    test_support::TemporaryRegistryKey m_settings;
     base::InFolder m_inside{m_folder.Path()}; // where entries of archives go
     zelXMLFile m_document;
     NoMemory m_memory;
@@ -250,6 +262,7 @@ TEST_F(MemoryTest, LeavesNoOperationOnTheStatusRow)
 
 TEST_F(MemoryTest, LeavesNoOperationOnWindowsAndFacts)
 {
+    StoreSetting(L"Settings", L"TeeTempThresh", L"40.5" + std::wstring(40, L'0'));
     const Operation operations[] = {
         {"MapConsoleType", [] { utilsExam::MapConsoleType(L"a console of another maker"); }},
         {"CToolTipProvider",
@@ -261,8 +274,7 @@ TEST_F(MemoryTest, LeavesNoOperationOnWindowsAndFacts)
         {"ClosePopups", [] { utilsExam::ClosePopups(nullptr); }},
         {"GetPrintButtonAction", [] { EXPECT_EQ(utilsExam::GetPrintButtonAction(1), 18u); }},
         {"GetPrintButtonFlags", [] { EXPECT_EQ(utilsExam::GetPrintButtonFlags(1), 13u); }},
-        {"getTemperatureThreshold",
-         [] { EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 39.8); }},
+        {"getTemperatureThreshold", [] { CStatusProbeSensor::getTemperatureThreshold(); }},
         {"CalculateDialogRect", [] { utilsExam::CalculateDialogRect(); }},
         {"BalloonMessageService",
          [] {
@@ -274,10 +286,12 @@ TEST_F(MemoryTest, LeavesNoOperationOnWindowsAndFacts)
     };
     for (const Operation& operation : operations)
         EXPECT_FALSE(Throws(operation.call)) << operation.name;
+    EXPECT_EQ(CStatusProbeSensor::getTemperatureThreshold(), 40.5);
 }
 
 TEST_F(MemoryTest, LeavesNoRecording)
 {
+    StoreSetting(L"Settings\\Capture", L"RecordCodec", L"Uncompressed");
     const CString raw = (m_folder / L"a raw cine.bin").c_str();
     const CString movie = (m_folder / L"a movie.avi").c_str();
     CCineStore store;
@@ -289,6 +303,10 @@ TEST_F(MemoryTest, LeavesNoRecording)
     std::vector<unsigned char> data(64);
     CBitmap frame;
     frame.Attach(CreateBitmap(16, 16, 1, 32, nullptr));
+    const std::vector<CRect> planes(5, CRect(0, 0, 16, 16));
+    unsigned int image[16 * 16] = {};
+    CBitmap mask;
+    mask.Attach(CreateBitmap(16, 16, 1, 1, nullptr));
     const Operation operations[] = {
         {"CCineStore",
          [&] {
@@ -301,10 +319,18 @@ TEST_F(MemoryTest, LeavesNoRecording)
              movies.AddFrame(frame, false, false);
              movies.EndStorage();
          }},
+        {"CCineStoreAVI of planes",
+         [&] {
+             movies.InitStorage(movie, &frame, 16, 16, planes, 32);
+             movies.AddFrame(image, image, image, image, image, mask, mask, false, false, false,
+                             false);
+             movies.EndStorage();
+         }},
     };
     for (const Operation& operation : operations)
         EXPECT_FALSE(Throws(operation.call)) << operation.name;
     EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(movies.InitStorage(movie, &frame, 16, 16, planes, 32)) << "nothing was recorded";
 }
 
 TEST_F(MemoryTest, LeavesNoOperationOnPictures)
