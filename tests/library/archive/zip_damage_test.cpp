@@ -4,6 +4,7 @@
 
 #include <qor_utils/zelLogger.h>
 #include <test_support/ChildTest.h>
+#include <test_support/Program.h>
 #include <test_support/ResourceCounts.h>
 #include <Utils_Statics/ZipCompress.h>
 
@@ -204,6 +205,23 @@ TEST_F(ZipDamage, DiskFullEndsTheExtraction)
     const DWORD before = test_support::HandleCount();
     extract();
     EXPECT_EQ(test_support::HandleCount(), before);
+}
+
+// More is written than what the archive's writer keeps until the end of a file.
+TEST_F(ZipDamage, DiskFullEndsAFileInItsMiddle)
+{
+    const std::size_t limit = FileLimit();
+    if (limit == 0) GTEST_SKIP() << "run by disk-full, under a limit on the size of files";
+    const std::wstring program = test_support::ProgramPath();
+    ASSERT_GT(test_support::ReadFile(program).size(), 10 * limit);
+    ZipCompress zip;
+    ASSERT_TRUE(zip.Create(Archive().c_str()));
+    LogCapture log;
+    EXPECT_FALSE(zip.AddFile(program.c_str()));
+    const auto messages = log.Take();
+    ASSERT_EQ(messages.size(), 2u) << "of the write, and of the entry's end";
+    EXPECT_EQ(messages[0].text, L"-1");
+    EXPECT_EQ(messages[1].text, L"-1");
 }
 
 TEST_F(ZipDamage, DiskFullEndsThePacking)

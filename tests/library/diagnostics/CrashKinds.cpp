@@ -420,6 +420,8 @@ constexpr Kind kinds[] = {
     {"millisecond-run", [] { CallFilterAfter(millisecond); }},
     {"short-run", [] { CallFilterAfter(millisecond - 1); }},
     {"clock-set-back", [] { CallFilterAfter(-minute); }},
+    {"fault-in-filter", CallFilterWithAFaultInIt},
+    {"message-in-filter", CallFilterWithAMessageInIt},
     {"old-system", CallFilterOnAnOldSystem},
 };
 

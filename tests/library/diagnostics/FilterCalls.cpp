@@ -105,6 +105,39 @@ void CallFilterAfter(long long units)
 
 namespace {
 
+BOOL WINAPI Fault(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*)
+{
+    RaiseException(static_cast<DWORD>(STATUS_ACCESS_VIOLATION), 0, 0, nullptr);
+    return FALSE;
+}
+
+BOOL WINAPI TellAndWrite(const wchar_t* section, const wchar_t* name, const wchar_t* value,
+                         const wchar_t* file)
+{
+    OutputDebugStringW(L"a message");
+    return WritePrivateProfileStringW(section, name, value, file);
+}
+
+void CallFilterWith(decltype(&Fault) write)
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "WritePrivateProfileStringW", write);
+    ExitProcess(static_cast<UINT>(Exception().Filter()));
+}
+
+} // namespace
+
+void CallFilterWithAFaultInIt()
+{
+    CallFilterWith(&Fault);
+}
+
+void CallFilterWithAMessageInIt()
+{
+    CallFilterWith(&TellAndWrite);
+}
+
+namespace {
+
 LONG WINAPI TellOldSystem(OSVERSIONINFOW* system)
 {
     system->dwPlatformId = VER_PLATFORM_WIN32_NT;

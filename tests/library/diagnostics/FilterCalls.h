@@ -41,6 +41,13 @@ void CallFilterForCreation();
 // 2024, 09:05:07.
 void CallFilterAfter(long long units);
 
+// Calls the filter while the first setting of the reporter cannot be written without a fault. The
+// exit code is the result.
+void CallFilterWithAFaultInIt();
+
+// The same, but each setting is written with an exception that the platform handles itself.
+void CallFilterWithAMessageInIt();
+
 // Calls the filter on a system of an old version. No crash handler was made before, so the filter
 // asks for the version now.
 void CallFilterOnAnOldSystem();

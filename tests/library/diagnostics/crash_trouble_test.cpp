@@ -376,6 +376,23 @@ TEST_F(CrashTrouble, WithoutAReporterTheFilterLetsThePlatformGoOn)
     EXPECT_EQ(m_exitCode, 0u);
 }
 
+TEST_F(CrashTrouble, AFaultInsideThePartThatWritesTheSettingsCostsThemAlone)
+{
+    ASSERT_TRUE(Crash(L"fault-in-filter"));
+    EXPECT_EQ(m_exitCode, 1u);
+    EXPECT_TRUE(IsReporterStarted());
+    EXPECT_EQ(TheReport().exception, L"an Illegal Instruction");
+    EXPECT_EQ(FilesOf(Log(L""), L".dmp").size(), 1u);
+    EXPECT_FALSE(FileExists(App(L"crashreport.ini")));
+}
+
+TEST_F(CrashTrouble, AnExceptionThatThePlatformHandlesCostsNothing)
+{
+    ASSERT_TRUE(Crash(L"message-in-filter"));
+    EXPECT_TRUE(IsReporterStarted());
+    EXPECT_TRUE(FileExists(App(L"crashreport.ini")));
+}
+
 TEST_F(CrashTrouble, UnderADebuggerNoReporterIsStarted)
 {
     ASSERT_TRUE(CrashDebugged(L"call-filter"));

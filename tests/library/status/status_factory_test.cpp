@@ -5,8 +5,10 @@
 #include <test_support/ComScope.h>
 #include <Utils_Statics/CStatusBurning.h>
 #include <Utils_Statics/CStatusFactory.h>
+#include <Utils_Statics/CStatusFtpTransfer.h>
 #include <Utils_Statics/CStatusGps.h>
 #include <Utils_Statics/CStatusNetwork.h>
+#include <Utils_Statics/CStatusProbeSensor.h>
 #include <Utils_Statics/CStatusRecording.h>
 #include <Utils_Statics/CStatusStreaming.h>
 #include <Utils_Statics/CStatusWireless.h>
@@ -229,9 +231,10 @@ TEST_F(WholeLife, DISABLED_OfTheRealItems)
         Set(name, 1);
     CStatusBurning::setState(true); // before it is registered
     const std::vector<IStatusItem*> items = {
-        CStatusNetwork::getInstance(), CStatusWireless::getInstance(),
-        CStatusBurning::getInstance(), CStatusRecording::getInstance(),
-        CStatusGps::getInstance(),     CStatusStreaming::getInstance()};
+        CStatusNetwork::getInstance(),     CStatusWireless::getInstance(),
+        CStatusBurning::getInstance(),     CStatusRecording::getInstance(),
+        CStatusGps::getInstance(),         CStatusStreaming::getInstance(),
+        CStatusFtpTransfer::getInstance(), CStatusProbeSensor::getInstance()};
     for (IStatusItem* const item : items) {
         CStatusFactory::addItem(item);
         item->updateVisibleState();
@@ -245,7 +248,8 @@ TEST_F(WholeLife, DISABLED_OfTheRealItems)
         right -= item->drawIcon(CRect(0, 0, right, 60), row.Graphics());
         rights.push_back(right);
     }
-    EXPECT_EQ(rights, (std::vector{176, 176, 152, 152, 128, 104}));
+    // The warning of a probe without a reading takes what is left.
+    EXPECT_EQ(rights, (std::vector{176, 176, 152, 152, 128, 104, 104, 0}));
     EXPECT_EQ(row.At(180, 30), 0xFF0000FFu);
     EXPECT_EQ(row.At(160, 30), 0xFFFF0000u);
     EXPECT_EQ(row.At(140, 30), 0xFFFFFF00u);

@@ -16,6 +16,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -315,6 +316,14 @@ TEST_F(StreamingTimer, TurnsTheIconDarkAndLitAndAsksForARepaint)
     Tick(s_lastTimer);
     EXPECT_TRUE(IsLit());
     EXPECT_EQ(Repaints(), 2u);
+}
+
+TEST_F(StreamingTimer, KeepsFromThePlatformWhatTheCallbackThrows)
+{
+    IStatusItem::SetStatusCallback([] { throw std::runtime_error("no repaint"); });
+    EXPECT_NO_THROW(Tick(s_lastTimer));
+    IStatusItem::SetStatusCallback(nullptr);
+    EXPECT_FALSE(IsLit());
 }
 
 // The platform may call after the end of the timer.
