@@ -84,13 +84,15 @@ bool DrivenExam::IsRunning(DWORD milliseconds) const
     return m_process && WaitForSingleObject(m_process.get(), milliseconds) == WAIT_TIMEOUT;
 }
 
-bool DrivenExam::Ask(UINT message) const
+bool DrivenExam::Ask(UINT message)
 {
     DWORD_PTR result = 0;
-    return SendMessageTimeoutW(m_window, message, 0, 0, SMTO_NORMAL, longestAnswer, &result) != 0;
+    m_hangs = m_hangs ||
+              !SendMessageTimeoutW(m_window, message, 0, 0, SMTO_NORMAL, longestAnswer, &result);
+    return !m_hangs;
 }
 
-std::optional<Reading> DrivenExam::Read() const
+std::optional<Reading> DrivenExam::Read()
 {
     if (!Ask(RegisterWindowMessageW(probeMessage))) return {};
     return Reading{0,
@@ -142,7 +144,6 @@ unsigned DrivenExam::Threads() const
     return 0;
 }
 
-// Memory that is the process's own.
 unsigned DrivenExam::Megabytes() const
 {
     PROCESS_MEMORY_COUNTERS counters{};

@@ -26,10 +26,13 @@ public:
     /// False when there is no window, or no hook in it.
     bool IsReady() const { return m_window && m_hook; }
     bool IsRunning(DWORD milliseconds = 0) const;
-    /// True when the window handles a message in twenty seconds.
-    bool Answers() const { return Ask(WM_NULL); }
+    /// True when the window handles a message in twenty seconds. One that once did not is not asked
+    /// again.
+    bool Answers() { return Ask(WM_NULL); }
     /// The figures; nothing when the window does not answer.
-    std::optional<Reading> Read() const;
+    std::optional<Reading> Read();
+    /// The memory that is its own.
+    unsigned Megabytes() const;
     /// Its exit code; MAXDWORD when it does not end in a minute.
     DWORD ExitCode() const;
 
@@ -41,15 +44,15 @@ public:
     bool Owns(HWND window) const;
 
 private:
-    bool Ask(UINT message) const;
+    bool Ask(UINT message);
     void FindWindow();
     void PutHook();
     unsigned Threads() const;
-    unsigned Megabytes() const;
 
     base::Process m_process;
     DWORD m_id = 0;
     HWND m_window = nullptr;
+    bool m_hangs = false;
     base::Module m_probe; // outlives the hook
     base::Hook m_hook;
 };

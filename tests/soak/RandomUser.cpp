@@ -10,7 +10,8 @@ namespace soak {
 
 namespace {
 
-constexpr DWORD pause = 20; // milliseconds between two things
+constexpr DWORD pause = 20;        // milliseconds between two things
+constexpr DWORD probePause = 2000; // in which the frames of a probe fill some megabytes
 constexpr wchar_t menuClass[] = L"#32768";
 constexpr wchar_t dialogClass[] = L"#32770";
 
@@ -21,7 +22,7 @@ RECT Screen()
 
 } // namespace
 
-RandomUser::RandomUser(const DrivenExam& exam, std::vector<std::wstring> files, unsigned seed)
+RandomUser::RandomUser(DrivenExam& exam, std::vector<std::wstring> files, unsigned seed)
     : m_exam(exam), m_files(std::move(files)), m_random(seed)
 {
     for (const exam::Command& command : exam::Commands()) {
@@ -37,6 +38,19 @@ void RandomUser::PressAll()
         Press(key);
         Settle();
         Rest();
+    }
+}
+
+void RandomUser::FillProbes()
+{
+    constexpr int mostPauses = 15;
+    for (UINT key = '1'; key <= '3'; ++key) {
+        Press({key, true});
+        unsigned before = 0;
+        for (int i = 0; i < mostPauses && m_exam.Megabytes() > before; ++i) {
+            before = m_exam.Megabytes();
+            Sleep(probePause);
+        }
     }
 }
 
@@ -87,7 +101,7 @@ LONG RandomUser::Between(LONG first, LONG end)
     return std::uniform_int_distribution(first, end - 1)(m_random);
 }
 
-void RandomUser::Settle() const
+void RandomUser::Settle()
 {
     Sleep(pause);
     m_exam.Answers();

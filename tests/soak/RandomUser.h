@@ -15,10 +15,13 @@ class RandomUser
 {
 public:
     /// `files` are those that it opens. The application outlives this object.
-    RandomUser(const DrivenExam& exam, std::vector<std::wstring> files, unsigned seed);
+    RandomUser(DrivenExam& exam, std::vector<std::wstring> files, unsigned seed);
 
     /// Carries out every command once, so that all that is made only once is there.
     void PressAll();
+
+    /// Lets each simulated probe run until it has as many frames as it keeps.
+    void FillProbes();
 
     /// Does one thing: with the menu or the dialog that is open, else with the window.
     void Act();
@@ -35,7 +38,7 @@ private:
 
     int Below(int end);
     LONG Between(LONG first, LONG end);
-    void Settle() const;
+    void Settle();
     std::optional<POINT> PlaceIn(HWND window);
     std::optional<POINT> AnyPlace();
     bool IsHarmless(POINT place) const;
@@ -52,7 +55,7 @@ private:
     void UseDialog(HWND dialog);
     void ChooseFile();
 
-    const DrivenExam& m_exam;
+    DrivenExam& m_exam;
     std::vector<std::wstring> m_files;
     std::vector<Key> m_keys; // of the commands
     std::mt19937 m_random;

@@ -41,6 +41,8 @@ public:
     {
         if (!m_exam.IsReady()) return Tell("the application cannot be started");
         m_user.PressAll();
+        m_user.FillProbes();
+        if (!m_exam.Answers()) return TellOfSilence();
         m_begin = GetTickCount64();
         soak::PrintHeader();
         for (unsigned next = 0; Passed() < m_seconds && m_faults == 0;) {
@@ -66,21 +68,24 @@ private:
         ++m_faults;
     }
 
+    // The window goes first when the application ends.
+    void TellOfSilence()
+    {
+        Tell(m_exam.IsRunning(1000) ? "the application hangs" : "the application has ended");
+    }
+
     void Act()
     {
         m_user.Act();
         ++m_actions;
-        if (!m_exam.IsRunning())
-            Tell("the application has ended");
-        else if (!m_exam.Answers())
-            Tell("the application hangs");
+        if (!m_exam.Answers()) TellOfSilence();
     }
 
     void Read()
     {
         m_user.Rest();
         std::optional<soak::Reading> reading = m_exam.Read();
-        if (!reading) return Tell("the application hangs");
+        if (!reading) return TellOfSilence();
         reading->seconds = Passed();
         reading->actions = m_actions;
         soak::Print(*reading);
