@@ -1,6 +1,7 @@
 // The reader of version resources: what it finds.
 #include "MiniVersionFixture.h"
 
+#include <base/Handles.h>
 #include <test_support/Program.h>
 
 #include <algorithm>
@@ -189,6 +190,18 @@ TEST_F(MiniVersion, IsSearchedForAsLibrariesAre)
     EXPECT_EQ(version.Init(), 1);
     EXPECT_NE(version.File(), none);
     version.Release();
+}
+
+TEST_F(MiniVersion, AFileThatAnotherProgramWritesToOrDeletesIsRead)
+{
+    WholeFile();
+    const DWORD everything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    for (const DWORD access : {GENERIC_WRITE, DELETE}) {
+        const base::File other(
+            CreateFileW(File().c_str(), access, everything, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(other);
+        EXPECT_EQ(Again().File(), (Numbers{1, 2, 3, 4})) << access;
+    }
 }
 
 TEST_F(MiniVersion, FilesOf16BitsAreRead)
