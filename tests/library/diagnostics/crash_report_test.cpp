@@ -16,7 +16,7 @@ namespace {
 using CrashReport = CrashTest;
 
 // A moment of UTC, in the form of the report.
-std::wstring Local(const SYSTEMTIME& utc)
+std::wstring Local(const SYSTEMTIME& utc, const wchar_t* format = L"%d/%d/%d %02d:%02d:%02d")
 {
     FILETIME moment = {}, local = {};
     SYSTEMTIME time = {};
@@ -24,8 +24,8 @@ std::wstring Local(const SYSTEMTIME& utc)
     FileTimeToLocalFileTime(&moment, &local);
     FileTimeToSystemTime(&local, &time);
     wchar_t text[64];
-    wsprintfW(text, L"%d/%d/%d %02d:%02d:%02d", time.wMonth, time.wDay, time.wYear, time.wHour,
-              time.wMinute, time.wSecond);
+    wsprintfW(text, format, time.wMonth, time.wDay, time.wYear, time.wHour, time.wMinute,
+              time.wSecond);
     return text;
 }
 
@@ -162,6 +162,8 @@ TEST_F(CrashReport, TellsHowLongTheProcessRan)
     EXPECT_EQ(report.startTime, Local({2024, 6, 0, 27, 5, 0, 0, 0}));
     EXPECT_EQ(report.endTime, Local({2024, 6, 0, 30, 9, 5, 7, 0}));
     EXPECT_EQ(report.errorTime, report.endTime);
+    const std::wstring name = Local({2024, 6, 0, 30, 9, 5, 6, 0}, L"%02d%02d%d_%02d%02d%02d");
+    EXPECT_EQ(report.baseName, L"crash_child_" + name) << "in steps of two seconds";
 }
 
 TEST_F(CrashReport, TellsAMillisecondInParts)
