@@ -83,6 +83,13 @@ TEST_F(MiniVersion, ANodeShorterThanItsHeadEndsItsList)
     ExpectTexts(root, L"||", "the table of the language");
     root.children[0].length = 3;
     ExpectTexts(root, L"||", "the string tables");
+
+    root = Complete();
+    Node empty;
+    empty.length = 7; // one byte less than the head and the end of the key
+    std::vector<Node>& texts = root.children[0].children[0].children;
+    texts.insert(texts.begin() + 1, empty);
+    ExpectTexts(root, L"Kestrow||", "a text without a whole key");
 }
 
 TEST_F(MiniVersion, TextsEndAtTheirNullWhateverLengthTheyName)
