@@ -13,7 +13,7 @@ struct Figure
 };
 
 constexpr Figure figures[] = {{"handles", 16}, {"files", 4},   {"GDI", 32},
-                              {"USER", 16},    {"threads", 4}, {"MiB", 48}};
+                              {"USER", 16},    {"threads", 4}, {"MiB", 24}};
 constexpr std::size_t figureCount = std::size(figures);
 
 /// The figures of one moment, in their order.

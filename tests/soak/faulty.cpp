@@ -3,24 +3,26 @@
 #include <windows.h>
 
 #include <string_view>
+#include <vector>
 
 namespace {
 
 std::wstring_view s_fault;
+std::vector<char> s_lost;
 
-void GoWrong(UINT message)
+void GoWrongAtAClick()
 {
-    const bool isKey = message == WM_KEYDOWN;
-    if (!isKey && message != WM_LBUTTONDOWN) return;
-    if (s_fault == (isKey ? L"hang at a key" : L"hang at a click")) Sleep(INFINITE);
-    if (s_fault == L"end" && !isKey) ExitProcess(0);
-    for (int i = 0; i < 100 && s_fault == L"lose" && !isKey; ++i)
+    if (s_fault == L"hang at a click") Sleep(INFINITE);
+    if (s_fault == L"end") ExitProcess(0);
+    for (int i = 0; i < 100 && s_fault == L"lose brushes"; ++i)
         CreateSolidBrush(RGB(1, 2, 3));
+    if (s_fault == L"lose memory") s_lost.resize(s_lost.size() + (4 << 20), 'x');
 }
 
 LRESULT CALLBACK Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    GoWrong(message);
+    if (message == WM_KEYDOWN && s_fault == L"hang at a key") Sleep(INFINITE);
+    if (message == WM_LBUTTONDOWN) GoWrongAtAClick();
     if (message == WM_KEYDOWN && wParam == 'Q' && GetKeyState(VK_CONTROL) < 0) PostQuitMessage(0);
     return DefWindowProcW(window, message, wParam, lParam);
 }
