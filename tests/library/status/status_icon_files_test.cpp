@@ -120,9 +120,8 @@ TEST_F(IconFiles, ThatPromiseTooMuchAreNotShown)
     file[19] = file[23] = '\x60';
     WriteFile(File(), file);
     Row row;
-    const int width = Shown(row);
-    EXPECT_TRUE(width == 0 || width == 60000);
-    EXPECT_EQ(row.Drawn().right > 0 && width == 0, false);
+    Shown(row); // its width is the platform's
+    EXPECT_EQ(row.Drawn(), CRect());
 }
 
 TEST_F(IconFiles, OfOtherFormatsAreShownToo)
