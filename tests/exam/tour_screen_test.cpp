@@ -133,11 +133,11 @@ TEST(TourReport, FailsByAStepThatWorksTooLong)
 
 TEST(TourReport, FailsByAStepThatWaitsMuchTooLong)
 {
-    TourReport report(std::chrono::milliseconds(300));
+    TourReport report(std::chrono::milliseconds(500));
     std::this_thread::sleep_for(std::chrono::milliseconds(600)); // which a busy machine may take
     report.Step(true, L"one");
     EXPECT_TRUE(report.Close());
-    std::this_thread::sleep_for(std::chrono::milliseconds(2000));
+    std::this_thread::sleep_for(std::chrono::milliseconds(3200));
     report.Step(true, L"another");
     EXPECT_FALSE(report.Close());
 }
