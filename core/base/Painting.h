@@ -9,7 +9,8 @@
 
 namespace exam {
 
-/// The one font of the application, smooth, in a height in pixels.
+/// The one font of the application, smooth, in a height in pixels. Helvetica is Arial on Windows;
+/// elsewhere there may be a smoother one for it.
 class TextFont : public CFont
 {
 public:
@@ -17,7 +18,7 @@ public:
     {
         CreateFont(-pixels, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                    OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
-                   DEFAULT_PITCH | FF_SWISS, L"Arial");
+                   DEFAULT_PITCH | FF_SWISS, L"Helvetica");
     }
 };
 

@@ -257,8 +257,8 @@ TEST_P(HoverTipTest, HasTheColoursAndTheFontOfTheApplication)
     EXPECT_EQ(static_cast<COLORREF>(SendMessageW(tip, TTM_GETTIPTEXTCOLOR, 0, 0)), palette::text);
     LOGFONTW font = {};
     GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(tip, WM_GETFONT, 0, 0)), sizeof font, &font);
-    EXPECT_STREQ(font.lfFaceName, L"Arial");
-    EXPECT_EQ(font.lfQuality, ANTIALIASED_QUALITY);
+    EXPECT_STREQ(font.lfFaceName, L"Helvetica");
+    EXPECT_EQ(font.lfQuality, CLEARTYPE_QUALITY);
 }
 
 TEST_P(HoverTipTest, WaitsAnewWhenThePointerHasGoneOnAndNotAtAllWhenItLeaves)
