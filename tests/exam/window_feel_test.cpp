@@ -250,6 +250,15 @@ TEST_F(WindowFeel, PlayingSkipsNoFrame)
         EXPECT_EQ(seen.at(static_cast<std::size_t>(i)), i + 1);
 }
 
+// Answers the question whether the unpacked study shall be opened, as soon as it is asked.
+void CALLBACK DeclineStudy(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    const HWND box = FindWindowW(L"#32770", nullptr);
+    if (GetDlgItem(box, IDNO) == nullptr) return;
+    KillTimer(nullptr, timer);
+    PostMessageW(box, WM_COMMAND, IDNO, 0);
+}
+
 TEST_F(WindowFeel, LongWorkShowsItsProgress)
 {
     Examination& exam = m_window->Exam();
@@ -278,6 +287,7 @@ TEST_F(WindowFeel, LongWorkShowsItsProgress)
     exam.Pack();
     EXPECT_GT(signs.Steps(), frames);
     EXPECT_LT(signs.Longest(), longestBlock) << "packing";
+    SetTimer(nullptr, 0, 20, DeclineStudy);
     exam.Unpack();
     EXPECT_LT(signs.Longest(), longestBlock) << "unpacking";
     EXPECT_TRUE(std::filesystem::exists(m_folder / L"study-001\\S1\\marked.cine"));
