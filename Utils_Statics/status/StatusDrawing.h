@@ -11,8 +11,7 @@
 namespace utils_statics {
 
 // True when the user wants something shown, by the number stored in the profile section
-// "Settings\\Status". No stored number means false, and so does lack
-// of memory.
+// "Settings\\Status". No stored number means false, and so does want of memory.
 bool IsWanted(const wchar_t* setting);
 
 // Draws an item's image file unscaled at the right edge of a free part of the row; nothing while
