@@ -303,7 +303,7 @@ TEST_F(MemoryTest, LeavesNoRecording)
     std::vector<unsigned char> data(64);
     CBitmap frame;
     frame.Attach(CreateBitmap(16, 16, 1, 32, nullptr));
-    const std::vector<CRect> planes(5, CRect(0, 0, 16, 16));
+    const std::vector<CRect> planes(6, CRect(0, 0, 16, 16));
     unsigned int image[16 * 16] = {};
     CBitmap mask;
     mask.Attach(CreateBitmap(16, 16, 1, 1, nullptr));
