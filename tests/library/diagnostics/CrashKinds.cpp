@@ -3,6 +3,7 @@
 #include "diagnostics/FaultGuard.h"
 #include "FilterCalls.h"
 
+#include <base/Handles.h>
 #include <qor_utils/LogOutput.h>
 #include <qor_utils/zelLogger.h>
 #include <test_support/ImportHook.h>
@@ -12,6 +13,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -141,9 +143,14 @@ void ArrayBounds()
 }
 
 // Takes the whole heap, in pieces down to the smallest. The compiler must not know that nobody uses
-// them.
+// them. Wine's own memory comes from the same addresses, and without any it opens no file. The
+// listing of a large folder takes some meanwhile, and gives it back at the end.
 void TakeHeap()
 {
+    wchar_t folder[MAX_PATH] = {};
+    GetSystemDirectoryW(folder, MAX_PATH);
+    WIN32_FIND_DATAW first = {};
+    const base::Find listing(FindFirstFileW((std::wstring(folder) + L"\\*").c_str(), &first));
     void* volatile taken = nullptr;
     for (std::size_t size = 64 * 1024 * 1024; size >= 16; size /= 2)
         do
