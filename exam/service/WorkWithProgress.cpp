@@ -77,6 +77,7 @@ ArchiveResult WorkWithProgress(CWnd& owner, const CString& title,
         HandleMessages(window.GetSafeHwnd());
         MsgWaitForMultipleObjects(0, nullptr, FALSE, interval, QS_ALLINPUT);
     }
+    progress.Show(window); // work may end before the window was asked for it
     if (wasEnabled) ::EnableWindow(owner.GetSafeHwnd(), TRUE);
     return result.get();
 }
