@@ -52,7 +52,7 @@ void Examination::Cancel()
         EndRecording();
 }
 
-// The question to ask before the window closes; empty when nothing would be lost.
+// The question to ask before the study is closed; empty when nothing would be lost.
 CString Examination::WhatWouldBeLost()
 {
     if (m_study.IsSaved(m_state.Content()) || m_state.Content() == StudyContent()) return {};

@@ -1,4 +1,4 @@
-// The commands on archives: what is offered when one is unpacked, and what is said when one fails.
+// Commands unpack an archive, offer its study, and say what is wrong with it.
 #include "CommandsFixture.h"
 #include "image/CineProblem.h"
 #include "record/StudyArchive.h"
@@ -33,6 +33,23 @@ TEST_F(CommandsTest, AnUnpackedStudyIsOfferedAndOpened)
     EXPECT_EQ(m_state.Content().marks.size(), 1u);
     m_exam.OpenStudy(study);
     EXPECT_EQ(m_state.Content().marks.size(), 2u);
+}
+
+TEST_F(CommandsTest, AStudyThatCannotBeSavedIsNotLeftForAnUnpackedOneWithoutAQuestion)
+{
+    const std::wstring patient = m_folder / L"P1";
+    std::filesystem::create_directories(patient + L"\\S1");
+    m_exam.OpenStudy(patient + L"\\S1");
+    m_state.SelectImage(0);
+    Measure();
+    m_exam.Pack();
+    std::filesystem::remove_all(patient);
+    test_support::WriteFile(patient, "no folder");
+    Measure();
+    m_window.m_answer = true;
+    m_exam.Unpack();
+    EXPECT_EQ(m_window.m_questions.size(), 2u); // whether to open it, and whether to lose the mark
+    EXPECT_EQ(m_state.StudyFolder(), m_folder / L"study-001\\S1");
 }
 
 TEST_F(CommandsTest, WhatIsWrongWithAnArchiveIsSaidInTheUsersLanguage)
