@@ -10,7 +10,7 @@ import sources
 
 MAP = "tools/arrows"
 LIBRARY = "Utils_Statics/"
-# Sources at the top of the library that have the name of no header.
+# These sources at the top of the library have the name of no header.
 ROOMS = {"ZipArchive": "archive", "StatusProbeSensor": "status", "kwxerrimpl": "windows",
          "Utils_Statics": "environment", "StaticObjects": "environment",
          "CUtils_StaticsApp": "environment"}

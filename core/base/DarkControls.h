@@ -15,9 +15,10 @@ LRESULT DarkColours(WPARAM context, COLORREF ground);
 /// of the application from now on. The platform does all the rest.
 void Darken(HWND control);
 
-/// Lets the title bar of a window be dark where the platform has dark ones, and the scroll bars of
-/// a control.
+/// Lets the title bar of a window be dark where the platform has dark ones.
 void DarkenFrame(HWND window);
+
+/// Lets the scroll bars of a control be dark where the platform has dark ones.
 void DarkenScrollBars(HWND control);
 
 /// Draws a tick around a point. `dpi`: the dots per inch of the screen.

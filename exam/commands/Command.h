@@ -65,6 +65,12 @@ struct Command
     Menu menu = Menu::none; ///< the menu that it stands in, in the table's order
 };
 
+/// True while commands on the flow of the strip can be carried out.
+inline bool IsFlowShown(const ExamState& state)
+{
+    return state.IsFlowShown();
+}
+
 /// The parts of the table, one for each menu; Commands() joins them and fills `menu`.
 std::span<const Command> ImageCommands();
 std::span<const Command> MeasureCommands();

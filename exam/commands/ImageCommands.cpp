@@ -9,11 +9,6 @@ constexpr int levelStep = 8;
 
 using State = ExamState;
 
-bool IsFlowShown(const State& state)
-{
-    return state.IsFlowShown();
-}
-
 void SelectImage(Examination& exam, int param)
 {
     exam.State().SelectImage(static_cast<std::size_t>(param));

@@ -8,11 +8,6 @@ namespace {
 
 using State = ExamState;
 
-bool IsFlowShown(const State& state)
-{
-    return state.IsFlowShown();
-}
-
 // Lets the next press begin a mark of a kind.
 template <MarkKind kind>
 void Choose(Examination& exam, int)

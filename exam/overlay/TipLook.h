@@ -11,7 +11,7 @@
 
 namespace exam {
 
-/// A click on a tip may follow this.
+/// Tells which tips are links, and follows them.
 struct TipLink
 {
     std::function<bool(const CString& text)> isOne; ///< a click on a tip with this text follows it

@@ -37,7 +37,7 @@ protected:
     ExamStateTest()
     {
         EXPECT_TRUE(zel_string_convert::LoadTable(test_support::BesideProgram(L"sample\\strings")));
-        // Copies, because a test damages one.
+        // The recordings are copied, because a test damages one.
         qor_utils::SetStoreFolder(qor_utils::imagesStore, m_folder.Path());
         for (const wchar_t* const name : {L"curved.cine", L"linear.cine"}) {
             const std::wstring original = test_support::BesideProgram(L"sample\\images\\") + name;

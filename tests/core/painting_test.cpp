@@ -1,4 +1,4 @@
-// What the application draws with.
+// The application draws its texts with a smooth font.
 #include "base/Painting.h"
 
 #include "record/PixelCanvas.h"

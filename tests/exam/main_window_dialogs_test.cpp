@@ -1,5 +1,4 @@
-// The dialogs and the windows over the main window: their frames, the search for a folder, and
-// balloons.
+// Windows over the main window are dark, a form finds a folder, and balloons have room.
 #include "MainWindowFixture.h"
 #include "service/ServiceWindows.h"
 
@@ -17,7 +16,7 @@ using namespace exam;
 
 namespace {
 
-// The windows whose frames, and the controls whose scroll bars are dark.
+// These windows have dark frames, and these controls dark scroll bars.
 std::set<HWND> s_darkFrames;
 std::set<HWND> s_darkBars;
 

@@ -31,7 +31,7 @@ public:
     bool Answers() { return Ask(WM_NULL); }
     /// The figures; nothing when the window does not answer.
     std::optional<Reading> Read();
-    /// The memory that is its own.
+    /// Tells how much memory is its own, in MiB.
     unsigned Megabytes() const;
     /// Its exit code; MAXDWORD when it does not end in a minute.
     DWORD ExitCode() const;

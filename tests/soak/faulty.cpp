@@ -1,5 +1,5 @@
-// An application that goes wrong on purpose, for the driver itself: as the environment's SOAK_FAULT
-// says, at a key or at a click. It has a window, and ends at Ctrl+Q.
+// This application goes wrong on purpose, to try the driver: at a key or at a click, as the
+// environment's SOAK_FAULT says. It has a window, and ends at Ctrl+Q.
 #include <windows.h>
 
 #include <string_view>
