@@ -12,7 +12,7 @@ struct Figure
     unsigned tolerance; ///< by which it may grow
 };
 
-constexpr Figure figures[] = {{"handles", 16}, {"files", 4},   {"GDI", 32},
+constexpr Figure figures[] = {{"handles", 12}, {"files", 4},   {"GDI", 32},
                               {"USER", 16},    {"threads", 4}, {"MiB", 24}};
 constexpr std::size_t figureCount = std::size(figures);
 

@@ -16,16 +16,17 @@ struct OpenHandles
     DWORD others = 0;
 };
 
-// The platform keeps a key of this name open each time that it is asked for a video codec.
+// Wine keeps a key of such a name open: the first each time that it is asked for a video codec, the
+// other each time that a file is chosen in its dialog.
 bool IsKeptKey(HANDLE handle)
 {
-    constexpr std::wstring_view ending = L"\\Drivers32";
     alignas(UNICODE_STRING) char bytes[2048];
     ULONG size = 0;
     constexpr auto nameInformation = static_cast<OBJECT_INFORMATION_CLASS>(1);
     if (NtQueryObject(handle, nameInformation, bytes, sizeof bytes, &size) < 0) return false;
     const auto& name = *reinterpret_cast<const UNICODE_STRING*>(bytes);
-    return std::wstring_view(name.Buffer, name.Length / sizeof(wchar_t)).ends_with(ending);
+    const std::wstring_view text(name.Buffer, name.Length / sizeof(wchar_t));
+    return text.ends_with(L"\\Drivers32") || text.ends_with(L"\\ComDlg32\\LastVisitedMRU");
 }
 
 OpenHandles CountHandles()
