@@ -55,8 +55,8 @@ public:
     /// content of `bytes` is of no use then.
     virtual bool ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const = 0;
 
-    /// Closes the file of frames that are not on display. The next ReadFrame() opens it again, and
-    /// is false when the file was changed meanwhile.
+    /// Closes the file of frames that are not on display, and frees what it took in memory. The
+    /// next ReadFrame() opens it again, and is false when the file was changed meanwhile.
     virtual void Rest() const {}
 
     /// The marked frames, in their order.

@@ -1,5 +1,6 @@
 #include "image/PictureFile.h"
 
+#include <base/FilePath.h>
 #include <base/GdiPlusSession.h>
 #include <Utils_Statics/BitmapFunctions.h>
 
@@ -30,9 +31,16 @@ bool PictureFile::Open(const std::wstring& path)
 {
     const base::GdiPlusSession session;
     if (!session) return false;
-    const SIZE size = SizeOf(path);
-    if (!Describe(size, 1, 0)) return false;
-    const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(path.c_str(), &size));
+    m_path = base::FullPath(path.c_str());
+    return m_file.Open(path) && Describe(SizeOf(path), 1, 0) && Decode();
+}
+
+bool PictureFile::Decode() const
+{
+    const base::GdiPlusSession session;
+    if (!session) return false;
+    const SIZE size = {Lines(), Samples()};
+    const std::unique_ptr<CBitmap> bitmap(BitmapFromFile(m_path.c_str(), &size));
     if (!bitmap) return false;
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof info.bmiHeader, size.cx, -size.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
@@ -47,9 +55,16 @@ bool PictureFile::Open(const std::wstring& path)
 
 bool PictureFile::ReadFrame(int frame, std::vector<std::uint8_t>& bytes) const
 {
-    if (frame != 0) return false;
+    char first = 0;
+    if (frame != 0 || (m_planes.empty() && (!m_file.Read(0, &first, 1) || !Decode()))) return false;
     bytes = m_planes;
     return true;
+}
+
+void PictureFile::Rest() const
+{
+    m_file.Rest();
+    m_planes = {};
 }
 
 bool SavePng(HBITMAP bitmap, const std::wstring& path)

@@ -48,15 +48,22 @@ std::wstring ExamState::AddRecording(const std::wstring& name)
     return AddFile(std::wstring(utilsExam::GetImage(name.c_str())), name);
 }
 
-// Adds a recording whose objects in a study have this name.
-std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& name)
+// Adds a file whose objects in a study have this name, open.
+std::wstring ExamState::AddOpenFile(const std::wstring& path, const std::wstring& name)
 {
     OpenedFrames opened = OpenFrames(path);
     if (!opened.source) return opened.problem;
-    opened.source->Rest();
     m_sources.push_back({std::move(opened.source), name, path});
     if (m_sources.size() == 1) ShowFrame();
     return {};
+}
+
+// The same for a file that need not be shown now.
+std::wstring ExamState::AddFile(const std::wstring& path, const std::wstring& name)
+{
+    std::wstring problem = AddOpenFile(path, name);
+    if (problem.empty() && m_sources.size() > 1) m_sources.back().source->Rest();
+    return problem;
 }
 
 // Opens a file anew that was changed since it was shown, if it can be shown now.
@@ -104,7 +111,7 @@ std::wstring ExamState::OpenImage(const std::wstring& path)
     });
     const auto index = static_cast<std::size_t>(found - m_sources.begin());
     if (index == m_sources.size())
-        if (std::wstring problem = AddFile(path, NameInStudy(path)); !problem.empty())
+        if (std::wstring problem = AddOpenFile(path, NameInStudy(path)); !problem.empty())
             return problem;
     SelectImage(index);
     return {};

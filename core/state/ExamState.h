@@ -222,6 +222,7 @@ private:
     void ShowAgain();
     void PlaceStrip();
     void ShowFrame();
+    std::wstring AddOpenFile(const std::wstring& path, const std::wstring& name);
     std::wstring AddFile(const std::wstring& path, const std::wstring& name);
     void OpenChanged(Entry& entry);
     std::wstring AddImageOf(const StudyObject& object);

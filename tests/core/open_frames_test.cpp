@@ -130,6 +130,23 @@ TEST_F(OpenFramesTest, APictureIsShownInItsColours)
     }
 }
 
+TEST_F(OpenFramesTest, APictureAtRestIsReadFromItsFileAgain)
+{
+    const std::wstring path = SavePicture(L"a.png", 3);
+    const OpenedFrames opened = OpenFrames(path);
+    ASSERT_TRUE(opened.source);
+    std::vector<std::uint8_t> first;
+    std::vector<std::uint8_t> again;
+    ASSERT_TRUE(opened.source->ReadFrame(0, first));
+    opened.source->Rest();
+    ASSERT_TRUE(opened.source->ReadFrame(0, again));
+    EXPECT_EQ(again, first);
+    test_support::WriteFile(path, "something else");
+    EXPECT_TRUE(opened.source->ReadFrame(0, again)); // it is on display
+    opened.source->Rest();
+    EXPECT_FALSE(opened.source->ReadFrame(0, again));
+}
+
 TEST_F(OpenFramesTest, APictureIsKnownByItsContent)
 {
     const std::wstring path = SavePicture(L"photograph.dat", 2); // JPEG
