@@ -171,7 +171,7 @@ bool CCineStoreAVI::ChooseCodec(const CString& codec, CodecOptions& options)
     lstrcpynW(compressionName, codec, compressionNameSize);
     if (FindCompressorOption(compressionName, &options.Get()) == -1) return false;
     options.Get().dwQuality =
-        ProfileNumber(settings, L"RecordQuality", 100) * 100u; // in the codecs' hundredths;
+        ProfileNumber(settings, L"RecordQuality", 100) * 100u; // in the codecs' hundredths
     return true;
 }
 

@@ -103,12 +103,13 @@ int CrashSettingNumber(const wchar_t* section, const wchar_t* name, int defaultV
 void CrashSettingText(const wchar_t* section, const wchar_t* name, const wchar_t* defaultValue,
                       SettingText& out) noexcept
 {
-    DWORD size = SettingText::capacity * sizeof(wchar_t); // the registry need not store a null
+    DWORD size = (SettingText::capacity + 1) * sizeof(wchar_t);
     if (!ReadValue(section, name, REG_SZ, out.data(), size)) {
         out = defaultValue;
         return;
     }
-    out.data()[size / sizeof(wchar_t)] = L'\0';
+    const DWORD length = size / sizeof(wchar_t);
+    if (length <= SettingText::capacity) out.data()[length] = L'\0'; // which may be missing
     out.Measure();
 }
 

@@ -62,9 +62,9 @@ public:
     /// `bitCount` is 32 in practice; each frame writes the first width x height x bitCount / 8
     /// bytes of its 32-bit pixels.
     ///
-    /// False when a size is not positive or its frame exceeds 2 GiB, `bitCount` is not 1 to 32, the
-    /// rate is not at least a thousandth, the file cannot be created, no installed codec has the
-    /// name, or the codec refuses the format.
+    /// False when a size is below 4 or the frame exceeds 2 GiB, `bitCount` is not 1 to 32, the rate
+    /// is not 0.001 to 2,147,483, the file cannot be created, no installed codec has the name, or
+    /// the codec refuses the format.
     bool InitStorage(const wchar_t* fileName, CBitmap* background, int width, int height,
                      const std::vector<CRect>& layout, unsigned short bitCount);
 

@@ -31,8 +31,8 @@ class CDC;
 /// an arc, or all zeros when nothing is to be drawn. A null `probe` counts as one of unknown type.
 ///
 /// Meaningless numbers never trap. A real quotient by zero becomes the nearest representable
-/// number, or 0 when both are zero; an integer quotient by zero becomes 0. Integer sums and
-/// differences wrap around. Real results beyond 32 bits stop at the nearest limit.
+/// number, or 0 when both are zero. Integer sums, differences and quotients wrap around. Real
+/// results beyond 32 bits stop at the nearest limit.
 class UTILS_STATICS_API CImgGeometry
 {
 public:

@@ -291,6 +291,15 @@ TEST_F(CrashTrouble, ATextOfTheRegistryNeedsNoNull)
     EXPECT_EQ(ReporterCommand(), L" /abc \"crash_child.exe\"");
 }
 
+TEST_F(CrashTrouble, ATextOfTheRegistryMayFillItsRoom)
+{
+    const std::wstring longest = L"/" + std::wstring(1022, L'x');
+    SetText(L"System\\Path", L"CrashHandler_Params", longest);
+    ASSERT_TRUE(Crash(L"read"));
+    ASSERT_TRUE(IsReporterStarted());
+    EXPECT_EQ(ReporterCommand(), L" " + longest + L" \"crash_child.exe\"");
+}
+
 TEST_F(CrashTrouble, ATextOfTheRegistryThatDoesNotFitGivesTheDefault)
 {
     SetText(L"System\\Path", L"CrashHandler", std::wstring(5000, L'x'));

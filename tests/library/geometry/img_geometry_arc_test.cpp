@@ -128,6 +128,19 @@ TEST(Arc, IsNotDrawnBeyondWhatGdiCanDraw)
     EXPECT_TRUE(recorder.TakeArcs().empty());
 }
 
+TEST(Arc, IsNotDrawnWiderThanGdiCanDraw)
+{
+    ArcScene s;
+    s.scale = {1, 1};
+    s.origin = {0, 0};
+    s.probe.radius = 262142 - 30000;
+    EXPECT_EQ(s.Arc(300, 5, 90).box.left, -1 - 262142); // the box is 524287 pixels wide
+    ++s.probe.radius;
+    DrawingRecorder recorder;
+    s.Horizontal(recorder.Dc(), 300, 5, 90);
+    EXPECT_TRUE(recorder.TakeArcs().empty());
+}
+
 TEST(Drawing, PassesEveryParameterOn)
 {
     Random random(99);

@@ -222,6 +222,21 @@ TEST_F(CineStoreCodec, FramesWithoutBytesAreRepeatedAtTheEnd)
     EXPECT_EQ(movie.Frame(6), last);
 }
 
+TEST_F(CineStoreCodec, TheFrameThatIsRepeatedIsTheLastOneNotTheDroppedOne)
+{
+    codec->frameBytes[0] = 0;
+    ASSERT_TRUE(Start());
+    AddNothing(); // is dropped
+    const Pixels last = Noise(frameWidth, frameHeight, 9);
+    EXPECT_TRUE(AddBitmap(last));
+    EXPECT_TRUE(store.EndStorage());
+    Bytes expected = BytesOf(last);
+    expected.resize(16);
+    const AviMovie movie(fileName);
+    ASSERT_EQ(movie.Length(), 3);
+    EXPECT_EQ(movie.Frame(2), expected);
+}
+
 TEST_F(CineStoreCodec, DroppedFramesOfOneRecordingAreCarriedToTheNext)
 {
     codec->frameBytes[0] = 0;
@@ -290,6 +305,19 @@ TEST_F(CineStoreCodec, FailureInTheMiddleIsFalseAndTheRecordingGoesOn)
     EXPECT_TRUE(store.EndStorage());
     EXPECT_EQ(codec->frames, 5); // the failed frame produced no bytes, so the last one is repeated
     EXPECT_EQ(AviMovie(fileName).Length(), 5);
+    ExpectReleased();
+}
+
+TEST_F(CineStoreCodec, AWholeBitmapThatFailsTakesItsPlaceInTheMovie)
+{
+    codec->failFrom = 1;
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(AddBlank());
+    EXPECT_FALSE(AddBlank());
+    codec->failFrom = -1;
+    EXPECT_TRUE(AddBlank()); // at index 2
+    EXPECT_TRUE(store.EndStorage());
+    EXPECT_EQ(AviMovie(fileName).Length(), 3);
     ExpectReleased();
 }
 
