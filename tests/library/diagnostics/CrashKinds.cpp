@@ -429,6 +429,7 @@ constexpr Kind kinds[] = {
     {"clock-set-back", [] { CallFilterAfter(-minute); }},
     {"fault-in-filter", CallFilterWithAFaultInIt},
     {"message-in-filter", CallFilterWithAMessageInIt},
+    {"unknown-user", CallFilterForAnUnknownUser},
     {"old-system", CallFilterOnAnOldSystem},
 };
 

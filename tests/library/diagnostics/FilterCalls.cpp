@@ -138,6 +138,21 @@ void CallFilterWithAMessageInIt()
 
 namespace {
 
+BOOL WINAPI TellNoName(wchar_t*, DWORD*)
+{
+    return FALSE;
+}
+
+} // namespace
+
+void CallFilterForAnUnknownUser()
+{
+    const test_support::ImportHook hook(L"Utils_Statics.dll", "GetUserNameW", &TellNoName);
+    ExitProcess(static_cast<UINT>(Exception().Filter()));
+}
+
+namespace {
+
 LONG WINAPI TellOldSystem(OSVERSIONINFOW* system)
 {
     system->dwPlatformId = VER_PLATFORM_WIN32_NT;

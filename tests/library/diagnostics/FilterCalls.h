@@ -48,6 +48,9 @@ void CallFilterWithAFaultInIt();
 // The same, but each setting is written with an exception that the platform handles itself.
 void CallFilterWithAMessageInIt();
 
+// Calls the filter while the platform does not tell the user's name.
+void CallFilterForAnUnknownUser();
+
 // Calls the filter on a system of an old version. No crash handler was made before, so the filter
 // asks for the version now.
 void CallFilterOnAnOldSystem();

@@ -191,6 +191,12 @@ TEST_F(CrashReport, TellsTheSystem)
     EXPECT_EQ(TheReport().systemVersion, L"5.1.2600");
 }
 
+TEST_F(CrashReport, SaysThatTheUserIsUnknown)
+{
+    ASSERT_TRUE(Crash(L"unknown-user"));
+    EXPECT_EQ(TheReport().user, L"Unknown");
+}
+
 TEST_F(CrashReport, EndsTheStackWhereItCannotBeRead)
 {
     ASSERT_TRUE(Crash(L"unreadable-stack"));
