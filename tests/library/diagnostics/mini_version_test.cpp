@@ -186,10 +186,12 @@ TEST_F(MiniVersion, ATextThatSaysItIsBinaryIsRead)
 
 TEST_F(MiniVersion, IsSearchedForAsLibrariesAre)
 {
-    Version version(L"kernel32.dll");
-    EXPECT_EQ(version.Init(), 1);
-    EXPECT_NE(version.File(), none);
-    version.Release();
+    for (const wchar_t* const name : {L"kernel32.dll", L"kernel32"}) {
+        Version version(name);
+        EXPECT_EQ(version.Init(), 1) << name;
+        EXPECT_NE(version.File(), none) << name;
+        version.Release();
+    }
 }
 
 TEST_F(MiniVersion, AFileThatAnotherProgramWritesToOrDeletesIsRead)
